@@ -1,0 +1,32 @@
+// The host's property container: what the user has set, by GUID, as plain values or curves. What was
+// not set has the default of the property table.
+#pragma once
+
+#include <map>
+#include <variant>
+
+#include "effect/PropertyTable.h"
+#include "host/Curve.h"
+
+namespace vblur::host {
+
+class PropertyStore {
+ public:
+  using Setting = std::variant<double, Curve>;
+
+  // The property must be in the table, and animated for a curve.
+  void Set(const GUID& property, Setting setting);
+  // Null when the property stands at its default.
+  const Setting* Find(const GUID& property) const;
+  // The value at a time: of the curve, the plain value or the default.
+  double ValueAt(const GUID& property, double time) const;
+  // All that was set, in no order that means anything.
+  const std::map<GUID, Setting>& settings() const { return settings_; }
+
+  friend bool operator==(const PropertyStore&, const PropertyStore&) = default;
+
+ private:
+  std::map<GUID, Setting> settings_;
+};
+
+}  // namespace vblur::host

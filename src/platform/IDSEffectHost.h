@@ -1,0 +1,26 @@
+// What an effect may ask of the host that runs it: values that change with time, and facts about the
+// project.
+#pragma once
+
+#include "platform/DsTypes.h"
+
+namespace vblur {
+
+// The content keys that the effect reads. All are 64-bit floats.
+inline constexpr const char* kProjectUserSizeX = "Project Frame User Size (X)";
+inline constexpr const char* kProjectUserSizeY = "Project Frame User Size (Y)";
+inline constexpr const char* kProjectWorldSizeX = "Project Frame World Size (X)";
+inline constexpr const char* kProjectWorldSizeY = "Project Frame World Size (Y)";
+
+class IDSEffectHost {
+ public:
+  virtual ~IDSEffectHost() = default;
+
+  // The value of an animated property at a time; false when the property is not animated, and then
+  // the effect uses the plain value that it holds.
+  virtual bool AnimatedValue(const GUID& property, double time, double& value) const = 0;
+  // Reads one content property. A failure leaves the value alone.
+  virtual HRESULT ContentProperty(const char* key, double& value) const = 0;
+};
+
+}  // namespace vblur

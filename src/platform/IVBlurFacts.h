@@ -1,0 +1,20 @@
+// What the effect can tell about itself to a program that explains it to a user.
+#pragma once
+
+namespace vblur {
+
+// What a value of the property `Blur` stands for, at full resolution and an aspect of 0.
+struct BlurSizeFacts {
+  double boxRadius = 0.0;  // of each of the three boxes per axis, in pixels
+  double sigma = 0.0;      // standard deviation of the whole impulse response along one axis, in pixels
+  double flatGain = 1.0;   // what a flat area is multiplied by: the filter's fixed-point weights sum to less than 1
+};
+
+class IVBlurFacts {
+ public:
+  virtual ~IVBlurFacts() = default;
+
+  virtual BlurSizeFacts DescribeBlurSize(double blur) const = 0;
+};
+
+}  // namespace vblur
