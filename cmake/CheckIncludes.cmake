@@ -1,7 +1,7 @@
 # Stops the build when a file of FOLDER includes a folder of the house that is not in ALLOWED.
 set(house platform image blur composite overlay effect pages server resources host apps plugins tests bench)
 string(REPLACE "," ";" allowed "${ALLOWED}")
-file(GLOB_RECURSE files "${FOLDER}/*.h" "${FOLDER}/*.cpp")
+file(GLOB files "${FOLDER}/*.h" "${FOLDER}/*.cpp")
 set(wrong "")
 foreach(file IN LISTS files)
   file(STRINGS "${file}" lines REGEX "^[ \t]*#[ \t]*include")

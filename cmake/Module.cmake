@@ -7,8 +7,8 @@
 # as effect/PropertyTable.h.
 function(vblur_module name)
   cmake_parse_arguments(PARSE_ARGV 1 module "" "" "MAY_INCLUDE;LINK")
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
-  file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
 
   set(target "vblur_${name}")
   if(sources)
