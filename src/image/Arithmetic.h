@@ -1,0 +1,96 @@
+// The arithmetic rules that every pixel loop shares. They decide the last bit of every picture:
+// floats truncate toward zero, nothing rounds to nearest, 32-bit sums and products wrap.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Pixels.h"
+
+namespace vblur {
+
+// Float to a 32-bit integer, toward zero. What does not fit, and NaN, gives -2147483648 on every
+// platform, where a cast would be undefined.
+constexpr std::int32_t truncToInt(double v) {
+  return v > -2147483649.0 && v < 2147483648.0 ? static_cast<std::int32_t>(v) : kInt32Min;
+}
+
+constexpr std::int32_t truncToInt(float v) {
+  return v >= -2147483648.0f && v < 2147483648.0f ? static_cast<std::int32_t>(v) : kInt32Min;
+}
+
+// 32-bit arithmetic that wraps instead of overflowing. The filter's own ranges fit (each product says
+// so where it stands); only radii below zero and sums that are multiplied by 0 leave them.
+constexpr std::int32_t wrapAdd(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+constexpr std::int32_t wrapSub(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
+constexpr std::int32_t wrapMul(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+}
+
+// Toward minus infinity, for the cell that a coordinate lies in: the one place that is not toward zero.
+constexpr std::int32_t floorToInt(float v) {
+  const std::int32_t i = truncToInt(v);
+  return v < 0.0f && static_cast<float>(i) != v ? wrapSub(i, 1) : i;
+}
+
+// Keeps the low bits. There is no clamp: a caller either knows that the value fits or wants the bits.
+template <class Component>
+constexpr Component storeNarrow(std::int32_t v) {
+  return static_cast<Component>(v);
+}
+
+constexpr float clampTo(float v, float low, float high) {
+  if (low > v) {
+    v = low;
+  } else if (v > high) {
+    v = high;
+  }
+  return v;
+}
+
+// A computed value as a component: limited to the component's range in float, then truncated.
+template <class Pixel>
+constexpr typename Pixel::Component storeClamped(float v) {
+  return storeNarrow<typename Pixel::Component>(
+      truncToInt(clampTo(v, static_cast<float>(Pixel::kMin), static_cast<float>(Pixel::kMax))));
+}
+
+template <class Pixel>
+constexpr typename Pixel::Component storeClamped(std::int32_t v) {
+  return storeNarrow<typename Pixel::Component>(v < Pixel::kMin ? Pixel::kMin : v > Pixel::kMax ? Pixel::kMax : v);
+}
+
+// b + ((a - b) * m) / Top with a division toward zero. The product fits: differences of two
+// components and an amount stay below 65536 * 32768 = 2^31.
+template <std::int32_t Top>
+constexpr std::int32_t mixInt(std::int32_t a, std::int32_t b, std::int32_t m) {
+  return b + wrapMul(a - b, m) / Top;
+}
+
+// An amount in 0..1 as an integer in 0..Top.
+template <std::int32_t Top>
+constexpr std::int32_t amountFromFloat(float f) {
+  const std::int32_t m = truncToInt(f * static_cast<float>(Top));
+  return m < 0 ? 0 : m > Top ? Top : m;
+}
+
+// A colour component in 0..1 in the scale of a pixel: 255 or 16384 is 1.0, and nothing is clamped.
+template <class Pixel>
+constexpr typename Pixel::Component colourFromFloat(float c) {
+  return storeNarrow<typename Pixel::Component>(truncToInt(c * static_cast<float>(Pixel::kOne)));
+}
+
+constexpr float lerp(float a, float b, float t) {
+  return (b - a) * t + a;
+}
+
+constexpr std::int32_t lerp(std::int32_t a, std::int32_t b, float t) {
+  return truncToInt(static_cast<float>(wrapSub(b, a)) * t + static_cast<float>(a));
+}
+
+}  // namespace vblur

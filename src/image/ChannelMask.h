@@ -1,0 +1,37 @@
+// A choice of the four components, known when the loops are compiled.
+#pragma once
+
+#include <cstdint>
+
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+// 1 for each component that is chosen.
+template <int R, int G, int B, int A>
+struct ChannelMask {
+  static constexpr int kCount = R + G + B + A;
+  static constexpr bool kAll = kCount == 4;
+  static constexpr bool chosen(int component) { return component == 0 ? R : component == 1 ? G : component == 2 ? B : A; }
+  // The component that stands at a place among the chosen ones.
+  static constexpr int componentAt(int place) {
+    for (int c = 0; c < 4; ++c) {
+      if (chosen(c) && place-- == 0) return c;
+    }
+    return -1;
+  }
+};
+
+// Copies the chosen components of n pixels of a run and leaves the others as they stand.
+template <class Mask, class Pixel>
+void copyChannels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
+  const Pixel* in = run.first;
+  for (std::int32_t i = 0; i < n; ++i, in += run.step) {
+    if constexpr (Mask::chosen(0)) out[i].red = in->red;
+    if constexpr (Mask::chosen(1)) out[i].green = in->green;
+    if constexpr (Mask::chosen(2)) out[i].blue = in->blue;
+    if constexpr (Mask::chosen(3)) out[i].alpha = in->alpha;
+  }
+}
+
+}  // namespace vblur

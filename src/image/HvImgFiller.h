@@ -1,0 +1,103 @@
+// Fills the window with a colour, or all of the window but a rectangle.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "image/HvIPWindowStack.h"
+#include "image/HvImgProc1.h"
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+template <class Pixel, class Accum>
+class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWindowStack {
+ public:
+  HvImgFiller() : HvIPWindowStack(this) {}
+
+  // Outside the rectangle the window is filled in three bands, below, beside and above it. A band has
+  // at least one row: however large the rectangle, the first and the last row of the window are filled.
+  void preProcess() override { this->passes = fillOutside ? 3 : 1; }
+
+  void prePass() override {
+    if (!fillOutside) return;
+    if (this->pass > 0) pop();
+    switch (this->pass) {
+      case 0:
+        return setBand(this->y1, bottom - 1);
+      case 1:
+        return setBand(bottom, top - 1);
+      default:
+        return setBand(top, this->y2 - 1);
+    }
+  }
+
+  void processRows() override {
+    if (fillOutside) {
+      fillBand();
+    } else {
+      fillWindow();
+    }
+  }
+
+  void postProcess() override {
+    if (fillOutside) pop();
+  }
+
+  Pixel colour{};
+  bool colourIsZero = true;
+  // The rectangle that is left alone: left <= x < right, bottom <= y < top.
+  std::int32_t left = 0;
+  std::int32_t bottom = 0;
+  std::int32_t right = 0;
+  std::int32_t top = 0;
+  bool fillOutside = false;
+
+ private:
+  // Rows limited to the window as it stands, so that first and last always name at least one row of it.
+  void setBand(std::int32_t first, std::int32_t last) {
+    const auto inWindow = [this](std::int32_t y) { return std::clamp(y, this->y1, this->y2 - 1); };
+    pushAndSet(this->x1, inWindow(first), this->x2 - 1, inWindow(last));
+  }
+
+  void fillPixels(std::int32_t y, std::int32_t first, std::int32_t last, bool zero) const {
+    if (last <= first) return;
+    Pixel* out = this->target->target(first, y);
+    if (zero) {
+      std::memset(static_cast<void*>(out), 0, static_cast<std::size_t>(last - first) * sizeof(Pixel));
+    } else {
+      std::fill_n(out, last - first, colour);
+    }
+  }
+
+  void fillWindow() const {
+    const HvRowLoop loop = this->rowLoop();
+    const bool zero = colourIsZero || colour == Pixel{};
+    const std::size_t bytes = static_cast<std::size_t>(loop.x2 - loop.x1) * sizeof(Pixel);
+    for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
+      if (zero || y == loop.firstRow) {
+        fillPixels(y, loop.x1, loop.x2, zero);
+      } else {
+        std::memcpy(this->target->target(loop.x1, y), this->target->target(loop.x1, loop.firstRow), bytes);
+      }
+    }
+  }
+
+  void fillBand() const {
+    const HvRowLoop loop = this->rowLoop();
+    const std::int32_t l = std::clamp(left, loop.x1, loop.x2);
+    const std::int32_t r = std::clamp(right, loop.x1, loop.x2);
+    for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
+      if (poll(this->interrupt) != 0) return;
+      if (this->pass == 1) {
+        fillPixels(y, loop.x1, l, colourIsZero);
+        fillPixels(y, r, loop.x2, colourIsZero);
+      } else {
+        fillPixels(y, loop.x1, loop.x2, colourIsZero);
+      }
+    }
+  }
+};
+
+}  // namespace vblur

@@ -1,0 +1,94 @@
+#include "image/HvImgProc.h"
+
+#include <algorithm>
+
+#include "image/Arithmetic.h"
+#include "image/PassRunner.h"
+
+namespace vblur {
+
+void HvImgProc::setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
+  x1 = left;
+  y1 = top;
+  x2 = wrapAdd(right, 1);
+  y2 = wrapAdd(bottom, 1);
+  flags |= kWindowSet;
+}
+
+void HvImgProc::getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const {
+  left = x1;
+  top = y1;
+  right = wrapSub(x2, 1);
+  bottom = wrapSub(y2, 1);
+}
+
+void HvImgProc::process(const HvTexIndexer* target) {
+  if (target == nullptr || target->width() < 1 || target->height() < 1) return;
+  settle(*target);
+  map = target;
+  mapWidth = target->width();
+  mapHeight = target->height();
+  preProcess();
+  runPasses();
+  postProcess();
+  map = nullptr;
+}
+
+void HvImgProc::settle(const HvTexIndexer& target) {
+  const std::int32_t mx = target.horizontal.writeOrigin;
+  const std::int32_t my = target.vertical.writeOrigin;
+  const std::int32_t lastX = mx + target.width() - 1;
+  const std::int32_t lastY = my + target.height() - 1;
+  if ((flags & kWindowSet) == 0) {
+    x1 = mx;
+    y1 = my;
+    x2 = lastX + 1;
+    y2 = lastY + 1;
+    flags |= kWindowSet;
+  }
+  if ((options & kReplaceWindow) != 0) {
+    // On this path alone the far ends are stored as they are, inclusive.
+    if (x1 < mx || x2 > lastX) x1 = mx, x2 = lastX;
+    if (y1 < my || y2 > lastY) y1 = my, y2 = lastY;
+    return;
+  }
+  const auto limited = [](std::int32_t v, std::int32_t low, std::int32_t high) {
+    return v < low ? low : std::min(v, high);
+  };
+  x1 = limited(x1, mx, lastX);
+  x2 = limited(wrapSub(x2, 1), mx, lastX) + 1;
+  y1 = limited(y1, my, lastY);
+  y2 = limited(wrapSub(y2, 1), my, lastY) + 1;
+}
+
+void HvImgProc::runPasses() {
+  for (pass = 0; pass < passes; ++pass) runPass();
+}
+
+void HvImgProc::runPass() {
+  if (poll(interrupt) != 0) return;
+  prePass();
+  if (poll(interrupt) != 0) return;
+  if ((options & kUseThreads) != 0) {
+    flags |= kSharingRows;
+    runRowsOnAllThreads(this);
+    flags &= ~static_cast<std::uint32_t>(kSharingRows);
+  } else {
+    processRows();
+  }
+  postPass();
+}
+
+HvSpan HvImgProc::threadRows() const {
+  if ((flags & kSharingRows) == 0) return {y1, y2};
+  const bool threads = (options & kUseThreads) != 0;
+  const HvSpan band = bandOf(y2 - y1, threads ? HvThreadCount() : 1, threads ? HvThreadIndex() : 0);
+  return {y1 + band.first, y1 + band.last};
+}
+
+HvRowLoop HvImgProc::rowLoop() const {
+  const HvSpan rows = threadRows();
+  return {x1, x2, firstRow(rows.first), rows.last, rowStep()};
+}
+
+}  // namespace vblur

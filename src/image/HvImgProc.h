@@ -1,0 +1,74 @@
+// The base of the processors that hold their textures as members.
+#pragma once
+
+#include <cstdint>
+
+#include "image/HvInteruptable.h"
+#include "image/HvTexIndexer.h"
+#include "image/Imager.h"
+#include "image/RowBand.h"
+
+namespace vblur {
+
+class HvImgProc : public HvInteruptable {
+ public:
+  enum Flag : std::uint32_t {
+    kSharingRows = 1,  // rows are being shared among threads
+    kWindowSet = 2,
+  };
+  enum Option : std::uint32_t {
+    kUseThreads = 1,
+    kReplaceWindow = 2,  // a window that overruns is replaced rather than cut
+  };
+
+  // Once, before and after all passes; after an interruption too.
+  virtual void preProcess() {}
+  // The pixel loop, at once on every thread of a pass.
+  virtual void processRows() {}
+  virtual void postProcess() {}
+  // Before and after each pass, on the calling thread. An interrupted pass has no postPass.
+  virtual void prePass() {}
+  virtual void postPass() {}
+  virtual void runPasses();
+  // Settles the window on a target and runs all passes. A null target, or one without rows or columns,
+  // is left alone.
+  virtual void process(const HvTexIndexer* target);
+
+  // x2 and y2 inclusive.
+  void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
+  void getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const;
+  void setPasses(std::int32_t n) { passes = n; }
+  void setFieldMode(std::int32_t mode) { fieldMode = mode; }
+  std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }
+  std::int32_t rowStep() const { return fieldRowStep(fieldMode); }
+
+  std::uint32_t flags = 0;
+  // The window: x1 and y1 inclusive, x2 and y2 exclusive.
+  std::int32_t x1 = 0;
+  std::int32_t y1 = 0;
+  std::int32_t x2 = 0;
+  std::int32_t y2 = 0;
+  std::int32_t passes = 1;
+  std::int32_t pass = 0;
+  std::uint32_t options = kUseThreads;
+  std::int32_t fieldMode = kAllRows;
+  float aspect = 1.0f;
+  float inverseAspect = 1.0f;
+  // The target while it is processed, and its size.
+  const HvTexIndexer* map = nullptr;
+  std::int32_t mapWidth = 0;
+  std::int32_t mapHeight = 0;
+
+ protected:
+  // The rows of the calling thread, not yet aligned to a field.
+  HvSpan threadRows() const;
+  HvSpan columns() const { return {x1, x2}; }
+  // Rows and columns of the calling thread, the first row aligned to the field.
+  HvRowLoop rowLoop() const;
+
+ private:
+  void settle(const HvTexIndexer& target);
+  void runPass();
+};
+
+}  // namespace vblur

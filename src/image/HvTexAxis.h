@@ -1,0 +1,75 @@
+// One axis of a texture: where its pixels lie and what stands for those beyond the box.
+#pragma once
+
+#include <cstdint>
+
+namespace vblur {
+
+// What a read outside the box gives.
+enum HvEdgeMethod : std::int32_t {
+  kEdgeColour = 0,   // the texture's outside colour
+  kEdgeRepeat = 1,   // the nearest pixel of the box
+  kEdgeReflect = 2,  // the box mirrored about its edge, the edge pixel doubled
+  kEdgeWrap = 3,     // the box tiled
+};
+
+// The answer of a lookup that lies outside.
+inline constexpr std::int32_t kOutside = -1;
+
+// A stretch of pixels with one step: the buffer index of the first one (kOutside: the outside colour
+// all along), the step through the buffer (1, -1 or 0), and how many pixels hold.
+struct HvTexRun {
+  std::int32_t index = kOutside;
+  std::int32_t step = 0;
+  std::int32_t length = 0;
+
+  friend bool operator==(const HvTexRun&, const HvTexRun&) = default;
+};
+
+// The two pixels between which a sample lies, kOutside for the outside colour, and whether the second
+// is the next in memory.
+struct HvTexPair {
+  std::int32_t p0 = kOutside;
+  std::int32_t p1 = kOutside;
+  bool neighbours = false;
+
+  friend bool operator==(const HvTexPair&, const HvTexPair&) = default;
+};
+
+struct HvTexAxis {
+  std::int32_t size = 0;         // pixels along this axis in the buffer
+  float originF = 0.0f;          // where buffer index 0 lies in image space, for sampling
+  std::int32_t originI = 0;      // the same as a whole pixel, for integer reads
+  std::int32_t edgeMethod = kEdgeColour;
+  std::int32_t lo = 0;           // first buffer index of the box, inclusive
+  std::int32_t hi = -1;          // last buffer index of the box, inclusive
+  std::int32_t count = 0;        // hi - lo + 1
+  std::int32_t writeOrigin = 0;  // image coordinate of buffer index 0 when the texture is a target
+
+  // The whole axis as the box.
+  void setSize(std::int32_t n);
+  // Both ends inclusive, in either order; each is limited to the pixels that there are. An axis of
+  // size 0 gets a box at -1.
+  void setBounds(std::int32_t a, std::int32_t b);
+  void setEdgeMethod(std::int32_t method) { edgeMethod = method; }
+  void setOrigin(std::int32_t origin);
+  void setOrigin(float origin);
+
+  // The buffer index that answers for buffer index i, or kOutside. An axis without pixels is outside
+  // everywhere.
+  std::int32_t mapIndex(std::int32_t i) const;
+  // The run that starts at an image coordinate: the origin is taken off here.
+  HvTexRun runAt(std::int32_t x) const;
+  // The pair for a sample between buffer indices i and i + 1.
+  HvTexPair pairAt(std::int32_t i) const;
+
+ private:
+  // Where v < 0 lies in the tiling of the box, 0 to count - 1.
+  std::int32_t floorMod(std::int32_t v) const { return (v + 1) % count + count - 1; }
+  HvTexRun runBelow(std::int32_t i) const;
+  HvTexRun runAbove(std::int32_t i) const;
+  HvTexPair pairBelow(std::int32_t v) const;
+  HvTexPair pairAbove(std::int32_t v) const;
+};
+
+}  // namespace vblur

@@ -1,0 +1,234 @@
+// The one image class: a view of memory that somebody else owns, or an owner of its own, as an
+// infinite plane with a box of real pixels and an edge method per axis beyond it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "image/Arithmetic.h"
+#include "image/HvTexIndexer.h"
+#include "image/Pixels.h"
+
+namespace vblur {
+
+// A stretch of pixels as a loop walks it: the first pixel, the step to the next in pixels (0 repeats
+// one pixel, which may be the outside colour), how many hold, and whether they lie in the picture.
+template <class Pixel>
+struct HvPixelRun {
+  const Pixel* first = nullptr;
+  std::int32_t step = 0;
+  std::int32_t length = 0;
+  bool exists = false;
+};
+
+// The filtered reads of a texture. A one-component int texture hands the sample back, all others
+// write it to a result.
+template <class Accum>
+class HvTextureSampling : public HvTexIndexer {
+ public:
+  virtual void sampleBox(Accum& result, float x1, float y1, float x2, float y2) const {
+    result = sampleAt((x1 + x2) * 0.5f, (y1 + y2) * 0.5f);
+  }
+  virtual void sampleAround(Accum& result, float x, float y, float dx, float dy) const {
+    sampleBox(result, x - dx, y - dy, x + dx, y + dy);
+  }
+  // The bilinear read at a point; pixel i covers i to i + 1 with its centre in the middle.
+  virtual Accum sampleAt(float x, float y) const = 0;
+};
+
+template <>
+class HvTextureSampling<int> : public HvTexIndexer {
+ public:
+  virtual int sampleBox(float x1, float y1, float x2, float y2) const {
+    return sampleAt((x1 + x2) * 0.5f, (y1 + y2) * 0.5f);
+  }
+  virtual int sampleAround(float x, float y, float dx, float dy) const {
+    return sampleBox(x - dx, y - dy, x + dx, y + dy);
+  }
+  virtual int sampleAt(float x, float y) const = 0;
+};
+
+// Accum is what a filtered read gives: floats, or integers that truncate after each step.
+template <class Pixel_, class Accum_>
+class HvTexture : public HvTextureSampling<Accum_> {
+ public:
+  using Pixel = Pixel_;
+  using Accum = Accum_;
+
+  HvTexture() = default;
+  // An owner of width x height pixels, all zero. See allocate for a failure.
+  HvTexture(std::int32_t width, std::int32_t height) {
+    this->horizontal.setSize(width);
+    this->vertical.setSize(height);
+    allocate();
+  }
+  HvTexture(const HvTexture&) = delete;
+  HvTexture& operator=(const HvTexture&) = delete;
+  ~HvTexture() override { freeOwned(); }
+
+  // Makes this a second view of another texture: its axes, pixels, outside colour and stride.
+  virtual void referTo(const HvTexture& other) {
+    if (this != &other) viewOf(other);
+  }
+  virtual void setOutsideColour(const Pixel& pixel) { outsideColour = pixel; }
+
+  // Memory of its own for the size that the axes have. The pixels are zero, so that nothing shows what
+  // was in memory before. A size of which one side is 0 has no pixels; a negative one, or one that
+  // the machine has no memory for, sets allocationFailed.
+  void allocate() {
+    freeOwned();
+    data = nullptr;
+    allocationFailed = 0;
+    owned = 1;
+    const std::int64_t width = this->horizontal.size;
+    const std::int64_t height = this->vertical.size;
+    if (width == 0 || height == 0) return;
+    if (width > 0 && height > 0) {
+      data = static_cast<std::byte*>(
+          std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(width) * sizeof(Pixel)));
+    }
+    if (data == nullptr) allocationFailed = 1;
+    stride = width * static_cast<std::int64_t>(sizeof(Pixel));
+  }
+
+  // A view of tightly packed memory; callers that wrap a field or a bottom-up image set stride after.
+  void wrap(std::int32_t width, std::int32_t height, void* memory) {
+    if (owned != 0) release();
+    this->horizontal.size = width;
+    this->vertical.size = height;
+    this->wholeBounds();
+    data = static_cast<std::byte*>(memory);
+    owned = 0;
+    stride = static_cast<std::int64_t>(width) * static_cast<std::int64_t>(sizeof(Pixel));
+  }
+
+  // Lets go of the pixels; the texture is empty.
+  void release() {
+    freeOwned();
+    data = nullptr;
+    this->horizontal.size = 0;
+    this->vertical.size = 0;
+    this->setBounds(0, 0, 0, 0);
+    stride = 0;
+  }
+
+  // referTo for a texture of the same pixels that is read into another type. Does nothing when both
+  // have the same pixels already, as two textures without any do.
+  template <class OtherAccum>
+  void share(const HvTexture<Pixel, OtherAccum>& other) {
+    if (data != other.data) viewOf(other);
+  }
+
+  // An owner with the axes of another texture and a zero outside colour.
+  template <class OtherPixel, class OtherAccum>
+  void cloneShape(const HvTexture<OtherPixel, OtherAccum>& other) {
+    if (static_cast<const void*>(this) == static_cast<const void*>(&other)) return;
+    release();
+    this->horizontal = other.horizontal;
+    this->vertical = other.vertical;
+    outsideColour = Pixel{};
+    owned = 1;
+    allocate();
+  }
+
+  bool hasPixels() const { return this->width() >= 1 && this->height() >= 1 && data != nullptr; }
+
+  // The pixel at buffer indices, which must lie in the buffer.
+  Pixel* at(std::int32_t x, std::int32_t y) const {
+    return reinterpret_cast<Pixel*>(data + y * stride) + x;
+  }
+
+  // The pixel of a target at image coordinates; box and edge methods play no part.
+  Pixel* target(std::int32_t x, std::int32_t y) const {
+    return at(x - this->horizontal.writeOrigin, y - this->vertical.writeOrigin);
+  }
+
+  // The run of pixels that starts at image coordinates (x, y). Where either axis lies outside it is
+  // the outside colour, repeated.
+  HvPixelRun<Pixel> readRun(std::int32_t x, std::int32_t y) const {
+    const HvTexRun run = this->horizontal.runAt(x);
+    if (run.index != kOutside) {
+      const std::int32_t row = this->vertical.mapIndex(wrapSub(y, this->vertical.originI));
+      if (row != kOutside) return {at(run.index, row), run.step, run.length, true};
+    }
+    return {&outsideColour, 0, run.length, false};
+  }
+
+  Accum sampleAt(float x, float y) const override;
+
+  std::int32_t owned = 0;             // 1: data is this texture's to free
+  std::byte* data = nullptr;          // the pixel at buffer index (0, 0)
+  std::int32_t allocationFailed = 0;  // the last allocate found no memory
+  Pixel outsideColour{};
+  std::int64_t stride = 0;            // bytes from one row to the next; negative when rows run backwards
+
+ private:
+  template <class Other>
+  void viewOf(const Other& other) {
+    freeOwned();
+    this->horizontal = other.horizontal;
+    this->vertical = other.vertical;
+    data = other.data;
+    outsideColour = other.outsideColour;
+    stride = other.stride;
+    owned = 0;
+  }
+
+  void freeOwned() {
+    if (owned != 0) std::free(data);
+    if (owned != 0) data = nullptr;
+  }
+
+  static Accum widened(const Pixel& pixel);
+  static Accum between(const Accum& a, const Accum& b, float t);
+  Accum pixelOrOutside(std::int32_t x, std::int32_t y) const {
+    return widened(x == kOutside || y == kOutside ? outsideColour : *at(x, y));
+  }
+};
+
+template <class Pixel, class Accum>
+Accum HvTexture<Pixel, Accum>::widened(const Pixel& pixel) {
+  Accum result{};
+  for (int c = 0; c < PixelTraits<Pixel>::kComponents; ++c) {
+    setComponent(result, c, static_cast<ComponentOf<Accum>>(componentOf(pixel, c)));
+  }
+  return result;
+}
+
+template <class Pixel, class Accum>
+Accum HvTexture<Pixel, Accum>::between(const Accum& a, const Accum& b, float t) {
+  Accum result{};
+  for (int c = 0; c < PixelTraits<Accum>::kComponents; ++c) {
+    setComponent(result, c, lerp(componentOf(a, c), componentOf(b, c), t));
+  }
+  return result;
+}
+
+template <class Pixel, class Accum>
+Accum HvTexture<Pixel, Accum>::sampleAt(float x, float y) const {
+  const float fx = x - 0.5f - this->horizontal.originF;
+  const float fy = y - 0.5f - this->vertical.originF;
+  const std::int32_t ix = floorToInt(fx);
+  const std::int32_t iy = floorToInt(fy);
+  const float tx = fx - static_cast<float>(ix);
+  const float ty = fy - static_cast<float>(iy);
+  const HvTexPair px = this->horizontal.pairAt(ix);
+  const HvTexPair py = this->vertical.pairAt(iy);
+
+  if ((px.p0 == kOutside && px.p1 == kOutside) || (py.p0 == kOutside && py.p1 == kOutside)) {
+    return widened(outsideColour);
+  }
+  // One pixel stands on both sides of an axis beyond a repeated or mirrored edge: nothing to
+  // interpolate there.
+  if (px.p0 == px.p1 && py.p0 == py.p1) return pixelOrOutside(px.p0, py.p0);
+  if (px.p0 == px.p1) return between(pixelOrOutside(px.p0, py.p0), pixelOrOutside(px.p0, py.p1), ty);
+  const Accum lower = between(pixelOrOutside(px.p0, py.p0), pixelOrOutside(px.p1, py.p0), tx);
+  if (py.p0 == py.p1) return lower;
+  return between(lower, between(pixelOrOutside(px.p0, py.p1), pixelOrOutside(px.p1, py.p1), tx), ty);
+}
+
+}  // namespace vblur

@@ -1,0 +1,172 @@
+#include "image/HvThreads.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdarg>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace vblur {
+namespace {
+
+thread_local std::int32_t threadIndex = 0;
+thread_local bool insideRun = false;
+
+template <class... Words>
+void callWith(HvThreadFunction function, Words... words) {
+  reinterpret_cast<void (*)(Words...)>(function)(words...);
+}
+
+void enter(const HvCallBlock& block) {
+  const auto& a = block.arguments;
+  switch (block.count) {
+    case 0:
+      return callWith(block.function, &block);
+    case 1:
+      return callWith(block.function, a[0]);
+    case 2:
+      return callWith(block.function, a[0], a[1]);
+    case 3:
+      return callWith(block.function, a[0], a[1], a[2]);
+    case 4:
+      return callWith(block.function, a[0], a[1], a[2], a[3]);
+    case 5:
+      return callWith(block.function, a[0], a[1], a[2], a[3], a[4]);
+    case 6:
+      return callWith(block.function, a[0], a[1], a[2], a[3], a[4], a[5]);
+    default:
+      return;
+  }
+}
+
+// Threads that sleep between runs. Every run is a new generation; a worker that has done its part of
+// a generation counts itself off.
+class Pool {
+ public:
+  ~Pool() { stopWorkers(); }
+
+  std::int32_t count() {
+    const std::int32_t known = count_.load(std::memory_order_acquire);
+    return known > 0 ? known : reported();
+  }
+
+  void setCount(std::int32_t count) {
+    const std::lock_guard lock(runMutex_);
+    stopWorkers();
+    count_.store(std::max(count, 0), std::memory_order_release);
+  }
+
+  void run(const HvCallBlock& block) {
+    if (insideRun || count() <= 1) return runAlone(block, insideRun ? count() : 1);
+    const std::lock_guard lock(runMutex_);
+    const std::int32_t wanted = count();
+    startWorkers(wanted - 1);
+    const auto working = static_cast<std::int32_t>(workers_.size());
+    block_ = &block;
+    busy_.store(working, std::memory_order_relaxed);
+    generation_.fetch_add(1, std::memory_order_release);
+    generation_.notify_all();
+    insideRun = true;
+    enter(block);
+    // Indices that found no thread are the caller's.
+    for (std::int32_t i = working + 1; i < wanted; ++i) runAs(i, block);
+    insideRun = false;
+    for (std::int32_t left = busy_.load(std::memory_order_acquire); left != 0; left = busy_.load(std::memory_order_acquire)) {
+      busy_.wait(left, std::memory_order_acquire);
+    }
+  }
+
+ private:
+  static std::int32_t reported() {
+    static const auto processors = static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
+    return processors;
+  }
+
+  static void runAs(std::int32_t index, const HvCallBlock& block) {
+    const std::int32_t own = threadIndex;
+    threadIndex = index;
+    enter(block);
+    threadIndex = own;
+  }
+
+  static void runAlone(const HvCallBlock& block, std::int32_t count) {
+    for (std::int32_t i = 0; i < count; ++i) runAs(i, block);
+  }
+
+  void startWorkers(std::int32_t count) {
+    try {
+      while (static_cast<std::int32_t>(workers_.size()) < count) {
+        const auto index = static_cast<std::int32_t>(workers_.size()) + 1;
+        workers_.emplace_back([this, index, seen = generation_.load(std::memory_order_relaxed)] { work(index, seen); });
+      }
+    } catch (const std::system_error&) {
+      // The system has no more threads: the run goes on with those that there are.
+    }
+  }
+
+  void stopWorkers() {
+    stopping_.store(true, std::memory_order_relaxed);
+    generation_.fetch_add(1, std::memory_order_release);
+    generation_.notify_all();
+    for (std::thread& worker : workers_) worker.join();
+    workers_.clear();
+    stopping_.store(false, std::memory_order_relaxed);
+  }
+
+  void work(std::int32_t index, std::uint32_t seen) {
+    threadIndex = index;
+    insideRun = true;
+    for (;;) {
+      generation_.wait(seen, std::memory_order_acquire);
+      const std::uint32_t now = generation_.load(std::memory_order_acquire);
+      if (now == seen) continue;
+      seen = now;
+      if (stopping_.load(std::memory_order_relaxed)) return;
+      enter(*block_);
+      if (busy_.fetch_sub(1, std::memory_order_release) == 1) busy_.notify_one();
+    }
+  }
+
+  std::mutex runMutex_;
+  std::atomic<std::int32_t> count_{0};
+  std::atomic<std::uint32_t> generation_{0};
+  std::atomic<std::int32_t> busy_{0};
+  std::atomic<bool> stopping_{false};
+  const HvCallBlock* block_ = nullptr;
+  std::vector<std::thread> workers_;
+};
+
+Pool& pool() {
+  static Pool instance;
+  return instance;
+}
+
+}  // namespace
+
+void HvThreadRun(HvThreadFunction function, std::int32_t argumentCount, ...) {
+  HvCallBlock block;
+  block.count = std::min(argumentCount, kMaxThreadArguments);
+  block.function = function;
+  std::va_list words;
+  va_start(words, argumentCount);
+  for (std::int32_t i = 0; i < block.count; ++i) block.arguments[i] = va_arg(words, HvWord);
+  va_end(words);
+  pool().run(block);
+}
+
+std::int32_t HvThreadCount() {
+  return pool().count();
+}
+
+std::int32_t HvThreadIndex() {
+  return threadIndex;
+}
+
+void HvSetThreadCount(std::int32_t count) {
+  pool().setCount(count);
+}
+
+}  // namespace vblur

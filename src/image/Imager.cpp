@@ -1,0 +1,80 @@
+#include "image/Imager.h"
+
+#include <algorithm>
+
+#include "image/Arithmetic.h"
+
+namespace vblur {
+
+void Imager::setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
+  x1 = left;
+  y1 = top;
+  x2 = wrapAdd(right, 1);
+  y2 = wrapAdd(bottom, 1);
+  flags |= kClipWindow | kSubWindow;
+}
+
+void Imager::getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const {
+  left = x1;
+  top = y1;
+  right = wrapSub(x2, 1);
+  bottom = wrapSub(y2, 1);
+}
+
+void Imager::copyWindow(const Imager& other) {
+  x1 = other.x1;
+  y1 = other.y1;
+  x2 = other.x2;
+  y2 = other.y2;
+  flags |= kClipWindow | kSubWindow;
+}
+
+void Imager::setAspect(float a) {
+  aspect = std::max(a, 0.001f);
+  inverseAspect = 1.0f / aspect;
+}
+
+void Imager::settle(const HvTexIndexer& target) {
+  map = &target;
+  mapWidth = target.width();
+  mapHeight = target.height();
+  const std::int32_t mx = target.horizontal.writeOrigin;
+  const std::int32_t my = target.vertical.writeOrigin;
+  const std::int32_t lastX = mx + mapWidth - 1;
+  const std::int32_t lastY = my + mapHeight - 1;
+  if ((flags & kSubWindow) != 0) {
+    x1 = std::clamp(x1, mx, lastX);
+    x2 = std::clamp(wrapSub(x2, 1), mx, lastX) + 1;
+    y1 = std::clamp(y1, my, lastY);
+    y2 = std::clamp(wrapSub(y2, 1), my, lastY) + 1;
+  } else {
+    x1 = mx;
+    x2 = lastX + 1;
+    y1 = my;
+    y2 = lastY + 1;
+  }
+  // The cut above is the clipping that a new window asks for.
+  flags &= ~static_cast<std::uint32_t>(kClipWindow | kSubWindow);
+  if (x1 != 0 || y1 != 0 || x2 != mapWidth || y2 != mapHeight) flags |= kSubWindow;
+}
+
+HvRowLoop Imager::rowLoop(std::int32_t field) const {
+  HvRowLoop loop{0, mapWidth, 0, mapHeight, fieldRowStep(field)};
+  if ((flags & kSubWindow) != 0) {
+    loop = {x1, x2, y1, y2, fieldRowStep(field)};
+    if ((flags & kReplaceWindow) != 0) {
+      const std::int32_t mx = map->horizontal.writeOrigin;
+      const std::int32_t my = map->vertical.writeOrigin;
+      if (x1 < mx || x2 > mx + mapWidth) loop.x1 = mx, loop.x2 = mx + mapWidth;
+      if (y1 < my || y2 > my + mapHeight) loop.firstRow = my, loop.lastRow = my + mapHeight;
+    }
+  }
+  const bool alone = (flags & kOneThread) != 0;
+  const HvSpan band =
+      bandOf(loop.lastRow - loop.firstRow, alone ? 1 : HvThreadCount(), alone ? 0 : HvThreadIndex());
+  loop.lastRow = loop.firstRow + band.last;
+  loop.firstRow = firstFieldRow(field, loop.firstRow + band.first);
+  return loop;
+}
+
+}  // namespace vblur

@@ -1,0 +1,39 @@
+// Walks the rows of a thread's share by runs: stretches over which every input moves by one step, so
+// that the loop inside is plain pointers and a count.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "image/HvInteruptable.h"
+#include "image/HvTexture.h"
+#include "image/Imager.h"
+
+namespace vblur {
+
+// When a row loop asks whether to stop.
+enum class PollAt { AfterRow, BeforeRow };
+
+// For each row of the loop, for each run: body(out, n, run...) with the target's first pixel, the
+// number of pixels, and a run of each input. Each input is looked up by itself, and n is the least of
+// their lengths and the rest of the row. Leaves the loop, between rows, once the record says stop.
+template <PollAt When = PollAt::AfterRow, class OutTexture, class Body, class... InTextures>
+void walkRuns(const HvRowLoop& loop, HvInterruptRecord* record, const OutTexture& map, Body&& body,
+              const InTextures&... inputs) {
+  for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
+    if (When == PollAt::BeforeRow && poll(record) != 0) return;
+    auto* out = map.target(loop.x1, y);
+    for (std::int32_t x = loop.x1; x < loop.x2;) {
+      const auto step = [&](const auto&... runs) {
+        const std::int32_t n = std::min({loop.x2 - x, runs.length...});
+        body(out, n, runs...);
+        x += n;
+        out += n;
+      };
+      step(inputs.readRun(x, y)...);
+    }
+    if (When == PollAt::AfterRow && poll(record) != 0) return;
+  }
+}
+
+}  // namespace vblur

@@ -1,0 +1,40 @@
+// Copies one run of a row, reading through the input's edge methods.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+// n pixels of a run, which holds at least n, to a plain row.
+template <class Pixel>
+void copyPixels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
+  const Pixel* in = run.first;
+  if (run.step == 1) {
+    std::memcpy(out, in, static_cast<std::size_t>(n) * sizeof(Pixel));
+  } else if (run.step == 0) {
+    std::fill_n(out, n, *in);
+  } else {
+    for (std::int32_t i = 0; i < n; ++i, in += run.step) out[i] = *in;
+  }
+}
+
+template <class Pixel, class Accum>
+class SimpleLineCopier {
+ public:
+  // Copies from image coordinate x of row y on, at most to xEnd, to destination, which moves on behind
+  // what was written. Returns the number of pixels copied.
+  static std::int32_t copyRun(Pixel*& destination, const HvTexture<Pixel, Accum>& in, std::int32_t x, std::int32_t y,
+                              std::int32_t xEnd) {
+    const HvPixelRun<Pixel> run = in.readRun(x, y);
+    const std::int32_t n = std::min(run.length, xEnd - x);
+    copyPixels(destination, run, n);
+    destination += n;
+    return n;
+  }
+};
+
+}  // namespace vblur
