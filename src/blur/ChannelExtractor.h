@@ -1,0 +1,22 @@
+// One component of a picture as a picture of plain integers.
+#pragma once
+
+#include "image/Sampler.h"
+
+namespace vblur {
+
+template <class Tex1, class Tex2, class Pixel, class T, int Channel>
+class ChannelExtractor : public Sampler<Tex1, Tex2> {
+ public:
+  void processRows(Tex1* in, Tex2* out) override {
+    walkRuns<PollAt::BeforeRow>(
+        this->rowLoop(), this->interrupt, *out,
+        [](T* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
+          const Pixel* pixel = run.first;
+          for (std::int32_t i = 0; i < n; ++i, pixel += run.step) to[i] = componentOf(*pixel, Channel);
+        },
+        *in);
+  }
+};
+
+}  // namespace vblur

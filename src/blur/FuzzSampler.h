@@ -1,0 +1,66 @@
+// The whole blur or sharpen of a picture: chooses a chain of processors by the channels that are asked
+// for, and runs it.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Sampler.h"
+
+namespace vblur {
+
+enum FuzzMethod : std::int32_t { kFuzzBlur = 0, kFuzzSharpen = 1 };
+
+// What to filter. Any other value filters nothing.
+enum FuzzMode : std::int32_t {
+  kFuzzRGBA = 0,
+  kFuzzAlpha = 1,
+  kFuzzRGB = 2,
+  kFuzzGrey = 3,  // red, spread over all colours
+  kFuzzRed = 4,
+  kFuzzGreen = 5,
+  kFuzzBlue = 6,
+  kFuzzLuminance = 7,
+  kFuzzU = 8,
+  kFuzzV = 9,
+  kFuzzChroma = 10,
+};
+
+// Instances: <R8, Ri, 255> and <R16, Ri, 32767>. Give it a window, an interrupt record and its fields,
+// then call process(source, result). A picture on which a channel was not filtered has the source's
+// channel, exactly; the modes from kFuzzLuminance on take red, green and blue through YUV and lose
+// the lowest bit of each.
+template <class Pixel, class Accum, std::int32_t Max>
+class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+ public:
+  using Texture = HvTexture<Pixel, Accum>;
+
+  void preProcess(Texture* in, Texture* out) override;
+  void postProcess(Texture* in, Texture* out) override;
+
+  std::int32_t method = kFuzzBlur;
+  std::int32_t mode = kFuzzRGBA;
+  // The radius of one box along each axis, in pixels: a third of the size that a user sets.
+  float sizeX = 0.0f;
+  float sizeY = 0.0f;
+
+ private:
+  template <int R, int G, int B, int A>
+  void filterDirectly(Texture* in, Texture* out);
+  void filterGrey(Texture* in, Texture* out);
+  template <int Y, int U, int V>
+  void filterYuv(Texture* in, Texture* out);
+
+  template <int R, int G, int B, int A>
+  void copyChannelsOf(Texture* in, Texture* out, bool inWindow);
+  template <class Filter>
+  void setUp(Filter& filter) const;
+  template <class Plane>
+  bool makePlane(Plane& plane, const Texture& in, const Texture& out);
+  template <class Reader>
+  void widenWindow(Reader& reader) const;
+};
+
+extern template class FuzzSampler<R8, Ri, 255>;
+extern template class FuzzSampler<R16, Ri, 32767>;
+
+}  // namespace vblur

@@ -1,0 +1,237 @@
+// The filter: along x three boxes one after the other into an intermediate picture, then along y three
+// more into the output. The cost of a pixel does not depend on the size.
+//
+// Values keep the scale and the precision of the pixel type: each box rounds to whole pixel units
+// before the next one sees it, and the intermediate has the pixels of the picture.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <new>
+
+#include "blur/ThreeBoxes.h"
+#include "image/ChannelMask.h"
+#include "image/Sampler.h"
+#include "image/SimpleCopySampler.h"
+
+namespace vblur {
+
+// Filters the components of Mask and neither reads nor writes the others, but for sizes of 0 on both
+// axes, which copy whole pixels.
+template <class Pixel, class Accum, class Mask>
+class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+ public:
+  using Texture = HvTexture<Pixel, Accum>;
+
+  void preProcess(Texture* in, Texture* out) override {
+    limitSizes();
+    lineLengthX = std::max(in->width(), this->mapWidth);
+    lineLengthY = std::max(in->height(), this->mapHeight);
+    save(*in, *out);
+    copyBack = 0;
+    if (sizeX == 0.0f && sizeY == 0.0f) return copyWhole(in, out);
+    takeSurroundings(*out, *in);
+    if (!makeIntermediate()) return;
+    takeSurroundings(*intermediate, *in);
+    const std::int32_t y = wrapSub(savedWriteOriginY, verticalMargin());
+    intermediate->setOrigin(savedWriteOriginX, y);
+    intermediate->setWriteOrigin(savedWriteOriginX, y);
+    this->passes = 3;
+  }
+
+  void prePass(Texture* in, Texture* out) override {
+    switch (this->pass) {
+      case 0:
+        // The y boxes read this far beyond the window.
+        this->y1 = wrapSub(this->y1, verticalMargin());
+        this->y2 = wrapAdd(this->y2, verticalMargin());
+        break;
+      case 1:
+        restoreWindow();
+        break;
+      default:
+        restore(*in, *out);
+        break;
+    }
+  }
+
+  void processRows(Texture* in, Texture* out) override {
+    if (poll(this->interrupt) != 0) return;
+    if (intermediate == nullptr || intermediate->data == nullptr) return;
+    switch (this->pass) {
+      case 0:
+        return filterAlongX(*in);
+      case 1:
+        return filterAlongY(*out);
+      default:
+        if (copyBack != 0) copyIntermediate(*out);
+    }
+  }
+
+  // The radius of one box along each axis, in pixels. The preparation divides sizeX by the pixel
+  // aspect and limits both to three times the longer side of the picture.
+  float sizeX = 0.0f;
+  float sizeY = 0.0f;
+  std::int32_t boxes = 3;
+  std::int32_t savedWriteOriginX = 0;
+  std::int32_t savedWriteOriginY = 0;
+  // Where the copy back reads the input.
+  std::int32_t savedInputOriginX = 0;
+  std::int32_t savedInputOriginY = 0;
+  std::int32_t savedEdgeX = 0;
+  std::int32_t savedEdgeY = 0;
+  Pixel savedOutsideColour{};
+  std::unique_ptr<Texture> intermediate;
+  std::int32_t savedWindowX1 = 0;
+  std::int32_t savedWindowX2 = 0;
+  std::int32_t savedWindowY1 = 0;
+  std::int32_t savedWindowY2 = 0;
+  // Non-zero: the last pass copies the intermediate to the output.
+  std::int32_t copyBack = 0;
+  std::int32_t lineLengthX = 0;
+  std::int32_t lineLengthY = 0;
+
+ private:
+  void limitSizes() {
+    sizeX = sizeX / this->aspect;
+    const float limit = static_cast<float>(std::max(this->mapWidth, this->mapHeight)) * 3.0f;
+    if (sizeX > limit) sizeX = limit;
+    if (sizeY > limit) sizeY = limit;
+  }
+
+  // How many rows the intermediate has above and below the picture.
+  std::int32_t verticalMargin() const { return truncToInt((sizeY + 2.0f) * static_cast<float>(boxes)); }
+
+  void save(const Texture& in, const Texture& out) {
+    savedEdgeX = out.horizontal.edgeMethod;
+    savedEdgeY = out.vertical.edgeMethod;
+    savedOutsideColour = out.outsideColour;
+    savedWriteOriginX = out.horizontal.writeOrigin;
+    savedWriteOriginY = out.vertical.writeOrigin;
+    savedInputOriginX = truncToInt(in.horizontal.originF);
+    savedInputOriginY = truncToInt(in.vertical.originF);
+    savedWindowX1 = this->x1;
+    savedWindowX2 = this->x2;
+    savedWindowY1 = this->y1;
+    savedWindowY2 = this->y2;
+  }
+
+  void restoreWindow() {
+    this->x1 = savedWindowX1;
+    this->x2 = savedWindowX2;
+    this->y1 = savedWindowY1;
+    this->y2 = savedWindowY2;
+  }
+
+  void restore(Texture& in, Texture& out) {
+    out.setWriteOrigin(savedWriteOriginX, savedWriteOriginY);
+    out.setEdgeMethods(savedEdgeX, savedEdgeY);
+    out.setOutsideColour(savedOutsideColour);
+    restoreWindow();
+    if (copyBack == 0) return;
+    in.setOrigin(savedInputOriginX, savedInputOriginY);
+    intermediate->setBounds(in.horizontal.lo, in.horizontal.hi, in.vertical.lo, in.vertical.hi);
+    intermediate->setOrigin(in.horizontal.originI, in.vertical.originI);
+  }
+
+  void copyWhole(Texture* in, Texture* out) {
+    SimpleCopySampler<Pixel, Accum> copy;
+    copy.interrupt = this->interrupt;
+    copy.copyWindow(*this);
+    copy.process(in, out);
+    this->passes = 0;
+  }
+
+  static void takeSurroundings(Texture& texture, const Texture& from) {
+    texture.setEdgeMethods(from.horizontal.edgeMethod, from.vertical.edgeMethod);
+    texture.setOutsideColour(from.outsideColour);
+  }
+
+  bool makeIntermediate() {
+    if (intermediate != nullptr) return true;
+    const std::int64_t height = static_cast<std::int64_t>(lineLengthY) + 2 * static_cast<std::int64_t>(verticalMargin());
+    if (height > 0 && height <= kInt32Max) {
+      intermediate.reset(new (std::nothrow) Texture(this->mapWidth, static_cast<std::int32_t>(height)));
+    }
+    if (intermediate != nullptr && intermediate->data != nullptr) return true;
+    stopForMemory(this->interrupt);
+    intermediate.reset();
+    return false;
+  }
+
+  // Filters lines [first, last) of this thread in blocks. makeLines(line, n) reads n lines; store(line,
+  // n, position, lanes) keeps the result of one position.
+  template <class MakeLines, class Store>
+  void filterLines(std::int32_t first, std::int32_t last, float radius, const typename ThreeBoxes<Mask>::Axis& axis,
+                   const Pixel& outside, const MakeLines& makeLines, const Store& store) {
+    if (first >= last) return;
+    ThreeBoxes<Mask> threeBoxes(boxConstants(radius), boxes, axis, outside);
+    if (!threeBoxes.isReady()) return stopForMemory(this->interrupt);
+    for (std::int32_t line = first; line < last; line += kBlockLines) {
+      const std::int32_t n = std::min(kBlockLines, last - line);
+      for (std::int32_t i = 0; i < n; ++i) {
+        if (poll(this->interrupt) != 0) return;
+      }
+      threeBoxes.run(makeLines(line, n),
+                     [&](std::int64_t position, const std::int32_t* lanes) { store(line, n, position, lanes); });
+    }
+  }
+
+  void filterAlongX(const Texture& in) {
+    const HvSpan rows = bandOfThisThread(this->y1, this->y2);
+    const typename ThreeBoxes<Mask>::Axis axis{
+        this->x1, this->x2, savedWriteOriginX, lineLengthX, in.horizontal.edgeMethod, false};
+    // Beyond the picture there is no place for a result.
+    const std::int64_t firstColumn = savedWriteOriginX;
+    const std::int64_t lastColumn = firstColumn + intermediate->width();
+    filterLines(
+        rows.first, rows.last, sizeX, axis, in.outsideColour,
+        [&](std::int32_t y, std::int32_t n) { return RowLines<Mask, Pixel, Accum>(in, y, n); },
+        [&](std::int32_t y, std::int32_t n, std::int64_t x, const std::int32_t* lanes) {
+          if (x < firstColumn || x >= lastColumn) return;
+          Pixel* pixel = intermediate->target(static_cast<std::int32_t>(x), y);
+          for (std::int32_t i = 0; i < n; ++i) {
+            narrowPixel<Mask>(*pixel, lanes + i * Mask::kCount);
+            pixel = reinterpret_cast<Pixel*>(reinterpret_cast<std::byte*>(pixel) + intermediate->stride);
+          }
+        });
+  }
+
+  void filterAlongY(const Texture& out) {
+    const HvSpan columns = bandOfThisThread(this->x1, this->x2);
+    const typename ThreeBoxes<Mask>::Axis axis{
+        this->y1, this->y2, savedWriteOriginY, lineLengthY, intermediate->vertical.edgeMethod, true};
+    filterLines(
+        columns.first, columns.last, sizeY, axis, intermediate->outsideColour,
+        [&](std::int32_t x, std::int32_t n) { return ColumnLines<Mask, Pixel, Accum>(*intermediate, x, n); },
+        [&](std::int32_t x, std::int32_t n, std::int64_t y, const std::int32_t* lanes) {
+          Pixel* pixel = out.target(x, static_cast<std::int32_t>(y));
+          for (std::int32_t i = 0; i < n; ++i) narrowPixel<Mask>(pixel[i], lanes + i * Mask::kCount);
+        });
+  }
+
+  void copyIntermediate(const Texture& out) {
+    if constexpr (PixelTraits<Pixel>::kComponents == 4) {
+      walkRuns(
+          this->rowLoop(), this->interrupt, out,
+          [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) { copyChannels<Mask>(to, run, n); },
+          *intermediate);
+    } else {
+      walkRuns(
+          this->rowLoop(), this->interrupt, out,
+          [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) { copyPixels(to, run, n); }, *intermediate);
+    }
+  }
+};
+
+// The filter on four-component pixels. Max is the full scale of the chain that it belongs to and has
+// no part in the arithmetic.
+template <class Pixel, class Accum, std::int32_t Max, int R, int G, int B, int A>
+class BlurRGBAGauss : public GaussFilter<Pixel, Accum, ChannelMask<R, G, B, A>> {};
+
+// The filter on one plain integer per pixel; only the first flag has a component to choose.
+template <class T, class Accum, std::int32_t Max, int A, int B, int C, int D>
+class BlurGeneralGauss : public GaussFilter<T, Accum, ChannelMask<A, B, C, D>> {};
+
+}  // namespace vblur

@@ -1,0 +1,177 @@
+// Blocks of lines for the filter: neighbouring rows or columns of a texture, read through its edge
+// methods into 32-bit lanes, and the buffers between one box and the next.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+#include "image/ChannelMask.h"
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+// How many lines a block holds side by side.
+inline constexpr std::int32_t kBlockLines = 16;
+template <class Mask>
+inline constexpr int kBlockLanes = kBlockLines * Mask::kCount;
+
+// Calls body(place, component) for each chosen component, both as compile-time constants.
+template <class Mask, class Body>
+constexpr void forEachChosen(const Body& body) {
+  [&]<int... Place>(std::integer_sequence<int, Place...>) {
+    (body(std::integral_constant<int, Place>{}, std::integral_constant<int, Mask::componentAt(Place)>{}), ...);
+  }(std::make_integer_sequence<int, Mask::kCount>{});
+}
+
+template <class Mask, class Pixel>
+inline void widenPixel(std::int32_t* lanes, const Pixel& pixel) {
+  forEachChosen<Mask>([&](auto place, auto component) {
+    if constexpr (std::is_same_v<Pixel, int>) {
+      lanes[place] = pixel;
+    } else if constexpr (component == 0) {
+      lanes[place] = pixel.red;
+    } else if constexpr (component == 1) {
+      lanes[place] = pixel.green;
+    } else if constexpr (component == 2) {
+      lanes[place] = pixel.blue;
+    } else {
+      lanes[place] = pixel.alpha;
+    }
+  });
+}
+
+// Keeps the low bits of each lane; components that are not chosen stay as they are.
+template <class Mask, class Pixel>
+inline void narrowPixel(Pixel& pixel, const std::int32_t* lanes) {
+  forEachChosen<Mask>([&](auto place, auto component) {
+    const auto value = storeNarrow<ComponentOf<Pixel>>(lanes[place]);
+    if constexpr (std::is_same_v<Pixel, int>) {
+      pixel = value;
+    } else if constexpr (component == 0) {
+      pixel.red = value;
+    } else if constexpr (component == 1) {
+      pixel.green = value;
+    } else if constexpr (component == 2) {
+      pixel.blue = value;
+    } else {
+      pixel.alpha = value;
+    }
+  });
+}
+
+// Zeroed 32-bit memory; null when there is none. A negative count is more than there is.
+using LaneMemory = std::unique_ptr<std::int32_t[], decltype(&std::free)>;
+
+inline LaneMemory allocateLanes(std::int64_t positions, int lanes) {
+  void* memory = nullptr;
+  if (positions >= 0) {
+    memory = std::calloc(static_cast<std::size_t>(positions) + 1, static_cast<std::size_t>(lanes) * sizeof(std::int32_t));
+  }
+  return {static_cast<std::int32_t*>(memory), &std::free};
+}
+
+// The lines of a block of rows (the x pass), or of columns (the y pass), read from a texture.
+template <class Mask, class Pixel, class Accum>
+class RowLines {
+ public:
+  RowLines(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::int32_t rows)
+      : in_(in), firstRow_(firstRow), rows_(rows) {}
+
+  // Positions first to last - 1 along x, in image coordinates. Goes by runs, cut short so that the
+  // rows that share cache lines of the block are filled together.
+  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const {
+    constexpr std::int64_t kTile = 64;
+    for (std::int64_t x = first; x < last;) {
+      std::int64_t n = 0;
+      for (std::int32_t j = 0; j < rows_; ++j) {
+        const HvPixelRun<Pixel> run = in_.readRun(static_cast<std::int32_t>(x), firstRow_ + j);
+        n = std::min({static_cast<std::int64_t>(run.length), last - x, kTile});
+        const Pixel* pixel = run.first;
+        std::int32_t* lanes = block + (x - first) * kBlockLanes<Mask> + j * Mask::kCount;
+        for (std::int64_t i = 0; i < n; ++i, pixel += run.step, lanes += kBlockLanes<Mask>) {
+          widenPixel<Mask>(lanes, *pixel);
+        }
+      }
+      x += n;
+    }
+  }
+
+  const HvTexAxis& axis() const { return in_.horizontal; }
+
+ private:
+  const HvTexture<Pixel, Accum>& in_;
+  std::int32_t firstRow_;
+  std::int32_t rows_;
+};
+
+template <class Mask, class Pixel, class Accum>
+class ColumnLines {
+ public:
+  ColumnLines(const HvTexture<Pixel, Accum>& in, std::int32_t firstColumn, std::int32_t columns)
+      : in_(in), firstColumn_(firstColumn), columns_(columns) {}
+
+  // Positions first to last - 1 along y, in image coordinates.
+  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const {
+    for (std::int64_t y = first; y < last; ++y) {
+      std::int32_t* lanes = block + (y - first) * kBlockLanes<Mask>;
+      for (std::int32_t j = 0; j < columns_;) {
+        const HvPixelRun<Pixel> run = in_.readRun(firstColumn_ + j, static_cast<std::int32_t>(y));
+        const std::int32_t n = std::min(run.length, columns_ - j);
+        const Pixel* pixel = run.first;
+        for (std::int32_t i = 0; i < n; ++i, pixel += run.step, lanes += Mask::kCount) {
+          widenPixel<Mask>(lanes, *pixel);
+        }
+        j += n;
+      }
+    }
+  }
+
+  const HvTexAxis& axis() const { return in_.vertical; }
+
+ private:
+  const HvTexture<Pixel, Accum>& in_;
+  std::int32_t firstColumn_;
+  std::int32_t columns_;
+};
+
+// What one box leaves for the next: a line of a fixed length somewhere along the axis, which beyond
+// its ends answers like the texture that the lines came from.
+template <class Mask>
+class LineBuffer {
+ public:
+  static constexpr int kLanes = kBlockLanes<Mask>;
+
+  // Fails when there is no memory: see isReady.
+  template <class Pixel>
+  LineBuffer(std::int64_t start, std::int64_t length, std::int32_t edgeMethod, const Pixel& outside)
+      : memory_(allocateLanes(length, kLanes)), start_(start), length_(length) {
+    axis_.setSize(static_cast<std::int32_t>(length));
+    axis_.setEdgeMethod(edgeMethod);
+    for (std::int32_t j = 0; j < kBlockLines; ++j) widenPixel<Mask>(outside_ + j * Mask::kCount, outside);
+  }
+
+  bool isReady() const { return memory_ != nullptr; }
+  std::int64_t start() const { return start_; }
+  std::int64_t end() const { return start_ + length_; }
+  bool holds(std::int64_t first, std::int64_t last) const { return first >= start() && last <= end(); }
+  std::int32_t* row(std::int64_t position) { return memory_.get() + (position - start_) * kLanes; }
+
+  // A copy of positions that reach beyond the ends.
+  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const {
+    for (std::int64_t i = first; i < last; ++i, block += kLanes) {
+      const std::int32_t at = axis_.mapIndex(static_cast<std::int32_t>(i - start_));
+      std::copy_n(at == kOutside ? outside_ : memory_.get() + at * static_cast<std::int64_t>(kLanes), kLanes, block);
+    }
+  }
+
+ private:
+  LaneMemory memory_;
+  std::int64_t start_;
+  std::int64_t length_;
+  HvTexAxis axis_;
+  std::int32_t outside_[kLanes] = {};
+};
+
+}  // namespace vblur

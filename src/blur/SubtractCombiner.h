@@ -1,0 +1,39 @@
+// Reflects the second picture through the first: 2a - b, limited to the pixel type. With b the blurred
+// a it is unsharp masking.
+#pragma once
+
+#include "image/Combiner.h"
+
+namespace vblur {
+
+template <class Pixel, class Accum, std::int32_t Max>
+class SubtractCombiner
+    : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+ public:
+  using Texture = HvTexture<Pixel, Accum>;
+
+  // The doubling goes through a float, exactly: components have at most 16 bits.
+  static ComponentOf<Pixel> reflected(std::int32_t a, std::int32_t b) {
+    return storeClamped<Pixel>(truncToInt(static_cast<float>(a) * 2.0f) - b);
+  }
+
+  void processRows(Texture* a, Texture* b, Texture* out) override {
+    walkRuns<PollAt::BeforeRow>(
+        this->rowLoop(), this->interrupt, *out,
+        [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB) {
+          const Pixel* pixelA = runA.first;
+          const Pixel* pixelB = runB.first;
+          for (std::int32_t i = 0; i < n; ++i, pixelA += runA.step, pixelB += runB.step) {
+            Pixel result{};
+            result.red = reflected(pixelA->red, pixelB->red);
+            result.green = reflected(pixelA->green, pixelB->green);
+            result.blue = reflected(pixelA->blue, pixelB->blue);
+            result.alpha = reflected(pixelA->alpha, pixelB->alpha);
+            to[i] = result;
+          }
+        },
+        *a, *b);
+  }
+};
+
+}  // namespace vblur
