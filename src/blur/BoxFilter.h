@@ -61,7 +61,8 @@ void filterBox(std::int64_t a, std::int64_t b, const BoxConstants& box, const So
   alignas(64) std::int32_t sum[Lanes] = {};
   for (std::int64_t i = a - box.reach(); i <= a + box.r; ++i) {
     const std::int32_t* p = source(i);
-    for (int l = 0; l < Lanes; ++l) sum[l] = wrapAdd(sum[l], p[l]);
+    for (int l = 0; l < Lanes; ++l)
+      sum[l] = wrapAdd(sum[l], p[l]);
   }
   const std::int32_t* in = source(a + box.r + 1);
   const std::int32_t* out = source(a - box.reach());

@@ -13,7 +13,8 @@ class ChannelExtractor : public Sampler<Tex1, Tex2> {
         this->rowLoop(), this->interrupt, *out,
         [](T* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
           const Pixel* pixel = run.first;
-          for (std::int32_t i = 0; i < n; ++i, pixel += run.step) to[i] = componentOf(*pixel, Channel);
+          for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
+            to[i] = componentOf(*pixel, Channel);
         },
         *in);
   }

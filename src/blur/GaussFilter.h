@@ -150,7 +150,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   bool makeIntermediate() {
     if (intermediate != nullptr) return true;
-    const std::int64_t height = static_cast<std::int64_t>(lineLengthY) + 2 * static_cast<std::int64_t>(verticalMargin());
+    const std::int64_t height =
+        static_cast<std::int64_t>(lineLengthY) + 2 * static_cast<std::int64_t>(verticalMargin());
     if (height > 0 && height <= kInt32Max) {
       intermediate.reset(new (std::nothrow) Texture(this->mapWidth, static_cast<std::int32_t>(height)));
     }
@@ -207,7 +208,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
         [&](std::int32_t x, std::int32_t n) { return ColumnLines<Mask, Pixel, Accum>(*intermediate, x, n); },
         [&](std::int32_t x, std::int32_t n, std::int64_t y, const std::int32_t* lanes) {
           Pixel* pixel = out.target(x, static_cast<std::int32_t>(y));
-          for (std::int32_t i = 0; i < n; ++i) narrowPixel<Mask>(pixel[i], lanes + i * Mask::kCount);
+          for (std::int32_t i = 0; i < n; ++i)
+            narrowPixel<Mask>(pixel[i], lanes + i * Mask::kCount);
         });
   }
 

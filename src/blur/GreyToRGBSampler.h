@@ -19,7 +19,8 @@ class GreyToRGBSampler : public Sampler<Tex1, Tex2> {
         [this](Pixel* to, std::int32_t n, const HvPixelRun<Grey>& run) {
           const Grey* grey = run.first;
           const bool cut = threshold && run.exists;
-          for (std::int32_t i = 0; i < n; ++i, grey += run.step) to[i] = spread(componentOf(*grey, 0), cut);
+          for (std::int32_t i = 0; i < n; ++i, grey += run.step)
+            to[i] = spread(componentOf(*grey, 0), cut);
         },
         *in);
   }

@@ -15,14 +15,15 @@ namespace vblur {
 // How many lines a block holds side by side.
 inline constexpr std::int32_t kBlockLines = 16;
 template <class Mask>
-inline constexpr int kBlockLanes = kBlockLines * Mask::kCount;
+inline constexpr int kBlockLanes = kBlockLines* Mask::kCount;
 
 // Calls body(place, component) for each chosen component, both as compile-time constants.
 template <class Mask, class Body>
 constexpr void forEachChosen(const Body& body) {
   [&]<int... Place>(std::integer_sequence<int, Place...>) {
     (body(std::integral_constant<int, Place>{}, std::integral_constant<int, Mask::componentAt(Place)>{}), ...);
-  }(std::make_integer_sequence<int, Mask::kCount>{});
+  }
+  (std::make_integer_sequence<int, Mask::kCount>{});
 }
 
 template <class Mask, class Pixel>
@@ -67,7 +68,8 @@ using LaneMemory = std::unique_ptr<std::int32_t[], decltype(&std::free)>;
 inline LaneMemory allocateLanes(std::int64_t positions, int lanes) {
   void* memory = nullptr;
   if (positions >= 0) {
-    memory = std::calloc(static_cast<std::size_t>(positions) + 1, static_cast<std::size_t>(lanes) * sizeof(std::int32_t));
+    memory =
+        std::calloc(static_cast<std::size_t>(positions) + 1, static_cast<std::size_t>(lanes) * sizeof(std::int32_t));
   }
   return {static_cast<std::int32_t*>(memory), &std::free};
 }
@@ -149,7 +151,8 @@ class LineBuffer {
       : memory_(allocateLanes(length, kLanes)), start_(start), length_(length) {
     axis_.setSize(static_cast<std::int32_t>(length));
     axis_.setEdgeMethod(edgeMethod);
-    for (std::int32_t j = 0; j < kBlockLines; ++j) widenPixel<Mask>(outside_ + j * Mask::kCount, outside);
+    for (std::int32_t j = 0; j < kBlockLines; ++j)
+      widenPixel<Mask>(outside_ + j * Mask::kCount, outside);
   }
 
   bool isReady() const { return memory_ != nullptr; }

@@ -28,7 +28,8 @@ class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
         this->rowLoop(), this->interrupt, *out,
         [](Ri* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
           const Pixel* pixel = run.first;
-          for (std::int32_t i = 0; i < n; ++i, pixel += run.step) to[i] = converted(*pixel);
+          for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
+            to[i] = converted(*pixel);
         },
         *in);
   }

@@ -7,8 +7,7 @@
 namespace vblur {
 
 template <class Pixel, class Accum, std::int32_t Max>
-class SubtractCombiner
-    : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+class SubtractCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
   using Texture = HvTexture<Pixel, Accum>;
 

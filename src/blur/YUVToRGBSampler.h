@@ -24,7 +24,8 @@ class YUVToRGBSampler : public Sampler<Tex1, Tex2> {
         this->rowLoop(), this->interrupt, *out,
         [](Pixel2* to, std::int32_t n, const HvPixelRun<Pixel1>& run) {
           const Pixel1* pixel = run.first;
-          for (std::int32_t i = 0; i < n; ++i, pixel += run.step) to[i] = converted(*pixel);
+          for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
+            to[i] = converted(*pixel);
         },
         *in);
   }

@@ -85,9 +85,10 @@ namespace property_lists {
 inline constexpr std::string_view kChannels[] = {"RGB",   "RGBA",      "Grey",   "Red", "Green", "Blue",
                                                  "Alpha", "Luminance", "Chroma", "U",   "V"};
 inline constexpr std::string_view kMethod[] = {"Blur", "Sharpen"};
-inline constexpr std::string_view kMixBack[] = {
-    "None",    "Mix",    "Luminance", "Chroma", "Hue",      "Saturation", "Value",    "Colour",     "Darken",   "Lighten",
-    "Screen",  "Multiply", "Add",     "Add Over", "Add Under", "Subtract",  "Difference", "Overlay", "HardLight"};
+inline constexpr std::string_view kMixBack[] = {"None",       "Mix",        "Luminance", "Chroma",   "Hue",
+                                                "Saturation", "Value",      "Colour",    "Darken",   "Lighten",
+                                                "Screen",     "Multiply",   "Add",       "Add Over", "Add Under",
+                                                "Subtract",   "Difference", "Overlay",   "HardLight"};
 inline constexpr std::string_view kEdgeMethod[] = {"Colour", "Repeat", "Reflect", "Wrap"};
 inline constexpr std::string_view kTransitionRamping[] = {"Linear", "Ramp In", "Ramp Out", "Ramp In and Out"};
 inline constexpr std::string_view kEffectScaling[] = {"Don't Scale Effect", "Fade Effect In And Out",
@@ -121,8 +122,8 @@ constexpr Property List(PropertyId id, GUID guid, std::string_view shownName, st
 constexpr Property OnOff(PropertyId id, GUID guid, std::string_view shownName, std::string_view name, DSValueType type,
                          PropertyCapability capability, double value, std::int32_t nameString, std::int32_t hintString,
                          std::string_view hint) {
-  return {id,    guid, shownName, name, type,       PropertyControl::OnOff, capability,
-          value, 0.0,  1.0,       {},   nameString, hintString,             hint};
+  return {id,  guid, shownName,  name,       type, PropertyControl::OnOff, capability, value, 0.0,
+          1.0, {},   nameString, hintString, hint};
 }
 
 }  // namespace property_lists
@@ -183,8 +184,7 @@ inline constexpr auto kProperties = [] {
       OnOff(DisplayCropped, MakeGuid("{F2A92C6F-2302-11D3-AB91-0000E8D8077F}"), "Display Cropped", "Display Cropped",
             kBoolean, Plain, 0.0, 5030, 5031, "Render the cropped image instead of the effect."),
       OnOff(BlankCropped, MakeGuid("{F2A92C70-2302-11D3-AB91-0000E8D8077F}"), "Blank Cropped", "Blank Cropped",
-            kBoolean, Plain, 0.0, 5032, 5033,
-            "Blank the area outside the cropped region to black and transparent."),
+            kBoolean, Plain, 0.0, 5032, 5033, "Blank the area outside the cropped region to black and transparent."),
       Number(FinishFadingOutFirstClip, MakeGuid("{9D2E3066-AE89-11D5-9414-0800690F2F3F}"),
              "Finish Fading Out First Clip", Plain, 100.0, 0.0, 100.0, 5500,
              "When finish fading out the first clip (percentage of transition)."),
@@ -202,11 +202,13 @@ constexpr const Property& PropertyOf(PropertyId id) {
 }
 
 static_assert(kProperties.size() == 29);
-static_assert([] {
-  for (std::size_t i = 0; i < kProperties.size(); ++i) {
-    if (kProperties[i].id != static_cast<PropertyId>(i)) return false;
-  }
-  return true;
-}(), "a property stands at the index that its id names");
+static_assert(
+    [] {
+      for (std::size_t i = 0; i < kProperties.size(); ++i) {
+        if (kProperties[i].id != static_cast<PropertyId>(i)) return false;
+      }
+      return true;
+    }(),
+    "a property stands at the index that its id names");
 
 }  // namespace vblur

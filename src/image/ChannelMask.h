@@ -12,7 +12,9 @@ template <int R, int G, int B, int A>
 struct ChannelMask {
   static constexpr int kCount = R + G + B + A;
   static constexpr bool kAll = kCount == 4;
-  static constexpr bool chosen(int component) { return component == 0 ? R : component == 1 ? G : component == 2 ? B : A; }
+  static constexpr bool chosen(int component) {
+    return component == 0 ? R : component == 1 ? G : component == 2 ? B : A;
+  }
   // The component that stands at a place among the chosen ones.
   static constexpr int componentAt(int place) {
     for (int c = 0; c < 4; ++c) {

@@ -8,8 +8,7 @@ std::int32_t HvIPWindowStack::push() {
   return 1;
 }
 
-std::int32_t HvIPWindowStack::pushAndSet(std::int32_t left, std::int32_t top, std::int32_t right,
-                                         std::int32_t bottom) {
+std::int32_t HvIPWindowStack::pushAndSet(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
   if (push() == 0) return 0;
   processor_->x1 = left;
   processor_->y1 = top;

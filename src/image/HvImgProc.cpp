@@ -62,7 +62,8 @@ void HvImgProc::settle(const HvTexIndexer& target) {
 }
 
 void HvImgProc::runPasses() {
-  for (pass = 0; pass < passes; ++pass) runPass();
+  for (pass = 0; pass < passes; ++pass)
+    runPass();
 }
 
 void HvImgProc::runPass() {

@@ -20,7 +20,8 @@ class HvRGBCopySampler : public SimpleCopySampler<Pixel, Accum> {
     if (channels <= 0 || channels > kAllChannels) return;
     [&]<std::int32_t... Choice>(std::integer_sequence<std::int32_t, Choice...>) {
       ((channels == Choice ? copyRows<Choice>(*in, *out) : void()), ...);
-    }(std::make_integer_sequence<std::int32_t, kAllChannels>{});
+    }
+    (std::make_integer_sequence<std::int32_t, kAllChannels>{});
   }
 
   static constexpr std::int32_t kAllChannels = 15;

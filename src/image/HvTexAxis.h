@@ -37,9 +37,9 @@ struct HvTexPair {
 };
 
 struct HvTexAxis {
-  std::int32_t size = 0;         // pixels along this axis in the buffer
-  float originF = 0.0f;          // where buffer index 0 lies in image space, for sampling
-  std::int32_t originI = 0;      // the same as a whole pixel, for integer reads
+  std::int32_t size = 0;     // pixels along this axis in the buffer
+  float originF = 0.0f;      // where buffer index 0 lies in image space, for sampling
+  std::int32_t originI = 0;  // the same as a whole pixel, for integer reads
   std::int32_t edgeMethod = kEdgeColour;
   std::int32_t lo = 0;           // first buffer index of the box, inclusive
   std::int32_t hi = -1;          // last buffer index of the box, inclusive

@@ -138,9 +138,7 @@ class HvTexture : public HvTextureSampling<Accum_> {
   bool hasPixels() const { return this->width() >= 1 && this->height() >= 1 && data != nullptr; }
 
   // The pixel at buffer indices, which must lie in the buffer.
-  Pixel* at(std::int32_t x, std::int32_t y) const {
-    return reinterpret_cast<Pixel*>(data + y * stride) + x;
-  }
+  Pixel* at(std::int32_t x, std::int32_t y) const { return reinterpret_cast<Pixel*>(data + y * stride) + x; }
 
   // The pixel of a target at image coordinates; box and edge methods play no part.
   Pixel* target(std::int32_t x, std::int32_t y) const {
@@ -164,7 +162,7 @@ class HvTexture : public HvTextureSampling<Accum_> {
   std::byte* data = nullptr;          // the pixel at buffer index (0, 0)
   std::int32_t allocationFailed = 0;  // the last allocate found no memory
   Pixel outsideColour{};
-  std::int64_t stride = 0;            // bytes from one row to the next; negative when rows run backwards
+  std::int64_t stride = 0;  // bytes from one row to the next; negative when rows run backwards
 
  private:
   template <class Other>

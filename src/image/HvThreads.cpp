@@ -72,9 +72,11 @@ class Pool {
     insideRun = true;
     enter(block);
     // Indices that found no thread are the caller's.
-    for (std::int32_t i = working + 1; i < wanted; ++i) runAs(i, block);
+    for (std::int32_t i = working + 1; i < wanted; ++i)
+      runAs(i, block);
     insideRun = false;
-    for (std::int32_t left = busy_.load(std::memory_order_acquire); left != 0; left = busy_.load(std::memory_order_acquire)) {
+    for (std::int32_t left = busy_.load(std::memory_order_acquire); left != 0;
+         left = busy_.load(std::memory_order_acquire)) {
       busy_.wait(left, std::memory_order_acquire);
     }
   }
@@ -93,7 +95,8 @@ class Pool {
   }
 
   static void runAlone(const HvCallBlock& block, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i) runAs(i, block);
+    for (std::int32_t i = 0; i < count; ++i)
+      runAs(i, block);
   }
 
   void startWorkers(std::int32_t count) {
@@ -111,7 +114,8 @@ class Pool {
     stopping_.store(true, std::memory_order_relaxed);
     generation_.fetch_add(1, std::memory_order_release);
     generation_.notify_all();
-    for (std::thread& worker : workers_) worker.join();
+    for (std::thread& worker : workers_)
+      worker.join();
     workers_.clear();
     stopping_.store(false, std::memory_order_relaxed);
   }
@@ -152,7 +156,8 @@ void HvThreadRun(HvThreadFunction function, std::int32_t argumentCount, ...) {
   block.function = function;
   std::va_list words;
   va_start(words, argumentCount);
-  for (std::int32_t i = 0; i < block.count; ++i) block.arguments[i] = va_arg(words, HvWord);
+  for (std::int32_t i = 0; i < block.count; ++i)
+    block.arguments[i] = va_arg(words, HvWord);
   va_end(words);
   pool().run(block);
 }

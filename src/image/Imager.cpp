@@ -70,8 +70,7 @@ HvRowLoop Imager::rowLoop(std::int32_t field) const {
     }
   }
   const bool alone = (flags & kOneThread) != 0;
-  const HvSpan band =
-      bandOf(loop.lastRow - loop.firstRow, alone ? 1 : HvThreadCount(), alone ? 0 : HvThreadIndex());
+  const HvSpan band = bandOf(loop.lastRow - loop.firstRow, alone ? 1 : HvThreadCount(), alone ? 0 : HvThreadIndex());
   loop.lastRow = loop.firstRow + band.last;
   loop.firstRow = firstFieldRow(field, loop.firstRow + band.first);
   return loop;

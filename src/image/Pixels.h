@@ -117,7 +117,8 @@ inline constexpr std::int32_t kTopOf = Pixel::kMax;
 
 // The strict layout that host memory has: whole pixels are read and written in place.
 template <class Pixel>
-inline constexpr bool kIsPlainPixel = std::is_trivially_copyable_v<Pixel> && std::is_trivially_default_constructible_v<Pixel>;
+inline constexpr bool kIsPlainPixel =
+    std::is_trivially_copyable_v<Pixel>&& std::is_trivially_default_constructible_v<Pixel>;
 
 static_assert(sizeof(R8) == 4 && sizeof(R16) == 8 && sizeof(Ri) == 16 && sizeof(Rf) == 16);
 static_assert(sizeof(C8) == 1 && sizeof(C16) == 2 && sizeof(Ci) == 4 && sizeof(Cf) == 4);

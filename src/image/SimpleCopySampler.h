@@ -17,7 +17,8 @@ class SimpleCopySampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixe
     const HvRowLoop loop = this->rowLoop();
     for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
       Pixel* to = out->target(loop.x1, y);
-      for (std::int32_t x = loop.x1; x < loop.x2;) x += this->copyRun(to, *in, x, y, loop.x2);
+      for (std::int32_t x = loop.x1; x < loop.x2;)
+        x += this->copyRun(to, *in, x, y, loop.x2);
       if (poll(this->interrupt) != 0) return;
     }
   }

@@ -18,7 +18,8 @@ void copyPixels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
   } else if (run.step == 0) {
     std::fill_n(out, n, *in);
   } else {
-    for (std::int32_t i = 0; i < n; ++i, in += run.step) out[i] = *in;
+    for (std::int32_t i = 0; i < n; ++i, in += run.step)
+      out[i] = *in;
   }
 }
 

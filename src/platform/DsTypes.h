@@ -36,7 +36,8 @@ consteval GUID MakeGuid(const char (&text)[39]) {
   };
   const auto number = [&](int at, int digits) {
     std::uint32_t value = 0;
-    for (int i = 0; i < digits; ++i) value = value * 16 + digit(at + i);
+    for (int i = 0; i < digits; ++i)
+      value = value * 16 + digit(at + i);
     return value;
   };
   if (text[0] != '{' || text[9] != '-' || text[14] != '-' || text[19] != '-' || text[24] != '-' || text[37] != '}') {
@@ -46,8 +47,10 @@ consteval GUID MakeGuid(const char (&text)[39]) {
   guid.data1 = number(1, 8);
   guid.data2 = static_cast<std::uint16_t>(number(10, 4));
   guid.data3 = static_cast<std::uint16_t>(number(15, 4));
-  for (int i = 0; i < 2; ++i) guid.data4[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(number(20 + 2 * i, 2));
-  for (int i = 0; i < 6; ++i) guid.data4[static_cast<std::size_t>(i + 2)] = static_cast<std::uint8_t>(number(25 + 2 * i, 2));
+  for (int i = 0; i < 2; ++i)
+    guid.data4[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(number(20 + 2 * i, 2));
+  for (int i = 0; i < 6; ++i)
+    guid.data4[static_cast<std::size_t>(i + 2)] = static_cast<std::uint8_t>(number(25 + 2 * i, 2));
   return guid;
 }
 

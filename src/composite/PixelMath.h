@@ -1,0 +1,61 @@
+// Whole-pixel steps that the mixes and the blend operations share.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Arithmetic.h"
+#include "image/Pixels.h"
+
+namespace vblur {
+
+template <class Pixel>
+constexpr Rf widenedToFloat(const Pixel& p) {
+  Rf result{};
+  result.red = static_cast<float>(p.red);
+  result.green = static_cast<float>(p.green);
+  result.blue = static_cast<float>(p.blue);
+  result.alpha = static_cast<float>(p.alpha);
+  return result;
+}
+
+constexpr Rf scaledBy(const Rf& p, float gain) {
+  Rf result{};
+  result.red = p.red * gain;
+  result.green = p.green * gain;
+  result.blue = p.blue * gain;
+  result.alpha = p.alpha * gain;
+  return result;
+}
+
+constexpr Rf weightedSum(const Rf& a, float weightA, const Rf& b, float weightB) {
+  Rf result{};
+  result.red = a.red * weightA + b.red * weightB;
+  result.green = a.green * weightA + b.green * weightB;
+  result.blue = a.blue * weightA + b.blue * weightB;
+  result.alpha = a.alpha * weightA + b.alpha * weightB;
+  return result;
+}
+
+// All four components limited to the pixel's range and truncated.
+template <class Pixel>
+constexpr Pixel finished(const Rf& p) {
+  Pixel result{};
+  result.red = storeClamped<Pixel>(p.red);
+  result.green = storeClamped<Pixel>(p.green);
+  result.blue = storeClamped<Pixel>(p.blue);
+  result.alpha = storeClamped<Pixel>(p.alpha);
+  return result;
+}
+
+// The sum of the colours, in the order in which floats round.
+constexpr float colourSum(const Rf& p) {
+  return p.red + p.green + p.blue;
+}
+
+// The sum of the colours of a pixel of at most 16 bits a component: below 2^17.
+template <class Pixel>
+constexpr std::int32_t colourSum(const Pixel& p) {
+  return std::int32_t{p.red} + p.green + p.blue;
+}
+
+}  // namespace vblur

@@ -1,0 +1,25 @@
+// From what the user sets to the size of the filter.
+#pragma once
+
+namespace vblur {
+
+// The parts that make up the size of a frame. Only the divisions by the project's size and the
+// narrowing to 32 bits that they name are rounded to floats; the rest is reckoned in 64 bits.
+struct BlurSizeParts {
+  float pixelsPerUnitX = 1.0f;
+  float pixelsPerUnitY = 1.0f;
+  double amount = 0.0;   // `Blur` at the frame's time, never negative
+  double aspectX = 1.0;  // 1 - |a| on the axis that the aspect narrows
+  double aspectY = 1.0;
+};
+
+// A pair of sizes in pixels of the picture being rendered.
+struct BlurSize {
+  float x = 0.0f;
+  float y = 0.0f;
+};
+
+// How far an aspect of -100 to 100 narrows each axis: a positive one narrows y, a negative one x.
+void SetAspect(BlurSizeParts& parts, double aspect);
+
+}  // namespace vblur

@@ -1,0 +1,66 @@
+// The stage that blurs or sharpens, and mixes the result back over the source.
+#include <algorithm>
+
+#include "blur/FuzzSampler.h"
+#include "composite/MixStage.h"
+#include "effect/Blur.h"
+
+namespace vblur {
+namespace {
+
+template <class Pixel>
+inline constexpr std::int32_t kFullScale = Pixel::kMax;
+
+// What the filter works on for a value of `Channels`, and whether that changes alpha. The two lists do
+// not run in step.
+struct ChannelChoice {
+  std::int32_t mode;
+  bool writesAlpha;
+};
+
+ChannelChoice ChoiceOf(std::int32_t channels) {
+  static constexpr ChannelChoice kChoices[] = {
+      {kFuzzRGB, false},    {kFuzzRGBA, true},  {kFuzzGrey, false}, {kFuzzRed, false},
+      {kFuzzGreen, false},  {kFuzzBlue, false}, {kFuzzAlpha, true}, {kFuzzLuminance, false},
+      {kFuzzChroma, false}, {kFuzzU, false},    {kFuzzV, false},
+  };
+  const bool listed = channels >= 0 && channels < static_cast<std::int32_t>(std::size(kChoices));
+  return listed ? kChoices[channels] : ChannelChoice{kFuzzRGBA, true};
+}
+
+}  // namespace
+
+template <class Pixel>
+HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTexture<Pixel, Rf>& source) {
+  const BlurSize radius = FilterRadius(time);
+  const ChannelChoice choice = ChoiceOf(blur_.channels);
+  if (!choice.writesAlpha) alphaAffected = 0;
+
+  FuzzSampler<Pixel, Ri, kFullScale<Pixel>> sampler;
+  sampler.method = blur_.method;
+  sampler.mode = choice.mode;
+  sampler.sizeX = radius.x;
+  sampler.sizeY = radius.y;
+  sampler.interrupt = &interrupt;
+  if (roiSet != 0) RegionWindow().giveTo(sampler);
+
+  HvTexture<Pixel, Ri> sourceView;
+  HvTexture<Pixel, Ri> destinationView;
+  sourceView.share(source);
+  destinationView.share(destination);
+  sampler.process(&sourceView, &destinationView);
+
+  if (PollInterrupt(interrupt) == 0 && effectKind != kKindTransition) {
+    const double blend = std::clamp(Evaluate(PropertyId::Blend, blur_.blend, time), 0.0, 100.0);
+    const double effectGain = Evaluate(PropertyId::EffectGain, blur_.effectGain, time);
+    const double sourceGain = Evaluate(PropertyId::SourceGain, blur_.sourceGain, time);
+    RunMixStage(source, destination, blur_.mixBack, static_cast<float>(blend), static_cast<float>(effectGain),
+                static_cast<float>(sourceGain), ScaledWindow(), &interrupt);
+  }
+  return kOk;
+}
+
+template HRESULT Blur::RunBlurStage(double, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
+template HRESULT Blur::RunBlurStage(double, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
+
+}  // namespace vblur

@@ -1,0 +1,60 @@
+// Where the frame's images and its region lie.
+#include <cstdint>
+
+#include "effect/Blur.h"
+#include "image/Arithmetic.h"
+
+namespace vblur {
+
+void Blur::ReadImagePlacement(const IDSImage* image, PlaceRecord& place) const {
+  place = {};
+  if (image == nullptr) return;
+  const auto inUserUnits = [](double world, double ratio) {
+    return static_cast<float>(static_cast<double>(static_cast<float>(world)) * ratio);
+  };
+  const DSWorldPair position = image->WorldPosition();
+  const DSWorldPair size = image->WorldSize();
+  const double ratio = PlacementRatio();
+  place.positionX = inUserUnits(position.x, ratio);
+  place.positionY = inUserUnits(position.y, ratio);
+  place.sizeX = inUserUnits(size.x, ratio);
+  place.sizeY = inUserUnits(size.y, ratio);
+  if (coordMan == nullptr) return;
+  const DSPixelPair origin = coordMan->PixelOrigin(*image);
+  place.originX = origin.x;
+  place.originY = origin.y;
+}
+
+void Blur::SetRegion() {
+  if (roiSet != 0) {
+    regionX0 = roiX;
+    regionX1 = wrapSub(wrapAdd(roiX, roiWidth), 1);
+    regionY0 = roiY;
+    regionY1 = wrapSub(wrapAdd(roiY, roiHeight), 1);
+  } else {
+    const DSPixelPair size = outputImage->Size();
+    regionX0 = 0;
+    regionX1 = size.x - 1;
+    regionY0 = 0;
+    regionY1 = size.y - 1;
+  }
+  ReadImagePlacement(inputImage, inputPlace);
+  ReadImagePlacement(outputImage, outputPlace);
+  const PlaceRecord& place = inputImage != nullptr ? inputPlace : outputPlace;
+  regionX0 = wrapAdd(regionX0, place.originX);
+  regionX1 = wrapAdd(regionX1, place.originX);
+  regionY0 = wrapAdd(regionY0, place.originY);
+  regionY1 = wrapAdd(regionY1, place.originY);
+}
+
+StageWindow Blur::RegionWindow() const {
+  const std::int32_t divisor = RendersHalfHeight() ? 2 : 1;
+  return {regionX0, regionY0 / divisor, regionX1, regionY1 / divisor};
+}
+
+StageWindow Blur::ScaledWindow() const {
+  const auto scaled = [this](std::int32_t y) { return truncToInt(static_cast<float>(y) * fieldScale); };
+  return {regionX0, scaled(regionY0), regionX1, scaled(regionY1)};
+}
+
+}  // namespace vblur

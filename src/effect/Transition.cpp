@@ -1,0 +1,54 @@
+// How far a transition has gone, and how strong the blur is there.
+#include <cstdint>
+
+#include "effect/Blur.h"
+
+namespace vblur {
+namespace {
+
+enum Ramping : std::int32_t { kRampIn = 1, kRampOut = 2, kRampInAndOut = 3 };
+
+// Each limit is a comparison of its own: a share that is not a number stays one.
+double limitedShare(double share) {
+  if (share < 0.0) return 0.0;
+  if (share > 1.0) return 1.0;
+  return share;
+}
+
+}  // namespace
+
+float RampValue(float x, std::int32_t ramping) {
+  switch (ramping) {
+    case kRampIn: return x * x * (2.0f - x);
+    case kRampOut: return ((1.0f - x) * x + 1.0f) * x;
+    case kRampInAndOut: return (3.0f - x * 2.0f) * (x * x);
+    default: return x;
+  }
+}
+
+void Blur::UpdateTransition(double time) {
+  transitionTwoPass = false;
+  if (effectKind != kKindTransition) {
+    transitionScale = 1.0f;
+    return;
+  }
+  transitionProgress = static_cast<float>(time / duration);
+  const auto start = static_cast<float>(duration * transition.startFadingInSecondClip / 100.0);
+  const auto finish = static_cast<float>(duration * transition.finishFadingOutFirstClip / 100.0);
+  const double share = (time - static_cast<double>(start)) / static_cast<double>(finish - start);
+  transitionMix = RampValue(static_cast<float>(limitedShare(share)), transition.ramping);
+
+  const float ramped = RampValue(transitionProgress, transition.ramping);
+  switch (transition.scaling) {
+    case kDontScale: transitionScale = 1.0f; break;
+    case kFadeInAndOut: transitionScale = ramped * 2.0f > 1.0f ? 2.0f - ramped * 2.0f : ramped * 2.0f; break;
+    case kCrossFade: transitionScale = ramped; break;
+    default: break;
+  }
+  if (transitionMixesInputs != 1) return;
+  const bool sameGeometry = inputPlace.originX == input2Place.originX && inputPlace.originY == input2Place.originY &&
+                            inputPlace.sizeX == input2Place.sizeX && inputPlace.sizeY == input2Place.sizeY;
+  transitionTwoPass = !sameGeometry || transition.scaling == kCrossFade;
+}
+
+}  // namespace vblur
