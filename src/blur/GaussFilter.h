@@ -166,8 +166,11 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   template <class MakeLines, class Store>
   void filterLines(std::int32_t first, std::int32_t last, float radius, const typename ThreeBoxes<Mask>::Axis& axis,
                    const Pixel& outside, const MakeLines& makeLines, const Store& store) {
+    const BoxConstants box = boxConstants(radius);
+    // A line that would be shorter than nothing counts as no memory, whatever there is to filter.
+    if (axis.lineLength + 2 * box.margin(boxes) < 0) return stopForMemory(this->interrupt);
     if (first >= last) return;
-    ThreeBoxes<Mask> threeBoxes(boxConstants(radius), boxes, axis, outside);
+    ThreeBoxes<Mask> threeBoxes(box, boxes, axis, outside);
     if (!threeBoxes.isReady()) return stopForMemory(this->interrupt);
     for (std::int32_t line = first; line < last; line += kBlockLines) {
       const std::int32_t n = std::min(kBlockLines, last - line);

@@ -55,7 +55,12 @@ class ThreeBoxes {
     const auto nothing = [](std::int64_t) {};
     const auto intoA = [this](std::int64_t i) { return a_.row(i); };
     const auto intoB = [this](std::int64_t i) { return b_.row(i); };
-    alignas(64) std::int32_t result[kLanes];
+    alignas(64) std::int32_t result[kLanes] = {};
+    // Radii from 8192 on have no weight left: whatever the lines hold, the result is 0.
+    if (box_.scale == 0) {
+      for (std::int64_t i = lastRange_.first; i < lastRange_.last; ++i) store(i, result);
+      return;
+    }
 
     filterBox<kLanes>(firstRange_.first, firstRange_.last, box_, read(lines, firstRange_), intoA, nothing);
     if (boxes_ == 3) {

@@ -40,7 +40,8 @@ void ApplyCropToTexture(HvTexture<Pixel, Rf>& texture, const CropSettings& crop)
   if (crop.mode == kCropBox) return;
   texture.setEdgeMethods(crop.xEdgeMethod, crop.yEdgeMethod);
   Pixel colour{};
-  for (int c = 0; c < Pixel::kComponents; ++c) colour[c] = colourFromFloat<Pixel>(crop.colour[c]);
+  for (int c = 0; c < Pixel::kComponents; ++c)
+    colour[c] = colourFromFloat<Pixel>(crop.colour[c]);
   texture.setOutsideColour(colour);
 }
 

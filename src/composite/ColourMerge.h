@@ -10,7 +10,7 @@
 #include "image/Arithmetic.h"
 #include "image/Pixels.h"
 
-namespace vblur {
+namespace vblur::blend {
 
 // Luminance of one pixel with the colour differences of another. What leaves the range from 0 to the top
 // of the storage is cut, so that negative 16-bit colours do not pass.
@@ -100,4 +100,4 @@ struct Value : HsvMerge<Pixel, ValueChoice> {};
 template <class Pixel>
 struct Colour : HsvMerge<Pixel, ColourChoice> {};
 
-}  // namespace vblur
+}  // namespace vblur::blend

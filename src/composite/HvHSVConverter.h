@@ -56,18 +56,12 @@ class HvHSVConverter {
     const std::int32_t q = faded(wrapMul(f, hsv.saturation) / kOne);
     const std::int32_t t = faded(wrapMul(kOne - f, hsv.saturation) / kOne);
     switch (sextant) {
-      case 0:
-        return pixelOf(v, t, p);
-      case 1:
-        return pixelOf(q, v, p);
-      case 2:
-        return pixelOf(p, v, t);
-      case 3:
-        return pixelOf(p, q, v);
-      case 4:
-        return pixelOf(t, p, v);
-      default:
-        return pixelOf(v, p, q);
+      case 0: return pixelOf(v, t, p);
+      case 1: return pixelOf(q, v, p);
+      case 2: return pixelOf(p, v, t);
+      case 3: return pixelOf(p, q, v);
+      case 4: return pixelOf(t, p, v);
+      default: return pixelOf(v, p, q);
     }
   }
 

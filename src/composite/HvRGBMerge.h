@@ -11,7 +11,7 @@
 #include "image/Arithmetic.h"
 #include "image/Pixels.h"
 
-namespace vblur {
+namespace vblur::blend {
 
 // What a merge needs to know of an operation beside its two forms. One that mixes its operands is applied
 // to a mix of a and b; any other is applied first, and its result is mixed.
@@ -42,14 +42,14 @@ struct MergeOperation {
 struct LesserOf {
   template <class T>
   constexpr auto operator()(T a, T b) const {
-    return b < a ? +b : +a;
+    return a < b ? +a : +b;
   }
 };
 
 struct GreaterOf {
   template <class T>
   constexpr auto operator()(T a, T b) const {
-    return b > a ? +b : +a;
+    return a > b ? +a : +b;
   }
 };
 
@@ -151,7 +151,7 @@ struct HardLight : MergeOperation<Pixel, false> {
   }
 
   static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-    if constexpr (3 * Pixel::kMax > 3 * Pixel::kOne) {
+    if constexpr (Pixel::kMax > Pixel::kOne) {
       if (colourSum(p) > 3 * Pixel::kOne) {
         const auto screened = [](std::int32_t a, std::int32_t b) {
           return (b + a - Base::unscaled(b * a)) * 2 - Pixel::kOne;
@@ -204,4 +204,4 @@ struct Lighten : MergeOperation<Pixel, true> {
   }
 };
 
-}  // namespace vblur
+}  // namespace vblur::blend

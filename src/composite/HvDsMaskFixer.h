@@ -1,0 +1,61 @@
+// Gives channels of a finished picture the values of the source again.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Arithmetic.h"
+#include "image/HvRGBCopySampler.h"
+
+namespace vblur {
+
+// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. The input's box and edge methods are put back after the run
+// as they stood before it.
+template <class Pixel, class Accum, std::int32_t Top>
+class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
+ public:
+  using Texture = HvTexture<Pixel, Accum>;
+
+  void preProcess(Texture* in, Texture* /*out*/) override { savedAxes = *in; }
+
+  void processRows(Texture* in, Texture* out) override {
+    if (mixByAlpha == 0) return HvRGBCopySampler<Pixel, Accum>::processRows(in, out);
+    if (this->channels == kAllColours) return SimpleCopySampler<Pixel, Accum>::processRows(in, out);
+    if (this->channels >= 0 && this->channels < kAllColours) mixRows(*in, *out);
+  }
+
+  void postProcess(Texture* in, Texture* /*out*/) override {
+    in->setBounds(savedAxes.horizontal.lo, savedAxes.horizontal.hi, savedAxes.vertical.lo, savedAxes.vertical.hi);
+    in->setEdgeMethods(savedAxes.horizontal.edgeMethod, savedAxes.vertical.edgeMethod);
+  }
+
+  // Non-zero: the colours that are not named show through the source by its alpha. With alpha among the
+  // named channels nothing is written then.
+  std::int32_t mixByAlpha = 0;
+
+ private:
+  static constexpr std::int32_t kAllColours = 7;
+
+  void mixRows(const Texture& in, const Texture& out) const {
+    const std::int32_t named = this->channels;
+    walkRuns(
+        this->rowLoop(), this->interrupt, out,
+        [named](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
+          const Pixel* source = run.first;
+          for (std::int32_t i = 0; i < n; ++i, source += run.step)
+            to[i] = mixed(to[i], *source, named);
+        },
+        in);
+  }
+
+  static Pixel mixed(const Pixel& d, const Pixel& s, std::int32_t named) {
+    Pixel result = s;
+    for (int c = 0; c < 3; ++c) {
+      if ((named & (1 << c)) == 0) result[c] = storeNarrow<ComponentOf<Pixel>>(mixInt<Top>(d[c], s[c], s.alpha));
+    }
+    return result;
+  }
+
+  HvTexIndexer savedAxes;
+};
+
+}  // namespace vblur

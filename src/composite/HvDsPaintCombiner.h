@@ -1,0 +1,53 @@
+// Shows a finished picture through a mask: where the mask is dark, the source takes its place.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Arithmetic.h"
+#include "image/Combiner.h"
+
+namespace vblur {
+
+// Instances: <R8, Rf, C8, Cf> and <R16, Rf, C16, Cf>. process(source, mask, output), with the effect's
+// result in the output. Outside the mask the source stands; where the source has no pixel all is zero there,
+// whatever its outside colour. The mask's full strength is the top of its storage.
+template <class Pixel, class Accum, class MaskPixel, class MaskAccum>
+class HvDsPaintCombiner
+    : public Combiner<HvTexture<Pixel, Accum>, HvTexture<MaskPixel, MaskAccum>, HvTexture<Pixel, Accum>> {
+ public:
+  using Texture = HvTexture<Pixel, Accum>;
+  using Mask = HvTexture<MaskPixel, MaskAccum>;
+  static constexpr std::int32_t kTop = kTopOf<MaskPixel>;
+
+  // The result d over the source a by a mask of m. A negative 16-bit m leads away from d and keeps the low
+  // bits of what does not fit.
+  static Pixel shown(const Pixel& d, const Pixel& a, std::int32_t m) {
+    if (m == 0) return a;
+    if (m == kTop) return d;
+    Pixel result{};
+    result.red = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.red, a.red, m));
+    result.green = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.green, a.green, m));
+    result.blue = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.blue, a.blue, m));
+    result.alpha = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.alpha, a.alpha, m));
+    return result;
+  }
+
+  void processRows(Texture* a, Mask* mask, Texture* out) override {
+    walkRuns<PollAt::BeforeRow>(
+        this->rowLoop(), this->interrupt, *out,
+        [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<MaskPixel>& runM) {
+          static constexpr Pixel kNothing{};
+          static constexpr MaskPixel kHidden{};
+          const Pixel* source = runA.exists ? runA.first : &kNothing;
+          const MaskPixel* strength = runM.exists ? runM.first : &kHidden;
+          const std::int32_t stepA = runA.exists ? runA.step : 0;
+          const std::int32_t stepM = runM.exists ? runM.step : 0;
+          for (std::int32_t i = 0; i < n; ++i, source += stepA, strength += stepM) {
+            to[i] = shown(to[i], *source, strength->value);
+          }
+        },
+        *a, *mask);
+  }
+};
+
+}  // namespace vblur

@@ -1,0 +1,57 @@
+// A plain mix of two pictures by one amount, all in integers: what a transition mixes its clips with.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Arithmetic.h"
+#include "image/HvImgProc3.h"
+#include "image/HvTexture.h"
+#include "image/RowWalk.h"
+
+namespace vblur {
+
+// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. run(a, b, target) mixes amount of a with the rest of b;
+// without a b the target itself is the second picture, mixed in place.
+template <class Pixel, class Accum, std::int32_t Max>
+class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+ public:
+  void processRows() override {
+    const HvRowLoop loop = this->rowLoop();
+    const std::int32_t t = amountFromFloat<Max>(amount);
+    if (this->imageB == nullptr) {
+      walkRuns<PollAt::BeforeRow>(
+          loop, this->interrupt, *this->target,
+          [t](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA) {
+            mixRun(to, n, runA, {to, 1, n, true}, t);
+          },
+          *this->imageA);
+    } else {
+      walkRuns<PollAt::BeforeRow>(
+          loop, this->interrupt, *this->target,
+          [t](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB) {
+            mixRun(to, n, runA, runB, t);
+          },
+          *this->imageA, *this->imageB);
+    }
+  }
+
+  float amount = 0.0f;  // 0 to 1
+
+ private:
+  // A mix lies between its two components: the store narrows nothing.
+  static void mixRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
+                     std::int32_t t) {
+    const Pixel* a = runA.first;
+    const Pixel* b = runB.first;
+    for (std::int32_t i = 0; i < n; ++i, a += runA.step, b += runB.step) {
+      Pixel result{};
+      result.red = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->red, b->red, t));
+      result.green = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->green, b->green, t));
+      result.blue = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->blue, b->blue, t));
+      result.alpha = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->alpha, b->alpha, t));
+      to[i] = result;
+    }
+  }
+};
+
+}  // namespace vblur

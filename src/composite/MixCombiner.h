@@ -1,0 +1,57 @@
+// A weighted sum of two pictures.
+#pragma once
+
+#include <cstdint>
+
+#include "composite/PixelMath.h"
+#include "image/Combiner.h"
+
+namespace vblur {
+
+// Instances: <R8, Rf, 255> and <R16, Rf, 16384>. The output may be one of the two pictures.
+template <class Pixel, class Accum, std::int32_t One>
+class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+ public:
+  static_assert(One == Pixel::kOne);
+  using Texture = HvTexture<Pixel, Accum>;
+
+  // Weights that can take a sum out of range limit it to 0..One, at 16 bits too; other methods limit to
+  // the storage range.
+  bool limitsResult() const { return weightA < 0.0f || weightB < 0.0f || weightA + weightB > 1.0f; }
+
+  void processRows(Texture* a, Texture* b, Texture* out) override {
+    if (limitsResult()) {
+      mixRows(*a, *b, *out, [](float v) { return clampTo(v, 0.0f, static_cast<float>(One)); });
+    } else {
+      mixRows(*a, *b, *out, [](float v) { return v; });
+    }
+  }
+
+  float weightA = 1.0f;
+  float weightB = 0.0f;
+
+ private:
+  // Sums of weights that limit nothing lie between the components that go in: the store narrows nothing.
+  template <class Limit>
+  void mixRows(const Texture& a, const Texture& b, const Texture& out, Limit limit) const {
+    const auto store = [limit](float v) { return storeNarrow<ComponentOf<Pixel>>(truncToInt(limit(v))); };
+    walkRuns<PollAt::BeforeRow>(
+        this->rowLoop(), this->interrupt, out,
+        [this, store](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB) {
+          const Pixel* pixelA = runA.first;
+          const Pixel* pixelB = runB.first;
+          for (std::int32_t i = 0; i < n; ++i, pixelA += runA.step, pixelB += runB.step) {
+            const Rf sum = weightedSum(widenedToFloat(*pixelA), weightA, widenedToFloat(*pixelB), weightB);
+            Pixel result{};
+            result.red = store(sum.red);
+            result.green = store(sum.green);
+            result.blue = store(sum.blue);
+            result.alpha = store(sum.alpha);
+            to[i] = result;
+          }
+        },
+        a, b);
+  }
+};
+
+}  // namespace vblur

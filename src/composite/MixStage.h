@@ -1,0 +1,25 @@
+// Mixes the filter's result back over its source.
+#pragma once
+
+#include <cstdint>
+
+#include "composite/StageWindow.h"
+#include "image/HvInteruptable.h"
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+// Works in place on the result, within the window; the source is read through its box and edge methods.
+// The method is the stored value of the mix-back list: 0 and values beyond the list leave the result as it
+// is. Blend is in 0..100, gains are in percent and may be negative. No picture is premultiplied: alpha is
+// a fourth channel that each method treats by a rule of its own.
+template <class Pixel>
+void RunMixStage(HvTexture<Pixel, Rf>& source, HvTexture<Pixel, Rf>& result, std::int32_t method, float blend,
+                 float effectGain, float sourceGain, const StageWindow& window, HvInterruptRecord* interrupt);
+
+extern template void RunMixStage<R8>(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, std::int32_t, float, float, float,
+                                     const StageWindow&, HvInterruptRecord*);
+extern template void RunMixStage<R16>(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, std::int32_t, float, float, float,
+                                      const StageWindow&, HvInterruptRecord*);
+
+}  // namespace vblur
