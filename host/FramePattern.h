@@ -3,14 +3,20 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vblur::host {
 
+// The frame number is written %d, %0Nd (N up to 32) or as two or more #, one for each digit; a single #
+// is just that. %% stands for a percent sign and %# for a #, where they would be read as a number.
 class FramePattern {
  public:
-  // Throws Failure (wrong usage) for a pattern with more than one number, or a % that is neither a
-  // frame number nor %%.
+  // Throws Failure (wrong usage) for a pattern with more than one number, or a % that begins neither a
+  // frame number nor %% nor %#.
   explicit FramePattern(std::string pattern);
+
+  // The pattern without a number that stands for exactly this file name.
+  static std::string Escaped(std::string_view fileName);
 
   bool hasNumber() const { return width_ >= 0; }
   // The file name of a frame. Numbers are padded with zeros to the pattern's width, the sign in
@@ -20,10 +26,12 @@ class FramePattern {
   const std::string& text() const { return pattern_; }
 
  private:
+  void SetWidth(int width);
+
   std::string pattern_;
   std::string head_;
   std::string tail_;
-  int width_ = -1;  // digits of the number; -1 without one
+  int width_ = -1;  // characters of the number, its sign included; -1 without one
 };
 
 }  // namespace vblur::host

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <string>
 #include <variant>
 
 #include "effect/PropertyTable.h"
@@ -10,15 +11,20 @@
 
 namespace vblur::host {
 
+// The property of the table with this GUID; null for any other GUID.
+const Property* FindProperty(const GUID& guid);
+
 class PropertyStore {
  public:
   using Setting = std::variant<double, Curve>;
 
-  // The property must be in the table, and animated for a curve.
+  // Setting a property to its default leaves it unset. Throws Failure (wrong usage) for a GUID that is
+  // not in the table, a curve on a property that is not animated, and a curve without keys or with
+  // times that do not rise strictly. Values are not limited to the control range.
   void Set(const GUID& property, Setting setting);
   // Null when the property stands at its default.
   const Setting* Find(const GUID& property) const;
-  // The value at a time: of the curve, the plain value or the default.
+  // The value at a time: of the curve, the plain value or the default. The property must be in the table.
   double ValueAt(const GUID& property, double time) const;
   // All that was set, in no order that means anything.
   const std::map<GUID, Setting>& settings() const { return settings_; }

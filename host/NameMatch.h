@@ -1,0 +1,24 @@
+// Names that people type: compared without regard to case, and guessed at when they are wrong.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vblur::host {
+
+// Only the letters A to Z have a case.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+// The name that takes the fewest changed, missing, surplus or swapped letters to reach, the first of several;
+// empty when even that one has little in common with the text.
+std::string_view NearestName(std::string_view text, std::span<const std::string_view> names);
+
+// `unknown property "Blurr"; did you mean "Blur"?`, without the question when no name is near.
+std::string UnknownName(std::string_view what, std::string_view text, std::span<const std::string_view> names);
+
+// The text in double quotes on one line: control characters and bytes that are not UTF-8 are escaped or
+// replaced, and a long text is cut.
+std::string Quoted(std::string_view text);
+
+}  // namespace vblur::host

@@ -1,0 +1,106 @@
+#include "host/OutputFileCommit.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <sstream>
+#include <system_error>
+
+#include "host/Failure.h"
+
+namespace vblur::host {
+
+namespace {
+
+std::filesystem::path WithoutLinks(const std::filesystem::path& target) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(target, error)) return target;
+  const auto real = std::filesystem::weakly_canonical(target, error);
+  return error ? target : real;
+}
+
+std::filesystem::path NameBeside(const std::filesystem::path& target) {
+  static std::atomic<unsigned> counter{0};
+  // Short enough for a name of full length: the process and the counter tell the files apart.
+  std::ostringstream name;
+  name << '.' << target.stem().string().substr(0, 100) << '.' << ::getpid() << '-' << counter++ << ".part"
+       << target.extension().string();
+  return target.parent_path() / name.str();
+}
+
+}  // namespace
+
+OutputFileCommit::OutputFileCommit(const std::filesystem::path& target)
+    : target_(WithoutLinks(target)), written_(NameBeside(target_)) {}
+
+OutputFileCommit::~OutputFileCommit() {
+  std::error_code ignored;
+  if (!committed_) std::filesystem::remove(written_, ignored);
+}
+
+void OutputFileCommit::Commit() {
+  std::error_code error;
+  const auto old = std::filesystem::status(target_, error);
+  if (std::filesystem::is_regular_file(old)) std::filesystem::permissions(written_, old.permissions(), error);
+  error.clear();
+  std::filesystem::rename(written_, target_, error);
+  if (error) throw Failure(ExitCode::CannotWrite, target_.string() + ": cannot write: " + error.message());
+  committed_ = true;
+}
+
+OutputFileStream::OutputFileStream(const std::filesystem::path& path) : IOProxy(path.string(), Write) {
+  file_ = std::fopen(path.c_str(), "w+b");
+  Note(file_ == nullptr);
+  if (!file_) m_mode = Closed;
+}
+
+OutputFileStream::~OutputFileStream() {
+  OutputFileStream::close();
+}
+
+void OutputFileStream::Note(bool failed) const {
+  if (failed && systemError_ == 0) systemError_ = errno != 0 ? errno : EIO;
+}
+
+void OutputFileStream::close() {
+  if (file_) Note(std::fclose(file_) != 0);
+  file_ = nullptr;
+  m_mode = Closed;
+}
+
+int64_t OutputFileStream::tell() {
+  return file_ ? ftello(file_) : 0;
+}
+
+bool OutputFileStream::seek(int64_t offset) {
+  if (!file_ || fseeko(file_, offset, SEEK_SET) != 0) {
+    Note(true);
+    return false;
+  }
+  return true;
+}
+
+size_t OutputFileStream::read(void* buffer, size_t size) {
+  return file_ ? std::fread(buffer, 1, size, file_) : 0;
+}
+
+size_t OutputFileStream::write(const void* buffer, size_t size) {
+  const size_t written = file_ ? std::fwrite(buffer, 1, size, file_) : 0;
+  Note(written != size);
+  return written;
+}
+
+size_t OutputFileStream::size() const {
+  flush();
+  std::error_code error;
+  const auto bytes = std::filesystem::file_size(m_filename, error);
+  return error ? 0 : static_cast<size_t>(bytes);
+}
+
+void OutputFileStream::flush() const {
+  if (file_) Note(std::fflush(file_) != 0);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,27 @@
+// What a picture file tells beside its pixels and what is passed on to the file that is made of it.
+#pragma once
+
+#include <OpenImageIO/imageio.h>
+
+#include <string>
+
+namespace vblur::host {
+
+struct PictureMetadata {
+  // Only what an output may repeat: never how the pixels were stored.
+  OIIO::ParamValueList attributes;
+  // Colours are stored multiplied by alpha, so the file says. The numbers are left alone; the file
+  // made of them says the same.
+  bool associatedAlpha = false;
+  // The compression of an OpenEXR file when it loses nothing, else empty.
+  std::string losslessExr;
+  // The data and the display window; they differ in pictures with an overscan or a part rendered.
+  OIIO::ROI data;
+  OIIO::ROI display;
+};
+
+PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const std::string& format);
+// Adds it to the description of an output of the same or another size and format.
+void ApplyMetadata(const PictureMetadata& metadata, const OIIO::ImageOutput& writer, OIIO::ImageSpec& output);
+
+}  // namespace vblur::host

@@ -1,0 +1,101 @@
+// The numbers in picture files and the numbers in the effect's pixels, and the way from one to the
+// other: to the nearest, halves away from zero. A NaN counts as 0, an infinity as the end of the range.
+//
+// The effect's full value is 255 at 8 bits, 16384 at 16 bits and 32767 for an amount (a mask at 16
+// bits). 8-bit components hold 0 to 255, 16-bit ones -32768 to 32767.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <type_traits>
+
+namespace vblur::host {
+
+// What the samples of a file are read and written as. Everything that is neither unsigned 8 nor
+// unsigned 16 bits (half, float, double, wide or signed integers) is handled as Float, full value 1.
+enum class SampleKind { Unsigned8, Unsigned16, Float };
+
+std::size_t SampleBytes(SampleKind kind);
+
+// What a component stands for decides its full value at 16 bits.
+enum class ComponentUse { Colour, Amount };
+
+template <typename Component>
+constexpr std::int32_t FullValue(ComponentUse use) {
+  if constexpr (std::is_same_v<Component, std::uint8_t>) return 255;
+  return use == ComponentUse::Colour ? 16384 : 32767;
+}
+
+namespace sample {
+
+// x / y to the nearest, halves up; x + y / 2 must fit 32 bits.
+constexpr std::uint32_t Quotient(std::uint32_t x, std::uint32_t y) {
+  return (x + y / 2) / y;
+}
+
+constexpr double Nearest(double x) {
+  return x < 0 ? x - 0.5 : x + 0.5;
+}
+
+}  // namespace sample
+
+// One file sample as a component.
+template <typename Component, typename Sample>
+constexpr Component FromSample(Sample value, ComponentUse use = ComponentUse::Colour) {
+  constexpr bool kEight = std::is_same_v<Component, std::uint8_t>;
+  const auto full = FullValue<Component>(use);
+  if constexpr (std::is_floating_point_v<Sample>) {
+    constexpr double kLow = kEight ? 0.0 : -32768.0;
+    constexpr double kHigh = kEight ? 255.0 : 32767.0;
+    // A float times a full value of up to 15 bits is exact in a double.
+    const double scaled = static_cast<double>(value) * full;
+    if (!(scaled == scaled)) return 0;
+    const double limited = scaled < kLow ? kLow : scaled > kHigh ? kHigh : scaled;
+    return static_cast<Component>(static_cast<std::int32_t>(sample::Nearest(limited)));
+  } else {
+    constexpr std::uint32_t kRange = static_cast<Sample>(~Sample{0});
+    if constexpr (kEight && kRange == 255) return value;
+    // At most 65535 * 32767, about 2^31.
+    return static_cast<Component>(sample::Quotient(value * static_cast<std::uint32_t>(full), kRange));
+  }
+}
+
+// One colour component as a file sample.
+template <typename Sample, typename Component>
+constexpr Sample ToSample(Component value) {
+  constexpr std::int32_t kFull = FullValue<Component>(ComponentUse::Colour);
+  if constexpr (std::is_floating_point_v<Sample>) {
+    return static_cast<Sample>(value) / static_cast<Sample>(kFull);
+  } else {
+    constexpr std::uint32_t kRange = static_cast<Sample>(~Sample{0});
+    if constexpr (kFull == kRange) return value;
+    const auto limited = static_cast<std::uint32_t>(value < 0 ? 0 : value > kFull ? kFull : value);
+    // At most 16384 * 65535, below 2^30.
+    return static_cast<Sample>(sample::Quotient(limited * kRange, static_cast<std::uint32_t>(kFull)));
+  }
+}
+
+// Where a pixel's red, green, blue and alpha stand among a file's channels; -1: not in the file, which
+// makes a colour 0 and alpha full.
+struct ChannelChoice {
+  int red = 0;
+  int green = 1;
+  int blue = 2;
+  int alpha = 3;
+
+  friend bool operator==(const ChannelChoice&, const ChannelChoice&) = default;
+};
+
+// One row of a file, `channels` samples a pixel, as pixels of four components. `samples` holds kind's
+// type, `pixels` components of `depth` bits (8 or 16), four for each of `width` pixels.
+void ReadColourRow(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
+                   void* pixels, std::size_t width);
+// One row of a file as the amounts of a mask, one component a pixel, from the channel told.
+void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel, std::int32_t depth, void* pixels,
+                 std::size_t width);
+// One row of four-component pixels as samples of a file: the first `channels` (3 or 4) of each pixel.
+void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, SampleKind kind, int channels,
+                    std::size_t width);
+
+}  // namespace vblur::host

@@ -1,0 +1,364 @@
+#include "host/SequenceRenderer.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <optional>
+#include <vector>
+
+#include "host/CoordMan.h"
+#include "host/EffectHost.h"
+#include "host/EffectSetup.h"
+#include "host/FramePipeline.h"
+#include "host/JobCheck.h"
+#include "host/OutputFile.h"
+#include "host/SequenceRendererInputs.h"
+
+namespace vblur::host {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Adds the time of a scope to a sum.
+class Stopwatch {
+ public:
+  explicit Stopwatch(double& sum) : sum_(sum) {}
+  ~Stopwatch() { sum_ += SecondsSince(start_); }
+  Stopwatch(const Stopwatch&) = delete;
+  Stopwatch& operator=(const Stopwatch&) = delete;
+
+ private:
+  double& sum_;
+  Clock::time_point start_ = Clock::now();
+};
+
+// A frame that is to leave no trace: the run ended before it was done.
+struct FrameDropped {};
+
+// A frame on its way, and the pictures that the next one in this slot uses again.
+struct FrameSlot {
+  FrameResult result;
+  bool dropped = false;
+  HostImage inputImage;
+  HostImage input2Image;
+  HostImage maskImage;
+  HostImage initialImage;
+  HostImage output;
+  SequenceInput::Picture input;
+  SequenceInput::Picture input2;
+  SequenceInput::Picture mask;
+
+  bool isOpen() const { return !dropped && result.status == FrameStatus::Done; }
+};
+
+// The effect borrows pictures without promising to leave them alone; it reads inputs only.
+IDSImage* Borrow(const SequenceInput::Picture& picture) {
+  return const_cast<HostImage*>(picture.image);
+}
+
+class SequenceRun {
+ public:
+  SequenceRun(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options, ExecuteContext& context,
+              RenderObserver& observer);
+
+  void CheckFiles();
+  RenderSummary Run();
+
+ private:
+  std::int32_t FrameAt(std::int64_t index) const {
+    return static_cast<std::int32_t>(frames_.first + index * frames_.step);
+  }
+  std::filesystem::path OutputOf(std::int32_t frame) const { return JobFilePath(job_, outputPattern_, frame); }
+  bool IsSkipped(std::int32_t frame) const;
+  std::array<SequenceInput*, 4> Inputs();
+  void CheckInputs(std::int32_t frame);
+  void SettleDepth();
+  void SetUpEffect();
+
+  template <typename Work>
+  void Attempt(FrameSlot& slot, double& seconds, Work work);
+  void Fail(FrameSlot& slot, ExitCode code, const std::string& message);
+  bool IsOver(std::int64_t index) const { return context_.stopped() || index > lastIndex_; }
+
+  void Begin(FrameSlot& slot, std::int64_t index);
+  void Read(FrameSlot& slot);
+  void PrepareOutput(FrameSlot& slot);
+  void Render(FrameSlot& slot);
+  void RenderField(FrameSlot& slot, std::int32_t field);
+  void Write(FrameSlot& slot);
+  void Report(FrameSlot& slot);
+
+  const Job& job_;
+  const EffectFactory& makeEffect_;
+  const RenderOptions& options_;
+  ExecuteContext& context_;
+  RenderObserver& observer_;
+  const FrameRange frames_;
+  const FramePattern outputPattern_;
+  std::optional<SequenceInput> input_;
+  std::optional<SequenceInput> input2_;
+  std::optional<SequenceInput> mask_;
+  std::optional<SequenceInput> initial_;
+  std::int32_t depth_ = 16;
+  PictureReader reader_;
+  PictureWriter writer_;
+  CoordMan coordMan_;
+  std::unique_ptr<IDSImageEffect> effect_;
+  // The frame that ended the run by failing; those before it are finished.
+  std::atomic<std::int64_t> lastIndex_ = std::numeric_limits<std::int64_t>::max();
+  RenderSummary summary_;
+};
+
+SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options,
+                         ExecuteContext& context, RenderObserver& observer)
+    : job_(job),
+      makeEffect_(makeEffect),
+      options_(options),
+      context_(context),
+      observer_(observer),
+      frames_(ResolveFrames(job)),
+      outputPattern_(job.output.file),
+      reader_([&context] { return context.stopped(); }),
+      writer_([&context] { return context.stopped(); }),
+      coordMan_(job.proxy) {
+  using Use = SequenceInput::Use;
+  if (job.input) input_.emplace(job, *job.input, Use::Colour);
+  if (job.input2) input2_.emplace(job, *job.input2, Use::Colour);
+  if (job.mask) mask_.emplace(job, *job.mask, Use::Mask);
+  if (job.output.initial) {
+    ImageRecord record;
+    record.file = *job.output.initial;
+    initial_.emplace(job, record, Use::Colour);
+  }
+}
+
+bool SequenceRun::IsSkipped(std::int32_t frame) const {
+  std::error_code error;
+  return options_.skipExisting && std::filesystem::exists(OutputOf(frame), error);
+}
+
+std::array<SequenceInput*, 4> SequenceRun::Inputs() {
+  const auto pointer = [](std::optional<SequenceInput>& input) { return input ? &*input : nullptr; };
+  return {pointer(input_), pointer(input2_), pointer(mask_), pointer(initial_)};
+}
+
+std::string AboutFrame(const FrameRange& frames, std::int32_t frame) {
+  return frames.count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
+}
+
+void SequenceRun::CheckInputs(std::int32_t frame) {
+  for (const SequenceInput* input : Inputs()) {
+    std::error_code error;
+    if (!input || std::filesystem::exists(input->FileOf(frame), error)) continue;
+    throw Failure(ExitCode::CannotRead,
+                  input->FileOf(frame).string() + ": cannot read: no such file" + AboutFrame(frames_, frame));
+  }
+}
+
+void SequenceRun::CheckFiles() {
+  OutputFormatOf(OutputOf(frames_.first));
+  for (std::int64_t index = 0; index < frames_.count() && !context_.stopped(); ++index) {
+    const std::int32_t frame = FrameAt(index);
+    if (IsSkipped(frame)) continue;
+    if (options_.onError == OnError::Stop) CheckInputs(frame);
+    RequireWritable(OutputOf(frame), options_.overwrite);
+  }
+  SettleDepth();
+}
+
+void SequenceRun::SettleDepth() {
+  if (job_.depth) depth_ = *job_.depth;
+  if (job_.depth || !input_) return;
+  for (std::int64_t index = 0; index < frames_.count(); ++index) {
+    const std::int32_t frame = FrameAt(index);
+    if (IsSkipped(frame)) continue;
+    try {
+      depth_ = ReadPictureInfo(input_->FileOf(frame)).naturalDepth();
+      return;
+    } catch (const Failure&) {
+      if (options_.onError == OnError::Stop) throw;
+    }
+  }
+}
+
+void SequenceRun::SetUpEffect() {
+  effect_ = makeEffect_();
+  effect_->SetEffectKind(static_cast<std::int32_t>(ResolveKind(job_)));
+  ApplyProperties(job_.properties, *effect_);
+  effect_->SetDuration(ResolveDuration(job_));
+  effect_->SetCoordMan(&coordMan_);
+  effect_->SetExecuteContext(&context_);
+  if (job_.roi) {
+    effect_->SetROI(job_.roi->x, job_.roi->y, job_.roi->width, job_.roi->height);
+  } else {
+    effect_->ClearROI();
+  }
+}
+
+void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
+  slot.result.status = FrameStatus::Failed;
+  slot.result.code = code;
+  slot.result.message = message + AboutFrame(frames_, slot.result.frame);
+  if (options_.onError == OnError::Stop) lastIndex_ = std::min(lastIndex_.load(), slot.result.index);
+}
+
+template <typename Work>
+void SequenceRun::Attempt(FrameSlot& slot, double& seconds, Work work) {
+  if (IsOver(slot.result.index)) slot.dropped = true;
+  if (!slot.isOpen()) return;
+  const Stopwatch watch(seconds);
+  try {
+    work();
+  } catch (const Failure& failure) {
+    Fail(slot, failure.code(), failure.what());
+  } catch (const FileInterrupted&) {
+    slot.dropped = true;
+  } catch (const FrameDropped&) {
+    slot.dropped = true;
+  } catch (const std::bad_alloc&) {
+    Fail(slot, ExitCode::SomeFramesFailed, slot.result.file.string() + ": not enough memory for this frame");
+  }
+}
+
+void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
+  slot.dropped = false;
+  slot.result = FrameResult{};
+  slot.result.index = index;
+  slot.result.frame = FrameAt(index);
+  slot.result.file = OutputOf(slot.result.frame);
+  if (IsSkipped(slot.result.frame)) slot.result.status = FrameStatus::Skipped;
+  Attempt(slot, slot.result.seconds.read, [&] { Read(slot); });
+}
+
+void SequenceRun::Read(FrameSlot& slot) {
+  const auto read = [&](std::optional<SequenceInput>& input, HostImage& image) {
+    return input ? input->Read(reader_, slot.result.frame, depth_, image) : SequenceInput::Picture{};
+  };
+  slot.input = read(input_, slot.inputImage);
+  slot.input2 = read(input2_, slot.input2Image);
+  slot.mask = read(mask_, slot.maskImage);
+  PrepareOutput(slot);
+}
+
+void SequenceRun::PrepareOutput(FrameSlot& slot) {
+  const HostImage* input = slot.input.image;
+  const auto width = job_.output.width.value_or(input ? input->width() : 0);
+  const auto height = job_.output.height.value_or(input ? input->height() : 0);
+  if (std::int64_t{4} * width > HostImage::kMostComponents / std::max(1, height)) {
+    throw Failure(ExitCode::WrongUsage, "output: " + std::to_string(width) + " x " + std::to_string(height) +
+                                            " pixels are more than 2^31 components (4 a pixel)");
+  }
+  slot.output.Reset(depth_, 4, width, height);
+  slot.output.Place(job_.output);
+  if (!initial_) return slot.output.Clear();
+  const HostImage& initial = *initial_->Read(reader_, slot.result.frame, depth_, slot.initialImage).image;
+  if (initial.width() != width || initial.height() != height) {
+    throw Failure(ExitCode::WrongUsage, initial_->FileOf(slot.result.frame).string() + ": " +
+                                            std::to_string(initial.width()) + " x " +
+                                            std::to_string(initial.height()) + " pixels, expected the output's " +
+                                            std::to_string(width) + " x " + std::to_string(height));
+  }
+  std::memcpy(slot.output.FirstPixel(), initial.FirstPixel(), slot.output.byteCount());
+}
+
+void SequenceRun::Render(FrameSlot& slot) {
+  std::optional<ProjectSizes> project = job_.project;
+  if (!project && !job_.projectUnreadable) {
+    const std::array<double, 2> size{static_cast<double>(slot.output.width()),
+                                     static_cast<double>(slot.output.height())};
+    project = ProjectSizes{size, size};
+  }
+  EffectHost host(job_.properties, project);
+  const std::array<std::int32_t, 2> offset = job_.mask ? job_.mask->offset : std::array<std::int32_t, 2>{0, 0};
+  effect_->SetEffectHost(&host);
+  effect_->SetOutput(&slot.output);
+  effect_->SetInput(Borrow(slot.input));
+  effect_->SetInput2(Borrow(slot.input2));
+  effect_->SetPixelMask(Borrow(slot.mask), offset[0], offset[1]);
+  if (job_.field == FieldChoice::Both) {
+    RenderField(slot, static_cast<std::int32_t>(FieldChoice::First));
+    RenderField(slot, static_cast<std::int32_t>(FieldChoice::Second));
+  } else {
+    RenderField(slot, static_cast<std::int32_t>(job_.field));
+  }
+  effect_->SetOutput(nullptr);
+  effect_->SetInput(nullptr);
+  effect_->SetInput2(nullptr);
+  effect_->SetPixelMask(nullptr, 0, 0);
+  effect_->SetEffectHost(nullptr);
+}
+
+void SequenceRun::RenderField(FrameSlot& slot, std::int32_t field) {
+  effect_->SetField(field);
+  const HRESULT result = effect_->RenderFrame(FrameTime(job_, slot.result.frame));
+  if (context_.stopped()) throw FrameDropped{};
+  if (result == kOk) return;
+  std::array<char, 16> number{};
+  std::snprintf(number.data(), number.size(), "0x%08x", static_cast<unsigned>(result));
+  throw Failure(ExitCode::SomeFramesFailed,
+                slot.result.file.string() + ": the effect cannot render this frame (" + number.data() + ")");
+}
+
+void SequenceRun::Write(FrameSlot& slot) {
+  writer_.Write(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
+}
+
+void SequenceRun::Report(FrameSlot& slot) {
+  summary_.seconds.read += slot.result.seconds.read;
+  summary_.seconds.render += slot.result.seconds.render;
+  summary_.seconds.write += slot.result.seconds.write;
+  if (slot.dropped) return;
+  switch (slot.result.status) {
+    case FrameStatus::Done: ++summary_.done; break;
+    case FrameStatus::Skipped: ++summary_.skipped; break;
+    case FrameStatus::Failed:
+      ++summary_.failed;
+      summary_.code = options_.onError == OnError::Stop ? slot.result.code : ExitCode::SomeFramesFailed;
+      break;
+  }
+  observer_.OnFrame(slot.result);
+}
+
+RenderSummary SequenceRun::Run() {
+  constexpr std::size_t kSlots = 3;
+  const auto start = Clock::now();
+  SetUpEffect();
+  observer_.OnStart(frames_.count());
+  std::vector<FrameSlot> slots(kSlots);
+  FrameStages stages;
+  stages.read = [&](std::size_t slot, std::int64_t index) { Begin(slots[slot], index); };
+  stages.render = [&](std::size_t slot, std::int64_t) {
+    Attempt(slots[slot], slots[slot].result.seconds.render, [&] { Render(slots[slot]); });
+  };
+  stages.write = [&](std::size_t slot, std::int64_t) {
+    Attempt(slots[slot], slots[slot].result.seconds.write, [&] { Write(slots[slot]); });
+    Report(slots[slot]);
+  };
+  stages.goesOn = [&] { return !context_.stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
+  RunFramePipeline(kSlots, frames_.count(), stages);
+  if (context_.stopped()) summary_.code = ExitCode::Interrupted;
+  summary_.wallSeconds = SecondsSince(start);
+  return summary_;
+}
+
+}  // namespace
+
+RenderSummary RenderSequence(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options,
+                             ExecuteContext& context, RenderObserver& observer) {
+  JobCheckOptions check;
+  check.outputMayBeInput = options.overwrite;
+  CheckJob(job, check);
+  SequenceRun run(job, makeEffect, options, context, observer);
+  run.CheckFiles();
+  return run.Run();
+}
+
+}  // namespace vblur::host
