@@ -1,0 +1,72 @@
+// vblur chart OUTPUT: a test chart to try the effect on.
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/FrameOptions.h"
+#include "apps/vblur/OptionText.h"
+#include "host/FramePattern.h"
+#include "host/OutputFile.h"
+#include "host/TestChart.h"
+
+namespace vblur::cli {
+
+namespace {
+
+class ChartCommand : public Command {
+ public:
+  explicit ChartCommand(CLI::App& parent) : Command(parent, "chart", "Draw a test chart, still or moving") {
+    app()->add_option("OUTPUT", file_, "Picture to write; chart.%04d.exr or chart.####.exr for a sequence")
+        ->required()
+        ->type_name("");
+    AddTextOption(*app(), "--size", "WxH", "Size in pixels [1280x720]",
+                  [this](const std::string& text) { size_ = ParseWholePair("--size", text, 'x'); });
+    AddTextOption(*app(), "--depth", "8|16", "Bits of a component [8]",
+                  [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
+    AddFrameRangeOption(*app(), frames_);
+    app()->add_flag("--overwrite", overwrite_, "Replace output files that exist");
+  }
+
+  host::ExitCode Run(const GlobalOptions&, Terminal&) override {
+    const host::FramePattern pattern(file_);
+    CheckOptions(pattern);
+    const host::FrameRange frames = frames_.value_or(host::FrameRange{});
+    for (std::int64_t i = 0; i < frames.count(); ++i) {
+      host::RequireWritable(pattern.FileName(static_cast<std::int32_t>(frames.first + i * frames.step)), overwrite_);
+    }
+    host::HostImage chart;
+    host::PictureWriter writer;
+    for (std::int64_t i = 0; i < frames.count(); ++i) {
+      const auto frame = static_cast<std::int32_t>(frames.first + i * frames.step);
+      host::DrawTestChart(chart, depth_, size_[0], size_[1], frame);
+      writer.Write(pattern.FileName(frame), chart, nullptr, overwrite_);
+    }
+    return host::ExitCode::Done;
+  }
+
+ private:
+  void CheckOptions(const host::FramePattern& pattern) const {
+    const auto refuse = [](const std::string& message) { throw host::Failure(host::ExitCode::WrongUsage, message); };
+    host::OutputFormatOf(pattern.FileName(0));
+    if (depth_ != 8 && depth_ != 16) refuse("--depth: expected 8 or 16, found " + std::to_string(depth_));
+    if (size_[0] < 1 || size_[1] < 1) refuse("--size: expected at least 1x1");
+    if (std::int64_t{4} * size_[0] > host::HostImage::kMostComponents / size_[1]) {
+      refuse("--size: more than 2^31 components (4 a pixel)");
+    }
+    if (pattern.hasNumber() && !frames_) refuse(file_ + ": holds a frame number, so --frames was expected");
+    if (!pattern.hasNumber() && frames_ && frames_->count() > 1) {
+      refuse(file_ + ": several frames need a number such as %04d or #### in the name");
+    }
+  }
+
+  std::string file_;
+  std::array<std::int32_t, 2> size_{1280, 720};
+  std::int32_t depth_ = 8;
+  std::optional<host::FrameRange> frames_;
+  bool overwrite_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeChartCommand(CLI::App& parent) {
+  return std::make_unique<ChartCommand>(parent);
+}
+
+}  // namespace vblur::cli

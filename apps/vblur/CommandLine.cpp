@@ -1,0 +1,155 @@
+#include "apps/vblur/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/RunJob.h"
+#include "host/NameMatch.h"
+
+namespace vblur::cli {
+
+namespace {
+
+using host::ExitCode;
+
+// `--job FILE` asks for the command of that name, wherever it stands.
+std::vector<std::string> ReadArguments(int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    const bool apart = argument == "--job" && i + 1 < arguments.size();
+    const bool joined = argument.rfind("--job=", 0) == 0;
+    if (!apart && !joined) continue;
+    const std::string file = apart ? arguments[i + 1] : argument.substr(std::string("--job=").size());
+    const auto at = arguments.begin() + static_cast<std::ptrdiff_t>(i);
+    arguments.erase(at, at + (apart ? 2 : 1));
+    arguments.insert(arguments.begin(), {"job", file});
+    break;
+  }
+  return arguments;
+}
+
+std::string HelpHint(const CLI::App& command) {
+  return "; see vblur " + (command.get_parent() ? command.get_name() + " " : std::string()) + "--help";
+}
+
+std::string FirstUnknown(const CLI::App& app) {
+  for (const std::string& argument : app.remaining(true)) {
+    if (argument.size() > 1 && argument.front() == '-') return argument.substr(0, argument.find('='));
+  }
+  const auto all = app.remaining(true);
+  return all.empty() ? std::string() : all.front();
+}
+
+std::vector<std::string> OptionNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
+  const std::string unknown = FirstUnknown(app);
+  if (unknown.empty() || unknown.front() != '-') {
+    if (&app != &command) return "unexpected argument " + host::Quoted(unknown) + HelpHint(command);
+    std::vector<std::string_view> names;
+    std::vector<std::string> kept;
+    for (const CLI::App* sub : app.get_subcommands({})) kept.push_back(sub->get_name());
+    names.assign(kept.begin(), kept.end());
+    return host::UnknownName("command", unknown, names) + HelpHint(app);
+  }
+  std::vector<std::string> options = OptionNames(command);
+  if (&app != &command) {
+    const auto global = OptionNames(app);
+    options.insert(options.end(), global.begin(), global.end());
+  }
+  const std::vector<std::string_view> names(options.begin(), options.end());
+  return host::UnknownName("option", unknown, names) + HelpHint(command);
+}
+
+class Program {
+ public:
+  Program() : app_("Blurs and sharpens pictures and sequences of pictures.", "vblur") {
+    app_.set_version_flag("--version", "vblur " VBLUR_VERSION);
+    app_.set_help_flag("-h,--help", "Print this help and end");
+    app_.get_formatter()->column_width(34);
+    app_.require_subcommand(1);
+    AddGlobalOptions(app_, global_);
+    for (const auto make : {MakeRenderCommand, MakeJobCommand, MakePropertiesCommand, MakeChartCommand}) {
+      commands_.push_back(make(app_));
+    }
+    app_.footer(
+        "vblur --job FILE is the same as vblur job FILE.\n"
+        "Exit codes: 0 done, 1 some frames failed, 2 wrong usage or job, 3 cannot read, 4 cannot write, "
+        "130 interrupted.");
+  }
+
+  ExitCode Run(int argc, char** argv) {
+    std::vector<std::string> arguments = ReadArguments(argc, argv);
+    if (arguments.empty()) {
+      std::fputs(app_.help().c_str(), stdout);
+      return ExitCode::WrongUsage;
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    try {
+      app_.parse(arguments);
+    } catch (const CLI::Success& request) {
+      app_.exit(request);
+      return ExitCode::Done;
+    } catch (const CLI::ParseError& error) {
+      throw host::Failure(ExitCode::WrongUsage, Describe(error));
+    }
+    ApplyGlobalOptions(global_, terminal_);
+    for (const auto& command : commands_) {
+      if (command->app()->parsed()) return command->Run(global_, terminal_);
+    }
+    return ExitCode::WrongUsage;
+  }
+
+  Terminal& terminal() { return terminal_; }
+
+ private:
+  const CLI::App& ChosenCommand() const {
+    for (const auto& command : commands_) {
+      if (command->app()->parsed()) return *command->app();
+    }
+    return app_;
+  }
+
+  std::string Describe(const CLI::ParseError& error) const {
+    const CLI::App& command = ChosenCommand();
+    const bool extras = !app_.remaining(true).empty();
+    if (extras) return UnknownArgument(app_, command);
+    return std::string(error.what()) + HelpHint(command);
+  }
+
+  Terminal terminal_;
+  CLI::App app_;
+  GlobalOptions global_;
+  std::vector<std::unique_ptr<Command>> commands_;
+};
+
+}  // namespace
+
+int RunCommandLine(int argc, char** argv) {
+  Program program;
+  try {
+    return static_cast<int>(program.Run(argc, argv));
+  } catch (const host::Failure& failure) {
+    program.terminal().Fail(failure.what());
+    return static_cast<int>(failure.code());
+  } catch (const std::bad_alloc&) {
+    program.terminal().Fail("not enough memory");
+  } catch (const std::exception& error) {
+    program.terminal().Fail(error.what());
+  }
+  return static_cast<int>(ExitCode::SomeFramesFailed);
+}
+
+}  // namespace vblur::cli

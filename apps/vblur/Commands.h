@@ -1,0 +1,39 @@
+// The program's commands. Each adds its own subcommand, and runs it once the command line is read.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <memory>
+
+#include "apps/vblur/RunOptions.h"
+#include "apps/vblur/Terminal.h"
+#include "host/Failure.h"
+
+namespace vblur::cli {
+
+class Command {
+ public:
+  virtual ~Command() = default;
+
+  // Throws host::Failure.
+  virtual host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) = 0;
+
+  CLI::App* app() const { return app_; }
+
+ protected:
+  Command(CLI::App& parent, const std::string& name, const std::string& help)
+      : app_(parent.add_subcommand(name, help)) {
+    app_->fallthrough();
+  }
+
+ private:
+  CLI::App* app_;
+};
+
+std::unique_ptr<Command> MakeRenderCommand(CLI::App& parent);
+std::unique_ptr<Command> MakeJobCommand(CLI::App& parent);
+std::unique_ptr<Command> MakePropertiesCommand(CLI::App& parent);
+std::unique_ptr<Command> MakeChartCommand(CLI::App& parent);
+
+}  // namespace vblur::cli

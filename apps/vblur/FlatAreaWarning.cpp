@@ -1,0 +1,62 @@
+#include "apps/vblur/FlatAreaWarning.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <set>
+
+#include "effect/CreateBlur.h"
+#include "effect/PropertyTable.h"
+#include "host/JobCheck.h"
+#include "host/PropertyText.h"
+
+namespace vblur::cli {
+
+namespace {
+
+constexpr double kShowing = 0.02;
+
+std::set<double> UsedSizes(const host::Job& job) {
+  const GUID& blur = PropertyOf(PropertyId::Blur).guid;
+  const host::FrameRange frames = host::ResolveFrames(job);
+  const auto* setting = job.properties.Find(blur);
+  const bool animated = setting && std::holds_alternative<host::Curve>(*setting);
+  std::set<double> sizes;
+  for (std::int64_t i = 0; i < (animated ? frames.count() : 1); ++i) {
+    const auto frame = static_cast<std::int32_t>(frames.first + i * frames.step);
+    sizes.insert(std::max(0.0, job.properties.ValueAt(blur, host::FrameTime(job, frame))));
+  }
+  return sizes;
+}
+
+}  // namespace
+
+FlatAreaLoss LargestFlatAreaLoss(const host::Job& job, const IVBlurFacts& facts) {
+  const double proxy = std::max(std::abs(job.proxy[0]), std::abs(job.proxy[1]));
+  FlatAreaLoss largest;
+  for (const double size : UsedSizes(job)) {
+    const double loss = 1.0 - facts.DescribeBlurSize(size * proxy).flatGain;
+    if (loss > largest.loss) largest = {size, loss};
+  }
+  return largest;
+}
+
+std::string FormatPercent(double part) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f %%", part * 100.0);
+  return text;
+}
+
+void WarnOfFlatAreas(const host::Job& job, Terminal& terminal) {
+  if (terminal.isQuiet()) return;
+  const auto effect = CreateBlur();
+  const auto* facts = dynamic_cast<const IVBlurFacts*>(effect.get());
+  if (!facts) return;
+  const FlatAreaLoss largest = LargestFlatAreaLoss(job, *facts);
+  if (largest.loss <= kShowing) return;
+  terminal.Warn("at a Blur of " + host::FormatNumber(largest.blur) + " flat areas of the blurred picture lose " +
+                FormatPercent(largest.loss) + " of their value; see vblur properties Blur --size " +
+                host::FormatNumber(largest.blur));
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,27 @@
+// Large sizes darken flat areas, since the filter's fixed-point weights sum to less than 1. Whoever
+// renders is told the number once when it is one that shows.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "apps/vblur/Terminal.h"
+#include "host/Job.h"
+#include "platform/IVBlurFacts.h"
+
+namespace vblur::cli {
+
+struct FlatAreaLoss {
+  double blur = 0.0;  // the value of the property, at the time where flat areas lose most
+  double loss = 0.0;  // 0.02 for 2 %
+};
+
+// The largest loss over all frames of a job.
+FlatAreaLoss LargestFlatAreaLoss(const host::Job& job, const IVBlurFacts& facts);
+
+// "3.4 %".
+std::string FormatPercent(double part);
+
+void WarnOfFlatAreas(const host::Job& job, Terminal& terminal);
+
+}  // namespace vblur::cli

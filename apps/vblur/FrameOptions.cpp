@@ -1,0 +1,51 @@
+#include "apps/vblur/FrameOptions.h"
+
+#include "apps/vblur/OptionText.h"
+#include "host/FrameRangeText.h"
+
+namespace vblur::cli {
+
+namespace {
+
+constexpr std::string_view kFields[] = {"frame", "first", "second", "both"};
+
+void SetOrigin(host::Job& job, const std::string& text) {
+  const auto origin = ParseWholePair("--origin", text);
+  job.output.origin = origin;
+  if (job.input) job.input->origin = origin;
+}
+
+}  // namespace
+
+void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames) {
+  AddTextOption(app, "--frames", "A-B|A-BxSTEP", "Frames to render; they replace %04d or #### in file names",
+                [&](const std::string& text) { frames = host::ParseFrameRange(text); })
+      ->group("Frames");
+}
+
+void AddFrameOptions(CLI::App& app, host::Job& job) {
+  const auto add = [&](const char* name, const char* form, const char* help,
+                       std::function<void(const std::string&)> set) {
+    AddTextOption(app, name, form, help, std::move(set))->group("Frames");
+  };
+  AddFrameRangeOption(app, job.frames);
+  add("--depth", "8|16", "Bits of a component while rendering [8 for inputs of 8-bit samples, else 16]",
+      [&](const std::string& text) { job.depth = ParseWhole("--depth", text); });
+  add("--field", "frame|first|second|both", "Whole frames, one field, or both fields of interlaced frames [frame]",
+      [&](const std::string& text) { job.field = static_cast<host::FieldChoice>(ParseChoice("--field", text, kFields)); });
+  add("--roi", "X,Y,W,H", "Only this region, in pixels from the lower left corner [the whole picture]",
+      [&](const std::string& text) {
+        const auto roi = ParseWholeFour("--roi", text);
+        job.roi = host::Region{roi[0], roi[1], roi[2], roi[3]};
+      });
+  add("--time", "T", "Time of the first frame; keys are told in this time, one unit a frame [0]",
+      [&](const std::string& text) { job.time = ParseNumber("--time", text); });
+  add("--duration", "D", "Length of the effect in frames [the number of frames]",
+      [&](const std::string& text) { job.duration = ParseNumber("--duration", text); });
+  add("--proxy", "SX,SY", "Size of the pictures over their size at full resolution [1,1]",
+      [&](const std::string& text) { job.proxy = ParseNumberPair("--proxy", text); });
+  add("--origin", "X,Y", "Pixel that the lower left corner of input and output lies at [0,0]",
+      [&](const std::string& text) { SetOrigin(job, text); });
+}
+
+}  // namespace vblur::cli

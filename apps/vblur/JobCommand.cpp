@@ -1,0 +1,49 @@
+// vblur job FILE: a job from a file, with what the command line changes in it.
+#include <vector>
+
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/FrameOptions.h"
+#include "apps/vblur/OptionText.h"
+#include "apps/vblur/RunJob.h"
+#include "host/JobFile.h"
+#include "host/PropertyText.h"
+
+namespace vblur::cli {
+
+namespace {
+
+class JobCommand : public Command {
+ public:
+  explicit JobCommand(CLI::App& parent) : Command(parent, "job", "Render what a job file describes") {
+    app()->add_option("FILE", file_, "Job file; the names in it start from its folder")->required()->type_name("");
+    app()->add_option("--set", assignments_, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->group("Properties");
+    AddFrameRangeOption(*app(), frames_);
+    AddRunOptions(*app(), run_);
+  }
+
+  host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    ApplyProgress(run_, terminal);
+    host::Job job = host::ReadJobFile(file_);
+    for (const std::string& assignment : assignments_) host::ApplyAssignment(job.properties, assignment);
+    if (frames_) job.frames = frames_;
+    return RunJob(job, global, run_, terminal);
+  }
+
+ private:
+  std::string file_;
+  std::vector<std::string> assignments_;
+  std::optional<host::FrameRange> frames_;
+  RunOptions run_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeJobCommand(CLI::App& parent) {
+  return std::make_unique<JobCommand>(parent);
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,101 @@
+#include "apps/vblur/OptionText.h"
+
+#include <charconv>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "host/Failure.h"
+#include "host/NameMatch.h"
+
+namespace vblur::cli {
+
+namespace {
+
+[[noreturn]] void Refuse(std::string_view option, std::string_view text, const std::string& expected) {
+  std::string message(option);
+  message += ": expected " + expected + ", found " + host::Quoted(text);
+  throw host::Failure(host::ExitCode::WrongUsage, message);
+}
+
+template <typename Number>
+bool Read(std::string_view text, Number& number) {
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} && end == text.data() + text.size();
+}
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  for (std::size_t at = text.find(separator); at != std::string_view::npos; at = text.find(separator)) {
+    parts.push_back(text.substr(0, at));
+    text.remove_prefix(at + 1);
+  }
+  parts.push_back(text);
+  return parts;
+}
+
+template <typename Number, std::size_t kCount>
+bool ReadAll(std::string_view text, char separator, std::array<Number, kCount>& numbers) {
+  const auto parts = Split(text, separator);
+  if (parts.size() != kCount) return false;
+  for (std::size_t i = 0; i < kCount; ++i) {
+    if (!Read(parts[i], numbers[i])) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+double ParseNumber(std::string_view option, std::string_view text) {
+  double number = 0.0;
+  if (!Read(text, number) || !std::isfinite(number)) Refuse(option, text, "a finite number");
+  return number;
+}
+
+std::int32_t ParseWhole(std::string_view option, std::string_view text) {
+  std::int32_t number = 0;
+  if (!Read(text, number)) Refuse(option, text, "a whole number");
+  return number;
+}
+
+std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text) {
+  std::array<double, 2> pair{};
+  if (!ReadAll(text, ',', pair) || !std::isfinite(pair[0]) || !std::isfinite(pair[1])) {
+    Refuse(option, text, "two finite numbers such as 0.5,0.5");
+  }
+  return pair;
+}
+
+std::array<std::int32_t, 2> ParseWholePair(std::string_view option, std::string_view text, char separator) {
+  std::array<std::int32_t, 2> pair{};
+  if (!ReadAll(text, separator, pair)) {
+    Refuse(option, text, std::string("two whole numbers such as 640") + separator + "480");
+  }
+  return pair;
+}
+
+std::array<std::int32_t, 4> ParseWholeFour(std::string_view option, std::string_view text) {
+  std::array<std::int32_t, 4> four{};
+  if (!ReadAll(text, ',', four)) Refuse(option, text, "four whole numbers such as 0,0,640,480");
+  return four;
+}
+
+std::size_t ParseChoice(std::string_view option, std::string_view text, std::span<const std::string_view> words) {
+  std::string expected;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (host::EqualIgnoringCase(text, words[i])) return i;
+    if (i > 0) expected += i + 1 == words.size() ? " or " : ", ";
+    expected += words[i];
+  }
+  Refuse(option, text, expected);
+}
+
+CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::string& form, const std::string& help,
+                           std::function<void(const std::string&)> set) {
+  CLI::Option* option = app.add_option_function<std::string>(name, std::move(set), help);
+  option->type_name(form);
+  return option;
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,31 @@
+// Option values that are more than a word or a number, read from their text. Every failure is a
+// host::Failure (wrong usage) that begins with the option's name.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vblur::cli {
+
+// "12.5"; finite.
+double ParseNumber(std::string_view option, std::string_view text);
+// "12"; in 32 bits.
+std::int32_t ParseWhole(std::string_view option, std::string_view text);
+// "1920x1080", "3,-3", "0.5,0.5": as many numbers as asked for with the separator between them.
+std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text);
+std::array<std::int32_t, 2> ParseWholePair(std::string_view option, std::string_view text, char separator = ',');
+std::array<std::int32_t, 4> ParseWholeFour(std::string_view option, std::string_view text);
+// The index of a word in a list.
+std::size_t ParseChoice(std::string_view option, std::string_view text, std::span<const std::string_view> words);
+
+// Adds an option that is handed to `set` as text when it is given. `set` may throw host::Failure.
+CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::string& form, const std::string& help,
+                           std::function<void(const std::string&)> set);
+
+}  // namespace vblur::cli

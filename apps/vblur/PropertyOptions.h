@@ -1,0 +1,21 @@
+// One option for each of the effect's properties, made from the property table.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+#include "effect/PropertyTable.h"
+#include "host/PropertyStore.h"
+
+namespace vblur::cli {
+
+// `--blur`, `--mix-back`, ...: each puts its value into the store, which must outlive the parsing.
+void AddPropertyOptions(CLI::App& app, host::PropertyStore& store);
+
+// "0 to 720", "Blur, Sharpen", "on or off".
+std::string DescribeValues(const Property& property);
+// The heading that the property stands under in the help.
+std::string PropertyGroup(const Property& property);
+
+}  // namespace vblur::cli

@@ -1,0 +1,57 @@
+// vblur render INPUT OUTPUT: a job made from options.
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/FrameOptions.h"
+#include "apps/vblur/OptionText.h"
+#include "apps/vblur/PropertyOptions.h"
+#include "apps/vblur/RunJob.h"
+#include "host/JobCheck.h"
+#include "host/JobFile.h"
+
+namespace vblur::cli {
+
+namespace {
+
+class RenderCommand : public Command {
+ public:
+  explicit RenderCommand(CLI::App& parent) : Command(parent, "render", "Render a picture or a sequence of pictures") {
+    job_.input.emplace();
+    app()->add_option("INPUT", job_.input->file, "Picture to read; shot.%04d.exr or shot.####.exr for a sequence")
+        ->required()
+        ->type_name("");
+    app()->add_option("OUTPUT", job_.output.file, "Picture to write, numbered alike for a sequence")
+        ->required()
+        ->type_name("");
+    AddPropertyOptions(*app(), job_.properties);
+    AddFrameOptions(*app(), job_);
+    AddRunOptions(*app(), run_);
+    AddTextOption(*app(), "--save-job", "FILE", "Also write the job file that renders the same",
+                  [this](const std::string& file) { saved_ = file; })
+        ->group("Output");
+  }
+
+  host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    ApplyProgress(run_, terminal);
+    if (!saved_.empty()) SaveJob();
+    return RunJob(job_, global, run_, terminal);
+  }
+
+ private:
+  void SaveJob() const {
+    host::JobCheckOptions check;
+    check.outputMayBeInput = run_.render.overwrite;
+    host::CheckJob(job_, check);
+    host::WriteJobFile(job_, saved_);
+  }
+
+  host::Job job_;
+  RunOptions run_;
+  std::string saved_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeRenderCommand(CLI::App& parent) {
+  return std::make_unique<RenderCommand>(parent);
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,47 @@
+#include "apps/vblur/RunJob.h"
+
+#include "apps/vblur/FlatAreaWarning.h"
+#include "apps/vblur/Interruption.h"
+#include "effect/CreateBlur.h"
+#include "host/Progress.h"
+
+namespace vblur::cli {
+
+namespace {
+
+host::ProgressStyle StyleOf(const GlobalOptions& global, const RunOptions& run, const Terminal& terminal) {
+  using host::ProgressStyle;
+  switch (run.progress) {
+    case ProgressChoice::None: return ProgressStyle::None;
+    case ProgressChoice::Bar: return ProgressStyle::Bar;
+    case ProgressChoice::Lines: return ProgressStyle::Lines;
+    case ProgressChoice::Json: return ProgressStyle::Json;
+    case ProgressChoice::Automatic: break;
+  }
+  if (global.quiet) return ProgressStyle::None;
+  if (global.verbose) return ProgressStyle::Lines;
+  return terminal.isScreen() ? ProgressStyle::Bar : ProgressStyle::None;
+}
+
+}  // namespace
+
+void ApplyGlobalOptions(const GlobalOptions& global, Terminal& terminal) {
+  if (global.quiet) terminal.BeQuiet();
+  if (global.threads > 0) SetRenderThreads(global.threads);
+}
+
+void ApplyProgress(const RunOptions& run, Terminal& terminal) {
+  if (run.progress == ProgressChoice::Json) terminal.SpeakJson();
+}
+
+host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
+  Interruption interruption;
+  host::Progress progress(terminal.stream(), StyleOf(global, run, terminal));
+  WarnOfFlatAreas(job, terminal);
+  const auto summary = host::RenderSequence(job, CreateBlur, run.render, interruption.context(), progress);
+  progress.Finish(summary);
+  if (summary.code == host::ExitCode::Interrupted) terminal.Fail("interrupted");
+  return summary.code;
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,17 @@
+// Renders a job for a command: progress, warnings, Ctrl-C and the exit code.
+#pragma once
+
+#include "apps/vblur/RunOptions.h"
+#include "apps/vblur/Terminal.h"
+#include "host/Job.h"
+
+namespace vblur::cli {
+
+// Applies what concerns the whole process: threads, and how the terminal speaks.
+void ApplyGlobalOptions(const GlobalOptions& global, Terminal& terminal);
+void ApplyProgress(const RunOptions& run, Terminal& terminal);
+
+// Throws host::Failure for what is wrong before the first frame.
+host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal);
+
+}  // namespace vblur::cli

@@ -1,0 +1,48 @@
+#include "apps/vblur/RunOptions.h"
+
+#include "apps/vblur/OptionText.h"
+#include "host/Failure.h"
+
+namespace vblur::cli {
+
+namespace {
+
+constexpr std::string_view kOnError[] = {"stop", "skip"};
+constexpr std::string_view kProgress[] = {"auto", "none", "bar", "lines", "json"};
+
+void SetThreads(GlobalOptions& options, const std::string& text) {
+  constexpr std::int32_t kMost = 1024;
+  const std::int32_t threads = ParseWhole("--threads", text);
+  if (threads < 1 || threads > kMost) {
+    throw host::Failure(host::ExitCode::WrongUsage, "--threads: expected 1 to 1024, found " + text);
+  }
+  options.threads = threads;
+}
+
+}  // namespace
+
+void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
+  app.add_flag("-q,--quiet", options.quiet, "Print nothing but failures");
+  app.add_flag("-v,--verbose", options.verbose, "Print a line for each frame and the times at the end");
+  AddTextOption(app, "--threads", "N", "Threads of a render [one for each processor]",
+                [&](const std::string& text) { SetThreads(options, text); });
+}
+
+void AddRunOptions(CLI::App& app, RunOptions& options) {
+  app.add_flag("--overwrite", options.render.overwrite, "Replace output files that exist")->group("Output");
+  app.add_flag("--skip-existing", options.render.skipExisting, "Leave frames out whose output files exist")
+      ->group("Output");
+  AddTextOption(app, "--on-error", "stop|skip", "After a frame that failed: end there, or go on with the next [stop]",
+                [&](const std::string& text) {
+                  options.render.onError = static_cast<host::OnError>(ParseChoice("--on-error", text, kOnError));
+                })
+      ->group("Output");
+  AddTextOption(app, "--progress", "auto|none|bar|lines|json",
+                "How progress is told on the standard error stream [auto: a bar on a terminal]",
+                [&](const std::string& text) {
+                  options.progress = static_cast<ProgressChoice>(ParseChoice("--progress", text, kProgress));
+                })
+      ->group("Output");
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,30 @@
+// The options of every command that renders: what becomes of old files and failed frames, and how
+// progress is told.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <cstdint>
+#include <string>
+
+#include "host/SequenceRenderer.h"
+
+namespace vblur::cli {
+
+struct GlobalOptions {
+  bool quiet = false;
+  bool verbose = false;
+  std::int32_t threads = 0;  // 0: as many as the machine has processors
+};
+
+enum class ProgressChoice { Automatic, None, Bar, Lines, Json };
+
+struct RunOptions {
+  host::RenderOptions render;
+  ProgressChoice progress = ProgressChoice::Automatic;
+};
+
+void AddGlobalOptions(CLI::App& app, GlobalOptions& options);
+void AddRunOptions(CLI::App& app, RunOptions& options);
+
+}  // namespace vblur::cli

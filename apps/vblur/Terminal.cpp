@@ -1,0 +1,53 @@
+#include "apps/vblur/Terminal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace vblur::cli {
+
+namespace {
+
+std::FILE* OwnErrorStream() {
+  const int own = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+  std::FILE* stream = own >= 0 ? ::fdopen(own, "w") : nullptr;
+  return stream ? stream : stderr;
+}
+
+}  // namespace
+
+Terminal::Terminal() : stream_(OwnErrorStream()) {}
+
+Terminal::~Terminal() {
+  if (stream_ != stderr) std::fclose(stream_);
+}
+
+bool Terminal::isScreen() const {
+  return ::isatty(::fileno(stream_)) != 0;
+}
+
+void Terminal::Say(const char* event, const std::string& text) {
+  // File names may hold line breaks; a message is one line.
+  std::string line = text;
+  std::replace_if(line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+  if (json_) {
+    const nlohmann::ordered_json object = {{"event", event}, {"message", line}};
+    line = object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  } else {
+    line.insert(0, "vblur: ");
+  }
+  std::fprintf(stream_, "%s\n", line.c_str());
+  std::fflush(stream_);
+}
+
+void Terminal::Fail(const std::string& message) {
+  Say("error", message);
+}
+
+void Terminal::Warn(const std::string& message) {
+  if (!quiet_) Say("warning", message);
+}
+
+}  // namespace vblur::cli
