@@ -1,0 +1,129 @@
+// The blend methods that take a pixel apart into luminance and chroma, or hue, saturation and value.
+#include "arithmetic.h"
+#include "blend_methods.h"
+#include "colour.h"
+#include "hsv.h"
+
+namespace model::blend {
+namespace {
+
+Pixel WithAlpha(Pixel pixel, std::int32_t alpha) {
+  pixel[3] = alpha;
+  return pixel;
+}
+
+YuvFloat YuvOf(const Pixel& p) {
+  const Yuv yuv = ToYuv(p[0], p[1], p[2]);
+  return {static_cast<float>(yuv.y), static_cast<float>(yuv.u), static_cast<float>(yuv.v)};
+}
+
+YuvFloat YuvOf(const FloatPixel& p) {
+  return ToYuvFloat(p[0], p[1], p[2]);
+}
+
+Hsv HsvOf(Depth depth, const Pixel& p) {
+  return ToHsv(depth, p[0], p[1], p[2]);
+}
+
+/// Truncated, neither limited nor narrowed.
+Hsv HsvOf(Depth depth, const FloatPixel& p) {
+  return ToHsv(depth, Truncate(p[0]), Truncate(p[1]), Truncate(p[2]));
+}
+
+std::int32_t AlphaOf(Depth, const Pixel& p) {
+  return p[3];
+}
+std::int32_t AlphaOf(Depth depth, const FloatPixel& p) {
+  return Store(depth, p[3]);
+}
+
+template <class AnyPixel>
+Pixel LuminanceOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
+  const YuvFloat first = YuvOf(p);
+  const YuvFloat second = YuvOf(q);
+  return WithAlpha(FromYuv({first.y, second.u, second.v}, RangeOf(depth).top), AlphaOf(depth, p));
+}
+
+template <class AnyPixel>
+Pixel ChromaOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
+  const YuvFloat first = YuvOf(p);
+  const YuvFloat second = YuvOf(q);
+  return WithAlpha(FromYuv({second.y, first.u, first.v}, RangeOf(depth).top), AlphaOf(depth, p));
+}
+
+template <class AnyPixel>
+Pixel HueOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
+  const Hsv first = HsvOf(depth, p);
+  const Hsv second = HsvOf(depth, q);
+  // A grey has no hue to give.
+  const std::int32_t saturation = first.saturation == 0 ? 0 : second.saturation;
+  return WithAlpha(FromHsv(depth, {first.hue, saturation, second.value}), AlphaOf(depth, p));
+}
+
+template <class AnyPixel>
+Pixel SaturationOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
+  const Hsv first = HsvOf(depth, p);
+  const Hsv second = HsvOf(depth, q);
+  const std::int32_t saturation = second.saturation == 0 ? 0 : first.saturation;
+  return WithAlpha(FromHsv(depth, {second.hue, saturation, second.value}), AlphaOf(depth, p));
+}
+
+template <class AnyPixel>
+Pixel ValueOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
+  const Hsv first = HsvOf(depth, p);
+  const Hsv second = HsvOf(depth, q);
+  return WithAlpha(FromHsv(depth, {second.hue, second.saturation, first.value}), AlphaOf(depth, p));
+}
+
+template <class AnyPixel>
+Pixel ColourOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
+  const Hsv first = HsvOf(depth, p);
+  const Hsv second = HsvOf(depth, q);
+  return WithAlpha(FromHsv(depth, {first.hue, first.saturation, second.value}), AlphaOf(depth, p));
+}
+
+}  // namespace
+
+Pixel Luminance(Depth depth, const Pixel& p, const Pixel& q) {
+  return LuminanceOf(depth, p, q);
+}
+Pixel Luminance(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  return LuminanceOf(depth, p, q);
+}
+
+Pixel Chroma(Depth depth, const Pixel& p, const Pixel& q) {
+  return ChromaOf(depth, p, q);
+}
+Pixel Chroma(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  return ChromaOf(depth, p, q);
+}
+
+Pixel Hue(Depth depth, const Pixel& p, const Pixel& q) {
+  return HueOf(depth, p, q);
+}
+Pixel Hue(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  return HueOf(depth, p, q);
+}
+
+Pixel Saturation(Depth depth, const Pixel& p, const Pixel& q) {
+  return SaturationOf(depth, p, q);
+}
+Pixel Saturation(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  return SaturationOf(depth, p, q);
+}
+
+Pixel Value(Depth depth, const Pixel& p, const Pixel& q) {
+  return ValueOf(depth, p, q);
+}
+Pixel Value(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  return ValueOf(depth, p, q);
+}
+
+Pixel Colour(Depth depth, const Pixel& p, const Pixel& q) {
+  return ColourOf(depth, p, q);
+}
+Pixel Colour(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  return ColourOf(depth, p, q);
+}
+
+}  // namespace model::blend

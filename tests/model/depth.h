@@ -1,0 +1,35 @@
+// The number formats of a component and how a value is stored in one.
+#pragma once
+
+#include <cstdint>
+
+namespace model {
+
+enum class Depth {
+  Eight,    ///< unsigned 8 bits
+  Sixteen,  ///< signed 2.14 fixed point
+  Wide,     ///< signed 32 bits: YUV and single-channel pictures between stages
+};
+
+struct Range {
+  std::int32_t min;  ///< lowest value of the storage
+  std::int32_t max;  ///< highest value of the storage
+  std::int32_t one;  ///< what stands for 1.0 in a colour
+  std::int32_t top;  ///< what stands for 1.0 in an amount or a mask
+};
+
+Range RangeOf(Depth depth);
+
+/// Keeps the low bits of the format: a store without a clamp.
+std::int32_t Narrow(Depth depth, std::int32_t value);
+
+/// Limits a float to the format, then truncates it toward zero.
+std::int32_t Store(Depth depth, float value);
+
+/// b, moved toward a by amount / top, the quotient truncating toward zero.
+std::int32_t MixWhole(Depth depth, std::int32_t a, std::int32_t b, std::int32_t amount);
+
+/// An amount in 0..1 on the scale of a mask.
+std::int32_t AmountOf(Depth depth, float amount);
+
+}  // namespace model

@@ -1,0 +1,143 @@
+#include "fuzz.h"
+
+#include "arithmetic.h"
+#include "colour_pictures.h"
+#include "copy.h"
+#include "filter.h"
+#include "sharpen.h"
+
+namespace model {
+namespace {
+
+using Channels = std::array<bool, 4>;
+
+constexpr Channels kAlphaOnly{false, false, false, true};
+
+/// Channels that the filter selects, by mode; in the YUV modes of the YUV picture.
+Channels SelectedBy(int mode) {
+  switch (mode) {
+    case kFuzzAlpha:
+      return kAlphaOnly;
+    case kFuzzRgb:
+      return {true, true, true, false};
+    case kFuzzGrey:
+    case kFuzzRed:
+    case kFuzzLuminance:
+      return {true, false, false, false};
+    case kFuzzGreen:
+    case kFuzzU:
+      return {false, true, false, false};
+    case kFuzzBlue:
+    case kFuzzV:
+      return {false, false, true, false};
+    case kFuzzChroma:
+      return {false, true, true, false};
+    default:
+      return {true, true, true, true};
+  }
+}
+
+FilterSettings SettingsOf(const FuzzJob& job, Depth depth, const Window& window) {
+  FilterSettings settings;
+  settings.depth = depth;
+  settings.sizeX = job.sizeX;
+  settings.sizeY = job.sizeY;
+  settings.aspect = job.aspect;
+  settings.channels = SelectedBy(job.mode);
+  settings.window = window;
+  return settings;
+}
+
+/// Filter on the frame's own pixels, then the channels that it left alone from the source.
+/// With RGB the alpha comes back over the whole target, not over the window alone.
+bool Direct(const FuzzJob& job, Picture& target, const Window& window) {
+  const FilterSettings settings = SettingsOf(job, job.depth, window);
+  if (!Filter(job.source, target, settings)) return false;
+  Channels rest{};
+  for (std::size_t c = 0; c < 4; ++c)
+    rest[c] = !settings.channels[c];
+  CopyChannels(job.source, target, rest, job.mode == kFuzzRgb ? WholeWindow(target) : window);
+  return true;
+}
+
+/// A picture of zeros that lies where the target lies and goes on beyond as the source does.
+Picture Companion(const Picture& target, const Picture& source) {
+  return Blank(WholeAxis(target.x.size, target.x.writeOrigin, source.x.edge),
+               WholeAxis(target.y.size, target.y.writeOrigin, source.y.edge));
+}
+
+/// What the filter may read around the window, as far as the target has it.
+Window ReadWindow(const FuzzJob& job, const Picture& target, const Window& window) {
+  const int x = Add(Multiply(Truncate(job.sizeX), 3), 6);
+  const int y = Add(Multiply(Truncate(job.sizeY), 3), 6);
+  return Settle(Widen(window, x, y), target);
+}
+
+/// The red of the source stands for its grey.
+bool ThroughGrey(const FuzzJob& job, Picture& target, const Window& window) {
+  Picture grey = Companion(target, job.source);
+  ExtractRed(job.source, grey, ReadWindow(job, target, window));
+  if (!Filter(grey, grey, SettingsOf(job, Depth::Wide, window))) return false;
+  GreyToRgb(grey, target, job.depth, window);
+  CopyChannels(job.source, target, kAlphaOnly, window);
+  return true;
+}
+
+void Place(Picture& picture, int x, int y) {
+  picture.x.origin = picture.x.writeOrigin = x;
+  picture.y.origin = picture.y.writeOrigin = y;
+}
+
+/// The filter runs with the YUV picture at (0, 0). Alpha goes around it, and comes back over the whole
+/// target.
+bool ThroughYuv(const FuzzJob& job, Picture& target, const Window& window) {
+  Picture yuv = Companion(target, job.source);
+  RgbToYuv(job.source, yuv, job.depth, ReadWindow(job, target, window));
+  const int x = target.x.writeOrigin;
+  const int y = target.y.writeOrigin;
+  Place(yuv, 0, 0);
+  const Window moved{window.x1 - x, window.y1 - y, window.x2 - x, window.y2 - y};
+  if (!Filter(yuv, yuv, SettingsOf(job, Depth::Wide, moved))) return false;
+  Place(yuv, x, y);
+  YuvToRgb(yuv, target, job.depth, window);
+  CopyChannels(job.source, target, kAlphaOnly, WholeWindow(target));
+  return true;
+}
+
+bool BlurBy(const FuzzJob& job, Picture& target, const Window& window) {
+  switch (job.mode) {
+    case kFuzzAll:
+    case kFuzzAlpha:
+    case kFuzzRgb:
+    case kFuzzRed:
+    case kFuzzGreen:
+    case kFuzzBlue:
+      return Direct(job, target, window);
+    case kFuzzGrey:
+      return ThroughGrey(job, target, window);
+    case kFuzzLuminance:
+    case kFuzzU:
+    case kFuzzV:
+    case kFuzzChroma:
+      return ThroughYuv(job, target, window);
+    default:
+      return true;
+  }
+}
+
+}  // namespace
+
+Picture Fuzz(const FuzzJob& job, bool* outOfMemory) {
+  Picture target = job.target;
+  if (outOfMemory != nullptr) *outOfMemory = false;
+  if (IsEmpty(target)) return target;
+  const Window window = Settle(job.window, target);
+  if (!BlurBy(job, target, window)) {
+    if (outOfMemory != nullptr) *outOfMemory = true;
+    return target;
+  }
+  if (job.method == kFuzzSharpen) Sharpen(job.source, target, job.depth, window);
+  return target;
+}
+
+}  // namespace model
