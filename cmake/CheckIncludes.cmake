@@ -1,3 +1,4 @@
+cmake_minimum_required(VERSION 3.25)
 # Stops the build when a file of FOLDER includes a folder of the house that is not in ALLOWED.
 set(house platform image blur composite overlay effect pages server resources host apps plugins tests bench)
 string(REPLACE "," ";" allowed "${ALLOWED}")

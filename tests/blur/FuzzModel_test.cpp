@@ -1,0 +1,131 @@
+// The whole blur and sharpen against the independent model, on random pictures, bit for bit.
+#include <gtest/gtest.h>
+
+#include "blur/FuzzSampler.h"
+#include "tests/blur/RandomPictures.h"
+#include "tests/model/fuzz.h"
+#include "tests/support/ModelBridge.h"
+
+namespace vblur::test {
+namespace {
+
+struct Sizes {
+  int sourceWidth, sourceHeight, targetWidth, targetHeight;
+};
+
+Sizes smallSizes(Random& random, int most) {
+  return {randomSize(random, most), randomSize(random, most), random.within(1, most), random.within(1, most)};
+}
+
+struct Case {
+  Sizes sizes;
+  float sizeX;
+  float sizeY;
+};
+
+template <class Sampler>
+void expectNoMemory(const HvInterruptRecord& record, bool wanting, const Sampler& sampler) {
+  EXPECT_EQ(record.interrupted, wanting ? HvInterruptRecord::kOutOfMemoryCode : 0) << sampler.mode;
+  EXPECT_EQ(record.state, wanting ? HvInterruptRecord::kOutOfMemoryReason : 0);
+}
+
+template <class Pixel, std::int32_t Max>
+void compareWithModel(Random& random, const Case& what) {
+  const Sizes& sizes = what.sizes;
+  RandomPicture<Pixel, Ri> source(random, sizes.sourceWidth, sizes.sourceHeight);
+  RandomPicture<Pixel, Ri> target(random, sizes.targetWidth, sizes.targetHeight);
+  model::FuzzJob job;
+  job.depth = modelDepth<Pixel>();
+  job.source = modelPicture(source.texture);
+  job.target = modelPicture(target.texture);
+  job.window = randomWindow(random, target.texture);
+  job.mode = random.oneIn(20) ? random.oneOf({-1, 11}) : random.within(kFuzzRGBA, kFuzzChroma);
+  job.method = random.within(kFuzzBlur, kFuzzSharpen);
+  job.sizeX = what.sizeX;
+  job.sizeY = what.sizeY;
+  // Sharpening reads the result where it writes it, which a smaller box would not allow.
+  if (job.method == kFuzzSharpen) target.texture.wholeBounds();
+  const float aspect = randomAspect(random);
+  const Settings targetSettings(target.texture);
+  const Pixel targetOutside = target.texture.outsideColour;
+  const std::vector<Pixel> sourcePixels = source.canvas.pixels();
+
+  FuzzSampler<Pixel, Ri, Max> sampler;
+  HvInterruptRecord record;
+  sampler.interrupt = &record;
+  sampler.mode = job.mode;
+  sampler.method = job.method;
+  sampler.sizeX = job.sizeX;
+  sampler.sizeY = job.sizeY;
+  sampler.setAspect(aspect);
+  job.aspect = sampler.aspect;
+  setWindow(sampler, job.window);
+  const std::int32_t threads = randomThreadCount(random);
+  SCOPED_TRACE("mode " + std::to_string(job.mode) + " method " + std::to_string(job.method) + " size " +
+               std::to_string(job.sizeX) + " x " + std::to_string(job.sizeY) + " aspect " + std::to_string(aspect) +
+               " " + nameOf(job.window) + " depth " + std::to_string(sizeof(Pixel) * 2) + " threads " +
+               std::to_string(threads));
+  const ThreadCount scope(threads);
+  sampler.process(&source.texture, &target.texture);
+
+  bool outOfMemory = false;
+  EXPECT_TRUE(equalsModel(target.texture, model::Fuzz(job, &outOfMemory)));
+  expectNoMemory(record, outOfMemory, sampler);
+  EXPECT_TRUE(target.canvas.guardsAreIntact());
+  EXPECT_TRUE(source.canvas.guardsAreIntact());
+  EXPECT_EQ(source.canvas.pixels(), sourcePixels);
+  if (!outOfMemory) {
+    EXPECT_TRUE(targetSettings.areThoseOf(target.texture));
+    EXPECT_EQ(target.texture.outsideColour, targetOutside);
+  }
+}
+
+void compareEitherDepth(Random& random, const Case& what) {
+  if (random.oneIn(2)) {
+    compareWithModel<R8, 255>(random, what);
+  } else {
+    compareWithModel<R16, 32767>(random, what);
+  }
+}
+
+TEST(FuzzAgainstModel, AtEverydayRadii) {
+  forRandomCases(2500, [](Random& random) {
+    const Sizes sizes = smallSizes(random, random.oneIn(10) ? 50 : 14);
+    compareEitherDepth(random,
+                       {sizes, randomRadius(random, Radii::Everyday), randomRadius(random, Radii::Everyday)});
+  });
+}
+
+TEST(FuzzAgainstModel, AtLargeRadii) {
+  forRandomCases(100, [](Random& random) {
+    const bool wide = random.oneIn(2);
+    const Sizes sizes = wide ? Sizes{random.within(1, 300), random.within(1, 4), random.within(30, 350), 2}
+                             : Sizes{random.within(1, 4), random.within(1, 300), 2, random.within(30, 350)};
+    const float large = randomRadius(random, Radii::Large);
+    const float other = randomRadius(random, random.oneIn(4) ? Radii::Large : Radii::Everyday);
+    compareEitherDepth(random, {sizes, wide ? large : other, wide ? other : large});
+  });
+}
+
+TEST(FuzzAgainstModel, AtRadiiThatLeaveNothing) {
+  forRandomCases(3, [](Random& random) {
+    const bool wide = random.oneIn(2);
+    const Sizes sizes = wide ? Sizes{2800, 1, 2800, 1} : Sizes{1, 2800, 1, 2800};
+    const float radius = random.oneOf({8191.0f, 8191.5f, 8192.0f, 8400.25f});
+    compareEitherDepth(random, {sizes, wide ? radius : 0.5f, wide ? 0.5f : radius});
+  });
+}
+
+TEST(FuzzAgainstModel, AtRadiiBelowZero) {
+  forRandomCases(1200, [](Random& random) {
+    const Sizes sizes = smallSizes(random, 14);
+    const bool both = random.oneIn(3);
+    const float a = randomRadius(random, Radii::BelowZero);
+    const float b = randomRadius(random, both ? Radii::BelowZero : Radii::Everyday);
+    const bool swap = random.oneIn(2);
+    compareEitherDepth(random, {sizes, swap ? b : a, swap ? a : b});
+  });
+}
+
+}  // namespace
+}  // namespace vblur::test

@@ -1,0 +1,78 @@
+// The contract of all processors, on those of this folder.
+#include "composite/HvDsMaskFixer.h"
+#include "composite/HvDsPaintCombiner.h"
+#include "composite/HvMerge.h"
+#include "composite/HvQuickMixer.h"
+#include "composite/MixCombiner.h"
+#include "tests/support/ProcessorContract.h"
+
+namespace vblur::test {
+namespace {
+
+template <class Pixel>
+using Picture = HvTexture<Pixel, Rf>;
+template <class Pixel, class Processor>
+using TwoPictures = CombinerSubject<Processor, Picture<Pixel>, Picture<Pixel>, Picture<Pixel>>;
+
+template <class Pixel, int Method, int Percent>
+struct Merge : TwoPictures<Pixel, HvMerge<Pixel, Rf, Pixel::kOne>> {
+  static void setUp(HvMerge<Pixel, Rf, Pixel::kOne>& merge) {
+    merge.method = Method;
+    merge.setGains(1.0f, Percent == 50 ? 1.0f : 0.75f);
+    merge.setBlend(static_cast<float>(Percent) / 100.0f);
+  }
+};
+
+template <class Pixel, int PercentOfA>
+struct Mix : TwoPictures<Pixel, MixCombiner<Pixel, Rf, Pixel::kOne>> {
+  static void setUp(MixCombiner<Pixel, Rf, Pixel::kOne>& mix) {
+    mix.weightA = static_cast<float>(PercentOfA) / 100.0f;
+    mix.weightB = 0.25f;
+  }
+};
+
+template <class Pixel>
+struct QuickMix : TwoPictures<Pixel, HvQuickMixer<Pixel, Rf, Pixel::kMax>> {
+  static void setUp(HvQuickMixer<Pixel, Rf, Pixel::kMax>& mixer) { mixer.amount = 0.3f; }
+};
+
+// The second picture is the target itself.
+template <class Pixel>
+struct QuickMixInPlace : Subject<HvQuickMixer<Pixel, Rf, Pixel::kMax>, Picture<Pixel>, Picture<Pixel>> {
+  using Processor = HvQuickMixer<Pixel, Rf, Pixel::kMax>;
+  static void setUp(Processor& mixer) { mixer.amount = 0.7f; }
+  static void process(Processor& mixer, std::tuple<Picture<Pixel>>& inputs, Picture<Pixel>* out) {
+    mixer.process(&std::get<0>(inputs), nullptr, out);
+  }
+};
+
+template <class Pixel, int Channels, int ByAlpha>
+struct Fix : SamplerSubject<HvDsMaskFixer<Pixel, Rf, Pixel::kMax>, Picture<Pixel>> {
+  static constexpr bool kKnowsFields = ByAlpha != 0;
+  static void setUp(HvDsMaskFixer<Pixel, Rf, Pixel::kMax>& fixer) {
+    fixer.channels = Channels;
+    fixer.mixByAlpha = ByAlpha;
+  }
+};
+
+// Where the source has no pixel it counts as zero, whatever its outside colour.
+template <class Pixel, class MaskPixel>
+struct Paint : CombinerSubject<HvDsPaintCombiner<Pixel, Rf, MaskPixel, Cf>, Picture<Pixel>, HvTexture<MaskPixel, Cf>,
+                               Picture<Pixel>> {
+  static constexpr bool kReadsThroughEdges = false;
+};
+
+using Merges = Subjects<Merge<R8, kMergeScreen, 50>, Merge<R8, kMergeLuminance, 20>, Merge<R8, kMergeDarken, 80>,
+                        Merge<R16, kMergeHardLight, 50>, Merge<R16, kMergeAddUnder, 20>, Merge<R16, kMergeColour, 80>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Merges, ProcessorContract, Merges);
+
+using Mixes = Subjects<Mix<R8, 75>, Mix<R8, 150>, Mix<R16, 75>, Mix<R16, -20>, QuickMix<R8>, QuickMix<R16>,
+                       QuickMixInPlace<R8>, QuickMixInPlace<R16>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Mixes, ProcessorContract, Mixes);
+
+using MaskStages =
+    Subjects<Fix<R8, 1, 0>, Fix<R16, 12, 0>, Fix<R8, 2, 1>, Fix<R16, 0, 1>, Paint<R8, C8>, Paint<R16, C16>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(MaskStages, ProcessorContract, MaskStages);
+
+}  // namespace
+}  // namespace vblur::test

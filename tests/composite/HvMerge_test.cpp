@@ -1,0 +1,135 @@
+// How gains and blend choose one of four forms, and what each form does with one pixel.
+#include "composite/HvMerge.h"
+
+#include <gtest/gtest.h>
+
+#include "composite/ColourMerge.h"
+#include "tests/composite/Pictures.h"
+
+namespace vblur::test {
+namespace {
+
+using Merge8 = HvMerge<R8, Rf, 255>;
+
+Merge8 MergeOf(float blend, float gainA = 1.0f, float gainB = 1.0f) {
+  Merge8 merge;
+  merge.setGains(gainA, gainB);
+  merge.setBlend(blend);
+  return merge;
+}
+
+// One pixel through the whole combiner.
+template <class Pixel>
+Pixel MergedPixel(std::int32_t method, float blend, float gainA, float gainB, const Pixel& a, const Pixel& b) {
+  HvTexture<Pixel, Rf> textureA(1, 1);
+  HvTexture<Pixel, Rf> textureB(1, 1);
+  HvTexture<Pixel, Rf> out(1, 1);
+  *textureA.at(0, 0) = a;
+  *textureB.at(0, 0) = b;
+  HvMerge<Pixel, Rf, Pixel::kOne> merge;
+  merge.method = method;
+  merge.setGains(gainA, gainB);
+  merge.setBlend(blend);
+  merge.process(&textureA, &textureB, &out);
+  return *out.at(0, 0);
+}
+
+TEST(HvMerge, BlendWithinAStepOfOneHalfTakesThePlainForm) {
+  EXPECT_EQ(MergeOf(0.5f).form(), MergeForm::Integer);
+  EXPECT_EQ(MergeOf(0.497f).form(), MergeForm::Integer);
+  EXPECT_EQ(MergeOf(0.503f).form(), MergeForm::Integer);
+  EXPECT_EQ(MergeOf(0.496f).form(), MergeForm::TowardsA);
+  EXPECT_EQ(MergeOf(0.504f).form(), MergeForm::TowardsB);
+  EXPECT_EQ(MergeOf(0.0f).form(), MergeForm::TowardsA);
+  EXPECT_EQ(MergeOf(1.0f).form(), MergeForm::TowardsB);
+}
+
+TEST(HvMerge, GainsWithinAStepOfOneTakeTheIntegerForm) {
+  EXPECT_EQ(MergeOf(0.5f, 1.002f, 1.0f).form(), MergeForm::Integer);
+  EXPECT_EQ(MergeOf(0.5f, 1.0f, 0.998f).form(), MergeForm::Integer);
+  EXPECT_EQ(MergeOf(0.5f, 1.005f, 1.0f).form(), MergeForm::Gained);
+  EXPECT_EQ(MergeOf(0.5f, 1.0f, 0.995f).form(), MergeForm::Gained);
+  EXPECT_EQ(MergeOf(0.5f, -1.0f, 1.0f).form(), MergeForm::Gained);
+}
+
+TEST(HvMerge, BlendIsTestedBeforeGains) {
+  EXPECT_EQ(MergeOf(0.2f, 3.0f, 1.0f).form(), MergeForm::TowardsA);
+  EXPECT_EQ(MergeOf(0.8f, 3.0f, 1.0f).form(), MergeForm::TowardsB);
+}
+
+TEST(HvMerge, WeightsOfABlend) {
+  const Merge8 low = MergeOf(0.25f, 2.0f, 0.5f);
+  EXPECT_EQ(low.weights.weightA, 0.5f);
+  EXPECT_EQ(low.weights.weightB, 0.5f);
+  EXPECT_EQ(low.weights.mixA, 1.0f);
+  EXPECT_EQ(low.weights.mixB, 0.25f);
+  const Merge8 high = MergeOf(0.875f, 2.0f, 0.5f);
+  EXPECT_EQ(high.weights.weightA, 0.25f);
+  EXPECT_EQ(high.weights.weightB, 0.75f);
+  const Merge8 beyond = MergeOf(7.0f);
+  EXPECT_EQ(beyond.blend, 1.0f);
+  EXPECT_EQ(beyond.weights.weightA, 0.0f);
+}
+
+TEST(HvMerge, ABlendOfOneHalfKeepsTheWeightsThatItFinds) {
+  Merge8 merge = MergeOf(0.25f);
+  merge.setBlend(0.5f);
+  EXPECT_EQ(merge.form(), MergeForm::Integer);
+  EXPECT_EQ(merge.weights.weightB, 0.5f);
+  EXPECT_EQ(merge.weights.mixA, 0.5f);
+}
+
+TEST(HvMerge, EndsOfABlendAreTheTwoPictures) {
+  const R8 a = Make<R8>(10, 200, 30, 40);
+  const R8 b = Make<R8>(220, 20, 130, 140);
+  for (const std::int32_t method : {kMergeScreen, kMergeMultiply, kMergeAdd, kMergeSubtract, kMergeDifference,
+                                    kMergeOverlay, kMergeHardLight, kMergeAddOver, kMergeAddUnder}) {
+    EXPECT_EQ(MergedPixel(method, 0.0f, 1.0f, 1.0f, a, b), a) << method;
+    EXPECT_EQ(MergedPixel(method, 1.0f, 1.0f, 1.0f, a, b), b) << method;
+  }
+  for (const std::int32_t method : {kMergeHue, kMergeValue, kMergeColour, kMergeLighten}) {
+    EXPECT_EQ(MergedPixel(method, 0.0f, 1.0f, 1.0f, a, a), MergedPixel(method, 1.0f, 1.0f, 1.0f, a, a)) << method;
+  }
+}
+
+TEST(HvMerge, BrightnessMethodsMixTheirOperands) {
+  const R8 a = Make<R8>(100, 100, 100, 80);
+  const R8 b = Make<R8>(200, 200, 200, 160);
+  // Three quarters towards b: the lighter of the even mix and b; a quarter: that of a and the even mix.
+  EXPECT_EQ(MergedPixel(kMergeLighten, 0.75f, 1.0f, 1.0f, a, b), b);
+  EXPECT_EQ(MergedPixel(kMergeLighten, 0.25f, 1.0f, 1.0f, a, b), Make<R8>(150, 150, 150, 120));
+  EXPECT_EQ(MergedPixel(kMergeDarken, 0.75f, 1.0f, 1.0f, a, b), Make<R8>(150, 150, 150, 0));
+  EXPECT_EQ(MergedPixel(kMergeDarken, 0.25f, 1.0f, 1.0f, a, b), Make<R8>(100, 100, 100, 0));
+}
+
+// The result of the operation is a stored pixel, limited, before it is mixed.
+TEST(HvMerge, ArithmeticMethodsMixTheFinishedResult) {
+  const R8 a = Make<R8>(200, 200, 200, 200);
+  const R8 b = Make<R8>(100, 100, 100, 100);
+  EXPECT_EQ(MergedPixel(kMergeAdd, 0.75f, 1.0f, 1.0f, a, b), Make<R8>(177, 177, 177, 177));
+  EXPECT_EQ(MergedPixel(kMergeAdd, 0.25f, 1.0f, 1.0f, a, b), Make<R8>(227, 227, 227, 227));
+  EXPECT_EQ(MergedPixel(kMergeAdd, 0.5f, 0.5f, 0.25f, a, b), Make<R8>(125, 125, 125, 125));
+}
+
+TEST(HvMerge, FirstAlphaTakesSecondGain) {
+  const R8 a = Make<R8>(10, 20, 30, 100);
+  const R8 b = Make<R8>(40, 50, 60, 200);
+  for (const std::int32_t method :
+       {kMergeLuminance, kMergeChroma, kMergeHue, kMergeSaturation, kMergeValue, kMergeColour}) {
+    EXPECT_EQ(MergedPixel(method, 0.25f, 2.0f, 0.5f, a, b).alpha, 50) << method;
+    EXPECT_EQ(MergedPixel(method, 0.5f, 2.0f, 0.5f, a, b).alpha, 200) << method;
+    // (100 x 2 x 0.5) + (200 x 0.5 x 0.5)
+    EXPECT_EQ(MergedPixel(method, 0.75f, 2.0f, 0.5f, a, b).alpha, 150) << method;
+  }
+  EXPECT_EQ(MergedPixel(kMergeLighten, 0.25f, 2.0f, 0.5f, Make<R8>(100, 100, 100, 100), b).alpha, 200);
+}
+
+TEST(HvMerge, MethodsNotInUseLeaveTheOutputAlone) {
+  const R8 a = Make<R8>(1, 2, 3, 4);
+  for (const std::int32_t method : {-1, 15, 16, 17, 18, 21, 2147483647}) {
+    EXPECT_EQ(MergedPixel(method, 0.5f, 1.0f, 1.0f, a, a), R8{}) << method;
+  }
+}
+
+}  // namespace
+}  // namespace vblur::test

@@ -1,0 +1,211 @@
+// The mix-back stage on whole pictures, in place, through boxes, edges and windows.
+#include "composite/MixStage.h"
+
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "composite/MixCombiner.h"
+#include "tests/composite/Operations.h"
+#include "tests/model/mix_back.h"
+#include "tests/model/window.h"
+#include "tests/support/StopAfter.h"
+#include "tests/support/ThreadCount.h"
+
+namespace vblur::test {
+namespace {
+
+constexpr int kMix = 1;
+constexpr int kMethodCount = 19;
+
+template <class Pixel>
+class MixStage : public testing::Test {
+ protected:
+  // One pixel of either picture through the stage.
+  static Pixel Mixed(std::int32_t method, float blend, float effectGain, float sourceGain, const Pixel& effect,
+                     const Pixel& source) {
+    HvTexture<Pixel, Rf> from(1, 1);
+    HvTexture<Pixel, Rf> result(1, 1);
+    *from.at(0, 0) = source;
+    *result.at(0, 0) = effect;
+    RunMixStage(from, result, method, blend, effectGain, sourceGain, {0, 0, 0, 0}, nullptr);
+    return *result.at(0, 0);
+  }
+
+  static model::Picture Expected(const HvTexture<Pixel, Rf>& source, const HvTexture<Pixel, Rf>& result,
+                                 const model::MixSettings& settings, const StageWindow& window) {
+    model::Picture expected = ModelOf(result);
+    model::MixBack(settings, ModelOf(source), expected,
+                   model::Settle(model::Window{window.x1, window.y1, window.x2, window.y2}, expected));
+    return expected;
+  }
+};
+
+using Depths = testing::Types<R8, R16>;
+TYPED_TEST_SUITE(MixStage, Depths);
+
+TYPED_TEST(MixStage, NoneAndValuesBeyondTheListLeaveTheResult) {
+  const TypeParam effect = Make<TypeParam>(1, 2, 3, 4);
+  for (const std::int32_t method : {0, -1, 19, 20, 1000, kInt32Min, kInt32Max}) {
+    EXPECT_EQ(this->Mixed(method, 100.0f, 300.0f, 300.0f, effect, Make<TypeParam>(9, 9, 9, 9)), effect) << method;
+  }
+}
+
+TYPED_TEST(MixStage, MixWeighsThePicturesByBlend) {
+  const TypeParam effect = Make<TypeParam>(100, 200, 0, 40);
+  const TypeParam source = Make<TypeParam>(200, 100, 4, 80);
+  EXPECT_EQ(this->Mixed(kMix, 25.0f, 100.0f, 100.0f, effect, source), Make<TypeParam>(125, 175, 1, 50));
+  EXPECT_EQ(this->Mixed(kMix, 0.0f, 100.0f, 100.0f, effect, source), effect);
+  EXPECT_EQ(this->Mixed(kMix, 100.0f, 100.0f, 100.0f, effect, source), source);
+}
+
+TYPED_TEST(MixStage, MixAtOneHalfGivesEachPictureHalfItsGain) {
+  const TypeParam effect = Make<TypeParam>(100, 80, 0, 40);
+  const TypeParam source = Make<TypeParam>(20, 100, 4, 80);
+  EXPECT_EQ(this->Mixed(kMix, 50.0f, 50.0f, 100.0f, effect, source), Make<TypeParam>(35, 70, 2, 50));
+  // A blend method gives its full result there.
+  EXPECT_EQ(this->Mixed(12, 50.0f, 100.0f, 100.0f, effect, source), Make<TypeParam>(120, 180, 4, 120));
+}
+
+TYPED_TEST(MixStage, ANegativeGainIsLimitedAtZero) {
+  const TypeParam effect = Make<TypeParam>(100, 20, 50, 100);
+  const TypeParam source = Make<TypeParam>(50, 100, 50, 200);
+  EXPECT_EQ(this->Mixed(kMix, 50.0f, -100.0f, 100.0f, effect, source), Make<TypeParam>(0, 40, 0, 50));
+}
+
+TEST(MixStageAtSixteenBits, MixWithStrongWeightsCutsAtOneAndZero) {
+  HvTexture<R16, Rf> source(1, 1);
+  HvTexture<R16, Rf> result(1, 1);
+  *source.at(0, 0) = Make<R16>(20000, -100, 8192, 32767);
+  *result.at(0, 0) = Make<R16>(20000, -100, 8192, 32767);
+  RunMixStage(source, result, kMix, 50.0f, 102.0f, 100.0f, {0, 0, 0, 0}, nullptr);
+  EXPECT_EQ(*result.at(0, 0), Make<R16>(16384, 0, 8273, 16384));
+}
+
+TEST(MixStageAtSixteenBits, MixWithinOneKeepsBrightAndNegativeValues) {
+  HvTexture<R16, Rf> source(1, 1);
+  HvTexture<R16, Rf> result(1, 1);
+  *source.at(0, 0) = Make<R16>(20000, -100, -32768, 32767);
+  *result.at(0, 0) = Make<R16>(30000, -300, -32768, 32767);
+  RunMixStage(source, result, kMix, 50.0f, 100.0f, 100.0f, {0, 0, 0, 0}, nullptr);
+  EXPECT_EQ(*result.at(0, 0), Make<R16>(25000, -200, -32768, 32767));
+}
+
+// The sum of the weights rounds to 1 in 32 bits, where a wider one would pass it.
+TEST(MixCombiner, SumOfWeightsIsTestedInThirtyTwoBits) {
+  MixCombiner<R16, Rf, 16384> mix;
+  mix.weightA = 1.0f;
+  mix.weightB = 5.9604645e-8f;
+  EXPECT_FALSE(mix.limitsResult());
+  mix.weightB = 1.1920929e-7f;
+  EXPECT_TRUE(mix.limitsResult());
+  mix.weightA = -0.5f;
+  mix.weightB = 0.5f;
+  EXPECT_TRUE(mix.limitsResult());
+  mix.weightA = 0.5f;
+  mix.weightB = -0.5f;
+  EXPECT_TRUE(mix.limitsResult());
+}
+
+constexpr float kBlends[] = {0.0f, 25.0f, 49.5f, 49.7f, 50.0f, 50.3f, 50.5f, 75.0f, 99.9f, 100.0f};
+constexpr float kGains[][2] = {{100.0f, 100.0f}, {100.2f, 100.0f}, {100.5f, 100.0f},  {-100.0f, 500.0f},
+                               {37.0f, 163.0f},  {0.0f, 0.0f},     {500.0f, -100.0f}, {1e9f, -3e8f}};
+
+TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
+  using Pixel = TypeParam;
+  Random random(3);
+  HvTexture<Pixel, Rf> source(64, 8);
+  HvTexture<Pixel, Rf> effect(64, 8);
+  FillRandom(source, random);
+  FillRandom(effect, random);
+  for (std::int32_t method = 0; method < kMethodCount; ++method) {
+    for (const float blend : kBlends) {
+      for (const auto& gains : kGains) {
+        HvTexture<Pixel, Rf> result(64, 8);
+        for (std::int32_t y = 0; y < 8; ++y)
+          std::copy_n(effect.at(0, y), 64, result.at(0, y));
+        const model::MixSettings settings{kDepth<Pixel>, method, blend, gains[0], gains[1]};
+        const model::Picture expected = this->Expected(source, result, settings, {0, 0, 63, 7});
+        RunMixStage(source, result, method, blend, gains[0], gains[1], {0, 0, 63, 7}, nullptr);
+        ASSERT_EQ(CountDifferent(result, expected), 0)
+            << "method " << method << " blend " << blend << " gains " << gains[0] << " " << gains[1];
+      }
+    }
+  }
+}
+
+// Boxes, edge methods, outside colours, origins of source and result that differ, windows inside, across
+// and beside the picture, 1 to 8 threads.
+TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
+  using Pixel = TypeParam;
+  forRandomCases(400, [this](Random& random) {
+    HvTexture<Pixel, Rf> source(random.within(1, 12), random.within(1, 12));
+    HvTexture<Pixel, Rf> result(random.within(1, 20), random.within(1, 12));
+    FillRandom(source, random);
+    FillRandom(result, random);
+    setRandomSurroundings(random, source, storageRange<Pixel>());
+    setRandomSurroundings(random, result, storageRange<Pixel>());
+    result.setWriteOrigin(random.within(-9, 9), random.within(-9, 9));
+    const model::MixSettings settings{
+        kDepth<Pixel>, random.within(0, kMethodCount - 1), static_cast<float>(random.within(0, 100)),
+        static_cast<float>(random.within(-100, 500)), static_cast<float>(random.within(-100, 500))};
+    const std::int32_t x = random.within(-15, 20);
+    const std::int32_t y = random.within(-15, 20);
+    const StageWindow window{x, y, x + random.within(0, 20), y + random.within(0, 20)};
+    const model::Picture expected = this->Expected(source, result, settings, window);
+    const HvTexAxis before = result.horizontal;
+    const ThreadCount threads(random.oneOf({1, 2, 3, 7, 8}));
+    RunMixStage(source, result, settings.method, settings.blend, settings.effectGain, settings.sourceGain, window,
+                nullptr);
+    EXPECT_EQ(CountDifferent(result, expected), 0) << "method " << settings.method;
+    EXPECT_EQ(result.horizontal.lo, before.lo);
+    EXPECT_EQ(result.horizontal.originI, before.originI);
+  });
+}
+
+TYPED_TEST(MixStage, RowsThatRunBackwardsAreMixedAlike) {
+  using Pixel = TypeParam;
+  Random random(6);
+  HvTexture<Pixel, Rf> source(5, 4);
+  HvTexture<Pixel, Rf> owner(5, 4);
+  FillRandom(source, random);
+  FillRandom(owner, random);
+  HvTexture<Pixel, Rf> result;
+  result.wrap(5, 4, owner.at(0, 3));
+  result.stride = -owner.stride;
+  const model::MixSettings settings{kDepth<Pixel>, 10, 30.0f, 80.0f, 120.0f};
+  const model::Picture expected = this->Expected(source, result, settings, {0, 0, 4, 3});
+  RunMixStage(source, result, 10, 30.0f, 80.0f, 120.0f, {0, 0, 4, 3}, nullptr);
+  EXPECT_EQ(CountDifferent(result, expected), 0);
+}
+
+// An absent source answers with its outside colour.
+TYPED_TEST(MixStage, AnEmptySourceIsItsOutsideColour) {
+  using Pixel = TypeParam;
+  HvTexture<Pixel, Rf> source;
+  source.release();
+  source.setOutsideColour(Make<Pixel>(10, 20, 30, 0));
+  HvTexture<Pixel, Rf> result(3, 2);
+  Fill(result, Make<Pixel>(1, 1, 1, 1));
+  RunMixStage(source, result, 12, 50.0f, 100.0f, 100.0f, {0, 0, 2, 1}, nullptr);
+  for (const Pixel& pixel : PixelsOf(result))
+    EXPECT_EQ(pixel, Make<Pixel>(11, 21, 31, 1));
+}
+
+TYPED_TEST(MixStage, AsksBeforeEachRow) {
+  using Pixel = TypeParam;
+  const ThreadCount threads(1);
+  for (const std::int32_t method : {1, 12}) {
+    HvTexture<Pixel, Rf> source(2, 6);
+    HvTexture<Pixel, Rf> result(2, 6);
+    Fill(source, Make<Pixel>(5, 5, 5, 5));
+    // Asked once before the pass.
+    StopAfter stop(3);
+    RunMixStage(source, result, method, 100.0f, 100.0f, 100.0f, {0, 0, 1, 5}, &stop.record);
+    EXPECT_EQ(*result.at(1, 1), Make<Pixel>(5, 5, 5, 5));
+    EXPECT_EQ(*result.at(1, 2), Pixel{});
+  }
+}
+
+}  // namespace
+}  // namespace vblur::test

@@ -1,0 +1,131 @@
+// Small pictures for the tests of this folder, and the model's view of the same pictures.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "image/HvTexture.h"
+#include "image/Pixels.h"
+#include "tests/model/depth.h"
+#include "tests/model/picture.h"
+#include "tests/support/Canvas.h"
+#include "tests/support/Random.h"
+
+namespace vblur::test {
+
+template <class Pixel>
+inline constexpr model::Depth kDepth = Pixel::kMax == 255 ? model::Depth::Eight : model::Depth::Sixteen;
+
+template <class Pixel>
+constexpr Pixel Make(std::int32_t red, std::int32_t green, std::int32_t blue, std::int32_t alpha) {
+  using Component = ComponentOf<Pixel>;
+  Pixel result{};
+  result.red = static_cast<Component>(red);
+  result.green = static_cast<Component>(green);
+  result.blue = static_cast<Component>(blue);
+  result.alpha = static_cast<Component>(alpha);
+  return result;
+}
+
+constexpr Rf MakeFloat(float red, float green, float blue, float alpha) {
+  Rf result{};
+  result.red = red;
+  result.green = green;
+  result.blue = blue;
+  result.alpha = alpha;
+  return result;
+}
+
+template <class Pixel>
+model::Pixel ModelOf(const Pixel& p) {
+  return {p.red, p.green, p.blue, p.alpha};
+}
+
+template <class Pixel>
+Pixel FromModel(const model::Pixel& p) {
+  return Make<Pixel>(p[0], p[1], p[2], p[3]);
+}
+
+// Pixels over the whole range, now and then with a component of 0, One or a step beyond it.
+template <class Pixel>
+Pixel RandomPixel(Random& random) {
+  Pixel pixel = randomPixel(random, storageRange<Pixel>());
+  for (int c = 0; c < Pixel::kComponents; ++c) {
+    if (!random.oneIn(6)) continue;
+    pixel[c] = static_cast<ComponentOf<Pixel>>(random.oneOf({0, 1, Pixel::kOne, Pixel::kOne - 1, Pixel::kOne / 2}));
+  }
+  return pixel;
+}
+
+template <class Pixel, class Accum>
+void FillRandom(HvTexture<Pixel, Accum>& texture, Random& random) {
+  for (std::int32_t y = 0; y < texture.height(); ++y) {
+    for (std::int32_t x = 0; x < texture.width(); ++x) {
+      *texture.at(x, y) = RandomPixel<Pixel>(random);
+    }
+  }
+}
+
+template <class Pixel, class Accum>
+void Fill(HvTexture<Pixel, Accum>& texture, const Pixel& pixel) {
+  for (std::int32_t y = 0; y < texture.height(); ++y) {
+    for (std::int32_t x = 0; x < texture.width(); ++x)
+      *texture.at(x, y) = pixel;
+  }
+}
+
+template <class Pixel, class Accum>
+std::vector<Pixel> PixelsOf(const HvTexture<Pixel, Accum>& texture) {
+  std::vector<Pixel> pixels;
+  for (std::int32_t y = 0; y < texture.height(); ++y) {
+    for (std::int32_t x = 0; x < texture.width(); ++x)
+      pixels.push_back(*texture.at(x, y));
+  }
+  return pixels;
+}
+
+inline model::Axis ModelOf(const HvTexAxis& axis) {
+  model::Axis result;
+  result.size = axis.size;
+  result.origin = axis.originI;
+  result.writeOrigin = axis.writeOrigin;
+  result.edge = axis.edgeMethod;
+  result.lo = axis.lo;
+  result.hi = axis.hi;
+  return result;
+}
+
+template <class Pixel>
+model::Pixel ModelOfAny(const Pixel& p) {
+  if constexpr (Pixel::kComponents == 4) {
+    return ModelOf(p);
+  } else {
+    return {p.value, 0, 0, 0};
+  }
+}
+
+template <class Pixel, class Accum>
+model::Picture ModelOf(const HvTexture<Pixel, Accum>& texture) {
+  model::Picture picture;
+  picture.x = ModelOf(texture.horizontal);
+  picture.y = ModelOf(texture.vertical);
+  picture.outside = ModelOfAny(texture.outsideColour);
+  picture.hasMemory = texture.data != nullptr;
+  for (const Pixel& pixel : PixelsOf(texture))
+    picture.pixels.push_back(ModelOfAny(pixel));
+  return picture;
+}
+
+// How many pixels differ from the model's picture of the same size.
+template <class Pixel, class Accum>
+int CountDifferent(const HvTexture<Pixel, Accum>& texture, const model::Picture& expected) {
+  int different = 0;
+  for (std::int32_t y = 0; y < texture.height(); ++y) {
+    for (std::int32_t x = 0; x < texture.width(); ++x) {
+      different += *texture.at(x, y) != FromModel<Pixel>(model::Stored(expected, x, y));
+    }
+  }
+  return different;
+}
+
+}  // namespace vblur::test

@@ -1,0 +1,170 @@
+#include "image/Arithmetic.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace vblur {
+namespace {
+
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+TEST(FloatToInt, TruncatesTowardZero) {
+  EXPECT_EQ(truncToInt(254.99f), 254);
+  EXPECT_EQ(truncToInt(-0.5f), 0);
+  EXPECT_EQ(truncToInt(-1.999f), -1);
+  EXPECT_EQ(truncToInt(0.9999999), 0);
+  EXPECT_EQ(truncToInt(-254.99), -254);
+}
+
+TEST(FloatToInt, GivesTheLowestNumberForWhatDoesNotFit) {
+  for (const float v : {kNan, kInfinity, -kInfinity, 2147483648.0f, -2147483904.0f, 1e30f, -1e30f}) {
+    EXPECT_EQ(truncToInt(v), kInt32Min) << v;
+    EXPECT_EQ(truncToInt(static_cast<double>(v)), kInt32Min) << v;
+  }
+}
+
+TEST(FloatToInt, KeepsTheLastNumbersThatFit) {
+  EXPECT_EQ(truncToInt(2147483520.0f), 2147483520);
+  EXPECT_EQ(truncToInt(-2147483648.0f), kInt32Min);
+  EXPECT_EQ(truncToInt(2147483647.9), kInt32Max);
+  EXPECT_EQ(truncToInt(-2147483648.9), kInt32Min);
+  EXPECT_EQ(truncToInt(-2147483647.5), -2147483647);
+}
+
+TEST(FloorToInt, GoesTowardMinusInfinity) {
+  EXPECT_EQ(floorToInt(-1.0f), -1);
+  EXPECT_EQ(-1.0f - static_cast<float>(floorToInt(-1.0f)), 0.0f);
+  EXPECT_EQ(floorToInt(-0.25f), -1);
+  EXPECT_EQ(-0.25f - static_cast<float>(floorToInt(-0.25f)), 0.75f);
+  for (int i = -4000; i <= 4000; ++i) {
+    const float v = static_cast<float>(i) / 16.0f;
+    ASSERT_EQ(floorToInt(v), static_cast<int>(std::floor(v))) << v;
+  }
+}
+
+TEST(WrappingArithmetic, KeepsTheLowThirtyTwoBits) {
+  EXPECT_EQ(wrapAdd(kInt32Max, 1), kInt32Min);
+  EXPECT_EQ(wrapSub(kInt32Min, 1), kInt32Max);
+  EXPECT_EQ(wrapMul(65536, 65536), 0);
+  EXPECT_EQ(wrapMul(kInt32Min, -1), kInt32Min);
+  EXPECT_EQ(wrapMul(-3, 7), -21);
+}
+
+TEST(Clamp, TestsTheLowEndFirstAndLetsNanThrough) {
+  EXPECT_EQ(clampTo(-0.5f, 0.0f, 255.0f), 0.0f);
+  EXPECT_EQ(clampTo(255.5f, 0.0f, 255.0f), 255.0f);
+  EXPECT_EQ(clampTo(12.5f, 0.0f, 255.0f), 12.5f);
+  EXPECT_EQ(clampTo(5.0f, 10.0f, 0.0f), 10.0f);
+  EXPECT_EQ(clampTo(11.0f, 10.0f, 0.0f), 0.0f);
+  EXPECT_TRUE(std::isnan(clampTo(kNan, 0.0f, 255.0f)));
+}
+
+TEST(Store, ClampsInFloatAndThenTruncates) {
+  EXPECT_EQ(storeClamped<R8>(254.99f), 254);
+  EXPECT_EQ(storeClamped<R8>(-0.5f), 0);
+  EXPECT_EQ(storeClamped<R8>(1000.0f), 255);
+  EXPECT_EQ(storeClamped<R16>(32767.9f), 32767);
+  EXPECT_EQ(storeClamped<R16>(-40000.0f), -32768);
+  EXPECT_EQ(storeClamped<R16>(-100.9f), -100);
+  EXPECT_EQ(storeClamped<R8>(300), 255);
+  EXPECT_EQ(storeClamped<R8>(-1), 0);
+  EXPECT_EQ(storeClamped<R16>(-32769), -32768);
+}
+
+TEST(Store, WithoutAClampKeepsTheLowBits) {
+  EXPECT_EQ(storeNarrow<std::uint8_t>(truncToInt(254.99f)), 254);
+  EXPECT_EQ(storeNarrow<std::uint8_t>(truncToInt(-0.5f)), 0);
+  EXPECT_EQ(storeNarrow<std::uint8_t>(256), 0);
+  EXPECT_EQ(storeNarrow<std::uint8_t>(-1), 255);
+  EXPECT_EQ(storeNarrow<std::int16_t>(32768), -32768);
+  EXPECT_EQ(storeNarrow<std::int16_t>(-32769), 32767);
+}
+
+TEST(IntegerMix, GivesOneEndExactlyWithNothingAndTheOtherWithAll) {
+  for (int a = 0; a <= 255; ++a) {
+    for (int b = 0; b <= 255; ++b) {
+      ASSERT_EQ(mixInt<255>(a, b, 0), b);
+      ASSERT_EQ(mixInt<255>(a, b, 255), a);
+    }
+  }
+  for (int a = -32768; a <= 32767; a += 97) {
+    for (int b = -32768; b <= 32767; b += 89) {
+      ASSERT_EQ(mixInt<32767>(a, b, 0), b);
+      ASSERT_EQ(mixInt<32767>(a, b, 32767), a);
+    }
+  }
+  for (const int a : {-32768, 32767}) {
+    for (const int b : {-32768, 32767}) {
+      EXPECT_EQ(mixInt<32767>(a, b, 0), b);
+      EXPECT_EQ(mixInt<32767>(a, b, 32767), a);
+    }
+  }
+}
+
+TEST(IntegerMix, DividesTowardZeroAtEveryEightBitValue) {
+  for (int a = 0; a <= 255; ++a) {
+    for (int b = 0; b <= 255; ++b) {
+      for (int m = 0; m <= 255; m += 3) {
+        const double quotient = static_cast<double>((a - b) * m) / 255.0;
+        ASSERT_EQ(mixInt<255>(a, b, m), b + static_cast<int>(std::trunc(quotient))) << a << ' ' << b << ' ' << m;
+      }
+    }
+  }
+}
+
+TEST(IntegerMix, StaysOnTheSideOfTheSecond) {
+  EXPECT_EQ(mixInt<255>(10, 20, 128), 15);
+  EXPECT_EQ(mixInt<255>(0, 1, 254), 1);
+}
+
+TEST(IntegerMix, TakesSixteenBitOneForAboutAHalf) {
+  EXPECT_EQ(mixInt<32767>(20000, 0, 16384), 10000);
+  EXPECT_EQ(mixInt<32767>(32767, 0, 16384), 16384);
+  EXPECT_EQ(mixInt<32767>(-100, -300, 16384), -200);
+}
+
+TEST(Amount, IsScaledToTheTopOfTheRangeAndLimited) {
+  EXPECT_EQ(amountFromFloat<255>(0.5f), 127);
+  EXPECT_EQ(amountFromFloat<255>(1.0f), 255);
+  EXPECT_EQ(amountFromFloat<255>(-0.1f), 0);
+  EXPECT_EQ(amountFromFloat<255>(7.0f), 255);
+  EXPECT_EQ(amountFromFloat<32767>(0.5f), 16383);
+  EXPECT_EQ(amountFromFloat<32767>(1.0f), 32767);
+}
+
+TEST(Amount, ThatIsNoNumberIsNone) {
+  EXPECT_EQ(amountFromFloat<255>(kNan), 0);
+}
+
+TEST(Colour, IsScaledToOneAndNotLimited) {
+  EXPECT_EQ(colourFromFloat<R8>(0.5f), 127);
+  EXPECT_EQ(colourFromFloat<R16>(0.5f), 8192);
+  EXPECT_EQ(colourFromFloat<R16>(1.0f), 16384);
+  EXPECT_EQ(colourFromFloat<R16>(-1.5f), -24576);
+  EXPECT_EQ(colourFromFloat<R8>(1.01f), 1);
+}
+
+TEST(Interpolation, OfFloatsMultipliesTheDifference) {
+  EXPECT_EQ(lerp(10.0f, 20.0f, 0.25f), 12.5f);
+  // In this order of operations the far end is missed when it is lost in the near one.
+  EXPECT_EQ(lerp(1e8f, 1.0f, 1.0f), (1.0f - 1e8f) * 1.0f + 1e8f);
+}
+
+TEST(Interpolation, OfIntegersTruncatesTheSum) {
+  EXPECT_EQ(lerp(10, 21, 0.5f), 15);
+  EXPECT_EQ(lerp(-10, -21, 0.5f), -15);
+  EXPECT_EQ(lerp(0, -1, 0.75f), 0);
+  EXPECT_EQ(lerp(7, 7, 0.3f), 7);
+}
+
+TEST(Arithmetic, CanBeDoneByTheCompiler) {
+  static_assert(truncToInt(-1.5f) == -1 && floorToInt(-1.5f) == -2);
+  static_assert(mixInt<255>(10, 20, 128) == 15 && amountFromFloat<255>(0.5f) == 127);
+  static_assert(storeClamped<R8>(300.0f) == 255 && lerp(10, 21, 0.5f) == 15);
+}
+
+}  // namespace
+}  // namespace vblur

@@ -1,0 +1,104 @@
+// The contract of all processors, on those of the image core.
+#include "image/ChannelCopySampler.h"
+#include "image/Combiner.h"
+#include "image/Generator.h"
+#include "image/HvImgFiller.h"
+#include "image/HvImgProc3.h"
+#include "image/HvRGBCopySampler.h"
+#include "image/SimpleCopySampler.h"
+#include "tests/support/ProcessorContract.h"
+
+namespace vblur::test {
+namespace {
+
+template <class Pixel, class Accum>
+struct WholeCopy : SamplerSubject<SimpleCopySampler<Pixel, Accum>, HvTexture<Pixel, Accum>> {};
+
+template <class Pixel, int R, int G, int B, int A>
+struct ChannelCopy : SamplerSubject<ChannelCopySampler<Pixel, Ri, R, G, B, A>, HvTexture<Pixel, Ri>> {};
+
+template <class Pixel, int Channels>
+struct NamedCopy : SamplerSubject<HvRGBCopySampler<Pixel, Rf>, HvTexture<Pixel, Rf>> {
+  static constexpr bool kKnowsFields = Channels == 15;
+  static void setUp(HvRGBCopySampler<Pixel, Rf>& copy) { copy.channels = Channels; }
+};
+
+template <class Pixel>
+struct Fill : GeneratorSubject<HvImgFiller<Pixel, Rf>, HvTexture<Pixel, Rf>> {
+  static void setUp(HvImgFiller<Pixel, Rf>& filler) {
+    filler.colourIsZero = false;
+    filler.colour.green = 77;
+  }
+};
+
+template <class Pixel>
+struct FillToZero : GeneratorSubject<HvImgFiller<Pixel, Rf>, HvTexture<Pixel, Rf>> {};
+
+template <class Pixel>
+struct FillOutside : GeneratorSubject<HvImgFiller<Pixel, Rf>, HvTexture<Pixel, Rf>> {
+  static constexpr bool kPartsEqualWhole = false;
+  static constexpr bool kMoves = false;
+  static void setUp(HvImgFiller<Pixel, Rf>& filler) {
+    filler.fillOutside = true;
+    filler.left = -2;
+    filler.right = 4;
+    filler.bottom = 1;
+    filler.top = 6;
+  }
+};
+
+// The largest of two pixels' components: something for the frameworks that have no processor of their
+// own in this folder.
+R8 greater(const R8& a, const R8& b) {
+  R8 result{};
+  for (int c = 0; c < 4; ++c)
+    result[c] = std::max(a[c], b[c]);
+  return result;
+}
+
+const auto kGreaterOfRuns = [](R8* to, std::int32_t n, const HvPixelRun<R8>& a, const HvPixelRun<R8>& b) {
+  for (std::int32_t i = 0; i < n; ++i)
+    to[i] = greater(a.first[i * a.step], b.first[i * b.step]);
+};
+
+using Frame = HvTexture<R8, Rf>;
+
+class GreaterCombiner : public Combiner<Frame, Frame, Frame> {
+ public:
+  void processRows(Frame* a, Frame* b, Frame* out) override {
+    walkRuns(rowLoop(), interrupt, *out, kGreaterOfRuns, *a, *b);
+  }
+};
+
+class GreaterProc3 : public HvImgProc3<Frame, Frame, Frame> {
+ public:
+  void processRows() override { walkRuns(rowLoop(), interrupt, *target, kGreaterOfRuns, *imageA, *imageB); }
+};
+
+class PlainGenerator : public Generator<Frame> {
+ public:
+  void processRows(Frame* out) override {
+    walkRuns(rowLoop(), interrupt, *out, [](R8* to, std::int32_t n) { std::fill_n(to, n, R8{{1, 2, 3, 4}}); });
+  }
+};
+
+struct Greater : CombinerSubject<GreaterCombiner, Frame, Frame, Frame> {};
+struct GreaterOfMembers : CombinerSubject<GreaterProc3, Frame, Frame, Frame> {};
+struct Generated : GeneratorSubject<PlainGenerator, Frame> {};
+
+using WholeCopies = Subjects<WholeCopy<R8, Rf>, WholeCopy<R8, Ri>, WholeCopy<R16, Rf>, WholeCopy<R16, Ri>,
+                             WholeCopy<Ri, Ri>, WholeCopy<int, int>>;
+using ChannelCopies = Subjects<ChannelCopy<R8, 0, 0, 0, 1>, ChannelCopy<R8, 1, 1, 1, 0>, ChannelCopy<R16, 0, 1, 1, 1>,
+                               ChannelCopy<R16, 1, 0, 1, 1>, ChannelCopy<R16, 1, 1, 0, 1>>;
+using NamedCopies = Subjects<NamedCopy<R8, 0>, NamedCopy<R8, 7>, NamedCopy<R16, 10>, NamedCopy<R16, 15>>;
+using Fills = Subjects<Fill<R8>, Fill<R16>, FillToZero<R16>, FillOutside<R8>, FillOutside<R16>>;
+using Frameworks = Subjects<Greater, GreaterOfMembers, Generated>;
+
+INSTANTIATE_TYPED_TEST_SUITE_P(WholeCopies, ProcessorContract, WholeCopies);
+INSTANTIATE_TYPED_TEST_SUITE_P(ChannelCopies, ProcessorContract, ChannelCopies);
+INSTANTIATE_TYPED_TEST_SUITE_P(NamedCopies, ProcessorContract, NamedCopies);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fills, ProcessorContract, Fills);
+INSTANTIATE_TYPED_TEST_SUITE_P(Frameworks, ProcessorContract, Frameworks);
+
+}  // namespace
+}  // namespace vblur::test

@@ -1,0 +1,224 @@
+// What every processor promises, whatever it computes. See Subject.h for how to put one to the test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/Scene.h"
+#include "tests/support/StandardError.h"
+#include "tests/support/StopAfter.h"
+
+namespace vblur::test {
+
+inline constexpr std::uint64_t kContractScenes = 16;
+
+template <class S>
+class ProcessorContract : public ::testing::Test {
+ protected:
+  template <class Body>
+  static void forScenes(const Body& body) {
+    for (std::uint64_t seed = 1; seed <= kContractScenes && !::testing::Test::HasFailure(); ++seed) {
+      SCOPED_TRACE("scene " + std::to_string(seed));
+      body(seed);
+    }
+  }
+  static auto resultOf(std::uint64_t seed, const SceneOptions& options, bool windowed) {
+    Scene<S> scene(seed, options);
+    Job job;
+    if (windowed) job.window = scene.window();
+    return scene.run(job);
+  }
+};
+
+TYPED_TEST_SUITE_P(ProcessorContract);
+
+TYPED_TEST_P(ProcessorContract, WritesNothingButPixelsOfItsTarget) {
+  this->forScenes([](std::uint64_t seed) {
+    for (const Layout& layout : kLayouts) {
+      Scene<TypeParam> scene(seed, {.outLayout = layout, .inLayout = layout});
+      Job job;
+      if (seed % 2 == 0) job.window = scene.window();
+      scene.run(job);
+      EXPECT_TRUE(scene.guardsAreIntact());
+      EXPECT_TRUE(scene.inputsAreUnchanged());
+    }
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, WritesNothingOutsideItsWindow) {
+  if (!TypeParam::kKeepsToWindow) GTEST_SKIP() << "writes beyond its window on purpose";
+  this->forScenes([](std::uint64_t seed) {
+    Scene<TypeParam> scene(seed);
+    const auto after = scene.run({.window = scene.window()});
+    const Window window = scene.settled(scene.window());
+    const Window whole = scene.wholeTarget();
+    for (int y = whole.y1; y <= whole.y2; ++y) {
+      for (int x = whole.x1; x <= whole.x2; ++x) {
+        if (window.has(x, y)) continue;
+        ASSERT_EQ(after[scene.indexOf(x, y)], scene.before()[scene.indexOf(x, y)]) << x << ", " << y;
+      }
+    }
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, GivesInAWindowThatPartOfTheWhole) {
+  if (!TypeParam::kPartsEqualWhole) GTEST_SKIP() << "the window is part of what is computed";
+  this->forScenes([](std::uint64_t seed) {
+    Scene<TypeParam> scene(seed);
+    const auto part = scene.run({.window = scene.window()});
+    const auto whole = Scene<TypeParam>(seed).run({});
+    const Window window = scene.settled(scene.window());
+    for (int y = window.y1; y <= window.y2; ++y) {
+      for (int x = window.x1; x <= window.x2; ++x)
+        ASSERT_EQ(part[scene.indexOf(x, y)], whole[scene.indexOf(x, y)]) << x << ", " << y;
+    }
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, GivesTheSameBitsOnAnyNumberOfThreads) {
+  std::vector<std::vector<typename TypeParam::OutTexture::Pixel>> first;
+  for (const std::int32_t threads : kThreadCounts) {
+    const ThreadCount scope(threads);
+    this->forScenes([&](std::uint64_t seed) {
+      auto result = this->resultOf(seed, {}, seed % 2 == 0);
+      if (threads == 1) {
+        first.push_back(std::move(result));
+      } else {
+        EXPECT_EQ(result, first[seed - 1]) << threads << " threads";
+      }
+    });
+  }
+}
+
+TYPED_TEST_P(ProcessorContract, GivesTheSameBitsWhateverTheLayoutOfMemory) {
+  this->forScenes([this](std::uint64_t seed) {
+    const auto plain = this->resultOf(seed, {}, false);
+    for (const Layout& layout : kLayouts) {
+      EXPECT_EQ(this->resultOf(seed, {.outLayout = layout, .inLayout = {}}, false), plain);
+      EXPECT_EQ(this->resultOf(seed, {.outLayout = {}, .inLayout = layout}, false), plain);
+      EXPECT_EQ(this->resultOf(seed, {.outLayout = layout, .inLayout = layout}, false), plain);
+    }
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, GivesTheSameBitsInPlace) {
+  if (TypeParam::kInPlaceInput < 0) GTEST_SKIP() << "no input may be the target";
+  this->forScenes([this](std::uint64_t seed) {
+    for (const bool windowed : {false, true}) {
+      EXPECT_EQ(this->resultOf(seed, {.outLayout = {}, .inLayout = {}, .shareTarget = true}, windowed),
+                this->resultOf(seed, {.outLayout = {}, .inLayout = {}, .sameAsTarget = true}, windowed));
+    }
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, GivesTheSameBitsWhereverThePicturesLie) {
+  if (!TypeParam::kMoves) GTEST_SKIP() << "has a place of its own";
+  this->forScenes([this](std::uint64_t seed) {
+    for (const bool windowed : {false, true}) {
+      const auto there = this->resultOf(seed, {.outLayout = {}, .inLayout = {}, .moveX = -1003, .moveY = 507}, windowed);
+      EXPECT_EQ(there, this->resultOf(seed, {}, windowed));
+    }
+  });
+}
+
+// Or all rows, whatever the field, for a processor that knows none.
+TYPED_TEST_P(ProcessorContract, WritesOnlyTheRowsOfItsField) {
+  for (const std::int32_t threads : {1, 3}) {
+    const ThreadCount scope(threads);
+    this->forScenes([](std::uint64_t seed) {
+      const SceneOptions options{.outLayout = {}, .inLayout = {}, .positive = true};
+      const auto whole = Scene<TypeParam>(seed, options).run({});
+      for (const std::int32_t mode : {kEvenRows, kOddRows}) {
+        Scene<TypeParam> scene(seed, options);
+        const auto after = scene.run({.window = {}, .fieldMode = mode});
+        const Window target = scene.wholeTarget();
+        for (int y = target.y1; y <= target.y2; ++y) {
+          const bool writes = !TypeParam::kKnowsFields || (y % 2 == 1) == (mode == kOddRows);
+          const auto& expected = writes ? whole : scene.before();
+          for (int x = target.x1; x <= target.x2; ++x)
+            ASSERT_EQ(after[scene.indexOf(x, y)], expected[scene.indexOf(x, y)]) << x << ", " << y;
+        }
+      }
+    });
+  }
+}
+
+TYPED_TEST_P(ProcessorContract, ReadsAnEmptyInputAsItsOutsideColour) {
+  if (std::tuple_size_v<typename TypeParam::Inputs> == 0) GTEST_SKIP() << "has no inputs";
+  if (!TypeParam::kReadsThroughEdges) GTEST_SKIP() << "does not read through edge methods";
+  this->forScenes([this](std::uint64_t seed) {
+    EXPECT_EQ(this->resultOf(seed, {.outLayout = {}, .inLayout = {}, .emptyInputs = true}, false),
+              this->resultOf(seed, {.outLayout = {}, .inLayout = {}, .flatInputs = true}, false));
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, LeavesATargetWithoutPixelsAlone) {
+  typename TypeParam::Inputs inputs;
+  StopAfter stop(StopAfter::kNever);
+  const auto refuses = [&](typename TypeParam::OutTexture* target) {
+    typename TypeParam::Processor processor;
+    TypeParam::setUp(processor);
+    processor.interrupt = &stop.record;
+    standardErrorOf([&] { TypeParam::process(processor, inputs, target); });
+    EXPECT_EQ(stop.asked(), 0);
+  };
+  refuses(nullptr);
+  typename TypeParam::OutTexture empty;
+  refuses(&empty);
+  typename TypeParam::OutTexture::Pixel pixel{};
+  const auto before = pixel;
+  typename TypeParam::OutTexture flat;
+  flat.wrap(5, 0, &pixel);
+  refuses(&flat);
+  flat.wrap(0, 5, &pixel);
+  refuses(&flat);
+  EXPECT_EQ(pixel, before);
+}
+
+TYPED_TEST_P(ProcessorContract, TouchesNothingOnceAFrameIsStopped) {
+  this->forScenes([](std::uint64_t seed) {
+    StopAfter stop(0);
+    EXPECT_NE(poll(&stop.record), 0);
+    Scene<TypeParam> scene(seed);
+    EXPECT_EQ(scene.run({.window = {}, .fieldMode = kAllRows, .interrupt = &stop.record}), scene.before());
+    EXPECT_EQ(stop.asked(), 1);
+    EXPECT_EQ(stop.record.state, StopAfter::kReason);
+  });
+}
+
+TYPED_TEST_P(ProcessorContract, KeepsWhatWasWrittenBeforeAStopAndIsAskedNoMore) {
+  const ThreadCount scope(1);
+  for (std::uint64_t seed = 1; seed <= 4; ++seed) {
+    const auto whole = Scene<TypeParam>(seed).run({});
+    bool finished = false;
+    for (std::int32_t polls = 0; !finished && polls < 2000; polls += 1 + polls / 8) {
+      StopAfter stop(polls);
+      Scene<TypeParam> scene(seed);
+      const auto after = scene.run({.window = {}, .fieldMode = kAllRows, .interrupt = &stop.record});
+      finished = stop.record.interrupted == 0;
+      EXPECT_TRUE(scene.guardsAreIntact());
+      if (finished) {
+        EXPECT_EQ(after, whole);
+      } else {
+        EXPECT_EQ(stop.asked(), polls + 1);
+        for (std::size_t i = 0; TypeParam::kPixelsOldOrNew && i < after.size(); ++i)
+          ASSERT_TRUE(after[i] == whole[i] || after[i] == scene.before()[i]) << "pixel " << i;
+      }
+    }
+    EXPECT_TRUE(finished);
+  }
+}
+
+REGISTER_TYPED_TEST_SUITE_P(ProcessorContract, WritesNothingButPixelsOfItsTarget, WritesNothingOutsideItsWindow,
+                            GivesInAWindowThatPartOfTheWhole, GivesTheSameBitsOnAnyNumberOfThreads,
+                            GivesTheSameBitsWhateverTheLayoutOfMemory, GivesTheSameBitsInPlace,
+                            GivesTheSameBitsWhereverThePicturesLie, WritesOnlyTheRowsOfItsField,
+                            ReadsAnEmptyInputAsItsOutsideColour, LeavesATargetWithoutPixelsAlone,
+                            TouchesNothingOnceAFrameIsStopped, KeepsWhatWasWrittenBeforeAStopAndIsAskedNoMore);
+
+template <class... Ss>
+using Subjects = ::testing::Types<Ss...>;
+
+}  // namespace vblur::test

@@ -1,0 +1,13 @@
+// Tests ask for more memory than there is; a sanitizer's allocator then answers null as the system's does.
+extern "C" {
+const char* __asan_default_options();
+const char* __tsan_default_options();
+
+const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+
+const char* __tsan_default_options() {
+  return "allocator_may_return_null=1";
+}
+}
