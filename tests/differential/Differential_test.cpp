@@ -1,0 +1,33 @@
+#include <gtest/gtest.h>
+
+#include "effect/CreateBlur.h"
+#include "host/JobFile.h"
+#include "tests/differential/Comparison.h"
+
+namespace vblur::differential {
+namespace {
+
+class Differential : public testing::TestWithParam<std::int32_t> {
+ protected:
+  void SetUp() override { SetRenderThreads(GetParam()); }
+
+  static void CompareMany(std::uint64_t seed, std::uint64_t count, DrawnKinds kinds) {
+    for (std::uint64_t i = 0; i < count; ++i) {
+      const DrawnFrame frame = DrawFrame(seed, i, kinds);
+      ASSERT_EQ(CompareFrame(frame), "") << "frame " << i << " of seed " << seed << "\n" << host::FormatJob(frame.job);
+    }
+  }
+};
+
+TEST_P(Differential, FiltersEqualTheModel) {
+  CompareMany(1000u + static_cast<std::uint64_t>(GetParam()), 200, DrawnKinds::Filters);
+}
+
+TEST_P(Differential, WholeFramesEqualTheModel) {
+  CompareMany(2000u + static_cast<std::uint64_t>(GetParam()), 400, DrawnKinds::All);
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, Differential, testing::Values(1, 2, 3, 7, 8));
+
+}  // namespace
+}  // namespace vblur::differential

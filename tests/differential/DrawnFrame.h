@@ -1,0 +1,36 @@
+// One random frame: a job and the pictures that it names, in memory.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "host/Job.h"
+
+namespace vblur::differential {
+
+// Components in rows from the bottom up; four a pixel, or one in a mask.
+struct DrawnPicture {
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  std::int32_t components = 4;
+  std::vector<std::int32_t> values;
+};
+
+struct DrawnFrame {
+  host::Job job;  // depth, kind and duration are always set, frames never
+  std::optional<DrawnPicture> input;
+  std::optional<DrawnPicture> input2;
+  std::optional<DrawnPicture> mask;
+  DrawnPicture initial;  // what the output holds before the frame
+};
+
+enum class DrawnKinds {
+  Filters,  // kind 1, nothing behind the filter: no mix-back, no masks, no blanking, no cropped display
+  All,
+};
+
+// The same frame for the same seed and index, on every machine.
+DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds);
+
+}  // namespace vblur::differential

@@ -1,0 +1,17 @@
+// Renders a drawn frame with the effect, as the stand-alone host does.
+#pragma once
+
+#include "host/HostImage.h"
+#include "tests/differential/DrawnFrame.h"
+
+namespace vblur::differential {
+
+// The output after the frame.
+DrawnPicture RenderByEffect(const DrawnFrame& frame);
+
+// A drawn picture in the host's form, placed by its record, and back.
+void ToHostImage(const DrawnPicture& picture, std::int32_t depth, const host::ImageRecord& record,
+                 host::HostImage& image);
+DrawnPicture FromHostImage(const host::HostImage& image);
+
+}  // namespace vblur::differential

@@ -1,0 +1,85 @@
+// An effect with pictures, a project and an execute context around it, for tests of whole frames.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "effect/CreateBlur.h"
+#include "effect/PropertyTable.h"
+#include "host/CoordMan.h"
+#include "host/EffectHost.h"
+#include "host/ExecuteContext.h"
+#include "host/HostImage.h"
+
+namespace vblur {
+
+using Pixel8 = std::array<std::uint8_t, 4>;
+using Pixel16 = std::array<std::int16_t, 4>;
+
+template <class Pixel>
+inline constexpr std::int32_t kDepthOf = sizeof(Pixel) == 4 ? 8 : 16;
+
+// Fills a picture of four components by a function of x and y, row 0 at the bottom.
+template <class Pixel>
+void Paint(host::HostImage& image, std::int32_t width, std::int32_t height,
+           const std::function<Pixel(std::int32_t, std::int32_t)>& colour,
+           std::array<std::int32_t, 2> origin = {0, 0}) {
+  image.Reset(kDepthOf<Pixel>, 4, width, height);
+  host::ImageRecord record;
+  record.origin = origin;
+  image.Place(record);
+  for (std::int32_t y = 0; y < height; ++y) {
+    for (std::int32_t x = 0; x < width; ++x)
+      reinterpret_cast<Pixel*>(image.Row(y))[x] = colour(x, y);
+  }
+}
+
+template <class Pixel>
+Pixel At(const host::HostImage& image, std::int32_t x, std::int32_t y) {
+  return reinterpret_cast<const Pixel*>(image.Row(y))[x];
+}
+
+// A frame of one input and one output with nothing set: a blur of 10 over a project of the given size.
+class EffectBench {
+ public:
+  explicit EffectBench(double projectWidth = 32.0, double projectHeight = 32.0)
+      : project(host::ProjectSizes{{projectWidth, projectHeight}, {projectWidth, projectHeight}}) {}
+
+  void Set(PropertyId id, double value) { properties.Set(PropertyOf(id).guid, value); }
+  void Animate(PropertyId id, host::Curve curve) { properties.Set(PropertyOf(id).guid, std::move(curve)); }
+
+  HRESULT Render(double time = 0.0) {
+    host::EffectHost effectHost(properties, project);
+    host::CoordMan coordMan(proxy);
+    for (const Property& property : kProperties) {
+      const auto* setting = properties.Find(property.guid);
+      const double* plain = setting == nullptr ? nullptr : std::get_if<double>(setting);
+      effect->PutProperty(property.guid, plain == nullptr ? property.defaultValue : *plain);
+    }
+    effect->SetEffectHost(&effectHost);
+    effect->SetCoordMan(&coordMan);
+    effect->SetExecuteContext(contextInUse);
+    effect->SetOutput(hasOutput ? &output : nullptr);
+    effect->SetInput(hasInput ? &input : nullptr);
+    effect->SetInput2(hasInput2 ? &input2 : nullptr);
+    effect->SetPixelMask(hasMask ? &mask : nullptr, 0, 0);
+    return effect->RenderFrame(time);
+  }
+
+  std::unique_ptr<IDSImageEffect> effect = CreateBlur();
+  host::HostImage output, input, input2, mask;
+  bool hasOutput = true;
+  bool hasInput = true;
+  bool hasInput2 = false;
+  bool hasMask = false;
+  host::PropertyStore properties;
+  std::optional<host::ProjectSizes> project;
+  std::array<double, 2> proxy{1.0, 1.0};
+  host::ExecuteContext context;
+  host::ExecuteContext* contextInUse = &context;
+};
+
+}  // namespace vblur

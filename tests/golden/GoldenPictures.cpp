@@ -1,0 +1,148 @@
+#include "tests/golden/GoldenPictures.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "effect/CreateBlur.h"
+#include "host/JobFile.h"
+#include "host/OutputFile.h"
+#include "host/PictureFile.h"
+#include "host/SequenceRenderer.h"
+
+namespace vblur::golden {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SilentObserver : public host::RenderObserver {
+ public:
+  void OnStart(std::int64_t) override {}
+  void OnFrame(const host::FrameResult& result) override {
+    if (result.status == host::FrameStatus::Failed) failure = result.message;
+  }
+  std::string failure;
+};
+
+void RenderJob(host::Job job, const fs::path& output) {
+  job.output.file = fs::absolute(output).string();
+  host::ExecuteContext context;
+  SilentObserver observer;
+  const host::RenderSummary summary = RenderSequence(job, CreateBlur, {.overwrite = true}, context, observer);
+  if (summary.code != host::ExitCode::Done) throw host::Failure(summary.code, observer.failure);
+}
+
+std::int32_t ValueAt(const host::HostImage& image, std::int32_t x, std::int32_t y, std::int32_t component) {
+  const std::int32_t at = 4 * x + component;
+  return image.depth() == 8 ? reinterpret_cast<const std::uint8_t*>(image.Row(y))[at]
+                            : reinterpret_cast<const std::int16_t*>(image.Row(y))[at];
+}
+
+std::size_t CountDifferences(const host::HostImage& a, const host::HostImage& b) {
+  if (a.width() != b.width() || a.height() != b.height()) return static_cast<std::size_t>(a.width()) * 4;
+  std::size_t count = 0;
+  for (std::int32_t y = 0; y < a.height(); ++y) {
+    for (std::int32_t x = 0; x < a.width(); ++x) {
+      for (std::int32_t c = 0; c < 4; ++c)
+        count += ValueAt(a, x, y, c) != ValueAt(b, x, y, c) ? 1 : 0;
+    }
+  }
+  return count;
+}
+
+// Every pixel as a block, opaque, so that a change of one step is there to see.
+class Triptych {
+ public:
+  static constexpr std::int32_t kZoom = 6;
+
+  Triptych(std::int32_t width, std::int32_t height) : width_(width) {
+    image_.Reset(8, 4, 3 * width * kZoom, height * kZoom);
+    image_.Clear();
+  }
+
+  void Set(std::int32_t panel, std::int32_t x, std::int32_t y, const std::array<std::int32_t, 3>& colour) {
+    for (std::int32_t j = 0; j < kZoom; ++j) {
+      auto* row = reinterpret_cast<std::uint8_t*>(image_.Row(y * kZoom + j)) + 4 * (panel * width_ + x) * kZoom;
+      for (std::int32_t i = 0; i < kZoom; ++i, row += 4) {
+        for (std::size_t c = 0; c < 3; ++c)
+          row[c] = static_cast<std::uint8_t>(std::clamp(colour[c], 0, 255));
+        row[3] = 255;
+      }
+    }
+  }
+
+  const host::HostImage& image() const { return image_; }
+
+ private:
+  std::int32_t width_;
+  host::HostImage image_;
+};
+
+void DrawChange(const host::HostImage& before, const host::HostImage& after, const fs::path& path) {
+  const std::int32_t width = std::min(before.width(), after.width());
+  const std::int32_t height = std::min(before.height(), after.height());
+  const std::int32_t shift = after.depth() == 8 ? 0 : 6;
+  Triptych triptych(width, height);
+  for (std::int32_t y = 0; y < height; ++y) {
+    for (std::int32_t x = 0; x < width; ++x) {
+      std::array<std::int32_t, 3> old{}, now{}, difference{};
+      for (std::size_t c = 0; c < 3; ++c) {
+        old[c] = ValueAt(before, x, y, static_cast<std::int32_t>(c));
+        now[c] = ValueAt(after, x, y, static_cast<std::int32_t>(c));
+        // A change of one step shows, and grows with its size.
+        difference[c] = old[c] == now[c] ? 0 : 64 + (std::abs(old[c] - now[c]) << 2 >> shift);
+        old[c] >>= shift;
+        now[c] >>= shift;
+      }
+      triptych.Set(0, x, y, old);
+      triptych.Set(1, x, y, now);
+      triptych.Set(2, x, y, difference);
+    }
+  }
+  host::PictureWriter().Write(path, triptych.image(), nullptr, true);
+}
+
+GoldenResult CompareOne(const fs::path& jobFile, const fs::path& changes, bool update) {
+  const host::Job job = host::ReadJobFile(jobFile);
+  GoldenResult result;
+  result.name = jobFile.stem().string();
+  const fs::path extension = fs::path(job.output.file).extension();
+  const fs::path expected = jobFile.parent_path() / "expected" / (result.name + extension.string());
+  const fs::path rendered = changes / (result.name + extension.string());
+  RenderJob(job, rendered);
+
+  const std::int32_t depth = extension == ".exr" ? 16 : 8;
+  host::HostImage before, after;
+  host::PictureReader().ReadColour(rendered, depth, after);
+  result.isNew = !fs::exists(expected);
+  if (!result.isNew) {
+    host::PictureReader().ReadColour(expected, depth, before);
+    result.componentsThatDiffer = CountDifferences(before, after);
+  }
+  if (result.componentsThatDiffer != 0) {
+    result.picture = changes / (result.name + ".change.png");
+    DrawChange(before, after, result.picture);
+  }
+  if (update && !result.equal()) {
+    fs::create_directories(expected.parent_path());
+    fs::copy_file(rendered, expected, fs::copy_options::overwrite_existing);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::vector<GoldenResult> CompareGoldenPictures(const fs::path& folder, const fs::path& changes, bool update) {
+  std::vector<fs::path> jobs;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.path().extension() == ".json") jobs.push_back(entry.path());
+  }
+  std::sort(jobs.begin(), jobs.end());
+  fs::create_directories(changes);
+  std::vector<GoldenResult> results;
+  for (const fs::path& job : jobs)
+    results.push_back(CompareOne(job, changes, update));
+  return results;
+}
+
+}  // namespace vblur::golden
