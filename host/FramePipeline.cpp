@@ -56,7 +56,8 @@ class Belt {
 class Pipeline {
  public:
   Pipeline(std::size_t slots, const FrameStages& stages) : stages_(stages) {
-    for (std::size_t slot = 0; slot < slots; ++slot) free_.Put({slot, 0});
+    for (std::size_t slot = 0; slot < slots; ++slot)
+      free_.Put({slot, 0});
   }
 
   void Run(std::int64_t items) {

@@ -50,7 +50,9 @@ class HostImage final : public IDSImage, public IHostOrigin {
   DSPixelPair HostOrigin() const override { return origin_; }
 
  private:
-  std::size_t pixelBytes() const { return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8); }
+  std::size_t pixelBytes() const {
+    return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8);
+  }
 
   std::unique_ptr<std::byte[]> memory_;
   std::size_t capacity_ = 0;

@@ -154,9 +154,6 @@ void CheckNeeds(const Job& job) {
   if (!job.input && !(job.output.width && job.output.height)) {
     Fail("output", "expected width and height, since there is no input to take them from");
   }
-  if (kind == EffectKind::Transition && !(ResolveDuration(job) > 0.0)) {
-    Fail("duration", "expected a length above 0 for a transition, found " + FormatNumber(ResolveDuration(job)));
-  }
 }
 
 fs::path Resolved(const Job& job, const std::string& name) {
@@ -166,6 +163,7 @@ fs::path Resolved(const Job& job, const std::string& name) {
   return resolved.empty() ? path.lexically_normal() : resolved;
 }
 
+// Adds the range's first frame from a number on; a number before the range adds none.
 void AddFrom(std::set<std::int32_t>& frames, const FrameRange& range, std::int64_t from) {
   if (from < range.first) return;
   const std::int64_t steps = (from - range.first + range.step - 1) / range.step;
@@ -173,19 +171,16 @@ void AddFrom(std::set<std::int32_t>& frames, const FrameRange& range, std::int64
   if (frame <= range.last) frames.insert(static_cast<std::int32_t>(frame));
 }
 
-// All numbers that the digits of a file name can be read as, with either sign, as far as they are frames.
+// The frames whose numbers the digits of a file name can be read as, with either sign.
 void AddNumbersIn(std::set<std::int32_t>& frames, const FrameRange& range, std::string_view name) {
   constexpr std::size_t kMostDigits = 10;
-  const auto add = [&](std::int64_t frame) {
-    if (frame <= range.last && (frame - range.first) % range.step == 0) AddFrom(frames, range, frame);
-  };
   for (std::size_t from = 0; from < name.size(); ++from) {
     std::int64_t number = 0;
     for (std::size_t at = from; at < std::min(name.size(), from + kMostDigits); ++at) {
       if (name[at] < '0' || name[at] > '9') break;
       number = number * 10 + (name[at] - '0');
-      add(number);
-      add(-number);
+      AddFrom(frames, range, number);
+      AddFrom(frames, range, -number);
     }
   }
 }

@@ -1,15 +1,15 @@
 #include "host/OutputFile.h"
 
-#include <OpenImageIO/imageio.h>
-
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstring>
+#include <limits>
 #include <new>
 #include <optional>
 #include <sstream>
 #include <system_error>
+
+#include <OpenImageIO/imageio.h>
 
 #include "host/Failure.h"
 #include "host/OutputFileCommit.h"
@@ -24,18 +24,20 @@ constexpr auto k8 = SampleKind::Unsigned8;
 constexpr auto k16 = SampleKind::Unsigned16;
 constexpr auto kFloat = SampleKind::Float;
 
+constexpr std::int32_t kAnySide = std::numeric_limits<std::int32_t>::max();
+
 constexpr std::array<OutputFormat, 11> kFormats = {{
-    {"png", "png", true, k8, k16, false},
-    {"jpeg", "jpg jpeg jpe", false, k8, k8, false},
-    {"tiff", "tif tiff", true, k8, k16, false},
-    {"openexr", "exr", true, kFloat, kFloat, true},
-    {"dpx", "dpx", true, k8, k16, false},
-    {"webp", "webp", true, k8, k8, false},
-    {"targa", "tga", true, k8, k8, false},
-    {"bmp", "bmp", true, k8, k8, false},
-    {"pnm", "ppm", false, k8, k8, false},
-    {"sgi", "sgi rgba rgb", true, k8, k16, false},
-    {"hdr", "hdr", false, kFloat, kFloat, true},
+    {"png", "png", true, k8, k16, false, kAnySide},
+    {"jpeg", "jpg jpeg jpe", false, k8, k8, false, 65500},
+    {"tiff", "tif tiff", true, k8, k16, false, kAnySide},
+    {"openexr", "exr", true, kFloat, kFloat, true, kAnySide},
+    {"dpx", "dpx", true, k8, k16, false, kAnySide},
+    {"webp", "webp", true, k8, k8, false, 16383},
+    {"targa", "tga", true, k8, k8, false, 65535},
+    {"bmp", "bmp", true, k8, k8, false, kAnySide},
+    {"pnm", "ppm", false, k8, k8, false, kAnySide},
+    {"sgi", "sgi rgba rgb", true, k8, k16, false, 65535},
+    {"hdr", "hdr", false, kFloat, kFloat, true, kAnySide},
 }};
 
 [[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {
@@ -87,8 +89,7 @@ OIIO::ImageSpec Describe(const OutputFormat& format, const HostImage& image, con
 }
 
 bool AsksToStop(void* stop, float /*portion*/) {
-  const auto& test = *static_cast<const StopTest*>(stop);
-  return test && test();
+  return (*static_cast<const StopTest*>(stop))();
 }
 
 // One picture on its way into one file.
@@ -110,13 +111,14 @@ class Writing {
   }
 
   void Put(const std::byte* samples, SampleKind kind, const StopTest& stop) {
+    StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->systemError() != 0); };
     const bool done = writer_->write_image(BufferType(kind), samples, OIIO::AutoStride, OIIO::AutoStride,
-                                           OIIO::AutoStride, AsksToStop, const_cast<StopTest*>(&stop));
+                                           OIIO::AutoStride, AsksToStop, &stopOrError);
     if (stop && stop()) {
       writer_->close();
       throw FileInterrupted{};
     }
-    if (!done) Fail("writing failed");
+    if (!done || (stream_ && stream_->systemError() != 0)) Fail("writing failed");
   }
 
   void Close() {
@@ -188,6 +190,9 @@ void PictureWriter::Write(const std::filesystem::path& path, const HostImage& im
                           bool overwrite) {
   const OutputFormat& format = OutputFormatOf(path);
   RequireWritable(path, overwrite);
+  if (std::max(image.width(), image.height()) > format.mostPixels) {
+    Refuse(path, "a picture of this format has at most " + std::to_string(format.mostPixels) + " pixels a side");
+  }
   const SampleKind kind = image.depth() == 8 ? format.samples8 : format.samples16;
   const int channels = format.hasAlpha ? 4 : 3;
   const auto width = static_cast<std::size_t>(image.width());

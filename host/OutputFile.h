@@ -13,12 +13,13 @@ namespace vblur::host {
 
 // A format that pictures can be written in, and what its files hold.
 struct OutputFormat {
-  std::string_view name;  // as the picture library knows it
+  std::string_view name;        // as the picture library knows it
   std::string_view extensions;  // in lower case, with a space between
   bool hasAlpha;
-  SampleKind samples8;   // of a picture of 8 bits a component
-  SampleKind samples16;  // of one of 16 bits
-  bool isFloat;          // 8-bit pictures become 16-bit floats
+  SampleKind samples8;      // of a picture of 8 bits a component
+  SampleKind samples16;     // of one of 16 bits
+  bool isFloat;             // 8-bit pictures become 16-bit floats
+  std::int32_t mostPixels;  // a side
 };
 
 // The format that the extension of a file name asks for. Throws Failure (wrong usage) with the list of

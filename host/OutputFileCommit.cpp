@@ -1,12 +1,12 @@
 #include "host/OutputFileCommit.h"
 
-#include <unistd.h>
-
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <sstream>
 #include <system_error>
+
+#include <unistd.h>
 
 #include "host/Failure.h"
 
@@ -87,9 +87,8 @@ size_t OutputFileStream::read(void* buffer, size_t size) {
 }
 
 size_t OutputFileStream::write(const void* buffer, size_t size) {
-  const size_t written = file_ ? std::fwrite(buffer, 1, size, file_) : 0;
-  Note(written != size);
-  return written;
+  if (systemError_ == 0) Note(!file_ || std::fwrite(buffer, 1, size, file_) != size);
+  return size;
 }
 
 size_t OutputFileStream::size() const {

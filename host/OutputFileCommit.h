@@ -1,10 +1,10 @@
 // A file that is written beside its target and takes the target's name when it is complete.
 #pragma once
 
-#include <OpenImageIO/filesystem.h>
-
 #include <filesystem>
 #include <string>
+
+#include <OpenImageIO/filesystem.h>
 
 namespace vblur::host {
 
@@ -28,14 +28,15 @@ class OutputFileCommit {
   bool committed_ = false;
 };
 
-// The file that a picture library writes into; keeps the first error of the system, which some
-// libraries lose.
+// The file that a picture library writes into. It keeps the first error of the system and hides it from
+// the library: some lose it, and one ends the whole program.
 class OutputFileStream final : public OIIO::Filesystem::IOProxy {
  public:
   explicit OutputFileStream(const std::filesystem::path& path);
   ~OutputFileStream() override;
 
-  const char* proxytype() const override { return "file"; }
+  // Not "file": the library takes that for its own class.
+  const char* proxytype() const override { return "checked file"; }
   void close() override;
   int64_t tell() override;
   bool seek(int64_t offset) override;

@@ -31,9 +31,9 @@ bool WasCutShort(const std::string& message) {
 
 void ReadSamples(const std::filesystem::path& path, OpenPicture& picture, std::byte* samples, const StopTest& stop) {
   const PictureFileChatter chatter;
-  const bool done = picture.file->read_image(0, 0, 0, picture.info.channels, TypeOf(picture.info.samples), samples,
-                                             OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride, AsksToStop,
-                                             const_cast<StopTest*>(&stop));
+  const bool done =
+      picture.file->read_image(0, 0, 0, picture.info.channels, TypeOf(picture.info.samples), samples, OIIO::AutoStride,
+                               OIIO::AutoStride, OIIO::AutoStride, AsksToStop, const_cast<StopTest*>(&stop));
   if (stop && stop()) throw FileInterrupted{};
   const std::string message = picture.file->geterror();
   if (done && !WasCutShort(message)) return;

@@ -1,8 +1,8 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <mutex>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "host/PictureFileOpen.h"
 

@@ -10,10 +10,11 @@ namespace {
 
 // Passed on from any format to any other that has a place for it.
 constexpr std::array<std::string_view, 22> kKept = {
-    "PixelAspectRatio", "Orientation",  "XResolution",      "YResolution",  "ResolutionUnit", "ICCProfile",
-    "smpte:TimeCode",   "smpte:KeyCode", "FramesPerSecond", "chromaticities", "whiteLuminance", "DateTime",
-    "Artist",           "Copyright",    "ImageDescription", "DocumentName", "HostComputer",   "Make",
-    "Model",            "Keywords",     "worldToCamera",    "worldToNDC"};
+    "PixelAspectRatio", "Orientation",    "XResolution",   "YResolution",     "ResolutionUnit",
+    "ICCProfile",       "smpte:TimeCode", "smpte:KeyCode", "FramesPerSecond", "chromaticities",
+    "whiteLuminance",   "DateTime",       "Artist",        "Copyright",       "ImageDescription",
+    "DocumentName",     "HostComputer",   "Make",          "Model",           "Keywords",
+    "worldToCamera",    "worldToNDC"};
 constexpr std::array<std::string_view, 3> kKeptGroups = {"Exif:", "GPS:", "IPTC:"};
 
 constexpr std::array<std::string_view, 5> kLossless = {"none", "rle", "zip", "zips", "piz"};
@@ -53,7 +54,11 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const std::string&
 }
 
 void ApplyMetadata(const PictureMetadata& metadata, const OIIO::ImageOutput& writer, OIIO::ImageSpec& output) {
-  for (const auto& attribute : metadata.attributes) output.extra_attribs.push_back(attribute);
+  // To the DPX reader an orientation is a reason to swap width and height.
+  const bool takesOrientation = std::string_view(writer.format_name()) != "dpx";
+  for (const auto& attribute : metadata.attributes) {
+    if (takesOrientation || attribute.name() != "Orientation") output.extra_attribs.push_back(attribute);
+  }
   const bool sameSize = metadata.data.width() == output.width && metadata.data.height() == output.height;
   if (!sameSize || !writer.supports("displaywindow") || !writer.supports("arbitrary_metadata")) return;
   output.x = metadata.data.xbegin;

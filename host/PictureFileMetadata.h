@@ -1,9 +1,9 @@
 // What a picture file tells beside its pixels and what is passed on to the file that is made of it.
 #pragma once
 
-#include <OpenImageIO/imageio.h>
-
 #include <string>
+
+#include <OpenImageIO/imageio.h>
 
 namespace vblur::host {
 

@@ -1,11 +1,11 @@
 // How picture files are opened, for the few files that talk to the picture library.
 #pragma once
 
-#include <OpenImageIO/imageio.h>
-
 #include <filesystem>
 #include <memory>
 #include <string>
+
+#include <OpenImageIO/imageio.h>
 
 #include "host/PictureInfo.h"
 

@@ -123,8 +123,8 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path) {
   auto file = OpenAnyFormat(path);
   const OIIO::ImageSpec& spec = file->spec();
   RequireSize(path, spec);
-  PictureInfo info{file->format_name(), spec.width, spec.height, spec.nchannels, KindOf(spec.format),
-                   ChooseChannels(spec)};
+  PictureInfo info{file->format_name(), spec.width,          spec.height,
+                   spec.nchannels,      KindOf(spec.format), ChooseChannels(spec)};
   return {std::move(file), std::move(info)};
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+
 #include <nlohmann/json.hpp>
 
 namespace vblur::host {
@@ -123,8 +124,8 @@ void Progress::DrawBar(std::int32_t frame) {
   const double rate = static_cast<double>(rendered_) / elapsed;
   const auto left = static_cast<double>(frames_ - finished_);
   const auto filled = static_cast<int>(finished_ * kCells / std::max<std::int64_t>(frames_, 1));
-  const std::string bar = std::string(static_cast<std::size_t>(filled), '#') +
-                          std::string(static_cast<std::size_t>(kCells - filled), '.');
+  const std::string bar =
+      std::string(static_cast<std::size_t>(filled), '#') + std::string(static_cast<std::size_t>(kCells - filled), '.');
   std::fprintf(stream_, "\r[%s] %lld/%lld  frame %d  %.2f frames/s  %s left\033[K", bar.c_str(),
                static_cast<long long>(finished_), static_cast<long long>(frames_), frame, rate,
                rate > 0 ? FormatDuration(left / rate).c_str() : "?");

@@ -5,9 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 #include <system_error>
-#include <utility>
 
 #include "host/Failure.h"
 #include "host/NameMatch.h"

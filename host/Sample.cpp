@@ -28,7 +28,8 @@ void ReadAmounts(const Sample* samples, int channels, int channel, Component* pi
 template <typename Sample, typename Component>
 void WriteColours(const Component* pixels, Sample* samples, int channels, std::size_t width) {
   for (std::size_t x = 0; x < width; ++x, pixels += 4, samples += channels) {
-    for (int c = 0; c < channels; ++c) samples[c] = ToSample<Sample>(pixels[c]);
+    for (int c = 0; c < channels; ++c)
+      samples[c] = ToSample<Sample>(pixels[c]);
   }
 }
 
@@ -50,7 +51,8 @@ void WithComponentType(std::int32_t depth, Action action) {
 
 template <typename Action>
 void WithTypes(SampleKind kind, std::int32_t depth, Action action) {
-  WithSampleType(kind, [&](auto* sample) { WithComponentType(depth, [&](auto* component) { action(sample, component); }); });
+  WithSampleType(kind,
+                 [&](auto* sample) { WithComponentType(depth, [&](auto* component) { action(sample, component); }); });
 }
 
 template <typename Pointer>

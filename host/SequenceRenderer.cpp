@@ -262,9 +262,9 @@ void SequenceRun::PrepareOutput(FrameSlot& slot) {
   const HostImage& initial = *initial_->Read(reader_, slot.result.frame, depth_, slot.initialImage).image;
   if (initial.width() != width || initial.height() != height) {
     throw Failure(ExitCode::WrongUsage, initial_->FileOf(slot.result.frame).string() + ": " +
-                                            std::to_string(initial.width()) + " x " +
-                                            std::to_string(initial.height()) + " pixels, expected the output's " +
-                                            std::to_string(width) + " x " + std::to_string(height));
+                                            std::to_string(initial.width()) + " x " + std::to_string(initial.height()) +
+                                            " pixels, expected the output's " + std::to_string(width) + " x " +
+                                            std::to_string(height));
   }
   std::memcpy(slot.output.FirstPixel(), initial.FirstPixel(), slot.output.byteCount());
 }

@@ -51,14 +51,8 @@ Colour Hue(double turn) {
 }
 
 Colour Bars(const Spot& spot) {
-  constexpr std::array<Colour, 8> kBars = {{{1, 1, 1, 1},
-                                            {1, 1, 0, 1},
-                                            {0, 1, 1, 1},
-                                            {0, 1, 0, 1},
-                                            {1, 0, 1, 1},
-                                            {1, 0, 0, 1},
-                                            {0, 0, 1, 1},
-                                            {0, 0, 0, 1}}};
+  constexpr std::array<Colour, 8> kBars = {
+      {{1, 1, 1, 1}, {1, 1, 0, 1}, {0, 1, 1, 1}, {0, 1, 0, 1}, {1, 0, 1, 1}, {1, 0, 0, 1}, {0, 0, 1, 1}, {0, 0, 0, 1}}};
   const auto bar = std::clamp(static_cast<int>(spot.x / spot.aspect * 8.0), 0, 7);
   return kBars[static_cast<std::size_t>(bar)];
 }
@@ -124,9 +118,10 @@ Colour Lines(const Spot& spot) {
 // Patches with hard edges, one of them slanted.
 Colour Patches(const Spot& spot) {
   const double part = spot.x / spot.aspect;
-  if (part < 0.5) return Step(spot.x - 0.25 * spot.aspect + (spot.y - 0.94) * 0.35, spot.pixel / 2.0) > 0.5
-                             ? Colour{0.9, 0.35, 0.1, 1.0}
-                             : Colour{0.1, 0.3, 0.55, 1.0};
+  if (part < 0.5)
+    return Step(spot.x - 0.25 * spot.aspect + (spot.y - 0.94) * 0.35, spot.pixel / 2.0) > 0.5
+               ? Colour{0.9, 0.35, 0.1, 1.0}
+               : Colour{0.1, 0.3, 0.55, 1.0};
   return Mix(Colour{0.05, 0.05, 0.3, 1.0}, Colour{1.0, 0.85, 0.5, 1.0}, part * 2.0 - 1.0);
 }
 

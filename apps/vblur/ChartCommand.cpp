@@ -13,7 +13,8 @@ namespace {
 class ChartCommand : public Command {
  public:
   explicit ChartCommand(CLI::App& parent) : Command(parent, "chart", "Draw a test chart, still or moving") {
-    app()->add_option("OUTPUT", file_, "Picture to write; chart.%04d.exr or chart.####.exr for a sequence")
+    app()
+        ->add_option("OUTPUT", file_, "Picture to write; chart.%04d.exr or chart.####.exr for a sequence")
         ->required()
         ->type_name("");
     AddTextOption(*app(), "--size", "WxH", "Size in pixels [1280x720]",

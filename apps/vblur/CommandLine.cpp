@@ -1,11 +1,11 @@
 #include "apps/vblur/CommandLine.h"
 
-#include <CLI/CLI.hpp>
-
 #include <exception>
 #include <new>
 #include <string>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/RunJob.h"
@@ -49,7 +49,8 @@ std::string FirstUnknown(const CLI::App& app) {
 std::vector<std::string> OptionNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::Option* option : app.get_options()) {
-    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string& name : option->get_lnames())
+      names.push_back("--" + name);
   }
   return names;
 }
@@ -60,7 +61,8 @@ std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
     if (&app != &command) return "unexpected argument " + host::Quoted(unknown) + HelpHint(command);
     std::vector<std::string_view> names;
     std::vector<std::string> kept;
-    for (const CLI::App* sub : app.get_subcommands({})) kept.push_back(sub->get_name());
+    for (const CLI::App* sub : app.get_subcommands({}))
+      kept.push_back(sub->get_name());
     names.assign(kept.begin(), kept.end());
     return host::UnknownName("command", unknown, names) + HelpHint(app);
   }

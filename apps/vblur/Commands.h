@@ -1,10 +1,10 @@
 // The program's commands. Each adds its own subcommand, and runs it once the command line is read.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <functional>
 #include <memory>
+
+#include <CLI/CLI.hpp>
 
 #include "apps/vblur/RunOptions.h"
 #include "apps/vblur/Terminal.h"

@@ -32,7 +32,9 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
   add("--depth", "8|16", "Bits of a component while rendering [8 for inputs of 8-bit samples, else 16]",
       [&](const std::string& text) { job.depth = ParseWhole("--depth", text); });
   add("--field", "frame|first|second|both", "Whole frames, one field, or both fields of interlaced frames [frame]",
-      [&](const std::string& text) { job.field = static_cast<host::FieldChoice>(ParseChoice("--field", text, kFields)); });
+      [&](const std::string& text) {
+        job.field = static_cast<host::FieldChoice>(ParseChoice("--field", text, kFields));
+      });
   add("--roi", "X,Y,W,H", "Only this region, in pixels from the lower left corner [the whole picture]",
       [&](const std::string& text) {
         const auto roi = ParseWholeFour("--roi", text);

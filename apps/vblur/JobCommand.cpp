@@ -16,7 +16,8 @@ class JobCommand : public Command {
  public:
   explicit JobCommand(CLI::App& parent) : Command(parent, "job", "Render what a job file describes") {
     app()->add_option("FILE", file_, "Job file; the names in it start from its folder")->required()->type_name("");
-    app()->add_option("--set", assignments_, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
+    app()
+        ->add_option("--set", assignments_, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
@@ -28,7 +29,8 @@ class JobCommand : public Command {
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
     host::Job job = host::ReadJobFile(file_);
-    for (const std::string& assignment : assignments_) host::ApplyAssignment(job.properties, assignment);
+    for (const std::string& assignment : assignments_)
+      host::ApplyAssignment(job.properties, assignment);
     if (frames_) job.frames = frames_;
     return RunJob(job, global, run_, terminal);
   }

@@ -2,14 +2,14 @@
 // host::Failure (wrong usage) that begins with the option's name.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include <CLI/CLI.hpp>
 
 namespace vblur::cli {
 

@@ -1,7 +1,8 @@
 // vblur properties [NAME]: what the effect can be told, from the property table.
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FlatAreaWarning.h"
@@ -30,12 +31,9 @@ std::string DefaultText(const Property& property) {
 }
 
 Json Describe(const Property& property) {
-  Json object = {{"name", property.name},
-                 {"option", "--" + host::OptionName(property)},
-                 {"group", PropertyGroup(property)},
-                 {"kind", KindName(property)},
-                 {"animated", property.isAnimated()},
-                 {"default", property.defaultValue}};
+  Json object = {
+      {"name", property.name},      {"option", "--" + host::OptionName(property)}, {"group", PropertyGroup(property)},
+      {"kind", KindName(property)}, {"animated", property.isAnimated()},           {"default", property.defaultValue}};
   if (property.control == PropertyControl::Number) {
     object["minimum"] = property.minimum;
     object["maximum"] = property.maximum;
@@ -115,13 +113,15 @@ class PropertiesCommand : public Command {
     if (given.empty()) return {0.0, 1.0, 2.0, 5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 400.0, 700.0, 720.0};
     if (name_.empty()) throw host::Failure(host::ExitCode::WrongUsage, "--size: goes with the property Blur only");
     std::vector<double> sizes;
-    for (const std::string& text : given) sizes.push_back(ParseNumber("--size", text));
+    for (const std::string& text : given)
+      sizes.push_back(ParseNumber("--size", text));
     return sizes;
   }
 
   static void PrintAllAsJson() {
     Json all = Json::array();
-    for (const Property& property : kProperties) all.push_back(Describe(property));
+    for (const Property& property : kProperties)
+      all.push_back(Describe(property));
     std::printf("%s\n", all.dump(2).c_str());
   }
 
@@ -136,10 +136,8 @@ class PropertiesCommand : public Command {
     if (property.id == PropertyId::Blur) {
       for (const double size : sizes) {
         const BlurSizeFacts facts = FactsOf(size);
-        object["sizes"].push_back({{"size", size},
-                                   {"boxRadius", facts.boxRadius},
-                                   {"sigma", facts.sigma},
-                                   {"flatGain", facts.flatGain}});
+        object["sizes"].push_back(
+            {{"size", size}, {"boxRadius", facts.boxRadius}, {"sigma", facts.sigma}, {"flatGain", facts.flatGain}});
       }
     }
     std::printf("%s\n", object.dump(2).c_str());

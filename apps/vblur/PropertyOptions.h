@@ -1,9 +1,9 @@
 // One option for each of the effect's properties, made from the property table.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <string>
+
+#include <CLI/CLI.hpp>
 
 #include "effect/PropertyTable.h"
 #include "host/PropertyStore.h"

@@ -15,10 +15,12 @@ class RenderCommand : public Command {
  public:
   explicit RenderCommand(CLI::App& parent) : Command(parent, "render", "Render a picture or a sequence of pictures") {
     job_.input.emplace();
-    app()->add_option("INPUT", job_.input->file, "Picture to read; shot.%04d.exr or shot.####.exr for a sequence")
+    app()
+        ->add_option("INPUT", job_.input->file, "Picture to read; shot.%04d.exr or shot.####.exr for a sequence")
         ->required()
         ->type_name("");
-    app()->add_option("OUTPUT", job_.output.file, "Picture to write, numbered alike for a sequence")
+    app()
+        ->add_option("OUTPUT", job_.output.file, "Picture to write, numbered alike for a sequence")
         ->required()
         ->type_name("");
     AddPropertyOptions(*app(), job_.properties);

@@ -2,10 +2,10 @@
 // progress is told.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <cstdint>
 #include <string>
+
+#include <CLI/CLI.hpp>
 
 #include "host/SequenceRenderer.h"
 

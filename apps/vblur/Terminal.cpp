@@ -1,10 +1,10 @@
 #include "apps/vblur/Terminal.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
+
+#include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 namespace vblur::cli {
 
@@ -31,7 +31,8 @@ bool Terminal::isScreen() const {
 void Terminal::Say(const char* event, const std::string& text) {
   // File names may hold line breaks; a message is one line.
   std::string line = text;
-  std::replace_if(line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+  std::replace_if(
+      line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
   if (json_) {
     const nlohmann::ordered_json object = {{"event", event}, {"message", line}};
     line = object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);

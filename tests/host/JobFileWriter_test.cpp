@@ -53,7 +53,8 @@ class JobMaker {
     if (Chance()) job.roi = Region{Small(), Small(), 1 + std::abs(Small()), 1 + std::abs(Small())};
     if (Chance()) job.project = ProjectSizes{{Number(), Number()}, {Number(), Number()}};
     if (!job.project) job.projectUnreadable = Chance();
-    if (Chance()) job.proxy = {Number(), Number()};
+    if (Chance()) job.proxy[0] = Number();
+    if (Chance()) job.proxy[1] = Number();
     for (const Property& property : kProperties) {
       if (Chance()) job.properties.Set(property.guid, Setting(property));
     }
@@ -228,6 +229,15 @@ TEST(JobFileWriter, RefusesWhatAFileCannotHold) {
   job.input->file = "\xff.png";
   EXPECT_EQ(failure(job), "a file name is not UTF-8, expected one that a job file can hold");
   EXPECT_EQ(TextOf(path), "as it was");
+}
+
+TEST(JobFileWriter, ReplacesAFileAsAWhole) {
+  const ScratchFolder scratch;
+  const auto path = scratch.Write("job.json", "as it was");
+  fs::create_hard_link(path, scratch.path() / "old.json");
+  WriteJobFile(SmallJob(scratch.path()), path);
+  EXPECT_EQ(TextOf(path), FormatJob(SmallJob(scratch.path())));
+  EXPECT_EQ(TextOf(scratch.path() / "old.json"), "as it was");
 }
 
 TEST(JobFileWriter, LeavesNothingBehindWhenItCannotWrite) {
