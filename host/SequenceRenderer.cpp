@@ -16,6 +16,7 @@
 #include "host/JobCheck.h"
 #include "host/OutputFile.h"
 #include "host/SequenceRendererInputs.h"
+#include "platform/IVBlurFacts.h"
 
 namespace vblur::host {
 
@@ -300,6 +301,10 @@ void SequenceRun::RenderField(FrameSlot& slot, std::int32_t field) {
   effect_->SetField(field);
   const HRESULT result = effect_->RenderFrame(FrameTime(job_, slot.result.frame));
   if (context_.stopped()) throw FrameDropped{};
+  if (const auto* facts = dynamic_cast<const IVBlurFacts*>(effect_.get());
+      facts != nullptr && facts->RanOutOfMemory()) {
+    throw std::bad_alloc();
+  }
   if (result == kOk) return;
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "0x%08x", static_cast<unsigned>(result));

@@ -13,30 +13,18 @@ namespace vblur {
 template <class Pixel, class Accum, std::int32_t Max>
 void FuzzSampler<Pixel, Accum, Max>::preProcess(Texture* in, Texture* out) {
   switch (mode) {
-    case kFuzzRGBA:
-      return filterDirectly<1, 1, 1, 1>(in, out);
-    case kFuzzAlpha:
-      return filterDirectly<0, 0, 0, 1>(in, out);
-    case kFuzzRGB:
-      return filterDirectly<1, 1, 1, 0>(in, out);
-    case kFuzzGrey:
-      return filterGrey(in, out);
-    case kFuzzRed:
-      return filterDirectly<1, 0, 0, 0>(in, out);
-    case kFuzzGreen:
-      return filterDirectly<0, 1, 0, 0>(in, out);
-    case kFuzzBlue:
-      return filterDirectly<0, 0, 1, 0>(in, out);
-    case kFuzzLuminance:
-      return filterYuv<1, 0, 0>(in, out);
-    case kFuzzU:
-      return filterYuv<0, 1, 0>(in, out);
-    case kFuzzV:
-      return filterYuv<0, 0, 1>(in, out);
-    case kFuzzChroma:
-      return filterYuv<0, 1, 1>(in, out);
-    default:
-      return;
+    case kFuzzRGBA: return filterDirectly<1, 1, 1, 1>(in, out);
+    case kFuzzAlpha: return filterDirectly<0, 0, 0, 1>(in, out);
+    case kFuzzRGB: return filterDirectly<1, 1, 1, 0>(in, out);
+    case kFuzzGrey: return filterGrey(in, out);
+    case kFuzzRed: return filterDirectly<1, 0, 0, 0>(in, out);
+    case kFuzzGreen: return filterDirectly<0, 1, 0, 0>(in, out);
+    case kFuzzBlue: return filterDirectly<0, 0, 1, 0>(in, out);
+    case kFuzzLuminance: return filterYuv<1, 0, 0>(in, out);
+    case kFuzzU: return filterYuv<0, 1, 0>(in, out);
+    case kFuzzV: return filterYuv<0, 0, 1>(in, out);
+    case kFuzzChroma: return filterYuv<0, 1, 1>(in, out);
+    default: return;
   }
 }
 
@@ -95,7 +83,7 @@ bool FuzzSampler<Pixel, Accum, Max>::makePlane(Plane& plane, const Texture& in, 
   plane.vertical.setSize(this->mapHeight);
   plane.allocate();
   if (plane.data == nullptr) {
-    stopForMemory(this->interrupt);
+    stopForRefusedMemory(this->interrupt);
     return false;
   }
   plane.setWriteOrigin(out.horizontal.writeOrigin, out.vertical.writeOrigin);

@@ -47,12 +47,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
         this->y1 = wrapSub(this->y1, verticalMargin());
         this->y2 = wrapAdd(this->y2, verticalMargin());
         break;
-      case 1:
-        restoreWindow();
-        break;
-      default:
-        restore(*in, *out);
-        break;
+      case 1: restoreWindow(); break;
+      default: restore(*in, *out); break;
     }
   }
 
@@ -60,10 +56,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     if (poll(this->interrupt) != 0) return;
     if (intermediate == nullptr || intermediate->data == nullptr) return;
     switch (this->pass) {
-      case 0:
-        return filterAlongX(*in);
-      case 1:
-        return filterAlongY(*out);
+      case 0: return filterAlongX(*in);
+      case 1: return filterAlongY(*out);
       default:
         if (copyBack != 0) copyIntermediate(*out);
     }
@@ -152,11 +146,14 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     if (intermediate != nullptr) return true;
     const std::int64_t height =
         static_cast<std::int64_t>(lineLengthY) + 2 * static_cast<std::int64_t>(verticalMargin());
-    if (height > 0 && height <= kInt32Max) {
-      intermediate.reset(new (std::nothrow) Texture(this->mapWidth, static_cast<std::int32_t>(height)));
-    }
+    const bool possible = height > 0 && height <= kInt32Max;
+    if (possible) intermediate.reset(new (std::nothrow) Texture(this->mapWidth, static_cast<std::int32_t>(height)));
     if (intermediate != nullptr && intermediate->data != nullptr) return true;
-    stopForMemory(this->interrupt);
+    if (possible) {
+      stopForRefusedMemory(this->interrupt);
+    } else {
+      stopForMemory(this->interrupt);
+    }
     intermediate.reset();
     return false;
   }
@@ -171,7 +168,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     if (axis.lineLength + 2 * box.margin(boxes) < 0) return stopForMemory(this->interrupt);
     if (first >= last) return;
     ThreeBoxes<Mask> threeBoxes(box, boxes, axis, outside);
-    if (!threeBoxes.isReady()) return stopForMemory(this->interrupt);
+    if (!threeBoxes.isReady()) return stopForRefusedMemory(this->interrupt);
     for (std::int32_t line = first; line < last; line += kBlockLines) {
       const std::int32_t n = std::min(kBlockLines, last - line);
       for (std::int32_t i = 0; i < n; ++i) {

@@ -58,7 +58,8 @@ class ThreeBoxes {
     alignas(64) std::int32_t result[kLanes] = {};
     // Radii from 8192 on have no weight left: whatever the lines hold, the result is 0.
     if (box_.scale == 0) {
-      for (std::int64_t i = lastRange_.first; i < lastRange_.last; ++i) store(i, result);
+      for (std::int64_t i = lastRange_.first; i < lastRange_.last; ++i)
+        store(i, result);
       return;
     }
 

@@ -68,10 +68,10 @@ Blur::Member Blur::MemberOf(PropertyId id) {
   return {};
 }
 
-HRESULT Blur::PutProperty(const GUID& guid, double value) {
-  const Property* property = FindProperty(guid);
-  if (property == nullptr) return kWrongArgument;
-  const Member member = MemberOf(property->id);
+HRESULT Blur::PutProperty(const GUID& property, double value) {
+  const Property* found = FindProperty(property);
+  if (found == nullptr) return kWrongArgument;
+  const Member member = MemberOf(found->id);
   if (member.number != nullptr) {
     *member.number = value;
   } else {
@@ -80,10 +80,10 @@ HRESULT Blur::PutProperty(const GUID& guid, double value) {
   return kOk;
 }
 
-HRESULT Blur::GetProperty(const GUID& guid, double& value) const {
-  const Property* property = FindProperty(guid);
-  if (property == nullptr) return kWrongArgument;
-  const Member member = const_cast<Blur*>(this)->MemberOf(property->id);
+HRESULT Blur::GetProperty(const GUID& property, double& value) const {
+  const Property* found = FindProperty(property);
+  if (found == nullptr) return kWrongArgument;
+  const Member member = const_cast<Blur*>(this)->MemberOf(found->id);
   value = member.number != nullptr ? *member.number : static_cast<double>(*member.whole);
   return kOk;
 }

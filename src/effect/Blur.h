@@ -29,6 +29,7 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts {
   HRESULT IsFormatSupported(const GUID& format) const override;
   HRESULT RenderFrame(double time) override;
   BlurSizeFacts DescribeBlurSize(double blur) const override;
+  bool RanOutOfMemory() const override { return interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
 
  private:
   // The member that holds a property's plain value: one of the two is set.

@@ -64,7 +64,7 @@ void Blur::FirstPass(double time, HvTexture<Pixel, Rf>& output, HvTexture<Pixel,
   }
   HvTexture<Pixel, Rf> scratch;
   scratch.cloneShape(source);
-  if (scratch.allocationFailed != 0) return interrupt.stopForMemory();
+  if (scratch.allocationFailed != 0) return stopForRefusedMemory(&interrupt);
   MixTransitionInputs(scratch, source, source2);
   RunBlurStage(time, output, scratch);
 }
@@ -75,7 +75,7 @@ void Blur::SecondPass(double time, HvTexture<Pixel, Rf>& output, HvTexture<Pixel
   if (!MixesClips() || !transitionTwoPass) return;
   HvTexture<Pixel, Rf> scratch;
   scratch.cloneShape(output);
-  if (scratch.allocationFailed != 0) return interrupt.stopForMemory();
+  if (scratch.allocationFailed != 0) return stopForRefusedMemory(&interrupt);
   if (transition.scaling == kCrossFade) transitionScale = 1.0f - RampValue(transitionProgress, transition.ramping);
   RunBlurStage(time, scratch, source2);
   MixTransitionResults(output, scratch);

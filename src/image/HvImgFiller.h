@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "image/Arithmetic.h"
 #include "image/HvIPWindowStack.h"
 #include "image/HvImgProc1.h"
 #include "image/HvTexture.h"
@@ -24,12 +25,9 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
     if (!fillOutside) return;
     if (this->pass > 0) pop();
     switch (this->pass) {
-      case 0:
-        return setBand(this->y1, bottom - 1);
-      case 1:
-        return setBand(bottom, top - 1);
-      default:
-        return setBand(top, this->y2 - 1);
+      case 0: return setBand(this->y1, wrapSub(bottom, 1));
+      case 1: return setBand(bottom, wrapSub(top, 1));
+      default: return setBand(top, this->y2 - 1);
     }
   }
 

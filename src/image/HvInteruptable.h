@@ -17,15 +17,19 @@ struct HvInterruptRecord {
   Callback callback = nullptr;
   HvStateWord interrupted{0};  // sticky: once non-zero the frame is over
   HvStateWord state{0};        // the reason
+  // The machine had no memory for a buffer of a size that could be: the frame is lost, not finished.
+  HvStateWord memoryRefused{0};
 
   void arm(void* newContext, Callback newCallback) {
     context = newContext;
     callback = newCallback;
     interrupted.store(0, std::memory_order_relaxed);
     state.store(0, std::memory_order_relaxed);
+    memoryRefused.store(0, std::memory_order_relaxed);
   }
 
-  // Stops the frame for want of memory.
+  // Stops the frame for want of memory. A buffer of a negative length counts as one that there is no
+  // memory for.
   void stopForMemory() {
     interrupted.store(kOutOfMemoryCode, std::memory_order_relaxed);
     state.store(kOutOfMemoryReason, std::memory_order_relaxed);
@@ -49,6 +53,13 @@ inline std::int32_t poll(HvInterruptRecord* record) {
 
 inline void stopForMemory(HvInterruptRecord* record) {
   if (record != nullptr) record->stopForMemory();
+}
+
+// The same when the machine refused memory for a buffer of a size that could be.
+inline void stopForRefusedMemory(HvInterruptRecord* record) {
+  if (record == nullptr) return;
+  record->memoryRefused.store(1, std::memory_order_relaxed);
+  record->stopForMemory();
 }
 
 // The root of all processors.

@@ -37,17 +37,14 @@ std::int32_t HvTexAxis::mapIndex(std::int32_t i) const {
   const std::int32_t v = wrapSub(i, lo);
   if (v >= 0 && v < n) return i;
   switch (edgeMethod) {
-    case kEdgeRepeat:
-      return v < 0 ? lo : hi;
+    case kEdgeRepeat: return v < 0 ? lo : hi;
     case kEdgeReflect: {
       if (v >= 0) return v / n % 2 != 0 ? lo + n - v % n - 1 : lo + v % n;
       const std::int32_t beyond = -(v + 1);
       return beyond / n % 2 == 0 ? lo + beyond % n : lo + floorMod(v);
     }
-    case kEdgeWrap:
-      return v < 0 ? lo + floorMod(v) : lo + v % n;
-    default:
-      return kOutside;
+    case kEdgeWrap: return v < 0 ? lo + floorMod(v) : lo + v % n;
+    default: return kOutside;
   }
 }
 
@@ -65,18 +62,15 @@ HvTexRun HvTexAxis::runBelow(std::int32_t i) const {
   const auto reach = static_cast<std::int32_t>(
       std::min<std::int64_t>(static_cast<std::int64_t>(lo) - i, std::numeric_limits<std::int32_t>::max()));
   switch (edgeMethod) {
-    case kEdgeRepeat:
-      return {lo, 0, reach};
+    case kEdgeRepeat: return {lo, 0, reach};
     case kEdgeReflect: {
       const std::int32_t beyond = -(v + 1);
       const std::int32_t r = beyond % n;
       if (beyond / n % 2 == 0) return {lo + r, -1, r + 1};
       [[fallthrough]];
     }
-    case kEdgeWrap:
-      return {lo + floorMod(v), 1, n - floorMod(v)};
-    default:
-      return {kOutside, 0, reach};
+    case kEdgeWrap: return {lo + floorMod(v), 1, n - floorMod(v)};
+    default: return {kOutside, 0, reach};
   }
 }
 
@@ -84,15 +78,12 @@ HvTexRun HvTexAxis::runAbove(std::int32_t i) const {
   const std::int32_t n = count;
   const std::int32_t v = wrapSub(i, lo);
   switch (edgeMethod) {
-    case kEdgeRepeat:
-      return {hi, 0, kInt32Max};
+    case kEdgeRepeat: return {hi, 0, kInt32Max};
     case kEdgeReflect:
       if (v / n % 2 != 0) return {lo + n - v % n - 1, -1, n - v % n};
       [[fallthrough]];
-    case kEdgeWrap:
-      return {lo + v % n, 1, n - v % n};
-    default:
-      return {kOutside, 0, kInt32Max};
+    case kEdgeWrap: return {lo + v % n, 1, n - v % n};
+    default: return {kOutside, 0, kInt32Max};
   }
 }
 
@@ -107,8 +98,7 @@ HvTexPair HvTexAxis::pairAt(std::int32_t i) const {
 HvTexPair HvTexAxis::pairBelow(std::int32_t v) const {
   const std::int32_t n = count;
   switch (edgeMethod) {
-    case kEdgeRepeat:
-      return {lo, lo, false};
+    case kEdgeRepeat: return {lo, lo, false};
     case kEdgeReflect: {
       const std::int32_t beyond = -(v + 1);
       const std::int32_t r = beyond % n;
@@ -121,8 +111,7 @@ HvTexPair HvTexAxis::pairBelow(std::int32_t v) const {
       const std::int32_t p1 = lo + (floorMod(v) + 1) % n;
       return {p0, p1, p1 == p0 + 1};
     }
-    default:
-      return {kOutside, v == -1 ? lo : kOutside, false};
+    default: return {kOutside, v == -1 ? lo : kOutside, false};
   }
 }
 
@@ -130,8 +119,7 @@ HvTexPair HvTexAxis::pairAbove(std::int32_t v) const {
   const std::int32_t n = count;
   const std::int32_t r = v % n;
   switch (edgeMethod) {
-    case kEdgeRepeat:
-      return {hi, hi, false};
+    case kEdgeRepeat: return {hi, hi, false};
     case kEdgeReflect:
       if (v / n % 2 != 0) return {lo + n - r - 1, n - r == 1 ? lo : lo + n - r - 2, false};
       return r == n - 1 ? HvTexPair{lo + r, lo + r, false} : HvTexPair{lo + r, lo + r + 1, true};
@@ -140,8 +128,7 @@ HvTexPair HvTexAxis::pairAbove(std::int32_t v) const {
       const std::int32_t p1 = lo + (r + 1) % n;
       return {p0, p1, p1 == p0 + 1};
     }
-    default:
-      return {v < n ? hi : kOutside, kOutside, false};
+    default: return {v < n ? hi : kOutside, kOutside, false};
   }
 }
 

@@ -23,22 +23,14 @@ void callWith(HvThreadFunction function, Words... words) {
 void enter(const HvCallBlock& block) {
   const auto& a = block.arguments;
   switch (block.count) {
-    case 0:
-      return callWith(block.function, &block);
-    case 1:
-      return callWith(block.function, a[0]);
-    case 2:
-      return callWith(block.function, a[0], a[1]);
-    case 3:
-      return callWith(block.function, a[0], a[1], a[2]);
-    case 4:
-      return callWith(block.function, a[0], a[1], a[2], a[3]);
-    case 5:
-      return callWith(block.function, a[0], a[1], a[2], a[3], a[4]);
-    case 6:
-      return callWith(block.function, a[0], a[1], a[2], a[3], a[4], a[5]);
-    default:
-      return;
+    case 0: return callWith(block.function, &block);
+    case 1: return callWith(block.function, a[0]);
+    case 2: return callWith(block.function, a[0], a[1]);
+    case 3: return callWith(block.function, a[0], a[1], a[2]);
+    case 4: return callWith(block.function, a[0], a[1], a[2], a[3]);
+    case 5: return callWith(block.function, a[0], a[1], a[2], a[3], a[4]);
+    case 6: return callWith(block.function, a[0], a[1], a[2], a[3], a[4], a[5]);
+    default: return;
   }
 }
 

@@ -47,10 +47,11 @@ consteval GUID MakeGuid(const char (&text)[39]) {
   guid.data1 = number(1, 8);
   guid.data2 = static_cast<std::uint16_t>(number(10, 4));
   guid.data3 = static_cast<std::uint16_t>(number(15, 4));
-  for (int i = 0; i < 2; ++i)
-    guid.data4[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(number(20 + 2 * i, 2));
-  for (int i = 0; i < 6; ++i)
-    guid.data4[static_cast<std::size_t>(i + 2)] = static_cast<std::uint8_t>(number(25 + 2 * i, 2));
+  int at = 20;
+  for (std::uint8_t& byte : guid.data4) {
+    byte = static_cast<std::uint8_t>(number(at, 2));
+    at += at == 22 ? 3 : 2;  // past the last hyphen
+  }
   return guid;
 }
 

@@ -1,4 +1,4 @@
-// What the effect can tell about itself to a program that explains it to a user.
+// What the effect can tell about itself, and about its last frame, to a program that explains it to a user.
 #pragma once
 
 namespace vblur {
@@ -15,6 +15,8 @@ class IVBlurFacts {
   virtual ~IVBlurFacts() = default;
 
   virtual BlurSizeFacts DescribeBlurSize(double blur) const = 0;
+  // The last frame was given up because the machine had no memory for it. A render returns 0 then too.
+  virtual bool RanOutOfMemory() const = 0;
 };
 
 }  // namespace vblur

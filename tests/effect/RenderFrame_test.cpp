@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/IVBlurFacts.h"
 #include "tests/effect/EffectBench.h"
 
 namespace vblur {
@@ -191,6 +192,24 @@ TEST_F(RenderFrame, TheNextRenderIsArmedAgain) {
   bench.contextInUse = &bench.context;
   bench.Render();
   ExpectOutput(Checks);
+}
+
+TEST_F(RenderFrame, TellsThatItRanOutOfMemory) {
+  // Rows for the reach of 90000 pixels, above and below one of 30000: more than there are addresses for.
+  const auto black = [](std::int32_t, std::int32_t) { return Pixel16{}; };
+  Paint<Pixel16>(bench.input, 30000, 1, black);
+  Paint<Pixel16>(bench.output, 30000, 1, [](std::int32_t, std::int32_t) { return Pixel16{1, 2, 3, 4}; });
+  const auto* facts = dynamic_cast<const IVBlurFacts*>(bench.effect.get());
+  bench.Set(PropertyId::Blur, 3.0);
+  EXPECT_EQ(bench.Render(), kOk);
+  EXPECT_FALSE(facts->RanOutOfMemory());
+  EXPECT_EQ(At<Pixel16>(bench.output, 7, 0), (Pixel16{0, 0, 0, 0}));
+
+  Paint<Pixel16>(bench.output, 30000, 1, [](std::int32_t, std::int32_t) { return Pixel16{1, 2, 3, 4}; });
+  bench.Set(PropertyId::Blur, 270000.0);
+  EXPECT_EQ(bench.Render(), kOk);
+  EXPECT_TRUE(facts->RanOutOfMemory());
+  EXPECT_EQ(At<Pixel16>(bench.output, 7, 0), (Pixel16{1, 2, 3, 4}));
 }
 
 TEST_F(RenderFrame, BothDepthsCountAOneAsFull) {

@@ -1,0 +1,63 @@
+// A picture to draw explanations on: flat colours, lines and other pictures. Row 0 is the top.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include <OpenImageIO/imagebuf.h>
+
+#include "host/HostImage.h"
+
+namespace vblur::host {
+
+// Components from 0 to 1, shown as they are.
+struct Colour {
+  float red = 0.0f;
+  float green = 0.0f;
+  float blue = 0.0f;
+  float alpha = 1.0f;
+};
+
+struct CanvasPoint {
+  double x = 0.0;
+  double y = 0.0;
+};
+
+// How the alpha of a picture is shown.
+enum class AlphaView {
+  Straight,    // over a checkerboard; colours are not multiplied by alpha
+  Associated,  // over a checkerboard; they are
+  Ignored,     // the colours alone
+};
+
+class Canvas {
+ public:
+  // Of at least one pixel a side, in one colour.
+  Canvas(std::int32_t width, std::int32_t height, Colour background);
+
+  std::int32_t width() const { return width_; }
+  std::int32_t height() const { return height_; }
+
+  // What lies outside the canvas is left out, here and below.
+  void FillBox(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, Colour colour);
+  // The outline of a box, one pixel wide, just outside of it.
+  void Frame(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, Colour colour);
+  // A line through points, `thickness` pixels wide, with hard edges.
+  void Curve(std::span<const CanvasPoint> points, std::int32_t thickness, Colour colour);
+  // A four-component picture with its upper left corner at (x, y).
+  void Picture(std::int32_t x, std::int32_t y, const HostImage& picture, AlphaView view);
+  // A canvas `factor` times as large as what it becomes here: drawn large, its hard edges turn smooth.
+  void Reduced(std::int32_t x, std::int32_t y, const Canvas& large, std::int32_t factor);
+
+  // An opaque 8-bit picture of it.
+  void CopyTo(HostImage& image) const;
+
+  OIIO::ImageBuf& buffer() { return buffer_; }
+
+ private:
+  std::int32_t width_;
+  std::int32_t height_;
+  OIIO::ImageBuf buffer_;
+};
+
+}  // namespace vblur::host
