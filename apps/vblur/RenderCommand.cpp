@@ -2,6 +2,7 @@
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/PictureOptions.h"
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunJob.h"
 #include "host/JobCheck.h"
@@ -23,6 +24,7 @@ class RenderCommand : public Command {
         ->add_option("OUTPUT", job_.output.file, "Picture to write, numbered alike for a sequence")
         ->required()
         ->type_name("");
+    AddPictureOptions(*app(), job_);
     AddPropertyOptions(*app(), job_.properties);
     AddFrameOptions(*app(), job_);
     AddRunOptions(*app(), run_);
@@ -33,11 +35,20 @@ class RenderCommand : public Command {
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
+    CheckPictures();
     if (!saved_.empty()) SaveJob();
     return RunJob(job_, global, run_, terminal);
   }
 
  private:
+  void CheckPictures() {
+    if (job_.mask && job_.mask->file.empty()) {
+      throw host::Failure(host::ExitCode::WrongUsage, "--mask-offset: there is no mask, expected --mask FILE too");
+    }
+    // Options that give a place give it to all clips.
+    if (job_.input2) job_.input2->origin = job_.input->origin;
+  }
+
   void SaveJob() const {
     host::JobCheckOptions check;
     check.outputMayBeInput = run_.render.overwrite;

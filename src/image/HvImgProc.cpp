@@ -8,18 +8,8 @@
 namespace vblur {
 
 void HvImgProc::setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
-  x1 = left;
-  y1 = top;
-  x2 = wrapAdd(right, 1);
-  y2 = wrapAdd(bottom, 1);
+  storeWindow(left, top, right, bottom);
   flags |= kWindowSet;
-}
-
-void HvImgProc::getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const {
-  left = x1;
-  top = y1;
-  right = wrapSub(x2, 1);
-  bottom = wrapSub(y2, 1);
 }
 
 void HvImgProc::process(const HvTexIndexer* target) {

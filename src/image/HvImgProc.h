@@ -3,14 +3,11 @@
 
 #include <cstdint>
 
-#include "image/HvInteruptable.h"
-#include "image/HvTexIndexer.h"
-#include "image/Imager.h"
-#include "image/RowBand.h"
+#include "image/HvRowProcessor.h"
 
 namespace vblur {
 
-class HvImgProc : public HvInteruptable {
+class HvImgProc : public HvRowProcessor {
  public:
   enum Flag : std::uint32_t {
     kSharingRows = 1,  // rows are being shared among threads
@@ -36,28 +33,9 @@ class HvImgProc : public HvInteruptable {
 
   // x2 and y2 inclusive.
   void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
-  void getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const;
-  void setPasses(std::int32_t n) { passes = n; }
-  void setFieldMode(std::int32_t mode) { fieldMode = mode; }
-  std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }
-  std::int32_t rowStep() const { return fieldRowStep(fieldMode); }
 
   std::uint32_t flags = 0;
-  // The window: x1 and y1 inclusive, x2 and y2 exclusive.
-  std::int32_t x1 = 0;
-  std::int32_t y1 = 0;
-  std::int32_t x2 = 0;
-  std::int32_t y2 = 0;
-  std::int32_t passes = 1;
-  std::int32_t pass = 0;
   std::uint32_t options = kUseThreads;
-  std::int32_t fieldMode = kAllRows;
-  float aspect = 1.0f;
-  float inverseAspect = 1.0f;
-  // The target while it is processed, and its size.
-  const HvTexIndexer* map = nullptr;
-  std::int32_t mapWidth = 0;
-  std::int32_t mapHeight = 0;
 
  protected:
   // The rows of the calling thread, not yet aligned to a field.

@@ -5,9 +5,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "image/HvInteruptable.h"
+#include "image/HvRowProcessor.h"
 #include "image/HvTexture.h"
-#include "image/Imager.h"
 
 namespace vblur {
 

@@ -1,0 +1,13 @@
+// The options that name further pictures of a render, and what the effect is used as.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "host/Job.h"
+
+namespace vblur::cli {
+
+// `--to`, `--mask`, `--mask-offset`, `--use`. The job must outlive the parsing.
+void AddPictureOptions(CLI::App& app, host::Job& job);
+
+}  // namespace vblur::cli

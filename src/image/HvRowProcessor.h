@@ -1,0 +1,63 @@
+// What the two families of processors share: a window, passes, a field and the target that is being
+// processed.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Arithmetic.h"
+#include "image/HvInteruptable.h"
+#include "image/HvTexIndexer.h"
+#include "image/RowBand.h"
+
+namespace vblur {
+
+// What one thread has to do of a target: columns x1 to x2 - 1 of rows firstRow, firstRow + rowStep ...
+// below lastRow.
+struct HvRowLoop {
+  std::int32_t x1 = 0;
+  std::int32_t x2 = 0;
+  std::int32_t firstRow = 0;
+  std::int32_t lastRow = 0;
+  std::int32_t rowStep = 1;
+};
+
+class HvRowProcessor : public HvInteruptable {
+ public:
+  // right and bottom inclusive.
+  void getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const {
+    left = x1;
+    top = y1;
+    right = wrapSub(x2, 1);
+    bottom = wrapSub(y2, 1);
+  }
+  void setPasses(std::int32_t n) { passes = n; }
+  void setFieldMode(std::int32_t mode) { fieldMode = mode; }
+  std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }
+  std::int32_t rowStep() const { return fieldRowStep(fieldMode); }
+
+  // The window: x1 and y1 inclusive, x2 and y2 exclusive.
+  std::int32_t x1 = 0;
+  std::int32_t y1 = 0;
+  std::int32_t x2 = 0;
+  std::int32_t y2 = 0;
+  std::int32_t passes = 1;
+  std::int32_t pass = 0;
+  float aspect = 1.0f;
+  float inverseAspect = 1.0f;
+  std::int32_t fieldMode = kAllRows;
+  // The target while it is processed, and its size.
+  const HvTexIndexer* map = nullptr;
+  std::int32_t mapWidth = 0;
+  std::int32_t mapHeight = 0;
+
+ protected:
+  // right and bottom inclusive.
+  void storeWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
+    x1 = left;
+    y1 = top;
+    x2 = wrapAdd(right, 1);
+    y2 = wrapAdd(bottom, 1);
+  }
+};
+
+}  // namespace vblur
