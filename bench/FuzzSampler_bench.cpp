@@ -1,9 +1,9 @@
 // The whole filter on a 3840 x 2160 picture, beside plain copies of the same bytes on the same threads:
 // the floor of anything that reads the source, writes an intermediate, reads it and writes a result.
-#include <benchmark/benchmark.h>
-
 #include <cstring>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 #include "blur/FuzzSampler.h"
 #include "image/HvThreads.h"
@@ -32,8 +32,8 @@ void fill(HvTexture<Pixel, Ri>& texture) {
 }
 
 void report(benchmark::State& state) {
-  state.counters["ms/MP"] = benchmark::Counter(kMegapixels * 1e-3, benchmark::Counter::kIsIterationInvariantRate |
-                                                                       benchmark::Counter::kInvert);
+  state.counters["per_MP"] =
+      benchmark::Counter(kMegapixels, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 template <class Pixel>
@@ -73,9 +73,11 @@ void Fuzz(benchmark::State& state) {
 void sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->Unit(benchmark::kMillisecond)->ArgNames({"threads", "r100", "mode"})->UseRealTime();
   for (const int threads : {1, 2}) {
-    for (const int radius : {50, 333, 1000, 3330, 10000, 33300}) benchmark->Args({threads, radius, kFuzzRGBA});
+    for (const int radius : {50, 333, 1000, 3330, 10000, 33300})
+      benchmark->Args({threads, radius, kFuzzRGBA});
   }
-  for (const int mode : {kFuzzRGB, kFuzzRed, kFuzzGrey, kFuzzLuminance, kFuzzChroma}) benchmark->Args({1, 1000, mode});
+  for (const int mode : {kFuzzRGB, kFuzzRed, kFuzzGrey, kFuzzLuminance, kFuzzChroma})
+    benchmark->Args({1, 1000, mode});
 }
 
 BENCHMARK(FourCopies<R8>)->Unit(benchmark::kMillisecond)->ArgName("threads")->Arg(1)->Arg(2)->UseRealTime();
