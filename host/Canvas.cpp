@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
+#include <vector>
 
 #include <OpenImageIO/imagebufalgo.h>
 
@@ -59,10 +59,10 @@ void Canvas::Curve(std::span<const CanvasPoint> points, std::int32_t thickness, 
     const auto y1 = static_cast<std::int32_t>(std::lround(points[i - 1].y));
     const auto x2 = static_cast<std::int32_t>(std::lround(points[i].x));
     const auto y2 = static_cast<std::int32_t>(std::lround(points[i].y));
-    for (std::int32_t shift = 0; shift < thickness * thickness; ++shift) {
-      const std::int32_t dx = shift % thickness - before;
-      const std::int32_t dy = shift / thickness - before;
-      OIIO::ImageBufAlgo::render_line(buffer_, x1 + dx, y1 + dy, x2 + dx, y2 + dy, Values(colour));
+    // A cross for a brush: the line is as wide in every direction, and few strokes make it.
+    for (std::int32_t shift = -before; shift < thickness - before; ++shift) {
+      OIIO::ImageBufAlgo::render_line(buffer_, x1 + shift, y1, x2 + shift, y2, Values(colour));
+      OIIO::ImageBufAlgo::render_line(buffer_, x1, y1 + shift, x2, y2 + shift, Values(colour));
     }
   }
 }
@@ -82,7 +82,7 @@ void Canvas::Picture(std::int32_t x, std::int32_t y, const HostImage& picture, A
 
 void Canvas::Reduced(std::int32_t x, std::int32_t y, const Canvas& large, std::int32_t factor) {
   OIIO::ImageBuf small(OIIO::ImageSpec(large.width_ / factor, large.height_ / factor, 4, OIIO::TypeDesc::UINT8));
-  OIIO::ImageBufAlgo::resize(small, large.buffer_, "box", static_cast<float>(1));
+  OIIO::ImageBufAlgo::resize(small, large.buffer_, "box");
   OIIO::ImageBufAlgo::paste(buffer_, x, y, 0, 0, small);
 }
 

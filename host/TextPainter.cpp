@@ -38,8 +38,9 @@ TextPainter::TextPainter(std::span<const std::filesystem::path> folders)
     : regular_(FindFont(folders, "DejaVuSans.ttf")), bold_(FindFont(folders, "DejaVuSans-Bold.ttf")) {
   for (const std::string& font : {regular_, bold_}) {
     if (OIIO::ImageBufAlgo::text_size("x", 16, font).defined()) continue;
-    throw Failure(ExitCode::CannotRead, font + ": the picture library cannot draw text with this font; it must be "
-                                               "built with FreeType");
+    throw Failure(ExitCode::CannotRead, font +
+                                            ": the picture library cannot draw text with this font; it must be "
+                                            "built with FreeType");
   }
 }
 

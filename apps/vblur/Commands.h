@@ -35,5 +35,7 @@ std::unique_ptr<Command> MakeRenderCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeJobCommand(CLI::App& parent);
 std::unique_ptr<Command> MakePropertiesCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeChartCommand(CLI::App& parent);
+std::unique_ptr<Command> MakeSheetCommand(CLI::App& parent);
+std::unique_ptr<Command> MakeKernelCommand(CLI::App& parent);
 
 }  // namespace vblur::cli

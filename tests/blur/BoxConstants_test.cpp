@@ -1,8 +1,8 @@
 #include "blur/BoxConstants.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
+
+#include <gtest/gtest.h>
 
 namespace vblur {
 

@@ -1,9 +1,9 @@
 #include "blur/BoxFilter.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/Random.h"
 
@@ -62,16 +62,14 @@ void compareWithSums(Random& random, float radius, int low, int high) {
 }
 
 TEST(BoxFilter, EqualsTheSumOfItsTaps) {
-  for (const float radius :
-       {0.0f, 0.00005f, 0.25f, 0.5f, 0.9999f, 1.0f, 1.25f, 2.0f, 2.75f, 63.0f, 64.5f, 65.0f, 100.0f, 1000.0f, 8191.0f}) {
+  for (const float radius : {0.0f, 0.00005f, 0.25f, 0.5f, 0.9999f, 1.0f, 1.25f, 2.0f, 2.75f, 63.0f, 64.5f, 65.0f,
+                             100.0f, 1000.0f, 8191.0f}) {
     forRandomCases(8, [&](Random& random) {
       compareWithSums(random, radius, 0, 255);
       compareWithSums(random, radius, -32768, 32767);
     });
   }
-  forRandomCases(400, [](Random& random) {
-    compareWithSums(random, random.between(0.0f, 80.0f), -32768, 32767);
-  });
+  forRandomCases(400, [](Random& random) { compareWithSums(random, random.between(0.0f, 80.0f), -32768, 32767); });
 }
 
 TEST(BoxFilter, HoldsItsProductsAtTheEndsOfTheRange) {

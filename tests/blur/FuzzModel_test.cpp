@@ -89,15 +89,14 @@ void compareEitherDepth(Random& random, const Case& what) {
 }
 
 TEST(FuzzAgainstModel, AtEverydayRadii) {
-  forRandomCases(2500, [](Random& random) {
+  forRandomCases(2000, [](Random& random) {
     const Sizes sizes = smallSizes(random, random.oneIn(10) ? 50 : 14);
-    compareEitherDepth(random,
-                       {sizes, randomRadius(random, Radii::Everyday), randomRadius(random, Radii::Everyday)});
+    compareEitherDepth(random, {sizes, randomRadius(random, Radii::Everyday), randomRadius(random, Radii::Everyday)});
   });
 }
 
 TEST(FuzzAgainstModel, AtLargeRadii) {
-  forRandomCases(100, [](Random& random) {
+  forRandomCases(70, [](Random& random) {
     const bool wide = random.oneIn(2);
     const Sizes sizes = wide ? Sizes{random.within(1, 300), random.within(1, 4), random.within(30, 350), 2}
                              : Sizes{random.within(1, 4), random.within(1, 300), 2, random.within(30, 350)};
@@ -108,7 +107,7 @@ TEST(FuzzAgainstModel, AtLargeRadii) {
 }
 
 TEST(FuzzAgainstModel, AtRadiiThatLeaveNothing) {
-  forRandomCases(3, [](Random& random) {
+  forRandomCases(2, [](Random& random) {
     const bool wide = random.oneIn(2);
     const Sizes sizes = wide ? Sizes{2800, 1, 2800, 1} : Sizes{1, 2800, 1, 2800};
     const float radius = random.oneOf({8191.0f, 8191.5f, 8192.0f, 8400.25f});
@@ -117,7 +116,7 @@ TEST(FuzzAgainstModel, AtRadiiThatLeaveNothing) {
 }
 
 TEST(FuzzAgainstModel, AtRadiiBelowZero) {
-  forRandomCases(1200, [](Random& random) {
+  forRandomCases(1000, [](Random& random) {
     const Sizes sizes = smallSizes(random, 14);
     const bool both = random.oneIn(3);
     const float a = randomRadius(random, Radii::BelowZero);

@@ -1,4 +1,4 @@
-// The filter by itself against the independent model: every instance, and one, two or three boxes.
+// The filter by itself against the independent model: every width of pixel, and one, two or three boxes.
 #include <gtest/gtest.h>
 
 #include "blur/GaussFilter.h"
@@ -21,13 +21,11 @@ using Colours = Instance<BlurRGBAGauss<Pixel, Ri, Max, R, G, B, A>, Pixel, R, G,
 template <std::int32_t Max>
 using OneChannel = Instance<BlurGeneralGauss<int, int, Max, 1, 0, 0, 0>, int, 1, 0, 0, 0>;
 
+// Each width of pixel, and each number of channels; the rest of the masks run within the chains.
 using Instances =
     ::testing::Types<Colours<R8, 255, 1, 1, 1, 0>, Colours<R8, 255, 1, 1, 1, 1>, Colours<R8, 255, 0, 0, 0, 1>,
-                     Colours<R8, 255, 1, 0, 0, 0>, Colours<R8, 255, 0, 1, 0, 0>, Colours<R8, 255, 0, 0, 1, 0>,
-                     Colours<R16, 32767, 1, 1, 1, 0>, Colours<R16, 32767, 1, 1, 1, 1>, Colours<R16, 32767, 0, 0, 0, 1>,
-                     Colours<R16, 32767, 1, 0, 0, 0>, Colours<R16, 32767, 0, 1, 0, 0>, Colours<R16, 32767, 0, 0, 1, 0>,
-                     Colours<Ri, 255, 1, 0, 0, 0>, Colours<Ri, 255, 0, 1, 0, 0>, Colours<Ri, 32767, 0, 0, 1, 0>,
-                     Colours<Ri, 32767, 0, 1, 1, 0>, OneChannel<255>, OneChannel<32767>>;
+                     Colours<R16, 32767, 1, 1, 1, 1>, Colours<R16, 32767, 0, 1, 0, 0>, Colours<Ri, 255, 1, 0, 0, 0>,
+                     Colours<Ri, 32767, 0, 1, 1, 0>, OneChannel<255>>;
 
 template <class T>
 class GaussFilterAgainstModel : public ::testing::Test {
@@ -45,11 +43,18 @@ class GaussFilterAgainstModel : public ::testing::Test {
     return storageRange<Pixel>();
   }
 
+  // A plain copy within one picture must not read what it has written.
+  static void readWhereWritten(Texture& texture) {
+    texture.wholeBounds();
+    texture.setOrigin(texture.horizontal.writeOrigin, texture.vertical.writeOrigin);
+  }
+
   static void compare(Random& random, float sizeX, float sizeY, bool sameTexture) {
     const ComponentRange<Pixel> range = rangeOf(random);
     Picture output(random, random.within(1, 14), random.within(1, 14), range);
     Picture other(random, randomSize(random, 14), randomSize(random, 14), range);
     Picture& input = sameTexture ? output : other;
+    if (sameTexture && sizeX == 0.0f && sizeY == 0.0f) readWhereWritten(output.texture);
     Filter filter;
     HvInterruptRecord record;
     filter.interrupt = &record;
@@ -79,28 +84,28 @@ class GaussFilterAgainstModel : public ::testing::Test {
     EXPECT_EQ(record.interrupted, hasMemory ? 0 : 1);
     EXPECT_EQ(record.state, hasMemory ? 0 : 1000);
     EXPECT_TRUE(output.canvas.guardsAreIntact());
-    if (hasMemory) EXPECT_TRUE(before.areThoseOf(output.texture));
+    EXPECT_TRUE(!hasMemory || before.areThoseOf(output.texture));
   }
 };
 
 TYPED_TEST_SUITE(GaussFilterAgainstModel, Instances);
 
 TYPED_TEST(GaussFilterAgainstModel, FromOnePictureToAnother) {
-  forRandomCases(120, [this](Random& random) {
+  forRandomCases(200, [this](Random& random) {
     const float sizeX = randomRadius(random, Radii::Everyday);
     this->compare(random, sizeX, randomRadius(random, Radii::Everyday), false);
   });
 }
 
 TYPED_TEST(GaussFilterAgainstModel, WithinOnePicture) {
-  forRandomCases(60, [this](Random& random) {
+  forRandomCases(100, [this](Random& random) {
     const float sizeX = randomRadius(random, Radii::Everyday);
     this->compare(random, sizeX, randomRadius(random, Radii::Everyday), true);
   });
 }
 
 TYPED_TEST(GaussFilterAgainstModel, AtRadiiBelowZero) {
-  forRandomCases(60, [this](Random& random) {
+  forRandomCases(100, [this](Random& random) {
     const float sizeX = randomRadius(random, Radii::BelowZero);
     this->compare(random, sizeX, randomRadius(random, Radii::BelowZero), random.oneIn(4));
   });

@@ -1,8 +1,8 @@
 #include "host/PictureFile.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
+
+#include <gtest/gtest.h>
 
 #include "host/OutputFile.h"
 #include "tests/host/FailureOf.h"
@@ -35,7 +35,8 @@ class EveryFormat : public testing::TestWithParam<FormatCase> {
     const PictureInfo info = PictureReader().ReadColour(path, depth, read).info;
     EXPECT_EQ(info.channels, GetParam().alpha ? 4 : 3);
     if (!GetParam().alpha) {
-      for (std::size_t i = 3; i < ComponentCount(written); i += 4) SetComponent(written, i, depth == 8 ? 255 : 16384);
+      for (std::size_t i = 3; i < ComponentCount(written); i += 4)
+        SetComponent(written, i, depth == 8 ? 255 : 16384);
     }
     ASSERT_EQ(read.width(), kWidth);
     ASSERT_EQ(read.height(), kHeight);
@@ -70,7 +71,8 @@ TEST_P(EveryFormat, TheFirstRowOfTheFileIsTheTop) {
   HostImage image;
   image.Reset(8, 4, 16, 16);
   image.Clear();
-  for (std::size_t i = 0; i < 16 * 8 * 4; ++i) SetComponent(image, i, 255);
+  for (std::size_t i = 0; i < 16 * 8 * 4; ++i)
+    SetComponent(image, i, 255);
   const auto path = folder_.path() / ("picture." + std::string(GetParam().extension));
   PictureWriter().Write(path, image, nullptr, false);
   auto file = OIIO::ImageInput::open(path.string());
@@ -167,7 +169,8 @@ TEST_F(PictureFileTest, FloatsAreLimitedToTheRangeOfTheDepth) {
 
 TEST_F(PictureFileTest, AMaskIsTheFirstChannelAsAnAmount) {
   const auto path = folder_.path() / "mask.png";
-  WriteRaw(path, "png", OIIO::ImageSpec(2, 1, 3, OIIO::TypeDesc::UINT8), std::vector<std::uint8_t>{255, 1, 2, 51, 3, 4});
+  WriteRaw(path, "png", OIIO::ImageSpec(2, 1, 3, OIIO::TypeDesc::UINT8),
+           std::vector<std::uint8_t>{255, 1, 2, 51, 3, 4});
   PictureReader reader;
   reader.ReadMask(path, 8, image_);
   EXPECT_EQ(image_.components(), 1);

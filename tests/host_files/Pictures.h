@@ -1,8 +1,6 @@
 // Pictures and raw files for the tests of reading and writing.
 #pragma once
 
-#include <OpenImageIO/imageio.h>
-
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +9,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <OpenImageIO/imageio.h>
 
 #include "host/HostImage.h"
 
@@ -40,7 +40,8 @@ inline std::size_t ComponentCount(const HostImage& image) {
 
 inline std::vector<std::int32_t> Components(const HostImage& image) {
   std::vector<std::int32_t> all(ComponentCount(image));
-  for (std::size_t i = 0; i < all.size(); ++i) all[i] = Component(image, i);
+  for (std::size_t i = 0; i < all.size(); ++i)
+    all[i] = Component(image, i);
   return all;
 }
 
@@ -48,9 +49,9 @@ inline std::vector<std::int32_t> Components(const HostImage& image) {
 inline void FillRandom(HostImage& image, std::int32_t low, std::int32_t high, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_int_distribution<std::int32_t> value(low, high);
-  for (std::size_t i = 0; i < ComponentCount(image); ++i) SetComponent(image, i, i % 16 == 3 ? 0 : value(random));
+  for (std::size_t i = 0; i < ComponentCount(image); ++i)
+    SetComponent(image, i, i % 16 == 3 ? 0 : value(random));
 }
-
 
 // A file of exactly these samples, top row first, as the picture library writes them.
 template <typename Sample>
@@ -71,7 +72,8 @@ inline std::string Bytes(const std::filesystem::path& path) {
 
 inline std::set<std::string> NamesIn(const std::filesystem::path& folder) {
   std::set<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.insert(entry.path().filename().string());
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+    names.insert(entry.path().filename().string());
   return names;
 }
 

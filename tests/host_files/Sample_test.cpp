@@ -1,12 +1,12 @@
 #include "host/Sample.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <random>
+
+#include <gtest/gtest.h>
 
 namespace vblur::host {
 namespace {

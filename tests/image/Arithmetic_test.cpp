@@ -1,9 +1,9 @@
 #include "image/Arithmetic.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
+
+#include <gtest/gtest.h>
 
 namespace vblur {
 namespace {

@@ -1,8 +1,8 @@
 #include "image/HvTexAxis.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
+
+#include <gtest/gtest.h>
 
 #include "image/Pixels.h"
 

@@ -1,9 +1,9 @@
 #include "image/HvTexture.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <limits>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/Canvas.h"
 

@@ -1,8 +1,8 @@
 #include "image/Pixels.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/PrintPixel.h"
 

@@ -46,8 +46,7 @@ template <class Pixel>
 Pixel randomPixel(Random& random, ComponentRange<Pixel> range) {
   Pixel pixel{};
   for (int c = 0; c < PixelTraits<Pixel>::kComponents; ++c) {
-    const int value =
-        random.oneIn(8) ? random.oneOf({range.low, range.high}) : random.within(range.low, range.high);
+    const int value = random.oneIn(8) ? random.oneOf({range.low, range.high}) : random.within(range.low, range.high);
     setComponent(pixel, c, static_cast<ComponentOf<Pixel>>(value));
   }
   return pixel;
@@ -63,7 +62,7 @@ class Canvas {
         rowsApart_(layout.rowsApart),
         bottomUp_(layout.bottomUp),
         pitch_(static_cast<std::size_t>(width) * sizeof(Pixel) + 2 * guard_),
-        memory_(pitch_ * (static_cast<std::size_t>(rowsApart_ * height_) + 2)) {
+        memory_(pitch_ * (static_cast<std::size_t>(rowsApart_ * height_) + 2) + 1) {
     for (std::size_t i = 0; i < memory_.size(); ++i)
       memory_[i] = guardByte(i);
     for (int y = 0; y < height_; ++y)

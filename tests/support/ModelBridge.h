@@ -1,9 +1,9 @@
 // Textures as pictures of the independent model, and the comparison of the two, bit for bit.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "image/HvTexture.h"
 #include "tests/model/depth.h"

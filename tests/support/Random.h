@@ -1,13 +1,13 @@
 // Random cases that can be repeated: every case has a seed of its own, and a failure names it.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <initializer_list>
 #include <random>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace vblur::test {
 
@@ -39,6 +39,13 @@ inline std::uint64_t numberFromEnvironment(const char* name, std::uint64_t other
   return text == nullptr ? otherwise : std::strtoull(text, nullptr, 10);
 }
 
+// Sanitizers take their time: they see a share of the cases.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr int kShareOfCases = 8;
+#else
+inline constexpr int kShareOfCases = 1;
+#endif
+
 // Calls body(random) for each case. VBLUR_TEST_CASES multiplies the number of cases;
 // VBLUR_TEST_SEED=s runs the one case with that seed.
 template <class Body>
@@ -49,7 +56,8 @@ void forRandomCases(int usualCount, const Body& body) {
     body(random);
   };
   if (std::getenv("VBLUR_TEST_SEED") != nullptr) return run(numberFromEnvironment("VBLUR_TEST_SEED", 0));
-  const std::uint64_t count = static_cast<std::uint64_t>(usualCount) * numberFromEnvironment("VBLUR_TEST_CASES", 1);
+  const auto usual = static_cast<std::uint64_t>((usualCount + kShareOfCases - 1) / kShareOfCases);
+  const std::uint64_t count = usual * numberFromEnvironment("VBLUR_TEST_CASES", 1);
   for (std::uint64_t seed = 1; seed <= count && !::testing::Test::HasFailure(); ++seed)
     run(seed);
 }

@@ -32,7 +32,7 @@ struct SceneOptions {
   Layout inLayout;
   int moveX = 0;  // added to every origin
   int moveY = 0;
-  bool positive = false;     // the target lies at rows from 0 up
+  bool positive = false;      // the target lies at rows from 0 up
   bool sameAsTarget = false;  // the in-place input is a picture equal to the target
   bool shareTarget = false;   // and lies in the target's memory
   bool emptyInputs = false;
@@ -83,14 +83,16 @@ class Scene {
 
   bool guardsAreIntact() const {
     bool intact = canvas_->guardsAreIntact();
-    std::apply([&](const auto&... held) { ((intact = intact && (!held.canvas || held.canvas->guardsAreIntact())), ...); },
-               canvases_);
+    std::apply(
+        [&](const auto&... held) { ((intact = intact && (!held.canvas || held.canvas->guardsAreIntact())), ...); },
+        canvases_);
     return intact;
   }
   bool inputsAreUnchanged() const {
     bool same = true;
-    std::apply([&](const auto&... held) { ((same = same && (!held.canvas || held.canvas->pixels() == held.before)), ...); },
-               canvases_);
+    std::apply(
+        [&](const auto&... held) { ((same = same && (!held.canvas || held.canvas->pixels() == held.before)), ...); },
+        canvases_);
     return same;
   }
 

@@ -1,9 +1,9 @@
 // What a call writes to the standard error stream.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace vblur::test {
 

@@ -1,27 +1,12 @@
-// The contract of all processors, on those of the image core.
-#include "image/ChannelCopySampler.h"
+// The contract of all processors, on the filler and on a processor of each framework.
 #include "image/Combiner.h"
 #include "image/Generator.h"
 #include "image/HvImgFiller.h"
 #include "image/HvImgProc3.h"
-#include "image/HvRGBCopySampler.h"
-#include "image/SimpleCopySampler.h"
 #include "tests/support/ProcessorContract.h"
 
 namespace vblur::test {
 namespace {
-
-template <class Pixel, class Accum>
-struct WholeCopy : SamplerSubject<SimpleCopySampler<Pixel, Accum>, HvTexture<Pixel, Accum>> {};
-
-template <class Pixel, int R, int G, int B, int A>
-struct ChannelCopy : SamplerSubject<ChannelCopySampler<Pixel, Ri, R, G, B, A>, HvTexture<Pixel, Ri>> {};
-
-template <class Pixel, int Channels>
-struct NamedCopy : SamplerSubject<HvRGBCopySampler<Pixel, Rf>, HvTexture<Pixel, Rf>> {
-  static constexpr bool kKnowsFields = Channels == 15;
-  static void setUp(HvRGBCopySampler<Pixel, Rf>& copy) { copy.channels = Channels; }
-};
 
 template <class Pixel>
 struct Fill : GeneratorSubject<HvImgFiller<Pixel, Rf>, HvTexture<Pixel, Rf>> {
@@ -86,17 +71,9 @@ struct Greater : CombinerSubject<GreaterCombiner, Frame, Frame, Frame> {};
 struct GreaterOfMembers : CombinerSubject<GreaterProc3, Frame, Frame, Frame> {};
 struct Generated : GeneratorSubject<PlainGenerator, Frame> {};
 
-using WholeCopies = Subjects<WholeCopy<R8, Rf>, WholeCopy<R8, Ri>, WholeCopy<R16, Rf>, WholeCopy<R16, Ri>,
-                             WholeCopy<Ri, Ri>, WholeCopy<int, int>>;
-using ChannelCopies = Subjects<ChannelCopy<R8, 0, 0, 0, 1>, ChannelCopy<R8, 1, 1, 1, 0>, ChannelCopy<R16, 0, 1, 1, 1>,
-                               ChannelCopy<R16, 1, 0, 1, 1>, ChannelCopy<R16, 1, 1, 0, 1>>;
-using NamedCopies = Subjects<NamedCopy<R8, 0>, NamedCopy<R8, 7>, NamedCopy<R16, 10>, NamedCopy<R16, 15>>;
-using Fills = Subjects<Fill<R8>, Fill<R16>, FillToZero<R16>, FillOutside<R8>, FillOutside<R16>>;
+using Fills = Subjects<Fill<R8>, FillToZero<R16>, FillOutside<R8>, FillOutside<R16>>;
 using Frameworks = Subjects<Greater, GreaterOfMembers, Generated>;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(WholeCopies, ProcessorContract, WholeCopies);
-INSTANTIATE_TYPED_TEST_SUITE_P(ChannelCopies, ProcessorContract, ChannelCopies);
-INSTANTIATE_TYPED_TEST_SUITE_P(NamedCopies, ProcessorContract, NamedCopies);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fills, ProcessorContract, Fills);
 INSTANTIATE_TYPED_TEST_SUITE_P(Frameworks, ProcessorContract, Frameworks);
 

@@ -1,0 +1,64 @@
+// vblur kernel OUTPUT: what the effect makes of a single point, drawn and in numbers.
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/Interruption.h"
+#include "apps/vblur/OptionText.h"
+#include "effect/CreateBlur.h"
+#include "host/KernelPlot.h"
+#include "host/OutputFile.h"
+#include "host/PropertyText.h"
+
+namespace vblur::cli {
+
+namespace {
+
+const Property& kBlur = PropertyOf(PropertyId::Blur);
+
+class KernelCommand : public Command {
+ public:
+  explicit KernelCommand(CLI::App& parent)
+      : Command(parent, "kernel", "Measure and draw the impulse response of a size") {
+    app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
+    AddTextOption(*app(), "--blur", "NUMBER",
+                  "Size: " + host::FormatNumber(kBlur.minimum) + " to " + host::FormatNumber(kBlur.maximum) + " [" +
+                      host::FormatNumber(kBlur.defaultValue) + "]",
+                  [this](const std::string& text) { blur_ = ParseNumber("--blur", text); });
+    AddTextOption(*app(), "--depth", "8|16", "Bits of a component while rendering [16]",
+                  [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
+    app()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
+  }
+
+  host::ExitCode Run(const GlobalOptions&, Terminal&) override {
+    CheckOptions();
+    host::RequireWritable(output_, overwrite_);
+    const host::TextPainter text;
+    Interruption interruption;
+    host::HostImage picture;
+    host::DrawKernel(host::MeasureKernel(CreateBlur, interruption.context(), blur_, depth_), text, picture);
+    host::PictureWriter().Write(output_, picture, nullptr, overwrite_);
+    return host::ExitCode::Done;
+  }
+
+ private:
+  void CheckOptions() const {
+    const auto refuse = [](const std::string& message) { throw host::Failure(host::ExitCode::WrongUsage, message); };
+    host::OutputFormatOf(output_);
+    if (depth_ != 8 && depth_ != 16) refuse("--depth: expected 8 or 16, found " + std::to_string(depth_));
+    if (blur_ < kBlur.minimum || blur_ > kBlur.maximum) {
+      refuse("--blur: expected " + host::FormatNumber(kBlur.minimum) + " to " + host::FormatNumber(kBlur.maximum) +
+             ", found " + host::FormatNumber(blur_));
+    }
+  }
+
+  std::string output_;
+  double blur_ = kBlur.defaultValue;
+  std::int32_t depth_ = 16;
+  bool overwrite_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeKernelCommand(CLI::App& parent) {
+  return std::make_unique<KernelCommand>(parent);
+}
+
+}  // namespace vblur::cli

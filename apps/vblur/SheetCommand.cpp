@@ -1,0 +1,110 @@
+// vblur sheet INPUT OUTPUT: many settings of the effect side by side on one picture.
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/Interruption.h"
+#include "apps/vblur/OptionText.h"
+#include "apps/vblur/PropertyOptions.h"
+#include "effect/CreateBlur.h"
+#include "host/ContactSheet.h"
+#include "host/NameMatch.h"
+#include "host/OutputFile.h"
+#include "host/PictureFileMetadata.h"
+#include "host/PropertyText.h"
+
+namespace vblur::cli {
+
+namespace {
+
+constexpr std::string_view kAlpha[] = {"shown", "ignored"};
+
+class SheetCommand : public Command {
+ public:
+  explicit SheetCommand(CLI::App& parent)
+      : Command(parent, "sheet", "Draw a labelled sheet of many settings on one picture") {
+    app()
+        ->add_option("INPUT", input_, "Picture to read; it is scaled down to the size of a panel")
+        ->required()
+        ->type_name("");
+    app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
+    AddTextOption(*app(), "--of", "channels|mix-back|edges|sizes|ramps",
+                  "All channel choices, all mix-back methods, all pairs of edge methods on a crop, a row of sizes, "
+                  "or a transition's frames for the four ramps",
+                  [this](const std::string& text) {
+                    request_.kind = static_cast<host::SheetKind>(ParseChoice("--of", text, host::kSheetNames));
+                  })
+        ->required();
+    AddTextOption(*app(), "--to", "INPUT2", "With ramps: the second clip [INPUT turned, its colours exchanged]",
+                  [this](const std::string& file) { second_ = file; });
+    AddTextOption(*app(), "--depth", "8|16", "Bits of a component while rendering [as INPUT's samples]",
+                  [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
+    AddTextOption(*app(), "--alpha", "shown|ignored",
+                  "Transparency over a checkerboard, or colours alone [ignored for mix-back and edges]",
+                  [this](const std::string& text) { request_.showsAlpha = ParseChoice("--alpha", text, kAlpha) == 0; });
+    app()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
+    AddPropertyOptions(*app(), request_.properties);
+    app()->footer("The properties hold for every panel; --blur is told in pixels of a panel.");
+  }
+
+  host::ExitCode Run(const GlobalOptions&, Terminal&) override {
+    CheckOptions();
+    const host::SheetPlan plan =
+        host::PlanSheet(request_, [](double blur) { return host::FactsOfSize(CreateBlur, blur); });
+    host::RequireWritable(output_, overwrite_);
+    const host::TextPainter text;
+    Interruption interruption;
+    host::SheetPictures pictures;
+    Read(plan, pictures);
+    host::HostImage sheet;
+    host::DrawSheet(plan, pictures, text, CreateBlur, interruption.context(), sheet);
+    host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
+    return host::ExitCode::Done;
+  }
+
+ private:
+  void CheckOptions() {
+    const auto refuse = [](const std::string& message) { throw host::Failure(host::ExitCode::WrongUsage, message); };
+    host::OutputFormatOf(output_);
+    if (depth_ && *depth_ != 8 && *depth_ != 16) refuse("--depth: expected 8 or 16, found " + std::to_string(*depth_));
+    if (!second_.empty() && request_.kind != host::SheetKind::Ramps) refuse("--to: goes with --of ramps only");
+    for (const Property& property : kProperties) {
+      if (app()->count("--" + host::OptionName(property)) > 0) request_.given.insert(property.id);
+    }
+  }
+
+  void Read(const host::SheetPlan& plan, host::SheetPictures& pictures) const {
+    const std::int32_t depth = depth_ ? *depth_ : host::ReadPictureInfo(input_).naturalDepth();
+    host::HostImage whole;
+    const auto read = host::PictureReader().ReadColour(input_, depth, whole);
+    const host::SheetPoint size = host::PanelSize(plan, whole.width(), whole.height());
+    host::ScalePicture(whole, size.x, size.y, pictures.input);
+    pictures.associatedAlpha = read.metadata->associatedAlpha;
+    pictures.caption = host::Quoted(std::filesystem::path(input_).filename().string()) + ", " +
+                       std::to_string(whole.width()) + " x " + std::to_string(whole.height()) + " pixels, shown at " +
+                       std::to_string(size.x) + " x " + std::to_string(size.y) + ", " + std::to_string(depth) +
+                       " bits a component";
+    if (plan.use != host::EffectKind::Transition) return;
+    pictures.caption += "; second clip: ";
+    if (second_.empty()) {
+      host::MakeSecondClip(pictures.input, pictures.input2);
+      pictures.caption += "the same turned by 180 degrees, colours exchanged";
+      return;
+    }
+    host::PictureReader().ReadColour(second_, depth, whole);
+    host::ScalePicture(whole, size.x, size.y, pictures.input2);
+    pictures.caption += host::Quoted(std::filesystem::path(second_).filename().string());
+  }
+
+  host::SheetRequest request_;
+  std::string input_;
+  std::string output_;
+  std::string second_;
+  std::optional<std::int32_t> depth_;
+  bool overwrite_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeSheetCommand(CLI::App& parent) {
+  return std::make_unique<SheetCommand>(parent);
+}
+
+}  // namespace vblur::cli

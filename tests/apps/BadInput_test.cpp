@@ -1,0 +1,128 @@
+// Everything that a user can get wrong is one clear line, and no output is touched.
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class BadInput : public ProgramTest {
+ protected:
+  BadInput() { MakePicture("in.png"); }
+
+  void ExpectUnreadable(const std::string& file, const std::string& why) const {
+    ExpectRefusal({"render", file, "out.png"}, 3, file + ": cannot read: " + why);
+  }
+  // The option with a value behind an otherwise good command.
+  void ExpectWrongOption(const std::string& option, const std::string& value, const std::string& line) const {
+    ExpectRefusal({"render", "in.png", "out.png", option, value}, 2, line);
+  }
+};
+
+TEST_F(BadInput, FilesThatAreNoPictures) {
+  ExpectUnreadable("none.png", "no such file");
+  std::filesystem::create_directory(Path("dir.png"));
+  ExpectUnreadable("dir.png", "it is a folder, a picture file was expected");
+  folder_.Write("zero.png", "");
+  ExpectUnreadable("zero.png", "the file is empty, a picture was expected");
+  folder_.Write("text.png", "hello");
+  ExpectUnreadable("text.png", "not a picture, or a damaged one (Not a PNG file)");
+}
+
+TEST_F(BadInput, PicturesCutShort) {
+  const std::string bytes = host::Bytes(Path("in.png"));
+  folder_.Write("cut.png", bytes.substr(0, bytes.size() / 2));
+  ExpectUnreadable("cut.png", "the picture is damaged or cut short (Read error: hit end of file)");
+}
+
+TEST_F(BadInput, PicturesWithoutPixelsOrWithTooMany) {
+  folder_.Write("huge.ppm", "P6\n60000 60000\n255\n");
+  ExpectUnreadable("huge.ppm", "60000 x 60000 pixels are more than 2^31 components (4 a pixel)");
+  std::string targa(18, '\0');
+  targa[2] = 2;
+  targa[16] = 32;
+  folder_.Write("none.tga", targa);
+  ExpectUnreadable("none.tga", "it has no pixels (0 x 0 pixels)");
+}
+
+TEST_F(BadInput, UnknownNamesGetTheNearest) {
+  ExpectRefusal({"render", "in.png", "out.png", "--blurr", "5"}, 2,
+                "unknown option \"--blurr\"; did you mean \"--blur\"?; see vblur render --help");
+  ExpectRefusal({"rendr", "in.png", "out.png"}, 2,
+                "unknown command \"rendr\"; did you mean \"render\"?; see vblur --help");
+  ExpectRefusal({"properties", "Blurr"}, 2, "unknown property \"Blurr\"; did you mean \"Blur\"?");
+  ExpectRefusal({"render", "in.png", "out.png", "more.png"}, 2,
+                "unexpected argument \"more.png\"; see vblur render --help");
+  ExpectRefusal({"render", "in.png"}, 2, "OUTPUT is required; see vblur render --help");
+}
+
+TEST_F(BadInput, PropertyValues) {
+  ExpectWrongOption("--blur", "nan", "Blur: expected a finite number or keys such as 0:10,24:50, found \"nan\"");
+  ExpectWrongOption("--blur", "inf", "Blur: expected a finite number or keys such as 0:10,24:50, found \"inf\"");
+  ExpectWrongOption("--blur", "wide", "Blur: expected a finite number or keys such as 0:10,24:50, found \"wide\"");
+  for (const auto& [option, value] : std::vector<std::pair<std::string, std::string>>{
+           {"--channels", "Purple"}, {"--blank-cropped", "maybe"}, {"--blur", "10:1,5:2"}, {"--method", "0:0,1:1"}}) {
+    const auto before = host::NamesIn(folder_.path());
+    const auto result = Run({"render", "in.png", "out.png", option, value});
+    EXPECT_EQ(result.exit, 2) << option;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_EQ(host::NamesIn(folder_.path()), before);
+  }
+}
+
+TEST_F(BadInput, OptionValues) {
+  ExpectWrongOption("--roi", "1,2,3", "--roi: expected four whole numbers such as 0,0,640,480, found \"1,2,3\"");
+  ExpectWrongOption("--roi", "0,0,0,5", "roi width: expected at least 1, found 0");
+  ExpectWrongOption("--depth", "12", "depth: expected 8 or 16, found 12");
+  ExpectWrongOption("--field", "third", "--field: expected frame, first, second or both, found \"third\"");
+  ExpectWrongOption("--time", "inf", "--time: expected a finite number, found \"inf\"");
+  ExpectWrongOption("--proxy", "1", "--proxy: expected two finite numbers such as 0.5,0.5, found \"1\"");
+  ExpectWrongOption("--threads", "0", "--threads: expected 1 to 1024, found 0");
+  ExpectWrongOption("--on-error", "panic", "--on-error: expected stop or skip, found \"panic\"");
+}
+
+TEST_F(BadInput, OutputsThatCannotBe) {
+  ExpectRefusal(
+      {"render", "in.png", "out.xyz"}, 2,
+      "out.xyz: cannot write: unknown file extension \"xyz\", one of these was expected: png jpg jpeg jpe tif "
+      "tiff exr dpx webp tga bmp ppm sgi rgba rgb hdr");
+  ExpectRefusal({"render", "in.png", "no/out.png"}, 4, "no/out.png: cannot write: the folder no does not exist");
+  MakeSequence(3);
+  const auto result = Run({"render", "in.%03d.png", "out.png", "--frames", "1-3"});
+  EXPECT_EQ(result.exit, 2);
+  EXPECT_NE(result.err.find("3 frames would all be written to \"out.png\""), std::string::npos) << result.err;
+  EXPECT_FALSE(Exists("out.png"));
+}
+
+TEST_F(BadInput, NoRightToWrite) {
+  if (::geteuid() == 0) {
+    // Nothing is forbidden to this user but what the kernel itself refuses.
+    const auto result = Run({"render", "in.png", "/proc/out.png"});
+    EXPECT_EQ(result.exit, 4);
+    EXPECT_EQ(result.err.rfind("vblur: /proc/out.png: cannot write: ", 0), 0u) << result.err;
+    return;
+  }
+  std::filesystem::create_directory(Path("locked"));
+  std::filesystem::permissions(Path("locked"), std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+  ExpectRefusal({"render", "in.png", "locked/out.png"}, 4, "locked/out.png: cannot write: Permission denied");
+}
+
+TEST_F(BadInput, Jobs) {
+  ExpectRefusal({"job", "none.json"}, 3, "none.json: cannot read the job file: No such file or directory");
+  const std::string files = R"("input": {"file": "in.png"}, "output": {"file": "out.png"})";
+  for (const std::string& text : std::vector<std::string>{
+           "{\n  " + files + ",,\n}", "{" + files + R"(, "properties": {"Blurr": 3}})",
+           "{" + files + R"(, "properties": {"Blur": "big"}})",
+           "{" + files + R"(, "properties": {"Channels": "Purple"}})",
+           "{" + files + R"(, "properties": {"Blur": {"keys": [[5, 1], [2, 1]]}}})",
+           "{" + files + R"(, "properties": {"Method": {"keys": [[0, 1]]}}})", std::string("[]"), std::string("{}")}) {
+    folder_.Write("bad.json", text);
+    const auto before = host::NamesIn(folder_.path());
+    const auto result = Run({"job", "bad.json"});
+    EXPECT_EQ(result.exit, 2) << text;
+    EXPECT_EQ(result.err.rfind("vblur: bad.json", 0), 0u) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_EQ(host::NamesIn(folder_.path()), before);
+  }
+}
+
+}  // namespace
+}  // namespace vblur::cli

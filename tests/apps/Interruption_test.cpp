@@ -1,0 +1,52 @@
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class Interruption : public ProgramTest {
+ protected:
+  bool SomethingIsBeingWritten() const {
+    const auto names = host::NamesIn(folder_.path());
+    return std::any_of(names.begin(), names.end(),
+                       [](const std::string& name) { return name.find(".part.") != std::string::npos; });
+  }
+};
+
+TEST_F(Interruption, CtrlCLeavesWholeFilesOnly) {
+  MakePicture("in.png", 600, 400);
+  Process program(folder_.path(), Command({"render", "in.png", "out.%04d.png", "--frames", "1-2000", "--blur", "3"}));
+  ASSERT_TRUE(WaitUntil([&] { return Exists("out.0003.png"); }));
+  program.Send(SIGINT);
+  const auto result = program.Wait();
+  EXPECT_EQ(result.exit, 130);
+  EXPECT_EQ(result.err, "vblur: interrupted\n");
+  EXPECT_FALSE(Exists("out.2000.png"));
+  for (const std::string& name : host::NamesIn(folder_.path())) {
+    ASSERT_EQ(name.find(".part"), std::string::npos) << name;
+    host::HostImage image;
+    EXPECT_NO_THROW(host::PictureReader().ReadColour(Path(name), 8, image)) << name;
+  }
+}
+
+TEST_F(Interruption, AKilledProgramLeavesTheOldFileOrTheNewOne) {
+  MakePicture("in.png", 900, 700);
+  MakePicture("old.png", 900, 700);
+  int caught = 0;
+  for (int attempt = 0; attempt < 4; ++attempt) {
+    std::filesystem::copy_file(Path("old.png"), Path("out.png"), std::filesystem::copy_options::overwrite_existing);
+    Process program(folder_.path(), Command({"render", "in.png", "out.png", "--blur", "0", "--overwrite"}));
+    WaitUntil([&] { return SomethingIsBeingWritten(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(5 * attempt));
+    program.Send(SIGKILL);
+    if (program.Wait().signal == SIGKILL) ++caught;
+    const auto now = Pixels("out.png");
+    EXPECT_TRUE(now == Pixels("old.png") || now == Pixels("in.png"));
+    for (const std::string& name : host::NamesIn(folder_.path())) {
+      if (name.find(".part.") != std::string::npos) std::filesystem::remove(Path(name));
+    }
+  }
+  EXPECT_GT(caught, 0) << "the program was never killed while it wrote";
+}
+
+}  // namespace
+}  // namespace vblur::cli

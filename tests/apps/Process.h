@@ -1,0 +1,108 @@
+// Runs a program as a process of its own and keeps what it says.
+#pragma once
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vblur::cli {
+
+struct ProcessResult {
+  int exit = -1;  // -1 when a signal ended it
+  int signal = 0;
+  std::string out;
+  std::string err;
+};
+
+class Process {
+ public:
+  // Starts the program in a folder. `fileLimit`, when not 0, is the most bytes that a file may hold.
+  Process(const std::filesystem::path& folder, std::vector<std::string> arguments, rlim_t fileLimit = 0)
+      : folder_(folder), number_(next_++) {
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments)
+      pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    child_ = ::fork();
+    if (child_ < 0) throw std::runtime_error("cannot start a process");
+    if (child_ == 0) Become(pointers, fileLimit);
+  }
+  ~Process() {
+    if (child_ > 0) {
+      ::kill(child_, SIGKILL);
+      Wait();
+    }
+  }
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  void Send(int signal) const { ::kill(child_, signal); }
+
+  ProcessResult Wait() {
+    int status = 0;
+    ::waitpid(child_, &status, 0);
+    child_ = -1;
+    ProcessResult result;
+    if (WIFEXITED(status)) result.exit = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
+    result.out = Take(StreamFile("out"));
+    result.err = Take(StreamFile("err"));
+    return result;
+  }
+
+ private:
+  // Beside the folder, so that what stands in it is the program's alone.
+  std::string StreamFile(const char* name) const { return folder_.string() + "." + name + std::to_string(number_); }
+
+  [[noreturn]] void Become(std::vector<char*>& arguments, rlim_t fileLimit) const {
+    const int out = ::open(StreamFile("out").c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
+    const int err = ::open(StreamFile("err").c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
+    ::dup2(out, STDOUT_FILENO);
+    ::dup2(err, STDERR_FILENO);
+    // The PNG reader of the picture library loses a message when a file ends early.
+    ::setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
+    if (fileLimit != 0) {
+      const rlimit limit{fileLimit, fileLimit};
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    if (::chdir(folder_.c_str()) == 0) ::execv(arguments[0], arguments.data());
+    ::_exit(127);
+  }
+
+  static std::string Take(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
+    return text;
+  }
+
+  static inline int next_ = 0;
+  std::filesystem::path folder_;
+  int number_;
+  pid_t child_ = -1;
+};
+
+// Waits until it holds; false when it does not within 30 seconds.
+inline bool WaitUntil(const std::function<bool()>& holds) {
+  for (int i = 0; i < 30000; ++i) {
+    if (holds()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return false;
+}
+
+}  // namespace vblur::cli

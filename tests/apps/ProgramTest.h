@@ -1,0 +1,62 @@
+// The base of the tests that run the built program in a folder of their own.
+#pragma once
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "host/OutputFile.h"
+#include "tests/apps/Process.h"
+#include "tests/host/ScratchFolder.h"
+#include "tests/host_files/Pictures.h"
+
+namespace vblur::cli {
+
+class ProgramTest : public testing::Test {
+ protected:
+  std::filesystem::path Path(const std::string& name) const { return folder_.path() / name; }
+  bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
+
+  static std::vector<std::string> Command(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), VBLUR_PROGRAM);
+    return arguments;
+  }
+
+  ProcessResult Run(std::vector<std::string> arguments, rlim_t fileLimit = 0) const {
+    return Process(folder_.path(), Command(std::move(arguments)), fileLimit).Wait();
+  }
+
+  // Runs it, expects the exit code and this one line, and a folder that holds what it held before.
+  void ExpectRefusal(std::vector<std::string> arguments, int exit, const std::string& line) const {
+    const auto before = host::NamesIn(folder_.path());
+    const ProcessResult result = Run(std::move(arguments));
+    EXPECT_EQ(result.exit, exit);
+    EXPECT_EQ(result.err, "vblur: " + line + "\n");
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(host::NamesIn(folder_.path()), before);
+  }
+
+  // A picture of any colours, also where it is transparent.
+  void MakePicture(const std::string& name, std::int32_t width = 40, std::int32_t height = 30,
+                   std::int32_t depth = 8) const {
+    host::HostImage image;
+    image.Reset(depth, 4, width, height);
+    host::FillRandom(image, 0, depth == 8 ? 255 : 16384, static_cast<unsigned>(name.size() + name.back()));
+    host::PictureWriter().Write(Path(name), image, nullptr, true);
+  }
+
+  void MakeSequence(int frames) const {
+    for (int frame = 1; frame <= frames; ++frame)
+      MakePicture("in.00" + std::to_string(frame) + ".png");
+  }
+
+  std::vector<std::int32_t> Pixels(const std::string& name, std::int32_t depth = 8) const {
+    host::HostImage image;
+    host::PictureReader().ReadColour(Path(name), depth, image);
+    return host::Components(image);
+  }
+
+  host::ScratchFolder folder_;
+};
+
+}  // namespace vblur::cli

@@ -1,0 +1,74 @@
+#include <nlohmann/json.hpp>
+
+#include "effect/PropertyTable.h"
+#include "host/PropertyText.h"
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class Properties : public ProgramTest {};
+
+TEST_F(Properties, TheTableHoldsEveryOne) {
+  const auto text = Run({"properties"});
+  const auto json = nlohmann::json::parse(Run({"properties", "--json"}).out);
+  EXPECT_EQ(text.exit, 0);
+  ASSERT_EQ(json.size(), kProperties.size());
+  for (std::size_t i = 0; i < kProperties.size(); ++i) {
+    const Property& property = kProperties[i];
+    EXPECT_NE(text.out.find("\n" + std::string(property.name) + " "), std::string::npos) << property.name;
+    EXPECT_EQ(json[i]["name"], property.name);
+    EXPECT_EQ(json[i]["option"], "--" + host::OptionName(property));
+    EXPECT_EQ(json[i]["default"], property.defaultValue);
+    EXPECT_EQ(json[i]["hint"], property.hint);
+  }
+}
+
+TEST_F(Properties, EveryOneIsAnOptionOfRender) {
+  const std::string help = Run({"render", "--help"}).out;
+  for (const Property& property : kProperties) {
+    EXPECT_NE(help.find("  --" + host::OptionName(property) + " "), std::string::npos) << property.name;
+  }
+}
+
+TEST_F(Properties, BlurTellsWhatASizeStandsFor) {
+  const auto json = nlohmann::json::parse(Run({"properties", "blur", "--json", "--size", "12", "--size", "701"}).out);
+  ASSERT_EQ(json["sizes"].size(), 2u);
+  EXPECT_EQ(json["sizes"][0]["size"], 12.0);
+  EXPECT_EQ(json["sizes"][0]["boxRadius"], 4.0);
+  EXPECT_GT(json["sizes"][0]["sigma"], 0.0);
+  EXPECT_LT(json["sizes"][1]["flatGain"], 0.98);
+  EXPECT_NE(Run({"properties", "Blur"}).out.find("Box radius"), std::string::npos);
+  ExpectRefusal({"properties", "Aspect", "--size", "3"}, 2, "--size: goes with the property Blur only");
+}
+
+TEST_F(Properties, ListsAreToldInFull) {
+  const std::string text = Run({"properties", "mix-back"}).out;
+  for (const std::string_view entry : PropertyOf(PropertyId::MixBack).entries) {
+    EXPECT_NE(text.find(entry), std::string::npos) << entry;
+  }
+}
+
+class Program : public ProgramTest {};
+
+TEST_F(Program, SaysWhatItIs) {
+  EXPECT_EQ(Run({"--version"}).out.rfind("vblur ", 0), 0u);
+  const auto help = Run({"--help"});
+  EXPECT_EQ(help.exit, 0);
+  for (const char* command : {"render", "job", "properties", "chart"}) {
+    EXPECT_NE(help.out.find("\n  " + std::string(command) + " "), std::string::npos) << command;
+  }
+  EXPECT_EQ(Run({}).exit, 2);
+}
+
+TEST_F(Program, DrawsCharts) {
+  EXPECT_EQ(Run({"chart", "c.png", "--size", "64x48"}).exit, 0);
+  EXPECT_EQ(host::ReadPictureInfo(Path("c.png")).height, 48);
+  EXPECT_EQ(Run({"chart", "c.##.exr", "--size", "64x48", "--depth", "16", "--frames", "1-2"}).exit, 0);
+  EXPECT_NE(Pixels("c.01.exr", 16), Pixels("c.02.exr", 16));
+  ExpectRefusal({"chart", "c.##.exr"}, 2, "c.##.exr: holds a frame number, so --frames was expected");
+  ExpectRefusal({"chart", "d.png", "--size", "0x4"}, 2, "--size: expected at least 1x1");
+}
+
+}  // namespace
+}  // namespace vblur::cli

@@ -1,0 +1,176 @@
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class Render : public ProgramTest {};
+
+TEST_F(Render, ASizeOfZeroGivesThePictureBack) {
+  MakePicture("in.png");
+  const auto result = Run({"render", "in.png", "out.png", "--blur", "0"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(Pixels("out.png"), Pixels("in.png"));
+  EXPECT_EQ(host::NamesIn(folder_.path()), (std::set<std::string>{"in.png", "out.png"}));
+}
+
+TEST_F(Render, SixteenBitsComeBackFromFloats) {
+  MakePicture("in.exr", 20, 10, 16);
+  EXPECT_EQ(Run({"render", "in.exr", "out.exr", "--blur", "0"}).exit, 0);
+  EXPECT_EQ(Pixels("out.exr", 16), Pixels("in.exr", 16));
+}
+
+TEST_F(Render, TheDepthCanBeChosen) {
+  MakePicture("in.png");
+  EXPECT_EQ(Run({"render", "in.png", "out.png", "--blur", "0", "--depth", "16"}).exit, 0);
+  EXPECT_EQ(host::ReadPictureInfo(Path("out.png")).samples, host::SampleKind::Unsigned16);
+}
+
+TEST_F(Render, SequencesTakeEitherPatternAndAStep) {
+  MakeSequence(5);
+  EXPECT_EQ(Run({"render", "in.###.png", "a.%02d.png", "--frames", "1-5x2", "--blur", "0"}).exit, 0);
+  EXPECT_TRUE(Exists("a.01.png"));
+  EXPECT_FALSE(Exists("a.02.png"));
+  EXPECT_EQ(Pixels("a.05.png"), Pixels("in.005.png"));
+}
+
+TEST_F(Render, ExistingFilesAreRefusedReplacedOrSkipped) {
+  MakePicture("in.png");
+  const auto old = folder_.Write("out.png", "old");
+  const std::vector<std::string> render{"render", "in.png", "out.png", "--blur", "0"};
+  ExpectRefusal(render, 4,
+                "out.png: cannot write: the file exists already; give --overwrite to replace it or --skip-existing to "
+                "leave it");
+  auto skip = render;
+  skip.push_back("--skip-existing");
+  EXPECT_EQ(Run(skip).exit, 0);
+  EXPECT_EQ(host::Bytes(old), "old");
+  auto overwrite = render;
+  overwrite.push_back("--overwrite");
+  EXPECT_EQ(Run(overwrite).exit, 0);
+  EXPECT_EQ(Pixels("out.png"), Pixels("in.png"));
+}
+
+TEST_F(Render, AMissingFrameStopsOrIsSkipped) {
+  MakeSequence(4);
+  std::filesystem::remove(Path("in.003.png"));
+  ExpectRefusal({"render", "in.%03d.png", "out.%03d.png", "--frames", "1-4"}, 3,
+                "in.003.png: cannot read: no such file (frame 3)");
+  const auto result =
+      Run({"render", "in.%03d.png", "out.%03d.png", "--frames", "1-4", "--on-error", "skip", "--blur", "0"});
+  EXPECT_EQ(result.exit, 1);
+  EXPECT_EQ(result.err, "vblur: in.003.png: cannot read: no such file (frame 3)\n");
+  EXPECT_TRUE(Exists("out.004.png"));
+  EXPECT_FALSE(Exists("out.003.png"));
+}
+
+TEST_F(Render, ProgressIsOneObjectAFrame) {
+  MakeSequence(3);
+  const auto result = Run({"render", "in.%03d.png", "out.%03d.png", "--frames", "1-3", "--progress", "json"});
+  EXPECT_EQ(result.exit, 0);
+  std::istringstream lines(result.err);
+  int frames = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const auto object = nlohmann::json::parse(line);
+    if (object["event"] != "frame") continue;
+    EXPECT_EQ(object["frame"], ++frames);
+    EXPECT_EQ(object["status"], "done");
+    EXPECT_EQ(object["file"], "out.00" + std::to_string(frames) + ".png");
+  }
+  EXPECT_EQ(frames, 3);
+}
+
+TEST_F(Render, FailuresAreObjectsTooThen) {
+  const auto result = Run({"render", "none.png", "out.png", "--progress", "json"});
+  EXPECT_EQ(result.exit, 3);
+  const auto object = nlohmann::json::parse(result.err);
+  EXPECT_EQ(object["event"], "error");
+  EXPECT_EQ(object["message"], "none.png: cannot read: no such file");
+}
+
+TEST_F(Render, APipeGetsLinesOnlyWhenAsked) {
+  MakeSequence(2);
+  const std::vector<std::string> render{"render", "in.%03d.png", "out.%03d.png", "--frames", "1-2",
+                                        "--blur", "0",           "--overwrite"};
+  EXPECT_EQ(Run(render).err, "");
+  auto verbose = render;
+  verbose.push_back("-v");
+  const std::string lines = Run(verbose).err;
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
+  EXPECT_EQ(lines.rfind("frame 1: out.001.png (read ", 0), 0u) << lines;
+}
+
+TEST_F(Render, ASavedJobRendersTheSame) {
+  MakePicture("in.png");
+  std::filesystem::create_directory(Path("jobs"));
+  EXPECT_EQ(Run({"render", "in.png", "out.png", "--blur", "7.25", "--channels", "luminance", "--method", "Sharpen",
+                 "--save-job", "jobs/shot.json"})
+                .exit,
+            0);
+  const auto rendered = host::Bytes(Path("out.png"));
+  std::filesystem::remove(Path("out.png"));
+  EXPECT_EQ(Run({"job", "jobs/shot.json"}).exit, 0);
+  EXPECT_EQ(host::Bytes(Path("out.png")), rendered);
+  for (const auto& form : std::vector<std::vector<std::string>>{{"--job", "jobs/shot.json", "--overwrite"},
+                                                                {"--overwrite", "--job=jobs/shot.json"},
+                                                                {"-q", "--job", "jobs/shot.json", "--overwrite"}}) {
+    const auto again = Run(form);
+    EXPECT_EQ(again.exit, 0) << again.err;
+    EXPECT_EQ(host::Bytes(Path("out.png")), rendered);
+  }
+}
+
+TEST_F(Render, AJobCanBeChangedOnTheCommandLine) {
+  MakeSequence(3);
+  folder_.Write("shot.json", R"({"input": {"file": "in.%03d.png"}, "output": {"file": "out.%03d.png"},
+                                 "frames": [1, 3], "properties": {"Blur": 30}})");
+  EXPECT_EQ(Run({"job", "shot.json", "--set", "Blur=0", "--set", "Channels=RGBA", "--frames", "2-2"}).exit, 0);
+  EXPECT_FALSE(Exists("out.001.png"));
+  EXPECT_EQ(Pixels("out.002.png"), Pixels("in.002.png"));
+}
+
+TEST_F(Render, LargeSizesAreWarnedOfOnce) {
+  MakePicture("in.png");
+  const std::vector<std::string> render{"render", "in.png", "out.png", "--blur", "701", "--overwrite"};
+  const auto result = Run(render);
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
+  EXPECT_NE(result.err.find("at a Blur of 701 flat areas"), std::string::npos) << result.err;
+  auto quiet = render;
+  quiet.push_back("-q");
+  EXPECT_EQ(Run(quiet).err, "");
+  EXPECT_EQ(Run({"render", "in.png", "out.png", "--blur", "10", "--overwrite"}).err, "");
+}
+
+// The loss that the program tells is the one that a picture of one colour suffers.
+TEST_F(Render, TheToldLossIsTrue) {
+  host::HostImage flat;
+  flat.Reset(16, 4, 600, 4);  // wider than the widest box
+  for (std::size_t i = 0; i < host::ComponentCount(flat); ++i)
+    host::SetComponent(flat, i, 16000);
+  host::PictureWriter().Write(Path("flat.exr"), flat, nullptr, false);
+  for (const char* size : {"24", "200", "701"}) {
+    EXPECT_EQ(Run({"render", "flat.exr", "out.exr", "--overwrite", "-q", "--blur", size}).exit, 0);
+    const auto told = nlohmann::json::parse(Run({"properties", "Blur", "--json", "--size", size}).out);
+    const double gain = told["sizes"][0]["flatGain"];
+    EXPECT_NEAR(Pixels("out.exr", 16)[40], 16000 * gain, 8) << size;
+  }
+}
+
+TEST_F(Render, AFullDiskLeavesTheOldFile) {
+  MakePicture("in.png", 200, 200);
+  const auto old = folder_.Write("out.png", "old");
+  const auto result = Run({"render", "in.png", "out.png", "--overwrite"}, 10000);
+  EXPECT_EQ(result.exit, 4);
+  EXPECT_EQ(result.err, "vblur: out.png: cannot write: File too large\n");
+  EXPECT_EQ(host::Bytes(old), "old");
+  EXPECT_EQ(host::NamesIn(folder_.path()), (std::set<std::string>{"in.png", "out.png"}));
+}
+
+}  // namespace
+}  // namespace vblur::cli
