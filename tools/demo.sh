@@ -26,3 +26,11 @@ render region --blur 24 --roi 400,150,500,400
 "$vblur" render "$folder/chart.####.png" "$folder/animated.####.png" --frames 1-24 --blur 0:0,23:60 --overwrite -q \
   --save-job "$folder/animated.json"
 echo "  $folder/animated.0001.png to .0024.png: a blur that grows from 0 to 60, and $folder/animated.json, its job"
+
+echo "Sheets of what the effect can do, made by the effect:"
+for kind in channels mix-back edges sizes ramps; do
+  "$vblur" sheet "$folder/chart.png" "$folder/sheet-$kind.png" --of "$kind" --overwrite -q
+  echo "  $folder/sheet-$kind.png"
+done
+"$vblur" kernel "$folder/kernel.png" --blur 20 --overwrite -q
+echo "  $folder/kernel.png: the impulse response beside the Gaussian of the same variance"
