@@ -1,9 +1,15 @@
-// The PNG reader of the picture library jumps out of its own frames when a file ends early, and leaves
-// its message behind.
+// What the sanitizers are told about the picture library, which is not built with them.
 extern "C" {
 const char* __lsan_default_suppressions();
+const char* __tsan_default_suppressions();
 
+// Its PNG reader jumps out of its own frames when a file ends early, and leaves its message behind.
 const char* __lsan_default_suppressions() {
   return "leak:OpenImageIO";
+}
+
+// The locks of its thread pool are out of the sanitizer's sight.
+const char* __tsan_default_suppressions() {
+  return "race:libOpenImageIO\ncalled_from_lib:libOpenImageIO.so\ncalled_from_lib:libOpenImageIO_Util.so";
 }
 }

@@ -127,6 +127,19 @@ TEST_F(SequenceRendererTest, ADamagedFrameEndsItBehindTheFramesBefore) {
   EXPECT_FALSE(Exists("out.005.png"));
 }
 
+TEST_F(SequenceRendererTest, FramesUnderWayBehindAFailureAreDropped) {
+  MakeInputs();
+  const auto summary = Render([&](std::size_t frame) {
+    if (frame == 1) std::filesystem::create_directory(folder_.path() / "out.002.png");
+  });
+  EXPECT_EQ(summary.code, ExitCode::CannotWrite);
+  EXPECT_EQ(summary.done, 1);
+  ASSERT_EQ(seen_.results.size(), 2u);
+  EXPECT_NE(seen_.results[1].message.find("it is a folder"), std::string::npos);
+  EXPECT_TRUE(Exists("out.001.png"));
+  EXPECT_FALSE(Exists("out.003.png"));
+}
+
 TEST_F(SequenceRendererTest, AFailedRenderIsAFailedFrame) {
   MakeInputs();
   options_.onError = OnError::Skip;

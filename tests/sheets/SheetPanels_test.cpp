@@ -93,9 +93,9 @@ TEST(SheetPanels, WhatASheetGoesThroughCannotBeSet) {
       {SheetKind::Channels, PropertyId::Channels}, {SheetKind::MixBack, PropertyId::MixBack},
       {SheetKind::Edges, PropertyId::XEdgeMethod}, {SheetKind::Edges, PropertyId::YEdgeMethod},
       {SheetKind::Sizes, PropertyId::Blur},        {SheetKind::Ramps, PropertyId::TransitionRamping}};
-  for (const auto& [kind, id] : pairs) {
-    const auto settings = std::map<PropertyId, double>{{id, PropertyOf(id).defaultValue}};
-    const std::string message = UsageFailureOf([&] { PlanOf(kind, settings); });
+  for (const auto& pair : pairs) {
+    const std::map<PropertyId, double> settings = {{pair.second, PropertyOf(pair.second).defaultValue}};
+    const std::string message = UsageFailureOf([&] { PlanOf(pair.first, settings); });
     EXPECT_NE(message.find("cannot be set, a sheet of "), std::string::npos) << message;
   }
   EXPECT_EQ(UsageFailureOf([] {
