@@ -6,24 +6,18 @@ namespace model {
 
 Range RangeOf(Depth depth) {
   switch (depth) {
-    case Depth::Eight:
-      return {0, 255, 255, 255};
-    case Depth::Sixteen:
-      return {-32768, 32767, 16384, 32767};
-    case Depth::Wide:
-      break;
+    case Depth::Eight: return {0, 255, 255, 255};
+    case Depth::Sixteen: return {-32768, 32767, 16384, 32767};
+    case Depth::Wide: break;
   }
   return {kLowest, 2147483647, 2147483647, 2147483647};
 }
 
 std::int32_t Narrow(Depth depth, std::int32_t value) {
   switch (depth) {
-    case Depth::Eight:
-      return static_cast<std::uint8_t>(static_cast<std::uint32_t>(value));
-    case Depth::Sixteen:
-      return static_cast<std::int16_t>(static_cast<std::uint32_t>(value));
-    case Depth::Wide:
-      break;
+    case Depth::Eight: return static_cast<std::uint8_t>(static_cast<std::uint32_t>(value));
+    case Depth::Sixteen: return static_cast<std::int16_t>(static_cast<std::uint32_t>(value));
+    case Depth::Wide: break;
   }
   return value;
 }

@@ -16,24 +16,17 @@ constexpr Channels kAlphaOnly{false, false, false, true};
 /// Channels that the filter selects, by mode; in the YUV modes of the YUV picture.
 Channels SelectedBy(int mode) {
   switch (mode) {
-    case kFuzzAlpha:
-      return kAlphaOnly;
-    case kFuzzRgb:
-      return {true, true, true, false};
+    case kFuzzAlpha: return kAlphaOnly;
+    case kFuzzRgb: return {true, true, true, false};
     case kFuzzGrey:
     case kFuzzRed:
-    case kFuzzLuminance:
-      return {true, false, false, false};
+    case kFuzzLuminance: return {true, false, false, false};
     case kFuzzGreen:
-    case kFuzzU:
-      return {false, true, false, false};
+    case kFuzzU: return {false, true, false, false};
     case kFuzzBlue:
-    case kFuzzV:
-      return {false, false, true, false};
-    case kFuzzChroma:
-      return {false, true, true, false};
-    default:
-      return {true, true, true, true};
+    case kFuzzV: return {false, false, true, false};
+    case kFuzzChroma: return {false, true, true, false};
+    default: return {true, true, true, true};
   }
 }
 
@@ -111,17 +104,13 @@ bool BlurBy(const FuzzJob& job, Picture& target, const Window& window) {
     case kFuzzRgb:
     case kFuzzRed:
     case kFuzzGreen:
-    case kFuzzBlue:
-      return Direct(job, target, window);
-    case kFuzzGrey:
-      return ThroughGrey(job, target, window);
+    case kFuzzBlue: return Direct(job, target, window);
+    case kFuzzGrey: return ThroughGrey(job, target, window);
     case kFuzzLuminance:
     case kFuzzU:
     case kFuzzV:
-    case kFuzzChroma:
-      return ThroughYuv(job, target, window);
-    default:
-      return true;
+    case kFuzzChroma: return ThroughYuv(job, target, window);
+    default: return true;
   }
 }
 

@@ -53,18 +53,12 @@ Pixel FromHsv(Depth depth, const Hsv& hsv) {
   const std::int32_t q = shade(share(f));
   const std::int32_t t = shade(share(one - f));
   switch (sector) {
-    case 0:
-      return limited(v, t, p);
-    case 1:
-      return limited(q, v, p);
-    case 2:
-      return limited(p, v, t);
-    case 3:
-      return limited(p, q, v);
-    case 4:
-      return limited(t, p, v);
-    default:
-      return limited(v, p, q);
+    case 0: return limited(v, t, p);
+    case 1: return limited(q, v, p);
+    case 2: return limited(p, v, t);
+    case 3: return limited(p, q, v);
+    case 4: return limited(t, p, v);
+    default: return limited(v, p, q);
   }
 }
 

@@ -38,17 +38,14 @@ std::optional<int> Lookup(const Axis& axis, std::int64_t index) {
   const std::int64_t n = axis.hi - axis.lo + 1;
   const std::int64_t v = index - axis.lo;
   switch (axis.edge) {
-    case kRepeat:
-      return v < 0 ? axis.lo : axis.hi;
+    case kRepeat: return v < 0 ? axis.lo : axis.hi;
     case kReflect: {
       // The box and its mirror image together repeat every 2n.
       const std::int64_t place = Modulo(v, 2 * n);
       return axis.lo + static_cast<int>(place < n ? place : 2 * n - 1 - place);
     }
-    case kWrap:
-      return axis.lo + static_cast<int>(Modulo(v, n));
-    default:
-      return std::nullopt;
+    case kWrap: return axis.lo + static_cast<int>(Modulo(v, n));
+    default: return std::nullopt;
   }
 }
 

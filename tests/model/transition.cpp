@@ -6,14 +6,10 @@ namespace model {
 
 float Ramp(float x, int ramping) {
   switch (ramping) {
-    case 1:
-      return x * x * (2.0f - x);
-    case 2:
-      return ((1.0f - x) * x + 1.0f) * x;
-    case 3:
-      return (3.0f - x * 2.0f) * (x * x);
-    default:
-      return x;
+    case 1: return x * x * (2.0f - x);
+    case 2: return ((1.0f - x) * x + 1.0f) * x;
+    case 3: return (3.0f - x * 2.0f) * (x * x);
+    default: return x;
   }
 }
 

@@ -1,8 +1,8 @@
 // Blurs a buffer with the installed library: a white pixel in the middle of a black picture.
-#include <blur/FuzzSampler.h>
-
 #include <cstdio>
 #include <vector>
+
+#include <blur/FuzzSampler.h>
 
 int main() {
   constexpr int kSize = 9;
