@@ -11,7 +11,7 @@ namespace vblur::host {
 
 namespace {
 
-[[noreturn]] void Fail(std::string_view text, const std::string& expected) {
+[[noreturn]] void RefuseRange(std::string_view text, const std::string& expected) {
   throw Failure(ExitCode::WrongUsage, "frames: expected " + expected + ", found " + Quoted(text));
 }
 
@@ -23,8 +23,8 @@ class RangeScanner {
   std::int32_t Number() {
     std::int32_t value = 0;
     const auto [stop, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
-    if (error == std::errc::result_out_of_range) Fail(text_, "numbers from -2147483648 to 2147483647");
-    if (error != std::errc{}) Fail(text_, "a frame or a range such as 7, 1-48, 1-48x2 or -5-5");
+    if (error == std::errc::result_out_of_range) RefuseRange(text_, "numbers from -2147483648 to 2147483647");
+    if (error != std::errc{}) RefuseRange(text_, "a frame or a range such as 7, 1-48, 1-48x2 or -5-5");
     rest_.remove_prefix(static_cast<std::size_t>(stop - rest_.data()));
     return value;
   }
@@ -52,9 +52,9 @@ FrameRange ParseFrameRange(std::string_view text) {
     range.last = scanner.Number();
     if (scanner.Take('x')) range.step = scanner.Number();
   }
-  if (!scanner.atEnd()) Fail(text, "a frame or a range such as 7, 1-48, 1-48x2 or -5-5");
-  if (range.last < range.first) Fail(text, "a last frame that is not before the first");
-  if (range.step < 1) Fail(text, "a step of at least 1");
+  if (!scanner.atEnd()) RefuseRange(text, "a frame or a range such as 7, 1-48, 1-48x2 or -5-5");
+  if (range.last < range.first) RefuseRange(text, "a last frame that is not before the first");
+  if (range.step < 1) RefuseRange(text, "a step of at least 1");
   return range;
 }
 

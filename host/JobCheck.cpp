@@ -22,12 +22,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Fail(std::string_view where, const std::string& problem) {
+[[noreturn]] void Refuse(std::string_view where, const std::string& problem) {
   throw Failure(ExitCode::WrongUsage, std::string(where) + ": " + problem);
 }
 
 void CheckFinite(std::string_view where, double value) {
-  if (!std::isfinite(value)) Fail(where, "expected a finite number, found " + FormatNumber(value));
+  if (!std::isfinite(value)) Refuse(where, "expected a finite number, found " + FormatNumber(value));
 }
 
 void CheckFinite(std::string_view where, const std::array<double, 2>& pair) {
@@ -36,19 +36,19 @@ void CheckFinite(std::string_view where, const std::array<double, 2>& pair) {
 }
 
 void CheckPlace(const std::string& where, const ImageRecord& image) {
-  if (image.file.empty()) Fail(where, "expected a file name, found none");
+  if (image.file.empty()) Refuse(where, "expected a file name, found none");
   if (image.position) CheckFinite(where + "/position", *image.position);
   if (image.size) CheckFinite(where + "/size", *image.size);
 }
 
 void CheckAtLeastOne(std::string_view where, std::int32_t value) {
-  if (value < 1) Fail(where, "expected at least 1, found " + std::to_string(value));
+  if (value < 1) Refuse(where, "expected at least 1, found " + std::to_string(value));
 }
 
 void CheckPixel(std::string_view where, std::int64_t position) {
   using Limits = std::numeric_limits<std::int32_t>;
   if (position < Limits::min() || position > Limits::max()) {
-    Fail(where, "reaches pixel " + std::to_string(position) + ", expected pixels from -2147483648 to 2147483647");
+    Refuse(where, "reaches pixel " + std::to_string(position) + ", expected pixels from -2147483648 to 2147483647");
   }
 }
 
@@ -80,7 +80,7 @@ void CheckImages(const Job& job) {
   CheckPlace("output", job.output);
   if (job.output.width) CheckAtLeastOne("output/width", *job.output.width);
   if (job.output.height) CheckAtLeastOne("output/height", *job.output.height);
-  if (job.output.initial && job.output.initial->empty()) Fail("output/initial", "expected a file name, found none");
+  if (job.output.initial && job.output.initial->empty()) Refuse("output/initial", "expected a file name, found none");
   if (job.roi) CheckRegion(job, *job.roi);
   CheckMaskPlace(job);
 }
@@ -89,7 +89,7 @@ void CheckSetting(const Property& property, const PropertyStore::Setting& settin
   const std::string where = "properties/" + std::string(property.name);
   const auto check = [&](double value) {
     if (!IsAllowed(property, value)) {
-      Fail(where, "expected " + ExpectedValue(property) + ", found " + FormatNumber(value));
+      Refuse(where, "expected " + ExpectedValue(property) + ", found " + FormatNumber(value));
     }
   };
   const auto* curve = std::get_if<Curve>(&setting);
@@ -102,7 +102,7 @@ void CheckSetting(const Property& property, const PropertyStore::Setting& settin
 
 void CheckFrames(const FrameRange& frames) {
   if (frames.last < frames.first) {
-    Fail("frames", "expected a last frame that is not before the first, found " + FormatFrameRange(frames));
+    Refuse("frames", "expected a last frame that is not before the first, found " + FormatFrameRange(frames));
   }
   CheckAtLeastOne("frame step", frames.step);
 }
@@ -125,7 +125,7 @@ FramePattern Pattern(std::string_view field, const std::string& file) {
   try {
     return FramePattern(file);
   } catch (const Failure& failure) {
-    Fail(field, failure.what());
+    Refuse(field, failure.what());
   }
 }
 
@@ -135,24 +135,25 @@ void CheckNumbers(const Job& job) {
   if (job.output.initial) files.push_back({"output/initial", &*job.output.initial});
   for (const auto& [field, file] : files) {
     if (Pattern(field, *file).hasNumber() && !job.frames) {
-      Fail(field, "the file name " + Quoted(*file) + " takes a frame number, expected frames such as 1-48");
+      Refuse(field, "the file name " + Quoted(*file) + " takes a frame number, expected frames such as 1-48");
     }
   }
   const FrameRange frames = ResolveFrames(job);
   if (frames.count() > 1 && !FramePattern(job.output.file).hasNumber()) {
-    Fail("output", std::to_string(frames.count()) + " frames would all be written to " + Quoted(job.output.file) +
-                       ", expected a file name with a frame number such as out.%04d.exr");
+    Refuse("output", std::to_string(frames.count()) + " frames would all be written to " + Quoted(job.output.file) +
+                         ", expected a file name with a frame number such as out.%04d.exr");
   }
 }
 
 void CheckNeeds(const Job& job) {
   const EffectKind kind = ResolveKind(job);
-  if (NeedsInput(kind) && !job.input) Fail("input", "missing, expected a picture to work on");
-  if (kind == EffectKind::Transition && !job.input2) Fail("input2", "missing, expected a second clip for a transition");
-  if (kind == EffectKind::Paint && !job.mask) Fail("mask", "missing, expected a mask to paint through");
-  if (job.mask && !job.input) Fail("mask", "lies relative to the input, expected an input too");
+  if (NeedsInput(kind) && !job.input) Refuse("input", "missing, expected a picture to work on");
+  if (kind == EffectKind::Transition && !job.input2)
+    Refuse("input2", "missing, expected a second clip for a transition");
+  if (kind == EffectKind::Paint && !job.mask) Refuse("mask", "missing, expected a mask to paint through");
+  if (job.mask && !job.input) Refuse("mask", "lies relative to the input, expected an input too");
   if (!job.input && !(job.output.width && job.output.height)) {
-    Fail("output", "expected width and height, since there is no input to take them from");
+    Refuse("output", "expected width and height, since there is no input to take them from");
   }
 }
 
@@ -210,8 +211,8 @@ void CheckOutputIsNoInput(const Job& job) {
     const fs::path written = Resolved(job, output.FileName(frame));
     for (const Source& source : Sources(job)) {
       if (Resolved(job, FramePattern(*source.file).FileName(frame)) != written) continue;
-      Fail("output", Quoted(output.FileName(frame)) + " is the picture that " + std::string(source.field) +
-                         " is read from, expected another file");
+      Refuse("output", Quoted(output.FileName(frame)) + " is the picture that " + std::string(source.field) +
+                           " is read from, expected another file");
     }
   }
 }
@@ -244,12 +245,12 @@ bool NeedsInput(EffectKind kind) {
 
 void CheckValues(const Job& job) {
   if (job.depth && *job.depth != 8 && *job.depth != 16) {
-    Fail("depth", "expected 8 or 16, found " + std::to_string(*job.depth));
+    Refuse("depth", "expected 8 or 16, found " + std::to_string(*job.depth));
   }
   constexpr std::array kKinds{EffectKind::Filter, EffectKind::Source,     EffectKind::Generator,
                               EffectKind::Paint,  EffectKind::Transition, EffectKind::Other};
   if (job.kind && std::ranges::find(kKinds, *job.kind) == kKinds.end()) {
-    Fail("use", "expected 1 to 5 or 7, found " + std::to_string(static_cast<std::int32_t>(*job.kind)));
+    Refuse("use", "expected 1 to 5 or 7, found " + std::to_string(static_cast<std::int32_t>(*job.kind)));
   }
   CheckImages(job);
   if (job.frames) CheckFrames(*job.frames);

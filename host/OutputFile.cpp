@@ -88,7 +88,7 @@ OIIO::ImageSpec Describe(const OutputFormat& format, const HostImage& image, con
   return spec;
 }
 
-bool AsksToStop(void* stop, float /*portion*/) {
+bool StopsWriting(void* stop, float /*portion*/) {
   return (*static_cast<const StopTest*>(stop))();
 }
 
@@ -113,7 +113,7 @@ class Writing {
   void Put(const std::byte* samples, SampleKind kind, const StopTest& stop) {
     StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->systemError() != 0); };
     const bool done = writer_->write_image(BufferType(kind), samples, OIIO::AutoStride, OIIO::AutoStride,
-                                           OIIO::AutoStride, AsksToStop, &stopOrError);
+                                           OIIO::AutoStride, StopsWriting, &stopOrError);
     if (stop && stop()) {
       writer_->close();
       throw FileInterrupted{};

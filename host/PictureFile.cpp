@@ -19,7 +19,7 @@ OIIO::TypeDesc TypeOf(SampleKind kind) {
   return OIIO::TypeDesc::FLOAT;
 }
 
-bool AsksToStop(void* stop, float /*portion*/) {
+bool StopsReading(void* stop, float /*portion*/) {
   const auto& test = *static_cast<const StopTest*>(stop);
   return test && test();
 }
@@ -33,7 +33,7 @@ void ReadSamples(const std::filesystem::path& path, OpenPicture& picture, std::b
   const PictureFileChatter chatter;
   const bool done =
       picture.file->read_image(0, 0, 0, picture.info.channels, TypeOf(picture.info.samples), samples, OIIO::AutoStride,
-                               OIIO::AutoStride, OIIO::AutoStride, AsksToStop, const_cast<StopTest*>(&stop));
+                               OIIO::AutoStride, OIIO::AutoStride, StopsReading, const_cast<StopTest*>(&stop));
   if (stop && stop()) throw FileInterrupted{};
   const std::string message = picture.file->geterror();
   if (done && !WasCutShort(message)) return;

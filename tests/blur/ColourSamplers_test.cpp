@@ -21,15 +21,15 @@ template <class Pixel>
 constexpr std::int32_t kFull = Pixel::kMax;
 
 template <class Pixel>
-using Frame = HvTexture<Pixel, Ri>;
+using FrameOf = HvTexture<Pixel, Ri>;
 template <class Pixel>
-using Forward = RGBToYUVSampler<Frame<Pixel>, YuvPicture, Pixel, Ri, kFull<Pixel>>;
+using Forward = RGBToYUVSampler<FrameOf<Pixel>, YuvPicture, Pixel, Ri, kFull<Pixel>>;
 template <class Pixel>
-using Backward = YUVToRGBSampler<YuvPicture, Frame<Pixel>, Ri, Pixel, kFull<Pixel>>;
+using Backward = YUVToRGBSampler<YuvPicture, FrameOf<Pixel>, Ri, Pixel, kFull<Pixel>>;
 template <class Pixel>
-using Extractor = ChannelExtractor<Frame<Pixel>, GreyPicture, Pixel, int, 0>;
+using Extractor = ChannelExtractor<FrameOf<Pixel>, GreyPicture, Pixel, int, 0>;
 template <class Pixel>
-using Spreader = GreyToRGBSampler<GreyPicture, Frame<Pixel>, int, Pixel, kFull<Pixel>>;
+using Spreader = GreyToRGBSampler<GreyPicture, FrameOf<Pixel>, int, Pixel, kFull<Pixel>>;
 
 // Stored values that pixels make, and a few beyond.
 template <class Pixel>
@@ -77,7 +77,7 @@ TYPED_TEST_SUITE(ColourSamplers, Depths);
 
 TYPED_TEST(ColourSamplers, GoToYuvAsTheModelDoes) {
   forRandomCases(300, [](Random& random) {
-    compareSampler<Forward<TypeParam>, Frame<TypeParam>, YuvPicture>(
+    compareSampler<Forward<TypeParam>, FrameOf<TypeParam>, YuvPicture>(
         random, [](const model::Picture& in, model::Picture& out, const model::Window& window) {
           model::RgbToYuv(in, out, modelDepth<TypeParam>(), window);
         });
@@ -86,7 +86,7 @@ TYPED_TEST(ColourSamplers, GoToYuvAsTheModelDoes) {
 
 TYPED_TEST(ColourSamplers, ComeBackFromYuvAsTheModelDoes) {
   forRandomCases(300, [](Random& random) {
-    compareSampler<Backward<TypeParam>, YuvPicture, Frame<TypeParam>>(
+    compareSampler<Backward<TypeParam>, YuvPicture, FrameOf<TypeParam>>(
         random, [](const model::Picture& in, model::Picture& out, const model::Window& window) {
           model::YuvToRgb(in, out, modelDepth<TypeParam>(), window);
         });
@@ -95,13 +95,13 @@ TYPED_TEST(ColourSamplers, ComeBackFromYuvAsTheModelDoes) {
 
 TYPED_TEST(ColourSamplers, TakeRedForGreyAsTheModelDoes) {
   forRandomCases(200, [](Random& random) {
-    compareSampler<Extractor<TypeParam>, Frame<TypeParam>, GreyPicture>(random, model::ExtractRed);
+    compareSampler<Extractor<TypeParam>, FrameOf<TypeParam>, GreyPicture>(random, model::ExtractRed);
   });
 }
 
 TYPED_TEST(ColourSamplers, SpreadGreyAsTheModelDoes) {
   forRandomCases(200, [](Random& random) {
-    compareSampler<Spreader<TypeParam>, GreyPicture, Frame<TypeParam>>(
+    compareSampler<Spreader<TypeParam>, GreyPicture, FrameOf<TypeParam>>(
         random, [](const model::Picture& in, model::Picture& out, const model::Window& window) {
           model::GreyToRgb(in, out, modelDepth<TypeParam>(), window);
         });
@@ -213,7 +213,7 @@ std::pair<R8, R8> spread(int grey, int outside, bool threshold, bool opaque) {
   canvas.wrapIn(picture);
   picture.setOutsideColour(outside);
   Canvas<R8> result(2, 1);
-  Frame<R8> frame;
+  FrameOf<R8> frame;
   result.wrapIn(frame);
   Spreader<R8> spreader;
   spreader.threshold = threshold;

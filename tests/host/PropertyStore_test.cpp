@@ -7,8 +7,8 @@
 namespace vblur::host {
 namespace {
 
-const GUID& kBlur = PropertyOf(PropertyId::Blur).guid;
-const GUID& kChannels = PropertyOf(PropertyId::Channels).guid;
+const GUID& kBlurGuid = PropertyOf(PropertyId::Blur).guid;
+const GUID& kChannelsGuid = PropertyOf(PropertyId::Channels).guid;
 
 TEST(PropertyStore, FindsEveryPropertyOfTheTableByItsIdentity) {
   for (const Property& property : kProperties)
@@ -20,39 +20,39 @@ TEST(PropertyStore, AnswersWithDefaultsUntilSomethingIsSet) {
   PropertyStore store;
   for (const Property& property : kProperties)
     EXPECT_EQ(store.ValueAt(property.guid, 3.0), property.defaultValue);
-  store.Set(kBlur, 24.5);
-  EXPECT_EQ(store.ValueAt(kBlur, 3.0), 24.5);
-  EXPECT_EQ(store.ValueAt(kChannels, 3.0), 1.0);
+  store.Set(kBlurGuid, 24.5);
+  EXPECT_EQ(store.ValueAt(kBlurGuid, 3.0), 24.5);
+  EXPECT_EQ(store.ValueAt(kChannelsGuid, 3.0), 1.0);
 }
 
 TEST(PropertyStore, ForgetsAPropertyThatIsSetToItsDefault) {
   PropertyStore store;
-  store.Set(kBlur, 24.5);
-  ASSERT_NE(store.Find(kBlur), nullptr);
-  store.Set(kBlur, 10.0);
-  EXPECT_EQ(store.Find(kBlur), nullptr);
+  store.Set(kBlurGuid, 24.5);
+  ASSERT_NE(store.Find(kBlurGuid), nullptr);
+  store.Set(kBlurGuid, 10.0);
+  EXPECT_EQ(store.Find(kBlurGuid), nullptr);
   EXPECT_EQ(store, PropertyStore());
 }
 
 TEST(PropertyStore, FollowsACurve) {
   PropertyStore store;
-  store.Set(kBlur, Curve{{{0.0, 0.0}, {10.0, 80.0}}, Interpolation::Linear});
-  EXPECT_EQ(store.ValueAt(kBlur, 5.0), 40.0);
-  store.Set(kBlur, 7.0);
-  EXPECT_EQ(store.ValueAt(kBlur, 5.0), 7.0);
+  store.Set(kBlurGuid, Curve{{{0.0, 0.0}, {10.0, 80.0}}, Interpolation::Linear});
+  EXPECT_EQ(store.ValueAt(kBlurGuid, 5.0), 40.0);
+  store.Set(kBlurGuid, 7.0);
+  EXPECT_EQ(store.ValueAt(kBlurGuid, 5.0), 7.0);
 }
 
 TEST(PropertyStore, RefusesWhatAPropertyCannotHold) {
   PropertyStore store;
   EXPECT_EQ(UsageFailureOf([&] { store.Set(GUID{}, 1.0); }), "the effect has no property with this identity");
   EXPECT_EQ(UsageFailureOf([&] {
-              store.Set(kChannels, Curve{{{0.0, 1.0}}, {}});
+              store.Set(kChannelsGuid, Curve{{{0.0, 1.0}}, {}});
             }),
             "Channels: not an animated property, expected a value");
-  EXPECT_EQ(UsageFailureOf([&] { store.Set(kBlur, Curve{}); }), "Blur: expected at least one key");
+  EXPECT_EQ(UsageFailureOf([&] { store.Set(kBlurGuid, Curve{}); }), "Blur: expected at least one key");
   for (const double second : {1.0, 0.5}) {
     EXPECT_EQ(UsageFailureOf([&] {
-                store.Set(kBlur, Curve{{{1.0, 1.0}, {second, 2.0}}, {}});
+                store.Set(kBlurGuid, Curve{{{1.0, 1.0}, {second, 2.0}}, {}});
               }),
               "Blur: expected keys in the order of time, each later than the one before");
   }
