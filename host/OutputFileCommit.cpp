@@ -1,14 +1,11 @@
 #include "host/OutputFileCommit.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <sstream>
 #include <system_error>
 
-#include <unistd.h>
-
 #include "host/Failure.h"
+#include "host/PartFiles.h"
 
 namespace vblur::host {
 
@@ -21,19 +18,10 @@ std::filesystem::path WithoutLinks(const std::filesystem::path& target) {
   return error ? target : real;
 }
 
-std::filesystem::path NameBeside(const std::filesystem::path& target) {
-  static std::atomic<unsigned> counter{0};
-  // Short enough for a name of full length: the process and the counter tell the files apart.
-  std::ostringstream name;
-  name << '.' << target.stem().string().substr(0, 100) << '.' << ::getpid() << '-' << counter++ << ".part"
-       << target.extension().string();
-  return target.parent_path() / name.str();
-}
-
 }  // namespace
 
 OutputFileCommit::OutputFileCommit(const std::filesystem::path& target)
-    : target_(WithoutLinks(target)), written_(NameBeside(target_)) {}
+    : target_(WithoutLinks(target)), written_(PartFileFor(target_)) {}
 
 OutputFileCommit::~OutputFileCommit() {
   std::error_code ignored;

@@ -15,6 +15,7 @@
 #include "host/FramePipeline.h"
 #include "host/JobCheck.h"
 #include "host/OutputFile.h"
+#include "host/PartFiles.h"
 #include "host/SequenceRendererInputs.h"
 #include "platform/IVBlurFacts.h"
 
@@ -166,6 +167,7 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
 
 void SequenceRun::CheckFiles() {
   OutputFormatOf(OutputOf(frames_.first));
+  RemoveAbandonedParts(OutputOf(frames_.first).parent_path());
   for (std::int64_t index = 0; index < frames_.count() && !context_.stopped(); ++index) {
     const std::int32_t frame = FrameAt(index);
     if (IsSkipped(frame)) continue;

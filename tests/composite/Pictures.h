@@ -9,6 +9,7 @@
 #include "tests/model/depth.h"
 #include "tests/model/picture.h"
 #include "tests/support/Canvas.h"
+#include "tests/support/ModelBridge.h"
 #include "tests/support/Random.h"
 
 namespace vblur::test {
@@ -37,8 +38,8 @@ constexpr Rf MakeFloat(float red, float green, float blue, float alpha) {
 }
 
 template <class Pixel>
-model::Pixel ModelOf(const Pixel& p) {
-  return {p.red, p.green, p.blue, p.alpha};
+model::Pixel ModelOf(const Pixel& pixel) {
+  return modelPixel(pixel);
 }
 
 template <class Pixel>
@@ -84,35 +85,11 @@ std::vector<Pixel> PixelsOf(const HvTexture<Pixel, Accum>& texture) {
   return pixels;
 }
 
-inline model::Axis ModelOf(const HvTexAxis& axis) {
-  model::Axis result;
-  result.size = axis.size;
-  result.origin = axis.originI;
-  result.writeOrigin = axis.writeOrigin;
-  result.edge = axis.edgeMethod;
-  result.lo = axis.lo;
-  result.hi = axis.hi;
-  return result;
-}
-
-template <class Pixel>
-model::Pixel ModelOfAny(const Pixel& p) {
-  if constexpr (Pixel::kComponents == 4) {
-    return ModelOf(p);
-  } else {
-    return {p.value, 0, 0, 0};
-  }
-}
-
+// A texture without memory is no picture to the model either.
 template <class Pixel, class Accum>
 model::Picture ModelOf(const HvTexture<Pixel, Accum>& texture) {
-  model::Picture picture;
-  picture.x = ModelOf(texture.horizontal);
-  picture.y = ModelOf(texture.vertical);
-  picture.outside = ModelOfAny(texture.outsideColour);
+  model::Picture picture = modelPicture(texture);
   picture.hasMemory = texture.data != nullptr;
-  for (const Pixel& pixel : PixelsOf(texture))
-    picture.pixels.push_back(ModelOfAny(pixel));
   return picture;
 }
 

@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include "host/PartFiles.h"
 #include "host/PictureFileMetadata.h"
 #include "host/PictureFileOpen.h"
 #include "tests/host/FailureOf.h"
@@ -52,6 +55,27 @@ TEST_F(OutputFileTest, AReplacedFileKeepsItsPermissionsAndItsLink) {
   EXPECT_EQ(ReadPictureInfo(path).width, 40);
   EXPECT_EQ(std::filesystem::status(path).permissions(),
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+TEST_F(OutputFileTest, PartsOfProcessesThatAreGoneAreCleared) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ASSERT_GT(child, 0);
+  const auto mine = PartFileFor(folder_.path() / "a.b.0001.png");
+  std::string gone = mine.filename().string();
+  const std::string own = "-" + std::to_string(::getpid()) + "-";
+  gone.replace(gone.find(own), own.size(), "-" + std::to_string(child) + "-");
+  ::waitpid(child, nullptr, 0);
+  std::string elsewhere = gone;
+  elsewhere.replace(elsewhere.find(".0001.") + 6, 1, "another_machine_");
+
+  const std::set<std::string> kept = {mine.filename().string(), elsewhere, ".note.part.png", "out.png"};
+  for (const std::string& name : kept)
+    folder_.Write(name, "x");
+  folder_.Write(gone, "x");
+  RemoveAbandonedParts(folder_.path());
+  EXPECT_EQ(NamesIn(folder_.path()), kept);
+  RemoveAbandonedParts(folder_.path() / "none");
 }
 
 TEST_F(OutputFileTest, PlacesThatHoldNoFileAreRefused) {
