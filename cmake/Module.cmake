@@ -1,18 +1,22 @@
-# vblur_module(<name> [MAY_INCLUDE <folder or header>...] [LINK <target>...] [INCLUDE_ROOT <dir>])
+# vblur_module(<name> [SHARED] [MAY_INCLUDE <folder or header>...] [LINK <target>...])
 #
-# One folder of the house, as one static library `vblur_<name>` of all the .cpp files in it (an
-# interface library when there are none). The folders are free to look around as little as possible:
+# One folder of the house, as one static library `vblur_<name>` of all the .cpp files in it (a shared one
+# when told so, an interface library when there are none). The folders are free to look around as little as possible:
 # every quoted or angled include that names another folder of the house must be in MAY_INCLUDE, or
 # the build stops with the line that broke the rule. A single header may be let in by its path, such
 # as effect/PropertyTable.h.
 function(vblur_module name)
-  cmake_parse_arguments(PARSE_ARGV 1 module "" "" "MAY_INCLUDE;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 module "SHARED" "" "MAY_INCLUDE;LINK")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
 
   set(target "vblur_${name}")
   if(sources)
-    add_library(${target} STATIC ${sources} ${headers})
+    set(kind STATIC)
+    if(module_SHARED)
+      set(kind SHARED)
+    endif()
+    add_library(${target} ${kind} ${sources} ${headers})
     set(scope PUBLIC)
     vblur_warnings(${target})
   else()

@@ -185,7 +185,8 @@ void RenderPanel(const SheetPlan& plan, const SheetPanel& panel, const SheetPict
   job.duration = plan.duration;
   job.properties = panel.properties;
   const bool two = plan.use == EffectKind::Transition;
-  RenderInMemory(makeEffect, job, {&pictures.input, two ? &pictures.input2 : nullptr}, context, into);
+  RenderInMemory(makeEffect, job,
+                 {.output = &into, .input = &pictures.input, .input2 = two ? &pictures.input2 : nullptr}, context);
 }
 
 void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const TextPainter& text,

@@ -1,7 +1,6 @@
 #include "host/EffectHost.h"
 
 #include <string_view>
-#include <variant>
 
 namespace vblur::host {
 
@@ -16,14 +15,6 @@ const double* FindSize(const ProjectSizes& project, std::string_view key) {
 }
 
 }  // namespace
-
-bool EffectHost::AnimatedValue(const GUID& property, double time, double& value) const {
-  const PropertyStore::Setting* setting = properties_.Find(property);
-  const auto* curve = setting == nullptr ? nullptr : std::get_if<Curve>(setting);
-  if (curve == nullptr) return false;
-  value = curve->At(time);
-  return true;
-}
 
 HRESULT EffectHost::ContentProperty(const char* key, double& value) const {
   if (key == nullptr) return kNullPointer;

@@ -1,9 +1,3 @@
-#include <array>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <set>
-
 #include "host/Failure.h"
 #include "host/FramePattern.h"
 #include "host/JobCheck.h"
@@ -11,7 +5,8 @@
 #include "host/JobFile.h"
 #include "host/JsonPlace.h"
 #include "host/JsonText.h"
-#include "host/PropertyText.h"
+#include "host/PropertyJson.h"
+#include "host/TextFile.h"
 
 namespace vblur::host {
 
@@ -127,71 +122,6 @@ void ReadProject(const JsonPlace& place, Job& job) {
   job.project = ProjectSizes{user->NumberPair("[width, height]"), world->NumberPair("[width, height]")};
 }
 
-Interpolation ReadInterpolation(const JsonPlace& place) {
-  constexpr std::string_view kExpected = "\"linear\", \"hold\" or \"smooth\"";
-  const auto interpolation = FindInterpolation(place.Text(kExpected));
-  if (!interpolation) place.FailExpected(kExpected);
-  return *interpolation;
-}
-
-Curve ReadCurve(const JsonPlace& place) {
-  constexpr std::string_view kExpected = "{\"keys\": [[time, value], ...]}";
-  place.RequireFields(job_fields::kCurve, kExpected);
-  const auto keys = place.Field("keys");
-  if (!keys) place.FailExpected(kExpected);
-  if (!keys->value().is_array() || keys->value().empty()) keys->FailExpected("at least one [time, value]");
-  Curve curve;
-  if (const auto field = place.Field("interpolation")) curve.interpolation = ReadInterpolation(*field);
-  for (std::size_t i = 0; i < keys->value().size(); ++i) {
-    const JsonPlace item = keys->Item(i);
-    const auto [time, value] = item.NumberPair("[time, value]");
-    if (i > 0 && time <= curve.keys.back().time) {
-      item.FailExpected("[time, value] with a time after " + FormatNumber(curve.keys.back().time));
-    }
-    curve.keys.push_back({time, value});
-  }
-  return curve;
-}
-
-// A value as one of the types that the property takes; nothing for any other value.
-std::optional<double> ReadPlainValue(const Property& property, const nlohmann::json& value) {
-  if (value.is_boolean() && property.control == PropertyControl::OnOff) return value.get<bool>() ? 1.0 : 0.0;
-  if (value.is_string()) return FindEntry(property, value.get_ref<const std::string&>());
-  if (!value.is_number() || !IsAllowed(property, value.get<double>())) return std::nullopt;
-  return value.get<double>();
-}
-
-std::string ExpectedJson(const Property& property) {
-  if (property.control == PropertyControl::OnOff) return "true or false, 1 or 0";
-  if (property.isAnimated()) return ExpectedValue(property) + " or {\"keys\": [[time, value], ...]}";
-  return ExpectedValue(property);
-}
-
-void ReadProperty(const JsonPlace& place, const Property& property, PropertyStore& store) {
-  if (place.value().is_object()) {
-    if (!property.isAnimated()) place.FailExpected(ExpectedJson(property) + " since the property is not animated");
-    store.Set(property.guid, ReadCurve(place));
-  } else if (const auto value = ReadPlainValue(property, place.value())) {
-    store.Set(property.guid, *value);
-  } else {
-    place.FailExpected(ExpectedJson(property));
-  }
-}
-
-PropertyStore ReadProperties(const JsonPlace& place) {
-  if (!place.value().is_object()) place.FailExpected("an object of property names and values");
-  PropertyStore store;
-  std::set<PropertyId> seen;
-  for (const auto& [name, value] : place.value().items()) {
-    const JsonPlace item(value, JoinPath(place.path(), name));
-    const Property* property = FindPropertyNamed(name);
-    if (property == nullptr) place.Fail(UnknownProperty(name));
-    if (!seen.insert(property->id).second) item.Fail("this property is there twice, expected it once");
-    ReadProperty(item, *property, store);
-  }
-  return store;
-}
-
 void ReadPictures(const JsonPlace& root, Job& job) {
   if (const auto field = root.Field("input")) job.input = ReadInput(*field);
   if (const auto field = root.Field("input2")) job.input2 = ReadInput(*field);
@@ -221,26 +151,6 @@ Job ReadJob(const JsonPlace& root) {
   return job;
 }
 
-std::string ReadText(const std::filesystem::path& path) {
-  constexpr std::size_t kLargest = std::size_t{16} << 20;
-  const auto fail = [&](const std::string& reason) {
-    throw Failure(ExitCode::CannotRead, path.string() + ": " + reason);
-  };
-  std::error_code error;
-  if (std::filesystem::is_directory(path, error)) fail("is a directory, expected a job file");
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  if (!file) fail(std::string("cannot read the job file: ") + std::strerror(errno));
-  std::string text;
-  std::array<char, 65536> part;
-  while (file.read(part.data(), part.size()) || file.gcount() > 0) {
-    text.append(part.data(), static_cast<std::size_t>(file.gcount()));
-    if (text.size() > kLargest) fail("larger than 16 MiB, expected a job file");
-  }
-  if (file.bad()) fail("cannot read the job file: the system reports an error");
-  return text;
-}
-
 }  // namespace
 
 Job ParseJob(std::string_view text, const std::filesystem::path& folder) {
@@ -251,7 +161,7 @@ Job ParseJob(std::string_view text, const std::filesystem::path& folder) {
 }
 
 Job ReadJobFile(const std::filesystem::path& path) {
-  const std::string text = ReadText(path);
+  const std::string text = ReadTextFile(path, "job file");
   try {
     const std::filesystem::path folder = path.parent_path();
     return ParseJob(text, folder.empty() ? "." : folder);

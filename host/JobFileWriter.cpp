@@ -1,9 +1,5 @@
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <string>
-#include <variant>
 
 #include <nlohmann/json.hpp>
 
@@ -13,8 +9,8 @@
 #include "host/JobCheck.h"
 #include "host/JobFields.h"
 #include "host/JobFile.h"
-#include "host/OutputFileCommit.h"
-#include "host/PropertyText.h"
+#include "host/PropertyJson.h"
+#include "host/TextFile.h"
 
 namespace vblur::host {
 
@@ -57,32 +53,6 @@ Json FieldToJson(FieldChoice field) {
   return static_cast<std::int32_t>(field);
 }
 
-Json ValueToJson(const Property& property, double value) {
-  if (property.control == PropertyControl::Number) return value;
-  if (property.control == PropertyControl::OnOff) return value != 0.0;
-  return FormatValue(property, value);
-}
-
-Json SettingToJson(const Property& property, const PropertyStore::Setting& setting) {
-  if (const auto* value = std::get_if<double>(&setting)) return ValueToJson(property, *value);
-  const Curve& curve = std::get<Curve>(setting);
-  Json json;
-  json["keys"] = Json::array();
-  for (const CurveKey& key : curve.keys)
-    json["keys"].push_back({key.time, key.value});
-  if (curve.interpolation != Interpolation::Linear) json["interpolation"] = InterpolationName(curve.interpolation);
-  return json;
-}
-
-Json PropertiesToJson(const PropertyStore& store) {
-  Json json;
-  for (const Property& property : kProperties) {
-    const PropertyStore::Setting* setting = store.Find(property.guid);
-    if (setting != nullptr) json[std::string(property.name)] = SettingToJson(property, *setting);
-  }
-  return json;
-}
-
 Json ProjectToJson(const ProjectSizes& project) {
   return {{"userSize", project.user}, {"worldSize", project.world}};
 }
@@ -109,21 +79,6 @@ Json JobToJson(const Job& job) {
   if (job.proxy != Job{}.proxy) json["proxy"] = job.proxy;
   if (!job.properties.settings().empty()) json["properties"] = PropertiesToJson(job.properties);
   return json;
-}
-
-// One line for each field of the job and each property; everything else stays on its line.
-std::string Layout(const Json& json, bool isOpen, const std::string& indent = "") {
-  if (!json.is_structured()) return json.dump();
-  const std::string inner = indent + "  ";
-  std::string text;
-  for (const auto& [name, value] : json.items()) {
-    if (!text.empty()) text += isOpen ? ",\n" : ", ";
-    if (isOpen) text += inner;
-    if (json.is_object()) text += Json(name).dump() + ": ";
-    text += Layout(value, isOpen && name == "properties", inner);
-  }
-  if (json.is_array()) return "[" + text + "]";
-  return isOpen ? "{\n" + text + "\n" + indent + "}" : "{" + text + "}";
 }
 
 // A file name that started from one folder, as it must read to start from another. Only the steps up at
@@ -159,21 +114,6 @@ void Rebase(Job& job, const fs::path& folder) {
   job.folder = folder;
 }
 
-void WriteText(const std::string& text, const fs::path& path) {
-  const auto fail = [&] {
-    const std::string reason = errno == 0 ? "the system reports an error" : std::strerror(errno);
-    throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write the job file: " + reason);
-  };
-  OutputFileCommit commit(path);
-  errno = 0;
-  std::ofstream file(commit.writtenPath(), std::ios::binary);
-  if (!file) fail();
-  file << text;
-  file.close();
-  if (!file) fail();
-  commit.Commit();
-}
-
 }  // namespace
 
 std::string FormatJob(const Job& job) {
@@ -183,7 +123,7 @@ std::string FormatJob(const Job& job) {
                                             FormatFrameRange(*job.frames) + ", expected a range without a step");
   }
   try {
-    return Layout(JobToJson(job), true) + "\n";
+    return LayoutJson(JobToJson(job));
   } catch (const nlohmann::json::type_error&) {
     throw Failure(ExitCode::WrongUsage, "a file name is not UTF-8, expected one that a job file can hold");
   }
@@ -192,7 +132,7 @@ std::string FormatJob(const Job& job) {
 void WriteJobFile(const Job& job, const fs::path& path) {
   Job rebased = job;
   Rebase(rebased, FolderOf(path));
-  WriteText(FormatJob(rebased), path);
+  WriteTextFile(FormatJob(rebased), path, "job file");
 }
 
 }  // namespace vblur::host

@@ -203,7 +203,7 @@ KernelProfile MeasureProfile(const EffectFactory& makeEffect, ExecuteContext& co
       edges, [&](std::int32_t x, std::int32_t y) { return (x > profile.reach) != Falls(y); },
       [](std::int32_t y, std::int32_t c) { return 4 * y + c; });
   HostImage blurred;
-  RenderInMemory(makeEffect, KernelJob(blur, 100.0), {&edges, nullptr}, context, blurred);
+  RenderInMemory(makeEffect, KernelJob(blur, 100.0), {.output = &blurred, .input = &edges}, context);
   double before = SumOfColumn(blurred, 0);
   for (std::int32_t x = 1; x < blurred.width(); ++x) {
     const double sum = SumOfColumn(blurred, x);
@@ -237,7 +237,7 @@ KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& co
     heights += DrawEdges(
         edges, [&](std::int32_t x, std::int32_t y) { return (x > middle) != left && (y > middle) != low; },
         [&](std::int32_t, std::int32_t c) { return 4 * i + c; });
-    RenderInMemory(makeEffect, KernelJob(blur, 0.0), {&edges, nullptr}, context, blurred);
+    RenderInMemory(makeEffect, KernelJob(blur, 0.0), {.output = &blurred, .input = &edges}, context);
     AddCorners(blurred, picture, left == low ? 1.0 : -1.0, corners);
   }
   // All rows of a picture share their heights.

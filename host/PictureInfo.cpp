@@ -93,7 +93,7 @@ ChannelChoice ChooseChannels(const OIIO::ImageSpec& spec) {
   return {colours[0], colours[1], colours[2], choice.alpha};
 }
 
-SampleKind KindOf(OIIO::TypeDesc type) {
+SampleKind KindOf(const OIIO::TypeDesc& type) {
   if (type.basetype == OIIO::TypeDesc::UINT8) return SampleKind::Unsigned8;
   if (type.basetype == OIIO::TypeDesc::UINT16) return SampleKind::Unsigned16;
   return SampleKind::Float;

@@ -28,13 +28,22 @@ Json Seconds(const StageTimes& times) {
   return {{"read", times.read}, {"render", times.render}, {"write", times.write}};
 }
 
+// How much of the source the frame asked for beyond its output.
+std::string Overscan(const std::optional<InputOverscan>& overscan) {
+  if (!overscan) return {};
+  char text[120];
+  std::snprintf(text, sizeof text, ", input overscan %.6g %.6g %.6g %.6g (left, right, bottom, top)", overscan->left,
+                overscan->right, overscan->bottom, overscan->top);
+  return text;
+}
+
 std::string FrameLine(const FrameResult& result) {
   char times[120];
   std::snprintf(times, sizeof times, " (read %.3f s, render %.3f s, write %.3f s)", result.seconds.read,
                 result.seconds.render, result.seconds.write);
   const std::string frame = "frame " + std::to_string(result.frame);
   switch (result.status) {
-    case FrameStatus::Done: return frame + ": " + result.file.string() + times;
+    case FrameStatus::Done: return frame + ": " + result.file.string() + times + Overscan(result.overscan);
     case FrameStatus::Skipped: return frame + ": " + result.file.string() + " exists, skipped";
     case FrameStatus::Failed: break;
   }
@@ -89,6 +98,10 @@ std::string ProgressJsonLine(const FrameResult& result) {
                  {"file", result.file.string()},
                  {"status", StatusName(result.status)},
                  {"seconds", Seconds(result.seconds)}};
+  if (result.overscan) {
+    const InputOverscan& overscan = *result.overscan;
+    object["inputOverscan"] = {overscan.left, overscan.right, overscan.bottom, overscan.top};
+  }
   if (result.status == FrameStatus::Failed) {
     object["exit"] = static_cast<int>(result.code);
     object["message"] = result.message;
@@ -96,10 +109,14 @@ std::string ProgressJsonLine(const FrameResult& result) {
   return Text(object);
 }
 
-void Progress::OnStart(std::int64_t frames) {
+void Progress::OnStart(std::int64_t frames, std::int32_t framesInFlight) {
   frames_ = frames;
   start_ = std::chrono::steady_clock::now();
-  if (style_ == ProgressStyle::Json) PutLine(stream_, Text({{"event", "start"}, {"frames", frames}}));
+  if (style_ == ProgressStyle::Json)
+    PutLine(stream_, Text({{"event", "start"}, {"frames", frames}, {"framesInFlight", framesInFlight}}));
+  if (style_ == ProgressStyle::Lines && frames > 1) {
+    PutLine(stream_, std::to_string(frames) + " frames, " + std::to_string(framesInFlight) + " at a time");
+  }
 }
 
 void Progress::OnFrame(const FrameResult& result) {

@@ -22,7 +22,7 @@ class Progress : public RenderObserver {
  public:
   Progress(std::FILE* stream, ProgressStyle style) : stream_(stream), style_(style) {}
 
-  void OnStart(std::int64_t frames) override;
+  void OnStart(std::int64_t frames, std::int32_t framesInFlight) override;
   void OnFrame(const FrameResult& result) override;
   // After the last frame.
   void Finish(const RenderSummary& summary);

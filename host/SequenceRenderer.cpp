@@ -5,19 +5,20 @@
 #include <atomic>
 #include <cstring>
 #include <limits>
+#include <list>
 #include <new>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "host/CoordMan.h"
 #include "host/EffectHost.h"
-#include "host/EffectSetup.h"
 #include "host/FramePipeline.h"
+#include "host/FramesInFlight.h"
 #include "host/JobCheck.h"
 #include "host/OutputFile.h"
 #include "host/PartFiles.h"
 #include "host/SequenceRendererInputs.h"
-#include "platform/IVBlurFacts.h"
 
 namespace vblur::host {
 
@@ -47,8 +48,12 @@ struct FrameDropped {};
 
 // A frame on its way, and the pictures that the next one in this slot uses again.
 struct FrameSlot {
+  explicit FrameSlot(const StopTest& stop) : reader(stop), writer(stop) {}
+
   FrameResult result;
   bool dropped = false;
+  PictureReader reader;
+  PictureWriter writer;
   HostImage inputImage;
   HostImage input2Image;
   HostImage maskImage;
@@ -60,11 +65,6 @@ struct FrameSlot {
 
   bool isOpen() const { return !dropped && result.status == FrameStatus::Done; }
 };
-
-// The effect borrows pictures without promising to leave them alone; it reads inputs only.
-IDSImage* Borrow(const SequenceInput::Picture& picture) {
-  return const_cast<HostImage*>(picture.image);
-}
 
 class SequenceRun {
  public:
@@ -83,7 +83,8 @@ class SequenceRun {
   std::array<SequenceInput*, 4> Inputs();
   void CheckInputs(std::int32_t frame);
   void SettleDepth();
-  void SetUpEffect();
+  SequenceLanes SettleLanes();
+  void SetUpEffects(const SequenceLanes& lanes);
 
   template <typename Work>
   void Attempt(FrameSlot& slot, double& seconds, Work work);
@@ -93,8 +94,7 @@ class SequenceRun {
   void Begin(FrameSlot& slot, std::int64_t index);
   void Read(FrameSlot& slot);
   void PrepareOutput(FrameSlot& slot);
-  void Render(FrameSlot& slot);
-  void RenderField(FrameSlot& slot, std::int32_t field);
+  void Render(HostedEffect& effect, FrameSlot& slot);
   void Write(FrameSlot& slot);
   void Report(FrameSlot& slot);
 
@@ -110,10 +110,9 @@ class SequenceRun {
   std::optional<SequenceInput> mask_;
   std::optional<SequenceInput> initial_;
   std::int32_t depth_ = 16;
-  PictureReader reader_;
-  PictureWriter writer_;
   CoordMan coordMan_;
-  std::unique_ptr<IDSImageEffect> effect_;
+  // One for each lane; those behind the first are its clones and go before it.
+  std::vector<HostedEffect> effects_;
   // The frame that ended the run by failing; those before it are finished.
   std::atomic<std::int64_t> lastIndex_ = std::numeric_limits<std::int64_t>::max();
   RenderSummary summary_;
@@ -128,8 +127,6 @@ SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const 
       observer_(observer),
       frames_(ResolveFrames(job)),
       outputPattern_(job.output.file),
-      reader_([&context] { return context.stopped(); }),
-      writer_([&context] { return context.stopped(); }),
       coordMan_(job.proxy) {
   using Use = SequenceInput::Use;
   if (job.input) input_.emplace(job, *job.input, Use::Colour);
@@ -192,25 +189,49 @@ void SequenceRun::SettleDepth() {
   }
 }
 
-void SequenceRun::SetUpEffect() {
-  effect_ = makeEffect_();
-  effect_->SetEffectKind(static_cast<std::int32_t>(ResolveKind(job_)));
-  ApplyProperties(job_.properties, *effect_);
-  effect_->SetDuration(ResolveDuration(job_));
-  effect_->SetCoordMan(&coordMan_);
-  effect_->SetExecuteContext(&context_);
-  if (job_.roi) {
-    effect_->SetROI(job_.roi->x, job_.roi->y, job_.roi->width, job_.roi->height);
-  } else {
-    effect_->ClearROI();
+// What the first frame takes; an input that cannot be read is that frame's failure, later.
+SequenceLanes SequenceRun::SettleLanes() {
+  SequenceLoad load;
+  load.frames = frames_.count();
+  load.memory = options_.memory;
+  load.asked = options_.framesInFlight;
+  load.processors = options_.threads > 0 ? options_.threads
+                                         : static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
+  std::int64_t width = job_.output.width.value_or(0);
+  std::int64_t height = job_.output.height.value_or(0);
+  if (load.frames > 1 && input_ && (width == 0 || height == 0)) {
+    try {
+      const PictureInfo info = ReadPictureInfo(input_->FileOf(frames_.first));
+      width = info.width;
+      height = info.height;
+    } catch (const Failure&) {
+      load.frames = 1;
+    }
   }
+  // Inputs, output, and the filter's own picture between its passes; twice that in a transition.
+  const std::int64_t pictures = (input_ ? 1 : 0) + (input2_ ? 2 : 0) + (mask_ ? 1 : 0) + 2;
+  load.bytesPerFrame = width * height * 4 * (depth_ / 8) * pictures;
+  return FramesInFlight(load);
+}
+
+void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
+  effects_.reserve(static_cast<std::size_t>(lanes.frames) + 1);
+  effects_.emplace_back(makeEffect_(), options_.trace);
+  effects_.front().SetRenderThreads(lanes.threads);
+  effects_.front().SetUp(job_, coordMan_, context_);
+  // Frames side by side render on clones alone, so that what they report to their source meets nobody there.
+  for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
+    effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
 }
 
 void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
   slot.result.status = FrameStatus::Failed;
   slot.result.code = code;
   slot.result.message = message + AboutFrame(frames_, slot.result.frame);
-  if (options_.onError == OnError::Stop) lastIndex_ = std::min(lastIndex_.load(), slot.result.index);
+  if (options_.onError != OnError::Stop) return;
+  std::int64_t last = lastIndex_;
+  while (slot.result.index < last && !lastIndex_.compare_exchange_weak(last, slot.result.index)) {
+  }
 }
 
 template <typename Work>
@@ -243,7 +264,7 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
 
 void SequenceRun::Read(FrameSlot& slot) {
   const auto read = [&](std::optional<SequenceInput>& input, HostImage& image) {
-    return input ? input->Read(reader_, slot.result.frame, depth_, image) : SequenceInput::Picture{};
+    return input ? input->Read(slot.reader, slot.result.frame, depth_, image) : SequenceInput::Picture{};
   };
   slot.input = read(input_, slot.inputImage);
   slot.input2 = read(input2_, slot.input2Image);
@@ -262,7 +283,7 @@ void SequenceRun::PrepareOutput(FrameSlot& slot) {
   slot.output.Reset(depth_, 4, width, height);
   slot.output.Place(job_.output);
   if (!initial_) return slot.output.Clear();
-  const HostImage& initial = *initial_->Read(reader_, slot.result.frame, depth_, slot.initialImage).image;
+  const HostImage& initial = *initial_->Read(slot.reader, slot.result.frame, depth_, slot.initialImage).image;
   if (initial.width() != width || initial.height() != height) {
     throw Failure(ExitCode::WrongUsage, initial_->FileOf(slot.result.frame).string() + ": " +
                                             std::to_string(initial.width()) + " x " + std::to_string(initial.height()) +
@@ -272,50 +293,32 @@ void SequenceRun::PrepareOutput(FrameSlot& slot) {
   std::memcpy(slot.output.FirstPixel(), initial.FirstPixel(), slot.output.byteCount());
 }
 
-void SequenceRun::Render(FrameSlot& slot) {
+void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
   std::optional<ProjectSizes> project = job_.project;
   if (!project && !job_.projectUnreadable) {
     const std::array<double, 2> size{static_cast<double>(slot.output.width()),
                                      static_cast<double>(slot.output.height())};
     project = ProjectSizes{size, size};
   }
-  EffectHost host(job_.properties, project);
-  const std::array<std::int32_t, 2> offset = job_.mask ? job_.mask->offset : std::array<std::int32_t, 2>{0, 0};
-  effect_->SetEffectHost(&host);
-  effect_->SetOutput(&slot.output);
-  effect_->SetInput(Borrow(slot.input));
-  effect_->SetInput2(Borrow(slot.input2));
-  effect_->SetPixelMask(Borrow(slot.mask), offset[0], offset[1]);
-  if (job_.field == FieldChoice::Both) {
-    RenderField(slot, static_cast<std::int32_t>(FieldChoice::First));
-    RenderField(slot, static_cast<std::int32_t>(FieldChoice::Second));
-  } else {
-    RenderField(slot, static_cast<std::int32_t>(job_.field));
+  EffectHost host(project);
+  FramePictures pictures{&slot.output, slot.input.image, slot.input2.image, slot.mask.image};
+  if (job_.mask) pictures.maskOffset = job_.mask->offset;
+  const bool both = job_.field == FieldChoice::Both;
+  const double time = FrameTime(job_, slot.result.frame);
+  HRESULT result = kOk;
+  for (const FieldChoice field : {both ? FieldChoice::First : job_.field, FieldChoice::Second}) {
+    result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
+    if (context_.stopped()) throw FrameDropped{};
+    if (result != kOk || !both) break;
   }
-  effect_->SetOutput(nullptr);
-  effect_->SetInput(nullptr);
-  effect_->SetInput2(nullptr);
-  effect_->SetPixelMask(nullptr, 0, 0);
-  effect_->SetEffectHost(nullptr);
-}
-
-void SequenceRun::RenderField(FrameSlot& slot, std::int32_t field) {
-  effect_->SetField(field);
-  const HRESULT result = effect_->RenderFrame(FrameTime(job_, slot.result.frame));
-  if (context_.stopped()) throw FrameDropped{};
-  if (const auto* facts = dynamic_cast<const IVBlurFacts*>(effect_.get());
-      facts != nullptr && facts->RanOutOfMemory()) {
-    throw std::bad_alloc();
-  }
+  slot.result.overscan = effect.overscan();
   if (result == kOk) return;
-  std::array<char, 16> number{};
-  std::snprintf(number.data(), number.size(), "0x%08x", static_cast<unsigned>(result));
   throw Failure(ExitCode::SomeFramesFailed,
-                slot.result.file.string() + ": the effect cannot render this frame (" + number.data() + ")");
+                slot.result.file.string() + ": the effect cannot render this frame (" + FormatResult(result) + ")");
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
-  writer_.Write(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
+  slot.writer.Write(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
 }
 
 void SequenceRun::Report(FrameSlot& slot) {
@@ -335,22 +338,32 @@ void SequenceRun::Report(FrameSlot& slot) {
 }
 
 RenderSummary SequenceRun::Run() {
-  constexpr std::size_t kSlots = 3;
   const auto start = Clock::now();
-  SetUpEffect();
-  observer_.OnStart(frames_.count());
-  std::vector<FrameSlot> slots(kSlots);
+  const SequenceLanes lanes = SettleLanes();
+  SetUpEffects(lanes);
+  observer_.OnStart(frames_.count(), lanes.frames);
+  // A list: slots do not move.
+  std::list<FrameSlot> room;
+  std::vector<FrameSlot*> slots;
+  for (std::int32_t slot = 0; slot < lanes.slots; ++slot)
+    slots.push_back(&room.emplace_back([this] { return context_.stopped(); }));
   FrameStages stages;
-  stages.read = [&](std::size_t slot, std::int64_t index) { Begin(slots[slot], index); };
-  stages.render = [&](std::size_t slot, std::int64_t) {
-    Attempt(slots[slot], slots[slot].result.seconds.render, [&] { Render(slots[slot]); });
+  stages.read = [&](std::size_t slot, std::int64_t index) { Begin(*slots[slot], index); };
+  stages.render = [&](std::size_t lane, std::size_t slot, std::int64_t) {
+    HostedEffect& effect = effects_[lanes.frames > 1 ? lane + 1 : 0];
+    FrameSlot& frame = *slots[slot];
+    Attempt(frame, frame.result.seconds.render, [&] { Render(effect, frame); });
   };
   stages.write = [&](std::size_t slot, std::int64_t) {
-    Attempt(slots[slot], slots[slot].result.seconds.write, [&] { Write(slots[slot]); });
-    Report(slots[slot]);
+    FrameSlot& frame = *slots[slot];
+    Attempt(frame, frame.result.seconds.write, [&] { Write(frame); });
   };
+  stages.report = [&](std::size_t slot, std::int64_t) { Report(*slots[slot]); };
   stages.goesOn = [&] { return !context_.stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
-  RunFramePipeline(kSlots, frames_.count(), stages);
+  RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.count(), stages);
+  // Clones before what they were cloned from.
+  while (!effects_.empty())
+    effects_.pop_back();
   if (context_.stopped()) summary_.code = ExitCode::Interrupted;
   summary_.wallSeconds = SecondsSince(start);
   return summary_;

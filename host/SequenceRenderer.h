@@ -6,17 +6,16 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <memory>
+#include <optional>
 #include <string>
 
+#include "host/EffectServer.h"
 #include "host/ExecuteContext.h"
 #include "host/Failure.h"
+#include "host/HostedEffect.h"
 #include "host/Job.h"
-#include "platform/IDSImageEffect.h"
 
 namespace vblur::host {
-
-using EffectFactory = std::function<std::unique_ptr<IDSImageEffect>()>;
 
 enum class OnError { Stop, Skip };
 
@@ -25,6 +24,14 @@ struct RenderOptions {
   bool skipExisting = false;
   // What a frame that fails does to those behind it. The frames before it are finished in any case.
   OnError onError = OnError::Stop;
+  // Threads of the whole run; 0: one for each processor.
+  std::int32_t threads = 0;
+  // How many frames render side by side; 0: as FramesInFlight picks.
+  std::int32_t framesInFlight = 0;
+  // What the pictures of frames on their way may take, in bytes, as FramesInFlight reckons it.
+  std::int64_t memory = std::int64_t{2} << 30;
+  // Where the calls on the effect are noted; null: nowhere.
+  CallTrace* trace = nullptr;
 };
 
 enum class FrameStatus { Done, Skipped, Failed };
@@ -45,6 +52,8 @@ struct FrameResult {
   ExitCode code = ExitCode::Done;
   std::string message;
   StageTimes seconds;
+  // As the effect told it; nothing for a frame that was not rendered.
+  std::optional<InputOverscan> overscan;
 };
 
 struct RenderSummary {
@@ -62,7 +71,8 @@ class RenderObserver {
  public:
   virtual ~RenderObserver() = default;
 
-  virtual void OnStart(std::int64_t frames) = 0;
+  // How many frames there are, and how many of them render side by side.
+  virtual void OnStart(std::int64_t frames, std::int32_t framesInFlight) = 0;
   virtual void OnFrame(const FrameResult& result) = 0;
 };
 

@@ -33,6 +33,7 @@ ReadPicture SequenceInput::ReadInto(PictureReader& reader, std::int32_t frame, s
 SequenceInput::Picture SequenceInput::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth,
                                            HostImage& slot) {
   if (pattern_.hasNumber()) return {&slot, ReadInto(reader, frame, depth, slot).metadata};
+  const std::lock_guard hold(keeping_);
   if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
   return {&kept_, keptFile_->metadata};
 }

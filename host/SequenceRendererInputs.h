@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 #include "host/FramePattern.h"
@@ -14,6 +15,7 @@
 namespace vblur::host {
 
 // One picture or sequence of pictures. A picture without a number is read once and serves every frame.
+// Frames on several threads may be read at once.
 class SequenceInput {
  public:
   enum class Use { Colour, Mask };
@@ -36,6 +38,7 @@ class SequenceInput {
   FramePattern pattern_;
   ImageRecord record_;
   Use use_;
+  std::mutex keeping_;
   HostImage kept_;
   std::optional<ReadPicture> keptFile_;
 };

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <set>
 
-#include "effect/CreateBlur.h"
 #include "effect/PropertyTable.h"
 #include "host/JobCheck.h"
 #include "host/PropertyText.h"
@@ -31,11 +30,11 @@ std::set<double> UsedSizes(const host::Job& job) {
 
 }  // namespace
 
-FlatAreaLoss LargestFlatAreaLoss(const host::Job& job, const IVBlurFacts& facts) {
+FlatAreaLoss LargestFlatAreaLoss(const host::Job& job, const host::HostedEffect& effect) {
   const double proxy = std::max(std::abs(job.proxy[0]), std::abs(job.proxy[1]));
   FlatAreaLoss largest;
   for (const double size : UsedSizes(job)) {
-    const double loss = 1.0 - facts.DescribeBlurSize(size * proxy).flatGain;
+    const double loss = 1.0 - effect.DescribeBlurSize(size * proxy).flatGain;
     if (loss > largest.loss) largest = {size, loss};
   }
   return largest;
@@ -47,12 +46,9 @@ std::string FormatPercent(double part) {
   return text;
 }
 
-void WarnOfFlatAreas(const host::Job& job, Terminal& terminal) {
+void WarnOfFlatAreas(const host::Job& job, const host::EffectFactory& makeEffect, Terminal& terminal) {
   if (terminal.isQuiet()) return;
-  const auto effect = CreateBlur();
-  const auto* facts = dynamic_cast<const IVBlurFacts*>(effect.get());
-  if (!facts) return;
-  const FlatAreaLoss largest = LargestFlatAreaLoss(job, *facts);
+  const FlatAreaLoss largest = LargestFlatAreaLoss(job, host::HostedEffect(makeEffect()));
   if (largest.loss <= kShowing) return;
   terminal.Warn("at a Blur of " + host::FormatNumber(largest.blur) + " flat areas of the blurred picture lose " +
                 FormatPercent(largest.loss) + " of their value; see vblur properties Blur --size " +

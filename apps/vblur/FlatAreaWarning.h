@@ -6,8 +6,9 @@
 #include <string>
 
 #include "apps/vblur/Terminal.h"
+#include "host/EffectServer.h"
+#include "host/HostedEffect.h"
 #include "host/Job.h"
-#include "platform/IVBlurFacts.h"
 
 namespace vblur::cli {
 
@@ -17,11 +18,11 @@ struct FlatAreaLoss {
 };
 
 // The largest loss over all frames of a job.
-FlatAreaLoss LargestFlatAreaLoss(const host::Job& job, const IVBlurFacts& facts);
+FlatAreaLoss LargestFlatAreaLoss(const host::Job& job, const host::HostedEffect& effect);
 
 // "3.4 %".
 std::string FormatPercent(double part);
 
-void WarnOfFlatAreas(const host::Job& job, Terminal& terminal);
+void WarnOfFlatAreas(const host::Job& job, const host::EffectFactory& makeEffect, Terminal& terminal);
 
 }  // namespace vblur::cli

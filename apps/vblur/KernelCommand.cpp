@@ -1,8 +1,8 @@
 // vblur kernel OUTPUT: what the effect makes of a single point, drawn and in numbers.
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/Interruption.h"
+#include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
-#include "effect/CreateBlur.h"
 #include "host/KernelPlot.h"
 #include "host/OutputFile.h"
 #include "host/PropertyText.h"
@@ -27,13 +27,14 @@ class KernelCommand : public Command {
     app()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
   }
 
-  host::ExitCode Run(const GlobalOptions&, Terminal&) override {
+  host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
     CheckOptions();
     host::RequireWritable(output_, overwrite_);
+    const auto server = LoadServer(global);
     const host::TextPainter text;
     Interruption interruption;
     host::HostImage picture;
-    host::DrawKernel(host::MeasureKernel(CreateBlur, interruption.context(), blur_, depth_), text, picture);
+    host::DrawKernel(host::MeasureKernel(server->Factory(), interruption.context(), blur_, depth_), text, picture);
     host::PictureWriter().Write(output_, picture, nullptr, overwrite_);
     return host::ExitCode::Done;
   }

@@ -1,5 +1,6 @@
 #include "apps/vblur/OptionText.h"
 
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -59,6 +60,25 @@ std::int32_t ParseWhole(std::string_view option, std::string_view text) {
   return number;
 }
 
+std::int64_t ParseBytes(std::string_view option, std::string_view text) {
+  constexpr std::string_view kUnits = "KMG";
+  constexpr std::int64_t kMost = std::int64_t{1} << 50;
+  std::string_view digits = text;
+  std::int64_t unit = 1;
+  if (!digits.empty()) {
+    const char last = static_cast<char>(std::toupper(static_cast<unsigned char>(digits.back())));
+    if (const auto power = kUnits.find(last); power != std::string_view::npos) {
+      unit = std::int64_t{1} << (10 * (power + 1));
+      digits.remove_suffix(1);
+    }
+  }
+  std::int64_t number = 0;
+  if (!Read(digits, number) || number < 1 || number > kMost / unit) {
+    Refuse(option, text, "a number of bytes such as 512M or 2G");
+  }
+  return number * unit;
+}
+
 std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text) {
   std::array<double, 2> pair{};
   if (!ReadAll(text, ',', pair) || !std::isfinite(pair[0]) || !std::isfinite(pair[1])) {
@@ -92,8 +112,8 @@ std::size_t ParseChoice(std::string_view option, std::string_view text, std::spa
 }
 
 CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::string& form, const std::string& help,
-                           std::function<void(const std::string&)> set) {
-  CLI::Option* option = app.add_option_function<std::string>(name, std::move(set), help);
+                           const std::function<void(const std::string&)>& set) {
+  CLI::Option* option = app.add_option_function<std::string>(name, set, help);
   option->type_name(form);
   return option;
 }

@@ -6,9 +6,10 @@
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FlatAreaWarning.h"
+#include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
-#include "effect/CreateBlur.h"
+#include "host/HostedEffect.h"
 #include "host/PropertyText.h"
 
 namespace vblur::cli {
@@ -49,7 +50,7 @@ Json Describe(const Property& property) {
 // A list of many entries is told in full by `properties NAME`.
 std::string ShortValues(const Property& property) {
   constexpr std::size_t kLongest = 34;
-  const std::string values = DescribeValues(property);
+  std::string values = DescribeValues(property);
   if (property.control != PropertyControl::List || values.size() <= kLongest) return values;
   return std::to_string(property.entries.size()) + " entries, " + std::string(property.entries.front()) + " to " +
          std::string(property.entries.back());
@@ -92,7 +93,7 @@ class PropertiesCommand : public Command {
         ->expected(1);
   }
 
-  host::ExitCode Run(const GlobalOptions&, Terminal&) override {
+  host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
     const auto sizes = Sizes();
     if (name_.empty()) {
       json_ ? PrintAllAsJson() : PrintTable();
@@ -103,6 +104,7 @@ class PropertiesCommand : public Command {
     if (!isBlur && app()->count("--size") > 0) {
       throw host::Failure(host::ExitCode::WrongUsage, "--size: goes with the property Blur only");
     }
+    if (isBlur) server_ = LoadServer(global);
     json_ ? PrintAsJson(property, sizes) : PrintAsText(property, sizes);
     return host::ExitCode::Done;
   }
@@ -125,13 +127,11 @@ class PropertiesCommand : public Command {
     std::printf("%s\n", all.dump(2).c_str());
   }
 
-  static BlurSizeFacts FactsOf(double size) {
-    const auto effect = CreateBlur();
-    const auto* facts = dynamic_cast<const IVBlurFacts*>(effect.get());
-    return facts ? facts->DescribeBlurSize(size) : BlurSizeFacts{};
+  BlurSizeFacts FactsOf(double size) const {
+    return host::HostedEffect(server_->CreateEffect()).DescribeBlurSize(size);
   }
 
-  static void PrintAsJson(const Property& property, const std::vector<double>& sizes) {
+  void PrintAsJson(const Property& property, const std::vector<double>& sizes) const {
     Json object = Describe(property);
     if (property.id == PropertyId::Blur) {
       for (const double size : sizes) {
@@ -143,7 +143,7 @@ class PropertiesCommand : public Command {
     std::printf("%s\n", object.dump(2).c_str());
   }
 
-  static void PrintAsText(const Property& property, const std::vector<double>& sizes) {
+  void PrintAsText(const Property& property, const std::vector<double>& sizes) const {
     PrintProperty(property);
     if (property.id != PropertyId::Blur) return;
     std::printf("\n  What a size stands for, at full resolution:\n");
@@ -160,6 +160,7 @@ class PropertiesCommand : public Command {
 
   std::string name_;
   bool json_ = false;
+  std::unique_ptr<host::EffectServer> server_;
 };
 
 }  // namespace

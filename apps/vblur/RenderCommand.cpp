@@ -7,6 +7,8 @@
 #include "apps/vblur/RunJob.h"
 #include "host/JobCheck.h"
 #include "host/JobFile.h"
+#include "host/PropertyFile.h"
+#include "host/PropertyText.h"
 
 namespace vblur::cli {
 
@@ -31,11 +33,19 @@ class RenderCommand : public Command {
     AddTextOption(*app(), "--save-job", "FILE", "Also write the job file that renders the same",
                   [this](const std::string& file) { saved_ = file; })
         ->group("Output");
+    AddTextOption(*app(), "--load-properties", "FILE", "Properties from a file; those given as options win",
+                  [this](const std::string& file) { loadedProperties_ = file; })
+        ->group("Property files");
+    AddTextOption(*app(), "--save-properties", "FILE", "Also write the properties to a file",
+                  [this](const std::string& file) { savedProperties_ = file; })
+        ->group("Property files");
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
     CheckPictures();
+    if (!loadedProperties_.empty()) LoadProperties();
+    if (!savedProperties_.empty()) host::WritePropertyFile(job_.properties, savedProperties_);
     if (!saved_.empty()) SaveJob();
     return RunJob(job_, global, run_, terminal);
   }
@@ -49,6 +59,16 @@ class RenderCommand : public Command {
     if (job_.input2) job_.input2->origin = job_.input->origin;
   }
 
+  void LoadProperties() {
+    const host::PropertyStore loaded = host::ReadPropertyFile(loadedProperties_);
+    for (const Property& property : kProperties) {
+      const auto* setting = loaded.Find(property.guid);
+      if (setting != nullptr && app()->count("--" + host::OptionName(property)) == 0) {
+        job_.properties.Set(property.guid, *setting);
+      }
+    }
+  }
+
   void SaveJob() const {
     host::JobCheckOptions check;
     check.outputMayBeInput = run_.render.overwrite;
@@ -59,6 +79,8 @@ class RenderCommand : public Command {
   host::Job job_;
   RunOptions run_;
   std::string saved_;
+  std::string loadedProperties_;
+  std::string savedProperties_;
 };
 
 }  // namespace

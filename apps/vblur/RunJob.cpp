@@ -2,7 +2,7 @@
 
 #include "apps/vblur/FlatAreaWarning.h"
 #include "apps/vblur/Interruption.h"
-#include "effect/CreateBlur.h"
+#include "apps/vblur/LoadServer.h"
 #include "host/Progress.h"
 
 namespace vblur::cli {
@@ -19,7 +19,7 @@ host::ProgressStyle StyleOf(const GlobalOptions& global, const RunOptions& run, 
     case ProgressChoice::Automatic: break;
   }
   if (global.quiet) return ProgressStyle::None;
-  if (global.verbose) return ProgressStyle::Lines;
+  if (global.verbose > 0) return ProgressStyle::Lines;
   return terminal.isScreen() ? ProgressStyle::Bar : ProgressStyle::None;
 }
 
@@ -27,7 +27,6 @@ host::ProgressStyle StyleOf(const GlobalOptions& global, const RunOptions& run, 
 
 void ApplyGlobalOptions(const GlobalOptions& global, Terminal& terminal) {
   if (global.quiet) terminal.BeQuiet();
-  if (global.threads > 0) SetRenderThreads(global.threads);
 }
 
 void ApplyProgress(const RunOptions& run, Terminal& terminal) {
@@ -37,8 +36,13 @@ void ApplyProgress(const RunOptions& run, Terminal& terminal) {
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
   Interruption interruption;
   host::Progress progress(terminal.stream(), StyleOf(global, run, terminal));
-  WarnOfFlatAreas(job, terminal);
-  const auto summary = host::RenderSequence(job, CreateBlur, run.render, interruption.context(), progress);
+  const auto server = LoadServer(global);
+  WarnOfFlatAreas(job, server->Factory(), terminal);
+  host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
+  host::RenderOptions options = run.render;
+  options.threads = global.threads;
+  if (global.verbose > 1) options.trace = &trace;
+  const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.context(), progress);
   progress.Finish(summary);
   if (summary.code == host::ExitCode::Interrupted) terminal.Fail("interrupted");
   return summary.code;

@@ -7,7 +7,7 @@
 
 namespace vblur::cli {
 
-// Applies what concerns the whole process: threads, and how the terminal speaks.
+// How the terminal speaks.
 void ApplyGlobalOptions(const GlobalOptions& global, Terminal& terminal);
 void ApplyProgress(const RunOptions& run, Terminal& terminal);
 

@@ -19,13 +19,25 @@ void SetThreads(GlobalOptions& options, const std::string& text) {
   options.threads = threads;
 }
 
+void SetFramesInFlight(host::RenderOptions& options, const std::string& text) {
+  constexpr std::int32_t kMost = 256;
+  const std::int32_t frames = ParseWhole("--frames-in-flight", text);
+  if (frames < 1 || frames > kMost) {
+    throw host::Failure(host::ExitCode::WrongUsage, "--frames-in-flight: expected 1 to 256, found " + text);
+  }
+  options.framesInFlight = frames;
+}
+
 }  // namespace
 
 void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
   app.add_flag("-q,--quiet", options.quiet, "Print nothing but failures");
-  app.add_flag("-v,--verbose", options.verbose, "Print a line for each frame and the times at the end");
+  app.add_flag("-v,--verbose", options.verbose,
+               "Print a line for each frame and the times at the end; -vv prints the calls on the effect too");
   AddTextOption(app, "--threads", "N", "Threads of a render [one for each processor]",
                 [&](const std::string& text) { SetThreads(options, text); });
+  AddTextOption(app, "--server", "FILE", "The effect's library [that of this installation]",
+                [&](const std::string& file) { options.server = file; });
 }
 
 void AddRunOptions(CLI::App& app, RunOptions& options) {
@@ -36,6 +48,12 @@ void AddRunOptions(CLI::App& app, RunOptions& options) {
                 [&](const std::string& text) {
                   options.render.onError = static_cast<host::OnError>(ParseChoice("--on-error", text, kOnError));
                 })
+      ->group("Output");
+  AddTextOption(app, "--frames-in-flight", "N", "Frames that render side by side [as many as gain from it]",
+                [&](const std::string& text) { SetFramesInFlight(options.render, text); })
+      ->group("Output");
+  AddTextOption(app, "--memory", "SIZE", "What the frames on their way may take, such as 512M or 2G [2G]",
+                [&](const std::string& text) { options.render.memory = ParseBytes("--memory", text); })
       ->group("Output");
   AddTextOption(app, "--progress", "auto|none|bar|lines|json",
                 "How progress is told on the standard error stream [auto: a bar on a terminal]",

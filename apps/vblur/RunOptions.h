@@ -13,8 +13,9 @@ namespace vblur::cli {
 
 struct GlobalOptions {
   bool quiet = false;
-  bool verbose = false;
+  int verbose = 0;           // 1: a line for each frame; 2: the calls on the effect as well
   std::int32_t threads = 0;  // 0: as many as the machine has processors
+  std::string server;        // empty: that of this installation
 };
 
 enum class ProgressChoice { Automatic, None, Bar, Lines, Json };

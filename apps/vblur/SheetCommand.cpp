@@ -1,9 +1,9 @@
 // vblur sheet INPUT OUTPUT: many settings of the effect side by side on one picture.
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/Interruption.h"
+#include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
-#include "effect/CreateBlur.h"
 #include "host/ContactSheet.h"
 #include "host/NameMatch.h"
 #include "host/OutputFile.h"
@@ -44,17 +44,19 @@ class SheetCommand : public Command {
     app()->footer("The properties hold for every panel; --blur is told in pixels of a panel.");
   }
 
-  host::ExitCode Run(const GlobalOptions&, Terminal&) override {
+  host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
     CheckOptions();
+    const auto server = LoadServer(global);
+    const host::EffectFactory makeEffect = server->Factory();
     const host::SheetPlan plan =
-        host::PlanSheet(request_, [](double blur) { return host::FactsOfSize(CreateBlur, blur); });
+        host::PlanSheet(request_, [&](double blur) { return host::FactsOfSize(makeEffect, blur); });
     host::RequireWritable(output_, overwrite_);
     const host::TextPainter text;
     Interruption interruption;
     host::SheetPictures pictures;
     Read(plan, pictures);
     host::HostImage sheet;
-    host::DrawSheet(plan, pictures, text, CreateBlur, interruption.context(), sheet);
+    host::DrawSheet(plan, pictures, text, makeEffect, interruption.context(), sheet);
     host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
     return host::ExitCode::Done;
   }

@@ -28,6 +28,10 @@ bool Terminal::isScreen() const {
   return ::isatty(::fileno(stream_)) != 0;
 }
 
+void Terminal::Note(const std::string& line) {
+  if (!json_) std::fprintf(stream_, "%s\n", line.c_str());
+}
+
 void Terminal::Say(const char* event, const std::string& text) {
   // File names may hold line breaks; a message is one line.
   std::string line = text;

@@ -21,6 +21,8 @@ class Terminal {
 
   void Fail(const std::string& message);
   void Warn(const std::string& message);
+  // A line as it is, for what was asked to be told in full; nothing while objects are spoken.
+  void Note(const std::string& line);
 
   std::FILE* stream() const { return stream_; }
   // Whether a person is looking.

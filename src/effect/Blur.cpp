@@ -1,95 +1,98 @@
 #include "effect/Blur.h"
 
-#include <algorithm>
+#include <array>
+#include <utility>
 
-#include "effect/CreateBlur.h"
-#include "image/Arithmetic.h"
-#include "image/HvThreads.h"
+#include "effect/ClassIds.h"
 
 namespace vblur {
-namespace {
 
-const Property* FindProperty(const GUID& guid) {
-  const auto found = std::find_if(kProperties.begin(), kProperties.end(),
-                                  [&](const Property& property) { return property.guid == guid; });
-  return found == kProperties.end() ? nullptr : &*found;
-}
+// The overlay's controls hear of a change of everything through this flag.
+constexpr std::uint32_t kEverythingChanged = 32768;
 
-}  // namespace
-
-std::unique_ptr<IDSImageEffect> CreateBlur() {
-  return std::make_unique<Blur>();
-}
-
-void SetRenderThreads(std::int32_t count) {
-  HvSetThreadCount(std::max(count, 1));
+void Blur::ResetBlurParameters() {
+  blur_ = {};
+  crop = {};
 }
 
 HRESULT Blur::SetDefaults() {
-  blur_ = {};
+  if (const HRESULT result = CDSImageMIEffect::SetDefaults(); result < 0) return result;
+  ResetBlurParameters();
   masks_ = {};
-  crop = {};
   transition = {};
-  return kOk;
+  return OnPropertyChanged(GUID_ALL_PROPERTIES, nullptr, nullptr, nullptr, 0, kEverythingChanged);
 }
 
-Blur::Member Blur::MemberOf(PropertyId id) {
+void Blur::CopyParameters(const Blur& other) {
+  blur_ = other.blur_;
+  crop = other.crop;
+}
+
+void* Blur::MemberOf(PropertyId id) {
   switch (id) {
-    case PropertyId::Blur: return {.number = &blur_.blur};
-    case PropertyId::Aspect: return {.number = &blur_.aspect};
-    case PropertyId::Channels: return {.whole = &blur_.channels};
-    case PropertyId::Method: return {.whole = &blur_.method};
-    case PropertyId::MixBack: return {.whole = &blur_.mixBack};
-    case PropertyId::Blend: return {.number = &blur_.blend};
-    case PropertyId::EffectGain: return {.number = &blur_.effectGain};
-    case PropertyId::SourceGain: return {.number = &blur_.sourceGain};
-    case PropertyId::HideOverlayControls: return {.whole = &blur_.hideOverlayControls};
-    case PropertyId::MaskRed: return {.whole = &masks_.red};
-    case PropertyId::MaskGreen: return {.whole = &masks_.green};
-    case PropertyId::MaskBlue: return {.whole = &masks_.blue};
-    case PropertyId::MaskAlpha: return {.whole = &masks_.alpha};
-    case PropertyId::CropLeft: return {.number = &crop.left};
-    case PropertyId::CropRight: return {.number = &crop.right};
-    case PropertyId::CropBottom: return {.number = &crop.bottom};
-    case PropertyId::CropTop: return {.number = &crop.top};
-    case PropertyId::XEdgeMethod: return {.whole = &crop.xEdgeMethod};
-    case PropertyId::YEdgeMethod: return {.whole = &crop.yEdgeMethod};
-    case PropertyId::CropColourR: return {.number = &crop.colourR};
-    case PropertyId::CropColourG: return {.number = &crop.colourG};
-    case PropertyId::CropColourB: return {.number = &crop.colourB};
-    case PropertyId::CropColourA: return {.number = &crop.colourA};
-    case PropertyId::DisplayCropped: return {.whole = &crop.displayCropped};
-    case PropertyId::BlankCropped: return {.whole = &crop.blankCropped};
-    case PropertyId::FinishFadingOutFirstClip: return {.number = &transition.finishFadingOutFirstClip};
-    case PropertyId::StartFadingInSecondClip: return {.number = &transition.startFadingInSecondClip};
-    case PropertyId::TransitionRamping: return {.whole = &transition.ramping};
-    case PropertyId::EffectScaling: return {.whole = &transition.scaling};
+    case PropertyId::Blur: return &blur_.blur;
+    case PropertyId::Aspect: return &blur_.aspect;
+    case PropertyId::Channels: return &blur_.channels;
+    case PropertyId::Method: return &blur_.method;
+    case PropertyId::MixBack: return &blur_.mixBack;
+    case PropertyId::Blend: return &blur_.blend;
+    case PropertyId::EffectGain: return &blur_.effectGain;
+    case PropertyId::SourceGain: return &blur_.sourceGain;
+    case PropertyId::HideOverlayControls: return &blur_.hideOverlayControls;
+    case PropertyId::MaskRed: return &masks_.red;
+    case PropertyId::MaskGreen: return &masks_.green;
+    case PropertyId::MaskBlue: return &masks_.blue;
+    case PropertyId::MaskAlpha: return &masks_.alpha;
+    case PropertyId::CropLeft: return &crop.left;
+    case PropertyId::CropRight: return &crop.right;
+    case PropertyId::CropBottom: return &crop.bottom;
+    case PropertyId::CropTop: return &crop.top;
+    case PropertyId::XEdgeMethod: return &crop.xEdgeMethod;
+    case PropertyId::YEdgeMethod: return &crop.yEdgeMethod;
+    case PropertyId::CropColourR: return &crop.colourR;
+    case PropertyId::CropColourG: return &crop.colourG;
+    case PropertyId::CropColourB: return &crop.colourB;
+    case PropertyId::CropColourA: return &crop.colourA;
+    case PropertyId::DisplayCropped: return &crop.displayCropped;
+    case PropertyId::BlankCropped: return &crop.blankCropped;
+    case PropertyId::FinishFadingOutFirstClip: return &transition.finishFadingOutFirstClip;
+    case PropertyId::StartFadingInSecondClip: return &transition.startFadingInSecondClip;
+    case PropertyId::TransitionRamping: return &transition.ramping;
+    case PropertyId::EffectScaling: return &transition.scaling;
   }
-  return {};
+  return nullptr;
 }
 
-HRESULT Blur::PutProperty(const GUID& property, double value) {
-  const Property* found = FindProperty(property);
-  if (found == nullptr) return kWrongArgument;
-  const Member member = MemberOf(found->id);
-  if (member.number != nullptr) {
-    *member.number = value;
-  } else {
-    *member.whole = truncToInt(value);
+template <PropertyId id>
+void* Blur::LocateMember(CDSBasePropertyContainer& container) {
+  return static_cast<Blur&>(container).MemberOf(id);
+}
+
+const CDSPropertiesMap& Blur::InitStaticPropertyMap() {
+  static const auto entries = []<std::size_t... index>(std::index_sequence<index...>) {
+    constexpr auto entry = [](const Property& property, CDSPropertiesMapEntry::Member member) {
+      return CDSPropertiesMapEntry{
+          {property.guid, Blur::module, kParamDefWord, static_cast<std::int32_t>(property.capability), property.type,
+           property.nameString, property.nameString, property.hintString},
+          member};
+    };
+    return std::array{entry(kProperties[index], &Blur::LocateMember<kProperties[index].id>)...};
   }
+  (std::make_index_sequence<kProperties.size()>());
+  static const CDSPropertiesMap map{&CDSImageEffect::m_PropertiesMap, entries};
+  return map;
+}
+
+HRESULT Blur::GetStaticPropertyCount(std::int32_t* count) {
+  if (count == nullptr) return kNullPointer;
+  *count = static_cast<std::int32_t>(InitStaticPropertyMap().entries.size());
   return kOk;
 }
 
-HRESULT Blur::GetProperty(const GUID& property, double& value) const {
-  const Property* found = FindProperty(property);
-  if (found == nullptr) return kWrongArgument;
-  const Member member = const_cast<Blur*>(this)->MemberOf(found->id);
-  value = member.number != nullptr ? *member.number : static_cast<double>(*member.whole);
+HRESULT Blur::GetStaticPropertiesMap(const CDSPropertiesMap** map) {
+  if (map == nullptr) return kNullPointer;
+  *map = &InitStaticPropertyMap();
   return kOk;
-}
-
-HRESULT Blur::IsFormatSupported(const GUID& format) const {
-  return format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14 ? kOk : kFalse;
 }
 
 double Blur::Evaluate(PropertyId id, double plainValue, double time) const {

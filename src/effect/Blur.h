@@ -2,6 +2,7 @@
 // output.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "composite/ApplyCrop.h"
@@ -11,41 +12,87 @@
 #include "image/HvTexture.h"
 #include "platform/CDSImageMIEffect.h"
 #include "platform/IVBlurFacts.h"
+#include "platform/IVBlurProcess.h"
 
 namespace vblur {
 
-// One render needs its object to itself; frames that render side by side need an object each.
-class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts {
+// One render needs its object to itself; frames that render side by side render on clones. A clone
+// reports where its pictures lie to the object that it was cloned from, which must outlive it.
+class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, public IVBlurProcess {
  public:
+  // The count that keeps the server loaded, where there is a server, and the module whose texts and
+  // pictures the effect shows. Set before the first effect is made.
+  static inline std::atomic<std::int32_t>* liveObjects = nullptr;
+  static inline HMODULE module = nullptr;
+
+  Blur();
+  ~Blur() override;
+
+  // The effect's own operations.
   // The size of the blur at a time: horizontal and vertical, in pixels of the picture being rendered.
   virtual BlurSize GetBlurSize(double time);
+  // Whether an effect of the family can be part of another object: never.
+  virtual HRESULT QueryAggregation() { return kNoAggregation; }
+  virtual HRESULT VerifyEffect() { return kOk; }
 
-  // All parameters as a new effect has them.
-  HRESULT SetDefaults();
+  HRESULT QueryInterface(const GUID& iid, void** result) override;
+  std::uint32_t AddRef() override { return CDSBasePropertyContainer::AddRef(); }
+  std::uint32_t Release() override { return CDSBasePropertyContainer::Release(); }
 
-  void SetEffectKind(std::int32_t kind) override { effectKind = kind; }
-  HRESULT PutProperty(const GUID& property, double value) override;
-  HRESULT GetProperty(const GUID& property, double& value) const override;
-  HRESULT IsFormatSupported(const GUID& format) const override;
+  HRESULT GetName(char16_t* buffer, std::int32_t capacity) override;
+  HRESULT GetDescription(char16_t* buffer, std::int32_t capacity) override;
+  HRESULT GetPicture(const ModuleBitmap** picture) override;
+  HRESULT GetStaticPropertyCount(std::int32_t* count) override;
+  HRESULT GetStaticPropertiesMap(const CDSPropertiesMap** map) override;
+  HRESULT GetClassID(GUID* clsid) override;
+  HRESULT Init() override;
+
+  HRESULT GetInfo(tagDSFxInfo* info) override;
+  HRESULT GetImageEffectInfo(tagDSImgFxInfo* info) override;
+  HRESULT IsFormatSupported(const GUID& format) override;
+  HRESULT SetDefaults() override;
+  HRESULT GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) override;
+  HRESULT Verify() override;
   HRESULT RenderFrame(double time) override;
+  HRESULT Clone(const GUID& iid, void** result) override;
+
   BlurSizeFacts DescribeBlurSize(double blur) const override;
   bool RanOutOfMemory() const override { return interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
+  HRESULT SetRenderThreads(std::int32_t count) override;
+
+  // For those that reach the object itself.
+  const PlaceRecord& OutputPlace() const { return outputPlace; }
+  const PlaceRecord& InputPlace() const { return inputPlace; }
+  const PlaceRecord& Input2Place() const { return input2Place; }
+
+ protected:
+  void* FindInterface(const GUID& iid) override;
 
  private:
-  // The member that holds a property's plain value: one of the two is set.
-  struct Member {
-    double* number = nullptr;
-    std::int32_t* whole = nullptr;
-  };
-  Member MemberOf(PropertyId id);
+  // A clone of another effect.
+  Blur(const Blur& source);
+
+  void SetConstants();
+  void ResetBlurParameters();
+  void CopyParameters(const Blur& other);
+  HRESULT LoadText(std::int32_t id, char16_t* buffer, std::int32_t capacity) const;
+  // Enters the property pages of the kind.
+  void AddPages();
+
+  static const CDSPropertiesMap& InitStaticPropertyMap();
+  template <PropertyId id>
+  static void* LocateMember(CDSBasePropertyContainer& container);
+  // The member that holds a property's plain value: a double for a 64-bit float, else a 32-bit integer.
+  void* MemberOf(PropertyId id);
   double Evaluate(PropertyId id, double plainValue, double time) const;
 
   // The steps of RenderFrame.
   void ArmInterrupt();
-  void SetField();
-  void SetRegion();
+  void SettleField();
+  void SettleRegion();
   void EvaluateCrop(double time);
   void UpdateTransition(double time);
+  void ReportPlaces();
 
   template <class Pixel>
   HRESULT RenderPixels(double time);
@@ -97,8 +144,10 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts {
   // The same with rows scaled in 32-bit float and truncated, for the stages behind the filter.
   StageWindow ScaledWindow() const;
 
-  BlurParameters blur_;
   MaskParameters masks_;
+  bool countsInServer = false;
+  Blur* cloneSource = nullptr;
+  BlurParameters blur_;
   BlurSize blurSize_;
 };
 
@@ -106,6 +155,6 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts {
 std::int32_t PollInterrupt(HvInterruptRecord& interrupt);
 
 // A share of a transition under a ramp. Each ramp takes 0 to 0 and 1 to 1.
-float RampValue(float value, std::int32_t ramping);
+float RampValue(float x, std::int32_t ramping);
 
 }  // namespace vblur

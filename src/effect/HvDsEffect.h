@@ -2,6 +2,7 @@
 // is being rendered.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "composite/ApplyCrop.h"
@@ -15,9 +16,12 @@ namespace vblur {
 // The kinds that the effect tells apart by number.
 enum HvEffectKind : std::int32_t {
   kKindFilter = 1,
+  kKindSource = 2,
   kKindGenerator = 3,
   kKindPaint = 4,  // the effect painted through a mask
   kKindTransition = 5,
+  kKindUnused = 6,  // no family makes it; it needs an input
+  kKindOther = 7,
 };
 
 // How fields are rendered: as pictures of half the height, or as whole pictures of which each
@@ -27,22 +31,20 @@ enum HvFieldRendering : std::int32_t { kHalfHeightFields = 1, kFieldRows = 2 };
 // How the blur follows a transition: the values of `Effect Scaling`.
 enum HvEffectScaling : std::int32_t { kDontScale = 0, kFadeInAndOut = 1, kCrossFade = 2 };
 
-class HvDsEffect {
- protected:
-  // The stage that puts masked channels back is enabled by this bit of effectFlags.
-  static constexpr std::int32_t kFlagChannelMasks = 64;
-
-  std::int32_t effectKind = kKindFilter;
+// What an effect holds and a clone of it takes over.
+struct HvDsEffectState {
+  // 0 until the host says what the effect is used as.
+  std::int32_t effectKind = 0;
   std::int32_t fieldMode = kHalfHeightFields;
   std::int32_t cropMode = kCropBoxAndEdges;
-  std::int32_t effectFlags = 79;
-  std::int32_t transitionMixesInputs = 1;
+  std::int32_t effectFlags = 0;
+  std::int32_t transitionMixesInputs = 0;
+  std::array<char16_t, 260> name{};
 
   CropParameters crop;
   TransitionParameters transition;
 
   // The frame; rewritten by every render.
-  HvInterruptRecord interrupt;
   std::int32_t fieldIndex = 0;
   float fieldScale = 1.0f;
   // The crop as fractions of the picture, not limited, and its colour in 0..1 with an alpha of 0.
@@ -65,6 +67,35 @@ class HvDsEffect {
   float transitionMix = 0.0f;    // share of the second clip, after the ramp
   float transitionScale = 1.0f;  // factor on the blur amount
   bool transitionTwoPass = false;
+};
+
+class HvDsEffect : protected HvDsEffectState {
+ public:
+  HvDsEffect& operator=(const HvDsEffect&) = delete;
+
+ protected:
+  // The meaning of effectFlags, as far as something reads them.
+  enum Flag : std::int32_t {
+    kFlagOwnWord = 1,
+    kFlagWholeFrames = 2,
+    kFlagMasks = 4,
+    kFlagTwoClips = 16,
+    kFlagTransition = 32,
+    kFlagChannelMasks = 64,  // the stage that puts masked channels back runs
+  };
+  static constexpr std::int32_t kPagesAdded = 1;  // of onceWord
+
+  // The transition's ramps stand at linear and cross-fade until the defaults are set.
+  HvDsEffect() {
+    transition.ramping = 0;
+    transition.scaling = kCrossFade;
+  }
+  HvDsEffect(const HvDsEffect& other) : HvDsEffectState(other) {}
+  ~HvDsEffect() = default;
+
+  HvInterruptRecord interrupt;
+  // What has been done once for this object, a bit each.
+  std::int32_t onceWord = 0;
 };
 
 }  // namespace vblur

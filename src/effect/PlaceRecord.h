@@ -1,6 +1,7 @@
 // Where an image lies in the project.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 namespace vblur {
@@ -15,5 +16,17 @@ struct PlaceRecord {
   std::int32_t originX = 0;
   std::int32_t originY = 0;
 };
+
+// Size and position alone, into a record that several clones report to at once: the last one wins, and
+// no number is torn.
+inline void ReportPlace(const PlaceRecord& from, PlaceRecord& to) {
+  const auto put = [](float& place, float value) {
+    std::atomic_ref<float>(place).store(value, std::memory_order_relaxed);
+  };
+  put(to.sizeX, from.sizeX);
+  put(to.sizeY, from.sizeY);
+  put(to.positionX, from.positionX);
+  put(to.positionY, from.positionY);
+}
 
 }  // namespace vblur

@@ -25,7 +25,7 @@ void Blur::ReadImagePlacement(const IDSImage* image, PlaceRecord& place) const {
   place.originY = origin.y;
 }
 
-void Blur::SetRegion() {
+void Blur::SettleRegion() {
   if (roiSet != 0) {
     regionX0 = roiX;
     regionX1 = wrapSub(wrapAdd(roiX, roiWidth), 1);
@@ -45,6 +45,14 @@ void Blur::SetRegion() {
   regionX1 = wrapAdd(regionX1, place.originX);
   regionY0 = wrapAdd(regionY0, place.originY);
   regionY1 = wrapAdd(regionY1, place.originY);
+}
+
+// What the overlay shows of a clone's frame is the first input: the second one's place is the first's.
+void Blur::ReportPlaces() {
+  if (cloneSource == nullptr) return;
+  ReportPlace(outputPlace, cloneSource->outputPlace);
+  ReportPlace(inputPlace, cloneSource->inputPlace);
+  ReportPlace(inputPlace, cloneSource->input2Place);
 }
 
 StageWindow Blur::RegionWindow() const {

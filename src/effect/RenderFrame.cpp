@@ -27,7 +27,7 @@ void Blur::ArmInterrupt() {
   interrupt.arm(executeContext, executeContext == nullptr ? nullptr : &AskExecuteContext);
 }
 
-void Blur::SetField() {
+void Blur::SettleField() {
   fieldIndex = hostField == 1 || hostField == 2 ? hostField : 0;
   fieldScale = RendersHalfHeight() ? 0.5f : 1.0f;
 }
@@ -58,14 +58,15 @@ CropSettings Blur::CropOfFrame() const {
 HRESULT Blur::RenderFrame(double time) {
   if (const HRESULT result = PrepareData(); result != kOk) return result;
   ArmInterrupt();
-  SetField();
+  SettleField();
   if (outputImage == nullptr) return kNullPointer;
   if (const HRESULT result = outputImage->IsUsable(); result != kOk) return result;
-  SetRegion();
+  SettleRegion();
   blurSize_ = GetBlurSize(time);
   EvaluateCrop(time);
   ReadImagePlacement(input2Image, input2Place);
   UpdateTransition(time);
+  ReportPlaces();
 
   const GUID format = outputImage->Format();
   if (format == MFIF_RGBA_RAW_32) return RenderPixels<R8>(time);

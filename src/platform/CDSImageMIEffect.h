@@ -1,31 +1,61 @@
-// The host's base class of an image effect with several inputs. It keeps what the host has set; the
-// effect derives from it and renders. Only its declaration belongs to the effect's side of the seam:
-// the host implements it.
+// The host's base classes of image effects: they keep what the host has set, and the effect derives from
+// them and renders. The host's SDK library implements them.
 #pragma once
 
+#include "platform/CDSPlugInEffect.h"
 #include "platform/IDSImageEffect.h"
 
 namespace vblur {
 
-class CDSImageMIEffect : public IDSImageEffect {
+class CDSImageEffect : public CDSPlugInEffect, public IDSImageEffect {
  public:
-  void SetOutput(IDSImage* image) override;
-  void SetInput(IDSImage* image) override;
-  void SetInput2(IDSImage* image) override;
-  void SetPixelMask(IDSImage* image, std::int32_t offsetX, std::int32_t offsetY) override;
-  void SetROI(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) override;
-  void ClearROI() override;
-  void SetField(std::int32_t field) override;
-  void SetDuration(double newDuration) override;
-  void SetCoordMan(IDSCoordMan* newCoordMan) override;
-  void SetExecuteContext(IDSExecuteContext* context) override;
-  void SetEffectHost(IDSEffectHost* host) override;
+  // The properties that every image effect has.
+  static const CDSPropertiesMap m_PropertiesMap;
+
+  HRESULT QueryInterface(const GUID& iid, void** result) override {
+    return CDSBasePropertyContainer::QueryInterface(iid, result);
+  }
+  std::uint32_t AddRef() override { return CDSBasePropertyContainer::AddRef(); }
+  std::uint32_t Release() override { return CDSBasePropertyContainer::Release(); }
+
+  HRESULT GetStaticPropertyCount(std::int32_t* count) override;
+  HRESULT GetStaticPropertiesMap(const CDSPropertiesMap** map) override;
+  HRESULT GetClassID(GUID* clsid) override;
+
+  HRESULT GetInfo(tagDSFxInfo* info) override;
+  HRESULT GetImageEffectInfo(tagDSImgFxInfo* info) override;
+  HRESULT IsFormatSupported(const GUID& format) override;
+  HRESULT SetDefaults() override;
+  HRESULT GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) override;
+  HRESULT Verify() override;
+  HRESULT RenderFrame(double time) override;
+  HRESULT Clone(const GUID& iid, void** result) override;
+
+  HRESULT Setup() override;
+  HRESULT Cleanup() override;
+  HRESULT SetInput(IDSImage* image) override;
+  HRESULT SetOutput(IDSImage* image) override;
+  HRESULT SetPixelMask(IDSImage* image, std::int32_t offsetX, std::int32_t offsetY) override;
+  HRESULT SetROI(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) override;
+  HRESULT ClearROI() override;
+  HRESULT SetInput2(IDSImage* image) override;
+  HRESULT SetField(std::int32_t field) override;
+  HRESULT SetDuration(double newDuration) override;
+  HRESULT SetExecuteContext(IDSExecuteContext* context) override;
+  HRESULT SetEffectHost(IDSEffectHost* host) override;
+  HRESULT SetCoordMan(IDSCoordMan* newCoordMan) override;
+  HRESULT GetCoordMan(IDSCoordMan** result) override;
+  HRESULT BeginFrameRange(double first, double last) override;
+  HRESULT EndFrameRange() override;
+  HRESULT BeginFrame(double time) override;
+  HRESULT EndFrame() override;
+  HRESULT PrepareData() override;
 
  protected:
-  // Called first in every render; a non-zero result ends the render with that result.
-  virtual HRESULT PrepareData();
-  // The value of a property at a time, or the plain value when the property is not animated.
-  double GetValueDirect(const GUID& property, double plainValue, double time) const;
+  CDSImageEffect() = default;
+  CDSImageEffect(const CDSImageEffect&) = default;
+
+  void* FindInterface(const GUID& iid) override;
   // A content property of the project; a failure when there is no host to ask.
   HRESULT DSContentGetProperty(const char* key, double& value) const;
 
@@ -45,6 +75,11 @@ class CDSImageMIEffect : public IDSImageEffect {
   std::int32_t roiHeight = 0;
   std::int32_t hostField = 0;
   double duration = 0.0;
+  // What the host is to know of the effect's use; bit 16 with a second input that is a clip of its own.
+  std::int32_t imageEffectFlags = 0;
 };
+
+// An image effect with several inputs.
+class CDSImageMIEffect : public CDSImageEffect {};
 
 }  // namespace vblur

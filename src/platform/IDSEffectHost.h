@@ -1,5 +1,4 @@
-// What an effect may ask of the host that runs it: values that change with time, and facts about the
-// project.
+// What an effect may ask of the host that runs it: facts about the project.
 #pragma once
 
 #include "platform/DsTypes.h"
@@ -16,9 +15,6 @@ class IDSEffectHost {
  public:
   virtual ~IDSEffectHost() = default;
 
-  // The value of an animated property at a time; false when the property is not animated, and then
-  // the effect uses the plain value that it holds.
-  virtual bool AnimatedValue(const GUID& property, double time, double& value) const = 0;
   // Reads one content property. A failure leaves the value alone.
   virtual HRESULT ContentProperty(const char* key, double& value) const = 0;
 };

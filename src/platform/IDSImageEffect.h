@@ -1,8 +1,13 @@
-// The effect as the host sees it: pictures, a region, property values and a time go in, a rendered
-// frame comes out. Every call belongs to one thread at a time; a frame that is to render beside
-// another needs an effect of its own.
+// The effect as the host sees it: pictures, a region and a time go in, a rendered frame comes out. Its
+// properties are reached through IDSProperties of the same object.
+//
+// Every call belongs to one thread at a time; a frame that is to render beside another renders on a
+// clone. For a frame a host calls Verify, IsFormatSupported, PrepareData, Setup, BeginFrame, RenderFrame,
+// EndFrame and Cleanup, in this order.
 #pragma once
 
+#include "platform/Com.h"
+#include "platform/DSFxInfo.h"
 #include "platform/IDSCoordMan.h"
 #include "platform/IDSEffectHost.h"
 #include "platform/IDSExecuteContext.h"
@@ -10,39 +15,57 @@
 
 namespace vblur {
 
-class IDSImageEffect {
+class IDSImageEffect : public IUnknown {
  public:
-  virtual ~IDSImageEffect() = default;
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A814}");
 
-  // Images, contexts and hosts are borrowed: they must outlive the render call, or be replaced by
-  // null before they go.
-  virtual void SetOutput(IDSImage* image) = 0;
-  virtual void SetInput(IDSImage* image) = 0;
-  virtual void SetInput2(IDSImage* image) = 0;
-  // A one-component image and where it lies relative to the first input, in pixels.
-  virtual void SetPixelMask(IDSImage* image, std::int32_t offsetX, std::int32_t offsetY) = 0;
-  // The region to render, in pixels of the output before its origin is added; row 0 at the bottom.
-  virtual void SetROI(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) = 0;
-  virtual void ClearROI() = 0;
-  // 1 the first field, 2 the second field, anything else a whole frame.
-  virtual void SetField(std::int32_t field) = 0;
-  // The length of the effect, in the unit of time.
-  virtual void SetDuration(double duration) = 0;
-  virtual void SetCoordMan(IDSCoordMan* coordMan) = 0;
-  virtual void SetExecuteContext(IDSExecuteContext* context) = 0;
-  virtual void SetEffectHost(IDSEffectHost* host) = 0;
-  // What the effect is used as: 1 a filter, 3 a generator, 4 painted through a mask, 5 a transition.
-  virtual void SetEffectKind(std::int32_t kind) = 0;
-
-  // The plain value of a property; a value of a list or on-or-off property is truncated to an
-  // integer. kWrongArgument for a GUID that the effect does not have.
-  virtual HRESULT PutProperty(const GUID& property, double value) = 0;
-  virtual HRESULT GetProperty(const GUID& property, double& value) const = 0;
-
+  // What the effect is: kWrongArgument unless the record says that it is a tagDSFxInfo.
+  virtual HRESULT GetInfo(tagDSFxInfo* info) = 0;
+  // What the effect wants when used under the family in the record; it takes on that use.
+  virtual HRESULT GetImageEffectInfo(tagDSImgFxInfo* info) = 0;
   // 0 for a picture format that the effect renders, 1 for any other.
-  virtual HRESULT IsFormatSupported(const GUID& format) const = 0;
+  virtual HRESULT IsFormatSupported(const GUID& format) = 0;
+  // Puts every property to its default, without a curve.
+  virtual HRESULT SetDefaults() = 0;
+  // How much of the source the frame at a time needs beyond the output, in pixels of the pictures.
+  virtual HRESULT GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) = 0;
+  // kNullPointer while a picture is missing that the use of the effect needs.
+  virtual HRESULT Verify() = 0;
   // Renders one frame into the output. An interrupted render returns 0 too: ask the execute context.
   virtual HRESULT RenderFrame(double time) = 0;
+  // An effect of its own with all that this one holds. It reports where pictures lie to this one, which
+  // must outlive it.
+  virtual HRESULT Clone(const GUID& iid, void** result) = 0;
+
+  virtual HRESULT Setup() = 0;
+  virtual HRESULT Cleanup() = 0;
+  // Images, contexts and hosts are borrowed: they must outlive the render call, or be replaced by null
+  // before they go.
+  virtual HRESULT SetInput(IDSImage* image) = 0;
+  virtual HRESULT SetOutput(IDSImage* image) = 0;
+  // A one-component image and where it lies relative to the first input, in pixels.
+  virtual HRESULT SetPixelMask(IDSImage* image, std::int32_t offsetX, std::int32_t offsetY) = 0;
+  // The region to render, in pixels of the output before its origin is added; row 0 at the bottom.
+  virtual HRESULT SetROI(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) = 0;
+  virtual HRESULT ClearROI() = 0;
+  virtual HRESULT SetInput2(IDSImage* image) = 0;
+  // 1 the first field, 2 the second field, anything else a whole frame.
+  virtual HRESULT SetField(std::int32_t field) = 0;
+  // The length of the effect, in the unit of time.
+  virtual HRESULT SetDuration(double duration) = 0;
+  virtual HRESULT SetExecuteContext(IDSExecuteContext* context) = 0;
+  virtual HRESULT SetEffectHost(IDSEffectHost* host) = 0;
+  virtual HRESULT SetCoordMan(IDSCoordMan* coordMan) = 0;
+  virtual HRESULT GetCoordMan(IDSCoordMan** coordMan) = 0;
+  virtual HRESULT BeginFrameRange(double first, double last) = 0;
+  virtual HRESULT EndFrameRange() = 0;
+  virtual HRESULT BeginFrame(double time) = 0;
+  virtual HRESULT EndFrame() = 0;
+  // The container's, called first in a render; a render ends with a result that is not 0.
+  virtual HRESULT PrepareData() = 0;
+
+ protected:
+  ~IDSImageEffect() = default;
 };
 
 }  // namespace vblur

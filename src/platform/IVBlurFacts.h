@@ -1,6 +1,8 @@
 // What the effect can tell about itself, and about its last frame, to a program that explains it to a user.
 #pragma once
 
+#include "platform/Com.h"
+
 namespace vblur {
 
 // What a value of the property `Blur` stands for, at full resolution and an aspect of 0.
@@ -10,13 +12,16 @@ struct BlurSizeFacts {
   double flatGain = 1.0;   // what a flat area is multiplied by: the filter's fixed-point weights sum to less than 1
 };
 
-class IVBlurFacts {
+class IVBlurFacts : public IUnknown {
  public:
-  virtual ~IVBlurFacts() = default;
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A821}");
 
   virtual BlurSizeFacts DescribeBlurSize(double blur) const = 0;
   // The last frame was given up because the machine had no memory for it. A render returns 0 then too.
   virtual bool RanOutOfMemory() const = 0;
+
+ protected:
+  ~IVBlurFacts() = default;
 };
 
 }  // namespace vblur

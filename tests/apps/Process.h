@@ -33,6 +33,7 @@ class Process {
   Process(const std::filesystem::path& folder, std::vector<std::string> arguments, rlim_t fileLimit = 0)
       : folder_(folder), number_(next_++) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
       pointers.push_back(argument.data());
     pointers.push_back(nullptr);

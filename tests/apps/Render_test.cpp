@@ -101,8 +101,87 @@ TEST_F(Render, APipeGetsLinesOnlyWhenAsked) {
   auto verbose = render;
   verbose.push_back("-v");
   const std::string lines = Run(verbose).err;
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
-  EXPECT_EQ(lines.rfind("frame 1: out.001.png (read ", 0), 0u) << lines;
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 4);
+  EXPECT_EQ(lines.rfind("2 frames, ", 0), 0u) << lines;
+  EXPECT_NE(lines.find("\nframe 1: out.001.png (read "), std::string::npos) << lines;
+  EXPECT_NE(lines.find(", input overscan 0 0 0 0 (left, right, bottom, top)\n"), std::string::npos) << lines;
+}
+
+// The host's calls on the effect for one frame, in the order that a host keeps to.
+TEST_F(Render, TheTraceShowsTheOrderOfCalls) {
+  MakePicture("in.png");
+  const std::string trace = Run({"render", "in.png", "out.png", "--blur", "24", "-vv"}).err;
+  std::size_t at = 0;
+  for (const std::string call :
+       {"GetInfo()", "GetImageEffectInfo({AE0D7C31-95AA-11D0-B685-00A024191AE0})", "PutValue(Blur, 24)", "SetOutput(",
+        "SetInput(", "Verify()", "IsFormatSupported(", "GetInputOverscan(0)", "PrepareData()", "Setup()",
+        "BeginFrame(0)", "RenderFrame(0)", "EndFrame()", "Cleanup()", "SetOutput(none)"}) {
+    const std::size_t found = trace.find("effect." + call, at);
+    ASSERT_NE(found, std::string::npos) << call << " after " << trace.substr(at);
+    at = found + 1;
+  }
+  EXPECT_EQ(trace.find("= 0x8"), std::string::npos) << trace;
+  EXPECT_NE(trace.find("input overscan 24 24 24 24"), std::string::npos) << trace;
+}
+
+TEST_F(Render, FramesSideBySideAreTheSameFrames) {
+  MakeSequence(7);
+  const auto render = [&](const std::string& output, const std::string& frames) {
+    EXPECT_EQ(Run({"render", "in.%03d.png", output, "--frames", "1-7", "--blur", "0:0,7:30", "--overwrite",
+                   "--frames-in-flight", frames})
+                  .exit,
+              0);
+  };
+  render("alone.%03d.png", "1");
+  for (const std::string frames : {"2", "3", "16"}) {
+    render("together.%03d.png", frames);
+    for (int frame = 1; frame <= 7; ++frame) {
+      const std::string name = ".00" + std::to_string(frame) + ".png";
+      EXPECT_EQ(host::Bytes(Path("together" + name)), host::Bytes(Path("alone" + name))) << frames;
+      std::filesystem::remove(Path("together" + name));
+    }
+  }
+  for (const auto& [option, value] : {std::pair<std::string, std::string>{"--frames-in-flight", "0"},
+                                      {"--frames-in-flight", "257"},
+                                      {"--frames-in-flight", "x"},
+                                      {"--memory", "0"},
+                                      {"--memory", "G"},
+                                      {"--memory", "-1M"},
+                                      {"--memory", "2T"}}) {
+    const auto result = Run({"render", "in.%03d.png", "o.%03d.png", "--frames", "1-7", option, value});
+    EXPECT_EQ(result.exit, 2) << option << value;
+    EXPECT_EQ(result.err.rfind("vblur: " + option + ": expected ", 0), 0u) << result.err;
+  }
+  EXPECT_EQ(Run({"render", "in.%03d.png", "small.%03d.png", "--frames", "1-7", "--memory", "1"}).exit, 0);
+}
+
+TEST_F(Render, PropertiesAreKeptInAFile) {
+  MakePicture("in.png");
+  EXPECT_EQ(Run({"render", "in.png", "a.png", "--blur", "0:4,8:12", "--method", "Sharpen", "--blend", "33.25",
+                 "--save-properties", "look.json"})
+                .exit,
+            0);
+  EXPECT_EQ(Run({"render", "in.png", "b.png", "--load-properties", "look.json"}).exit, 0);
+  EXPECT_EQ(host::Bytes(Path("b.png")), host::Bytes(Path("a.png")));
+  // An option wins, also one that asks for the default.
+  EXPECT_EQ(
+      Run({"render", "in.png", "c.png", "--load-properties", "look.json", "--blur", "10", "--method", "Blur"}).exit, 0);
+  EXPECT_EQ(Run({"render", "in.png", "d.png", "--blend", "33.25"}).exit, 0);
+  EXPECT_EQ(host::Bytes(Path("c.png")), host::Bytes(Path("d.png")));
+  const auto missing = Run({"render", "in.png", "e.png", "--load-properties", "none.json"});
+  EXPECT_EQ(missing.exit, 3);
+  EXPECT_EQ(missing.err, "vblur: none.json: cannot read the property file: No such file or directory\n");
+}
+
+TEST_F(Render, AServerThatIsNoneIsRefused) {
+  MakePicture("in.png");
+  auto result = Run({"render", "in.png", "o.png", "--server", "none.so"});
+  EXPECT_EQ(result.exit, 3);
+  EXPECT_EQ(result.err, "vblur: none.so: cannot load the effect: no such file\n");
+  result = Run({"render", "in.png", "o.png", "--server", "in.png"});
+  EXPECT_EQ(result.exit, 3);
+  EXPECT_EQ(result.err.rfind("vblur: in.png: cannot load the effect: ", 0), 0u) << result.err;
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
 }
 
 TEST_F(Render, ASavedJobRendersTheSame) {

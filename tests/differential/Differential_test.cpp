@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "effect/CreateBlur.h"
 #include "host/JobFile.h"
 #include "tests/differential/Comparison.h"
+#include "tests/support/TestServer.h"
 
 namespace vblur::differential {
 namespace {

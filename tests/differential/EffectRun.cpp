@@ -2,12 +2,10 @@
 
 #include <stdexcept>
 
-#include "effect/CreateBlur.h"
 #include "host/CoordMan.h"
 #include "host/EffectHost.h"
-#include "host/EffectSetup.h"
 #include "host/ExecuteContext.h"
-#include "host/JobCheck.h"
+#include "tests/support/TestServer.h"
 
 namespace vblur::differential {
 namespace {
@@ -57,23 +55,20 @@ DrawnPicture RenderByEffect(const DrawnFrame& frame) {
   if (frame.input2) ToHostImage(*frame.input2, depth, *job.input2, input2);
   if (frame.mask) ToHostImage(*frame.mask, depth, *job.mask, mask);
 
-  host::EffectHost effectHost(job.properties, job.project);
+  host::EffectHost effectHost(job.project);
   host::CoordMan coordMan(job.proxy);
   host::ExecuteContext context;
-  const auto effect = CreateBlur();
-  effect->SetEffectKind(static_cast<std::int32_t>(*job.kind));
-  host::ApplyProperties(job.properties, *effect);
-  effect->SetEffectHost(&effectHost);
-  effect->SetCoordMan(&coordMan);
-  effect->SetExecuteContext(&context);
-  effect->SetDuration(host::ResolveDuration(job));
-  effect->SetField(static_cast<std::int32_t>(job.field));
-  if (job.roi) effect->SetROI(job.roi->x, job.roi->y, job.roi->width, job.roi->height);
-  effect->SetOutput(&output);
-  effect->SetInput(frame.input ? &input : nullptr);
-  effect->SetInput2(frame.input2 ? &input2 : nullptr);
-  if (frame.mask) effect->SetPixelMask(&mask, job.mask->offset[0], job.mask->offset[1]);
-  if (effect->RenderFrame(job.time) != kOk) throw std::runtime_error("the effect refused the frame");
+  host::HostedEffect hosted(MakeEffect());
+  hosted.SetUp(job, coordMan, context);
+  // Without Verify: a frame that lacks a picture is drawn too.
+  IDSImageEffect& effect = hosted.effect();
+  effect.SetEffectHost(&effectHost);
+  effect.SetField(static_cast<std::int32_t>(job.field));
+  effect.SetOutput(&output);
+  effect.SetInput(frame.input ? &input : nullptr);
+  effect.SetInput2(frame.input2 ? &input2 : nullptr);
+  if (frame.mask) effect.SetPixelMask(&mask, job.mask->offset[0], job.mask->offset[1]);
+  if (effect.RenderFrame(job.time) != kOk) throw std::runtime_error("the effect refused the frame");
   return FromHostImage(output);
 }
 

@@ -4,9 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "effect/CreateBlur.h"
 #include "host/JobFile.h"
 #include "tests/differential/Comparison.h"
+#include "tests/support/TestServer.h"
 
 namespace {
 

@@ -13,17 +13,16 @@ namespace {
 // The size that the effect tells for a project and its own properties.
 class SizeBench {
  public:
-  SizeBench() : host_(properties, host::ProjectSizes{{720.0, 576.0}, {720.0, 576.0}}), coordMan_({1.0, 1.0}) {
+  SizeBench() : host_(host::ProjectSizes{{720.0, 576.0}, {720.0, 576.0}}), coordMan_({1.0, 1.0}) {
     effect.SetEffectHost(&host_);
   }
 
   BlurSize At(double blur, double aspect) {
-    effect.PutProperty(PropertyOf(PropertyId::Blur).guid, blur);
-    effect.PutProperty(PropertyOf(PropertyId::Aspect).guid, aspect);
+    effect.PutValue(PropertyOf(PropertyId::Blur).guid, DSVariant::Of(blur));
+    effect.PutValue(PropertyOf(PropertyId::Aspect).guid, DSVariant::Of(aspect));
     return effect.GetBlurSize(0.0);
   }
 
-  host::PropertyStore properties;
   Blur effect;
 
  private:
@@ -55,8 +54,7 @@ TEST(BlurSize, AspectNarrowsOneAxisAndIsLimited) {
 }
 
 TEST(BlurSize, AnUnreadableProjectCountsAsOne) {
-  host::PropertyStore properties;
-  host::EffectHost host(properties, std::nullopt);
+  host::EffectHost host(std::nullopt);
   Blur effect;
   effect.SetEffectHost(&host);
   EXPECT_EQ(effect.GetBlurSize(0.0).x, 10.0f);
@@ -66,8 +64,7 @@ TEST(BlurSize, AnUnreadableProjectCountsAsOne) {
 }
 
 TEST(BlurSize, UserToWorldRatioDividesTheHorizontalSize) {
-  host::PropertyStore properties;
-  host::EffectHost host(properties, host::ProjectSizes{{100.0, 50.0}, {100.0, 25.0}});
+  host::EffectHost host(host::ProjectSizes{{100.0, 50.0}, {100.0, 25.0}});
   Blur effect;
   effect.SetEffectHost(&host);
   EXPECT_EQ(effect.GetBlurSize(0.0).x, 5.0f);
@@ -75,8 +72,7 @@ TEST(BlurSize, UserToWorldRatioDividesTheHorizontalSize) {
 }
 
 TEST(BlurSize, AProxyShrinksIt) {
-  host::PropertyStore properties;
-  host::EffectHost host(properties, host::ProjectSizes{{100.0, 50.0}, {100.0, 50.0}});
+  host::EffectHost host(host::ProjectSizes{{100.0, 50.0}, {100.0, 50.0}});
   host::CoordMan coordMan({0.5, 0.25});
   Blur effect;
   effect.SetEffectHost(&host);
@@ -86,10 +82,9 @@ TEST(BlurSize, AProxyShrinksIt) {
 }
 
 TEST(BlurSize, FollowsItsCurve) {
-  host::PropertyStore properties;
-  properties.Set(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 0.0}, {10.0, 80.0}}, {}});
-  host::EffectHost host(properties, host::ProjectSizes{{10.0, 10.0}, {10.0, 10.0}});
+  host::EffectHost host(host::ProjectSizes{{10.0, 10.0}, {10.0, 10.0}});
   Blur effect;
+  effect.PutCurve(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 0.0}, {10.0, 80.0}}, {}});
   effect.SetEffectHost(&host);
   EXPECT_EQ(effect.GetBlurSize(5.0).x, 40.0f);
   EXPECT_EQ(effect.GetBlurSize(20.0).x, 80.0f);

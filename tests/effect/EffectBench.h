@@ -4,15 +4,15 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 
-#include "effect/CreateBlur.h"
+#include "effect/Blur.h"
 #include "effect/PropertyTable.h"
 #include "host/CoordMan.h"
 #include "host/EffectHost.h"
 #include "host/ExecuteContext.h"
 #include "host/HostImage.h"
+#include "host/HostedEffect.h"
 
 namespace vblur {
 
@@ -42,6 +42,14 @@ Pixel At(const host::HostImage& image, std::int32_t x, std::int32_t y) {
   return reinterpret_cast<const Pixel*>(image.Row(y))[x];
 }
 
+// Has the effect used as a kind, as a host would.
+inline void UseAs(Blur& effect, host::EffectKind kind) {
+  tagDSImgFxInfo use;
+  use.record = kDSImgFxInfoRecord;
+  use.family = host::FamilyOf(kind);
+  effect.GetImageEffectInfo(&use);
+}
+
 // A frame of one input and one output with nothing set: a blur of 10 over a project of the given size.
 class EffectBench {
  public:
@@ -52,13 +60,9 @@ class EffectBench {
   void Animate(PropertyId id, host::Curve curve) { properties.Set(PropertyOf(id).guid, std::move(curve)); }
 
   HRESULT Render(double time = 0.0) {
-    host::EffectHost effectHost(properties, project);
+    host::EffectHost effectHost(project);
     host::CoordMan coordMan(proxy);
-    for (const Property& property : kProperties) {
-      const auto* setting = properties.Find(property.guid);
-      const double* plain = setting == nullptr ? nullptr : std::get_if<double>(setting);
-      effect->PutProperty(property.guid, plain == nullptr ? property.defaultValue : *plain);
-    }
+    host::HostedEffect(effect.As<IDSImageEffect>()).PutProperties(properties);
     effect->SetEffectHost(&effectHost);
     effect->SetCoordMan(&coordMan);
     effect->SetExecuteContext(contextInUse);
@@ -69,7 +73,7 @@ class EffectBench {
     return effect->RenderFrame(time);
   }
 
-  std::unique_ptr<IDSImageEffect> effect = CreateBlur();
+  ComPtr<Blur> effect = ComPtr<Blur>::Own(new Blur());
   host::HostImage output, input, input2, mask;
   bool hasOutput = true;
   bool hasInput = true;

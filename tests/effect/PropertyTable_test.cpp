@@ -39,14 +39,14 @@ TEST(PropertyTable, FractionalCropMayBeAnimatedFadePointsMayNot) {
   EXPECT_EQ(static_cast<int>(PropertyOf(PropertyId::HideOverlayControls).capability), 532);
 }
 
-double ValueOf(const IDSImageEffect& effect, PropertyId id) {
-  double value = -1.0;
-  EXPECT_EQ(effect.GetProperty(PropertyOf(id).guid, value), kOk);
-  return value;
+double ValueOf(IDSProperties& properties, PropertyId id) {
+  DSVariant value;
+  EXPECT_EQ(properties.GetValue(PropertyOf(id).guid, &value), kOk);
+  return value.asNumber();
 }
 
 TEST(Parameters, ANewEffectHasTheDefaults) {
-  const auto effect = CreateBlur();
+  const auto effect = ComPtr<vblur::Blur>::Own(new vblur::Blur());
   using enum PropertyId;
   EXPECT_EQ(ValueOf(*effect, PropertyId::Blur), 10.0);
   EXPECT_EQ(ValueOf(*effect, Aspect), 0.0);
@@ -75,10 +75,10 @@ TEST(Parameters, ANewEffectHasTheDefaults) {
 }
 
 TEST(Parameters, EveryPropertyHoldsWhatIsPut) {
-  const auto effect = CreateBlur();
+  const auto effect = ComPtr<vblur::Blur>::Own(new vblur::Blur());
   double value = 40.0;
   for (const Property& property : kProperties) {
-    EXPECT_EQ(effect->PutProperty(property.guid, value), kOk) << property.name;
+    EXPECT_EQ(effect->PutValue(property.guid, DSVariant::Of(value)), kOk) << property.name;
     value += 1.0;
   }
   value = 40.0;
@@ -89,17 +89,17 @@ TEST(Parameters, EveryPropertyHoldsWhatIsPut) {
 }
 
 TEST(Parameters, WholePropertiesTruncate) {
-  const auto effect = CreateBlur();
-  effect->PutProperty(PropertyOf(PropertyId::Channels).guid, 6.9);
+  const auto effect = ComPtr<vblur::Blur>::Own(new vblur::Blur());
+  effect->PutValue(PropertyOf(PropertyId::Channels).guid, DSVariant::Of(6.9));
   EXPECT_EQ(ValueOf(*effect, PropertyId::Channels), 6.0);
 }
 
 TEST(Parameters, AnUnknownPropertyIsRefused) {
-  const auto effect = CreateBlur();
-  double value = 7.0;
-  EXPECT_EQ(effect->PutProperty(GUID{}, 1.0), kWrongArgument);
-  EXPECT_EQ(effect->GetProperty(GUID{}, value), kWrongArgument);
-  EXPECT_EQ(value, 7.0);
+  const auto effect = ComPtr<vblur::Blur>::Own(new vblur::Blur());
+  DSVariant value = DSVariant::Of(7.0);
+  EXPECT_EQ(effect->PutValue(GUID{}, DSVariant::Of(1.0)), kWrongArgument);
+  EXPECT_EQ(effect->GetValue(GUID{}, &value), kWrongArgument);
+  EXPECT_EQ(value.asNumber(), 7.0);
 }
 
 }  // namespace

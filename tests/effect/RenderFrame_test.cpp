@@ -163,7 +163,7 @@ TEST_F(RenderFrame, TheAlphaMaskNeedsAChoiceThatWritesAlpha) {
 
 TEST_F(RenderFrame, AnAbsentInputGivesTheOutsideColour) {
   bench.hasInput = false;
-  bench.effect->SetEffectKind(3);
+  UseAs(*bench.effect, host::EffectKind::Generator);
   EXPECT_EQ(bench.Render(), kOk);
   ExpectOutput([](std::int32_t, std::int32_t) { return Pixel8{0, 0, 0, 0}; });
 }
@@ -199,7 +199,7 @@ TEST_F(RenderFrame, TellsThatItRanOutOfMemory) {
   const auto black = [](std::int32_t, std::int32_t) { return Pixel16{}; };
   Paint<Pixel16>(bench.input, 30000, 1, black);
   Paint<Pixel16>(bench.output, 30000, 1, [](std::int32_t, std::int32_t) { return Pixel16{1, 2, 3, 4}; });
-  const auto* facts = dynamic_cast<const IVBlurFacts*>(bench.effect.get());
+  const auto facts = bench.effect.As<IVBlurFacts>();
   bench.Set(PropertyId::Blur, 3.0);
   EXPECT_EQ(bench.Render(), kOk);
   EXPECT_FALSE(facts->RanOutOfMemory());

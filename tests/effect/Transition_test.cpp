@@ -25,7 +25,7 @@ class Transition : public testing::Test {
     Paint<Pixel8>(bench.input2, 8, 8, [](std::int32_t, std::int32_t) { return Pixel8{0, 200, 0, 255}; });
     Paint<Pixel8>(bench.output, 8, 8, [](std::int32_t, std::int32_t) { return Pixel8{9, 9, 9, 9}; });
     bench.hasInput2 = true;
-    bench.effect->SetEffectKind(5);
+    UseAs(*bench.effect, host::EffectKind::Transition);
     bench.effect->SetDuration(10.0);
     bench.Set(PropertyId::TransitionRamping, 0.0);
     bench.Set(PropertyId::EffectScaling, 0.0);
@@ -99,7 +99,7 @@ TEST_F(Transition, AnInterruptionBetweenThePassesLeavesTheFirstClip) {
     Paint<Pixel8>(stopped.input2, 8, 8, [](std::int32_t, std::int32_t) { return Pixel8{0, 200, 0, 255}; }, {1, 0});
     Paint<Pixel8>(stopped.output, 8, 8, [](std::int32_t, std::int32_t) { return Pixel8{9, 9, 9, 9}; });
     stopped.hasInput2 = true;
-    stopped.effect->SetEffectKind(5);
+    UseAs(*stopped.effect, host::EffectKind::Transition);
     stopped.effect->SetDuration(10.0);
     stopped.Set(PropertyId::Blur, 0.0);
     stopped.context.StopAfterPolls(polls);

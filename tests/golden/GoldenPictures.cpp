@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "effect/CreateBlur.h"
 #include "host/JobFile.h"
 #include "host/OutputFile.h"
 #include "host/PictureFile.h"
 #include "host/SequenceRenderer.h"
+#include "tests/support/TestServer.h"
 
 namespace vblur::golden {
 namespace {
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 class SilentObserver : public host::RenderObserver {
  public:
-  void OnStart(std::int64_t) override {}
+  void OnStart(std::int64_t, std::int32_t) override {}
   void OnFrame(const host::FrameResult& result) override {
     if (result.status == host::FrameStatus::Failed) failure = result.message;
   }
@@ -28,7 +28,7 @@ void RenderJob(host::Job job, const fs::path& output) {
   job.output.file = fs::absolute(output).string();
   host::ExecuteContext context;
   SilentObserver observer;
-  const host::RenderSummary summary = RenderSequence(job, CreateBlur, {.overwrite = true}, context, observer);
+  const host::RenderSummary summary = RenderSequence(job, MakeEffect, {.overwrite = true}, context, observer);
   if (summary.code != host::ExitCode::Done) throw host::Failure(summary.code, observer.failure);
 }
 

@@ -16,7 +16,7 @@ class ProgressTest : public testing::Test {
 
   std::string Run(ProgressStyle style) {
     Progress progress(stream_, style);
-    progress.OnStart(3);
+    progress.OnStart(3, 2);
     FrameResult result;
     result.frame = 7;
     result.file = "a\nb.png";
@@ -71,7 +71,7 @@ TEST_F(ProgressTest, JsonIsAnObjectALine) {
 
 TEST_F(ProgressTest, ABarIsDrawnRarelyAndTakenAway) {
   Progress progress(stream_, ProgressStyle::Bar);
-  progress.OnStart(5000);
+  progress.OnStart(5000, 1);
   FrameResult result;
   for (int frame = 1; frame <= 5000; ++frame) {
     result.frame = frame;

@@ -14,10 +14,14 @@ namespace {
 
 class Collector : public RenderObserver {
  public:
-  void OnStart(std::int64_t frames) override { announced = frames; }
+  void OnStart(std::int64_t frames, std::int32_t framesInFlight) override {
+    announced = frames;
+    sideBySide = framesInFlight;
+  }
   void OnFrame(const FrameResult& result) override { results.push_back(result); }
 
   std::int64_t announced = -1;
+  std::int32_t sideBySide = 0;
   std::vector<FrameResult> results;
 };
 
@@ -28,6 +32,7 @@ class SequenceRendererTest : public testing::Test {
     job_.input.emplace().file = "in.%03d.png";
     job_.output.file = "out.%03d.png";
     job_.frames = FrameRange{1, 6, 1};
+    options_.framesInFlight = 1;
   }
 
   // A picture whose components all are `value`.
@@ -51,8 +56,8 @@ class SequenceRendererTest : public testing::Test {
   }
 
   RenderSummary Render(std::function<void(std::size_t)> during = {}, HRESULT result = kOk) {
-    const auto make = [&]() -> std::unique_ptr<IDSImageEffect> {
-      return std::make_unique<TestEffect>(log_, during, result);
+    const auto make = [&] {
+      return ComPtr<TestEffect>::Own(new TestEffect(log_, during, result)).As<IDSImageEffect>();
     };
     return RenderSequence(job_, make, options_, context_, seen_);
   }

@@ -5,18 +5,19 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/CreateBlur.h"
 #include "host/OutputFile.h"
+#include "host/SequenceRenderer.h"
 #include "tests/host/FailureOf.h"
 #include "tests/host/ScratchFolder.h"
 #include "tests/host_files/Pictures.h"
 #include "tests/sheets/Sheets.h"
+#include "tests/support/TestServer.h"
 
 namespace vblur::host {
 namespace {
 
 struct NoObserver : RenderObserver {
-  void OnStart(std::int64_t) override {}
+  void OnStart(std::int64_t, std::int32_t) override {}
   void OnFrame(const FrameResult&) override {}
 };
 
@@ -28,7 +29,7 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
     pictures_.caption = "\"chart.png\"";
   }
 
-  void Draw(const SheetPlan& plan) { DrawSheet(plan, pictures_, text_, CreateBlur, context_, sheet_); }
+  void Draw(const SheetPlan& plan) { DrawSheet(plan, pictures_, text_, MakeEffect, context_, sheet_); }
 
   // What the renderer of jobs makes of the same pictures.
   void RenderByJob(const PropertyStore& properties, EffectKind kind, double time, HostImage& into) {
@@ -45,7 +46,7 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
     RenderOptions options;
     options.overwrite = true;
     NoObserver observer;
-    ASSERT_EQ(RenderSequence(job, CreateBlur, options, context_, observer).code, ExitCode::Done);
+    ASSERT_EQ(RenderSequence(job, MakeEffect, options, context_, observer).code, ExitCode::Done);
     PictureReader().ReadColour(folder_.path() / "out.tif", pictures_.input.depth(), into);
   }
 

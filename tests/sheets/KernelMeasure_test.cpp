@@ -7,10 +7,10 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/CreateBlur.h"
 #include "host/KernelPlot.h"
 #include "host/PlotFrame.h"
 #include "tests/host_files/Pictures.h"
+#include "tests/support/TestServer.h"
 
 namespace vblur::host {
 namespace {
@@ -26,7 +26,7 @@ std::vector<double> Convolve(const std::vector<double>& a, const std::vector<dou
 
 void ExpectProfile(double blur, std::int32_t depth, const std::vector<double>& box, double tolerance) {
   ExecuteContext context;
-  const KernelProfile profile = MeasureProfile(CreateBlur, context, blur, depth);
+  const KernelProfile profile = MeasureProfile(MakeEffect, context, blur, depth);
   const auto weights = Convolve(Convolve(box, box), box);
   const auto far = static_cast<std::int32_t>(weights.size() / 2);
   for (std::int32_t x = -profile.reach; x <= profile.reach; ++x) {
@@ -48,8 +48,8 @@ TEST(KernelMeasure, ProfilesAreThreeBoxes) {
 TEST(KernelMeasure, APictureIsTheProfileTimesItself) {
   ExecuteContext context;
   for (const double blur : {6.0, 60.0}) {
-    const KernelProfile profile = MeasureProfile(CreateBlur, context, blur, 16);
-    const KernelPicture picture = MeasurePicture(CreateBlur, context, blur, 16);
+    const KernelProfile profile = MeasureProfile(MakeEffect, context, blur, 16);
+    const KernelPicture picture = MeasurePicture(MakeEffect, context, blur, 16);
     EXPECT_EQ(picture.cells % 2, 1);
     EXPECT_EQ(picture.cellPixels % 2, 1);
     EXPECT_GE(picture.cells * picture.cellPixels, 2 * profile.reach + 1);
@@ -71,7 +71,7 @@ TEST(KernelMeasure, APictureIsTheProfileTimesItself) {
 TEST(KernelMeasure, MeasuredAndComputedNumbersAgree) {
   ExecuteContext context;
   for (const double blur : {1.0, 10.0, 100.0, 300.0}) {
-    const KernelReport report = MeasureKernel(CreateBlur, context, blur, 16);
+    const KernelReport report = MeasureKernel(MakeEffect, context, blur, 16);
     EXPECT_NEAR(report.profile.Sigma(), report.facts.sigma, 0.002 * report.facts.sigma + 0.001) << blur;
     EXPECT_NEAR(report.profile.Sum(), std::sqrt(report.facts.flatGain), 2e-4) << blur;
     EXPECT_NEAR(report.picture.Sum(), report.facts.flatGain, 4e-4) << blur;
@@ -80,7 +80,7 @@ TEST(KernelMeasure, MeasuredAndComputedNumbersAgree) {
 
 TEST(KernelMeasure, NumbersOfABox) {
   const auto expect = [](double radius, std::int32_t r, std::int32_t fraction, std::int32_t scale) {
-    const BoxNumbers box = BoxNumbersOf(FactsOfSize(CreateBlur, radius * 3.0));
+    const BoxNumbers box = BoxNumbersOf(FactsOfSize(MakeEffect, radius * 3.0));
     EXPECT_EQ(box.wholeRadius, r) << radius;
     EXPECT_EQ(box.fractionQ14, fraction) << radius;
     EXPECT_EQ(box.scaleQ14, scale) << radius;
@@ -131,7 +131,7 @@ TEST(PlotFrame, TicksAreRoundAndInRange) {
 
 TEST(KernelPlot, NamesEveryNumber) {
   ExecuteContext context;
-  const KernelReport report = MeasureKernel(CreateBlur, context, 10.0, 16);
+  const KernelReport report = MeasureKernel(MakeEffect, context, 10.0, 16);
   std::map<std::string, std::string> numbers;
   for (const KernelNumber& number : KernelNumbers(report))
     numbers[number.name] = number.value;
@@ -164,7 +164,7 @@ TEST(KernelPlot, BarsAreAsHighAsTheWeightsAndTheCurveIsDrawn) {
   constexpr std::array<std::int32_t, 3> kBlue = {74, 143, 217};
   constexpr std::array<std::int32_t, 3> kOrange = {255, 173, 51};
   ExecuteContext context;
-  const KernelReport report = MeasureKernel(CreateBlur, context, 10.0, 16);
+  const KernelReport report = MeasureKernel(MakeEffect, context, 10.0, 16);
   HostImage drawn;
   DrawKernel(report, TextPainter(), drawn);
   ASSERT_EQ(drawn.width(), 1640);

@@ -1,9 +1,9 @@
-#include "host/Curve.h"
+#include "platform/DSCurve.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace vblur::host {
+namespace vblur {
 
 namespace {
 
@@ -15,15 +15,15 @@ double Between(double from, double to, double share) {
 
 }  // namespace
 
-double Curve::At(double time) const {
+double DSCurve::At(double time) const {
   const auto next =
-      std::upper_bound(keys.begin(), keys.end(), time, [](double at, const CurveKey& key) { return at < key.time; });
+      std::upper_bound(keys.begin(), keys.end(), time, [](double at, const DSCurveKey& key) { return at < key.time; });
   if (next == keys.begin()) return next->value;
-  const CurveKey& before = *(next - 1);
-  if (next == keys.end() || interpolation == Interpolation::Hold) return before.value;
+  const DSCurveKey& before = *(next - 1);
+  if (next == keys.end() || interpolation == DSInterpolation::Hold) return before.value;
   const double share = (time - before.time) / (next->time - before.time);
-  if (interpolation == Interpolation::Linear) return Between(before.value, next->value, share);
+  if (interpolation == DSInterpolation::Linear) return Between(before.value, next->value, share);
   return Between(before.value, next->value, share * share * (3.0 - 2.0 * share));
 }
 
-}  // namespace vblur::host
+}  // namespace vblur

@@ -1,0 +1,14 @@
+#include "apps/vblur/LoadServer.h"
+
+#include "host/HostedEffect.h"
+
+namespace vblur::cli {
+
+std::unique_ptr<host::EffectServer> LoadServer(const GlobalOptions& global) {
+  auto server = std::make_unique<host::EffectServer>(global.server.empty() ? host::DefaultServerFile()
+                                                                           : std::filesystem::path(global.server));
+  if (global.threads > 0) host::HostedEffect(server->CreateEffect()).SetRenderThreads(global.threads);
+  return server;
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,14 @@
+// Loads the effect for a command, and applies to it what holds for the whole process.
+#pragma once
+
+#include <memory>
+
+#include "apps/vblur/RunOptions.h"
+#include "host/EffectServer.h"
+
+namespace vblur::cli {
+
+// The server that was named, or that of this installation. Throws host::Failure (cannot read).
+std::unique_ptr<host::EffectServer> LoadServer(const GlobalOptions& global);
+
+}  // namespace vblur::cli

@@ -1,0 +1,90 @@
+#include "host/EffectServer.h"
+
+#include <array>
+#include <string>
+#include <system_error>
+
+#include <dlfcn.h>
+
+#include "host/CallTrace.h"
+#include "host/Failure.h"
+#include "host/sdk/Catalogue.h"
+
+namespace vblur::host {
+
+namespace {
+
+constexpr const char* kServerName = "V_Blur.so";
+
+[[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& reason) {
+  throw Failure(ExitCode::CannotRead, file.string() + ": cannot load the effect: " + reason);
+}
+
+std::filesystem::path ProgramFolder() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+}  // namespace
+
+template <class Function>
+Function* EffectServer::Find(const char* name) const {
+  return reinterpret_cast<Function*>(::dlsym(library_, name));
+}
+
+EffectServer::EffectServer(const std::filesystem::path& file) : file_(file) {
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) Refuse(file, "no such file");
+  library_ = ::dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library_ == nullptr) Refuse(file, ::dlerror());
+  getClassObject_ = Find<DllGetClassObjectFunction>("DllGetClassObject");
+  auto* const enter = Find<DllRegisterServerFunction>("DllRegisterServer");
+  std::string missing;
+  if (getClassObject_ == nullptr || enter == nullptr) {
+    missing = "it is no server: expected DllGetClassObject and DllRegisterServer";
+  } else if (const HRESULT result = enter(); result < 0) {
+    missing = "it cannot register its classes (" + FormatResult(result) + ")";
+  } else {
+    const auto effects = CurrentCatalogue().EffectsOf(families::kFilter);
+    if (effects.empty()) missing = "it offers no image effect";
+    if (!effects.empty()) effect_ = effects.back().clsid;
+  }
+  if (missing.empty()) return;
+  ::dlclose(library_);
+  Refuse(file, missing);
+}
+
+EffectServer::~EffectServer() {
+  if (auto* const leave = Find<DllUnregisterServerFunction>("DllUnregisterServer"); leave != nullptr) leave();
+  auto* const mayUnload = Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
+  if (mayUnload != nullptr && mayUnload() == kOk) ::dlclose(library_);
+}
+
+HRESULT EffectServer::GetClassObject(const GUID& clsid, const GUID& iid, void** result) const {
+  return getClassObject_(clsid, iid, result);
+}
+
+ComPtr<IDSImageEffect> EffectServer::CreateEffect() const {
+  ComPtr<IClassFactory> factory;
+  HRESULT result = GetClassObject(effect_, IClassFactory::kIid, factory.Receive());
+  ComPtr<IDSImageEffect> effect;
+  if (result == kOk) result = factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive());
+  if (result == kOk) return effect;
+  throw Failure(ExitCode::SomeFramesFailed,
+                file_.string() + ": the server cannot make the effect (" + FormatResult(result) + ")");
+}
+
+std::filesystem::path DefaultServerFile() {
+  const std::filesystem::path program = ProgramFolder();
+  const std::filesystem::path installed = program / VBLUR_SERVER_FROM_PROGRAM / kServerName;
+  std::error_code error;
+  if (std::filesystem::exists(installed, error)) return installed.lexically_normal();
+  // Programs of a build lie at different depths of it.
+  for (auto folder = program; folder.has_relative_path(); folder = folder.parent_path()) {
+    const auto built = folder / "src" / "server" / kServerName;
+    if (std::filesystem::exists(built, error)) return built;
+  }
+  return installed.lexically_normal();
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,30 @@
+#include "host/FramesInFlight.h"
+
+#include <algorithm>
+
+namespace vblur::host {
+
+namespace {
+
+// One frame that is read and one that is written beside those that render.
+constexpr std::int64_t kForFiles = 2;
+
+}  // namespace
+
+SequenceLanes FramesInFlight(const SequenceLoad& load) {
+  const std::int64_t frames = std::max<std::int64_t>(load.frames, 1);
+  const std::int64_t fitting = load.memory / std::max<std::int64_t>(load.bytesPerFrame, 1);
+  std::int64_t rendering = 1;
+  if (load.asked > 0) {
+    rendering = std::min<std::int64_t>(load.asked, frames);
+  } else if (frames > load.processors && load.processors + kForFiles <= fitting) {
+    rendering = load.processors;
+  }
+  SequenceLanes lanes;
+  lanes.frames = static_cast<std::int32_t>(rendering);
+  lanes.threads = rendering >= load.processors ? 1 : load.processors;
+  lanes.slots = static_cast<std::int32_t>(std::min(frames, std::clamp(fitting, rendering, rendering + kForFiles)));
+  return lanes;
+}
+
+}  // namespace vblur::host

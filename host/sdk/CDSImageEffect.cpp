@@ -1,0 +1,163 @@
+#include "platform/CDSImageMIEffect.h"
+
+namespace vblur {
+
+const CDSPropertiesMap CDSImageEffect::m_PropertiesMap{};
+
+void* CDSImageEffect::FindInterface(const GUID& iid) {
+  return iid == IDSImageEffect::kIid ? static_cast<IDSImageEffect*>(this) : CDSPlugInEffect::FindInterface(iid);
+}
+
+HRESULT CDSImageEffect::GetStaticPropertyCount(std::int32_t* count) {
+  if (count == nullptr) return kNullPointer;
+  *count = static_cast<std::int32_t>(m_PropertiesMap.entries.size());
+  return kOk;
+}
+
+HRESULT CDSImageEffect::GetStaticPropertiesMap(const CDSPropertiesMap** map) {
+  if (map == nullptr) return kNullPointer;
+  *map = &m_PropertiesMap;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::GetClassID(GUID* clsid) {
+  return clsid == nullptr ? kNullPointer : kFailed;
+}
+
+HRESULT CDSImageEffect::GetInfo(tagDSFxInfo* info) {
+  return info == nullptr ? kNullPointer : kOk;
+}
+
+HRESULT CDSImageEffect::GetImageEffectInfo(tagDSImgFxInfo* info) {
+  return info == nullptr ? kNullPointer : kOk;
+}
+
+HRESULT CDSImageEffect::IsFormatSupported(const GUID&) {
+  return kFalse;
+}
+
+HRESULT CDSImageEffect::SetDefaults() {
+  RemoveAnimation();
+  return kOk;
+}
+
+HRESULT CDSImageEffect::GetInputOverscan(double, double* left, double* right, double* bottom, double* top) {
+  if (left == nullptr || right == nullptr || bottom == nullptr || top == nullptr) return kNullPointer;
+  *left = *right = *bottom = *top = 0.0;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::Verify() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::RenderFrame(double) {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::Clone(const GUID&, void** result) {
+  if (result == nullptr) return kNullPointer;
+  *result = nullptr;
+  return kFailed;
+}
+
+HRESULT CDSImageEffect::Setup() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::Cleanup() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetInput(IDSImage* image) {
+  inputImage = image;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetOutput(IDSImage* image) {
+  outputImage = image;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetPixelMask(IDSImage* image, std::int32_t offsetX, std::int32_t offsetY) {
+  maskImage = image;
+  maskOffsetX = offsetX;
+  maskOffsetY = offsetY;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetROI(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
+  roiSet = 1;
+  roiX = x;
+  roiY = y;
+  roiWidth = width;
+  roiHeight = height;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::ClearROI() {
+  roiSet = 0;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetInput2(IDSImage* image) {
+  input2Image = image;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetField(std::int32_t field) {
+  hostField = field;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetDuration(double newDuration) {
+  duration = newDuration;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetExecuteContext(IDSExecuteContext* context) {
+  executeContext = context;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetEffectHost(IDSEffectHost* host) {
+  effectHost = host;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetCoordMan(IDSCoordMan* newCoordMan) {
+  coordMan = newCoordMan;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::GetCoordMan(IDSCoordMan** result) {
+  if (result == nullptr) return kNullPointer;
+  *result = coordMan;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::BeginFrameRange(double, double) {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::EndFrameRange() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::BeginFrame(double) {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::EndFrame() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::PrepareData() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::DSContentGetProperty(const char* key, double& value) const {
+  return effectHost == nullptr ? kFailed : effectHost->ContentProperty(key, value);
+}
+
+}  // namespace vblur

@@ -1,0 +1,165 @@
+#include "platform/CDSPropertyContainer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace vblur {
+
+namespace {
+
+constexpr std::int32_t kAnimatedCapability = 5;
+
+// Toward zero; what no 32-bit integer holds becomes the least, as the effect's own arithmetic has it.
+std::int32_t Truncated(double value) {
+  constexpr double kLimit = 2147483648.0;
+  if (!(value > -kLimit - 1.0 && value < kLimit)) return std::numeric_limits<std::int32_t>::min();
+  return static_cast<std::int32_t>(value);
+}
+
+}  // namespace
+
+HRESULT CDSBasePropertyContainer::QueryInterface(const GUID& iid, void** result) {
+  if (result == nullptr) return kNullPointer;
+  *result = FindInterface(iid);
+  if (*result == nullptr) return kNoInterface;
+  CDSBasePropertyContainer::AddRef();
+  return kOk;
+}
+
+std::uint32_t CDSBasePropertyContainer::AddRef() {
+  return references_.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+std::uint32_t CDSBasePropertyContainer::Release() {
+  const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+  if (left == 0) delete this;
+  return left;
+}
+
+void* CDSBasePropertyContainer::FindInterface(const GUID& iid) {
+  return iid == IUnknown::kIid || iid == IDSProperties::kIid ? static_cast<IDSProperties*>(this) : nullptr;
+}
+
+HRESULT CDSPropertyContainer::GetName(char16_t*, std::int32_t) {
+  return kFailed;
+}
+
+HRESULT CDSPropertyContainer::GetDescription(char16_t*, std::int32_t) {
+  return kFailed;
+}
+
+HRESULT CDSPropertyContainer::GetPicture(const ModuleBitmap**) {
+  return kFailed;
+}
+
+const CDSPropertiesMapEntry* CDSPropertyContainer::FindEntry(const GUID& property) {
+  const CDSPropertiesMap* map = nullptr;
+  if (GetStaticPropertiesMap(&map) != kOk) return nullptr;
+  const GUID& id = Resolve(property);
+  for (; map != nullptr; map = map->parent) {
+    const auto found =
+        std::ranges::find_if(map->entries, [&](const CDSPropertiesMapEntry& entry) { return entry.param.id == id; });
+    if (found != map->entries.end()) return &*found;
+  }
+  return nullptr;
+}
+
+HRESULT CDSPropertyContainer::GetValue(const GUID& property, DSVariant* value) {
+  if (value == nullptr) return kNullPointer;
+  const CDSPropertiesMapEntry* entry = FindEntry(property);
+  if (entry == nullptr) return kWrongArgument;
+  const void* member = entry->member(*this);
+  value->type = entry->param.type;
+  value->number = 0.0;
+  value->whole = 0;
+  if (entry->param.type == DSValueType::Float64) {
+    value->number = *static_cast<const double*>(member);
+  } else {
+    value->whole = *static_cast<const std::int32_t*>(member);
+  }
+  return kOk;
+}
+
+HRESULT CDSPropertyContainer::PutValue(const GUID& property, const DSVariant& value) {
+  const CDSPropertiesMapEntry* entry = FindEntry(property);
+  if (entry == nullptr) return kWrongArgument;
+  void* member = entry->member(*this);
+  if (entry->param.type == DSValueType::Float64) {
+    *static_cast<double*>(member) = value.asNumber();
+  } else {
+    *static_cast<std::int32_t*>(member) = value.type == DSValueType::Float64 ? Truncated(value.number) : value.whole;
+  }
+  return OnPropertyChanged(entry->param.id, &value, nullptr, nullptr, 0, 0);
+}
+
+HRESULT CDSPropertyContainer::GetValueAt(const GUID& property, double time, double* value) {
+  if (value == nullptr) return kNullPointer;
+  DSVariant plain;
+  if (const HRESULT result = GetValue(property, &plain); result != kOk) return result;
+  *value = GetValueDirect(Resolve(property), plain.asNumber(), time);
+  return kOk;
+}
+
+HRESULT CDSPropertyContainer::PutCurve(const GUID& property, const DSCurve& curve) {
+  const CDSPropertiesMapEntry* entry = FindEntry(property);
+  if (entry == nullptr || curve.keys.empty()) return kWrongArgument;
+  if (entry->param.capability != kAnimatedCapability) return kFailed;
+  curves_.insert_or_assign(entry->param.id, curve);
+  return OnPropertyChanged(entry->param.id, nullptr, nullptr, nullptr, 0, 0);
+}
+
+HRESULT CDSPropertyContainer::GetCurve(const GUID& property, const DSCurve** curve) {
+  if (curve == nullptr) return kNullPointer;
+  *curve = nullptr;
+  const CDSPropertiesMapEntry* entry = FindEntry(property);
+  if (entry == nullptr) return kWrongArgument;
+  const auto found = curves_.find(entry->param.id);
+  if (found == curves_.end()) return kFalse;
+  *curve = &found->second;
+  return kOk;
+}
+
+HRESULT CDSPropertyContainer::RemoveCurve(const GUID& property) {
+  const CDSPropertiesMapEntry* entry = FindEntry(property);
+  if (entry == nullptr) return kWrongArgument;
+  if (curves_.erase(entry->param.id) == 0) return kFalse;
+  return OnPropertyChanged(entry->param.id, nullptr, nullptr, nullptr, 0, 0);
+}
+
+HRESULT CDSPropertyContainer::Advise(IDSPropertyNotify* notify) {
+  if (notify == nullptr) return kNullPointer;
+  notified_.push_back(notify);
+  return kOk;
+}
+
+HRESULT CDSPropertyContainer::Unadvise(IDSPropertyNotify* notify) {
+  return std::erase(notified_, notify) != 0 ? kOk : kWrongArgument;
+}
+
+HRESULT CDSPropertyContainer::OnPropertyChanged(const GUID& property, const DSVariant* value, IUnknown*, const void*,
+                                                std::int32_t, std::uint32_t flags) {
+  // A copy, since somebody who is told may ask to be told no longer.
+  for (IDSPropertyNotify* notify : std::vector(notified_))
+    notify->OnPropertyChanged(property, value, flags);
+  return kOk;
+}
+
+double CDSPropertyContainer::GetValueDirect(const GUID& property, double plainValue, double time) const {
+  const auto curve = curves_.find(property);
+  return curve == curves_.end() ? plainValue : curve->second.At(time);
+}
+
+HRESULT CDSAliasedPropertyContainer::AddAlias(const GUID& alias, const GUID& property) {
+  DSVariant value;
+  if (GetValue(alias, &value) == kOk || GetValue(property, &value) != kOk) return kWrongArgument;
+  aliases_.emplace(alias, Resolve(property));
+  return kOk;
+}
+
+const GUID& CDSAliasedPropertyContainer::Resolve(const GUID& property) const {
+  const auto alias = aliases_.find(property);
+  return alias == aliases_.end() ? property : alias->second;
+}
+
+}  // namespace vblur

@@ -1,0 +1,172 @@
+// How an effect begins and ends, is cloned, and tells its host what it is.
+#include <algorithm>
+#include <new>
+
+#include "effect/Blur.h"
+#include "effect/ClassIds.h"
+#include "image/Arithmetic.h"
+#include "image/HvThreads.h"
+
+namespace vblur {
+namespace {
+
+constexpr std::int32_t kNameString = 1;
+constexpr std::int32_t kDescriptionString = 2;
+constexpr std::int32_t kPictureBitmap = 102;
+
+// The category and the type of the effect, in its host's terms.
+constexpr GUID kEffectCategory = MakeGuid("{0BC5A2F0-5C49-11CF-A04A-00A02418CFB9}");
+constexpr GUID kEffectType = MakeGuid("{0BC5A2F2-5C49-11CF-A04A-00A02418CFB9}");
+
+}  // namespace
+
+void Blur::SetConstants() {
+  fieldMode = kHalfHeightFields;
+  cropMode = kCropBoxAndEdges;
+  effectFlags = 79;
+  transitionMixesInputs = 1;
+}
+
+Blur::Blur() {
+  if (liveObjects != nullptr) {
+    liveObjects->fetch_add(1);
+    countsInServer = true;
+  }
+  name = {};
+  effectKind = 0;
+  SetConstants();
+  if (CDSPlugInEffect::Init() >= 0) Blur::SetDefaults();
+  // Overlay controls have a picture to work on before the first render.
+  double userX = 1.0;
+  double userY = 1.0;
+  if (DSContentGetProperty(kProjectUserSizeX, userX) != kOk || DSContentGetProperty(kProjectUserSizeY, userY) != kOk) {
+    userX = userY = 1.0;
+  }
+  for (PlaceRecord* place : {&outputPlace, &inputPlace, &input2Place}) {
+    *place = {};
+    place->sizeX = static_cast<float>(UserToWorldRatio() * userX);
+    place->sizeY = static_cast<float>(userY);
+  }
+}
+
+Blur::Blur(const Blur& source)
+    : HvDsEffect(source),
+      CDSImageMIEffect(source),
+      IVBlurFacts(),
+      IVBlurProcess(),
+      masks_(source.masks_),
+      cloneSource(const_cast<Blur*>(&source)) {
+  if (liveObjects != nullptr) {
+    liveObjects->fetch_add(1);
+    countsInServer = true;
+  }
+  CopyAnimation(source);
+  SetConstants();
+  CopyParameters(source);
+}
+
+Blur::~Blur() {
+  CDSPlugInEffect::Term();
+  if (countsInServer) liveObjects->fetch_sub(1);
+}
+
+HRESULT Blur::QueryInterface(const GUID& iid, void** result) {
+  if (iid != kBlurObject && iid != kDsEffectObject) return CDSImageMIEffect::QueryInterface(iid, result);
+  if (result == nullptr) return kNullPointer;
+  AddRef();
+  *result = this;
+  return kOk;
+}
+
+void* Blur::FindInterface(const GUID& iid) {
+  if (iid == IVBlurFacts::kIid) return static_cast<IVBlurFacts*>(this);
+  if (iid == IVBlurProcess::kIid) return static_cast<IVBlurProcess*>(this);
+  return CDSImageMIEffect::FindInterface(iid);
+}
+
+HRESULT Blur::LoadText(std::int32_t id, char16_t* buffer, std::int32_t capacity) const {
+  if (buffer == nullptr) return kNullPointer;
+  return LoadStringW(module, id, buffer, capacity) > 0 ? kOk : kFailed;
+}
+
+HRESULT Blur::GetName(char16_t* buffer, std::int32_t capacity) {
+  if (const HRESULT result = LoadText(kNameString, buffer, capacity); result != kOk) return result;
+  return LoadText(kNameString, name.data(), static_cast<std::int32_t>(name.size()));
+}
+
+HRESULT Blur::GetDescription(char16_t* buffer, std::int32_t capacity) {
+  return LoadText(kDescriptionString, buffer, capacity);
+}
+
+HRESULT Blur::GetPicture(const ModuleBitmap** picture) {
+  if (picture == nullptr) return kNullPointer;
+  *picture = LoadBitmapW(module, kPictureBitmap);
+  return *picture == nullptr ? kFailed : kOk;
+}
+
+HRESULT Blur::GetClassID(GUID* clsid) {
+  if (clsid == nullptr) return kNullPointer;
+  *clsid = classes::kBlur;
+  return kOk;
+}
+
+HRESULT Blur::Init() {
+  const HRESULT result = CDSImageMIEffect::Init();
+  return result < 0 ? result : SetDefaults();
+}
+
+HRESULT Blur::GetInfo(tagDSFxInfo* info) {
+  if (const HRESULT result = CDSImageEffect::GetInfo(info); result < 0) return result;
+  if (info->record != kDSFxInfoRecord) return kWrongArgument;
+  info->category = kEffectCategory;
+  info->type = kEffectType;
+  info->effect = classes::kBlur;
+  info->reserved1 = 0;
+  info->reserved2 = 0;
+  return kOk;
+}
+
+HRESULT Blur::IsFormatSupported(const GUID& format) {
+  return format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14 ? kOk : kFalse;
+}
+
+HRESULT Blur::GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) {
+  if (left == nullptr || right == nullptr || bottom == nullptr || top == nullptr) return kNullPointer;
+  const BlurSize size = GetBlurSize(time);
+  *left = *right = static_cast<double>(size.x);
+  *bottom = *top = static_cast<double>(size.y);
+  return kOk;
+}
+
+HRESULT Blur::Verify() {
+  if (const HRESULT result = CDSImageEffect::Verify(); result < 0) return result;
+  if (const HRESULT result = VerifyEffect(); result < 0) return result;
+  if (outputImage == nullptr) return kNullPointer;
+  const bool needsInput = effectKind >= kKindFilter && effectKind <= kKindUnused && effectKind != kKindGenerator;
+  if (needsInput && inputImage == nullptr) return kNullPointer;
+  if (effectKind == kKindTransition && input2Image == nullptr) return kNullPointer;
+  if (effectKind == kKindPaint && maskImage == nullptr) return kNullPointer;
+  return kOk;
+}
+
+HRESULT Blur::Clone(const GUID& iid, void** result) {
+  if (result == nullptr) return kNullPointer;
+  *result = nullptr;
+  Blur* clone = nullptr;
+  try {
+    clone = new Blur(*this);
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  }
+  const HRESULT answer = clone->QueryInterface(iid, result);
+  clone->Release();
+  return answer;
+}
+
+HRESULT Blur::SetRenderThreads(std::int32_t count) {
+  if (count < 1) return kWrongArgument;
+  HvSetThreadCount(count);
+  return kOk;
+}
+
+}  // namespace vblur

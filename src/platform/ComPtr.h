@@ -1,0 +1,61 @@
+// A reference to a COM object that drops itself.
+#pragma once
+
+#include <utility>
+
+#include "platform/Com.h"
+
+namespace vblur {
+
+template <class Interface>
+class ComPtr {
+ public:
+  ComPtr() = default;
+  ComPtr(std::nullptr_t) {}
+  // Adds a reference.
+  explicit ComPtr(Interface* object) : object_(object) {
+    if (object_ != nullptr) object_->AddRef();
+  }
+  ComPtr(const ComPtr& other) : ComPtr(other.object_) {}
+  ComPtr(ComPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+  ComPtr& operator=(ComPtr other) noexcept {
+    std::swap(object_, other.object_);
+    return *this;
+  }
+  ~ComPtr() { reset(); }
+
+  // Takes over a reference that the caller has.
+  static ComPtr Own(Interface* object) {
+    ComPtr result;
+    result.object_ = object;
+    return result;
+  }
+
+  void reset() {
+    if (Interface* last = std::exchange(object_, nullptr); last != nullptr) last->Release();
+  }
+
+  Interface* get() const { return object_; }
+  Interface* operator->() const { return object_; }
+  Interface& operator*() const { return *object_; }
+  explicit operator bool() const { return object_ != nullptr; }
+
+  // Where an operation puts its result; drops what was held.
+  void** Receive() {
+    reset();
+    return reinterpret_cast<void**>(&object_);
+  }
+
+  // The object's other interface; empty when it has none of that kind.
+  template <class Other>
+  ComPtr<Other> As() const {
+    ComPtr<Other> result;
+    if (object_ != nullptr) object_->QueryInterface(Other::kIid, result.Receive());
+    return result;
+  }
+
+ private:
+  Interface* object_ = nullptr;
+};
+
+}  // namespace vblur

@@ -1,0 +1,30 @@
+// A property value that changes with time, as the host keeps it: keys and how to go from one to the next.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace vblur {
+
+struct DSCurveKey {
+  double time = 0.0;
+  double value = 0.0;
+
+  friend bool operator==(const DSCurveKey&, const DSCurveKey&) = default;
+};
+
+enum class DSInterpolation : std::int32_t { Linear = 0, Hold = 1, Smooth = 2 };
+
+struct DSCurve {
+  // At least one key, times strictly rising.
+  std::vector<DSCurveKey> keys;
+  DSInterpolation interpolation = DSInterpolation::Linear;
+
+  // The value at a time: that of the first key before it, that of the last key after it. Smooth
+  // leaves and reaches every key with slope 0 (a cubic ease between neighbours).
+  double At(double time) const;
+
+  friend bool operator==(const DSCurve&, const DSCurve&) = default;
+};
+
+}  // namespace vblur

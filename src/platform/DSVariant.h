@@ -1,0 +1,21 @@
+// A tagged property value, as the host passes it.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/DsTypes.h"
+
+namespace vblur {
+
+struct DSVariant {
+  DSValueType type = DSValueType::Float64;
+  double number = 0.0;     // Float64
+  std::int32_t whole = 0;  // Integer32, and Boolean32 as 0 or not
+
+  static constexpr DSVariant Of(double value) { return {DSValueType::Float64, value, 0}; }
+  static constexpr DSVariant Of(std::int32_t value) { return {DSValueType::Integer32, 0.0, value}; }
+
+  constexpr double asNumber() const { return type == DSValueType::Float64 ? number : static_cast<double>(whole); }
+};
+
+}  // namespace vblur

@@ -1,0 +1,20 @@
+// What holds for all effects of a process at once, for the program that runs them.
+#pragma once
+
+#include "platform/Com.h"
+
+namespace vblur {
+
+class IVBlurProcess : public IUnknown {
+ public:
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A822}");
+
+  // How many threads every render uses, at least 1; kWrongArgument for fewer. Without a call it is the
+  // number of processors that the machine reports. Takes effect between renders.
+  virtual HRESULT SetRenderThreads(std::int32_t count) = 0;
+
+ protected:
+  ~IVBlurProcess() = default;
+};
+
+}  // namespace vblur

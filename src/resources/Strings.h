@@ -1,0 +1,13 @@
+// The texts of the server's module by number. Texts that belong to a property come from the property
+// table: its name, its hint, and the entries of its list behind them.
+#pragma once
+
+#include <span>
+
+#include "platform/Module.h"
+
+namespace vblur::resources {
+
+std::span<const ModuleString> Strings();
+
+}  // namespace vblur::resources

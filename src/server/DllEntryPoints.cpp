@@ -1,0 +1,68 @@
+// What the server exports: its class objects, whether it may be unloaded, and its registration with the
+// host.
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "effect/ClassIds.h"
+#include "platform/Com.h"
+#include "platform/DSFxInfo.h"
+#include "platform/Registration.h"
+#include "server/ServerClasses.h"
+#include "server/ServerModule.h"
+
+namespace vblur {
+namespace {
+
+constexpr std::int32_t kNameString = 1;
+constexpr std::int32_t kKindEffect = 1;
+
+// Under which the host offers the effect, in the order in which they are entered.
+constexpr std::array kFamilies = {families::kRegisteredOnly, families::kFilter, families::kTransition, families::kPaint,
+                                  families::kFilterThird};
+constexpr auto kFamilyCount = static_cast<std::int32_t>(kFamilies.size());
+
+}  // namespace
+
+extern "C" {
+
+HRESULT DllCanUnloadNow() {
+  return ServerLocks().load() == 0 ? kOk : kFalse;
+}
+
+HRESULT DllGetClassObject(const GUID& clsid, const GUID& iid, void** result) {
+  if (result == nullptr) return kNullPointer;
+  *result = nullptr;
+  const auto found = std::ranges::find(kServerClasses, clsid, &ServerClass::clsid);
+  if (found == kServerClasses.end() || found->makeFactory == nullptr) return kNoSuchClass;
+  IClassFactory* factory = found->makeFactory();
+  if (factory == nullptr) return kOutOfMemory;
+  const HRESULT answer = factory->QueryInterface(iid, result);
+  factory->Release();
+  return answer;
+}
+
+HRESULT DllRegisterServer() {
+  for (const ServerClass& entry : kServerClasses) {
+    const HRESULT result = DSRegisterCOMEffect(entry.clsid, ServerModule(), entry.description);
+    if (result < 0) return result;
+  }
+  std::array<char16_t, 260> name{};
+  LoadStringW(ServerModule(), kNameString, name.data(), static_cast<std::int32_t>(name.size()));
+  return DSRegisterObjectFamilies(classes::kBlur, kFamilyCount, kFamilies.data(), kKindEffect, name.data(),
+                                  ServerModule());
+}
+
+// Everything is taken out, whatever fails; the failure of what was entered last is told first.
+HRESULT DllUnregisterServer() {
+  std::array<HRESULT, kServerClasses.size() + 1> results{};
+  std::ranges::transform(kServerClasses, results.begin(),
+                         [](const ServerClass& entry) { return DSUnregisterCOMEffect(entry.clsid); });
+  results.back() = DSUnregisterObjectFamilies(classes::kBlur, kFamilyCount, kFamilies.data(), ServerModule());
+  const auto failed = std::find_if(results.rbegin(), results.rend(), [](HRESULT result) { return result < 0; });
+  return failed == results.rend() ? kOk : *failed;
+}
+
+}  // extern "C"
+
+}  // namespace vblur

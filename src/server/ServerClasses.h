@@ -1,0 +1,32 @@
+// The classes of the server, in the order in which they are registered.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "effect/ClassIds.h"
+#include "platform/Com.h"
+
+namespace vblur {
+
+struct ServerClass {
+  using MakeFactory = IClassFactory* (*)();
+
+  GUID clsid;
+  // Its description among the module's texts. The viewer tool's number has no text.
+  std::int32_t description = 0;
+  // A new factory with one reference, null when there is no memory; no function for a class that the
+  // server cannot make yet.
+  MakeFactory makeFactory = nullptr;
+};
+
+IClassFactory* MakeBlurFactory();
+
+inline constexpr std::array kServerClasses = {
+    ServerClass{classes::kBlur, 2, &MakeBlurFactory}, ServerClass{classes::kFullBlurPPG, 4},
+    ServerClass{classes::kTransitionBlurPPG, 6},      ServerClass{classes::kHvTransitionPPG, 5499},
+    ServerClass{classes::kHvTInteract, 1071},         ServerClass{classes::kHelpPPG, 8},
+    ServerClass{classes::kFullCropPPG, 4997},
+};
+
+}  // namespace vblur

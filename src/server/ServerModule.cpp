@@ -1,0 +1,33 @@
+#include "server/ServerModule.h"
+
+#include <new>
+
+#include "effect/Blur.h"
+#include "resources/Bitmaps.h"
+#include "resources/Strings.h"
+#include "server/CDsClassFactory.h"
+#include "server/ServerClasses.h"
+
+namespace vblur {
+
+HMODULE ServerModule() {
+  static const Module module{resources::Strings(), resources::Bitmaps()};
+  return &module;
+}
+
+std::atomic<std::int32_t>& ServerLocks() {
+  static std::atomic<std::int32_t> locks = 0;
+  return locks;
+}
+
+IClassFactory* MakeBlurFactory() {
+  // Once, before there is an effect that could read them.
+  [[maybe_unused]] static const bool ready = [] {
+    Blur::module = ServerModule();
+    Blur::liveObjects = &ServerLocks();
+    return true;
+  }();
+  return new (std::nothrow) CDsClassFactory<Blur>(ServerLocks());
+}
+
+}  // namespace vblur
