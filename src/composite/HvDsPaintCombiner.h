@@ -43,7 +43,8 @@ class HvDsPaintCombiner
           const std::int32_t stepA = runA.exists ? runA.step : 0;
           const std::int32_t stepM = runM.exists ? runM.step : 0;
           for (std::int32_t i = 0; i < n; ++i, source += stepA, strength += stepM) {
-            to[i] = shown(to[i], *source, strength->value);
+            to[i] =
+                shown(to[i], *source, strength->value);  // NOLINT(clang-analyzer-core.*): a run that exists has pixels
           }
         },
         *a, *mask);

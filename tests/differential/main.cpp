@@ -1,6 +1,7 @@
 // Compares random frames of the effect with the model: any number, from any seed, at any thread count.
 #include <chrono>
 #include <cstdio>
+#include <exception>
 
 #include <CLI/CLI.hpp>
 
@@ -56,9 +57,7 @@ int Run(const Options& options) {
   return wrong == 0 ? 0 : 1;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunCommandLine(int argc, char** argv) {
   CLI::App app("Compares random frames of the effect with the model");
   Options options;
   app.add_option("--count", options.count, "How many frames")->capture_default_str();
@@ -69,4 +68,15 @@ int main(int argc, char** argv) {
   app.add_option("--keep", options.keep, "A folder for the jobs and pictures of frames that differ");
   CLI11_PARSE(app, argc, argv);
   return Run(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return RunCommandLine(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "differential: %s\n", error.what());
+    return 2;
+  }
 }

@@ -140,6 +140,7 @@ std::vector<GoldenResult> CompareGoldenPictures(const fs::path& folder, const fs
   std::sort(jobs.begin(), jobs.end());
   fs::create_directories(changes);
   std::vector<GoldenResult> results;
+  results.reserve(jobs.size());
   for (const fs::path& job : jobs)
     results.push_back(CompareOne(job, changes, update));
   return results;

@@ -48,6 +48,7 @@ TEST(ExecuteContext, CountsThePollsOfAllThreads) {
   context.StopAfterPolls(1000);
   std::atomic<int> passed = 0;
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&] {
       while (context.MayContinue() != 0)

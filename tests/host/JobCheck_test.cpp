@@ -194,7 +194,7 @@ TEST(JobCheck, RefusesPixelPositionsBeyond32Bits) {
 }
 
 TEST(JobCheck, RefusesPropertyValuesThatAreNotAllowed) {
-  const auto set = [](PropertyId id, PropertyStore::Setting setting) {
+  const auto set = [](PropertyId id, const PropertyStore::Setting& setting) {
     return [=](Job& job) { job.properties.Set(PropertyOf(id).guid, setting); };
   };
   EXPECT_EQ(FailureWith(Still(), set(PropertyId::Blur, INFINITY)),

@@ -225,7 +225,7 @@ TEST_F(PictureFileTest, PicturesWithoutPixelsOrWithTooManyAreRefused) {
 }
 
 TEST_F(PictureFileTest, TheNaturalDepthIsThatOfTheSamples) {
-  const auto info = [&](const char* name, const char* format, OIIO::TypeDesc type) {
+  const auto info = [&](const char* name, const char* format, const OIIO::TypeDesc& type) {
     WriteRaw(folder_.path() / name, format, OIIO::ImageSpec(1, 1, 3, type), std::vector<float>{0.0f, 0.5f, 1.0f});
     return ReadPictureInfo(folder_.path() / name).naturalDepth();
   };

@@ -120,7 +120,8 @@ TEST(Sample, RowsTakeTheChannelsTheyAreTold) {
   const std::int16_t source[] = {16384, -8192, 0, 7, 32767, -32768, 1, 7};
   WriteColourRow(source, 16, floats, SampleKind::Float, 3, 2);
   const float written[] = {1.0f, -0.5f, 0.0f, 32767 / 16384.0f, -2.0f, 1 / 16384.0f};
-  EXPECT_EQ(std::memcmp(floats, written, sizeof written), 0);
+  for (std::size_t i = 0; i < std::size(written); ++i)
+    EXPECT_EQ(floats[i], written[i]) << i;
 }
 
 }  // namespace

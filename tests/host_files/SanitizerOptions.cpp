@@ -1,4 +1,5 @@
 // What the sanitizers are told about the picture library, which is not built with them.
+// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' own names.
 extern "C" {
 const char* __lsan_default_suppressions();
 const char* __tsan_default_suppressions();
@@ -13,3 +14,4 @@ const char* __tsan_default_suppressions() {
   return "race:libOpenImageIO\ncalled_from_lib:libOpenImageIO.so\ncalled_from_lib:libOpenImageIO_Util.so";
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)

@@ -11,7 +11,6 @@ namespace vblur {
 namespace {
 
 using test::Canvas;
-using test::Layout;
 using test::Random;
 using Frame = HvTexture<R8, Rf>;
 using FilterFrame = HvTexture<R8, Ri>;

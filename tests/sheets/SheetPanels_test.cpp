@@ -41,9 +41,10 @@ TEST(SheetPanels, EveryPairOfEdgeMethodsXAcrossAndYDown) {
   for (std::size_t i = 0; i < 16; ++i) {
     const std::string x(entries[i % 4]);
     const std::string y(entries[i / 4]);
-    EXPECT_EQ(plan.panels[i].label, "X " + x + ", Y " + y);
+    EXPECT_EQ(plan.panels[i].label, std::string("X ").append(x).append(", Y ").append(y));
     EXPECT_EQ(ValueOf(plan.panels[i], PropertyId::XEdgeMethod), static_cast<double>(i % 4));
-    EXPECT_EQ(ValueOf(plan.panels[i], PropertyId::YEdgeMethod), static_cast<double>(i / 4));
+    const std::size_t row = i / 4;
+    EXPECT_EQ(ValueOf(plan.panels[i], PropertyId::YEdgeMethod), static_cast<double>(row));
     EXPECT_GT(ValueOf(plan.panels[i], PropertyId::CropLeft), 0.0);
     EXPECT_LT(ValueOf(plan.panels[i], PropertyId::CropTop), 100.0);
     EXPECT_GT(ValueOf(plan.panels[i], PropertyId::CropColourR), 0.0);
@@ -71,7 +72,8 @@ TEST(SheetPanels, EveryRampFromTheFirstClipToTheSecond) {
   EXPECT_EQ(plan.use, EffectKind::Transition);
   for (std::size_t i = 0; i < 36; ++i) {
     const SheetPanel& panel = plan.panels[i];
-    EXPECT_EQ(ValueOf(panel, PropertyId::TransitionRamping), static_cast<double>(i / 9));
+    const std::size_t row = i / 9;
+    EXPECT_EQ(ValueOf(panel, PropertyId::TransitionRamping), static_cast<double>(row));
     EXPECT_EQ(panel.time, plan.duration * static_cast<double>(i % 9) / 8.0);
     EXPECT_EQ(panel.label.rfind(std::string(entries[i / 9]) + "  ", 0), 0u) << panel.label;
   }

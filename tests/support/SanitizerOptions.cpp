@@ -1,4 +1,5 @@
 // Tests ask for more memory than there is; a sanitizer's allocator then answers null as the system's does.
+// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' own names.
 extern "C" {
 const char* __asan_default_options();
 const char* __tsan_default_options();
@@ -11,3 +12,4 @@ const char* __tsan_default_options() {
   return "allocator_may_return_null=1";
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
