@@ -22,9 +22,10 @@ struct SequenceLanes {
 
 // Only one render of a process spreads over threads at a time. So frames gain from being side by side when
 // each keeps to one thread and there are as many of them as processors: then no thread ever waits for
-// another within a pass. That is the choice for a sequence whose frames fit the memory; else, and for a
-// single frame, all threads work on one frame. What was asked for is kept to, whatever the memory; the
-// frames beyond those that render, which only hide the time of files, come out of it.
+// another within a pass. That is the choice for a sequence when the memory holds frames for at least half
+// of the processors; else, and for a few frames, all threads work on one frame. What was asked for is kept
+// to, whatever the memory; the frames beyond those that render, which only hide the time of files, come
+// out of it.
 SequenceLanes FramesInFlight(const SequenceLoad& load);
 
 }  // namespace vblur::host

@@ -186,8 +186,23 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   }
 }
 
-void PictureWriter::Write(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
-                          bool overwrite) {
+WrittenPicture::WrittenPicture(std::filesystem::path path, bool overwrite)
+    : path_(std::move(path)), overwrite_(overwrite), file_(std::make_unique<OutputFileCommit>(path_)) {}
+WrittenPicture::~WrittenPicture() = default;
+WrittenPicture::WrittenPicture(WrittenPicture&&) noexcept = default;
+WrittenPicture& WrittenPicture::operator=(WrittenPicture&&) noexcept = default;
+
+const std::filesystem::path& WrittenPicture::writtenPath() const {
+  return file_->writtenPath();
+}
+
+void WrittenPicture::Commit() {
+  RequireWritable(path_, overwrite_);
+  file_->Commit();
+}
+
+WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, const HostImage& image,
+                                          const PictureMetadata* metadata, bool overwrite) {
   const OutputFormat& format = OutputFormatOf(path);
   RequireWritable(path, overwrite);
   if (std::max(image.width(), image.height()) > format.mostPixels) {
@@ -207,13 +222,12 @@ void PictureWriter::Write(const std::filesystem::path& path, const HostImage& im
                    samples_.data() + rowBytes * static_cast<std::size_t>(y), kind, channels, width);
   }
   const PictureFileChatter chatter;
-  OutputFileCommit commit(path);
-  Writing writing(path, commit.writtenPath(), format);
+  WrittenPicture written(path, overwrite);
+  Writing writing(path, written.writtenPath(), format);
   writing.Open(image, metadata);
   writing.Put(samples_.data(), kind, stop_);
   writing.Close();
-  RequireWritable(path, overwrite);
-  commit.Commit();
+  return written;
 }
 
 }  // namespace vblur::host

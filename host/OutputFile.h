@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,26 @@ const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 // is that of something else than a file, or a file stands there and `overwrite` is not set.
 void RequireWritable(const std::filesystem::path& path, bool overwrite);
 
+class OutputFileCommit;
+
+// A picture that is whole on disk and has not taken its name yet. It goes again unless it does.
+class WrittenPicture {
+ public:
+  WrittenPicture(std::filesystem::path path, bool overwrite);
+  ~WrittenPicture();
+  WrittenPicture(WrittenPicture&&) noexcept;
+  WrittenPicture& operator=(WrittenPicture&&) noexcept;
+
+  const std::filesystem::path& writtenPath() const;
+  // Throws Failure (cannot write) when the name cannot be taken, or no longer.
+  void Commit();
+
+ private:
+  std::filesystem::path path_;
+  bool overwrite_;
+  std::unique_ptr<OutputFileCommit> file_;
+};
+
 class PictureWriter {
  public:
   explicit PictureWriter(StopTest stop = {}) : stop_(std::move(stop)) {}
@@ -39,7 +60,12 @@ class PictureWriter {
   // A format without alpha drops it. `metadata`, when not null, comes from the picture that it was made
   // of. Throws Failure (cannot write), or FileInterrupted; then nothing is left behind.
   void Write(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
-             bool overwrite);
+             bool overwrite) {
+    WriteBeside(path, image, metadata, overwrite).Commit();
+  }
+  // The same without its last step: the caller says when the picture takes its name.
+  WrittenPicture WriteBeside(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
+                             bool overwrite);
 
  private:
   StopTest stop_;

@@ -54,6 +54,7 @@ struct FrameSlot {
   bool dropped = false;
   PictureReader reader;
   PictureWriter writer;
+  std::optional<WrittenPicture> written;
   HostImage inputImage;
   HostImage input2Image;
   HostImage maskImage;
@@ -318,7 +319,7 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
-  slot.writer.Write(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
+  slot.written = slot.writer.WriteBeside(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
 }
 
 void SequenceRun::Report(FrameSlot& slot) {
@@ -358,7 +359,13 @@ RenderSummary SequenceRun::Run() {
     FrameSlot& frame = *slots[slot];
     Attempt(frame, frame.result.seconds.write, [&] { Write(frame); });
   };
-  stages.report = [&](std::size_t slot, std::int64_t) { Report(*slots[slot]); };
+  // Names are taken in the order of the frames: behind one that ends the run there is none.
+  stages.report = [&](std::size_t slot, std::int64_t) {
+    FrameSlot& frame = *slots[slot];
+    Attempt(frame, frame.result.seconds.write, [&] { frame.written->Commit(); });
+    frame.written.reset();
+    Report(frame);
+  };
   stages.goesOn = [&] { return !context_.stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
   RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.count(), stages);
   // Clones before what they were cloned from.

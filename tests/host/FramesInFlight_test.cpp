@@ -34,7 +34,9 @@ TEST(FramesInFlight, FewFramesTakeAllThreadsEach) {
 TEST(FramesInFlight, KeepsToTheMemory) {
   // Ten frames fit 1024 MiB at 102 each, nine at 103.
   ExpectLanes(Load(100, 102, 8), 8, 1, 10);
-  ExpectLanes(Load(100, 103, 8), 1, 8, 3);
+  ExpectLanes(Load(100, 103, 8), 7, 1, 9);
+  ExpectLanes(Load(100, 170, 8), 4, 1, 6);
+  ExpectLanes(Load(100, 171, 8), 1, 8, 3);
   ExpectLanes(Load(100, 400, 8), 1, 8, 2);
   ExpectLanes(Load(100, 2000, 8), 1, 8, 1);
   ExpectLanes(Load(100, 0, 8), 8, 1, 10);

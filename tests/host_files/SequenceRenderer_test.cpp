@@ -1,5 +1,7 @@
 #include "host/SequenceRenderer.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "host/OutputFile.h"
@@ -94,6 +96,41 @@ TEST_F(SequenceRendererTest, RendersEveryFrameInOrder) {
   EXPECT_GT(summary.wallSeconds, 0.0);
   EXPECT_GT(summary.seconds.read, 0.0);
   EXPECT_GT(summary.seconds.write, 0.0);
+}
+
+// Each lane has a clone of its own, and what a frame becomes does not depend on its lane.
+TEST_F(SequenceRendererTest, FramesSideBySideAreReportedInOrder) {
+  MakeInputs();
+  for (const std::int32_t lanes : {2, 3, 20}) {
+    options_.framesInFlight = lanes;
+    options_.overwrite = true;
+    seen_.results.clear();
+    log_.clear();
+    job_.properties.Set(PropertyOf(PropertyId::Blur).guid, Curve{{{0.0, 0.0}, {5.0, 50.0}}, Interpolation::Linear});
+    EXPECT_EQ(Render().code, ExitCode::Done);
+    EXPECT_EQ(seen_.sideBySide, std::min(lanes, 6));
+    ASSERT_EQ(seen_.results.size(), 6u);
+    for (int i = 0; i < 6; ++i) {
+      EXPECT_EQ(seen_.results[static_cast<std::size_t>(i)].frame, i + 1);
+      EXPECT_EQ(ValueOf("out.00" + std::to_string(i + 1) + ".png"), 10 * (i + 1) + 1);
+    }
+    ASSERT_EQ(log_.size(), 6u);
+    std::sort(log_.begin(), log_.end(), [](const auto& a, const auto& b) { return a.time < b.time; });
+    for (int i = 0; i < 6; ++i)
+      EXPECT_EQ(log_[static_cast<std::size_t>(i)].blur, 10.0 * i) << "the clones have the curve";
+  }
+}
+
+TEST_F(SequenceRendererTest, FramesSideBySideBeforeAFailureAreFinished) {
+  MakeInputs();
+  folder_.Write("in.004.png", "no picture");
+  options_.framesInFlight = 3;
+  const auto summary = Render();
+  EXPECT_EQ(summary.code, ExitCode::CannotRead);
+  EXPECT_EQ(summary.done, 3);
+  EXPECT_EQ(summary.failed, 1);
+  EXPECT_TRUE(Exists("out.001.png") && Exists("out.002.png") && Exists("out.003.png"));
+  EXPECT_FALSE(Exists("out.004.png"));
 }
 
 TEST_F(SequenceRendererTest, AMissingFrameEndsItBeforeAnythingIsWritten) {

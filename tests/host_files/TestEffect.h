@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -59,8 +60,8 @@ class TestEffect : public CDSImageMIEffect {
   }
 
   HRESULT RenderFrame(double time) override {
-    Note(time);
-    if (during_) during_(log_.size() - 1);
+    const std::size_t number = Note(time);
+    if (during_) during_(number);
     if (executeContext && !executeContext->MayContinue()) return kOk;
     AddOne();
     return result_;
@@ -70,7 +71,8 @@ class TestEffect : public CDSImageMIEffect {
   static void* BlurMember(CDSBasePropertyContainer& effect) { return &static_cast<TestEffect&>(effect).blur_; }
   static void* OtherMember(CDSBasePropertyContainer& effect) { return &static_cast<TestEffect&>(effect).other_; }
 
-  void Note(double time) {
+  // How many frames were noted before. Clones note in one log.
+  std::size_t Note(double time) {
     RenderedFrame frame;
     frame.time = time;
     frame.field = hostField;
@@ -84,7 +86,10 @@ class TestEffect : public CDSImageMIEffect {
       frame.inputSize = inputImage->WorldSize();
     }
     if (maskImage) frame.firstMaskAmount = *static_cast<const std::uint8_t*>(maskImage->FirstPixel());
+    static std::mutex lock;
+    const std::lock_guard hold(lock);
     log_.push_back(frame);
+    return log_.size() - 1;
   }
 
   // A whole frame, or the rows of one field; the output keeps what no field has touched.
