@@ -159,6 +159,15 @@ HRESULT HostedEffect::RenderBorrowed(const FramePictures& pictures, double time)
   return result;
 }
 
+void HostedEffect::BeginFrameRange(double first, double last) {
+  Made("BeginFrameRange", FormatNumber(first) + ", " + FormatNumber(last),
+       [&] { return effect_->BeginFrameRange(first, last); });
+}
+
+void HostedEffect::EndFrameRange() {
+  Made("EndFrameRange", "", [&] { return effect_->EndFrameRange(); });
+}
+
 HRESULT HostedEffect::RenderFrame(const FramePictures& pictures, IDSEffectHost& host, double time, std::int32_t field) {
   BorrowPictures(pictures, &host, field);
   const HRESULT result = RenderBorrowed(pictures, time);

@@ -53,6 +53,9 @@ class HostedEffect {
   void SetUp(const Job& job, IDSCoordMan& coordMan, IDSExecuteContext& context);
   // Every property of the table as the job has it: a curve, a plain value or the default.
   void PutProperties(const PropertyStore& properties);
+  // Around all frames of a sequence, with the times of the first and the last.
+  void BeginFrameRange(double first, double last);
+  void EndFrameRange();
   // Renders one frame: the whole order of calls from the pictures to EndFrame. Borrows the pictures for
   // the call. Throws std::bad_alloc when the effect had no memory. The result is the first call's that
   // was not 0, or that of the render.

@@ -223,6 +223,8 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
   // Frames side by side render on clones alone, so that what they report to their source meets nobody there.
   for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
     effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
+  for (HostedEffect& effect : effects_)
+    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, FrameAt(frames_.count() - 1)));
 }
 
 void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
@@ -369,8 +371,8 @@ RenderSummary SequenceRun::Run() {
   stages.goesOn = [&] { return !context_.stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
   RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.count(), stages);
   // Clones before what they were cloned from.
-  while (!effects_.empty())
-    effects_.pop_back();
+  for (; !effects_.empty(); effects_.pop_back())
+    effects_.back().EndFrameRange();
   if (context_.stopped()) summary_.code = ExitCode::Interrupted;
   summary_.wallSeconds = SecondsSince(start);
   return summary_;

@@ -113,9 +113,10 @@ TEST_F(Render, TheTraceShowsTheOrderOfCalls) {
   const std::string trace = Run({"render", "in.png", "out.png", "--blur", "24", "-vv"}).err;
   std::size_t at = 0;
   for (const std::string call :
-       {"GetInfo()", "GetImageEffectInfo({AE0D7C31-95AA-11D0-B685-00A024191AE0})", "PutValue(Blur, 24)", "SetOutput(",
-        "SetInput(", "Verify()", "IsFormatSupported(", "GetInputOverscan(0)", "PrepareData()", "Setup()",
-        "BeginFrame(0)", "RenderFrame(0)", "EndFrame()", "Cleanup()", "SetOutput(none)"}) {
+       {"GetInfo()", "GetImageEffectInfo({AE0D7C31-95AA-11D0-B685-00A024191AE0})", "PutValue(Blur, 24)",
+        "BeginFrameRange(0, 0)", "SetOutput(", "SetInput(", "Verify()", "IsFormatSupported(", "GetInputOverscan(0)",
+        "PrepareData()", "Setup()", "BeginFrame(0)", "RenderFrame(0)", "EndFrame()", "Cleanup()", "SetOutput(none)",
+        "EndFrameRange()"}) {
     const std::size_t found = trace.find("effect." + call, at);
     ASSERT_NE(found, std::string::npos) << call << " after " << trace.substr(at);
     at = found + 1;

@@ -274,6 +274,23 @@ TEST(BlurObject, CountsItselfInItsServer) {
   Blur::liveObjects = nullptr;
 }
 
+// What every effect of the family starts from, before it has its own constants and defaults.
+struct FamilyEffect : HvDsEffect {
+  using HvDsEffectState::effectKind;
+  using HvDsEffectState::transition;
+  using HvDsEffectState::transitionMixesInputs;
+};
+
+TEST(BlurObject, TheFamilyStartsWithLinearCrossFades) {
+  const FamilyEffect effect;
+  EXPECT_EQ(effect.effectKind, 0);
+  EXPECT_EQ(effect.transition.ramping, 0);
+  EXPECT_EQ(effect.transition.scaling, 2);
+  EXPECT_EQ(effect.transition.finishFadingOutFirstClip, 100.0);
+  EXPECT_EQ(effect.transition.startFadingInSecondClip, 0.0);
+  EXPECT_EQ(effect.transitionMixesInputs, 0);
+}
+
 TEST(BlurObject, ANewEffectLiesOverTheProject) {
   const auto effect = NewBlur();
   for (const PlaceRecord* place : {&effect->OutputPlace(), &effect->InputPlace(), &effect->Input2Place()}) {
