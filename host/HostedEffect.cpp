@@ -8,6 +8,7 @@
 
 #include "host/Failure.h"
 #include "host/JobCheck.h"
+#include "host/NameMatch.h"
 #include "host/PropertyText.h"
 #include "platform/IVBlurProcess.h"
 
@@ -178,6 +179,13 @@ HRESULT HostedEffect::RenderFrame(const FramePictures& pictures, IDSEffectHost& 
 
 BlurSizeFacts HostedEffect::DescribeBlurSize(double blur) const {
   return facts_ ? facts_->DescribeBlurSize(blur) : BlurSizeFacts{};
+}
+
+void HostedEffect::SetCpuLevel(const std::string& level) {
+  const auto process = effect_.As<IVBlurProcess>();
+  if (!process) Refuse("the effect has no levels to choose from");
+  if (process->SetCpuLevel(level.c_str()) == kOk) return;
+  Refuse("--cpu: expected one of these: " + std::string(process->GetCpuLevels()) + "; found " + Quoted(level));
 }
 
 void HostedEffect::SetRenderThreads(std::int32_t count) {

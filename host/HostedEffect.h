@@ -67,6 +67,8 @@ class HostedEffect {
   BlurSizeFacts DescribeBlurSize(double blur) const;
   // How many threads every render of the process uses.
   void SetRenderThreads(std::int32_t count);
+  // Which code renders, for the whole process. Throws Failure (wrong usage) with the levels that there are.
+  void SetCpuLevel(const std::string& level);
 
   IDSImageEffect& effect() const { return *effect_; }
   IDSProperties& properties() const { return *properties_; }

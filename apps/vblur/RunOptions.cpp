@@ -36,6 +36,8 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
                "Print a line for each frame and the times at the end; -vv prints the calls on the effect too");
   AddTextOption(app, "--threads", "N", "Threads of a render [one for each processor]",
                 [&](const std::string& text) { SetThreads(options, text); });
+  AddTextOption(app, "--cpu", "LEVEL", "Code to render with: twin, an instruction set such as AVX2, or native [native]",
+                [&](const std::string& level) { options.cpu = level; });
   AddTextOption(app, "--server", "FILE", "The effect's library [that of this installation]",
                 [&](const std::string& file) { options.server = file; });
 }

@@ -15,6 +15,7 @@ struct GlobalOptions {
   bool quiet = false;
   int verbose = 0;           // 1: a line for each frame; 2: the calls on the effect as well
   std::int32_t threads = 0;  // 0: as many as the machine has processors
+  std::string cpu;           // empty: the best that the machine has
   std::string server;        // empty: that of this installation
 };
 

@@ -10,8 +10,10 @@
 #include <memory>
 #include <new>
 
+#include "blur/StripPasses.h"
 #include "blur/ThreeBoxes.h"
 #include "image/ChannelMask.h"
+#include "image/HvCpu.h"
 #include "image/Sampler.h"
 #include "image/SimpleCopySampler.h"
 
@@ -161,33 +163,88 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   // Filters lines [first, last) of this thread in blocks. makeLines(line, n) reads n lines; store(line,
   // n, position, lanes) keeps the result of one position.
   template <class MakeLines, class Store>
-  void filterLines(std::int32_t first, std::int32_t last, float radius, const typename ThreeBoxes<Mask>::Axis& axis,
+  void filterLines(std::int32_t first, std::int32_t last, const BoxConstants& box, const PassAxis& axis,
                    const Pixel& outside, const MakeLines& makeLines, const Store& store) {
-    const BoxConstants box = boxConstants(radius);
-    // A line that would be shorter than nothing counts as no memory, whatever there is to filter.
-    if (axis.lineLength + 2 * box.margin(boxes) < 0) return stopForMemory(this->interrupt);
-    if (first >= last) return;
     ThreeBoxes<Mask> threeBoxes(box, boxes, axis, outside);
     if (!threeBoxes.isReady()) return stopForRefusedMemory(this->interrupt);
     for (std::int32_t line = first; line < last; line += kBlockLines) {
       const std::int32_t n = std::min(kBlockLines, last - line);
-      for (std::int32_t i = 0; i < n; ++i) {
-        if (poll(this->interrupt) != 0) return;
-      }
+      if (stoppedBefore(n)) return;
       threeBoxes.run(makeLines(line, n),
                      [&](std::int64_t position, const std::int32_t* lanes) { store(line, n, position, lanes); });
     }
   }
 
+  // One question for each line.
+  bool stoppedBefore(std::int32_t lines) const {
+    for (std::int32_t i = 0; i < lines; ++i) {
+      if (poll(this->interrupt) != 0) return true;
+    }
+    return false;
+  }
+
+  // A line that would be shorter than nothing counts as no memory, whatever there is to filter.
+  bool hasLines(const HvSpan& lines, const BoxConstants& box, const PassAxis& axis) {
+    if (axis.lineLength + 2 * box.margin(boxes) >= 0) return lines.first < lines.last;
+    stopForMemory(this->interrupt);
+    return false;
+  }
+
+  // Vector code knows three boxes of the usual kind that each find what they read where it was left.
+  bool runsInStrips(const BoxConstants& box, const PassAxis& axis) const {
+    return HvUsesVectors() && boxes == 3 && boxRowsKnow(box) && axis.first < axis.last &&
+           !passRanges(box, boxes, axis).fellBack;
+  }
+
+  void filterRowStrips(const Texture& in, const HvSpan& rows, const BoxConstants& box, const PassAxis& axis) {
+    const StripBoxes<Pixel> strip(box, passRanges(box, boxes, axis));
+    if (!strip.isReady()) return stopForRefusedMemory(this->interrupt);
+    for (std::int32_t y = rows.first; y < rows.last; y += strip.kLines) {
+      const std::int32_t n = std::min(strip.kLines, rows.last - y);
+      if (stoppedBefore(n)) return;
+      gatherRows(in, y, n, strip.read(), strip.gathered());
+      strip.run(strip.gathered().table(), strip.result().table());
+      scatterRows<Mask>(strip.result(), strip.produced(), y, n, *intermediate);
+    }
+  }
+
+  void filterColumnStrips(const Texture& out, const HvSpan& columns, const BoxConstants& box, const PassAxis& axis) {
+    const StripBoxes<Pixel> strip(box, passRanges(box, boxes, axis));
+    ColumnRows<Pixel, Accum> pictureRows(*intermediate, strip.read());
+    StripTargets<Pixel, Accum> targets(out, strip.produced());
+    if (!strip.isReady() || !pictureRows.isReady() || !targets.isReady()) {
+      return stopForRefusedMemory(this->interrupt);
+    }
+    for (std::int32_t x = columns.first; x < columns.last; x += strip.kLines) {
+      const std::int32_t n = std::min(strip.kLines, columns.last - x);
+      if (stoppedBefore(n)) return;
+      const auto* const* rows = n == strip.kLines ? pictureRows.at(x) : nullptr;
+      if (rows == nullptr) {
+        gatherColumns(*intermediate, x, n, strip.read(), strip.gathered());
+        rows = strip.gathered().table();
+      }
+      if (Mask::kAll && n == strip.kLines) {
+        strip.run(rows, targets.at(x));
+      } else {
+        strip.run(rows, strip.result().table());
+        scatterColumns<Mask>(strip.result(), strip.produced(), x, n, out);
+      }
+    }
+  }
+
   void filterAlongX(const Texture& in) {
     const HvSpan rows = bandOfThisThread(this->y1, this->y2);
-    const typename ThreeBoxes<Mask>::Axis axis{
-        this->x1, this->x2, savedWriteOriginX, lineLengthX, in.horizontal.edgeMethod, false};
+    const PassAxis axis{this->x1, this->x2, savedWriteOriginX, lineLengthX, in.horizontal.edgeMethod, false};
+    const BoxConstants box = boxConstants(sizeX);
+    if (!hasLines(rows, box, axis)) return;
+    if constexpr (kHasStrips<Pixel>) {
+      if (runsInStrips(box, axis)) return filterRowStrips(in, rows, box, axis);
+    }
     // Beyond the picture there is no place for a result.
     const std::int64_t firstColumn = savedWriteOriginX;
     const std::int64_t lastColumn = firstColumn + intermediate->width();
     filterLines(
-        rows.first, rows.last, sizeX, axis, in.outsideColour,
+        rows.first, rows.last, box, axis, in.outsideColour,
         [&](std::int32_t y, std::int32_t n) { return RowLines<Mask, Pixel, Accum>(in, y, n); },
         [&](std::int32_t y, std::int32_t n, std::int64_t x, const std::int32_t* lanes) {
           if (x < firstColumn || x >= lastColumn) return;
@@ -201,10 +258,14 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   void filterAlongY(const Texture& out) {
     const HvSpan columns = bandOfThisThread(this->x1, this->x2);
-    const typename ThreeBoxes<Mask>::Axis axis{
-        this->y1, this->y2, savedWriteOriginY, lineLengthY, intermediate->vertical.edgeMethod, true};
+    const PassAxis axis{this->y1, this->y2, savedWriteOriginY, lineLengthY, intermediate->vertical.edgeMethod, true};
+    const BoxConstants box = boxConstants(sizeY);
+    if (!hasLines(columns, box, axis)) return;
+    if constexpr (kHasStrips<Pixel>) {
+      if (runsInStrips(box, axis)) return filterColumnStrips(out, columns, box, axis);
+    }
     filterLines(
-        columns.first, columns.last, sizeY, axis, intermediate->outsideColour,
+        columns.first, columns.last, box, axis, intermediate->outsideColour,
         [&](std::int32_t x, std::int32_t n) { return ColumnLines<Mask, Pixel, Accum>(*intermediate, x, n); },
         [&](std::int32_t x, std::int32_t n, std::int64_t y, const std::int32_t* lanes) {
           Pixel* pixel = out.target(x, static_cast<std::int32_t>(y));

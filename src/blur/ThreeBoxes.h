@@ -6,6 +6,7 @@
 
 #include "blur/BoxFilter.h"
 #include "blur/LineBlock.h"
+#include "blur/PassRanges.h"
 
 namespace vblur {
 
@@ -15,32 +16,17 @@ class ThreeBoxes {
  public:
   static constexpr int kLanes = kBlockLanes<Mask>;
 
-  // The axis that the lines lie along: the window's ends on it, where the target begins, the length of
-  // the longest line, and what lies beyond a line.
-  struct Axis {
-    std::int64_t first = 0;
-    std::int64_t last = 0;
-    std::int64_t targetStart = 0;
-    std::int64_t lineLength = 0;
-    std::int32_t edgeMethod = 0;
-    // The x pass may have to filter the whole buffer; the y pass writes the window and no more.
-    bool lastBoxKeepsToWindow = false;
-  };
-
   template <class Pixel>
-  ThreeBoxes(const BoxConstants& box, std::int32_t boxes, const Axis& axis, const Pixel& outside)
+  ThreeBoxes(const BoxConstants& box, std::int32_t boxes, const PassAxis& axis, const Pixel& outside)
       : box_(box),
         boxes_(boxes),
         a_(axis.targetStart - box.margin(boxes), axis.lineLength + 2 * box.margin(boxes), axis.edgeMethod, outside),
         b_(a_.start(), a_.end() - a_.start(), axis.edgeMethod, outside),
-        source_(nullptr, &std::free) {
-    const std::int64_t reach = box.reach();
-    firstRange_ = rangeOrBuffer(axis.first - 2 * reach - 2, axis.last + 2 * reach + 2);
-    secondRange_ = rangeOrBuffer(axis.first - reach - 1, axis.last + reach + 1);
-    lastRange_ = axis.lastBoxKeepsToWindow ? BoxReach{axis.first, axis.last} : rangeOrBuffer(axis.first, axis.last);
+        source_(nullptr, &std::free),
+        ranges_(passRanges(box, boxes, axis)) {
     if (!a_.isReady() || !b_.isReady()) return;
     std::int64_t longest = 0;
-    for (const BoxReach& range : {firstRange_, secondRange_, lastRange_}) {
+    for (const BoxReach& range : {ranges_.first, ranges_.second, ranges_.last}) {
       const BoxReach read = boxReach(range.first, range.last, box_);
       longest = std::max(longest, read.last - read.first);
     }
@@ -58,17 +44,17 @@ class ThreeBoxes {
     alignas(64) std::int32_t result[kLanes] = {};
     // Radii from 8192 on have no weight left: whatever the lines hold, the result is 0.
     if (box_.scale == 0) {
-      for (std::int64_t i = lastRange_.first; i < lastRange_.last; ++i)
+      for (std::int64_t i = ranges_.last.first; i < ranges_.last.last; ++i)
         store(i, result);
       return;
     }
 
-    filterBox<kLanes>(firstRange_.first, firstRange_.last, box_, read(lines, firstRange_), intoA, nothing);
+    filterBox<kLanes>(ranges_.first.first, ranges_.first.last, box_, read(lines, ranges_.first), intoA, nothing);
     if (boxes_ == 3) {
-      filterBox<kLanes>(secondRange_.first, secondRange_.last, box_, read(a_, secondRange_), intoB, nothing);
+      filterBox<kLanes>(ranges_.second.first, ranges_.second.last, box_, read(a_, ranges_.second), intoB, nothing);
     }
     filterBox<kLanes>(
-        lastRange_.first, lastRange_.last, box_, read(boxes_ == 3 ? b_ : a_, lastRange_),
+        ranges_.last.first, ranges_.last.last, box_, read(boxes_ == 3 ? b_ : a_, ranges_.last),
         [&](std::int64_t) { return result; }, [&](std::int64_t i) { store(i, result); });
   }
 
@@ -79,13 +65,6 @@ class ThreeBoxes {
     std::int64_t start;
     const std::int32_t* operator()(std::int64_t i) const { return data + (i - start) * kLanes; }
   };
-
-  // A range that the buffer does not hold becomes the whole buffer. That happens for radii below zero
-  // only, and then the next box reads the buffer beyond its ends.
-  BoxReach rangeOrBuffer(std::int64_t first, std::int64_t last) const {
-    if (first < a_.start() || last > a_.end()) return {a_.start(), a_.end()};
-    return {first, last};
-  }
 
   template <class Lines>
   Reader read(const Lines& lines, const BoxReach& range) {
@@ -106,9 +85,7 @@ class ThreeBoxes {
   LineBuffer<Mask> a_;
   LineBuffer<Mask> b_;
   LaneMemory source_;
-  BoxReach firstRange_;
-  BoxReach secondRange_;
-  BoxReach lastRange_;
+  PassRanges ranges_;
 };
 
 }  // namespace vblur

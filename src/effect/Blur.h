@@ -59,6 +59,9 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
   BlurSizeFacts DescribeBlurSize(double blur) const override;
   bool RanOutOfMemory() const override { return interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
   HRESULT SetRenderThreads(std::int32_t count) override;
+  HRESULT SetCpuLevel(const char* level) override;
+  const char* GetCpuLevels() override;
+  const char* GetCpuLevel() override;
 
   // For those that reach the object itself.
   const PlaceRecord& OutputPlace() const { return outputPlace; }

@@ -1,10 +1,12 @@
 // How an effect begins and ends, is cloned, and tells its host what it is.
 #include <algorithm>
 #include <new>
+#include <string>
 
 #include "effect/Blur.h"
 #include "effect/ClassIds.h"
 #include "image/Arithmetic.h"
+#include "image/HvCpu.h"
 #include "image/HvThreads.h"
 
 namespace vblur {
@@ -167,6 +169,28 @@ HRESULT Blur::SetRenderThreads(std::int32_t count) {
   if (count < 1) return kWrongArgument;
   HvSetThreadCount(count);
   return kOk;
+}
+
+HRESULT Blur::SetCpuLevel(const char* level) {
+  if (level == nullptr) return kNullPointer;
+  return HvSetCpuLevel(level) ? kOk : kWrongArgument;
+}
+
+const char* Blur::GetCpuLevels() {
+  static const std::string levels = [] {
+    std::string all;
+    for (const std::string& level : HvCpuLevels())
+      all += (all.empty() ? "" : " ") + level;
+    return all;
+  }();
+  return levels.c_str();
+}
+
+const char* Blur::GetCpuLevel() {
+  const std::string level = HvCpuLevel();
+  const auto& all = HvCpuLevels();
+  const auto found = std::find(all.begin(), all.end(), level);
+  return found == all.end() ? "native" : found->c_str();
 }
 
 }  // namespace vblur

@@ -174,6 +174,16 @@ TEST_F(Render, PropertiesAreKeptInAFile) {
   EXPECT_EQ(missing.err, "vblur: none.json: cannot read the property file: No such file or directory\n");
 }
 
+TEST_F(Render, TheCodeThatRendersDoesNotShow) {
+  MakePicture("in.png");
+  EXPECT_EQ(Run({"render", "in.png", "twin.png", "--blur", "7.5", "--cpu", "twin"}).exit, 0);
+  EXPECT_EQ(Run({"render", "in.png", "native.png", "--blur", "7.5", "--cpu", "native"}).exit, 0);
+  EXPECT_EQ(host::Bytes(Path("twin.png")), host::Bytes(Path("native.png")));
+  const auto result = Run({"render", "in.png", "o.png", "--cpu", "AVX9"});
+  EXPECT_EQ(result.exit, 2);
+  EXPECT_EQ(result.err.rfind("vblur: --cpu: expected one of these: twin ", 0), 0u) << result.err;
+}
+
 TEST_F(Render, AServerThatIsNoneIsRefused) {
   MakePicture("in.png");
   auto result = Run({"render", "in.png", "o.png", "--server", "none.so"});

@@ -61,11 +61,13 @@ void compareWithModel(Random& random, const Case& what) {
   job.aspect = sampler.aspect;
   setWindow(sampler, job.window);
   const std::int32_t threads = randomThreadCount(random);
+  const std::string& cpu = randomCpuLevel(random);
   SCOPED_TRACE("mode " + std::to_string(job.mode) + " method " + std::to_string(job.method) + " size " +
                std::to_string(job.sizeX) + " x " + std::to_string(job.sizeY) + " aspect " + std::to_string(aspect) +
                " " + nameOf(job.window) + " depth " + std::to_string(sizeof(Pixel) * 2) + " threads " +
-               std::to_string(threads));
+               std::to_string(threads) + " cpu " + cpu);
   const ThreadCount scope(threads);
+  const CpuLevel level(cpu);
   sampler.process(&source.texture, &target.texture);
 
   bool outOfMemory = false;
@@ -92,6 +94,14 @@ TEST(FuzzAgainstModel, AtEverydayRadii) {
   forRandomCases(2000, [](Random& random) {
     const Sizes sizes = smallSizes(random, random.oneIn(10) ? 50 : 14);
     compareEitherDepth(random, {sizes, randomRadius(random, Radii::Everyday), randomRadius(random, Radii::Everyday)});
+  });
+}
+
+// Pictures of several strips, whole ones and the rest, in every direction.
+TEST(FuzzAgainstModel, OnPicturesOfSeveralStrips) {
+  forRandomCases(120, [](Random& random) {
+    const Sizes sizes{random.within(1, 110), random.within(1, 110), random.within(1, 110), random.within(1, 110)};
+    compareEitherDepth(random, {sizes, random.between(0.0f, 5.0f), random.between(0.0f, 5.0f)});
   });
 }
 

@@ -79,6 +79,7 @@ class GaussFilterAgainstModel : public ::testing::Test {
 
     const Settings before(output.texture);
     const ThreadCount scope(randomThreadCount(random));
+    const CpuLevel level(randomCpuLevel(random));
     filter.process(&input.texture, &output.texture);
     EXPECT_TRUE(equalsModel(output.texture, expected));
     EXPECT_EQ(record.interrupted, hasMemory ? 0 : 1);

@@ -8,6 +8,7 @@
 #include "image/Imager.h"
 #include "tests/model/window.h"
 #include "tests/support/Canvas.h"
+#include "tests/support/CpuLevel.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {

@@ -29,5 +29,18 @@ TEST_P(Differential, WholeFramesEqualTheModel) {
 
 INSTANTIATE_TEST_SUITE_P(Threads, Differential, testing::Values(1, 2, 3, 7, 8));
 
+// The same frames by the plain code and by each instruction set.
+TEST(DifferentialLevels, EveryLevelEqualsTheModel) {
+  SetRenderThreads(2);
+  for (const std::string& level : CpuLevels()) {
+    SetCpuLevel(level);
+    for (std::uint64_t i = 0; i < 150; ++i) {
+      const DrawnFrame frame = DrawFrame(3000, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All);
+      ASSERT_EQ(CompareFrame(frame), "") << level << " frame " << i << "\n" << host::FormatJob(frame.job);
+    }
+  }
+  SetCpuLevel("native");
+}
+
 }  // namespace
 }  // namespace vblur::differential

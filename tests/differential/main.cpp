@@ -1,4 +1,5 @@
 // Compares random frames of the effect with the model: any number, from any seed, at any thread count.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -18,6 +19,7 @@ struct Options {
   std::int32_t threads = 0;  // 0: change from frame to frame
   bool filters = false;
   std::string keep;
+  std::string cpu = "native";  // "all": every level of the machine
 };
 
 void Explain(const Options& options, std::uint64_t index, const vblur::differential::DrawnFrame& frame,
@@ -65,9 +67,21 @@ int RunCommandLine(int argc, char** argv) {
   app.add_option("--only", options.only, "One frame of the seed, by its number, and its job");
   app.add_option("--threads", options.threads, "Threads of a render; 0 goes through 1, 2, 3, 7, 8");
   app.add_flag("--filters", options.filters, "Plain filters alone");
+  app.add_option("--cpu", options.cpu, "Code to render with: a level such as twin or AVX2, or all of them")
+      ->capture_default_str();
   app.add_option("--keep", options.keep, "A folder for the jobs and pictures of frames that differ");
   CLI11_PARSE(app, argc, argv);
-  return Run(options);
+  if (options.cpu != "all") {
+    vblur::SetCpuLevel(options.cpu);
+    return Run(options);
+  }
+  int worst = 0;
+  for (const std::string& level : vblur::CpuLevels()) {
+    vblur::SetCpuLevel(level);
+    std::printf("%s: ", level.c_str());
+    worst = std::max(worst, Run(options));
+  }
+  return worst;
 }
 
 }  // namespace

@@ -1,8 +1,14 @@
 // The effect as programs get it: from the server of this build, loaded at run time.
 #pragma once
 
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
 #include "host/EffectServer.h"
 #include "host/HostedEffect.h"
+#include "platform/IVBlurProcess.h"
 
 namespace vblur {
 
@@ -18,6 +24,18 @@ inline ComPtr<IDSImageEffect> MakeEffect() {
 // Threads of every render from now on.
 inline void SetRenderThreads(std::int32_t count) {
   host::HostedEffect(MakeEffect()).SetRenderThreads(count);
+}
+
+// The code that renders from now on. Throws host::Failure for a level that the machine does not have.
+inline void SetCpuLevel(const std::string& level) {
+  host::HostedEffect(MakeEffect()).SetCpuLevel(level);
+}
+
+// All that the machine has, the plain code first.
+inline std::vector<std::string> CpuLevels() {
+  const auto process = MakeEffect().As<IVBlurProcess>();
+  std::istringstream names(process->GetCpuLevels());
+  return {std::istream_iterator<std::string>(names), {}};
 }
 
 }  // namespace vblur

@@ -1,0 +1,78 @@
+#include "image/HvCpu.h"
+
+#include <algorithm>
+#include <atomic>
+
+#include <hwy/highway.h>
+
+namespace vblur {
+namespace {
+
+constexpr std::string_view kTwin = "twin";
+constexpr std::string_view kNative = "native";
+
+std::atomic<bool> usesVectors{true};
+std::atomic<std::uint64_t> vectorCalls{0};
+
+// Best first. Targets in one word: the lower the bit, the better.
+std::vector<std::int64_t> Targets() {
+  std::vector<std::int64_t> targets = hwy::SupportedAndGeneratedTargets();
+  std::sort(targets.begin(), targets.end());
+  return targets;
+}
+
+}  // namespace
+
+const std::vector<std::string>& HvCpuLevels() {
+  static const std::vector<std::string> levels = [] {
+    std::vector<std::string> names{std::string(kTwin)};
+    const auto targets = Targets();
+    for (auto target = targets.rbegin(); target != targets.rend(); ++target)
+      names.emplace_back(hwy::TargetName(*target));
+    names.emplace_back(kNative);
+    return names;
+  }();
+  return levels;
+}
+
+bool HvSetCpuLevel(std::string_view level) {
+  if (level == kTwin) {
+    usesVectors.store(false, std::memory_order_relaxed);
+    return true;
+  }
+  const auto targets = Targets();
+  const auto chosen =
+      level == kNative ? targets.begin() : std::find_if(targets.begin(), targets.end(), [&](std::int64_t target) {
+        return level == hwy::TargetName(target);
+      });
+  if (chosen == targets.end()) return false;
+  hwy::GetChosenTarget().Update(*chosen);
+  usesVectors.store(true, std::memory_order_relaxed);
+  return true;
+}
+
+std::string HvCpuLevel() {
+  if (!HvUsesVectors()) return std::string(kTwin);
+  if (!hwy::GetChosenTarget().IsInitialized()) HvSetCpuLevel(kNative);
+  const auto targets = Targets();
+  for (const std::int64_t target : targets) {
+    hwy::ChosenTarget one;
+    one.Update(target);
+    if (one.GetIndex() == hwy::GetChosenTarget().GetIndex()) return hwy::TargetName(target);
+  }
+  return std::string(kNative);
+}
+
+bool HvUsesVectors() {
+  return usesVectors.load(std::memory_order_relaxed);
+}
+
+std::uint64_t HvVectorCalls() {
+  return vectorCalls.load(std::memory_order_relaxed);
+}
+
+void HvCountVectorCall() {
+  vectorCalls.fetch_add(1, std::memory_order_relaxed);
+}
+
+}  // namespace vblur

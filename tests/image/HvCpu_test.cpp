@@ -1,0 +1,35 @@
+#include "image/HvCpu.h"
+
+#include <algorithm>
+#include <set>
+
+#include <gtest/gtest.h>
+
+namespace vblur {
+namespace {
+
+TEST(HvCpu, ListsItsLevelsFromThePlainestToTheBest) {
+  const auto& levels = HvCpuLevels();
+  ASSERT_GE(levels.size(), 3u);
+  EXPECT_EQ(levels.front(), "twin");
+  EXPECT_EQ(levels.back(), "native");
+  EXPECT_EQ(std::set<std::string>(levels.begin(), levels.end()).size(), levels.size());
+}
+
+TEST(HvCpu, TakesEveryLevelOfItsListAndNoOther) {
+  for (const std::string& level : HvCpuLevels()) {
+    EXPECT_TRUE(HvSetCpuLevel(level));
+    EXPECT_EQ(HvUsesVectors(), level != "twin");
+    if (level != "native") {
+      EXPECT_EQ(HvCpuLevel(), level);
+    }
+  }
+  // The best of all is the last one that is named before it.
+  EXPECT_EQ(HvCpuLevel(), *(HvCpuLevels().end() - 2));
+  for (const char* other : {"", "avx9", "TWIN", "sse"})
+    EXPECT_FALSE(HvSetCpuLevel(other)) << other;
+  EXPECT_EQ(HvCpuLevel(), *(HvCpuLevels().end() - 2)) << "what is refused changes nothing";
+}
+
+}  // namespace
+}  // namespace vblur
