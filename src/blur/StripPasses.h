@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <type_traits>
 
 #include "blur/StripBoxes.h"
+#include "blur/TurnPixels.h"
 #include "image/ChannelMask.h"
 
 namespace vblur {
@@ -20,6 +22,26 @@ Pixel* pixelsOf(ComponentOf<Pixel>* row) {
   return reinterpret_cast<Pixel*>(row);
 }
 
+// A pixel as the one number that fills it.
+template <class Pixel>
+using PixelWord = std::conditional_t<sizeof(Pixel) == 4, std::uint32_t, std::uint64_t>;
+
+// How many positions from x on lie side by side in memory for all lines of a whole strip of rows, in squares
+// that can be turned; the first of them in `line`.
+template <class Pixel, class Accum>
+std::int32_t turnable(const HvTexture<Pixel, Accum>& in, std::int64_t x, std::int64_t last, std::int32_t firstRow,
+                      const Pixel** line) {
+  constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
+  const HvTexRun run = in.horizontal.runAt(static_cast<std::int32_t>(x));
+  if (run.index == kOutside || run.step != 1) return 0;
+  const std::int32_t row = wrapSub(firstRow, in.vertical.originI);
+  // Inside the box every row stands for itself.
+  if (row < in.vertical.lo || row > in.vertical.hi - (kLines - 1)) return 0;
+  *line = in.at(run.index, row);
+  const std::int64_t length = std::min({static_cast<std::int64_t>(run.length), last - x, kStripTile});
+  return static_cast<std::int32_t>(length) / 4 * 4;
+}
+
 // Rows of a picture become lines of a strip: line j is picture row firstRow + j, read at the positions
 // [first, last) along x through the edge methods.
 template <class Pixel, class Accum>
@@ -27,6 +49,13 @@ void gatherRows(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::i
                 const StripRows<ComponentOf<Pixel>>& rows) {
   constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
   for (std::int64_t x = range.first; x < range.last;) {
+    const Pixel* line = nullptr;
+    if (const std::int32_t count = n == kLines ? turnable(in, x, range.last, firstRow, &line) : 0; count > 0) {
+      turnIntoStrip(reinterpret_cast<const PixelWord<Pixel>*>(line), in.stride, kLines, count,
+                    reinterpret_cast<PixelWord<Pixel>*>(rows.row(x - range.first)), kLines);
+      x += count;
+      continue;
+    }
     std::int64_t length = 0;
     for (std::int32_t j = 0; j < n; ++j) {
       const HvPixelRun<Pixel> run = in.readRun(static_cast<std::int32_t>(x), firstRow + j);
@@ -66,6 +95,12 @@ void scatterRows(const StripRows<ComponentOf<Pixel>>& rows, const BoxReach& rang
   const std::int64_t last = std::min(range.last, firstColumn + out.width());
   for (std::int64_t x = std::max(range.first, firstColumn); x < last; x += kStripTile) {
     const auto length = static_cast<std::int32_t>(std::min(last - x, kStripTile));
+    if (Mask::kAll && n == kLines && length % 4 == 0) {
+      turnOutOfStrip(reinterpret_cast<const PixelWord<Pixel>*>(rows.row(x - range.first)), kLines, kLines, length,
+                     reinterpret_cast<PixelWord<Pixel>*>(out.target(static_cast<std::int32_t>(x), firstRow)),
+                     out.stride);
+      continue;
+    }
     for (std::int32_t j = 0; j < n; ++j) {
       const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(x - range.first)) + j, kLines, length, true};
       copyChannels<Mask>(out.target(static_cast<std::int32_t>(x), firstRow + j), run, length);

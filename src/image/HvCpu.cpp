@@ -13,6 +13,8 @@ constexpr std::string_view kNative = "native";
 
 std::atomic<bool> usesVectors{true};
 std::atomic<std::uint64_t> vectorCalls{0};
+// 0: nobody has chosen, and the best runs.
+std::atomic<std::int64_t> chosenTarget{0};
 
 // Best first. Targets in one word: the lower the bit, the better.
 std::vector<std::int64_t> Targets() {
@@ -47,20 +49,15 @@ bool HvSetCpuLevel(std::string_view level) {
       });
   if (chosen == targets.end()) return false;
   hwy::GetChosenTarget().Update(*chosen);
+  chosenTarget.store(*chosen, std::memory_order_relaxed);
   usesVectors.store(true, std::memory_order_relaxed);
   return true;
 }
 
 std::string HvCpuLevel() {
   if (!HvUsesVectors()) return std::string(kTwin);
-  if (!hwy::GetChosenTarget().IsInitialized()) HvSetCpuLevel(kNative);
-  const auto targets = Targets();
-  for (const std::int64_t target : targets) {
-    hwy::ChosenTarget one;
-    one.Update(target);
-    if (one.GetIndex() == hwy::GetChosenTarget().GetIndex()) return hwy::TargetName(target);
-  }
-  return std::string(kNative);
+  const std::int64_t chosen = chosenTarget.load(std::memory_order_relaxed);
+  return hwy::TargetName(chosen != 0 ? chosen : Targets().front());
 }
 
 bool HvUsesVectors() {
