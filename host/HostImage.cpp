@@ -10,7 +10,7 @@ void HostImage::Reset(std::int32_t depth, std::int32_t components, std::int32_t 
   if (!memory_ || bytes > capacity_) {
     memory_.reset();
     capacity_ = 0;
-    memory_ = std::make_unique_for_overwrite<std::byte[]>(bytes);
+    memory_.reset(static_cast<std::byte*>(::operator new(bytes, Aligned::kTo)));
     capacity_ = bytes;
   }
   depth_ = depth;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 
 #include "host/HostOrigin.h"
 #include "host/Job.h"
@@ -54,7 +55,13 @@ class HostImage final : public IDSImage, public IHostOrigin {
     return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8);
   }
 
-  std::unique_ptr<std::byte[]> memory_;
+  // Rows that begin with a cache line, where their length allows it, are the fastest to render.
+  struct Aligned {
+    static constexpr std::align_val_t kTo{64};
+    void operator()(std::byte* memory) const { ::operator delete(memory, kTo); }
+  };
+
+  std::unique_ptr<std::byte, Aligned> memory_;
   std::size_t capacity_ = 0;
   std::int32_t depth_ = 8;
   std::int32_t components_ = 4;

@@ -13,7 +13,7 @@
 
 namespace vblur {
 
-// What a row holds: a multiple of this many bytes, whatever the instruction set.
+// What a row holds, whatever the instruction set.
 inline constexpr std::size_t kRowBytes = 128;
 
 // Whether a box is of the kind that boxRows knows: of some weight, and of a gain that is not above 1, as it
@@ -27,12 +27,20 @@ constexpr std::int64_t boxRowsRead(const BoxConstants& box, std::int64_t count) 
   return count + 2 * static_cast<std::int64_t>(box.r) + box.d + 1;
 }
 
+// The sums of all lanes between one stretch of rows and the next; private to boxRows. A box begins with a
+// new one.
+struct BoxRowsSums {
+  alignas(64) std::byte lanes[kRowBytes * sizeof(std::int32_t)];
+  bool begun = false;
+};
+
 // Produces rows 0 to count - 1 of `out` from rows 0 to boxRowsRead(box, count) - 1 of `in`, of which row k
-// lies r + d positions before row k of `out`. `lanes` components of each row, a multiple of kRowBytes in
-// bytes. No row of `out` may be one of `in`.
-void boxRows(const BoxConstants& box, std::int64_t count, const std::uint8_t* const* in, std::uint8_t* const* out,
-             std::size_t lanes);
-void boxRows(const BoxConstants& box, std::int64_t count, const std::int16_t* const* in, std::int16_t* const* out,
-             std::size_t lanes);
+// lies r + d positions before row k of `out`. A box may be carried on where it stopped: the next stretch has
+// the same sums and both tables moved on by `count`. No row of `out` may be one of those of `in`.
+// `known` rows of `in`, at least those that are read, may be asked for ahead of time.
+void boxRows(const BoxConstants& box, BoxRowsSums& sums, std::int64_t count, std::int64_t known,
+             const std::uint8_t* const* in, std::uint8_t* const* out);
+void boxRows(const BoxConstants& box, BoxRowsSums& sums, std::int64_t count, std::int64_t known,
+             const std::int16_t* const* in, std::int16_t* const* out);
 
 }  // namespace vblur

@@ -3,8 +3,6 @@
 #include <hwy/cache_control.h>
 
 #include "blur/BoxRows.h"
-#include "image/HvCpu.h"
-
 // Vector types of a size that only the machine knows cannot be held in loops of several.
 #define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #undef HWY_TARGET_INCLUDE
@@ -19,8 +17,17 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// How many rows ahead of the sums the memory is asked for.
+// How many rows ahead of the sums the memory is asked for, as far as there are any. Rows of a picture lie
+// pages apart, where the machine does not look ahead by itself.
 constexpr std::int64_t kAhead = 24;
+
+template <class C>
+HWY_INLINE void AskFor(const C* row, std::size_t lanes) {
+  for (std::size_t lane = 0; lane < lanes; lane += 64 / sizeof(C))
+    hwy::Prefetch(row + lane);
+  // One line more where the row does not begin with one.
+  hwy::Prefetch(row + lanes - 1);
+}
 
 // 8-bit components, boxes of up to 126 taps: sums of at most 127 * 255 + 1, which 16 signed bits hold.
 // (S * scale + 8192) >> 14 is the rounding high multiply by 2 * scale, and ((in + out) * frac) >> 14 the high
@@ -111,58 +118,70 @@ HWY_INLINE void Step(const Sums& sums, V& sum, const C* entering, const C* leavi
 
 // Four vectors of lanes along all rows.
 template <bool kFraction, class Sums, class C>
-HWY_INLINE void FourVectors(const Sums& sums, const BoxConstants& box, std::int64_t count, const C* const* in,
-                            C* const* out, std::size_t lane) {
+HWY_INLINE void FourVectors(const Sums& sums, const BoxConstants& box, BoxRowsSums& kept, std::int64_t count,
+                            std::int64_t known, const C* const* in, C* const* out, std::size_t lane) {
   const typename Sums::D d;
   const std::size_t n = hn::Lanes(d);
+  auto* const keptLanes = reinterpret_cast<hn::TFromD<typename Sums::D>*>(kept.lanes) + lane;
+  const std::int64_t lead = 2 * static_cast<std::int64_t>(box.r) + box.d + 1;
   auto sum0 = hn::Zero(d);
   auto sum1 = hn::Zero(d);
   auto sum2 = hn::Zero(d);
   auto sum3 = hn::Zero(d);
-  const std::int64_t lead = 2 * static_cast<std::int64_t>(box.r) + box.d + 1;
-  for (std::int64_t k = 0; k < lead; ++k) {
+  if (kept.begun) {
+    sum0 = hn::LoadU(d, keptLanes);
+    sum1 = hn::LoadU(d, keptLanes + n);
+    sum2 = hn::LoadU(d, keptLanes + 2 * n);
+    sum3 = hn::LoadU(d, keptLanes + 3 * n);
+  }
+  for (std::int64_t k = 0; k < (kept.begun ? 0 : lead); ++k) {
     const C* p = in[k] + lane;
     sum0 = hn::Add(sum0, Sums::Load(p));
     sum1 = hn::Add(sum1, Sums::Load(p + n));
     sum2 = hn::Add(sum2, Sums::Load(p + 2 * n));
     sum3 = hn::Add(sum3, Sums::Load(p + 3 * n));
   }
-  const std::int64_t last = count + lead - 1;
   for (std::int64_t i = 0; i < count; ++i) {
     const C* entering = in[i + lead] + lane;
     const C* leaving = in[i] + lane;
     C* result = out[i] + lane;
-    hwy::Prefetch(in[HWY_MIN(i + lead + kAhead, last)] + lane);
+    AskFor(in[HWY_MIN(i + lead + kAhead, known - 1)] + lane, 4 * n);
     Step<kFraction>(sums, sum0, entering, leaving, result);
     Step<kFraction>(sums, sum1, entering + n, leaving + n, result + n);
     Step<kFraction>(sums, sum2, entering + 2 * n, leaving + 2 * n, result + 2 * n);
     Step<kFraction>(sums, sum3, entering + 3 * n, leaving + 3 * n, result + 3 * n);
   }
+  hn::StoreU(sum0, d, keptLanes);
+  hn::StoreU(sum1, d, keptLanes + n);
+  hn::StoreU(sum2, d, keptLanes + 2 * n);
+  hn::StoreU(sum3, d, keptLanes + 3 * n);
 }
 
 template <class Sums, class C>
-void RunSums(const BoxConstants& box, std::int64_t count, const C* const* in, C* const* out, std::size_t lanes) {
+void RunSums(const BoxConstants& box, BoxRowsSums& kept, std::int64_t count, std::int64_t known, const C* const* in,
+             C* const* out) {
   const Sums sums(box);
   const std::size_t step = 4 * hn::Lanes(typename Sums::D());
-  for (std::size_t lane = 0; lane < lanes; lane += step) {
+  for (std::size_t lane = 0; lane < kRowBytes / sizeof(C); lane += step) {
     if (box.d != 0) {
-      FourVectors<true>(sums, box, count, in, out, lane);
+      FourVectors<true>(sums, box, kept, count, known, in, out, lane);
     } else {
-      FourVectors<false>(sums, box, count, in, out, lane);
+      FourVectors<false>(sums, box, kept, count, known, in, out, lane);
     }
   }
+  kept.begun = true;
 }
 
-void BoxRows8(const BoxConstants& box, std::int64_t count, const std::uint8_t* const* in, std::uint8_t* const* out,
-              std::size_t lanes) {
-  if (SmallSums::Fits(box)) return RunSums<SmallSums>(box, count, in, out, lanes);
-  if (MediumSums::Fits(box)) return RunSums<MediumSums>(box, count, in, out, lanes);
-  RunSums<WideSums<std::uint8_t>>(box, count, in, out, lanes);
+void BoxRows8(const BoxConstants& box, BoxRowsSums& kept, std::int64_t count, std::int64_t known,
+              const std::uint8_t* const* in, std::uint8_t* const* out) {
+  if (SmallSums::Fits(box)) return RunSums<SmallSums>(box, kept, count, known, in, out);
+  if (MediumSums::Fits(box)) return RunSums<MediumSums>(box, kept, count, known, in, out);
+  RunSums<WideSums<std::uint8_t>>(box, kept, count, known, in, out);
 }
 
-void BoxRows16(const BoxConstants& box, std::int64_t count, const std::int16_t* const* in, std::int16_t* const* out,
-               std::size_t lanes) {
-  RunSums<WideSums<std::int16_t>>(box, count, in, out, lanes);
+void BoxRows16(const BoxConstants& box, BoxRowsSums& kept, std::int64_t count, std::int64_t known,
+               const std::int16_t* const* in, std::int16_t* const* out) {
+  RunSums<WideSums<std::int16_t>>(box, kept, count, known, in, out);
 }
 
 }  // namespace HWY_NAMESPACE
@@ -178,25 +197,23 @@ HWY_EXPORT(BoxRows16);
 
 // A box of no width and full weight gives back what it is given.
 template <class C>
-bool copiedRows(const BoxConstants& box, std::int64_t count, const C* const* in, C* const* out, std::size_t lanes) {
+bool copiedRows(const BoxConstants& box, std::int64_t count, const C* const* in, C* const* out) {
   if (box.r != 0 || box.d != 0) return false;
   for (std::int64_t i = 0; i < count; ++i)
-    std::memcpy(out[i], in[i], lanes * sizeof(C));
+    std::memcpy(out[i], in[i], kRowBytes);
   return true;
 }
 
 }  // namespace
 
-void boxRows(const BoxConstants& box, std::int64_t count, const std::uint8_t* const* in, std::uint8_t* const* out,
-             std::size_t lanes) {
-  HvCountVectorCall();
-  if (!copiedRows(box, count, in, out, lanes)) HWY_DYNAMIC_DISPATCH(BoxRows8)(box, count, in, out, lanes);
+void boxRows(const BoxConstants& box, BoxRowsSums& sums, std::int64_t count, std::int64_t known,
+             const std::uint8_t* const* in, std::uint8_t* const* out) {
+  if (!copiedRows(box, count, in, out)) HWY_DYNAMIC_DISPATCH(BoxRows8)(box, sums, count, known, in, out);
 }
 
-void boxRows(const BoxConstants& box, std::int64_t count, const std::int16_t* const* in, std::int16_t* const* out,
-             std::size_t lanes) {
-  HvCountVectorCall();
-  if (!copiedRows(box, count, in, out, lanes)) HWY_DYNAMIC_DISPATCH(BoxRows16)(box, count, in, out, lanes);
+void boxRows(const BoxConstants& box, BoxRowsSums& sums, std::int64_t count, std::int64_t known,
+             const std::int16_t* const* in, std::int16_t* const* out) {
+  if (!copiedRows(box, count, in, out)) HWY_DYNAMIC_DISPATCH(BoxRows16)(box, sums, count, known, in, out);
 }
 
 }  // namespace vblur

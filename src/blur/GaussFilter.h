@@ -144,12 +144,26 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     texture.setOutsideColour(from.outsideColour);
   }
 
+  // Whether the x pass writes every component of the intermediate. Boxes of a radius below zero have ranges
+  // that may leave something out.
+  bool fillsIntermediate() const {
+    return sizeX >= 0.0f && PixelTraits<Pixel>::kComponents == Mask::kCount && savedWindowX1 <= savedWriteOriginX &&
+           savedWindowX2 >= static_cast<std::int64_t>(savedWriteOriginX) + this->mapWidth &&
+           savedWindowY1 <= savedWriteOriginY &&
+           savedWindowY2 >= static_cast<std::int64_t>(savedWriteOriginY) + lineLengthY;
+  }
+
   bool makeIntermediate() {
     if (intermediate != nullptr) return true;
     const std::int64_t height =
         static_cast<std::int64_t>(lineLengthY) + 2 * static_cast<std::int64_t>(verticalMargin());
     const bool possible = height > 0 && height <= kInt32Max;
-    if (possible) intermediate.reset(new (std::nothrow) Texture(this->mapWidth, static_cast<std::int32_t>(height)));
+    if (possible) intermediate.reset(new (std::nothrow) Texture());
+    if (intermediate != nullptr) {
+      intermediate->horizontal.setSize(this->mapWidth);
+      intermediate->vertical.setSize(static_cast<std::int32_t>(height));
+      intermediate->allocateScratch(!fillsIntermediate());
+    }
     if (intermediate != nullptr && intermediate->data != nullptr) return true;
     if (possible) {
       stopForRefusedMemory(this->interrupt);
@@ -202,9 +216,16 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     for (std::int32_t y = rows.first; y < rows.last; y += strip.kLines) {
       const std::int32_t n = std::min(strip.kLines, rows.last - y);
       if (stoppedBefore(n)) return;
-      gatherRows(in, y, n, strip.read(), strip.gathered());
-      strip.run(strip.gathered().table(), strip.result().table());
-      scatterRows<Mask>(strip.result(), strip.produced(), y, n, *intermediate);
+      const std::int64_t from = strip.read().first;
+      const std::int64_t to = strip.produced().first;
+      strip.run(
+          strip.gathered().table(), strip.result().table(),
+          [&](std::int64_t first, std::int64_t last) {
+            gatherRows(in, y, n, {from + first, from + last}, strip.gathered(), from);
+          },
+          [&](std::int64_t first, std::int64_t last) {
+            scatterRows<Mask>(strip.result(), to, {to + first, to + last}, y, n, *intermediate);
+          });
     }
   }
 
@@ -218,17 +239,19 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     for (std::int32_t x = columns.first; x < columns.last; x += strip.kLines) {
       const std::int32_t n = std::min(strip.kLines, columns.last - x);
       if (stoppedBefore(n)) return;
+      const std::int64_t from = strip.read().first;
+      const std::int64_t to = strip.produced().first;
       const auto* const* rows = n == strip.kLines ? pictureRows.at(x) : nullptr;
-      if (rows == nullptr) {
-        gatherColumns(*intermediate, x, n, strip.read(), strip.gathered());
-        rows = strip.gathered().table();
-      }
-      if (Mask::kAll && n == strip.kLines) {
-        strip.run(rows, targets.at(x));
-      } else {
-        strip.run(rows, strip.result().table());
-        scatterColumns<Mask>(strip.result(), strip.produced(), x, n, out);
-      }
+      const bool gathers = rows == nullptr;
+      const bool inPlace = Mask::kAll && n == strip.kLines;
+      strip.run(
+          gathers ? strip.gathered().table() : rows, inPlace ? targets.at(x) : strip.result().table(),
+          [&](std::int64_t first, std::int64_t last) {
+            if (gathers) gatherColumns(*intermediate, x, n, {from + first, from + last}, strip.gathered(), from);
+          },
+          [&](std::int64_t first, std::int64_t last) {
+            if (!inPlace) scatterColumns<Mask>(strip.result(), to, {to + first, to + last}, x, n, out);
+          });
     }
   }
 

@@ -43,25 +43,26 @@ std::int32_t turnable(const HvTexture<Pixel, Accum>& in, std::int64_t x, std::in
 }
 
 // Rows of a picture become lines of a strip: line j is picture row firstRow + j, read at the positions
-// [first, last) along x through the edge methods.
+// [first, last) along x through the edge methods. Row 0 of the strip is position `start`.
 template <class Pixel, class Accum>
 void gatherRows(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::int32_t n, const BoxReach& range,
-                const StripRows<ComponentOf<Pixel>>& rows) {
+                const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start) {
   constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
   for (std::int64_t x = range.first; x < range.last;) {
     const Pixel* line = nullptr;
-    if (const std::int32_t count = n == kLines ? turnable(in, x, range.last, firstRow, &line) : 0; count > 0) {
+    const std::int64_t end = std::min(range.last, x + rows.together(x - start));
+    if (const std::int32_t count = n == kLines ? turnable(in, x, end, firstRow, &line) : 0; count > 0) {
       turnIntoStrip(reinterpret_cast<const PixelWord<Pixel>*>(line), in.stride, kLines, count,
-                    reinterpret_cast<PixelWord<Pixel>*>(rows.row(x - range.first)), kLines);
+                    reinterpret_cast<PixelWord<Pixel>*>(rows.row(x - start)), kLines);
       x += count;
       continue;
     }
     std::int64_t length = 0;
     for (std::int32_t j = 0; j < n; ++j) {
       const HvPixelRun<Pixel> run = in.readRun(static_cast<std::int32_t>(x), firstRow + j);
-      length = std::min({static_cast<std::int64_t>(run.length), range.last - x, kStripTile});
+      length = std::min({static_cast<std::int64_t>(run.length), end - x, kStripTile});
       const Pixel* pixel = run.first;
-      Pixel* to = pixelsOf<Pixel>(rows.row(x - range.first)) + j;
+      Pixel* to = pixelsOf<Pixel>(rows.row(x - start)) + j;
       for (std::int64_t i = 0; i < length; ++i, pixel += run.step, to += kLines)
         *to = *pixel;
     }
@@ -72,9 +73,9 @@ void gatherRows(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::i
 // Columns of a picture become lines of a strip, read along y.
 template <class Pixel, class Accum>
 void gatherColumns(const HvTexture<Pixel, Accum>& in, std::int32_t firstColumn, std::int32_t n, const BoxReach& range,
-                   const StripRows<ComponentOf<Pixel>>& rows) {
+                   const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start) {
   for (std::int64_t y = range.first; y < range.last; ++y) {
-    Pixel* to = pixelsOf<Pixel>(rows.row(y - range.first));
+    Pixel* to = pixelsOf<Pixel>(rows.row(y - start));
     for (std::int32_t j = 0; j < n;) {
       const HvPixelRun<Pixel> run = in.readRun(firstColumn + j, static_cast<std::int32_t>(y));
       const std::int32_t length = std::min(run.length, n - j);
@@ -88,21 +89,22 @@ void gatherColumns(const HvTexture<Pixel, Accum>& in, std::int32_t firstColumn, 
 
 // The lines of a strip become rows of a picture, at the positions of [first, last) that it has.
 template <class Mask, class Pixel, class Accum>
-void scatterRows(const StripRows<ComponentOf<Pixel>>& rows, const BoxReach& range, std::int32_t firstRow,
-                 std::int32_t n, const HvTexture<Pixel, Accum>& out) {
+void scatterRows(const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start, const BoxReach& range,
+                 std::int32_t firstRow, std::int32_t n, const HvTexture<Pixel, Accum>& out) {
   constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
   const std::int64_t firstColumn = out.horizontal.writeOrigin;
   const std::int64_t last = std::min(range.last, firstColumn + out.width());
-  for (std::int64_t x = std::max(range.first, firstColumn); x < last; x += kStripTile) {
-    const auto length = static_cast<std::int32_t>(std::min(last - x, kStripTile));
+  std::int32_t length = 0;
+  for (std::int64_t x = std::max(range.first, firstColumn); x < last; x += length) {
+    length = static_cast<std::int32_t>(std::min({last - x, kStripTile, rows.together(x - start)}));
     if (Mask::kAll && n == kLines && length % 4 == 0) {
-      turnOutOfStrip(reinterpret_cast<const PixelWord<Pixel>*>(rows.row(x - range.first)), kLines, kLines, length,
+      turnOutOfStrip(reinterpret_cast<const PixelWord<Pixel>*>(rows.row(x - start)), kLines, kLines, length,
                      reinterpret_cast<PixelWord<Pixel>*>(out.target(static_cast<std::int32_t>(x), firstRow)),
                      out.stride);
       continue;
     }
     for (std::int32_t j = 0; j < n; ++j) {
-      const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(x - range.first)) + j, kLines, length, true};
+      const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(x - start)) + j, kLines, length, true};
       copyChannels<Mask>(out.target(static_cast<std::int32_t>(x), firstRow + j), run, length);
     }
   }
@@ -110,10 +112,10 @@ void scatterRows(const StripRows<ComponentOf<Pixel>>& rows, const BoxReach& rang
 
 // The lines of a strip become columns of a picture.
 template <class Mask, class Pixel, class Accum>
-void scatterColumns(const StripRows<ComponentOf<Pixel>>& rows, const BoxReach& range, std::int32_t firstColumn,
-                    std::int32_t n, const HvTexture<Pixel, Accum>& out) {
+void scatterColumns(const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start, const BoxReach& range,
+                    std::int32_t firstColumn, std::int32_t n, const HvTexture<Pixel, Accum>& out) {
   for (std::int64_t y = range.first; y < range.last; ++y) {
-    const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(y - range.first)), 1, n, true};
+    const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(y - start)), 1, n, true};
     copyChannels<Mask>(out.target(firstColumn, static_cast<std::int32_t>(y)), run, n);
   }
 }
@@ -127,7 +129,7 @@ class ColumnRows {
   ColumnRows(const HvTexture<Pixel, Accum>& in, const BoxReach& range)
       : in_(in),
         range_(range),
-        outside_(1),
+        outside_(1, 1),
         rows_(std::max<std::int64_t>(range.last - range.first, 0)),
         strip_(std::max<std::int64_t>(range.last - range.first, 0)) {
     if (!isReady()) return;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "image/Arithmetic.h"
+#include "image/HvScratch.h"
 #include "image/HvTexIndexer.h"
 #include "image/Pixels.h"
 
@@ -95,6 +96,23 @@ class HvTexture : public HvTextureSampling<Accum_> {
     stride = width * static_cast<std::int64_t>(sizeof(Pixel));
   }
 
+  // The same from the scratch memory of earlier pictures. Only a caller that is about to write every pixel
+  // may leave it uncleared.
+  void allocateScratch(bool cleared) {
+    freeOwned();
+    allocationFailed = 0;
+    const std::int64_t width = this->horizontal.size;
+    const std::int64_t height = this->vertical.size;
+    if (width <= 0 || height <= 0) return allocate();
+    stride = width * static_cast<std::int64_t>(sizeof(Pixel));
+    const auto bytes = static_cast<std::size_t>(height) * static_cast<std::size_t>(stride);
+    scratch_ = takeScratch(bytes);
+    data = scratch_.memory;
+    owned = data != nullptr ? 1 : 0;
+    if (data == nullptr) allocationFailed = 1;
+    if (data != nullptr && cleared) std::memset(data, 0, bytes);
+  }
+
   // A view of tightly packed memory; callers that wrap a field or a bottom-up image set stride after.
   void wrap(std::int32_t width, std::int32_t height, void* memory) {
     if (owned != 0) release();
@@ -177,9 +195,17 @@ class HvTexture : public HvTextureSampling<Accum_> {
   }
 
   void freeOwned() {
-    if (owned != 0) std::free(data);
-    if (owned != 0) data = nullptr;
+    if (owned == 0) return;
+    if (scratch_.memory != nullptr) {
+      giveScratch(scratch_);
+      scratch_ = {};
+    } else {
+      std::free(data);
+    }
+    data = nullptr;
   }
+
+  HvScratchBlock scratch_;
 
   static Accum widened(const Pixel& pixel);
   static Accum between(const Accum& a, const Accum& b, float t);

@@ -97,6 +97,20 @@ TEST(FuzzAgainstModel, AtEverydayRadii) {
   });
 }
 
+// A level that never reached its code has shown nothing.
+TEST(FuzzAgainstModel, VectorCodeRunsWhereItIsChosen) {
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    const std::uint64_t calls = HvVectorCalls();
+    HvTexture<R8, Ri> source(64, 64);
+    HvTexture<R8, Ri> target(64, 64);
+    FuzzSampler<R8, Ri, 255> sampler;
+    sampler.sizeX = sampler.sizeY = 2.5f;
+    sampler.process(&source, &target);
+    EXPECT_EQ(HvVectorCalls() > calls, name != "twin") << name;
+  }
+}
+
 // Pictures of several strips, whole ones and the rest, in every direction.
 TEST(FuzzAgainstModel, OnPicturesOfSeveralStrips) {
   forRandomCases(120, [](Random& random) {

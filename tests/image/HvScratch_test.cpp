@@ -1,0 +1,50 @@
+#include "image/HvScratch.h"
+
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "image/HvTexture.h"
+#include "image/Pixels.h"
+
+namespace vblur {
+namespace {
+
+TEST(HvScratch, GivesBackWhatWasGiven) {
+  const HvScratchBlock block = takeScratch(1 << 20);
+  ASSERT_NE(block.memory, nullptr);
+  giveScratch(block);
+  const HvScratchBlock again = takeScratch((1 << 20) - 4096);
+  EXPECT_EQ(again.memory, block.memory);
+  EXPECT_EQ(again.bytes, block.bytes);
+  const HvScratchBlock other = takeScratch(1 << 20);
+  EXPECT_NE(other.memory, block.memory) << "somebody has it";
+  giveScratch(again);
+  const HvScratchBlock small = takeScratch(1 << 18);
+  EXPECT_NE(small.memory, block.memory) << "most of it would lie idle";
+  giveScratch(small);
+  giveScratch(other);
+  giveScratch({});
+}
+
+TEST(HvScratch, APictureShowsNothingOfTheOneBefore) {
+  for (int round = 0; round < 3; ++round) {
+    HvTexture<R8, Rf> picture;
+    picture.horizontal.setSize(37);
+    picture.vertical.setSize(29);
+    picture.allocateScratch(true);
+    ASSERT_NE(picture.data, nullptr);
+    for (std::int32_t y = 0; y < 29; ++y) {
+      for (std::int32_t x = 0; x < 37; ++x)
+        ASSERT_EQ(*picture.at(x, y), R8{}) << round;
+    }
+    std::memset(picture.data, 77, 37 * 29 * sizeof(R8));
+  }
+  HvTexture<R8, Rf> none;
+  none.allocateScratch(true);
+  EXPECT_EQ(none.data, nullptr);
+  EXPECT_EQ(none.allocationFailed, 0);
+}
+
+}  // namespace
+}  // namespace vblur
