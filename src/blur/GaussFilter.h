@@ -34,6 +34,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     copyBack = 0;
     if (sizeX == 0.0f && sizeY == 0.0f) return copyWhole(in, out);
     takeSurroundings(*out, *in);
+    if (runsInStrips()) return makeStrips(*in);
     if (!makeIntermediate()) return;
     takeSurroundings(*intermediate, *in);
     const std::int32_t y = wrapSub(savedWriteOriginY, verticalMargin());
@@ -56,6 +57,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   void processRows(Texture* in, Texture* out) override {
     if (poll(this->interrupt) != 0) return;
+    if (strips != nullptr) return processStrips(*in, *out);
     if (intermediate == nullptr || intermediate->data == nullptr) return;
     switch (this->pass) {
       case 0: return filterAlongX(*in);
@@ -78,6 +80,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   std::int32_t savedEdgeX = 0;
   std::int32_t savedEdgeY = 0;
   Pixel savedOutsideColour{};
+  // The picture between the passes, as the plain code keeps it; null where vector code has it in `strips`.
   std::unique_ptr<Texture> intermediate;
   std::int32_t savedWindowX1 = 0;
   std::int32_t savedWindowX2 = 0;
@@ -89,6 +92,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   std::int32_t lineLengthY = 0;
 
  private:
+  std::unique_ptr<StripPasses<Pixel, Accum>> strips;
+
   void limitSizes() {
     sizeX = sizeX / this->aspect;
     const float limit = static_cast<float>(std::max(this->mapWidth, this->mapHeight)) * 3.0f;
@@ -125,7 +130,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     out.setEdgeMethods(savedEdgeX, savedEdgeY);
     out.setOutsideColour(savedOutsideColour);
     restoreWindow();
-    if (copyBack == 0) return;
+    if (copyBack == 0 || intermediate == nullptr) return;
     in.setOrigin(savedInputOriginX, savedInputOriginY);
     intermediate->setBounds(in.horizontal.lo, in.horizontal.hi, in.vertical.lo, in.vertical.hi);
     intermediate->setOrigin(in.horizontal.originI, in.vertical.originI);
@@ -174,6 +179,31 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     return false;
   }
 
+  // Vector code knows three boxes of the usual kind, within the picture.
+  bool runsInStrips() const {
+    if (!HvUsesVectors() || boxes != 3 || intermediate != nullptr) return false;
+    if (!sweepKnows(boxConstants(sizeX)) || !sweepKnows(boxConstants(sizeY))) return false;
+    const auto within = [](std::int64_t first, std::int64_t last, std::int64_t origin, std::int64_t length) {
+      return first < last && first >= origin && last <= origin + length;
+    };
+    return within(this->x1, this->x2, savedWriteOriginX, this->mapWidth) &&
+           within(this->y1, this->y2, savedWriteOriginY, this->mapHeight);
+  }
+
+  void makeStrips(const Texture& in) {
+    strips.reset(new (std::nothrow) StripPasses<Pixel, Accum>(in, boxConstants(sizeX), boxConstants(sizeY),
+                                                              {this->x1, this->x2}, {this->y1, this->y2}));
+    this->passes = 3;
+    if (strips == nullptr || !strips->isReady()) stopForRefusedMemory(this->interrupt);
+  }
+
+  void processStrips(const Texture& in, const Texture& out) {
+    if (this->pass > 1) return;
+    const bool done =
+        this->pass == 0 ? strips->alongX(in, this->interrupt) : strips->template alongY<Mask>(out, this->interrupt);
+    if (!done) stopForRefusedMemory(this->interrupt);
+  }
+
   // Filters lines [first, last) of this thread in blocks. makeLines(line, n) reads n lines; store(line,
   // n, position, lanes) keeps the result of one position.
   template <class MakeLines, class Store>
@@ -204,65 +234,11 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     return false;
   }
 
-  // Vector code knows three boxes of the usual kind that each find what they read where it was left.
-  bool runsInStrips(const BoxConstants& box, const PassAxis& axis) const {
-    return HvUsesVectors() && boxes == 3 && boxRowsKnow(box) && axis.first < axis.last &&
-           !passRanges(box, boxes, axis).fellBack;
-  }
-
-  void filterRowStrips(const Texture& in, const HvSpan& rows, const BoxConstants& box, const PassAxis& axis) {
-    const StripBoxes<Pixel> strip(box, passRanges(box, boxes, axis));
-    if (!strip.isReady()) return stopForRefusedMemory(this->interrupt);
-    for (std::int32_t y = rows.first; y < rows.last; y += strip.kLines) {
-      const std::int32_t n = std::min(strip.kLines, rows.last - y);
-      if (stoppedBefore(n)) return;
-      const std::int64_t from = strip.read().first;
-      const std::int64_t to = strip.produced().first;
-      strip.run(
-          strip.gathered().table(), strip.result().table(),
-          [&](std::int64_t first, std::int64_t last) {
-            gatherRows(in, y, n, {from + first, from + last}, strip.gathered(), from);
-          },
-          [&](std::int64_t first, std::int64_t last) {
-            scatterRows<Mask>(strip.result(), to, {to + first, to + last}, y, n, *intermediate);
-          });
-    }
-  }
-
-  void filterColumnStrips(const Texture& out, const HvSpan& columns, const BoxConstants& box, const PassAxis& axis) {
-    const StripBoxes<Pixel> strip(box, passRanges(box, boxes, axis));
-    ColumnRows<Pixel, Accum> pictureRows(*intermediate, strip.read());
-    StripTargets<Pixel, Accum> targets(out, strip.produced());
-    if (!strip.isReady() || !pictureRows.isReady() || !targets.isReady()) {
-      return stopForRefusedMemory(this->interrupt);
-    }
-    for (std::int32_t x = columns.first; x < columns.last; x += strip.kLines) {
-      const std::int32_t n = std::min(strip.kLines, columns.last - x);
-      if (stoppedBefore(n)) return;
-      const std::int64_t from = strip.read().first;
-      const std::int64_t to = strip.produced().first;
-      const auto* const* rows = n == strip.kLines ? pictureRows.at(x) : nullptr;
-      const bool gathers = rows == nullptr;
-      const bool inPlace = Mask::kAll && n == strip.kLines;
-      strip.run(
-          gathers ? strip.gathered().table() : rows, inPlace ? targets.at(x) : strip.result().table(),
-          [&](std::int64_t first, std::int64_t last) {
-            if (gathers) gatherColumns(*intermediate, x, n, {from + first, from + last}, strip.gathered(), from);
-          },
-          [&](std::int64_t first, std::int64_t last) {
-            if (!inPlace) scatterColumns<Mask>(strip.result(), to, {to + first, to + last}, x, n, out);
-          });
-    }
-  }
-
   void filterAlongX(const Texture& in) {
     const HvSpan rows = bandOfThisThread(this->y1, this->y2);
     const PassAxis axis{this->x1, this->x2, savedWriteOriginX, lineLengthX, in.horizontal.edgeMethod, false};
     const BoxConstants box = boxConstants(sizeX);
     if (!hasLines(rows, box, axis)) return;
-    if constexpr (kHasStrips<Pixel>) {
-      if (runsInStrips(box, axis)) return filterRowStrips(in, rows, box, axis);
-    }
     // Beyond the picture there is no place for a result.
     const std::int64_t firstColumn = savedWriteOriginX;
     const std::int64_t lastColumn = firstColumn + intermediate->width();
@@ -284,9 +260,6 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     const PassAxis axis{this->y1, this->y2, savedWriteOriginY, lineLengthY, intermediate->vertical.edgeMethod, true};
     const BoxConstants box = boxConstants(sizeY);
     if (!hasLines(columns, box, axis)) return;
-    if constexpr (kHasStrips<Pixel>) {
-      if (runsInStrips(box, axis)) return filterColumnStrips(out, columns, box, axis);
-    }
     filterLines(
         columns.first, columns.last, box, axis, intermediate->outsideColour,
         [&](std::int32_t x, std::int32_t n) { return ColumnLines<Mask, Pixel, Accum>(*intermediate, x, n); },

@@ -1,5 +1,5 @@
-// The three boxes of one pass over a strip of lines side by side, by vector code: rows of kRowBytes that
-// hold one position of every line. Nothing is widened: see boxRows.
+// The three boxes of one pass over a strip of lines side by side, by vector code: rows that hold one
+// position of every line. Nothing is widened: see BoxSweep.
 #pragma once
 
 #include <algorithm>
@@ -8,141 +8,113 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
-#include <type_traits>
 
-#include "blur/BoxRows.h"
+#include <hwy/cache_control.h>
+
+#include "blur/BoxSweep.h"
 #include "blur/PassRanges.h"
 #include "image/HvCpu.h"
-#include "image/HvTexture.h"
 #include "image/Pixels.h"
 
 namespace vblur {
 
-// The pixels that strips are made of: four components of 8 or 16 bits.
-template <class Pixel>
-inline constexpr bool kHasStrips = std::is_same_v<Pixel, R8> || std::is_same_v<Pixel, R16>;
+// Positions that are gathered, filtered and written in turn, so that they stay in the nearest cache.
+inline constexpr std::int64_t kStripTile = 64;
 
-// A table of rows. Where they need not all be there at once, they share the memory of a ring: row i is that
-// of i + ring() again.
+// A table of rows that share the memory of a ring: row i is that of i + ring again.
 template <class Component>
 class StripRows {
  public:
-  static constexpr std::size_t kLanes = kRowBytes / sizeof(Component);
-
-  // `count` rows, of which `ring` consecutive ones are there at a time. No table where there is no memory.
-  // The rows are zero, each at the beginning of a cache line.
-  StripRows(std::int64_t count, std::int64_t ring) : ring_(std::min(count, ring)) {
-    constexpr std::size_t kLine = 64;
-    memory_.reset(static_cast<std::byte*>(std::calloc(static_cast<std::size_t>(ring_) + 1, kRowBytes)));
+  // `count` rows, of which `ring` consecutive ones, a multiple of kStripTile, are there at a time. Rows lie in
+  // tiles one behind the other; the first tile lacks its first `phase` rows. No table where there is no memory.
+  StripRows(std::int64_t count, std::int64_t ring, std::int64_t phase, std::size_t rowBytes) : phase_(phase) {
+    const std::size_t bytes = static_cast<std::size_t>(ring) * rowBytes;
+    memory_.reset(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, bytes)));
     if (memory_ != nullptr) table_.reset(new (std::nothrow) Component*[static_cast<std::size_t>(count) + 1]);
     if (table_ == nullptr) return;
-    const auto at = reinterpret_cast<std::uintptr_t>(memory_.get());
-    auto* first = reinterpret_cast<Component*>(memory_.get() + (kLine - at % kLine) % kLine);
-    for (std::int64_t i = 0; i < count; ++i)
-      table_[static_cast<std::size_t>(i)] = first + static_cast<std::size_t>(i % ring_) * kLanes;
+    for (std::int64_t i = 0; i < count; ++i) {
+      table_[static_cast<std::size_t>(i)] =
+          reinterpret_cast<Component*>(memory_.get() + static_cast<std::size_t>((i + phase_) % ring) * rowBytes);
+    }
   }
 
   bool isReady() const { return table_ != nullptr; }
   Component** table() const { return table_.get(); }
   Component* row(std::int64_t i) const { return table_[static_cast<std::size_t>(i)]; }
-  // How many rows from row i on lie one behind the other in memory.
-  std::int64_t together(std::int64_t i) const { return ring_ - i % ring_; }
+  // How many rows from row i on lie in its tile.
+  std::int64_t together(std::int64_t i) const { return kStripTile - (i + phase_) % kStripTile; }
 
  private:
   struct Free {
     void operator()(std::byte* memory) const { std::free(memory); }
   };
-  std::int64_t ring_;
+  std::int64_t phase_;
   std::unique_ptr<std::byte, Free> memory_;
   std::unique_ptr<Component*[]> table_;
 };
 
+// The positions that three boxes read to produce the positions of a range.
+inline BoxReach stripReach(const BoxReach& produced, const BoxConstants& box) {
+  const std::int64_t first = produced.first - BoxSweep::centre(box);
+  return {first, first + (produced.last - produced.first) + 3 * BoxSweep::taps(box)};
+}
+
 // The rows of one thread for one pass. Between two strips nothing is allocated.
-//
-// The three boxes go along a strip together, a stretch of rows each in turn, so that what one leaves for the
-// next is still in the nearest cache.
-template <class Pixel>
+template <class Component>
 class StripBoxes {
  public:
-  using Component = ComponentOf<Pixel>;
   using Rows = StripRows<Component>;
-  static constexpr std::int32_t kLines = static_cast<std::int32_t>(kRowBytes / sizeof(Pixel));
-  // A multiple of the positions that are turned at once.
-  static constexpr std::int64_t kStretch = 64;
 
-  StripBoxes(const BoxConstants& box, const PassRanges& ranges)
-      : box_(box),
-        ranges_(ranges),
-        read_(boxReach(ranges.first.first, ranges.first.last, box)),
-        lead_(boxRowsRead(box, 0)),
-        ring_((lead_ / kStretch + 3) * kStretch),
-        gathered_(length(read_), ring_),
-        once_(length(ranges.first), ring_),
-        twice_(length(ranges.second), ring_),
-        result_(length(ranges.last), ring_) {}
+  // Tiles of gathered rows end where `tileEnd` and every kStripTile positions from there lie. The results of
+  // one tile are kept at a time.
+  StripBoxes(const BoxConstants& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd)
+      : produced_(produced),
+        read_(stripReach(produced, box)),
+        sweep_(box, rowBytes, sizeof(Component)),
+        gathered_(read_.last - read_.first, ringFor(BoxSweep::taps(box)), phase(read_.first - tileEnd), rowBytes),
+        result_(produced_.last - produced_.first, ringFor(0), 0, rowBytes) {}
 
-  bool isReady() const { return gathered_.isReady() && once_.isReady() && twice_.isReady() && result_.isReady(); }
+  bool isReady() const { return gathered_.isReady() && result_.isReady() && sweep_.isReady(); }
 
-  // The positions that the first box reads, and rows for them, for lines that have to be gathered.
+  // The positions that the first box reads, and the rows for them.
   const BoxReach& read() const { return read_; }
   const Rows& gathered() const { return gathered_; }
-  // The positions that the last box produces, and the rows that they go to unless told otherwise.
-  const BoxReach& produced() const { return ranges_.last; }
+  // The positions that the last box produces, and rows for them that need not be where they go.
+  const BoxReach& produced() const { return produced_; }
   const Rows& result() const { return result_; }
 
-  // `in` has the rows of read(), `out` those of produced(). Calls need(first, last) before rows of `in` are
-  // read for the first time, and done(first, last) when rows of `out` are there, both by their place in the
-  // table and in stretches one behind the other.
+  // `out` has the rows of produced(). Calls need(first, last) before the gathered rows are read for the first
+  // time, and done(first, last) when rows of `out` are there, both by their place in the table and in
+  // stretches one behind the other. `streams`: see SweepRows.
   template <class Need, class Done>
-  void run(const Component* const* in, Component* const* out, const Need& need, const Done& done) const {
+  void run(Component* const* out, bool streams, const Need& need, const Done& done) {
     HvCountVectorCall();
-    const std::int64_t firstCount = length(ranges_.first);
-    const std::int64_t secondCount = length(ranges_.second);
-    const std::int64_t lastCount = length(ranges_.last);
-    // Where in the rows of the box before the first row of a box begins to read.
-    const std::int64_t secondBegins = begins(ranges_.second, ranges_.first);
-    const std::int64_t lastBegins = begins(ranges_.last, ranges_.second);
-    BoxRowsSums sums[3];
-    std::int64_t there = 0;
-    std::int64_t once = 0;
-    std::int64_t twice = 0;
-    for (std::int64_t thrice = 0; thrice < lastCount;) {
-      const std::int64_t stretch = std::min(kStretch, firstCount - once);
-      const std::int64_t wanted = once + stretch + lead_;
-      need(there, wanted);
-      there = wanted;
-      boxRows(box_, sums[0], stretch, length(read_) - once, in + once, once_.table() + once);
-      once += stretch;
-      const std::int64_t second = std::clamp<std::int64_t>(once - secondBegins - lead_, twice, secondCount);
-      if (second > twice) {
-        boxRows(box_, sums[1], second - twice, firstCount - secondBegins - twice, once_.table() + secondBegins + twice,
-                twice_.table() + twice);
-      }
-      twice = second;
-      const std::int64_t last = std::clamp<std::int64_t>(twice - lastBegins - lead_, thrice, lastCount);
-      if (last > thrice) {
-        boxRows(box_, sums[2], last - thrice, secondCount - lastBegins - thrice, twice_.table() + lastBegins + thrice,
-                out + thrice);
-        done(thrice, last);
-      }
-      thrice = last;
+    const std::int64_t end = read_.last - read_.first;
+    const std::int64_t lead = sweep_.lead();
+    std::int64_t stretch = gathered_.together(0);
+    for (SweepRows rows{0, 0, streams}; rows.to < end; stretch = kStripTile) {
+      rows.from = rows.to;
+      rows.to = std::min(end, rows.from + stretch);
+      need(rows.from, rows.to);
+      sweep_.advance(rows, gathered_.table(), out);
+      if (rows.to > lead) done(std::max(rows.from, lead) - lead, rows.to - lead);
     }
+    // Other threads may read the results next.
+    if (streams) hwy::FlushStream();
   }
 
  private:
-  static std::int64_t length(const BoxReach& range) { return std::max<std::int64_t>(range.last - range.first, 0); }
-  std::int64_t begins(const BoxReach& range, const BoxReach& before) const {
-    return boxReach(range.first, range.last, box_).first - before.first;
+  static std::int64_t phase(std::int64_t position) {
+    const std::int64_t rest = position % kStripTile;
+    return rest < 0 ? rest + kStripTile : rest;
   }
+  // Rows that are still read beside those of a stretch, in whole tiles.
+  static std::int64_t ringFor(std::int64_t kept) { return (kept / kStripTile + 3) * kStripTile; }
 
-  BoxConstants box_;
-  PassRanges ranges_;
+  BoxReach produced_;
   BoxReach read_;
-  std::int64_t lead_;
-  std::int64_t ring_;
+  BoxSweep sweep_;
   Rows gathered_;
-  Rows once_;
-  Rows twice_;
   Rows result_;
 };
 

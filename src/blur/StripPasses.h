@@ -1,197 +1,263 @@
-// The passes of the filter in strips: how pixels come into the rows of a strip and out of them again.
+// Both passes of the filter by vector code. Between them the picture lies in strips of rows, turned by their
+// diagonal: the pass along x writes memory from one end to the other, and the pass along y reads a few lines
+// of it at a time.
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
-#include <type_traits>
 
+#include <hwy/cache_control.h>
+
+#include "blur/PassRanges.h"
 #include "blur/StripBoxes.h"
+#include "blur/StripSlots.h"
 #include "blur/TurnPixels.h"
 #include "image/ChannelMask.h"
+#include "image/HvInteruptable.h"
+#include "image/HvScratch.h"
+#include "image/HvTexture.h"
+#include "image/RowBand.h"
+#include "image/SimpleLineCopier.h"
 
 namespace vblur {
 
-// Positions are taken a few at a time, so that the cache lines of rows that they share stay at hand.
-inline constexpr std::int64_t kStripTile = 16;
+// A row of the turned picture is a cache line: one position of as many rows as it holds. A strip along y is
+// two cache lines wide where it is gathered.
+inline constexpr std::size_t kStoreBytes = 64;
+inline constexpr std::size_t kColumnBytes = 128;
 
+// From so many bytes on a picture is written past the caches, which would not hold it until it is read.
+inline constexpr std::int64_t kStreamedBytes = std::int64_t{4} << 20;
+
+// A tile of lines to be gathered into a strip, and the place for it.
 template <class Pixel>
-Pixel* pixelsOf(ComponentOf<Pixel>* row) {
-  static_assert(sizeof(Pixel) == 4 * sizeof(ComponentOf<Pixel>));
-  return reinterpret_cast<Pixel*>(row);
-}
+struct StripTile {
+  const Pixel* first;      // the first position of the first line
+  std::int64_t lineBytes;  // from one line to the next
+  std::int32_t step;       // from one position to the next, in pixels: 1, -1 or 0
+  std::int32_t lines;
+  std::int32_t count;  // positions
 
-// A pixel as the one number that fills it.
-template <class Pixel>
-using PixelWord = std::conditional_t<sizeof(Pixel) == 4, std::uint32_t, std::uint64_t>;
-
-// How many positions from x on lie side by side in memory for all lines of a whole strip of rows, in squares
-// that can be turned; the first of them in `line`.
-template <class Pixel, class Accum>
-std::int32_t turnable(const HvTexture<Pixel, Accum>& in, std::int64_t x, std::int64_t last, std::int32_t firstRow,
-                      const Pixel** line) {
-  constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
-  const HvTexRun run = in.horizontal.runAt(static_cast<std::int32_t>(x));
-  if (run.index == kOutside || run.step != 1) return 0;
-  const std::int32_t row = wrapSub(firstRow, in.vertical.originI);
-  // Inside the box every row stands for itself.
-  if (row < in.vertical.lo || row > in.vertical.hi - (kLines - 1)) return 0;
-  *line = in.at(run.index, row);
-  const std::int64_t length = std::min({static_cast<std::int64_t>(run.length), last - x, kStripTile});
-  return static_cast<std::int32_t>(length) / 4 * 4;
-}
-
-// Rows of a picture become lines of a strip: line j is picture row firstRow + j, read at the positions
-// [first, last) along x through the edge methods. Row 0 of the strip is position `start`.
-template <class Pixel, class Accum>
-void gatherRows(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::int32_t n, const BoxReach& range,
-                const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start) {
-  constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
-  for (std::int64_t x = range.first; x < range.last;) {
-    const Pixel* line = nullptr;
-    const std::int64_t end = std::min(range.last, x + rows.together(x - start));
-    if (const std::int32_t count = n == kLines ? turnable(in, x, end, firstRow, &line) : 0; count > 0) {
-      turnIntoStrip(reinterpret_cast<const PixelWord<Pixel>*>(line), in.stride, kLines, count,
-                    reinterpret_cast<PixelWord<Pixel>*>(rows.row(x - start)), kLines);
-      x += count;
-      continue;
-    }
-    std::int64_t length = 0;
-    for (std::int32_t j = 0; j < n; ++j) {
-      const HvPixelRun<Pixel> run = in.readRun(static_cast<std::int32_t>(x), firstRow + j);
-      length = std::min({static_cast<std::int64_t>(run.length), end - x, kStripTile});
-      const Pixel* pixel = run.first;
-      Pixel* to = pixelsOf<Pixel>(rows.row(x - start)) + j;
-      for (std::int64_t i = 0; i < length; ++i, pixel += run.step, to += kLines)
-        *to = *pixel;
-    }
-    x += length;
-  }
-}
-
-// Columns of a picture become lines of a strip, read along y.
-template <class Pixel, class Accum>
-void gatherColumns(const HvTexture<Pixel, Accum>& in, std::int32_t firstColumn, std::int32_t n, const BoxReach& range,
-                   const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start) {
-  for (std::int64_t y = range.first; y < range.last; ++y) {
-    Pixel* to = pixelsOf<Pixel>(rows.row(y - start));
-    for (std::int32_t j = 0; j < n;) {
-      const HvPixelRun<Pixel> run = in.readRun(firstColumn + j, static_cast<std::int32_t>(y));
-      const std::int32_t length = std::min(run.length, n - j);
-      const Pixel* pixel = run.first;
-      for (std::int32_t i = 0; i < length; ++i, pixel += run.step)
-        *to++ = *pixel;
-      j += length;
-    }
-  }
-}
-
-// The lines of a strip become rows of a picture, at the positions of [first, last) that it has.
-template <class Mask, class Pixel, class Accum>
-void scatterRows(const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start, const BoxReach& range,
-                 std::int32_t firstRow, std::int32_t n, const HvTexture<Pixel, Accum>& out) {
-  constexpr std::int32_t kLines = StripBoxes<Pixel>::kLines;
-  const std::int64_t firstColumn = out.horizontal.writeOrigin;
-  const std::int64_t last = std::min(range.last, firstColumn + out.width());
-  std::int32_t length = 0;
-  for (std::int64_t x = std::max(range.first, firstColumn); x < last; x += length) {
-    length = static_cast<std::int32_t>(std::min({last - x, kStripTile, rows.together(x - start)}));
-    if (Mask::kAll && n == kLines && length % 4 == 0) {
-      turnOutOfStrip(reinterpret_cast<const PixelWord<Pixel>*>(rows.row(x - start)), kLines, kLines, length,
-                     reinterpret_cast<PixelWord<Pixel>*>(out.target(static_cast<std::int32_t>(x), firstRow)),
-                     out.stride);
-      continue;
-    }
-    for (std::int32_t j = 0; j < n; ++j) {
-      const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(x - start)) + j, kLines, length, true};
-      copyChannels<Mask>(out.target(static_cast<std::int32_t>(x), firstRow + j), run, length);
-    }
-  }
-}
-
-// The lines of a strip become columns of a picture.
-template <class Mask, class Pixel, class Accum>
-void scatterColumns(const StripRows<ComponentOf<Pixel>>& rows, std::int64_t start, const BoxReach& range,
-                    std::int32_t firstColumn, std::int32_t n, const HvTexture<Pixel, Accum>& out) {
-  for (std::int64_t y = range.first; y < range.last; ++y) {
-    const HvPixelRun<Pixel> run{pixelsOf<Pixel>(rows.row(y - start)), 1, n, true};
-    copyChannels<Mask>(out.target(firstColumn, static_cast<std::int32_t>(y)), run, n);
-  }
-}
-
-// The rows of a picture at the positions that a pass along y reads, worked out once for all strips.
-template <class Pixel, class Accum>
-class ColumnRows {
- public:
-  using Component = ComponentOf<Pixel>;
-
-  ColumnRows(const HvTexture<Pixel, Accum>& in, const BoxReach& range)
-      : in_(in),
-        range_(range),
-        outside_(1, 1),
-        rows_(std::max<std::int64_t>(range.last - range.first, 0)),
-        strip_(std::max<std::int64_t>(range.last - range.first, 0)) {
-    if (!isReady()) return;
-    std::fill_n(pixelsOf<Pixel>(outside_.row(0)), StripBoxes<Pixel>::kLines, in.outsideColour);
-    for (std::int64_t y = range.first; y < range.last; ++y) {
-      const std::int32_t row = in.vertical.mapIndex(wrapSub(static_cast<std::int32_t>(y), in.vertical.originI));
-      rows_.table[y - range.first] = row == kOutside ? nullptr : in.at(0, row);
-    }
+  const Pixel* at(std::int32_t line, std::int32_t position) const {
+    return reinterpret_cast<const Pixel*>(reinterpret_cast<const std::byte*>(first) + line * lineBytes) +
+           position * step;
   }
 
-  bool isReady() const { return outside_.isReady() && rows_.table != nullptr && strip_.table != nullptr; }
-
-  // The rows of a whole strip from a column on, where the columns lie side by side in memory; else null.
-  const Component* const* at(std::int32_t firstColumn) {
-    const HvTexRun run = in_.horizontal.runAt(firstColumn);
-    if (run.index == kOutside || run.step != 1 || run.length < StripBoxes<Pixel>::kLines) return nullptr;
-    for (std::int64_t i = 0; i < range_.last - range_.first; ++i) {
-      const Pixel* row = rows_.table[i];
-      strip_.table[i] = row == nullptr ? outside_.row(0) : reinterpret_cast<const Component*>(row + run.index);
+  // Position i of line j goes to pixel j of row i; rows lie rowBytes apart.
+  void gather(Pixel* row, std::size_t rowBytes) const {
+    const auto rowPixels = static_cast<std::int32_t>(rowBytes / sizeof(Pixel));
+    std::int32_t turnedLines = 0;
+    std::int32_t turned = 0;
+    if constexpr (sizeof(Pixel) <= 8) {
+      constexpr std::int32_t kSide = turnSide(sizeof(Pixel));
+      turnedLines = lines - lines % kSide;
+      turned = step == 0 ? 0 : count - count % kSide;
     }
-    return strip_.table.get();
+    if (turnedLines > 0 && turned > 0) {
+      // Backwards through the picture is backwards through the strip.
+      const auto bytes = static_cast<std::int64_t>(rowBytes);
+      const bool forward = step > 0;
+      turnIntoStrip(sizeof(Pixel), at(0, forward ? 0 : turned - 1), lineBytes, turnedLines, turned,
+                    forward ? row : row + (turned - 1) * rowPixels, forward ? bytes : -bytes);
+    } else {
+      turned = 0;
+    }
+    const std::int32_t distinct = step == 0 ? 1 : count;
+    for (std::int32_t i = 0; i < distinct; ++i) {
+      for (std::int32_t j = i < turned ? turnedLines : 0; j < lines; ++j)
+        row[i * rowPixels + j] = *at(j, i);
+    }
+    for (std::int32_t i = distinct; i < count; ++i)
+      std::memcpy(row + i * rowPixels, row, static_cast<std::size_t>(lines) * sizeof(Pixel));
   }
-
- private:
-  template <class T>
-  struct Table {
-    explicit Table(std::int64_t count) : table(new (std::nothrow) T[static_cast<std::size_t>(count) + 1]) {}
-    std::unique_ptr<T[]> table;
-  };
-
-  const HvTexture<Pixel, Accum>& in_;
-  BoxReach range_;
-  StripRows<Component> outside_;
-  Table<const Pixel*> rows_;
-  Table<const Component*> strip_;
 };
 
-// Where the rows of whole strips lie in a target, to be written in place.
+// One run of the filter over one picture, shared by all threads.
 template <class Pixel, class Accum>
-class StripTargets {
+class StripPasses {
  public:
+  using Texture = HvTexture<Pixel, Accum>;
   using Component = ComponentOf<Pixel>;
+  static constexpr auto kRows = static_cast<std::int32_t>(kStoreBytes / sizeof(Pixel));
+  static constexpr auto kColumns = static_cast<std::int32_t>(kColumnBytes / sizeof(Pixel));
 
-  StripTargets(const HvTexture<Pixel, Accum>& out, const BoxReach& range)
-      : out_(out),
-        range_(range),
-        rows_(new (std::nothrow)
-                  Component*[static_cast<std::size_t>(std::max<std::int64_t>(range.last - range.first, 0)) + 1]) {}
+  // The window's columns and rows, in image coordinates, which the output has.
+  StripPasses(const Texture& in, const BoxConstants& boxX, const BoxConstants& boxY, const BoxReach& columns,
+              const BoxReach& rows)
+      : boxX_(withWeightyEnds(boxX)),
+        boxY_(withWeightyEnds(boxY)),
+        columns_(columns),
+        rows_(rows),
+        slots_(in.vertical, stripReach(rows, boxY_)),
+        stripBytes_(static_cast<std::size_t>(columns.last - columns.first) * kStoreBytes) {
+    if (!slots_.isReady()) return;
+    store_ = takeScratch(stripBytes_ * static_cast<std::size_t>(strips()));
+  }
+  ~StripPasses() { giveScratch(store_); }
+  StripPasses(const StripPasses&) = delete;
+  StripPasses& operator=(const StripPasses&) = delete;
 
-  bool isReady() const { return rows_ != nullptr; }
+  bool isReady() const { return store_.memory != nullptr; }
 
-  Component* const* at(std::int32_t firstColumn) {
-    for (std::int64_t y = range_.first; y < range_.last; ++y)
-      rows_[static_cast<std::size_t>(y - range_.first)] =
-          reinterpret_cast<Component*>(out_.target(firstColumn, static_cast<std::int32_t>(y)));
-    return rows_.get();
+  // The share of the calling thread of the pass along x; false when there is no memory for it.
+  bool alongX(const Texture& in, HvInterruptRecord* interrupt) {
+    StripBoxes<Component> strip(boxX_, columns_, kStoreBytes, in.horizontal.originI);
+    const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
+    if (!strip.isReady() || targets == nullptr) return false;
+    const HvSpan band = bandOfThisThread(0, strips());
+    for (std::int32_t s = band.first; s < band.last; ++s) {
+      const std::int32_t first = s * kRows;
+      const std::int32_t n = std::min(kRows, slots_.count() - first);
+      if (stoppedBefore(interrupt, n)) return true;
+      for (std::int32_t x = 0; x < width(); ++x)
+        targets[static_cast<std::size_t>(x)] = componentsOf(stored(s, x));
+      strip.run(
+          targets.get(), streams(),
+          [&](std::int64_t from, std::int64_t to) { gatherRows(in, first, n, from, to, strip); },
+          [](std::int64_t, std::int64_t) {});
+    }
+    return true;
+  }
+
+  // The same for the pass along y. Writes the components of Mask and leaves the others as they are.
+  template <class Mask>
+  bool alongY(const Texture& out, HvInterruptRecord* interrupt) {
+    StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first);
+    const std::unique_ptr<Component*[]> targets(new (std::nothrow)
+                                                    Component*[static_cast<std::size_t>(rows_.last - rows_.first)]);
+    if (!strip.isReady() || targets == nullptr) return false;
+    const auto x1 = static_cast<std::int32_t>(columns_.first);
+    const std::int32_t head = columnsToCacheLine(out);
+    const HvSpan band = bandOfThisThread(0, (width() - head + kColumns - 1) / kColumns + (head > 0 ? 1 : 0));
+    for (std::int32_t s = band.first; s < band.last; ++s) {
+      const std::int32_t first = head > 0 && s > 0 ? head + (s - 1) * kColumns : s * kColumns;
+      const std::int32_t n = head > 0 && s == 0 ? head : std::min(kColumns, width() - first);
+      if (stoppedBefore(interrupt, n)) return true;
+      const bool inPlace = n == kColumns && Mask::kCount == PixelTraits<Pixel>::kComponents;
+      for (std::int64_t y = rows_.first; inPlace && y < rows_.last; ++y) {
+        targets[static_cast<std::size_t>(y - rows_.first)] =
+            componentsOf(out.target(x1 + first, static_cast<std::int32_t>(y)));
+      }
+      strip.run(
+          inPlace ? targets.get() : strip.result().table(), inPlace && streams() && startsCacheLine(out, x1 + first),
+          [&](std::int64_t from, std::int64_t to) { gatherColumns(first, n, from, to, strip); },
+          [&](std::int64_t from, std::int64_t to) {
+            if (!inPlace) scatterColumns<Mask>(strip, from, to, x1 + first, n, out);
+          });
+    }
+    return true;
   }
 
  private:
-  const HvTexture<Pixel, Accum>& out_;
-  BoxReach range_;
-  std::unique_ptr<Component*[]> rows_;
+  std::int32_t width() const { return static_cast<std::int32_t>(columns_.last - columns_.first); }
+  std::int32_t strips() const { return (slots_.count() + kRows - 1) / kRows; }
+  bool streams() const { return static_cast<std::int64_t>(stripBytes_) * strips() >= kStreamedBytes; }
+
+  // The rows of strip s at column x of the window.
+  Pixel* stored(std::int32_t s, std::int32_t x) const {
+    return reinterpret_cast<Pixel*>(store_.memory + static_cast<std::size_t>(s) * stripBytes_ +
+                                    static_cast<std::size_t>(x) * kStoreBytes);
+  }
+  static Component* componentsOf(Pixel* pixel) { return reinterpret_cast<Component*>(pixel); }
+  static Pixel* pixelsOf(Component* row) { return reinterpret_cast<Pixel*>(row); }
+
+  // One question for each line.
+  static bool stoppedBefore(HvInterruptRecord* interrupt, std::int32_t lines) {
+    for (std::int32_t i = 0; i < lines; ++i) {
+      if (poll(interrupt) != 0) return true;
+    }
+    return false;
+  }
+
+  // `n` slots from `first` on, at places [from, to) of what the pass along x reads, through the edge methods.
+  void gatherRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
+                  const StripBoxes<Component>& strip) const {
+    const std::int32_t row = slots_.rowOf(first);
+    const std::int32_t index = wrapSub(row, in.vertical.originI);
+    // Inside the box every row stands for itself.
+    const bool inside =
+        index >= in.vertical.lo && index <= in.vertical.hi - (n - 1) && slots_.rowOf(first + n - 1) == row + n - 1;
+    const auto length = [&](const HvPixelRun<Pixel>& run, std::int64_t i) {
+      return static_cast<std::int32_t>(std::min<std::int64_t>({run.length, to - i, strip.gathered().together(i)}));
+    };
+    for (std::int64_t i = from; i < to;) {
+      const auto x = static_cast<std::int32_t>(strip.read().first + i);
+      Pixel* place = pixelsOf(strip.gathered().row(i));
+      HvPixelRun<Pixel> run = in.readRun(x, row);
+      const std::int32_t count = length(run, i);
+      if (inside) {
+        StripTile<Pixel>{run.first, run.exists ? in.stride : 0, run.step, n, count}.gather(place, kStoreBytes);
+      } else {
+        for (std::int32_t j = 0; j < n; ++j) {
+          run = in.readRun(x, slots_.rowOf(first + j));
+          StripTile<Pixel>{run.first, 0, run.step, 1, count}.gather(place + j, kStoreBytes);
+        }
+      }
+      i += count;
+    }
+  }
+
+  // `n` columns of the window, at places [from, to) of what the pass along y reads.
+  void gatherColumns(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
+                     const StripBoxes<Component>& strip) const {
+    askFor(first, n, to, std::min(to + kStripTile, strip.read().last - strip.read().first));
+    for (std::int64_t i = from; i < to;) {
+      const std::int64_t most = std::min(to - i, strip.gathered().together(i));
+      const StripSlots::Run run = slots_.runAt(i, most, kRows);
+      const Pixel* pixels = stored(run.slot / kRows, first) + run.slot % kRows;
+      StripTile<Pixel>{pixels, kStoreBytes, run.step, n, run.length}.gather(pixelsOf(strip.gathered().row(i)),
+                                                                            kColumnBytes);
+      i += run.length;
+    }
+  }
+
+  // The memory for the next tile, while this one is filtered.
+  void askFor(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to) const {
+    for (std::int64_t i = from; i < to; i += kRows) {
+      const Pixel* line = stored(slots_.at(i) / kRows, first);
+      for (std::int32_t j = 0; j < n; ++j)
+        hwy::Prefetch(line + j * kRows);
+    }
+  }
+
+  template <class Mask>
+  void scatterColumns(const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to, std::int32_t x,
+                      std::int32_t n, const Texture& out) const {
+    for (std::int64_t i = from; i < to; ++i) {
+      const HvPixelRun<Pixel> run{pixelsOf(strip.result().row(i)), 1, n, true};
+      Pixel* target = out.target(x, static_cast<std::int32_t>(rows_.first + i));
+      if constexpr (Mask::kCount == PixelTraits<Pixel>::kComponents) {
+        copyPixels(target, run, n);
+      } else {
+        copyChannels<Mask>(target, run, n);
+      }
+    }
+  }
+
+  bool startsCacheLine(const Texture& out, std::int32_t x) const {
+    const Pixel* first = out.target(x, static_cast<std::int32_t>(rows_.first));
+    return out.stride % static_cast<std::int64_t>(kStoreBytes) == 0 &&
+           reinterpret_cast<std::uintptr_t>(first) % kStoreBytes == 0;
+  }
+  // How many columns lie before the first that begins a cache line in every row: 0 where there is none.
+  std::int32_t columnsToCacheLine(const Texture& out) const {
+    for (std::int32_t x = 0; x < std::min(kRows, width()); ++x) {
+      if (startsCacheLine(out, static_cast<std::int32_t>(columns_.first) + x)) return x;
+    }
+    return 0;
+  }
+
+  BoxConstants boxX_;
+  BoxConstants boxY_;
+  BoxReach columns_;
+  BoxReach rows_;
+  StripSlots slots_;
+  std::size_t stripBytes_;
+  HvScratchBlock store_;
 };
 
 }  // namespace vblur

@@ -1,24 +1,21 @@
-// Turns tiles of pixels by their diagonal, between rows of a picture and rows of a strip: what was along x
-// lies across the lines.
+// Turns tiles of pixels by their diagonal, from rows of a picture to rows of a strip: what was along x lies
+// across the lines.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace vblur {
 
-// Pixels of 32 and of 64 bits, taken as they are.
-//
-// Position i of line j goes to strip[i * stripLines + j], for `count` positions of `lines` lines; both are
-// multiples of 4. Lines lie lineBytes apart.
-void turnIntoStrip(const std::uint32_t* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count,
-                   std::uint32_t* strip, std::int32_t stripLines);
-void turnIntoStrip(const std::uint64_t* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count,
-                   std::uint64_t* strip, std::int32_t stripLines);
+// How many lines, and how many positions, are turned at once: tiles are multiples of it.
+constexpr std::int32_t turnSide(std::size_t pixelBytes) {
+  return static_cast<std::int32_t>(16 / pixelBytes);
+}
 
-// The way back.
-void turnOutOfStrip(const std::uint32_t* strip, std::int32_t stripLines, std::int32_t lines, std::int32_t count,
-                    std::uint32_t* line, std::int64_t lineBytes);
-void turnOutOfStrip(const std::uint64_t* strip, std::int32_t stripLines, std::int32_t lines, std::int32_t count,
-                    std::uint64_t* line, std::int64_t lineBytes);
+// Pixels of 1, 2, 4 or 8 bytes, taken as they are: position i of line j goes to pixel j of strip row i, for
+// `count` positions of `lines` lines. Lines lie lineBytes apart, rows of the strip stripBytes;
+// both may be negative.
+void turnIntoStrip(std::size_t pixelBytes, const void* line, std::int64_t lineBytes, std::int32_t lines,
+                   std::int32_t count, void* strip, std::int64_t stripBytes);
 
 }  // namespace vblur

@@ -23,62 +23,113 @@ HWY_INLINE T* Beside(T* line, std::int64_t bytes) {
   return reinterpret_cast<T*>(reinterpret_cast<Byte*>(line) + bytes);
 }
 
-// A square of pixels: row k of `from` becomes column k of `to`. The steps are in pixels for one side and in
-// bytes for the other, so both are told in bytes.
+// Rows and columns of a tile in memory: the first element, and bytes from one row to the next.
+template <class T>
+struct Side {
+  T* first;
+  std::int64_t bytes;
+};
+
 #if HWY_TARGET == HWY_SCALAR
+
 template <class T>
-HWY_INLINE void TurnSquare(const T* from, std::int64_t fromBytes, T* to, std::int64_t toBytes) {
-  constexpr int kSide = sizeof(T) == 4 ? 4 : 2;
-  for (int y = 0; y < kSide; ++y) {
-    for (int x = 0; x < kSide; ++x)
-      std::memcpy(Beside(to, x * toBytes) + y, Beside(from, y * fromBytes) + x, sizeof(T));
+HWY_INLINE void TurnTile(Side<const T> from, std::int32_t rows, std::int32_t columns, Side<T> to) {
+  for (std::int32_t y = 0; y < rows; ++y) {
+    for (std::int32_t x = 0; x < columns; ++x)
+      std::memcpy(Beside(to.first, x * to.bytes) + y, Beside(from.first, y * from.bytes) + x, sizeof(T));
   }
 }
+
+template <class T>
+void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
+  TurnTile(lines, count, positions, strip);
+}
+
 #else
-HWY_INLINE void TurnSquare(const std::uint32_t* from, std::int64_t fromBytes, std::uint32_t* to, std::int64_t toBytes) {
-  const hn::FixedTag<std::uint32_t, 4> d;
-  const hn::FixedTag<std::uint64_t, 2> d2;
-  const auto a = hn::LoadU(d, from);
-  const auto b = hn::LoadU(d, Beside(from, fromBytes));
-  const auto c = hn::LoadU(d, Beside(from, 2 * fromBytes));
-  const auto e = hn::LoadU(d, Beside(from, 3 * fromBytes));
-  const auto ab01 = hn::BitCast(d2, hn::InterleaveLower(d, a, b));
-  const auto ce01 = hn::BitCast(d2, hn::InterleaveLower(d, c, e));
-  const auto ab23 = hn::BitCast(d2, hn::InterleaveUpper(d, a, b));
-  const auto ce23 = hn::BitCast(d2, hn::InterleaveUpper(d, c, e));
-  hn::StoreU(hn::BitCast(d, hn::InterleaveLower(d2, ab01, ce01)), d, to);
-  hn::StoreU(hn::BitCast(d, hn::InterleaveUpper(d2, ab01, ce01)), d, Beside(to, toBytes));
-  hn::StoreU(hn::BitCast(d, hn::InterleaveLower(d2, ab23, ce23)), d, Beside(to, 2 * toBytes));
-  hn::StoreU(hn::BitCast(d, hn::InterleaveUpper(d2, ab23, ce23)), d, Beside(to, 3 * toBytes));
-}
-
-HWY_INLINE void TurnSquare(const std::uint64_t* from, std::int64_t fromBytes, std::uint64_t* to, std::int64_t toBytes) {
-  const hn::FixedTag<std::uint64_t, 2> d;
-  const auto a = hn::LoadU(d, from);
-  const auto b = hn::LoadU(d, Beside(from, fromBytes));
-  hn::StoreU(hn::InterleaveLower(d, a, b), d, to);
-  hn::StoreU(hn::InterleaveUpper(d, a, b), d, Beside(to, toBytes));
-}
-#endif
 
 template <class T>
-HWY_INLINE void Turn(const T* from, std::int64_t fromBytes, std::int32_t rows, std::int32_t columns, T* to,
-                     std::int64_t toBytes) {
-  constexpr std::int32_t kSide = sizeof(T) == 4 ? 4 : 2;
-  for (std::int32_t y = 0; y < rows; y += kSide) {
-    for (std::int32_t x = 0; x < columns; x += kSide)
-      TurnSquare(Beside(from, y * fromBytes) + x, fromBytes, Beside(to, x * toBytes) + y, toBytes);
+constexpr int kSideOf = turnSide(sizeof(T));
+
+// Blocks of 128 bits are turned each by itself: kSide vectors that have a row of the square in each block
+// become as many that have a column there. Pairs are dealt together once for each halving of the square.
+template <class D, int kSide, class V>
+HWY_INLINE void TurnBlocks(D d, V (&v)[kSide]) {
+  for (int half = 1; half < kSide; half *= 2) {
+    V dealt[kSide];
+    for (int i = 0; i < kSide / 2; ++i) {
+      dealt[2 * i] = hn::InterleaveLower(d, v[i], v[i + kSide / 2]);
+      dealt[2 * i + 1] = hn::InterleaveUpper(d, v[i], v[i + kSide / 2]);
+    }
+    for (int i = 0; i < kSide; ++i)
+      v[i] = dealt[i];
   }
 }
 
-void Turn32(const std::uint32_t* from, std::int64_t fromBytes, std::int32_t rows, std::int32_t columns,
-            std::uint32_t* to, std::int64_t toBytes) {
-  Turn(from, fromBytes, rows, columns, to, toBytes);
+// The blocks of a vector to rows that lie `rows` blocks' columns apart.
+template <class D>
+HWY_INLINE void StoreBlocks(D d, hn::Vec<D> v, hn::TFromD<D>* to, std::int64_t bytes) {
+  if constexpr (hn::MaxLanes(D()) * sizeof(hn::TFromD<D>) == 16) {
+    hn::StoreU(v, d, to);
+  } else {
+    const hn::Half<D> half;
+    StoreBlocks(half, hn::LowerHalf(half, v), to, bytes);
+    StoreBlocks(half, hn::UpperHalf(half, v),
+                Beside(to, static_cast<std::int64_t>(hn::MaxLanes(half)) / kSideOf<hn::TFromD<D> > * bytes), bytes);
+  }
 }
 
-void Turn64(const std::uint64_t* from, std::int64_t fromBytes, std::int32_t rows, std::int32_t columns,
-            std::uint64_t* to, std::int64_t toBytes) {
-  Turn(from, fromBytes, rows, columns, to, toBytes);
+// kSide lines, from whole vectors of positions: block b of the turned vector k is position b * kSide + k.
+template <class D, class T = hn::TFromD<D> >
+HWY_INLINE void VectorsIntoStrip(D d, Side<const T> lines, std::int32_t& x, std::int32_t positions, Side<T> strip) {
+  constexpr int kSide = kSideOf<T>;
+  constexpr auto kLanes = static_cast<std::int32_t>(hn::MaxLanes(D()));
+  for (; x + kLanes <= positions; x += kLanes) {
+    hn::Vec<D> v[kSide];
+    for (int i = 0; i < kSide; ++i)
+      v[i] = hn::LoadU(d, Beside(lines.first, i * lines.bytes) + x);
+    TurnBlocks(d, v);
+    for (int k = 0; k < kSide; ++k)
+      StoreBlocks(d, v[k], Beside(strip.first, (x + k) * strip.bytes), kSide * strip.bytes);
+  }
+}
+
+template <class T>
+void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
+  constexpr int kSide = kSideOf<T>;
+  for (std::int32_t y = 0; y < count; y += kSide) {
+    std::int32_t x = 0;
+    const Side<const T> from{Beside(lines.first, y * lines.bytes), lines.bytes};
+    const Side<T> to{strip.first + y, strip.bytes};
+    VectorsIntoStrip(hn::ScalableTag<T>(), from, x, positions, to);
+    VectorsIntoStrip(hn::FixedTag<T, kSide>(), from, x, positions, to);
+  }
+}
+
+#endif  // HWY_TARGET == HWY_SCALAR
+
+template <class T>
+Side<const T> SideOf(const void* first, std::int64_t bytes) {
+  return {static_cast<const T*>(first), bytes};
+}
+template <class T>
+Side<T> SideOf(void* first, std::int64_t bytes) {
+  return {static_cast<T*>(first), bytes};
+}
+
+template <class T>
+void IntoStripOf(const void* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count, void* strip,
+                 std::int64_t stripBytes) {
+  IntoStrip(SideOf<T>(line, lineBytes), lines, count, SideOf<T>(strip, stripBytes));
+}
+
+void Into(std::size_t pixelBytes, const void* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count,
+          void* strip, std::int64_t stripBytes) {
+  switch (pixelBytes) {
+    case 1: return IntoStripOf<std::uint8_t>(line, lineBytes, lines, count, strip, stripBytes);
+    case 2: return IntoStripOf<std::uint16_t>(line, lineBytes, lines, count, strip, stripBytes);
+    case 4: return IntoStripOf<std::uint32_t>(line, lineBytes, lines, count, strip, stripBytes);
+    default: return IntoStripOf<std::uint64_t>(line, lineBytes, lines, count, strip, stripBytes);
+  }
 }
 
 }  // namespace HWY_NAMESPACE
@@ -89,29 +140,13 @@ HWY_AFTER_NAMESPACE();
 namespace vblur {
 namespace {
 
-HWY_EXPORT(Turn32);
-HWY_EXPORT(Turn64);
+HWY_EXPORT(Into);
 
 }  // namespace
 
-void turnIntoStrip(const std::uint32_t* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count,
-                   std::uint32_t* strip, std::int32_t stripLines) {
-  HWY_DYNAMIC_DISPATCH(Turn32)(line, lineBytes, lines, count, strip, std::int64_t{4} * stripLines);
-}
-
-void turnIntoStrip(const std::uint64_t* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count,
-                   std::uint64_t* strip, std::int32_t stripLines) {
-  HWY_DYNAMIC_DISPATCH(Turn64)(line, lineBytes, lines, count, strip, std::int64_t{8} * stripLines);
-}
-
-void turnOutOfStrip(const std::uint32_t* strip, std::int32_t stripLines, std::int32_t lines, std::int32_t count,
-                    std::uint32_t* line, std::int64_t lineBytes) {
-  HWY_DYNAMIC_DISPATCH(Turn32)(strip, std::int64_t{4} * stripLines, count, lines, line, lineBytes);
-}
-
-void turnOutOfStrip(const std::uint64_t* strip, std::int32_t stripLines, std::int32_t lines, std::int32_t count,
-                    std::uint64_t* line, std::int64_t lineBytes) {
-  HWY_DYNAMIC_DISPATCH(Turn64)(strip, std::int64_t{8} * stripLines, count, lines, line, lineBytes);
+void turnIntoStrip(std::size_t pixelBytes, const void* line, std::int64_t lineBytes, std::int32_t lines,
+                   std::int32_t count, void* strip, std::int64_t stripBytes) {
+  HWY_DYNAMIC_DISPATCH(Into)(pixelBytes, line, lineBytes, lines, count, strip, stripBytes);
 }
 
 }  // namespace vblur

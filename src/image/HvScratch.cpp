@@ -5,6 +5,8 @@
 #include <new>
 #include <vector>
 
+#include <sys/mman.h>
+
 namespace vblur {
 namespace {
 
@@ -13,6 +15,13 @@ constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 constexpr std::size_t kMostBlocks = 16;
 // Strips of pixels that begin with a cache line touch no more of them than they fill.
 constexpr std::size_t kCacheLine = 64;
+// Blocks of several large pages begin with one, and ask for them: rows of a picture lie so far apart that the
+// processor's table of small pages does not hold them.
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+
+constexpr std::align_val_t alignmentOf(std::size_t bytes) {
+  return std::align_val_t{bytes >= 2 * kLargePage ? kLargePage : kCacheLine};
+}
 
 class Shelf {
  public:
@@ -22,7 +31,7 @@ class Shelf {
       release(block);
   }
 
-  static void release(const HvScratchBlock& block) { ::operator delete (block.memory, std::align_val_t{kCacheLine}); }
+  static void release(const HvScratchBlock& block) { ::operator delete(block.memory, alignmentOf(block.bytes)); }
 
   HvScratchBlock take(std::size_t bytes) {
     const std::lock_guard hold(lock_);
@@ -64,8 +73,12 @@ Shelf& shelf() {
 HvScratchBlock takeScratch(std::size_t bytes) {
   const HvScratchBlock kept = shelf().take(bytes);
   if (kept.memory != nullptr) return kept;
-  auto* memory = static_cast<std::byte*>(
-      ::operator new (std::max<std::size_t>(bytes, 1), std::align_val_t{kCacheLine}, std::nothrow));
+  auto* memory =
+      static_cast<std::byte*>(::operator new(std::max<std::size_t>(bytes, 1), alignmentOf(bytes), std::nothrow));
+#ifdef MADV_HUGEPAGE
+  // Advice: where it is not taken, nothing is lost.
+  if (memory != nullptr && bytes >= 2 * kLargePage) madvise(memory, bytes, MADV_HUGEPAGE);
+#endif
   return {memory, memory == nullptr ? 0 : bytes};
 }
 

@@ -48,12 +48,9 @@ std::int32_t HvTexAxis::mapIndex(std::int32_t i) const {
   }
 }
 
-HvTexRun HvTexAxis::runAt(std::int32_t x) const {
+HvTexRun HvTexAxis::runBeyond(std::int32_t i) const {
   if (size <= 0) return {kOutside, 0, kInt32Max};
-  const std::int32_t i = wrapSub(x, originI);
-  if (i < lo) return runBelow(i);
-  if (i > hi) return runAbove(i);
-  return {i, 1, hi - i + 1};
+  return i < lo ? runBelow(i) : runAbove(i);
 }
 
 HvTexRun HvTexAxis::runBelow(std::int32_t i) const {

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "image/Arithmetic.h"
+
 namespace vblur {
 
 // What a read outside the box gives.
@@ -59,13 +61,18 @@ struct HvTexAxis {
   // everywhere.
   std::int32_t mapIndex(std::int32_t i) const;
   // The run that starts at an image coordinate: the origin is taken off here.
-  HvTexRun runAt(std::int32_t x) const;
+  HvTexRun runAt(std::int32_t x) const {
+    const std::int32_t i = wrapSub(x, originI);
+    if (size > 0 && i >= lo && i <= hi) return {i, 1, hi - i + 1};
+    return runBeyond(i);
+  }
   // The pair for a sample between buffer indices i and i + 1.
   HvTexPair pairAt(std::int32_t i) const;
 
  private:
   // Where v < 0 lies in the tiling of the box, 0 to count - 1.
   std::int32_t floorMod(std::int32_t v) const { return (v + 1) % count + count - 1; }
+  HvTexRun runBeyond(std::int32_t i) const;
   HvTexRun runBelow(std::int32_t i) const;
   HvTexRun runAbove(std::int32_t i) const;
   HvTexPair pairBelow(std::int32_t v) const;

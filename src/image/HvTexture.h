@@ -104,7 +104,7 @@ class HvTexture : public HvTextureSampling<Accum_> {
     const std::int64_t width = this->horizontal.size;
     const std::int64_t height = this->vertical.size;
     if (width <= 0 || height <= 0) return allocate();
-    stride = width * static_cast<std::int64_t>(sizeof(Pixel));
+    stride = scratchStride(width * static_cast<std::int64_t>(sizeof(Pixel)));
     const auto bytes = static_cast<std::size_t>(height) * static_cast<std::size_t>(stride);
     scratch_ = takeScratch(bytes);
     data = scratch_.memory;
@@ -206,6 +206,13 @@ class HvTexture : public HvTextureSampling<Accum_> {
   }
 
   HvScratchBlock scratch_;
+
+  // Whole cache lines, and an odd number of them: rows that begin at like places of a page would contend for
+  // a few sets of the caches.
+  static constexpr std::int64_t scratchStride(std::int64_t bytes) {
+    constexpr std::int64_t kLine = 64;
+    return ((bytes + kLine - 1) / kLine | 1) * kLine;
+  }
 
   static Accum widened(const Pixel& pixel);
   static Accum between(const Accum& a, const Accum& b, float t);

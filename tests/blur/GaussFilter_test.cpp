@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/blur/RandomPictures.h"
+#include "tests/support/CpuLevel.h"
 #include "tests/support/StopAfter.h"
 
 namespace vblur::test {
@@ -32,6 +33,7 @@ TEST(GaussFilter, HasThreeBoxesAndNoCopyBackUnlessToldOtherwise) {
 }
 
 TEST(GaussFilter, MakesAnIntermediateThatReachesTwoPixelsABoxBeyondTheSize) {
+  const CpuLevel level("twin");
   Frame source(6, 9);
   Frame output(4, 5);
   output.setWriteOrigin(30, -40);
@@ -77,6 +79,7 @@ class CopyingBack : public ColourFilter {
 };
 
 TEST(GaussFilter, CopiesTheIntermediateBackByTheBoxAndOriginOfTheInput) {
+  const CpuLevel level("twin");
   forRandomCases(50, [](Random& random) {
     RandomPicture<R8, Ri> source(random, 7, 8);
     RandomPicture<R8, Ri> output(random, 9, 6);

@@ -1,0 +1,370 @@
+// The running sums of one box over one vector of components, one kind for each way that the exact result can
+// be had in narrow lanes. Compiled once for each instruction set, by BoxSweep_simd.cpp.
+//
+// Every kind has: Sum, the sums of one box; Read and Write, a vector of components of a picture; Keep and
+// Kept, the same between two boxes, in whatever order of lanes; Add, which fills the sums; and Step, which
+// gives one result, takes `in` into the sum and `out` out of it.
+#if defined(VBLUR_BLUR_BOXSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_BLUR_BOXSUMS_INL_H
+#undef VBLUR_BLUR_BOXSUMS_INL_H
+#else
+#define VBLUR_BLUR_BOXSUMS_INL_H
+#endif
+
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "blur/BoxConstants.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// 32-bit sums of 32-bit components, as the plain filter has them; at the scalar level, of all components.
+template <class C>
+struct WideSums {
+  using Component = C;
+  using D = hn::ScalableTag<std::int32_t>;
+  using V = hn::Vec<D>;
+  static constexpr std::size_t kBytes = hn::MaxLanes(D()) * sizeof(C);
+  static constexpr std::size_t kRingBytes = kBytes;
+  static constexpr std::size_t kSumBytes = hn::MaxLanes(D()) * sizeof(std::int32_t);
+  static constexpr std::size_t kUnits = 1;
+  using Narrow = hn::Rebind<C, D>;
+
+  struct Sum {
+    V all;
+    HWY_INLINE void Load(const std::byte* p) { all = hn::LoadU(D(), reinterpret_cast<const std::int32_t*>(p)); }
+    HWY_INLINE void Store(std::byte* p) const { hn::StoreU(all, D(), reinterpret_cast<std::int32_t*>(p)); }
+  };
+
+  explicit WideSums(const BoxConstants& box) : scale(hn::Set(D(), box.scale)), frac(hn::Set(D(), box.frac)) {}
+
+  HWY_INLINE Sum Empty() const { return {hn::Zero(D())}; }
+  static HWY_INLINE V Read(const C* p) {
+    if constexpr (sizeof(C) == 4) {
+      return hn::LoadU(D(), p);
+    } else {
+      return hn::PromoteTo(D(), hn::LoadU(Narrow(), p));
+    }
+  }
+  template <bool kStreams>
+  static HWY_INLINE void Write(V v, C* p) {
+    if constexpr (sizeof(C) == 4) {
+      hn::StoreU(v, D(), p);
+    } else {
+      hn::StoreU(hn::DemoteTo(Narrow(), v), Narrow(), p);
+    }
+  }
+  static HWY_INLINE void Keep(V v, std::byte* p) { Write<false>(v, reinterpret_cast<C*>(p)); }
+  static HWY_INLINE V Kept(const std::byte* p) { return Read(reinterpret_cast<const C*>(p)); }
+
+  HWY_INLINE void Add(Sum& sum, V in) const { sum.all = hn::Add(sum.all, in); }
+  template <bool kFraction>
+  HWY_INLINE V Step(Sum& sum, V in, V out) const {
+    if constexpr (kFraction) {
+      const V inner = hn::Sub(sum.all, out);
+      const V ends = hn::ShiftRight<14>(hn::Mul(hn::Add(in, out), frac));
+      sum.all = hn::Add(inner, in);
+      return Scaled(hn::Add(inner, ends));
+    } else {
+      const V result = Scaled(sum.all);
+      sum.all = hn::Sub(hn::Add(sum.all, in), out);
+      return result;
+    }
+  }
+  HWY_INLINE V Scaled(V sum) const { return hn::ShiftRight<14>(hn::Add(hn::Mul(sum, scale), hn::Set(D(), 8192))); }
+
+  V scale;
+  V frac;
+};
+
+#if HWY_TARGET != HWY_SCALAR
+
+// 8-bit components as two vectors of 16-bit lanes, those of even and those of odd places.
+template <class T>
+struct ByteLanes {
+  using Component = std::uint8_t;
+  using D = hn::ScalableTag<T>;
+  using V = hn::Vec<D>;
+  using U16 = hn::ScalableTag<std::uint16_t>;
+  using U8 = hn::ScalableTag<std::uint8_t>;
+  static constexpr std::size_t kBytes = hn::MaxLanes(U8());
+  static constexpr std::size_t kRingBytes = 2 * kBytes;
+
+  struct Pair {
+    V even;
+    V odd;
+  };
+
+  static HWY_INLINE Pair Read(const std::uint8_t* p) {
+    const auto both = hn::BitCast(U16(), hn::LoadU(U8(), p));
+    return {hn::BitCast(D(), hn::And(both, hn::Set(U16(), 0xFF))), hn::BitCast(D(), hn::ShiftRight<8>(both))};
+  }
+  // Values of 0 to 255.
+  template <bool kStreams>
+  static HWY_INLINE void Write(const Pair& v, std::uint8_t* p) {
+    const auto odd = hn::ShiftLeft<8>(hn::BitCast(U16(), v.odd));
+    const auto both = hn::BitCast(U8(), hn::Or(hn::BitCast(U16(), v.even), odd));
+    if constexpr (kStreams) {
+      hn::Stream(both, U8(), p);
+    } else {
+      hn::StoreU(both, U8(), p);
+    }
+  }
+  static HWY_INLINE void Keep(const Pair& v, std::byte* p) {
+    hn::StoreU(v.even, D(), reinterpret_cast<T*>(p));
+    hn::StoreU(v.odd, D(), reinterpret_cast<T*>(p + kBytes));
+  }
+  static HWY_INLINE Pair Kept(const std::byte* p) {
+    return {hn::LoadU(D(), reinterpret_cast<const T*>(p)), hn::LoadU(D(), reinterpret_cast<const T*>(p + kBytes))};
+  }
+};
+
+// What the kinds with one 16-bit sum for each component share. Kind gives a result from a sum (Scaled) and
+// the weight of the two end taps (Ends).
+template <class T, class Kind>
+struct ByteSums : ByteLanes<T> {
+  using Lanes = ByteLanes<T>;
+  using typename Lanes::D;
+  using typename Lanes::Pair;
+  using typename Lanes::V;
+  static constexpr std::size_t kSumBytes = 2 * Lanes::kBytes;
+  static constexpr std::size_t kUnits = HWY_TARGET <= HWY_AVX3 ? 2 : 1;
+
+  struct Sum {
+    Pair lanes;
+    HWY_INLINE void Load(const std::byte* p) { lanes = Lanes::Kept(p); }
+    HWY_INLINE void Store(std::byte* p) const { Lanes::Keep(lanes, p); }
+  };
+
+  HWY_INLINE Sum Empty() const { return {{hn::Zero(D()), hn::Zero(D())}}; }
+  HWY_INLINE void Add(Sum& sum, const Pair& in) const {
+    sum.lanes = {hn::Add(sum.lanes.even, in.even), hn::Add(sum.lanes.odd, in.odd)};
+  }
+  template <bool kFraction>
+  HWY_INLINE Pair Step(Sum& sum, const Pair& in, const Pair& out) const {
+    return {Lane<kFraction>(sum.lanes.even, in.even, out.even), Lane<kFraction>(sum.lanes.odd, in.odd, out.odd)};
+  }
+
+ private:
+  template <bool kFraction>
+  HWY_INLINE V Lane(V& sum, V in, V out) const {
+    const Kind& kind = static_cast<const Kind&>(*this);
+    if constexpr (kFraction) {
+      const V inner = hn::Sub(sum, out);
+      sum = hn::Add(inner, in);
+      return kind.Scaled(hn::Add(inner, kind.Ends(hn::Add(in, out))));
+    } else {
+      const V result = kind.Scaled(sum);
+      sum = hn::Add(sum, hn::Sub(in, out));
+      return result;
+    }
+  }
+};
+
+// Boxes of up to 126 taps: sums of at most 127 * 255 + 1, which 16 signed bits hold. (S * scale + 8192) >> 14 is
+// the rounding high multiply by 2 * scale, and ((in + out) * frac) >> 14 the high multiply by 4 * frac; both
+// factors fit 16 bits for a scale below 1.
+struct SmallSums : ByteSums<std::int16_t, SmallSums> {
+  static bool Fits(const BoxConstants& box) { return box.r <= 62; }
+  explicit SmallSums(const BoxConstants& box)
+      : scale(hn::Set(D(), static_cast<std::int16_t>(2 * box.scale))),
+        frac(hn::Set(U16(), static_cast<std::uint16_t>(4 * box.frac))) {}
+
+  HWY_INLINE V Scaled(V sum) const { return hn::MulFixedPoint15(sum, scale); }
+  HWY_INLINE V Ends(V both) const { return hn::BitCast(D(), hn::MulHigh(hn::BitCast(U16(), both), frac)); }
+
+  V scale;
+  hn::Vec<U16> frac;
+};
+
+// Boxes of up to 257 taps: sums of at most 257 * 255 = 65535, which 16 unsigned bits hold. The high multiply
+// by 8 * scale gives (S * scale) >> 13, and the rounding average with 0 the last bit.
+struct MediumSums : ByteSums<std::uint16_t, MediumSums> {
+  static bool Fits(const BoxConstants& box) { return box.r <= 127 && box.scale < 8192; }
+  explicit MediumSums(const BoxConstants& box)
+      : scale(hn::Set(D(), static_cast<std::uint16_t>(8 * box.scale))),
+        frac(hn::Set(D(), static_cast<std::uint16_t>(4 * box.frac))) {}
+
+  HWY_INLINE V Scaled(V sum) const { return hn::AverageRound(hn::MulHigh(sum, scale), hn::Zero(D())); }
+  HWY_INLINE V Ends(V both) const { return hn::MulHigh(both, frac); }
+
+  V scale;
+  V frac;
+};
+
+// All larger boxes, whose scale is at most 63. The sum is kept multiplied by it and with the rounding, its
+// lower 14 bits in one lane and what is above, the result, in another: a step moves the lower part by at most
+// 63 * 255 = 16065, so that a carry of one is all there is.
+struct SplitSums : ByteLanes<std::int16_t> {
+  static constexpr std::size_t kSumBytes = 4 * kBytes;
+  static constexpr std::size_t kUnits = 1;
+
+  struct Sum {
+    Pair low;
+    Pair high;
+    HWY_INLINE void Load(const std::byte* p) {
+      low = Kept(p);
+      high = Kept(p + 2 * kBytes);
+    }
+    HWY_INLINE void Store(std::byte* p) const {
+      Keep(low, p);
+      Keep(high, p + 2 * kBytes);
+    }
+  };
+
+  explicit SplitSums(const BoxConstants& box)
+      : scale(hn::Set(D(), static_cast<std::int16_t>(box.scale))),
+        frac(hn::Set(U16(), static_cast<std::uint16_t>(4 * box.frac))) {}
+
+  HWY_INLINE Sum Empty() const {
+    const V half = hn::Set(D(), 8192);
+    return {{half, half}, {hn::Zero(D()), hn::Zero(D())}};
+  }
+  HWY_INLINE void Add(Sum& sum, const Pair& in) const {
+    Move(sum.low.even, sum.high.even, in.even);
+    Move(sum.low.odd, sum.high.odd, in.odd);
+  }
+  template <bool kFraction>
+  HWY_INLINE Pair Step(Sum& sum, const Pair& in, const Pair& out) const {
+    return {Lane<kFraction>(sum.low.even, sum.high.even, in.even, out.even),
+            Lane<kFraction>(sum.low.odd, sum.high.odd, in.odd, out.odd)};
+  }
+
+ private:
+  HWY_INLINE void Move(V& low, V& high, V by) const {
+    const V moved = hn::Add(low, hn::Mul(by, scale));
+    high = hn::Add(high, hn::ShiftRight<14>(moved));
+    low = hn::And(moved, hn::Set(D(), 0x3FFF));
+  }
+  template <bool kFraction>
+  HWY_INLINE V Lane(V& low, V& high, V in, V out) const {
+    V result = high;
+    if constexpr (kFraction) {
+      // What the weighted ends are more than the tap that leaves lies within -255 and 255.
+      const V ends = hn::BitCast(D(), hn::MulHigh(hn::BitCast(U16(), hn::Add(in, out)), frac));
+      result = hn::Add(high, hn::ShiftRight<14>(hn::Add(low, hn::Mul(hn::Sub(ends, out), scale))));
+    }
+    Move(low, high, hn::Sub(in, out));
+    return result;
+  }
+
+  V scale;
+  hn::Vec<U16> frac;
+};
+
+// 16-bit components. The sum is kept multiplied by the scale and with the rounding, in 32 bits, and moved by
+// in * scale - out * scale at once: products of pairs of 16-bit lanes, added.
+struct ScaledSums {
+  using Component = std::int16_t;
+  using D = hn::ScalableTag<std::int16_t>;
+  using D32 = hn::ScalableTag<std::int32_t>;
+  using V = hn::Vec<D>;
+  using V32 = hn::Vec<D32>;
+  static constexpr std::size_t kBytes = hn::MaxLanes(D()) * sizeof(std::int16_t);
+  static constexpr std::size_t kRingBytes = kBytes;
+  static constexpr std::size_t kSumBytes = 2 * kBytes;
+  static constexpr std::size_t kUnits = HWY_TARGET <= HWY_AVX3 ? 2 : 1;
+
+  struct Sum {
+    V32 lower;
+    V32 upper;
+    HWY_INLINE void Load(const std::byte* p) {
+      lower = hn::LoadU(D32(), reinterpret_cast<const std::int32_t*>(p));
+      upper = hn::LoadU(D32(), reinterpret_cast<const std::int32_t*>(p + kBytes));
+    }
+    HWY_INLINE void Store(std::byte* p) const {
+      hn::StoreU(lower, D32(), reinterpret_cast<std::int32_t*>(p));
+      hn::StoreU(upper, D32(), reinterpret_cast<std::int32_t*>(p + kBytes));
+    }
+  };
+
+  explicit ScaledSums(const BoxConstants& box)
+      : scales(Pairs(box.scale, -box.scale)), scale(Pairs(box.scale, 0)), ends(Pairs(box.frac, box.frac - 16384)) {}
+
+  HWY_INLINE Sum Empty() const { return {hn::Set(D32(), 8192), hn::Set(D32(), 8192)}; }
+  static HWY_INLINE V Read(const std::int16_t* p) { return hn::LoadU(D(), p); }
+  template <bool kStreams>
+  static HWY_INLINE void Write(V v, std::int16_t* p) {
+    if constexpr (kStreams) {
+      hn::Stream(v, D(), p);
+    } else {
+      hn::StoreU(v, D(), p);
+    }
+  }
+  static HWY_INLINE void Keep(V v, std::byte* p) { Write<false>(v, reinterpret_cast<std::int16_t*>(p)); }
+  static HWY_INLINE V Kept(const std::byte* p) { return Read(reinterpret_cast<const std::int16_t*>(p)); }
+
+  HWY_INLINE void Add(Sum& sum, V in) const {
+    const V none = hn::Zero(D());
+    sum.lower = AddProducts(sum.lower, hn::InterleaveLower(D(), in, none), scales);
+    sum.upper = AddProducts(sum.upper, hn::InterleaveUpper(D(), in, none), scales);
+  }
+  template <bool kFraction>
+  HWY_INLINE V Step(Sum& sum, V in, V out) const {
+    const V lower = hn::InterleaveLower(D(), in, out);
+    const V upper = hn::InterleaveUpper(D(), in, out);
+    const V32 a = Result<kFraction>(sum.lower, lower);
+    const V32 b = Result<kFraction>(sum.upper, upper);
+    sum.lower = AddProducts(sum.lower, lower, scales);
+    sum.upper = AddProducts(sum.upper, upper, scales);
+    return Narrowed(a, b);
+  }
+
+ private:
+  // The first factor for lanes of even places, the second for those of odd ones.
+  static HWY_INLINE V Pairs(std::int32_t even, std::int32_t odd) {
+    const auto both = static_cast<std::int32_t>((static_cast<std::uint32_t>(odd) << 16) |
+                                                (static_cast<std::uint32_t>(even) & 0xFFFF));
+    return hn::BitCast(D(), hn::Set(D32(), both));
+  }
+
+  template <bool kFraction>
+  HWY_INLINE V32 Result(V32 sum, V both) const {
+    if constexpr (kFraction) {
+      // ((in + out) * frac >> 14) - out, which 16 bits hold: it lies between the two components and theirs
+      // with the sign changed. The upper half of the lane is multiplied by nothing.
+      const V32 more = hn::ShiftRight<14>(AddProducts(hn::Zero(D32()), both, ends));
+      sum = AddProducts(sum, hn::BitCast(D(), more), scale);
+    }
+    return hn::ShiftRight<14>(sum);
+  }
+
+  // The sum and, of each two lanes side by side, the two products.
+#if HWY_ARCH_X86
+  static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
+    V32 unused = hn::Zero(D32());
+    return hn::ReorderWidenMulAccumulate(D32(), a, b, sum, unused);
+  }
+  // Both interleave within blocks of 128 bits, so that the one undoes the other.
+  static HWY_INLINE V Narrowed(V32 lower, V32 upper) {
+    return hn::ReorderDemote2To(D(), lower, upper);
+  }
+#else
+  static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
+    const auto even = [](V v) { return hn::ShiftRight<16>(hn::ShiftLeft<16>(hn::BitCast(D32(), v))); };
+    const auto odd = [](V v) { return hn::ShiftRight<16>(hn::BitCast(D32(), v)); };
+    return hn::Add(sum, hn::Add(hn::Mul(even(a), even(b)), hn::Mul(odd(a), odd(b))));
+  }
+  static HWY_INLINE V Narrowed(V32 lower, V32 upper) {
+    return hn::ConcatEven(D(), hn::BitCast(D(), upper), hn::BitCast(D(), lower));
+  }
+#endif
+
+  V scales;
+  V scale;
+  V ends;
+};
+
+#endif  // HWY_TARGET != HWY_SCALAR
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard

@@ -1,0 +1,240 @@
+#include <algorithm>
+#include <cstring>
+
+#include <hwy/cache_control.h>
+
+#include "blur/BoxSweep.h"
+// Vector types of a size that only the machine knows cannot be members.
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "blur/BoxSweep_simd.cpp"
+
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "blur/BoxSums-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+// What of the three boxes is under way: sums fill one after the other.
+enum Stage { kFillFirst, kFillSecond, kFillThird, kProduce };
+
+// The sums of the three boxes over one vector of components.
+template <class Sums>
+struct Unit {
+  using C = typename Sums::Component;
+  static constexpr std::size_t kBytes = Sums::kBytes;
+  static constexpr std::size_t kRingBytes = Sums::kRingBytes;
+
+  HWY_INLINE void Begin(const Sums& sums) { first = second = third = sums.Empty(); }
+  HWY_INLINE void Load(const std::byte* kept) {
+    first.Load(kept);
+    second.Load(kept + Sums::kSumBytes);
+    third.Load(kept + 2 * Sums::kSumBytes);
+  }
+  HWY_INLINE void Store(std::byte* kept) const {
+    first.Store(kept);
+    second.Store(kept + Sums::kSumBytes);
+    third.Store(kept + 2 * Sums::kSumBytes);
+  }
+
+  // A slot of the rings holds what the box before left `taps` steps ago, until the newest takes its place.
+  template <bool kFraction, Stage kStage, bool kStreams>
+  HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, C* result) {
+    const auto in = Sums::Read(entering);
+    if constexpr (kStage == kFillFirst) {
+      sums.Add(first, in);
+    } else {
+      const auto once = sums.template Step<kFraction>(first, in, Sums::Read(leaving));
+      if constexpr (kStage == kFillSecond) {
+        Sums::Keep(once, slot);
+        sums.Add(second, once);
+      } else {
+        const auto oldOnce = Sums::Kept(slot);
+        Sums::Keep(once, slot);
+        const auto twice = sums.template Step<kFraction>(second, once, oldOnce);
+        if constexpr (kStage == kFillThird) {
+          Sums::Keep(twice, slot + kRingBytes);
+          sums.Add(third, twice);
+        } else {
+          const auto oldTwice = Sums::Kept(slot + kRingBytes);
+          Sums::Keep(twice, slot + kRingBytes);
+          Sums::template Write<kStreams>(sums.template Step<kFraction>(third, twice, oldTwice), result);
+        }
+      }
+    }
+  }
+
+  typename Sums::Sum first;
+  typename Sums::Sum second;
+  typename Sums::Sum third;
+};
+
+// Steps `from` to `to` of one stage over kUnits vectors side by side, from component `lane` of the rows on.
+// Returns the ring's slot behind them.
+template <class Sums, bool kFraction, Stage kStage, bool kStreams, std::size_t kUnits>
+HWY_INLINE std::byte* Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], std::int64_t taps, std::int64_t from,
+                            std::int64_t to, const typename Sums::Component* const* in,
+                            typename Sums::Component* const* out, std::size_t lane, std::byte* ring, std::byte* slot) {
+  using C = typename Sums::Component;
+  constexpr std::size_t kLanes = Sums::kBytes / sizeof(C);
+  constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
+  const std::byte* const ringEnd = ring + static_cast<std::size_t>(taps) * kSlotBytes;
+  for (std::int64_t j = from; j < to; ++j) {
+    const C* entering = in[j] + lane;
+    const C* leaving = kStage == kFillFirst ? entering : in[j - taps] + lane;
+    C* result = kStage == kProduce ? out[j - 3 * taps] + lane : nullptr;
+    units[0].template Step<kFraction, kStage, kStreams>(sums, entering, leaving, slot, result);
+    if constexpr (kUnits == 2) {
+      units[1].template Step<kFraction, kStage, kStreams>(sums, entering + kLanes, leaving + kLanes,
+                                                          slot + 2 * Sums::kRingBytes, result + kLanes);
+    }
+    if constexpr (kStage != kFillFirst) {
+      slot += kSlotBytes;
+      if (slot == ringEnd) slot = ring;
+    }
+  }
+  return slot;
+}
+
+template <class Sums, bool kFraction, bool kStreams, std::size_t kUnits>
+HWY_INLINE std::int64_t Columns(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
+                                const typename Sums::Component* const* in, typename Sums::Component* const* out,
+                                std::size_t at) {
+  const Sums sums(box);
+  const std::int64_t taps = BoxSweep::taps(box);
+  constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
+  const std::size_t lane = at / sizeof(typename Sums::Component);
+  std::byte* const ring = state.rings + at / (kUnits * Sums::kBytes) * static_cast<std::size_t>(taps) * kSlotBytes;
+  std::byte* slot = ring + static_cast<std::size_t>(state.slot) * kSlotBytes;
+  std::byte* const kept = state.sums + at / Sums::kBytes * 3 * Sums::kSumBytes;
+  Unit<Sums> units[kUnits];
+  for (std::size_t u = 0; u < kUnits; ++u) {
+    if (rows.from == 0) {
+      units[u].Begin(sums);
+    } else {
+      units[u].Load(kept + u * 3 * Sums::kSumBytes);
+    }
+  }
+  std::int64_t j = rows.from;
+  std::int64_t end = HWY_MIN(rows.to, taps);
+  slot = Steps<Sums, kFraction, kFillFirst, false>(sums, units, taps, j, end, in, out, lane, ring, slot);
+  j = HWY_MAX(j, end);
+  end = HWY_MIN(rows.to, 2 * taps);
+  slot = Steps<Sums, kFraction, kFillSecond, false>(sums, units, taps, j, end, in, out, lane, ring, slot);
+  j = HWY_MAX(j, end);
+  end = HWY_MIN(rows.to, 3 * taps);
+  slot = Steps<Sums, kFraction, kFillThird, false>(sums, units, taps, j, end, in, out, lane, ring, slot);
+  j = HWY_MAX(j, end);
+  slot = Steps<Sums, kFraction, kProduce, kStreams>(sums, units, taps, j, rows.to, in, out, lane, ring, slot);
+  for (std::size_t u = 0; u < kUnits; ++u)
+    units[u].Store(kept + u * 3 * Sums::kSumBytes);
+  return (slot - ring) / static_cast<std::int64_t>(kSlotBytes);
+}
+
+template <class Sums, bool kFraction, bool kStreams>
+HWY_INLINE void AllColumns(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
+                           const typename Sums::Component* const* in, typename Sums::Component* const* out) {
+  std::int64_t slot = 0;
+  if (Sums::kUnits == 2 && state.rowBytes % (2 * Sums::kBytes) == 0) {
+    for (std::size_t at = 0; at < state.rowBytes; at += 2 * Sums::kBytes)
+      slot = Columns<Sums, kFraction, kStreams, Sums::kUnits>(box, state, rows, in, out, at);
+  } else {
+    for (std::size_t at = 0; at < state.rowBytes; at += Sums::kBytes)
+      slot = Columns<Sums, kFraction, kStreams, 1>(box, state, rows, in, out, at);
+  }
+  state.slot = slot;
+}
+
+template <class Sums>
+void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
+               const typename Sums::Component* const* in, typename Sums::Component* const* out) {
+  if (box.d == 0) {
+    if (rows.streams) return AllColumns<Sums, false, true>(box, state, rows, in, out);
+    return AllColumns<Sums, false, false>(box, state, rows, in, out);
+  }
+  if (rows.streams) return AllColumns<Sums, true, true>(box, state, rows, in, out);
+  AllColumns<Sums, true, false>(box, state, rows, in, out);
+}
+
+void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
+            std::uint8_t* const* out) {
+#if HWY_TARGET == HWY_SCALAR
+  SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
+#else
+  if (SmallSums::Fits(box)) return SweepSums<SmallSums>(box, state, rows, in, out);
+  if (MediumSums::Fits(box)) return SweepSums<MediumSums>(box, state, rows, in, out);
+  SweepSums<SplitSums>(box, state, rows, in, out);
+#endif
+}
+
+void Sweep16(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::int16_t* const* in,
+             std::int16_t* const* out) {
+#if HWY_TARGET == HWY_SCALAR
+  SweepSums<WideSums<std::int16_t>>(box, state, rows, in, out);
+#else
+  SweepSums<ScaledSums>(box, state, rows, in, out);
+#endif
+}
+
+void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::int32_t* const* in,
+             std::int32_t* const* out) {
+  SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace vblur {
+namespace {
+
+HWY_EXPORT(Sweep8);
+HWY_EXPORT(Sweep16);
+HWY_EXPORT(Sweep32);
+
+// 8-bit components wait in lanes of 16 bits.
+std::size_t ringBytes(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes) {
+  const std::size_t row = componentBytes == 1 ? 2 * rowBytes : rowBytes;
+  const std::size_t bytes = 2 * row * static_cast<std::size_t>(BoxSweep::taps(box));
+  return (bytes + kSweepUnit - 1) / kSweepUnit * kSweepUnit;
+}
+
+}  // namespace
+
+BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes)
+    : box_(box),
+      rings_(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, ringBytes(box, rowBytes, componentBytes)))) {
+  state_.rings = rings_.get();
+  state_.rowBytes = rowBytes;
+}
+
+// A box of no width and full weight gives back what it is given.
+template <class C>
+bool BoxSweep::copied(const SweepRows& rows, const C* const* in, C* const* out) const {
+  if (box_.scale != 16384) return false;
+  for (std::int64_t j = std::max(rows.from, lead()); j < rows.to; ++j)
+    std::memcpy(out[j - lead()], in[j - lead() + centre(box_)], state_.rowBytes);
+  return true;
+}
+
+void BoxSweep::advance(const SweepRows& rows, const std::uint8_t* const* in, std::uint8_t* const* out) {
+  if (rows.from == 0) state_.slot = 0;
+  if (!copied(rows, in, out)) HWY_DYNAMIC_DISPATCH(Sweep8)(box_, state_, rows, in, out);
+}
+
+void BoxSweep::advance(const SweepRows& rows, const std::int16_t* const* in, std::int16_t* const* out) {
+  if (rows.from == 0) state_.slot = 0;
+  if (!copied(rows, in, out)) HWY_DYNAMIC_DISPATCH(Sweep16)(box_, state_, rows, in, out);
+}
+
+void BoxSweep::advance(const SweepRows& rows, const std::int32_t* const* in, std::int32_t* const* out) {
+  if (rows.from == 0) state_.slot = 0;
+  HWY_DYNAMIC_DISPATCH(Sweep32)(box_, state_, rows, in, out);
+}
+
+}  // namespace vblur
+#endif  // HWY_ONCE

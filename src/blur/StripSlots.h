@@ -1,0 +1,47 @@
+// Which rows of the source are filtered along x for a pass along y, each of them once: rows beyond the
+// source's box are rows of the box again, and the outside colour is one row more, whatever the size.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "blur/BoxFilter.h"
+#include "image/HvTexAxis.h"
+
+namespace vblur {
+
+class StripSlots {
+ public:
+  // For the rows of `read`, in image coordinates, of a source with the axis `source`.
+  StripSlots(const HvTexAxis& source, const BoxReach& read);
+
+  // False when there is no memory.
+  bool isReady() const { return slots_ != nullptr; }
+  // Filtered rows.
+  std::int32_t count() const { return count_; }
+  // The image coordinate of a slot. But for the last slot, rows follow one another.
+  std::int32_t rowOf(std::int32_t slot) const { return slot == outsideSlot_ ? outsideRow_ : firstRow_ + slot; }
+  // The slot of place i of `read`.
+  std::int32_t at(std::int64_t i) const { return slots_[static_cast<std::size_t>(i)]; }
+
+  struct Run {
+    std::int32_t slot = 0;
+    std::int32_t step = 0;  // 1, -1 or 0
+    std::int32_t length = 0;
+  };
+  // The slots from place i on that follow one another by one step, at most `most` of them, within the strip of
+  // `lines` slots that the first one lies in.
+  Run runAt(std::int64_t i, std::int64_t most, std::int32_t lines) const;
+
+ private:
+  void takeEachPlace();
+
+  std::int64_t length_;
+  std::unique_ptr<std::int32_t[]> slots_;
+  std::int32_t count_ = 0;
+  std::int32_t firstRow_ = 0;
+  std::int32_t outsideSlot_ = -1;
+  std::int32_t outsideRow_ = 0;
+};
+
+}  // namespace vblur

@@ -1,0 +1,206 @@
+// The three boxes in one sweep against three plain ones, at every instruction set that this machine has.
+#include "blur/BoxSweep.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "blur/BoxFilter.h"
+#include "tests/support/CpuLevel.h"
+
+namespace vblur {
+namespace {
+
+using test::CpuLevel;
+using test::forRandomCases;
+using test::Random;
+
+// Components that are random, at an end of the range, or all along a lane at one end.
+template <class C>
+std::vector<C> randomRows(Random& random, std::int64_t rows, std::size_t lanes) {
+  constexpr int kLow = std::numeric_limits<C>::min();
+  constexpr int kHigh = std::numeric_limits<C>::max();
+  std::vector<C> values(static_cast<std::size_t>(rows) * lanes);
+  std::vector<int> ends(lanes);
+  for (int& end : ends)
+    end = random.within(0, 9);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const int end = ends[i % lanes];
+    const int value = end == 0   ? kHigh
+                      : end == 1 ? kLow
+                      : end == 2 ? random.oneOf({kLow, kHigh})
+                                 : random.within(kLow, kHigh);
+    values[i] = static_cast<C>(value);
+  }
+  return values;
+}
+
+template <class C, class Row>
+std::vector<Row> tableOf(C* first, std::size_t rows, std::size_t lanes) {
+  std::vector<Row> table;
+  for (std::size_t i = 0; i < rows; ++i)
+    table.push_back(first + i * lanes);
+  return table;
+}
+
+// One plain box over one lane; position 0 of the result is `reach` after that of the line.
+std::vector<std::int32_t> boxed(const std::vector<std::int32_t>& line, const BoxConstants& box) {
+  const auto count = static_cast<std::int64_t>(line.size()) - BoxSweep::taps(box);
+  std::vector<std::int32_t> result(static_cast<std::size_t>(count));
+  filterBox<1>(
+      box.reach(), box.reach() + count, box, [&](std::int64_t i) { return line.data() + i; },
+      [&](std::int64_t i) { return result.data() + (i - box.reach()); }, [](std::int64_t) {});
+  return result;
+}
+
+template <class C>
+void compareWithTwin(Random& random, float radius) {
+  ASSERT_TRUE(sweepKnows(boxConstants(radius)));
+  const BoxConstants box = withWeightyEnds(boxConstants(radius));
+  const std::size_t rowBytes = random.oneIn(2) ? 64 : random.oneIn(2) ? 128 : 256;
+  const std::size_t lanes = rowBytes / sizeof(C);
+  const std::int64_t count = random.within(1, 30);
+  const std::int64_t steps = count + 3 * BoxSweep::taps(box);
+  auto in = randomRows<C>(random, steps, lanes);
+  // Results that are streamed begin with a vector.
+  const auto produced = static_cast<std::size_t>(count);
+  std::vector<C> memory(produced * lanes + 128 / sizeof(C), C{99});
+  const auto misplaced = (64 - reinterpret_cast<std::uintptr_t>(memory.data()) % 64) % 64 / sizeof(C);
+  C* const out = memory.data() + misplaced;
+  const auto inRows = tableOf<C, const C*>(in.data(), static_cast<std::size_t>(steps), lanes);
+  const auto outRows = tableOf<C, C*>(out, produced, lanes);
+  BoxSweep sweep(box, rowBytes, sizeof(C));
+  ASSERT_TRUE(sweep.isReady());
+  // Two strips, one behind the other, each in one stretch or in several.
+  for (int strip = 0; strip < 2; ++strip) {
+    for (SweepRows rows{0, 0, random.oneIn(2)}; rows.to < steps;) {
+      rows.from = rows.to;
+      rows.to = random.oneIn(3) ? steps : std::min<std::int64_t>(steps, rows.from + random.within(1, 80));
+      sweep.advance(rows, inRows.data(), outRows.data());
+    }
+  }
+  for (std::size_t lane = 0; lane < lanes; ++lane) {
+    std::vector<std::int32_t> line;
+    for (const C* row : inRows)
+      line.push_back(row[lane]);
+    const std::vector<std::int32_t> expected = boxed(boxed(boxed(line, box), box), box);
+    for (std::size_t i = 0; i < produced; ++i) {
+      ASSERT_EQ(static_cast<std::int32_t>(outRows[i][lane]), expected[i])
+          << HvCpuLevel() << " radius " << radius << " row " << i << " lane " << lane << " of " << lanes;
+    }
+  }
+  EXPECT_EQ(memory.back(), C{99});
+}
+
+void compareAllWithTwin(Random& random, float radius) {
+  compareWithTwin<std::uint8_t>(random, radius);
+  compareWithTwin<std::int16_t>(random, radius);
+  compareWithTwin<std::int32_t>(random, radius);
+}
+
+class BoxSweepAtLevel : public testing::TestWithParam<std::string> {};
+
+TEST_P(BoxSweepAtLevel, EqualsThreePlainBoxes) {
+  const CpuLevel level(GetParam());
+  for (const float radius :
+       {0.0f,  1e-9f,    0.00005f, 0.25f, 0.4999f, 0.5f,   0.9999f, 1.0f,      1.25f,  2.0f,   31.5f, 61.99f,
+        62.0f, 62.0001f, 62.9999f, 63.0f, 64.5f,   126.5f, 127.0f,  127.9999f, 128.0f, 129.5f, 333.3f}) {
+    forRandomCases(2, [&](Random& random) { compareAllWithTwin(random, radius); });
+  }
+  forRandomCases(30, [](Random& random) { compareAllWithTwin(random, random.between(0.0f, 140.0f)); });
+}
+
+std::vector<std::string> VectorLevels() {
+  return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, BoxSweepAtLevel, testing::ValuesIn(VectorLevels()));
+
+// What the lanes compute, written with plain numbers.
+std::int32_t roundingHighMultiply(std::int32_t a, std::int32_t b) {
+  return (a * b + 0x4000) >> 15;
+}
+std::uint32_t highMultiply(std::uint32_t a, std::uint32_t b) {
+  return (a * b) >> 16;
+}
+
+// All scales that boxes of 8-bit pictures have in 16-bit lanes, for every sum that the lanes hold.
+TEST(BoxSweepArithmetic, MultipliesAsThePlainBoxDoesOverTheWholeDomain) {
+  constexpr int kStep = test::kShareOfCases == 1 ? 1 : 37;
+  for (std::int32_t scale = 1; scale < 16384; scale += kStep) {
+    // No more taps than the scale leaves room for.
+    const std::int32_t most = std::min<std::int32_t>(32767, 255 * (16384 / scale + 2));
+    for (std::int32_t sum = 0; sum <= most; ++sum)
+      ASSERT_EQ(roundingHighMultiply(sum, 2 * scale), (sum * scale + 8192) >> 14) << sum << " " << scale;
+  }
+  for (std::uint32_t scale = 1; scale < 8192; scale += kStep) {
+    const std::uint32_t most = std::min<std::uint32_t>(65535, 255 * (16384 / scale + 2));
+    for (std::uint32_t sum = 0; sum <= most; ++sum)
+      ASSERT_EQ((highMultiply(sum, 8 * scale) + 1) >> 1, (sum * scale + 8192) >> 14) << sum << " " << scale;
+  }
+  for (std::uint32_t frac = 0; frac < 16384; frac += kStep) {
+    for (std::uint32_t ends = 0; ends <= 510; ++ends)
+      ASSERT_EQ(highMultiply(ends, 4 * frac), (ends * frac) >> 14) << ends << " " << frac;
+  }
+}
+
+// Boxes above 8-bit sums keep the sum multiplied, its lower 14 bits apart from the result.
+TEST(BoxSweepArithmetic, SplitSumsCarryAtMostOne) {
+  for (std::int32_t r = 128; r < 8192; ++r) {
+    const std::int32_t scale = boxConstants(static_cast<float>(r)).scale;
+    ASSERT_LE(255 * scale, 16383) << r;
+    ASSERT_LE(16383 + 255 * scale, 32767) << r;
+  }
+}
+
+// (in + out) * frac / 2^14 - out fits 16 bits for all 16-bit components, and is the pair of products.
+TEST(BoxSweepArithmetic, WeightedEndsWithoutTheOneThatLeavesFit16Bits) {
+  for (const std::int32_t frac : {1, 2, 8191, 8192, 8193, 16382, 16383}) {
+    for (std::int32_t in = -32768; in <= 32767; in += in < -32700 || in > 32600 ? 1 : 97) {
+      for (std::int32_t out = -32768; out <= 32767; out += out < -32700 || out > 32600 ? 1 : 89) {
+        const std::int32_t more = (((in + out) * frac) >> 14) - out;
+        ASSERT_EQ((in * frac + out * (frac - 16384)) >> 14, more);
+        ASSERT_TRUE(more >= -32768 && more <= 32767) << in << " " << out << " " << frac;
+      }
+    }
+  }
+}
+
+// Ends without weight are left out, and nothing else changes.
+TEST(BoxSweepArithmetic, EndsWithoutWeightDoNotMatter) {
+  const BoxConstants box = boxConstants(7.00001f);
+  ASSERT_EQ(box.d, 1);
+  ASSERT_EQ(box.frac, 0);
+  std::vector<std::int32_t> line(60);
+  for (std::size_t i = 0; i < line.size(); ++i)
+    line[i] = static_cast<std::int32_t>(i * i * 7919 % 65536) - 32768;
+  const std::vector<std::int32_t> withEnds = boxed(line, box);
+  const std::vector<std::int32_t> without = boxed(line, withWeightyEnds(box));
+  for (std::size_t i = 0; i < withEnds.size(); ++i)
+    ASSERT_EQ(withEnds[i], without[i + 1]);
+}
+
+// Full weight is for boxes without any width only, so that they may be copied.
+TEST(BoxSweepArithmetic, FullWeightHasNoFraction) {
+  for (float radius = 0.0f; radius < 0.0001f; radius = std::nextafter(radius + 1e-9f, 1.0f)) {
+    const BoxConstants box = boxConstants(radius);
+    if (box.scale == 16384) {
+      ASSERT_EQ(box.frac, 0) << radius;
+    }
+  }
+}
+
+// The largest sums of each kind of lanes: one more tap would not fit.
+TEST(BoxSweepArithmetic, SumsFitTheirLanes) {
+  const auto largestSum = [](std::int32_t r) { return 255 * (2 * r + 2); };
+  EXPECT_LE(largestSum(62), 32767);
+  EXPECT_LE(255 * (2 * 62 + 1) + 509, 32767);
+  EXPECT_LE(largestSum(127), 65535);
+  EXPECT_LE(255 * (2 * 127 + 1) + 510, 65535);
+}
+
+}  // namespace
+}  // namespace vblur

@@ -1,0 +1,84 @@
+// Pictures so large that they are written past the caches: vector code against the plain code.
+#include "blur/StripPasses.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "blur/GaussFilter.h"
+#include "tests/support/CpuLevel.h"
+#include "tests/support/Random.h"
+#include "tests/support/ThreadCount.h"
+
+namespace vblur::test {
+namespace {
+
+// A picture whose rows begin some pixels after a cache line, and lie `stride` bytes apart.
+template <class Pixel>
+class PlacedPicture {
+ public:
+  using Texture = HvTexture<Pixel, std::conditional_t<std::is_same_v<Pixel, int>, int, Ri>>;
+
+  PlacedPicture(std::int32_t width, std::int32_t height, std::int32_t pixelsAfterLine, std::int64_t stride)
+      : bytes_(static_cast<std::size_t>(stride * height) + 512),
+        memory_(static_cast<std::byte*>(std::aligned_alloc(64, (bytes_ + 63) / 64 * 64)), &std::free) {
+    std::memset(memory_.get(), 0x5A, bytes_);
+    texture.wrap(width, height, memory_.get() + pixelsAfterLine * sizeof(Pixel));
+    texture.stride = stride;
+  }
+  void fill(Random& random) {
+    auto noise = static_cast<std::uint32_t>(random.within(0, 1 << 30));
+    for (std::size_t i = 0; i < bytes_; ++i) {
+      noise = noise * 1664525u + 1013904223u;
+      memory_[i] = static_cast<std::byte>(noise >> 24);
+    }
+  }
+  bool equals(const PlacedPicture& other) const { return std::memcmp(memory_.get(), other.memory_.get(), bytes_) == 0; }
+
+  Texture texture;
+
+ private:
+  std::size_t bytes_;
+  std::unique_ptr<std::byte[], decltype(&std::free)> memory_;
+};
+
+template <class Pixel, class Mask>
+void compareWithPlainCode(Random& random) {
+  const auto height = static_cast<std::int32_t>(kStreamedBytes / (512 * sizeof(Pixel))) + random.within(0, 20);
+  const std::int32_t width = 512 + random.within(0, 40);
+  const std::int32_t offset = random.within(0, 20);
+  const auto rowBytes = static_cast<std::int64_t>(width * sizeof(Pixel));
+  const std::int64_t stride = random.oneIn(2) ? (rowBytes + 63) / 64 * 64 : rowBytes;
+  PlacedPicture<Pixel> source(width, height, random.within(0, 5), stride);
+  source.fill(random);
+  source.texture.setEdgeMethods(random.within(0, 3), random.within(0, 3));
+  const float sizeX = random.between(0.0f, 150.0f);
+  const float sizeY = random.between(0.0f, 150.0f);
+  SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height) + " sizes " + std::to_string(sizeX) + " " +
+               std::to_string(sizeY) + " stride " + std::to_string(stride));
+  PlacedPicture<Pixel> results[] = {{width, height, offset, stride}, {width, height, offset, stride}};
+  for (int i = 0; i < 2; ++i) {
+    const ThreadCount threads(i == 0 ? 2 : random.within(1, 3));
+    const CpuLevel level(i == 0 ? "twin" : "native");
+    GaussFilter<Pixel, typename PlacedPicture<Pixel>::Texture::Accum, Mask> filter;
+    filter.sizeX = sizeX;
+    filter.sizeY = sizeY;
+    filter.process(&source.texture, &results[i].texture);
+  }
+  EXPECT_TRUE(results[0].equals(results[1]));
+}
+
+TEST(StripPasses, LargePicturesEqualThoseOfThePlainCode) {
+  forRandomCases(3, [](Random& random) {
+    compareWithPlainCode<R8, ChannelMask<1, 1, 1, 1>>(random);
+    compareWithPlainCode<R8, ChannelMask<1, 0, 1, 0>>(random);
+    compareWithPlainCode<R16, ChannelMask<1, 1, 1, 1>>(random);
+    compareWithPlainCode<Ri, ChannelMask<1, 1, 0, 0>>(random);
+    compareWithPlainCode<int, ChannelMask<1, 0, 0, 0>>(random);
+  });
+}
+
+}  // namespace
+}  // namespace vblur::test
