@@ -85,8 +85,9 @@ struct WideSums {
 
 #if HWY_TARGET != HWY_SCALAR
 
-// 8-bit components as two vectors of 16-bit lanes, those of even and those of odd places.
-template <class T>
+// 8-bit components as two vectors of 16-bit lanes, those of even and those of odd places. Between two boxes they
+// wait in these lanes, or packed where the rings would not fit the nearest cache.
+template <class T, bool kPacked>
 struct ByteLanes {
   using Component = std::uint8_t;
   using D = hn::ScalableTag<T>;
@@ -94,7 +95,7 @@ struct ByteLanes {
   using U16 = hn::ScalableTag<std::uint16_t>;
   using U8 = hn::ScalableTag<std::uint8_t>;
   static constexpr std::size_t kBytes = hn::MaxLanes(U8());
-  static constexpr std::size_t kRingBytes = 2 * kBytes;
+  static constexpr std::size_t kRingBytes = (kPacked ? 1 : 2) * kBytes;
 
   struct Pair {
     V even;
@@ -117,19 +118,33 @@ struct ByteLanes {
     }
   }
   static HWY_INLINE void Keep(const Pair& v, std::byte* p) {
+    if constexpr (kPacked) {
+      Write<false>(v, reinterpret_cast<std::uint8_t*>(p));
+    } else {
+      StorePair(v, p);
+    }
+  }
+  static HWY_INLINE Pair Kept(const std::byte* p) {
+    if constexpr (kPacked) {
+      return Read(reinterpret_cast<const std::uint8_t*>(p));
+    } else {
+      return LoadPair(p);
+    }
+  }
+  static HWY_INLINE void StorePair(const Pair& v, std::byte* p) {
     hn::StoreU(v.even, D(), reinterpret_cast<T*>(p));
     hn::StoreU(v.odd, D(), reinterpret_cast<T*>(p + kBytes));
   }
-  static HWY_INLINE Pair Kept(const std::byte* p) {
+  static HWY_INLINE Pair LoadPair(const std::byte* p) {
     return {hn::LoadU(D(), reinterpret_cast<const T*>(p)), hn::LoadU(D(), reinterpret_cast<const T*>(p + kBytes))};
   }
 };
 
 // What the kinds with one 16-bit sum for each component share. Kind gives a result from a sum (Scaled) and
 // the weight of the two end taps (Ends).
-template <class T, class Kind>
-struct ByteSums : ByteLanes<T> {
-  using Lanes = ByteLanes<T>;
+template <class T, bool kPacked, class Kind>
+struct ByteSums : ByteLanes<T, kPacked> {
+  using Lanes = ByteLanes<T, kPacked>;
   using typename Lanes::D;
   using typename Lanes::Pair;
   using typename Lanes::V;
@@ -138,8 +153,8 @@ struct ByteSums : ByteLanes<T> {
 
   struct Sum {
     Pair lanes;
-    HWY_INLINE void Load(const std::byte* p) { lanes = Lanes::Kept(p); }
-    HWY_INLINE void Store(std::byte* p) const { Lanes::Keep(lanes, p); }
+    HWY_INLINE void Load(const std::byte* p) { lanes = Lanes::LoadPair(p); }
+    HWY_INLINE void Store(std::byte* p) const { Lanes::StorePair(lanes, p); }
   };
 
   HWY_INLINE Sum Empty() const { return {{hn::Zero(D()), hn::Zero(D())}}; }
@@ -170,7 +185,13 @@ struct ByteSums : ByteLanes<T> {
 // Boxes of up to 126 taps: sums of at most 127 * 255 + 1, which 16 signed bits hold. (S * scale + 8192) >> 14 is
 // the rounding high multiply by 2 * scale, and ((in + out) * frac) >> 14 the high multiply by 4 * frac; both
 // factors fit 16 bits for a scale below 1.
-struct SmallSums : ByteSums<std::int16_t, SmallSums> {
+template <bool kPacked>
+struct SmallSums : ByteSums<std::int16_t, kPacked, SmallSums<kPacked>> {
+  using Lanes = ByteLanes<std::int16_t, kPacked>;
+  using typename Lanes::D;
+  using typename Lanes::U16;
+  using typename Lanes::V;
+
   static bool Fits(const BoxConstants& box) { return box.r <= 62; }
   explicit SmallSums(const BoxConstants& box)
       : scale(hn::Set(D(), static_cast<std::int16_t>(2 * box.scale))),
@@ -185,7 +206,13 @@ struct SmallSums : ByteSums<std::int16_t, SmallSums> {
 
 // Boxes of up to 257 taps: sums of at most 257 * 255 = 65535, which 16 unsigned bits hold. The high multiply
 // by 8 * scale gives (S * scale) >> 13, and the rounding average with 0 the last bit.
-struct MediumSums : ByteSums<std::uint16_t, MediumSums> {
+template <bool kPacked>
+struct MediumSums : ByteSums<std::uint16_t, kPacked, MediumSums<kPacked>> {
+  using Lanes = ByteLanes<std::uint16_t, kPacked>;
+  using typename Lanes::D;
+  using typename Lanes::U16;
+  using typename Lanes::V;
+
   static bool Fits(const BoxConstants& box) { return box.r <= 127 && box.scale < 8192; }
   explicit MediumSums(const BoxConstants& box)
       : scale(hn::Set(D(), static_cast<std::uint16_t>(8 * box.scale))),
@@ -201,7 +228,7 @@ struct MediumSums : ByteSums<std::uint16_t, MediumSums> {
 // All larger boxes, whose scale is at most 63. The sum is kept multiplied by it and with the rounding, its
 // lower 14 bits in one lane and what is above, the result, in another: a step moves the lower part by at most
 // 63 * 255 = 16065, so that a carry of one is all there is.
-struct SplitSums : ByteLanes<std::int16_t> {
+struct SplitSums : ByteLanes<std::int16_t, true> {
   static constexpr std::size_t kSumBytes = 4 * kBytes;
   static constexpr std::size_t kUnits = 1;
 
@@ -209,12 +236,12 @@ struct SplitSums : ByteLanes<std::int16_t> {
     Pair low;
     Pair high;
     HWY_INLINE void Load(const std::byte* p) {
-      low = Kept(p);
-      high = Kept(p + 2 * kBytes);
+      low = LoadPair(p);
+      high = LoadPair(p + 2 * kBytes);
     }
     HWY_INLINE void Store(std::byte* p) const {
-      Keep(low, p);
-      Keep(high, p + 2 * kBytes);
+      StorePair(low, p);
+      StorePair(high, p + 2 * kBytes);
     }
   };
 
@@ -338,8 +365,14 @@ struct ScaledSums {
   // The sum and, of each two lanes side by side, the two products.
 #if HWY_ARCH_X86
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
+#if HWY_TARGET == HWY_AVX3_DL
+    // Both compilers are told of this set without the extension that has the instruction as an intrinsic.
+    asm("vpdpwssd %2, %1, %0" : "+v"(sum.raw) : "v"(a.raw), "v"(b.raw));
+    return sum;
+#else
     V32 unused = hn::Zero(D32());
     return hn::ReorderWidenMulAccumulate(D32(), a, b, sum, unused);
+#endif
   }
   // Both interleave within blocks of 128 bits, so that the one undoes the other.
   static HWY_INLINE V Narrowed(V32 lower, V32 upper) {

@@ -36,6 +36,10 @@ struct SweepRows {
   std::int64_t from = 0;  // steps done
   std::int64_t to = 0;    // steps to have done
   bool streams = false;   // results are not read again soon: past the caches; their rows begin with a vector
+  // Memory that will be read after these steps, to be asked for in the course of them: a place for each of the
+  // steps, with so many cache lines. Null: none.
+  const std::byte* const* ahead = nullptr;
+  std::size_t aheadLines = 0;
 };
 
 // One thread's running sums and rings for strips of lines; private to advance.

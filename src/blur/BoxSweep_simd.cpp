@@ -1,3 +1,6 @@
+// Sums of 16-bit components gain from products that are added at once, which the widest set alone has.
+#define HWY_WANT_AVX3_DL
+
 #include <algorithm>
 #include <cstring>
 
@@ -72,17 +75,25 @@ struct Unit {
   typename Sums::Sum third;
 };
 
+// Asks for the memory of one step.
+HWY_INLINE void AskFor(const std::byte* place, std::size_t lines) {
+  hwy::Prefetch(place);
+  if (lines == 2) hwy::Prefetch(place + 64);
+}
+
 // Steps `from` to `to` of one stage over kUnits vectors side by side, from component `lane` of the rows on.
 // Returns the ring's slot behind them.
 template <class Sums, bool kFraction, Stage kStage, bool kStreams, std::size_t kUnits>
-HWY_INLINE std::byte* Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], std::int64_t taps, std::int64_t from,
-                            std::int64_t to, const typename Sums::Component* const* in,
+HWY_INLINE std::byte* Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], std::int64_t taps, const SweepRows& rows,
+                            std::int64_t from, std::int64_t to, const typename Sums::Component* const* in,
                             typename Sums::Component* const* out, std::size_t lane, std::byte* ring, std::byte* slot) {
   using C = typename Sums::Component;
   constexpr std::size_t kLanes = Sums::kBytes / sizeof(C);
   constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
   const std::byte* const ringEnd = ring + static_cast<std::size_t>(taps) * kSlotBytes;
+  const std::byte* const* const ahead = lane == 0 ? rows.ahead : nullptr;
   for (std::int64_t j = from; j < to; ++j) {
+    if (ahead != nullptr) AskFor(ahead[j - rows.from], rows.aheadLines);
     const C* entering = in[j] + lane;
     const C* leaving = kStage == kFillFirst ? entering : in[j - taps] + lane;
     C* result = kStage == kProduce ? out[j - 3 * taps] + lane : nullptr;
@@ -120,15 +131,15 @@ HWY_INLINE std::int64_t Columns(const BoxConstants& box, BoxSweep::State& state,
   }
   std::int64_t j = rows.from;
   std::int64_t end = HWY_MIN(rows.to, taps);
-  slot = Steps<Sums, kFraction, kFillFirst, false>(sums, units, taps, j, end, in, out, lane, ring, slot);
+  slot = Steps<Sums, kFraction, kFillFirst, false>(sums, units, taps, rows, j, end, in, out, lane, ring, slot);
   j = HWY_MAX(j, end);
   end = HWY_MIN(rows.to, 2 * taps);
-  slot = Steps<Sums, kFraction, kFillSecond, false>(sums, units, taps, j, end, in, out, lane, ring, slot);
+  slot = Steps<Sums, kFraction, kFillSecond, false>(sums, units, taps, rows, j, end, in, out, lane, ring, slot);
   j = HWY_MAX(j, end);
   end = HWY_MIN(rows.to, 3 * taps);
-  slot = Steps<Sums, kFraction, kFillThird, false>(sums, units, taps, j, end, in, out, lane, ring, slot);
+  slot = Steps<Sums, kFraction, kFillThird, false>(sums, units, taps, rows, j, end, in, out, lane, ring, slot);
   j = HWY_MAX(j, end);
-  slot = Steps<Sums, kFraction, kProduce, kStreams>(sums, units, taps, j, rows.to, in, out, lane, ring, slot);
+  slot = Steps<Sums, kFraction, kProduce, kStreams>(sums, units, taps, rows, j, rows.to, in, out, lane, ring, slot);
   for (std::size_t u = 0; u < kUnits; ++u)
     units[u].Store(kept + u * 3 * Sums::kSumBytes);
   return (slot - ring) / static_cast<std::int64_t>(kSlotBytes);
@@ -159,13 +170,22 @@ void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows&
   AllColumns<Sums, true, false>(box, state, rows, in, out);
 }
 
+// Whether rings of 16-bit lanes leave the nearest cache room for the rows that fill them.
+HWY_INLINE bool FitsCache(const BoxConstants& box, const BoxSweep::State& state) {
+  constexpr std::int64_t kRingBytesMost = 16 << 10;
+  return BoxSweep::taps(box) * static_cast<std::int64_t>(4 * state.rowBytes) <= kRingBytesMost;
+}
+
 void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
             std::uint8_t* const* out) {
 #if HWY_TARGET == HWY_SCALAR
   SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
 #else
-  if (SmallSums::Fits(box)) return SweepSums<SmallSums>(box, state, rows, in, out);
-  if (MediumSums::Fits(box)) return SweepSums<MediumSums>(box, state, rows, in, out);
+  if (SmallSums<false>::Fits(box)) {
+    if (FitsCache(box, state)) return SweepSums<SmallSums<false>>(box, state, rows, in, out);
+    return SweepSums<SmallSums<true>>(box, state, rows, in, out);
+  }
+  if (MediumSums<true>::Fits(box)) return SweepSums<MediumSums<true>>(box, state, rows, in, out);
   SweepSums<SplitSums>(box, state, rows, in, out);
 #endif
 }

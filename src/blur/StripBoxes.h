@@ -85,17 +85,22 @@ class StripBoxes {
 
   // `out` has the rows of produced(). Calls need(first, last) before the gathered rows are read for the first
   // time, and done(first, last) when rows of `out` are there, both by their place in the table and in
-  // stretches one behind the other. `streams`: see SweepRows.
-  template <class Need, class Done>
-  void run(Component* const* out, bool streams, const Need& need, const Done& done) {
+  // stretches one behind the other. askFor(first, last, ahead) writes down kStripTile places of the memory that
+  // need will read for a range and returns how many cache lines to ask for at each, 0 for none. `streams`: see
+  // SweepRows.
+  template <class Need, class AskFor, class Done>
+  void run(Component* const* out, bool streams, const Need& need, const AskFor& askFor, const Done& done) {
     HvCountVectorCall();
     const std::int64_t end = read_.last - read_.first;
     const std::int64_t lead = sweep_.lead();
     std::int64_t stretch = gathered_.together(0);
+    const std::byte* ahead[kStripTile];
     for (SweepRows rows{0, 0, streams}; rows.to < end; stretch = kStripTile) {
       rows.from = rows.to;
       rows.to = std::min(end, rows.from + stretch);
       need(rows.from, rows.to);
+      rows.aheadLines = askFor(rows.to, std::min(end, rows.to + kStripTile), ahead);
+      rows.ahead = rows.aheadLines > 0 ? ahead : nullptr;
       sweep_.advance(rows, gathered_.table(), out);
       if (rows.to > lead) done(std::max(rows.from, lead) - lead, rows.to - lead);
     }

@@ -118,6 +118,9 @@ class StripPasses {
       strip.run(
           targets.get(), streams(),
           [&](std::int64_t from, std::int64_t to) { gatherRows(in, first, n, from, to, strip); },
+          [&](std::int64_t from, std::int64_t to, const std::byte** ahead) {
+            return askForRows(in, first, n, from, to, strip, ahead);
+          },
           [](std::int64_t, std::int64_t) {});
     }
     return true;
@@ -145,6 +148,9 @@ class StripPasses {
       strip.run(
           inPlace ? targets.get() : strip.result().table(), inPlace && streams() && startsCacheLine(out, x1 + first),
           [&](std::int64_t from, std::int64_t to) { gatherColumns(first, n, from, to, strip); },
+          [&](std::int64_t from, std::int64_t to, const std::byte** ahead) {
+            return askForColumns(first, n, from, to, ahead);
+          },
           [&](std::int64_t from, std::int64_t to) {
             if (!inPlace) scatterColumns<Mask>(strip, from, to, x1 + first, n, out);
           });
@@ -204,10 +210,9 @@ class StripPasses {
   // `n` columns of the window, at places [from, to) of what the pass along y reads.
   void gatherColumns(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
                      const StripBoxes<Component>& strip) const {
-    askFor(first, n, to, std::min(to + kStripTile, strip.read().last - strip.read().first));
     for (std::int64_t i = from; i < to;) {
       const std::int64_t most = std::min(to - i, strip.gathered().together(i));
-      const StripSlots::Run run = slots_.runAt(i, most, kRows);
+      const StripSlots::Run run = slots_.template runAt<kRows>(i, most);
       const Pixel* pixels = stored(run.slot / kRows, first) + run.slot % kRows;
       StripTile<Pixel>{pixels, kStoreBytes, run.step, n, run.length}.gather(pixelsOf(strip.gathered().row(i)),
                                                                             kColumnBytes);
@@ -215,13 +220,31 @@ class StripPasses {
     }
   }
 
-  // The memory for the next tile, while this one is filtered.
-  void askFor(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to) const {
+  // Where the next tile lies, so that its memory is asked for while this one is filtered. Of a tile that is cut
+  // short, or that goes backwards, no more than some lines are not there in time.
+  static constexpr std::size_t kLinesOfColumns = kColumnBytes / kStoreBytes;
+  std::size_t askForColumns(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
+                            const std::byte** ahead) const {
+    if (n != kColumns || to - from != kStripTile) return 0;
     for (std::int64_t i = from; i < to; i += kRows) {
-      const Pixel* line = stored(slots_.at(i) / kRows, first);
-      for (std::int32_t j = 0; j < n; ++j)
-        hwy::Prefetch(line + j * kRows);
+      const auto* line = reinterpret_cast<const std::byte*>(stored(slots_.at(i) / kRows, first));
+      for (std::int32_t j = 0; j < kRows; ++j, line += kColumnBytes)
+        *ahead++ = line;
     }
+    return kLinesOfColumns;
+  }
+
+  std::size_t askForRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
+                         const StripBoxes<Component>& strip, const std::byte** ahead) const {
+    if (n != kRows || to - from != kStripTile) return 0;
+    const HvPixelRun<Pixel> run = in.readRun(static_cast<std::int32_t>(strip.read().first + from), slots_.rowOf(first));
+    if (!run.exists || run.step != 1 || run.length < kStripTile) return 0;
+    const auto* line = reinterpret_cast<const std::byte*>(run.first);
+    for (std::int32_t j = 0; j < kRows; ++j, line += in.stride) {
+      for (std::size_t k = 0; k < sizeof(Pixel); ++k)
+        *ahead++ = line + k * kStoreBytes;
+    }
+    return 1;
   }
 
   template <class Mask>

@@ -47,21 +47,4 @@ void StripSlots::takeEachPlace() {
     slots_[static_cast<std::size_t>(i)] = i;
 }
 
-StripSlots::Run StripSlots::runAt(std::int64_t i, std::int64_t most, std::int32_t lines) const {
-  Run run{at(i), 0, 1};
-  if (most == 1) return run;
-  run.step = at(i + 1) - run.slot;
-  const std::int32_t strip = run.slot / lines;
-  if (run.step < -1 || run.step > 1 || at(i + 1) / lines != strip) {
-    run.step = 0;
-    return run;
-  }
-  while (run.length < most) {
-    const std::int32_t next = at(i + run.length);
-    if (next != run.slot + run.length * run.step || next / lines != strip) break;
-    ++run.length;
-  }
-  return run;
-}
-
 }  // namespace vblur

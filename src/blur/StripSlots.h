@@ -30,8 +30,24 @@ class StripSlots {
     std::int32_t length = 0;
   };
   // The slots from place i on that follow one another by one step, at most `most` of them, within the strip of
-  // `lines` slots that the first one lies in.
-  Run runAt(std::int64_t i, std::int64_t most, std::int32_t lines) const;
+  // kLines slots that the first one lies in.
+  template <std::int32_t kLines>
+  Run runAt(std::int64_t i, std::int64_t most) const {
+    Run run{at(i), 0, 1};
+    if (most == 1) return run;
+    const std::int32_t strip = run.slot / kLines;
+    run.step = at(i + 1) - run.slot;
+    if (run.step < -1 || run.step > 1 || at(i + 1) / kLines != strip) {
+      run.step = 0;
+      return run;
+    }
+    while (run.length < most) {
+      const std::int32_t next = at(i + run.length);
+      if (next != run.slot + run.length * run.step || next / kLines != strip) break;
+      ++run.length;
+    }
+    return run;
+  }
 
  private:
   void takeEachPlace();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 
+// The set with products that are added at once, which some of the code is compiled for.
+#define HWY_WANT_AVX3_DL
 #include <hwy/highway.h>
 
 namespace vblur {
@@ -48,7 +50,11 @@ bool HvSetCpuLevel(std::string_view level) {
         return level == hwy::TargetName(target);
       });
   if (chosen == targets.end()) return false;
-  hwy::GetChosenTarget().Update(*chosen);
+  // Code that was not compiled for the chosen set runs for the best below it.
+  std::int64_t atMost = 0;
+  for (const std::int64_t target : targets)
+    atMost |= target >= *chosen ? target : 0;
+  hwy::GetChosenTarget().Update(atMost);
   chosenTarget.store(*chosen, std::memory_order_relaxed);
   usesVectors.store(true, std::memory_order_relaxed);
   return true;
