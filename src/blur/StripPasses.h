@@ -250,13 +250,17 @@ class StripPasses {
   template <class Mask>
   void scatterColumns(const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to, std::int32_t x,
                       std::int32_t n, const Texture& out) const {
+    constexpr std::int64_t kAhead = 24;
+    const auto target = [&](std::int64_t i) { return out.target(x, static_cast<std::int32_t>(rows_.first + i)); };
     for (std::int64_t i = from; i < to; ++i) {
       const HvPixelRun<Pixel> run{pixelsOf(strip.result().row(i)), 1, n, true};
-      Pixel* target = out.target(x, static_cast<std::int32_t>(rows_.first + i));
+      const Pixel* ahead = target(std::min(i + kAhead, rows_.last - rows_.first - 1));
+      hwy::Prefetch(ahead);
+      hwy::Prefetch(ahead + n - 1);
       if constexpr (Mask::kCount == PixelTraits<Pixel>::kComponents) {
-        copyPixels(target, run, n);
+        copyPixels(target(i), run, n);
       } else {
-        copyChannels<Mask>(target, run, n);
+        copyChannels<Mask>(target(i), run, n);
       }
     }
   }
