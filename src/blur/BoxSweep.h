@@ -40,8 +40,6 @@ struct SweepRows {
   // steps, with so many cache lines. Null: none.
   const std::byte* const* ahead = nullptr;
   std::size_t aheadLines = 0;
-  // Rows of the output, where it is memory that is not at hand: they are asked for as well. 0: none.
-  std::int64_t results = 0;
 };
 
 // One thread's running sums and rings for strips of lines; private to advance.

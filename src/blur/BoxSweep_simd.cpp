@@ -75,9 +75,6 @@ struct Unit {
   typename Sums::Sum third;
 };
 
-// How many rows before its turn a row of the output is asked for.
-constexpr std::int64_t kResultsAhead = 16;
-
 // Asks for the memory of one step.
 HWY_INLINE void AskFor(const std::byte* place, std::size_t lines) {
   hwy::Prefetch(place);
@@ -95,13 +92,7 @@ HWY_INLINE std::byte* Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], std::
   constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
   const std::byte* const ringEnd = ring + static_cast<std::size_t>(taps) * kSlotBytes;
   const std::byte* const* const ahead = lane == 0 ? rows.ahead : nullptr;
-  const std::int64_t lastResult = kStage == kProduce && !kStreams ? rows.results - 1 : -1;
   for (std::int64_t j = from; j < to; ++j) {
-    if (kStage == kProduce && !kStreams && lastResult >= 0) {
-      const C* place = out[HWY_MIN(j - 3 * taps + kResultsAhead, lastResult)] + lane;
-      hwy::Prefetch(place);
-      hwy::Prefetch(place + kUnits * kLanes - 1);
-    }
     if (ahead != nullptr) AskFor(ahead[j - rows.from], rows.aheadLines);
     const C* entering = in[j] + lane;
     const C* leaving = kStage == kFillFirst ? entering : in[j - taps] + lane;

@@ -95,8 +95,7 @@ class StripBoxes {
     const std::int64_t lead = sweep_.lead();
     std::int64_t stretch = gathered_.together(0);
     const std::byte* ahead[kStripTile];
-    const std::int64_t results = out == result_.table() || streams ? 0 : produced_.last - produced_.first;
-    for (SweepRows rows{0, 0, streams, nullptr, 0, results}; rows.to < end; stretch = kStripTile) {
+    for (SweepRows rows{0, 0, streams, nullptr, 0}; rows.to < end; stretch = kStripTile) {
       rows.from = rows.to;
       rows.to = std::min(end, rows.from + stretch);
       need(rows.from, rows.to);

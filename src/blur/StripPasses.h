@@ -13,6 +13,7 @@
 #include <hwy/cache_control.h>
 
 #include "blur/PassRanges.h"
+#include "blur/StreamRows.h"
 #include "blur/StripBoxes.h"
 #include "blur/StripSlots.h"
 #include "blur/TurnPixels.h"
@@ -129,32 +130,44 @@ class StripPasses {
   // The same for the pass along y. Writes the components of Mask and leaves the others as they are.
   template <class Mask>
   bool alongY(const Texture& out, HvInterruptRecord* interrupt) {
+    constexpr bool kWhole = Mask::kCount == PixelTraits<Pixel>::kComponents;
     StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first);
-    const std::unique_ptr<Component*[]> targets(new (std::nothrow)
-                                                    Component*[static_cast<std::size_t>(rows_.last - rows_.first)]);
-    if (!strip.isReady() || targets == nullptr) return false;
-    const auto x1 = static_cast<std::int32_t>(columns_.first);
-    const std::int32_t head = columnsToCacheLine(out);
-    const HvSpan band = bandOfThisThread(0, (width() - head + kColumns - 1) / kColumns + (head > 0 ? 1 : 0));
+    const auto height = static_cast<std::size_t>(rows_.last - rows_.first);
+    const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[height]);
+    const std::unique_ptr<std::byte[]> waiting(new (std::nothrow) std::byte[height * kCacheLineBytes]);
+    if (!strip.isReady() || targets == nullptr || waiting == nullptr) return false;
+    const HvSpan band = bandOfThisThread(0, (width() + kColumns - 1) / kColumns);
     for (std::int32_t s = band.first; s < band.last; ++s) {
-      const std::int32_t first = head > 0 && s > 0 ? head + (s - 1) * kColumns : s * kColumns;
-      const std::int32_t n = head > 0 && s == 0 ? head : std::min(kColumns, width() - first);
+      const std::int32_t first = s * kColumns;
+      const std::int32_t n = std::min(kColumns, width() - first);
       if (stoppedBefore(interrupt, n)) return true;
-      const bool inPlace = n == kColumns && Mask::kCount == PixelTraits<Pixel>::kComponents;
-      for (std::int64_t y = rows_.first; inPlace && y < rows_.last; ++y) {
-        targets[static_cast<std::size_t>(y - rows_.first)] =
-            componentsOf(out.target(x1 + first, static_cast<std::int32_t>(y)));
-      }
+      const auto at = [&](std::int64_t i) {
+        return out.target(static_cast<std::int32_t>(columns_.first) + first,
+                          static_cast<std::int32_t>(rows_.first + i));
+      };
+      const bool joins = kWhole && streams() && !beginsCacheLines(at(0), out.stride);
+      const bool inPlace = kWhole && n == kColumns && !joins;
+      for (std::size_t i = 0; inPlace && i < height; ++i)
+        targets[i] = componentsOf(at(static_cast<std::int64_t>(i)));
       strip.run(
-          inPlace ? targets.get() : strip.result().table(), inPlace && streams() && startsCacheLine(out, x1 + first),
+          inPlace ? targets.get() : strip.result().table(), inPlace && streams(),
           [&](std::int64_t from, std::int64_t to) { gatherColumns(first, n, from, to, strip); },
           [&](std::int64_t from, std::int64_t to, const std::byte** ahead) {
             return askForColumns(first, n, from, to, ahead);
           },
           [&](std::int64_t from, std::int64_t to) {
-            if (!inPlace) scatterColumns<Mask>(strip, from, to, x1 + first, n, out);
+            if (joins) {
+              const StreamedPiece piece{
+                  reinterpret_cast<std::byte*>(at(from)),      out.stride,      to - from,
+                  static_cast<std::size_t>(n) * sizeof(Pixel), s == band.first, s == band.last - 1};
+              streamRows(piece, reinterpret_cast<std::byte* const*>(strip.result().table() + from),
+                         waiting.get() + static_cast<std::size_t>(from) * kCacheLineBytes);
+            } else if (!inPlace) {
+              scatterColumns<Mask>(strip, from, to, n, at);
+            }
           });
     }
+    hwy::FlushStream();
     return true;
   }
 
@@ -247,35 +260,28 @@ class StripPasses {
     return 1;
   }
 
-  template <class Mask>
-  void scatterColumns(const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to, std::int32_t x,
-                      std::int32_t n, const Texture& out) const {
+  // The components of Mask of the results [from, to), at(i) being where that of place i belongs.
+  template <class Mask, class At>
+  static void scatterColumns(const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to, std::int32_t n,
+                             const At& at) {
     constexpr std::int64_t kAhead = 24;
-    const auto target = [&](std::int64_t i) { return out.target(x, static_cast<std::int32_t>(rows_.first + i)); };
+    const std::int64_t last = strip.produced().last - strip.produced().first - 1;
     for (std::int64_t i = from; i < to; ++i) {
       const HvPixelRun<Pixel> run{pixelsOf(strip.result().row(i)), 1, n, true};
-      const Pixel* ahead = target(std::min(i + kAhead, rows_.last - rows_.first - 1));
+      const Pixel* ahead = at(std::min(i + kAhead, last));
       hwy::Prefetch(ahead);
       hwy::Prefetch(ahead + n - 1);
       if constexpr (Mask::kCount == PixelTraits<Pixel>::kComponents) {
-        copyPixels(target(i), run, n);
+        copyPixels(at(i), run, n);
       } else {
-        copyChannels<Mask>(target(i), run, n);
+        copyChannels<Mask>(at(i), run, n);
       }
     }
   }
 
-  bool startsCacheLine(const Texture& out, std::int32_t x) const {
-    const Pixel* first = out.target(x, static_cast<std::int32_t>(rows_.first));
-    return out.stride % static_cast<std::int64_t>(kStoreBytes) == 0 &&
-           reinterpret_cast<std::uintptr_t>(first) % kStoreBytes == 0;
-  }
-  // How many columns lie before the first that begins a cache line in every row: 0 where there is none.
-  std::int32_t columnsToCacheLine(const Texture& out) const {
-    for (std::int32_t x = 0; x < std::min(kRows, width()); ++x) {
-      if (startsCacheLine(out, static_cast<std::int32_t>(columns_.first) + x)) return x;
-    }
-    return 0;
+  static bool beginsCacheLines(const Pixel* first, std::int64_t stride) {
+    constexpr auto kLine = static_cast<std::int64_t>(kCacheLineBytes);
+    return stride % kLine == 0 && reinterpret_cast<std::uintptr_t>(first) % kCacheLineBytes == 0;
   }
 
   BoxConstants boxX_;
