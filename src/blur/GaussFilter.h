@@ -64,6 +64,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
       case 1: return filterAlongY(*out);
       default:
         if (copyBack != 0) copyIntermediate(*out);
+        if (others != nullptr) copyOthers(*out);
     }
   }
 
@@ -72,6 +73,9 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   float sizeX = 0.0f;
   float sizeY = 0.0f;
   std::int32_t boxes = 3;
+  // Where the components that are not filtered come from, within the window; null leaves them as they are. No
+  // pixel of it may lie in the memory of another one of the output.
+  const Texture* others = nullptr;
   std::int32_t savedWriteOriginX = 0;
   std::int32_t savedWriteOriginY = 0;
   // Where the copy back reads the input.
@@ -199,8 +203,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   void processStrips(const Texture& in, const Texture& out) {
     if (this->pass > 1) return;
-    const bool done =
-        this->pass == 0 ? strips->alongX(in, this->interrupt) : strips->template alongY<Mask>(out, this->interrupt);
+    const bool done = this->pass == 0 ? strips->alongX(in, this->interrupt)
+                                      : strips->template alongY<Mask>(out, others, this->interrupt);
     if (!done) stopForRefusedMemory(this->interrupt);
   }
 
@@ -268,6 +272,17 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
           for (std::int32_t i = 0; i < n; ++i)
             narrowPixel<Mask>(pixel[i], lanes + i * Mask::kCount);
         });
+  }
+
+  void copyOthers(const Texture& out) {
+    if constexpr (PixelTraits<Pixel>::kComponents == 4 && !Mask::kAll) {
+      walkRuns(
+          this->rowLoop(), this->interrupt, out,
+          [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
+            copyChannels<typename Mask::Others>(to, run, n);
+          },
+          *others);
+    }
   }
 
   void copyIntermediate(const Texture& out) {

@@ -127,10 +127,12 @@ class StripPasses {
     return true;
   }
 
-  // The same for the pass along y. Writes the components of Mask and leaves the others as they are.
+  // The same for the pass along y. Writes the components of Mask; the others are those of `others`, or stay as
+  // they are where that is null.
   template <class Mask>
-  bool alongY(const Texture& out, HvInterruptRecord* interrupt) {
-    constexpr bool kWhole = Mask::kCount == PixelTraits<Pixel>::kComponents;
+  bool alongY(const Texture& out, const Texture* others, HvInterruptRecord* interrupt) {
+    constexpr bool kAllFiltered = Mask::kCount == PixelTraits<Pixel>::kComponents;
+    const bool whole = kAllFiltered || others != nullptr;
     StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first);
     const auto height = static_cast<std::size_t>(rows_.last - rows_.first);
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[height]);
@@ -145,8 +147,9 @@ class StripPasses {
         return out.target(static_cast<std::int32_t>(columns_.first) + first,
                           static_cast<std::int32_t>(rows_.first + i));
       };
-      const bool joins = kWhole && streams() && !beginsCacheLines(at(0), out.stride);
-      const bool inPlace = kWhole && n == kColumns && !joins;
+      const bool begins = beginsCacheLines(at(0), out.stride);
+      const bool inPlace = kAllFiltered && n == kColumns && (begins || !streams());
+      const bool joins = whole && streams() && !inPlace;
       for (std::size_t i = 0; inPlace && i < height; ++i)
         targets[i] = componentsOf(at(static_cast<std::int64_t>(i)));
       strip.run(
@@ -156,12 +159,15 @@ class StripPasses {
             return askForColumns(first, n, from, to, ahead);
           },
           [&](std::int64_t from, std::int64_t to) {
+            if (!kAllFiltered && others != nullptr) completeRows<Mask>(*others, strip, from, to, first, n);
             if (joins) {
               const StreamedPiece piece{
                   reinterpret_cast<std::byte*>(at(from)),      out.stride,      to - from,
                   static_cast<std::size_t>(n) * sizeof(Pixel), s == band.first, s == band.last - 1};
               streamRows(piece, reinterpret_cast<std::byte* const*>(strip.result().table() + from),
                          waiting.get() + static_cast<std::size_t>(from) * kCacheLineBytes);
+            } else if (!inPlace && whole) {
+              scatterColumns<ChannelMask<1, 1, 1, 1>>(strip, from, to, n, at);
             } else if (!inPlace) {
               scatterColumns<Mask>(strip, from, to, n, at);
             }
@@ -172,6 +178,9 @@ class StripPasses {
   }
 
  private:
+  // How many rows before their turn rows of a picture are asked for, which lie pages apart.
+  static constexpr std::int32_t kRowsAhead = 24;
+
   std::int32_t width() const { return static_cast<std::int32_t>(columns_.last - columns_.first); }
   std::int32_t strips() const { return (slots_.count() + kRows - 1) / kRows; }
   bool streams() const { return static_cast<std::int64_t>(stripBytes_) * strips() >= kStreamedBytes; }
@@ -260,18 +269,37 @@ class StripPasses {
     return 1;
   }
 
+  // Gives the results [from, to) the components that are not in Mask.
+  template <class Mask>
+  void completeRows(const Texture& others, const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to,
+                    std::int32_t first, std::int32_t n) const {
+    if constexpr (PixelTraits<Pixel>::kComponents == 4) {
+      const auto x1 = static_cast<std::int32_t>(columns_.first) + first;
+      for (std::int64_t i = from; i < to; ++i) {
+        const auto y = static_cast<std::int32_t>(rows_.first + i);
+        Pixel* pixels = pixelsOf(strip.result().row(i));
+        hwy::Prefetch(others.readRun(x1, std::min(y + kRowsAhead, static_cast<std::int32_t>(rows_.last) - 1)).first);
+        for (std::int32_t j = 0; j < n;) {
+          const HvPixelRun<Pixel> run = others.readRun(x1 + j, y);
+          const std::int32_t count = std::min(run.length, n - j);
+          copyChannels<typename Mask::Others>(pixels + j, run, count);
+          j += count;
+        }
+      }
+    }
+  }
+
   // The components of Mask of the results [from, to), at(i) being where that of place i belongs.
   template <class Mask, class At>
   static void scatterColumns(const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to, std::int32_t n,
                              const At& at) {
-    constexpr std::int64_t kAhead = 24;
     const std::int64_t last = strip.produced().last - strip.produced().first - 1;
     for (std::int64_t i = from; i < to; ++i) {
       const HvPixelRun<Pixel> run{pixelsOf(strip.result().row(i)), 1, n, true};
-      const Pixel* ahead = at(std::min(i + kAhead, last));
+      const Pixel* ahead = at(std::min(i + kRowsAhead, last));
       hwy::Prefetch(ahead);
       hwy::Prefetch(ahead + n - 1);
-      if constexpr (Mask::kCount == PixelTraits<Pixel>::kComponents) {
+      if constexpr (Mask::kCount >= PixelTraits<Pixel>::kComponents) {
         copyPixels(at(i), run, n);
       } else {
         copyChannels<Mask>(at(i), run, n);

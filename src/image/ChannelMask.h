@@ -11,6 +11,7 @@ namespace vblur {
 template <int R, int G, int B, int A>
 struct ChannelMask {
   static constexpr int kCount = R + G + B + A;
+  using Others = ChannelMask<1 - R, 1 - G, 1 - B, 1 - A>;
   static constexpr bool kAll = kCount == 4;
   static constexpr bool chosen(int component) {
     return component == 0 ? R : component == 1 ? G : component == 2 ? B : A;
