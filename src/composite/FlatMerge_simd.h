@@ -17,26 +17,6 @@ struct FlatForm {
   static constexpr bool kExists = false;
 };
 
-using Raw = hn::Vec<UnsignedTag>;
-using WordTag = hn::Repartition<std::uint16_t, IntTag>;
-using ShortTag = hn::Repartition<std::int16_t, IntTag>;
-
-// The bytes at even and at odd places as 16-bit lanes, and back.
-HWY_INLINE hn::Vec<WordTag> EvenBytes(Raw v) {
-  return hn::And(hn::BitCast(WordTag(), v), hn::Set(WordTag(), 255));
-}
-HWY_INLINE hn::Vec<WordTag> OddBytes(Raw v) {
-  return hn::ShiftRight<8>(hn::BitCast(WordTag(), v));
-}
-HWY_INLINE Raw BytesOf(hn::Vec<WordTag> even, hn::Vec<WordTag> odd) {
-  return hn::BitCast(UnsignedTag(), hn::Or(even, hn::ShiftLeft<8>(odd)));
-}
-
-HWY_INLINE hn::Vec<WordTag> WordsOver255(hn::Vec<WordTag> v) {
-  const auto high = hn::MulHigh(v, hn::Set(WordTag(), static_cast<std::uint16_t>(exact::kOver255)));
-  return hn::ShiftRight<exact::kOver255Shift - 16>(high);
-}
-
 HWY_INLINE Raw ProductBytes(Raw a, Raw b) {
   return BytesOf(WordsOver255(hn::Mul(EvenBytes(a), EvenBytes(b))), WordsOver255(hn::Mul(OddBytes(a), OddBytes(b))));
 }
@@ -44,19 +24,6 @@ HWY_INLINE Raw ProductBytes(Raw a, Raw b) {
 // Twice the product, at most 255: where it does not fit 16 bits, their top gives 257.
 HWY_INLINE hn::Vec<WordTag> DoubledOver255(hn::Vec<WordTag> product) {
   return hn::Min(WordsOver255(hn::SaturatedAdd(product, product)), hn::Set(WordTag(), 255));
-}
-
-template <class Tag, class Of>
-HWY_INLINE Raw AsLanes(Tag d, Raw a, Raw b, const Of& of) {
-  return hn::BitCast(UnsignedTag(), of(hn::BitCast(d, a), hn::BitCast(d, b)));
-}
-
-HWY_INLINE Raw AlphaMask() {
-  return hn::Set(UnsignedTag(), 0xFF000000u);
-}
-
-HWY_INLINE Raw WithAlphaOf(Raw colours, Raw alphas) {
-  return hn::Or(hn::AndNot(AlphaMask(), colours), hn::And(AlphaMask(), alphas));
 }
 
 HWY_INLINE Ints ColourSumOf(Raw v) {

@@ -44,8 +44,8 @@ HWY_INLINE std::int32_t GroupSize() {
   return static_cast<std::int32_t>(hn::Lanes(IntTag()));
 }
 
-// Calls body(a, b, out) for one group of n pixels after the other. The last group goes by way of copies where
-// it is not whole, so that nothing outside n pixels is touched.
+// Calls body(a, b, out) for one group of n pixels after the other; it may read `out` too. The last group goes by
+// way of copies where it is not whole, so that nothing outside n pixels is touched.
 template <class A, class B, class Out, class Body>
 HWY_INLINE void ForGroups(const A* a, const B* b, Out* out, std::int32_t n, const Body& body) {
   constexpr std::size_t kMost = HWY_MAX_BYTES / sizeof(std::int32_t);
@@ -64,7 +64,8 @@ HWY_INLINE void ForGroups(const A* a, const B* b, Out* out, std::int32_t n, cons
       std::fill_n(lastB, kMost, B{});
       fromA = std::copy_n(fromA, rest, lastA) - rest;
       fromB = std::copy_n(fromB, rest, lastB) - rest;
-      to = lastOut;
+      std::fill_n(lastOut, kMost, Out{});
+      to = std::copy_n(to, rest, lastOut) - rest;
     }
     body(fromA, fromB, to);
     if (HWY_UNLIKELY(!whole)) std::copy_n(lastOut, rest, out + i);
@@ -88,10 +89,11 @@ HWY_INLINE void StorePixels(const Planes<Ints>& p, Pixel* pixels) {
 }
 #else
 using ByteTag = hn::Repartition<std::uint8_t, IntTag>;
+using Raw = hn::Vec<UnsignedTag>;
 
 // A vector of whole pixels, as it lies in memory.
 template <class Pixel>
-HWY_INLINE hn::Vec<UnsignedTag> LoadRaw(const Pixel* pixels) {
+HWY_INLINE Raw LoadRaw(const Pixel* pixels) {
   return hn::BitCast(UnsignedTag(), hn::LoadU(ByteTag(), reinterpret_cast<const std::uint8_t*>(pixels)));
 }
 
@@ -222,6 +224,42 @@ HWY_INLINE Ints DividedBy16384(Ints v) {
 HWY_INLINE Ints SmallDividedBy255(Ints v) {
   return Truncated(hn::Mul(hn::ConvertTo(FloatTag(), v), hn::Set(FloatTag(), exact::kOne255th)));
 }
+
+#if HWY_TARGET != HWY_SCALAR
+// 8-bit components without planes.
+using WordTag = hn::Repartition<std::uint16_t, IntTag>;
+using ShortTag = hn::Repartition<std::int16_t, IntTag>;
+
+// The bytes at even and at odd places as 16-bit lanes, and back.
+HWY_INLINE hn::Vec<WordTag> EvenBytes(Raw v) {
+  return hn::And(hn::BitCast(WordTag(), v), hn::Set(WordTag(), 255));
+}
+HWY_INLINE hn::Vec<WordTag> OddBytes(Raw v) {
+  return hn::ShiftRight<8>(hn::BitCast(WordTag(), v));
+}
+HWY_INLINE Raw BytesOf(hn::Vec<WordTag> even, hn::Vec<WordTag> odd) {
+  return hn::BitCast(UnsignedTag(), hn::Or(even, hn::ShiftLeft<8>(odd)));
+}
+
+HWY_INLINE hn::Vec<WordTag> WordsOver255(hn::Vec<WordTag> v) {
+  const auto high = hn::MulHigh(v, hn::Set(WordTag(), static_cast<std::uint16_t>(exact::kOver255)));
+  return hn::ShiftRight<exact::kOver255Shift - 16>(high);
+}
+
+template <class Tag, class Of>
+HWY_INLINE Raw AsLanes(Tag d, Raw a, Raw b, const Of& of) {
+  return hn::BitCast(UnsignedTag(), of(hn::BitCast(d, a), hn::BitCast(d, b)));
+}
+
+HWY_INLINE Raw AlphaMask() {
+  return hn::Set(UnsignedTag(), 0xFF000000u);
+}
+
+HWY_INLINE Raw WithAlphaOf(Raw colours, Raw alphas) {
+  return hn::Or(hn::AndNot(AlphaMask(), colours), hn::And(AlphaMask(), alphas));
+}
+
+#endif
 
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur

@@ -3,8 +3,9 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <vector>
 
-#include "composite/MixStage.h"
 #include "tests/composite/Pictures.h"
 #include "tests/support/CpuLevel.h"
 
