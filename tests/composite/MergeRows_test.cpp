@@ -18,8 +18,9 @@ namespace vblur::test {
 namespace {
 
 constexpr std::array kRowMethods = {
-    kMergeDarken,   kMergeLighten,  kMergeScreen,     kMergeMultiply, kMergeAdd,       kMergeAddOver,
-    kMergeAddUnder, kMergeSubtract, kMergeDifference, kMergeOverlay,  kMergeHardLight,
+    kMergeLuminance, kMergeChroma,   kMergeHue,        kMergeSaturation, kMergeValue,     kMergeColour,
+    kMergeDarken,    kMergeLighten,  kMergeScreen,     kMergeMultiply,   kMergeAdd,       kMergeAddOver,
+    kMergeAddUnder,  kMergeSubtract, kMergeDifference, kMergeOverlay,    kMergeHardLight,
 };
 constexpr float kRowBlends[] = {0.0f, 0.1f, 0.25f, 0.4999f, 0.5f, 0.501f, 0.51f, 0.75f, 0.987f, 1.0f};
 constexpr float kRowGains[][2] = {{1.0f, 1.0f},    {1.003f, 0.998f}, {0.9f, 0.45f}, {0.0f, 1.0f},   {1.0f, 0.0f},
@@ -159,7 +160,7 @@ TEST_P(MergeRowsAt, RowsOfEveryLength) {
   Random random(21);
   for (std::int32_t width = 1; width <= 70; ++width) {
     for (const Place place : {Place::Apart, Place::OverA, Place::OverB}) {
-      const Settings settings{random.oneOf({kMergeScreen, kMergeAdd, kMergeHardLight, kMergeDarken}),
+      const Settings settings{random.oneOf({kMergeScreen, kMergeAdd, kMergeLuminance, kMergeHue, kMergeDarken}),
                               random.oneOf({0.2f, 0.5f, 0.8f}), 1.0f, random.oneOf({1.0f, 0.6f})};
       Compare(settings, Pictures<R8>(random, width, 2), place);
       Compare(settings, Pictures<R16>(random, width, 2), place);
