@@ -65,10 +65,10 @@ struct YuvMerge {
   static constexpr bool kMixesOperands = true;
   static constexpr bool kTakesFirstAlpha = true;
   template <class V>
-  static HWY_INLINE FinishedPlanes Of(const Planes<V>& p, const Planes<V>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
     const Yuv<Floats> luminance = YuvFromRgb(kLuminanceOfFirst ? p : q);
     const Yuv<Floats> chroma = YuvFromRgb(kLuminanceOfFirst ? q : p);
-    return {RgbFromYuv<Pixel>({luminance.y, chroma.u, chroma.v}, AlphaOf<Pixel>(p))};
+    return RgbFromYuv<Pixel>({luminance.y, chroma.u, chroma.v}, AlphaOf<Pixel>(p));
   }
 };
 
@@ -82,10 +82,8 @@ struct HsvMerge {
   using Pixel = typename Lanes::Pixel;
   static constexpr bool kMixesOperands = true;
   static constexpr bool kTakesFirstAlpha = true;
-  static HWY_INLINE FinishedPlanes Of(const Planes<Ints>& p, const Planes<Ints>& q) {
-    return OfTruncated(p, q, p.alpha);
-  }
-  static HWY_INLINE FinishedPlanes Of(const Planes<Floats>& p, const Planes<Floats>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<Ints>& p, const Planes<Ints>& q) { return OfTruncated(p, q, p.alpha); }
+  static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
     return OfTruncated(ColoursOf(p), ColoursOf(q), StoreClamped<Pixel>(p.alpha));
   }
 
@@ -93,10 +91,10 @@ struct HsvMerge {
   static HWY_INLINE Planes<Ints> ColoursOf(const Planes<Floats>& p) {
     return {Truncated(p.red), Truncated(p.green), Truncated(p.blue), hn::Zero(IntTag())};
   }
-  static HWY_INLINE FinishedPlanes OfTruncated(const Planes<Ints>& p, const Planes<Ints>& q, Ints alpha) {
+  static HWY_INLINE Planes<Ints> OfTruncated(const Planes<Ints>& p, const Planes<Ints>& q, Ints alpha) {
     Planes<Ints> result = Lanes::ToRgb(Choice()(Lanes::FromRgb(p), Lanes::FromRgb(q)));
     result.alpha = alpha;
-    return {result};
+    return result;
   }
 };
 

@@ -86,9 +86,10 @@ struct EachMerge {
   static constexpr bool kMixesOperands = false;
   static constexpr bool kTakesFirstAlpha = false;
   template <class V>
-  static HWY_INLINE Planes<V> Of(const Planes<V>& p, const Planes<V>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
     const Colour colour;
-    return {colour(p.red, q.red), colour(p.green, q.green), colour(p.blue, q.blue), Alpha()(p.alpha, q.alpha)};
+    return Finished<Pixel>(
+        Planes<V>{colour(p.red, q.red), colour(p.green, q.green), colour(p.blue, q.blue), Alpha()(p.alpha, q.alpha)});
   }
 };
 
@@ -107,7 +108,7 @@ using Difference = EachMerge<Pixel, DistanceOf, DistanceOf>;
 template <class Operation>
 struct Exchange : Operation {
   template <class V>
-  static HWY_INLINE auto Of(const Planes<V>& p, const Planes<V>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
     return Operation::Of(q, p);
   }
 };
@@ -116,13 +117,14 @@ template <class Pixel>
 struct AddOver {
   static constexpr bool kMixesOperands = false;
   static constexpr bool kTakesFirstAlpha = false;
-  static HWY_INLINE Planes<Floats> Of(const Planes<Ints>& p, const Planes<Ints>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<Ints>& p, const Planes<Ints>& q) {
     return Of(WidenedToFloat(p), WidenedToFloat(q));
   }
-  static HWY_INLINE Planes<Floats> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
     const Floats k = hn::Div(ColourSum(q), hn::Set(FloatTag(), static_cast<float>(3 * Pixel::kOne)));
     const auto brightened = [&](Floats a) HWY_ATTR { return hn::Add(hn::Mul(a, k), a); };
-    return {brightened(p.red), brightened(p.green), brightened(p.blue), hn::Add(p.alpha, q.alpha)};
+    return Finished<Pixel>(
+        Planes<Floats>{brightened(p.red), brightened(p.green), brightened(p.blue), hn::Add(p.alpha, q.alpha)});
   }
 };
 
@@ -139,16 +141,16 @@ struct HardLight {
     const auto multiplied = [&](Ints a, Ints b) HWY_ATTR { return Unscaled<Pixel>(hn::Mul(hn::Add(a, a), b)); };
     const Planes<Ints> product = EachOf(p, q, multiplied);
     // Stored 8-bit pixels are never bright.
-    if constexpr (Pixel::kMax == Pixel::kOne) return product;
+    if constexpr (Pixel::kMax == Pixel::kOne) return Finished<Pixel>(product);
     const auto screened = [&](Ints a, Ints b) HWY_ATTR {
       const Ints screen = ScreenOf<Pixel>()(a, b);
       return hn::Sub(hn::Add(screen, screen), one);
     };
     const auto bright = hn::Gt(ColourSum(p), hn::Set(d, 3 * Pixel::kOne));
-    return Chosen(bright, EachOf(p, q, screened), product);
+    return Finished<Pixel>(Chosen(bright, EachOf(p, q, screened), product));
   }
   // Twice the quotient is the quotient of twice the product, bar one too small to be told from 0 in the end.
-  static HWY_INLINE Planes<Floats> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
+  static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
     const FloatTag d;
     const auto bright = hn::Gt(ColourSum(p), hn::Set(d, static_cast<float>(3 * Pixel::kOne)));
     const auto either = [&](Floats a, Floats b) HWY_ATTR {
@@ -157,7 +159,7 @@ struct HardLight {
       const Floats screened = hn::Sub(hn::Add(screen, screen), hn::Set(d, static_cast<float>(Pixel::kOne)));
       return hn::IfThenElse(bright, screened, hn::Add(product, product));
     };
-    return EachOf(p, q, either);
+    return Finished<Pixel>(EachOf(p, q, either));
   }
 };
 
@@ -169,9 +171,9 @@ struct Darken {
   static constexpr bool kMixesOperands = true;
   static constexpr bool kTakesFirstAlpha = false;
   template <class V>
-  static HWY_INLINE Planes<V> Of(const Planes<V>& p, const Planes<V>& q) {
-    Planes<V> result = Chosen(hn::Gt(ColourSum(q), ColourSum(p)), p, q);
-    result.alpha = hn::Zero(hn::DFromV<V>());
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    Planes<Ints> result = Finished<Pixel>(Chosen(hn::Gt(ColourSum(q), ColourSum(p)), p, q));
+    result.alpha = hn::Zero(IntTag());
     return result;
   }
 };
@@ -181,8 +183,8 @@ struct Lighten {
   static constexpr bool kMixesOperands = true;
   static constexpr bool kTakesFirstAlpha = false;
   template <class V>
-  static HWY_INLINE Planes<V> Of(const Planes<V>& p, const Planes<V>& q) {
-    return Chosen(hn::Gt(ColourSum(p), ColourSum(q)), p, q);
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    return Finished<Pixel>(Chosen(hn::Gt(ColourSum(p), ColourSum(q)), p, q));
   }
 };
 

@@ -1,5 +1,4 @@
-// The loops of MergeKernel.h on planes: rows by one operation in one form. An operation here gives what is to be
-// finished, so that a finished pixel need not leave the floats on its way into a mix. For *_simd.cpp alone, which
+// The loops of MergeKernel.h on planes: rows by one operation in one form. For *_simd.cpp alone, which
 // include it once for each instruction set.
 #if defined(VBLUR_COMPOSITE_MERGE_VECTORS) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_COMPOSITE_MERGE_VECTORS
@@ -35,24 +34,24 @@ struct WeightLanes {
 template <class Operation, MergeForm Form, class Pixel>
 HWY_INLINE Planes<Ints> Merged(const Planes<Ints>& a, const Planes<Ints>& b, const WeightLanes& w) {
   if constexpr (Form == MergeForm::Integer) {
-    return Finished<Pixel>(Operation::Of(a, b));
+    return Operation::Of(a, b);
   } else {
     const Planes<Floats> wideA = WidenedToFloat(a);
     const Planes<Floats> wideB = WidenedToFloat(b);
     const Planes<Floats> gainedA = ScaledBy(wideA, w.gainA);
     const Planes<Floats> gainedB = ScaledBy(wideB, w.gainB);
     if constexpr (Form == MergeForm::Gained) {
-      return Finished<Pixel>(Operation::Of(gainedA, gainedB));
+      return Operation::Of(gainedA, gainedB);
     } else if constexpr (!Operation::kMixesOperands) {
-      const Planes<Floats> result = FinishedInFloats<Pixel>(Operation::Of(gainedA, gainedB));
+      const Planes<Floats> result = WidenedToFloat(Operation::Of(gainedA, gainedB));
       return Finished<Pixel>(Form == MergeForm::TowardsB ? WeightedSum(result, w.weightA, gainedB, w.weightB)
                                                          : WeightedSum(gainedA, w.weightA, result, w.weightB));
     } else if constexpr (Form == MergeForm::TowardsB) {
-      return Finished<Pixel>(Operation::Of(WeightedSum(wideA, w.mixA, wideB, w.mixB), gainedB));
+      return Operation::Of(WeightedSum(wideA, w.mixA, wideB, w.mixB), gainedB);
     } else {
       Planes<Floats> first = gainedA;
       if constexpr (Operation::kTakesFirstAlpha) first.alpha = hn::Mul(wideA.alpha, w.gainB);
-      return Finished<Pixel>(Operation::Of(first, WeightedSum(wideA, w.mixA, wideB, w.mixB)));
+      return Operation::Of(first, WeightedSum(wideA, w.mixA, wideB, w.mixB));
     }
   }
 }

@@ -201,23 +201,6 @@ HWY_INLINE Planes<Ints> Finished(const Planes<V>& p) {
           StoreClamped<Pixel>(p.alpha)};
 }
 
-// Planes that nothing is left to do to.
-struct FinishedPlanes : Planes<Ints> {};
-
-template <class Pixel>
-HWY_INLINE Planes<Ints> Finished(const FinishedPlanes& p) {
-  return p;
-}
-
-// A finished pixel that stays in floats.
-template <class Pixel>
-HWY_INLINE Planes<Floats> FinishedInFloats(const Planes<Floats>& p) {
-  const auto store = [](Floats v) HWY_ATTR {
-    return hn::Trunc(Limited(v, static_cast<float>(Pixel::kMin), static_cast<float>(Pixel::kMax)));
-  };
-  return {store(p.red), store(p.green), store(p.blue), store(p.alpha)};
-}
-
 template <class V>
 HWY_INLINE V ColourSum(const Planes<V>& p) {
   return hn::Add(hn::Add(p.red, p.green), p.blue);
