@@ -110,8 +110,9 @@ struct HsvLanes {
     const Ints arc =
         Quotient::Of(hn::Mul(hn::Sub(from, to), hn::Set(d, kTwoOnes)), hn::Max(hn::Add(range, range), one));
     const Ints turned = hn::Add(arc, start);
-    const auto below = hn::And(redMost, hn::Lt(turned, zero));
-    const Ints hue = hn::Add(turned, hn::IfThenElseZero(below, hn::Set(d, kCircle)));
+    // The plain code does this for red alone. The others are below 0 only after a wrap, and ToRgb brings those
+    // to the same place of the circle.
+    const Ints hue = hn::Add(turned, hn::And(hn::ShiftRight<31>(turned), hn::Set(d, kCircle)));
     return {hn::IfThenZeroElse(hn::Eq(saturation, zero), hue), saturation, most};
   }
 

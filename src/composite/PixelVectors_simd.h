@@ -177,7 +177,7 @@ HWY_INLINE Planes<Floats> WeightedSum(const Planes<Floats>& a, Floats weightA, c
 // Toward zero; nothing reaches 2^31. On x86 Highway's own conversion spends four instructions out of five on
 // what does, which is half the time of a mix.
 HWY_INLINE Ints Truncated(Floats v) {
-#if HWY_ARCH_X86 && HWY_TARGET != HWY_SCALAR && (HWY_COMPILER_GCC || HWY_COMPILER_CLANG)
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSSE3
   using IntVector __attribute__((vector_size(sizeof(v.raw)))) = std::int32_t;
   using RawInts = decltype(hn::Zero(IntTag()).raw);
   return Ints{reinterpret_cast<RawInts>(__builtin_convertvector(v.raw, IntVector))};

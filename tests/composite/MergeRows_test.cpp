@@ -209,6 +209,46 @@ TEST_P(MergeRowsAt, LongRunsOfOnePixel) {
   }
 }
 
+// Runs that go backwards, longer than what is straightened at once.
+TEST_P(MergeRowsAt, LongRunsBackwards) {
+  Random random(32);
+  Pictures<R8> pictures(random, 1500, 1);
+  pictures.a.setBounds(0, 699, 0, 0);
+  pictures.a.setEdgeMethods(kEdgeReflect, kEdgeReflect);
+  Compare(Settings{kMergeScreen}, pictures, Place::Apart);
+  EXPECT_TRUE(entered);
+}
+
+// The mix of the colours is (-1, -131073, ...): its saturation is 2^31 and does not fit.
+TEST_P(MergeRowsAt, ASaturationThatDoesNotFit) {
+  Random random(51);
+  Pictures<R16> pictures(random, 32, 1);
+  for (std::int32_t x = 0; x < 32; ++x) {
+    *pictures.a.at(x, 0) = x % 2 == 0 ? Make<R16>(0, -32768, -x, 5) : Make<R16>(300 * x, 7 * x, -900 * x, 5);
+    *pictures.b.at(x, 0) = Make<R16>(-1, -1, -1 - x, 9);
+  }
+  for (const std::int32_t method : {kMergeHue, kMergeSaturation, kMergeValue, kMergeColour}) {
+    Compare(Settings{method, 0.25f, 8.0f, 2.0f}, pictures, Place::Apart);
+    Compare(Settings{method, 0.75f, 8.0f, 2.0f}, pictures, Place::Apart);
+  }
+}
+
+// Saturations far beyond One over values of hardly more than 0: one step of a share shows in the result.
+TEST_P(MergeRowsAt, EightBitSharesFarBeyondOne) {
+  Random random(52);
+  Pictures<R8> pictures(random, 256, 256);
+  for (std::int32_t value = 1; value <= 4; ++value) {
+    for (std::int32_t red = 0; red < 256; ++red) {
+      for (std::int32_t green = 0; green < 256; ++green) {
+        *pictures.a.at(red, green) = Make<R8>(red, green, 1, 0);
+        *pictures.b.at(red, green) = Make<R8>(value, value - 1, 0, 0);
+      }
+    }
+    for (const float gain : {-16.0f, -15.0f, -7.3f})
+      Compare(Settings{kMergeColour, 0.5f, gain, 1.0f}, pictures, Place::Apart);
+  }
+}
+
 // What could leave the range of 32-bit integers, or is not a number, is the plain code's.
 TEST_P(MergeRowsAt, WeightsBeyondTheLimitTakeThePlainCode) {
   Random random(41);
