@@ -12,6 +12,7 @@
 #include "composite/ExactQuotients.h"
 #include "composite/RowWeights.h"
 #include "tests/composite/AimedPixels.h"
+#include "tests/model/window.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
