@@ -27,13 +27,6 @@ constexpr std::int32_t wideOver255(std::int32_t v) {
   return static_cast<std::int32_t>(static_cast<double>(v) * kWideOne255th);
 }
 
-// The same for 1 / 3, v in -65536 to 65536.
-inline constexpr float kOneThird = 0x1.555556p-2f;
-
-constexpr std::int32_t smallOver3(std::int32_t v) {
-  return static_cast<std::int32_t>(static_cast<float>(v) * kOneThird);
-}
-
 // v / 32767 for 0 to 2^31 - 1: v is (v >> 15) * 32767 and what the halves of v sum to, at most 98302.
 constexpr std::uint32_t over32767(std::uint32_t v) {
   const std::uint32_t sum = (v >> 15) + (v & 32767) + 1;

@@ -58,8 +58,6 @@ struct Quotients<R8> {
   static HWY_INLINE Ints ByOne(Ints v) {
     return InDoubles([](auto d, auto wide) HWY_ATTR { return hn::Mul(wide, hn::Set(d, exact::kWideOne255th)); }, v);
   }
-  // No hue leaves the circle.
-  static HWY_INLINE Ints OnCircle(Ints hue) { return hue; }
 };
 
 template <>
@@ -68,16 +66,6 @@ struct Quotients<R16> {
     return InDoubles([](auto, auto wideA, auto wideB) HWY_ATTR { return hn::Div(wideA, wideB); }, a, b);
   }
   static HWY_INLINE Ints ByOne(Ints v) { return DividedBy16384(v); }
-  // A hue that has wrapped. The circle is 3 * 2^15.
-  static HWY_INLINE Ints OnCircle(Ints hue) {
-    const IntTag d;
-    const auto bias = hn::BitCast(d, hn::ShiftRight<17>(hn::BitCast(UnsignedTag(), hn::ShiftRight<31>(hue))));
-    const Floats scaled = hn::ConvertTo(FloatTag(), hn::ShiftRight<15>(hn::Add(hue, bias)));
-    const Ints turns = Truncated(hn::Mul(scaled, hn::Set(FloatTag(), exact::kOneThird)));
-    const auto circle = hn::Set(d, 6 * R16::kOne);
-    const Ints rest = hn::Sub(hue, hn::Mul(turns, circle));
-    return hn::Add(rest, hn::And(hn::ShiftRight<31>(rest), circle));
-  }
 };
 
 // 8-bit colours of 0 to 8160: no saturation is above 255, and no product above 255 * 8160.
@@ -110,8 +98,8 @@ struct HsvLanes {
     const Ints arc =
         Quotient::Of(hn::Mul(hn::Sub(from, to), hn::Set(d, kTwoOnes)), hn::Max(hn::Add(range, range), one));
     const Ints turned = hn::Add(arc, start);
-    // The plain code does this for red alone. The others are below 0 only after a wrap, and ToRgb brings those
-    // to the same place of the circle.
+    // No arc is wider than One, even one whose numerator has wrapped: its range is above 2^16 then. So red's
+    // alone is ever below 0, and no hue leaves the circle.
     const Ints hue = hn::Add(turned, hn::And(hn::ShiftRight<31>(turned), hn::Set(d, kCircle)));
     return {hn::IfThenZeroElse(hn::Eq(saturation, zero), hue), saturation, most};
   }
@@ -121,7 +109,7 @@ struct HsvLanes {
     const IntTag d;
     const auto one = hn::Set(d, Pixel::kOne);
     const Ints v = hsv.value;
-    const Ints hue = Quotient::OnCircle(hsv.hue);
+    const Ints hue = hsv.hue;
     const Ints sextant = Pixel::kOne == 255 ? SmallDividedBy255(hue) : DividedBy16384(hue);
     const Ints f = hn::Sub(hue, hn::Mul(sextant, one));
     const auto faded = [&](Ints share) HWY_ATTR { return Quotient::ByOne(hn::Mul(hn::Sub(one, share), v)); };
