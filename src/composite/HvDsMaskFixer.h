@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "composite/MixRows.h"
+#include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/HvRGBCopySampler.h"
 
@@ -40,6 +42,10 @@ class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
     walkRuns(
         this->rowLoop(), this->interrupt, out,
         [named](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
+          const auto row = [named](const Pixel* from, const Pixel*, Pixel* over, std::int32_t count) {
+            mixByAlphaRow(from, over, count, named);
+          };
+          if (HvUsesVectors() && runStraight(to, n, run, HvPixelRun<Pixel>{to, 1, n, true}, row)) return;
           const Pixel* source = run.first;
           for (std::int32_t i = 0; i < n; ++i, source += run.step)
             to[i] = mixed(to[i], *source, named);

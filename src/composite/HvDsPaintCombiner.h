@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "composite/MixRows.h"
+#include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/Combiner.h"
 
@@ -38,16 +40,22 @@ class HvDsPaintCombiner
         [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<MaskPixel>& runM) {
           static constexpr Pixel kNothing{};
           static constexpr MaskPixel kHidden{};
-          const Pixel* source = runA.exists ? runA.first : &kNothing;
-          const MaskPixel* strength = runM.exists ? runM.first : &kHidden;
-          const std::int32_t stepA = runA.exists ? runA.step : 0;
-          const std::int32_t stepM = runM.exists ? runM.step : 0;
-          for (std::int32_t i = 0; i < n; ++i, source += stepA, strength += stepM) {
-            to[i] =
-                shown(to[i], *source, strength->value);  // NOLINT(clang-analyzer-core.*): a run that exists has pixels
-          }
+          const auto row = [](const Pixel* source, const MaskPixel* strength, Pixel* result, std::int32_t count) {
+            paintRow(source, strength, result, count);
+          };
+          const auto source = runA.exists ? runA : HvPixelRun<Pixel>{&kNothing, 0, n, false};
+          const auto strength = runM.exists ? runM : HvPixelRun<MaskPixel>{&kHidden, 0, n, false};
+          if (!HvUsesVectors() || !runStraight(to, n, source, strength, row)) showRun(to, n, source, strength);
         },
         *a, *mask);
+  }
+
+ private:
+  static void showRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<MaskPixel>& runM) {
+    const Pixel* source = runA.first;
+    const MaskPixel* strength = runM.first;
+    for (std::int32_t i = 0; i < n; ++i, source += runA.step, strength += runM.step)
+      to[i] = shown(to[i], *source, strength->value);
   }
 };
 

@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "composite/ColourMerge.h"
+#include "composite/MergeRows.h"
+#include "composite/StraightRuns.h"
 
 namespace vblur {
 
@@ -96,10 +98,14 @@ template <class Pixel, class Accum, std::int32_t One>
 void HvMerge<Pixel, Accum, One>::processRows(Texture* a, Texture* b, Texture* out) {
   const MergeKernel<Pixel> kernel = kernelFor<Pixel>(method, form());
   if (kernel == nullptr) return;
+  const MergeRow<Pixel> row = mergeRowFor<Pixel>(method, form(), weights);
+  const auto byVectors = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
+    row(fromA, fromB, to, n, weights);
+  };
   walkRuns<PollAt::BeforeRow>(
       this->rowLoop(), this->interrupt, *out,
       [&](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB) {
-        kernel(to, n, runA, runB, weights);
+        if (row == nullptr || !runStraight(to, n, runA, runB, byVectors)) kernel(to, n, runA, runB, weights);
       },
       *a, *b);
 }

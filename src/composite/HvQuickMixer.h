@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "composite/MixRows.h"
+#include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/HvImgProc3.h"
 #include "image/HvTexture.h"
@@ -38,9 +40,17 @@ class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel,
   float amount = 0.0f;  // 0 to 1
 
  private:
-  // A mix lies between its two components: the store narrows nothing.
   static void mixRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
                      std::int32_t t) {
+    const auto row = [t](const Pixel* a, const Pixel* b, Pixel* out, std::int32_t count) {
+      quickMixRow(a, b, out, count, t);
+    };
+    if (!HvUsesVectors() || !runStraight(to, n, runA, runB, row)) mixPlainRun(to, n, runA, runB, t);
+  }
+
+  // A mix lies between its two components: the store narrows nothing.
+  static void mixPlainRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
+                          std::int32_t t) {
     const Pixel* a = runA.first;
     const Pixel* b = runB.first;
     for (std::int32_t i = 0; i < n; ++i, a += runA.step, b += runB.step) {

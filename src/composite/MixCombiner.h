@@ -3,7 +3,10 @@
 
 #include <cstdint>
 
+#include "composite/MixRows.h"
 #include "composite/PixelMath.h"
+#include "composite/RowWeights.h"
+#include "composite/StraightRuns.h"
 #include "image/Combiner.h"
 
 namespace vblur {
@@ -20,37 +23,45 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
   bool limitsResult() const { return weightA < 0.0f || weightB < 0.0f || weightA + weightB > 1.0f; }
 
   void processRows(Texture* a, Texture* b, Texture* out) override {
-    if (limitsResult()) {
-      mixRows(*a, *b, *out, [](float v) { return clampTo(v, 0.0f, static_cast<float>(One)); });
-    } else {
-      mixRows(*a, *b, *out, [](float v) { return v; });
-    }
+    const MixRowWeights weights{weightA, weightB, limitsResult()};
+    const bool byVectors = HvUsesVectors() && rowWeightsFit(weightA, weightB);
+    const auto row = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
+      mixRow(fromA, fromB, to, n, weights);
+    };
+    walkRuns<PollAt::BeforeRow>(
+        this->rowLoop(), this->interrupt, *out,
+        [&](Pixel* to, std::int32_t n, const Run& runA, const Run& runB) {
+          if (byVectors && runStraight(to, n, runA, runB, row)) return;
+          if (weights.limits) {
+            mixRun(to, n, runA, runB, [](float v) { return clampTo(v, 0.0f, static_cast<float>(One)); });
+          } else {
+            mixRun(to, n, runA, runB, [](float v) { return v; });
+          }
+        },
+        *a, *b);
   }
 
   float weightA = 1.0f;
   float weightB = 0.0f;
 
  private:
+  using Run = HvPixelRun<Pixel>;
+
   // Sums of weights that limit nothing lie between the components that go in: the store narrows nothing.
   template <class Limit>
-  void mixRows(const Texture& a, const Texture& b, const Texture& out, Limit limit) const {
+  void mixRun(Pixel* to, std::int32_t n, const Run& runA, const Run& runB, Limit limit) const {
     const auto store = [limit](float v) { return storeNarrow<ComponentOf<Pixel>>(truncToInt(limit(v))); };
-    walkRuns<PollAt::BeforeRow>(
-        this->rowLoop(), this->interrupt, out,
-        [this, store](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB) {
-          const Pixel* pixelA = runA.first;
-          const Pixel* pixelB = runB.first;
-          for (std::int32_t i = 0; i < n; ++i, pixelA += runA.step, pixelB += runB.step) {
-            const Rf sum = weightedSum(widenedToFloat(*pixelA), weightA, widenedToFloat(*pixelB), weightB);
-            Pixel result{};
-            result.red = store(sum.red);
-            result.green = store(sum.green);
-            result.blue = store(sum.blue);
-            result.alpha = store(sum.alpha);
-            to[i] = result;
-          }
-        },
-        a, b);
+    const Pixel* pixelA = runA.first;
+    const Pixel* pixelB = runB.first;
+    for (std::int32_t i = 0; i < n; ++i, pixelA += runA.step, pixelB += runB.step) {
+      const Rf sum = weightedSum(widenedToFloat(*pixelA), weightA, widenedToFloat(*pixelB), weightB);
+      Pixel result{};
+      result.red = store(sum.red);
+      result.green = store(sum.green);
+      result.blue = store(sum.blue);
+      result.alpha = store(sum.alpha);
+      to[i] = result;
+    }
   }
 };
 

@@ -5,6 +5,7 @@
 
 #include "tests/composite/Pictures.h"
 #include "tests/model/mix_back.h"
+#include "tests/support/CpuLevel.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -113,6 +114,7 @@ TYPED_TEST(QuickMixer, PlacesAndWindowsEqualTheModel) {
     model::MixPictures(kDepth<Pixel>, mixer.amount, ModelOf(a), inPlace ? nullptr : &second, expected,
                        model::Settle(window, expected));
     const ThreadCount threads(random.oneOf({1, 2, 3, 7, 8}));
+    const CpuLevel level(randomCpuLevel(random));
     mixer.run(&a, inPlace ? nullptr : &b, &target);
     EXPECT_EQ(CountDifferent(target, expected), 0);
   });

@@ -7,6 +7,7 @@
 #include "composite/HvDsMaskFixer.h"
 #include "composite/HvDsPaintCombiner.h"
 #include "tests/composite/Pictures.h"
+#include "tests/support/CpuLevel.h"
 #include "tests/support/StopAfter.h"
 #include "tests/support/ThreadCount.h"
 
@@ -253,6 +254,7 @@ TYPED_TEST(Masks, PlacesAndFieldsEqualTheModel) {
     const model::Window whole = model::WholeWindow(expected);
     model::ApplyMask(kDepth<Pixel>, ModelOf(source), ModelOf(mask), expected, whole);
     const ThreadCount threads(random.within(1, 8));
+    const CpuLevel level(randomCpuLevel(random));
     Painter<Pixel> painter;
     painter.setFieldMode(field);
     painter.process(&source, &mask, &output);

@@ -9,6 +9,7 @@
 #include "tests/composite/Operations.h"
 #include "tests/model/mix_back.h"
 #include "tests/model/window.h"
+#include "tests/support/CpuLevel.h"
 #include "tests/support/StopAfter.h"
 #include "tests/support/ThreadCount.h"
 
@@ -126,9 +127,10 @@ TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
           std::copy_n(effect.at(0, y), 64, result.at(0, y));
         const model::MixSettings settings{kDepth<Pixel>, method, blend, gains[0], gains[1]};
         const model::Picture expected = this->Expected(source, result, settings, {0, 0, 63, 7});
+        const CpuLevel level(randomCpuLevel(random));
         RunMixStage(source, result, method, blend, gains[0], gains[1], {0, 0, 63, 7}, nullptr);
         ASSERT_EQ(CountDifferent(result, expected), 0)
-            << "method " << method << " blend " << blend << " gains " << gains[0] << " " << gains[1];
+            << HvCpuLevel() << " method " << method << " blend " << blend << " gains " << gains[0] << " " << gains[1];
       }
     }
   }
@@ -155,9 +157,10 @@ TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
     const model::Picture expected = this->Expected(source, result, settings, window);
     const HvTexAxis before = result.horizontal;
     const ThreadCount threads(random.oneOf({1, 2, 3, 7, 8}));
+    const CpuLevel level(randomCpuLevel(random));
     RunMixStage(source, result, settings.method, settings.blend, settings.effectGain, settings.sourceGain, window,
                 nullptr);
-    EXPECT_EQ(CountDifferent(result, expected), 0) << "method " << settings.method;
+    EXPECT_EQ(CountDifferent(result, expected), 0) << HvCpuLevel() << " method " << settings.method;
     EXPECT_EQ(result.horizontal.lo, before.lo);
     EXPECT_EQ(result.horizontal.originI, before.originI);
   });

@@ -1,0 +1,185 @@
+#include "composite/MergeRows.h"
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "composite/ColourMergeRows_simd.cpp"
+
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "composite/HsvVectors_simd.h"
+#include "composite/MergeVectors_simd.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+// The operations of ColourMerge.h under their names there.
+template <class V>
+struct Yuv {
+  V y, u, v;
+};
+
+HWY_INLINE Ints Weighed(const Planes<Ints>& p, std::int32_t red, std::int32_t green, std::int32_t blue) {
+  const IntTag d;
+  const Ints sum = hn::Add(hn::Mul(p.red, hn::Set(d, red)), hn::Mul(p.green, hn::Set(d, green)));
+  return hn::ShiftRight<12>(hn::Add(sum, hn::Mul(p.blue, hn::Set(d, blue))));
+}
+
+HWY_INLINE Yuv<Floats> YuvFromRgb(const Planes<Ints>& p) {
+  const FloatTag d;
+  return {hn::ConvertTo(d, Weighed(p, 1224, 2403, 468)), hn::ConvertTo(d, Weighed(p, -603, -1184, 1787)),
+          hn::ConvertTo(d, Weighed(p, 2518, -2107, -411))};
+}
+
+HWY_INLINE Floats Times(Floats v, float factor) {
+  return hn::Mul(v, hn::Set(FloatTag(), factor));
+}
+
+HWY_INLINE Yuv<Floats> YuvFromRgb(const Planes<Floats>& p) {
+  return {hn::Add(hn::Add(Times(p.red, 0.2989f), Times(p.green, 0.5866f)), Times(p.blue, 0.1144f)),
+          hn::Sub(Times(p.blue, 0.4364f), hn::Add(Times(p.green, 0.2891f), Times(p.red, 0.1473f))),
+          hn::Sub(hn::Sub(Times(p.red, 0.6149f), Times(p.green, 0.5145f)), Times(p.blue, 0.1004f))};
+}
+
+template <class Pixel>
+HWY_INLINE Planes<Ints> RgbFromYuv(const Yuv<Floats>& c, Ints alpha) {
+  const auto store = [](Floats v) HWY_ATTR { return Truncated(Limited(v, 0.0f, static_cast<float>(Pixel::kMax))); };
+  const Floats y = Times(c.y, 1.0001f);
+  return {store(hn::Add(hn::Add(Times(c.u, 0.00014135384f), y), Times(c.v, 1.1401706f))),
+          store(hn::Sub(hn::Sub(y, Times(c.u, 0.3958304f)), Times(c.v, 0.5809656f))),
+          store(hn::Sub(hn::Add(Times(c.u, 2.0292995f), Times(c.y, 1.0001001f)), Times(c.v, 0.0000229211f))), alpha};
+}
+
+// An alpha that is stored already needs no limit.
+template <class Pixel>
+HWY_INLINE Ints AlphaOf(const Planes<Ints>& p) {
+  return p.alpha;
+}
+template <class Pixel>
+HWY_INLINE Ints AlphaOf(const Planes<Floats>& p) {
+  return StoreClamped<Pixel>(p.alpha);
+}
+
+template <class Pixel, bool kLuminanceOfFirst>
+struct YuvMerge {
+  static constexpr bool kMixesOperands = true;
+  static constexpr bool kTakesFirstAlpha = true;
+  template <class V>
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    const Yuv<Floats> luminance = YuvFromRgb(kLuminanceOfFirst ? p : q);
+    const Yuv<Floats> chroma = YuvFromRgb(kLuminanceOfFirst ? q : p);
+    return RgbFromYuv<Pixel>({luminance.y, chroma.u, chroma.v}, AlphaOf<Pixel>(p));
+  }
+};
+
+template <class Pixel>
+using Luminance = YuvMerge<Pixel, true>;
+template <class Pixel>
+using Chroma = YuvMerge<Pixel, false>;
+
+template <class Lanes, class Choice>
+struct HsvMerge {
+  using Pixel = typename Lanes::Pixel;
+  static constexpr bool kMixesOperands = true;
+  static constexpr bool kTakesFirstAlpha = true;
+  static HWY_INLINE Planes<Ints> Of(const Planes<Ints>& p, const Planes<Ints>& q) { return OfTruncated(p, q, p.alpha); }
+  static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
+    return OfTruncated(ColoursOf(p), ColoursOf(q), StoreClamped<Pixel>(p.alpha));
+  }
+
+ private:
+  static HWY_INLINE Planes<Ints> ColoursOf(const Planes<Floats>& p) {
+    return {Truncated(p.red), Truncated(p.green), Truncated(p.blue), hn::Zero(IntTag())};
+  }
+  static HWY_INLINE Planes<Ints> OfTruncated(const Planes<Ints>& p, const Planes<Ints>& q, Ints alpha) {
+    Planes<Ints> result = Lanes::ToRgb(Choice()(Lanes::FromRgb(p), Lanes::FromRgb(q)));
+    result.alpha = alpha;
+    return result;
+  }
+};
+
+HWY_INLINE Ints UnlessGrey(const Hsv& lendsHue, Ints saturation) {
+  const IntTag d;
+  return hn::IfThenZeroElse(hn::Eq(lendsHue.saturation, hn::Zero(d)), saturation);
+}
+
+struct HueChoice {
+  HWY_INLINE Hsv operator()(const Hsv& p, const Hsv& q) const { return {p.hue, UnlessGrey(p, q.saturation), q.value}; }
+};
+
+struct SaturationChoice {
+  HWY_INLINE Hsv operator()(const Hsv& p, const Hsv& q) const { return {q.hue, UnlessGrey(q, p.saturation), q.value}; }
+};
+
+struct ValueChoice {
+  HWY_INLINE Hsv operator()(const Hsv& p, const Hsv& q) const { return {q.hue, q.saturation, p.value}; }
+};
+
+struct ColourChoice {
+  HWY_INLINE Hsv operator()(const Hsv& p, const Hsv& q) const { return {p.hue, p.saturation, q.value}; }
+};
+
+template <class Operation, class Pixel>
+MergeRow<Pixel> PlanesRowOf(MergeForm form) {
+  return form == MergeForm::Integer ? &Row<Operation, MergeForm::Integer, Pixel> : FloatRowOf<Operation, Pixel>(form);
+}
+
+// At 8 bits most pictures keep to small numbers: all stored ones, and what weights of at least 0 make of them.
+template <class Choice>
+MergeRow<R8> HsvRowOf(MergeForm form, const MergeWeights& w, R8) {
+  const bool small = w.gainA >= 0.0f && w.gainB >= 0.0f && w.mixA >= 0.0f && w.mixB >= 0.0f;
+  if (form == MergeForm::Integer || small) return PlanesRowOf<HsvMerge<SmallHsvLanes, Choice>, R8>(form);
+  return FloatRowOf<HsvMerge<HsvLanes<R8>, Choice>, R8>(form);
+}
+
+template <class Choice>
+MergeRow<R16> HsvRowOf(MergeForm form, const MergeWeights&, R16) {
+  return PlanesRowOf<HsvMerge<HsvLanes<R16>, Choice>, R16>(form);
+}
+
+template <class Pixel>
+MergeRow<Pixel> ColourRow(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  switch (method) {
+    case kMergeLuminance: return PlanesRowOf<Luminance<Pixel>, Pixel>(form);
+    case kMergeChroma: return PlanesRowOf<Chroma<Pixel>, Pixel>(form);
+    case kMergeHue: return HsvRowOf<HueChoice>(form, weights, Pixel());
+    case kMergeSaturation: return HsvRowOf<SaturationChoice>(form, weights, Pixel());
+    case kMergeValue: return HsvRowOf<ValueChoice>(form, weights, Pixel());
+    case kMergeColour: return HsvRowOf<ColourChoice>(form, weights, Pixel());
+    default: return nullptr;
+  }
+}
+
+MergeRow<R8> ColourRow8(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return ColourRow<R8>(method, form, weights);
+}
+
+MergeRow<R16> ColourRow16(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return ColourRow<R16>(method, form, weights);
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace vblur {
+namespace {
+
+HWY_EXPORT(ColourRow8);
+HWY_EXPORT(ColourRow16);
+
+}  // namespace
+
+template <>
+MergeRow<R8> colourRow<R8>(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return HWY_DYNAMIC_DISPATCH(ColourRow8)(method, form, weights);
+}
+
+template <>
+MergeRow<R16> colourRow<R16>(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return HWY_DYNAMIC_DISPATCH(ColourRow16)(method, form, weights);
+}
+
+}  // namespace vblur
+#endif  // HWY_ONCE

@@ -1,0 +1,139 @@
+// Integer forms of operations that need no planes: components in lanes of their own width, as they lie in
+// memory. For MergeRows_simd.cpp alone, which includes it once for each instruction set.
+#if defined(VBLUR_COMPOSITE_FLAT_MERGE) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_COMPOSITE_FLAT_MERGE
+#undef VBLUR_COMPOSITE_FLAT_MERGE
+#else
+#define VBLUR_COMPOSITE_FLAT_MERGE
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+#if HWY_TARGET != HWY_SCALAR
+template <class Operation>
+struct FlatForm {
+  static constexpr bool kExists = false;
+};
+
+HWY_INLINE Raw ProductBytes(Raw a, Raw b) {
+  return BytesOf(WordsOver255(hn::Mul(EvenBytes(a), EvenBytes(b))), WordsOver255(hn::Mul(OddBytes(a), OddBytes(b))));
+}
+
+// Twice the product, at most 255: where it does not fit 16 bits, their top gives 257.
+HWY_INLINE hn::Vec<WordTag> DoubledOver255(hn::Vec<WordTag> product) {
+  return hn::Min(WordsOver255(hn::SaturatedAdd(product, product)), hn::Set(WordTag(), 255));
+}
+
+HWY_INLINE Ints ColourSumOf(Raw v) {
+  const UnsignedTag d;
+  const auto low = hn::Set(d, 255);
+  const auto sum = hn::Add(hn::And(v, low), hn::And(hn::ShiftRight<8>(v), low));
+  return hn::BitCast(IntTag(), hn::Add(sum, hn::And(hn::ShiftRight<16>(v), low)));
+}
+
+template <>
+struct FlatForm<Screen<R8>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    // a + b - product in bytes that wrap; it lies in 0..255.
+    const Raw screened = AsLanes(ByteTag(), AsLanes(ByteTag(), a, b, SumOf()), ProductBytes(a, b), DifferenceOf());
+    return WithAlphaOf(screened, AsLanes(ByteTag(), a, b, GreaterOf()));
+  }
+};
+
+template <>
+struct FlatForm<Multiply<R8>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    return WithAlphaOf(ProductBytes(a, b), AsLanes(ByteTag(), a, b, LesserOf()));
+  }
+};
+
+template <>
+struct FlatForm<HardLight<R8>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    return BytesOf(DoubledOver255(hn::Mul(EvenBytes(a), EvenBytes(b))),
+                   DoubledOver255(hn::Mul(OddBytes(a), OddBytes(b))));
+  }
+};
+
+template <>
+struct FlatForm<Overlay<R8>> : FlatForm<HardLight<R8>> {};
+
+template <>
+struct FlatForm<Darken<R8>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    const auto first = hn::RebindMask(UnsignedTag(), hn::Gt(ColourSumOf(b), ColourSumOf(a)));
+    return hn::AndNot(AlphaMask(), hn::IfThenElse(first, a, b));
+  }
+};
+
+template <>
+struct FlatForm<Lighten<R8>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    return hn::IfThenElse(hn::RebindMask(UnsignedTag(), hn::Gt(ColourSumOf(a), ColourSumOf(b))), a, b);
+  }
+};
+
+// Saturation is the limit to the range of the pixels.
+template <class Pixel>
+using ComponentTag = std::conditional_t<Pixel::kMax == 255, ByteTag, ShortTag>;
+
+template <class Pixel>
+struct FlatForm<Add<Pixel>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    const ComponentTag<Pixel> d;
+    return hn::BitCast(UnsignedTag(), hn::SaturatedAdd(hn::BitCast(d, a), hn::BitCast(d, b)));
+  }
+};
+
+template <class Pixel>
+struct FlatForm<Subtract<Pixel>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    const ComponentTag<Pixel> d;
+    return hn::BitCast(UnsignedTag(), hn::SaturatedSub(hn::BitCast(d, a), hn::BitCast(d, b)));
+  }
+};
+
+template <class Pixel>
+struct FlatForm<Difference<Pixel>> {
+  static constexpr bool kExists = true;
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    const ComponentTag<Pixel> d;
+    return FlatForm<Subtract<Pixel>>::Of(AsLanes(d, a, b, GreaterOf()), AsLanes(d, a, b, LesserOf()));
+  }
+};
+
+template <class Operation, class Pixel>
+void FlatRow(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MergeWeights&) {
+  const std::int32_t vector = GroupSize() * 4 / static_cast<std::int32_t>(sizeof(Pixel));
+  ForGroups(a, b, out, n, [&](const Pixel* groupA, const Pixel* groupB, Pixel* to) HWY_ATTR {
+    for (std::int32_t i = 0; i < GroupSize(); i += vector)
+      StoreRaw(FlatForm<Operation>::Of(LoadRaw(groupA + i), LoadRaw(groupB + i)), to + i);
+  });
+}
+#endif
+
+template <class Operation, class Pixel>
+MergeRow<Pixel> RowOf(MergeForm form) {
+#if HWY_TARGET != HWY_SCALAR
+  if constexpr (FlatForm<Operation>::kExists) {
+    if (form == MergeForm::Integer) return &FlatRow<Operation, Pixel>;
+    return FloatRowOf<Operation, Pixel>(form);
+  }
+#endif
+  return form == MergeForm::Integer ? &Row<Operation, MergeForm::Integer, Pixel> : FloatRowOf<Operation, Pixel>(form);
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,39 @@
+// The merge by vector code: mergeRun for pixels that lie side by side, equal to it bit for bit.
+#pragma once
+
+#include <cstdint>
+
+#include "composite/HvMerge.h"
+#include "composite/MergeKernel.h"
+#include "image/Pixels.h"
+
+namespace vblur {
+
+// n pixels; out may be a or b.
+template <class Pixel>
+using MergeRow = void (*)(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MergeWeights& weights);
+
+// Null for a method that is not in use, at the level "twin", and for weights beyond kMostWeight: the plain code
+// is for all of these.
+template <class Pixel>
+MergeRow<Pixel> mergeRowFor(std::int32_t method, MergeForm form, const MergeWeights& weights);
+
+extern template MergeRow<R8> mergeRowFor<R8>(std::int32_t, MergeForm, const MergeWeights&);
+extern template MergeRow<R16> mergeRowFor<R16>(std::int32_t, MergeForm, const MergeWeights&);
+
+// Its two families of methods, Darken to Add Under and Luminance to Colour; null for a method of the other.
+template <class Pixel>
+MergeRow<Pixel> arithmeticRow(std::int32_t method, MergeForm form);
+template <class Pixel>
+MergeRow<Pixel> colourRow(std::int32_t method, MergeForm form, const MergeWeights& weights);
+
+template <>
+MergeRow<R8> arithmeticRow<R8>(std::int32_t method, MergeForm form);
+template <>
+MergeRow<R16> arithmeticRow<R16>(std::int32_t method, MergeForm form);
+template <>
+MergeRow<R8> colourRow<R8>(std::int32_t method, MergeForm form, const MergeWeights& weights);
+template <>
+MergeRow<R16> colourRow<R16>(std::int32_t method, MergeForm form, const MergeWeights& weights);
+
+}  // namespace vblur

@@ -1,0 +1,251 @@
+#include "composite/MergeRows.h"
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "composite/MergeRows_simd.cpp"
+
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "composite/MergeVectors_simd.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+// The operations of HvRGBMerge.h under their names there, on planes of integers and of floats. A product of
+// two components back in their scale:
+template <class Pixel>
+HWY_INLINE Ints Unscaled(Ints product) {
+  return Pixel::kOne == 255 ? SmallDividedBy255(product) : DividedBy16384(product);
+}
+
+// By 16384 the product has the same bits as the quotient.
+template <class Pixel>
+HWY_INLINE Floats Unscaled(Floats product) {
+  const FloatTag d;
+  if constexpr (Pixel::kOne == 16384) {
+    return hn::Mul(product, hn::Set(d, 1.0f / 16384.0f));
+  } else {
+    return hn::Div(product, hn::Set(d, 255.0f));
+  }
+}
+
+struct LesserOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return hn::Min(a, b);
+  }
+};
+
+struct GreaterOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return hn::Max(a, b);
+  }
+};
+
+struct SumOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return hn::Add(a, b);
+  }
+};
+
+struct DifferenceOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return hn::Sub(a, b);
+  }
+};
+
+struct DistanceOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return hn::Abs(hn::Sub(a, b));
+  }
+};
+
+template <class Pixel>
+struct ScreenOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return hn::Sub(hn::Add(a, b), Unscaled<Pixel>(hn::Mul(b, a)));
+  }
+};
+
+template <class Pixel>
+struct ProductOf {
+  template <class V>
+  HWY_INLINE V operator()(V a, V b) const {
+    return Unscaled<Pixel>(hn::Mul(a, b));
+  }
+};
+
+template <class Pixel, class Colour, class Alpha>
+struct EachMerge {
+  static constexpr bool kMixesOperands = false;
+  static constexpr bool kTakesFirstAlpha = false;
+  template <class V>
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    const Colour colour;
+    return Finished<Pixel>(
+        Planes<V>{colour(p.red, q.red), colour(p.green, q.green), colour(p.blue, q.blue), Alpha()(p.alpha, q.alpha)});
+  }
+};
+
+template <class Pixel>
+using Screen = EachMerge<Pixel, ScreenOf<Pixel>, GreaterOf>;
+template <class Pixel>
+using Multiply = EachMerge<Pixel, ProductOf<Pixel>, LesserOf>;
+template <class Pixel>
+using Add = EachMerge<Pixel, SumOf, SumOf>;
+template <class Pixel>
+using Subtract = EachMerge<Pixel, DifferenceOf, DifferenceOf>;
+template <class Pixel>
+using Difference = EachMerge<Pixel, DistanceOf, DistanceOf>;
+
+// An operation with its operands exchanged.
+template <class Operation>
+struct Exchange : Operation {
+  template <class V>
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    return Operation::Of(q, p);
+  }
+};
+
+template <class Pixel>
+struct AddOver {
+  static constexpr bool kMixesOperands = false;
+  static constexpr bool kTakesFirstAlpha = false;
+  static HWY_INLINE Planes<Ints> Of(const Planes<Ints>& p, const Planes<Ints>& q) {
+    return Of(WidenedToFloat(p), WidenedToFloat(q));
+  }
+  static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
+    const Floats k = hn::Div(ColourSum(q), hn::Set(FloatTag(), static_cast<float>(3 * Pixel::kOne)));
+    const auto brightened = [&](Floats a) HWY_ATTR { return hn::Add(hn::Mul(a, k), a); };
+    return Finished<Pixel>(
+        Planes<Floats>{brightened(p.red), brightened(p.green), brightened(p.blue), hn::Add(p.alpha, q.alpha)});
+  }
+};
+
+template <class Pixel>
+using AddUnder = Exchange<AddOver<Pixel>>;
+
+template <class Pixel>
+struct HardLight {
+  static constexpr bool kMixesOperands = false;
+  static constexpr bool kTakesFirstAlpha = false;
+  static HWY_INLINE Planes<Ints> Of(const Planes<Ints>& p, const Planes<Ints>& q) {
+    const IntTag d;
+    const auto one = hn::Set(d, Pixel::kOne);
+    const auto multiplied = [&](Ints a, Ints b) HWY_ATTR { return Unscaled<Pixel>(hn::Mul(hn::Add(a, a), b)); };
+    const Planes<Ints> product = EachOf(p, q, multiplied);
+    // Stored 8-bit pixels are never bright.
+    if constexpr (Pixel::kMax == Pixel::kOne) return Finished<Pixel>(product);
+    const auto screened = [&](Ints a, Ints b) HWY_ATTR {
+      const Ints screen = ScreenOf<Pixel>()(a, b);
+      return hn::Sub(hn::Add(screen, screen), one);
+    };
+    const auto bright = hn::Gt(ColourSum(p), hn::Set(d, 3 * Pixel::kOne));
+    return Finished<Pixel>(Chosen(bright, EachOf(p, q, screened), product));
+  }
+  // Twice the quotient is the quotient of twice the product, bar one too small to be told from 0 in the end.
+  static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
+    const FloatTag d;
+    const auto bright = hn::Gt(ColourSum(p), hn::Set(d, static_cast<float>(3 * Pixel::kOne)));
+    const auto either = [&](Floats a, Floats b) HWY_ATTR {
+      const Floats product = Unscaled<Pixel>(hn::Mul(b, a));
+      const Floats screen = hn::Sub(hn::Add(b, a), product);
+      const Floats screened = hn::Sub(hn::Add(screen, screen), hn::Set(d, static_cast<float>(Pixel::kOne)));
+      return hn::IfThenElse(bright, screened, hn::Add(product, product));
+    };
+    return Finished<Pixel>(EachOf(p, q, either));
+  }
+};
+
+template <class Pixel>
+using Overlay = Exchange<HardLight<Pixel>>;
+
+template <class Pixel>
+struct Darken {
+  static constexpr bool kMixesOperands = true;
+  static constexpr bool kTakesFirstAlpha = false;
+  template <class V>
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    Planes<Ints> result = Finished<Pixel>(Chosen(hn::Gt(ColourSum(q), ColourSum(p)), p, q));
+    result.alpha = hn::Zero(IntTag());
+    return result;
+  }
+};
+
+template <class Pixel>
+struct Lighten {
+  static constexpr bool kMixesOperands = true;
+  static constexpr bool kTakesFirstAlpha = false;
+  template <class V>
+  static HWY_INLINE Planes<Ints> Of(const Planes<V>& p, const Planes<V>& q) {
+    return Finished<Pixel>(Chosen(hn::Gt(ColourSum(p), ColourSum(q)), p, q));
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#include "composite/FlatMerge_simd.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+template <class Pixel>
+MergeRow<Pixel> ArithmeticRow(std::int32_t method, MergeForm form) {
+  switch (method) {
+    case kMergeDarken: return RowOf<Darken<Pixel>, Pixel>(form);
+    case kMergeLighten: return RowOf<Lighten<Pixel>, Pixel>(form);
+    case kMergeScreen: return RowOf<Screen<Pixel>, Pixel>(form);
+    case kMergeMultiply: return RowOf<Multiply<Pixel>, Pixel>(form);
+    case kMergeAdd: return RowOf<Add<Pixel>, Pixel>(form);
+    case kMergeSubtract: return RowOf<Subtract<Pixel>, Pixel>(form);
+    case kMergeDifference: return RowOf<Difference<Pixel>, Pixel>(form);
+    case kMergeOverlay: return RowOf<Overlay<Pixel>, Pixel>(form);
+    case kMergeHardLight: return RowOf<HardLight<Pixel>, Pixel>(form);
+    case kMergeAddOver: return RowOf<AddOver<Pixel>, Pixel>(form);
+    case kMergeAddUnder: return RowOf<AddUnder<Pixel>, Pixel>(form);
+    default: return nullptr;
+  }
+}
+
+MergeRow<R8> ArithmeticRow8(std::int32_t method, MergeForm form) {
+  return ArithmeticRow<R8>(method, form);
+}
+
+MergeRow<R16> ArithmeticRow16(std::int32_t method, MergeForm form) {
+  return ArithmeticRow<R16>(method, form);
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace vblur {
+namespace {
+
+HWY_EXPORT(ArithmeticRow8);
+HWY_EXPORT(ArithmeticRow16);
+
+}  // namespace
+
+template <>
+MergeRow<R8> arithmeticRow<R8>(std::int32_t method, MergeForm form) {
+  return HWY_DYNAMIC_DISPATCH(ArithmeticRow8)(method, form);
+}
+
+template <>
+MergeRow<R16> arithmeticRow<R16>(std::int32_t method, MergeForm form) {
+  return HWY_DYNAMIC_DISPATCH(ArithmeticRow16)(method, form);
+}
+
+}  // namespace vblur
+#endif  // HWY_ONCE

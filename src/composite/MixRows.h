@@ -1,0 +1,33 @@
+// The plain mixes by vector code, on pixels that lie side by side: equal bit for bit to the loops of the
+// processors that they are named after. `out` may be one of the pictures that are read.
+#pragma once
+
+#include <cstdint>
+
+#include "image/Pixels.h"
+
+namespace vblur {
+
+// MixCombiner: a * weightA + b * weightB, limited to 0..One or known to fit. Weights of at most kMostWeight.
+struct MixRowWeights {
+  float a;
+  float b;
+  bool limits;
+};
+void mixRow(const R8* a, const R8* b, R8* out, std::int32_t n, const MixRowWeights& weights);
+void mixRow(const R16* a, const R16* b, R16* out, std::int32_t n, const MixRowWeights& weights);
+
+// HvQuickMixer: amount is 0..Max.
+void quickMixRow(const R8* a, const R8* b, R8* out, std::int32_t n, std::int32_t amount);
+void quickMixRow(const R16* a, const R16* b, R16* out, std::int32_t n, std::int32_t amount);
+
+// HvDsMaskFixer: what is at `out` mixed over the source by the source's alpha, but for alpha and the colours
+// that are named.
+void mixByAlphaRow(const R8* source, R8* out, std::int32_t n, std::int32_t named);
+void mixByAlphaRow(const R16* source, R16* out, std::int32_t n, std::int32_t named);
+
+// HvDsPaintCombiner: what is at `out` over the source by the mask.
+void paintRow(const R8* source, const C8* mask, R8* out, std::int32_t n);
+void paintRow(const R16* source, const C16* mask, R16* out, std::int32_t n);
+
+}  // namespace vblur

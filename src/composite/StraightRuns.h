@@ -1,0 +1,65 @@
+// Runs of any step for code that takes pixels side by side.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "image/HvCpu.h"
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+// How many pixels of a run are straightened at once.
+inline constexpr std::int32_t kStraightPixels = 256;
+
+// Whether n pixels of a run may be read before any of n pixels at `out` is written: they lie elsewhere, or
+// each where its result goes. Otherwise one pixel after the other has to be done.
+template <class Pixel, class Out>
+bool mayReadAhead(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) {
+  const auto address = [](const void* p) { return reinterpret_cast<std::uintptr_t>(p); };
+  if (run.step == 1 && address(run.first) == address(out)) return sizeof(Pixel) == sizeof(Out);
+  const Pixel* last = run.first + static_cast<std::ptrdiff_t>(n - 1) * run.step;
+  return address(std::max(run.first, last) + 1) <= address(out) ||
+         address(out + n) <= address(std::min(run.first, last));
+}
+
+// A run, and a copy of a stretch of it where its pixels do not lie side by side.
+template <class Pixel>
+class StraightRun {
+ public:
+  explicit StraightRun(const HvPixelRun<Pixel>& run) : run_(run) {}
+  StraightRun(const StraightRun&) = delete;
+  StraightRun& operator=(const StraightRun&) = delete;
+
+  // Pixels from i on; no more than kStraightPixels unless the run is straight. Each call follows on the last.
+  const Pixel* at(std::int32_t i, std::int32_t count) {
+    if (run_.step == 1) return run_.first + i;
+    if (run_.step == 0 && i != 0) return pixels_;
+    const Pixel* from = run_.first + static_cast<std::ptrdiff_t>(i) * run_.step;
+    for (std::int32_t k = 0; k < count; ++k, from += run_.step)
+      pixels_[k] = *from;
+    return pixels_;
+  }
+
+ private:
+  HvPixelRun<Pixel> run_;
+  Pixel pixels_[kStraightPixels];
+};
+
+// Calls row(a, b, out, count) for n pixels in stretches; false, and nothing is done, where that would not be
+// the same as one pixel after the other.
+template <class A, class B, class Out, class Row>
+bool runStraight(Out* out, std::int32_t n, const HvPixelRun<A>& runA, const HvPixelRun<B>& runB, const Row& row) {
+  if (!mayReadAhead(runA, out, n) || !mayReadAhead(runB, out, n)) return false;
+  StraightRun<A> a(runA);
+  StraightRun<B> b(runB);
+  const std::int32_t most = runA.step == 1 && runB.step == 1 ? n : kStraightPixels;
+  for (std::int32_t i = 0; i < n; i += most) {
+    const std::int32_t count = std::min(most, n - i);
+    row(a.at(i, count), b.at(i, count), out + i, count);
+  }
+  HvCountVectorCall();
+  return true;
+}
+
+}  // namespace vblur
