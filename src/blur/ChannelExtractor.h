@@ -1,4 +1,4 @@
-// One component of a picture as a picture of plain integers.
+// One component of a picture as a picture of its own.
 #pragma once
 
 #include "image/Sampler.h"
@@ -14,7 +14,7 @@ class ChannelExtractor : public Sampler<Tex1, Tex2> {
         [](T* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
           const Pixel* pixel = run.first;
           for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
-            to[i] = componentOf(*pixel, Channel);
+            setComponent(to[i], 0, componentOf(*pixel, Channel));
         },
         *in);
   }

@@ -1,4 +1,4 @@
-// Spreads a picture of plain integers over red, green, blue and alpha.
+// Spreads a picture of one component over red, green, blue and alpha.
 #pragma once
 
 #include "image/Sampler.h"

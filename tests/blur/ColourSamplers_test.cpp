@@ -167,6 +167,61 @@ TEST(Yuv, HoldsNegativeDifferencesFromZeroUp) {
   EXPECT_EQ(heldYuv<255>(255), 255);
 }
 
+// The planes of 8 bits hold every colour.
+TEST(Yuv, OfEightBitsFitsEightBits) {
+  for (int red = 0; red < 256; red += kShareOfCases) {
+    bool allFit = true;
+    for (int green = 0; green < 256; ++green) {
+      for (int blue = 0; blue < 256; ++blue) {
+        const R8 pixel{
+            {static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green), static_cast<std::uint8_t>(blue), 255}};
+        allFit = allFit && fits<R8>(heldYuvOf<255>(pixel));
+      }
+    }
+    ASSERT_TRUE(allFit) << red;
+  }
+}
+
+// Each held value grows or falls with each component, so the ends of the range tell.
+TEST(Yuv, OfSixteenBitsFitsSixteenBitsButForVBelowZero) {
+  const auto held = [](int red, int green, int blue) {
+    return heldYuvOf<32767>(
+        R16{{static_cast<std::int16_t>(red), static_cast<std::int16_t>(green), static_cast<std::int16_t>(blue), 0}});
+  };
+  EXPECT_EQ(held(-32768, -32768, -32768).red, 3);
+  EXPECT_EQ(held(32767, 32767, 32767).red, 32763);
+  EXPECT_EQ(held(32767, 32767, -32768).green, 2087);
+  EXPECT_EQ(held(-32768, -32768, 32767).green, 30679);
+  EXPECT_EQ(held(-32768, 32767, 32767).blue, -3760);
+  EXPECT_EQ(held(32767, -32768, -32768).blue, 36527);
+  EXPECT_EQ(held(32767, 0, 0).blue, 26455);
+  EXPECT_TRUE(fits<R16>(held(32767, 0, 0)));
+  EXPECT_TRUE(fits<R16>(held(-32768, 32767, 32767)));
+  EXPECT_FALSE(fits<R16>(held(32767, -32768, -32768)));
+  EXPECT_TRUE(fits<Ri>(held(32767, -32768, -32768)));
+}
+
+template <class Out>
+bool fitInto(const R16& inside, const R16& outside) {
+  HvTexture<R16, Ri> in(3, 2);
+  std::fill_n(in.at(0, 0), 6, R16{{1, 2, 3, 4}});
+  *in.at(2, 1) = inside;
+  in.setOutsideColour(outside);
+  HvTexture<Out, Ri> out(3, 2);
+  RGBToYUVSampler<HvTexture<R16, Ri>, HvTexture<Out, Ri>, R16, Ri, 32767> sampler;
+  sampler.process(&in, &out);
+  return sampler.allFit();
+}
+
+TEST(Yuv, TellsWhenAPictureOrWhatLiesBeyondItDoesNotFit) {
+  const R16 good{{100, 200, 300, 0}};
+  const R16 bad{{32767, -32768, -32768, 0}};
+  EXPECT_TRUE(fitInto<R16>(good, good));
+  EXPECT_FALSE(fitInto<R16>(bad, good));
+  EXPECT_FALSE(fitInto<R16>(good, bad));
+  EXPECT_TRUE(fitInto<Ri>(bad, bad));
+}
+
 TEST(Yuv, KeepsTheSignOfNegativeSums) {
   EXPECT_EQ(yuvFromRgb(-1, 0, 0), (YuvInt{-1, 0, -1}));
   EXPECT_EQ(yuvFromRgb(-20000, 0, 0), (YuvInt{-5977, 2944, -12295}));

@@ -274,16 +274,19 @@ INSTANTIATE_TEST_SUITE_P(OfALineBelowZero, WithoutMemory,
                          ::testing::Values(std::pair{-50.0f, 1.0f}, std::pair{1.0f, -50.0f}, std::pair{-50.0f, -50.0f},
                                            std::pair{-2000.0f, 0.0f}));
 
-TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
-  // Colours have a picture between the passes, which is too wide and too high here for any machine.
-  R8 pixel{{9, 9, 9, 9}};
-  Frame target;
+// Colours have a picture between the passes, which is too wide and too high here for any machine, and at 16
+// bits for a count of bytes.
+template <class Pixel>
+void stopsForAPlaneTooLarge() {
+  using Picture = HvTexture<Pixel, Ri>;
+  Pixel pixel{{9, 9, 9, 9}};
+  Picture target;
   target.wrap(1, 1, &pixel);
   target.horizontal.size = 2000000000;
   target.vertical.size = 2000000000;
-  Frame source(1, 1);
+  Picture source(1, 1);
   for (const std::int32_t mode : {kFuzzRGBA, kFuzzGrey, kFuzzLuminance}) {
-    FuzzSampler<R8, Ri, 255> sampler;
+    FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
     HvInterruptRecord record;
     sampler.interrupt = &record;
     sampler.mode = mode;
@@ -292,8 +295,13 @@ TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
     EXPECT_EQ(record.interrupted, 1) << mode;
     EXPECT_EQ(record.state, 1000);
     EXPECT_EQ(record.memoryRefused, 1);
-    EXPECT_EQ(pixel, (R8{{9, 9, 9, 9}}));
+    EXPECT_EQ(pixel, (Pixel{{9, 9, 9, 9}}));
   }
+}
+
+TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
+  stopsForAPlaneTooLarge<R8>();
+  stopsForAPlaneTooLarge<R16>();
 }
 
 TEST(Stops, BeforeAYuvPictureComesBackLeaveTheResultAsItWas) {
