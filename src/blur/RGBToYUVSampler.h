@@ -26,7 +26,7 @@ class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
         [this](YuvPixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
-          if (!yuvRowFromRgbPlain<Max>(to, run, n)) allFit_.store(false, std::memory_order_relaxed);
+          if (!yuvRowFromRgb<Max>(to, run, n)) allFit_.store(false, std::memory_order_relaxed);
         },
         *in);
   }

@@ -15,7 +15,7 @@ class YUVToRGBSampler : public Sampler<Tex1, Tex2> {
   void processRows(Tex1* in, Tex2* out) override {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
-        [](Pixel2* to, std::int32_t n, const HvPixelRun<Pixel1>& run) { rgbRowFromYuvPlain<Max>(to, run, n); }, *in);
+        [](Pixel2* to, std::int32_t n, const HvPixelRun<Pixel1>& run) { rgbRowFromYuv<Max>(to, run, n); }, *in);
   }
 };
 
