@@ -1,6 +1,10 @@
 #include "blur/FuzzSampler.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include "blur/ChannelExtractor.h"
 #include "blur/GaussFilter.h"
@@ -11,6 +15,24 @@
 #include "image/ChannelCopySampler.h"
 
 namespace vblur {
+namespace {
+
+// Whether a pixel of one may be a pixel of the other. Rows that lie between each other count as the same memory.
+template <class Texture>
+bool shareMemory(const Texture& a, const Texture& b) {
+  if (!a.hasPixels() || !b.hasPixels()) return false;
+  const auto ends = [](const Texture& texture) {
+    const auto first = reinterpret_cast<std::uintptr_t>(texture.at(0, 0));
+    const auto last = reinterpret_cast<std::uintptr_t>(texture.at(0, texture.height() - 1));
+    const auto row = static_cast<std::size_t>(texture.width()) * sizeof(typename Texture::Pixel);
+    return std::pair{std::min(first, last), std::max(first, last) + row};
+  };
+  const auto [firstA, endA] = ends(a);
+  const auto [firstB, endB] = ends(b);
+  return firstA < endB && firstB < endA;
+}
+
+}  // namespace
 
 template <class Pixel, class Accum, std::int32_t Max>
 void FuzzSampler<Pixel, Accum, Max>::preProcess(Texture* in, Texture* out) {
@@ -182,7 +204,9 @@ bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
   backward.copyWindow(*this);
   backward.process(&plane, out);
 
-  copyChannelsOf<0, 0, 0, 1>(in, out, false);
+  // Alpha has come with the plane where that was filled from an untouched source.
+  const bool hasAlpha = coversTarget(forward, *out) && coversTarget(*this, *out) && !shareMemory(*in, *out);
+  if (!hasAlpha) copyChannelsOf<0, 0, 0, 1>(in, out, false);
   return true;
 }
 

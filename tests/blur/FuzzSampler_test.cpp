@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "image/ChannelCopySampler.h"
 #include "tests/blur/RandomPictures.h"
 #include "tests/support/StopAfter.h"
 
@@ -197,6 +198,36 @@ TEST(Yuv, OfNoRadiusIsARoundTripAndNoCopy) {
   Blur8 blur(2, 2);
   blur.fill(R8{{255, 255, 255, 33}});
   EXPECT_EQ(*blur.run(kFuzzU, 0.0f, 0.0f).at(1, 1), (R8{{251, 254, 250, 33}}));
+}
+
+// A result that lies in the source's own memory, beside it: the last copy of alpha reads what the way back has
+// written.
+TEST(Yuv, WithinOnePictureThatIsMovedCopiesAlphaOnceMore) {
+  for (const int apart : {-1, 0, 1, 3}) {
+    Blur8 once(9, 7);
+    once.fillRandom(4);
+    const std::vector<R8> pixels = pixelsOf(once.source);
+    Blur8 apartFrom(9, 7);
+    std::copy(pixels.begin(), pixels.end(), apartFrom.source.at(0, 0));
+    for (Blur8* blur : {&once, &apartFrom}) {
+      blur->source.setEdgeMethods(kEdgeReflect, kEdgeReflect);
+      blur->source.setOrigin(apart, 0);
+    }
+    Frame within;
+    within.wrap(9, 7, once.source.data);
+    once.sampler.mode = kFuzzLuminance;
+    once.sampler.sizeX = once.sampler.sizeY = 1.5f;
+    once.sampler.process(&once.source, &within);
+
+    apartFrom.run(kFuzzLuminance, 1.5f, 1.5f);
+    Frame moved;
+    moved.wrap(9, 7, apartFrom.result.data);
+    moved.setEdgeMethods(kEdgeReflect, kEdgeReflect);
+    moved.setOrigin(apart, 0);
+    ChannelCopySampler<R8, Ri, 0, 0, 0, 1> alpha;
+    alpha.process(&moved, &apartFrom.result);
+    EXPECT_EQ(pixelsOf(within), pixelsOf(apartFrom.result)) << apart;
+  }
 }
 
 TEST(Windows, SeeRealPixelsAroundThemInEveryChain) {
