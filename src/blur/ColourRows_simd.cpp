@@ -61,7 +61,7 @@ HWY_INLINE V Pair(std::int32_t low, std::int32_t high) {
 
 // sum + a.low * b.low + a.high * b.high.
 HWY_INLINE V AddProducts(V sum, V a, V b) {
-#if HWY_ARCH_X86
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
   // Elsewhere the products of neighbours need not meet in one lane.
   const hn::Repartition<std::int16_t, D> d16;
   V none = hn::Zero(D());
