@@ -1,6 +1,7 @@
-// One component of a picture as a picture of plain integers.
+// One component of a picture as a picture of its own.
 #pragma once
 
+#include "blur/ChannelRows.h"
 #include "image/Sampler.h"
 
 namespace vblur {
@@ -11,12 +12,7 @@ class ChannelExtractor : public Sampler<Tex1, Tex2> {
   void processRows(Tex1* in, Tex2* out) override {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
-        [](T* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
-          const Pixel* pixel = run.first;
-          for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
-            to[i] = componentOf(*pixel, Channel);
-        },
-        *in);
+        [](T* to, std::int32_t n, const HvPixelRun<Pixel>& run) { extractRow<Channel>(to, run, n); }, *in);
   }
 };
 

@@ -1,5 +1,11 @@
 #include "blur/FuzzSampler.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
 #include "blur/ChannelExtractor.h"
 #include "blur/GaussFilter.h"
 #include "blur/GreyToRGBSampler.h"
@@ -9,6 +15,24 @@
 #include "image/ChannelCopySampler.h"
 
 namespace vblur {
+namespace {
+
+// Whether a pixel of one may be a pixel of the other. Rows that lie between each other count as the same memory.
+template <class Texture>
+bool shareMemory(const Texture& a, const Texture& b) {
+  if (!a.hasPixels() || !b.hasPixels()) return false;
+  const auto ends = [](const Texture& texture) {
+    const auto first = reinterpret_cast<std::uintptr_t>(texture.at(0, 0));
+    const auto last = reinterpret_cast<std::uintptr_t>(texture.at(0, texture.height() - 1));
+    const auto row = static_cast<std::size_t>(texture.width()) * sizeof(typename Texture::Pixel);
+    return std::pair{std::min(first, last), std::max(first, last) + row};
+  };
+  const auto [firstA, endA] = ends(a);
+  const auto [firstB, endB] = ends(b);
+  return firstA < endB && firstB < endA;
+}
+
+}  // namespace
 
 template <class Pixel, class Accum, std::int32_t Max>
 void FuzzSampler<Pixel, Accum, Max>::preProcess(Texture* in, Texture* out) {
@@ -67,21 +91,25 @@ template <int R, int G, int B, int A>
 void FuzzSampler<Pixel, Accum, Max>::filterDirectly(Texture* in, Texture* out) {
   BlurRGBAGauss<Pixel, Accum, Max, R, G, B, A> filter;
   setUp(filter);
+  // Alpha beside filtered colours is copied over the whole picture, whatever the window.
+  const bool copiesBeyond = mode == kFuzzRGB && !coversTarget(*this, *out);
+  const bool filterCopies = boxesKeepRange() && !copiesBeyond && !shareMemory(*in, *out);
+  if (filterCopies) filter.others = in;
   filter.process(in, out);
   if constexpr (!ChannelMask<R, G, B, A>::kAll) {
-    // Alpha beside filtered colours is copied over the whole picture, whatever the window.
-    copyChannelsOf<1 - R, 1 - G, 1 - B, 1 - A>(in, out, mode != kFuzzRGB);
+    if (!filterCopies) copyChannelsOf<1 - R, 1 - G, 1 - B, 1 - A>(in, out, mode != kFuzzRGB);
   }
 }
 
-// An owned picture of the target's size that lies where the target is written and answers beyond its
-// edges as the source does.
+// A picture of the target's size that lies where the target is written and answers beyond its edges as the
+// source does. Uncleared when the reader is to fill all of it.
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Plane>
-bool FuzzSampler<Pixel, Accum, Max>::makePlane(Plane& plane, const Texture& in, const Texture& out) {
+bool FuzzSampler<Pixel, Accum, Max>::makePlane(Plane& plane, const Imager& reader, const Texture& in,
+                                               const Texture& out) {
   plane.horizontal.setSize(this->mapWidth);
   plane.vertical.setSize(this->mapHeight);
-  plane.allocate();
+  plane.allocateScratch(!coversTarget(reader, out));
   if (plane.data == nullptr) {
     stopForRefusedMemory(this->interrupt);
     return false;
@@ -90,6 +118,14 @@ bool FuzzSampler<Pixel, Accum, Max>::makePlane(Plane& plane, const Texture& in, 
   plane.setOrigin(out.horizontal.writeOrigin, out.vertical.writeOrigin);
   plane.setEdgeMethods(in.horizontal.edgeMethod, in.vertical.edgeMethod);
   return true;
+}
+
+template <class Pixel, class Accum, std::int32_t Max>
+bool FuzzSampler<Pixel, Accum, Max>::coversTarget(const Imager& window, const Texture& out) const {
+  const std::int64_t left = out.horizontal.writeOrigin;
+  const std::int64_t top = out.vertical.writeOrigin;
+  return window.x1 <= left && window.y1 <= top && window.x2 >= left + this->mapWidth &&
+         window.y2 >= top + this->mapHeight;
 }
 
 // The planes are filled this far around the window, so that the filter sees real pixels there.
@@ -106,20 +142,36 @@ void FuzzSampler<Pixel, Accum, Max>::widenWindow(Reader& reader) const {
 }
 
 template <class Pixel, class Accum, std::int32_t Max>
+bool FuzzSampler<Pixel, Accum, Max>::boxesKeepRange() const {
+  return sizeX / this->aspect >= 0.0f && sizeY >= 0.0f;
+}
+
+template <class Pixel, class Accum, std::int32_t Max>
 void FuzzSampler<Pixel, Accum, Max>::filterGrey(Texture* in, Texture* out) {
-  using Plane = HvTexture<int, int>;
-  Plane plane;
-  if (!makePlane(plane, *in, *out)) return;
-  ChannelExtractor<Texture, Plane, Pixel, int, 0> extractor;
+  using OneComponent = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
+  if (boxesKeepRange()) {
+    filterGreyIn<HvTexture<OneComponent, Ci>>(in, out);
+  } else {
+    filterGreyIn<HvTexture<int, int>>(in, out);
+  }
+}
+
+template <class Pixel, class Accum, std::int32_t Max>
+template <class Plane>
+void FuzzSampler<Pixel, Accum, Max>::filterGreyIn(Texture* in, Texture* out) {
+  using Grey = typename Plane::Pixel;
+  ChannelExtractor<Texture, Plane, Pixel, Grey, 0> extractor;
   extractor.interrupt = this->interrupt;
   widenWindow(extractor);
+  Plane plane;
+  if (!makePlane(plane, extractor, *in, *out)) return;
   extractor.process(in, &plane);
 
-  BlurGeneralGauss<int, int, Max, 1, 0, 0, 0> filter;
+  BlurGeneralGauss<Grey, typename Plane::Accum, Max, 1, 0, 0, 0> filter;
   setUp(filter);
   filter.process(&plane, &plane);
 
-  GreyToRGBSampler<Plane, Texture, int, Pixel, Max> spreader;
+  GreyToRGBSampler<Plane, Texture, Grey, Pixel, Max> spreader;
   spreader.interrupt = this->interrupt;
   spreader.copyWindow(*this);
   spreader.process(&plane, out);
@@ -127,41 +179,61 @@ void FuzzSampler<Pixel, Accum, Max>::filterGrey(Texture* in, Texture* out) {
   copyChannelsOf<0, 0, 0, 1>(in, out, true);
 }
 
+// YUV of 8 bits always fits 8 bits. At 16 bits V does not where red is bright and the others lie far below
+// zero, which a picture hardly ever has: then all is done again in a plane that holds it.
 template <class Pixel, class Accum, std::int32_t Max>
 template <int Y, int U, int V>
 void FuzzSampler<Pixel, Accum, Max>::filterYuv(Texture* in, Texture* out) {
-  using Plane = HvTexture<Ri, Ri>;
-  Plane plane;
-  if (!makePlane(plane, *in, *out)) return;
+  if (boxesKeepRange() && filterYuvIn<Texture, Y, U, V>(in, out)) return;
+  filterYuvIn<HvTexture<Ri, Ri>, Y, U, V>(in, out);
+}
+
+// False, and nothing is done, when the plane's pixels cannot hold the picture's YUV.
+template <class Pixel, class Accum, std::int32_t Max>
+template <class Plane, int Y, int U, int V>
+bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
+  using YuvPixel = typename Plane::Pixel;
   RGBToYUVSampler<Texture, Plane, Pixel, Accum, Max> forward;
   forward.interrupt = this->interrupt;
   widenWindow(forward);
+  Plane plane;
+  if (!makePlane(plane, forward, *in, *out)) return true;
   forward.process(in, &plane);
+  if (!forward.allFit()) return false;
+  if (!filterPlane<BlurRGBAGauss<YuvPixel, typename Plane::Accum, Max, Y, U, V, 0>>(plane, *out)) return true;
 
-  const std::int32_t ox = out->horizontal.writeOrigin;
-  const std::int32_t oy = out->vertical.writeOrigin;
+  YUVToRGBSampler<Plane, Texture, YuvPixel, Pixel, Max> backward;
+  backward.interrupt = this->interrupt;
+  backward.copyWindow(*this);
+  backward.process(&plane, out);
+
+  // Alpha has come with the plane where that was filled from an untouched source.
+  const bool hasAlpha = coversTarget(forward, *out) && coversTarget(*this, *out) && !shareMemory(*in, *out);
+  if (!hasAlpha) copyChannelsOf<0, 0, 0, 1>(in, out, false);
+  return true;
+}
+
+// False when the picture is half made, and is not to be shown.
+template <class Pixel, class Accum, std::int32_t Max>
+template <class Filter, class Plane>
+bool FuzzSampler<Pixel, Accum, Max>::filterPlane(Plane& plane, const Texture& out) const {
+  const std::int32_t ox = out.horizontal.writeOrigin;
+  const std::int32_t oy = out.vertical.writeOrigin;
   plane.setOrigin(0, 0);
   plane.setWriteOrigin(0, 0);
   {
-    BlurRGBAGauss<Ri, Ri, Max, Y, U, V, 0> filter;
+    Filter filter;
     setUp(filter);
     filter.x1 -= ox;
     filter.x2 -= ox;
     filter.y1 -= oy;
     filter.y2 -= oy;
+    filter.others = &plane;
     filter.process(&plane, &plane);
   }
   plane.setOrigin(ox, oy);
   plane.setWriteOrigin(ox, oy);
-  // A picture half made is never shown.
-  if (poll(this->interrupt) != 0) return;
-
-  YUVToRGBSampler<Plane, Texture, Ri, Pixel, Max> backward;
-  backward.interrupt = this->interrupt;
-  backward.copyWindow(*this);
-  backward.process(&plane, out);
-
-  copyChannelsOf<0, 0, 0, 1>(in, out, false);
+  return poll(this->interrupt) == 0;
 }
 
 template class FuzzSampler<R8, Ri, 255>;

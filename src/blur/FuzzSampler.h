@@ -47,15 +47,24 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   template <int R, int G, int B, int A>
   void filterDirectly(Texture* in, Texture* out);
   void filterGrey(Texture* in, Texture* out);
+  template <class Plane>
+  void filterGreyIn(Texture* in, Texture* out);
   template <int Y, int U, int V>
   void filterYuv(Texture* in, Texture* out);
+  template <class Plane, int Y, int U, int V>
+  bool filterYuvIn(Texture* in, Texture* out);
+  template <class Filter, class Plane>
+  bool filterPlane(Plane& plane, const Texture& out) const;
 
   template <int R, int G, int B, int A>
   void copyChannelsOf(Texture* in, Texture* out, bool inWindow);
   template <class Filter>
   void setUp(Filter& filter) const;
   template <class Plane>
-  bool makePlane(Plane& plane, const Texture& in, const Texture& out);
+  bool makePlane(Plane& plane, const Imager& reader, const Texture& in, const Texture& out);
+  bool coversTarget(const Imager& window, const Texture& out) const;
+  // Whether what the boxes make of a component has its range: radii below zero amplify.
+  bool boxesKeepRange() const;
   template <class Reader>
   void widenWindow(Reader& reader) const;
 };

@@ -64,7 +64,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
       case 1: return filterAlongY(*out);
       default:
         if (copyBack != 0) copyIntermediate(*out);
-        if (others != nullptr) copyOthers(*out);
+        if (others != nullptr && others->data != out->data) copyOthers(*out);
     }
   }
 

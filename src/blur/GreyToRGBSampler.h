@@ -1,6 +1,7 @@
-// Spreads a picture of plain integers over red, green, blue and alpha.
+// Spreads a picture of one component over red, green, blue and alpha.
 #pragma once
 
+#include "blur/ChannelRows.h"
 #include "image/Sampler.h"
 
 namespace vblur {
@@ -17,22 +18,9 @@ class GreyToRGBSampler : public Sampler<Tex1, Tex2> {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
         [this](Pixel* to, std::int32_t n, const HvPixelRun<Grey>& run) {
-          const Grey* grey = run.first;
-          const bool cut = threshold && run.exists;
-          for (std::int32_t i = 0; i < n; ++i, grey += run.step)
-            to[i] = spread(componentOf(*grey, 0), cut);
+          spreadRow<Max>(to, run, Spread{threshold && run.exists, opaque}, n);
         },
         *in);
-  }
-
- private:
-  Pixel spread(std::int32_t grey, bool cut) const {
-    using Component = ComponentOf<Pixel>;
-    const auto value = storeNarrow<Component>(!cut ? grey : grey != 0 ? Max : 0);
-    Pixel pixel{};
-    pixel.red = pixel.green = pixel.blue = value;
-    pixel.alpha = opaque ? storeNarrow<Component>(Max) : value;
-    return pixel;
   }
 };
 

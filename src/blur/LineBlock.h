@@ -29,8 +29,8 @@ constexpr void forEachChosen(const Body& body) {
 template <class Mask, class Pixel>
 inline void widenPixel(std::int32_t* lanes, const Pixel& pixel) {
   forEachChosen<Mask>([&](auto place, auto component) {
-    if constexpr (std::is_same_v<Pixel, int>) {
-      lanes[place] = pixel;
+    if constexpr (PixelTraits<Pixel>::kComponents == 1) {
+      lanes[place] = componentOf(pixel, 0);
     } else if constexpr (component == 0) {
       lanes[place] = pixel.red;
     } else if constexpr (component == 1) {
@@ -48,8 +48,8 @@ template <class Mask, class Pixel>
 inline void narrowPixel(Pixel& pixel, const std::int32_t* lanes) {
   forEachChosen<Mask>([&](auto place, auto component) {
     const auto value = storeNarrow<ComponentOf<Pixel>>(lanes[place]);
-    if constexpr (std::is_same_v<Pixel, int>) {
-      pixel = value;
+    if constexpr (PixelTraits<Pixel>::kComponents == 1) {
+      setComponent(pixel, 0, value);
     } else if constexpr (component == 0) {
       pixel.red = value;
     } else if constexpr (component == 1) {

@@ -2,7 +2,9 @@
 // stands.
 #pragma once
 
-#include "blur/ColourConversion.h"
+#include <atomic>
+
+#include "blur/ColourRows.h"
 #include "image/Sampler.h"
 
 namespace vblur {
@@ -10,29 +12,30 @@ namespace vblur {
 template <class Tex1, class Tex2, class Pixel, class Accum, std::int32_t Max>
 class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
  public:
-  static Ri converted(const Pixel& pixel) {
-    const YuvInt c = yuvFromRgb(std::int32_t{pixel.red}, std::int32_t{pixel.green}, std::int32_t{pixel.blue});
-    Ri result{};
-    result.red = heldYuv<Max>(c.y);
-    result.green = heldYuv<Max>(c.u);
-    result.blue = heldYuv<Max>(c.v);
-    result.alpha = pixel.alpha;
-    return result;
-  }
+  using YuvPixel = typename Tex2::Pixel;
+
+  static YuvPixel converted(const Pixel& pixel) { return narrowed<YuvPixel>(heldYuvOf<Max>(pixel)); }
 
   // What lies beyond the input lies, converted, beyond the output.
-  void prePass(Tex1* in, Tex2* out) override { out->setOutsideColour(converted(in->outsideColour)); }
+  void prePass(Tex1* in, Tex2* out) override {
+    out->setOutsideColour(converted(in->outsideColour));
+    if (!fits<YuvPixel>(heldYuvOf<Max>(in->outsideColour))) allFit_.store(false, std::memory_order_relaxed);
+  }
 
   void processRows(Tex1* in, Tex2* out) override {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
-        [](Ri* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
-          const Pixel* pixel = run.first;
-          for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
-            to[i] = converted(*pixel);
+        [this](YuvPixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
+          if (!yuvRowFromRgb<Max>(to, run, n)) allFit_.store(false, std::memory_order_relaxed);
         },
         *in);
   }
+
+  // False once a value has lost bits on its way into a pixel of the output.
+  bool allFit() const { return allFit_.load(std::memory_order_relaxed); }
+
+ private:
+  std::atomic<bool> allFit_{true};
 };
 
 }  // namespace vblur

@@ -2,7 +2,9 @@
 // a it is unsharp masking.
 #pragma once
 
+#include "blur/SubtractRows.h"
 #include "image/Combiner.h"
+#include "image/VectorRun.h"
 
 namespace vblur {
 
@@ -20,6 +22,7 @@ class SubtractCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixe
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
         [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB) {
+          if (isVectorRun(runA, to, n) && isVectorRun(runB, to, n)) return reflectPixels(to, n, runA.first, runB.first);
           const Pixel* pixelA = runA.first;
           const Pixel* pixelB = runB.first;
           for (std::int32_t i = 0; i < n; ++i, pixelA += runA.step, pixelB += runB.step) {
@@ -32,6 +35,13 @@ class SubtractCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixe
           }
         },
         *a, *b);
+  }
+
+ private:
+  static void reflectPixels(Pixel* to, std::int32_t n, const Pixel* a, const Pixel* b) {
+    using Component = ComponentOf<Pixel>;
+    reflectRow(reinterpret_cast<const Component*>(a), reinterpret_cast<const Component*>(b), std::int64_t{4} * n,
+               reinterpret_cast<Component*>(to));
   }
 };
 

@@ -2,7 +2,7 @@
 // range, do not survive it.
 #pragma once
 
-#include "blur/ColourConversion.h"
+#include "blur/ColourRows.h"
 #include "image/Sampler.h"
 
 namespace vblur {
@@ -10,24 +10,12 @@ namespace vblur {
 template <class Tex1, class Tex2, class Pixel1, class Pixel2, std::int32_t Max>
 class YUVToRGBSampler : public Sampler<Tex1, Tex2> {
  public:
-  static Pixel2 converted(const Pixel1& pixel) {
-    const YuvFloat c{static_cast<float>(yuvFromHeld<Max>(pixel.red)), static_cast<float>(yuvFromHeld<Max>(pixel.green)),
-                     static_cast<float>(yuvFromHeld<Max>(pixel.blue))};
-    Pixel2 result{};
-    rgbFromYuv(result, c, 0.0f, static_cast<float>(Max));
-    result.alpha = storeNarrow<ComponentOf<Pixel2>>(pixel.alpha);
-    return result;
-  }
+  static Pixel2 converted(const Pixel1& pixel) { return rgbOfHeldYuv<Max, Pixel2>(pixel); }
 
   void processRows(Tex1* in, Tex2* out) override {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,
-        [](Pixel2* to, std::int32_t n, const HvPixelRun<Pixel1>& run) {
-          const Pixel1* pixel = run.first;
-          for (std::int32_t i = 0; i < n; ++i, pixel += run.step)
-            to[i] = converted(*pixel);
-        },
-        *in);
+        [](Pixel2* to, std::int32_t n, const HvPixelRun<Pixel1>& run) { rgbRowFromYuv<Max>(to, run, n); }, *in);
   }
 };
 

@@ -1,9 +1,14 @@
 // A choice of the four components, known when the loops are compiled.
 #pragma once
 
+#include <bit>
 #include <cstdint>
+#include <type_traits>
 
+#include "image/Arithmetic.h"
+#include "image/CopyBits.h"
 #include "image/HvTexture.h"
+#include "image/VectorRun.h"
 
 namespace vblur {
 
@@ -25,9 +30,22 @@ struct ChannelMask {
   }
 };
 
-// Copies the chosen components of n pixels of a run and leaves the others as they stand.
+// The vector form takes pixels for the words that fill them.
+template <class Pixel>
+inline constexpr bool kIsWord = PixelTraits<Pixel>::kComponents == 4 && sizeof(Pixel) <= 8;
+template <class Pixel>
+using WordOf = std::conditional_t<sizeof(Pixel) == 4, std::uint32_t, std::uint64_t>;
+
 template <class Mask, class Pixel>
-void copyChannels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
+constexpr WordOf<Pixel> chosenBits() {
+  Pixel pixel{};
+  for (int c = 0; c < 4; ++c)
+    pixel[c] = storeNarrow<ComponentOf<Pixel>>(Mask::chosen(c) ? -1 : 0);
+  return std::bit_cast<WordOf<Pixel>>(pixel);
+}
+
+template <class Mask, class Pixel>
+void copyChannelsPlain(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
   const Pixel* in = run.first;
   for (std::int32_t i = 0; i < n; ++i, in += run.step) {
     if constexpr (Mask::chosen(0)) out[i].red = in->red;
@@ -35,6 +53,17 @@ void copyChannels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
     if constexpr (Mask::chosen(2)) out[i].blue = in->blue;
     if constexpr (Mask::chosen(3)) out[i].alpha = in->alpha;
   }
+}
+
+// Copies the chosen components of n pixels of a run and leaves the others as they stand.
+template <class Mask, class Pixel>
+void copyChannels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
+  if constexpr (kIsWord<Pixel>) {
+    constexpr WordOf<Pixel> kChosen = chosenBits<Mask, Pixel>();
+    if (isVectorRun(run, out, n)) return copyBits(run.first, n, kChosen, out);
+    if (run.step == 0 && HvUsesVectors()) return fillBits(std::bit_cast<WordOf<Pixel>>(*run.first), n, kChosen, out);
+  }
+  copyChannelsPlain<Mask>(out, run, n);
 }
 
 }  // namespace vblur

@@ -105,8 +105,10 @@ class HvTexture : public HvTextureSampling<Accum_> {
     const std::int64_t height = this->vertical.size;
     if (width <= 0 || height <= 0) return allocate();
     stride = scratchStride(width * static_cast<std::int64_t>(sizeof(Pixel)));
-    const auto bytes = static_cast<std::size_t>(height) * static_cast<std::size_t>(stride);
-    scratch_ = takeScratch(bytes);
+    const auto rowBytes = static_cast<std::size_t>(stride);
+    const auto rows = static_cast<std::size_t>(height);
+    const std::size_t bytes = rowBytes * rows;
+    scratch_ = bytes / rowBytes == rows ? takeScratch(bytes) : HvScratchBlock{};
     data = scratch_.memory;
     owned = data != nullptr ? 1 : 0;
     if (data == nullptr) allocationFailed = 1;

@@ -16,6 +16,8 @@ namespace {
 
 using YuvPicture = HvTexture<Ri, Ri>;
 using GreyPicture = HvTexture<int, int>;
+template <class Pixel>
+using NarrowGreyPicture = std::conditional_t<std::is_same_v<Pixel, R8>, HvTexture<C8, Ci>, HvTexture<C16, Ci>>;
 
 template <class Pixel>
 constexpr std::int32_t kFull = Pixel::kMax;
@@ -30,6 +32,18 @@ template <class Pixel>
 using Extractor = ChannelExtractor<FrameOf<Pixel>, GreyPicture, Pixel, int, 0>;
 template <class Pixel>
 using Spreader = GreyToRGBSampler<GreyPicture, FrameOf<Pixel>, int, Pixel, kFull<Pixel>>;
+
+// The same into and out of planes of the pixels' own depth.
+template <class Pixel>
+using NarrowForward = RGBToYUVSampler<FrameOf<Pixel>, FrameOf<Pixel>, Pixel, Ri, kFull<Pixel>>;
+template <class Pixel>
+using NarrowBackward = YUVToRGBSampler<FrameOf<Pixel>, FrameOf<Pixel>, Pixel, Pixel, kFull<Pixel>>;
+template <class Pixel>
+using NarrowExtractor =
+    ChannelExtractor<FrameOf<Pixel>, NarrowGreyPicture<Pixel>, Pixel, typename NarrowGreyPicture<Pixel>::Pixel, 0>;
+template <class Pixel>
+using NarrowSpreader = GreyToRGBSampler<NarrowGreyPicture<Pixel>, FrameOf<Pixel>,
+                                        typename NarrowGreyPicture<Pixel>::Pixel, Pixel, kFull<Pixel>>;
 
 // Stored values that pixels make, and a few beyond.
 template <class Pixel>
@@ -51,9 +65,10 @@ template <class Processor, class InTexture, class OutTexture, class Convert>
 void compareSampler(Random& random, const Convert& convert) {
   using In = typename InTexture::Pixel;
   using Out = typename OutTexture::Pixel;
-  RandomPicture<In, typename InTexture::Accum> input(random, randomSize(random, 12), randomSize(random, 12),
+  const int widest = random.oneIn(4) ? 90 : 12;
+  RandomPicture<In, typename InTexture::Accum> input(random, randomSize(random, widest), randomSize(random, 12),
                                                      rangeOf<In>());
-  RandomPicture<Out, typename OutTexture::Accum> output(random, random.within(1, 12), random.within(1, 12),
+  RandomPicture<Out, typename OutTexture::Accum> output(random, random.within(1, widest), random.within(1, 12),
                                                         rangeOf<Out>());
   const auto window = randomWindow(random, output.texture);
   model::Picture expected = modelPicture(output.texture);
@@ -61,6 +76,7 @@ void compareSampler(Random& random, const Convert& convert) {
   Processor processor;
   setWindow(processor, window);
   const ThreadCount scope(randomThreadCount(random));
+  const CpuLevel level(randomCpuLevel(random));
   processor.process(&input.texture, &output.texture);
   EXPECT_TRUE(equalsModel(output.texture, expected));
   EXPECT_EQ(modelPixel(output.texture.outsideColour), expected.outside);
@@ -76,35 +92,43 @@ using Depths = ::testing::Types<R8, R16>;
 TYPED_TEST_SUITE(ColourSamplers, Depths);
 
 TYPED_TEST(ColourSamplers, GoToYuvAsTheModelDoes) {
-  forRandomCases(300, [](Random& random) {
-    compareSampler<Forward<TypeParam>, FrameOf<TypeParam>, YuvPicture>(
-        random, [](const model::Picture& in, model::Picture& out, const model::Window& window) {
-          model::RgbToYuv(in, out, modelDepth<TypeParam>(), window);
-        });
+  const auto convert = [](const model::Picture& in, model::Picture& out, const model::Window& window) {
+    model::RgbToYuv(in, out, modelDepth<TypeParam>(), window);
+  };
+  forRandomCases(300, [&](Random& random) {
+    compareSampler<Forward<TypeParam>, FrameOf<TypeParam>, YuvPicture>(random, convert);
+    // Not every V of 16 bits fits them.
+    if constexpr (std::is_same_v<TypeParam, R8>) {
+      compareSampler<NarrowForward<TypeParam>, FrameOf<TypeParam>, FrameOf<TypeParam>>(random, convert);
+    }
   });
 }
 
 TYPED_TEST(ColourSamplers, ComeBackFromYuvAsTheModelDoes) {
-  forRandomCases(300, [](Random& random) {
-    compareSampler<Backward<TypeParam>, YuvPicture, FrameOf<TypeParam>>(
-        random, [](const model::Picture& in, model::Picture& out, const model::Window& window) {
-          model::YuvToRgb(in, out, modelDepth<TypeParam>(), window);
-        });
+  const auto convert = [](const model::Picture& in, model::Picture& out, const model::Window& window) {
+    model::YuvToRgb(in, out, modelDepth<TypeParam>(), window);
+  };
+  forRandomCases(300, [&](Random& random) {
+    compareSampler<Backward<TypeParam>, YuvPicture, FrameOf<TypeParam>>(random, convert);
+    compareSampler<NarrowBackward<TypeParam>, FrameOf<TypeParam>, FrameOf<TypeParam>>(random, convert);
   });
 }
 
 TYPED_TEST(ColourSamplers, TakeRedForGreyAsTheModelDoes) {
   forRandomCases(200, [](Random& random) {
     compareSampler<Extractor<TypeParam>, FrameOf<TypeParam>, GreyPicture>(random, model::ExtractRed);
+    compareSampler<NarrowExtractor<TypeParam>, FrameOf<TypeParam>, NarrowGreyPicture<TypeParam>>(random,
+                                                                                                 model::ExtractRed);
   });
 }
 
 TYPED_TEST(ColourSamplers, SpreadGreyAsTheModelDoes) {
-  forRandomCases(200, [](Random& random) {
-    compareSampler<Spreader<TypeParam>, GreyPicture, FrameOf<TypeParam>>(
-        random, [](const model::Picture& in, model::Picture& out, const model::Window& window) {
-          model::GreyToRgb(in, out, modelDepth<TypeParam>(), window);
-        });
+  const auto spread = [](const model::Picture& in, model::Picture& out, const model::Window& window) {
+    model::GreyToRgb(in, out, modelDepth<TypeParam>(), window);
+  };
+  forRandomCases(200, [&](Random& random) {
+    compareSampler<Spreader<TypeParam>, GreyPicture, FrameOf<TypeParam>>(random, spread);
+    compareSampler<NarrowSpreader<TypeParam>, NarrowGreyPicture<TypeParam>, FrameOf<TypeParam>>(random, spread);
   });
 }
 
@@ -130,6 +154,7 @@ TYPED_TEST(ColourSamplers, SubtractAsTheModelDoes) {
     Combiner combiner;
     setWindow(combiner, window);
     const ThreadCount scope(randomThreadCount(random));
+    const CpuLevel level(randomCpuLevel(random));
     combiner.process(&a.texture, &b.texture, &output.texture);
     EXPECT_TRUE(equalsModel(output.texture, expected));
   });
@@ -165,6 +190,61 @@ TEST(Yuv, HoldsNegativeDifferencesFromZeroUp) {
   EXPECT_EQ(yuvFromHeld<255>(127), -1);
   EXPECT_EQ(heldYuv<255>(-255), 0);
   EXPECT_EQ(heldYuv<255>(255), 255);
+}
+
+// The planes of 8 bits hold every colour.
+TEST(Yuv, OfEightBitsFitsEightBits) {
+  for (int red = 0; red < 256; red += kShareOfCases) {
+    bool allFit = true;
+    for (int green = 0; green < 256; ++green) {
+      for (int blue = 0; blue < 256; ++blue) {
+        const R8 pixel{
+            {static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green), static_cast<std::uint8_t>(blue), 255}};
+        allFit = allFit && fits<R8>(heldYuvOf<255>(pixel));
+      }
+    }
+    ASSERT_TRUE(allFit) << red;
+  }
+}
+
+// Each held value grows or falls with each component, so the ends of the range tell.
+TEST(Yuv, OfSixteenBitsFitsSixteenBitsButForVBelowZero) {
+  const auto held = [](int red, int green, int blue) {
+    return heldYuvOf<32767>(
+        R16{{static_cast<std::int16_t>(red), static_cast<std::int16_t>(green), static_cast<std::int16_t>(blue), 0}});
+  };
+  EXPECT_EQ(held(-32768, -32768, -32768).red, 3);
+  EXPECT_EQ(held(32767, 32767, 32767).red, 32763);
+  EXPECT_EQ(held(32767, 32767, -32768).green, 2087);
+  EXPECT_EQ(held(-32768, -32768, 32767).green, 30679);
+  EXPECT_EQ(held(-32768, 32767, 32767).blue, -3760);
+  EXPECT_EQ(held(32767, -32768, -32768).blue, 36527);
+  EXPECT_EQ(held(32767, 0, 0).blue, 26455);
+  EXPECT_TRUE(fits<R16>(held(32767, 0, 0)));
+  EXPECT_TRUE(fits<R16>(held(-32768, 32767, 32767)));
+  EXPECT_FALSE(fits<R16>(held(32767, -32768, -32768)));
+  EXPECT_TRUE(fits<Ri>(held(32767, -32768, -32768)));
+}
+
+template <class Out>
+bool fitInto(const R16& inside, const R16& outside) {
+  HvTexture<R16, Ri> in(3, 2);
+  std::fill_n(in.at(0, 0), 6, R16{{1, 2, 3, 4}});
+  *in.at(2, 1) = inside;
+  in.setOutsideColour(outside);
+  HvTexture<Out, Ri> out(3, 2);
+  RGBToYUVSampler<HvTexture<R16, Ri>, HvTexture<Out, Ri>, R16, Ri, 32767> sampler;
+  sampler.process(&in, &out);
+  return sampler.allFit();
+}
+
+TEST(Yuv, TellsWhenAPictureOrWhatLiesBeyondItDoesNotFit) {
+  const R16 good{{100, 200, 300, 0}};
+  const R16 bad{{32767, -32768, -32768, 0}};
+  EXPECT_TRUE(fitInto<R16>(good, good));
+  EXPECT_FALSE(fitInto<R16>(bad, good));
+  EXPECT_FALSE(fitInto<R16>(good, bad));
+  EXPECT_TRUE(fitInto<Ri>(bad, bad));
 }
 
 TEST(Yuv, KeepsTheSignOfNegativeSums) {

@@ -29,10 +29,16 @@ void expectNoMemory(const HvInterruptRecord& record, bool wanting, const Sampler
   EXPECT_EQ(record.state, wanting ? HvInterruptRecord::kOutOfMemoryReason : 0);
 }
 
+// All that a pixel holds, or what pictures mostly hold, which goes through narrower planes.
+template <class Pixel>
+ComponentRange<Pixel> sourceRange(Random& random) {
+  return random.oneIn(2) ? storageRange<Pixel>() : ComponentRange<Pixel>{0, Pixel::kOne};
+}
+
 template <class Pixel, std::int32_t Max>
 void compareWithModel(Random& random, const Case& what) {
   const Sizes& sizes = what.sizes;
-  RandomPicture<Pixel, Ri> source(random, sizes.sourceWidth, sizes.sourceHeight);
+  RandomPicture<Pixel, Ri> source(random, sizes.sourceWidth, sizes.sourceHeight, sourceRange<Pixel>(random));
   RandomPicture<Pixel, Ri> target(random, sizes.targetWidth, sizes.targetHeight);
   model::FuzzJob job;
   job.depth = modelDepth<Pixel>();

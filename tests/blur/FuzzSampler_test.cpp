@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "image/ChannelCopySampler.h"
 #include "tests/blur/RandomPictures.h"
 #include "tests/support/StopAfter.h"
 
@@ -199,6 +200,36 @@ TEST(Yuv, OfNoRadiusIsARoundTripAndNoCopy) {
   EXPECT_EQ(*blur.run(kFuzzU, 0.0f, 0.0f).at(1, 1), (R8{{251, 254, 250, 33}}));
 }
 
+// A result that lies in the source's own memory, beside it: the last copy of alpha reads what the way back has
+// written.
+TEST(Yuv, WithinOnePictureThatIsMovedCopiesAlphaOnceMore) {
+  for (const int apart : {-1, 0, 1, 3}) {
+    Blur8 once(9, 7);
+    once.fillRandom(4);
+    const std::vector<R8> pixels = pixelsOf(once.source);
+    Blur8 apartFrom(9, 7);
+    std::copy(pixels.begin(), pixels.end(), apartFrom.source.at(0, 0));
+    for (Blur8* blur : {&once, &apartFrom}) {
+      blur->source.setEdgeMethods(kEdgeReflect, kEdgeReflect);
+      blur->source.setOrigin(apart, 0);
+    }
+    Frame within;
+    within.wrap(9, 7, once.source.data);
+    once.sampler.mode = kFuzzLuminance;
+    once.sampler.sizeX = once.sampler.sizeY = 1.5f;
+    once.sampler.process(&once.source, &within);
+
+    apartFrom.run(kFuzzLuminance, 1.5f, 1.5f);
+    Frame moved;
+    moved.wrap(9, 7, apartFrom.result.data);
+    moved.setEdgeMethods(kEdgeReflect, kEdgeReflect);
+    moved.setOrigin(apart, 0);
+    ChannelCopySampler<R8, Ri, 0, 0, 0, 1> alpha;
+    alpha.process(&moved, &apartFrom.result);
+    EXPECT_EQ(pixelsOf(within), pixelsOf(apartFrom.result)) << apart;
+  }
+}
+
 TEST(Windows, SeeRealPixelsAroundThemInEveryChain) {
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     Blur8 whole(30, 30);
@@ -274,16 +305,19 @@ INSTANTIATE_TEST_SUITE_P(OfALineBelowZero, WithoutMemory,
                          ::testing::Values(std::pair{-50.0f, 1.0f}, std::pair{1.0f, -50.0f}, std::pair{-50.0f, -50.0f},
                                            std::pair{-2000.0f, 0.0f}));
 
-TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
-  // Colours have a picture between the passes, which is too wide and too high here for any machine.
-  R8 pixel{{9, 9, 9, 9}};
-  Frame target;
+// Colours have a picture between the passes, which is too wide and too high here for any machine, and at 16
+// bits for a count of bytes.
+template <class Pixel>
+void stopsForAPlaneTooLarge() {
+  using Picture = HvTexture<Pixel, Ri>;
+  Pixel pixel{{9, 9, 9, 9}};
+  Picture target;
   target.wrap(1, 1, &pixel);
   target.horizontal.size = 2000000000;
   target.vertical.size = 2000000000;
-  Frame source(1, 1);
+  Picture source(1, 1);
   for (const std::int32_t mode : {kFuzzRGBA, kFuzzGrey, kFuzzLuminance}) {
-    FuzzSampler<R8, Ri, 255> sampler;
+    FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
     HvInterruptRecord record;
     sampler.interrupt = &record;
     sampler.mode = mode;
@@ -292,8 +326,13 @@ TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
     EXPECT_EQ(record.interrupted, 1) << mode;
     EXPECT_EQ(record.state, 1000);
     EXPECT_EQ(record.memoryRefused, 1);
-    EXPECT_EQ(pixel, (R8{{9, 9, 9, 9}}));
+    EXPECT_EQ(pixel, (Pixel{{9, 9, 9, 9}}));
   }
+}
+
+TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
+  stopsForAPlaneTooLarge<R8>();
+  stopsForAPlaneTooLarge<R16>();
 }
 
 TEST(Stops, BeforeAYuvPictureComesBackLeaveTheResultAsItWas) {

@@ -18,14 +18,15 @@ struct Instance {
 
 template <class Pixel, std::int32_t Max, int R, int G, int B, int A>
 using Colours = Instance<BlurRGBAGauss<Pixel, Ri, Max, R, G, B, A>, Pixel, R, G, B, A>;
-template <std::int32_t Max>
-using OneChannel = Instance<BlurGeneralGauss<int, int, Max, 1, 0, 0, 0>, int, 1, 0, 0, 0>;
+template <class Pixel, class Accum, std::int32_t Max>
+using OneChannel = Instance<BlurGeneralGauss<Pixel, Accum, Max, 1, 0, 0, 0>, Pixel, 1, 0, 0, 0>;
 
 // Each width of pixel, and each number of channels; the rest of the masks run within the chains.
 using Instances =
     ::testing::Types<Colours<R8, 255, 1, 1, 1, 0>, Colours<R8, 255, 1, 1, 1, 1>, Colours<R8, 255, 0, 0, 0, 1>,
-                     Colours<R16, 32767, 1, 1, 1, 1>, Colours<R16, 32767, 0, 1, 0, 0>, Colours<Ri, 255, 1, 0, 0, 0>,
-                     Colours<Ri, 32767, 0, 1, 1, 0>, OneChannel<255>>;
+                     Colours<R16, 32767, 1, 1, 1, 1>, Colours<R16, 32767, 0, 1, 0, 0>, Colours<R8, 255, 0, 1, 1, 0>,
+                     Colours<Ri, 255, 1, 0, 0, 0>, Colours<Ri, 32767, 0, 1, 1, 0>, OneChannel<int, int, 255>,
+                     OneChannel<C8, Ci, 255>, OneChannel<C16, Ci, 32767>>;
 
 template <class T>
 class GaussFilterAgainstModel : public ::testing::Test {

@@ -43,9 +43,9 @@ model::Picture modelPicture(const HvTexture<Pixel, Accum>& texture) {
 
 template <class Pixel>
 constexpr model::Depth modelDepth() {
-  if constexpr (std::is_same_v<Pixel, R8>) {
+  if constexpr (sizeof(ComponentOf<Pixel>) == 1) {
     return model::Depth::Eight;
-  } else if constexpr (std::is_same_v<Pixel, R16>) {
+  } else if constexpr (sizeof(ComponentOf<Pixel>) == 2) {
     return model::Depth::Sixteen;
   } else {
     return model::Depth::Wide;

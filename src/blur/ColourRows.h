@@ -1,0 +1,106 @@
+// The colour conversions over rows of pixels, plain and by vector code.
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+
+#include "blur/ColourConversion.h"
+#include "image/HvTexture.h"
+#include "image/VectorRun.h"
+
+namespace vblur {
+
+// The YUV of a pixel as it is held, alpha as it stands.
+template <std::int32_t Max, class Pixel>
+constexpr Ri heldYuvOf(const Pixel& pixel) {
+  const YuvInt c = yuvFromRgb(std::int32_t{pixel.red}, std::int32_t{pixel.green}, std::int32_t{pixel.blue});
+  Ri held{};
+  held.red = heldYuv<Max>(c.y);
+  held.green = heldYuv<Max>(c.u);
+  held.blue = heldYuv<Max>(c.v);
+  held.alpha = pixel.alpha;
+  return held;
+}
+
+// The low bits of each component.
+template <class Pixel>
+constexpr Pixel narrowed(const Ri& from) {
+  Pixel pixel{};
+  pixel.red = storeNarrow<ComponentOf<Pixel>>(from.red);
+  pixel.green = storeNarrow<ComponentOf<Pixel>>(from.green);
+  pixel.blue = storeNarrow<ComponentOf<Pixel>>(from.blue);
+  pixel.alpha = storeNarrow<ComponentOf<Pixel>>(from.alpha);
+  return pixel;
+}
+
+template <class Pixel>
+constexpr bool fits(const Ri& from) {
+  const Pixel pixel = narrowed<Pixel>(from);
+  return pixel.red == from.red && pixel.green == from.green && pixel.blue == from.blue && pixel.alpha == from.alpha;
+}
+
+// Vector code for pixels of one depth, to a full scale of kMax: n pixels as YUV, and back. `in` may be `out`.
+// False when a V has lost bits on the way, which 16 bits do where red is bright and the others lie far below
+// zero.
+bool yuvRow(const R8* in, std::int32_t n, R8* out);
+bool yuvRow(const R16* in, std::int32_t n, R16* out);
+void rgbRow(const R8* in, std::int32_t n, R8* out);
+void rgbRow(const R16* in, std::int32_t n, R16* out);
+
+template <class From, class To, std::int32_t Max>
+constexpr bool hasColourRows() {
+  if constexpr (std::is_same_v<From, To> && (std::is_same_v<From, R8> || std::is_same_v<From, R16>)) {
+    return Max == From::kMax;
+  } else {
+    return false;
+  }
+}
+
+template <std::int32_t Max, class Pixel, class YuvPixel>
+bool yuvRowPlain(YuvPixel* to, const HvPixelRun<Pixel>& run, std::int32_t n) {
+  const Pixel* pixel = run.first;
+  bool allFit = true;
+  for (std::int32_t i = 0; i < n; ++i, pixel += run.step) {
+    const Ri held = heldYuvOf<Max>(*pixel);
+    allFit = allFit && fits<YuvPixel>(held);
+    to[i] = narrowed<YuvPixel>(held);
+  }
+  return allFit;
+}
+
+// n pixels of a run as YUV. False when one of them has lost bits on the way.
+template <std::int32_t Max, class Pixel, class YuvPixel>
+bool yuvRowFromRgb(YuvPixel* to, const HvPixelRun<Pixel>& run, std::int32_t n) {
+  if constexpr (hasColourRows<Pixel, YuvPixel, Max>()) {
+    if (isVectorRun(run, to, n)) return yuvRow(run.first, n, to);
+  }
+  return yuvRowPlain<Max>(to, run, n);
+}
+
+template <std::int32_t Max, class Pixel, class YuvPixel>
+constexpr Pixel rgbOfHeldYuv(const YuvPixel& held) {
+  const YuvFloat c{static_cast<float>(yuvFromHeld<Max>(held.red)), static_cast<float>(yuvFromHeld<Max>(held.green)),
+                   static_cast<float>(yuvFromHeld<Max>(held.blue))};
+  Pixel pixel{};
+  rgbFromYuv(pixel, c, 0.0f, static_cast<float>(Max));
+  pixel.alpha = storeNarrow<ComponentOf<Pixel>>(held.alpha);
+  return pixel;
+}
+
+template <std::int32_t Max, class YuvPixel, class Pixel>
+void rgbRowPlain(Pixel* to, const HvPixelRun<YuvPixel>& run, std::int32_t n) {
+  const YuvPixel* held = run.first;
+  for (std::int32_t i = 0; i < n; ++i, held += run.step)
+    to[i] = rgbOfHeldYuv<Max, Pixel>(*held);
+}
+
+// The way back.
+template <std::int32_t Max, class YuvPixel, class Pixel>
+void rgbRowFromYuv(Pixel* to, const HvPixelRun<YuvPixel>& run, std::int32_t n) {
+  if constexpr (hasColourRows<YuvPixel, Pixel, Max>()) {
+    if (isVectorRun(run, to, n)) return rgbRow(run.first, n, to);
+  }
+  rgbRowPlain<Max>(to, run, n);
+}
+
+}  // namespace vblur

@@ -1,0 +1,69 @@
+// Row functions against their plain twins: rows of every length, anywhere in memory, in place or not.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "image/HvCpu.h"
+#include "image/HvTexture.h"
+#include "tests/support/Canvas.h"
+#include "tests/support/CpuLevel.h"
+#include "tests/support/PrintPixel.h"
+
+namespace vblur::test {
+
+// Longer than two of the longest vectors and the rest of one.
+inline constexpr std::int32_t kLongestRow = 150;
+
+// Every level but the twin.
+inline std::vector<std::string> vectorLevels() {
+  return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};
+}
+
+class AtEachLevel : public ::testing::TestWithParam<std::string> {
+ private:
+  const CpuLevel level_{GetParam()};
+};
+
+template <class Pixel>
+std::vector<Pixel> randomRow(Random& random, std::size_t n) {
+  std::vector<Pixel> row;
+  for (std::size_t i = 0; i < n; ++i)
+    row.push_back(randomPixel(random, storageRange<Pixel>()));
+  return row;
+}
+
+// Calls row(run, n, out) for both, at a random place of a buffer, and compares the whole buffers and what is
+// returned. The step is that of the run.
+template <class In, class Out, class Vector, class Plain>
+void compareRows(Random& random, std::int32_t step, const Vector& vector, const Plain& plain) {
+  const std::int32_t n = random.within(0, random.oneIn(3) ? kLongestRow : 70);
+  const auto offset = static_cast<std::size_t>(random.within(0, 7));
+  const std::vector<In> in = randomRow<In>(random, kLongestRow + 8);
+  std::vector<Out> expected = randomRow<Out>(random, kLongestRow + 8);
+  std::vector<Out> out = expected;
+  const auto first = offset + (step < 0 && n > 0 ? static_cast<std::size_t>(n) - 1 : 0);
+  const HvPixelRun<In> run{in.data() + first, step, n, true};
+  const auto to = static_cast<std::size_t>(random.within(0, 7));
+  const bool wanted = plain(run, n, expected.data() + to);
+  EXPECT_EQ(vector(run, n, out.data() + to), wanted) << HvCpuLevel() << " " << n;
+  EXPECT_EQ(out, expected) << HvCpuLevel() << " " << n << " step " << step;
+}
+
+// The same within one row, `apart` pixels to the left or the right of where it is read.
+template <class Pixel, class Vector, class Plain>
+void compareRowsInPlace(Random& random, std::ptrdiff_t apart, const Vector& vector, const Plain& plain) {
+  const std::int32_t n = random.within(0, kLongestRow);
+  std::vector<Pixel> expected = randomRow<Pixel>(random, kLongestRow + 16);
+  std::vector<Pixel> row = expected;
+  const auto runOf = [n](std::vector<Pixel>& pixels) { return HvPixelRun<Pixel>{pixels.data() + 8, 1, n, true}; };
+  const bool wanted = plain(runOf(expected), n, expected.data() + 8 + apart);
+  EXPECT_EQ(vector(runOf(row), n, row.data() + 8 + apart), wanted) << HvCpuLevel() << " " << n;
+  EXPECT_EQ(row, expected) << HvCpuLevel() << " " << n << " apart " << apart;
+}
+
+}  // namespace vblur::test
