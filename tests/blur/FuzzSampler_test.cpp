@@ -230,6 +230,38 @@ TEST(Yuv, WithinOnePictureThatIsMovedCopiesAlphaOnceMore) {
   }
 }
 
+// The channels beside the filtered one move along their rows as a copy of them does, pixel after pixel.
+TEST(Channels, WithinOnePictureThatIsMovedAreCopiedAfterTheFilter) {
+  for (const int apart : {-3, -1, 0, 1, 2}) {
+    Blur8 once(40, 3);
+    once.fillRandom(4);
+    Blur8 apartFrom(40, 3);
+    Blur8 moved(40, 3);
+    for (Blur8* blur : {&once, &apartFrom, &moved}) {
+      std::copy_n(once.source.at(0, 0), 120, blur->source.at(0, 0));
+      blur->source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
+      blur->source.setOrigin(apart, 0);
+    }
+    const auto inItself = [](Blur8& blur, Frame& frame) { frame.wrap(40, 3, blur.source.data); };
+    Frame within;
+    inItself(once, within);
+    once.sampler.mode = kFuzzRed;
+    once.sampler.sizeX = once.sampler.sizeY = 1.5f;
+    once.sampler.process(&once.source, &within);
+
+    apartFrom.run(kFuzzRed, 1.5f, 1.5f);
+    Frame others;
+    inItself(moved, others);
+    const CpuLevel level("twin");
+    ChannelCopySampler<R8, Ri, 0, 1, 1, 1> copy;
+    copy.process(&moved.source, &others);
+    std::vector<R8> expected = pixelsOf(others);
+    for (std::size_t i = 0; i < expected.size(); ++i)
+      expected[i].red = apartFrom.result.at(0, 0)[i].red;
+    EXPECT_EQ(pixelsOf(within), expected) << apart;
+  }
+}
+
 TEST(Windows, SeeRealPixelsAroundThemInEveryChain) {
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     Blur8 whole(30, 30);
