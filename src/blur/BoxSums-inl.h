@@ -363,7 +363,7 @@ struct ScaledSums {
   }
 
   // The sum and, of each two lanes side by side, the two products.
-#if HWY_ARCH_X86
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
 #if HWY_TARGET == HWY_AVX3_DL
     // Both compilers are told of this set without the extension that has the instruction as an intrinsic.
