@@ -5,6 +5,8 @@
 #include <new>
 #include <vector>
 
+#include "image/HvMemory.h"
+
 namespace vblur {
 namespace {
 
@@ -62,14 +64,18 @@ Shelf& shelf() {
 }  // namespace
 
 HvScratchBlock takeScratch(std::size_t bytes) {
-  const HvScratchBlock kept = shelf().take(bytes);
-  if (kept.memory != nullptr) return kept;
-  auto* memory = static_cast<std::byte*>(
-      ::operator new (std::max<std::size_t>(bytes, 1), std::align_val_t{kCacheLine}, std::nothrow));
-  return {memory, memory == nullptr ? 0 : bytes};
+  HvScratchBlock block = shelf().take(bytes);
+  if (block.memory == nullptr) {
+    block.memory = static_cast<std::byte*>(
+        ::operator new (std::max<std::size_t>(bytes, 1), std::align_val_t{kCacheLine}, std::nothrow));
+    block.bytes = block.memory == nullptr ? 0 : bytes;
+  }
+  HvNoteTaken(block.bytes);
+  return block;
 }
 
 void giveScratch(const HvScratchBlock& block) {
+  HvNoteGiven(block.bytes);
   if (block.memory != nullptr && !shelf().keep(block)) Shelf::release(block);
 }
 
