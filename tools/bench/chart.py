@@ -39,8 +39,15 @@ def draw_panel(axes, results, depth):
         axes.plot(*zip(*two), ":", color="#777777", linewidth=1.6, label="fastest peer, 2 threads")
     for threads, style in ((1, "-"), (2, "--")):
         words = f"{threads} thread{'s' * (threads > 1)}"
-        x, y = line(results, "blur", depth, threads)
-        axes.plot(x, y, style, color=OURS, marker="o", markersize=5, linewidth=2.2, label=f"V_Blur, {words}")
+        points = list(zip(*line(results, "blur", depth, threads)))
+        whole = [point for point in points if point[0] == int(point[0])]
+        broken = [point for point in points if point not in whole]
+        if whole:
+            axes.plot(*zip(*whole), style, color=OURS, marker="o", markersize=5, linewidth=2.2, label=f"V_Blur, {words}")
+        if broken:
+            face = "white" if threads == 2 else OURS
+            label = f"V_Blur, fractional radius, {words}"
+            axes.plot(*zip(*broken), "o", color=OURS, markerfacecolor=face, markersize=6, zorder=3, label=label)
         floor = results.per_megapixel("copies", depth=depth, threads=threads)
         if floor is not None:
             axes.axhline(floor, color="#333333", linestyle=style, linewidth=1.2, label=f"four copies, {words}")
@@ -66,7 +73,7 @@ def draw(results, path):
 
     # The same run gives the same file.
     plt.rcParams.update({"svg.hashsalt": "vblur", "font.size": 10})
-    figure, panels = plt.subplots(1, 2, figsize=(11, 6.4), sharey=True)
+    figure, panels = plt.subplots(1, 2, figsize=(11, 6.8), sharey=True)
     for axes, depth in zip(panels, (8, 16)):
         draw_panel(axes, results, depth)
     panels[0].set_ylabel("ms per megapixel (3840 x 2160 RGBA)")
@@ -76,7 +83,7 @@ def draw(results, path):
             handles.setdefault(label, handle)
     figure.legend(handles.values(), handles.keys(), loc="lower center", ncol=4, frameon=False)
     figure.suptitle(f"The whole filter and its peers, {results.context['cpu_model']}")
-    figure.tight_layout(rect=(0, 0.13, 1, 1))
+    figure.tight_layout(rect=(0, 0.17, 1, 1))
     figure.savefig(path, metadata={"Date": None} if str(path).endswith(".svg") else None, dpi=110)
     plt.close(figure)
     return True

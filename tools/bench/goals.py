@@ -164,6 +164,13 @@ def once(results):
         cell = Cell(limit)
         cell.take(None if time is None else time * factor, "")
         yield Goal(text, {None: cell}, unit)
+    cell = Cell(1.15)
+    wall = results.median("sequence", measure="wall")
+    stages = {stage: results.median("sequence", measure=stage) for stage in ("read", "render", "write")}
+    if wall and all(stages.values()):
+        slowest = max(stages, key=stages.get)
+        cell.take(wall / stages[slowest], slowest)
+    yield Goal("a sequence over its slowest stage", {None: cell})
 
 
 def all_goals(results):

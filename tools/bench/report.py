@@ -175,6 +175,9 @@ def runs_table(results):
         table.add(words, "-" if time is None else number(time * 1e3, "us"))
     for case, time in results.cases("startup"):
         table.add("vblur " + case["command"], number(time, "ms"))
+    for case, time in results.cases("sequence"):
+        words = {"wall": "altogether"}.get(case["measure"], f"{case['measure']}, busy")
+        table.add(f"a sequence of 32 frames, 1920 x 1080, 16 bits, DPX: {words}", number(time, "ms"))
     return table
 
 
@@ -192,7 +195,15 @@ def machine(results):
         ("OpenCV", context["OpenCV"]),
         ("libavfilter", context["libavfilter"]),
         ("Pillow", context["Pillow"]),
+        ("Other work meanwhile", busyness(results)),
     ]
+
+
+def busyness(results):
+    times = f"single threads took {results.busyness:.2f} times as long as they computed"
+    how = "their processor time is what is shown" if results.by_processor else "times are those of the clock"
+    advice = "" if results.busyness < 1.1 else "; THE MACHINE WAS BUSY: two threads, and ratios with them, say little"
+    return f"{times}; {how}{advice}"
 
 
 def cache_count(context, cache):

@@ -16,7 +16,10 @@ class Results:
     def __init__(self, data):
         self.context = data["context"]
         self.errors = []
+        # On a busy machine the time that a single thread has computed says more than the clock on the wall.
+        self.by_processor = bool(data.get("by_processor_time"))
         self._cases = {}
+        waits = []
         for run in data["benchmarks"]:
             if run.get("run_type", "iteration") != "iteration":
                 continue
@@ -24,8 +27,14 @@ class Results:
                 self.errors.append(f"{run['run_name']}: {run.get('error_message', '')}")
                 continue
             case = parse_name(run["run_name"])
-            milliseconds = run["real_time"] * {"us": 1e-3, "ms": 1.0, "s": 1e3}[run["time_unit"]]
+            alone = case.get("threads") == "1" and "cpu_time" in run
+            if alone:
+                waits.append(run["real_time"] / max(run["cpu_time"], 1e-9))
+            time = run["cpu_time" if alone and self.by_processor else "real_time"]
+            milliseconds = time * {"us": 1e-3, "ms": 1.0, "s": 1e3}[run["time_unit"]]
             self._cases.setdefault(tuple(sorted(case.items())), []).append(milliseconds)
+        # How much longer single threads took than they computed: 1.0 on a machine that had nothing else to do.
+        self.busyness = sum(waits) / len(waits) if waits else 1.0
 
     @classmethod
     def load(cls, path):
