@@ -43,7 +43,8 @@ def draw_panel(axes, results, depth):
         whole = [point for point in points if point[0] == int(point[0])]
         broken = [point for point in points if point not in whole]
         if whole:
-            axes.plot(*zip(*whole), style, color=OURS, marker="o", markersize=5, linewidth=2.2, label=f"V_Blur, {words}")
+            label = f"V_Blur, {words}"
+            axes.plot(*zip(*whole), style, color=OURS, marker="o", markersize=5, linewidth=2.2, label=label)
         if broken:
             face = "white" if threads == 2 else OURS
             label = f"V_Blur, fractional radius, {words}"

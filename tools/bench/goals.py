@@ -108,6 +108,15 @@ def worst_ratio(text, limit, pairs, at_least=False):
     return Goal(text, cells)
 
 
+def two_threads(results, depth):
+    if results.by_processor:
+        return []  # processor time on one thread and the clock's on two do not compare
+    return [
+        (results.ratio(blur(depth, radius=text_of(r)), blur(depth, radius=text_of(r), threads=2)), f"r = {text_of(r)}")
+        for r in radii(results)
+    ]
+
+
 def within_the_filter(results):
     def modes(names):
         return lambda depth: [(results.ratio(blur(depth, mode=mode), blur(depth)), mode) for mode in names]
@@ -115,18 +124,7 @@ def within_the_filter(results):
     yield worst_ratio(
         "radius 100 over radius 10", 1.5, lambda depth: [(results.ratio(blur(depth, radius=100), blur(depth)), "")]
     )
-    yield worst_ratio(
-        "two threads faster than one",
-        1.8,
-        lambda depth: [
-            (
-                results.ratio(blur(depth, radius=text_of(r)), blur(depth, radius=text_of(r), threads=2)),
-                f"r = {text_of(r)}",
-            )
-            for r in radii(results)
-        ],
-        at_least=True,
-    )
+    yield worst_ratio("two threads faster than one", 1.8, lambda depth: two_threads(results, depth), at_least=True)
     yield worst_ratio("Luminance, Chroma, U, V over RGBA", 3.0, modes(YUV_MODES))
     yield worst_ratio("one channel or Grey over RGBA", 1.5, modes(SINGLE_MODES))
     yield worst_ratio(

@@ -170,7 +170,8 @@ def peers_table(results, depth, threads):
 
 def runs_table(results):
     table = Table("Threads and programs", ["", "median"])
-    for pause, words in (("0", "an empty run over 2 threads, at once after another"), ("1000", "the same after 1 ms of rest")):
+    runs = (("0", "an empty run over 2 threads, at once after another"), ("1000", "the same after 1 ms of rest"))
+    for pause, words in runs:
         time = results.median("run", threads=2, pause=pause)
         table.add(words, "-" if time is None else number(time * 1e3, "us"))
     for case, time in results.cases("startup"):

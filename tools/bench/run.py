@@ -1,10 +1,10 @@
 """./dev bench: runs the benchmarks, says what is met, and keeps figures, tables and chart.
 
-usage: run.py [--quick] [--update] [--cpu-time] [options of Google Benchmark]
+usage: run.py [--quick] [--update] [--cpu-time] [--report] [options of Google Benchmark]
 
   --quick    a subset in under two minutes
   --update   rewrite the tables and the chart that docs/PERFORMANCE.md shows
-  --cpu-time take what runs on one thread by processor time, on a machine that has other work
+  --cpu-time take what runs on one thread by processor time, on a machine that has other work  --report   nothing is measured: the tables and the chart once more, from the figures of the last run
 """
 
 import json
@@ -66,7 +66,14 @@ def main():
     quick = "--quick" in options
     update = "--update" in options
     by_processor_time = "--cpu-time" in options
-    options = [option for option in options if option not in ("--quick", "--update", "--cpu-time")]
+    only_report = "--report" in options
+    options = [option for option in options if option not in ("--quick", "--update", "--cpu-time", "--report")]
+    if not only_report:
+        measure(quick, by_processor_time, options)
+    return tell(update)
+
+
+def measure(quick, by_processor_time, options):
     FOLDER.mkdir(parents=True, exist_ok=True)
     data = run_benchmarks(quick, options)
     if not options:
@@ -76,7 +83,10 @@ def main():
     data["context"].setdefault("Pillow", "not asked")
     data["by_processor_time"] = by_processor_time
     (FOLDER / "results.json").write_text(json.dumps(data, indent=1), encoding="utf-8")
-    results = Results(data)
+
+
+def tell(update):
+    results = Results.load(FOLDER / "results.json")
     tables = report.all_tables(results)
     for name, value in report.machine(results):
         print(f"{name}: {value}")
