@@ -13,11 +13,11 @@ def parse_name(name):
 
 
 class Results:
-    def __init__(self, data):
+    def __init__(self, data, by_processor=False):
         self.context = data["context"]
         self.errors = []
         # On a busy machine the time that a single thread has computed says more than the clock on the wall.
-        self.by_processor = bool(data.get("by_processor_time"))
+        self.by_processor = by_processor
         self._cases = {}
         waits = []
         for run in data["benchmarks"]:
@@ -37,9 +37,9 @@ class Results:
         self.busyness = sum(waits) / len(waits) if waits else 1.0
 
     @classmethod
-    def load(cls, path):
+    def load(cls, path, by_processor=False):
         with open(path, encoding="utf-8") as file:
-            return cls(json.load(file))
+            return cls(json.load(file), by_processor)
 
     def cases(self, what):
         """(case, median in ms) of all cases of a kind, in the order of the run's names."""

@@ -69,11 +69,11 @@ def main():
     only_report = "--report" in options
     options = [option for option in options if option not in ("--quick", "--update", "--cpu-time", "--report")]
     if not only_report:
-        measure(quick, by_processor_time, options)
-    return tell(update)
+        measure(quick, options)
+    return tell(update, by_processor_time)
 
 
-def measure(quick, by_processor_time, options):
+def measure(quick, options):
     FOLDER.mkdir(parents=True, exist_ok=True)
     data = run_benchmarks(quick, options)
     if not options:
@@ -81,12 +81,11 @@ def measure(quick, by_processor_time, options):
         data["benchmarks"] += pillow_peer.measure([10.0, 100.0] if quick else [0.5, 3.33, 10, 33.3, 100, 333], 3)
         data["benchmarks"] += programs.measure(BUILD / "apps" / "vblur" / "vblur", FOLDER)
     data["context"].setdefault("Pillow", "not asked")
-    data["by_processor_time"] = by_processor_time
     (FOLDER / "results.json").write_text(json.dumps(data, indent=1), encoding="utf-8")
 
 
-def tell(update):
-    results = Results.load(FOLDER / "results.json")
+def tell(update, by_processor_time):
+    results = Results.load(FOLDER / "results.json", by_processor_time)
     tables = report.all_tables(results)
     for name, value in report.machine(results):
         print(f"{name}: {value}")
