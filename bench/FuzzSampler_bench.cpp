@@ -1,89 +1,89 @@
-// The whole filter on a 3840 x 2160 picture, beside plain copies of the same bytes on the same threads:
-// the floor of anything that reads the source, writes an intermediate, reads it and writes a result.
-#include <cstring>
-#include <vector>
-
-#include <benchmark/benchmark.h>
-
+// The whole filter: every size, channel choice and instruction set, and pictures of several sizes.
+#include "bench/Pictures.h"
 #include "blur/FuzzSampler.h"
-#include "image/HvThreads.h"
-#include "image/SimpleCopySampler.h"
+#include "image/HvCpu.h"
 
-namespace vblur {
+namespace vblur::bench {
+
 namespace {
 
-constexpr std::int32_t kWidth = 3840;
-constexpr std::int32_t kHeight = 2160;
-constexpr double kMegapixels = kWidth * kHeight / 1e6;
+struct BlurCase {
+  std::int32_t threads = 1;
+  float radius = 10.0f;
+  std::int32_t method = kFuzzBlur;
+  std::int32_t mode = kFuzzRGBA;
+  std::string level = "native";
+  Size size = {};
+};
+
+constexpr const char* kModeNames[] = {"RGBA", "Alpha",     "RGB", "Grey", "Red",   "Green",
+                                      "Blue", "Luminance", "U",   "V",    "Chroma"};
 
 template <class Pixel>
-void fill(HvTexture<Pixel, Ri>& texture) {
-  std::uint32_t noise = 1;
-  for (std::int32_t y = 0; y < kHeight; ++y) {
-    for (std::int32_t x = 0; x < kWidth; ++x) {
-      noise = noise * 1664525u + 1013904223u;
-      Pixel& pixel = *texture.at(x, y);
-      pixel.red = storeNarrow<ComponentOf<Pixel>>(static_cast<std::int32_t>(noise >> 24));
-      pixel.green = storeNarrow<ComponentOf<Pixel>>(x & 255);
-      pixel.blue = storeNarrow<ComponentOf<Pixel>>(y & 255);
-      pixel.alpha = Pixel::kOne;
+void blur(benchmark::State& state, const BlurCase& blurCase, const std::string& picture) {
+  Pictures<Pixel>& all = pictures<Pixel>(blurCase.size);
+  FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
+  sampler.sizeX = sampler.sizeY = blurCase.radius;
+  sampler.method = blurCase.method;
+  sampler.mode = blurCase.mode;
+  const auto render = [&] { sampler.process(&all.source, &all.result); };
+  const std::uint64_t expected = hashByTwin(picture, all.result, render);
+  useThreads(blurCase.threads);
+  HvSetCpuLevel(blurCase.level);
+  clear(all.result);
+  for (auto _ : state)
+    render();
+  HvSetCpuLevel("native");
+  if (hashOf(all.result) != expected) state.SkipWithError("another picture than the twin's");
+}
+
+template <class Pixel>
+void add(const BlurCase& blurCase) {
+  CaseName picture("blur");
+  picture.with("depth", 8 * static_cast<std::int32_t>(sizeof(ComponentOf<Pixel>)))
+      .with("radius", static_cast<double>(blurCase.radius))
+      .with("method", blurCase.method == kFuzzSharpen ? "Sharpen" : "Blur")
+      .with("mode", kModeNames[blurCase.mode])
+      .with(blurCase.size);
+  CaseName name = picture;
+  name.with("threads", blurCase.threads).with("level", blurCase.level);
+  addCase(name, [=](benchmark::State& state) { blur<Pixel>(state, blurCase, picture.text()); });
+}
+
+template <class Pixel>
+void addLevels(const Plan& plan) {
+  for (const std::string& level : HvCpuLevels()) {
+    // The best one has its figures already.
+    if (level == "native" || level == HvCpuLevel()) continue;
+    const bool everywhere = level == "AVX2";
+    if (plan.quick && !everywhere) continue;
+    const auto radii = everywhere ? plan.radii() : plan.peerRadii();
+    for (const float radius : radii)
+      add<Pixel>({.radius = radius, .level = level});
+  }
+}
+
+template <class Pixel>
+void addCases(const Plan& plan) {
+  for (const std::int32_t threads : {1, 2}) {
+    for (const float radius : plan.radii())
+      add<Pixel>({.threads = threads, .radius = radius});
+    for (const Size& size : plan.sizes()) {
+      if (size != Size()) add<Pixel>({.threads = threads, .size = size});
     }
   }
-}
-
-void report(benchmark::State& state) {
-  state.counters["per_MP"] =
-      benchmark::Counter(kMegapixels, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-template <class Pixel>
-void FourCopies(benchmark::State& state) {
-  HvSetThreadCount(static_cast<std::int32_t>(state.range(0)));
-  HvTexture<Pixel, Ri> source(kWidth, kHeight);
-  HvTexture<Pixel, Ri> between(kWidth, kHeight);
-  HvTexture<Pixel, Ri> result(kWidth, kHeight);
-  fill(source);
-  SimpleCopySampler<Pixel, Ri> copy;
-  for (auto _ : state) {
-    copy.process(&source, &between);
-    copy.process(&between, &result);
-    benchmark::DoNotOptimize(*result.at(kWidth / 2, kHeight / 2));
+  for (std::int32_t mode = kFuzzAlpha; mode <= kFuzzChroma; ++mode) {
+    if (!plan.quick || mode == kFuzzRed || mode == kFuzzGrey || mode == kFuzzLuminance) add<Pixel>({.mode = mode});
   }
-  report(state);
+  add<Pixel>({.method = kFuzzSharpen});
+  addLevels<Pixel>(plan);
 }
-
-template <class Pixel>
-void Fuzz(benchmark::State& state) {
-  HvSetThreadCount(static_cast<std::int32_t>(state.range(0)));
-  HvTexture<Pixel, Ri> source(kWidth, kHeight);
-  HvTexture<Pixel, Ri> result(kWidth, kHeight);
-  fill(source);
-  source.setEdgeMethods(kEdgeReflect, kEdgeReflect);
-  FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
-  sampler.sizeX = sampler.sizeY = static_cast<float>(state.range(1)) / 100.0f;
-  sampler.mode = static_cast<std::int32_t>(state.range(2));
-  for (auto _ : state) {
-    sampler.process(&source, &result);
-    benchmark::DoNotOptimize(*result.at(kWidth / 2, kHeight / 2));
-  }
-  report(state);
-}
-
-// Threads; the radius of one box in hundredths of a pixel; the mode.
-void sizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Unit(benchmark::kMillisecond)->ArgNames({"threads", "r100", "mode"})->UseRealTime();
-  for (const int threads : {1, 2}) {
-    for (const int radius : {50, 333, 1000, 3330, 10000, 33300})
-      benchmark->Args({threads, radius, kFuzzRGBA});
-  }
-  for (const int mode : {kFuzzRGB, kFuzzRed, kFuzzGrey, kFuzzLuminance, kFuzzChroma})
-    benchmark->Args({1, 1000, mode});
-}
-
-BENCHMARK(FourCopies<R8>)->Unit(benchmark::kMillisecond)->ArgName("threads")->Arg(1)->Arg(2)->UseRealTime();
-BENCHMARK(FourCopies<R16>)->Unit(benchmark::kMillisecond)->ArgName("threads")->Arg(1)->Arg(2)->UseRealTime();
-BENCHMARK(Fuzz<R8>)->Apply(sizes);
-BENCHMARK(Fuzz<R16>)->Apply(sizes);
 
 }  // namespace
-}  // namespace vblur
+
+void addBlurCases(const Plan& plan) {
+  addCases<R8>(plan);
+  addCases<R16>(plan);
+}
+
+}  // namespace vblur::bench

@@ -64,6 +64,7 @@ class HostedEffect {
   // As the effect answered for the frame that was rendered last.
   const InputOverscan& overscan() const { return overscan_; }
   // All defaults when the effect does not tell.
+  FrameMemoryFacts frameMemory() const { return facts_ ? facts_->DescribeFrameMemory() : FrameMemoryFacts{}; }
   BlurSizeFacts DescribeBlurSize(double blur) const;
   // How many threads every render of the process uses.
   void SetRenderThreads(std::int32_t count);

@@ -37,13 +37,25 @@ std::string Overscan(const std::optional<InputOverscan>& overscan) {
   return text;
 }
 
+std::string Memory(const std::optional<FrameMemoryFacts>& memory) {
+  if (!memory) return {};
+  constexpr double kMebi = 1024.0 * 1024.0;
+  const double pictures = static_cast<double>(memory->pictures) / kMebi;
+  const double own = static_cast<double>(memory->own) / kMebi;
+  char text[120];
+  std::snprintf(text, sizeof text, ", memory %.1f MiB (%.1f pictures, %.1f beside them)", pictures + own, pictures,
+                own);
+  return text;
+}
+
 std::string FrameLine(const FrameResult& result) {
   char times[120];
   std::snprintf(times, sizeof times, " (read %.3f s, render %.3f s, write %.3f s)", result.seconds.read,
                 result.seconds.render, result.seconds.write);
   const std::string frame = "frame " + std::to_string(result.frame);
   switch (result.status) {
-    case FrameStatus::Done: return frame + ": " + result.file.string() + times + Overscan(result.overscan);
+    case FrameStatus::Done:
+      return frame + ": " + result.file.string() + times + Overscan(result.overscan) + Memory(result.memory);
     case FrameStatus::Skipped: return frame + ": " + result.file.string() + " exists, skipped";
     case FrameStatus::Failed: break;
   }
@@ -102,6 +114,7 @@ std::string ProgressJsonLine(const FrameResult& result) {
     const InputOverscan& overscan = *result.overscan;
     object["inputOverscan"] = {overscan.left, overscan.right, overscan.bottom, overscan.top};
   }
+  if (result.memory) object["memory"] = {{"pictures", result.memory->pictures}, {"own", result.memory->own}};
   if (result.status == FrameStatus::Failed) {
     object["exit"] = static_cast<int>(result.code);
     object["message"] = result.message;

@@ -311,6 +311,9 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
   HRESULT result = kOk;
   for (const FieldChoice field : {both ? FieldChoice::First : job_.field, FieldChoice::Second}) {
     result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
+    // The fields come one after the other: the larger one counts.
+    const FrameMemoryFacts memory = effect.frameMemory();
+    if (!slot.result.memory || memory.own > slot.result.memory->own) slot.result.memory = memory;
     if (context_.stopped()) throw FrameDropped{};
     if (result != kOk || !both) break;
   }

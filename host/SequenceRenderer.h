@@ -54,6 +54,7 @@ struct FrameResult {
   StageTimes seconds;
   // As the effect told it; nothing for a frame that was not rendered.
   std::optional<InputOverscan> overscan;
+  std::optional<FrameMemoryFacts> memory;
 };
 
 struct RenderSummary {

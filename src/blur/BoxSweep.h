@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "blur/BoxConstants.h"
+#include "image/HvMemory.h"
 
 namespace vblur {
 
@@ -81,6 +82,7 @@ class BoxSweep {
   bool copied(const SweepRows& rows, const C* const* in, C* const* out) const;
 
   BoxConstants box_;
+  HvMemoryNote note_;
   std::unique_ptr<std::byte, Free> rings_;
   State state_;
 };

@@ -227,6 +227,7 @@ std::size_t ringBytes(const BoxConstants& box, std::size_t rowBytes, std::size_t
 
 BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes)
     : box_(box),
+      note_(ringBytes(box, rowBytes, componentBytes)),
       rings_(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, ringBytes(box, rowBytes, componentBytes)))) {
   state_.rings = rings_.get();
   state_.rowBytes = rowBytes;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "image/ChannelMask.h"
+#include "image/HvMemory.h"
 #include "image/HvTexture.h"
 
 namespace vblur {
@@ -63,15 +64,23 @@ inline void narrowPixel(Pixel& pixel, const std::int32_t* lanes) {
 }
 
 // Zeroed 32-bit memory; null when there is none. A negative count is more than there is.
-using LaneMemory = std::unique_ptr<std::int32_t[], decltype(&std::free)>;
+struct FreeLanes {
+  std::size_t bytes = 0;
+  void operator()(std::int32_t* lanes) const {
+    HvNoteGiven(bytes);
+    std::free(lanes);
+  }
+};
+using LaneMemory = std::unique_ptr<std::int32_t[], FreeLanes>;
 
 inline LaneMemory allocateLanes(std::int64_t positions, int lanes) {
-  void* memory = nullptr;
-  if (positions >= 0) {
-    memory =
-        std::calloc(static_cast<std::size_t>(positions) + 1, static_cast<std::size_t>(lanes) * sizeof(std::int32_t));
-  }
-  return {static_cast<std::int32_t*>(memory), &std::free};
+  if (positions < 0) return {};
+  const std::size_t count = static_cast<std::size_t>(positions) + 1;
+  const std::size_t bytes = static_cast<std::size_t>(lanes) * sizeof(std::int32_t);
+  auto* memory = static_cast<std::int32_t*>(std::calloc(count, bytes));
+  if (memory == nullptr) return {};
+  HvNoteTaken(count * bytes);
+  return LaneMemory(memory, FreeLanes{count * bytes});
 }
 
 // The lines of a block of rows (the x pass), or of columns (the y pass), read from a texture.

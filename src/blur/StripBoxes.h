@@ -14,6 +14,7 @@
 #include "blur/BoxSweep.h"
 #include "blur/PassRanges.h"
 #include "image/HvCpu.h"
+#include "image/HvMemory.h"
 #include "image/Pixels.h"
 
 namespace vblur {
@@ -27,7 +28,9 @@ class StripRows {
  public:
   // `count` rows, of which `ring` consecutive ones, a multiple of kStripTile, are there at a time. Rows lie in
   // tiles one behind the other; the first tile lacks its first `phase` rows. No table where there is no memory.
-  StripRows(std::int64_t count, std::int64_t ring, std::int64_t phase, std::size_t rowBytes) : phase_(phase) {
+  StripRows(std::int64_t count, std::int64_t ring, std::int64_t phase, std::size_t rowBytes)
+      : phase_(phase),
+        note_(static_cast<std::size_t>(ring) * rowBytes + static_cast<std::size_t>(count) * sizeof(Component*)) {
     const std::size_t bytes = static_cast<std::size_t>(ring) * rowBytes;
     memory_.reset(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, bytes)));
     if (memory_ != nullptr) table_.reset(new (std::nothrow) Component*[static_cast<std::size_t>(count) + 1]);
@@ -49,6 +52,7 @@ class StripRows {
     void operator()(std::byte* memory) const { std::free(memory); }
   };
   std::int64_t phase_;
+  HvMemoryNote note_;
   std::unique_ptr<std::byte, Free> memory_;
   std::unique_ptr<Component*[]> table_;
 };

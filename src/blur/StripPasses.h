@@ -19,6 +19,7 @@
 #include "blur/TurnPixels.h"
 #include "image/ChannelMask.h"
 #include "image/HvInteruptable.h"
+#include "image/HvMemory.h"
 #include "image/HvScratch.h"
 #include "image/HvTexture.h"
 #include "image/RowBand.h"
@@ -107,6 +108,7 @@ class StripPasses {
   // The share of the calling thread of the pass along x; false when there is no memory for it.
   bool alongX(const Texture& in, HvInterruptRecord* interrupt) {
     StripBoxes<Component> strip(boxX_, columns_, kStoreBytes, in.horizontal.originI);
+    const HvMemoryNote note(static_cast<std::size_t>(width()) * sizeof(Component*));
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
     if (!strip.isReady() || targets == nullptr) return false;
     const HvSpan band = bandOfThisThread(0, strips());
@@ -135,6 +137,7 @@ class StripPasses {
     const bool whole = kAllFiltered || others != nullptr;
     StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first);
     const auto height = static_cast<std::size_t>(rows_.last - rows_.first);
+    const HvMemoryNote note(height * (sizeof(Component*) + kCacheLineBytes));
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[height]);
     const std::unique_ptr<std::byte[]> waiting(new (std::nothrow) std::byte[height * kCacheLineBytes]);
     if (!strip.isReady() || targets == nullptr || waiting == nullptr) return false;

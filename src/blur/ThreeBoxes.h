@@ -22,7 +22,6 @@ class ThreeBoxes {
         boxes_(boxes),
         a_(axis.targetStart - box.margin(boxes), axis.lineLength + 2 * box.margin(boxes), axis.edgeMethod, outside),
         b_(a_.start(), a_.end() - a_.start(), axis.edgeMethod, outside),
-        source_(nullptr, &std::free),
         ranges_(passRanges(box, boxes, axis)) {
     if (!a_.isReady() || !b_.isReady()) return;
     std::int64_t longest = 0;

@@ -58,6 +58,7 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
 
   BlurSizeFacts DescribeBlurSize(double blur) const override;
   bool RanOutOfMemory() const override { return interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
+  FrameMemoryFacts DescribeFrameMemory() const override { return frameMemory_; }
   HRESULT SetRenderThreads(std::int32_t count) override;
   HRESULT SetCpuLevel(const char* level) override;
   const char* GetCpuLevels() override;
@@ -97,6 +98,7 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
   void UpdateTransition(double time);
   void ReportPlaces();
 
+  HRESULT RenderSettledFrame(double time);
   template <class Pixel>
   HRESULT RenderPixels(double time);
   template <class Pixel>
@@ -152,6 +154,7 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
   Blur* cloneSource = nullptr;
   BlurParameters blur_;
   BlurSize blurSize_;
+  FrameMemoryFacts frameMemory_;
 };
 
 // The interrupted code, polling first.

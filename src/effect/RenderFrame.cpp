@@ -4,6 +4,7 @@
 #include "effect/Blur.h"
 #include "effect/RenderPixels.h"
 #include "image/Arithmetic.h"
+#include "image/HvMemory.h"
 
 namespace vblur {
 namespace {
@@ -15,6 +16,15 @@ std::int32_t AskExecuteContext(void* context, HvStateWord* state) {
   if (static_cast<IDSExecuteContext*>(context)->MayContinue() != 0) return 0;
   state->store(kHostStopped, std::memory_order_relaxed);
   return 1;
+}
+
+std::int64_t BytesOf(const IDSImage* image) {
+  if (image == nullptr || image->IsUsable() != kOk) return 0;
+  const GUID format = image->Format();
+  const bool wide = format == MFIF_RGBA_S2_14 || format == MFIF_MASK_16;
+  const bool colour = format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14;
+  const DSPixelPair size = image->Size();
+  return std::int64_t{size.x} * size.y * (colour ? 4 : 1) * (wide ? 2 : 1);
 }
 
 }  // namespace
@@ -56,6 +66,7 @@ CropSettings Blur::CropOfFrame() const {
 }
 
 HRESULT Blur::RenderFrame(double time) {
+  frameMemory_ = {};
   if (const HRESULT result = PrepareData(); result != kOk) return result;
   ArmInterrupt();
   SettleField();
@@ -68,6 +79,15 @@ HRESULT Blur::RenderFrame(double time) {
   UpdateTransition(time);
   ReportPlaces();
 
+  HvMemoryAccount account;
+  const HvMemoryScope scope(&account);
+  const HRESULT result = RenderSettledFrame(time);
+  frameMemory_ = {BytesOf(outputImage) + BytesOf(inputImage) + BytesOf(input2Image) + BytesOf(maskImage),
+                  account.peak()};
+  return result;
+}
+
+HRESULT Blur::RenderSettledFrame(double time) {
   const GUID format = outputImage->Format();
   if (format == MFIF_RGBA_RAW_32) return RenderPixels<R8>(time);
   if (format == MFIF_RGBA_S2_14) return RenderPixels<R16>(time);

@@ -7,12 +7,16 @@
 
 #include <sys/mman.h>
 
+#include "image/HvMemory.h"
+
 namespace vblur {
 namespace {
 
 // What is kept while nothing renders.
 constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 constexpr std::size_t kMostBlocks = 16;
+// By so much a block may be too large for who takes it.
+constexpr std::size_t kMostIdleBytes = std::size_t{1} << 20;
 // Strips of pixels that begin with a cache line touch no more of them than they fill.
 constexpr std::size_t kCacheLine = 64;
 // Blocks of several large pages begin with one, and ask for them: rows of a picture lie so far apart that the
@@ -31,27 +35,43 @@ class Shelf {
       release(block);
   }
 
-  static void release(const HvScratchBlock& block) { ::operator delete(block.memory, alignmentOf(block.bytes)); }
+  static HvScratchBlock make(std::size_t bytes) {
+    auto* memory =
+        static_cast<std::byte*>(::operator new(std::max<std::size_t>(bytes, 1), alignmentOf(bytes), std::nothrow));
+#ifdef MADV_HUGEPAGE
+    // Advice: where it is not taken, nothing is lost.
+    if (memory != nullptr && bytes >= 2 * kLargePage) madvise(memory, bytes, MADV_HUGEPAGE);
+#endif
+    return {memory, memory == nullptr ? 0 : bytes};
+  }
+  static void release(const HvScratchBlock& block) {
+    ::operator delete(block.memory, alignmentOf(block.bytes));
+  }
 
   HvScratchBlock take(std::size_t bytes) {
     const std::lock_guard hold(lock_);
-    // The smallest that serves, unless most of it would lie idle.
+    // The smallest that serves, unless it is so much too large that a frame would hold what it does not need.
     auto best = blocks_.end();
     for (auto block = blocks_.begin(); block != blocks_.end(); ++block) {
-      const bool serves = block->bytes >= bytes && block->bytes / 2 <= bytes;
+      const bool serves = block->bytes >= bytes && block->bytes - bytes <= std::min(bytes / 16, kMostIdleBytes);
       if (serves && (best == blocks_.end() || block->bytes < best->bytes)) best = block;
     }
     if (best == blocks_.end()) return {};
     const HvScratchBlock found = *best;
     kept_ -= found.bytes;
-    *best = blocks_.back();
-    blocks_.pop_back();
+    blocks_.erase(best);
     return found;
   }
 
+  // Blocks that nobody has asked for again make room for it, the oldest first.
   bool keep(const HvScratchBlock& block) {
+    if (block.bytes > kMostBytes) return false;
     const std::lock_guard hold(lock_);
-    if (blocks_.size() == kMostBlocks || block.bytes > kMostBytes - kept_) return false;
+    while (blocks_.size() == kMostBlocks || block.bytes > kMostBytes - kept_) {
+      release(blocks_.front());
+      kept_ -= blocks_.front().bytes;
+      blocks_.erase(blocks_.begin());
+    }
     blocks_.push_back(block);
     kept_ += block.bytes;
     return true;
@@ -71,18 +91,14 @@ Shelf& shelf() {
 }  // namespace
 
 HvScratchBlock takeScratch(std::size_t bytes) {
-  const HvScratchBlock kept = shelf().take(bytes);
-  if (kept.memory != nullptr) return kept;
-  auto* memory =
-      static_cast<std::byte*>(::operator new(std::max<std::size_t>(bytes, 1), alignmentOf(bytes), std::nothrow));
-#ifdef MADV_HUGEPAGE
-  // Advice: where it is not taken, nothing is lost.
-  if (memory != nullptr && bytes >= 2 * kLargePage) madvise(memory, bytes, MADV_HUGEPAGE);
-#endif
-  return {memory, memory == nullptr ? 0 : bytes};
+  HvScratchBlock block = shelf().take(bytes);
+  if (block.memory == nullptr) block = Shelf::make(bytes);
+  HvNoteTaken(block.bytes);
+  return block;
 }
 
 void giveScratch(const HvScratchBlock& block) {
+  HvNoteGiven(block.bytes);
   if (block.memory != nullptr && !shelf().keep(block)) Shelf::release(block);
 }
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "image/Arithmetic.h"
+#include "image/HvMemory.h"
 #include "image/HvScratch.h"
 #include "image/HvTexIndexer.h"
 #include "image/Pixels.h"
@@ -92,8 +93,13 @@ class HvTexture : public HvTextureSampling<Accum_> {
       data = static_cast<std::byte*>(
           std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(width) * sizeof(Pixel)));
     }
-    if (data == nullptr) allocationFailed = 1;
     stride = width * static_cast<std::int64_t>(sizeof(Pixel));
+    if (data == nullptr) {
+      allocationFailed = 1;
+      return;
+    }
+    ownedBytes_ = static_cast<std::size_t>(height) * static_cast<std::size_t>(stride);
+    HvNoteTaken(ownedBytes_);
   }
 
   // The same from the scratch memory of earlier pictures. Only a caller that is about to write every pixel
@@ -203,11 +209,14 @@ class HvTexture : public HvTextureSampling<Accum_> {
       scratch_ = {};
     } else {
       std::free(data);
+      HvNoteGiven(ownedBytes_);
+      ownedBytes_ = 0;
     }
     data = nullptr;
   }
 
   HvScratchBlock scratch_;
+  std::size_t ownedBytes_ = 0;  // of memory that is not scratch
 
   // Whole cache lines, and an odd number of them: rows that begin at like places of a page would contend for
   // a few sets of the caches.

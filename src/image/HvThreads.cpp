@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "image/HvMemory.h"
+
 namespace vblur {
 namespace {
 
@@ -58,6 +60,7 @@ class Pool {
     startWorkers(wanted - 1);
     const auto working = static_cast<std::int32_t>(workers_.size());
     block_ = &block;
+    account_ = HvChargedAccount();
     busy_.store(working, std::memory_order_relaxed);
     generation_.fetch_add(1, std::memory_order_release);
     generation_.notify_all();
@@ -84,6 +87,11 @@ class Pool {
     threadIndex = index;
     enter(block);
     threadIndex = own;
+  }
+
+  void callOnWorker() {
+    const HvMemoryScope scope(account_);
+    enter(*block_);
   }
 
   static void runAlone(const HvCallBlock& block, std::int32_t count) {
@@ -121,7 +129,7 @@ class Pool {
       if (now == seen) continue;
       seen = now;
       if (stopping_.load(std::memory_order_relaxed)) return;
-      enter(*block_);
+      callOnWorker();
       if (busy_.fetch_sub(1, std::memory_order_release) == 1) busy_.notify_one();
     }
   }
@@ -132,6 +140,7 @@ class Pool {
   std::atomic<std::int32_t> busy_{0};
   std::atomic<bool> stopping_{false};
   const HvCallBlock* block_ = nullptr;
+  HvMemoryAccount* account_ = nullptr;
   std::vector<std::thread> workers_;
 };
 

@@ -1,6 +1,8 @@
 // What the effect can tell about itself, and about its last frame, to a program that explains it to a user.
 #pragma once
 
+#include <cstdint>
+
 #include "platform/Com.h"
 
 namespace vblur {
@@ -12,6 +14,12 @@ struct BlurSizeFacts {
   double flatGain = 1.0;   // what a flat area is multiplied by: the filter's fixed-point weights sum to less than 1
 };
 
+// What a frame held at its height, in bytes.
+struct FrameMemoryFacts {
+  std::int64_t pictures = 0;  // that the host gave it: inputs, output, mask
+  std::int64_t own = 0;       // what it allocated: pictures between its stages, lines and tables
+};
+
 class IVBlurFacts : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A821}");
@@ -19,6 +27,8 @@ class IVBlurFacts : public IUnknown {
   virtual BlurSizeFacts DescribeBlurSize(double blur) const = 0;
   // The last frame was given up because the machine had no memory for it. A render returns 0 then too.
   virtual bool RanOutOfMemory() const = 0;
+  // Of the last frame, or of what was rendered of it.
+  virtual FrameMemoryFacts DescribeFrameMemory() const = 0;
 
  protected:
   ~IVBlurFacts() = default;

@@ -43,6 +43,29 @@ class RenderFrame : public testing::Test {
   EffectBench bench{kSide, kSide};
 };
 
+// The picture between the passes reaches beyond the output by what the y boxes read; lines and tables are small.
+TEST(RenderFrameMemory, IsOnePictureBesideThoseThatAreGiven) {
+  constexpr std::int64_t kWidth = 2048;
+  constexpr std::int64_t kHeight = 1024;
+  constexpr std::int64_t kReach = 3 * (10 + 2);
+  constexpr std::int64_t kTables = std::int64_t{4} << 20;
+  EffectBench bench{kWidth, kHeight};
+  Paint<Pixel8>(bench.input, kWidth, kHeight, Checks);
+  Paint<Pixel8>(bench.output, kWidth, kHeight, Marker);
+  bench.Set(PropertyId::Blur, 30.0);
+  EXPECT_EQ(bench.effect->DescribeFrameMemory().own, 0);
+  ASSERT_EQ(bench.Render(), kOk);
+  const FrameMemoryFacts memory = bench.effect->DescribeFrameMemory();
+  EXPECT_EQ(memory.pictures, 2 * 4 * kWidth * kHeight);
+  const std::int64_t between = 4 * kWidth * (kHeight + 2 * kReach);
+  EXPECT_GE(memory.own, between);
+  EXPECT_LE(memory.own, between + kTables);
+
+  bench.Set(PropertyId::Blur, 0.0);
+  ASSERT_EQ(bench.Render(), kOk);
+  EXPECT_EQ(bench.effect->DescribeFrameMemory().own, 0) << "a copy needs no picture between";
+}
+
 TEST_F(RenderFrame, WithoutAnOutputIsRefused) {
   bench.hasOutput = false;
   EXPECT_EQ(bench.Render(), kNullPointer);

@@ -1,6 +1,7 @@
 #include "image/HvScratch.h"
 
 #include <cstring>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -25,6 +26,18 @@ TEST(HvScratch, GivesBackWhatWasGiven) {
   giveScratch(small);
   giveScratch(other);
   giveScratch({});
+}
+
+TEST(HvScratch, BlocksThatNobodyAsksForAgainMakeRoom) {
+  constexpr std::size_t kLarge = std::size_t{40} << 20;
+  std::vector<HvScratchBlock> blocks;
+  for (std::size_t i = 0; i < 8; ++i)
+    blocks.push_back(takeScratch(kLarge + (i << 21)));
+  for (const HvScratchBlock& block : blocks)
+    giveScratch(block);
+  const HvScratchBlock newest = takeScratch(blocks.back().bytes);
+  EXPECT_EQ(newest.memory, blocks.back().memory);
+  giveScratch(newest);
 }
 
 TEST(HvScratch, APictureShowsNothingOfTheOneBefore) {

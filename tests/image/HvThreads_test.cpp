@@ -2,6 +2,8 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
+#include <ctime>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -214,6 +216,19 @@ TEST(HvThreadRun, ShowsTheCallerAllThatItsThreadsWrote) {
     for (const int value : plain)
       ASSERT_EQ(value, round);
   }
+}
+
+TEST(HvThreadRun, LeavesThreadsThatRestAndTakeNoTime) {
+  constexpr double kPause = 0.2;
+  const ThreadCount scope(8);
+  Visits visits;
+  HvThreadRun(entry(&Visits::visit), 1, word(&visits));
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  // What all threads of the process have computed, not what the clock on the wall says.
+  const std::clock_t before = std::clock();
+  std::this_thread::sleep_for(std::chrono::duration<double>(kPause));
+  const double spent = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+  EXPECT_LT(spent, kPause / 10);
 }
 
 TEST(HvThreadCount, IsWhatTheMachineReportsUntilItIsSet) {
