@@ -54,7 +54,7 @@ HWY_INLINE void ForGroups(const A* a, const B* b, Out* out, std::int32_t n, cons
   Out lastOut[kMost];
   const std::int32_t size = GroupSize();
   for (std::int32_t i = 0; i < n; i += size) {
-    const auto rest = static_cast<std::size_t>(n - i);
+    const auto rest = std::min<std::size_t>(static_cast<std::uint32_t>(n - i), kMost);
     const bool whole = size <= n - i;
     const A* fromA = a + i;
     const B* fromB = b + i;
