@@ -15,6 +15,9 @@
 namespace vblur::test {
 namespace {
 
+template <class Pixel>
+inline constexpr auto kPixelBytes = static_cast<std::int64_t>(sizeof(Pixel));
+
 // A picture whose rows begin some pixels after a cache line, and lie `stride` bytes apart.
 template <class Pixel>
 class PlacedPicture {
@@ -25,7 +28,7 @@ class PlacedPicture {
       : bytes_(static_cast<std::size_t>(stride * height) + 512),
         memory_(static_cast<std::byte*>(std::aligned_alloc(64, (bytes_ + 63) / 64 * 64)), &std::free) {
     std::memset(memory_.get(), 0x5A, bytes_);
-    texture.wrap(width, height, memory_.get() + pixelsAfterLine * sizeof(Pixel));
+    texture.wrap(width, height, memory_.get() + pixelsAfterLine * kPixelBytes<Pixel>);
     texture.stride = stride;
   }
   void fill(Random& random) {
@@ -46,15 +49,15 @@ class PlacedPicture {
 
 template <class Pixel, class Mask>
 void compareWithPlainCode(Random& random) {
-  const auto height = static_cast<std::int32_t>(kStreamedBytes / (512 * sizeof(Pixel))) + random.within(0, 20);
+  const auto height = static_cast<std::int32_t>(kStreamedBytes / (512 * kPixelBytes<Pixel>)) + random.within(0, 20);
   const std::int32_t width = 512 + random.within(0, 40);
   const std::int32_t offset = random.within(0, 20);
-  const auto rowBytes = static_cast<std::int64_t>(width * sizeof(Pixel));
+  const auto rowBytes = width * kPixelBytes<Pixel>;
   const std::int64_t stride = random.oneIn(2) ? (rowBytes + 63) / 64 * 64 : rowBytes;
   PlacedPicture<Pixel> source(width, height, random.within(0, 5), stride);
   source.fill(random);
   source.texture.setEdgeMethods(random.within(0, 3), random.within(0, 3));
-  PlacedPicture<Pixel> others(width + 9, height, random.within(0, 5), rowBytes + 9 * sizeof(Pixel));
+  PlacedPicture<Pixel> others(width + 9, height, random.within(0, 5), rowBytes + 9 * kPixelBytes<Pixel>);
   others.fill(random);
   others.texture.setEdgeMethods(random.within(0, 3), random.within(0, 3));
   others.texture.setOrigin(random.within(-3, 3), random.within(-3, 3));
