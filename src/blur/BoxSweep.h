@@ -55,6 +55,9 @@ class BoxSweep {
   static std::int64_t taps(const BoxConstants& box) { return 2 * static_cast<std::int64_t>(box.r) + 1 + box.d; }
   // Where the row of the input that belongs to the first result is.
   static std::int64_t centre(const BoxConstants& box) { return 3 * (static_cast<std::int64_t>(box.r) + box.d); }
+  // Whether a step writes whole cache lines, as it has to where results are streamed: otherwise the parts of a
+  // line would go to memory one by one.
+  static bool fillsLines();
   // Steps before the first result.
   std::int64_t lead() const { return 3 * taps(box_); }
 

@@ -204,6 +204,10 @@ void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
   SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
 }
 
+bool FillsLines() {
+  return hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur
 HWY_AFTER_NAMESPACE();
@@ -215,6 +219,7 @@ namespace {
 HWY_EXPORT(Sweep8);
 HWY_EXPORT(Sweep16);
 HWY_EXPORT(Sweep32);
+HWY_EXPORT(FillsLines);
 
 // 8-bit components wait in lanes of 16 bits.
 std::size_t ringBytes(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes) {
@@ -231,6 +236,10 @@ BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t co
       rings_(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, ringBytes(box, rowBytes, componentBytes)))) {
   state_.rings = rings_.get();
   state_.rowBytes = rowBytes;
+}
+
+bool BoxSweep::fillsLines() {
+  return HWY_DYNAMIC_DISPATCH(FillsLines)();
 }
 
 // A box of no width and full weight gives back what it is given.

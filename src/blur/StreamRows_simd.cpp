@@ -25,6 +25,11 @@ void StreamRows(const StreamedPiece& piece, const std::byte* const* rows, std::b
   for (std::int64_t i = 0; i < piece.count; ++i, waiting += kCacheLineBytes) {
     auto* const to = reinterpret_cast<std::uint8_t*>(piece.first + i * piece.stride);
     const std::size_t before = reinterpret_cast<std::uintptr_t>(to) % kCacheLineBytes;
+    if (before == 0 && piece.bytes % kCacheLineBytes == 0) {
+      for (std::size_t at = 0; at < piece.bytes; at += kCacheLineBytes)
+        StreamLine(reinterpret_cast<const std::uint8_t*>(rows[i]) + at, to + at);
+      continue;
+    }
     std::memcpy(line, waiting, kCacheLineBytes);
     std::memcpy(line + before, rows[i], piece.bytes);
     const std::size_t end = before + piece.bytes;

@@ -9,8 +9,6 @@
 #include <memory>
 #include <new>
 
-#include <hwy/cache_control.h>
-
 #include "blur/BoxSweep.h"
 #include "blur/PassRanges.h"
 #include "image/HvCpu.h"
@@ -108,8 +106,6 @@ class StripBoxes {
       sweep_.advance(rows, gathered_.table(), out);
       if (rows.to > lead) done(std::max(rows.from, lead) - lead, rows.to - lead);
     }
-    // Other threads may read the results next.
-    if (streams) hwy::FlushStream();
   }
 
  private:

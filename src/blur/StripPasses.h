@@ -111,21 +111,32 @@ class StripPasses {
     const HvMemoryNote note(static_cast<std::size_t>(width()) * sizeof(Component*));
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
     if (!strip.isReady() || targets == nullptr) return false;
+    const bool inPlace = !streams() || BoxSweep::fillsLines();
     const HvSpan band = bandOfThisThread(0, strips());
     for (std::int32_t s = band.first; s < band.last; ++s) {
       const std::int32_t first = s * kRows;
       const std::int32_t n = std::min(kRows, slots_.count() - first);
       if (stoppedBefore(interrupt, n)) return true;
-      for (std::int32_t x = 0; x < width(); ++x)
+      for (std::int32_t x = 0; inPlace && x < width(); ++x)
         targets[static_cast<std::size_t>(x)] = componentsOf(stored(s, x));
       strip.run(
-          targets.get(), streams(),
+          inPlace ? targets.get() : strip.result().table(), inPlace && streams(),
           [&](std::int64_t from, std::int64_t to) { gatherRows(in, first, n, from, to, strip); },
           [&](std::int64_t from, std::int64_t to, const std::byte** ahead) {
             return askForRows(in, first, n, from, to, strip, ahead);
           },
-          [](std::int64_t, std::int64_t) {});
+          [&](std::int64_t from, std::int64_t to) {
+            if (inPlace) return;
+            const StreamedPiece piece{reinterpret_cast<std::byte*>(stored(s, static_cast<std::int32_t>(from))),
+                                      kStoreBytes,
+                                      to - from,
+                                      kStoreBytes,
+                                      true,
+                                      true};
+            streamRows(piece, reinterpret_cast<std::byte* const*>(strip.result().table() + from), nullptr);
+          });
     }
+    hwy::FlushStream();
     return true;
   }
 
@@ -150,8 +161,8 @@ class StripPasses {
         return out.target(static_cast<std::int32_t>(columns_.first) + first,
                           static_cast<std::int32_t>(rows_.first + i));
       };
-      const bool begins = beginsCacheLines(at(0), out.stride);
-      const bool inPlace = kAllFiltered && n == kColumns && (begins || !streams());
+      const bool streamsItself = BoxSweep::fillsLines() && beginsCacheLines(at(0), out.stride);
+      const bool inPlace = kAllFiltered && n == kColumns && (streamsItself || !streams());
       const bool joins = whole && streams() && !inPlace;
       for (std::size_t i = 0; inPlace && i < height; ++i)
         targets[i] = componentsOf(at(static_cast<std::int64_t>(i)));

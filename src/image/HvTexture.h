@@ -89,11 +89,15 @@ class HvTexture : public HvTextureSampling<Accum_> {
     const std::int64_t width = this->horizontal.size;
     const std::int64_t height = this->vertical.size;
     if (width == 0 || height == 0) return;
-    if (width > 0 && height > 0) {
-      data = static_cast<std::byte*>(
-          std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(width) * sizeof(Pixel)));
-    }
     stride = width * static_cast<std::int64_t>(sizeof(Pixel));
+    if (width > 0 && height > 0) {
+      // Pixels begin with a cache line, for which some rows more have room.
+      const auto rowBytes = static_cast<std::size_t>(stride);
+      void* block = std::calloc(static_cast<std::size_t>(height) + kCacheLine / rowBytes + 1, rowBytes);
+      ownedBlock_ = static_cast<std::byte*>(block);
+      data = ownedBlock_ + (kCacheLine - reinterpret_cast<std::uintptr_t>(block) % kCacheLine) % kCacheLine;
+      if (block == nullptr) data = nullptr;
+    }
     if (data == nullptr) {
       allocationFailed = 1;
       return;
@@ -208,7 +212,8 @@ class HvTexture : public HvTextureSampling<Accum_> {
       giveScratch(scratch_);
       scratch_ = {};
     } else {
-      std::free(data);
+      std::free(ownedBlock_);
+      ownedBlock_ = nullptr;
       HvNoteGiven(ownedBytes_);
       ownedBytes_ = 0;
     }
@@ -216,12 +221,15 @@ class HvTexture : public HvTextureSampling<Accum_> {
   }
 
   HvScratchBlock scratch_;
+  std::byte* ownedBlock_ = nullptr;
   std::size_t ownedBytes_ = 0;  // of memory that is not scratch
+
+  static constexpr std::size_t kCacheLine = 64;
 
   // Whole cache lines, and an odd number of them: rows that begin at like places of a page would contend for
   // a few sets of the caches.
   static constexpr std::int64_t scratchStride(std::int64_t bytes) {
-    constexpr std::int64_t kLine = 64;
+    constexpr auto kLine = static_cast<std::int64_t>(kCacheLine);
     return ((bytes + kLine - 1) / kLine | 1) * kLine;
   }
 
