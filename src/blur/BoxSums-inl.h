@@ -1,9 +1,9 @@
 // The running sums of one box over one vector of components, one kind for each way that the exact result can
 // be had in narrow lanes. Compiled once for each instruction set, by BoxSweep_simd.cpp.
 //
-// Every kind has: Sum, the sums of one box; Read and Write, a vector of components of a picture; Keep and
-// Kept, the same between two boxes, in whatever order of lanes; Add, which fills the sums; and Step, which
-// gives one result, takes `in` into the sum and `out` out of it.
+// Every kind has: Sum, the sums of one box; Read and Write, a vector of components of a picture, where those outside a
+// mask may come from other ones; Keep and Kept, the same between two boxes, in whatever order of lanes; Add, which
+// fills the sums; and Step, which gives one result, takes `in` into the sum and `out` out of it.
 #if defined(VBLUR_BLUR_BOXSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_BOXSUMS_INL_H
 #undef VBLUR_BLUR_BOXSUMS_INL_H
@@ -23,6 +23,12 @@ namespace vblur {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
+
+// The bits of v where those of the mask are set, and the other ones elsewhere.
+template <class V>
+HWY_INLINE V Merged(V mask, V v, V others) {
+  return hn::Or(hn::And(mask, v), hn::AndNot(mask, others));
+}
 
 // 32-bit sums of 32-bit components, as the plain filter has them; at the scalar level, of all components.
 template <class C>
@@ -52,15 +58,16 @@ struct WideSums {
       return hn::PromoteTo(D(), hn::LoadU(Narrow(), p));
     }
   }
-  template <bool kStreams>
-  static HWY_INLINE void Write(V v, C* p) {
+  template <bool kStreams, bool kMerges>
+  static HWY_INLINE void Write(V v, const C* others, const C* mask, C* p) {
+    if constexpr (kMerges) v = Merged(Read(mask), v, Read(others));
     if constexpr (sizeof(C) == 4) {
       hn::StoreU(v, D(), p);
     } else {
       hn::StoreU(hn::DemoteTo(Narrow(), v), Narrow(), p);
     }
   }
-  static HWY_INLINE void Keep(V v, std::byte* p) { Write<false>(v, reinterpret_cast<C*>(p)); }
+  static HWY_INLINE void Keep(V v, std::byte* p) { Write<false, false>(v, nullptr, nullptr, reinterpret_cast<C*>(p)); }
   static HWY_INLINE V Kept(const std::byte* p) { return Read(reinterpret_cast<const C*>(p)); }
 
   HWY_INLINE void Add(Sum& sum, V in) const { sum.all = hn::Add(sum.all, in); }
@@ -107,10 +114,11 @@ struct ByteLanes {
     return {hn::BitCast(D(), hn::And(both, hn::Set(U16(), 0xFF))), hn::BitCast(D(), hn::ShiftRight<8>(both))};
   }
   // Values of 0 to 255.
-  template <bool kStreams>
-  static HWY_INLINE void Write(const Pair& v, std::uint8_t* p) {
+  template <bool kStreams, bool kMerges>
+  static HWY_INLINE void Write(const Pair& v, const std::uint8_t* others, const std::uint8_t* mask, std::uint8_t* p) {
     const auto odd = hn::ShiftLeft<8>(hn::BitCast(U16(), v.odd));
-    const auto both = hn::BitCast(U8(), hn::Or(hn::BitCast(U16(), v.even), odd));
+    auto both = hn::BitCast(U8(), hn::Or(hn::BitCast(U16(), v.even), odd));
+    if constexpr (kMerges) both = Merged(hn::LoadU(U8(), mask), both, hn::LoadU(U8(), others));
     if constexpr (kStreams) {
       hn::Stream(both, U8(), p);
     } else {
@@ -119,7 +127,7 @@ struct ByteLanes {
   }
   static HWY_INLINE void Keep(const Pair& v, std::byte* p) {
     if constexpr (kPacked) {
-      Write<false>(v, reinterpret_cast<std::uint8_t*>(p));
+      Write<false, false>(v, nullptr, nullptr, reinterpret_cast<std::uint8_t*>(p));
     } else {
       StorePair(v, p);
     }
@@ -316,15 +324,18 @@ struct ScaledSums {
 
   HWY_INLINE Sum Empty() const { return {hn::Set(D32(), 8192), hn::Set(D32(), 8192)}; }
   static HWY_INLINE V Read(const std::int16_t* p) { return hn::LoadU(D(), p); }
-  template <bool kStreams>
-  static HWY_INLINE void Write(V v, std::int16_t* p) {
+  template <bool kStreams, bool kMerges>
+  static HWY_INLINE void Write(V v, const std::int16_t* others, const std::int16_t* mask, std::int16_t* p) {
+    if constexpr (kMerges) v = Merged(Read(mask), v, Read(others));
     if constexpr (kStreams) {
       hn::Stream(v, D(), p);
     } else {
       hn::StoreU(v, D(), p);
     }
   }
-  static HWY_INLINE void Keep(V v, std::byte* p) { Write<false>(v, reinterpret_cast<std::int16_t*>(p)); }
+  static HWY_INLINE void Keep(V v, std::byte* p) {
+    Write<false, false>(v, nullptr, nullptr, reinterpret_cast<std::int16_t*>(p));
+  }
   static HWY_INLINE V Kept(const std::byte* p) { return Read(reinterpret_cast<const std::int16_t*>(p)); }
 
   HWY_INLINE void Add(Sum& sum, V in) const {

@@ -50,11 +50,16 @@ class BoxSweep {
   BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes);
 
   bool isReady() const { return rings_ != nullptr; }
+  // Results have those bits of the filtered row that the mask has set, and else those of the row of the input that
+  // they belong to, which must be there still: `bytes` of the mask, a power of two up to kSweepUnit, over and over.
+  void keepOthers(const std::byte* mask, std::size_t bytes);
   // Rows that one box holds in its sum; the rows of the input that lie before and after its result are
   // three times as many.
   static std::int64_t taps(const BoxConstants& box) { return 2 * static_cast<std::int64_t>(box.r) + 1 + box.d; }
   // Where the row of the input that belongs to the first result is.
   static std::int64_t centre(const BoxConstants& box) { return 3 * (static_cast<std::int64_t>(box.r) + box.d); }
+  // By how many rows the newest of the input is behind the one that a result belongs to.
+  static std::int64_t behind(const BoxConstants& box) { return 3 * taps(box) - centre(box); }
   // Whether a step writes whole cache lines, as it has to where results are streamed: otherwise the parts of a
   // line would go to memory one by one.
   static bool fillsLines();
@@ -75,6 +80,10 @@ class BoxSweep {
     std::byte* rings = nullptr;
     std::size_t rowBytes = 0;
     std::int64_t slot = 0;
+    std::int64_t taps = 0;
+    std::int64_t behind = 0;
+    alignas(kSweepUnit) std::byte mask[kSweepUnit];
+    bool merges = false;
   };
 
  private:

@@ -44,8 +44,9 @@ struct Unit {
   }
 
   // A slot of the rings holds what the box before left `taps` steps ago, until the newest takes its place.
-  template <bool kFraction, Stage kStage, bool kStreams>
-  HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, C* result) {
+  template <bool kFraction, Stage kStage, bool kStreams, bool kMerges>
+  HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const C* others,
+                       const C* mask, C* result) {
     const auto in = Sums::Read(entering);
     if constexpr (kStage == kFillFirst) {
       sums.Add(first, in);
@@ -64,7 +65,8 @@ struct Unit {
         } else {
           const auto oldTwice = Sums::Kept(slot + kRingBytes);
           Sums::Keep(twice, slot + kRingBytes);
-          Sums::template Write<kStreams>(sums.template Step<kFraction>(third, twice, oldTwice), result);
+          Sums::template Write<kStreams, kMerges>(sums.template Step<kFraction>(third, twice, oldTwice), others, mask,
+                                                  result);
         }
       }
     }
@@ -81,44 +83,60 @@ HWY_INLINE void AskFor(const std::byte* place, std::size_t lines) {
   if (lines == 2) hwy::Prefetch(place + 64);
 }
 
-// Steps `from` to `to` of one stage over kUnits vectors side by side, from component `lane` of the rows on.
-// Returns the ring's slot behind them.
-template <class Sums, bool kFraction, Stage kStage, bool kStreams, std::size_t kUnits>
-HWY_INLINE std::byte* Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], std::int64_t taps, const SweepRows& rows,
-                            std::int64_t from, std::int64_t to, const typename Sums::Component* const* in,
-                            typename Sums::Component* const* out, std::size_t lane, std::byte* ring, std::byte* slot) {
+// Where the vectors of one column of components are: `lane` is its first component in the rows.
+template <class C>
+struct Column {
+  const C* const* in;
+  C* const* out;
+  std::size_t lane;
+  std::int64_t taps;
+  std::int64_t behind;
+  std::byte* ring;
+  const C* mask;
+  const SweepRows& rows;
+};
+
+// The steps up to `to` of one stage over kUnits vectors side by side, from step j on.
+template <bool kFraction, Stage kStage, bool kStreams, bool kMerges, class Sums, std::size_t kUnits>
+HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Column<typename Sums::Component>& column,
+                      std::int64_t& j, std::int64_t to, std::byte*& slot) {
   using C = typename Sums::Component;
   constexpr std::size_t kLanes = Sums::kBytes / sizeof(C);
   constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
-  const std::byte* const ringEnd = ring + static_cast<std::size_t>(taps) * kSlotBytes;
-  const std::byte* const* const ahead = lane == 0 ? rows.ahead : nullptr;
-  for (std::int64_t j = from; j < to; ++j) {
-    if (ahead != nullptr) AskFor(ahead[j - rows.from], rows.aheadLines);
-    const C* entering = in[j] + lane;
-    const C* leaving = kStage == kFillFirst ? entering : in[j - taps] + lane;
-    C* result = kStage == kProduce ? out[j - 3 * taps] + lane : nullptr;
-    units[0].template Step<kFraction, kStage, kStreams>(sums, entering, leaving, slot, result);
+  const std::byte* const ringEnd = column.ring + static_cast<std::size_t>(column.taps) * kSlotBytes;
+  const std::byte* const* const ahead = column.lane == 0 ? column.rows.ahead : nullptr;
+  for (; j < to; ++j) {
+    if (ahead != nullptr) AskFor(ahead[j - column.rows.from], column.rows.aheadLines);
+    const C* entering = column.in[j] + column.lane;
+    const C* leaving = kStage == kFillFirst ? entering : column.in[j - column.taps] + column.lane;
+    const C* others = kMerges ? column.in[j - column.behind] + column.lane : entering;
+    C* result = kStage == kProduce ? column.out[j - 3 * column.taps] + column.lane : nullptr;
+    units[0].template Step<kFraction, kStage, kStreams, kMerges>(sums, entering, leaving, slot, others, column.mask,
+                                                                 result);
     if constexpr (kUnits == 2) {
-      units[1].template Step<kFraction, kStage, kStreams>(sums, entering + kLanes, leaving + kLanes,
-                                                          slot + 2 * Sums::kRingBytes, result + kLanes);
+      units[1].template Step<kFraction, kStage, kStreams, kMerges>(sums, entering + kLanes, leaving + kLanes,
+                                                                   slot + 2 * Sums::kRingBytes, others + kLanes,
+                                                                   column.mask, result + kLanes);
     }
     if constexpr (kStage != kFillFirst) {
       slot += kSlotBytes;
-      if (slot == ringEnd) slot = ring;
+      if (slot == ringEnd) slot = column.ring;
     }
   }
-  return slot;
 }
 
-template <class Sums, bool kFraction, bool kStreams, std::size_t kUnits>
-HWY_INLINE std::int64_t Columns(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
+// All steps of rows; returns the slot behind them.
+template <bool kFraction, std::size_t kUnits, class Sums>
+HWY_INLINE std::int64_t Columns(const Sums& sums, BoxSweep::State& state, const SweepRows& rows,
                                 const typename Sums::Component* const* in, typename Sums::Component* const* out,
                                 std::size_t at) {
-  const Sums sums(box);
-  const std::int64_t taps = BoxSweep::taps(box);
+  using C = typename Sums::Component;
   constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
-  const std::size_t lane = at / sizeof(typename Sums::Component);
+  const std::int64_t taps = state.taps;
   std::byte* const ring = state.rings + at / (kUnits * Sums::kBytes) * static_cast<std::size_t>(taps) * kSlotBytes;
+  const Column<C> column{
+      in,  out, at / sizeof(C), taps, state.behind, ring, reinterpret_cast<const C*>(state.mask + at % kSweepUnit),
+      rows};
   std::byte* slot = ring + static_cast<std::size_t>(state.slot) * kSlotBytes;
   std::byte* const kept = state.sums + at / Sums::kBytes * 3 * Sums::kSumBytes;
   Unit<Sums> units[kUnits];
@@ -130,31 +148,35 @@ HWY_INLINE std::int64_t Columns(const BoxConstants& box, BoxSweep::State& state,
     }
   }
   std::int64_t j = rows.from;
-  std::int64_t end = HWY_MIN(rows.to, taps);
-  slot = Steps<Sums, kFraction, kFillFirst, false>(sums, units, taps, rows, j, end, in, out, lane, ring, slot);
-  j = HWY_MAX(j, end);
-  end = HWY_MIN(rows.to, 2 * taps);
-  slot = Steps<Sums, kFraction, kFillSecond, false>(sums, units, taps, rows, j, end, in, out, lane, ring, slot);
-  j = HWY_MAX(j, end);
-  end = HWY_MIN(rows.to, 3 * taps);
-  slot = Steps<Sums, kFraction, kFillThird, false>(sums, units, taps, rows, j, end, in, out, lane, ring, slot);
-  j = HWY_MAX(j, end);
-  slot = Steps<Sums, kFraction, kProduce, kStreams>(sums, units, taps, rows, j, rows.to, in, out, lane, ring, slot);
+  Steps<kFraction, kFillFirst, false, false>(sums, units, column, j, HWY_MIN(rows.to, taps), slot);
+  Steps<kFraction, kFillSecond, false, false>(sums, units, column, j, HWY_MIN(rows.to, 2 * taps), slot);
+  Steps<kFraction, kFillThird, false, false>(sums, units, column, j, HWY_MIN(rows.to, 3 * taps), slot);
+  if (state.merges) {
+    if (rows.streams) {
+      Steps<kFraction, kProduce, true, true>(sums, units, column, j, rows.to, slot);
+    } else {
+      Steps<kFraction, kProduce, false, true>(sums, units, column, j, rows.to, slot);
+    }
+  } else if (rows.streams) {
+    Steps<kFraction, kProduce, true, false>(sums, units, column, j, rows.to, slot);
+  } else {
+    Steps<kFraction, kProduce, false, false>(sums, units, column, j, rows.to, slot);
+  }
   for (std::size_t u = 0; u < kUnits; ++u)
     units[u].Store(kept + u * 3 * Sums::kSumBytes);
   return (slot - ring) / static_cast<std::int64_t>(kSlotBytes);
 }
 
-template <class Sums, bool kFraction, bool kStreams>
-HWY_INLINE void AllColumns(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
+template <bool kFraction, class Sums>
+HWY_INLINE void AllColumns(const Sums& sums, BoxSweep::State& state, const SweepRows& rows,
                            const typename Sums::Component* const* in, typename Sums::Component* const* out) {
   std::int64_t slot = 0;
   if (Sums::kUnits == 2 && state.rowBytes % (2 * Sums::kBytes) == 0) {
     for (std::size_t at = 0; at < state.rowBytes; at += 2 * Sums::kBytes)
-      slot = Columns<Sums, kFraction, kStreams, Sums::kUnits>(box, state, rows, in, out, at);
+      slot = Columns<kFraction, Sums::kUnits>(sums, state, rows, in, out, at);
   } else {
     for (std::size_t at = 0; at < state.rowBytes; at += Sums::kBytes)
-      slot = Columns<Sums, kFraction, kStreams, 1>(box, state, rows, in, out, at);
+      slot = Columns<kFraction, 1>(sums, state, rows, in, out, at);
   }
   state.slot = slot;
 }
@@ -162,12 +184,12 @@ HWY_INLINE void AllColumns(const BoxConstants& box, BoxSweep::State& state, cons
 template <class Sums>
 void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
                const typename Sums::Component* const* in, typename Sums::Component* const* out) {
+  const Sums sums(box);
   if (box.d == 0) {
-    if (rows.streams) return AllColumns<Sums, false, true>(box, state, rows, in, out);
-    return AllColumns<Sums, false, false>(box, state, rows, in, out);
+    AllColumns<false>(sums, state, rows, in, out);
+  } else {
+    AllColumns<true>(sums, state, rows, in, out);
   }
-  if (rows.streams) return AllColumns<Sums, true, true>(box, state, rows, in, out);
-  AllColumns<Sums, true, false>(box, state, rows, in, out);
 }
 
 // Whether rings of 16-bit lanes leave the nearest cache room for the rows that fill them.
@@ -236,6 +258,14 @@ BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t co
       rings_(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, ringBytes(box, rowBytes, componentBytes)))) {
   state_.rings = rings_.get();
   state_.rowBytes = rowBytes;
+  state_.taps = taps(box);
+  state_.behind = behind(box);
+}
+
+void BoxSweep::keepOthers(const std::byte* mask, std::size_t bytes) {
+  for (std::size_t i = 0; i < kSweepUnit; ++i)
+    state_.mask[i] = mask[i % bytes];
+  state_.merges = true;
 }
 
 bool BoxSweep::fillsLines() {

@@ -94,7 +94,7 @@ void FuzzSampler<Pixel, Accum, Max>::filterDirectly(Texture* in, Texture* out) {
   // Alpha beside filtered colours is copied over the whole picture, whatever the window.
   const bool copiesBeyond = mode == kFuzzRGB && !coversTarget(*this, *out);
   const bool filterCopies = boxesKeepRange() && !copiesBeyond && !shareMemory(*in, *out);
-  if (filterCopies) filter.others = in;
+  filter.keepsOthers = filterCopies;
   filter.process(in, out);
   if constexpr (!ChannelMask<R, G, B, A>::kAll) {
     if (!filterCopies) copyChannelsOf<1 - R, 1 - G, 1 - B, 1 - A>(in, out, mode != kFuzzRGB);
@@ -228,7 +228,7 @@ bool FuzzSampler<Pixel, Accum, Max>::filterPlane(Plane& plane, const Texture& ou
     filter.x2 -= ox;
     filter.y1 -= oy;
     filter.y2 -= oy;
-    filter.others = &plane;
+    filter.keepsOthers = true;
     filter.process(&plane, &plane);
   }
   plane.setOrigin(ox, oy);

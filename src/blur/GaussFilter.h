@@ -64,7 +64,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
       case 1: return filterAlongY(*out);
       default:
         if (copyBack != 0) copyIntermediate(*out);
-        if (others != nullptr && others->data != out->data) copyOthers(*out);
+        if (keepsOthers && in->data != out->data) copyOthers(*in, *out);
     }
   }
 
@@ -73,9 +73,9 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   float sizeX = 0.0f;
   float sizeY = 0.0f;
   std::int32_t boxes = 3;
-  // Where the components that are not filtered come from, within the window; null leaves them as they are. No
-  // pixel of it may lie in the memory of another one of the output.
-  const Texture* others = nullptr;
+  // The components that are not filtered become those of the input, within the window, instead of staying as the
+  // output has them. No pixel of the input may then lie in the memory of another one of the output.
+  bool keepsOthers = false;
   std::int32_t savedWriteOriginX = 0;
   std::int32_t savedWriteOriginY = 0;
   // Where the copy back reads the input.
@@ -196,15 +196,15 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   void makeStrips(const Texture& in) {
     strips.reset(new (std::nothrow) StripPasses<Pixel, Accum>(in, boxConstants(sizeX), boxConstants(sizeY),
-                                                              {this->x1, this->x2}, {this->y1, this->y2}));
+                                                              {this->x1, this->x2}, {this->y1, this->y2}, keepsOthers));
     this->passes = 3;
     if (strips == nullptr || !strips->isReady()) stopForRefusedMemory(this->interrupt);
   }
 
   void processStrips(const Texture& in, const Texture& out) {
     if (this->pass > 1) return;
-    const bool done = this->pass == 0 ? strips->alongX(in, this->interrupt)
-                                      : strips->template alongY<Mask>(out, others, this->interrupt);
+    const bool done = this->pass == 0 ? strips->template alongX<Mask>(in, this->interrupt)
+                                      : strips->template alongY<Mask>(out, this->interrupt);
     if (!done) stopForRefusedMemory(this->interrupt);
   }
 
@@ -274,14 +274,14 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
         });
   }
 
-  void copyOthers(const Texture& out) {
+  void copyOthers(const Texture& in, const Texture& out) {
     if constexpr (PixelTraits<Pixel>::kComponents == 4 && !Mask::kAll) {
       walkRuns(
           this->rowLoop(), this->interrupt, out,
           [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
             copyChannels<typename Mask::Others>(to, run, n);
           },
-          *others);
+          in);
     }
   }
 

@@ -68,13 +68,19 @@ class StripBoxes {
   using Rows = StripRows<Component>;
 
   // Tiles of gathered rows end where `tileEnd` and every kStripTile positions from there lie. The results of
-  // one tile are kept at a time.
-  StripBoxes(const BoxConstants& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd)
+  // one tile are kept at a time. `kept`, one pixel, names the bits that are filtered where all others are to be
+  // those of the input; null: all bits are filtered.
+  template <class Pixel>
+  StripBoxes(const BoxConstants& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd,
+             const Pixel* kept)
       : produced_(produced),
         read_(stripReach(produced, box)),
         sweep_(box, rowBytes, sizeof(Component)),
-        gathered_(read_.last - read_.first, ringFor(BoxSweep::taps(box)), phase(read_.first - tileEnd), rowBytes),
-        result_(produced_.last - produced_.first, ringFor(0), 0, rowBytes) {}
+        gathered_(read_.last - read_.first, ringFor(kept == nullptr ? BoxSweep::taps(box) : BoxSweep::behind(box)),
+                  phase(read_.first - tileEnd), rowBytes),
+        result_(produced_.last - produced_.first, ringFor(0), 0, rowBytes) {
+    if (kept != nullptr) sweep_.keepOthers(reinterpret_cast<const std::byte*>(kept), sizeof(Pixel));
+  }
 
   bool isReady() const { return gathered_.isReady() && result_.isReady() && sweep_.isReady(); }
 

@@ -88,12 +88,14 @@ class StripPasses {
   static constexpr auto kColumns = static_cast<std::int32_t>(kColumnBytes / sizeof(Pixel));
 
   // The window's columns and rows, in image coordinates, which the output has.
+  // Components that are not filtered stay as the output has them, or, with keepsOthers, become those of the input.
   StripPasses(const Texture& in, const BoxConstants& boxX, const BoxConstants& boxY, const BoxReach& columns,
-              const BoxReach& rows)
+              const BoxReach& rows, bool keepsOthers)
       : boxX_(withWeightyEnds(boxX)),
         boxY_(withWeightyEnds(boxY)),
         columns_(columns),
         rows_(rows),
+        keepsOthers_(keepsOthers),
         slots_(in.vertical, stripReach(rows, boxY_)),
         stripBytes_(static_cast<std::size_t>(columns.last - columns.first) * kStoreBytes) {
     if (!slots_.isReady()) return;
@@ -106,8 +108,11 @@ class StripPasses {
   bool isReady() const { return store_.memory != nullptr; }
 
   // The share of the calling thread of the pass along x; false when there is no memory for it.
+  template <class Mask>
   bool alongX(const Texture& in, HvInterruptRecord* interrupt) {
-    StripBoxes<Component> strip(boxX_, columns_, kStoreBytes, in.horizontal.originI);
+    const Pixel filtered = filteredBits<Mask>();
+    StripBoxes<Component> strip(boxX_, columns_, kStoreBytes, in.horizontal.originI,
+                                merges<Mask>() ? &filtered : nullptr);
     const HvMemoryNote note(static_cast<std::size_t>(width()) * sizeof(Component*));
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
     if (!strip.isReady() || targets == nullptr) return false;
@@ -140,13 +145,12 @@ class StripPasses {
     return true;
   }
 
-  // The same for the pass along y. Writes the components of Mask; the others are those of `others`, or stay as
-  // they are where that is null.
+  // The same for the pass along y.
   template <class Mask>
-  bool alongY(const Texture& out, const Texture* others, HvInterruptRecord* interrupt) {
-    constexpr bool kAllFiltered = Mask::kCount == PixelTraits<Pixel>::kComponents;
-    const bool whole = kAllFiltered || others != nullptr;
-    StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first);
+  bool alongY(const Texture& out, HvInterruptRecord* interrupt) {
+    const bool whole = kAll<Mask> || keepsOthers_;
+    const Pixel filtered = filteredBits<Mask>();
+    StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first, merges<Mask>() ? &filtered : nullptr);
     const auto height = static_cast<std::size_t>(rows_.last - rows_.first);
     const HvMemoryNote note(height * (sizeof(Component*) + kCacheLineBytes));
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[height]);
@@ -162,7 +166,7 @@ class StripPasses {
                           static_cast<std::int32_t>(rows_.first + i));
       };
       const bool streamsItself = BoxSweep::fillsLines() && beginsCacheLines(at(0), out.stride);
-      const bool inPlace = kAllFiltered && n == kColumns && (streamsItself || !streams());
+      const bool inPlace = whole && n == kColumns && (streamsItself || !streams());
       const bool joins = whole && streams() && !inPlace;
       for (std::size_t i = 0; inPlace && i < height; ++i)
         targets[i] = componentsOf(at(static_cast<std::int64_t>(i)));
@@ -173,7 +177,6 @@ class StripPasses {
             return askForColumns(first, n, from, to, ahead);
           },
           [&](std::int64_t from, std::int64_t to) {
-            if (!kAllFiltered && others != nullptr) completeRows<Mask>(*others, strip, from, to, first, n);
             if (joins) {
               const StreamedPiece piece{
                   reinterpret_cast<std::byte*>(at(from)),      out.stride,      to - from,
@@ -192,8 +195,23 @@ class StripPasses {
   }
 
  private:
-  // How many rows before their turn rows of a picture are asked for, which lie pages apart.
-  static constexpr std::int32_t kRowsAhead = 24;
+  template <class Mask>
+  static constexpr bool kAll = Mask::kCount == PixelTraits<Pixel>::kComponents;
+  template <class Mask>
+  bool merges() const {
+    return !kAll<Mask> && keepsOthers_;
+  }
+  // A pixel whose components of Mask have all bits set, and the others none.
+  template <class Mask>
+  static Pixel filteredBits() {
+    Pixel pixel{};
+    for (int c = 0; c < PixelTraits<Pixel>::kComponents; ++c)
+      setComponent(pixel, c, storeNarrow<Component>(Mask::chosen(c) ? -1 : 0));
+    return pixel;
+  }
+
+  // How many rows before their turn rows of the output are asked for, which lie pages apart.
+  static constexpr std::int64_t kRowsAhead = 24;
 
   std::int32_t width() const { return static_cast<std::int32_t>(columns_.last - columns_.first); }
   std::int32_t strips() const { return (slots_.count() + kRows - 1) / kRows; }
@@ -283,26 +301,6 @@ class StripPasses {
     return 1;
   }
 
-  // Gives the results [from, to) the components that are not in Mask.
-  template <class Mask>
-  void completeRows(const Texture& others, const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to,
-                    std::int32_t first, std::int32_t n) const {
-    if constexpr (PixelTraits<Pixel>::kComponents == 4) {
-      const auto x1 = static_cast<std::int32_t>(columns_.first) + first;
-      for (std::int64_t i = from; i < to; ++i) {
-        const auto y = static_cast<std::int32_t>(rows_.first + i);
-        Pixel* pixels = pixelsOf(strip.result().row(i));
-        hwy::Prefetch(others.readRun(x1, std::min(y + kRowsAhead, static_cast<std::int32_t>(rows_.last) - 1)).first);
-        for (std::int32_t j = 0; j < n;) {
-          const HvPixelRun<Pixel> run = others.readRun(x1 + j, y);
-          const std::int32_t count = std::min(run.length, n - j);
-          copyChannels<typename Mask::Others>(pixels + j, run, count);
-          j += count;
-        }
-      }
-    }
-  }
-
   // The components of Mask of the results [from, to), at(i) being where that of place i belongs.
   template <class Mask, class At>
   static void scatterColumns(const StripBoxes<Component>& strip, std::int64_t from, std::int64_t to, std::int32_t n,
@@ -330,6 +328,7 @@ class StripPasses {
   BoxConstants boxY_;
   BoxReach columns_;
   BoxReach rows_;
+  bool keepsOthers_;
   StripSlots slots_;
   std::size_t stripBytes_;
   HvScratchBlock store_;
