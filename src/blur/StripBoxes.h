@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -31,6 +32,8 @@ class StripRows {
         note_(static_cast<std::size_t>(ring) * rowBytes + static_cast<std::size_t>(count) * sizeof(Component*)) {
     const std::size_t bytes = static_cast<std::size_t>(ring) * rowBytes;
     memory_.reset(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, bytes)));
+    // Lanes of lines that a strip lacks are reckoned with as well.
+    if (memory_ != nullptr) std::memset(memory_.get(), 0, bytes);
     if (memory_ != nullptr) table_.reset(new (std::nothrow) Component*[static_cast<std::size_t>(count) + 1]);
     if (table_ == nullptr) return;
     for (std::int64_t i = 0; i < count; ++i) {
