@@ -24,6 +24,23 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+// What becomes of a vector of results beside its place.
+template <class C>
+struct Output {
+  const C* others;  // null, or where the bits come from that the mask does not have
+  const C* mask;
+  bool streams;  // past the caches; results begin with a vector
+};
+
+template <class D, class V>
+HWY_INLINE void PutOut(D d, V v, const Output<hn::TFromD<D>>& output, hn::TFromD<D>* p) {
+  if (output.streams) {
+    hn::Stream(v, d, p);
+  } else {
+    hn::StoreU(v, d, p);
+  }
+}
+
 // The bits of v where those of the mask are set, and the other ones elsewhere.
 template <class V>
 HWY_INLINE V Merged(V mask, V v, V others) {
@@ -58,16 +75,18 @@ struct WideSums {
       return hn::PromoteTo(D(), hn::LoadU(Narrow(), p));
     }
   }
-  template <bool kStreams, bool kMerges>
-  static HWY_INLINE void Write(V v, const C* others, const C* mask, C* p) {
-    if constexpr (kMerges) v = Merged(Read(mask), v, Read(others));
+  static HWY_INLINE void Write(V v, const Output<C>& output, C* p) {
+    if (output.others != nullptr) v = Merged(Read(output.mask), v, Read(output.others));
+    Put(v, p);
+  }
+  static HWY_INLINE void Put(V v, C* p) {
     if constexpr (sizeof(C) == 4) {
       hn::StoreU(v, D(), p);
     } else {
       hn::StoreU(hn::DemoteTo(Narrow(), v), Narrow(), p);
     }
   }
-  static HWY_INLINE void Keep(V v, std::byte* p) { Write<false, false>(v, nullptr, nullptr, reinterpret_cast<C*>(p)); }
+  static HWY_INLINE void Keep(V v, std::byte* p) { Put(v, reinterpret_cast<C*>(p)); }
   static HWY_INLINE V Kept(const std::byte* p) { return Read(reinterpret_cast<const C*>(p)); }
 
   HWY_INLINE void Add(Sum& sum, V in) const { sum.all = hn::Add(sum.all, in); }
@@ -114,20 +133,18 @@ struct ByteLanes {
     return {hn::BitCast(D(), hn::And(both, hn::Set(U16(), 0xFF))), hn::BitCast(D(), hn::ShiftRight<8>(both))};
   }
   // Values of 0 to 255.
-  template <bool kStreams, bool kMerges>
-  static HWY_INLINE void Write(const Pair& v, const std::uint8_t* others, const std::uint8_t* mask, std::uint8_t* p) {
+  static HWY_INLINE void Write(const Pair& v, const Output<std::uint8_t>& output, std::uint8_t* p) {
+    auto both = Packed(v);
+    if (output.others != nullptr) both = Merged(hn::LoadU(U8(), output.mask), both, hn::LoadU(U8(), output.others));
+    PutOut(U8(), both, output, p);
+  }
+  static HWY_INLINE hn::Vec<U8> Packed(const Pair& v) {
     const auto odd = hn::ShiftLeft<8>(hn::BitCast(U16(), v.odd));
-    auto both = hn::BitCast(U8(), hn::Or(hn::BitCast(U16(), v.even), odd));
-    if constexpr (kMerges) both = Merged(hn::LoadU(U8(), mask), both, hn::LoadU(U8(), others));
-    if constexpr (kStreams) {
-      hn::Stream(both, U8(), p);
-    } else {
-      hn::StoreU(both, U8(), p);
-    }
+    return hn::BitCast(U8(), hn::Or(hn::BitCast(U16(), v.even), odd));
   }
   static HWY_INLINE void Keep(const Pair& v, std::byte* p) {
     if constexpr (kPacked) {
-      Write<false, false>(v, nullptr, nullptr, reinterpret_cast<std::uint8_t*>(p));
+      hn::StoreU(Packed(v), U8(), reinterpret_cast<std::uint8_t*>(p));
     } else {
       StorePair(v, p);
     }
@@ -324,18 +341,11 @@ struct ScaledSums {
 
   HWY_INLINE Sum Empty() const { return {hn::Set(D32(), 8192), hn::Set(D32(), 8192)}; }
   static HWY_INLINE V Read(const std::int16_t* p) { return hn::LoadU(D(), p); }
-  template <bool kStreams, bool kMerges>
-  static HWY_INLINE void Write(V v, const std::int16_t* others, const std::int16_t* mask, std::int16_t* p) {
-    if constexpr (kMerges) v = Merged(Read(mask), v, Read(others));
-    if constexpr (kStreams) {
-      hn::Stream(v, D(), p);
-    } else {
-      hn::StoreU(v, D(), p);
-    }
+  static HWY_INLINE void Write(V v, const Output<std::int16_t>& output, std::int16_t* p) {
+    if (output.others != nullptr) v = Merged(Read(output.mask), v, Read(output.others));
+    PutOut(D(), v, output, p);
   }
-  static HWY_INLINE void Keep(V v, std::byte* p) {
-    Write<false, false>(v, nullptr, nullptr, reinterpret_cast<std::int16_t*>(p));
-  }
+  static HWY_INLINE void Keep(V v, std::byte* p) { hn::StoreU(v, D(), reinterpret_cast<std::int16_t*>(p)); }
   static HWY_INLINE V Kept(const std::byte* p) { return Read(reinterpret_cast<const std::int16_t*>(p)); }
 
   HWY_INLINE void Add(Sum& sum, V in) const {

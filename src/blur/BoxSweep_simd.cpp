@@ -44,9 +44,9 @@ struct Unit {
   }
 
   // A slot of the rings holds what the box before left `taps` steps ago, until the newest takes its place.
-  template <bool kFraction, Stage kStage, bool kStreams, bool kMerges>
-  HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const C* others,
-                       const C* mask, C* result) {
+  template <bool kFraction, Stage kStage>
+  HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const Output<C>& output,
+                       C* result) {
     const auto in = Sums::Read(entering);
     if constexpr (kStage == kFillFirst) {
       sums.Add(first, in);
@@ -65,8 +65,7 @@ struct Unit {
         } else {
           const auto oldTwice = Sums::Kept(slot + kRingBytes);
           Sums::Keep(twice, slot + kRingBytes);
-          Sums::template Write<kStreams, kMerges>(sums.template Step<kFraction>(third, twice, oldTwice), others, mask,
-                                                  result);
+          Sums::Write(sums.template Step<kFraction>(third, twice, oldTwice), output, result);
         }
       }
     }
@@ -92,12 +91,13 @@ struct Column {
   std::int64_t taps;
   std::int64_t behind;
   std::byte* ring;
+  bool merges;
   const C* mask;
   const SweepRows& rows;
 };
 
 // The steps up to `to` of one stage over kUnits vectors side by side, from step j on.
-template <bool kFraction, Stage kStage, bool kStreams, bool kMerges, class Sums, std::size_t kUnits>
+template <bool kFraction, Stage kStage, class Sums, std::size_t kUnits>
 HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Column<typename Sums::Component>& column,
                       std::int64_t& j, std::int64_t to, std::byte*& slot) {
   using C = typename Sums::Component;
@@ -109,14 +109,15 @@ HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Colum
     if (ahead != nullptr) AskFor(ahead[j - column.rows.from], column.rows.aheadLines);
     const C* entering = column.in[j] + column.lane;
     const C* leaving = kStage == kFillFirst ? entering : column.in[j - column.taps] + column.lane;
-    const C* others = kMerges ? column.in[j - column.behind] + column.lane : entering;
     C* result = kStage == kProduce ? column.out[j - 3 * column.taps] + column.lane : nullptr;
-    units[0].template Step<kFraction, kStage, kStreams, kMerges>(sums, entering, leaving, slot, others, column.mask,
-                                                                 result);
+    const bool merges = kStage == kProduce && column.merges;
+    const C* others = merges ? column.in[j - column.behind] + column.lane : nullptr;
+    units[0].template Step<kFraction, kStage>(sums, entering, leaving, slot, {others, column.mask, column.rows.streams},
+                                              result);
     if constexpr (kUnits == 2) {
-      units[1].template Step<kFraction, kStage, kStreams, kMerges>(sums, entering + kLanes, leaving + kLanes,
-                                                                   slot + 2 * Sums::kRingBytes, others + kLanes,
-                                                                   column.mask, result + kLanes);
+      units[1].template Step<kFraction, kStage>(sums, entering + kLanes, leaving + kLanes, slot + 2 * Sums::kRingBytes,
+                                                {merges ? others + kLanes : nullptr, column.mask, column.rows.streams},
+                                                result + kLanes);
     }
     if constexpr (kStage != kFillFirst) {
       slot += kSlotBytes;
@@ -134,9 +135,9 @@ HWY_INLINE std::int64_t Columns(const Sums& sums, BoxSweep::State& state, const 
   constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
   const std::int64_t taps = state.taps;
   std::byte* const ring = state.rings + at / (kUnits * Sums::kBytes) * static_cast<std::size_t>(taps) * kSlotBytes;
-  const Column<C> column{
-      in,  out, at / sizeof(C), taps, state.behind, ring, reinterpret_cast<const C*>(state.mask + at % kSweepUnit),
-      rows};
+  const Column<C> column{in,           out,  at / sizeof(C), taps,
+                         state.behind, ring, state.merges,   reinterpret_cast<const C*>(state.mask + at % kSweepUnit),
+                         rows};
   std::byte* slot = ring + static_cast<std::size_t>(state.slot) * kSlotBytes;
   std::byte* const kept = state.sums + at / Sums::kBytes * 3 * Sums::kSumBytes;
   Unit<Sums> units[kUnits];
@@ -148,20 +149,10 @@ HWY_INLINE std::int64_t Columns(const Sums& sums, BoxSweep::State& state, const 
     }
   }
   std::int64_t j = rows.from;
-  Steps<kFraction, kFillFirst, false, false>(sums, units, column, j, HWY_MIN(rows.to, taps), slot);
-  Steps<kFraction, kFillSecond, false, false>(sums, units, column, j, HWY_MIN(rows.to, 2 * taps), slot);
-  Steps<kFraction, kFillThird, false, false>(sums, units, column, j, HWY_MIN(rows.to, 3 * taps), slot);
-  if (state.merges) {
-    if (rows.streams) {
-      Steps<kFraction, kProduce, true, true>(sums, units, column, j, rows.to, slot);
-    } else {
-      Steps<kFraction, kProduce, false, true>(sums, units, column, j, rows.to, slot);
-    }
-  } else if (rows.streams) {
-    Steps<kFraction, kProduce, true, false>(sums, units, column, j, rows.to, slot);
-  } else {
-    Steps<kFraction, kProduce, false, false>(sums, units, column, j, rows.to, slot);
-  }
+  Steps<kFraction, kFillFirst>(sums, units, column, j, HWY_MIN(rows.to, taps), slot);
+  Steps<kFraction, kFillSecond>(sums, units, column, j, HWY_MIN(rows.to, 2 * taps), slot);
+  Steps<kFraction, kFillThird>(sums, units, column, j, HWY_MIN(rows.to, 3 * taps), slot);
+  Steps<kFraction, kProduce>(sums, units, column, j, rows.to, slot);
   for (std::size_t u = 0; u < kUnits; ++u)
     units[u].Store(kept + u * 3 * Sums::kSumBytes);
   return (slot - ring) / static_cast<std::int64_t>(kSlotBytes);
