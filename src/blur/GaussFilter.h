@@ -195,10 +195,16 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   }
 
   void makeStrips(const Texture& in) {
+    this->passes = 3;
+    // A view of so many bytes has no memory behind it, however little of the source it would read.
+    constexpr double kMostBytes = 1e12;
+    const double bytes = static_cast<double>(this->mapWidth) * this->mapHeight * sizeof(Pixel);
+    if (bytes > kMostBytes) return stopForRefusedMemory(this->interrupt);
     strips.reset(new (std::nothrow) StripPasses<Pixel, Accum>(in, boxConstants(sizeX), boxConstants(sizeY),
                                                               {this->x1, this->x2}, {this->y1, this->y2}, keepsOthers));
-    this->passes = 3;
-    if (strips == nullptr || !strips->isReady()) stopForRefusedMemory(this->interrupt);
+    if (strips != nullptr && strips->isReady()) return;
+    strips.reset();
+    stopForRefusedMemory(this->interrupt);
   }
 
   void processStrips(const Texture& in, const Texture& out) {
