@@ -60,6 +60,11 @@ class IMarshal : public IUnknown {
 // A marshaler for `outer`, which it does not keep alive: the outer object owns the marshaler.
 HRESULT CoCreateFreeThreadedMarshaler(IUnknown* outer, IUnknown** marshaler);
 
+// An object of a class that a loaded server offers; kNoSuchClass where none does. `context` is
+// CLSCTX_INPROC_SERVER.
+inline constexpr std::uint32_t CLSCTX_INPROC_SERVER = 1;
+HRESULT CoCreateInstance(const GUID& clsid, IUnknown* outer, std::uint32_t context, const GUID& iid, void** result);
+
 // A lock that its own thread may take again.
 using CRITICAL_SECTION = std::recursive_mutex;
 

@@ -13,6 +13,7 @@ namespace vblur {
 
 // The two ids with a meaning of their own: a change of everything, and of nothing in particular.
 inline constexpr GUID GUID_ALL_PROPERTIES = MakeGuid("{5B192010-2C0D-11D0-82AB-00A0243F1013}");
+inline constexpr GUID GUID_NO_PROPERTY = MakeGuid("{96BBD590-4EBD-11D0-82B5-00A0243F1013}");
 
 // Told of changes, on the thread that changes.
 class IDSPropertyNotify {

@@ -1,0 +1,67 @@
+// What widgets, their listeners and the viewer tool tell each other: what happened, and one value.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "overlay/HvGeometry.h"
+
+namespace vblur {
+
+enum HvMessageId : std::uint32_t {
+  kPenMoved = 101,
+  kPenDown = 102,
+  kPenUp = 103,
+  kInteractionBegins = 200,
+  kInteractionChanged = 201,
+  kInteractionEnds = 202,
+  kInteractionEndsToo = 203,  // sent by nobody; receivers take it for the end
+};
+
+// What the payload holds.
+enum HvMessageKind : std::uint32_t {
+  kHoldsNothing = 0,
+  kHoldsWhole = 1,
+  kHoldsNumber = 3,
+  kHoldsPosition = 6,
+  kHoldsPositionToo = 7,  // accepted, never sent
+};
+
+// Lives on the stack of its sender for one call; receivers keep no pointer to it. A message of kind 5 or 26
+// ends the process when it is destroyed.
+class HvMessage {
+ public:
+  // A text is cut to 15 characters; null is the empty one.
+  explicit HvMessage(std::uint32_t id, const char* text = nullptr);
+  virtual ~HvMessage();
+  HvMessage(const HvMessage&) = delete;
+  HvMessage& operator=(const HvMessage&) = delete;
+
+  static HvMessage OfWhole(std::uint32_t id, std::uint32_t value) { return {id, kHoldsWhole, &value, sizeof value}; }
+  static HvMessage OfNumber(std::uint32_t id, float value) { return {id, kHoldsNumber, &value, sizeof value}; }
+  // A pen position, in the coordinates of the manager's children.
+  static HvMessage OfPosition(std::uint32_t id, HvPoint pos) { return {id, kHoldsPosition, &pos, sizeof pos}; }
+
+  const char* text() const { return text_.data(); }
+  std::uint32_t id() const { return id_; }
+  std::uint32_t kind() const { return kind_; }
+  std::uint32_t reserved() const { return reserved_; }
+
+  // The payload read as what the kind says; 0 where it has not been set.
+  std::uint32_t asWhole() const;
+  float asNumber() const;
+  HvPoint asPosition() const;
+  bool isPosition() const { return kind_ == kHoldsPosition || kind_ == kHoldsPositionToo; }
+
+ protected:
+  HvMessage(std::uint32_t id, std::uint32_t kind, const void* payload, std::size_t size);
+
+ private:
+  std::array<char, 16> text_{};
+  std::uint32_t id_;
+  std::uint32_t kind_ = kHoldsNothing;
+  std::uint32_t reserved_ = 0;
+  std::array<unsigned char, 8> payload_{};
+};
+
+}  // namespace vblur

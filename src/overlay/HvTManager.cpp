@@ -1,0 +1,117 @@
+#include "overlay/HvTManager.h"
+
+#include <cmath>
+
+namespace vblur {
+namespace {
+
+constexpr float kStill = 0.001f;
+constexpr HvPoint kTipOffset{8.0f, 8.0f};
+
+}  // namespace
+
+HvTManager::~HvTManager() {
+  // While there is still a manager that widgets can be forgotten by.
+  ClearChildren();
+}
+
+std::int32_t HvTManager::AddObject(HvTObject* object) {
+  if (object == nullptr || children().Contains(object)) return 0;
+  object->SetParent(nullptr);
+  Append(object);
+  object->SetManager(this);
+  if (object->isVisible()) repaint_ = true;
+  return 1;
+}
+
+bool HvTManager::PostMessage(const HvMessage& message) {
+  HandleMessage(message, nullptr);
+  return repaint_;
+}
+
+void HvTManager::Forget(const HvTObject& object) {
+  if (hover_ == &object) hover_ = nullptr;
+  if (fallback_ == &object) fallback_ = nullptr;
+}
+
+void HvTManager::Draw() {
+  DrawChildren();
+  repaint_ = false;
+  if (tipsEnabled_ && hover_ != nullptr) hover_->DrawTip(penPos_ + kTipOffset);
+}
+
+void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
+  const std::uint32_t id = message.id();
+  if (id != kPenMoved && id != kPenDown && id != kPenUp) return;
+  TakePosition(message);
+  if (id == kPenDown) penDown_ = true;
+  if (id == kPenUp) penDown_ = false;
+  // A message that arrives from within another, through a modal loop of the host, moves the pen and no more.
+  if (handling_) return;
+  handling_ = true;
+  if (id == kPenDown) {
+    Press();
+  } else if (id == kPenUp) {
+    Release();
+  } else {
+    penDown_ ? Drag() : Hover();
+    // A tip follows the pen.
+    if (hover_ != nullptr && tipsEnabled_) repaint_ = true;
+  }
+  handling_ = false;
+}
+
+void HvTManager::TakePosition(const HvMessage& message) {
+  if (!message.isPosition()) return;
+  penDelta_ = message.asPosition() - penPos_;
+  penPos_ = message.asPosition();
+}
+
+void HvTManager::Rescan() {
+  picking_ = true;
+  hover_ = PickChildren(penPos_, tolerance_).object();
+  if (hover_ == nullptr && fallback_ != nullptr && fallback_->isPickable() && fallback_->isVisible()) PickFallback();
+  picking_ = false;
+}
+
+void HvTManager::PickFallback() {
+  hover_ = fallback_;
+  fallback_->SetTarget(nullptr);
+  HvTObject* top = fallback_;
+  for (HvTObject* above = top->parent(); above != nullptr; above = above->parent()) {
+    above->SetTarget(top);
+    top = above;
+  }
+  SetHit(top);
+}
+
+void HvTManager::EnterAtPen() {
+  if (EnterHit(penPos_) != 0) repaint_ = true;
+}
+
+void HvTManager::Hover() {
+  if (std::abs(penDelta_.x) <= kStill && std::abs(penDelta_.y) <= kStill) return;
+  const HvTObject* const before = hover_;
+  LeaveHit();
+  Rescan();
+  EnterHit(penPos_);
+  if (hover_ != before) repaint_ = true;
+}
+
+void HvTManager::Drag() {
+  if (hit() != nullptr) repaint_ = DragHit(penPos_) != 0;
+}
+
+void HvTManager::Press() {
+  if (LeaveHit() != 0) repaint_ = true;
+  Rescan();
+  if (PressHit(penPos_) != 0) repaint_ = true;
+}
+
+void HvTManager::Release() {
+  if (ReleaseHit() != 0) repaint_ = true;
+  Rescan();
+  EnterAtPen();
+}
+
+}  // namespace vblur

@@ -1,0 +1,154 @@
+// A widget of the overlay: something in the viewer that can be seen, picked with the pen and dragged.
+//
+// Coordinates. A widget's origin, and the points that Pick, Press, Drag and Enter get, are in its parent's
+// space; a top-level widget's are frame pixels, y upwards. ToLocal and PushTransform lead from there into the
+// widget's own space, which is the parent's space of its children.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "overlay/HvGeometry.h"
+#include "overlay/HvTDraw.h"
+
+namespace vblur {
+
+class HvTManager;
+class HvTObject;
+
+// What a pick found: nothing, an object, or the empty space of a solid group, where the search ends and
+// there is nothing to act on.
+class HvPick {
+ public:
+  HvPick() = default;
+  HvPick(HvTObject* object) : object_(object) {}
+  static HvPick Swallowed() {
+    HvPick pick;
+    pick.swallowed_ = true;
+    return pick;
+  }
+
+  // Null where the pick was swallowed.
+  HvTObject* object() const { return object_; }
+  bool isSwallowed() const { return swallowed_; }
+  bool endsSearch() const { return swallowed_ || object_ != nullptr; }
+
+  friend bool operator==(const HvPick&, const HvPick&) = default;
+
+ private:
+  HvTObject* object_ = nullptr;
+  bool swallowed_ = false;
+};
+
+// Operations that return a whole number return non-zero where something changed.
+class HvTObject : public HvTDraw {
+ public:
+  enum State : std::uint32_t { kPickable = 1, kVisible = 2 };
+  enum Flag : std::uint32_t {
+    kHasBox = 1,  // the box takes part in culling
+    kOriginSettable = 2,
+    kSizeSettable = 4,
+    kPressed = 8,
+    kHover = 16,
+  };
+
+  explicit HvTObject(const char* name);
+  HvTObject(const HvTObject&) = delete;
+  HvTObject& operator=(const HvTObject&) = delete;
+
+  // What lies under a point. A hit leaves its way in the targets from here to the leaf. The tolerance is a
+  // distance per axis in the same space.
+  virtual HvPick Pick(HvPoint pos, HvPoint tolerance) = 0;
+  // Paints with the current OpenGL matrix leading from the parent's space.
+  virtual void Draw() = 0;
+  virtual std::int32_t Drag(HvPoint pos) = 0;
+  // Around what is done to children, for those that draw by the overlay's matrix stack.
+  virtual void PushTransform() {}
+  virtual void PopTransform() {}
+  virtual std::int32_t Press(HvPoint pos);
+  virtual std::int32_t Release();
+  virtual std::int32_t Enter(HvPoint pos);
+  virtual std::int32_t Leave();
+  // Paints the tool tip with its lower left corner at a point in frame pixels.
+  virtual void DrawTip(HvPoint pos);
+  // A child's box changed.
+  virtual void ChildChanged(HvTObject* child);
+  // From the parent's space into the widget's own.
+  virtual HvPoint ToLocal(HvPoint pos);
+  virtual ~HvTObject();
+  // Stored only where the widget lets others set it; the parent is told.
+  virtual void SetSize(HvPoint size);
+  virtual void SetOrigin(HvPoint pos);
+  virtual void SetManager(HvTManager* manager);
+  virtual void SetHandleScale(float scale) { handleScale_ = scale; }
+  virtual HvPoint MinSize() { return {0.0f, 0.0f}; }
+  virtual HvPoint MaxSize() { return {kHvLargest, kHvLargest}; }
+  // This widget if it has that name.
+  virtual HvTObject* FindByName(const char* name);
+  virtual std::int32_t AddChild(HvTObject* child);
+  virtual std::int32_t RemoveChild(HvTObject* child);
+  // The next object on the way to the picked leaf; null stands for this one, the leaf.
+  virtual void SetTarget(HvTObject* object);
+
+  // Attaches this widget to a group, which only points to it; null forgets parent and manager and leaves the
+  // parent's list as it is. Attach with this, not with AddChild, which leaves the parent unset.
+  void SetParent(HvTObject* parent);
+  // Out of the list of its parent, or of its manager, as well. A widget that ends before them calls this first.
+  void Detach();
+  // Replaces the state word: pickable, visible.
+  void SetVisibility(std::uint32_t state) { state_ = state; }
+  // Wants the overlay painted again.
+  void MarkDirty();
+
+  const char* name() const { return name_.get(); }
+  const char* tip() const { return tip_.get(); }
+  // A copy of it; null for none. "Translates the %s." and the like take it for their subject.
+  void SetTip(const char* tip);
+  HvTManager* manager() const { return manager_; }
+  HvTObject* parent() const { return parent_; }
+  HvTObject* target() const { return target_; }
+  // On the way to nothing: it is not picked.
+  void ClearTarget() { target_ = nullptr; }
+  HvColour colour() const { return colour_; }
+  void SetColour(HvColour colour) { colour_ = colour; }
+  HvPoint origin() const { return origin_; }
+  HvPoint size() const { return size_; }
+  HvBox box() const { return BoxOf(origin_, size_); }
+  std::uint32_t state() const { return state_; }
+  bool isVisible() const { return (state_ & kVisible) != 0; }
+  bool isPickable() const { return (state_ & kPickable) != 0; }
+  float handleScale() const { return handleScale_; }
+  bool usesStackMatrix() const { return useStackMatrix_; }
+  void UseStackMatrix(bool use) { useStackMatrix_ = use; }
+  bool hasBox() const { return HasFlag(kHasBox); }
+  bool isPressed() const { return HasFlag(kPressed); }
+  bool isHovered() const { return HasFlag(kHover); }
+  std::uint32_t flags() const { return flags_; }
+
+ protected:
+  bool HasFlag(Flag flag) const { return (flags_ & flag) != 0; }
+  void PutFlag(Flag flag, bool on) { flags_ = on ? flags_ | flag : flags_ & ~static_cast<std::uint32_t>(flag); }
+  // The box by itself, whatever others may set; the parent is told.
+  void PutBox(HvPoint origin, HvPoint size);
+  // The same, and nobody is told.
+  void StoreBox(HvPoint origin, HvPoint size) {
+    origin_ = origin;
+    size_ = size;
+  }
+
+ private:
+  std::unique_ptr<char[]> name_;
+  std::unique_ptr<char[]> tip_;
+  HvTManager* manager_ = nullptr;
+  HvTObject* parent_ = nullptr;
+  HvTObject* target_ = nullptr;
+  HvColour colour_;
+  HvPoint origin_;
+  HvPoint size_;
+  std::uint32_t state_ = kPickable | kVisible;
+  float handleScale_ = 1.0f;
+  bool useStackMatrix_ = false;
+  std::uint32_t flags_ = kHasBox | kOriginSettable | kSizeSettable;
+};
+
+}  // namespace vblur

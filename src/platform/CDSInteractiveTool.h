@@ -1,0 +1,90 @@
+// The host's base class of tools that live in its viewer: a layer that paints, hears the pen, and reads and
+// writes the properties of the operator that it is linked to. The host's viewer library implements it.
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "platform/IDSProperties.h"
+#include "platform/Viewer.h"
+
+namespace vblur {
+
+class CDSCOMObject {
+ public:
+  CDSCOMObject(const CDSCOMObject&) = delete;
+  CDSCOMObject& operator=(const CDSCOMObject&) = delete;
+
+ protected:
+  // A new object has one reference, its maker's.
+  CDSCOMObject() = default;
+  virtual ~CDSCOMObject() = default;
+
+  std::uint32_t AddReference() { return references_.fetch_add(1, std::memory_order_relaxed) + 1; }
+  std::uint32_t DropReference();
+
+ private:
+  std::atomic<std::uint32_t> references_{1};
+};
+
+// A client of the host's command map; tools have no commands unless they say so.
+class CDSBaseCmdMapClient2 {};
+
+class CDSInteractiveTool : public IViewerLayer,
+                           public IViewerEventSink,
+                           public IDSPropertyNotifySink,
+                           public IDSTimeNotifySink,
+                           public CDSBaseCmdMapClient2,
+                           public CDSCOMObject {
+ public:
+  HRESULT QueryInterface(const GUID& iid, void** result) override;
+  std::uint32_t AddRef() override { return AddReference(); }
+  std::uint32_t Release() override { return DropReference(); }
+
+  HRESULT OnRender(IVWSurface* surface) override;
+  // From then on the tool is told of the operator's changes by OnPropertyChanged. kNullPointer without an
+  // operator, kNoInterface for one that has no properties; a tool is linked to one at a time.
+  HRESULT OnLinkToOperator(IUnknown* newOperator) override;
+  HRESULT OnUnlinkFromOperator() override;
+  HRESULT OnLinkToViewer(IVWViewer* newViewer) override;
+  HRESULT OnUnlinkFromViewer() override;
+  // Events that a tool does not take: kFalse.
+  HRESULT OnPenDown(const tagVWPENEVENT& event) override;
+  HRESULT OnPenMove(const tagVWPENEVENT& event) override;
+  HRESULT OnPenUp(const tagVWPENEVENT& event) override;
+  HRESULT OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) override;
+  HRESULT OnOnTimeChange(double time) override;
+
+ protected:
+  CDSInteractiveTool();
+  ~CDSInteractiveTool() override;
+
+  // Tell the viewer what the pen does with the tool; kOk without a viewer as well.
+  HRESULT OnBeginInteraction(const tagVWPENEVENT& event);
+  HRESULT OnDoInteraction(const tagVWPENEVENT& event);
+  HRESULT TerminateInteraction();
+  // Wants the layer painted again; `area` null for all of it.
+  HRESULT InvalidateLayer(std::int32_t layer, const void* area);
+  // Null without a viewer.
+  HWND GetViewerWindow() const;
+  // A property of the operator at a time, as a 64-bit float; -1.0 is the viewer's time. kFailed without an
+  // operator. `reserved` is null.
+  HRESULT GetAnimatedProperty(const GUID& property, DSVariant* value, IUnknown* reserved, double time);
+  // A property with a curve gets a key at the time, one without its plain value.
+  HRESULT SetAnimatedProperty(const GUID& property, const DSVariant& value, IUnknown* reserved, double time,
+                              std::uint32_t flags);
+
+  bool hasOperator() const { return operator_ != nullptr; }
+  bool hasViewer() const { return viewer_ != nullptr; }
+
+ private:
+  class Listener;
+
+  double TimeOf(double time) const;
+
+  IDSProperties* operator_ = nullptr;
+  IVWViewer* viewer_ = nullptr;
+  std::unique_ptr<Listener> listener_;
+};
+
+}  // namespace vblur

@@ -1,0 +1,141 @@
+// The host's viewer as tools see it: what happens in it, the surface that it is painted on, and the stack of
+// tools that its controller keeps.
+//
+// World units are the viewer's own coordinates, y upwards; a project says how many of them a frame is high.
+// Everything here belongs to the user-interface thread.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Com.h"
+#include "platform/DSVariant.h"
+
+namespace vblur {
+
+// What the pen does, where, in world units.
+struct tagVWPENEVENT {
+  std::int32_t button = 0;  // 1 for the main one; 0 for none
+  double x = 0.0;
+  double y = 0.0;
+};
+
+// A surface that OpenGL paints on: its size in pixels and the rectangle of the world that it shows.
+struct tagVWOPENGLSURFACE {
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  double x = 0.0;
+  double y = 0.0;
+  double worldWidth = 0.0;
+  double worldHeight = 0.0;
+};
+
+class IVWSurface {
+ public:
+  virtual ~IVWSurface() = default;
+
+  // Makes an OpenGL context current whose matrix mode and matrices tools may build on, and says what the
+  // surface shows. A failure leaves no context current.
+  virtual HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE& info) = 0;
+  virtual HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE& info) = 0;
+};
+
+// kNullPointer without a surface or a record.
+HRESULT vwSurfaceBeginRenderOpenGL(IVWSurface* surface, tagVWOPENGLSURFACE* info);
+HRESULT vwSurfaceEndRenderOpenGL(IVWSurface* surface, const tagVWOPENGLSURFACE* info);
+
+// A window that can be told that its picture is no longer right.
+class IVWWindow {
+ public:
+  virtual ~IVWWindow() = default;
+
+  virtual void Invalidate() = 0;
+};
+using HWND = IVWWindow*;
+
+// The whole window when `area` is null, which is the only use. False without a window.
+bool InvalidateRect(HWND window, const void* area, bool erase);
+
+class IVWViewer : public IUnknown {
+ public:
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A831}");
+
+  // Wants the layer of a tool painted again; `area` null for all of it.
+  virtual HRESULT InvalidateLayer(IUnknown* layer, const void* area) = 0;
+  virtual HWND Window() = 0;
+  // The time that the viewer shows.
+  virtual double CurrentTime() = 0;
+  // A drag of a tool goes on from the first to the last of these; between them the viewer holds back what
+  // would disturb it.
+  virtual HRESULT BeginInteraction(const tagVWPENEVENT& event) = 0;
+  virtual HRESULT DoInteraction(const tagVWPENEVENT& event) = 0;
+  virtual HRESULT EndInteraction() = 0;
+  // Puts a tool on top of the viewer's tools and links it to the viewer and to what the viewer shows;
+  // `context` is the handle to take it away by, never 0. A tool that cannot be linked is not kept.
+  virtual HRESULT PushContext(std::int32_t kind, IUnknown* tool, std::uintptr_t* context) = 0;
+  // Unlinks it. kWrongArgument for a handle that stands for nothing.
+  virtual HRESULT RemoveContext(std::uintptr_t context) = 0;
+
+ protected:
+  ~IVWViewer() = default;
+};
+
+inline constexpr std::int32_t kVWInteractiveContext = 19;
+
+// kNullPointer without a tool, a viewer or a place for the handle; kNoInterface for what is no viewer. The
+// two choices and the delay are always off.
+HRESULT VWControllerPushContext(std::int32_t kind, IUnknown* tool, IUnknown* viewer, bool exclusive, bool modal,
+                                double delay, std::uintptr_t* context);
+HRESULT VWControllerRemoveContext(std::uintptr_t context);
+
+// A layer of the viewer: what a tool paints, and what it is linked to.
+class IViewerLayer : public IUnknown {
+ public:
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A832}");
+
+  virtual HRESULT OnRender(IVWSurface* surface) = 0;
+  // What is edited: an object with IDSProperties. Borrowed: it is unlinked before it goes.
+  virtual HRESULT OnLinkToOperator(IUnknown* newOperator) = 0;
+  virtual HRESULT OnUnlinkFromOperator() = 0;
+  // Borrowed likewise.
+  virtual HRESULT OnLinkToViewer(IVWViewer* newViewer) = 0;
+  virtual HRESULT OnUnlinkFromViewer() = 0;
+
+ protected:
+  ~IViewerLayer() = default;
+};
+
+class IViewerEventSink : public IUnknown {
+ public:
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A833}");
+
+  // kOk when the tool took the event, kFalse when the next one may have it.
+  virtual HRESULT OnPenDown(const tagVWPENEVENT& event) = 0;
+  virtual HRESULT OnPenMove(const tagVWPENEVENT& event) = 0;
+  virtual HRESULT OnPenUp(const tagVWPENEVENT& event) = 0;
+
+ protected:
+  ~IViewerEventSink() = default;
+};
+
+class IDSPropertyNotifySink : public IUnknown {
+ public:
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A834}");
+
+  // `value` is null when the change has no value of its own.
+  virtual HRESULT OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) = 0;
+
+ protected:
+  ~IDSPropertyNotifySink() = default;
+};
+
+class IDSTimeNotifySink : public IUnknown {
+ public:
+  static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A835}");
+
+  virtual HRESULT OnOnTimeChange(double time) = 0;
+
+ protected:
+  ~IDSTimeNotifySink() = default;
+};
+
+}  // namespace vblur
