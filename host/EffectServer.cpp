@@ -9,6 +9,7 @@
 #include "host/CallTrace.h"
 #include "host/Failure.h"
 #include "host/sdk/Catalogue.h"
+#include "host/sdk/ClassObjects.h"
 
 namespace vblur::host {
 
@@ -49,12 +50,16 @@ EffectServer::EffectServer(const std::filesystem::path& file) : file_(file) {
     if (effects.empty()) missing = "it offers no image effect";
     if (!effects.empty()) effect_ = effects.back().clsid;
   }
-  if (missing.empty()) return;
+  if (missing.empty()) {
+    AddServer(getClassObject_);
+    return;
+  }
   ::dlclose(library_);
   Refuse(file, missing);
 }
 
 EffectServer::~EffectServer() {
+  RemoveServer(getClassObject_);
   if (auto* const leave = Find<DllUnregisterServerFunction>("DllUnregisterServer"); leave != nullptr) leave();
   auto* const mayUnload = Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
   if (mayUnload != nullptr && mayUnload() == kOk) ::dlclose(library_);

@@ -4,6 +4,9 @@
 
 #include "host/HostedEffect.h"
 #include "host/sdk/Catalogue.h"
+#include "host/sdk/ClassObjects.h"
+#include "host/sdk/Content.h"
+#include "platform/Content.h"
 #include "tests/host/FailureOf.h"
 #include "tests/host/ScratchFolder.h"
 
@@ -42,6 +45,75 @@ TEST(EffectServer, RefusesWhatIsNoServer) {
   EXPECT_EQ(refused(text).rfind(text.string() + ": cannot load the effect: ", 0), 0u);
   // A library, but without the entry points.
   EXPECT_NE(refused(VBLUR_DSSDK).find("it is no server: expected DllGetClassObject"), std::string::npos);
+}
+
+constexpr GUID kBlurClass = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
+
+HRESULT CreateEffectByClass(ComPtr<IDSImageEffect>& effect, std::uint32_t context = CLSCTX_INPROC_SERVER) {
+  return CoCreateInstance(kBlurClass, nullptr, context, IDSImageEffect::kIid, effect.Receive());
+}
+
+TEST(EffectServer, OffersItsClassesToTheProcessWhileItIsLoaded) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  ComPtr<IDSImageEffect> effect;
+  EXPECT_EQ(CreateEffectByClass(effect), kNoSuchClass);
+  {
+    const EffectServer server(DefaultServerFile());
+    { const EffectServer again(DefaultServerFile()); }
+    EXPECT_EQ(CreateEffectByClass(effect), kOk);
+    ASSERT_TRUE(effect);
+    EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), kOk);
+    effect.reset();
+    EXPECT_EQ(CreateEffectByClass(effect, 4), kNoSuchClass);
+    EXPECT_FALSE(effect);
+    EXPECT_EQ(CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IClassFactory::kIid, effect.Receive()),
+              kNoInterface);
+    EXPECT_EQ(CoCreateInstance(GUID{}, nullptr, CLSCTX_INPROC_SERVER, IUnknown::kIid, effect.Receive()), kNoSuchClass);
+    EXPECT_EQ(CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IUnknown::kIid, nullptr), kNullPointer);
+  }
+  EXPECT_EQ(CreateEffectByClass(effect), kNoSuchClass);
+  UseCatalogue(nullptr);
+}
+
+HRESULT FailingServer(const GUID& clsid, const GUID&, void** result) {
+  *result = nullptr;
+  return clsid == kBlurClass ? kOutOfMemory : kNoSuchClass;
+}
+
+TEST(EffectServer, OfTwoThatKnowAClassTheNewerIsAsked) {
+  const EffectServer server(DefaultServerFile());
+  ComPtr<IDSImageEffect> effect;
+  AddServer(&FailingServer);
+  EXPECT_EQ(CreateEffectByClass(effect), kOutOfMemory);
+  RemoveServer(&FailingServer);
+  EXPECT_EQ(CreateEffectByClass(effect), kOk);
+}
+
+TEST(Content, IsThatOfTheOpenProject) {
+  const EffectHost first(ProjectSizes{{720, 486}, {720, 480}});
+  const EffectHost second(ProjectSizes{{1920, 1080}, {1920, 1080}});
+  const EffectHost unreadable(std::nullopt);
+  double value = -1.0;
+  EXPECT_EQ(DSContentGetProperty(kProjectUserSizeY, value), kFailed);
+  {
+    const OpenContent open(first);
+    EXPECT_EQ(DSContentGetProperty(kProjectUserSizeY, value), kOk);
+    EXPECT_EQ(value, 486.0);
+    {
+      const OpenContent other(second);
+      EXPECT_EQ(DSContentGetProperty(kProjectWorldSizeX, value), kOk);
+      EXPECT_EQ(value, 1920.0);
+    }
+    EXPECT_EQ(DSContentGetProperty(kProjectWorldSizeY, value), kOk);
+    EXPECT_EQ(value, 480.0);
+    EXPECT_EQ(DSContentGetProperty("Something else", value), kWrongArgument);
+    EXPECT_EQ(DSContentGetProperty(nullptr, value), kNullPointer);
+    UseContent(&unreadable);
+    EXPECT_EQ(DSContentGetProperty(kProjectWorldSizeY, value), kFailed);
+  }
+  EXPECT_EQ(DSContentGetProperty(kProjectUserSizeY, value), kFailed);
+  EXPECT_EQ(value, 480.0);
 }
 
 }  // namespace
