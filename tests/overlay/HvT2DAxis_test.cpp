@@ -7,13 +7,10 @@
 
 #include "overlay/HvTGroup.h"
 #include "overlay/HvTManager.h"
-#include "tests/overlay/Listener.h"
 #include "tests/support/Random.h"
 
 namespace vblur {
 namespace {
-
-using test::Listener;
 
 constexpr std::uint32_t kEveryHandle = 127;
 

@@ -10,9 +10,9 @@
 
 namespace vblur::test {
 
-class Listener : public HvMessageHandler {
+class WidgetListener : public HvMessageHandler {
  public:
-  explicit Listener(HvMessageSender& sender) : sender_(sender) { LinkHandler(this, &sender); }
+  explicit WidgetListener(HvMessageSender& sender) : sender_(sender) { LinkHandler(this, &sender); }
 
   void HandleMessage(const HvMessage& message, HvMessageSender* sender) override {
     EXPECT_EQ(sender, &sender_);
