@@ -6,7 +6,7 @@
 
 #include "overlay/HvT2DAxis.h"
 #include "overlay/HvTGroup.h"
-#include "tests/overlay/WidgetListener.h"
+#include "tests/overlay/Hearer.h"
 
 namespace vblur {
 namespace {
@@ -31,50 +31,50 @@ class HvT2DAxisDrag : public ::testing::Test {
 };
 
 TEST_F(HvT2DAxisDrag, PressesNothingWithoutAHandle) {
-  test::WidgetListener listener(axis);
+  test::Hearer hearer(axis);
   EXPECT_EQ(axis.Press({0, 0}), 0);
   EXPECT_FALSE(axis.isPressed());
-  EXPECT_EQ(listener.heard(), "");
+  EXPECT_EQ(hearer.take(), "");
 }
 
 TEST_F(HvT2DAxisDrag, TellsOfBeginChangeAndEndWithTheHandle) {
-  test::WidgetListener listener(axis);
+  test::Hearer hearer(axis);
   press({0, 0}, 3);
-  EXPECT_EQ(listener.heard(), "200:3 ");
+  EXPECT_EQ(hearer.take(), "200 1 3; ");
   drag(1, 1);
   drag(1, 1);
-  EXPECT_EQ(listener.heard(), "201:3 201:3 ");
+  EXPECT_EQ(hearer.take(), "201 1 3; 201 1 3; ");
   EXPECT_EQ(axis.Release(), 1);
-  EXPECT_EQ(listener.heard(), "202:3 ");
+  EXPECT_EQ(hearer.take(), "202 1 3; ");
   EXPECT_EQ(axis.active(), 0u);
   EXPECT_FALSE(axis.isPressed());
   axis.Release();
-  EXPECT_EQ(listener.heard(), "202:0 ");
+  EXPECT_EQ(hearer.take(), "202 1 0; ");
 }
 
 TEST_F(HvT2DAxisDrag, TellsWithEveryHandle) {
-  test::WidgetListener listener(axis);
+  test::Hearer hearer(axis);
   const auto hears = [&](HvPoint pos) {
     axis.Pick(pos, {2, 2});
     axis.Press(pos);
     axis.Release();
-    return listener.heard();
+    return hearer.take();
   };
-  EXPECT_EQ(hears({20, 0}), "200:1 202:1 ");
-  EXPECT_EQ(hears({0, 20}), "200:2 202:2 ");
-  EXPECT_EQ(hears({37, 37}), "200:4 202:4 ");
-  EXPECT_EQ(hears({37, 10}), "200:8 202:8 ");
-  EXPECT_EQ(hears({10, 37}), "200:16 202:16 ");
-  EXPECT_EQ(hears({32, 0}), "200:32 202:32 ");
-  EXPECT_EQ(hears(axis.AspectHandlePos()), "200:64 202:64 ");
+  EXPECT_EQ(hears({20, 0}), "200 1 1; 202 1 1; ");
+  EXPECT_EQ(hears({0, 20}), "200 1 2; 202 1 2; ");
+  EXPECT_EQ(hears({37, 37}), "200 1 4; 202 1 4; ");
+  EXPECT_EQ(hears({37, 10}), "200 1 8; 202 1 8; ");
+  EXPECT_EQ(hears({10, 37}), "200 1 16; 202 1 16; ");
+  EXPECT_EQ(hears({32, 0}), "200 1 32; 202 1 32; ");
+  EXPECT_EQ(hears(axis.AspectHandlePos()), "200 1 64; 202 1 64; ");
 }
 
 TEST_F(HvT2DAxisDrag, TellsOfTheBeginBeforeItIsPressedAndOfTheEndWhileItIs) {
-  test::WidgetListener listener(axis);
+  test::Hearer hearer(axis);
   int heard = 0;
-  listener.whenHeard = [&](const HvMessage& message) {
+  hearer.whileHearing = [&] {
+    EXPECT_EQ(axis.isPressed(), heard != 0);
     ++heard;
-    EXPECT_EQ(axis.isPressed(), message.id() != kInteractionBegins);
     EXPECT_EQ(axis.active(), 3u);
   };
   press({0, 0}, 3);
@@ -84,11 +84,11 @@ TEST_F(HvT2DAxisDrag, TellsOfTheBeginBeforeItIsPressedAndOfTheEndWhileItIs) {
 }
 
 TEST_F(HvT2DAxisDrag, TellsOfTheChangeWhenTheBoxHasFollowedAndTheSpaceHasNot) {
-  test::WidgetListener listener(axis);
+  test::Hearer hearer(axis);
   int heard = 0;
   press({0, 0}, 3);
   axis.ToLocal({0, 0});
-  listener.whenHeard = [&](const HvMessage&) {
+  hearer.whileHearing = [&] {
     ++heard;
     EXPECT_EQ(axis.centre(), (HvPoint{3, 4}));
     EXPECT_EQ(axis.origin(), (HvPoint{-34, -33}));
@@ -101,11 +101,11 @@ TEST_F(HvT2DAxisDrag, TellsOfTheChangeWhenTheBoxHasFollowedAndTheSpaceHasNot) {
 }
 
 TEST_F(HvT2DAxisDrag, OfNothingChangesNothingAndTells) {
-  test::WidgetListener listener(axis);
+  test::Hearer hearer(axis);
   axis.ToLocal({0, 0});
   const HvBox before = axis.box();
   drag(5, 5);
-  EXPECT_EQ(listener.heard(), "201:0 ");
+  EXPECT_EQ(hearer.take(), "201 1 0; ");
   EXPECT_EQ(axis.box(), before);
   EXPECT_EQ(axis.centre(), (HvPoint{0, 0}));
   EXPECT_EQ(axis.axisFlags() & HvT2DAxis::kMatricesStale, 1u);
