@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS vblur_image vblur_blur vblur_platform EXPORT VBlurTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS vblur_server vblur_dssdk vblur_dsvwr
+install(TARGETS vblur_server vblur_dssdk vblur_dsvwr vblur_gl
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vblur
   RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/vblur)
 foreach(room image blur platform)

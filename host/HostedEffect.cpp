@@ -1,6 +1,5 @@
 #include "host/HostedEffect.h"
 
-#include <chrono>
 #include <cstdio>
 #include <new>
 #include <utility>
@@ -60,12 +59,8 @@ HostedEffect::HostedEffect(ComPtr<IDSImageEffect> effect, CallTrace* trace, std:
 
 template <typename Call>
 HRESULT HostedEffect::Made(const char* name, const std::string& arguments, Call call) const {
-  if (trace_ == nullptr) return call();
-  const auto start = std::chrono::steady_clock::now();
-  const HRESULT result = call();
-  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-  trace_->Note(name_, std::string(name) + "(" + arguments + ")", result, seconds.count());
-  return result;
+  return NotedCall(
+      trace_, name_, [&] { return std::string(name) + "(" + arguments + ")"; }, call);
 }
 
 HostedEffect HostedEffect::Clone(const std::string& name) const {
