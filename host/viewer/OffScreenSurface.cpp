@@ -2,34 +2,31 @@
 
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include <dlfcn.h>
 
 #include "host/Failure.h"
-#include "host/viewersdk/FontSource.h"
+#include "host/HostFolder.h"
 
 namespace vblur::host {
 
 namespace {
 
-// Beside the library of the viewer's tools.
-std::filesystem::path PaintLibraryFile() {
-  Dl_info place{};
-  ::dladdr(reinterpret_cast<const void*>(&UseFontSource), &place);
-  return std::filesystem::path(place.dli_fname == nullptr ? "" : place.dli_fname).parent_path() / "libvblur_gl.so";
-}
+constexpr const char* kModuleName = "libvblur_gl.so";
 
+// It stays until the process ends: drivers are not made to be unloaded.
 MakeOffScreenSurfaceFunction& LoadPaintLibrary() {
-  // Stays loaded: drivers do not like to go.
-  void* const library = ::dlopen(PaintLibraryFile().c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) {
-    throw Failure(ExitCode::SomeFramesFailed, "cannot load what paints the viewer: " + std::string(::dlerror()));
-  }
-  auto* const make = reinterpret_cast<MakeOffScreenSurfaceFunction*>(::dlsym(library, kMakeOffScreenSurface));
-  if (make == nullptr) {
-    throw Failure(ExitCode::SomeFramesFailed, PaintLibraryFile().string() + ": expected the viewer's paint library");
-  }
-  return *make;
+  const std::filesystem::path file = HostFolder() / kModuleName;
+  const auto refuse = [&file](const std::string& why) {
+    throw Failure(ExitCode::CannotRead, file.string() + ": cannot load what paints the viewer: " + why);
+  };
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) refuse("no such file");
+  void* const module = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* const function = module != nullptr ? ::dlsym(module, kMakeOffScreenSurface) : nullptr;
+  if (function == nullptr) refuse(::dlerror());
+  return *reinterpret_cast<MakeOffScreenSurfaceFunction*>(function);
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 
 namespace vblur::host {
 
-// Of at least 1 x 1 pixels. From then on tools find the fonts of the system. Throws Failure: some frames failed
-// when the library cannot be loaded or the machine has no OpenGL that paints without a window; wrong usage for a
-// size that it cannot paint.
+// Of at least 1 x 1 pixels. From then on tools find the fonts of the system. Throws Failure: cannot read
+// when the library cannot be loaded, some frames failed when the machine has no OpenGL that paints without a window,
+// wrong usage for a size that it cannot paint.
 std::unique_ptr<ViewerSurface> MakeOffScreenSurface(std::int32_t width, std::int32_t height);
 
 // What the library exports. The caller owns the surface.
