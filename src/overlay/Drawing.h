@@ -1,5 +1,5 @@
-// What widgets paint with: OpenGL in the current colour and matrix, unless colours are named. The quadric,
-// the saved stipple and the font are the process's: all of it runs on the thread that owns the OpenGL context.
+// What widgets paint with: OpenGL in the current colour and matrix, unless colours are named. The quadric and
+// the font are the process's: all of it runs on the thread that owns the OpenGL context.
 #pragma once
 
 #include <cstddef>

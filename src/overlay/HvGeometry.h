@@ -35,9 +35,12 @@ struct HvBox {
     minY = std::min(minY, point.y);
     maxY = std::max(maxY, point.y);
   }
+  // An empty box adds nothing.
   void Grow(const HvBox& box) {
-    Grow(HvPoint{box.minX, box.minY});
-    Grow(HvPoint{box.maxX, box.maxY});
+    minX = std::min(minX, box.minX);
+    maxX = std::max(maxX, box.maxX);
+    minY = std::min(minY, box.minY);
+    maxY = std::max(maxY, box.maxY);
   }
 
   friend bool operator==(const HvBox&, const HvBox&) = default;

@@ -49,23 +49,21 @@ class HvList {
     return node;
   }
 
-  // Both leave the cursor alone, but where it stands on a node that is removed.
+  // Leaves the cursor alone.
   bool Contains(const T& element) const {
     for (const Node* node = first_; node != nullptr; node = node->next) {
       if (node->element == element) return true;
     }
     return false;
   }
-  // Every node that holds it; whether there was one.
+  // Every node that holds it; whether there was one. A walk of its own: one that is under way ends.
   bool Remove(const T& element) {
     bool removed = false;
-    for (Node* node = first_; node != nullptr;) {
-      Node* const next = node->next;
-      if (node->element == element) {
-        RemoveNode(node);
-        removed = true;
-      }
-      node = next;
+    Start();
+    while (Node* node = Step()) {
+      if (node->element != element) continue;
+      RemoveNode(node);
+      removed = true;
     }
     return removed;
   }

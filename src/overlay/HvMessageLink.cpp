@@ -26,7 +26,7 @@ HvMessageHandler::~HvMessageHandler() {
 }
 
 void LinkHandler(HvMessageHandler* handler, HvMessageSender* sender) {
-  if (sender == nullptr) return;
+  if (handler == nullptr || sender == nullptr) return;
   if (!sender->handlers_.Contains(handler)) sender->handlers_.Append(handler);
   if (!handler->senders_.Contains(sender)) handler->senders_.Append(sender);
 }

@@ -49,7 +49,7 @@ class HvMessageHandler {
   HvList<HvMessageSender*> senders_;
 };
 
-// Nothing without a sender, and nothing new for a pair that is linked already.
+// Nothing for null, and nothing new for a pair that is linked already.
 void LinkHandler(HvMessageHandler* handler, HvMessageSender* sender);
 
 }  // namespace vblur

@@ -50,7 +50,9 @@ std::int32_t HvTContainer::Bounds(HvBox& box) {
       continue;
     }
     if (boxState_ == kNoChildren) boxState_ = kAllWithBox;
-    box.Grow(child.box());
+    // Corner by corner: a size may be negative.
+    box.Grow(child.origin());
+    box.Grow(child.origin() + child.size());
   }
   return boxState_;
 }

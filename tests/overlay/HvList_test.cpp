@@ -1,0 +1,148 @@
+#include "overlay/HvList.h"
+
+#include <memory>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace vblur {
+namespace {
+
+using Elements = std::vector<int>;
+
+// Forwards, after a look that the way back is the same.
+Elements elementsOf(const HvList<int>& list) {
+  Elements forwards;
+  for (const auto* node = list.first(); node != nullptr; node = node->next)
+    forwards.push_back(node->element);
+  Elements backwards;
+  for (const auto* node = list.last(); node != nullptr; node = node->previous)
+    backwards.insert(backwards.begin(), node->element);
+  EXPECT_EQ(forwards, backwards);
+  return forwards;
+}
+
+void fill(HvList<int>& list, const Elements& elements) {
+  for (const int element : elements)
+    EXPECT_EQ(list.Append(element), element);
+}
+
+TEST(HvList, IsEmptyAtFirst) {
+  HvList<int> list;
+  EXPECT_EQ(list.first(), nullptr);
+  EXPECT_EQ(list.last(), nullptr);
+  EXPECT_EQ(list.cursor(), nullptr);
+  list.Start();
+  EXPECT_EQ(list.Step(), nullptr);
+}
+
+TEST(HvList, AppendsBehindTheLast) {
+  HvList<int> list;
+  fill(list, {4});
+  EXPECT_EQ(list.first(), list.last());
+  fill(list, {9, 4});
+  EXPECT_EQ(elementsOf(list), (Elements{4, 9, 4}));
+  EXPECT_EQ(list.cursor(), nullptr);
+}
+
+TEST(HvList, TakesOutAnyNode) {
+  HvList<int> list;
+  fill(list, {1, 2, 3, 4});
+  EXPECT_EQ(list.RemoveNode(list.first()->next), 2);
+  EXPECT_EQ(elementsOf(list), (Elements{1, 3, 4}));
+  EXPECT_EQ(list.RemoveNode(list.first()), 1);
+  EXPECT_EQ(list.RemoveNode(list.last()), 4);
+  EXPECT_EQ(elementsOf(list), (Elements{3}));
+  EXPECT_EQ(list.RemoveNode(list.first()), 3);
+  EXPECT_EQ(elementsOf(list), (Elements{}));
+  fill(list, {5});
+  EXPECT_EQ(elementsOf(list), (Elements{5}));
+}
+
+TEST(HvList, WalksWhileTheNodeInHandIsRemoved) {
+  HvList<int> list;
+  fill(list, {1, 2, 3});
+  Elements seen;
+  list.Start();
+  while (auto* node = list.Step()) {
+    const auto* const behind = list.cursor();
+    seen.push_back(list.RemoveNode(node));
+    EXPECT_EQ(list.cursor(), behind);
+  }
+  EXPECT_EQ(seen, (Elements{1, 2, 3}));
+  EXPECT_EQ(list.first(), nullptr);
+}
+
+TEST(HvList, StepsBackWhenTheNodeAtTheCursorIsRemoved) {
+  HvList<int> list;
+  fill(list, {1, 2, 3});
+  list.Start();
+  list.Step();
+  ASSERT_EQ(list.cursor()->element, 2);
+  list.RemoveNode(list.cursor());
+  EXPECT_EQ(list.cursor(), list.first());
+  Elements seen;
+  while (const auto* node = list.Step())
+    seen.push_back(node->element);
+  EXPECT_EQ(seen, (Elements{1, 3})) << "the node before is visited again";
+}
+
+TEST(HvList, StepsOnWhenTheFirstNodeIsRemovedAtTheCursor) {
+  HvList<int> list;
+  fill(list, {1, 2});
+  list.Start();
+  list.RemoveNode(list.first());
+  ASSERT_NE(list.cursor(), nullptr);
+  EXPECT_EQ(list.cursor()->element, 2);
+  list.RemoveNode(list.first());
+  EXPECT_EQ(list.cursor(), nullptr);
+}
+
+TEST(HvList, RemovesEveryNodeOfAnElement) {
+  HvList<int> list;
+  fill(list, {7, 1, 7, 7, 2, 7});
+  EXPECT_FALSE(list.Remove(3));
+  EXPECT_TRUE(list.Remove(7));
+  EXPECT_EQ(elementsOf(list), (Elements{1, 2}));
+  EXPECT_FALSE(list.Remove(7));
+}
+
+TEST(HvList, RemovingAnElementEndsAWalk) {
+  HvList<int> list;
+  fill(list, {1, 2, 3});
+  list.Start();
+  list.Step();
+  list.Remove(2);
+  EXPECT_EQ(list.Step(), nullptr);
+}
+
+TEST(HvList, LooksForAnElementWithoutTheCursor) {
+  HvList<int> list;
+  fill(list, {1, 2, 3});
+  list.Start();
+  list.Step();
+  EXPECT_TRUE(list.Contains(3));
+  EXPECT_FALSE(list.Contains(4));
+  EXPECT_EQ(list.cursor()->element, 2);
+}
+
+TEST(HvList, ClearsItself) {
+  HvList<int> list;
+  fill(list, {1, 2, 3});
+  list.Clear();
+  EXPECT_EQ(elementsOf(list), (Elements{}));
+  EXPECT_EQ(list.cursor(), nullptr);
+}
+
+TEST(HvList, NeverOwnsItsElements) {
+  const auto element = std::make_unique<int>(3);
+  {
+    HvList<int*> list;
+    list.Append(element.get());
+    list.Append(element.get());
+  }
+  EXPECT_EQ(*element, 3);
+}
+
+}  // namespace
+}  // namespace vblur

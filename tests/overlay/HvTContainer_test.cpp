@@ -1,0 +1,277 @@
+#include "overlay/HvTContainer.h"
+
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tests/overlay/Probe.h"
+
+namespace vblur {
+namespace {
+
+using test::CallLog;
+using test::Probe;
+using test::square;
+
+constexpr float kContainerMost = std::numeric_limits<float>::max();
+
+// An object on the way to a leaf, with a space of its own.
+class Shifted : public Probe {
+ public:
+  using Probe::Probe;
+  HvPick Pick(HvPoint, HvPoint) override { return way; }
+  HvPoint ToLocal(HvPoint pos) override {
+    log.add(std::string("ToLocal ") + name());
+    return {pos.x - 100, pos.y * 2};
+  }
+  void PushTransform() override { log.add(std::string("Push ") + name()); }
+  void PopTransform() override { log.add(std::string("Pop ") + name()); }
+  HvTObject* way = nullptr;
+};
+
+class HvTContainerTest : public ::testing::Test {
+ protected:
+  HvBox boundsOf(HvTContainer& any) {
+    HvBox box;
+    const std::int32_t state = any.Bounds(box);
+    EXPECT_EQ(state, any.boxState());
+    return box;
+  }
+
+  CallLog log;
+  Probe a{log, "a", square(0, 0, 10)};
+  Probe b{log, "b", square(5, 5, 10)};
+  Probe c{log, "c", square(-20, 40, 1)};
+  HvTContainer container;
+};
+
+TEST_F(HvTContainerTest, IsEmptyAtFirst) {
+  EXPECT_EQ(container.hit(), nullptr);
+  EXPECT_FALSE(container.ownsChildren());
+  EXPECT_EQ(container.boxState(), 2);
+  EXPECT_EQ(boundsOf(container), (HvBox{0, 0, 0, 0}));
+  EXPECT_EQ(container.boxState(), 2);
+}
+
+TEST_F(HvTContainerTest, AppendsAChildOnce) {
+  EXPECT_EQ(container.Append(nullptr), 0);
+  EXPECT_EQ(container.boxState(), 2);
+  EXPECT_EQ(container.Append(&a), 1);
+  EXPECT_EQ(container.boxState(), 1);
+  b.dropBox();
+  EXPECT_EQ(container.Append(&b), 1);
+  EXPECT_EQ(container.boxState(), 0);
+  EXPECT_EQ(container.Append(&c), 1);
+  EXPECT_EQ(container.boxState(), 1) << "of the last child alone";
+  EXPECT_EQ(container.Append(&b), 0);
+  EXPECT_EQ(container.boxState(), 1);
+  EXPECT_EQ(container.children().last()->element, &c);
+  EXPECT_EQ(a.parent(), nullptr);
+}
+
+TEST_F(HvTContainerTest, RemovesAChild) {
+  container.Append(&a);
+  container.Append(&b);
+  EXPECT_EQ(container.Remove(nullptr), 0);
+  EXPECT_EQ(container.Remove(&c), 0);
+  container.SetHit(&a);
+  EXPECT_EQ(container.Remove(&b), 1);
+  EXPECT_EQ(container.hit(), &a);
+  EXPECT_EQ(container.Remove(&a), 1);
+  EXPECT_EQ(container.hit(), nullptr) << "what has gone is not pressed";
+  EXPECT_EQ(container.Remove(&a), 0);
+  container.children().Append(&c);
+  container.children().Append(&c);
+  EXPECT_EQ(container.Remove(&c), 1);
+  EXPECT_EQ(container.children().first(), nullptr);
+}
+
+TEST_F(HvTContainerTest, BoundsAllChildren) {
+  container.Append(&a);
+  container.Append(&b);
+  EXPECT_EQ(boundsOf(container), (HvBox{0, 15, 0, 15}));
+  container.Append(&c);
+  EXPECT_EQ(boundsOf(container), (HvBox{-20, 15, 0, 41}));
+  EXPECT_EQ(container.boxState(), 1);
+}
+
+TEST_F(HvTContainerTest, LeavesChildrenWithoutABoxOutOfTheBounds) {
+  a.dropBox();
+  container.Append(&a);
+  EXPECT_EQ(boundsOf(container), (HvBox{kContainerMost, -kContainerMost, kContainerMost, -kContainerMost}));
+  EXPECT_EQ(container.boxState(), 0);
+  container.Append(&b);
+  EXPECT_EQ(boundsOf(container), (HvBox{5, 15, 5, 15}));
+  EXPECT_EQ(container.boxState(), 0) << "one without a box is enough, wherever it stands";
+}
+
+TEST_F(HvTContainerTest, BoundsNegativeSizes) {
+  a.SetOrigin({10, 10});
+  a.SetSize({-4, -6});
+  container.Append(&a);
+  EXPECT_EQ(boundsOf(container), (HvBox{6, 10, 4, 10}));
+}
+
+TEST_F(HvTContainerTest, ClearsItsChildren) {
+  HvTManager manager;
+  a.SetManager(&manager);
+  container.Append(&a);
+  container.Append(&b);
+  container.SetHit(&b);
+  container.ClearChildren();
+  EXPECT_EQ(container.children().first(), nullptr);
+  EXPECT_EQ(container.hit(), nullptr);
+  EXPECT_EQ(a.manager(), nullptr);
+}
+
+TEST_F(HvTContainerTest, DestroysChildrenThatItOwns) {
+  struct Dying : Probe {
+    using Probe::Probe;
+    ~Dying() override { log.add(std::string("end of ") + name()); }
+  };
+  {
+    HvTContainer owner;
+    owner.OwnChildren(true);
+    owner.Append(new Dying(log, "x", {}));
+    owner.Append(new Dying(log, "y", {}));
+  }
+  EXPECT_EQ(log.take(), "end of x; end of y; ");
+  Dying lives(log, "z", {});
+  {
+    HvTContainer guest;
+    guest.Append(&lives);
+  }
+  EXPECT_EQ(log.take(), "");
+}
+
+TEST_F(HvTContainerTest, DrawsVisibleChildrenFirstToLast) {
+  container.Append(&c);
+  container.Append(&a);
+  container.Append(&b);
+  a.SetVisibility(HvTObject::kPickable);
+  b.SetVisibility(HvTObject::kVisible);
+  container.DrawChildren();
+  EXPECT_EQ(log.take(), "Draw c; Draw b; ");
+}
+
+TEST_F(HvTContainerTest, PicksTheLastChildFirst) {
+  for (Probe* probe : {&a, &b, &c}) {
+    probe->logsPicks = true;
+    container.Append(probe);
+  }
+  EXPECT_EQ(container.PickChildren({7, 7}, {3, 3}), HvPick(&b));
+  EXPECT_EQ(container.hit(), &b);
+  EXPECT_EQ(b.target(), &b);
+  EXPECT_EQ(log.take(), "Pick b 7 7; ") << "c is too far away to be asked";
+  EXPECT_EQ(container.PickChildren({4, 4}, {3, 3}), HvPick(&a));
+  EXPECT_EQ(log.take(), "Pick b 4 4; Pick a 4 4; ");
+  EXPECT_EQ(b.target(), nullptr);
+  EXPECT_EQ(container.PickChildren({50, 50}, {3, 3}), HvPick());
+  EXPECT_EQ(container.hit(), nullptr);
+  EXPECT_EQ(a.target(), nullptr);
+  EXPECT_EQ(log.take(), "");
+}
+
+TEST_F(HvTContainerTest, LeavesOutWhatIsHiddenOrNotPickable) {
+  container.Append(&a);
+  for (const std::uint32_t state : {0u, 1u, 2u}) {
+    a.SetTarget(nullptr);
+    a.SetVisibility(state);
+    EXPECT_EQ(container.PickChildren({1, 1}, {3, 3}), HvPick()) << state;
+    EXPECT_EQ(a.target(), nullptr);
+  }
+  EXPECT_EQ(a.picks, 0);
+  a.SetVisibility(3);
+  EXPECT_EQ(container.PickChildren({1, 1}, {3, 3}), HvPick(&a));
+}
+
+TEST_F(HvTContainerTest, CullsByTheBoxAndTheToleranceOnEachAxis) {
+  container.Append(&a);
+  const auto asked = [&](HvPoint pos) {
+    a.picks = 0;
+    container.PickChildren(pos, {3, 1});
+    return a.picks == 1;
+  };
+  EXPECT_TRUE(asked({-3, 5}));
+  EXPECT_FALSE(asked({-3.01f, 5}));
+  EXPECT_TRUE(asked({13, 5}));
+  EXPECT_FALSE(asked({13.01f, 5}));
+  EXPECT_TRUE(asked({5, -1}));
+  EXPECT_FALSE(asked({5, -1.01f}));
+  EXPECT_TRUE(asked({5, 11}));
+  EXPECT_FALSE(asked({5, 11.01f}));
+  EXPECT_FALSE(asked({std::numeric_limits<float>::quiet_NaN(), 5}));
+  a.dropBox();
+  EXPECT_TRUE(asked({1000, 1000}));
+  EXPECT_EQ(a.pickedWith, (HvPoint{3, 1}));
+}
+
+TEST_F(HvTContainerTest, EndsTheSearchAtASwallowedPick) {
+  struct Swallower : Probe {
+    using Probe::Probe;
+    HvPick Pick(HvPoint, HvPoint) override { return HvPick::Swallowed(); }
+  };
+  Swallower solid(log, "s", square(0, 0, 10));
+  container.Append(&a);
+  container.Append(&solid);
+  container.SetHit(&a);
+  solid.SetTarget(&b);
+  EXPECT_EQ(container.PickChildren({5, 5}, {3, 3}), HvPick::Swallowed());
+  EXPECT_EQ(container.hit(), nullptr);
+  EXPECT_EQ(solid.target(), &b) << "what it answered stands, whatever it is";
+  EXPECT_EQ(a.picks, 0);
+  container.Remove(&solid);
+}
+
+TEST_F(HvTContainerTest, LeadsAPointDownTheWayToTheLeaf) {
+  Shifted top(log, "top", {});
+  Shifted below(log, "below", {});
+  top.SetTarget(&below);
+  below.SetTarget(&a);
+  a.SetTarget(nullptr);
+  container.SetHit(&top);
+  a.pressResult = 7;
+  EXPECT_EQ(container.PressHit({250, 3}), 7);
+  EXPECT_EQ(log.take(), "ToLocal top; Push top; ToLocal below; Push below; Press a 50 12; Pop below; Pop top; ");
+  a.dragResult = 0;
+  EXPECT_EQ(container.DragHit({250, 3}), 0);
+  a.enterResult = 2;
+  EXPECT_EQ(container.EnterHit({200, 0}), 2);
+  EXPECT_EQ(log.take(),
+            "ToLocal top; Push top; ToLocal below; Push below; Drag a 50 12; Pop below; Pop top; "
+            "ToLocal top; Push top; ToLocal below; Push below; Enter a 0 0; Pop below; Pop top; ");
+  a.leaveResult = 3;
+  a.releaseResult = 4;
+  EXPECT_EQ(container.LeaveHit(), 3);
+  EXPECT_EQ(container.ReleaseHit(), 4);
+  EXPECT_EQ(log.take(), "Leave a; Release a; ");
+}
+
+TEST_F(HvTContainerTest, ActsOnATopThatIsTheLeaf) {
+  a.SetTarget(nullptr);
+  container.SetHit(&a);
+  EXPECT_EQ(container.PressHit({4, 5}), 1);
+  EXPECT_EQ(log.take(), "Press a 4 5; ");
+}
+
+TEST_F(HvTContainerTest, ActsOnNothingWhereTheWayIsBroken) {
+  EXPECT_EQ(container.PressHit({}), 0);
+  EXPECT_EQ(container.LeaveHit(), 0);
+  Shifted top(log, "top", {});
+  container.SetHit(&top);
+  EXPECT_EQ(container.DragHit({}), 0);
+  EXPECT_EQ(container.ReleaseHit(), 0);
+  container.SetHit(nullptr);
+}
+
+TEST_F(HvTContainerTest, PicksWithinTheTransformOfTheChild) {
+  Shifted shifted(log, "s", square(0, 0, 1));
+  shifted.way = &shifted;
+  container.Append(&shifted);
+  container.PickChildren({0, 0}, {1, 1});
+  EXPECT_EQ(log.take(), "Push s; Pop s; ");
+  container.Remove(&shifted);
+}
+
+}  // namespace
+}  // namespace vblur
