@@ -8,6 +8,11 @@ install(TARGETS vblur_image vblur_blur vblur_platform EXPORT VBlurTargets
 install(TARGETS vblur_server vblur_dssdk vblur_dsvwr
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vblur
   RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/vblur)
+if(VBLUR_BUILD_APPS)
+  install(TARGETS vblur_host vblur_pictures vblur_gl
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vblur
+    RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/vblur)
+endif()
 foreach(room image blur platform)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/${room} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vblur
     FILES_MATCHING PATTERN "*.h")

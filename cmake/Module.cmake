@@ -17,6 +17,13 @@ function(vblur_module name)
       set(kind SHARED)
     endif()
     add_library(${target} ${kind} ${sources} ${headers})
+    if(module_SHARED)
+      # Those that are loaded at run time are found beside each other, in a build as installed.
+      set_target_properties(${target} PROPERTIES
+        LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
+        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
+        INSTALL_RPATH "$ORIGIN")
+    endif()
     set(scope PUBLIC)
     vblur_warnings(${target})
   else()

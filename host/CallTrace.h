@@ -1,6 +1,7 @@
 // The calls that the host makes on an effect, one line each: for finding out why a frame is what it is.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -27,5 +28,17 @@ class CallTrace {
   std::mutex lock_;
   std::function<void(const std::string&)> put_;
 };
+
+// Makes a call and notes it; without a trace only makes it. `text` gives the call's name and arguments, once it
+// has been made; `call` answers an HRESULT.
+template <typename Text, typename Call>
+HRESULT NotedCall(CallTrace* trace, const std::string& object, Text text, Call call) {
+  if (trace == nullptr) return call();
+  const auto start = std::chrono::steady_clock::now();
+  const HRESULT result = call();
+  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+  trace->Note(object, text(), result, seconds.count());
+  return result;
+}
 
 }  // namespace vblur::host

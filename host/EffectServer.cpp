@@ -8,6 +8,7 @@
 
 #include "host/CallTrace.h"
 #include "host/Failure.h"
+#include "host/HostFolder.h"
 #include "host/sdk/Catalogue.h"
 #include "host/sdk/ClassObjects.h"
 
@@ -19,11 +20,6 @@ constexpr const char* kServerName = "V_Blur.so";
 
 [[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& reason) {
   throw Failure(ExitCode::CannotRead, file.string() + ": cannot load the effect: " + reason);
-}
-
-std::filesystem::path ProgramFolder() {
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
 
 }  // namespace
@@ -80,16 +76,7 @@ ComPtr<IDSImageEffect> EffectServer::CreateEffect() const {
 }
 
 std::filesystem::path DefaultServerFile() {
-  const std::filesystem::path program = ProgramFolder();
-  const std::filesystem::path installed = program / VBLUR_SERVER_FROM_PROGRAM / kServerName;
-  std::error_code error;
-  if (std::filesystem::exists(installed, error)) return installed.lexically_normal();
-  // Programs of a build lie at different depths of it.
-  for (auto folder = program; folder.has_relative_path(); folder = folder.parent_path()) {
-    const auto built = folder / "src" / "server" / kServerName;
-    if (std::filesystem::exists(built, error)) return built;
-  }
-  return installed.lexically_normal();
+  return HostFolder() / kServerName;
 }
 
 }  // namespace vblur::host

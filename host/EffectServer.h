@@ -46,7 +46,7 @@ class EffectServer {
   GUID effect_;
 };
 
-// Where the server lies for a program of this installation, or of this build.
+// The server of this installation, or of this build.
 std::filesystem::path DefaultServerFile();
 
 }  // namespace vblur::host

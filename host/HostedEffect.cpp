@@ -1,6 +1,5 @@
 #include "host/HostedEffect.h"
 
-#include <chrono>
 #include <cstdio>
 #include <new>
 #include <utility>
@@ -60,12 +59,8 @@ HostedEffect::HostedEffect(ComPtr<IDSImageEffect> effect, CallTrace* trace, std:
 
 template <typename Call>
 HRESULT HostedEffect::Made(const char* name, const std::string& arguments, Call call) const {
-  if (trace_ == nullptr) return call();
-  const auto start = std::chrono::steady_clock::now();
-  const HRESULT result = call();
-  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-  trace_->Note(name_, std::string(name) + "(" + arguments + ")", result, seconds.count());
-  return result;
+  return NotedCall(
+      trace_, name_, [&] { return std::string(name) + "(" + arguments + ")"; }, call);
 }
 
 HostedEffect HostedEffect::Clone(const std::string& name) const {
@@ -91,24 +86,40 @@ void HostedEffect::UseAs(EffectKind kind) {
 }
 
 void HostedEffect::PutProperties(const PropertyStore& properties) {
-  for (const Property& property : kProperties) {
-    const PropertyStore::Setting* setting = properties.Find(property.guid);
-    const double* plain = setting == nullptr ? nullptr : std::get_if<double>(setting);
-    const auto* curve = setting == nullptr ? nullptr : std::get_if<Curve>(setting);
-    const double value = plain == nullptr ? property.defaultValue : *plain;
-    const std::string name(property.name);
-    HRESULT result = properties_->RemoveCurve(property.guid);
-    if (result >= 0) {
-      const auto put = [&] { return properties_->PutValue(property.guid, DSVariant::Of(value)); };
-      // Defaults are no news to somebody who reads the trace.
-      result = plain == nullptr ? put() : Made("PutValue", name + ", " + FormatNumber(value), put);
-    }
-    if (result == kOk && curve != nullptr) {
-      result = Made("PutCurve", name + ", " + Describe(*curve),
-                    [&] { return properties_->PutCurve(property.guid, *curve); });
-    }
-    if (result != kOk) Refuse(name + ": the effect does not take this property");
+  for (const Property& property : kProperties)
+    PutProperty(property, properties.Find(property.guid));
+}
+
+void HostedEffect::PutProperty(const Property& property, const PropertyStore::Setting* setting) {
+  const double* plain = setting == nullptr ? nullptr : std::get_if<double>(setting);
+  const auto* curve = setting == nullptr ? nullptr : std::get_if<Curve>(setting);
+  const double value = plain == nullptr ? property.defaultValue : *plain;
+  const std::string name(property.name);
+  HRESULT result = properties_->RemoveCurve(property.guid);
+  if (result >= 0) {
+    const auto put = [&] { return properties_->PutValue(property.guid, DSVariant::Of(value)); };
+    // Defaults are no news to somebody who reads the trace.
+    result = plain == nullptr ? put() : Made("PutValue", name + ", " + FormatNumber(value), put);
   }
+  if (result == kOk && curve != nullptr) {
+    result =
+        Made("PutCurve", name + ", " + Describe(*curve), [&] { return properties_->PutCurve(property.guid, *curve); });
+  }
+  if (result != kOk) Refuse(name + ": the effect does not take this property");
+}
+
+PropertyStore HostedEffect::Properties() const {
+  PropertyStore store;
+  for (const Property& property : kProperties) {
+    const Curve* curve = nullptr;
+    DSVariant value;
+    if (properties_->GetCurve(property.guid, &curve) == kOk) {
+      store.Set(property.guid, *curve);
+    } else if (properties_->GetValue(property.guid, &value) == kOk) {
+      store.Set(property.guid, value.asNumber());
+    }
+  }
+  return store;
 }
 
 void HostedEffect::SetUp(const Job& job, IDSCoordMan& coordMan, IDSExecuteContext& context) {

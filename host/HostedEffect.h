@@ -53,6 +53,10 @@ class HostedEffect {
   void SetUp(const Job& job, IDSCoordMan& coordMan, IDSExecuteContext& context);
   // Every property of the table as the job has it: a curve, a plain value or the default.
   void PutProperties(const PropertyStore& properties);
+  // One of them; null for its default.
+  void PutProperty(const Property& property, const PropertyStore::Setting* setting);
+  // Every property of the table as the effect now has it.
+  PropertyStore Properties() const;
   // Around all frames of a sequence, with the times of the first and the last.
   void BeginFrameRange(double first, double last);
   void EndFrameRange();

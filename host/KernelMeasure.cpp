@@ -245,4 +245,9 @@ KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& co
   return picture;
 }
 
+KernelReport MeasureKernel(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth) {
+  return {blur, depth, FactsOfSize(makeEffect, blur), MeasureProfile(makeEffect, context, blur, depth),
+          MeasurePicture(makeEffect, context, blur, depth)};
+}
+
 }  // namespace vblur::host

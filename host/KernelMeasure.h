@@ -74,4 +74,16 @@ KernelDifference LargestDifference(const KernelProfile& profile, const Gaussian&
 KernelProfile MeasureProfile(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 
+// What there is to tell of a size.
+struct KernelReport {
+  double blur = 0.0;
+  std::int32_t depth = 16;
+  BlurSizeFacts facts;
+  KernelProfile profile;
+  KernelPicture picture;
+};
+
+// Throws as they do.
+KernelReport MeasureKernel(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
+
 }  // namespace vblur::host

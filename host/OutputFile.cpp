@@ -5,16 +5,12 @@
 #include <cctype>
 #include <limits>
 #include <new>
-#include <optional>
 #include <sstream>
 #include <system_error>
 
-#include <OpenImageIO/imageio.h>
-
 #include "host/Failure.h"
 #include "host/OutputFileCommit.h"
-#include "host/PictureFileMetadata.h"
-#include "host/PictureFileOpen.h"
+#include "host/PictureLibrary.h"
 
 namespace vblur::host {
 
@@ -59,103 +55,6 @@ bool Lists(std::string_view extensions, const std::string& extension) {
   }
   return false;
 }
-
-OIIO::TypeDesc BufferType(SampleKind kind) {
-  if (kind == k8) return OIIO::TypeDesc::UINT8;
-  return kind == k16 ? OIIO::TypeDesc::UINT16 : OIIO::TypeDesc::FLOAT;
-}
-
-// Nothing is lost that need not be. The levels are those beyond which files hardly become smaller.
-void SetCompression(const OutputFormat& format, const PictureMetadata* metadata, OIIO::ImageSpec& spec) {
-  if (format.name == "jpeg") spec.attribute("jpeg:subsampling", "4:4:4");
-  if (format.name == "png") spec.attribute("png:compressionLevel", 4);
-  if (format.name != "openexr") return;
-  const bool keeps = metadata && !metadata->losslessExr.empty();
-  spec.attribute("compression", keeps ? metadata->losslessExr : "piz");
-}
-
-OIIO::ImageSpec Describe(const OutputFormat& format, const HostImage& image, const PictureMetadata* metadata,
-                         const OIIO::ImageOutput& writer) {
-  const SampleKind samples = image.depth() == 8 ? format.samples8 : format.samples16;
-  const bool half = format.isFloat && image.depth() == 8 && format.hasAlpha;
-  OIIO::ImageSpec spec(image.width(), image.height(), format.hasAlpha ? 4 : 3,
-                       half ? OIIO::TypeDesc(OIIO::TypeDesc::HALF) : BufferType(samples));
-  if (metadata) ApplyMetadata(*metadata, writer, spec);
-  // The writer multiplies or divides unless the file is to hold what the memory holds.
-  const bool saysAssociated = metadata && metadata->associatedAlpha && format.name == "tiff";
-  if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
-  SetCompression(format, metadata, spec);
-  return spec;
-}
-
-bool StopsWriting(void* stop, float /*portion*/) {
-  return (*static_cast<const StopTest*>(stop))();
-}
-
-// One picture on its way into one file.
-class Writing {
- public:
-  Writing(const std::filesystem::path& target, const std::filesystem::path& file, const OutputFormat& format)
-      : target_(target), file_(file), format_(format), writer_(OIIO::ImageOutput::create(std::string(format.name))) {
-    if (!writer_) Refuse(target_, "the picture library cannot write " + std::string(format.name));
-  }
-
-  void Open(const HostImage& image, const PictureMetadata* metadata) {
-    if (writer_->supports("ioproxy")) {
-      stream_.emplace(file_);
-      if (stream_->systemError() != 0) Fail("the file cannot be made");
-      writer_->set_ioproxy(&*stream_);
-    }
-    spec_ = Describe(format_, image, metadata, *writer_);
-    if (!writer_->open(file_.string(), spec_)) Fail("the file cannot be made");
-  }
-
-  void Put(const std::byte* samples, SampleKind kind, const StopTest& stop) {
-    StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->systemError() != 0); };
-    const bool done = writer_->write_image(BufferType(kind), samples, OIIO::AutoStride, OIIO::AutoStride,
-                                           OIIO::AutoStride, StopsWriting, &stopOrError);
-    if (stop && stop()) {
-      writer_->close();
-      throw FileInterrupted{};
-    }
-    if (!done || (stream_ && stream_->systemError() != 0)) Fail("writing failed");
-  }
-
-  void Close() {
-    const bool closed = writer_->close();
-    if (stream_) stream_->close();
-    if (!closed || (stream_ && stream_->systemError() != 0)) Fail("writing failed");
-    if (!stream_) RequireWhole();
-  }
-
- private:
-  [[noreturn]] void Fail(const std::string& otherwise) {
-    const std::string message = LibraryMessage(writer_->geterror(), otherwise);
-    const int number = stream_ ? stream_->systemError() : 0;
-    Refuse(target_, number != 0 ? std::generic_category().message(number) : message);
-  }
-
-  // A writer that opens the file by itself may lose an error; its last row is then missing.
-  void RequireWhole() {
-    auto again = OIIO::ImageInput::create(std::string(format_.name));
-    OIIO::ImageSpec spec;
-    if (again && again->open(file_.string(), spec)) {
-      std::vector<float> row(static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.nchannels));
-      if (again->read_scanlines(0, 0, spec.height - 1, spec.height, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT,
-                                row.data())) {
-        return;
-      }
-    }
-    Refuse(target_, "the file came out incomplete; is the disk full?");
-  }
-
-  const std::filesystem::path& target_;
-  const std::filesystem::path& file_;
-  const OutputFormat& format_;
-  std::optional<OutputFileStream> stream_;
-  std::unique_ptr<OIIO::ImageOutput> writer_;
-  OIIO::ImageSpec spec_;
-};
 
 }  // namespace
 
@@ -208,7 +107,7 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
   if (std::max(image.width(), image.height()) > format.mostPixels) {
     Refuse(path, "a picture of this format has at most " + std::to_string(format.mostPixels) + " pixels a side");
   }
-  const SampleKind kind = image.depth() == 8 ? format.samples8 : format.samples16;
+  const SampleKind kind = format.SamplesAt(image.depth());
   const int channels = format.hasAlpha ? 4 : 3;
   const auto width = static_cast<std::size_t>(image.width());
   const std::size_t rowBytes = width * static_cast<std::size_t>(channels) * SampleBytes(kind);
@@ -221,12 +120,8 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
     WriteColourRow(image.Row(image.height() - 1 - y), image.depth(),
                    samples_.data() + rowBytes * static_cast<std::size_t>(y), kind, channels, width);
   }
-  const PictureFileChatter chatter;
   WrittenPicture written(path, overwrite);
-  Writing writing(path, written.writtenPath(), format);
-  writing.Open(image, metadata);
-  writing.Put(samples_.data(), kind, stop_);
-  writing.Close();
+  ThePictureLibrary().Write({path, written.writtenPath(), format, image, samples_.data(), metadata}, stop_);
   return written;
 }
 

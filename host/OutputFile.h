@@ -21,6 +21,8 @@ struct OutputFormat {
   SampleKind samples16;     // of one of 16 bits
   bool isFloat;             // 8-bit pictures become 16-bit floats
   std::int32_t mostPixels;  // a side
+
+  SampleKind SamplesAt(std::int32_t depth) const { return depth == 8 ? samples8 : samples16; }
 };
 
 // The format that the extension of a file name asks for. Throws Failure (wrong usage) with the list of

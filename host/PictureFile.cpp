@@ -3,50 +3,15 @@
 #include <new>
 
 #include "host/Failure.h"
-#include "host/PictureFileMetadata.h"
-#include "host/PictureFileOpen.h"
+#include "host/PictureLibrary.h"
 
 namespace vblur::host {
 
-namespace {
-
-OIIO::TypeDesc TypeOf(SampleKind kind) {
-  switch (kind) {
-    case SampleKind::Unsigned8: return OIIO::TypeDesc::UINT8;
-    case SampleKind::Unsigned16: return OIIO::TypeDesc::UINT16;
-    case SampleKind::Float: break;
-  }
-  return OIIO::TypeDesc::FLOAT;
-}
-
-bool StopsReading(void* stop, float /*portion*/) {
-  const auto& test = *static_cast<const StopTest*>(stop);
-  return test && test();
-}
-
-// A reader that patches up a file cut short says so although it has "succeeded".
-bool WasCutShort(const std::string& message) {
-  return message.find("Premature end") != std::string::npos;
-}
-
-void ReadSamples(const std::filesystem::path& path, OpenPicture& picture, std::byte* samples, const StopTest& stop) {
-  const PictureFileChatter chatter;
-  const bool done =
-      picture.file->read_image(0, 0, 0, picture.info.channels, TypeOf(picture.info.samples), samples, OIIO::AutoStride,
-                               OIIO::AutoStride, OIIO::AutoStride, StopsReading, const_cast<StopTest*>(&stop));
-  if (stop && stop()) throw FileInterrupted{};
-  const std::string message = picture.file->geterror();
-  if (done && !WasCutShort(message)) return;
-  throw Failure(ExitCode::CannotRead, path.string() + ": cannot read: the picture is damaged or cut short (" +
-                                          LibraryMessage(message, "its pixels end early") + ")");
-}
-
-}  // namespace
-
 ReadPicture PictureReader::Read(const std::filesystem::path& path, std::int32_t depth, std::int32_t components,
                                 HostImage& into) {
-  OpenPicture picture = OpenPictureFile(path);
-  const PictureInfo& info = picture.info;
+  RequirePictureFile(path);
+  const auto source = ThePictureLibrary().Open(path);
+  const PictureInfo& info = source->info();
   const auto width = static_cast<std::size_t>(info.width);
   const std::size_t rowBytes = width * static_cast<std::size_t>(info.channels) * SampleBytes(info.samples);
   try {
@@ -57,7 +22,7 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, std::int32_t 
                                             std::to_string(info.width) + " x " + std::to_string(info.height) +
                                             " pixels");
   }
-  ReadSamples(path, picture, samples_.data(), stop_);
+  source->ReadSamples(samples_.data(), stop_);
   for (std::int32_t y = 0; y < info.height; ++y) {
     const std::byte* row = samples_.data() + rowBytes * static_cast<std::size_t>(info.height - 1 - y);
     if (components == 1) {
@@ -66,8 +31,7 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, std::int32_t 
       ReadColourRow(row, info.samples, info.channels, info.choice, depth, into.Row(y), width);
     }
   }
-  auto metadata = std::make_shared<PictureMetadata>(CollectMetadata(picture.file->spec(), info.format));
-  return {info, std::move(metadata)};
+  return source->Facts();
 }
 
 ReadPicture PictureReader::ReadColour(const std::filesystem::path& path, std::int32_t depth, HostImage& into) {

@@ -26,6 +26,8 @@ struct FileInterrupted {};
 struct ReadPicture {
   PictureInfo info;
   std::shared_ptr<const PictureMetadata> metadata;
+  // The file says that its colours are multiplied by alpha.
+  bool associatedAlpha = false;
 };
 
 // Keeps its buffer from one file to the next. One thread at a time.

@@ -1,135 +1,33 @@
 #include "host/PictureInfo.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <string_view>
 #include <system_error>
 
 #include "host/Failure.h"
-#include "host/HostImage.h"
-#include "host/PictureFileOpen.h"
+#include "host/PictureLibrary.h"
 
 namespace vblur::host {
 
-namespace {
-
-[[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {
-  throw Failure(ExitCode::CannotRead, path.string() + ": cannot read: " + why);
-}
-
-void RequireFile(const std::filesystem::path& path) {
+void RequirePictureFile(const std::filesystem::path& path) {
+  const auto refuse = [&path](const std::string& why) {
+    throw Failure(ExitCode::CannotRead, path.string() + ": cannot read: " + why);
+  };
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
-  if (!std::filesystem::exists(status)) Refuse(path, "no such file");
-  if (std::filesystem::is_directory(status)) Refuse(path, "it is a folder, a picture file was expected");
-  if (!std::filesystem::is_regular_file(status)) Refuse(path, "not a regular file");
-  if (std::filesystem::file_size(path, error) == 0 && !error) Refuse(path, "the file is empty, a picture was expected");
+  if (!std::filesystem::exists(status)) refuse("no such file");
+  if (std::filesystem::is_directory(status)) refuse("it is a folder, a picture file was expected");
+  if (!std::filesystem::is_regular_file(status)) refuse("not a regular file");
+  if (std::filesystem::file_size(path, error) == 0 && !error) refuse("the file is empty, a picture was expected");
   std::FILE* file = std::fopen(path.c_str(), "rb");
-  if (!file) Refuse(path, std::strerror(errno));
+  if (!file) refuse(std::strerror(errno));
   std::fclose(file);
 }
 
-std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::filesystem::path& path,
-                                          std::string& message) {
-  auto file = OIIO::ImageInput::create(format);
-  if (!file) {
-    message = OIIO::geterror();
-    return nullptr;
-  }
-  OIIO::ImageSpec config;
-  config.attribute("oiio:UnassociatedAlpha", 1);
-  OIIO::ImageSpec spec;
-  if (file->open(path.string(), spec, config)) return file;
-  message = file->geterror();
-  return nullptr;
-}
-
-// The formats that a file may turn out to be in although its name says another. All of them know
-// their own files by the first bytes.
-constexpr std::array kKnownByContent = {"png", "jpeg", "tiff",     "openexr", "dpx", "webp", "bmp", "sgi",
-                                        "hdr", "pnm",  "jpeg2000", "cineon",  "gif", "psd",  "iff", "heif"};
-
-std::unique_ptr<OIIO::ImageInput> OpenAnyFormat(const std::filesystem::path& path) {
-  std::string named = path.extension().string();
-  if (!named.empty()) named.erase(0, 1);
-  std::string message;
-  if (!named.empty()) {
-    if (auto file = TryOpen(named, path, message)) return file;
-  }
-  std::string other;
-  for (const char* format : kKnownByContent) {
-    if (auto file = TryOpen(format, path, other)) return file;
-  }
-  Refuse(path, "not a picture, or a damaged one (" + LibraryMessage(message, "unknown format") + ")");
-}
-
-bool IsNamed(const OIIO::ImageSpec& spec, std::size_t channel, std::string_view name) {
-  return OIIO::Strutil::iequals(spec.channelnames[channel], OIIO::string_view(name.data(), name.size()));
-}
-
-int FindChannel(const OIIO::ImageSpec& spec, std::string_view name) {
-  for (std::size_t c = 0; c < spec.channelnames.size(); ++c) {
-    if (IsNamed(spec, c, name)) return static_cast<int>(c);
-  }
-  return -1;
-}
-
-// Red, green, blue and alpha by name; without these names the first channels that are not alpha, and
-// one alone is grey.
-ChannelChoice ChooseChannels(const OIIO::ImageSpec& spec) {
-  ChannelChoice choice{FindChannel(spec, "R"), FindChannel(spec, "G"), FindChannel(spec, "B"), FindChannel(spec, "A")};
-  if (choice.alpha < 0) choice.alpha = spec.alpha_channel;
-  if (choice.red >= 0 && choice.green >= 0 && choice.blue >= 0) return choice;
-  std::array<int, 3> colours{-1, -1, -1};
-  std::size_t found = 0;
-  for (int c = 0; c < spec.nchannels && found < colours.size(); ++c) {
-    if (c != choice.alpha) colours[found++] = c;
-  }
-  if (found == 0) return {choice.alpha, choice.alpha, choice.alpha, -1};
-  if (found == 1) return {colours[0], colours[0], colours[0], choice.alpha};
-  return {colours[0], colours[1], colours[2], choice.alpha};
-}
-
-SampleKind KindOf(const OIIO::TypeDesc& type) {
-  if (type.basetype == OIIO::TypeDesc::UINT8) return SampleKind::Unsigned8;
-  if (type.basetype == OIIO::TypeDesc::UINT16) return SampleKind::Unsigned16;
-  return SampleKind::Float;
-}
-
-void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec) {
-  const std::string size = std::to_string(spec.width) + " x " + std::to_string(spec.height) + " pixels";
-  if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) Refuse(path, "it has no pixels (" + size + ")");
-  if (spec.depth > 1) Refuse(path, "it is a volume, a flat picture was expected");
-  if (spec.deep) Refuse(path, "it holds deep samples, a flat picture was expected");
-  const std::int64_t components = std::int64_t{std::max(4, spec.nchannels)} * spec.width;
-  if (components > HostImage::kMostComponents / spec.height) {
-    Refuse(path, size + " are more than 2^31 components (4 a pixel)");
-  }
-}
-
-}  // namespace
-
-std::string LibraryMessage(const std::string& message, const std::string& otherwise) {
-  const std::string line = message.substr(0, message.find('\n'));
-  return line.empty() ? otherwise : line;
-}
-
-OpenPicture OpenPictureFile(const std::filesystem::path& path) {
-  RequireFile(path);
-  const PictureFileChatter chatter;
-  auto file = OpenAnyFormat(path);
-  const OIIO::ImageSpec& spec = file->spec();
-  RequireSize(path, spec);
-  PictureInfo info{file->format_name(), spec.width,          spec.height,
-                   spec.nchannels,      KindOf(spec.format), ChooseChannels(spec)};
-  return {std::move(file), std::move(info)};
-}
-
 PictureInfo ReadPictureInfo(const std::filesystem::path& path) {
-  return OpenPictureFile(path).info;
+  RequirePictureFile(path);
+  return ThePictureLibrary().Open(path)->info();
 }
 
 }  // namespace vblur::host

@@ -21,6 +21,9 @@ struct PictureInfo {
   std::int32_t naturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }
 };
 
+// Throws Failure (cannot read): no such file, not a file, or empty.
+void RequirePictureFile(const std::filesystem::path& path);
+
 // Throws Failure (cannot read): no such file, not a file, empty, not a picture, a picture without
 // pixels or with more than 2^31 components.
 PictureInfo ReadPictureInfo(const std::filesystem::path& path);

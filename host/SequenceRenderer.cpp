@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstring>
 #include <limits>
 #include <list>
 #include <new>
@@ -12,10 +11,10 @@
 #include <vector>
 
 #include "host/CoordMan.h"
-#include "host/EffectHost.h"
 #include "host/FramePipeline.h"
 #include "host/FramesInFlight.h"
 #include "host/JobCheck.h"
+#include "host/JobFrame.h"
 #include "host/OutputFile.h"
 #include "host/PartFiles.h"
 #include "host/SequenceRendererInputs.h"
@@ -276,47 +275,24 @@ void SequenceRun::Read(FrameSlot& slot) {
 }
 
 void SequenceRun::PrepareOutput(FrameSlot& slot) {
-  const HostImage* input = slot.input.image;
-  const auto width = job_.output.width.value_or(input ? input->width() : 0);
-  const auto height = job_.output.height.value_or(input ? input->height() : 0);
-  if (std::int64_t{4} * width > HostImage::kMostComponents / std::max(1, height)) {
-    throw Failure(ExitCode::WrongUsage, "output: " + std::to_string(width) + " x " + std::to_string(height) +
-                                            " pixels are more than 2^31 components (4 a pixel)");
+  std::optional<InitialPicture> initial;
+  if (initial_) {
+    const auto read = initial_->Read(slot.reader, slot.result.frame, depth_, slot.initialImage);
+    initial.emplace(InitialPicture{*read.image, initial_->FileOf(slot.result.frame)});
   }
-  slot.output.Reset(depth_, 4, width, height);
-  slot.output.Place(job_.output);
-  if (!initial_) return slot.output.Clear();
-  const HostImage& initial = *initial_->Read(slot.reader, slot.result.frame, depth_, slot.initialImage).image;
-  if (initial.width() != width || initial.height() != height) {
-    throw Failure(ExitCode::WrongUsage, initial_->FileOf(slot.result.frame).string() + ": " +
-                                            std::to_string(initial.width()) + " x " + std::to_string(initial.height()) +
-                                            " pixels, expected the output's " + std::to_string(width) + " x " +
-                                            std::to_string(height));
-  }
-  std::memcpy(slot.output.FirstPixel(), initial.FirstPixel(), slot.output.byteCount());
+  host::PrepareOutput(job_, depth_, slot.input.image, initial, slot.output);
 }
 
 void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
-  std::optional<ProjectSizes> project = job_.project;
-  if (!project && !job_.projectUnreadable) {
-    const std::array<double, 2> size{static_cast<double>(slot.output.width()),
-                                     static_cast<double>(slot.output.height())};
-    project = ProjectSizes{size, size};
-  }
-  EffectHost host(project);
-  FramePictures pictures{&slot.output, slot.input.image, slot.input2.image, slot.mask.image};
-  if (job_.mask) pictures.maskOffset = job_.mask->offset;
-  const bool both = job_.field == FieldChoice::Both;
-  const double time = FrameTime(job_, slot.result.frame);
-  HRESULT result = kOk;
-  for (const FieldChoice field : {both ? FieldChoice::First : job_.field, FieldChoice::Second}) {
-    result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
+  const FramePictures pictures{&slot.output, slot.input.image, slot.input2.image, slot.mask.image};
+  const auto keepMemory = [&] {
     // The fields come one after the other: the larger one counts.
     const FrameMemoryFacts memory = effect.frameMemory();
     if (!slot.result.memory || memory.own > slot.result.memory->own) slot.result.memory = memory;
-    if (context_.stopped()) throw FrameDropped{};
-    if (result != kOk || !both) break;
-  }
+  };
+  const double time = FrameTime(job_, slot.result.frame);
+  const HRESULT result = RenderFields(effect, job_, pictures, time, context_, keepMemory);
+  if (context_.stopped()) throw FrameDropped{};
   slot.result.overscan = effect.overscan();
   if (result == kOk) return;
   throw Failure(ExitCode::SomeFramesFailed,

@@ -84,7 +84,7 @@ class Program {
     app_.require_subcommand(1);
     AddGlobalOptions(app_, global_);
     for (const auto make : {MakeRenderCommand, MakeJobCommand, MakePropertiesCommand, MakeChartCommand,
-                            MakeSheetCommand, MakeKernelCommand}) {
+                            MakeSheetCommand, MakeKernelCommand, MakeViewCommand}) {
       commands_.push_back(make(app_));
     }
     app_.footer(

@@ -37,5 +37,6 @@ std::unique_ptr<Command> MakePropertiesCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeChartCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeSheetCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeKernelCommand(CLI::App& parent);
+std::unique_ptr<Command> MakeViewCommand(CLI::App& parent);
 
 }  // namespace vblur::cli

@@ -3,8 +3,8 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
-#include "host/KernelPlot.h"
 #include "host/OutputFile.h"
+#include "host/PictureLibrary.h"
 #include "host/PropertyText.h"
 
 namespace vblur::cli {
@@ -31,10 +31,11 @@ class KernelCommand : public Command {
     CheckOptions();
     host::RequireWritable(output_, overwrite_);
     const auto server = LoadServer(global);
-    const host::TextPainter text;
+    host::ThePictureLibrary().RequireText();
     Interruption interruption;
     host::HostImage picture;
-    host::DrawKernel(host::MeasureKernel(server->Factory(), interruption.context(), blur_, depth_), text, picture);
+    const auto report = host::MeasureKernel(server->Factory(), interruption.context(), blur_, depth_);
+    host::ThePictureLibrary().DrawKernel(report, picture);
     host::PictureWriter().Write(output_, picture, nullptr, overwrite_);
     return host::ExitCode::Done;
   }

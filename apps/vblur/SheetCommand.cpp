@@ -4,10 +4,9 @@
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
-#include "host/ContactSheet.h"
 #include "host/NameMatch.h"
 #include "host/OutputFile.h"
-#include "host/PictureFileMetadata.h"
+#include "host/PictureLibrary.h"
 #include "host/PropertyText.h"
 
 namespace vblur::cli {
@@ -51,12 +50,12 @@ class SheetCommand : public Command {
     const host::SheetPlan plan =
         host::PlanSheet(request_, [&](double blur) { return host::FactsOfSize(makeEffect, blur); });
     host::RequireWritable(output_, overwrite_);
-    const host::TextPainter text;
+    host::ThePictureLibrary().RequireText();
     Interruption interruption;
     host::SheetPictures pictures;
     Read(plan, pictures);
     host::HostImage sheet;
-    host::DrawSheet(plan, pictures, text, makeEffect, interruption.context(), sheet);
+    host::ThePictureLibrary().DrawSheet(plan, pictures, makeEffect, interruption.context(), sheet);
     host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
     return host::ExitCode::Done;
   }
@@ -78,7 +77,7 @@ class SheetCommand : public Command {
     const auto read = host::PictureReader().ReadColour(input_, depth, whole);
     const host::SheetPoint size = host::PanelSize(plan, whole.width(), whole.height());
     host::ScalePicture(whole, size.x, size.y, pictures.input);
-    pictures.associatedAlpha = read.metadata->associatedAlpha;
+    pictures.associatedAlpha = read.associatedAlpha;
     pictures.caption = host::Quoted(std::filesystem::path(input_).filename().string()) + ", " +
                        std::to_string(whole.width()) + " x " + std::to_string(whole.height()) + " pixels, shown at " +
                        std::to_string(size.x) + " x " + std::to_string(size.y) + ", " + std::to_string(depth) +

@@ -139,9 +139,10 @@ HRESULT CDSPropertyContainer::Unadvise(IDSPropertyNotify* notify) {
 
 HRESULT CDSPropertyContainer::OnPropertyChanged(const GUID& property, const DSVariant* value, IUnknown*, const void*,
                                                 std::int32_t, std::uint32_t flags) {
-  // A copy, since somebody who is told may ask to be told no longer.
-  for (IDSPropertyNotify* notify : std::vector(notified_))
-    notify->OnPropertyChanged(property, value, flags);
+  // A copy, since somebody who is told may ask to be told no longer, or let go of others.
+  for (IDSPropertyNotify* notify : std::vector(notified_)) {
+    if (std::ranges::find(notified_, notify) != notified_.end()) notify->OnPropertyChanged(property, value, flags);
+  }
   return kOk;
 }
 

@@ -3,9 +3,24 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/viewersdk/ToolObserver.h"
 #include "platform/ComPtr.h"
 
 namespace vblur {
+
+namespace host {
+
+namespace {
+
+ToolObserver* toolObserver = nullptr;
+
+}  // namespace
+
+void UseToolObserver(ToolObserver* observer) {
+  toolObserver = observer;
+}
+
+}  // namespace host
 
 namespace {
 
@@ -21,6 +36,14 @@ DSCurve WithKey(const DSCurve& curve, DSCurveKey key) {
     result.keys.insert(at, key);
   }
   return result;
+}
+
+HRESULT PutAt(IDSProperties& properties, const GUID& property, const DSVariant& value, double time) {
+  const DSCurve* curve = nullptr;
+  const HRESULT found = properties.GetCurve(property, &curve);
+  if (found < 0) return found;
+  if (curve == nullptr) return properties.PutValue(property, value);
+  return properties.PutCurve(property, WithKey(*curve, {time, value.asNumber()}));
 }
 
 }  // namespace
@@ -149,17 +172,18 @@ HRESULT CDSInteractiveTool::GetAnimatedProperty(const GUID& property, DSVariant*
   double number = 0.0;
   const HRESULT result = operator_->GetValueAt(property, TimeOf(time), &number);
   if (result == kOk) *value = DSVariant::Of(number);
+  if (host::toolObserver != nullptr) host::toolObserver->OnGetAnimatedProperty(property, number, time, result);
   return result;
 }
 
 HRESULT CDSInteractiveTool::SetAnimatedProperty(const GUID& property, const DSVariant& value, IUnknown*, double time,
                                                 std::uint32_t) {
   if (operator_ == nullptr) return kFailed;
-  const DSCurve* curve = nullptr;
-  const HRESULT found = operator_->GetCurve(property, &curve);
-  if (found < 0) return found;
-  if (curve == nullptr) return operator_->PutValue(property, value);
-  return operator_->PutCurve(property, WithKey(*curve, {TimeOf(time), value.asNumber()}));
+  const HRESULT result = PutAt(*operator_, property, value, TimeOf(time));
+  if (host::toolObserver != nullptr) {
+    host::toolObserver->OnSetAnimatedProperty(property, value.asNumber(), time, result);
+  }
+  return result;
 }
 
 }  // namespace vblur

@@ -8,11 +8,12 @@
 #include <unistd.h>
 
 #include "host/PartFiles.h"
-#include "host/PictureFileMetadata.h"
-#include "host/PictureFileOpen.h"
+#include "host/pictures/PictureFileMetadata.h"
+#include "host/pictures/PictureFileOpen.h"
 #include "tests/host/FailureOf.h"
 #include "tests/host/ScratchFolder.h"
 #include "tests/host_files/Pictures.h"
+#include "tests/host_files/RawPictures.h"
 
 namespace vblur::host {
 namespace {

@@ -8,6 +8,7 @@
 #include "tests/host/FailureOf.h"
 #include "tests/host/ScratchFolder.h"
 #include "tests/host_files/Pictures.h"
+#include "tests/host_files/RawPictures.h"
 
 namespace vblur::host {
 namespace {

@@ -1,4 +1,4 @@
-// Pictures and raw files for the tests of reading and writing.
+// Pictures and files for the tests of reading and writing.
 #pragma once
 
 #include <cstring>
@@ -6,11 +6,8 @@
 #include <fstream>
 #include <random>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <OpenImageIO/imageio.h>
 
 #include "host/HostImage.h"
 
@@ -51,18 +48,6 @@ inline void FillRandom(HostImage& image, std::int32_t low, std::int32_t high, un
   std::uniform_int_distribution<std::int32_t> value(low, high);
   for (std::size_t i = 0; i < ComponentCount(image); ++i)
     SetComponent(image, i, i % 16 == 3 ? 0 : value(random));
-}
-
-// A file of exactly these samples, top row first, as the picture library writes them.
-template <typename Sample>
-void WriteRaw(const std::filesystem::path& path, const std::string& format, OIIO::ImageSpec spec,
-              const std::vector<Sample>& samples) {
-  spec.attribute("oiio:UnassociatedAlpha", 1);
-  auto writer = OIIO::ImageOutput::create(format);
-  if (!writer || !writer->open(path.string(), spec) ||
-      !writer->write_image(OIIO::BaseTypeFromC<Sample>::value, samples.data()) || !writer->close()) {
-    throw std::runtime_error("cannot write " + path.string());
-  }
 }
 
 inline std::string Bytes(const std::filesystem::path& path) {

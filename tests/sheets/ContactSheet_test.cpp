@@ -1,5 +1,5 @@
 // Where panels stand on a sheet, and that each holds what a job with its settings renders.
-#include "host/ContactSheet.h"
+#include "host/pictures/ContactSheet.h"
 
 #include <cstring>
 

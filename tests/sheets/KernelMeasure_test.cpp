@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/KernelPlot.h"
-#include "host/PlotFrame.h"
+#include "host/pictures/KernelPlot.h"
+#include "host/pictures/PlotFrame.h"
 #include "tests/host_files/Pictures.h"
 #include "tests/support/TestServer.h"
 

@@ -1,4 +1,4 @@
-#include "host/Canvas.h"
+#include "host/pictures/Canvas.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@ namespace vblur::host {
 
 namespace {
 
-using Pixel = std::array<std::uint8_t, 4>;
+using CanvasPixel = std::array<std::uint8_t, 4>;
 
 std::array<float, 4> Values(Colour colour) {
   return {colour.red, colour.green, colour.blue, colour.alpha};
@@ -24,10 +24,10 @@ std::uint32_t CheckerAt(std::int32_t x, std::int32_t y) {
   return (x / kSquare + y / kSquare) % 2 == 0 ? 92 : 132;
 }
 
-Pixel Shown(const Pixel& pixel, AlphaView view, std::uint32_t behind) {
+CanvasPixel Shown(const CanvasPixel& pixel, AlphaView view, std::uint32_t behind) {
   if (view == AlphaView::Ignored) return {pixel[0], pixel[1], pixel[2], 255};
   const std::uint32_t alpha = pixel[3];
-  Pixel shown{0, 0, 0, 255};
+  CanvasPixel shown{0, 0, 0, 255};
   for (std::size_t c = 0; c < 3; ++c) {
     const std::uint32_t front = view == AlphaView::Straight ? pixel[c] * alpha : std::uint32_t{pixel[c]} * 255u;
     const std::uint32_t sum = sample::Quotient(front + behind * (255u - alpha), 255u);
@@ -68,12 +68,12 @@ void Canvas::Curve(std::span<const CanvasPoint> points, std::int32_t thickness, 
 }
 
 void Canvas::Picture(std::int32_t x, std::int32_t y, const HostImage& picture, AlphaView view) {
-  std::vector<Pixel> row(static_cast<std::size_t>(picture.width()));
+  std::vector<CanvasPixel> row(static_cast<std::size_t>(picture.width()));
   for (std::int32_t line = 0; line < picture.height(); ++line) {
     WriteColourRow(picture.Row(picture.height() - 1 - line), picture.depth(), row.data(), SampleKind::Unsigned8, 4,
                    row.size());
     std::int32_t column = 0;
-    for (Pixel& pixel : row)
+    for (CanvasPixel& pixel : row)
       pixel = Shown(pixel, view, CheckerAt(column++, line));
     const OIIO::ROI place(x, x + picture.width(), y + line, y + line + 1, 0, 1, 0, 4);
     buffer_.set_pixels(place, OIIO::TypeDesc::UINT8, row.data());

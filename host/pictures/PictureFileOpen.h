@@ -26,9 +26,11 @@ struct OpenPicture {
   PictureInfo info;
 };
 
-// Opens the first picture of a file so that components come as they are stored. Throws as
-// ReadPictureInfo does.
+// Opens the first picture of a file that RequirePictureFile accepts, so that components come as they are stored.
+// Throws as ReadPictureInfo does.
 OpenPicture OpenPictureFile(const std::filesystem::path& path);
+
+OIIO::TypeDesc TypeOf(SampleKind kind);
 
 // The first line of a library's message without what repeats the file name, or a text in its place.
 std::string LibraryMessage(const std::string& message, const std::string& otherwise);

@@ -1,4 +1,4 @@
-#include "host/KernelPlot.h"
+#include "host/pictures/KernelPlot.h"
 
 #include <algorithm>
 #include <array>
@@ -6,14 +6,14 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "host/PlotFrame.h"
 #include "host/PropertyText.h"
+#include "host/pictures/PlotFrame.h"
 
 namespace vblur::host {
 
 namespace {
 
-constexpr Colour kBackground{0.125f, 0.125f, 0.125f};
+constexpr Colour kPageGround{0.125f, 0.125f, 0.125f};
 constexpr Colour kPlotGround{0.085f, 0.085f, 0.085f};
 constexpr Colour kGrid{0.2f, 0.2f, 0.2f};
 constexpr Colour kAxis{0.5f, 0.5f, 0.5f};
@@ -22,8 +22,8 @@ constexpr Colour kGaussian{1.0f, 0.68f, 0.2f};
 constexpr Colour kBright{0.93f, 0.93f, 0.93f};
 constexpr Colour kDim{0.72f, 0.72f, 0.72f};
 
-constexpr TextStyle kTitle{24, kBright, TextWeight::Bold, TextAlign::Left};
-constexpr TextStyle kHead{15, kDim, TextWeight::Regular, TextAlign::Left};
+constexpr TextStyle kPlotTitle{24, kBright, TextWeight::Bold, TextAlign::Left};
+constexpr TextStyle kPlotHead{15, kDim, TextWeight::Regular, TextAlign::Left};
 constexpr TextStyle kSection{16, kBright, TextWeight::Bold, TextAlign::Left};
 constexpr TextStyle kName{15, kDim, TextWeight::Regular, TextAlign::Left};
 constexpr TextStyle kValue{15, kBright, TextWeight::Regular, TextAlign::Right};
@@ -33,12 +33,12 @@ constexpr TextStyle kLegend{15, kBright, TextWeight::Regular, TextAlign::Left};
 
 constexpr std::int32_t kWidth = 1640;
 constexpr std::int32_t kHeight = 1000;
-constexpr std::int32_t kMargin = 28;
+constexpr std::int32_t kPlotMargin = 28;
 constexpr std::int32_t kTop = 150;          // of pictures and plots
 constexpr std::int32_t kPictureSide = 410;  // the room for the response
 constexpr std::int32_t kTableWidth = 440;
 constexpr std::int32_t kPlotX = 570;
-constexpr std::int32_t kPlotWidth = kWidth - kMargin - kPlotX;
+constexpr std::int32_t kPlotWidth = kWidth - kPlotMargin - kPlotX;
 constexpr std::int32_t kSmooth = 4;  // plots are drawn so many times larger
 
 [[gnu::format(printf, 1, 2)]] std::string Print(const char* format, ...) {
@@ -51,7 +51,8 @@ constexpr std::int32_t kSmooth = 4;  // plots are drawn so many times larger
 }
 
 void DrawTitle(Canvas& canvas, const KernelReport& report, const TextPainter& text) {
-  text.Paint(canvas, kMargin, kMargin + kTitle.size, "Impulse response at Blur " + FormatNumber(report.blur), kTitle);
+  text.Paint(canvas, kPlotMargin, kPlotMargin + kPlotTitle.size,
+             "Impulse response at Blur " + FormatNumber(report.blur), kPlotTitle);
   std::string how =
       "Measured at " + std::to_string(report.depth) +
       " bits a component: a single bright pixel would be rounded away, so the effect rendered many edges of nearly "
@@ -60,9 +61,9 @@ void DrawTitle(Canvas& canvas, const KernelReport& report, const TextPainter& te
       std::to_string(report.picture.corners) + " corners.";
   if (report.depth == 8)
     how += " At 8 bits each of the six boxes rounds to one of 256 steps: that is what looks rough.";
-  std::int32_t y = kMargin + 58;
-  for (const std::string& line : text.Wrap(how, kHead, kWidth - 2 * kMargin)) {
-    text.Paint(canvas, kMargin, y, line, kHead);
+  std::int32_t y = kPlotMargin + 58;
+  for (const std::string& line : text.Wrap(how, kPlotHead, kWidth - 2 * kPlotMargin)) {
+    text.Paint(canvas, kPlotMargin, y, line, kPlotHead);
     y += 21;
   }
 }
@@ -71,7 +72,7 @@ void DrawResponse(Canvas& canvas, const KernelReport& report, const TextPainter&
   const KernelPicture& picture = report.picture;
   const std::int32_t square = std::max(1, kPictureSide / picture.cells);
   const std::int32_t side = square * picture.cells;
-  const std::int32_t left = kMargin;
+  const std::int32_t left = kPlotMargin;
   const double peak = picture.Peak();
   for (std::int32_t row = 0; row < picture.cells; ++row) {
     for (std::int32_t column = 0; column < picture.cells; ++column) {
@@ -90,7 +91,7 @@ void DrawResponse(Canvas& canvas, const KernelReport& report, const TextPainter&
   }
   std::int32_t y = kTop + side + 24;
   for (const std::string& line : lines) {
-    text.Paint(canvas, kMargin, y, line, kHead);
+    text.Paint(canvas, kPlotMargin, y, line, kPlotHead);
     y += 21;
   }
 }
@@ -98,9 +99,9 @@ void DrawResponse(Canvas& canvas, const KernelReport& report, const TextPainter&
 void DrawNumbers(Canvas& canvas, const KernelReport& report, const TextPainter& text) {
   std::int32_t y = kTop + kPictureSide + 96;
   for (const KernelNumber& number : KernelNumbers(report)) {
-    text.Paint(canvas, kMargin, y, number.name, kName);
-    text.Paint(canvas, kMargin + kTableWidth, y, number.value, kValue);
-    canvas.FillBox(kMargin, y + 7, kTableWidth, 1, kGrid);
+    text.Paint(canvas, kPlotMargin, y, number.name, kName);
+    text.Paint(canvas, kPlotMargin + kTableWidth, y, number.value, kValue);
+    canvas.FillBox(kPlotMargin, y + 7, kTableWidth, 1, kGrid);
     y += 26;
   }
 }
@@ -196,11 +197,6 @@ void DrawDifference(Canvas& canvas, const KernelReport& report, const Gaussian& 
 
 }  // namespace
 
-KernelReport MeasureKernel(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth) {
-  return {blur, depth, FactsOfSize(makeEffect, blur), MeasureProfile(makeEffect, context, blur, depth),
-          MeasurePicture(makeEffect, context, blur, depth)};
-}
-
 std::vector<KernelNumber> KernelNumbers(const KernelReport& report) {
   const BlurSizeFacts& facts = report.facts;
   const BoxNumbers box = BoxNumbersOf(facts);
@@ -226,7 +222,7 @@ std::vector<KernelNumber> KernelNumbers(const KernelReport& report) {
 void DrawKernel(const KernelReport& report, const TextPainter& text, HostImage& into) {
   const Gaussian gaussian = GaussianFor(report.profile, report.facts.sigma);
   const double reach = 1.2 * report.blur + 3.5;
-  Canvas canvas(kWidth, kHeight, kBackground);
+  Canvas canvas(kWidth, kHeight, kPageGround);
   DrawTitle(canvas, report, text);
   DrawResponse(canvas, report, text);
   DrawNumbers(canvas, report, text);

@@ -1,12 +1,10 @@
-#include "host/ContactSheet.h"
+#include "host/pictures/ContactSheet.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-
-#include <OpenImageIO/imagebufalgo.h>
 
 #include "host/Sample.h"
 
@@ -31,11 +29,6 @@ constexpr std::int32_t kLabelHeight = 26;
 constexpr std::int32_t kNoteHeight = 18;
 // The heading of a sheet of small panels needs some room.
 constexpr std::int32_t kLeastWidth = 640;
-
-OIIO::ImageBuf View(const HostImage& image) {
-  const OIIO::TypeDesc type = image.depth() == 8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::INT16;
-  return OIIO::ImageBuf(OIIO::ImageSpec(image.width(), image.height(), 4, type), image.FirstPixel());
-}
 
 double MeanAlpha(const HostImage& picture) {
   double sum = 0.0;
@@ -109,45 +102,7 @@ void DrawLabels(Canvas& canvas, const SheetPlan& plan, const SheetPanel& panel, 
   text.Paint(canvas, middle, below + kNoteHeight, NoteOf(plan, panel, MeanAlpha(rendered)), kNote);
 }
 
-template <typename Component>
-void TurnRow(const std::byte* from, std::byte* to, std::int32_t width) {
-  const auto* source = reinterpret_cast<const Component*>(from);
-  auto* target = reinterpret_cast<Component*>(to) + 4 * (static_cast<std::ptrdiff_t>(width) - 1);
-  for (std::int32_t x = 0; x < width; ++x, source += 4, target -= 4) {
-    const std::array<Component, 4> turned{source[2], source[0], source[1], source[3]};
-    std::copy(turned.begin(), turned.end(), target);
-  }
-}
-
 }  // namespace
-
-SheetPoint PanelSize(const SheetPlan& plan, std::int32_t width, std::int32_t height) {
-  const double scale =
-      std::min({1.0, plan.roomWidth / static_cast<double>(width), plan.roomHeight / static_cast<double>(height)});
-  const auto scaled = [scale](std::int32_t side) {
-    return std::max(1, static_cast<std::int32_t>(std::lround(side * scale)));
-  };
-  return {scaled(width), scaled(height)};
-}
-
-void ScalePicture(const HostImage& from, std::int32_t width, std::int32_t height, HostImage& to) {
-  to.Reset(from.depth(), 4, width, height);
-  OIIO::ImageBuf small = View(to);
-  // A filter without negative weights: what it makes has no brighter or darker spots than the picture.
-  OIIO::ImageBufAlgo::resize(small, View(from), "triangle");
-}
-
-void MakeSecondClip(const HostImage& from, HostImage& to) {
-  to.Reset(from.depth(), 4, from.width(), from.height());
-  for (std::int32_t y = 0; y < from.height(); ++y) {
-    std::byte* row = to.Row(from.height() - 1 - y);
-    if (from.depth() == 8) {
-      TurnRow<std::uint8_t>(from.Row(y), row, from.width());
-    } else {
-      TurnRow<std::int16_t>(from.Row(y), row, from.width());
-    }
-  }
-}
 
 SheetLayout LayOutSheet(const SheetPlan& plan, const SheetPictures& pictures, const TextPainter& text) {
   SheetLayout layout;

@@ -1,4 +1,4 @@
-#include "host/PlotFrame.h"
+#include "host/pictures/PlotFrame.h"
 
 #include <algorithm>
 #include <array>

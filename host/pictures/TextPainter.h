@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/Canvas.h"
+#include "host/pictures/Canvas.h"
 
 namespace vblur::host {
 

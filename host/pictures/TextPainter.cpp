@@ -1,4 +1,4 @@
-#include "host/TextPainter.h"
+#include "host/pictures/TextPainter.h"
 
 #include <algorithm>
 #include <array>

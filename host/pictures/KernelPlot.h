@@ -2,25 +2,13 @@
 // and the numbers.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "host/KernelMeasure.h"
-#include "host/TextPainter.h"
+#include "host/pictures/TextPainter.h"
 
 namespace vblur::host {
-
-struct KernelReport {
-  double blur = 0.0;
-  std::int32_t depth = 16;
-  BlurSizeFacts facts;
-  KernelProfile profile;
-  KernelPicture picture;
-};
-
-// Throws as RenderInMemory does.
-KernelReport MeasureKernel(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 
 struct KernelNumber {
   std::string name;

@@ -1,4 +1,4 @@
-#include "host/PictureFileMetadata.h"
+#include "host/pictures/PictureFileMetadata.h"
 
 #include <algorithm>
 #include <array>

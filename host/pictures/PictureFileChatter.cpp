@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "host/PictureFileOpen.h"
+#include "host/pictures/PictureFileOpen.h"
 
 namespace vblur::host {
 

@@ -1,0 +1,159 @@
+// vblur view JOB OUTPUT: a frame of a job with the effect's controls over it, after what a pen script does to them.
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/Interruption.h"
+#include "apps/vblur/LoadServer.h"
+#include "apps/vblur/OptionText.h"
+#include "host/JobCheck.h"
+#include "host/JobFile.h"
+#include "host/NameMatch.h"
+#include "host/OutputFile.h"
+#include "host/PictureFile.h"
+#include "host/PropertyText.h"
+#include "host/viewer/ViewSession.h"
+
+namespace vblur::cli {
+
+namespace {
+
+constexpr std::string_view kPages[] = {"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG", "crop"};
+
+[[noreturn]] void Refuse(const std::string& message) {
+  throw host::Failure(host::ExitCode::WrongUsage, message);
+}
+
+class ViewCommand : public Command {
+ public:
+  explicit ViewCommand(CLI::App& parent)
+      : Command(parent, "view", "Show a frame of a job with the effect's controls over it, and drag them by a script") {
+    app()->add_option("JOB", job_, "Job file; the names in it start from its folder")->required()->type_name("");
+    app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
+    AddTextOption(*app(), "--frame", "N", "Frame of the job [its first]",
+                  [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
+    AddTextOption(*app(), "--page", "FullBlurPPG|TransitionBlurPPG|transition|HelpPPG|crop",
+                  "Property page whose controls are shown [FullBlurPPG, TransitionBlurPPG for a transition]",
+                  [this](const std::string& text) { page_ = kPages[ParseChoice("--page", text, kPages)]; });
+    AddTextOption(*app(), "--zoom", "Z", "Pixels of the view for one of the frame, about the frame's centre [1]",
+                  [this](const std::string& text) { SetZoom(ParseNumber("--zoom", text)); });
+    AddTextOption(*app(), "--pan", "X,Y", "What is in the middle, in pixels of the frame from its centre [0,0]",
+                  [this](const std::string& text) { view_.pan = ParseNumberPair("--pan", text); });
+    AddTextOption(*app(), "--size", "WxH", "Size of the view [the frame's]", [this](const std::string& text) {
+      view_.size = ParseWholePair("--size", text, 'x');
+      if ((*view_.size)[0] < 1 || (*view_.size)[1] < 1) Refuse("--size: expected at least 1x1, found " + text);
+    });
+    app()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
+    AddTextOption(*app(), "--pen", "FILE", "What the pen does first, one event a line",
+                  [this](const std::string& file) { script_ = file; });
+    AddTextOption(*app(), "--save-job", "FILE", "Write the job with the properties as the script left them",
+                  [this](const std::string& file) { savedJob_ = file; });
+    app()->add_flag("--overwrite", overwrite_, "Replace files that exist");
+    app()->footer(
+        "Events of a pen script, in pixels of the frame from its lower left corner, y upwards:\n"
+        "  move X Y, down X Y [BUTTON], up X Y, time T, set NAME VALUE, snap FILE; # begins a comment.\n"
+        "Files that it snaps lie in the script's folder unless they name another.");
+  }
+
+  host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    const host::Job job = host::ReadJobFile(job_);
+    std::vector<host::PenEvent> events;
+    if (!script_.empty()) events = host::ReadPenScript(script_);
+    CheckFiles(events);
+    Interruption interruption;
+    const auto server = LoadServer(global);
+    host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
+    host::ViewSession session(job, frame_.value_or(host::ResolveFrames(job).first), view_, server->Factory(),
+                              interruption.context(), global.verbose > 1 ? &trace : nullptr);
+    session.OpenPage(PageOf(job), hidesControls_);
+    Pictures pictures = Play(session, events, interruption.context());
+    SaveJob(job, session);
+    for (host::WrittenPicture& picture : pictures)
+      picture.Commit();
+    return host::ExitCode::Done;
+  }
+
+ private:
+  using Pictures = std::vector<host::WrittenPicture>;
+
+  void SetZoom(double zoom) {
+    using View = host::ViewGeometry;
+    if (!(zoom >= View::kLeastZoom && zoom <= View::kMostZoom)) {
+      Refuse("--zoom: expected 1/64 to 64, found " + host::FormatNumber(zoom));
+    }
+    view_.zoom = zoom;
+  }
+
+  std::string PageOf(const host::Job& job) const {
+    if (!page_.empty()) return page_;
+    return host::ResolveKind(job) == host::EffectKind::Transition ? "TransitionBlurPPG" : "FullBlurPPG";
+  }
+
+  // Before anything is rendered; no name may be written twice.
+  void CheckFiles(const std::vector<host::PenEvent>& events) const {
+    std::set<std::filesystem::path> names;
+    const auto check = [&](const std::string& place, const std::filesystem::path& file) {
+      host::RequireWritable(file, overwrite_);
+      if (!names.insert(std::filesystem::absolute(file).lexically_normal()).second) {
+        Refuse(place + ": expected another name, " + host::Quoted(file.string()) + " is written by this run already");
+      }
+    };
+    host::OutputFormatOf(output_);
+    check("OUTPUT", output_);
+    if (!savedJob_.empty()) check("--save-job", savedJob_);
+    for (const host::PenEvent& event : events) {
+      if (event.kind == host::PenEvent::Kind::Snap) check(event.place, event.file);
+    }
+  }
+
+  // All pictures, on disk but without their names yet.
+  Pictures Play(host::ViewSession& session, const std::vector<host::PenEvent>& events,
+                const host::ExecuteContext& context) const {
+    Pictures pictures;
+    host::HostImage view;
+    host::PictureWriter writer([&context] { return context.stopped(); });
+    const auto write = [&](const std::filesystem::path& file) {
+      session.Paint(view);
+      pictures.push_back(writer.WriteBeside(file, view, nullptr, overwrite_));
+    };
+    try {
+      for (const host::PenEvent& event : events) {
+        if (context.stopped()) throw host::FileInterrupted{};
+        if (event.kind == host::PenEvent::Kind::Snap) {
+          write(event.file);
+        } else {
+          session.Apply(event);
+        }
+      }
+      write(output_);
+    } catch (const host::FileInterrupted&) {
+      throw host::Failure(host::ExitCode::Interrupted, "interrupted");
+    }
+    return pictures;
+  }
+
+  void SaveJob(host::Job job, const host::ViewSession& session) const {
+    if (savedJob_.empty()) return;
+    job.properties = session.Properties();
+    host::WriteJobFile(job, savedJob_);
+  }
+
+  std::string job_;
+  std::string output_;
+  std::string page_;
+  std::string script_;
+  std::string savedJob_;
+  std::optional<std::int32_t> frame_;
+  host::ViewOptions view_;
+  bool hidesControls_ = false;
+  bool overwrite_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeViewCommand(CLI::App& parent) {
+  return std::make_unique<ViewCommand>(parent);
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,131 @@
+#include "host/gl/EglSurface.h"
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+#define GL_GLEXT_PROTOTYPES
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+#include <GL/gl.h>
+#include <GL/glext.h>
+
+#include "host/Failure.h"
+
+namespace vblur::host {
+
+namespace {
+
+[[noreturn]] void Refuse(const std::string& step) {
+  throw Failure(
+      ExitCode::SomeFramesFailed,
+      "no OpenGL that paints without a window: " + step +
+          " (expected EGL with EGL_MESA_platform_surfaceless, as of the packages libegl1 and libgl1-mesa-dri)");
+}
+
+std::string EglError() {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "EGL error 0x%04x", static_cast<unsigned>(::eglGetError()));
+  return text.data();
+}
+
+EGLDisplay OpenDisplay() {
+  const auto getDisplay =
+      reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(::eglGetProcAddress("eglGetPlatformDisplayEXT"));
+  if (getDisplay == nullptr) Refuse("EGL knows no platforms");
+  EGLDisplay display = getDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+  if (display == EGL_NO_DISPLAY) Refuse("no display without a surface, " + EglError());
+  if (::eglInitialize(display, nullptr, nullptr) != EGL_TRUE) Refuse("the display cannot be opened, " + EglError());
+  return display;
+}
+
+EGLContext MakeContext(EGLDisplay display) {
+  if (::eglBindAPI(EGL_OPENGL_API) != EGL_TRUE) Refuse("EGL offers no desktop OpenGL");
+  constexpr std::array<EGLint, 11> kWanted{EGL_SURFACE_TYPE,
+                                           EGL_PBUFFER_BIT,
+                                           EGL_RENDERABLE_TYPE,
+                                           EGL_OPENGL_BIT,
+                                           EGL_RED_SIZE,
+                                           8,
+                                           EGL_GREEN_SIZE,
+                                           8,
+                                           EGL_BLUE_SIZE,
+                                           8,
+                                           EGL_NONE};
+  EGLConfig config = nullptr;
+  EGLint count = 0;
+  if (::eglChooseConfig(display, kWanted.data(), &config, 1, &count) != EGL_TRUE || count < 1) {
+    Refuse("no configuration of 8 bits a colour, " + EglError());
+  }
+  constexpr std::array<EGLint, 7> kProfile{EGL_CONTEXT_MAJOR_VERSION,
+                                           3,
+                                           EGL_CONTEXT_MINOR_VERSION,
+                                           0,
+                                           EGL_CONTEXT_OPENGL_PROFILE_MASK,
+                                           EGL_CONTEXT_OPENGL_COMPATIBILITY_PROFILE_BIT,
+                                           EGL_NONE};
+  EGLContext context = ::eglCreateContext(display, config, EGL_NO_CONTEXT, kProfile.data());
+  if (context == EGL_NO_CONTEXT) Refuse("no context of OpenGL 3.0 with its compatibility profile, " + EglError());
+  return context;
+}
+
+}  // namespace
+
+// The display is the process's own and stays open: EGL gives everybody the same one.
+struct EglSurface::Context {
+  Context() : display(OpenDisplay()), context(MakeContext(display)) {}
+  ~Context() { ::eglDestroyContext(display, context); }
+  Context(const Context&) = delete;
+  Context& operator=(const Context&) = delete;
+
+  bool MakeCurrent() const { return ::eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, context) == EGL_TRUE; }
+  void LetGo() const { ::eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT); }
+
+  EGLDisplay display;
+  EGLContext context;
+};
+
+EglSurface::EglSurface(std::int32_t width, std::int32_t height)
+    : width_(width), height_(height), context_(std::make_unique<Context>()) {
+  if (!context_->MakeCurrent()) Refuse("the context cannot be used, " + EglError());
+  try {
+    MakeFrameBuffer();
+  } catch (...) {
+    context_->LetGo();
+    throw;
+  }
+  context_->LetGo();
+}
+
+void EglSurface::MakeFrameBuffer() {
+  GLint most = 0;
+  glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &most);
+  if (width_ > most || height_ > most) {
+    throw Failure(ExitCode::WrongUsage, "a view of " + std::to_string(width_) + " x " + std::to_string(height_) +
+                                            " pixels: expected at most " + std::to_string(most) + " x " +
+                                            std::to_string(most));
+  }
+  glGenRenderbuffers(1, &colours_);
+  glBindRenderbuffer(GL_RENDERBUFFER, colours_);
+  glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, width_, height_);
+  glGenFramebuffers(1, &frameBuffer_);
+  glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer_);
+  glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, colours_);
+  if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) Refuse("no frame buffer of RGBA8");
+  glDrawBuffer(GL_COLOR_ATTACHMENT0);
+  glReadBuffer(GL_COLOR_ATTACHMENT0);
+}
+
+EglSurface::~EglSurface() = default;
+
+bool EglSurface::MakeCurrent() {
+  if (!context_->MakeCurrent()) return false;
+  glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer_);
+  return true;
+}
+
+void EglSurface::LetGo() {
+  context_->LetGo();
+}
+
+}  // namespace vblur::host

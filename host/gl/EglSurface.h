@@ -1,0 +1,36 @@
+// A surface in memory, without a window or a window system.
+#pragma once
+
+#include <memory>
+
+#include "host/gl/GlSurface.h"
+
+namespace vblur::host {
+
+class EglSurface : public GlSurface {
+ public:
+  // Throws Failure (some frames failed) that says which step failed when the machine has no OpenGL that paints
+  // without a window, and wrong usage for a size beyond what it can paint.
+  EglSurface(std::int32_t width, std::int32_t height);
+  ~EglSurface() override;
+
+  std::int32_t width() const override { return width_; }
+  std::int32_t height() const override { return height_; }
+
+ protected:
+  bool MakeCurrent() override;
+  void LetGo() override;
+
+ private:
+  struct Context;
+
+  void MakeFrameBuffer();
+
+  std::int32_t width_;
+  std::int32_t height_;
+  std::unique_ptr<Context> context_;
+  unsigned frameBuffer_ = 0;
+  unsigned colours_ = 0;
+};
+
+}  // namespace vblur::host

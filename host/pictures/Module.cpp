@@ -1,0 +1,48 @@
+// The picture library that the host loads.
+#include <OpenImageIO/imagebufalgo.h>
+
+#include "host/PictureLibrary.h"
+#include "host/pictures/ContactSheet.h"
+#include "host/pictures/KernelPlot.h"
+#include "host/pictures/PictureReading.h"
+#include "host/pictures/PictureWriting.h"
+
+namespace vblur::host {
+
+namespace {
+
+// The library takes pictures without const, and leaves those alone that it reads.
+OIIO::ImageBuf View(const HostImage& image) {
+  const OIIO::TypeDesc type = image.depth() == 8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::INT16;
+  return OIIO::ImageBuf(OIIO::ImageSpec(image.width(), image.height(), 4, type), image.FirstPixel());
+}
+
+class PictureModule final : public PictureLibrary {
+ public:
+  std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) override { return OpenForReading(path); }
+  void Write(const PictureToWrite& picture, const StopTest& stop) override { WritePicture(picture, stop); }
+
+  void Scale(const HostImage& from, HostImage& to) override {
+    OIIO::ImageBuf target = View(to);
+    // A filter without negative weights: what it makes has no brighter or darker spots than the picture.
+    OIIO::ImageBufAlgo::resize(target, View(from), "triangle");
+  }
+
+  void RequireText() override { const TextPainter text; }
+  void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const EffectFactory& makeEffect,
+                 ExecuteContext& context, HostImage& sheet) override {
+    host::DrawSheet(plan, pictures, TextPainter(), makeEffect, context, sheet);
+  }
+  void DrawKernel(const KernelReport& report, HostImage& into) override {
+    host::DrawKernel(report, TextPainter(), into);
+  }
+};
+
+}  // namespace
+
+}  // namespace vblur::host
+
+extern "C" vblur::host::PictureLibrary* VBlurPictureLibrary() {
+  static vblur::host::PictureModule module;
+  return &module;
+}

@@ -1,0 +1,38 @@
+// The file that a picture library writes into. It keeps the first error of the system and hides it from
+// the library: some lose it, and one ends the whole program.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+
+#include <OpenImageIO/filesystem.h>
+
+namespace vblur::host {
+
+class OutputFileStream final : public OIIO::Filesystem::IOProxy {
+ public:
+  explicit OutputFileStream(const std::filesystem::path& path);
+  ~OutputFileStream() override;
+
+  // Not "file": the library takes that for its own class.
+  const char* proxytype() const override { return "checked file"; }
+  void close() override;
+  int64_t tell() override;
+  bool seek(int64_t offset) override;
+  size_t read(void* buffer, size_t size) override;
+  size_t write(const void* buffer, size_t size) override;
+  size_t size() const override;
+  void flush() const override;
+
+  // 0, or the system's number of the first error.
+  int systemError() const { return systemError_; }
+
+ private:
+  void Note(bool failed) const;
+
+  std::FILE* file_ = nullptr;
+  mutable int systemError_ = 0;
+};
+
+}  // namespace vblur::host

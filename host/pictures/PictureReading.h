@@ -1,0 +1,11 @@
+// A picture file as the host reads it.
+#pragma once
+
+#include "host/PictureLibrary.h"
+
+namespace vblur::host {
+
+// As PictureLibrary::Open.
+std::unique_ptr<PictureSource> OpenForReading(const std::filesystem::path& path);
+
+}  // namespace vblur::host

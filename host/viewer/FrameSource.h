@@ -1,0 +1,52 @@
+// The pictures of one frame of a job at a time, read when the frame changes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "host/HostedEffect.h"
+#include "host/Job.h"
+#include "host/PictureFile.h"
+#include "host/SequenceRendererInputs.h"
+
+namespace vblur::host {
+
+class FrameSource {
+ public:
+  // The job is borrowed.
+  FrameSource(const Job& job, StopTest stop);
+
+  // Reads what the frame needs, unless it is the one that was read last, and makes its output anew. Throws as
+  // SequenceRenderer does, and FileInterrupted.
+  void Prepare(std::int32_t frame);
+  // The output is the one to render into.
+  FramePictures pictures() { return {&output_, input_.image, input2_.image, mask_.image}; }
+  const HostImage& output() const { return output_; }
+
+ private:
+  struct Entry {
+    Entry(const Job& job, const ImageRecord& record, SequenceInput::Use use) : input(job, record, use) {}
+
+    SequenceInput input;
+    HostImage image;
+  };
+
+  SequenceInput::Picture Read(std::optional<Entry>& entry, std::int32_t frame);
+  void SettleDepth(std::int32_t frame);
+
+  const Job& job_;
+  PictureReader reader_;
+  std::optional<Entry> inputEntry_;
+  std::optional<Entry> input2Entry_;
+  std::optional<Entry> maskEntry_;
+  std::optional<Entry> initialEntry_;
+  SequenceInput::Picture input_;
+  SequenceInput::Picture input2_;
+  SequenceInput::Picture mask_;
+  SequenceInput::Picture initial_;
+  HostImage output_;
+  std::optional<std::int32_t> frame_;
+  std::int32_t depth_ = 16;
+};
+
+}  // namespace vblur::host

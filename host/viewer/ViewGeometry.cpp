@@ -1,0 +1,52 @@
+#include "host/viewer/ViewGeometry.h"
+
+#include <algorithm>
+
+namespace vblur::host {
+
+ProjectFrame FrameOf(const std::optional<ProjectSizes>& project, const HostImage& picture) {
+  if (project && project->user[1] > 0.0 && project->world[0] > 0.0 && project->world[1] > 0.0) {
+    const double worldPerPixel = project->world[1] / project->user[1];
+    return {project->world[0] / worldPerPixel, project->user[1], worldPerPixel};
+  }
+  return {static_cast<double>(picture.width()), static_cast<double>(picture.height()), 1.0};
+}
+
+ViewGeometry::ViewGeometry(const ProjectFrame& frame, std::int32_t surfaceWidth, std::int32_t surfaceHeight)
+    : frame_(frame), surfaceWidth_(surfaceWidth), surfaceHeight_(surfaceHeight) {
+  SetPan(0.0, 0.0);
+}
+
+void ViewGeometry::SetZoom(double zoom) {
+  zoom_ = std::clamp(zoom, kLeastZoom, kMostZoom);
+}
+
+void ViewGeometry::SetPan(double x, double y) {
+  middle_ = {frame_.width * 0.5 + x, frame_.height * 0.5 + y};
+}
+
+WorldRectangle ViewGeometry::Visible() const {
+  const WorldPoint corner = ToWorld(SurfacePoint{0.0, 0.0});
+  return {corner.x, corner.y, surfaceWidth_ * worldPerSurfacePixel(), surfaceHeight_ * worldPerSurfacePixel()};
+}
+
+WorldPoint ViewGeometry::ToWorld(FramePoint point) const {
+  return {point.x * frame_.worldPerPixel, point.y * frame_.worldPerPixel};
+}
+
+WorldPoint ViewGeometry::ToWorld(SurfacePoint point) const {
+  return ToWorld(FramePoint{middle_.x + (point.x - surfaceWidth_ * 0.5) / zoom_,
+                            middle_.y + (point.y - surfaceHeight_ * 0.5) / zoom_});
+}
+
+FramePoint ViewGeometry::ToFrame(WorldPoint point) const {
+  return {point.x / frame_.worldPerPixel, point.y / frame_.worldPerPixel};
+}
+
+SurfacePoint ViewGeometry::ToSurface(WorldPoint point) const {
+  const FramePoint inFrame = ToFrame(point);
+  return {(inFrame.x - middle_.x) * zoom_ + surfaceWidth_ * 0.5,
+          (inFrame.y - middle_.y) * zoom_ + surfaceHeight_ * 0.5};
+}
+
+}  // namespace vblur::host

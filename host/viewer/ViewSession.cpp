@@ -1,0 +1,183 @@
+#include "host/viewer/ViewSession.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+#include "host/Failure.h"
+#include "host/JobCheck.h"
+#include "host/JobFrame.h"
+#include "host/PropertyText.h"
+#include "host/viewer/OffScreenSurface.h"
+#include "host/viewer/PaintViewer.h"
+#include "host/viewersdk/ToolObserver.h"
+
+namespace vblur::host {
+
+namespace {
+
+// Refused as a render of this one frame would be; where that would be written does not matter.
+void CheckFrame(const Job& job, std::int32_t frame) {
+  const FrameRange frames = ResolveFrames(job);
+  if (frame < frames.first || frame > frames.last) {
+    throw Failure(ExitCode::WrongUsage, "frame " + std::to_string(frame) + " is not in the job: expected " +
+                                            std::to_string(frames.first) + " to " + std::to_string(frames.last));
+  }
+  Job single = job;
+  if (job.frames) single.frames = FrameRange{frame, frame};
+  CheckJob(single, {.outputMayBeInput = true});
+}
+
+std::string NameOf(const GUID& guid) {
+  const Property* const property = FindProperty(guid);
+  return property == nullptr ? FormatGuid(guid) : std::string(property->name);
+}
+
+}  // namespace
+
+// Sees that a property has changed, and notes what the tools read and write.
+class ViewSession::Watch : public IDSPropertyNotify, public ToolObserver {
+ public:
+  Watch(IDSProperties& properties, CallTrace* trace) : properties_(properties), trace_(trace) {
+    properties_.Advise(this);
+    UseToolObserver(trace_ == nullptr ? nullptr : this);
+  }
+  ~Watch() override {
+    UseToolObserver(nullptr);
+    properties_.Unadvise(this);
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+
+  void OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t) override { isStale = true; }
+  void OnGetAnimatedProperty(const GUID& property, double value, double time, HRESULT result) override {
+    Note("GetAnimatedProperty", property, value, time, result);
+  }
+  void OnSetAnimatedProperty(const GUID& property, double value, double time, HRESULT result) override {
+    Note("SetAnimatedProperty", property, value, time, result);
+  }
+
+  bool isStale = true;
+  double renderedTime = 0.0;
+
+ private:
+  void Note(const char* call, const GUID& property, double value, double time, HRESULT result) {
+    const std::string arguments = NameOf(property) + ", " + FormatNumber(value) + ", " + FormatNumber(time);
+    trace_->Note("tool", std::string(call) + "(" + arguments + ")", result, 0.0);
+  }
+
+  IDSProperties& properties_;
+  CallTrace* trace_;
+};
+
+ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& options,
+                         const EffectFactory& makeEffect, ExecuteContext& context, CallTrace* trace)
+    : job_(job),
+      context_(context),
+      trace_(trace),
+      source_(job, [&context] { return context.stopped(); }),
+      coordMan_(job.proxy) {
+  CheckFrame(job, frame);
+  source_.Prepare(frame);
+  const HostImage& output = source_.output();
+  const auto project = ProjectOf(job, output);
+  const ProjectFrame whole = FrameOf(project, output);
+  const auto size = options.size.value_or(std::array<std::int32_t, 2>{
+      static_cast<std::int32_t>(std::ceil(whole.width)), static_cast<std::int32_t>(std::ceil(whole.height))});
+  geometry_.emplace(whole, size[0], size[1]);
+  geometry_->SetZoom(options.zoom);
+  geometry_->SetPan(options.pan[0], options.pan[1]);
+  // An effect asks for the project as soon as it is made.
+  effectHost_.emplace(project);
+  content_.emplace(*effectHost_);
+  effect_.emplace(makeEffect(), trace);
+  effect_->SetUp(job, coordMan_, context);
+  watch_ = std::make_unique<Watch>(effect_->properties(), trace);
+  viewer_ = Viewer::Make(trace);
+  viewer_->SetTime(FrameTime(job, frame));
+  viewer_->Edit(&effect_->properties());
+}
+
+ViewSession::~ViewSession() {
+  if (overlay_) overlay_->DisconnectOverlay();
+  viewer_->Clear();
+  viewer_->Edit(nullptr);
+  viewer_->StopTrace();
+}
+
+void ViewSession::OpenPage(const std::string& page, bool hidesControls) {
+  // What a page shows lies where the pictures of a frame were.
+  RenderIfStale();
+  overlay_ = ComPtr<IDSProperties>(&effect_->properties()).As<IVBlurOverlay>();
+  if (!overlay_) throw Failure(ExitCode::WrongUsage, "the effect has no controls to show");
+  const auto made = [&](const std::string& call, HRESULT result) {
+    if (result < 0) {
+      throw Failure(ExitCode::SomeFramesFailed,
+                    "the effect's controls cannot be shown: " + call + " answers " + FormatResult(result));
+    }
+  };
+  const auto text = [](const std::string& call) { return [call] { return call; }; };
+  made("ConnectOverlay",
+       NotedCall(trace_, "effect", text("ConnectOverlay()"), [&] { return overlay_->ConnectOverlay(viewer_.get()); }));
+  made("ShowPage",
+       NotedCall(trace_, "effect", text("ShowPage(" + page + ")"), [&] { return overlay_->ShowPage(page.c_str()); }));
+  if (!hidesControls) return;
+  made("HideControls",
+       NotedCall(trace_, "effect", text("HideControls(true)"), [&] { return overlay_->HideControls(true); }));
+}
+
+tagVWPENEVENT ViewSession::PenOf(const PenEvent& event) const {
+  const WorldPoint point = geometry_->ToWorld(event.point);
+  return {event.button, point.x, point.y};
+}
+
+void ViewSession::Apply(const PenEvent& event) {
+  switch (event.kind) {
+    case PenEvent::Kind::Move: viewer_->PenMove(PenOf(event)); break;
+    case PenEvent::Kind::Down: viewer_->PenDown(PenOf(event)); break;
+    case PenEvent::Kind::Up: viewer_->PenUp(PenOf(event)); break;
+    case PenEvent::Kind::Time: viewer_->SetTime(event.time); break;
+    case PenEvent::Kind::Set: effect_->PutProperty(*FindProperty(event.property), &event.setting); break;
+    case PenEvent::Kind::Snap: break;
+  }
+}
+
+void ViewSession::RenderIfStale() {
+  const double time = viewer_->CurrentTime();
+  if (!watch_->isStale && watch_->renderedTime == time) return;
+  const FrameRange frames = ResolveFrames(job_);
+  const double passed = std::floor(time - job_.time);
+  const auto frame = static_cast<std::int32_t>(
+      std::clamp(frames.first + passed, static_cast<double>(frames.first), static_cast<double>(frames.last)));
+  HRESULT result = kOk;
+  try {
+    source_.Prepare(frame);
+    // On a clone, as frames are that render beside the work in the viewer; it reports where the pictures lie.
+    HostedEffect clone = effect_->Clone("clone");
+    result = RenderFields(clone, job_, source_.pictures(), time, context_, [] {});
+  } catch (const FileInterrupted&) {
+  } catch (const std::bad_alloc&) {
+    result = kOutOfMemory;
+  }
+  if (context_.stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
+  if (result == kOutOfMemory) throw Failure(ExitCode::SomeFramesFailed, "not enough memory for this frame");
+  if (result != kOk) {
+    throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render this frame (" + FormatResult(result) + ")");
+  }
+  watch_->isStale = false;
+  watch_->renderedTime = time;
+  ++rendersDone_;
+}
+
+void ViewSession::Paint(HostImage& into) {
+  RenderIfStale();
+  if (!surface_) surface_ = MakeOffScreenSurface(geometry_->surfaceWidth(), geometry_->surfaceHeight());
+  PaintViewer(*viewer_, source_.output(), *geometry_, *surface_);
+  ReadBack(*surface_, into);
+}
+
+PropertyStore ViewSession::Properties() const {
+  return effect_->Properties();
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,83 @@
+// What the program loads: nobody waits for hundreds of libraries who needs no picture.
+#include <stdlib.h>
+
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+// For this process and those that it starts, while it lives.
+class Environment {
+ public:
+  Environment(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
+  ~Environment() { ::unsetenv(name_); }
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+
+ private:
+  const char* name_;
+};
+
+class StartUp : public ProgramTest {
+ protected:
+  // What the dynamic loader tells of the libraries that a run of the program looks for.
+  std::string LibrariesOf(std::vector<std::string> arguments, int exit) const {
+    const Environment what("LD_DEBUG", "libs");
+    const ProcessResult result = Run(std::move(arguments));
+    EXPECT_EQ(result.exit, exit) << result.err;
+    EXPECT_NE(result.err.find("libvblur_host"), std::string::npos);
+    return result.err;
+  }
+
+  void ExpectNoPictureLibrary(std::vector<std::string> arguments, int exit) const {
+    const std::string libraries = LibrariesOf(arguments, exit);
+    for (const char* library : {"vblur_pictures", "OpenImageIO"})
+      EXPECT_EQ(libraries.find(library), std::string::npos) << library << " for " << arguments[0];
+  }
+};
+
+TEST_F(StartUp, WhatNeedsNoPictureLoadsNoPictureLibrary) {
+  ExpectNoPictureLibrary({"--version"}, 0);
+  ExpectNoPictureLibrary({"--help"}, 0);
+  ExpectNoPictureLibrary({"render", "--help"}, 0);
+  ExpectNoPictureLibrary({"properties"}, 0);
+  ExpectNoPictureLibrary({"properties", "Blur", "--size", "12"}, 0);
+}
+
+TEST_F(StartUp, NorDoMistakes) {
+  MakePicture("in.png");
+  folder_.Write("job.json", "{}");
+  ExpectNoPictureLibrary({"rendr"}, 2);
+  ExpectNoPictureLibrary({"render", "in.png", "out.png", "--blurr", "5"}, 2);
+  ExpectNoPictureLibrary({"render", "in.png", "out.xyz"}, 2);
+  ExpectNoPictureLibrary({"render", "in.png", "out.png", "--depth", "12"}, 2);
+  ExpectNoPictureLibrary({"render", "none.png", "out.png"}, 3);
+  ExpectNoPictureLibrary({"render", "in.png", "none/out.png"}, 4);
+  ExpectNoPictureLibrary({"job", "job.json"}, 2);
+  ExpectNoPictureLibrary({"chart", "out.png", "--depth", "12"}, 2);
+}
+
+// What the tests above look for is what a run that needs it shows.
+TEST_F(StartUp, APictureLoadsIt) {
+  MakePicture("in.png");
+  for (const std::string& libraries :
+       {LibrariesOf({"render", "in.png", "out.png"}, 0), LibrariesOf({"chart", "chart.png"}, 0)}) {
+    EXPECT_NE(libraries.find("OpenImageIO"), std::string::npos);
+  }
+  EXPECT_TRUE(Exists("out.png"));
+}
+
+TEST_F(StartUp, APictureLibraryThatCannotBeLoadedIsNamed) {
+  const std::filesystem::path host = VBLUR_HOST;
+  const auto copies = std::filesystem::canonical(folder_.path());
+  std::filesystem::copy_file(host, copies / host.filename());
+  const Environment first("LD_LIBRARY_PATH", copies.string());
+  const std::string module = (copies / "libvblur_pictures.so").string();
+  ExpectRefusal({"chart", "chart.png"}, 3, module + ": cannot load the picture library: no such file");
+  folder_.Write("libvblur_pictures.so", "no library");
+  ExpectRefusal({"chart", "chart.png"}, 3,
+                module + ": cannot load the picture library: " + module + ": file too short");
+}
+
+}  // namespace
+}  // namespace vblur::cli
