@@ -236,6 +236,7 @@ TEST_F(HvT2DAxisGroupTest, AnswersAsItsSecondChildrenDoWhereNothingIsHit) {
   group.ShowOwnAxis(true);
   EXPECT_FALSE(group.Pick({22, 22}, kPickReach).endsSearch()) << "the axis decides";
   EXPECT_EQ(group.Pick({22, 0}, {2, 30}).object(), &group);
+  solid.Detach();
   a.Detach();
   b.Detach();
 }
