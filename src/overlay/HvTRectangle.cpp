@@ -159,18 +159,18 @@ void HvTRectangle::Draw() {
 void HvTRectangle::DrawCross() const {
   glPushMatrix();
   glTranslatef((sides_.x0 + sides_.x1) * 0.5f, (sides_.y0 + sides_.y1) * 0.5f, 0.0f);
-  DrawBar(kHorizontalBar, kBar, 0.0f);
-  DrawBar(kVerticalBar, 0.0f, kBar);
+  DrawBar(kHorizontalBar, {-kBar, 0.0f}, {kBar, 0.0f});
+  DrawBar(kVerticalBar, {0.0f, -kBar}, {0.0f, kBar});
   glPopMatrix();
 }
 
-void HvTRectangle::DrawBar(Edge bar, float x, float y) const {
+void HvTRectangle::DrawBar(Edge bar, HvPoint from, HvPoint to) const {
   if (IsOn(bar) && isHovered() && !isPressed()) {
-    DrawDashedLine(-x, -y, x, y, colour(), kHvHighlight);
+    DrawDashedLine(from.x, from.y, to.x, to.y, colour(), kHvHighlight);
     return;
   }
   SetGlColour(IsOn(bar) && isPressed() ? kHvHighlight : colour());
-  DrawLine(-x, -y, x, y);
+  DrawLine(from.x, from.y, to.x, to.y);
 }
 
 // Of a rectangle that is hovered or pressed.

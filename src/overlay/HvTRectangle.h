@@ -67,7 +67,7 @@ class HvTRectangle : public HvTObject, public HvMessageSender {
  private:
   std::uint32_t BarsAt(HvPoint pos, HvPoint tolerance) const;
   void DrawCross() const;
-  void DrawBar(Edge bar, float x, float y) const;
+  void DrawBar(Edge bar, HvPoint from, HvPoint to) const;
   void DrawEdge(Edge edge, float x0, float y0, float x1, float y1) const;
 
   HvRectangleSides sides_;

@@ -156,6 +156,8 @@ TEST_F(HvTManagerTest, OverlooksTheSmallestMoves) {
   move(0, 0);
   EXPECT_TRUE(still(0.001f, 0));
   move(0, 0);
+  EXPECT_TRUE(still(0, 0.001f));
+  move(0, 0);
   EXPECT_FALSE(still(0, 0.0010001f));
 }
 
@@ -255,9 +257,9 @@ TEST_F(HvTManagerTest, AsksForARepaintByEachAnswerToARelease) {
 
 TEST_F(HvTManagerTest, StopsAtTheEmptySpaceOfASolidGroup) {
   Probe inside(log, "i", square(0, 0, 2));
+  Probe corner(log, "c", square(38, 38, 2));
   HvTGroup group("g");
   inside.SetParent(&group);
-  Probe corner(log, "c", square(38, 38, 2));
   corner.SetParent(&group);
   manager.AddObject(&group);
   EXPECT_FALSE(press(25, 10));
