@@ -1,4 +1,5 @@
 #include "platform/CDSImageMIEffect.h"
+#include "platform/Content.h"
 
 namespace vblur {
 
@@ -157,7 +158,7 @@ HRESULT CDSImageEffect::PrepareData() {
 }
 
 HRESULT CDSImageEffect::DSContentGetProperty(const char* key, double& value) const {
-  return effectHost == nullptr ? kFailed : effectHost->ContentProperty(key, value);
+  return effectHost == nullptr ? vblur::DSContentGetProperty(key, value) : effectHost->ContentProperty(key, value);
 }
 
 }  // namespace vblur

@@ -10,15 +10,22 @@
 #include "effect/BlurSize.h"
 #include "effect/HvDsEffect.h"
 #include "image/HvTexture.h"
+#include "overlay/HvTDsCircle.h"
+#include "overlay/HvTDsCrop.h"
 #include "platform/CDSImageMIEffect.h"
 #include "platform/IVBlurFacts.h"
+#include "platform/IVBlurOverlay.h"
 #include "platform/IVBlurProcess.h"
 
 namespace vblur {
 
 // One render needs its object to itself; frames that render side by side render on clones. A clone
 // reports where its pictures lie to the object that it was cloned from, which must outlive it.
-class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, public IVBlurProcess {
+class Blur : public HvDsEffect,
+             public CDSImageMIEffect,
+             public IVBlurFacts,
+             public IVBlurProcess,
+             public IVBlurOverlay {
  public:
   // The count that keeps the server loaded, where there is a server, and the module whose texts and
   // pictures the effect shows. Set before the first effect is made.
@@ -31,6 +38,11 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
   // The effect's own operations.
   // The size of the blur at a time: horizontal and vertical, in pixels of the picture being rendered.
   virtual BlurSize GetBlurSize(double time);
+  void AttachOverlay() override;
+  // A page comes to the front: its name says which control is seen. Nothing without a tool.
+  virtual void PageShown(const char* pageName);
+  // The controls follow the first input's place, as the last frame had it. Nothing without a tool.
+  virtual void UpdateOverlayPlacement();
   // Whether an effect of the family can be part of another object: never.
   virtual HRESULT QueryAggregation() { return kNoAggregation; }
   virtual HRESULT VerifyEffect() { return kOk; }
@@ -64,6 +76,11 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
   const char* GetCpuLevels() override;
   const char* GetCpuLevel() override;
 
+  HRESULT ConnectOverlay(IUnknown* viewer) override { return HvDsEffect::ConnectOverlay(viewer); }
+  HRESULT DisconnectOverlay() override;
+  HRESULT ShowPage(const char* pageName) override;
+  HRESULT HideControls(bool hide) override;
+
   // For those that reach the object itself.
   const PlaceRecord& OutputPlace() const { return outputPlace; }
   const PlaceRecord& InputPlace() const { return inputPlace; }
@@ -71,6 +88,7 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
 
  protected:
   void* FindInterface(const GUID& iid) override;
+  void DetachOverlay() override;
 
  private:
   // A clone of another effect.
@@ -152,6 +170,8 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
   MaskParameters masks_;
   bool countsInServer = false;
   Blur* cloneSource = nullptr;
+  HvTDsCircle blurControl;
+  HvTDsCrop cropControl;
   BlurParameters blur_;
   BlurSize blurSize_;
   FrameMemoryFacts frameMemory_;

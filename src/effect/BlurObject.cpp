@@ -56,6 +56,7 @@ Blur::Blur(const Blur& source)
       CDSImageMIEffect(source),
       IVBlurFacts(),
       IVBlurProcess(),
+      IVBlurOverlay(),
       masks_(source.masks_),
       cloneSource(const_cast<Blur*>(&source)) {
   if (liveObjects != nullptr) {
@@ -68,6 +69,7 @@ Blur::Blur(const Blur& source)
 }
 
 Blur::~Blur() {
+  ReleaseOverlay();
   CDSPlugInEffect::Term();
   if (countsInServer) liveObjects->fetch_sub(1);
 }
@@ -83,6 +85,7 @@ HRESULT Blur::QueryInterface(const GUID& iid, void** result) {
 void* Blur::FindInterface(const GUID& iid) {
   if (iid == IVBlurFacts::kIid) return static_cast<IVBlurFacts*>(this);
   if (iid == IVBlurProcess::kIid) return static_cast<IVBlurProcess*>(this);
+  if (iid == IVBlurOverlay::kIid) return static_cast<IVBlurOverlay*>(this);
   return CDSImageMIEffect::FindInterface(iid);
 }
 

@@ -1,5 +1,5 @@
-// What every effect of the family has: crop and transition parameters, and the state of the frame that
-// is being rendered.
+// What every effect of the family has: crop and transition parameters, the state of the frame that is being
+// rendered, and the link to the controls over the viewer.
 #pragma once
 
 #include <array>
@@ -10,6 +10,8 @@
 #include "effect/PlaceRecord.h"
 #include "image/HvInteruptable.h"
 #include "image/Pixels.h"
+#include "overlay/HvTInteract.h"
+#include "platform/ComPtr.h"
 
 namespace vblur {
 
@@ -73,6 +75,15 @@ class HvDsEffect : protected HvDsEffectState {
  public:
   HvDsEffect& operator=(const HvDsEffect&) = delete;
 
+  // A page opens, with the object that it edits or the viewer that it stands beside: the first one makes the
+  // viewer tool, puts it on the viewer and attaches the controls. kNullPointer for null; the failure of what
+  // made the tool. Effects that are painted have no controls.
+  HRESULT ConnectOverlay(IUnknown* viewer);
+  // A page closes: with the last one the tool goes.
+  void DisconnectOverlay();
+  // Null while no page is open. Not owned by who asks.
+  HvTInteract* OverlayTool() const { return overlayTool.get(); }
+
  protected:
   // The meaning of effectFlags, as far as something reads them.
   enum Flag : std::int32_t {
@@ -90,12 +101,27 @@ class HvDsEffect : protected HvDsEffectState {
     transition.ramping = 0;
     transition.scaling = kCrossFade;
   }
+  // A clone has no tool: it is edited by nobody.
   HvDsEffect(const HvDsEffect& other) : HvDsEffectState(other) {}
-  ~HvDsEffect() = default;
+  virtual ~HvDsEffect() = default;
+
+  // Puts the controls on the tool, and takes them from it; an effect may have none.
+  virtual void AttachOverlay() {}
+  virtual void DetachOverlay() {}
+  // What the last page does. The derived class's destructor calls it, while there still are controls to take
+  // from the tool and properties to unlink.
+  void ReleaseOverlay();
 
   HvInterruptRecord interrupt;
   // What has been done once for this object, a bit each.
   std::int32_t onceWord = 0;
+
+  ComPtr<HvTInteract> overlayTool;
+  // The viewer's handle for the tool, 0 for none.
+  std::uintptr_t overlayContext = 0;
+  std::int32_t overlayUseCount = 0;
+  // The controls have been placed once.
+  bool overlayReady = false;
 };
 
 }  // namespace vblur

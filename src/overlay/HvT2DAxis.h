@@ -62,6 +62,10 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   void SetCentre(float x, float y);
   // Origin and size from ComputeBox; the parent is told.
   void UpdateBox();
+  // The control becomes the leaf of the pick; the overlay is painted again where that is news.
+  void SetActiveHandle(std::uint32_t handle);
+  // The dot of the aspect, about the centre, before the rotation.
+  HvPoint AspectHandlePos() const;
 
   std::uint32_t handleMask() const { return handleMask_; }
   // The handle under the pen, or the one that is being dragged; 0 for none.
@@ -112,7 +116,6 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   std::uint32_t ScaleHandleAt(const Probe& probe) const;
   std::uint32_t ArrowAt(const Probe& probe) const;
   void SetFlips(std::uint32_t handle, const Probe& probe);
-  void SetActiveHandle(std::uint32_t handle);
 
   void DragTranslate(HvPoint pos);
   // `offset` and `turned` are the pen's offset from the centre, the latter turned back by the rotation that
@@ -127,9 +130,8 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   bool isActive(std::uint32_t handles) const { return (active_ & handles) != 0; }
   float axisLength() const { return 37.0f * handleScale(); }
   float arcRadius() const { return 32.0f * handleScale(); }
-  // About the centre, before the rotation: the upper right corner of the scale box, and the dot.
+  // The upper right corner of the scale box, about the centre, before the rotation.
   HvPoint BoxCorner() const;
-  HvPoint AspectHandlePos() const;
 
   void DrawTurnedHandles() const;
   void DrawAspectGuide() const;

@@ -50,11 +50,11 @@ void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
   if (handling_) return;
   handling_ = true;
   if (id == kPenDown) {
-    Press();
+    PressAtPen();
   } else if (id == kPenUp) {
-    Release();
+    ReleaseAtPen();
   } else {
-    penDown_ ? Drag() : Hover();
+    penDown_ ? DragAtPen() : HoverAtPen();
     // A tip follows the pen.
     if (hover_ != nullptr && tipsEnabled_) repaint_ = true;
   }
@@ -89,7 +89,7 @@ void HvTManager::EnterAtPen() {
   if (EnterHit(penPos_) != 0) repaint_ = true;
 }
 
-void HvTManager::Hover() {
+void HvTManager::HoverAtPen() {
   if (std::abs(penDelta_.x) <= kStill && std::abs(penDelta_.y) <= kStill) return;
   const HvTObject* const before = hover_;
   LeaveHit();
@@ -98,17 +98,17 @@ void HvTManager::Hover() {
   if (hover_ != before) repaint_ = true;
 }
 
-void HvTManager::Drag() {
+void HvTManager::DragAtPen() {
   if (hit() != nullptr) repaint_ = DragHit(penPos_) != 0;
 }
 
-void HvTManager::Press() {
+void HvTManager::PressAtPen() {
   if (LeaveHit() != 0) repaint_ = true;
   Rescan();
   if (PressHit(penPos_) != 0) repaint_ = true;
 }
 
-void HvTManager::Release() {
+void HvTManager::ReleaseAtPen() {
   if (ReleaseHit() != 0) repaint_ = true;
   Rescan();
   EnterAtPen();

@@ -48,10 +48,10 @@ class HvTManager : public HvMessageHandler, public HvTContainer, public HvTDraw 
   void TakePosition(const HvMessage& message);
   void Rescan();
   void PickFallback();
-  void Hover();
-  void Drag();
-  void Press();
-  void Release();
+  void HoverAtPen();
+  void DragAtPen();
+  void PressAtPen();
+  void ReleaseAtPen();
   void EnterAtPen();
 
   HvTObject* hover_ = nullptr;

@@ -56,7 +56,7 @@ class CDSImageEffect : public CDSPlugInEffect, public IDSImageEffect {
   CDSImageEffect(const CDSImageEffect&) = default;
 
   void* FindInterface(const GUID& iid) override;
-  // A content property of the project; a failure when there is no host to ask.
+  // A content property of the project: of the host that the effect was given, else of the one that is open.
   HRESULT DSContentGetProperty(const char* key, double& value) const;
 
   IDSImage* outputImage = nullptr;

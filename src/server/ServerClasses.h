@@ -21,11 +21,15 @@ struct ServerClass {
 };
 
 IClassFactory* MakeBlurFactory();
+IClassFactory* MakeViewerToolFactory();
 
 inline constexpr std::array kServerClasses = {
-    ServerClass{classes::kBlur, 2, &MakeBlurFactory}, ServerClass{classes::kFullBlurPPG, 4},
-    ServerClass{classes::kTransitionBlurPPG, 6},      ServerClass{classes::kHvTransitionPPG, 5499},
-    ServerClass{classes::kHvTInteract, 1071},         ServerClass{classes::kHelpPPG, 8},
+    ServerClass{classes::kBlur, 2, &MakeBlurFactory},
+    ServerClass{classes::kFullBlurPPG, 4},
+    ServerClass{classes::kTransitionBlurPPG, 6},
+    ServerClass{classes::kHvTransitionPPG, 5499},
+    ServerClass{classes::kHvTInteract, 1071, &MakeViewerToolFactory},
+    ServerClass{classes::kHelpPPG, 8},
     ServerClass{classes::kFullCropPPG, 4997},
 };
 

@@ -3,6 +3,8 @@
 #include <new>
 
 #include "effect/Blur.h"
+#include "overlay/Drawing.h"
+#include "overlay/HvTInteract.h"
 #include "resources/Bitmaps.h"
 #include "resources/Strings.h"
 #include "server/CDsClassFactory.h"
@@ -28,6 +30,16 @@ IClassFactory* MakeBlurFactory() {
     return true;
   }();
   return new (std::nothrow) CDsClassFactory<Blur>(ServerLocks());
+}
+
+IClassFactory* MakeViewerToolFactory() {
+  // What its widgets draw circles with is shared by all of them, and goes when the server is unloaded.
+  struct QuadricOfServer {
+    ~QuadricOfServer() { ReleaseOverlayQuadric(); }
+  };
+  static const QuadricOfServer quadric;
+  HvTInteract::liveObjects = &ServerLocks();
+  return new (std::nothrow) CDsClassFactory<HvTInteract>(ServerLocks());
 }
 
 }  // namespace vblur

@@ -39,9 +39,9 @@ struct Listener : HvMessageHandler {
 
 TEST(HvMessageLink, SendsToEveryHandlerInTheOrderOfLinking) {
   std::string log;
+  HvMessageSender sender;
   Listener a(log, "a");
   Listener b(log, "b");
-  HvMessageSender sender;
   LinkHandler(&b, &sender);
   LinkHandler(&a, &sender);
   sender.Send(HvMessage(kInteractionEnds));
@@ -81,9 +81,9 @@ TEST(HvMessageLink, IgnoresNull) {
 
 TEST(HvMessageLink, StopsSendingAtANullElement) {
   std::string log;
+  HvMessageSender sender;
   Listener a(log, "a");
   Listener b(log, "b");
-  HvMessageSender sender;
   LinkHandler(&a, &sender);
   const_cast<HvList<HvMessageHandler*>&>(sender.handlers()).Append(nullptr);
   LinkHandler(&b, &sender);
@@ -141,9 +141,9 @@ TEST(HvMessageLink, LeavesLaterHandlersWithAnEntryForADeadSender) {
 
 TEST(HvMessageLink, ANestedSendEndsTheOuterOne) {
   std::string log;
+  HvMessageSender sender;
   Listener a(log, "a");
   Listener b(log, "b");
-  HvMessageSender sender;
   LinkHandler(&a, &sender);
   LinkHandler(&b, &sender);
   a.act = [&] {

@@ -255,9 +255,9 @@ TEST_F(HvTManagerTest, AsksForARepaintByEachAnswerToARelease) {
 
 TEST_F(HvTManagerTest, StopsAtTheEmptySpaceOfASolidGroup) {
   Probe inside(log, "i", square(0, 0, 2));
+  Probe corner(log, "c", square(38, 38, 2));
   HvTGroup group("g");
   inside.SetParent(&group);
-  Probe corner(log, "c", square(38, 38, 2));
   corner.SetParent(&group);
   manager.AddObject(&group);
   EXPECT_FALSE(press(25, 10));

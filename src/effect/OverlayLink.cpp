@@ -1,0 +1,112 @@
+// How the effect's controls come to stand over the viewer while its pages are open.
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "effect/Blur.h"
+#include "effect/ClassIds.h"
+#include "effect/PropertyTable.h"
+
+namespace vblur {
+namespace {
+
+// The pages over which the circle is seen, and the one over which the crop box is.
+constexpr std::array<std::string_view, 4> kCirclePages{"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG"};
+constexpr std::string_view kCropPage = "crop";
+
+void Show(HvTObject& widget, bool show) {
+  const std::uint32_t others = widget.state() & ~static_cast<std::uint32_t>(HvTObject::kVisible);
+  widget.SetVisibility(show ? others | HvTObject::kVisible : others);
+}
+
+}  // namespace
+
+HRESULT HvDsEffect::ConnectOverlay(IUnknown* viewer) {
+  if (viewer == nullptr) return kNullPointer;
+  if (effectKind == kKindPaint) return kOk;
+  ++overlayUseCount;
+  if (overlayTool) return kOk;
+  ComPtr<IUnknown> tool;
+  const HRESULT made =
+      CoCreateInstance(classes::kHvTInteract, nullptr, CLSCTX_INPROC_SERVER, IUnknown::kIid, tool.Receive());
+  if (made < 0) return made;
+  VWControllerPushContext(kVWInteractiveContext, tool.get(), viewer, false, false, 0.0, &overlayContext);
+  const HRESULT result = tool->QueryInterface(classes::kHvTInteract, overlayTool.Receive());
+  if (overlayTool) AttachOverlay();
+  return result;
+}
+
+void HvDsEffect::DisconnectOverlay() {
+  if (overlayUseCount == 0) return;
+  if (--overlayUseCount == 0) ReleaseOverlay();
+}
+
+void HvDsEffect::ReleaseOverlay() {
+  overlayUseCount = 0;
+  if (overlayTool) DetachOverlay();
+  if (overlayContext != 0) VWControllerRemoveContext(overlayContext);
+  overlayContext = 0;
+  overlayTool.reset();
+}
+
+void Blur::AttachOverlay() {
+  if (!overlayTool) return;
+  blurControl.SetParent(&overlayTool->frameCentre());
+  blurControl.BindProperties(PropertyOf(PropertyId::Blur).guid, PropertyOf(PropertyId::Aspect).guid);
+  Show(blurControl, false);
+  overlayTool->AddDsObject(&blurControl);
+  if (!overlayReady) UpdateOverlayPlacement();
+
+  cropControl.SetParent(&overlayTool->viewZero());
+  cropControl.BindProperties(PropertyOf(PropertyId::CropLeft).guid, PropertyOf(PropertyId::CropRight).guid,
+                             PropertyOf(PropertyId::CropBottom).guid, PropertyOf(PropertyId::CropTop).guid);
+  Show(cropControl, false);
+  overlayTool->AddDsObject(&cropControl);
+  if (!overlayReady) UpdateOverlayPlacement();
+  overlayReady = true;
+}
+
+void Blur::DetachOverlay() {
+  for (HvTDsObject* binding : {static_cast<HvTDsObject*>(&cropControl), static_cast<HvTDsObject*>(&blurControl)})
+    binding->LeaveTool();
+  cropControl.Detach();
+  blurControl.Detach();
+}
+
+void Blur::PageShown(const char* pageName) {
+  if (!overlayTool) return;
+  const std::string_view page = pageName == nullptr ? std::string_view() : pageName;
+  Show(blurControl, std::ranges::find(kCirclePages, page) != kCirclePages.end());
+  Show(cropControl, page == kCropPage);
+  UpdateOverlayPlacement();
+  overlayTool->Redraw();
+}
+
+void Blur::UpdateOverlayPlacement() {
+  if (!overlayTool) return;
+  const HvPoint origin{inputPlace.positionX, inputPlace.positionY};
+  const HvPoint size{inputPlace.sizeX, inputPlace.sizeY};
+  const HvPoint corner = origin + size;
+  cropControl.KeepWithinLimits(true);
+  cropControl.SetLimits(origin.x, origin.y, corner.x, corner.y);
+  cropControl.Refresh();
+  overlayTool->SetViewRect(origin, size);
+}
+
+HRESULT Blur::DisconnectOverlay() {
+  HvDsEffect::DisconnectOverlay();
+  return kOk;
+}
+
+HRESULT Blur::ShowPage(const char* pageName) {
+  PageShown(pageName);
+  return kOk;
+}
+
+HRESULT Blur::HideControls(bool hide) {
+  if (!overlayTool) return kFalse;
+  overlayTool->ShowControls(!hide);
+  return kOk;
+}
+
+}  // namespace vblur

@@ -1,0 +1,88 @@
+#include "overlay/HvTCircle.h"
+
+#include <cmath>
+
+#include <GL/gl.h>
+
+#include "overlay/Drawing.h"
+#include "overlay/OverlayColours.h"
+
+namespace vblur {
+namespace {
+
+constexpr HvColour kRing{0.7f, 0.7f, 0.0f};
+
+}  // namespace
+
+HvTCircle::HvTCircle(const char* name, float radius) : HvTObject(name), radius_(radius) {
+  SetColour(kRing);
+  UpdateBox();
+}
+
+// Whole numbers are near enough for culling.
+void HvTCircle::UpdateBox() {
+  const float rx = std::trunc(radius_ * scaleX());
+  const float ry = std::trunc(radius_ * scaleY());
+  PutBox({-rx, -ry}, {2.0f * rx, 2.0f * ry});
+}
+
+bool HvTCircle::SetRadius(float radius) {
+  if (radius == radius_) return false;
+  radius_ = radius;
+  UpdateBox();
+  return true;
+}
+
+bool HvTCircle::SetAspect(float aspect) {
+  if (aspect == aspect_) return false;
+  aspect_ = aspect;
+  UpdateBox();
+  return true;
+}
+
+double HvTCircle::RadiusAt(HvPoint pos) const {
+  const double acrossX = 1.0 / static_cast<double>(scaleX());
+  const double acrossY = 1.0 / static_cast<double>(scaleY());
+  return std::hypot(static_cast<double>(pos.x) * acrossX, static_cast<double>(pos.y) * acrossY);
+}
+
+HvPick HvTCircle::Pick(HvPoint pos, HvPoint tolerance) {
+  if (!isFlat() && std::abs(static_cast<float>(RadiusAt(pos) - static_cast<double>(radius_))) < tolerance.x) {
+    SetTarget(this);
+    return this;
+  }
+  ClearTarget();
+  return {};
+}
+
+void HvTCircle::Draw() {
+  glPushMatrix();
+  glLineWidth(2.0f);
+  glScalef(scaleX(), scaleY(), 1.0f);
+  if (isHovered()) {
+    DrawDashedCircle(0.0f, 0.0f, radius_, colour(), kHvHighlight);
+  } else {
+    SetGlColour(isPressed() ? kHvHighlight : colour());
+    DrawCircleOutline(0.0f, 0.0f, radius_);
+  }
+  glLineWidth(1.0f);
+  glPopMatrix();
+}
+
+std::int32_t HvTCircle::Press(HvPoint pos) {
+  Send(HvMessage(kInteractionBegins));
+  return HvTObject::Press(pos);
+}
+
+std::int32_t HvTCircle::Drag(HvPoint pos) {
+  if (isFlat() || !SetRadius(static_cast<float>(RadiusAt(pos)))) return 0;
+  Send(HvMessage::OfNumber(kInteractionChanged, radius_));
+  return 1;
+}
+
+std::int32_t HvTCircle::Release() {
+  Send(HvMessage(kInteractionEnds));
+  return HvTObject::Release();
+}
+
+}  // namespace vblur

@@ -1,0 +1,50 @@
+#include "overlay/HvTCropBox.h"
+
+#include <GL/gl.h>
+
+#include "overlay/Drawing.h"
+#include "overlay/OverlayColours.h"
+
+namespace vblur {
+namespace {
+
+constexpr HvColour kLeftLine{0.9f, 0.9f, 0.1f};
+constexpr HvColour kRightLine{0.1f, 0.9f, 0.9f};
+constexpr HvColour kTopLine{1.0f, 0.5f, 0.2f};
+constexpr HvColour kBottomLine{0.9f, 0.1f, 0.9f};
+
+}  // namespace
+
+HvTCropBox::HvTCropBox(const char* name, float x0, float y0, float x1, float y1) : HvTRectangle(name, x0, y0, x1, y1) {
+  KeepWithinLimits(true);
+}
+
+HvPick HvTCropBox::Pick(HvPoint pos, HvPoint tolerance) {
+  return TakeEdges(EdgesAt(pos, tolerance, limits()));
+}
+
+void HvTCropBox::SetBox(float x0, float y0, float x1, float y1) {
+  NormaliseBox(x0, y0, x1, y1);
+  PutBox({limits().minX, limits().minY}, {limits().maxX - limits().minX, limits().maxY - limits().minY});
+}
+
+void HvTCropBox::Draw() {
+  const HvBox& across = limits();
+  glLineWidth(2.0f);
+  DrawEdge(kLeft, kLeftLine, {x0(), across.minY}, {x0(), across.maxY});
+  DrawEdge(kRight, kRightLine, {x1(), across.minY}, {x1(), across.maxY});
+  DrawEdge(kBottom, kBottomLine, {across.minX, y0()}, {across.maxX, y0()});
+  DrawEdge(kTop, kTopLine, {across.minX, y1()}, {across.maxX, y1()});
+  glLineWidth(1.0f);
+}
+
+void HvTCropBox::DrawEdge(Edge edge, HvColour own, HvPoint from, HvPoint to) const {
+  if (isHovered()) {
+    DrawDashedLine(from.x, from.y, to.x, to.y, own, IsOn(edge) ? kHvHighlight : own);
+    return;
+  }
+  SetGlColour(isPressed() && IsOn(edge) ? kHvHighlight : own);
+  DrawLine(from.x, from.y, to.x, to.y);
+}
+
+}  // namespace vblur

@@ -1,0 +1,96 @@
+#include "overlay/HvTDsCrop.h"
+
+#include <cmath>
+#include <optional>
+
+#include "overlay/HvTInteract.h"
+#include "overlay/ProjectFrame.h"
+
+namespace vblur {
+
+HvTDsCrop::HvTDsCrop() : HvTCropBox("Crop Box", 0.0f, 0.0f, 1.0f, 1.0f) {
+  properties_.fill(GUID_NO_PROPERTY);
+  Obey(this);
+  const ProjectFrame frame = ReadProjectFrame();
+  SetLimits(0.0f, 0.0f, static_cast<float>(frame.width), static_cast<float>(frame.height));
+}
+
+HvTDsCrop::~HvTDsCrop() {
+  Detach();
+  LeaveTool();
+}
+
+void HvTDsCrop::BindProperties(const GUID& left, const GUID& right, const GUID& bottom, const GUID& top) {
+  properties_ = {left, right, bottom, top};
+}
+
+HvTDsCrop::Places HvTDsCrop::CurrentPlaces() const {
+  return {x0(), x1(), y0(), y1()};
+}
+
+void HvTDsCrop::TakePlaces(const Places& places) {
+  SetBox(static_cast<float>(places[kLeftLine]), static_cast<float>(places[kBottomLine]),
+         static_cast<float>(places[kRightLine]), static_cast<float>(places[kTopLine]));
+}
+
+double HvTDsCrop::PlaceOf(Line line, double percent) const {
+  const bool across = line == kLeftLine || line == kRightLine;
+  const HvBox& area = limits();
+  const float from = across ? area.minX : area.minY;
+  const float extent = across ? area.maxX - area.minX : area.maxY - area.minY;
+  return static_cast<double>(from) + static_cast<double>(extent) * percent / 100.0;
+}
+
+float HvTDsCrop::PercentOf(Line line, float place) const {
+  const bool across = line == kLeftLine || line == kRightLine;
+  const HvBox& area = limits();
+  const float from = across ? area.minX : area.minY;
+  const float extent = across ? area.maxX - area.minX : area.maxY - area.minY;
+  return (place - from) * 100.0f / extent;
+}
+
+void HvTDsCrop::Commit() {
+  if (tool() == nullptr) return;
+  const auto write = [this](HvTRectangle::Edge edge, Line line, float place) {
+    if ((edgeMask() & edge) == 0) return;
+    const float percent = PercentOf(line, place);
+    // Limits of no extent give no percentage, and the property keeps the one that it has.
+    if (std::isfinite(percent)) tool()->WriteAnimated(properties_[line], static_cast<double>(percent));
+  };
+  write(HvTRectangle::kLeft, kLeftLine, x0());
+  write(HvTRectangle::kRight, kRightLine, x1());
+  write(HvTRectangle::kBottom, kBottomLine, y0());
+  write(HvTRectangle::kTop, kTopLine, y1());
+}
+
+std::int32_t HvTDsCrop::OnPropertyChange(const GUID& property, const DSVariant* value) {
+  Places places = CurrentPlaces();
+  bool concerned = false;
+  for (const Line line : {kLeftLine, kRightLine, kBottomLine, kTopLine}) {
+    const GUID& bound = properties_[line];
+    std::optional<double> percent;
+    if (value != nullptr) {
+      if (property == bound || property == GUID_ALL_PROPERTIES) percent = value->asNumber();
+    } else if (tool() != nullptr) {
+      percent = tool()->ReadIfAffected(property, bound);
+    }
+    if (!percent) continue;
+    places[line] = PlaceOf(line, *percent);
+    concerned = true;
+  }
+  if (concerned) TakePlaces(places);
+  return concerned ? 1 : 0;
+}
+
+void HvTDsCrop::OnTime(double time) {
+  if (tool() == nullptr) return;
+  Places places{};
+  for (const Line line : {kLeftLine, kRightLine, kBottomLine, kTopLine}) {
+    const auto percent = tool()->ReadAnimated(properties_[line], time);
+    if (!percent) return;
+    places[line] = PlaceOf(line, *percent);
+  }
+  TakePlaces(places);
+}
+
+}  // namespace vblur

@@ -1,0 +1,80 @@
+// A rectangle whose edges and corners follow the pen, and which is moved by the bars of a cross in its centre.
+#pragma once
+
+#include <cstdint>
+
+#include "overlay/HvMessageLink.h"
+#include "overlay/HvTObject.h"
+
+namespace vblur {
+
+struct HvRectangleSides {
+  float x0 = 0.0f;  // left
+  float y0 = 0.0f;  // bottom
+  float x1 = 0.0f;  // right
+  float y1 = 0.0f;  // top
+
+  friend bool operator==(const HvRectangleSides&, const HvRectangleSides&) = default;
+};
+
+// Sends 200 when it is grabbed, 201 with each change, 202 when it is let go.
+class HvTRectangle : public HvTObject, public HvMessageSender {
+ public:
+  enum Edge : std::uint32_t {
+    kLeft = 1,
+    kRight = 2,
+    kBottom = 4,
+    kTop = 8,
+    kHorizontalBar = 16,
+    kVerticalBar = 32,
+  };
+
+  // From two corners, in the parent's space.
+  HvTRectangle(const char* name, float x0, float y0, float x1, float y1);
+
+  // A corner is two edges; the bars count where there is no edge.
+  HvPick Pick(HvPoint pos, HvPoint tolerance) override;
+  void Draw() override;
+  // An edge stops at the one opposite; a bar keeps the size, and both stop at the limits where they hold.
+  std::int32_t Drag(HvPoint pos) override;
+  std::int32_t Press(HvPoint pos) override;
+  std::int32_t Release() override;
+  // Sorted, and within the limits where they hold. The widget's own box, by which it is culled, is that of the
+  // values as they are given: its size is negative where they are not sorted.
+  virtual void SetBox(float x0, float y0, float x1, float y1);
+
+  float x0() const { return sides_.x0; }
+  float y0() const { return sides_.y0; }
+  float x1() const { return sides_.x1; }
+  float y1() const { return sides_.y1; }
+  const HvRectangleSides& sides() const { return sides_; }
+  // What the pen is on, or was when it was pressed.
+  std::uint32_t edgeMask() const { return edgeMask_; }
+  const HvBox& limits() const { return limits_; }
+  // Both hold from the next change of the rectangle on.
+  void SetLimits(float minX, float minY, float maxX, float maxY) { limits_ = {minX, maxX, minY, maxY}; }
+  void KeepWithinLimits(bool keep) { keepWithinLimits_ = keep; }
+  bool keepsWithinLimits() const { return keepWithinLimits_; }
+
+ protected:
+  void NormaliseBox(float x0, float y0, float x1, float y1);
+  // The edges that are near the pen, where it is within `span` or as near to that.
+  std::uint32_t EdgesAt(HvPoint pos, HvPoint tolerance, const HvBox& span) const;
+  // The answer to a pick that met these.
+  HvPick TakeEdges(std::uint32_t edges);
+  bool IsOn(Edge edge) const { return (edgeMask_ & edge) != 0; }
+
+ private:
+  std::uint32_t BarsAt(HvPoint pos, HvPoint tolerance) const;
+  void DrawCross() const;
+  void DrawBar(Edge bar, HvPoint from, HvPoint to) const;
+  void DrawEdge(Edge edge, float x0, float y0, float x1, float y1) const;
+
+  HvRectangleSides sides_;
+  std::uint32_t edgeMask_ = 0;
+  HvPoint pressPos_;
+  HvBox limits_{0.0f, 0.0f, 0.0f, 0.0f};
+  bool keepWithinLimits_ = false;
+};
+
+}  // namespace vblur

@@ -1,0 +1,10 @@
+// The class id of the viewer tool, by which a host makes it and by which the effect reaches the object itself.
+#pragma once
+
+#include "platform/DsTypes.h"
+
+namespace vblur {
+
+inline constexpr GUID kHvTInteractClass = MakeGuid("{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
+
+}  // namespace vblur

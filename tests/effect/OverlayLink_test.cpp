@@ -1,0 +1,278 @@
+// The controls over the viewer as members of the effect: made with the first page, gone with the last.
+#include <gtest/gtest.h>
+
+#include "effect/ClassIds.h"
+#include "host/sdk/ClassObjects.h"
+#include "overlay/HvTDsCircle.h"
+#include "overlay/HvTDsCrop.h"
+#include "server/CDsClassFactory.h"
+#include "tests/effect/EffectBench.h"
+#include "tests/overlay/ToolWorld.h"
+
+namespace vblur {
+namespace {
+
+std::atomic<std::int32_t> locks = 0;
+bool offersTool = true;
+
+HRESULT ToolClassObject(const GUID& clsid, const GUID& iid, void** result) {
+  if (clsid != classes::kHvTInteract || !offersTool) return kNoSuchClass;
+  auto* const factory = new CDsClassFactory<HvTInteract>(locks);
+  const HRESULT answer = factory->QueryInterface(iid, result);
+  factory->Release();
+  return answer;
+}
+
+// Links one tool to itself and to the effect that it shows.
+class LinkingViewer : public test::TestViewer {
+ public:
+  HRESULT PushContext(std::int32_t kind, IUnknown* tool, std::uintptr_t* context) override {
+    EXPECT_EQ(kind, 19);
+    if (refuses) return kFailed;
+    tool->QueryInterface(IViewerLayer::kIid, layer.Receive());
+    layer->OnLinkToOperator(edited);
+    layer->OnLinkToViewer(this);
+    *context = 1;
+    return kOk;
+  }
+  HRESULT RemoveContext(std::uintptr_t) override {
+    ++removals;
+    layer->OnUnlinkFromViewer();
+    layer->OnUnlinkFromOperator();
+    layer.reset();
+    return kOk;
+  }
+
+  IUnknown* edited = nullptr;
+  ComPtr<IViewerLayer> layer;
+  bool refuses = false;
+  int removals = 0;
+};
+
+class OverlayLink : public testing::Test {
+ protected:
+  OverlayLink() {
+    host::AddServer(&ToolClassObject);
+    offersTool = true;
+    effect = ComPtr<Blur>::Own(new Blur());
+    viewer.edited = static_cast<IDSProperties*>(effect.get());
+    UseAs(*effect, host::EffectKind::Filter);
+  }
+  ~OverlayLink() override { host::RemoveServer(&ToolClassObject); }
+
+  // The widget on the tool that is first in a group.
+  template <class Widget>
+  Widget* First(HvTContainer& group) {
+    return group.children().first() == nullptr ? nullptr : dynamic_cast<Widget*>(group.children().first()->element);
+  }
+  HvTDsCrop* Crop() { return First<HvTDsCrop>(effect->OverlayTool()->viewZero()); }
+  HvTDsCircle* Circle() {
+    HvTObject* found = effect->OverlayTool()->frameCentre().children().children().first()->element;
+    return dynamic_cast<HvTDsCircle*>(found);
+  }
+  void Put(PropertyId id, double value) { effect->PutValue(PropertyOf(id).guid, DSVariant::Of(value)); }
+  double Get(PropertyId id) {
+    DSVariant value;
+    effect->GetValue(PropertyOf(id).guid, &value);
+    return value.asNumber();
+  }
+
+  test::TestProject project{400.0, 200.0, 400.0, 200.0};
+  LinkingViewer viewer;
+  ComPtr<Blur> effect;
+};
+
+TEST_F(OverlayLink, NeedsAViewer) {
+  EXPECT_EQ(effect->ConnectOverlay(nullptr), kNullPointer);
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+}
+
+TEST_F(OverlayLink, IsNotMadeForPaint) {
+  UseAs(*effect, host::EffectKind::Paint);
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, IsCountedAfterTheFirstPage) {
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
+  HvTInteract* const tool = effect->OverlayTool();
+  ASSERT_NE(tool, nullptr);
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
+  EXPECT_EQ(effect->OverlayTool(), tool);
+  effect->DisconnectOverlay();
+  EXPECT_EQ(effect->OverlayTool(), tool);
+  EXPECT_EQ(viewer.removals, 0);
+  effect->DisconnectOverlay();
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+  EXPECT_EQ(viewer.removals, 1);
+  effect->DisconnectOverlay();
+  EXPECT_EQ(viewer.removals, 1);
+  EXPECT_EQ(locks, 0);
+}
+
+TEST_F(OverlayLink, PassesOnThatThereIsNoTool) {
+  offersTool = false;
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kNoSuchClass);
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+  effect->PageShown("crop");
+  effect->UpdateOverlayPlacement();
+  effect->AttachOverlay();
+  EXPECT_EQ(effect->HideControls(true), kFalse);
+}
+
+TEST_F(OverlayLink, HasAToolWithoutAPlaceOnTheViewer) {
+  viewer.refuses = true;
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
+  ASSERT_NE(effect->OverlayTool(), nullptr);
+  EXPECT_FALSE(effect->OverlayTool()->linked());
+  effect->DisconnectOverlay();
+  EXPECT_EQ(viewer.removals, 0);
+}
+
+TEST_F(OverlayLink, AttachesBothControlsHidden) {
+  Put(PropertyId::Blur, 42.0);
+  Put(PropertyId::CropLeft, 25.0);
+  effect->ConnectOverlay(&viewer);
+  ASSERT_NE(Circle(), nullptr);
+  ASSERT_NE(Crop(), nullptr);
+  EXPECT_FALSE(Circle()->isVisible());
+  EXPECT_FALSE(Crop()->isVisible());
+  EXPECT_EQ(Circle()->radius(), 42.0f);
+  // Before the first frame the project's size stands for the picture's.
+  EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f}));
+  EXPECT_EQ(Crop()->x0(), 100.0f);
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, ShowsWhatThePageInFrontIsAbout) {
+  effect->PageShown("FullBlurPPG");
+  effect->ConnectOverlay(&viewer);
+  const auto shown = [&](const char* page) {
+    effect->PageShown(page);
+    return std::pair(Circle()->isVisible(), Crop()->isVisible());
+  };
+  for (const char* page : {"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG"})
+    EXPECT_EQ(shown(page), std::pair(true, false)) << page;
+  EXPECT_EQ(shown("crop"), std::pair(false, true));
+  EXPECT_EQ(shown("Crop"), std::pair(false, false));
+  EXPECT_EQ(shown(nullptr), std::pair(false, false));
+  viewer.invalidations = 0;
+  effect->PageShown("crop");
+  EXPECT_GE(viewer.invalidations, 1);
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, FollowsThePlaceOfTheFirstInput) {
+  EffectBench bench(400.0, 200.0);
+  effect->ConnectOverlay(&viewer);
+  effect->PageShown("crop");
+  host::HostImage input;
+  host::HostImage output;
+  const auto black = [](std::int32_t, std::int32_t) { return Pixel8{0, 0, 0, 255}; };
+  Paint<Pixel8>(input, 100, 50, black, {30, 20});
+  Paint<Pixel8>(output, 100, 50, black, {30, 20});
+  const host::CoordMan coordMan({1.0, 1.0});
+  host::EffectHost theHost(host::ProjectSizes{{400.0, 200.0}, {400.0, 200.0}});
+  effect->SetCoordMan(const_cast<host::CoordMan*>(&coordMan));
+  effect->SetEffectHost(&theHost);
+  effect->SetInput(&input);
+  effect->SetOutput(&output);
+  EXPECT_EQ(effect->RenderFrame(0.0), kOk);
+  effect->SetInput(nullptr);
+  effect->SetOutput(nullptr);
+  effect->SetEffectHost(nullptr);
+  EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f})) << "only a page asks where the picture lies";
+  effect->PageShown("crop");
+  const PlaceRecord& place = effect->InputPlace();
+  EXPECT_EQ(Crop()->limits(),
+            (HvBox{place.positionX, place.positionX + place.sizeX, place.positionY, place.positionY + place.sizeY}));
+  EXPECT_EQ(place.sizeX, 100.0f);
+  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, WritesTheRadiusWhenThePenComesUp) {
+  effect->ConnectOverlay(&viewer);
+  effect->PageShown("FullBlurPPG");
+  Put(PropertyId::Blur, 50.0);
+  HvTInteract& tool = *effect->OverlayTool();
+  tool.OnPenDown({1, 250.0, 100.0});
+  tool.OnPenMove({1, 270.0, 100.0});
+  EXPECT_EQ(Get(PropertyId::Blur), 50.0);
+  tool.OnPenUp({1, 270.0, 100.0});
+  EXPECT_EQ(Get(PropertyId::Blur), 70.0);
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, HidesAllControls) {
+  effect->ConnectOverlay(&viewer);
+  EXPECT_EQ(effect->HideControls(true), kOk);
+  EXPECT_EQ(effect->OverlayTool()->displayFlags() & HvTInteract::kControlsShown, 0u);
+  EXPECT_EQ(effect->HideControls(false), kOk);
+  EXPECT_EQ(effect->OverlayTool()->displayFlags() & HvTInteract::kControlsShown, 1u);
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, IsReachedByItsInterface) {
+  const auto overlay = effect.As<IVBlurOverlay>();
+  ASSERT_TRUE(overlay);
+  EXPECT_EQ(overlay->ConnectOverlay(&viewer), kOk);
+  EXPECT_EQ(overlay->ShowPage("crop"), kOk);
+  EXPECT_TRUE(Crop()->isVisible());
+  EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+}
+
+TEST_F(OverlayLink, IsNotCloned) {
+  effect->ConnectOverlay(&viewer);
+  ComPtr<IDSImageEffect> clone;
+  ASSERT_EQ(effect->Clone(IDSImageEffect::kIid, clone.Receive()), kOk);
+  void* object = nullptr;
+  clone->QueryInterface(kBlurObject, &object);
+  auto cloned = ComPtr<Blur>::Own(static_cast<Blur*>(object));
+  EXPECT_EQ(cloned->OverlayTool(), nullptr);
+  cloned.reset();
+  clone.reset();
+  EXPECT_NE(effect->OverlayTool(), nullptr);
+  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayLink, GoesWithTheEffectWhilePagesAreOpen) {
+  effect->ConnectOverlay(&viewer);
+  effect->ConnectOverlay(&viewer);
+  effect->PageShown("FullBlurPPG");
+  effect.reset();
+  EXPECT_EQ(viewer.removals, 1);
+  EXPECT_EQ(locks, 0);
+}
+
+TEST_F(OverlayLink, LeavesNothingOnAToolThatOutlivesTheEffect) {
+  effect->ConnectOverlay(&viewer);
+  effect->PageShown("FullBlurPPG");
+  const ComPtr<HvTInteract> tool(effect->OverlayTool());
+  tool->OnPenMove({0, 210.0, 100.0});
+  EXPECT_NE(tool->hover(), nullptr);
+  tool->OnPenDown({1, 210.0, 100.0});
+  effect.reset();
+  EXPECT_EQ(tool->hover(), nullptr);
+  tool->OnPenMove({1, 220.0, 100.0});
+  tool->OnPenUp({1, 220.0, 100.0});
+  tool->OnOnTimeChange(1.0);
+  EXPECT_EQ(tool->viewZero().children().first(), nullptr);
+}
+
+TEST_F(OverlayLink, IsMadeAnewAfterTheLastPage) {
+  effect->ConnectOverlay(&viewer);
+  const ComPtr<HvTInteract> first(effect->OverlayTool());
+  effect->DisconnectOverlay();
+  Put(PropertyId::Blur, 64.0);
+  effect->ConnectOverlay(&viewer);
+  EXPECT_NE(effect->OverlayTool(), first.get());
+  EXPECT_EQ(Circle()->radius(), 64.0f);
+  EXPECT_EQ(first->viewZero().children().first(), nullptr);
+  effect->DisconnectOverlay();
+}
+
+}  // namespace
+}  // namespace vblur

@@ -1,0 +1,33 @@
+// Hears a widget and writes down its messages as "id kind payload; ".
+#pragma once
+
+#include <functional>
+#include <sstream>
+#include <string>
+#include <utility>
+
+#include "overlay/HvMessageLink.h"
+
+namespace vblur::test {
+
+class Hearer : public HvMessageHandler {
+ public:
+  explicit Hearer(HvMessageSender& sender) { LinkHandler(this, &sender); }
+
+  void HandleMessage(const HvMessage& message, HvMessageSender*) override {
+    std::ostringstream out;
+    out << message.id() << ' ' << message.kind();
+    if (message.kind() == kHoldsNumber) out << ' ' << message.asNumber();
+    if (message.kind() == kHoldsWhole) out << ' ' << message.asWhole();
+    text_ += out.str() + "; ";
+    if (whileHearing) whileHearing();
+  }
+  std::string take() { return std::exchange(text_, {}); }
+
+  std::function<void()> whileHearing;
+
+ private:
+  std::string text_;
+};
+
+}  // namespace vblur::test

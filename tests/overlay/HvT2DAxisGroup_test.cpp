@@ -1,0 +1,523 @@
+#include "overlay/HvT2DAxisGroup.h"
+
+#include <algorithm>
+#include <cmath>
+#include <list>
+#include <memory>
+#include <numbers>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "overlay/HvTGroup.h"
+#include "overlay/HvTManager.h"
+#include "tests/overlay/Hearer.h"
+#include "tests/overlay/Probe.h"
+#include "tests/support/Random.h"
+
+namespace vblur {
+namespace {
+
+constexpr HvPoint kPickReach{2, 2};
+
+int stackDepth() {
+  return OverlayMatrixStack::Get().depth();
+}
+
+class HvT2DAxisGroupTest : public ::testing::Test {
+ protected:
+  void TearDown() override { EXPECT_EQ(stackDepth(), 0); }
+
+  test::CallLog log;
+  // Before the group, which goes first.
+  test::Probe a{log, "a", test::square(10, 20, 5)};
+  test::Probe b{log, "b", test::square(-30, 40, 10)};
+  HvT2DAxisGroup group{"group", HvT2DAxis::kTranslate};
+};
+
+TEST_F(HvT2DAxisGroupTest, BeginsAsAnAxisWithoutChildren) {
+  EXPECT_EQ(group.groupFlags(), 1u);
+  EXPECT_TRUE(group.showsOwnAxis());
+  EXPECT_EQ(group.childBox(), (HvBox{0, 0, 0, 0}));
+  EXPECT_TRUE(group.hasBox());
+  EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 37}));
+  EXPECT_EQ(group.handleMask(), 3u);
+  group.ShowOwnAxis(false);
+  EXPECT_EQ(group.groupFlags(), 0u);
+  group.ShowOwnAxis(true);
+  EXPECT_EQ(group.groupFlags(), 1u);
+}
+
+TEST_F(HvT2DAxisGroupTest, AddsAChildOnce) {
+  HvTManager manager;
+  manager.AddObject(&group);
+  EXPECT_EQ(group.AddChild(nullptr), 0);
+  EXPECT_EQ(group.AddChild(&a), 1);
+  EXPECT_EQ(group.AddChild(&a), 0);
+  EXPECT_EQ(a.parent(), nullptr) << "only SetParent sets it";
+  EXPECT_EQ(a.manager(), &manager);
+  EXPECT_TRUE(group.children().children().Contains(&a));
+  EXPECT_EQ(group.secondChildren().children().first(), nullptr);
+  EXPECT_EQ(group.children().boxState(), 1);
+}
+
+TEST_F(HvT2DAxisGroupTest, TakesTheBoxOfTheLastChildUntilItIsTold) {
+  group.AddChild(&a);
+  EXPECT_EQ(group.childBox(), (HvBox{10, 15, 20, 25}));
+  EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 37}));
+  group.AddChild(&b);
+  EXPECT_EQ(group.childBox(), (HvBox{-30, -20, 40, 50}));
+  EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 50}));
+  group.ChildChanged(&b);
+  EXPECT_EQ(group.childBox(), (HvBox{-30, 15, 0, 50}));
+  group.ChildChanged(nullptr);
+  EXPECT_EQ(group.childBox(), (HvBox{-30, 15, 0, 50}));
+}
+
+TEST_F(HvT2DAxisGroupTest, HoldsAllAttachedChildrenAndItsOrigin) {
+  a.SetParent(&group);
+  EXPECT_EQ(a.parent(), &group);
+  EXPECT_EQ(group.childBox(), (HvBox{0, 15, 0, 25}));
+  b.SetParent(&group);
+  EXPECT_EQ(group.childBox(), (HvBox{-30, 15, 0, 50}));
+  b.SetOrigin({-300, 400});
+  EXPECT_EQ(group.childBox(), (HvBox{-300, 15, 0, 410}));
+  EXPECT_EQ(group.box(), (HvBox{-300, 37, -37, 410}));
+}
+
+TEST_F(HvT2DAxisGroupTest, LeavesItsOriginOutWithSecondChildren) {
+  group.AddIntoSecond(true);
+  b.SetParent(&group);
+  EXPECT_TRUE(group.secondChildren().children().Contains(&b));
+  EXPECT_EQ(group.children().children().first(), nullptr);
+  EXPECT_EQ(group.childBox(), (HvBox{-30, -20, 40, 50}));
+  group.AddIntoSecond(false);
+  a.SetParent(&group);
+  EXPECT_EQ(group.childBox(), (HvBox{-30, 15, 20, 50}));
+  EXPECT_TRUE(group.hasBox());
+}
+
+TEST_F(HvT2DAxisGroupTest, HasNoBoxWhileAChildHasNone) {
+  a.SetParent(&group);
+  b.dropBox();
+  EXPECT_EQ(group.AddChild(&b), 1);
+  EXPECT_FALSE(group.hasBox());
+  EXPECT_EQ(group.childBox(), (HvBox{0, 15, 0, 25})) << "not told yet";
+  group.ChildChanged(&b);
+  EXPECT_EQ(group.childBox(), HvBox());
+  EXPECT_FALSE(group.hasBox());
+  EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 37}));
+  group.RemoveChild(&b);
+  EXPECT_TRUE(group.hasBox());
+  EXPECT_EQ(group.childBox(), (HvBox{0, 15, 0, 25}));
+}
+
+TEST_F(HvT2DAxisGroupTest, HasNoBoxWhileASecondChildHasNone) {
+  a.SetParent(&group);
+  b.dropBox();
+  group.AddIntoSecond(true);
+  b.SetParent(&group);
+  EXPECT_FALSE(group.hasBox());
+  EXPECT_EQ(group.childBox(), HvBox());
+  // By the container of the child that came last alone.
+  test::Probe c(log, "c", test::square(50, 50, 1));
+  group.AddIntoSecond(false);
+  group.AddChild(&c);
+  EXPECT_TRUE(group.hasBox());
+  EXPECT_EQ(group.childBox(), (HvBox{50, 51, 50, 51}));
+  group.RemoveChild(&c);
+  EXPECT_FALSE(group.hasBox());
+}
+
+TEST_F(HvT2DAxisGroupTest, BoxHoldsChildrenAsTheSpaceLies) {
+  a.SetParent(&group);
+  group.SetCentre(100, 200);
+  EXPECT_EQ(group.box(), (HvBox{63, 137, 163, 237}));
+  group.SetScale(4);
+  EXPECT_EQ(group.box(), (HvBox{63, 160, 163, 300}));
+  group.SetAxisScale(1, -2);
+  EXPECT_EQ(group.box(), (HvBox{63, 160, 0, 237}));
+  group.SetAspect(0.5f);
+  EXPECT_EQ(group.box(), (HvBox{63, 160, 100, 237}));
+  group.SetRotation(180);
+  EXPECT_NEAR(group.box().minX, 40, 1e-3);
+  EXPECT_NEAR(group.box().maxX, 137, 1e-3);
+  EXPECT_NEAR(group.box().minY, 163, 1e-3);
+  EXPECT_NEAR(group.box().maxY, 300, 1e-3);
+}
+
+TEST_F(HvT2DAxisGroupTest, BoxTakesAllCornersWhereItIsTurned) {
+  HvT2DAxisGroup bare("bare", 0);
+  test::Probe wide(log, "wide", {-100, 100, -10, 10});
+  wide.SetParent(&bare);
+  bare.SetRotation(45);
+  const float reach = 110 / std::numbers::sqrt2_v<float>;
+  EXPECT_NEAR(bare.box().minX, -reach, 1e-3);
+  EXPECT_NEAR(bare.box().maxX, reach, 1e-3);
+  EXPECT_NEAR(bare.box().minY, -reach, 1e-3);
+  EXPECT_NEAR(bare.box().maxY, reach, 1e-3);
+  wide.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, BoxIsOneMoveBehindADrag) {
+  HvT2DAxisGroup bare("bare", HvT2DAxis::kTranslate);
+  test::Probe far(log, "far", test::square(100, 100, 10));
+  far.SetParent(&bare);
+  EXPECT_EQ(bare.box(), (HvBox{-37, 110, -37, 110}));
+  bare.Pick({0, 0}, kPickReach);
+  bare.Press({0, 0});
+  bare.Drag({5, 7});
+  EXPECT_EQ(bare.box(), (HvBox{-32, 110, -30, 110}));
+  bare.Drag({5, 7});
+  EXPECT_EQ(bare.box(), (HvBox{-32, 115, -30, 117}));
+  far.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, PicksChildrenBeforeItsOwnHandles) {
+  test::Probe c(log, "c", test::square(-5, -5, 10));
+  c.SetParent(&group);
+  EXPECT_EQ(group.Pick({0, 0}, kPickReach).object(), &c);
+  EXPECT_EQ(group.target(), &c);
+  EXPECT_EQ(group.children().hit(), &c);
+  EXPECT_EQ(group.active(), 0u);
+  EXPECT_EQ(group.Pick({20, 0}, kPickReach).object(), &group);
+  EXPECT_EQ(group.target(), &group);
+  EXPECT_EQ(group.children().hit(), nullptr);
+  EXPECT_EQ(c.target(), nullptr);
+  EXPECT_EQ(group.active(), 1u);
+  EXPECT_FALSE(group.Pick({300, 0}, kPickReach).endsSearch());
+  EXPECT_EQ(group.target(), nullptr);
+  EXPECT_EQ(group.active(), 0u);
+  c.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, PicksSecondChildrenAfterTheFirst) {
+  test::Probe first(log, "first", test::square(0, 0, 10));
+  test::Probe second(log, "second", test::square(5, 5, 10));
+  first.SetParent(&group);
+  group.AddIntoSecond(true);
+  second.SetParent(&group);
+  EXPECT_EQ(group.Pick({7, 7}, kPickReach).object(), &first);
+  EXPECT_EQ(group.target(), &first);
+  EXPECT_EQ(group.Pick({12, 12}, kPickReach).object(), &second);
+  EXPECT_EQ(group.target(), &second);
+  EXPECT_EQ(group.children().hit(), nullptr);
+  EXPECT_EQ(group.secondChildren().hit(), &second);
+  first.Detach();
+  second.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, WithoutItsAxisPicksChildrenAlone) {
+  a.SetParent(&group);
+  group.ShowOwnAxis(false);
+  EXPECT_FALSE(group.Pick({0, 0}, kPickReach).endsSearch());
+  EXPECT_EQ(group.target(), nullptr);
+  EXPECT_EQ(group.Pick({12, 22}, kPickReach).object(), &a);
+  EXPECT_EQ(group.target(), &a);
+}
+
+TEST_F(HvT2DAxisGroupTest, AnswersAsItsSecondChildrenDoWhereNothingIsHit) {
+  HvTGroup solid("solid");
+  a.SetParent(&solid);
+  group.AddIntoSecond(true);
+  solid.SetParent(&group);
+  b.SetOrigin({30, 20});
+  b.SetParent(&solid);
+  group.ShowOwnAxis(false);
+  // Between a and b.
+  EXPECT_TRUE(group.Pick({22, 22}, kPickReach).isSwallowed());
+  EXPECT_EQ(group.target(), nullptr);
+  group.ShowOwnAxis(true);
+  EXPECT_FALSE(group.Pick({22, 22}, kPickReach).endsSearch()) << "the axis decides";
+  EXPECT_EQ(group.Pick({22, 0}, {2, 30}).object(), &group);
+  a.Detach();
+  b.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, SearchesTheSecondWhereTheFirstSwallow) {
+  HvTGroup solid("solid");
+  a.SetParent(&solid);
+  b.SetParent(&solid);
+  solid.SetParent(&group);
+  group.ShowOwnAxis(false);
+  EXPECT_FALSE(group.Pick({0, 30}, kPickReach).endsSearch());
+  test::Probe c(log, "c", test::square(-5, 25, 10));
+  group.AddIntoSecond(true);
+  c.SetParent(&group);
+  EXPECT_EQ(group.Pick({0, 30}, kPickReach).object(), &c);
+  c.Detach();
+  solid.Detach();
+  a.Detach();
+  b.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, PicksInItsOwnSpaceAndUnits) {
+  a.SetParent(&group);
+  group.SetCentre(100, 200);
+  group.SetScale(2);
+  group.SetAxisScale(1, -4);
+  group.SetAspect(0.5f);
+  // x by 2, y by -4.
+  EXPECT_EQ(group.Pick({124, 112}, {6, 8}).object(), &a);
+  EXPECT_EQ(a.pickedAt, (HvPoint{12, 22}));
+  EXPECT_EQ(a.pickedWith, (HvPoint{3, 2}));
+  EXPECT_EQ(a.picks, 1);
+  // 10 - 3 is where a begins for the tolerance.
+  group.Pick({112, 112}, {6, 8});
+  EXPECT_EQ(a.picks, 1);
+  group.Pick({114, 112}, {6, 8});
+  EXPECT_EQ(a.picks, 2);
+}
+
+TEST_F(HvT2DAxisGroupTest, LeadsThePenIntoItsOwnSpace) {
+  a.SetParent(&group);
+  group.SetCentre(100, 200);
+  group.SetScale(2);
+  HvTManager manager;
+  manager.EnableTips(false);
+  manager.AddObject(&group);
+  manager.PostMessage(HvMessage::OfPosition(kPenDown, {124, 246}));
+  EXPECT_EQ(log.take(), "Press a 12 23; ");
+  manager.PostMessage(HvMessage::OfPosition(kPenMoved, {140, 280}));
+  EXPECT_EQ(log.take(), "Drag a 20 40; ");
+  manager.PostMessage(HvMessage::OfPosition(kPenUp, {122, 242}));
+  EXPECT_EQ(log.take(), "Release a; Enter a 11 21; ");
+}
+
+TEST_F(HvT2DAxisGroupTest, DragsItselfThroughTheManager) {
+  a.SetParent(&group);
+  HvTManager manager;
+  manager.AddObject(&group);
+  manager.PostMessage(HvMessage::OfPosition(kPenDown, {1, 1}));
+  EXPECT_TRUE(group.isPressed());
+  manager.PostMessage(HvMessage::OfPosition(kPenMoved, {51, 61}));
+  EXPECT_EQ(group.centre(), (HvPoint{50, 60}));
+  manager.PostMessage(HvMessage::OfPosition(kPenUp, {51, 61}));
+  EXPECT_TRUE(group.isHovered());
+  EXPECT_EQ(group.active(), 3u);
+  manager.PostMessage(HvMessage::OfPosition(kPenMoved, {62, 82}));
+  EXPECT_EQ(manager.hover(), &a);
+}
+
+TEST_F(HvT2DAxisGroupTest, StacksItsTransformAroundChildren) {
+  HvT2DAxisGroup inner("inner", HvT2DAxis::kTranslate);
+  a.SetParent(&inner);
+  inner.SetParent(&group);
+  group.SetCentre(100, 200);
+  group.SetScale(2);
+  inner.SetCentre(1, 2);
+  inner.SetScale(4);
+  HvTManager manager;
+  manager.AddObject(&group);
+  int asked = 0;
+  const auto check = [&] {
+    ++asked;
+    EXPECT_EQ(stackDepth(), 2);
+    // 12, 22 by the inner is 49, 90, and by the outer 198, 380.
+    EXPECT_EQ(OverlayMatrixStack::Get().top().Map({12, 22}), (HvPoint{198, 380}));
+  };
+  a.whilePicked = check;
+  a.whileDragged = check;
+  manager.PostMessage(HvMessage::OfPosition(kPenDown, {198, 380}));
+  manager.PostMessage(HvMessage::OfPosition(kPenMoved, {199, 380}));
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(stackDepth(), 0);
+  EXPECT_EQ(a.pickedAt, (HvPoint{12, 22}));
+  inner.Detach();
+  a.Detach();
+}
+
+TEST_F(HvT2DAxisGroupTest, PushesAndPopsOneLevel) {
+  group.SetCentre(5, 6);
+  group.PushTransform();
+  EXPECT_EQ(stackDepth(), 1);
+  EXPECT_EQ(OverlayMatrixStack::Get().top().Map({1, 1}), (HvPoint{6, 7}));
+  group.PopTransform();
+  EXPECT_EQ(stackDepth(), 0);
+}
+
+TEST_F(HvT2DAxisGroupTest, PutsTheTargetIntoTheContainerThatListsIt) {
+  a.SetParent(&group);
+  group.AddIntoSecond(true);
+  b.SetParent(&group);
+  group.SetTarget(&a);
+  EXPECT_EQ(group.target(), &a);
+  EXPECT_EQ(group.children().hit(), &a);
+  EXPECT_EQ(group.secondChildren().hit(), nullptr);
+  group.children().SetHit(nullptr);
+  group.SetTarget(&b);
+  EXPECT_EQ(group.target(), &b);
+  EXPECT_EQ(group.children().hit(), nullptr);
+  EXPECT_EQ(group.secondChildren().hit(), &b);
+  group.SetTarget(nullptr);
+  EXPECT_EQ(group.target(), &group);
+  EXPECT_EQ(group.children().hit(), nullptr);
+  EXPECT_EQ(group.secondChildren().hit(), &group);
+}
+
+TEST_F(HvT2DAxisGroupTest, HandsTheManagerToAllChildren) {
+  a.SetParent(&group);
+  group.AddIntoSecond(true);
+  b.SetParent(&group);
+  HvTManager manager;
+  manager.AddObject(&group);
+  EXPECT_EQ(group.manager(), &manager);
+  EXPECT_EQ(a.manager(), &manager);
+  EXPECT_EQ(b.manager(), &manager);
+  group.Detach();
+  EXPECT_EQ(group.manager(), nullptr);
+  EXPECT_EQ(a.manager(), nullptr);
+  EXPECT_EQ(b.manager(), nullptr);
+}
+
+TEST_F(HvT2DAxisGroupTest, RemovesFromEitherContainer) {
+  a.SetParent(&group);
+  group.AddIntoSecond(true);
+  b.SetParent(&group);
+  EXPECT_EQ(group.RemoveChild(&b), 1);
+  EXPECT_EQ(b.parent(), nullptr);
+  EXPECT_EQ(group.childBox(), (HvBox{0, 15, 0, 25}));
+  EXPECT_EQ(group.RemoveChild(&b), 0);
+  EXPECT_EQ(group.RemoveChild(&a), 1);
+  EXPECT_EQ(a.parent(), nullptr);
+  EXPECT_EQ(group.childBox(), (HvBox{0, 0, 0, 0}));
+  EXPECT_EQ(group.RemoveChild(nullptr), 0);
+  EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 37}));
+}
+
+TEST_F(HvT2DAxisGroupTest, ForgetsAChildThatIsInBothContainers) {
+  a.SetParent(&group);
+  group.AddIntoSecond(true);
+  a.SetParent(&group);
+  EXPECT_TRUE(group.children().children().Contains(&a));
+  EXPECT_TRUE(group.secondChildren().children().Contains(&a));
+  a.Detach();
+  EXPECT_EQ(group.children().children().first(), nullptr);
+  EXPECT_EQ(group.secondChildren().children().first(), nullptr);
+}
+
+TEST_F(HvT2DAxisGroupTest, LeavesNoWayToAChildThatGoes) {
+  HvTManager manager;
+  manager.EnableTips(false);
+  for (const bool second : {false, true}) {
+    auto child = std::make_unique<HvT2DAxis>("child", HvT2DAxis::kRotate);
+    group.AddIntoSecond(second);
+    child->SetParent(&group);
+    manager.AddObject(&group);
+    manager.PostMessage(HvMessage::OfPosition(kPenDown, {32, 0}));
+    ASSERT_EQ(manager.hover(), child.get());
+    ASSERT_EQ(group.target(), child.get());
+    child.reset();
+    EXPECT_EQ(group.target(), nullptr);
+    EXPECT_EQ(group.children().hit(), nullptr);
+    EXPECT_EQ(group.secondChildren().hit(), nullptr);
+    EXPECT_EQ(manager.hover(), nullptr);
+    EXPECT_EQ(manager.hit(), &group);
+    manager.PostMessage(HvMessage::OfPosition(kPenMoved, {33, 0}));
+    EXPECT_EQ(manager.LeaveHit(), 0);
+    EXPECT_EQ(manager.PressHit({1, 1}), 0);
+    manager.PostMessage(HvMessage::OfPosition(kPenUp, {300, 0}));
+    EXPECT_EQ(stackDepth(), 0);
+  }
+}
+
+TEST_F(HvT2DAxisGroupTest, GoesBeforeOrAfterItsChildren) {
+  HvTManager manager;
+  for (const bool groupFirst : {false, true}) {
+    auto outer = std::make_unique<HvT2DAxisGroup>("outer", HvT2DAxis::kTranslate);
+    auto inner = std::make_unique<HvT2DAxisGroup>("inner", HvT2DAxis::kTranslate);
+    auto leaf = std::make_unique<HvT2DAxis>("leaf", HvT2DAxis::kTranslate);
+    manager.AddObject(outer.get());
+    inner->SetParent(outer.get());
+    outer->AddIntoSecond(true);
+    leaf->SetParent(inner.get());
+    EXPECT_EQ(leaf->manager(), &manager);
+    if (groupFirst) {
+      outer.reset();
+      EXPECT_EQ(inner->parent(), nullptr);
+      EXPECT_EQ(leaf->manager(), nullptr);
+      inner.reset();
+      EXPECT_EQ(leaf->parent(), nullptr);
+      leaf.reset();
+    } else {
+      leaf.reset();
+      EXPECT_EQ(inner->children().children().first(), nullptr);
+      inner.reset();
+      EXPECT_EQ(outer->children().children().first(), nullptr);
+      outer.reset();
+    }
+    EXPECT_EQ(manager.children().first(), nullptr);
+  }
+}
+
+TEST_F(HvT2DAxisGroupTest, DestroysTheChildrenThatItOwns) {
+  auto owner = std::make_unique<HvT2DAxisGroup>("owner", HvT2DAxis::kTranslate);
+  owner->children().OwnChildren(true);
+  auto* const child = new HvT2DAxis("child", HvT2DAxis::kTranslate);
+  test::Hearer hearer(*child);
+  EXPECT_NE(hearer.senders().first(), nullptr);
+  child->SetParent(owner.get());
+  owner.reset();
+  EXPECT_EQ(hearer.senders().first(), nullptr) << "it is gone";
+}
+
+// Boxes under random transforms: the topmost one that holds the point as it lies in the group.
+TEST(HvT2DAxisGroupRandom, PicksAsBruteForceDoes) {
+  int hits = 0;
+  int checked = 0;
+  test::forRandomCases(300, [&](test::Random& random) {
+    test::CallLog log;
+    std::list<test::Probe> children;
+    HvT2DAxisGroup group("group", HvT2DAxis::kTranslate);
+    HvTManager manager;
+    manager.EnableTips(false);
+    manager.AddObject(&group);
+    group.ShowOwnAxis(false);
+    group.SetScale(random.between(0.5f, 2) * random.oneOf({1.0f, -1.0f}));
+    group.SetAxisScale(random.between(0.5f, 2), random.between(0.5f, 2) * random.oneOf({1.0f, -1.0f}));
+    group.SetRotation(random.between(-360, 360));
+    group.SetAspect(random.between(-0.5f, 0.5f));
+    group.SetCentre(random.between(-100, 100), random.between(-100, 100));
+    std::vector<std::pair<HvBox, test::Probe*>> order;
+    const int count = random.within(1, 30);
+    for (const bool second : {true, false}) {
+      group.AddIntoSecond(second);
+      for (int i = 0; i < count; ++i) {
+        const HvBox box = test::square(random.between(-100, 90), random.between(-100, 90), random.between(1, 30));
+        children.emplace_back(log, "child", box);
+        children.back().SetParent(&group);
+        order.emplace_back(box, &children.back());
+      }
+    }
+    const double angle = -group.rotation() * std::numbers::pi / 180;
+    const double sx = group.scale() * group.axisScale().x * group.xAspect();
+    const double sy = group.scale() * group.axisScale().y * group.yAspect();
+    for (int i = 0; i < 40; ++i) {
+      const HvPoint pos = group.centre() + HvPoint{random.between(-120, 120), random.between(-120, 120)};
+      const double dx = pos.x - group.centre().x;
+      const double dy = pos.y - group.centre().y;
+      const double x = (dx * std::cos(angle) - dy * std::sin(angle)) / sx;
+      const double y = (dx * std::sin(angle) + dy * std::cos(angle)) / sy;
+      HvTObject* expected = nullptr;
+      double closest = 1e9;
+      for (const auto& [box, child] : order) {
+        for (const double distance : {x - box.minX, x - box.maxX, y - box.minY, y - box.maxY})
+          closest = std::min(closest, std::abs(distance));
+        if (box.minX <= x && x <= box.maxX && box.minY <= y && y <= box.maxY) expected = child;
+      }
+      if (closest < 1e-3) continue;
+      manager.SetTolerance({random.between(0, 5), random.between(0, 5)});
+      manager.PostMessage(HvMessage::OfPosition(kPenDown, pos));
+      ASSERT_EQ(manager.hover(), expected) << pos.x << ' ' << pos.y;
+      manager.PostMessage(HvMessage::OfPosition(kPenUp, pos));
+      ++checked;
+      hits += expected != nullptr ? 1 : 0;
+    }
+    manager.ClearChildren();
+  });
+  EXPECT_GT(checked, 1000);
+  EXPECT_GT(hits, checked / 10);
+}
+
+}  // namespace
+}  // namespace vblur
