@@ -1,0 +1,84 @@
+// A user and a host who do anything at any time: pens, pages, properties, curves, times, viewers, effects and
+// tools come and go in random order, with widgets of every kind on the overlay. Nothing is expected of it but that
+// it goes on, under the address and undefined behaviour sanitizers above all.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "effect/Blur.h"
+#include "host/viewer/Viewer.h"
+#include "overlay/HvT2DAxisGroup.h"
+#include "platform/ComPtr.h"
+#include "tests/support/Random.h"
+
+namespace vblur::test {
+
+class OverlayFuzz {
+ public:
+  explicit OverlayFuzz(std::uint64_t seed);
+  ~OverlayFuzz();
+  OverlayFuzz(const OverlayFuzz&) = delete;
+  OverlayFuzz& operator=(const OverlayFuzz&) = delete;
+
+  void Step();
+
+  // How often each thing was done.
+  const std::map<std::string, std::int64_t>& counts() const { return counts_; }
+
+ private:
+  struct Action;
+
+  static constexpr std::size_t kEffects = 3;
+  static constexpr std::size_t kViewers = 2;
+  static constexpr std::size_t kWidgets = 12;
+
+  int Roll(int below) { return random_.within(0, below - 1); }
+  bool Chance(int in) { return random_.oneIn(in); }
+  double Between(float low, float high) { return static_cast<double>(random_.between(low, high)); }
+  double Number();
+  // Where something is likely to be: near a ring, a line, a handle; at times anywhere at all.
+  HvPoint Place();
+  tagVWPENEVENT Pen();
+  HvTInteract* SomeTool();
+  Blur* SomeEffect() { return effects_[static_cast<std::size_t>(Roll(kEffects))].get(); }
+  host::Viewer& SomeViewer() { return *viewers_[static_cast<std::size_t>(Roll(kViewers))]; }
+
+  void MakeEffect();
+  void DropEffect();
+  void CloneEffect();
+  void DropViewer();
+  void Edit();
+  void OpenPage();
+  void ClosePage();
+  void ShowPage();
+  void HideControls();
+  void PenOnViewer();
+  void PenOnTool();
+  void NestedPen();
+  void PutValue();
+  void PutCurve();
+  void Notify();
+  void ChangeTime();
+  void MoveSource();
+  void Paint();
+  void KeepTool();
+  void LinkTool();
+  void MakeWidget();
+  void DropWidget();
+  void MoveWidget();
+
+  Random random_;
+  std::array<ComPtr<host::Viewer>, kViewers> viewers_;
+  std::array<ComPtr<Blur>, kEffects> effects_;
+  // References that keep tools alive beyond their effects.
+  std::array<ComPtr<HvTInteract>, 2> kept_;
+  std::array<std::unique_ptr<HvTObject>, kWidgets> widgets_;
+  std::map<std::string, std::int64_t> counts_;
+};
+
+}  // namespace vblur::test
