@@ -69,7 +69,9 @@ const char* VerbOf(std::uint32_t active) {
 HvT2DAxis::HvT2DAxis(const char* name, std::uint32_t handleMask) : HvTObject(name), handleMask_(handleMask) {
   PutFlag(kOriginSettable, false);
   PutFlag(kSizeSettable, false);
-  UpdateBox();
+  HvBox area;
+  HvT2DAxis::ComputeBox(area);
+  TakeBox(area);
 }
 
 HvT2DAxis::~HvT2DAxis() {
@@ -159,6 +161,10 @@ void HvT2DAxis::SetHandleScale(float scale) {
 void HvT2DAxis::UpdateBox() {
   HvBox area;
   ComputeBox(area);
+  TakeBox(area);
+}
+
+void HvT2DAxis::TakeBox(const HvBox& area) {
   PutBox({area.minX, area.minY}, {area.maxX - area.minX, area.maxY - area.minY});
 }
 

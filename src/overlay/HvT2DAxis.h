@@ -123,6 +123,8 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   void DragRotate(HvPoint offset);
   void DragScale(HvPoint turned);
   void DragAspect(HvPoint turned);
+  // Origin and size from a box; the parent is told.
+  void TakeBox(const HvBox& area);
   // After a field that the matrices depend on.
   void Restate();
 
