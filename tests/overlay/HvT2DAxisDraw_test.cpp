@@ -135,6 +135,13 @@ TEST(HvT2DAxisDraw, PaintsByItsFields) {
   upwards.Drag({7, 9});
   upwards.SetRotation(45);
   states.draw(upwards, "moved along y and turned");
+  for (const std::uint32_t mask : {0u, 1u, 2u}) {
+    HvT2DAxis moved("axis", mask);
+    moved.SetAxisFlags(HvT2DAxis::kAsIfAll);
+    moved.SetCentre(10, 20);
+    moved.SetAxisFlags(0);
+    states.draw(moved, maskText(mask) + ", about a centre that it does not move both ways");
+  }
   EXPECT_TRUE(states.match("HvT2DAxis_fields"));
 }
 

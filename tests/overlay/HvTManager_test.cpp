@@ -156,6 +156,8 @@ TEST_F(HvTManagerTest, OverlooksTheSmallestMoves) {
   move(0, 0);
   EXPECT_TRUE(still(0.001f, 0));
   move(0, 0);
+  EXPECT_TRUE(still(0, 0.001f));
+  move(0, 0);
   EXPECT_FALSE(still(0, 0.0010001f));
 }
 

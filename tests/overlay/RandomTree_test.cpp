@@ -119,7 +119,7 @@ class Forest {
                            gate.bottom <= pos.y + tolerance.y && pos.y - tolerance.y <= gate.top);
   }
 
-  HvTObject* plant(HvTGroup* parent, const Area& area, std::vector<int> above) {
+  HvTObject* plant(HvTGroup* parent, const Area& area, const std::vector<int>& above) {
     --left_;
     const bool isGroup = above.size() < 6 && random_.oneIn(6);
     HvTObject* object = isGroup ? plantGroup(parent, somewhere(area), above) : plantLeaf(somewhere(area), above);
