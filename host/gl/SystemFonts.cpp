@@ -18,24 +18,27 @@ struct FontFile {
   int index = 0;
 };
 
-// Empty when the system has no font whose outlines scale.
+// Empty when the system has no font whose outlines scale. The configuration is read for this alone: the process's
+// own may be somebody else's.
 FontFile FindFont(int weight) {
   FontFile found;
-  if (FcInit() != FcTrue) return found;
+  FcConfig* const config = FcInitLoadConfigAndFonts();
+  if (config == nullptr) return found;
   FcPattern* const wanted = FcPatternCreate();
   FcPatternAddString(wanted, FC_FAMILY, reinterpret_cast<const FcChar8*>("sans-serif"));
   FcPatternAddBool(wanted, FC_SCALABLE, FcTrue);
   if (weight > 0) FcPatternAddInteger(wanted, FC_WEIGHT, FcWeightFromOpenType(weight));
-  FcConfigSubstitute(nullptr, wanted, FcMatchPattern);
+  FcConfigSubstitute(config, wanted, FcMatchPattern);
   FcDefaultSubstitute(wanted);
   FcResult result = FcResultNoMatch;
-  if (FcPattern* const match = FcFontMatch(nullptr, wanted, &result); match != nullptr) {
+  if (FcPattern* const match = FcFontMatch(config, wanted, &result); match != nullptr) {
     FcChar8* file = nullptr;
     if (FcPatternGetString(match, FC_FILE, 0, &file) == FcResultMatch) found.path = reinterpret_cast<const char*>(file);
     FcPatternGetInteger(match, FC_INDEX, 0, &found.index);
     FcPatternDestroy(match);
   }
   FcPatternDestroy(wanted);
+  FcConfigDestroy(config);
   return found;
 }
 

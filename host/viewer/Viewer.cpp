@@ -1,7 +1,6 @@
 #include "host/viewer/Viewer.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "host/PropertyText.h"
@@ -117,8 +116,9 @@ HRESULT Viewer::Hand(const Context& context, const char* name, PenCall call, con
 
 HRESULT Viewer::Offer(const char* name, PenCall call, const tagVWPENEVENT& event) {
   // A copy: whoever is called may push and remove tools.
-  const auto contexts = contexts_;
-  for (const Context& context : contexts | std::views::reverse) {
+  auto contexts = contexts_;
+  std::ranges::reverse(contexts);
+  for (const Context& context : contexts) {
     if (!context.events || (penOwner_ != 0 && penOwner_ != context.handle)) continue;
     const HRESULT result = Hand(context, name, call, event);
     if (result == kFalse) continue;

@@ -31,7 +31,7 @@ class StartUp : public ProgramTest {
 
   void ExpectNoPictureLibrary(std::vector<std::string> arguments, int exit) const {
     const std::string libraries = LibrariesOf(arguments, exit);
-    for (const char* library : {"vblur_pictures", "OpenImageIO"})
+    for (const char* library : {"vblur_pictures", "OpenImageIO", "vblur_gl", "libEGL", "libfreetype", "libfontconfig"})
       EXPECT_EQ(libraries.find(library), std::string::npos) << library << " for " << arguments[0];
   }
 };
@@ -63,6 +63,8 @@ TEST_F(StartUp, APictureLoadsIt) {
   for (const std::string& libraries :
        {LibrariesOf({"render", "in.png", "out.png"}, 0), LibrariesOf({"chart", "chart.png"}, 0)}) {
     EXPECT_NE(libraries.find("OpenImageIO"), std::string::npos);
+    EXPECT_EQ(libraries.find("vblur_gl"), std::string::npos) << "that is for the viewer";
+    EXPECT_EQ(libraries.find("libEGL"), std::string::npos);
   }
   EXPECT_TRUE(Exists("out.png"));
 }

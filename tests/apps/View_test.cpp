@@ -1,4 +1,5 @@
 // vblur view, as a person calls it.
+#include "host/TextFile.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -23,15 +24,68 @@ TEST_F(ViewProgram, RefusesWhatItCannotDoBeforeAnythingIsWritten) {
   refuse({"--size", "0x4"}, 2, "--size: expected at least 1x1, found 0x4");
   refuse({"--frame", "1"}, 2, "frame 1 is not in the job: expected 0 to 0");
   refuse({"--pen", "none.pen"}, 3, "none.pen: cannot read the pen script: No such file or directory");
-  refuse({"--save-job", "none/job.json"}, 4, "none/job.json: cannot write: there is no folder \"none\"");
+  refuse({"--save-job", "none/job.json"}, 4, "none/job.json: cannot write: the folder none does not exist");
   folder_.Write("a.pen", "snap a.png\nmove 1\n");
   refuse({"--pen", "a.pen"}, 2, "a.pen:2: expected \"move X Y\", found \"move 1\"");
   folder_.Write("b.pen", "snap view.png\n");
   refuse({"--pen", "b.pen"}, 2, "b.pen:1: expected another name, \"view.png\" is written by this run already");
   folder_.Write("c.pen", "snap in.png\n");
-  refuse({"--save-job", "job.json"}, 4, "job.json: exists; --overwrite replaces it");
-  refuse({"--pen", "c.pen"}, 4, "in.png: exists; --overwrite replaces it");
+  refuse(
+      {"--save-job", "job.json"}, 4,
+      "job.json: cannot write: the file exists already; give --overwrite to replace it or --skip-existing to leave it");
+  refuse(
+      {"--pen", "c.pen"}, 4,
+      "in.png: cannot write: the file exists already; give --overwrite to replace it or --skip-existing to leave it");
   ExpectRefusal({"view", "none.json", "view.png"}, 3, "none.json: cannot read the job file: No such file or directory");
+}
+
+TEST_F(ViewProgram, DragsTheRingAndSavesTheJob) {
+  folder_.Write("drag.pen", "snap idle.png\nmove 42 24\ndown 42 24\nmove 50 24\nsnap dragged.png\nup 52 24\n");
+  const ProcessResult result =
+      Run({"view", "job.json", "view.png", "--pen", "drag.pen", "--save-job", "after.json", "-vv"});
+  EXPECT_EQ(result.exit, 0) << result.err;
+  EXPECT_EQ(result.out, "");
+  for (const char* call :
+       {"effect.ConnectOverlay()", "effect.ShowPage(FullBlurPPG)", "tool.OnLinkToViewer()", "tool.OnLinkToOperator()",
+        "tool.GetAnimatedProperty(Blur, 10, -1)", "tool.OnPenDown(button 1, 42, 24)", "viewer.InvalidateLayer(all)",
+        "tool.OnRender()", "tool.SetAnimatedProperty(Blur, 18, -1)", "tool.OnUnlinkFromOperator()"}) {
+    EXPECT_NE(result.err.find(call), std::string::npos) << call;
+  }
+  EXPECT_EQ(result.err.find("SetAnimatedProperty"), result.err.rfind("SetAnimatedProperty")) << "once";
+  EXPECT_NE(host::ReadTextFile(Path("after.json"), "job").find("\"Blur\": 18.0"), std::string::npos);
+  EXPECT_EQ(host::NamesIn(folder_.path()), (std::set<std::string>{"after.json", "dragged.png", "drag.pen", "idle.png",
+                                                                  "in.png", "job.json", "view.png"}));
+  EXPECT_NE(Pixels("idle.png"), Pixels("dragged.png"));
+  EXPECT_NE(Pixels("dragged.png"), Pixels("view.png"));
+  // The saved job shows what the drag left, and the ring is no longer under the pen.
+  EXPECT_EQ(Run({"view", "after.json", "again.png", "--hide-controls"}).exit, 0);
+  EXPECT_EQ(Run({"job", "after.json"}).exit, 0);
+}
+
+TEST_F(ViewProgram, ShowsWhatARenderWrites) {
+  EXPECT_EQ(Run({"view", "job.json", "view.png", "--hide-controls"}).exit, 0);
+  EXPECT_EQ(Run({"job", "job.json"}).exit, 0);
+  auto rendered = Pixels("out.png");
+  for (std::size_t alpha = 3; alpha < rendered.size(); alpha += 4)
+    rendered[alpha] = 255;
+  EXPECT_EQ(Pixels("view.png"), rendered);
+}
+
+// Pictures wait without their names until all of the script has been played.
+TEST_F(ViewProgram, InterruptedItLeavesNothing) {
+  std::string script;
+  for (int i = 0; i < 2000; ++i)
+    script += "set Blur " + std::to_string(i % 50 + 1) + "\nsnap a" + std::to_string(i) + ".png\n";
+  folder_.Write("long.pen", script);
+  const auto before = host::NamesIn(folder_.path());
+  Process process(folder_.path(), Command({"view", "job.json", "view.png", "--pen", "long.pen"}));
+  ASSERT_TRUE(WaitUntil([&] { return host::NamesIn(folder_.path()).size() > before.size() + 2; }));
+  EXPECT_FALSE(Exists("a0.png"));
+  process.Send(SIGINT);
+  const ProcessResult result = process.Wait();
+  EXPECT_EQ(result.exit, 130);
+  EXPECT_EQ(result.err, "vblur: interrupted\n");
+  EXPECT_EQ(host::NamesIn(folder_.path()), before);
 }
 
 }  // namespace

@@ -188,21 +188,27 @@ TEST_F(EglPicture, DrawsText) {
     glDeleteLists(base, 96);
   };
   Paint();
-  std::int32_t lit = 0;
-  std::int32_t lowest = 30;
-  std::int32_t highest = -1;
-  for (std::int32_t y = 0; y < 30; ++y) {
+  const auto isLit = [&](std::int32_t x, std::int32_t y) { return At(picture, x, y) == Rgba{255, 255, 0, 255}; };
+  // How far apart the outermost lit pixels of a row are; 0 for a dark row.
+  const auto span = [&](std::int32_t y) {
+    std::int32_t first = 40;
+    std::int32_t last = -1;
     for (std::int32_t x = 0; x < 40; ++x) {
-      if (At(picture, x, y) != (Rgba{255, 255, 0, 255})) continue;
-      ++lit;
-      lowest = std::min(lowest, y);
-      highest = std::max(highest, y);
+      if (!isLit(x, y)) continue;
+      first = std::min(first, x);
+      last = x;
     }
-  }
-  EXPECT_GT(lit, 30);
-  EXPECT_EQ(lowest, 8) << "it stands on the baseline";
+    return std::max(0, last - first + 1);
+  };
+  std::int32_t highest = 8;
+  while (span(highest + 1) > 0)
+    ++highest;
+  EXPECT_EQ(span(7), 0) << "it stands on the baseline";
   EXPECT_GE(highest, 8 + 9);
   EXPECT_LE(highest, 8 + 15);
+  EXPECT_GE(span(8), 8) << "an A is wide at its feet";
+  EXPECT_LE(span(highest), 6) << "and narrow at its top";
+  EXPECT_FALSE(isLit(4 + span(8) / 2, 8)) << "with a gap between the feet";
 }
 
 TEST(GlFont, WithoutAPaintOrAFontThereIsNone) {
