@@ -1,3 +1,7 @@
+#include <algorithm>
+
+#include <hwy/cache_control.h>
+
 #include "image/CopyBits.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -100,7 +104,11 @@ HWY_INLINE void Fill(Word word, std::int32_t n, Word chosenBits, void* to) {
 template <int kLanesPerWord, class Lane>
 HWY_INLINE void MirrorWhole(const Lane* in, std::int32_t n, Lane* out) {
   const hn::ScalableTag<Lane> d;
+  // Stores alone do not make the memory come in time, and it is asked for as a read row would be.
+  constexpr std::ptrdiff_t kWordsAhead = 512 / (kLanesPerWord * sizeof(Lane));
+  const std::ptrdiff_t last = n - 1;
   const auto each = [&](std::ptrdiff_t i) HWY_ATTR {
+    hwy::Prefetch(out + std::min(i + kWordsAhead, last) * kLanesPerWord);
     hn::StoreU(LoadMirrored<kLanesPerWord>(d, in - i * kLanesPerWord), d, out + i * kLanesPerWord);
   };
   if (ForVectors(LanesOf(d) / kLanesPerWord, n, each)) return;
