@@ -1,5 +1,13 @@
-// The floor: what it costs to move a picture's bytes, by the same pool of threads.
+// The floor: what it costs to move a picture's bytes, by the same pool of threads; and the other ways to move or to
+// write them beside it.
+#include <algorithm>
+#include <string>
+#include <utility>
+
 #include "bench/Pictures.h"
+#include "image/HvCpu.h"
+#include "image/HvImgFiller.h"
+#include "image/HvRGBCopySampler.h"
 #include "image/SimpleCopySampler.h"
 
 namespace vblur::bench {
@@ -37,6 +45,79 @@ void copySourceAndResult(benchmark::State& state, const Size& size) {
   }
 }
 
+enum class RowForm { Copy, Mirror, CopyRgb, MirrorRgb, Fill, Blank, Clear };
+
+constexpr std::pair<RowForm, const char*> kRowForms[] = {
+    {RowForm::Copy, "copy"},           {RowForm::Mirror, "mirrored"},
+    {RowForm::CopyRgb, "copy of RGB"}, {RowForm::MirrorRgb, "mirrored RGB"},
+    {RowForm::Fill, "fill"},           {RowForm::Blank, "fill outside"},
+    {RowForm::Clear, "clear"},
+};
+
+// One picture into another, both of which are read or written once.
+template <class Pixel>
+void copyPicture(HvTexture<Pixel, Rf>& from, HvTexture<Pixel, Rf>& to, RowForm form) {
+  const bool mirrored = form == RowForm::Mirror || form == RowForm::MirrorRgb;
+  // Left of the picture lies its mirror image.
+  from.setOrigin(mirrored ? from.width() : 0, 0);
+  HvRGBCopySampler<Pixel, Rf> copy;
+  copy.channels = form == RowForm::CopyRgb || form == RowForm::MirrorRgb ? 7 : 15;
+  copy.process(&from, &to);
+}
+
+template <class Pixel>
+void fillPicture(HvTexture<Pixel, Rf>& picture, RowForm form) {
+  HvImgFiller<Pixel, Rf> filler;
+  filler.colourIsZero = form == RowForm::Clear;
+  filler.colour = Pixel{{10, 20, 30, 40}};
+  // Outside an empty rectangle in the middle all is filled row by row; otherwise rows are copies of the first.
+  filler.fillOutside = form == RowForm::Blank;
+  filler.left = filler.right = picture.width() / 2;
+  filler.top = picture.height();
+  filler.process(&picture);
+}
+
+template <class Pixel>
+void moveRows(benchmark::State& state, RowForm form, const std::string& level, const std::string& picture) {
+  useThreads(1);
+  Pictures<Pixel>& all = pictures<Pixel>(Size());
+  HvTexture<Pixel, Rf> source;
+  HvTexture<Pixel, Rf> result;
+  source.share(all.source);
+  result.share(all.result);
+  const auto render = [&] {
+    if (form >= RowForm::Fill) {
+      fillPicture(result, form);
+    } else {
+      copyPicture(source, result, form);
+    }
+  };
+  const std::uint64_t expected = hashByTwin(picture, result, render);
+  HvSetCpuLevel(level);
+  clear(result);
+  for (auto _ : state)
+    render();
+  HvSetCpuLevel("native");
+  if (hashOf(result) != expected) state.SkipWithError("another picture than the twin's");
+}
+
+template <class Pixel>
+void addRowCases() {
+  for (const auto& [form, name] : kRowForms) {
+    for (const char* level : {"twin", "AVX2", "native"}) {
+      const auto& levels = HvCpuLevels();
+      if (std::find(levels.begin(), levels.end(), level) == levels.end()) continue;
+      CaseName picture("rows");
+      picture.with("depth", 8 * static_cast<std::int32_t>(sizeof(ComponentOf<Pixel>))).with("way", name).with(Size());
+      CaseName row = picture;
+      row.with("threads", 1).with("level", level);
+      addCase(row, [=, way = form, text = picture.text()](benchmark::State& state) {
+        moveRows<Pixel>(state, way, level, text);
+      });
+    }
+  }
+}
+
 template <class Pixel>
 void addCases(const Plan& plan) {
   const std::int32_t depth = 8 * static_cast<std::int32_t>(sizeof(ComponentOf<Pixel>));
@@ -48,6 +129,7 @@ void addCases(const Plan& plan) {
   }
   addCase(CaseName("copyboth").with("depth", depth).with("threads", 1).with(Size()),
           [](benchmark::State& state) { copySourceAndResult<Pixel>(state, Size()); });
+  addRowCases<Pixel>();
 }
 
 }  // namespace

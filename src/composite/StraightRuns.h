@@ -2,10 +2,13 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
+#include "image/CopyPixels.h"
 #include "image/HvCpu.h"
 #include "image/HvTexture.h"
+#include "image/VectorRun.h"
 
 namespace vblur {
 
@@ -18,9 +21,7 @@ template <class Pixel, class Out>
 bool mayReadAhead(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) {
   const auto address = [](const void* p) { return reinterpret_cast<std::uintptr_t>(p); };
   if (run.step == 1 && address(run.first) == address(out)) return sizeof(Pixel) == sizeof(Out);
-  const Pixel* last = run.first + static_cast<std::ptrdiff_t>(n - 1) * run.step;
-  return address(std::max(run.first, last) + 1) <= address(out) ||
-         address(out + n) <= address(std::min(run.first, last));
+  return liesApart(run, out, n);
 }
 
 // A run, and a copy of a stretch of it where its pixels do not lie side by side.
@@ -35,9 +36,8 @@ class StraightRun {
   const Pixel* at(std::int32_t i, std::int32_t count) {
     if (run_.step == 1) return run_.first + i;
     if (run_.step == 0 && i != 0) return pixels_;
-    const Pixel* from = run_.first + static_cast<std::ptrdiff_t>(i) * run_.step;
-    for (std::int32_t k = 0; k < count; ++k, from += run_.step)
-      pixels_[k] = *from;
+    const std::ptrdiff_t before = static_cast<std::ptrdiff_t>(i) * run_.step;
+    copyPixels(pixels_, {run_.first + before, run_.step, count, run_.exists}, count);
     return pixels_;
   }
 

@@ -7,6 +7,7 @@
 
 #include "image/Arithmetic.h"
 #include "image/CopyBits.h"
+#include "image/CopyPixels.h"
 #include "image/HvTexture.h"
 #include "image/VectorRun.h"
 
@@ -58,12 +59,17 @@ void copyChannelsPlain(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n)
 // Copies the chosen components of n pixels of a run and leaves the others as they stand.
 template <class Mask, class Pixel>
 void copyChannels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
-  if constexpr (kIsWord<Pixel>) {
+  if constexpr (Mask::kAll) {
+    copyPixels(out, run, n);
+  } else if constexpr (kIsWord<Pixel>) {
     constexpr WordOf<Pixel> kChosen = chosenBits<Mask, Pixel>();
     if (isVectorRun(run, out, n)) return copyBits(run.first, n, kChosen, out);
+    if (isMirroredVectorRun(run, out, n)) return mirrorBits(run.first, n, kChosen, out);
     if (run.step == 0 && HvUsesVectors()) return fillBits(std::bit_cast<WordOf<Pixel>>(*run.first), n, kChosen, out);
+    copyChannelsPlain<Mask>(out, run, n);
+  } else {
+    copyChannelsPlain<Mask>(out, run, n);
   }
-  copyChannelsPlain<Mask>(out, run, n);
 }
 
 }  // namespace vblur

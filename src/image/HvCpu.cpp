@@ -15,6 +15,7 @@ constexpr std::string_view kNative = "native";
 
 std::atomic<bool> usesVectors{true};
 std::atomic<std::uint64_t> vectorCalls{0};
+std::atomic<bool> vectorsEntered{false};
 // 0: nobody has chosen, and the best runs.
 std::atomic<std::int64_t> chosenTarget{0};
 
@@ -71,11 +72,12 @@ bool HvUsesVectors() {
 }
 
 std::uint64_t HvVectorCalls() {
-  return vectorCalls.load(std::memory_order_relaxed);
+  const std::uint64_t entered = vectorsEntered.exchange(false, std::memory_order_relaxed) ? 1 : 0;
+  return vectorCalls.fetch_add(entered, std::memory_order_relaxed) + entered;
 }
 
 void HvCountVectorCall() {
-  vectorCalls.fetch_add(1, std::memory_order_relaxed);
+  if (!vectorsEntered.load(std::memory_order_relaxed)) vectorsEntered.store(true, std::memory_order_relaxed);
 }
 
 }  // namespace vblur

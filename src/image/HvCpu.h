@@ -22,9 +22,10 @@ std::string HvCpuLevel();
 // False at the level "twin".
 bool HvUsesVectors();
 
-// How often vector code has been entered in this process: a test at a level that never reached its code
+// Has grown since the last question if vector code has been entered: a test at a level that never reached its code
 // has tested nothing.
 std::uint64_t HvVectorCalls();
+// Cheap enough for short rows on many threads: most often it reads a flag.
 void HvCountVectorCall();
 
 }  // namespace vblur

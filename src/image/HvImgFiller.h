@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 #include "image/Arithmetic.h"
+#include "image/CopyPixels.h"
 #include "image/HvIPWindowStack.h"
 #include "image/HvImgProc1.h"
 #include "image/HvTexture.h"
@@ -59,25 +59,25 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
     pushAndSet(this->x1, inWindow(first), this->x2 - 1, inWindow(last));
   }
 
-  void fillPixels(std::int32_t y, std::int32_t first, std::int32_t last, bool zero) const {
+  void fillSpan(std::int32_t y, std::int32_t first, std::int32_t last, bool zero) const {
     if (last <= first) return;
     Pixel* out = this->target->target(first, y);
     if (zero) {
-      std::memset(static_cast<void*>(out), 0, static_cast<std::size_t>(last - first) * sizeof(Pixel));
+      clearPixels(out, last - first);
     } else {
-      std::fill_n(out, last - first, colour);
+      fillPixels(out, colour, last - first);
     }
   }
 
   void fillWindow() const {
     const HvRowLoop loop = this->rowLoop();
     const bool zero = colourIsZero || colour == Pixel{};
-    const std::size_t bytes = static_cast<std::size_t>(loop.x2 - loop.x1) * sizeof(Pixel);
+    const std::int32_t n = loop.x2 - loop.x1;
     for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
       if (zero || y == loop.firstRow) {
-        fillPixels(y, loop.x1, loop.x2, zero);
+        fillSpan(y, loop.x1, loop.x2, zero);
       } else {
-        std::memcpy(this->target->target(loop.x1, y), this->target->target(loop.x1, loop.firstRow), bytes);
+        copyPixels(this->target->target(loop.x1, y), {this->target->target(loop.x1, loop.firstRow), 1, n, true}, n);
       }
     }
   }
@@ -89,10 +89,10 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
     for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
       if (poll(this->interrupt) != 0) return;
       if (this->pass == 1) {
-        fillPixels(y, loop.x1, l, colourIsZero);
-        fillPixels(y, r, loop.x2, colourIsZero);
+        fillSpan(y, loop.x1, l, colourIsZero);
+        fillSpan(y, r, loop.x2, colourIsZero);
       } else {
-        fillPixels(y, loop.x1, loop.x2, colourIsZero);
+        fillSpan(y, loop.x1, loop.x2, colourIsZero);
       }
     }
   }

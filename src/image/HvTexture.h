@@ -5,11 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <type_traits>
 #include <utility>
 
 #include "image/Arithmetic.h"
+#include "image/CopyBits.h"
 #include "image/HvMemory.h"
 #include "image/HvScratch.h"
 #include "image/HvTexIndexer.h"
@@ -122,7 +122,7 @@ class HvTexture : public HvTextureSampling<Accum_> {
     data = scratch_.memory;
     owned = data != nullptr ? 1 : 0;
     if (data == nullptr) allocationFailed = 1;
-    if (data != nullptr && cleared) std::memset(data, 0, bytes);
+    if (data != nullptr && cleared) clearBytes(data, bytes);
   }
 
   // A view of tightly packed memory; callers that wrap a field or a bottom-up image set stride after.

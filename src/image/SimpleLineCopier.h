@@ -3,25 +3,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
+#include "image/CopyPixels.h"
 #include "image/HvTexture.h"
 
 namespace vblur {
-
-// n pixels of a run, which holds at least n, to a plain row.
-template <class Pixel>
-void copyPixels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
-  const Pixel* in = run.first;
-  if (run.step == 1) {
-    std::memcpy(out, in, static_cast<std::size_t>(n) * sizeof(Pixel));
-  } else if (run.step == 0) {
-    std::fill_n(out, n, *in);
-  } else {
-    for (std::int32_t i = 0; i < n; ++i, in += run.step)
-      out[i] = *in;
-  }
-}
 
 template <class Pixel, class Accum>
 class SimpleLineCopier {

@@ -1,6 +1,7 @@
 // Whether a run of pixels may go through vector code.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,6 +22,21 @@ template <class Pixel>
 bool isVectorRun(const HvPixelRun<Pixel>& run, const void* out, std::int32_t n) {
   return run.step == 1 && HvUsesVectors() &&
          !readsItsWrites(run.first, out, static_cast<std::size_t>(n) * sizeof(Pixel));
+}
+
+// n pixels of the run, n at least 1, lie elsewhere than n at `out`.
+template <class Pixel, class Out>
+bool liesApart(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) {
+  const auto address = [](const void* p) { return reinterpret_cast<std::uintptr_t>(p); };
+  const Pixel* last = run.first + static_cast<std::ptrdiff_t>(n - 1) * run.step;
+  return address(std::max(run.first, last) + 1) <= address(out) ||
+         address(out + n) <= address(std::min(run.first, last));
+}
+
+// n pixels of the run lie side by side in reverse, and may be read several at a time before results go to `out`.
+template <class Pixel>
+bool isMirroredVectorRun(const HvPixelRun<Pixel>& run, const Pixel* out, std::int32_t n) {
+  return run.step == -1 && n > 0 && HvUsesVectors() && liesApart(run, out, n);
 }
 
 }  // namespace vblur

@@ -5,6 +5,7 @@
 #include "image/HvRGBCopySampler.h"
 #include "image/SimpleCopySampler.h"
 #include "tests/support/Canvas.h"
+#include "tests/support/CpuLevel.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -35,8 +36,9 @@ void compareCopy(int channels, const Prepare& prepare) {
   using Texture = typename Sampler::Texture;
   using Pixel = typename Texture::Pixel;
   forRandomCases(60, [&](Random& random) {
-    Canvas<Pixel> from(random.within(1, 9), random.within(1, 9), randomLayout(random));
-    Canvas<Pixel> to(random.within(1, 15), random.within(1, 15), randomLayout(random));
+    const bool wide = random.oneIn(3);
+    Canvas<Pixel> from(random.within(1, wide ? 70 : 9), random.within(1, 9), randomLayout(random));
+    Canvas<Pixel> to(random.within(1, wide ? 150 : 15), random.within(1, 15), randomLayout(random));
     from.fillRandom(random);
     to.fillRandom(random);
     Texture in;
@@ -47,12 +49,17 @@ void compareCopy(int channels, const Prepare& prepare) {
     setRandomSurroundings(random, out, storageRange<Pixel>());
     out.setWriteOrigin(random.within(-9, 9), random.within(-9, 9));
     const auto expected = plainCopy(in, out, channels);
-    Sampler sampler;
-    prepare(sampler);
-    const ThreadCount scope(random.within(1, 3));
-    sampler.process(&in, &out);
-    EXPECT_EQ(to.pixels(), expected);
-    EXPECT_TRUE(to.guardsAreIntact());
+    const Canvas<Pixel> before = to;
+    for (const std::string& name : HvCpuLevels()) {
+      const CpuLevel level(name);
+      const ThreadCount scope(random.within(1, 3));
+      to.copyFrom(before);
+      Sampler sampler;
+      prepare(sampler);
+      sampler.process(&in, &out);
+      EXPECT_EQ(to.pixels(), expected) << name;
+      EXPECT_TRUE(to.guardsAreIntact()) << name;
+    }
   });
 }
 
@@ -178,7 +185,8 @@ std::vector<Pixel> plainFill(const HvTexture<Pixel, Rf>& out, const HvImgFiller<
 template <class Pixel>
 void compareFill() {
   forRandomCases(400, [](Random& random) {
-    Canvas<Pixel> canvas(random.within(1, 14), random.within(1, 14), randomLayout(random));
+    const bool wide = random.oneIn(3);
+    Canvas<Pixel> canvas(random.within(1, wide ? 120 : 14), random.within(1, 14), randomLayout(random));
     canvas.fillRandom(random);
     HvTexture<Pixel, Rf> out;
     canvas.wrapIn(out);
@@ -189,8 +197,8 @@ void compareFill() {
     filler.fillOutside = !random.oneIn(4);
     filler.colourIsZero = random.oneIn(2);
     filler.colour = randomPixel(random, storageRange<Pixel>());
-    filler.left = ox + random.within(-3, 16);
-    filler.right = ox + random.within(-3, 16);
+    filler.left = ox + random.within(-3, canvas.width() + 2);
+    filler.right = ox + random.within(-3, canvas.width() + 2);
     filler.bottom = oy + random.within(-3, 16);
     filler.top = oy + random.within(-3, 16);
     std::int32_t x1 = ox, y1 = oy, x2 = ox + canvas.width(), y2 = oy + canvas.height();
@@ -202,9 +210,15 @@ void compareFill() {
       filler.setWindow(x1, y1, x2 - 1, y2 - 1);
     }
     const auto expected = plainFill(out, filler, x1, y1, x2, y2);
-    const ThreadCount scope(random.within(1, 3));
-    filler.process(&out);
-    EXPECT_EQ(canvas.pixels(), expected);
+    const Canvas<Pixel> before = canvas;
+    for (const std::string& name : HvCpuLevels()) {
+      const CpuLevel level(name);
+      const ThreadCount scope(random.within(1, 3));
+      canvas.copyFrom(before);
+      filler.process(&out);
+      EXPECT_EQ(canvas.pixels(), expected) << name;
+      EXPECT_TRUE(canvas.guardsAreIntact()) << name;
+    }
     EXPECT_EQ((std::vector{filler.x1, filler.y1, filler.x2, filler.y2}), (std::vector{x1, y1, x2, y2}));
   });
 }

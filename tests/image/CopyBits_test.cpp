@@ -2,6 +2,8 @@
 // has.
 #include "image/CopyBits.h"
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -24,10 +26,11 @@ void compareMask(Random& random) {
     copyChannelsPlain<Mask>(out, run, n);
     return true;
   };
-  for (const std::int32_t step : {1, 0, -1})
+  for (const std::int32_t step : {1, 0, -1}) {
     compareRows<Pixel, Pixel>(random, step, copy, plain);
-  for (const std::ptrdiff_t apart : {0, -1, 1, random.within(-8, 8)})
-    compareRowsInPlace<Pixel>(random, apart, copy, plain);
+    for (const std::ptrdiff_t apart : {0, -1, 1, random.within(-8, 8)})
+      compareRowsInPlace<Pixel>(random, apart, copy, plain, step);
+  }
 }
 
 template <class Pixel>
@@ -47,21 +50,39 @@ TEST_P(CopyBits, EqualPlainCopiesOfEachChoiceOfComponents) {
 
 // Bits that no component has the bounds of, at addresses of every kind.
 TEST_P(CopyBits, TakeTheChosenBitsAndNoOthers) {
-  alignas(64) unsigned char from[300];
-  alignas(64) unsigned char to[300];
-  for (int offset = 0; offset < 9; ++offset) {
-    for (int i = 0; i < 300; ++i) {
-      from[i] = static_cast<unsigned char>(i * 91 + 5);
-      to[i] = static_cast<unsigned char>(i * 57);
-    }
-    constexpr unsigned char kChosen[] = {0x0F, 0xFF, 0x00, 0x81};
-    copyBits(from + offset, 70, std::uint32_t{0x8100FF0F}, to + offset);
-    for (int i = 0; i < 300; ++i) {
-      const auto before = static_cast<unsigned char>(i * 57);
-      const bool inRow = i >= offset && i < offset + 280;
+  unsigned char from[320];
+  unsigned char before[320];
+  for (int i = 0; i < 320; ++i) {
+    from[i] = static_cast<unsigned char>(i * 91 + 5);
+    before[i] = static_cast<unsigned char>(i * 57);
+  }
+  constexpr std::int32_t kWords = 70;
+  constexpr unsigned char kChosen[] = {0x0F, 0xFF, 0x00, 0x81};
+  // copies(out) takes the byte at source(i) for byte i of the words.
+  const auto expectBytes = [&](int offset, const auto& copies, const auto& source) {
+    unsigned char to[320];
+    std::copy_n(before, 320, to);
+    copies(to + offset);
+    for (int i = 0; i < 320; ++i) {
+      const bool inRow = i >= offset && i < offset + 4 * kWords;
       const unsigned char chosen = inRow ? kChosen[(i - offset) % 4] : 0;
-      ASSERT_EQ(to[i], static_cast<unsigned char>((from[i] & chosen) | (before & ~chosen))) << HvCpuLevel() << " " << i;
+      const unsigned char taken = inRow ? from[source(i - offset)] : 0;
+      ASSERT_EQ(to[i], static_cast<unsigned char>((taken & chosen) | (before[i] & ~chosen)))
+          << HvCpuLevel() << " " << i;
     }
+  };
+  constexpr std::uint32_t kBits = 0x8100FF0F;
+  std::uint32_t word;
+  for (int offset = 0; offset < 9; ++offset) {
+    std::memcpy(&word, from + offset, 4);
+    const int last = offset + 4 * (kWords - 1);
+    expectBytes(
+        offset, [&](void* to) { copyBits(from + offset, kWords, kBits, to); }, [&](int i) { return offset + i; });
+    expectBytes(
+        offset, [&](void* to) { mirrorBits(from + last, kWords, kBits, to); },
+        [&](int i) { return last - i / 4 * 4 + i % 4; });
+    expectBytes(
+        offset, [&](void* to) { fillBits(word, kWords, kBits, to); }, [&](int i) { return offset + i % 4; });
   }
 }
 

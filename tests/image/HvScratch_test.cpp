@@ -7,6 +7,7 @@
 
 #include "image/HvTexture.h"
 #include "image/Pixels.h"
+#include "tests/support/CpuLevel.h"
 
 namespace vblur {
 namespace {
@@ -41,7 +42,8 @@ TEST(HvScratch, BlocksThatNobodyAsksForAgainMakeRoom) {
 }
 
 TEST(HvScratch, APictureShowsNothingOfTheOneBefore) {
-  for (int round = 0; round < 3; ++round) {
+  for (const std::string& name : HvCpuLevels()) {
+    const test::CpuLevel level(name);
     HvTexture<R8, Rf> picture;
     picture.horizontal.setSize(37);
     picture.vertical.setSize(29);
@@ -49,7 +51,7 @@ TEST(HvScratch, APictureShowsNothingOfTheOneBefore) {
     ASSERT_NE(picture.data, nullptr);
     for (std::int32_t y = 0; y < 29; ++y) {
       for (std::int32_t x = 0; x < 37; ++x)
-        ASSERT_EQ(*picture.at(x, y), R8{}) << round;
+        ASSERT_EQ(*picture.at(x, y), R8{}) << name;
     }
     std::memset(picture.data, 77, 37 * 29 * sizeof(R8));
   }

@@ -81,6 +81,12 @@ class Canvas {
     forEach([&](Pixel& to) { to = randomPixel(random, range); });
   }
 
+  // Takes the pixels of a canvas of the same size and layout; views of this one stay.
+  void copyFrom(const Canvas& other) {
+    for (int y = 0; y < height_; ++y)
+      std::memcpy(static_cast<void*>(rowStart(y)), &other.at(0, y), rowBytes());
+  }
+
   // Makes the texture a view of this memory, its box all of it.
   template <class Accum>
   void wrapIn(HvTexture<Pixel, Accum>& texture) {

@@ -1,6 +1,7 @@
 // Row functions against their plain twins: rows of every length, anywhere in memory, in place or not.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -56,14 +57,21 @@ void compareRows(Random& random, std::int32_t step, const Vector& vector, const 
 
 // The same within one row, `apart` pixels to the left or the right of where it is read.
 template <class Pixel, class Vector, class Plain>
-void compareRowsInPlace(Random& random, std::ptrdiff_t apart, const Vector& vector, const Plain& plain) {
+void compareRowsInPlace(Random& random, std::ptrdiff_t apart, const Vector& vector, const Plain& plain,
+                        std::int32_t step = 1) {
+  constexpr std::ptrdiff_t kFirst = 8;
   const std::int32_t n = random.within(0, kLongestRow);
-  std::vector<Pixel> expected = randomRow<Pixel>(random, kLongestRow + 16);
+  const std::ptrdiff_t distance = step < 0 ? -step : step;
+  std::vector<Pixel> expected = randomRow<Pixel>(
+      random, kLongestRow * static_cast<std::size_t>(std::max(distance, std::ptrdiff_t{1})) + 2 * kFirst);
   std::vector<Pixel> row = expected;
-  const auto runOf = [n](std::vector<Pixel>& pixels) { return HvPixelRun<Pixel>{pixels.data() + 8, 1, n, true}; };
-  const bool wanted = plain(runOf(expected), n, expected.data() + 8 + apart);
-  EXPECT_EQ(vector(runOf(row), n, row.data() + 8 + apart), wanted) << HvCpuLevel() << " " << n;
-  EXPECT_EQ(row, expected) << HvCpuLevel() << " " << n << " apart " << apart;
+  const auto runOf = [=](std::vector<Pixel>& pixels) {
+    const std::ptrdiff_t first = kFirst + (step < 0 && n > 0 ? (n - 1) * distance : 0);
+    return HvPixelRun<Pixel>{pixels.data() + first, step, n, true};
+  };
+  const bool wanted = plain(runOf(expected), n, expected.data() + kFirst + apart);
+  EXPECT_EQ(vector(runOf(row), n, row.data() + kFirst + apart), wanted) << HvCpuLevel() << " " << n;
+  EXPECT_EQ(row, expected) << HvCpuLevel() << " " << n << " apart " << apart << " step " << step;
 }
 
 }  // namespace vblur::test

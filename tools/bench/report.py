@@ -130,6 +130,25 @@ def mix_table(results):
     return table
 
 
+def rows_table(results):
+    levels = [level for level in LEVELS if level in results.values("rows", "level")]
+    best = results.context.get("cpu_level", "native")
+    table = Table(
+        "Copies and fills, one thread: ms per megapixel, and over a copy",
+        [""] + [f"{depth} bits, {best if level == 'native' else level}" for depth in (8, 16) for level in levels],
+    )
+    ways = ("copy", "mirrored", "copy of RGB", "mirrored RGB", "fill", "fill outside", "clear")
+    for way in ways if levels else ():
+        cells = []
+        for depth in (8, 16):
+            floor = results.per_megapixel("rows", depth=depth, way="copy")
+            for level in levels:
+                time = results.per_megapixel("rows", depth=depth, way=way, level=level)
+                cells.append("-" if time is None else f"{number(time)} ({number(over(time, floor))})")
+        table.add(way, *cells)
+    return table
+
+
 def pictures_table(results):
     table = Table(
         "Pictures of several sizes at r = 10: ms per megapixel, and over four copies",
@@ -219,6 +238,7 @@ def all_tables(results):
         *(levels_table(results, depth) for depth in (8, 16)),
         modes_table(results),
         mix_table(results),
+        rows_table(results),
         pictures_table(results),
         *(peers_table(results, depth, threads) for depth in (8, 16) for threads in (1, 2)),
         runs_table(results),
