@@ -5,7 +5,7 @@
 
 #include "effect/ClassIds.h"
 #include "effect/PropertyTable.h"
-#include "host/Job.h"
+#include "host/HostedEffect.h"
 #include "host/sdk/ClassObjects.h"
 #include "overlay/HvTCropBox.h"
 #include "server/CDsClassFactory.h"
