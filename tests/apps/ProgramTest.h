@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include "host/OutputFile.h"
 #include "tests/apps/Process.h"
@@ -11,6 +12,18 @@
 #include "tests/host_files/Pictures.h"
 
 namespace vblur::cli {
+
+// For this process and those that it starts, while it lives.
+class Environment {
+ public:
+  Environment(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
+  ~Environment() { ::unsetenv(name_); }
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
+
+ private:
+  const char* name_;
+};
 
 class ProgramTest : public testing::Test {
  protected:

@@ -1,22 +1,8 @@
 // What the program loads: nobody waits for hundreds of libraries who needs no picture.
-#include <stdlib.h>
-
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
 namespace {
-
-// For this process and those that it starts, while it lives.
-class Environment {
- public:
-  Environment(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
-  ~Environment() { ::unsetenv(name_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  const char* name_;
-};
 
 class StartUp : public ProgramTest {
  protected:

@@ -62,6 +62,16 @@ TEST_F(ViewProgram, DragsTheRingAndSavesTheJob) {
   EXPECT_EQ(Run({"job", "after.json"}).exit, 0);
 }
 
+TEST_F(ViewProgram, SaysWhatIsMissingWhereThereIsNoOpenGl) {
+  const Environment noDrivers("__EGL_VENDOR_LIBRARY_DIRS", folder_.path().string());
+  const auto before = host::NamesIn(folder_.path());
+  const ProcessResult result = Run({"view", "job.json", "view.png"});
+  EXPECT_EQ(result.exit, 1);
+  EXPECT_EQ(result.err.rfind("vblur: no OpenGL that paints without a window: no display without a surface, ", 0), 0u)
+      << result.err;
+  EXPECT_EQ(host::NamesIn(folder_.path()), before);
+}
+
 TEST_F(ViewProgram, ShowsWhatARenderWrites) {
   EXPECT_EQ(Run({"view", "job.json", "view.png", "--hide-controls"}).exit, 0);
   EXPECT_EQ(Run({"job", "job.json"}).exit, 0);

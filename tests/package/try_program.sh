@@ -9,3 +9,6 @@ cd "$scratch"
 moved/bin/vblur chart in.png --size 64x36
 moved/bin/vblur render in.png out.png --blur 5 -vv
 test -s out.png
+echo '{"version": 1, "input": {"file": "in.png"}, "output": {"file": "unused.png"}}' >job.json
+moved/bin/vblur view job.json view.png
+test -s view.png
