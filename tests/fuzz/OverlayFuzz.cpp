@@ -253,6 +253,7 @@ void OverlayFuzz::PenOnTool() {
     case 1: tool->OnPenUp(event); break;
     default: tool->OnPenMove(event); break;
   }
+  if (tool->hit() != nullptr) ++counts_["of these over a widget"];
 }
 
 // A binding that has the pen move, a page close or the effect go while the tool is telling of a change.
