@@ -3,7 +3,9 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
+#include <thread>
 
 #include "composite/ApplyCrop.h"
 #include "effect/Parameters.h"
@@ -120,6 +122,8 @@ class HvDsEffect : protected HvDsEffectState {
   // The viewer's handle for the tool, 0 for none.
   std::uintptr_t overlayContext = 0;
   std::int32_t overlayUseCount = 0;
+  // Which thread the tool belongs to, while there is one.
+  std::atomic<std::thread::id> overlayThread{};
   // The controls have been placed once.
   bool overlayReady = false;
 };

@@ -32,7 +32,10 @@ HRESULT HvDsEffect::ConnectOverlay(IUnknown* viewer) {
   if (made < 0) return made;
   VWControllerPushContext(kVWInteractiveContext, tool.get(), viewer, false, false, 0.0, &overlayContext);
   const HRESULT result = tool->QueryInterface(classes::kHvTInteract, overlayTool.Receive());
-  if (overlayTool) AttachOverlay();
+  if (overlayTool) {
+    overlayThread.store(std::this_thread::get_id());
+    AttachOverlay();
+  }
   return result;
 }
 
@@ -43,6 +46,7 @@ void HvDsEffect::DisconnectOverlay() {
 
 void HvDsEffect::ReleaseOverlay() {
   overlayUseCount = 0;
+  overlayThread.store({});
   if (overlayTool) DetachOverlay();
   if (overlayContext != 0) VWControllerRemoveContext(overlayContext);
   overlayContext = 0;

@@ -1,5 +1,6 @@
 // Where the frame's images and its region lie.
 #include <cstdint>
+#include <thread>
 
 #include "effect/Blur.h"
 #include "image/Arithmetic.h"
@@ -53,6 +54,9 @@ void Blur::ReportPlaces() {
   ReportPlace(outputPlace, cloneSource->outputPlace);
   ReportPlace(inputPlace, cloneSource->inputPlace);
   ReportPlace(inputPlace, cloneSource->input2Place);
+  // The controls belong to the thread of the viewer. A frame that is rendered beside it leaves them where they
+  // are; the next page or frame of that thread moves them.
+  if (cloneSource->overlayThread.load() == std::this_thread::get_id()) cloneSource->UpdateOverlayPlacement();
 }
 
 StageWindow Blur::RegionWindow() const {

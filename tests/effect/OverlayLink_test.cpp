@@ -1,4 +1,6 @@
 // The controls over the viewer as members of the effect: made with the first page, gone with the last.
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "effect/ClassIds.h"
@@ -163,33 +165,65 @@ TEST_F(OverlayLink, ShowsWhatThePageInFrontIsAbout) {
   effect->DisconnectOverlay();
 }
 
-TEST_F(OverlayLink, FollowsThePlaceOfTheFirstInput) {
-  EffectBench bench(400.0, 200.0);
-  effect->ConnectOverlay(&viewer);
-  effect->PageShown("crop");
+// A frame of 100 x 50 pixels.
+class OverlayPlace : public OverlayLink {
+ protected:
+  OverlayPlace() {
+    const auto black = [](std::int32_t, std::int32_t) { return Pixel8{0, 0, 0, 255}; };
+    Paint<Pixel8>(input, 100, 50, black);
+    Paint<Pixel8>(output, 100, 50, black);
+    effect->ConnectOverlay(&viewer);
+    effect->PageShown("crop");
+  }
+  ~OverlayPlace() override { effect->DisconnectOverlay(); }
+
+  void Render(IDSImageEffect& renderer) {
+    renderer.SetCoordMan(&coordMan);
+    renderer.SetEffectHost(&project);
+    renderer.SetInput(&input);
+    renderer.SetOutput(&output);
+    EXPECT_EQ(renderer.RenderFrame(0.0), kOk);
+    renderer.SetInput(nullptr);
+    renderer.SetOutput(nullptr);
+    renderer.SetEffectHost(nullptr);
+    renderer.SetCoordMan(nullptr);
+  }
+  ComPtr<IDSImageEffect> Clone() {
+    ComPtr<IDSImageEffect> clone;
+    EXPECT_EQ(effect->Clone(IDSImageEffect::kIid, clone.Receive()), kOk);
+    return clone;
+  }
+
   host::HostImage input;
   host::HostImage output;
-  const auto black = [](std::int32_t, std::int32_t) { return Pixel8{0, 0, 0, 255}; };
-  Paint<Pixel8>(input, 100, 50, black, {30, 20});
-  Paint<Pixel8>(output, 100, 50, black, {30, 20});
-  const host::CoordMan coordMan({1.0, 1.0});
-  host::EffectHost theHost(host::ProjectSizes{{400.0, 200.0}, {400.0, 200.0}});
-  effect->SetCoordMan(const_cast<host::CoordMan*>(&coordMan));
-  effect->SetEffectHost(&theHost);
-  effect->SetInput(&input);
-  effect->SetOutput(&output);
-  EXPECT_EQ(effect->RenderFrame(0.0), kOk);
-  effect->SetInput(nullptr);
-  effect->SetOutput(nullptr);
-  effect->SetEffectHost(nullptr);
-  EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f})) << "only a page asks where the picture lies";
+  host::CoordMan coordMan{{1.0, 1.0}};
+  const HvBox frame{0.0f, 400.0f, 0.0f, 200.0f};
+  const HvBox picture{0.0f, 100.0f, 0.0f, 50.0f};
+};
+
+TEST_F(OverlayPlace, FollowsThePictureWhenAPageIsShown) {
+  EXPECT_EQ(Crop()->limits(), frame);
+  Render(*effect);
+  EXPECT_EQ(Crop()->limits(), frame);
   effect->PageShown("crop");
-  const PlaceRecord& place = effect->InputPlace();
-  EXPECT_EQ(Crop()->limits(),
-            (HvBox{place.positionX, place.positionX + place.sizeX, place.positionY, place.positionY + place.sizeY}));
-  EXPECT_EQ(place.sizeX, 100.0f);
+  EXPECT_EQ(Crop()->limits(), picture);
   EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
-  effect->DisconnectOverlay();
+}
+
+TEST_F(OverlayPlace, FollowsThePictureOfAClone) {
+  Render(*Clone());
+  EXPECT_EQ(Crop()->limits(), picture);
+  EXPECT_EQ(Crop()->x1(), 100.0f);
+  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+}
+
+TEST_F(OverlayPlace, StaysWhereItIsForACloneOfAnotherThread) {
+  const auto clone = Clone();
+  std::thread([&] { Render(*clone); }).join();
+  EXPECT_EQ(Crop()->limits(), frame) << "widgets belong to the viewer's thread";
+  EXPECT_EQ(effect->InputPlace().sizeX, 100.0f);
+  effect->PageShown("crop");
+  EXPECT_EQ(Crop()->limits(), picture);
 }
 
 TEST_F(OverlayLink, WritesTheRadiusWhenThePenComesUp) {
