@@ -22,11 +22,10 @@ HWY_INLINE Ints Unscaled(Ints product) {
 // By 16384 the product has the same bits as the quotient.
 template <class Pixel>
 HWY_INLINE Floats Unscaled(Floats product) {
-  const FloatTag d;
   if constexpr (Pixel::kOne == 16384) {
-    return hn::Mul(product, hn::Set(d, 1.0f / 16384.0f));
+    return hn::Mul(product, hn::Set(FloatTag(), 1.0f / 16384.0f));
   } else {
-    return hn::Div(product, hn::Set(d, 255.0f));
+    return Divided<255>(product);
   }
 }
 
@@ -121,7 +120,7 @@ struct AddOver {
     return Of(WidenedToFloat(p), WidenedToFloat(q));
   }
   static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
-    const Floats k = hn::Div(ColourSum(q), hn::Set(FloatTag(), static_cast<float>(3 * Pixel::kOne)));
+    const Floats k = Divided<3 * Pixel::kOne>(ColourSum(q));
     const auto brightened = [&](Floats a) HWY_ATTR { return hn::Add(hn::Mul(a, k), a); };
     return Finished<Pixel>(
         Planes<Floats>{brightened(p.red), brightened(p.green), brightened(p.blue), hn::Add(p.alpha, q.alpha)});
