@@ -24,6 +24,10 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+// Vectors that a step takes side by side. Two of 256 bits are a cache line, which is worth more than the sums that
+// find no register then.
+inline constexpr std::size_t kUnitsOfStep = HWY_TARGET <= HWY_AVX2 ? 2 : 1;
+
 // What becomes of a vector of results beside its place.
 template <class C>
 struct Output {
@@ -222,7 +226,7 @@ struct ByteSums : ByteLanes<T, kPacked> {
   using typename Lanes::Pair;
   using typename Lanes::V;
   static constexpr std::size_t kSumBytes = 2 * Lanes::kBytes;
-  static constexpr std::size_t kUnits = HWY_TARGET <= HWY_AVX3 ? 2 : 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
 
   struct Sum {
     Pair lanes;
@@ -310,7 +314,7 @@ struct MediumSums : ByteSums<std::uint16_t, kPacked, MediumSums<kPacked>> {
 // 63 * 255 = 16065, so that a carry of one is all there is.
 struct SplitSums : ByteLanes<std::int16_t, true> {
   static constexpr std::size_t kSumBytes = 4 * kBytes;
-  static constexpr std::size_t kUnits = 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
 
   struct Sum {
     Pair low;
@@ -381,7 +385,7 @@ struct ScaledSums {
   static constexpr std::size_t kBytes = hn::MaxLanes(D()) * sizeof(std::int16_t);
   static constexpr std::size_t kRingBytes = kBytes;
   static constexpr std::size_t kSumBytes = 2 * kBytes;
-  static constexpr std::size_t kUnits = HWY_TARGET <= HWY_AVX3 ? 2 : 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
 
   struct Sum {
     V32 lower;

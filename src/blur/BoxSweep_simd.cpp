@@ -162,10 +162,11 @@ template <bool kFraction, class Sums>
 HWY_INLINE void AllColumns(const Sums& sums, BoxSweep::State& state, const SweepRows& rows,
                            const typename Sums::Component* const* in, typename Sums::Component* const* out) {
   std::int64_t slot = 0;
-  if (Sums::kUnits == 2 && state.rowBytes % (2 * Sums::kBytes) == 0) {
-    for (std::size_t at = 0; at < state.rowBytes; at += 2 * Sums::kBytes)
+  constexpr std::size_t kStepBytes = Sums::kUnits * Sums::kBytes;
+  if (kSweepUnit % kStepBytes == 0 || state.rowBytes % kStepBytes == 0) {
+    for (std::size_t at = 0; at < state.rowBytes; at += kStepBytes)
       slot = Columns<kFraction, Sums::kUnits>(sums, state, rows, in, out, at);
-  } else {
+  } else if constexpr (kSweepUnit % kStepBytes != 0) {
     for (std::size_t at = 0; at < state.rowBytes; at += Sums::kBytes)
       slot = Columns<kFraction, 1>(sums, state, rows, in, out, at);
   }
@@ -217,8 +218,9 @@ void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
   SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
 }
 
-bool FillsLines() {
-  return hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
+bool FillsLines(std::size_t componentBytes) {
+  const std::size_t units = componentBytes == 4 ? WideSums<std::int32_t>::kUnits : kUnitsOfStep;
+  return units * hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
 }
 
 }  // namespace HWY_NAMESPACE
@@ -259,8 +261,8 @@ void BoxSweep::keepOthers(const std::byte* mask, std::size_t bytes) {
   state_.merges = true;
 }
 
-bool BoxSweep::fillsLines() {
-  return HWY_DYNAMIC_DISPATCH(FillsLines)();
+bool BoxSweep::fillsLines(std::size_t componentBytes) {
+  return HWY_DYNAMIC_DISPATCH(FillsLines)(componentBytes);
 }
 
 // A box of no width and full weight gives back what it is given.
