@@ -114,8 +114,8 @@ struct WideSums {
 };
 
 #if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128 && HWY_TARGET != HWY_SCALAR
-// Two operations on bytes that Highway does not have: 16-bit lanes of two vectors narrowed within their blocks, and
-// the products of bytes with signed ones, added in pairs.
+// What Highway lacks: 16-bit lanes narrowed within their blocks, and products of bytes with signed ones, added in
+// pairs.
 HWY_INLINE __m128i SaturatedToBytes(__m128i lower, __m128i upper) {
   return _mm_packus_epi16(lower, upper);
 }
@@ -374,8 +374,11 @@ struct SplitSums : ByteLanes<std::int16_t, true> {
   hn::Vec<U16> frac;
 };
 
-// 16-bit components. The sum is kept multiplied by the scale and with the rounding, in 32 bits, and moved by
-// in * scale - out * scale at once: products of pairs of 16-bit lanes, added.
+// 16-bit components. The sum is kept multiplied by kTimes * scale and with the rounding, in 32 bits, and moved by what
+// enters and what leaves at once: products of pairs of 16-bit lanes, added. With four times the scale a result is the
+// upper half of its lane; a scale above 8191 can only be doubled.
+// Results of the two halves of a 128-bit block are dealt together; after three boxes its components are in order again.
+template <std::int32_t kTimes>
 struct ScaledSums {
   using Component = std::int16_t;
   using D = hn::ScalableTag<std::int16_t>;
@@ -400,10 +403,16 @@ struct ScaledSums {
     }
   };
 
+  static bool Fits(const BoxConstants& box) { return kTimes * box.scale <= 32767; }
   explicit ScaledSums(const BoxConstants& box)
-      : scales(Pairs(box.scale, -box.scale)), scale(Pairs(box.scale, 0)), ends(Pairs(box.frac, box.frac - 16384)) {}
+      : scales(Pairs(kTimes * box.scale, -kTimes * box.scale)),
+        scale(Pairs(0, kTimes * box.scale)),
+        ends(Pairs(2 * box.frac, 2 * box.frac - 32768)) {}
 
-  HWY_INLINE Sum Empty() const { return {hn::Set(D32(), 8192), hn::Set(D32(), 8192)}; }
+  HWY_INLINE Sum Empty() const {
+    const V32 half = hn::Set(D32(), kTimes * 8192);
+    return {half, half};
+  }
   static HWY_INLINE V Read(const std::int16_t* p) { return hn::LoadU(D(), p); }
   static HWY_INLINE void Write(V v, const Output<std::int16_t>& output, std::int16_t* p) {
     if (output.others != nullptr) v = Merged(Read(output.mask), v, Read(output.others));
@@ -425,7 +434,7 @@ struct ScaledSums {
     const V32 b = Result<kFraction>(sum.upper, upper);
     sum.lower = AddProducts(sum.lower, lower, scales);
     sum.upper = AddProducts(sum.upper, upper, scales);
-    return Narrowed(a, b);
+    return Dealt(a, b);
   }
 
  private:
@@ -436,15 +445,25 @@ struct ScaledSums {
     return hn::BitCast(D(), hn::Set(D32(), both));
   }
 
+  // The sum that a result is taken from.
   template <bool kFraction>
   HWY_INLINE V32 Result(V32 sum, V both) const {
     if constexpr (kFraction) {
-      // ((in + out) * frac >> 14) - out, which 16 bits hold: it lies between the two components and theirs
-      // with the sign changed. The upper half of the lane is multiplied by nothing.
-      const V32 more = hn::ShiftRight<14>(AddProducts(hn::Zero(D32()), both, ends));
-      sum = AddProducts(sum, hn::BitCast(D(), more), scale);
+      // ((in + out) * frac >> 14) - out is the upper half of twice these products; 16 bits hold it, as it lies between
+      // the two components and theirs with the sign changed. The lower half is multiplied by nothing.
+      const V32 products = AddProducts(hn::Zero(D32()), both, ends);
+      sum = AddProducts(sum, hn::BitCast(D(), hn::Add(products, products)), scale);
     }
-    return hn::ShiftRight<14>(sum);
+    return sum;
+  }
+
+  // The results of the lower sums in lanes of even places, those of the upper ones in lanes of odd places.
+  static HWY_INLINE V Dealt(V32 lower, V32 upper) {
+    if constexpr (kTimes == 4) {
+      return hn::OddEven(hn::BitCast(D(), upper), hn::BitCast(D(), hn::ShiftRight<16>(lower)));
+    } else {
+      return hn::OddEven(hn::BitCast(D(), hn::Add(upper, upper)), hn::BitCast(D(), hn::ShiftRight<15>(lower)));
+    }
   }
 
   // The sum and, of each two lanes side by side, the two products.
@@ -459,18 +478,11 @@ struct ScaledSums {
     return hn::ReorderWidenMulAccumulate(D32(), a, b, sum, unused);
 #endif
   }
-  // Both interleave within blocks of 128 bits, so that the one undoes the other.
-  static HWY_INLINE V Narrowed(V32 lower, V32 upper) {
-    return hn::ReorderDemote2To(D(), lower, upper);
-  }
 #else
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
     const auto even = [](V v) { return hn::ShiftRight<16>(hn::ShiftLeft<16>(hn::BitCast(D32(), v))); };
     const auto odd = [](V v) { return hn::ShiftRight<16>(hn::BitCast(D32(), v)); };
     return hn::Add(sum, hn::Add(hn::Mul(even(a), even(b)), hn::Mul(odd(a), odd(b))));
-  }
-  static HWY_INLINE V Narrowed(V32 lower, V32 upper) {
-    return hn::ConcatEven(D(), hn::BitCast(D(), upper), hn::BitCast(D(), lower));
   }
 #endif
 

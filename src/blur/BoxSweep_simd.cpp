@@ -209,7 +209,8 @@ void Sweep16(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
 #if HWY_TARGET == HWY_SCALAR
   SweepSums<WideSums<std::int16_t>>(box, state, rows, in, out);
 #else
-  SweepSums<ScaledSums>(box, state, rows, in, out);
+  if (ScaledSums<4>::Fits(box)) return SweepSums<ScaledSums<4>>(box, state, rows, in, out);
+  SweepSums<ScaledSums<2>>(box, state, rows, in, out);
 #endif
 }
 
