@@ -184,10 +184,15 @@ void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows&
   }
 }
 
-// Whether rings of 16-bit lanes leave the nearest cache room for the rows that fill them.
-HWY_INLINE bool FitsCache(const BoxConstants& box, const BoxSweep::State& state) {
-  constexpr std::int64_t kRingBytesMost = 16 << 10;
-  return BoxSweep::taps(box) * static_cast<std::int64_t>(4 * state.rowBytes) <= kRingBytesMost;
+// Whether 8-bit components wait packed between two boxes. A fraction leaves no time for packing, as long as the nearest
+// cache holds rings of 16-bit lanes beside the rows that fill them; without one, 512 bits pack faster than they store.
+HWY_INLINE bool Packs(const BoxConstants& box, const BoxSweep::State& state) {
+  constexpr std::int64_t kCacheBytes = 48 << 10;
+  constexpr std::int64_t kRowsBeside = 192;
+  constexpr std::int64_t kPlainRingBytes = HWY_TARGET <= HWY_AVX3 ? 0 : 16 << 10;
+  const auto rowBytes = static_cast<std::int64_t>(state.rowBytes);
+  const std::int64_t ringBytes = BoxSweep::taps(box) * 4 * rowBytes;
+  return box.d == 0 ? ringBytes > kPlainRingBytes : ringBytes + kRowsBeside * rowBytes > kCacheBytes;
 }
 
 void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
@@ -196,8 +201,8 @@ void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& ro
   SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
 #else
   if (SmallSums<false>::Fits(box)) {
-    if (FitsCache(box, state)) return SweepSums<SmallSums<false>>(box, state, rows, in, out);
-    return SweepSums<SmallSums<true>>(box, state, rows, in, out);
+    if (Packs(box, state)) return SweepSums<SmallSums<true>>(box, state, rows, in, out);
+    return SweepSums<SmallSums<false>>(box, state, rows, in, out);
   }
   if (MediumSums<true>::Fits(box)) return SweepSums<MediumSums<true>>(box, state, rows, in, out);
   SweepSums<SplitSums>(box, state, rows, in, out);
