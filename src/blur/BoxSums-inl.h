@@ -24,6 +24,10 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+// Vectors that a step takes side by side. Two of 256 bits are a cache line, which is worth more than the sums that
+// find no register then.
+inline constexpr std::size_t kUnitsOfStep = HWY_TARGET <= HWY_AVX2 ? 2 : 1;
+
 // What becomes of a vector of results beside its place.
 template <class C>
 struct Output {
@@ -109,10 +113,37 @@ struct WideSums {
   V frac;
 };
 
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128 && HWY_TARGET != HWY_SCALAR
+// What Highway lacks: 16-bit lanes narrowed within their blocks, and products of bytes with signed ones, added in
+// pairs.
+HWY_INLINE __m128i SaturatedToBytes(__m128i lower, __m128i upper) {
+  return _mm_packus_epi16(lower, upper);
+}
+HWY_INLINE __m128i SumOfProducts(__m128i bytes, __m128i factors) {
+  return _mm_maddubs_epi16(bytes, factors);
+}
+#if HWY_TARGET <= HWY_AVX2
+HWY_INLINE __m256i SaturatedToBytes(__m256i lower, __m256i upper) {
+  return _mm256_packus_epi16(lower, upper);
+}
+HWY_INLINE __m256i SumOfProducts(__m256i bytes, __m256i factors) {
+  return _mm256_maddubs_epi16(bytes, factors);
+}
+#endif
+#if HWY_TARGET <= HWY_AVX3
+HWY_INLINE __m512i SaturatedToBytes(__m512i lower, __m512i upper) {
+  return _mm512_packus_epi16(lower, upper);
+}
+HWY_INLINE __m512i SumOfProducts(__m512i bytes, __m512i factors) {
+  return _mm512_maddubs_epi16(bytes, factors);
+}
+#endif
+#endif
+
 #if HWY_TARGET != HWY_SCALAR
 
-// 8-bit components as two vectors of 16-bit lanes, those of even and those of odd places. Between two boxes they
-// wait in these lanes, or packed where the rings would not fit the nearest cache.
+// 8-bit components as two vectors of 16-bit lanes, those of the lower and of the upper half of each 128-bit block.
+// Between two boxes they wait in these lanes, or packed where the rings would not fit the nearest cache.
 template <class T, bool kPacked>
 struct ByteLanes {
   using Component = std::uint8_t;
@@ -120,27 +151,21 @@ struct ByteLanes {
   using V = hn::Vec<D>;
   using U16 = hn::ScalableTag<std::uint16_t>;
   using U8 = hn::ScalableTag<std::uint8_t>;
+  using Bytes = hn::Vec<U8>;
   static constexpr std::size_t kBytes = hn::MaxLanes(U8());
   static constexpr std::size_t kRingBytes = (kPacked ? 1 : 2) * kBytes;
 
   struct Pair {
-    V even;
-    V odd;
+    V lower;
+    V upper;
   };
 
-  static HWY_INLINE Pair Read(const std::uint8_t* p) {
-    const auto both = hn::BitCast(U16(), hn::LoadU(U8(), p));
-    return {hn::BitCast(D(), hn::And(both, hn::Set(U16(), 0xFF))), hn::BitCast(D(), hn::ShiftRight<8>(both))};
-  }
+  static HWY_INLINE Bytes Read(const std::uint8_t* p) { return hn::LoadU(U8(), p); }
   // Values of 0 to 255.
   static HWY_INLINE void Write(const Pair& v, const Output<std::uint8_t>& output, std::uint8_t* p) {
     auto both = Packed(v);
     if (output.others != nullptr) both = Merged(hn::LoadU(U8(), output.mask), both, hn::LoadU(U8(), output.others));
     PutOut(U8(), both, output, p);
-  }
-  static HWY_INLINE hn::Vec<U8> Packed(const Pair& v) {
-    const auto odd = hn::ShiftLeft<8>(hn::BitCast(U16(), v.odd));
-    return hn::BitCast(U8(), hn::Or(hn::BitCast(U16(), v.even), odd));
   }
   static HWY_INLINE void Keep(const Pair& v, std::byte* p) {
     if constexpr (kPacked) {
@@ -151,17 +176,44 @@ struct ByteLanes {
   }
   static HWY_INLINE Pair Kept(const std::byte* p) {
     if constexpr (kPacked) {
-      return Read(reinterpret_cast<const std::uint8_t*>(p));
+      return Unpacked(Read(reinterpret_cast<const std::uint8_t*>(p)));
     } else {
       return LoadPair(p);
     }
   }
   static HWY_INLINE void StorePair(const Pair& v, std::byte* p) {
-    hn::StoreU(v.even, D(), reinterpret_cast<T*>(p));
-    hn::StoreU(v.odd, D(), reinterpret_cast<T*>(p + kBytes));
+    hn::StoreU(v.lower, D(), reinterpret_cast<T*>(p));
+    hn::StoreU(v.upper, D(), reinterpret_cast<T*>(p + kBytes));
   }
   static HWY_INLINE Pair LoadPair(const std::byte* p) {
     return {hn::LoadU(D(), reinterpret_cast<const T*>(p)), hn::LoadU(D(), reinterpret_cast<const T*>(p + kBytes))};
+  }
+
+  static HWY_INLINE Pair Unpacked(Bytes v) {
+    return {hn::BitCast(D(), hn::InterleaveLower(U8(), v, hn::Zero(U8()))),
+            hn::BitCast(D(), hn::InterleaveUpper(U8(), v, hn::Zero(U8())))};
+  }
+  static HWY_INLINE const Pair& Unpacked(const Pair& v) { return v; }
+  static HWY_INLINE Bytes Packed(const Pair& v) {
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
+    return Bytes{SaturatedToBytes(v.lower.raw, v.upper.raw)};
+#else
+    return hn::ConcatEven(U8(), hn::BitCast(U8(), v.upper), hn::BitCast(U8(), v.lower));
+#endif
+  }
+  static HWY_INLINE Pair Difference(const Pair& in, const Pair& out) {
+    return {hn::Sub(in.lower, out.lower), hn::Sub(in.upper, out.upper)};
+  }
+  static HWY_INLINE Pair Difference(Bytes in, Bytes out) {
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
+    // Each `in` beside its `out`, times 1 and -1, added.
+    const Bytes signs = hn::BitCast(U8(), hn::Set(U16(), 0xFF01));
+    const auto lower = SumOfProducts(hn::InterleaveLower(U8(), in, out).raw, signs.raw);
+    const auto upper = SumOfProducts(hn::InterleaveUpper(U8(), in, out).raw, signs.raw);
+    return {hn::BitCast(D(), Bytes{lower}), hn::BitCast(D(), Bytes{upper})};
+#else
+    return Difference(Unpacked(in), Unpacked(out));
+#endif
   }
 };
 
@@ -174,7 +226,7 @@ struct ByteSums : ByteLanes<T, kPacked> {
   using typename Lanes::Pair;
   using typename Lanes::V;
   static constexpr std::size_t kSumBytes = 2 * Lanes::kBytes;
-  static constexpr std::size_t kUnits = HWY_TARGET <= HWY_AVX3 ? 2 : 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
 
   struct Sum {
     Pair lanes;
@@ -183,27 +235,34 @@ struct ByteSums : ByteLanes<T, kPacked> {
   };
 
   HWY_INLINE Sum Empty() const { return {{hn::Zero(D()), hn::Zero(D())}}; }
-  HWY_INLINE void Add(Sum& sum, const Pair& in) const {
-    sum.lanes = {hn::Add(sum.lanes.even, in.even), hn::Add(sum.lanes.odd, in.odd)};
+  // Both components are bytes, or both are lanes.
+  template <class In>
+  HWY_INLINE void Add(Sum& sum, const In& in) const {
+    const Pair lanes = Lanes::Unpacked(in);
+    sum.lanes = {hn::Add(sum.lanes.lower, lanes.lower), hn::Add(sum.lanes.upper, lanes.upper)};
   }
-  template <bool kFraction>
-  HWY_INLINE Pair Step(Sum& sum, const Pair& in, const Pair& out) const {
-    return {Lane<kFraction>(sum.lanes.even, in.even, out.even), Lane<kFraction>(sum.lanes.odd, in.odd, out.odd)};
+  template <bool kFraction, class In>
+  HWY_INLINE Pair Step(Sum& sum, const In& in, const In& out) const {
+    if constexpr (kFraction) {
+      const Pair newest = Lanes::Unpacked(in);
+      const Pair oldest = Lanes::Unpacked(out);
+      return {Weighted(sum.lanes.lower, newest.lower, oldest.lower),
+              Weighted(sum.lanes.upper, newest.upper, oldest.upper)};
+    } else {
+      const Kind& kind = static_cast<const Kind&>(*this);
+      const Pair result{kind.Scaled(sum.lanes.lower), kind.Scaled(sum.lanes.upper)};
+      const Pair more = Lanes::Difference(in, out);
+      sum.lanes = {hn::Add(sum.lanes.lower, more.lower), hn::Add(sum.lanes.upper, more.upper)};
+      return result;
+    }
   }
 
  private:
-  template <bool kFraction>
-  HWY_INLINE V Lane(V& sum, V in, V out) const {
+  HWY_INLINE V Weighted(V& sum, V in, V out) const {
     const Kind& kind = static_cast<const Kind&>(*this);
-    if constexpr (kFraction) {
-      const V inner = hn::Sub(sum, out);
-      sum = hn::Add(inner, in);
-      return kind.Scaled(hn::Add(inner, kind.Ends(hn::Add(in, out))));
-    } else {
-      const V result = kind.Scaled(sum);
-      sum = hn::Add(sum, hn::Sub(in, out));
-      return result;
-    }
+    const V inner = hn::Sub(sum, out);
+    sum = hn::Add(inner, in);
+    return kind.Scaled(hn::Add(inner, kind.Ends(hn::Add(in, out))));
   }
 };
 
@@ -255,7 +314,7 @@ struct MediumSums : ByteSums<std::uint16_t, kPacked, MediumSums<kPacked>> {
 // 63 * 255 = 16065, so that a carry of one is all there is.
 struct SplitSums : ByteLanes<std::int16_t, true> {
   static constexpr std::size_t kSumBytes = 4 * kBytes;
-  static constexpr std::size_t kUnits = 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
 
   struct Sum {
     Pair low;
@@ -278,14 +337,21 @@ struct SplitSums : ByteLanes<std::int16_t, true> {
     const V half = hn::Set(D(), 8192);
     return {{half, half}, {hn::Zero(D()), hn::Zero(D())}};
   }
-  HWY_INLINE void Add(Sum& sum, const Pair& in) const {
-    Move(sum.low.even, sum.high.even, in.even);
-    Move(sum.low.odd, sum.high.odd, in.odd);
+  template <class In>
+  HWY_INLINE void Add(Sum& sum, const In& in) const {
+    Move(sum, Unpacked(in));
   }
-  template <bool kFraction>
-  HWY_INLINE Pair Step(Sum& sum, const Pair& in, const Pair& out) const {
-    return {Lane<kFraction>(sum.low.even, sum.high.even, in.even, out.even),
-            Lane<kFraction>(sum.low.odd, sum.high.odd, in.odd, out.odd)};
+  template <bool kFraction, class In>
+  HWY_INLINE Pair Step(Sum& sum, const In& in, const In& out) const {
+    Pair result = sum.high;
+    if constexpr (kFraction) {
+      const Pair newest = Unpacked(in);
+      const Pair oldest = Unpacked(out);
+      result = {Weighted(sum.low.lower, sum.high.lower, newest.lower, oldest.lower),
+                Weighted(sum.low.upper, sum.high.upper, newest.upper, oldest.upper)};
+    }
+    Move(sum, Difference(in, out));
+    return result;
   }
 
  private:
@@ -294,24 +360,25 @@ struct SplitSums : ByteLanes<std::int16_t, true> {
     high = hn::Add(high, hn::ShiftRight<14>(moved));
     low = hn::And(moved, hn::Set(D(), 0x3FFF));
   }
-  template <bool kFraction>
-  HWY_INLINE V Lane(V& low, V& high, V in, V out) const {
-    V result = high;
-    if constexpr (kFraction) {
-      // What the weighted ends are more than the tap that leaves lies within -255 and 255.
-      const V ends = hn::BitCast(D(), hn::MulHigh(hn::BitCast(U16(), hn::Add(in, out)), frac));
-      result = hn::Add(high, hn::ShiftRight<14>(hn::Add(low, hn::Mul(hn::Sub(ends, out), scale))));
-    }
-    Move(low, high, hn::Sub(in, out));
-    return result;
+  HWY_INLINE void Move(Sum& sum, const Pair& by) const {
+    Move(sum.low.lower, sum.high.lower, by.lower);
+    Move(sum.low.upper, sum.high.upper, by.upper);
+  }
+  HWY_INLINE V Weighted(V low, V high, V in, V out) const {
+    // What the weighted ends are more than the tap that leaves lies within -255 and 255.
+    const V ends = hn::BitCast(D(), hn::MulHigh(hn::BitCast(U16(), hn::Add(in, out)), frac));
+    return hn::Add(high, hn::ShiftRight<14>(hn::Add(low, hn::Mul(hn::Sub(ends, out), scale))));
   }
 
   V scale;
   hn::Vec<U16> frac;
 };
 
-// 16-bit components. The sum is kept multiplied by the scale and with the rounding, in 32 bits, and moved by
-// in * scale - out * scale at once: products of pairs of 16-bit lanes, added.
+// 16-bit components. The sum is kept multiplied by kTimes * scale and with the rounding, in 32 bits, and moved by what
+// enters and what leaves at once: products of pairs of 16-bit lanes, added. With four times the scale a result is the
+// upper half of its lane; a scale above 8191 can only be doubled.
+// Results of the two halves of a 128-bit block are dealt together; after three boxes its components are in order again.
+template <std::int32_t kTimes>
 struct ScaledSums {
   using Component = std::int16_t;
   using D = hn::ScalableTag<std::int16_t>;
@@ -321,7 +388,7 @@ struct ScaledSums {
   static constexpr std::size_t kBytes = hn::MaxLanes(D()) * sizeof(std::int16_t);
   static constexpr std::size_t kRingBytes = kBytes;
   static constexpr std::size_t kSumBytes = 2 * kBytes;
-  static constexpr std::size_t kUnits = HWY_TARGET <= HWY_AVX3 ? 2 : 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
 
   struct Sum {
     V32 lower;
@@ -336,10 +403,16 @@ struct ScaledSums {
     }
   };
 
+  static bool Fits(const BoxConstants& box) { return kTimes * box.scale <= 32767; }
   explicit ScaledSums(const BoxConstants& box)
-      : scales(Pairs(box.scale, -box.scale)), scale(Pairs(box.scale, 0)), ends(Pairs(box.frac, box.frac - 16384)) {}
+      : scales(Pairs(kTimes * box.scale, -kTimes * box.scale)),
+        scale(Pairs(0, kTimes * box.scale)),
+        ends(Pairs(2 * box.frac, 2 * box.frac - 32768)) {}
 
-  HWY_INLINE Sum Empty() const { return {hn::Set(D32(), 8192), hn::Set(D32(), 8192)}; }
+  HWY_INLINE Sum Empty() const {
+    const V32 half = hn::Set(D32(), kTimes * 8192);
+    return {half, half};
+  }
   static HWY_INLINE V Read(const std::int16_t* p) { return hn::LoadU(D(), p); }
   static HWY_INLINE void Write(V v, const Output<std::int16_t>& output, std::int16_t* p) {
     if (output.others != nullptr) v = Merged(Read(output.mask), v, Read(output.others));
@@ -361,7 +434,7 @@ struct ScaledSums {
     const V32 b = Result<kFraction>(sum.upper, upper);
     sum.lower = AddProducts(sum.lower, lower, scales);
     sum.upper = AddProducts(sum.upper, upper, scales);
-    return Narrowed(a, b);
+    return Dealt(a, b);
   }
 
  private:
@@ -372,15 +445,25 @@ struct ScaledSums {
     return hn::BitCast(D(), hn::Set(D32(), both));
   }
 
+  // The sum that a result is taken from.
   template <bool kFraction>
   HWY_INLINE V32 Result(V32 sum, V both) const {
     if constexpr (kFraction) {
-      // ((in + out) * frac >> 14) - out, which 16 bits hold: it lies between the two components and theirs
-      // with the sign changed. The upper half of the lane is multiplied by nothing.
-      const V32 more = hn::ShiftRight<14>(AddProducts(hn::Zero(D32()), both, ends));
-      sum = AddProducts(sum, hn::BitCast(D(), more), scale);
+      // ((in + out) * frac >> 14) - out is the upper half of twice these products; 16 bits hold it, as it lies between
+      // the two components and theirs with the sign changed. The lower half is multiplied by nothing.
+      const V32 products = AddProducts(hn::Zero(D32()), both, ends);
+      sum = AddProducts(sum, hn::BitCast(D(), hn::Add(products, products)), scale);
     }
-    return hn::ShiftRight<14>(sum);
+    return sum;
+  }
+
+  // The results of the lower sums in lanes of even places, those of the upper ones in lanes of odd places.
+  static HWY_INLINE V Dealt(V32 lower, V32 upper) {
+    if constexpr (kTimes == 4) {
+      return hn::OddEven(hn::BitCast(D(), upper), hn::BitCast(D(), hn::ShiftRight<16>(lower)));
+    } else {
+      return hn::OddEven(hn::BitCast(D(), hn::Add(upper, upper)), hn::BitCast(D(), hn::ShiftRight<15>(lower)));
+    }
   }
 
   // The sum and, of each two lanes side by side, the two products.
@@ -395,18 +478,11 @@ struct ScaledSums {
     return hn::ReorderWidenMulAccumulate(D32(), a, b, sum, unused);
 #endif
   }
-  // Both interleave within blocks of 128 bits, so that the one undoes the other.
-  static HWY_INLINE V Narrowed(V32 lower, V32 upper) {
-    return hn::ReorderDemote2To(D(), lower, upper);
-  }
 #else
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
     const auto even = [](V v) { return hn::ShiftRight<16>(hn::ShiftLeft<16>(hn::BitCast(D32(), v))); };
     const auto odd = [](V v) { return hn::ShiftRight<16>(hn::BitCast(D32(), v)); };
     return hn::Add(sum, hn::Add(hn::Mul(even(a), even(b)), hn::Mul(odd(a), odd(b))));
-  }
-  static HWY_INLINE V Narrowed(V32 lower, V32 upper) {
-    return hn::ConcatEven(D(), hn::BitCast(D(), upper), hn::BitCast(D(), lower));
   }
 #endif
 

@@ -62,7 +62,7 @@ class BoxSweep {
   static std::int64_t behind(const BoxConstants& box) { return 3 * taps(box) - centre(box); }
   // Whether a step writes whole cache lines, as it has to where results are streamed: otherwise the parts of a
   // line would go to memory one by one.
-  static bool fillsLines();
+  static bool fillsLines(std::size_t componentBytes);
   // Steps before the first result.
   std::int64_t lead() const { return 3 * taps(box_); }
 

@@ -162,10 +162,11 @@ template <bool kFraction, class Sums>
 HWY_INLINE void AllColumns(const Sums& sums, BoxSweep::State& state, const SweepRows& rows,
                            const typename Sums::Component* const* in, typename Sums::Component* const* out) {
   std::int64_t slot = 0;
-  if (Sums::kUnits == 2 && state.rowBytes % (2 * Sums::kBytes) == 0) {
-    for (std::size_t at = 0; at < state.rowBytes; at += 2 * Sums::kBytes)
+  constexpr std::size_t kStepBytes = Sums::kUnits * Sums::kBytes;
+  if (kSweepUnit % kStepBytes == 0 || state.rowBytes % kStepBytes == 0) {
+    for (std::size_t at = 0; at < state.rowBytes; at += kStepBytes)
       slot = Columns<kFraction, Sums::kUnits>(sums, state, rows, in, out, at);
-  } else {
+  } else if constexpr (kSweepUnit % kStepBytes != 0) {
     for (std::size_t at = 0; at < state.rowBytes; at += Sums::kBytes)
       slot = Columns<kFraction, 1>(sums, state, rows, in, out, at);
   }
@@ -183,10 +184,15 @@ void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows&
   }
 }
 
-// Whether rings of 16-bit lanes leave the nearest cache room for the rows that fill them.
-HWY_INLINE bool FitsCache(const BoxConstants& box, const BoxSweep::State& state) {
-  constexpr std::int64_t kRingBytesMost = 16 << 10;
-  return BoxSweep::taps(box) * static_cast<std::int64_t>(4 * state.rowBytes) <= kRingBytesMost;
+// Whether 8-bit components wait packed between two boxes. A fraction leaves no time for packing, as long as the nearest
+// cache holds rings of 16-bit lanes beside the rows that fill them; without one, 512 bits pack faster than they store.
+HWY_INLINE bool Packs(const BoxConstants& box, const BoxSweep::State& state) {
+  constexpr std::int64_t kCacheBytes = 48 << 10;
+  constexpr std::int64_t kRowsBeside = 192;
+  constexpr std::int64_t kPlainRingBytes = HWY_TARGET <= HWY_AVX3 ? 0 : 16 << 10;
+  const auto rowBytes = static_cast<std::int64_t>(state.rowBytes);
+  const std::int64_t ringBytes = BoxSweep::taps(box) * 4 * rowBytes;
+  return box.d == 0 ? ringBytes > kPlainRingBytes : ringBytes + kRowsBeside * rowBytes > kCacheBytes;
 }
 
 void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
@@ -195,8 +201,8 @@ void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& ro
   SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
 #else
   if (SmallSums<false>::Fits(box)) {
-    if (FitsCache(box, state)) return SweepSums<SmallSums<false>>(box, state, rows, in, out);
-    return SweepSums<SmallSums<true>>(box, state, rows, in, out);
+    if (Packs(box, state)) return SweepSums<SmallSums<true>>(box, state, rows, in, out);
+    return SweepSums<SmallSums<false>>(box, state, rows, in, out);
   }
   if (MediumSums<true>::Fits(box)) return SweepSums<MediumSums<true>>(box, state, rows, in, out);
   SweepSums<SplitSums>(box, state, rows, in, out);
@@ -208,7 +214,8 @@ void Sweep16(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
 #if HWY_TARGET == HWY_SCALAR
   SweepSums<WideSums<std::int16_t>>(box, state, rows, in, out);
 #else
-  SweepSums<ScaledSums>(box, state, rows, in, out);
+  if (ScaledSums<4>::Fits(box)) return SweepSums<ScaledSums<4>>(box, state, rows, in, out);
+  SweepSums<ScaledSums<2>>(box, state, rows, in, out);
 #endif
 }
 
@@ -217,8 +224,9 @@ void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
   SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
 }
 
-bool FillsLines() {
-  return hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
+bool FillsLines(std::size_t componentBytes) {
+  const std::size_t units = componentBytes == 4 ? WideSums<std::int32_t>::kUnits : kUnitsOfStep;
+  return units * hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
 }
 
 }  // namespace HWY_NAMESPACE
@@ -259,8 +267,8 @@ void BoxSweep::keepOthers(const std::byte* mask, std::size_t bytes) {
   state_.merges = true;
 }
 
-bool BoxSweep::fillsLines() {
-  return HWY_DYNAMIC_DISPATCH(FillsLines)();
+bool BoxSweep::fillsLines(std::size_t componentBytes) {
+  return HWY_DYNAMIC_DISPATCH(FillsLines)(componentBytes);
 }
 
 // A box of no width and full weight gives back what it is given.

@@ -116,7 +116,7 @@ class StripPasses {
     const HvMemoryNote note(static_cast<std::size_t>(width()) * sizeof(Component*));
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
     if (!strip.isReady() || targets == nullptr) return false;
-    const bool inPlace = !streams() || BoxSweep::fillsLines();
+    const bool inPlace = !streams() || BoxSweep::fillsLines(sizeof(Component));
     const HvSpan band = bandOfThisThread(0, strips());
     for (std::int32_t s = band.first; s < band.last; ++s) {
       const std::int32_t first = s * kRows;
@@ -165,7 +165,7 @@ class StripPasses {
         return out.target(static_cast<std::int32_t>(columns_.first) + first,
                           static_cast<std::int32_t>(rows_.first + i));
       };
-      const bool streamsItself = BoxSweep::fillsLines() && beginsCacheLines(at(0), out.stride);
+      const bool streamsItself = BoxSweep::fillsLines(sizeof(Component)) && beginsCacheLines(at(0), out.stride);
       const bool inPlace = whole && n == kColumns && (streamsItself || !streams());
       const bool joins = whole && streams() && !inPlace;
       for (std::size_t i = 0; inPlace && i < height; ++i)

@@ -65,44 +65,46 @@ HWY_INLINE void TurnBlocks(D d, V (&v)[kSide]) {
   }
 }
 
-// The blocks of a vector to rows that lie `rows` blocks' columns apart.
-template <class D>
-HWY_INLINE void StoreBlocks(D d, hn::Vec<D> v, hn::TFromD<D>* to, std::int64_t bytes) {
-  if constexpr (hn::MaxLanes(D()) * sizeof(hn::TFromD<D>) == 16) {
-    hn::StoreU(v, d, to);
+// One block each of lines that lie kSide apart.
+template <class D, class T = hn::TFromD<D> >
+HWY_INLINE hn::Vec<D> LoadBlocks(D d, const T* from, std::int64_t bytes) {
+  if constexpr (hn::MaxLanes(D()) * sizeof(T) == 16) {
+    return hn::LoadU(d, from);
   } else {
     const hn::Half<D> half;
-    StoreBlocks(half, hn::LowerHalf(half, v), to, bytes);
-    StoreBlocks(half, hn::UpperHalf(half, v),
-                Beside(to, static_cast<std::int64_t>(hn::MaxLanes(half)) / kSideOf<hn::TFromD<D> > * bytes), bytes);
+    const T* upper = Beside(from, static_cast<std::int64_t>(hn::MaxLanes(half)) * bytes);
+    return hn::Combine(d, LoadBlocks(half, upper, bytes), LoadBlocks(half, from, bytes));
   }
 }
 
-// kSide lines, from whole vectors of positions: block b of the turned vector k is position b * kSide + k.
+// As many lines as the vector has lanes: block b of vector i is from line b * kSide + i, and what is turned is a
+// whole row of the strip.
 template <class D, class T = hn::TFromD<D> >
-HWY_INLINE void VectorsIntoStrip(D d, Side<const T> lines, std::int32_t& x, std::int32_t positions, Side<T> strip) {
+HWY_INLINE void VectorsIntoStrip(D d, Side<const T> lines, std::int32_t positions, Side<T> strip) {
   constexpr int kSide = kSideOf<T>;
-  constexpr auto kLanes = static_cast<std::int32_t>(hn::MaxLanes(D()));
-  for (; x + kLanes <= positions; x += kLanes) {
+  for (std::int32_t x = 0; x < positions; x += kSide) {
     hn::Vec<D> v[kSide];
     for (int i = 0; i < kSide; ++i)
-      v[i] = hn::LoadU(d, Beside(lines.first, i * lines.bytes) + x);
+      v[i] = LoadBlocks(d, Beside(lines.first, i * lines.bytes) + x, lines.bytes);
     TurnBlocks(d, v);
     for (int k = 0; k < kSide; ++k)
-      StoreBlocks(d, v[k], Beside(strip.first, (x + k) * strip.bytes), kSide * strip.bytes);
+      hn::StoreU(v[k], d, Beside(strip.first, (x + k) * strip.bytes));
   }
+}
+
+template <class D, class T = hn::TFromD<D> >
+HWY_INLINE void LinesIntoStrip(D d, Side<const T> lines, std::int32_t& y, std::int32_t count, std::int32_t positions,
+                               Side<T> strip) {
+  constexpr auto kLanes = static_cast<std::int32_t>(hn::MaxLanes(D()));
+  for (; y + kLanes <= count; y += kLanes)
+    VectorsIntoStrip(d, {Beside(lines.first, y * lines.bytes), lines.bytes}, positions, {strip.first + y, strip.bytes});
 }
 
 template <class T>
 void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
-  constexpr int kSide = kSideOf<T>;
-  for (std::int32_t y = 0; y < count; y += kSide) {
-    std::int32_t x = 0;
-    const Side<const T> from{Beside(lines.first, y * lines.bytes), lines.bytes};
-    const Side<T> to{strip.first + y, strip.bytes};
-    VectorsIntoStrip(hn::ScalableTag<T>(), from, x, positions, to);
-    VectorsIntoStrip(hn::FixedTag<T, kSide>(), from, x, positions, to);
-  }
+  std::int32_t y = 0;
+  LinesIntoStrip(hn::ScalableTag<T>(), lines, y, count, positions, strip);
+  LinesIntoStrip(hn::FixedTag<T, kSideOf<T> >(), lines, y, count, positions, strip);
 }
 
 #endif  // HWY_TARGET == HWY_SCALAR

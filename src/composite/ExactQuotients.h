@@ -2,6 +2,7 @@
 // numbers what the vector code of this folder does in its lanes.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 namespace vblur::exact {
@@ -31,6 +32,15 @@ constexpr std::int32_t wideOver255(std::int32_t v) {
 constexpr std::uint32_t over32767(std::uint32_t v) {
   const std::uint32_t sum = (v >> 15) + (v & 32767) + 1;
   return (v >> 15) + ((sum + (sum >> 15)) >> 15);
+}
+
+// v / divisor as a division rounds it, for 255 and three times 255 or 16384: what the product with the reciprocal
+// leaves over is known to the last bit, and corrects it. Quotients below 2^-100 may differ in their last bits, and 0
+// in its sign.
+inline float rounded(float v, float divisor) {
+  const float reciprocal = 1.0f / divisor;
+  const float quotient = v * reciprocal;
+  return std::fma(std::fma(-quotient, divisor, v), reciprocal, quotient);
 }
 
 }  // namespace vblur::exact

@@ -119,14 +119,67 @@ void FlatRow(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const M
       StoreRaw(FlatForm<Operation>::Of(LoadRaw(groupA + i), LoadRaw(groupB + i)), to + i);
   });
 }
+
+// What the form in floats makes of stored 8-bit pixels: the same, where no quotient is taken from something.
+template <class Operation>
+struct FlatFloatForm : FlatForm<Operation> {};
+
+// What is left of a sum is rounded down, and so is its product up.
+template <>
+struct FlatFloatForm<Screen<R8>> {
+  static HWY_INLINE Raw Of(Raw a, Raw b) {
+    const auto roundedUp = [](hn::Vec<WordTag> product)
+                               HWY_ATTR { return WordsOver255(hn::Add(product, hn::Set(WordTag(), 254))); };
+    const Raw product =
+        BytesOf(roundedUp(hn::Mul(EvenBytes(a), EvenBytes(b))), roundedUp(hn::Mul(OddBytes(a), OddBytes(b))));
+    const Raw screened = AsLanes(ByteTag(), AsLanes(ByteTag(), a, b, SumOf()), product, DifferenceOf());
+    return WithAlphaOf(screened, AsLanes(ByteTag(), a, b, GreaterOf()));
+  }
+};
+
+// A blend without gains, whose mix needs no limits.
+HWY_INLINE bool IsPlainBlend(const MergeWeights& w) {
+  return w.gainA == 1.0f && w.gainB == 1.0f && w.weightA >= 0.0f && w.weightB >= 0.0f && w.weightA + w.weightB <= 1.0f;
+}
+
+template <class Operation, MergeForm Form>
+void FlatBlendedRow(const R8* a, const R8* b, R8* out, std::int32_t n, const MergeWeights& weights) {
+  const Floats weightA = hn::Set(FloatTag(), weights.weightA);
+  const Floats weightB = hn::Set(FloatTag(), weights.weightB);
+  ForGroups(a, b, out, n, [&](const R8* groupA, const R8* groupB, R8* to) HWY_ATTR {
+    const Raw rawA = LoadRaw(groupA);
+    const Raw rawB = LoadRaw(groupB);
+    const Raw result = FlatFloatForm<Operation>::Of(rawA, rawB);
+    const Planes<Floats> first = WidenedToFloat(PlanesOf(Form == MergeForm::TowardsB ? result : rawA));
+    const Planes<Floats> second = WidenedToFloat(PlanesOf(Form == MergeForm::TowardsB ? rawB : result));
+    const Planes<Floats> sum = WeightedSum(first, weightA, second, weightB);
+    StorePixels(Planes<Ints>{Truncated(sum.red), Truncated(sum.green), Truncated(sum.blue), Truncated(sum.alpha)}, to);
+  });
+}
+
+template <class Operation>
+MergeRow<R8> FlatBlendedRowOf(MergeForm form, const MergeWeights& weights, R8) {
+  if (Operation::kMixesOperands || !IsPlainBlend(weights)) return nullptr;
+  switch (form) {
+    case MergeForm::TowardsB: return &FlatBlendedRow<Operation, MergeForm::TowardsB>;
+    case MergeForm::TowardsA: return &FlatBlendedRow<Operation, MergeForm::TowardsA>;
+    default: return nullptr;
+  }
+}
+
+template <class Operation>
+MergeRow<R16> FlatBlendedRowOf(MergeForm, const MergeWeights&, R16) {
+  return nullptr;
+}
 #endif
 
 template <class Operation, class Pixel>
-MergeRow<Pixel> RowOf(MergeForm form) {
+MergeRow<Pixel> RowOf(MergeForm form, [[maybe_unused]] const MergeWeights& weights) {
 #if HWY_TARGET != HWY_SCALAR
   if constexpr (FlatForm<Operation>::kExists) {
     if (form == MergeForm::Integer) return &FlatRow<Operation, Pixel>;
-    return FloatRowOf<Operation, Pixel>(form);
+    const MergeRow<Pixel> blended = FlatBlendedRowOf<Operation>(form, weights, Pixel());
+    return blended != nullptr ? blended : FloatRowOf<Operation, Pixel>(form);
   }
 #endif
   return form == MergeForm::Integer ? &Row<Operation, MergeForm::Integer, Pixel> : FloatRowOf<Operation, Pixel>(form);

@@ -23,14 +23,14 @@ extern template MergeRow<R16> mergeRowFor<R16>(std::int32_t, MergeForm, const Me
 
 // Its two families of methods, Darken to Add Under and Luminance to Colour; null for a method of the other.
 template <class Pixel>
-MergeRow<Pixel> arithmeticRow(std::int32_t method, MergeForm form);
+MergeRow<Pixel> arithmeticRow(std::int32_t method, MergeForm form, const MergeWeights& weights);
 template <class Pixel>
 MergeRow<Pixel> colourRow(std::int32_t method, MergeForm form, const MergeWeights& weights);
 
 template <>
-MergeRow<R8> arithmeticRow<R8>(std::int32_t method, MergeForm form);
+MergeRow<R8> arithmeticRow<R8>(std::int32_t method, MergeForm form, const MergeWeights& weights);
 template <>
-MergeRow<R16> arithmeticRow<R16>(std::int32_t method, MergeForm form);
+MergeRow<R16> arithmeticRow<R16>(std::int32_t method, MergeForm form, const MergeWeights& weights);
 template <>
 MergeRow<R8> colourRow<R8>(std::int32_t method, MergeForm form, const MergeWeights& weights);
 template <>

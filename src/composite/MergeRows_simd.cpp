@@ -22,11 +22,10 @@ HWY_INLINE Ints Unscaled(Ints product) {
 // By 16384 the product has the same bits as the quotient.
 template <class Pixel>
 HWY_INLINE Floats Unscaled(Floats product) {
-  const FloatTag d;
   if constexpr (Pixel::kOne == 16384) {
-    return hn::Mul(product, hn::Set(d, 1.0f / 16384.0f));
+    return hn::Mul(product, hn::Set(FloatTag(), 1.0f / 16384.0f));
   } else {
-    return hn::Div(product, hn::Set(d, 255.0f));
+    return Divided<255>(product);
   }
 }
 
@@ -121,7 +120,7 @@ struct AddOver {
     return Of(WidenedToFloat(p), WidenedToFloat(q));
   }
   static HWY_INLINE Planes<Ints> Of(const Planes<Floats>& p, const Planes<Floats>& q) {
-    const Floats k = hn::Div(ColourSum(q), hn::Set(FloatTag(), static_cast<float>(3 * Pixel::kOne)));
+    const Floats k = Divided<3 * Pixel::kOne>(ColourSum(q));
     const auto brightened = [&](Floats a) HWY_ATTR { return hn::Add(hn::Mul(a, k), a); };
     return Finished<Pixel>(
         Planes<Floats>{brightened(p.red), brightened(p.green), brightened(p.blue), hn::Add(p.alpha, q.alpha)});
@@ -199,29 +198,29 @@ namespace vblur {
 namespace HWY_NAMESPACE {
 
 template <class Pixel>
-MergeRow<Pixel> ArithmeticRow(std::int32_t method, MergeForm form) {
+MergeRow<Pixel> ArithmeticRow(std::int32_t method, MergeForm form, const MergeWeights& weights) {
   switch (method) {
-    case kMergeDarken: return RowOf<Darken<Pixel>, Pixel>(form);
-    case kMergeLighten: return RowOf<Lighten<Pixel>, Pixel>(form);
-    case kMergeScreen: return RowOf<Screen<Pixel>, Pixel>(form);
-    case kMergeMultiply: return RowOf<Multiply<Pixel>, Pixel>(form);
-    case kMergeAdd: return RowOf<Add<Pixel>, Pixel>(form);
-    case kMergeSubtract: return RowOf<Subtract<Pixel>, Pixel>(form);
-    case kMergeDifference: return RowOf<Difference<Pixel>, Pixel>(form);
-    case kMergeOverlay: return RowOf<Overlay<Pixel>, Pixel>(form);
-    case kMergeHardLight: return RowOf<HardLight<Pixel>, Pixel>(form);
-    case kMergeAddOver: return RowOf<AddOver<Pixel>, Pixel>(form);
-    case kMergeAddUnder: return RowOf<AddUnder<Pixel>, Pixel>(form);
+    case kMergeDarken: return RowOf<Darken<Pixel>, Pixel>(form, weights);
+    case kMergeLighten: return RowOf<Lighten<Pixel>, Pixel>(form, weights);
+    case kMergeScreen: return RowOf<Screen<Pixel>, Pixel>(form, weights);
+    case kMergeMultiply: return RowOf<Multiply<Pixel>, Pixel>(form, weights);
+    case kMergeAdd: return RowOf<Add<Pixel>, Pixel>(form, weights);
+    case kMergeSubtract: return RowOf<Subtract<Pixel>, Pixel>(form, weights);
+    case kMergeDifference: return RowOf<Difference<Pixel>, Pixel>(form, weights);
+    case kMergeOverlay: return RowOf<Overlay<Pixel>, Pixel>(form, weights);
+    case kMergeHardLight: return RowOf<HardLight<Pixel>, Pixel>(form, weights);
+    case kMergeAddOver: return RowOf<AddOver<Pixel>, Pixel>(form, weights);
+    case kMergeAddUnder: return RowOf<AddUnder<Pixel>, Pixel>(form, weights);
     default: return nullptr;
   }
 }
 
-MergeRow<R8> ArithmeticRow8(std::int32_t method, MergeForm form) {
-  return ArithmeticRow<R8>(method, form);
+MergeRow<R8> ArithmeticRow8(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return ArithmeticRow<R8>(method, form, weights);
 }
 
-MergeRow<R16> ArithmeticRow16(std::int32_t method, MergeForm form) {
-  return ArithmeticRow<R16>(method, form);
+MergeRow<R16> ArithmeticRow16(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return ArithmeticRow<R16>(method, form, weights);
 }
 
 }  // namespace HWY_NAMESPACE
@@ -238,13 +237,13 @@ HWY_EXPORT(ArithmeticRow16);
 }  // namespace
 
 template <>
-MergeRow<R8> arithmeticRow<R8>(std::int32_t method, MergeForm form) {
-  return HWY_DYNAMIC_DISPATCH(ArithmeticRow8)(method, form);
+MergeRow<R8> arithmeticRow<R8>(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return HWY_DYNAMIC_DISPATCH(ArithmeticRow8)(method, form, weights);
 }
 
 template <>
-MergeRow<R16> arithmeticRow<R16>(std::int32_t method, MergeForm form) {
-  return HWY_DYNAMIC_DISPATCH(ArithmeticRow16)(method, form);
+MergeRow<R16> arithmeticRow<R16>(std::int32_t method, MergeForm form, const MergeWeights& weights) {
+  return HWY_DYNAMIC_DISPATCH(ArithmeticRow16)(method, form, weights);
 }
 
 }  // namespace vblur

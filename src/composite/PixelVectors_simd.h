@@ -102,13 +102,16 @@ HWY_INLINE void StoreRaw(V v, Pixel* pixels) {
   hn::StoreU(hn::BitCast(ByteTag(), v), ByteTag(), reinterpret_cast<std::uint8_t*>(pixels));
 }
 
-HWY_INLINE Planes<Ints> LoadPixels(const R8* pixels) {
+HWY_INLINE Planes<Ints> PlanesOf(Raw v) {
   const IntTag d;
   const UnsignedTag du;
-  const auto v = LoadRaw(pixels);
   const auto low = hn::Set(du, 255);
   return {hn::BitCast(d, hn::And(v, low)), hn::BitCast(d, hn::And(hn::ShiftRight<8>(v), low)),
           hn::BitCast(d, hn::And(hn::ShiftRight<16>(v), low)), hn::BitCast(d, hn::ShiftRight<24>(v))};
+}
+
+HWY_INLINE Planes<Ints> LoadPixels(const R8* pixels) {
+  return PlanesOf(LoadRaw(pixels));
 }
 
 // All lanes lie in 0..255.
@@ -225,6 +228,20 @@ HWY_INLINE Ints DividedBy16384(Ints v) {
   const auto negative = hn::BitCast(UnsignedTag(), hn::ShiftRight<31>(v));
   const auto bias = hn::BitCast(d, hn::ShiftRight<18>(negative));
   return hn::ShiftRight<14>(hn::Add(v, bias));
+}
+
+// v / kDivisor as exact::rounded has it; a division takes ten times as long.
+template <std::int32_t kDivisor>
+HWY_INLINE Floats Divided(Floats v) {
+  const FloatTag d;
+  const Floats divisor = hn::Set(d, static_cast<float>(kDivisor));
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2 && !defined(HWY_DISABLE_BMI2_FMA)
+  const Floats reciprocal = hn::Set(d, 1.0f / static_cast<float>(kDivisor));
+  const Floats quotient = hn::Mul(v, reciprocal);
+  return hn::MulAdd(hn::NegMulAdd(quotient, divisor, v), reciprocal, quotient);
+#else
+  return hn::Div(v, divisor);
+#endif
 }
 
 // v / 255 toward zero, for what exact::smallOver255 allows.

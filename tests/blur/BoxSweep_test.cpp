@@ -164,8 +164,33 @@ TEST(BoxSweepArithmetic, WeightedEndsWithoutTheOneThatLeavesFit16Bits) {
         const std::int32_t more = (((in + out) * frac) >> 14) - out;
         ASSERT_EQ((in * frac + out * (frac - 16384)) >> 14, more);
         ASSERT_TRUE(more >= -32768 && more <= 32767) << in << " " << out << " " << frac;
+        ASSERT_EQ((2 * (in * (2 * frac) + out * (2 * frac - 32768))) >> 16, more);
       }
     }
+  }
+}
+
+// Sums of 16-bit components with their rounding, times four or two times the scale, whose results keep to 16 bits.
+TEST(BoxSweepArithmetic, MultipliedSumsFit32BitsAndHoldTheResult) {
+  for (const std::int64_t scale : {1, 24, 63, 127, 5461, 8191, 8192, 10923, 16383}) {
+    const std::int64_t times = scale <= 8191 ? 4 : 2;
+    ASSERT_LE(times * scale, 32767);
+    const std::int64_t most = 32767 * (16384 / scale);
+    for (std::int64_t sum = -32768 * (16384 / scale); sum <= most; sum += sum < -most + 9999 ? 1 : 9973) {
+      const std::int64_t kept = times * (sum * scale + 8192);
+      ASSERT_EQ(kept, static_cast<std::int32_t>(kept)) << sum << " " << scale;
+      ASSERT_EQ(kept >> (times == 4 ? 16 : 15), (sum * scale + 8192) >> 14) << sum << " " << scale;
+    }
+  }
+}
+
+// Dealing the halves of a block together three times leaves its components where they were.
+TEST(BoxSweepArithmetic, ThreeDealsKeepTheOrder) {
+  for (int place = 0; place < 8; ++place) {
+    int dealt = place;
+    for (int box = 0; box < 3; ++box)
+      dealt = dealt % 4 * 2 + dealt / 4;
+    EXPECT_EQ(dealt, place);
   }
 }
 

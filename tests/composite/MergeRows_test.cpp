@@ -3,6 +3,7 @@
 #include "composite/MergeRows.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -151,8 +152,10 @@ TEST_P(MergeRowsAt, AllPairsOfEightBitComponents) {
       }
     }
     for (const std::int32_t method : kRowMethods) {
-      Compare(Settings{method}, pictures, Place::Apart);
-      if (HasFatalFailure()) return;
+      for (const float blend : {0.5f, 0.496f, 0.504f, 0.35f}) {
+        Compare(Settings{method, blend}, pictures, Place::Apart);
+        if (HasFatalFailure()) return;
+      }
     }
   }
 }
@@ -284,6 +287,19 @@ TEST(ExactQuotients, EqualTheDivisionOverTheirWholeDomains) {
     ASSERT_EQ(exact::over255(v), v / 255) << v;
   for (std::int32_t v = -(1 << 22); v <= 1 << 22; ++v)
     ASSERT_EQ(exact::smallOver255(v), v / 255) << v;
+}
+
+// Powers of two change neither the quotient's bits nor the corrected product's: one binade stands for all.
+TEST(ExactQuotients, RoundedOnesEqualTheDivisionOfEveryFloat) {
+  constexpr std::uint32_t kOne = 0x3F800000;
+  constexpr std::uint32_t kTwo = 0x40000000;
+  for (const float divisor : {255.0f, 3.0f * 255.0f, 3.0f * 16384.0f}) {
+    for (std::uint32_t bits = kOne; bits < kTwo; bits += kShareOfCases) {
+      const auto v = std::bit_cast<float>(bits);
+      ASSERT_EQ(exact::rounded(v, divisor), v / divisor) << v << " by " << divisor;
+      ASSERT_EQ(exact::rounded(-v, divisor), -v / divisor) << v << " by " << divisor;
+    }
+  }
 }
 
 // The quotients are monotonous: what holds on both sides of each step holds everywhere.
