@@ -13,11 +13,13 @@
 #include "platform/ComPtr.h"
 #include "platform/IDSImageEffect.h"
 #include "platform/IDSProperties.h"
+#include "platform/Viewer.h"
 
 namespace vblur {
 namespace {
 
 constexpr GUID kBlurClass = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
+constexpr GUID kViewerToolClass = MakeGuid("{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
 // In the order of registration, with the numbers of their descriptions.
 struct Entry {
   GUID clsid;
@@ -130,6 +132,7 @@ TEST_F(Server, RefusesUnknownClassesAndThoseThatDoNotExistYet) {
             kNoSuchClass);
   EXPECT_EQ(result, nullptr);
   for (std::size_t i = 1; i < kClasses.size(); ++i) {
+    if (kClasses[i].clsid == kViewerToolClass) continue;
     result = &marker;
     EXPECT_EQ(getClassObject(kClasses[i].clsid, IClassFactory::kIid, &result), kNoSuchClass);
     EXPECT_EQ(result, nullptr);
@@ -163,6 +166,22 @@ TEST_F(Server, StaysLoadedWhileAFactoryALockOrAnEffectLives) {
   again.reset();
   EXPECT_EQ(canUnload(), kFalse) << "an effect lives";
   effect.reset();
+  EXPECT_EQ(canUnload(), kOk);
+}
+
+TEST_F(Server, MakesTheViewerToolAndStaysLoadedWhileItLives) {
+  ComPtr<IClassFactory> factory;
+  ASSERT_EQ(getClassObject(kViewerToolClass, IClassFactory::kIid, factory.Receive()), kOk);
+  ComPtr<IViewerLayer> tool;
+  EXPECT_EQ(factory->CreateInstance(nullptr, IViewerLayer::kIid, tool.Receive()), kOk);
+  EXPECT_TRUE(tool.As<IViewerEventSink>());
+  void* object = nullptr;
+  EXPECT_EQ(tool->QueryInterface(kViewerToolClass, &object), kOk) << "the object itself";
+  EXPECT_NE(object, nullptr);
+  tool->Release();
+  factory.reset();
+  EXPECT_EQ(canUnload(), kFalse) << "the tool lives";
+  tool.reset();
   EXPECT_EQ(canUnload(), kOk);
 }
 

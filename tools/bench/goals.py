@@ -156,7 +156,6 @@ def once(results):
     for what, keys, text, limit, unit, factor in (
         ("run", {"threads": 2, "pause": 0}, "an empty run over 2 threads", 10.0, "us", 1e3),
         ("startup", {"command": "--version"}, "start-up: vblur --version", 50.0, "ms", 1.0),
-        ("startup", {"command": "render"}, "vblur render of a PNG of 16 x 16 pixels, start-up and all", 50.0, "ms", 1.0),
     ):
         time = results.median(what, **keys)
         cell = Cell(limit)
