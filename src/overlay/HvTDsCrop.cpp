@@ -33,20 +33,20 @@ void HvTDsCrop::TakePlaces(const Places& places) {
          static_cast<float>(places[kRightLine]), static_cast<float>(places[kTopLine]));
 }
 
-double HvTDsCrop::PlaceOf(Line line, double percent) const {
-  const bool across = line == kLeftLine || line == kRightLine;
+HvTDsCrop::Span HvTDsCrop::SpanOf(Line line) const {
   const HvBox& area = limits();
-  const float from = across ? area.minX : area.minY;
-  const float extent = across ? area.maxX - area.minX : area.maxY - area.minY;
-  return static_cast<double>(from) + static_cast<double>(extent) * percent / 100.0;
+  if (line == kLeftLine || line == kRightLine) return {area.minX, area.maxX - area.minX};
+  return {area.minY, area.maxY - area.minY};
+}
+
+double HvTDsCrop::PlaceOf(Line line, double percent) const {
+  const Span span = SpanOf(line);
+  return static_cast<double>(span.from) + static_cast<double>(span.extent) * percent / 100.0;
 }
 
 float HvTDsCrop::PercentOf(Line line, float place) const {
-  const bool across = line == kLeftLine || line == kRightLine;
-  const HvBox& area = limits();
-  const float from = across ? area.minX : area.minY;
-  const float extent = across ? area.maxX - area.minX : area.maxY - area.minY;
-  return (place - from) * 100.0f / extent;
+  const Span span = SpanOf(line);
+  return (place - span.from) * 100.0f / span.extent;
 }
 
 void HvTDsCrop::Commit() {

@@ -29,9 +29,15 @@ class HvTDsCrop : public HvTDsObject, public HvTCropBox {
   // In the order in which they are read and written.
   enum Line : std::size_t { kLeftLine, kRightLine, kBottomLine, kTopLine, kLines };
   using Places = std::array<double, kLines>;
+  // Of the limits along the axis that a line moves on.
+  struct Span {
+    float from;
+    float extent;
+  };
 
   Places CurrentPlaces() const;
   void TakePlaces(const Places& places);
+  Span SpanOf(Line line) const;
   // Between a percentage of the limits and frame pixels: read in double precision, written in single. Limits
   // of no extent give no finite percentage.
   double PlaceOf(Line line, double percent) const;
