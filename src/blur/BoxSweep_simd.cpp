@@ -7,8 +7,8 @@
 #include <hwy/cache_control.h>
 
 #include "blur/BoxSweep.h"
-// Vector types of a size that only the machine knows cannot be members.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+#include "image/VectorTargets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "blur/BoxSweep_simd.cpp"
 

@@ -2,9 +2,8 @@
 #include <cstdint>
 
 #include "blur/ColourRows.h"
+#include "image/VectorTargets.h"
 
-// Vector types of a size that only the machine knows cannot be members.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "blur/ColourRows_simd.cpp"
 #include <hwy/foreach_target.h>

@@ -3,9 +3,8 @@
 #include <type_traits>
 
 #include "blur/TurnPixels.h"
+#include "image/VectorTargets.h"
 
-// Vector types of a size that only the machine knows have no fixed number of blocks.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "blur/TurnPixels_simd.cpp"
 #include <hwy/foreach_target.h>
