@@ -2,12 +2,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <optional>
 #include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "host/EffectHost.h"
+#include "host/OutputFile.h"
 #include "host/sdk/Content.h"
 #include "host/viewer/OffScreenSurface.h"
 #include "host/viewer/PaintViewer.h"
@@ -128,6 +130,17 @@ TEST_P(AxisPicture, FollowsThePen) {
   Paint();
   EXPECT_TRUE(IsSeen(Hue::Blue, 30.0 + 37.0, -20.0 + 12.0));
   EXPECT_FALSE(IsSeen(Hue::Blue, -37.0, 12.0)) << "it is no longer where it was";
+}
+
+TEST_P(AxisPicture, ShowsTheHandleUnderThePen) {
+  axis_.SetRotation(20.0f);
+  tool_->OnPenMove({0, 120.0 + 32.0 * std::cos(0.35), 90.0 + 32.0 * std::sin(0.35)});
+  EXPECT_EQ(axis_.active(), static_cast<std::uint32_t>(HvT2DAxis::kRotate));
+  Paint();
+  EXPECT_TRUE(IsSeen(Hue::Green, 32.0 * std::cos(0.8), 32.0 * std::sin(0.8)));
+  // What the documentation shows of the control, which no page of the effect has.
+  const char* const file = std::getenv("VBLUR_AXIS_PICTURE");
+  if (file != nullptr && GetParam() == std::tuple(3.0, 0.0)) PictureWriter().Write(file, picture_, nullptr, true);
 }
 
 INSTANTIATE_TEST_SUITE_P(Views, AxisPicture,
