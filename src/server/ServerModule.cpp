@@ -33,12 +33,12 @@ IClassFactory* MakeBlurFactory() {
 }
 
 IClassFactory* MakeViewerToolFactory() {
-  // What its widgets draw circles with is shared by all of them, and goes when the server is unloaded.
-  struct QuadricOfServer {
-    ~QuadricOfServer() { ReleaseOverlayQuadric(); }
+  // Once, before there is a tool that could read it; the quadric of all tools goes when the server is unloaded.
+  struct ToolsOfServer {
+    ToolsOfServer() { HvTInteract::liveObjects = &ServerLocks(); }
+    ~ToolsOfServer() { ReleaseOverlayQuadric(); }
   };
-  static const QuadricOfServer quadric;
-  HvTInteract::liveObjects = &ServerLocks();
+  static const ToolsOfServer tools;
   return new (std::nothrow) CDsClassFactory<HvTInteract>(ServerLocks());
 }
 

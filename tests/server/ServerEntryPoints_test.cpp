@@ -74,9 +74,9 @@ class RecordingCatalogue : public host::Catalogue {
   int familyCalls = 0;
 };
 
-class Server : public testing::Test {
+class ServerEntryPoints : public testing::Test {
  protected:
-  Server() : library_(::dlopen(VBLUR_SERVER, RTLD_NOW | RTLD_LOCAL)) {
+  ServerEntryPoints() : library_(::dlopen(VBLUR_SERVER, RTLD_NOW | RTLD_LOCAL)) {
     EXPECT_NE(library_, nullptr) << ::dlerror();
     getClassObject = Find<DllGetClassObjectFunction>("DllGetClassObject");
     canUnload = Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
@@ -84,7 +84,7 @@ class Server : public testing::Test {
     leave = Find<DllUnregisterServerFunction>("DllUnregisterServer");
     host::UseCatalogue(&catalogue);
   }
-  ~Server() override {
+  ~ServerEntryPoints() override {
     host::UseCatalogue(nullptr);
     EXPECT_EQ(canUnload(), kOk) << "something is still alive";
     ::dlclose(library_);
@@ -111,7 +111,7 @@ class Server : public testing::Test {
   RecordingCatalogue catalogue;
 };
 
-TEST_F(Server, ExportsItsFourEntryPointsAndNothingElse) {
+TEST_F(ServerEntryPoints, ExportsItsFourEntryPointsAndNothingElse) {
   std::FILE* const names = ::popen(VBLUR_NM " -D --defined-only " VBLUR_SERVER, "r");
   ASSERT_NE(names, nullptr);
   std::set<std::string> exported;
@@ -125,7 +125,7 @@ TEST_F(Server, ExportsItsFourEntryPointsAndNothingElse) {
                                              "DllUnregisterServer"}));
 }
 
-TEST_F(Server, RefusesUnknownClassesAndThoseThatDoNotExistYet) {
+TEST_F(ServerEntryPoints, RefusesUnknownClassesAndThoseThatDoNotExistYet) {
   int marker = 0;
   void* result = &marker;
   EXPECT_EQ(getClassObject(MakeGuid("{00000000-0000-0000-0000-000000000001}"), IClassFactory::kIid, &result),
@@ -140,7 +140,7 @@ TEST_F(Server, RefusesUnknownClassesAndThoseThatDoNotExistYet) {
   EXPECT_EQ(getClassObject(kBlurClass, IClassFactory::kIid, nullptr), kNullPointer);
 }
 
-TEST_F(Server, AFactoryThatIsAskedForAStrangeInterfaceGoesAgain) {
+TEST_F(ServerEntryPoints, AFactoryThatIsAskedForAStrangeInterfaceGoesAgain) {
   int marker = 0;
   void* result = &marker;
   EXPECT_EQ(getClassObject(kBlurClass, IDSImageEffect::kIid, &result), kNoInterface);
@@ -148,7 +148,7 @@ TEST_F(Server, AFactoryThatIsAskedForAStrangeInterfaceGoesAgain) {
   EXPECT_EQ(canUnload(), kOk);
 }
 
-TEST_F(Server, StaysLoadedWhileAFactoryALockOrAnEffectLives) {
+TEST_F(ServerEntryPoints, StaysLoadedWhileAFactoryALockOrAnEffectLives) {
   EXPECT_EQ(canUnload(), kOk);
   auto factory = Factory();
   EXPECT_EQ(canUnload(), kFalse);
@@ -169,7 +169,25 @@ TEST_F(Server, StaysLoadedWhileAFactoryALockOrAnEffectLives) {
   EXPECT_EQ(canUnload(), kOk);
 }
 
-TEST_F(Server, MakesTheViewerToolAndStaysLoadedWhileItLives) {
+TEST_F(ServerEntryPoints, StaysLoadedWhileALockAloneLives) {
+  auto factory = Factory();
+  EXPECT_EQ(factory->LockServer(true), kOk);
+  factory.reset();
+  EXPECT_EQ(canUnload(), kFalse);
+  factory = Factory();
+  EXPECT_EQ(factory->LockServer(false), kOk);
+  factory.reset();
+  EXPECT_EQ(canUnload(), kOk);
+}
+
+TEST_F(ServerEntryPoints, StaysLoadedWhileAFactoryAloneLives) {
+  auto factory = Factory();
+  EXPECT_EQ(canUnload(), kFalse);
+  factory.reset();
+  EXPECT_EQ(canUnload(), kOk);
+}
+
+TEST_F(ServerEntryPoints, MakesTheViewerToolAndStaysLoadedWhileItLives) {
   ComPtr<IClassFactory> factory;
   ASSERT_EQ(getClassObject(kViewerToolClass, IClassFactory::kIid, factory.Receive()), kOk);
   ComPtr<IViewerLayer> tool;
@@ -185,7 +203,7 @@ TEST_F(Server, MakesTheViewerToolAndStaysLoadedWhileItLives) {
   EXPECT_EQ(canUnload(), kOk);
 }
 
-TEST_F(Server, FactoriesAnswerForTheirInterfaces) {
+TEST_F(ServerEntryPoints, FactoriesAnswerForTheirInterfaces) {
   const auto factory = Factory();
   EXPECT_EQ(factory->QueryInterface(IUnknown::kIid, nullptr), kNullPointer);
   EXPECT_EQ(factory.As<IUnknown>().get(), static_cast<IUnknown*>(factory.get()));
@@ -197,7 +215,7 @@ TEST_F(Server, FactoriesAnswerForTheirInterfaces) {
   EXPECT_EQ(factory->Release(), 1u);
 }
 
-TEST_F(Server, FactoriesMayBeCalledFromAnyThread) {
+TEST_F(ServerEntryPoints, FactoriesMayBeCalledFromAnyThread) {
   const auto factory = Factory();
   const auto marshal = factory.As<IMarshal>();
   ASSERT_TRUE(marshal);
@@ -207,7 +225,7 @@ TEST_F(Server, FactoriesMayBeCalledFromAnyThread) {
   EXPECT_EQ(other.get(), factory.get());
 }
 
-TEST_F(Server, NothingIsMadePartOfAnotherObject) {
+TEST_F(ServerEntryPoints, NothingIsMadePartOfAnotherObject) {
   const auto factory = Factory();
   int marker = 0;
   void* result = &marker;
@@ -218,7 +236,7 @@ TEST_F(Server, NothingIsMadePartOfAnotherObject) {
   EXPECT_EQ(result, nullptr);
 }
 
-TEST_F(Server, MakesEffectsForManyThreadsAtOnce) {
+TEST_F(ServerEntryPoints, MakesEffectsForManyThreadsAtOnce) {
   const auto factory = Factory();
   std::vector<std::thread> threads;
   for (int t = 0; t < 8; ++t) {
@@ -240,7 +258,24 @@ TEST_F(Server, MakesEffectsForManyThreadsAtOnce) {
     thread.join();
 }
 
-TEST_F(Server, RegistersItsClassesAndTheEffectsFamilies) {
+// Each thread asks for a factory of its own while others already make tools.
+TEST_F(ServerEntryPoints, MakesViewerToolsForManyThreadsAtOnce) {
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 8; ++t) {
+    threads.emplace_back([&] {
+      for (int i = 0; i < 50; ++i) {
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(getClassObject(kViewerToolClass, IClassFactory::kIid, factory.Receive()), kOk);
+        ComPtr<IViewerLayer> tool;
+        ASSERT_EQ(factory->CreateInstance(nullptr, IViewerLayer::kIid, tool.Receive()), kOk);
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+}
+
+TEST_F(ServerEntryPoints, RegistersItsClassesAndTheEffectsFamilies) {
   ASSERT_EQ(enter(), kOk);
   const auto classes = catalogue.Classes();
   ASSERT_EQ(classes.size(), kClasses.size());
@@ -264,7 +299,7 @@ TEST_F(Server, RegistersItsClassesAndTheEffectsFamilies) {
   EXPECT_TRUE(catalogue.EffectsOf(MakeGuid("{28610EB3-AECA-11D1-BFAD-0800368E7203}")).empty());
 }
 
-TEST_F(Server, RegistrationStopsAtTheFirstFailure) {
+TEST_F(ServerEntryPoints, RegistrationStopsAtTheFirstFailure) {
   catalogue.failing = {kClasses[3].clsid, kClasses[5].clsid};
   EXPECT_EQ(enter(), -103);
   EXPECT_EQ(catalogue.calls.size(), 4u);
@@ -274,7 +309,7 @@ TEST_F(Server, RegistrationStopsAtTheFirstFailure) {
   EXPECT_EQ(enter(), RecordingCatalogue::kFamiliesFailed);
 }
 
-TEST_F(Server, UnregistrationGoesOnAndTellsTheFailureThatRanksFirst) {
+TEST_F(ServerEntryPoints, UnregistrationGoesOnAndTellsTheFailureThatRanksFirst) {
   EXPECT_EQ(leave(), kOk);
   ASSERT_EQ(catalogue.calls.size(), kClasses.size());
   for (std::size_t i = 0; i < kClasses.size(); ++i)
