@@ -16,6 +16,7 @@
 #include "platform/IVBlurFacts.h"
 #include "platform/IVBlurOverlay.h"
 #include "platform/IVBlurProcess.h"
+#include "platform/ServerCount.h"
 
 namespace vblur {
 
@@ -168,7 +169,7 @@ class Blur : public HvDsEffect,
   StageWindow ScaledWindow() const;
 
   MaskParameters masks_;
-  bool countsInServer = false;
+  const ServerCount countsInServer{liveObjects};
   Blur* cloneSource = nullptr;
   HvTDsCircle blurControl;
   HvTDsCrop cropControl;

@@ -30,10 +30,6 @@ void Blur::SetConstants() {
 }
 
 Blur::Blur() {
-  if (liveObjects != nullptr) {
-    liveObjects->fetch_add(1);
-    countsInServer = true;
-  }
   name = {};
   effectKind = 0;
   SetConstants();
@@ -59,10 +55,6 @@ Blur::Blur(const Blur& source)
       IVBlurOverlay(),
       masks_(source.masks_),
       cloneSource(const_cast<Blur*>(&source)) {
-  if (liveObjects != nullptr) {
-    liveObjects->fetch_add(1);
-    countsInServer = true;
-  }
   CopyAnimation(source);
   SetConstants();
   CopyParameters(source);
@@ -71,7 +63,6 @@ Blur::Blur(const Blur& source)
 Blur::~Blur() {
   ReleaseOverlay();
   CDSPlugInEffect::Term();
-  if (countsInServer) liveObjects->fetch_sub(1);
 }
 
 HRESULT Blur::QueryInterface(const GUID& iid, void** result) {

@@ -21,10 +21,6 @@ HvTInteract::HvTInteract()
     : frameCentre_("Frame Centre", kTranslateFreely),
       srcCentre_("Src Centre", kTranslateFreely),
       viewZero_("View Zero") {
-  if (liveObjects != nullptr) {
-    liveObjects->fetch_add(1);
-    heldServerCount_ = true;
-  }
   const ProjectFrame frame = ReadProjectFrame();
   frameWidth_ = frame.width;
   frameHeight_ = frame.height;
@@ -51,9 +47,6 @@ HvTInteract::~HvTInteract() {
   while (const auto* node = dsObjects_.Step())
     node->element->ForgetTool();
   dsObjects_.Clear();
-  // The groups end before the list that they stand in.
-  ClearChildren();
-  if (heldServerCount_) liveObjects->fetch_sub(1);
 }
 
 HRESULT HvTInteract::QueryInterface(const GUID& iid, void** result) {

@@ -14,6 +14,7 @@
 #include "overlay/HvTGroup.h"
 #include "overlay/HvTManager.h"
 #include "platform/CDSInteractiveTool.h"
+#include "platform/ServerCount.h"
 
 namespace vblur {
 
@@ -94,9 +95,14 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   HvT2DAxisGroup frameCentre_;
   HvT2DAxisGroup srcCentre_;
   HvTGroup viewZero_;
+  // The groups leave the tree before they end, also when the constructor fails.
+  struct LeaveTree {
+    HvTManager& tree;
+    ~LeaveTree() { tree.ClearChildren(); }
+  } leaveTree_{*this};
   HvPoint viewOrigin_;
   HvPoint viewSize_;
-  bool heldServerCount_ = false;
+  const ServerCount heldServerCount_{liveObjects};
   HvList<HvTDsObject*> dsObjects_;
 };
 

@@ -48,7 +48,9 @@ class CDSPlugInEffect : public CDSAliasedPropertyContainer, public IDSGeneric, p
 
  protected:
   CDSPlugInEffect() = default;
-  CDSPlugInEffect(const CDSPlugInEffect&) = default;
+  // Pages are not copied: a new object takes those of its own first use.
+  CDSPlugInEffect(const CDSPlugInEffect& other)
+      : CDSAliasedPropertyContainer(other), IDSGeneric(), IDSPresetPersistStream() {}
 
   void* FindInterface(const GUID& iid) override;
   void AddPage(const GUID& clsid) { pages_.push_back(clsid); }

@@ -207,6 +207,21 @@ TEST(BlurObject, PagesAreThoseOfTheFirstUse) {
   }
 }
 
+TEST(BlurObject, ACloneTakesItsPagesFromItsOwnFirstUse) {
+  using namespace classes;
+  const auto source = NewBlur();
+  InfoFor(*source, families::kFilter);
+  for (const GUID& family : {families::kFilter, families::kPaint}) {
+    ComPtr<Blur> clone;
+    ASSERT_EQ(source->Clone(kBlurObject, clone.Receive()), kOk);
+    EXPECT_TRUE(PagesOf(*clone).empty());
+    InfoFor(*clone, family);
+    const bool isPaint = family == families::kPaint;
+    EXPECT_EQ(PagesOf(*clone), isPaint ? (std::vector<GUID>{kFullBlurPPG, kHelpPPG})
+                                       : (std::vector<GUID>{kFullBlurPPG, kFullCropPPG, kHelpPPG}));
+  }
+}
+
 TEST(BlurObject, VerifyAsksForThePicturesOfTheUse) {
   struct Case {
     GUID family;
