@@ -138,9 +138,14 @@ HRESULT Viewer::PenMove(const tagVWPENEVENT& event) {
 }
 
 HRESULT Viewer::PenUp(const tagVWPENEVENT& event) {
-  const HRESULT result = Offer("OnPenUp", &IViewerEventSink::OnPenUp, event);
-  penOwner_ = 0;
-  return result;
+  try {
+    const HRESULT result = Offer("OnPenUp", &IViewerEventSink::OnPenUp, event);
+    penOwner_ = 0;
+    return result;
+  } catch (...) {
+    penOwner_ = 0;
+    throw;
+  }
 }
 
 void Viewer::TellTime() {

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "overlay/Drawing.h"
+#include "overlay/ScopeExit.h"
 
 namespace vblur {
 namespace {
@@ -348,9 +349,12 @@ void HvT2DAxis::DragAspect(HvPoint turned) {
 }
 
 std::int32_t HvT2DAxis::Release() {
+  const ScopeExit lift([this] {
+    active_ = 0;
+    HvTObject::Release();
+  });
   Send(HvMessage::OfWhole(kInteractionEnds, active_));
-  active_ = 0;
-  return HvTObject::Release();
+  return 1;
 }
 
 std::int32_t HvT2DAxis::Leave() {

@@ -4,6 +4,8 @@
 
 #include <GL/gl.h>
 
+#include "overlay/ScopeExit.h"
+
 namespace vblur {
 
 void HvT2DAxisGroup::ShowOwnAxis(bool show) {
@@ -35,10 +37,14 @@ void HvT2DAxisGroup::Draw() {
     HvT2DAxis::Draw();
     if (stackMatrixAxis_) glPopMatrix();
   }
-  PushTransform();
-  secondChildren_.DrawChildren();
-  PopTransform();
+  DrawSecondChildren();
   DrawFirstChildren();
+}
+
+void HvT2DAxisGroup::DrawSecondChildren() {
+  PushTransform();
+  const ScopeExit pop([this] { PopTransform(); });
+  secondChildren_.DrawChildren();
 }
 
 void HvT2DAxisGroup::DrawFirstChildren() {

@@ -46,6 +46,7 @@ class HvT2DAxisGroup : public HvT2DAxis {
 
  private:
   void DrawFirstChildren();
+  void DrawSecondChildren();
 
   std::uint32_t groupFlags_ = kOwnAxis;
   bool stackMatrixAxis_ = false;

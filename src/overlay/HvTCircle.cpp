@@ -6,6 +6,7 @@
 
 #include "overlay/Drawing.h"
 #include "overlay/OverlayColours.h"
+#include "overlay/ScopeExit.h"
 
 namespace vblur {
 namespace {
@@ -81,8 +82,9 @@ std::int32_t HvTCircle::Drag(HvPoint pos) {
 }
 
 std::int32_t HvTCircle::Release() {
+  const ScopeExit lift([this] { HvTObject::Release(); });
   Send(HvMessage(kInteractionEnds));
-  return HvTObject::Release();
+  return 1;
 }
 
 }  // namespace vblur

@@ -1,5 +1,7 @@
 #include "overlay/HvTContainer.h"
 
+#include "overlay/ScopeExit.h"
+
 namespace vblur {
 namespace {
 
@@ -13,9 +15,8 @@ std::int32_t Descend(HvTObject* object, HvPoint pos, AtPoint act) {
   if (next == object) return (object->*act)(pos);
   const HvPoint local = object->ToLocal(pos);
   object->PushTransform();
-  const std::int32_t result = Descend(next, local, act);
-  object->PopTransform();
-  return result;
+  const ScopeExit pop([object] { object->PopTransform(); });
+  return Descend(next, local, act);
 }
 
 std::int32_t Descend(HvTObject* object, AtLeaf act) {
@@ -104,8 +105,8 @@ HvPick HvTContainer::PickChild(HvTObject& child, HvPoint pos, HvPoint tolerance)
   HvPick pick;
   if (child.isPickable() && child.isVisible() && (!child.hasBox() || Reaches(child, pos, tolerance))) {
     child.PushTransform();
+    const ScopeExit pop([&child] { child.PopTransform(); });
     pick = child.Pick(pos, tolerance);
-    child.PopTransform();
   }
   if (!pick.endsSearch()) child.ClearTarget();
   return pick;

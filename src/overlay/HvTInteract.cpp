@@ -155,7 +155,13 @@ HRESULT HvTInteract::OnPenMove(const tagVWPENEVENT& event) {
 
 HRESULT HvTInteract::OnPenUp(const tagVWPENEVENT& event) {
   if (!TakesPen(event)) return CDSInteractiveTool::OnPenUp(event);
-  PostPen(kPenUp, event);
+  try {
+    PostPen(kPenUp, event);
+  } catch (...) {
+    // A listener failed: the drag is over all the same.
+    TerminateInteraction();
+    throw;
+  }
   return TerminateInteraction();
 }
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "overlay/ScopeExit.h"
+
 namespace vblur {
 namespace {
 
@@ -49,6 +51,7 @@ void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
   // A message that arrives from within another, through a modal loop of the host, moves the pen and no more.
   if (handling_) return;
   handling_ = true;
+  const ScopeExit done([this] { handling_ = false; });
   if (id == kPenDown) {
     PressAtPen();
   } else if (id == kPenUp) {
@@ -58,7 +61,6 @@ void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
     // A tip follows the pen.
     if (hover_ != nullptr && tipsEnabled_) repaint_ = true;
   }
-  handling_ = false;
 }
 
 void HvTManager::TakePosition(const HvMessage& message) {
@@ -69,9 +71,9 @@ void HvTManager::TakePosition(const HvMessage& message) {
 
 void HvTManager::Rescan() {
   picking_ = true;
+  const ScopeExit done([this] { picking_ = false; });
   hover_ = PickChildren(penPos_, tolerance_).object();
   if (hover_ == nullptr && fallback_ != nullptr && fallback_->isPickable() && fallback_->isVisible()) PickFallback();
-  picking_ = false;
 }
 
 void HvTManager::PickFallback() {

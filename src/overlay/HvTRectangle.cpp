@@ -8,6 +8,7 @@
 
 #include "overlay/Drawing.h"
 #include "overlay/OverlayColours.h"
+#include "overlay/ScopeExit.h"
 
 namespace vblur {
 namespace {
@@ -135,8 +136,9 @@ std::int32_t HvTRectangle::Drag(HvPoint pos) {
 }
 
 std::int32_t HvTRectangle::Release() {
+  const ScopeExit lift([this] { HvTObject::Release(); });
   Send(HvMessage(kInteractionEnds));
-  return HvTObject::Release();
+  return 1;
 }
 
 void HvTRectangle::Draw() {

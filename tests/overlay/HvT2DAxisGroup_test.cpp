@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <numbers>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -41,6 +42,20 @@ TEST_F(HvT2DAxisGroupTest, BeginsAsAnAxisWithoutChildren) {
   EXPECT_EQ(group.groupFlags(), 0u);
   group.ShowOwnAxis(true);
   EXPECT_EQ(group.groupFlags(), 1u);
+}
+
+TEST_F(HvT2DAxisGroupTest, LeavesItsTransformWhenASecondChildThrows) {
+  struct Refusing : test::Probe {
+    using Probe::Probe;
+    void Draw() override { throw std::runtime_error("refused"); }
+  };
+  Refusing refusing(log, "r", test::square(0, 0, 1));
+  group.ShowOwnAxis(false);
+  group.AddIntoSecond(true);
+  refusing.SetParent(&group);
+  EXPECT_THROW(group.Draw(), std::runtime_error);
+  EXPECT_EQ(stackDepth(), 0);
+  refusing.Detach();
 }
 
 TEST_F(HvT2DAxisGroupTest, AddsAChildOnce) {

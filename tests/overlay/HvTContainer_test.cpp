@@ -1,6 +1,7 @@
 #include "overlay/HvTContainer.h"
 
 #include <limits>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -245,6 +246,29 @@ TEST_F(HvTContainerTest, LeadsAPointDownTheWayToTheLeaf) {
   EXPECT_EQ(container.LeaveHit(), 3);
   EXPECT_EQ(container.ReleaseHit(), 4);
   EXPECT_EQ(log.take(), "Leave a; Release a; ");
+}
+
+TEST_F(HvTContainerTest, LeavesEveryTransformWhenTheLeafThrows) {
+  Shifted top(log, "top", {});
+  top.SetTarget(&a);
+  a.SetTarget(nullptr);
+  a.whileDragged = [] { throw std::runtime_error("refused"); };
+  container.SetHit(&top);
+  EXPECT_THROW(container.DragHit({250, 3}), std::runtime_error);
+  EXPECT_EQ(log.take(), "ToLocal top; Push top; Drag a 150 6; Pop top; ");
+  container.SetHit(nullptr);
+}
+
+TEST_F(HvTContainerTest, LeavesTheTransformOfAChildWhosePickThrows) {
+  struct Refusing : Shifted {
+    using Shifted::Shifted;
+    HvPick Pick(HvPoint, HvPoint) override { throw std::runtime_error("refused"); }
+  };
+  Refusing refusing(log, "r", square(0, 0, 1));
+  container.Append(&refusing);
+  EXPECT_THROW(container.PickChildren({0, 0}, {1, 1}), std::runtime_error);
+  EXPECT_EQ(log.take(), "Push r; Pop r; ");
+  container.Remove(&refusing);
 }
 
 TEST_F(HvTContainerTest, ActsOnATopThatIsTheLeaf) {

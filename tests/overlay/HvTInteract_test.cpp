@@ -1,10 +1,14 @@
 // The viewer tool between the host and the widget tree.
 #include "overlay/HvTInteract.h"
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include "overlay/HvTDsCircle.h"
+#include "overlay/HvTRectangle.h"
 #include "overlay/ViewerToolClass.h"
+#include "tests/overlay/Hearer.h"
 #include "tests/overlay/ToolWorld.h"
 
 namespace vblur {
@@ -42,6 +46,13 @@ TEST(HvTInteractFrame, FollowsTheProject) {
   EXPECT_EQ(tool->srcCentre().centre(), (HvPoint{300.0f, 240.0f}));
   EXPECT_EQ(tool->viewOrigin(), (HvPoint{0.0f, 0.0f}));
   EXPECT_EQ(tool->viewSize(), (HvPoint{600.0f, 480.0f}));
+}
+
+TEST(HvTInteractFrame, ReadsTheFourSizesInOrder) {
+  const TestProject project(720.0, 480.0, 768.0, 576.0);
+  NewTool();
+  EXPECT_EQ(project.asked, (std::vector<std::string>{"Project Frame User Size (X)", "Project Frame User Size (Y)",
+                                                     "Project Frame World Size (X)", "Project Frame World Size (Y)"}));
 }
 
 TEST(HvTInteractFrame, TruncatesItsSizes) {
@@ -111,19 +122,19 @@ TEST(HvTInteractObject, IsNeverHitByItsOwnNodes) {
   EXPECT_EQ(world.tool->hit(), nullptr);
 }
 
-class HvTInteractPen : public testing::Test {
+class HvTInteractRing : public testing::Test {
  protected:
-  HvTInteractPen() {
+  HvTInteractRing() {
     circle_.SetParent(&world_.tool->frameCentre());
     world_.viewer.invalidations = 0;
   }
-  ~HvTInteractPen() override { circle_.Detach(); }
+  ~HvTInteractRing() override { circle_.Detach(); }
 
   ToolWorld world_;
   HvTCircle circle_{"ring", 50.0f};
 };
 
-TEST_F(HvTInteractPen, ReachesTheTreeInFramePixels) {
+TEST_F(HvTInteractRing, ReachesTheTreeInFramePixels) {
   const TestProject twice(200.0, 100.0, 400.0, 200.0);
   const auto tool = NewTool();
   EXPECT_EQ(tool->viewScale(), 2.0f);
@@ -131,7 +142,7 @@ TEST_F(HvTInteractPen, ReachesTheTreeInFramePixels) {
   EXPECT_EQ(tool->GetPenPos(), (HvPoint{15.0f, 25.0f}));
 }
 
-TEST_F(HvTInteractPen, TakesDownAndUpOfTheMainButtonAlone) {
+TEST_F(HvTInteractRing, TakesDownAndUpOfTheMainButtonAlone) {
   for (const std::int32_t button : {0, 2, 3}) {
     EXPECT_EQ(world_.tool->OnPenDown({button, 250.0, 100.0}), kFalse);
     EXPECT_EQ(world_.tool->OnPenUp({button, 250.0, 100.0}), kFalse);
@@ -144,7 +155,7 @@ TEST_F(HvTInteractPen, TakesDownAndUpOfTheMainButtonAlone) {
   EXPECT_FALSE(circle_.isPressed());
 }
 
-TEST_F(HvTInteractPen, TakesMovesWithAnyButton) {
+TEST_F(HvTInteractRing, TakesMovesWithAnyButton) {
   for (const std::int32_t button : {0, 1, 2, 7}) {
     EXPECT_EQ(world_.tool->OnPenMove({button, 250.0, 100.0 + button}), kOk);
     EXPECT_EQ(world_.tool->GetPenPos().y, 100.0f + static_cast<float>(button));
@@ -152,7 +163,7 @@ TEST_F(HvTInteractPen, TakesMovesWithAnyButton) {
   EXPECT_EQ(world_.viewer.interactions, std::vector<std::string>(4, "do"));
 }
 
-TEST_F(HvTInteractPen, TellsTheViewerOfAMoveThatChangesNothing) {
+TEST_F(HvTInteractRing, TellsTheViewerOfAMoveThatChangesNothing) {
   world_.PenMove(3.0, 3.0);
   world_.viewer.interactions.clear();
   world_.viewer.invalidations = 0;
@@ -162,7 +173,7 @@ TEST_F(HvTInteractPen, TellsTheViewerOfAMoveThatChangesNothing) {
   EXPECT_EQ(world_.viewer.invalidations, 0);
 }
 
-TEST_F(HvTInteractPen, AsksForAPaintWhereTheTreeDoes) {
+TEST_F(HvTInteractRing, AsksForAPaintWhereTheTreeDoes) {
   world_.tool->Draw();
   world_.PenMove(250.0, 100.0);
   EXPECT_EQ(world_.tool->hover(), &circle_);
@@ -175,7 +186,7 @@ TEST_F(HvTInteractPen, AsksForAPaintWhereTheTreeDoes) {
   EXPECT_EQ(world_.viewer.interactions, (std::vector<std::string>{"do", "begin", "do", "end"}));
 }
 
-TEST_F(HvTInteractPen, FallsThroughWhileControlsAreHidden) {
+TEST_F(HvTInteractRing, FallsThroughWhileControlsAreHidden) {
   world_.tool->ShowControls(false);
   EXPECT_EQ(world_.viewer.TakeInvalidations(), 1);
   EXPECT_EQ(world_.tool->OnPenMove({0, 250.0, 100.0}), kFalse);
@@ -185,6 +196,49 @@ TEST_F(HvTInteractPen, FallsThroughWhileControlsAreHidden) {
   EXPECT_EQ(world_.viewer.TakeInvalidations(), 0);
   world_.tool->ShowControls(true);
   EXPECT_EQ(world_.tool->OnPenMove({0, 250.0, 100.0}), kOk);
+}
+
+// A listener that refuses what it hears of a widget, and what the pen can do after that.
+template <class Widget>
+void ExpectToolHearsThePenAfterAListenerThrew(Widget& widget, HvPoint handle) {
+  ToolWorld world;
+  world.tool->AddObject(&widget);
+  test::Hearer hearer(widget);
+  hearer.whileHearing = [] { throw std::runtime_error("refused"); };
+  const double x = static_cast<double>(handle.x);
+  const double y = static_cast<double>(handle.y);
+  EXPECT_THROW(world.PenDown(x, y), std::runtime_error);
+  hearer.whileHearing = nullptr;
+  world.PenUp(x, y);
+  world.PenDown(x, y);
+  EXPECT_TRUE(widget.isPressed());
+  hearer.whileHearing = [] { throw std::runtime_error("refused"); };
+  world.viewer.interactions.clear();
+  EXPECT_THROW(world.PenUp(x, y), std::runtime_error);
+  EXPECT_EQ(world.viewer.interactions, std::vector<std::string>{"end"});
+  EXPECT_FALSE(widget.isPressed());
+  hearer.whileHearing = nullptr;
+  world.PenMove(x + 300.0, y);
+  EXPECT_EQ(world.tool->hover(), nullptr);
+  world.PenMove(x, y);
+  EXPECT_EQ(world.tool->hover(), &widget);
+  widget.Detach();
+}
+
+TEST(HvTInteractPen, IsHeardAfterAListenerOfARingThrew) {
+  HvTCircle ring("ring", 50.0f);
+  ExpectToolHearsThePenAfterAListenerThrew(ring, {50.0f, 0.0f});
+}
+
+TEST(HvTInteractPen, IsHeardAfterAListenerOfARectangleThrew) {
+  HvTRectangle rectangle("rectangle", 10.0f, 10.0f, 60.0f, 40.0f);
+  ExpectToolHearsThePenAfterAListenerThrew(rectangle, {10.0f, 25.0f});
+}
+
+TEST(HvTInteractPen, IsHeardAfterAListenerOfAnAxisThrew) {
+  HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
+  ExpectToolHearsThePenAfterAListenerThrew(axis, {0.0f, 0.0f});
+  EXPECT_EQ(axis.active(), static_cast<std::uint32_t>(HvT2DAxis::kTranslate)) << "hovered again";
 }
 
 TEST(HvTInteractViewRect, MovesTheSourceCentre) {

@@ -1,6 +1,7 @@
 #include "overlay/HvTManager.h"
 
 #include <memory>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -365,6 +366,26 @@ TEST_F(HvTManagerTest, SaysThatAPickIsRunning) {
   move(5, 5);
   EXPECT_TRUE(seen);
   EXPECT_FALSE(manager.isPicking());
+}
+
+TEST_F(HvTManagerTest, HandlesTheNextMessageAfterOneThatThrew) {
+  press(5, 5);
+  a.whileDragged = [] { throw std::runtime_error("refused"); };
+  EXPECT_THROW(move(6, 6), std::runtime_error);
+  a.whileDragged = nullptr;
+  EXPECT_TRUE(move(7, 7));
+  EXPECT_EQ(log.take(), "Drag a 7 7; ");
+  release(30, 5);
+  EXPECT_EQ(manager.hover(), &b);
+}
+
+TEST_F(HvTManagerTest, IsNotPickingAfterAPickThatThrew) {
+  a.whilePicked = [] { throw std::runtime_error("refused"); };
+  EXPECT_THROW(move(5, 5), std::runtime_error);
+  EXPECT_FALSE(manager.isPicking());
+  a.whilePicked = nullptr;
+  move(6, 6);
+  EXPECT_EQ(manager.hover(), &a);
 }
 
 TEST_F(HvTManagerTest, PicksByItsTolerance) {

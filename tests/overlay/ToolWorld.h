@@ -112,6 +112,7 @@ class TestProject : public IDSEffectHost {
   ~TestProject() override { host::UseContent(nullptr); }
 
   HRESULT ContentProperty(const char* key, double& value) const override {
+    asked.emplace_back(key);
     constexpr std::array keys{kProjectUserSizeX, kProjectUserSizeY, kProjectWorldSizeX, kProjectWorldSizeY};
     for (std::size_t i = 0; i < keys.size(); ++i) {
       if (std::string(keys[i]) != key) continue;
@@ -120,6 +121,9 @@ class TestProject : public IDSEffectHost {
     }
     return kWrongArgument;
   }
+
+  // The keys that were read, in order.
+  mutable std::vector<std::string> asked;
 
  private:
   std::array<double, 4> sizes_;

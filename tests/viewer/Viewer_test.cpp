@@ -1,5 +1,7 @@
 #include "host/viewer/Viewer.h"
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include "tests/viewer/RecordingTool.h"
@@ -127,6 +129,24 @@ TEST(Viewer, RelinksItsToolsToWhatIsEdited) {
   }
   EXPECT_EQ(tool->Taken(), (Calls{"tool: unlink operator"}));
   EXPECT_EQ(tool->Read(Edited::kSize), -99.0);
+  viewer->Clear();
+}
+
+TEST(Viewer, TakesThePenFromAToolThatThrows) {
+  const auto viewer = Viewer::Make();
+  Calls calls;
+  const auto low = MakeTool("low", &calls);
+  const auto top = MakeTool("top", &calls);
+  top->takesPen = true;
+  top->onUp = [] { throw std::runtime_error("refused"); };
+  Push(viewer, low.get());
+  Push(viewer, top.get());
+  viewer->PenDown(Pen(1, 2));
+  EXPECT_THROW(viewer->PenUp(Pen(1, 2)), std::runtime_error);
+  top->takesPen = false;
+  calls.clear();
+  viewer->PenMove(Pen(3, 4));
+  EXPECT_EQ(calls, (Calls{"top: move 1 3 4", "low: move 1 3 4"}));
   viewer->Clear();
 }
 
