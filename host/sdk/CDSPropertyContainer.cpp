@@ -17,6 +17,10 @@ std::int32_t Truncated(double value) {
   return static_cast<std::int32_t>(value);
 }
 
+bool IsFinite(const DSCurveKey& key) {
+  return std::isfinite(key.time) && std::isfinite(key.value);
+}
+
 }  // namespace
 
 HRESULT CDSBasePropertyContainer::QueryInterface(const GUID& iid, void** result) {
@@ -84,8 +88,10 @@ HRESULT CDSPropertyContainer::GetValue(const GUID& property, DSVariant* value) {
 HRESULT CDSPropertyContainer::PutValue(const GUID& property, const DSVariant& value) {
   const CDSPropertiesMapEntry* entry = FindEntry(property);
   if (entry == nullptr) return kWrongArgument;
+  const bool isFloat = entry->param.type == DSValueType::Float64;
+  if (isFloat && !std::isfinite(value.asNumber())) return kWrongArgument;
   void* member = entry->member(*this);
-  if (entry->param.type == DSValueType::Float64) {
+  if (isFloat) {
     *static_cast<double*>(member) = value.asNumber();
   } else {
     *static_cast<std::int32_t*>(member) = value.type == DSValueType::Float64 ? Truncated(value.number) : value.whole;
@@ -103,7 +109,7 @@ HRESULT CDSPropertyContainer::GetValueAt(const GUID& property, double time, doub
 
 HRESULT CDSPropertyContainer::PutCurve(const GUID& property, const DSCurve& curve) {
   const CDSPropertiesMapEntry* entry = FindEntry(property);
-  if (entry == nullptr || curve.keys.empty()) return kWrongArgument;
+  if (entry == nullptr || curve.keys.empty() || !std::ranges::all_of(curve.keys, IsFinite)) return kWrongArgument;
   if (entry->param.capability != kAnimatedCapability) return kFailed;
   curves_.insert_or_assign(entry->param.id, curve);
   return OnPropertyChanged(entry->param.id, nullptr, nullptr, nullptr, 0, 0);

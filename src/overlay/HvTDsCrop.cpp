@@ -1,6 +1,5 @@
 #include "overlay/HvTDsCrop.h"
 
-#include <cmath>
 #include <optional>
 
 #include "overlay/HvTInteract.h"
@@ -53,9 +52,7 @@ void HvTDsCrop::Commit() {
   if (tool() == nullptr) return;
   const auto write = [this](HvTRectangle::Edge edge, Line line, float place) {
     if ((edgeMask() & edge) == 0) return;
-    const float percent = PercentOf(line, place);
-    // Limits of no extent give no percentage, and the property keeps the one that it has.
-    if (std::isfinite(percent)) tool()->WriteAnimated(properties_[line], static_cast<double>(percent));
+    tool()->WriteAnimated(properties_[line], static_cast<double>(PercentOf(line, place)));
   };
   write(HvTRectangle::kLeft, kLeftLine, x0());
   write(HvTRectangle::kRight, kRightLine, x1());

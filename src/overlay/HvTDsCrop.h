@@ -21,7 +21,7 @@ class HvTDsCrop : public HvTDsObject, public HvTCropBox {
   std::int32_t OnPropertyChange(const GUID& property, const DSVariant* value) override;
   // All four lines or none: the first property that cannot be read leaves everything as it was.
   void OnTime(double time) override;
-  // The edges that the pen held, each on its own.
+  // The edges that the pen held, each on its own. The host refuses what limits of no extent divide to.
   void Commit() override;
   void Refresh() override { OnTime(kNow); }
 

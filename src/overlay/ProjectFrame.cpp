@@ -23,7 +23,8 @@ double ReadSize(const char* key, double otherwise) {
 ProjectFrame ReadProjectFrame() {
   const double userX = ReadSize(kProjectUserSizeX, kStandardWidth);
   const double userY = ReadSize(kProjectUserSizeY, kStandardHeight);
-  // The world's width says nothing that the height does not: pixels are square in it.
+  // Read as part of the project's four sizes; pixels are square in the world, so its height alone sets the scale.
+  ReadSize(kProjectWorldSizeX, 0.0);
   const double worldY = ReadSize(kProjectWorldSizeY, userY);
   const double width = userY * userX / worldY;
   ProjectFrame frame;

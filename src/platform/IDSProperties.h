@@ -40,13 +40,14 @@ class IDSProperties : public IUnknown {
   virtual HRESULT GetStaticPropertyCount(std::int32_t* count) = 0;
   virtual HRESULT GetStaticPropertiesMap(const CDSPropertiesMap** map) = 0;
 
-  // The plain value. A number for a property of whole values is truncated.
+  // The plain value. A number for a property of whole values is truncated; kWrongArgument for infinity or NaN
+  // for any other.
   virtual HRESULT GetValue(const GUID& property, DSVariant* value) = 0;
   virtual HRESULT PutValue(const GUID& property, const DSVariant& value) = 0;
   // The value at a time: of the curve, else the plain one.
   virtual HRESULT GetValueAt(const GUID& property, double time, double* value) = 0;
   // A curve instead of the plain value. kFailed for a property that is not animated; the curve is taken
-  // as it is, with at least one key and times strictly rising.
+  // as it is, with at least one key, times strictly rising and finite numbers.
   virtual HRESULT PutCurve(const GUID& property, const DSCurve& curve) = 0;
   // The curve, valid until the property changes; kFalse and null when there is none.
   virtual HRESULT GetCurve(const GUID& property, const DSCurve** curve) = 0;

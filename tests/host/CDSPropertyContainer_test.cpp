@@ -114,6 +114,20 @@ TEST(CDSPropertyContainer, TurnsValuesIntoThePropertysType) {
   EXPECT_EQ(container.size, 12.0);
 }
 
+TEST(CDSPropertyContainer, RefusesNumbersThatAreNotFinite) {
+  Container container;
+  container.size = 1.5;
+  for (const double refused : {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                               std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_EQ(container.PutValue(kSize, DSVariant::Of(refused)), kWrongArgument);
+    EXPECT_EQ(container.PutCurve(kSize, DSCurve{{{0.0, 1.0}, {1.0, refused}}}), kWrongArgument);
+    EXPECT_EQ(container.PutCurve(kSize, DSCurve{{{refused, 1.0}}}), kWrongArgument);
+  }
+  const DSCurve* curve = nullptr;
+  EXPECT_EQ(container.GetCurve(kSize, &curve), kFalse);
+  EXPECT_EQ(container.size, 1.5);
+}
+
 TEST(CDSPropertyContainer, ACurveStandsForThePlainValueUntilItIsRemoved) {
   Container container;
   const DSCurve curve{{{0.0, 10.0}, {4.0, 30.0}}, DSInterpolation::Linear};

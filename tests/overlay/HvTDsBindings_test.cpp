@@ -1,5 +1,6 @@
 // The bindings of circle and crop box between widgets and properties.
 #include <cmath>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -267,12 +268,19 @@ TEST_F(HvTDsCropTest, MovesWithItsLimitsAndLeavesTheProperties) {
   EXPECT_TRUE(world_.theOperator->writes.empty());
 }
 
-TEST_F(HvTDsCropTest, KeepsPropertiesThatLimitsOfNoExtentCannotSay) {
+TEST_F(HvTDsCropTest, DividesByLimitsOfNoExtentAndTheHostRefuses) {
   crop_.SetLimits(100.0f, 50.0f, 100.0f, 150.0f);
   crop_.Refresh();
   EXPECT_EQ(crop_.x0(), 100.0f);
-  Drag(100.0, 100.0, 120.0, 100.0);
-  EXPECT_TRUE(world_.theOperator->writes.empty());
+  // The corner of left and bottom: 0 / 0, and a write that is as usual.
+  Drag(100.0, 70.0, 100.0, 90.0);
+  ASSERT_EQ(world_.theOperator->writes.size(), 2u);
+  EXPECT_EQ(world_.theOperator->writes[0].first, kLeftId);
+  EXPECT_TRUE(std::isnan(world_.theOperator->writes[0].second));
+  EXPECT_EQ(world_.theOperator->writes[1], std::pair(kBottomId, 40.0));
+  EXPECT_EQ(world_.theOperator->values[2], 10.0) << "the failed write is dropped";
+  EXPECT_EQ(world_.theOperator->values[4], 40.0);
+  EXPECT_FALSE(world_.tool->WriteAnimated(kLeftId, std::numeric_limits<double>::infinity()));
 }
 
 TEST(HvTDsLifetime, BindingsGoBeforeTheTool) {
