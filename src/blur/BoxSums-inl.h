@@ -17,6 +17,7 @@
 #include <hwy/highway.h>
 
 #include "blur/BoxConstants.h"
+#include "image/CpuIntrinsics-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -113,33 +114,6 @@ struct WideSums {
   V frac;
 };
 
-#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128 && HWY_TARGET != HWY_SCALAR
-// What Highway lacks: 16-bit lanes narrowed within their blocks, and products of bytes with signed ones, added in
-// pairs.
-HWY_INLINE __m128i SaturatedToBytes(__m128i lower, __m128i upper) {
-  return _mm_packus_epi16(lower, upper);
-}
-HWY_INLINE __m128i SumOfProducts(__m128i bytes, __m128i factors) {
-  return _mm_maddubs_epi16(bytes, factors);
-}
-#if HWY_TARGET <= HWY_AVX2
-HWY_INLINE __m256i SaturatedToBytes(__m256i lower, __m256i upper) {
-  return _mm256_packus_epi16(lower, upper);
-}
-HWY_INLINE __m256i SumOfProducts(__m256i bytes, __m256i factors) {
-  return _mm256_maddubs_epi16(bytes, factors);
-}
-#endif
-#if HWY_TARGET <= HWY_AVX3
-HWY_INLINE __m512i SaturatedToBytes(__m512i lower, __m512i upper) {
-  return _mm512_packus_epi16(lower, upper);
-}
-HWY_INLINE __m512i SumOfProducts(__m512i bytes, __m512i factors) {
-  return _mm512_maddubs_epi16(bytes, factors);
-}
-#endif
-#endif
-
 #if HWY_TARGET != HWY_SCALAR
 
 // 8-bit components as two vectors of 16-bit lanes, those of the lower and of the upper half of each 128-bit block.
@@ -195,7 +169,7 @@ struct ByteLanes {
   }
   static HWY_INLINE const Pair& Unpacked(const Pair& v) { return v; }
   static HWY_INLINE Bytes Packed(const Pair& v) {
-#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
+#if HV_X86_VECTORS
     return Bytes{SaturatedToBytes(v.lower.raw, v.upper.raw)};
 #else
     return hn::ConcatEven(U8(), hn::BitCast(U8(), v.upper), hn::BitCast(U8(), v.lower));
@@ -205,7 +179,7 @@ struct ByteLanes {
     return {hn::Sub(in.lower, out.lower), hn::Sub(in.upper, out.upper)};
   }
   static HWY_INLINE Pair Difference(Bytes in, Bytes out) {
-#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
+#if HV_X86_VECTORS
     // Each `in` beside its `out`, times 1 and -1, added.
     const Bytes signs = hn::BitCast(U8(), hn::Set(U16(), 0xFF01));
     const auto lower = SumOfProducts(hn::InterleaveLower(U8(), in, out).raw, signs.raw);
@@ -467,16 +441,9 @@ struct ScaledSums {
   }
 
   // The sum and, of each two lanes side by side, the two products.
-#if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
+#if HV_X86_VECTORS
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
-#if HWY_TARGET == HWY_AVX3_DL
-    // Both compilers are told of this set without the extension that has the instruction as an intrinsic.
-    asm("vpdpwssd %2, %1, %0" : "+v"(sum.raw) : "v"(a.raw), "v"(b.raw));
-    return sum;
-#else
-    V32 unused = hn::Zero(D32());
-    return hn::ReorderWidenMulAccumulate(D32(), a, b, sum, unused);
-#endif
+    return PairProductsAdded(sum, a, b);
   }
 #else
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {

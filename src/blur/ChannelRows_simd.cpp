@@ -2,6 +2,7 @@
 #include <cstdint>
 
 #include "blur/ChannelRows.h"
+#include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "blur/ChannelRows_simd.cpp"
@@ -55,15 +56,19 @@ HWY_INLINE void SpreadOver(const Single* in, const Spread& how, std::int32_t n, 
 }
 
 void Extract8(const R8* in, int channel, std::int32_t n, C8* out) {
+  HvEnterKernel<"extractRow 8", HWY_TARGETS>(HWY_TARGET);
   ExtractAny(in, channel, n, out);
 }
 void Extract16(const R16* in, int channel, std::int32_t n, C16* out) {
+  HvEnterKernel<"extractRow 16", HWY_TARGETS>(HWY_TARGET);
   ExtractAny(in, channel, n, out);
 }
 void Spread8(const C8* in, const Spread& how, std::int32_t n, R8* out) {
+  HvEnterKernel<"spreadRow 8", HWY_TARGETS>(HWY_TARGET);
   SpreadOver(in, how, n, out);
 }
 void Spread16(const C16* in, const Spread& how, std::int32_t n, R16* out) {
+  HvEnterKernel<"spreadRow 16", HWY_TARGETS>(HWY_TARGET);
   SpreadOver(in, how, n, out);
 }
 

@@ -2,6 +2,7 @@
 #include <cstdint>
 
 #include "blur/ColourRows.h"
+#include "image/HvKernel.h"
 #include "image/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -31,15 +32,19 @@ HWY_INLINE void RgbOfRest(const Pixel* in, std::int32_t done, std::int32_t n, Pi
 #if HWY_TARGET == HWY_SCALAR
 
 bool Yuv8(const R8* in, std::int32_t n, R8* out) {
+  HvEnterKernel<"yuvRow 8", HWY_TARGETS>(HWY_TARGET);
   return YuvOfRest(in, 0, n, out);
 }
 bool Yuv16(const R16* in, std::int32_t n, R16* out) {
+  HvEnterKernel<"yuvRow 16", HWY_TARGETS>(HWY_TARGET);
   return YuvOfRest(in, 0, n, out);
 }
 void Rgb8(const R8* in, std::int32_t n, R8* out) {
+  HvEnterKernel<"rgbRow 8", HWY_TARGETS>(HWY_TARGET);
   RgbOfRest(in, 0, n, out);
 }
 void Rgb16(const R16* in, std::int32_t n, R16* out) {
+  HvEnterKernel<"rgbRow 16", HWY_TARGETS>(HWY_TARGET);
   RgbOfRest(in, 0, n, out);
 }
 
@@ -90,6 +95,7 @@ struct Weights {
 
 // Red and blue, green and alpha of an 8-bit pixel are pairs as they stand under a mask.
 bool Yuv8(const R8* in, std::int32_t n, R8* out) {
+  HvEnterKernel<"yuvRow 8", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(255 * 4096);
   const Weights toY{Pair(1224, 468), Pair(2403, 0), max};
   const Weights toU{Pair(-603, 1787), Pair(-1184, 0), max};
@@ -135,6 +141,7 @@ struct Split {
 };
 
 bool Yuv16(const R16* in, std::int32_t n, R16* out) {
+  HvEnterKernel<"yuvRow 16", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(32767 * 4096);
   const Weights toY{Pair(1224, 2403), Pair(468, 0), max};
   const Weights toU{Pair(-603, -1184), Pair(1787, 0), max};
@@ -180,6 +187,7 @@ HWY_INLINE Rgb RgbOf(V twiceY, V twiceU, V twiceV, V max) {
 }
 
 void Rgb8(const R8* in, std::int32_t n, R8* out) {
+  HvEnterKernel<"rgbRow 8", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(255);
   const V twice = Set(2 * 255);
   const V alpha = Set(0xFF000000);
@@ -199,6 +207,7 @@ void Rgb8(const R8* in, std::int32_t n, R8* out) {
 }
 
 void Rgb16(const R16* in, std::int32_t n, R16* out) {
+  HvEnterKernel<"rgbRow 16", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(32767);
   const V high = Set(0xFFFF0000);
   const auto* from = reinterpret_cast<const std::int32_t*>(in);

@@ -3,6 +3,7 @@
 #include <type_traits>
 
 #include "blur/SubtractRows.h"
+#include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "blur/SubtractRows_simd.cpp"
@@ -42,9 +43,11 @@ HWY_INLINE void Reflect(const T* a, const T* b, std::int64_t n, T* out) {
 }
 
 void Reflect8(const std::uint8_t* a, const std::uint8_t* b, std::int64_t n, std::uint8_t* out) {
+  HvEnterKernel<"reflectRow 8", HWY_TARGETS>(HWY_TARGET);
   Reflect(a, b, n, out);
 }
 void Reflect16(const std::int16_t* a, const std::int16_t* b, std::int64_t n, std::int16_t* out) {
+  HvEnterKernel<"reflectRow 16", HWY_TARGETS>(HWY_TARGET);
   Reflect(a, b, n, out);
 }
 

@@ -3,6 +3,7 @@
 #include <hwy/cache_control.h>
 
 #include "image/CopyBits.h"
+#include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "image/CopyBits_simd.cpp"
@@ -130,25 +131,32 @@ HWY_INLINE void FillWhole(const Lane* from, std::int32_t n, Lane* out) {
 }
 
 void Copy32(const void* in, std::int32_t n, std::uint32_t chosen, void* out) {
+  HvEnterKernel<"copyBits 32", HWY_TARGETS>(HWY_TARGET);
   Copy(in, n, chosen, out);
 }
 void Copy64(const void* in, std::int32_t n, std::uint64_t chosen, void* out) {
+  HvEnterKernel<"copyBits 64", HWY_TARGETS>(HWY_TARGET);
   Copy(in, n, chosen, out);
 }
 void Mirror32(const void* in, std::int32_t n, std::uint32_t chosen, void* out) {
+  HvEnterKernel<"mirrorBits 32", HWY_TARGETS>(HWY_TARGET);
   Mirror(in, n, chosen, out);
 }
 void Mirror64(const void* in, std::int32_t n, std::uint64_t chosen, void* out) {
+  HvEnterKernel<"mirrorBits 64", HWY_TARGETS>(HWY_TARGET);
   Mirror(in, n, chosen, out);
 }
 void Fill32(std::uint32_t word, std::int32_t n, std::uint32_t chosen, void* out) {
+  HvEnterKernel<"fillBits 32", HWY_TARGETS>(HWY_TARGET);
   Fill(word, n, chosen, out);
 }
 void Fill64(std::uint64_t word, std::int32_t n, std::uint64_t chosen, void* out) {
+  HvEnterKernel<"fillBits 64", HWY_TARGETS>(HWY_TARGET);
   Fill(word, n, chosen, out);
 }
 
 void MirrorWords(std::size_t wordBytes, const void* in, std::int32_t n, void* out) {
+  HvEnterKernel<"mirrorWords", HWY_TARGETS>(HWY_TARGET);
   const auto* in64 = static_cast<const std::uint64_t*>(in);
   auto* out64 = static_cast<std::uint64_t*>(out);
   switch (wordBytes) {
@@ -160,6 +168,7 @@ void MirrorWords(std::size_t wordBytes, const void* in, std::int32_t n, void* ou
 }
 
 void FillWords(std::size_t wordBytes, const void* word, std::int32_t n, void* out) {
+  HvEnterKernel<"fillWords", HWY_TARGETS>(HWY_TARGET);
   const auto* word64 = static_cast<const std::uint64_t*>(word);
   auto* out64 = static_cast<std::uint64_t*>(out);
   switch (wordBytes) {
@@ -190,42 +199,34 @@ HWY_EXPORT(FillWords);
 }  // namespace
 
 void copyBits(const void* in, std::int32_t n, std::uint32_t chosen, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(Copy32)(in, n, chosen, out);
 }
 
 void copyBits(const void* in, std::int32_t n, std::uint64_t chosen, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(Copy64)(in, n, chosen, out);
 }
 
 void mirrorBits(const void* in, std::int32_t n, std::uint32_t chosen, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(Mirror32)(in, n, chosen, out);
 }
 
 void mirrorBits(const void* in, std::int32_t n, std::uint64_t chosen, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(Mirror64)(in, n, chosen, out);
 }
 
 void fillBits(std::uint32_t word, std::int32_t n, std::uint32_t chosen, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(Fill32)(word, n, chosen, out);
 }
 
 void fillBits(std::uint64_t word, std::int32_t n, std::uint64_t chosen, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(Fill64)(word, n, chosen, out);
 }
 
 void mirrorWords(std::size_t wordBytes, const void* in, std::int32_t n, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(MirrorWords)(wordBytes, in, n, out);
 }
 
 void fillWords(std::size_t wordBytes, const void* word, std::int32_t n, void* out) {
-  HvCountVectorCall();
   HWY_DYNAMIC_DISPATCH(FillWords)(wordBytes, word, n, out);
 }
 

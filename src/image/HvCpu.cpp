@@ -19,10 +19,14 @@ std::atomic<bool> vectorsEntered{false};
 // 0: nobody has chosen, and the best runs.
 std::atomic<std::int64_t> chosenTarget{0};
 
-// Best first. Targets in one word: the lower the bit, the better.
-std::vector<std::int64_t> Targets() {
-  std::vector<std::int64_t> targets = hwy::SupportedAndGeneratedTargets();
-  std::sort(targets.begin(), targets.end());
+// Best first. Targets in one word: the lower the bit, the better. Asked once: Highway's question undoes what has been
+// chosen.
+const std::vector<std::int64_t>& Targets() {
+  static const std::vector<std::int64_t> targets = [] {
+    std::vector<std::int64_t> supported = hwy::SupportedAndGeneratedTargets();
+    std::sort(supported.begin(), supported.end());
+    return supported;
+  }();
   return targets;
 }
 
@@ -31,7 +35,7 @@ std::vector<std::int64_t> Targets() {
 const std::vector<std::string>& HvCpuLevels() {
   static const std::vector<std::string> levels = [] {
     std::vector<std::string> names{std::string(kTwin)};
-    const auto targets = Targets();
+    const auto& targets = Targets();
     for (auto target = targets.rbegin(); target != targets.rend(); ++target)
       names.emplace_back(hwy::TargetName(*target));
     names.emplace_back(kNative);
@@ -45,7 +49,7 @@ bool HvSetCpuLevel(std::string_view level) {
     usesVectors.store(false, std::memory_order_relaxed);
     return true;
   }
-  const auto targets = Targets();
+  const auto& targets = Targets();
   const auto chosen =
       level == kNative ? targets.begin() : std::find_if(targets.begin(), targets.end(), [&](std::int64_t target) {
         return level == hwy::TargetName(target);

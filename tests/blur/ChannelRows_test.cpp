@@ -70,7 +70,7 @@ TEST_P(ChannelRows, CutAtZero) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, ChannelRows, testing::ValuesIn(vectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, ChannelRows, testing::ValuesIn(vectorLevels()), levelName);
 
 }  // namespace
 }  // namespace vblur::test

@@ -110,7 +110,7 @@ TEST_P(ColourRows, FindTheOnePixelThatDoesNotFit) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, ColourRows, testing::ValuesIn(vectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, ColourRows, testing::ValuesIn(vectorLevels()), levelName);
 
 }  // namespace
 }  // namespace vblur::test

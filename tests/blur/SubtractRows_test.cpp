@@ -92,7 +92,7 @@ TEST_P(SubtractRows, OfEveryLengthWriteNothingBesideThem) {
   compareLengths<std::int16_t>();
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, SubtractRows, testing::ValuesIn(vectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, SubtractRows, testing::ValuesIn(vectorLevels()), levelName);
 
 }  // namespace
 }  // namespace vblur::test

@@ -86,7 +86,7 @@ TEST_P(CopyBits, TakeTheChosenBitsAndNoOthers) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, CopyBits, testing::ValuesIn(vectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, CopyBits, testing::ValuesIn(vectorLevels()), levelName);
 
 }  // namespace
 }  // namespace vblur::test

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -146,38 +147,42 @@ TEST_P(CopyPixels, TouchNothingBeforeOrBehindTheirRows) {
   touchNothingElse<int>();
 }
 
-template <class Body>
-bool entersVectors(const Body& body) {
-  const std::uint64_t calls = HvVectorCalls();
-  body();
-  return HvVectorCalls() > calls;
-}
+using Names = std::vector<std::string>;
 
+// Rows of 20 pixels in all forms, and the kernel that each one has to run: none at the twin.
 template <class Pixel>
-void expectVectors(bool wanted) {
+void expectKernels(bool vectors) {
   const std::vector<Pixel> in(40);
   std::vector<Pixel> out(40);
-  const auto copy = [&](std::int32_t step) { copyPixels(out.data(), {in.data() + 20, step, 20, true}, 20); };
-  EXPECT_EQ(entersVectors([&] { copy(-1); }), wanted) << HvCpuLevel();
-  EXPECT_EQ(entersVectors([&] { copy(0); }), wanted) << HvCpuLevel();
-  EXPECT_EQ(entersVectors([&] { fillPixels(out.data(), in[3], 20); }), wanted) << HvCpuLevel();
+  const auto expect = [vectors](const char* kernel, const auto& body) {
+    forgetKernelRuns();
+    body();
+    EXPECT_TRUE(kernelsRan(vectors ? Names{kernel} : Names{})) << sizeof(Pixel);
+  };
+  const auto run = [&](std::int32_t step) { return HvPixelRun<Pixel>{in.data() + 20, step, 20, true}; };
+  expect("mirrorWords", [&] { copyPixels(out.data(), run(-1), 20); });
+  expect("fillWords", [&] { copyPixels(out.data(), run(0), 20); });
+  expect("fillWords", [&] { fillPixels(out.data(), in[3], 20); });
   if constexpr (kIsWord<Pixel>) {
     using Alpha = ChannelMask<0, 0, 0, 1>;
-    for (const std::int32_t step : {1, 0, -1}) {
-      const auto copyAlpha = [&] { copyChannels<Alpha>(out.data(), {in.data() + 20, step, 20, true}, 20); };
-      EXPECT_EQ(entersVectors(copyAlpha), wanted) << HvCpuLevel() << " " << step;
-    }
+    const auto kernel = [](const char* narrow, const char* wide) { return sizeof(Pixel) == 4 ? narrow : wide; };
+    const auto copyAlpha = [&](std::int32_t step) {
+      return [&, step] { copyChannels<Alpha>(out.data(), run(step), 20); };
+    };
+    expect(kernel("copyBits 32", "copyBits 64"), copyAlpha(1));
+    expect(kernel("fillBits 32", "fillBits 64"), copyAlpha(0));
+    expect(kernel("mirrorBits 32", "mirrorBits 64"), copyAlpha(-1));
   }
 }
 
-TEST(CopyPixelsLevels, EnterVectorCodeAtEachLevelButTheTwin) {
+TEST(CopyPixelsLevels, RunTheirKernelsAtEachLevelButTheTwin) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
-    const bool wanted = name != "twin";
-    expectVectors<R8>(wanted);
-    expectVectors<R16>(wanted);
-    expectVectors<Ri>(wanted);
-    expectVectors<int>(wanted);
+    const bool vectors = name != "twin";
+    expectKernels<R8>(vectors);
+    expectKernels<R16>(vectors);
+    expectKernels<Ri>(vectors);
+    expectKernels<int>(vectors);
   }
 }
 
@@ -196,7 +201,7 @@ TEST(CopyPixelsLevels, TheTwinTakesOnePixelAfterTheOther) {
   EXPECT_EQ((std::vector<int>(row, row + 8)), (std::vector{8, 0, 0, 9, 9, 1, 7, 8}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, CopyPixels, testing::ValuesIn(vectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, CopyPixels, testing::ValuesIn(vectorLevels()), levelName);
 
 }  // namespace
 }  // namespace vblur::test

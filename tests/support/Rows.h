@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,23 +11,13 @@
 #include "image/HvCpu.h"
 #include "image/HvTexture.h"
 #include "tests/support/Canvas.h"
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/PrintPixel.h"
 
 namespace vblur::test {
 
 // Longer than two of the longest vectors and the rest of one.
 inline constexpr std::int32_t kLongestRow = 150;
-
-// Every level but the twin.
-inline std::vector<std::string> vectorLevels() {
-  return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};
-}
-
-class AtEachLevel : public ::testing::TestWithParam<std::string> {
- private:
-  const CpuLevel level_{GetParam()};
-};
 
 template <class Pixel>
 std::vector<Pixel> randomRow(Random& random, std::size_t n) {

@@ -1,0 +1,123 @@
+// Which vector code has run, and for which instruction set: every test of vector code asserts it.
+//
+//   class MixRows : public AtEachLevel {};           // a suite at every level but the twin
+//   INSTANTIATE_TEST_SUITE_P(Levels, MixRows, testing::ValuesIn(vectorLevels()), levelName);
+//
+//   TEST_P(MixRows, EqualTheTwin) {
+//     ...                                            // as it ends, some kernel must have run, each for this level
+//     EXPECT_TRUE(kernelsRan({"mix 8", "mix 16"}));  // stricter: these and no others, since the last question
+//   }
+//
+// A test that means to stay in plain code ends with EXPECT_TRUE(kernelsRan({})); tests without the fixture call
+// forgetKernelRuns() first. Names are those that X_simd.cpp gives to HvEnterKernel. At a level that a kernel is not
+// compiled for, it has to run for the best instruction set below.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <hwy/targets.h>
+
+#include "image/HvCpu.h"
+#include "image/HvKernel.h"
+#include "tests/support/CpuLevel.h"
+
+namespace vblur::test {
+
+// The instruction set that a kernel has to run for at the level in use: the best it is compiled for that is not above
+// the level. 0 at the twin.
+inline std::int64_t wantedTarget(const HvKernel& kernel) {
+  if (!HvUsesVectors()) return 0;
+  const auto& levels = HvCpuLevels();
+  const std::string level = HvCpuLevel();
+  // The lower the bit, the better.
+  bool reached = false;
+  for (int bit = 0; bit < 63; ++bit) {
+    const std::int64_t target = std::int64_t{1} << bit;
+    const std::string name = hwy::TargetName(target);
+    reached = reached || name == level;
+    const bool usable =
+        (kernel.targets() & target) != 0 && std::find(levels.begin(), levels.end(), name) != levels.end();
+    if (reached && usable) return target;
+  }
+  return 0;
+}
+
+struct KernelRun {
+  std::string name;
+  std::int64_t targets = 0;
+  std::int64_t wanted = 0;
+};
+
+// Kernels that have run since the last question.
+inline std::vector<KernelRun> takeKernelRuns() {
+  std::vector<KernelRun> runs;
+  for (HvKernel* kernel = HvKernel::first(); kernel != nullptr; kernel = kernel->next()) {
+    const std::int64_t targets = kernel->takeEntered();
+    if (targets != 0) runs.push_back({kernel->name(), targets, wantedTarget(*kernel)});
+  }
+  return runs;
+}
+
+inline void forgetKernelRuns() {
+  takeKernelRuns();
+}
+
+inline ::testing::AssertionResult ranAtThisLevel(const std::vector<KernelRun>& runs) {
+  for (const KernelRun& run : runs) {
+    if (run.targets == run.wanted) continue;
+    return ::testing::AssertionFailure() << run.name << " ran for targets " << run.targets << ", not " << run.wanted
+                                         << ", at level " << HvCpuLevel();
+  }
+  return ::testing::AssertionSuccess();
+}
+
+// These kernels and no others have run since the last question, each for the level in use.
+inline ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
+  const std::vector<KernelRun> runs = takeKernelRuns();
+  std::vector<std::string> ran;
+  for (const KernelRun& run : runs)
+    ran.push_back(run.name);
+  std::sort(names.begin(), names.end());
+  std::sort(ran.begin(), ran.end());
+  if (ran != names) {
+    return ::testing::AssertionFailure() << ::testing::PrintToString(ran) << " ran, not "
+                                         << ::testing::PrintToString(names) << ", at level " << HvCpuLevel();
+  }
+  return ranAtThisLevel(runs);
+}
+
+// Every level but the twin.
+inline std::vector<std::string> vectorLevels() {
+  return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};
+}
+
+// Prints the level in the name of a test.
+inline const auto levelName = [](const ::testing::TestParamInfo<std::string>& level) { return level.param; };
+
+// A test at a level. What it has not asked about by the time it ends must be vector code of that level; a test that
+// has never asked must have run some.
+class AtEachLevel : public ::testing::TestWithParam<std::string> {
+ protected:
+  AtEachLevel() { forgetKernelRuns(); }
+  void TearDown() override {
+    const std::vector<KernelRun> runs = takeKernelRuns();
+    if (HasFailure() || IsSkipped()) return;
+    EXPECT_TRUE(asked_ || !runs.empty()) << "no vector code has run";
+    EXPECT_TRUE(ranAtThisLevel(runs));
+  }
+  ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
+    asked_ = true;
+    return test::kernelsRan(std::move(names));
+  }
+
+ private:
+  const CpuLevel level_{GetParam()};
+  bool asked_ = false;
+};
+
+}  // namespace vblur::test
