@@ -7,14 +7,14 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "composite/HsvVectors_simd.h"
-#include "composite/MergeVectors_simd.h"
+#include "composite/HsvVectors-inl.h"
+#include "composite/MergeVectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
 namespace HWY_NAMESPACE {
 
-// The operations of ColourMerge.h under their names there.
+// Luminance and Chroma of HvRGBMerge and the operations of HvHSVConverter, on planes.
 template <class V>
 struct Yuv {
   V y, u, v;
@@ -51,7 +51,7 @@ HWY_INLINE Planes<Ints> RgbFromYuv(const Yuv<Floats>& c, Ints alpha) {
           store(hn::Sub(hn::Add(Times(c.u, 2.0292995f), Times(c.y, 1.0001001f)), Times(c.v, 0.0000229211f))), alpha};
 }
 
-// An alpha that is stored already needs no limit.
+// A stored alpha needs no clamp.
 template <class Pixel>
 HWY_INLINE Ints AlphaOf(const Planes<Ints>& p) {
   return p.alpha;
@@ -125,7 +125,7 @@ MergeRow<Pixel> PlanesRowOf(MergeForm form) {
   return form == MergeForm::Integer ? &Row<Operation, MergeForm::Integer, Pixel> : FloatRowOf<Operation, Pixel>(form);
 }
 
-// At 8 bits most pictures keep to small numbers: all stored ones, and what weights of at least 0 make of them.
+// Weights of at least 0 keep 8-bit operands within the range of SmallQuotients.
 template <class Choice>
 MergeRow<R8> HsvRowOf(MergeForm form, const MergeWeights& w, R8) {
   const bool small = w.gainA >= 0.0f && w.gainB >= 0.0f && w.mixA >= 0.0f && w.mixB >= 0.0f;

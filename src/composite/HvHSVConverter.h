@@ -1,10 +1,12 @@
-// Hue, saturation and value in whole numbers, at the scale of a pixel type: a sextant of the hue circle is
-// One wide, saturation runs to One and the value is that of the brightest colour.
+// Hue, saturation and value in integers, at the scale of a pixel type, and the blend operations that work on them. A
+// sextant of the hue circle is One wide, saturation runs to One, and the value is the greatest of the colours.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
+#include "composite/MergeOperation.h"
+#include "composite/PixelMath.h"
 #include "image/Arithmetic.h"
 #include "image/Pixels.h"
 
@@ -18,18 +20,18 @@ struct HvHSV {
   friend bool operator==(const HvHSV&, const HvHSV&) = default;
 };
 
-// All of it in signed 32-bit integers that wrap: negative and out-of-range colours are taken as they come.
-template <class Pixel>
+// A base of HvMerge. Instances: <R8, Rf, 255> and <R16, Rf, 16384>. All arithmetic is in signed 32-bit integers that
+// wrap; negative and out-of-range colours are accepted.
+template <class Pixel, class Accum, std::int32_t One>
 class HvHSVConverter {
- public:
-  static constexpr std::int32_t kOne = Pixel::kOne;
-  static constexpr std::int32_t kCircle = kOne * 6;
+  static_assert(One == Pixel::kOne);
 
+ public:
   static constexpr HvHSV fromRGB(std::int32_t red, std::int32_t green, std::int32_t blue) {
     const std::int32_t most = std::max({red, green, blue});
     if (most == 0) return {};
     const std::int32_t range = wrapSub(most, std::min({red, green, blue}));
-    const std::int32_t saturation = wrapDiv(wrapMul(range, kOne), most);
+    const std::int32_t saturation = wrapDiv(wrapMul(range, One), most);
     if (saturation == 0) return {0, 0, most};
     const auto arc = [range](std::int32_t a, std::int32_t b) {
       return wrapDiv(wrapMul(wrapSub(a, b), kTwoOnes), wrapMul(range, 2));
@@ -42,19 +44,19 @@ class HvHSVConverter {
     return {wrapAdd(arc(red, green), 2 * kTwoOnes), saturation, most};
   }
 
-  // Red, green and blue limited to the pixel's range, and an alpha of 0.
+  // Red, green and blue clamped to the pixel's range; alpha is 0.
   static constexpr Pixel toRGB(const HvHSV& hsv) {
     const std::int32_t v = hsv.value;
     if (hsv.saturation == 0) return pixelOf(v, v, v);
     std::int32_t hue = hsv.hue % kCircle;
     if (hue < 0) hue += kCircle;
-    const std::int32_t sextant = hue / kOne;
-    const std::int32_t f = hue - sextant * kOne;
-    // The value less a share of it, given as the share of the saturation: 0 to One.
-    const auto faded = [&](std::int32_t share) { return wrapMul(wrapSub(kOne, share), v) / kOne; };
+    const std::int32_t sextant = hue / One;
+    const std::int32_t f = hue - sextant * One;
+    // The value reduced by share / One.
+    const auto faded = [&](std::int32_t share) { return wrapMul(wrapSub(One, share), v) / One; };
     const std::int32_t p = faded(hsv.saturation);
-    const std::int32_t q = faded(wrapMul(f, hsv.saturation) / kOne);
-    const std::int32_t t = faded(wrapMul(kOne - f, hsv.saturation) / kOne);
+    const std::int32_t q = faded(wrapMul(f, hsv.saturation) / One);
+    const std::int32_t t = faded(wrapMul(One - f, hsv.saturation) / One);
     switch (sextant) {
       case 0: return pixelOf(v, t, p);
       case 1: return pixelOf(q, v, p);
@@ -66,10 +68,52 @@ class HvHSVConverter {
   }
 
  private:
-  static constexpr std::int32_t kTwoOnes = kOne * 2;
+  // Neither hue nor saturation can be given to a pixel when the one that lends its hue is grey.
+  struct HueChoice {
+    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const {
+      return {p.hue, p.saturation == 0 ? 0 : q.saturation, q.value};
+    }
+  };
+  struct SaturationChoice {
+    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const {
+      return {q.hue, q.saturation == 0 ? 0 : p.saturation, q.value};
+    }
+  };
+  struct ValueChoice {
+    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const { return {q.hue, q.saturation, p.value}; }
+  };
+  struct ColourChoice {
+    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const { return {p.hue, p.saturation, q.value}; }
+  };
 
-  // Toward zero. What does not fit gives -2147483648, and so does a division by 0: a range of exactly 2^31
-  // doubles to it.
+  // Converts the HSV that Choice makes of two pixels. Float operands are truncated first, without a clamp.
+  template <class Choice>
+  struct HsvMerge : MergeOperation<Pixel, true, true> {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      return withAlpha(toRGB(Choice{}(fromRGB(p.red, p.green, p.blue), fromRGB(q.red, q.green, q.blue))), p.alpha);
+    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return withAlpha(toRGB(Choice{}(truncated(p), truncated(q))), storeClamped<Pixel>(p.alpha));
+    }
+
+   private:
+    static constexpr HvHSV truncated(const Accum& p) {
+      return fromRGB(truncToInt(p.red), truncToInt(p.green), truncToInt(p.blue));
+    }
+  };
+
+ public:
+  struct Hue : HsvMerge<HueChoice> {};
+  struct Saturation : HsvMerge<SaturationChoice> {};
+  struct Value : HsvMerge<ValueChoice> {};
+  struct Colour : HsvMerge<ColourChoice> {};
+
+ private:
+  static constexpr std::int32_t kTwoOnes = One * 2;
+  static constexpr std::int32_t kCircle = One * 6;
+
+  // Truncates. A quotient that does not fit gives -2147483648, and so does a division by 0, which a range of exactly
+  // 2^31 doubles to.
   static constexpr std::int32_t wrapDiv(std::int32_t a, std::int32_t b) {
     if (b == 0 || (a == kInt32Min && b == -1)) return kInt32Min;
     return a / b;

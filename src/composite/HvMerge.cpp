@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 
-#include "composite/ColourMerge.h"
 #include "composite/MergeRows.h"
 #include "composite/StraightRuns.h"
 
@@ -27,29 +26,29 @@ template <class Pixel>
 using KernelChoice = MergeKernel<Pixel> (*)(MergeForm);
 
 // By HvMergeMethod.
-template <class Pixel>
+template <class Pixel, class Merge = HvMerge<Pixel, Rf, Pixel::kOne>>
 constexpr std::array<KernelChoice<Pixel>, 21> kOperations = {
-    &kernelOf<blend::Luminance<Pixel>>,
-    &kernelOf<blend::Chroma<Pixel>>,
-    &kernelOf<blend::Hue<Pixel>>,
-    &kernelOf<blend::Saturation<Pixel>>,
-    &kernelOf<blend::Value<Pixel>>,
-    &kernelOf<blend::Colour<Pixel>>,
-    &kernelOf<blend::Darken<Pixel>>,
-    &kernelOf<blend::Lighten<Pixel>>,
-    &kernelOf<blend::Screen<Pixel>>,
-    &kernelOf<blend::Multiply<Pixel>>,
-    &kernelOf<blend::Add<Pixel>>,
-    &kernelOf<blend::Subtract<Pixel>>,
-    &kernelOf<blend::Difference<Pixel>>,
-    &kernelOf<blend::Overlay<Pixel>>,
-    &kernelOf<blend::HardLight<Pixel>>,
+    &kernelOf<typename Merge::Luminance>,
+    &kernelOf<typename Merge::Chroma>,
+    &kernelOf<typename Merge::Hue>,
+    &kernelOf<typename Merge::Saturation>,
+    &kernelOf<typename Merge::Value>,
+    &kernelOf<typename Merge::Colour>,
+    &kernelOf<typename Merge::Darken>,
+    &kernelOf<typename Merge::Lighten>,
+    &kernelOf<typename Merge::Screen>,
+    &kernelOf<typename Merge::Multiply>,
+    &kernelOf<typename Merge::Add>,
+    &kernelOf<typename Merge::Subtract>,
+    &kernelOf<typename Merge::Difference>,
+    &kernelOf<typename Merge::Overlay>,
+    &kernelOf<typename Merge::HardLight>,
     nullptr,
     nullptr,
     nullptr,
     nullptr,
-    &kernelOf<blend::AddOver<Pixel>>,
-    &kernelOf<blend::AddUnder<Pixel>>,
+    &kernelOf<typename Merge::AddOver>,
+    &kernelOf<typename Merge::AddUnder>,
 };
 
 template <class Pixel>
@@ -63,41 +62,42 @@ MergeKernel<Pixel> kernelFor(std::int32_t method, MergeForm form) {
 
 template <class Pixel, class Accum, std::int32_t One>
 void HvMerge<Pixel, Accum, One>::setGains(float a, float b) {
-  weights.gainA = a;
-  weights.gainB = b;
+  gainA = a;
+  gainB = b;
   const bool gained = std::fabs(a - 1.0f) > kHalfStep || std::fabs(b - 1.0f) > kHalfStep;
-  mergeFlags = gained ? mergeFlags | kGained : mergeFlags & ~static_cast<std::uint32_t>(kGained);
+  flags = gained ? flags | kGained : flags & ~static_cast<std::uint32_t>(kGained);
 }
 
 template <class Pixel, class Accum, std::int32_t One>
 void HvMerge<Pixel, Accum, One>::setBlend(float m) {
   blend = clampTo(m, 0.0f, 1.0f);
-  mergeFlags &= ~static_cast<std::uint32_t>(kTowardsA | kTowardsB);
+  flags &= ~static_cast<std::uint32_t>(kTowardsA | kTowardsB);
   if (std::fabs(static_cast<double>(blend) - 0.5) < static_cast<double>(kHalfStep)) return;
   if (blend < 0.5f) {
-    mergeFlags |= kTowardsA;
-    weights.weightB = blend * 2.0f;
-    weights.weightA = 1.0f - weights.weightB;
+    flags |= kTowardsA;
+    weightB = blend * 2.0f;
+    weightA = 1.0f - weightB;
   } else {
-    mergeFlags |= kTowardsB;
-    weights.weightA = (1.0f - blend) * 2.0f;
-    weights.weightB = 1.0f - weights.weightA;
+    flags |= kTowardsB;
+    weightA = (1.0f - blend) * 2.0f;
+    weightB = 1.0f - weightA;
   }
-  weights.mixA = weights.gainA * weights.weightA;
-  weights.mixB = weights.gainB * weights.weightB;
+  mixA = gainA * weightA;
+  mixB = gainB * weightB;
 }
 
 template <class Pixel, class Accum, std::int32_t One>
 MergeForm HvMerge<Pixel, Accum, One>::form() const {
-  if ((mergeFlags & kTowardsB) != 0) return MergeForm::TowardsB;
-  if ((mergeFlags & kTowardsA) != 0) return MergeForm::TowardsA;
-  return (mergeFlags & kGained) != 0 ? MergeForm::Gained : MergeForm::Integer;
+  if ((flags & kTowardsB) != 0) return MergeForm::TowardsB;
+  if ((flags & kTowardsA) != 0) return MergeForm::TowardsA;
+  return (flags & kGained) != 0 ? MergeForm::Gained : MergeForm::Integer;
 }
 
 template <class Pixel, class Accum, std::int32_t One>
 void HvMerge<Pixel, Accum, One>::processRows(Texture* a, Texture* b, Texture* out) {
-  const MergeKernel<Pixel> kernel = kernelFor<Pixel>(method, form());
+  const MergeKernel<Pixel> kernel = rgbMode == 1 ? kernelFor<Pixel>(method, form()) : nullptr;
   if (kernel == nullptr) return;
+  const MergeWeights weights{gainA, gainB, weightA, weightB, mixA, mixB};
   const MergeRow<Pixel> row = mergeRowFor<Pixel>(method, form(), weights);
   const auto byVectors = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
     row(fromA, fromB, to, n, weights);

@@ -4,13 +4,14 @@
 
 #include <cstdint>
 
+#include "composite/HvHSVConverter.h"
+#include "composite/HvRGBMerge.h"
 #include "composite/MergeKernel.h"
 #include "image/Combiner.h"
 
 namespace vblur {
 
-// What to do with the two pictures. Numbers between HardLight and Add Over are not in use and leave the
-// output alone.
+// The operation of a merge. The output is not written for a number that is not listed.
 enum HvMergeMethod : std::int32_t {
   kMergeLuminance = 0,
   kMergeChroma = 1,
@@ -31,12 +32,13 @@ enum HvMergeMethod : std::int32_t {
   kMergeAddUnder = 20,
 };
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 16384>. Give it a method, gains and then a blend, a window and an
+// Instances: <R8, Rf, 255> and <R16, Rf, 16384>. Set rgbMode to 1, a method, gains and then a blend, a window and an
 // interrupt record, and call process(a, b, output); the output may be one of the two.
 template <class Pixel, class Accum, std::int32_t One>
-class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
+class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>>,
+                public HvRGBMerge<Pixel, Accum, One>,
+                public HvHSVConverter<Pixel, Accum, One> {
  public:
-  static_assert(One == Pixel::kOne);
   using Texture = HvTexture<Pixel, Accum>;
 
   enum MergeFlag : std::uint32_t {
@@ -47,17 +49,24 @@ class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>
 
   // Gains of 1 within 1/255 are not in force.
   void setGains(float a, float b);
-  // 0 gives the first picture, 1 the second and 0.5, within 1/255, the method's full result. Takes the
-  // gains as they stand.
+  // 0 gives the first picture, 1 the second and 0.5, within 1/255, the method's full result. Call it after setGains:
+  // mixA and mixB are computed from the gains.
   void setBlend(float m);
   MergeForm form() const;
 
   void processRows(Texture* a, Texture* b, Texture* out) override;
 
+  std::int32_t rgbMode = 0;               // 1: `method` is in force; the output is not written for any other mode
+  std::int32_t hsvMethod = 0;             // of mode 0, which has no methods
   std::int32_t method = kMergeLuminance;  // an HvMergeMethod
-  MergeWeights weights;
+  float gainA = 1.0f;
+  float gainB = 1.0f;
+  float mixA = 0.0f;  // gain times weight
+  float mixB = 0.0f;
   float blend = 0.5f;
-  std::uint32_t mergeFlags = 0;
+  float weightA = 1.0f;  // the share of either picture in the mix
+  float weightB = 1.0f;
+  std::uint32_t flags = 0;  // MergeFlags; the bits of the window are in Imager::flags
 };
 
 extern template class HvMerge<R8, Rf, 255>;

@@ -1,31 +1,27 @@
-// The blend operations on red, green, blue and alpha as they stand. Each has two forms: ofIntegers on
-// stored pixels, and ofFloats on pixels with a gain, which need not lie in the pixel's range. The result
-// of both is a finished pixel, every component limited to the range and truncated.
-//
-// p is the first operand, q the second. Products of two components stay within 2^30.
+// The blend operations that work on red, green, blue and alpha as stored, or on luminance and colour differences.
 #pragma once
 
 #include <cstdint>
 
+#include "blur/ColourConversion.h"
+#include "composite/MergeOperation.h"
 #include "composite/PixelMath.h"
 #include "image/Arithmetic.h"
 #include "image/Pixels.h"
 
-namespace vblur::blend {
+namespace vblur {
 
-// What a merge needs to know of an operation beside its two forms. One that mixes its operands is applied
-// to a mix of a and b; any other is applied first, and its result is mixed.
-template <class Pixel_, bool MixesOperands, bool TakesFirstAlpha = false>
-struct MergeOperation {
-  using Pixel = Pixel_;
-  static constexpr bool kMixesOperands = MixesOperands;
-  // The result has the first operand's alpha, whatever the second one's.
-  static constexpr bool kTakesFirstAlpha = TakesFirstAlpha;
-  static constexpr float kOne = static_cast<float>(Pixel::kOne);
-  static constexpr float kThreeOnes = static_cast<float>(3 * Pixel::kOne);
+// A base of HvMerge. Instances: <R8, Rf, 255> and <R16, Rf, 16384>. Products of two stored components stay within
+// 2^30.
+template <class Pixel, class Accum, std::int32_t One>
+class HvRGBMerge {
+  static_assert(One == Pixel::kOne);
 
-  // A product of two components back in their scale, toward zero.
-  static constexpr std::int32_t unscaled(std::int32_t product) { return product / Pixel::kOne; }
+  static constexpr auto kFloatOne = static_cast<float>(One);
+  static constexpr auto kThreeOnes = static_cast<float>(3 * One);
+
+  // A product of two components back in their scale, truncated.
+  static constexpr std::int32_t unscaled(std::int32_t product) { return product / One; }
 
   // One function for the three colours and one for alpha.
   template <class Operand, class Colour, class Alpha>
@@ -37,171 +33,138 @@ struct MergeOperation {
     result.alpha = storeClamped<Pixel>(alpha(p.alpha, q.alpha));
     return result;
   }
-};
 
-struct LesserOf {
-  template <class T>
-  constexpr auto operator()(T a, T b) const {
-    return a < b ? +a : +b;
-  }
-};
+  using MixedAfter = MergeOperation<Pixel, false>;
+  using MixedBefore = MergeOperation<Pixel, true>;
 
-struct GreaterOf {
-  template <class T>
-  constexpr auto operator()(T a, T b) const {
-    return a > b ? +a : +b;
-  }
-};
+ public:
+  struct Screen : MixedAfter {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      return each(
+          p, q, [](std::int32_t a, std::int32_t b) { return a + b - unscaled(a * b); }, GreaterOf{});
+    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return each(
+          p, q, [](float a, float b) { return a + b - b * a / kFloatOne; }, GreaterOf{});
+    }
+  };
 
-struct SumOf {
-  template <class T>
-  constexpr auto operator()(T a, T b) const {
-    return a + b;
-  }
-};
+  struct Multiply : MixedAfter {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      return each(
+          p, q, [](std::int32_t a, std::int32_t b) { return unscaled(a * b); }, LesserOf{});
+    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return each(
+          p, q, [](float a, float b) { return a * b / kFloatOne; }, LesserOf{});
+    }
+  };
 
-struct DifferenceOf {
-  template <class T>
-  constexpr auto operator()(T a, T b) const {
-    return a - b;
-  }
-};
+  // Treats all four components alike, in integers and in floats.
+  template <class Function>
+  struct PlainMerge : MixedAfter {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return each(p, q, Function{}, Function{}); }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) { return each(p, q, Function{}, Function{}); }
+  };
 
-struct DistanceOf {
-  template <class T>
-  constexpr auto operator()(T a, T b) const {
-    const auto d = a - b;
-    return d < 0 ? -d : d;
-  }
-};
+  struct Add : PlainMerge<SumOf> {};
+  struct Subtract : PlainMerge<DifferenceOf> {};
+  struct Difference : PlainMerge<DistanceOf> {};
 
-template <class Pixel>
-struct Screen : MergeOperation<Pixel, false> {
-  using Base = MergeOperation<Pixel, false>;
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-    return Base::each(
-        p, q, [](std::int32_t a, std::int32_t b) { return a + b - Base::unscaled(a * b); }, GreaterOf{});
-  }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) {
-    return Base::each(
-        p, q, [](float a, float b) { return a + b - b * a / Base::kOne; }, GreaterOf{});
-  }
-};
+  // Brightens p by the mean of q's colours. Both forms compute in floats.
+  struct AddOver : MixedAfter {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      return ofFloats(widenedToFloat(p), widenedToFloat(q));
+    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      const float k = colourSum(q) / kThreeOnes;
+      return each(
+          p, q, [k](float a, float) { return a * k + a; }, SumOf{});
+    }
+  };
 
-template <class Pixel>
-struct Multiply : MergeOperation<Pixel, false> {
-  using Base = MergeOperation<Pixel, false>;
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-    return Base::each(
-        p, q, [](std::int32_t a, std::int32_t b) { return Base::unscaled(a * b); }, LesserOf{});
-  }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) {
-    return Base::each(
-        p, q, [](float a, float b) { return a * b / Base::kOne; }, LesserOf{});
-  }
-};
+  struct AddUnder : MixedAfter {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return AddOver::ofIntegers(q, p); }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) { return AddOver::ofFloats(q, p); }
+  };
 
-// An operation that treats all four components alike and reads the same in integers and floats.
-template <class Pixel, class Function>
-struct PlainMerge : MergeOperation<Pixel, false> {
-  using Base = MergeOperation<Pixel, false>;
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return Base::each(p, q, Function{}, Function{}); }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) { return Base::each(p, q, Function{}, Function{}); }
-};
+  // Screens where p is bright and multiplies elsewhere, at twice the strength. Bright: the colours of p sum to more
+  // than three times One, which stored 8-bit pixels never do.
+  struct HardLight : MixedAfter {
+    // At 16 bits the doubled product wraps where it reaches 2^31: -32768 by -32768.
+    static constexpr std::int32_t doubledProduct(std::int32_t a, std::int32_t b) { return unscaled(wrapMul(2 * a, b)); }
 
-template <class Pixel>
-struct Add : PlainMerge<Pixel, SumOf> {};
-
-template <class Pixel>
-struct Subtract : PlainMerge<Pixel, DifferenceOf> {};
-
-template <class Pixel>
-struct Difference : PlainMerge<Pixel, DistanceOf> {};
-
-// Brightens p by the mean of q's colours. Both forms reckon in floats; only alpha tells them apart, and
-// a sum of two stored alphas is the same in either.
-template <class Pixel>
-struct AddOver : MergeOperation<Pixel, false> {
-  using Base = MergeOperation<Pixel, false>;
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-    return ofFloats(widenedToFloat(p), widenedToFloat(q));
-  }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) {
-    const float k = colourSum(q) / Base::kThreeOnes;
-    return Base::each(
-        p, q, [k](float a, float) { return a * k + a; }, SumOf{});
-  }
-};
-
-template <class Pixel>
-struct AddUnder : MergeOperation<Pixel, false> {
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return AddOver<Pixel>::ofIntegers(q, p); }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) { return AddOver<Pixel>::ofFloats(q, p); }
-};
-
-// Screens where p is bright and multiplies elsewhere, at twice the strength. Bright means that the
-// colours of p sum to more than three times One, so that stored 8-bit pixels are never bright.
-template <class Pixel>
-struct HardLight : MergeOperation<Pixel, false> {
-  using Base = MergeOperation<Pixel, false>;
-
-  // At 16 bits the doubled product wraps where it reaches 2^31: -32768 by -32768.
-  static constexpr std::int32_t doubledProduct(std::int32_t a, std::int32_t b) {
-    return Base::unscaled(wrapMul(2 * a, b));
-  }
-
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-    if constexpr (Pixel::kMax > Pixel::kOne) {
-      if (colourSum(p) > 3 * Pixel::kOne) {
-        const auto screened = [](std::int32_t a, std::int32_t b) {
-          return (b + a - Base::unscaled(b * a)) * 2 - Pixel::kOne;
-        };
-        return Base::each(p, q, screened, screened);
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      if constexpr (Pixel::kMax > One) {
+        if (colourSum(p) > 3 * One) {
+          const auto screened = [](std::int32_t a, std::int32_t b) { return (b + a - unscaled(b * a)) * 2 - One; };
+          return each(p, q, screened, screened);
+        }
       }
+      return each(p, q, doubledProduct, doubledProduct);
     }
-    return Base::each(p, q, doubledProduct, doubledProduct);
-  }
 
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) {
-    if (colourSum(p) > Base::kThreeOnes) {
-      const auto screened = [](float a, float b) { return (b + a - b * a / Base::kOne) * 2.0f - Base::kOne; };
-      return Base::each(p, q, screened, screened);
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      if (colourSum(p) > kThreeOnes) {
+        const auto screened = [](float a, float b) { return (b + a - b * a / kFloatOne) * 2.0f - kFloatOne; };
+        return each(p, q, screened, screened);
+      }
+      const auto multiplied = [](float a, float b) { return 2.0f * a * b / kFloatOne; };
+      return each(p, q, multiplied, multiplied);
     }
-    const auto multiplied = [](float a, float b) { return 2.0f * a * b / Base::kOne; };
-    return Base::each(p, q, multiplied, multiplied);
-  }
+  };
+
+  struct Overlay : MixedAfter {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return HardLight::ofIntegers(q, p); }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) { return HardLight::ofFloats(q, p); }
+  };
+
+  // The darker pixel, q on a tie. Its alpha is 0, unlike that of Lighten.
+  struct Darken : MixedBefore {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      return withAlpha(colourSum(q) > colourSum(p) ? p : q, 0);
+    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return withAlpha(finished<Pixel>(colourSum(q) > colourSum(p) ? p : q), 0);
+    }
+  };
+
+  // The brighter pixel with its alpha, q on a tie.
+  struct Lighten : MixedBefore {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return colourSum(p) > colourSum(q) ? p : q; }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return finished<Pixel>(colourSum(p) > colourSum(q) ? p : q);
+    }
+  };
+
+  // Luminance of one pixel with the colour differences of the other, clamped to 0..Max: negative 16-bit colours
+  // become 0.
+  template <bool LuminanceOfFirst>
+  struct YuvMerge : MergeOperation<Pixel, true, true> {
+    static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
+      const YuvInt c = chosen(yuvFromRgb(std::int32_t{p.red}, std::int32_t{p.green}, std::int32_t{p.blue}),
+                              yuvFromRgb(std::int32_t{q.red}, std::int32_t{q.green}, std::int32_t{q.blue}));
+      return fromYuv({static_cast<float>(c.y), static_cast<float>(c.u), static_cast<float>(c.v)}, p.alpha);
+    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return fromYuv(chosen(yuvFromRgb(p.red, p.green, p.blue), yuvFromRgb(q.red, q.green, q.blue)),
+                     storeClamped<Pixel>(p.alpha));
+    }
+
+   private:
+    template <class Yuv>
+    static constexpr Yuv chosen(const Yuv& p, const Yuv& q) {
+      return LuminanceOfFirst ? Yuv{p.y, q.u, q.v} : Yuv{q.y, p.u, p.v};
+    }
+    static constexpr Pixel fromYuv(const YuvFloat& c, ComponentOf<Pixel> alpha) {
+      Pixel result{};
+      rgbFromYuv(result, c, 0.0f, static_cast<float>(Pixel::kMax));
+      return withAlpha(result, alpha);
+    }
+  };
+
+  struct Luminance : YuvMerge<true> {};
+  struct Chroma : YuvMerge<false> {};
 };
 
-template <class Pixel>
-struct Overlay : MergeOperation<Pixel, false> {
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return HardLight<Pixel>::ofIntegers(q, p); }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) { return HardLight<Pixel>::ofFloats(q, p); }
-};
-
-// The darker pixel, q when both are alike. Its alpha is 0, unlike that of Lighten.
-template <class Pixel>
-struct Darken : MergeOperation<Pixel, true> {
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-    return withoutAlpha(colourSum(q) > colourSum(p) ? p : q);
-  }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) {
-    return withoutAlpha(finished<Pixel>(colourSum(q) > colourSum(p) ? p : q));
-  }
-
- private:
-  static constexpr Pixel withoutAlpha(Pixel pixel) {
-    pixel.alpha = 0;
-    return pixel;
-  }
-};
-
-// The brighter pixel with its alpha, q when both are alike.
-template <class Pixel>
-struct Lighten : MergeOperation<Pixel, true> {
-  static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return colourSum(p) > colourSum(q) ? p : q; }
-  static constexpr Pixel ofFloats(const Rf& p, const Rf& q) {
-    return finished<Pixel>(colourSum(p) > colourSum(q) ? p : q);
-  }
-};
-
-}  // namespace vblur::blend
+}  // namespace vblur

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 
-#include "composite/HvRGBMerge.h"
 #include "composite/PixelMath.h"
 #include "image/HvTexture.h"
 

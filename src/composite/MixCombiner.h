@@ -28,7 +28,7 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
     const auto row = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
       mixRow(fromA, fromB, to, n, weights);
     };
-    walkRuns<PollAt::BeforeRow>(
+    walkRuns(
         this->rowLoop(), this->interrupt, *out,
         [&](Pixel* to, std::int32_t n, const Run& runA, const Run& runB) {
           if (byVectors && runStraight(to, n, runA, runB, row)) return;

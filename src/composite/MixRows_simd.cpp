@@ -7,7 +7,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "composite/PixelVectors_simd.h"
+#include "composite/PixelVectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -33,7 +33,7 @@ void EitherMix(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const
   return weights.limits ? Mix<true>(a, b, out, n, weights) : Mix<false>(a, b, out, n, weights);
 }
 
-// v / 32767 toward zero, for all differences of two components times one.
+// v / 32767, truncated, for any difference of two components times a component.
 HWY_INLINE Ints DividedBy32767(Ints v) {
   const IntTag d;
   const auto sign = hn::ShiftRight<31>(v);
@@ -56,7 +56,7 @@ HWY_INLINE Planes<Ints> MixInt(const Planes<Ints>& a, const Planes<Ints>& b, Int
   return EachOf(a, b, [&](Ints ofA, Ints ofB) HWY_ATTR { return MixInt<Pixel>(ofA, ofB, m); });
 }
 
-// One amount for every pixel of a group, and what a mix of a group is.
+// The amounts of a group's pixels, and the mix of a group.
 template <class Pixel>
 struct GroupMix {
   using Amounts = Ints;
@@ -67,7 +67,7 @@ struct GroupMix {
 #if HWY_TARGET == HWY_SCALAR
     return hn::Set(IntTag(), mask->value);
 #else
-    // As LoadPixels has the pixels: those of the lower and of the upper half in turn.
+    // The order of LoadPixels: pixels of the lower and the upper half alternate.
     const IntTag d;
     alignas(HWY_MAX_BYTES) std::int32_t order[HWY_MAX_BYTES / sizeof(std::int32_t)];
     for (std::int32_t i = 0; i < GroupSize(); ++i)
@@ -79,7 +79,7 @@ struct GroupMix {
   static HWY_INLINE void Store(const Pixel* a, const Pixel* b, Amounts m, Pixel* to) {
     StorePixels(MixInt<Pixel>(LoadPixels(a), LoadPixels(b), m), to);
   }
-  // b where it is named, and its alpha.
+  // The named colours and alpha come from b.
   static HWY_INLINE void StoreUnnamed(const Pixel* a, const Pixel* b, Amounts m, std::int32_t named, Pixel* to) {
     const Planes<Ints> planeB = LoadPixels(b);
     Planes<Ints> mixed = MixInt<Pixel>(LoadPixels(a), planeB, m);
@@ -92,7 +92,7 @@ struct GroupMix {
 };
 
 #if HWY_TARGET != HWY_SCALAR
-// Amounts in both halves of a pixel's lane.
+// Interleaved bytes: a pixel's amount stands in both 16-bit halves of its lane.
 template <>
 struct GroupMix<R8> {
   using Amounts = hn::Vec<WordTag>;
@@ -103,7 +103,7 @@ struct GroupMix<R8> {
     const auto values = hn::LoadU(hn::Rebind<std::uint8_t, UnsignedTag>(), &mask->value);
     return InBothHalves(hn::PromoteTo(UnsignedTag(), values));
   }
-  // By the distance of the two, as the quotient is toward zero.
+  // By the distance of a and b, since the quotient is truncated.
   static HWY_INLINE Raw Mixed(Raw rawA, Raw rawB, Amounts m) {
     const ByteTag d;
     const auto a = hn::BitCast(d, rawA);
@@ -142,7 +142,7 @@ void MixByAlpha(const Pixel* source, Pixel* out, std::int32_t n, std::int32_t na
   });
 }
 
-// The ends of a mask need no case of their own: 0 gives the source and the top what is there.
+// Mask values of 0 and Top need no special case: they give the source and the target exactly.
 template <class Pixel, class MaskPixel>
 void Paint(const Pixel* source, const MaskPixel* mask, Pixel* out, std::int32_t n) {
   ForGroups(source, mask, out, n, [&](const Pixel* group, const MaskPixel* groupMask, Pixel* to) HWY_ATTR {

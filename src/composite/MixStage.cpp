@@ -48,6 +48,7 @@ void RunMixStage(HvTexture<Pixel, Rf>& source, HvTexture<Pixel, Rf>& result, std
     return runStage(mix, view, source, window, interrupt);
   }
   HvMerge<Pixel, Rf, Pixel::kOne> merge;
+  merge.rgbMode = 1;
   merge.method = kMergeMethods[static_cast<std::size_t>(method - kFirstMergeValue)];
   merge.setGains(effectGain / 100.0f, sourceGain / 100.0f);
   merge.setBlend(m);

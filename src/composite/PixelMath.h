@@ -1,4 +1,4 @@
-// Whole-pixel steps that the mixes and the blend operations share.
+// Arithmetic on whole pixels that the mixes and the blend operations share.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ constexpr Rf weightedSum(const Rf& a, float weightA, const Rf& b, float weightB)
   return result;
 }
 
-// All four components limited to the pixel's range and truncated.
+// All four components clamped to the pixel's range and truncated.
 template <class Pixel>
 constexpr Pixel finished(const Rf& p) {
   Pixel result{};
@@ -47,12 +47,18 @@ constexpr Pixel finished(const Rf& p) {
   return result;
 }
 
-// The sum of the colours, in the order in which floats round.
+template <class Pixel>
+constexpr Pixel withAlpha(Pixel pixel, ComponentOf<Pixel> alpha) {
+  pixel.alpha = alpha;
+  return pixel;
+}
+
+// The sum of the colours; in floats the order of the terms decides the last bit.
 constexpr float colourSum(const Rf& p) {
   return p.red + p.green + p.blue;
 }
 
-// The sum of the colours of a pixel of at most 16 bits a component: below 2^17.
+// Components of at most 16 bits: the sum stays below 2^17.
 template <class Pixel>
 constexpr std::int32_t colourSum(const Pixel& p) {
   return std::int32_t{p.red} + p.green + p.blue;

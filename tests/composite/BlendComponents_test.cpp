@@ -31,25 +31,25 @@ int AddOverOfGrey(int p, int q) {
 }
 
 const PlainOperation kPlainOperations[] = {
-    {"Screen", blend::Screen<R8>::ofIntegers, [](int p, int q) { return p + q - p * q / 255; },
+    {"Screen", Blend<R8>::Screen::ofIntegers, [](int p, int q) { return p + q - p * q / 255; },
      [](int p, int q) { return std::max(p, q); }},
-    {"Multiply", blend::Multiply<R8>::ofIntegers, [](int p, int q) { return p * q / 255; },
+    {"Multiply", Blend<R8>::Multiply::ofIntegers, [](int p, int q) { return p * q / 255; },
      [](int p, int q) { return std::min(p, q); }},
-    {"Add", blend::Add<R8>::ofIntegers, [](int p, int q) { return std::min(p + q, 255); },
+    {"Add", Blend<R8>::Add::ofIntegers, [](int p, int q) { return std::min(p + q, 255); },
      [](int p, int q) { return std::min(p + q, 255); }},
-    {"Subtract", blend::Subtract<R8>::ofIntegers, [](int p, int q) { return std::max(p - q, 0); },
+    {"Subtract", Blend<R8>::Subtract::ofIntegers, [](int p, int q) { return std::max(p - q, 0); },
      [](int p, int q) { return std::max(p - q, 0); }},
-    {"Difference", blend::Difference<R8>::ofIntegers, [](int p, int q) { return std::abs(p - q); },
+    {"Difference", Blend<R8>::Difference::ofIntegers, [](int p, int q) { return std::abs(p - q); },
      [](int p, int q) { return std::abs(p - q); }},
-    {"Add Over", blend::AddOver<R8>::ofIntegers, AddOverOfGrey, [](int p, int q) { return Limited(p + q); }},
-    {"Add Under", blend::AddUnder<R8>::ofIntegers, [](int p, int q) { return AddOverOfGrey(q, p); },
+    {"Add Over", Blend<R8>::AddOver::ofIntegers, AddOverOfGrey, [](int p, int q) { return Limited(p + q); }},
+    {"Add Under", Blend<R8>::AddUnder::ofIntegers, [](int p, int q) { return AddOverOfGrey(q, p); },
      [](int p, int q) { return Limited(p + q); }},
-    {"Overlay", blend::Overlay<R8>::ofIntegers, [](int p, int q) { return Limited(2 * p * q / 255); },
+    {"Overlay", Blend<R8>::Overlay::ofIntegers, [](int p, int q) { return Limited(2 * p * q / 255); },
      [](int p, int q) { return Limited(2 * p * q / 255); }},
-    {"HardLight", blend::HardLight<R8>::ofIntegers, [](int p, int q) { return Limited(2 * p * q / 255); },
+    {"HardLight", Blend<R8>::HardLight::ofIntegers, [](int p, int q) { return Limited(2 * p * q / 255); },
      [](int p, int q) { return Limited(2 * p * q / 255); }},
-    {"Darken", blend::Darken<R8>::ofIntegers, [](int p, int q) { return std::min(p, q); }, [](int, int) { return 0; }},
-    {"Lighten", blend::Lighten<R8>::ofIntegers, [](int p, int q) { return std::max(p, q); },
+    {"Darken", Blend<R8>::Darken::ofIntegers, [](int p, int q) { return std::min(p, q); }, [](int, int) { return 0; }},
+    {"Lighten", Blend<R8>::Lighten::ofIntegers, [](int p, int q) { return std::max(p, q); },
      [](int p, int q) { return std::max(p, q); }},
 };
 
@@ -70,8 +70,8 @@ TEST(BlendComponents, AllPairsAtEightBits) {
 // Each component has its own pair, so that none is read from a neighbour.
 TEST(BlendComponents, EachComponentByItself) {
   for (const PlainOperation& plain : kPlainOperations) {
-    if (plain.operation == blend::AddOver<R8>::ofIntegers || plain.operation == blend::AddUnder<R8>::ofIntegers ||
-        plain.operation == blend::Darken<R8>::ofIntegers || plain.operation == blend::Lighten<R8>::ofIntegers) {
+    if (plain.operation == Blend<R8>::AddOver::ofIntegers || plain.operation == Blend<R8>::AddUnder::ofIntegers ||
+        plain.operation == Blend<R8>::Darken::ofIntegers || plain.operation == Blend<R8>::Lighten::ofIntegers) {
       continue;  // the whole pixel decides
     }
     const R8 result = plain.operation(Make<R8>(200, 90, 30, 255), Make<R8>(100, 10, 250, 77));
@@ -82,39 +82,39 @@ TEST(BlendComponents, EachComponentByItself) {
 }
 
 TEST(BlendComponents, OperationsAreConstant) {
-  static_assert(blend::Screen<R8>::ofIntegers(Make<R8>(0, 255, 128, 0), Make<R8>(0, 7, 128, 255)) ==
+  static_assert(Blend<R8>::Screen::ofIntegers(Make<R8>(0, 255, 128, 0), Make<R8>(0, 7, 128, 255)) ==
                 Make<R8>(0, 255, 192, 255));
-  static_assert(blend::Multiply<R16>::ofFloats(MakeFloat(16384, 8192, -16384, 5), MakeFloat(16384, 8192, 8192, 4)) ==
+  static_assert(Blend<R16>::Multiply::ofFloats(MakeFloat(16384, 8192, -16384, 5), MakeFloat(16384, 8192, 8192, 4)) ==
                 Make<R16>(16384, 4096, -8192, 4));
-  static_assert(blend::Colour<R8>::ofIntegers(Make<R8>(255, 0, 0, 9), Make<R8>(100, 100, 100, 0)) ==
+  static_assert(Blend<R8>::Colour::ofIntegers(Make<R8>(255, 0, 0, 9), Make<R8>(100, 100, 100, 0)) ==
                 Make<R8>(100, 0, 0, 9));
 }
 
 TEST(BlendComponents, ScreenAndMultiplyOfAlpha) {
   const R8 clear = Make<R8>(10, 20, 30, 0);
   const R8 solid = Make<R8>(40, 50, 60, 255);
-  EXPECT_EQ(blend::Screen<R8>::ofIntegers(clear, solid).alpha, 255);
-  EXPECT_EQ(blend::Screen<R8>::ofIntegers(solid, clear).alpha, 255);
-  EXPECT_EQ(blend::Multiply<R8>::ofIntegers(clear, solid).alpha, 0);
-  EXPECT_EQ(blend::Multiply<R8>::ofIntegers(solid, clear).alpha, 0);
+  EXPECT_EQ(Blend<R8>::Screen::ofIntegers(clear, solid).alpha, 255);
+  EXPECT_EQ(Blend<R8>::Screen::ofIntegers(solid, clear).alpha, 255);
+  EXPECT_EQ(Blend<R8>::Multiply::ofIntegers(clear, solid).alpha, 0);
+  EXPECT_EQ(Blend<R8>::Multiply::ofIntegers(solid, clear).alpha, 0);
 }
 
 // Gains can be negative, so that a sum has a lower limit and a difference an upper one.
 TEST(BlendComponents, FloatFormsLimitAtBothEnds) {
   const Rf negative = MakeFloat(-200, -1, -255, -50);
   const Rf positive = MakeFloat(100, 2, 255, 20);
-  EXPECT_EQ(blend::Add<R8>::ofFloats(negative, positive), Make<R8>(0, 1, 0, 0));
-  EXPECT_EQ(blend::Subtract<R8>::ofFloats(positive, negative), Make<R8>(255, 3, 255, 70));
-  EXPECT_EQ(blend::Subtract<R8>::ofFloats(negative, positive), Make<R8>(0, 0, 0, 0));
+  EXPECT_EQ(Blend<R8>::Add::ofFloats(negative, positive), Make<R8>(0, 1, 0, 0));
+  EXPECT_EQ(Blend<R8>::Subtract::ofFloats(positive, negative), Make<R8>(255, 3, 255, 70));
+  EXPECT_EQ(Blend<R8>::Subtract::ofFloats(negative, positive), Make<R8>(0, 0, 0, 0));
 }
 
 TEST(BlendComponents, SixteenBitResultsGoBeyondOneAndBelowZero) {
   const R16 bright = Make<R16>(32767, 30000, -32768, 20000);
-  EXPECT_EQ(blend::Add<R16>::ofIntegers(bright, bright), Make<R16>(32767, 32767, -32768, 32767));
-  EXPECT_EQ(blend::Subtract<R16>::ofIntegers(Make<R16>(-20000, 0, 5, 0), bright),
+  EXPECT_EQ(Blend<R16>::Add::ofIntegers(bright, bright), Make<R16>(32767, 32767, -32768, 32767));
+  EXPECT_EQ(Blend<R16>::Subtract::ofIntegers(Make<R16>(-20000, 0, 5, 0), bright),
             Make<R16>(-32768, -30000, 32767, -20000));
-  EXPECT_EQ(blend::Multiply<R16>::ofIntegers(bright, bright), Make<R16>(32767, 32767, 32767, 20000));
-  EXPECT_EQ(blend::Multiply<R16>::ofIntegers(Make<R16>(-3, 3, 16384, 1), Make<R16>(8192, 8192, -5, 2)),
+  EXPECT_EQ(Blend<R16>::Multiply::ofIntegers(bright, bright), Make<R16>(32767, 32767, 32767, 20000));
+  EXPECT_EQ(Blend<R16>::Multiply::ofIntegers(Make<R16>(-3, 3, 16384, 1), Make<R16>(8192, 8192, -5, 2)),
             Make<R16>(-1, 1, -5, 1));
 }
 

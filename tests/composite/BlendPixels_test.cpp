@@ -123,45 +123,45 @@ TYPED_TEST(BlendPixels, DarkenLeavesAlphaZero) {
   using Pixel = TypeParam;
   const Pixel dark = Make<Pixel>(1, 2, 3, 100);
   const Pixel light = Make<Pixel>(100, 100, 100, 100);
-  EXPECT_EQ(blend::Darken<Pixel>::ofIntegers(dark, light), Make<Pixel>(1, 2, 3, 0));
-  EXPECT_EQ(blend::Darken<Pixel>::ofIntegers(light, dark), Make<Pixel>(1, 2, 3, 0));
-  EXPECT_EQ(blend::Darken<Pixel>::ofFloats(widenedToFloat(light), widenedToFloat(dark)), Make<Pixel>(1, 2, 3, 0));
+  EXPECT_EQ(Blend<Pixel>::Darken::ofIntegers(dark, light), Make<Pixel>(1, 2, 3, 0));
+  EXPECT_EQ(Blend<Pixel>::Darken::ofIntegers(light, dark), Make<Pixel>(1, 2, 3, 0));
+  EXPECT_EQ(Blend<Pixel>::Darken::ofFloats(widenedToFloat(light), widenedToFloat(dark)), Make<Pixel>(1, 2, 3, 0));
 }
 
 TYPED_TEST(BlendPixels, LightenTakesTheAlphaOfTheChosenPixel) {
   using Pixel = TypeParam;
   const Pixel dark = Make<Pixel>(1, 2, 3, 44);
   const Pixel light = Make<Pixel>(100, 100, 100, 77);
-  EXPECT_EQ(blend::Lighten<Pixel>::ofIntegers(dark, light), light);
-  EXPECT_EQ(blend::Lighten<Pixel>::ofIntegers(light, dark), light);
-  EXPECT_EQ(blend::Lighten<Pixel>::ofFloats(widenedToFloat(light), widenedToFloat(dark)), light);
+  EXPECT_EQ(Blend<Pixel>::Lighten::ofIntegers(dark, light), light);
+  EXPECT_EQ(Blend<Pixel>::Lighten::ofIntegers(light, dark), light);
+  EXPECT_EQ(Blend<Pixel>::Lighten::ofFloats(widenedToFloat(light), widenedToFloat(dark)), light);
 }
 
 TYPED_TEST(BlendPixels, ATieOfBrightnessGivesTheSecondPixel) {
   using Pixel = TypeParam;
   const Pixel p = Make<Pixel>(10, 20, 30, 40);
   const Pixel q = Make<Pixel>(30, 20, 10, 50);
-  EXPECT_EQ(blend::Darken<Pixel>::ofIntegers(p, q), Make<Pixel>(30, 20, 10, 0));
-  EXPECT_EQ(blend::Darken<Pixel>::ofFloats(widenedToFloat(p), widenedToFloat(q)), Make<Pixel>(30, 20, 10, 0));
-  EXPECT_EQ(blend::Lighten<Pixel>::ofIntegers(p, q), q);
-  EXPECT_EQ(blend::Lighten<Pixel>::ofFloats(widenedToFloat(p), widenedToFloat(q)), q);
+  EXPECT_EQ(Blend<Pixel>::Darken::ofIntegers(p, q), Make<Pixel>(30, 20, 10, 0));
+  EXPECT_EQ(Blend<Pixel>::Darken::ofFloats(widenedToFloat(p), widenedToFloat(q)), Make<Pixel>(30, 20, 10, 0));
+  EXPECT_EQ(Blend<Pixel>::Lighten::ofIntegers(p, q), q);
+  EXPECT_EQ(Blend<Pixel>::Lighten::ofFloats(widenedToFloat(p), widenedToFloat(q)), q);
 }
 
 TYPED_TEST(BlendPixels, HueOfAGreyGivesGreyOfTheOtherValue) {
   using Pixel = TypeParam;
   const Pixel grey = Make<Pixel>(90, 90, 90, 12);
   const Pixel coloured = Make<Pixel>(200, 100, 50, 255);
-  EXPECT_EQ(blend::Hue<Pixel>::ofIntegers(grey, coloured), Make<Pixel>(200, 200, 200, 12));
-  EXPECT_EQ(blend::Saturation<Pixel>::ofIntegers(coloured, grey), Make<Pixel>(90, 90, 90, 255));
+  EXPECT_EQ(Blend<Pixel>::Hue::ofIntegers(grey, coloured), Make<Pixel>(200, 200, 200, 12));
+  EXPECT_EQ(Blend<Pixel>::Saturation::ofIntegers(coloured, grey), Make<Pixel>(90, 90, 90, 255));
 }
 
 TYPED_TEST(BlendPixels, FiniteAlphaIsLimitedLikeTheColours) {
   using Pixel = TypeParam;
   const Rf p = MakeFloat(100.0f, 50.0f, 20.0f, 1e6f);
   const Rf q = MakeFloat(20.0f, 60.0f, 90.0f, 0.0f);
-  EXPECT_EQ(blend::Chroma<Pixel>::ofFloats(p, q).alpha, Pixel::kMax);
-  EXPECT_EQ(blend::Luminance<Pixel>::ofFloats(p, q).alpha, Pixel::kMax);
-  EXPECT_EQ(blend::Hue<Pixel>::ofFloats(p, q).alpha, Pixel::kMax);
+  EXPECT_EQ(Blend<Pixel>::Chroma::ofFloats(p, q).alpha, Pixel::kMax);
+  EXPECT_EQ(Blend<Pixel>::Luminance::ofFloats(p, q).alpha, Pixel::kMax);
+  EXPECT_EQ(Blend<Pixel>::Hue::ofFloats(p, q).alpha, Pixel::kMax);
 }
 
 TEST(HardLight, ThresholdIsThreeTimesOneAndNotAHalf) {
@@ -169,11 +169,11 @@ TEST(HardLight, ThresholdIsThreeTimesOneAndNotAHalf) {
   const R16 above = Make<R16>(16384, 16384, 16385, 100);
   const R16 q = Make<R16>(4096, 4096, 4096, 8192);
   // A sum of 49152 still multiplies, one more screens, alpha too.
-  EXPECT_EQ(blend::HardLight<R16>::ofIntegers(at, q), Make<R16>(8192, 8192, 8192, 100));
-  EXPECT_EQ(blend::HardLight<R16>::ofIntegers(above, q), Make<R16>(16384, 16384, 16384 + 2, 100));
-  EXPECT_EQ(blend::HardLight<R8>::ofFloats(MakeFloat(255, 255, 255, 255), MakeFloat(51, 51, 51, 51)),
+  EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(at, q), Make<R16>(8192, 8192, 8192, 100));
+  EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(above, q), Make<R16>(16384, 16384, 16384 + 2, 100));
+  EXPECT_EQ(Blend<R8>::HardLight::ofFloats(MakeFloat(255, 255, 255, 255), MakeFloat(51, 51, 51, 51)),
             Make<R8>(102, 102, 102, 102));
-  EXPECT_EQ(blend::HardLight<R8>::ofFloats(MakeFloat(255, 255, 256, 255), MakeFloat(51, 51, 51, 51)),
+  EXPECT_EQ(Blend<R8>::HardLight::ofFloats(MakeFloat(255, 255, 256, 255), MakeFloat(51, 51, 51, 51)),
             Make<R8>(255, 255, 255, 255));
 }
 
@@ -182,7 +182,7 @@ TEST(HardLight, EqualsOverlayAtEightBits) {
   const std::vector<R8> grid = Grid<R8>();
   for (const R8& p : grid) {
     for (const R8& q : grid) {
-      different += blend::HardLight<R8>::ofIntegers(p, q) != blend::Overlay<R8>::ofIntegers(p, q);
+      different += Blend<R8>::HardLight::ofIntegers(p, q) != Blend<R8>::Overlay::ofIntegers(p, q);
     }
   }
   EXPECT_EQ(different, 0);
@@ -191,27 +191,27 @@ TEST(HardLight, EqualsOverlayAtEightBits) {
 TEST(HardLight, PartsFromOverlayWhereOnePixelIsBrighterThanThreeOnes) {
   const R16 bright = Make<R16>(20000, 20000, 20000, 16384);
   const R16 dim = Make<R16>(1000, 1000, 1000, 16384);
-  EXPECT_EQ(blend::HardLight<R16>::ofIntegers(bright, dim), Make<R16>(23176, 23176, 23176, 16384));
-  EXPECT_EQ(blend::Overlay<R16>::ofIntegers(bright, dim), Make<R16>(2441, 2441, 2441, 32767));
+  EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(bright, dim), Make<R16>(23176, 23176, 23176, 16384));
+  EXPECT_EQ(Blend<R16>::Overlay::ofIntegers(bright, dim), Make<R16>(2441, 2441, 2441, 32767));
 }
 
 // 2 x 32768 x 32768 is 2^31 and wraps to -2^31, which is -131072 in the pixel's scale.
 TEST(HardLight, SixteenBitDoubledProductWraps) {
   const R16 lowest = Make<R16>(-32768, -32768, -32768, -32768);
-  EXPECT_EQ(blend::HardLight<R16>::ofIntegers(lowest, lowest), lowest);
-  EXPECT_EQ(blend::Overlay<R16>::ofIntegers(lowest, lowest), lowest);
-  EXPECT_EQ(blend::HardLight<R16>::ofIntegers(Make<R16>(-32768, 0, 0, 0), Make<R16>(-32767, 0, 0, 0)).red, 32767);
+  EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(lowest, lowest), lowest);
+  EXPECT_EQ(Blend<R16>::Overlay::ofIntegers(lowest, lowest), lowest);
+  EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(Make<R16>(-32768, 0, 0, 0), Make<R16>(-32767, 0, 0, 0)).red, 32767);
 }
 
 TEST(Luminance, NegativeColoursDoNotPass) {
   const R16 negative = Make<R16>(-20000, -20000, -20000, -7);
-  EXPECT_EQ(blend::Luminance<R16>::ofIntegers(negative, Make<R16>(0, 0, 0, 5)), Make<R16>(0, 0, 0, -7));
+  EXPECT_EQ(Blend<R16>::Luminance::ofIntegers(negative, Make<R16>(0, 0, 0, 5)), Make<R16>(0, 0, 0, -7));
 }
 
 // The matrix weighs white at 4095/4096, so that a picture over itself is not quite itself.
 TEST(Luminance, OfAWhitePictureOverItself) {
   const R8 white = Make<R8>(255, 255, 255, 9);
-  EXPECT_EQ(blend::Luminance<R8>::ofIntegers(white, white), Make<R8>(254, 254, 254, 9));
+  EXPECT_EQ(Blend<R8>::Luminance::ofIntegers(white, white), Make<R8>(254, 254, 254, 9));
 }
 
 }  // namespace

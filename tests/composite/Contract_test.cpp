@@ -17,6 +17,7 @@ using TwoPictures = CombinerSubject<Processor, Picture<Pixel>, Picture<Pixel>, P
 template <class Pixel, int Method, int Percent>
 struct Merge : TwoPictures<Pixel, HvMerge<Pixel, Rf, Pixel::kOne>> {
   static void setUp(HvMerge<Pixel, Rf, Pixel::kOne>& merge) {
+    merge.rgbMode = 1;
     merge.method = Method;
     merge.setGains(1.0f, Percent == 50 ? 1.0f : 0.75f);
     merge.setBlend(static_cast<float>(Percent) / 100.0f);

@@ -7,8 +7,8 @@
 namespace vblur::test {
 namespace {
 
-using Hsv8 = HvHSVConverter<R8>;
-using Hsv16 = HvHSVConverter<R16>;
+using Hsv8 = HvHSVConverter<R8, Rf, 255>;
+using Hsv16 = HvHSVConverter<R16, Rf, 16384>;
 
 TEST(HvHSVConverter, SextantsAtEightBits) {
   EXPECT_EQ(Hsv8::fromRGB(255, 0, 0), (HvHSV{0, 255, 255}));

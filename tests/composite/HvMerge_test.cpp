@@ -1,9 +1,10 @@
 // How gains and blend choose one of four forms, and what each form does with one pixel.
 #include "composite/HvMerge.h"
 
+#include <type_traits>
+
 #include <gtest/gtest.h>
 
-#include "composite/ColourMerge.h"
 #include "tests/composite/Pictures.h"
 
 namespace vblur::test {
@@ -27,6 +28,7 @@ Pixel MergedPixel(std::int32_t method, float blend, float gainA, float gainB, co
   *textureA.at(0, 0) = a;
   *textureB.at(0, 0) = b;
   HvMerge<Pixel, Rf, Pixel::kOne> merge;
+  merge.rgbMode = 1;
   merge.method = method;
   merge.setGains(gainA, gainB);
   merge.setBlend(blend);
@@ -59,24 +61,24 @@ TEST(HvMerge, BlendIsTestedBeforeGains) {
 
 TEST(HvMerge, WeightsOfABlend) {
   const Merge8 low = MergeOf(0.25f, 2.0f, 0.5f);
-  EXPECT_EQ(low.weights.weightA, 0.5f);
-  EXPECT_EQ(low.weights.weightB, 0.5f);
-  EXPECT_EQ(low.weights.mixA, 1.0f);
-  EXPECT_EQ(low.weights.mixB, 0.25f);
+  EXPECT_EQ(low.weightA, 0.5f);
+  EXPECT_EQ(low.weightB, 0.5f);
+  EXPECT_EQ(low.mixA, 1.0f);
+  EXPECT_EQ(low.mixB, 0.25f);
   const Merge8 high = MergeOf(0.875f, 2.0f, 0.5f);
-  EXPECT_EQ(high.weights.weightA, 0.25f);
-  EXPECT_EQ(high.weights.weightB, 0.75f);
+  EXPECT_EQ(high.weightA, 0.25f);
+  EXPECT_EQ(high.weightB, 0.75f);
   const Merge8 beyond = MergeOf(7.0f);
   EXPECT_EQ(beyond.blend, 1.0f);
-  EXPECT_EQ(beyond.weights.weightA, 0.0f);
+  EXPECT_EQ(beyond.weightA, 0.0f);
 }
 
 TEST(HvMerge, ABlendOfOneHalfKeepsTheWeightsThatItFinds) {
   Merge8 merge = MergeOf(0.25f);
   merge.setBlend(0.5f);
   EXPECT_EQ(merge.form(), MergeForm::Integer);
-  EXPECT_EQ(merge.weights.weightB, 0.5f);
-  EXPECT_EQ(merge.weights.mixA, 0.5f);
+  EXPECT_EQ(merge.weightB, 0.5f);
+  EXPECT_EQ(merge.mixA, 0.5f);
 }
 
 TEST(HvMerge, EndsOfABlendAreTheTwoPictures) {
@@ -122,6 +124,57 @@ TEST(HvMerge, FirstAlphaTakesSecondGain) {
     EXPECT_EQ(MergedPixel(method, 0.75f, 2.0f, 0.5f, a, b).alpha, 150) << method;
   }
   EXPECT_EQ(MergedPixel(kMergeLighten, 0.25f, 2.0f, 0.5f, Make<R8>(100, 100, 100, 100), b).alpha, 200);
+}
+
+// The numbers that a merge starts with, and the bits of its flags, which are not those of the window.
+TEST(HvMerge, FieldsOfANewMerge) {
+  Merge8 merge;
+  EXPECT_EQ(merge.rgbMode, 0);
+  EXPECT_EQ(merge.hsvMethod, 0);
+  EXPECT_EQ(merge.method, kMergeLuminance);
+  EXPECT_EQ(merge.gainA, 1.0f);
+  EXPECT_EQ(merge.gainB, 1.0f);
+  EXPECT_EQ(merge.blend, 0.5f);
+  EXPECT_EQ(merge.weightA, 1.0f);
+  EXPECT_EQ(merge.weightB, 1.0f);
+  EXPECT_EQ(merge.flags, 0u);
+  merge.setWindow(1, 2, 3, 4);
+  EXPECT_EQ(merge.flags, 0u);
+  EXPECT_NE(merge.Imager::flags, 0u);
+}
+
+TEST(HvMerge, FlagsOfGainsAndBlends) {
+  EXPECT_EQ(MergeOf(0.5f, 1.005f, 1.0f).flags, 1u);
+  EXPECT_EQ(MergeOf(0.6f).flags, 2u);
+  EXPECT_EQ(MergeOf(0.4f).flags, 4u);
+  EXPECT_EQ(MergeOf(0.4f, 1.0f, 0.995f).flags, 5u);
+  Merge8 merge = MergeOf(0.6f, 1.005f);
+  merge.setBlend(0.4f);
+  EXPECT_EQ(merge.flags, 5u);
+  merge.setBlend(0.5f);
+  merge.setGains(1.0f, 1.0f);
+  EXPECT_EQ(merge.flags, 0u);
+}
+
+TEST(HvMerge, InheritsThePixelOperations) {
+  static_assert(std::is_base_of_v<HvRGBMerge<R8, Rf, 255>, Merge8>);
+  static_assert(std::is_base_of_v<HvHSVConverter<R8, Rf, 255>, Merge8>);
+  static_assert(std::is_base_of_v<HvRGBMerge<R16, Rf, 16384>, HvMerge<R16, Rf, 16384>>);
+  static_assert(std::is_base_of_v<HvHSVConverter<R16, Rf, 16384>, HvMerge<R16, Rf, 16384>>);
+}
+
+// Only mode 1 has methods.
+TEST(HvMerge, OtherModesLeaveTheOutputAlone) {
+  HvTexture<R8, Rf> picture(1, 1);
+  HvTexture<R8, Rf> out(1, 1);
+  *picture.at(0, 0) = Make<R8>(1, 2, 3, 4);
+  Merge8 merge;
+  merge.method = kMergeAdd;
+  merge.process(&picture, &picture, &out);
+  EXPECT_EQ(*out.at(0, 0), R8{});
+  merge.rgbMode = 1;
+  merge.process(&picture, &picture, &out);
+  EXPECT_EQ(*out.at(0, 0), Make<R8>(2, 4, 6, 8));
 }
 
 TEST(HvMerge, MethodsNotInUseLeaveTheOutputAlone) {

@@ -59,6 +59,7 @@ struct Pictures {
 template <class Pixel>
 HvMerge<Pixel, Rf, Pixel::kOne> MergeOf(const Settings& settings) {
   HvMerge<Pixel, Rf, Pixel::kOne> merge;
+  merge.rgbMode = 1;
   merge.method = settings.method;
   merge.setGains(settings.gainA, settings.gainB);
   merge.setBlend(settings.blend);

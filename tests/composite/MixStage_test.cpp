@@ -195,19 +195,27 @@ TYPED_TEST(MixStage, AnEmptySourceIsItsOutsideColour) {
     EXPECT_EQ(pixel, Make<Pixel>(11, 21, 31, 1));
 }
 
-TYPED_TEST(MixStage, AsksBeforeEachRow) {
+// Of three polls that pass, the pass takes the first: a merge polls before each row and mixes two, Mix polls after each
+// row and mixes three.
+TYPED_TEST(MixStage, PollsOncePerRow) {
   using Pixel = TypeParam;
   const ThreadCount threads(1);
-  for (const std::int32_t method : {1, 12}) {
+  const auto rowsMixed = [](std::int32_t method) {
     HvTexture<Pixel, Rf> source(2, 6);
     HvTexture<Pixel, Rf> result(2, 6);
     Fill(source, Make<Pixel>(5, 5, 5, 5));
-    // Asked once before the pass.
     StopAfter stop(3);
     RunMixStage(source, result, method, 100.0f, 100.0f, 100.0f, {0, 0, 1, 5}, &stop.record);
-    EXPECT_EQ(*result.at(1, 1), Make<Pixel>(5, 5, 5, 5));
-    EXPECT_EQ(*result.at(1, 2), Pixel{});
-  }
+    EXPECT_EQ(stop.asked(), 4);
+    std::int32_t rows = 0;
+    while (rows < 6 && *result.at(0, rows) == Make<Pixel>(5, 5, 5, 5) && *result.at(1, rows) == *result.at(0, rows))
+      ++rows;
+    for (std::int32_t y = rows; y < 6; ++y)
+      EXPECT_EQ(*result.at(1, y), Pixel{}) << y;
+    return rows;
+  };
+  EXPECT_EQ(rowsMixed(kMix), 3);
+  EXPECT_EQ(rowsMixed(12), 2);
 }
 
 }  // namespace

@@ -4,12 +4,15 @@
 #include <array>
 #include <cstdint>
 
-#include "composite/ColourMerge.h"
-#include "composite/HvRGBMerge.h"
+#include "composite/HvMerge.h"
 #include "tests/composite/Pictures.h"
 #include "tests/model/blend_methods.h"
 
 namespace vblur::test {
+
+// The merge as the home of its operations.
+template <class Pixel>
+using Blend = HvMerge<Pixel, Rf, Pixel::kOne>;
 
 template <class Pixel>
 struct NamedOperation {
@@ -23,36 +26,36 @@ struct NamedOperation {
 // In the order of the mix-back list, whose third entry is the first of them.
 template <class Pixel>
 constexpr std::array<NamedOperation<Pixel>, 17> kNamedOperations = {{
-    {"Luminance", blend::Luminance<Pixel>::ofIntegers, blend::Luminance<Pixel>::ofFloats, model::blend::Luminance,
+    {"Luminance", Blend<Pixel>::Luminance::ofIntegers, Blend<Pixel>::Luminance::ofFloats, model::blend::Luminance,
      model::blend::Luminance},
-    {"Chroma", blend::Chroma<Pixel>::ofIntegers, blend::Chroma<Pixel>::ofFloats, model::blend::Chroma,
+    {"Chroma", Blend<Pixel>::Chroma::ofIntegers, Blend<Pixel>::Chroma::ofFloats, model::blend::Chroma,
      model::blend::Chroma},
-    {"Hue", blend::Hue<Pixel>::ofIntegers, blend::Hue<Pixel>::ofFloats, model::blend::Hue, model::blend::Hue},
-    {"Saturation", blend::Saturation<Pixel>::ofIntegers, blend::Saturation<Pixel>::ofFloats, model::blend::Saturation,
+    {"Hue", Blend<Pixel>::Hue::ofIntegers, Blend<Pixel>::Hue::ofFloats, model::blend::Hue, model::blend::Hue},
+    {"Saturation", Blend<Pixel>::Saturation::ofIntegers, Blend<Pixel>::Saturation::ofFloats, model::blend::Saturation,
      model::blend::Saturation},
-    {"Value", blend::Value<Pixel>::ofIntegers, blend::Value<Pixel>::ofFloats, model::blend::Value, model::blend::Value},
-    {"Colour", blend::Colour<Pixel>::ofIntegers, blend::Colour<Pixel>::ofFloats, model::blend::Colour,
+    {"Value", Blend<Pixel>::Value::ofIntegers, Blend<Pixel>::Value::ofFloats, model::blend::Value, model::blend::Value},
+    {"Colour", Blend<Pixel>::Colour::ofIntegers, Blend<Pixel>::Colour::ofFloats, model::blend::Colour,
      model::blend::Colour},
-    {"Darken", blend::Darken<Pixel>::ofIntegers, blend::Darken<Pixel>::ofFloats, model::blend::Darken,
+    {"Darken", Blend<Pixel>::Darken::ofIntegers, Blend<Pixel>::Darken::ofFloats, model::blend::Darken,
      model::blend::Darken},
-    {"Lighten", blend::Lighten<Pixel>::ofIntegers, blend::Lighten<Pixel>::ofFloats, model::blend::Lighten,
+    {"Lighten", Blend<Pixel>::Lighten::ofIntegers, Blend<Pixel>::Lighten::ofFloats, model::blend::Lighten,
      model::blend::Lighten},
-    {"Screen", blend::Screen<Pixel>::ofIntegers, blend::Screen<Pixel>::ofFloats, model::blend::Screen,
+    {"Screen", Blend<Pixel>::Screen::ofIntegers, Blend<Pixel>::Screen::ofFloats, model::blend::Screen,
      model::blend::Screen},
-    {"Multiply", blend::Multiply<Pixel>::ofIntegers, blend::Multiply<Pixel>::ofFloats, model::blend::Multiply,
+    {"Multiply", Blend<Pixel>::Multiply::ofIntegers, Blend<Pixel>::Multiply::ofFloats, model::blend::Multiply,
      model::blend::Multiply},
-    {"Add", blend::Add<Pixel>::ofIntegers, blend::Add<Pixel>::ofFloats, model::blend::Add, model::blend::Add},
-    {"Add Over", blend::AddOver<Pixel>::ofIntegers, blend::AddOver<Pixel>::ofFloats, model::blend::AddOver,
+    {"Add", Blend<Pixel>::Add::ofIntegers, Blend<Pixel>::Add::ofFloats, model::blend::Add, model::blend::Add},
+    {"Add Over", Blend<Pixel>::AddOver::ofIntegers, Blend<Pixel>::AddOver::ofFloats, model::blend::AddOver,
      model::blend::AddOver},
-    {"Add Under", blend::AddUnder<Pixel>::ofIntegers, blend::AddUnder<Pixel>::ofFloats, model::blend::AddUnder,
+    {"Add Under", Blend<Pixel>::AddUnder::ofIntegers, Blend<Pixel>::AddUnder::ofFloats, model::blend::AddUnder,
      model::blend::AddUnder},
-    {"Subtract", blend::Subtract<Pixel>::ofIntegers, blend::Subtract<Pixel>::ofFloats, model::blend::Subtract,
+    {"Subtract", Blend<Pixel>::Subtract::ofIntegers, Blend<Pixel>::Subtract::ofFloats, model::blend::Subtract,
      model::blend::Subtract},
-    {"Difference", blend::Difference<Pixel>::ofIntegers, blend::Difference<Pixel>::ofFloats, model::blend::Difference,
+    {"Difference", Blend<Pixel>::Difference::ofIntegers, Blend<Pixel>::Difference::ofFloats, model::blend::Difference,
      model::blend::Difference},
-    {"Overlay", blend::Overlay<Pixel>::ofIntegers, blend::Overlay<Pixel>::ofFloats, model::blend::Overlay,
+    {"Overlay", Blend<Pixel>::Overlay::ofIntegers, Blend<Pixel>::Overlay::ofFloats, model::blend::Overlay,
      model::blend::Overlay},
-    {"HardLight", blend::HardLight<Pixel>::ofIntegers, blend::HardLight<Pixel>::ofFloats, model::blend::HardLight,
+    {"HardLight", Blend<Pixel>::HardLight::ofIntegers, Blend<Pixel>::HardLight::ofFloats, model::blend::HardLight,
      model::blend::HardLight},
 }};
 

@@ -1,14 +1,18 @@
-// The loops of MergeKernel.h on planes: rows by one operation in one form. For *_simd.cpp alone, which
-// include it once for each instruction set.
-#if defined(VBLUR_COMPOSITE_MERGE_VECTORS) == defined(HWY_TARGET_TOGGLE)
-#ifdef VBLUR_COMPOSITE_MERGE_VECTORS
-#undef VBLUR_COMPOSITE_MERGE_VECTORS
+// The loops of MergeKernel.h on planes: a row by one operation in one form. Compiled once for each instruction set.
+#if defined(VBLUR_COMPOSITE_MERGEVECTORS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_COMPOSITE_MERGEVECTORS_INL_H
+#undef VBLUR_COMPOSITE_MERGEVECTORS_INL_H
 #else
-#define VBLUR_COMPOSITE_MERGE_VECTORS
+#define VBLUR_COMPOSITE_MERGEVECTORS_INL_H
 #endif
 
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "composite/MergeKernel.h"
 #include "composite/MergeRows.h"
-#include "composite/PixelVectors_simd.h"
+#include "composite/PixelVectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {

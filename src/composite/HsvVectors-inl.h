@@ -1,16 +1,20 @@
-// HvHSVConverter on planes, without a branch. For *_simd.cpp alone, which include it once for each
-// instruction set.
+// HvHSVConverter on planes, branch-free. Compiled once for each instruction set.
 //
-// Weights are at most kMostWeight, so that 8-bit operands stay below 2^13 and 16-bit ones within 2^20. Integers
-// wrap as they do in the plain code.
-#if defined(VBLUR_COMPOSITE_HSV_VECTORS) == defined(HWY_TARGET_TOGGLE)
-#ifdef VBLUR_COMPOSITE_HSV_VECTORS
-#undef VBLUR_COMPOSITE_HSV_VECTORS
+// Weights are at most kMostWeight: 8-bit operands stay below 2^13, 16-bit ones within 2^20. Integers wrap, as in the
+// plain code.
+#if defined(VBLUR_COMPOSITE_HSVVECTORS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_COMPOSITE_HSVVECTORS_INL_H
+#undef VBLUR_COMPOSITE_HSVVECTORS_INL_H
 #else
-#define VBLUR_COMPOSITE_HSV_VECTORS
+#define VBLUR_COMPOSITE_HSVVECTORS_INL_H
 #endif
 
-#include "composite/PixelVectors_simd.h"
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "composite/ExactQuotients.h"
+#include "composite/PixelVectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -22,8 +26,8 @@ struct Hsv {
   Ints value;
 };
 
-// Calls of(vector of doubles...) for the halves of the lanes; what it gives is truncated toward zero, and what
-// does not fit gives -2147483648.
+// Calls of(vector of doubles...) for each half of the lanes and truncates the result; what does not fit gives
+// -2147483648.
 template <class Of, class... V>
 HWY_INLINE Ints InDoubles(const Of& of, V... v) {
   const IntTag d;
@@ -43,8 +47,8 @@ HWY_INLINE Ints InDoubles(const Of& of, V... v) {
 #endif
 }
 
-// The quotients that a pixel type needs. Doubles hold the quotient of any two 32-bit integers to the last bit
-// that truncation asks for, floats that of integers whose magnitudes sum to less than 2^24.
+// Exact truncated quotients. Doubles are precise enough for any two 32-bit integers, floats for integers whose
+// magnitudes sum to less than 2^24.
 template <class Pixel>
 struct Quotients;
 
@@ -68,7 +72,7 @@ struct Quotients<R16> {
   static HWY_INLINE Ints ByOne(Ints v) { return DividedBy16384(v); }
 };
 
-// 8-bit colours of 0 to 8160: no saturation is above 255, and no product above 255 * 8160.
+// 8-bit colours in 0..8160: saturations are at most 255, products at most 255 * 8160.
 struct SmallQuotients : Quotients<R8> {
   static HWY_INLINE Ints ByOne(Ints v) { return SmallDividedBy255(v); }
 };
@@ -84,7 +88,7 @@ struct HsvLanes {
     const auto one = hn::Set(d, 1);
     const Ints most = hn::Max(hn::Max(p.red, p.green), p.blue);
     const Ints range = hn::Sub(most, hn::Min(hn::Min(p.red, p.green), p.blue));
-    // Where a divisor is 0 the pixel is grey, and no quotient counts.
+    // Where a divisor is 0 the pixel is grey and the quotient is discarded.
     const auto black = hn::Eq(most, zero);
     const Ints share = Quotient::Of(hn::Mul(range, hn::Set(d, Pixel::kOne)), hn::IfThenElse(black, one, most));
     const Ints saturation = hn::IfThenZeroElse(black, share);
@@ -97,14 +101,14 @@ struct HsvLanes {
         hn::IfThenZeroElse(redMost, hn::IfThenElse(greenMost, hn::Set(d, kTwoOnes), hn::Set(d, 2 * kTwoOnes)));
     const Ints arc =
         Quotient::Of(hn::Mul(hn::Sub(from, to), hn::Set(d, kTwoOnes)), hn::Max(hn::Add(range, range), one));
-    const Ints turned = hn::Add(arc, start);
-    // No arc is wider than One, even one whose numerator has wrapped: its range is above 2^16 then. So red's
-    // alone is ever below 0, and no hue leaves the circle.
-    const Ints hue = hn::Add(turned, hn::And(hn::ShiftRight<31>(turned), hn::Set(d, kCircle)));
+    const Ints angle = hn::Add(arc, start);
+    // |arc| <= One, even where its numerator wraps, since the range is above 2^16 there. Only an angle that starts at 0
+    // can be negative, and no hue leaves the circle.
+    const Ints hue = hn::Add(angle, hn::And(hn::ShiftRight<31>(angle), hn::Set(d, kCircle)));
     return {hn::IfThenZeroElse(hn::Eq(saturation, zero), hue), saturation, most};
   }
 
-  // Alpha is left 0.
+  // Alpha is 0.
   static HWY_INLINE Planes<Ints> ToRgb(const Hsv& hsv) {
     const IntTag d;
     const auto one = hn::Set(d, Pixel::kOne);
@@ -114,14 +118,14 @@ struct HsvLanes {
     const Ints f = hn::Sub(hue, hn::Mul(sextant, one));
     const auto faded = [&](Ints share) HWY_ATTR { return Quotient::ByOne(hn::Mul(hn::Sub(one, share), v)); };
     const auto odd = hn::Ne(hn::And(sextant, hn::Set(d, 1)), hn::Zero(d));
-    // Of the two colours between the ends, q and t, each sextant has one.
+    // The middle colour: t in even sextants, q in odd ones.
     const Ints along = hn::IfThenElse(odd, f, hn::Sub(one, f));
     const Ints least = faded(hsv.saturation);
     const Ints between = faded(Quotient::ByOne(hn::Mul(along, hsv.saturation)));
 
     const auto is = [&](std::int32_t k) HWY_ATTR { return hn::Eq(sextant, hn::Set(d, k)); };
     const auto grey = hn::Eq(hsv.saturation, hn::Zero(d));
-    // The ends stand in one sextant and the next.
+    // A component is the highest in two neighbouring sextants, and the lowest in two.
     const auto component = [&](std::int32_t top, std::int32_t bottom) HWY_ATTR {
       const auto highest = hn::Or(hn::Or(is(top), is((top + 1) % 6)), grey);
       const auto lowest = hn::Or(is(bottom), is((bottom + 1) % 6));

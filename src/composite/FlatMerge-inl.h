@@ -1,11 +1,20 @@
-// Integer forms of operations that need no planes: components in lanes of their own width, as they lie in
-// memory. For MergeRows_simd.cpp alone, which includes it once for each instruction set.
-#if defined(VBLUR_COMPOSITE_FLAT_MERGE) == defined(HWY_TARGET_TOGGLE)
-#ifdef VBLUR_COMPOSITE_FLAT_MERGE
-#undef VBLUR_COMPOSITE_FLAT_MERGE
+// Integer forms of operations on interleaved components, in lanes of the component's own width. Compiled once for each
+// instruction set.
+#if defined(VBLUR_COMPOSITE_FLATMERGE_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_COMPOSITE_FLATMERGE_INL_H
+#undef VBLUR_COMPOSITE_FLATMERGE_INL_H
 #else
-#define VBLUR_COMPOSITE_FLAT_MERGE
+#define VBLUR_COMPOSITE_FLATMERGE_INL_H
 #endif
+
+#include <cstdint>
+#include <type_traits>
+
+#include <hwy/highway.h>
+
+#include "composite/MergeVectors-inl.h"
+#include "composite/PixelVectors-inl.h"
+#include "composite/PlaneMerge-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -21,7 +30,7 @@ HWY_INLINE Raw ProductBytes(Raw a, Raw b) {
   return BytesOf(WordsOver255(hn::Mul(EvenBytes(a), EvenBytes(b))), WordsOver255(hn::Mul(OddBytes(a), OddBytes(b))));
 }
 
-// Twice the product, at most 255: where it does not fit 16 bits, their top gives 257.
+// Twice the product / 255, clamped to 255. The saturated sum of 65535 gives 257, which is clamped as well.
 HWY_INLINE hn::Vec<WordTag> DoubledOver255(hn::Vec<WordTag> product) {
   return hn::Min(WordsOver255(hn::SaturatedAdd(product, product)), hn::Set(WordTag(), 255));
 }
@@ -37,7 +46,7 @@ template <>
 struct FlatForm<Screen<R8>> {
   static constexpr bool kExists = true;
   static HWY_INLINE Raw Of(Raw a, Raw b) {
-    // a + b - product in bytes that wrap; it lies in 0..255.
+    // The sum may wrap; the result lies in 0..255.
     const Raw screened = AsLanes(ByteTag(), AsLanes(ByteTag(), a, b, SumOf()), ProductBytes(a, b), DifferenceOf());
     return WithAlphaOf(screened, AsLanes(ByteTag(), a, b, GreaterOf()));
   }
@@ -80,7 +89,7 @@ struct FlatForm<Lighten<R8>> {
   }
 };
 
-// Saturation is the limit to the range of the pixels.
+// Saturating arithmetic clamps to the pixel's range.
 template <class Pixel>
 using ComponentTag = std::conditional_t<Pixel::kMax == 255, ByteTag, ShortTag>;
 
@@ -120,11 +129,11 @@ void FlatRow(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const M
   });
 }
 
-// What the form in floats makes of stored 8-bit pixels: the same, where no quotient is taken from something.
+// The float form of an operation on stored 8-bit pixels. It equals the integer form unless a quotient is subtracted.
 template <class Operation>
 struct FlatFloatForm : FlatForm<Operation> {};
 
-// What is left of a sum is rounded down, and so is its product up.
+// Truncating a + b - product rounds the product up.
 template <>
 struct FlatFloatForm<Screen<R8>> {
   static HWY_INLINE Raw Of(Raw a, Raw b) {
@@ -137,7 +146,7 @@ struct FlatFloatForm<Screen<R8>> {
   }
 };
 
-// A blend without gains, whose mix needs no limits.
+// A blend without gains, whose mix needs no clamp.
 HWY_INLINE bool IsPlainBlend(const MergeWeights& w) {
   return w.gainA == 1.0f && w.gainB == 1.0f && w.weightA >= 0.0f && w.weightB >= 0.0f && w.weightA + w.weightB <= 1.0f;
 }

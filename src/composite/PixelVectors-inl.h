@@ -1,12 +1,12 @@
-// What the vector code of this folder is made of: pixels of a run as planes of 32-bit lanes, and the steps of
-// PixelMath.h on planes. For *_simd.cpp alone, which include it once for each instruction set.
+// Pixels of a run as planes of 32-bit lanes, and the functions of PixelMath.h on planes. Compiled once for each
+// instruction set.
 //
-// Floats stay finite and below 2^31: weights beyond kMostWeight take the plain code (RowWeights.h).
-#if defined(VBLUR_COMPOSITE_PIXEL_VECTORS) == defined(HWY_TARGET_TOGGLE)
-#ifdef VBLUR_COMPOSITE_PIXEL_VECTORS
-#undef VBLUR_COMPOSITE_PIXEL_VECTORS
+// Floats stay finite and below 2^31: weights beyond kMostWeight go to the plain code (RowWeights.h).
+#if defined(VBLUR_COMPOSITE_PIXELVECTORS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_COMPOSITE_PIXELVECTORS_INL_H
+#undef VBLUR_COMPOSITE_PIXELVECTORS_INL_H
 #else
-#define VBLUR_COMPOSITE_PIXEL_VECTORS
+#define VBLUR_COMPOSITE_PIXELVECTORS_INL_H
 #endif
 
 #include <algorithm>
@@ -30,7 +30,7 @@ using FloatTag = hn::RebindToFloat<IntTag>;
 using Ints = hn::Vec<IntTag>;
 using Floats = hn::Vec<FloatTag>;
 
-// One lane per pixel. At 16 bits the pixels of a group are not in their order, the same one in every group.
+// One lane per pixel. At 16 bits the lanes are a permutation of the pixels, the same one in every group.
 template <class V>
 struct Planes {
   V red;
@@ -39,13 +39,13 @@ struct Planes {
   V alpha;
 };
 
-// Pixels of a group: one vector of 8-bit pixels, two of 16-bit ones.
+// Pixels per group: one vector of 8-bit pixels, two of 16-bit ones.
 HWY_INLINE std::int32_t GroupSize() {
   return static_cast<std::int32_t>(hn::Lanes(IntTag()));
 }
 
-// Calls body(a, b, out) for one group of n pixels after the other; it may read `out` too. The last group goes by
-// way of copies where it is not whole, so that nothing outside n pixels is touched.
+// Calls body(a, b, out) for each group of n pixels; it may read `out` too. An incomplete last group is processed in
+// local copies, so that nothing outside the n pixels is accessed.
 template <class A, class B, class Out, class Body>
 HWY_INLINE void ForGroups(const A* a, const B* b, Out* out, std::int32_t n, const Body& body) {
   constexpr std::size_t kMost = HWY_MAX_BYTES / sizeof(std::int32_t);
@@ -91,7 +91,7 @@ HWY_INLINE void StorePixels(const Planes<Ints>& p, Pixel* pixels) {
 using ByteTag = hn::Repartition<std::uint8_t, IntTag>;
 using Raw = hn::Vec<UnsignedTag>;
 
-// A vector of whole pixels, as it lies in memory.
+// A vector of interleaved pixels.
 template <class Pixel>
 HWY_INLINE Raw LoadRaw(const Pixel* pixels) {
   return hn::BitCast(UnsignedTag(), hn::LoadU(ByteTag(), reinterpret_cast<const std::uint8_t*>(pixels)));
@@ -121,13 +121,13 @@ HWY_INLINE void StorePixels(const Planes<Ints>& p, R8* pixels) {
       pixels);
 }
 
-// Lanes of one half of the pixels, and of the other, taken into even and odd lanes in turn: first the lower
-// halves of either's pixels, then the upper ones. It is its own inverse.
+// 64-bit pixels in two vectors, and the same as planes of their lower and upper 32 bits.
 struct Halves {
   Ints lower;
   Ints upper;
 };
 
+// Transposes the 32-bit lanes of each 2 x 2 block. It is its own inverse.
 HWY_INLINE Halves Exchanged(const Halves& h) {
   const IntTag d;
   const hn::Repartition<std::uint64_t, IntTag> d64;
@@ -142,7 +142,7 @@ HWY_INLINE Planes<Ints> LoadPixels(const R16* pixels) {
           hn::ShiftRight<16>(hn::ShiftLeft<16>(h.upper)), hn::ShiftRight<16>(h.upper)};
 }
 
-// Keeps the low 16 bits.
+// Stores the low 16 bits.
 HWY_INLINE void StorePixels(const Planes<Ints>& p, R16* pixels) {
   const IntTag d;
   const hn::Repartition<std::int16_t, IntTag> d16;
@@ -155,7 +155,7 @@ HWY_INLINE void StorePixels(const Planes<Ints>& p, R16* pixels) {
 }
 #endif
 
-// Calls of(component of p, component of q) for all four components.
+// of(component of p, component of q) for all four components.
 template <class V, class Of>
 HWY_INLINE auto EachOf(const Planes<V>& p, const Planes<V>& q, const Of& of) -> Planes<decltype(of(p.red, q.red))> {
   return {of(p.red, q.red), of(p.green, q.green), of(p.blue, q.blue), of(p.alpha, q.alpha)};
@@ -177,8 +177,8 @@ HWY_INLINE Planes<Floats> WeightedSum(const Planes<Floats>& a, Floats weightA, c
   return EachOf(a, b, sum);
 }
 
-// Toward zero; nothing reaches 2^31. On x86 Highway's own conversion spends four instructions out of five on
-// what does, which is half the time of a mix.
+// Truncates; |v| < 2^31. On x86, Highway's ConvertTo spends four of its five instructions on lanes out of range, half
+// the time of a mix.
 HWY_INLINE Ints Truncated(Floats v) {
 #if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSSE3
   using IntVector __attribute__((vector_size(sizeof(v.raw)))) = std::int32_t;
@@ -222,7 +222,7 @@ HWY_INLINE Planes<V> Chosen(Mask mask, const Planes<V>& yes, const Planes<V>& no
           hn::IfThenElse(mask, yes.blue, no.blue), hn::IfThenElse(mask, yes.alpha, no.alpha)};
 }
 
-// v / 16384 toward zero.
+// v / 16384, truncated.
 HWY_INLINE Ints DividedBy16384(Ints v) {
   const IntTag d;
   const auto negative = hn::BitCast(UnsignedTag(), hn::ShiftRight<31>(v));
@@ -230,7 +230,7 @@ HWY_INLINE Ints DividedBy16384(Ints v) {
   return hn::ShiftRight<14>(hn::Add(v, bias));
 }
 
-// v / kDivisor as exact::rounded has it; a division takes ten times as long.
+// v / kDivisor by exact::rounded where there is FMA: a division takes ten times as long.
 template <std::int32_t kDivisor>
 HWY_INLINE Floats Divided(Floats v) {
   const FloatTag d;
@@ -244,17 +244,17 @@ HWY_INLINE Floats Divided(Floats v) {
 #endif
 }
 
-// v / 255 toward zero, for what exact::smallOver255 allows.
+// v / 255, truncated, over the domain of exact::smallOver255.
 HWY_INLINE Ints SmallDividedBy255(Ints v) {
   return Truncated(hn::Mul(hn::ConvertTo(FloatTag(), v), hn::Set(FloatTag(), exact::kOne255th)));
 }
 
 #if HWY_TARGET != HWY_SCALAR
-// 8-bit components without planes.
+// Interleaved 8-bit components.
 using WordTag = hn::Repartition<std::uint16_t, IntTag>;
 using ShortTag = hn::Repartition<std::int16_t, IntTag>;
 
-// The bytes at even and at odd places as 16-bit lanes, and back.
+// The even and the odd bytes as 16-bit lanes, and back.
 HWY_INLINE hn::Vec<WordTag> EvenBytes(Raw v) {
   return hn::And(hn::BitCast(WordTag(), v), hn::Set(WordTag(), 255));
 }
