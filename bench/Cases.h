@@ -58,6 +58,7 @@ void addCopyCases(const Plan& plan);
 void addBlurCases(const Plan& plan);
 void addMixBackCases(const Plan& plan);
 void addThreadCases();
+void addKernelCases(const Plan& plan);
 // Each also says its peer's version in the run's context.
 void addOpenCvCases(const Plan& plan);
 void addLibavfilterCases(const Plan& plan);

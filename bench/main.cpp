@@ -52,6 +52,7 @@ void addAllCases(const Plan& plan) {
   addBlurCases(plan);
   addMixBackCases(plan);
   addThreadCases();
+  addKernelCases(plan);
 #ifdef VBLUR_BENCH_OPENCV
   addOpenCvCases(plan);
 #endif

@@ -1,4 +1,4 @@
-// The code that all pixel loops run, for the length of a scope. It is the whole process's.
+// Sets the level of the process for a scope; scopes nest.
 #pragma once
 
 #include <string>
@@ -13,9 +13,12 @@ namespace vblur::test {
 class CpuLevel {
  public:
   explicit CpuLevel(const std::string& level) { EXPECT_TRUE(HvSetCpuLevel(level)) << level; }
-  ~CpuLevel() { HvSetCpuLevel("native"); }
+  ~CpuLevel() { HvSetCpuLevel(before_); }
   CpuLevel(const CpuLevel&) = delete;
   CpuLevel& operator=(const CpuLevel&) = delete;
+
+ private:
+  const std::string before_ = HvCpuLevel();
 };
 
 // Any level of this machine.

@@ -76,8 +76,11 @@ inline ::testing::AssertionResult ranAtThisLevel(const std::vector<KernelRun>& r
   return ::testing::AssertionSuccess();
 }
 
+inline bool askedForKernelRuns = false;
+
 // These kernels and no others have run since the last question, each for the level in use.
 inline ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
+  askedForKernelRuns = true;
   const std::vector<KernelRun> runs = takeKernelRuns();
   std::vector<std::string> ran;
   for (const KernelRun& run : runs)
@@ -103,21 +106,19 @@ inline const auto levelName = [](const ::testing::TestParamInfo<std::string>& le
 // has never asked must have run some.
 class AtEachLevel : public ::testing::TestWithParam<std::string> {
  protected:
-  AtEachLevel() { forgetKernelRuns(); }
+  AtEachLevel() {
+    forgetKernelRuns();
+    askedForKernelRuns = false;
+  }
   void TearDown() override {
     const std::vector<KernelRun> runs = takeKernelRuns();
     if (HasFailure() || IsSkipped()) return;
-    EXPECT_TRUE(asked_ || !runs.empty()) << "no vector code has run";
+    EXPECT_TRUE(askedForKernelRuns || !runs.empty()) << "no vector code has run";
     EXPECT_TRUE(ranAtThisLevel(runs));
-  }
-  ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
-    asked_ = true;
-    return test::kernelsRan(std::move(names));
   }
 
  private:
   const CpuLevel level_{GetParam()};
-  bool asked_ = false;
 };
 
 }  // namespace vblur::test

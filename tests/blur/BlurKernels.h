@@ -1,0 +1,39 @@
+// The kernels of src/blur, for tests and benchmarks.
+#pragma once
+
+#include "blur/ChannelRows.h"
+#include "blur/ColourRows.h"
+#include "tests/support/KernelCase.h"
+
+namespace vblur::test {
+
+template <class Pixel, class Single>
+void addChannelRows(std::vector<KernelCase>& cases, const std::string& bits) {
+  cases.push_back(rowCase<Pixel, Single>(
+      "extractRow " + bits, "extractRow " + bits,
+      [](const Pixel* in, std::int32_t n, Single* out) { extractRow<1>(out, forwardRun(in, n), n); }));
+  cases.push_back(rowCase<Single, Pixel>(
+      "spreadRow " + bits, "spreadRow " + bits,
+      [](const Single* in, std::int32_t n, Pixel* out) { spreadRow<Pixel::kMax>(out, forwardRun(in, n), {}, n); }));
+}
+
+template <class Pixel>
+void addColourRows(std::vector<KernelCase>& cases, const std::string& bits) {
+  cases.push_back(rowCase<Pixel, Pixel>(
+      "yuvRow " + bits, "yuvRow " + bits,
+      [](const Pixel* in, std::int32_t n, Pixel* out) { yuvRowFromRgb<Pixel::kMax>(out, forwardRun(in, n), n); }));
+  cases.push_back(rowCase<Pixel, Pixel>(
+      "rgbRow " + bits, "rgbRow " + bits,
+      [](const Pixel* in, std::int32_t n, Pixel* out) { rgbRowFromYuv<Pixel::kMax>(out, forwardRun(in, n), n); }));
+}
+
+inline std::vector<KernelCase> blurKernels() {
+  std::vector<KernelCase> cases;
+  addChannelRows<R8, C8>(cases, "8");
+  addChannelRows<R16, C16>(cases, "16");
+  addColourRows<R8>(cases, "8");
+  addColourRows<R16>(cases, "16");
+  return cases;
+}
+
+}  // namespace vblur::test
