@@ -22,15 +22,26 @@ using Pixel16 = std::array<std::int16_t, 4>;
 template <class Pixel>
 inline constexpr std::int32_t kDepthOf = sizeof(Pixel) == 4 ? 8 : 16;
 
+// Where a picture lies: its first pixel, its place and its size in the world.
+inline host::ImageRecord AtOrigin(std::int32_t x, std::int32_t y) {
+  host::ImageRecord record;
+  record.origin = {x, y};
+  return record;
+}
+inline host::ImageRecord InWorld(std::array<double, 2> position, std::array<double, 2> size) {
+  host::ImageRecord record;
+  record.position = position;
+  record.size = size;
+  return record;
+}
+
 // Fills a picture of four components by a function of x and y, row 0 at the bottom.
 template <class Pixel>
 void Paint(host::HostImage& image, std::int32_t width, std::int32_t height,
            const std::function<Pixel(std::int32_t, std::int32_t)>& colour,
            std::array<std::int32_t, 2> origin = {0, 0}) {
   image.Reset(kDepthOf<Pixel>, 4, width, height);
-  host::ImageRecord record;
-  record.origin = origin;
-  image.Place(record);
+  image.Place(AtOrigin(origin[0], origin[1]));
   for (std::int32_t y = 0; y < height; ++y) {
     for (std::int32_t x = 0; x < width; ++x)
       reinterpret_cast<Pixel*>(image.Row(y))[x] = colour(x, y);
@@ -56,21 +67,40 @@ class EffectBench {
   explicit EffectBench(double projectWidth = 32.0, double projectHeight = 32.0)
       : project(host::ProjectSizes{{projectWidth, projectHeight}, {projectWidth, projectHeight}}) {}
 
+  template <class Pixel>
+  void PaintClips(std::int32_t width, std::int32_t height, const Pixel& first, const Pixel& second) {
+    Paint<Pixel>(input, width, height, [&](std::int32_t, std::int32_t) { return first; });
+    Paint<Pixel>(input2, width, height, [&](std::int32_t, std::int32_t) { return second; });
+    Paint<Pixel>(output, width, height, [](std::int32_t, std::int32_t) { return Pixel{9, 9, 9, 9}; });
+    hasInput2 = true;
+  }
+
   void Set(PropertyId id, double value) { properties.Set(PropertyOf(id).guid, value); }
   void Animate(PropertyId id, host::Curve curve) { properties.Set(PropertyOf(id).guid, std::move(curve)); }
 
   HRESULT Render(double time = 0.0) {
-    host::EffectHost effectHost(project);
-    host::CoordMan coordMan(proxy);
+    effectHost_.emplace(project);
+    coordMan_.emplace(proxy);
     host::HostedEffect(effect.As<IDSImageEffect>()).PutProperties(properties);
-    effect->SetEffectHost(&effectHost);
-    effect->SetCoordMan(&coordMan);
+    effect->SetEffectHost(&*effectHost_);
+    effect->SetCoordMan(&*coordMan_);
     effect->SetExecuteContext(contextInUse);
     effect->SetOutput(hasOutput ? &output : nullptr);
     effect->SetInput(hasInput ? &input : nullptr);
     effect->SetInput2(hasInput2 ? &input2 : nullptr);
     effect->SetPixelMask(hasMask ? &mask : nullptr, 0, 0);
     return effect->RenderFrame(time);
+  }
+
+  // What the effect asks of the source beyond the output, horizontally and vertically, after a frame.
+  std::array<double, 2> Overscan(double time = 0.0) {
+    std::array<double, 2> size{};
+    double right = 0.0;
+    double top = 0.0;
+    EXPECT_EQ(effect->GetInputOverscan(time, &size[0], &right, &size[1], &top), kOk);
+    EXPECT_EQ(right, size[0]);
+    EXPECT_EQ(top, size[1]);
+    return size;
   }
 
   ComPtr<Blur> effect = ComPtr<Blur>::Own(new Blur());
@@ -83,7 +113,12 @@ class EffectBench {
   std::optional<host::ProjectSizes> project;
   std::array<double, 2> proxy{1.0, 1.0};
   host::ExecuteContext context;
-  host::ExecuteContext* contextInUse = &context;
+  IDSExecuteContext* contextInUse = &context;
+
+ private:
+  // They outlive the render, since the effect keeps them.
+  std::optional<host::EffectHost> effectHost_;
+  std::optional<host::CoordMan> coordMan_;
 };
 
 }  // namespace vblur
