@@ -53,6 +53,24 @@ Pixel At(const host::HostImage& image, std::int32_t x, std::int32_t y) {
   return reinterpret_cast<const Pixel*>(image.Row(y))[x];
 }
 
+// A picture with pixels that are not to be used, for a reason of its own.
+class UnusableImage : public IDSImage, public host::IHostOrigin {
+ public:
+  explicit UnusableImage(const host::HostImage& image, HRESULT why = kFailed) : image_(image), why_(why) {}
+
+  HRESULT IsUsable() const override { return why_; }
+  GUID Format() const override { return image_.Format(); }
+  DSPixelPair Size() const override { return image_.Size(); }
+  void* FirstPixel() const override { return image_.FirstPixel(); }
+  DSWorldPair WorldPosition() const override { return image_.WorldPosition(); }
+  DSWorldPair WorldSize() const override { return image_.WorldSize(); }
+  DSPixelPair HostOrigin() const override { return image_.HostOrigin(); }
+
+ private:
+  const host::HostImage& image_;
+  HRESULT why_;
+};
+
 // Has the effect used as a kind, as a host would.
 inline void UseAs(Blur& effect, host::EffectKind kind) {
   tagDSImgFxInfo use;

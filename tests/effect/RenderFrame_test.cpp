@@ -1,55 +1,24 @@
+// The render call: what it refuses, which rows and pixels a frame writes, and how it is stopped.
 #include <cstring>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "platform/IVBlurFacts.h"
-#include "tests/effect/EffectBench.h"
+#include "tests/effect/FrameTest.h"
+#include "tests/effect/OpenBlur.h"
 
 namespace vblur {
 namespace {
 
-constexpr std::int32_t kSide = 16;
-
-Pixel8 Checks(std::int32_t x, std::int32_t y) {
-  const auto value = static_cast<std::uint8_t>((x / 3 + y / 2) % 2 * 200 + x);
-  return {value, static_cast<std::uint8_t>(255 - value), static_cast<std::uint8_t>(y * 9), 128};
-}
-
-Pixel8 Marker(std::int32_t, std::int32_t) {
-  return {1, 2, 3, 4};
-}
-
-// Input and output of one size, the output marked.
-class RenderFrame : public testing::Test {
- protected:
-  void SetUp() override {
-    Paint<Pixel8>(bench.input, kSide, kSide, Checks);
-    Paint<Pixel8>(bench.output, kSide, kSide, Marker);
-  }
-
-  void ExpectOutput(const std::function<Pixel8(std::int32_t, std::int32_t)>& colour) {
-    for (std::int32_t y = 0; y < kSide; ++y) {
-      for (std::int32_t x = 0; x < kSide; ++x) {
-        ASSERT_EQ(At<Pixel8>(bench.output, x, y), colour(x, y)) << "x " << x << ", y " << y;
-      }
-    }
-  }
-  std::vector<Pixel8> Pixels() const {
-    const auto* first = reinterpret_cast<const Pixel8*>(bench.output.Row(0));
-    return {first, first + kSide * kSide};
-  }
-
-  EffectBench bench{kSide, kSide};
-};
+class RenderFrame : public FrameTest {};
 
 // The picture between the passes is as large as the output: what the y boxes read beyond it is rows of it again. Lines
 // and tables are small.
-TEST(RenderFrameMemory, IsOnePictureBesideThoseThatAreGiven) {
+TEST_F(RenderFrame, TakesOnePictureBesideThoseThatAreGiven) {
   constexpr std::int64_t kWidth = 2048;
   constexpr std::int64_t kHeight = 1024;
   constexpr std::int64_t kTables = std::int64_t{4} << 20;
-  EffectBench bench{kWidth, kHeight};
+  bench.project = host::ProjectSizes{{kWidth, kHeight}, {kWidth, kHeight}};
   Paint<Pixel8>(bench.input, kWidth, kHeight, Checks);
   Paint<Pixel8>(bench.output, kWidth, kHeight, Marker);
   bench.Set(PropertyId::Blur, 30.0);
@@ -72,9 +41,38 @@ TEST_F(RenderFrame, WithoutAnOutputIsRefused) {
 }
 
 TEST_F(RenderFrame, AnUnusableOutputGivesItsOwnResult) {
-  host::HostImage empty;  // without memory
-  bench.effect->SetOutput(&empty);
-  EXPECT_EQ(bench.effect->RenderFrame(0.0), kFailed);
+  ASSERT_EQ(bench.Render(), kOk);
+  Paint<Pixel8>(bench.output, kSide, kSide, Marker);
+  for (const HRESULT why : {kFailed, HRESULT{7}}) {
+    UnusableImage unusable(bench.output, why);
+    bench.effect->SetOutput(&unusable);
+    EXPECT_EQ(bench.effect->RenderFrame(0.0), why);
+  }
+  ExpectOutput(Marker);
+}
+
+// Its container has nothing ready for the frame.
+struct UnpreparedBlur : Blur {
+  HRESULT PrepareData() override { return answer; }
+
+  HRESULT answer = kOk;
+};
+
+TEST_F(RenderFrame, EndsWithWhatItsDataSays) {
+  auto* const unprepared = new UnpreparedBlur();
+  bench.effect = ComPtr<Blur>::Own(unprepared);
+  ASSERT_EQ(bench.Render(), kOk);
+  Paint<Pixel8>(bench.output, kSide, kSide, Marker);
+  bench.input.Place(AtOrigin(5, 6));
+  for (const HRESULT why : {kFailed, HRESULT{7}}) {
+    unprepared->answer = why;
+    bench.hasOutput = true;
+    EXPECT_EQ(bench.Render(), why);
+    EXPECT_EQ(bench.effect->InputPlace().originX, 0) << "nothing of the frame has begun";
+    bench.hasOutput = false;
+    EXPECT_EQ(bench.Render(), why) << "asked before the output";
+  }
+  ExpectOutput(Marker);
 }
 
 TEST_F(RenderFrame, AnUnknownFormatLeavesTheOutputAndSucceeds) {
@@ -84,32 +82,6 @@ TEST_F(RenderFrame, AnUnknownFormatLeavesTheOutputAndSucceeds) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(bench.output.Row(0));
   for (std::size_t i = 0; i < bench.output.byteCount(); ++i)
     ASSERT_EQ(bytes[i], 77);
-}
-
-TEST_F(RenderFrame, ABlurOfZeroCopies) {
-  bench.Set(PropertyId::Blur, 0.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  ExpectOutput(Checks);
-}
-
-TEST_F(RenderFrame, ANegativeBlurIsZero) {
-  bench.Set(PropertyId::Blur, -5.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  ExpectOutput(Checks);
-}
-
-TEST_F(RenderFrame, AspectOfOneHundredLeavesRowsUnmixed) {
-  // Columns of one colour stay columns of one colour only when nothing blurs across rows.
-  Paint<Pixel8>(bench.input, kSide, kSide, [](std::int32_t, std::int32_t y) {
-    return Pixel8{static_cast<std::uint8_t>(y * 16), 0, 0, 255};
-  });
-  bench.Set(PropertyId::Aspect, 100.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  for (std::int32_t y = 1; y < kSide; ++y)
-    EXPECT_GT(At<Pixel8>(bench.output, 5, y)[0], At<Pixel8>(bench.output, 5, y - 1)[0] + 8);
-  bench.Set(PropertyId::Aspect, -250.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_LT(At<Pixel8>(bench.output, 5, 1)[0] - At<Pixel8>(bench.output, 5, 0)[0], 8);
 }
 
 TEST_F(RenderFrame, TheSecondFieldStartsOneRowIn) {
@@ -122,73 +94,36 @@ TEST_F(RenderFrame, TheSecondFieldStartsOneRowIn) {
   ExpectOutput(Checks);
 }
 
-TEST_F(RenderFrame, AFieldHasHalfTheVerticalSize) {
-  // An impulse in the first field reaches half as many of its rows as of a frame's.
-  Paint<Pixel8>(bench.input, kSide, kSide, [](std::int32_t, std::int32_t y) {
-    return y == 8 ? Pixel8{255, 255, 255, 255} : Pixel8{};
-  });
-  bench.Set(PropertyId::Blur, 6.0);
-  bench.Set(PropertyId::YEdgeMethod, 0.0);
-  bench.effect->SetField(1);
-  EXPECT_EQ(bench.Render(), kOk);
-  // Boxes of radius 1 on the field's rows: weights 1 3 6 7 6 3 1 of 27.
-  EXPECT_EQ(At<Pixel8>(bench.output, 8, 8)[0], 66);
-  EXPECT_EQ(At<Pixel8>(bench.output, 8, 8 + 2 * 3)[0], 9);
-  EXPECT_EQ(At<Pixel8>(bench.output, 8, 8 - 2 * 4)[0], 0);
-}
-
-TEST_F(RenderFrame, DisplayCroppedIgnoresTheBlurAndTheMasks) {
-  bench.Set(PropertyId::DisplayCropped, 1.0);
-  bench.Set(PropertyId::CropLeft, 50.0);
-  bench.Set(PropertyId::XEdgeMethod, 0.0);
-  bench.Set(PropertyId::CropColourG, 100.0);
-  bench.Set(PropertyId::CropColourA, 100.0);
-  bench.Set(PropertyId::MaskRed, 0.0);
-  for (const double blur : {0.0, 40.0}) {
-    bench.Set(PropertyId::Blur, blur);
+TEST_F(RenderFrame, AnyOtherFieldIsAWholeFrame) {
+  for (const std::int32_t field : {0, 3, -1, 258}) {
+    Paint<Pixel8>(bench.output, kSide, kSide, Marker);
+    bench.Set(PropertyId::Blur, 0.0);
+    bench.effect->SetField(field);
     EXPECT_EQ(bench.Render(), kOk);
-    ExpectOutput([](std::int32_t x, std::int32_t y) { return x < 8 ? Pixel8{0, 255, 0, 0} : Checks(x, y); });
+    ExpectOutput(Checks);
+    bench.Set(PropertyId::Blur, 6.0);
+    EXPECT_EQ(bench.Render(), kOk);
+    EXPECT_EQ(bench.Overscan(), (std::array{6.0, 6.0})) << field;
   }
 }
 
-TEST_F(RenderFrame, CropColourAlphaIsNeverRendered) {
-  bench.Set(PropertyId::XEdgeMethod, 0.0);
-  bench.Set(PropertyId::YEdgeMethod, 0.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  const auto without = Pixels();
-  bench.Set(PropertyId::CropColourA, 100.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_EQ(Pixels(), without);
+TEST_F(RenderFrame, AFieldHalvesTheVerticalSizeAlone) {
+  bench.Set(PropertyId::Blur, 6.0);
+  for (const std::int32_t field : {1, 2}) {
+    bench.effect->SetField(field);
+    EXPECT_EQ(bench.Render(), kOk);
+    EXPECT_EQ(bench.Overscan(), (std::array{6.0, 3.0})) << field;
+  }
 }
 
-TEST_F(RenderFrame, AMaskedChannelIsTheSources) {
-  bench.Set(PropertyId::MaskGreen, 0.0);
+TEST_F(RenderFrame, AFieldOfAnOddPictureLeavesItsLastRow) {
+  Paint<Pixel8>(bench.input, kSide, 5, Checks);
+  Paint<Pixel8>(bench.output, kSide, 5, Marker);
+  bench.Set(PropertyId::Blur, 0.0);
+  bench.effect->SetField(1);
   EXPECT_EQ(bench.Render(), kOk);
-  for (std::int32_t x = 0; x < kSide; ++x)
-    EXPECT_EQ(At<Pixel8>(bench.output, x, 7)[1], Checks(x, 7)[1]);
-  EXPECT_NE(At<Pixel8>(bench.output, 3, 7)[0], Checks(3, 7)[0]);
-}
-
-TEST_F(RenderFrame, TheAlphaMaskNeedsAChoiceThatWritesAlpha) {
-  Paint<Pixel8>(bench.input, kSide, kSide, [](std::int32_t x, std::int32_t) {
-    return Pixel8{0, 0, 0, static_cast<std::uint8_t>(x < 8 ? 0 : 255)};
-  });
-  bench.Set(PropertyId::MaskAlpha, 0.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_EQ(At<Pixel8>(bench.output, 7, 7)[3], 0) << "RGBA writes alpha, so the mask puts it back";
-  // With RGB and Mix, alpha is the mix of two equal alphas at half gain: no mask brings it back.
-  bench.Set(PropertyId::Channels, 0.0);
-  bench.Set(PropertyId::MixBack, 1.0);
-  bench.Set(PropertyId::EffectGain, 0.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_EQ(At<Pixel8>(bench.output, 12, 7)[3], 127);
-}
-
-TEST_F(RenderFrame, AnAbsentInputGivesTheOutsideColour) {
-  bench.hasInput = false;
-  UseAs(*bench.effect, host::EffectKind::Generator);
-  EXPECT_EQ(bench.Render(), kOk);
-  ExpectOutput([](std::int32_t, std::int32_t) { return Pixel8{0, 0, 0, 0}; });
+  for (std::int32_t y = 0; y < 5; ++y)
+    EXPECT_EQ(At<Pixel8>(bench.output, 3, y), y == 0 || y == 2 ? Checks(3, y) : Marker(3, y)) << y;
 }
 
 TEST_F(RenderFrame, ARegionIsAllThatIsWritten) {
@@ -217,6 +152,27 @@ TEST_F(RenderFrame, TheNextRenderIsArmedAgain) {
   ExpectOutput(Checks);
 }
 
+TEST_F(RenderFrame, AStopByTheHostIsReason10000) {
+  auto* const open = new OpenBlur();
+  bench.effect = ComPtr<Blur>::Own(open);
+  bench.context.Stop();
+  EXPECT_EQ(bench.Render(), kOk);
+  EXPECT_EQ(open->interrupt.interrupted, 1);
+  EXPECT_EQ(open->interrupt.state, 10000);
+  host::ExecuteContext willing;
+  bench.contextInUse = &willing;
+  EXPECT_EQ(bench.Render(), kOk);
+  EXPECT_EQ(open->interrupt.interrupted, 0);
+  EXPECT_EQ(open->interrupt.state, 0);
+}
+
+TEST_F(RenderFrame, WithoutAContextNothingStopsIt) {
+  bench.contextInUse = nullptr;
+  bench.Set(PropertyId::Blur, 0.0);
+  EXPECT_EQ(bench.Render(), kOk);
+  ExpectOutput(Checks);
+}
+
 TEST_F(RenderFrame, TellsThatItRanOutOfMemory) {
   // Rows for the reach of 90000 pixels, above and below one of 30000: more than there are addresses for.
   const auto black = [](std::int32_t, std::int32_t) { return Pixel16{}; };
@@ -233,18 +189,6 @@ TEST_F(RenderFrame, TellsThatItRanOutOfMemory) {
   EXPECT_EQ(bench.Render(), kOk);
   EXPECT_TRUE(facts->RanOutOfMemory());
   EXPECT_EQ(At<Pixel16>(bench.output, 7, 0), (Pixel16{1, 2, 3, 4}));
-}
-
-TEST_F(RenderFrame, BothDepthsCountAOneAsFull) {
-  Paint<Pixel16>(bench.input, kSide, kSide, [](std::int32_t, std::int32_t) { return Pixel16{16384, 0, -100, 16384}; });
-  Paint<Pixel16>(bench.output, kSide, kSide, [](std::int32_t, std::int32_t) { return Pixel16{}; });
-  bench.Set(PropertyId::DisplayCropped, 1.0);
-  bench.Set(PropertyId::CropRight, 40.0);
-  bench.Set(PropertyId::XEdgeMethod, 0.0);
-  bench.Set(PropertyId::CropColourR, 100.0);
-  EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_EQ(At<Pixel16>(bench.output, 2, 2), (Pixel16{16384, 0, -100, 16384}));
-  EXPECT_EQ(At<Pixel16>(bench.output, 12, 2), (Pixel16{16384, 0, 0, 0}));
 }
 
 }  // namespace

@@ -220,10 +220,9 @@ TEST_F(Transition, AnEffectThatMixesNoInputsRendersTheFirstClip) {
 }
 
 TEST_F(Transition, AnUnusableSecondClipIsClear) {
-  host::HostImage nothing;
-  bench.hasInput2 = false;
+  UnusableImage unusable(bench.input2);
   ASSERT_EQ(bench.Render(5.0), kOk);
-  bench.effect->SetInput2(&nothing);
+  bench.effect->SetInput2(&unusable);
   ASSERT_EQ(bench.effect->RenderFrame(5.0), kOk);
   EXPECT_EQ(At<Pixel8>(bench.output, 4, 4), (Pixel8{101, 0, 0, 128}));
 }
