@@ -122,6 +122,7 @@ struct FlatForm<Difference<Pixel>> {
 
 template <class Operation, class Pixel>
 void FlatRow(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MergeWeights&) {
+  EnterKernel<Pixel, "mergeFlatRow 8", "mergeFlatRow 16", HWY_TARGETS & ~HWY_SCALAR>();
   const std::int32_t vector = GroupSize() * 4 / static_cast<std::int32_t>(sizeof(Pixel));
   ForGroups(a, b, out, n, [&](const Pixel* groupA, const Pixel* groupB, Pixel* to) HWY_ATTR {
     for (std::int32_t i = 0; i < GroupSize(); i += vector)
@@ -153,6 +154,7 @@ HWY_INLINE bool IsPlainBlend(const MergeWeights& w) {
 
 template <class Operation, MergeForm Form>
 void FlatBlendedRow(const R8* a, const R8* b, R8* out, std::int32_t n, const MergeWeights& weights) {
+  HvEnterKernel<"mergeFlatBlendRow 8", HWY_TARGETS & ~HWY_SCALAR>(HWY_TARGET);
   const Floats weightA = hn::Set(FloatTag(), weights.weightA);
   const Floats weightB = hn::Set(FloatTag(), weights.weightB);
   ForGroups(a, b, out, n, [&](const R8* groupA, const R8* groupB, R8* to) HWY_ATTR {

@@ -6,6 +6,7 @@
 #include "composite/MixRows.h"
 #include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
+#include "image/HvCpu.h"
 #include "image/HvRGBCopySampler.h"
 
 namespace vblur {

@@ -7,6 +7,7 @@
 #include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/Combiner.h"
+#include "image/HvCpu.h"
 
 namespace vblur {
 

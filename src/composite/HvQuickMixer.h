@@ -6,6 +6,7 @@
 #include "composite/MixRows.h"
 #include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
+#include "image/HvCpu.h"
 #include "image/HvImgProc3.h"
 #include "image/HvTexture.h"
 #include "image/RowWalk.h"

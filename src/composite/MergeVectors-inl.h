@@ -62,6 +62,7 @@ HWY_INLINE Planes<Ints> Merged(const Planes<Ints>& a, const Planes<Ints>& b, con
 
 template <class Operation, MergeForm Form, class Pixel>
 void Row(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MergeWeights& weights) {
+  EnterKernel<Pixel, "mergeRow 8", "mergeRow 16">();
   const WeightLanes w(weights);
   ForGroups(a, b, out, n, [&](const Pixel* groupA, const Pixel* groupB, Pixel* to) HWY_ATTR {
     StorePixels(Merged<Operation, Form, Pixel>(LoadPixels(groupA), LoadPixels(groupB), w), to);

@@ -8,6 +8,7 @@
 #include "composite/RowWeights.h"
 #include "composite/StraightRuns.h"
 #include "image/Combiner.h"
+#include "image/HvCpu.h"
 
 namespace vblur {
 

@@ -30,6 +30,7 @@ void Mix(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MixRo
 
 template <class Pixel>
 void EitherMix(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MixRowWeights& weights) {
+  EnterKernel<Pixel, "mixRow 8", "mixRow 16">();
   return weights.limits ? Mix<true>(a, b, out, n, weights) : Mix<false>(a, b, out, n, weights);
 }
 
@@ -129,6 +130,7 @@ struct GroupMix<R8> {
 
 template <class Pixel>
 void QuickMix(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, std::int32_t amount) {
+  EnterKernel<Pixel, "quickMixRow 8", "quickMixRow 16">();
   const auto m = GroupMix<Pixel>::All(amount);
   ForGroups(a, b, out, n, [&](const Pixel* groupA, const Pixel* groupB, Pixel* to) HWY_ATTR {
     GroupMix<Pixel>::Store(groupA, groupB, m, to);
@@ -137,6 +139,7 @@ void QuickMix(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, std::i
 
 template <class Pixel>
 void MixByAlpha(const Pixel* source, Pixel* out, std::int32_t n, std::int32_t named) {
+  EnterKernel<Pixel, "mixByAlphaRow 8", "mixByAlphaRow 16">();
   ForGroups(source, source, out, n, [&](const Pixel* group, const Pixel*, Pixel* to) HWY_ATTR {
     GroupMix<Pixel>::StoreUnnamed(to, group, GroupMix<Pixel>::AlphaOf(group), named, to);
   });
@@ -145,6 +148,7 @@ void MixByAlpha(const Pixel* source, Pixel* out, std::int32_t n, std::int32_t na
 // Mask values of 0 and Top need no special case: they give the source and the target exactly.
 template <class Pixel, class MaskPixel>
 void Paint(const Pixel* source, const MaskPixel* mask, Pixel* out, std::int32_t n) {
+  EnterKernel<Pixel, "paintRow 8", "paintRow 16">();
   ForGroups(source, mask, out, n, [&](const Pixel* group, const MaskPixel* groupMask, Pixel* to) HWY_ATTR {
     GroupMix<Pixel>::Store(to, group, GroupMix<Pixel>::Of(groupMask), to);
   });

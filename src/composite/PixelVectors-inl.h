@@ -16,6 +16,7 @@
 #include <hwy/highway.h>
 
 #include "composite/ExactQuotients.h"
+#include "image/HvKernel.h"
 #include "image/Pixels.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -29,6 +30,16 @@ using UnsignedTag = hn::RebindToUnsigned<IntTag>;
 using FloatTag = hn::RebindToFloat<IntTag>;
 using Ints = hn::Vec<IntTag>;
 using Floats = hn::Vec<FloatTag>;
+
+// Enters the kernel of the pixel's depth.
+template <class Pixel, HvKernelName At8, HvKernelName At16, std::int64_t kTargets = HWY_TARGETS>
+HWY_INLINE void EnterKernel() {
+  if constexpr (Pixel::kMax == 255) {
+    HvEnterKernel<At8, kTargets>(HWY_TARGET);
+  } else {
+    HvEnterKernel<At16, kTargets>(HWY_TARGET);
+  }
+}
 
 // One lane per pixel. At 16 bits the lanes are a permutation of the pixels, the same one in every group.
 template <class V>

@@ -6,7 +6,6 @@
 #include <cstdint>
 
 #include "image/CopyPixels.h"
-#include "image/HvCpu.h"
 #include "image/HvTexture.h"
 #include "image/VectorRun.h"
 
@@ -58,7 +57,6 @@ bool runStraight(Out* out, std::int32_t n, const HvPixelRun<A>& runA, const HvPi
     const std::int32_t count = std::min(most, n - i);
     row(a.at(i, count), b.at(i, count), out + i, count);
   }
-  HvCountVectorCall();
   return true;
 }
 

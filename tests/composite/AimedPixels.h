@@ -1,17 +1,16 @@
-// Pixels at which vector code and its plain twin could part, and rows of them in surroundings of all kinds.
+// Pixels at which vector code and its plain twin could differ.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "tests/composite/Pictures.h"
 #include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 
 namespace vblur::test {
 
-// Greys, blacks, ends of the range, two components alike, what is random, and neighbours of all of these.
+// Greys, blacks, ends of the range, two equal components, random pixels, and neighbours of all of these.
 template <class Pixel>
 Pixel AimedPixel(Random& random) {
   using Component = ComponentOf<Pixel>;
@@ -44,8 +43,11 @@ void CopyPixels(const HvTexture<Pixel, Accum>& from, HvTexture<Pixel, Accum>& to
     std::memcpy(to.at(0, y), from.at(0, y), sizeof(Pixel) * static_cast<std::size_t>(from.width()));
 }
 
-inline std::vector<std::string> VectorLevels() {
-  return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};
+// What `run` returns in plain code.
+template <class Run>
+auto AtTwin(const Run& run) {
+  const CpuLevel twin("twin");
+  return run();
 }
 
 }  // namespace vblur::test

@@ -13,8 +13,7 @@ namespace {
 template <class Pixel>
 class BlendPixels : public testing::Test {};
 
-using Depths = testing::Types<R8, R16>;
-TYPED_TEST_SUITE(BlendPixels, Depths);
+TYPED_TEST_SUITE(BlendPixels, Depths, DepthNames);
 
 // Colours of a grid of levels in three components; alpha varies along.
 template <class Pixel>
@@ -164,7 +163,7 @@ TYPED_TEST(BlendPixels, FiniteAlphaIsLimitedLikeTheColours) {
   EXPECT_EQ(Blend<Pixel>::Hue::ofFloats(p, q).alpha, Pixel::kMax);
 }
 
-TEST(HardLight, ThresholdIsThreeTimesOneAndNotAHalf) {
+TEST(BlendPixelsAtOneDepth, HardLightThresholdIsThreeTimesOneAndNotAHalf) {
   const R16 at = Make<R16>(16384, 16384, 16384, 100);
   const R16 above = Make<R16>(16384, 16384, 16385, 100);
   const R16 q = Make<R16>(4096, 4096, 4096, 8192);
@@ -177,7 +176,7 @@ TEST(HardLight, ThresholdIsThreeTimesOneAndNotAHalf) {
             Make<R8>(255, 255, 255, 255));
 }
 
-TEST(HardLight, EqualsOverlayAtEightBits) {
+TEST(BlendPixelsAtOneDepth, HardLightEqualsOverlayAtEightBits) {
   int different = 0;
   const std::vector<R8> grid = Grid<R8>();
   for (const R8& p : grid) {
@@ -188,7 +187,7 @@ TEST(HardLight, EqualsOverlayAtEightBits) {
   EXPECT_EQ(different, 0);
 }
 
-TEST(HardLight, PartsFromOverlayWhereOnePixelIsBrighterThanThreeOnes) {
+TEST(BlendPixelsAtOneDepth, HardLightPartsFromOverlayWhereOnePixelIsBrighterThanThreeOnes) {
   const R16 bright = Make<R16>(20000, 20000, 20000, 16384);
   const R16 dim = Make<R16>(1000, 1000, 1000, 16384);
   EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(bright, dim), Make<R16>(23176, 23176, 23176, 16384));
@@ -196,20 +195,20 @@ TEST(HardLight, PartsFromOverlayWhereOnePixelIsBrighterThanThreeOnes) {
 }
 
 // 2 x 32768 x 32768 is 2^31 and wraps to -2^31, which is -131072 in the pixel's scale.
-TEST(HardLight, SixteenBitDoubledProductWraps) {
+TEST(BlendPixelsAtOneDepth, HardLightSixteenBitDoubledProductWraps) {
   const R16 lowest = Make<R16>(-32768, -32768, -32768, -32768);
   EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(lowest, lowest), lowest);
   EXPECT_EQ(Blend<R16>::Overlay::ofIntegers(lowest, lowest), lowest);
   EXPECT_EQ(Blend<R16>::HardLight::ofIntegers(Make<R16>(-32768, 0, 0, 0), Make<R16>(-32767, 0, 0, 0)).red, 32767);
 }
 
-TEST(Luminance, NegativeColoursDoNotPass) {
+TEST(BlendPixelsAtOneDepth, LuminanceNegativeColoursDoNotPass) {
   const R16 negative = Make<R16>(-20000, -20000, -20000, -7);
   EXPECT_EQ(Blend<R16>::Luminance::ofIntegers(negative, Make<R16>(0, 0, 0, 5)), Make<R16>(0, 0, 0, -7));
 }
 
 // The matrix weighs white at 4095/4096, so that a picture over itself is not quite itself.
-TEST(Luminance, OfAWhitePictureOverItself) {
+TEST(BlendPixelsAtOneDepth, LuminanceOfAWhitePictureOverItself) {
   const R8 white = Make<R8>(255, 255, 255, 9);
   EXPECT_EQ(Blend<R8>::Luminance::ofIntegers(white, white), Make<R8>(254, 254, 254, 9));
 }

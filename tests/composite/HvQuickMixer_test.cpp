@@ -15,7 +15,7 @@ template <class Pixel>
 using Mixer = HvQuickMixer<Pixel, Rf, Pixel::kMax>;
 
 template <class Pixel>
-class QuickMixer : public testing::Test {
+class HvQuickMixerAtBothDepths : public testing::Test {
  protected:
   static Pixel Mixed(float amount, const Pixel& a, const Pixel& b) {
     HvTexture<Pixel, Rf> first(1, 1);
@@ -30,10 +30,9 @@ class QuickMixer : public testing::Test {
   }
 };
 
-using Depths = testing::Types<R8, R16>;
-TYPED_TEST_SUITE(QuickMixer, Depths);
+TYPED_TEST_SUITE(HvQuickMixerAtBothDepths, Depths, DepthNames);
 
-TYPED_TEST(QuickMixer, EndsAreThePicturesExactly) {
+TYPED_TEST(HvQuickMixerAtBothDepths, EndsAreThePicturesExactly) {
   Random random(1);
   for (int i = 0; i < 2000; ++i) {
     const auto a = RandomPixel<TypeParam>(random);
@@ -46,7 +45,7 @@ TYPED_TEST(QuickMixer, EndsAreThePicturesExactly) {
 }
 
 // 20 + (-1280 / 255) with the division toward zero.
-TEST(QuickMixerAtEightBits, DividesTowardZero) {
+TEST(HvQuickMixerAtEightBits, DividesTowardZero) {
   HvTexture<R8, Rf> a(1, 1);
   HvTexture<R8, Rf> b(1, 1);
   *a.at(0, 0) = Make<R8>(10, 20, 0, 1);
@@ -59,7 +58,7 @@ TEST(QuickMixerAtEightBits, DividesTowardZero) {
   EXPECT_EQ(*target.at(0, 0), Make<R8>(15, 15, 1, 0));
 }
 
-TEST(QuickMixerAtSixteenBits, FullStrengthIsTheTopOfStorage) {
+TEST(HvQuickMixerAtSixteenBits, FullStrengthIsTheTopOfStorage) {
   HvTexture<R16, Rf> a(1, 1);
   HvTexture<R16, Rf> b(1, 1);
   *a.at(0, 0) = Make<R16>(-100, 32767, -32768, 32767);
@@ -71,7 +70,7 @@ TEST(QuickMixerAtSixteenBits, FullStrengthIsTheTopOfStorage) {
   EXPECT_EQ(*b.at(0, 0), Make<R16>(-200, 0, -1, 16384));
 }
 
-TYPED_TEST(QuickMixer, EvenRowsStartBehindAnOddFirstRow) {
+TYPED_TEST(HvQuickMixerAtBothDepths, EvenRowsStartBehindAnOddFirstRow) {
   using Pixel = TypeParam;
   const ThreadCount threads(1);
   for (const std::int32_t field : {1, 2}) {
@@ -91,7 +90,7 @@ TYPED_TEST(QuickMixer, EvenRowsStartBehindAnOddFirstRow) {
   }
 }
 
-TYPED_TEST(QuickMixer, PlacesAndWindowsEqualTheModel) {
+TYPED_TEST(HvQuickMixerAtBothDepths, PlacesAndWindowsEqualTheModel) {
   using Pixel = TypeParam;
   forRandomCases(300, [](Random& random) {
     HvTexture<Pixel, Rf> a(random.within(1, 9), random.within(1, 9));
@@ -120,7 +119,7 @@ TYPED_TEST(QuickMixer, PlacesAndWindowsEqualTheModel) {
   });
 }
 
-TYPED_TEST(QuickMixer, ATargetWithoutRowsIsLeftAlone) {
+TYPED_TEST(HvQuickMixerAtBothDepths, ATargetWithoutRowsIsLeftAlone) {
   HvTexture<TypeParam, Rf> a(2, 2);
   HvTexture<TypeParam, Rf> empty;
   Mixer<TypeParam> mixer;

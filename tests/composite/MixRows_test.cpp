@@ -1,8 +1,8 @@
-// The plain mixes and the masks by vector code against their plain twins, at every instruction set that this
-// machine has.
+// Vector code of the plain mixes and the masks against its plain twin, at every level of this machine.
 #include "composite/MixRows.h"
 
 #include <limits>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -48,15 +48,15 @@ struct MixPictures {
   StrengthOf<Pixel> mask;
 };
 
-class MixRowsAt : public testing::TestWithParam<std::string> {
+class MixRows : public AtEachLevel {
  protected:
-  // stage(a, b, mask, out), with either picture in the output's own memory or none.
+  // stage(a, b, mask, out), with either picture in the output's own memory or none. The twin has run no kernel; what
+  // the level has run is left to be asked for.
   template <class Pixel, class Stage>
-  void Compare(const MixPictures<Pixel>& pictures, Random& random, const Stage& stage) {
+  static void Compare(const MixPictures<Pixel>& pictures, Random& random, const Stage& stage) {
     const int place = random.within(0, 2);
     const ThreadCount threads(1);
-    const auto run = [&](const std::string& level) {
-      const CpuLevel here(level);
+    const auto run = [&] {
       HvTexture<Pixel, Rf> out(pictures.out.width(), pictures.out.height());
       CopyPixels(place == 0 ? pictures.out : place == 1 ? pictures.a : pictures.b, out);
       HvTexture<Pixel, Rf> a;
@@ -70,32 +70,30 @@ class MixRowsAt : public testing::TestWithParam<std::string> {
       stage(a, b, mask, out);
       return PixelsOf(out);
     };
-    const std::vector<Pixel> expected = run("twin");
-    const std::uint64_t calls = HvVectorCalls();
-    const std::vector<Pixel> result = run(GetParam());
-    entered = HvVectorCalls() > calls;
+    const std::vector<Pixel> expected = AtTwin(run);
+    ASSERT_TRUE(kernelsRan({}));
+    const std::vector<Pixel> result = run();
     for (std::size_t i = 0; i < result.size(); ++i)
       ASSERT_EQ(result[i], expected[i]) << GetParam() << " bits " << sizeof(Pixel) * 2 << " pixel " << i << " of "
                                         << pictures.out.width() << " wide, place " << place;
   }
 
-  // Once on whole rows of one length, which vector code has to do, and once in surroundings of all kinds.
+  // Once on whole rows, all of which are the kernel's, and once in surroundings of all kinds.
   template <class Pixel, class MakeStage>
-  void CompareAll(int cases, const MakeStage& makeStage) {
+  static void CompareAll(int cases, const std::string& kernel, const MakeStage& makeStage) {
     forRandomCases(cases, [&](Random& random) {
       MixPictures<Pixel> pictures(random, random.within(1, 90), 2);
       const auto stage = makeStage(random);
       Compare(pictures, random, stage);
-      EXPECT_TRUE(entered);
+      EXPECT_TRUE(kernelsRan({kernel + (sizeof(Pixel) == 4 ? " 8" : " 16")}));
       pictures.Surround(random);
       Compare(pictures, random, stage);
+      EXPECT_TRUE(ranAtThisLevel(takeKernelRuns()));
     });
   }
-
-  bool entered = false;
 };
 
-INSTANTIATE_TEST_SUITE_P(Levels, MixRowsAt, testing::ValuesIn(VectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, MixRows, testing::ValuesIn(vectorLevels()), levelName);
 
 template <class Pixel>
 auto MixStageOf(float weightA, float weightB) {
@@ -114,21 +112,21 @@ auto RandomMix(Random& random) {
   return MixStageOf<Pixel>(random.between(-16.0f, 16.0f), random.oneOf({0.0f, -16.0f, 16.0f, 1e-30f, share}));
 }
 
-TEST_P(MixRowsAt, MixCombinerEqualsTheTwin) {
-  CompareAll<R8>(300, RandomMix<R8>);
-  CompareAll<R16>(300, RandomMix<R16>);
+TEST_P(MixRows, MixCombinerEqualsTheTwin) {
+  CompareAll<R8>(300, "mixRow", RandomMix<R8>);
+  CompareAll<R16>(300, "mixRow", RandomMix<R16>);
 }
 
-TEST_P(MixRowsAt, WeightsBeyondTheLimitTakeThePlainMix) {
+TEST_P(MixRows, WeightsBeyondTheLimitTakeThePlainMix) {
   Random random(3);
   const MixPictures<R8> pictures8(random, 70, 1);
   const MixPictures<R16> pictures16(random, 70, 1);
   for (const float weight :
        {16.01f, -1e9f, 3e38f, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
     Compare(pictures8, random, MixStageOf<R8>(weight, 0.5f));
-    EXPECT_FALSE(entered);
+    EXPECT_TRUE(kernelsRan({}));
     Compare(pictures16, random, MixStageOf<R16>(0.5f, weight));
-    EXPECT_FALSE(entered);
+    EXPECT_TRUE(kernelsRan({}));
   }
 }
 
@@ -143,13 +141,13 @@ auto RandomQuickMix(Random& random) {
   };
 }
 
-TEST_P(MixRowsAt, QuickMixerEqualsTheTwin) {
-  CompareAll<R8>(300, RandomQuickMix<R8>);
-  CompareAll<R16>(300, RandomQuickMix<R16>);
+TEST_P(MixRows, QuickMixerEqualsTheTwin) {
+  CompareAll<R8>(300, "quickMixRow", RandomQuickMix<R8>);
+  CompareAll<R16>(300, "quickMixRow", RandomQuickMix<R16>);
 }
 
 // All components, all amounts.
-TEST_P(MixRowsAt, QuickMixOfAllPairsOfEightBitComponents) {
+TEST_P(MixRows, QuickMixOfAllPairsOfEightBitComponents) {
   std::vector<R8> a;
   std::vector<R8> b;
   for (std::int32_t p = 0; p < 256; ++p) {
@@ -158,7 +156,6 @@ TEST_P(MixRowsAt, QuickMixOfAllPairsOfEightBitComponents) {
       b.push_back(Make<R8>(q, q + 1, q + 2, q + 3));
     }
   }
-  const CpuLevel here(GetParam());
   std::vector<R8> out(a.size());
   for (std::int32_t amount = 0; amount <= 255; amount += kShareOfCases) {
     quickMixRow(a.data(), b.data(), out.data(), static_cast<std::int32_t>(a.size()), amount);
@@ -169,6 +166,7 @@ TEST_P(MixRowsAt, QuickMixOfAllPairsOfEightBitComponents) {
     }
     ASSERT_EQ(wrong, 0) << amount;
   }
+  EXPECT_TRUE(kernelsRan({"quickMixRow 8"}));
 }
 
 template <class Pixel>
@@ -182,9 +180,9 @@ auto RandomFix(Random& random) {
   };
 }
 
-TEST_P(MixRowsAt, MaskFixerEqualsTheTwin) {
-  CompareAll<R8>(300, RandomFix<R8>);
-  CompareAll<R16>(300, RandomFix<R16>);
+TEST_P(MixRows, MaskFixerEqualsTheTwin) {
+  CompareAll<R8>(300, "mixByAlphaRow", RandomFix<R8>);
+  CompareAll<R16>(300, "mixByAlphaRow", RandomFix<R16>);
 }
 
 template <class Pixel>
@@ -196,9 +194,9 @@ auto RandomPaint(Random&) {
   };
 }
 
-TEST_P(MixRowsAt, PaintCombinerEqualsTheTwin) {
-  CompareAll<R8>(300, RandomPaint<R8>);
-  CompareAll<R16>(300, RandomPaint<R16>);
+TEST_P(MixRows, PaintCombinerEqualsTheTwin) {
+  CompareAll<R8>(300, "paintRow", RandomPaint<R8>);
+  CompareAll<R16>(300, "paintRow", RandomPaint<R16>);
 }
 
 }  // namespace

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "image/HvTexture.h"
 #include "image/Pixels.h"
@@ -13,6 +16,15 @@
 #include "tests/support/Random.h"
 
 namespace vblur::test {
+
+// Typed tests at both depths, and what they are called.
+using Depths = testing::Types<R8, R16>;
+struct DepthNames {
+  template <class Pixel>
+  static std::string GetName(int) {
+    return Pixel::kMax == 255 ? "8" : "16";
+  }
+};
 
 template <class Pixel>
 inline constexpr model::Depth kDepth = Pixel::kMax == 255 ? model::Depth::Eight : model::Depth::Sixteen;

@@ -1,12 +1,13 @@
-// The two stages that decide how much of a finished picture stands.
+// A finished picture through a mask.
+#include "composite/HvDsPaintCombiner.h"
 
-#include "tests/model/masks.h"
+#include <type_traits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "composite/HvDsMaskFixer.h"
-#include "composite/HvDsPaintCombiner.h"
 #include "tests/composite/Pictures.h"
+#include "tests/model/masks.h"
 #include "tests/support/CpuLevel.h"
 #include "tests/support/StopAfter.h"
 #include "tests/support/ThreadCount.h"
@@ -15,8 +16,6 @@ namespace vblur::test {
 namespace {
 
 template <class Pixel>
-using Fixer = HvDsMaskFixer<Pixel, Rf, Pixel::kMax>;
-template <class Pixel>
 using MaskPixelOf = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
 template <class Pixel>
 using MaskOf = HvTexture<MaskPixelOf<Pixel>, Cf>;
@@ -24,7 +23,7 @@ template <class Pixel>
 using Painter = HvDsPaintCombiner<Pixel, Rf, MaskPixelOf<Pixel>, Cf>;
 
 template <class Pixel>
-class Masks : public testing::Test {
+class HvDsPaintCombinerAtBothDepths : public testing::Test {
  protected:
   static Pixel Shown(const Pixel& effect, const Pixel& source, std::int32_t mask) {
     HvTexture<Pixel, Rf> from(1, 1);
@@ -39,106 +38,9 @@ class Masks : public testing::Test {
   }
 };
 
-using Depths = testing::Types<R8, R16>;
-TYPED_TEST_SUITE(Masks, Depths);
+TYPED_TEST_SUITE(HvDsPaintCombinerAtBothDepths, Depths, DepthNames);
 
-TYPED_TEST(Masks, FixerRestoresOnlyTheNamedChannelsInTheWindow) {
-  using Pixel = TypeParam;
-  Random random(2);
-  for (std::int32_t channels = 0; channels < 16; ++channels) {
-    HvTexture<Pixel, Rf> source(6, 5);
-    HvTexture<Pixel, Rf> output(6, 5);
-    FillRandom(source, random);
-    FillRandom(output, random);
-    const std::vector<Pixel> before = PixelsOf(output);
-    Fixer<Pixel> fixer;
-    fixer.channels = channels;
-    fixer.setWindow(1, 2, 4, 3);
-    fixer.process(&source, &output);
-    for (std::int32_t y = 0; y < 5; ++y) {
-      for (std::int32_t x = 0; x < 6; ++x) {
-        Pixel expected = before[static_cast<std::size_t>(y * 6 + x)];
-        if (x >= 1 && x <= 4 && y >= 2 && y <= 3) {
-          for (int c = 0; c < 4; ++c) {
-            if ((channels >> c & 1) != 0) expected[c] = (*source.at(x, y))[c];
-          }
-        }
-        ASSERT_EQ(*output.at(x, y), expected) << channels << " at " << x << ", " << y;
-      }
-    }
-  }
-}
-
-// A caller that lifts the crop before the run gets the whole picture back, not the crop.
-TYPED_TEST(Masks, FixerLeavesTheSourceAsItWasWhenTheRunBegan) {
-  using Pixel = TypeParam;
-  HvTexture<Pixel, Rf> source(8, 6);
-  HvTexture<Pixel, Rf> output(8, 6);
-  source.setBounds(2, 3, 1, 4);
-  source.setEdgeMethods(kEdgeReflect, kEdgeWrap);
-  source.wholeBounds();
-  Fixer<Pixel> fixer;
-  fixer.channels = 1;
-  fixer.process(&source, &output);
-  EXPECT_EQ(source.horizontal.lo, 0);
-  EXPECT_EQ(source.horizontal.hi, 7);
-  EXPECT_EQ(source.vertical.count, 6);
-  EXPECT_EQ(source.horizontal.edgeMethod, kEdgeReflect);
-  EXPECT_EQ(source.vertical.edgeMethod, kEdgeWrap);
-}
-
-TYPED_TEST(Masks, FixerPutsBoxAndEdgeMethodsBack) {
-  using Pixel = TypeParam;
-  struct Meddler : Fixer<Pixel> {
-    void processRows(HvTexture<Pixel, Rf>* in, HvTexture<Pixel, Rf>*) override {
-      if (HvThreadIndex() != 0) return;
-      in->setBounds(0, 0, 0, 0);
-      in->setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
-    }
-  };
-  HvTexture<Pixel, Rf> source(8, 6);
-  HvTexture<Pixel, Rf> output(8, 6);
-  source.setBounds(2, 3, 1, 4);
-  source.setEdgeMethods(kEdgeReflect, kEdgeWrap);
-  Meddler meddler;
-  meddler.process(&source, &output);
-  EXPECT_EQ(source.horizontal.lo, 2);
-  EXPECT_EQ(source.horizontal.hi, 3);
-  EXPECT_EQ(source.vertical.lo, 1);
-  EXPECT_EQ(source.vertical.hi, 4);
-  EXPECT_EQ(source.horizontal.edgeMethod, kEdgeReflect);
-  EXPECT_EQ(source.vertical.edgeMethod, kEdgeWrap);
-}
-
-TEST(MaskFixerByAlpha, MixesTheOtherColoursByTheSourcesAlpha) {
-  HvTexture<R8, Rf> source(2, 1);
-  HvTexture<R8, Rf> output(2, 1);
-  Fill(output, Make<R8>(200, 200, 20, 7));
-  *source.at(0, 0) = Make<R8>(100, 100, 100, 128);
-  source.setBounds(0, 0, 0, 0);
-  source.setOutsideColour(Make<R8>(40, 50, 60, 255));
-  Fixer<R8> fixer;
-  fixer.mixByAlpha = 1;
-  fixer.channels = 1;
-  fixer.process(&source, &output);
-  EXPECT_EQ(*output.at(0, 0), Make<R8>(100, 150, 60, 128));
-  EXPECT_EQ(*output.at(1, 0), Make<R8>(40, 200, 20, 255));
-}
-
-TEST(MaskFixerByAlpha, AllColoursCopyWholePixelsAndAlphaAmongThemWritesNothing) {
-  HvTexture<R16, Rf> source(1, 1);
-  *source.at(0, 0) = Make<R16>(1, 2, 3, 4);
-  for (std::int32_t channels = 7; channels < 16; ++channels) {
-    HvTexture<R16, Rf> output(1, 1);
-    Fixer<R16> fixer;
-    fixer.mixByAlpha = 1;
-    fixer.channels = channels;
-    fixer.process(&source, &output);
-    EXPECT_EQ(*output.at(0, 0), channels == 7 ? Make<R16>(1, 2, 3, 4) : R16{}) << channels;
-  }
-}
-
-TYPED_TEST(Masks, PaintEndsAreSourceAndEffect) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, EndsAreSourceAndEffect) {
   Random random(4);
   for (int i = 0; i < 1000; ++i) {
     const auto effect = RandomPixel<TypeParam>(random);
@@ -148,7 +50,7 @@ TYPED_TEST(Masks, PaintEndsAreSourceAndEffect) {
   }
 }
 
-TYPED_TEST(Masks, PaintEqualsTheModelForEveryMaskValue) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, EqualsTheModelForEveryMaskValue) {
   Random random(9);
   for (std::int32_t mask = TypeParam::kMin; mask <= TypeParam::kMax; ++mask) {
     const auto effect = RandomPixel<TypeParam>(random);
@@ -162,17 +64,17 @@ TYPED_TEST(Masks, PaintEqualsTheModelForEveryMaskValue) {
   }
 }
 
-TEST(PaintAtEightBits, HalfAMask) {
+TEST(HvDsPaintCombinerAtEightBits, HalfAMask) {
   EXPECT_EQ((Painter<R8>::shown(Make<R8>(200, 100, 10, 20), Make<R8>(100, 200, 20, 10), 128)),
             Make<R8>(150, 150, 15, 15));
 }
 
-TEST(PaintAtSixteenBits, TheFixedPointOneIsJustOverAHalf) {
+TEST(HvDsPaintCombinerAtSixteenBits, TheFixedPointOneIsJustOverAHalf) {
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(32767, 16384, -32767, 2), Make<R16>(0, 0, 0, 0), 16384)),
             Make<R16>(16384, 8192, -16384, 1));
 }
 
-TEST(PaintAtSixteenBits, ANegativeMaskLeadsAwayFromTheEffect) {
+TEST(HvDsPaintCombinerAtSixteenBits, ANegativeMaskLeadsAwayFromTheEffect) {
   const R16 source = Make<R16>(1000, -1000, 0, 32767);
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(2000, 1000, 5, 32767), source, -1)), source);
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(2000, 1000, 5, 32767), source, -32767)), Make<R16>(0, -3000, -5, 32767));
@@ -180,7 +82,7 @@ TEST(PaintAtSixteenBits, ANegativeMaskLeadsAwayFromTheEffect) {
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(0, 0, 0, 0), source, -32767)).alpha, -2);
 }
 
-TYPED_TEST(Masks, OutsideTheMaskTheSourceStands) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, OutsideTheMaskTheSourceStands) {
   using Pixel = TypeParam;
   Random random(12);
   HvTexture<Pixel, Rf> source(5, 4);
@@ -204,7 +106,7 @@ TYPED_TEST(Masks, OutsideTheMaskTheSourceStands) {
   }
 }
 
-TYPED_TEST(Masks, AnAbsentMaskGivesTheSource) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, AnAbsentMaskGivesTheSource) {
   using Pixel = TypeParam;
   HvTexture<Pixel, Rf> source(2, 2);
   HvTexture<Pixel, Rf> output(2, 2);
@@ -217,7 +119,7 @@ TYPED_TEST(Masks, AnAbsentMaskGivesTheSource) {
     EXPECT_EQ(pixel, Make<Pixel>(1, 2, 3, 4));
 }
 
-TYPED_TEST(Masks, BeyondTheSourceIsZeroAndNotTheCropColour) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, BeyondTheSourceIsZeroAndNotTheCropColour) {
   using Pixel = TypeParam;
   HvTexture<Pixel, Rf> source(1, 1);
   *source.at(0, 0) = Make<Pixel>(50, 50, 50, 50);
@@ -236,7 +138,7 @@ TYPED_TEST(Masks, BeyondTheSourceIsZeroAndNotTheCropColour) {
   EXPECT_EQ(*output.at(3, 0), Pixel{});
 }
 
-TYPED_TEST(Masks, PlacesAndFieldsEqualTheModel) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, PlacesAndFieldsEqualTheModel) {
   using Pixel = TypeParam;
   forRandomCases(300, [](Random& random) {
     HvTexture<Pixel, Rf> source(random.within(1, 9), random.within(1, 9));
@@ -268,7 +170,7 @@ TYPED_TEST(Masks, PlacesAndFieldsEqualTheModel) {
   });
 }
 
-TYPED_TEST(Masks, PaintAsksBeforeEachRow) {
+TYPED_TEST(HvDsPaintCombinerAtBothDepths, AsksBeforeEachRow) {
   using Pixel = TypeParam;
   const ThreadCount threads(1);
   HvTexture<Pixel, Rf> source(2, 6);
