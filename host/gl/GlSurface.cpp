@@ -4,11 +4,35 @@
 
 namespace vblur::host {
 
+namespace {
+
+// In pixels, right and up, at the middle of the surface. The software renderer leaves a hole where two segments of a
+// line meet on a pixel's centre, as those of a centred ring do on a surface of an even size.
+constexpr float kShift = 1.0F / 128.0F;
+// Kept free at the right and upper edge, in clip coordinates: more than what rounding adds.
+constexpr float kMargin = 1e-6F;
+
+// The projection along an axis of `count` pixels. It scales as well: by the shift alone, lines along the right or
+// upper edge would be clipped.
+struct ShiftedAxis {
+  explicit ShiftedAxis(std::int32_t count)
+      : shift(2.0F * kShift / static_cast<float>(count)), scale(1.0F - shift - kMargin) {}
+
+  float shift;
+  float scale;
+};
+
+}  // namespace
+
 bool GlSurface::Begin() {
   if (!MakeCurrent()) return false;
   glViewport(0, 0, width(), height());
   glMatrixMode(GL_PROJECTION);
   glLoadIdentity();
+  const ShiftedAxis across(width());
+  const ShiftedAxis up(height());
+  glTranslatef(across.shift, up.shift, 0.0F);
+  glScalef(across.scale, up.scale, 1.0F);
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   return true;
@@ -22,7 +46,7 @@ void GlSurface::End() {
 void GlSurface::PaintPicture(std::span<const std::byte> pixels) {
   glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  // With both matrices the identity: the lower left corner of the viewport.
+  // The lower left corner of the viewport.
   glRasterPos2f(-1.0F, -1.0F);
   glDrawPixels(width(), height(), GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
   glPopClientAttrib();

@@ -15,8 +15,9 @@ class ViewerSurface {
   virtual std::int32_t width() const = 0;
   virtual std::int32_t height() const = 0;
 
-  // Makes the surface's OpenGL context current, in a compatibility profile, with the whole surface as viewport, the
-  // model view matrix chosen, and both matrices the identity. False leaves no context current.
+  // Makes the surface's OpenGL context current, in a compatibility profile, with the whole surface as viewport and the
+  // model view matrix selected. That one is the identity; the projection moves everything by less than a 50th of a
+  // pixel, inwards at the edges, so that vertices do not fall on pixel centres. False leaves no context current.
   virtual bool Begin() = 0;
   virtual void End() = 0;
   // Between the two. Covers the surface: rows from the bottom up, four components of 8 bits a pixel.

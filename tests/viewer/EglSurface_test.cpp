@@ -153,10 +153,13 @@ TEST_F(EglPicture, BeginsEveryPaintWithTheSameMatrices) {
   Paint();
   Paint();
   EXPECT_EQ(At(picture, 12, 3), (Rgba{12, 3, 7, 255}));
-  const std::array<GLfloat, 16> identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
   EXPECT_EQ(modes, (std::array<GLint, 2>{GL_MODELVIEW, GL_MODELVIEW}));
-  EXPECT_EQ(projection[0], identity);
-  EXPECT_EQ(projection[1], identity);
+  // A shift of 1 / 128 of a pixel in the middle, and none at the right and upper edge.
+  const float x = 1.0F / 64.0F / 40.0F;
+  const float y = 1.0F / 64.0F / 30.0F;
+  const std::array<GLfloat, 16> shifted{1 - x - 1e-6F, 0, 0, 0, 0, 1 - y - 1e-6F, 0, 0, 0, 0, 1, 0, x, y, 0, 1};
+  EXPECT_EQ(projection[0], shifted);
+  EXPECT_EQ(projection[1], shifted);
 }
 
 TEST_F(EglPicture, DrawsText) {
@@ -171,16 +174,21 @@ TEST_F(EglPicture, DrawsText) {
     EXPECT_TRUE(wglUseFontBitmapsW(dc, 32, 96, base));
     EXPECT_EQ(SelectObject(dc, before), font);
     EXPECT_TRUE(DeleteObject(font));
+    std::array<GLfloat, 4> start{};
     std::array<GLfloat, 4> place{};
     glColor3f(1.0F, 1.0F, 0.0F);
     glRasterPos2f(4.0F, 8.0F);
+    glGetFloatv(GL_CURRENT_RASTER_POSITION, start.data());
+    EXPECT_NEAR(start[0], 4.0F, 0.02F);
+    EXPECT_NEAR(start[1], 8.0F, 0.02F);
     glListBase(base - 32);
     glCallLists(1, GL_UNSIGNED_BYTE, "A");
     glGetFloatv(GL_CURRENT_RASTER_POSITION, place.data());
     EXPECT_GE(place[0], 4.0F + 8.0F);
     EXPECT_LE(place[0], 4.0F + 18.0F);
-    EXPECT_EQ(place[0], std::floor(place[0])) << "whole pixels";
-    EXPECT_EQ(place[1], 8.0F);
+    const float advance = place[0] - start[0];
+    EXPECT_EQ(advance, std::round(advance)) << "whole pixels";
+    EXPECT_EQ(place[1], start[1]);
     const GLfloat afterLetter = place[0];
     glCallLists(1, GL_UNSIGNED_BYTE, " ");
     glGetFloatv(GL_CURRENT_RASTER_POSITION, place.data());
