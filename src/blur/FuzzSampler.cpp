@@ -56,7 +56,7 @@ template <class Pixel, class Accum, std::int32_t Max>
 void FuzzSampler<Pixel, Accum, Max>::postProcess(Texture* in, Texture* out) {
   if (poll(this->interrupt) != 0 || method != kFuzzSharpen) return;
   SubtractCombiner<Pixel, Accum, Max> combiner;
-  combiner.interrupt = this->interrupt;
+  combiner.runLike(*this);
   combiner.copyWindow(*this);
   const std::int32_t originX = truncToInt(out->horizontal.originF);
   const std::int32_t originY = truncToInt(out->vertical.originF);
@@ -69,19 +69,20 @@ void FuzzSampler<Pixel, Accum, Max>::postProcess(Texture* in, Texture* out) {
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Filter>
 void FuzzSampler<Pixel, Accum, Max>::setUp(Filter& filter) const {
-  filter.interrupt = this->interrupt;
+  filter.runLike(*this);
   filter.copyWindow(*this);
   filter.sizeX = sizeX;
   filter.sizeY = sizeY;
   filter.aspect = this->aspect;
   filter.inverseAspect = this->inverseAspect;
+  filter.keepsIntermediate = false;
 }
 
 template <class Pixel, class Accum, std::int32_t Max>
 template <int R, int G, int B, int A>
 void FuzzSampler<Pixel, Accum, Max>::copyChannelsOf(Texture* in, Texture* out, bool inWindow) {
   ChannelCopySampler<Pixel, Accum, R, G, B, A> copy;
-  copy.interrupt = this->interrupt;
+  copy.runLike(*this);
   if (inWindow) copy.copyWindow(*this);
   copy.process(in, out);
 }
@@ -161,7 +162,7 @@ template <class Plane>
 void FuzzSampler<Pixel, Accum, Max>::filterGreyIn(Texture* in, Texture* out) {
   using Grey = typename Plane::Pixel;
   ChannelExtractor<Texture, Plane, Pixel, Grey, 0> extractor;
-  extractor.interrupt = this->interrupt;
+  extractor.runLike(*this);
   widenWindow(extractor);
   Plane plane;
   if (!makePlane(plane, extractor, *in, *out)) return;
@@ -172,7 +173,7 @@ void FuzzSampler<Pixel, Accum, Max>::filterGreyIn(Texture* in, Texture* out) {
   filter.process(&plane, &plane);
 
   GreyToRGBSampler<Plane, Texture, Grey, Pixel, Max> spreader;
-  spreader.interrupt = this->interrupt;
+  spreader.runLike(*this);
   spreader.copyWindow(*this);
   spreader.process(&plane, out);
 
@@ -194,7 +195,7 @@ template <class Plane, int Y, int U, int V>
 bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
   using YuvPixel = typename Plane::Pixel;
   RGBToYUVSampler<Texture, Plane, Pixel, Accum, Max> forward;
-  forward.interrupt = this->interrupt;
+  forward.runLike(*this);
   widenWindow(forward);
   Plane plane;
   if (!makePlane(plane, forward, *in, *out)) return true;
@@ -203,7 +204,7 @@ bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
   if (!filterPlane<BlurRGBAGauss<YuvPixel, typename Plane::Accum, Max, Y, U, V, 0>>(plane, *out)) return true;
 
   YUVToRGBSampler<Plane, Texture, YuvPixel, Pixel, Max> backward;
-  backward.interrupt = this->interrupt;
+  backward.runLike(*this);
   backward.copyWindow(*this);
   backward.process(&plane, out);
 

@@ -27,6 +27,9 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   using Texture = HvTexture<Pixel, Accum>;
 
   void preProcess(Texture* in, Texture* out) override {
+    strips.reset();
+    // A preparation that fails leaves an empty pass.
+    this->passes = 1;
     limitSizes();
     lineLengthX = std::max(in->width(), this->mapWidth);
     lineLengthY = std::max(in->height(), this->mapHeight);
@@ -68,6 +71,12 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
     }
   }
 
+  void postProcess(Texture* /*in*/, Texture* /*out*/) override {
+    strips.reset();
+    // A stop during the first pass has left it wider.
+    restoreWindow();
+  }
+
   // The radius of one box along each axis, in pixels. The preparation divides sizeX by the pixel
   // aspect and limits both to three times the longer side of the picture.
   float sizeX = 0.0f;
@@ -84,13 +93,17 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   std::int32_t savedEdgeX = 0;
   std::int32_t savedEdgeY = 0;
   Pixel savedOutsideColour{};
-  // The picture between the passes, as the plain code keeps it; null where vector code has it in `strips`.
+  // The picture between the passes. One of the right size that is there already is used again.
   std::unique_ptr<Texture> intermediate;
+  // False: nobody needs `intermediate` or sets `copyBack`, so that vector code may keep the picture between the
+  // passes in a form of its own, and `intermediate` stays null where it runs.
+  bool keepsIntermediate = true;
   std::int32_t savedWindowX1 = 0;
   std::int32_t savedWindowX2 = 0;
   std::int32_t savedWindowY1 = 0;
   std::int32_t savedWindowY2 = 0;
-  // Non-zero: the last pass copies the intermediate to the output.
+  // Non-zero: the last pass copies the filtered components of the intermediate to the output. The preparation clears
+  // it, so that only a derived class can set it.
   std::int32_t copyBack = 0;
   std::int32_t lineLengthX = 0;
   std::int32_t lineLengthY = 0;
@@ -142,7 +155,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   void copyWhole(Texture* in, Texture* out) {
     SimpleCopySampler<Pixel, Accum> copy;
-    copy.interrupt = this->interrupt;
+    copy.runLike(*this);
     copy.copyWindow(*this);
     copy.process(in, out);
     this->passes = 0;
@@ -163,29 +176,43 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   }
 
   bool makeIntermediate() {
-    if (intermediate != nullptr) return true;
     const std::int64_t height =
         static_cast<std::int64_t>(lineLengthY) + 2 * static_cast<std::int64_t>(verticalMargin());
-    const bool possible = height > 0 && height <= kInt32Max;
-    if (possible) intermediate.reset(new (std::nothrow) Texture());
+    if (height <= 0 || height > kInt32Max) {
+      intermediate.reset();
+      stopForMemory(this->interrupt);
+      return false;
+    }
+    const auto rows = static_cast<std::int32_t>(height);
+    const bool fits = intermediate != nullptr && intermediate->data != nullptr &&
+                      intermediate->width() == this->mapWidth && intermediate->height() == rows;
+    if (fits) {
+      intermediate->wholeBounds();
+      if (!fillsIntermediate()) clearIntermediate();
+      return true;
+    }
+    // Its memory may serve the new one.
+    intermediate.reset();
+    intermediate.reset(new (std::nothrow) Texture());
     if (intermediate != nullptr) {
       intermediate->horizontal.setSize(this->mapWidth);
-      intermediate->vertical.setSize(static_cast<std::int32_t>(height));
+      intermediate->vertical.setSize(rows);
       intermediate->allocateScratch(!fillsIntermediate());
     }
     if (intermediate != nullptr && intermediate->data != nullptr) return true;
-    if (possible) {
-      stopForRefusedMemory(this->interrupt);
-    } else {
-      stopForMemory(this->interrupt);
-    }
     intermediate.reset();
+    stopForRefusedMemory(this->interrupt);
     return false;
+  }
+
+  void clearIntermediate() {
+    for (std::int32_t y = 0; y < intermediate->height(); ++y)
+      clearBytes(intermediate->at(0, y), static_cast<std::size_t>(intermediate->width()) * sizeof(Pixel));
   }
 
   // Vector code knows three boxes of the usual kind, within the picture.
   bool runsInStrips() const {
-    if (!HvUsesVectors() || boxes != 3 || intermediate != nullptr) return false;
+    if (!HvUsesVectors() || boxes != 3 || keepsIntermediate) return false;
     if (!sweepKnows(boxConstants(sizeX)) || !sweepKnows(boxConstants(sizeY))) return false;
     const auto within = [](std::int64_t first, std::int64_t last, std::int64_t origin, std::int64_t length) {
       return first < last && first >= origin && last <= origin + length;
@@ -195,22 +222,26 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   }
 
   void makeStrips(const Texture& in) {
-    this->passes = 3;
+    intermediate.reset();
     // A view of so many bytes has no memory behind it, however little of the source it would read.
     constexpr double kMostBytes = 1e12;
     const double bytes = static_cast<double>(this->mapWidth) * this->mapHeight * sizeof(Pixel);
     if (bytes > kMostBytes) return stopForRefusedMemory(this->interrupt);
     strips.reset(new (std::nothrow) StripPasses<Pixel, Accum>(in, boxConstants(sizeX), boxConstants(sizeY),
                                                               {this->x1, this->x2}, {this->y1, this->y2}, keepsOthers));
-    if (strips != nullptr && strips->isReady()) return;
+    if (strips != nullptr && strips->isReady()) {
+      this->passes = 3;
+      return;
+    }
     strips.reset();
     stopForRefusedMemory(this->interrupt);
   }
 
   void processStrips(const Texture& in, const Texture& out) {
     if (this->pass > 1) return;
-    const bool done = this->pass == 0 ? strips->template alongX<Mask>(in, this->interrupt)
-                                      : strips->template alongY<Mask>(out, this->interrupt);
+    const HvSpan band = this->bandOfThread(0, this->pass == 0 ? strips->stripsAlongX() : strips->stripsAlongY());
+    const bool done = this->pass == 0 ? strips->template alongX<Mask>(in, band, this->interrupt)
+                                      : strips->template alongY<Mask>(out, band, this->interrupt);
     if (!done) stopForRefusedMemory(this->interrupt);
   }
 
@@ -245,7 +276,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   }
 
   void filterAlongX(const Texture& in) {
-    const HvSpan rows = bandOfThisThread(this->y1, this->y2);
+    const HvSpan rows = this->bandOfThread(this->y1, this->y2);
     const PassAxis axis{this->x1, this->x2, savedWriteOriginX, lineLengthX, in.horizontal.edgeMethod, false};
     const BoxConstants box = boxConstants(sizeX);
     if (!hasLines(rows, box, axis)) return;
@@ -266,7 +297,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   }
 
   void filterAlongY(const Texture& out) {
-    const HvSpan columns = bandOfThisThread(this->x1, this->x2);
+    const HvSpan columns = this->bandOfThread(this->x1, this->x2);
     const PassAxis axis{this->y1, this->y2, savedWriteOriginY, lineLengthY, intermediate->vertical.edgeMethod, true};
     const BoxConstants box = boxConstants(sizeY);
     if (!hasLines(columns, box, axis)) return;

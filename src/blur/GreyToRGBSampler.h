@@ -15,7 +15,7 @@ class GreyToRGBSampler : public Sampler<Tex1, Tex2> {
   bool opaque = false;
 
   void processRows(Tex1* in, Tex2* out) override {
-    walkRuns<PollAt::BeforeRow>(
+    walkRuns(
         this->rowLoop(), this->interrupt, *out,
         [this](Pixel* to, std::int32_t n, const HvPixelRun<Grey>& run) {
           spreadRow<Max>(to, run, Spread{threshold && run.exists, opaque}, n);

@@ -16,6 +16,8 @@ class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
 
   static YuvPixel converted(const Pixel& pixel) { return narrowed<YuvPixel>(heldYuvOf<Max>(pixel)); }
 
+  void preProcess(Tex1* /*in*/, Tex2* /*out*/) override { allFit_.store(true, std::memory_order_relaxed); }
+
   // What lies beyond the input lies, converted, beyond the output.
   void prePass(Tex1* in, Tex2* out) override {
     out->setOutsideColour(converted(in->outsideColour));
@@ -31,7 +33,7 @@ class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
         *in);
   }
 
-  // False once a value has lost bits on its way into a pixel of the output.
+  // False when a value of the last run has lost bits on its way into a pixel of the output.
   bool allFit() const { return allFit_.load(std::memory_order_relaxed); }
 
  private:

@@ -107,9 +107,13 @@ class StripPasses {
 
   bool isReady() const { return store_.memory != nullptr; }
 
-  // The share of the calling thread of the pass along x; false when there is no memory for it.
+  // How many strips each pass has to share among its threads.
+  std::int32_t stripsAlongX() const { return strips(); }
+  std::int32_t stripsAlongY() const { return (width() + kColumns - 1) / kColumns; }
+
+  // A band of the strips of the pass along x; false when there is no memory for it.
   template <class Mask>
-  bool alongX(const Texture& in, HvInterruptRecord* interrupt) {
+  bool alongX(const Texture& in, const HvSpan& band, HvInterruptRecord* interrupt) {
     const Pixel filtered = filteredBits<Mask>();
     StripBoxes<Component> strip(boxX_, columns_, kStoreBytes, in.horizontal.originI,
                                 merges<Mask>() ? &filtered : nullptr);
@@ -117,7 +121,6 @@ class StripPasses {
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
     if (!strip.isReady() || targets == nullptr) return false;
     const bool inPlace = !streams() || BoxSweep::fillsLines(sizeof(Component));
-    const HvSpan band = bandOfThisThread(0, strips());
     for (std::int32_t s = band.first; s < band.last; ++s) {
       const std::int32_t first = s * kRows;
       const std::int32_t n = std::min(kRows, slots_.count() - first);
@@ -147,7 +150,7 @@ class StripPasses {
 
   // The same for the pass along y.
   template <class Mask>
-  bool alongY(const Texture& out, HvInterruptRecord* interrupt) {
+  bool alongY(const Texture& out, const HvSpan& band, HvInterruptRecord* interrupt) {
     const bool whole = kAll<Mask> || keepsOthers_;
     const Pixel filtered = filteredBits<Mask>();
     StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first, merges<Mask>() ? &filtered : nullptr);
@@ -156,7 +159,6 @@ class StripPasses {
     const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[height]);
     const std::unique_ptr<std::byte[]> waiting(new (std::nothrow) std::byte[height * kCacheLineBytes]);
     if (!strip.isReady() || targets == nullptr || waiting == nullptr) return false;
-    const HvSpan band = bandOfThisThread(0, (width() + kColumns - 1) / kColumns);
     for (std::int32_t s = band.first; s < band.last; ++s) {
       const std::int32_t first = s * kColumns;
       const std::int32_t n = std::min(kColumns, width() - first);

@@ -19,6 +19,11 @@ void Imager::copyWindow(const Imager& other) {
   flags |= kClipWindow | kSubWindow;
 }
 
+void Imager::runLike(const Imager& parent) {
+  interrupt = parent.interrupt;
+  flags = (flags & ~static_cast<std::uint32_t>(kOneThread)) | (parent.flags & kOneThread);
+}
+
 void Imager::setAspect(float a) {
   aspect = std::max(a, 0.001f);
   inverseAspect = 1.0f / aspect;
@@ -48,6 +53,12 @@ void Imager::settle(const HvTexIndexer& target) {
   if (x1 != 0 || y1 != 0 || x2 != mapWidth || y2 != mapHeight) flags |= kSubWindow;
 }
 
+HvSpan Imager::bandOfThread(std::int32_t first, std::int32_t last) const {
+  const bool alone = (flags & kOneThread) != 0;
+  const HvSpan band = bandOf(last - first, alone ? 1 : HvThreadCount(), alone ? 0 : HvThreadIndex());
+  return {first + band.first, first + band.last};
+}
+
 HvRowLoop Imager::rowLoop(std::int32_t field) const {
   HvRowLoop loop{0, mapWidth, 0, mapHeight, fieldRowStep(field)};
   if ((flags & kSubWindow) != 0) {
@@ -59,10 +70,9 @@ HvRowLoop Imager::rowLoop(std::int32_t field) const {
       if (y1 < my || y2 > my + mapHeight) loop.firstRow = my, loop.lastRow = my + mapHeight;
     }
   }
-  const bool alone = (flags & kOneThread) != 0;
-  const HvSpan band = bandOf(loop.lastRow - loop.firstRow, alone ? 1 : HvThreadCount(), alone ? 0 : HvThreadIndex());
-  loop.lastRow = loop.firstRow + band.last;
-  loop.firstRow = firstFieldRow(field, loop.firstRow + band.first);
+  const HvSpan rows = bandOfThread(loop.firstRow, loop.lastRow);
+  loop.firstRow = firstFieldRow(field, rows.first);
+  loop.lastRow = rows.last;
   return loop;
 }
 

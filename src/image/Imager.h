@@ -20,12 +20,16 @@ class Imager : public HvRowProcessor {
   // right and bottom inclusive.
   void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
   void copyWindow(const Imager& other);
+  // Takes over the interrupt record of a processor that this one works for, and whether it keeps to its thread.
+  void runLike(const Imager& parent);
   // Never below 0.001.
   void setAspect(float a);
 
   std::uint32_t flags = 0;
 
  protected:
+  // The share of the calling thread of rows or columns first to last - 1: all of them with kOneThread.
+  HvSpan bandOfThread(std::int32_t first, std::int32_t last) const;
   // Cuts the window to the target, or takes the whole target for a processor without one. The cut is
   // for good: a processor that is used again keeps it.
   void settle(const HvTexIndexer& target);

@@ -26,12 +26,6 @@ constexpr HvSpan bandOf(std::int32_t rows, std::int32_t threads, std::int32_t th
   return {static_cast<std::int32_t>(first), static_cast<std::int32_t>(last)};
 }
 
-// The band of the calling thread within [y1, y2).
-inline HvSpan bandOfThisThread(std::int32_t y1, std::int32_t y2) {
-  const HvSpan band = bandOf(y2 - y1, HvThreadCount(), HvThreadIndex());
-  return {y1 + band.first, y1 + band.last};
-}
-
 // Which rows a processor works on.
 enum HvFieldMode : std::int32_t { kAllRows = 0, kEvenRows = 1, kOddRows = 2 };
 

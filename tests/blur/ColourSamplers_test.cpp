@@ -10,6 +10,7 @@
 #include "tests/model/colour_pictures.h"
 #include "tests/model/sharpen.h"
 #include "tests/support/ModelBridge.h"
+#include "tests/support/StopAfter.h"
 
 namespace vblur::test {
 namespace {
@@ -247,6 +248,18 @@ TEST(Yuv, TellsWhenAPictureOrWhatLiesBeyondItDoesNotFit) {
   EXPECT_TRUE(fitInto<Ri>(bad, bad));
 }
 
+TEST(Yuv, TellsOfThePictureOfTheLastRunOnly) {
+  HvTexture<R16, Ri> in(1, 1);
+  *in.at(0, 0) = R16{{32767, -32768, -32768, 0}};
+  HvTexture<R16, Ri> out(1, 1);
+  NarrowForward<R16> sampler;
+  sampler.process(&in, &out);
+  EXPECT_FALSE(sampler.allFit());
+  *in.at(0, 0) = R16{};
+  sampler.process(&in, &out);
+  EXPECT_TRUE(sampler.allFit());
+}
+
 TEST(Yuv, KeepsTheSignOfNegativeSums) {
   EXPECT_EQ(yuvFromRgb(-1, 0, 0), (YuvInt{-1, 0, -1}));
   EXPECT_EQ(yuvFromRgb(-20000, 0, 0), (YuvInt{-5977, 2944, -12295}));
@@ -316,6 +329,49 @@ TEST(GreyToRGBSampler, CutsAtZeroButNotBeyondTheInput) {
   EXPECT_EQ(spread(0, 9, true, false), (std::pair{R8{{0, 0, 0, 0}}, R8{{9, 9, 9, 9}}}));
   EXPECT_EQ(spread(0, 9, true, true), (std::pair{R8{{0, 0, 0, 255}}, R8{{9, 9, 9, 255}}}));
   EXPECT_EQ(spread(-3, 9, true, true), (std::pair{R8{{255, 255, 255, 255}}, R8{{9, 9, 9, 255}}}));
+}
+
+// The rows of a picture of three that are written when the record says stop at the second question; the first one
+// is that of the pass.
+template <class Processor, class Out, class... In>
+int rowsBeforeAStop(HvTexture<In, Ri>&... in) {
+  const ThreadCount threads(1);
+  Out out(2, 3);
+  StopAfter stop(1);
+  Processor processor;
+  processor.interrupt = &stop.record;
+  processor.process(&in..., &out);
+  EXPECT_EQ(stop.asked(), 2);
+  int rows = 0;
+  while (rows < 3 && *out.at(0, rows) != typename Out::Pixel{})
+    ++rows;
+  return rows;
+}
+
+TEST(RowPolls, StandAfterTheRowsOfOneComponent) {
+  FrameOf<R8> colours(2, 3);
+  std::fill_n(colours.at(0, 0), 6, R8{{7, 7, 7, 7}});
+  EXPECT_EQ((rowsBeforeAStop<Extractor<R8>, GreyPicture>(colours)), 1);
+  const ThreadCount threads(1);
+  StopAfter stop(1);
+  GreyPicture grey(2, 3);
+  std::fill_n(grey.at(0, 0), 6, 7);
+  FrameOf<R8> spread(2, 3);
+  Spreader<R8> spreader;
+  spreader.interrupt = &stop.record;
+  spreader.process(&grey, &spread);
+  EXPECT_EQ(*spread.at(1, 0), (R8{{7, 7, 7, 7}}));
+  EXPECT_EQ(*spread.at(0, 1), R8{});
+}
+
+TEST(RowPolls, StandBeforeTheRowsOfColours) {
+  FrameOf<R8> colours(2, 3);
+  std::fill_n(colours.at(0, 0), 6, R8{{7, 7, 7, 7}});
+  EXPECT_EQ((rowsBeforeAStop<Forward<R8>, YuvPicture>(colours)), 0);
+  YuvPicture yuv(2, 3);
+  std::fill_n(yuv.at(0, 0), 6, Ri{{200, 200, 200, 200}});
+  EXPECT_EQ((rowsBeforeAStop<Backward<R8>, FrameOf<R8>>(yuv)), 0);
+  EXPECT_EQ((rowsBeforeAStop<SubtractCombiner<R8, Ri, 255>, FrameOf<R8>>(colours, colours)), 0);
 }
 
 TEST(SubtractCombiner, ReflectsAndLimitsToTheType) {

@@ -1,52 +1,19 @@
 #include "blur/FuzzSampler.h"
 
+#include <atomic>
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "image/ChannelCopySampler.h"
 #include "tests/blur/RandomPictures.h"
+#include "tests/blur/SmallBlur.h"
 #include "tests/support/StopAfter.h"
 
 namespace vblur::test {
 namespace {
 
 using Frame = HvTexture<R8, Ri>;
-using DeepFrame = HvTexture<R16, Ri>;
-
-template <class Pixel, std::int32_t Max>
-struct Blur {
-  using Texture = HvTexture<Pixel, Ri>;
-
-  Blur(int width, int height) : source(width, height), result(width, height) {}
-
-  // Blurs by one radius on both axes and gives the result.
-  Texture& run(std::int32_t mode, float sizeX, float sizeY, std::int32_t method = kFuzzBlur) {
-    sampler.mode = mode;
-    sampler.method = method;
-    sampler.sizeX = sizeX;
-    sampler.sizeY = sizeY;
-    sampler.interrupt = &record;
-    sampler.process(&source, &result);
-    return result;
-  }
-  void fill(const Pixel& pixel) { std::fill_n(source.at(0, 0), source.width() * source.height(), pixel); }
-  void fillRandom(std::uint64_t seed) {
-    Random random(seed);
-    for (int i = 0; i < source.width() * source.height(); ++i)
-      *(source.at(0, 0) + i) = randomPixel(random, storageRange<Pixel>());
-  }
-
-  Texture source;
-  Texture result;
-  HvInterruptRecord record;
-  FuzzSampler<Pixel, Ri, Max> sampler;
-};
-
-using Blur8 = Blur<R8, 255>;
-using Blur16 = Blur<R16, 32767>;
-
-std::vector<R8> pixelsOf(const Frame& frame) {
-  return {frame.at(0, 0), frame.at(0, 0) + frame.width() * frame.height()};
-}
 
 R8 flatAreaAfter(float radius, std::uint8_t white) {
   Blur8 blur(6, 6);
@@ -55,12 +22,12 @@ R8 flatAreaAfter(float radius, std::uint8_t white) {
   return *blur.run(kFuzzRGBA, radius, radius).at(3, 3);
 }
 
-TEST(FlatAreas, StayWhiteAtRadiusOne) {
+TEST(FuzzSampler, KeepsFlatAreasWhiteAtRadiusOne) {
   EXPECT_EQ(flatAreaAfter(1.0f, 255), (R8{{255, 255, 255, 255}}));
   EXPECT_EQ((3 * 255 * 5461 + 8192) >> 14, 255);
 }
 
-TEST(FlatAreas, StayWhiteWithoutARadiusOnOneAxis) {
+TEST(FuzzSampler, LeavesAnAxisWithoutARadiusAsItIs) {
   Blur8 blur(5, 5);
   blur.source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
   blur.fillRandom(4);
@@ -72,15 +39,15 @@ TEST(FlatAreas, StayWhiteWithoutARadiusOnOneAxis) {
   EXPECT_EQ(pixelsOf(blur.run(kFuzzRGBA, 1.0f, 0.0f)), pixelsOf(blur.source));
 }
 
-// A flat area of one row, long enough for any radius.
-std::int16_t longFlatAreaAfter(float radius, std::int16_t value) {
+// The middle of a flat area of one row, long enough for any radius.
+R16 longFlatAreaAfter(float radius, const R16& pixel, std::int32_t mode) {
   Blur16 blur(2800, 1);
   blur.source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
-  blur.fill(R16{{value, value, value, value}});
-  return blur.run(kFuzzAlpha, radius, 0.0f).at(1400, 0)->alpha;
+  blur.fill(pixel);
+  return *blur.run(mode, radius, 0.0f).at(1400, 0);
 }
 
-TEST(FlatAreas, DarkenByTheTruncatedScale) {
+TEST(FuzzSampler, DarkensFlatAreasByTheTruncatedScale) {
   struct {
     float radius;
     int taps;
@@ -88,33 +55,64 @@ TEST(FlatAreas, DarkenByTheTruncatedScale) {
   } const cases[] = {
       {100.0f, 201, 81}, {1000.0f, 2001, 8}, {4096.0f, 8193, 1}, {8191.0f, 16383, 1}, {8192.0f, 16385, 0}};
   for (const auto& [radius, taps, scale] : cases) {
-    int expected = 16384;
-    for (int box = 0; box < 3; ++box)
-      expected = (expected * taps * scale + 8192) >> 14;
-    EXPECT_EQ(longFlatAreaAfter(radius, 16384), expected) << radius;
+    const auto darkened = [taps = taps, scale = scale](int value) {
+      for (int box = 0; box < 3; ++box)
+        value = static_cast<int>((std::int64_t{value} * taps * scale + 8192) >> 14);
+      return static_cast<std::int16_t>(value);
+    };
+    const R16 pixel{{16384, 32767, 5000, -20000}};
+    EXPECT_EQ(longFlatAreaAfter(radius, pixel, kFuzzRGBA),
+              (R16{{darkened(16384), darkened(32767), darkened(5000), darkened(-20000)}}))
+        << radius;
   }
-  EXPECT_EQ(longFlatAreaAfter(8192.0f, 32767), 0);
 }
 
-TEST(Edges, DarkenABrightPictureWithColourAndNotWithRepeat) {
+TEST(FuzzSampler, TakesEveryFilteredChannelToZeroFromRadius8192On) {
+  const R16 white{{32767, 32767, 32767, 32767}};
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    for (const float radius : {8192.0f, 8400.0f, 1e9f}) {
+      EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzRGBA), R16{}) << name << ' ' << radius;
+      EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzRGB), (R16{{0, 0, 0, 32767}})) << name;
+      EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzAlpha), (R16{{32767, 32767, 32767, 0}})) << name;
+      EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzGrey), (R16{{0, 0, 0, 32767}})) << name;
+    }
+  }
+}
+
+TEST(FuzzSampler, LosesNothingOfFlatAreasAtRadius8191) {
+  const R16 white{{32767, 32767, 32767, 32767}};
+  const int once = (32767 * 16383 + 8192) >> 14;
+  const int twice = (once * 16383 + 8192) >> 14;
+  const auto left = static_cast<std::int16_t>((twice * 16383 + 8192) >> 14);
+  EXPECT_EQ(longFlatAreaAfter(8191.0f, white, kFuzzRGBA), (R16{{left, left, left, left}}));
+}
+
+// The boxes of radius 1 take an edge from 0 to 200 to 22, 67, 133, 178 and so on.
+TEST(FuzzSampler, DarkensTheEdgesOfABrightPictureWithColourAndNotWithRepeat) {
   Blur8 blur(9, 9);
   blur.fill(R8{{200, 200, 200, 200}});
-  const R8 dark = *blur.run(kFuzzRGBA, 1.0f, 1.0f).at(0, 4);
-  EXPECT_EQ(*blur.result.at(4, 4), (R8{{200, 200, 200, 200}}));
-  EXPECT_LT(dark.red, 150);
+  blur.run(kFuzzRGBA, 1.0f, 1.0f);
+  const std::uint8_t expected[] = {126, 170, 193, 200, 200, 200, 193, 170, 126};
+  for (int x = 0; x < 9; ++x) {
+    const std::uint8_t value = expected[x];
+    EXPECT_EQ(*blur.result.at(x, 4), (R8{{value, value, value, value}})) << x;
+    EXPECT_EQ(*blur.result.at(4, x), (R8{{value, value, value, value}})) << x;
+  }
   blur.source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
-  EXPECT_EQ(*blur.run(kFuzzRGBA, 1.0f, 1.0f).at(0, 4), (R8{{200, 200, 200, 200}}));
+  EXPECT_EQ(pixelsOf(blur.run(kFuzzRGBA, 1.0f, 1.0f)), pixelsOf(blur.source));
 }
 
-TEST(Edges, LetTheOutsideColourFlowIn) {
+TEST(FuzzSampler, LetsTheOutsideColourFlowIn) {
   Blur8 blur(9, 9);
   blur.source.setOutsideColour(R8{{0, 255, 0, 0}});
-  const R8 corner = *blur.run(kFuzzRGBA, 1.0f, 1.0f).at(0, 0);
-  EXPECT_EQ(corner.red, 0);
-  EXPECT_GT(corner.green, 100);
+  blur.run(kFuzzRGBA, 1.0f, 1.0f);
+  EXPECT_EQ(*blur.result.at(0, 0), (R8{{0, 154, 0, 0}}));
+  EXPECT_EQ(*blur.result.at(4, 0), (R8{{0, 94, 0, 0}}));
+  EXPECT_EQ(*blur.result.at(4, 4), (R8{{0, 0, 0, 0}}));
 }
 
-TEST(Sizes, BeyondThreeTimesTheLongerSideAreCut) {
+TEST(FuzzSampler, CutsSizesToThreeTimesTheLongerSide) {
   for (const bool along_y : {false, true}) {
     const auto result = [&](float radius) {
       Blur8 blur(7, 4);
@@ -128,29 +126,40 @@ TEST(Sizes, BeyondThreeTimesTheLongerSideAreCut) {
   }
 }
 
-TEST(Sizes, AlongXAreDividedByTheAspectBeforeTheCut) {
-  const auto result = [](float radius, float aspect) {
+TEST(FuzzSampler, DividesTheXSizeByTheAspectBeforeTheCut) {
+  const auto result = [](float radius, float sizeY, float aspect) {
     Blur8 blur(7, 4);
     blur.fillRandom(8);
     blur.source.setEdgeMethods(kEdgeWrap, kEdgeWrap);
     blur.sampler.setAspect(aspect);
-    return pixelsOf(blur.run(kFuzzRGBA, radius, 1.5f));
+    return pixelsOf(blur.run(kFuzzRGBA, radius, sizeY));
   };
-  EXPECT_EQ(result(5.0f, 2.0f), result(2.5f, 1.0f));
-  EXPECT_EQ(result(12.0f, 0.5f), result(21.0f, 1.0f));
-  EXPECT_EQ(result(42.0f, 2.0f), result(21.0f, 1.0f));
+  EXPECT_EQ(result(5.0f, 1.5f, 2.0f), result(2.5f, 1.5f, 1.0f));
+  EXPECT_EQ(result(12.0f, 1.5f, 0.5f), result(21.0f, 1.5f, 1.0f));
+  EXPECT_EQ(result(42.0f, 1.5f, 2.0f), result(21.0f, 1.5f, 1.0f));
+  // The y size meets the limit as it is, whatever the aspect.
+  EXPECT_EQ(result(2.0f, 22.0f, 2.0f), result(1.0f, 21.0f, 1.0f));
+  EXPECT_EQ(result(0.5f, 20.0f, 0.5f), result(1.0f, 20.0f, 1.0f));
+  EXPECT_NE(result(1.0f, 20.0f, 1.0f), result(1.0f, 21.0f, 1.0f));
 }
 
-TEST(Sizes, TakeAnAspectOfNothingOrLessForAThousandth) {
-  FuzzSampler<R8, Ri, 255> sampler;
-  for (const float aspect : {0.0f, -3.0f, 0.0005f}) {
-    sampler.setAspect(aspect);
-    EXPECT_EQ(sampler.aspect, 0.001f);
-    EXPECT_EQ(sampler.inverseAspect, 1.0f / 0.001f);
+TEST(FuzzSampler, TakesAnAspectOfNothingOrLessForAThousandth) {
+  for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
+    Blur8 square(16, 3);
+    square.fillRandom(8);
+    const std::vector<R8> expected = pixelsOf(square.run(mode, 2.0f, 0.5f));
+    for (const float aspect : {0.0f, -3.0f, 0.0005f, 0.001f}) {
+      Blur8 blur(16, 3);
+      blur.fillRandom(8);
+      blur.sampler.setAspect(aspect);
+      EXPECT_EQ(blur.sampler.aspect, 0.001f);
+      EXPECT_EQ(blur.sampler.inverseAspect, 1.0f / 0.001f);
+      EXPECT_EQ(pixelsOf(blur.run(mode, 0.002f, 0.5f)), expected) << mode << ' ' << aspect;
+    }
   }
 }
 
-TEST(SizesOfNothing, GiveTheSourceInTheWindowAndItsAlphaEverywhere) {
+TEST(FuzzSampler, GivesTheSourceInTheWindowAndItsAlphaEverywhereWithoutASize) {
   Blur8 blur(8, 8);
   blur.fillRandom(3);
   blur.sampler.setWindow(2, 3, 4, 5);
@@ -164,7 +173,7 @@ TEST(SizesOfNothing, GiveTheSourceInTheWindowAndItsAlphaEverywhere) {
   }
 }
 
-TEST(Channels, ThatAreNotFilteredAreTheSources) {
+TEST(FuzzSampler, TakesChannelsThatAreNotFilteredFromTheSource) {
   struct {
     std::int32_t mode;
     bool filtered[4];
@@ -184,7 +193,7 @@ TEST(Channels, ThatAreNotFilteredAreTheSources) {
   }
 }
 
-TEST(Grey, OfAPictureWithoutRedIsBlackWithTheSourcesAlpha) {
+TEST(FuzzSampler, MakesAPictureWithoutRedBlackGreyWithTheSourcesAlpha) {
   Blur8 blur(6, 6);
   blur.fillRandom(1);
   for (int i = 0; i < 36; ++i)
@@ -194,7 +203,7 @@ TEST(Grey, OfAPictureWithoutRedIsBlackWithTheSourcesAlpha) {
     EXPECT_EQ(blur.result.at(0, 0)[i], (R8{{0, 0, 0, blur.source.at(0, 0)[i].alpha}}));
 }
 
-TEST(Yuv, OfNoRadiusIsARoundTripAndNoCopy) {
+TEST(FuzzSampler, TakesAPictureThroughYuvWithoutARadiusToo) {
   Blur8 blur(2, 2);
   blur.fill(R8{{255, 255, 255, 33}});
   EXPECT_EQ(*blur.run(kFuzzU, 0.0f, 0.0f).at(1, 1), (R8{{251, 254, 250, 33}}));
@@ -202,7 +211,7 @@ TEST(Yuv, OfNoRadiusIsARoundTripAndNoCopy) {
 
 // A result that lies in the source's own memory, beside it: the last copy of alpha reads what the way back has
 // written.
-TEST(Yuv, WithinOnePictureThatIsMovedCopiesAlphaOnceMore) {
+TEST(FuzzSampler, CopiesAlphaOnceMoreWithinOnePictureThatIsMoved) {
   for (const int apart : {-1, 0, 1, 3}) {
     Blur8 once(9, 7);
     once.fillRandom(4);
@@ -231,7 +240,7 @@ TEST(Yuv, WithinOnePictureThatIsMovedCopiesAlphaOnceMore) {
 }
 
 // The channels beside the filtered one move along their rows as a copy of them does, pixel after pixel.
-TEST(Channels, WithinOnePictureThatIsMovedAreCopiedAfterTheFilter) {
+TEST(FuzzSampler, CopiesChannelsAfterTheFilterWithinOnePictureThatIsMoved) {
   for (const int apart : {-3, -1, 0, 1, 2}) {
     Blur8 once(40, 3);
     once.fillRandom(4);
@@ -262,7 +271,7 @@ TEST(Channels, WithinOnePictureThatIsMovedAreCopiedAfterTheFilter) {
   }
 }
 
-TEST(Windows, SeeRealPixelsAroundThemInEveryChain) {
+TEST(FuzzSampler, SeesRealPixelsAroundAWindowInEveryChain) {
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     Blur8 whole(30, 30);
     whole.fillRandom(5);
@@ -278,7 +287,35 @@ TEST(Windows, SeeRealPixelsAroundThemInEveryChain) {
   }
 }
 
-TEST(Modes, OutOfRangeFilterNothing) {
+// A window of one pixel at the near end of a white line whose edges wrap: what the boxes read at the far end is white
+// as far as the plane was filled, and 0 beyond.
+R8 nearEndOf(int length, float radius, std::int32_t mode, bool alongY) {
+  Blur8 blur(alongY ? 1 : length, alongY ? length : 1);
+  blur.fill(R8{{255, 255, 255, 255}});
+  blur.source.setEdgeMethods(kEdgeWrap, kEdgeWrap);
+  blur.sampler.setWindow(0, 0, 0, 0);
+  return *blur.run(mode, alongY ? 0.0f : radius, alongY ? radius : 0.0f).at(0, 0);
+}
+
+// The plane is filled for 3 trunc(radius) + 6 pixels beyond the window.
+TEST(FuzzSampler, FillsItsPlanesThreeRadiiAndSixPixelsBeyondTheWindow) {
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    for (const bool alongY : {false, true}) {
+      SCOPED_TRACE(name + (alongY ? " along y" : " along x"));
+      for (const float radius : {1.0f, 1.75f}) {
+        EXPECT_EQ(nearEndOf(10, radius, kFuzzGrey, alongY), (R8{{255, 255, 255, 255}}));
+        EXPECT_EQ(nearEndOf(10, radius, kFuzzLuminance, alongY), (R8{{251, 254, 250, 255}}));
+      }
+      // One pixel more, and what lies beside the window is 0: 6 of 27 parts, and 15 of 64.
+      EXPECT_EQ(nearEndOf(11, 1.0f, kFuzzGrey, alongY), (R8{{198, 198, 198, 255}}));
+      EXPECT_EQ(nearEndOf(8, 0.5f, kFuzzGrey, alongY), (R8{{195, 195, 195, 255}}));
+      EXPECT_EQ(nearEndOf(11, 1.0f, kFuzzLuminance, alongY), (R8{{137, 139, 136, 255}}));
+    }
+  }
+}
+
+TEST(FuzzSampler, FiltersNothingInModesOutOfRange) {
   for (const std::int32_t mode : {-1, 11, 100}) {
     Blur8 blur(4, 4);
     blur.fillRandom(2);
@@ -286,37 +323,33 @@ TEST(Modes, OutOfRangeFilterNothing) {
   }
 }
 
-TEST(Sharpen, OfNoRadiusIsTheSource) {
-  Blur8 blur(7, 7);
-  blur.fillRandom(9);
-  EXPECT_EQ(pixelsOf(blur.run(kFuzzRGBA, 0.0f, 0.0f, kFuzzSharpen)), pixelsOf(blur.source));
+TEST(FuzzSampler, RunsAllChildrenOnTheCallingThreadWhenToldTo) {
+  const ThreadCount threads(3);
+  for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
+    const auto run = [&](bool alone) {
+      struct Caller {
+        std::thread::id id = std::this_thread::get_id();
+        std::atomic<int> others{0};
+      } caller;
+      Blur8 blur(90, 90);
+      blur.fillRandom(5);
+      blur.record.arm(&caller, [](void* context, HvStateWord*) -> std::int32_t {
+        auto* const self = static_cast<Caller*>(context);
+        self->others += std::this_thread::get_id() == self->id ? 0 : 1;
+        return 0;
+      });
+      if (alone) blur.sampler.flags |= Imager::kOneThread;
+      blur.run(mode, 1.5f, 1.5f, kFuzzSharpen);
+      EXPECT_EQ(caller.others > 0, !alone) << mode;
+      return pixelsOf(blur.result);
+    };
+    EXPECT_EQ(run(true), run(false)) << mode;
+  }
 }
 
-TEST(Sharpen, OfColoursLetsAlphaThrough) {
-  Blur8 blur(7, 7);
-  blur.fillRandom(9);
-  blur.run(kFuzzRGB, 2.0f, 2.0f, kFuzzSharpen);
-  for (int i = 0; i < 49; ++i)
-    EXPECT_EQ((blur.result.at(0, 0) + i)->alpha, (blur.source.at(0, 0) + i)->alpha);
-}
+class FuzzSamplerWithoutMemory : public ::testing::TestWithParam<std::pair<float, float>> {};
 
-TEST(Sharpen, OfYuvDoublesTheRoundingOfTheTrip) {
-  Blur8 blur(2, 2);
-  blur.fill(R8{{128, 128, 128, 7}});
-  EXPECT_EQ(*blur.run(kFuzzU, 0.0f, 0.0f, kFuzzSharpen).at(0, 0), (R8{{131, 129, 132, 7}}));
-}
-
-TEST(Sharpen, PutsTheOriginOfTheResultBackWithoutItsFraction) {
-  Blur8 blur(4, 4);
-  blur.result.setOrigin(3.75f, -2.5f);
-  blur.run(kFuzzRGBA, 1.0f, 1.0f, kFuzzSharpen);
-  EXPECT_EQ(blur.result.horizontal.originF, 3.0f);
-  EXPECT_EQ(blur.result.vertical.originF, -2.0f);
-}
-
-class WithoutMemory : public ::testing::TestWithParam<std::pair<float, float>> {};
-
-TEST_P(WithoutMemory, LeavesTheTargetAloneAndSaysSo) {
+TEST_P(FuzzSamplerWithoutMemory, LeavesTheTargetAloneAndSaysSo) {
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     for (const std::int32_t threads : {1, 3}) {
       const ThreadCount scope(threads);
@@ -333,7 +366,7 @@ TEST_P(WithoutMemory, LeavesTheTargetAloneAndSaysSo) {
 }
 
 // A row, the picture between the passes, and a column of less than nothing.
-INSTANTIATE_TEST_SUITE_P(OfALineBelowZero, WithoutMemory,
+INSTANTIATE_TEST_SUITE_P(OfALineBelowZero, FuzzSamplerWithoutMemory,
                          ::testing::Values(std::pair{-50.0f, 1.0f}, std::pair{1.0f, -50.0f}, std::pair{-50.0f, -50.0f},
                                            std::pair{-2000.0f, 0.0f}));
 
@@ -362,12 +395,12 @@ void stopsForAPlaneTooLarge() {
   }
 }
 
-TEST(WithoutMemory, APlaneTooLargeForAnybodyStopsTheFrame) {
+TEST(FuzzSampler, StopsTheFrameForAPlaneTooLargeForAnybody) {
   stopsForAPlaneTooLarge<R8>();
   stopsForAPlaneTooLarge<R16>();
 }
 
-TEST(Stops, BeforeAYuvPictureComesBackLeaveTheResultAsItWas) {
+TEST(FuzzSampler, LeavesTheResultAsItWasWhenStoppedBeforeAYuvPictureComesBack) {
   const ThreadCount scope(1);
   Blur8 finished(5, 5);
   finished.fillRandom(3);

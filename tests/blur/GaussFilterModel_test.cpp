@@ -62,6 +62,7 @@ class GaussFilterAgainstModel : public ::testing::Test {
     filter.sizeX = sizeX;
     filter.sizeY = sizeY;
     filter.boxes = random.oneIn(4) ? random.within(1, 2) : 3;
+    filter.keepsIntermediate = random.oneIn(4);
     filter.setAspect(randomAspect(random));
     model::FilterSettings settings;
     settings.depth = modelDepth<Pixel>();

@@ -1,9 +1,17 @@
-// The filter by itself: what it copies, what it leaves of its settings, and its copy back.
+// The filter by itself: what it copies, what it leaves of its settings, its sizes, and its copy back.
 #include "blur/GaussFilter.h"
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/blur/RandomPictures.h"
+#include "tests/blur/SmallBlur.h"
 #include "tests/support/CpuLevel.h"
 #include "tests/support/StopAfter.h"
 
@@ -33,22 +41,69 @@ TEST(GaussFilter, HasThreeBoxesAndNoCopyBackUnlessToldOtherwise) {
 }
 
 TEST(GaussFilter, MakesAnIntermediateThatReachesTwoPixelsABoxBeyondTheSize) {
-  const CpuLevel level("twin");
-  Frame source(6, 9);
-  Frame output(4, 5);
-  output.setWriteOrigin(30, -40);
-  ColourFilter filter;
-  filter.sizeX = 3.0f;
-  filter.sizeY = 1.75f;
-  filter.process(&source, &output);
-  ASSERT_NE(filter.intermediate, nullptr);
-  EXPECT_EQ(filter.lineLengthX, 6);
-  EXPECT_EQ(filter.lineLengthY, 9);
-  // (1.75 + 2) * 3 = 11.25 rows above and below the longer of the two pictures.
-  EXPECT_EQ(filter.intermediate->width(), 4);
-  EXPECT_EQ(filter.intermediate->height(), 9 + 2 * 11);
-  EXPECT_EQ(filter.intermediate->horizontal.writeOrigin, 30);
-  EXPECT_EQ(filter.intermediate->vertical.writeOrigin, -51);
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    Frame source(6, 9);
+    Frame output(4, 5);
+    output.setWriteOrigin(30, -40);
+    ColourFilter filter;
+    filter.sizeX = 3.0f;
+    filter.sizeY = 1.75f;
+    filter.process(&source, &output);
+    ASSERT_NE(filter.intermediate, nullptr) << name;
+    EXPECT_EQ(filter.lineLengthX, 6);
+    EXPECT_EQ(filter.lineLengthY, 9);
+    // (1.75 + 2) * 3 = 11.25 rows above and below the longer of the two pictures.
+    EXPECT_EQ(filter.intermediate->width(), 4);
+    EXPECT_EQ(filter.intermediate->height(), 9 + 2 * 11);
+    EXPECT_EQ(filter.intermediate->horizontal.writeOrigin, 30);
+    EXPECT_EQ(filter.intermediate->vertical.writeOrigin, -51);
+  }
+}
+
+TEST(GaussFilter, UsesAnIntermediateThatIsThere) {
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    Frame source(6, 9);
+    std::fill_n(source.at(0, 0), 54, R8{{10, 20, 30, 40}});
+    source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
+    Frame output(6, 9);
+    ColourFilter filter;
+    filter.sizeX = filter.sizeY = 1.0f;
+    filter.intermediate = std::make_unique<Frame>(6, 9 + 2 * 9);
+    const std::byte* const memory = filter.intermediate->data;
+    filter.process(&source, &output);
+    ASSERT_NE(filter.intermediate, nullptr) << name;
+    EXPECT_EQ(filter.intermediate->data, memory) << name;
+    EXPECT_EQ(pixelsOf(*filter.intermediate), std::vector<R8>(6 * 27, R8{{10, 20, 30, 0}})) << name;
+  }
+}
+
+TEST(GaussFilter, ReplacesAnIntermediateOfAnotherSize) {
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    Frame source(6, 9);
+    Frame output(6, 9);
+    ColourFilter filter;
+    filter.sizeX = filter.sizeY = 1.0f;
+    filter.intermediate = std::make_unique<Frame>(5, 27);
+    filter.process(&source, &output);
+    ASSERT_NE(filter.intermediate, nullptr) << name;
+    EXPECT_EQ(filter.intermediate->width(), 6) << name;
+  }
+}
+
+TEST(GaussFilter, HasNoIntermediateWhereVectorCodeNeedsNone) {
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    Frame source(6, 9);
+    Frame output(6, 9);
+    ColourFilter filter;
+    filter.keepsIntermediate = false;
+    filter.sizeX = filter.sizeY = 1.0f;
+    filter.process(&source, &output);
+    EXPECT_EQ(filter.intermediate == nullptr, name != "twin") << name;
+  }
 }
 
 TEST(GaussFilter, StoppedHalfWayLeavesTheSettingsAsItsPreparationMadeThem) {
@@ -69,38 +124,190 @@ TEST(GaussFilter, StoppedHalfWayLeavesTheSettingsAsItsPreparationMadeThem) {
   EXPECT_EQ(result.outsideColour, (R8{{1, 1, 1, 1}}));
 }
 
-// Nothing in the system asks for the copy back, so a test has to.
+// The preparation clears the field, so a derived class has to set it.
 class CopyingBack : public ColourFilter {
  public:
   void preProcess(Frame* in, Frame* out) override {
     ColourFilter::preProcess(in, out);
+    EXPECT_EQ(copyBack, 0);
     copyBack = 1;
   }
 };
 
-TEST(GaussFilter, CopiesTheIntermediateBackByTheBoxAndOriginOfTheInput) {
-  const CpuLevel level("twin");
-  forRandomCases(50, [](Random& random) {
-    RandomPicture<R8, Ri> source(random, 7, 8);
-    RandomPicture<R8, Ri> output(random, 9, 6);
-    const std::vector<R8> before = output.canvas.pixels();
+// What the copy back makes of random pictures, and the intermediate that it was made from.
+struct CopiedBack {
+  CopiedBack(std::uint64_t seed, const std::string& cpu) : random(seed) {
     CopyingBack filter;
     filter.sizeX = 1.5f;
     filter.sizeY = 0.75f;
     const ThreadCount scope(randomThreadCount(random));
+    const CpuLevel level(cpu);
     filter.process(&source.texture, &output.texture);
-    const Frame& between = *filter.intermediate;
-    EXPECT_EQ(between.vertical.lo, source.texture.vertical.lo);
-    EXPECT_EQ(between.horizontal.originI, source.texture.horizontal.originI);
-    for (int y = 0; y < 6; ++y) {
-      for (int x = 0; x < 9; ++x) {
-        R8 expected =
-            *between.readRun(x + output.texture.horizontal.writeOrigin, y + output.texture.vertical.writeOrigin).first;
-        expected.alpha = before[static_cast<std::size_t>(y * 9 + x)].alpha;
-        ASSERT_EQ(output.canvas.at(x, y), expected) << x << ", " << y;
+    between = std::move(filter.intermediate);
+  }
+
+  Random random;
+  RandomPicture<R8, Ri> source{random, 7, 8};
+  RandomPicture<R8, Ri> output{random, 9, 6};
+  std::vector<R8> before = output.canvas.pixels();
+  std::unique_ptr<Frame> between;
+};
+
+TEST(GaussFilter, CopiesTheIntermediateBackByTheBoxAndOriginOfTheInput) {
+  forRandomCases(50, [](Random& random) {
+    const auto seed = static_cast<std::uint64_t>(random.within(0, 1 << 30));
+    const CopiedBack twin(seed, "twin");
+    for (const std::string& name : HvCpuLevels()) {
+      const CopiedBack copied(seed, name);
+      ASSERT_NE(copied.between, nullptr) << name;
+      const Frame& between = *copied.between;
+      EXPECT_EQ(between.vertical.lo, copied.source.texture.vertical.lo);
+      EXPECT_EQ(between.horizontal.originI, copied.source.texture.horizontal.originI);
+      EXPECT_EQ(pixelsOf(between), pixelsOf(*twin.between)) << name;
+      EXPECT_EQ(copied.output.canvas.pixels(), twin.output.canvas.pixels()) << name;
+      const Frame& output = copied.output.texture;
+      for (int y = 0; y < 6; ++y) {
+        for (int x = 0; x < 9; ++x) {
+          R8 expected = *between.readRun(x + output.horizontal.writeOrigin, y + output.vertical.writeOrigin).first;
+          expected.alpha = copied.before[static_cast<std::size_t>(y * 9 + x)].alpha;
+          ASSERT_EQ(copied.output.canvas.at(x, y), expected) << name << ' ' << x << ", " << y;
+        }
       }
     }
   });
+}
+
+TEST(GaussFilter, CopiesBackASecondTimeWhatItDidTheFirstTime) {
+  Random random(3);
+  RandomPicture<R8, Ri> source(random, 7, 8);
+  source.texture.setBounds(1, 4, 2, 5);
+  source.texture.setOrigin(-3, 2);
+  Frame first(9, 6);
+  Frame second(9, 6);
+  CopyingBack filter;
+  filter.sizeX = filter.sizeY = 1.5f;
+  for (Frame* output : {&first, &second})
+    filter.process(&source.texture, output);
+  EXPECT_EQ(pixelsOf(second), pixelsOf(first));
+}
+
+// Counts the calls of each pass.
+class Counting : public ColourFilter {
+ public:
+  void processRows(Frame* in, Frame* out) override {
+    ++calls[static_cast<std::size_t>(pass)];
+    ColourFilter::processRows(in, out);
+  }
+  std::array<std::atomic<int>, 3> calls{};
+};
+
+TEST(GaussFilter, RunsThreePassesWithASizeOnOneAxisAlone) {
+  const ThreadCount threads(2);
+  for (const std::string& name : HvCpuLevels()) {
+    for (const bool alongY : {false, true}) {
+      for (const bool keepsIntermediate : {false, true}) {
+        const CpuLevel level(name);
+        const int width = alongY ? 1 : 9;
+        Frame source(width, alongY ? 9 : 1);
+        source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
+        *source.at(alongY ? 0 : 4, alongY ? 4 : 0) = R8{{255, 100, 3, 77}};
+        Frame output(width, alongY ? 9 : 1);
+        Counting filter;
+        filter.keepsIntermediate = keepsIntermediate;
+        (alongY ? filter.sizeY : filter.sizeX) = 1.0f;
+        filter.process(&source, &output);
+        EXPECT_EQ(filter.passes, 3);
+        for (const auto& calls : filter.calls)
+          EXPECT_EQ(calls, 2) << name;
+        // The box of three taps, three times: 1, 3, 6, 7, 6, 3 and 1 parts of 27, each box rounded.
+        EXPECT_EQ(pixelsOf(output), (std::vector<R8>{{{0, 0, 0, 0}},
+                                                     {{9, 4, 0, 0}},
+                                                     {{28, 11, 0, 0}},
+                                                     {{57, 22, 1, 0}},
+                                                     {{66, 26, 1, 0}},
+                                                     {{57, 22, 1, 0}},
+                                                     {{28, 11, 0, 0}},
+                                                     {{9, 4, 0, 0}},
+                                                     {{0, 0, 0, 0}}}))
+            << name;
+      }
+    }
+  }
+}
+
+// The sizes after the preparation, of a picture of 7 by 4 pixels: three times its longer side is 21.
+std::pair<float, float> limitedSizes(float sizeX, float sizeY, float aspect) {
+  Frame source(7, 4);
+  Frame output(7, 4);
+  ColourFilter filter;
+  filter.sizeX = sizeX;
+  filter.sizeY = sizeY;
+  filter.setAspect(aspect);
+  filter.process(&source, &output);
+  return {filter.sizeX, filter.sizeY};
+}
+
+TEST(GaussFilter, LimitsTheXSizeDividedByTheAspectAndTheYSizeAsItIs) {
+  EXPECT_EQ(limitedSizes(12.0f, 15.0f, 0.5f), (std::pair{21.0f, 15.0f}));
+  EXPECT_EQ(limitedSizes(10.0f, 21.0f, 0.5f), (std::pair{20.0f, 21.0f}));
+  EXPECT_EQ(limitedSizes(42.0f, 21.5f, 2.0f), (std::pair{21.0f, 21.0f}));
+  EXPECT_EQ(limitedSizes(43.0f, 30.0f, 2.0f), (std::pair{21.0f, 21.0f}));
+  EXPECT_EQ(limitedSizes(1e30f, 1e30f, 1.0f), (std::pair{21.0f, 21.0f}));
+  EXPECT_EQ(limitedSizes(-3.0f, -2.0f, 1.0f), (std::pair{-3.0f, -2.0f}));
+}
+
+TEST(GaussFilter, TakesAnAspectOfNothingOrLessForAThousandth) {
+  const auto result = [](float sizeX, float aspect) {
+    Random random(7);
+    RandomPicture<R8, Ri> source(random, 20, 3);
+    Frame output(20, 3);
+    ColourFilter filter;
+    filter.sizeX = sizeX;
+    filter.sizeY = 0.5f;
+    filter.setAspect(aspect);
+    filter.process(&source.texture, &output);
+    EXPECT_EQ(filter.sizeX, 2.0f);
+    return pixelsOf(output);
+  };
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    const std::vector<R8> expected = result(2.0f, 1.0f);
+    for (const float aspect : {0.0f, -3.0f, 0.0005f})
+      EXPECT_EQ(result(0.002f, aspect), expected) << name << ' ' << aspect;
+  }
+}
+
+TEST(GaussFilter, FiltersAllOnTheCallingThreadWhenToldTo) {
+  const ThreadCount threads(3);
+  for (const std::string& name : HvCpuLevels()) {
+    for (const bool keepsIntermediate : {false, true}) {
+      const CpuLevel level(name);
+      const auto run = [&](bool alone) {
+        Random random(5);
+        RandomPicture<R8, Ri> source(random, 200, 150);
+        Frame output(200, 150);
+        HvInterruptRecord record;
+        struct Caller {
+          std::thread::id id = std::this_thread::get_id();
+          std::atomic<int> others{0};
+        } caller;
+        record.arm(&caller, [](void* context, HvStateWord*) -> std::int32_t {
+          auto* const self = static_cast<Caller*>(context);
+          self->others += std::this_thread::get_id() == self->id ? 0 : 1;
+          return 0;
+        });
+        ColourFilter filter;
+        filter.interrupt = &record;
+        filter.keepsIntermediate = keepsIntermediate;
+        filter.sizeX = filter.sizeY = 1.5f;
+        if (alone) filter.flags |= Imager::kOneThread;
+        filter.process(&source.texture, &output);
+        EXPECT_EQ(caller.others > 0, !alone) << name;
+        return pixelsOf(output);
+      };
+      EXPECT_EQ(run(true), run(false)) << name;
+    }
+  }
 }
 
 }  // namespace
