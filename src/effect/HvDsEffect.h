@@ -124,6 +124,8 @@ class HvDsEffect : protected HvDsEffectState {
   std::int32_t overlayUseCount = 0;
   // Which thread the tool belongs to, while there is one.
   std::atomic<std::thread::id> overlayThread{};
+  // A clone has reported a place from another thread, and the controls have not followed yet.
+  std::atomic<bool> overlayPlaceStale{false};
   // The controls have been placed once.
   bool overlayReady = false;
 };

@@ -68,9 +68,13 @@ void Blur::AttachOverlay() {
   overlayTool->AddDsObject(&cropControl);
   if (!overlayReady) UpdateOverlayPlacement();
   overlayReady = true;
+  overlayTool->BeforeUse([this] {
+    if (overlayPlaceStale.load()) UpdateOverlayPlacement();
+  });
 }
 
 void Blur::DetachOverlay() {
+  overlayTool->BeforeUse(nullptr);
   for (HvTDsObject* binding : {static_cast<HvTDsObject*>(&cropControl), static_cast<HvTDsObject*>(&blurControl)})
     binding->LeaveTool();
   cropControl.Detach();
@@ -88,8 +92,10 @@ void Blur::PageShown(const char* pageName) {
 
 void Blur::UpdateOverlayPlacement() {
   if (!overlayTool) return;
-  const HvPoint origin{inputPlace.positionX, inputPlace.positionY};
-  const HvPoint size{inputPlace.sizeX, inputPlace.sizeY};
+  overlayPlaceStale.store(false);
+  const PlaceRecord place = ReportedPlace(inputPlace);
+  const HvPoint origin{place.positionX, place.positionY};
+  const HvPoint size{place.sizeX, place.sizeY};
   const HvPoint corner = origin + size;
   cropControl.KeepWithinLimits(true);
   cropControl.SetLimits(origin.x, origin.y, corner.x, corner.y);

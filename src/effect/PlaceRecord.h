@@ -29,4 +29,10 @@ inline void ReportPlace(const PlaceRecord& from, PlaceRecord& to) {
   put(to.positionY, from.positionY);
 }
 
+// What clones reported last, while they may go on reporting.
+inline PlaceRecord ReportedPlace(PlaceRecord& place) {
+  const auto get = [](float& value) { return std::atomic_ref<float>(value).load(std::memory_order_relaxed); };
+  return {get(place.sizeX), get(place.sizeY), get(place.positionX), get(place.positionY)};
+}
+
 }  // namespace vblur

@@ -54,8 +54,9 @@ void Blur::ReportPlaces() {
   ReportPlace(outputPlace, cloneSource->outputPlace);
   ReportPlace(inputPlace, cloneSource->inputPlace);
   ReportPlace(inputPlace, cloneSource->input2Place);
-  // The controls belong to the thread of the viewer. A frame that is rendered beside it leaves them where they
-  // are; the next page or frame of that thread moves them.
+  // The controls belong to the thread of the viewer: after a frame of another thread they follow at the next paint,
+  // pen event or page.
+  cloneSource->overlayPlaceStale.store(true);
   if (cloneSource->overlayThread.load() == std::this_thread::get_id()) cloneSource->UpdateOverlayPlacement();
 }
 

@@ -136,7 +136,13 @@ bool HvTInteract::TakesPen(const tagVWPENEVENT& event) const {
   return (displayFlags_ & kControlsShown) != 0 && event.button == kMainButton;
 }
 
+// A widget that is being dragged stays in the pen's hands.
+void HvTInteract::CatchUp() {
+  if (catchUp_ && !IsPenDown()) catchUp_();
+}
+
 void HvTInteract::PostPen(std::uint32_t id, const tagVWPENEVENT& event) {
+  CatchUp();
   const auto inPixels = [this](double world) { return static_cast<float>(world / static_cast<double>(viewScale_)); };
   if (PostMessage(HvMessage::OfPosition(id, {inPixels(event.x), inPixels(event.y)}))) Redraw();
 }

@@ -8,7 +8,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "overlay/HvT2DAxisGroup.h"
 #include "overlay/HvTGroup.h"
@@ -57,6 +59,9 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   std::optional<double> ReadIfAffected(const GUID& changed, const GUID& bound);
   bool WriteAnimated(const GUID& property, double value);
 
+  // What is run before each paint and each pen event while the pen is up, so that widgets can catch up with what
+  // changed on another thread. Empty for nothing; whoever sets it empties it before it goes.
+  void BeforeUse(std::function<void()> catchUp) { catchUp_ = std::move(catchUp); }
   // Shows the overlay and lets it hear the pen, or neither; and wants it painted.
   void ShowControls(bool show);
   // Wants the overlay painted.
@@ -81,6 +86,7 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   ~HvTInteract() override;
 
   void AddTransformNode(HvT2DAxisGroup& node);
+  void CatchUp();
   bool TakesPen(const tagVWPENEVENT& event) const;
   void PostPen(std::uint32_t id, const tagVWPENEVENT& event);
   void Paint(IVWSurface& surface);
@@ -104,6 +110,7 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   HvPoint viewSize_;
   const ServerCount heldServerCount_{liveObjects};
   HvList<HvTDsObject*> dsObjects_;
+  std::function<void()> catchUp_;
 };
 
 }  // namespace vblur

@@ -26,6 +26,7 @@ HRESULT HvTInteract::OnRender(IVWSurface* surface) {
 }
 
 void HvTInteract::Paint(IVWSurface& surface) {
+  CatchUp();
   tagVWOPENGLSURFACE info;
   if (vwSurfaceBeginRenderOpenGL(&surface, &info) < 0) return;
   // The font belongs to the first context that there is.

@@ -168,8 +168,14 @@ TEST_F(OverlayLink, ShowsWhatThePageInFrontIsAbout) {
 // A frame of 100 x 50 pixels.
 class OverlayPlace : public OverlayLink {
  protected:
+  // A surface that OpenGL cannot paint on now.
+  class ClosedSurface : public IVWSurface {
+   public:
+    HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE&) override { return kFailed; }
+    HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE&) override { return kOk; }
+  };
+
   OverlayPlace() {
-    const auto black = [](std::int32_t, std::int32_t) { return Pixel8{0, 0, 0, 255}; };
     Paint<Pixel8>(input, 100, 50, black);
     Paint<Pixel8>(output, 100, 50, black);
     effect->ConnectOverlay(&viewer);
@@ -188,6 +194,12 @@ class OverlayPlace : public OverlayLink {
     renderer.SetEffectHost(nullptr);
     renderer.SetCoordMan(nullptr);
   }
+  // A clone's frame on another thread.
+  void RenderElsewhere() {
+    const auto clone = Clone();
+    std::thread([&] { Render(*clone); }).join();
+  }
+  static Pixel8 black(std::int32_t, std::int32_t) { return {0, 0, 0, 255}; }
   ComPtr<IDSImageEffect> Clone() {
     ComPtr<IDSImageEffect> clone;
     EXPECT_EQ(effect->Clone(IDSImageEffect::kIid, clone.Receive()), kOk);
@@ -217,13 +229,67 @@ TEST_F(OverlayPlace, FollowsThePictureOfAClone) {
   EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
-TEST_F(OverlayPlace, StaysWhereItIsForACloneOfAnotherThread) {
-  const auto clone = Clone();
-  std::thread([&] { Render(*clone); }).join();
+TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPage) {
+  RenderElsewhere();
   EXPECT_EQ(Crop()->limits(), frame) << "widgets belong to the viewer's thread";
   EXPECT_EQ(effect->InputPlace().sizeX, 100.0f);
   effect->PageShown("crop");
   EXPECT_EQ(Crop()->limits(), picture);
+}
+
+TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPaint) {
+  RenderElsewhere();
+  ClosedSurface surface;
+  effect->OverlayTool()->OnRender(&surface);
+  EXPECT_EQ(Crop()->limits(), picture);
+  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+}
+
+TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPenEvent) {
+  HvTInteract& tool = *effect->OverlayTool();
+  RenderElsewhere();
+  tool.OnPenMove({0, 10.0, 10.0});
+  EXPECT_EQ(Crop()->limits(), picture);
+  Paint<Pixel8>(input, 60, 40, black);
+  RenderElsewhere();
+  tool.OnPenDown({1, 10.0, 10.0});
+  EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 60.0f, 0.0f, 40.0f}));
+  tool.OnPenUp({1, 10.0, 10.0});
+}
+
+TEST_F(OverlayPlace, StaysInThePensHandsUntilItIsLifted) {
+  HvTInteract& tool = *effect->OverlayTool();
+  tool.OnPenDown({1, 0.0, 100.0});
+  tool.OnPenMove({1, 100.0, 100.0});
+  RenderElsewhere();
+  ClosedSurface surface;
+  tool.OnRender(&surface);
+  tool.OnPenMove({1, 120.0, 100.0});
+  EXPECT_EQ(Crop()->limits(), frame);
+  EXPECT_EQ(Crop()->x0(), 120.0f);
+  tool.OnPenUp({1, 120.0, 100.0});
+  EXPECT_EQ(Get(PropertyId::CropLeft), 30.0);
+  tool.OnPenMove({0, 120.0, 100.0});
+  EXPECT_EQ(Crop()->limits(), picture);
+  EXPECT_EQ(Crop()->x0(), 30.0f);
+}
+
+TEST_F(OverlayPlace, ReadsNothingAgainWhenNoCloneReported) {
+  HvTInteract& tool = *effect->OverlayTool();
+  RenderElsewhere();
+  tool.OnPenMove({0, 10.0, 10.0});
+  Crop()->SetLimits(1.0f, 2.0f, 3.0f, 4.0f);
+  tool.OnPenMove({0, 20.0, 10.0});
+  EXPECT_EQ(Crop()->limits(), (HvBox{1.0f, 3.0f, 2.0f, 4.0f}));
+}
+
+TEST_F(OverlayPlace, IsNotAskedForAfterTheEffect) {
+  const ComPtr<HvTInteract> tool(effect->OverlayTool());
+  RenderElsewhere();
+  effect.reset();
+  tool->OnPenMove({0, 10.0, 10.0});
+  effect = ComPtr<Blur>::Own(new Blur());
+  EXPECT_EQ(tool->viewSize(), (HvPoint{400.0f, 200.0f}));
 }
 
 TEST_F(OverlayLink, WritesTheRadiusWhenThePenComesUp) {
