@@ -1,4 +1,5 @@
-#include "platform/CDSImageMIEffect.h"
+#include "platform/CDSImageEffect.h"
+
 #include "platform/Content.h"
 
 namespace vblur {
@@ -6,7 +7,10 @@ namespace vblur {
 const CDSPropertiesMap CDSImageEffect::m_PropertiesMap{};
 
 void* CDSImageEffect::FindInterface(const GUID& iid) {
-  return iid == IDSImageEffect::kIid ? static_cast<IDSImageEffect*>(this) : CDSPlugInEffect::FindInterface(iid);
+  if (iid == IDSImageEffect::kIid) return static_cast<IDSImageEffect*>(this);
+  if (iid == IDSHWEffects::kIid) return static_cast<IDSHWEffects*>(this);
+  if (iid == IDSChildPropertyOwner::kIid) return static_cast<IDSChildPropertyOwner*>(this);
+  return CDSPlugInEffect::FindInterface(iid);
 }
 
 HRESULT CDSImageEffect::GetStaticPropertyCount(std::int32_t* count) {
@@ -62,12 +66,28 @@ HRESULT CDSImageEffect::Clone(const GUID&, void** result) {
   return kFailed;
 }
 
+HRESULT CDSImageEffect::SetSampleRate(double rate) {
+  sampleRate = rate;
+  return kOk;
+}
+
 HRESULT CDSImageEffect::Setup() {
   return kOk;
 }
 
 HRESULT CDSImageEffect::Cleanup() {
   return kOk;
+}
+
+HRESULT CDSImageEffect::GetInputBbox(double, DSPixelBox* box) {
+  if (box == nullptr || inputImage == nullptr) return kNullPointer;
+  box->origin = coordMan == nullptr ? DSPixelPair{} : coordMan->PixelOrigin(*inputImage);
+  box->size = inputImage->Size();
+  return kOk;
+}
+
+HRESULT CDSImageEffect::GetOutputOverscan(double time, double* left, double* right, double* bottom, double* top) {
+  return CDSImageEffect::GetInputOverscan(time, left, right, bottom, top);
 }
 
 HRESULT CDSImageEffect::SetInput(IDSImage* image) {
@@ -77,6 +97,11 @@ HRESULT CDSImageEffect::SetInput(IDSImage* image) {
 
 HRESULT CDSImageEffect::SetOutput(IDSImage* image) {
   outputImage = image;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetChannelMask(std::uint32_t mask) {
+  channelMask = mask;
   return kOk;
 }
 
@@ -96,8 +121,8 @@ HRESULT CDSImageEffect::SetROI(std::int32_t x, std::int32_t y, std::int32_t widt
   return kOk;
 }
 
-HRESULT CDSImageEffect::ClearROI() {
-  roiSet = 0;
+HRESULT CDSImageEffect::SetQuality(std::int32_t newQuality) {
+  quality = newQuality;
   return kOk;
 }
 
@@ -106,13 +131,44 @@ HRESULT CDSImageEffect::SetInput2(IDSImage* image) {
   return kOk;
 }
 
-HRESULT CDSImageEffect::SetField(std::int32_t field) {
-  hostField = field;
+HRESULT CDSImageEffect::SetInput2Offset(std::int32_t x, std::int32_t y) {
+  input2OffsetX = x;
+  input2OffsetY = y;
   return kOk;
 }
 
-HRESULT CDSImageEffect::SetDuration(double newDuration) {
-  duration = newDuration;
+HRESULT CDSImageEffect::CloneAtTime(double, const GUID& iid, void** result) {
+  return Clone(iid, result);
+}
+
+HRESULT CDSImageEffect::SetDirection(std::int32_t newDirection) {
+  direction = newDirection;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetPressure(double newPressure) {
+  pressure = newPressure;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetOriginalImage(IDSImage* image) {
+  originalImage = image;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetTransfo4(const DSTransfo4& transform) {
+  transfo4 = transform;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetProcessingMode(std::int32_t mode) {
+  processingMode = mode;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::GetProcessingMode(std::int32_t* mode) {
+  if (mode == nullptr) return kNullPointer;
+  *mode = processingMode;
   return kOk;
 }
 
@@ -150,6 +206,21 @@ HRESULT CDSImageEffect::BeginFrame(double) {
 }
 
 HRESULT CDSImageEffect::EndFrame() {
+  return kOk;
+}
+
+HRESULT CDSImageEffect::ClearROI() {
+  roiSet = 0;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetField(std::int32_t field) {
+  hostField = field;
+  return kOk;
+}
+
+HRESULT CDSImageEffect::SetDuration(double newDuration) {
+  duration = newDuration;
   return kOk;
 }
 

@@ -36,17 +36,10 @@ class Blur : public HvDsEffect,
   Blur();
   ~Blur() override;
 
-  // The effect's own operations.
-  // The size of the blur at a time: horizontal and vertical, in pixels of the picture being rendered.
-  virtual BlurSize GetBlurSize(double time);
+  BlurSize GetBlurSize(double time) override;
   void AttachOverlay() override;
-  // A page comes to the front: its name says which control is seen. Nothing without a tool.
-  virtual void PageShown(const char* pageName);
-  // The controls follow the first input's place, as the last frame had it. Nothing without a tool.
-  virtual void UpdateOverlayPlacement();
-  // Whether an effect of the family can be part of another object: never.
-  virtual HRESULT QueryAggregation() { return kNoAggregation; }
-  virtual HRESULT VerifyEffect() { return kOk; }
+  void PageShown(const char* pageName, std::int32_t = 0, std::int32_t = 0) override;
+  void UpdateOverlayPlacement() override;
 
   HRESULT QueryInterface(const GUID& iid, void** result) override;
   std::uint32_t AddRef() override { return CDSBasePropertyContainer::AddRef(); }
@@ -157,7 +150,7 @@ class Blur : public HvDsEffect,
   double UserToWorldRatio() const;
   double PlacementRatio() const;
   BlurSizeParts SizeParts(double time) const;
-  BlurSize FilterRadius(double time) const;
+  BlurSize FilterRadius(const BlurSizeParts& parts) const;
 
   bool MixesClips() const { return effectKind == kKindTransition && transitionMixesInputs == 1; }
   bool RendersHalfHeight() const { return fieldMode == kHalfHeightFields && fieldIndex != 0; }

@@ -58,6 +58,9 @@ BlurSizeParts Blur::SizeParts(double time) const {
   const double amount = Evaluate(PropertyId::Blur, blur_.blur, time);
   parts.amount = amount < 0.0 ? 0.0 : amount;
   SetAspect(parts, Evaluate(PropertyId::Aspect, blur_.aspect, time));
+  parts.blend = std::clamp(Evaluate(PropertyId::Blend, blur_.blend, time), 0.0, 100.0);
+  parts.effectGain = Evaluate(PropertyId::EffectGain, blur_.effectGain, time);
+  parts.sourceGain = Evaluate(PropertyId::SourceGain, blur_.sourceGain, time);
   return parts;
 }
 
@@ -69,8 +72,7 @@ BlurSize Blur::GetBlurSize(double time) {
                              static_cast<double>(fieldScale) * parts.aspectY * static_cast<double>(transitionScale))};
 }
 
-BlurSize Blur::FilterRadius(double time) const {
-  const BlurSizeParts parts = SizeParts(time);
+BlurSize Blur::FilterRadius(const BlurSizeParts& parts) const {
   double amount = parts.amount;
   if (effectKind == kKindTransition) amount *= static_cast<double>(transitionScale);
   const auto x = static_cast<float>(static_cast<double>(parts.pixelsPerUnitX) * amount * parts.aspectX);

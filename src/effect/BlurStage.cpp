@@ -1,5 +1,6 @@
 // The stage that blurs or sharpens, and mixes the result back over the source.
-#include <algorithm>
+#include <cstdint>
+#include <iterator>
 
 #include "blur/FuzzSampler.h"
 #include "composite/MixStage.h"
@@ -32,7 +33,8 @@ ChannelChoice ChoiceOf(std::int32_t channels) {
 
 template <class Pixel>
 HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTexture<Pixel, Rf>& source) {
-  const BlurSize radius = FilterRadius(time);
+  const BlurSizeParts parts = SizeParts(time);
+  const BlurSize radius = FilterRadius(parts);
   const ChannelChoice choice = ChoiceOf(blur_.channels);
   if (!choice.writesAlpha) alphaAffected = 0;
 
@@ -51,11 +53,8 @@ HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTex
   sampler.process(&sourceView, &destinationView);
 
   if (PollInterrupt(interrupt) == 0 && effectKind != kKindTransition) {
-    const double blend = std::clamp(Evaluate(PropertyId::Blend, blur_.blend, time), 0.0, 100.0);
-    const double effectGain = Evaluate(PropertyId::EffectGain, blur_.effectGain, time);
-    const double sourceGain = Evaluate(PropertyId::SourceGain, blur_.sourceGain, time);
-    RunMixStage(source, destination, blur_.mixBack, static_cast<float>(blend), static_cast<float>(effectGain),
-                static_cast<float>(sourceGain), ScaledWindow(), &interrupt);
+    RunMixStage(source, destination, blur_.mixBack, static_cast<float>(parts.blend),
+                static_cast<float>(parts.effectGain), static_cast<float>(parts.sourceGain), ScaledWindow(), &interrupt);
   }
   return kOk;
 }

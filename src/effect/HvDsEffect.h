@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "composite/ApplyCrop.h"
+#include "effect/BlurSize.h"
 #include "effect/Parameters.h"
 #include "effect/PlaceRecord.h"
 #include "image/HvInteruptable.h"
@@ -77,6 +78,20 @@ class HvDsEffect : protected HvDsEffectState {
  public:
   HvDsEffect& operator=(const HvDsEffect&) = delete;
 
+  // The size of the blur at a time: horizontal and vertical, in pixels of the picture being rendered.
+  virtual BlurSize GetBlurSize(double) { return {}; }
+  // Puts the controls on the tool; nothing without a tool.
+  virtual void AttachOverlay() {}
+  // A page comes to the front: its name says which control is seen. Nothing without a tool. The two numbers are
+  // not read.
+  virtual void PageShown(const char*, std::int32_t = 0, std::int32_t = 0) {}
+  // The controls follow the first input's place, as the last frame had it. Nothing without a tool.
+  virtual void UpdateOverlayPlacement() {}
+  // Whether the effect can be part of another object: never.
+  virtual HRESULT QueryAggregation() { return kNoAggregation; }
+  // A failure makes Verify fail.
+  virtual HRESULT VerifyEffect() { return kOk; }
+
   // A page opens, with the object that it edits or the viewer that it stands beside: the first one makes the
   // viewer tool, puts it on the viewer and attaches the controls. kNullPointer for null; the failure of what
   // made the tool. Effects that are painted have no controls.
@@ -107,8 +122,7 @@ class HvDsEffect : protected HvDsEffectState {
   HvDsEffect(const HvDsEffect& other) : HvDsEffectState(other) {}
   virtual ~HvDsEffect() = default;
 
-  // Puts the controls on the tool, and takes them from it; an effect may have none.
-  virtual void AttachOverlay() {}
+  // Takes the controls from the tool.
   virtual void DetachOverlay() {}
   // What the last page does. The derived class's destructor calls it, while there still are controls to take
   // from the tool and properties to unlink.

@@ -81,7 +81,7 @@ void Blur::DetachOverlay() {
   blurControl.Detach();
 }
 
-void Blur::PageShown(const char* pageName) {
+void Blur::PageShown(const char* pageName, std::int32_t, std::int32_t) {
   if (!overlayTool) return;
   const std::string_view page = pageName == nullptr ? std::string_view() : pageName;
   Show(blurControl, std::ranges::find(kCirclePages, page) != kCirclePages.end());

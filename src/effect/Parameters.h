@@ -31,11 +31,11 @@ struct BlurParameters {
   std::int32_t hideOverlayControls = parameters::WholeDefault(PropertyId::HideOverlayControls);
 };
 
-// Non-zero: the effect shows in the channel.
+// Non-zero: the effect shows in the channel. Blue stands before green.
 struct MaskParameters {
   std::int32_t red = parameters::WholeDefault(PropertyId::MaskRed);
-  std::int32_t green = parameters::WholeDefault(PropertyId::MaskGreen);
   std::int32_t blue = parameters::WholeDefault(PropertyId::MaskBlue);
+  std::int32_t green = parameters::WholeDefault(PropertyId::MaskGreen);
   std::int32_t alpha = parameters::WholeDefault(PropertyId::MaskAlpha);
 };
 

@@ -10,16 +10,14 @@ namespace vblur {
 void Blur::ReadImagePlacement(const IDSImage* image, PlaceRecord& place) const {
   place = {};
   if (image == nullptr) return;
-  const auto inUserUnits = [](double world, double ratio) {
-    return static_cast<float>(static_cast<double>(static_cast<float>(world)) * ratio);
+  // The ratio is read for each of the two.
+  const auto inUserUnits = [this](DSWorldPair world, float& x, float& y) {
+    const double ratio = PlacementRatio();
+    x = static_cast<float>(static_cast<double>(static_cast<float>(world.x)) * ratio);
+    y = static_cast<float>(static_cast<double>(static_cast<float>(world.y)) * ratio);
   };
-  const DSWorldPair position = image->WorldPosition();
-  const DSWorldPair size = image->WorldSize();
-  const double ratio = PlacementRatio();
-  place.positionX = inUserUnits(position.x, ratio);
-  place.positionY = inUserUnits(position.y, ratio);
-  place.sizeX = inUserUnits(size.x, ratio);
-  place.sizeY = inUserUnits(size.y, ratio);
+  inUserUnits(image->WorldPosition(), place.positionX, place.positionY);
+  inUserUnits(image->WorldSize(), place.sizeX, place.sizeY);
   if (coordMan == nullptr) return;
   const DSPixelPair origin = coordMan->PixelOrigin(*image);
   place.originX = origin.x;

@@ -61,7 +61,7 @@ class CDSPropertyContainer : public CDSBasePropertyContainer {
   HRESULT OnPropertyChanged(const GUID& property, const DSVariant* value, IUnknown* object, const void* parameters,
                             std::int32_t parameterCount, std::uint32_t flags);
   // The value of an animated property at a time, or the plain value when it is not animated.
-  double GetValueDirect(const GUID& property, double plainValue, double time) const;
+  virtual double GetValueDirect(const GUID& property, double plainValue, double time) const;
   void CopyAnimation(const CDSPropertyContainer& from) { curves_ = from.curves_; }
   void RemoveAnimation() { curves_.clear(); }
 

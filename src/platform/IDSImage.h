@@ -17,6 +17,12 @@ struct DSPixelPair {
   std::int32_t y = 0;
 };
 
+// The lower left pixel, and how many there are.
+struct DSPixelBox {
+  DSPixelPair origin;
+  DSPixelPair size;
+};
+
 class IDSImage {
  public:
   virtual ~IDSImage() = default;

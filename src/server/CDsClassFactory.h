@@ -11,10 +11,13 @@
 namespace vblur {
 
 // T is made by its default constructor and starts with one reference. The class's pointer to the server's
-// lock count is set when its first factory is made; a factory holds the server for as long as it lives.
-template <class T>
+// lock count is set when its first factory is made; a factory holds the server for as long as it lives. The two
+// numbers are 0: no object becomes part of another, and every call makes a new one.
+template <class T, std::int32_t aggregates = 0, std::int32_t isSingle = 0>
 class CDsClassFactory : public IClassFactory {
  public:
+  static_assert(aggregates == 0 && isSingle == 0);
+
   static inline std::atomic<std::atomic<std::int32_t>*> lockCount = nullptr;
 
   explicit CDsClassFactory(std::atomic<std::int32_t>& serverLocks) {

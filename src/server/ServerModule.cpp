@@ -29,7 +29,7 @@ IClassFactory* MakeBlurFactory() {
     Blur::liveObjects = &ServerLocks();
     return true;
   }();
-  return new (std::nothrow) CDsClassFactory<Blur>(ServerLocks());
+  return new (std::nothrow) CDsClassFactory<Blur, 0, 0>(ServerLocks());
 }
 
 IClassFactory* MakeViewerToolFactory() {
@@ -39,7 +39,7 @@ IClassFactory* MakeViewerToolFactory() {
     ~ToolsOfServer() { ReleaseOverlayQuadric(); }
   };
   static const ToolsOfServer tools;
-  return new (std::nothrow) CDsClassFactory<HvTInteract>(ServerLocks());
+  return new (std::nothrow) CDsClassFactory<HvTInteract, 0, 0>(ServerLocks());
 }
 
 }  // namespace vblur
