@@ -12,47 +12,29 @@
 #include "resources/Bitmaps.h"
 #include "resources/Strings.h"
 #include "tests/effect/EffectBench.h"
+#include "tests/effect/OpenBlur.h"
 
 namespace vblur {
 namespace {
 
 constexpr GUID kNoId = MakeGuid("{00000000-0000-0000-0000-0000000000FF}");
 
-ComPtr<Blur> NewBlur() {
-  return ComPtr<Blur>::Own(new Blur());
-}
-
-tagDSImgFxInfo InfoFor(Blur& effect, const GUID& family, HRESULT expected = kOk) {
-  tagDSImgFxInfo info;
-  info.record = kDSImgFxInfoRecord;
-  info.family = family;
-  info.words.fill(-1);
-  EXPECT_EQ(effect.GetImageEffectInfo(&info), expected);
-  return info;
-}
-
-std::vector<GUID> PagesOf(Blur& effect) {
-  std::int32_t count = -1;
-  EXPECT_EQ(effect.GetPageCount(&count), kOk);
-  std::vector<GUID> pages(static_cast<std::size_t>(count));
-  for (std::int32_t i = 0; i < count; ++i)
-    EXPECT_EQ(effect.GetPage(i, &pages[static_cast<std::size_t>(i)]), kOk);
-  GUID none;
-  EXPECT_EQ(effect.GetPage(count, &none), kWrongArgument);
-  EXPECT_EQ(effect.GetPage(-1, &none), kWrongArgument);
-  return pages;
+ComPtr<Blur> CloneOf(Blur& effect) {
+  ComPtr<Blur> clone;
+  EXPECT_EQ(effect.Clone(kBlurObject, clone.Receive()), kOk);
+  return clone;
 }
 
 // The module's texts and pictures, as the server gives them to the class.
-class WithModule : public testing::Test {
+class BlurObjectTexts : public testing::Test {
  protected:
-  WithModule() { Blur::module = &module_; }
-  ~WithModule() override { Blur::module = nullptr; }
+  BlurObjectTexts() { Blur::module = &module_; }
+  ~BlurObjectTexts() override { Blur::module = nullptr; }
 
   Module module_{resources::Strings(), resources::Bitmaps()};
 };
 
-TEST_F(WithModule, TellsNameDescriptionAndPicture) {
+TEST_F(BlurObjectTexts, TellsNameDescriptionAndPicture) {
   const auto effect = NewBlur();
   std::array<char16_t, 260> text{};
   EXPECT_EQ(effect->GetName(text.data(), 260), kOk);
@@ -71,7 +53,7 @@ TEST_F(WithModule, TellsNameDescriptionAndPicture) {
   EXPECT_EQ(effect->GetPicture(nullptr), kNullPointer);
 }
 
-TEST_F(WithModule, HasATextForEveryNameHintAndEntry) {
+TEST_F(BlurObjectTexts, HasATextForEveryNameHintAndEntry) {
   for (const Property& property : kProperties) {
     std::array<char16_t, 260> text{};
     EXPECT_GT(LoadStringW(&module_, property.nameString, text.data(), 260), 0) << property.name;
@@ -125,6 +107,14 @@ TEST(BlurObject, GivesItselfForItsPrivateIds) {
   EXPECT_EQ(effect->VerifyEffect(), kOk);
 }
 
+TEST(BlurObject, KnowsTwoFormats) {
+  const auto effect = NewBlur();
+  EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_RAW_32), 0);
+  EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), 0);
+  EXPECT_EQ(effect->IsFormatSupported(MFIF_MASK_8), 1);
+  EXPECT_EQ(effect->IsFormatSupported(kNoId), 1);
+}
+
 TEST(BlurObject, TellsWhatItIs) {
   const auto effect = NewBlur();
   tagDSFxInfo info;
@@ -142,110 +132,6 @@ TEST(BlurObject, TellsWhatItIs) {
   EXPECT_EQ(effect->GetClassID(&clsid), kOk);
   EXPECT_EQ(clsid, info.effect);
   EXPECT_EQ(effect->GetClassID(nullptr), kNullPointer);
-}
-
-TEST(BlurObject, KnowsTwoFormats) {
-  const auto effect = NewBlur();
-  EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_RAW_32), 0);
-  EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), 0);
-  EXPECT_EQ(effect->IsFormatSupported(MFIF_MASK_8), 1);
-  EXPECT_EQ(effect->IsFormatSupported(kNoId), 1);
-}
-
-using Words = std::array<std::int32_t, 10>;
-
-TEST(BlurObject, TheFamilyDecidesWhatTheHostIsToGive) {
-  const auto filter = Words{0, 0, 8, 1, 0, 0, 0, 0, 0, 778};
-  const auto generator = Words{0, 0, 2, 1, 0, 0, 0, 0, 0, 778};
-  const auto paint = Words{0, 96, 8, 1, 0, 1, 0, 1, 0, 778};
-  const auto transition = Words{0, 0, 2, 1, 1, 0, 0, 0, 0, 794};
-  const std::pair<GUID, Words> cases[] = {
-      {MakeGuid("{AE0D7C31-95AA-11D0-B685-00A024191AE0}"), filter},
-      {MakeGuid("{28610EB3-AECA-11D1-BFAD-0800368E7203}"), filter},
-      {MakeGuid("{95F7E8A0-8B84-11D1-94A3-00A0C911C625}"), filter},
-      {MakeGuid("{AE0D7C33-95AA-11D0-B685-00A024191AE0}"), filter},
-      {MakeGuid("{61054A81-9662-11D0-B685-00A024191AE0}"), generator},
-      {MakeGuid("{AE0D7C40-95AA-11D0-B685-00A024191AE0}"), paint},
-      {MakeGuid("{61054A80-9662-11D0-B685-00A024191AE0}"), transition},
-      {MakeGuid("{AE0D7C34-95AA-11D0-B685-00A024191AE0}"), filter},
-  };
-  for (const auto& [family, words] : cases)
-    EXPECT_EQ(InfoFor(*NewBlur(), family).words, words);
-}
-
-TEST(BlurObject, AnUnknownFamilyChangesNothing) {
-  const auto effect = NewBlur();
-  InfoFor(*effect, families::kTransition);
-  EXPECT_EQ(InfoFor(*effect, kNoId).words[4], 1) << "still a transition";
-  tagDSImgFxInfo wrong;
-  wrong.family = families::kFilter;
-  wrong.words.fill(-1);
-  EXPECT_EQ(effect->GetImageEffectInfo(&wrong), kWrongArgument);
-  EXPECT_EQ(wrong.words[0], -1);
-  EXPECT_EQ(InfoFor(*effect, kNoId).words[4], 1) << "a wrong record leaves the kind alone";
-  EXPECT_EQ(effect->GetImageEffectInfo(nullptr), kNullPointer);
-}
-
-TEST(BlurObject, PagesAreThoseOfTheFirstUse) {
-  using namespace classes;
-  const std::pair<GUID, std::vector<GUID>> cases[] = {
-      {families::kFilter, {kFullBlurPPG, kFullCropPPG, kHelpPPG}},
-      {families::kPaint, {kFullBlurPPG, kHelpPPG}},
-      {families::kTransition, {kTransitionBlurPPG, kHvTransitionPPG, kFullCropPPG, kHelpPPG}},
-      {families::kSource, {}},
-      {families::kGenerator, {}},
-      {families::kOther, {}},
-      {kNoId, {}},
-  };
-  for (const auto& [family, pages] : cases) {
-    const auto effect = NewBlur();
-    EXPECT_TRUE(PagesOf(*effect).empty());
-    InfoFor(*effect, family);
-    EXPECT_EQ(PagesOf(*effect), pages);
-    InfoFor(*effect, families::kTransition);
-    EXPECT_EQ(PagesOf(*effect), pages) << "added once";
-  }
-}
-
-TEST(BlurObject, ACloneTakesItsPagesFromItsOwnFirstUse) {
-  using namespace classes;
-  const auto source = NewBlur();
-  InfoFor(*source, families::kFilter);
-  for (const GUID& family : {families::kFilter, families::kPaint}) {
-    ComPtr<Blur> clone;
-    ASSERT_EQ(source->Clone(kBlurObject, clone.Receive()), kOk);
-    EXPECT_TRUE(PagesOf(*clone).empty());
-    InfoFor(*clone, family);
-    const bool isPaint = family == families::kPaint;
-    EXPECT_EQ(PagesOf(*clone), isPaint ? (std::vector<GUID>{kFullBlurPPG, kHelpPPG})
-                                       : (std::vector<GUID>{kFullBlurPPG, kFullCropPPG, kHelpPPG}));
-  }
-}
-
-TEST(BlurObject, VerifyAsksForThePicturesOfTheUse) {
-  struct Case {
-    GUID family;
-    bool input, input2, mask;
-  };
-  const Case cases[] = {
-      {families::kFilter, true, false, false},     {families::kSource, true, false, false},
-      {families::kGenerator, false, false, false}, {families::kPaint, true, false, true},
-      {families::kTransition, true, true, false},  {families::kOther, false, false, false},
-  };
-  host::HostImage picture;
-  for (const Case& c : cases) {
-    for (int given = 0; given < 16; ++given) {
-      const auto effect = NewBlur();
-      InfoFor(*effect, c.family);
-      const bool output = given & 1, input = given & 2, input2 = given & 4, mask = given & 8;
-      effect->SetOutput(output ? &picture : nullptr);
-      effect->SetInput(input ? &picture : nullptr);
-      effect->SetInput2(input2 ? &picture : nullptr);
-      effect->SetPixelMask(mask ? &picture : nullptr, 0, 0);
-      const bool enough = output && (input || !c.input) && (input2 || !c.input2) && (mask || !c.mask);
-      EXPECT_EQ(effect->Verify(), enough ? kOk : kNullPointer) << given;
-    }
-  }
 }
 
 TEST(BlurObject, AsksForAsMuchSourceAsItBlurs) {
@@ -306,17 +192,6 @@ TEST(BlurObject, TheFamilyStartsWithLinearCrossFades) {
   EXPECT_EQ(effect.transitionMixesInputs, 0);
 }
 
-TEST(BlurObject, ANewEffectLiesOverTheProject) {
-  const auto effect = NewBlur();
-  for (const PlaceRecord* place : {&effect->OutputPlace(), &effect->InputPlace(), &effect->Input2Place()}) {
-    // Nobody tells the project's size yet.
-    EXPECT_EQ(place->sizeX, 1.0f);
-    EXPECT_EQ(place->sizeY, 1.0f);
-    EXPECT_EQ(place->positionX, 0.0f);
-    EXPECT_EQ(place->positionY, 0.0f);
-  }
-}
-
 TEST(BlurObject, AClonesFrameIsItsSourcesFrame) {
   EffectBench bench;
   Paint<Pixel8>(bench.input, 32, 24, [](std::int32_t x, std::int32_t y) {
@@ -343,6 +218,79 @@ TEST(BlurObject, AClonesFrameIsItsSourcesFrame) {
   EXPECT_EQ(clone->Verify(), kOk) << "the input and the kind come along";
   EXPECT_EQ(clone->RenderFrame(5.0), kOk);
   EXPECT_EQ(std::memcmp(again.Row(0), bench.output.Row(0), again.byteCount()), 0);
+}
+
+TEST_F(BlurObjectTexts, AnEffectAndItsCloneKeepTheName) {
+  const auto effect = NewBlur();
+  EXPECT_EQ(std::u16string(OpenBlur::NameOf(*effect)), u"");
+  std::array<char16_t, 3> text{};
+  EXPECT_EQ(effect->GetDescription(text.data(), 3), kOk);
+  EXPECT_EQ(std::u16string(OpenBlur::NameOf(*effect)), u"");
+  EXPECT_EQ(effect->GetName(text.data(), 3), kOk);
+  EXPECT_EQ(std::u16string(OpenBlur::NameOf(*effect)), u"V_Blur") << "whole, however short the buffer";
+  const auto clone = CloneOf(*effect);
+  EXPECT_EQ(std::u16string(OpenBlur::NameOf(*clone)), u"V_Blur");
+}
+
+TEST(BlurObject, ACloneHasEveryValueAndCurve) {
+  const auto effect = NewBlur();
+  double value = 40.0;
+  for (const Property& property : kProperties) {
+    effect->PutValue(property.guid, DSVariant::Of(value));
+    if (property.isAnimated()) effect->PutCurve(property.guid, host::Curve{{{0.0, value + 100.0}}, {}});
+    value += 1.0;
+  }
+  const auto clone = CloneOf(*effect);
+  effect->SetDefaults();
+  value = 40.0;
+  for (const Property& property : kProperties) {
+    DSVariant plain;
+    EXPECT_EQ(clone->GetValue(property.guid, &plain), kOk);
+    EXPECT_EQ(plain.asNumber(), value) << property.name;
+    double now = 0.0;
+    EXPECT_EQ(clone->GetValueAt(property.guid, 3.0, &now), kOk);
+    EXPECT_EQ(now, property.isAnimated() ? value + 100.0 : value) << property.name;
+    value += 1.0;
+  }
+}
+
+TEST(BlurObject, ACloneHasTheKindAndTheFrameOfItsSource) {
+  EffectBench bench;
+  bench.PaintClips<Pixel8>(8, 8, {}, {});
+  bench.input.Place(AtOrigin(3, 4));
+  bench.input2.Place(AtOrigin(5, 6));
+  bench.output.Place(AtOrigin(7, 8));
+  UseAs(*bench.effect, host::EffectKind::Transition);
+  bench.effect->SetDuration(10.0);
+  bench.effect->SetField(1);
+  bench.Set(PropertyId::Blur, 12.0);
+  bench.Set(PropertyId::TransitionRamping, 0.0);
+  bench.Set(PropertyId::EffectScaling, 1.0);
+  ASSERT_EQ(bench.Render(2.5), kOk);
+  const auto clone = CloneOf(*bench.effect);
+  const auto origin = [](const PlaceRecord& place) { return std::array{place.originX, place.originY}; };
+  EXPECT_EQ(origin(clone->InputPlace()), (std::array{3, 4}));
+  EXPECT_EQ(origin(clone->Input2Place()), (std::array{5, 6}));
+  EXPECT_EQ(origin(clone->OutputPlace()), (std::array{7, 8}));
+  EXPECT_EQ(clone->InputPlace().sizeX, 8.0f);
+  const BlurSize size = clone->GetBlurSize(2.5);
+  EXPECT_EQ(size.x, 6.0f) << "half the blur, as in the source's frame";
+  EXPECT_EQ(size.y, 3.0f) << "of a field";
+  bench.effect->SetInput2(nullptr);
+  EXPECT_EQ(CloneOf(*bench.effect)->Verify(), kNullPointer) << "a transition wants its second clip";
+}
+
+TEST(BlurObject, ACloneTellsNobodyOfItsChanges) {
+  struct Deaf : IDSPropertyNotify {
+    void OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t) override { ++notices; }
+    int notices = 0;
+  } deaf;
+  const auto effect = NewBlur();
+  effect->Advise(&deaf);
+  const auto clone = CloneOf(*effect);
+  clone->SetDefaults();
+  EXPECT_EQ(deaf.notices, 0);
+  effect->Unadvise(&deaf);
 }
 
 TEST(BlurObject, ACloneReportsItsPlacesToItsSource) {
@@ -373,7 +321,7 @@ TEST(BlurObject, ACloneReportsItsPlacesToItsSource) {
   EXPECT_EQ(source->InputPlace().positionY, 12.0f);
   EXPECT_EQ(source->InputPlace().sizeX, 120.0f);
   EXPECT_EQ(source->InputPlace().sizeY, 122.0f);
-  // The first input's, on purpose.
+  // The first input's again.
   EXPECT_EQ(source->Input2Place().positionX, 10.0f);
   EXPECT_EQ(source->Input2Place().sizeX, 120.0f);
 }

@@ -71,6 +71,10 @@ class UnusableImage : public IDSImage, public host::IHostOrigin {
   HRESULT why_;
 };
 
+inline ComPtr<Blur> NewBlur() {
+  return ComPtr<Blur>::Own(new Blur());
+}
+
 // Has the effect used as a kind, as a host would.
 inline void UseAs(Blur& effect, host::EffectKind kind) {
   tagDSImgFxInfo use;
@@ -121,7 +125,7 @@ class EffectBench {
     return size;
   }
 
-  ComPtr<Blur> effect = ComPtr<Blur>::Own(new Blur());
+  ComPtr<Blur> effect = NewBlur();
   host::HostImage output, input, input2, mask;
   bool hasOutput = true;
   bool hasInput = true;

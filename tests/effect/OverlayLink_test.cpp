@@ -56,7 +56,7 @@ class OverlayLink : public testing::Test {
   OverlayLink() {
     host::AddServer(&ToolClassObject);
     offersTool = true;
-    effect = ComPtr<Blur>::Own(new Blur());
+    effect = NewBlur();
     viewer.edited = static_cast<IDSProperties*>(effect.get());
     UseAs(*effect, host::EffectKind::Filter);
   }

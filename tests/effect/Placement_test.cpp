@@ -70,7 +70,7 @@ class Placement : public testing::Test {
   PartialProject project;
   host::CoordMan coordMan{{1.0, 1.0}};
   host::HostImage input, output, input2;
-  ComPtr<Blur> effect = ComPtr<Blur>::Own(new Blur());
+  ComPtr<Blur> effect = NewBlur();
 };
 
 TEST_F(Placement, IsInUserUnitsByTheRatioOfTheHeights) {
@@ -115,13 +115,13 @@ TEST_F(Placement, HasNoOriginWithoutCoordinates) {
 
 TEST_F(Placement, ANewEffectLiesOverTheOpenProject) {
   const host::OpenContent open(project);
-  const auto fresh = ComPtr<Blur>::Own(new Blur());
+  const auto fresh = NewBlur();
   for (const PlaceRecord* place : {&fresh->OutputPlace(), &fresh->InputPlace(), &fresh->Input2Place()})
     ExpectPlace(*place, {0.0f, 0.0f, 250.0f, 60.0f}, {0, 0});
 }
 
 TEST_F(Placement, ANewEffectHasASizeOfOneWithoutAProject) {
-  const auto fresh = ComPtr<Blur>::Own(new Blur());
+  const auto fresh = NewBlur();
   for (const PlaceRecord* place : {&fresh->OutputPlace(), &fresh->InputPlace(), &fresh->Input2Place()})
     ExpectPlace(*place, {0.0f, 0.0f, 1.0f, 1.0f}, {0, 0});
 }
