@@ -15,14 +15,23 @@ namespace vblur {
 namespace {
 
 std::atomic<std::int32_t> locks = 0;
-bool offersTool = true;
+enum class Offer { Tool, Stranger, Nothing };
+Offer offer = Offer::Tool;
 
-HRESULT ToolClassObject(const GUID& clsid, const GUID& iid, void** result) {
-  if (clsid != classes::kHvTInteract || !offersTool) return kNoSuchClass;
-  auto* const factory = new CDsClassFactory<HvTInteract>(locks);
+// A layer of the viewer that is not the effect's tool.
+struct StrangeTool : CDSInteractiveTool {};
+
+template <class T>
+HRESULT QueryFactoryOf(const GUID& iid, void** result) {
+  auto* const factory = new CDsClassFactory<T>(locks);
   const HRESULT answer = factory->QueryInterface(iid, result);
   factory->Release();
   return answer;
+}
+
+HRESULT ToolClassObject(const GUID& clsid, const GUID& iid, void** result) {
+  if (clsid != classes::kHvTInteract || offer == Offer::Nothing) return kNoSuchClass;
+  return offer == Offer::Tool ? QueryFactoryOf<HvTInteract>(iid, result) : QueryFactoryOf<StrangeTool>(iid, result);
 }
 
 // Links one tool to itself and to the effect that it shows.
@@ -55,7 +64,7 @@ class OverlayLink : public testing::Test {
  protected:
   OverlayLink() {
     host::AddServer(&ToolClassObject);
-    offersTool = true;
+    offer = Offer::Tool;
     effect = NewBlur();
     viewer.edited = static_cast<IDSProperties*>(effect.get());
     UseAs(*effect, host::EffectKind::Filter);
@@ -93,7 +102,41 @@ TEST_F(OverlayLink, IsNotMadeForPaint) {
   UseAs(*effect, host::EffectKind::Paint);
   EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
   EXPECT_EQ(effect->OverlayTool(), nullptr);
+  UseAs(*effect, host::EffectKind::Filter);
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
   effect->DisconnectOverlay();
+  EXPECT_EQ(effect->OverlayTool(), nullptr) << "the page of the paint effect was not counted";
+}
+
+TEST_F(OverlayLink, CountsAPageThatFoundNoTool) {
+  offer = Offer::Nothing;
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kNoSuchClass);
+  offer = Offer::Tool;
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
+  effect->DisconnectOverlay();
+  EXPECT_NE(effect->OverlayTool(), nullptr) << "two pages were shown, one was closed";
+  EXPECT_EQ(viewer.removals, 0);
+  effect->DisconnectOverlay();
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+  EXPECT_EQ(viewer.removals, 1);
+}
+
+TEST_F(OverlayLink, DoesNotCountAPageWithoutAViewer) {
+  EXPECT_EQ(effect->ConnectOverlay(nullptr), kNullPointer);
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
+  effect->DisconnectOverlay();
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+}
+
+TEST_F(OverlayLink, TakesAwayWhatItPutOnTheViewerThoughItIsNoTool) {
+  offer = Offer::Stranger;
+  EXPECT_EQ(effect->ConnectOverlay(&viewer), kNoInterface);
+  EXPECT_EQ(effect->OverlayTool(), nullptr);
+  EXPECT_EQ(locks, 0) << "the viewer alone holds it";
+  ASSERT_TRUE(viewer.layer);
+  effect->DisconnectOverlay();
+  EXPECT_EQ(viewer.removals, 1);
+  EXPECT_FALSE(viewer.layer);
 }
 
 TEST_F(OverlayLink, IsCountedAfterTheFirstPage) {
@@ -114,7 +157,7 @@ TEST_F(OverlayLink, IsCountedAfterTheFirstPage) {
 }
 
 TEST_F(OverlayLink, PassesOnThatThereIsNoTool) {
-  offersTool = false;
+  offer = Offer::Nothing;
   EXPECT_EQ(effect->ConnectOverlay(&viewer), kNoSuchClass);
   EXPECT_EQ(effect->OverlayTool(), nullptr);
   effect->PageShown("crop");
@@ -147,6 +190,21 @@ TEST_F(OverlayLink, AttachesBothControlsHidden) {
   effect->DisconnectOverlay();
 }
 
+TEST_F(OverlayLink, BindsEachControlToItsProperties) {
+  Put(PropertyId::Aspect, 50.0);
+  Put(PropertyId::CropLeft, 10.0);
+  Put(PropertyId::CropRight, 80.0);
+  Put(PropertyId::CropBottom, 20.0);
+  Put(PropertyId::CropTop, 95.0);
+  effect->ConnectOverlay(&viewer);
+  EXPECT_EQ(Circle()->aspect(), 2.0f);
+  EXPECT_EQ(Crop()->x0(), 40.0f);
+  EXPECT_EQ(Crop()->x1(), 320.0f);
+  EXPECT_EQ(Crop()->y0(), 40.0f);
+  EXPECT_EQ(Crop()->y1(), 190.0f);
+  effect->DisconnectOverlay();
+}
+
 TEST_F(OverlayLink, ShowsWhatThePageInFrontIsAbout) {
   effect->PageShown("FullBlurPPG");
   effect->ConnectOverlay(&viewer);
@@ -166,7 +224,7 @@ TEST_F(OverlayLink, ShowsWhatThePageInFrontIsAbout) {
 }
 
 // A frame of 100 x 50 pixels.
-class OverlayPlace : public OverlayLink {
+class OverlayLinkPlaced : public OverlayLink {
  protected:
   // A surface that OpenGL cannot paint on now.
   class ClosedSurface : public IVWSurface {
@@ -175,13 +233,13 @@ class OverlayPlace : public OverlayLink {
     HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE&) override { return kOk; }
   };
 
-  OverlayPlace() {
+  OverlayLinkPlaced() {
     Paint<Pixel8>(input, 100, 50, black);
     Paint<Pixel8>(output, 100, 50, black);
     effect->ConnectOverlay(&viewer);
     effect->PageShown("crop");
   }
-  ~OverlayPlace() override { effect->DisconnectOverlay(); }
+  ~OverlayLinkPlaced() override { effect->DisconnectOverlay(); }
 
   void Render(IDSImageEffect& renderer) {
     renderer.SetCoordMan(&coordMan);
@@ -213,7 +271,7 @@ class OverlayPlace : public OverlayLink {
   const HvBox picture{0.0f, 100.0f, 0.0f, 50.0f};
 };
 
-TEST_F(OverlayPlace, FollowsThePictureWhenAPageIsShown) {
+TEST_F(OverlayLinkPlaced, FollowsThePictureWhenAPageIsShown) {
   EXPECT_EQ(Crop()->limits(), frame);
   Render(*effect);
   EXPECT_EQ(Crop()->limits(), frame);
@@ -222,14 +280,34 @@ TEST_F(OverlayPlace, FollowsThePictureWhenAPageIsShown) {
   EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
-TEST_F(OverlayPlace, FollowsThePictureOfAClone) {
+TEST_F(OverlayLinkPlaced, StaysWhereItIsOnANewToolUntilAPageIsShown) {
+  Render(*effect);
+  effect->DisconnectOverlay();
+  effect->ConnectOverlay(&viewer);
+  EXPECT_EQ(Crop()->limits(), frame) << "placed with the first tool";
+  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{400.0f, 200.0f}));
+  effect->PageShown("crop");
+  EXPECT_EQ(Crop()->limits(), picture);
+  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+}
+
+TEST_F(OverlayLinkPlaced, LiesAtThePlaceOfThePicture) {
+  input.Place(InWorld({30.0, 20.0}, {100.0, 50.0}));
+  Render(*effect);
+  effect->PageShown("crop");
+  EXPECT_EQ(Crop()->limits(), (HvBox{30.0f, 130.0f, 20.0f, 70.0f}));
+  EXPECT_EQ(effect->OverlayTool()->viewOrigin(), (HvPoint{30.0f, 20.0f}));
+  EXPECT_EQ(effect->OverlayTool()->srcCentre().centre(), (HvPoint{80.0f, 45.0f}));
+}
+
+TEST_F(OverlayLinkPlaced, FollowsThePictureOfAClone) {
   Render(*Clone());
   EXPECT_EQ(Crop()->limits(), picture);
   EXPECT_EQ(Crop()->x1(), 100.0f);
   EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
-TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPage) {
+TEST_F(OverlayLinkPlaced, FollowsACloneOfAnotherThreadAtTheNextPage) {
   RenderElsewhere();
   EXPECT_EQ(Crop()->limits(), frame) << "widgets belong to the viewer's thread";
   EXPECT_EQ(effect->InputPlace().sizeX, 100.0f);
@@ -237,7 +315,7 @@ TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPage) {
   EXPECT_EQ(Crop()->limits(), picture);
 }
 
-TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPaint) {
+TEST_F(OverlayLinkPlaced, FollowsACloneOfAnotherThreadAtTheNextPaint) {
   RenderElsewhere();
   ClosedSurface surface;
   effect->OverlayTool()->OnRender(&surface);
@@ -245,7 +323,7 @@ TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPaint) {
   EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
-TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPenEvent) {
+TEST_F(OverlayLinkPlaced, FollowsACloneOfAnotherThreadAtTheNextPenEvent) {
   HvTInteract& tool = *effect->OverlayTool();
   RenderElsewhere();
   tool.OnPenMove({0, 10.0, 10.0});
@@ -257,7 +335,7 @@ TEST_F(OverlayPlace, FollowsACloneOfAnotherThreadAtTheNextPenEvent) {
   tool.OnPenUp({1, 10.0, 10.0});
 }
 
-TEST_F(OverlayPlace, StaysInThePensHandsUntilItIsLifted) {
+TEST_F(OverlayLinkPlaced, StaysInThePensHandsUntilItIsLifted) {
   HvTInteract& tool = *effect->OverlayTool();
   tool.OnPenDown({1, 0.0, 100.0});
   tool.OnPenMove({1, 100.0, 100.0});
@@ -274,7 +352,7 @@ TEST_F(OverlayPlace, StaysInThePensHandsUntilItIsLifted) {
   EXPECT_EQ(Crop()->x0(), 30.0f);
 }
 
-TEST_F(OverlayPlace, ReadsNothingAgainWhenNoCloneReported) {
+TEST_F(OverlayLinkPlaced, ReadsNothingAgainWhenNoCloneReported) {
   HvTInteract& tool = *effect->OverlayTool();
   RenderElsewhere();
   tool.OnPenMove({0, 10.0, 10.0});
@@ -283,7 +361,7 @@ TEST_F(OverlayPlace, ReadsNothingAgainWhenNoCloneReported) {
   EXPECT_EQ(Crop()->limits(), (HvBox{1.0f, 3.0f, 2.0f, 4.0f}));
 }
 
-TEST_F(OverlayPlace, IsNotAskedForAfterTheEffect) {
+TEST_F(OverlayLinkPlaced, IsNotAskedForAfterTheEffect) {
   const ComPtr<HvTInteract> tool(effect->OverlayTool());
   RenderElsewhere();
   effect.reset();
