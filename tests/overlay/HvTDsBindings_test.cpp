@@ -255,6 +255,28 @@ TEST_F(HvTDsCropTest, ReadsAllFourOrNone) {
   EXPECT_EQ(Lines(), (HvBox{40.0f, 360.0f, 40.0f, 160.0f}));
 }
 
+TEST_F(HvTDsCropTest, ComparesAnEmptySlotOnlyWhereAValueIsGiven) {
+  crop_.BindProperties(kLeftId, GUID_NO_PROPERTY, kBottomId, GUID_NO_PROPERTY);
+  world_.theOperator->values = {10.0, 0.0, 30.0, 70.0, 40.0, 60.0};
+  const HvBox before = Lines();
+  EXPECT_EQ(crop_.OnPropertyChange(GUID_NO_PROPERTY, nullptr), 0);
+  crop_.Refresh();
+  EXPECT_EQ(Lines(), before) << "all four or none";
+  const DSVariant value = DSVariant::Of(50.0);
+  EXPECT_EQ(crop_.OnPropertyChange(GUID_NO_PROPERTY, &value), 1);
+  EXPECT_EQ(Lines(), (HvBox{40.0f, 200.0f, 40.0f, 100.0f}));
+  EXPECT_EQ(crop_.OnPropertyChange(GUID_ALL_PROPERTIES, nullptr), 1);
+  EXPECT_EQ(Lines(), (HvBox{120.0f, 200.0f, 80.0f, 100.0f})) << "those that have a property";
+}
+
+TEST_F(HvTDsCropTest, WritesNothingForAnEmptySlot) {
+  crop_.BindProperties(GUID_NO_PROPERTY, kRightId, kBottomId, GUID_NO_PROPERTY);
+  Drag(40.0, 160.0, 60.0, 150.0);
+  EXPECT_TRUE(world_.theOperator->writes.empty());
+  Drag(60.0, 40.0, 80.0, 50.0);
+  EXPECT_EQ(world_.theOperator->writes, (Writes{{kBottomId, 25.0}}));
+}
+
 TEST_F(HvTDsCropTest, FollowsTheTime) {
   world_.theOperator->PutCurve(kLeftId, DSCurve{{{0.0, 0.0}, {10.0, 50.0}}});
   world_.tool->OnOnTimeChange(4.0);

@@ -8,6 +8,22 @@
 namespace vblur {
 namespace {
 
+// What the base class of tools was asked to render, and what it answers.
+struct BaseRender {
+  std::vector<IVWSurface*> surfaces;
+  HRESULT answer = kOk;
+} baseRender;
+
+}  // namespace
+
+// Takes the place of the viewer library's in this program.
+HRESULT CDSInteractiveTool::OnRender(IVWSurface* surface) {
+  baseRender.surfaces.push_back(surface);
+  return baseRender.answer;
+}
+
+namespace {
+
 using test::GlRecording;
 using test::NewTool;
 
@@ -90,6 +106,28 @@ TEST(HvTInteractPaint, PassesTheWorldThroughFloats) {
 TEST(HvTInteractPaint, RefusesNoSurface) {
   const auto tool = NewTool();
   EXPECT_EQ(tool->OnRender(nullptr), kNullPointer);
+}
+
+TEST(HvTInteractPaint, CallsTheBaseAndHandsItsResultOn) {
+  GlRecording gl;
+  const auto tool = NewTool();
+  TestSurface surface;
+  const auto answerOf = [&](HRESULT base) {
+    baseRender = {{}, base};
+    const HRESULT answer = tool->OnRender(&surface);
+    EXPECT_EQ(baseRender.surfaces, std::vector<IVWSurface*>{&surface});
+    return answer;
+  };
+  EXPECT_EQ(answerOf(kFalse), kFalse);
+  EXPECT_EQ(answerOf(kOutOfMemory), kOutOfMemory);
+  surface.result = kFailed;
+  EXPECT_EQ(answerOf(kFalse), kFalse) << "without a surface that opens";
+  tool->ShowControls(false);
+  EXPECT_EQ(answerOf(kOutOfMemory), kOutOfMemory) << "with the controls hidden";
+  EXPECT_EQ(answerOf(kOk), kOk);
+  baseRender = {};
+  EXPECT_EQ(tool->OnRender(nullptr), kNullPointer);
+  EXPECT_TRUE(baseRender.surfaces.empty());
 }
 
 TEST(HvTInteractPaint, LeavesOutTheOverlayWhereNoSurfaceOpens) {

@@ -255,6 +255,8 @@ TEST(HvTInteractViewRect, StaysWithinAHundredth) {
   world.viewer.invalidations = 0;
   EXPECT_EQ(world.tool->SetViewRect({10.009f, 19.991f}, {100.009f, 49.991f}), 0);
   EXPECT_EQ(world.tool->viewOrigin(), (HvPoint{10.0f, 20.0f}));
+  EXPECT_EQ(world.tool->viewSize(), (HvPoint{100.0f, 50.0f}));
+  EXPECT_EQ(world.tool->srcCentre().centre(), (HvPoint{60.0f, 45.0f}));
   EXPECT_EQ(world.viewer.invalidations, 0);
   const auto differs = [&](HvPoint origin, HvPoint size) { return world.tool->RectDiffers(origin, size); };
   EXPECT_TRUE(differs({10.02f, 20.0f}, {100.0f, 50.0f}));
