@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "bench/Cases.h"
@@ -48,13 +50,18 @@ void runKernel(benchmark::State& state, const test::KernelCase& kernel, const st
 
 }  // namespace
 
+// A quick run has one case of each kernel.
 void addKernelCases(const Plan& plan) {
+  constexpr double kSeconds = 0.05;
+  std::set<std::string> seen;
   for (const auto& list : {test::imageKernels(), test::blurKernels(), test::compositeKernels()}) {
     for (const test::KernelCase& kernel : list) {
+      if (!seen.insert(kernel.kernel).second && plan.quick) continue;
       for (const std::string& level : HvCpuLevels()) {
         if (plan.quick && level != "native") continue;
         addCase(CaseName("kernel").with("name", kernel.name).with("threads", 1).with("level", level),
-                [=](benchmark::State& state) { runKernel(state, kernel, level); });
+                [=](benchmark::State& state) { runKernel(state, kernel, level); })
+            ->MinTime(kSeconds);
       }
     }
   }

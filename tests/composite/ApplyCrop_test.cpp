@@ -1,8 +1,12 @@
 // The box, edge methods and outside colour that a crop gives to a texture.
 #include "composite/ApplyCrop.h"
 
+#include <algorithm>
+#include <vector>
+
 #include <gtest/gtest.h>
 
+#include "blur/FuzzSampler.h"
 #include "image/SimpleCopySampler.h"
 #include "tests/composite/CropOf.h"
 #include "tests/composite/Pictures.h"
@@ -113,6 +117,55 @@ TEST(ApplyCrop, ACopyShowsTheCropColourBeyondTheBox) {
   const R8 red = Make<R8>(255, 0, 0, 0);
   const R8 picture = Make<R8>(9, 9, 9, 9);
   EXPECT_EQ(PixelsOf(out), (std::vector<R8>{red, picture, picture, red, red, picture, picture, red}));
+}
+
+// Columns 8 to 15 of 24, blurred along x with boxes of three pixels: a box gives (sum x 5461 + 8192) >> 14, and the crop
+// colour goes on beyond the picture.
+template <class Pixel, std::int32_t Max>
+std::vector<Pixel> blurredInACrop(const Pixel& inside, const Rf& colour) {
+  HvTexture<Pixel, Ri> texture(24, 2);
+  Fill(texture, inside);
+  CropSettings crop = cropOf(0.34f, 0.65f, 0.0f, 1.0f);
+  crop.xEdgeMethod = kEdgeColour;
+  crop.colour = colour;
+  HvTexture<Pixel, Rf> view;
+  view.share(texture);
+  ApplyCropToTexture(view, crop);
+  EXPECT_EQ(view.horizontal.lo, 8);
+  EXPECT_EQ(view.horizontal.hi, 15);
+  HvTexture<Pixel, Ri> source;
+  source.share(view);
+  HvTexture<Pixel, Ri> out(24, 2);
+  FuzzSampler<Pixel, Ri, Max> sampler;
+  sampler.sizeX = 1.0f;
+  sampler.process(&source, &out);
+  std::vector<Pixel> pixels = PixelsOf(out);
+  EXPECT_TRUE(std::equal(pixels.begin(), pixels.begin() + 24, pixels.begin() + 24)) << "both rows are the same";
+  pixels.resize(24);
+  return pixels;
+}
+
+TEST(ApplyCrop, ABlurFadesToTheCropColourAndAlphaToZero) {
+  const auto row = blurredInACrop<R8, 255>(Make<R8>(0, 250, 0, 255), MakeFloat(1.0f, 0.0f, 0.0f, 0.0f));
+  constexpr std::int32_t kRed[] = {255, 255, 255, 255, 255, 246, 217, 161, 94, 38, 9, 0};
+  constexpr std::int32_t kGreen[] = {0, 0, 0, 0, 0, 9, 37, 93, 157, 213, 241, 250};
+  constexpr std::int32_t kAlpha[] = {0, 0, 0, 0, 0, 9, 38, 94, 161, 217, 246, 255};
+  for (std::size_t i = 0; i < 12; ++i) {
+    EXPECT_EQ(row[i], Make<R8>(kRed[i], kGreen[i], 0, kAlpha[i])) << i;
+    EXPECT_EQ(row[23 - i], row[i]) << i;
+  }
+}
+
+// A crop colour of 1.0 is 16384, not the top of the storage.
+TEST(ApplyCrop, ABlurFadesToTheCropColourAtSixteenBits) {
+  const auto row = blurredInACrop<R16, 32767>(Make<R16>(0, 32767, 0, 16384), MakeFloat(1.0f, 0.0f, 0.0f, 0.0f));
+  constexpr std::int32_t kRed[] = {16381, 16381, 16381, 16381, 16381, 15774, 13954, 10314, 6067, 2427, 607, 0};
+  constexpr std::int32_t kGreen[] = {0, 0, 0, 0, 0, 1213, 4853, 12134, 20627, 27908, 31548, 32761};
+  constexpr std::int32_t kAlpha[] = {0, 0, 0, 0, 0, 607, 2427, 6067, 10314, 13954, 15774, 16381};
+  for (std::size_t i = 0; i < 12; ++i) {
+    EXPECT_EQ(row[i], Make<R16>(kRed[i], kGreen[i], 0, kAlpha[i])) << i;
+    EXPECT_EQ(row[23 - i], row[i]) << i;
+  }
 }
 
 }  // namespace

@@ -1,12 +1,114 @@
 // The kernels of src/composite, for tests and benchmarks.
 #pragma once
 
+#include <cstdint>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "composite/HvDsMaskFixer.h"
+#include "composite/HvDsPaintCombiner.h"
+#include "composite/HvMerge.h"
+#include "composite/HvQuickMixer.h"
+#include "composite/MixCombiner.h"
+#include "tests/composite/MergeKernels.h"
 #include "tests/support/KernelCase.h"
 
 namespace vblur::test {
 
+// A row of n pixels as a picture.
+template <class Pixel, class Accum = Rf>
+class RowPicture : public HvTexture<Pixel, Accum> {
+ public:
+  RowPicture(const Pixel* row, std::int32_t n) { this->wrap(n, 1, const_cast<Pixel*>(row)); }
+};
+
+// Each on the calling thread alone: a row is not worth more of them.
+template <class Processor, class Pixel, class Second>
+void combineRow(Processor& processor, const Pixel* a, const Second* b, std::int32_t n, Pixel* out) {
+  RowPicture<Pixel> first(a, n);
+  RowPicture<Second, std::conditional_t<std::is_same_v<Second, Pixel>, Rf, Cf>> second(b, n);
+  RowPicture<Pixel> result(out, n);
+  processor.Imager::flags |= Imager::kOneThread;
+  processor.process(&first, &second, &result);
+}
+
+template <class Pixel>
+void addMerges(std::vector<KernelCase>& cases) {
+  using Merge = HvMerge<Pixel, Rf, Pixel::kOne>;
+  struct Form {
+    const char* name;
+    float gain;
+    float blend;
+  };
+  static constexpr Form kForms[] = {
+      {"integer", 1.0f, 0.5f}, {"gained", 0.75f, 0.5f}, {"towards a", 1.0f, 0.35f}, {"towards b", 1.0f, 0.8f}};
+  for (const HvMergeMethod method : kMergeMethods) {
+    for (const Form& form : kForms) {
+      Merge merge;
+      merge.rgbMode = 1;
+      merge.method = method;
+      merge.setGains(form.gain, 1.0f);
+      merge.setBlend(form.blend);
+      const std::string kernel = mergeKernelName(merge);
+      const std::string name = kernel + " of method " + std::to_string(method) + ", " + form.name;
+      cases.push_back(pairCase<Pixel, Pixel, Pixel>(
+          name, kernel, [merge](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
+            Merge once = merge;
+            combineRow(once, a, b, n, out);
+          }));
+    }
+  }
+}
+
+template <class Pixel>
+void addMixes(std::vector<KernelCase>& cases) {
+  using Mask = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
+  const std::string depth = sizeof(Pixel) == 4 ? " 8" : " 16";
+  for (const float weightA : {0.3f, 1.4f}) {
+    const std::string name = "mixRow" + depth + (weightA < 1.0f ? "" : ", clamped");
+    cases.push_back(pairCase<Pixel, Pixel, Pixel>(
+        name, "mixRow" + depth, [weightA](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
+          MixCombiner<Pixel, Rf, Pixel::kOne> mix;
+          mix.weightA = weightA;
+          mix.weightB = 0.7f;
+          combineRow(mix, a, b, n, out);
+        }));
+  }
+  cases.push_back(pairCase<Pixel, Pixel, Pixel>(
+      "quickMixRow" + depth, "quickMixRow" + depth, [](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
+        RowPicture<Pixel> first(a, n);
+        RowPicture<Pixel> second(b, n);
+        RowPicture<Pixel> result(out, n);
+        HvQuickMixer<Pixel, Rf, Pixel::kMax> mixer;
+        mixer.amount = 0.3f;
+        mixer.options &= ~static_cast<std::uint32_t>(HvImgProc::kUseThreads);
+        mixer.run(&first, &second, &result);
+      }));
+  cases.push_back(rowCase<Pixel, Pixel>("mixByAlphaRow" + depth, "mixByAlphaRow" + depth,
+                                        [](const Pixel* in, std::int32_t n, Pixel* out) {
+                                          RowPicture<Pixel> source(in, n);
+                                          RowPicture<Pixel> result(out, n);
+                                          HvDsMaskFixer<Pixel, Rf, Pixel::kMax> fixer;
+                                          fixer.mixByAlpha = 1;
+                                          fixer.channels = 2;
+                                          fixer.flags |= Imager::kOneThread;
+                                          fixer.process(&source, &result);
+                                        }));
+  cases.push_back(pairCase<Pixel, Mask, Pixel>("paintRow" + depth, "paintRow" + depth,
+                                               [](const Pixel* a, const Mask* mask, std::int32_t n, Pixel* out) {
+                                                 HvDsPaintCombiner<Pixel, Rf, Mask, Cf> painter;
+                                                 combineRow(painter, a, mask, n, out);
+                                               }));
+}
+
 inline std::vector<KernelCase> compositeKernels() {
-  return {};
+  std::vector<KernelCase> cases;
+  addMerges<R8>(cases);
+  addMerges<R16>(cases);
+  addMixes<R8>(cases);
+  addMixes<R16>(cases);
+  return cases;
 }
 
 }  // namespace vblur::test
