@@ -1,4 +1,4 @@
-// What is measured, under names that a program can read: key=value/key=value/...
+// The benchmark cases and their machine-readable names: key=value/key=value/...
 #pragma once
 
 #include <cstdint>
@@ -21,20 +21,20 @@ struct Size {
 
 // The radius of one box, in pixels; a whole filter is three boxes along each axis.
 inline constexpr float kRadii[] = {0.5f, 3.0f, 3.33f, 10.0f, 33.0f, 33.3f, 62.0f, 100.0f, 127.0f, 333.0f};
-// Those that peers and the instruction sets are measured at.
+// The radii of peers and instruction sets.
 inline constexpr float kFewRadii[] = {0.5f, 3.33f, 10.0f, 33.3f, 100.0f, 333.0f};
 
 struct Plan {
   bool quick = false;
 
-  // A quick run leaves out what is between.
+  // A quick run measures a subset.
   std::vector<float> radii() const;
   std::vector<float> peerRadii() const;
-  // The one that all figures are told at, smaller ones, and a large one where the machine has the memory.
+  // The reference size, smaller ones, and a large one if the machine has the memory.
   std::vector<Size> sizes() const;
 };
 
-// key=value, and the next behind a slash.
+// Builds a name of key=value parts, separated by slashes.
 class CaseName {
  public:
   explicit CaseName(std::string_view what) : text_("what=" + std::string(what)) {}
@@ -48,10 +48,10 @@ class CaseName {
   std::string text_;
 };
 
-// Times go by the wall: what other threads do counts.
+// Measures wall-clock time, so that the work of other threads counts.
 benchmark::internal::Benchmark* addCase(const CaseName& name, std::function<void(benchmark::State&)> function);
 
-// The threads of all runs; those that stand are left standing.
+// Sets the size of the pool; threads that it has already are kept.
 void useThreads(std::int32_t count);
 
 void addCopyCases(const Plan& plan);
@@ -59,7 +59,7 @@ void addBlurCases(const Plan& plan);
 void addMixBackCases(const Plan& plan);
 void addThreadCases();
 void addKernelCases(const Plan& plan);
-// Each also says its peer's version in the run's context.
+// Peers also report their version in the context of the run.
 void addOpenCvCases(const Plan& plan);
 void addLibavfilterCases(const Plan& plan);
 

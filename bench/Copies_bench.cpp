@@ -1,5 +1,5 @@
-// The floor: what it costs to move a picture's bytes, by the same pool of threads; and the other ways to move or to
-// write them beside it.
+// The floor: plain copies of a picture's bytes on the same thread pool, and beside them the copying and filling
+// processors.
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -14,7 +14,7 @@ namespace vblur::bench {
 
 namespace {
 
-// Anything that reads the source, writes an intermediate, reads it and writes a result moves these bytes.
+// The memory traffic of a two-pass filter: read the source, write and read an intermediate, write a result.
 template <class Pixel>
 void fourCopies(benchmark::State& state, std::int32_t threads, const Size& size) {
   useThreads(threads);
@@ -28,7 +28,7 @@ void fourCopies(benchmark::State& state, std::int32_t threads, const Size& size)
   if (hashOf(all.result) != hashOf(all.source)) state.SkipWithError("a wrong copy");
 }
 
-// What reads a source and a result and writes a result moves no more than this.
+// The memory traffic of a mix in place: read two pictures, write one.
 template <class Pixel>
 void copySourceAndResult(benchmark::State& state, const Size& size) {
   useThreads(1);
@@ -54,11 +54,11 @@ constexpr std::pair<RowForm, const char*> kRowForms[] = {
     {RowForm::Clear, "clear"},
 };
 
-// One picture into another, both of which are read or written once.
+// One picture into another: one read, one write.
 template <class Pixel>
 void copyPicture(HvTexture<Pixel, Rf>& from, HvTexture<Pixel, Rf>& to, RowForm form) {
   const bool mirrored = form == RowForm::Mirror || form == RowForm::MirrorRgb;
-  // Left of the picture lies its mirror image.
+  // Shifted by its width, so that the target reads its reflection.
   from.setOrigin(mirrored ? from.width() : 0, 0);
   HvRGBCopySampler<Pixel, Rf> copy;
   copy.channels = form == RowForm::CopyRgb || form == RowForm::MirrorRgb ? 7 : 15;
@@ -70,7 +70,7 @@ void fillPicture(HvTexture<Pixel, Rf>& picture, RowForm form) {
   HvImgFiller<Pixel, Rf> filler;
   filler.colourIsZero = form == RowForm::Clear;
   filler.colour = Pixel{{10, 20, 30, 40}};
-  // Outside an empty rectangle in the middle all is filled row by row; otherwise rows are copies of the first.
+  // With fillOutside every row is filled by itself; otherwise rows are copies of the first.
   filler.fillOutside = form == RowForm::Blank;
   filler.left = filler.right = picture.width() / 2;
   filler.top = picture.height();
@@ -98,7 +98,7 @@ void moveRows(benchmark::State& state, RowForm form, const std::string& level, c
   for (auto _ : state)
     render();
   HvSetCpuLevel("native");
-  if (hashOf(result) != expected) state.SkipWithError("another picture than the twin's");
+  if (hashOf(result) != expected) state.SkipWithError("the picture differs from the twin's");
 }
 
 template <class Pixel>

@@ -1,4 +1,4 @@
-// The whole filter: every size, channel choice and instruction set, and pictures of several sizes.
+// The whole filter: radii, channel choices, instruction sets and picture sizes.
 #include "bench/Pictures.h"
 #include "blur/FuzzSampler.h"
 #include "image/HvCpu.h"
@@ -34,7 +34,7 @@ void blur(benchmark::State& state, const BlurCase& blurCase, const std::string& 
   for (auto _ : state)
     render();
   HvSetCpuLevel("native");
-  if (hashOf(all.result) != expected) state.SkipWithError("another picture than the twin's");
+  if (hashOf(all.result) != expected) state.SkipWithError("the picture differs from the twin's");
 }
 
 template <class Pixel>
@@ -53,7 +53,7 @@ void add(const BlurCase& blurCase) {
 template <class Pixel>
 void addLevels(const Plan& plan) {
   for (const std::string& level : HvCpuLevels()) {
-    // The best one has its figures already.
+    // The best level is measured by the cases above.
     if (level == "native" || level == HvCpuLevel()) continue;
     const bool everywhere = level == "AVX2";
     if (plan.quick && !everywhere) continue;

@@ -1,5 +1,5 @@
-// What it costs to have all threads of the pool do nothing: at once after another run, and when they have gone to
-// sleep meanwhile.
+// The overhead of an empty run on all threads of the pool: right after another run, and after the threads went to
+// sleep.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -25,7 +25,7 @@ void runOnce() {
   HvThreadRun(reinterpret_cast<HvThreadFunction>(&countCall), 1, HvWord{0});
 }
 
-// What is told is the median of many runs: one that another process has got in the way of is not the pool's.
+// Reports the median of many runs, which ignores those that another process disturbed.
 void emptyRun(benchmark::State& state, std::int32_t threads, std::size_t runs, std::chrono::microseconds pause) {
   useThreads(threads);
   calls = 0;

@@ -1,4 +1,4 @@
-// Each kernel on rows that stay in the nearest caches, at each level: what its arithmetic costs without the memory.
+// Each kernel on rows that stay in the first-level cache, at each level: its arithmetic without memory traffic.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -25,7 +25,7 @@ std::vector<unsigned char> numbered(std::size_t bytes) {
   return all;
 }
 
-// Rows of one run: `out` begins with the same bytes each time.
+// The output of one run; `out` starts with the same bytes each time.
 std::vector<unsigned char> resultOf(const test::KernelCase& kernel, const test::KernelRow& rows) {
   std::vector<unsigned char> out = numbered(static_cast<std::size_t>(rows.n) * kernel.outBytes);
   kernel.run({rows.a, rows.b, out.data(), rows.n});
@@ -40,7 +40,7 @@ void runKernel(benchmark::State& state, const test::KernelCase& kernel, const st
   HvSetCpuLevel("twin");
   const auto expected = resultOf(kernel, rows);
   HvSetCpuLevel(level);
-  if (resultOf(kernel, rows) != expected) state.SkipWithError("another row than the twin's");
+  if (resultOf(kernel, rows) != expected) state.SkipWithError("the row differs from the twin's");
   auto out = numbered(static_cast<std::size_t>(n) * kernel.outBytes);
   for (auto _ : state)
     kernel.run({a.data(), b.data(), out.data(), n});
@@ -61,6 +61,7 @@ void addKernelCases(const Plan& plan) {
         if (plan.quick && level != "native") continue;
         addCase(CaseName("kernel").with("name", kernel.name).with("threads", 1).with("level", level),
                 [=](benchmark::State& state) { runKernel(state, kernel, level); })
+            ->Unit(benchmark::kMicrosecond)
             ->MinTime(kSeconds);
       }
     }

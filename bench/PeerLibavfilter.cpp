@@ -1,5 +1,4 @@
-// FFmpeg's filters on the same pixels. They want planes of components, and get them: nothing is converted within the
-// time that is measured.
+// FFmpeg's filters on the same pixels, given as planes: no conversion is measured.
 extern "C" {
 #include <libavfilter/avfilter.h>
 #include <libavfilter/buffersink.h>
@@ -80,7 +79,7 @@ class Chain {
 
   bool isReady() const { return ready_; }
 
-  // Null where it fails.
+  // Null on failure.
   Frame filter(const AVFrame& source) {
     Frame in(av_frame_clone(&source));
     in->pts = time_++;
@@ -134,7 +133,7 @@ void addCases(const Plan& plan) {
                 [=](benchmark::State& state) { measure<Pixel>(state, filters, shape, threads, radius); });
       }
     };
-    // One recursive step along each axis, as it comes: the cheapest, of two exponential slopes.
+    // The default of one recursive step per axis, which is the fastest: a two-sided exponential.
     add("FFmpeg gblur", PeerShape::HeavyTails, "gblur=sigma=" + std::to_string(sigmaOfRadius(radius)));
     if (radius < 1.0f) continue;
     add("FFmpeg boxblur", PeerShape::Gaussian, "boxblur=luma_radius=" + whole + ":luma_power=3");

@@ -85,7 +85,7 @@ std::uint64_t hashByTwin(const std::string& name, Texture& texture, const std::f
 }
 
 Likeness likenessOf(const Size& size, float radius, const std::function<double(std::int32_t, std::int32_t)>& value) {
-  // Every column counts in some row, few pixels are asked for.
+  // Samples every seventh pixel, shifted from row to row so that every column counts.
   constexpr std::int32_t kStride = 7;
   const auto reach = static_cast<std::int32_t>(3.0f * radius) + 6;
   const std::int32_t marginX = std::min(reach, size.width / 3);
@@ -139,15 +139,15 @@ const Likeness& likenessOfOurs(const Size& size, float radius) {
 
 template <class Pixel>
 void checkPeer(benchmark::State& state, const Size& size, float radius, PeerShape shape, const Likeness& found) {
-  // Our large blurs darken: peers must keep the mean of the source, and leave of its slopes what we do.
+  // Large blurs of ours darken, so that the mean is compared with the source's and the spread with ours.
   constexpr double kSteps = 2.0 * kStep<Pixel>;
   const Likeness& source = likenessOfSource<Pixel>(size, radius);
   const Likeness& ours = likenessOfOurs<Pixel>(size, radius);
   const double allowance = kSteps + 0.05 * ours.spread;
   const double most = shape == PeerShape::HeavyTails ? source.spread : ours.spread + allowance;
-  if (std::abs(found.mean - source.mean) > kSteps) return state.SkipWithError("another mean than the source");
+  if (std::abs(found.mean - source.mean) > kSteps) return state.SkipWithError("the mean differs from the source's");
   if (found.spread < ours.spread - allowance || found.spread > most) {
-    state.SkipWithError("another spread than a filter of this size");
+    state.SkipWithError("the spread differs from that of a filter of this size");
   }
 }
 

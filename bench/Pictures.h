@@ -1,4 +1,4 @@
-// The pictures that are measured with: made once, every page of them touched, and kept for the whole run.
+// The pictures of the benchmarks: allocated once, all pages touched, kept for the whole run.
 #pragma once
 
 #include <cstdint>
@@ -19,16 +19,16 @@ struct Pictures {
   explicit Pictures(const Size& size);
 
   const Size size;
-  Texture source;   // noise in red, slopes in green and blue, opaque; edges reflect
-  Texture between;  // room for whatever a case needs
+  Texture source;   // noise in red, gradients in green and blue, opaque; edges reflect
+  Texture between;  // scratch
   Texture result;
 };
 
-// Of this size; the pixels of `between` and `result` are what the case before has left.
+// The pictures of this size; `between` and `result` hold what the previous case left.
 template <class Pixel>
 Pictures<Pixel>& pictures(const Size& size);
 
-// Of all bytes of a picture.
+// Over all bytes of a picture.
 std::uint64_t hashOf(const std::byte* memory, std::size_t bytes);
 template <class Texture>
 std::uint64_t hashOf(const Texture& texture) {
@@ -39,29 +39,26 @@ void clear(Texture& texture) {
   std::memset(texture.data, 0, static_cast<std::size_t>(texture.stride) * static_cast<std::size_t>(texture.height()));
 }
 
-// The hash of the picture that the plain code makes. Made once for each name; `render` leaves the picture in the
-// texture.
+// The hash of the plain code's picture, cached by name. `render` renders into the texture.
 template <class Texture>
 std::uint64_t hashByTwin(const std::string& name, Texture& texture, const std::function<void()>& render);
 
-// How bright a picture is and how much is left of its slopes: what two filters of one size must agree on.
+// Mean and remaining contrast of a picture, which filters of equal size must agree on.
 struct Likeness {
   double mean = 0.0;
   double spread = 0.0;
 };
-// value(x, y) is a picture's green. What lies as near to the edges as a filter of this radius reaches is left out:
-// there each filter has its own way.
+// value(x, y) is the green component. Pixels within reach of the edges are left out, since filters differ there.
 Likeness likenessOf(const Size& size, float radius, const std::function<double(std::int32_t, std::int32_t)>& value);
-// Of our own filter's picture, made once for each radius.
+// Of this filter's picture, cached by radius.
 template <class Pixel>
 const Likeness& likenessOfOurs(const Size& size, float radius);
 
 enum class PeerShape {
-  Gaussian,   // as ours, nearly
-  HeavyTails  // of the same sigma, but leaves more of the slopes
+  Gaussian,   // or close to it, like three boxes
+  HeavyTails  // of equal sigma, but keeps more contrast
 };
-// Ends the case as an error where a peer's picture has another mean than the source, or another spread than a filter
-// of this shape leaves.
+// Fails the case if a peer's picture differs in mean from the source, or in spread from a filter of this shape.
 template <class Pixel>
 void checkPeer(benchmark::State& state, const Size& size, float radius, PeerShape shape, const Likeness& found);
 

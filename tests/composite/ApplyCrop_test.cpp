@@ -119,8 +119,8 @@ TEST(ApplyCrop, ACopyShowsTheCropColourBeyondTheBox) {
   EXPECT_EQ(PixelsOf(out), (std::vector<R8>{red, picture, picture, red, red, picture, picture, red}));
 }
 
-// Columns 8 to 15 of 24, blurred along x with boxes of three pixels: a box gives (sum x 5461 + 8192) >> 14, and the crop
-// colour goes on beyond the picture.
+// Columns 8 to 15 of 24, blurred along x with boxes of three pixels: a box gives (sum x 5461 + 8192) >> 14, and the
+// crop colour goes on beyond the picture.
 template <class Pixel, std::int32_t Max>
 std::vector<Pixel> blurredInACrop(const Pixel& inside, const Rf& colour) {
   HvTexture<Pixel, Ri> texture(24, 2);

@@ -1,6 +1,7 @@
 // The kernels of src/composite, for tests and benchmarks.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <type_traits>
@@ -43,15 +44,15 @@ void addMerges(std::vector<KernelCase>& cases) {
   };
   static constexpr Form kForms[] = {
       {"integer", 1.0f, 0.5f}, {"gained", 0.75f, 0.5f}, {"towards a", 1.0f, 0.35f}, {"towards b", 1.0f, 0.8f}};
-  for (const HvMergeMethod method : kMergeMethods) {
+  for (std::size_t i = 0; i < kMergeMethods.size(); ++i) {
     for (const Form& form : kForms) {
       Merge merge;
       merge.rgbMode = 1;
-      merge.method = method;
+      merge.method = kMergeMethods[i];
       merge.setGains(form.gain, 1.0f);
       merge.setBlend(form.blend);
       const std::string kernel = mergeKernelName(merge);
-      const std::string name = kernel + " of method " + std::to_string(method) + ", " + form.name;
+      const std::string name = kernel + ", " + kMergeNames[i] + ", " + form.name;
       cases.push_back(pairCase<Pixel, Pixel, Pixel>(
           name, kernel, [merge](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
             Merge once = merge;
@@ -75,16 +76,16 @@ void addMixes(std::vector<KernelCase>& cases) {
           combineRow(mix, a, b, n, out);
         }));
   }
-  cases.push_back(pairCase<Pixel, Pixel, Pixel>(
-      "quickMixRow" + depth, "quickMixRow" + depth, [](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
-        RowPicture<Pixel> first(a, n);
-        RowPicture<Pixel> second(b, n);
-        RowPicture<Pixel> result(out, n);
-        HvQuickMixer<Pixel, Rf, Pixel::kMax> mixer;
-        mixer.amount = 0.3f;
-        mixer.options &= ~static_cast<std::uint32_t>(HvImgProc::kUseThreads);
-        mixer.run(&first, &second, &result);
-      }));
+  cases.push_back(pairCase<Pixel, Pixel, Pixel>("quickMixRow" + depth, "quickMixRow" + depth,
+                                                [](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
+                                                  RowPicture<Pixel> first(a, n);
+                                                  RowPicture<Pixel> second(b, n);
+                                                  RowPicture<Pixel> result(out, n);
+                                                  HvQuickMixer<Pixel, Rf, Pixel::kMax> mixer;
+                                                  mixer.amount = 0.3f;
+                                                  mixer.options &= ~static_cast<std::uint32_t>(HvImgProc::kUseThreads);
+                                                  mixer.run(&first, &second, &result);
+                                                }));
   cases.push_back(rowCase<Pixel, Pixel>("mixByAlphaRow" + depth, "mixByAlphaRow" + depth,
                                         [](const Pixel* in, std::int32_t n, Pixel* out) {
                                           RowPicture<Pixel> source(in, n);

@@ -1,4 +1,4 @@
-// Which kernel runs the rows of a merge.
+// The merge methods by name, and which kernel runs their rows.
 #pragma once
 
 #include <algorithm>
@@ -16,6 +16,13 @@ inline constexpr std::array kMergeMethods = {
     kMergeDarken,    kMergeLighten,  kMergeScreen,     kMergeMultiply,   kMergeAdd,       kMergeAddOver,
     kMergeAddUnder,  kMergeSubtract, kMergeDifference, kMergeOverlay,    kMergeHardLight,
 };
+
+// Of kMergeMethods, as the mix-back list has them.
+inline constexpr std::array kMergeNames = {
+    "Luminance", "Chroma", "Hue",      "Saturation", "Value",    "Colour",     "Darken",  "Lighten",   "Screen",
+    "Multiply",  "Add",    "Add Over", "Add Under",  "Subtract", "Difference", "Overlay", "HardLight",
+};
+static_assert(kMergeNames.size() == kMergeMethods.size());
 
 // At the level in use, for weights that vector code accepts. Interleaved components serve the integer form, and at 8
 // bits a blend without gains or clamps; the one-lane SCALAR has planes only.
