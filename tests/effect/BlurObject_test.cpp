@@ -140,16 +140,8 @@ TEST(BlurObject, AsksForAsMuchSourceAsItBlurs) {
   bench.Set(PropertyId::Aspect, 25.0);
   bench.hasOutput = bench.hasInput = false;
   bench.Render();
-  host::EffectHost project(host::ProjectSizes{{720.0, 576.0}, {720.0, 576.0}});
-  host::CoordMan coordMan({1.0, 1.0});
-  bench.effect->SetEffectHost(&project);
-  bench.effect->SetCoordMan(&coordMan);
-  double left = 0, right = 0, bottom = 0, top = 0;
-  EXPECT_EQ(bench.effect->GetInputOverscan(0.0, &left, &right, &bottom, &top), kOk);
-  EXPECT_EQ(left, 12.0);
-  EXPECT_EQ(right, 12.0);
-  EXPECT_EQ(bottom, 9.0);
-  EXPECT_EQ(top, 9.0);
+  EXPECT_EQ(bench.Overscan(), (std::array{12.0, 9.0}));
+  double left = 0, right = 0, bottom = 0;
   EXPECT_EQ(bench.effect->GetInputOverscan(0.0, &left, &right, &bottom, nullptr), kNullPointer);
 }
 

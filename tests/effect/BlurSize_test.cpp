@@ -1,96 +1,135 @@
+// The size of the blur, as the effect tells it for a project and its own properties.
 #include "effect/BlurSize.h"
 
+#include <array>
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "effect/Blur.h"
 #include "tests/effect/EffectBench.h"
+#include "tests/effect/PartialProject.h"
 
 namespace vblur {
 namespace {
 
-// The size that the effect tells for a project and its own properties.
-class SizeBench {
- public:
-  SizeBench() : host_(host::ProjectSizes{{720.0, 576.0}, {720.0, 576.0}}), coordMan_({1.0, 1.0}) {
-    effect.SetEffectHost(&host_);
+// A square project of 100 user units, a unit a pixel; and conversions to pixels as they are set.
+class BlurSizeTold : public testing::Test, public IDSCoordMan {
+ protected:
+  BlurSizeTold() {
+    project.sizes = {{kProjectUserSizeX, 100.0},
+                     {kProjectUserSizeY, 100.0},
+                     {kProjectWorldSizeX, 100.0},
+                     {kProjectWorldSizeY, 100.0}};
+    effect->SetEffectHost(&project);
   }
 
-  BlurSize At(double blur, double aspect) {
-    effect.PutValue(PropertyOf(PropertyId::Blur).guid, DSVariant::Of(blur));
-    effect.PutValue(PropertyOf(PropertyId::Aspect).guid, DSVariant::Of(aspect));
-    return effect.GetBlurSize(0.0);
+  // The horizontal and the vertical size.
+  std::array<float, 2> At(double blur, double aspect = 0.0) {
+    effect->PutValue(PropertyOf(PropertyId::Blur).guid, DSVariant::Of(blur));
+    effect->PutValue(PropertyOf(PropertyId::Aspect).guid, DSVariant::Of(aspect));
+    return AtTime(0.0);
+  }
+  std::array<float, 2> AtTime(double time) {
+    const BlurSize size = effect->GetBlurSize(time);
+    return {size.x, size.y};
   }
 
-  Blur effect;
+  DSWorldPair ToRenderedPixels(DSWorldPair point) const override {
+    return {point.x * rendered.x, point.y * rendered.y};
+  }
+  DSWorldPair ToFullPixels(DSWorldPair point) const override { return {point.x * full.x, point.y * full.y}; }
+  DSPixelPair PixelOrigin(const IDSImage&) const override { return {}; }
 
- private:
-  host::EffectHost host_;
-  host::CoordMan coordMan_;
+  using Size = std::array<float, 2>;
+  DSWorldPair rendered{1.0, 1.0};
+  DSWorldPair full{1.0, 1.0};
+  PartialProject project;
+  ComPtr<Blur> effect = NewBlur();
 };
 
-TEST(BlurSize, IsTheBlurInPixels) {
-  SizeBench bench;
-  EXPECT_EQ(bench.At(10.0, 0.0).x, 10.0f);
-  EXPECT_EQ(bench.At(10.0, 0.0).y, 10.0f);
+TEST_F(BlurSizeTold, IsTheBlurInPixels) {
+  EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
+  EXPECT_EQ(At(720.0), (Size{720.0f, 720.0f}));
 }
 
-TEST(BlurSize, NegativeBlurIsNone) {
-  SizeBench bench;
-  EXPECT_EQ(bench.At(-5.0, 0.0).x, 0.0f);
-  EXPECT_EQ(bench.At(-5.0, 0.0).y, 0.0f);
+TEST_F(BlurSizeTold, NegativeBlurIsNone) {
+  EXPECT_EQ(At(-5.0), (Size{0.0f, 0.0f}));
+  effect->PutCurve(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 10.0}, {10.0, -10.0}}, {}});
+  EXPECT_EQ(AtTime(4.0), (Size{2.0f, 2.0f}));
+  EXPECT_EQ(AtTime(7.5), (Size{0.0f, 0.0f}));
 }
 
-TEST(BlurSize, AspectNarrowsOneAxisAndIsLimited) {
-  SizeBench bench;
-  EXPECT_EQ(bench.At(12.0, 25.0).x, 12.0f);
-  EXPECT_EQ(bench.At(12.0, 25.0).y, 9.0f);
-  EXPECT_EQ(bench.At(12.0, -25.0).x, 9.0f);
-  EXPECT_EQ(bench.At(12.0, -25.0).y, 12.0f);
-  EXPECT_EQ(bench.At(12.0, 250.0).y, 0.0f);
-  EXPECT_EQ(bench.At(12.0, 250.0).x, 12.0f);
-  EXPECT_EQ(bench.At(12.0, -250.0).x, 0.0f);
+TEST_F(BlurSizeTold, AspectNarrowsOneAxisAndIsLimited) {
+  EXPECT_EQ(At(12.0, 25.0), (Size{12.0f, 9.0f}));
+  EXPECT_EQ(At(12.0, -25.0), (Size{9.0f, 12.0f}));
+  for (const double aspect : {100.0, 250.0}) {
+    EXPECT_EQ(At(12.0, aspect), (Size{12.0f, 0.0f}));
+    EXPECT_EQ(At(12.0, -aspect), (Size{0.0f, 12.0f}));
+  }
+  effect->PutCurve(PropertyOf(PropertyId::Aspect).guid, host::Curve{{{0.0, 0.0}, {10.0, -100.0}}, {}});
+  EXPECT_EQ(AtTime(5.0), (Size{6.0f, 12.0f}));
 }
 
-TEST(BlurSize, AnUnreadableProjectCountsAsOne) {
-  host::EffectHost host(std::nullopt);
-  Blur effect;
-  effect.SetEffectHost(&host);
-  EXPECT_EQ(effect.GetBlurSize(0.0).x, 10.0f);
-  EXPECT_EQ(effect.GetBlurSize(0.0).y, 10.0f);
-  Blur withoutHost;
-  EXPECT_EQ(withoutHost.GetBlurSize(0.0).x, 10.0f);
+TEST_F(BlurSizeTold, AspectIsNarrowedToAFloat) {
+  const auto narrowed = static_cast<float>(1000.0 * (1.0 - static_cast<double>(0.999f)));
+  EXPECT_NE(narrowed, 1.0f);
+  EXPECT_EQ(At(1000.0, 99.9), (Size{1000.0f, narrowed}));
+  EXPECT_EQ(At(1000.0, -99.9), (Size{narrowed, 1000.0f}));
 }
 
-TEST(BlurSize, UserToWorldRatioDividesTheHorizontalSize) {
-  host::EffectHost host(host::ProjectSizes{{100.0, 50.0}, {100.0, 25.0}});
-  Blur effect;
-  effect.SetEffectHost(&host);
-  EXPECT_EQ(effect.GetBlurSize(0.0).x, 5.0f);
-  EXPECT_EQ(effect.GetBlurSize(0.0).y, 10.0f);
+TEST_F(BlurSizeTold, AnUnreadableProjectCountsAsOne) {
+  project.sizes.clear();
+  EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
+  effect->SetEffectHost(nullptr);
+  EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
 }
 
-TEST(BlurSize, AProxyShrinksIt) {
-  host::EffectHost host(host::ProjectSizes{{100.0, 50.0}, {100.0, 50.0}});
-  host::CoordMan coordMan({0.5, 0.25});
-  Blur effect;
-  effect.SetEffectHost(&host);
-  effect.SetCoordMan(&coordMan);
-  EXPECT_EQ(effect.GetBlurSize(0.0).x, 5.0f);
-  EXPECT_EQ(effect.GetBlurSize(0.0).y, 2.5f);
+TEST_F(BlurSizeTold, TheRatioOfTheHeightsDividesTheHorizontalSize) {
+  project = PartialProject();
+  EXPECT_EQ(AtTime(0.0), (Size{4.0f, 10.0f}));
 }
 
-TEST(BlurSize, FollowsItsCurve) {
-  host::EffectHost host(host::ProjectSizes{{10.0, 10.0}, {10.0, 10.0}});
-  Blur effect;
-  effect.PutCurve(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 0.0}, {10.0, 80.0}}, {}});
-  effect.SetEffectHost(&host);
-  EXPECT_EQ(effect.GetBlurSize(5.0).x, 40.0f);
-  EXPECT_EQ(effect.GetBlurSize(20.0).x, 80.0f);
+TEST_F(BlurSizeTold, TheRatioIsOneWithoutOneOfTheHeights) {
+  project = PartialProject();
+  project.sizes.erase(kProjectWorldSizeY);
+  EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
+  project = PartialProject();
+  project.sizes.erase(kProjectUserSizeY);
+  EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
 }
 
-TEST(DescribeBlurSize, TellsRadiusSigmaAndGain) {
+TEST_F(BlurSizeTold, TheRatioDoesNotNeedTheWidths) {
+  project = PartialProject();
+  project.sizes.erase(kProjectWorldSizeX);
+  EXPECT_EQ(AtTime(0.0), (Size{4.0f, 10.0f}));
+  project.sizes.erase(kProjectUserSizeX);
+  EXPECT_EQ(AtTime(0.0), (Size{4.0f, 10.0f})) << "user units of a pixel, under the ratio";
+}
+
+TEST_F(BlurSizeTold, TheProjectsPixelsAreWhole) {
+  project.sizes[kProjectUserSizeX] = 100.75;
+  project.sizes[kProjectUserSizeY] = 12.5;
+  project.sizes[kProjectWorldSizeY] = 12.5;
+  EXPECT_EQ(AtTime(0.0), (Size{static_cast<float>(static_cast<double>(100.0f / 100.75f) * 10.0),
+                               static_cast<float>(static_cast<double>(12.0f / 12.5f) * 10.0)}));
+}
+
+TEST_F(BlurSizeTold, AProxyShrinksIt) {
+  effect->SetCoordMan(this);
+  EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
+  rendered = {0.5, 0.25};
+  EXPECT_EQ(AtTime(0.0), (Size{5.0f, 2.5f}));
+  full = {2.0, 8.0};
+  EXPECT_EQ(AtTime(0.0), (Size{2.5f, 0.3125f}));
+}
+
+TEST_F(BlurSizeTold, FollowsItsCurve) {
+  effect->PutCurve(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 0.0}, {10.0, 80.0}}, {}});
+  EXPECT_EQ(AtTime(5.0), (Size{40.0f, 40.0f}));
+  EXPECT_EQ(AtTime(20.0), (Size{80.0f, 80.0f}));
+}
+
+TEST(BlurSize, TellsRadiusSigmaAndGain) {
   const Blur effect;
   const BlurSizeFacts small = effect.DescribeBlurSize(3.0);
   EXPECT_FLOAT_EQ(static_cast<float>(small.boxRadius), 1.0f);

@@ -1,30 +1,15 @@
 // Where a frame's pictures and its region lie.
-#include <map>
-#include <string>
+#include <algorithm>
+#include <array>
 
 #include <gtest/gtest.h>
 
 #include "host/sdk/Content.h"
 #include "tests/effect/EffectBench.h"
+#include "tests/effect/PartialProject.h"
 
 namespace vblur {
 namespace {
-
-constexpr const char* kProjectKeys[] = {kProjectUserSizeX, kProjectUserSizeY, kProjectWorldSizeX, kProjectWorldSizeY};
-
-// A project of which some sizes can be read: its user size is 100 by 60, its world size 100 by 24.
-class PartialProject : public IDSEffectHost {
- public:
-  HRESULT ContentProperty(const char* key, double& value) const override {
-    const auto found = sizes.find(key);
-    if (found == sizes.end()) return kFailed;
-    value = found->second;
-    return kOk;
-  }
-
-  std::map<std::string, double> sizes{
-      {kProjectUserSizeX, 100.0}, {kProjectUserSizeY, 60.0}, {kProjectWorldSizeX, 100.0}, {kProjectWorldSizeY, 24.0}};
-};
 
 void ExpectPlace(const PlaceRecord& place, std::array<float, 4> positionAndSize, std::array<std::int32_t, 2> origin) {
   EXPECT_EQ((std::array{place.positionX, place.positionY, place.sizeX, place.sizeY}), positionAndSize);
