@@ -13,7 +13,7 @@ namespace {
 constexpr HvColour kDrawA{1, 0, 0};
 constexpr HvColour kDrawB{0, 0.5f, 1};
 
-class DrawingTest : public ::testing::Test {
+class Drawing : public ::testing::Test {
  protected:
   void SetUp() override {
     ReleaseOverlayQuadric();
@@ -36,12 +36,12 @@ class DrawingTest : public ::testing::Test {
   test::GlRecording recording;
 };
 
-TEST_F(DrawingTest, SetsAColour) {
+TEST_F(Drawing, SetsAColour) {
   SetGlColour({0.1f, 0.2f, 1});
   EXPECT_EQ(recording.text(), "glColor3f(0.1, 0.2, 1)\n");
 }
 
-TEST_F(DrawingTest, DrawsALine) {
+TEST_F(Drawing, DrawsALine) {
   DrawLine(1, -2.5f, 0.1f, 4);
   EXPECT_EQ(recording.text(), R"(glBegin(GL_LINE_STRIP)
 glVertex2f(1, -2.5)
@@ -50,7 +50,7 @@ glEnd()
 )");
 }
 
-TEST_F(DrawingTest, InterlocksTheDashesOfALine) {
+TEST_F(Drawing, InterlocksTheDashesOfALine) {
   DrawDashedLine(0, 1, 2, 3, kDrawA, kDrawB);
   EXPECT_EQ(recording.text(), R"(glGetIntegerv(GL_LINE_STIPPLE_PATTERN) -> 0xffff
 glGetIntegerv(GL_LINE_STIPPLE_REPEAT) -> 1
@@ -70,7 +70,7 @@ glLineStipple(1, 0xffff)
 )");
 }
 
-TEST_F(DrawingTest, RestoresTheStippleThatWasSet) {
+TEST_F(Drawing, RestoresTheStippleThatWasSet) {
   glLineStipple(3, 0x00FF);
   DrawDashedLine(0, 1, 2, 3, kDrawA, kDrawB);
   EXPECT_EQ(recording.lines().back(), "glLineStipple(3, 0xff)");
@@ -79,12 +79,12 @@ TEST_F(DrawingTest, RestoresTheStippleThatWasSet) {
   EXPECT_EQ(recording.lines().back(), "glLineStipple(2, 0xf00)");
 }
 
-TEST_F(DrawingTest, FillsARectangle) {
+TEST_F(Drawing, FillsARectangle) {
   DrawRectFilled(1, 2, 3, 4);
   EXPECT_EQ(recording.text(), "glRectf(1, 2, 3, 4)\n");
 }
 
-TEST_F(DrawingTest, OutlinesARectangle) {
+TEST_F(Drawing, OutlinesARectangle) {
   DrawRectOutline(1, 2, 3, 4);
   EXPECT_EQ(recording.text(), R"(glBegin(GL_LINE_LOOP)
 glVertex2f(1, 2)
@@ -95,7 +95,7 @@ glEnd()
 )");
 }
 
-TEST_F(DrawingTest, MakesTheQuadricWithTheFirstCircle) {
+TEST_F(Drawing, MakesTheQuadricWithTheFirstCircle) {
   DrawCircleOutline(3, 4, 5.5f);
   EXPECT_EQ(recording.text(), R"(gluNewQuadric() -> quadric
 gluQuadricNormals(quadric, GLU_NONE)
@@ -116,7 +116,7 @@ glPopMatrix()
   EXPECT_EQ(recording.liveQuadrics(), 1);
 }
 
-TEST_F(DrawingTest, ReleasesTheQuadric) {
+TEST_F(Drawing, ReleasesTheQuadric) {
   haveQuadric();
   ReleaseOverlayQuadric();
   EXPECT_EQ(recording.text(), "gluDeleteQuadric(quadric)\n");
@@ -128,7 +128,7 @@ TEST_F(DrawingTest, ReleasesTheQuadric) {
   EXPECT_EQ(recording.lines().front(), "gluNewQuadric() -> quadric");
 }
 
-TEST_F(DrawingTest, DrawsNoCirclesWithoutAQuadricAndTriesAgain) {
+TEST_F(Drawing, DrawsNoCirclesWithoutAQuadricAndTriesAgain) {
   recording.faults().noQuadric = true;
   DrawCircleOutline(0, 0, 5);
   DrawFilledDisc(0, 0, 5);
@@ -143,7 +143,7 @@ gluNewQuadric() -> null
   EXPECT_EQ(recording.lines().size(), 7u);
 }
 
-TEST_F(DrawingTest, DrawsNothingRoundOfNoRadius) {
+TEST_F(Drawing, DrawsNothingRoundOfNoRadius) {
   haveQuadric();
   for (const float r : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()}) {
     DrawCircleOutline(0, 0, r);
@@ -153,7 +153,7 @@ TEST_F(DrawingTest, DrawsNothingRoundOfNoRadius) {
   EXPECT_EQ(recording.text(), "");
 }
 
-TEST_F(DrawingTest, DrawsAnArcAnticlockwiseFromX) {
+TEST_F(Drawing, DrawsAnArcAnticlockwiseFromX) {
   haveQuadric();
   DrawArc(1, 2, 32, -45, 45);
   EXPECT_EQ(recording.text(), R"(glPushMatrix()
@@ -164,7 +164,7 @@ glPopMatrix()
 )");
 }
 
-TEST_F(DrawingTest, InterlocksTheDashesOfAnArc) {
+TEST_F(Drawing, InterlocksTheDashesOfAnArc) {
   haveQuadric();
   DrawDashedArc(0, 0, 8, 0, 90, kDrawA, kDrawB);
   EXPECT_EQ(recording.text(), R"(glGetIntegerv(GL_LINE_STIPPLE_PATTERN) -> 0xffff
@@ -187,7 +187,7 @@ glLineStipple(1, 0xffff)
 )");
 }
 
-TEST_F(DrawingTest, LaysAPlainCircleUnderADashedOne) {
+TEST_F(Drawing, LaysAPlainCircleUnderADashedOne) {
   haveQuadric();
   DrawDashedCircle(1, 2, 3, kDrawA, kDrawB);
   const std::string circle = R"(glPushMatrix()
@@ -202,7 +202,7 @@ glPopMatrix()
                 "glLineStipple(1, 0xf0f0)\nglColor3f(0, 0.5, 1)\n" + circle + "glLineStipple(1, 0xffff)\n");
 }
 
-TEST_F(DrawingTest, DrawsADot) {
+TEST_F(Drawing, DrawsADot) {
   haveQuadric();
   DrawDot(5, 6, 2, kDrawA, kDrawB);
   EXPECT_EQ(recording.text(), R"(glColor3f(1, 0, 0)
@@ -220,7 +220,7 @@ glPopMatrix()
 )");
 }
 
-TEST_F(DrawingTest, DrawsAnArrowHeadWithItsTipAtTheOrigin) {
+TEST_F(Drawing, DrawsAnArrowHeadWithItsTipAtTheOrigin) {
   DrawArrowHead({-1, 0}, {10, 1.5f}, kDrawA, kDrawB);
   EXPECT_EQ(recording.text(), R"(glColor3f(1, 0, 0)
 glPushMatrix()
@@ -240,7 +240,7 @@ glPopMatrix()
 )");
 }
 
-TEST_F(DrawingTest, TurnsAnArrowHeadToItsDirection) {
+TEST_F(Drawing, TurnsAnArrowHeadToItsDirection) {
   const auto angle = [this](HvPoint direction) {
     recording.clear();
     DrawArrowHead(direction, {1, 1}, kDrawA, kDrawB);
@@ -253,7 +253,7 @@ TEST_F(DrawingTest, TurnsAnArrowHeadToItsDirection) {
   EXPECT_EQ(angle({-1, -1}), "glRotatef(-135, 0, 0, 1)");
 }
 
-TEST_F(DrawingTest, DrawsAnArrowHeadAtAPoint) {
+TEST_F(Drawing, DrawsAnArrowHeadAtAPoint) {
   DrawArrowHead({0, 1}, {2, 3}, kDrawA, kDrawB);
   const std::string head = recording.text();
   recording.clear();
@@ -261,7 +261,7 @@ TEST_F(DrawingTest, DrawsAnArrowHeadAtAPoint) {
   EXPECT_EQ(recording.text(), "glPushMatrix()\nglTranslatef(7, -8, 0)\n" + head + "glPopMatrix()\n");
 }
 
-TEST_F(DrawingTest, SmoothsNothingForAnEmptyMask) {
+TEST_F(Drawing, SmoothsNothingForAnEmptyMask) {
   SmoothState state(0);
   BeginSmooth(state);
   EXPECT_FALSE(state.active);
@@ -269,7 +269,7 @@ TEST_F(DrawingTest, SmoothsNothingForAnEmptyMask) {
   EXPECT_EQ(recording.text(), "");
 }
 
-TEST_F(DrawingTest, SmoothsLinesAndPutsEverythingBack) {
+TEST_F(Drawing, SmoothsLinesAndPutsEverythingBack) {
   SmoothState state(SmoothState::kLines);
   BeginSmooth(state);
   EXPECT_TRUE(state.active);
@@ -293,7 +293,7 @@ glDisable(GL_LINE_SMOOTH)
   EXPECT_EQ(recording.text(), "") << "it is over";
 }
 
-TEST_F(DrawingTest, LeavesOnWhatWasSmoothBefore) {
+TEST_F(Drawing, LeavesOnWhatWasSmoothBefore) {
   SmoothState outer(SmoothState::kLines);
   BeginSmooth(outer);
   recording.clear();
@@ -320,7 +320,7 @@ glDisable(GL_POLYGON_SMOOTH)
   EndSmooth(outer);
 }
 
-TEST_F(DrawingTest, MakesAFontOf96Characters) {
+TEST_F(Drawing, MakesAFontOf96Characters) {
   EXPECT_EQ(MakeOverlayFont(test::recordedContext()), 1u);
   EXPECT_EQ(recording.text(), R"(CreateFontA(18, 0, 0, 0, 700, 0, 0, 0, 0, 0, 0, 0, 0, "helv") -> font
 SelectObject(dc, font) -> system font
@@ -333,7 +333,7 @@ DeleteObject(font)
   EXPECT_EQ(recording.liveFonts(), 0);
 }
 
-TEST_F(DrawingTest, MakesNoFontWithoutADeviceOrAFont) {
+TEST_F(Drawing, MakesNoFontWithoutADeviceOrAFont) {
   EXPECT_EQ(MakeOverlayFont(nullptr), 0u);
   EXPECT_EQ(recording.text(), "");
   recording.faults().noFont = true;
@@ -341,13 +341,13 @@ TEST_F(DrawingTest, MakesNoFontWithoutADeviceOrAFont) {
   EXPECT_EQ(recording.lines().size(), 1u);
 }
 
-TEST_F(DrawingTest, KeepsListsThatStayEmpty) {
+TEST_F(Drawing, KeepsListsThatStayEmpty) {
   recording.faults().noBitmaps = true;
   EXPECT_EQ(MakeOverlayFont(test::recordedContext()), 1u);
   EXPECT_EQ(recording.lines().back(), "DeleteObject(font)");
 }
 
-TEST_F(DrawingTest, FillsNoListsWhereThereAreNone) {
+TEST_F(Drawing, FillsNoListsWhereThereAreNone) {
   recording.faults().noLists = true;
   EXPECT_EQ(MakeOverlayFont(test::recordedContext()), 0u);
   EXPECT_EQ(recording.lines()[2], "glGenLists(96) -> 0");
@@ -355,14 +355,14 @@ TEST_F(DrawingTest, FillsNoListsWhereThereAreNone) {
   EXPECT_EQ(recording.liveFonts(), 0);
 }
 
-TEST_F(DrawingTest, DeletesAFont) {
+TEST_F(Drawing, DeletesAFont) {
   DeleteOverlayFont(0);
   EXPECT_EQ(recording.text(), "");
   DeleteOverlayFont(97);
   EXPECT_EQ(recording.text(), "glDeleteLists(97, 96)\n");
 }
 
-TEST_F(DrawingTest, DrawsTextByTheListsOfTheFont) {
+TEST_F(Drawing, DrawsTextByTheListsOfTheFont) {
   SetOverlayFont(100);
   DrawText("Blur!?", 5, 3, -4.5f);
   EXPECT_EQ(recording.text(), R"(glRasterPos2f(3, -4.5)
@@ -373,14 +373,14 @@ glPopAttrib()
 )");
 }
 
-TEST_F(DrawingTest, DrawsNoTextWithoutAFont) {
+TEST_F(Drawing, DrawsNoTextWithoutAFont) {
   DrawText("Blur", 4, 0, 0);
   EXPECT_EQ(recording.text(), "");
   DrawShadowText("Blur", 0, 0);
   EXPECT_EQ(recording.text(), "glColor3f(0.1, 0.1, 0.1)\nglColor3f(1, 1, 0)\n");
 }
 
-TEST_F(DrawingTest, DrawsAShadowBelowAndLeftOfAText) {
+TEST_F(Drawing, DrawsAShadowBelowAndLeftOfAText) {
   SetOverlayFont(33);
   DrawShadowText("ab", 10, 20);
   EXPECT_EQ(recording.text(), R"(glColor3f(0.1, 0.1, 0.1)

@@ -242,7 +242,7 @@ glDisable(GL_POLYGON_SMOOTH)
 )");
 }
 
-TEST(HvT2DAxisTip, TellsWhatTheHandleDoes) {
+TEST(HvT2DAxisDraw, TipTellsWhatTheHandleDoes) {
   test::GlRecording recording;
   SetOverlayFont(1000);
   HvT2DAxis axis("axis", 127);
@@ -277,7 +277,7 @@ TEST(HvT2DAxisTip, TellsWhatTheHandleDoes) {
   SetOverlayFont(0);
 }
 
-TEST(HvT2DAxisGroupDraw, PaintsItsAxisThenTheSecondThenTheFirst) {
+TEST(HvT2DAxisDraw, GroupPaintsItsAxisThenTheSecondThenTheFirst) {
   DrawnStates states;
   HvT2DAxisGroup group("group", 3);
   PaintedSquare first(1);
@@ -308,7 +308,7 @@ TEST(HvT2DAxisGroupDraw, PaintsItsAxisThenTheSecondThenTheFirst) {
   EXPECT_TRUE(states.match("HvT2DAxisGroup"));
 }
 
-TEST(HvT2DAxisGroupDraw, LeadsChildrenByItsMask) {
+TEST(HvT2DAxisDraw, GroupLeadsChildrenByItsMask) {
   DrawnStates states;
   const auto draw = [&](std::uint32_t mask, std::uint32_t axisFlags) {
     HvT2DAxisGroup group("group", mask);

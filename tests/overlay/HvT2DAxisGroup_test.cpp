@@ -20,7 +20,7 @@ int stackDepth() {
   return OverlayMatrixStack::Get().depth();
 }
 
-class HvT2DAxisGroupTest : public ::testing::Test {
+class HvT2DAxisGroupOfProbes : public ::testing::Test {
  protected:
   void TearDown() override { EXPECT_EQ(stackDepth(), 0); }
 
@@ -31,7 +31,7 @@ class HvT2DAxisGroupTest : public ::testing::Test {
   HvT2DAxisGroup group{"group", HvT2DAxis::kTranslate};
 };
 
-TEST_F(HvT2DAxisGroupTest, BeginsAsAnAxisWithoutChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, BeginsAsAnAxisWithoutChildren) {
   EXPECT_EQ(group.groupFlags(), 1u);
   EXPECT_TRUE(group.showsOwnAxis());
   EXPECT_EQ(group.childBox(), (HvBox{0, 0, 0, 0}));
@@ -44,7 +44,7 @@ TEST_F(HvT2DAxisGroupTest, BeginsAsAnAxisWithoutChildren) {
   EXPECT_EQ(group.groupFlags(), 1u);
 }
 
-TEST_F(HvT2DAxisGroupTest, LeavesItsTransformWhenASecondChildThrows) {
+TEST_F(HvT2DAxisGroupOfProbes, LeavesItsTransformWhenASecondChildThrows) {
   struct Refusing : test::Probe {
     using Probe::Probe;
     void Draw() override { throw std::runtime_error("refused"); }
@@ -58,7 +58,7 @@ TEST_F(HvT2DAxisGroupTest, LeavesItsTransformWhenASecondChildThrows) {
   refusing.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, AddsAChildOnce) {
+TEST_F(HvT2DAxisGroupOfProbes, AddsAChildOnce) {
   HvTManager manager;
   manager.AddObject(&group);
   EXPECT_EQ(group.AddChild(nullptr), 0);
@@ -71,7 +71,7 @@ TEST_F(HvT2DAxisGroupTest, AddsAChildOnce) {
   EXPECT_EQ(group.children().boxState(), 1);
 }
 
-TEST_F(HvT2DAxisGroupTest, TakesTheBoxOfTheLastChildUntilItIsTold) {
+TEST_F(HvT2DAxisGroupOfProbes, TakesTheBoxOfTheLastChildUntilItIsTold) {
   group.AddChild(&a);
   EXPECT_EQ(group.childBox(), (HvBox{10, 15, 20, 25}));
   EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 37}));
@@ -84,7 +84,7 @@ TEST_F(HvT2DAxisGroupTest, TakesTheBoxOfTheLastChildUntilItIsTold) {
   EXPECT_EQ(group.childBox(), (HvBox{-30, 15, 0, 50}));
 }
 
-TEST_F(HvT2DAxisGroupTest, HoldsAllAttachedChildrenAndItsOrigin) {
+TEST_F(HvT2DAxisGroupOfProbes, HoldsAllAttachedChildrenAndItsOrigin) {
   a.SetParent(&group);
   EXPECT_EQ(a.parent(), &group);
   EXPECT_EQ(group.childBox(), (HvBox{0, 15, 0, 25}));
@@ -95,7 +95,7 @@ TEST_F(HvT2DAxisGroupTest, HoldsAllAttachedChildrenAndItsOrigin) {
   EXPECT_EQ(group.box(), (HvBox{-300, 37, -37, 410}));
 }
 
-TEST_F(HvT2DAxisGroupTest, LeavesItsOriginOutWithSecondChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, LeavesItsOriginOutWithSecondChildren) {
   group.AddIntoSecond(true);
   b.SetParent(&group);
   EXPECT_TRUE(group.secondChildren().children().Contains(&b));
@@ -107,7 +107,7 @@ TEST_F(HvT2DAxisGroupTest, LeavesItsOriginOutWithSecondChildren) {
   EXPECT_TRUE(group.hasBox());
 }
 
-TEST_F(HvT2DAxisGroupTest, HasNoBoxWhileAChildHasNone) {
+TEST_F(HvT2DAxisGroupOfProbes, HasNoBoxWhileAChildHasNone) {
   a.SetParent(&group);
   b.dropBox();
   EXPECT_EQ(group.AddChild(&b), 1);
@@ -122,7 +122,7 @@ TEST_F(HvT2DAxisGroupTest, HasNoBoxWhileAChildHasNone) {
   EXPECT_EQ(group.childBox(), (HvBox{0, 15, 0, 25}));
 }
 
-TEST_F(HvT2DAxisGroupTest, HasNoBoxWhileASecondChildHasNone) {
+TEST_F(HvT2DAxisGroupOfProbes, HasNoBoxWhileASecondChildHasNone) {
   a.SetParent(&group);
   b.dropBox();
   group.AddIntoSecond(true);
@@ -139,7 +139,7 @@ TEST_F(HvT2DAxisGroupTest, HasNoBoxWhileASecondChildHasNone) {
   EXPECT_FALSE(group.hasBox());
 }
 
-TEST_F(HvT2DAxisGroupTest, BoxHoldsChildrenAsTheSpaceLies) {
+TEST_F(HvT2DAxisGroupOfProbes, BoxHoldsChildrenAsTheSpaceLies) {
   a.SetParent(&group);
   group.SetCentre(100, 200);
   EXPECT_EQ(group.box(), (HvBox{63, 137, 163, 237}));
@@ -156,7 +156,7 @@ TEST_F(HvT2DAxisGroupTest, BoxHoldsChildrenAsTheSpaceLies) {
   EXPECT_NEAR(group.box().maxY, 300, 1e-3);
 }
 
-TEST_F(HvT2DAxisGroupTest, BoxTakesAllCornersWhereItIsTurned) {
+TEST_F(HvT2DAxisGroupOfProbes, BoxTakesAllCornersWhereItIsTurned) {
   HvT2DAxisGroup bare("bare", 0);
   test::Probe wide(log, "wide", {-100, 100, -10, 10});
   wide.SetParent(&bare);
@@ -169,7 +169,7 @@ TEST_F(HvT2DAxisGroupTest, BoxTakesAllCornersWhereItIsTurned) {
   wide.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, BoxIsTheAxisAloneWithoutChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, BoxIsTheAxisAloneWithoutChildren) {
   HvT2DAxisGroup dot("dot", HvT2DAxis::kAspect);
   EXPECT_EQ(dot.box(), (HvBox{40, 40, 40, 40}));
   a.SetParent(&dot);
@@ -178,7 +178,7 @@ TEST_F(HvT2DAxisGroupTest, BoxIsTheAxisAloneWithoutChildren) {
   EXPECT_EQ(dot.box(), (HvBox{40, 40, 40, 40}));
 }
 
-TEST_F(HvT2DAxisGroupTest, BoxIsOneMoveBehindADrag) {
+TEST_F(HvT2DAxisGroupOfProbes, BoxIsOneMoveBehindADrag) {
   HvT2DAxisGroup bare("bare", HvT2DAxis::kTranslate);
   test::Probe far(log, "far", test::square(100, 100, 10));
   far.SetParent(&bare);
@@ -192,7 +192,7 @@ TEST_F(HvT2DAxisGroupTest, BoxIsOneMoveBehindADrag) {
   far.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, PicksChildrenBeforeItsOwnHandles) {
+TEST_F(HvT2DAxisGroupOfProbes, PicksChildrenBeforeItsOwnHandles) {
   test::Probe c(log, "c", test::square(-5, -5, 10));
   c.SetParent(&group);
   EXPECT_EQ(group.Pick({0, 0}, kPickReach).object(), &c);
@@ -210,7 +210,7 @@ TEST_F(HvT2DAxisGroupTest, PicksChildrenBeforeItsOwnHandles) {
   c.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, PicksSecondChildrenAfterTheFirst) {
+TEST_F(HvT2DAxisGroupOfProbes, PicksSecondChildrenAfterTheFirst) {
   test::Probe first(log, "first", test::square(0, 0, 10));
   test::Probe second(log, "second", test::square(5, 5, 10));
   first.SetParent(&group);
@@ -226,7 +226,7 @@ TEST_F(HvT2DAxisGroupTest, PicksSecondChildrenAfterTheFirst) {
   second.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, WithoutItsAxisPicksChildrenAlone) {
+TEST_F(HvT2DAxisGroupOfProbes, WithoutItsAxisPicksChildrenAlone) {
   a.SetParent(&group);
   group.ShowOwnAxis(false);
   EXPECT_FALSE(group.Pick({0, 0}, kPickReach).endsSearch());
@@ -237,7 +237,7 @@ TEST_F(HvT2DAxisGroupTest, WithoutItsAxisPicksChildrenAlone) {
   EXPECT_EQ(group.target(), nullptr);
 }
 
-TEST_F(HvT2DAxisGroupTest, AnswersAsItsSecondChildrenDoWhereNothingIsHit) {
+TEST_F(HvT2DAxisGroupOfProbes, AnswersAsItsSecondChildrenDoWhereNothingIsHit) {
   HvTGroup solid("solid");
   a.SetParent(&solid);
   group.AddIntoSecond(true);
@@ -256,7 +256,7 @@ TEST_F(HvT2DAxisGroupTest, AnswersAsItsSecondChildrenDoWhereNothingIsHit) {
   b.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, SearchesTheSecondWhereTheFirstSwallow) {
+TEST_F(HvT2DAxisGroupOfProbes, SearchesTheSecondWhereTheFirstSwallow) {
   HvTGroup solid("solid");
   a.SetParent(&solid);
   b.SetParent(&solid);
@@ -273,7 +273,7 @@ TEST_F(HvT2DAxisGroupTest, SearchesTheSecondWhereTheFirstSwallow) {
   b.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, PicksInItsOwnSpaceAndUnits) {
+TEST_F(HvT2DAxisGroupOfProbes, PicksInItsOwnSpaceAndUnits) {
   a.SetParent(&group);
   group.SetCentre(100, 200);
   group.SetScale(2);
@@ -291,7 +291,7 @@ TEST_F(HvT2DAxisGroupTest, PicksInItsOwnSpaceAndUnits) {
   EXPECT_EQ(a.picks, 2);
 }
 
-TEST_F(HvT2DAxisGroupTest, LeadsThePenIntoItsOwnSpace) {
+TEST_F(HvT2DAxisGroupOfProbes, LeadsThePenIntoItsOwnSpace) {
   a.SetParent(&group);
   group.SetCentre(100, 200);
   group.SetScale(2);
@@ -306,7 +306,7 @@ TEST_F(HvT2DAxisGroupTest, LeadsThePenIntoItsOwnSpace) {
   EXPECT_EQ(log.take(), "Release a; Enter a 11 21; ");
 }
 
-TEST_F(HvT2DAxisGroupTest, DragsItselfThroughTheManager) {
+TEST_F(HvT2DAxisGroupOfProbes, DragsItselfThroughTheManager) {
   a.SetParent(&group);
   HvTManager manager;
   manager.AddObject(&group);
@@ -321,7 +321,7 @@ TEST_F(HvT2DAxisGroupTest, DragsItselfThroughTheManager) {
   EXPECT_EQ(manager.hover(), &a);
 }
 
-TEST_F(HvT2DAxisGroupTest, StacksItsTransformAroundChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, StacksItsTransformAroundChildren) {
   HvT2DAxisGroup inner("inner", HvT2DAxis::kTranslate);
   a.SetParent(&inner);
   inner.SetParent(&group);
@@ -349,7 +349,7 @@ TEST_F(HvT2DAxisGroupTest, StacksItsTransformAroundChildren) {
   a.Detach();
 }
 
-TEST_F(HvT2DAxisGroupTest, PushesAndPopsOneLevel) {
+TEST_F(HvT2DAxisGroupOfProbes, PushesAndPopsOneLevel) {
   group.SetCentre(5, 6);
   group.PushTransform();
   EXPECT_EQ(stackDepth(), 1);
@@ -358,7 +358,7 @@ TEST_F(HvT2DAxisGroupTest, PushesAndPopsOneLevel) {
   EXPECT_EQ(stackDepth(), 0);
 }
 
-TEST_F(HvT2DAxisGroupTest, PutsTheTargetIntoTheContainerThatListsIt) {
+TEST_F(HvT2DAxisGroupOfProbes, PutsTheTargetIntoTheContainerThatListsIt) {
   a.SetParent(&group);
   group.AddIntoSecond(true);
   b.SetParent(&group);
@@ -377,7 +377,7 @@ TEST_F(HvT2DAxisGroupTest, PutsTheTargetIntoTheContainerThatListsIt) {
   EXPECT_EQ(group.secondChildren().hit(), &group);
 }
 
-TEST_F(HvT2DAxisGroupTest, HandsTheManagerToAllChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, HandsTheManagerToAllChildren) {
   a.SetParent(&group);
   group.AddIntoSecond(true);
   b.SetParent(&group);
@@ -392,7 +392,7 @@ TEST_F(HvT2DAxisGroupTest, HandsTheManagerToAllChildren) {
   EXPECT_EQ(b.manager(), nullptr);
 }
 
-TEST_F(HvT2DAxisGroupTest, RemovesFromEitherContainer) {
+TEST_F(HvT2DAxisGroupOfProbes, RemovesFromEitherContainer) {
   a.SetParent(&group);
   group.AddIntoSecond(true);
   b.SetParent(&group);
@@ -407,7 +407,7 @@ TEST_F(HvT2DAxisGroupTest, RemovesFromEitherContainer) {
   EXPECT_EQ(group.box(), (HvBox{-37, 37, -37, 37}));
 }
 
-TEST_F(HvT2DAxisGroupTest, ForgetsAChildThatIsInBothContainers) {
+TEST_F(HvT2DAxisGroupOfProbes, ForgetsAChildThatIsInBothContainers) {
   a.SetParent(&group);
   group.AddIntoSecond(true);
   a.SetParent(&group);
@@ -418,7 +418,7 @@ TEST_F(HvT2DAxisGroupTest, ForgetsAChildThatIsInBothContainers) {
   EXPECT_EQ(group.secondChildren().children().first(), nullptr);
 }
 
-TEST_F(HvT2DAxisGroupTest, LeavesNoWayToAChildThatGoes) {
+TEST_F(HvT2DAxisGroupOfProbes, LeavesNoWayToAChildThatGoes) {
   HvTManager manager;
   manager.EnableTips(false);
   for (const bool second : {false, true}) {
@@ -443,7 +443,7 @@ TEST_F(HvT2DAxisGroupTest, LeavesNoWayToAChildThatGoes) {
   }
 }
 
-TEST_F(HvT2DAxisGroupTest, GoesBeforeOrAfterItsChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, GoesBeforeOrAfterItsChildren) {
   HvTManager manager;
   for (const bool groupFirst : {false, true}) {
     auto outer = std::make_unique<HvT2DAxisGroup>("outer", HvT2DAxis::kTranslate);
@@ -472,7 +472,7 @@ TEST_F(HvT2DAxisGroupTest, GoesBeforeOrAfterItsChildren) {
   }
 }
 
-TEST_F(HvT2DAxisGroupTest, DestroysTheChildrenThatItOwns) {
+TEST_F(HvT2DAxisGroupOfProbes, DestroysTheChildrenThatItOwns) {
   auto owner = std::make_unique<HvT2DAxisGroup>("owner", HvT2DAxis::kTranslate);
   owner->children().OwnChildren(true);
   auto* const child = new HvT2DAxis("child", HvT2DAxis::kTranslate);

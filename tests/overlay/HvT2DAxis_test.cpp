@@ -99,7 +99,7 @@ TEST(HvT2DAxis, SharesTheAspectBetweenTheAxes) {
   expectFactors(NAN, 1, 1);
 }
 
-TEST(HvT2DAxisCentre, MovesWhatCanBeMovedBothWays) {
+TEST(HvT2DAxis, CentreMovesWhatCanBeMovedBothWays) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate | HvT2DAxis::kRotate);
   EXPECT_EQ(axis.ToLocal({0, 0}), (HvPoint{0, 0}));
   axis.SetCentre(10, 20);
@@ -109,7 +109,7 @@ TEST(HvT2DAxisCentre, MovesWhatCanBeMovedBothWays) {
   EXPECT_EQ(axis.ToLocal({10, 21}), (HvPoint{0, 1}));
 }
 
-TEST(HvT2DAxisCentre, StaysWithoutBothTranslations) {
+TEST(HvT2DAxis, CentreStaysWithoutBothTranslations) {
   for (std::uint32_t mask = 0; mask <= kEveryHandle; ++mask) {
     HvT2DAxis axis("axis", mask);
     axis.ToLocal({0, 0});
@@ -122,14 +122,14 @@ TEST(HvT2DAxisCentre, StaysWithoutBothTranslations) {
   }
 }
 
-TEST(HvT2DAxisCentre, MovesAnythingThatBehavesAsIfAll) {
+TEST(HvT2DAxis, CentreMovesAnythingThatBehavesAsIfAll) {
   HvT2DAxis axis("axis", 0);
   axis.SetAxisFlags(HvT2DAxis::kAsIfAll);
   axis.SetCentre(10, 20);
   EXPECT_EQ(axis.centre(), (HvPoint{10, 20}));
 }
 
-TEST(HvT2DAxisCentre, TellsNobodyOfTheCentreItHas) {
+TEST(HvT2DAxis, CentreTellsNobodyOfTheCentreItHas) {
   AxisParent parent;
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetParent(&parent);
@@ -144,7 +144,7 @@ TEST(HvT2DAxisCentre, TellsNobodyOfTheCentreItHas) {
   EXPECT_TRUE(hasStaleMatrices(axis));
 }
 
-TEST(HvT2DAxisBox, HoldsTheHandlesOfEachMask) {
+TEST(HvT2DAxis, BoxHoldsTheHandlesOfEachMask) {
   const auto boxWith = [](std::uint32_t mask) {
     HvT2DAxis axis("axis", mask);
     return axis.box();
@@ -164,13 +164,13 @@ TEST(HvT2DAxisBox, HoldsTheHandlesOfEachMask) {
   expectNear(boxWith(HvT2DAxis::kAspect | HvT2DAxis::kScaleY), {-37, dot + 3, -37, dot + 3});
 }
 
-TEST(HvT2DAxisBox, LiesAboutTheCentre) {
+TEST(HvT2DAxis, BoxLiesAboutTheCentre) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   EXPECT_EQ(boxAt(axis, {10, 20}), (HvBox{-27, 47, -17, 57}));
   EXPECT_EQ(axis.box(), (HvBox{-27, 47, -17, 57}));
 }
 
-TEST(HvT2DAxisBox, IsAPointWithoutHandlesThatFollowsTheHandleScale) {
+TEST(HvT2DAxis, BoxIsAPointWithoutHandlesThatFollowsTheHandleScale) {
   HvT2DAxis axis("axis", 0);
   axis.SetAxisFlags(HvT2DAxis::kAsIfAll);
   axis.SetCentre(10, 20);
@@ -181,7 +181,7 @@ TEST(HvT2DAxisBox, IsAPointWithoutHandlesThatFollowsTheHandleScale) {
   EXPECT_EQ(axis.box(), (HvBox{20, 20, 40, 40}));
 }
 
-TEST(HvT2DAxisBox, IsThatOfAllButTheAspectWhereAsked) {
+TEST(HvT2DAxis, BoxIsThatOfAllButTheAspectWhereAsked) {
   HvT2DAxis axis("axis", HvT2DAxis::kAspect);
   axis.SetAxisFlags(HvT2DAxis::kAsIfAll);
   EXPECT_EQ(axis.box(), (HvBox{-37, 37, -37, 37}));
@@ -189,7 +189,7 @@ TEST(HvT2DAxisBox, IsThatOfAllButTheAspectWhereAsked) {
   EXPECT_EQ(axis.box(), (HvBox{-74, 74, -74, 74}));
 }
 
-TEST(HvT2DAxisBox, FollowsTheHandleScaleButForTheWidthOfArrowsAndTheMarginOfTheDot) {
+TEST(HvT2DAxis, BoxFollowsTheHandleScaleButForTheWidthOfArrowsAndTheMarginOfTheDot) {
   const auto boxWith = [](std::uint32_t mask) {
     HvT2DAxis axis("axis", mask);
     axis.SetHandleScale(2);
@@ -202,7 +202,7 @@ TEST(HvT2DAxisBox, FollowsTheHandleScaleButForTheWidthOfArrowsAndTheMarginOfTheD
   EXPECT_EQ(boxWith(HvT2DAxis::kAspect), (HvBox{77, 77, 77, 77}));
 }
 
-TEST(HvT2DAxisBox, TakesTheScalesAndNotTheAspect) {
+TEST(HvT2DAxis, BoxTakesTheScalesAndNotTheAspect) {
   HvT2DAxis axis("axis", HvT2DAxis::kScaleX);
   axis.SetScale(2);
   axis.SetAxisScale(0.5f, -3);
@@ -210,7 +210,7 @@ TEST(HvT2DAxisBox, TakesTheScalesAndNotTheAspect) {
   EXPECT_EQ(axis.box(), (HvBox{-37, 37, -222, 222}));
 }
 
-TEST(HvT2DAxisBox, TurnsWithTheScaleBoxAndTheDotAlone) {
+TEST(HvT2DAxis, BoxTurnsWithTheScaleBoxAndTheDotAlone) {
   HvT2DAxis scale("axis", HvT2DAxis::kScale);
   scale.SetAxisScale(2, 1);
   scale.SetRotation(90);
@@ -229,7 +229,7 @@ TEST(HvT2DAxisBox, TurnsWithTheScaleBoxAndTheDotAlone) {
   EXPECT_EQ(fixed.box(), (HvBox{-37, 37, -32, 32}));
 }
 
-TEST(HvT2DAxisBox, IsToldToTheParent) {
+TEST(HvT2DAxis, BoxIsToldToTheParent) {
   AxisParent parent;
   HvT2DAxis axis("axis", kEveryHandle);
   axis.SetParent(&parent);
@@ -248,7 +248,7 @@ TEST(HvT2DAxisBox, IsToldToTheParent) {
   expectChanges("aspect", [&] { axis.SetAspect(0.5f); });
 }
 
-TEST(HvT2DAxisAspectHandle, LiesBeyondTheCornerOfTheBox) {
+TEST(HvT2DAxis, AspectHandleLiesBeyondTheCornerOfTheBox) {
   HvT2DAxis axis("axis", HvT2DAxis::kAspect | HvT2DAxis::kScale);
   const HvPoint pos = axis.AspectHandlePos();
   EXPECT_EQ(pos.x, pos.y);
@@ -257,7 +257,7 @@ TEST(HvT2DAxisAspectHandle, LiesBeyondTheCornerOfTheBox) {
   EXPECT_NEAR(axis.AspectHandlePos().x, 74 + 20 / std::numbers::sqrt2, 1e-4);
 }
 
-TEST(HvT2DAxisAspectHandle, FollowsScalesAndAspect) {
+TEST(HvT2DAxis, AspectHandleFollowsScalesAndAspect) {
   for (const std::uint32_t any : {HvT2DAxis::kScale, HvT2DAxis::kScaleX, HvT2DAxis::kScaleY}) {
     HvT2DAxis axis("axis", HvT2DAxis::kAspect | any);
     axis.SetAxisScale(3, 8);
@@ -271,13 +271,13 @@ TEST(HvT2DAxisAspectHandle, FollowsScalesAndAspect) {
   }
 }
 
-TEST(HvT2DAxisAspectHandle, IsTheCentreOfACollapsedBox) {
+TEST(HvT2DAxis, AspectHandleIsTheCentreOfACollapsedBox) {
   HvT2DAxis axis("axis", HvT2DAxis::kAspect | HvT2DAxis::kScale);
   axis.SetScale(0);
   EXPECT_EQ(axis.AspectHandlePos(), (HvPoint{0, 0}));
 }
 
-TEST(HvT2DAxisAspectHandle, LiesAtTheArrowsWithoutABox) {
+TEST(HvT2DAxis, AspectHandleLiesAtTheArrowsWithoutABox) {
   HvT2DAxis axis("axis", HvT2DAxis::kAspect | HvT2DAxis::kTranslate | HvT2DAxis::kRotate);
   axis.SetScale(5);
   EXPECT_EQ(axis.AspectHandlePos(), (HvPoint{37, 37}));
@@ -287,7 +287,7 @@ TEST(HvT2DAxisAspectHandle, LiesAtTheArrowsWithoutABox) {
   EXPECT_EQ(axis.AspectHandlePos(), (HvPoint{27.75f, 37}));
 }
 
-TEST(HvT2DAxisSpace, IsScaledTurnedAndMoved) {
+TEST(HvT2DAxis, SpaceIsScaledTurnedAndMoved) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetScale(2);
   axis.SetAxisScale(1, 0.5f);
@@ -304,14 +304,14 @@ TEST(HvT2DAxisSpace, IsScaledTurnedAndMoved) {
   EXPECT_EQ(axis.ToLocal({16, 24}), (HvPoint{6, 4}));
 }
 
-TEST(HvT2DAxisSpace, IsTheParentsWithAScaleOfNothing) {
+TEST(HvT2DAxis, SpaceIsTheParentsWithAScaleOfNothing) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetCentre(10, 20);
   axis.SetScale(0);
   EXPECT_EQ(axis.ToLocal({3, 4}), (HvPoint{3, 4}));
 }
 
-TEST(HvT2DAxisSpace, GivesBackEveryPoint) {
+TEST(HvT2DAxis, SpaceGivesBackEveryPoint) {
   test::forRandomCases(2000, [](test::Random& random) {
     HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
     const float scale = random.between(0.5f, 3) * random.oneOf({1.0f, -1.0f});
@@ -336,7 +336,7 @@ TEST(HvT2DAxisSpace, GivesBackEveryPoint) {
   });
 }
 
-TEST(HvT2DAxisActive, WantsPaintingWhereItIsNews) {
+TEST(HvT2DAxis, ActiveHandleWantsPaintingWhereItIsNews) {
   HvTManager manager;
   HvT2DAxis axis("axis", kEveryHandle);
   axis.SetVisibility(HvTObject::kPickable);
@@ -358,7 +358,7 @@ TEST(HvT2DAxisActive, WantsPaintingWhereItIsNews) {
   EXPECT_TRUE(wantsRepaintAfter(HvT2DAxis::kScale));
 }
 
-TEST(HvT2DAxisLife, LeavesNothingBehind) {
+TEST(HvT2DAxis, LeavesNothingBehind) {
   HvTManager manager;
   {
     HvT2DAxis axis("axis", kEveryHandle);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr float kFlatAspect = std::numeric_limits<float>::infinity();
 
-class HvTCircleTest : public ::testing::Test {
+class HvTCircleOnItsOwn : public ::testing::Test {
  protected:
   bool hits(float x, float y, HvPoint tolerance = {3, 3}) {
     circle.SetTarget(nullptr);
@@ -29,7 +29,7 @@ class HvTCircleTest : public ::testing::Test {
   test::Hearer hearer{circle};
 };
 
-TEST_F(HvTCircleTest, StartsRound) {
+TEST_F(HvTCircleOnItsOwn, StartsRound) {
   EXPECT_STREQ(circle.name(), "Circle");
   EXPECT_EQ(circle.radius(), 100.0f);
   EXPECT_EQ(circle.aspect(), 1.0f);
@@ -38,7 +38,7 @@ TEST_F(HvTCircleTest, StartsRound) {
   EXPECT_EQ(circle.flags(), 7u);
 }
 
-TEST_F(HvTCircleTest, IsHitOnItsLineAlone) {
+TEST_F(HvTCircleOnItsOwn, IsHitOnItsLineAlone) {
   EXPECT_TRUE(hits(100, 0));
   EXPECT_TRUE(hits(0, -100));
   EXPECT_TRUE(hits(60, 80));
@@ -49,12 +49,12 @@ TEST_F(HvTCircleTest, IsHitOnItsLineAlone) {
   EXPECT_FALSE(hits(-97, 0));
 }
 
-TEST_F(HvTCircleTest, TakesTheToleranceOfXForBothAxes) {
+TEST_F(HvTCircleOnItsOwn, TakesTheToleranceOfXForBothAxes) {
   EXPECT_TRUE(hits(0, 104, {5, 0}));
   EXPECT_FALSE(hits(0, 104, {3, 50}));
 }
 
-TEST_F(HvTCircleTest, IsNeverLargerThanItsRadius) {
+TEST_F(HvTCircleOnItsOwn, IsNeverLargerThanItsRadius) {
   EXPECT_TRUE(circle.SetAspect(2));
   EXPECT_EQ(circle.box(), (HvBox{-100, 100, -50, 50}));
   EXPECT_TRUE(hits(0, 50, {0.001f, 0}));
@@ -68,7 +68,7 @@ TEST_F(HvTCircleTest, IsNeverLargerThanItsRadius) {
   EXPECT_TRUE(hits(51.9f, 0, {4, 4}));
 }
 
-TEST_F(HvTCircleTest, CutsItsBoxToWholeNumbers) {
+TEST_F(HvTCircleOnItsOwn, CutsItsBoxToWholeNumbers) {
   circle.SetRadius(10.9f);
   EXPECT_EQ(circle.box(), (HvBox{-10, 10, -10, 10}));
   circle.SetAspect(3);
@@ -78,7 +78,7 @@ TEST_F(HvTCircleTest, CutsItsBoxToWholeNumbers) {
   EXPECT_EQ(circle.box(), (HvBox{0, 0, 0, 0}));
 }
 
-TEST_F(HvTCircleTest, ChangesOnlyToWhatDiffers) {
+TEST_F(HvTCircleOnItsOwn, ChangesOnlyToWhatDiffers) {
   HvTGroup group("g");
   circle.SetParent(&group);
   EXPECT_FALSE(circle.SetRadius(100));
@@ -88,7 +88,7 @@ TEST_F(HvTCircleTest, ChangesOnlyToWhatDiffers) {
   EXPECT_EQ(hearer.take(), "") << "only the pen sends";
 }
 
-TEST_F(HvTCircleTest, SendsTheWholeOfADrag) {
+TEST_F(HvTCircleOnItsOwn, SendsTheWholeOfADrag) {
   EXPECT_EQ(circle.Press({100, 0}), 1);
   EXPECT_TRUE(circle.isPressed());
   EXPECT_EQ(hearer.take(), "200 0; ");
@@ -103,14 +103,14 @@ TEST_F(HvTCircleTest, SendsTheWholeOfADrag) {
   EXPECT_EQ(hearer.take(), "202 0; ");
 }
 
-TEST_F(HvTCircleTest, SendsBeforeItsFlagChanges) {
+TEST_F(HvTCircleOnItsOwn, SendsBeforeItsFlagChanges) {
   hearer.whileHearing = [&] { EXPECT_FALSE(circle.isPressed()); };
   circle.Press({100, 0});
   hearer.whileHearing = [&] { EXPECT_TRUE(circle.isPressed()); };
   circle.Release();
 }
 
-TEST_F(HvTCircleTest, DragsWithoutAnOffset) {
+TEST_F(HvTCircleOnItsOwn, DragsWithoutAnOffset) {
   circle.SetAspect(2);
   circle.Press({0, 52});
   circle.Drag({0, 51});
@@ -121,14 +121,14 @@ TEST_F(HvTCircleTest, DragsWithoutAnOffset) {
   EXPECT_EQ(circle.radius(), 0.0f);
 }
 
-TEST_F(HvTCircleTest, MayShrinkToNothing) {
+TEST_F(HvTCircleOnItsOwn, MayShrinkToNothing) {
   circle.SetRadius(0);
   EXPECT_TRUE(hits(2, 0));
   EXPECT_EQ(circle.Drag({3, 4}), 1);
   EXPECT_EQ(circle.radius(), 5.0f);
 }
 
-TEST_F(HvTCircleTest, IsNeverHitWhereItIsFlat) {
+TEST_F(HvTCircleOnItsOwn, IsNeverHitWhereItIsFlat) {
   for (const float aspect : {0.0f, kFlatAspect}) {
     circle.SetAspect(aspect);
     for (const float at : {0.0f, 1.0f, 50.0f, 100.0f}) {
@@ -145,7 +145,7 @@ TEST_F(HvTCircleTest, IsNeverHitWhereItIsFlat) {
   EXPECT_EQ(hearer.take(), "");
 }
 
-TEST_F(HvTCircleTest, DrawsEachState) {
+TEST_F(HvTCircleOnItsOwn, DrawsEachState) {
   test::DrawnStates states;
   states.draw(circle, "idle");
   circle.Enter({});

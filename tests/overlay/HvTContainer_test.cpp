@@ -30,7 +30,7 @@ class Shifted : public Probe {
   HvTObject* way = nullptr;
 };
 
-class HvTContainerTest : public ::testing::Test {
+class HvTContainerOfProbes : public ::testing::Test {
  protected:
   HvBox boundsOf(HvTContainer& any) {
     HvBox box;
@@ -46,7 +46,7 @@ class HvTContainerTest : public ::testing::Test {
   HvTContainer container;
 };
 
-TEST_F(HvTContainerTest, IsEmptyAtFirst) {
+TEST_F(HvTContainerOfProbes, IsEmptyAtFirst) {
   EXPECT_EQ(container.hit(), nullptr);
   EXPECT_FALSE(container.ownsChildren());
   EXPECT_EQ(container.boxState(), 2);
@@ -54,7 +54,7 @@ TEST_F(HvTContainerTest, IsEmptyAtFirst) {
   EXPECT_EQ(container.boxState(), 2);
 }
 
-TEST_F(HvTContainerTest, AppendsAChildOnce) {
+TEST_F(HvTContainerOfProbes, AppendsAChildOnce) {
   EXPECT_EQ(container.Append(nullptr), 0);
   EXPECT_EQ(container.boxState(), 2);
   EXPECT_EQ(container.Append(&a), 1);
@@ -70,7 +70,7 @@ TEST_F(HvTContainerTest, AppendsAChildOnce) {
   EXPECT_EQ(a.parent(), nullptr);
 }
 
-TEST_F(HvTContainerTest, RemovesAChild) {
+TEST_F(HvTContainerOfProbes, RemovesAChild) {
   container.Append(&a);
   container.Append(&b);
   EXPECT_EQ(container.Remove(nullptr), 0);
@@ -87,7 +87,7 @@ TEST_F(HvTContainerTest, RemovesAChild) {
   EXPECT_EQ(container.children().first(), nullptr);
 }
 
-TEST_F(HvTContainerTest, BoundsAllChildren) {
+TEST_F(HvTContainerOfProbes, BoundsAllChildren) {
   container.Append(&a);
   container.Append(&b);
   EXPECT_EQ(boundsOf(container), (HvBox{0, 15, 0, 15}));
@@ -96,7 +96,7 @@ TEST_F(HvTContainerTest, BoundsAllChildren) {
   EXPECT_EQ(container.boxState(), 1);
 }
 
-TEST_F(HvTContainerTest, LeavesChildrenWithoutABoxOutOfTheBounds) {
+TEST_F(HvTContainerOfProbes, LeavesChildrenWithoutABoxOutOfTheBounds) {
   a.dropBox();
   container.Append(&a);
   EXPECT_EQ(boundsOf(container), (HvBox{kContainerMost, -kContainerMost, kContainerMost, -kContainerMost}));
@@ -106,14 +106,14 @@ TEST_F(HvTContainerTest, LeavesChildrenWithoutABoxOutOfTheBounds) {
   EXPECT_EQ(container.boxState(), 0) << "one without a box is enough, wherever it stands";
 }
 
-TEST_F(HvTContainerTest, BoundsNegativeSizes) {
+TEST_F(HvTContainerOfProbes, BoundsNegativeSizes) {
   a.SetOrigin({10, 10});
   a.SetSize({-4, -6});
   container.Append(&a);
   EXPECT_EQ(boundsOf(container), (HvBox{6, 10, 4, 10}));
 }
 
-TEST_F(HvTContainerTest, ClearsItsChildren) {
+TEST_F(HvTContainerOfProbes, ClearsItsChildren) {
   HvTManager manager;
   a.SetManager(&manager);
   container.Append(&a);
@@ -125,7 +125,7 @@ TEST_F(HvTContainerTest, ClearsItsChildren) {
   EXPECT_EQ(a.manager(), nullptr);
 }
 
-TEST_F(HvTContainerTest, DestroysChildrenThatItOwns) {
+TEST_F(HvTContainerOfProbes, DestroysChildrenThatItOwns) {
   struct Dying : Probe {
     using Probe::Probe;
     ~Dying() override { log.add(std::string("end of ") + name()); }
@@ -145,7 +145,7 @@ TEST_F(HvTContainerTest, DestroysChildrenThatItOwns) {
   EXPECT_EQ(log.take(), "");
 }
 
-TEST_F(HvTContainerTest, DrawsVisibleChildrenFirstToLast) {
+TEST_F(HvTContainerOfProbes, DrawsVisibleChildrenFirstToLast) {
   container.Append(&c);
   container.Append(&a);
   container.Append(&b);
@@ -155,7 +155,7 @@ TEST_F(HvTContainerTest, DrawsVisibleChildrenFirstToLast) {
   EXPECT_EQ(log.take(), "Draw c; Draw b; ");
 }
 
-TEST_F(HvTContainerTest, PicksTheLastChildFirst) {
+TEST_F(HvTContainerOfProbes, PicksTheLastChildFirst) {
   for (Probe* probe : {&a, &b, &c}) {
     probe->logsPicks = true;
     container.Append(probe);
@@ -173,7 +173,7 @@ TEST_F(HvTContainerTest, PicksTheLastChildFirst) {
   EXPECT_EQ(log.take(), "");
 }
 
-TEST_F(HvTContainerTest, LeavesOutWhatIsHiddenOrNotPickable) {
+TEST_F(HvTContainerOfProbes, LeavesOutWhatIsHiddenOrNotPickable) {
   container.Append(&a);
   for (const std::uint32_t state : {0u, 1u, 2u}) {
     a.SetTarget(nullptr);
@@ -186,7 +186,7 @@ TEST_F(HvTContainerTest, LeavesOutWhatIsHiddenOrNotPickable) {
   EXPECT_EQ(container.PickChildren({1, 1}, {3, 3}), HvPick(&a));
 }
 
-TEST_F(HvTContainerTest, CullsByTheBoxAndTheToleranceOnEachAxis) {
+TEST_F(HvTContainerOfProbes, CullsByTheBoxAndTheToleranceOnEachAxis) {
   container.Append(&a);
   const auto asked = [&](HvPoint pos) {
     a.picks = 0;
@@ -207,7 +207,7 @@ TEST_F(HvTContainerTest, CullsByTheBoxAndTheToleranceOnEachAxis) {
   EXPECT_EQ(a.pickedWith, (HvPoint{3, 1}));
 }
 
-TEST_F(HvTContainerTest, EndsTheSearchAtASwallowedPick) {
+TEST_F(HvTContainerOfProbes, EndsTheSearchAtASwallowedPick) {
   struct Swallower : Probe {
     using Probe::Probe;
     HvPick Pick(HvPoint, HvPoint) override { return HvPick::Swallowed(); }
@@ -224,7 +224,7 @@ TEST_F(HvTContainerTest, EndsTheSearchAtASwallowedPick) {
   container.Remove(&solid);
 }
 
-TEST_F(HvTContainerTest, LeadsAPointDownTheWayToTheLeaf) {
+TEST_F(HvTContainerOfProbes, LeadsAPointDownTheWayToTheLeaf) {
   Shifted top(log, "top", {});
   Shifted below(log, "below", {});
   top.SetTarget(&below);
@@ -248,7 +248,7 @@ TEST_F(HvTContainerTest, LeadsAPointDownTheWayToTheLeaf) {
   EXPECT_EQ(log.take(), "Leave a; Release a; ");
 }
 
-TEST_F(HvTContainerTest, LeavesEveryTransformWhenTheLeafThrows) {
+TEST_F(HvTContainerOfProbes, LeavesEveryTransformWhenTheLeafThrows) {
   Shifted top(log, "top", {});
   top.SetTarget(&a);
   a.SetTarget(nullptr);
@@ -259,7 +259,7 @@ TEST_F(HvTContainerTest, LeavesEveryTransformWhenTheLeafThrows) {
   container.SetHit(nullptr);
 }
 
-TEST_F(HvTContainerTest, LeavesTheTransformOfAChildWhosePickThrows) {
+TEST_F(HvTContainerOfProbes, LeavesTheTransformOfAChildWhosePickThrows) {
   struct Refusing : Shifted {
     using Shifted::Shifted;
     HvPick Pick(HvPoint, HvPoint) override { throw std::runtime_error("refused"); }
@@ -271,14 +271,14 @@ TEST_F(HvTContainerTest, LeavesTheTransformOfAChildWhosePickThrows) {
   container.Remove(&refusing);
 }
 
-TEST_F(HvTContainerTest, ActsOnATopThatIsTheLeaf) {
+TEST_F(HvTContainerOfProbes, ActsOnATopThatIsTheLeaf) {
   a.SetTarget(nullptr);
   container.SetHit(&a);
   EXPECT_EQ(container.PressHit({4, 5}), 1);
   EXPECT_EQ(log.take(), "Press a 4 5; ");
 }
 
-TEST_F(HvTContainerTest, ActsOnNothingWhereTheWayIsBroken) {
+TEST_F(HvTContainerOfProbes, ActsOnNothingWhereTheWayIsBroken) {
   EXPECT_EQ(container.PressHit({}), 0);
   EXPECT_EQ(container.LeaveHit(), 0);
   Shifted top(log, "top", {});
@@ -288,7 +288,7 @@ TEST_F(HvTContainerTest, ActsOnNothingWhereTheWayIsBroken) {
   container.SetHit(nullptr);
 }
 
-TEST_F(HvTContainerTest, PicksWithinTheTransformOfTheChild) {
+TEST_F(HvTContainerOfProbes, PicksWithinTheTransformOfTheChild) {
   Shifted shifted(log, "s", square(0, 0, 1));
   shifted.way = &shifted;
   container.Append(&shifted);

@@ -11,9 +11,9 @@ namespace vblur {
 namespace {
 
 // A frame of 400 by 300 of which 100..300 by 50..200 is kept.
-class HvTCropBoxTest : public ::testing::Test {
+class HvTCropBoxInAFrame : public ::testing::Test {
  protected:
-  HvTCropBoxTest() {
+  HvTCropBoxInAFrame() {
     crop.SetLimits(0, 0, 400, 300);
     crop.SetBox(100, 50, 300, 200);
   }
@@ -36,7 +36,7 @@ TEST(HvTCropBox, KeepsWithinLimitsFromTheStart) {
   EXPECT_EQ(crop.colour(), (HvColour{0.7f, 0, 0}));
 }
 
-TEST_F(HvTCropBoxTest, IsAsLargeAsItsLimits) {
+TEST_F(HvTCropBoxInAFrame, IsAsLargeAsItsLimits) {
   EXPECT_EQ(crop.sides(), (HvRectangleSides{100, 50, 300, 200}));
   EXPECT_EQ(crop.box(), (HvBox{0, 400, 0, 300}));
   HvTGroup group("View Zero");
@@ -49,7 +49,7 @@ TEST_F(HvTCropBoxTest, IsAsLargeAsItsLimits) {
   EXPECT_EQ(group.box(), (HvBox{-10, 30, -20, 40}));
 }
 
-TEST_F(HvTCropBoxTest, IsGrabbedAnywhereAlongItsLines) {
+TEST_F(HvTCropBoxInAFrame, IsGrabbedAnywhereAlongItsLines) {
   EXPECT_EQ(edgesAt(100, 120), 1u);
   EXPECT_EQ(edgesAt(100, 290), 1u) << "outside of the rectangle";
   EXPECT_EQ(edgesAt(300, 10), 2u);
@@ -59,12 +59,12 @@ TEST_F(HvTCropBoxTest, IsGrabbedAnywhereAlongItsLines) {
   EXPECT_EQ(edgesAt(300, 50), 6u);
 }
 
-TEST_F(HvTCropBoxTest, HasNoCross) {
+TEST_F(HvTCropBoxInAFrame, HasNoCross) {
   EXPECT_EQ(edgesAt(200, 125), 0u);
   EXPECT_EQ(edgesAt(210, 125), 0u);
 }
 
-TEST_F(HvTCropBoxTest, EndsWithItsLimits) {
+TEST_F(HvTCropBoxInAFrame, EndsWithItsLimits) {
   EXPECT_EQ(edgesAt(100, 302.9f), 1u);
   EXPECT_EQ(edgesAt(100, 303), 0u);
   EXPECT_EQ(edgesAt(100, -2.9f), 1u);
@@ -75,7 +75,7 @@ TEST_F(HvTCropBoxTest, EndsWithItsLimits) {
   EXPECT_EQ(edgesAt(404, 200), 0u);
 }
 
-TEST_F(HvTCropBoxTest, AsksForARepaintWithOtherEdges) {
+TEST_F(HvTCropBoxInAFrame, AsksForARepaintWithOtherEdges) {
   test::GlRecording recording;
   HvTManager manager;
   manager.AddObject(&crop);
@@ -90,7 +90,7 @@ TEST_F(HvTCropBoxTest, AsksForARepaintWithOtherEdges) {
   EXPECT_EQ(crop.edgeMask(), 0u);
 }
 
-TEST_F(HvTCropBoxTest, DragsWithinItsLimits) {
+TEST_F(HvTCropBoxInAFrame, DragsWithinItsLimits) {
   edgesAt(100, 250);
   crop.Press({100, 250});
   EXPECT_EQ(crop.Drag({-40, 250}), 1);
@@ -102,7 +102,7 @@ TEST_F(HvTCropBoxTest, DragsWithinItsLimits) {
   EXPECT_EQ(crop.box(), (HvBox{0, 400, 0, 300}));
 }
 
-TEST_F(HvTCropBoxTest, DragsACornerUnderAManager) {
+TEST_F(HvTCropBoxInAFrame, DragsACornerUnderAManager) {
   HvTGroup zero("View Zero");
   HvTManager manager;
   zero.SetGroupFlags(0);
@@ -118,7 +118,7 @@ TEST_F(HvTCropBoxTest, DragsACornerUnderAManager) {
   EXPECT_EQ(crop.edgeMask(), 10u);
 }
 
-TEST_F(HvTCropBoxTest, DrawsEachState) {
+TEST_F(HvTCropBoxInAFrame, DrawsEachState) {
   constexpr std::pair<const char*, HvPoint> kPlaces[] = {
       {"nothing", {20, 20}},
       {"left", {100, 20}},

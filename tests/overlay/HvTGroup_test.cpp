@@ -12,7 +12,7 @@ using test::CallLog;
 using test::Probe;
 using test::square;
 
-class HvTGroupTest : public ::testing::Test {
+class HvTGroupOfProbes : public ::testing::Test {
  protected:
   CallLog log;
   // Whoever holds ends before what it holds.
@@ -23,7 +23,7 @@ class HvTGroupTest : public ::testing::Test {
   HvTManager manager;
 };
 
-TEST_F(HvTGroupTest, StartsSolidWithAGreyBackground) {
+TEST_F(HvTGroupOfProbes, StartsSolidWithAGreyBackground) {
   EXPECT_EQ(group.groupFlags(), 7u);
   EXPECT_EQ(group.backgroundColour(), (HvColour{0.6f, 0.6f, 0.6f}));
   EXPECT_EQ(group.flags(), 1u) << "its box follows its children alone";
@@ -32,7 +32,7 @@ TEST_F(HvTGroupTest, StartsSolidWithAGreyBackground) {
   EXPECT_EQ(group.ToLocal({3, 4}), (HvPoint{3, 4}));
 }
 
-TEST_F(HvTGroupTest, KeepsItsBoxWithoutChildren) {
+TEST_F(HvTGroupOfProbes, KeepsItsBoxWithoutChildren) {
   HvBox box{1, 2, 3, 4};
   EXPECT_EQ(group.Bounds(box), 2);
   EXPECT_EQ(box, (HvBox{0, 0, 0, 0}));
@@ -41,7 +41,7 @@ TEST_F(HvTGroupTest, KeepsItsBoxWithoutChildren) {
   EXPECT_EQ(group.box(), (HvBox{0, 0, 0, 0}));
 }
 
-TEST_F(HvTGroupTest, AttachesAChildBySetParent) {
+TEST_F(HvTGroupOfProbes, AttachesAChildBySetParent) {
   manager.AddObject(&group);
   a.SetParent(&group);
   EXPECT_EQ(a.parent(), &group);
@@ -55,7 +55,7 @@ TEST_F(HvTGroupTest, AttachesAChildBySetParent) {
   EXPECT_EQ(group.children().first()->next->next, nullptr);
 }
 
-TEST_F(HvTGroupTest, AddChildAloneLeavesTheParentUnset) {
+TEST_F(HvTGroupOfProbes, AddChildAloneLeavesTheParentUnset) {
   manager.AddObject(&group);
   EXPECT_EQ(group.AddChild(nullptr), 0);
   EXPECT_EQ(group.AddChild(&a), 1);
@@ -68,7 +68,7 @@ TEST_F(HvTGroupTest, AddChildAloneLeavesTheParentUnset) {
   EXPECT_EQ(group.AddChild(&b), 0);
 }
 
-TEST_F(HvTGroupTest, TakesTheBoxOfAFirstChildAsItIs) {
+TEST_F(HvTGroupOfProbes, TakesTheBoxOfAFirstChildAsItIs) {
   a.SetOrigin({4, 4});
   a.SetSize({-2, 3});
   group.AddChild(&a);
@@ -76,7 +76,7 @@ TEST_F(HvTGroupTest, TakesTheBoxOfAFirstChildAsItIs) {
   EXPECT_EQ(group.size(), (HvPoint{-2, 3}));
 }
 
-TEST_F(HvTGroupTest, LosesItsBoxWithAChildThatHasNone) {
+TEST_F(HvTGroupOfProbes, LosesItsBoxWithAChildThatHasNone) {
   a.SetParent(&group);
   b.dropBox();
   b.SetParent(&group);
@@ -87,7 +87,7 @@ TEST_F(HvTGroupTest, LosesItsBoxWithAChildThatHasNone) {
   EXPECT_TRUE(group.hasBox());
 }
 
-TEST_F(HvTGroupTest, IsAlwaysAskedWithoutABox) {
+TEST_F(HvTGroupOfProbes, IsAlwaysAskedWithoutABox) {
   b.dropBox();
   b.SetParent(&group);
   manager.AddObject(&group);
@@ -96,7 +96,7 @@ TEST_F(HvTGroupTest, IsAlwaysAskedWithoutABox) {
   EXPECT_EQ(b.picks, 1);
 }
 
-TEST_F(HvTGroupTest, UnitesBoxesAfterAChildWithoutOne) {
+TEST_F(HvTGroupOfProbes, UnitesBoxesAfterAChildWithoutOne) {
   a.dropBox();
   a.SetParent(&group);
   EXPECT_FALSE(group.hasBox());
@@ -106,7 +106,7 @@ TEST_F(HvTGroupTest, UnitesBoxesAfterAChildWithoutOne) {
   EXPECT_EQ(group.AddChild(&b), 0);
 }
 
-TEST_F(HvTGroupTest, TellsItsParentOfItsBox) {
+TEST_F(HvTGroupOfProbes, TellsItsParentOfItsBox) {
   group.SetParent(&outer);
   a.SetParent(&group);
   b.SetParent(&group);
@@ -121,7 +121,7 @@ TEST_F(HvTGroupTest, TellsItsParentOfItsBox) {
   EXPECT_TRUE(outer.hasBox());
 }
 
-TEST_F(HvTGroupTest, RemovesAChild) {
+TEST_F(HvTGroupOfProbes, RemovesAChild) {
   manager.AddObject(&group);
   a.SetParent(&group);
   EXPECT_EQ(group.RemoveChild(&b), 0);
@@ -135,7 +135,7 @@ TEST_F(HvTGroupTest, RemovesAChild) {
   EXPECT_EQ(group.RemoveChild(&a), 0);
 }
 
-TEST_F(HvTGroupTest, HandsItsManagerDown) {
+TEST_F(HvTGroupOfProbes, HandsItsManagerDown) {
   group.SetParent(&outer);
   a.SetParent(&group);
   EXPECT_EQ(a.manager(), nullptr);
@@ -146,7 +146,7 @@ TEST_F(HvTGroupTest, HandsItsManagerDown) {
   EXPECT_EQ(a.parent(), &group);
 }
 
-TEST_F(HvTGroupTest, PutsATargetIntoItsHit) {
+TEST_F(HvTGroupOfProbes, PutsATargetIntoItsHit) {
   group.SetTarget(&a);
   EXPECT_EQ(group.target(), &a);
   EXPECT_EQ(group.hit(), &a);
@@ -155,7 +155,7 @@ TEST_F(HvTGroupTest, PutsATargetIntoItsHit) {
   EXPECT_EQ(group.hit(), &group);
 }
 
-TEST_F(HvTGroupTest, PicksItsChildrenAtTheSamePoint) {
+TEST_F(HvTGroupOfProbes, PicksItsChildrenAtTheSamePoint) {
   a.SetParent(&group);
   EXPECT_EQ(group.Pick({4, 5}, {2, 1}), HvPick(&a));
   EXPECT_EQ(a.pickedAt, (HvPoint{4, 5}));
@@ -164,7 +164,7 @@ TEST_F(HvTGroupTest, PicksItsChildrenAtTheSamePoint) {
   EXPECT_EQ(group.target(), &a);
 }
 
-TEST_F(HvTGroupTest, SwallowsAMissWhereItIsSolid) {
+TEST_F(HvTGroupOfProbes, SwallowsAMissWhereItIsSolid) {
   a.SetParent(&group);
   group.SetTarget(&a);
   EXPECT_EQ(group.Pick({400, 5}, {2, 1}), HvPick::Swallowed());
@@ -173,7 +173,7 @@ TEST_F(HvTGroupTest, SwallowsAMissWhereItIsSolid) {
   EXPECT_EQ(group.Pick({400, 5}, {2, 1}), HvPick());
 }
 
-TEST_F(HvTGroupTest, PassesOnWhatAGroupWithinSwallowed) {
+TEST_F(HvTGroupOfProbes, PassesOnWhatAGroupWithinSwallowed) {
   group.SetParent(&outer);
   a.SetParent(&group);
   outer.SetGroupFlags(0);
@@ -182,7 +182,7 @@ TEST_F(HvTGroupTest, PassesOnWhatAGroupWithinSwallowed) {
   EXPECT_EQ(outer.Pick({13, 13}, {2, 2}), HvPick());
 }
 
-TEST_F(HvTGroupTest, PaintsItsBackgroundAndThenItsChildren) {
+TEST_F(HvTGroupOfProbes, PaintsItsBackgroundAndThenItsChildren) {
   test::GlRecording recording;
   a.SetParent(&group);
   group.SetBackgroundColour({0.25f, 0.5f, 1});
@@ -200,7 +200,7 @@ TEST_F(HvTGroupTest, PaintsItsBackgroundAndThenItsChildren) {
   EXPECT_EQ(log.take(), "Draw a; Draw a; ");
 }
 
-TEST_F(HvTGroupTest, ForgetsItsChildrenWhenItEnds) {
+TEST_F(HvTGroupOfProbes, ForgetsItsChildrenWhenItEnds) {
   {
     HvTGroup passing("passing");
     a.SetParent(&passing);

@@ -36,7 +36,7 @@ class NotedBinding : public HvTDsObject {
   std::vector<double> times;
 };
 
-TEST(HvTInteractFrame, FollowsTheProject) {
+TEST(HvTInteract, FrameFollowsTheProject) {
   const TestProject project(720.0, 480.0, 768.0, 576.0);
   const auto tool = NewTool();
   EXPECT_EQ(tool->frameWidth(), 600) << "480 * 720 / 576";
@@ -48,14 +48,14 @@ TEST(HvTInteractFrame, FollowsTheProject) {
   EXPECT_EQ(tool->viewSize(), (HvPoint{600.0f, 480.0f}));
 }
 
-TEST(HvTInteractFrame, ReadsTheFourSizesInOrder) {
+TEST(HvTInteract, FrameReadsTheFourSizesInOrder) {
   const TestProject project(720.0, 480.0, 768.0, 576.0);
   NewTool();
   EXPECT_EQ(project.asked, (std::vector<std::string>{"Project Frame User Size (X)", "Project Frame User Size (Y)",
                                                      "Project Frame World Size (X)", "Project Frame World Size (Y)"}));
 }
 
-TEST(HvTInteractFrame, TruncatesItsSizes) {
+TEST(HvTInteract, FrameTruncatesItsSizes) {
   const TestProject project(1001.9, 480.9, 1.0, 480.9);
   const auto tool = NewTool();
   EXPECT_EQ(tool->frameWidth(), 1001);
@@ -63,14 +63,14 @@ TEST(HvTInteractFrame, TruncatesItsSizes) {
   EXPECT_EQ(tool->viewScale(), 1.0f) << "world height equals user height";
 }
 
-TEST(HvTInteractFrame, IsAStandardOneWithoutAProject) {
+TEST(HvTInteract, FrameIsAStandardOneWithoutAProject) {
   const auto tool = NewTool();
   EXPECT_EQ(tool->frameWidth(), 1920);
   EXPECT_EQ(tool->frameHeight(), 1080);
   EXPECT_EQ(tool->viewScale(), 1.0f);
 }
 
-TEST(HvTInteractFrame, DoesNotTakeSizesThatNoFrameHas) {
+TEST(HvTInteract, FrameDoesNotTakeSizesThatNoFrameHas) {
   const TestProject project(0.0, -5.0, 0.0, std::numeric_limits<double>::quiet_NaN());
   const auto tool = NewTool();
   EXPECT_EQ(tool->frameWidth(), 1920);
@@ -78,7 +78,7 @@ TEST(HvTInteractFrame, DoesNotTakeSizesThatNoFrameHas) {
   EXPECT_EQ(tool->viewScale(), 1.0f);
 }
 
-TEST(HvTInteractObject, IsReachedByItsClassId) {
+TEST(HvTInteract, IsReachedByItsClassId) {
   const auto tool = NewTool();
   void* found = nullptr;
   ASSERT_EQ(tool->QueryInterface(kHvTInteractClass, &found), kOk);
@@ -94,7 +94,7 @@ TEST(HvTInteractObject, IsReachedByItsClassId) {
   EXPECT_EQ(tool->QueryInterface(IDSProperties::kIid, none.Receive()), kNoInterface);
 }
 
-TEST(HvTInteractObject, CountsInTheServer) {
+TEST(HvTInteract, CountsInTheServer) {
   std::atomic<std::int32_t> locks = 0;
   HvTInteract::liveObjects = &locks;
   {
@@ -105,7 +105,7 @@ TEST(HvTInteractObject, CountsInTheServer) {
   HvTInteract::liveObjects = nullptr;
 }
 
-TEST(HvTInteractObject, HoldsItsGroupsInPaintOrder) {
+TEST(HvTInteract, HoldsItsGroupsInPaintOrder) {
   const auto tool = NewTool();
   std::vector<std::string> names;
   for (const auto* node = tool->children().first(); node != nullptr; node = node->next)
@@ -115,26 +115,26 @@ TEST(HvTInteractObject, HoldsItsGroupsInPaintOrder) {
   EXPECT_TRUE(tool->frameCentre().isVisible());
 }
 
-TEST(HvTInteractObject, IsNeverHitByItsOwnNodes) {
+TEST(HvTInteract, IsNeverHitByItsOwnNodes) {
   ToolWorld world;
   world.PenMove(200.0, 100.0);
   EXPECT_EQ(world.tool->hover(), nullptr);
   EXPECT_EQ(world.tool->hit(), nullptr);
 }
 
-class HvTInteractRing : public testing::Test {
+class HvTInteractWithARing : public testing::Test {
  protected:
-  HvTInteractRing() {
+  HvTInteractWithARing() {
     circle_.SetParent(&world_.tool->frameCentre());
     world_.viewer.invalidations = 0;
   }
-  ~HvTInteractRing() override { circle_.Detach(); }
+  ~HvTInteractWithARing() override { circle_.Detach(); }
 
   ToolWorld world_;
   HvTCircle circle_{"ring", 50.0f};
 };
 
-TEST_F(HvTInteractRing, ReachesTheTreeInFramePixels) {
+TEST_F(HvTInteractWithARing, ReachesTheTreeInFramePixels) {
   const TestProject twice(200.0, 100.0, 400.0, 200.0);
   const auto tool = NewTool();
   EXPECT_EQ(tool->viewScale(), 2.0f);
@@ -142,7 +142,7 @@ TEST_F(HvTInteractRing, ReachesTheTreeInFramePixels) {
   EXPECT_EQ(tool->GetPenPos(), (HvPoint{15.0f, 25.0f}));
 }
 
-TEST_F(HvTInteractRing, TakesDownAndUpOfTheMainButtonAlone) {
+TEST_F(HvTInteractWithARing, TakesDownAndUpOfTheMainButtonAlone) {
   for (const std::int32_t button : {0, 2, 3}) {
     EXPECT_EQ(world_.tool->OnPenDown({button, 250.0, 100.0}), kFalse);
     EXPECT_EQ(world_.tool->OnPenUp({button, 250.0, 100.0}), kFalse);
@@ -155,7 +155,7 @@ TEST_F(HvTInteractRing, TakesDownAndUpOfTheMainButtonAlone) {
   EXPECT_FALSE(circle_.isPressed());
 }
 
-TEST_F(HvTInteractRing, TakesMovesWithAnyButton) {
+TEST_F(HvTInteractWithARing, TakesMovesWithAnyButton) {
   for (const std::int32_t button : {0, 1, 2, 7}) {
     EXPECT_EQ(world_.tool->OnPenMove({button, 250.0, 100.0 + button}), kOk);
     EXPECT_EQ(world_.tool->GetPenPos().y, 100.0f + static_cast<float>(button));
@@ -163,7 +163,7 @@ TEST_F(HvTInteractRing, TakesMovesWithAnyButton) {
   EXPECT_EQ(world_.viewer.interactions, std::vector<std::string>(4, "do"));
 }
 
-TEST_F(HvTInteractRing, TellsTheViewerOfAMoveThatChangesNothing) {
+TEST_F(HvTInteractWithARing, TellsTheViewerOfAMoveThatChangesNothing) {
   world_.PenMove(3.0, 3.0);
   world_.viewer.interactions.clear();
   world_.viewer.invalidations = 0;
@@ -173,7 +173,7 @@ TEST_F(HvTInteractRing, TellsTheViewerOfAMoveThatChangesNothing) {
   EXPECT_EQ(world_.viewer.invalidations, 0);
 }
 
-TEST_F(HvTInteractRing, AsksForAPaintWhereTheTreeDoes) {
+TEST_F(HvTInteractWithARing, AsksForAPaintWhereTheTreeDoes) {
   world_.tool->Draw();
   world_.PenMove(250.0, 100.0);
   EXPECT_EQ(world_.tool->hover(), &circle_);
@@ -186,7 +186,7 @@ TEST_F(HvTInteractRing, AsksForAPaintWhereTheTreeDoes) {
   EXPECT_EQ(world_.viewer.interactions, (std::vector<std::string>{"do", "begin", "do", "end"}));
 }
 
-TEST_F(HvTInteractRing, FallsThroughWhileControlsAreHidden) {
+TEST_F(HvTInteractWithARing, FallsThroughWhileControlsAreHidden) {
   world_.tool->ShowControls(false);
   EXPECT_EQ(world_.viewer.TakeInvalidations(), 1);
   EXPECT_EQ(world_.tool->OnPenMove({0, 250.0, 100.0}), kFalse);
@@ -225,23 +225,23 @@ void ExpectToolHearsThePenAfterAListenerThrew(Widget& widget, HvPoint handle) {
   widget.Detach();
 }
 
-TEST(HvTInteractPen, IsHeardAfterAListenerOfARingThrew) {
+TEST(HvTInteract, HearsThePenAfterAListenerOfARingThrew) {
   HvTCircle ring("ring", 50.0f);
   ExpectToolHearsThePenAfterAListenerThrew(ring, {50.0f, 0.0f});
 }
 
-TEST(HvTInteractPen, IsHeardAfterAListenerOfARectangleThrew) {
+TEST(HvTInteract, HearsThePenAfterAListenerOfARectangleThrew) {
   HvTRectangle rectangle("rectangle", 10.0f, 10.0f, 60.0f, 40.0f);
   ExpectToolHearsThePenAfterAListenerThrew(rectangle, {10.0f, 25.0f});
 }
 
-TEST(HvTInteractPen, IsHeardAfterAListenerOfAnAxisThrew) {
+TEST(HvTInteract, HearsThePenAfterAListenerOfAnAxisThrew) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   ExpectToolHearsThePenAfterAListenerThrew(axis, {0.0f, 0.0f});
   EXPECT_EQ(axis.active(), static_cast<std::uint32_t>(HvT2DAxis::kTranslate)) << "hovered again";
 }
 
-TEST(HvTInteractViewRect, MovesTheSourceCentre) {
+TEST(HvTInteract, ViewRectMovesTheSourceCentre) {
   ToolWorld world;
   EXPECT_NE(world.tool->SetViewRect({10.0f, 20.0f}, {101.0f, 51.0f}), 0);
   EXPECT_EQ(world.tool->srcCentre().centre(), (HvPoint{60.5f, 45.5f}));
@@ -249,7 +249,7 @@ TEST(HvTInteractViewRect, MovesTheSourceCentre) {
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
 
-TEST(HvTInteractViewRect, StaysWithinAHundredth) {
+TEST(HvTInteract, ViewRectStaysWithinAHundredth) {
   ToolWorld world;
   world.tool->SetViewRect({10.0f, 20.0f}, {100.0f, 50.0f});
   world.viewer.invalidations = 0;
@@ -265,7 +265,7 @@ TEST(HvTInteractViewRect, StaysWithinAHundredth) {
   EXPECT_TRUE(differs({10.0f, 20.0f}, {100.0f, 49.98f}));
 }
 
-TEST(HvTInteractProperties, AreRefusedWhileItIsNotLinked) {
+TEST(HvTInteract, PropertiesAreRefusedWhileItIsNotLinked) {
   const auto tool = NewTool();
   EXPECT_FALSE(tool->linked());
   EXPECT_FALSE(tool->ReadAnimated(test::kBlurId, 0.0));
@@ -273,7 +273,7 @@ TEST(HvTInteractProperties, AreRefusedWhileItIsNotLinked) {
   EXPECT_FALSE(tool->WriteAnimated(test::kBlurId, 1.0));
 }
 
-TEST(HvTInteractProperties, AreReadAndWrittenOnTheOperator) {
+TEST(HvTInteract, PropertiesAreReadAndWrittenOnTheOperator) {
   ToolWorld world;
   EXPECT_EQ(world.tool->ReadAnimated(test::kBlurId, -1.0), 10.0);
   EXPECT_FALSE(world.tool->ReadAnimated(GUID_NO_PROPERTY, -1.0));
@@ -283,7 +283,7 @@ TEST(HvTInteractProperties, AreReadAndWrittenOnTheOperator) {
   EXPECT_FALSE(world.tool->WriteAnimated(GUID_NO_PROPERTY, 1.0));
 }
 
-TEST(HvTInteractProperties, AreReadAtTheViewersTime) {
+TEST(HvTInteract, PropertiesAreReadAtTheViewersTime) {
   ToolWorld world;
   world.theOperator->PutCurve(test::kBlurId, DSCurve{{{0.0, 0.0}, {10.0, 100.0}}});
   world.viewer.time = 5.0;
@@ -291,7 +291,7 @@ TEST(HvTInteractProperties, AreReadAtTheViewersTime) {
   EXPECT_EQ(world.tool->ReadAnimated(test::kBlurId, 2.0), 20.0);
 }
 
-TEST(HvTInteractProperties, AreReadOnlyWhereAChangeConcernsThem) {
+TEST(HvTInteract, PropertiesAreReadOnlyWhereAChangeConcernsThem) {
   ToolWorld world;
   EXPECT_EQ(world.tool->ReadIfAffected(test::kBlurId, test::kBlurId), 10.0);
   EXPECT_EQ(world.tool->ReadIfAffected(GUID_ALL_PROPERTIES, test::kBlurId), 10.0);
@@ -300,7 +300,7 @@ TEST(HvTInteractProperties, AreReadOnlyWhereAChangeConcernsThem) {
   EXPECT_FALSE(world.tool->ReadIfAffected(GUID_NO_PROPERTY, GUID_NO_PROPERTY));
 }
 
-TEST(HvTInteractBindings, ReadWhenTheyAreAdded) {
+TEST(HvTInteract, BindingsReadWhenTheyAreAdded) {
   ToolWorld world;
   world.tool->AddDsObject(nullptr);
   EXPECT_EQ(world.viewer.TakeInvalidations(), 0);
@@ -311,7 +311,7 @@ TEST(HvTInteractBindings, ReadWhenTheyAreAdded) {
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
 
-TEST(HvTInteractBindings, AreAllToldOfAChange) {
+TEST(HvTInteract, BindingsAreAllToldOfAChange) {
   ToolWorld world;
   NotedBinding first;
   NotedBinding second;
@@ -328,7 +328,7 @@ TEST(HvTInteractBindings, AreAllToldOfAChange) {
   EXPECT_EQ(second.changes, first.changes);
 }
 
-TEST(HvTInteractBindings, AreToldOfTheTimeOnceThereIsAnOperator) {
+TEST(HvTInteract, BindingsAreToldOfTheTimeOnceThereIsAnOperator) {
   NotedBinding binding;
   const auto unlinked = NewTool();
   unlinked->AddDsObject(&binding);
@@ -342,7 +342,7 @@ TEST(HvTInteractBindings, AreToldOfTheTimeOnceThereIsAnOperator) {
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
 
-TEST(HvTInteractBindings, MayGoBeforeTheTool) {
+TEST(HvTInteract, BindingsMayGoBeforeTheTool) {
   ToolWorld world;
   {
     NotedBinding binding;
@@ -352,7 +352,7 @@ TEST(HvTInteractBindings, MayGoBeforeTheTool) {
   world.tool->OnOnTimeChange(1.0);
 }
 
-TEST(HvTInteractBindings, MayOutliveTheTool) {
+TEST(HvTInteract, BindingsMayOutliveTheTool) {
   NotedBinding binding;
   {
     const auto tool = NewTool();
@@ -361,7 +361,7 @@ TEST(HvTInteractBindings, MayOutliveTheTool) {
   EXPECT_EQ(binding.tool(), nullptr);
 }
 
-TEST(HvTInteractBindings, BelongToOneTool) {
+TEST(HvTInteract, BindingsBelongToOneTool) {
   const auto first = NewTool();
   const auto second = NewTool();
   auto binding = std::make_unique<NotedBinding>();
@@ -371,7 +371,7 @@ TEST(HvTInteractBindings, BelongToOneTool) {
   binding.reset();
 }
 
-TEST(HvTInteractLinks, FollowOperatorAndViewer) {
+TEST(HvTInteract, LinksFollowOperatorAndViewer) {
   const TestProject project(400.0, 200.0, 400.0, 200.0);
   const auto theOperator = ComPtr<test::TestOperator>::Own(new test::TestOperator());
   auto* const object = static_cast<IDSProperties*>(theOperator.get());
@@ -394,7 +394,7 @@ TEST(HvTInteractLinks, FollowOperatorAndViewer) {
   EXPECT_FALSE(tool->linked());
 }
 
-TEST(HvTInteractLinks, ThatFailUndoTheOneBefore) {
+TEST(HvTInteract, LinksThatFailUndoTheOneBefore) {
   ToolWorld world;
   TestViewer noOperator;
   EXPECT_EQ(world.tool->OnLinkToOperator(&noOperator), kNoInterface);
@@ -406,7 +406,7 @@ TEST(HvTInteractLinks, ThatFailUndoTheOneBefore) {
   EXPECT_TRUE(binding.changes.empty());
 }
 
-TEST(HvTInteractLifetime, EndsBeforeTheWidgetsOnIt) {
+TEST(HvTInteract, EndsBeforeTheWidgetsOnIt) {
   HvTCircle circle("ring", 50.0f);
   {
     ToolWorld world;
@@ -418,7 +418,7 @@ TEST(HvTInteractLifetime, EndsBeforeTheWidgetsOnIt) {
   EXPECT_EQ(circle.manager(), nullptr);
 }
 
-TEST(HvTInteractLifetime, EndsAfterAWidgetThatThePenHolds) {
+TEST(HvTInteract, EndsAfterAWidgetThatThePenHolds) {
   ToolWorld world;
   {
     HvTCircle circle("ring", 50.0f);

@@ -16,9 +16,9 @@ using test::Probe;
 using test::square;
 
 // Two widgets that overlap, b above a, and a pen.
-class HvTManagerTest : public ::testing::Test {
+class HvTManagerOfProbes : public ::testing::Test {
  protected:
-  HvTManagerTest() {
+  HvTManagerOfProbes() {
     manager.AddObject(&a);
     manager.AddObject(&b);
     manager.EnableTips(false);
@@ -76,7 +76,7 @@ TEST(HvTManager, TakesObjectsOnce) {
   EXPECT_FALSE(manager.wantsRepaint());
 }
 
-TEST_F(HvTManagerTest, IgnoresEverythingButThePen) {
+TEST_F(HvTManagerOfProbes, IgnoresEverythingButThePen) {
   for (const std::uint32_t id : {0u, 100u, 104u, 200u, 201u, 202u, 203u}) {
     EXPECT_FALSE(send(id, {5, 5})) << id;
     EXPECT_EQ(manager.GetPenPos(), (HvPoint{0, 0}));
@@ -84,7 +84,7 @@ TEST_F(HvTManagerTest, IgnoresEverythingButThePen) {
   EXPECT_EQ(log.take(), "");
 }
 
-TEST_F(HvTManagerTest, FollowsThePen) {
+TEST_F(HvTManagerOfProbes, FollowsThePen) {
   move(3, 4);
   EXPECT_EQ(manager.GetPenPos(), (HvPoint{3, 4}));
   EXPECT_EQ(manager.GetPenDelta(), (HvPoint{3, 4}));
@@ -96,7 +96,7 @@ TEST_F(HvTManagerTest, FollowsThePen) {
   EXPECT_FALSE(manager.IsPenDown());
 }
 
-TEST_F(HvTManagerTest, TakesTheSecondKindOfPositionToo) {
+TEST_F(HvTManagerOfProbes, TakesTheSecondKindOfPositionToo) {
   struct SecondKind : HvMessage {
     explicit SecondKind(HvPoint pos) : HvMessage(kPenMoved, kHoldsPositionToo, &pos, sizeof pos) {}
   };
@@ -105,7 +105,7 @@ TEST_F(HvTManagerTest, TakesTheSecondKindOfPositionToo) {
   EXPECT_EQ(manager.hover(), &a);
 }
 
-TEST_F(HvTManagerTest, KeepsThePositionWithoutOne) {
+TEST_F(HvTManagerOfProbes, KeepsThePositionWithoutOne) {
   move(5, 5);
   log.take();
   manager.PostMessage(HvMessage(kPenDown));
@@ -115,7 +115,7 @@ TEST_F(HvTManagerTest, KeepsThePositionWithoutOne) {
   EXPECT_EQ(log.take(), "Leave a; Press a 5 5; ");
 }
 
-TEST_F(HvTManagerTest, EntersAndLeavesAsThePenMoves) {
+TEST_F(HvTManagerOfProbes, EntersAndLeavesAsThePenMoves) {
   EXPECT_TRUE(move(5, 5));
   EXPECT_EQ(log.take(), "Enter a 5 5; ");
   EXPECT_EQ(manager.hover(), &a);
@@ -132,14 +132,14 @@ TEST_F(HvTManagerTest, EntersAndLeavesAsThePenMoves) {
   EXPECT_EQ(log.take(), "");
 }
 
-TEST_F(HvTManagerTest, IgnoresWhatEnterAndLeaveAnswerWhileHovering) {
+TEST_F(HvTManagerOfProbes, IgnoresWhatEnterAndLeaveAnswerWhileHovering) {
   a.enterResult = a.leaveResult = 0;
   EXPECT_TRUE(move(5, 5));
   a.enterResult = a.leaveResult = 1;
   EXPECT_FALSE(move(6, 6));
 }
 
-TEST_F(HvTManagerTest, OverlooksTheSmallestMoves) {
+TEST_F(HvTManagerOfProbes, OverlooksTheSmallestMoves) {
   move(5, 5);
   a.picks = 0;
   const auto still = [&](float dx, float dy) {
@@ -162,7 +162,7 @@ TEST_F(HvTManagerTest, OverlooksTheSmallestMoves) {
   EXPECT_FALSE(still(0, 0.0010001f));
 }
 
-TEST_F(HvTManagerTest, RepaintsForATipWithEveryMove) {
+TEST_F(HvTManagerOfProbes, RepaintsForATipWithEveryMove) {
   manager.EnableTips(true);
   EXPECT_TRUE(move(5, 5));
   EXPECT_TRUE(move(5, 5)) << "even one that overlooks";
@@ -174,7 +174,7 @@ TEST_F(HvTManagerTest, RepaintsForATipWithEveryMove) {
   EXPECT_FALSE(move(600, 600));
 }
 
-TEST_F(HvTManagerTest, PressesAfterALeaveAndAScan) {
+TEST_F(HvTManagerOfProbes, PressesAfterALeaveAndAScan) {
   move(5, 5);
   a.picks = b.picks = 0;
   a.logsPicks = true;
@@ -184,14 +184,14 @@ TEST_F(HvTManagerTest, PressesAfterALeaveAndAScan) {
   EXPECT_FALSE(a.isHovered());
 }
 
-TEST_F(HvTManagerTest, PressesWhatIsUnderThePenNow) {
+TEST_F(HvTManagerOfProbes, PressesWhatIsUnderThePenNow) {
   move(5, 5);
   press(30, 5);
   EXPECT_EQ(log.take(), "Leave a; Press b 30 5; ");
   EXPECT_EQ(manager.hover(), &b);
 }
 
-TEST_F(HvTManagerTest, AsksForARepaintByEachAnswerToAPress) {
+TEST_F(HvTManagerOfProbes, AsksForARepaintByEachAnswerToAPress) {
   const auto asks = [&](std::int32_t leave, std::int32_t press_) {
     release(5, 5);
     a.leaveResult = leave;
@@ -205,7 +205,7 @@ TEST_F(HvTManagerTest, AsksForARepaintByEachAnswerToAPress) {
   EXPECT_FALSE(press(500, 1)) << "nothing is there to answer";
 }
 
-TEST_F(HvTManagerTest, DragsWhatWasPressedWhereverThePenGoes) {
+TEST_F(HvTManagerOfProbes, DragsWhatWasPressedWhereverThePenGoes) {
   press(5, 5);
   a.picks = b.picks = 0;
   EXPECT_TRUE(move(30, 5));
@@ -217,7 +217,7 @@ TEST_F(HvTManagerTest, DragsWhatWasPressedWhereverThePenGoes) {
   EXPECT_EQ(manager.hover(), &a);
 }
 
-TEST_F(HvTManagerTest, TakesBackARepaintAfterADragThatChangesNothing) {
+TEST_F(HvTManagerOfProbes, TakesBackARepaintAfterADragThatChangesNothing) {
   press(5, 5);
   manager.WantRepaint();
   a.dragResult = 0;
@@ -226,7 +226,7 @@ TEST_F(HvTManagerTest, TakesBackARepaintAfterADragThatChangesNothing) {
   EXPECT_TRUE(manager.PostMessage(HvMessage::OfPosition(kPenMoved, {7, 7})));
 }
 
-TEST_F(HvTManagerTest, KeepsARepaintWhileNothingIsDragged) {
+TEST_F(HvTManagerOfProbes, KeepsARepaintWhileNothingIsDragged) {
   press(500, 500);
   manager.WantRepaint();
   EXPECT_TRUE(manager.PostMessage(HvMessage::OfPosition(kPenMoved, {6, 6})));
@@ -234,7 +234,7 @@ TEST_F(HvTManagerTest, KeepsARepaintWhileNothingIsDragged) {
   EXPECT_EQ(log.take(), "");
 }
 
-TEST_F(HvTManagerTest, EntersWhatIsUnderThePenAfterARelease) {
+TEST_F(HvTManagerOfProbes, EntersWhatIsUnderThePenAfterARelease) {
   press(5, 5);
   move(30, 5);
   EXPECT_TRUE(release(31, 5));
@@ -244,7 +244,7 @@ TEST_F(HvTManagerTest, EntersWhatIsUnderThePenAfterARelease) {
   EXPECT_EQ(manager.hover(), &b);
 }
 
-TEST_F(HvTManagerTest, AsksForARepaintByEachAnswerToARelease) {
+TEST_F(HvTManagerOfProbes, AsksForARepaintByEachAnswerToARelease) {
   const auto asks = [&](std::int32_t release_, std::int32_t enter) {
     press(5, 5);
     a.releaseResult = release_;
@@ -256,7 +256,7 @@ TEST_F(HvTManagerTest, AsksForARepaintByEachAnswerToARelease) {
   EXPECT_TRUE(asks(0, 1));
 }
 
-TEST_F(HvTManagerTest, StopsAtTheEmptySpaceOfASolidGroup) {
+TEST_F(HvTManagerOfProbes, StopsAtTheEmptySpaceOfASolidGroup) {
   Probe inside(log, "i", square(0, 0, 2));
   Probe corner(log, "c", square(38, 38, 2));
   HvTGroup group("g");
@@ -275,7 +275,7 @@ TEST_F(HvTManagerTest, StopsAtTheEmptySpaceOfASolidGroup) {
   group.Detach();
 }
 
-TEST_F(HvTManagerTest, LeadsDownAGroupToItsChild) {
+TEST_F(HvTManagerOfProbes, LeadsDownAGroupToItsChild) {
   Probe inside(log, "i", square(0, 0, 2));
   HvTGroup group("g");
   inside.SetParent(&group);
@@ -289,7 +289,7 @@ TEST_F(HvTManagerTest, LeadsDownAGroupToItsChild) {
   group.Detach();
 }
 
-TEST_F(HvTManagerTest, FallsBackOnAWidgetWhereNothingIsHit) {
+TEST_F(HvTManagerOfProbes, FallsBackOnAWidgetWhereNothingIsHit) {
   Probe inside(log, "i", square(0, 0, 2));
   HvTGroup inner("inner");
   HvTGroup outer("outer");
@@ -322,14 +322,14 @@ TEST_F(HvTManagerTest, FallsBackOnAWidgetWhereNothingIsHit) {
   EXPECT_EQ(manager.fallback(), nullptr);
 }
 
-TEST_F(HvTManagerTest, FallsBackAtTheTop) {
+TEST_F(HvTManagerOfProbes, FallsBackAtTheTop) {
   manager.SetFallback(&a);
   press(900, 900);
   EXPECT_EQ(manager.hit(), &a);
   EXPECT_EQ(log.take(), "Press a 900 900; ");
 }
 
-TEST_F(HvTManagerTest, FallsBackOnWhatASolidGroupSwallows) {
+TEST_F(HvTManagerOfProbes, FallsBackOnWhatASolidGroupSwallows) {
   HvTGroup group("g");
   manager.AddObject(&group);
   manager.SetFallback(&a);
@@ -338,7 +338,7 @@ TEST_F(HvTManagerTest, FallsBackOnWhatASolidGroupSwallows) {
   group.Detach();
 }
 
-TEST_F(HvTManagerTest, OnlyMovesThePenWhileItHandlesAMessage) {
+TEST_F(HvTManagerOfProbes, OnlyMovesThePenWhileItHandlesAMessage) {
   press(5, 5);
   a.whileDragged = [&] {
     a.whileDragged = nullptr;
@@ -360,7 +360,7 @@ TEST_F(HvTManagerTest, OnlyMovesThePenWhileItHandlesAMessage) {
   EXPECT_EQ(log.take(), "Leave a; Enter b 30 5; ");
 }
 
-TEST_F(HvTManagerTest, SaysThatAPickIsRunning) {
+TEST_F(HvTManagerOfProbes, SaysThatAPickIsRunning) {
   bool seen = false;
   a.whilePicked = [&] { seen = manager.isPicking(); };
   move(5, 5);
@@ -368,7 +368,7 @@ TEST_F(HvTManagerTest, SaysThatAPickIsRunning) {
   EXPECT_FALSE(manager.isPicking());
 }
 
-TEST_F(HvTManagerTest, HandlesTheNextMessageAfterOneThatThrew) {
+TEST_F(HvTManagerOfProbes, HandlesTheNextMessageAfterOneThatThrew) {
   press(5, 5);
   a.whileDragged = [] { throw std::runtime_error("refused"); };
   EXPECT_THROW(move(6, 6), std::runtime_error);
@@ -379,7 +379,7 @@ TEST_F(HvTManagerTest, HandlesTheNextMessageAfterOneThatThrew) {
   EXPECT_EQ(manager.hover(), &b);
 }
 
-TEST_F(HvTManagerTest, IsNotPickingAfterAPickThatThrew) {
+TEST_F(HvTManagerOfProbes, IsNotPickingAfterAPickThatThrew) {
   a.whilePicked = [] { throw std::runtime_error("refused"); };
   EXPECT_THROW(move(5, 5), std::runtime_error);
   EXPECT_FALSE(manager.isPicking());
@@ -388,7 +388,7 @@ TEST_F(HvTManagerTest, IsNotPickingAfterAPickThatThrew) {
   EXPECT_EQ(manager.hover(), &a);
 }
 
-TEST_F(HvTManagerTest, PicksByItsTolerance) {
+TEST_F(HvTManagerOfProbes, PicksByItsTolerance) {
   manager.SetTolerance({7, 0.5f});
   move(-6, 5);
   EXPECT_EQ(a.pickedWith, (HvPoint{7, 0.5f}));
@@ -397,7 +397,7 @@ TEST_F(HvTManagerTest, PicksByItsTolerance) {
   EXPECT_EQ(a.picks, 0);
 }
 
-TEST_F(HvTManagerTest, DrawsATipUpAndRightOfThePen) {
+TEST_F(HvTManagerOfProbes, DrawsATipUpAndRightOfThePen) {
   manager.EnableTips(true);
   move(30, 5);
   log.take();
@@ -409,7 +409,7 @@ TEST_F(HvTManagerTest, DrawsATipUpAndRightOfThePen) {
   EXPECT_EQ(log.take(), "Draw a; Draw b; ");
 }
 
-TEST_F(HvTManagerTest, ForgetsWhatLeaves) {
+TEST_F(HvTManagerOfProbes, ForgetsWhatLeaves) {
   {
     Probe passing(log, "p", square(50, 50, 10));
     manager.AddObject(&passing);
@@ -424,7 +424,7 @@ TEST_F(HvTManagerTest, ForgetsWhatLeaves) {
   EXPECT_EQ(log.take(), "");
 }
 
-TEST_F(HvTManagerTest, ForgetsAChildThatLeavesItsGroupDuringADrag) {
+TEST_F(HvTManagerOfProbes, ForgetsAChildThatLeavesItsGroupDuringADrag) {
   HvTGroup group("g");
   {
     Probe passing(log, "p", square(50, 50, 10));

@@ -10,7 +10,7 @@
 namespace vblur {
 namespace {
 
-class HvTRectangleTest : public ::testing::Test {
+class HvTRectangleOnItsOwn : public ::testing::Test {
  protected:
   // 0 for a miss.
   std::uint32_t edgesAt(float x, float y, HvPoint tolerance = {3, 2}) {
@@ -32,7 +32,7 @@ class HvTRectangleTest : public ::testing::Test {
   test::Hearer hearer{rectangle};
 };
 
-TEST_F(HvTRectangleTest, TakesTwoCorners) {
+TEST_F(HvTRectangleOnItsOwn, TakesTwoCorners) {
   EXPECT_STREQ(rectangle.name(), "Box");
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{0, 0, 200, 100}));
   EXPECT_EQ(rectangle.colour(), (HvColour{0.7f, 0, 0}));
@@ -42,7 +42,7 @@ TEST_F(HvTRectangleTest, TakesTwoCorners) {
   EXPECT_EQ(rectangle.box(), (HvBox{0, 200, 0, 100}));
 }
 
-TEST_F(HvTRectangleTest, SortsItsSidesButNotItsOwnBox) {
+TEST_F(HvTRectangleOnItsOwn, SortsItsSidesButNotItsOwnBox) {
   rectangle.SetBox(50, 40, -10, 60);
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{-10, 40, 50, 60}));
   EXPECT_EQ(rectangle.origin(), (HvPoint{50, 40}));
@@ -52,14 +52,14 @@ TEST_F(HvTRectangleTest, SortsItsSidesButNotItsOwnBox) {
   EXPECT_EQ(rectangle.size(), (HvPoint{5, -18}));
 }
 
-TEST_F(HvTRectangleTest, TellsItsParent) {
+TEST_F(HvTRectangleOnItsOwn, TellsItsParent) {
   HvTGroup group("g");
   rectangle.SetParent(&group);
   rectangle.SetBox(-5, -6, 7, 8);
   EXPECT_EQ(group.box(), (HvBox{-5, 7, -6, 8}));
 }
 
-TEST_F(HvTRectangleTest, KeepsEachSideWithinItsLimits) {
+TEST_F(HvTRectangleOnItsOwn, KeepsEachSideWithinItsLimits) {
   rectangle.SetLimits(10, 20, 110, 60);
   rectangle.SetBox(-50, 70, 300, 30);
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{-50, 30, 300, 70})) << "not before they hold";
@@ -75,7 +75,7 @@ TEST_F(HvTRectangleTest, KeepsEachSideWithinItsLimits) {
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{100, 10, 50, 20}));
 }
 
-TEST_F(HvTRectangleTest, IsHitOnItsEdges) {
+TEST_F(HvTRectangleOnItsOwn, IsHitOnItsEdges) {
   EXPECT_EQ(edgesAt(1, 50), 1u);
   EXPECT_EQ(edgesAt(199, 50), 2u);
   EXPECT_EQ(edgesAt(30, -1), 4u);
@@ -83,14 +83,14 @@ TEST_F(HvTRectangleTest, IsHitOnItsEdges) {
   EXPECT_EQ(edgesAt(50, 50), 0u);
 }
 
-TEST_F(HvTRectangleTest, IsHitOnTwoEdgesAtACorner) {
+TEST_F(HvTRectangleOnItsOwn, IsHitOnTwoEdgesAtACorner) {
   EXPECT_EQ(edgesAt(0, 0), 5u);
   EXPECT_EQ(edgesAt(2, 101), 9u);
   EXPECT_EQ(edgesAt(200, -1), 6u);
   EXPECT_EQ(edgesAt(202, 101), 10u);
 }
 
-TEST_F(HvTRectangleTest, NeedsTheToleranceStrictly) {
+TEST_F(HvTRectangleOnItsOwn, NeedsTheToleranceStrictly) {
   EXPECT_EQ(edgesAt(-2.99f, 50), 1u);
   EXPECT_EQ(edgesAt(-3, 50), 0u);
   EXPECT_EQ(edgesAt(3, 50), 0u);
@@ -102,12 +102,12 @@ TEST_F(HvTRectangleTest, NeedsTheToleranceStrictly) {
   EXPECT_EQ(edgesAt(203, 0), 0u);
 }
 
-TEST_F(HvTRectangleTest, PrefersLeftAndTopWhereEdgesMeet) {
+TEST_F(HvTRectangleOnItsOwn, PrefersLeftAndTopWhereEdgesMeet) {
   rectangle.SetBox(10, 10, 10, 10);
   EXPECT_EQ(edgesAt(10, 10), 9u);
 }
 
-TEST_F(HvTRectangleTest, IsHitOnTheBarsOfItsCross) {
+TEST_F(HvTRectangleOnItsOwn, IsHitOnTheBarsOfItsCross) {
   EXPECT_EQ(edgesAt(100, 50), 48u);
   EXPECT_EQ(edgesAt(110, 50), 16u);
   EXPECT_EQ(edgesAt(100, 40), 32u);
@@ -122,12 +122,12 @@ TEST_F(HvTRectangleTest, IsHitOnTheBarsOfItsCross) {
   EXPECT_EQ(edgesAt(100, 52), 32u);
 }
 
-TEST_F(HvTRectangleTest, HasNoBarsWhereThereIsAnEdge) {
+TEST_F(HvTRectangleOnItsOwn, HasNoBarsWhereThereIsAnEdge) {
   rectangle.SetBox(0, 0, 4, 100);
   EXPECT_EQ(edgesAt(2, 50), 1u);
 }
 
-TEST_F(HvTRectangleTest, AsksForARepaintWithOtherEdges) {
+TEST_F(HvTRectangleOnItsOwn, AsksForARepaintWithOtherEdges) {
   HvTManager manager;
   manager.AddObject(&rectangle);
   const auto asks = [&](float x, float y) {
@@ -144,14 +144,14 @@ TEST_F(HvTRectangleTest, AsksForARepaintWithOtherEdges) {
   EXPECT_TRUE(asks(200, 50));
 }
 
-TEST_F(HvTRectangleTest, KeepsItsEdgesBeyondALeave) {
+TEST_F(HvTRectangleOnItsOwn, KeepsItsEdgesBeyondALeave) {
   edgesAt(0, 50);
   rectangle.Enter({});
   rectangle.Leave();
   EXPECT_EQ(rectangle.edgeMask(), 1u);
 }
 
-TEST_F(HvTRectangleTest, SendsTheWholeOfADrag) {
+TEST_F(HvTRectangleOnItsOwn, SendsTheWholeOfADrag) {
   edgesAt(0, 50);
   hearer.whileHearing = [&] { EXPECT_FALSE(rectangle.isPressed()); };
   EXPECT_EQ(rectangle.Press({1, 50}), 1);
@@ -169,21 +169,21 @@ TEST_F(HvTRectangleTest, SendsTheWholeOfADrag) {
   EXPECT_FALSE(rectangle.isPressed());
 }
 
-TEST_F(HvTRectangleTest, DragsEachEdge) {
+TEST_F(HvTRectangleOnItsOwn, DragsEachEdge) {
   EXPECT_EQ(dragged({0, 50}, {-7, 90}), (HvRectangleSides{-7, 0, 200, 100}));
   EXPECT_EQ(dragged({200, 50}, {210, 90}), (HvRectangleSides{-7, 0, 210, 100}));
   EXPECT_EQ(dragged({50, 0}, {90, 5}), (HvRectangleSides{-7, 5, 210, 100}));
   EXPECT_EQ(dragged({50, 100}, {90, 80}), (HvRectangleSides{-7, 5, 210, 80}));
 }
 
-TEST_F(HvTRectangleTest, DragsBothEdgesOfACorner) {
+TEST_F(HvTRectangleOnItsOwn, DragsBothEdgesOfACorner) {
   EXPECT_EQ(dragged({0, 0}, {5, -6}), (HvRectangleSides{5, -6, 200, 100}));
   EXPECT_EQ(dragged({200, 100}, {150, 130}), (HvRectangleSides{5, -6, 150, 130}));
   EXPECT_EQ(dragged({5, 130}, {6, 131}), (HvRectangleSides{6, -6, 150, 131}));
   EXPECT_EQ(dragged({150, -6}, {151, -7}), (HvRectangleSides{6, -7, 151, 131}));
 }
 
-TEST_F(HvTRectangleTest, PinsAnEdgeAtTheOneOpposite) {
+TEST_F(HvTRectangleOnItsOwn, PinsAnEdgeAtTheOneOpposite) {
   EXPECT_EQ(dragged({0, 50}, {900, 50}), (HvRectangleSides{200, 0, 200, 100}));
   // Empty but alive: what is picked there is the left edge.
   EXPECT_EQ(edgesAt(200, 50), 1u);
@@ -195,7 +195,7 @@ TEST_F(HvTRectangleTest, PinsAnEdgeAtTheOneOpposite) {
   EXPECT_EQ(dragged({50, 100}, {50, -900}), (HvRectangleSides{0, 0, 200, 0}));
 }
 
-TEST_F(HvTRectangleTest, CountsADragFromTheLastPosition) {
+TEST_F(HvTRectangleOnItsOwn, CountsADragFromTheLastPosition) {
   edgesAt(0, 50);
   rectangle.Press({1, 50});
   rectangle.Drag({3, 50});
@@ -206,13 +206,13 @@ TEST_F(HvTRectangleTest, CountsADragFromTheLastPosition) {
   EXPECT_EQ(rectangle.x0(), -1.0f);
 }
 
-TEST_F(HvTRectangleTest, MovesByItsBars) {
+TEST_F(HvTRectangleOnItsOwn, MovesByItsBars) {
   EXPECT_EQ(dragged({110, 50}, {117, 90}), (HvRectangleSides{7, 0, 207, 100}));
   EXPECT_EQ(dragged({107, 60}, {900, 55}), (HvRectangleSides{7, -5, 207, 95}));
   EXPECT_EQ(dragged({107, 45}, {100, 50}), (HvRectangleSides{0, 0, 200, 100}));
 }
 
-TEST_F(HvTRectangleTest, KeepsItsSizeAtALimit) {
+TEST_F(HvTRectangleOnItsOwn, KeepsItsSizeAtALimit) {
   rectangle.SetLimits(-10, -20, 300, 110);
   rectangle.KeepWithinLimits(true);
   EXPECT_EQ(dragged({100, 50}, {0, -50}), (HvRectangleSides{-10, -20, 190, 80}));
@@ -226,7 +226,7 @@ TEST_F(HvTRectangleTest, KeepsItsSizeAtALimit) {
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{99, 10, 299, 110}));
 }
 
-TEST_F(HvTRectangleTest, SaysSoWhenAnEdgeIsHeldByALimit) {
+TEST_F(HvTRectangleOnItsOwn, SaysSoWhenAnEdgeIsHeldByALimit) {
   rectangle.SetLimits(0, 0, 200, 100);
   rectangle.KeepWithinLimits(true);
   edgesAt(0, 50);
@@ -238,7 +238,7 @@ TEST_F(HvTRectangleTest, SaysSoWhenAnEdgeIsHeldByALimit) {
   EXPECT_EQ(rectangle.origin(), (HvPoint{-5, 0}));
 }
 
-TEST_F(HvTRectangleTest, DragsByItsVirtualSetBox) {
+TEST_F(HvTRectangleOnItsOwn, DragsByItsVirtualSetBox) {
   struct Snapping : HvTRectangle {
     using HvTRectangle::HvTRectangle;
     void SetBox(float, float, float, float) override { HvTRectangle::SetBox(1, 2, 3, 4); }
@@ -256,7 +256,7 @@ struct EdgePoint {
   HvPoint pos;
 };
 
-TEST_F(HvTRectangleTest, DrawsEachState) {
+TEST_F(HvTRectangleOnItsOwn, DrawsEachState) {
   constexpr EdgePoint kPlaces[] = {
       {"nothing", {50, 20}},
       {"left", {0, 20}},

@@ -12,7 +12,7 @@ namespace {
 const Matrix3 kMatrixIdentity;
 
 // The process has one stack; each test finds it at its bottom, and leaves it there.
-class OverlayMatrixStackTest : public ::testing::Test {
+class Matrix3Stack : public ::testing::Test {
  protected:
   void SetUp() override { toBottom(); }
   void TearDown() override { toBottom(); }
@@ -106,14 +106,14 @@ TEST(Matrix3, InverseLeadsBack) {
   });
 }
 
-TEST_F(OverlayMatrixStackTest, IsOneForTheProcess) {
+TEST_F(Matrix3Stack, IsOneForTheProcess) {
   EXPECT_EQ(&OverlayMatrixStack::Get(), &stack);
   EXPECT_EQ(stack.depth(), 0);
   EXPECT_EQ(stack.top(), kMatrixIdentity);
   EXPECT_EQ(stack.inverseOfTop(), kMatrixIdentity);
 }
 
-TEST_F(OverlayMatrixStackTest, PutsAMatrixBeforeTheTop) {
+TEST_F(Matrix3Stack, PutsAMatrixBeforeTheTop) {
   Matrix3 scale;
   scale.Scale(2, 4);
   Matrix3 move;
@@ -134,13 +134,13 @@ TEST_F(OverlayMatrixStackTest, PutsAMatrixBeforeTheTop) {
   EXPECT_EQ(stack.inverseOfTop(), kMatrixIdentity);
 }
 
-TEST_F(OverlayMatrixStackTest, PopsNothingBelowItsBottom) {
+TEST_F(Matrix3Stack, PopsNothingBelowItsBottom) {
   stack.Pop();
   EXPECT_EQ(stack.depth(), 0);
   EXPECT_EQ(stack.top(), kMatrixIdentity);
 }
 
-TEST_F(OverlayMatrixStackTest, PopsOneLevelTooManyAfterAPushBeyondItsLimit) {
+TEST_F(Matrix3Stack, PopsOneLevelTooManyAfterAPushBeyondItsLimit) {
   Matrix3 twice;
   twice.Scale(2, 2);
   for (int i = 0; i < 31; ++i) {
@@ -160,7 +160,7 @@ TEST_F(OverlayMatrixStackTest, PopsOneLevelTooManyAfterAPushBeyondItsLimit) {
   EXPECT_EQ(stack.top().m[0], top / 2);
 }
 
-TEST_F(OverlayMatrixStackTest, TakesTheIdentityForTheInverseOfASingularTop) {
+TEST_F(Matrix3Stack, TakesTheIdentityForTheInverseOfASingularTop) {
   stack.Push();
   stack.Multiply(Matrix3{{0, 0, 0, 0, 0, 0, 0, 0, 1}});
   EXPECT_EQ(stack.inverseOfTop(), kMatrixIdentity);

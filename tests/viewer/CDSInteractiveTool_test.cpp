@@ -11,9 +11,9 @@ namespace {
 
 using Keys = std::vector<DSCurveKey>;
 
-class LinkedTool : public testing::Test {
+class CDSInteractiveToolLinked : public testing::Test {
  protected:
-  LinkedTool() {
+  CDSInteractiveToolLinked() {
     viewer->SetTime(4.0);
     tool->OnLinkToViewer(viewer.get());
     tool->OnLinkToOperator(edited.get());
@@ -26,7 +26,7 @@ class LinkedTool : public testing::Test {
   ComPtr<RecordingTool> tool = MakeTool();
 };
 
-TEST_F(LinkedTool, ReadsPlainValuesAndCurves) {
+TEST_F(CDSInteractiveToolLinked, ReadsPlainValuesAndCurves) {
   EXPECT_EQ(tool->Read(Edited::kSize), 5.0);
   EXPECT_EQ(tool->Read(Edited::kChoice), 2.0);
   edited->PutCurve(Edited::kSize, {{{0.0, 10.0}, {10.0, 20.0}}});
@@ -43,7 +43,7 @@ TEST_F(LinkedTool, ReadsPlainValuesAndCurves) {
   EXPECT_EQ(tool->GetAnimatedProperty(Edited::kSize, nullptr, nullptr, 0.0), kNullPointer);
 }
 
-TEST_F(LinkedTool, WritesPlainValues) {
+TEST_F(CDSInteractiveToolLinked, WritesPlainValues) {
   EXPECT_EQ(tool->Write(Edited::kSize, 33.5), kOk);
   EXPECT_EQ(edited->size, 33.5);
   EXPECT_EQ(edited->Curve(Edited::kSize), nullptr);
@@ -52,7 +52,7 @@ TEST_F(LinkedTool, WritesPlainValues) {
   EXPECT_EQ(tool->Write(GUID_NO_PROPERTY, 1.0), kWrongArgument);
 }
 
-TEST_F(LinkedTool, GivesACurveAKeyAtTheTime) {
+TEST_F(CDSInteractiveToolLinked, GivesACurveAKeyAtTheTime) {
   edited->PutCurve(Edited::kSize, {{{0.0, 10.0}, {10.0, 20.0}}, DSInterpolation::Smooth});
   EXPECT_EQ(tool->Write(Edited::kSize, 50.0), kOk);
   EXPECT_EQ(edited->Curve(Edited::kSize)->keys, (Keys{{0.0, 10.0}, {4.0, 50.0}, {10.0, 20.0}}));
@@ -66,7 +66,7 @@ TEST_F(LinkedTool, GivesACurveAKeyAtTheTime) {
   EXPECT_EQ(edited->size, 5.0) << "the plain value stays";
 }
 
-TEST_F(LinkedTool, HearsOfEveryChangeOnce) {
+TEST_F(CDSInteractiveToolLinked, HearsOfEveryChangeOnce) {
   edited->PutValue(Edited::kAspect, DSVariant::Of(-20.0));
   EXPECT_EQ(tool->Taken(), (std::vector<std::string>{"tool: changed -20"}));
   EXPECT_EQ(tool->lastChanged, Edited::kAspect);
@@ -79,7 +79,7 @@ TEST_F(LinkedTool, HearsOfEveryChangeOnce) {
   EXPECT_EQ(tool->Taken(), (std::vector<std::string>{"tool: changed 1"}));
 }
 
-TEST_F(LinkedTool, RefusesWhatItCannotBeLinkedTo) {
+TEST_F(CDSInteractiveToolLinked, RefusesWhatItCannotBeLinkedTo) {
   EXPECT_EQ(tool->OnLinkToOperator(nullptr), kNullPointer);
   EXPECT_EQ(tool->OnLinkToOperator(viewer.get()), kNoInterface);
   EXPECT_EQ(tool->OnLinkToViewer(nullptr), kNullPointer);
@@ -89,14 +89,14 @@ TEST_F(LinkedTool, RefusesWhatItCannotBeLinkedTo) {
   EXPECT_EQ(tool->Read(Edited::kSize), -99.0);
 }
 
-TEST_F(LinkedTool, LeavesNothingBehind) {
+TEST_F(CDSInteractiveToolLinked, LeavesNothingBehind) {
   tool.reset();
   edited->PutValue(Edited::kSize, DSVariant::Of(1.0));
   viewer->SetTime(5.0);
 }
 
 // Somebody who is told of a change may let go of a tool that is still to be told.
-TEST_F(LinkedTool, MayGoWhileAChangeIsTold) {
+TEST_F(CDSInteractiveToolLinked, MayGoWhileAChangeIsTold) {
   struct Releasing : IDSPropertyNotify {
     void OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t) override { drop(); }
     std::function<void()> drop;
@@ -143,7 +143,7 @@ TEST(CDSInteractiveTool, HasItsInterfaces) {
   EXPECT_EQ(tool->Release(), 1u);
 }
 
-TEST_F(LinkedTool, IsObserved) {
+TEST_F(CDSInteractiveToolLinked, IsObserved) {
   struct Observer : host::ToolObserver {
     void OnGetAnimatedProperty(const GUID&, double value, double time, HRESULT) override {
       seen.push_back({time, value});

@@ -39,9 +39,9 @@ void FillByPlace(HostImage& image, std::int32_t width, std::int32_t height) {
 }
 
 // A viewer of 40 x 30 pixels with one tool that draws in pixels of the frame, as the effect's does.
-class EglPicture : public testing::Test {
+class EglSurfacePicture : public testing::Test {
  protected:
-  EglPicture() {
+  EglSurfacePicture() {
     FillByPlace(frame, 40, 30);
     tool->onRender = [this](IVWSurface* painted) {
       EXPECT_EQ(wglGetCurrentDC(), nullptr);
@@ -56,7 +56,7 @@ class EglPicture : public testing::Test {
     std::uintptr_t context = 0;
     viewer->PushContext(kVWInteractiveContext, static_cast<IViewerLayer*>(tool.get()), &context);
   }
-  ~EglPicture() override { viewer->Clear(); }
+  ~EglSurfacePicture() override { viewer->Clear(); }
 
   void Paint() {
     PaintViewer(*viewer, frame, geometry, *surface);
@@ -73,7 +73,7 @@ class EglPicture : public testing::Test {
   std::function<void()> draw;
 };
 
-TEST_F(EglPicture, ShowsTheFramePixelByPixelAndOpaque) {
+TEST_F(EglSurfacePicture, ShowsTheFramePixelByPixelAndOpaque) {
   Paint();
   for (std::int32_t y = 0; y < 30; ++y) {
     for (std::int32_t x = 0; x < 40; ++x)
@@ -84,7 +84,7 @@ TEST_F(EglPicture, ShowsTheFramePixelByPixelAndOpaque) {
   EXPECT_EQ(info.worldWidth, 40.0);
 }
 
-TEST_F(EglPicture, ShowsTheNearestPixelAtAZoomAndGreyOutside) {
+TEST_F(EglSurfacePicture, ShowsTheNearestPixelAtAZoomAndGreyOutside) {
   geometry.SetZoom(3.0);
   Paint();
   EXPECT_EQ(At(picture, 20, 15), (Rgba{20, 15, 7, 255}));
@@ -101,7 +101,7 @@ TEST_F(EglPicture, ShowsTheNearestPixelAtAZoomAndGreyOutside) {
   EXPECT_EQ(info.worldHeight, 60.0);
 }
 
-TEST_F(EglPicture, ShowsDeepFramesAndThoseThatLieElsewhere) {
+TEST_F(EglSurfacePicture, ShowsDeepFramesAndThoseThatLieElsewhere) {
   HostImage deep;
   deep.Reset(16, 4, 2, 2);
   deep.Clear();
@@ -121,7 +121,7 @@ TEST_F(EglPicture, ShowsDeepFramesAndThoseThatLieElsewhere) {
   EXPECT_EQ(At(picture, 29, 20), (Rgba{153, 153, 153, 255}));
 }
 
-TEST_F(EglPicture, HasTheToolsLinesOnTop) {
+TEST_F(EglSurfacePicture, HasTheToolsLinesOnTop) {
   draw = [] {
     glColor3f(1.0F, 0.0F, 0.0F);
     glBegin(GL_LINES);
@@ -138,7 +138,7 @@ TEST_F(EglPicture, HasTheToolsLinesOnTop) {
   }
 }
 
-TEST_F(EglPicture, BeginsEveryPaintWithTheSameMatrices) {
+TEST_F(EglSurfacePicture, BeginsEveryPaintWithTheSameMatrices) {
   std::array<GLint, 2> modes{};
   std::array<std::array<GLfloat, 16>, 2> projection{};
   int paint = 0;
@@ -162,7 +162,7 @@ TEST_F(EglPicture, BeginsEveryPaintWithTheSameMatrices) {
   EXPECT_EQ(projection[1], shifted);
 }
 
-TEST_F(EglPicture, DrawsText) {
+TEST_F(EglSurfacePicture, DrawsText) {
   draw = [] {
     const HDC dc = wglGetCurrentDC();
     const HFONT font = CreateFontA(18, 0, 0, 0, 700, 0, 0, 0, 0, 0, 0, 0, 0, "helv");
@@ -219,7 +219,7 @@ TEST_F(EglPicture, DrawsText) {
   EXPECT_FALSE(isLit(4 + span(8) / 2, 8)) << "with a gap between the feet";
 }
 
-TEST(GlFont, WithoutAPaintOrAFontThereIsNone) {
+TEST(EglSurface, HasNoFontWithoutAPaint) {
   EXPECT_EQ(wglGetCurrentDC(), nullptr);
   EXPECT_EQ(SelectObject(nullptr, nullptr), nullptr);
   EXPECT_FALSE(DeleteObject(nullptr));

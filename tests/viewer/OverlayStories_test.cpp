@@ -55,12 +55,12 @@ Extent ExtentOf(const HostImage& view, const Colour3& colour) {
 }
 
 // A frame of 200 x 120 pixels, of one grey that no control has.
-class Controls : public testing::Test {
+class OverlayStories : public testing::Test {
  protected:
   static constexpr double kWidth = 200.0;
   static constexpr double kHeight = 120.0;
 
-  Controls() {
+  OverlayStories() {
     HostImage image;
     image.Reset(8, 4, 200, 120);
     std::fill_n(image.Row(0), image.byteCount(), std::byte{90});
@@ -154,7 +154,7 @@ class Controls : public testing::Test {
   HostImage view;
 };
 
-TEST_F(Controls, ADragOfTheRingWritesBlurOnceWhenThePenComesUp) {
+TEST_F(OverlayStories, ADragOfTheRingWritesBlurOnceWhenThePenComesUp) {
   Open("FullBlurPPG");
   ExpectRing(30, 30);
   Do("move 130 60\ndown 130 60\nmove 135 60\nmove 140 70\nmove 150 60\nup 150 60");
@@ -164,7 +164,7 @@ TEST_F(Controls, ADragOfTheRingWritesBlurOnceWhenThePenComesUp) {
   ExpectRing(50, 50, kHighlight);
 }
 
-TEST_F(Controls, NothingIsRenderedBeforeTheDragEnds) {
+TEST_F(OverlayStories, NothingIsRenderedBeforeTheDragEnds) {
   Open("FullBlurPPG");
   Painted();
   const std::int32_t renders = session->rendersDone();
@@ -178,20 +178,20 @@ TEST_F(Controls, NothingIsRenderedBeforeTheDragEnds) {
   }
 }
 
-TEST_F(Controls, AReleaseWithoutMovementWritesTheRadiusOnce) {
+TEST_F(OverlayStories, AReleaseWithoutMovementWritesTheRadiusOnce) {
   Open("HelpPPG");
   Do("move 131 60\ndown 131 60\nup 131 60");
   EXPECT_EQ(TakeWrites(), (Lines{"(Blur, 30, -1)"}));
 }
 
-TEST_F(Controls, OtherButtonsAndOtherPlacesMoveNothing) {
+TEST_F(OverlayStories, OtherButtonsAndOtherPlacesMoveNothing) {
   Open("FullBlurPPG");
   Do("move 130 60\ndown 130 60 2\nmove 150 60\nup 150 60\nmove 100 60\ndown 100 60\nmove 150 60\nup 150 60");
   EXPECT_EQ(TakeWrites(), Lines{});
   EXPECT_EQ(Now("Blur"), 30.0);
 }
 
-TEST_F(Controls, AnAnimatedBlurGetsAKeyAtTheTime) {
+TEST_F(OverlayStories, AnAnimatedBlurGetsAKeyAtTheTime) {
   Set("Blur", Curve{{{0.0, 20.0}, {10.0, 40.0}}});
   Open("transition");
   ExpectRing(20, 20);
@@ -204,7 +204,7 @@ TEST_F(Controls, AnAnimatedBlurGetsAKeyAtTheTime) {
             (std::vector<CurveKey>{{0.0, 20.0}, {5.0, 45.0}, {10.0, 40.0}}));
 }
 
-TEST_F(Controls, TheRingFollowsItsProperties) {
+TEST_F(OverlayStories, TheRingFollowsItsProperties) {
   Open("TransitionBlurPPG");
   Do("set Blur 50");
   ExpectRing(50, 50);
@@ -216,7 +216,7 @@ TEST_F(Controls, TheRingFollowsItsProperties) {
   ExpectRing(30, 30);
 }
 
-TEST_F(Controls, StandWhereTheFrameIsAtEveryZoomAndPan) {
+TEST_F(OverlayStories, StandWhereTheFrameIsAtEveryZoomAndPan) {
   for (const double zoom : {0.5, 1.0, 3.0}) {
     for (const std::array<double, 2> pan : {std::array{0.0, 0.0}, std::array{12.0, -7.0}}) {
       options.zoom = zoom;
@@ -235,7 +235,7 @@ TEST_F(Controls, StandWhereTheFrameIsAtEveryZoomAndPan) {
   }
 }
 
-TEST_F(Controls, ADragOfACropCornerWritesTwoProperties) {
+TEST_F(OverlayStories, ADragOfACropCornerWritesTwoProperties) {
   Open("crop");
   ExpectCrop(0, 200, 0, 120);
   Do("move 200 120\ndown 200 120\nmove 190 100\nmove 180 90\nup 180 90");
@@ -247,7 +247,7 @@ TEST_F(Controls, ADragOfACropCornerWritesTwoProperties) {
   ExpectCrop(0, 180, 0, 90);
 }
 
-TEST_F(Controls, AnAnimatedCropMovesWithTheTime) {
+TEST_F(OverlayStories, AnAnimatedCropMovesWithTheTime) {
   Set("Crop Left", Curve{{{0.0, 10.0}, {10.0, 30.0}}});
   Open("crop");
   ExpectCrop(20, 200, 0, 120);
@@ -257,7 +257,7 @@ TEST_F(Controls, AnAnimatedCropMovesWithTheTime) {
   ExpectCrop(60, 200, 0, 120);
 }
 
-TEST_F(Controls, OnlyThePagesOwnControlIsSeen) {
+TEST_F(OverlayStories, OnlyThePagesOwnControlIsSeen) {
   const auto isSeen = [&](const Colour3& colour) { return ExtentOf(view, colour).right >= 0; };
   Open("FullBlurPPG");
   Painted();
@@ -269,7 +269,7 @@ TEST_F(Controls, OnlyThePagesOwnControlIsSeen) {
   EXPECT_TRUE(isSeen(kTop));
 }
 
-TEST_F(Controls, HiddenTheyAreNeitherSeenNorTouched) {
+TEST_F(OverlayStories, HiddenTheyAreNeitherSeenNorTouched) {
   Open("FullBlurPPG", true);
   EXPECT_LT(ExtentOf(Painted(), kRing).right, 0);
   lines.clear();
@@ -278,14 +278,14 @@ TEST_F(Controls, HiddenTheyAreNeitherSeenNorTouched) {
   EXPECT_EQ(Now("Blur"), 30.0);
 }
 
-TEST_F(Controls, APaintedEffectHasNone) {
+TEST_F(OverlayStories, APaintedEffectHasNone) {
   job.mask.emplace().file = "mask.png";
   Open("FullBlurPPG");
   EXPECT_LT(ExtentOf(Painted(), kRing).right, 0);
   EXPECT_EQ(CountCalls("tool."), 0);
 }
 
-TEST_F(Controls, StandOverAProjectWhosePixelsAreNoUnits) {
+TEST_F(OverlayStories, StandOverAProjectWhosePixelsAreNoUnits) {
   // A pixel of the frame is two units wide; the picture fills the frame.
   job.project = ProjectSizes{{kWidth, kHeight}, {kWidth * 2.0, kHeight * 2.0}};
   for (ImageRecord* record : {&*job.input, static_cast<ImageRecord*>(&job.output)})
@@ -302,16 +302,16 @@ TEST_F(Controls, StandOverAProjectWhosePixelsAreNoUnits) {
 }
 
 // Two pages over one viewer, and ends in every order.
-class ControlsAlone : public testing::Test {
+class OverlayStoriesAlone : public testing::Test {
  protected:
-  ControlsAlone() {
+  OverlayStoriesAlone() {
     tagDSImgFxInfo use;
     use.record = kDSImgFxInfoRecord;
     use.family = families::kFilter;
     EXPECT_EQ(effect->GetImageEffectInfo(&use), kOk);
     viewer->Edit(properties.get());
   }
-  ~ControlsAlone() override { viewer->Edit(nullptr); }
+  ~OverlayStoriesAlone() override { viewer->Edit(nullptr); }
 
   void Forget() {
     overlay.reset();
@@ -325,7 +325,7 @@ class ControlsAlone : public testing::Test {
   ComPtr<IVBlurOverlay> overlay = effect.As<IVBlurOverlay>();
 };
 
-TEST_F(ControlsAlone, StayUntilTheLastPageCloses) {
+TEST_F(OverlayStoriesAlone, StayUntilTheLastPageCloses) {
   EXPECT_EQ(overlay->ConnectOverlay(nullptr), kNullPointer);
   EXPECT_EQ(viewer->toolCount(), 0u);
   EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk);
@@ -341,7 +341,7 @@ TEST_F(ControlsAlone, StayUntilTheLastPageCloses) {
   overlay->DisconnectOverlay();
 }
 
-TEST_F(ControlsAlone, GoWithTheEffect) {
+TEST_F(OverlayStoriesAlone, GoWithTheEffect) {
   overlay->ConnectOverlay(viewer.get());
   overlay->ShowPage("FullBlurPPG");
   Forget();
@@ -351,7 +351,7 @@ TEST_F(ControlsAlone, GoWithTheEffect) {
   viewer->SetTime(3.0);
 }
 
-TEST_F(ControlsAlone, OutliveTheViewersTools) {
+TEST_F(OverlayStoriesAlone, OutliveTheViewersTools) {
   overlay->ConnectOverlay(viewer.get());
   overlay->ShowPage("crop");
   viewer->Clear();
@@ -361,7 +361,7 @@ TEST_F(ControlsAlone, OutliveTheViewersTools) {
   EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
 }
 
-TEST_F(ControlsAlone, OutliveTheViewer) {
+TEST_F(OverlayStoriesAlone, OutliveTheViewer) {
   overlay->ConnectOverlay(viewer.get());
   viewer->Clear();
   viewer->Edit(nullptr);

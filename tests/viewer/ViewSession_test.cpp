@@ -16,9 +16,9 @@
 namespace vblur::host {
 namespace {
 
-class View : public testing::Test {
+class ViewSessionOfAFrame : public testing::Test {
  protected:
-  View() {
+  ViewSessionOfAFrame() {
     HostImage image;
     image.Reset(8, 4, 48, 32);
     FillRandom(image, 0, 255, 3);
@@ -66,7 +66,7 @@ class View : public testing::Test {
   ExecuteContext context;
 };
 
-TEST_F(View, ShowsWhatARenderWrites) {
+TEST_F(ViewSessionOfAFrame, ShowsWhatARenderWrites) {
   const auto first = Rendered(1);
   const auto second = Rendered(2);
   ASSERT_NE(first, second);
@@ -86,7 +86,7 @@ TEST_F(View, ShowsWhatARenderWrites) {
   EXPECT_EQ(Painted(session), second);
 }
 
-TEST_F(View, RendersAgainOnlyWhenSomethingHasChanged) {
+TEST_F(ViewSessionOfAFrame, RendersAgainOnlyWhenSomethingHasChanged) {
   ViewSession session = Open();
   EXPECT_EQ(session.rendersDone(), 0);
   const auto before = Painted(session);
@@ -106,7 +106,7 @@ TEST_F(View, RendersAgainOnlyWhenSomethingHasChanged) {
   EXPECT_EQ(after, Rendered(1));
 }
 
-TEST_F(View, TellsThePropertiesAsTheyAre) {
+TEST_F(ViewSessionOfAFrame, TellsThePropertiesAsTheyAre) {
   ViewSession session = Open();
   EXPECT_EQ(session.Properties(), job.properties);
   session.Apply(Event("set Crop Left 0:0, 4:50"));
@@ -117,7 +117,7 @@ TEST_F(View, TellsThePropertiesAsTheyAre) {
   EXPECT_EQ(now.ValueAt(PropertyNamed("Channels").guid, 2.0), *FindEntry(PropertyNamed("Channels"), "Luminance"));
 }
 
-TEST_F(View, IsOpenToTheEffectAsTheProject) {
+TEST_F(ViewSessionOfAFrame, IsOpenToTheEffectAsTheProject) {
   job.project = ProjectSizes{{96.0, 64.0}, {48.0, 32.0}};
   double size = 0.0;
   EXPECT_EQ(DSContentGetProperty(kProjectUserSizeX, size), kFailed);
@@ -131,7 +131,7 @@ TEST_F(View, IsOpenToTheEffectAsTheProject) {
   EXPECT_EQ(DSContentGetProperty(kProjectUserSizeX, size), kFailed);
 }
 
-TEST_F(View, HasTheSizeZoomAndPanThatItIsGiven) {
+TEST_F(ViewSessionOfAFrame, HasTheSizeZoomAndPanThatItIsGiven) {
   job.properties = {};
   job.properties.Set(PropertyNamed("Blur").guid, 0.0);
   ViewOptions options;
@@ -156,7 +156,7 @@ TEST_F(View, HasTheSizeZoomAndPanThatItIsGiven) {
   EXPECT_EQ(colours(view, 0, 0), colours(input, 23, 11));
 }
 
-TEST_F(View, RefusesWhatCannotBeShown) {
+TEST_F(ViewSessionOfAFrame, RefusesWhatCannotBeShown) {
   EXPECT_EQ(UsageFailureOf([&] { Open({}, 3); }), "frame 3 is not in the job: expected 1 to 2");
   job.input->file = "none.%04d.png";
   const auto missing = CaughtFailure([&] { Open(); });
@@ -165,7 +165,7 @@ TEST_F(View, RefusesWhatCannotBeShown) {
   EXPECT_EQ(CaughtFailure([&] { Open(); })->code(), ExitCode::WrongUsage);
 }
 
-TEST_F(View, IsInterrupted) {
+TEST_F(ViewSessionOfAFrame, IsInterrupted) {
   ViewSession session = Open();
   context.Stop();
   HostImage image;
