@@ -5,17 +5,16 @@
 #include <atomic>
 #include <cstdint>
 
-#include "composite/ApplyCrop.h"
-#include "composite/StageWindow.h"
 #include "effect/BlurSize.h"
+#include "effect/FrameTextures.h"
 #include "effect/HvDsEffect.h"
+#include "effect/ProcessSettings.h"
 #include "image/HvTexture.h"
 #include "overlay/HvTDsCircle.h"
 #include "overlay/HvTDsCrop.h"
 #include "platform/CDSImageMIEffect.h"
 #include "platform/IVBlurFacts.h"
 #include "platform/IVBlurOverlay.h"
-#include "platform/IVBlurProcess.h"
 #include "platform/ServerCount.h"
 
 namespace vblur {
@@ -25,7 +24,7 @@ namespace vblur {
 class Blur : public HvDsEffect,
              public CDSImageMIEffect,
              public IVBlurFacts,
-             public IVBlurProcess,
+             public ProcessSettings,
              public IVBlurOverlay {
  public:
   // The count that keeps the server loaded, where there is a server, and the module whose texts and
@@ -63,12 +62,8 @@ class Blur : public HvDsEffect,
   HRESULT Clone(const GUID& iid, void** result) override;
 
   BlurSizeFacts DescribeBlurSize(double blur) const override;
-  bool RanOutOfMemory() const override { return interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
+  bool RanOutOfMemory() const override { return frame.interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
   FrameMemoryFacts DescribeFrameMemory() const override { return frameMemory_; }
-  HRESULT SetRenderThreads(std::int32_t count) override;
-  HRESULT SetCpuLevel(const char* level) override;
-  const char* GetCpuLevels() override;
-  const char* GetCpuLevel() override;
 
   HRESULT ConnectOverlay(IUnknown* viewer) override { return HvDsEffect::ConnectOverlay(viewer); }
   HRESULT DisconnectOverlay() override;
@@ -76,9 +71,9 @@ class Blur : public HvDsEffect,
   HRESULT HideControls(bool hide) override;
 
   // For those that reach the object itself.
-  const PlaceRecord& OutputPlace() const { return outputPlace; }
-  const PlaceRecord& InputPlace() const { return inputPlace; }
-  const PlaceRecord& Input2Place() const { return input2Place; }
+  const PlaceRecord& OutputPlace() const { return frame.outputPlace; }
+  const PlaceRecord& InputPlace() const { return frame.inputPlace; }
+  const PlaceRecord& Input2Place() const { return frame.input2Place; }
 
  protected:
   void* FindInterface(const GUID& iid) override;
@@ -104,62 +99,29 @@ class Blur : public HvDsEffect,
 
   // The steps of RenderFrame.
   void ArmInterrupt();
-  void SettleField();
   void SettleRegion();
   void EvaluateCrop(double time);
   void UpdateTransition(double time);
   void ReportPlaces();
-
   HRESULT RenderSettledFrame(double time);
+
   template <class Pixel>
   HRESULT RenderPixels(double time);
   template <class Pixel>
-  void DisplayCropped(HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source);
+  void WrapTextures(FrameTextures<Pixel>& textures);
   template <class Pixel>
-  void FirstPass(double time, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
-                 HvTexture<Pixel, Rf>& source2);
+  void FirstPass(double time, FrameTextures<Pixel>& textures);
   template <class Pixel>
-  void SecondPass(double time, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source2);
+  void SecondPass(double time, FrameTextures<Pixel>& textures);
   template <class Pixel>
   HRESULT RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTexture<Pixel, Rf>& source);
-  template <class Pixel>
-  void MixTransitionInputs(HvTexture<Pixel, Rf>& result, HvTexture<Pixel, Rf>& first, HvTexture<Pixel, Rf>& second);
-  // The share of the transition's mix of one picture over the rest, which is the result itself when null.
-  template <class Pixel>
-  void MixTransition(HvTexture<Pixel, Rf>& result, const HvTexture<Pixel, Rf>& share, const HvTexture<Pixel, Rf>* rest);
-  template <class Pixel>
-  void MixTransitionResults(HvTexture<Pixel, Rf>& first, HvTexture<Pixel, Rf>& second);
-  template <class Pixel>
-  void RestoreMaskedChannels(HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source, std::int32_t maskRed,
-                             std::int32_t maskGreen, std::int32_t maskBlue, std::int32_t maskAlpha);
-  template <class Pixel, class MaskPixel, class MaskAccum>
-  void ApplyPaintMask(HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
-                      HvTexture<MaskPixel, MaskAccum>& mask);
-  template <class Pixel>
-  void BlankCropped(HvTexture<Pixel, Rf>& output, const HvTexture<Pixel, Rf>& source);
 
-  template <class Texture>
-  void WrapImage(Texture& texture, IDSImage* image, std::int32_t originX, std::int32_t originY) const;
-  template <class Pixel>
-  void ApplyCropToTexture(HvTexture<Pixel, Rf>& texture) const;
-
-  CropSettings CropOfFrame() const;
-  void ReadImagePlacement(const IDSImage* image, PlaceRecord& place) const;
-  // User size over world size, Y: 1.0, or 0.0 for a placement, when it cannot be read. A placement
-  // wants all four keys readable.
-  double UserToWorldRatio() const;
-  double PlacementRatio() const;
   BlurSizeParts SizeParts(double time) const;
   BlurSize FilterRadius(const BlurSizeParts& parts) const;
-
   bool MixesClips() const { return effectKind == kKindTransition && transitionMixesInputs == 1; }
-  bool RendersHalfHeight() const { return fieldMode == kHalfHeightFields && fieldIndex != 0; }
-  // What a processor is told of the field: nothing when the picture is the field.
-  std::int32_t ProcessorField() const { return fieldMode == kFieldRows ? fieldIndex : 0; }
-  // The region, its rows halved for a half-height field by integer division.
-  StageWindow RegionWindow() const;
-  // The same with rows scaled in 32-bit float and truncated, for the stages behind the filter.
-  StageWindow ScaledWindow() const;
+  bool PutsMaskedChannelsBack() const {
+    return effectKind != kKindTransition && effectKind != kKindGenerator && (effectFlags & kFlagChannelMasks) != 0;
+  }
 
   MaskParameters masks_;
   const ServerCount countsInServer{liveObjects};
@@ -167,14 +129,7 @@ class Blur : public HvDsEffect,
   HvTDsCircle blurControl;
   HvTDsCrop cropControl;
   BlurParameters blur_;
-  BlurSize blurSize_;
   FrameMemoryFacts frameMemory_;
 };
-
-// The interrupted code, polling first.
-std::int32_t PollInterrupt(HvInterruptRecord& interrupt);
-
-// A share of a transition under a ramp. Each ramp takes 0 to 0 and 1 to 1.
-float RampValue(float x, std::int32_t ramping);
 
 }  // namespace vblur

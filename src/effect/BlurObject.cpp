@@ -1,13 +1,9 @@
 // How an effect begins and ends, is cloned, and tells its host what it is.
-#include <algorithm>
 #include <new>
-#include <string>
 
 #include "effect/Blur.h"
 #include "effect/ClassIds.h"
-#include "image/Arithmetic.h"
-#include "image/HvCpu.h"
-#include "image/HvThreads.h"
+#include "effect/ProjectSizes.h"
 
 namespace vblur {
 namespace {
@@ -20,12 +16,14 @@ constexpr std::int32_t kPictureBitmap = 102;
 constexpr GUID kEffectCategory = MakeGuid("{0BC5A2F0-5C49-11CF-A04A-00A02418CFB9}");
 constexpr GUID kEffectType = MakeGuid("{0BC5A2F2-5C49-11CF-A04A-00A02418CFB9}");
 
+constexpr std::int32_t kEffectFlags = kFlagFourthWord | kFlagWholeFrames | kFlagMasks | kFlagUnread | kFlagChannelMasks;
+
 }  // namespace
 
 void Blur::SetConstants() {
-  fieldMode = kHalfHeightFields;
-  cropMode = kCropBoxAndEdges;
-  effectFlags = 79;
+  frame.fieldMode = kHalfHeightFields;
+  frame.cropMode = kCropBoxAndEdges;
+  effectFlags = kEffectFlags;
   transitionMixesInputs = 1;
 }
 
@@ -35,15 +33,11 @@ Blur::Blur() {
   SetConstants();
   if (CDSPlugInEffect::Init() >= 0) Blur::SetDefaults();
   // Overlay controls have a picture to work on before the first render.
-  double userX = 1.0;
-  double userY = 1.0;
-  if (DSContentGetProperty(kProjectUserSizeX, userX) != kOk || DSContentGetProperty(kProjectUserSizeY, userY) != kOk) {
-    userX = userY = 1.0;
-  }
-  for (PlaceRecord* place : {&outputPlace, &inputPlace, &input2Place}) {
+  const ProjectUserSize user = ReadUserSize(effectHost);
+  for (PlaceRecord* place : {&frame.outputPlace, &frame.inputPlace, &frame.input2Place}) {
     *place = {};
-    place->sizeX = static_cast<float>(UserToWorldRatio() * userX);
-    place->sizeY = static_cast<float>(userY);
+    place->sizeX = static_cast<float>(UserToWorldRatio(effectHost) * user.x);
+    place->sizeY = static_cast<float>(user.y);
   }
 }
 
@@ -51,7 +45,7 @@ Blur::Blur(const Blur& source)
     : HvDsEffect(source),
       CDSImageMIEffect(source),
       IVBlurFacts(),
-      IVBlurProcess(),
+      ProcessSettings(),
       IVBlurOverlay(),
       masks_(source.masks_),
       cloneSource(const_cast<Blur*>(&source)) {
@@ -157,34 +151,6 @@ HRESULT Blur::Clone(const GUID& iid, void** result) {
   const HRESULT answer = clone->QueryInterface(iid, result);
   clone->Release();
   return answer;
-}
-
-HRESULT Blur::SetRenderThreads(std::int32_t count) {
-  if (count < 1) return kWrongArgument;
-  HvSetThreadCount(count);
-  return kOk;
-}
-
-HRESULT Blur::SetCpuLevel(const char* level) {
-  if (level == nullptr) return kNullPointer;
-  return HvSetCpuLevel(level) ? kOk : kWrongArgument;
-}
-
-const char* Blur::GetCpuLevels() {
-  static const std::string levels = [] {
-    std::string all;
-    for (const std::string& level : HvCpuLevels())
-      all += (all.empty() ? "" : " ") + level;
-    return all;
-  }();
-  return levels.c_str();
-}
-
-const char* Blur::GetCpuLevel() {
-  const std::string level = HvCpuLevel();
-  const auto& all = HvCpuLevels();
-  const auto found = std::find(all.begin(), all.end(), level);
-  return found == all.end() ? "native" : found->c_str();
 }
 
 }  // namespace vblur

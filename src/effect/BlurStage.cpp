@@ -36,15 +36,15 @@ HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTex
   const BlurSizeParts parts = SizeParts(time);
   const BlurSize radius = FilterRadius(parts);
   const ChannelChoice choice = ChoiceOf(blur_.channels);
-  if (!choice.writesAlpha) alphaAffected = 0;
+  if (!choice.writesAlpha) frame.alphaAffected = 0;
 
   FuzzSampler<Pixel, Ri, kFullScale<Pixel>> sampler;
   sampler.method = blur_.method;
   sampler.mode = choice.mode;
   sampler.sizeX = radius.x;
   sampler.sizeY = radius.y;
-  sampler.interrupt = &interrupt;
-  if (roiSet != 0) RegionWindow().giveTo(sampler);
+  sampler.interrupt = &frame.interrupt;
+  if (const auto region = frame.RegionWindow()) region->giveTo(sampler);
 
   HvTexture<Pixel, Ri> sourceView;
   HvTexture<Pixel, Ri> destinationView;
@@ -52,9 +52,10 @@ HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTex
   destinationView.share(destination);
   sampler.process(&sourceView, &destinationView);
 
-  if (PollInterrupt(interrupt) == 0 && effectKind != kKindTransition) {
+  if (frame.PollInterrupt() == 0 && effectKind != kKindTransition) {
     RunMixStage(source, destination, blur_.mixBack, static_cast<float>(parts.blend),
-                static_cast<float>(parts.effectGain), static_cast<float>(parts.sourceGain), ScaledWindow(), &interrupt);
+                static_cast<float>(parts.effectGain), static_cast<float>(parts.sourceGain), frame.ScaledWindow(),
+                &frame.interrupt);
   }
   return kOk;
 }

@@ -1,5 +1,7 @@
 // What the effect is used as, and what follows from it: the family decides the kind, the kind the pages
 // and what the host is to give.
+#include "effect/EffectKind.h"
+
 #include <algorithm>
 #include <array>
 
@@ -41,10 +43,11 @@ HRESULT Blur::GetImageEffectInfo(tagDSImgFxInfo* info) {
   words = {};
   words[1] = isPaint ? 96 : 0;
   words[2] = isPaint || takesMasks ? 8 : 2;
-  words[3] = effectFlags & kFlagOwnWord;
+  words[3] = effectFlags & kFlagFourthWord;
   words[4] = isTransition || (effectFlags & kFlagTransition) != 0 ? 1 : 0;
   words[5] = words[7] = isPaint ? 1 : 0;
-  words[9] = ((effectFlags & kFlagWholeFrames) != 0 || fieldMode == 0 ? 10 : 2) | 256 | (hasTwoClips ? 16 : 0) | 512;
+  words[9] =
+      ((effectFlags & kFlagWholeFrames) != 0 || frame.fieldMode == 0 ? 10 : 2) | 256 | (hasTwoClips ? 16 : 0) | 512;
   if (hasTwoClips) imageEffectFlags |= 16;
   return result;
 }

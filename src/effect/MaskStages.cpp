@@ -1,46 +1,46 @@
 // The two stages that decide how much of the effect stands: masked channels and the painted mask.
 #include "composite/HvDsMaskFixer.h"
 #include "composite/HvDsPaintCombiner.h"
-#include "effect/Blur.h"
+#include "effect/FrameStages.h"
 #include "image/Arithmetic.h"
 
 namespace vblur {
 
 template <class Pixel>
-void Blur::RestoreMaskedChannels(HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source, std::int32_t maskRed,
-                                 std::int32_t maskGreen, std::int32_t maskBlue, std::int32_t maskAlpha) {
+void RestoreMaskedChannels(FrameState& frame, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
+                           std::int32_t maskRed, std::int32_t maskGreen, std::int32_t maskBlue,
+                           std::int32_t maskAlpha) {
   const std::int32_t channels = (maskRed == 0 ? 1 : 0) | (maskGreen == 0 ? 2 : 0) | (maskBlue == 0 ? 4 : 0) |
-                                (maskAlpha == 0 && alphaAffected != 0 ? 8 : 0);
+                                (maskAlpha == 0 && frame.alphaAffected != 0 ? 8 : 0);
   if (channels == 0) return;
   HvDsMaskFixer<Pixel, Rf, kTopOf<Pixel>> fixer;
-  fixer.interrupt = &interrupt;
+  fixer.interrupt = &frame.interrupt;
   fixer.channels = channels;
-  fixer.setFieldMode(ProcessorField());
-  ScaledWindow().giveTo(fixer);
-  // The channel comes back from the whole picture, and the source stays uncropped from here on.
+  fixer.setFieldMode(frame.ProcessorField());
+  frame.ScaledWindow().giveTo(fixer);
   source.wholeBounds();
   fixer.process(&source, &output);
 }
 
 template <class Pixel, class MaskPixel, class MaskAccum>
-void Blur::ApplyPaintMask(HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
-                          HvTexture<MaskPixel, MaskAccum>& mask) {
+void ApplyPaintMask(FrameState& frame, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
+                    HvTexture<MaskPixel, MaskAccum>& mask) {
   HvTexture<Pixel, Rf> view;
   view.share(source);
   view.setBounds(0, kInt32Max, 0, kInt32Max);
   view.setEdgeMethods(kEdgeColour, kEdgeColour);
   HvDsPaintCombiner<Pixel, Rf, MaskPixel, MaskAccum> painter;
-  painter.interrupt = &interrupt;
-  painter.setFieldMode(ProcessorField());
-  ScaledWindow().giveTo(painter);
+  painter.interrupt = &frame.interrupt;
+  painter.setFieldMode(frame.ProcessorField());
+  frame.ScaledWindow().giveTo(painter);
   painter.process(&view, &mask, &output);
 }
 
-template void Blur::RestoreMaskedChannels(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, std::int32_t, std::int32_t,
-                                          std::int32_t, std::int32_t);
-template void Blur::RestoreMaskedChannels(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, std::int32_t, std::int32_t,
-                                          std::int32_t, std::int32_t);
-template void Blur::ApplyPaintMask(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, HvTexture<C8, Cf>&);
-template void Blur::ApplyPaintMask(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, HvTexture<C16, Cf>&);
+template void RestoreMaskedChannels(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, std::int32_t, std::int32_t,
+                                    std::int32_t, std::int32_t);
+template void RestoreMaskedChannels(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, std::int32_t, std::int32_t,
+                                    std::int32_t, std::int32_t);
+template void ApplyPaintMask(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, HvTexture<C8, Cf>&);
+template void ApplyPaintMask(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, HvTexture<C16, Cf>&);
 
 }  // namespace vblur

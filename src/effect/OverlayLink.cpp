@@ -93,7 +93,7 @@ void Blur::PageShown(const char* pageName, std::int32_t, std::int32_t) {
 void Blur::UpdateOverlayPlacement() {
   if (!overlayTool) return;
   overlayPlaceStale.store(false);
-  const PlaceRecord place = ReportedPlace(inputPlace);
+  const PlaceRecord place = ReportedPlace(frame.inputPlace);
   const HvPoint origin{place.positionX, place.positionY};
   const HvPoint size{place.sizeX, place.sizeY};
   const HvPoint corner = origin + size;

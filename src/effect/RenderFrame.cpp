@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "effect/Blur.h"
+#include "effect/ProjectSizes.h"
 #include "effect/RenderPixels.h"
 #include "image/Arithmetic.h"
 #include "image/HvMemory.h"
@@ -29,53 +30,42 @@ std::int64_t BytesOf(const IDSImage* image) {
 
 }  // namespace
 
-std::int32_t PollInterrupt(HvInterruptRecord& interrupt) {
-  return poll(&interrupt);
-}
-
 void Blur::ArmInterrupt() {
-  interrupt.arm(executeContext, executeContext == nullptr ? nullptr : &AskExecuteContext);
-}
-
-void Blur::SettleField() {
-  fieldIndex = hostField == 1 || hostField == 2 ? hostField : 0;
-  fieldScale = RendersHalfHeight() ? 0.5f : 1.0f;
+  frame.interrupt.arm(executeContext, executeContext == nullptr ? nullptr : &AskExecuteContext);
 }
 
 void Blur::EvaluateCrop(double time) {
-  if (cropMode == kCropNone) return;
+  frame.xEdgeMethod = crop.xEdgeMethod;
+  frame.yEdgeMethod = crop.yEdgeMethod;
+  if (frame.cropMode == kCropNone) return;
   const auto fraction = [&](PropertyId id, double plain) {
     return static_cast<float>(Evaluate(id, plain, time) / 100.0);
   };
-  cropLeft = fraction(PropertyId::CropLeft, crop.left);
-  cropRight = fraction(PropertyId::CropRight, crop.right);
-  cropBottom = fraction(PropertyId::CropBottom, crop.bottom);
-  cropTop = fraction(PropertyId::CropTop, crop.top);
-  if (cropMode == kCropBox) return;
+  frame.cropLeft = fraction(PropertyId::CropLeft, crop.left);
+  frame.cropRight = fraction(PropertyId::CropRight, crop.right);
+  frame.cropBottom = fraction(PropertyId::CropBottom, crop.bottom);
+  frame.cropTop = fraction(PropertyId::CropTop, crop.top);
+  if (frame.cropMode == kCropBox) return;
   const auto component = [&](PropertyId id, double plain) {
     return clampTo(static_cast<float>(Evaluate(id, plain, time)) / 100.0f, 0.0f, 1.0f);
   };
-  cropColour.red = component(PropertyId::CropColourR, crop.colourR);
-  cropColour.green = component(PropertyId::CropColourG, crop.colourG);
-  cropColour.blue = component(PropertyId::CropColourB, crop.colourB);
-  cropColour.alpha = 0.0f;
-}
-
-CropSettings Blur::CropOfFrame() const {
-  return {cropMode, cropLeft, cropRight, cropBottom, cropTop, crop.xEdgeMethod, crop.yEdgeMethod, cropColour};
+  frame.cropColour.red = component(PropertyId::CropColourR, crop.colourR);
+  frame.cropColour.green = component(PropertyId::CropColourG, crop.colourG);
+  frame.cropColour.blue = component(PropertyId::CropColourB, crop.colourB);
+  frame.cropColour.alpha = 0.0f;
 }
 
 HRESULT Blur::RenderFrame(double time) {
   frameMemory_ = {};
   if (const HRESULT result = PrepareData(); result != kOk) return result;
   ArmInterrupt();
-  SettleField();
+  frame.SettleField(hostField);
   if (outputImage == nullptr) return kNullPointer;
   if (const HRESULT result = outputImage->IsUsable(); result != kOk) return result;
   SettleRegion();
-  blurSize_ = GetBlurSize(time);
+  frame.blurSize = GetBlurSize(time);
   EvaluateCrop(time);
-  ReadImagePlacement(input2Image, input2Place);
+  ReadImagePlacement(input2Image, frame.input2Place, coordMan, effectHost);
   UpdateTransition(time);
   ReportPlaces();
 

@@ -1,4 +1,6 @@
 // How far a transition has gone, and how strong the blur is there.
+#include "effect/Transition.h"
+
 #include <cstdint>
 
 #include "effect/Blur.h"
@@ -27,28 +29,29 @@ float RampValue(float x, std::int32_t ramping) {
 }
 
 void Blur::UpdateTransition(double time) {
-  transitionTwoPass = false;
+  frame.transitionTwoPass = false;
   if (effectKind != kKindTransition) {
-    transitionScale = 1.0f;
+    frame.transitionScale = 1.0f;
     return;
   }
-  transitionProgress = static_cast<float>(time / duration);
+  frame.transitionProgress = static_cast<float>(time / duration);
   const auto start = static_cast<float>(duration * transition.startFadingInSecondClip / 100.0);
   const auto finish = static_cast<float>(duration * transition.finishFadingOutFirstClip / 100.0);
   const double share = (time - static_cast<double>(start)) / static_cast<double>(finish - start);
-  transitionMix = RampValue(static_cast<float>(limitedShare(share)), transition.ramping);
+  frame.transitionMix = RampValue(static_cast<float>(limitedShare(share)), transition.ramping);
 
-  const float ramped = RampValue(transitionProgress, transition.ramping);
+  const float ramped = RampValue(frame.transitionProgress, transition.ramping);
   switch (transition.scaling) {
-    case kDontScale: transitionScale = 1.0f; break;
-    case kFadeInAndOut: transitionScale = ramped * 2.0f > 1.0f ? 2.0f - ramped * 2.0f : ramped * 2.0f; break;
-    case kCrossFade: transitionScale = ramped; break;
+    case kDontScale: frame.transitionScale = 1.0f; break;
+    case kFadeInAndOut: frame.transitionScale = ramped * 2.0f > 1.0f ? 2.0f - ramped * 2.0f : ramped * 2.0f; break;
+    case kCrossFade: frame.transitionScale = ramped; break;
     default: break;
   }
   if (transitionMixesInputs != 1) return;
-  const bool sameGeometry = inputPlace.originX == input2Place.originX && inputPlace.originY == input2Place.originY &&
-                            inputPlace.sizeX == input2Place.sizeX && inputPlace.sizeY == input2Place.sizeY;
-  transitionTwoPass = !sameGeometry || transition.scaling == kCrossFade;
+  const bool sameGeometry =
+      frame.inputPlace.originX == frame.input2Place.originX && frame.inputPlace.originY == frame.input2Place.originY &&
+      frame.inputPlace.sizeX == frame.input2Place.sizeX && frame.inputPlace.sizeY == frame.input2Place.sizeY;
+  frame.transitionTwoPass = !sameGeometry || transition.scaling == kCrossFade;
 }
 
 }  // namespace vblur

@@ -1,6 +1,7 @@
 // The two ways of putting the clips of a transition together.
 #include "composite/HvQuickMixer.h"
-#include "effect/Blur.h"
+#include "effect/FrameStages.h"
+#include "image/Arithmetic.h"
 
 namespace vblur {
 namespace {
@@ -22,39 +23,40 @@ class WholePicture {
   HvTexIndexer saved_;
 };
 
-}  // namespace
-
+// The share of the transition's mix of one picture over the rest, which is the result itself when null.
 template <class Pixel>
-void Blur::MixTransition(HvTexture<Pixel, Rf>& result, const HvTexture<Pixel, Rf>& share,
-                         const HvTexture<Pixel, Rf>* rest) {
-  result.setOrigin(inputPlace.originX, inputPlace.originY);
+void MixTransition(FrameState& frame, HvTexture<Pixel, Rf>& result, const HvTexture<Pixel, Rf>& share,
+                   const HvTexture<Pixel, Rf>* rest) {
+  result.setOrigin(frame.inputPlace.originX, frame.inputPlace.originY);
   HvQuickMixer<Pixel, Rf, kTopOf<Pixel>> mixer;
-  mixer.amount = transitionMix;
-  mixer.interrupt = &interrupt;
-  mixer.setFieldMode(ProcessorField());
-  ScaledWindow().giveTo(mixer);
+  mixer.amount = frame.transitionMix;
+  mixer.interrupt = &frame.interrupt;
+  mixer.setFieldMode(frame.ProcessorField());
+  frame.ScaledWindow().giveTo(mixer);
   mixer.run(&share, rest, &result);
 }
 
+}  // namespace
+
 template <class Pixel>
-void Blur::MixTransitionInputs(HvTexture<Pixel, Rf>& result, HvTexture<Pixel, Rf>& first,
-                               HvTexture<Pixel, Rf>& second) {
+void MixTransitionInputs(FrameState& frame, HvTexture<Pixel, Rf>& result, HvTexture<Pixel, Rf>& first,
+                         HvTexture<Pixel, Rf>& second) {
   const WholePicture wholeResult(result);
   const WholePicture wholeFirst(first);
   const WholePicture wholeSecond(second);
-  MixTransition(result, second, &first);
+  MixTransition(frame, result, second, &first);
 }
 
 template <class Pixel>
-void Blur::MixTransitionResults(HvTexture<Pixel, Rf>& first, HvTexture<Pixel, Rf>& second) {
+void MixTransitionResults(FrameState& frame, HvTexture<Pixel, Rf>& first, HvTexture<Pixel, Rf>& second) {
   const WholePicture wholeFirst(first);
   const WholePicture wholeSecond(second);
-  MixTransition<Pixel>(first, second, nullptr);
+  MixTransition<Pixel>(frame, first, second, nullptr);
 }
 
-template void Blur::MixTransitionInputs(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
-template void Blur::MixTransitionInputs(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
-template void Blur::MixTransitionResults(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
-template void Blur::MixTransitionResults(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
+template void MixTransitionInputs(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
+template void MixTransitionInputs(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
+template void MixTransitionResults(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
+template void MixTransitionResults(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
 
 }  // namespace vblur

@@ -9,9 +9,8 @@ class OpenBlur : public Blur {
  public:
   using Blur::effectFlags;
   using Blur::effectKind;
-  using Blur::fieldMode;
+  using Blur::frame;
   using Blur::imageEffectFlags;
-  using Blur::interrupt;
   using Blur::transitionMixesInputs;
 
   // The name that an effect holds; of a clone too, which is a plain Blur.

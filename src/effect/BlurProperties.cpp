@@ -1,8 +1,7 @@
-#include "effect/Blur.h"
-
 #include <array>
 #include <utility>
 
+#include "effect/Blur.h"
 #include "effect/ClassIds.h"
 
 namespace vblur {
