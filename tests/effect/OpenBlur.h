@@ -9,9 +9,11 @@ class OpenBlur : public Blur {
  public:
   using Blur::effectFlags;
   using Blur::effectKind;
-  using Blur::frame;
   using Blur::imageEffectFlags;
   using Blur::transitionMixesInputs;
+
+  std::int32_t& fieldMode = frame.fieldMode;
+  HvInterruptRecord& interrupt = frame.interrupt;
 
   // The name that an effect holds; of a clone too, which is a plain Blur.
   static const char16_t* NameOf(const Blur& effect) { return (effect.*&OpenBlur::name).data(); }

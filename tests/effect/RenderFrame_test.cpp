@@ -157,13 +157,13 @@ TEST_F(RenderFrame, AStopByTheHostIsReason10000) {
   bench.effect = ComPtr<Blur>::Own(open);
   bench.context.Stop();
   EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_EQ(open->frame.interrupt.interrupted, 1);
-  EXPECT_EQ(open->frame.interrupt.state, 10000);
+  EXPECT_EQ(open->interrupt.interrupted, 1);
+  EXPECT_EQ(open->interrupt.state, 10000);
   host::ExecuteContext willing;
   bench.contextInUse = &willing;
   EXPECT_EQ(bench.Render(), kOk);
-  EXPECT_EQ(open->frame.interrupt.interrupted, 0);
-  EXPECT_EQ(open->frame.interrupt.state, 0);
+  EXPECT_EQ(open->interrupt.interrupted, 0);
+  EXPECT_EQ(open->interrupt.state, 0);
 }
 
 TEST_F(RenderFrame, WithoutAContextNothingStopsIt) {
