@@ -33,7 +33,7 @@ constexpr std::array<std::pair<std::uint32_t, GLenum>, 3> kSmoothModes{{
 GLUquadric* sharedQuadric = nullptr;
 std::uint32_t overlayFont = 0;
 
-// Null when it cannot be made; the next call tries again.
+// Null if creation fails; retried on the next call.
 GLUquadric* Quadric() {
   if (sharedQuadric == nullptr) {
     sharedQuadric = gluNewQuadric();
@@ -42,7 +42,7 @@ GLUquadric* Quadric() {
   return sharedQuadric;
 }
 
-// Calls draw(quadric) with (cx, cy) as the origin.
+// Calls draw(quadric) with the origin at (cx, cy).
 template <class Draw>
 void DrawRound(float cx, float cy, float r, GLenum style, const Draw& draw) {
   GLUquadric* const quadric = Quadric();
@@ -54,7 +54,7 @@ void DrawRound(float cx, float cy, float r, GLenum style, const Draw& draw) {
   glPopMatrix();
 }
 
-// Two passes of draw() whose dashes interlock; `under` runs before them, in what is set already.
+// Two passes of draw() with interlocking dashes, after under() with the state as it stands.
 template <class Under, class Draw>
 void DrawDashed(HvColour colourA, HvColour colourB, const Under& under, const Draw& draw) {
   GLint pattern = 0;
@@ -145,7 +145,7 @@ void DrawFilledDisc(float cx, float cy, float r) {
 }
 
 void DrawArc(float cx, float cy, float r, float from, float to) {
-  // GLU counts clockwise from +y.
+  // GLU angles run clockwise from +y.
   const float start = -(from - 90.0f);
   const float sweep = -(to - 90.0f) + (from - 90.0f);
   DrawRound(cx, cy, r, GLU_LINE,
@@ -193,7 +193,7 @@ std::uint32_t MakeOverlayFont(HDC dc) {
   if (font == nullptr) return 0;
   HFONT const before = SelectObject(dc, font);
   const std::uint32_t base = glGenLists(kCharacters);
-  // Characters that cannot be drawn leave empty lists, and texts stay unseen.
+  // On failure the lists stay empty and no text shows.
   if (base != 0) wglUseFontBitmapsW(dc, kFirstCharacter, kCharacters, base);
   SelectObject(dc, before);
   DeleteObject(font);

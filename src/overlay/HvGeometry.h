@@ -22,7 +22,7 @@ inline HvPoint operator-(HvPoint a, HvPoint b) {
 
 inline constexpr float kHvLargest = std::numeric_limits<float>::max();
 
-// Empty until it grows: then the minima are above the maxima.
+// Default: empty, with the minima above the maxima.
 struct HvBox {
   float minX = kHvLargest;
   float maxX = -kHvLargest;

@@ -1,10 +1,9 @@
-// A doubly linked list that is walked by a cursor of its own, so that what is done to an element may remove
-// that element from the list.
+// Doubly linked list with a built-in cursor: an action on the current element may remove it from the list.
 #pragma once
 
 namespace vblur {
 
-// Owns its nodes, never its elements. One walk at a time: a second one takes the cursor from the first.
+// Owns its nodes, not its elements. One walk at a time: a second one takes over the cursor.
 template <class T>
 class HvList {
  public:
@@ -30,8 +29,7 @@ class HvList {
     return element;
   }
 
-  // Returns the element that the node held. A cursor on the node goes to the one before, or to the next when
-  // there is none before.
+  // Returns the node's element. A cursor on the node moves to the previous node, or to the next if there is none.
   T RemoveNode(Node* node) {
     if (cursor_ == node) cursor_ = node->previous != nullptr ? node->previous : node->next;
     (node->previous == nullptr ? first_ : node->previous->next) = node->next;
@@ -41,7 +39,7 @@ class HvList {
     return element;
   }
 
-  // A walk: Start, then Step until it gives null. The cursor is already behind the node that Step gives.
+  // A walk: Start, then Step until null. Step moves the cursor past the node that it returns.
   void Start() { cursor_ = first_; }
   Node* Step() {
     Node* node = cursor_;
@@ -49,14 +47,14 @@ class HvList {
     return node;
   }
 
-  // Leaves the cursor alone.
+  // Does not move the cursor.
   bool Contains(const T& element) const {
     for (const Node* node = first_; node != nullptr; node = node->next) {
       if (node->element == element) return true;
     }
     return false;
   }
-  // Every node that holds it; whether there was one. A walk of its own: one that is under way ends.
+  // Removes every node with the element; true if there was one. Uses the cursor: a walk in progress ends.
   bool Remove(const T& element) {
     bool removed = false;
     Start();

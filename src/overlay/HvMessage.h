@@ -1,4 +1,4 @@
-// What widgets, their listeners and the viewer tool tell each other: what happened, and one value.
+// Message between widgets, their listeners and the viewer tool: an event and one value.
 #pragma once
 
 #include <array>
@@ -15,10 +15,10 @@ enum HvMessageId : std::uint32_t {
   kInteractionBegins = 200,
   kInteractionChanged = 201,
   kInteractionEnds = 202,
-  kInteractionEndsToo = 203,  // sent by nobody; receivers take it for the end
+  kInteractionEndsToo = 203,  // never sent; handled as kInteractionEnds
 };
 
-// What the payload holds.
+// Type of the payload.
 enum HvMessageKind : std::uint32_t {
   kHoldsNothing = 0,
   kHoldsWhole = 1,
@@ -27,11 +27,11 @@ enum HvMessageKind : std::uint32_t {
   kHoldsPositionToo = 7,  // accepted, never sent
 };
 
-// Lives on the stack of its sender for one call; receivers keep no pointer to it. A message of kind 5 or 26
-// ends the process when it is destroyed.
+// Lives on the sender's stack for one call; receivers must not keep a pointer. Destroying a message of kind 5 or 26
+// aborts the process.
 class HvMessage {
  public:
-  // A text is cut to 15 characters; null is the empty one.
+  // The text is cut to 15 characters; null gives an empty one.
   explicit HvMessage(std::uint32_t id, const char* text = nullptr);
   virtual ~HvMessage();
   HvMessage(const HvMessage&) = delete;
@@ -39,7 +39,7 @@ class HvMessage {
 
   static HvMessage OfWhole(std::uint32_t id, std::uint32_t value) { return {id, kHoldsWhole, &value, sizeof value}; }
   static HvMessage OfNumber(std::uint32_t id, float value) { return {id, kHoldsNumber, &value, sizeof value}; }
-  // A pen position, in the coordinates of the manager's children.
+  // A pen position in the space of the manager's children.
   static HvMessage OfPosition(std::uint32_t id, HvPoint pos) { return {id, kHoldsPosition, &pos, sizeof pos}; }
 
   const char* text() const { return text_.data(); }
@@ -47,7 +47,7 @@ class HvMessage {
   std::uint32_t kind() const { return kind_; }
   std::uint32_t reserved() const { return reserved_; }
 
-  // The payload read as what the kind says; 0 where it has not been set.
+  // The payload by kind; 0 if it was not set.
   std::uint32_t asWhole() const;
   float asNumber() const;
   HvPoint asPosition() const;

@@ -11,7 +11,7 @@ void HvMessageSender::Send(const HvMessage& message) {
 }
 
 HvMessageSender::~HvMessageSender() {
-  // Only the first: what others still hold of this sender is theirs to outlive or not.
+  // Only the first handler: later ones must not outlive this sender.
   const auto* first = handlers_.first();
   if (first == nullptr || first->element == nullptr) return;
   first->element->senders_.Remove(this);

@@ -1,5 +1,5 @@
-// Senders of messages and those who hear them. A link stands in both lists, once, until either side goes.
-// One thread; a handler does not send on the sender that it is called from.
+// Links between senders and handlers of messages. A link stands once in both lists until either side is destroyed.
+// One thread. A handler must not send on the sender that is calling it.
 #pragma once
 
 #include "overlay/HvList.h"
@@ -9,8 +9,7 @@ namespace vblur {
 
 class HvMessageHandler;
 
-// May have several handlers only if it outlives all but the first: with it goes the first handler's entry
-// for it, and no other's.
+// Its destructor unlinks only the first handler: a sender with several must outlive the others.
 class HvMessageSender {
  public:
   HvMessageSender() = default;
@@ -18,7 +17,7 @@ class HvMessageSender {
   HvMessageSender(const HvMessageSender&) = delete;
   HvMessageSender& operator=(const HvMessageSender&) = delete;
 
-  // To every handler, in the order in which they were linked.
+  // Calls every handler in the order of linking.
   void Send(const HvMessage& message);
 
   const HvList<HvMessageHandler*>& handlers() const { return handlers_; }
@@ -37,7 +36,7 @@ class HvMessageHandler {
   HvMessageHandler(const HvMessageHandler&) = delete;
   HvMessageHandler& operator=(const HvMessageHandler&) = delete;
 
-  // `sender` is null for a message that comes straight from the viewer tool.
+  // `sender` is null for a message from the viewer tool.
   virtual void HandleMessage(const HvMessage& message, HvMessageSender* sender) = 0;
 
   const HvList<HvMessageSender*>& senders() const { return senders_; }
@@ -49,7 +48,7 @@ class HvMessageHandler {
   HvList<HvMessageSender*> senders_;
 };
 
-// Nothing for null, and nothing new for a pair that is linked already.
+// Ignores null; a pair that is already linked stays linked once.
 void LinkHandler(HvMessageHandler* handler, HvMessageSender* sender);
 
 }  // namespace vblur

@@ -11,15 +11,15 @@
 namespace vblur {
 namespace {
 
-// Beyond the tolerance, for the handles that are dots.
+// Added to the tolerance for the aspect handle and the centre.
 constexpr HvPoint kDotMargin{3.0f, 3.0f};
-// Half of what the arc spans, in radians.
+// Half the span of the arc, in radians.
 constexpr float kHalfArc = 0.7853982f;
-// Half the width of the box that an arrow's axis takes.
+// Half the width of an arrow in the box of the control.
 constexpr float kArrowBoxWidth = 3.0f;
 constexpr float kAspectHandleOffset = 10.0f;
 
-// A float's product, and a double's quotient.
+// Single-precision product, double-precision quotient.
 double Radians(float degrees) {
   return static_cast<double>(degrees * 3.1415927f) / 180.0;
 }
@@ -29,12 +29,12 @@ float AngleOf(HvPoint offset) {
   return static_cast<float>(std::atan2(static_cast<double>(offset.y), static_cast<double>(offset.x)));
 }
 
-// Turns points about (0, 0), anticlockwise.
-struct Turn {
+// About (0, 0), anticlockwise.
+struct Rotation {
   float sine;
   float cosine;
 
-  static Turn By(float degrees) {
+  static Rotation By(float degrees) {
     const double angle = Radians(degrees);
     return {static_cast<float>(std::sin(angle)), static_cast<float>(std::cos(angle))};
   }
@@ -49,7 +49,7 @@ bool AreOpposite(float a, float b) {
   return (a < 0.0f && b > 0.0f) || (a > 0.0f && b < 0.0f);
 }
 
-// What a tip says of its subject; null for no words.
+// The verb of the tool tip; null for none.
 const char* VerbOf(std::uint32_t active) {
   switch (active) {
     case HvT2DAxis::kTranslateX:
@@ -181,18 +181,18 @@ void HvT2DAxis::ComputeBox(HvBox& box) {
     box.Grow(HvPoint{x, y});
     box.Grow(HvPoint{-x, -y});
   };
-  const Turn turn = Turn::By(rotation_);
+  const Rotation rotate = Rotation::By(rotation_);
   if ((mask & kTranslateX) != 0) growBothWays(axisLength(), kArrowBoxWidth);
   if ((mask & kTranslateY) != 0) growBothWays(kArrowBoxWidth, axisLength());
   if ((mask & kRotate) != 0) growBothWays(arcRadius(), arcRadius());
   if ((mask & kAnyScale) != 0) {
-    // As large as without an aspect.
+    // The aspect is ignored.
     const float x = scale_ * axisLength() * scaleX_;
     const float y = scale_ * axisLength() * scaleY_;
     for (const HvPoint corner : {HvPoint{x, y}, HvPoint{x, -y}, HvPoint{-x, -y}, HvPoint{-x, y}})
-      box.Grow(turn(corner));
+      box.Grow(rotate(corner));
   }
-  if ((mask & kAspect) != 0) box.Grow(turn(AspectHandlePos()) + kDotMargin);
+  if ((mask & kAspect) != 0) box.Grow(rotate(AspectHandlePos()) + kDotMargin);
   box.minX += centre_.x;
   box.maxX += centre_.x;
   box.minY += centre_.y;
@@ -216,24 +216,24 @@ HvPick HvT2DAxis::Pick(HvPoint pos, HvPoint tolerance) {
   return this;
 }
 
-// A scale of 0 makes infinities and no numbers of the units, and those are near to nothing.
+// With a scale of 0 the units are infinite or NaN, and no comparison with them holds.
 HvT2DAxis::Probe HvT2DAxis::ProbeAt(HvPoint pos, HvPoint tolerance) const {
   Probe probe;
   probe.tolerance = tolerance;
   probe.offset = pos - centre_;
-  probe.turned = Turn::By(-rotation_)(probe.offset);
+  probe.unrotated = Rotation::By(-rotation_)(probe.offset);
   probe.scale = fullScale();
-  probe.unit = {probe.turned.x / probe.scale.x, probe.turned.y / probe.scale.y};
+  probe.unit = {probe.unrotated.x / probe.scale.x, probe.unrotated.y / probe.scale.y};
   probe.unitTolerance = {tolerance.x / std::abs(probe.scale.x), tolerance.y / std::abs(probe.scale.y)};
   return probe;
 }
 
 std::uint32_t HvT2DAxis::HandleAt(const Probe& probe) const {
   const HvPoint dotReach = probe.tolerance + kDotMargin;
-  if (offers(kAspect) && IsNearer(AspectHandlePos() - probe.turned, dotReach)) return kAspect;
+  if (offers(kAspect) && IsNearer(AspectHandlePos() - probe.unrotated, dotReach)) return kAspect;
   if (offers(kTranslateX) && offers(kTranslateY) && IsNearer(probe.offset, dotReach)) return kTranslate;
-  const float fromArc = std::abs(std::hypot(probe.turned.x, probe.turned.y) - arcRadius());
-  const float angle = AngleOf(probe.turned);
+  const float fromArc = std::abs(std::hypot(probe.unrotated.x, probe.unrotated.y) - arcRadius());
+  const float angle = AngleOf(probe.unrotated);
   if (offers(kRotate) && fromArc < probe.tolerance.x && -kHalfArc < angle && angle < kHalfArc) return kRotate;
   if (const std::uint32_t handle = ScaleHandleAt(probe); handle != 0) return handle;
   return ArrowAt(probe);
@@ -259,8 +259,8 @@ std::uint32_t HvT2DAxis::ArrowAt(const Probe& probe) const {
 
 void HvT2DAxis::SetFlips(std::uint32_t handle, const Probe& probe) {
   flipFlags_ = 0;
-  if (handle != kScaleY && AreOpposite(probe.scale.x, probe.turned.x)) flipFlags_ |= kFlipX;
-  if (handle != kScaleX && AreOpposite(probe.scale.y, probe.turned.y)) flipFlags_ |= kFlipY;
+  if (handle != kScaleY && AreOpposite(probe.scale.x, probe.unrotated.x)) flipFlags_ |= kFlipX;
+  if (handle != kScaleX && AreOpposite(probe.scale.y, probe.unrotated.y)) flipFlags_ |= kFlipY;
 }
 
 void HvT2DAxis::SetActiveHandle(std::uint32_t handle) {
@@ -275,7 +275,7 @@ std::int32_t HvT2DAxis::Press(HvPoint pos) {
   lastPos_ = pos;
   if (isActive(kRotate)) lastAngle_ = AngleOf(pos - centre_);
   if (isActive(kAnyScale | kAspect)) {
-    const Turn back = Turn::By(-rotation_);
+    const Rotation back = Rotation::By(-rotation_);
     pressSin_ = back.sine;
     pressCos_ = back.cosine;
   }
@@ -284,25 +284,25 @@ std::int32_t HvT2DAxis::Press(HvPoint pos) {
 
 std::int32_t HvT2DAxis::Drag(HvPoint pos) {
   const HvPoint offset = pos - centre_;
-  const HvPoint turned = Turn{pressSin_, pressCos_}(offset);
+  const HvPoint unrotated = Rotation{pressSin_, pressCos_}(offset);
   if (isActive(kTranslate)) {
     DragTranslate(pos);
   } else if (isActive(kRotate)) {
     DragRotate(offset);
   } else if (isActive(kScale)) {
-    DragScale(turned);
+    DragScale(unrotated);
   } else if (isActive(kScaleX)) {
-    scaleX_ = turned.x / scale_ / axisLength();
+    scaleX_ = unrotated.x / scale_ / axisLength();
     if ((flipFlags_ & kFlipX) != 0) scaleX_ = -scaleX_;
   } else if (isActive(kScaleY)) {
-    scaleY_ = turned.y / scale_ / axisLength();
+    scaleY_ = unrotated.y / scale_ / axisLength();
     if ((flipFlags_ & kFlipY) != 0) scaleY_ = -scaleY_;
   } else if (isActive(kAspect)) {
-    DragAspect(turned);
+    DragAspect(unrotated);
   }
   if (active_ != 0) UpdateBox();
   Send(HvMessage::OfWhole(kInteractionChanged, active_));
-  // Only now: the box of a group's children, and a listener who asks for its space, are one move behind.
+  // After the message: ComputeBox of a group, and listeners, still see the previous matrices.
   axisFlags_ |= kMatricesStale;
   return 1;
 }
@@ -318,16 +318,16 @@ void HvT2DAxis::DragRotate(HvPoint offset) {
   const float angle = AngleOf(offset);
   double change = (static_cast<double>(angle) - static_cast<double>(lastAngle_)) * 180.0 / 3.1415927410125732;
   lastAngle_ = angle;
-  // Across the seam on the left the angle jumps by a whole turn.
+  // Unwrap the jump of atan2 at 180 degrees.
   if (change > 180.0) change -= 360.0;
   if (change < -180.0) change += 360.0;
   rotation_ = static_cast<float>(static_cast<double>(rotation_) + change);
 }
 
-// By the axis on which the pen is farther out.
-void HvT2DAxis::DragScale(HvPoint turned) {
-  const float x = turned.x / scaleX_;
-  const float y = turned.y / scaleY_;
+// The axis with the larger distance decides.
+void HvT2DAxis::DragScale(HvPoint unrotated) {
+  const float x = unrotated.x / scaleX_;
+  const float y = unrotated.y / scaleY_;
   if (std::abs(x) > std::abs(y)) {
     scale_ = x / axisLength() * ((flipFlags_ & kFlipX) != 0 ? -1.0f : 1.0f);
   } else {
@@ -335,9 +335,9 @@ void HvT2DAxis::DragScale(HvPoint turned) {
   }
 }
 
-void HvT2DAxis::DragAspect(HvPoint turned) {
-  const float x = turned.x / scaleX_;
-  const float y = turned.y / scaleY_;
+void HvT2DAxis::DragAspect(HvPoint unrotated) {
+  const float x = unrotated.x / scaleX_;
+  const float y = unrotated.y / scaleY_;
   if (x < 0.0f || y < 0.0f) {
     if (aspect_ < 0.0f) aspect_ = -1.0f;
     if (aspect_ > 0.0f) aspect_ = 1.0f;

@@ -1,10 +1,10 @@
-// The overlay's general manipulator: arrows that move, a box that scales, an arc that rotates and a dot for the
-// aspect, of which a caller asks for any subset. It changes its own fields alone; who listens hears messages
-// when the pen takes hold, moves and lets go, each with the active handle.
+// The general manipulator: arrows translate, a box scales, an arc rotates, a dot changes the aspect. The handle mask
+// selects any subset. Dragging changes only the control's own fields; listeners get messages 200, 201 and 202 with the
+// active handle.
 //
-// Coordinates. `centre` and all points that come in are in the parent's space. The control's own space, that of
-// a group's children, is scaled, then turned, then moved to the centre. Handles have fixed sizes in the
-// parent's units, times the handle scale, and lie about the centre.
+// Coordinates. `centre` and all points passed in are in the parent's space. The control's own space, that of a group's
+// children, is scaled, rotated, then translated to the centre. Handles have fixed sizes in the parent's units, times
+// the handle scale, and positions relative to the centre.
 #pragma once
 
 #include "overlay/HvMessageLink.h"
@@ -15,7 +15,7 @@ namespace vblur {
 
 class HvT2DAxis : public HvTObject, public HvMessageSender {
  public:
-  // Which handles there are, and which one is active.
+  // Bits of the handle mask and of the active handle.
   enum Handle : std::uint32_t {
     kTranslateX = 1,
     kTranslateY = 2,
@@ -31,40 +31,40 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
     kMatricesStale = 1,
     kDrawName = 2,
     kNoTranslation = 16,  // translation handles are not drawn, and nothing is picked
-    kAsIfAll = 32,        // box and centre are those of a control with every handle but the aspect
+    kAsIfAll = 32,        // SetCentre, box and children behave as with the mask 63
   };
-  // On which side of the centre the box was taken.
+  // The negative side of the box was grabbed.
   enum FlipFlag : std::uint32_t { kFlipX = 8, kFlipY = 16 };
 
   // The name may be null. `handleMask` is of Handle bits.
   HvT2DAxis(const char* name, std::uint32_t handleMask);
-  // Leaves its parent or its manager.
+  // Detaches from parent and manager.
   ~HvT2DAxis() override;
 
-  // Handles that lie over each other: the aspect first, then centre, arc, corners, edges and arrows. Arrows do
-  // not turn with the control.
+  // The first hit of: aspect, centre, arc, corners, vertical edges, horizontal edges, y arrow, x arrow. Arrows do not
+  // rotate with the control.
   HvPick Pick(HvPoint pos, HvPoint tolerance) override;
   void Draw() override;
-  // 1, whether or not a handle is active: listeners are told in any case.
+  // Returns 1 and sends 201 even without an active handle.
   std::int32_t Drag(HvPoint pos) override;
-  // 0 without an active handle.
+  // Returns 0 without an active handle.
   std::int32_t Press(HvPoint pos) override;
   std::int32_t Release() override;
   std::int32_t Leave() override;
-  // "Rotates the ...", with the tip for the subject. Nothing for an active handle that has no such words.
+  // "Rotates the TIP." and the like. Draws nothing for a combination of handles without a verb.
   void DrawTip(HvPoint pos) override;
   HvPoint ToLocal(HvPoint pos) override;
   void SetHandleScale(float scale) override;
-  // The box of all handles, in the parent's space; a point when there are none.
+  // Bounds of all handles, in the parent's space; a point without handles.
   virtual void ComputeBox(HvBox& box);
 
-  // In the parent's space. Nothing for a control that cannot be moved both ways.
+  // Ignored unless the mask has both translations.
   void SetCentre(float x, float y);
-  // Origin and size from ComputeBox; the parent is told.
+  // Sets origin and size from ComputeBox and calls ChildChanged on the parent.
   void UpdateBox();
-  // The control becomes the leaf of the pick; the overlay is painted again where that is news.
+  // Makes the control the leaf of the pick; marks it dirty if anything changes.
   void SetActiveHandle(std::uint32_t handle);
-  // The dot of the aspect, about the centre, before the rotation.
+  // Position of the aspect handle relative to the centre, unrotated.
   HvPoint AspectHandlePos() const;
 
   std::uint32_t handleMask() const { return handleMask_; }
@@ -74,41 +74,41 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   std::uint32_t axisFlags() const { return axisFlags_; }
   void SetAxisFlags(std::uint32_t flags);
   HvPoint centre() const { return centre_; }
-  // Per axis, and over all. May be negative; with 0 the own space is the parent's.
+  // Per axis. May be negative; 0 makes the inverse the identity.
   HvPoint axisScale() const { return {scaleX_, scaleY_}; }
   void SetAxisScale(float x, float y);
   float scale() const { return scale_; }
   void SetScale(float scale);
-  // Degrees, anticlockwise, without a limit.
+  // Degrees, anticlockwise, not limited to 360.
   float rotation() const { return rotation_; }
   void SetRotation(float degrees);
-  // From -1 to 1: below 0 the x axis is thinner by so much, above 0 the y axis.
+  // -1 to 1: negative values shrink x, positive ones y.
   float aspect() const { return aspect_; }
   void SetAspect(float aspect);
-  // What is left of each axis by the aspect, 0 to 1.
+  // Factors of the aspect per axis, 0 to 1.
   float xAspect() const;
   float yAspect() const;
 
  protected:
-  // The mask that box and group go by.
+  // The mask for SetCentre, ComputeBox and the transform of a group.
   std::uint32_t effectiveMask() const { return (axisFlags_ & kAsIfAll) != 0 ? 63u : handleMask_; }
   // scale * axis scale * aspect, per axis.
   HvPoint fullScale() const { return {scale_ * scaleX_ * xAspect(), scale_ * scaleY_ * yAspect()}; }
-  // From own to parent space and back; right after UpdateMatrices.
+  // Own to parent space and back; valid after UpdateMatrices.
   const Matrix3& forward() const { return forward_; }
   const Matrix3& inverse() const { return inverse_; }
   void UpdateMatrices();
-  // The current OpenGL matrix, times the top of the overlay's stack.
+  // Multiplies the current OpenGL matrix by the top of the overlay's stack.
   static void MultiplyByStackTop();
 
  private:
-  // Where the pen stands to the handles.
+  // A pen position relative to the handles.
   struct Probe {
     HvPoint tolerance;
-    HvPoint offset;  // from the centre
-    HvPoint turned;  // the same, turned back by the rotation
-    HvPoint scale;   // fullScale()
-    HvPoint unit;    // `turned` in the box's own units
+    HvPoint offset;     // from the centre
+    HvPoint unrotated;  // the same, in unrotated axes
+    HvPoint scale;      // fullScale()
+    HvPoint unit;       // `unrotated` over the full scale
     HvPoint unitTolerance;
   };
   Probe ProbeAt(HvPoint pos, HvPoint tolerance) const;
@@ -118,24 +118,23 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   void SetFlips(std::uint32_t handle, const Probe& probe);
 
   void DragTranslate(HvPoint pos);
-  // `offset` and `turned` are the pen's offset from the centre, the latter turned back by the rotation that
-  // stood at the press.
+  // `offset` is the pen's offset from the centre, `unrotated` the same without the rotation at the press.
   void DragRotate(HvPoint offset);
-  void DragScale(HvPoint turned);
-  void DragAspect(HvPoint turned);
-  // Origin and size from a box; the parent is told.
+  void DragScale(HvPoint unrotated);
+  void DragAspect(HvPoint unrotated);
+  // Sets origin and size and calls ChildChanged on the parent.
   void TakeBox(const HvBox& area);
-  // After a field that the matrices depend on.
+  // Invalidates the matrices and updates the box.
   void Restate();
 
   bool offers(std::uint32_t handles) const { return (handleMask_ & handles) != 0; }
   bool isActive(std::uint32_t handles) const { return (active_ & handles) != 0; }
   float axisLength() const { return 37.0f * handleScale(); }
   float arcRadius() const { return 32.0f * handleScale(); }
-  // The upper right corner of the scale box, about the centre, before the rotation.
+  // The upper right corner of the scale box, relative to the centre, unrotated.
   HvPoint BoxCorner() const;
 
-  void DrawTurnedHandles() const;
+  void DrawRotatedHandles() const;
   void DrawAspectGuide() const;
   void DrawScaleBox() const;
   void DrawAspectHandle() const;

@@ -1,4 +1,4 @@
-// How the axis control is painted: highlighted where the pen holds it, dashed where it could take hold.
+// Painting of the axis control: the active handle is highlighted while pressed and dashed while hovered.
 #include <array>
 #include <cstring>
 
@@ -11,7 +11,7 @@
 namespace vblur {
 namespace {
 
-// In the parent's units; those up to the arc are for a handle scale of 1.
+// In the parent's units. The guide and the arc are multiplied by the handle scale.
 constexpr float kAspectGuide = 17.0f;
 constexpr float kArcArrow = 22.627417f;  // the ends of the arc, at 45 degrees
 constexpr HvPoint kArcArrowSize{10.0f, 2.0f};
@@ -32,11 +32,11 @@ struct ArrowPair {
   std::array<HvPoint, 2> directions;
 };
 
-// Dashes begin at the left and at the tips.
+// Dashes start at the left end along x and at the tips along y.
 constexpr ArrowPair kArrowsAlongX{{{{{-34, 0}, {-3, 0}}, {{3, 0}, {34, 0}}}}, {{{-1, 0}, {1, 0}}}};
 constexpr ArrowPair kArrowsAlongY{{{{{0, -34}, {0, -3}}, {{0, 34}, {0, 3}}}}, {{{0, -1}, {0, 1}}}};
 
-// Two interlocking colours, or `a` alone where it is solid; arrow heads are filled with `a` and outlined with `b`.
+// Dashed: `a` and `b` interlocked. Solid: `a`. Arrow heads are filled with `a` and outlined with `b`.
 struct LineStyle {
   HvColour a;
   HvColour b;
@@ -75,7 +75,7 @@ void HvT2DAxis::Draw() {
   glPushMatrix();
   glPushMatrix();
   if (offers(kRotate)) glRotatef(rotation_, 0.0f, 0.0f, 1.0f);
-  DrawTurnedHandles();
+  DrawRotatedHandles();
   glPopMatrix();
   if ((axisFlags_ & kNoTranslation) == 0) {
     if (offers(kTranslateX)) DrawArrows(kTranslateX);
@@ -88,7 +88,7 @@ void HvT2DAxis::Draw() {
   EndSmooth(smooth);
 }
 
-void HvT2DAxis::DrawTurnedHandles() const {
+void HvT2DAxis::DrawRotatedHandles() const {
   if (offers(kAspect) && isActive(kAspect) && (isPressed() || isHovered())) DrawAspectGuide();
   if (offers(kAnyScale)) DrawScaleBox();
   if (offers(kAspect)) DrawAspectHandle();

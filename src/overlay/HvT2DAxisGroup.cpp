@@ -77,7 +77,7 @@ void HvT2DAxisGroup::ChildChanged(HvTObject* child) {
   const bool allHaveBoxes = secondState != HvTContainer::kSomeWithoutBox && firstState != HvTContainer::kSomeWithoutBox;
   childBox_ = {};
   if (allHaveBoxes) {
-    // Without second children this is the point 0, 0: the own origin is always within.
+    // Without second children `second` is the point 0, 0, so that the box always holds the origin.
     childBox_ = second;
     if (firstState == HvTContainer::kAllWithBox) childBox_.Grow(first);
   }
@@ -105,7 +105,7 @@ std::int32_t HvT2DAxisGroup::AddChild(HvTObject* child) {
 }
 
 std::int32_t HvT2DAxisGroup::RemoveChild(HvTObject* child) {
-  // From both: where a child is in each, no pointer to it stays.
+  // From both: a child may be listed in each.
   const std::int32_t fromFirst = children_.Remove(child);
   const std::int32_t fromSecond = secondChildren_.Remove(child);
   if (fromFirst == 0 && fromSecond == 0) return 0;

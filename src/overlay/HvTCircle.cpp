@@ -20,7 +20,7 @@ HvTCircle::HvTCircle(const char* name, float radius) : HvTObject(name), radius_(
   UpdateBox();
 }
 
-// Whole numbers are near enough for culling.
+// Truncated to whole numbers: exact enough for culling.
 void HvTCircle::UpdateBox() {
   const float rx = std::trunc(radius_ * scaleX());
   const float ry = std::trunc(radius_ * scaleY());

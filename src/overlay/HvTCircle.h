@@ -1,4 +1,4 @@
-// A ring about the origin of its parent whose radius follows the pen: an ellipse that is no larger than its
+// A ring about the parent's origin whose radius is dragged. With an aspect it is an ellipse, never larger than the
 // radius on either axis.
 #pragma once
 
@@ -7,16 +7,16 @@
 
 namespace vblur {
 
-// Sends 200 when it is grabbed, 201 with the new radius with each change, 202 when it is let go. An aspect of
-// 0 or infinity flattens it to a line, which is drawn and cannot be grabbed or dragged.
+// Sends 200 on press, 201 with the new radius on each change, 202 on release. An aspect of 0 or infinity flattens the
+// ring to a line, which is drawn but never hit or dragged.
 class HvTCircle : public HvTObject, public HvMessageSender {
  public:
   HvTCircle(const char* name, float radius);
 
-  // On the ring within the tolerance of x, measured as if it were round; the tolerance of y plays no part.
+  // A hit is within the x tolerance of the ring, measured in the space where it is round.
   HvPick Pick(HvPoint pos, HvPoint tolerance) override;
   void Draw() override;
-  // The ring runs through the pen from the first move on, wherever it was grabbed.
+  // The ring passes through the pen, without an offset from where it was grabbed.
   std::int32_t Drag(HvPoint pos) override;
   std::int32_t Press(HvPoint pos) override;
   std::int32_t Release() override;
@@ -25,7 +25,7 @@ class HvTCircle : public HvTObject, public HvMessageSender {
   float radius() const { return radius_; }
   // Width over height, from 0 to infinity.
   float aspect() const { return aspect_; }
-  // True if it differs from the one before; nobody is sent a message.
+  // True if the value changed. Sends no message.
   bool SetRadius(float radius);
   bool SetAspect(float aspect);
 
@@ -33,7 +33,7 @@ class HvTCircle : public HvTObject, public HvMessageSender {
   float scaleX() const { return aspect_ <= 1.0f ? aspect_ : 1.0f; }
   float scaleY() const { return aspect_ < 1.0f ? 1.0f : 1.0f / aspect_; }
   bool isFlat() const { return scaleX() == 0.0f || scaleY() == 0.0f; }
-  // The radius of the ring through a point. The ring is not flat.
+  // The radius of the ring through a point. Not for a flat ring.
   double RadiusAt(HvPoint pos) const;
   void UpdateBox();
 

@@ -8,7 +8,7 @@ namespace {
 using AtPoint = std::int32_t (HvTObject::*)(HvPoint);
 using AtLeaf = std::int32_t (HvTObject::*)();
 
-// A way that ends before its leaf, because the widget there has gone, leads to nothing.
+// Returns 0 where the chain of targets ends early, after a widget was removed.
 std::int32_t Descend(HvTObject* object, HvPoint pos, AtPoint act) {
   if (object == nullptr) return 0;
   HvTObject* const next = object->target();
@@ -51,7 +51,7 @@ std::int32_t HvTContainer::Bounds(HvBox& box) {
       continue;
     }
     if (boxState_ == kNoChildren) boxState_ = kAllWithBox;
-    // Corner by corner: a size may be negative.
+    // Both corners: sizes may be negative.
     box.Grow(child.origin());
     box.Grow(child.origin() + child.size());
   }

@@ -1,4 +1,4 @@
-// Ordered widgets: the last one lies on top.
+// An ordered list of widgets; the last one is on top.
 #pragma once
 
 #include <cstdint>
@@ -10,31 +10,30 @@ namespace vblur {
 
 class HvTContainer {
  public:
-  // What the children's boxes come to.
+  // Summary of the children's boxes.
   enum BoxState : std::int32_t { kSomeWithoutBox = 0, kAllWithBox = 1, kNoChildren = 2 };
 
   HvTContainer() = default;
   HvTContainer(const HvTContainer&) = delete;
   HvTContainer& operator=(const HvTContainer&) = delete;
   virtual ~HvTContainer();
-  // The box that holds the boxes of all children, in the children's space; 0, 0, 0, 0 without any. Returns
-  // and keeps the state.
+  // The union of the children's boxes, in their space; 0, 0, 0, 0 without children. Stores and returns the state.
   virtual std::int32_t Bounds(HvBox& box);
 
-  // 0 for null or a child that is listed already; the child is not told.
+  // Returns 0 for null or a child that is already listed. Does not change the child.
   std::int32_t Append(HvTObject* child);
-  // 0 for null or one that is not listed.
+  // Returns 0 for null or a child that is not listed.
   std::int32_t Remove(HvTObject* child);
-  // Every child forgets parent and manager; owned ones are destroyed.
+  // Clears every child's parent and manager; destroys owned children.
   void ClearChildren();
 
-  // From the first to the last, so that later ones cover earlier ones; hidden ones are left out.
+  // First to last, so that later children cover earlier ones. Skips hidden children.
   void DrawChildren();
-  // From the last to the first, until one ends the search. `pos` and `tolerance` in the children's space.
+  // Last to first, until one ends the search. `pos` and `tolerance` in the children's space.
   HvPick PickChildren(HvPoint pos, HvPoint tolerance);
 
-  // To the leaf of what was picked last, if there is one: from its top by the targets. `pos` in the
-  // children's space; each object on the way leads it into its own.
+  // Calls the leaf of the last hit, down the chain of targets. `pos` is in the children's space and is transformed at
+  // each level.
   std::int32_t PressHit(HvPoint pos);
   std::int32_t DragHit(HvPoint pos);
   std::int32_t EnterHit(HvPoint pos);
@@ -43,13 +42,13 @@ class HvTContainer {
 
   HvList<HvTObject*>& children() { return children_; }
   const HvList<HvTObject*>& children() const { return children_; }
-  // The child that was picked last, or that leads to it.
+  // The child that was hit last, or contains what was hit.
   HvTObject* hit() const { return hit_; }
   void SetHit(HvTObject* child) { hit_ = child; }
   bool ownsChildren() const { return ownsChildren_; }
   void OwnChildren(bool owns) { ownsChildren_ = owns; }
   std::int32_t boxState() const { return boxState_; }
-  // Of the child that was appended last alone; the next Bounds puts it right.
+  // After Append the state of the last child alone; Bounds computes that of all.
   void SetBoxState(std::int32_t state) { boxState_ = state; }
 
  private:

@@ -1,4 +1,4 @@
-// What everything that paints on the overlay is.
+// Marker base of everything that paints on the overlay.
 #pragma once
 
 namespace vblur {

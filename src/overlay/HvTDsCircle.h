@@ -1,4 +1,4 @@
-// The circle of the blur: its radius is the property `Blur`, its aspect follows `Aspect`.
+// The effect's circle: the radius is bound to `Blur`, the aspect follows `Aspect`.
 #pragma once
 
 #include "overlay/HvTCircle.h"
@@ -7,7 +7,7 @@
 
 namespace vblur {
 
-// From `Aspect` as a fraction of -1 to 1 to the circle's: 1 for a true circle, infinite or 0 at the ends.
+// Converts `Aspect` as a fraction, -1 to 1, to the aspect of HvTCircle: 0 at -1, 1 at 0, infinity at 1.
 float AspectToDraw(double aspect);
 
 class HvTDsCircle : public HvTDsObject, public HvTCircle {
@@ -19,7 +19,7 @@ class HvTDsCircle : public HvTDsObject, public HvTCircle {
 
   std::int32_t OnPropertyChange(const GUID& property, const DSVariant* value) override;
   void OnTime(double time) override;
-  // The radius; the aspect is never written.
+  // Writes the radius; never the aspect.
   void Commit() override;
   void Refresh() override { OnTime(kNow); }
 

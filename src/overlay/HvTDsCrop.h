@@ -1,4 +1,4 @@
-// The crop box of the effect: four lines whose places are properties, in percent of the picture.
+// The effect's crop box: four lines bound to properties, in percent of the limits.
 #pragma once
 
 #include <array>
@@ -12,24 +12,24 @@ namespace vblur {
 
 class HvTDsCrop : public HvTDsObject, public HvTCropBox {
  public:
-  // Limited to the project's frame, in frame pixels.
+  // The limits are the project's frame, in pixels.
   HvTDsCrop();
   ~HvTDsCrop() override;
 
   void BindProperties(const GUID& left, const GUID& right, const GUID& bottom, const GUID& top);
 
   std::int32_t OnPropertyChange(const GUID& property, const DSVariant* value) override;
-  // All four lines or none: the first property that cannot be read leaves everything as it was.
+  // All four lines or none: nothing changes if a property cannot be read.
   void OnTime(double time) override;
-  // The edges that the pen held, each on its own. The host refuses what limits of no extent divide to.
+  // One write per edge of the mask. Limits without extent give infinity or NaN, which the host refuses.
   void Commit() override;
   void Refresh() override { OnTime(kNow); }
 
  private:
-  // In the order in which they are read and written.
+  // The order of reads and writes.
   enum Line : std::size_t { kLeftLine, kRightLine, kBottomLine, kTopLine, kLines };
   using Places = std::array<double, kLines>;
-  // Of the limits along the axis that a line moves on.
+  // The limits along the axis on which a line moves.
   struct Span {
     float from;
     float extent;
@@ -38,8 +38,7 @@ class HvTDsCrop : public HvTDsObject, public HvTCropBox {
   Places CurrentPlaces() const;
   void TakePlaces(const Places& places);
   Span SpanOf(Line line) const;
-  // Between a percentage of the limits and frame pixels: read in double precision, written in single. Limits
-  // of no extent give no finite percentage.
+  // Percent of the limits to frame pixels, in double precision, and back, in single precision.
   double PlaceOf(Line line, double percent) const;
   float PercentOf(Line line, float place) const;
 

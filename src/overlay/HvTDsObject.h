@@ -1,5 +1,5 @@
-// Ties a widget to properties of the effect: writes them when a drag ends, and moves the widget when they or
-// the time change.
+// Binding of a widget to properties of the effect: writes them when a drag ends, and updates the widget when they
+// or the time change.
 #pragma once
 
 #include <cstdint>
@@ -17,9 +17,9 @@ class HvTDsObject : public HvMessageHandler {
  public:
   ~HvTDsObject() override;
 
-  // Obeys its own widget alone: at the end of an interaction it commits, and its dependants read again.
+  // Acts only on the end of an interaction of its own widget: commits, then refreshes its dependants.
   void HandleMessage(const HvMessage& message, HvMessageSender* sender) override;
-  // A property changed; `value` null when it is to be read. Non-zero if one of the binding's was concerned.
+  // A property changed; with a null `value`, read it. Non-zero if it is one of the binding's.
   virtual std::int32_t OnPropertyChange(const GUID& property, const DSVariant* value) = 0;
   // Reads the properties at a time.
   virtual void OnTime(double time) = 0;
@@ -28,15 +28,15 @@ class HvTDsObject : public HvMessageHandler {
   // Reads the properties now.
   virtual void Refresh() = 0;
 
-  // Bindings that read again after this one commits. Not owned.
+  // Bindings to refresh after this one commits. Not owned.
   HvList<HvTDsObject*>& dependants() { return dependants_; }
 
-  // Null until the tool has taken the binding on. Not owned.
+  // Null until HvTInteract::AddDsObject. Not owned.
   HvTInteract* tool() const { return tool_; }
   void JoinTool(HvTInteract* tool);
-  // From here on the tool knows no more of the binding. What goes before its tool calls this.
+  // Unregisters from the tool. Required of a binding that ends before its tool.
   void LeaveTool();
-  // The tool has gone.
+  // Called by a tool that ends.
   void ForgetTool() { tool_ = nullptr; }
 
  protected:
@@ -44,7 +44,7 @@ class HvTDsObject : public HvMessageHandler {
 
   HvTDsObject() = default;
 
-  // Links to the widget's sender, the only one obeyed.
+  // Links to the widget's sender, the only one whose messages count.
   void Obey(HvMessageSender* sender);
 
  private:

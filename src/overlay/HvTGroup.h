@@ -1,4 +1,4 @@
-// A widget that holds widgets. Its own space is its parent's, and its box holds those of its children.
+// A widget that contains widgets. It adds no transform; its box is the union of its children's.
 #pragma once
 
 #include "overlay/HvTContainer.h"
@@ -11,7 +11,7 @@ class HvTGroup : public HvTObject, public HvTContainer {
   enum GroupFlag : std::uint32_t {
     kDrawBackground = 1,
     kGreyBackground = 2,  // rather than the background's own colour
-    kSolid = 4,           // where no child is, a pick ends here with nothing
+    kSolid = 4,           // a miss within the group ends the pick
   };
 
   explicit HvTGroup(const char* name);

@@ -32,7 +32,7 @@ HvTInteract::HvTInteract()
   AddObject(&viewZero_);
 }
 
-// A node has no handles and is never hit itself: it only places what is attached to it.
+// A transform for the widgets attached to it, without handles of its own.
 void HvTInteract::AddTransformNode(HvT2DAxisGroup& node) {
   node.SetCentre(static_cast<float>(frameWidth_) * 0.5f, static_cast<float>(frameHeight_) * 0.5f);
   node.SetVisibility(node.state() | HvTObject::kVisible);
@@ -136,7 +136,7 @@ bool HvTInteract::TakesPen(const tagVWPENEVENT& event) const {
   return (displayFlags_ & kControlsShown) != 0 && event.button == kMainButton;
 }
 
-// A widget that is being dragged stays in the pen's hands.
+// Not while the pen is down: it would move what is being dragged.
 void HvTInteract::CatchUp() {
   if (catchUp_ && !IsPenDown()) catchUp_();
 }
@@ -164,7 +164,7 @@ HRESULT HvTInteract::OnPenUp(const tagVWPENEVENT& event) {
   try {
     PostPen(kPenUp, event);
   } catch (...) {
-    // A listener failed: the drag is over all the same.
+    // A listener threw: end the interaction all the same.
     TerminateInteraction();
     throw;
   }

@@ -26,7 +26,7 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
  public:
   enum DisplayFlag : std::uint32_t { kControlsShown = 1 };
 
-  // The count that keeps the server loaded, where there is a server. Set before the first tool is made.
+  // The server's count of live objects; null without a server. Set before the first tool is created.
   static inline std::atomic<std::int32_t>* liveObjects = nullptr;
 
   HvTInteract();
@@ -43,28 +43,27 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   HRESULT OnLinkToViewer(IVWViewer* newViewer) override;
   HRESULT OnUnlinkFromViewer() override;
 
-  // Keeps a binding informed from now on, and lets it read its properties. Not owned; null is ignored.
+  // Registers a binding for changes of properties and time, and refreshes it. Not owned; null is ignored.
   void AddDsObject(HvTDsObject* binding);
-  // The binding goes.
   void RemoveDsObject(HvTDsObject* binding);
 
-  // The rectangle of the source, in frame pixels. 0 when it is within 0.01 of the one before.
+  // The source's rectangle, in frame pixels. Returns 0 and stores nothing if it is within 0.01 of the current one.
   std::int32_t SetViewRect(HvPoint origin, HvPoint size);
   bool RectDiffers(HvPoint origin, HvPoint size) const;
 
-  // A property of the linked operator at a time, -1.0 for the viewer's. Nothing while the tool is not linked,
-  // and for GUID_NO_PROPERTY.
+  // A property of the linked operator at a time; -1.0 means the viewer's. Empty while the tool is not linked, and
+  // for GUID_NO_PROPERTY.
   std::optional<double> ReadAnimated(const GUID& property, double time);
-  // The value of `bound` now, if a change of `changed` may concern it.
+  // The current value of `bound`, if it is `changed` or `changed` is GUID_ALL_PROPERTIES.
   std::optional<double> ReadIfAffected(const GUID& changed, const GUID& bound);
   bool WriteAnimated(const GUID& property, double value);
 
-  // What is run before each paint and each pen event while the pen is up, so that widgets can catch up with what
-  // changed on another thread. Empty for nothing; whoever sets it empties it before it goes.
+  // Called before each paint and pen event while the pen is up, to apply changes from other threads. May be empty;
+  // must be reset before what it captures ends.
   void BeforeUse(std::function<void()> catchUp) { catchUp_ = std::move(catchUp); }
-  // Shows the overlay and lets it hear the pen, or neither; and wants it painted.
+  // Whether the overlay is painted and takes pen events; invalidates it.
   void ShowControls(bool show);
-  // Wants the overlay painted.
+  // Invalidates the overlay.
   void Redraw() { InvalidateLayer(1, nullptr); }
 
   std::uint32_t displayFlags() const { return displayFlags_; }
@@ -75,14 +74,13 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   float viewScale() const { return viewScale_; }
   HvPoint viewOrigin() const { return viewOrigin_; }
   HvPoint viewSize() const { return viewSize_; }
-  // Where widgets are attached: their origin is the frame's centre, the source's centre, or the frame's lower
-  // left corner.
+  // Parents for widgets. Their origins: the frame's centre, the source's centre, and the frame's lower left corner.
   HvT2DAxisGroup& frameCentre() { return frameCentre_; }
   HvT2DAxisGroup& srcCentre() { return srcCentre_; }
   HvTGroup& viewZero() { return viewZero_; }
 
  private:
-  // With its last reference.
+  // Through Release.
   ~HvTInteract() override;
 
   void AddTransformNode(HvT2DAxisGroup& node);
@@ -101,7 +99,7 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   HvT2DAxisGroup frameCentre_;
   HvT2DAxisGroup srcCentre_;
   HvTGroup viewZero_;
-  // The groups leave the tree before they end, also when the constructor fails.
+  // Detaches the groups before they are destroyed, also when the constructor throws.
   struct LeaveTree {
     HvTManager& tree;
     ~LeaveTree() { tree.ClearChildren(); }

@@ -1,4 +1,4 @@
-// How the viewer tool paints the overlay.
+// Painting of the viewer tool.
 #include <GL/gl.h>
 
 #include "overlay/Drawing.h"
@@ -10,7 +10,7 @@ namespace {
 
 constexpr GLbitfield kAllAttributes = 0xFFFFF;
 constexpr double kDepth = 100.0;
-// How near the pen must be to a handle, in surface pixels.
+// Pick distance in surface pixels.
 constexpr double kPickPixels = 4.0;
 
 double AsFloat(double value) {
@@ -29,7 +29,7 @@ void HvTInteract::Paint(IVWSurface& surface) {
   CatchUp();
   tagVWOPENGLSURFACE info;
   if (vwSurfaceBeginRenderOpenGL(&surface, &info) < 0) return;
-  // The font belongs to the first context that there is.
+  // Created in the first context and kept.
   if (fontBase_ == 0) fontBase_ = MakeOverlayFont(wglGetCurrentDC());
   SetOverlayFont(fontBase_);
   glPushAttrib(kAllAttributes);
@@ -41,7 +41,7 @@ void HvTInteract::Paint(IVWSurface& surface) {
   vwSurfaceEndRenderOpenGL(&surface, &info);
 }
 
-// In the one matrix that the surface left current, whichever it is; widgets go on in it.
+// Uses the matrix mode that the surface left current; widgets compose in the same matrix.
 void HvTInteract::SetUpSurface(const tagVWOPENGLSURFACE& info) {
   glShadeModel(GL_SMOOTH);
   glClearColor(kHvGrey.red, kHvGrey.green, kHvGrey.blue, 0.0f);
@@ -49,7 +49,7 @@ void HvTInteract::SetUpSurface(const tagVWOPENGLSURFACE& info) {
   glViewport(0, 0, info.width - 1, info.height - 1);
   glLoadIdentity();
   glOrtho(-0.5, info.width - 0.5, -0.5, info.height - 0.5, -kDepth, kDepth);
-  // World units take the place of surface pixels; the calls above are part of the order all the same.
+  // Replaces the matrix above; both pairs of calls are part of the sequence.
   glLoadIdentity();
   glOrtho(AsFloat(info.x), AsFloat(info.x + info.worldWidth), AsFloat(info.y), AsFloat(info.y + info.worldHeight),
           -kDepth, kDepth);

@@ -13,7 +13,7 @@ constexpr HvPoint kTipOffset{8.0f, 8.0f};
 }  // namespace
 
 HvTManager::~HvTManager() {
-  // While there is still a manager that widgets can be forgotten by.
+  // Before the base classes: widgets call Forget.
   ClearChildren();
 }
 
@@ -48,7 +48,7 @@ void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
   TakePosition(message);
   if (id == kPenDown) penDown_ = true;
   if (id == kPenUp) penDown_ = false;
-  // A message that arrives from within another, through a modal loop of the host, moves the pen and no more.
+  // A nested message, for example from a modal loop of the host, only updates the pen state.
   if (handling_) return;
   handling_ = true;
   const ScopeExit done([this] { handling_ = false; });
@@ -58,7 +58,7 @@ void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
     ReleaseAtPen();
   } else {
     penDown_ ? DragAtPen() : HoverAtPen();
-    // A tip follows the pen.
+    // The tip moves with the pen.
     if (hover_ != nullptr && tipsEnabled_) repaint_ = true;
   }
 }

@@ -1,5 +1,5 @@
-// The root of the overlay: turns pen messages into hover, press, drag and release of the widget that was
-// picked, and paints all of them. Runs on the user-interface thread.
+// Root of the widget tree: turns pen messages into hover, press, drag and release of the picked widget, and paints the
+// tree. User-interface thread only.
 #pragma once
 
 #include "overlay/HvMessageLink.h"
@@ -13,35 +13,35 @@ class HvTManager : public HvMessageHandler, public HvTContainer, public HvTDraw 
   HvTManager() = default;
   ~HvTManager() override;
 
-  // Pen moved, down and up; positions are frame pixels. Everything else is ignored, and so is the sender.
+  // Pen moved, down and up, positions in frame pixels. Ignores other messages and the sender.
   void HandleMessage(const HvMessage& message, HvMessageSender* sender) override;
   virtual HvPoint GetPenPos() { return penPos_; }
-  // What the last message changed; 0, 0 before the first.
+  // Change of position by the last message; 0, 0 before the first.
   virtual HvPoint GetPenDelta() { return penDelta_; }
   virtual bool IsPenDown() { return penDown_; }
-  // Paints everything with the current OpenGL matrix leading from frame pixels.
+  // Paints the tree; the current OpenGL matrix maps from frame pixels.
   virtual void Draw();
 
-  // At the top of the tree: a parent of it is forgotten. 0 for null and for one that is listed.
+  // Adds a top-level object, without a parent. Returns 0 for null or an object that is already listed.
   std::int32_t AddObject(HvTObject* object);
-  // Handles it; whether the overlay wants to be painted.
+  // Handles the message; returns whether a repaint is wanted.
   bool PostMessage(const HvMessage& message);
 
   bool wantsRepaint() const { return repaint_; }
   void WantRepaint() { repaint_ = true; }
   bool isPicking() const { return picking_; }
-  // What the pen is over; null for nothing.
+  // The widget under the pen; null for none.
   HvTObject* hover() const { return hover_; }
-  // What stands for everything that is not hit; null for nothing. Not owned.
+  // Used when nothing is hit; may be null. Not owned.
   HvTObject* fallback() const { return fallback_; }
   void SetFallback(HvTObject* object) { fallback_ = object; }
-  // How far from a handle the pen may be, in frame pixels.
+  // Pick distance per axis, in frame pixels.
   HvPoint tolerance() const { return tolerance_; }
   void SetTolerance(HvPoint tolerance) { tolerance_ = tolerance; }
   bool tipsEnabled() const { return tipsEnabled_; }
   void EnableTips(bool enable) { tipsEnabled_ = enable; }
 
-  // No pointer to a widget that leaves stays behind here.
+  // Drops all pointers to a widget that leaves.
   void Forget(const HvTObject& object);
 
  private:

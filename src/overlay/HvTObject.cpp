@@ -97,7 +97,7 @@ void HvTObject::SetParent(HvTObject* parent) {
     SetManager(nullptr);
     return;
   }
-  // A group's AddChild comes back here with the child already listed, and then nothing happens.
+  // HvTGroup::AddChild calls SetParent again; the nested AddChild returns 0.
   if (parent->AddChild(this) == 0) return;
   parent_ = parent;
   SetManager(parent->manager_);

@@ -1,8 +1,8 @@
-// A widget of the overlay: something in the viewer that can be seen, picked with the pen and dragged.
+// Base of all widgets of the overlay.
 //
-// Coordinates. A widget's origin, and the points that Pick, Press, Drag and Enter get, are in its parent's
-// space; a top-level widget's are frame pixels, y upwards. ToLocal and PushTransform lead from there into the
-// widget's own space, which is the parent's space of its children.
+// Coordinates. A widget's origin, and the points passed to Pick, Press, Drag and Enter, are in its parent's space; for
+// top-level widgets that is frame pixels, y upwards. ToLocal and PushTransform convert to the widget's own space, the
+// parent space of its children.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ namespace vblur {
 class HvTManager;
 class HvTObject;
 
-// What a pick found: nothing, an object, or the empty space of a solid group, where the search ends and
-// there is nothing to act on.
+// Result of a pick: a miss, an object, or "swallowed": the empty space of a solid group ends the search with nothing to
+// act on.
 class HvPick {
  public:
   HvPick() = default;
@@ -28,7 +28,7 @@ class HvPick {
     return pick;
   }
 
-  // Null where the pick was swallowed.
+  // Null for a miss and for a swallowed pick.
   HvTObject* object() const { return object_; }
   bool isSwallowed() const { return swallowed_; }
   bool endsSearch() const { return swallowed_ || object_ != nullptr; }
@@ -40,7 +40,7 @@ class HvPick {
   bool swallowed_ = false;
 };
 
-// Operations that return a whole number return non-zero where something changed.
+// Operations that return a whole number return non-zero if something changed.
 class HvTObject : public HvTDraw {
  public:
   enum State : std::uint32_t { kPickable = 1, kVisible = 2 };
@@ -56,58 +56,58 @@ class HvTObject : public HvTDraw {
   HvTObject(const HvTObject&) = delete;
   HvTObject& operator=(const HvTObject&) = delete;
 
-  // What lies under a point. A hit leaves its way in the targets from here to the leaf. The tolerance is a
-  // distance per axis in the same space.
+  // Hit test. A hit sets the targets from here down to the leaf. The tolerance is a distance per axis in the same
+  // space.
   virtual HvPick Pick(HvPoint pos, HvPoint tolerance) = 0;
-  // Paints with the current OpenGL matrix leading from the parent's space.
+  // Paints; the current OpenGL matrix maps from the parent's space.
   virtual void Draw() = 0;
   virtual std::int32_t Drag(HvPoint pos) = 0;
-  // Around what is done to children, for those that draw by the overlay's matrix stack.
+  // Called around operations on children; groups update the overlay's matrix stack.
   virtual void PushTransform() {}
   virtual void PopTransform() {}
   virtual std::int32_t Press(HvPoint pos);
   virtual std::int32_t Release();
   virtual std::int32_t Enter(HvPoint pos);
   virtual std::int32_t Leave();
-  // Paints the tool tip with its lower left corner at a point in frame pixels.
+  // Paints the tool tip; `pos` is its lower left corner in frame pixels.
   virtual void DrawTip(HvPoint pos);
   // A child's box changed.
   virtual void ChildChanged(HvTObject* child);
-  // From the parent's space into the widget's own.
+  // From the parent's space to the widget's own.
   virtual HvPoint ToLocal(HvPoint pos);
   virtual ~HvTObject();
-  // Stored only where the widget lets others set it; the parent is told.
+  // Ignored unless settable. Call ChildChanged on the parent.
   virtual void SetSize(HvPoint size);
   virtual void SetOrigin(HvPoint pos);
   virtual void SetManager(HvTManager* manager);
   virtual void SetHandleScale(float scale) { handleScale_ = scale; }
   virtual HvPoint MinSize() { return {0.0f, 0.0f}; }
   virtual HvPoint MaxSize() { return {kHvLargest, kHvLargest}; }
-  // This widget if it has that name.
+  // This widget if the names are equal, else null.
   virtual HvTObject* FindByName(const char* name);
   virtual std::int32_t AddChild(HvTObject* child);
   virtual std::int32_t RemoveChild(HvTObject* child);
-  // The next object on the way to the picked leaf; null stands for this one, the leaf.
+  // The next object towards the picked leaf; null means this one, the leaf.
   virtual void SetTarget(HvTObject* object);
 
-  // Attaches this widget to a group, which only points to it; null forgets parent and manager and leaves the
-  // parent's list as it is. Attach with this, not with AddChild, which leaves the parent unset.
+  // Attaches this widget to a group, which does not own it. Null clears parent and manager but not the parent's list.
+  // Attach with this: AddChild alone leaves the parent unset.
   void SetParent(HvTObject* parent);
-  // Out of the list of its parent, or of its manager, as well. A widget that ends before them calls this first.
+  // Also removes the widget from the list of its parent or manager. Required of a widget that ends before them.
   void Detach();
   // Replaces the state word: pickable, visible.
   void SetVisibility(std::uint32_t state) { state_ = state; }
-  // Wants the overlay painted again.
+  // Requests a repaint from the manager.
   void MarkDirty();
 
   const char* name() const { return name_.get(); }
   const char* tip() const { return tip_.get(); }
-  // A copy of it; null for none. "Translates the %s." and the like take it for their subject.
+  // Copied; null for none. The axis control uses it as the %s of "Translates the %s." and the like.
   void SetTip(const char* tip);
   HvTManager* manager() const { return manager_; }
   HvTObject* parent() const { return parent_; }
   HvTObject* target() const { return target_; }
-  // On the way to nothing: it is not picked.
+  // Not picked.
   void ClearTarget() { target_ = nullptr; }
   HvColour colour() const { return colour_; }
   void SetColour(HvColour colour) { colour_ = colour; }
@@ -128,9 +128,9 @@ class HvTObject : public HvTDraw {
  protected:
   bool HasFlag(Flag flag) const { return (flags_ & flag) != 0; }
   void PutFlag(Flag flag, bool on) { flags_ = on ? flags_ | flag : flags_ & ~static_cast<std::uint32_t>(flag); }
-  // The box by itself, whatever others may set; the parent is told.
+  // Sets the box whether settable or not, and calls ChildChanged on the parent.
   void PutBox(HvPoint origin, HvPoint size);
-  // The same, and nobody is told.
+  // The same without ChildChanged.
   void StoreBox(HvPoint origin, HvPoint size) {
     origin_ = origin;
     size_ = size;

@@ -13,16 +13,16 @@
 namespace vblur {
 namespace {
 
-// Half the length of a bar of the cross.
+// Half the length of a bar.
 constexpr float kBar = 20.0f;
 
-// Unlike std::clamp, with a meaning for limits that are the wrong way round.
+// Unlike std::clamp, defined for crossed limits: the minimum is tested first.
 float Limited(float value, float least, float most) {
   if (value < least) return least;
   return value > most ? most : value;
 }
 
-// How far a bar may move a pair of sides.
+// The distance by which a bar may move two sides within the limits.
 float Stopped(float distance, float low, float high, float least, float most) {
   if (distance > 0.0f) return std::min(distance, most - high);
   if (distance < 0.0f) return std::max(distance, least - low);
@@ -74,7 +74,7 @@ std::uint32_t HvTRectangle::EdgesAt(HvPoint pos, HvPoint tolerance, const HvBox&
 
 std::uint32_t HvTRectangle::BarsAt(HvPoint pos, HvPoint tolerance) const {
   const HvPoint d = pos - HvPoint{(sides_.x0 + sides_.x1) * 0.5f, (sides_.y0 + sides_.y1) * 0.5f};
-  // The tolerance of x lengthens both.
+  // The x tolerance applies to both lengths.
   const float reach = kBar + tolerance.x;
   std::uint32_t bars = 0;
   if (std::abs(d.y) < tolerance.y && -reach < d.x && d.x < reach) bars |= kHorizontalBar;
@@ -175,7 +175,7 @@ void HvTRectangle::DrawBar(Edge bar, HvPoint from, HvPoint to) const {
   DrawLine(from.x, from.y, to.x, to.y);
 }
 
-// Of a rectangle that is hovered or pressed.
+// For a rectangle that is hovered or pressed.
 void HvTRectangle::DrawEdge(Edge edge, float x0, float y0, float x1, float y1) const {
   const HvColour bright = IsOn(edge) ? kHvHighlight : colour();
   if (isHovered()) {

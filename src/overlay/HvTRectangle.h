@@ -1,4 +1,4 @@
-// A rectangle whose edges and corners follow the pen, and which is moved by the bars of a cross in its centre.
+// A rectangle with draggable edges and corners, moved by the bars of a cross at its centre.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct HvRectangleSides {
   friend bool operator==(const HvRectangleSides&, const HvRectangleSides&) = default;
 };
 
-// Sends 200 when it is grabbed, 201 with each change, 202 when it is let go.
+// Sends 200 on press, 201 on each change, 202 on release.
 class HvTRectangle : public HvTObject, public HvMessageSender {
  public:
   enum Edge : std::uint32_t {
@@ -32,15 +32,15 @@ class HvTRectangle : public HvTObject, public HvMessageSender {
   // From two corners, in the parent's space.
   HvTRectangle(const char* name, float x0, float y0, float x1, float y1);
 
-  // A corner is two edges; the bars count where there is no edge.
+  // A corner is two edges. Bars are hit only where no edge is.
   HvPick Pick(HvPoint pos, HvPoint tolerance) override;
   void Draw() override;
-  // An edge stops at the one opposite; a bar keeps the size, and both stop at the limits where they hold.
+  // An edge stops at the opposite one. A bar keeps the size. Both stop at the limits if those are enforced.
   std::int32_t Drag(HvPoint pos) override;
   std::int32_t Press(HvPoint pos) override;
   std::int32_t Release() override;
-  // Sorted, and within the limits where they hold. The widget's own box, by which it is culled, is that of the
-  // values as they are given: its size is negative where they are not sorted.
+  // Sorts the sides and clamps them to the limits if those are enforced. Origin and size, used for culling, are those
+  // of the arguments: the size is negative if they are not sorted.
   virtual void SetBox(float x0, float y0, float x1, float y1);
 
   float x0() const { return sides_.x0; }
@@ -48,19 +48,19 @@ class HvTRectangle : public HvTObject, public HvMessageSender {
   float x1() const { return sides_.x1; }
   float y1() const { return sides_.y1; }
   const HvRectangleSides& sides() const { return sides_; }
-  // What the pen is on, or was when it was pressed.
+  // The edges and bars under the pen, or grabbed by it.
   std::uint32_t edgeMask() const { return edgeMask_; }
   const HvBox& limits() const { return limits_; }
-  // Both hold from the next change of the rectangle on.
+  // Both take effect with the next change of the rectangle.
   void SetLimits(float minX, float minY, float maxX, float maxY) { limits_ = {minX, maxX, minY, maxY}; }
   void KeepWithinLimits(bool keep) { keepWithinLimits_ = keep; }
   bool keepsWithinLimits() const { return keepWithinLimits_; }
 
  protected:
   void NormaliseBox(float x0, float y0, float x1, float y1);
-  // The edges that are near the pen, where it is within `span` or as near to that.
+  // The edges within the tolerance of the pen, if it is within `span` and the tolerance.
   std::uint32_t EdgesAt(HvPoint pos, HvPoint tolerance, const HvBox& span) const;
-  // The answer to a pick that met these.
+  // Stores the edges of a pick and returns its result.
   HvPick TakeEdges(std::uint32_t edges);
   bool IsOn(Edge edge) const { return (edgeMask_ & edge) != 0; }
 

@@ -13,24 +13,22 @@ struct Matrix3 {
 
   HvPoint Map(HvPoint p) const { return {p.x * m[0] + p.y * m[3] + m[6], p.x * m[1] + p.y * m[4] + m[7]}; }
 
-  // Each adds its transform behind what the matrix does already.
+  // Each appends a transform: applied after those already in the matrix.
   void Scale(float x, float y);
   // Anticlockwise, in radians.
   void Rotate(double angle);
   void Translate(float x, float y);
 
-  // By the adjugate and the determinant in double precision; the identity where that is smaller than
-  // 8.881784197001252e-16.
+  // Adjugate over determinant, in double precision; the identity for a determinant below 8.881784197001252e-16.
   Matrix3 Inverse() const;
 
-  // What `a` does and then `b`.
+  // `a` first, then `b`.
   friend Matrix3 operator*(const Matrix3& a, const Matrix3& b);
   friend bool operator==(const Matrix3&, const Matrix3&) = default;
 };
 
-// One for the process, used on the user-interface thread alone. 32 levels, of which the lowest is the
-// identity; pushing at the limit and popping at the bottom do nothing, so that a push beyond the limit is
-// followed by a pop too many.
+// One per process, for the user-interface thread. 32 levels, the lowest the identity. Push at the limit and Pop at the
+// bottom do nothing; after a Push beyond the limit the matching Pop removes one level too many.
 class OverlayMatrixStack {
  public:
   static constexpr int kLevels = 32;
@@ -39,7 +37,7 @@ class OverlayMatrixStack {
 
   void Push();
   void Pop();
-  // Replaces the top by `matrix` times the top: points go through `matrix` first.
+  // top = matrix * top: `matrix` is applied first.
   void Multiply(const Matrix3& matrix);
 
   int depth() const { return depth_; }

@@ -1,4 +1,4 @@
-// The project's frame as the overlay sees it: its pixels, and how large one is in the viewer's world.
+// The project's frame in pixels, and the size of a pixel in world units.
 #pragma once
 
 #include <cstdint>
@@ -6,15 +6,14 @@
 namespace vblur {
 
 struct ProjectFrame {
-  // In pixels that are square in world units, whatever the project's aspect.
+  // In pixels that are square in world units.
   std::int32_t width = 0;
   std::int32_t height = 0;
   // World units per pixel.
   float viewScale = 1.0f;
 };
 
-// From the project that is open. A size that cannot be read, or that no picture has, counts as that of a frame
-// of 1920 x 1080, a scale as 1.
+// Reads the four sizes of the open project. For a size that cannot be read or is out of range: 1920 x 1080, scale 1.
 ProjectFrame ReadProjectFrame();
 
 }  // namespace vblur

@@ -1,4 +1,4 @@
-// Runs a function at the end of a scope, also when an exception leaves it: listeners of widgets may throw.
+// Scope guard: runs a function at the end of a scope, also on an exception. Listeners of widgets may throw.
 #pragma once
 
 #include <utility>

@@ -1,4 +1,4 @@
-// The class id of the viewer tool, by which a host makes it and by which the effect reaches the object itself.
+// Class id of the viewer tool; as an interface id it leads to the HvTInteract object itself.
 #pragma once
 
 #include "platform/DsTypes.h"
