@@ -1,4 +1,4 @@
-// The effect as an object of its host: what it says of itself, how it is used, cloned and counted.
+// The effect object: identity, interfaces, clones, and its share in the server's count.
 #include <array>
 #include <atomic>
 #include <cstring>
@@ -25,7 +25,7 @@ ComPtr<Blur> CloneOf(Blur& effect) {
   return clone;
 }
 
-// The module's texts and pictures, as the server gives them to the class.
+// Strings and bitmaps, set as the server sets them.
 class BlurObjectTexts : public testing::Test {
  protected:
   BlurObjectTexts() { Blur::module = &module_; }
@@ -60,7 +60,7 @@ TEST_F(BlurObjectTexts, HasATextForEveryNameHintAndEntry) {
     EXPECT_EQ(std::u16string(text.data()), std::u16string(property.shownName.begin(), property.shownName.end()));
     EXPECT_GT(LoadStringW(&module_, property.hintString, text.data(), 260), 0) << property.name;
   }
-  // The first and the last entry of lists, by the numbers that pages know them under.
+  // First and last entries of the lists, by string id.
   const std::pair<std::int32_t, std::u16string> entries[] = {{1006, u"RGB"},
                                                              {1016, u"V"},
                                                              {1019, u"Blur"},
@@ -167,14 +167,14 @@ TEST(BlurObject, CountsItselfInItsServer) {
   Blur::liveObjects = nullptr;
 }
 
-// What every effect of the family starts from, before it has its own constants and defaults.
+// The base's state before the effect sets its constants and defaults.
 struct FamilyEffect : HvDsEffect {
   using HvDsEffectState::effectKind;
   using HvDsEffectState::transition;
   using HvDsEffectState::transitionMixesInputs;
 };
 
-TEST(BlurObject, TheFamilyStartsWithLinearCrossFades) {
+TEST(BlurObject, TheBaseStartsWithLinearCrossFades) {
   const FamilyEffect effect;
   EXPECT_EQ(effect.effectKind, 0);
   EXPECT_EQ(effect.transition.ramping, 0);
@@ -313,7 +313,7 @@ TEST(BlurObject, ACloneReportsItsPlacesToItsSource) {
   EXPECT_EQ(source->InputPlace().positionY, 12.0f);
   EXPECT_EQ(source->InputPlace().sizeX, 120.0f);
   EXPECT_EQ(source->InputPlace().sizeY, 122.0f);
-  // The first input's again.
+  // Input 2 reports the first input's place.
   EXPECT_EQ(source->Input2Place().positionX, 10.0f);
   EXPECT_EQ(source->Input2Place().sizeX, 120.0f);
 }

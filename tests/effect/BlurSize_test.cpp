@@ -1,4 +1,4 @@
-// The size of the blur, as the effect tells it for a project and its own properties.
+// The blur size in pixels, by project and properties.
 #include "effect/BlurSize.h"
 
 #include <array>
@@ -12,7 +12,7 @@
 namespace vblur {
 namespace {
 
-// A square project of 100 user units, a unit a pixel; and conversions to pixels as they are set.
+// A project of 100 x 100 units, one pixel each, and settable conversions to pixels.
 class BlurSizeTold : public testing::Test, public IDSCoordMan {
  protected:
   BlurSizeTold() {
@@ -23,7 +23,7 @@ class BlurSizeTold : public testing::Test, public IDSCoordMan {
     effect->SetEffectHost(&project);
   }
 
-  // The horizontal and the vertical size.
+  // Horizontal, vertical.
   std::array<float, 2> At(double blur, double aspect = 0.0) {
     effect->PutValue(PropertyOf(PropertyId::Blur).guid, DSVariant::Of(blur));
     effect->PutValue(PropertyOf(PropertyId::Aspect).guid, DSVariant::Of(aspect));

@@ -1,4 +1,4 @@
-// The blur of a frame: from its properties to the pixels.
+// The blur stage: properties in, pixels out.
 #include <gtest/gtest.h>
 
 #include "tests/effect/FrameTest.h"
@@ -20,7 +20,7 @@ TEST_F(BlurStage, ANegativeBlurIsZero) {
   ExpectOutput(Checks);
 }
 
-// A single pixel in the middle of a clear picture: its own box sums are what a blur leaves of it.
+// One white pixel on a clear picture: the output is the kernel.
 class BlurStageSpread : public FrameTest {
  protected:
   BlurStageSpread() {
@@ -32,7 +32,7 @@ class BlurStageSpread : public FrameTest {
   static constexpr std::int32_t kMiddle = 8;
   using Ray = std::array<int, 5>;
 
-  // From the middle to the right and upwards; the picture is symmetric.
+  // From the middle outwards; the opposite direction must be equal.
   Ray Right() const { return Along(1, 0); }
   Ray Up() const { return Along(0, 1); }
 
@@ -51,7 +51,7 @@ class BlurStageSpread : public FrameTest {
 };
 
 constexpr std::array<int, 5> kNotSpread{255, 0, 0, 0, 0};
-// Three boxes of three.
+// Three boxes of three taps.
 constexpr std::array<int, 5> kSpreadByOne{66, 57, 28, 9, 0};
 
 TEST_F(BlurStageSpread, AspectNarrowsOneAxisToNothing) {
@@ -72,7 +72,7 @@ TEST_F(BlurStageSpread, AspectNarrowsOneAxisByItsShare) {
   bench.Set(PropertyId::Blur, 6.0);
   bench.Set(PropertyId::Aspect, 50.0);
   EXPECT_EQ(bench.Render(), kOk);
-  // Along x boxes of five leave 39 37 31 20 12, along y boxes of three of each.
+  // x: boxes of five taps give 39 37 31 20 12; y: boxes of three taps of each.
   EXPECT_EQ(Up(), (Ray{10, 9, 4, 1, 0}));
   EXPECT_EQ(Right(), (Ray{10, 9, 8, 6, 3}));
 }
@@ -82,7 +82,7 @@ TEST_F(BlurStageSpread, AFieldHasHalfTheVerticalSize) {
   bench.Set(PropertyId::Aspect, -100.0);
   bench.effect->SetField(1);
   EXPECT_EQ(bench.Render(), kOk);
-  // Every other row belongs to the field.
+  // The field has every other row.
   const auto inField = [&](std::int32_t row) { return int{At<Pixel8>(bench.output, kMiddle, kMiddle + 2 * row)[0]}; };
   for (std::int32_t row = -4; row < 4; ++row)
     EXPECT_EQ(inField(row), kSpreadByOne[static_cast<std::size_t>(std::abs(row))]) << row;
@@ -129,7 +129,7 @@ TEST_F(BlurStageSpread, ABlurOfZeroStillMixesBack) {
   bench.Set(PropertyId::Blend, 50.0);
   bench.Set(PropertyId::EffectGain, 20.0);
   EXPECT_EQ(bench.Render(), kOk);
-  // Half of it, and half of a fifth of it.
+  // Half the source plus half of a fifth of the effect.
   EXPECT_EQ(Right(), (Ray{153, 0, 0, 0, 0}));
 }
 

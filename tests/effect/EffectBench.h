@@ -1,4 +1,4 @@
-// An effect with pictures, a project and an execute context around it, for tests of whole frames.
+// An effect with images, project and execute context, for tests of whole frames.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ using Pixel16 = std::array<std::int16_t, 4>;
 template <class Pixel>
 inline constexpr std::int32_t kDepthOf = sizeof(Pixel) == 4 ? 8 : 16;
 
-// Where a picture lies: its first pixel, its place and its size in the world.
+// Records of where a picture lies: pixel origin; world position and size.
 inline host::ImageRecord AtOrigin(std::int32_t x, std::int32_t y) {
   host::ImageRecord record;
   record.origin = {x, y};
@@ -53,7 +53,7 @@ Pixel At(const host::HostImage& image, std::int32_t x, std::int32_t y) {
   return reinterpret_cast<const Pixel*>(image.Row(y))[x];
 }
 
-// A picture with pixels that are not to be used, for a reason of its own.
+// An image with pixels whose usability test fails.
 class UnusableImage : public IDSImage, public host::IHostOrigin {
  public:
   explicit UnusableImage(const host::HostImage& image, HRESULT why = kFailed) : image_(image), why_(why) {}
@@ -75,7 +75,7 @@ inline ComPtr<Blur> NewBlur() {
   return ComPtr<Blur>::Own(new Blur());
 }
 
-// Has the effect used as a kind, as a host would.
+// Sets the kind through GetImageEffectInfo, as a host does.
 inline void UseAs(Blur& effect, host::EffectKind kind) {
   tagDSImgFxInfo use;
   use.record = kDSImgFxInfoRecord;
@@ -83,7 +83,7 @@ inline void UseAs(Blur& effect, host::EffectKind kind) {
   effect.GetImageEffectInfo(&use);
 }
 
-// A frame of one input and one output with nothing set: a blur of 10 over a project of the given size.
+// One input, one output, properties at their defaults, a project of the given size.
 class EffectBench {
  public:
   explicit EffectBench(double projectWidth = 32.0, double projectHeight = 32.0)
@@ -114,7 +114,7 @@ class EffectBench {
     return effect->RenderFrame(time);
   }
 
-  // What the effect asks of the source beyond the output, horizontally and vertically, after a frame.
+  // Input overscan after a frame: horizontal, vertical.
   std::array<double, 2> Overscan(double time = 0.0) {
     std::array<double, 2> size{};
     double right = 0.0;
@@ -138,7 +138,7 @@ class EffectBench {
   IDSExecuteContext* contextInUse = &context;
 
  private:
-  // They outlive the render, since the effect keeps them.
+  // Borrowed by the effect beyond the render.
   std::optional<host::EffectHost> effectHost_;
   std::optional<host::CoordMan> coordMan_;
 };

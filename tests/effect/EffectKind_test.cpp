@@ -1,4 +1,4 @@
-// What the effect is used as: the family decides the kind, and the kind what the host is told and has to give.
+// The kind by the host's family, and what follows: info words, pages and required images.
 #include <array>
 #include <utility>
 #include <vector>
@@ -168,7 +168,7 @@ TEST(EffectKind, TheWordsFollowTheFlags) {
   EXPECT_EQ(words(0, families::kFilter, 2), (Words{0, 0, 2, 0, 0, 0, 0, 0, 0, 770}));
 }
 
-// No family makes it.
+// No family selects it.
 TEST(EffectKind, TheUnusedKindNeedsAnInput) {
   host::HostImage picture;
   const auto effect = ComPtr<OpenBlur>::Own(new OpenBlur());

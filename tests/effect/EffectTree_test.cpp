@@ -32,7 +32,7 @@ static_assert(offsetof(MaskParameters, red) < offsetof(MaskParameters, blue) &&
               offsetof(MaskParameters, blue) < offsetof(MaskParameters, green) &&
               offsetof(MaskParameters, green) < offsetof(MaskParameters, alpha));
 
-// Where a virtual operation stands in its class's table: its offset, as the platform's ABI keeps it.
+// Index of a virtual operation in its table, from the ABI's member pointer.
 template <class Operation>
 std::ptrdiff_t PlaceOf(Operation operation) {
   struct Virtual {

@@ -9,7 +9,7 @@
 namespace vblur {
 namespace {
 
-// Notes the properties that are evaluated.
+// Records which properties are evaluated, and when.
 class NotingBlur : public Blur {
  public:
   double GetValueDirect(const GUID& property, double plainValue, double time) const override {

@@ -1,4 +1,4 @@
-// Frames of one input and one output of the same size, the output marked.
+// Fixture: input and output of 16 x 16 pixels, the output marked.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The effect with what it keeps to itself open to tests.
+// The effect with protected members public.
 #pragma once
 
 #include "effect/Blur.h"
@@ -15,7 +15,7 @@ class OpenBlur : public Blur {
   std::int32_t& fieldMode = frame.fieldMode;
   HvInterruptRecord& interrupt = frame.interrupt;
 
-  // The name that an effect holds; of a clone too, which is a plain Blur.
+  // For clones too, which are plain Blurs.
   static const char16_t* NameOf(const Blur& effect) { return (effect.*&OpenBlur::name).data(); }
 };
 

@@ -1,4 +1,4 @@
-// The controls over the viewer as members of the effect: made with the first page, gone with the last.
+// The overlay link: the tool lives from the first page to the last.
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ std::atomic<std::int32_t> locks = 0;
 enum class Offer { Tool, Stranger, Nothing };
 Offer offer = Offer::Tool;
 
-// A layer of the viewer that is not the effect's tool.
+// A viewer layer that is no HvTInteract.
 struct StrangeTool : CDSInteractiveTool {};
 
 template <class T>
@@ -34,7 +34,7 @@ HRESULT ToolClassObject(const GUID& clsid, const GUID& iid, void** result) {
   return offer == Offer::Tool ? QueryFactoryOf<HvTInteract>(iid, result) : QueryFactoryOf<StrangeTool>(iid, result);
 }
 
-// Links one tool to itself and to the effect that it shows.
+// Links the pushed tool to itself and to the edited effect.
 class LinkingViewer : public test::TestViewer {
  public:
   HRESULT PushContext(std::int32_t kind, IUnknown* tool, std::uintptr_t* context) override {
@@ -71,7 +71,7 @@ class OverlayLink : public testing::Test {
   }
   ~OverlayLink() override { host::RemoveServer(&ToolClassObject); }
 
-  // The widget on the tool that is first in a group.
+  // The first widget of a group.
   template <class Widget>
   Widget* First(HvTContainer& group) {
     return group.children().first() == nullptr ? nullptr : dynamic_cast<Widget*>(group.children().first()->element);
@@ -184,7 +184,7 @@ TEST_F(OverlayLink, AttachesBothControlsHidden) {
   EXPECT_FALSE(Circle()->isVisible());
   EXPECT_FALSE(Crop()->isVisible());
   EXPECT_EQ(Circle()->radius(), 42.0f);
-  // Before the first frame the project's size stands for the picture's.
+  // Before the first frame the limits are the project's size.
   EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f}));
   EXPECT_EQ(Crop()->x0(), 100.0f);
   effect->DisconnectOverlay();

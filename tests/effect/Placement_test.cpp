@@ -1,4 +1,4 @@
-// Where a frame's pictures and its region lie.
+// Placement records and the render region.
 #include <algorithm>
 #include <array>
 
@@ -39,7 +39,7 @@ class Placement : public testing::Test {
   }
   void Put(PropertyId id, double value) { effect->PutValue(PropertyOf(id).guid, DSVariant::Of(value)); }
 
-  // The columns and rows of the output that a frame has written, both ends inclusive.
+  // Bounding box of the pixels that a frame changed: x0, x1, y0, y1, inclusive.
   std::array<std::int32_t, 4> WrittenBox() {
     EXPECT_EQ(effect->RenderFrame(0.0), kOk);
     std::array<std::int32_t, 4> box{99, -1, 99, -1};
@@ -113,7 +113,7 @@ TEST_F(Placement, ANewEffectHasASizeOfOneWithoutAProject) {
 
 TEST_F(Placement, TheRegionIsMovedByTheInputsOrigin) {
   effect->SetROI(2, 0, 4, 3);
-  // Columns 2 to 5 from 3 on, in an output that begins at 2; rows 0 to 2 from 4 on, in one that begins at 1.
+  // x 2..5 plus the input's origin 3, less the output's origin 2; y 0..2 plus 4, less 1.
   EXPECT_EQ(WrittenBox(), (std::array{3, 6, 3, 5}));
 }
 
@@ -135,7 +135,7 @@ TEST_F(Placement, AnUnusableInputIsClearAndStillMovesTheRegion) {
 TEST_F(Placement, TheRegionOfAFieldHasHalfTheRows) {
   input.Place(AtOrigin(2, 1));
   effect->SetField(2);
-  // Rows 3 to 7 from 1 on are 4 to 8, and rows 2 to 4 of the field. It begins at row 0 where the picture begins at 1.
+  // Rows 3..7 plus 1 are 4..8, and 2..4 in the field, whose origin is 0.
   effect->SetROI(2, 3, 4, 5);
   EXPECT_EQ(WrittenBox(), (std::array{2, 5, 5, 7}));
   EXPECT_EQ(At<Pixel8>(output, 2, 6), kPaper);
@@ -145,7 +145,7 @@ TEST_F(Placement, HalfARowIsLeftOutTowardsZero) {
   input.Place(AtOrigin(2, -5));
   output.Place(AtOrigin(2, -5));
   effect->SetField(1);
-  // Rows -3 to -1 become -1 to 0 of a field that begins at -2.
+  // Rows -3..-1 become -1..0; the field's origin is -2.
   effect->SetROI(0, 2, 1, 3);
   EXPECT_EQ(WrittenBox(), (std::array{0, 0, 2, 4}));
 }

@@ -1,4 +1,4 @@
-// The render call: what it refuses, which rows and pixels a frame writes, and how it is stopped.
+// RenderFrame: refusals, fields, region, interruption and memory.
 #include <cstring>
 
 #include <gtest/gtest.h>
@@ -12,8 +12,8 @@ namespace {
 
 class RenderFrame : public FrameTest {};
 
-// The picture between the passes is as large as the output: what the y boxes read beyond it is rows of it again. Lines
-// and tables are small.
+// The intermediate picture has the size of the output: rows beyond its edges are rows of it again. Line buffers and
+// tables are small.
 TEST_F(RenderFrame, TakesOnePictureBesideThoseThatAreGiven) {
   constexpr std::int64_t kWidth = 2048;
   constexpr std::int64_t kHeight = 1024;
@@ -51,7 +51,7 @@ TEST_F(RenderFrame, AnUnusableOutputGivesItsOwnResult) {
   ExpectOutput(Marker);
 }
 
-// Its container has nothing ready for the frame.
+// Answers PrepareData as it is told to.
 struct UnpreparedBlur : Blur {
   HRESULT PrepareData() override { return answer; }
 
@@ -174,7 +174,7 @@ TEST_F(RenderFrame, WithoutAContextNothingStopsIt) {
 }
 
 TEST_F(RenderFrame, TellsThatItRanOutOfMemory) {
-  // Rows for the reach of 90000 pixels, above and below one of 30000: more than there are addresses for.
+  // A reach of 90000 rows above and below, each of 30000 pixels: more than can be addressed.
   const auto black = [](std::int32_t, std::int32_t) { return Pixel16{}; };
   Paint<Pixel16>(bench.input, 30000, 1, black);
   Paint<Pixel16>(bench.output, 30000, 1, [](std::int32_t, std::int32_t) { return Pixel16{1, 2, 3, 4}; });

@@ -1,4 +1,4 @@
-// The stages of a frame, each seen in the picture.
+// The stages of a frame.
 #include <atomic>
 #include <cstring>
 
@@ -10,7 +10,7 @@
 namespace vblur {
 namespace {
 
-// Never stops a frame, and counts how often it is asked: once a row of every stage.
+// Counts polls: one per pass and one per row of each stage.
 class CountingContext : public IDSExecuteContext {
  public:
   std::int32_t MayContinue() override {
@@ -71,7 +71,7 @@ TEST_F(RenderPixels, TheAlphaMaskNeedsAChoiceThatWritesAlpha) {
   bench.Set(PropertyId::MaskAlpha, 0.0);
   EXPECT_EQ(bench.Render(), kOk);
   EXPECT_EQ(At<Pixel8>(bench.output, 7, 7)[3], 0) << "RGBA writes alpha, so the mask puts it back";
-  // With RGB and Mix, alpha is the mix of two equal alphas at half gain: no mask brings it back.
+  // Mix halves alpha at an effect gain of 0; with RGB the mask does not restore it.
   bench.Set(PropertyId::Channels, 0.0);
   bench.Set(PropertyId::MixBack, 1.0);
   bench.Set(PropertyId::EffectGain, 0.0);
@@ -127,7 +127,7 @@ TEST_F(RenderPixels, DisplayCroppedIsBlankedToo) {
   bench.Set(PropertyId::CropLeft, 25.0);
   bench.Set(PropertyId::CropRight, 75.0);
   EXPECT_EQ(bench.Render(), kOk);
-  // The first and the last row are always blanked.
+  // Blanking always clears the first and the last row.
   ExpectOutput([](std::int32_t x, std::int32_t y) {
     return x >= 4 && x < 12 && y >= 1 && y < kSide - 1 ? Checks(x, y) : Pixel8{};
   });
@@ -142,12 +142,12 @@ TEST_F(RenderPixels, TheCropIsThatOfTheFramesTime) {
   bench.Animate(PropertyId::CropRight, rising(100.0, 50.0));
   bench.Animate(PropertyId::CropBottom, rising(25.0, 75.0));
   bench.Animate(PropertyId::CropTop, rising(50.0, 100.0));
-  // A fifth is 51 of 255; the others lie above 1 and below 0.
+  // 20 % is 51 of 255; the others clamp to 1 and 0.
   bench.Animate(PropertyId::CropColourR, rising(0.0, 40.0));
   bench.Animate(PropertyId::CropColourG, rising(0.0, 500.0));
   bench.Animate(PropertyId::CropColourB, rising(0.0, -40.0));
   EXPECT_EQ(bench.Render(5.0), kOk);
-  // Both ends of the box belong to it.
+  // The box includes both ends.
   ExpectOutput([](std::int32_t x, std::int32_t y) {
     return x >= 4 && x <= 12 && y >= 8 && y <= 12 ? Checks(x, y) : Pixel8{51, 255, 0, 0};
   });
@@ -168,7 +168,7 @@ TEST_F(RenderPixels, TheChannelMaskStageRunsForAMaskThatIsOff) {
 }
 
 TEST_F(RenderPixels, TheAlphaMaskBuildsNothingWhereAlphaIsNotWritten) {
-  // RGBA, Alpha and whatever is no choice write alpha.
+  // RGBA, Alpha and unlisted values write alpha.
   for (const double channels : {0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0, 10.0, 11.0, -1.0}) {
     bench.Set(PropertyId::Channels, channels);
     bench.Set(PropertyId::MaskAlpha, 1.0);

@@ -1,4 +1,4 @@
-// How far a transition has gone and how strong the blur is there, seen in what it renders and asks for.
+// Mix, scale and passes of a transition.
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -14,7 +14,7 @@ namespace {
 constexpr Pixel8 kFirst{200, 0, 0, 255};
 constexpr Pixel8 kSecond{0, 200, 0, 255};
 
-// Two flat clips of one geometry, linear and without a blur: what a frame holds is the mix. Ten units long.
+// Two flat clips of one geometry, 10 units long, linear ramp, no blur: the output is the mix.
 class Transition : public testing::Test {
  protected:
   Transition() {
@@ -34,7 +34,7 @@ class Transition : public testing::Test {
     EXPECT_EQ(bench.Render(time), kOk);
     return At<Pixel8>(bench.output, 4, 4);
   }
-  // The horizontal size that the frame of a time leaves the effect asking for.
+  // Horizontal overscan after rendering at a time.
   double SizeAfter(double time) {
     EXPECT_EQ(bench.Render(time), kOk);
     return bench.Overscan(time)[0];
@@ -71,7 +71,7 @@ TEST_F(Transition, GoesFromTheFirstClipToTheSecond) {
 
 TEST_F(Transition, TheMixIsRamped) {
   bench.Set(PropertyId::TransitionRamping, 3.0);
-  // A quarter of the way is 0.15625 of the mix: 39 of 255.
+  // Progress 0.25 ramps to 0.15625: 39 of 255.
   EXPECT_EQ(MiddleAt(2.5), (Pixel8{170, 30, 0, 255}));
 }
 
@@ -185,7 +185,7 @@ TEST_F(Transition, AnotherUseHasAScaleOfOne) {
 }
 
 TEST_F(Transition, AnInterruptionBetweenThePassesLeavesTheFirstClip) {
-  // Clips of different places take two passes. Of all the polls of a frame, some lie between them.
+  // Different origins take two passes; some number of polls ends between them.
   bool firstClipAlone = false;
   for (int polls = 1; polls < 200 && !firstClipAlone; ++polls) {
     EffectBench stopped(8.0, 8.0);
@@ -227,8 +227,7 @@ TEST_F(Transition, AnUnusableSecondClipIsClear) {
   EXPECT_EQ(At<Pixel8>(bench.output, 4, 4), (Pixel8{101, 0, 0, 128}));
 }
 
-// Clips of one column each: how far it spreads tells how strongly a clip was blurred, and the rounding whether the
-// clips were mixed before or after.
+// Clips of one column each. The spread shows each clip's blur, the rounding whether mixing came first.
 class TransitionPasses : public testing::Test {
  protected:
   static constexpr std::int32_t kColumn = 16;
@@ -248,7 +247,7 @@ class TransitionPasses : public testing::Test {
     bench.Set(PropertyId::Aspect, 100.0);
   }
 
-  // Red and green of the column and of those to its right.
+  // Red and green from the column to the right; the left must be equal.
   std::vector<std::array<int, 2>> SpreadAt(double time, std::int32_t columns) {
     EXPECT_EQ(bench.Render(time), kOk);
     std::vector<std::array<int, 2>> spread;
@@ -260,7 +259,7 @@ class TransitionPasses : public testing::Test {
     return spread;
   }
   using Spread = std::vector<std::array<int, 2>>;
-  // Of both clips by boxes of three, mixed half and half before and after.
+  // Both clips through boxes of three taps, mixed half and half before or after the blur.
   const Spread mixedFirst{{34, 33}, {29, 28}, {14, 14}, {5, 5}, {0, 0}};
   const Spread blurredFirst{{34, 32}, {29, 28}, {15, 13}, {5, 4}, {0, 0}};
 
@@ -270,8 +269,7 @@ class TransitionPasses : public testing::Test {
 TEST_F(TransitionPasses, CrossFadeBlursTheClipsOneByOne) {
   bench.Set(PropertyId::Blur, 12.0);
   bench.Set(PropertyId::EffectScaling, 2.0);
-  // At a quarter the first clip has boxes of 3: 66 57 28 9. The second has boxes of 7: 27 26 24 21 15 11 7 4 2.
-  // The second one has a share of 63 of 255.
+  // The first clip has boxes of 3 taps (66 57 28 9), the second of 7 (27 26 24 21 15 11 7 4 2). The mix is 63/255.
   EXPECT_EQ(SpreadAt(2.5, 9), (Spread{{50, 6}, {43, 6}, {22, 5}, {7, 5}, {0, 3}, {0, 2}, {0, 1}, {0, 0}, {0, 0}}));
   EXPECT_EQ(SpreadAt(0.0, 2), (Spread{{255, 0}, {0, 0}})) << "the first clip's blur has not begun";
   EXPECT_EQ(SpreadAt(10.0, 2), (Spread{{0, 255}, {0, 0}})) << "the second clip's blur is over";
@@ -282,9 +280,9 @@ TEST_F(TransitionPasses, FadePointsOffCentreShapeTheMixAndNotTheBlur) {
   bench.Set(PropertyId::EffectScaling, 1.0);
   bench.Set(PropertyId::StartFadingInSecondClip, 20.0);
   bench.Set(PropertyId::FinishFadingOutFirstClip, 60.0);
-  // At a quarter the blur is half: boxes of 3. The mix is an eighth: columns of 224 and 31 are blurred.
+  // Scale 0.5: boxes of 3 taps. Mix 0.125: columns of 224 and 31 are blurred.
   EXPECT_EQ(SpreadAt(2.5, 5), (Spread{{58, 8}, {50, 7}, {25, 3}, {8, 1}, {0, 0}}));
-  // At 6 the second clip stands alone, under 0.8 of the blur.
+  // At 6 the mix is 1.
   EXPECT_EQ(SpreadAt(6.0, 1)[0][0], 0);
 }
 
@@ -310,7 +308,7 @@ TEST_F(TransitionPasses, ClipsThatLieElsewhereAreBlurredFirst) {
   EXPECT_EQ(blurredAt({}, sized(33.0, 4.0)), blurredFirst);
   EXPECT_EQ(blurredAt({}, sized(32.0, 5.0)), blurredFirst);
   EXPECT_EQ(blurredAt(sized(kNotANumber, 4.0), sized(kNotANumber, 4.0)), blurredFirst);
-  // The second clip one column further right.
+  // The second clip one column to the right.
   bench.input.Place({});
   bench.input2.Place(AtOrigin(1, 0));
   ASSERT_EQ(bench.Render(5.0), kOk);

@@ -1,4 +1,4 @@
-// The server as a host meets it: a library with four entry points.
+// The server library through its four entry points.
 #include <cstdio>
 #include <memory>
 #include <set>
@@ -20,7 +20,7 @@ namespace {
 
 constexpr GUID kBlurClass = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
 constexpr GUID kViewerToolClass = MakeGuid("{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
-// In the order of registration, with the numbers of their descriptions.
+// In the order of registration, with the string ids of their descriptions.
 struct Entry {
   GUID clsid;
   std::int32_t description;
@@ -36,7 +36,7 @@ const std::vector<Entry> kClasses = {
     {MakeGuid("{9AF03A9A-ED25-4C86-AB7F-8CB19CFC6294}"), 4997, u"V_Wibble's main PPG (with edge methods)"},
 };
 
-// Fails where it is told to, and keeps the order of what it was asked.
+// Records the calls and fails where told to.
 class RecordingCatalogue : public host::Catalogue {
  public:
   HRESULT AddClass(const GUID& clsid, HMODULE module, std::int32_t description) override {
@@ -58,7 +58,7 @@ class RecordingCatalogue : public host::Catalogue {
     return failFamilies ? kFamiliesFailed : kOk;
   }
 
-  // A failure of its own for every class: its place in the table.
+  // A distinct failure per class, by its place in the table.
   static HRESULT resultOf(const GUID& clsid) {
     for (std::size_t i = 0; i < kClasses.size(); ++i) {
       if (kClasses[i].clsid == clsid) return -100 - static_cast<HRESULT>(i);
@@ -258,7 +258,7 @@ TEST_F(ServerEntryPoints, MakesEffectsForManyThreadsAtOnce) {
     thread.join();
 }
 
-// Each thread asks for a factory of its own while others already make tools.
+// Threads ask for factories while others create tools.
 TEST_F(ServerEntryPoints, MakesViewerToolsForManyThreadsAtOnce) {
   std::vector<std::thread> threads;
   for (int t = 0; t < 8; ++t) {
@@ -315,7 +315,7 @@ TEST_F(ServerEntryPoints, UnregistrationGoesOnAndTellsTheFailureThatRanksFirst) 
   for (std::size_t i = 0; i < kClasses.size(); ++i)
     EXPECT_EQ(catalogue.calls[i], kClasses[i].clsid) << i;
   for (std::size_t i = 0; i < kClasses.size(); ++i) {
-    // From here on everything before fails too: the one entered last is told.
+    // All earlier classes fail too: the last registered one is reported.
     catalogue.failing.insert(kClasses[i].clsid);
     catalogue.calls.clear();
     EXPECT_EQ(leave(), -100 - static_cast<HRESULT>(i));

@@ -29,7 +29,7 @@ class ServerMemory : public testing::Test {
     return factory;
   }
 
-  // Refuses one allocation of the call after the other, until it needs no more. Returns how many were refused.
+  // Repeats the call with each of its allocations refused in turn; returns how many there were.
   static int RefuseEach(const std::function<HRESULT(void**)>& make) {
     for (int granted = 0;; ++granted) {
       ComPtr<IUnknown> object;
