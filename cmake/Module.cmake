@@ -1,47 +1,88 @@
-# vblur_module(<name> [SHARED] [MAY_INCLUDE <folder or header>...] [LINK <target>...])
+# vblur_module([STATIC|OBJECT|SHARED|LOADED] [MAY_INCLUDE <folder>...] [LINK <target>...])
 #
-# One folder of the house, as one static library `vblur_<name>` of all the .cpp files in it (a shared one
-# when told so, an interface library when there are none). The folders are free to look around as little as possible:
-# every quoted or angled include that names another folder of the house must be in MAY_INCLUDE, or
-# the build stops with the line that broke the rule. A single header may be let in by its path, such
-# as effect/PropertyTable.h.
-function(vblur_module name)
-  cmake_parse_arguments(PARSE_ARGV 1 module "SHARED" "" "MAY_INCLUDE;LINK")
+# The folder that calls it, as one library of all .cpp files in it, named after the folder: src/image is vblur_image,
+# host/base is vblur_host_base. STATIC is the default; a folder of headers alone becomes an interface library; LOADED is
+# a library that is opened at run time and never linked.
+#
+# The folder becomes a room of the house: every include of another room must be in MAY_INCLUDE, a list of folders as
+# includes name them (image, host/base) or of single headers, or the build stops with the line that broke the rule.
+# What a SHARED or LOADED library exports is listed in exports.map beside its CMakeLists.txt.
+function(vblur_module)
+  cmake_parse_arguments(PARSE_ARGV 0 module "STATIC;OBJECT;SHARED;LOADED" "" "MAY_INCLUDE;LINK")
+  vblur_room_of("${CMAKE_CURRENT_SOURCE_DIR}" room)
+  string(REPLACE "/" "_" name "${room}")
+  set(target "vblur_${name}")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
 
-  set(target "vblur_${name}")
+  set(kind STATIC)
+  if(module_OBJECT)
+    set(kind OBJECT)
+  elseif(module_SHARED)
+    set(kind SHARED)
+  elseif(module_LOADED)
+    set(kind MODULE)
+  endif()
   if(sources)
-    set(kind STATIC)
-    if(module_SHARED)
-      set(kind SHARED)
-    endif()
     add_library(${target} ${kind} ${sources} ${headers})
-    if(module_SHARED)
-      # Those that are loaded at run time are found beside each other, in a build as installed.
-      set_target_properties(${target} PROPERTIES
-        LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
-        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
-        INSTALL_RPATH "$ORIGIN")
-    endif()
     set(scope PUBLIC)
     vblur_warnings(${target})
   else()
     add_library(${target} INTERFACE)
     set(scope INTERFACE)
   endif()
+  if(module_SHARED OR module_LOADED)
+    vblur_shared_library(${target} ${kind})
+  endif()
   add_library(VBlur::${name} ALIAS ${target})
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
   target_include_directories(${target} ${scope}
     "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
-    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vblur>")
+    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vblur>")
   target_compile_features(${target} ${scope} cxx_std_20)
   target_link_libraries(${target} ${scope} ${module_LINK})
-  vblur_check_includes(${target} ${name} "${CMAKE_CURRENT_SOURCE_DIR}" "${module_MAY_INCLUDE}" "${sources};${headers}")
+  vblur_check_includes(${target} MAY_INCLUDE ${module_MAY_INCLUDE})
+
+  # A vector source includes itself once for each instruction set, which it cannot do beside other sources.
+  set(simd ${sources})
+  list(FILTER simd INCLUDE REGEX "_simd\\.cpp$")
+  if(simd)
+    set_source_files_properties(${simd} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
+endfunction()
+
+# The name by which includes reach a folder.
+function(vblur_room_of folder result)
+  cmake_path(RELATIVE_PATH folder BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE room)
+  string(REGEX REPLACE "^src/" "" room "${room}")
+  set(${result} "${room}" PARENT_SCOPE)
+endfunction()
+
+# Where a library that others load or link lies, what it exports, and its version. Those that are loaded at run time are
+# found beside each other, in a build as installed.
+function(vblur_shared_library target kind)
+  set(exports "${CMAKE_CURRENT_SOURCE_DIR}/exports.map")
+  if(NOT EXISTS "${exports}")
+    message(FATAL_ERROR "${target}: expected ${exports}, the list of what it exports")
+  endif()
+  target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
+  set_target_properties(${target} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
+    RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
+    INSTALL_RPATH "$ORIGIN"
+    LINK_DEPENDS "${exports}")
+  if(kind STREQUAL "SHARED")
+    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  else()
+    set_target_properties(${target} PROPERTIES PREFIX lib)
+    # What it lacks is told when it is loaded, not when it is first called.
+    target_link_options(${target} PRIVATE LINKER:-z,now)
+  endif()
 endfunction()
 
 function(vblur_warnings target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Werror)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
+    $<$<BOOL:${VBLUR_WARNINGS_AS_ERRORS}>:-Werror>)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # g++ 12 warns of overlapping copies inside its own std::string (GCC bug 105651) and of unset members
     # inside its own std::optional (GCC bug 80635). Clang and the sanitizers watch for the real thing.
@@ -49,16 +90,43 @@ function(vblur_warnings target)
   endif()
 endfunction()
 
-function(vblur_check_includes target name folder allowed files)
+# vblur_check_includes(<target> [MAY_INCLUDE <folder or header>...]): enters the calling folder into the list of rooms
+# and has the build check what its files include.
+function(vblur_check_includes target)
+  cmake_parse_arguments(PARSE_ARGV 1 check "" "" "MAY_INCLUDE")
+  vblur_room_of("${CMAKE_CURRENT_SOURCE_DIR}" room)
+  set_property(GLOBAL APPEND PROPERTY VBLUR_ROOMS "${room}")
+  file(GLOB files CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
   set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}.includes")
-  string(REPLACE ";" "," allowed_list "${allowed}")
+  string(REPLACE ";" "," allowed "${check_MAY_INCLUDE}")
   add_custom_command(
     OUTPUT "${stamp}"
-    COMMAND ${CMAKE_COMMAND} -DNAME=${name} -DFOLDER=${folder} -DALLOWED=${allowed_list} -DROOT=${PROJECT_SOURCE_DIR}
-            -DSTAMP=${stamp} -P "${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake"
-    DEPENDS ${files} "${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake"
-    COMMENT "Checking what ${name} includes"
+    COMMAND ${CMAKE_COMMAND} -DROOM=${room} -DFOLDER=${CMAKE_CURRENT_SOURCE_DIR} "-DALLOWED=${allowed}"
+            -DROOT=${PROJECT_SOURCE_DIR} -DROOMS=${PROJECT_BINARY_DIR}/rooms.txt -DSTAMP=${stamp}
+            -P "${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake"
+    DEPENDS ${files} "${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake" "${PROJECT_BINARY_DIR}/rooms.txt"
+    COMMENT "Checking what ${room} includes"
     VERBATIM)
   add_custom_target(${target}_includes ALL DEPENDS "${stamp}")
   add_dependencies(${target} ${target}_includes)
+endfunction()
+
+# Called when every room has been entered: writes their list for the checks, and refuses a folder with sources below one
+# of FOLDERS that is no room.
+function(vblur_close_house)
+  cmake_parse_arguments(PARSE_ARGV 0 house "" "" "FOLDERS")
+  get_property(rooms GLOBAL PROPERTY VBLUR_ROOMS)
+  foreach(folder IN LISTS house_FOLDERS)
+    file(GLOB_RECURSE files "${PROJECT_SOURCE_DIR}/${folder}/*.h" "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    foreach(file IN LISTS files)
+      cmake_path(GET file PARENT_PATH parent)
+      vblur_room_of("${parent}" room)
+      if(NOT room IN_LIST rooms)
+        message(FATAL_ERROR "${file}: its folder is no room of the house: expected vblur_module() in its CMakeLists.txt")
+      endif()
+    endforeach()
+  endforeach()
+  list(SORT rooms)
+  list(JOIN rooms "\n" text)
+  file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/rooms.txt" CONTENT "${text}\n" @ONLY)
 endfunction()

@@ -2,9 +2,9 @@
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
-#include "host/FramePattern.h"
-#include "host/OutputFile.h"
-#include "host/TestChart.h"
+#include "host/files/OutputFile.h"
+#include "host/jobs/FramePattern.h"
+#include "host/studies/TestChart.h"
 
 namespace vblur::cli {
 

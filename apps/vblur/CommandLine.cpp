@@ -9,7 +9,7 @@
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/RunJob.h"
-#include "host/NameMatch.h"
+#include "host/base/NameMatch.h"
 
 namespace vblur::cli {
 

@@ -8,7 +8,7 @@
 
 #include "apps/vblur/RunOptions.h"
 #include "apps/vblur/Terminal.h"
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 
 namespace vblur::cli {
 

@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <set>
 
-#include "effect/PropertyTable.h"
-#include "host/JobCheck.h"
-#include "host/PropertyText.h"
+#include "host/jobs/JobCheck.h"
+#include "host/properties/PropertyText.h"
+#include "properties/PropertyTable.h"
 
 namespace vblur::cli {
 

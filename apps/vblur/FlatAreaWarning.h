@@ -6,9 +6,9 @@
 #include <string>
 
 #include "apps/vblur/Terminal.h"
-#include "host/EffectServer.h"
-#include "host/HostedEffect.h"
-#include "host/Job.h"
+#include "host/hosted/EffectServer.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/Job.h"
 
 namespace vblur::cli {
 

@@ -1,7 +1,7 @@
 #include "apps/vblur/FrameOptions.h"
 
 #include "apps/vblur/OptionText.h"
-#include "host/FrameRangeText.h"
+#include "host/jobs/FrameRangeText.h"
 
 namespace vblur::cli {
 

@@ -2,7 +2,7 @@
 // itself, the second ends the program at once.
 #pragma once
 
-#include "host/ExecuteContext.h"
+#include "host/hosted/ExecuteContext.h"
 
 namespace vblur::cli {
 

@@ -5,8 +5,8 @@
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/RunJob.h"
-#include "host/JobFile.h"
-#include "host/PropertyText.h"
+#include "host/jobs/JobFile.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::cli {
 

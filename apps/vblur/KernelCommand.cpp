@@ -3,9 +3,9 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
-#include "host/OutputFile.h"
-#include "host/PictureLibrary.h"
-#include "host/PropertyText.h"
+#include "host/files/OutputFile.h"
+#include "host/properties/PropertyText.h"
+#include "host/studies/DrawingLibrary.h"
 
 namespace vblur::cli {
 
@@ -31,11 +31,11 @@ class KernelCommand : public Command {
     CheckOptions();
     host::RequireWritable(output_, overwrite_);
     const auto server = LoadServer(global);
-    host::ThePictureLibrary().RequireText();
+    host::TheDrawingLibrary().RequireText();
     Interruption interruption;
     host::HostImage picture;
     const auto report = host::MeasureKernel(server->Factory(), interruption.context(), blur_, depth_);
-    host::ThePictureLibrary().DrawKernel(report, picture);
+    host::TheDrawingLibrary().DrawKernel(report, picture);
     host::PictureWriter().Write(output_, picture, nullptr, overwrite_);
     return host::ExitCode::Done;
   }

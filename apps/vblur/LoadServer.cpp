@@ -1,6 +1,6 @@
 #include "apps/vblur/LoadServer.h"
 
-#include "host/HostedEffect.h"
+#include "host/hosted/HostedEffect.h"
 
 namespace vblur::cli {
 

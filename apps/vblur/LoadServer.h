@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "apps/vblur/RunOptions.h"
-#include "host/EffectServer.h"
+#include "host/hosted/EffectServer.h"
 
 namespace vblur::cli {
 

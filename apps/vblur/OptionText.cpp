@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/Failure.h"
-#include "host/NameMatch.h"
+#include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
 
 namespace vblur::cli {
 

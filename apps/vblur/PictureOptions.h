@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/Job.h"
+#include "host/jobs/Job.h"
 
 namespace vblur::cli {
 

@@ -9,8 +9,8 @@
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
-#include "host/HostedEffect.h"
-#include "host/PropertyText.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::cli {
 

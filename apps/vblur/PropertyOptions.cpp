@@ -1,7 +1,7 @@
 #include "apps/vblur/PropertyOptions.h"
 
 #include "apps/vblur/OptionText.h"
-#include "host/PropertyText.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::cli {
 

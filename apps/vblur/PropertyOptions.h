@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "effect/PropertyTable.h"
-#include "host/PropertyStore.h"
+#include "host/properties/PropertyStore.h"
+#include "properties/PropertyTable.h"
 
 namespace vblur::cli {
 

@@ -5,10 +5,10 @@
 #include "apps/vblur/PictureOptions.h"
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunJob.h"
-#include "host/JobCheck.h"
-#include "host/JobFile.h"
-#include "host/PropertyFile.h"
-#include "host/PropertyText.h"
+#include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFile.h"
+#include "host/properties/PropertyFile.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::cli {
 

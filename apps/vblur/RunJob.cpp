@@ -3,7 +3,7 @@
 #include "apps/vblur/FlatAreaWarning.h"
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
-#include "host/Progress.h"
+#include "host/sequence/Progress.h"
 
 namespace vblur::cli {
 

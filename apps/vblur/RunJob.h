@@ -3,7 +3,7 @@
 
 #include "apps/vblur/RunOptions.h"
 #include "apps/vblur/Terminal.h"
-#include "host/Job.h"
+#include "host/jobs/Job.h"
 
 namespace vblur::cli {
 

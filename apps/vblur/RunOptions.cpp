@@ -1,7 +1,7 @@
 #include "apps/vblur/RunOptions.h"
 
 #include "apps/vblur/OptionText.h"
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 
 namespace vblur::cli {
 

@@ -7,7 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/SequenceRenderer.h"
+#include "host/sequence/SequenceRenderer.h"
 
 namespace vblur::cli {
 

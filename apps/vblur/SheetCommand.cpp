@@ -4,10 +4,10 @@
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
-#include "host/NameMatch.h"
-#include "host/OutputFile.h"
-#include "host/PictureLibrary.h"
-#include "host/PropertyText.h"
+#include "host/base/NameMatch.h"
+#include "host/files/OutputFile.h"
+#include "host/properties/PropertyText.h"
+#include "host/studies/DrawingLibrary.h"
 
 namespace vblur::cli {
 
@@ -50,12 +50,12 @@ class SheetCommand : public Command {
     const host::SheetPlan plan =
         host::PlanSheet(request_, [&](double blur) { return host::FactsOfSize(makeEffect, blur); });
     host::RequireWritable(output_, overwrite_);
-    host::ThePictureLibrary().RequireText();
+    host::TheDrawingLibrary().RequireText();
     Interruption interruption;
     host::SheetPictures pictures;
     Read(plan, pictures);
     host::HostImage sheet;
-    host::ThePictureLibrary().DrawSheet(plan, pictures, makeEffect, interruption.context(), sheet);
+    host::TheDrawingLibrary().DrawSheet(plan, pictures, makeEffect, interruption.context(), sheet);
     host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
     return host::ExitCode::Done;
   }

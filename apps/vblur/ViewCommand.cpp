@@ -7,12 +7,12 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
-#include "host/JobCheck.h"
-#include "host/JobFile.h"
-#include "host/NameMatch.h"
-#include "host/OutputFile.h"
-#include "host/PictureFile.h"
-#include "host/PropertyText.h"
+#include "host/base/NameMatch.h"
+#include "host/files/OutputFile.h"
+#include "host/files/PictureFile.h"
+#include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFile.h"
+#include "host/properties/PropertyText.h"
 #include "host/viewer/ViewSession.h"
 
 namespace vblur::cli {

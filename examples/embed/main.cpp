@@ -4,9 +4,9 @@
 #include <vector>
 
 #include <dlfcn.h>
-#include <platform/ComPtr.h>
-#include <platform/IDSImageEffect.h>
-#include <platform/IDSProperties.h>
+#include <vblur/platform/ComPtr.h>
+#include <vblur/platform/IDSImageEffect.h>
+#include <vblur/platform/IDSProperties.h>
 
 using namespace vblur;
 

@@ -10,7 +10,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 
 namespace vblur::host {
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "host/viewersdk/FontSource.h"
+#include "sdk/viewer/FontSource.h"
 
 namespace vblur::host {
 

@@ -7,7 +7,7 @@
 
 #include <OpenImageIO/imagebufalgo.h>
 
-#include "host/Sample.h"
+#include "host/files/Sample.h"
 
 namespace vblur::host {
 

@@ -6,7 +6,7 @@
 
 #include <OpenImageIO/imagebuf.h>
 
-#include "host/HostImage.h"
+#include "host/hosted/HostImage.h"
 
 namespace vblur::host {
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "host/Sample.h"
+#include "host/files/Sample.h"
 
 namespace vblur::host {
 

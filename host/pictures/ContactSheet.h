@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "host/FrameRender.h"
-#include "host/SheetPictures.h"
+#include "host/hosted/FrameRender.h"
 #include "host/pictures/Canvas.h"
 #include "host/pictures/TextPainter.h"
+#include "host/studies/SheetPictures.h"
 
 namespace vblur::host {
 

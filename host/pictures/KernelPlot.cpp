@@ -6,8 +6,8 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "host/PropertyText.h"
 #include "host/pictures/PlotFrame.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::host {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/KernelMeasure.h"
 #include "host/pictures/TextPainter.h"
+#include "host/studies/KernelMeasure.h"
 
 namespace vblur::host {
 

@@ -1,11 +1,12 @@
-// The picture library that the host loads.
+// What the host looks up in this module.
 #include <OpenImageIO/imagebufalgo.h>
 
-#include "host/PictureLibrary.h"
+#include "host/files/PictureLibrary.h"
 #include "host/pictures/ContactSheet.h"
 #include "host/pictures/KernelPlot.h"
 #include "host/pictures/PictureReading.h"
 #include "host/pictures/PictureWriting.h"
+#include "host/studies/DrawingLibrary.h"
 
 namespace vblur::host {
 
@@ -27,7 +28,10 @@ class PictureModule final : public PictureLibrary {
     // A filter without negative weights: what it makes has no brighter or darker spots than the picture.
     OIIO::ImageBufAlgo::resize(target, View(from), "triangle");
   }
+};
 
+class DrawingModule final : public DrawingLibrary {
+ public:
   void RequireText() override { const TextPainter text; }
   void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const EffectFactory& makeEffect,
                  ExecuteContext& context, HostImage& sheet) override {
@@ -44,5 +48,10 @@ class PictureModule final : public PictureLibrary {
 
 extern "C" vblur::host::PictureLibrary* VBlurPictureLibrary() {
   static vblur::host::PictureModule module;
+  return &module;
+}
+
+extern "C" vblur::host::DrawingLibrary* VBlurDrawingLibrary() {
+  static vblur::host::DrawingModule module;
   return &module;
 }

@@ -4,8 +4,8 @@
 #include <array>
 #include <string_view>
 
-#include "host/Failure.h"
-#include "host/HostImage.h"
+#include "host/base/Failure.h"
+#include "host/hosted/HostImage.h"
 
 namespace vblur::host {
 

@@ -7,7 +7,7 @@
 
 #include <OpenImageIO/imageio.h>
 
-#include "host/PictureInfo.h"
+#include "host/files/PictureInfo.h"
 
 namespace vblur::host {
 

@@ -1,6 +1,6 @@
 #include "host/pictures/PictureReading.h"
 
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "host/pictures/PictureFileOpen.h"
 

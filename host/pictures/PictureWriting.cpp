@@ -6,7 +6,7 @@
 
 #include <OpenImageIO/imageio.h>
 
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 #include "host/pictures/OutputFileStream.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "host/pictures/PictureFileOpen.h"

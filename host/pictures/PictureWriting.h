@@ -1,7 +1,7 @@
 // A picture file as the host writes it.
 #pragma once
 
-#include "host/PictureLibrary.h"
+#include "host/files/PictureLibrary.h"
 
 namespace vblur::host {
 

@@ -7,7 +7,7 @@
 
 #include <OpenImageIO/imagebufalgo.h>
 
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 
 namespace vblur::host {
 

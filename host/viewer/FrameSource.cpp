@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/JobFrame.h"
+#include "host/hosted/JobFrame.h"
 
 namespace vblur::host {
 

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <optional>
 
-#include "host/HostedEffect.h"
-#include "host/Job.h"
-#include "host/PictureFile.h"
-#include "host/SequenceRendererInputs.h"
+#include "host/files/PictureFile.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/Job.h"
+#include "host/sequence/SequenceRendererInputs.h"
 
 namespace vblur::host {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 
 namespace vblur::host {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "host/HostImage.h"
+#include "host/hosted/HostImage.h"
 #include "host/viewer/ViewGeometry.h"
 #include "host/viewer/Viewer.h"
 #include "host/viewer/ViewerSurface.h"

@@ -9,11 +9,11 @@
 #include <set>
 #include <utility>
 
-#include "host/Failure.h"
-#include "host/NameMatch.h"
-#include "host/OutputFile.h"
-#include "host/PropertyText.h"
-#include "host/TextFile.h"
+#include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
+#include "host/base/TextFile.h"
+#include "host/files/OutputFile.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::host {
 

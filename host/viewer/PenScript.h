@@ -17,7 +17,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/PropertyStore.h"
+#include "host/properties/PropertyStore.h"
 #include "host/viewer/ViewGeometry.h"
 
 namespace vblur::host {

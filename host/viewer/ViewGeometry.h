@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "host/HostImage.h"
-#include "host/Job.h"
+#include "host/hosted/HostImage.h"
+#include "host/jobs/Job.h"
 
 namespace vblur::host {
 

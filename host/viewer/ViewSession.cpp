@@ -4,13 +4,13 @@
 #include <cmath>
 #include <new>
 
-#include "host/Failure.h"
-#include "host/JobCheck.h"
-#include "host/JobFrame.h"
-#include "host/PropertyText.h"
+#include "host/base/Failure.h"
+#include "host/hosted/JobFrame.h"
+#include "host/jobs/JobCheck.h"
+#include "host/properties/PropertyText.h"
 #include "host/viewer/OffScreenSurface.h"
 #include "host/viewer/PaintViewer.h"
-#include "host/viewersdk/ToolObserver.h"
+#include "sdk/viewer/ToolObserver.h"
 
 namespace vblur::host {
 

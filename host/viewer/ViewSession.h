@@ -8,18 +8,18 @@
 #include <optional>
 #include <string>
 
-#include "host/CoordMan.h"
-#include "host/EffectHost.h"
-#include "host/EffectServer.h"
-#include "host/ExecuteContext.h"
-#include "host/HostedEffect.h"
-#include "host/Job.h"
-#include "host/sdk/Content.h"
+#include "host/hosted/CoordMan.h"
+#include "host/hosted/EffectHost.h"
+#include "host/hosted/EffectServer.h"
+#include "host/hosted/ExecuteContext.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/Job.h"
 #include "host/viewer/FrameSource.h"
 #include "host/viewer/PenScript.h"
 #include "host/viewer/Viewer.h"
 #include "host/viewer/ViewerSurface.h"
 #include "platform/IVBlurOverlay.h"
+#include "sdk/effects/Content.h"
 
 namespace vblur::host {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/PropertyText.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::host {
 

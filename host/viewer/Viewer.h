@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host/CallTrace.h"
+#include "host/hosted/CallTrace.h"
 #include "platform/ComPtr.h"
 #include "platform/Viewer.h"
 

@@ -2,8 +2,8 @@
 #include <new>
 
 #include "effect/Blur.h"
-#include "effect/ClassIds.h"
 #include "effect/ProjectSizes.h"
+#include "properties/ClassIds.h"
 
 namespace vblur {
 namespace {

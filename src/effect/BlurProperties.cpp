@@ -2,7 +2,7 @@
 #include <utility>
 
 #include "effect/Blur.h"
-#include "effect/ClassIds.h"
+#include "properties/ClassIds.h"
 
 namespace vblur {
 

@@ -6,7 +6,7 @@
 #include <array>
 
 #include "effect/Blur.h"
-#include "effect/ClassIds.h"
+#include "properties/ClassIds.h"
 
 namespace vblur {
 namespace {

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "effect/Blur.h"
-#include "effect/ClassIds.h"
-#include "effect/PropertyTable.h"
+#include "properties/ClassIds.h"
+#include "properties/PropertyTable.h"
 
 namespace vblur {
 namespace {

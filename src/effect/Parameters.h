@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "effect/PropertyTable.h"
+#include "properties/PropertyTable.h"
 
 namespace vblur {
 

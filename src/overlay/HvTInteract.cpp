@@ -5,7 +5,7 @@
 #include "overlay/Drawing.h"
 #include "overlay/HvTDsObject.h"
 #include "overlay/ProjectFrame.h"
-#include "overlay/ViewerToolClass.h"
+#include "properties/ClassIds.h"
 
 namespace vblur {
 namespace {
@@ -50,7 +50,7 @@ HvTInteract::~HvTInteract() {
 }
 
 HRESULT HvTInteract::QueryInterface(const GUID& iid, void** result) {
-  if (iid != kHvTInteractClass) return CDSInteractiveTool::QueryInterface(iid, result);
+  if (iid != classes::kHvTInteract) return CDSInteractiveTool::QueryInterface(iid, result);
   if (result == nullptr) return kNullPointer;
   AddRef();
   *result = this;

@@ -2,9 +2,9 @@
 // host's SDK library implements it.
 #pragma once
 
-#include "platform/CDSPlugInEffect.h"
-#include "platform/IDSEffectRoles.h"
-#include "platform/IDSImageEffect.h"
+#include "CDSPlugInEffect.h"
+#include "IDSEffectRoles.h"
+#include "IDSImageEffect.h"
 
 namespace vblur {
 

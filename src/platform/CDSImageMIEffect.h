@@ -2,8 +2,8 @@
 // library implements them.
 #pragma once
 
-#include "platform/CDSImageEffect.h"
-#include "platform/IDSEffectRoles.h"
+#include "CDSImageEffect.h"
+#include "IDSEffectRoles.h"
 
 namespace vblur {
 

@@ -5,8 +5,8 @@
 #include <atomic>
 #include <memory>
 
-#include "platform/IDSProperties.h"
-#include "platform/Viewer.h"
+#include "IDSProperties.h"
+#include "Viewer.h"
 
 namespace vblur {
 

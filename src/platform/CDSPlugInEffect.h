@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "platform/CDSPropertyContainer.h"
+#include "CDSPropertyContainer.h"
 
 namespace vblur {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/IDSProperties.h"
+#include "IDSProperties.h"
 
 namespace vblur {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <mutex>
 
-#include "platform/DsTypes.h"
+#include "DsTypes.h"
 
 namespace vblur {
 

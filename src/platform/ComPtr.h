@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "platform/Com.h"
+#include "Com.h"
 
 namespace vblur {
 

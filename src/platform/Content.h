@@ -1,8 +1,8 @@
 // Facts about the project that is open in the host, for objects that have no host of their own to ask.
 #pragma once
 
-#include "platform/DsTypes.h"
-#include "platform/IDSEffectHost.h"
+#include "DsTypes.h"
+#include "IDSEffectHost.h"
 
 namespace vblur {
 

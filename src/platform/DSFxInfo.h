@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/DsTypes.h"
+#include "DsTypes.h"
 
 namespace vblur {
 

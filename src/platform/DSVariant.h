@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/DsTypes.h"
+#include "DsTypes.h"
 
 namespace vblur {
 

@@ -1,7 +1,7 @@
 // The project's coordinate conversions, as the host offers them for one frame.
 #pragma once
 
-#include "platform/IDSImage.h"
+#include "IDSImage.h"
 
 namespace vblur {
 

@@ -1,7 +1,7 @@
 // What an effect may ask of the host that runs it: facts about the project.
 #pragma once
 
-#include "platform/DsTypes.h"
+#include "DsTypes.h"
 
 namespace vblur {
 

@@ -2,7 +2,7 @@
 // for these interfaces to learn that the base class plays the part.
 #pragma once
 
-#include "platform/Com.h"
+#include "Com.h"
 
 namespace vblur {
 

@@ -3,7 +3,7 @@
 // the effect is given another picture or none.
 #pragma once
 
-#include "platform/DsTypes.h"
+#include "DsTypes.h"
 
 namespace vblur {
 

@@ -6,12 +6,12 @@
 // EndFrame and Cleanup, in this order.
 #pragma once
 
-#include "platform/Com.h"
-#include "platform/DSFxInfo.h"
-#include "platform/IDSCoordMan.h"
-#include "platform/IDSEffectHost.h"
-#include "platform/IDSExecuteContext.h"
-#include "platform/IDSImage.h"
+#include "Com.h"
+#include "DSFxInfo.h"
+#include "IDSCoordMan.h"
+#include "IDSEffectHost.h"
+#include "IDSExecuteContext.h"
+#include "IDSImage.h"
 
 namespace vblur {
 

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 
-#include "platform/Com.h"
-#include "platform/DSCurve.h"
-#include "platform/DSVariant.h"
-#include "platform/PropertiesMap.h"
+#include "Com.h"
+#include "DSCurve.h"
+#include "DSVariant.h"
+#include "PropertiesMap.h"
 
 namespace vblur {
 

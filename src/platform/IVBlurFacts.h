@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/Com.h"
+#include "Com.h"
 
 namespace vblur {
 

@@ -1,7 +1,7 @@
 // The effect's on-screen controls, for a program that shows them without a property page.
 #pragma once
 
-#include "platform/Com.h"
+#include "Com.h"
 
 namespace vblur {
 

@@ -1,7 +1,7 @@
 // What holds for all effects of a process at once, for the program that runs them.
 #pragma once
 
-#include "platform/Com.h"
+#include "Com.h"
 
 namespace vblur {
 

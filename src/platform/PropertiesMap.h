@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/DsTypes.h"
-#include "platform/Module.h"
+#include "DsTypes.h"
+#include "Module.h"
 
 namespace vblur {
 

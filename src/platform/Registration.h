@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "platform/DsTypes.h"
-#include "platform/Module.h"
+#include "DsTypes.h"
+#include "Module.h"
 
 namespace vblur {
 

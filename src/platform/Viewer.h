@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-#include "platform/Com.h"
-#include "platform/DSVariant.h"
+#include "Com.h"
+#include "DSVariant.h"
 
 namespace vblur {
 

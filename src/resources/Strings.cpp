@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "effect/PropertyTable.h"
+#include "properties/PropertyTable.h"
 
 namespace vblur::resources {
 namespace {

@@ -4,10 +4,10 @@
 #include <array>
 #include <iterator>
 
-#include "effect/ClassIds.h"
 #include "platform/Com.h"
 #include "platform/DSFxInfo.h"
 #include "platform/Registration.h"
+#include "properties/ClassIds.h"
 #include "server/ServerClasses.h"
 #include "server/ServerModule.h"
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "effect/ClassIds.h"
 #include "platform/Com.h"
+#include "properties/ClassIds.h"
 
 namespace vblur {
 

@@ -6,10 +6,10 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include "host/OutputFile.h"
+#include "host/files/OutputFile.h"
 #include "tests/apps/Process.h"
-#include "tests/host/ScratchFolder.h"
-#include "tests/host_files/Pictures.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::cli {
 

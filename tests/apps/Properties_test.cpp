@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
 
-#include "effect/PropertyTable.h"
-#include "host/PropertyText.h"
+#include "host/properties/PropertyText.h"
+#include "properties/PropertyTable.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {

@@ -17,7 +17,8 @@ class StartUp : public ProgramTest {
 
   void ExpectNoPictureLibrary(std::vector<std::string> arguments, int exit) const {
     const std::string libraries = LibrariesOf(arguments, exit);
-    for (const char* library : {"vblur_pictures", "OpenImageIO", "vblur_gl", "libEGL", "libfreetype", "libfontconfig"})
+    for (const char* library :
+         {"vblur_host_pictures", "OpenImageIO", "vblur_host_gl", "libEGL", "libfreetype", "libfontconfig"})
       EXPECT_EQ(libraries.find(library), std::string::npos) << library << " for " << arguments[0];
   }
 };
@@ -49,7 +50,7 @@ TEST_F(StartUp, APictureLoadsIt) {
   for (const std::string& libraries :
        {LibrariesOf({"render", "in.png", "out.png"}, 0), LibrariesOf({"chart", "chart.png"}, 0)}) {
     EXPECT_NE(libraries.find("OpenImageIO"), std::string::npos);
-    EXPECT_EQ(libraries.find("vblur_gl"), std::string::npos) << "that is for the viewer";
+    EXPECT_EQ(libraries.find("vblur_host_gl"), std::string::npos) << "that is for the viewer";
     EXPECT_EQ(libraries.find("libEGL"), std::string::npos);
   }
   EXPECT_TRUE(Exists("out.png"));
@@ -60,9 +61,9 @@ TEST_F(StartUp, APictureLibraryThatCannotBeLoadedIsNamed) {
   const auto copies = std::filesystem::canonical(folder_.path());
   std::filesystem::copy_file(host, copies / host.filename());
   const Environment first("LD_LIBRARY_PATH", copies.string());
-  const std::string module = (copies / "libvblur_pictures.so").string();
+  const std::string module = (copies / "libvblur_host_pictures.so").string();
   ExpectRefusal({"chart", "chart.png"}, 3, module + ": cannot load the picture library: no such file");
-  folder_.Write("libvblur_pictures.so", "no library");
+  folder_.Write("libvblur_host_pictures.so", "no library");
   ExpectRefusal({"chart", "chart.png"}, 3,
                 module + ": cannot load the picture library: " + module + ": file too short");
 }

@@ -1,5 +1,5 @@
 // vblur view, as a person calls it.
-#include "host/TextFile.h"
+#include "host/base/TextFile.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {

@@ -1,7 +1,7 @@
 #include "tests/differential/Comparison.h"
 
-#include "host/JobFile.h"
-#include "host/OutputFile.h"
+#include "host/files/OutputFile.h"
+#include "host/jobs/JobFile.h"
 #include "tests/differential/EffectRun.h"
 #include "tests/differential/ModelRun.h"
 

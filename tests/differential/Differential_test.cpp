@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "host/JobFile.h"
+#include "host/jobs/JobFile.h"
 #include "tests/differential/Comparison.h"
 #include "tests/support/TestServer.h"
 

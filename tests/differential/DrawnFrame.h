@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "host/Job.h"
+#include "host/jobs/Job.h"
 
 namespace vblur::differential {
 

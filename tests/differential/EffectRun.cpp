@@ -2,9 +2,9 @@
 
 #include <stdexcept>
 
-#include "host/CoordMan.h"
-#include "host/EffectHost.h"
-#include "host/ExecuteContext.h"
+#include "host/hosted/CoordMan.h"
+#include "host/hosted/EffectHost.h"
+#include "host/hosted/ExecuteContext.h"
 #include "tests/support/TestServer.h"
 
 namespace vblur::differential {

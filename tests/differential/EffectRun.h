@@ -1,7 +1,7 @@
 // Renders a drawn frame with the effect, as the stand-alone host does.
 #pragma once
 
-#include "host/HostImage.h"
+#include "host/hosted/HostImage.h"
 #include "tests/differential/DrawnFrame.h"
 
 namespace vblur::differential {

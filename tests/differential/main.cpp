@@ -6,7 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/JobFile.h"
+#include "host/jobs/JobFile.h"
 #include "tests/differential/Comparison.h"
 #include "tests/support/TestServer.h"
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/ClassIds.h"
+#include "properties/ClassIds.h"
 #include "resources/Bitmaps.h"
 #include "resources/Strings.h"
 #include "tests/effect/EffectBench.h"

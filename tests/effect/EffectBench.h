@@ -7,12 +7,12 @@
 #include <optional>
 
 #include "effect/Blur.h"
-#include "effect/PropertyTable.h"
-#include "host/CoordMan.h"
-#include "host/EffectHost.h"
-#include "host/ExecuteContext.h"
-#include "host/HostImage.h"
-#include "host/HostedEffect.h"
+#include "host/hosted/CoordMan.h"
+#include "host/hosted/EffectHost.h"
+#include "host/hosted/ExecuteContext.h"
+#include "host/hosted/HostImage.h"
+#include "host/hosted/HostedEffect.h"
+#include "properties/PropertyTable.h"
 
 namespace vblur {
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/ClassIds.h"
+#include "properties/ClassIds.h"
 #include "tests/effect/EffectBench.h"
 #include "tests/effect/OpenBlur.h"
 

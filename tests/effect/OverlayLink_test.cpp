@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "effect/ClassIds.h"
-#include "host/sdk/ClassObjects.h"
 #include "overlay/HvTDsCircle.h"
 #include "overlay/HvTDsCrop.h"
+#include "properties/ClassIds.h"
+#include "sdk/effects/ClassObjects.h"
 #include "server/CDsClassFactory.h"
 #include "tests/effect/EffectBench.h"
 #include "tests/overlay/ToolWorld.h"

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/sdk/Content.h"
+#include "sdk/effects/Content.h"
 #include "tests/effect/EffectBench.h"
 #include "tests/effect/PartialProject.h"
 

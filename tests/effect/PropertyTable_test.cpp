@@ -1,4 +1,4 @@
-#include "effect/PropertyTable.h"
+#include "properties/PropertyTable.h"
 
 #include <set>
 #include <string>

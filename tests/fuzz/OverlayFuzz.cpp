@@ -3,11 +3,11 @@
 #include <cmath>
 #include <limits>
 
-#include "effect/ClassIds.h"
-#include "effect/PropertyTable.h"
-#include "host/HostedEffect.h"
-#include "host/sdk/ClassObjects.h"
+#include "host/hosted/HostedEffect.h"
 #include "overlay/HvTCropBox.h"
+#include "properties/ClassIds.h"
+#include "properties/PropertyTable.h"
+#include "sdk/effects/ClassObjects.h"
 #include "server/CDsClassFactory.h"
 
 namespace vblur::test {

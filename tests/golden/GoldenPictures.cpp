@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "host/JobFile.h"
-#include "host/OutputFile.h"
-#include "host/PictureFile.h"
-#include "host/SequenceRenderer.h"
+#include "host/files/OutputFile.h"
+#include "host/files/PictureFile.h"
+#include "host/jobs/JobFile.h"
+#include "host/sequence/SequenceRenderer.h"
 #include "tests/support/TestServer.h"
 
 namespace vblur::golden {

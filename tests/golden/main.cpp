@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/Failure.h"
+#include "host/base/Failure.h"
 #include "tests/golden/GoldenPictures.h"
 
 namespace {

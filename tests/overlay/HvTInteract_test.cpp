@@ -7,7 +7,7 @@
 
 #include "overlay/HvTDsCircle.h"
 #include "overlay/HvTRectangle.h"
-#include "overlay/ViewerToolClass.h"
+#include "properties/ClassIds.h"
 #include "tests/overlay/Hearer.h"
 #include "tests/overlay/ToolWorld.h"
 
@@ -81,10 +81,10 @@ TEST(HvTInteract, FrameDoesNotTakeSizesThatNoFrameHas) {
 TEST(HvTInteract, IsReachedByItsClassId) {
   const auto tool = NewTool();
   void* found = nullptr;
-  ASSERT_EQ(tool->QueryInterface(kHvTInteractClass, &found), kOk);
+  ASSERT_EQ(tool->QueryInterface(classes::kHvTInteract, &found), kOk);
   EXPECT_EQ(found, tool.get());
   tool->Release();
-  EXPECT_EQ(tool->QueryInterface(kHvTInteractClass, nullptr), kNullPointer);
+  EXPECT_EQ(tool->QueryInterface(classes::kHvTInteract, nullptr), kNullPointer);
   for (const GUID& iid : {IUnknown::kIid, IViewerLayer::kIid, IViewerEventSink::kIid, IDSPropertyNotifySink::kIid,
                           IDSTimeNotifySink::kIid}) {
     ComPtr<IUnknown> other;

@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "host/sdk/Content.h"
 #include "overlay/HvTInteract.h"
 #include "platform/CDSPropertyContainer.h"
 #include "platform/ComPtr.h"
 #include "platform/Content.h"
+#include "sdk/effects/Content.h"
 
 namespace vblur::test {
 

@@ -9,11 +9,11 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include "host/sdk/Catalogue.h"
 #include "platform/ComPtr.h"
 #include "platform/IDSImageEffect.h"
 #include "platform/IDSProperties.h"
 #include "platform/Viewer.h"
+#include "sdk/effects/Catalogue.h"
 
 namespace vblur {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "host/EffectServer.h"
-#include "host/HostedEffect.h"
+#include "host/hosted/EffectServer.h"
+#include "host/hosted/HostedEffect.h"
 #include "platform/IVBlurProcess.h"
 
 namespace vblur {

@@ -1,0 +1,66 @@
+#include "host/base/PartFiles.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <optional>
+#include <regex>
+#include <string>
+#include <system_error>
+
+#include <signal.h>
+#include <unistd.h>
+
+namespace vblur::host {
+
+namespace {
+
+constexpr std::size_t kLongestPiece = 60;
+
+// The machine's name without what would be taken for a separator.
+const std::string& MachineName() {
+  static const std::string name = [] {
+    std::array<char, 256> text{};
+    if (::gethostname(text.data(), text.size() - 1) != 0) return std::string("unknown");
+    std::string kept;
+    for (const char c : std::string(text.data()).substr(0, kLongestPiece))
+      kept += c == '.' || c == '-' ? '_' : c;
+    return kept.empty() ? std::string("unknown") : kept;
+  }();
+  return name;
+}
+
+// The process that a part file of this machine belongs to.
+std::optional<pid_t> WriterOf(const std::string& fileName) {
+  static const std::regex form(R"(\..*\.([^.-]+)-([0-9]{1,9})-[0-9]+\.part(\.[^.]*)?)");
+  std::smatch parts;
+  if (!std::regex_match(fileName, parts, form) || parts[1].str() != MachineName()) return std::nullopt;
+  return static_cast<pid_t>(std::stol(parts[2].str()));
+}
+
+bool HasEnded(pid_t process) {
+  return ::kill(process, 0) != 0 && errno == ESRCH;
+}
+
+}  // namespace
+
+std::filesystem::path PartFileFor(const std::filesystem::path& target) {
+  static std::atomic<unsigned> counter{0};
+  const std::string name = "." + target.stem().string().substr(0, kLongestPiece) + "." + MachineName() + "-" +
+                           std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".part" +
+                           target.extension().string();
+  return target.parent_path() / name;
+}
+
+void RemoveAbandonedParts(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const auto writer = WriterOf(entry->path().filename().string());
+    if (!writer || !HasEnded(*writer)) continue;
+    std::error_code ignored;
+    std::filesystem::remove(entry->path(), ignored);
+  }
+}
+
+}  // namespace vblur::host

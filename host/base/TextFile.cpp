@@ -1,0 +1,49 @@
+#include "host/base/TextFile.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <system_error>
+
+#include "host/base/Failure.h"
+#include "host/base/OutputFileCommit.h"
+
+namespace vblur::host {
+
+std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind) {
+  constexpr std::size_t kLargest = std::size_t{16} << 20;
+  const auto fail = [&](const std::string& reason) {
+    throw Failure(ExitCode::CannotRead, path.string() + ": " + reason);
+  };
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) fail("is a directory, expected a " + kind);
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) fail("cannot read the " + kind + ": " + std::strerror(errno));
+  std::string text;
+  std::array<char, 65536> part;
+  while (file.read(part.data(), part.size()) || file.gcount() > 0) {
+    text.append(part.data(), static_cast<std::size_t>(file.gcount()));
+    if (text.size() > kLargest) fail("larger than 16 MiB, expected a " + kind);
+  }
+  if (file.bad()) fail("cannot read the " + kind + ": the system reports an error");
+  return text;
+}
+
+void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind) {
+  const auto fail = [&] {
+    const std::string reason = errno == 0 ? "the system reports an error" : std::strerror(errno);
+    throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write the " + kind + ": " + reason);
+  };
+  OutputFileCommit commit(path);
+  errno = 0;
+  std::ofstream file(commit.writtenPath(), std::ios::binary);
+  if (!file) fail();
+  file << text;
+  file.close();
+  if (!file) fail();
+  commit.Commit();
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,77 @@
+// Writes picture files so that a name holds either its old picture or the whole new one: the picture
+// goes into a file beside it, which takes its name when it is complete.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/files/PictureFile.h"
+
+namespace vblur::host {
+
+// A format that pictures can be written in, and what its files hold.
+struct OutputFormat {
+  std::string_view name;        // as the picture library knows it
+  std::string_view extensions;  // in lower case, with a space between
+  bool hasAlpha;
+  SampleKind samples8;      // of a picture of 8 bits a component
+  SampleKind samples16;     // of one of 16 bits
+  bool isFloat;             // 8-bit pictures become 16-bit floats
+  std::int32_t mostPixels;  // a side
+
+  SampleKind SamplesAt(std::int32_t depth) const { return depth == 8 ? samples8 : samples16; }
+};
+
+// The format that the extension of a file name asks for. Throws Failure (wrong usage) with the list of
+// known extensions.
+const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
+
+// Throws Failure (cannot write) when a file of this name cannot be made: its folder is missing, the name
+// is that of something else than a file, or a file stands there and `overwrite` is not set.
+void RequireWritable(const std::filesystem::path& path, bool overwrite);
+
+class OutputFileCommit;
+
+// A picture that is whole on disk and has not taken its name yet. It goes again unless it does.
+class WrittenPicture {
+ public:
+  WrittenPicture(std::filesystem::path path, bool overwrite);
+  ~WrittenPicture();
+  WrittenPicture(WrittenPicture&&) noexcept;
+  WrittenPicture& operator=(WrittenPicture&&) noexcept;
+
+  const std::filesystem::path& writtenPath() const;
+  // Throws Failure (cannot write) when the name cannot be taken, or no longer.
+  void Commit();
+
+ private:
+  std::filesystem::path path_;
+  bool overwrite_;
+  std::unique_ptr<OutputFileCommit> file_;
+};
+
+class PictureWriter {
+ public:
+  explicit PictureWriter(StopTest stop = {}) : stop_(std::move(stop)) {}
+
+  // Writes a four-component picture. 8-bit pictures become 8-bit samples (16-bit floats in a format of
+  // floats), 16-bit ones 16-bit samples or 32-bit floats, or 8-bit samples where a format has no others.
+  // A format without alpha drops it. `metadata`, when not null, comes from the picture that it was made
+  // of. Throws Failure (cannot write), or FileInterrupted; then nothing is left behind.
+  void Write(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
+             bool overwrite) {
+    WriteBeside(path, image, metadata, overwrite).Commit();
+  }
+  // The same without its last step: the caller says when the picture takes its name.
+  WrittenPicture WriteBeside(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
+                             bool overwrite);
+
+ private:
+  StopTest stop_;
+  std::vector<std::byte> samples_;
+};
+
+}  // namespace vblur::host

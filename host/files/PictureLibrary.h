@@ -1,0 +1,61 @@
+// What reads and writes picture files: a module of its own, loaded when it is first asked for. The library of
+// picture formats that it needs brings hundreds of others, which take longer to load than everything else that a
+// short run does.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+#include "host/base/LoadModule.h"
+#include "host/files/OutputFile.h"
+#include "host/files/PictureFile.h"
+
+namespace vblur::host {
+
+// A picture file opened for reading. One thread at a time.
+class PictureSource {
+ public:
+  virtual ~PictureSource() = default;
+
+  virtual const PictureInfo& info() const = 0;
+  // The samples of all channels as PictureInfo tells their kind, the top row first, nothing between rows. Throws
+  // Failure (cannot read) when the file is damaged or cut short, and FileInterrupted.
+  virtual void ReadSamples(std::byte* samples, const StopTest& stop) = 0;
+  // What the file tells, once its samples are read.
+  virtual ReadPicture Facts() const = 0;
+};
+
+// A picture on its way into a file.
+struct PictureToWrite {
+  const std::filesystem::path& target;  // the name for messages
+  const std::filesystem::path& file;    // the one to write to
+  const OutputFormat& format;
+  const HostImage& image;
+  const std::byte* samples;         // the image as the format's samples at its depth, the top row first
+  const PictureMetadata* metadata;  // null for none
+};
+
+// Any number of threads may ask it at once.
+class PictureLibrary {
+ public:
+  virtual ~PictureLibrary() = default;
+
+  // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
+  virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) = 0;
+  // Throws Failure (cannot write), and FileInterrupted.
+  virtual void Write(const PictureToWrite& picture, const StopTest& stop) = 0;
+  // Fills a four-component picture with another of the same depth, each component by itself.
+  virtual void Scale(const HostImage& from, HostImage& to) = 0;
+};
+
+// The module of all that works with pictures, loaded at the first call. It stays until the process ends: the libraries
+// that it brings are not made to be unloaded. Throws Failure (cannot read) when that fails. From any thread.
+const LoadedModule& ThePictureModule();
+PictureLibrary& ThePictureLibrary();
+
+// What the module exports, by this name.
+using PictureLibraryFunction = PictureLibrary*();
+inline constexpr const char* kPictureLibraryFunction = "VBlurPictureLibrary";
+
+}  // namespace vblur::host

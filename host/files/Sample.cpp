@@ -1,0 +1,96 @@
+#include "host/files/Sample.h"
+
+namespace vblur::host {
+
+namespace {
+
+template <typename Component, typename Sample>
+void ReadColours(const Sample* samples, int channels, ChannelChoice choice, Component* pixels, std::size_t width) {
+  const auto read = [](const Sample* from, int channel, Component absent) {
+    return channel < 0 ? absent : FromSample<Component>(from[channel]);
+  };
+  constexpr auto kFull = static_cast<Component>(FullValue<Component>(ComponentUse::Colour));
+  for (std::size_t x = 0; x < width; ++x, samples += channels, pixels += 4) {
+    pixels[0] = read(samples, choice.red, 0);
+    pixels[1] = read(samples, choice.green, 0);
+    pixels[2] = read(samples, choice.blue, 0);
+    pixels[3] = read(samples, choice.alpha, kFull);
+  }
+}
+
+template <typename Component, typename Sample>
+void ReadAmounts(const Sample* samples, int channels, int channel, Component* pixels, std::size_t width) {
+  for (std::size_t x = 0; x < width; ++x, samples += channels) {
+    pixels[x] = FromSample<Component>(samples[channel], ComponentUse::Amount);
+  }
+}
+
+template <typename Sample, typename Component>
+void WriteColours(const Component* pixels, Sample* samples, int channels, std::size_t width) {
+  for (std::size_t x = 0; x < width; ++x, pixels += 4, samples += channels) {
+    for (int c = 0; c < channels; ++c)
+      samples[c] = ToSample<Sample>(pixels[c]);
+  }
+}
+
+// Calls action with a null pointer of the sample's type, which carries nothing but the type.
+template <typename Action>
+void WithSampleType(SampleKind kind, Action action) {
+  switch (kind) {
+    case SampleKind::Unsigned8: return action(static_cast<const std::uint8_t*>(nullptr));
+    case SampleKind::Unsigned16: return action(static_cast<const std::uint16_t*>(nullptr));
+    case SampleKind::Float: return action(static_cast<const float*>(nullptr));
+  }
+}
+
+template <typename Action>
+void WithComponentType(std::int32_t depth, Action action) {
+  if (depth == 8) return action(static_cast<const std::uint8_t*>(nullptr));
+  action(static_cast<const std::int16_t*>(nullptr));
+}
+
+template <typename Action>
+void WithTypes(SampleKind kind, std::int32_t depth, Action action) {
+  WithSampleType(kind,
+                 [&](auto* sample) { WithComponentType(depth, [&](auto* component) { action(sample, component); }); });
+}
+
+template <typename Pointer>
+using Target = std::remove_const_t<std::remove_pointer_t<Pointer>>;
+
+}  // namespace
+
+std::size_t SampleBytes(SampleKind kind) {
+  switch (kind) {
+    case SampleKind::Unsigned8: return 1;
+    case SampleKind::Unsigned16: return 2;
+    case SampleKind::Float: break;
+  }
+  return 4;
+}
+
+void ReadColourRow(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
+                   void* pixels, std::size_t width) {
+  WithTypes(kind, depth, [&](auto* sample, auto* component) {
+    ReadColours(static_cast<decltype(sample)>(samples), channels, choice,
+                static_cast<Target<decltype(component)>*>(pixels), width);
+  });
+}
+
+void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel, std::int32_t depth, void* pixels,
+                 std::size_t width) {
+  WithTypes(kind, depth, [&](auto* sample, auto* component) {
+    ReadAmounts(static_cast<decltype(sample)>(samples), channels, channel,
+                static_cast<Target<decltype(component)>*>(pixels), width);
+  });
+}
+
+void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, SampleKind kind, int channels,
+                    std::size_t width) {
+  WithTypes(kind, depth, [&](auto* sample, auto* component) {
+    WriteColours(static_cast<decltype(component)>(pixels), static_cast<Target<decltype(sample)>*>(samples), channels,
+                 width);
+  });
+}
+
+}  // namespace vblur::host

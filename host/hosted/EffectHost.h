@@ -1,0 +1,25 @@
+// What the stand-alone host answers to the effect's questions about the project.
+#pragma once
+
+#include <optional>
+
+#include "host/jobs/Job.h"
+#include "platform/IDSEffectHost.h"
+
+namespace vblur::host {
+
+// Reads only, so that effects on several threads may ask the same one.
+class EffectHost : public IDSEffectHost {
+ public:
+  // Without project sizes every content property is unreadable.
+  explicit EffectHost(const std::optional<ProjectSizes>& project) : project_(project) {}
+
+  // kFailed when the sizes are unreadable, kWrongArgument for a key that is none of the four,
+  // kNullPointer for none at all.
+  HRESULT ContentProperty(const char* key, double& value) const override;
+
+ private:
+  std::optional<ProjectSizes> project_;
+};
+
+}  // namespace vblur::host

@@ -1,0 +1,66 @@
+#include "host/hosted/EffectServer.h"
+
+#include <array>
+#include <string>
+
+#include "host/base/Failure.h"
+#include "host/base/HostFolder.h"
+#include "host/hosted/CallTrace.h"
+#include "sdk/effects/Catalogue.h"
+#include "sdk/effects/ClassObjects.h"
+
+namespace vblur::host {
+
+namespace {
+
+constexpr const char* kServerName = "V_Blur.so";
+
+}  // namespace
+
+EffectServer::EffectServer(const std::filesystem::path& file) : file_(file), library_(file, "the effect") {
+  getClassObject_ = library_.Find<DllGetClassObjectFunction>("DllGetClassObject");
+  auto* const enter = library_.Find<DllRegisterServerFunction>("DllRegisterServer");
+  std::string missing;
+  if (getClassObject_ == nullptr || enter == nullptr) {
+    missing = "it is no server: expected DllGetClassObject and DllRegisterServer";
+  } else if (const HRESULT result = enter(); result < 0) {
+    missing = "it cannot register its classes (" + FormatResult(result) + ")";
+  } else {
+    const auto effects = CurrentCatalogue().EffectsOf(families::kFilter);
+    if (effects.empty()) missing = "it offers no image effect";
+    if (!effects.empty()) effect_ = effects.back().clsid;
+  }
+  if (missing.empty()) {
+    AddServer(getClassObject_);
+    return;
+  }
+  library_.Unload();
+  library_.Refuse(missing);
+}
+
+EffectServer::~EffectServer() {
+  RemoveServer(getClassObject_);
+  if (auto* const leave = library_.Find<DllUnregisterServerFunction>("DllUnregisterServer"); leave != nullptr) leave();
+  auto* const mayUnload = library_.Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
+  if (mayUnload != nullptr && mayUnload() == kOk) library_.Unload();
+}
+
+HRESULT EffectServer::GetClassObject(const GUID& clsid, const GUID& iid, void** result) const {
+  return getClassObject_(clsid, iid, result);
+}
+
+ComPtr<IDSImageEffect> EffectServer::CreateEffect() const {
+  ComPtr<IClassFactory> factory;
+  HRESULT result = GetClassObject(effect_, IClassFactory::kIid, factory.Receive());
+  ComPtr<IDSImageEffect> effect;
+  if (result == kOk) result = factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive());
+  if (result == kOk) return effect;
+  throw Failure(ExitCode::SomeFramesFailed,
+                file_.string() + ": the server cannot make the effect (" + FormatResult(result) + ")");
+}
+
+std::filesystem::path DefaultServerFile() {
+  return HostFolder() / kServerName;
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,49 @@
+// A server library, loaded at run time: the host knows it by its four entry points and reaches effects
+// through its class factories alone.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+
+#include "host/base/LoadModule.h"
+#include "platform/ComPtr.h"
+#include "platform/IDSImageEffect.h"
+
+namespace vblur::host {
+
+using EffectFactory = std::function<ComPtr<IDSImageEffect>()>;
+
+class EffectServer {
+ public:
+  // Loads the library and has it register its classes. Throws Failure (cannot read) when there is no such
+  // file, when it is no server, and when it offers no image effect.
+  explicit EffectServer(const std::filesystem::path& file);
+  // Every effect must have gone before. Takes the classes out and unloads the library, unless it says that
+  // something of it is still in use.
+  ~EffectServer();
+  EffectServer(const EffectServer&) = delete;
+  EffectServer& operator=(const EffectServer&) = delete;
+
+  // A new effect with every property at its default. From any thread. Throws Failure (some frames failed)
+  // when the server cannot make it.
+  ComPtr<IDSImageEffect> CreateEffect() const;
+  // The same for whoever takes a factory; the server must outlive it.
+  EffectFactory Factory() const {
+    return [this] { return CreateEffect(); };
+  }
+  // A class object of the server, as it answers.
+  HRESULT GetClassObject(const GUID& clsid, const GUID& iid, void** result) const;
+
+  const std::filesystem::path& file() const { return file_; }
+
+ private:
+  std::filesystem::path file_;
+  LoadedModule library_;
+  DllGetClassObjectFunction* getClassObject_ = nullptr;
+  GUID effect_;
+};
+
+// The server of this installation, or of this build.
+std::filesystem::path DefaultServerFile();
+
+}  // namespace vblur::host

@@ -1,0 +1,30 @@
+#include "host/hosted/FrameRender.h"
+
+#include "host/base/Failure.h"
+#include "host/hosted/CoordMan.h"
+#include "host/hosted/EffectHost.h"
+
+namespace vblur::host {
+
+void RenderInMemory(const EffectFactory& makeEffect, const Job& job, const FramePictures& pictures,
+                    ExecuteContext& context) {
+  const HostImage& input = *pictures.input;
+  HostImage& output = *pictures.output;
+  output.Reset(input.depth(), 4, input.width(), input.height());
+  output.Clear();
+  const std::array<double, 2> size{static_cast<double>(output.width()), static_cast<double>(output.height())};
+  EffectHost effectHost(job.project.value_or(ProjectSizes{size, size}));
+  CoordMan coordMan(job.proxy);
+  // Last, so that it goes before what it borrows.
+  HostedEffect effect(makeEffect());
+  effect.SetUp(job, coordMan, context);
+  const HRESULT result = effect.RenderFrame(pictures, effectHost, job.time, 0);
+  if (context.stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
+  if (result != kOk) throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render a picture of the sheet");
+}
+
+BlurSizeFacts FactsOfSize(const EffectFactory& makeEffect, double blur) {
+  return HostedEffect(makeEffect()).DescribeBlurSize(blur);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,53 @@
+#include "host/hosted/JobFrame.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "host/base/Failure.h"
+#include "host/hosted/EffectHost.h"
+
+namespace vblur::host {
+
+void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
+                   const std::optional<InitialPicture>& initial, HostImage& output) {
+  const auto width = job.output.width.value_or(input ? input->width() : 0);
+  const auto height = job.output.height.value_or(input ? input->height() : 0);
+  if (std::int64_t{4} * width > HostImage::kMostComponents / std::max(1, height)) {
+    throw Failure(ExitCode::WrongUsage, "output: " + std::to_string(width) + " x " + std::to_string(height) +
+                                            " pixels are more than 2^31 components (4 a pixel)");
+  }
+  output.Reset(depth, 4, width, height);
+  output.Place(job.output);
+  if (!initial) return output.Clear();
+  const HostImage& image = initial->image;
+  if (image.width() != width || image.height() != height) {
+    throw Failure(ExitCode::WrongUsage, initial->file.string() + ": " + std::to_string(image.width()) + " x " +
+                                            std::to_string(image.height()) + " pixels, expected the output's " +
+                                            std::to_string(width) + " x " + std::to_string(height));
+  }
+  std::memcpy(output.FirstPixel(), image.FirstPixel(), output.byteCount());
+}
+
+std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output) {
+  if (job.project || job.projectUnreadable) return job.project;
+  const std::array<double, 2> size{static_cast<double>(output.width()), static_cast<double>(output.height())};
+  return ProjectSizes{size, size};
+}
+
+HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
+                     const std::function<void()>& afterField) {
+  EffectHost host(ProjectOf(job, *pictures.output));
+  if (job.mask) pictures.maskOffset = job.mask->offset;
+  const bool both = job.field == FieldChoice::Both;
+  HRESULT result = kOk;
+  for (const FieldChoice field : {both ? FieldChoice::First : job.field, FieldChoice::Second}) {
+    result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
+    afterField();
+    if (result != kOk || !both || context.stopped()) break;
+  }
+  return result;
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,37 @@
+// One frame of a job: what it is rendered into, the project that it belongs to, and its fields.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+#include "host/hosted/ExecuteContext.h"
+#include "host/hosted/HostImage.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/Job.h"
+
+namespace vblur::host {
+
+// What an output holds before the render, and the file that it comes from.
+struct InitialPicture {
+  const HostImage& image;
+  std::filesystem::path file;
+};
+
+// Makes the output of a frame: of the job's size or that of the input (null for none), at its place, all zero or as
+// it was initially. Throws Failure (wrong usage) for more than 2^31 components and for an initial picture of
+// another size.
+void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
+                   const std::optional<InitialPicture>& initial, HostImage& output);
+
+// The job's project; without one of its own, sizes as those of the output, and nothing where the job says that
+// they cannot be read.
+std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
+
+// Renders the frame, or both its fields one after the other; `afterField` is told behind each. Ends with the first
+// result that is not 0, and when the context is stopped.
+HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
+                     const std::function<void()>& afterField);
+
+}  // namespace vblur::host

@@ -1,0 +1,103 @@
+// One use of the effect by the stand-alone host: its pictures, its properties and what to render.
+// The command line fills it from options, the job file from JSON; SequenceRenderer carries it out.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "host/properties/PropertyStore.h"
+
+namespace vblur::host {
+
+// The kinds of use, numbered as the effect numbers them.
+enum class EffectKind : std::int32_t { Filter = 1, Source = 2, Generator = 3, Paint = 4, Transition = 5, Other = 7 };
+
+enum class FieldChoice : std::int32_t { Frame = 0, First = 1, Second = 2, Both = 3 };
+
+// A picture or a sequence of pictures, and where it lies.
+struct ImageRecord {
+  // A file name or a pattern (%04d, ####), as the user wrote it; relative to Job::folder.
+  std::string file;
+  // World units; absent: the origin, and the size in pixels.
+  std::optional<std::array<double, 2>> position;
+  std::optional<std::array<double, 2>> size;
+  std::array<std::int32_t, 2> origin{0, 0};
+
+  friend bool operator==(const ImageRecord&, const ImageRecord&) = default;
+};
+
+struct MaskRecord : ImageRecord {
+  std::array<std::int32_t, 2> offset{0, 0};  // relative to the first input, in pixels
+
+  friend bool operator==(const MaskRecord&, const MaskRecord&) = default;
+};
+
+struct OutputRecord : ImageRecord {
+  // In pixels; absent: that of the first input.
+  std::optional<std::int32_t> width;
+  std::optional<std::int32_t> height;
+  // A picture that the output holds before the render; absent: all components zero.
+  std::optional<std::string> initial;
+
+  friend bool operator==(const OutputRecord&, const OutputRecord&) = default;
+};
+
+// A range of frames: first, first + step, ... up to last.
+struct FrameRange {
+  std::int32_t first = 0;
+  std::int32_t last = 0;
+  std::int32_t step = 1;
+
+  std::int64_t count() const { return (static_cast<std::int64_t>(last) - first) / step + 1; }
+  friend bool operator==(const FrameRange&, const FrameRange&) = default;
+};
+
+// x and y of the lower left pixel, width and height, row 0 at the bottom.
+struct Region {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+
+  friend bool operator==(const Region&, const Region&) = default;
+};
+
+struct ProjectSizes {
+  std::array<double, 2> user{0.0, 0.0};
+  std::array<double, 2> world{0.0, 0.0};
+
+  friend bool operator==(const ProjectSizes&, const ProjectSizes&) = default;
+};
+
+struct Job {
+  // The folder that relative file names start from.
+  std::filesystem::path folder = ".";
+  // 8 or 16 bits a component; absent: 8 when the first input holds unsigned 8-bit samples, else 16.
+  std::optional<std::int32_t> depth;
+  // Absent: a transition when there is a second input, painted when there is a mask, else a filter.
+  std::optional<EffectKind> kind;
+  std::optional<ImageRecord> input;
+  std::optional<ImageRecord> input2;
+  std::optional<MaskRecord> mask;
+  OutputRecord output;
+  // Absent: one frame, without a number in its file names.
+  std::optional<FrameRange> frames;
+  // The time of the first frame; frame n has time + (n - first).
+  double time = 0.0;
+  // Absent: the number of frames from first to last.
+  std::optional<double> duration;
+  FieldChoice field = FieldChoice::Frame;
+  std::optional<Region> roi;
+  // The four content properties: absent, the output's size in pixels; unreadable when told so.
+  std::optional<ProjectSizes> project;
+  bool projectUnreadable = false;
+  std::array<double, 2> proxy{1.0, 1.0};
+  PropertyStore properties;
+
+  friend bool operator==(const Job&, const Job&) = default;
+};
+
+}  // namespace vblur::host

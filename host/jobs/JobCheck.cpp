@@ -1,0 +1,273 @@
+#include "host/jobs/JobCheck.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <set>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
+#include "host/jobs/FramePattern.h"
+#include "host/jobs/FrameRangeText.h"
+#include "host/properties/PropertyText.h"
+
+namespace vblur::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Refuse(std::string_view where, const std::string& problem) {
+  throw Failure(ExitCode::WrongUsage, std::string(where) + ": " + problem);
+}
+
+void CheckFinite(std::string_view where, double value) {
+  if (!std::isfinite(value)) Refuse(where, "expected a finite number, found " + FormatNumber(value));
+}
+
+void CheckFinite(std::string_view where, const std::array<double, 2>& pair) {
+  CheckFinite(where, pair[0]);
+  CheckFinite(where, pair[1]);
+}
+
+void CheckPlace(const std::string& where, const ImageRecord& image) {
+  if (image.file.empty()) Refuse(where, "expected a file name, found none");
+  if (image.position) CheckFinite(where + "/position", *image.position);
+  if (image.size) CheckFinite(where + "/size", *image.size);
+}
+
+void CheckAtLeastOne(std::string_view where, std::int32_t value) {
+  if (value < 1) Refuse(where, "expected at least 1, found " + std::to_string(value));
+}
+
+void CheckPixel(std::string_view where, std::int64_t position) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (position < Limits::min() || position > Limits::max()) {
+    Refuse(where, "reaches pixel " + std::to_string(position) + ", expected pixels from -2147483648 to 2147483647");
+  }
+}
+
+// The effect adds the origin of the first input, or of the output when there is no input.
+void CheckRegion(const Job& job, const Region& region) {
+  CheckAtLeastOne("roi width", region.width);
+  CheckAtLeastOne("roi height", region.height);
+  const std::array<std::int32_t, 2>& origin = job.input ? job.input->origin : job.output.origin;
+  for (const std::int64_t shift : {0, 1}) {
+    const auto x = std::int64_t{region.x} + shift * origin[0];
+    const auto y = std::int64_t{region.y} + shift * origin[1];
+    CheckPixel("roi", x);
+    CheckPixel("roi", y);
+    CheckPixel("roi", x + region.width - 1);
+    CheckPixel("roi", y + region.height - 1);
+  }
+}
+
+void CheckMaskPlace(const Job& job) {
+  if (!job.mask || !job.input) return;
+  CheckPixel("mask/offset", std::int64_t{job.mask->offset[0]} + job.input->origin[0]);
+  CheckPixel("mask/offset", std::int64_t{job.mask->offset[1]} + job.input->origin[1]);
+}
+
+void CheckImages(const Job& job) {
+  if (job.input) CheckPlace("input", *job.input);
+  if (job.input2) CheckPlace("input2", *job.input2);
+  if (job.mask) CheckPlace("mask", *job.mask);
+  CheckPlace("output", job.output);
+  if (job.output.width) CheckAtLeastOne("output/width", *job.output.width);
+  if (job.output.height) CheckAtLeastOne("output/height", *job.output.height);
+  if (job.output.initial && job.output.initial->empty()) Refuse("output/initial", "expected a file name, found none");
+  if (job.roi) CheckRegion(job, *job.roi);
+  CheckMaskPlace(job);
+}
+
+void CheckSetting(const Property& property, const PropertyStore::Setting& setting) {
+  const std::string where = "properties/" + std::string(property.name);
+  const auto check = [&](double value) {
+    if (!IsAllowed(property, value)) {
+      Refuse(where, "expected " + ExpectedValue(property) + ", found " + FormatNumber(value));
+    }
+  };
+  const auto* curve = std::get_if<Curve>(&setting);
+  if (curve == nullptr) return check(std::get<double>(setting));
+  for (const CurveKey& key : curve->keys) {
+    CheckFinite(where, key.time);
+    check(key.value);
+  }
+}
+
+void CheckFrames(const FrameRange& frames) {
+  if (frames.last < frames.first) {
+    Refuse("frames", "expected a last frame that is not before the first, found " + FormatFrameRange(frames));
+  }
+  CheckAtLeastOne("frame step", frames.step);
+}
+
+// One file that the job reads.
+struct Source {
+  std::string_view field;
+  const std::string* file;
+};
+
+std::vector<Source> Sources(const Job& job) {
+  std::vector<Source> sources;
+  if (job.input) sources.push_back({"input", &job.input->file});
+  if (job.input2) sources.push_back({"input2", &job.input2->file});
+  if (job.mask) sources.push_back({"mask", &job.mask->file});
+  return sources;
+}
+
+FramePattern Pattern(std::string_view field, const std::string& file) {
+  try {
+    return FramePattern(file);
+  } catch (const Failure& failure) {
+    Refuse(field, failure.what());
+  }
+}
+
+void CheckNumbers(const Job& job) {
+  std::vector<Source> files = Sources(job);
+  files.push_back({"output", &job.output.file});
+  if (job.output.initial) files.push_back({"output/initial", &*job.output.initial});
+  for (const auto& [field, file] : files) {
+    if (Pattern(field, *file).hasNumber() && !job.frames) {
+      Refuse(field, "the file name " + Quoted(*file) + " takes a frame number, expected frames such as 1-48");
+    }
+  }
+  const FrameRange frames = ResolveFrames(job);
+  if (frames.count() > 1 && !FramePattern(job.output.file).hasNumber()) {
+    Refuse("output", std::to_string(frames.count()) + " frames would all be written to " + Quoted(job.output.file) +
+                         ", expected a file name with a frame number such as out.%04d.exr");
+  }
+}
+
+void CheckNeeds(const Job& job) {
+  const EffectKind kind = ResolveKind(job);
+  if (NeedsInput(kind) && !job.input) Refuse("input", "missing, expected a picture to work on");
+  if (kind == EffectKind::Transition && !job.input2)
+    Refuse("input2", "missing, expected a second clip for a transition");
+  if (kind == EffectKind::Paint && !job.mask) Refuse("mask", "missing, expected a mask to paint through");
+  if (job.mask && !job.input) Refuse("mask", "lies relative to the input, expected an input too");
+  if (!job.input && !(job.output.width && job.output.height)) {
+    Refuse("output", "expected width and height, since there is no input to take them from");
+  }
+}
+
+fs::path Resolved(const Job& job, const std::string& name) {
+  std::error_code ignored;  // what cannot be looked up is compared by name
+  const fs::path path = job.folder / name;
+  const fs::path resolved = fs::weakly_canonical(path, ignored);
+  return resolved.empty() ? path.lexically_normal() : resolved;
+}
+
+// Adds the range's first frame from a number on; a number before the range adds none.
+void AddFrom(std::set<std::int32_t>& frames, const FrameRange& range, std::int64_t from) {
+  if (from < range.first) return;
+  const std::int64_t steps = (from - range.first + range.step - 1) / range.step;
+  const std::int64_t frame = range.first + steps * range.step;
+  if (frame <= range.last) frames.insert(static_cast<std::int32_t>(frame));
+}
+
+// The frames whose numbers the digits of a file name can be read as, with either sign.
+void AddNumbersIn(std::set<std::int32_t>& frames, const FrameRange& range, std::string_view name) {
+  constexpr std::size_t kMostDigits = 10;
+  for (std::size_t from = 0; from < name.size(); ++from) {
+    std::int64_t number = 0;
+    for (std::size_t at = from; at < std::min(name.size(), from + kMostDigits); ++at) {
+      if (name[at] < '0' || name[at] > '9') break;
+      number = number * 10 + (name[at] - '0');
+      AddFrom(frames, range, number);
+      AddFrom(frames, range, -number);
+    }
+  }
+}
+
+// Frames that tell whether an output is ever one of the sources. Two sequences meet in all frames with
+// numbers of one length and sign or in none of them; a single picture is met in the frame whose number its
+// name holds.
+std::set<std::int32_t> TellingFrames(const Job& job) {
+  const FrameRange range = ResolveFrames(job);
+  std::set<std::int32_t> frames;
+  AddFrom(frames, range, range.first);
+  AddFrom(frames, range, 0);
+  for (std::int64_t power = 1; power <= 1'000'000'000; power *= 10) {
+    AddFrom(frames, range, power);
+    AddFrom(frames, range, -power * 10 + 1);
+  }
+  for (const Source& source : Sources(job)) {
+    const FramePattern pattern(*source.file);
+    if (!pattern.hasNumber()) AddNumbersIn(frames, range, Resolved(job, pattern.FileName(0)).string());
+  }
+  return frames;
+}
+
+void CheckOutputIsNoInput(const Job& job) {
+  const FramePattern output(job.output.file);
+  for (const std::int32_t frame : TellingFrames(job)) {
+    const fs::path written = Resolved(job, output.FileName(frame));
+    for (const Source& source : Sources(job)) {
+      if (Resolved(job, FramePattern(*source.file).FileName(frame)) != written) continue;
+      Refuse("output", Quoted(output.FileName(frame)) + " is the picture that " + std::string(source.field) +
+                           " is read from, expected another file");
+    }
+  }
+}
+
+}  // namespace
+
+EffectKind ResolveKind(const Job& job) {
+  if (job.kind) return *job.kind;
+  if (job.input2) return EffectKind::Transition;
+  return job.mask ? EffectKind::Paint : EffectKind::Filter;
+}
+
+FrameRange ResolveFrames(const Job& job) {
+  return job.frames.value_or(FrameRange{});
+}
+
+double ResolveDuration(const Job& job) {
+  if (job.duration) return *job.duration;
+  const FrameRange frames = ResolveFrames(job);
+  return static_cast<double>(std::int64_t{frames.last} - frames.first + 1);
+}
+
+double FrameTime(const Job& job, std::int32_t frame) {
+  return job.time + static_cast<double>(std::int64_t{frame} - ResolveFrames(job).first);
+}
+
+bool NeedsInput(EffectKind kind) {
+  return kind != EffectKind::Generator && kind != EffectKind::Other;
+}
+
+void CheckValues(const Job& job) {
+  if (job.depth && *job.depth != 8 && *job.depth != 16) {
+    Refuse("depth", "expected 8 or 16, found " + std::to_string(*job.depth));
+  }
+  constexpr std::array kKinds{EffectKind::Filter, EffectKind::Source,     EffectKind::Generator,
+                              EffectKind::Paint,  EffectKind::Transition, EffectKind::Other};
+  if (job.kind && std::ranges::find(kKinds, *job.kind) == kKinds.end()) {
+    Refuse("use", "expected 1 to 5 or 7, found " + std::to_string(static_cast<std::int32_t>(*job.kind)));
+  }
+  CheckImages(job);
+  if (job.frames) CheckFrames(*job.frames);
+  CheckFinite("time", job.time);
+  if (job.duration) CheckFinite("duration", *job.duration);
+  if (job.project) CheckFinite("project/userSize", job.project->user);
+  if (job.project) CheckFinite("project/worldSize", job.project->world);
+  CheckFinite("proxy", job.proxy);
+  for (const auto& [guid, setting] : job.properties.settings())
+    CheckSetting(*FindProperty(guid), setting);
+}
+
+void CheckJob(const Job& job, const JobCheckOptions& options) {
+  CheckValues(job);
+  CheckNeeds(job);
+  CheckNumbers(job);
+  if (!options.outputMayBeInput) CheckOutputIsNoInput(job);
+}
+
+}  // namespace vblur::host

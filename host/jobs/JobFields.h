@@ -1,0 +1,39 @@
+// The names that a job file's fields and values have, for the one who reads and the one who writes them.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "host/base/NameMatch.h"
+#include "host/jobs/Job.h"
+
+namespace vblur::host::job_fields {
+
+inline constexpr std::array<std::string_view, 15> kJob{"version", "depth",  "use",     "input", "input2",
+                                                       "mask",    "output", "frames",  "time",  "duration",
+                                                       "field",   "roi",    "project", "proxy", "properties"};
+inline constexpr std::array<std::string_view, 4> kImage{"file", "position", "size", "origin"};
+inline constexpr std::array<std::string_view, 5> kMask{"file", "position", "size", "origin", "offset"};
+inline constexpr std::array<std::string_view, 7> kOutput{"file",  "position", "size",   "origin",
+                                                         "width", "height",   "initial"};
+inline constexpr std::array<std::string_view, 2> kProject{"userSize", "worldSize"};
+
+// The kinds that have a name; the others are told by their number.
+inline constexpr std::array<std::pair<std::string_view, EffectKind>, 4> kKinds{{
+    {"filter", EffectKind::Filter},
+    {"paint", EffectKind::Paint},
+    {"transition", EffectKind::Transition},
+    {"generator", EffectKind::Generator},
+}};
+
+inline std::optional<EffectKind> FindKind(std::string_view name) {
+  const auto found =
+      std::ranges::find_if(kKinds, [&](const auto& kind) { return EqualIgnoringCase(kind.first, name); });
+  if (found == kKinds.end()) return std::nullopt;
+  return found->second;
+}
+
+}  // namespace vblur::host::job_fields

@@ -1,0 +1,173 @@
+#include "host/base/Failure.h"
+#include "host/base/JsonPlace.h"
+#include "host/base/JsonText.h"
+#include "host/base/TextFile.h"
+#include "host/jobs/FramePattern.h"
+#include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFields.h"
+#include "host/jobs/JobFile.h"
+#include "host/properties/PropertyJson.h"
+
+namespace vblur::host {
+
+namespace {
+
+constexpr std::string_view kImageExpected = "an image record such as {\"file\": \"plate.%04d.exr\"}";
+
+std::string ReadFileName(const JsonPlace& place) {
+  std::string name = place.Text("a file name");
+  if (name.empty()) place.FailExpected("a file name");
+  try {
+    FramePattern{name};
+  } catch (const Failure& failure) {
+    place.Fail(failure.what());
+  }
+  return name;
+}
+
+void ReadImage(const JsonPlace& place, ImageRecord& image) {
+  const auto file = place.Field("file");
+  if (!file) JsonPlace(place.value(), JoinPath(place.path(), "file")).Fail("missing, expected a file name");
+  image.file = ReadFileName(*file);
+  if (const auto field = place.Field("position")) image.position = field->NumberPair("[x, y] in world units");
+  if (const auto field = place.Field("size")) image.size = field->NumberPair("[width, height] in world units");
+  if (const auto field = place.Field("origin")) image.origin = field->WholePair("[x, y] in whole pixels");
+}
+
+ImageRecord ReadInput(const JsonPlace& place) {
+  place.RequireFields(job_fields::kImage, kImageExpected);
+  ImageRecord image;
+  ReadImage(place, image);
+  return image;
+}
+
+MaskRecord ReadMask(const JsonPlace& place) {
+  place.RequireFields(job_fields::kMask, kImageExpected);
+  MaskRecord mask;
+  ReadImage(place, mask);
+  if (const auto field = place.Field("offset")) mask.offset = field->WholePair("[x, y] in whole pixels");
+  return mask;
+}
+
+std::int32_t ReadPixelCount(const JsonPlace& place) {
+  const std::int32_t count = place.Whole("a number of pixels, at least 1");
+  if (count < 1) place.FailExpected("a number of pixels, at least 1");
+  return count;
+}
+
+OutputRecord ReadOutput(const JsonPlace& place) {
+  place.RequireFields(job_fields::kOutput, kImageExpected);
+  OutputRecord output;
+  ReadImage(place, output);
+  if (const auto field = place.Field("width")) output.width = ReadPixelCount(*field);
+  if (const auto field = place.Field("height")) output.height = ReadPixelCount(*field);
+  if (const auto field = place.Field("initial")) output.initial = ReadFileName(*field);
+  return output;
+}
+
+EffectKind ReadKind(const JsonPlace& place) {
+  constexpr std::string_view kExpected =
+      "\"filter\", \"paint\", \"transition\", \"generator\" or a kind from 1 to 5 or 7";
+  if (place.value().is_string()) {
+    const auto kind = job_fields::FindKind(place.Text(kExpected));
+    if (!kind) place.FailExpected(kExpected);
+    return *kind;
+  }
+  const std::int32_t number = place.Whole(kExpected);
+  if (number < 1 || number > 7 || number == 6) place.FailExpected(kExpected);
+  return static_cast<EffectKind>(number);
+}
+
+FieldChoice ReadFieldChoice(const JsonPlace& place) {
+  constexpr std::string_view kExpected = "0, 1, 2 or \"both\"";
+  if (place.value().is_string()) {
+    if (place.Text(kExpected) != "both") place.FailExpected(kExpected);
+    return FieldChoice::Both;
+  }
+  const std::int32_t number = place.Whole(kExpected);
+  if (number < 0 || number > 2) place.FailExpected(kExpected);
+  return static_cast<FieldChoice>(number);
+}
+
+std::int32_t ReadDepth(const JsonPlace& place) {
+  const std::int32_t depth = place.Whole("8 or 16");
+  if (depth != 8 && depth != 16) place.FailExpected("8 or 16");
+  return depth;
+}
+
+FrameRange ReadFrames(const JsonPlace& place) {
+  const auto [first, last] = place.WholePair("[first, last], two whole numbers of 32 bits");
+  if (last < first) place.FailExpected("[first, last] with a last frame that is not before the first");
+  return {first, last, 1};
+}
+
+Region ReadRegion(const JsonPlace& place) {
+  constexpr std::string_view kExpected = "[x, y, width, height], whole numbers with width and height at least 1";
+  place.RequireArray(4, kExpected);
+  const Region region{place.Item(0).Whole(), place.Item(1).Whole(), place.Item(2).Whole(), place.Item(3).Whole()};
+  if (region.width < 1 || region.height < 1) place.FailExpected(kExpected);
+  return region;
+}
+
+void ReadProject(const JsonPlace& place, Job& job) {
+  if (place.value().is_null()) {
+    job.projectUnreadable = true;
+    return;
+  }
+  constexpr std::string_view kExpected = "{\"userSize\": [w, h], \"worldSize\": [w, h]} or null";
+  place.RequireFields(job_fields::kProject, kExpected);
+  const auto user = place.Field("userSize");
+  const auto world = place.Field("worldSize");
+  if (!user || !world) place.FailExpected(kExpected);
+  job.project = ProjectSizes{user->NumberPair("[width, height]"), world->NumberPair("[width, height]")};
+}
+
+void ReadPictures(const JsonPlace& root, Job& job) {
+  if (const auto field = root.Field("input")) job.input = ReadInput(*field);
+  if (const auto field = root.Field("input2")) job.input2 = ReadInput(*field);
+  if (const auto field = root.Field("mask")) job.mask = ReadMask(*field);
+  const auto output = root.Field("output");
+  if (!output) root.Fail("output: missing, expected " + std::string(kImageExpected));
+  job.output = ReadOutput(*output);
+  if (!job.input && NeedsInput(ResolveKind(job))) root.Fail("input: missing, expected " + std::string(kImageExpected));
+}
+
+Job ReadJob(const JsonPlace& root) {
+  if (!root.value().is_object()) root.FailExpected("an object with the fields of a job");
+  if (const auto field = root.Field("version"); field && field->value() != 1) field->FailExpected("version 1");
+  root.RequireFields(job_fields::kJob, "");
+  Job job;
+  if (const auto field = root.Field("depth")) job.depth = ReadDepth(*field);
+  if (const auto field = root.Field("use")) job.kind = ReadKind(*field);
+  ReadPictures(root, job);
+  if (const auto field = root.Field("frames")) job.frames = ReadFrames(*field);
+  if (const auto field = root.Field("time")) job.time = field->Number();
+  if (const auto field = root.Field("duration")) job.duration = field->Number();
+  if (const auto field = root.Field("field")) job.field = ReadFieldChoice(*field);
+  if (const auto field = root.Field("roi")) job.roi = ReadRegion(*field);
+  if (const auto field = root.Field("project")) ReadProject(*field, job);
+  if (const auto field = root.Field("proxy")) job.proxy = field->NumberPair("[sx, sy], two factors");
+  if (const auto field = root.Field("properties")) job.properties = ReadProperties(*field);
+  return job;
+}
+
+}  // namespace
+
+Job ParseJob(std::string_view text, const std::filesystem::path& folder) {
+  const nlohmann::json document = ParseJson(text);
+  Job job = ReadJob(JsonPlace(document));
+  job.folder = folder;
+  return job;
+}
+
+Job ReadJobFile(const std::filesystem::path& path) {
+  const std::string text = ReadTextFile(path, "job file");
+  try {
+    const std::filesystem::path folder = path.parent_path();
+    return ParseJob(text, folder.empty() ? "." : folder);
+  } catch (const Failure& failure) {
+    throw Failure(failure.code(), path.string() + ": " + failure.what());
+  }
+}
+
+}  // namespace vblur::host

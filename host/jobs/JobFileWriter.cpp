@@ -1,0 +1,138 @@
+#include <algorithm>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "host/base/Failure.h"
+#include "host/base/TextFile.h"
+#include "host/jobs/FramePattern.h"
+#include "host/jobs/FrameRangeText.h"
+#include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFields.h"
+#include "host/jobs/JobFile.h"
+#include "host/properties/PropertyJson.h"
+
+namespace vblur::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+Json ImageToJson(const ImageRecord& image) {
+  Json json;
+  json["file"] = image.file;
+  if (image.position) json["position"] = *image.position;
+  if (image.size) json["size"] = *image.size;
+  if (image.origin != ImageRecord{}.origin) json["origin"] = image.origin;
+  return json;
+}
+
+Json MaskToJson(const MaskRecord& mask) {
+  Json json = ImageToJson(mask);
+  if (mask.offset != MaskRecord{}.offset) json["offset"] = mask.offset;
+  return json;
+}
+
+Json OutputToJson(const OutputRecord& output) {
+  Json json = ImageToJson(output);
+  if (output.width) json["width"] = *output.width;
+  if (output.height) json["height"] = *output.height;
+  if (output.initial) json["initial"] = *output.initial;
+  return json;
+}
+
+Json KindToJson(EffectKind kind) {
+  const auto found = std::ranges::find(job_fields::kKinds, kind, [](const auto& entry) { return entry.second; });
+  if (found != job_fields::kKinds.end()) return found->first;
+  return static_cast<std::int32_t>(kind);
+}
+
+Json FieldToJson(FieldChoice field) {
+  if (field == FieldChoice::Both) return "both";
+  return static_cast<std::int32_t>(field);
+}
+
+Json ProjectToJson(const ProjectSizes& project) {
+  return {{"userSize", project.user}, {"worldSize", project.world}};
+}
+
+Json JobToJson(const Job& job) {
+  Json json;
+  json["version"] = 1;
+  if (job.depth) json["depth"] = *job.depth;
+  if (job.kind) json["use"] = KindToJson(*job.kind);
+  if (job.input) json["input"] = ImageToJson(*job.input);
+  if (job.input2) json["input2"] = ImageToJson(*job.input2);
+  if (job.mask) json["mask"] = MaskToJson(*job.mask);
+  json["output"] = OutputToJson(job.output);
+  if (job.frames) json["frames"] = {job.frames->first, job.frames->last};
+  if (job.time != 0.0) json["time"] = job.time;
+  if (job.duration) json["duration"] = *job.duration;
+  if (job.field != FieldChoice::Frame) json["field"] = FieldToJson(job.field);
+  if (job.roi) json["roi"] = {job.roi->x, job.roi->y, job.roi->width, job.roi->height};
+  if (job.projectUnreadable) {
+    json["project"] = nullptr;
+  } else if (job.project) {
+    json["project"] = ProjectToJson(*job.project);
+  }
+  if (job.proxy != Job{}.proxy) json["proxy"] = job.proxy;
+  if (!job.properties.settings().empty()) json["properties"] = PropertiesToJson(job.properties);
+  return json;
+}
+
+// A file name that started from one folder, as it must read to start from another. Only the steps up at
+// its beginning are carried out: further ones may pass through links.
+std::string Rebased(const std::string& file, fs::path from, const fs::path& to) {
+  const fs::path name(file);
+  if (name.is_absolute()) return file;
+  auto part = name.begin();
+  for (; part != name.end() && (*part == ".." || *part == "."); ++part) {
+    if (*part == "..") from = from.parent_path();
+  }
+  fs::path rebased = FramePattern::Escaped(from.lexically_relative(to).string());
+  if (rebased == ".") rebased.clear();
+  for (; part != name.end(); ++part)
+    rebased /= *part;
+  return rebased.string();
+}
+
+fs::path FolderOf(const fs::path& path) {
+  return path.parent_path().empty() ? fs::path(".") : path.parent_path();
+}
+
+void Rebase(Job& job, const fs::path& folder) {
+  const fs::path from = fs::weakly_canonical(fs::absolute(job.folder));
+  const fs::path to = fs::weakly_canonical(fs::absolute(folder));
+  if (from != to) {
+    if (job.input) job.input->file = Rebased(job.input->file, from, to);
+    if (job.input2) job.input2->file = Rebased(job.input2->file, from, to);
+    if (job.mask) job.mask->file = Rebased(job.mask->file, from, to);
+    job.output.file = Rebased(job.output.file, from, to);
+    if (job.output.initial) job.output.initial = Rebased(*job.output.initial, from, to);
+  }
+  job.folder = folder;
+}
+
+}  // namespace
+
+std::string FormatJob(const Job& job) {
+  CheckValues(job);
+  if (job.frames && job.frames->step != 1) {
+    throw Failure(ExitCode::WrongUsage, "frames: a job file holds every frame from the first to the last, found " +
+                                            FormatFrameRange(*job.frames) + ", expected a range without a step");
+  }
+  try {
+    return LayoutJson(JobToJson(job));
+  } catch (const nlohmann::json::type_error&) {
+    throw Failure(ExitCode::WrongUsage, "a file name is not UTF-8, expected one that a job file can hold");
+  }
+}
+
+void WriteJobFile(const Job& job, const fs::path& path) {
+  Job rebased = job;
+  Rebase(rebased, FolderOf(path));
+  WriteTextFile(FormatJob(rebased), path, "job file");
+}
+
+}  // namespace vblur::host

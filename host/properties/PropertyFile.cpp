@@ -1,0 +1,59 @@
+#include "host/properties/PropertyFile.h"
+
+#include <array>
+
+#include "host/base/Failure.h"
+#include "host/base/JsonText.h"
+#include "host/base/TextFile.h"
+#include "host/properties/PropertyJson.h"
+
+namespace vblur::host {
+
+namespace {
+
+constexpr std::array<std::string_view, 2> kFields{"version", "properties"};
+
+PropertyStore Parse(const std::string& text) {
+  const nlohmann::json document = ParseJson(text);
+  const JsonPlace root(document);
+  root.RequireFields(kFields, "{\"version\": 1, \"properties\": {...}}");
+  if (const auto version = root.Field("version"); version && version->value() != 1) version->FailExpected("version 1");
+  const auto properties = root.Field("properties");
+  if (!properties) root.Fail("properties: missing, expected an object of property names and values");
+  return ReadProperties(*properties);
+}
+
+}  // namespace
+
+PropertyStore PropertiesOf(IDSProperties& effect) {
+  PropertyStore store;
+  for (const Property& property : kProperties) {
+    const Curve* curve = nullptr;
+    DSVariant value;
+    if (effect.GetCurve(property.guid, &curve) == kOk) {
+      store.Set(property.guid, *curve);
+    } else if (effect.GetValue(property.guid, &value) == kOk) {
+      store.Set(property.guid, value.asNumber());
+    } else {
+      throw Failure(ExitCode::WrongUsage, std::string(property.name) + ": the effect does not have this property");
+    }
+  }
+  return store;
+}
+
+PropertyStore ReadPropertyFile(const std::filesystem::path& path) {
+  const std::string text = ReadTextFile(path, "property file");
+  try {
+    return Parse(text);
+  } catch (const Failure& failure) {
+    throw Failure(failure.code(), path.string() + ": " + failure.what());
+  }
+}
+
+void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path) {
+  nlohmann::ordered_json document{{"version", 1}};
+  document["properties"] = PropertiesToJson(properties);
+  WriteTextFile(LayoutJson(document), path, "property file");
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,25 @@
+// Property files: what the host keeps of an effect's properties, plain values and curves, to be put on
+// another effect another day.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "host/properties/PropertyStore.h"
+#include "platform/IDSProperties.h"
+
+namespace vblur::host {
+
+// All properties of an effect as they stand: curves, and plain values that are not the default. Throws
+// Failure (wrong usage) when the effect lacks one of the table.
+PropertyStore PropertiesOf(IDSProperties& effect);
+
+// Reads {"version": 1, "properties": {...}}, with properties as in a job file. Throws Failure, whose line
+// begins with the file's name, as ReadJobFile does.
+PropertyStore ReadPropertyFile(const std::filesystem::path& path);
+
+// Writes a file that ReadPropertyFile gives equal properties for, to the last bit. It appears when it is
+// complete and replaces one of the same name. Throws Failure (cannot write).
+void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path);
+
+}  // namespace vblur::host

@@ -1,0 +1,28 @@
+#include "host/sequence/FramesInFlight.h"
+
+#include <algorithm>
+
+namespace vblur::host {
+
+namespace {
+
+// One frame that is read and one that is written beside those that render.
+constexpr std::int64_t kForFiles = 2;
+
+}  // namespace
+
+SequenceLanes FramesInFlight(const SequenceLoad& load) {
+  const std::int64_t frames = std::max<std::int64_t>(load.frames, 1);
+  const std::int64_t fitting = load.memory / std::max<std::int64_t>(load.bytesPerFrame, 1);
+  const std::int64_t sideBySide = std::min<std::int64_t>(load.processors, fitting - kForFiles);
+  const bool gains = frames > load.processors && sideBySide * 2 >= load.processors;
+  const std::int64_t rendering = load.asked > 0 ? std::min<std::int64_t>(load.asked, frames) : gains ? sideBySide : 1;
+  const bool oneThreadEach = load.asked > 0 ? rendering >= load.processors : gains;
+  SequenceLanes lanes;
+  lanes.frames = static_cast<std::int32_t>(rendering);
+  lanes.threads = oneThreadEach ? 1 : load.processors;
+  lanes.slots = static_cast<std::int32_t>(std::min(frames, std::clamp(fitting, rendering, rendering + kForFiles)));
+  return lanes;
+}
+
+}  // namespace vblur::host

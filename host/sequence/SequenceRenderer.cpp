@@ -1,0 +1,372 @@
+#include "host/sequence/SequenceRenderer.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <limits>
+#include <list>
+#include <new>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "host/base/PartFiles.h"
+#include "host/files/OutputFile.h"
+#include "host/hosted/CoordMan.h"
+#include "host/hosted/JobFrame.h"
+#include "host/jobs/JobCheck.h"
+#include "host/sequence/FramePipeline.h"
+#include "host/sequence/FramesInFlight.h"
+#include "host/sequence/SequenceRendererInputs.h"
+
+namespace vblur::host {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Adds the time of a scope to a sum.
+class Stopwatch {
+ public:
+  explicit Stopwatch(double& sum) : sum_(sum) {}
+  ~Stopwatch() { sum_ += SecondsSince(start_); }
+  Stopwatch(const Stopwatch&) = delete;
+  Stopwatch& operator=(const Stopwatch&) = delete;
+
+ private:
+  double& sum_;
+  Clock::time_point start_ = Clock::now();
+};
+
+// A frame that is to leave no trace: the run ended before it was done.
+struct FrameDropped {};
+
+// A frame on its way, and the pictures that the next one in this slot uses again.
+struct FrameSlot {
+  explicit FrameSlot(const StopTest& stop) : reader(stop), writer(stop) {}
+
+  FrameResult result;
+  bool dropped = false;
+  PictureReader reader;
+  PictureWriter writer;
+  std::optional<WrittenPicture> written;
+  HostImage inputImage;
+  HostImage input2Image;
+  HostImage maskImage;
+  HostImage initialImage;
+  HostImage output;
+  SequenceInput::Picture input;
+  SequenceInput::Picture input2;
+  SequenceInput::Picture mask;
+
+  bool isOpen() const { return !dropped && result.status == FrameStatus::Done; }
+};
+
+class SequenceRun {
+ public:
+  SequenceRun(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options, ExecuteContext& context,
+              RenderObserver& observer);
+
+  void CheckFiles();
+  RenderSummary Run();
+
+ private:
+  std::int32_t FrameAt(std::int64_t index) const {
+    return static_cast<std::int32_t>(frames_.first + index * frames_.step);
+  }
+  std::filesystem::path OutputOf(std::int32_t frame) const { return JobFilePath(job_, outputPattern_, frame); }
+  bool IsSkipped(std::int32_t frame) const;
+  std::array<SequenceInput*, 4> Inputs();
+  void CheckInputs(std::int32_t frame);
+  void SettleDepth();
+  SequenceLanes SettleLanes();
+  void SetUpEffects(const SequenceLanes& lanes);
+
+  template <typename Work>
+  void Attempt(FrameSlot& slot, double& seconds, Work work);
+  void Fail(FrameSlot& slot, ExitCode code, const std::string& message);
+  bool IsOver(std::int64_t index) const { return context_.stopped() || index > lastIndex_; }
+
+  void Begin(FrameSlot& slot, std::int64_t index);
+  void Read(FrameSlot& slot);
+  void PrepareOutput(FrameSlot& slot);
+  void Render(HostedEffect& effect, FrameSlot& slot);
+  void Write(FrameSlot& slot);
+  void Report(FrameSlot& slot);
+
+  const Job& job_;
+  const EffectFactory& makeEffect_;
+  const RenderOptions& options_;
+  ExecuteContext& context_;
+  RenderObserver& observer_;
+  const FrameRange frames_;
+  const FramePattern outputPattern_;
+  std::optional<SequenceInput> input_;
+  std::optional<SequenceInput> input2_;
+  std::optional<SequenceInput> mask_;
+  std::optional<SequenceInput> initial_;
+  std::int32_t depth_ = 16;
+  CoordMan coordMan_;
+  // One for each lane; those behind the first are its clones and go before it.
+  std::vector<HostedEffect> effects_;
+  // The frame that ended the run by failing; those before it are finished.
+  std::atomic<std::int64_t> lastIndex_ = std::numeric_limits<std::int64_t>::max();
+  RenderSummary summary_;
+};
+
+SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options,
+                         ExecuteContext& context, RenderObserver& observer)
+    : job_(job),
+      makeEffect_(makeEffect),
+      options_(options),
+      context_(context),
+      observer_(observer),
+      frames_(ResolveFrames(job)),
+      outputPattern_(job.output.file),
+      coordMan_(job.proxy) {
+  using Use = SequenceInput::Use;
+  if (job.input) input_.emplace(job, *job.input, Use::Colour);
+  if (job.input2) input2_.emplace(job, *job.input2, Use::Colour);
+  if (job.mask) mask_.emplace(job, *job.mask, Use::Mask);
+  if (job.output.initial) {
+    ImageRecord record;
+    record.file = *job.output.initial;
+    initial_.emplace(job, record, Use::Colour);
+  }
+}
+
+bool SequenceRun::IsSkipped(std::int32_t frame) const {
+  std::error_code error;
+  return options_.skipExisting && std::filesystem::exists(OutputOf(frame), error);
+}
+
+std::array<SequenceInput*, 4> SequenceRun::Inputs() {
+  const auto pointer = [](std::optional<SequenceInput>& input) { return input ? &*input : nullptr; };
+  return {pointer(input_), pointer(input2_), pointer(mask_), pointer(initial_)};
+}
+
+std::string AboutFrame(const FrameRange& frames, std::int32_t frame) {
+  return frames.count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
+}
+
+void SequenceRun::CheckInputs(std::int32_t frame) {
+  for (const SequenceInput* input : Inputs()) {
+    std::error_code error;
+    if (!input || std::filesystem::exists(input->FileOf(frame), error)) continue;
+    throw Failure(ExitCode::CannotRead,
+                  input->FileOf(frame).string() + ": cannot read: no such file" + AboutFrame(frames_, frame));
+  }
+}
+
+void SequenceRun::CheckFiles() {
+  OutputFormatOf(OutputOf(frames_.first));
+  RemoveAbandonedParts(OutputOf(frames_.first).parent_path());
+  for (std::int64_t index = 0; index < frames_.count() && !context_.stopped(); ++index) {
+    const std::int32_t frame = FrameAt(index);
+    if (IsSkipped(frame)) continue;
+    if (options_.onError == OnError::Stop) CheckInputs(frame);
+    RequireWritable(OutputOf(frame), options_.overwrite);
+  }
+  SettleDepth();
+}
+
+void SequenceRun::SettleDepth() {
+  if (job_.depth) depth_ = *job_.depth;
+  if (job_.depth || !input_) return;
+  for (std::int64_t index = 0; index < frames_.count(); ++index) {
+    const std::int32_t frame = FrameAt(index);
+    if (IsSkipped(frame)) continue;
+    try {
+      depth_ = ReadPictureInfo(input_->FileOf(frame)).naturalDepth();
+      return;
+    } catch (const Failure&) {
+      if (options_.onError == OnError::Stop) throw;
+    }
+  }
+}
+
+// What the first frame takes; an input that cannot be read is that frame's failure, later.
+SequenceLanes SequenceRun::SettleLanes() {
+  SequenceLoad load;
+  load.frames = frames_.count();
+  load.memory = options_.memory;
+  load.asked = options_.framesInFlight;
+  load.processors = options_.threads > 0 ? options_.threads
+                                         : static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
+  std::int64_t width = job_.output.width.value_or(0);
+  std::int64_t height = job_.output.height.value_or(0);
+  if (load.frames > 1 && input_ && (width == 0 || height == 0)) {
+    try {
+      const PictureInfo info = ReadPictureInfo(input_->FileOf(frames_.first));
+      width = info.width;
+      height = info.height;
+    } catch (const Failure&) {
+      load.frames = 1;
+    }
+  }
+  // Inputs, output, and the filter's own picture between its passes; twice that in a transition.
+  const std::int64_t pictures = (input_ ? 1 : 0) + (input2_ ? 2 : 0) + (mask_ ? 1 : 0) + 2;
+  load.bytesPerFrame = width * height * 4 * (depth_ / 8) * pictures;
+  return FramesInFlight(load);
+}
+
+void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
+  effects_.reserve(static_cast<std::size_t>(lanes.frames) + 1);
+  effects_.emplace_back(makeEffect_(), options_.trace);
+  effects_.front().SetRenderThreads(lanes.threads);
+  effects_.front().SetUp(job_, coordMan_, context_);
+  // Frames side by side render on clones alone, so that what they report to their source meets nobody there.
+  for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
+    effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
+  for (HostedEffect& effect : effects_)
+    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, FrameAt(frames_.count() - 1)));
+}
+
+void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
+  slot.result.status = FrameStatus::Failed;
+  slot.result.code = code;
+  slot.result.message = message + AboutFrame(frames_, slot.result.frame);
+  if (options_.onError != OnError::Stop) return;
+  std::int64_t last = lastIndex_;
+  while (slot.result.index < last && !lastIndex_.compare_exchange_weak(last, slot.result.index)) {
+  }
+}
+
+template <typename Work>
+void SequenceRun::Attempt(FrameSlot& slot, double& seconds, Work work) {
+  if (IsOver(slot.result.index)) slot.dropped = true;
+  if (!slot.isOpen()) return;
+  const Stopwatch watch(seconds);
+  try {
+    work();
+  } catch (const Failure& failure) {
+    Fail(slot, failure.code(), failure.what());
+  } catch (const FileInterrupted&) {
+    slot.dropped = true;
+  } catch (const FrameDropped&) {
+    slot.dropped = true;
+  } catch (const std::bad_alloc&) {
+    Fail(slot, ExitCode::SomeFramesFailed, slot.result.file.string() + ": not enough memory for this frame");
+  }
+}
+
+void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
+  slot.dropped = false;
+  slot.result = FrameResult{};
+  slot.result.index = index;
+  slot.result.frame = FrameAt(index);
+  slot.result.file = OutputOf(slot.result.frame);
+  if (IsSkipped(slot.result.frame)) slot.result.status = FrameStatus::Skipped;
+  Attempt(slot, slot.result.seconds.read, [&] { Read(slot); });
+}
+
+void SequenceRun::Read(FrameSlot& slot) {
+  const auto read = [&](std::optional<SequenceInput>& input, HostImage& image) {
+    return input ? input->Read(slot.reader, slot.result.frame, depth_, image) : SequenceInput::Picture{};
+  };
+  slot.input = read(input_, slot.inputImage);
+  slot.input2 = read(input2_, slot.input2Image);
+  slot.mask = read(mask_, slot.maskImage);
+  PrepareOutput(slot);
+}
+
+void SequenceRun::PrepareOutput(FrameSlot& slot) {
+  std::optional<InitialPicture> initial;
+  if (initial_) {
+    const auto read = initial_->Read(slot.reader, slot.result.frame, depth_, slot.initialImage);
+    initial.emplace(InitialPicture{*read.image, initial_->FileOf(slot.result.frame)});
+  }
+  host::PrepareOutput(job_, depth_, slot.input.image, initial, slot.output);
+}
+
+void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
+  const FramePictures pictures{&slot.output, slot.input.image, slot.input2.image, slot.mask.image};
+  const auto keepMemory = [&] {
+    // The fields come one after the other: the larger one counts.
+    const FrameMemoryFacts memory = effect.frameMemory();
+    if (!slot.result.memory || memory.own > slot.result.memory->own) slot.result.memory = memory;
+  };
+  const double time = FrameTime(job_, slot.result.frame);
+  const HRESULT result = RenderFields(effect, job_, pictures, time, context_, keepMemory);
+  if (context_.stopped()) throw FrameDropped{};
+  slot.result.overscan = effect.overscan();
+  if (result == kOk) return;
+  throw Failure(ExitCode::SomeFramesFailed,
+                slot.result.file.string() + ": the effect cannot render this frame (" + FormatResult(result) + ")");
+}
+
+void SequenceRun::Write(FrameSlot& slot) {
+  slot.written = slot.writer.WriteBeside(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
+}
+
+void SequenceRun::Report(FrameSlot& slot) {
+  summary_.seconds.read += slot.result.seconds.read;
+  summary_.seconds.render += slot.result.seconds.render;
+  summary_.seconds.write += slot.result.seconds.write;
+  if (slot.dropped) return;
+  switch (slot.result.status) {
+    case FrameStatus::Done: ++summary_.done; break;
+    case FrameStatus::Skipped: ++summary_.skipped; break;
+    case FrameStatus::Failed:
+      ++summary_.failed;
+      summary_.code = options_.onError == OnError::Stop ? slot.result.code : ExitCode::SomeFramesFailed;
+      break;
+  }
+  observer_.OnFrame(slot.result);
+}
+
+RenderSummary SequenceRun::Run() {
+  const auto start = Clock::now();
+  const SequenceLanes lanes = SettleLanes();
+  SetUpEffects(lanes);
+  observer_.OnStart(frames_.count(), lanes.frames);
+  // A list: slots do not move.
+  std::list<FrameSlot> room;
+  std::vector<FrameSlot*> slots;
+  for (std::int32_t slot = 0; slot < lanes.slots; ++slot)
+    slots.push_back(&room.emplace_back([this] { return context_.stopped(); }));
+  FrameStages stages;
+  stages.read = [&](std::size_t slot, std::int64_t index) { Begin(*slots[slot], index); };
+  stages.render = [&](std::size_t lane, std::size_t slot, std::int64_t) {
+    HostedEffect& effect = effects_[lanes.frames > 1 ? lane + 1 : 0];
+    FrameSlot& frame = *slots[slot];
+    Attempt(frame, frame.result.seconds.render, [&] { Render(effect, frame); });
+  };
+  stages.write = [&](std::size_t slot, std::int64_t) {
+    FrameSlot& frame = *slots[slot];
+    Attempt(frame, frame.result.seconds.write, [&] { Write(frame); });
+  };
+  // Names are taken in the order of the frames: behind one that ends the run there is none.
+  stages.report = [&](std::size_t slot, std::int64_t) {
+    FrameSlot& frame = *slots[slot];
+    Attempt(frame, frame.result.seconds.write, [&] { frame.written->Commit(); });
+    frame.written.reset();
+    Report(frame);
+  };
+  stages.goesOn = [&] { return !context_.stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
+  RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.count(), stages);
+  // Clones before what they were cloned from.
+  for (; !effects_.empty(); effects_.pop_back())
+    effects_.back().EndFrameRange();
+  if (context_.stopped()) summary_.code = ExitCode::Interrupted;
+  summary_.wallSeconds = SecondsSince(start);
+  return summary_;
+}
+
+}  // namespace
+
+RenderSummary RenderSequence(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options,
+                             ExecuteContext& context, RenderObserver& observer) {
+  JobCheckOptions check;
+  check.outputMayBeInput = options.overwrite;
+  CheckJob(job, check);
+  SequenceRun run(job, makeEffect, options, context, observer);
+  run.CheckFiles();
+  return run.Run();
+}
+
+}  // namespace vblur::host

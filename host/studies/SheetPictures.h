@@ -1,0 +1,32 @@
+// The pictures of a contact sheet, made ready for its panels.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/hosted/HostImage.h"
+#include "host/studies/SheetPanels.h"
+
+namespace vblur::host {
+
+// The pictures of a sheet at panel size, and what is said about them.
+struct SheetPictures {
+  HostImage input;
+  HostImage input2;  // of the same size and depth; for transitions only
+  bool associatedAlpha = false;
+  std::string caption;
+};
+
+struct SheetPoint {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+};
+
+// The size of a picture in the room for one: as large as fits, in proportion, never larger than it is.
+SheetPoint PanelSize(const SheetPlan& plan, std::int32_t width, std::int32_t height);
+// A picture of another size, each component by itself as the effect handles them.
+void ScalePicture(const HostImage& from, std::int32_t width, std::int32_t height, HostImage& to);
+// Turned upside down with red, green and blue exchanged: a second clip for those who have none.
+void MakeSecondClip(const HostImage& from, HostImage& to);
+
+}  // namespace vblur::host

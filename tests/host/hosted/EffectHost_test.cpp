@@ -1,0 +1,31 @@
+#include "host/hosted/EffectHost.h"
+
+#include <gtest/gtest.h>
+
+namespace vblur::host {
+namespace {
+
+constexpr const char* kKeys[] = {kProjectUserSizeX, kProjectUserSizeY, kProjectWorldSizeX, kProjectWorldSizeY};
+
+TEST(EffectHost, TellsTheProjectSizes) {
+  const EffectHost host(ProjectSizes{{720, 486}, {4, 3}});
+  const double expected[] = {720, 486, 4, 3};
+  for (std::size_t i = 0; i < std::size(kKeys); ++i) {
+    double value = -1.0;
+    EXPECT_EQ(host.ContentProperty(kKeys[i], value), kOk);
+    EXPECT_EQ(value, expected[i]) << kKeys[i];
+  }
+}
+
+TEST(EffectHost, FailsForUnreadableAndUnknownKeys) {
+  double value = -1.0;
+  for (const char* key : kKeys)
+    EXPECT_EQ(EffectHost(std::nullopt).ContentProperty(key, value), kFailed);
+  const EffectHost host(ProjectSizes{{720, 486}, {4, 3}});
+  EXPECT_EQ(host.ContentProperty("Project Frame Rate", value), kWrongArgument);
+  EXPECT_EQ(host.ContentProperty(nullptr, value), kNullPointer);
+  EXPECT_EQ(value, -1.0);
+}
+
+}  // namespace
+}  // namespace vblur::host

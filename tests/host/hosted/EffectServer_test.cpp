@@ -1,0 +1,123 @@
+#include "host/hosted/EffectServer.h"
+
+#include <gtest/gtest.h>
+
+#include "host/hosted/HostedEffect.h"
+#include "platform/Content.h"
+#include "sdk/effects/Catalogue.h"
+#include "sdk/effects/ClassObjects.h"
+#include "sdk/effects/Content.h"
+#include "tests/support/host/FailureOf.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+TEST(EffectServer, IsFoundMakesEffectsAndGoesAgain) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  {
+    const EffectServer server(DefaultServerFile());
+    EXPECT_EQ(catalogue.Classes().size(), 7u);
+    const auto effect = server.CreateEffect();
+    const auto second = server.Factory()();
+    ASSERT_TRUE(effect);
+    EXPECT_NE(effect.get(), second.get());
+    EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), kOk);
+    const EffectServer again(DefaultServerFile());
+    EXPECT_TRUE(again.CreateEffect());
+  }
+  EXPECT_TRUE(catalogue.Classes().empty());
+  EXPECT_TRUE(catalogue.EffectsOf(families::kFilter).empty());
+  UseCatalogue(nullptr);
+}
+
+TEST(EffectServer, RefusesWhatIsNoServer) {
+  const ScratchFolder folder;
+  const auto refused = [](const std::filesystem::path& file) {
+    const auto failure = CaughtFailure([&] { EffectServer{file}; });
+    EXPECT_EQ(failure->code(), ExitCode::CannotRead);
+    return std::string(failure->what());
+  };
+  EXPECT_EQ(refused(folder.path() / "none.so"),
+            (folder.path() / "none.so").string() + ": cannot load the effect: no such file");
+  const auto text = folder.Write("text.so", "not a library");
+  EXPECT_EQ(refused(text).rfind(text.string() + ": cannot load the effect: ", 0), 0u);
+  // A library, but without the entry points.
+  EXPECT_NE(refused(VBLUR_SDK_EFFECTS).find("it is no server: expected DllGetClassObject"), std::string::npos);
+}
+
+constexpr GUID kBlurClass = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
+
+HRESULT CreateEffectByClass(ComPtr<IDSImageEffect>& effect, std::uint32_t context = CLSCTX_INPROC_SERVER) {
+  return CoCreateInstance(kBlurClass, nullptr, context, IDSImageEffect::kIid, effect.Receive());
+}
+
+// Knows the class, to be asked when none that is newer does.
+HRESULT FailingServer(const GUID& clsid, const GUID&, void** result) {
+  *result = nullptr;
+  return clsid == kBlurClass ? kOutOfMemory : kNoSuchClass;
+}
+
+TEST(EffectServer, OffersItsClassesToTheProcessWhileItIsLoaded) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  ComPtr<IDSImageEffect> effect;
+  AddServer(&FailingServer);
+  EXPECT_EQ(CreateEffectByClass(effect), kOutOfMemory);
+  {
+    const EffectServer server(DefaultServerFile());
+    { const EffectServer again(DefaultServerFile()); }
+    EXPECT_EQ(CreateEffectByClass(effect), kOk);
+    ASSERT_TRUE(effect);
+    EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), kOk);
+    effect.reset();
+    EXPECT_EQ(CreateEffectByClass(effect, 4), kNoSuchClass);
+    EXPECT_FALSE(effect);
+    EXPECT_EQ(CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IClassFactory::kIid, effect.Receive()),
+              kNoInterface);
+    EXPECT_EQ(CoCreateInstance(GUID{}, nullptr, CLSCTX_INPROC_SERVER, IUnknown::kIid, effect.Receive()), kNoSuchClass);
+    EXPECT_EQ(CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IUnknown::kIid, nullptr), kNullPointer);
+  }
+  EXPECT_EQ(CreateEffectByClass(effect), kOutOfMemory);
+  RemoveServer(&FailingServer);
+  UseCatalogue(nullptr);
+}
+
+TEST(EffectServer, OfTwoThatKnowAClassTheNewerIsAsked) {
+  const EffectServer server(DefaultServerFile());
+  ComPtr<IDSImageEffect> effect;
+  AddServer(&FailingServer);
+  EXPECT_EQ(CreateEffectByClass(effect), kOutOfMemory);
+  RemoveServer(&FailingServer);
+  EXPECT_EQ(CreateEffectByClass(effect), kOk);
+}
+
+TEST(Content, IsThatOfTheOpenProject) {
+  const EffectHost first(ProjectSizes{{720, 486}, {720, 480}});
+  const EffectHost second(ProjectSizes{{1920, 1080}, {1920, 1080}});
+  const EffectHost unreadable(std::nullopt);
+  double value = -1.0;
+  EXPECT_EQ(DSContentGetProperty(kProjectUserSizeY, value), kFailed);
+  {
+    const OpenContent open(first);
+    EXPECT_EQ(DSContentGetProperty(kProjectUserSizeY, value), kOk);
+    EXPECT_EQ(value, 486.0);
+    {
+      const OpenContent other(second);
+      EXPECT_EQ(DSContentGetProperty(kProjectWorldSizeX, value), kOk);
+      EXPECT_EQ(value, 1920.0);
+    }
+    EXPECT_EQ(DSContentGetProperty(kProjectWorldSizeY, value), kOk);
+    EXPECT_EQ(value, 480.0);
+    EXPECT_EQ(DSContentGetProperty("Something else", value), kWrongArgument);
+    EXPECT_EQ(DSContentGetProperty(nullptr, value), kNullPointer);
+    UseContent(&unreadable);
+    EXPECT_EQ(DSContentGetProperty(kProjectWorldSizeY, value), kFailed);
+  }
+  EXPECT_EQ(DSContentGetProperty(kProjectUserSizeY, value), kFailed);
+  EXPECT_EQ(value, 480.0);
+}
+
+}  // namespace
+}  // namespace vblur::host

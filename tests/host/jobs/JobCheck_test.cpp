@@ -1,0 +1,283 @@
+#include "host/jobs/JobCheck.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/host/FailureOf.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+Job Still() {
+  Job job;
+  job.folder = "/shots";
+  job.input = ImageRecord{"in.png", {}, {}, {0, 0}};
+  job.output.file = "out.png";
+  return job;
+}
+
+Job Sequence() {
+  Job job = Still();
+  job.input->file = "in.%04d.exr";
+  job.output.file = "out.####.exr";
+  job.frames = FrameRange{1, 48, 1};
+  return job;
+}
+
+// The failure of a job after a change to it.
+template <typename Change>
+std::string FailureWith(Job job, Change change) {
+  change(job);
+  return UsageFailureOf([&] { CheckJob(job); });
+}
+
+TEST(JobCheck, ResolvesTheKindFromThePictures) {
+  Job job = Still();
+  EXPECT_EQ(ResolveKind(job), EffectKind::Filter);
+  job.mask = MaskRecord{};
+  EXPECT_EQ(ResolveKind(job), EffectKind::Paint);
+  job.input2 = ImageRecord{};
+  EXPECT_EQ(ResolveKind(job), EffectKind::Transition);
+  job.kind = EffectKind::Source;
+  EXPECT_EQ(ResolveKind(job), EffectKind::Source);
+}
+
+TEST(JobCheck, CountsTimeFromTheFirstFrame) {
+  Job job = Still();
+  job.time = 2.5;
+  EXPECT_EQ(FrameTime(job, 0), 2.5);
+  EXPECT_EQ(ResolveDuration(job), 1.0);
+  job.frames = FrameRange{-10, 37, 3};
+  EXPECT_EQ(FrameTime(job, -10), 2.5);
+  EXPECT_EQ(FrameTime(job, -4), 8.5);
+  EXPECT_EQ(ResolveDuration(job), 48.0);
+  job.duration = 12.5;
+  EXPECT_EQ(ResolveDuration(job), 12.5);
+  job.frames = FrameRange{std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(), 1};
+  job.duration.reset();
+  EXPECT_EQ(ResolveDuration(job), 4294967296.0);
+  EXPECT_EQ(FrameTime(job, std::numeric_limits<std::int32_t>::max()), 4294967297.5);
+}
+
+TEST(JobCheck, AcceptsWhatCanBeRendered) {
+  EXPECT_NO_THROW(CheckJob(Still()));
+  EXPECT_NO_THROW(CheckJob(Sequence()));
+  Job job = Sequence();
+  job.field = FieldChoice::Both;
+  job.frames->step = 2;
+  job.input->file = "still.png";
+  job.output.initial = "background.png";
+  job.mask = MaskRecord{{"mask.png", {}, {}, {0, 0}}, {-5, 5}};
+  job.roi = Region{-10, -10, 5, 5};
+  EXPECT_NO_THROW(CheckJob(job));
+  for (const EffectKind kind : {EffectKind::Generator, EffectKind::Other}) {
+    Job generator;
+    generator.kind = kind;
+    generator.output.file = "out.png";
+    generator.output.width = generator.output.height = 1;
+    EXPECT_NO_THROW(CheckJob(generator));
+  }
+}
+
+TEST(JobCheck, RefusesMissingPictures) {
+  const auto use = [](EffectKind kind) { return [kind](Job& job) { job.kind = kind; }; };
+  for (const EffectKind kind : {EffectKind::Filter, EffectKind::Source, EffectKind::Paint, EffectKind::Transition}) {
+    Job job = Still();
+    job.input.reset();
+    EXPECT_EQ(FailureWith(job, use(kind)), "input: missing, expected a picture to work on");
+  }
+  EXPECT_EQ(FailureWith(Still(), use(EffectKind::Transition)),
+            "input2: missing, expected a second clip for a transition");
+  EXPECT_EQ(FailureWith(Still(), use(EffectKind::Paint)), "mask: missing, expected a mask to paint through");
+  Job job = Still();
+  job.input.reset();
+  job.kind = EffectKind::Generator;
+  EXPECT_EQ(FailureWith(job,
+                        [](Job& j) {
+                          j.mask = MaskRecord{{"m.png", {}, {}, {}}, {}};
+                        }),
+            "mask: lies relative to the input, expected an input too");
+  for (const bool hasWidth : {true, false}) {
+    EXPECT_EQ(FailureWith(job, [&](Job& j) { (hasWidth ? j.output.width : j.output.height) = 5; }),
+              "output: expected width and height, since there is no input to take them from");
+  }
+}
+
+TEST(JobCheck, RefusesFileNamesThatDoNotFitTheFrames) {
+  EXPECT_EQ(FailureWith(Sequence(), [](Job& job) { job.output.file = "out.exr"; }),
+            "output: 48 frames would all be written to \"out.exr\", expected a file name with a frame number such as "
+            "out.%04d.exr");
+  const auto unnumbered = [](const std::string& field) {
+    return field + ": the file name \"x.%04d.exr\" takes a frame number, expected frames such as 1-48";
+  };
+  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.output.file = "x.%04d.exr"; }), unnumbered("output"));
+  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.input->file = "x.%04d.exr"; }), unnumbered("input"));
+  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.output.initial = "x.%04d.exr"; }), unnumbered("output/initial"));
+  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.input->file = "%q"; }),
+            "input: \"%q\": expected %d, %04d or the like behind a %, or %% for a percent sign");
+  Job single = Still();
+  single.frames = FrameRange{5, 5, 1};
+  EXPECT_NO_THROW(CheckJob(single));
+}
+
+TEST(JobCheck, RefusesWrongValues) {
+  const std::pair<void (*)(Job&), const char*> refusals[] = {
+      {[](Job& job) { job.depth = 12; }, "depth: expected 8 or 16, found 12"},
+      {[](Job& job) { job.kind = static_cast<EffectKind>(6); }, "use: expected 1 to 5 or 7, found 6"},
+      {[](Job& job) { job.input->file.clear(); }, "input: expected a file name, found none"},
+      {[](Job& job) { job.output.file.clear(); }, "output: expected a file name, found none"},
+      {[](Job& job) { job.output.initial = ""; }, "output/initial: expected a file name, found none"},
+      {[](Job& job) {
+         job.input->position = {0, NAN};
+       },
+       "input/position: expected a finite number, found nan"},
+      {[](Job& job) {
+         job.output.size = {INFINITY, 0};
+       },
+       "output/size: expected a finite number, found inf"},
+      {[](Job& job) { job.output.width = 0; }, "output/width: expected at least 1, found 0"},
+      {[](Job& job) { job.output.height = -4; }, "output/height: expected at least 1, found -4"},
+      {[](Job& job) {
+         job.roi = Region{0, 0, 0, 1};
+       },
+       "roi width: expected at least 1, found 0"},
+      {[](Job& job) {
+         job.roi = Region{0, 0, 1, -1};
+       },
+       "roi height: expected at least 1, found -1"},
+      {[](Job& job) {
+         job.roi = Region{2147483647, 0, 2, 1};
+       },
+       "roi: reaches pixel 2147483648, expected pixels from -2147483648 to 2147483647"},
+      {[](Job& job) {
+         job.frames = FrameRange{5, 4, 1};
+       },
+       "frames: expected a last frame that is not before the first, found 5-4"},
+      {[](Job& job) {
+         job.frames = FrameRange{1, 4, 0};
+       },
+       "frame step: expected at least 1, found 0"},
+      {[](Job& job) { job.time = NAN; }, "time: expected a finite number, found nan"},
+      {[](Job& job) { job.duration = -INFINITY; }, "duration: expected a finite number, found -inf"},
+      {[](Job& job) { job.proxy[1] = NAN; }, "proxy: expected a finite number, found nan"},
+      {[](Job& job) {
+         job.project = ProjectSizes{{NAN, 1}, {1, 1}};
+       },
+       "project/userSize: expected a finite number, found nan"},
+      {[](Job& job) {
+         job.project = ProjectSizes{{1, 1}, {1, NAN}};
+       },
+       "project/worldSize: expected a finite number, found nan"},
+  };
+  for (const auto& [change, message] : refusals)
+    EXPECT_EQ(FailureWith(Still(), change), message);
+}
+
+TEST(JobCheck, RefusesPixelPositionsBeyond32Bits) {
+  Job job = Still();
+  job.input->origin = {-100, 2147483600};
+  EXPECT_EQ(FailureWith(job,
+                        [](Job& j) {
+                          j.roi = Region{0, 0, 10, 100};
+                        }),
+            "roi: reaches pixel 2147483699, expected pixels from -2147483648 to 2147483647");
+  EXPECT_EQ(FailureWith(job,
+                        [](Job& j) {
+                          j.mask = MaskRecord{{"m.png", {}, {}, {}}, {-2147483600, 0}};
+                        }),
+            "mask/offset: reaches pixel -2147483700, expected pixels from -2147483648 to 2147483647");
+}
+
+TEST(JobCheck, RefusesPropertyValuesThatAreNotAllowed) {
+  const auto set = [](PropertyId id, const PropertyStore::Setting& setting) {
+    return [=](Job& job) { job.properties.Set(PropertyOf(id).guid, setting); };
+  };
+  EXPECT_EQ(FailureWith(Still(), set(PropertyId::Blur, INFINITY)),
+            "properties/Blur: expected a finite number, found inf");
+  EXPECT_EQ(FailureWith(Still(), set(PropertyId::Blur, Curve{{{0, 1}, {1, NAN}}, {}})),
+            "properties/Blur: expected a finite number, found nan");
+  EXPECT_EQ(FailureWith(Still(), set(PropertyId::Blur, Curve{{{0, 1}, {INFINITY, 1}}, {}})),
+            "properties/Blur: expected a finite number, found inf");
+  EXPECT_EQ(FailureWith(Still(), set(PropertyId::Method, 2.0)),
+            "properties/Method: expected one of Blur, Sharpen, or a whole number from 0 to 1, found 2");
+  EXPECT_NO_THROW([&] {
+    Job job = Still();
+    set(PropertyId::Blur, 100000.0)(job);
+    CheckJob(job);
+  }());
+}
+
+TEST(JobCheck, LetsATransitionHaveNoLength) {
+  Job job = Still();
+  job.input2 = ImageRecord{"b.png", {}, {}, {0, 0}};
+  job.duration = 0.0;
+  EXPECT_NO_THROW(CheckJob(job));
+}
+
+TEST(JobCheck, RefusesAnOutputThatIsAnInput) {
+  const auto same = [](const std::string& name, const std::string& field) {
+    return "output: \"" + name + "\" is the picture that " + field + " is read from, expected another file";
+  };
+  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.output.file = "../shots/./in.png"; }),
+            same("../shots/./in.png", "input"));
+  EXPECT_EQ(FailureWith(Sequence(), [](Job& job) { job.output.file = "in.####.exr"; }), same("in.0001.exr", "input"));
+  // Names of different widths meet where the numbers are long enough.
+  EXPECT_EQ(FailureWith(Sequence(),
+                        [](Job& job) {
+                          job.output.file = "in.%03d.exr";
+                          job.frames = FrameRange{1, 1001, 1};
+                        }),
+            same("in.1000.exr", "input"));
+  EXPECT_NO_THROW([] {
+    Job job = Sequence();
+    job.output.file = "in.%03d.exr";
+    CheckJob(job);
+  }());
+}
+
+TEST(JobCheck, RefusesASequenceThatRunsOverAStill) {
+  const auto over = [](const std::string& still, FrameRange frames) {
+    Job job = Sequence();
+    job.mask = MaskRecord{{still, {}, {}, {}}, {}};
+    job.frames = frames;
+    try {
+      CheckJob(job);
+    } catch (const Failure&) {
+      return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(over("out.0017.exr", {1, 48, 1}));
+  EXPECT_TRUE(over("out.-017.exr", {-20, 48, 1}));
+  EXPECT_TRUE(over("/shots/out.12345.exr", {1, 20000, 2}));
+  EXPECT_FALSE(over("out.0049.exr", {1, 48, 1}));
+  EXPECT_FALSE(over("out.0018.exr", {1, 48, 2}));
+  EXPECT_FALSE(over("out.017.exr", {1, 48, 1}));
+}
+
+TEST(JobCheck, LooksThroughLinks) {
+  const ScratchFolder scratch;
+  scratch.Write("real.png", "x");
+  fs::create_symlink(scratch.path() / "real.png", scratch.path() / "link.png");
+  Job job = Still();
+  job.folder = scratch.path();
+  job.input->file = "real.png";
+  EXPECT_NE(FailureWith(job, [](Job& j) { j.output.file = "link.png"; }), "");
+}
+
+TEST(JobCheck, AllowsAnOutputOverAnInputWhenTold) {
+  Job job = Still();
+  job.output.file = "in.png";
+  EXPECT_NO_THROW(CheckJob(job, {.outputMayBeInput = true}));
+  job.output.file = "out.png";
+  job.output.initial = "out.png";
+  EXPECT_NO_THROW(CheckJob(job));
+}
+
+}  // namespace
+}  // namespace vblur::host

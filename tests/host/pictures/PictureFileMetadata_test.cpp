@@ -1,0 +1,119 @@
+#include "host/pictures/PictureFileMetadata.h"
+
+#include <gtest/gtest.h>
+
+#include "host/files/OutputFile.h"
+#include "host/pictures/PictureFileOpen.h"
+#include "tests/support/host/FailureOf.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/RawPictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+// What a file tells about its picture, after one reading and one writing.
+class PictureFileMetadata : public testing::Test {
+ protected:
+  OIIO::ImageSpec PassOn(const std::string& from, const std::string& to) {
+    HostImage image;
+    const auto read = PictureReader().ReadColour(folder_.path() / from, 16, image);
+    PictureWriter().Write(folder_.path() / to, image, read.metadata.get(), true);
+    return OpenPictureFile(folder_.path() / to).file->spec();
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(PictureFileMetadata, IsPassedOn) {
+  OIIO::ImageSpec spec(2, 1, 4, OIIO::TypeDesc::HALF);
+  spec.attribute("PixelAspectRatio", 2.0f);
+  spec.attribute("XResolution", 300.0f);
+  spec.attribute("YResolution", 300.0f);
+  spec.attribute("ResolutionUnit", "in");
+  const unsigned code[2] = {0x01020304, 0};
+  spec.attribute("smpte:TimeCode", OIIO::TypeTimeCode, code);
+  spec.attribute("compression", "rle");
+  WriteRaw(folder_.path() / "in.exr", "openexr", spec, std::vector<float>(8, 0.5f));
+  const auto exr = PassOn("in.exr", "out.exr");
+  EXPECT_EQ(exr.get_float_attribute("PixelAspectRatio"), 2.0f);
+  const auto* passed = exr.find_attribute("smpte:TimeCode");
+  ASSERT_TRUE(passed);
+  EXPECT_EQ(std::memcmp(passed->data(), code, sizeof code), 0);
+  EXPECT_EQ(exr.get_string_attribute("compression"), "rle");
+  const auto tiff = PassOn("in.exr", "out.tif");
+  EXPECT_EQ(tiff.get_float_attribute("XResolution"), 300.0f);
+  EXPECT_EQ(tiff.get_string_attribute("ResolutionUnit"), "in");
+}
+
+TEST_F(PictureFileMetadata, LossyCompressionIsNotPassedOn) {
+  OIIO::ImageSpec spec(2, 1, 4, OIIO::TypeDesc::HALF);
+  spec.attribute("compression", "dwaa");
+  WriteRaw(folder_.path() / "in.exr", "openexr", spec, std::vector<float>(8, 0.5f));
+  EXPECT_EQ(PassOn("in.exr", "out.exr").get_string_attribute("compression"), "piz");
+}
+
+TEST_F(PictureFileMetadata, WindowsOfAPictureArePassedOn) {
+  OIIO::ImageSpec spec(4, 2, 4, OIIO::TypeDesc::FLOAT);
+  spec.x = -1;
+  spec.y = 3;
+  spec.full_x = 0;
+  spec.full_y = 0;
+  spec.full_width = 16;
+  spec.full_height = 9;
+  WriteRaw(folder_.path() / "in.exr", "openexr", spec, std::vector<float>(32, 0.5f));
+  const auto same = PassOn("in.exr", "out.exr");
+  EXPECT_EQ(same.roi(), spec.roi());
+  EXPECT_EQ(same.roi_full(), spec.roi_full());
+  const auto other = PassOn("in.exr", "out.png");
+  EXPECT_EQ(other.width, 4);
+  EXPECT_EQ(other.height, 2);
+}
+
+TEST_F(PictureFileMetadata, AnOrientationStaysATag) {
+  OIIO::ImageSpec spec(4, 2, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("Orientation", 6);
+  WriteRaw(folder_.path() / "in.jpg", "jpeg", spec, std::vector<std::uint8_t>(24, 100));
+  for (const char* name : {"out.jpg", "out.tif", "out.exr", "out.tga", "out.dpx"}) {
+    const auto out = PassOn("in.jpg", name);
+    EXPECT_EQ(out.width, 4) << name;
+    EXPECT_EQ(out.height, 2) << name;
+  }
+  EXPECT_EQ(PassOn("in.jpg", "out.jpg").get_int_attribute("Orientation"), 6);
+  EXPECT_EQ(PassOn("in.jpg", "out.tif").get_int_attribute("Orientation"), 6);
+}
+
+// Whether colours are stored multiplied is said as the source said it; the numbers never change.
+TEST_F(PictureFileMetadata, TheKindOfAlphaIsPassedOnWithTheSameNumbers) {
+  const std::vector<std::uint16_t> samples = {60000, 40000, 20000, 100, 1, 2, 3, 0};
+  for (const bool unassociated : {false, true}) {
+    OIIO::ImageSpec spec(2, 1, 4, OIIO::TypeDesc::UINT16);
+    if (unassociated) spec.attribute("oiio:UnassociatedAlpha", 1);
+    auto writer = OIIO::ImageOutput::create("tiff");
+    ASSERT_TRUE(writer->open((folder_.path() / "in.tif").string(), spec));
+    ASSERT_TRUE(writer->write_image(OIIO::TypeDesc::UINT16, samples.data()));
+    ASSERT_TRUE(writer->close());
+    const auto out = PassOn("in.tif", "out.tif");
+    EXPECT_EQ(out.get_int_attribute("oiio:UnassociatedAlpha") != 0, unassociated);
+    HostImage in;
+    HostImage again;
+    PictureReader().ReadColour(folder_.path() / "in.tif", 16, in);
+    PictureReader().ReadColour(folder_.path() / "out.tif", 16, again);
+    EXPECT_EQ(Component(in, 0), 15000);
+    EXPECT_EQ(Components(again), Components(in));
+  }
+}
+
+TEST_F(PictureFileMetadata, AProfileForGreyIsDropped) {
+  for (const bool grey : {true, false}) {
+    std::vector<unsigned char> profile(132, 0);
+    std::memcpy(profile.data() + 16, grey ? "GRAY" : "RGB ", 4);
+    OIIO::ImageSpec spec(1, 1, grey ? 1 : 3, OIIO::TypeDesc::UINT8);
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, 132), profile.data());
+    WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(3, 100));
+    EXPECT_EQ(PassOn("in.tif", "out.tif").find_attribute("ICCProfile") != nullptr, !grey);
+  }
+}
+
+}  // namespace
+}  // namespace vblur::host

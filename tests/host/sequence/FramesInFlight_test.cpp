@@ -1,0 +1,54 @@
+#include "host/sequence/FramesInFlight.h"
+
+#include <gtest/gtest.h>
+
+namespace vblur::host {
+namespace {
+
+constexpr std::int64_t kMiB = 1 << 20;
+
+SequenceLoad Load(std::int64_t frames, std::int64_t mebibytes, std::int32_t processors, std::int32_t asked = 0) {
+  return {frames, mebibytes * kMiB, 1024 * kMiB, processors, asked};
+}
+
+void ExpectLanes(const SequenceLoad& load, std::int32_t frames, std::int32_t threads, std::int32_t slots) {
+  const SequenceLanes lanes = FramesInFlight(load);
+  EXPECT_EQ(lanes.frames, frames);
+  EXPECT_EQ(lanes.threads, threads);
+  EXPECT_EQ(lanes.slots, slots);
+}
+
+TEST(FramesInFlight, ASequenceTakesAFrameForEachProcessor) {
+  ExpectLanes(Load(100, 10, 8), 8, 1, 10);
+  ExpectLanes(Load(100, 10, 2), 2, 1, 4);
+  ExpectLanes(Load(100, 10, 1), 1, 1, 3);
+}
+
+TEST(FramesInFlight, FewFramesTakeAllThreadsEach) {
+  ExpectLanes(Load(1, 10, 8), 1, 8, 1);
+  ExpectLanes(Load(2, 10, 8), 1, 8, 2);
+  ExpectLanes(Load(8, 10, 8), 1, 8, 3);
+  ExpectLanes(Load(9, 10, 8), 8, 1, 9);
+}
+
+TEST(FramesInFlight, KeepsToTheMemory) {
+  // Ten frames fit 1024 MiB at 102 each, nine at 103.
+  ExpectLanes(Load(100, 102, 8), 8, 1, 10);
+  ExpectLanes(Load(100, 103, 8), 7, 1, 9);
+  ExpectLanes(Load(100, 170, 8), 4, 1, 6);
+  ExpectLanes(Load(100, 171, 8), 1, 8, 3);
+  ExpectLanes(Load(100, 400, 8), 1, 8, 2);
+  ExpectLanes(Load(100, 2000, 8), 1, 8, 1);
+  ExpectLanes(Load(100, 0, 8), 8, 1, 10);
+}
+
+TEST(FramesInFlight, WhatIsAskedForIsDone) {
+  ExpectLanes(Load(100, 2000, 8, 5), 5, 8, 5);
+  ExpectLanes(Load(100, 10, 8, 5), 5, 8, 7);
+  ExpectLanes(Load(100, 10, 2, 16), 16, 1, 18);
+  ExpectLanes(Load(3, 10, 2, 16), 3, 1, 3);
+  ExpectLanes(Load(100, 10, 8, 1), 1, 8, 3);
+}
+
+}  // namespace
+}  // namespace vblur::host

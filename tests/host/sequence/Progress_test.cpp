@@ -1,0 +1,100 @@
+#include "host/sequence/Progress.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace vblur::host {
+namespace {
+
+class ProgressTest : public testing::Test {
+ protected:
+  ProgressTest() { stream_ = ::open_memstream(&text_, &size_); }
+  ~ProgressTest() override {
+    std::fclose(stream_);
+    std::free(text_);
+  }
+
+  std::string Run(ProgressStyle style) {
+    Progress progress(stream_, style);
+    progress.OnStart(3, 2);
+    FrameResult result;
+    result.frame = 7;
+    result.file = "a\nb.png";
+    result.seconds.render = 0.25;
+    progress.OnFrame(result);
+    result.frame = 8;
+    result.status = FrameStatus::Skipped;
+    progress.OnFrame(result);
+    result.frame = 9;
+    result.status = FrameStatus::Failed;
+    result.code = ExitCode::CannotRead;
+    result.message = "x.png: cannot read: no such file";
+    progress.OnFrame(result);
+    RenderSummary summary;
+    summary.done = 1;
+    summary.code = ExitCode::SomeFramesFailed;
+    progress.Finish(summary);
+    std::fflush(stream_);
+    return {text_, size_};
+  }
+
+  std::FILE* stream_ = nullptr;
+  char* text_ = nullptr;
+  std::size_t size_ = 0;
+};
+
+TEST_F(ProgressTest, WithoutProgressFailuresRemain) {
+  EXPECT_EQ(Run(ProgressStyle::None), "vblur: x.png: cannot read: no such file\n");
+}
+
+TEST_F(ProgressTest, JsonIsAnObjectALine) {
+  std::istringstream lines(Run(ProgressStyle::Json));
+  std::vector<nlohmann::json> objects;
+  for (std::string line; std::getline(lines, line);)
+    objects.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(objects.size(), 5u);
+  EXPECT_EQ(objects[0]["event"], "start");
+  EXPECT_EQ(objects[0]["frames"], 3);
+  EXPECT_EQ(objects[1]["event"], "frame");
+  EXPECT_EQ(objects[1]["frame"], 7);
+  EXPECT_EQ(objects[1]["file"], "a\nb.png");
+  EXPECT_EQ(objects[1]["status"], "done");
+  EXPECT_EQ(objects[1]["seconds"]["render"], 0.25);
+  EXPECT_FALSE(objects[1].contains("message"));
+  EXPECT_EQ(objects[2]["status"], "skipped");
+  EXPECT_EQ(objects[3]["status"], "failed");
+  EXPECT_EQ(objects[3]["exit"], 3);
+  EXPECT_EQ(objects[3]["message"], "x.png: cannot read: no such file");
+  EXPECT_EQ(objects[4]["event"], "end");
+  EXPECT_EQ(objects[4]["exit"], 1);
+}
+
+TEST_F(ProgressTest, ABarIsDrawnRarelyAndTakenAway) {
+  Progress progress(stream_, ProgressStyle::Bar);
+  progress.OnStart(5000, 1);
+  FrameResult result;
+  for (int frame = 1; frame <= 5000; ++frame) {
+    result.frame = frame;
+    progress.OnFrame(result);
+  }
+  RenderSummary summary;
+  summary.done = 5000;
+  progress.Finish(summary);
+  std::fflush(stream_);
+  const std::string text(text_, size_);
+  EXPECT_NE(text.find("] 1/5000  frame 1  "), std::string::npos);
+  EXPECT_NE(text.find("[########################] 5000/5000  frame 5000  "), std::string::npos);
+  EXPECT_NE(text.find("\r\033[K5000 done"), std::string::npos);
+  // Ten a second, for however long the loop takes here.
+  EXPECT_LT(std::count(text.begin(), text.end(), '['), 2000);
+}
+
+TEST(FormatDuration, CountsUpToWholeSeconds) {
+  EXPECT_EQ(FormatDuration(0.0), "0:00");
+  EXPECT_EQ(FormatDuration(6.2), "0:07");
+  EXPECT_EQ(FormatDuration(760.0), "12:40");
+  EXPECT_EQ(FormatDuration(3723.0), "1:02:03");
+}
+
+}  // namespace
+}  // namespace vblur::host

@@ -1,0 +1,60 @@
+#include "host/studies/TestChart.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/host/Pictures.h"
+
+namespace vblur::host {
+namespace {
+
+TEST(TestChart, HasEverySizeAndBothDepths) {
+  for (const std::int32_t depth : {8, 16}) {
+    for (const auto& [width, height] : {std::pair{1, 1}, {1, 50}, {50, 1}, {3, 2}, {320, 180}}) {
+      HostImage chart;
+      DrawTestChart(chart, depth, width, height, 0);
+      EXPECT_EQ(chart.width(), width);
+      EXPECT_EQ(chart.height(), height);
+      EXPECT_EQ(chart.depth(), depth);
+    }
+  }
+}
+
+TEST(TestChart, TheTopIsBarsFromWhiteToBlack) {
+  HostImage chart;
+  DrawTestChart(chart, 16, 320, 180, 0);
+  const std::vector<std::int32_t> all = Components(chart);
+  const std::size_t row = std::size_t{179} * 320 * 4;
+  for (std::size_t c = 0; c < 4; ++c)
+    EXPECT_EQ(all[row + c], 16384);
+  for (std::size_t c = 0; c < 3; ++c)
+    EXPECT_EQ(all[row + 319 * 4 + c], 0);
+  EXPECT_EQ(all[row + 319 * 4 + 3], 16384);
+}
+
+TEST(TestChart, ColoursGoOnWhereItIsTransparent) {
+  HostImage chart;
+  DrawTestChart(chart, 8, 640, 360, 0);
+  const auto all = Components(chart);
+  int coloured = 0;
+  int soft = 0;
+  for (std::size_t i = 0; i < all.size(); i += 4) {
+    coloured += all[i + 3] == 0 && all[i] + all[i + 1] + all[i + 2] > 0;
+    soft += all[i + 3] > 0 && all[i + 3] < 255;
+  }
+  EXPECT_GT(coloured, 1000);
+  EXPECT_GT(soft, 1000);
+}
+
+TEST(TestChart, MovesAndComesBack) {
+  HostImage first;
+  HostImage second;
+  HostImage loop;
+  DrawTestChart(first, 8, 320, 180, 0);
+  DrawTestChart(second, 8, 320, 180, 1);
+  DrawTestChart(loop, 8, 320, 180, -100);
+  EXPECT_NE(Components(first), Components(second));
+  EXPECT_EQ(Components(first), Components(loop));
+}
+
+}  // namespace
+}  // namespace vblur::host
