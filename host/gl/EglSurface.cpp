@@ -71,7 +71,7 @@ EGLContext MakeContext(EGLDisplay display) {
 
 }  // namespace
 
-// The display is the process's own and stays open: EGL gives everybody the same one.
+// The display is shared by the process and never closed: EGL returns the same one to everybody.
 struct EglSurface::Context {
   Context() : display(OpenDisplay()), context(MakeContext(display)) {}
   ~Context() { ::eglDestroyContext(display, context); }

@@ -1,4 +1,4 @@
-// A surface in memory, without a window or a window system.
+// An off-screen surface through EGL; needs no window system.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@ namespace vblur::host {
 
 class EglSurface : public GlSurface {
  public:
-  // Throws Failure (some frames failed) that says which step failed when the machine has no OpenGL that paints
-  // without a window, and wrong usage for a size beyond what it can paint.
+  // Throws Failure: some frames failed, naming the step, if the machine has no off-screen OpenGL; wrong usage for a
+  // size above the renderer's maximum.
   EglSurface(std::int32_t width, std::int32_t height);
   ~EglSurface() override;
 

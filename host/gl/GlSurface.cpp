@@ -57,7 +57,7 @@ void GlSurface::ReadBack(std::span<std::byte> pixels) {
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glReadPixels(0, 0, width(), height(), GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
   glPopClientAttrib();
-  // What was painted half transparent stands on what lay below it.
+  // Blending also wrote alpha: the picture is opaque.
   for (std::size_t alpha = 3; alpha < pixels.size(); alpha += 4)
     pixels[alpha] = std::byte{255};
 }

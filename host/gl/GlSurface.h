@@ -1,4 +1,4 @@
-// The painting that every surface does alike, whatever gives it its OpenGL context.
+// OpenGL painting common to all surfaces; derived classes provide the context.
 #pragma once
 
 #include "host/viewer/ViewerSurface.h"
@@ -13,7 +13,7 @@ class GlSurface : public ViewerSurface {
   void ReadBack(std::span<std::byte> pixels) override;
 
  protected:
-  // Makes the context current, painting on the surface.
+  // Makes the context current with the surface as its target.
   virtual bool MakeCurrent() = 0;
   virtual void LetGo() = 0;
 };

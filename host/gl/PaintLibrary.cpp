@@ -1,4 +1,4 @@
-// What the library offers to those who load it.
+// Entry point of the library.
 #include "host/gl/EglSurface.h"
 #include "host/gl/SystemFonts.h"
 #include "host/viewer/OffScreenSurface.h"

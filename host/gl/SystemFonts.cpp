@@ -18,8 +18,7 @@ struct FontFile {
   int index = 0;
 };
 
-// Empty when the system has no font whose outlines scale. The configuration is read for this alone: the process's
-// own may be somebody else's.
+// Empty if the system has no scalable font. Uses a fontconfig configuration of its own and leaves the process's alone.
 FontFile FindFont(int weight) {
   FontFile found;
   FcConfig* const config = FcInitLoadConfigAndFonts();
@@ -42,7 +41,7 @@ FontFile FindFont(int weight) {
   return found;
 }
 
-// Rows from the bottom up, as OpenGL takes them, without the room between them.
+// Rows bottom-up for OpenGL, without padding.
 std::vector<GLubyte> BottomUp(const FT_Bitmap& bitmap) {
   const std::size_t rowBytes = (bitmap.width + 7) / 8;
   std::vector<GLubyte> rows;
@@ -73,7 +72,7 @@ namespace {
 
 class FaceFont : public OverlayFont {
  public:
-  // Takes the face over; `library` is what it belongs to.
+  // Owns the face and keeps its library alive.
   FaceFont(std::shared_ptr<void> library, FT_Face face) : library_(std::move(library)), face_(face) {}
   ~FaceFont() override { FT_Done_Face(face_); }
   FaceFont(const FaceFont&) = delete;

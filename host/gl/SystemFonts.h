@@ -1,4 +1,4 @@
-// The overlay's fonts from those of the system: found by fontconfig, drawn by FreeType.
+// Overlay fonts from the system: found by fontconfig, rasterised by FreeType.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,7 @@ class SystemFonts : public FontSource {
  public:
   SystemFonts();
 
-  // A sans-serif one whose tallest and deepest characters together are `height` pixels high; 0 stands for 12.
+  // A sans-serif font of `height` pixels from ascender to descender; 0 means 12.
   std::unique_ptr<OverlayFont> Open(std::int32_t height, std::int32_t weight) override;
 
  private:

@@ -1,4 +1,4 @@
-// The pictures of one frame of a job at a time, read when the frame changes.
+// The pictures of a job's current frame; reads them when the frame changes.
 #pragma once
 
 #include <cstdint>
@@ -16,10 +16,10 @@ class FrameSource {
   // The job is borrowed.
   FrameSource(const Job& job, StopTest stop);
 
-  // Reads what the frame needs, unless it is the one that was read last, and makes its output anew. Throws as
-  // SequenceRenderer does, and FileInterrupted.
+  // Reads the inputs of a frame unless they are loaded, and resets the output. Throws like SequenceRenderer, and
+  // FileInterrupted.
   void Prepare(std::int32_t frame);
-  // The output is the one to render into.
+  // The inputs and the output to render into.
   FramePictures pictures() { return {&output_, input_.image, input2_.image, mask_.image}; }
   const HostImage& output() const { return output_; }
 

@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* kModuleName = "libvblur_host_gl.so";
 
-// It stays until the process ends: drivers are not made to be unloaded.
+// Never unloaded: OpenGL drivers do not support it.
 MakeOffScreenSurfaceFunction& LoadPaintLibrary() {
   return LoadedModule(HostFolder() / kModuleName, "what paints the viewer")
       .Get<MakeOffScreenSurfaceFunction>(kMakeOffScreenSurface);

@@ -1,5 +1,4 @@
-// A surface in memory, from the library that paints with OpenGL. The library is loaded when the first surface is
-// wanted, since it brings a driver and fonts along that nothing else needs.
+// Creates off-screen surfaces. The painting library, with the OpenGL driver and font libraries, is loaded on first use.
 #pragma once
 
 #include <cstdint>
@@ -9,12 +8,12 @@
 
 namespace vblur::host {
 
-// Of at least 1 x 1 pixels. From then on tools find the fonts of the system. Throws Failure: cannot read
-// when the library cannot be loaded, some frames failed when the machine has no OpenGL that paints without a window,
-// wrong usage for a size that it cannot paint.
+// At least 1 x 1 pixels. Also makes the system's fonts available to tools. Throws Failure: cannot read if the library
+// cannot be loaded, some frames failed if the machine has no off-screen OpenGL, wrong usage for a size above its
+// maximum.
 std::unique_ptr<ViewerSurface> MakeOffScreenSurface(std::int32_t width, std::int32_t height);
 
-// What the library exports. The caller owns the surface.
+// The library's export. The caller owns the surface.
 using MakeOffScreenSurfaceFunction = ViewerSurface*(std::int32_t width, std::int32_t height);
 inline constexpr const char* kMakeOffScreenSurface = "VBlurMakeOffScreenSurface";
 

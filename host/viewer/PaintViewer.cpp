@@ -13,7 +13,7 @@ namespace {
 
 using Shown = std::array<std::byte, 4>;
 
-// 0.6 of full.
+// 0.6 of full scale.
 constexpr Shown kOutside{std::byte{153}, std::byte{153}, std::byte{153}, std::byte{255}};
 // 1.0 of a 16-bit picture.
 constexpr std::int32_t kFull16 = 16384;
@@ -34,8 +34,8 @@ Shown Show16(const std::byte* pixel) {
   return shown;
 }
 
-// Which pixel of a row or column of `count` lies under each pixel of the surface; -1 for none. `start` and `step`
-// are in the picture's pixels.
+// For each surface pixel of a row or column the index of the nearest of `count` picture pixels; -1 for none. `start`
+// and `step` are in picture pixels.
 std::vector<std::int32_t> NearestPixels(std::int32_t surfaceCount, double start, double step, std::int32_t count) {
   std::vector<std::int32_t> nearest(static_cast<std::size_t>(surfaceCount), -1);
   for (std::size_t i = 0; i < nearest.size(); ++i) {
@@ -45,7 +45,7 @@ std::vector<std::int32_t> NearestPixels(std::int32_t surfaceCount, double start,
   return nearest;
 }
 
-// Hands tools the surface, and says what it shows.
+// The surface as tools see it.
 class ToolSurface : public IVWSurface {
  public:
   ToolSurface(ViewerSurface& surface, const ViewGeometry& geometry) : surface_(surface), geometry_(geometry) {}
@@ -78,7 +78,7 @@ std::vector<std::byte> ComposeFrame(const HostImage& frame, const ViewGeometry& 
   const DSWorldPair size = frame.WorldSize();
   const std::int32_t width = geometry.surfaceWidth();
   const std::int32_t height = geometry.surfaceHeight();
-  // Pixels of the picture in a unit of the world.
+  // Picture pixels per world unit.
   const double perUnitX = frame.width() / size.x;
   const double perUnitY = frame.height() / size.y;
   const auto columns =

@@ -1,4 +1,4 @@
-// Paints a viewer: the frame, and the tools over it.
+// Paints a viewer: the frame with the tools over it.
 #pragma once
 
 #include <cstddef>
@@ -11,14 +11,14 @@
 
 namespace vblur::host {
 
-// The frame as the geometry shows it: the nearest pixel's colours, opaque, grey where there is no frame. Rows from
-// the bottom up, four components of 8 bits a pixel; what does not fit 8 bits is limited.
+// The frame as the geometry shows it: nearest pixel, opaque, grey outside the frame. Rows bottom-up, 8-bit RGBA; 16-bit
+// components are clamped to 0..1.
 std::vector<std::byte> ComposeFrame(const HostImage& frame, const ViewGeometry& geometry);
 
-// The surface is as large as the geometry says. Throws Failure (some frames failed) when it cannot be painted on.
+// The surface has the size of the geometry. Throws Failure (some frames failed) if it cannot be painted on.
 void PaintViewer(Viewer& viewer, const HostImage& frame, const ViewGeometry& geometry, ViewerSurface& surface);
 
-// What was painted, as an opaque 8-bit picture. Throws likewise.
+// The painted surface as an opaque 8-bit picture. Throws likewise.
 void ReadBack(ViewerSurface& surface, HostImage& into);
 
 }  // namespace vblur::host

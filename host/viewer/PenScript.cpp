@@ -35,7 +35,7 @@ Words WordsOf(std::string_view line) {
   return words;
 }
 
-// From the beginning of one word to the end of the line's last.
+// From the start of one word to the end of the last.
 std::string_view TextFrom(const Words& words, std::size_t first) {
   if (first >= words.size()) return {};
   return {words[first].data(),
@@ -78,7 +78,7 @@ class ScriptReader {
     throw Failure(ExitCode::WrongUsage, Place() + ": " + problem);
   }
 
-  // All of the line is quoted in what is told.
+  // The message quotes the whole line.
   void RequireWords(const Words& words, std::size_t least, std::size_t most, const std::string& form) const {
     if (words.size() >= least && words.size() <= most) return;
     Refuse("expected \"" + form + "\", found " + Quoted(TextFrom(words, 0)));
@@ -117,7 +117,7 @@ class ScriptReader {
     event.time = ReadNumber(words[1]);
   }
 
-  // Names have spaces: the longest one that the line begins with.
+  // Names contain spaces: takes the longest that matches.
   void ReadSet(const Words& words, PenEvent& event) const {
     constexpr std::size_t kLongestName = 6;
     RequireWords(words, 3, std::numeric_limits<std::size_t>::max(), "set NAME VALUE");

@@ -1,14 +1,13 @@
-// Pen scripts: what a person would do in the viewer, one event a line.
+// Pen scripts: user actions in the viewer, one event per line.
 //
 //   move X Y            the pen moves
-//   down X Y [BUTTON]   a button goes down, the first one where none is named
-//   up X Y              it is lifted
+//   down X Y [BUTTON]   a button goes down, 1 by default
+//   up X Y              it goes up
 //   time T              the viewer shows another time
 //   set NAME VALUE      a property changes, as on the command line: "set Blur 24", "set Crop Left 0:0,24:50"
-//   snap FILE           the picture as it now is
+//   snap FILE           writes the current picture
 //
-// Positions are pixels of the frame, y upwards, from its lower left corner. What stands behind a # is a comment, and
-// empty lines mean nothing.
+// Positions are frame pixels from the lower left corner, y upwards. # starts a comment; empty lines are ignored.
 #pragma once
 
 #include <cstdint>
@@ -32,16 +31,15 @@ struct PenEvent {
   double time = 0.0;
   GUID property;
   PropertyStore::Setting setting;
-  std::filesystem::path file;  // in the script's folder where it names no other
+  std::filesystem::path file;  // relative to the script's folder
 };
 
-// Reads a script whole. Throws Failure: cannot read for a file that is missing, unreadable or larger than 16 MiB; wrong
-// usage, "FILE:LINE: " and what was expected, for a line that says nothing of the above, a pen that is lifted
-// without being down or pressed twice, one that is not lifted at the end, and a picture that is written twice or in
-// no known format.
+// Reads a script. Throws Failure: cannot read for a file that is missing, unreadable or larger than 16 MiB; wrong
+// usage, as "FILE:LINE: expected ...", for a malformed line, an up without a down, a second down, a pen that is down at
+// the end, and a picture that is written twice or in an unknown format.
 std::vector<PenEvent> ReadPenScript(const std::filesystem::path& path);
 
-// The same from text, for pictures in a folder; `name` stands in messages for the file's.
+// The same from text. `name` is the file name in messages, `folder` where pictures go.
 std::vector<PenEvent> ParsePenScript(std::string_view text, const std::string& name,
                                      const std::filesystem::path& folder);
 

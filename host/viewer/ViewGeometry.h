@@ -1,5 +1,4 @@
-// Where things stand in a viewer. There are three systems of coordinates, all with y upwards, and each point says
-// by its type whose it is.
+// Coordinates of a viewer: world, frame and surface, each with a point type of its own, all with y upwards.
 #pragma once
 
 #include <array>
@@ -11,20 +10,20 @@
 
 namespace vblur::host {
 
-// The viewer's own units; tools get the pen in them.
+// The viewer's units; pen events use them.
 struct WorldPoint {
   double x = 0.0;
   double y = 0.0;
 };
 
-// Pixels of the project's frame at full resolution, from its lower left corner; a whole number is a pixel's corner.
-// What the controls of the effect are measured in.
+// Pixels of the project's frame at full resolution, from its lower left corner; pixel i covers [i, i + 1). The unit of
+// the effect's controls.
 struct FramePoint {
   double x = 0.0;
   double y = 0.0;
 };
 
-// Pixels of what is painted on, from its lower left corner.
+// Pixels of the surface, from its lower left corner.
 struct SurfacePoint {
   double x = 0.0;
   double y = 0.0;
@@ -37,29 +36,28 @@ struct WorldRectangle {
   double height = 0.0;
 };
 
-// The frame of a project. Its pixels are square in the world.
+// The frame of a project. Its pixels are square in world units.
 struct ProjectFrame {
-  double width = 1.0;  // in pixels, as the height
+  double width = 1.0;  // pixels
   double height = 1.0;
   double worldPerPixel = 1.0;
 };
 
-// The frame of these sizes; a frame as large as the picture, a unit a pixel, where a project has none that can be
-// read or they are not above 0.
+// The project's frame. Without usable project sizes: the picture's size, one world unit per pixel.
 ProjectFrame FrameOf(const std::optional<ProjectSizes>& project, const HostImage& picture);
 
-// Which part of the world a surface shows.
+// The part of the world that a surface shows.
 class ViewGeometry {
  public:
   static constexpr double kLeastZoom = 1.0 / 64;
   static constexpr double kMostZoom = 64.0;
 
-  // At a zoom of 1, the frame's centre in the middle. Width and height of the surface are at least 1.
+  // Zoom 1, centred on the frame. Width and height of the surface are at least 1.
   ViewGeometry(const ProjectFrame& frame, std::int32_t surfaceWidth, std::int32_t surfaceHeight);
 
-  // A zoom is how many pixels of the surface a pixel of the frame is wide; held within the limits.
+  // Surface pixels per frame pixel, clamped to the limits.
   void SetZoom(double zoom);
-  // How far the middle of the surface lies from the frame's centre, in pixels of the frame.
+  // Offset of the surface's centre from the frame's, in frame pixels.
   void SetPan(double x, double y);
 
   const ProjectFrame& frame() const { return frame_; }

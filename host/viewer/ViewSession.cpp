@@ -16,7 +16,7 @@ namespace vblur::host {
 
 namespace {
 
-// Refused as a render of this one frame would be; where that would be written does not matter.
+// The checks of a render of this frame, except those of the output file.
 void CheckFrame(const Job& job, std::int32_t frame) {
   const FrameRange frames = ResolveFrames(job);
   if (frame < frames.first || frame > frames.last) {
@@ -35,7 +35,7 @@ std::string NameOf(const GUID& guid) {
 
 }  // namespace
 
-// Sees that a property has changed, and notes what the tools read and write.
+// Marks the frame stale on property changes, and traces what tools read and write.
 class ViewSession::Watch : public IDSPropertyNotify, public ToolObserver {
  public:
   Watch(IDSProperties& properties, CallTrace* trace) : properties_(properties), trace_(trace) {
@@ -87,7 +87,7 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
   geometry_.emplace(whole, size[0], size[1]);
   geometry_->SetZoom(options.zoom);
   geometry_->SetPan(options.pan[0], options.pan[1]);
-  // An effect asks for the project as soon as it is made.
+  // Effects read the project when they are created.
   effectHost_.emplace(project);
   content_.emplace(*effectHost_);
   effect_.emplace(makeEffect(), trace);
@@ -106,7 +106,7 @@ ViewSession::~ViewSession() {
 }
 
 void ViewSession::OpenPage(const std::string& page, bool hidesControls) {
-  // What a page shows lies where the pictures of a frame were.
+  // The controls take their placement from a rendered frame.
   RenderIfStale();
   overlay_ = ComPtr<IDSProperties>(&effect_->properties()).As<IVBlurOverlay>();
   if (!overlay_) throw Failure(ExitCode::WrongUsage, "the effect has no controls to show");
@@ -152,7 +152,7 @@ void ViewSession::RenderIfStale() {
   HRESULT result = kOk;
   try {
     source_.Prepare(frame);
-    // On a clone, as frames are that render beside the work in the viewer; it reports where the pictures lie.
+    // On a clone, like background renders; it reports the placement to the effect.
     HostedEffect clone = effect_->Clone("clone");
     result = RenderFields(clone, job_, source_.pictures(), time, context_, [] {});
   } catch (const FileInterrupted&) {

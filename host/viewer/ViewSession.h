@@ -1,5 +1,5 @@
-// One frame of a job in a viewer, with the effect's controls over it: rendered again when a property or the time has
-// changed, and painted. Belongs to one thread.
+// One frame of a job in a viewer with the effect's controls; renders again after changes of properties or time. Belongs
+// to one thread.
 #pragma once
 
 #include <array>
@@ -24,17 +24,17 @@
 namespace vblur::host {
 
 struct ViewOptions {
-  double zoom = 1.0;                // pixels of the view for one of the frame
-  std::array<double, 2> pan{0, 0};  // how far the view's middle lies from the frame's centre, in pixels of the frame
-  // In pixels; absent: that of the frame.
+  double zoom = 1.0;                // view pixels per frame pixel
+  std::array<double, 2> pan{0, 0};  // offset of the view's centre from the frame's, in frame pixels
+  // In pixels; defaults to the frame's.
   std::optional<std::array<std::int32_t, 2>> size;
 };
 
 class ViewSession {
  public:
-  // Reads the frame's pictures; nothing is rendered yet. Job, context and trace are borrowed, the trace may be null.
-  // Throws Failure for a job that cannot be rendered and pictures that cannot be read, wrong usage for a frame that
-  // the job does not have.
+  // Reads the frame's pictures without rendering. Job, context and trace are borrowed; the trace may be null. Throws
+  // Failure for a job that cannot be rendered and pictures that cannot be read; wrong usage for a frame outside the
+  // job.
   ViewSession(const Job& job, std::int32_t frame, const ViewOptions& options, const EffectFactory& makeEffect,
               ExecuteContext& context, CallTrace* trace);
   ~ViewSession();
@@ -43,14 +43,14 @@ class ViewSession {
 
   // Shows the controls of a property page, once. Throws Failure (wrong usage) for an effect without controls.
   void OpenPage(const std::string& page, bool hidesControls);
-  // Carries out every kind of event but Snap. Throws Failure (wrong usage), with the event's place, for a property
-  // that the effect does not take.
+  // Carries out an event; Snap is the caller's. Throws Failure (wrong usage) with the event's place for a property that
+  // the effect refuses.
   void Apply(const PenEvent& event);
-  // What the viewer now shows, as an opaque 8-bit picture of the view's size. Throws as SequenceRenderer does, and as
+  // Paints the current view into an opaque 8-bit picture of the view's size. Throws like SequenceRenderer and
   // MakeOffScreenSurface.
   void Paint(HostImage& into);
 
-  // The properties as they now are.
+  // The current properties.
   PropertyStore Properties() const;
   const ViewGeometry& geometry() const { return *geometry_; }
   std::int32_t rendersDone() const { return rendersDone_; }
@@ -66,7 +66,7 @@ class ViewSession {
   CallTrace* trace_;
   std::int32_t rendersDone_ = 0;
   FrameSource source_;
-  // From here on in the order in which each needs those before it.
+  // Each needs those above it.
   std::optional<EffectHost> effectHost_;
   std::optional<OpenContent> content_;
   CoordMan coordMan_;

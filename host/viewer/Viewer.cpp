@@ -56,7 +56,7 @@ void Viewer::UnlinkFromViewer(Context& context) {
 }
 
 HRESULT Viewer::Link(Context& context) {
-  // The viewer first: its time is what properties are read at.
+  // The viewer first: properties are read at its time.
   HRESULT result = Made("tool", "OnLinkToViewer()", [&] { return context.layer->OnLinkToViewer(this); });
   if (result < 0) return result;
   result = LinkToOperator(context);
@@ -115,7 +115,7 @@ HRESULT Viewer::Hand(const Context& context, const char* name, PenCall call, con
 }
 
 HRESULT Viewer::Offer(const char* name, PenCall call, const tagVWPENEVENT& event) {
-  // A copy: whoever is called may push and remove tools.
+  // A copy: tools may push and remove tools.
   auto contexts = contexts_;
   std::ranges::reverse(contexts);
   for (const Context& context : contexts) {

@@ -1,5 +1,5 @@
-// The stand-alone host's viewer: keeps the tools that are pushed on it, links them to what is edited, hands them
-// the pen and the time, and has them paint. Belongs to the user-interface thread.
+// The stand-alone host's viewer: a stack of tools that it links to the edited object, sends pen and time to, and
+// paints. Belongs to the user-interface thread.
 #pragma once
 
 #include <atomic>
@@ -16,27 +16,26 @@ namespace vblur::host {
 
 class Viewer final : public IVWViewer, public IVWWindow {
  public:
-  // With one reference. The trace is borrowed: it must outlive the viewer, or StopTrace be called; null for none.
+  // With one reference. The trace may be null; it must outlive the viewer unless StopTrace is called.
   static ComPtr<Viewer> Make(CallTrace* trace = nullptr) { return ComPtr<Viewer>::Own(new Viewer(trace)); }
   void StopTrace() { trace_ = nullptr; }
 
-  // What is edited: an object with IDSProperties. Tools that are there are linked to it anew. Borrowed: null
-  // before it goes.
+  // The edited object, with IDSProperties; relinks all tools. Borrowed: set null before it ends.
   void Edit(IUnknown* edited);
-  // Unlinks every tool and lets it go.
+  // Unlinks and releases all tools.
   void Clear();
 
-  // The pen, in world units. From the tool on top down to the one that takes the event; who takes the press has
-  // the pen to itself until it is lifted. kFalse when nobody takes it.
+  // Pen events in world units, offered from the top tool down until one takes them. The tool that takes the press gets
+  // all events until the release. kFalse if no tool takes it.
   HRESULT PenDown(const tagVWPENEVENT& event);
   HRESULT PenMove(const tagVWPENEVENT& event);
   HRESULT PenUp(const tagVWPENEVENT& event);
-  // Tells the tools. While one of them is being dragged the time waits for the end of the drag.
+  // Notifies the tools. During an interaction the change is deferred to its end.
   void SetTime(double time);
-  // From the lowest tool to the one on top.
+  // Bottom to top.
   void Render(IVWSurface& surface);
 
-  // Whether something in the picture is no longer right; cleared by the next Render.
+  // Whether a repaint is needed; cleared by the next Render.
   bool isInvalid() const { return invalid_; }
   bool isInteracting() const { return interacting_; }
   std::size_t toolCount() const { return contexts_.size(); }
@@ -59,7 +58,7 @@ class Viewer final : public IVWViewer, public IVWWindow {
   struct Context {
     std::uintptr_t handle = 0;
     ComPtr<IViewerLayer> layer;
-    ComPtr<IViewerEventSink> events;  // empty for a tool that hears no pen
+    ComPtr<IViewerEventSink> events;  // empty for a tool without pen events
     ComPtr<IDSTimeNotifySink> times;  // likewise
     bool linkedToOperator = false;
   };
@@ -82,9 +81,9 @@ class Viewer final : public IVWViewer, public IVWWindow {
   std::atomic<std::uint32_t> references_{1};
   CallTrace* trace_;
   IUnknown* edited_ = nullptr;
-  std::vector<Context> contexts_;  // the last one is on top
+  std::vector<Context> contexts_;  // the top is last
   std::uintptr_t lastHandle_ = 0;
-  std::uintptr_t penOwner_ = 0;  // who took the press; 0 for nobody
+  std::uintptr_t penOwner_ = 0;  // the tool that took the press; 0 for none
   double time_ = 0.0;
   std::optional<double> waitingTime_;
   bool interacting_ = false;

@@ -1,4 +1,4 @@
-// What a viewer is painted on: a window of a program, or memory. Belongs to the user-interface thread.
+// The target of a viewer's painting: a window or memory. Belongs to the user-interface thread.
 #pragma once
 
 #include <cstddef>
@@ -20,9 +20,9 @@ class ViewerSurface {
   // pixel, inwards at the edges, so that vertices do not fall on pixel centres. False leaves no context current.
   virtual bool Begin() = 0;
   virtual void End() = 0;
-  // Between the two. Covers the surface: rows from the bottom up, four components of 8 bits a pixel.
+  // Between Begin and End. Covers the surface; rows bottom-up, 8-bit RGBA.
   virtual void PaintPicture(std::span<const std::byte> pixels) = 0;
-  // Between the two. What was painted, opaque, laid out likewise.
+  // Between Begin and End. The painted picture, opaque, in the same layout.
   virtual void ReadBack(std::span<std::byte> pixels) = 0;
 };
 

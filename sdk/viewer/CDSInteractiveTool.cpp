@@ -26,7 +26,7 @@ namespace {
 
 constexpr double kViewerTime = -1.0;
 
-// The curve with a key at the time, in the place of one that stood there.
+// The curve with a key added, or replaced if there is one at its time.
 DSCurve WithKey(const DSCurve& curve, DSCurveKey key) {
   DSCurve result = curve;
   const auto at = std::ranges::lower_bound(result.keys, key.time, {}, &DSCurveKey::time);

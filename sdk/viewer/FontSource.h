@@ -1,5 +1,4 @@
-// Where the overlay's fonts come from: the part of the host that paints with OpenGL offers them here, so that
-// nothing else has to load a font library.
+// Source of the overlay's fonts. The host's OpenGL part registers it, so that nothing else loads a font library.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +10,7 @@ namespace vblur {
 struct OverlayFont {
   virtual ~OverlayFont() = default;
 
-  // Fills `count` display lists from `listBase` on in the current OpenGL context; false when one character cannot
-  // be drawn.
+  // Fills `count` display lists from `listBase` on in the current OpenGL context; false if a character fails.
   virtual bool FillLists(std::uint32_t first, std::uint32_t count, std::uint32_t listBase) = 0;
 };
 
@@ -22,12 +20,12 @@ class FontSource {
  public:
   virtual ~FontSource() = default;
 
-  // A font `height` pixels high, of a weight from 100 to 900 (0: any); null when the system has none.
+  // A font `height` pixels high, of a weight from 100 to 900 (0: any); null if the system has none.
   virtual std::unique_ptr<OverlayFont> Open(std::int32_t height, std::int32_t weight) = 0;
 };
 
-// Borrowed: null before it goes, as at the beginning; then there are no fonts. Fonts outlive it. Belongs to the
-// user-interface thread.
+// Borrowed: set null before it ends. Null, the default, means no fonts. Open fonts stay valid. User-interface thread
+// only.
 void UseFontSource(FontSource* source);
 
 }  // namespace host

@@ -44,7 +44,7 @@ HFONT SelectObject(HDC dc, HFONT font) {
 
 bool DeleteObject(HFONT font) {
   if (font == nullptr) return false;
-  // A device keeps no font that has gone.
+  // Do not keep a deleted font selected.
   if (host::CurrentDevice().font == font) host::CurrentDevice().font = nullptr;
   delete font;
   return true;

@@ -1,5 +1,4 @@
-// What the thread paints on between the begin and the end of a surface's OpenGL paint, whatever window system the
-// surface belongs to.
+// The thread's paint target between vwSurfaceBeginRenderOpenGL and vwSurfaceEndRenderOpenGL.
 #pragma once
 
 #include "platform/GlFont.h"

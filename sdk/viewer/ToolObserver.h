@@ -1,4 +1,4 @@
-// Sees what tools read and write of the operator that they are linked to, for somebody who follows the calls.
+// Observer of the property reads and writes of tools, for call traces.
 #pragma once
 
 #include "platform/DsTypes.h"
@@ -9,12 +9,12 @@ class ToolObserver {
  public:
   virtual ~ToolObserver() = default;
 
-  // After the call. `time` as the tool gave it, -1.0 for the viewer's.
+  // After the call. `time` is the tool's argument: -1.0 means the viewer's time.
   virtual void OnGetAnimatedProperty(const GUID& property, double value, double time, HRESULT result) = 0;
   virtual void OnSetAnimatedProperty(const GUID& property, double value, double time, HRESULT result) = 0;
 };
 
-// Borrowed: null before it goes, as at the beginning. Belongs to the user-interface thread.
+// Borrowed: set null, the default, before it ends. User-interface thread only.
 void UseToolObserver(ToolObserver* observer);
 
 }  // namespace vblur::host

@@ -9,7 +9,7 @@ namespace vblur {
 
 namespace {
 
-// A handle of a viewer's means nothing without the viewer, which stays for as long as somebody has the handle.
+// A viewer's handle with its viewer, which is kept alive until the context is removed.
 struct PushedContext {
   ComPtr<IVWViewer> viewer;
   std::uintptr_t context = 0;

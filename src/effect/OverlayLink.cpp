@@ -1,4 +1,4 @@
-// How the effect's controls come to stand over the viewer while its pages are open.
+// Link between the effect and its controls over the viewer, while pages are open.
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -10,7 +10,7 @@
 namespace vblur {
 namespace {
 
-// The pages over which the circle is seen, and the one over which the crop box is.
+// The pages that show the circle, and the one that shows the crop box.
 constexpr std::array<std::string_view, 4> kCirclePages{"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG"};
 constexpr std::string_view kCropPage = "crop";
 

@@ -31,7 +31,7 @@ void Blur::SettleRegion() {
   frame.regionY1 = wrapAdd(frame.regionY1, place.originY);
 }
 
-// What the overlay shows of a clone's frame is the first input: the second one's place is the first's.
+// The second input's place gets the first input's values too.
 void Blur::ReportPlaces() {
   if (cloneSource == nullptr) return;
   ReportPlace(frame.outputPlace, cloneSource->frame.outputPlace);
