@@ -7,6 +7,7 @@
 #include <hwy/cache_control.h>
 
 #include "blur/BoxSweep.h"
+#include "image/HvKernel.h"
 #include "image/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -197,6 +198,7 @@ HWY_INLINE bool Packs(const BoxConstants& box, const BoxSweep::State& state) {
 
 void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
             std::uint8_t* const* out) {
+  HvEnterKernel<"boxSweep 8", HWY_TARGETS>(HWY_TARGET);
 #if HWY_TARGET == HWY_SCALAR
   SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
 #else
@@ -211,6 +213,7 @@ void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& ro
 
 void Sweep16(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::int16_t* const* in,
              std::int16_t* const* out) {
+  HvEnterKernel<"boxSweep 16", HWY_TARGETS>(HWY_TARGET);
 #if HWY_TARGET == HWY_SCALAR
   SweepSums<WideSums<std::int16_t>>(box, state, rows, in, out);
 #else
@@ -221,6 +224,7 @@ void Sweep16(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
 
 void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::int32_t* const* in,
              std::int32_t* const* out) {
+  HvEnterKernel<"boxSweep 32", HWY_TARGETS>(HWY_TARGET);
   SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
 }
 

@@ -2,6 +2,7 @@
 // methods into 32-bit lanes, and the buffers between one box and the next.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -15,8 +16,9 @@ namespace vblur {
 
 // How many lines a block holds side by side.
 inline constexpr std::int32_t kBlockLines = 16;
-template <class Mask>
-inline constexpr int kBlockLanes = kBlockLines* Mask::kCount;
+// The lanes of one position, for so many components of each line.
+template <int Count>
+inline constexpr int kBlockLanes = kBlockLines* Count;
 
 // Calls body(place, component) for each chosen component, both as compile-time constants.
 template <class Mask, class Body>
@@ -83,16 +85,28 @@ inline LaneMemory allocateLanes(std::int64_t positions, int lanes) {
   return LaneMemory(memory, FreeLanes{count * bytes});
 }
 
-// The lines of a block of rows (the x pass), or of columns (the y pass), read from a texture.
+// The lines of a block, read from a texture, and the place for their results.
+class BlockReader {
+ public:
+  virtual ~BlockReader() = default;
+  // Widens positions first to last - 1, in image coordinates.
+  virtual void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const = 0;
+};
+class BlockWriter {
+ public:
+  virtual ~BlockWriter() = default;
+  virtual void store(std::int64_t position, const std::int32_t* lanes) const = 0;
+};
+
+// A block of rows, for the x pass.
 template <class Mask, class Pixel, class Accum>
-class RowLines {
+class RowLines : public BlockReader {
  public:
   RowLines(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::int32_t rows)
       : in_(in), firstRow_(firstRow), rows_(rows) {}
 
-  // Positions first to last - 1 along x, in image coordinates. Goes by runs, cut short so that the
-  // rows that share cache lines of the block are filled together.
-  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const {
+  // Goes by runs, cut short so that rows that share cache lines of the block are filled together.
+  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const override {
     constexpr std::int64_t kTile = 64;
     for (std::int64_t x = first; x < last;) {
       std::int64_t n = 0;
@@ -100,8 +114,8 @@ class RowLines {
         const HvPixelRun<Pixel> run = in_.readRun(static_cast<std::int32_t>(x), firstRow_ + j);
         n = std::min({static_cast<std::int64_t>(run.length), last - x, kTile});
         const Pixel* pixel = run.first;
-        std::int32_t* lanes = block + (x - first) * kBlockLanes<Mask> + j * Mask::kCount;
-        for (std::int64_t i = 0; i < n; ++i, pixel += run.step, lanes += kBlockLanes<Mask>) {
+        std::int32_t* lanes = block + (x - first) * kBlockLanes<Mask::kCount> + j * Mask::kCount;
+        for (std::int64_t i = 0; i < n; ++i, pixel += run.step, lanes += kBlockLanes<Mask::kCount>) {
           widenPixel<Mask>(lanes, *pixel);
         }
       }
@@ -109,24 +123,22 @@ class RowLines {
     }
   }
 
-  const HvTexAxis& axis() const { return in_.horizontal; }
-
  private:
   const HvTexture<Pixel, Accum>& in_;
   std::int32_t firstRow_;
   std::int32_t rows_;
 };
 
+// A block of columns, for the y pass.
 template <class Mask, class Pixel, class Accum>
-class ColumnLines {
+class ColumnLines : public BlockReader {
  public:
   ColumnLines(const HvTexture<Pixel, Accum>& in, std::int32_t firstColumn, std::int32_t columns)
       : in_(in), firstColumn_(firstColumn), columns_(columns) {}
 
-  // Positions first to last - 1 along y, in image coordinates.
-  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const {
+  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const override {
     for (std::int64_t y = first; y < last; ++y) {
-      std::int32_t* lanes = block + (y - first) * kBlockLanes<Mask>;
+      std::int32_t* lanes = block + (y - first) * kBlockLanes<Mask::kCount>;
       for (std::int32_t j = 0; j < columns_;) {
         const HvPixelRun<Pixel> run = in_.readRun(firstColumn_ + j, static_cast<std::int32_t>(y));
         const std::int32_t n = std::min(run.length, columns_ - j);
@@ -139,29 +151,26 @@ class ColumnLines {
     }
   }
 
-  const HvTexAxis& axis() const { return in_.vertical; }
-
  private:
   const HvTexture<Pixel, Accum>& in_;
   std::int32_t firstColumn_;
   std::int32_t columns_;
 };
 
-// What one box leaves for the next: a line of a fixed length somewhere along the axis, which beyond
-// its ends answers like the texture that the lines came from.
-template <class Mask>
-class LineBuffer {
+// The results of one box for the next: lines of a fixed length somewhere along the axis, with an edge method of their
+// own beyond their ends.
+template <int Count>
+class LineBuffer : public BlockReader {
  public:
-  static constexpr int kLanes = kBlockLanes<Mask>;
+  static constexpr int kLanes = kBlockLanes<Count>;
 
   // Fails when there is no memory: see isReady.
-  template <class Pixel>
-  LineBuffer(std::int64_t start, std::int64_t length, std::int32_t edgeMethod, const Pixel& outside)
+  LineBuffer(std::int64_t start, std::int64_t length, std::int32_t edgeMethod, const std::int32_t* outside)
       : memory_(allocateLanes(length, kLanes)), start_(start), length_(length) {
     axis_.setSize(static_cast<std::int32_t>(length));
     axis_.setEdgeMethod(edgeMethod);
     for (std::int32_t j = 0; j < kBlockLines; ++j)
-      widenPixel<Mask>(outside_ + j * Mask::kCount, outside);
+      std::copy_n(outside, Count, outside_ + j * Count);
   }
 
   bool isReady() const { return memory_ != nullptr; }
@@ -171,7 +180,7 @@ class LineBuffer {
   std::int32_t* row(std::int64_t position) { return memory_.get() + (position - start_) * kLanes; }
 
   // A copy of positions that reach beyond the ends.
-  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const {
+  void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const override {
     for (std::int64_t i = first; i < last; ++i, block += kLanes) {
       const std::int32_t at = axis_.mapIndex(static_cast<std::int32_t>(i - start_));
       std::copy_n(at == kOutside ? outside_ : memory_.get() + at * static_cast<std::int64_t>(kLanes), kLanes, block);

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "blur/StreamRows.h"
+#include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "blur/StreamRows_simd.cpp"
@@ -21,6 +22,7 @@ HWY_INLINE void StreamLine(const std::uint8_t* from, std::uint8_t* to) {
 }
 
 void StreamRows(const StreamedPiece& piece, const std::byte* const* rows, std::byte* waiting) {
+  HvEnterKernel<"streamRows", HWY_TARGETS>(HWY_TARGET);
   alignas(kCacheLineBytes) std::uint8_t line[2 * kCacheLineBytes + kMostStreamedBytes];
   for (std::int64_t i = 0; i < piece.count; ++i, waiting += kCacheLineBytes) {
     auto* const to = reinterpret_cast<std::uint8_t*>(piece.first + i * piece.stride);
@@ -35,7 +37,7 @@ void StreamRows(const StreamedPiece& piece, const std::byte* const* rows, std::b
     const std::size_t end = before + piece.bytes;
     std::size_t at = 0;
     if (piece.begins && before > 0) {
-      // The rest of the first line, as far as it goes.
+      // The rest of the first cache line, as far as the piece goes.
       at = HWY_MIN(kCacheLineBytes, end);
       std::memcpy(to, line + before, at - before);
     }

@@ -1,4 +1,4 @@
-// The three boxes in one sweep against three plain ones, at every instruction set that this machine has.
+// The three boxes in one sweep against three plain ones, at every instruction set of this machine.
 #include "blur/BoxSweep.h"
 
 #include <algorithm>
@@ -9,14 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "blur/BoxFilter.h"
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 
-namespace vblur {
+namespace vblur::test {
 namespace {
-
-using test::CpuLevel;
-using test::forRandomCases;
-using test::Random;
 
 // Components that are random, at an end of the range, or all along a lane at one end.
 template <class C>
@@ -101,23 +97,19 @@ void compareAllWithTwin(Random& random, float radius) {
   compareWithTwin<std::int32_t>(random, radius);
 }
 
-class BoxSweepAtLevel : public testing::TestWithParam<std::string> {};
+class BoxSweepLevels : public AtEachLevel {};
 
-TEST_P(BoxSweepAtLevel, EqualsThreePlainBoxes) {
-  const CpuLevel level(GetParam());
+TEST_P(BoxSweepLevels, EqualsThreePlainBoxes) {
   for (const float radius :
        {0.0f,  1e-9f,    0.00005f, 0.25f, 0.4999f, 0.5f,   0.9999f, 1.0f,      1.25f,  2.0f,   31.5f, 61.99f,
         62.0f, 62.0001f, 62.9999f, 63.0f, 64.5f,   126.5f, 127.0f,  127.9999f, 128.0f, 129.5f, 333.3f}) {
     forRandomCases(2, [&](Random& random) { compareAllWithTwin(random, radius); });
   }
   forRandomCases(30, [](Random& random) { compareAllWithTwin(random, random.between(0.0f, 140.0f)); });
+  EXPECT_TRUE(kernelsRan({"boxSweep 8", "boxSweep 16", "boxSweep 32"}));
 }
 
-std::vector<std::string> VectorLevels() {
-  return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};
-}
-
-INSTANTIATE_TEST_SUITE_P(Levels, BoxSweepAtLevel, testing::ValuesIn(VectorLevels()));
+INSTANTIATE_TEST_SUITE_P(Levels, BoxSweepLevels, testing::ValuesIn(vectorLevels()), levelName);
 
 // What the lanes compute, written with plain numbers.
 std::int32_t roundingHighMultiply(std::int32_t a, std::int32_t b) {
@@ -129,7 +121,7 @@ std::uint32_t highMultiply(std::uint32_t a, std::uint32_t b) {
 
 // All scales that boxes of 8-bit pictures have in 16-bit lanes, for every sum that the lanes hold.
 TEST(BoxSweepArithmetic, MultipliesAsThePlainBoxDoesOverTheWholeDomain) {
-  constexpr int kStep = test::kShareOfCases == 1 ? 1 : 37;
+  constexpr int kStep = kShareOfCases == 1 ? 1 : 37;
   for (std::int32_t scale = 1; scale < 16384; scale += kStep) {
     // No more taps than the scale leaves room for.
     const std::int32_t most = std::min<std::int32_t>(32767, 255 * (16384 / scale + 2));
@@ -184,13 +176,13 @@ TEST(BoxSweepArithmetic, MultipliedSumsFit32BitsAndHoldTheResult) {
   }
 }
 
-// Dealing the halves of a block together three times leaves its components where they were.
-TEST(BoxSweepArithmetic, ThreeDealsKeepTheOrder) {
+// Interleaving the halves of a block three times leaves its components where they were.
+TEST(BoxSweepArithmetic, ThreeInterleavesKeepTheOrder) {
   for (int place = 0; place < 8; ++place) {
-    int dealt = place;
+    int mixed = place;
     for (int box = 0; box < 3; ++box)
-      dealt = dealt % 4 * 2 + dealt / 4;
-    EXPECT_EQ(dealt, place);
+      mixed = mixed % 4 * 2 + mixed / 4;
+    EXPECT_EQ(mixed, place);
   }
 }
 
@@ -228,4 +220,4 @@ TEST(BoxSweepArithmetic, SumsFitTheirLanes) {
 }
 
 }  // namespace
-}  // namespace vblur
+}  // namespace vblur::test

@@ -2,11 +2,12 @@
 #include <cstring>
 #include <type_traits>
 
-#include "blur/TurnPixels.h"
+#include "blur/TransposePixels.h"
+#include "image/HvKernel.h"
 #include "image/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "blur/TurnPixels_simd.cpp"
+#define HWY_TARGET_INCLUDE "blur/TransposePixels_simd.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -22,7 +23,7 @@ HWY_INLINE T* Beside(T* line, std::int64_t bytes) {
   return reinterpret_cast<T*>(reinterpret_cast<Byte*>(line) + bytes);
 }
 
-// Rows and columns of a tile in memory: the first element, and bytes from one row to the next.
+// One side of the copy in memory: the first element, and bytes from one row to the next.
 template <class T>
 struct Side {
   T* first;
@@ -32,7 +33,7 @@ struct Side {
 #if HWY_TARGET == HWY_SCALAR
 
 template <class T>
-HWY_INLINE void TurnTile(Side<const T> from, std::int32_t rows, std::int32_t columns, Side<T> to) {
+HWY_INLINE void TransposeTile(Side<const T> from, std::int32_t rows, std::int32_t columns, Side<T> to) {
   for (std::int32_t y = 0; y < rows; ++y) {
     for (std::int32_t x = 0; x < columns; ++x)
       std::memcpy(Beside(to.first, x * to.bytes) + y, Beside(from.first, y * from.bytes) + x, sizeof(T));
@@ -41,30 +42,30 @@ HWY_INLINE void TurnTile(Side<const T> from, std::int32_t rows, std::int32_t col
 
 template <class T>
 void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
-  TurnTile(lines, count, positions, strip);
+  TransposeTile(lines, count, positions, strip);
 }
 
 #else
 
 template <class T>
-constexpr int kSideOf = turnSide(sizeof(T));
+constexpr int kSideOf = transposedSide(sizeof(T));
 
-// Blocks of 128 bits are turned each by itself: kSide vectors that have a row of the square in each block
-// become as many that have a column there. Pairs are dealt together once for each halving of the square.
+// Transposes each block of 128 bits by itself: kSide vectors with a row of the square in each block become as many with
+// a column there, by one round of interleaving for each halving of the square.
 template <class D, int kSide, class V>
-HWY_INLINE void TurnBlocks(D d, V (&v)[kSide]) {
+HWY_INLINE void TransposeBlocks(D d, V (&v)[kSide]) {
   for (int half = 1; half < kSide; half *= 2) {
-    V dealt[kSide];
+    V mixed[kSide];
     for (int i = 0; i < kSide / 2; ++i) {
-      dealt[2 * i] = hn::InterleaveLower(d, v[i], v[i + kSide / 2]);
-      dealt[2 * i + 1] = hn::InterleaveUpper(d, v[i], v[i + kSide / 2]);
+      mixed[2 * i] = hn::InterleaveLower(d, v[i], v[i + kSide / 2]);
+      mixed[2 * i + 1] = hn::InterleaveUpper(d, v[i], v[i + kSide / 2]);
     }
     for (int i = 0; i < kSide; ++i)
-      v[i] = dealt[i];
+      v[i] = mixed[i];
   }
 }
 
-// One block each of lines that lie kSide apart.
+// A block of each of several lines, kSide lines apart.
 template <class D, class T = hn::TFromD<D> >
 HWY_INLINE hn::Vec<D> LoadBlocks(D d, const T* from, std::int64_t bytes) {
   if constexpr (hn::MaxLanes(D()) * sizeof(T) == 16) {
@@ -76,8 +77,8 @@ HWY_INLINE hn::Vec<D> LoadBlocks(D d, const T* from, std::int64_t bytes) {
   }
 }
 
-// As many lines as the vector has lanes: block b of vector i is from line b * kSide + i, and what is turned is a
-// whole row of the strip.
+// As many lines as the vector has lanes: block b of vector i is from line b * kSide + i, so that a transposed vector is
+// a whole row of the strip.
 template <class D, class T = hn::TFromD<D> >
 HWY_INLINE void VectorsIntoStrip(D d, Side<const T> lines, std::int32_t positions, Side<T> strip) {
   constexpr int kSide = kSideOf<T>;
@@ -85,7 +86,7 @@ HWY_INLINE void VectorsIntoStrip(D d, Side<const T> lines, std::int32_t position
     hn::Vec<D> v[kSide];
     for (int i = 0; i < kSide; ++i)
       v[i] = LoadBlocks(d, Beside(lines.first, i * lines.bytes) + x, lines.bytes);
-    TurnBlocks(d, v);
+    TransposeBlocks(d, v);
     for (int k = 0; k < kSide; ++k)
       hn::StoreU(v[k], d, Beside(strip.first, (x + k) * strip.bytes));
   }
@@ -125,6 +126,7 @@ void IntoStripOf(const void* line, std::int64_t lineBytes, std::int32_t lines, s
 
 void Into(std::size_t pixelBytes, const void* line, std::int64_t lineBytes, std::int32_t lines, std::int32_t count,
           void* strip, std::int64_t stripBytes) {
+  HvEnterKernel<"transposePixels", HWY_TARGETS>(HWY_TARGET);
   switch (pixelBytes) {
     case 1: return IntoStripOf<std::uint8_t>(line, lineBytes, lines, count, strip, stripBytes);
     case 2: return IntoStripOf<std::uint16_t>(line, lineBytes, lines, count, strip, stripBytes);
@@ -145,8 +147,8 @@ HWY_EXPORT(Into);
 
 }  // namespace
 
-void turnIntoStrip(std::size_t pixelBytes, const void* line, std::int64_t lineBytes, std::int32_t lines,
-                   std::int32_t count, void* strip, std::int64_t stripBytes) {
+void transposeIntoStrip(std::size_t pixelBytes, const void* line, std::int64_t lineBytes, std::int32_t lines,
+                        std::int32_t count, void* strip, std::int64_t stripBytes) {
   HWY_DYNAMIC_DISPATCH(Into)(pixelBytes, line, lineBytes, lines, count, strip, stripBytes);
 }
 

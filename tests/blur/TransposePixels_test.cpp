@@ -1,17 +1,17 @@
-// Turned tiles, at every instruction set that this machine has.
-#include "blur/TurnPixels.h"
+// Transposed tiles, at every instruction set of this machine.
+#include "blur/TransposePixels.h"
 
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 
 namespace vblur {
 namespace {
 
 template <class Word>
-void turn(std::int32_t lines, std::int32_t count, bool upwards, bool backwards) {
+void transpose(std::int32_t lines, std::int32_t count, bool upwards, bool backwards) {
   constexpr std::int32_t kStripLines = 64;
   constexpr std::int32_t kPitch = 71;
   std::vector<Word> picture(static_cast<std::size_t>(lines) * kPitch);
@@ -21,8 +21,9 @@ void turn(std::int32_t lines, std::int32_t count, bool upwards, bool backwards) 
   const std::size_t first = upwards ? static_cast<std::size_t>(lines - 1) * kPitch : 0;
   std::vector<Word> strip(static_cast<std::size_t>(count) * kStripLines, Word{7});
   const std::int64_t stripBytes = kStripLines * static_cast<std::int64_t>(sizeof(Word));
-  turnIntoStrip(sizeof(Word), picture.data() + first, pitch * static_cast<std::int64_t>(sizeof(Word)), lines, count,
-                strip.data() + (backwards ? (count - 1) * kStripLines : 0), backwards ? -stripBytes : stripBytes);
+  transposeIntoStrip(sizeof(Word), picture.data() + first, pitch * static_cast<std::int64_t>(sizeof(Word)), lines,
+                     count, strip.data() + (backwards ? (count - 1) * kStripLines : 0),
+                     backwards ? -stripBytes : stripBytes);
   for (std::int32_t i = 0; i < count; ++i) {
     for (std::int32_t j = 0; j < kStripLines; ++j) {
       const auto at = static_cast<std::size_t>(static_cast<std::int64_t>(first) + j * pitch + i);
@@ -34,26 +35,28 @@ void turn(std::int32_t lines, std::int32_t count, bool upwards, bool backwards) 
 }
 
 template <class Word>
-void turnInEveryWay() {
-  constexpr std::int32_t kSide = turnSide(sizeof(Word));
+void transposeInEveryWay() {
+  constexpr std::int32_t kSide = transposedSide(sizeof(Word));
   for (std::int32_t lines = kSide; lines <= 64; lines += kSide) {
     for (std::int32_t count = kSide; count <= 64; count += kSide) {
-      turn<Word>(lines, count, false, false);
-      turn<Word>(lines, count, true, false);
-      turn<Word>(lines, count, false, true);
+      transpose<Word>(lines, count, false, false);
+      transpose<Word>(lines, count, true, false);
+      transpose<Word>(lines, count, false, true);
     }
   }
 }
 
-TEST(TurnPixels, MovesEveryPixelToItsPlace) {
-  for (const std::string& name : HvCpuLevels()) {
-    const test::CpuLevel level(name);
-    turnInEveryWay<std::uint8_t>();
-    turnInEveryWay<std::uint16_t>();
-    turnInEveryWay<std::uint32_t>();
-    turnInEveryWay<std::uint64_t>();
-  }
+class TransposePixels : public test::AtEachLevel {};
+
+TEST_P(TransposePixels, MovesEveryPixelToItsPlace) {
+  transposeInEveryWay<std::uint8_t>();
+  transposeInEveryWay<std::uint16_t>();
+  transposeInEveryWay<std::uint32_t>();
+  transposeInEveryWay<std::uint64_t>();
+  EXPECT_TRUE(test::kernelsRan({"transposePixels"}));
 }
+
+INSTANTIATE_TEST_SUITE_P(Levels, TransposePixels, testing::ValuesIn(test::vectorLevels()), test::levelName);
 
 }  // namespace
 }  // namespace vblur
