@@ -1,5 +1,5 @@
-// Crop: the box, the edge methods and the outside colour through which a source picture is read. No pixel
-// moves; whoever reads the texture sees the cropped picture, extended over the whole plane.
+// Crop: sets the box, the edge methods and the outside colour of a texture. No pixel is copied; readers of the texture
+// see the cropped picture, extended over the whole plane.
 #pragma once
 
 #include <cstdint>
@@ -12,13 +12,13 @@ namespace vblur {
 
 enum CropMode : std::int32_t {
   kCropNone = 0,
-  kCropBox = 1,          // the box only
-  kCropBoxAndEdges = 2,  // the box, the edge methods and the colour beyond it
+  kCropBox = 1,          // box only
+  kCropBoxAndEdges = 2,  // box, edge methods and outside colour
 };
 
 struct CropSettings {
   std::int32_t mode = kCropNone;
-  // Fractions of the picture from its left and from its bottom, neither limited nor ordered.
+  // Fractions of the picture from its left and its bottom, neither clamped nor ordered.
   float left = 0.0f;
   float right = 1.0f;
   float bottom = 0.0f;
@@ -28,8 +28,8 @@ struct CropSettings {
   Rf colour{};  // components in 0..1
 };
 
-// The box has both of its ends: a right end of 0.5 on 100 columns takes in column 50. A pair in the wrong
-// order is swapped, and a fraction beyond the picture is its last pixel.
+// Both ends of the box are inclusive: a right end of 0.5 on 100 columns includes column 50. A pair in the wrong order
+// is swapped, and a fraction beyond the picture is its last pixel.
 template <class Pixel>
 void ApplyCropToTexture(HvTexture<Pixel, Rf>& texture, const CropSettings& crop) {
   if (crop.mode == kCropNone) return;

@@ -12,10 +12,9 @@
 
 namespace vblur {
 
-// Makes all of the output black and transparent but the crop's rectangle on the source, within the window
-// (none: the whole output). Unlike the box that the source is read through, the rectangle lacks its last
-// column and row, its pairs are not put in order, and the first and the last row of the window are
-// cleared by every crop, even by one of the whole picture.
+// Clears the window (none: the whole output) to transparent black, except the crop's rectangle. Unlike the box that the
+// source is read through, the rectangle excludes its last column and row, and its pairs are not ordered. The first and
+// the last row of the window are always cleared, even by a crop to the whole picture.
 template <class Pixel>
 void BlankOutside(HvTexture<Pixel, Rf>& output, const HvTexIndexer& source, const CropSettings& crop,
                   const std::optional<StageWindow>& window, HvInterruptRecord* interrupt) {

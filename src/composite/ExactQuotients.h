@@ -1,5 +1,6 @@
-// Quotients by constants without a division, toward zero and exact over the ranges that they tell: in plain
-// numbers what the vector code of this folder does in its lanes.
+// Quotients by constants without a division, truncated, exact over the stated domains. Vector code uses the constants;
+// the functions state the same arithmetic in plain numbers, and tests compare them with the division over their
+// domains.
 #pragma once
 
 #include <cmath>
@@ -7,7 +8,7 @@
 
 namespace vblur::exact {
 
-// v * kOver255 >> kOver255Shift is v / 255 for 0 to 65535; the upper 16 bits are a high multiply.
+// (v * kOver255) >> kOver255Shift is v / 255 for v in 0..65535. In 16-bit lanes it is a high multiply and a shift.
 inline constexpr std::uint32_t kOver255 = 0x8081;
 inline constexpr int kOver255Shift = 16 + 7;
 
@@ -15,8 +16,8 @@ constexpr std::uint32_t over255(std::uint32_t v) {
   return (v * kOver255) >> kOver255Shift;
 }
 
-// The least numbers above 1 / 255. With these factors no quotient that is whole falls short, and none that is
-// not reaches the next whole number as long as v lies in -2^22 to 2^22, or for doubles in 32 bits.
+// The least numbers above 1 / 255: a whole quotient does not fall short, and no other reaches the next integer, for
+// v in -2^22..2^22 in float and for all 32-bit v in double.
 inline constexpr float kOne255th = 0x1.010102p-8f;
 inline constexpr double kWideOne255th = 0x1.0101010101011p-8;
 
@@ -28,15 +29,14 @@ constexpr std::int32_t wideOver255(std::int32_t v) {
   return static_cast<std::int32_t>(static_cast<double>(v) * kWideOne255th);
 }
 
-// v / 32767 for 0 to 2^31 - 1: v is (v >> 15) * 32767 and what the halves of v sum to, at most 98302.
+// v / 32767 for v in 0..2^31 - 1: v = (v >> 15) * 32767 + (v >> 15) + (v & 32767), where the rest is at most 98302.
 constexpr std::uint32_t over32767(std::uint32_t v) {
   const std::uint32_t sum = (v >> 15) + (v & 32767) + 1;
   return (v >> 15) + ((sum + (sum >> 15)) >> 15);
 }
 
-// v / divisor as a division rounds it, for 255 and three times 255 or 16384: what the product with the reciprocal
-// leaves over is known to the last bit, and corrects it. Quotients below 2^-100 may differ in their last bits, and 0
-// in its sign.
+// The correctly rounded v / divisor for the divisors 255, 765 and 49152: FMA gives the remainder of the approximation
+// exactly, which corrects it. Quotients below 2^-100 may differ in their last bits, and 0 in its sign.
 inline float rounded(float v, float divisor) {
   const float reciprocal = 1.0f / divisor;
   const float quotient = v * reciprocal;

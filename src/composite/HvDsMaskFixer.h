@@ -1,4 +1,4 @@
-// Gives channels of a finished picture the values of the source again.
+// Restores channels of a finished picture from the source.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,7 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. The input's box and edge methods are put back after the run
-// as they stood before it.
+// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. Restores the input's box and edge methods after the run.
 template <class Pixel, class Accum, std::int32_t Top>
 class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
  public:
@@ -31,8 +30,8 @@ class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
     in->setEdgeMethods(savedAxes.horizontal.edgeMethod, savedAxes.vertical.edgeMethod);
   }
 
-  // Non-zero: the colours that are not named show through the source by its alpha. With alpha among the
-  // named channels nothing is written then.
+  // Non-zero: the other colours are mixed over the source by its alpha, and nothing is written if alpha is among the
+  // named channels. The effect leaves it 0; the mode belongs to the class.
   std::int32_t mixByAlpha = 0;
 
  private:

@@ -1,4 +1,4 @@
-// Shows a finished picture through a mask: where the mask is dark, the source takes its place.
+// Mixes a finished picture over its source by a mask.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +11,9 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, C8, Cf> and <R16, Rf, C16, Cf>. process(source, mask, output), with the effect's
-// result in the output. Outside the mask the source stands; where the source has no pixel all is zero there,
-// whatever its outside colour. The mask's full strength is the top of its storage.
+// Instances: <R8, Rf, C8, Cf> and <R16, Rf, C16, Cf>. process(source, mask, output), with the effect's result in the
+// output. Where the mask has no pixel it counts as 0; where the source has none it counts as zero, whatever its outside
+// colour. The mask's full strength is the top of its storage.
 template <class Pixel, class Accum, class MaskPixel, class MaskAccum>
 class HvDsPaintCombiner
     : public Combiner<HvTexture<Pixel, Accum>, HvTexture<MaskPixel, MaskAccum>, HvTexture<Pixel, Accum>> {
@@ -22,8 +22,8 @@ class HvDsPaintCombiner
   using Mask = HvTexture<MaskPixel, MaskAccum>;
   static constexpr std::int32_t kTop = kTopOf<MaskPixel>;
 
-  // The result d over the source a by a mask of m. A negative 16-bit m leads away from d and keeps the low
-  // bits of what does not fit.
+  // The result d over the source a by a mask value of m. A negative 16-bit m extrapolates away from d; the store keeps
+  // the low bits.
   static Pixel shown(const Pixel& d, const Pixel& a, std::int32_t m) {
     if (m == 0) return a;
     if (m == kTop) return d;

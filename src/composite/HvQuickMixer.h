@@ -1,4 +1,4 @@
-// A plain mix of two pictures by one amount, all in integers: what a transition mixes its clips with.
+// An integer mix of two pictures by one amount, for transitions.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. run(a, b, target) mixes amount of a with the rest of b;
-// without a b the target itself is the second picture, mixed in place.
+// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. run(a, b, target) writes a * amount + b * (1 - amount). If b is null,
+// the target is the second picture, mixed in place.
 template <class Pixel, class Accum, std::int32_t Max>
 class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:

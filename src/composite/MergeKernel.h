@@ -1,4 +1,4 @@
-// The loops of the merge: a run of pixels by one operation in one form, chosen before the loop starts.
+// The plain loops of the merge: a run of pixels by one operation in one form.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace vblur {
 
-// How gains and blend go into a merge of a and b.
+// How gains and blend enter a merge of a and b.
 enum class MergeForm {
   Integer,   // gains of 1 and a blend of one half: the stored pixels as they are
   Gained,    // gains alone
@@ -19,15 +19,15 @@ enum class MergeForm {
 struct MergeWeights {
   float gainA = 1.0f;
   float gainB = 1.0f;
-  // The share of either picture in the mix, and the same times its gain.
+  // The share of each picture in the mix, and the same times its gain.
   float weightA = 1.0f;
   float weightB = 1.0f;
   float mixA = 0.0f;
   float mixB = 0.0f;
 };
 
-// One pixel. Operations that mix their operands have the mix in place of one operand; the others mix their
-// finished result with a or b.
+// One pixel. An operation that mixes its operands takes the mix as one operand; any other mixes its finished result
+// with a or b.
 template <class Operation, MergeForm Form, class Pixel = typename Operation::Pixel>
 constexpr Pixel merged(const Pixel& a, const Pixel& b, const MergeWeights& w) {
   if constexpr (Form == MergeForm::Integer) {
@@ -47,14 +47,14 @@ constexpr Pixel merged(const Pixel& a, const Pixel& b, const MergeWeights& w) {
       return Operation::ofFloats(weightedSum(wideA, w.mixA, wideB, w.mixB), gainedB);
     } else {
       Rf first = gainedA;
-      // The first picture's alpha takes the second picture's gain here, and nowhere else.
+      // In this form alone the first picture's alpha takes the second picture's gain.
       if constexpr (Operation::kTakesFirstAlpha) first.alpha = wideA.alpha * w.gainB;
       return Operation::ofFloats(first, weightedSum(wideA, w.mixA, wideB, w.mixB));
     }
   }
 }
 
-// n pixels to out, which may be where a run lies.
+// Writes n pixels to out, which may be the memory of a run.
 template <class Pixel>
 using MergeKernel = void (*)(Pixel* out, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
                              const MergeWeights& weights);

@@ -1,4 +1,4 @@
-// The merge by vector code: mergeRun for pixels that lie side by side, equal to it bit for bit.
+// The merge of contiguous pixels by vector code, equal to mergeRun bit for bit.
 #pragma once
 
 #include <cstdint>
@@ -13,15 +13,15 @@ namespace vblur {
 template <class Pixel>
 using MergeRow = void (*)(const Pixel* a, const Pixel* b, Pixel* out, std::int32_t n, const MergeWeights& weights);
 
-// Null for a method that is not in use, at the level "twin", and for weights beyond kMostWeight: the plain code
-// is for all of these.
+// Null where the plain code has to run: at the level "twin", and for weights beyond kMostWeight. Null for a method that
+// does not exist, too.
 template <class Pixel>
 MergeRow<Pixel> mergeRowFor(std::int32_t method, MergeForm form, const MergeWeights& weights);
 
 extern template MergeRow<R8> mergeRowFor<R8>(std::int32_t, MergeForm, const MergeWeights&);
 extern template MergeRow<R16> mergeRowFor<R16>(std::int32_t, MergeForm, const MergeWeights&);
 
-// Its two families of methods, Darken to Add Under and Luminance to Colour; null for a method of the other.
+// The same for two families of methods, Darken to Add Under and Luminance to Colour; null for a method of the other.
 template <class Pixel>
 MergeRow<Pixel> arithmeticRow(std::int32_t method, MergeForm form, const MergeWeights& weights);
 template <class Pixel>

@@ -19,8 +19,8 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
   static_assert(One == Pixel::kOne);
   using Texture = HvTexture<Pixel, Accum>;
 
-  // Weights that can take a sum out of range limit it to 0..One, at 16 bits too; other methods limit to
-  // the storage range.
+  // Whether the weights can take a sum out of range. It is then clamped to 0..One, at 16 bits too, unlike a merge,
+  // which clamps to the storage range.
   bool limitsResult() const { return weightA < 0.0f || weightB < 0.0f || weightA + weightB > 1.0f; }
 
   void processRows(Texture* a, Texture* b, Texture* out) override {
@@ -48,7 +48,7 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
  private:
   using Run = HvPixelRun<Pixel>;
 
-  // Sums of weights that limit nothing lie between the components that go in: the store narrows nothing.
+  // Without a limit a sum lies between its components, and the store is exact.
   template <class Limit>
   void mixRun(Pixel* to, std::int32_t n, const Run& runA, const Run& runB, Limit limit) const {
     const auto store = [limit](float v) { return storeNarrow<ComponentOf<Pixel>>(truncToInt(limit(v))); };

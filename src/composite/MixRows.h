@@ -1,5 +1,5 @@
-// The plain mixes by vector code, on pixels that lie side by side: equal bit for bit to the loops of the
-// processors that they are named after. `out` may be one of the pictures that are read.
+// The mixes of contiguous pixels by vector code, equal bit for bit to the plain loops of the processors named below.
+// `out` may be one of the inputs.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,8 @@
 
 namespace vblur {
 
-// MixCombiner: a * weightA + b * weightB, limited to 0..One or known to fit. Weights of at most kMostWeight.
+// MixCombiner: a * weights.a + b * weights.b, clamped to 0..One if `limits`; otherwise the caller knows that it fits.
+// Weights of at most kMostWeight.
 struct MixRowWeights {
   float a;
   float b;
@@ -21,12 +22,11 @@ void mixRow(const R16* a, const R16* b, R16* out, std::int32_t n, const MixRowWe
 void quickMixRow(const R8* a, const R8* b, R8* out, std::int32_t n, std::int32_t amount);
 void quickMixRow(const R16* a, const R16* b, R16* out, std::int32_t n, std::int32_t amount);
 
-// HvDsMaskFixer: what is at `out` mixed over the source by the source's alpha, but for alpha and the colours
-// that are named.
+// HvDsMaskFixer: `out` mixed over the source by the source's alpha; alpha and the named colours are the source's.
 void mixByAlphaRow(const R8* source, R8* out, std::int32_t n, std::int32_t named);
 void mixByAlphaRow(const R16* source, R16* out, std::int32_t n, std::int32_t named);
 
-// HvDsPaintCombiner: what is at `out` over the source by the mask.
+// HvDsPaintCombiner: `out` over the source by the mask.
 void paintRow(const R8* source, const C8* mask, R8* out, std::int32_t n);
 void paintRow(const R16* source, const C16* mask, R16* out, std::int32_t n);
 

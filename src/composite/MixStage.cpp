@@ -13,7 +13,7 @@ constexpr std::int32_t kMixBackNone = 0;
 constexpr std::int32_t kMixBackMix = 1;
 constexpr std::int32_t kFirstMergeValue = 2;
 
-// The merge methods in the order of the mix-back list, from its third entry on.
+// In the order of the mix-back list, from its third entry on.
 constexpr std::array kMergeMethods = {
     kMergeLuminance, kMergeChroma,   kMergeHue,        kMergeSaturation, kMergeValue,     kMergeColour,
     kMergeDarken,    kMergeLighten,  kMergeScreen,     kMergeMultiply,   kMergeAdd,       kMergeAddOver,
@@ -34,7 +34,7 @@ template <class Pixel>
 void RunMixStage(HvTexture<Pixel, Rf>& source, HvTexture<Pixel, Rf>& result, std::int32_t method, float blend,
                  float effectGain, float sourceGain, const StageWindow& window, HvInterruptRecord* interrupt) {
   if (method <= kMixBackNone || method >= kMixBackCount) return;
-  // The result is read where it is written.
+  // The result is also the first input, read at its own place and without its box.
   HvTexture<Pixel, Rf> view;
   view.referTo(result);
   view.wholeBounds();

@@ -1,4 +1,4 @@
-// Mixes the filter's result back over its source.
+// The mix-back stage: mixes the filter's result over its source.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +10,9 @@
 namespace vblur {
 
 // Works in place on the result, within the window; the source is read through its box and edge methods.
-// The method is the stored value of the mix-back list: 0 and values beyond the list leave the result as it
-// is. Blend is in 0..100, gains are in percent and may be negative. No picture is premultiplied: alpha is
-// a fourth channel that each method treats by a rule of its own.
+// The method is the stored value of the mix-back list; 0 and values beyond the list leave the result unchanged. Blend
+// is in 0..100, gains are in percent and may be negative. Alpha is not premultiplied: each method has its own rule for
+// it.
 template <class Pixel>
 void RunMixStage(HvTexture<Pixel, Rf>& source, HvTexture<Pixel, Rf>& result, std::int32_t method, float blend,
                  float effectGain, float sourceGain, const StageWindow& window, HvInterruptRecord* interrupt);

@@ -5,7 +5,7 @@
 
 namespace vblur {
 
-// Whole pixels in image coordinates, all four ends inclusive; for a half-height field already in its rows.
+// Pixels in image coordinates, all four ends inclusive. For a half-height field, y counts rows of the field.
 struct StageWindow {
   std::int32_t x1 = 0;
   std::int32_t y1 = 0;

@@ -1,4 +1,4 @@
-// Runs of any step for code that takes pixels side by side.
+// Runs of any step for code that needs contiguous pixels.
 #pragma once
 
 #include <algorithm>
@@ -11,11 +11,11 @@
 
 namespace vblur {
 
-// How many pixels of a run are straightened at once.
+// Size of the buffer that runs of other steps are copied to, in pixels.
 inline constexpr std::int32_t kStraightPixels = 256;
 
-// Whether n pixels of a run may be read before any of n pixels at `out` is written: they lie elsewhere, or
-// each where its result goes. Otherwise one pixel after the other has to be done.
+// Whether n pixels of a run may be read before any of n pixels at `out` is written: they do not overlap, or each lies
+// where its result goes. Otherwise the pixels must be processed one by one.
 template <class Pixel, class Out>
 bool mayReadAhead(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) {
   const auto address = [](const void* p) { return reinterpret_cast<std::uintptr_t>(p); };
@@ -23,7 +23,7 @@ bool mayReadAhead(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) 
   return liesApart(run, out, n);
 }
 
-// A run, and a copy of a stretch of it where its pixels do not lie side by side.
+// Contiguous pixels of a run, copied to a buffer unless its step is 1.
 template <class Pixel>
 class StraightRun {
  public:
@@ -31,7 +31,7 @@ class StraightRun {
   StraightRun(const StraightRun&) = delete;
   StraightRun& operator=(const StraightRun&) = delete;
 
-  // Pixels from i on; no more than kStraightPixels unless the run is straight. Each call follows on the last.
+  // `count` pixels from i on; at most kStraightPixels unless the step is 1. Calls are in ascending order of i.
   const Pixel* at(std::int32_t i, std::int32_t count) {
     if (run_.step == 1) return run_.first + i;
     if (run_.step == 0 && i != 0) return pixels_;
@@ -45,8 +45,8 @@ class StraightRun {
   Pixel pixels_[kStraightPixels];
 };
 
-// Calls row(a, b, out, count) for n pixels in stretches; false, and nothing is done, where that would not be
-// the same as one pixel after the other.
+// Calls row(a, b, out, count) for n pixels in blocks. Returns false, with nothing done, if the pixels must be processed
+// one by one.
 template <class A, class B, class Out, class Row>
 bool runStraight(Out* out, std::int32_t n, const HvPixelRun<A>& runA, const HvPixelRun<B>& runB, const Row& row) {
   if (!mayReadAhead(runA, out, n) || !mayReadAhead(runB, out, n)) return false;

@@ -63,7 +63,7 @@ TEST(ApplyCrop, EqualEndsLeaveOneColumnThatRepeatSmears) {
 TEST(ApplyCrop, FractionsBeyondThePictureAreItsLastPixel) {
   HvTexture<R8, Rf> texture(10, 10);
   ApplyCropToTexture(texture, cropOf(-3.0f, 1e20f, 1.5f, 2.0f));
-  // A fraction that no 32-bit integer holds counts as far left.
+  // A product that does not fit 32 bits becomes -2147483648, which is clamped to the first column.
   EXPECT_EQ(texture.horizontal.lo, 0);
   EXPECT_EQ(texture.horizontal.hi, 0);
   EXPECT_EQ(texture.vertical.lo, 9);
@@ -120,7 +120,7 @@ TEST(ApplyCrop, ACopyShowsTheCropColourBeyondTheBox) {
 }
 
 // Columns 8 to 15 of 24, blurred along x with boxes of three pixels: a box gives (sum x 5461 + 8192) >> 14, and the
-// crop colour goes on beyond the picture.
+// crop colour continues beyond the picture.
 template <class Pixel, std::int32_t Max>
 std::vector<Pixel> blurredInACrop(const Pixel& inside, const Rf& colour) {
   HvTexture<Pixel, Ri> texture(24, 2);

@@ -1,4 +1,4 @@
-// What a crop leaves of a finished picture.
+// What blanking by a crop keeps of a finished picture.
 #include "composite/BlankOutside.h"
 
 #include <optional>
@@ -19,7 +19,7 @@ template <class Pixel>
 class BlankOutsideAtBothDepths : public testing::Test {
  protected:
   static constexpr std::int32_t kSide = 10;
-  // Which pixels of a filled square are left, after blanking by a crop of it.
+  // The pixels of a filled square that blanking keeps.
   static std::vector<bool> Left(const CropSettings& crop, const std::optional<StageWindow>& window = std::nullopt) {
     HvTexture<Pixel, Rf> picture(kSide, kSide);
     Fill(picture, Make<Pixel>(1, 2, 3, 4));
@@ -48,12 +48,12 @@ TYPED_TEST(BlankOutsideAtBothDepths, BlankCroppedClearsFirstAndLastRow) {
 }
 
 TYPED_TEST(BlankOutsideAtBothDepths, BlankCroppedClearsLastColumnAndRowOfTheBox) {
-  // The box is 2 to 5 and 3 to 7, both ends included.
+  // The box is 2..5 and 3..7, ends inclusive.
   EXPECT_EQ(this->Left(cropOf(0.2f, 0.5f, 0.3f, 0.7f)), this->Square(2, 5, 3, 7));
 }
 
 TYPED_TEST(BlankOutsideAtBothDepths, SwappedEndsAreNotPutInOrder) {
-  // With left at 7 and right at 3 the two sides meet: nothing of the row is left.
+  // With left at 7 and right at 3 the two filled sides overlap: nothing of a row is kept.
   EXPECT_EQ(this->Left(cropOf(0.7f, 0.3f, 0.0f, 1.0f)), this->Square(0, 0, 0, 0));
 }
 

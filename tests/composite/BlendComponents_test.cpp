@@ -1,5 +1,4 @@
-// The operations that treat a component by itself: all 65,536 pairs of 8-bit components against plain
-// formulas, in colours and in alpha.
+// Operations on single components: all 65,536 pairs of 8-bit components against plain formulas, colours and alpha.
 #include <algorithm>
 #include <cstdlib>
 
@@ -23,7 +22,7 @@ struct PlainOperation {
   Formula alpha;
 };
 
-// On grey pixels, whose colours sum to three times one of them.
+// For grey pixels, where S(q) = 3q.
 int AddOverOfGrey(int p, int q) {
   const float share = static_cast<float>(3 * q) / 765.0f;
   const float product = static_cast<float>(p) * share;
@@ -67,7 +66,7 @@ TEST(BlendComponents, AllPairsAtEightBits) {
   }
 }
 
-// Each component has its own pair, so that none is read from a neighbour.
+// A different pair for each component, so that a read of the wrong one shows.
 TEST(BlendComponents, EachComponentByItself) {
   for (const PlainOperation& plain : kPlainOperations) {
     if (plain.operation == Blend<R8>::AddOver::ofIntegers || plain.operation == Blend<R8>::AddUnder::ofIntegers ||
@@ -99,7 +98,7 @@ TEST(BlendComponents, ScreenAndMultiplyOfAlpha) {
   EXPECT_EQ(Blend<R8>::Multiply::ofIntegers(solid, clear).alpha, 0);
 }
 
-// Gains can be negative, so that a sum has a lower limit and a difference an upper one.
+// With negative gains a sum can reach the lower bound and a difference the upper one.
 TEST(BlendComponents, FloatFormsLimitAtBothEnds) {
   const Rf negative = MakeFloat(-200, -1, -255, -50);
   const Rf positive = MakeFloat(100, 2, 255, 20);

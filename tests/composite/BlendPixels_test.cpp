@@ -1,5 +1,5 @@
-// Every operation on whole pixels, in both forms and at both depths, against the model; and what is
-// peculiar to the operations that look at the whole pixel.
+// Every operation on whole pixels, in both forms and at both depths, against the model, and the special cases of
+// operations that depend on the whole pixel.
 #include <iterator>
 #include <limits>
 
@@ -15,7 +15,7 @@ class BlendPixels : public testing::Test {};
 
 TYPED_TEST_SUITE(BlendPixels, Depths, DepthNames);
 
-// Colours of a grid of levels in three components; alpha varies along.
+// All triples of some levels as colours, with varying alpha.
 template <class Pixel>
 std::vector<Pixel> Grid() {
   std::vector<std::int32_t> levels;
@@ -207,7 +207,7 @@ TEST(BlendPixelsAtOneDepth, LuminanceNegativeColoursDoNotPass) {
   EXPECT_EQ(Blend<R16>::Luminance::ofIntegers(negative, Make<R16>(0, 0, 0, 5)), Make<R16>(0, 0, 0, -7));
 }
 
-// The matrix weighs white at 4095/4096, so that a picture over itself is not quite itself.
+// The weights of Y sum to 4095/4096, so that white over itself is 254.
 TEST(BlendPixelsAtOneDepth, LuminanceOfAWhitePictureOverItself) {
   const R8 white = Make<R8>(255, 255, 255, 9);
   EXPECT_EQ(Blend<R8>::Luminance::ofIntegers(white, white), Make<R8>(254, 254, 254, 9));

@@ -24,7 +24,7 @@ class RowPicture : public HvTexture<Pixel, Accum> {
   RowPicture(const Pixel* row, std::int32_t n) { this->wrap(n, 1, const_cast<Pixel*>(row)); }
 };
 
-// Each on the calling thread alone: a row is not worth more of them.
+// On the calling thread alone: a row is too little work for more.
 template <class Processor, class Pixel, class Second>
 void combineRow(Processor& processor, const Pixel* a, const Second* b, std::int32_t n, Pixel* out) {
   RowPicture<Pixel> first(a, n);

@@ -17,7 +17,7 @@ TEST_P(CompositeKernels, EqualPlainCode) {
 
 INSTANTIATE_TEST_SUITE_P(Levels, CompositeKernels, testing::ValuesIn(vectorLevels()), levelName);
 
-// Of those that the program has, the ones that this folder names.
+// The kernels of this folder by their names, since the program has others as well.
 TEST(CompositeKernelsOfAllLevels, HaveACaseEach) {
   std::set<std::string> listed;
   for (const KernelCase& kernel : compositeKernels())

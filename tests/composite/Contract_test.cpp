@@ -1,4 +1,4 @@
-// The contract of all processors, on those of this folder.
+// The contract of all processors, for those of this folder.
 #include "composite/HvDsMaskFixer.h"
 #include "composite/HvDsPaintCombiner.h"
 #include "composite/HvMerge.h"

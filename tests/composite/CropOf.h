@@ -1,4 +1,4 @@
-// The crop of the tests: box, edge methods and colour, with Reflect on both axes.
+// A crop of all three kinds, with Reflect on both axes.
 #pragma once
 
 #include "composite/ApplyCrop.h"

@@ -1,4 +1,4 @@
-// Channels of the source restored in a finished picture.
+// Restoring channels of the source in a finished picture.
 #include "composite/HvDsMaskFixer.h"
 
 #include <vector>
@@ -45,7 +45,7 @@ TYPED_TEST(HvDsMaskFixerAtBothDepths, RestoresOnlyTheNamedChannelsInTheWindow) {
   }
 }
 
-// A caller that lifts the crop before the run gets the whole picture back, not the crop.
+// What is restored is the box at the start of the run: the whole picture if the caller has reset the crop.
 TYPED_TEST(HvDsMaskFixerAtBothDepths, LeavesTheSourceAsItWasWhenTheRunBegan) {
   using Pixel = TypeParam;
   HvTexture<Pixel, Rf> source(8, 6);

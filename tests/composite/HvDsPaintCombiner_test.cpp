@@ -1,4 +1,4 @@
-// A finished picture through a mask.
+// Mixing a finished picture over its source by a mask.
 #include "composite/HvDsPaintCombiner.h"
 
 #include <type_traits>
@@ -78,7 +78,7 @@ TEST(HvDsPaintCombinerAtSixteenBits, ANegativeMaskLeadsAwayFromTheEffect) {
   const R16 source = Make<R16>(1000, -1000, 0, 32767);
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(2000, 1000, 5, 32767), source, -1)), source);
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(2000, 1000, 5, 32767), source, -32767)), Make<R16>(0, -3000, -5, 32767));
-  // What does not fit keeps its low bits: 32767 + 32767 is -2.
+  // The store keeps the low bits: 32767 + 32767 becomes -2.
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(0, 0, 0, 0), source, -32767)).alpha, -2);
 }
 
@@ -177,7 +177,7 @@ TYPED_TEST(HvDsPaintCombinerAtBothDepths, AsksBeforeEachRow) {
   HvTexture<Pixel, Rf> output(2, 6);
   Fill(source, Make<Pixel>(5, 5, 5, 5));
   MaskOf<Pixel> mask;
-  // Asked once before the pass.
+  // The first poll comes before the pass.
   StopAfter stop(3);
   Painter<Pixel> painter;
   painter.interrupt = &stop.record;

@@ -22,9 +22,9 @@ TEST(HvHSVConverter, SextantsAtEightBits) {
 TEST(HvHSVConverter, BlackAndGreyHaveNeitherHueNorSaturation) {
   EXPECT_EQ(Hsv8::fromRGB(0, 0, 0), (HvHSV{0, 0, 0}));
   EXPECT_EQ(Hsv8::fromRGB(77, 77, 77), (HvHSV{0, 0, 77}));
-  // Brightest component 0 counts as black, whatever lies below it.
+  // A maximum of 0 is black, even above negative components.
   EXPECT_EQ(Hsv16::fromRGB(0, -5, -10), (HvHSV{0, 0, 0}));
-  // A difference below a step of saturation is grey.
+  // A difference too small for one step of saturation is grey.
   EXPECT_EQ(Hsv16::fromRGB(32767, 32767, 32766), (HvHSV{0, 0, 32767}));
 }
 
@@ -33,7 +33,7 @@ TEST(HvHSVConverter, SaturationRunsToOneNotToTheTopOfStorage) {
   EXPECT_EQ(Hsv16::fromRGB(32767, -32768, -32768).saturation, 32768);
 }
 
-// Stored components fit; gained ones need not. 65536 x 32768 is 2^31, which wraps to -2^31.
+// Components with a gain can overflow: 65536 x 32768 is 2^31, which wraps to -2^31.
 TEST(HvHSVConverter, SixteenBitHueWraps) {
   EXPECT_EQ(Hsv16::fromRGB(32767, -32768, 32767).hue, -2147450880 / 131070 + 98304);
   EXPECT_EQ(Hsv16::fromRGB(70000, 65535, 0), (HvHSV{2147450880 / 140000, 16384, 70000}));
@@ -41,11 +41,11 @@ TEST(HvHSVConverter, SixteenBitHueWraps) {
 }
 
 TEST(HvHSVConverter, QuotientThatDoesNotFitIsTheLowestNumber) {
-  // A brightest of -1 and a wrapped product of -2^31: 131072 x 16384.
+  // The maximum is -1, and 131072 x 16384 wraps to -2^31.
   const HvHSV hsv = Hsv16::fromRGB(-1, -1 - 131072, -1);
   EXPECT_EQ(hsv.saturation, kInt32Min);
   EXPECT_EQ(hsv.value, -1);
-  // A range of 2^31 doubles to 0.
+  // A range of 2^31, doubled, wraps to 0.
   EXPECT_EQ(Hsv8::fromRGB(1 << 30, -(1 << 30), 0).value, 1 << 30);
 }
 

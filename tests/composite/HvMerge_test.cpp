@@ -1,4 +1,4 @@
-// How gains and blend choose one of four forms, and what each form does with one pixel.
+// The choice of one of four forms by gains and blend, and the result of each form for one pixel.
 #include "composite/HvMerge.h"
 
 #include <type_traits>
@@ -19,7 +19,7 @@ Merge8 MergeOf(float blend, float gainA = 1.0f, float gainB = 1.0f) {
   return merge;
 }
 
-// One pixel through the whole combiner.
+// One pixel by the whole combiner.
 template <class Pixel>
 Pixel MergedPixel(std::int32_t method, float blend, float gainA, float gainB, const Pixel& a, const Pixel& b) {
   HvTexture<Pixel, Rf> textureA(1, 1);
@@ -97,14 +97,14 @@ TEST(HvMerge, EndsOfABlendAreTheTwoPictures) {
 TEST(HvMerge, BrightnessMethodsMixTheirOperands) {
   const R8 a = Make<R8>(100, 100, 100, 80);
   const R8 b = Make<R8>(200, 200, 200, 160);
-  // Three quarters towards b: the lighter of the even mix and b; a quarter: that of a and the even mix.
+  // At 0.75 the operands are the even mix and b, at 0.25 they are a and the even mix.
   EXPECT_EQ(MergedPixel(kMergeLighten, 0.75f, 1.0f, 1.0f, a, b), b);
   EXPECT_EQ(MergedPixel(kMergeLighten, 0.25f, 1.0f, 1.0f, a, b), Make<R8>(150, 150, 150, 120));
   EXPECT_EQ(MergedPixel(kMergeDarken, 0.75f, 1.0f, 1.0f, a, b), Make<R8>(150, 150, 150, 0));
   EXPECT_EQ(MergedPixel(kMergeDarken, 0.25f, 1.0f, 1.0f, a, b), Make<R8>(100, 100, 100, 0));
 }
 
-// The result of the operation is a stored pixel, limited, before it is mixed.
+// The operation's result is clamped and truncated before it is mixed.
 TEST(HvMerge, ArithmeticMethodsMixTheFinishedResult) {
   const R8 a = Make<R8>(200, 200, 200, 200);
   const R8 b = Make<R8>(100, 100, 100, 100);
@@ -126,7 +126,7 @@ TEST(HvMerge, FirstAlphaTakesSecondGain) {
   EXPECT_EQ(MergedPixel(kMergeLighten, 0.25f, 2.0f, 0.5f, Make<R8>(100, 100, 100, 100), b).alpha, 200);
 }
 
-// The numbers that a merge starts with, and the bits of its flags, which are not those of the window.
+// Initial values; the window sets the flags of Imager, not those of the merge.
 TEST(HvMerge, FieldsOfANewMerge) {
   Merge8 merge;
   EXPECT_EQ(merge.rgbMode, 0);

@@ -44,7 +44,7 @@ TYPED_TEST(HvQuickMixerAtBothDepths, EndsAreThePicturesExactly) {
   }
 }
 
-// 20 + (-1280 / 255) with the division toward zero.
+// 20 + (-1280 / 255), truncated.
 TEST(HvQuickMixerAtEightBits, DividesTowardZero) {
   HvTexture<R8, Rf> a(1, 1);
   HvTexture<R8, Rf> b(1, 1);

@@ -34,7 +34,7 @@ std::ostream& operator<<(std::ostream& out, const Settings& s) {
   return out << "method " << s.method << " blend " << s.blend << " gains " << s.gainA << " " << s.gainB;
 }
 
-// Where the result goes.
+// Where the output lies.
 enum class Place { Apart, OverA, OverB };
 
 template <class Pixel>
@@ -81,7 +81,7 @@ std::vector<Pixel> Merged(const Settings& settings, const Pictures<Pixel>& pictu
 
 class MergeRows : public AtEachLevel {
  protected:
-  // The twin has run no kernel; what the level has run is left to be asked for.
+  // The caller asserts which kernels have run; the twin runs none.
   template <class Pixel>
   static void Compare(const Settings& settings, const Pictures<Pixel>& pictures, Place place,
                       const std::optional<model::Window>& window = {}) {
@@ -96,7 +96,7 @@ class MergeRows : public AtEachLevel {
     }
   }
 
-  // On whole rows, all of which are one kernel's.
+  // On whole rows, which one kernel processes.
   template <class Pixel>
   static void CompareRows(const Settings& settings, const Pictures<Pixel>& pictures, Place place) {
     Compare(settings, pictures, place);
@@ -104,7 +104,7 @@ class MergeRows : public AtEachLevel {
     ASSERT_TRUE(kernelsRan({mergeKernelName(MergeOf<Pixel>(settings))})) << settings;
   }
 
-  // Beside copies of runs.
+  // Whether the kernel has run, perhaps beside those that copy runs.
   static bool Entered(const std::string& kernel) {
     const std::vector<KernelRun> runs = takeKernelRuns();
     EXPECT_TRUE(ranAtThisLevel(runs));
@@ -147,7 +147,7 @@ TEST_P(MergeRows, AllFormsEqualTheTwinAtSixteenBits) {
   AllFormsOfAllMethods<R16>();
 }
 
-// Each component against each, in every place of a pixel, beside neighbours that are like it and that are not.
+// All pairs in every component, with equal and with different neighbours.
 TEST_P(MergeRows, AllPairsOfEightBitComponents) {
   Random random(5);
   Pictures<R8> pictures(random, 256, 256);
@@ -191,8 +191,7 @@ Settings RandomSettings(Random& random) {
   return settings;
 }
 
-// Windows, boxes, edge methods: runs of steps -1, 0 and 1 that end anywhere, over pictures that may be the
-// result's own.
+// Windows, boxes and edge methods: runs of steps -1, 0 and 1 of any length; inputs may share the output's memory.
 TEST_P(MergeRows, RunsOfAllStepsEqualTheTwin) {
   int kernels = 0;
   forRandomCases(300, [&](Random& random) {
@@ -213,7 +212,7 @@ TEST_P(MergeRows, RunsOfAllStepsEqualTheTwin) {
   EXPECT_GT(kernels, 0);
 }
 
-// One pixel, reversed and repeated runs, longer than the buffer that straightens them.
+// Runs of one repeated pixel, longer than the buffer of StraightRuns.h.
 TEST_P(MergeRows, LongRunsOfOnePixel) {
   Random random(31);
   Pictures<R16> pictures(random, 1100, 1);
@@ -225,7 +224,7 @@ TEST_P(MergeRows, LongRunsOfOnePixel) {
   }
 }
 
-// Reversed runs longer than the buffer that straightens them.
+// Reversed runs, longer than the buffer of StraightRuns.h.
 TEST_P(MergeRows, LongRunsBackwards) {
   Random random(32);
   Pictures<R8> pictures(random, 1500, 1);
@@ -235,7 +234,7 @@ TEST_P(MergeRows, LongRunsBackwards) {
   EXPECT_TRUE(Entered(mergeKernelName(MergeOf<R8>(Settings{kMergeScreen}))));
 }
 
-// The mix of the colours is (-1, -131073, ...): its saturation is 2^31 and does not fit.
+// The mix of the colours is (-1, -131073, ...): its saturation is 2^31, which does not fit.
 TEST_P(MergeRows, ASaturationThatDoesNotFit) {
   Random random(51);
   Pictures<R16> pictures(random, 32, 1);
@@ -249,7 +248,7 @@ TEST_P(MergeRows, ASaturationThatDoesNotFit) {
   }
 }
 
-// Shares far beyond One of a value of 1: now and then one step of a share shows in the result.
+// Saturations far above One at a value of 1, where one step of a share can change the result.
 TEST_P(MergeRows, EightBitSharesFarBeyondOne) {
   Random random(52);
   Pictures<R8> pictures(random, 256, 256);

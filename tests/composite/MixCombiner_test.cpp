@@ -5,7 +5,7 @@
 namespace vblur::test {
 namespace {
 
-// The sum of the weights rounds to 1 in 32 bits, where a wider one would pass it.
+// The sum of the weights rounds to 1 in 32 bits; in 64 bits it would exceed 1.
 TEST(MixCombiner, SumOfWeightsIsTestedInThirtyTwoBits) {
   MixCombiner<R16, Rf, 16384> mix;
   mix.weightA = 1.0f;

@@ -50,8 +50,8 @@ struct MixPictures {
 
 class MixRows : public AtEachLevel {
  protected:
-  // stage(a, b, mask, out), with either picture in the output's own memory or none. The twin has run no kernel; what
-  // the level has run is left to be asked for.
+  // stage(a, b, mask, out); either input may share the output's memory. The caller asserts which kernels have run; the
+  // twin runs none.
   template <class Pixel, class Stage>
   static void Compare(const MixPictures<Pixel>& pictures, Random& random, const Stage& stage) {
     const int place = random.within(0, 2);
@@ -78,7 +78,7 @@ class MixRows : public AtEachLevel {
                                         << pictures.out.width() << " wide, place " << place;
   }
 
-  // Once on whole rows, all of which are the kernel's, and once in surroundings of all kinds.
+  // Once on whole rows, which the kernel alone processes, and once with random boxes, origins and edge methods.
   template <class Pixel, class MakeStage>
   static void CompareAll(int cases, const std::string& kernel, const MakeStage& makeStage) {
     forRandomCases(cases, [&](Random& random) {

@@ -1,4 +1,4 @@
-// The mix-back stage on whole pictures, in place, through boxes, edges and windows.
+// The mix-back stage on whole pictures, in place, with boxes, edge methods and windows.
 #include "composite/MixStage.h"
 
 #include <optional>
@@ -21,7 +21,7 @@ constexpr int kMethodCount = 19;
 template <class Pixel>
 class MixStage : public testing::Test {
  protected:
-  // One pixel of either picture through the stage.
+  // One pixel of each picture by the stage.
   static Pixel Mixed(std::int32_t method, float blend, float effectGain, float sourceGain, const Pixel& effect,
                      const Pixel& source) {
     HvTexture<Pixel, Rf> from(1, 1);
@@ -118,8 +118,8 @@ TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
   }
 }
 
-// Boxes, edge methods, outside colours, origins of source and result that differ, windows inside, across
-// and beside the picture, 1 to 8 threads.
+// Boxes, edge methods, outside colours, different origins of source and result, windows inside, across and beside the
+// picture, 1 to 8 threads.
 TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
   using Pixel = TypeParam;
   forRandomCases(400, [this](Random& random) {
@@ -164,7 +164,7 @@ TYPED_TEST(MixStage, RowsThatRunBackwardsAreMixedAlike) {
   EXPECT_EQ(CountDifferent(result, expected), 0);
 }
 
-// An absent source answers with its outside colour.
+// An empty source reads as its outside colour.
 TYPED_TEST(MixStage, AnEmptySourceIsItsOutsideColour) {
   using Pixel = TypeParam;
   HvTexture<Pixel, Rf> source;
@@ -177,8 +177,8 @@ TYPED_TEST(MixStage, AnEmptySourceIsItsOutsideColour) {
     EXPECT_EQ(pixel, Make<Pixel>(11, 21, 31, 1));
 }
 
-// Of three polls that pass, the pass takes the first: a merge polls before each row and mixes two, Mix polls after each
-// row and mixes three.
+// The first of three successful polls comes before the pass. A merge polls before each row and mixes two rows, Mix
+// polls after each row and mixes three.
 TYPED_TEST(MixStage, PollsOncePerRow) {
   using Pixel = TypeParam;
   const ThreadCount threads(1);

@@ -1,4 +1,4 @@
-// The blend operations by name, next to the model's.
+// The blend operations by name, beside those of the model.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace vblur::test {
 
-// The merge as the home of its operations.
+// The class that has the operations.
 template <class Pixel>
 using Blend = HvMerge<Pixel, Rf, Pixel::kOne>;
 
@@ -23,7 +23,7 @@ struct NamedOperation {
   model::Pixel (*modelOfFloats)(model::Depth, const model::blend::FloatPixel&, const model::blend::FloatPixel&);
 };
 
-// In the order of the mix-back list, whose third entry is the first of them.
+// In the order of the mix-back list, from its third entry on.
 template <class Pixel>
 constexpr std::array<NamedOperation<Pixel>, 17> kNamedOperations = {{
     {"Luminance", Blend<Pixel>::Luminance::ofIntegers, Blend<Pixel>::Luminance::ofFloats, model::blend::Luminance,

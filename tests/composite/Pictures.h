@@ -17,7 +17,7 @@
 
 namespace vblur::test {
 
-// Typed tests at both depths, and what they are called.
+// The depths of typed tests and their names.
 using Depths = testing::Types<R8, R16>;
 struct DepthNames {
   template <class Pixel>
@@ -59,7 +59,7 @@ Pixel FromModel(const model::Pixel& p) {
   return Make<Pixel>(p[0], p[1], p[2], p[3]);
 }
 
-// Pixels over the whole range, now and then with a component of 0, One or a step beyond it.
+// Pixels over the whole range; one component in six is 0, 1, a half or about One.
 template <class Pixel>
 Pixel RandomPixel(Random& random) {
   Pixel pixel = randomPixel(random, storageRange<Pixel>());
@@ -97,7 +97,7 @@ std::vector<Pixel> PixelsOf(const HvTexture<Pixel, Accum>& texture) {
   return pixels;
 }
 
-// A texture without memory is no picture to the model either.
+// The model knows whether a texture has memory.
 template <class Pixel, class Accum>
 model::Picture ModelOf(const HvTexture<Pixel, Accum>& texture) {
   model::Picture picture = modelPicture(texture);
