@@ -60,7 +60,7 @@ OverlayFuzz::OverlayFuzz(std::uint64_t seed) : random_(seed) {
 }
 
 OverlayFuzz::~OverlayFuzz() {
-  // What is left goes in an order of its own each time.
+  // Tear down in random order.
   const bool widgetsFirst = Chance(2);
   if (widgetsFirst) {
     for (auto& widget : widgets_) {
@@ -147,7 +147,7 @@ double OverlayFuzz::Number() {
 
 HvPoint OverlayFuzz::Place() {
   if (Chance(12)) return {static_cast<float>(Number()), static_cast<float>(Number())};
-  // The frame is the standard one: its centre, or a ring about it, or a corner.
+  // Near a corner, the centre or a ring of the standard frame.
   const auto near = [this](double value) { return static_cast<float>(value + Between(-6.0f, 6.0f)); };
   if (Chance(3)) return {near(Roll(2) * 1920.0), near(Roll(2) * 1080.0)};
   const double angle = Between(0.0f, 6.3f);
@@ -180,7 +180,7 @@ void OverlayFuzz::MakeEffect() {
 void OverlayFuzz::DropEffect() {
   auto& place = effects_[static_cast<std::size_t>(Roll(kEffects))];
   if (!place) return;
-  // Pages may still be open, and the effect's tool may be kept; who is edited is unlinked before it goes.
+  // Pages may be open and the effect's tool kept. An edited object must be unlinked before it ends.
   for (const auto& viewer : viewers_)
     viewer->Edit(nullptr);
   for (const auto& tool : kept_) {
@@ -198,7 +198,7 @@ void OverlayFuzz::CloneEffect() {
 
 void OverlayFuzz::DropViewer() {
   auto& viewer = viewers_[static_cast<std::size_t>(Roll(kViewers))];
-  // Tools that are kept know no more of it.
+  // Kept tools must not point to it.
   viewer->Edit(nullptr);
   viewer->Clear();
   for (const auto& tool : kept_) {
@@ -256,7 +256,7 @@ void OverlayFuzz::PenOnTool() {
   if (tool->hit() != nullptr) ++counts_["of these over a widget"];
 }
 
-// A binding that has the pen move, a page close or the effect go while the tool is telling of a change.
+// Pen events from within a property notification.
 void OverlayFuzz::NestedPen() {
   class Nesting : public IDSPropertyNotify {
    public:
@@ -368,7 +368,7 @@ void OverlayFuzz::MakeWidget() {
     default: place = std::make_unique<HvTCircle>("ring", static_cast<float>(Number())); break;
   }
   if (Chance(2)) place->SetTip("effect");
-  // On the tool's nodes, on the top of its tree, or on another widget.
+  // Under one of the tool's nodes, at top level, or under another widget.
   HvTObject* const other = widgets_[static_cast<std::size_t>(Roll(static_cast<int>(kWidgets)))].get();
   switch (Roll(4)) {
     case 0: place->SetParent(&tool->frameCentre()); break;

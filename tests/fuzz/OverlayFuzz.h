@@ -1,6 +1,6 @@
-// A user and a host who do anything at any time: pens, pages, properties, curves, times, viewers, effects and
-// tools come and go in random order, with widgets of every kind on the overlay. Nothing is expected of it but that
-// it goes on, under the address and undefined behaviour sanitizers above all.
+// Fuzzer of the overlay: random actions of user and host on pens, pages, properties, curves, times, viewers, effects,
+// tools and widgets, in any order. Checks only that nothing crashes; meant for the address and undefined behaviour
+// sanitizers.
 #pragma once
 
 #include <array>
@@ -27,7 +27,7 @@ class OverlayFuzz {
 
   void Step();
 
-  // How often each thing was done.
+  // Count per action.
   const std::map<std::string, std::int64_t>& counts() const { return counts_; }
 
  private:
@@ -41,7 +41,7 @@ class OverlayFuzz {
   bool Chance(int in) { return random_.oneIn(in); }
   double Between(float low, float high) { return static_cast<double>(random_.between(low, high)); }
   double Number();
-  // Where something is likely to be: near a ring, a line, a handle; at times anywhere at all.
+  // Usually near a ring, a line or a handle, sometimes anywhere.
   HvPoint Place();
   tagVWPENEVENT Pen();
   HvTInteract* SomeTool();
@@ -75,7 +75,7 @@ class OverlayFuzz {
   Random random_;
   std::array<ComPtr<host::Viewer>, kViewers> viewers_;
   std::array<ComPtr<Blur>, kEffects> effects_;
-  // References that keep tools alive beyond their effects.
+  // Keep tools alive beyond their effects.
   std::array<ComPtr<HvTInteract>, 2> kept_;
   std::array<std::unique_ptr<HvTObject>, kWidgets> widgets_;
   std::map<std::string, std::int64_t> counts_;

@@ -1,5 +1,5 @@
-// overlay_fuzz [--seconds N] [--seed S]: runs the overlay's fuzzer, a new world every 5,000 steps, and says what
-// was done. Build it with the preset asan.
+// overlay_fuzz [--seconds N] [--seed S]: runs the overlay's fuzzer, a new world every 5,000 steps, and prints the
+// counts. Build with the preset asan.
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
   const auto spent = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count(); };
   std::uint64_t worlds = 0;
   for (; spent() < seconds; ++worlds) {
-    // What comes before a crash is what reproduces it.
+    // After a crash this is the seed that reproduces it.
     std::fprintf(stderr, "\rworld of seed %llu", static_cast<unsigned long long>(seed + worlds));
     vblur::test::OverlayFuzz fuzz(seed + worlds);
     for (int step = 0; step < kSteps; ++step)

@@ -27,7 +27,7 @@ class Drawing : public ::testing::Test {
     SetOverlayFont(0);
     ReleaseOverlayQuadric();
   }
-  // With the quadric there already.
+  // With the quadric created.
   void haveQuadric() {
     DrawCircleOutline(0, 0, 0);
     recording.clear();

@@ -1,4 +1,4 @@
-// What a widget draws in one state after another, as one text.
+// The OpenGL calls of a widget in a series of states, as one text.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ namespace vblur::test {
 
 class DrawnStates {
  public:
-  // The quadric is there before the first state, whatever ran before.
+  // Creates the quadric before the first state.
   DrawnStates() {
     DrawCircleOutline(0, 0, 0);
     recording_.clear();

@@ -1,4 +1,4 @@
-// Hears a widget and writes down its messages as "id kind payload; ".
+// Records the messages of a widget as "id kind payload; ".
 #pragma once
 
 #include <functional>

@@ -10,7 +10,7 @@ namespace {
 
 using Elements = std::vector<int>;
 
-// Forwards, after a look that the way back is the same.
+// The elements first to last; checks that the backward links give the same.
 Elements elementsOf(const HvList<int>& list) {
   Elements forwards;
   for (const auto* node = list.first(); node != nullptr; node = node->next)

@@ -19,7 +19,7 @@ int countOf(const HvList<T>& list) {
   return count;
 }
 
-// Writes down its name for each message, and then does what it is told.
+// Logs its name for each message, then runs `act`.
 struct Listener : HvMessageHandler {
   Listener(std::string& heard, std::string ownName) : log(heard), name(std::move(ownName)) {}
 
@@ -135,7 +135,7 @@ TEST(HvMessageLink, LeavesLaterHandlersWithAnEntryForADeadSender) {
   EXPECT_EQ(countOf(first.senders()), 0);
   ASSERT_EQ(countOf(second.senders()), 1);
   EXPECT_EQ(second.senders().first()->element, address);
-  // A sender in the same place, for the second handler to look at when it goes.
+  // A sender at the same address, for the second handler's destructor.
   sender.emplace();
 }
 

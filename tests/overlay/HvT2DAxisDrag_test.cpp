@@ -1,4 +1,4 @@
-// What the pen does to the axis control, and what listeners hear of it.
+// Dragging the axis control, and its messages.
 #include <cmath>
 #include <numbers>
 
@@ -13,14 +13,14 @@ namespace {
 
 class HvT2DAxisDrag : public ::testing::Test {
  protected:
-  // Takes hold of what lies there.
+  // Picks and presses the handle at a point.
   void press(HvPoint pos, std::uint32_t expected) {
     axis.Pick(pos, {2, 2});
     ASSERT_EQ(axis.active(), expected);
     EXPECT_EQ(axis.Press(pos), 1);
   }
   void drag(float x, float y) { EXPECT_EQ(axis.Drag({x, y}), 1); }
-  // What the box is to be.
+  // The box from ComputeBox.
   HvBox currentBox() {
     HvBox box;
     axis.ComputeBox(box);

@@ -17,7 +17,7 @@ std::string maskText(std::uint32_t mask) {
   return "mask " + std::to_string(mask);
 }
 
-// A square that shows where the current matrix leads.
+// Draws a square under the current matrix.
 class PaintedSquare : public HvTObject {
  public:
   explicit PaintedSquare(float side) : HvTObject("square"), side_(side) { StoreBox({0, 0}, {side, side}); }
@@ -315,7 +315,7 @@ TEST(HvT2DAxisDraw, GroupLeadsChildrenByItsMask) {
     PaintedSquare square(1);
     square.SetParent(&group);
     group.ShowOwnAxis(false);
-    // Whatever the mask, the fields are there.
+    // Lets SetCentre act with every mask.
     group.SetAxisFlags(HvT2DAxis::kAsIfAll);
     group.SetCentre(10, 20);
     group.SetScale(2);

@@ -1,4 +1,4 @@
-// Picking among the children of an axis group under random transforms, beside brute force.
+// Picking among the children of an axis group under random transforms, against brute force.
 #include <algorithm>
 #include <cmath>
 #include <list>
@@ -14,7 +14,7 @@
 namespace vblur {
 namespace {
 
-// A group of squares in both containers, and what lies at a point by looking at all of them.
+// A group with squares in both containers, and a brute-force pick over all of them.
 class GroupOfSquares {
  public:
   explicit GroupOfSquares(test::Random& random) {
@@ -38,7 +38,7 @@ class GroupOfSquares {
     }
     return nullptr;
   }
-  // So near to an edge that rounding decides.
+  // Too near an edge: rounding decides.
   bool isAtAnEdge(double x, double y) const {
     const auto isNear = [&](const test::Probe& child) {
       const HvBox box = child.box();

@@ -25,7 +25,7 @@ class HvT2DAxisGroupOfProbes : public ::testing::Test {
   void TearDown() override { EXPECT_EQ(stackDepth(), 0); }
 
   test::CallLog log;
-  // Before the group, which goes first.
+  // Declared before the group, so that they outlive it.
   test::Probe a{log, "a", test::square(10, 20, 5)};
   test::Probe b{log, "b", test::square(-30, 40, 10)};
   HvT2DAxisGroup group{"group", HvT2DAxis::kTranslate};
@@ -129,7 +129,7 @@ TEST_F(HvT2DAxisGroupOfProbes, HasNoBoxWhileASecondChildHasNone) {
   b.SetParent(&group);
   EXPECT_FALSE(group.hasBox());
   EXPECT_EQ(group.childBox(), HvBox());
-  // By the container of the child that came last alone.
+  // By the last child's container alone.
   test::Probe c(log, "c", test::square(50, 50, 1));
   group.AddIntoSecond(false);
   group.AddChild(&c);

@@ -1,4 +1,4 @@
-// Which handle of the axis control lies under the pen.
+// Hit tests of the axis control.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -27,7 +27,7 @@ std::uint32_t pickAt(HvT2DAxis& axis, HvPoint pos, HvPoint tolerance = kTwo) {
   return axis.active();
 }
 
-// On a control about (0, 0), of scale 1 and not turned.
+// On a control at (0, 0), with scale 1 and rotation 0.
 std::uint32_t pickOf(std::uint32_t mask, HvPoint pos, HvPoint tolerance = kTwo) {
   HvT2DAxis axis("axis", mask);
   return pickAt(axis, pos, tolerance);
@@ -151,7 +151,7 @@ TEST(HvT2DAxisPick, FindsTheEdgesBetweenTheCorners) {
   EXPECT_EQ(pickOf(Axis::kScaleY, {-37, 37}), 0u);
 }
 
-// One point at which several handles lie: each goes before those behind it.
+// Several handles at one point, in their order.
 TEST(HvT2DAxisPick, TriesHandlesInTheirOrder) {
   const HvPoint wide{30, 30};
   const HvPoint pos{30, 20};
@@ -167,7 +167,7 @@ TEST(HvT2DAxisPick, TriesHandlesInTheirOrder) {
   EXPECT_EQ(pickOf(18, pos, wide), 16u);
   EXPECT_EQ(pickOf(17, pos, wide), 16u);
   EXPECT_EQ(pickOf(1, pos, wide), 1u);
-  // 30 is not below 30.
+  // The comparison is strict.
   EXPECT_EQ(pickOf(2, pos, wide), 0u);
   EXPECT_EQ(pickOf(2, {29, 20}, wide), 2u);
   EXPECT_EQ(pickOf(0, pos, wide), 0u);
@@ -317,8 +317,7 @@ TEST(HvT2DAxisPick, FindsNothingWhereTranslationIsOff) {
   EXPECT_EQ(axis.target(), &axis);
 }
 
-// Whatever the fields, the handle is the first of the list that lies near; reckoned in double precision, so that
-// points at a bound are left out.
+// Model of the hit test in double precision. Points at a bound are left out, since rounding decides there.
 class AxisModel {
  public:
   AxisModel(const HvT2DAxis& axis, HvPoint pos, HvPoint tolerance)

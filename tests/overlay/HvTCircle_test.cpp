@@ -63,7 +63,7 @@ TEST_F(HvTCircleOnItsOwn, IsNeverLargerThanItsRadius) {
   EXPECT_EQ(circle.box(), (HvBox{-50, 50, -100, 100}));
   EXPECT_TRUE(hits(50, 0, {0.001f, 0}));
   EXPECT_TRUE(hits(0, 100, {0.001f, 0}));
-  // Tolerance is measured where the ring is round: 2 pixels across are 4 there.
+  // The tolerance applies where the ring is round: 2 pixels in x are 4 there.
   EXPECT_FALSE(hits(52, 0, {4, 4}));
   EXPECT_TRUE(hits(51.9f, 0, {4, 4}));
 }

@@ -16,7 +16,7 @@ using test::square;
 
 constexpr float kContainerMost = std::numeric_limits<float>::max();
 
-// An object on the way to a leaf, with a space of its own.
+// An object between container and leaf, with a transform.
 class Shifted : public Probe {
  public:
   using Probe::Probe;

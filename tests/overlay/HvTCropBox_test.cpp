@@ -10,7 +10,7 @@
 namespace vblur {
 namespace {
 
-// A frame of 400 by 300 of which 100..300 by 50..200 is kept.
+// A frame of 400 x 300, cropped to 100..300 x 50..200.
 class HvTCropBoxInAFrame : public ::testing::Test {
  protected:
   HvTCropBoxInAFrame() {

@@ -127,7 +127,7 @@ TEST_F(HvTDsCropOnATool, DividesByLimitsOfNoExtentAndTheHostRefuses) {
   crop_.SetLimits(100.0f, 50.0f, 100.0f, 150.0f);
   crop_.Refresh();
   EXPECT_EQ(crop_.x0(), 100.0f);
-  // The corner of left and bottom: 0 / 0, and a write that is as usual.
+  // The lower left corner: 0 / 0 for left, a finite value for bottom.
   Drag(100.0, 70.0, 100.0, 90.0);
   ASSERT_EQ(world_.theOperator->writes.size(), 2u);
   EXPECT_EQ(world_.theOperator->writes[0].first, kLeftId);

@@ -1,4 +1,4 @@
-// Bindings and the tool that they are on may go in either order.
+// Bindings and tool may be destroyed in either order.
 #include "overlay/HvTDsObject.h"
 
 #include <gtest/gtest.h>

@@ -15,7 +15,7 @@ using test::square;
 class HvTGroupOfProbes : public ::testing::Test {
  protected:
   CallLog log;
-  // Whoever holds ends before what it holds.
+  // Declared so that containers end before their children.
   Probe a{log, "a", square(0, 0, 10)};
   Probe b{log, "b", square(5, -5, 10)};
   HvTGroup group{"group"};

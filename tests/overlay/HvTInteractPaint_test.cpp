@@ -1,4 +1,4 @@
-// How the viewer tool paints: the calls around the widgets, and what they say of the view.
+// The viewer tool's OpenGL calls around those of the widgets.
 #include <gtest/gtest.h>
 
 #include "overlay/HvTInteract.h"
@@ -8,7 +8,7 @@
 namespace vblur {
 namespace {
 
-// What the base class of tools was asked to render, and what it answers.
+// Calls of the base class's OnRender, and its result.
 struct BaseRender {
   std::vector<IVWSurface*> surfaces;
   HRESULT answer = kOk;
@@ -16,7 +16,7 @@ struct BaseRender {
 
 }  // namespace
 
-// Takes the place of the viewer library's in this program.
+// Replaces the viewer library's function in this program.
 HRESULT CDSInteractiveTool::OnRender(IVWSurface* surface) {
   baseRender.surfaces.push_back(surface);
   return baseRender.answer;
@@ -67,7 +67,7 @@ TEST(HvTInteractPaint, SetsUpTheViewInItsOrder) {
                                          "glLoadIdentity()",
                                          "glOrtho(-20, 180, 10, 110, -100, 100)",
                                          "glScalef(2, 2, 1)",
-                                         // The two nodes at the centre, and nothing on them.
+                                         // The two nodes at the centre, without children.
                                          "glPushMatrix()",
                                          "glTranslatef(100, 100, 0)",
                                          "glPopMatrix()",

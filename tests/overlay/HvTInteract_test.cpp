@@ -1,4 +1,4 @@
-// The viewer tool between the host and the widget tree.
+// The viewer tool between host and widget tree.
 #include "overlay/HvTInteract.h"
 
 #include <stdexcept>
@@ -19,7 +19,7 @@ using test::TestProject;
 using test::TestViewer;
 using test::ToolWorld;
 
-// A binding that notes what it is told.
+// A binding that records its calls.
 class NotedBinding : public HvTDsObject {
  public:
   std::int32_t OnPropertyChange(const GUID& property, const DSVariant* value) override {
@@ -198,7 +198,7 @@ TEST_F(HvTInteractWithARing, FallsThroughWhileControlsAreHidden) {
   EXPECT_EQ(world_.tool->OnPenMove({0, 250.0, 100.0}), kOk);
 }
 
-// A listener that refuses what it hears of a widget, and what the pen can do after that.
+// Pen events work after a listener of the widget threw on press and on release.
 template <class Widget>
 void ExpectToolHearsThePenAfterAListenerThrew(Widget& widget, HvPoint handle) {
   ToolWorld world;

@@ -15,7 +15,7 @@ using test::CallLog;
 using test::Probe;
 using test::square;
 
-// Two widgets that overlap, b above a, and a pen.
+// Two overlapping widgets, b above a.
 class HvTManagerOfProbes : public ::testing::Test {
  protected:
   HvTManagerOfProbes() {
@@ -26,7 +26,7 @@ class HvTManagerOfProbes : public ::testing::Test {
     log.take();
   }
 
-  // Whether a repaint was asked for by this message alone.
+  // Whether this message requested a repaint.
   bool send(std::uint32_t id, HvPoint pos) {
     if (manager.wantsRepaint()) manager.Draw();
     log.take();
@@ -153,7 +153,7 @@ TEST_F(HvTManagerOfProbes, OverlooksTheSmallestMoves) {
   EXPECT_TRUE(still(0.0009f, -0.0009f));
   EXPECT_FALSE(still(0.002f, 0));
   EXPECT_FALSE(still(0, -0.002f));
-  // From the origin on differences are exact: 0.001 itself is still.
+  // From the origin differences are exact: 0.001 itself counts as no move.
   move(0, 0);
   EXPECT_TRUE(still(0.001f, 0));
   move(0, 0);

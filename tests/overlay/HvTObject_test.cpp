@@ -12,7 +12,7 @@
 namespace vblur {
 namespace {
 
-// Only what every widget has.
+// The base class with its pure operations filled in.
 class PlainWidget : public HvTObject {
  public:
   using HvTObject::HvTObject;
@@ -22,7 +22,7 @@ class PlainWidget : public HvTObject {
   void setFlag(Flag flag, bool on) { PutFlag(flag, on); }
 };
 
-// Counts what its children tell it.
+// Counts ChildChanged.
 class ToldGroup : public HvTGroup {
  public:
   using HvTGroup::HvTGroup;

@@ -69,7 +69,7 @@ TEST_F(HvTRectangleOnItsOwn, KeepsEachSideWithinItsLimits) {
   EXPECT_EQ(rectangle.box(), (HvBox{-50, 300, 70, 30})) << "as given";
   rectangle.SetBox(200, 0, 300, 1);
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{110, 20, 110, 20}));
-  // The minimum counts first where the two are the wrong way round.
+  // With crossed limits the minimum is tested first.
   rectangle.SetLimits(100, 0, 50, 100);
   rectangle.SetBox(70, 10, 120, 20);
   EXPECT_EQ(rectangle.sides(), (HvRectangleSides{100, 10, 50, 20}));
@@ -115,7 +115,7 @@ TEST_F(HvTRectangleOnItsOwn, IsHitOnTheBarsOfItsCross) {
   EXPECT_EQ(edgesAt(122.9f, 50), 16u);
   EXPECT_EQ(edgesAt(123, 50), 0u);
   EXPECT_EQ(edgesAt(77, 50), 0u);
-  // The vertical bar is as long: the tolerance of x.
+  // The x tolerance applies to the vertical bar's length too.
   EXPECT_EQ(edgesAt(100, 72.9f), 32u);
   EXPECT_EQ(edgesAt(100, 73), 0u);
   EXPECT_EQ(edgesAt(103, 50), 16u);
@@ -185,7 +185,7 @@ TEST_F(HvTRectangleOnItsOwn, DragsBothEdgesOfACorner) {
 
 TEST_F(HvTRectangleOnItsOwn, PinsAnEdgeAtTheOneOpposite) {
   EXPECT_EQ(dragged({0, 50}, {900, 50}), (HvRectangleSides{200, 0, 200, 100}));
-  // Empty but alive: what is picked there is the left edge.
+  // An empty box is still picked, by its left edge.
   EXPECT_EQ(edgesAt(200, 50), 1u);
   EXPECT_EQ(dragged({200, 50}, {20, 50}), (HvRectangleSides{20, 0, 200, 100}));
   EXPECT_EQ(dragged({200, 50}, {-900, 50}), (HvRectangleSides{20, 0, 20, 100}));

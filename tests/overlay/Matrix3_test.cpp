@@ -11,7 +11,7 @@ namespace {
 
 const Matrix3 kMatrixIdentity;
 
-// The process has one stack; each test finds it at its bottom, and leaves it there.
+// The stack is shared by the process: each test starts and ends with it at the bottom.
 class Matrix3Stack : public ::testing::Test {
  protected:
   void SetUp() override { toBottom(); }
@@ -78,7 +78,7 @@ TEST(Matrix3, MultipliesInTheOrderOfActing) {
 TEST(Matrix3, InvertsExactly) {
   const Matrix3 matrix{{2, 0, 0, 0, 4, 0, 6, -8, 1}};
   EXPECT_EQ(matrix.Inverse().m, (std::array<float, 9>{0.5f, -0.0f, 0, 0, 0.25f, 0, -3, 2, 1}));
-  // All nine elements take part: the determinant is 1.
+  // All nine elements matter; the determinant is 1.
   const Matrix3 full{{1, 2, 3, 0, 1, 4, 5, 6, 0}};
   EXPECT_EQ(full.Inverse().m, (std::array<float, 9>{-24, 18, 5, 20, -15, -4, -5, 4, 1}));
 }
@@ -86,7 +86,7 @@ TEST(Matrix3, InvertsExactly) {
 TEST(Matrix3, InvertsASingularMatrixToTheIdentity) {
   EXPECT_EQ((Matrix3{{0, 0, 0, 0, 0, 0, 0, 0, 0}}).Inverse(), kMatrixIdentity);
   EXPECT_EQ((Matrix3{{1, 2, 0, 2, 4, 0, 5, 6, 1}}).Inverse(), kMatrixIdentity);
-  // Determinants of 2^-50, which is the limit itself, and of 2^-51.
+  // Determinants 2^-50, exactly the limit, and 2^-51.
   const float tiny = std::ldexp(1.0f, -25);
   EXPECT_EQ((Matrix3{{tiny, 0, 0, 0, tiny, 0, 0, 0, 1}}).Inverse().m[0], 1 / tiny);
   EXPECT_EQ((Matrix3{{-tiny, 0, 0, 0, tiny, 0, 0, 0, 1}}).Inverse().m[0], -1 / tiny);

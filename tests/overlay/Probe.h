@@ -1,4 +1,4 @@
-// A widget for tests: it is hit within its shape, and writes down what is done to it.
+// A test widget that is hit within its shape and logs its calls.
 #pragma once
 
 #include <cmath>
@@ -12,7 +12,7 @@
 
 namespace vblur::test {
 
-// Calls in their order, each as one word or more, ended by "; ".
+// Calls in order, each followed by "; ".
 struct CallLog {
   std::string text;
 
@@ -24,10 +24,10 @@ inline std::string textOfPoint(HvPoint point) {
   return std::to_string(std::lround(point.x)) + ' ' + std::to_string(std::lround(point.y));
 }
 
-// Operations answer with the results below; hover and press flags are those of every widget.
+// Operations return the results below; the flags are those of the base class.
 class Probe : public HvTObject {
  public:
-  // The shape, which is the box as well.
+  // `shape` is also the box.
   Probe(CallLog& calls, const char* name, HvBox shape) : HvTObject(name), log(calls), shape_(shape) {
     StoreBox({shape.minX, shape.minY}, {shape.maxX - shape.minX, shape.maxY - shape.minY});
   }
@@ -77,7 +77,7 @@ class Probe : public HvTObject {
   void setFlag(Flag flag, bool on) { PutFlag(flag, on); }
 
   CallLog& log;
-  // Silent by default, since a scan asks many.
+  // Off by default: a scan picks many.
   bool logsPicks = false;
   int picks = 0;
   HvPoint pickedAt;

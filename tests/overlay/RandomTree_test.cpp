@@ -1,5 +1,5 @@
-// Picking in large random trees, beside a model that knows neither tree walks nor targets: everything that can
-// be hit, in the order of painting, and the last one under the pen counts.
+// Picking in large random trees, against a model without tree walk or targets: of everything that can be hit, in paint
+// order, the last under the pen wins.
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -18,12 +18,12 @@ using test::Random;
 
 constexpr float kTreeSide = 1000.0f;
 
-// In quarters, so that boxes keep their edges to the bit wherever they are added up, and pens stand on them.
+// Multiples of a quarter, so that sums are exact and pens fall on edges.
 float quarters(Random& random, float low, float high) {
   return static_cast<float>(random.within(static_cast<int>(low * 4), static_cast<int>(high * 4))) / 4;
 }
 
-// Hit within a lozenge, whatever its box, and by a tolerance beyond it.
+// Hit within a lozenge and the tolerance around it.
 struct Lozenge {
   HvPoint centre;
   float reach = 0.0f;
@@ -55,14 +55,14 @@ class LozengeWidget : public HvTObject {
   Lozenge shape_;
 };
 
-// One that can be hit, and what must let the pen through before it: those above it in the tree, and itself.
+// Something that can be hit, and the gates that must let the pen through to it.
 struct Spot {
   HvTObject* object = nullptr;  // null for the space of a solid group
   Lozenge shape;
   std::vector<int> through;  // of Forest::gates_
 };
 
-// Where the widgets of a group lie.
+// The area for the widgets of a group.
 struct Area {
   HvPoint centre{kTreeSide / 2, kTreeSide / 2};
   float spread = kTreeSide / 2;
@@ -85,7 +85,7 @@ class Forest {
   }
   ~Forest() {
     manager.ClearChildren();
-    // Groups before what they hold, which was made after them.
+    // Groups before their children, which were created later.
     for (auto& object : objects_)
       if (auto* group = dynamic_cast<HvTGroup*>(object.get())) group->ClearChildren();
   }
@@ -141,7 +141,7 @@ class Forest {
     const bool boxed = !random_.oneIn(250);
     objects_.push_back(std::make_unique<LozengeWidget>(shape, box, boxed));
     HvTObject* const leaf = objects_.back().get();
-    // As the widget stores it, a corner and an extent.
+    // As the widget stores it: corner and extent.
     const HvBox stored = leaf->box();
     above.push_back(static_cast<int>(gates_.size()));
     gates_.push_back({true, boxed, stored.minX, stored.maxX, stored.minY, stored.maxY, leaf});
@@ -149,7 +149,7 @@ class Forest {
     return leaf;
   }
 
-  // Attached to its parent at once or only when it is full, which must come to the same.
+  // Attached to its parent before or after its children are added: the result must be the same.
   HvTObject* plantGroup(HvTGroup* parent, HvPoint centre, std::vector<int> above) {
     auto made = std::make_unique<HvTGroup>("group");
     HvTGroup* const group = made.get();
@@ -237,7 +237,7 @@ TEST(RandomTree, HitsTheTopmostWidget) {
       const Spot* const spot = forest.topmost(pos, tolerance);
       HvTObject* const wanted = spot == nullptr ? nullptr : spot->object;
       spot == nullptr ? ++misses : wanted == nullptr ? ++swallowed : ++hits;
-      // Off the pen's road, so that no move is too small to be seen.
+      // First move away, so that no move is too small to count.
       manager.PostMessage(HvMessage::OfPosition(kPenMoved, {-5000, -5000}));
       manager.PostMessage(HvMessage::OfPosition(kPenMoved, pos));
       ASSERT_EQ(manager.hover(), wanted) << "at " << pos.x << ", " << pos.y;

@@ -1,5 +1,4 @@
-// What the viewer tool meets at its seams, small enough to count every call: an operator with six animated
-// properties, a viewer, a surface, and a project.
+// Stand-ins for the viewer tool's host: an operator with six animated properties, a viewer and a project.
 #pragma once
 
 #include <array>
@@ -47,7 +46,7 @@ class TestOperator : public CDSAliasedPropertyContainer {
   }
 
   std::array<double, kOperatorProperties.size()> values{10.0, 0.0, 0.0, 100.0, 0.0, 100.0};
-  // What was put, in order.
+  // The values that were put, in order.
   std::vector<Write> writes;
 
  private:
@@ -68,7 +67,7 @@ class TestOperator : public CDSAliasedPropertyContainer {
   }
 };
 
-// Counts what a tool tells it.
+// Counts the calls of a tool.
 class TestViewer : public IVWViewer, public IVWWindow {
  public:
   HRESULT QueryInterface(const GUID& iid, void** result) override {
@@ -122,7 +121,7 @@ class TestProject : public IDSEffectHost {
     return kWrongArgument;
   }
 
-  // The keys that were read, in order.
+  // The keys read, in order.
   mutable std::vector<std::string> asked;
 
  private:

@@ -1,4 +1,4 @@
-// The surface off screen and its fonts, in real pictures.
+// The off-screen surface and its fonts, checked in rendered pictures.
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -23,7 +23,7 @@ Rgba At(const HostImage& image, std::int32_t x, std::int32_t y) {
           std::to_integer<int>(pixel[3])};
 }
 
-// Every pixel's colour tells where it is.
+// Red is x, green is y.
 void FillByPlace(HostImage& image, std::int32_t width, std::int32_t height) {
   image.Reset(8, 4, width, height);
   image.Place({});
@@ -38,7 +38,7 @@ void FillByPlace(HostImage& image, std::int32_t width, std::int32_t height) {
   }
 }
 
-// A viewer of 40 x 30 pixels with one tool that draws in pixels of the frame, as the effect's does.
+// A viewer of 40 x 30 pixels with one tool that draws in frame pixels, as the effect's does.
 class EglSurfacePicture : public testing::Test {
  protected:
   EglSurfacePicture() {
@@ -131,7 +131,7 @@ TEST_F(EglSurfacePicture, HasTheToolsLinesOnTop) {
   };
   Paint();
   for (std::int32_t x = 0; x < 40; ++x) {
-    // A line lights all pixels but that of its end.
+    // A line draws all pixels except the last.
     const bool isOn = x >= 5 && x < 15;
     EXPECT_EQ(At(picture, x, 10), isOn ? (Rgba{255, 0, 0, 255}) : (Rgba{x, 10, 7, 255})) << x;
     EXPECT_EQ(At(picture, x, 11), (Rgba{x, 11, 7, 255}));
@@ -145,7 +145,7 @@ TEST_F(EglSurfacePicture, BeginsEveryPaintWithTheSameMatrices) {
   draw = [&] {
     glGetIntegerv(GL_MATRIX_MODE, &modes[static_cast<std::size_t>(paint)]);
     glGetFloatv(GL_PROJECTION_MATRIX, projection[static_cast<std::size_t>(paint)].data());
-    // What a tool leaves behind is not the next one's.
+    // Must not affect the next paint.
     glMatrixMode(GL_PROJECTION);
     glScalef(2.0F, 2.0F, 2.0F);
     ++paint;
@@ -197,7 +197,7 @@ TEST_F(EglSurfacePicture, DrawsText) {
   };
   Paint();
   const auto isLit = [&](std::int32_t x, std::int32_t y) { return At(picture, x, y) == Rgba{255, 255, 0, 255}; };
-  // How far apart the outermost lit pixels of a row are; 0 for a dark row.
+  // From the first to the last lit pixel of a row; 0 for a dark row.
   const auto span = [&](std::int32_t y) {
     std::int32_t first = 40;
     std::int32_t last = -1;

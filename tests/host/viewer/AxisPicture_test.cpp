@@ -1,4 +1,4 @@
-// The axis control in real pictures: each handle where its numbers say, at any zoom and pan.
+// The axis control in rendered pictures: the positions of its handles at several zooms and pans.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -64,7 +64,7 @@ class AxisPicture : public testing::TestWithParam<std::tuple<double, double>> {
     ReadBack(*surface, picture_);
   }
 
-  // Whether a hue is seen within a pixel and a half of a place that is given from the control's centre.
+  // Whether a hue is within 1.5 pixels of a position relative to the control's centre.
   bool IsSeen(Hue hue, double dx, double dy) const {
     const WorldRectangle visible = geometry_->Visible();
     const double x = (120.0 + dx - visible.x) * geometry_->zoom() * 479.0 / 480.0;
@@ -137,10 +137,10 @@ TEST_P(AxisPicture, ShowsTheHandleUnderThePen) {
   tool_->OnPenMove({0, 120.0 + 32.0 * std::cos(0.35), 90.0 + 32.0 * std::sin(0.35)});
   EXPECT_EQ(axis_.active(), static_cast<std::uint32_t>(HvT2DAxis::kRotate));
   Paint();
-  // At half the size the head of the arrow is little more than its bright outline.
+  // At zoom 0.5 the arrow head is mostly outline.
   const bool isSmall = std::get<0>(GetParam()) < 1.0;
   EXPECT_TRUE(isSmall || IsSeen(Hue::Green, 17.6, 26.1)) << "the head at the arc's upper end";
-  // What the documentation shows of the control, which no page of the effect has.
+  // The picture for the documentation: no page of the effect shows the control.
   const char* const file = std::getenv("VBLUR_AXIS_PICTURE");
   if (file != nullptr && GetParam() == std::tuple(3.0, 0.0)) PictureWriter().Write(file, picture_, nullptr, true);
 }

@@ -1,5 +1,4 @@
-// What a person does with the controls, through the server of this build and the host: seen in the properties, in the
-// calls and in the pictures.
+// User stories of the controls, through the host and this build's server, checked in properties, calls and pictures.
 #include <algorithm>
 #include <cmath>
 
@@ -33,7 +32,7 @@ constexpr Colour3 kRight{26, 230, 230};
 constexpr Colour3 kBottom{230, 26, 230};
 constexpr Colour3 kTop{255, 128, 51};
 
-// Colours are rounded by whoever paints them.
+// The renderer rounds colours: allow 1.
 bool IsColour(const std::byte* pixel, const Colour3& colour) {
   return std::abs(std::to_integer<int>(pixel[0]) - colour[0]) <= 1 &&
          std::abs(std::to_integer<int>(pixel[1]) - colour[1]) <= 1 &&
@@ -54,7 +53,7 @@ Extent ExtentOf(const HostImage& view, const Colour3& colour) {
   return extent;
 }
 
-// A frame of 200 x 120 pixels, of one grey that no control has.
+// A grey frame of 200 x 120 pixels.
 class OverlayStories : public testing::Test {
  protected:
   static constexpr double kWidth = 200.0;
@@ -93,7 +92,7 @@ class OverlayStories : public testing::Test {
     session->Paint(view);
     return view;
   }
-  // The writes of the tool, in their order.
+  // The tool's writes, in order.
   Lines TakeWrites() {
     Lines writes;
     constexpr std::string_view kCall = "tool.SetAnimatedProperty";
@@ -110,7 +109,7 @@ class OverlayStories : public testing::Test {
     return session->Properties().ValueAt(PropertyNamed(name).guid, time);
   }
 
-  // Where a coordinate of the frame is painted: tools paint on one pixel less than the surface has.
+  // Frame to surface coordinates: the tool's viewport is one pixel smaller than the surface.
   double AtX(double x) const {
     const WorldRectangle visible = session->geometry().Visible();
     return (x - visible.x) * session->geometry().zoom() * (view.width() - 1) / view.width();
@@ -131,7 +130,7 @@ class OverlayStories : public testing::Test {
   }
   void ExpectCrop(double left, double right, double bottom, double top) {
     Painted();
-    // Where lines cross the later one is seen, so each is looked for along all of its length.
+    // The later line covers the earlier at a crossing: searches the whole length.
     const std::pair<Colour3, double> upright[] = {{kLeft, left}, {kRight, right}};
     for (const auto& [colour, place] : upright) {
       ExpectAt(ExtentOf(view, colour).left, AtX(place) - 0.5);
@@ -160,7 +159,7 @@ TEST_F(OverlayStories, ADragOfTheRingWritesBlurOnceWhenThePenComesUp) {
   Do("move 130 60\ndown 130 60\nmove 135 60\nmove 140 70\nmove 150 60\nup 150 60");
   EXPECT_EQ(TakeWrites(), (Lines{"(Blur, 50, -1)"}));
   EXPECT_EQ(Now("Blur"), 50.0);
-  // The ring is hovered now: dashes of two colours, out to the same radius.
+  // Hovered now: dashes in two colours at the same radius.
   ExpectRing(50, 50, kHighlight);
 }
 
@@ -227,7 +226,7 @@ TEST_F(OverlayStories, StandWhereTheFrameIsAtEveryZoomAndPan) {
       Open("crop");
       Do("set Crop Left 20\nset Crop Right 70\nset Crop Bottom 25\nset Crop Top 80");
       ExpectCrop(40, 140, 30, 96);
-      // Pen positions are the frame's, whatever the view shows.
+      // Pen positions are frame pixels at every zoom and pan.
       lines.clear();
       Do("move 40 50\ndown 40 50\nmove 50 50\nup 50 50");
       EXPECT_EQ(TakeWrites(), (Lines{"(Crop Left, 25, -1)"})) << zoom;
@@ -286,7 +285,7 @@ TEST_F(OverlayStories, APaintedEffectHasNone) {
 }
 
 TEST_F(OverlayStories, StandOverAProjectWhosePixelsAreNoUnits) {
-  // A pixel of the frame is two units wide; the picture fills the frame.
+  // A frame pixel is 2 world units; the picture fills the frame.
   job.project = ProjectSizes{{kWidth, kHeight}, {kWidth * 2.0, kHeight * 2.0}};
   for (ImageRecord* record : {&*job.input, static_cast<ImageRecord*>(&job.output)})
     record->size = {kWidth * 2.0, kHeight * 2.0};
@@ -301,7 +300,7 @@ TEST_F(OverlayStories, StandOverAProjectWhosePixelsAreNoUnits) {
   EXPECT_EQ(TakeWrites(), (Lines{"(Crop Right, 75, -1)"}));
 }
 
-// Two pages over one viewer, and ends in every order.
+// Several pages over one viewer, and every order of destruction.
 class OverlayStoriesAlone : public testing::Test {
  protected:
   OverlayStoriesAlone() {

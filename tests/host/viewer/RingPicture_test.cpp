@@ -18,12 +18,12 @@ namespace {
 constexpr std::int32_t kWidth = 640;
 constexpr std::int32_t kHeight = 360;
 
-// The frame is black, what lies outside it has a red of 153, the ring one of 179 or 255.
+// Red: 0 in the frame, 153 outside, 179 or 255 for the ring.
 bool IsRing(const HostImage& image, std::int32_t x, std::int32_t y) {
   return std::to_integer<int>(image.Row(y)[static_cast<std::size_t>(x) * 4]) > 160;
 }
 
-// Whether a fill from the middle, from pixel to pixel side by side, gets past the ring to the edge of the picture.
+// Whether a 4-connected fill from the centre passes the ring and reaches the edge of the picture.
 bool Leaks(const HostImage& image) {
   std::vector<bool> filled(static_cast<std::size_t>(kWidth) * kHeight);
   std::vector<std::pair<std::int32_t, std::int32_t>> open{{kWidth / 2, kHeight / 2}};
@@ -39,7 +39,7 @@ bool Leaks(const HostImage& image) {
   return false;
 }
 
-// A tool with a ring about the centre of a black frame, on a surface of an even size.
+// A tool with a ring at the centre of a black frame, on a surface of even size.
 class RingPicture : public testing::TestWithParam<double> {
  protected:
   RingPicture() {
@@ -56,7 +56,7 @@ class RingPicture : public testing::TestWithParam<double> {
     ring_.Detach();
   }
 
-  // How many rings, of radii from 10 to 160 pixels of the surface, are not closed.
+  // The number of rings with gaps, for radii of 10 to 160 surface pixels.
   int CountOpenRings() {
     int open = 0;
     for (float radius = 10.0f; radius <= 160.0f; radius += 1.5f) {

@@ -5,7 +5,7 @@
 namespace vblur::host {
 namespace {
 
-// 720 x 486 pixels that are 10/9 units wide.
+// 720 x 486 pixels of 10/9 world units.
 const ProjectSizes kProject{{720.0, 486.0}, {800.0, 540.0}};
 
 void ExpectAt(SurfacePoint point, double x, double y) {

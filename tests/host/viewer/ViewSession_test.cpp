@@ -1,4 +1,4 @@
-// A frame of a job in a viewer, with the effect of this build.
+// Viewer sessions with this build's effect.
 #include "host/viewer/ViewSession.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ class ViewSessionOfAFrame : public testing::Test {
   }
   static PenEvent Event(const std::string& line) { return ParsePenScript(line, "test", "").front(); }
 
-  // What a render writes, without its transparency.
+  // What a render writes, made opaque.
   std::vector<std::int32_t> Rendered(std::int32_t frame) {
     struct Silent : RenderObserver {
       void OnStart(std::int64_t, std::int32_t) override {}
@@ -149,7 +149,7 @@ TEST_F(ViewSessionOfAFrame, HasTheSizeZoomAndPanThatItIsGiven) {
     const std::byte* pixel = image.Row(y) + static_cast<std::size_t>(x) * 4;
     return std::vector<std::byte>(pixel, pixel + 3);
   };
-  // The middle of the view is (24 + 4, 16 - 2) of the frame.
+  // The view is centred on (24 + 4, 16 - 2) of the frame.
   EXPECT_EQ(colours(view, 10, 5), colours(input, 28, 14));
   EXPECT_EQ(colours(view, 9, 4), colours(input, 27, 13));
   EXPECT_EQ(colours(view, 19, 9), colours(input, 32, 16));

@@ -164,7 +164,7 @@ TEST(Viewer, OffersThePenFromTheTopDown) {
   EXPECT_EQ(viewer->PenDown(Pen(3, 4)), kOk);
   EXPECT_EQ(std::exchange(calls, {}), (Calls{"top: down 1 3 4", "low: down 1 3 4"}));
   EXPECT_TRUE(viewer->isInteracting());
-  // The one above would take it now, but the pen belongs to the one that was pressed.
+  // The top tool would take it, but the pen belongs to the tool that took the press.
   top->takesPen = true;
   EXPECT_EQ(viewer->PenMove(Pen(5, 6)), kOk);
   EXPECT_EQ(viewer->PenUp(Pen(7, 8)), kOk);

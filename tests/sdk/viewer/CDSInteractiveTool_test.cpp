@@ -19,7 +19,7 @@ class CDSInteractiveToolLinked : public testing::Test {
     tool->OnLinkToOperator(edited.get());
     tool->Taken();
   }
-  // The tool goes first, and leaves nothing behind.
+  // The tool is destroyed first.
 
   ComPtr<host::Viewer> viewer = host::Viewer::Make();
   ComPtr<Edited> edited = MakeEdited();
@@ -72,7 +72,7 @@ TEST_F(CDSInteractiveToolLinked, HearsOfEveryChangeOnce) {
   EXPECT_EQ(tool->lastChanged, Edited::kAspect);
   tool->Write(Edited::kSize, 8.0);
   EXPECT_EQ(tool->Taken(), (std::vector<std::string>{"tool: changed 8"}));
-  // Linked again, it is still told once.
+  // Relinked, it is notified once.
   EXPECT_EQ(tool->OnLinkToOperator(edited.get()), kOk);
   tool->Taken();
   edited->PutValue(Edited::kAspect, DSVariant::Of(1.0));
@@ -95,7 +95,7 @@ TEST_F(CDSInteractiveToolLinked, LeavesNothingBehind) {
   viewer->SetTime(5.0);
 }
 
-// Somebody who is told of a change may let go of a tool that is still to be told.
+// A listener may release a tool that has not been notified yet.
 TEST_F(CDSInteractiveToolLinked, MayGoWhileAChangeIsTold) {
   struct Releasing : IDSPropertyNotify {
     void OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t) override { drop(); }

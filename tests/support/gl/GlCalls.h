@@ -1,4 +1,4 @@
-// What the recorder's parts share: the state that calls read back, and how a call becomes a line.
+// Shared by the parts of the recorder: the state that calls read back, and the formatting of calls.
 #pragma once
 
 #include <array>
@@ -18,7 +18,7 @@
 
 namespace vblur::test::gl {
 
-// The part of OpenGL's state that can be asked for.
+// The OpenGL state that can be queried.
 struct State {
   std::set<GLenum> enabled;
   GLint blendSource = GL_ONE;

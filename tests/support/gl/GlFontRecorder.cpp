@@ -1,4 +1,4 @@
-// The fonts of a device context as the overlay asks for them.
+// Recorder of the font functions that the overlay calls.
 #include "platform/GlFont.h"
 #include "tests/support/gl/GlCalls.h"
 

@@ -1,4 +1,4 @@
-// OpenGL as the overlay calls it.
+// Recorder of the OpenGL functions that the overlay calls.
 #include <initializer_list>
 
 #include "tests/support/gl/GlCalls.h"
@@ -16,7 +16,7 @@ struct Named {
     constant, #constant       \
   }
 
-// Kinds whose values other kinds use as well.
+// Kinds whose values overlap with other kinds.
 constexpr std::initializer_list<Named> kPrimitives = {
     VBLUR_NAMED(GL_POINTS),       VBLUR_NAMED(GL_LINES),     VBLUR_NAMED(GL_LINE_LOOP),
     VBLUR_NAMED(GL_LINE_STRIP),   VBLUR_NAMED(GL_TRIANGLES), VBLUR_NAMED(GL_TRIANGLE_STRIP),
@@ -90,7 +90,7 @@ GLint valueOf(GLenum name) {
 }  // namespace vblur::test::gl
 
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
-using namespace vblur::test::gl;  // NOLINT(google-build-using-namespace): all that follows bears OpenGL's names
+using namespace vblur::test::gl;  // NOLINT(google-build-using-namespace): the names below are OpenGL's
 
 extern "C" {
 

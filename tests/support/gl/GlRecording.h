@@ -1,12 +1,12 @@
-// What was drawn with OpenGL, call by call. Tests link the recorder in the place of the OpenGL library, GLU and
-// the fonts of platform/GlFont.h; each call then becomes one line:
+// Recorder of OpenGL calls. Tests link it in place of OpenGL, GLU and the fonts of platform/GlFont.h; each call becomes
+// one line:
 //
 //   glBegin(GL_LINE_STRIP)
 //   glVertex2f(-0.5, 3)
 //   glIsEnabled(GL_BLEND) -> 0
 //
-// Constants by their name, numbers as short as they can be read back from (a 32-bit float that went through
-// a double shows it), texts in quotes.
+// Constants by name, numbers in the shortest form that reads back (a 32-bit float passed as a double is visible),
+// strings in quotes.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@
 
 namespace vblur::test {
 
-// What is to fail from now on.
+// Calls that fail.
 struct GlFaults {
   bool noContext = false;  // wglGetCurrentDC gives null
   bool noFont = false;     // CreateFontA gives null
@@ -23,8 +23,8 @@ struct GlFaults {
   bool noQuadric = false;  // gluNewQuadric gives null
 };
 
-// One at a time. From its making on calls are written down, on an OpenGL that has just been made; before the
-// first and after the last they are made and forgotten.
+// One at a time. Records from its construction, starting with default OpenGL state. Without one calls work but are not
+// recorded.
 class GlRecording {
  public:
   GlRecording() { start(); }
@@ -32,30 +32,30 @@ class GlRecording {
   GlRecording(const GlRecording&) = delete;
   GlRecording& operator=(const GlRecording&) = delete;
 
-  // OpenGL as new, no lines, no faults. Quadrics and fonts live on.
+  // Default OpenGL state, no lines, no faults. Quadrics and fonts stay.
   void start();
-  // Forgets the lines alone.
+  // Drops the lines only.
   void clear();
 
   const std::vector<std::string>& lines() const;
-  // Every line with its end.
+  // The lines, each with its newline.
   std::string text() const;
 
   GlFaults& faults();
 
-  // 0 and false where every push has had its pop, and every glBegin its glEnd.
+  // 0 and false if pushes and pops, glBegin and glEnd are balanced.
   int matrixDepth() const;
   int attributeDepth() const;
   bool isInsideBegin() const;
-  // What stands in the whole process.
+  // Counts over the whole process.
   int liveQuadrics() const;
   int liveFonts() const;
 };
 
-// The device context that wglGetCurrentDC gives.
+// The device context that wglGetCurrentDC returns.
 void* recordedContext();
 
-// Names the first line that differs, with those around it.
+// Shows the first line that differs, with its context.
 std::string firstDifference(const std::string& have, const std::string& want);
 
 }  // namespace vblur::test

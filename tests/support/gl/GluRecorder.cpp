@@ -1,4 +1,4 @@
-// GLU as the overlay calls it.
+// Recorder of the GLU functions that the overlay calls.
 #include "tests/support/gl/GlCalls.h"
 
 class GLUquadric {};
@@ -27,7 +27,7 @@ std::string nameOf(GLenum value) {
 }  // namespace vblur::test::gl
 
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
-using namespace vblur::test::gl;  // NOLINT(google-build-using-namespace): all that follows bears GLU's names
+using namespace vblur::test::gl;  // NOLINT(google-build-using-namespace): the names below are GLU's
 
 extern "C" {
 

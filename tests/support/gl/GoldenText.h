@@ -1,5 +1,5 @@
-// Texts that stay as they are: compared exactly with a file, which VBLUR_UPDATE_GOLDEN=1 in the environment
-// rewrites instead. The file is then to be looked at and committed with the change that made it.
+// Golden texts: compared exactly with a file. VBLUR_UPDATE_GOLDEN=1 in the environment rewrites the file instead;
+// review it and commit it with the change.
 #pragma once
 
 #include <cstdlib>
