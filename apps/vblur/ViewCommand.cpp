@@ -14,15 +14,21 @@
 #include "host/jobs/JobFile.h"
 #include "host/properties/PropertyText.h"
 #include "host/viewer/ViewSession.h"
+#include "properties/PageNames.h"
 
 namespace vblur::cli {
 
 namespace {
 
-constexpr std::string_view kPages[] = {"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG", "crop"};
-
 [[noreturn]] void Refuse(const std::string& message) {
   throw host::Failure(host::ExitCode::WrongUsage, message);
+}
+
+std::string PageChoice() {
+  std::string names;
+  for (const std::string_view page : pages::kAll)
+    names.append(names.empty() ? "" : "|").append(page);
+  return names;
 }
 
 class ViewCommand : public Command {
@@ -33,9 +39,9 @@ class ViewCommand : public Command {
     app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
     AddTextOption(*app(), "--frame", "N", "Frame of the job [its first]",
                   [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
-    AddTextOption(*app(), "--page", "FullBlurPPG|TransitionBlurPPG|transition|HelpPPG|crop",
+    AddTextOption(*app(), "--page", PageChoice(),
                   "Property page whose controls are shown [FullBlurPPG, TransitionBlurPPG for a transition]",
-                  [this](const std::string& text) { page_ = kPages[ParseChoice("--page", text, kPages)]; });
+                  [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
     AddTextOption(*app(), "--zoom", "Z", "Pixels of the view for one of the frame, about the frame's centre [1]",
                   [this](const std::string& text) { SetZoom(ParseNumber("--zoom", text)); });
     AddTextOption(*app(), "--pan", "X,Y", "What is in the middle, in pixels of the frame from its centre [0,0]",
@@ -87,7 +93,8 @@ class ViewCommand : public Command {
 
   std::string PageOf(const host::Job& job) const {
     if (!page_.empty()) return page_;
-    return host::ResolveKind(job) == host::EffectKind::Transition ? "TransitionBlurPPG" : "FullBlurPPG";
+    return host::ResolveKind(job) == host::EffectKind::Transition ? std::string(pages::kTransitionBlur)
+                                                                  : std::string(pages::kFullBlur);
   }
 
   // Before anything is rendered; no name may be written twice.

@@ -1,18 +1,13 @@
 // Link between the effect and its controls over the viewer, while pages are open.
-#include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "effect/Blur.h"
 #include "properties/ClassIds.h"
+#include "properties/PageNames.h"
 #include "properties/PropertyTable.h"
 
 namespace vblur {
 namespace {
-
-// The pages that show the circle, and the one that shows the crop box.
-constexpr std::array<std::string_view, 4> kCirclePages{"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG"};
-constexpr std::string_view kCropPage = "crop";
 
 void Show(HvTObject& widget, bool show) {
   const std::uint32_t others = widget.state() & ~static_cast<std::uint32_t>(HvTObject::kVisible);
@@ -84,8 +79,8 @@ void Blur::DetachOverlay() {
 void Blur::PageShown(const char* pageName, std::int32_t, std::int32_t) {
   if (!overlayTool) return;
   const std::string_view page = pageName == nullptr ? std::string_view() : pageName;
-  Show(blurControl, std::ranges::find(kCirclePages, page) != kCirclePages.end());
-  Show(cropControl, page == kCropPage);
+  Show(blurControl, pages::ShowsCircle(page));
+  Show(cropControl, pages::ShowsCropBox(page));
   UpdateOverlayPlacement();
   overlayTool->Redraw();
 }

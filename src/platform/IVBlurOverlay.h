@@ -14,8 +14,8 @@ class IVBlurOverlay : public IUnknown {
   virtual HRESULT ConnectOverlay(IUnknown* viewer) = 0;
   // A page closes: with the last one the tool goes.
   virtual HRESULT DisconnectOverlay() = 0;
-  // Which page is in front: "FullBlurPPG", "TransitionBlurPPG", "transition" and "HelpPPG" show the circle,
-  // "crop" the crop box, any other nothing. Nothing while no page is open.
+  // Which page is in front, by its name in properties/PageNames.h: it shows the circle, the crop box or neither.
+  // Nothing while no page is open.
   virtual HRESULT ShowPage(const char* name) = 0;
   // Takes all controls out of the viewer, deaf to the pen, or brings them back.
   virtual HRESULT HideControls(bool hide) = 0;

@@ -6,6 +6,7 @@
 #include "host/hosted/HostedEffect.h"
 #include "overlay/HvTCropBox.h"
 #include "properties/ClassIds.h"
+#include "properties/PageNames.h"
 #include "properties/PropertyTable.h"
 #include "sdk/effects/ClassObjects.h"
 #include "server/CDsClassFactory.h"
@@ -42,8 +43,13 @@ constexpr std::array kEdited = {
     PropertyId::Blur,      PropertyId::Aspect,     PropertyId::CropLeft,
     PropertyId::CropRight, PropertyId::CropBottom, PropertyId::CropTop,
 };
-constexpr std::array<const char*, 7> kPages = {"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG",
-                                               "crop",        "no such page",      nullptr};
+constexpr auto kPages = [] {
+  std::array<const char*, pages::kAll.size() + 2> names{};
+  for (std::size_t i = 0; i < pages::kAll.size(); ++i)
+    names[i] = pages::kAll[i].data();
+  names[pages::kAll.size()] = "no such page";
+  return names;
+}();
 
 }  // namespace
 
