@@ -225,5 +225,37 @@ TEST_F(RenderPixels, TheMaskLiesRelativeToTheInput) {
   ASSERT_EQ(bench.effect->RenderFrame(0.0), kOk);
   ExpectOutput([](std::int32_t x, std::int32_t y) { return x == 3 && y == 5 ? Pixel8{0, 0, 0, 0} : Checks(x, y); });
 }
+// With field rows the picture stays whole. Copies keep to the rows of the field; the filter and the copies of single
+// channels do not.
+TEST_F(RenderPixels, AFieldOfRowsIsDisplayedInItsRows) {
+  auto* const open = new OpenBlur();
+  bench.effect = ComPtr<Blur>::Own(open);
+  open->fieldMode = kFieldRows;
+  bench.Set(PropertyId::DisplayCropped, 1.0);
+  for (const std::int32_t field : {1, 2}) {
+    Paint<Pixel8>(bench.output, kSide, kSide, Marker);
+    bench.effect->SetField(field);
+    EXPECT_EQ(bench.Render(), kOk);
+    ExpectOutput([&](std::int32_t x, std::int32_t y) { return y % 2 == field - 1 ? Checks(x, y) : Marker(x, y); });
+  }
+}
+
+TEST_F(RenderPixels, AFieldOfRowsIsMaskedInAllRows) {
+  auto* const open = new OpenBlur();
+  bench.effect = ComPtr<Blur>::Own(open);
+  open->fieldMode = kFieldRows;
+  Paint<Pixel8>(bench.input, kSide, kSide, [](std::int32_t x, std::int32_t) {
+    return x == 8 ? Pixel8{255, 255, 255, 255} : Pixel8{};
+  });
+  bench.Set(PropertyId::Blur, 3.0);
+  bench.Set(PropertyId::Aspect, 100.0);
+  bench.Set(PropertyId::MaskRed, 0.0);
+  bench.effect->SetField(2);
+  EXPECT_EQ(bench.Render(), kOk);
+  EXPECT_EQ(bench.Overscan(), (std::array{3.0, 0.0}));
+  for (const std::int32_t y : {6, 7})
+    EXPECT_EQ(At<Pixel8>(bench.output, 8, y), (Pixel8{255, 66, 66, 66}));
+}
+
 }  // namespace
 }  // namespace vblur

@@ -227,6 +227,23 @@ TEST_F(Transition, AnUnusableSecondClipIsClear) {
   EXPECT_EQ(At<Pixel8>(bench.output, 4, 4), (Pixel8{101, 0, 0, 128}));
 }
 
+TEST_F(Transition, AFieldIsMixedInItsRowsAndRegion) {
+  bench.effect->SetField(2);
+  bench.effect->SetROI(2, 2, 3, 4);
+  for (const double scaling : {0.0, 2.0}) {
+    bench.PaintClips<Pixel8>(8, 8, kFirst, kSecond);
+    bench.Set(PropertyId::EffectScaling, scaling);
+    ASSERT_EQ(bench.Render(5.0), kOk);
+    for (std::int32_t y = 0; y < 8; ++y) {
+      for (std::int32_t x = 0; x < 8; ++x) {
+        const bool written = x >= 2 && x < 5 && (y == 3 || y == 5);
+        EXPECT_EQ(At<Pixel8>(bench.output, x, y), written ? (Pixel8{101, 99, 0, 255}) : (Pixel8{9, 9, 9, 9}))
+            << x << " " << y << " scaling " << scaling;
+      }
+    }
+  }
+}
+
 // Clips of one column each. The spread shows each clip's blur, the rounding whether mixing came first.
 class TransitionPasses : public testing::Test {
  protected:
