@@ -39,14 +39,4 @@ WorldPoint ViewGeometry::ToWorld(SurfacePoint point) const {
                             middle_.y + (point.y - surfaceHeight_ * 0.5) / zoom_});
 }
 
-FramePoint ViewGeometry::ToFrame(WorldPoint point) const {
-  return {point.x / frame_.worldPerPixel, point.y / frame_.worldPerPixel};
-}
-
-SurfacePoint ViewGeometry::ToSurface(WorldPoint point) const {
-  const FramePoint inFrame = ToFrame(point);
-  return {(inFrame.x - middle_.x) * zoom_ + surfaceWidth_ * 0.5,
-          (inFrame.y - middle_.y) * zoom_ + surfaceHeight_ * 0.5};
-}
-
 }  // namespace vblur::host

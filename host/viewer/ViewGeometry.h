@@ -68,8 +68,6 @@ class ViewGeometry {
 
   WorldPoint ToWorld(FramePoint point) const;
   WorldPoint ToWorld(SurfacePoint point) const;
-  FramePoint ToFrame(WorldPoint point) const;
-  SurfacePoint ToSurface(WorldPoint point) const;
 
  private:
   double worldPerSurfacePixel() const { return frame_.worldPerPixel / zoom_; }

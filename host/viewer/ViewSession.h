@@ -53,6 +53,7 @@ class ViewSession {
   // The current properties.
   PropertyStore Properties() const;
   const ViewGeometry& geometry() const { return *geometry_; }
+  // For tests: how often a frame was rendered.
   std::int32_t rendersDone() const { return rendersDone_; }
 
  private:

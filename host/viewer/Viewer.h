@@ -35,7 +35,8 @@ class Viewer final : public IVWViewer, public IVWWindow {
   // Bottom to top.
   void Render(IVWSurface& surface);
 
-  // Whether a repaint is needed; cleared by the next Render.
+  // For a window, and for tests: whether a repaint is needed, cleared by the next Render; whether a tool is being
+  // dragged; how many tools there are.
   bool isInvalid() const { return invalid_; }
   bool isInteracting() const { return interacting_; }
   std::size_t toolCount() const { return contexts_.size(); }

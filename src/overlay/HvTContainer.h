@@ -47,9 +47,8 @@ class HvTContainer {
   void SetHit(HvTObject* child) { hit_ = child; }
   bool ownsChildren() const { return ownsChildren_; }
   void OwnChildren(bool owns) { ownsChildren_ = owns; }
-  std::int32_t boxState() const { return boxState_; }
   // After Append the state of the last child alone; Bounds computes that of all.
-  void SetBoxState(std::int32_t state) { boxState_ = state; }
+  std::int32_t boxState() const { return boxState_; }
 
  private:
   HvPick PickChild(HvTObject& child, HvPoint pos, HvPoint tolerance);

@@ -1,4 +1,5 @@
-// Base of all widgets of the overlay.
+// Base of all widgets of the overlay. The widget classes are a general set: groups, tool tips, the fallback, the second
+// container and the axis control's handles are there for effects that need them; this one uses a part.
 //
 // Coordinates. A widget's origin, and the points passed to Pick, Press, Drag and Enter, are in its parent's space; for
 // top-level widgets that is frame pixels, y upwards. ToLocal and PushTransform convert to the widget's own space, the
