@@ -44,13 +44,10 @@ constexpr Component storeNarrow(std::int32_t v) {
   return static_cast<Component>(v);
 }
 
-constexpr float clampTo(float v, float low, float high) {
-  if (low > v) {
-    v = low;
-  } else if (v > high) {
-    v = high;
-  }
-  return v;
+// The one clamp. Bounds may be crossed: what lies below `low` is `low`, all else is at most `high`.
+template <class T>
+constexpr T clampTo(T v, T low, T high) {
+  return low > v ? low : v > high ? high : v;
 }
 
 // A computed value as a component: limited to the component's range in float, then truncated.

@@ -27,6 +27,7 @@ class Combiner : public virtual Imager {
     preProcess(a, b, target);
     for (pass = 0; pass < passes; ++pass) {
       if (poll(interrupt) != 0) break;
+      checkWindow();
       if ((flags & kOneThread) != 0) {
         processRows(a, b, target);
       } else {

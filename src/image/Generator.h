@@ -26,6 +26,7 @@ class Generator : public Imager {
     preProcess(target);
     for (pass = 0; pass < passes; ++pass) {
       if (poll(interrupt) != 0) break;
+      checkWindow();
       if ((flags & kOneThread) != 0) {
         processRows(target);
       } else {

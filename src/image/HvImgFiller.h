@@ -1,7 +1,6 @@
 // Fills the window with a colour, or all of the window but a rectangle.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 
 #include "image/Arithmetic.h"
@@ -19,10 +18,14 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
 
   // Outside the rectangle the window is filled in three bands, below, beside and above it. A band has
   // at least one row: however large the rectangle, the first and the last row of the window are filled.
-  void preProcess() override { this->passes = fillOutside ? 3 : 1; }
+  // A window without rows or columns stays as it is.
+  void preProcess() override {
+    this->passes = fillOutside ? 3 : 1;
+    isEmpty_ = this->x2 <= this->x1 || this->y2 <= this->y1;
+  }
 
   void prePass() override {
-    if (!fillOutside) return;
+    if (!fillOutside || isEmpty_) return;
     if (this->pass > 0) pop();
     switch (this->pass) {
       case 0: return setBand(this->y1, wrapSub(bottom, 1));
@@ -55,7 +58,7 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
  private:
   // Rows limited to the window as it stands, so that first and last always name at least one row of it.
   void setBand(std::int32_t first, std::int32_t last) {
-    const auto inWindow = [this](std::int32_t y) { return std::clamp(y, this->y1, this->y2 - 1); };
+    const auto inWindow = [this](std::int32_t y) { return clampTo(y, this->y1, this->y2 - 1); };
     pushAndSet(this->x1, inWindow(first), this->x2 - 1, inWindow(last));
   }
 
@@ -84,8 +87,8 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
 
   void fillBand() const {
     const HvRowLoop loop = this->rowLoop();
-    const std::int32_t l = std::clamp(left, loop.x1, loop.x2);
-    const std::int32_t r = std::clamp(right, loop.x1, loop.x2);
+    const std::int32_t l = clampTo(left, loop.x1, loop.x2);
+    const std::int32_t r = clampTo(right, loop.x1, loop.x2);
     for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
       if (poll(this->interrupt) != 0) return;
       if (this->pass == 1) {
@@ -96,6 +99,8 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
       }
     }
   }
+
+  bool isEmpty_ = false;
 };
 
 }  // namespace vblur

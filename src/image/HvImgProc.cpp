@@ -1,8 +1,5 @@
 #include "image/HvImgProc.h"
 
-#include <algorithm>
-
-#include "image/Arithmetic.h"
 #include "image/PassRunner.h"
 
 namespace vblur {
@@ -12,8 +9,13 @@ void HvImgProc::setWindow(std::int32_t left, std::int32_t top, std::int32_t righ
   flags |= kWindowSet;
 }
 
+void HvImgProc::copyWindow(const HvRowProcessor& other) {
+  takeWindow(other);
+  flags |= kWindowSet;
+}
+
 void HvImgProc::process(const HvTexIndexer* target) {
-  if (target == nullptr || target->width() < 1 || target->height() < 1) return;
+  if (target == nullptr) return;
   settle(*target);
   map = target;
   mapWidth = target->width();
@@ -27,28 +29,19 @@ void HvImgProc::process(const HvTexIndexer* target) {
 void HvImgProc::settle(const HvTexIndexer& target) {
   const std::int32_t mx = target.horizontal.writeOrigin;
   const std::int32_t my = target.vertical.writeOrigin;
-  const std::int32_t lastX = mx + target.width() - 1;
-  const std::int32_t lastY = my + target.height() - 1;
   if ((flags & kWindowSet) == 0) {
     x1 = mx;
     y1 = my;
-    x2 = lastX + 1;
-    y2 = lastY + 1;
+    x2 = mx + target.width();
+    y2 = my + target.height();
     flags |= kWindowSet;
   }
-  if ((options & kReplaceWindow) != 0) {
-    // On this path alone the far ends are stored as they are, inclusive.
-    if (x1 < mx || x2 > lastX) x1 = mx, x2 = lastX;
-    if (y1 < my || y2 > lastY) y1 = my, y2 = lastY;
-    return;
-  }
-  const auto limited = [](std::int32_t v, std::int32_t low, std::int32_t high) {
-    return v < low ? low : std::min(v, high);
-  };
-  x1 = limited(x1, mx, lastX);
-  x2 = limited(wrapSub(x2, 1), mx, lastX) + 1;
-  y1 = limited(y1, my, lastY);
-  y2 = limited(wrapSub(y2, 1), my, lastY) + 1;
+  if ((options & kReplaceWindow) == 0) return cutWindow(target);
+  // On this path alone the far ends are stored as they are, inclusive.
+  const std::int32_t lastX = mx + target.width() - 1;
+  const std::int32_t lastY = my + target.height() - 1;
+  if (x1 < mx || x2 > lastX) x1 = mx, x2 = lastX;
+  if (y1 < my || y2 > lastY) y1 = my, y2 = lastY;
 }
 
 void HvImgProc::runPasses() {
@@ -78,6 +71,7 @@ HvSpan HvImgProc::threadRows() const {
 }
 
 HvRowLoop HvImgProc::rowLoop() const {
+  if (!hasPixels_ || x2 <= x1 || y2 <= y1) return {};
   const HvSpan rows = threadRows();
   return {x1, x2, firstRow(rows.first), rows.last, rowStep()};
 }

@@ -27,12 +27,14 @@ class HvImgProc : public HvRowProcessor {
   virtual void prePass() {}
   virtual void postPass() {}
   virtual void runPasses();
-  // Settles the window on a target and runs all passes. A null target, or one without rows or columns,
-  // is left alone.
+  // Settles the window on a target and runs all passes; a null target is ignored. On a target without pixels
+  // they run too, over no rows.
   virtual void process(const HvTexIndexer* target);
 
   // x2 and y2 inclusive.
   void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
+  // The window as it stands, of either family of processors.
+  void copyWindow(const HvRowProcessor& other);
 
   std::uint32_t flags = 0;
   std::uint32_t options = kUseThreads;
@@ -41,12 +43,22 @@ class HvImgProc : public HvRowProcessor {
   // The rows of the calling thread, not yet aligned to a field.
   HvSpan threadRows() const;
   HvSpan columns() const { return {x1, x2}; }
-  // Rows and columns of the calling thread, the first row aligned to the field.
+  // Rows and columns of the calling thread, the first row aligned to the field; none where the window or the
+  // target is empty.
   HvRowLoop rowLoop() const;
+  // Processes a texture, which may have a size and no memory.
+  template <class Texture>
+  void processTexture(const Texture* texture) {
+    hasPixels_ = texture == nullptr || texture->hasPixels();
+    process(static_cast<const HvTexIndexer*>(texture));
+    hasPixels_ = true;
+  }
 
  private:
   void settle(const HvTexIndexer& target);
   void runPass();
+
+  bool hasPixels_ = true;
 };
 
 }  // namespace vblur

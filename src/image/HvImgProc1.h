@@ -13,7 +13,7 @@ class HvImgProc1 : public HvImgProc {
   virtual void process(Texture* newTarget) { run(newTarget); }
   virtual void run(Texture* newTarget) {
     target = newTarget;
-    HvImgProc::process(static_cast<const HvTexIndexer*>(newTarget));
+    this->processTexture(newTarget);
     target = nullptr;
   }
 

@@ -16,7 +16,7 @@ class HvImgProc3 : public HvImgProc {
     target = newTarget;
     imageA = a;
     imageB = b;
-    HvImgProc::process(static_cast<const HvTexIndexer*>(newTarget));
+    this->processTexture(newTarget);
     target = nullptr;
     imageA = nullptr;
     imageB = nullptr;

@@ -51,6 +51,23 @@ class HvRowProcessor : public HvInteruptable {
   std::int32_t mapHeight = 0;
 
  protected:
+  // Cuts the window to the pixels of a target; beside the target it becomes the nearest column or row.
+  void cutWindow(const HvTexIndexer& target) {
+    const std::int32_t mx = target.horizontal.writeOrigin;
+    const std::int32_t my = target.vertical.writeOrigin;
+    const std::int32_t lastX = mx + target.width() - 1;
+    const std::int32_t lastY = my + target.height() - 1;
+    x1 = clampTo(x1, mx, lastX);
+    x2 = clampTo(wrapSub(x2, 1), mx, lastX) + 1;
+    y1 = clampTo(y1, my, lastY);
+    y2 = clampTo(wrapSub(y2, 1), my, lastY) + 1;
+  }
+  void takeWindow(const HvRowProcessor& other) {
+    x1 = other.x1;
+    y1 = other.y1;
+    x2 = other.x2;
+    y2 = other.y2;
+  }
   // right and bottom inclusive.
   void storeWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom) {
     x1 = left;

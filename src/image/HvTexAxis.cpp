@@ -15,9 +15,8 @@ void HvTexAxis::setSize(std::int32_t n) {
 }
 
 void HvTexAxis::setBounds(std::int32_t a, std::int32_t b) {
-  const auto limited = [this](std::int32_t end) { return std::min(std::max(end, 0), size - 1); };
-  lo = limited(std::min(a, b));
-  hi = limited(std::max(a, b));
+  lo = clampTo(std::min(a, b), 0, size - 1);
+  hi = clampTo(std::max(a, b), 0, size - 1);
   count = hi - lo + 1;
 }
 

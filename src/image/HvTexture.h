@@ -27,36 +27,38 @@ struct HvPixelRun {
   bool exists = false;
 };
 
-// The filtered reads of a texture. A one-component int texture hands the sample back, all others
-// write it to a result.
-template <class Accum>
-class HvTextureSampling : public HvTexIndexer {
+// The virtual operations of a texture, in their order. A one-component int texture hands a sample back, all
+// others write it to a result.
+template <class Texture, class Pixel, class Accum>
+class HvTextureOperations : public HvTexIndexer {
  public:
+  // Makes this a second view of another texture: its axes, pixels, outside colour and stride.
+  virtual void referTo(const Texture& other) = 0;
+  virtual void setOutsideColour(const Pixel& pixel) = 0;
   virtual void sampleBox(Accum& result, float x1, float y1, float x2, float y2) const {
-    result = sampleAt((x1 + x2) * 0.5f, (y1 + y2) * 0.5f);
+    result = static_cast<const Texture*>(this)->sampleAt((x1 + x2) * 0.5f, (y1 + y2) * 0.5f);
   }
   virtual void sampleAround(Accum& result, float x, float y, float dx, float dy) const {
     sampleBox(result, x - dx, y - dy, x + dx, y + dy);
   }
-  // The bilinear read at a point; pixel i covers i to i + 1 with its centre in the middle.
-  virtual Accum sampleAt(float x, float y) const = 0;
 };
 
-template <>
-class HvTextureSampling<int> : public HvTexIndexer {
+template <class Texture, class Pixel>
+class HvTextureOperations<Texture, Pixel, int> : public HvTexIndexer {
  public:
+  virtual void referTo(const Texture& other) = 0;
+  virtual void setOutsideColour(const Pixel& pixel) = 0;
   virtual int sampleBox(float x1, float y1, float x2, float y2) const {
-    return sampleAt((x1 + x2) * 0.5f, (y1 + y2) * 0.5f);
+    return static_cast<const Texture*>(this)->sampleAt((x1 + x2) * 0.5f, (y1 + y2) * 0.5f);
   }
   virtual int sampleAround(float x, float y, float dx, float dy) const {
     return sampleBox(x - dx, y - dy, x + dx, y + dy);
   }
-  virtual int sampleAt(float x, float y) const = 0;
 };
 
 // Accum is what a filtered read gives: floats, or integers that truncate after each step.
 template <class Pixel_, class Accum_>
-class HvTexture : public HvTextureSampling<Accum_> {
+class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, Accum_> {
  public:
   using Pixel = Pixel_;
   using Accum = Accum_;
@@ -72,11 +74,10 @@ class HvTexture : public HvTextureSampling<Accum_> {
   HvTexture& operator=(const HvTexture&) = delete;
   ~HvTexture() override { freeOwned(); }
 
-  // Makes this a second view of another texture: its axes, pixels, outside colour and stride.
-  virtual void referTo(const HvTexture& other) {
+  void referTo(const HvTexture& other) override {
     if (this != &other) viewOf(other);
   }
-  virtual void setOutsideColour(const Pixel& pixel) { outsideColour = pixel; }
+  void setOutsideColour(const Pixel& pixel) override { outsideColour = pixel; }
 
   // Memory of its own for the size that the axes have. The pixels are zero, so that nothing shows what
   // was in memory before. A size of which one side is 0 has no pixels; a negative one, or one that
@@ -186,7 +187,8 @@ class HvTexture : public HvTextureSampling<Accum_> {
     return {&outsideColour, 0, run.length, false};
   }
 
-  Accum sampleAt(float x, float y) const override;
+  // The bilinear read at a point; pixel i covers i to i + 1 with its centre in the middle.
+  Accum sampleAt(float x, float y) const;
 
   std::int32_t owned = 0;             // 1: data is this texture's to free
   std::byte* data = nullptr;          // the pixel at buffer index (0, 0)

@@ -12,10 +12,7 @@ void Imager::setWindow(std::int32_t left, std::int32_t top, std::int32_t right, 
 }
 
 void Imager::copyWindow(const Imager& other) {
-  x1 = other.x1;
-  y1 = other.y1;
-  x2 = other.x2;
-  y2 = other.y2;
+  takeWindow(other);
   flags |= kClipWindow | kSubWindow;
 }
 
@@ -33,23 +30,15 @@ void Imager::settle(const HvTexIndexer& target) {
   map = &target;
   mapWidth = target.width();
   mapHeight = target.height();
-  const std::int32_t mx = target.horizontal.writeOrigin;
-  const std::int32_t my = target.vertical.writeOrigin;
-  const std::int32_t lastX = mx + mapWidth - 1;
-  const std::int32_t lastY = my + mapHeight - 1;
   if ((flags & kSubWindow) != 0) {
-    x1 = std::clamp(x1, mx, lastX);
-    x2 = std::clamp(wrapSub(x2, 1), mx, lastX) + 1;
-    y1 = std::clamp(y1, my, lastY);
-    y2 = std::clamp(wrapSub(y2, 1), my, lastY) + 1;
+    cutWindow(target);
   } else {
-    x1 = mx;
-    x2 = lastX + 1;
-    y1 = my;
-    y2 = lastY + 1;
+    x1 = target.horizontal.writeOrigin;
+    x2 = x1 + mapWidth;
+    y1 = target.vertical.writeOrigin;
+    y2 = y1 + mapHeight;
   }
-  // The cut above is the clipping that a new window asks for.
-  flags &= ~static_cast<std::uint32_t>(kClipWindow | kSubWindow);
+  flags &= ~static_cast<std::uint32_t>(kSubWindow);
   if (x1 != 0 || y1 != 0 || x2 != mapWidth || y2 != mapHeight) flags |= kSubWindow;
 }
 
@@ -59,17 +48,22 @@ HvSpan Imager::bandOfThread(std::int32_t first, std::int32_t last) const {
   return {first + band.first, first + band.last};
 }
 
-HvRowLoop Imager::rowLoop(std::int32_t field) const {
-  HvRowLoop loop{0, mapWidth, 0, mapHeight, fieldRowStep(field)};
+void Imager::checkWindow() {
   if ((flags & kSubWindow) != 0) {
-    loop = {x1, x2, y1, y2, fieldRowStep(field)};
+    if ((flags & kClipWindow) != 0) cutWindow(*map);
     if ((flags & kReplaceWindow) != 0) {
       const std::int32_t mx = map->horizontal.writeOrigin;
       const std::int32_t my = map->vertical.writeOrigin;
-      if (x1 < mx || x2 > mx + mapWidth) loop.x1 = mx, loop.x2 = mx + mapWidth;
-      if (y1 < my || y2 > my + mapHeight) loop.firstRow = my, loop.lastRow = my + mapHeight;
+      if (x1 < mx || x2 > mx + mapWidth) x1 = mx, x2 = mx + mapWidth;
+      if (y1 < my || y2 > my + mapHeight) y1 = my, y2 = my + mapHeight;
     }
   }
+  flags &= ~static_cast<std::uint32_t>(kClipWindow);
+}
+
+HvRowLoop Imager::rowLoop(std::int32_t field) const {
+  HvRowLoop loop{0, mapWidth, 0, mapHeight, fieldRowStep(field)};
+  if ((flags & kSubWindow) != 0) loop = {x1, x2, y1, y2, fieldRowStep(field)};
   const HvSpan rows = bandOfThread(loop.firstRow, loop.lastRow);
   loop.firstRow = firstFieldRow(field, rows.first);
   loop.lastRow = rows.last;

@@ -33,6 +33,8 @@ class Imager : public HvRowProcessor {
   // Cuts the window to the target, or takes the whole target for a processor without one. The cut is
   // for good: a processor that is used again keeps it.
   void settle(const HvTexIndexer& target);
+  // Before the threads of a pass start: a window set by preProcess or prePass is cut to the target as well.
+  void checkWindow();
 
   // The head of a pixel loop: the share of the calling thread. Reads only, so every thread may ask.
   HvRowLoop rowLoop() const { return rowLoop(fieldMode); }

@@ -32,6 +32,7 @@ class Sampler : public virtual Imager {
     for (pass = 0; pass < passes; ++pass) {
       if (poll(interrupt) != 0) break;
       prePass(in, target);
+      checkWindow();
       if ((flags & kOneThread) != 0) {
         processRows(in, target);
       } else {

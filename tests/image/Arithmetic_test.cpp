@@ -11,7 +11,7 @@ namespace {
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-TEST(FloatToInt, TruncatesTowardZero) {
+TEST(Arithmetic, FloatToIntTruncatesTowardZero) {
   EXPECT_EQ(truncToInt(254.99f), 254);
   EXPECT_EQ(truncToInt(-0.5f), 0);
   EXPECT_EQ(truncToInt(-1.999f), -1);
@@ -19,14 +19,14 @@ TEST(FloatToInt, TruncatesTowardZero) {
   EXPECT_EQ(truncToInt(-254.99), -254);
 }
 
-TEST(FloatToInt, GivesTheLowestNumberForWhatDoesNotFit) {
+TEST(Arithmetic, FloatToIntGivesTheLowestNumberForWhatDoesNotFit) {
   for (const float v : {kNan, kInfinity, -kInfinity, 2147483648.0f, -2147483904.0f, 1e30f, -1e30f}) {
     EXPECT_EQ(truncToInt(v), kInt32Min) << v;
     EXPECT_EQ(truncToInt(static_cast<double>(v)), kInt32Min) << v;
   }
 }
 
-TEST(FloatToInt, KeepsTheLastNumbersThatFit) {
+TEST(Arithmetic, FloatToIntKeepsTheLastNumbersThatFit) {
   EXPECT_EQ(truncToInt(2147483520.0f), 2147483520);
   EXPECT_EQ(truncToInt(-2147483648.0f), kInt32Min);
   EXPECT_EQ(truncToInt(2147483647.9), kInt32Max);
@@ -34,7 +34,7 @@ TEST(FloatToInt, KeepsTheLastNumbersThatFit) {
   EXPECT_EQ(truncToInt(-2147483647.5), -2147483647);
 }
 
-TEST(FloorToInt, GoesTowardMinusInfinity) {
+TEST(Arithmetic, FloorToIntGoesTowardMinusInfinity) {
   EXPECT_EQ(floorToInt(-1.0f), -1);
   EXPECT_EQ(-1.0f - static_cast<float>(floorToInt(-1.0f)), 0.0f);
   EXPECT_EQ(floorToInt(-0.25f), -1);
@@ -45,7 +45,7 @@ TEST(FloorToInt, GoesTowardMinusInfinity) {
   }
 }
 
-TEST(WrappingArithmetic, KeepsTheLowThirtyTwoBits) {
+TEST(Arithmetic, WrappingArithmeticKeepsTheLowThirtyTwoBits) {
   EXPECT_EQ(wrapAdd(kInt32Max, 1), kInt32Min);
   EXPECT_EQ(wrapSub(kInt32Min, 1), kInt32Max);
   EXPECT_EQ(wrapMul(65536, 65536), 0);
@@ -53,7 +53,7 @@ TEST(WrappingArithmetic, KeepsTheLowThirtyTwoBits) {
   EXPECT_EQ(wrapMul(-3, 7), -21);
 }
 
-TEST(Clamp, TestsTheLowEndFirstAndLetsNanThrough) {
+TEST(Arithmetic, ClampTestsTheLowEndFirstAndLetsNanThrough) {
   EXPECT_EQ(clampTo(-0.5f, 0.0f, 255.0f), 0.0f);
   EXPECT_EQ(clampTo(255.5f, 0.0f, 255.0f), 255.0f);
   EXPECT_EQ(clampTo(12.5f, 0.0f, 255.0f), 12.5f);
@@ -62,7 +62,15 @@ TEST(Clamp, TestsTheLowEndFirstAndLetsNanThrough) {
   EXPECT_TRUE(std::isnan(clampTo(kNan, 0.0f, 255.0f)));
 }
 
-TEST(Store, ClampsInFloatAndThenTruncates) {
+TEST(Arithmetic, ClampOfCrossedBoundsGivesTheLowOneOnlyToWhatLiesBelowIt) {
+  EXPECT_EQ(clampTo(3, 5, 4), 5);
+  EXPECT_EQ(clampTo(5, 5, 4), 4);
+  EXPECT_EQ(clampTo(9, 5, 4), 4);
+  EXPECT_EQ(clampTo(4, 4, 9), 4);
+  EXPECT_EQ(clampTo(10, 4, 9), 9);
+}
+
+TEST(Arithmetic, StoreClampsInFloatAndThenTruncates) {
   EXPECT_EQ(storeClamped<R8>(254.99f), 254);
   EXPECT_EQ(storeClamped<R8>(-0.5f), 0);
   EXPECT_EQ(storeClamped<R8>(1000.0f), 255);
@@ -74,7 +82,7 @@ TEST(Store, ClampsInFloatAndThenTruncates) {
   EXPECT_EQ(storeClamped<R16>(-32769), -32768);
 }
 
-TEST(Store, WithoutAClampKeepsTheLowBits) {
+TEST(Arithmetic, StoreWithoutAClampKeepsTheLowBits) {
   EXPECT_EQ(storeNarrow<std::uint8_t>(truncToInt(254.99f)), 254);
   EXPECT_EQ(storeNarrow<std::uint8_t>(truncToInt(-0.5f)), 0);
   EXPECT_EQ(storeNarrow<std::uint8_t>(256), 0);
@@ -83,7 +91,7 @@ TEST(Store, WithoutAClampKeepsTheLowBits) {
   EXPECT_EQ(storeNarrow<std::int16_t>(-32769), 32767);
 }
 
-TEST(IntegerMix, GivesOneEndExactlyWithNothingAndTheOtherWithAll) {
+TEST(Arithmetic, IntegerMixGivesOneEndExactlyWithNothingAndTheOtherWithAll) {
   for (int a = 0; a <= 255; ++a) {
     for (int b = 0; b <= 255; ++b) {
       ASSERT_EQ(mixInt<255>(a, b, 0), b);
@@ -104,7 +112,7 @@ TEST(IntegerMix, GivesOneEndExactlyWithNothingAndTheOtherWithAll) {
   }
 }
 
-TEST(IntegerMix, DividesTowardZeroAtEveryEightBitValue) {
+TEST(Arithmetic, IntegerMixDividesTowardZeroAtEveryEightBitValue) {
   for (int a = 0; a <= 255; ++a) {
     for (int b = 0; b <= 255; ++b) {
       for (int m = 0; m <= 255; m += 3) {
@@ -115,18 +123,18 @@ TEST(IntegerMix, DividesTowardZeroAtEveryEightBitValue) {
   }
 }
 
-TEST(IntegerMix, StaysOnTheSideOfTheSecond) {
+TEST(Arithmetic, IntegerMixStaysOnTheSideOfTheSecond) {
   EXPECT_EQ(mixInt<255>(10, 20, 128), 15);
   EXPECT_EQ(mixInt<255>(0, 1, 254), 1);
 }
 
-TEST(IntegerMix, TakesSixteenBitOneForAboutAHalf) {
+TEST(Arithmetic, IntegerMixTakesSixteenBitOneForAboutAHalf) {
   EXPECT_EQ(mixInt<32767>(20000, 0, 16384), 10000);
   EXPECT_EQ(mixInt<32767>(32767, 0, 16384), 16384);
   EXPECT_EQ(mixInt<32767>(-100, -300, 16384), -200);
 }
 
-TEST(Amount, IsScaledToTheTopOfTheRangeAndLimited) {
+TEST(Arithmetic, AmountIsScaledToTheTopOfTheRangeAndLimited) {
   EXPECT_EQ(amountFromFloat<255>(0.5f), 127);
   EXPECT_EQ(amountFromFloat<255>(1.0f), 255);
   EXPECT_EQ(amountFromFloat<255>(-0.1f), 0);
@@ -135,11 +143,11 @@ TEST(Amount, IsScaledToTheTopOfTheRangeAndLimited) {
   EXPECT_EQ(amountFromFloat<32767>(1.0f), 32767);
 }
 
-TEST(Amount, ThatIsNoNumberIsNone) {
+TEST(Arithmetic, AmountThatIsNoNumberIsNone) {
   EXPECT_EQ(amountFromFloat<255>(kNan), 0);
 }
 
-TEST(Colour, IsScaledToOneAndNotLimited) {
+TEST(Arithmetic, ColourIsScaledToOneAndNotLimited) {
   EXPECT_EQ(colourFromFloat<R8>(0.5f), 127);
   EXPECT_EQ(colourFromFloat<R16>(0.5f), 8192);
   EXPECT_EQ(colourFromFloat<R16>(1.0f), 16384);
@@ -147,13 +155,13 @@ TEST(Colour, IsScaledToOneAndNotLimited) {
   EXPECT_EQ(colourFromFloat<R8>(1.01f), 1);
 }
 
-TEST(Interpolation, OfFloatsMultipliesTheDifference) {
+TEST(Arithmetic, InterpolationOfFloatsMultipliesTheDifference) {
   EXPECT_EQ(lerp(10.0f, 20.0f, 0.25f), 12.5f);
   // In this order of operations the far end is missed when it is lost in the near one.
   EXPECT_EQ(lerp(1e8f, 1.0f, 1.0f), (1.0f - 1e8f) * 1.0f + 1e8f);
 }
 
-TEST(Interpolation, OfIntegersTruncatesTheSum) {
+TEST(Arithmetic, InterpolationOfIntegersTruncatesTheSum) {
   EXPECT_EQ(lerp(10, 21, 0.5f), 15);
   EXPECT_EQ(lerp(-10, -21, 0.5f), -15);
   EXPECT_EQ(lerp(0, -1, 0.75f), 0);

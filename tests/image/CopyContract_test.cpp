@@ -23,9 +23,9 @@ using WholeCopies = Subjects<WholeCopy<R8, Rf>, WholeCopy<R16, Ri>, WholeCopy<Ri
 using ChannelCopies = Subjects<ChannelCopy<R8, 0, 0, 0, 1>, ChannelCopy<R16, 1, 1, 1, 0>, ChannelCopy<R16, 1, 0, 1, 1>>;
 using NamedCopies = Subjects<NamedCopy<R8, 0>, NamedCopy<R16, 10>, NamedCopy<R16, 15>>;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(WholeCopies, ProcessorContract, WholeCopies);
-INSTANTIATE_TYPED_TEST_SUITE_P(ChannelCopies, ProcessorContract, ChannelCopies);
-INSTANTIATE_TYPED_TEST_SUITE_P(NamedCopies, ProcessorContract, NamedCopies);
+INSTANTIATE_TYPED_TEST_SUITE_P(CopyContractWhole, ProcessorContract, WholeCopies, TypeNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(CopyContractChannel, ProcessorContract, ChannelCopies, TypeNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(CopyContractNamed, ProcessorContract, NamedCopies, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

@@ -74,8 +74,8 @@ struct Generated : GeneratorSubject<PlainGenerator, Frame> {};
 using Fills = Subjects<Fill<R8>, FillToZero<R16>, FillOutside<R8>, FillOutside<R16>>;
 using Frameworks = Subjects<Greater, GreaterOfMembers, Generated>;
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Fills, ProcessorContract, Fills);
-INSTANTIATE_TYPED_TEST_SUITE_P(Frameworks, ProcessorContract, Frameworks);
+INSTANTIATE_TYPED_TEST_SUITE_P(FrameworkContractFills, ProcessorContract, Fills, TypeNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(FrameworkContract, ProcessorContract, Frameworks, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

@@ -63,7 +63,7 @@ void forAllSmallBoxes(const Body& body) {
   }
 }
 
-TEST(HvTexAxisLookups, OfAnIndexEqualTheLineBuiltStepByStep) {
+TEST(HvTexAxis, LookupsOfAnIndexEqualTheLineBuiltStepByStep) {
   forAllSmallBoxes([](const HvTexAxis& axis) {
     const auto line = lineOf(axis, -25, 25);
     for (std::int32_t i = -25; i <= 25; ++i)
@@ -71,7 +71,7 @@ TEST(HvTexAxisLookups, OfAnIndexEqualTheLineBuiltStepByStep) {
   });
 }
 
-TEST(HvTexAxisLookups, OfARunEqualTheLineBuiltStepByStep) {
+TEST(HvTexAxis, LookupsOfARunEqualTheLineBuiltStepByStep) {
   forAllSmallBoxes([](HvTexAxis axis) {
     const auto line = lineOf(axis, -25, 40);
     for (const std::int32_t origin : {0, 7, -11}) {
@@ -89,7 +89,7 @@ TEST(HvTexAxisLookups, OfARunEqualTheLineBuiltStepByStep) {
   });
 }
 
-TEST(HvTexAxisLookups, OfAPairEqualTheLineBuiltStepByStep) {
+TEST(HvTexAxis, LookupsOfAPairEqualTheLineBuiltStepByStep) {
   forAllSmallBoxes([](const HvTexAxis& axis) {
     const auto line = lineOf(axis, -25, 26);
     for (std::int32_t i = -25; i <= 25; ++i) {
@@ -101,7 +101,7 @@ TEST(HvTexAxisLookups, OfAPairEqualTheLineBuiltStepByStep) {
   });
 }
 
-TEST(HvTexAxisLookups, AnswerOutsideEverywhereWithoutPixels) {
+TEST(HvTexAxis, LookupsAnswerOutsideEverywhereWithoutPixels) {
   for (const std::int32_t method : kMethods) {
     HvTexAxis fresh;
     HvTexAxis released = axisOf(0, 0, 0, method);
@@ -116,7 +116,7 @@ TEST(HvTexAxisLookups, AnswerOutsideEverywhereWithoutPixels) {
   }
 }
 
-TEST(HvTexAxisLookups, StandFarFromTheBox) {
+TEST(HvTexAxis, LookupsStandFarFromTheBox) {
   for (const std::int32_t method : kMethods) {
     const HvTexAxis axis = axisOf(7, 1, 5, method);
     for (const std::int32_t i : {-2000000000, 2000000000}) {
@@ -205,19 +205,19 @@ TEST(HvTexAxis, PutsBothOriginsOnAWholePixel) {
   EXPECT_EQ(axis.originI, -13);
 }
 
-TEST(HvTexAxisRuns, RepeatTheEndOfABoxUpToIt) {
+TEST(HvTexAxis, RunsRepeatTheEndOfABoxUpToIt) {
   const HvTexAxis axis = axisOf(9, 2, 5, kEdgeRepeat);
   EXPECT_EQ(axis.runAt(0), (HvTexRun{2, 0, 2}));
   EXPECT_EQ(axis.runAt(2), (HvTexRun{2, 1, 4}));
 }
 
-TEST(HvTexAxisRuns, HaveALengthThatFitsFarBelowTheBox) {
+TEST(HvTexAxis, RunsHaveALengthThatFitsFarBelowTheBox) {
   const HvTexAxis axis = axisOf(9, 2, 5, kEdgeRepeat);
   EXPECT_EQ(axis.runAt(-2147483000).length, 2147483002);
   EXPECT_EQ(axis.runAt(-2147483647).length, kInt32Max);
 }
 
-TEST(HvTexAxisEdges, ReflectDoublesTheEdgePixel) {
+TEST(HvTexAxis, EdgesReflectDoublesTheEdgePixel) {
   const HvTexAxis axis = axisOf(4, 0, 3, kEdgeReflect);
   const std::int32_t below[] = {0, 1, 2, 3, 3, 2};
   const std::int32_t above[] = {3, 2, 1, 0, 0, 1};
@@ -227,7 +227,7 @@ TEST(HvTexAxisEdges, ReflectDoublesTheEdgePixel) {
   }
 }
 
-TEST(HvTexAxisEdges, WrapTiles) {
+TEST(HvTexAxis, EdgesWrapTiles) {
   const HvTexAxis axis = axisOf(4, 0, 3, kEdgeWrap);
   EXPECT_EQ(axis.mapIndex(-1), 3);
   EXPECT_EQ(axis.mapIndex(-4), 0);

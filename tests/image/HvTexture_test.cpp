@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Canvas.h"
+#include "tests/support/VirtualSlot.h"
 
 namespace vblur {
 namespace {
@@ -278,7 +279,7 @@ TEST(HvTexture, WritesByItsWriteOriginAlone) {
   EXPECT_EQ(texture.target(-5, 33), texture.at(2, 3));
 }
 
-TEST(HvTexIndexer, KeepsTheAxesApart) {
+TEST(HvTexture, IndexerOfKeepsTheAxesApart) {
   Frame texture(8, 6);
   texture.setBounds(5, 2, 1, 3);
   EXPECT_EQ(texture.horizontal.lo, 2);
@@ -291,6 +292,26 @@ TEST(HvTexIndexer, KeepsTheAxesApart) {
   texture.wholeBounds();
   EXPECT_EQ(texture.horizontal.hi, 7);
   EXPECT_EQ(texture.vertical.hi, 5);
+}
+
+// A destructor comes first.
+TEST(HvTexture, OperationsHaveTheirOrder) {
+  if (!test::kSlotsAreKnown) GTEST_SKIP();
+  using test::virtualSlot;
+  EXPECT_EQ(virtualSlot(&HvTexIndexer::setBounds), 2u);
+  EXPECT_EQ(virtualSlot(&HvTexIndexer::setEdgeMethods), 3u);
+  using ByPixel = void (HvTexIndexer::*)(std::int32_t, std::int32_t);
+  using ByFraction = void (HvTexIndexer::*)(float, float);
+  EXPECT_EQ(virtualSlot(static_cast<ByPixel>(&HvTexIndexer::setOrigin)), 4u);
+  EXPECT_EQ(virtualSlot(static_cast<ByFraction>(&HvTexIndexer::setOrigin)), 5u);
+  const auto expectOrder = []<class Texture>(const Texture&) {
+    EXPECT_EQ(virtualSlot(&Texture::referTo), 6u);
+    EXPECT_EQ(virtualSlot(&Texture::setOutsideColour), 7u);
+    EXPECT_EQ(virtualSlot(&Texture::sampleBox), 8u);
+    EXPECT_EQ(virtualSlot(&Texture::sampleAround), 9u);
+  };
+  expectOrder(Frame());
+  expectOrder(HvTexture<int, int>());
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ std::multiset<std::int32_t> upTo(std::int32_t count) {
   return all;
 }
 
-TEST(HvThreadRun, SeesEachIndexOnce) {
+TEST(HvThreads, RunSeesEachIndexOnce) {
   for (const std::int32_t count : kThreadCounts) {
     const ThreadCount scope(count);
     EXPECT_EQ(HvThreadCount(), count);
@@ -60,7 +60,7 @@ TEST(HvThreadRun, SeesEachIndexOnce) {
   }
 }
 
-TEST(HvThreadRun, OnOneThreadCallsOnceOnTheCaller) {
+TEST(HvThreads, RunOnOneThreadCallsOnceOnTheCaller) {
   const ThreadCount scope(1);
   Visits visits;
   HvThreadRun(entry(&Visits::visit), 1, word(&visits));
@@ -86,9 +86,9 @@ std::array<HvWord, 6> firstOf(int count) {
   return words;
 }
 
-class HvThreadArguments : public ::testing::TestWithParam<std::int32_t> {};
+class HvThreadsArguments : public ::testing::TestWithParam<std::int32_t> {};
 
-TEST_P(HvThreadArguments, ArePassedThrough) {
+TEST_P(HvThreadsArguments, ArePassedThrough) {
   const ThreadCount scope(GetParam());
   const HvWord w[] = {11, 22, 33, 44, 55, 66, 77, 88, 99};
   using W = HvWord;
@@ -117,7 +117,7 @@ TEST_P(HvThreadArguments, ArePassedThrough) {
   }
 }
 
-TEST_P(HvThreadArguments, OfNoneAreTheCallBlock) {
+TEST_P(HvThreadsArguments, OfNoneAreTheCallBlock) {
   const ThreadCount scope(GetParam());
   static std::atomic<int> calls;
   calls = 0;
@@ -130,7 +130,7 @@ TEST_P(HvThreadArguments, OfNoneAreTheCallBlock) {
   EXPECT_EQ(calls, GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(OnThreads, HvThreadArguments, ::testing::Values(1, 3));
+INSTANTIATE_TEST_SUITE_P(OnThreads, HvThreadsArguments, ::testing::Values(1, 3));
 
 // Two runs that tell whether they were ever at work together.
 struct Together {
@@ -148,7 +148,7 @@ struct Together {
   std::atomic<bool> met{false};
 };
 
-TEST(HvThreadRun, ServesTwoCallersOneAfterTheOther) {
+TEST(HvThreads, RunServesTwoCallersOneAfterTheOther) {
   const ThreadCount scope(3);
   Together together;
   const auto caller = [&](HvWord run) {
@@ -179,7 +179,7 @@ struct Nest {
   std::multiset<std::int32_t> indices;
 };
 
-TEST(HvThreadRun, WithinARunDoesNotHang) {
+TEST(HvThreads, RunWithinARunDoesNotHang) {
   for (const std::int32_t count : {1, 2, 7}) {
     const ThreadCount scope(count);
     Nest nest;
@@ -189,7 +189,7 @@ TEST(HvThreadRun, WithinARunDoesNotHang) {
   }
 }
 
-TEST(HvThreadRun, GoesOnWithoutLosingACallOverManyShortRuns) {
+TEST(HvThreads, RunGoesOnWithoutLosingACallOverManyShortRuns) {
   static std::atomic<std::int64_t> sum;
   sum = 0;
   std::int64_t expected = 0;
@@ -203,7 +203,7 @@ TEST(HvThreadRun, GoesOnWithoutLosingACallOverManyShortRuns) {
   HvSetThreadCount(0);
 }
 
-TEST(HvThreadRun, ShowsTheCallerAllThatItsThreadsWrote) {
+TEST(HvThreads, RunShowsTheCallerAllThatItsThreadsWrote) {
   const ThreadCount scope(7);
   // Plain memory on purpose: the run itself has to order these writes.
   std::array<int, 7> plain{};
@@ -218,7 +218,7 @@ TEST(HvThreadRun, ShowsTheCallerAllThatItsThreadsWrote) {
   }
 }
 
-TEST(HvThreadRun, LeavesThreadsThatRestAndTakeNoTime) {
+TEST(HvThreads, RunLeavesThreadsThatRestAndTakeNoTime) {
   constexpr double kPause = 0.2;
   const ThreadCount scope(8);
   Visits visits;
@@ -231,7 +231,7 @@ TEST(HvThreadRun, LeavesThreadsThatRestAndTakeNoTime) {
   EXPECT_LT(spent, kPause / 10);
 }
 
-TEST(HvThreadCount, IsWhatTheMachineReportsUntilItIsSet) {
+TEST(HvThreads, CountIsWhatTheMachineReportsUntilItIsSet) {
   HvSetThreadCount(0);
   const std::int32_t reported = HvThreadCount();
   EXPECT_GE(reported, 1);
@@ -243,7 +243,7 @@ TEST(HvThreadCount, IsWhatTheMachineReportsUntilItIsSet) {
   EXPECT_EQ(HvThreadCount(), reported);
 }
 
-TEST(HvThreadCount, CanBeSetBetweenRuns) {
+TEST(HvThreads, CountCanBeSetBetweenRuns) {
   for (const std::int32_t count : {8, 1, 3, 2, 7, 1, 8}) {
     HvSetThreadCount(count);
     Visits visits;
@@ -253,7 +253,7 @@ TEST(HvThreadCount, CanBeSetBetweenRuns) {
   HvSetThreadCount(0);
 }
 
-TEST(HvThreadIndex, IsZeroOutsideARun) {
+TEST(HvThreads, IndexIsZeroOutsideARun) {
   EXPECT_EQ(HvThreadIndex(), 0);
   const ThreadCount scope(4);
   std::thread other([] { EXPECT_EQ(HvThreadIndex(), 0); });

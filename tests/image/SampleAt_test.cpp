@@ -4,6 +4,7 @@
 
 #include "image/HvTexture.h"
 #include "tests/support/Canvas.h"
+#include "tests/support/TypeNames.h"
 
 namespace vblur {
 namespace {
@@ -19,7 +20,7 @@ class SampleAt : public ::testing::Test {};
 
 using Textures = ::testing::Types<HvTexture<R8, Rf>, HvTexture<R8, Ri>, HvTexture<R16, Rf>, HvTexture<R16, Ri>,
                                   HvTexture<Ri, Ri>, HvTexture<C8, Cf>, HvTexture<C16, Cf>, HvTexture<int, int>>;
-TYPED_TEST_SUITE(SampleAt, Textures);
+TYPED_TEST_SUITE(SampleAt, Textures, test::TypeNames);
 
 // The pixel of the infinite plane at buffer indices.
 template <class Texture>

@@ -231,53 +231,5 @@ TEST_F(Protocol, SaysNothingOfATargetThatItTakes) {
   EXPECT_EQ(standardErrorOf([&] { sampler.process(&empty_, &target_); }), "");
 }
 
-TEST(Poll, OfNoRecordOrNoCallbackGoesOn) {
-  EXPECT_EQ(poll(nullptr), 0);
-  HvInterruptRecord record;
-  EXPECT_EQ(poll(&record), 0);
-  EXPECT_EQ(record.interrupted, 0);
-  EXPECT_EQ(record.state, 0);
-}
-
-TEST(Poll, AsksNoMoreOnceTheFrameIsOver) {
-  StopAfter stop(2);
-  EXPECT_EQ(poll(&stop.record), 0);
-  EXPECT_EQ(poll(&stop.record), 0);
-  EXPECT_EQ(poll(&stop.record), 1);
-  EXPECT_EQ(poll(&stop.record), 1);
-  EXPECT_EQ(stop.asked(), 3);
-  EXPECT_EQ(stop.record.interrupted, 1);
-  EXPECT_EQ(stop.record.state, StopAfter::kReason);
-}
-
-TEST(Poll, KeepsTheCodeOfAStopWithoutACallback) {
-  HvInterruptRecord record;
-  stopForMemory(&record);
-  stopForMemory(nullptr);
-  EXPECT_EQ(poll(&record), 1);
-  EXPECT_EQ(record.state, 1000);
-}
-
-TEST(Poll, DoesNotTakeBackAnothersStop) {
-  HvInterruptRecord record;
-  // While this callback makes up its mind to go on, another thread runs out of memory.
-  record.arm(&record, [](void* context, HvStateWord*) -> std::int32_t {
-    static_cast<HvInterruptRecord*>(context)->stopForMemory();
-    return 0;
-  });
-  poll(&record);
-  EXPECT_EQ(record.interrupted, 1);
-  EXPECT_EQ(record.state, 1000);
-  EXPECT_EQ(poll(&record), 1);
-}
-
-TEST(Poll, GoesOnAgainOnceTheRecordIsArmed) {
-  HvInterruptRecord record;
-  record.stopForMemory();
-  record.arm(nullptr, nullptr);
-  EXPECT_EQ(poll(&record), 0);
-  EXPECT_EQ(record.state, 0);
-}
-
 }  // namespace
 }  // namespace vblur::test

@@ -1,0 +1,152 @@
+#include "image/HvImgProc.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "image/HvImgProc1.h"
+#include "image/HvImgProc3.h"
+#include "image/Sampler.h"
+#include "tests/image/WindowEnds.h"
+#include "tests/support/Scene.h"
+#include "tests/support/VirtualSlot.h"
+
+namespace vblur::test {
+namespace {
+
+using Frame = HvTexture<R8, Rf>;
+
+class Proc : public HvImgProc {
+ public:
+  using HvImgProc::columns;
+  using HvImgProc::rowLoop;
+  using HvImgProc::threadRows;
+};
+
+Ends procSettledOn(const Frame& target, std::optional<Window> window, std::uint32_t options) {
+  Proc proc;
+  proc.options = options;
+  if (window) proc.setWindow(window->x1, window->y1, window->x2, window->y2);
+  proc.process(&target);
+  EXPECT_NE(proc.flags & HvImgProc::kWindowSet, 0u);
+  return windowOf(proc);
+}
+
+TEST(HvImgProc, WindowIsStoredWithItsFarEndsExclusive) {
+  Proc proc;
+  proc.setWindow(10, 20, 30, 40);
+  EXPECT_EQ(windowOf(proc), (Ends{10, 20, 31, 41}));
+  EXPECT_EQ(proc.flags, static_cast<std::uint32_t>(HvImgProc::kWindowSet));
+  std::int32_t left = 0, top = 0, right = 0, bottom = 0;
+  proc.getWindow(left, top, right, bottom);
+  EXPECT_EQ((Ends{left, top, right, bottom}), (Ends{10, 20, 30, 40}));
+}
+
+TEST(HvImgProc, WindowSettlesOnTheTarget) {
+  Frame target(10, 6);
+  target.setWriteOrigin(100, -50);
+  const auto settled = [&](std::optional<Window> window) {
+    return procSettledOn(target, window, HvImgProc::kUseThreads);
+  };
+  EXPECT_EQ(settled(std::nullopt), (Ends{100, -50, 110, -44}));
+  EXPECT_EQ(settled(Window{102, -49, 105, -47}), (Ends{102, -49, 106, -46}));
+  EXPECT_EQ(settled(Window{0, -500, 500, 500}), (Ends{100, -50, 110, -44}));
+  EXPECT_EQ(settled(Window{0, -49, 20, -47}), (Ends{100, -49, 101, -46}));
+}
+
+TEST(HvImgProc, WindowThatOverrunsIsReplacedByInclusiveEndsWhereThatIsAskedFor) {
+  Frame target(10, 6);
+  const std::uint32_t options = HvImgProc::kUseThreads | HvImgProc::kReplaceWindow;
+  EXPECT_EQ(procSettledOn(target, Window{2, 1, 4, 3}, options), (Ends{2, 1, 5, 4}));
+  EXPECT_EQ(procSettledOn(target, Window{-1, 1, 4, 3}, options), (Ends{0, 1, 9, 4}));
+  EXPECT_EQ(procSettledOn(target, Window{2, 1, 4, 30}, options), (Ends{2, 0, 5, 5}));
+  // The last column is inclusive in the test too: a window that ends with the target overruns it.
+  EXPECT_EQ(procSettledOn(target, Window{2, 1, 9, 3}, options), (Ends{0, 1, 9, 4}));
+  EXPECT_EQ(procSettledOn(target, std::nullopt, options), (Ends{0, 0, 9, 5}));
+}
+
+TEST(HvImgProc, RowsAreSharedOnlyWhileAPassIsSpreadOverThreads) {
+  const ThreadCount scope(4);
+  Proc proc;
+  proc.setWindow(1, 2, 8, 11);
+  EXPECT_EQ(proc.threadRows(), (HvSpan{2, 12}));
+  EXPECT_EQ(proc.columns(), (HvSpan{1, 9}));
+  proc.flags |= HvImgProc::kSharingRows;
+  EXPECT_EQ(proc.threadRows(), (HvSpan{2, 5}));
+  proc.options = 0;
+  EXPECT_EQ(proc.threadRows(), (HvSpan{2, 12}));
+}
+
+TEST(HvImgProc, WindowIsCopiedFromEitherFamilyAsItStands) {
+  Sampler<Frame, Frame> sampler;
+  sampler.setWindow(-3, 5, 2, 700);
+  Proc proc;
+  proc.copyWindow(sampler);
+  EXPECT_EQ(windowOf(proc), (Ends{-3, 5, 3, 701}));
+  EXPECT_EQ(proc.flags, static_cast<std::uint32_t>(HvImgProc::kWindowSet));
+  Proc copy;
+  copy.copyWindow(proc);
+  EXPECT_EQ(windowOf(copy), windowOf(proc));
+  EXPECT_EQ(copy.flags, proc.flags);
+}
+
+// Counts its operations and the rows that it is given.
+class Counting : public HvImgProc1<Frame> {
+ public:
+  void preProcess() override { ++pre; }
+  void processRows() override {
+    const HvRowLoop loop = rowLoop();
+    ++passesOfRows;
+    rows += std::max(0, loop.lastRow - loop.firstRow);
+  }
+  void postProcess() override { ++post; }
+  std::int32_t pre = 0;
+  std::int32_t passesOfRows = 0;
+  std::int32_t rows = 0;
+  std::int32_t post = 0;
+};
+
+TEST(HvImgProc, RunsOverNoRowsOfATargetWithoutPixels) {
+  const ThreadCount scope(1);
+  R8 pixel{};
+  Frame empty;
+  Frame noRows;
+  noRows.wrap(5, 0, &pixel);
+  Frame noColumns;
+  noColumns.wrap(0, 5, &pixel);
+  Frame noMemory;
+  noMemory.wrap(5, 5, nullptr);
+  for (Frame* target : {&empty, &noRows, &noColumns, &noMemory}) {
+    Counting proc;
+    proc.process(target);
+    EXPECT_EQ((Ends{proc.pre, proc.passesOfRows, proc.rows, proc.post}), (Ends{1, 1, 0, 1}));
+    EXPECT_EQ(proc.map, nullptr);
+  }
+  Counting proc;
+  proc.process(static_cast<Frame*>(nullptr));
+  EXPECT_EQ((Ends{proc.pre, proc.passesOfRows, proc.post}), (Ends{0, 0, 0}));
+  Frame target(5, 4);
+  proc.process(&target);
+  EXPECT_EQ((Ends{proc.pre, proc.passesOfRows, proc.rows, proc.post}), (Ends{1, 1, 4, 1}));
+}
+
+TEST(HvImgProc, OperationsHaveTheirOrder) {
+  if (!kSlotsAreKnown) GTEST_SKIP();
+  EXPECT_EQ(virtualSlot(&HvImgProc::preProcess), 2u);
+  EXPECT_EQ(virtualSlot(&HvImgProc::processRows), 3u);
+  EXPECT_EQ(virtualSlot(&HvImgProc::postProcess), 4u);
+  EXPECT_EQ(virtualSlot(&HvImgProc::prePass), 5u);
+  EXPECT_EQ(virtualSlot(&HvImgProc::postPass), 6u);
+  EXPECT_EQ(virtualSlot(&HvImgProc::runPasses), 7u);
+  EXPECT_EQ(virtualSlot(static_cast<void (HvImgProc::*)(const HvTexIndexer*)>(&HvImgProc::process)), 8u);
+  using One = HvImgProc1<Frame>;
+  EXPECT_EQ(virtualSlot(static_cast<void (One::*)(Frame*)>(&One::process)), 9u);
+  EXPECT_EQ(virtualSlot(&One::run), 10u);
+  using Three = HvImgProc3<Frame, Frame, Frame>;
+  EXPECT_EQ(virtualSlot(static_cast<void (Three::*)(const Frame*, const Frame*, Frame*)>(&Three::process)), 9u);
+  EXPECT_EQ(virtualSlot(&Three::run), 10u);
+}
+
+}  // namespace
+}  // namespace vblur::test
