@@ -6,8 +6,8 @@
 
 namespace vblur {
 
-// False, after the message that fits, when the target is null or has no pixels. The messages name the
-// classes that they have always named.
+// False, after the message that fits, when the target is null or has no pixels. Hosts may look for the messages:
+// their text is fixed, the class names in them too.
 template <class Texture>
 bool isTarget(const Texture* map, const char* nullMessage, const char* bogusMessage) {
   if (map == nullptr) {

@@ -63,7 +63,7 @@ TYPED_TEST_P(ProcessorContract, WritesNothingButPixelsOfItsTarget) {
 }
 
 TYPED_TEST_P(ProcessorContract, WritesNothingOutsideItsWindow) {
-  if (!TypeParam::kKeepsToWindow) GTEST_SKIP() << "writes beyond its window on purpose";
+  if (!TypeParam::kKeepsToWindow) GTEST_SKIP() << "writes beyond its window";
   this->forScenes([](std::uint64_t seed) {
     Scene<TypeParam> scene(seed);
     const auto after = scene.run({.window = scene.window()});

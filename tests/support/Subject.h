@@ -4,9 +4,10 @@
 //   struct AlphaR8 : SamplerSubject<BlurRGBAGauss<R8, Ri, 255, 0, 0, 0, 1>, HvTexture<R8, Ri>> {
 //     static void setUp(Processor& processor) { processor.sizeX = processor.sizeY = 1.25f; }
 //   };
-//   INSTANTIATE_TYPED_TEST_SUITE_P(Copies, ProcessorContract, Subjects<CopyR8, AlphaR8>);
+//   INSTANTIATE_TYPED_TEST_SUITE_P(Copies, ProcessorContract, Subjects<CopyR8, AlphaR8>, TypeNames);
 //
-// A subject that breaks a clause of the contract on purpose says so by hiding a constant below.
+// ctest then prints Copies/ProcessorContract/CopyR8.WritesNothing..., see TypeNames.h. A clause that does not hold for a
+// subject is switched off by hiding a constant below.
 #pragma once
 
 #include <tuple>
