@@ -1,5 +1,5 @@
-// The one colour conversion of the system: luminance and two colour differences, forward in integers
-// or floats, backward in floats.
+// The one colour conversion of the system, and the only table of its weights: luminance and two colour differences,
+// forward in integers or floats, backward in floats.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,28 @@
 #include "image/Pixels.h"
 
 namespace vblur {
+
+// What each of Y, U and V takes of red, green and blue, in 1/4096.
+template <class T>
+struct RgbWeights {
+  T red, green, blue;
+};
+inline constexpr RgbWeights<std::int32_t> kRgbToY{1224, 2403, 468};
+inline constexpr RgbWeights<std::int32_t> kRgbToU{-603, -1184, 1787};
+inline constexpr RgbWeights<std::int32_t> kRgbToV{2518, -2107, -411};
+
+// The same in floats, without signs: U takes red and green away from blue, V green and blue away from red.
+inline constexpr RgbWeights<float> kRgbToYFloat{0.2989f, 0.5866f, 0.1144f};
+inline constexpr RgbWeights<float> kRgbToUFloat{0.1473f, 0.2891f, 0.4364f};
+inline constexpr RgbWeights<float> kRgbToVFloat{0.6149f, 0.5145f, 0.1004f};
+
+// What red, green and blue take of Y, U and V, without signs: green takes U and V away, blue takes V away.
+struct YuvWeights {
+  float y, u, v;
+};
+inline constexpr YuvWeights kYuvToRed{1.0001f, 0.00014135384f, 1.1401706f};
+inline constexpr YuvWeights kYuvToGreen{1.0001f, 0.3958304f, 0.5809656f};
+inline constexpr YuvWeights kYuvToBlue{1.0001001f, 2.0292995f, 0.0000229211f};
 
 struct YuvInt {
   std::int32_t y, u, v;
@@ -18,31 +40,32 @@ struct YuvFloat {
   float y, u, v;
 };
 
-// From R, G, B of either depth; weights in 1/4096, arithmetic shift. Components are at most 2^15 and
-// the weights of a row below 2^13 in sum, so that every sum stays below 2^28.
+// From R, G, B of either depth, by an arithmetic shift. Components are at most 2^15 and the weights of a row below 2^13
+// in sum, so that every sum stays below 2^28.
 constexpr YuvInt yuvFromRgb(std::int32_t r, std::int32_t g, std::int32_t b) {
-  return {(1224 * r + 2403 * g + 468 * b) >> 12, (1787 * b - 1184 * g - 603 * r) >> 12,
-          (2518 * r - 2107 * g - 411 * b) >> 12};
+  const auto weighted = [&](const RgbWeights<std::int32_t>& w) { return (w.red * r + w.green * g + w.blue * b) >> 12; };
+  return {weighted(kRgbToY), weighted(kRgbToU), weighted(kRgbToV)};
 }
 
 // The same for pixels with a gain.
 constexpr YuvFloat yuvFromRgb(float r, float g, float b) {
-  return {r * 0.2989f + g * 0.5866f + b * 0.1144f, b * 0.4364f - (g * 0.2891f + r * 0.1473f),
-          r * 0.6149f - g * 0.5145f - b * 0.1004f};
+  return {r * kRgbToYFloat.red + g * kRgbToYFloat.green + b * kRgbToYFloat.blue,
+          b * kRgbToUFloat.blue - (g * kRgbToUFloat.green + r * kRgbToUFloat.red),
+          r * kRgbToVFloat.red - g * kRgbToVFloat.green - b * kRgbToVFloat.blue};
 }
 
 // Writes red, green and blue, each limited to low..high and truncated, and an alpha of 0.
 template <class Pixel>
 constexpr void rgbFromYuv(Pixel& pixel, const YuvFloat& c, float low, float high) {
   const auto store = [&](float v) { return storeNarrow<ComponentOf<Pixel>>(truncToInt(clampTo(v, low, high))); };
-  pixel.red = store(c.u * 0.00014135384f + c.y * 1.0001f + c.v * 1.1401706f);
-  pixel.green = store(c.y * 1.0001f - c.u * 0.3958304f - c.v * 0.5809656f);
-  pixel.blue = store(c.u * 2.0292995f + c.y * 1.0001001f - c.v * 0.0000229211f);
+  pixel.red = store(c.u * kYuvToRed.u + c.y * kYuvToRed.y + c.v * kYuvToRed.v);
+  pixel.green = store(c.y * kYuvToGreen.y - c.u * kYuvToGreen.u - c.v * kYuvToGreen.v);
+  pixel.blue = store(c.u * kYuvToBlue.u + c.y * kYuvToBlue.y - c.v * kYuvToBlue.v);
   pixel.alpha = 0;
 }
 
-// How a YUV picture holds a value: in the upper half of the range, its lowest bit lost. At 8 bits the
-// held values lie in 0..255; at 16 bits pixels beyond One and negative ones take V from -3760 to 36527.
+// How a YUV picture stores a value: in half steps from -Max up, without its lowest bit. At 8 bits the stored values lie
+// in 0..255; at 16 bits pixels beyond One and negative ones take V from -3760 to 36527.
 template <std::int32_t Max>
 constexpr std::int32_t heldYuv(std::int32_t value) {
   return truncToInt(static_cast<double>(value + Max) * 0.5);

@@ -97,9 +97,12 @@ struct Weights {
 bool Yuv8(const R8* in, std::int32_t n, R8* out) {
   HvEnterKernel<"yuvRow 8", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(255 * 4096);
-  const Weights toY{Pair(1224, 468), Pair(2403, 0), max};
-  const Weights toU{Pair(-603, 1787), Pair(-1184, 0), max};
-  const Weights toV{Pair(2518, -411), Pair(-2107, 0), max};
+  const auto weights = [max](const RgbWeights<std::int32_t>& w) HWY_ATTR {
+    return Weights{Pair(w.red, w.blue), Pair(w.green, 0), max};
+  };
+  const Weights toY = weights(kRgbToY);
+  const Weights toU = weights(kRgbToU);
+  const Weights toV = weights(kRgbToV);
   const V odd = Set(0x00FF00FF);
   const V alpha = Set(0xFF000000);
   const auto* from = reinterpret_cast<const std::int32_t*>(in);
@@ -143,9 +146,12 @@ struct Split {
 bool Yuv16(const R16* in, std::int32_t n, R16* out) {
   HvEnterKernel<"yuvRow 16", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(32767 * 4096);
-  const Weights toY{Pair(1224, 2403), Pair(468, 0), max};
-  const Weights toU{Pair(-603, -1184), Pair(1787, 0), max};
-  const Weights toV{Pair(2518, -2107), Pair(-411, 0), max};
+  const auto weights = [max](const RgbWeights<std::int32_t>& w) HWY_ATTR {
+    return Weights{Pair(w.red, w.green), Pair(w.blue, 0), max};
+  };
+  const Weights toY = weights(kRgbToY);
+  const Weights toU = weights(kRgbToU);
+  const Weights toV = weights(kRgbToV);
   const V low = Set(0x0000FFFF);
   const auto* from = reinterpret_cast<const std::int32_t*>(in);
   auto* to = reinterpret_cast<std::int32_t*>(out);
@@ -180,10 +186,9 @@ HWY_INLINE Rgb RgbOf(V twiceY, V twiceU, V twiceV, V max) {
   const auto v = hn::ConvertTo(df, hn::Sub(twiceV, max));
   const auto times = [df](auto value, float weight) { return hn::Mul(value, hn::Set(df, weight)); };
   const auto stored = [max](auto value) { return hn::Min(hn::Max(hn::ConvertTo(D(), value), hn::Zero(D())), max); };
-  const auto y1 = times(y, 1.0001f);
-  return {stored(hn::Add(hn::Add(times(u, 0.00014135384f), y1), times(v, 1.1401706f))),
-          stored(hn::Sub(hn::Sub(y1, times(u, 0.3958304f)), times(v, 0.5809656f))),
-          stored(hn::Sub(hn::Add(times(u, 2.0292995f), times(y, 1.0001001f)), times(v, 0.0000229211f)))};
+  return {stored(hn::Add(hn::Add(times(u, kYuvToRed.u), times(y, kYuvToRed.y)), times(v, kYuvToRed.v))),
+          stored(hn::Sub(hn::Sub(times(y, kYuvToGreen.y), times(u, kYuvToGreen.u)), times(v, kYuvToGreen.v))),
+          stored(hn::Sub(hn::Add(times(u, kYuvToBlue.u), times(y, kYuvToBlue.y)), times(v, kYuvToBlue.v)))};
 }
 
 void Rgb8(const R8* in, std::int32_t n, R8* out) {

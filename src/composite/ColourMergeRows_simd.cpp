@@ -1,3 +1,4 @@
+#include "blur/ColourConversion.h"
 #include "composite/MergeRows.h"
 #include "image/VectorTargets.h"
 
@@ -20,16 +21,16 @@ struct Yuv {
   V y, u, v;
 };
 
-HWY_INLINE Ints Weighed(const Planes<Ints>& p, std::int32_t red, std::int32_t green, std::int32_t blue) {
+HWY_INLINE Ints Weighed(const Planes<Ints>& p, const RgbWeights<std::int32_t>& w) {
   const IntTag d;
-  const Ints sum = hn::Add(hn::Mul(p.red, hn::Set(d, red)), hn::Mul(p.green, hn::Set(d, green)));
-  return hn::ShiftRight<12>(hn::Add(sum, hn::Mul(p.blue, hn::Set(d, blue))));
+  const Ints sum = hn::Add(hn::Mul(p.red, hn::Set(d, w.red)), hn::Mul(p.green, hn::Set(d, w.green)));
+  return hn::ShiftRight<12>(hn::Add(sum, hn::Mul(p.blue, hn::Set(d, w.blue))));
 }
 
 HWY_INLINE Yuv<Floats> YuvFromRgb(const Planes<Ints>& p) {
   const FloatTag d;
-  return {hn::ConvertTo(d, Weighed(p, 1224, 2403, 468)), hn::ConvertTo(d, Weighed(p, -603, -1184, 1787)),
-          hn::ConvertTo(d, Weighed(p, 2518, -2107, -411))};
+  return {hn::ConvertTo(d, Weighed(p, kRgbToY)), hn::ConvertTo(d, Weighed(p, kRgbToU)),
+          hn::ConvertTo(d, Weighed(p, kRgbToV))};
 }
 
 HWY_INLINE Floats Times(Floats v, float factor) {
@@ -37,18 +38,23 @@ HWY_INLINE Floats Times(Floats v, float factor) {
 }
 
 HWY_INLINE Yuv<Floats> YuvFromRgb(const Planes<Floats>& p) {
-  return {hn::Add(hn::Add(Times(p.red, 0.2989f), Times(p.green, 0.5866f)), Times(p.blue, 0.1144f)),
-          hn::Sub(Times(p.blue, 0.4364f), hn::Add(Times(p.green, 0.2891f), Times(p.red, 0.1473f))),
-          hn::Sub(hn::Sub(Times(p.red, 0.6149f), Times(p.green, 0.5145f)), Times(p.blue, 0.1004f))};
+  const auto& toY = kRgbToYFloat;
+  const auto& toU = kRgbToUFloat;
+  const auto& toV = kRgbToVFloat;
+  return {hn::Add(hn::Add(Times(p.red, toY.red), Times(p.green, toY.green)), Times(p.blue, toY.blue)),
+          hn::Sub(Times(p.blue, toU.blue), hn::Add(Times(p.green, toU.green), Times(p.red, toU.red))),
+          hn::Sub(hn::Sub(Times(p.red, toV.red), Times(p.green, toV.green)), Times(p.blue, toV.blue))};
 }
 
 template <class Pixel>
 HWY_INLINE Planes<Ints> RgbFromYuv(const Yuv<Floats>& c, Ints alpha) {
   const auto store = [](Floats v) HWY_ATTR { return Truncated(Limited(v, 0.0f, static_cast<float>(Pixel::kMax))); };
-  const Floats y = Times(c.y, 1.0001f);
-  return {store(hn::Add(hn::Add(Times(c.u, 0.00014135384f), y), Times(c.v, 1.1401706f))),
-          store(hn::Sub(hn::Sub(y, Times(c.u, 0.3958304f)), Times(c.v, 0.5809656f))),
-          store(hn::Sub(hn::Add(Times(c.u, 2.0292995f), Times(c.y, 1.0001001f)), Times(c.v, 0.0000229211f))), alpha};
+  const auto& r = kYuvToRed;
+  const auto& g = kYuvToGreen;
+  const auto& b = kYuvToBlue;
+  return {store(hn::Add(hn::Add(Times(c.u, r.u), Times(c.y, r.y)), Times(c.v, r.v))),
+          store(hn::Sub(hn::Sub(Times(c.y, g.y), Times(c.u, g.u)), Times(c.v, g.v))),
+          store(hn::Sub(hn::Add(Times(c.u, b.u), Times(c.y, b.y)), Times(c.v, b.v))), alpha};
 }
 
 // A stored alpha needs no clamp.

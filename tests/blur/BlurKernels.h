@@ -3,6 +3,7 @@
 
 #include "blur/ChannelRows.h"
 #include "blur/ColourRows.h"
+#include "blur/SubtractCombiner.h"
 #include "tests/support/KernelCase.h"
 
 namespace vblur::test {
@@ -27,12 +28,30 @@ void addColourRows(std::vector<KernelCase>& cases, const std::string& bits) {
       [](const Pixel* in, std::int32_t n, Pixel* out) { rgbRowFromYuv<Pixel::kMax>(out, forwardRun(in, n), n); }));
 }
 
+template <class Pixel>
+void addReflection(std::vector<KernelCase>& cases, const std::string& bits) {
+  using Texture = HvTexture<Pixel, Ri>;
+  cases.push_back(pairCase<Pixel, Pixel, Pixel>("reflectRow " + bits, "reflectRow " + bits,
+                                                [](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
+                                                  Texture first;
+                                                  Texture second;
+                                                  Texture result;
+                                                  first.wrap(n, 1, const_cast<Pixel*>(a));
+                                                  second.wrap(n, 1, const_cast<Pixel*>(b));
+                                                  result.wrap(n, 1, out);
+                                                  SubtractCombiner<Pixel, Ri, Pixel::kMax> combiner;
+                                                  combiner.process(&first, &second, &result);
+                                                }));
+}
+
 inline std::vector<KernelCase> blurKernels() {
   std::vector<KernelCase> cases;
   addChannelRows<R8, C8>(cases, "8");
   addChannelRows<R16, C16>(cases, "16");
   addColourRows<R8>(cases, "8");
   addColourRows<R16>(cases, "16");
+  addReflection<R8>(cases, "8");
+  addReflection<R16>(cases, "16");
   return cases;
 }
 
