@@ -41,7 +41,7 @@ class BlankOutsideAtBothDepths : public testing::Test {
   }
 };
 
-TYPED_TEST_SUITE(BlankOutsideAtBothDepths, Depths, DepthNames);
+TYPED_TEST_SUITE(BlankOutsideAtBothDepths, Depths, TypeNames);
 
 TYPED_TEST(BlankOutsideAtBothDepths, BlankCroppedClearsFirstAndLastRow) {
   EXPECT_EQ(this->Left(cropOf(0.0f, 1.0f, 0.0f, 1.0f)), this->Square(0, 10, 1, 9));
@@ -63,6 +63,15 @@ TYPED_TEST(BlankOutsideAtBothDepths, AWindowIsBlankedAloneAndHasItsOwnFirstAndLa
     for (std::int32_t x = 0; x < 10; ++x) {
       const bool cleared = x >= 2 && x <= 6 && (y == 3 || y == 7);
       EXPECT_EQ(left[static_cast<std::size_t>(y * 10 + x)], !cleared) << x << ", " << y;
+    }
+  }
+}
+
+TYPED_TEST(BlankOutsideAtBothDepths, AWindowWithoutRowsOrColumnsBlanksNothing) {
+  for (const StageWindow& window : {StageWindow{2, 5, 6, 4}, StageWindow{2, 5, 1, 8}, StageWindow{2, 5, 1, 4}}) {
+    for (const float end : {0.0f, 0.3f, 0.7f, 1.0f}) {
+      EXPECT_EQ(this->Left(cropOf(0.3f, end, 0.3f, end), window), this->Square(0, 10, 0, 10)) << end;
+      EXPECT_EQ(this->Left(cropOf(0.7f, end, 0.7f, end), window), this->Square(0, 10, 0, 10)) << end;
     }
   }
 }

@@ -13,7 +13,7 @@ namespace {
 template <class Pixel>
 class BlendPixels : public testing::Test {};
 
-TYPED_TEST_SUITE(BlendPixels, Depths, DepthNames);
+TYPED_TEST_SUITE(BlendPixels, Depths, TypeNames);
 
 // All triples of some levels as colours, with varying alpha.
 template <class Pixel>

@@ -16,7 +16,7 @@ using Fixer = HvDsMaskFixer<Pixel, Rf, Pixel::kMax>;
 template <class Pixel>
 class HvDsMaskFixerAtBothDepths : public testing::Test {};
 
-TYPED_TEST_SUITE(HvDsMaskFixerAtBothDepths, Depths, DepthNames);
+TYPED_TEST_SUITE(HvDsMaskFixerAtBothDepths, Depths, TypeNames);
 
 TYPED_TEST(HvDsMaskFixerAtBothDepths, RestoresOnlyTheNamedChannelsInTheWindow) {
   using Pixel = TypeParam;

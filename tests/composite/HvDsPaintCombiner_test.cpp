@@ -38,7 +38,7 @@ class HvDsPaintCombinerAtBothDepths : public testing::Test {
   }
 };
 
-TYPED_TEST_SUITE(HvDsPaintCombinerAtBothDepths, Depths, DepthNames);
+TYPED_TEST_SUITE(HvDsPaintCombinerAtBothDepths, Depths, TypeNames);
 
 TYPED_TEST(HvDsPaintCombinerAtBothDepths, EndsAreSourceAndEffect) {
   Random random(4);

@@ -30,7 +30,7 @@ class HvQuickMixerAtBothDepths : public testing::Test {
   }
 };
 
-TYPED_TEST_SUITE(HvQuickMixerAtBothDepths, Depths, DepthNames);
+TYPED_TEST_SUITE(HvQuickMixerAtBothDepths, Depths, TypeNames);
 
 TYPED_TEST(HvQuickMixerAtBothDepths, EndsAreThePicturesExactly) {
   Random random(1);

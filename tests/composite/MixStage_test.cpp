@@ -41,7 +41,7 @@ class MixStage : public testing::Test {
   }
 };
 
-TYPED_TEST_SUITE(MixStage, Depths, DepthNames);
+TYPED_TEST_SUITE(MixStage, Depths, TypeNames);
 
 TYPED_TEST(MixStage, NoneAndValuesBeyondTheListLeaveTheResult) {
   const TypeParam effect = Make<TypeParam>(1, 2, 3, 4);

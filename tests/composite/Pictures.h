@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -14,17 +13,12 @@
 #include "tests/support/Canvas.h"
 #include "tests/support/ModelBridge.h"
 #include "tests/support/Random.h"
+#include "tests/support/TypeNames.h"
 
 namespace vblur::test {
 
-// The depths of typed tests and their names.
+// The depths of typed tests.
 using Depths = testing::Types<R8, R16>;
-struct DepthNames {
-  template <class Pixel>
-  static std::string GetName(int) {
-    return Pixel::kMax == 255 ? "8" : "16";
-  }
-};
 
 template <class Pixel>
 inline constexpr model::Depth kDepth = Pixel::kMax == 255 ? model::Depth::Eight : model::Depth::Sixteen;
