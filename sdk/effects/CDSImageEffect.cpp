@@ -1,7 +1,5 @@
 #include "platform/CDSImageEffect.h"
 
-#include "platform/Content.h"
-
 namespace vblur {
 
 const CDSPropertiesMap CDSImageEffect::m_PropertiesMap{};
@@ -226,10 +224,6 @@ HRESULT CDSImageEffect::SetDuration(double newDuration) {
 
 HRESULT CDSImageEffect::PrepareData() {
   return kOk;
-}
-
-HRESULT CDSImageEffect::DSContentGetProperty(const char* key, double& value) const {
-  return effectHost == nullptr ? vblur::DSContentGetProperty(key, value) : effectHost->ContentProperty(key, value);
 }
 
 }  // namespace vblur

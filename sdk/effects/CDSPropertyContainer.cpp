@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kAnimatedCapability = 5;
 
-// Toward zero; what no 32-bit integer holds becomes the least, as the effect's own arithmetic has it.
+// Truncates toward zero; the minimum for values out of range.
 std::int32_t Truncated(double value) {
   constexpr double kLimit = 2147483648.0;
   if (!(value > -kLimit - 1.0 && value < kLimit)) return std::numeric_limits<std::int32_t>::min();
@@ -145,7 +145,7 @@ HRESULT CDSPropertyContainer::Unadvise(IDSPropertyNotify* notify) {
 
 HRESULT CDSPropertyContainer::OnPropertyChanged(const GUID& property, const DSVariant* value, IUnknown*, const void*,
                                                 std::int32_t, std::uint32_t flags) {
-  // A copy, since somebody who is told may ask to be told no longer, or let go of others.
+  // A copy: listeners may add or remove listeners.
   for (IDSPropertyNotify* notify : std::vector(notified_)) {
     if (std::ranges::find(notified_, notify) != notified_.end()) notify->OnPropertyChanged(property, value, flags);
   }

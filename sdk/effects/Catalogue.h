@@ -1,4 +1,4 @@
-// What servers have registered: their classes, and the families under which effects are offered.
+// The registered classes, and the families that offer effects.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ struct RegisteredFamilies {
   std::u16string name;
 };
 
-// A class that is registered again replaces what stood there. From any thread.
+// Registering a class again replaces its entry. From any thread.
 class Catalogue {
  public:
   virtual ~Catalogue() = default;
@@ -37,7 +37,7 @@ class Catalogue {
 
   // In the order of registration.
   std::vector<RegisteredClass> Classes() const;
-  // The effects that are offered under a family, in the order of registration.
+  // The effects of a family, in the order of registration.
   std::vector<RegisteredFamilies> EffectsOf(const GUID& family) const;
 
  private:
@@ -46,8 +46,8 @@ class Catalogue {
   std::vector<RegisteredFamilies> families_;
 };
 
-// The catalogue that DSRegisterCOMEffect and its like write to: the process's own, or another in its
-// place. Borrowed; null goes back to the process's own.
+// The catalogue that DSRegisterCOMEffect and the like write to: the process's own, or another. Borrowed; null restores
+// the process's own.
 Catalogue& CurrentCatalogue();
 void UseCatalogue(Catalogue* catalogue);
 

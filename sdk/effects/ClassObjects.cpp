@@ -20,7 +20,7 @@ LoadedServers& Loaded() {
   return loaded;
 }
 
-// A copy, since a server that is asked may load others.
+// A copy: a server may load others while it is asked.
 std::vector<DllGetClassObjectFunction*> ServersToAsk() {
   LoadedServers& loaded = Loaded();
   const std::lock_guard hold(loaded.lock);

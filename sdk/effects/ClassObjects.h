@@ -1,12 +1,11 @@
-// The servers of the process that CoCreateInstance asks for class objects. Whoever loads a server enters it,
-// and takes it out before it is unloaded.
+// The servers that CoCreateInstance asks for class objects. Add a server after loading it, remove it before unloading.
 #pragma once
 
 #include "platform/Com.h"
 
 namespace vblur::host {
 
-// A server that was entered twice must be taken out twice. The newest is asked first. From any thread.
+// Each add needs its own remove. The newest server is asked first. From any thread.
 void AddServer(DllGetClassObjectFunction* getClassObject);
 void RemoveServer(DllGetClassObjectFunction* getClassObject);
 

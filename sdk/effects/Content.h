@@ -1,14 +1,14 @@
-// Which project is open in the process: what DSContentGetProperty reads.
+// The open project, read by DSContentGetProperty.
 #pragma once
 
 #include "platform/IDSEffectHost.h"
 
 namespace vblur::host {
 
-// Borrowed: null, or another, before it goes. Belongs to the user-interface thread.
+// Borrowed: replace it before it ends. User-interface thread only.
 void UseContent(const IDSEffectHost* project);
 
-// The open project for as long as this lives; the one before it is open again afterwards.
+// Opens a project for a scope, then restores the previous one.
 class OpenContent {
  public:
   explicit OpenContent(const IDSEffectHost& project);

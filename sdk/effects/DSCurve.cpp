@@ -9,7 +9,7 @@ namespace {
 
 double Between(double from, double to, double share) {
   const double span = to - from;
-  // Equal neighbours stay exactly as they are; only a span beyond the largest number needs the other form.
+  // Exact for equal neighbours. The second form serves spans beyond the largest double.
   return std::isfinite(span) ? from + span * share : from * (1.0 - share) + to * share;
 }
 

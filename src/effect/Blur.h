@@ -1,5 +1,4 @@
-// The effect: parameters, and the road of a frame from the host's pictures to the last pixel of the
-// output.
+// The effect object: what its host calls, and the driver that renders a frame.
 #pragma once
 
 #include <atomic>
@@ -19,16 +18,16 @@
 
 namespace vblur {
 
-// One render needs its object to itself; frames that render side by side render on clones. A clone
-// reports where its pictures lie to the object that it was cloned from, which must outlive it.
+// One render needs its object to itself; frames that render side by side use clones. A clone reports where its
+// images lie to its source, which must outlive it.
 class Blur : public HvDsEffect,
              public CDSImageMIEffect,
              public IVBlurFacts,
              public ProcessSettings,
              public IVBlurOverlay {
  public:
-  // The count that keeps the server loaded, where there is a server, and the module whose texts and
-  // pictures the effect shows. Set before the first effect is made.
+  // The server's object count, null without a server, and the module that holds the effect's texts and bitmaps. Set
+  // before the first effect is made.
   static inline std::atomic<std::int32_t>* liveObjects = nullptr;
   static inline HMODULE module = nullptr;
 
@@ -70,7 +69,7 @@ class Blur : public HvDsEffect,
   HRESULT ShowPage(const char* pageName) override;
   HRESULT HideControls(bool hide) override;
 
-  // For those that reach the object itself.
+  // The places of the last frame, or of a clone's last frame.
   const PlaceRecord& OutputPlace() const { return frame.outputPlace; }
   const PlaceRecord& InputPlace() const { return frame.inputPlace; }
   const PlaceRecord& Input2Place() const { return frame.input2Place; }
@@ -80,14 +79,14 @@ class Blur : public HvDsEffect,
   void DetachOverlay() override;
 
  private:
-  // A clone of another effect.
+  // Makes a clone.
   Blur(const Blur& source);
 
   void SetConstants();
   void ResetBlurParameters();
   void CopyParameters(const Blur& other);
   HRESULT LoadText(std::int32_t id, char16_t* buffer, std::int32_t capacity) const;
-  // Enters the property pages of the kind.
+  // Adds the property pages of the kind.
   void AddPages();
 
   static const CDSPropertiesMap& InitStaticPropertyMap();

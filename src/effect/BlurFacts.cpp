@@ -1,4 +1,4 @@
-// What the effect tells of its size to a program that explains it.
+// Facts about the size of the blur, for programs that explain it.
 #include <algorithm>
 #include <cmath>
 
@@ -7,8 +7,8 @@
 
 namespace vblur {
 
-// The variance of a box is that of its weighted taps; three boxes add theirs. The gain is that of one
-// box's fixed-point weights to the power of the six boxes of both axes.
+// The variances of the three boxes add up. The gain of one box, from its fixed-point weights, to the power of six:
+// three boxes on each of two axes.
 BlurSizeFacts Blur::DescribeBlurSize(double blur) const {
   const float radius = static_cast<float>(std::max(blur, 0.0)) / 3.0f;
   const BoxConstants box = boxConstants(radius);

@@ -1,4 +1,4 @@
-// How an effect begins and ends, is cloned, and tells its host what it is.
+// Construction, cloning and identification of the effect.
 #include <new>
 
 #include "effect/Blur.h"
@@ -12,7 +12,7 @@ constexpr std::int32_t kNameString = 1;
 constexpr std::int32_t kDescriptionString = 2;
 constexpr std::int32_t kPictureBitmap = 102;
 
-// The category and the type of the effect, in its host's terms.
+// The effect's category and type, as the host knows them.
 constexpr GUID kEffectCategory = MakeGuid("{0BC5A2F0-5C49-11CF-A04A-00A02418CFB9}");
 constexpr GUID kEffectType = MakeGuid("{0BC5A2F2-5C49-11CF-A04A-00A02418CFB9}");
 
@@ -32,7 +32,7 @@ Blur::Blur() {
   effectKind = 0;
   SetConstants();
   if (CDSPlugInEffect::Init() >= 0) Blur::SetDefaults();
-  // Overlay controls have a picture to work on before the first render.
+  // So that overlay controls have a picture before the first render.
   const ProjectUserSize user = ReadUserSize(effectHost);
   for (PlaceRecord* place : {&frame.outputPlace, &frame.inputPlace, &frame.input2Place}) {
     *place = {};

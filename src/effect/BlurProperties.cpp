@@ -6,7 +6,7 @@
 
 namespace vblur {
 
-// The overlay's controls hear of a change of everything through this flag.
+// Change flag: every property may have changed.
 constexpr std::uint32_t kEverythingChanged = 32768;
 
 void Blur::ResetBlurParameters() {

@@ -22,7 +22,7 @@ BlurSizeParts Blur::SizeParts(double time) const {
   float pixelsX = static_cast<float>(wholeX);
   float pixelsY = static_cast<float>(wholeY);
   if (coordMan != nullptr) {
-    // A proxy has fewer pixels than the project; the two conversions carry by how much.
+    // The ratio of the two conversions is the proxy's scale.
     const DSWorldPair rendered = coordMan->ToRenderedPixels({1.0, 1.0});
     const DSWorldPair full = coordMan->ToFullPixels({1.0, 1.0});
     pixelsX = static_cast<float>(rendered.x / full.x * static_cast<double>(wholeX));

@@ -1,10 +1,9 @@
-// From what the user sets to the size of the filter.
+// From the user's parameters to the size of the filter.
 #pragma once
 
 namespace vblur {
 
-// What the blur stage evaluates for a frame, and the parts of its size among it. Only the divisions by the project's
-// size and the narrowing to 32 bits that they name are rounded to floats; the rest is computed in 64 bits.
+// What the blur stage evaluates for a frame. pixelsPerUnit is rounded to 32 bits; all else is computed in 64.
 struct BlurSizeParts {
   float pixelsPerUnitX = 1.0f;
   float pixelsPerUnitY = 1.0f;
@@ -22,7 +21,7 @@ struct BlurSize {
   float y = 0.0f;
 };
 
-// How far an aspect of -100 to 100 narrows each axis: a positive one narrows y, a negative one x.
+// Narrows one axis by an aspect of -100 to 100: y for a positive one, x for a negative one.
 void SetAspect(BlurSizeParts& parts, double aspect);
 
 }  // namespace vblur

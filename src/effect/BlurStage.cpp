@@ -1,4 +1,4 @@
-// The stage that blurs or sharpens, and mixes the result back over the source.
+// The blur stage: blurs or sharpens, then mixes the result back over the source.
 #include <cstdint>
 #include <iterator>
 
@@ -12,8 +12,7 @@ namespace {
 template <class Pixel>
 inline constexpr std::int32_t kFullScale = Pixel::kMax;
 
-// What the filter works on for a value of `Channels`, and whether that changes alpha. The two lists do
-// not run in step.
+// The sampler's mode for a value of `Channels`, and whether it writes alpha.
 struct ChannelChoice {
   std::int32_t mode;
   bool writesAlpha;

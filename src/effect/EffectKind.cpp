@@ -1,5 +1,4 @@
-// What the effect is used as, and what follows from it: the family decides the kind, the kind the pages
-// and what the host is to give.
+// GetImageEffectInfo: the family sets the kind; the kind sets the pages and what the host must provide.
 #include "effect/EffectKind.h"
 
 #include <algorithm>

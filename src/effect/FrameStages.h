@@ -1,4 +1,4 @@
-// The stages of a frame behind the filter, for one type of pixel. Each takes the state of the frame.
+// The stages of a frame other than the filter, for one pixel type. Each takes the state of the frame.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace vblur {
 
-// A view of a host's image, or of one field of it. It owns no pixels; empty for an image that is absent or not usable.
+// Wraps a host's image, or one field of it, without copying. Empty for an image that is absent or not usable.
 template <class Texture>
 void WrapImage(const FrameState& frame, Texture& texture, const IDSImage* image, std::int32_t originX,
                std::int32_t originY) {
@@ -33,16 +33,16 @@ void WrapImage(const FrameState& frame, Texture& texture, const IDSImage* image,
   texture.setWriteOrigin(originX, originY);
 }
 
-// The share transitionMix of the second clip over the first, of the first clip's shape.
+// Mixes the second clip over the first by transitionMix. The result has the first clip's shape.
 template <class Pixel>
 void MixTransitionInputs(FrameState& frame, HvTexture<Pixel, Rf>& result, HvTexture<Pixel, Rf>& first,
                          HvTexture<Pixel, Rf>& second);
-// The same in place: the first is the result.
+// The same in place: the first is also the result.
 template <class Pixel>
 void MixTransitionResults(FrameState& frame, HvTexture<Pixel, Rf>& first, HvTexture<Pixel, Rf>& second);
 
-// Copies the channels back whose mask is 0; alpha only where the frame affects it. The source stays uncropped
-// from here on.
+// Copies the channels whose mask is 0 back from the source; alpha only if the frame writes it. Lifts the crop of
+// the source.
 template <class Pixel>
 void RestoreMaskedChannels(FrameState& frame, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
                            std::int32_t maskRed, std::int32_t maskGreen, std::int32_t maskBlue, std::int32_t maskAlpha);
@@ -55,7 +55,7 @@ void BlankCropped(FrameState& frame, HvTexture<Pixel, Rf>& output, const HvTextu
   BlankOutside(output, source, frame.Crop(), frame.RegionWindow(), &frame.interrupt);
 }
 
-// The cropped source in place of the effect: what lies beyond its box comes from its edge methods.
+// Copies the cropped source to the output, extended by its edge methods.
 template <class Pixel>
 void DisplayCropped(FrameState& frame, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source) {
   SimpleCopySampler<Pixel, Rf> copy;

@@ -1,5 +1,4 @@
-// The state of one frame: what its stages share. Settled by the driver before the first stage, rewritten by every
-// render.
+// The state of one frame, shared by its stages. The driver sets it before the first stage of every render.
 #pragma once
 
 #include <cstdint>
@@ -14,16 +13,15 @@
 
 namespace vblur {
 
-// How fields are rendered: as pictures of half the height, or as whole pictures of which each processor works on
-// every other row.
+// How fields are rendered: as pictures of half the height, or by every other row of the whole picture.
 enum HvFieldRendering : std::int32_t { kHalfHeightFields = 1, kFieldRows = 2 };
 
 struct FrameValues {
-  // 0 the whole frame, 1 and 2 its fields.
+  // 0 for a whole frame, 1 and 2 for its fields.
   std::int32_t fieldIndex = 0;
   std::int32_t fieldMode = kHalfHeightFields;
   float fieldScale = 1.0f;
-  // The crop as fractions of the picture, not limited, and its colour in 0..1 with an alpha of 0.
+  // Crop as fractions of the picture, not clamped; colour in 0..1 with alpha 0.
   std::int32_t cropMode = kCropBoxAndEdges;
   float cropLeft = 0.0f;
   float cropRight = 1.0f;
@@ -32,18 +30,18 @@ struct FrameValues {
   std::int32_t xEdgeMethod = kEdgeReflect;
   std::int32_t yEdgeMethod = kEdgeReflect;
   Rf cropColour{};
-  // The region to render, both ends inclusive; of the host's choice where roiSet says so, else the whole output.
+  // The region to render, both ends inclusive; the whole output unless the host gave one (roiSet).
   std::int32_t roiSet = 0;
   std::int32_t regionX0 = 0;
   std::int32_t regionX1 = 0;
   std::int32_t regionY0 = 0;
   std::int32_t regionY1 = 0;
-  // At the frame's time, with the transition of the frame before: no stage depends on it.
+  // Computed with the previous frame's transitionScale: no stage may depend on it.
   BlurSize blurSize;
   PlaceRecord outputPlace;
   PlaceRecord inputPlace;
   PlaceRecord input2Place;
-  // The channel choice of the frame writes alpha.
+  // The frame's channel choice writes alpha.
   std::int32_t alphaAffected = 1;
   float transitionProgress = 0.0f;
   float transitionMix = 0.0f;    // share of the second clip, after the ramp
@@ -53,22 +51,22 @@ struct FrameValues {
 
 struct FrameState : FrameValues {
   FrameState() = default;
-  // A clone begins with its source's values, and is not interrupted with it.
+  // A clone copies the values and starts uninterrupted.
   FrameState(const FrameState& other) : FrameValues(other) {}
   FrameState& operator=(const FrameState&) = delete;
 
   void SettleField(std::int32_t hostField);
   bool RendersHalfHeight() const { return fieldMode == kHalfHeightFields && fieldIndex != 0; }
-  // What a processor is told of the field: nothing when the picture is the field.
+  // The field that processors get: 0 when the picture is the field.
   std::int32_t ProcessorField() const { return fieldMode == kFieldRows ? fieldIndex : 0; }
 
-  // The host's region, its rows halved for a half-height field by integer division; none without a region.
+  // The host's region, with rows halved by integer division for a half-height field; none if the host gave none.
   std::optional<StageWindow> RegionWindow() const;
-  // The region, given or not, with rows scaled in 32-bit float and truncated: for the stages behind the filter.
+  // The region with rows scaled in 32-bit float and truncated, for masks and mixes.
   StageWindow ScaledWindow() const;
   CropSettings Crop() const;
 
-  // The interrupted code, polling first.
+  // Polls, and returns the interrupted code.
   std::int32_t PollInterrupt() { return poll(&interrupt); }
 
   HvInterruptRecord interrupt;

@@ -1,11 +1,11 @@
-// The views of the host's images that one frame works on. They own no pixels.
+// Views of the host's images for one frame. They own no pixels.
 #pragma once
 
 #include "image/HvTexture.h"
 
 namespace vblur {
 
-// The one-component pixel of a mask that belongs to a frame's pixel.
+// The mask pixel that goes with a frame's pixel.
 template <class Pixel>
 struct MaskPixelOf;
 template <>

@@ -1,5 +1,4 @@
-// What every effect of the family has: crop and transition parameters, the state of the frame that is being
-// rendered, and the link to the controls over the viewer.
+// What effects share: crop and transition parameters, frame state, and the link to the controls over the viewer.
 #pragma once
 
 #include <array>
@@ -13,7 +12,7 @@
 
 namespace vblur {
 
-// What an effect holds and a clone of it takes over.
+// What a clone copies.
 struct HvDsEffectState {
   // 0 until the host says what the effect is used as.
   std::int32_t effectKind = 0;
@@ -31,48 +30,46 @@ class HvDsEffect : protected HvDsEffectState, protected HvDsOverlayLink {
  public:
   HvDsEffect& operator=(const HvDsEffect&) = delete;
 
-  // The size of the blur at a time: horizontal and vertical, in pixels of the picture being rendered.
+  // The horizontal and vertical size of the blur at a time, in pixels of the rendered picture.
   virtual BlurSize GetBlurSize(double) { return {}; }
   // Puts the controls on the tool; nothing without a tool.
   virtual void AttachOverlay() {}
-  // A page comes to the front: its name says which control is seen. Nothing without a tool. The two numbers are
-  // not read.
+  // A page comes to the front; its name selects the visible control. Nothing without a tool. The numbers are unused.
   virtual void PageShown(const char*, std::int32_t = 0, std::int32_t = 0) {}
-  // The controls follow the first input's place, as the last frame had it. Nothing without a tool.
+  // Moves the controls to the first input's place in the last frame. Nothing without a tool.
   virtual void UpdateOverlayPlacement() {}
-  // Whether the effect can be part of another object: never.
+  // The effect cannot be aggregated.
   virtual HRESULT QueryAggregation() { return kNoAggregation; }
-  // A failure makes Verify fail.
+  // An effect's own part of Verify.
   virtual HRESULT VerifyEffect() { return kOk; }
 
-  // A page opens, with the object that it edits or the viewer that it stands beside: the first one makes the
-  // viewer tool, puts it on the viewer and attaches the controls. kNullPointer for null; the failure of what
-  // made the tool. Effects that are painted have no controls.
+  // Called when a page opens, with the edited object or its viewer. The first call creates the viewer tool, pushes it
+  // on the viewer and attaches the controls. kNullPointer for null, else the failure to create the tool. Paint
+  // effects have no controls.
   HRESULT ConnectOverlay(IUnknown* viewer);
-  // A page closes: with the last one the tool goes.
+  // Called when a page closes. The last call releases the tool.
   void DisconnectOverlay();
-  // Null while no page is open. Not owned by who asks.
+  // Null while no page is open. Borrowed.
   HvTInteract* OverlayTool() const { return overlayTool.get(); }
 
  protected:
   static constexpr std::int32_t kPagesAdded = 1;  // of onceWord
 
-  // The transition's ramps stand at linear and cross-fade until the defaults are set.
+  // Linear ramps and cross fade, until SetDefaults.
   HvDsEffect() {
     transition.ramping = 0;
     transition.scaling = kCrossFade;
   }
-  // A clone has no tool: it is edited by nobody.
+  // A clone has no tool.
   HvDsEffect(const HvDsEffect& other) : HvDsEffectState(other), HvDsOverlayLink() {}
   virtual ~HvDsEffect() = default;
 
   // Takes the controls from the tool.
   virtual void DetachOverlay() {}
-  // What the last page does. The derived class's destructor calls it, while there still are controls to take
-  // from the tool and properties to unlink.
+  // Releases the tool. The derived class's destructor calls it while its controls still exist.
   void ReleaseOverlay();
 
-  // What has been done once for this object, a bit each.
+  // Things done once per object, one bit each.
   std::int32_t onceWord = 0;
 };
 

@@ -1,4 +1,4 @@
-// The two stages that decide how much of the effect stands: masked channels and the painted mask.
+// The mask stages: masked channels and the paint mask.
 #include "composite/HvDsMaskFixer.h"
 #include "composite/HvDsPaintCombiner.h"
 #include "effect/FrameStages.h"

@@ -1,4 +1,4 @@
-// What an effect holds of its controls over the viewer.
+// An effect's side of the link to its controls over the viewer.
 #pragma once
 
 #include <atomic>
@@ -15,9 +15,9 @@ struct HvDsOverlayLink {
   // The viewer's handle for the tool, 0 for none.
   std::uintptr_t overlayContext = 0;
   std::int32_t overlayUseCount = 0;
-  // Which thread the tool belongs to, while there is one.
+  // The tool's thread, while there is a tool.
   std::atomic<std::thread::id> overlayThread{};
-  // A clone has reported a place from another thread, and the controls have not followed yet.
+  // A clone on another thread has reported a place that the controls have not taken yet.
   std::atomic<bool> overlayPlaceStale{false};
   // The controls have been placed once.
   bool overlayReady = false;

@@ -1,4 +1,4 @@
-// The values that the effect holds for its properties. Defaults come from the property table.
+// The plain values of the properties, with the defaults of the property table.
 #pragma once
 
 #include <cstdint>

@@ -6,8 +6,7 @@
 
 namespace vblur {
 
-// Size and position in project user units, and the whole pixel at which the image begins. All zero for
-// an image that is absent.
+// Size and position in project user units, and the origin in whole pixels. All zero for an absent image.
 struct PlaceRecord {
   float sizeX = 0.0f;
   float sizeY = 0.0f;
@@ -17,8 +16,7 @@ struct PlaceRecord {
   std::int32_t originY = 0;
 };
 
-// Size and position alone, into a record that several clones report to at once: the last one wins, and
-// no number is torn.
+// Copies size and position into a record that several clones write at once: the last one wins, no value tears.
 inline void ReportPlace(const PlaceRecord& from, PlaceRecord& to) {
   const auto put = [](float& place, float value) {
     std::atomic_ref<float>(place).store(value, std::memory_order_relaxed);
@@ -29,7 +27,7 @@ inline void ReportPlace(const PlaceRecord& from, PlaceRecord& to) {
   put(to.positionY, from.positionY);
 }
 
-// What clones reported last, while they may go on reporting.
+// Reads a record that clones may be writing.
 inline PlaceRecord ReportedPlace(PlaceRecord& place) {
   const auto get = [](float& value) { return std::atomic_ref<float>(value).load(std::memory_order_relaxed); };
   return {get(place.sizeX), get(place.sizeY), get(place.positionX), get(place.positionY)};

@@ -1,4 +1,4 @@
-// Where the frame's images and its region lie.
+// The frame's region and the places of its images.
 #include <cstdint>
 #include <thread>
 
@@ -37,8 +37,8 @@ void Blur::ReportPlaces() {
   ReportPlace(frame.outputPlace, cloneSource->frame.outputPlace);
   ReportPlace(frame.inputPlace, cloneSource->frame.inputPlace);
   ReportPlace(frame.inputPlace, cloneSource->frame.input2Place);
-  // The controls belong to the thread of the viewer: after a frame of another thread they follow at the next paint,
-  // pen event or page.
+  // The controls belong to the viewer's thread. After a frame on another thread they follow at the next paint, pen
+  // event or page.
   cloneSource->overlayPlaceStale.store(true);
   if (cloneSource->overlayThread.load() == std::this_thread::get_id()) cloneSource->UpdateOverlayPlacement();
 }

@@ -1,4 +1,4 @@
-// The settings that hold for all effects of the process: threads and CPU level.
+// Process-wide settings: threads and CPU level.
 #pragma once
 
 #include "platform/IVBlurProcess.h"

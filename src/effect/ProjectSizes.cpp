@@ -39,7 +39,7 @@ void ReadImagePlacement(const IDSImage* image, PlaceRecord& place, const IDSCoor
                         const IDSEffectHost* host) {
   place = {};
   if (image == nullptr) return;
-  // The ratio is read for each of the two.
+  // The ratio is read once for position and once for size.
   const auto inUserUnits = [host](DSWorldPair world, float& x, float& y) {
     const double ratio = PlacementRatio(host);
     x = static_cast<float>(static_cast<double>(static_cast<float>(world.x)) * ratio);

@@ -1,4 +1,4 @@
-// What the frame reads of the project: its sizes, and the ratios that come from them.
+// The project's sizes, their ratios, and the placement of images in the project.
 #pragma once
 
 #include "effect/PlaceRecord.h"
@@ -7,7 +7,7 @@
 
 namespace vblur {
 
-// A content property of the effect's own host, else of the project that is open.
+// Reads a content property from the effect's host, or from the open project when it has none.
 HRESULT ReadContent(const IDSEffectHost* host, const char* key, double& value);
 
 struct ProjectUserSize {
@@ -22,7 +22,7 @@ double UserToWorldRatio(const IDSEffectHost* host);
 // The same for placements: 0.0 when any of the four sizes cannot be read.
 double PlacementRatio(const IDSEffectHost* host);
 
-// Where an image lies; all zero for an absent one, an origin of 0 without coordinates.
+// All zero for an absent image; an origin of 0 without coordMan.
 void ReadImagePlacement(const IDSImage* image, PlaceRecord& place, const IDSCoordMan* coordMan,
                         const IDSEffectHost* host);
 

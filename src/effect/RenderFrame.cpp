@@ -1,4 +1,4 @@
-// The host's render call: settles the state of the frame and hands it to the pixels' own type.
+// The host's render call: sets up the frame's state, then renders for the output's pixel type.
 #include <algorithm>
 
 #include "effect/Blur.h"
@@ -10,7 +10,7 @@
 namespace vblur {
 namespace {
 
-// The reason that a stop at the host's word gives.
+// The interrupt reason when the host stops a render.
 constexpr std::int32_t kHostStopped = 10000;
 
 std::int32_t AskExecuteContext(void* context, HvStateWord* state) {

@@ -43,7 +43,7 @@ void Blur::WrapTextures(FrameTextures<Pixel>& textures) {
   WrapImage(frame, textures.mask, maskImage, wrapAdd(maskOffsetX, input.originX), wrapAdd(maskOffsetY, input.originY));
 }
 
-// Two clips of one geometry are mixed first and blurred once.
+// Clips of the same geometry are mixed, then blurred once.
 template <class Pixel>
 void Blur::FirstPass(double time, FrameTextures<Pixel>& textures) {
   if (!MixesClips() || frame.transitionTwoPass) {
@@ -57,7 +57,7 @@ void Blur::FirstPass(double time, FrameTextures<Pixel>& textures) {
   RunBlurStage(time, textures.output, scratch);
 }
 
-// Clips that differ, or whose blur crosses over, are blurred one by one and mixed then.
+// Other clips are blurred one by one, then mixed.
 template <class Pixel>
 void Blur::SecondPass(double time, FrameTextures<Pixel>& textures) {
   if (!MixesClips() || !frame.transitionTwoPass) return;

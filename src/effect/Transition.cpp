@@ -1,4 +1,4 @@
-// How far a transition has gone, and how strong the blur is there.
+// Progress, mix and blur scale of a transition.
 #include "effect/Transition.h"
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace {
 
 enum Ramping : std::int32_t { kRampIn = 1, kRampOut = 2, kRampInAndOut = 3 };
 
-// Each limit is a comparison of its own: a share that is not a number stays one.
+// NaN passes both comparisons and stays NaN.
 double limitedShare(double share) {
   if (share < 0.0) return 0.0;
   if (share > 1.0) return 1.0;

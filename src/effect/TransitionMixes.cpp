@@ -1,4 +1,4 @@
-// The two ways of putting the clips of a transition together.
+// Mixes of a transition's clips: before and after the blur.
 #include "composite/HvQuickMixer.h"
 #include "effect/FrameStages.h"
 #include "image/Arithmetic.h"
@@ -6,8 +6,7 @@
 namespace vblur {
 namespace {
 
-// Lifts the crop of a texture for as long as it lives, then puts box and origin back. The edge methods
-// stay in force.
+// Resets a texture to the whole picture, and restores box and origin at the end of the scope. Edge methods stay.
 class WholePicture {
  public:
   explicit WholePicture(HvTexIndexer& texture) : texture_(texture), saved_(texture) { texture.wholeBounds(); }
@@ -23,7 +22,7 @@ class WholePicture {
   HvTexIndexer saved_;
 };
 
-// The share of the transition's mix of one picture over the rest, which is the result itself when null.
+// Mixes `share` over `rest` by transitionMix; null mixes it over the result in place.
 template <class Pixel>
 void MixTransition(FrameState& frame, HvTexture<Pixel, Rf>& result, const HvTexture<Pixel, Rf>& share,
                    const HvTexture<Pixel, Rf>* rest) {

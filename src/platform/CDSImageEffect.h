@@ -1,5 +1,5 @@
-// The host's base class of image effects: it keeps what the host has set, for the derived class to render. The
-// host's SDK library implements it.
+// The host's base class of image effects: it stores what the host sets, for the derived class to render with.
+// Implemented by sdk/effects.
 #pragma once
 
 #include "CDSPlugInEffect.h"
@@ -13,7 +13,7 @@ class CDSImageEffect : public CDSPlugInEffect,
                        public IDSHWEffects,
                        public IDSChildPropertyOwner {
  public:
-  // The properties that every image effect has.
+  // The properties of every image effect.
   static const CDSPropertiesMap m_PropertiesMap;
 
   HRESULT QueryInterface(const GUID& iid, void** result) override {
@@ -73,8 +73,6 @@ class CDSImageEffect : public CDSPlugInEffect,
   CDSImageEffect(const CDSImageEffect&) = default;
 
   void* FindInterface(const GUID& iid) override;
-  // A content property of the project: of the host that the effect was given, else of the one that is open.
-  HRESULT DSContentGetProperty(const char* key, double& value) const;
 
   IDSImage* outputImage = nullptr;
   IDSImage* inputImage = nullptr;
@@ -102,7 +100,7 @@ class CDSImageEffect : public CDSPlugInEffect,
   IDSImage* originalImage = nullptr;
   DSTransfo4 transfo4{1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0};
   std::int32_t processingMode = 0;
-  // What the host is to know of the effect's use; bit 16 with a second input that is a clip of its own.
+  // For the host; bit 16: the second input is a clip of its own.
   std::int32_t imageEffectFlags = 0;
 };
 

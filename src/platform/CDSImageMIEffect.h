@@ -1,5 +1,4 @@
-// The base class of image effects with several inputs, and the one between it and CDSImageEffect. The host's SDK
-// library implements them.
+// The host's base classes of image effects with several inputs. Implemented by sdk/effects.
 #pragma once
 
 #include "CDSImageEffect.h"

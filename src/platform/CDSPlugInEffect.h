@@ -1,4 +1,4 @@
-// The host's base class of all effects: made ready by Init, let go by Term, with a list of property pages.
+// The host's base class of all effects: Init, Term and the list of property pages. Implemented by sdk/effects.
 #pragma once
 
 #include <vector>
@@ -13,9 +13,9 @@ class IDSGeneric : public IUnknown {
 
   virtual HRESULT Init() = 0;
   virtual HRESULT Term() = 0;
-  // The class ids of the effect's property pages, in the order in which they are shown.
+  // The property pages' class ids, in the order of display.
   virtual HRESULT GetPageCount(std::int32_t* count) = 0;
-  // kWrongArgument for a number that no page has.
+  // kWrongArgument for a number out of range.
   virtual HRESULT GetPage(std::int32_t number, GUID* clsid) = 0;
 
  protected:
@@ -48,7 +48,7 @@ class CDSPlugInEffect : public CDSAliasedPropertyContainer, public IDSGeneric, p
 
  protected:
   CDSPlugInEffect() = default;
-  // Pages are not copied: a new object takes those of its own first use.
+  // A copy starts without pages; it adds those of its own kind.
   CDSPlugInEffect(const CDSPlugInEffect& other)
       : CDSAliasedPropertyContainer(other), IDSGeneric(), IDSPresetPersistStream() {}
 

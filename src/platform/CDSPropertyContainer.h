@@ -1,6 +1,5 @@
-// The host's base classes of everything that has properties: reference count and interfaces, values and
-// curves by the static map of the class, and further ids for them. The host's SDK library implements
-// them.
+// The host's base classes of objects with properties: reference count and interfaces; values and curves by the static
+// map of the class; aliases. Implemented by sdk/effects.
 #pragma once
 
 #include <atomic>
@@ -22,12 +21,12 @@ class CDSBasePropertyContainer : public IDSProperties {
   std::uint32_t Release() override;
 
  protected:
-  // A new object has one reference, its maker's.
+  // A new object has one reference.
   CDSBasePropertyContainer() = default;
   CDSBasePropertyContainer(const CDSBasePropertyContainer&) : CDSBasePropertyContainer() {}
   virtual ~CDSBasePropertyContainer() = default;
 
-  // The interfaces of derived classes, without a reference added; null for one that there is not.
+  // Finds an interface by its id, without adding a reference; null if there is none.
   virtual void* FindInterface(const GUID& iid);
 
  private:
@@ -47,25 +46,24 @@ class CDSPropertyContainer : public CDSBasePropertyContainer {
   HRESULT GetCurve(const GUID& property, const DSCurve** curve) override;
   HRESULT RemoveCurve(const GUID& property) override;
 
-  // An object that is told is told of its own changes alone; a copy starts with nobody to tell.
+  // A copy has no listeners.
   HRESULT Advise(IDSPropertyNotify* notify) override;
   HRESULT Unadvise(IDSPropertyNotify* notify) override;
 
  protected:
   CDSPropertyContainer() = default;
-  // Curves are not copied: that is CopyAnimation's.
+  // Does not copy curves: see CopyAnimation.
   CDSPropertyContainer(const CDSPropertyContainer& other) : CDSBasePropertyContainer(other) {}
 
-  // Tells those who want to know. `object` and `parameters` belong to changes of lists; nobody here
-  // reads them.
+  // Notifies the listeners. `object` and `parameters` are unused.
   HRESULT OnPropertyChanged(const GUID& property, const DSVariant* value, IUnknown* object, const void* parameters,
                             std::int32_t parameterCount, std::uint32_t flags);
-  // The value of an animated property at a time, or the plain value when it is not animated.
+  // The curve's value at a time, or the plain value without a curve.
   virtual double GetValueDirect(const GUID& property, double plainValue, double time) const;
   void CopyAnimation(const CDSPropertyContainer& from) { curves_ = from.curves_; }
   void RemoveAnimation() { curves_.clear(); }
 
-  // The id that an alias stands for, else the id itself.
+  // The id behind an alias, or the id itself.
   virtual const GUID& Resolve(const GUID& property) const { return property; }
 
  private:
@@ -77,7 +75,7 @@ class CDSPropertyContainer : public CDSBasePropertyContainer {
 
 class CDSAliasedPropertyContainer : public CDSPropertyContainer {
  public:
-  // kWrongArgument as well for an alias that is already an id of something.
+  // Also kWrongArgument for an alias that is already in use as an id.
   HRESULT AddAlias(const GUID& alias, const GUID& property) override;
 
  protected:

@@ -1,4 +1,4 @@
-// A reference to a COM object that drops itself.
+// A smart pointer to a COM object.
 #pragma once
 
 #include <utility>
@@ -24,7 +24,7 @@ class ComPtr {
   }
   ~ComPtr() { reset(); }
 
-  // Takes over a reference that the caller has.
+  // Takes over the caller's reference.
   static ComPtr Own(Interface* object) {
     ComPtr result;
     result.object_ = object;
@@ -40,13 +40,13 @@ class ComPtr {
   Interface& operator*() const { return *object_; }
   explicit operator bool() const { return object_ != nullptr; }
 
-  // Where an operation puts its result; drops what was held.
+  // For an out parameter; releases what was held.
   void** Receive() {
     reset();
     return reinterpret_cast<void**>(&object_);
   }
 
-  // The object's other interface; empty when it has none of that kind.
+  // Queries another interface; empty if the object lacks it.
   template <class Other>
   ComPtr<Other> As() const {
     ComPtr<Other> result;

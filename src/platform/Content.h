@@ -1,4 +1,4 @@
-// Facts about the project that is open in the host, for objects that have no host of their own to ask.
+// The open project's content properties, for objects without a host of their own.
 #pragma once
 
 #include "DsTypes.h"
@@ -6,7 +6,7 @@
 
 namespace vblur {
 
-// Reads one content property; the keys stand in IDSEffectHost.h. A failure leaves the value alone.
+// The keys are in IDSEffectHost.h. A failure leaves the value alone.
 HRESULT DSContentGetProperty(const char* key, double& value);
 
 }  // namespace vblur

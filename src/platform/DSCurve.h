@@ -1,4 +1,4 @@
-// A property value that changes with time, as the host keeps it: keys and how to go from one to the next.
+// An animation curve: keys and interpolation.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,8 @@ struct DSCurve {
   std::vector<DSCurveKey> keys;
   DSInterpolation interpolation = DSInterpolation::Linear;
 
-  // The value at a time: that of the first key before it, that of the last key after it. Smooth
-  // leaves and reaches every key with slope 0 (a cubic ease between neighbours).
+  // The value at a time; constant before the first key and after the last. Smooth has slope 0 at every key (a cubic
+  // ease between neighbours).
   double At(double time) const;
 
   friend bool operator==(const DSCurve&, const DSCurve&) = default;

@@ -1,5 +1,4 @@
-// The records in which an effect tells its host what it is, and the families that the host uses an effect
-// under.
+// The records by which an effect describes itself to its host, and the families of effects.
 #pragma once
 
 #include <array>
@@ -9,7 +8,7 @@
 
 namespace vblur {
 
-// The first GUID says which record it is; the host writes it, the effect the rest.
+// The host sets `record`, the effect fills in the rest.
 struct tagDSFxInfo {
   GUID record;
   GUID category;
@@ -21,7 +20,7 @@ struct tagDSFxInfo {
 
 inline constexpr GUID kDSFxInfoRecord = MakeGuid("{5E3D73B1-D900-11CF-828E-00A0243F1013}");
 
-// The host writes the record's id and the family of the use; the effect fills in the words.
+// The host sets `record` and `family`, the effect fills in `words`.
 struct tagDSImgFxInfo {
   GUID record;
   GUID family;
@@ -30,7 +29,7 @@ struct tagDSImgFxInfo {
 
 inline constexpr GUID kDSImgFxInfoRecord = MakeGuid("{6024B980-B7F4-11D0-82D3-00A0243F1013}");
 
-// Three families use an effect as a plain filter; what tells them apart is the host's matter.
+// Three families mean a plain filter.
 namespace families {
 
 inline constexpr GUID kFilter = MakeGuid("{AE0D7C31-95AA-11D0-B685-00A024191AE0}");
@@ -41,7 +40,7 @@ inline constexpr GUID kGenerator = MakeGuid("{61054A81-9662-11D0-B685-00A024191A
 inline constexpr GUID kPaint = MakeGuid("{AE0D7C40-95AA-11D0-B685-00A024191AE0}");
 inline constexpr GUID kTransition = MakeGuid("{61054A80-9662-11D0-B685-00A024191AE0}");
 inline constexpr GUID kOther = MakeGuid("{AE0D7C34-95AA-11D0-B685-00A024191AE0}");
-// Entered at registration, never told as the family of a use.
+// Only registered, never passed as a family of use.
 inline constexpr GUID kRegisteredOnly = MakeGuid("{183E3834-D79D-11D0-A7AE-00A0C9068107}");
 
 }  // namespace families

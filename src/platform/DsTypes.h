@@ -1,5 +1,4 @@
-// The few Windows and COM types that the effect and its host exchange, declared for every platform:
-// result codes, GUIDs and the tagged values of properties.
+// The Windows and COM types that effect and host exchange, on every platform: result codes, GUIDs, value types.
 #pragma once
 
 #include <array>
@@ -55,14 +54,14 @@ consteval GUID MakeGuid(const char (&text)[39]) {
   return guid;
 }
 
-// The two picture formats that the effect renders. The values are the stand-alone host's own.
+// The picture formats that the effect renders. The values are the stand-alone host's.
 inline constexpr GUID MFIF_RGBA_RAW_32 = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A801}");
 inline constexpr GUID MFIF_RGBA_S2_14 = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A802}");
-// One-component pictures: pixel masks, 8 bits or 16 bits as the frame that they belong to.
+// One-component pixel masks, of the frame's depth.
 inline constexpr GUID MFIF_MASK_8 = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A803}");
 inline constexpr GUID MFIF_MASK_16 = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A804}");
 
-// The kinds of value that a property holds, numbered as in the host's tagged values.
+// Value types of properties, numbered as in VARIANT.
 enum class DSValueType : std::uint16_t { Integer32 = 3, Float64 = 5, Boolean32 = 11 };
 
 }  // namespace vblur

@@ -9,11 +9,11 @@ class IDSCoordMan {
  public:
   virtual ~IDSCoordMan() = default;
 
-  // A point in project units, in pixels of the pictures being rendered and in pixels at full
-  // resolution. The two differ while the host works at a proxy resolution.
+  // A point in project units, in pixels of the rendered pictures and in pixels at full resolution. They differ at a
+  // proxy resolution.
   virtual DSWorldPair ToRenderedPixels(DSWorldPair point) const = 0;
   virtual DSWorldPair ToFullPixels(DSWorldPair point) const = 0;
-  // Where the lower left corner of an image's world box lies in whole pixels.
+  // The lower left corner of an image's world box, in whole pixels.
   virtual DSPixelPair PixelOrigin(const IDSImage& image) const = 0;
 };
 

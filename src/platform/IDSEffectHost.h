@@ -1,11 +1,11 @@
-// What an effect may ask of the host that runs it: facts about the project.
+// The host as an effect sees it: the project's content properties.
 #pragma once
 
 #include "DsTypes.h"
 
 namespace vblur {
 
-// The content keys that the effect reads. All are 64-bit floats.
+// The content keys that the effect reads, all 64-bit floats.
 inline constexpr const char* kProjectUserSizeX = "Project Frame User Size (X)";
 inline constexpr const char* kProjectUserSizeY = "Project Frame User Size (Y)";
 inline constexpr const char* kProjectWorldSizeX = "Project Frame World Size (X)";
@@ -15,7 +15,7 @@ class IDSEffectHost {
  public:
   virtual ~IDSEffectHost() = default;
 
-  // Reads one content property. A failure leaves the value alone.
+  // A failure leaves the value alone.
   virtual HRESULT ContentProperty(const char* key, double& value) const = 0;
 };
 

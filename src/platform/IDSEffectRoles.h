@@ -1,12 +1,11 @@
-// What the host's image effects are beside IDSImageEffect. The effect uses none of their operations: a host asks
-// for these interfaces to learn that the base class plays the part.
+// Further interfaces of the host's image effects. The effect uses none of their operations; hosts ask for them.
 #pragma once
 
 #include "Com.h"
 
 namespace vblur {
 
-// Reads the output of other effects under further names.
+// Reads other effects' output under aliases.
 class IDSGraphDataAliases : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A815}");
@@ -15,7 +14,7 @@ class IDSGraphDataAliases : public IUnknown {
   ~IDSGraphDataAliases() = default;
 };
 
-// Changes with time.
+// Depends on time.
 class IDSTimeDependency : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A816}");
@@ -24,7 +23,7 @@ class IDSTimeDependency : public IUnknown {
   ~IDSTimeDependency() = default;
 };
 
-// May run on the host's own hardware.
+// May run on the host's hardware.
 class IDSHWEffects : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A817}");
@@ -33,7 +32,7 @@ class IDSHWEffects : public IUnknown {
   ~IDSHWEffects() = default;
 };
 
-// Has objects with properties of their own.
+// Owns objects with properties.
 class IDSChildPropertyOwner : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A818}");

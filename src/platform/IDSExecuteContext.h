@@ -1,4 +1,4 @@
-// The host's word on whether a render may go on.
+// Tells a render whether to go on.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ class IDSExecuteContext {
  public:
   virtual ~IDSExecuteContext() = default;
 
-  // Non-zero while work may go on. Called from every thread of a render, often: once a row.
+  // Non-zero to go on. Called once a row from every thread of a render.
   virtual std::int32_t MayContinue() = 0;
 };
 

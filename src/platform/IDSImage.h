@@ -1,6 +1,5 @@
-// One picture as the host hands it to the effect: a format, a size, tightly packed rows that start
-// with the bottom row, and a place in the world. The host owns the memory and keeps it alive until
-// the effect is given another picture or none.
+// A picture of the host: format, size, tightly packed rows from the bottom up, and a place in the world. The host owns
+// the memory and keeps it until the effect is given another picture or none.
 #pragma once
 
 #include "DsTypes.h"
@@ -17,7 +16,7 @@ struct DSPixelPair {
   std::int32_t y = 0;
 };
 
-// The lower left pixel, and how many there are.
+// Lower left pixel and extent.
 struct DSPixelBox {
   DSPixelPair origin;
   DSPixelPair size;
@@ -27,12 +26,12 @@ class IDSImage {
  public:
   virtual ~IDSImage() = default;
 
-  // 0 when the pixels may be used; any other result is the reason why not.
+  // 0 when usable, else the reason.
   virtual HRESULT IsUsable() const = 0;
   virtual GUID Format() const = 0;
   // Width and height in pixels.
   virtual DSPixelPair Size() const = 0;
-  // The first pixel of row 0, the bottom of the picture. A row is width times the size of a pixel.
+  // The first pixel of row 0, the bottom row.
   virtual void* FirstPixel() const = 0;
   virtual DSWorldPair WorldPosition() const = 0;
   virtual DSWorldPair WorldSize() const = 0;

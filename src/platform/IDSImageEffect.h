@@ -1,9 +1,8 @@
-// The effect as the host sees it: pictures, a region and a time go in, a rendered frame comes out. Its
-// properties are reached through IDSProperties of the same object.
+// The effect as its host sees it: pictures, a region and a time in, a rendered frame out. The same object has its
+// properties as IDSProperties.
 //
-// Every call belongs to one thread at a time; a frame that is to render beside another renders on a
-// clone. For a frame a host calls Verify, IsFormatSupported, PrepareData, Setup, BeginFrame, RenderFrame,
-// EndFrame and Cleanup, in this order.
+// One thread at a time calls an effect; frames that render side by side use clones. The calls of a frame, in order:
+// Verify, IsFormatSupported, PrepareData, Setup, BeginFrame, RenderFrame, EndFrame, Cleanup.
 #pragma once
 
 #include "Com.h"
@@ -15,60 +14,57 @@
 
 namespace vblur {
 
-// A transform of a plane in space, by rows.
+// A 4 x 4 matrix by rows.
 using DSTransfo4 = std::array<double, 16>;
 
 class IDSImageEffect : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A814}");
 
-  // What the effect is: kWrongArgument unless the record says that it is a tagDSFxInfo.
+  // Identification. kWrongArgument unless the record says that it is a tagDSFxInfo.
   virtual HRESULT GetInfo(tagDSFxInfo* info) = 0;
-  // What the effect wants when used under the family in the record; it takes on that use.
+  // Sets the kind from the record's family, and fills in what the kind needs.
   virtual HRESULT GetImageEffectInfo(tagDSImgFxInfo* info) = 0;
-  // 0 for a picture format that the effect renders, 1 for any other.
+  // 0 for a format that the effect renders, 1 for any other.
   virtual HRESULT IsFormatSupported(const GUID& format) = 0;
-  // Puts every property to its default, without a curve.
+  // Resets every property to its default and removes curves.
   virtual HRESULT SetDefaults() = 0;
-  // How much of the source the frame at a time needs beyond the output, in pixels of the pictures.
+  // How far the frame at a time reads beyond the output, in pixels.
   virtual HRESULT GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) = 0;
-  // kNullPointer while a picture is missing that the use of the effect needs.
+  // kNullPointer while a required picture is missing.
   virtual HRESULT Verify() = 0;
-  // Renders one frame into the output. An interrupted render returns 0 too: ask the execute context.
+  // Renders a frame into the output. Also 0 when interrupted: ask the execute context.
   virtual HRESULT RenderFrame(double time) = 0;
-  // An effect of its own with all that this one holds. It reports where pictures lie to this one, which
-  // must outlive it.
+  // An independent copy. It reports where pictures lie to this effect, which must outlive it.
   virtual HRESULT Clone(const GUID& iid, void** result) = 0;
 
-  // What the host sets for the next frame, in the order in which hosts call it.
   // In frames per unit of time.
   virtual HRESULT SetSampleRate(double rate) = 0;
   virtual HRESULT Setup() = 0;
   virtual HRESULT Cleanup() = 0;
-  // The pixels that the first input has: kNullPointer without one.
+  // The first input's pixels; kNullPointer without one.
   virtual HRESULT GetInputBbox(double time, DSPixelBox* box) = 0;
-  // How far the frame at a time goes beyond the output, in pixels.
+  // How far the frame at a time extends beyond the output, in pixels.
   virtual HRESULT GetOutputOverscan(double time, double* left, double* right, double* bottom, double* top) = 0;
-  // Images, contexts and hosts are borrowed: they must outlive the render call, or be replaced by null
-  // before they go.
+  // Images, contexts and hosts are borrowed: keep them alive through a render, or replace them by null.
   virtual HRESULT SetInput(IDSImage* image) = 0;
   virtual HRESULT SetOutput(IDSImage* image) = 0;
   // One bit for each channel, from red up.
   virtual HRESULT SetChannelMask(std::uint32_t mask) = 0;
-  // A one-component image and where it lies relative to the first input, in pixels.
+  // A one-component image and its offset from the first input, in pixels.
   virtual HRESULT SetPixelMask(IDSImage* image, std::int32_t offsetX, std::int32_t offsetY) = 0;
-  // The region to render, in pixels of the output before its origin is added; row 0 at the bottom.
+  // The region to render in the output's pixels, before its origin is added; row 0 at the bottom.
   virtual HRESULT SetROI(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) = 0;
   virtual HRESULT SetQuality(std::int32_t quality) = 0;
   virtual HRESULT SetInput2(IDSImage* image) = 0;
-  // Where the second input lies relative to the first, in pixels.
+  // The second input's offset from the first, in pixels.
   virtual HRESULT SetInput2Offset(std::int32_t x, std::int32_t y) = 0;
   // A clone for the frame at a time.
   virtual HRESULT CloneAtTime(double time, const GUID& iid, void** result) = 0;
   virtual HRESULT SetDirection(std::int32_t direction) = 0;
-  // Of the pen that paints the effect, from 0 to 1.
+  // Pen pressure from 0 to 1, for paint effects.
   virtual HRESULT SetPressure(double pressure) = 0;
-  // The picture as it was before anything was painted on it.
+  // The picture before painting.
   virtual HRESULT SetOriginalImage(IDSImage* image) = 0;
   virtual HRESULT SetTransfo4(const DSTransfo4& transform) = 0;
   virtual HRESULT SetProcessingMode(std::int32_t mode) = 0;
@@ -85,9 +81,9 @@ class IDSImageEffect : public IUnknown {
   virtual HRESULT ClearROI() = 0;
   // 1 the first field, 2 the second field, anything else a whole frame.
   virtual HRESULT SetField(std::int32_t field) = 0;
-  // The length of the effect, in the unit of time.
+  // The length of the effect, in units of time.
   virtual HRESULT SetDuration(double duration) = 0;
-  // The container's, called first in a render; a render ends with a result that is not 0.
+  // Called first in a render, which ends with any result other than 0.
   virtual HRESULT PrepareData() = 0;
 
  protected:

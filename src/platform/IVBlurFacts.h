@@ -1,4 +1,4 @@
-// What the effect can tell about itself, and about its last frame, to a program that explains it to a user.
+// Facts about the effect and its last frame, for programs that explain them to a user.
 #pragma once
 
 #include <cstdint>
@@ -7,14 +7,14 @@
 
 namespace vblur {
 
-// What a value of the property `Blur` stands for, at full resolution and an aspect of 0.
+// The meaning of a value of `Blur`, at full resolution and an aspect of 0.
 struct BlurSizeFacts {
   double boxRadius = 0.0;  // of each of the three boxes per axis, in pixels
   double sigma = 0.0;      // standard deviation of the whole impulse response along one axis, in pixels
   double flatGain = 1.0;   // what a flat area is multiplied by: the filter's fixed-point weights sum to less than 1
 };
 
-// What a frame held at its height, in bytes.
+// A frame's peak memory in bytes.
 struct FrameMemoryFacts {
   std::int64_t pictures = 0;  // that the host gave it: inputs, output, mask
   std::int64_t own = 0;       // what it allocated: pictures between its stages, lines and tables
@@ -25,9 +25,9 @@ class IVBlurFacts : public IUnknown {
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A821}");
 
   virtual BlurSizeFacts DescribeBlurSize(double blur) const = 0;
-  // The last frame was given up because the machine had no memory for it. A render returns 0 then too.
+  // The last frame ran out of memory. RenderFrame returns 0 then too.
   virtual bool RanOutOfMemory() const = 0;
-  // Of the last frame, or of what was rendered of it.
+  // Of the last frame, also if it was interrupted.
   virtual FrameMemoryFacts DescribeFrameMemory() const = 0;
 
  protected:

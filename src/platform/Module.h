@@ -1,5 +1,5 @@
-// A library's module handle, and the texts and pictures that can be loaded from it by number. Off
-// Windows a module states its resources in this record; the host's SDK library loads from it.
+// A library's module handle, and the texts and bitmaps loaded from it by number. Off Windows a module lists its
+// resources in this record, and sdk/effects loads them.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ struct ModuleString {
   std::string_view text;  // ASCII
 };
 
-// Rows from top to bottom, red, green, blue, alpha of 8 bits, alpha not multiplied in.
+// 8-bit RGBA, rows from the top down, straight alpha.
 struct ModuleBitmap {
   std::int32_t id = 0;
   std::int32_t width = 0;
@@ -29,8 +29,8 @@ struct Module {
 
 using HMODULE = const Module*;
 
-// Puts a text and the zero behind it into a buffer of `capacity` characters, cut short where it does not
-// fit. Returns how many characters of the text were put: 0 when the module has no such text.
+// Copies a zero-terminated text of at most `capacity` characters, cut to fit. Returns its length, 0 if the module lacks
+// it.
 std::int32_t LoadStringW(HMODULE module, std::int32_t id, char16_t* buffer, std::int32_t capacity);
 // Null when the module has no such picture.
 const ModuleBitmap* LoadBitmapW(HMODULE module, std::int32_t id);

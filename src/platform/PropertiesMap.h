@@ -1,4 +1,4 @@
-// How a class tells its host which properties it has, and where their values lie.
+// A class's static table of its properties and their members.
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ struct CDSPropertiesMapEntry {
   std::uint32_t word = kNoMoreParameters;
 };
 
-// A class's own properties, and behind them those of the class that it derives from.
+// A class's own properties, chained to its base class's.
 struct CDSPropertiesMap {
   const CDSPropertiesMap* parent = nullptr;
   std::span<const CDSPropertiesMapEntry> entries;

@@ -1,4 +1,4 @@
-// The host's registration: which classes a server has, and under which families the host offers them.
+// Registration of a server's classes and object families with the host.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,11 @@
 
 namespace vblur {
 
-// The description is a text of the module; a number that the module has no text for is entered without.
+// The description is a string of the module; empty when the module lacks it.
 HRESULT DSRegisterCOMEffect(const GUID& clsid, HMODULE module, std::int32_t descriptionString);
 // kFailed for a class that is not registered.
 HRESULT DSUnregisterCOMEffect(const GUID& clsid);
-// Enters a class under `count` families by a name. `kind` is 1 for an effect.
+// Registers a class under `count` families with a name. `kind` is 1 for an effect.
 HRESULT DSRegisterObjectFamilies(const GUID& clsid, std::int32_t count, const GUID* families, std::int32_t kind,
                                  const char16_t* name, HMODULE module);
 // kFailed for a class without families.

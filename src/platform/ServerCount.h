@@ -1,4 +1,4 @@
-// One object's share in the count that keeps its server loaded.
+// Counts an object in its server, which stays loaded while the count is not 0.
 #pragma once
 
 #include <atomic>
@@ -6,8 +6,7 @@
 
 namespace vblur {
 
-// Counts from construction to destruction, so that an object whose constructor fails is not counted either.
-// Null: there is no server, and nothing is counted.
+// Counts from construction to destruction, also when the object's constructor fails. Null: no server, no count.
 class ServerCount {
  public:
   explicit ServerCount(std::atomic<std::int32_t>* count) : count_(count) {

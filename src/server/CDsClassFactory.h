@@ -1,5 +1,4 @@
-// Makes the objects of one class of the server. Any thread may call it: it answers IMarshal with the
-// free-threaded marshaler, and makes one object at a time.
+// The factory of one of the server's classes. Free-threaded: it answers IMarshal, and creates one object at a time.
 #pragma once
 
 #include <atomic>
@@ -10,9 +9,8 @@
 
 namespace vblur {
 
-// T is made by its default constructor and starts with one reference. The class's pointer to the server's
-// lock count is set when its first factory is made; a factory holds the server for as long as it lives. The two
-// numbers are 0: no object becomes part of another, and every call makes a new one.
+// T has a default constructor and starts with one reference. The class's pointer to the server's lock count is set when
+// its first factory is made; each factory counts towards it. The two numbers are 0: no aggregation, no singleton.
 template <class T, std::int32_t aggregates = 0, std::int32_t isSingle = 0>
 class CDsClassFactory : public IClassFactory {
  public:
@@ -68,7 +66,7 @@ class CDsClassFactory : public IClassFactory {
     lockCount.load()->fetch_sub(1);
   }
 
-  // Null when there is no memory for the object.
+  // Null when out of memory.
   virtual void CreateObject(T*& result) {
     try {
       result = new T();

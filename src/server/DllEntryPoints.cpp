@@ -1,5 +1,4 @@
-// What the server exports: its class objects, whether it may be unloaded, and its registration with the
-// host.
+// The server's entry points: class objects, unloading and registration.
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -17,7 +16,7 @@ namespace {
 constexpr std::int32_t kNameString = 1;
 constexpr std::int32_t kKindEffect = 1;
 
-// Under which the host offers the effect, in the order in which they are entered.
+// The families of the effect, in the order of registration.
 constexpr std::array kFamilies = {families::kRegisteredOnly, families::kFilter, families::kTransition, families::kPaint,
                                   families::kFilterThird};
 constexpr auto kFamilyCount = static_cast<std::int32_t>(kFamilies.size());
@@ -53,7 +52,7 @@ HRESULT DllRegisterServer() {
                                   ServerModule());
 }
 
-// Everything is taken out, whatever fails; the failure of what was entered last is told first.
+// A failure does not stop the others; the last registered entry that failed is reported.
 HRESULT DllUnregisterServer() {
   std::array<HRESULT, kServerClasses.size() + 1> results{};
   std::ranges::transform(kServerClasses, results.begin(),

@@ -13,10 +13,9 @@ struct ServerClass {
   using MakeFactory = IClassFactory* (*)();
 
   GUID clsid;
-  // Its description among the module's texts. The viewer tool's number has no text.
+  // String id of the description. The viewer tool's has no string.
   std::int32_t description = 0;
-  // A new factory with one reference, null when there is no memory; no function for a class that the
-  // server cannot make yet.
+  // Makes a factory with one reference, null when out of memory. No function: the class cannot be created.
   MakeFactory makeFactory = nullptr;
 };
 

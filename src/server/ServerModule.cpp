@@ -23,7 +23,7 @@ std::atomic<std::int32_t>& ServerLocks() {
 }
 
 IClassFactory* MakeBlurFactory() {
-  // Once, before there is an effect that could read them.
+  // Set once, before the first effect.
   [[maybe_unused]] static const bool ready = [] {
     Blur::module = ServerModule();
     Blur::liveObjects = &ServerLocks();
@@ -33,7 +33,7 @@ IClassFactory* MakeBlurFactory() {
 }
 
 IClassFactory* MakeViewerToolFactory() {
-  // Once, before there is a tool that could read it; the quadric of all tools goes when the server is unloaded.
+  // Set once, before the first tool. The shared quadric is deleted when the server is unloaded.
   struct ToolsOfServer {
     ToolsOfServer() { HvTInteract::liveObjects = &ServerLocks(); }
     ~ToolsOfServer() { ReleaseOverlayQuadric(); }

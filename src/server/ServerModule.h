@@ -1,4 +1,4 @@
-// The server's module: its handle, and the count that keeps it loaded.
+// The server's module handle and lock count.
 #pragma once
 
 #include <atomic>
@@ -10,7 +10,7 @@ namespace vblur {
 
 HMODULE ServerModule();
 
-// One for every factory, every lock of the server and every effect.
+// Counts factories, LockServer calls, effects and tools.
 std::atomic<std::int32_t>& ServerLocks();
 
 }  // namespace vblur

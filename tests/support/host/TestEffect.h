@@ -78,7 +78,7 @@ class TestEffect : public CDSImageMIEffect {
     frame.field = hostField;
     frame.blur = GetValueDirect(PropertyOf(PropertyId::Blur).guid, blur_, time);
     frame.outputSize = outputImage->Size();
-    DSContentGetProperty(kProjectUserSizeY, frame.userHeight);
+    if (effectHost) effectHost->ContentProperty(kProjectUserSizeY, frame.userHeight);
     frame.hasInput2 = input2Image != nullptr;
     if (inputImage) {
       frame.inputOrigin = coordMan->PixelOrigin(*inputImage);
