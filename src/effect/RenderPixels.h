@@ -5,6 +5,7 @@
 #include "effect/Blur.h"
 #include "effect/FrameStages.h"
 #include "effect/FrameTextures.h"
+#include "effect/ProjectSizes.h"
 
 namespace vblur {
 
