@@ -30,12 +30,12 @@ class ChartCommand : public Command {
     CheckOptions(pattern);
     const host::FrameRange frames = frames_.value_or(host::FrameRange{});
     for (std::int64_t i = 0; i < frames.count(); ++i) {
-      host::RequireWritable(pattern.FileName(static_cast<std::int32_t>(frames.first + i * frames.step)), overwrite_);
+      host::RequireWritable(pattern.FileName(frames.FrameAt(i)), overwrite_);
     }
     host::HostImage chart;
     host::PictureWriter writer;
     for (std::int64_t i = 0; i < frames.count(); ++i) {
-      const auto frame = static_cast<std::int32_t>(frames.first + i * frames.step);
+      const auto frame = frames.FrameAt(i);
       host::DrawTestChart(chart, depth_, size_[0], size_[1], frame);
       writer.Write(pattern.FileName(frame), chart, nullptr, overwrite_);
     }
@@ -44,16 +44,15 @@ class ChartCommand : public Command {
 
  private:
   void CheckOptions(const host::FramePattern& pattern) const {
-    const auto refuse = [](const std::string& message) { throw host::Failure(host::ExitCode::WrongUsage, message); };
     host::OutputFormatOf(pattern.FileName(0));
-    if (depth_ != 8 && depth_ != 16) refuse("--depth: expected 8 or 16, found " + std::to_string(depth_));
-    if (size_[0] < 1 || size_[1] < 1) refuse("--size: expected at least 1x1");
+    if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
+    if (size_[0] < 1 || size_[1] < 1) host::Refuse("--size", "expected at least 1x1");
     if (std::int64_t{4} * size_[0] > host::HostImage::kMostComponents / size_[1]) {
-      refuse("--size: more than 2^31 components (4 a pixel)");
+      host::Refuse("--size", "more than 2^31 components (4 a pixel)");
     }
-    if (pattern.hasNumber() && !frames_) refuse(file_ + ": holds a frame number, so --frames was expected");
+    if (pattern.hasNumber() && !frames_) host::Refuse(file_, "holds a frame number, so --frames was expected");
     if (!pattern.hasNumber() && frames_ && frames_->count() > 1) {
-      refuse(file_ + ": several frames need a number such as %04d or #### in the name");
+      host::Refuse(file_, "several frames need a number such as %04d or #### in the name");
     }
   }
 

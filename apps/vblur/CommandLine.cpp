@@ -75,6 +75,19 @@ std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
   return host::UnknownName("option", unknown, names) + HelpHint(command);
 }
 
+// What the user can do about a failure with the options that the command has.
+std::string Advice(const CLI::App& command, const host::Failure& failure) {
+  if (failure.kind() != host::FailureKind::FileExists) return {};
+  std::string advice;
+  const auto offer = [&](const char* option, const char* effect) {
+    if (command.get_option_no_throw(option) == nullptr) return;
+    advice += std::string(advice.empty() ? "; give " : " or ") + option + effect;
+  };
+  offer("--overwrite", " to replace it");
+  offer("--skip-existing", " to leave it");
+  return advice;
+}
+
 class Program {
  public:
   Program() : app_("Blurs and sharpens pictures and sequences of pictures.", "vblur") {
@@ -110,7 +123,7 @@ class Program {
     }
     ApplyGlobalOptions(global_, terminal_);
     for (const auto& command : commands_) {
-      if (command->app()->parsed()) return command->Run(global_, terminal_);
+      if (command->app()->parsed()) return RunCommand(*command);
     }
     return ExitCode::WrongUsage;
   }
@@ -123,6 +136,14 @@ class Program {
       if (command->app()->parsed()) return *command->app();
     }
     return app_;
+  }
+
+  ExitCode RunCommand(Command& command) {
+    try {
+      return command.Run(global_, terminal_);
+    } catch (const host::Failure& failure) {
+      throw host::Failure(failure.code(), failure.what() + Advice(*command.app(), failure), failure.kind());
+    }
   }
 
   std::string Describe(const CLI::ParseError& error) const {

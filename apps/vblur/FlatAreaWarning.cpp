@@ -22,7 +22,7 @@ std::set<double> UsedSizes(const host::Job& job) {
   const bool animated = setting && std::holds_alternative<host::Curve>(*setting);
   std::set<double> sizes;
   for (std::int64_t i = 0; i < (animated ? frames.count() : 1); ++i) {
-    const auto frame = static_cast<std::int32_t>(frames.first + i * frames.step);
+    const auto frame = frames.FrameAt(i);
     sizes.insert(std::max(0.0, job.properties.ValueAt(blur, host::FrameTime(job, frame))));
   }
   return sizes;

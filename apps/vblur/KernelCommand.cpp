@@ -42,12 +42,11 @@ class KernelCommand : public Command {
 
  private:
   void CheckOptions() const {
-    const auto refuse = [](const std::string& message) { throw host::Failure(host::ExitCode::WrongUsage, message); };
     host::OutputFormatOf(output_);
-    if (depth_ != 8 && depth_ != 16) refuse("--depth: expected 8 or 16, found " + std::to_string(depth_));
+    if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
     if (blur_ < kBlur.minimum || blur_ > kBlur.maximum) {
-      refuse("--blur: expected " + host::FormatNumber(kBlur.minimum) + " to " + host::FormatNumber(kBlur.maximum) +
-             ", found " + host::FormatNumber(blur_));
+      host::Refuse("--blur", "expected " + host::FormatNumber(kBlur.minimum) + " to " +
+                                 host::FormatNumber(kBlur.maximum) + ", found " + host::FormatNumber(blur_));
     }
   }
 

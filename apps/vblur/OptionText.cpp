@@ -13,10 +13,8 @@ namespace vblur::cli {
 
 namespace {
 
-[[noreturn]] void Refuse(std::string_view option, std::string_view text, const std::string& expected) {
-  std::string message(option);
-  message += ": expected " + expected + ", found " + host::Quoted(text);
-  throw host::Failure(host::ExitCode::WrongUsage, message);
+[[noreturn]] void RefuseText(std::string_view option, std::string_view text, const std::string& expected) {
+  host::Refuse(option, "expected " + expected + ", found " + host::Quoted(text));
 }
 
 template <typename Number>
@@ -50,13 +48,13 @@ bool ReadAll(std::string_view text, char separator, std::array<Number, kCount>& 
 
 double ParseNumber(std::string_view option, std::string_view text) {
   double number = 0.0;
-  if (!Read(text, number) || !std::isfinite(number)) Refuse(option, text, "a finite number");
+  if (!Read(text, number) || !std::isfinite(number)) RefuseText(option, text, "a finite number");
   return number;
 }
 
 std::int32_t ParseWhole(std::string_view option, std::string_view text) {
   std::int32_t number = 0;
-  if (!Read(text, number)) Refuse(option, text, "a whole number");
+  if (!Read(text, number)) RefuseText(option, text, "a whole number");
   return number;
 }
 
@@ -74,7 +72,7 @@ std::int64_t ParseBytes(std::string_view option, std::string_view text) {
   }
   std::int64_t number = 0;
   if (!Read(digits, number) || number < 1 || number > kMost / unit) {
-    Refuse(option, text, "a number of bytes such as 512M or 2G");
+    RefuseText(option, text, "a number of bytes such as 512M or 2G");
   }
   return number * unit;
 }
@@ -82,7 +80,7 @@ std::int64_t ParseBytes(std::string_view option, std::string_view text) {
 std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text) {
   std::array<double, 2> pair{};
   if (!ReadAll(text, ',', pair) || !std::isfinite(pair[0]) || !std::isfinite(pair[1])) {
-    Refuse(option, text, "two finite numbers such as 0.5,0.5");
+    RefuseText(option, text, "two finite numbers such as 0.5,0.5");
   }
   return pair;
 }
@@ -90,14 +88,14 @@ std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view 
 std::array<std::int32_t, 2> ParseWholePair(std::string_view option, std::string_view text, char separator) {
   std::array<std::int32_t, 2> pair{};
   if (!ReadAll(text, separator, pair)) {
-    Refuse(option, text, std::string("two whole numbers such as 640") + separator + "480");
+    RefuseText(option, text, std::string("two whole numbers such as 640") + separator + "480");
   }
   return pair;
 }
 
 std::array<std::int32_t, 4> ParseWholeFour(std::string_view option, std::string_view text) {
   std::array<std::int32_t, 4> four{};
-  if (!ReadAll(text, ',', four)) Refuse(option, text, "four whole numbers such as 0,0,640,480");
+  if (!ReadAll(text, ',', four)) RefuseText(option, text, "four whole numbers such as 0,0,640,480");
   return four;
 }
 
@@ -108,7 +106,7 @@ std::size_t ParseChoice(std::string_view option, std::string_view text, std::spa
     if (i > 0) expected += i + 1 == words.size() ? " or " : ", ";
     expected += words[i];
   }
-  Refuse(option, text, expected);
+  RefuseText(option, text, expected);
 }
 
 CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::string& form, const std::string& help,

@@ -53,7 +53,7 @@ class RenderCommand : public Command {
  private:
   void CheckPictures() {
     if (job_.mask && job_.mask->file.empty()) {
-      throw host::Failure(host::ExitCode::WrongUsage, "--mask-offset: there is no mask, expected --mask FILE too");
+      host::Refuse("--mask-offset", "there is no mask, expected --mask FILE too");
     }
     // Options that give a place give it to all clips.
     if (job_.input2) job_.input2->origin = job_.input->origin;

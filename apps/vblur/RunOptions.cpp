@@ -14,7 +14,7 @@ void SetThreads(GlobalOptions& options, const std::string& text) {
   constexpr std::int32_t kMost = 1024;
   const std::int32_t threads = ParseWhole("--threads", text);
   if (threads < 1 || threads > kMost) {
-    throw host::Failure(host::ExitCode::WrongUsage, "--threads: expected 1 to 1024, found " + text);
+    host::Refuse("--threads", "expected 1 to 1024, found " + text);
   }
   options.threads = threads;
 }
@@ -23,7 +23,7 @@ void SetFramesInFlight(host::RenderOptions& options, const std::string& text) {
   constexpr std::int32_t kMost = 256;
   const std::int32_t frames = ParseWhole("--frames-in-flight", text);
   if (frames < 1 || frames > kMost) {
-    throw host::Failure(host::ExitCode::WrongUsage, "--frames-in-flight: expected 1 to 256, found " + text);
+    host::Refuse("--frames-in-flight", "expected 1 to 256, found " + text);
   }
   options.framesInFlight = frames;
 }

@@ -62,10 +62,10 @@ class SheetCommand : public Command {
 
  private:
   void CheckOptions() {
-    const auto refuse = [](const std::string& message) { throw host::Failure(host::ExitCode::WrongUsage, message); };
     host::OutputFormatOf(output_);
-    if (depth_ && *depth_ != 8 && *depth_ != 16) refuse("--depth: expected 8 or 16, found " + std::to_string(*depth_));
-    if (!second_.empty() && request_.kind != host::SheetKind::Ramps) refuse("--to: goes with --of ramps only");
+    if (depth_ && *depth_ != 8 && *depth_ != 16)
+      host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(*depth_));
+    if (!second_.empty() && request_.kind != host::SheetKind::Ramps) host::Refuse("--to", "goes with --of ramps only");
     for (const Property& property : kProperties) {
       if (app()->count("--" + host::OptionName(property)) > 0) request_.given.insert(property.id);
     }

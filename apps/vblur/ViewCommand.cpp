@@ -8,6 +8,7 @@
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "host/base/NameMatch.h"
+#include "host/base/RealPaths.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "host/jobs/JobCheck.h"
@@ -19,10 +20,6 @@
 namespace vblur::cli {
 
 namespace {
-
-[[noreturn]] void Refuse(const std::string& message) {
-  throw host::Failure(host::ExitCode::WrongUsage, message);
-}
 
 std::string PageChoice() {
   std::string names;
@@ -48,7 +45,7 @@ class ViewCommand : public Command {
                   [this](const std::string& text) { view_.pan = ParseNumberPair("--pan", text); });
     AddTextOption(*app(), "--size", "WxH", "Size of the view [the frame's]", [this](const std::string& text) {
       view_.size = ParseWholePair("--size", text, 'x');
-      if ((*view_.size)[0] < 1 || (*view_.size)[1] < 1) Refuse("--size: expected at least 1x1, found " + text);
+      if ((*view_.size)[0] < 1 || (*view_.size)[1] < 1) host::Refuse("--size", "expected at least 1x1, found " + text);
     });
     app()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
     AddTextOption(*app(), "--pen", "FILE", "What the pen does first, one event a line",
@@ -86,7 +83,7 @@ class ViewCommand : public Command {
   void SetZoom(double zoom) {
     using View = host::ViewGeometry;
     if (!(zoom >= View::kLeastZoom && zoom <= View::kMostZoom)) {
-      Refuse("--zoom: expected 1/64 to 64, found " + host::FormatNumber(zoom));
+      host::Refuse("--zoom", "expected 1/64 to 64, found " + host::FormatNumber(zoom));
     }
     view_.zoom = zoom;
   }
@@ -99,11 +96,13 @@ class ViewCommand : public Command {
 
   // Before anything is rendered; no name may be written twice.
   void CheckFiles(const std::vector<host::PenEvent>& events) const {
+    host::RealPaths paths;
     std::set<std::filesystem::path> names;
     const auto check = [&](const std::string& place, const std::filesystem::path& file) {
       host::RequireWritable(file, overwrite_);
-      if (!names.insert(std::filesystem::absolute(file).lexically_normal()).second) {
-        Refuse(place + ": expected another name, " + host::Quoted(file.string()) + " is written by this run already");
+      if (!names.insert(paths.Of(file)).second) {
+        host::Refuse(place,
+                     "expected another name, " + host::Quoted(file.string()) + " is written by this run already");
       }
     };
     host::OutputFormatOf(output_);

@@ -1,8 +1,10 @@
-// How the stand-alone host reports what it cannot do: one clear line and the exit code it leads to.
+// How the host reports what it cannot do: one line, and the exit code that it leads to.
 #pragma once
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace vblur::host {
 
@@ -16,20 +18,34 @@ enum class ExitCode : int {
   Interrupted = 130,
 };
 
-// The message is one line that says what, where and what was expected, and ends without a period
-// or a line break.
+// Causes that a program can advise on. The advice is the program's: the library does not know its options.
+enum class FailureKind { Other, FileExists };
+
+// The message is one line with the cause: what, where, what was expected. No period, no line break, no advice.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode code, const std::string& message) : std::runtime_error(message), code_(code) {}
+  Failure(ExitCode code, const std::string& message, FailureKind kind = FailureKind::Other)
+      : std::runtime_error(message), code_(code), kind_(kind) {}
   ExitCode code() const { return code_; }
+  FailureKind kind() const { return kind_; }
 
  private:
   ExitCode code_;
+  FailureKind kind_;
 };
 
-// Throws a Failure that begins with the place: a file, an option, a field.
-[[noreturn]] inline void Refuse(ExitCode code, const std::string& place, const std::string& why) {
-  throw Failure(code, place + ": " + why);
+// Throw a Failure that begins with the place: a file, an option, a field. Without a code: wrong usage.
+[[noreturn]] inline void Refuse(ExitCode code, std::string_view place, const std::string& why) {
+  throw Failure(code, std::string(place) + ": " + why);
+}
+[[noreturn]] inline void Refuse(std::string_view place, const std::string& why) {
+  Refuse(ExitCode::WrongUsage, place, why);
+}
+[[noreturn]] inline void RefuseToRead(const std::filesystem::path& file, const std::string& why) {
+  Refuse(ExitCode::CannotRead, file.string(), "cannot read: " + why);
+}
+[[noreturn]] inline void RefuseToWrite(const std::filesystem::path& file, const std::string& why) {
+  Refuse(ExitCode::CannotWrite, file.string(), "cannot write: " + why);
 }
 
 }  // namespace vblur::host

@@ -32,7 +32,7 @@ void OutputFileCommit::Commit() {
   if (std::filesystem::is_regular_file(old)) std::filesystem::permissions(written_, old.permissions(), error);
   error.clear();
   std::filesystem::rename(written_, target_, error);
-  if (error) throw Failure(ExitCode::CannotWrite, target_.string() + ": cannot write: " + error.message());
+  if (error) RefuseToWrite(target_, error.message());
   committed_ = true;
 }
 

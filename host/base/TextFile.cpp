@@ -13,9 +13,7 @@ namespace vblur::host {
 
 std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind) {
   constexpr std::size_t kLargest = std::size_t{16} << 20;
-  const auto fail = [&](const std::string& reason) {
-    throw Failure(ExitCode::CannotRead, path.string() + ": " + reason);
-  };
+  const auto fail = [&](const std::string& reason) { Refuse(ExitCode::CannotRead, path.string(), reason); };
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) fail("is a directory, expected a " + kind);
   errno = 0;
@@ -34,7 +32,7 @@ std::string ReadTextFile(const std::filesystem::path& path, const std::string& k
 void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind) {
   const auto fail = [&] {
     const std::string reason = errno == 0 ? "the system reports an error" : std::strerror(errno);
-    throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write the " + kind + ": " + reason);
+    Refuse(ExitCode::CannotWrite, path.string(), "cannot write the " + kind + ": " + reason);
   };
   OutputFileCommit commit(path);
   errno = 0;

@@ -36,10 +36,6 @@ constexpr std::array<OutputFormat, 11> kFormats = {{
     {"hdr", "hdr", false, kFloat, kFloat, true, kAnySide},
 }};
 
-[[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {
-  throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write: " + why);
-}
-
 std::string Extension(const std::filesystem::path& path) {
   std::string extension = path.extension().string();
   if (!extension.empty()) extension.erase(0, 1);
@@ -66,22 +62,24 @@ const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
     if (!known.empty()) known += ' ';
     known += format.extensions;
   }
-  throw Failure(ExitCode::WrongUsage,
-                path.string() + ": cannot write: " +
-                    (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +
-                    ", one of these was expected: " + known);
+  Refuse(path.string(),
+         "cannot write: " +
+             (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +
+             ", one of these was expected: " + known);
 }
 
 void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   std::error_code error;
   const auto folder = path.parent_path().empty() ? std::filesystem::path(".") : path.parent_path();
-  if (!std::filesystem::is_directory(folder, error)) Refuse(path, "the folder " + folder.string() + " does not exist");
+  if (!std::filesystem::is_directory(folder, error))
+    RefuseToWrite(path, "the folder " + folder.string() + " does not exist");
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) return;
-  if (std::filesystem::is_directory(status)) Refuse(path, "it is a folder, a file name was expected");
-  if (!std::filesystem::is_regular_file(status)) Refuse(path, "not a regular file");
+  if (std::filesystem::is_directory(status)) RefuseToWrite(path, "it is a folder, a file name was expected");
+  if (!std::filesystem::is_regular_file(status)) RefuseToWrite(path, "not a regular file");
   if (!overwrite) {
-    Refuse(path, "the file exists already; give --overwrite to replace it or --skip-existing to leave it");
+    throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write: the file exists already",
+                  FailureKind::FileExists);
   }
 }
 
@@ -105,7 +103,7 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
   const OutputFormat& format = OutputFormatOf(path);
   RequireWritable(path, overwrite);
   if (std::max(image.width(), image.height()) > format.mostPixels) {
-    Refuse(path, "a picture of this format has at most " + std::to_string(format.mostPixels) + " pixels a side");
+    RefuseToWrite(path, "a picture of this format has at most " + std::to_string(format.mostPixels) + " pixels a side");
   }
   const SampleKind kind = format.SamplesAt(image.depth());
   const int channels = format.hasAlpha ? 4 : 3;
@@ -114,7 +112,7 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
   try {
     samples_.resize(rowBytes * static_cast<std::size_t>(image.height()));
   } catch (const std::bad_alloc&) {
-    Refuse(path, "not enough memory");
+    RefuseToWrite(path, "not enough memory");
   }
   for (std::int32_t y = 0; y < image.height(); ++y) {
     WriteColourRow(image.Row(image.height() - 1 - y), image.depth(),

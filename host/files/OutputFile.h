@@ -29,8 +29,8 @@ struct OutputFormat {
 // known extensions.
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 
-// Throws Failure (cannot write) when a file of this name cannot be made: its folder is missing, the name
-// is that of something else than a file, or a file stands there and `overwrite` is not set.
+// Throws Failure (cannot write) when the file cannot be written: its folder is missing, the name is taken by
+// something other than a file, or by a file while `overwrite` is not set (FailureKind::FileExists).
 void RequireWritable(const std::filesystem::path& path, bool overwrite);
 
 class OutputFileCommit;

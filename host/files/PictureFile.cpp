@@ -18,9 +18,8 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, std::int32_t 
     into.Reset(depth, components, info.width, info.height);
     samples_.resize(rowBytes * static_cast<std::size_t>(info.height));
   } catch (const std::bad_alloc&) {
-    throw Failure(ExitCode::CannotRead, path.string() + ": cannot read: not enough memory for " +
-                                            std::to_string(info.width) + " x " + std::to_string(info.height) +
-                                            " pixels");
+    RefuseToRead(
+        path, "not enough memory for " + std::to_string(info.width) + " x " + std::to_string(info.height) + " pixels");
   }
   source->ReadSamples(samples_.data(), stop_);
   for (std::int32_t y = 0; y < info.height; ++y) {

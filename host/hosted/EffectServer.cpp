@@ -55,8 +55,8 @@ ComPtr<IDSImageEffect> EffectServer::CreateEffect() const {
   ComPtr<IDSImageEffect> effect;
   if (result == kOk) result = factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive());
   if (result == kOk) return effect;
-  throw Failure(ExitCode::SomeFramesFailed,
-                file_.string() + ": the server cannot make the effect (" + FormatResult(result) + ")");
+  Refuse(ExitCode::SomeFramesFailed, file_.string(),
+         "the server cannot make the effect (" + FormatResult(result) + ")");
 }
 
 std::filesystem::path DefaultServerFile() {

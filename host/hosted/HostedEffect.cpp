@@ -30,10 +30,6 @@ std::string Describe(const Curve& curve) {
   return std::to_string(curve.keys.size()) + " keys";
 }
 
-[[noreturn]] void Refuse(const std::string& what) {
-  throw Failure(ExitCode::WrongUsage, what);
-}
-
 }  // namespace
 
 const GUID& FamilyOf(EffectKind kind) {
@@ -54,7 +50,7 @@ HostedEffect::HostedEffect(ComPtr<IDSImageEffect> effect, CallTrace* trace, std:
       facts_(effect_.As<IVBlurFacts>()),
       trace_(trace),
       name_(std::move(name)) {
-  if (!effect_ || !properties_) Refuse("the effect has no properties");
+  if (!effect_ || !properties_) throw Failure(ExitCode::WrongUsage, "the effect has no properties");
 }
 
 template <typename Call>
@@ -76,13 +72,17 @@ HostedEffect HostedEffect::Clone(const std::string& name) const {
 void HostedEffect::UseAs(EffectKind kind) {
   tagDSFxInfo info;
   info.record = kDSFxInfoRecord;
-  if (Made("GetInfo", "", [&] { return effect_->GetInfo(&info); }) != kOk) Refuse("the effect does not say what it is");
+  if (Made("GetInfo", "", [&] { return effect_->GetInfo(&info); }) != kOk) {
+    throw Failure(ExitCode::WrongUsage, "the effect does not say what it is");
+  }
   tagDSImgFxInfo use;
   use.record = kDSImgFxInfoRecord;
   use.family = FamilyOf(kind);
   const HRESULT result =
       Made("GetImageEffectInfo", FormatGuid(use.family), [&] { return effect_->GetImageEffectInfo(&use); });
-  if (result != kOk) Refuse("the effect cannot be used as kind " + std::to_string(static_cast<int>(kind)));
+  if (result != kOk) {
+    throw Failure(ExitCode::WrongUsage, "the effect cannot be used as kind " + std::to_string(static_cast<int>(kind)));
+  }
 }
 
 void HostedEffect::PutProperties(const PropertyStore& properties) {
@@ -105,7 +105,7 @@ void HostedEffect::PutProperty(const Property& property, const PropertyStore::Se
     result =
         Made("PutCurve", name + ", " + Describe(*curve), [&] { return properties_->PutCurve(property.guid, *curve); });
   }
-  if (result != kOk) Refuse(name + ": the effect does not take this property");
+  if (result != kOk) Refuse(name, "the effect does not take this property");
 }
 
 PropertyStore HostedEffect::Properties() const {
@@ -194,9 +194,10 @@ BlurSizeFacts HostedEffect::DescribeBlurSize(double blur) const {
 
 void HostedEffect::SetCpuLevel(const std::string& level) {
   const auto process = effect_.As<IVBlurProcess>();
-  if (!process) Refuse("the effect has no levels to choose from");
+  if (!process) throw Failure(ExitCode::WrongUsage, "the effect has no CPU levels to choose from");
   if (process->SetCpuLevel(level.c_str()) == kOk) return;
-  Refuse("--cpu: expected one of these: " + std::string(process->GetCpuLevels()) + "; found " + Quoted(level));
+  throw Failure(ExitCode::WrongUsage, "unknown CPU level " + Quoted(level) +
+                                          ", expected one of these: " + std::string(process->GetCpuLevels()));
 }
 
 void HostedEffect::SetRenderThreads(std::int32_t count) {

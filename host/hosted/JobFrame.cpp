@@ -15,17 +15,17 @@ void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
   const auto width = job.output.width.value_or(input ? input->width() : 0);
   const auto height = job.output.height.value_or(input ? input->height() : 0);
   if (std::int64_t{4} * width > HostImage::kMostComponents / std::max(1, height)) {
-    throw Failure(ExitCode::WrongUsage, "output: " + std::to_string(width) + " x " + std::to_string(height) +
-                                            " pixels are more than 2^31 components (4 a pixel)");
+    Refuse("output", std::to_string(width) + " x " + std::to_string(height) +
+                         " pixels are more than 2^31 components (4 a pixel)");
   }
   output.Reset(depth, 4, width, height);
   output.Place(job.output);
   if (!initial) return output.Clear();
   const HostImage& image = initial->image;
   if (image.width() != width || image.height() != height) {
-    throw Failure(ExitCode::WrongUsage, initial->file.string() + ": " + std::to_string(image.width()) + " x " +
-                                            std::to_string(image.height()) + " pixels, expected the output's " +
-                                            std::to_string(width) + " x " + std::to_string(height));
+    Refuse(initial->file.string(), std::to_string(image.width()) + " x " + std::to_string(image.height()) +
+                                       " pixels, expected the output's " + std::to_string(width) + " x " +
+                                       std::to_string(height));
   }
   std::memcpy(output.FirstPixel(), image.FirstPixel(), output.byteCount());
 }

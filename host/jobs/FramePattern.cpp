@@ -53,8 +53,7 @@ FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
     } else if (rest[0] == '%') {
       const auto number = ReadPercentNumber(rest);
       if (!number) {
-        throw Failure(ExitCode::WrongUsage,
-                      Quoted(pattern_) + ": expected %d, %04d or the like behind a %, or %% " + "for a percent sign");
+        Refuse(Quoted(pattern_), "expected %d, %04d or the like behind a %, or %% for a percent sign");
       }
       SetWidth(number->width);
       at += number->length;
@@ -69,9 +68,9 @@ FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
 }
 
 void FramePattern::SetWidth(int width) {
-  if (hasNumber()) throw Failure(ExitCode::WrongUsage, Quoted(pattern_) + ": expected one frame number, found two");
+  if (hasNumber()) Refuse(Quoted(pattern_), "expected one frame number, found two");
   if (width > kWidest) {
-    throw Failure(ExitCode::WrongUsage, Quoted(pattern_) + ": expected a frame number of at most 32 digits");
+    Refuse(Quoted(pattern_), "expected a frame number of at most 32 digits");
   }
   width_ = width;
 }

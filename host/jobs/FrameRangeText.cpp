@@ -12,7 +12,7 @@ namespace vblur::host {
 namespace {
 
 [[noreturn]] void RefuseRange(std::string_view text, const std::string& expected) {
-  throw Failure(ExitCode::WrongUsage, "frames: expected " + expected + ", found " + Quoted(text));
+  Refuse("frames", "expected " + expected + ", found " + Quoted(text));
 }
 
 // Reads numbers and marks off the front of a text.

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <set>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -14,17 +13,15 @@
 #include "host/base/NameMatch.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/FrameRangeText.h"
+#include "host/jobs/JobFiles.h"
 #include "host/properties/PropertyText.h"
 
 namespace vblur::host {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-[[noreturn]] void Refuse(std::string_view where, const std::string& problem) {
-  throw Failure(ExitCode::WrongUsage, std::string(where) + ": " + problem);
-}
+// Every file name of a job is looked at before the first frame.
+constexpr std::int64_t kMostFrames = 1'000'000;
 
 void CheckFinite(std::string_view where, double value) {
   if (!std::isfinite(value)) Refuse(where, "expected a finite number, found " + FormatNumber(value));
@@ -107,20 +104,6 @@ void CheckFrames(const FrameRange& frames) {
   CheckAtLeastOne("frame step", frames.step);
 }
 
-// One file that the job reads.
-struct Source {
-  std::string_view field;
-  const std::string* file;
-};
-
-std::vector<Source> Sources(const Job& job) {
-  std::vector<Source> sources;
-  if (job.input) sources.push_back({"input", &job.input->file});
-  if (job.input2) sources.push_back({"input2", &job.input2->file});
-  if (job.mask) sources.push_back({"mask", &job.mask->file});
-  return sources;
-}
-
 FramePattern Pattern(std::string_view field, const std::string& file) {
   try {
     return FramePattern(file);
@@ -130,7 +113,7 @@ FramePattern Pattern(std::string_view field, const std::string& file) {
 }
 
 void CheckNumbers(const Job& job) {
-  std::vector<Source> files = Sources(job);
+  std::vector<JobSource> files = SourcesOf(job);
   files.push_back({"output", &job.output.file});
   if (job.output.initial) files.push_back({"output/initial", &*job.output.initial});
   for (const auto& [field, file] : files) {
@@ -139,6 +122,9 @@ void CheckNumbers(const Job& job) {
     }
   }
   const FrameRange frames = ResolveFrames(job);
+  if (frames.count() > kMostFrames) {
+    Refuse("frames", std::to_string(frames.count()) + " frames, expected at most " + std::to_string(kMostFrames));
+  }
   if (frames.count() > 1 && !FramePattern(job.output.file).hasNumber()) {
     Refuse("output", std::to_string(frames.count()) + " frames would all be written to " + Quoted(job.output.file) +
                          ", expected a file name with a frame number such as out.%04d.exr");
@@ -154,66 +140,6 @@ void CheckNeeds(const Job& job) {
   if (job.mask && !job.input) Refuse("mask", "lies relative to the input, expected an input too");
   if (!job.input && !(job.output.width && job.output.height)) {
     Refuse("output", "expected width and height, since there is no input to take them from");
-  }
-}
-
-fs::path Resolved(const Job& job, const std::string& name) {
-  std::error_code ignored;  // what cannot be looked up is compared by name
-  const fs::path path = job.folder / name;
-  const fs::path resolved = fs::weakly_canonical(path, ignored);
-  return resolved.empty() ? path.lexically_normal() : resolved;
-}
-
-// Adds the range's first frame from a number on; a number before the range adds none.
-void AddFrom(std::set<std::int32_t>& frames, const FrameRange& range, std::int64_t from) {
-  if (from < range.first) return;
-  const std::int64_t steps = (from - range.first + range.step - 1) / range.step;
-  const std::int64_t frame = range.first + steps * range.step;
-  if (frame <= range.last) frames.insert(static_cast<std::int32_t>(frame));
-}
-
-// The frames whose numbers the digits of a file name can be read as, with either sign.
-void AddNumbersIn(std::set<std::int32_t>& frames, const FrameRange& range, std::string_view name) {
-  constexpr std::size_t kMostDigits = 10;
-  for (std::size_t from = 0; from < name.size(); ++from) {
-    std::int64_t number = 0;
-    for (std::size_t at = from; at < std::min(name.size(), from + kMostDigits); ++at) {
-      if (name[at] < '0' || name[at] > '9') break;
-      number = number * 10 + (name[at] - '0');
-      AddFrom(frames, range, number);
-      AddFrom(frames, range, -number);
-    }
-  }
-}
-
-// Frames that tell whether an output is ever one of the sources. Two sequences meet in all frames with
-// numbers of one length and sign or in none of them; a single picture is met in the frame whose number its
-// name holds.
-std::set<std::int32_t> TellingFrames(const Job& job) {
-  const FrameRange range = ResolveFrames(job);
-  std::set<std::int32_t> frames;
-  AddFrom(frames, range, range.first);
-  AddFrom(frames, range, 0);
-  for (std::int64_t power = 1; power <= 1'000'000'000; power *= 10) {
-    AddFrom(frames, range, power);
-    AddFrom(frames, range, -power * 10 + 1);
-  }
-  for (const Source& source : Sources(job)) {
-    const FramePattern pattern(*source.file);
-    if (!pattern.hasNumber()) AddNumbersIn(frames, range, Resolved(job, pattern.FileName(0)).string());
-  }
-  return frames;
-}
-
-void CheckOutputIsNoInput(const Job& job) {
-  const FramePattern output(job.output.file);
-  for (const std::int32_t frame : TellingFrames(job)) {
-    const fs::path written = Resolved(job, output.FileName(frame));
-    for (const Source& source : Sources(job)) {
-      if (Resolved(job, FramePattern(*source.file).FileName(frame)) != written) continue;
-      Refuse("output", Quoted(output.FileName(frame)) + " is the picture that " + std::string(source.field) +
-                           " is read from, expected another file");
-    }
   }
 }
 
@@ -267,7 +193,7 @@ void CheckJob(const Job& job, const JobCheckOptions& options) {
   CheckValues(job);
   CheckNeeds(job);
   CheckNumbers(job);
-  if (!options.outputMayBeInput) CheckOutputIsNoInput(job);
+  CheckOutputFiles(job, ResolveFrames(job), options.outputMayBeInput);
 }
 
 }  // namespace vblur::host

@@ -26,15 +26,14 @@ bool NeedsInput(EffectKind kind);
 void CheckValues(const Job& job);
 
 struct JobCheckOptions {
-  // Whether a frame may replace a picture that the job reads. `initial` may always be replaced: it is
-  // what the output held.
+  // Whether a frame may replace a picture that the job reads. `initial` may always be replaced.
   bool outputMayBeInput = false;
 };
 
 // CheckValues, and refuses what does not go together: pictures that the kind of use needs and that are
-// not there, a mask without an input, no size for the output, frame numbers in file names without frames,
-// several frames into one file, an output that is one of the inputs. Inputs and `initial` without a number
-// serve every frame. Throws Failure (wrong usage) that names the field.
+// missing, a mask without an input, no size for the output, frame numbers in file names without frames, more than
+// 1,000,000 frames, several frames written to one file, an output that is one of the inputs. Inputs and `initial`
+// without a number serve every frame. Throws Failure (wrong usage) that names the field.
 void CheckJob(const Job& job, const JobCheckOptions& options = {});
 
 }  // namespace vblur::host

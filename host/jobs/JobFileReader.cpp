@@ -166,7 +166,7 @@ Job ReadJobFile(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.parent_path();
     return ParseJob(text, folder.empty() ? "." : folder);
   } catch (const Failure& failure) {
-    throw Failure(failure.code(), path.string() + ": " + failure.what());
+    Refuse(failure.code(), path.string(), failure.what());
   }
 }
 

@@ -119,8 +119,8 @@ void Rebase(Job& job, const fs::path& folder) {
 std::string FormatJob(const Job& job) {
   CheckValues(job);
   if (job.frames && job.frames->step != 1) {
-    throw Failure(ExitCode::WrongUsage, "frames: a job file holds every frame from the first to the last, found " +
-                                            FormatFrameRange(*job.frames) + ", expected a range without a step");
+    Refuse("frames", "a job file holds every frame from the first to the last, found " + FormatFrameRange(*job.frames) +
+                         ", expected a range without a step");
   }
   try {
     return LayoutJson(JobToJson(job));

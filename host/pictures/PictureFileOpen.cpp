@@ -11,10 +11,6 @@ namespace vblur::host {
 
 namespace {
 
-[[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {
-  throw Failure(ExitCode::CannotRead, path.string() + ": cannot read: " + why);
-}
-
 std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::filesystem::path& path,
                                           std::string& message) {
   auto file = OIIO::ImageInput::create(format);
@@ -46,7 +42,7 @@ std::unique_ptr<OIIO::ImageInput> OpenAnyFormat(const std::filesystem::path& pat
   for (const char* format : kKnownByContent) {
     if (auto file = TryOpen(format, path, other)) return file;
   }
-  Refuse(path, "not a picture, or a damaged one (" + LibraryMessage(message, "unknown format") + ")");
+  RefuseToRead(path, "not a picture, or a damaged one (" + LibraryMessage(message, "unknown format") + ")");
 }
 
 bool IsNamed(const OIIO::ImageSpec& spec, std::size_t channel, std::string_view name) {
@@ -84,12 +80,12 @@ SampleKind KindOf(const OIIO::TypeDesc& type) {
 
 void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec) {
   const std::string size = std::to_string(spec.width) + " x " + std::to_string(spec.height) + " pixels";
-  if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) Refuse(path, "it has no pixels (" + size + ")");
-  if (spec.depth > 1) Refuse(path, "it is a volume, a flat picture was expected");
-  if (spec.deep) Refuse(path, "it holds deep samples, a flat picture was expected");
+  if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) RefuseToRead(path, "it has no pixels (" + size + ")");
+  if (spec.depth > 1) RefuseToRead(path, "it is a volume, a flat picture was expected");
+  if (spec.deep) RefuseToRead(path, "it holds deep samples, a flat picture was expected");
   const std::int64_t components = std::int64_t{std::max(4, spec.nchannels)} * spec.width;
   if (components > HostImage::kMostComponents / spec.height) {
-    Refuse(path, size + " are more than 2^31 components (4 a pixel)");
+    RefuseToRead(path, size + " are more than 2^31 components (4 a pixel)");
   }
 }
 

@@ -39,8 +39,7 @@ void OpenedPicture::ReadSamples(std::byte* samples, const StopTest& stop) {
   if (stop && stop()) throw FileInterrupted{};
   const std::string message = picture_.file->geterror();
   if (done && !WasCutShort(message)) return;
-  throw Failure(ExitCode::CannotRead, path_.string() + ": cannot read: the picture is damaged or cut short (" +
-                                          LibraryMessage(message, "its pixels end early") + ")");
+  RefuseToRead(path_, "the picture is damaged or cut short (" + LibraryMessage(message, "its pixels end early") + ")");
 }
 
 ReadPicture OpenedPicture::Facts() const {

@@ -80,9 +80,7 @@ class Writing {
   }
 
  private:
-  [[noreturn]] void Refuse(const std::string& why) const {
-    throw Failure(ExitCode::CannotWrite, picture_.target.string() + ": cannot write: " + why);
-  }
+  [[noreturn]] void Refuse(const std::string& why) const { RefuseToWrite(picture_.target, why); }
 
   [[noreturn]] void Fail(const std::string& otherwise) {
     const std::string message = LibraryMessage(writer_->geterror(), otherwise);

@@ -21,8 +21,9 @@ std::string FindFont(std::span<const std::filesystem::path> folders, const std::
     if (!searched.empty()) searched += ", ";
     searched += folder.string();
   }
-  throw Failure(ExitCode::CannotRead, name + ": cannot find this font in " + searched +
-                                          "; install the package fonts-dejavu-core (elsewhere dejavu-sans-fonts)");
+  Refuse(
+      ExitCode::CannotRead, name,
+      "cannot find this font in " + searched + "; install the package fonts-dejavu-core (elsewhere dejavu-sans-fonts)");
 }
 
 }  // namespace
@@ -38,9 +39,8 @@ TextPainter::TextPainter(std::span<const std::filesystem::path> folders)
     : regular_(FindFont(folders, "DejaVuSans.ttf")), bold_(FindFont(folders, "DejaVuSans-Bold.ttf")) {
   for (const std::string& font : {regular_, bold_}) {
     if (OIIO::ImageBufAlgo::text_size("x", 16, font).defined()) continue;
-    throw Failure(ExitCode::CannotRead, font +
-                                            ": the picture library cannot draw text with this font; it must be "
-                                            "built with FreeType");
+    Refuse(ExitCode::CannotRead, font,
+           "the picture library cannot draw text with this font; it must be built with FreeType");
   }
 }
 

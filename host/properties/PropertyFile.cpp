@@ -35,7 +35,7 @@ PropertyStore PropertiesOf(IDSProperties& effect) {
     } else if (effect.GetValue(property.guid, &value) == kOk) {
       store.Set(property.guid, value.asNumber());
     } else {
-      throw Failure(ExitCode::WrongUsage, std::string(property.name) + ": the effect does not have this property");
+      Refuse(property.name, "the effect does not have this property");
     }
   }
   return store;
@@ -46,7 +46,7 @@ PropertyStore ReadPropertyFile(const std::filesystem::path& path) {
   try {
     return Parse(text);
   } catch (const Failure& failure) {
-    throw Failure(failure.code(), path.string() + ": " + failure.what());
+    Refuse(failure.code(), path.string(), failure.what());
   }
 }
 

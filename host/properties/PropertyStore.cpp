@@ -18,12 +18,11 @@ const Property& Require(const GUID& guid) {
 
 void CheckCurve(const Property& property, const Curve& curve) {
   const std::string name(property.name);
-  if (!property.isAnimated())
-    throw Failure(ExitCode::WrongUsage, name + ": not an animated property, expected a value");
-  if (curve.keys.empty()) throw Failure(ExitCode::WrongUsage, name + ": expected at least one key");
+  if (!property.isAnimated()) Refuse(name, "not an animated property, expected a value");
+  if (curve.keys.empty()) Refuse(name, "expected at least one key");
   const auto risesNot = [](const CurveKey& a, const CurveKey& b) { return !(a.time < b.time); };
   if (std::ranges::adjacent_find(curve.keys, risesNot) != curve.keys.end()) {
-    throw Failure(ExitCode::WrongUsage, name + ": expected keys in the order of time, each later than the one before");
+    Refuse(name, "expected keys in the order of time, each later than the one before");
   }
 }
 

@@ -17,10 +17,6 @@ namespace {
 // In the order of the enumeration.
 constexpr std::array<std::string_view, 3> kInterpolations{"linear", "hold", "smooth"};
 
-[[noreturn]] void Fail(const Property& property, const std::string& problem) {
-  throw Failure(ExitCode::WrongUsage, std::string(property.name) + ": " + problem);
-}
-
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kSpace = " \t\r\n";
   const std::size_t first = text.find_first_not_of(kSpace);
@@ -61,8 +57,8 @@ CurveKey ParseKey(const Property& property, std::string_view text, std::size_t n
     const auto value = ReadNumber(Trimmed(text.substr(colon + 1)));
     if (time && value) return {*time, *value};
   }
-  Fail(property, "key " + std::to_string(number) + ": expected time:value with two finite numbers, found " +
-                     Quoted(Trimmed(text)));
+  Refuse(property.name, "key " + std::to_string(number) + ": expected time:value with two finite numbers, found " +
+                            Quoted(Trimmed(text)));
 }
 
 Curve ParseCurve(const Property& property, std::string_view text, Interpolation interpolation) {
@@ -71,8 +67,8 @@ Curve ParseCurve(const Property& property, std::string_view text, Interpolation 
     const std::size_t comma = std::min(text.find(',', from), text.size());
     const CurveKey key = ParseKey(property, text.substr(from, comma - from), curve.keys.size() + 1);
     if (!curve.keys.empty() && key.time <= curve.keys.back().time) {
-      Fail(property, "key " + std::to_string(curve.keys.size() + 1) + ": expected a time after " +
-                         FormatNumber(curve.keys.back().time) + ", found " + FormatNumber(key.time));
+      Refuse(property.name, "key " + std::to_string(curve.keys.size() + 1) + ": expected a time after " +
+                                FormatNumber(curve.keys.back().time) + ", found " + FormatNumber(key.time));
     }
     curve.keys.push_back(key);
     from = comma + 1;
@@ -146,7 +142,7 @@ std::string FormatNumber(double value) {
 double ParseValue(const Property& property, std::string_view text) {
   text = Trimmed(text);
   if (const auto value = ReadValue(property, text)) return *value;
-  Fail(property, "expected " + ExpectedValue(property) + ", found " + Quoted(text));
+  Refuse(property.name, "expected " + ExpectedValue(property) + ", found " + Quoted(text));
 }
 
 std::string FormatValue(const Property& property, double value) {
@@ -160,11 +156,11 @@ PropertyStore::Setting ParseSetting(const Property& property, std::string_view t
   const std::size_t colon = text.find(':');
   if (!property.isAnimated()) {
     if (colon == std::string_view::npos) return ParseValue(property, text);
-    Fail(property, "not an animated property, expected " + ExpectedValue(property) + ", found " + Quoted(text));
+    Refuse(property.name, "not an animated property, expected " + ExpectedValue(property) + ", found " + Quoted(text));
   }
   if (colon == std::string_view::npos) {
     if (const auto value = ReadNumber(text)) return *value;
-    Fail(property, "expected a finite number or keys such as 0:10,24:50, found " + Quoted(text));
+    Refuse(property.name, "expected a finite number or keys such as 0:10,24:50, found " + Quoted(text));
   }
   const auto interpolation = FindInterpolation(Trimmed(text.substr(0, colon)));
   if (interpolation) text.remove_prefix(colon + 1);

@@ -1,7 +1,6 @@
 #include "host/sequence/SequenceRenderer.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <limits>
 #include <list>
@@ -15,9 +14,10 @@
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFiles.h"
 #include "host/sequence/FramePipeline.h"
 #include "host/sequence/FramesInFlight.h"
-#include "host/sequence/SequenceRendererInputs.h"
+#include "host/sequence/JobPictures.h"
 
 namespace vblur::host {
 
@@ -45,23 +45,15 @@ class Stopwatch {
 // A frame that is to leave no trace: the run ended before it was done.
 struct FrameDropped {};
 
-// A frame on its way, and the pictures that the next one in this slot uses again.
+// A frame in flight; the next one in this slot uses its buffers again.
 struct FrameSlot {
-  explicit FrameSlot(const StopTest& stop) : reader(stop), writer(stop) {}
+  FrameSlot(JobPictures& pictures, const StopTest& stop) : buffers(pictures, stop), writer(stop) {}
 
   FrameResult result;
   bool dropped = false;
-  PictureReader reader;
+  FrameBuffers buffers;
   PictureWriter writer;
   std::optional<WrittenPicture> written;
-  HostImage inputImage;
-  HostImage input2Image;
-  HostImage maskImage;
-  HostImage initialImage;
-  HostImage output;
-  SequenceInput::Picture input;
-  SequenceInput::Picture input2;
-  SequenceInput::Picture mask;
 
   bool isOpen() const { return !dropped && result.status == FrameStatus::Done; }
 };
@@ -75,12 +67,8 @@ class SequenceRun {
   RenderSummary Run();
 
  private:
-  std::int32_t FrameAt(std::int64_t index) const {
-    return static_cast<std::int32_t>(frames_.first + index * frames_.step);
-  }
   std::filesystem::path OutputOf(std::int32_t frame) const { return JobFilePath(job_, outputPattern_, frame); }
   bool IsSkipped(std::int32_t frame) const;
-  std::array<SequenceInput*, 4> Inputs();
   void CheckInputs(std::int32_t frame);
   void SettleDepth();
   SequenceLanes SettleLanes();
@@ -92,8 +80,6 @@ class SequenceRun {
   bool IsOver(std::int64_t index) const { return context_.stopped() || index > lastIndex_; }
 
   void Begin(FrameSlot& slot, std::int64_t index);
-  void Read(FrameSlot& slot);
-  void PrepareOutput(FrameSlot& slot);
   void Render(HostedEffect& effect, FrameSlot& slot);
   void Write(FrameSlot& slot);
   void Report(FrameSlot& slot);
@@ -105,10 +91,7 @@ class SequenceRun {
   RenderObserver& observer_;
   const FrameRange frames_;
   const FramePattern outputPattern_;
-  std::optional<SequenceInput> input_;
-  std::optional<SequenceInput> input2_;
-  std::optional<SequenceInput> mask_;
-  std::optional<SequenceInput> initial_;
+  JobPictures pictures_;
   std::int32_t depth_ = 16;
   CoordMan coordMan_;
   // One for each lane; those behind the first are its clones and go before it.
@@ -127,26 +110,12 @@ SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const 
       observer_(observer),
       frames_(ResolveFrames(job)),
       outputPattern_(job.output.file),
-      coordMan_(job.proxy) {
-  using Use = SequenceInput::Use;
-  if (job.input) input_.emplace(job, *job.input, Use::Colour);
-  if (job.input2) input2_.emplace(job, *job.input2, Use::Colour);
-  if (job.mask) mask_.emplace(job, *job.mask, Use::Mask);
-  if (job.output.initial) {
-    ImageRecord record;
-    record.file = *job.output.initial;
-    initial_.emplace(job, record, Use::Colour);
-  }
-}
+      pictures_(job),
+      coordMan_(job.proxy) {}
 
 bool SequenceRun::IsSkipped(std::int32_t frame) const {
   std::error_code error;
   return options_.skipExisting && std::filesystem::exists(OutputOf(frame), error);
-}
-
-std::array<SequenceInput*, 4> SequenceRun::Inputs() {
-  const auto pointer = [](std::optional<SequenceInput>& input) { return input ? &*input : nullptr; };
-  return {pointer(input_), pointer(input2_), pointer(mask_), pointer(initial_)};
 }
 
 std::string AboutFrame(const FrameRange& frames, std::int32_t frame) {
@@ -154,11 +123,10 @@ std::string AboutFrame(const FrameRange& frames, std::int32_t frame) {
 }
 
 void SequenceRun::CheckInputs(std::int32_t frame) {
-  for (const SequenceInput* input : Inputs()) {
+  for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
-    if (!input || std::filesystem::exists(input->FileOf(frame), error)) continue;
-    throw Failure(ExitCode::CannotRead,
-                  input->FileOf(frame).string() + ": cannot read: no such file" + AboutFrame(frames_, frame));
+    if (std::filesystem::exists(file, error)) continue;
+    RefuseToRead(file, "no such file" + AboutFrame(frames_, frame));
   }
 }
 
@@ -166,7 +134,7 @@ void SequenceRun::CheckFiles() {
   OutputFormatOf(OutputOf(frames_.first));
   RemoveAbandonedParts(OutputOf(frames_.first).parent_path());
   for (std::int64_t index = 0; index < frames_.count() && !context_.stopped(); ++index) {
-    const std::int32_t frame = FrameAt(index);
+    const std::int32_t frame = frames_.FrameAt(index);
     if (IsSkipped(frame)) continue;
     if (options_.onError == OnError::Stop) CheckInputs(frame);
     RequireWritable(OutputOf(frame), options_.overwrite);
@@ -175,13 +143,11 @@ void SequenceRun::CheckFiles() {
 }
 
 void SequenceRun::SettleDepth() {
-  if (job_.depth) depth_ = *job_.depth;
-  if (job_.depth || !input_) return;
   for (std::int64_t index = 0; index < frames_.count(); ++index) {
-    const std::int32_t frame = FrameAt(index);
+    const std::int32_t frame = frames_.FrameAt(index);
     if (IsSkipped(frame)) continue;
     try {
-      depth_ = ReadPictureInfo(input_->FileOf(frame)).naturalDepth();
+      depth_ = pictures_.DepthAt(frame);
       return;
     } catch (const Failure&) {
       if (options_.onError == OnError::Stop) throw;
@@ -199,9 +165,9 @@ SequenceLanes SequenceRun::SettleLanes() {
                                          : static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
   std::int64_t width = job_.output.width.value_or(0);
   std::int64_t height = job_.output.height.value_or(0);
-  if (load.frames > 1 && input_ && (width == 0 || height == 0)) {
+  if (load.frames > 1 && job_.input && (width == 0 || height == 0)) {
     try {
-      const PictureInfo info = ReadPictureInfo(input_->FileOf(frames_.first));
+      const PictureInfo info = ReadPictureInfo(pictures_.FilesOf(frames_.first).front());
       width = info.width;
       height = info.height;
     } catch (const Failure&) {
@@ -209,7 +175,7 @@ SequenceLanes SequenceRun::SettleLanes() {
     }
   }
   // Inputs, output, and the filter's own picture between its passes; twice that in a transition.
-  const std::int64_t pictures = (input_ ? 1 : 0) + (input2_ ? 2 : 0) + (mask_ ? 1 : 0) + 2;
+  const std::int64_t pictures = (job_.input ? 1 : 0) + (job_.input2 ? 2 : 0) + (job_.mask ? 1 : 0) + 2;
   load.bytesPerFrame = width * height * 4 * (depth_ / 8) * pictures;
   return FramesInFlight(load);
 }
@@ -223,7 +189,7 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
   for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
     effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
   for (HostedEffect& effect : effects_)
-    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, FrameAt(frames_.count() - 1)));
+    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, frames_.FrameAt(frames_.count() - 1)));
 }
 
 void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
@@ -258,33 +224,14 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
   slot.dropped = false;
   slot.result = FrameResult{};
   slot.result.index = index;
-  slot.result.frame = FrameAt(index);
+  slot.result.frame = frames_.FrameAt(index);
   slot.result.file = OutputOf(slot.result.frame);
   if (IsSkipped(slot.result.frame)) slot.result.status = FrameStatus::Skipped;
-  Attempt(slot, slot.result.seconds.read, [&] { Read(slot); });
-}
-
-void SequenceRun::Read(FrameSlot& slot) {
-  const auto read = [&](std::optional<SequenceInput>& input, HostImage& image) {
-    return input ? input->Read(slot.reader, slot.result.frame, depth_, image) : SequenceInput::Picture{};
-  };
-  slot.input = read(input_, slot.inputImage);
-  slot.input2 = read(input2_, slot.input2Image);
-  slot.mask = read(mask_, slot.maskImage);
-  PrepareOutput(slot);
-}
-
-void SequenceRun::PrepareOutput(FrameSlot& slot) {
-  std::optional<InitialPicture> initial;
-  if (initial_) {
-    const auto read = initial_->Read(slot.reader, slot.result.frame, depth_, slot.initialImage);
-    initial.emplace(InitialPicture{*read.image, initial_->FileOf(slot.result.frame)});
-  }
-  host::PrepareOutput(job_, depth_, slot.input.image, initial, slot.output);
+  Attempt(slot, slot.result.seconds.read, [&] { slot.buffers.Prepare(slot.result.frame, depth_); });
 }
 
 void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
-  const FramePictures pictures{&slot.output, slot.input.image, slot.input2.image, slot.mask.image};
+  const FramePictures pictures = slot.buffers.pictures();
   const auto keepMemory = [&] {
     // The fields come one after the other: the larger one counts.
     const FrameMemoryFacts memory = effect.frameMemory();
@@ -295,12 +242,13 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
   if (context_.stopped()) throw FrameDropped{};
   slot.result.overscan = effect.overscan();
   if (result == kOk) return;
-  throw Failure(ExitCode::SomeFramesFailed,
-                slot.result.file.string() + ": the effect cannot render this frame (" + FormatResult(result) + ")");
+  Refuse(ExitCode::SomeFramesFailed, slot.result.file.string(),
+         "the effect cannot render this frame (" + FormatResult(result) + ")");
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
-  slot.written = slot.writer.WriteBeside(slot.result.file, slot.output, slot.input.metadata.get(), options_.overwrite);
+  slot.written =
+      slot.writer.WriteBeside(slot.result.file, slot.buffers.output(), slot.buffers.metadata(), options_.overwrite);
 }
 
 void SequenceRun::Report(FrameSlot& slot) {
@@ -328,7 +276,7 @@ RenderSummary SequenceRun::Run() {
   std::list<FrameSlot> room;
   std::vector<FrameSlot*> slots;
   for (std::int32_t slot = 0; slot < lanes.slots; ++slot)
-    slots.push_back(&room.emplace_back([this] { return context_.stopped(); }));
+    slots.push_back(&room.emplace_back(pictures_, [this] { return context_.stopped(); }));
   FrameStages stages;
   stages.read = [&](std::size_t slot, std::int64_t index) { Begin(*slots[slot], index); };
   stages.render = [&](std::size_t lane, std::size_t slot, std::int64_t) {

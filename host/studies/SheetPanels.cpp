@@ -50,9 +50,9 @@ const GUID& GuidOf(PropertyId id) {
 PropertyStore CommonProperties(const SheetRequest& request) {
   for (const PropertyId id : VariedBy(request.kind)) {
     if (!request.given.contains(id)) continue;
-    throw Failure(ExitCode::WrongUsage, "--" + OptionName(PropertyOf(id)) + ": cannot be set, a sheet of " +
-                                            std::string(kSheetNames[static_cast<std::size_t>(request.kind)]) +
-                                            " goes through its values");
+    Refuse(PropertyOf(id).name, "cannot be set, a sheet of " +
+                                    std::string(kSheetNames[static_cast<std::size_t>(request.kind)]) +
+                                    " goes through its values");
   }
   PropertyStore common = request.properties;
   for (const Default& setting : DefaultsOf(request.kind)) {

@@ -75,11 +75,13 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
     : job_(job),
       context_(context),
       trace_(trace),
-      source_(job, [&context] { return context.stopped(); }),
+      pictures_(job),
+      buffers_(pictures_, [&context] { return context.stopped(); }),
       coordMan_(job.proxy) {
   CheckFrame(job, frame);
-  source_.Prepare(frame);
-  const HostImage& output = source_.output();
+  depth_ = pictures_.DepthAt(frame);
+  buffers_.Prepare(frame, depth_);
+  const HostImage& output = buffers_.output();
   const auto project = ProjectOf(job, output);
   const ProjectFrame whole = FrameOf(project, output);
   const auto size = options.size.value_or(std::array<std::int32_t, 2>{
@@ -151,10 +153,10 @@ void ViewSession::RenderIfStale() {
       std::clamp(frames.first + passed, static_cast<double>(frames.first), static_cast<double>(frames.last)));
   HRESULT result = kOk;
   try {
-    source_.Prepare(frame);
+    buffers_.Prepare(frame, depth_);
     // On a clone, like background renders; it reports the placement to the effect.
     HostedEffect clone = effect_->Clone("clone");
-    result = RenderFields(clone, job_, source_.pictures(), time, context_, [] {});
+    result = RenderFields(clone, job_, buffers_.pictures(), time, context_, [] {});
   } catch (const FileInterrupted&) {
   } catch (const std::bad_alloc&) {
     result = kOutOfMemory;
@@ -172,7 +174,7 @@ void ViewSession::RenderIfStale() {
 void ViewSession::Paint(HostImage& into) {
   RenderIfStale();
   if (!surface_) surface_ = MakeOffScreenSurface(geometry_->surfaceWidth(), geometry_->surfaceHeight());
-  PaintViewer(*viewer_, source_.output(), *geometry_, *surface_);
+  PaintViewer(*viewer_, buffers_.output(), *geometry_, *surface_);
   ReadBack(*surface_, into);
 }
 

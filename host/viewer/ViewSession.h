@@ -14,7 +14,7 @@
 #include "host/hosted/ExecuteContext.h"
 #include "host/hosted/HostedEffect.h"
 #include "host/jobs/Job.h"
-#include "host/viewer/FrameSource.h"
+#include "host/sequence/JobPictures.h"
 #include "host/viewer/PenScript.h"
 #include "host/viewer/Viewer.h"
 #include "host/viewer/ViewerSurface.h"
@@ -66,7 +66,9 @@ class ViewSession {
   ExecuteContext& context_;
   CallTrace* trace_;
   std::int32_t rendersDone_ = 0;
-  FrameSource source_;
+  JobPictures pictures_;
+  FrameBuffers buffers_;
+  std::int32_t depth_ = 0;
   // Each needs those above it.
   std::optional<EffectHost> effectHost_;
   std::optional<OpenContent> content_;

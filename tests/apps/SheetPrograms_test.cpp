@@ -43,7 +43,7 @@ TEST_F(SheetProgram, RefusesWhatDoesNotFit) {
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "sizes", "--to", "in.png"}, 2,
                 "--to: goes with --of ramps only");
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "channels", "--channels", "Red"}, 2,
-                "--channels: cannot be set, a sheet of channels goes through its values");
+                "Channels: cannot be set, a sheet of channels goes through its values");
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "sizes", "--depth", "12"}, 2,
                 "--depth: expected 8 or 16, found 12");
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "sizes", "--alpha", "no"}, 2,

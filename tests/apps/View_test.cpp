@@ -30,12 +30,9 @@ TEST_F(ViewProgram, RefusesWhatItCannotDoBeforeAnythingIsWritten) {
   folder_.Write("b.pen", "snap view.png\n");
   refuse({"--pen", "b.pen"}, 2, "b.pen:1: expected another name, \"view.png\" is written by this run already");
   folder_.Write("c.pen", "snap in.png\n");
-  refuse(
-      {"--save-job", "job.json"}, 4,
-      "job.json: cannot write: the file exists already; give --overwrite to replace it or --skip-existing to leave it");
-  refuse(
-      {"--pen", "c.pen"}, 4,
-      "in.png: cannot write: the file exists already; give --overwrite to replace it or --skip-existing to leave it");
+  refuse({"--save-job", "job.json"}, 4,
+         "job.json: cannot write: the file exists already; give --overwrite to replace it");
+  refuse({"--pen", "c.pen"}, 4, "in.png: cannot write: the file exists already; give --overwrite to replace it");
   ExpectRefusal({"view", "none.json", "view.png"}, 3, "none.json: cannot read the job file: No such file or directory");
 }
 

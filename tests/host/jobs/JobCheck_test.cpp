@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/base/NameMatch.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/ScratchFolder.h"
 
@@ -268,6 +269,62 @@ TEST(JobCheck, LooksThroughLinks) {
   job.folder = scratch.path();
   job.input->file = "real.png";
   EXPECT_NE(FailureWith(job, [](Job& j) { j.output.file = "link.png"; }), "");
+}
+
+TEST(JobCheck, LooksThroughLinkedFolders) {
+  const ScratchFolder scratch;
+  fs::create_directory(scratch.path() / "real");
+  fs::create_directory_symlink(scratch.path() / "real", scratch.path() / "link");
+  Job job = Sequence();
+  job.folder = scratch.path();
+  job.input->file = "real/shot.%04d.exr";
+  job.output.file = "link/shot.####.exr";
+  EXPECT_EQ(FailureWith(job, [](Job&) {}),
+            "output: \"link/shot.0001.exr\" is the picture that input is read from, expected another file");
+}
+
+TEST(JobCheck, RefusesAnOutputThatAnotherFrameReads) {
+  const auto over = [](Job& job) {
+    job.input->file = "in.%04d.exr";
+    job.output.file = "in.1%03d.exr";
+    job.frames = FrameRange{5, 1005, 5};
+  };
+  EXPECT_EQ(FailureWith(Sequence(), over),
+            "output: \"in.1005.exr\" is the picture that input is read from, expected another file");
+}
+
+TEST(JobCheck, RefusesFramesThatShareAnOutput) {
+  const ScratchFolder scratch;
+  scratch.Write("out.0001.exr", "x");
+  fs::create_symlink("out.0001.exr", scratch.path() / "out.0003.exr");
+  Job job = Sequence();
+  job.folder = scratch.path();
+  const std::string shared = (scratch.path() / "out.0001.exr").string();
+  for (const bool mayBeInput : {false, true}) {
+    EXPECT_EQ(UsageFailureOf([&] { CheckJob(job, {.outputMayBeInput = mayBeInput}); }),
+              "output: frames 1 and 3 would both be written to " + Quoted(shared) + ", expected a file for each frame");
+  }
+}
+
+TEST(JobCheck, FollowsUpwardStepsFromWhereTheFolderIs) {
+  const ScratchFolder scratch;
+  fs::create_directories(scratch.path() / "deep/real");
+  fs::create_directory_symlink(scratch.path() / "deep/real", scratch.path() / "link");
+  Job job = Still();
+  job.folder = scratch.path();
+  job.input->file = "in.png";
+  job.output.file = "link/../in.png";
+  EXPECT_NO_THROW(CheckJob(job));
+  job.input->file = "deep/in.png";
+  EXPECT_THROW(CheckJob(job), Failure);
+}
+
+TEST(JobCheck, HoldsAMillionFrames) {
+  Job job = Sequence();
+  job.frames = FrameRange{1, 1000001, 1};
+  EXPECT_EQ(UsageFailureOf([&] { CheckJob(job); }), "frames: 1000001 frames, expected at most 1000000");
+  job.frames = FrameRange{1, 2000000, 200};
+  EXPECT_NO_THROW(CheckJob(job));
 }
 
 TEST(JobCheck, AllowsAnOutputOverAnInputWhenTold) {

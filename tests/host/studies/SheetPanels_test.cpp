@@ -103,7 +103,7 @@ TEST(SheetPanels, WhatASheetGoesThroughCannotBeSet) {
   EXPECT_EQ(UsageFailureOf([] {
               PlanOf(SheetKind::MixBack, {{PropertyId::MixBack, 3.0}});
             }),
-            "--mix-back: cannot be set, a sheet of mix-back goes through its values");
+            "Mix Back: cannot be set, a sheet of mix-back goes through its values");
 }
 
 TEST(SheetPanels, AlphaIsShownAsAsked) {

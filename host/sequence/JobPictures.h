@@ -1,0 +1,103 @@
+// The pictures that a job reads, and the buffers that one frame at a time is read into.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "host/files/PictureFile.h"
+#include "host/hosted/HostImage.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/FramePattern.h"
+#include "host/jobs/Job.h"
+
+namespace vblur::host {
+
+// A picture or a sequence of pictures. A picture without a number is read once and serves every frame. Several
+// threads may read at once.
+class JobPicture {
+ public:
+  enum class Use { Colour, Mask };
+
+  // The job is borrowed.
+  JobPicture(const Job& job, const ImageRecord& record, Use use);
+
+  std::filesystem::path FileOf(std::int32_t frame) const;
+  // The picture of a frame, in `buffer` or kept from an earlier frame, at the record's place. Throws Failure (cannot
+  // read) that names the file, or FileInterrupted.
+  struct Loaded {
+    const HostImage* image = nullptr;
+    std::shared_ptr<const PictureMetadata> metadata;
+  };
+  Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer);
+
+ private:
+  ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image) const;
+
+  const Job& job_;
+  FramePattern pattern_;
+  ImageRecord record_;
+  Use use_;
+  std::mutex keeping_;
+  HostImage kept_;
+  std::optional<ReadPicture> keptFile_;
+};
+
+// What a job reads, shared by all its FrameBuffers.
+class JobPictures {
+ public:
+  // The job is borrowed.
+  explicit JobPictures(const Job& job);
+
+  const Job& job() const { return job_; }
+  // The files that a frame reads.
+  std::vector<std::filesystem::path> FilesOf(std::int32_t frame) const;
+  // The depth to render at: the job's, that of the first input at this frame, or 16 without an input. Throws Failure
+  // (cannot read).
+  std::int32_t DepthAt(std::int32_t frame) const;
+
+ private:
+  friend class FrameBuffers;
+
+  const Job& job_;
+  std::optional<JobPicture> input_;
+  std::optional<JobPicture> input2_;
+  std::optional<JobPicture> mask_;
+  std::optional<JobPicture> initial_;
+};
+
+// The inputs and the output of one frame; the memory serves the next one. One thread at a time.
+class FrameBuffers {
+ public:
+  // `pictures` is borrowed.
+  FrameBuffers(JobPictures& pictures, StopTest stop);
+
+  // Reads the inputs of a frame unless they are loaded, and resets the output. Throws Failure that names the file,
+  // or FileInterrupted.
+  void Prepare(std::int32_t frame, std::int32_t depth);
+  FramePictures pictures() { return {&output_, input_.image, input2_.image, mask_.image}; }
+  const HostImage& output() const { return output_; }
+  // That of the first input; null for none.
+  const PictureMetadata* metadata() const { return input_.metadata.get(); }
+
+ private:
+  void Read(std::int32_t frame, std::int32_t depth);
+
+  JobPictures& source_;
+  PictureReader reader_;
+  std::optional<std::int32_t> frame_;  // whose inputs are loaded
+  HostImage inputBuffer_;
+  HostImage input2Buffer_;
+  HostImage maskBuffer_;
+  HostImage initialBuffer_;
+  JobPicture::Loaded input_;
+  JobPicture::Loaded input2_;
+  JobPicture::Loaded mask_;
+  JobPicture::Loaded initial_;
+  HostImage output_;
+};
+
+}  // namespace vblur::host
