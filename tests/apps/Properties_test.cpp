@@ -49,9 +49,9 @@ TEST_F(Properties, ListsAreToldInFull) {
   }
 }
 
-class Program : public ProgramTest {};
+class PropertiesProgram : public ProgramTest {};
 
-TEST_F(Program, SaysWhatItIs) {
+TEST_F(PropertiesProgram, SaysWhatItIs) {
   EXPECT_EQ(Run({"--version"}).out.rfind("vblur ", 0), 0u);
   const auto help = Run({"--help"});
   EXPECT_EQ(help.exit, 0);
@@ -61,7 +61,7 @@ TEST_F(Program, SaysWhatItIs) {
   EXPECT_EQ(Run({}).exit, 2);
 }
 
-TEST_F(Program, DrawsCharts) {
+TEST_F(PropertiesProgram, DrawsCharts) {
   EXPECT_EQ(Run({"chart", "c.png", "--size", "64x48"}).exit, 0);
   EXPECT_EQ(host::ReadPictureInfo(Path("c.png")).height, 48);
   EXPECT_EQ(Run({"chart", "c.##.exr", "--size", "64x48", "--depth", "16", "--frames", "1-2"}).exit, 0);

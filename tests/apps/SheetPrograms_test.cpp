@@ -4,12 +4,12 @@
 namespace vblur::cli {
 namespace {
 
-class SheetProgram : public ProgramTest {
+class SheetPrograms : public ProgramTest {
  protected:
-  SheetProgram() { MakePicture("in.png"); }
+  SheetPrograms() { MakePicture("in.png"); }
 };
 
-TEST_F(SheetProgram, DrawsEverySheetAtBothDepths) {
+TEST_F(SheetPrograms, DrawsEverySheetAtBothDepths) {
   for (const std::string of : {"channels", "mix-back", "edges", "sizes", "ramps"}) {
     for (const std::string depth : {"8", "16"}) {
       const auto result = Run({"sheet", "in.png", of + depth + ".png", "--of", of, "--depth", depth});
@@ -20,7 +20,7 @@ TEST_F(SheetProgram, DrawsEverySheetAtBothDepths) {
   }
 }
 
-TEST_F(SheetProgram, TakesASecondClipOfAnotherSize) {
+TEST_F(SheetPrograms, TakesASecondClipOfAnotherSize) {
   MakePicture("other.png", 77, 13);
   EXPECT_EQ(Run({"sheet", "in.png", "a.png", "--of", "ramps"}).exit, 0);
   EXPECT_EQ(Run({"sheet", "in.png", "b.png", "--of", "ramps", "--to", "other.png"}).exit, 0);
@@ -30,13 +30,13 @@ TEST_F(SheetProgram, TakesASecondClipOfAnotherSize) {
   EXPECT_NE(a, b);
 }
 
-TEST_F(SheetProgram, PropertiesChangeThePanels) {
+TEST_F(SheetPrograms, PropertiesChangeThePanels) {
   EXPECT_EQ(Run({"sheet", "in.png", "a.png", "--of", "channels", "--blur", "2"}).exit, 0);
   EXPECT_EQ(Run({"sheet", "in.png", "b.png", "--of", "channels", "--blur", "3"}).exit, 0);
   EXPECT_NE(Pixels("a.png"), Pixels("b.png"));
 }
 
-TEST_F(SheetProgram, RefusesWhatDoesNotFit) {
+TEST_F(SheetPrograms, RefusesWhatDoesNotFit) {
   ExpectRefusal({"sheet", "in.png", "out.png"}, 2, "--of is required; see vblur sheet --help");
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "blurs"}, 2,
                 "--of: expected channels, mix-back, edges, sizes or ramps, found \"blurs\"");
@@ -55,7 +55,7 @@ TEST_F(SheetProgram, RefusesWhatDoesNotFit) {
                 "no/out.png: cannot write: the folder no does not exist");
 }
 
-TEST_F(SheetProgram, OldFilesAreReplacedOnlyWhenTold) {
+TEST_F(SheetPrograms, OldFilesAreReplacedOnlyWhenTold) {
   const std::string before = host::Bytes(Path("in.png"));
   for (const auto& command :
        std::vector<std::vector<std::string>>{{"sheet", "in.png", "in.png", "--of", "sizes"}, {"kernel", "in.png"}}) {
@@ -68,7 +68,7 @@ TEST_F(SheetProgram, OldFilesAreReplacedOnlyWhenTold) {
   EXPECT_NE(host::Bytes(Path("in.png")), before);
 }
 
-TEST_F(SheetProgram, DrawsAndRefusesKernels) {
+TEST_F(SheetPrograms, DrawsAndRefusesKernels) {
   for (const std::string blur : {"0", "0.001", "720"}) {
     const auto result = Run({"kernel", "k" + blur + ".png", "--blur", blur});
     EXPECT_EQ(result.exit, 0) << result.err;

@@ -16,9 +16,9 @@
 namespace vblur::host {
 namespace {
 
-class OutputFileTest : public testing::Test {
+class OutputFile : public testing::Test {
  protected:
-  OutputFileTest() {
+  OutputFile() {
     image_.Reset(8, 4, 40, 30);
     FillRandom(image_, 0, 255, 1);
   }
@@ -33,7 +33,7 @@ class OutputFileTest : public testing::Test {
   HostImage image_;
 };
 
-TEST_F(OutputFileTest, AnExistingFileIsKeptUnlessAskedOtherwise) {
+TEST_F(OutputFile, AnExistingFileIsKeptUnlessAskedOtherwise) {
   const auto path = folder_.Write("out.png", "old");
   EXPECT_EQ(WriteFailure(path, false), path.string() + ": cannot write: the file exists already");
   EXPECT_EQ(Bytes(path), "old");
@@ -42,7 +42,7 @@ TEST_F(OutputFileTest, AnExistingFileIsKeptUnlessAskedOtherwise) {
   EXPECT_EQ(NamesIn(folder_.path()), std::set<std::string>{"out.png"});
 }
 
-TEST_F(OutputFileTest, AReplacedFileKeepsItsPermissionsAndItsLink) {
+TEST_F(OutputFile, AReplacedFileKeepsItsPermissionsAndItsLink) {
   const auto path = folder_.Write("real.png", "old");
   std::filesystem::permissions(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
   std::filesystem::create_symlink("real.png", folder_.path() / "link.png");
@@ -53,7 +53,7 @@ TEST_F(OutputFileTest, AReplacedFileKeepsItsPermissionsAndItsLink) {
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
-TEST_F(OutputFileTest, PartsOfProcessesThatAreGoneAreCleared) {
+TEST_F(OutputFile, PartsOfProcessesThatAreGoneAreCleared) {
   const pid_t child = ::fork();
   if (child == 0) ::_exit(0);
   ASSERT_GT(child, 0);
@@ -74,7 +74,7 @@ TEST_F(OutputFileTest, PartsOfProcessesThatAreGoneAreCleared) {
   RemoveAbandonedParts(folder_.path() / "none");
 }
 
-TEST_F(OutputFileTest, PlacesThatHoldNoFileAreRefused) {
+TEST_F(OutputFile, PlacesThatHoldNoFileAreRefused) {
   EXPECT_NE(WriteFailure(folder_.path() / "no" / "out.png", true).find("/no does not exist"), std::string::npos);
   std::filesystem::create_directory(folder_.path() / "dir.png");
   EXPECT_NE(WriteFailure(folder_.path() / "dir.png", true).find("it is a folder"), std::string::npos);
@@ -83,7 +83,7 @@ TEST_F(OutputFileTest, PlacesThatHoldNoFileAreRefused) {
   EXPECT_EQ(NamesIn(folder_.path()), (std::set<std::string>{"dir.png", "full.png"}));
 }
 
-TEST_F(OutputFileTest, AnUnknownExtensionIsRefusedWithTheKnownOnes) {
+TEST_F(OutputFile, AnUnknownExtensionIsRefusedWithTheKnownOnes) {
   for (const char* name : {"a.xyz", "a", "png", ".png", "a.png.bak"}) {
     const std::string message = UsageFailureOf([&] { OutputFormatOf(name); });
     EXPECT_NE(message.find("one of these was expected: png jpg"), std::string::npos) << message;
@@ -92,14 +92,14 @@ TEST_F(OutputFileTest, AnUnknownExtensionIsRefusedWithTheKnownOnes) {
   EXPECT_EQ(OutputFormatOf("a.b.JPeG").name, "jpeg");
 }
 
-TEST_F(OutputFileTest, APictureTooLargeForItsFormatIsRefused) {
+TEST_F(OutputFile, APictureTooLargeForItsFormatIsRefused) {
   image_.Reset(8, 4, 65501, 1);
   image_.Clear();
   EXPECT_EQ(WriteFailure("out.jpg", true),
             "out.jpg: cannot write: a picture of this format has at most 65500 pixels a side");
 }
 
-TEST_F(OutputFileTest, AStoppedWriteLeavesTheOldFile) {
+TEST_F(OutputFile, AStoppedWriteLeavesTheOldFile) {
   const auto path = folder_.Write("out.exr", "old");
   PictureWriter stopped([] { return true; });
   EXPECT_THROW(stopped.Write(path, image_, nullptr, true), FileInterrupted);
@@ -127,9 +127,9 @@ class FileSizeLimit {
 };
 
 // A limit on the size of files fails in the middle as a full disk does.
-class FullDisk : public testing::TestWithParam<const char*> {};
+class OutputFileOnAFullDisk : public testing::TestWithParam<const char*> {};
 
-TEST_P(FullDisk, LeavesTheOldFileAndSaysSo) {
+TEST_P(OutputFileOnAFullDisk, LeavesTheOldFileAndSaysSo) {
   const ScratchFolder folder;
   const auto path = folder.Write("out." + std::string(GetParam()), "old");
   HostImage image;
@@ -145,7 +145,7 @@ TEST_P(FullDisk, LeavesTheOldFileAndSaysSo) {
   EXPECT_EQ(NamesIn(folder.path()).size(), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, FullDisk,
+INSTANTIATE_TEST_SUITE_P(Formats, OutputFileOnAFullDisk,
                          testing::Values("png", "jpg", "tif", "exr", "dpx", "webp", "tga", "bmp", "ppm", "sgi", "hdr"),
                          [](const auto& format) { return std::string(format.param); });
 

@@ -23,7 +23,7 @@ struct FormatCase {
   bool exact16;  // 16-bit pictures come back to the last bit
 };
 
-class EveryFormat : public testing::TestWithParam<FormatCase> {
+class PictureFileFormats : public testing::TestWithParam<FormatCase> {
  protected:
   // Components of full range that the format can hold.
   void RoundTrip(std::int32_t depth, std::int32_t low, std::int32_t high) {
@@ -49,11 +49,11 @@ class EveryFormat : public testing::TestWithParam<FormatCase> {
   ScratchFolder folder_;
 };
 
-TEST_P(EveryFormat, EightBitsComeBackAsTheyWere) {
+TEST_P(PictureFileFormats, EightBitsComeBackAsTheyWere) {
   RoundTrip(8, 0, 255);
 }
 
-TEST_P(EveryFormat, SixteenBitsComeBackAsTheyWere) {
+TEST_P(PictureFileFormats, SixteenBitsComeBackAsTheyWere) {
   if (GetParam().exact16) {
     const bool isExr = std::string(GetParam().extension) == "exr";
     RoundTrip(16, isExr ? -32768 : 0, isExr ? 32767 : 16384);
@@ -68,7 +68,7 @@ TEST_P(EveryFormat, SixteenBitsComeBackAsTheyWere) {
 }
 
 // The files are top-down, the picture's row 0 is the bottom.
-TEST_P(EveryFormat, TheFirstRowOfTheFileIsTheTop) {
+TEST_P(PictureFileFormats, TheFirstRowOfTheFileIsTheTop) {
   HostImage image;
   image.Reset(8, 4, 16, 16);
   image.Clear();
@@ -86,7 +86,7 @@ TEST_P(EveryFormat, TheFirstRowOfTheFileIsTheTop) {
 }
 
 // A file that ends too early is one clear line, and so is one that holds something else.
-TEST_P(EveryFormat, BrokenFilesAreRefused) {
+TEST_P(PictureFileFormats, BrokenFilesAreRefused) {
   HostImage image;
   image.Reset(8, 4, 64, 48);
   FillRandom(image, 0, 255, 3);
@@ -109,7 +109,7 @@ TEST_P(EveryFormat, BrokenFilesAreRefused) {
             empty.string() + ": cannot read: the file is empty, a picture was expected");
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, EveryFormat,
+INSTANTIATE_TEST_SUITE_P(Formats, PictureFileFormats,
                          testing::Values(FormatCase{"png", true, true, true}, FormatCase{"jpg", false, false, false},
                                          FormatCase{"tif", true, true, true}, FormatCase{"exr", true, true, true},
                                          FormatCase{"dpx", true, true, true}, FormatCase{"webp", false, true, false},
@@ -118,7 +118,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, EveryFormat,
                                          FormatCase{"hdr", false, false, false}),
                          [](const auto& format) { return std::string(format.param.extension); });
 
-class PictureFileTest : public testing::Test {
+class PictureFile : public testing::Test {
  protected:
   template <typename Sample>
   HostImage& ReadRaw(const std::string& name, int width, int height, std::vector<std::string> channels,
@@ -139,7 +139,7 @@ class PictureFileTest : public testing::Test {
   HostImage image_;
 };
 
-TEST_F(PictureFileTest, GreyIsSpreadAndAlphaIsFull) {
+TEST_F(PictureFile, GreyIsSpreadAndAlphaIsFull) {
   const std::vector<std::uint8_t> grey = {10, 20};
   EXPECT_EQ(Components(ReadRaw("g.png", 2, 1, {"Y"}, grey, 8)),
             (std::vector<std::int32_t>{10, 10, 10, 255, 20, 20, 20, 255}));
@@ -150,7 +150,7 @@ TEST_F(PictureFileTest, GreyIsSpreadAndAlphaIsFull) {
             (std::vector<std::int32_t>{10, 10, 10, 0, 20, 20, 20, 99}));
 }
 
-TEST_F(PictureFileTest, ChannelsAreFoundByName) {
+TEST_F(PictureFile, ChannelsAreFoundByName) {
   const std::vector<float> samples = {0.1f, 1.0f, 0.5f, 0.25f, 0.75f};
   EXPECT_EQ(Components(ReadRaw("z.exr", 1, 1, {"Z", "R", "G", "B", "A"}, samples, 16)),
             (std::vector<std::int32_t>{16384, 8192, 4096, 12288}));
@@ -159,7 +159,7 @@ TEST_F(PictureFileTest, ChannelsAreFoundByName) {
             (std::vector<std::int32_t>{16384, 8192, 4096, 16384}));
 }
 
-TEST_F(PictureFileTest, FloatsAreLimitedToTheRangeOfTheDepth) {
+TEST_F(PictureFile, FloatsAreLimitedToTheRangeOfTheDepth) {
   const float infinity = std::numeric_limits<float>::infinity();
   const std::vector<float> samples = {3.0f, -infinity, std::nanf(""), 1.0f};
   EXPECT_EQ(Components(ReadRaw("f.exr", 1, 1, {"R", "G", "B", "A"}, samples, 16)),
@@ -168,7 +168,7 @@ TEST_F(PictureFileTest, FloatsAreLimitedToTheRangeOfTheDepth) {
             (std::vector<std::int32_t>{255, 0, 0, 255}));
 }
 
-TEST_F(PictureFileTest, AMaskIsTheFirstChannelAsAnAmount) {
+TEST_F(PictureFile, AMaskIsTheFirstChannelAsAnAmount) {
   const auto path = folder_.path() / "mask.png";
   WriteRaw(path, "png", OIIO::ImageSpec(2, 1, 3, OIIO::TypeDesc::UINT8),
            std::vector<std::uint8_t>{255, 1, 2, 51, 3, 4});
@@ -186,7 +186,7 @@ TEST_F(PictureFileTest, AMaskIsTheFirstChannelAsAnAmount) {
   EXPECT_EQ(Components(image_), (std::vector<std::int32_t>{32767, 16384, -32767}));
 }
 
-TEST_F(PictureFileTest, ThePictureInsideCountsNotItsName) {
+TEST_F(PictureFile, ThePictureInsideCountsNotItsName) {
   HostImage picture;
   picture.Reset(8, 4, 5, 4);
   FillRandom(picture, 0, 255, 5);
@@ -197,7 +197,7 @@ TEST_F(PictureFileTest, ThePictureInsideCountsNotItsName) {
   EXPECT_EQ(Components(image_), Components(picture));
 }
 
-TEST_F(PictureFileTest, OtherThingsThanPicturesAreNamed) {
+TEST_F(PictureFile, OtherThingsThanPicturesAreNamed) {
   const auto missing = folder_.path() / "missing.png";
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(missing); })->what(), missing.string() + ": cannot read: no such file");
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(folder_.path()); })->what(),
@@ -207,7 +207,7 @@ TEST_F(PictureFileTest, OtherThingsThanPicturesAreNamed) {
 }
 
 // Headers of pictures that nobody can want, with nothing behind them.
-TEST_F(PictureFileTest, PicturesWithoutPixelsOrWithTooManyAreRefused) {
+TEST_F(PictureFile, PicturesWithoutPixelsOrWithTooManyAreRefused) {
   const auto none = folder_.Write("none.ppm", "P6\n0 10\n255\n");
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(none); })->code(), ExitCode::CannotRead);
   std::string targa(18, '\0');
@@ -225,7 +225,7 @@ TEST_F(PictureFileTest, PicturesWithoutPixelsOrWithTooManyAreRefused) {
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(more); })->code(), ExitCode::CannotRead);
 }
 
-TEST_F(PictureFileTest, TheNaturalDepthIsThatOfTheSamples) {
+TEST_F(PictureFile, TheNaturalDepthIsThatOfTheSamples) {
   const auto info = [&](const char* name, const char* format, const OIIO::TypeDesc& type) {
     WriteRaw(folder_.path() / name, format, OIIO::ImageSpec(1, 1, 3, type), std::vector<float>{0.0f, 0.5f, 1.0f});
     return ReadPictureInfo(folder_.path() / name).naturalDepth();
@@ -236,7 +236,7 @@ TEST_F(PictureFileTest, TheNaturalDepthIsThatOfTheSamples) {
   EXPECT_EQ(info("10.dpx", "dpx", OIIO::TypeDesc::UINT16), 16);
 }
 
-TEST_F(PictureFileTest, ReadingCanBeStopped) {
+TEST_F(PictureFile, ReadingCanBeStopped) {
   HostImage picture;
   picture.Reset(8, 4, 64, 64);
   picture.Clear();
@@ -247,7 +247,7 @@ TEST_F(PictureFileTest, ReadingCanBeStopped) {
 }
 
 // Nothing reaches the standard error stream: the failure tells it once.
-TEST_F(PictureFileTest, LibrariesKeepQuiet) {
+TEST_F(PictureFile, LibrariesKeepQuiet) {
   HostImage picture;
   picture.Reset(8, 4, 200, 200);
   FillRandom(picture, 0, 255, 9);

@@ -6,10 +6,10 @@
 namespace vblur::host {
 namespace {
 
-class ProgressTest : public testing::Test {
+class ProgressOutput : public testing::Test {
  protected:
-  ProgressTest() { stream_ = ::open_memstream(&text_, &size_); }
-  ~ProgressTest() override {
+  ProgressOutput() { stream_ = ::open_memstream(&text_, &size_); }
+  ~ProgressOutput() override {
     std::fclose(stream_);
     std::free(text_);
   }
@@ -43,11 +43,11 @@ class ProgressTest : public testing::Test {
   std::size_t size_ = 0;
 };
 
-TEST_F(ProgressTest, WithoutProgressFailuresRemain) {
+TEST_F(ProgressOutput, WithoutProgressFailuresRemain) {
   EXPECT_EQ(Run(ProgressStyle::None), "vblur: x.png: cannot read: no such file\n");
 }
 
-TEST_F(ProgressTest, JsonIsAnObjectALine) {
+TEST_F(ProgressOutput, JsonIsAnObjectALine) {
   std::istringstream lines(Run(ProgressStyle::Json));
   std::vector<nlohmann::json> objects;
   for (std::string line; std::getline(lines, line);)
@@ -69,7 +69,7 @@ TEST_F(ProgressTest, JsonIsAnObjectALine) {
   EXPECT_EQ(objects[4]["exit"], 1);
 }
 
-TEST_F(ProgressTest, ABarIsDrawnRarelyAndTakenAway) {
+TEST_F(ProgressOutput, ABarIsDrawnRarelyAndTakenAway) {
   Progress progress(stream_, ProgressStyle::Bar);
   progress.OnStart(5000, 1);
   FrameResult result;
@@ -89,7 +89,7 @@ TEST_F(ProgressTest, ABarIsDrawnRarelyAndTakenAway) {
   EXPECT_LT(std::count(text.begin(), text.end(), '['), 2000);
 }
 
-TEST(FormatDuration, CountsUpToWholeSeconds) {
+TEST(ProgressDuration, CountsUpToWholeSeconds) {
   EXPECT_EQ(FormatDuration(0.0), "0:00");
   EXPECT_EQ(FormatDuration(6.2), "0:07");
   EXPECT_EQ(FormatDuration(760.0), "12:40");

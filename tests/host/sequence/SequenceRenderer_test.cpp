@@ -27,9 +27,9 @@ class Collector : public RenderObserver {
   std::vector<FrameResult> results;
 };
 
-class SequenceRendererTest : public testing::Test {
+class SequenceRenderer : public testing::Test {
  protected:
-  SequenceRendererTest() {
+  SequenceRenderer() {
     job_.folder = folder_.path();
     job_.input.emplace().file = "in.%03d.png";
     job_.output.file = "out.%03d.png";
@@ -74,7 +74,7 @@ class SequenceRendererTest : public testing::Test {
   std::vector<RenderedFrame> log_;
 };
 
-TEST_F(SequenceRendererTest, RendersEveryFrameInOrder) {
+TEST_F(SequenceRenderer, RendersEveryFrameInOrder) {
   MakeInputs();
   job_.time = 2.5;
   job_.properties.Set(PropertyOf(PropertyId::Blur).guid, Curve{{{2.5, 0.0}, {7.5, 50.0}}, Interpolation::Linear});
@@ -99,7 +99,7 @@ TEST_F(SequenceRendererTest, RendersEveryFrameInOrder) {
 }
 
 // Each lane has a clone of its own, and what a frame becomes does not depend on its lane.
-TEST_F(SequenceRendererTest, FramesSideBySideAreReportedInOrder) {
+TEST_F(SequenceRenderer, FramesSideBySideAreReportedInOrder) {
   MakeInputs();
   for (const std::int32_t lanes : {2, 3, 20}) {
     options_.framesInFlight = lanes;
@@ -121,7 +121,7 @@ TEST_F(SequenceRendererTest, FramesSideBySideAreReportedInOrder) {
   }
 }
 
-TEST_F(SequenceRendererTest, FramesSideBySideBeforeAFailureAreFinished) {
+TEST_F(SequenceRenderer, FramesSideBySideBeforeAFailureAreFinished) {
   MakeInputs();
   folder_.Write("in.004.png", "no picture");
   options_.framesInFlight = 3;
@@ -133,7 +133,7 @@ TEST_F(SequenceRendererTest, FramesSideBySideBeforeAFailureAreFinished) {
   EXPECT_FALSE(Exists("out.004.png"));
 }
 
-TEST_F(SequenceRendererTest, AMissingFrameEndsItBeforeAnythingIsWritten) {
+TEST_F(SequenceRenderer, AMissingFrameEndsItBeforeAnythingIsWritten) {
   MakeInputs();
   std::filesystem::remove(folder_.path() / "in.004.png");
   const auto failure = CaughtFailure([&] { Render(); });
@@ -142,7 +142,7 @@ TEST_F(SequenceRendererTest, AMissingFrameEndsItBeforeAnythingIsWritten) {
   EXPECT_FALSE(Exists("out.001.png"));
 }
 
-TEST_F(SequenceRendererTest, AMissingFrameCanBeSkipped) {
+TEST_F(SequenceRenderer, AMissingFrameCanBeSkipped) {
   MakeInputs();
   std::filesystem::remove(folder_.path() / "in.004.png");
   options_.onError = OnError::Skip;
@@ -156,7 +156,7 @@ TEST_F(SequenceRendererTest, AMissingFrameCanBeSkipped) {
   EXPECT_TRUE(Exists("out.006.png"));
 }
 
-TEST_F(SequenceRendererTest, ADamagedFrameEndsItBehindTheFramesBefore) {
+TEST_F(SequenceRenderer, ADamagedFrameEndsItBehindTheFramesBefore) {
   MakeInputs();
   folder_.Write("in.004.png", "no picture");
   const auto summary = Render();
@@ -169,7 +169,7 @@ TEST_F(SequenceRendererTest, ADamagedFrameEndsItBehindTheFramesBefore) {
   EXPECT_FALSE(Exists("out.005.png"));
 }
 
-TEST_F(SequenceRendererTest, FramesUnderWayBehindAFailureAreDropped) {
+TEST_F(SequenceRenderer, FramesUnderWayBehindAFailureAreDropped) {
   MakeInputs();
   const auto summary = Render([&](std::size_t frame) {
     if (frame == 1) std::filesystem::create_directory(folder_.path() / "out.002.png");
@@ -182,7 +182,7 @@ TEST_F(SequenceRendererTest, FramesUnderWayBehindAFailureAreDropped) {
   EXPECT_FALSE(Exists("out.003.png"));
 }
 
-TEST_F(SequenceRendererTest, AFailedRenderIsAFailedFrame) {
+TEST_F(SequenceRenderer, AFailedRenderIsAFailedFrame) {
   MakeInputs();
   options_.onError = OnError::Skip;
   const auto summary = Render({}, kOutOfMemory);
@@ -192,7 +192,7 @@ TEST_F(SequenceRendererTest, AFailedRenderIsAFailedFrame) {
   EXPECT_FALSE(Exists("out.001.png"));
 }
 
-TEST_F(SequenceRendererTest, AnInterruptedFrameLeavesNoTrace) {
+TEST_F(SequenceRenderer, AnInterruptedFrameLeavesNoTrace) {
   MakeInputs();
   const auto before = NamesIn(folder_.path());
   const auto summary = Render([&](std::size_t frame) {
@@ -204,7 +204,7 @@ TEST_F(SequenceRendererTest, AnInterruptedFrameLeavesNoTrace) {
   EXPECT_EQ(NamesIn(folder_.path()), before);
 }
 
-TEST_F(SequenceRendererTest, ExistingFilesAreRefusedKeptOrReplaced) {
+TEST_F(SequenceRenderer, ExistingFilesAreRefusedKeptOrReplaced) {
   MakeInputs();
   Make("out.005.png", 200);
   const auto failure = CaughtFailure([&] { Render(); });
@@ -226,7 +226,7 @@ TEST_F(SequenceRendererTest, ExistingFilesAreRefusedKeptOrReplaced) {
   EXPECT_EQ(ValueOf("out.005.png"), 51);
 }
 
-TEST_F(SequenceRendererTest, APictureWithoutANumberServesEveryFrame) {
+TEST_F(SequenceRenderer, APictureWithoutANumberServesEveryFrame) {
   Make("still.png", 7);
   job_.input->file = "still.png";
   EXPECT_EQ(Render().done, 6);
@@ -234,7 +234,7 @@ TEST_F(SequenceRendererTest, APictureWithoutANumberServesEveryFrame) {
   EXPECT_EQ(ValueOf("out.006.png"), 8);
 }
 
-TEST_F(SequenceRendererTest, PicturesLieWhereTheirRecordsSay) {
+TEST_F(SequenceRenderer, PicturesLieWhereTheirRecordsSay) {
   MakeInputs();
   job_.frames = FrameRange{1, 1, 1};
   job_.input->origin = {3, -4};
@@ -251,7 +251,7 @@ TEST_F(SequenceRendererTest, PicturesLieWhereTheirRecordsSay) {
   EXPECT_EQ(log_[1].inputSize.y, 60.0);
 }
 
-TEST_F(SequenceRendererTest, TheOutputStartsFromItsInitialPicture) {
+TEST_F(SequenceRenderer, TheOutputStartsFromItsInitialPicture) {
   MakeInputs();
   Make("before.png", 90);
   job_.frames = FrameRange{2, 2, 1};
@@ -269,7 +269,7 @@ TEST_F(SequenceRendererTest, TheOutputStartsFromItsInitialPicture) {
   EXPECT_NE(seen_.results.back().message.find("9 x 6 pixels, expected the output's 8 x 6"), std::string::npos);
 }
 
-TEST_F(SequenceRendererTest, BothFieldsGoIntoOnePicture) {
+TEST_F(SequenceRenderer, BothFieldsGoIntoOnePicture) {
   MakeInputs();
   job_.frames = FrameRange{2, 2, 1};
   job_.field = FieldChoice::Both;
@@ -283,7 +283,7 @@ TEST_F(SequenceRendererTest, BothFieldsGoIntoOnePicture) {
     EXPECT_EQ(component, 21);
 }
 
-TEST_F(SequenceRendererTest, MaskAndSecondInputAreHandedOver) {
+TEST_F(SequenceRenderer, MaskAndSecondInputAreHandedOver) {
   MakeInputs();
   Make("mask.png", 99, 3, 2);
   Make("two.png", 5);
@@ -294,7 +294,7 @@ TEST_F(SequenceRendererTest, MaskAndSecondInputAreHandedOver) {
   EXPECT_TRUE(log_[0].hasInput2);
 }
 
-TEST_F(SequenceRendererTest, AGeneratorNeedsNoInput) {
+TEST_F(SequenceRenderer, AGeneratorNeedsNoInput) {
   job_.input.reset();
   job_.kind = EffectKind::Generator;
   job_.output.width = 5;
@@ -305,7 +305,7 @@ TEST_F(SequenceRendererTest, AGeneratorNeedsNoInput) {
   EXPECT_EQ(ValueOf("out.003.png"), 1);
 }
 
-TEST_F(SequenceRendererTest, TheDepthIsThatOfTheInput) {
+TEST_F(SequenceRenderer, TheDepthIsThatOfTheInput) {
   HostImage image;
   image.Reset(16, 4, 4, 4);
   image.Clear();
