@@ -36,7 +36,7 @@ class Table:
     def markdown(self):
         rule = ["---"] + ["---:"] * (len(self.head) - 1)
         lines = ["| " + " | ".join(line) + " |" for line in [self.head, rule, *self.rows]]
-        return "\n".join([f"### {self.title}", "", *lines, ""])
+        return "\n".join([f"## {self.title}", "", *lines, ""])
 
 
 def goals_table(results):

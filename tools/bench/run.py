@@ -3,8 +3,9 @@
 usage: run.py [--quick] [--update] [--cpu-time] [--report] [options of Google Benchmark]
 
   --quick    a subset in under two minutes
-  --update   rewrite the tables and the chart that docs/PERFORMANCE.md shows
-  --cpu-time take what runs on one thread by processor time, on a machine that has other work  --report   nothing is measured: the tables and the chart once more, from the figures of the last run
+  --update   rewrite docs/PERFORMANCE-FIGURES.md and its chart
+  --cpu-time take what runs on one thread by processor time, on a machine that has other work
+  --report   measure nothing: print tables and chart of the last run again
 """
 
 import json
@@ -21,13 +22,16 @@ from results import Results
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = ROOT / "build" / "release"
 FOLDER = BUILD / "bench-results"
-PAGE = ROOT / "docs" / "PERFORMANCE.md"
+PAGE = ROOT / "docs" / "PERFORMANCE-FIGURES.md"
 CHART = "performance.svg"
-BEGIN, END = "<!-- figures: begin -->", "<!-- figures: end -->"
+HEAD = """# Figures
+
+Written by `./dev bench --update`: one run on one machine. [PERFORMANCE.md](PERFORMANCE.md) tells how it is measured and
+what the cost depends on."""
 
 
 def run_benchmarks(quick, options):
-    """Repetitions of all cases are mixed, so that a busy minute of the machine meets everybody."""
+    """Repetitions of all cases are interleaved, so that a busy minute of the machine meets all of them."""
     out = FOLDER / "google-benchmark.json"
     command = [
         str(BUILD / "bench" / "vblur_bench"),
@@ -47,14 +51,11 @@ def run_benchmarks(quick, options):
 def markdown(results):
     machine = "\n".join(["| | |", "|---|---|", *(f"| {name} | {value} |" for name, value in report.machine(results))])
     tables = "\n".join(table.markdown() for table in report.all_tables(results))
-    return f"{BEGIN}\n\n![Time against radius]({CHART})\n\n{machine}\n\n{tables}\n{END}"
+    return f"{HEAD}\n\n![Time against radius]({CHART})\n\n{machine}\n\n{tables}"
 
 
 def update_page(results):
-    page = PAGE.read_text(encoding="utf-8")
-    head, rest = page.split(BEGIN)
-    tail = rest.split(END)[1]
-    PAGE.write_text(head + markdown(results) + tail, encoding="utf-8")
+    PAGE.write_text(markdown(results), encoding="utf-8")
     chart.draw(results, PAGE.parent / CHART)
 
 

@@ -17,6 +17,20 @@ cd "$work"
 "$program" -q view ring.json ring-zoom-3.png --frame 24 --zoom 3 --pan 60,40
 "$program" -q view crop.json crop-released.png --page crop --pen crop.pen
 
+# Contact sheets. Panels are no larger than their input, which keeps the files small.
+sheet() {
+  local kind=$1 size=$2
+  shift 2
+  "$program" -q chart "chart-$kind.png" --size "$size"
+  "$program" -q sheet "chart-$kind.png" "sheet-$kind.png" --of "$kind" "$@"
+}
+sheet sizes 288x162
+sheet channels 288x162
+sheet mix-back 192x108 --blur 8
+sheet edges 288x162
+sheet ramps 96x54 --blur 12 --alpha ignored
+"$program" -q kernel kernel.png --blur 20
+
 mkdir -p "$folder"
-mv ring-*.png crop-*.png "$folder"
+mv ring-*.png crop-*.png sheet-*.png kernel.png "$folder"
 ls "$folder"/*.png

@@ -1,0 +1,111 @@
+// docs/JOBS.md against the program: the examples are jobs, the first one renders and tells its progress as shown there,
+// and no field is left out.
+#include <iterator>
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+#include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFields.h"
+#include "host/jobs/JobFile.h"
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+using Json = nlohmann::json;
+
+std::string Document() {
+  std::ifstream stream(VBLUR_JOBS_DOCUMENT, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+// The blocks of code in this language; none for those that name none.
+std::vector<std::string> Blocks(const std::string& language) {
+  const std::string text = "\n" + Document();
+  const std::string begin = "\n```" + language + "\n";
+  const std::string end = "\n```\n";
+  std::vector<std::string> blocks;
+  for (std::size_t at = text.find("\n```"); at != std::string::npos; at = text.find("\n```", at)) {
+    const std::size_t body = text.find('\n', at + 1) + 1;
+    const std::size_t last = text.find(end, body - 1);
+    if (text.compare(at, begin.size(), begin) == 0) blocks.push_back(text.substr(body, last + 1 - body));
+    at = last + end.size() - 1;
+  }
+  return blocks;
+}
+
+std::vector<Json> Lines(const std::string& text) {
+  std::vector<Json> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);)
+    lines.push_back(Json::parse(line));
+  return lines;
+}
+
+// Without what differs from run to run: times, memory and frames in flight keep their names alone.
+Json Timeless(Json event) {
+  for (const char* name : {"seconds", "memory"}) {
+    if (!event.contains(name)) continue;
+    for (auto& value : event[name])
+      value = 0;
+  }
+  for (const char* name : {"framesInFlight", "wall", "framesPerSecond"})
+    if (event.contains(name)) event[name] = 0;
+  return event;
+}
+
+class JobsDocument : public ProgramTest {
+ protected:
+  void WriteExample() const {
+    std::ofstream(Path("shot.json"), std::ios::binary) << Blocks("json").at(0);
+    for (const char* name : {"plate.0001.exr", "plate.0002.exr", "plate.0003.exr"})
+      MakePicture(name, 40, 30, 16);
+  }
+  std::vector<Json> Progress(std::vector<std::string> options = {}) const {
+    options.insert(options.begin(), {"job", "shot.json", "--progress", "json"});
+    return Lines(Run(options).err);
+  }
+};
+
+TEST_F(JobsDocument, ItsExamplesAreJobs) {
+  const auto examples = Blocks("json");
+  EXPECT_EQ(examples.size(), 4u);
+  for (const std::string& example : examples)
+    EXPECT_NO_THROW(host::CheckJob(host::ParseJob(example, "."))) << example;
+}
+
+TEST_F(JobsDocument, ItsExampleRendersAndTellsItsProgress) {
+  WriteExample();
+  const auto shown = Lines(Blocks("").at(0));
+  const auto told = Progress();
+  ASSERT_EQ(told.size(), shown.size());
+  for (std::size_t i = 0; i < told.size(); ++i)
+    EXPECT_EQ(Timeless(told[i]), Timeless(shown[i]));
+}
+
+TEST_F(JobsDocument, AFrameThatFailsIsToldAsShown) {
+  WriteExample();
+  std::filesystem::remove(Path("plate.0002.exr"));
+  const auto told = Progress({"--on-error", "skip"});
+  ASSERT_EQ(told.size(), 5u);
+  EXPECT_EQ(Timeless(told[2]), Timeless(Lines(Blocks("").at(1)).at(0)));
+}
+
+TEST_F(JobsDocument, NamesEveryField) {
+  const std::string text = Document();
+  const auto expectAll = [&](const auto& names) {
+    for (const std::string_view name : names) {
+      const bool isNamed = text.find("`" + std::string(name) + "`") != std::string::npos ||
+                           text.find('"' + std::string(name) + '"') != std::string::npos;
+      EXPECT_TRUE(isNamed) << name;
+    }
+  };
+  expectAll(host::job_fields::kJob);
+  expectAll(host::job_fields::kMask);
+  expectAll(host::job_fields::kOutput);
+  expectAll(host::job_fields::kProject);
+}
+
+}  // namespace
+}  // namespace vblur::cli
