@@ -1,11 +1,13 @@
-# What an engineer who embeds the effect gets: its server with the libraries that it needs, the interfaces to talk to it
-# as VBlur::platform, the property table and the ids of classes as VBlur::properties, and where the server lies as
-# VBlur_SERVER. Headers are below include/vblur, and includes begin with vblur/.
+# What an engineer who embeds the filter or the effect gets: libvblur as VBlur::vblur; the effect's server with the
+# libraries that it needs, and where it lies as VBlur_SERVER; the interfaces to talk to it as VBlur::platform; the
+# property table and the ids of classes as VBlur::properties. Includes begin with vblur/. The rooms behind these are not
+# installed.
 include(CMakePackageConfigHelpers)
 
 set(vblur_plugin_folder ${CMAKE_INSTALL_LIBDIR}/vblur)
-install(TARGETS vblur_image vblur_blur vblur_platform vblur_properties EXPORT VBlurTargets
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+set(vblur_header_folder ${CMAKE_INSTALL_INCLUDEDIR}/vblur)
+install(TARGETS vblur_vblur vblur_platform vblur_properties EXPORT VBlurTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS vblur_server vblur_sdk_effects vblur_sdk_viewer
   LIBRARY DESTINATION ${vblur_plugin_folder}
   RUNTIME DESTINATION ${vblur_plugin_folder})
@@ -14,9 +16,11 @@ if(VBLUR_BUILD_APPS)
     LIBRARY DESTINATION ${vblur_plugin_folder}
     RUNTIME DESTINATION ${vblur_plugin_folder})
 endif()
-foreach(room image blur platform properties)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/${room} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vblur
-    FILES_MATCHING PATTERN "*.h")
+# One file by two names: where they are the same name, the second copy replaces the first.
+install(FILES ${PROJECT_SOURCE_DIR}/src/vblur/Blur.h DESTINATION ${vblur_header_folder})
+install(FILES ${PROJECT_SOURCE_DIR}/src/vblur/Blur.h DESTINATION ${vblur_header_folder} RENAME blur.h)
+foreach(room platform properties)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/${room} DESTINATION ${vblur_header_folder} FILES_MATCHING PATTERN "*.h")
 endforeach()
 install(EXPORT VBlurTargets NAMESPACE VBlur:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VBlur)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VBlurConfig.cmake.in

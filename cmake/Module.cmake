@@ -38,7 +38,7 @@ function(vblur_module)
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
   target_include_directories(${target} ${scope}
     "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>" "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
-    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vblur>")
+    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
   target_compile_features(${target} ${scope} cxx_std_20)
   target_link_libraries(${target} ${scope} ${module_LINK})
   vblur_check_includes(${target} MAY_INCLUDE ${module_MAY_INCLUDE})

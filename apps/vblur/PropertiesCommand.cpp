@@ -1,5 +1,7 @@
 // vblur properties [NAME]: what the effect can be told, from the property table.
 #include <cstdio>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -9,8 +11,10 @@
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
+#include "host/hosted/CallTrace.h"
 #include "host/hosted/HostedEffect.h"
 #include "host/properties/PropertyText.h"
+#include "properties/ClassIds.h"
 
 namespace vblur::cli {
 
@@ -27,23 +31,61 @@ std::string KindName(const Property& property) {
   return property.isAnimated() ? "animated" : "number";
 }
 
+const char* TypeName(DSValueType type) {
+  switch (type) {
+    case DSValueType::Integer32: return "integer32";
+    case DSValueType::Float64: return "float64";
+    case DSValueType::Boolean32: return "boolean32";
+  }
+  return "";
+}
+
+const char* CapabilityName(PropertyCapability capability) {
+  switch (capability) {
+    case PropertyCapability::Plain: return "plain";
+    case PropertyCapability::Animated: return "animated";
+    case PropertyCapability::PlainHidden: return "plain hidden";
+  }
+  return "";
+}
+
 std::string DefaultText(const Property& property) {
   return host::FormatValue(property, property.defaultValue);
 }
 
+// Fields are added, never renamed or taken away, as long as the document's version stays.
 Json Describe(const Property& property) {
-  Json object = {
-      {"name", property.name},      {"option", "--" + host::OptionName(property)}, {"group", PropertyGroup(property)},
-      {"kind", KindName(property)}, {"animated", property.isAnimated()},           {"default", property.defaultValue}};
-  if (property.control == PropertyControl::Number) {
-    object["minimum"] = property.minimum;
-    object["maximum"] = property.maximum;
-  }
+  Json object = {{"name", property.name},
+                 {"guid", host::FormatGuid(property.guid)},
+                 {"shownName", property.shownName},
+                 {"option", "--" + host::OptionName(property)},
+                 {"group", PropertyGroup(property)},
+                 {"kind", KindName(property)},
+                 {"type", TypeName(property.type)},
+                 {"capability", {{"name", CapabilityName(property.capability)}, {"value", property.capability}}},
+                 {"animated", property.isAnimated()},
+                 {"default", property.defaultValue},
+                 {"minimum", property.minimum},
+                 {"maximum", property.maximum}};
   if (property.control == PropertyControl::List) {
     object["entries"] = std::vector<std::string>(property.entries.begin(), property.entries.end());
     object["defaultText"] = DefaultText(property);
   }
   object["hint"] = property.hint;
+  return object;
+}
+
+Json DescribeClasses() {
+  constexpr std::pair<const char*, GUID> kClasses[] = {{"Blur", classes::kBlur},
+                                                       {"FullBlurPPG", classes::kFullBlurPPG},
+                                                       {"TransitionBlurPPG", classes::kTransitionBlurPPG},
+                                                       {"HvTransitionPPG", classes::kHvTransitionPPG},
+                                                       {"HvTInteract", classes::kHvTInteract},
+                                                       {"HelpPPG", classes::kHelpPPG},
+                                                       {"FullCropPPG", classes::kFullCropPPG}};
+  Json object = Json::object();
+  for (const auto& [name, id] : kClasses)
+    object[name] = host::FormatGuid(id);
   return object;
 }
 
@@ -87,7 +129,7 @@ class PropertiesCommand : public Command {
   explicit PropertiesCommand(CLI::App& parent)
       : Command(parent, "properties", "Print the effect's properties, or all about one") {
     app()->add_option("NAME", name_, "One property")->type_name("");
-    app()->add_flag("--json", json_, "As JSON");
+    app()->add_flag("--json", json_, "As JSON, with the ids of properties and classes");
     AddTextOption(*app(), "--size", "N", "With Blur: what this size stands for; repeatable", [](const std::string&) {})
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->expected(1);
@@ -121,9 +163,9 @@ class PropertiesCommand : public Command {
   }
 
   static void PrintAllAsJson() {
-    Json all = Json::array();
+    Json all = {{"version", 1}, {"classes", DescribeClasses()}, {"properties", Json::array()}};
     for (const Property& property : kProperties)
-      all.push_back(Describe(property));
+      all["properties"].push_back(Describe(property));
     std::printf("%s\n", all.dump(2).c_str());
   }
 

@@ -7,6 +7,8 @@
 #include <vblur/platform/ComPtr.h>
 #include <vblur/platform/IDSImageEffect.h>
 #include <vblur/platform/IDSProperties.h>
+#include <vblur/properties/ClassIds.h>
+#include <vblur/properties/PropertyTable.h>
 
 using namespace vblur;
 
@@ -22,17 +24,12 @@ struct Picture : IDSImage {
 };
 
 int main(int, char** argv) {
-  constexpr GUID kBlurClass = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
-  constexpr GUID kBlur = MakeGuid("{9D2E3005-AE89-11D5-9414-0800690F2F3F}");
-  constexpr GUID kChannels = MakeGuid("{9D2E3007-AE89-11D5-9414-0800690F2F3F}");
-  constexpr GUID kXEdgeMethod = MakeGuid("{F2A92C68-2302-11D3-AB91-0000E8D8077F}");
-
   void* library = argv[1] != nullptr ? dlopen(argv[1], RTLD_NOW) : nullptr;
   if (library == nullptr) return std::fprintf(stderr, "usage: embed SERVER\n"), 2;
   auto* getClass = reinterpret_cast<DllGetClassObjectFunction*>(dlsym(library, "DllGetClassObject"));
   ComPtr<IClassFactory> factory;
   ComPtr<IDSImageEffect> effect;
-  if (getClass == nullptr || getClass(kBlurClass, IClassFactory::kIid, factory.Receive()) != kOk ||
+  if (getClass == nullptr || getClass(classes::kBlur, IClassFactory::kIid, factory.Receive()) != kOk ||
       factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive()) != kOk) {
     return std::fprintf(stderr, "%s does not make the effect\n", argv[1]), 1;
   }
@@ -41,9 +38,10 @@ int main(int, char** argv) {
   for (std::size_t i = 0; i < source.pixels.size(); ++i)
     source.pixels[i] = i / 4 % 64 < 32 ? 0 : 255;  // black on the left, white on the right
   const auto properties = effect.As<IDSProperties>();
-  properties->PutValue(kBlur, DSVariant::Of(12.0));      // pixels
-  properties->PutValue(kChannels, DSVariant::Of(1));     // RGBA
-  properties->PutValue(kXEdgeMethod, DSVariant::Of(1));  // repeat what stands at the edge
+  const auto put = [&](PropertyId id, DSVariant value) { properties->PutValue(PropertyOf(id).guid, value); };
+  put(PropertyId::Blur, DSVariant::Of(12.0));      // pixels
+  put(PropertyId::Channels, DSVariant::Of(1));     // RGBA
+  put(PropertyId::XEdgeMethod, DSVariant::Of(1));  // repeat the pixels at the edge
   effect->SetInput(&source);
   effect->SetOutput(&result);
   if (effect->Verify() != kOk || effect->RenderFrame(0.0) != kOk) return 1;

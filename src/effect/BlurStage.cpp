@@ -1,7 +1,7 @@
 // The blur stage: blurs or sharpens, then mixes the result back over the source.
 #include <cstdint>
-#include <iterator>
 
+#include "blur/FuzzChannels.h"
 #include "blur/FuzzSampler.h"
 #include "composite/MixStage.h"
 #include "effect/Blur.h"
@@ -12,34 +12,18 @@ namespace {
 template <class Pixel>
 inline constexpr std::int32_t kFullScale = Pixel::kMax;
 
-// The sampler's mode for a value of `Channels`, and whether it writes alpha.
-struct ChannelChoice {
-  std::int32_t mode;
-  bool writesAlpha;
-};
-
-ChannelChoice ChoiceOf(std::int32_t channels) {
-  static constexpr ChannelChoice kChoices[] = {
-      {kFuzzRGB, false},    {kFuzzRGBA, true},  {kFuzzGrey, false}, {kFuzzRed, false},
-      {kFuzzGreen, false},  {kFuzzBlue, false}, {kFuzzAlpha, true}, {kFuzzLuminance, false},
-      {kFuzzChroma, false}, {kFuzzU, false},    {kFuzzV, false},
-  };
-  const bool listed = channels >= 0 && channels < static_cast<std::int32_t>(std::size(kChoices));
-  return listed ? kChoices[channels] : ChannelChoice{kFuzzRGBA, true};
-}
-
 }  // namespace
 
 template <class Pixel>
 HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTexture<Pixel, Rf>& source) {
   const BlurSizeParts parts = SizeParts(time);
   const BlurSize radius = FilterRadius(parts);
-  const ChannelChoice choice = ChoiceOf(blur_.channels);
-  if (!choice.writesAlpha) frame.alphaAffected = 0;
+  const FuzzMode mode = fuzzModeOf(blur_.channels);
+  if (mode != kFuzzRGBA && mode != kFuzzAlpha) frame.alphaAffected = 0;
 
   FuzzSampler<Pixel, Ri, kFullScale<Pixel>> sampler;
   sampler.method = blur_.method;
-  sampler.mode = choice.mode;
+  sampler.mode = mode;
   sampler.sizeX = radius.x;
   sampler.sizeY = radius.y;
   sampler.interrupt = &frame.interrupt;

@@ -1,5 +1,9 @@
+#include <string>
+#include <vector>
+
 #include <nlohmann/json.hpp>
 
+#include "host/hosted/CallTrace.h"
 #include "host/properties/PropertyText.h"
 #include "properties/PropertyTable.h"
 #include "tests/apps/ProgramTest.h"
@@ -11,7 +15,7 @@ class Properties : public ProgramTest {};
 
 TEST_F(Properties, TheTableHoldsEveryOne) {
   const auto text = Run({"properties"});
-  const auto json = nlohmann::json::parse(Run({"properties", "--json"}).out);
+  const auto json = nlohmann::json::parse(Run({"properties", "--json"}).out)["properties"];
   EXPECT_EQ(text.exit, 0);
   ASSERT_EQ(json.size(), kProperties.size());
   for (std::size_t i = 0; i < kProperties.size(); ++i) {
@@ -22,6 +26,58 @@ TEST_F(Properties, TheTableHoldsEveryOne) {
     EXPECT_EQ(json[i]["default"], property.defaultValue);
     EXPECT_EQ(json[i]["hint"], property.hint);
   }
+}
+
+// What other programs read: every field of the table, and the ids of classes.
+TEST_F(Properties, TheDocumentHasEveryFieldAndTheClasses) {
+  const auto json = nlohmann::ordered_json::parse(Run({"properties", "--json"}).out);
+  EXPECT_EQ(json["version"], 1);
+  EXPECT_EQ(json["classes"].size(), 7u);
+  EXPECT_EQ(json["classes"]["Blur"], "{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
+  EXPECT_EQ(json["classes"]["HvTInteract"], "{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
+  for (std::size_t i = 0; i < kProperties.size(); ++i) {
+    const Property& property = kProperties[i];
+    const auto& row = json["properties"][i];
+    EXPECT_EQ(row["guid"], host::FormatGuid(property.guid));
+    EXPECT_EQ(row["shownName"], property.shownName);
+    EXPECT_EQ(row["capability"]["value"], static_cast<int>(property.capability));
+    EXPECT_EQ(row["minimum"], property.minimum);
+    EXPECT_EQ(row["maximum"], property.maximum);
+    EXPECT_EQ(row.value("entries", std::vector<std::string>()),
+              std::vector<std::string>(property.entries.begin(), property.entries.end()));
+  }
+  const char* const channels = R"({
+  "name": "Channels",
+  "guid": "{9D2E3007-AE89-11D5-9414-0800690F2F3F}",
+  "shownName": "Channels",
+  "option": "--channels",
+  "group": "Blur",
+  "kind": "list",
+  "type": "integer32",
+  "capability": {
+    "name": "plain",
+    "value": 4
+  },
+  "animated": false,
+  "default": 1.0,
+  "minimum": 0.0,
+  "maximum": 10.0,
+  "entries": [
+    "RGB",
+    "RGBA",
+    "Grey",
+    "Red",
+    "Green",
+    "Blue",
+    "Alpha",
+    "Luminance",
+    "Chroma",
+    "U",
+    "V"
+  ],
+  "defaultText": "RGBA",
+  "hint": ")";
+  EXPECT_EQ(json["properties"][2].dump(2).rfind(channels, 0), 0u) << json["properties"][2].dump(2);
 }
 
 TEST_F(Properties, EveryOneIsAnOptionOfRender) {

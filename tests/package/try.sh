@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# try.sh BUILD SOURCE COMPILER [PROGRAM [FILE]]: installs BUILD into a scratch folder, builds SOURCE there, and
-# runs its program with the installed FILE, if any.
+# try.sh PREFIX SOURCE C-COMPILER C++-COMPILER PROGRAM [ARGUMENT...]: builds a copy of SOURCE against PREFIX in a scratch
+# folder, and runs its PROGRAM.
 set -euo pipefail
+prefix=$1 source=$2 c=$3 cpp=$4 program=$5
+shift 5
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-cmake --install "$1" --prefix "$scratch/prefix" >"$scratch/install.log" || { cat "$scratch/install.log"; exit 1; }
-cp -r "$2" "$scratch/source"
-cmake -S "$scratch/source" -B "$scratch/build" -DCMAKE_PREFIX_PATH="$scratch/prefix" -DCMAKE_CXX_COMPILER="$3" \
-  -DCMAKE_BUILD_TYPE=Release
+cp -r "$source" "$scratch/source"
+CC=$c CXX=$cpp cmake -S "$scratch/source" -B "$scratch/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release
 cmake --build "$scratch/build"
-"$scratch/build/${4:-consumer}" ${5:+"$scratch/prefix/$5"}
+"$scratch/build/$program" "$@"
