@@ -12,7 +12,6 @@
 
 #include "blur/BoxSweep.h"
 #include "blur/PassRanges.h"
-#include "image/HvCpu.h"
 #include "image/HvMemory.h"
 #include "image/Pixels.h"
 
@@ -101,7 +100,6 @@ class StripBoxes {
   // SweepRows.
   template <class Need, class AskFor, class Done>
   void run(Component* const* out, bool streams, const Need& need, const AskFor& askFor, const Done& done) {
-    HvCountVectorCall();
     const std::int64_t end = read_.last - read_.first;
     const std::int64_t lead = sweep_.lead();
     std::int64_t stretch = gathered_.together(0);

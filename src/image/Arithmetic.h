@@ -18,8 +18,8 @@ constexpr std::int32_t truncToInt(float v) {
   return v >= -2147483648.0f && v < 2147483648.0f ? static_cast<std::int32_t>(v) : kInt32Min;
 }
 
-// 32-bit arithmetic that wraps instead of overflowing. The filter's own ranges fit (each product says
-// so where it stands); only radii below zero and sums that are multiplied by 0 leave them.
+// 32-bit arithmetic that wraps instead of overflowing. The filter's products fit, as said at each; only
+// negative radii and sums that are multiplied by 0 overflow.
 constexpr std::int32_t wrapAdd(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }
@@ -32,25 +32,25 @@ constexpr std::int32_t wrapMul(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
 }
 
-// Toward minus infinity, for the cell that a coordinate lies in: the one place that is not toward zero.
+// Floor, for the cell of a coordinate: the only conversion that does not truncate.
 constexpr std::int32_t floorToInt(float v) {
   const std::int32_t i = truncToInt(v);
   return v < 0.0f && static_cast<float>(i) != v ? wrapSub(i, 1) : i;
 }
 
-// Keeps the low bits. There is no clamp: a caller either knows that the value fits or wants the bits.
+// Keeps the low bits, without a clamp: the value fits, or the caller wants the bits.
 template <class Component>
 constexpr Component storeNarrow(std::int32_t v) {
   return static_cast<Component>(v);
 }
 
-// The one clamp. Bounds may be crossed: what lies below `low` is `low`, all else is at most `high`.
+// The one clamp. If the bounds are crossed: `low` for values below it, `high` for all others.
 template <class T>
 constexpr T clampTo(T v, T low, T high) {
   return low > v ? low : v > high ? high : v;
 }
 
-// A computed value as a component: limited to the component's range in float, then truncated.
+// A computed value as a component: clamped to the component's range in float, then truncated.
 template <class Pixel>
 constexpr typename Pixel::Component storeClamped(float v) {
   return storeNarrow<typename Pixel::Component>(
@@ -62,8 +62,8 @@ constexpr typename Pixel::Component storeClamped(std::int32_t v) {
   return storeNarrow<typename Pixel::Component>(v < Pixel::kMin ? Pixel::kMin : v > Pixel::kMax ? Pixel::kMax : v);
 }
 
-// b + ((a - b) * m) / Top with a division toward zero. The product fits: differences of two
-// components and an amount stay below 65536 * 32768 = 2^31.
+// b + ((a - b) * m) / Top with a truncating division. The product fits: a difference of two
+// components times an amount stays below 65536 * 32768 = 2^31.
 template <std::int32_t Top>
 constexpr std::int32_t mixInt(std::int32_t a, std::int32_t b, std::int32_t m) {
   return b + wrapMul(a - b, m) / Top;
@@ -76,7 +76,7 @@ constexpr std::int32_t amountFromFloat(float f) {
   return m < 0 ? 0 : m > Top ? Top : m;
 }
 
-// A colour component in 0..1 in the scale of a pixel: 255 or 16384 is 1.0, and nothing is clamped.
+// A colour component in 0..1 in the scale of a pixel, where 255 or 16384 is 1.0; not clamped.
 template <class Pixel>
 constexpr typename Pixel::Component colourFromFloat(float c) {
   return storeNarrow<typename Pixel::Component>(truncToInt(c * static_cast<float>(Pixel::kOne)));

@@ -1,5 +1,5 @@
-// Copies the flagged channels over the window and leaves the others as they stand in the target: the
-// way of the channels that a filter does not touch.
+// Copies the flagged channels of the window and keeps the target's others: for channels that are not
+// filtered.
 #pragma once
 
 #include "image/ChannelMask.h"

@@ -1,4 +1,4 @@
-// A choice of the four components, known when the loops are compiled.
+// A choice of the four components at compile time.
 #pragma once
 
 #include <bit>
@@ -22,7 +22,7 @@ struct ChannelMask {
   static constexpr bool chosen(int component) {
     return component == 0 ? R : component == 1 ? G : component == 2 ? B : A;
   }
-  // The component that stands at a place among the chosen ones.
+  // The chosen component number `place`, counted from 0; -1: there are fewer.
   static constexpr int componentAt(int place) {
     for (int c = 0; c < 4; ++c) {
       if (chosen(c) && place-- == 0) return c;
@@ -31,7 +31,7 @@ struct ChannelMask {
   }
 };
 
-// The vector form takes pixels for the words that fill them.
+// Vector code handles a pixel as one word.
 template <class Pixel>
 inline constexpr bool kIsWord = PixelTraits<Pixel>::kComponents == 4 && sizeof(Pixel) <= 8;
 template <class Pixel>
@@ -56,7 +56,7 @@ void copyChannelsPlain(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n)
   }
 }
 
-// Copies the chosen components of n pixels of a run and leaves the others as they stand.
+// Copies the chosen components of n pixels of a run and keeps the others.
 template <class Mask, class Pixel>
 void copyChannels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
   if constexpr (Mask::kAll) {

@@ -31,8 +31,8 @@ HWY_INLINE void MixWord(Word chosen, const Word* in, Word* out) {
   std::memcpy(out, &to, sizeof(Word));
 }
 
-// Calls each(i) for vectors of `count` words that make n, the last of which may take in words of the one before once
-// more: for results that may be written twice. False, and nothing is done, where n has no vector.
+// Calls each(i) for vectors of `count` words that cover n. The last may overlap the one before, so results must bear
+// being written twice. False if n is shorter than a vector: nothing is done.
 template <class Each>
 HWY_INLINE bool ForVectors(std::ptrdiff_t count, std::ptrdiff_t n, const Each& each) {
   if (count == 0 || n < count) return false;
@@ -57,7 +57,7 @@ HWY_INLINE hn::Vec<D> Reversed(D d, hn::Vec<D> v) {
   }
 }
 
-// The lanes that lie before the end of the word at `in` in memory, word by word from there.
+// The vector that ends with the word at `in`, its words in reverse order.
 template <int kLanesPerWord, class D>
 HWY_INLINE hn::Vec<D> LoadMirrored(D d, const hn::TFromD<D>* in) {
   return Reversed<kLanesPerWord>(d, hn::LoadU(d, in + kLanesPerWord - LanesOf(d)));
@@ -105,7 +105,7 @@ HWY_INLINE void Fill(Word word, std::int32_t n, Word chosenBits, void* to) {
 template <int kLanesPerWord, class Lane>
 HWY_INLINE void MirrorWhole(const Lane* in, std::int32_t n, Lane* out) {
   const hn::ScalableTag<Lane> d;
-  // Stores alone do not make the memory come in time, and it is asked for as a read row would be.
+  // Stores do not trigger the prefetcher.
   constexpr std::ptrdiff_t kWordsAhead = 512 / (kLanesPerWord * sizeof(Lane));
   const std::ptrdiff_t last = n - 1;
   const auto each = [&](std::ptrdiff_t i) HWY_ATTR {

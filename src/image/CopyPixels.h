@@ -1,4 +1,4 @@
-// The one place that copies whole pixels of a run, and fills rows with one pixel.
+// Copies whole pixels of a run, and fills rows with one pixel.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ void fillPixelsPlain(Pixel* out, Pixel pixel, std::int32_t n) {
     out[i] = pixel;
 }
 
-// n times one pixel, which may lie among those that are written.
+// n times one pixel, which may lie in the row that is written.
 template <class Pixel>
 void fillPixels(Pixel* out, const Pixel& pixel, std::int32_t n) {
   if constexpr (isWordOfRows(sizeof(Pixel))) {
@@ -39,10 +39,10 @@ void clearPixels(Pixel* out, std::int32_t n) {
   clearBytes(out, static_cast<std::size_t>(n) * sizeof(Pixel));
 }
 
-// n pixels of a run, which holds at least n, to a plain row: one after the other, where the row lies across the run.
+// Copies n pixels of a run of at least n to a contiguous row; pixel by pixel from the front if the two overlap.
 template <class Pixel>
 void copyPixels(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) {
-  // Side by side it is the C library's block copy, for the reasons that clearBytes has.
+  // A contiguous run: memmove, for the reasons given at clearBytes.
   if (isVectorRun(run, out, n)) {
     std::memmove(static_cast<void*>(out), run.first, static_cast<std::size_t>(n) * sizeof(Pixel));
     return;

@@ -1,4 +1,4 @@
-// A processor that writes a texture from nothing.
+// A processor without inputs. For processors of other programs: none of this system's is a Generator.
 #pragma once
 
 #include "image/Imager.h"

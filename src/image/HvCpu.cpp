@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-// The set with products that are added at once, which some of the code is compiled for.
+// AVX3_DL, which some kernels are compiled for.
 #define HWY_WANT_AVX3_DL
 #include <hwy/highway.h>
 
@@ -14,13 +14,11 @@ constexpr std::string_view kTwin = "twin";
 constexpr std::string_view kNative = "native";
 
 std::atomic<bool> usesVectors{true};
-std::atomic<std::uint64_t> vectorCalls{0};
-std::atomic<bool> vectorsEntered{false};
-// 0: nobody has chosen, and the best runs.
+// 0: none chosen, the best runs.
 std::atomic<std::int64_t> chosenTarget{0};
 
-// Best first. Targets in one word: the lower the bit, the better. Asked once: Highway's question undoes what has been
-// chosen.
+// Best first: the lower the bit, the better the target. Called once, since SupportedAndGeneratedTargets resets the
+// chosen target.
 const std::vector<std::int64_t>& Targets() {
   static const std::vector<std::int64_t> targets = [] {
     std::vector<std::int64_t> supported = hwy::SupportedAndGeneratedTargets();
@@ -55,7 +53,7 @@ bool HvSetCpuLevel(std::string_view level) {
         return level == hwy::TargetName(target);
       });
   if (chosen == targets.end()) return false;
-  // Code that was not compiled for the chosen set runs for the best below it.
+  // A kernel that is not compiled for the chosen set runs for the best below it.
   std::int64_t atMost = 0;
   for (const std::int64_t target : targets)
     atMost |= target >= *chosen ? target : 0;
@@ -73,15 +71,6 @@ std::string HvCpuLevel() {
 
 bool HvUsesVectors() {
   return usesVectors.load(std::memory_order_relaxed);
-}
-
-std::uint64_t HvVectorCalls() {
-  const std::uint64_t entered = vectorsEntered.exchange(false, std::memory_order_relaxed) ? 1 : 0;
-  return vectorCalls.fetch_add(entered, std::memory_order_relaxed) + entered;
-}
-
-void HvCountVectorCall() {
-  if (!vectorsEntered.load(std::memory_order_relaxed)) vectorsEntered.store(true, std::memory_order_relaxed);
 }
 
 }  // namespace vblur

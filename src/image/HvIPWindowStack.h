@@ -15,7 +15,7 @@ class HvIPWindowStack {
   // Saves the window; 0 when ten are saved already.
   std::int32_t push();
   // Saves the window and sets another, x2 and y2 inclusive; 0, and nothing is changed, when ten are
-  // saved already. The mark that a window is set is not touched.
+  // saved already. The flag that a window is set is not touched.
   std::int32_t pushAndSet(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
   // Restores the window saved last; 0 when none is left.
   std::int32_t pop();

@@ -16,9 +16,8 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
  public:
   HvImgFiller() : HvIPWindowStack(this) {}
 
-  // Outside the rectangle the window is filled in three bands, below, beside and above it. A band has
-  // at least one row: however large the rectangle, the first and the last row of the window are filled.
-  // A window without rows or columns stays as it is.
+  // fillOutside fills three bands: below, beside and above the rectangle. Each has at least one row, so the
+  // first and the last row of the window are always filled. A window without rows or columns is left alone.
   void preProcess() override {
     this->passes = fillOutside ? 3 : 1;
     isEmpty_ = this->x2 <= this->x1 || this->y2 <= this->y1;
@@ -56,7 +55,7 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
   bool fillOutside = false;
 
  private:
-  // Rows limited to the window as it stands, so that first and last always name at least one row of it.
+  // Rows first to last, clamped to the window, which leaves at least one.
   void setBand(std::int32_t first, std::int32_t last) {
     const auto inWindow = [this](std::int32_t y) { return clampTo(y, this->y1, this->y2 - 1); };
     pushAndSet(this->x1, inWindow(first), this->x2 - 1, inWindow(last));

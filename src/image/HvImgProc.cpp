@@ -37,7 +37,7 @@ void HvImgProc::settle(const HvTexIndexer& target) {
     flags |= kWindowSet;
   }
   if ((options & kReplaceWindow) == 0) return cutWindow(target);
-  // On this path alone the far ends are stored as they are, inclusive.
+  // Inclusive far ends, on this path only.
   const std::int32_t lastX = mx + target.width() - 1;
   const std::int32_t lastY = my + target.height() - 1;
   if (x1 < mx || x2 > lastX) x1 = mx, x2 = lastX;

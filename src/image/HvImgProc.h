@@ -13,9 +13,10 @@ class HvImgProc : public HvRowProcessor {
     kSharingRows = 1,  // rows are being shared among threads
     kWindowSet = 2,
   };
+  // For other programs: this system's processors run with the default.
   enum Option : std::uint32_t {
     kUseThreads = 1,
-    kReplaceWindow = 2,  // a window that overruns is replaced rather than cut
+    kReplaceWindow = 2,  // a window that overruns is replaced rather than clipped
   };
 
   // Once, before and after all passes; after an interruption too.
@@ -33,7 +34,7 @@ class HvImgProc : public HvRowProcessor {
 
   // x2 and y2 inclusive.
   void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
-  // The window as it stands, of either family of processors.
+  // Takes the window of a processor of either family.
   void copyWindow(const HvRowProcessor& other);
 
   std::uint32_t flags = 0;
@@ -46,7 +47,7 @@ class HvImgProc : public HvRowProcessor {
   // Rows and columns of the calling thread, the first row aligned to the field; none where the window or the
   // target is empty.
   HvRowLoop rowLoop() const;
-  // Processes a texture, which may have a size and no memory.
+  // The texture may have a size but no memory.
   template <class Texture>
   void processTexture(const Texture* texture) {
     hasPixels_ = texture == nullptr || texture->hasPixels();

@@ -17,7 +17,7 @@ struct HvInterruptRecord {
   Callback callback = nullptr;
   HvStateWord interrupted{0};  // sticky: once non-zero the frame is over
   HvStateWord state{0};        // the reason
-  // The machine had no memory for a buffer of a size that could be: the frame is lost, not finished.
+  // An allocation of a possible size failed: the frame is lost, not finished.
   HvStateWord memoryRefused{0};
 
   void arm(void* newContext, Callback newCallback) {
@@ -28,8 +28,7 @@ struct HvInterruptRecord {
     memoryRefused.store(0, std::memory_order_relaxed);
   }
 
-  // Stops the frame for want of memory. A buffer of a negative length counts as one that there is no
-  // memory for.
+  // Stops the frame: out of memory. A buffer of negative length counts as that too.
   void stopForMemory() {
     interrupted.store(kOutOfMemoryCode, std::memory_order_relaxed);
     state.store(kOutOfMemoryReason, std::memory_order_relaxed);
@@ -39,14 +38,13 @@ struct HvInterruptRecord {
   static constexpr std::int32_t kOutOfMemoryReason = 1000;
 };
 
-// The test of interruption: the code, asking the callback first unless the frame is over already. A
-// null record never stops.
+// Non-zero: stop. Asks the callback unless the frame is stopped already; a null record never stops.
 inline std::int32_t poll(HvInterruptRecord* record) {
   if (record == nullptr) return 0;
   const std::int32_t known = record->interrupted.load(std::memory_order_relaxed);
   if (known != 0 || record->callback == nullptr) return known;
   const std::int32_t code = record->callback(record->context, &record->state);
-  // Only a stop is stored: a late "go on" must not take back another thread's stop.
+  // Only a stop is stored: a late "go on" must not undo another thread's stop.
   if (code != 0) record->interrupted.store(code, std::memory_order_relaxed);
   return code;
 }
@@ -55,7 +53,7 @@ inline void stopForMemory(HvInterruptRecord* record) {
   if (record != nullptr) record->stopForMemory();
 }
 
-// The same when the machine refused memory for a buffer of a size that could be.
+// The same after a failed allocation of a possible size.
 inline void stopForRefusedMemory(HvInterruptRecord* record) {
   if (record == nullptr) return;
   record->memoryRefused.store(1, std::memory_order_relaxed);

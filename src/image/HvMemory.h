@@ -1,5 +1,5 @@
-// How much memory a frame holds beside the pictures that it is given: whoever allocates pixels, lines or tables for
-// a pass says so here, and the frame is told the most that there was at one time.
+// Peak memory of a frame beside the pictures that it is given. Every allocation of pixels, lines or tables is noted
+// here.
 #pragma once
 
 #include <atomic>
@@ -8,7 +8,7 @@
 
 namespace vblur {
 
-// Bytes held now and at their height. From any thread.
+// Current and peak bytes. Thread-safe.
 class HvMemoryAccount {
  public:
   void take(std::size_t bytes);
@@ -20,8 +20,8 @@ class HvMemoryAccount {
   std::atomic<std::int64_t> peak_{0};
 };
 
-// Charges an account with what the calling thread allocates, for the length of a scope; the threads of a run charge
-// that of the run's caller. Null: nobody counts.
+// Within its scope, allocations of the calling thread and of the threads of its runs are charged to the account. Null:
+// nothing is counted.
 class HvMemoryScope {
  public:
   explicit HvMemoryScope(HvMemoryAccount* account);
@@ -36,11 +36,11 @@ class HvMemoryScope {
 // The account that the calling thread charges; null outside every scope.
 HvMemoryAccount* HvChargedAccount();
 
-// Said of every buffer of a frame, when it is allocated and when it is let go of, within one scope.
+// Note the allocation and the release of a buffer, both within one scope.
 void HvNoteTaken(std::size_t bytes);
 void HvNoteGiven(std::size_t bytes);
 
-// The same for a buffer that lives as long as this.
+// Notes a buffer that has the note's lifetime.
 class HvMemoryNote {
  public:
   explicit HvMemoryNote(std::size_t bytes) : bytes_(bytes) { HvNoteTaken(bytes_); }

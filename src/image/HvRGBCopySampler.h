@@ -1,4 +1,4 @@
-// Copies the channels that are named at run time.
+// Copies channels that are chosen at run time.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ class HvRGBCopySampler : public SimpleCopySampler<Pixel, Accum> {
  public:
   using Texture = HvTexture<Pixel, Accum>;
 
-  // Works on every row whatever the field, unless all channels are named.
+  // Ignores the field mode unless all channels are chosen.
   void processRows(Texture* in, Texture* out) override {
     if (channels == kAllChannels) return SimpleCopySampler<Pixel, Accum>::processRows(in, out);
     if (channels <= 0 || channels > kAllChannels) return;

@@ -11,8 +11,7 @@
 
 namespace vblur {
 
-// What one thread has to do of a target: columns x1 to x2 - 1 of rows firstRow, firstRow + rowStep ...
-// below lastRow.
+// The share of one thread: columns x1 to x2 - 1 of rows firstRow, firstRow + rowStep, ... below lastRow.
 struct HvRowLoop {
   std::int32_t x1 = 0;
   std::int32_t x2 = 0;
@@ -23,7 +22,7 @@ struct HvRowLoop {
 
 class HvRowProcessor : public HvInteruptable {
  public:
-  // right and bottom inclusive.
+  // right and bottom inclusive. For other programs, like setPasses.
   void getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const {
     left = x1;
     top = y1;
@@ -51,7 +50,7 @@ class HvRowProcessor : public HvInteruptable {
   std::int32_t mapHeight = 0;
 
  protected:
-  // Cuts the window to the pixels of a target; beside the target it becomes the nearest column or row.
+  // Clips the window to a target; a window beside it becomes the nearest column or row.
   void cutWindow(const HvTexIndexer& target) {
     const std::int32_t mx = target.horizontal.writeOrigin;
     const std::int32_t my = target.vertical.writeOrigin;

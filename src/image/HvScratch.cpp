@@ -12,15 +12,15 @@
 namespace vblur {
 namespace {
 
-// What is kept while nothing renders.
+// At most so much is kept for reuse.
 constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 constexpr std::size_t kMostBlocks = 16;
-// By so much a block may be too large for who takes it.
+// A reused block may be larger than requested by so much.
 constexpr std::size_t kMostIdleBytes = std::size_t{1} << 20;
-// Strips of pixels that begin with a cache line touch no more of them than they fill.
+// Aligned strips touch no more cache lines than they fill.
 constexpr std::size_t kCacheLine = 64;
-// Blocks of several large pages begin with one, and ask for them: rows of a picture lie so far apart that the
-// processor's table of small pages does not hold them.
+// Large blocks are aligned to large pages and ask for them: rows of a picture are so far apart that small pages would
+// overflow the TLB.
 constexpr std::size_t kLargePage = std::size_t{2} << 20;
 
 constexpr std::align_val_t alignmentOf(std::size_t bytes) {
@@ -39,7 +39,7 @@ class Shelf {
     auto* memory =
         static_cast<std::byte*>(::operator new(std::max<std::size_t>(bytes, 1), alignmentOf(bytes), std::nothrow));
 #ifdef MADV_HUGEPAGE
-    // Advice: where it is not taken, nothing is lost.
+    // Advice only: a failure does not matter.
     if (memory != nullptr && bytes >= 2 * kLargePage) madvise(memory, bytes, MADV_HUGEPAGE);
 #endif
     return {memory, memory == nullptr ? 0 : bytes};
@@ -50,7 +50,7 @@ class Shelf {
 
   HvScratchBlock take(std::size_t bytes) {
     const std::lock_guard hold(lock_);
-    // The smallest that serves, unless it is so much too large that a frame would hold what it does not need.
+    // Best fit, unless a frame would hold much more than it needs.
     auto best = blocks_.end();
     for (auto block = blocks_.begin(); block != blocks_.end(); ++block) {
       const bool serves = block->bytes >= bytes && block->bytes - bytes <= std::min(bytes / 16, kMostIdleBytes);
@@ -63,7 +63,7 @@ class Shelf {
     return found;
   }
 
-  // Blocks that nobody has asked for again make room for it, the oldest first.
+  // Frees the oldest blocks to make room.
   bool keep(const HvScratchBlock& block) {
     if (block.bytes > kMostBytes) return false;
     const std::lock_guard hold(lock_);

@@ -1,5 +1,4 @@
-// Memory that the pictures of one frame leave for those of the next, so that a machine need not find and
-// clear it anew for each.
+// Picture memory that is reused from frame to frame, which saves the system mapping and clearing new pages.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +10,9 @@ struct HvScratchBlock {
   std::size_t bytes = 0;
 };
 
-// At least so many bytes from the beginning of a cache line on, of whatever contents; null where there are none. From
-// any thread.
+// At least `bytes` bytes, uninitialised and aligned to a cache line; null if there is no memory. Thread-safe.
 HvScratchBlock takeScratch(std::size_t bytes);
-// Keeps the block for a later taker, or lets go of it when enough is kept.
+// Keeps the block for reuse, or frees it if it is too large to keep.
 void giveScratch(const HvScratchBlock& block);
 
 }  // namespace vblur

@@ -1,4 +1,4 @@
-// One axis of a texture: where its pixels lie and what stands for those beyond the box.
+// One axis of a texture: its box of pixels, and what a read beyond the box gives.
 #pragma once
 
 #include <cstdint>
@@ -15,11 +15,11 @@ enum HvEdgeMethod : std::int32_t {
   kEdgeWrap = 3,     // the box tiled
 };
 
-// The answer of a lookup that lies outside.
+// The result of a lookup outside the box.
 inline constexpr std::int32_t kOutside = -1;
 
-// A stretch of pixels with one step: the buffer index of the first one (kOutside: the outside colour
-// all along), the step through the buffer (1, -1 or 0), and how many pixels hold.
+// A run of pixels: the buffer index of the first (kOutside: all have the outside colour), the step through
+// the buffer (1, -1 or 0) and the length.
 struct HvTexRun {
   std::int32_t index = kOutside;
   std::int32_t step = 0;
@@ -28,8 +28,8 @@ struct HvTexRun {
   friend bool operator==(const HvTexRun&, const HvTexRun&) = default;
 };
 
-// The two pixels between which a sample lies, kOutside for the outside colour, and whether the second
-// is the next in memory.
+// The two pixels around a sample, kOutside for the outside colour, and whether the second follows the first
+// in memory.
 struct HvTexPair {
   std::int32_t p0 = kOutside;
   std::int32_t p1 = kOutside;
@@ -50,17 +50,15 @@ struct HvTexAxis {
 
   // The whole axis as the box.
   void setSize(std::int32_t n);
-  // Both ends inclusive, in either order; each is limited to the pixels that there are. An axis of
-  // size 0 gets a box at -1.
+  // Both ends inclusive, in either order, clamped to the buffer. An axis of size 0 gets a box at -1.
   void setBounds(std::int32_t a, std::int32_t b);
   void setEdgeMethod(std::int32_t method) { edgeMethod = method; }
   void setOrigin(std::int32_t origin);
   void setOrigin(float origin);
 
-  // The buffer index that answers for buffer index i, or kOutside. An axis without pixels is outside
-  // everywhere.
+  // Maps buffer index i into the box, or to kOutside. Without pixels everything is outside.
   std::int32_t mapIndex(std::int32_t i) const;
-  // The run that starts at an image coordinate: the origin is taken off here.
+  // The run that starts at an image coordinate; subtracts the origin.
   HvTexRun runAt(std::int32_t x) const {
     const std::int32_t i = wrapSub(x, originI);
     if (size > 0 && i >= lo && i <= hi) return {i, 1, hi - i + 1};
@@ -70,7 +68,7 @@ struct HvTexAxis {
   HvTexPair pairAt(std::int32_t i) const;
 
  private:
-  // Where v < 0 lies in the tiling of the box, 0 to count - 1.
+  // The position of v < 0 in the tiling of the box, 0 to count - 1.
   std::int32_t floorMod(std::int32_t v) const { return (v + 1) % count + count - 1; }
   HvTexRun runBeyond(std::int32_t i) const;
   HvTexRun runBelow(std::int32_t i) const;

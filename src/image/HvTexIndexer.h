@@ -1,4 +1,4 @@
-// The two axes of a texture: box, edge methods and origin of the plane that it stands for.
+// The two axes of a texture: box, edge methods and origin.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ class HvTexIndexer {
   HvTexIndexer& operator=(const HvTexIndexer&) = default;
   virtual ~HvTexIndexer() = default;
 
-  // The box of both axes; ends inclusive, in either order, limited to the pixels that there are.
+  // The box of both axes; ends inclusive, in either order, clamped to the buffer.
   virtual void setBounds(std::int32_t x1, std::int32_t x2, std::int32_t y1, std::int32_t y2) {
     horizontal.setBounds(x1, x2);
     vertical.setBounds(y1, y2);

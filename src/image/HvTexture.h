@@ -1,5 +1,5 @@
-// The one image class: a view of memory that somebody else owns, or an owner of its own, as an
-// infinite plane with a box of real pixels and an edge method per axis beyond it.
+// The one image class: a view of somebody else's memory or an owner of its own. It reads as an infinite
+// plane: a box of real pixels, and an edge method per axis beyond it.
 #pragma once
 
 #include <cstddef>
@@ -17,8 +17,8 @@
 
 namespace vblur {
 
-// A stretch of pixels as a loop walks it: the first pixel, the step to the next in pixels (0 repeats
-// one pixel, which may be the outside colour), how many hold, and whether they lie in the picture.
+// A run of pixels for a loop: the first pixel, the step to the next in pixels (0 repeats one pixel, which may
+// be the outside colour), the length, and whether it lies in the picture.
 template <class Pixel>
 struct HvPixelRun {
   const Pixel* first = nullptr;
@@ -27,8 +27,8 @@ struct HvPixelRun {
   bool exists = false;
 };
 
-// The virtual operations of a texture, in their order. A one-component int texture hands a sample back, all
-// others write it to a result.
+// The virtual operations of a texture, in their order. A texture of int returns a sample, all others write it
+// to a result. Samples are for other programs: this system's processors read runs.
 template <class Texture, class Pixel, class Accum>
 class HvTextureOperations : public HvTexIndexer {
  public:
@@ -79,9 +79,8 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
   }
   void setOutsideColour(const Pixel& pixel) override { outsideColour = pixel; }
 
-  // Memory of its own for the size that the axes have. The pixels are zero, so that nothing shows what
-  // was in memory before. A size of which one side is 0 has no pixels; a negative one, or one that
-  // the machine has no memory for, sets allocationFailed.
+  // Owns zeroed memory for the size of the axes. A size with a side of 0 has no pixels; a negative size, or
+  // one that there is no memory for, sets allocationFailed.
   void allocate() {
     freeOwned();
     data = nullptr;
@@ -92,7 +91,7 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
     if (width == 0 || height == 0) return;
     stride = width * static_cast<std::int64_t>(sizeof(Pixel));
     if (width > 0 && height > 0) {
-      // Pixels begin with a cache line, for which some rows more have room.
+      // Extra rows make room for the alignment to a cache line.
       const auto rowBytes = static_cast<std::size_t>(stride);
       void* block = std::calloc(static_cast<std::size_t>(height) + kCacheLine / rowBytes + 1, rowBytes);
       ownedBlock_ = static_cast<std::byte*>(block);
@@ -107,8 +106,7 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
     HvNoteTaken(ownedBytes_);
   }
 
-  // The same from the scratch memory of earlier pictures. Only a caller that is about to write every pixel
-  // may leave it uncleared.
+  // The same from scratch memory. Only a caller that writes every pixel may leave it uncleared.
   void allocateScratch(bool cleared) {
     freeOwned();
     allocationFailed = 0;
@@ -126,7 +124,7 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
     if (data != nullptr && cleared) clearBytes(data, bytes);
   }
 
-  // A view of tightly packed memory; callers that wrap a field or a bottom-up image set stride after.
+  // A view of tightly packed memory; to wrap a field or a bottom-up image, set stride afterwards.
   void wrap(std::int32_t width, std::int32_t height, void* memory) {
     if (owned != 0) release();
     this->horizontal.size = width;
@@ -137,7 +135,7 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
     stride = static_cast<std::int64_t>(width) * static_cast<std::int64_t>(sizeof(Pixel));
   }
 
-  // Lets go of the pixels; the texture is empty.
+  // Frees the pixels if they are owned; the texture is empty.
   void release() {
     freeOwned();
     data = nullptr;
@@ -147,14 +145,14 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
     stride = 0;
   }
 
-  // referTo for a texture of the same pixels that is read into another type. Does nothing when both
-  // have the same pixels already, as two textures without any do.
+  // referTo for a texture with another Accum. Does nothing if both have the same data, which includes two empty
+  // textures.
   template <class OtherAccum>
   void share(const HvTexture<Pixel, OtherAccum>& other) {
     if (data != other.data) viewOf(other);
   }
 
-  // An owner with the axes of another texture and a zero outside colour.
+  // Owns pixels for the axes of another texture; the outside colour is zero.
   template <class OtherPixel, class OtherAccum>
   void cloneShape(const HvTexture<OtherPixel, OtherAccum>& other) {
     if (static_cast<const void*>(this) == static_cast<const void*>(&other)) return;
@@ -171,13 +169,13 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
   // The pixel at buffer indices, which must lie in the buffer.
   Pixel* at(std::int32_t x, std::int32_t y) const { return reinterpret_cast<Pixel*>(data + y * stride) + x; }
 
-  // The pixel of a target at image coordinates; box and edge methods play no part.
+  // The pixel of a target at image coordinates, whatever its box and edge methods.
   Pixel* target(std::int32_t x, std::int32_t y) const {
     return at(x - this->horizontal.writeOrigin, y - this->vertical.writeOrigin);
   }
 
-  // The run of pixels that starts at image coordinates (x, y). Where either axis lies outside it is
-  // the outside colour, repeated.
+  // The run of pixels that starts at image coordinates (x, y). If either axis is outside it repeats
+  // the outside colour.
   HvPixelRun<Pixel> readRun(std::int32_t x, std::int32_t y) const {
     const HvTexRun run = this->horizontal.runAt(x);
     if (run.index != kOutside) {
@@ -228,8 +226,8 @@ class HvTexture : public HvTextureOperations<HvTexture<Pixel_, Accum_>, Pixel_, 
 
   static constexpr std::size_t kCacheLine = 64;
 
-  // Whole cache lines, and an odd number of them: rows that begin at like places of a page would contend for
-  // a few sets of the caches.
+  // An odd number of whole cache lines: with a stride of a power of two, rows would compete for a few cache
+  // sets.
   static constexpr std::int64_t scratchStride(std::int64_t bytes) {
     constexpr auto kLine = static_cast<std::int64_t>(kCacheLine);
     return ((bytes + kLine - 1) / kLine | 1) * kLine;
@@ -274,8 +272,7 @@ Accum HvTexture<Pixel, Accum>::sampleAt(float x, float y) const {
   if ((px.p0 == kOutside && px.p1 == kOutside) || (py.p0 == kOutside && py.p1 == kOutside)) {
     return widened(outsideColour);
   }
-  // One pixel stands on both sides of an axis beyond a repeated or mirrored edge: nothing to
-  // interpolate there.
+  // Beyond a repeated or mirrored edge both pixels of an axis are the same: nothing to interpolate.
   if (px.p0 == px.p1 && py.p0 == py.p1) return pixelOrOutside(px.p0, py.p0);
   if (px.p0 == px.p1) return between(pixelOrOutside(px.p0, py.p0), pixelOrOutside(px.p0, py.p1), ty);
   const Accum lower = between(pixelOrOutside(px.p0, py.p0), pixelOrOutside(px.p1, py.p0), tx);

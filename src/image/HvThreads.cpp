@@ -36,8 +36,8 @@ void enter(const HvCallBlock& block) {
   }
 }
 
-// Threads that sleep between runs. Every run is a new generation; a worker that has done its part of
-// a generation counts itself off.
+// Threads that sleep between runs. Each run is a new generation; a worker that has finished its part decrements
+// busy_.
 class Pool {
  public:
   ~Pool() { stopWorkers(); }
@@ -66,7 +66,7 @@ class Pool {
     generation_.notify_all();
     insideRun = true;
     enter(block);
-    // Indices that found no thread are the caller's.
+    // The caller runs the indices that have no thread.
     for (std::int32_t i = working + 1; i < wanted; ++i)
       runAs(i, block);
     insideRun = false;
@@ -106,7 +106,7 @@ class Pool {
         workers_.emplace_back([this, index, seen = generation_.load(std::memory_order_relaxed)] { work(index, seen); });
       }
     } catch (const std::system_error&) {
-      // The system has no more threads: the run goes on with those that there are.
+      // The system has no more threads: run with the existing ones.
     }
   }
 

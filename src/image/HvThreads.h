@@ -2,8 +2,7 @@
 //
 // A run calls the function once for each index 0 to HvThreadCount() - 1, index 0 on the calling
 // thread, and returns when all have finished. Runs are served one after the other: a second thread
-// that asks waits for the first run to end. How the work is shared is the function's own matter: it
-// takes a band of rows by its index and the count.
+// that asks waits for the first run to end. The function divides the work itself, by its index and the count.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +22,8 @@ struct HvCallBlock {
   HvWord arguments[kMaxThreadArguments] = {};
 };
 
-// The arguments are HvWords; those beyond six are dropped. The function must not start another run;
-// should one do so, it is run on its own thread, one index after the other.
+// The arguments are HvWords; those beyond six are dropped. The function must not start another run; a nested
+// run goes through all indices on its own thread.
 void HvThreadRun(HvThreadFunction function, std::int32_t argumentCount, ...);
 
 // The threads of a run: the processors that the machine reports, or what was set.

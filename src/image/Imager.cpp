@@ -38,7 +38,7 @@ void Imager::settle(const HvTexIndexer& target) {
     y1 = target.vertical.writeOrigin;
     y2 = y1 + mapHeight;
   }
-  // The cut is the clipping that a window set before asks for: a filter may widen its window from pass to pass.
+  // The window is clipped; kClipWindow would undo what a filter adds to it from pass to pass.
   flags &= ~static_cast<std::uint32_t>(kClipWindow | kSubWindow);
   if (x1 != 0 || y1 != 0 || x2 != mapWidth || y2 != mapHeight) flags |= kSubWindow;
 }

@@ -12,6 +12,7 @@ class Imager : public HvRowProcessor {
  public:
   enum Flag : std::uint32_t {
     kClipWindow = 1,     // the window awaits clipping to the target
+                         // kReplaceWindow and kOneThread are for other programs.
     kReplaceWindow = 2,  // a window that overruns the target becomes the target's extent
     kOneThread = 4,      // run on the calling thread only
     kSubWindow = 8,      // the window is a true sub-rectangle
@@ -20,9 +21,9 @@ class Imager : public HvRowProcessor {
   // right and bottom inclusive.
   void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
   void copyWindow(const Imager& other);
-  // Takes over the interrupt record of a processor that this one works for, and whether it keeps to its thread.
+  // Copies the interrupt record and kOneThread of the processor that runs this one.
   void runLike(const Imager& parent);
-  // Never below 0.001.
+  // At least 0.001. For other programs: a frame's processors have aspect 1.
   void setAspect(float a);
 
   std::uint32_t flags = 0;
@@ -30,15 +31,15 @@ class Imager : public HvRowProcessor {
  protected:
   // The share of the calling thread of rows or columns first to last - 1: all of them with kOneThread.
   HvSpan bandOfThread(std::int32_t first, std::int32_t last) const;
-  // Cuts the window to the target, or takes the whole target for a processor without one. The cut is
-  // for good: a processor that is used again keeps it.
+  // Clips the window to the target, or takes the whole target if no window is set. The clipped window stays for
+  // later runs.
   void settle(const HvTexIndexer& target);
-  // Before the threads of a pass start: a window set by preProcess or prePass is cut to the target as well.
+  // Clips a window that preProcess or prePass has set. Runs before the threads of a pass start.
   void checkWindow();
 
   // The head of a pixel loop: the share of the calling thread. Reads only, so every thread may ask.
   HvRowLoop rowLoop() const { return rowLoop(fieldMode); }
-  // The same for a field other than the processor's own.
+  // The same for another field.
   HvRowLoop rowLoop(std::int32_t field) const;
 };
 

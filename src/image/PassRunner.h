@@ -17,8 +17,7 @@ void rowsOfThread(HvWord processor, std::conditional_t<true, HvWord, Textures>..
 
 }  // namespace pass_runner
 
-// Calls processor.processRows(textures...) on every thread of a run, re-dispatching to the derived
-// class there.
+// Calls processor.processRows(textures...), which is virtual, on every thread of a run.
 template <class Processor, class... Textures>
 void runRowsOnAllThreads(Processor* processor, Textures*... textures) {
   HvThreadRun(reinterpret_cast<HvThreadFunction>(&pass_runner::rowsOfThread<Processor, Textures...>),

@@ -111,11 +111,11 @@ constexpr void setComponent(Pixel& pixel, int index, ComponentOf<Pixel> value) {
   }
 }
 
-// The amount that stands for "all" in mixes: the top of the storage range, at 16 bits not One.
+// The full amount of a mix: the top of the storage range, not One.
 template <class Pixel>
 inline constexpr std::int32_t kTopOf = Pixel::kMax;
 
-// The strict layout that host memory has: whole pixels are read and written in place.
+// The layout of host memory, where pixels are read and written in place.
 template <class Pixel>
 inline constexpr bool kIsPlainPixel =
     std::is_trivially_copyable_v<Pixel>&& std::is_trivially_default_constructible_v<Pixel>;

@@ -1,5 +1,5 @@
-// Walks the rows of a thread's share by runs: stretches over which every input moves by one step, so
-// that the loop inside is plain pointers and a count.
+// Walks a thread's rows by runs, over which the step of each input is constant: the inner loop needs pointers
+// and a count only.
 #pragma once
 
 #include <algorithm>
@@ -14,8 +14,8 @@ namespace vblur {
 enum class PollAt { AfterRow, BeforeRow };
 
 // For each row of the loop, for each run: body(out, n, run...) with the target's first pixel, the
-// number of pixels, and a run of each input. Each input is looked up by itself, and n is the least of
-// their lengths and the rest of the row. Leaves the loop, between rows, once the record says stop.
+// number of pixels, and a run of each input. n is the minimum of the
+// runs' lengths and the rest of the row. Returns between rows once the record says stop.
 template <PollAt When = PollAt::AfterRow, class OutTexture, class Body, class... InTextures>
 void walkRuns(const HvRowLoop& loop, HvInterruptRecord* record, const OutTexture& map, Body&& body,
               const InTextures&... inputs) {

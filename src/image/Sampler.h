@@ -21,7 +21,7 @@ class Sampler : public virtual Imager {
   virtual void prePass(InTexture* /*in*/, OutTexture* /*map*/) {}
 
   // Runs all passes over the target. A target without pixels is refused with a message; an empty
-  // input is read, and answers with its outside colour.
+  // input reads as its outside colour.
   void process(InTexture* in, OutTexture* target) {
     if (!isTarget(target, "Map passed into Generator::process is NULL\n",
                   "Map passed into Sampler::process is bogus\n")) {

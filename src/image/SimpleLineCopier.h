@@ -12,8 +12,8 @@ namespace vblur {
 template <class Pixel, class Accum>
 class SimpleLineCopier {
  public:
-  // Copies from image coordinate x of row y on, at most to xEnd, to destination, which moves on behind
-  // what was written. Returns the number of pixels copied.
+  // Copies from image coordinate x of row y on, at most to xEnd, and advances destination. Returns the number
+  // of pixels copied.
   static std::int32_t copyRun(Pixel*& destination, const HvTexture<Pixel, Accum>& in, std::int32_t x, std::int32_t y,
                               std::int32_t xEnd) {
     const HvPixelRun<Pixel> run = in.readRun(x, y);

@@ -1,13 +1,12 @@
-// What a processor says of a target that it cannot write to. One line on the standard error stream is
-// all that the image code ever prints.
+// Refuses targets without pixels with a line on the standard error stream, the only output of the image code.
 #pragma once
 
 #include <cstdio>
 
 namespace vblur {
 
-// False, after the message that fits, when the target is null or has no pixels. Hosts may look for the messages:
-// their text is fixed, the class names in them too.
+// False, after a message, if the target is null or has no pixels. Hosts may look for the messages: the texts are fixed,
+// class names included.
 template <class Texture>
 bool isTarget(const Texture* map, const char* nullMessage, const char* bogusMessage) {
   if (map == nullptr) {

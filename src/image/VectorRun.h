@@ -10,21 +10,21 @@
 
 namespace vblur {
 
-// Whether a loop from the front on reads what it has written, as it does within one row that is moved to the
-// right. Such a row goes one pixel at a time.
+// Whether a forward loop reads its own results: a row that is moved to the right within itself. Such a row is
+// processed one pixel at a time.
 inline bool readsItsWrites(const void* in, const void* out, std::size_t bytes) {
   const auto distance = reinterpret_cast<std::uintptr_t>(out) - reinterpret_cast<std::uintptr_t>(in);
   return distance != 0 && distance < bytes;
 }
 
-// n pixels of the run lie side by side, and may be read several at a time before results go to `out`.
+// n pixels of the run are contiguous, and whole vectors of them may be read before results go to `out`.
 template <class Pixel>
 bool isVectorRun(const HvPixelRun<Pixel>& run, const void* out, std::int32_t n) {
   return run.step == 1 && HvUsesVectors() &&
          !readsItsWrites(run.first, out, static_cast<std::size_t>(n) * sizeof(Pixel));
 }
 
-// n pixels of the run, n at least 1, lie elsewhere than n at `out`.
+// n pixels of the run, n at least 1, do not overlap n at `out`.
 template <class Pixel, class Out>
 bool liesApart(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) {
   const auto address = [](const void* p) { return reinterpret_cast<std::uintptr_t>(p); };
@@ -33,7 +33,7 @@ bool liesApart(const HvPixelRun<Pixel>& run, const Out* out, std::int32_t n) {
          address(out + n) <= address(std::min(run.first, last));
 }
 
-// n pixels of the run lie side by side in reverse, and may be read several at a time before results go to `out`.
+// The same for a contiguous run in reverse.
 template <class Pixel>
 bool isMirroredVectorRun(const HvPixelRun<Pixel>& run, const Pixel* out, std::int32_t n) {
   return run.step == -1 && n > 0 && HvUsesVectors() && liesApart(run, out, n);

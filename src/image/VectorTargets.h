@@ -1,6 +1,6 @@
-// Which instruction sets vector sources are compiled for: all that Highway knows, but those whose vectors have a
-// size that only the machine knows, since such vectors cannot be members. A build may leave out more by defining
-// the macro itself. Comes before Highway.
+// The instruction sets that vector sources are compiled for: all of Highway's but those whose vector size is known
+// at run time only, since such vectors cannot be class members. A build may define the macro to leave out more.
+// Include it before Highway.
 #pragma once
 
 #ifndef HWY_DISABLED_TARGETS

@@ -5,16 +5,15 @@
 namespace vblur::test {
 namespace {
 
-// A whole chain holds finished pixels of one stage before the next one has its turn. Those that go
-// through a plane fill it round the window only, so a wrapped edge finds nothing at the far end; and
-// grey is spread over alpha too before alpha comes back from the source.
+// Pixels hold the result of one stage before the next stage runs. Chains with a plane fill it around the window only,
+// so that a wrapped edge reads nothing at the far end; and grey overwrites alpha before alpha is copied back.
 template <class Pixel, std::int32_t Max, int Mode, int Method, int Sixteenths = 20>
 struct Chain : SamplerSubject<FuzzSampler<Pixel, Ri, Max>, HvTexture<Pixel, Ri>> {
   static constexpr bool kKeepsToWindow = Mode != kFuzzRGB && Mode < kFuzzLuminance;
-  static constexpr bool kPartsEqualWhole = Mode != kFuzzGrey && Mode < kFuzzLuminance;
+  static constexpr bool kPartsEqualWhole = Mode != kFuzzGrey && (Mode < kFuzzLuminance || Sixteenths == 0);
   static constexpr bool kKnowsFields = false;
   static constexpr bool kPixelsOldOrNew = false;
-  static constexpr int kInPlaceInput = Mode != kFuzzGrey && Method == kFuzzBlur ? 0 : -1;
+  static constexpr bool kMayBeInPlace = Mode != kFuzzGrey && Method == kFuzzBlur;
   static void setUp(FuzzSampler<Pixel, Ri, Max>& chain) {
     chain.mode = Mode;
     chain.method = Method;
@@ -26,7 +25,7 @@ struct Chain : SamplerSubject<FuzzSampler<Pixel, Ri, Max>, HvTexture<Pixel, Ri>>
 using Chains = Subjects<Chain<R8, 255, kFuzzRGBA, kFuzzBlur>, Chain<R8, 255, kFuzzRGB, kFuzzBlur>,
                         Chain<R16, 32767, kFuzzGrey, kFuzzBlur>, Chain<R16, 32767, kFuzzBlue, kFuzzBlur>,
                         Chain<R8, 255, kFuzzLuminance, kFuzzBlur>, Chain<R16, 32767, kFuzzChroma, kFuzzBlur, 0>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Chains, ProcessorContract, Chains);
+INSTANTIATE_TYPED_TEST_SUITE_P(FuzzSamplerContract, ProcessorContract, Chains, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

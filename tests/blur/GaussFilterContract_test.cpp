@@ -5,7 +5,7 @@
 namespace vblur::test {
 namespace {
 
-// The filter works on all rows, and keeps no pixel but those that it has finished.
+// The filter works on all rows and writes finished pixels only.
 template <class Filter, int SixteenthsX, int SixteenthsY>
 struct FilterSubject : SamplerSubject<Filter, typename Filter::Texture> {
   static constexpr bool kKnowsFields = false;
@@ -20,7 +20,7 @@ using Filters = Subjects<FilterSubject<BlurRGBAGauss<R8, Ri, 255, 1, 1, 1, 0>, 2
                          FilterSubject<BlurRGBAGauss<R8, Ri, 255, 0, 0, 0, 1>, 0, 0>,
                          FilterSubject<BlurRGBAGauss<R16, Ri, 32767, 1, 1, 1, 1>, 1000, 9>,
                          FilterSubject<BlurGeneralGauss<int, int, 255, 1, 0, 0, 0>, 31, 160>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Filters, ProcessorContract, Filters);
+INSTANTIATE_TYPED_TEST_SUITE_P(GaussFilterContract, ProcessorContract, Filters, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

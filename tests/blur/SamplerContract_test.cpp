@@ -32,7 +32,7 @@ using Sampling = Subjects<
                    HvTexture<R8, Ri>>,
     CombinerSubject<SubtractCombiner<R8, Ri, 255>, HvTexture<R8, Ri>, HvTexture<R8, Ri>, HvTexture<R8, Ri>>,
     CombinerSubject<SubtractCombiner<R16, Ri, 32767>, HvTexture<R16, Ri>, HvTexture<R16, Ri>, HvTexture<R16, Ri>>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Sampling, ProcessorContract, Sampling);
+INSTANTIATE_TYPED_TEST_SUITE_P(SamplerContract, ProcessorContract, Sampling, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

@@ -65,15 +65,15 @@ struct Paint : CombinerSubject<HvDsPaintCombiner<Pixel, Rf, MaskPixel, Cf>, Pict
 
 using Merges = Subjects<Merge<R8, kMergeScreen, 50>, Merge<R8, kMergeLuminance, 20>, Merge<R8, kMergeDarken, 80>,
                         Merge<R16, kMergeHardLight, 50>, Merge<R16, kMergeAddUnder, 20>, Merge<R16, kMergeColour, 80>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Merges, ProcessorContract, Merges, TypeNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(ContractMerges, ProcessorContract, Merges, TypeNames);
 
 using Mixes = Subjects<Mix<R8, 75>, Mix<R8, 150>, Mix<R16, 75>, Mix<R16, -20>, QuickMix<R8>, QuickMix<R16>,
                        QuickMixInPlace<R8>, QuickMixInPlace<R16>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Mixes, ProcessorContract, Mixes, TypeNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(ContractMixes, ProcessorContract, Mixes, TypeNames);
 
 using MaskStages =
     Subjects<Fix<R8, 1, 0>, Fix<R16, 12, 0>, Fix<R8, 2, 1>, Fix<R16, 0, 1>, Paint<R8, C8>, Paint<R16, C16>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(MaskStages, ProcessorContract, MaskStages, TypeNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(ContractMaskStages, ProcessorContract, MaskStages, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

@@ -257,5 +257,17 @@ TEST_F(RenderPixels, AFieldOfRowsIsMaskedInAllRows) {
     EXPECT_EQ(At<Pixel8>(bench.output, 8, y), (Pixel8{255, 66, 66, 66}));
 }
 
+TEST_F(RenderPixels, NothingIsBlankedInARegionWithoutRowsOrColumns) {
+  bench.Set(PropertyId::BlankCropped, 1.0);
+  bench.Set(PropertyId::CropLeft, 25.0);
+  bench.Set(PropertyId::CropBottom, 75.0);
+  const std::int32_t regions[][4] = {{3, 4, 0, 6}, {3, 4, 5, 0}, {3, 4, 0, 0}, {13, 14, -5, -6}};
+  for (const auto& [x, y, width, height] : regions) {
+    bench.effect->SetROI(x, y, width, height);
+    EXPECT_EQ(bench.Render(), kOk);
+    ExpectOutput(Marker);
+  }
+}
+
 }  // namespace
 }  // namespace vblur

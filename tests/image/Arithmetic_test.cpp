@@ -157,7 +157,7 @@ TEST(Arithmetic, ColourIsScaledToOneAndNotLimited) {
 
 TEST(Arithmetic, InterpolationOfFloatsMultipliesTheDifference) {
   EXPECT_EQ(lerp(10.0f, 20.0f, 0.25f), 12.5f);
-  // In this order of operations the far end is missed when it is lost in the near one.
+  // (b - a) * t + a with t = 1 gives 0, not b, when b is too small beside a.
   EXPECT_EQ(lerp(1e8f, 1.0f, 1.0f), (1.0f - 1e8f) * 1.0f + 1e8f);
 }
 

@@ -1,4 +1,4 @@
-// Copies against a plain copy of each pixel, over random pictures and at every level.
+// Compares copies with a plain copy of each pixel, on random pictures and at every level.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace vblur::test {
 
-// What a copy of chosen channels makes of a target, one pixel at a time.
+// The target after a copy of chosen channels, one pixel at a time.
 template <class Texture>
 std::vector<typename Texture::Pixel> plainCopy(const Texture& in, const Texture& out, int channels) {
   std::vector<typename Texture::Pixel> result;

@@ -1,5 +1,4 @@
-// Copies of chosen components by vector code against the plain ones, at every instruction set that this machine
-// has.
+// Vector copies of chosen components against plain ones, at every instruction set of this machine.
 #include "image/CopyBits.h"
 
 #include <algorithm>
@@ -48,7 +47,7 @@ TEST_P(CopyBits, EqualPlainCopiesOfEachChoiceOfComponents) {
   });
 }
 
-// Bits that no component has the bounds of, at addresses of every kind.
+// Bit masks that ignore the bounds of components, at any alignment.
 TEST_P(CopyBits, TakeTheChosenBitsAndNoOthers) {
   unsigned char from[320];
   unsigned char before[320];
@@ -58,7 +57,7 @@ TEST_P(CopyBits, TakeTheChosenBitsAndNoOthers) {
   }
   constexpr std::int32_t kWords = 70;
   constexpr unsigned char kChosen[] = {0x0F, 0xFF, 0x00, 0x81};
-  // copies(out) takes the byte at source(i) for byte i of the words.
+  // copies(out) takes byte source(i) for byte i of the words.
   const auto expectBytes = [&](int offset, const auto& copies, const auto& source) {
     unsigned char to[320];
     std::copy_n(before, 320, to);

@@ -1,5 +1,4 @@
-// Copies and fills of whole pixels by vector code against the plain ones, at every instruction set that this machine
-// has.
+// Vector copies and fills of whole pixels against plain ones, at every instruction set of this machine.
 #include "image/CopyPixels.h"
 
 #include <cstddef>
@@ -51,7 +50,7 @@ void compareFills(Random& random) {
   const auto to = static_cast<std::size_t>(random.within(0, 20));
   std::vector<Pixel> expected = randomRow<Pixel>(random, kLongestRow + 40);
   std::vector<Pixel> row = expected;
-  // Anywhere: among what is filled as well.
+  // Anywhere, in the filled row too.
   const auto from = static_cast<std::size_t>(random.within(0, kLongestRow + 39));
   fillPixelsPlain(expected.data() + to, expected[from], n);
   fillPixels(row.data() + to, row[from], n);
@@ -78,7 +77,7 @@ std::vector<unsigned char> numberedBytes(int factor) {
   return bytes;
 }
 
-// Every length up to more than two vectors, at addresses of every kind, with what lies around the words unchanged.
+// Every length up to more than two vectors, at any alignment; nothing around the words changes.
 TEST_P(CopyPixels, WordsMayLieAtAnyAddress) {
   for (const std::size_t size : {4u, 8u, 16u}) {
     for (std::size_t n = 0; n <= 40; ++n) {
@@ -101,7 +100,7 @@ TEST_P(CopyPixels, WordsMayLieAtAnyAddress) {
   }
 }
 
-// All forms of a row of n pixels from `in` to `out`: a byte too much on either side ends the test.
+// All forms of a row of n pixels from `in` to `out`: an access one byte beyond either crashes the test.
 template <class Pixel>
 void touchAllForms(const Pixel* in, std::int32_t n, Pixel* out) {
   const Pixel* last = in + n - 1;
@@ -149,7 +148,7 @@ TEST_P(CopyPixels, TouchNothingBeforeOrBehindTheirRows) {
 
 using Names = std::vector<std::string>;
 
-// Rows of 20 pixels in all forms, and the kernel that each one has to run: none at the twin.
+// Rows of 20 pixels in all forms, and the kernel that each has to run; none at the twin.
 template <class Pixel>
 void expectKernels(bool vectors) {
   const std::vector<Pixel> in(40);
@@ -186,7 +185,7 @@ TEST(CopyPixelsLevels, RunTheirKernelsAtEachLevelButTheTwin) {
   }
 }
 
-// The plain code is what all of the above is compared with.
+// The plain code that all of the above is compared with.
 TEST(CopyPixelsLevels, TheTwinTakesOnePixelAfterTheOther) {
   const CpuLevel level("twin");
   int row[] = {1, 2, 3, 4, 5, 6, 7, 8};

@@ -27,7 +27,7 @@ TEST(HvCpu, TakesEveryLevelOfItsListAndNoOther) {
       EXPECT_EQ(HvCpuLevel(), level);
     }
   }
-  // The best of all is the last one that is named before it.
+  // The best level is the last before "native".
   EXPECT_EQ(HvCpuLevel(), *(HvCpuLevels().end() - 2));
   for (const char* other : {"", "avx9", "TWIN", "sse"})
     EXPECT_FALSE(HvSetCpuLevel(other)) << other;

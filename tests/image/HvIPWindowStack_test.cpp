@@ -8,13 +8,13 @@
 namespace vblur::test {
 namespace {
 
-class WindowStack : public ::testing::Test {
+class HvIPWindowStackTest : public ::testing::Test {
  protected:
   HvImgProc proc_;
   HvIPWindowStack stack_{&proc_};
 };
 
-TEST_F(WindowStack, GivesWindowsBackInTurn) {
+TEST_F(HvIPWindowStackTest, GivesWindowsBackInTurn) {
   proc_.setWindow(1, 2, 3, 4);
   const std::uint32_t flags = proc_.flags;
   EXPECT_EQ(stack_.push(), 1);
@@ -32,12 +32,12 @@ TEST_F(WindowStack, GivesWindowsBackInTurn) {
   EXPECT_EQ(proc_.flags, flags);
 }
 
-TEST_F(WindowStack, DoesNotMarkAWindowAsSet) {
+TEST_F(HvIPWindowStackTest, DoesNotMarkAWindowAsSet) {
   EXPECT_EQ(stack_.pushAndSet(1, 2, 3, 4), 1);
   EXPECT_EQ(proc_.flags, 0u);
 }
 
-TEST_F(WindowStack, RefusesAnEleventhWindow) {
+TEST_F(HvIPWindowStackTest, RefusesAnEleventhWindow) {
   for (int i = 0; i < 10; ++i) {
     proc_.x1 = i;
     EXPECT_EQ(stack_.push(), 1);

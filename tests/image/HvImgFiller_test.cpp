@@ -12,7 +12,7 @@
 namespace vblur::test {
 namespace {
 
-// The filler one pixel at a time, with the three bands of rows that are never empty.
+// The filler one pixel at a time: three bands, each of at least one row.
 template <class Pixel>
 std::vector<Pixel> plainFill(const HvTexture<Pixel, Rf>& out, const HvImgFiller<Pixel, Rf>& filler, std::int32_t x1,
                              std::int32_t y1, std::int32_t x2, std::int32_t y2) {
@@ -125,7 +125,7 @@ TEST(HvImgFiller, InsideTakesAZeroColourForZeroAndOutsideTheMarkAlone) {
   EXPECT_EQ(filler.passes, 1);
 }
 
-// Inside and outside, to a colour and to zero.
+// Fills inside and outside, with a colour and with zero.
 template <class Body>
 void forAllFillers(const Body& body) {
   for (const bool outside : {false, true}) {
@@ -146,7 +146,7 @@ TEST(HvImgFiller, LeavesAllAsItIsInAWindowWithoutRowsOrColumns) {
       canvas.fill(R8{{9, 9, 9, 9}});
       HvTexture<R8, Rf> out;
       canvas.wrapIn(out);
-      // A crop that leaves out the picture's border.
+      // A crop of all but the picture's border.
       filler.left = filler.bottom = 1;
       filler.right = filler.top = 9;
       filler.setWindow(window[0], window[1], window[2], window[3]);

@@ -61,7 +61,7 @@ TEST(HvImgProc, WindowThatOverrunsIsReplacedByInclusiveEndsWhereThatIsAskedFor) 
   EXPECT_EQ(procSettledOn(target, Window{2, 1, 4, 3}, options), (Ends{2, 1, 5, 4}));
   EXPECT_EQ(procSettledOn(target, Window{-1, 1, 4, 3}, options), (Ends{0, 1, 9, 4}));
   EXPECT_EQ(procSettledOn(target, Window{2, 1, 4, 30}, options), (Ends{2, 0, 5, 5}));
-  // The last column is inclusive in the test too: a window that ends with the target overruns it.
+  // The test takes the last column as inclusive too: a window that ends with the target overruns.
   EXPECT_EQ(procSettledOn(target, Window{2, 1, 9, 3}, options), (Ends{0, 1, 9, 4}));
   EXPECT_EQ(procSettledOn(target, std::nullopt, options), (Ends{0, 0, 9, 5}));
 }
@@ -91,7 +91,7 @@ TEST(HvImgProc, WindowIsCopiedFromEitherFamilyAsItStands) {
   EXPECT_EQ(copy.flags, proc.flags);
 }
 
-// Counts its operations and the rows that it is given.
+// Counts the calls of its operations, and its rows.
 class Counting : public HvImgProc1<Frame> {
  public:
   void preProcess() override { ++pre; }

@@ -36,7 +36,7 @@ TEST(HvInteruptable, PollKeepsTheCodeOfAStopWithoutACallback) {
 
 TEST(HvInteruptable, PollDoesNotTakeBackAnothersStop) {
   HvInterruptRecord record;
-  // While this callback makes up its mind to go on, another thread runs out of memory.
+  // Another thread runs out of memory while this callback is deciding to go on.
   record.arm(&record, [](void* context, HvStateWord*) -> std::int32_t {
     static_cast<HvInterruptRecord*>(context)->stopForMemory();
     return 0;

@@ -50,7 +50,7 @@ TEST(HvMemory, CountsThePicturesThatTexturesOwn) {
     picture.allocate();
   }
   const std::int64_t height = account.peak();
-  // A block of scratch may be larger than what was asked for, but not by more than as much again.
+  // A scratch block may be up to twice as large as requested.
   EXPECT_GE(height, 100 * 10 * 4 + 50 * 40 * 4);
   EXPECT_LE(height, 100 * 10 * 4 + 2 * 50 * 40 * 4);
 }

@@ -19,15 +19,15 @@ HvTexAxis axisOf(std::int32_t size, std::int32_t lo, std::int32_t hi, std::int32
   return axis;
 }
 
-// What stands at one index of the infinite line: the index that answers, and the copy of the box that
-// it lies in, with the way that the copy runs.
+// One index of the infinite line: the buffer index it maps to, the copy of the box it lies in, and that
+// copy's direction.
 struct Place {
   std::int32_t index = kOutside;
   std::int32_t step = 0;
   std::int32_t copy = 0;
 };
 
-// One step along the line from a place, up (1) or down (-1): how the edge methods are meant.
+// One step along the line, up (1) or down (-1): the definition of the edge methods.
 Place next(Place from, std::int32_t way, const HvTexAxis& axis) {
   const std::int32_t inside = from.index + from.step * way;
   if (inside >= axis.lo && inside <= axis.hi) return {inside, from.step, from.copy};

@@ -35,7 +35,7 @@ void expectSameAxis(const HvTexAxis& a, const HvTexAxis& b) {
   EXPECT_EQ(a.writeOrigin, b.writeOrigin);
 }
 
-// A texture with something of its own in every field.
+// A texture with a value other than the default in each field.
 void decorate(Frame& texture) {
   texture.setBounds(1, 3, 0, 2);
   texture.setEdgeMethods(kEdgeReflect, kEdgeWrap);
@@ -294,7 +294,7 @@ TEST(HvTexture, IndexerOfKeepsTheAxesApart) {
   EXPECT_EQ(texture.vertical.hi, 5);
 }
 
-// A destructor comes first.
+// A destructor takes slots 0 and 1.
 TEST(HvTexture, OperationsHaveTheirOrder) {
   if (!test::kSlotsAreKnown) GTEST_SKIP();
   using test::virtualSlot;

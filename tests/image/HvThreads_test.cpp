@@ -26,7 +26,7 @@ HvWord word(T* pointer) {
   return reinterpret_cast<HvWord>(pointer);
 }
 
-// Who came by: every index with the thread that it ran on.
+// The indices of a run, each with its thread.
 struct Visits {
   void note() {
     const std::lock_guard lock(mutex);
@@ -68,7 +68,7 @@ TEST(HvThreads, RunOnOneThreadCallsOnceOnTheCaller) {
   EXPECT_EQ(visits.threads, std::set{std::this_thread::get_id()});
 }
 
-// The arguments of the last call with so many of them.
+// The arguments of the last call.
 std::array<HvWord, 6> given;
 int givenCount;
 
@@ -132,7 +132,7 @@ TEST_P(HvThreadsArguments, OfNoneAreTheCallBlock) {
 
 INSTANTIATE_TEST_SUITE_P(OnThreads, HvThreadsArguments, ::testing::Values(1, 3));
 
-// Two runs that tell whether they were ever at work together.
+// Two runs that notice if they overlap.
 struct Together {
   static void work(HvWord self, HvWord run) {
     auto* together = reinterpret_cast<Together*>(self);
@@ -162,7 +162,7 @@ TEST(HvThreads, RunServesTwoCallersOneAfterTheOther) {
   EXPECT_EQ(together.calls, 2 * 300 * 3);
 }
 
-// A run within a run, and the index of the outer one before and after.
+// A nested run, and the index of the outer one before and after.
 struct Nest {
   static void outer(HvWord self) {
     auto* nest = reinterpret_cast<Nest*>(self);
@@ -205,7 +205,7 @@ TEST(HvThreads, RunGoesOnWithoutLosingACallOverManyShortRuns) {
 
 TEST(HvThreads, RunShowsTheCallerAllThatItsThreadsWrote) {
   const ThreadCount scope(7);
-  // Plain memory on purpose: the run itself has to order these writes.
+  // Plain memory: the run itself must synchronise these writes.
   std::array<int, 7> plain{};
   for (int round = 1; round <= 500; ++round) {
     HvThreadRun(entry(+[](HvWord values, HvWord value) {
@@ -224,7 +224,7 @@ TEST(HvThreads, RunLeavesThreadsThatRestAndTakeNoTime) {
   Visits visits;
   HvThreadRun(entry(&Visits::visit), 1, word(&visits));
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  // What all threads of the process have computed, not what the clock on the wall says.
+  // CPU time of all threads, not wall-clock time.
   const std::clock_t before = std::clock();
   std::this_thread::sleep_for(std::chrono::duration<double>(kPause));
   const double spent = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;

@@ -17,7 +17,7 @@ namespace {
 
 using Frame = HvTexture<R8, Rf>;
 
-// A sampler that does nothing but show what it was given to do.
+// A sampler that only shows its window and rows.
 class Probe : public Sampler<Frame, Frame> {
  public:
   using Imager::rowLoop;
@@ -86,7 +86,7 @@ TEST(Imager, WindowStaysCutForTheNextTarget) {
   EXPECT_EQ(windowOf(probe), (Ends{1, 1, 4, 4}));
 }
 
-// Sets a window once the target has been settled on, and marks every pixel of it.
+// Sets a window in preProcess or prePass, and marks every pixel of it.
 template <class Base>
 class LateWindow : public Base {
  public:
@@ -130,7 +130,7 @@ class LateGenerator : public LateWindow<Generator<Frame>> {
   void processRows(Frame* out) override { mark(*out); }
 };
 
-// Runs the processor on a target at (100, -50) of 10 by 6 pixels in guarded memory; the pixels it has marked.
+// Runs the processor on a target of 10 by 6 pixels at (100, -50) in guarded memory; returns the marked pixels.
 template <class Process>
 std::vector<R8> marked(const Process& process) {
   Canvas<R8> canvas(10, 6);
@@ -174,13 +174,13 @@ TEST(Imager, WindowSetByPrePassIsCutToTheTarget) {
   LateSampler sampler;
   sampler.late = Window{103, -500, 104, 500};
   EXPECT_EQ(marked([&](Frame& target) { sampler.process(&target, &target); }), marksIn({103, -50, 104, -45}));
-  // One beside the target becomes its nearest pixel.
+  // A window beside the target becomes the nearest pixel.
   sampler.late = Window{-9, -9, -8, -8};
   EXPECT_EQ(marked([&](Frame& target) { sampler.process(&target, &target); }), marksIn({100, -45, 100, -45}));
 }
 
 TEST(Imager, WindowThatOverrunsIsReplacedWhereThatIsAskedFor) {
-  // Its window awaits no clipping.
+  // Without kClipWindow.
   class Overrunning : public LateSampler {
    public:
     void prePass(Frame*, Frame*) override {
@@ -210,7 +210,7 @@ TEST(Imager, AspectIsNeverBelowAThousandth) {
   EXPECT_EQ(probe.aspect, 0.001f);
 }
 
-// Sampler and Combiner count their own, since the destructor lies in a virtual base; a generator's comes first.
+// Sampler and Combiner have no slots for the destructor, which is in a virtual base; Generator has.
 TEST(Imager, OperationsOfItsFamilyHaveTheirOrder) {
   if (!kSlotsAreKnown) GTEST_SKIP();
   using S = Sampler<Frame, Frame>;

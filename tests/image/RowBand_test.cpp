@@ -49,7 +49,7 @@ TEST(RowBand, FieldsStartOnARowOfTheirParity) {
   EXPECT_EQ(firstFieldRow(kEvenRows, 5), 6);
   EXPECT_EQ(firstFieldRow(kEvenRows, 6), 6);
   EXPECT_EQ(firstFieldRow(kEvenRows, -3), -2);
-  // Division truncates, so that below 0 the pair that a row lies in is the one above.
+  // Division truncates: below 0 a row belongs to the pair above it.
   EXPECT_EQ(firstFieldRow(kOddRows, -3), -1);
   EXPECT_EQ(fieldRowStep(kAllRows), 1);
   EXPECT_EQ(fieldRowStep(kEvenRows), 2);

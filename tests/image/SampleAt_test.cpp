@@ -40,7 +40,7 @@ Component plainLerp(Component a, Component b, float t) {
   }
 }
 
-// Always all four pixels, whatever they are.
+// Always interpolates all four pixels.
 template <class Texture>
 typename Texture::Accum plainBilinear(const Texture& texture, float x, float y) {
   using Component = ComponentOf<typename Texture::Accum>;
@@ -62,7 +62,7 @@ typename Texture::Accum plainBilinear(const Texture& texture, float x, float y) 
 
 template <class Pixel>
 test::ComponentRange<Pixel> exactRange() {
-  // Beyond 24 bits a float does not hold every integer, and a pixel would not read as itself.
+  // A float holds integers of 24 bits only.
   if constexpr (sizeof(ComponentOf<Pixel>) == 4) {
     return {-100000, 100000};
   } else {

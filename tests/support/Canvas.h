@@ -1,4 +1,4 @@
-// Memory of a picture with guards round every row: whatever is written beside a pixel is noticed.
+// Memory of a picture with guards around every row, which detect writes beside its pixels.
 #pragma once
 
 #include <cstddef>
@@ -12,9 +12,9 @@
 
 namespace vblur::test {
 
-// How the rows lie in memory. None of it may matter to anybody.
+// The layout of rows in memory. No result may depend on it.
 struct Layout {
-  int guard = 3;          // pixels that no row has, on each side of every row
+  int guard = 3;          // guard pixels on each side of every row
   int rowsApart = 1;      // 2: every other row belongs to the other field
   bool bottomUp = false;  // row 0 is the last in memory, the stride is negative
 };
@@ -25,7 +25,7 @@ inline Layout randomLayout(Random& random) {
   return kLayouts[random.within(0, 4)];
 }
 
-// What the values of a random picture may be.
+// The component values of a random picture.
 template <class Pixel>
 struct ComponentRange {
   int low;
@@ -81,7 +81,7 @@ class Canvas {
     forEach([&](Pixel& to) { to = randomPixel(random, range); });
   }
 
-  // Takes the pixels of a canvas of the same size and layout; views of this one stay.
+  // Copies the pixels of a canvas of the same size and layout; views of this one stay valid.
   void copyFrom(const Canvas& other) {
     for (int y = 0; y < height_; ++y)
       std::memcpy(static_cast<void*>(rowStart(y)), &other.at(0, y), rowBytes());
@@ -144,7 +144,7 @@ class Canvas {
   std::vector<std::byte> memory_;
 };
 
-// A box, edge methods, an origin and an outside colour such as a caller may give any texture.
+// Random box, edge methods, origin and outside colour.
 template <class Texture>
 void setRandomSurroundings(Random& random, Texture& texture, ComponentRange<typename Texture::Pixel> range) {
   if (random.oneIn(2)) {

@@ -1,4 +1,4 @@
-// Sets the level of the process for a scope; scopes nest.
+// Sets the CPU level of the process for a scope; scopes nest.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Memory between two pages that nobody may touch: whoever reads or writes a byte before or behind it is stopped.
+// Memory between two protected pages: an access one byte before or after it crashes.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ namespace vblur::test {
 
 class GuardedPages {
  public:
-  // At least so many bytes.
+  // At least `bytes`, in whole pages.
   explicit GuardedPages(std::size_t bytes) : size_((bytes + page() - 1) / page() * page()) {
     all_ = mmap(nullptr, size_ + 2 * page(), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (all_ == MAP_FAILED || mprotect(begin(), size_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();

@@ -1,13 +1,13 @@
-// The registry of kernels: one list that tests and benchmarks share. A kernel that is in no list fails the tests of
-// its folder. The lists are tests/image/ImageKernels.h, tests/blur/BlurKernels.h and
-// tests/composite/CompositeKernels.h; a case is a few lines there:
+// The kernel registry, shared by tests and benchmarks. A kernel in no list fails the tests of its folder. The lists are
+// tests/image/ImageKernels.h, tests/blur/BlurKernels.h and tests/composite/CompositeKernels.h; a case is a few lines
+// there:
 //
 //   cases.push_back(rowCase<R8, C8>("extractRow 8", "extractRow 8", [](const R8* in, std::int32_t n, C8* out) {
 //     extractRow<1>(out, forwardRun(in, n), n);
 //   }));
 //
-// The function goes the way that production code goes, so that it runs the kernel at each level but "twin", and plain
-// code there. tests/support/KernelCaseTest.h compares the two bit for bit, bench/Kernels_bench.cpp measures them.
+// The function makes the call that production code makes, so that it runs plain code at level "twin" and the kernel at
+// the others. tests/support/KernelCaseTest.h compares the two bit for bit, bench/Kernels_bench.cpp measures them.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@
 
 namespace vblur::test {
 
-// n elements of each row. `out` holds pixels already, which the kernel may read; it lies apart from the others.
+// n elements of each row. `out` is initialised, may be read, and does not overlap the others.
 struct KernelRow {
   const void* a = nullptr;
   const void* b = nullptr;
@@ -31,9 +31,9 @@ struct KernelRow {
 
 struct KernelCase {
   std::string name;
-  // As HvEnterKernel names it: what has to run, and nothing else.
+  // HvEnterKernel's name of the one kernel that must run.
   std::string kernel;
-  // Bytes of an element; 0: there is no second row.
+  // Bytes of an element; bBytes 0: no second row.
   std::size_t aBytes = 0;
   std::size_t bBytes = 0;
   std::size_t outBytes = 0;
@@ -61,7 +61,7 @@ KernelCase pairCase(std::string name, std::string kernel, Run run) {
           }};
 }
 
-// Runs over a row of n pixels: side by side, in reverse, and its first pixel n times.
+// Runs over a row of n pixels: forward, in reverse, and its first pixel n times.
 template <class Pixel>
 HvPixelRun<Pixel> forwardRun(const Pixel* in, std::int32_t n) {
   return {in, 1, n, true};

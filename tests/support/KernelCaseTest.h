@@ -1,5 +1,5 @@
-// Tests of the lists of kernels: each case at the level in use equals plain code bit for bit, has run its kernel and
-// no other, and no kernel is without a case. For suites on AtEachLevel:
+// Tests of the kernel lists: at the level in use each case equals plain code bit for bit and runs its kernel and no
+// other, and each kernel has a case. For suites on AtEachLevel:
 //
 //   TEST_P(BlurKernels, EqualPlainCode) { expectEqualToPlainCode(blurKernels()); }
 //   TEST(BlurKernels..., HaveACaseEach) { expectCaseOfEachKernel({imageKernels(), blurKernels()}); }
@@ -19,7 +19,7 @@ namespace vblur::test {
 
 namespace kernel_case {
 
-// Mostly any byte, now and then a stretch of one that makes components of an end of their range.
+// Mostly random bytes, now and then a stretch of one byte that makes components the ends of their range.
 inline std::vector<unsigned char> randomBytes(Random& random, std::size_t count) {
   std::vector<unsigned char> bytes;
   while (bytes.size() < count) {

@@ -1,16 +1,16 @@
-// Which vector code has run, and for which instruction set: every test of vector code asserts it.
+// Records which kernels have run and for which instruction set; every test of vector code asserts it.
 //
 //   class MixRows : public AtEachLevel {};           // a suite at every level but the twin
 //   INSTANTIATE_TEST_SUITE_P(Levels, MixRows, testing::ValuesIn(vectorLevels()), levelName);
 //
 //   TEST_P(MixRows, EqualTheTwin) {
-//     ...                                            // as it ends, some kernel must have run, each for this level
-//     EXPECT_TRUE(kernelsRan({"mix 8", "mix 16"}));  // stricter: these and no others, since the last question
+//     ...                                            // at the end some kernel must have run, each for this level
+//     EXPECT_TRUE(kernelsRan({"mix 8", "mix 16"}));  // stricter: these and no others, since the last call
 //   }
 //
-// A test that means to stay in plain code ends with EXPECT_TRUE(kernelsRan({})); tests without the fixture call
-// forgetKernelRuns() first. Names are those that X_simd.cpp gives to HvEnterKernel. At a level that a kernel is not
-// compiled for, it has to run for the best instruction set below.
+// A test of plain code ends with EXPECT_TRUE(kernelsRan({})); tests without the fixture call forgetKernelRuns() first.
+// Names are those of HvEnterKernel in X_simd.cpp. At a level that a kernel is not compiled for it must run for the best
+// instruction set below.
 #pragma once
 
 #include <algorithm>
@@ -28,8 +28,8 @@
 
 namespace vblur::test {
 
-// The instruction set that a kernel has to run for at the level in use: the best it is compiled for that is not above
-// the level. 0 at the twin.
+// The instruction set that a kernel must run for at the level in use: the best one up to it that the kernel is compiled
+// for. 0 at the twin.
 inline std::int64_t wantedTarget(const HvKernel& kernel) {
   if (!HvUsesVectors()) return 0;
   const auto& levels = HvCpuLevels();
@@ -53,7 +53,7 @@ struct KernelRun {
   std::int64_t wanted = 0;
 };
 
-// Kernels that have run since the last question.
+// Kernels that have run since the last call.
 inline std::vector<KernelRun> takeKernelRuns() {
   std::vector<KernelRun> runs;
   for (HvKernel* kernel = HvKernel::first(); kernel != nullptr; kernel = kernel->next()) {
@@ -78,7 +78,7 @@ inline ::testing::AssertionResult ranAtThisLevel(const std::vector<KernelRun>& r
 
 inline bool askedForKernelRuns = false;
 
-// These kernels and no others have run since the last question, each for the level in use.
+// These kernels and no others have run since the last call, each for the level in use.
 inline ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
   askedForKernelRuns = true;
   const std::vector<KernelRun> runs = takeKernelRuns();
@@ -102,8 +102,8 @@ inline std::vector<std::string> vectorLevels() {
 // Prints the level in the name of a test.
 inline const auto levelName = [](const ::testing::TestParamInfo<std::string>& level) { return level.param; };
 
-// A test at a level. What it has not asked about by the time it ends must be vector code of that level; a test that
-// has never asked must have run some.
+// A test at a level. Kernels that it has not asked about must have run for that level; a test that never asks must have
+// run some.
 class AtEachLevel : public ::testing::TestWithParam<std::string> {
  protected:
   AtEachLevel() {

@@ -1,4 +1,4 @@
-// Textures as pictures of the independent model, and the comparison of the two, bit for bit.
+// Converts textures to pictures of the independent model, and compares the two bit for bit.
 #pragma once
 
 #include <string>

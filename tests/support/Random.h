@@ -1,4 +1,4 @@
-// Random cases that can be repeated: every case has a seed of its own, and a failure names it.
+// Repeatable random cases: each has its own seed, which a failure names.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +39,7 @@ inline std::uint64_t numberFromEnvironment(const char* name, std::uint64_t other
   return text == nullptr ? otherwise : std::strtoull(text, nullptr, 10);
 }
 
-// Sanitizers take their time: they see a share of the cases.
+// Sanitizers are slow: they run a share of the cases.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr int kShareOfCases = 8;
 #else

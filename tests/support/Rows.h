@@ -16,7 +16,7 @@
 
 namespace vblur::test {
 
-// Longer than two of the longest vectors and the rest of one.
+// Longer than two and a half of the longest vectors.
 inline constexpr std::int32_t kLongestRow = 150;
 
 template <class Pixel>
@@ -27,8 +27,8 @@ std::vector<Pixel> randomRow(Random& random, std::size_t n) {
   return row;
 }
 
-// Calls row(run, n, out) for both, at a random place of a buffer, and compares the whole buffers and what is
-// returned. The step is that of the run.
+// Calls both with (run, n, out) at a random place of a buffer, and compares the whole buffers and the results. `step`
+// is the run's.
 template <class In, class Out, class Vector, class Plain>
 void compareRows(Random& random, std::int32_t step, const Vector& vector, const Plain& plain) {
   const std::int32_t n = random.within(0, random.oneIn(3) ? kLongestRow : 70);
@@ -44,7 +44,7 @@ void compareRows(Random& random, std::int32_t step, const Vector& vector, const 
   EXPECT_EQ(out, expected) << HvCpuLevel() << " " << n << " step " << step;
 }
 
-// The same within one row, `apart` pixels to the left or the right of where it is read.
+// The same within one row: written `apart` pixels to the right of where it is read.
 template <class Pixel, class Vector, class Plain>
 void compareRowsInPlace(Random& random, std::ptrdiff_t apart, const Vector& vector, const Plain& plain,
                         std::int32_t step = 1) {

@@ -1,4 +1,4 @@
-// Tests ask for more memory than there is; a sanitizer's allocator then answers null as the system's does.
+// Tests request more memory than there is; a sanitizer's allocator then returns null, as the system's does.
 // NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' own names.
 extern "C" {
 const char* __asan_default_options();

@@ -1,5 +1,5 @@
-// A target and inputs for a subject, all random, and the run of a processor over them. The same seed
-// makes the same pictures whatever the layout of their memory and wherever they lie.
+// Random target and inputs for a subject, and the run of its processor on them. The same seed makes the same pictures,
+// whatever their memory layout and origins.
 #pragma once
 
 #include <algorithm>
@@ -33,10 +33,10 @@ struct SceneOptions {
   int moveX = 0;  // added to every origin
   int moveY = 0;
   bool positive = false;      // the target lies at rows from 0 up
-  bool sameAsTarget = false;  // the in-place input is a picture equal to the target
-  bool shareTarget = false;   // and lies in the target's memory
+  bool sameAsTarget = false;  // the first input equals the target, if it is of its type
+  bool shareTarget = false;   // and is in the target's memory
   bool emptyInputs = false;
-  bool flatInputs = false;  // whole pictures of the outside colour, which lies around them too
+  bool flatInputs = false;  // pictures filled with their outside colour
 };
 
 template <class S>
@@ -50,7 +50,7 @@ class Scene {
     window_ = randomWindow();
   }
 
-  // A window of the target or across its ends, different for each seed.
+  // A window in the target or across its edges, from the seed.
   const Window& window() const { return window_; }
   Window settled(const Window& window) const {
     const Window whole = wholeTarget();
@@ -74,7 +74,7 @@ class Scene {
     S::process(processor, inputs_, &target_);
     return canvas_->pixels();
   }
-  // The place in those pixels of image coordinates.
+  // The index in those pixels of image coordinates.
   std::size_t indexOf(int x, int y) const {
     const Window whole = wholeTarget();
     return static_cast<std::size_t>(y - whole.y1) * static_cast<std::size_t>(target_.width()) +
@@ -135,7 +135,7 @@ class Scene {
   void makeInput(Texture& texture, Held<typename Texture::Pixel>& held) {
     using Pixel = typename Texture::Pixel;
     const auto range = S::template range<Pixel>();
-    if constexpr (std::is_same_v<Pixel, OutPixel> && I == S::kInPlaceInput) {
+    if constexpr (std::is_same_v<Pixel, OutPixel> && I == 0) {
       if (options_.sameAsTarget || options_.shareTarget) return makeEqualToTarget(texture, held);
     }
     held.canvas.emplace(random_.within(1, 20), random_.within(1, 20), options_.inLayout);

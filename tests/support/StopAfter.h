@@ -1,4 +1,4 @@
-// An interrupt record that lets a number of polls pass, then stops, and counts how often it was asked.
+// An interrupt record that stops after a number of polls, and counts them.
 #pragma once
 
 #include <atomic>

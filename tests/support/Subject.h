@@ -1,4 +1,4 @@
-// How the contract of all processors gets hold of one. Three lines make a subject of a processor:
+// Puts a processor under the contract of all processors. A subject takes three lines:
 //
 //   struct CopyR8 : SamplerSubject<SimpleCopySampler<R8, Rf>, HvTexture<R8, Rf>> {};
 //   struct AlphaR8 : SamplerSubject<BlurRGBAGauss<R8, Ri, 255, 0, 0, 0, 1>, HvTexture<R8, Ri>> {
@@ -6,8 +6,8 @@
 //   };
 //   INSTANTIATE_TYPED_TEST_SUITE_P(Copies, ProcessorContract, Subjects<CopyR8, AlphaR8>, TypeNames);
 //
-// ctest then prints Copies/ProcessorContract/CopyR8.WritesNothing..., see TypeNames.h. A clause that does not hold for a
-// subject is switched off by hiding a constant below.
+// ctest then prints Copies/ProcessorContract/CopyR8.WritesNothing..., see TypeNames.h. A subject that
+// does not keep a clause says so by hiding a constant below, and has to break the clause then.
 #pragma once
 
 #include <tuple>
@@ -23,16 +23,15 @@ struct Subject {
   using Inputs = std::tuple<InTextures...>;
 
   // Each clause that holds for all but a few.
-  static constexpr bool kKeepsToWindow = true;    // nothing outside the window changes
-  static constexpr bool kPartsEqualWhole = true;  // a window of a picture has that part of the whole
-  static constexpr bool kKnowsFields = true;      // a field mode limits the rows
-  static constexpr bool kMoves = true;            // the place of pictures and window plays no part
-  static constexpr bool kPixelsOldOrNew = true;   // no pixel ever holds anything but its old or its last value
-  static constexpr bool kReadsThroughEdges = true;
-  // The input that may be the target itself; -1: none may.
-  static constexpr int kInPlaceInput = sizeof...(InTextures) == 0 ? -1 : 0;
+  static constexpr bool kKeepsToWindow = true;      // nothing outside the window changes
+  static constexpr bool kPartsEqualWhole = true;    // in a window, the result is that part of the whole
+  static constexpr bool kKnowsFields = true;        // a field mode limits the rows
+  static constexpr bool kMoves = true;              // the origin of pictures and window does not matter
+  static constexpr bool kPixelsOldOrNew = true;     // a pixel is old or finished, never in between
+  static constexpr bool kReadsThroughEdges = true;  // inputs are read by their edge methods
+  static constexpr bool kMayBeInPlace = true;       // the first input may be the target itself, if it is of its type
 
-  // What the components of all pictures are taken from.
+  // The component values of all pictures.
   template <class Pixel>
   static constexpr ComponentRange<Pixel> range() {
     if constexpr (sizeof(ComponentOf<Pixel>) == 4) {
@@ -47,7 +46,6 @@ struct Subject {
 
 template <class Processor, class InTexture, class OutTexture = InTexture>
 struct SamplerSubject : Subject<Processor, OutTexture, InTexture> {
-  static constexpr int kInPlaceInput = std::is_same_v<InTexture, OutTexture> ? 0 : -1;
   static void process(Processor& processor, std::tuple<InTexture>& inputs, OutTexture* out) {
     processor.process(&std::get<0>(inputs), out);
   }

@@ -1,4 +1,4 @@
-// The effect as programs get it: from the server of this build, loaded at run time.
+// The effect as programs get it: from this build's server, loaded at run time.
 #pragma once
 
 #include <iterator>
@@ -26,12 +26,12 @@ inline void SetRenderThreads(std::int32_t count) {
   host::HostedEffect(MakeEffect()).SetRenderThreads(count);
 }
 
-// The code that renders from now on. Throws host::Failure for a level that the machine does not have.
+// The CPU level of every render from now on. Throws host::Failure for a level that the machine does not have.
 inline void SetCpuLevel(const std::string& level) {
   host::HostedEffect(MakeEffect()).SetCpuLevel(level);
 }
 
-// All that the machine has, the plain code first.
+// All levels of the machine, the twin first.
 inline std::vector<std::string> CpuLevels() {
   const auto process = MakeEffect().As<IVBlurProcess>();
   std::istringstream names(process->GetCpuLevels());

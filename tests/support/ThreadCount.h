@@ -1,4 +1,4 @@
-// The number of threads of all runs, for the length of a scope. It is the whole process's.
+// Sets the number of threads of the process for a scope.
 #pragma once
 
 #include <cstdint>

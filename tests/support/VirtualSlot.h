@@ -1,5 +1,5 @@
-// The place of a virtual operation among those of its class, from 0: callers that were compiled elsewhere rely on it.
-// A destructor takes two places.
+// The slot of a virtual operation in its class's table, from 0: callers compiled elsewhere rely on it. A destructor
+// takes two slots.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ namespace vblur::test {
 #if defined(__x86_64__)
 inline constexpr bool kSlotsAreKnown = true;
 
-// A pointer to a virtual operation begins with 1 and the place of its entry in bytes.
+// A pointer to a virtual member function begins with its table offset in bytes plus 1.
 template <class Operation>
 std::size_t virtualSlot(Operation operation) {
   std::uintptr_t place = 0;

@@ -1,12 +1,11 @@
-// Has operator new of the whole process fail where a test wants it to.
+// Makes operator new fail where a test wants it to.
 #pragma once
 
 #include <cstdint>
 
 namespace vblur {
 
-// For as long as it lives, the calling thread's allocation after the first `granted` is refused; those after it
-// are granted again.
+// In its scope one allocation of the calling thread fails: the one after the first `granted`.
 class RefusedMemory {
  public:
   explicit RefusedMemory(std::int64_t granted);
@@ -14,7 +13,7 @@ class RefusedMemory {
   RefusedMemory(const RefusedMemory&) = delete;
   RefusedMemory& operator=(const RefusedMemory&) = delete;
 
-  // The allocation came to pass, and was refused.
+  // Whether an allocation has failed.
   static bool HasRefused();
 };
 
