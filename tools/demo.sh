@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# demo.sh VBLUR FOLDER: draws the test chart and renders it through the main job in the ways that people ask
-# for first. Pictures of an earlier demo are replaced.
+# demo.sh VBLUR FOLDER: draws the test chart and renders it in the most common ways. Replaces the pictures of an
+# earlier demo.
 set -euo pipefail
 vblur=$1 folder=$2
 mkdir -p "$folder"

@@ -1,4 +1,4 @@
-"""The goals of speed, and what a run has measured of each."""
+"""The speed goals, and how a run meets them."""
 
 from dataclasses import dataclass
 from typing import Optional
@@ -99,7 +99,7 @@ def against_peers(results):
 
 
 def worst_ratio(text, limit, pairs, at_least=False):
-    """pairs(depth) gives (ratio, where) for all that a goal speaks of."""
+    """pairs(depth) gives (ratio, where) for each case of the goal."""
     cells = {}
     for depth in DEPTHS:
         cell = cells[depth] = Cell(limit, at_least)
@@ -152,7 +152,7 @@ def mix_back(results):
 
 
 def once(results):
-    """What has no depth."""
+    """Goals without a depth."""
     for what, keys, text, limit, unit, factor in (
         ("run", {"threads": 2, "pause": 0}, "an empty run over 2 threads", 10.0, "us", 1e3),
         ("startup", {"command": "--version"}, "start-up: vblur --version", 50.0, "ms", 1.0),

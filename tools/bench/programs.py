@@ -1,4 +1,4 @@
-"""What the program takes: to do next to nothing, and to render a sequence of files."""
+"""Times of the program: start-up, and a rendered sequence of files."""
 
 import json
 import subprocess
@@ -30,7 +30,7 @@ def start_up(program, folder):
 
 
 def sequence(program, folder):
-    """The whole run, and the stage that was busy longest in it, as the program tells them."""
+    """Times of the whole run and of its stages, from --progress json."""
     frames, out = folder / "frame.%04d.dpx", folder / "out.%04d.dpx"
     size = ["--size", "1920x1080", "--depth", "16", "--frames", FRAMES, "--overwrite"]
     subprocess.run([program, "-q", "chart", frames, *size], check=True)

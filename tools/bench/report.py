@@ -221,9 +221,9 @@ def machine(results):
 
 
 def busyness(results):
-    times = f"single threads took {results.busyness:.2f} times as long as they computed"
-    how = "their processor time is what is shown" if results.by_processor else "times are those of the clock"
-    advice = "" if results.busyness < 1.1 else "; THE MACHINE WAS BUSY: two threads, and ratios with them, say little"
+    times = f"wall-clock time over processor time of single threads: {results.busyness:.2f}"
+    how = "single threads are shown by processor time" if results.by_processor else "all times are wall-clock times"
+    advice = "" if results.busyness < 1.1 else "; THE MACHINE WAS BUSY: times of two threads are unreliable"
     return f"{times}; {how}{advice}"
 
 

@@ -1,4 +1,4 @@
-"""What a run of the benchmarks has measured, by what each case is."""
+"""The measurements of a run, by case."""
 
 import json
 import statistics
@@ -16,7 +16,7 @@ class Results:
     def __init__(self, data, by_processor=False):
         self.context = data["context"]
         self.errors = []
-        # On a busy machine the time that a single thread has computed says more than the clock on the wall.
+        # On a busy machine processor time says more about a single thread than wall-clock time.
         self.by_processor = by_processor
         self._cases = {}
         waits = []
@@ -33,7 +33,7 @@ class Results:
             time = run["cpu_time" if alone and self.by_processor else "real_time"]
             milliseconds = time * {"us": 1e-3, "ms": 1.0, "s": 1e3}[run["time_unit"]]
             self._cases.setdefault(tuple(sorted(case.items())), []).append(milliseconds)
-        # How much longer single threads took than they computed: 1.0 on a machine that had nothing else to do.
+        # Wall-clock time over processor time of single threads: 1.0 on an idle machine.
         self.busyness = sum(waits) / len(waits) if waits else 1.0
 
     @classmethod

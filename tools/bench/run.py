@@ -1,4 +1,4 @@
-"""./dev bench: runs the benchmarks, says what is met, and keeps figures, tables and chart.
+"""./dev bench: runs the benchmarks, prints which goals are met, and keeps figures, tables and chart.
 
 usage: run.py [--quick] [--update] [--cpu-time] [--report] [options of Google Benchmark]
 
@@ -91,7 +91,7 @@ def tell(update, by_processor_time):
     for name, value in report.machine(results):
         print(f"{name}: {value}")
     print()
-    # The goals last, where the eye is.
+    # The goals last: nearest to the prompt.
     for table in tables[1:] + tables[:1]:
         print(table.text())
     drawn = chart.draw(results, FOLDER / CHART)
