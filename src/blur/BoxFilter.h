@@ -1,8 +1,7 @@
-// The inner routine of the filter: one box over a block of lines that lie side by side.
+// The inner loop of the plain filter: one box over a block of lines that lie side by side.
 //
-// A block holds one 32-bit value per lane and position, position i of lane l at data[i * Lanes + l].
-// The lanes are the components of neighbouring rows (x pass) or of neighbouring columns (y pass): the
-// routine is the same, and the running sums of all lanes advance together.
+// A block holds one 32-bit value per lane and position, position i of lane l at data[i * Lanes + l]. Lanes are the
+// components of neighbouring rows (x pass) or columns (y pass).
 #pragma once
 
 #include <algorithm>
@@ -13,8 +12,7 @@
 
 namespace vblur {
 
-// The positions first to last - 1 that a box reads to produce a to b - 1. (For radii below zero the
-// two ends swap.)
+// The positions first to last - 1 that a box reads to produce a to b - 1. For radii below zero the ends swap.
 struct BoxReach {
   std::int64_t first = 0;
   std::int64_t last = 0;
@@ -26,8 +24,8 @@ constexpr BoxReach boxReach(std::int64_t a, std::int64_t b, const BoxConstants& 
   return {a + std::min(leaving, entering), b + std::max(leaving, entering)};
 }
 
-// One position of a box without a fraction. The product fits: 2r + 1 components of at most 2^16 times
-// a scale of at most 2^14 / (2r + 1) is at most 2^30.
+// One position of a box without a fraction. The product is at most 2^30: a sum of 2r + 1 components of at most 2^16,
+// times a scale of at most 2^14 / (2r + 1).
 template <int Lanes>
 inline void boxStepWhole(const std::int32_t* in, const std::int32_t* out, std::int32_t* __restrict sum,
                          std::int32_t* __restrict result, const BoxConstants& box) {
@@ -37,9 +35,8 @@ inline void boxStepWhole(const std::int32_t* in, const std::int32_t* out, std::i
   }
 }
 
-// One position of a box with a fraction. The two end taps are weighted on their own and truncated:
-// (in + out) is at most 2^17 and frac below 2^14, so that their product fits, and the second product
-// is bounded as above with 2r + 1 + 2f taps.
+// One position of a box with a fraction. The end taps are weighted and truncated by themselves: in + out is at most
+// 2^17 and frac below 2^14. The second product is bounded as above, with 2r + 1 + 2f taps.
 template <int Lanes>
 inline void boxStepFraction(const std::int32_t* in, const std::int32_t* out, std::int32_t* __restrict sum,
                             std::int32_t* __restrict result, const BoxConstants& box) {
@@ -51,9 +48,8 @@ inline void boxStepFraction(const std::int32_t* in, const std::int32_t* out, std
   }
 }
 
-// Filters positions a to b - 1. source(i) points at position i of the source block, which holds
-// boxReach(a, b); result(i) at the row of Lanes values that position i goes to; sink(i) is called when
-// that row is done.
+// Filters positions a to b - 1. source(i) is position i of the source block, which holds boxReach(a, b); result(i) is
+// the row of Lanes values for position i; sink(i) is called when that row is done.
 template <int Lanes, class Source, class Result, class Sink>
 void filterBox(std::int64_t a, std::int64_t b, const BoxConstants& box, const Source& source, const Result& result,
                const Sink& sink) {

@@ -1,9 +1,9 @@
-// The running sums of one box over one vector of components, one kind for each way that the exact result can
-// be had in narrow lanes. Compiled once for each instruction set, by BoxSweep_simd.cpp.
+// The running sums of one box over one vector of components. Each kind of sums computes the exact result in lanes as
+// narrow as hold it, for a range of box sizes. Compiled once for each instruction set, by BoxSweep_simd.cpp.
 //
-// Every kind has: Sum, the sums of one box; Read and Write, a vector of components of a picture, where those outside a
-// mask may come from other ones; Keep and Kept, the same between two boxes, in whatever order of lanes; Add, which
-// fills the sums; and Step, which gives one result, takes `in` into the sum and `out` out of it.
+// Every kind has: Sum, the sums of one box; Read and Write, which load and store a vector of components of a picture;
+// Keep and Kept, which store and load it in a ring between two boxes; Add, which adds `in` to the sum; and Step, which
+// returns one result, adds `in` to the sum and subtracts `out`.
 #if defined(VBLUR_BLUR_BOXSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_BOXSUMS_INL_H
 #undef VBLUR_BLUR_BOXSUMS_INL_H
@@ -25,16 +25,15 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Vectors that a step takes side by side. Two of 256 bits are a cache line, which is worth more than the sums that
-// find no register then.
+// Vectors side by side in one step. Two of 256 bits fill a cache line, which gains more than the register spills cost.
 inline constexpr std::size_t kUnitsOfStep = HWY_TARGET <= HWY_AVX2 ? 2 : 1;
 
-// What becomes of a vector of results beside its place.
+// How a result vector is stored.
 template <class C>
 struct Output {
-  const C* others;  // null, or where the bits come from that the mask does not have
+  const C* others;  // the source of the bits outside the mask; null: all bits are results
   const C* mask;
-  bool streams;  // past the caches; results begin with a vector
+  bool streams;  // past the caches; the address is vector-aligned
 };
 
 template <class D, class V>
@@ -46,13 +45,13 @@ HWY_INLINE void PutOut(D d, V v, const Output<hn::TFromD<D>>& output, hn::TFromD
   }
 }
 
-// The bits of v where those of the mask are set, and the other ones elsewhere.
+// The bits of v where the mask is set, those of `others` elsewhere.
 template <class V>
 HWY_INLINE V Merged(V mask, V v, V others) {
   return hn::Or(hn::And(mask, v), hn::AndNot(mask, others));
 }
 
-// 32-bit sums of 32-bit components, as the plain filter has them; at the scalar level, of all components.
+// 32-bit sums, as in the plain filter: for 32-bit components, and at the scalar level for all.
 template <class C>
 struct WideSums {
   using Component = C;
@@ -117,7 +116,7 @@ struct WideSums {
 #if HWY_TARGET != HWY_SCALAR
 
 // 8-bit components as two vectors of 16-bit lanes, those of the lower and of the upper half of each 128-bit block.
-// Between two boxes they wait in these lanes, or packed where the rings would not fit the nearest cache.
+// The rings hold these lanes, or packed bytes where wider rings would not fit the L1 cache.
 template <class T, bool kPacked>
 struct ByteLanes {
   using Component = std::uint8_t;
@@ -180,7 +179,7 @@ struct ByteLanes {
   }
   static HWY_INLINE Pair Difference(Bytes in, Bytes out) {
 #if HV_X86_VECTORS
-    // Each `in` beside its `out`, times 1 and -1, added.
+    // in * 1 + out * -1, by products of interleaved bytes.
     const Bytes signs = hn::BitCast(U8(), hn::Set(U16(), 0xFF01));
     const auto lower = SumOfProducts(hn::InterleaveLower(U8(), in, out).raw, signs.raw);
     const auto upper = SumOfProducts(hn::InterleaveUpper(U8(), in, out).raw, signs.raw);
@@ -191,8 +190,8 @@ struct ByteLanes {
   }
 };
 
-// What the kinds with one 16-bit sum for each component share. Kind gives a result from a sum (Scaled) and
-// the weight of the two end taps (Ends).
+// Base of the kinds with one 16-bit sum per component. Kind::Scaled turns a sum into a result, Kind::Ends weights the
+// two end taps.
 template <class T, bool kPacked, class Kind>
 struct ByteSums : ByteLanes<T, kPacked> {
   using Lanes = ByteLanes<T, kPacked>;
@@ -209,7 +208,7 @@ struct ByteSums : ByteLanes<T, kPacked> {
   };
 
   HWY_INLINE Sum Empty() const { return {{hn::Zero(D()), hn::Zero(D())}}; }
-  // Both components are bytes, or both are lanes.
+  // `in` is bytes or lanes.
   template <class In>
   HWY_INLINE void Add(Sum& sum, const In& in) const {
     const Pair lanes = Lanes::Unpacked(in);
@@ -262,8 +261,8 @@ struct SmallSums : ByteSums<std::int16_t, kPacked, SmallSums<kPacked>> {
   hn::Vec<U16> frac;
 };
 
-// Boxes of up to 257 taps: sums of at most 257 * 255 = 65535, which 16 unsigned bits hold. The high multiply
-// by 8 * scale gives (S * scale) >> 13, and the rounding average with 0 the last bit.
+// Boxes of up to 257 taps: sums of at most 257 * 255 = 65535, which 16 unsigned bits hold. The high multiply by
+// 8 * scale is (S * scale) >> 13; the rounding average with 0 is the last shift.
 template <bool kPacked>
 struct MediumSums : ByteSums<std::uint16_t, kPacked, MediumSums<kPacked>> {
   using Lanes = ByteLanes<std::uint16_t, kPacked>;
@@ -283,9 +282,9 @@ struct MediumSums : ByteSums<std::uint16_t, kPacked, MediumSums<kPacked>> {
   V frac;
 };
 
-// All larger boxes, whose scale is at most 63. The sum is kept multiplied by it and with the rounding, its
-// lower 14 bits in one lane and what is above, the result, in another: a step moves the lower part by at most
-// 63 * 255 = 16065, so that a carry of one is all there is.
+// Larger boxes, of a scale of at most 63. The sum is kept as sum * scale + 8192, its low 14 bits in one lane and the
+// bits above, which are the result, in another. A step changes the low part by at most 63 * 255 = 16065, so that the
+// carry is at most one.
 struct SplitSums : ByteLanes<std::int16_t, true> {
   static constexpr std::size_t kSumBytes = 4 * kBytes;
   static constexpr std::size_t kUnits = kUnitsOfStep;
@@ -339,7 +338,7 @@ struct SplitSums : ByteLanes<std::int16_t, true> {
     Move(sum.low.upper, sum.high.upper, by.upper);
   }
   HWY_INLINE V Weighted(V low, V high, V in, V out) const {
-    // What the weighted ends are more than the tap that leaves lies within -255 and 255.
+    // ends - out lies in -255..255.
     const V ends = hn::BitCast(D(), hn::MulHigh(hn::BitCast(U16(), hn::Add(in, out)), frac));
     return hn::Add(high, hn::ShiftRight<14>(hn::Add(low, hn::Mul(hn::Sub(ends, out), scale))));
   }
@@ -348,10 +347,9 @@ struct SplitSums : ByteLanes<std::int16_t, true> {
   hn::Vec<U16> frac;
 };
 
-// 16-bit components. The sum is kept multiplied by kTimes * scale and with the rounding, in 32 bits, and moved by what
-// enters and what leaves at once: products of pairs of 16-bit lanes, added. With four times the scale a result is the
-// upper half of its lane; a scale above 8191 can only be doubled.
-// Results of the two halves of a 128-bit block are dealt together; after three boxes its components are in order again.
+// 16-bit components. The sum is kept as kTimes * (sum * scale + 8192) in 32 bits; one multiply-add of 16-bit pairs adds
+// `in` and subtracts `out`. With kTimes 4 a result is the upper half of its lane; scales above 8191 only allow 2.
+// Results of the two halves of a 128-bit block come interleaved; after three boxes they are in order again.
 template <std::int32_t kTimes>
 struct ScaledSums {
   using Component = std::int16_t;
@@ -408,31 +406,31 @@ struct ScaledSums {
     const V32 b = Result<kFraction>(sum.upper, upper);
     sum.lower = AddProducts(sum.lower, lower, scales);
     sum.upper = AddProducts(sum.upper, upper, scales);
-    return Dealt(a, b);
+    return Interleaved(a, b);
   }
 
  private:
-  // The first factor for lanes of even places, the second for those of odd ones.
+  // `even` in even lanes, `odd` in odd ones.
   static HWY_INLINE V Pairs(std::int32_t even, std::int32_t odd) {
     const auto both = static_cast<std::int32_t>((static_cast<std::uint32_t>(odd) << 16) |
                                                 (static_cast<std::uint32_t>(even) & 0xFFFF));
     return hn::BitCast(D(), hn::Set(D32(), both));
   }
 
-  // The sum that a result is taken from.
+  // The sum whose upper bits are the result.
   template <bool kFraction>
   HWY_INLINE V32 Result(V32 sum, V both) const {
     if constexpr (kFraction) {
-      // ((in + out) * frac >> 14) - out is the upper half of twice these products; 16 bits hold it, as it lies between
-      // the two components and theirs with the sign changed. The lower half is multiplied by nothing.
+      // The upper half of twice these products is ((in + out) * frac >> 14) - out, which 16 bits hold (see
+      // BoxSweepArithmetic in the tests). `scale` has 0 for the lower half.
       const V32 products = AddProducts(hn::Zero(D32()), both, ends);
       sum = AddProducts(sum, hn::BitCast(D(), hn::Add(products, products)), scale);
     }
     return sum;
   }
 
-  // The results of the lower sums in lanes of even places, those of the upper ones in lanes of odd places.
-  static HWY_INLINE V Dealt(V32 lower, V32 upper) {
+  // The results of the lower sums in even lanes, of the upper sums in odd lanes.
+  static HWY_INLINE V Interleaved(V32 lower, V32 upper) {
     if constexpr (kTimes == 4) {
       return hn::OddEven(hn::BitCast(D(), upper), hn::BitCast(D(), hn::ShiftRight<16>(lower)));
     } else {
@@ -440,7 +438,7 @@ struct ScaledSums {
     }
   }
 
-  // The sum and, of each two lanes side by side, the two products.
+  // sum + a.even * b.even + a.odd * b.odd, for each pair of lanes.
 #if HV_X86_VECTORS
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
     return PairProductsAdded(sum, a, b);

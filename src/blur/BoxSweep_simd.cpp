@@ -1,4 +1,4 @@
-// Sums of 16-bit components gain from products that are added at once, which the widest set alone has.
+// AVX3_DL multiplies and adds 16-bit pairs in one instruction, which sums of 16-bit components gain from.
 #define HWY_WANT_AVX3_DL
 
 #include <algorithm>
@@ -22,7 +22,7 @@ HWY_BEFORE_NAMESPACE();
 namespace vblur {
 namespace HWY_NAMESPACE {
 
-// What of the three boxes is under way: sums fill one after the other.
+// Warm-up stage of the three boxes: their sums fill one after the other.
 enum Stage { kFillFirst, kFillSecond, kFillThird, kProduce };
 
 // The sums of the three boxes over one vector of components.
@@ -44,7 +44,7 @@ struct Unit {
     third.Store(kept + 2 * Sums::kSumBytes);
   }
 
-  // A slot of the rings holds what the box before left `taps` steps ago, until the newest takes its place.
+  // A slot of the rings holds the results of the first two boxes from `taps` steps ago, and then the newest.
   template <bool kFraction, Stage kStage>
   HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const Output<C>& output,
                        C* result) {
@@ -77,13 +77,13 @@ struct Unit {
   typename Sums::Sum third;
 };
 
-// Asks for the memory of one step.
-HWY_INLINE void AskFor(const std::byte* place, std::size_t lines) {
+// Prefetches for one step.
+HWY_INLINE void PrefetchLines(const std::byte* place, std::size_t lines) {
   hwy::Prefetch(place);
   if (lines == 2) hwy::Prefetch(place + 64);
 }
 
-// Where the vectors of one column of components are: `lane` is its first component in the rows.
+// The rows, ring and mask of one column of vectors; `lane` is the column's first component in the rows.
 template <class C>
 struct Column {
   const C* const* in;
@@ -97,7 +97,7 @@ struct Column {
   const SweepRows& rows;
 };
 
-// The steps up to `to` of one stage over kUnits vectors side by side, from step j on.
+// Steps j to `to` - 1 of one stage, over kUnits vectors side by side.
 template <bool kFraction, Stage kStage, class Sums, std::size_t kUnits>
 HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Column<typename Sums::Component>& column,
                       std::int64_t& j, std::int64_t to, std::byte*& slot) {
@@ -107,7 +107,7 @@ HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Colum
   const std::byte* const ringEnd = column.ring + static_cast<std::size_t>(column.taps) * kSlotBytes;
   const std::byte* const* const ahead = column.lane == 0 ? column.rows.ahead : nullptr;
   for (; j < to; ++j) {
-    if (ahead != nullptr) AskFor(ahead[j - column.rows.from], column.rows.aheadLines);
+    if (ahead != nullptr) PrefetchLines(ahead[j - column.rows.from], column.rows.aheadLines);
     const C* entering = column.in[j] + column.lane;
     const C* leaving = kStage == kFillFirst ? entering : column.in[j - column.taps] + column.lane;
     C* result = kStage == kProduce ? column.out[j - 3 * column.taps] + column.lane : nullptr;
@@ -127,7 +127,7 @@ HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Colum
   }
 }
 
-// All steps of rows; returns the slot behind them.
+// All steps of `rows` over one column; returns the next slot of the ring.
 template <bool kFraction, std::size_t kUnits, class Sums>
 HWY_INLINE std::int64_t Columns(const Sums& sums, BoxSweep::State& state, const SweepRows& rows,
                                 const typename Sums::Component* const* in, typename Sums::Component* const* out,
@@ -185,8 +185,8 @@ void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows&
   }
 }
 
-// Whether 8-bit components wait packed between two boxes. A fraction leaves no time for packing, as long as the nearest
-// cache holds rings of 16-bit lanes beside the rows that fill them; without one, 512 bits pack faster than they store.
+// Whether the rings hold packed 8-bit components. With a fraction, packing pays only where rings of 16-bit lanes and
+// the rows beside them would not fit the L1 cache; without one, it always pays at 512 bits.
 HWY_INLINE bool Packs(const BoxConstants& box, const BoxSweep::State& state) {
   constexpr std::int64_t kCacheBytes = 48 << 10;
   constexpr std::int64_t kRowsBeside = 192;
@@ -246,7 +246,7 @@ HWY_EXPORT(Sweep16);
 HWY_EXPORT(Sweep32);
 HWY_EXPORT(FillsLines);
 
-// 8-bit components wait in lanes of 16 bits.
+// 8-bit components may be kept in lanes of 16 bits.
 std::size_t ringBytes(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes) {
   const std::size_t row = componentBytes == 1 ? 2 * rowBytes : rowBytes;
   const std::size_t bytes = 2 * row * static_cast<std::size_t>(BoxSweep::taps(box));
@@ -275,7 +275,7 @@ bool BoxSweep::fillsLines(std::size_t componentBytes) {
   return HWY_DYNAMIC_DISPATCH(FillsLines)(componentBytes);
 }
 
-// A box of no width and full weight gives back what it is given.
+// Full scale means a box of no width: results are the input.
 template <class C>
 bool BoxSweep::copied(const SweepRows& rows, const C* const* in, C* const* out) const {
   if (box_.scale != 16384) return false;

@@ -1,4 +1,4 @@
-// One component of a picture as a picture of its own.
+// Extracts one component of a picture.
 #pragma once
 
 #include "blur/ChannelRows.h"

@@ -1,4 +1,4 @@
-// One component of a row of pixels on its own, and spread over all four again: plain and by vector code.
+// Extracts one component of a row of pixels, and spreads it over all four: plain and by vector code.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ void extractRowPlain(Single* to, const HvPixelRun<Pixel>& run, std::int32_t n) {
     setComponent(to[i], 0, componentOf(*pixel, Channel));
 }
 
-// A component of n pixels of a run.
+// Extracts a component of n pixels of a run.
 template <int Channel, class Pixel, class Single>
 void extractRow(Single* to, const HvPixelRun<Pixel>& run, std::int32_t n) {
   if constexpr (hasChannelRows<Pixel, Single>()) {
@@ -59,7 +59,7 @@ void spreadRowPlain(Pixel* to, const HvPixelRun<Single>& run, const Spread& how,
   }
 }
 
-// n values of a run in all components.
+// Spreads n values of a run over all components.
 template <std::int32_t Max, class Pixel, class Single>
 void spreadRow(Pixel* to, const HvPixelRun<Single>& run, const Spread& how, std::int32_t n) {
   if constexpr (hasChannelRows<Pixel, Single>()) {

@@ -47,7 +47,7 @@ constexpr YuvInt yuvFromRgb(std::int32_t r, std::int32_t g, std::int32_t b) {
   return {weighted(kRgbToY), weighted(kRgbToU), weighted(kRgbToV)};
 }
 
-// The same for pixels with a gain.
+// In floats, for pixels with a gain.
 constexpr YuvFloat yuvFromRgb(float r, float g, float b) {
   return {r * kRgbToYFloat.red + g * kRgbToYFloat.green + b * kRgbToYFloat.blue,
           b * kRgbToUFloat.blue - (g * kRgbToUFloat.green + r * kRgbToUFloat.red),
@@ -64,7 +64,7 @@ constexpr void rgbFromYuv(Pixel& pixel, const YuvFloat& c, float low, float high
   pixel.alpha = 0;
 }
 
-// How a YUV picture stores a value: in half steps from -Max up, without its lowest bit. At 8 bits the stored values lie
+// A stored YUV value: half of value + Max, which loses the lowest bit. At 8 bits the stored values lie
 // in 0..255; at 16 bits pixels beyond One and negative ones take V from -3760 to 36527.
 template <std::int32_t Max>
 constexpr std::int32_t heldYuv(std::int32_t value) {

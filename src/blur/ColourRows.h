@@ -10,7 +10,7 @@
 
 namespace vblur {
 
-// The YUV of a pixel as it is held, alpha as it stands.
+// The stored YUV of a pixel, with its alpha.
 template <std::int32_t Max, class Pixel>
 constexpr Ri heldYuvOf(const Pixel& pixel) {
   const YuvInt c = yuvFromRgb(std::int32_t{pixel.red}, std::int32_t{pixel.green}, std::int32_t{pixel.blue});
@@ -39,9 +39,8 @@ constexpr bool fits(const Ri& from) {
   return pixel.red == from.red && pixel.green == from.green && pixel.blue == from.blue && pixel.alpha == from.alpha;
 }
 
-// Vector code for pixels of one depth, to a full scale of kMax: n pixels as YUV, and back. `in` may be `out`.
-// False when a V has lost bits on the way, which 16 bits do where red is bright and the others lie far below
-// zero.
+// Vector code, to a full scale of kMax: n pixels to YUV and back. `in` may be `out`. False when a V does not fit, as at
+// 16 bits where red is bright and the others are far below zero.
 bool yuvRow(const R8* in, std::int32_t n, R8* out);
 bool yuvRow(const R16* in, std::int32_t n, R16* out);
 void rgbRow(const R8* in, std::int32_t n, R8* out);
@@ -68,7 +67,7 @@ bool yuvRowPlain(YuvPixel* to, const HvPixelRun<Pixel>& run, std::int32_t n) {
   return allFit;
 }
 
-// n pixels of a run as YUV. False when one of them has lost bits on the way.
+// n pixels of a run to YUV. False when one of them does not fit.
 template <std::int32_t Max, class Pixel, class YuvPixel>
 bool yuvRowFromRgb(YuvPixel* to, const HvPixelRun<Pixel>& run, std::int32_t n) {
   if constexpr (hasColourRows<Pixel, YuvPixel, Max>()) {
@@ -94,7 +93,7 @@ void rgbRowPlain(Pixel* to, const HvPixelRun<YuvPixel>& run, std::int32_t n) {
     to[i] = rgbOfHeldYuv<Max, Pixel>(*held);
 }
 
-// The way back.
+// n pixels of YUV to colours.
 template <std::int32_t Max, class YuvPixel, class Pixel>
 void rgbRowFromYuv(Pixel* to, const HvPixelRun<YuvPixel>& run, std::int32_t n) {
   if constexpr (hasColourRows<YuvPixel, Pixel, Max>()) {

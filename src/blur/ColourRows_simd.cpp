@@ -16,7 +16,7 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// The rest of a row that fills no vector, one pixel at a time.
+// The end of a row that fills no vector.
 template <class Pixel>
 HWY_INLINE bool YuvOfRest(const Pixel* in, std::int32_t done, std::int32_t n, Pixel* out) {
   const HvPixelRun<Pixel> rest{in + done, 1, n - done, true};
@@ -50,7 +50,7 @@ void Rgb16(const R16* in, std::int32_t n, R16* out) {
 
 #else
 
-// One lane for each pixel, whatever its size.
+// One 32-bit lane for each pixel.
 using D = hn::ScalableTag<std::int32_t>;
 using V = hn::Vec<D>;
 
@@ -66,7 +66,7 @@ HWY_INLINE V Pair(std::int32_t low, std::int32_t high) {
 // sum + a.low * b.low + a.high * b.high.
 HWY_INLINE V AddProducts(V sum, V a, V b) {
 #if HWY_ARCH_X86 && HWY_TARGET != HWY_EMU128
-  // Elsewhere the products of neighbours need not meet in one lane.
+  // Other architectures may add the two products into different lanes.
   const hn::Repartition<std::int16_t, D> d16;
   V none = hn::Zero(D());
   return hn::ReorderWidenMulAccumulate(D(), hn::BitCast(d16, a), hn::BitCast(d16, b), sum, none);
@@ -77,11 +77,11 @@ HWY_INLINE V AddProducts(V sum, V a, V b) {
 #endif
 }
 
-// The weights of one row of the conversion, for two pairs of components, and Max in its scale. With the sum at or
-// above zero, one shift takes off the scale and halves.
+// The weights of one row of the conversion, for two pairs of components, and Max in the scale of the weights.
 struct Weights {
+  // For sums of at least zero.
   HWY_INLINE V Held(V a, V b) const { return hn::ShiftRight<13>(Sum(a, b)); }
-  // For sums that may be below zero: half of it toward zero.
+  // For any sum: halved toward zero.
   HWY_INLINE V HeldTowardZero(V a, V b) const {
     const V value = hn::ShiftRight<12>(Sum(a, b));
     return hn::ShiftRight<1>(hn::Sub(value, hn::ShiftRight<31>(value)));
@@ -93,7 +93,7 @@ struct Weights {
   V max;
 };
 
-// Red and blue, green and alpha of an 8-bit pixel are pairs as they stand under a mask.
+// A mask makes red and blue of an 8-bit pixel a pair, and a shift green and alpha.
 bool Yuv8(const R8* in, std::int32_t n, R8* out) {
   HvEnterKernel<"yuvRow 8", HWY_TARGETS>(HWY_TARGET);
   const V max = Set(255 * 4096);
@@ -121,8 +121,7 @@ bool Yuv8(const R8* in, std::int32_t n, R8* out) {
   return YuvOfRest(in, i, n, out);
 }
 
-// 16-bit pixels fill two lanes. Those of two vectors become one vector of red and green and one of blue and
-// alpha, by lanes that stay in their pairs.
+// 16-bit pixels fill two lanes each: two vectors of them become one of red and green and one of blue and alpha.
 struct Split {
   using Wide = hn::Repartition<std::uint64_t, D>;
 
@@ -177,8 +176,8 @@ struct Rgb {
   V blue;
 };
 
-// From twice the held values, with the operations of rgbFromYuv in their order. A limit to whole numbers is the
-// same before and after the truncation; what is truncated is far from the ends of 32 bits.
+// From twice the stored values, with the operations of rgbFromYuv in their order. Limits are whole numbers, so that
+// they may follow the truncation, which is far from the ends of 32 bits.
 HWY_INLINE Rgb RgbOf(V twiceY, V twiceU, V twiceV, V max) {
   const hn::RebindToFloat<D> df;
   const auto y = hn::ConvertTo(df, hn::Sub(twiceY, max));
@@ -218,7 +217,7 @@ void Rgb16(const R16* in, std::int32_t n, R16* out) {
   const auto* from = reinterpret_cast<const std::int32_t*>(in);
   auto* to = reinterpret_cast<std::int32_t*>(out);
   const auto lanes = static_cast<std::int32_t>(hn::Lanes(D()));
-  // With their signs.
+  // Sign-extended.
   const auto twiceLow = [](V pair) { return hn::ShiftRight<15>(hn::ShiftLeft<16>(pair)); };
   const auto twiceHigh = [high](V pair) { return hn::ShiftRight<15>(hn::And(pair, high)); };
   std::int32_t i = 0;

@@ -17,7 +17,7 @@
 namespace vblur {
 namespace {
 
-// Whether a pixel of one may be a pixel of the other. Rows that lie between each other count as the same memory.
+// Whether two textures may share pixels, by their address ranges: interleaved rows count as shared.
 template <class Texture>
 bool shareMemory(const Texture& a, const Texture& b) {
   if (!a.hasPixels() || !b.hasPixels()) return false;
@@ -92,7 +92,7 @@ template <int R, int G, int B, int A>
 void FuzzSampler<Pixel, Accum, Max>::filterDirectly(Texture* in, Texture* out) {
   BlurRGBAGauss<Pixel, Accum, Max, R, G, B, A> filter;
   setUp(filter);
-  // Alpha beside filtered colours is copied over the whole picture, whatever the window.
+  // With kFuzzRGB alpha is copied over the whole picture, whatever the window.
   const bool copiesBeyond = mode == kFuzzRGB && !coversTarget(*this, *out);
   const bool filterCopies = boxesKeepRange() && !copiesBeyond && !shareMemory(*in, *out);
   filter.keepsOthers = filterCopies;
@@ -102,8 +102,8 @@ void FuzzSampler<Pixel, Accum, Max>::filterDirectly(Texture* in, Texture* out) {
   }
 }
 
-// A picture of the target's size that lies where the target is written and answers beyond its edges as the
-// source does. Uncleared when the reader is to fill all of it.
+// A plane of the target's size and place, with the source's edge methods. It is not cleared where the reader will fill
+// all of it.
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Plane>
 bool FuzzSampler<Pixel, Accum, Max>::makePlane(Plane& plane, const Imager& reader, const Texture& in,
@@ -129,7 +129,7 @@ bool FuzzSampler<Pixel, Accum, Max>::coversTarget(const Imager& window, const Te
          window.y2 >= top + this->mapHeight;
 }
 
-// The planes are filled this far around the window, so that the filter sees real pixels there.
+// Planes are filled this far around the window, so that the filter reads real pixels there.
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Reader>
 void FuzzSampler<Pixel, Accum, Max>::widenWindow(Reader& reader) const {
@@ -180,8 +180,8 @@ void FuzzSampler<Pixel, Accum, Max>::filterGreyIn(Texture* in, Texture* out) {
   copyChannelsOf<0, 0, 0, 1>(in, out, true);
 }
 
-// YUV of 8 bits always fits 8 bits. At 16 bits V does not where red is bright and the others lie far below
-// zero, which a picture hardly ever has: then all is done again in a plane that holds it.
+// YUV of 8 bits always fits 8 bits. At 16 bits V does not fit where red is bright and the others are far below zero,
+// which is rare: then the chain runs again with a plane of 32 bits.
 template <class Pixel, class Accum, std::int32_t Max>
 template <int Y, int U, int V>
 void FuzzSampler<Pixel, Accum, Max>::filterYuv(Texture* in, Texture* out) {
@@ -189,7 +189,7 @@ void FuzzSampler<Pixel, Accum, Max>::filterYuv(Texture* in, Texture* out) {
   filterYuvIn<HvTexture<Ri, Ri>, Y, U, V>(in, out);
 }
 
-// False, and nothing is done, when the plane's pixels cannot hold the picture's YUV.
+// False, and the target is unchanged, when the plane's pixels cannot hold the picture's YUV.
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Plane, int Y, int U, int V>
 bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
@@ -208,13 +208,13 @@ bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
   backward.copyWindow(*this);
   backward.process(&plane, out);
 
-  // Alpha has come with the plane where that was filled from an untouched source.
+  // The plane has brought the alpha where it covers the target and the source is untouched.
   const bool hasAlpha = coversTarget(forward, *out) && coversTarget(*this, *out) && !shareMemory(*in, *out);
   if (!hasAlpha) copyChannelsOf<0, 0, 0, 1>(in, out, false);
   return true;
 }
 
-// False when the picture is half made, and is not to be shown.
+// False when the filter was stopped: the plane is incomplete.
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Filter, class Plane>
 bool FuzzSampler<Pixel, Accum, Max>::filterPlane(Plane& plane, const Texture& out) const {

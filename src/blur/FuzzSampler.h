@@ -1,5 +1,4 @@
-// The whole blur or sharpen of a picture: chooses a chain of processors by the channels that are asked
-// for, and runs it.
+// Blur and sharpen of a picture: runs the chain of processors for the chosen channels.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +9,7 @@ namespace vblur {
 
 enum FuzzMethod : std::int32_t { kFuzzBlur = 0, kFuzzSharpen = 1 };
 
-// What to filter. Any other value filters nothing.
+// The channels to filter. Any other value filters nothing.
 enum FuzzMode : std::int32_t {
   kFuzzRGBA = 0,
   kFuzzAlpha = 1,
@@ -25,10 +24,9 @@ enum FuzzMode : std::int32_t {
   kFuzzChroma = 10,
 };
 
-// Instances: <R8, Ri, 255> and <R16, Ri, 32767>. Give it a window, an interrupt record and its fields,
-// then call process(source, result). A picture on which a channel was not filtered has the source's
-// channel, exactly; the modes from kFuzzLuminance on take red, green and blue through YUV and lose
-// the lowest bit of each.
+// Instances: <R8, Ri, 255> and <R16, Ri, 32767>. Set window, interrupt record and fields, then call
+// process(source, result). A channel that is not filtered is the source's, exactly; but the modes from kFuzzLuminance
+// on convert all colours to YUV and back, which loses the lowest bit of each.
 template <class Pixel, class Accum, std::int32_t Max>
 class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
@@ -39,7 +37,7 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   std::int32_t method = kFuzzBlur;
   std::int32_t mode = kFuzzRGBA;
-  // The radius of one box along each axis, in pixels: a third of the size that a user sets.
+  // The radius of one box along each axis, in pixels: a third of the user's size.
   float sizeX = 0.0f;
   float sizeY = 0.0f;
 
@@ -63,7 +61,7 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   template <class Plane>
   bool makePlane(Plane& plane, const Imager& reader, const Texture& in, const Texture& out);
   bool coversTarget(const Imager& window, const Texture& out) const;
-  // Whether what the boxes make of a component has its range: radii below zero amplify.
+  // Whether results keep the range of the components: radii below zero amplify.
   bool boxesKeepRange() const;
   template <class Reader>
   void widenWindow(Reader& reader) const;

@@ -15,19 +15,23 @@
 
 namespace vblur {
 
-struct BoxConstants;
-struct PassAxis;
+struct PlainPass;
+template <class Pixel, class Accum>
+struct FilterChannels;
+template <class Mask, class Pixel, class Accum>
+const FilterChannels<Pixel, Accum>& filterChannels();
 template <class Pixel, class Accum>
 class StripPasses;
 
-// Filters the components of Mask and neither reads nor writes the others, but for sizes of 0 on both axes, which copy
-// whole pixels. GaussFilter8.cpp, GaussFilter16.cpp and GaussFilterPlanes.cpp list the instances.
-template <class Pixel, class Accum, class Mask>
+// Filters the components of a ChannelMask and neither reads nor writes the others, but for sizes of 0 on both axes,
+// which copy whole pixels. Instances: R8, R16 and Ri with Ri, C8 and C16 with Ci, int with int.
+template <class Pixel, class Accum>
 class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
   using Texture = HvTexture<Pixel, Accum>;
 
-  GaussFilter();
+  // filterChannels<Mask, Pixel, Accum>() says which components, and has to outlive the filter.
+  explicit GaussFilter(const FilterChannels<Pixel, Accum>& channels);
   ~GaussFilter() override;
 
   void preProcess(Texture* in, Texture* out) override;
@@ -85,23 +89,28 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void makeStrips(const Texture& in);
   void processStrips(const Texture& in, const Texture& out);
 
-  template <class MakeLines, class Store>
-  void filterLines(const HvSpan& lines, const BoxConstants& box, const PassAxis& axis, const Pixel& outside,
-                   const MakeLines& makeLines, const Store& store);
-  bool hasLines(const HvSpan& lines, const BoxConstants& box, const PassAxis& axis);
+  template <class Filter>
+  void filterPlain(const PlainPass& plain, const Filter& filter, const Texture& in, const Texture& out);
   void filterAlongX(const Texture& in);
   void filterAlongY(const Texture& out);
 
+  const FilterChannels<Pixel, Accum>& channels_;
   std::unique_ptr<StripPasses<Pixel, Accum>> strips_;
 };
 
 // The filter on four-component pixels. Max is the full scale of the chain that it belongs to and has no part in the
 // arithmetic.
 template <class Pixel, class Accum, std::int32_t Max, int R, int G, int B, int A>
-class BlurRGBAGauss : public GaussFilter<Pixel, Accum, ChannelMask<R, G, B, A>> {};
+class BlurRGBAGauss : public GaussFilter<Pixel, Accum> {
+ public:
+  BlurRGBAGauss() : GaussFilter<Pixel, Accum>(filterChannels<ChannelMask<R, G, B, A>, Pixel, Accum>()) {}
+};
 
 // The filter on one plain integer per pixel; only the first flag has a component to choose.
 template <class T, class Accum, std::int32_t Max, int A, int B, int C, int D>
-class BlurGeneralGauss : public GaussFilter<T, Accum, ChannelMask<A, B, C, D>> {};
+class BlurGeneralGauss : public GaussFilter<T, Accum> {
+ public:
+  BlurGeneralGauss() : GaussFilter<T, Accum>(filterChannels<ChannelMask<A, B, C, D>, T, Accum>()) {}
+};
 
 }  // namespace vblur

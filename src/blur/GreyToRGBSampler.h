@@ -9,7 +9,7 @@ namespace vblur {
 template <class Tex1, class Tex2, class Grey, class Pixel, std::int32_t Max>
 class GreyToRGBSampler : public Sampler<Tex1, Tex2> {
  public:
-  // A grey other than 0 becomes Max in all components; what lies beyond the input keeps its grey.
+  // A grey other than 0 becomes Max in all components; not beyond the input.
   bool threshold = false;
   // Alpha is Max, beyond the input too.
   bool opaque = false;

@@ -1,5 +1,5 @@
-// Blocks of lines for the filter: neighbouring rows or columns of a texture, read through its edge
-// methods into 32-bit lanes, and the buffers between one box and the next.
+// Blocks of lines for the plain filter: neighbouring rows or columns of a texture, read through its edge methods into
+// 32-bit lanes, and the buffers between two boxes.
 #pragma once
 
 #include <algorithm>
@@ -14,9 +14,9 @@
 
 namespace vblur {
 
-// How many lines a block holds side by side.
+// Lines of a block, side by side.
 inline constexpr std::int32_t kBlockLines = 16;
-// The lanes of one position, for so many components of each line.
+// Lanes of one position, for Count components of each line.
 template <int Count>
 inline constexpr int kBlockLanes = kBlockLines* Count;
 
@@ -65,7 +65,7 @@ inline void narrowPixel(Pixel& pixel, const std::int32_t* lanes) {
   });
 }
 
-// Zeroed 32-bit memory; null when there is none. A negative count is more than there is.
+// Zeroed 32-bit memory; null when there is none, and for a negative count.
 struct FreeLanes {
   std::size_t bytes = 0;
   void operator()(std::int32_t* lanes) const {
@@ -85,13 +85,14 @@ inline LaneMemory allocateLanes(std::int64_t positions, int lanes) {
   return LaneMemory(memory, FreeLanes{count * bytes});
 }
 
-// The lines of a block, read from a texture, and the place for their results.
+// Reads the lines of a block.
 class BlockReader {
  public:
   virtual ~BlockReader() = default;
   // Widens positions first to last - 1, in image coordinates.
   virtual void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const = 0;
 };
+// Stores the results of one position of a block.
 class BlockWriter {
  public:
   virtual ~BlockWriter() = default;
@@ -105,7 +106,7 @@ class RowLines : public BlockReader {
   RowLines(const HvTexture<Pixel, Accum>& in, std::int32_t firstRow, std::int32_t rows)
       : in_(in), firstRow_(firstRow), rows_(rows) {}
 
-  // Goes by runs, cut short so that rows that share cache lines of the block are filled together.
+  // In tiles, so that rows that share cache lines of the block are written together.
   void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const override {
     constexpr std::int64_t kTile = 64;
     for (std::int64_t x = first; x < last;) {
@@ -157,8 +158,7 @@ class ColumnLines : public BlockReader {
   std::int32_t columns_;
 };
 
-// The results of one box for the next: lines of a fixed length somewhere along the axis, with an edge method of their
-// own beyond their ends.
+// The results of one box for the next: lines of a fixed length, with an edge method beyond their ends.
 template <int Count>
 class LineBuffer : public BlockReader {
  public:
@@ -179,7 +179,7 @@ class LineBuffer : public BlockReader {
   bool holds(std::int64_t first, std::int64_t last) const { return first >= start() && last <= end(); }
   std::int32_t* row(std::int64_t position) { return memory_.get() + (position - start_) * kLanes; }
 
-  // A copy of positions that reach beyond the ends.
+  // Positions beyond the ends come from the edge method.
   void gather(std::int64_t first, std::int64_t last, std::int32_t* block) const override {
     for (std::int64_t i = first; i < last; ++i, block += kLanes) {
       const std::int32_t at = axis_.mapIndex(static_cast<std::int32_t>(i - start_));

@@ -1,4 +1,4 @@
-// What each of the three boxes of a pass produces, so that the next one finds what it reads.
+// The range that each of the three boxes of a pass produces: what the next one reads.
 #pragma once
 
 #include <cstdint>
@@ -7,15 +7,14 @@
 
 namespace vblur {
 
-// The axis that the lines of a pass lie along: the window's ends on it, where the target begins, the
-// length of the longest line, and what lies beyond a line.
+// The axis of a pass: the window on it, the target's origin, the length of the longest line and its edge method.
 struct PassAxis {
   std::int64_t first = 0;
   std::int64_t last = 0;
   std::int64_t targetStart = 0;
   std::int64_t lineLength = 0;
   std::int32_t edgeMethod = 0;
-  // The x pass may have to filter the whole buffer; the y pass writes the window and no more.
+  // True in the y pass. The last box of the x pass may run over the whole buffer.
   bool lastBoxKeepsToWindow = false;
 };
 
@@ -23,9 +22,6 @@ struct PassRanges {
   BoxReach first;
   BoxReach second;
   BoxReach last;
-  // A range that the line buffer does not hold has become the whole buffer. That happens for radii below
-  // zero only, and then the next box reads the buffer beyond its ends.
-  bool fellBack = false;
 };
 
 inline PassRanges passRanges(const BoxConstants& box, std::int32_t boxes, const PassAxis& axis) {
@@ -33,9 +29,10 @@ inline PassRanges passRanges(const BoxConstants& box, std::int32_t boxes, const 
   const std::int64_t end = start + axis.lineLength + 2 * box.margin(boxes);
   const std::int64_t reach = box.reach();
   PassRanges ranges;
+  // A range that the line buffer does not hold becomes the whole buffer. Only radii below zero do this; the next box
+  // then reads beyond the ends of the buffer.
   const auto rangeOrBuffer = [&](std::int64_t first, std::int64_t last) -> BoxReach {
     if (first >= start && last <= end) return {first, last};
-    ranges.fellBack = true;
     return {start, end};
   };
   ranges.first = rangeOrBuffer(axis.first - 2 * reach - 2, axis.last + 2 * reach + 2);

@@ -1,5 +1,4 @@
-// A picture as luminance and colour differences, each held as ColourConversion.h tells, alpha as it
-// stands.
+// Converts colours to stored YUV (ColourConversion.h); alpha stays.
 #pragma once
 
 #include <atomic>
@@ -18,7 +17,7 @@ class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
 
   void preProcess(Tex1* /*in*/, Tex2* /*out*/) override { allFit_.store(true, std::memory_order_relaxed); }
 
-  // What lies beyond the input lies, converted, beyond the output.
+  // The output's outside colour is the input's, converted.
   void prePass(Tex1* in, Tex2* out) override {
     out->setOutsideColour(converted(in->outsideColour));
     if (!fits<YuvPixel>(heldYuvOf<Max>(in->outsideColour))) allFit_.store(false, std::memory_order_relaxed);
@@ -33,7 +32,7 @@ class RGBToYUVSampler : public Sampler<Tex1, Tex2> {
         *in);
   }
 
-  // False when a value of the last run has lost bits on its way into a pixel of the output.
+  // False when a value of the last run did not fit its component.
   bool allFit() const { return allFit_.load(std::memory_order_relaxed); }
 
  private:

@@ -1,5 +1,5 @@
-// Writes pieces of rows past the caches where the rows of a picture begin anywhere within a cache line: what
-// a line lacks at its end waits for the next piece of the row.
+// Writes pieces of rows past the caches, wherever the rows begin within a cache line: an incomplete line at the end of
+// a piece is kept until the next piece of the row completes it.
 #pragma once
 
 #include <cstddef>
@@ -11,18 +11,18 @@ inline constexpr std::size_t kCacheLineBytes = 64;
 // The longest piece.
 inline constexpr std::size_t kMostStreamedBytes = 256;
 
-// One piece of `count` rows, which lie side by side with the pieces of the call before.
+// A piece each of `count` rows, to the right of the pieces of the call before.
 struct StreamedPiece {
-  std::byte* first;     // where the piece of the first row belongs
+  std::byte* first;     // where the piece of the first row goes
   std::int64_t stride;  // from one row to the next, in bytes
   std::int64_t count;
   std::size_t bytes;  // of the piece of each row, at most kMostStreamedBytes
-  bool begins;        // nothing waits: the rows' pieces to the left are somebody else's
-  bool ends;          // nothing will follow
+  bool begins;        // the first piece: nothing is kept from before
+  bool ends;          // the last piece: nothing is kept
 };
 
-// rows[i] is the piece of row i; one that does not end is at least a cache line. `waiting` has a cache line for each
-// row, the same for all pieces of the rows. Callers fence: see hwy::FlushStream.
+// rows[i] is the piece of row i, of at least a cache line unless it is the last one. `waiting` keeps a cache line for
+// each row from call to call. The caller calls hwy::FlushStream at the end.
 void streamRows(const StreamedPiece& piece, const std::byte* const* rows, std::byte* waiting);
 
 }  // namespace vblur

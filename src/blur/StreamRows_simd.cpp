@@ -37,7 +37,7 @@ void StreamRows(const StreamedPiece& piece, const std::byte* const* rows, std::b
     const std::size_t end = before + piece.bytes;
     std::size_t at = 0;
     if (piece.begins && before > 0) {
-      // The rest of the first cache line, as far as the piece goes.
+      // The first cache line is not ours from its beginning.
       at = HWY_MIN(kCacheLineBytes, end);
       std::memcpy(to, line + before, at - before);
     }

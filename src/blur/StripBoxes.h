@@ -1,5 +1,4 @@
-// The three boxes of one pass over a strip of lines side by side, by vector code: rows that hold one
-// position of every line. Nothing is widened: see BoxSweep.
+// The three boxes of one pass over a strip of lines by vector code. Row i of a strip holds position i of every line.
 #pragma once
 
 #include <algorithm>
@@ -17,21 +16,21 @@
 
 namespace vblur {
 
-// Positions that are gathered, filtered and written in turn, so that they stay in the nearest cache.
+// Positions that are gathered, filtered and written together, so that they stay in the L1 cache.
 inline constexpr std::int64_t kStripTile = 64;
 
-// A table of rows that share the memory of a ring: row i is that of i + ring again.
+// A table of rows in the memory of a ring: rows i and i + ring are the same.
 template <class Component>
 class StripRows {
  public:
-  // `count` rows, of which `ring` consecutive ones, a multiple of kStripTile, are there at a time. Rows lie in
-  // tiles one behind the other; the first tile lacks its first `phase` rows. No table where there is no memory.
+  // `count` rows, `ring` of them, a multiple of kStripTile, in memory at a time. The first tile lacks its first `phase`
+  // rows.
   StripRows(std::int64_t count, std::int64_t ring, std::int64_t phase, std::size_t rowBytes)
       : phase_(phase),
         note_(static_cast<std::size_t>(ring) * rowBytes + static_cast<std::size_t>(count) * sizeof(Component*)) {
     const std::size_t bytes = static_cast<std::size_t>(ring) * rowBytes;
     memory_.reset(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, bytes)));
-    // Lanes of lines that a strip lacks are reckoned with as well.
+    // Lanes beyond the last line are filtered too.
     if (memory_ != nullptr) std::memset(memory_.get(), 0, bytes);
     if (memory_ != nullptr) table_.reset(new (std::nothrow) Component*[static_cast<std::size_t>(count) + 1]);
     if (table_ == nullptr) return;
@@ -44,7 +43,7 @@ class StripRows {
   bool isReady() const { return table_ != nullptr; }
   Component** table() const { return table_.get(); }
   Component* row(std::int64_t i) const { return table_[static_cast<std::size_t>(i)]; }
-  // How many rows from row i on lie in its tile.
+  // Rows from row i to the end of its tile.
   std::int64_t together(std::int64_t i) const { return kStripTile - (i + phase_) % kStripTile; }
 
  private:
@@ -63,24 +62,23 @@ inline BoxReach stripReach(const BoxReach& produced, const BoxConstants& box) {
   return {first, first + (produced.last - produced.first) + 3 * BoxSweep::taps(box)};
 }
 
-// The rows of one thread for one pass. Between two strips nothing is allocated.
+// The rows of one thread for one pass, allocated once for all its strips.
 template <class Component>
 class StripBoxes {
  public:
   using Rows = StripRows<Component>;
 
-  // Tiles of gathered rows end where `tileEnd` and every kStripTile positions from there lie. The results of
-  // one tile are kept at a time. `kept`, one pixel, names the bits that are filtered where all others are to be
-  // those of the input; null: all bits are filtered.
+  // Tiles of gathered rows end at `tileEnd` and every kStripTile positions from there. The results of one tile are kept
+  // at a time. `kept` is a pixel with the filtered bits set: all others become those of the input. Null: all bits are
+  // filtered.
   template <class Pixel>
   StripBoxes(const BoxConstants& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd,
              const Pixel* kept)
-      : produced_(produced),
-        read_(stripReach(produced, box)),
+      : read_(stripReach(produced, box)),
         sweep_(box, rowBytes, sizeof(Component)),
         gathered_(read_.last - read_.first, ringFor(kept == nullptr ? BoxSweep::taps(box) : BoxSweep::behind(box)),
                   phase(read_.first - tileEnd), rowBytes),
-        result_(produced_.last - produced_.first, ringFor(0), 0, rowBytes) {
+        result_(produced.last - produced.first, ringFor(0), 0, rowBytes) {
     if (kept != nullptr) sweep_.keepOthers(reinterpret_cast<const std::byte*>(kept), sizeof(Pixel));
   }
 
@@ -89,17 +87,15 @@ class StripBoxes {
   // The positions that the first box reads, and the rows for them.
   const BoxReach& read() const { return read_; }
   const Rows& gathered() const { return gathered_; }
-  // The positions that the last box produces, and rows for them that need not be where they go.
-  const BoxReach& produced() const { return produced_; }
+  // Rows for the positions that the last box produces, where these do not go to their place at once.
   const Rows& result() const { return result_; }
 
-  // `out` has the rows of produced(). Calls need(first, last) before the gathered rows are read for the first
-  // time, and done(first, last) when rows of `out` are there, both by their place in the table and in
-  // stretches one behind the other. askFor(first, last, ahead) writes down kStripTile places of the memory that
-  // need will read for a range and returns how many cache lines to ask for at each, 0 for none. `streams`: see
-  // SweepRows.
-  template <class Need, class AskFor, class Done>
-  void run(Component* const* out, bool streams, const Need& need, const AskFor& askFor, const Done& done) {
+  // `out` has the rows that the last box produces. Calls gather(first, last) before rows of gathered() are read, and
+  // done(first, last) after rows of `out` are written, tile after tile. prefetch(first, last, ahead) fills in
+  // kStripTile addresses that gather will read for a range and returns the cache lines to prefetch at each, 0 for none.
+  // `streams`: see SweepRows.
+  template <class Gather, class Prefetch, class Done>
+  void run(Component* const* out, bool streams, const Gather& gather, const Prefetch& prefetch, const Done& done) {
     const std::int64_t end = read_.last - read_.first;
     const std::int64_t lead = sweep_.lead();
     std::int64_t stretch = gathered_.together(0);
@@ -107,8 +103,8 @@ class StripBoxes {
     for (SweepRows rows{0, 0, streams, nullptr, 0}; rows.to < end; stretch = kStripTile) {
       rows.from = rows.to;
       rows.to = std::min(end, rows.from + stretch);
-      need(rows.from, rows.to);
-      rows.aheadLines = askFor(rows.to, std::min(end, rows.to + kStripTile), ahead);
+      gather(rows.from, rows.to);
+      rows.aheadLines = prefetch(rows.to, std::min(end, rows.to + kStripTile), ahead);
       rows.ahead = rows.aheadLines > 0 ? ahead : nullptr;
       sweep_.advance(rows, gathered_.table(), out);
       if (rows.to > lead) done(std::max(rows.from, lead) - lead, rows.to - lead);
@@ -120,10 +116,9 @@ class StripBoxes {
     const std::int64_t rest = position % kStripTile;
     return rest < 0 ? rest + kStripTile : rest;
   }
-  // Rows that are still read beside those of a stretch, in whole tiles.
+  // Rows of a stretch and `kept` rows before it, in whole tiles.
   static std::int64_t ringFor(std::int64_t kept) { return (kept / kStripTile + 3) * kStripTile; }
 
-  BoxReach produced_;
   BoxReach read_;
   BoxSweep sweep_;
   Rows gathered_;

@@ -28,7 +28,7 @@ StripSlots::StripSlots(const HvTexAxis& source, const BoxReach& read)
   count_ = inside + outsideSlot_ + 1;
   firstRow_ = static_cast<std::int32_t>(read.first);
   if (count_ >= length_) {
-    takeEachPlace();
+    giveEachPlaceASlot();
     return;
   }
   firstRow_ = wrapAdd(low, source.originI);
@@ -39,8 +39,9 @@ StripSlots::StripSlots(const HvTexAxis& source, const BoxReach& read)
   }
 }
 
-// A window across the seam of a tiled picture may read less than lies between its rows.
-void StripSlots::takeEachPlace() {
+// Where the rows between the lowest and the highest are more than the places: a window across the seam of a wrapped
+// picture.
+void StripSlots::giveEachPlaceASlot() {
   outsideSlot_ = -1;
   count_ = static_cast<std::int32_t>(length_);
   for (std::int32_t i = 0; i < count_; ++i)

@@ -1,5 +1,5 @@
-// Which rows of the source are filtered along x for a pass along y, each of them once: rows beyond the
-// source's box are rows of the box again, and the outside colour is one row more, whatever the size.
+// The rows of the source that the y pass reads, each in one slot, so that the x pass filters it once. Rows beyond the
+// source's box map to rows of the box; the outside colour takes one slot.
 #pragma once
 
 #include <cstdint>
@@ -12,14 +12,14 @@ namespace vblur {
 
 class StripSlots {
  public:
-  // For the rows of `read`, in image coordinates, of a source with the axis `source`.
+  // `read`: the rows that the y pass reads, in image coordinates.
   StripSlots(const HvTexAxis& source, const BoxReach& read);
 
   // False when there is no memory.
   bool isReady() const { return slots_ != nullptr; }
-  // Filtered rows.
+  // The number of slots.
   std::int32_t count() const { return count_; }
-  // The image coordinate of a slot. But for the last slot, rows follow one another.
+  // The image coordinate of a slot: consecutive, but for the slot of the outside colour.
   std::int32_t rowOf(std::int32_t slot) const { return slot == outsideSlot_ ? outsideRow_ : firstRow_ + slot; }
   // The slot of place i of `read`.
   std::int32_t at(std::int64_t i) const { return slots_[static_cast<std::size_t>(i)]; }
@@ -29,8 +29,7 @@ class StripSlots {
     std::int32_t step = 0;  // 1, -1 or 0
     std::int32_t length = 0;
   };
-  // The slots from place i on that follow one another by one step, at most `most` of them, within the strip of
-  // kLines slots that the first one lies in.
+  // A run of slots from place i on with a constant step, of at most `most` places, within one strip of kLines slots.
   template <std::int32_t kLines>
   Run runAt(std::int64_t i, std::int64_t most) const {
     Run run{at(i), 0, 1};
@@ -50,7 +49,7 @@ class StripSlots {
   }
 
  private:
-  void takeEachPlace();
+  void giveEachPlaceASlot();
 
   std::int64_t length_;
   std::unique_ptr<std::int32_t[]> slots_;

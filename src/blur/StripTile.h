@@ -1,4 +1,4 @@
-// A tile of neighbouring lines on its way into the rows of a strip.
+// A tile of neighbouring lines, to be copied into the rows of a strip.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ struct StripTile {
   // Position i of line j goes to pixel j of row i; rows lie rowBytes apart.
   void gather(Pixel* row, std::size_t rowBytes) const {
     const auto rowPixels = static_cast<std::int32_t>(rowBytes / sizeof(Pixel));
-    // What vector code has transposed: so many positions of so many lines.
+    // Positions and lines that vector code transposes.
     std::int32_t doneLines = 0;
     std::int32_t done = 0;
     if constexpr (sizeof(Pixel) <= 8) {
@@ -34,7 +34,7 @@ struct StripTile {
       done = step == 0 ? 0 : count - count % kSide;
     }
     if (doneLines > 0 && done > 0) {
-      // Backwards through the picture is backwards through the strip.
+      // Vector code reads forward: for step -1 it writes the strip backward.
       const auto bytes = static_cast<std::int64_t>(rowBytes);
       const bool forward = step > 0;
       transposeIntoStrip(sizeof(Pixel), at(0, forward ? 0 : done - 1), lineBytes, doneLines, done,

@@ -1,5 +1,4 @@
-// Reflects the second picture through the first: 2a - b, limited to the pixel type. With b the blurred
-// a it is unsharp masking.
+// 2a - b, limited to the pixel type: unsharp masking where b is the blurred a.
 #pragma once
 
 #include "blur/SubtractRows.h"
@@ -13,7 +12,7 @@ class SubtractCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixe
  public:
   using Texture = HvTexture<Pixel, Accum>;
 
-  // The doubling goes through a float, exactly: components have at most 16 bits.
+  // The doubling in float is exact: components have at most 16 bits.
   static ComponentOf<Pixel> reflected(std::int32_t a, std::int32_t b) {
     return storeClamped<Pixel>(truncToInt(static_cast<float>(a) * 2.0f) - b);
   }

@@ -1,4 +1,4 @@
-// Rows of components reflected through others, by vector code: 2a - b, limited to the type.
+// 2a - b over rows of components, limited to the type, by vector code.
 #pragma once
 
 #include <cstdint>

@@ -19,10 +19,10 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <class D>
 HWY_INLINE hn::Vec<D> Reflected(D, hn::Vec<D> a, hn::Vec<D> b) {
   if constexpr (std::is_signed_v<hn::TFromD<D>>) {
-    // A difference that is cut has the sign of a, and then the sum is beyond the end of the range as well.
+    // Where the difference saturates it has the sign of a, and the sum saturates too.
     return hn::SaturatedAdd(a, hn::SaturatedSub(a, b));
   } else {
-    // a + (a - b) or a - (b - a), of which one difference is 0.
+    // a + (a - b) - (b - a): one of the saturated differences is 0.
     return hn::SaturatedSub(hn::SaturatedAdd(a, hn::SaturatedSub(a, b)), hn::SaturatedSub(b, a));
   }
 }

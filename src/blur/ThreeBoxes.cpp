@@ -27,7 +27,7 @@ void ThreeBoxes<Count>::run(const BlockReader& lines, const BlockWriter& results
   const auto intoA = [this](std::int64_t i) { return a_.row(i); };
   const auto intoB = [this](std::int64_t i) { return b_.row(i); };
   alignas(64) std::int32_t result[kLanes] = {};
-  // Radii from 8192 on have no weight left: the result is 0 whatever the lines hold.
+  // Radii from 8192 on have a scale of 0.
   if (box_.scale == 0) {
     for (std::int64_t i = ranges_.last.first; i < ranges_.last.last; ++i)
       results.store(i, result);

@@ -9,8 +9,7 @@
 
 namespace vblur {
 
-// The line buffers of one thread for one pass, for lines of Count components, 1 to 4. Nothing is allocated between two
-// blocks.
+// The line buffers of one thread for one pass, allocated once for all blocks, for lines of Count components, 1 to 4.
 template <int Count>
 class ThreeBoxes {
  public:
@@ -26,7 +25,7 @@ class ThreeBoxes {
   void run(const BlockReader& lines, const BlockWriter& results);
 
  private:
-  // Where a block of lines starts in memory, as a function of the position.
+  // A block of lines in memory, by position.
   struct Reader {
     const std::int32_t* data;
     std::int64_t start;

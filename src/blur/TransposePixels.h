@@ -1,4 +1,4 @@
-// Transposes tiles of pixels, from rows of a picture to rows of a strip: what was along x lies across the lines.
+// Transposes tiles of pixels, from rows of a picture to rows of a strip.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace vblur {
 
-// Tiles are multiples of so many lines and positions.
+// Tiles have a multiple of so many lines and positions.
 constexpr std::int32_t transposedSide(std::size_t pixelBytes) {
   return static_cast<std::int32_t>(16 / pixelBytes);
 }

@@ -1,5 +1,4 @@
-// The way back from luminance and colour differences. Negative values, and those above the top of the
-// range, do not survive it.
+// Converts stored YUV back to colours, limited to 0..Max.
 #pragma once
 
 #include "blur/ColourRows.h"
@@ -10,8 +9,6 @@ namespace vblur {
 template <class Tex1, class Tex2, class Pixel1, class Pixel2, std::int32_t Max>
 class YUVToRGBSampler : public Sampler<Tex1, Tex2> {
  public:
-  static Pixel2 converted(const Pixel1& pixel) { return rgbOfHeldYuv<Max, Pixel2>(pixel); }
-
   void processRows(Tex1* in, Tex2* out) override {
     walkRuns<PollAt::BeforeRow>(
         this->rowLoop(), this->interrupt, *out,

@@ -14,7 +14,7 @@
 namespace vblur::test {
 namespace {
 
-// Components that are random, at an end of the range, or all along a lane at one end.
+// Random components, ends of the range, and lanes that are at one end throughout.
 template <class C>
 std::vector<C> randomRows(Random& random, std::int64_t rows, std::size_t lanes) {
   constexpr int kLow = std::numeric_limits<C>::min();
@@ -61,7 +61,7 @@ void compareWithTwin(Random& random, float radius) {
   const std::int64_t count = random.within(1, 30);
   const std::int64_t steps = count + 3 * BoxSweep::taps(box);
   auto in = randomRows<C>(random, steps, lanes);
-  // Results that are streamed begin with a vector.
+  // Streamed results have to be vector-aligned.
   const auto produced = static_cast<std::size_t>(count);
   std::vector<C> memory(produced * lanes + 128 / sizeof(C), C{99});
   const auto misplaced = (64 - reinterpret_cast<std::uintptr_t>(memory.data()) % 64) % 64 / sizeof(C);
@@ -70,7 +70,7 @@ void compareWithTwin(Random& random, float radius) {
   const auto outRows = tableOf<C, C*>(out, produced, lanes);
   BoxSweep sweep(box, rowBytes, sizeof(C));
   ASSERT_TRUE(sweep.isReady());
-  // Two strips, one behind the other, each in one stretch or in several.
+  // Two strips, each in one stretch or in several.
   for (int strip = 0; strip < 2; ++strip) {
     for (SweepRows rows{0, 0, random.oneIn(2)}; rows.to < steps;) {
       rows.from = rows.to;
@@ -119,7 +119,7 @@ std::uint32_t highMultiply(std::uint32_t a, std::uint32_t b) {
   return (a * b) >> 16;
 }
 
-// All scales that boxes of 8-bit pictures have in 16-bit lanes, for every sum that the lanes hold.
+// Every scale and every sum of 8-bit boxes in 16-bit lanes.
 TEST(BoxSweepArithmetic, MultipliesAsThePlainBoxDoesOverTheWholeDomain) {
   constexpr int kStep = kShareOfCases == 1 ? 1 : 37;
   for (std::int32_t scale = 1; scale < 16384; scale += kStep) {
@@ -139,7 +139,7 @@ TEST(BoxSweepArithmetic, MultipliesAsThePlainBoxDoesOverTheWholeDomain) {
   }
 }
 
-// Boxes above 8-bit sums keep the sum multiplied, its lower 14 bits apart from the result.
+// SplitSums keep sum * scale + 8192, its low 14 bits in a lane of their own.
 TEST(BoxSweepArithmetic, SplitSumsCarryAtMostOne) {
   for (std::int32_t r = 128; r < 8192; ++r) {
     const std::int32_t scale = boxConstants(static_cast<float>(r)).scale;
@@ -148,7 +148,7 @@ TEST(BoxSweepArithmetic, SplitSumsCarryAtMostOne) {
   }
 }
 
-// (in + out) * frac / 2^14 - out fits 16 bits for all 16-bit components, and is the pair of products.
+// ((in + out) * frac >> 14) - out fits 16 bits for all 16-bit components, and equals the sum of two products.
 TEST(BoxSweepArithmetic, WeightedEndsWithoutTheOneThatLeavesFit16Bits) {
   for (const std::int32_t frac : {1, 2, 8191, 8192, 8193, 16382, 16383}) {
     for (std::int32_t in = -32768; in <= 32767; in += in < -32700 || in > 32600 ? 1 : 97) {
@@ -162,7 +162,7 @@ TEST(BoxSweepArithmetic, WeightedEndsWithoutTheOneThatLeavesFit16Bits) {
   }
 }
 
-// Sums of 16-bit components with their rounding, times four or two times the scale, whose results keep to 16 bits.
+// ScaledSums keep kTimes * (sum * scale + 8192) in 32 bits.
 TEST(BoxSweepArithmetic, MultipliedSumsFit32BitsAndHoldTheResult) {
   for (const std::int64_t scale : {1, 24, 63, 127, 5461, 8191, 8192, 10923, 16383}) {
     const std::int64_t times = scale <= 8191 ? 4 : 2;
@@ -186,7 +186,7 @@ TEST(BoxSweepArithmetic, ThreeInterleavesKeepTheOrder) {
   }
 }
 
-// Ends without weight are left out, and nothing else changes.
+// withWeightyEnds changes no result.
 TEST(BoxSweepArithmetic, EndsWithoutWeightDoNotMatter) {
   const BoxConstants box = boxConstants(7.00001f);
   ASSERT_EQ(box.d, 1);
@@ -200,7 +200,7 @@ TEST(BoxSweepArithmetic, EndsWithoutWeightDoNotMatter) {
     ASSERT_EQ(withEnds[i], without[i + 1]);
 }
 
-// Full weight is for boxes without any width only, so that they may be copied.
+// Only a box without a fraction has full scale, so that its results are copies.
 TEST(BoxSweepArithmetic, FullWeightHasNoFraction) {
   for (float radius = 0.0f; radius < 0.0001f; radius = std::nextafter(radius + 1e-9f, 1.0f)) {
     const BoxConstants box = boxConstants(radius);

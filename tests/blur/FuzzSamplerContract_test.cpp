@@ -5,8 +5,9 @@
 namespace vblur::test {
 namespace {
 
-// Pixels hold the result of one stage before the next stage runs. Chains with a plane fill it around the window only,
-// so that a wrapped edge reads nothing at the far end; and grey overwrites alpha before alpha is copied back.
+// Between two stages of a chain the target holds finished pixels of the first. Planes are filled around the window
+// only, so that a wrapped edge reads 0 at the far end; grey goes to alpha as well until alpha is copied from the
+// source.
 template <class Pixel, std::int32_t Max, int Mode, int Method, int Sixteenths = 20>
 struct Chain : SamplerSubject<FuzzSampler<Pixel, Ri, Max>, HvTexture<Pixel, Ri>> {
   static constexpr bool kKeepsToWindow = Mode != kFuzzRGB && Mode < kFuzzLuminance;
@@ -22,9 +23,14 @@ struct Chain : SamplerSubject<FuzzSampler<Pixel, Ri, Max>, HvTexture<Pixel, Ri>>
   }
 };
 
-using Chains = Subjects<Chain<R8, 255, kFuzzRGBA, kFuzzBlur>, Chain<R8, 255, kFuzzRGB, kFuzzBlur>,
-                        Chain<R16, 32767, kFuzzGrey, kFuzzBlur>, Chain<R16, 32767, kFuzzBlue, kFuzzBlur>,
-                        Chain<R8, 255, kFuzzLuminance, kFuzzBlur>, Chain<R16, 32767, kFuzzChroma, kFuzzBlur, 0>>;
+struct AllOfR8 : Chain<R8, 255, kFuzzRGBA, kFuzzBlur> {};
+struct ColoursOfR8 : Chain<R8, 255, kFuzzRGB, kFuzzBlur> {};
+struct GreyOfR16 : Chain<R16, 32767, kFuzzGrey, kFuzzBlur> {};
+struct BlueOfR16 : Chain<R16, 32767, kFuzzBlue, kFuzzBlur> {};
+struct LuminanceOfR8 : Chain<R8, 255, kFuzzLuminance, kFuzzBlur> {};
+struct ChromaOfR16WithoutSize : Chain<R16, 32767, kFuzzChroma, kFuzzBlur, 0> {};
+
+using Chains = Subjects<AllOfR8, ColoursOfR8, GreyOfR16, BlueOfR16, LuminanceOfR8, ChromaOfR16WithoutSize>;
 INSTANTIATE_TYPED_TEST_SUITE_P(FuzzSamplerContract, ProcessorContract, Chains, TypeNames);
 
 }  // namespace

@@ -44,6 +44,7 @@ R16 longFlatAreaAfter(float radius, const R16& pixel, std::int32_t mode) {
   Blur16 blur(2800, 1);
   blur.source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
   blur.fill(pixel);
+  std::fill_n(blur.result.at(0, 0), 2800, R16{{1, 2, 3, 4}});
   return *blur.run(mode, radius, 0.0f).at(1400, 0);
 }
 
@@ -209,8 +210,7 @@ TEST(FuzzSampler, TakesAPictureThroughYuvWithoutARadiusToo) {
   EXPECT_EQ(*blur.run(kFuzzU, 0.0f, 0.0f).at(1, 1), (R8{{251, 254, 250, 33}}));
 }
 
-// A result that lies in the source's own memory, beside it: the last copy of alpha reads what the way back has
-// written.
+// The result is the source's memory, moved: the last copy of alpha reads what the conversion back has written.
 TEST(FuzzSampler, CopiesAlphaOnceMoreWithinOnePictureThatIsMoved) {
   for (const int apart : {-1, 0, 1, 3}) {
     Blur8 once(9, 7);
@@ -239,7 +239,7 @@ TEST(FuzzSampler, CopiesAlphaOnceMoreWithinOnePictureThatIsMoved) {
   }
 }
 
-// The channels beside the filtered one move along their rows as a copy of them does, pixel after pixel.
+// Channels that are not filtered are copied pixel after pixel, in place and moved.
 TEST(FuzzSampler, CopiesChannelsAfterTheFilterWithinOnePictureThatIsMoved) {
   for (const int apart : {-3, -1, 0, 1, 2}) {
     Blur8 once(40, 3);
@@ -287,8 +287,8 @@ TEST(FuzzSampler, SeesRealPixelsAroundAWindowInEveryChain) {
   }
 }
 
-// A window of one pixel at the near end of a white line whose edges wrap: what the boxes read at the far end is white
-// as far as the plane was filled, and 0 beyond.
+// The first pixel of a white line whose edges wrap, filtered in a window of one pixel: the boxes read the far end,
+// which is white where the plane was filled and 0 elsewhere.
 R8 nearEndOf(int length, float radius, std::int32_t mode, bool alongY) {
   Blur8 blur(alongY ? 1 : length, alongY ? length : 1);
   blur.fill(R8{{255, 255, 255, 255}});
@@ -307,7 +307,7 @@ TEST(FuzzSampler, FillsItsPlanesThreeRadiiAndSixPixelsBeyondTheWindow) {
         EXPECT_EQ(nearEndOf(10, radius, kFuzzGrey, alongY), (R8{{255, 255, 255, 255}}));
         EXPECT_EQ(nearEndOf(10, radius, kFuzzLuminance, alongY), (R8{{251, 254, 250, 255}}));
       }
-      // One pixel more, and what lies beside the window is 0: 6 of 27 parts, and 15 of 64.
+      // One pixel longer, and the pixel beside the window reads 0: 6 of 27 parts, and 15 of 64.
       EXPECT_EQ(nearEndOf(11, 1.0f, kFuzzGrey, alongY), (R8{{198, 198, 198, 255}}));
       EXPECT_EQ(nearEndOf(8, 0.5f, kFuzzGrey, alongY), (R8{{195, 195, 195, 255}}));
       EXPECT_EQ(nearEndOf(11, 1.0f, kFuzzLuminance, alongY), (R8{{137, 139, 136, 255}}));
@@ -365,13 +365,12 @@ TEST_P(FuzzSamplerWithoutMemory, LeavesTheTargetAloneAndSaysSo) {
   }
 }
 
-// A row, the picture between the passes, and a column of less than nothing.
+// A row, the intermediate and a column of negative length.
 INSTANTIATE_TEST_SUITE_P(OfALineBelowZero, FuzzSamplerWithoutMemory,
                          ::testing::Values(std::pair{-50.0f, 1.0f}, std::pair{1.0f, -50.0f}, std::pair{-50.0f, -50.0f},
                                            std::pair{-2000.0f, 0.0f}));
 
-// Colours have a picture between the passes, which is too wide and too high here for any machine, and at 16
-// bits for a count of bytes.
+// Larger than any memory, and at 16 bits than a 64-bit count of bytes.
 template <class Pixel>
 void stopsForAPlaneTooLarge() {
   using Picture = HvTexture<Pixel, Ri>;
@@ -421,8 +420,8 @@ TEST(FuzzSampler, LeavesTheResultAsItWasWhenStoppedBeforeAYuvPictureComesBack) {
     std::size_t rows = 0;
     while (rows < 25 && after[rows] != R8{})
       rows += 5;
-    // Whole rows of the last picture, and then nothing; and nothing at all before the way there and
-    // the filter are done, which is at least one poll for each pass and each row or column.
+    // Whole rows of the finished picture, then none; and none at all before the first conversion and the filter are
+    // done, which poll at least once for each pass and each row or column.
     EXPECT_TRUE(std::equal(after.begin(), after.begin() + static_cast<std::ptrdiff_t>(rows), last.begin()));
     EXPECT_TRUE(std::all_of(after.begin() + static_cast<std::ptrdiff_t>(rows), after.end(),
                             [](const R8& pixel) { return pixel == R8{}; }));

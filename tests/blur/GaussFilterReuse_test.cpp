@@ -6,6 +6,7 @@
 #include "blur/GaussFilter.h"
 #include "tests/blur/RandomPictures.h"
 #include "tests/support/StopAfter.h"
+#include "tests/support/TypeNames.h"
 
 namespace vblur::test {
 namespace {
@@ -51,7 +52,7 @@ void changeSomeFields(Filter& filter, const HvTexIndexer& target, Random& random
   if (random.oneIn(2)) setWindow(filter, randomWindow(random, target));
 }
 
-// What a caller has set, as it stands now.
+// The fields that a caller sets.
 template <class Filter>
 void copyFields(Filter& to, const Filter& from) {
   to.sizeX = from.sizeX;
@@ -92,7 +93,7 @@ class GaussFilterReuse : public ::testing::Test {
     Pictures<Filter> again(seed);
     Pictures<Filter> fresh(seed);
     changeSomeFields(filter, again.output.texture, random);
-    // Pixels that are beside each other's results are not to be copied.
+    // keepsOthers is not allowed in place.
     if (!again.inPlace && random.oneIn(3)) filter.keepsOthers = !filter.keepsOthers;
     if (again.inPlace) filter.keepsOthers = false;
     Filter other;
@@ -119,7 +120,7 @@ class GaussFilterReuse : public ::testing::Test {
 using Filters = ::testing::Types<BlurRGBAGauss<R8, Ri, 255, 1, 1, 1, 1>, BlurRGBAGauss<R8, Ri, 255, 0, 1, 0, 0>,
                                  BlurRGBAGauss<R16, Ri, 32767, 1, 1, 1, 0>, BlurRGBAGauss<Ri, Ri, 255, 0, 1, 1, 0>,
                                  BlurGeneralGauss<C8, Ci, 255, 1, 0, 0, 0>>;
-TYPED_TEST_SUITE(GaussFilterReuse, Filters);
+TYPED_TEST_SUITE(GaussFilterReuse, Filters, TypeNames);
 
 TYPED_TEST(GaussFilterReuse, EqualsANewFilterWhateverHasChanged) {
   forRandomCases(300, [this](Random& random) {

@@ -13,7 +13,7 @@
 
 namespace vblur::test {
 
-// What a case must be kept small for: the model takes all sums one pixel at a time.
+// Pictures for large radii have to be small: the model sums one pixel at a time.
 enum class Radii { Everyday, Large, BelowZero };
 
 inline float randomRadius(Random& random, Radii kind) {
@@ -36,12 +36,12 @@ inline float randomAspect(Random& random) {
   return random.oneIn(2) ? 1.0f : random.oneOf({0.0f, -2.0f, 0.5f, 0.9f, 1.0667f, 1.422f, 2.0f});
 }
 
-// Now and then no picture at all.
+// Sometimes 0.
 inline int randomSize(Random& random, int most) {
   return random.within(random.oneIn(12) ? 0 : 1, most);
 }
 
-// A picture with guards and everything that a caller may set on its view.
+// A picture with guards and random settings of its view.
 template <class Pixel, class Accum>
 struct RandomPicture {
   RandomPicture(Random& random, int width, int height, ComponentRange<Pixel> range = storageRange<Pixel>())
@@ -56,7 +56,7 @@ struct RandomPicture {
   HvTexture<Pixel, Accum> texture;
 };
 
-// None, or one that lies inside a picture, across its ends or beside it.
+// None, or one inside a picture, across its ends or beside it.
 inline std::optional<model::Window> randomWindow(Random& random, const HvTexIndexer& target) {
   if (random.oneIn(3)) return std::nullopt;
   const auto span = [&](const HvTexAxis& axis) {
@@ -83,7 +83,7 @@ inline std::int32_t randomThreadCount(Random& random) {
   return kThreadCounts[random.within(0, 4)];
 }
 
-// The settings of a texture that a processor may change for a while and has to put back.
+// The settings of a texture that a processor has to restore.
 struct Settings {
   explicit Settings(const HvTexIndexer& texture) : x(texture.horizontal), y(texture.vertical) {}
 

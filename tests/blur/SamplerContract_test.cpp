@@ -9,30 +9,38 @@
 namespace vblur::test {
 namespace {
 
-using Sampling = Subjects<
-    SamplerSubject<RGBToYUVSampler<HvTexture<R8, Ri>, HvTexture<Ri, Ri>, R8, Ri, 255>, HvTexture<R8, Ri>,
-                   HvTexture<Ri, Ri>>,
-    SamplerSubject<RGBToYUVSampler<HvTexture<R16, Ri>, HvTexture<Ri, Ri>, R16, Ri, 32767>, HvTexture<R16, Ri>,
-                   HvTexture<Ri, Ri>>,
-    SamplerSubject<YUVToRGBSampler<HvTexture<Ri, Ri>, HvTexture<R8, Ri>, Ri, R8, 255>, HvTexture<Ri, Ri>,
-                   HvTexture<R8, Ri>>,
-    SamplerSubject<YUVToRGBSampler<HvTexture<Ri, Ri>, HvTexture<R16, Ri>, Ri, R16, 32767>, HvTexture<Ri, Ri>,
-                   HvTexture<R16, Ri>>,
-    SamplerSubject<ChannelExtractor<HvTexture<R16, Ri>, HvTexture<int, int>, R16, int, 0>, HvTexture<R16, Ri>,
-                   HvTexture<int, int>>,
-    SamplerSubject<RGBToYUVSampler<HvTexture<R8, Ri>, HvTexture<R8, Ri>, R8, Ri, 255>, HvTexture<R8, Ri>>,
-    SamplerSubject<RGBToYUVSampler<HvTexture<R16, Ri>, HvTexture<R16, Ri>, R16, Ri, 32767>, HvTexture<R16, Ri>>,
-    SamplerSubject<YUVToRGBSampler<HvTexture<R8, Ri>, HvTexture<R8, Ri>, R8, R8, 255>, HvTexture<R8, Ri>>,
-    SamplerSubject<YUVToRGBSampler<HvTexture<R16, Ri>, HvTexture<R16, Ri>, R16, R16, 32767>, HvTexture<R16, Ri>>,
-    SamplerSubject<ChannelExtractor<HvTexture<R8, Ri>, HvTexture<C8, Ci>, R8, C8, 0>, HvTexture<R8, Ri>,
-                   HvTexture<C8, Ci>>,
-    SamplerSubject<GreyToRGBSampler<HvTexture<C16, Ci>, HvTexture<R16, Ri>, C16, R16, 32767>, HvTexture<C16, Ci>,
-                   HvTexture<R16, Ri>>,
-    SamplerSubject<GreyToRGBSampler<HvTexture<int, int>, HvTexture<R8, Ri>, int, R8, 255>, HvTexture<int, int>,
-                   HvTexture<R8, Ri>>,
-    CombinerSubject<SubtractCombiner<R8, Ri, 255>, HvTexture<R8, Ri>, HvTexture<R8, Ri>, HvTexture<R8, Ri>>,
-    CombinerSubject<SubtractCombiner<R16, Ri, 32767>, HvTexture<R16, Ri>, HvTexture<R16, Ri>, HvTexture<R16, Ri>>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(SamplerContract, ProcessorContract, Sampling, TypeNames);
+template <class Pixel>
+using Picture = HvTexture<Pixel, Ri>;
+template <class In, class Out, class Pixel>
+using Forward = SamplerSubject<RGBToYUVSampler<In, Out, Pixel, Ri, Pixel::kMax>, In, Out>;
+template <class In, class Out, class Pixel>
+using Backward = SamplerSubject<YUVToRGBSampler<In, Out, typename In::Pixel, Pixel, Pixel::kMax>, In, Out>;
+template <class In, class Out>
+using Extractor = SamplerSubject<ChannelExtractor<In, Out, typename In::Pixel, typename Out::Pixel, 0>, In, Out>;
+template <class In, class Out, class Pixel>
+using Spreader = SamplerSubject<GreyToRGBSampler<In, Out, typename In::Pixel, Pixel, Pixel::kMax>, In, Out>;
+template <class Pixel>
+using Reflector =
+    CombinerSubject<SubtractCombiner<Pixel, Ri, Pixel::kMax>, Picture<Pixel>, Picture<Pixel>, Picture<Pixel>>;
+
+struct WideYuvOfR8 : Forward<Picture<R8>, Picture<Ri>, R8> {};
+struct WideYuvOfR16 : Forward<Picture<R16>, Picture<Ri>, R16> {};
+struct YuvOfR8 : Forward<Picture<R8>, Picture<R8>, R8> {};
+struct YuvOfR16 : Forward<Picture<R16>, Picture<R16>, R16> {};
+struct R8OfWideYuv : Backward<Picture<Ri>, Picture<R8>, R8> {};
+struct R16OfWideYuv : Backward<Picture<Ri>, Picture<R16>, R16> {};
+struct R8OfYuv : Backward<Picture<R8>, Picture<R8>, R8> {};
+struct R16OfYuv : Backward<Picture<R16>, Picture<R16>, R16> {};
+struct WideRedOfR16 : Extractor<Picture<R16>, HvTexture<int, int>> {};
+struct RedOfR8 : Extractor<Picture<R8>, HvTexture<C8, Ci>> {};
+struct R16OfGrey : Spreader<HvTexture<C16, Ci>, Picture<R16>, R16> {};
+struct R8OfWideGrey : Spreader<HvTexture<int, int>, Picture<R8>, R8> {};
+struct SharpenedR8 : Reflector<R8> {};
+struct SharpenedR16 : Reflector<R16> {};
+
+using Samplers = Subjects<WideYuvOfR8, WideYuvOfR16, YuvOfR8, YuvOfR16, R8OfWideYuv, R16OfWideYuv, R8OfYuv, R16OfYuv,
+                          WideRedOfR16, RedOfR8, R16OfGrey, R8OfWideGrey, SharpenedR8, SharpenedR16>;
+INSTANTIATE_TYPED_TEST_SUITE_P(SamplerContract, ProcessorContract, Samplers, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test

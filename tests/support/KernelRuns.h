@@ -94,6 +94,18 @@ inline ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
   return ranAtThisLevel(runs);
 }
 
+// At a level of vector code these kernels, and maybe others, have run since the last question, each for that level; at
+// the twin none has.
+inline ::testing::AssertionResult kernelsRanAmongOthers(const std::vector<std::string>& names) {
+  askedForKernelRuns = true;
+  const std::vector<KernelRun> runs = takeKernelRuns();
+  for (const std::string& name : names) {
+    const bool ran = std::any_of(runs.begin(), runs.end(), [&](const KernelRun& run) { return run.name == name; });
+    if (!ran && HvUsesVectors()) return ::testing::AssertionFailure() << name << " has not run at " << HvCpuLevel();
+  }
+  return ranAtThisLevel(runs);
+}
+
 // Every level but the twin.
 inline std::vector<std::string> vectorLevels() {
   return {HvCpuLevels().begin() + 1, HvCpuLevels().end()};

@@ -1,0 +1,41 @@
+// What the filter does with the components of one ChannelMask: its plain passes, the twins of StripPasses, and copies.
+// The filter itself is compiled once for each type of pixel, whatever the mask.
+#pragma once
+
+#include <cstdint>
+
+#include "blur/BoxConstants.h"
+#include "blur/PassRanges.h"
+#include "blur/StripPasses.h"
+#include "image/HvInteruptable.h"
+#include "image/HvTexture.h"
+#include "image/RowBand.h"
+
+namespace vblur {
+
+// The lines of one thread in one pass, rows along x or columns along y, and the boxes over them.
+struct PlainPass {
+  HvSpan lines;
+  BoxConstants box;
+  std::int32_t boxes = 3;
+  PassAxis axis;
+  HvInterruptRecord* interrupt = nullptr;
+};
+
+template <class Pixel, class Accum>
+struct FilterChannels {
+  using Texture = HvTexture<Pixel, Accum>;
+
+  StripChannels<Pixel> filtered;
+  // Copies the components that are not filtered; null where all are.
+  void (*copyOthers)(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) = nullptr;
+  // Results beyond the columns of `out` are dropped.
+  void (*filterRows)(const PlainPass& pass, const Texture& in, const Texture& out) = nullptr;
+  void (*filterColumns)(const PlainPass& pass, const Texture& in, const Texture& out) = nullptr;
+};
+
+// FilterChannels8.cpp, FilterChannels16.cpp and FilterChannelsPlanes.cpp list the instances.
+template <class Mask, class Pixel, class Accum>
+const FilterChannels<Pixel, Accum>& filterChannels();
+
+}  // namespace vblur
