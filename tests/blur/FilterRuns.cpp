@@ -8,8 +8,13 @@ template <class Mask, class Pixel, class Accum>
 void runFilter(const Imager& as, const FilterFields& fields, HvTexture<Pixel, Accum>* in,
                HvTexture<Pixel, Accum>* out) {
   GaussFilter<Pixel, Accum> filter(filterChannels<Mask, Pixel, Accum>());
-  filter.runLike(as);
-  filter.copyWindow(as);
+  filter.interrupt = as.interrupt;
+  // Which may not be set.
+  filter.flags = as.flags;
+  filter.x1 = as.x1;
+  filter.y1 = as.y1;
+  filter.x2 = as.x2;
+  filter.y2 = as.y2;
   filter.setFieldMode(as.fieldMode);
   filter.aspect = as.aspect;
   filter.inverseAspect = as.inverseAspect;
