@@ -17,7 +17,7 @@ namespace {
 
 using host::ExitCode;
 
-// `--job FILE` asks for the command of that name, wherever it stands.
+// `--job FILE`, anywhere, is the command `job FILE`.
 std::vector<std::string> ReadArguments(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
   for (std::size_t i = 0; i < arguments.size(); ++i) {

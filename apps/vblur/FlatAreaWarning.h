@@ -1,5 +1,5 @@
-// Large sizes darken flat areas, since the filter's fixed-point weights sum to less than 1. Whoever
-// renders is told the number once when it is one that shows.
+// Large sizes darken flat areas, since the filter's fixed-point weights sum to less than 1. The
+// program warns once when the loss is visible.
 #pragma once
 
 #include <optional>

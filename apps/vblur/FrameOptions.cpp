@@ -40,13 +40,13 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
         const auto roi = ParseWholeFour("--roi", text);
         job.roi = host::Region{roi[0], roi[1], roi[2], roi[3]};
       });
-  add("--time", "T", "Time of the first frame; keys are told in this time, one unit a frame [0]",
+  add("--time", "T", "Time of the first frame, in units of the keys: one a frame [0]",
       [&](const std::string& text) { job.time = ParseNumber("--time", text); });
   add("--duration", "D", "Length of the effect in frames [the number of frames]",
       [&](const std::string& text) { job.duration = ParseNumber("--duration", text); });
-  add("--proxy", "SX,SY", "Size of the pictures over their size at full resolution [1,1]",
+  add("--proxy", "SX,SY", "Scale of the pictures against full resolution [1,1]",
       [&](const std::string& text) { job.proxy = ParseNumberPair("--proxy", text); });
-  add("--origin", "X,Y", "Pixel that the lower left corner of input and output lies at [0,0]",
+  add("--origin", "X,Y", "Pixel of the lower left corner of input and output [0,0]",
       [&](const std::string& text) { SetOrigin(job, text); });
 }
 

@@ -1,4 +1,4 @@
-// The options that say which frames are rendered and what the effect is told about them.
+// Options for the frames to render and their geometry and time.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -10,7 +10,7 @@ namespace vblur::cli {
 // `--frames` alone: a job file's frames can be narrowed with it too.
 void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames);
 
-// Everything else: `--depth`, `--field`, `--roi`, `--time`, ... The job must outlive the parsing.
+// The others: `--depth`, `--field`, `--roi`, `--time`, ... The job must outlive the parsing.
 void AddFrameOptions(CLI::App& app, host::Job& job);
 
 }  // namespace vblur::cli

@@ -1,5 +1,4 @@
-// Ctrl-C and a polite kill, as a stop of the render: the first asks it to end and clean up behind
-// itself, the second ends the program at once.
+// Ctrl-C and SIGTERM: the first stops the render, which cleans up; the second ends the process at once.
 #pragma once
 
 #include "host/hosted/ExecuteContext.h"

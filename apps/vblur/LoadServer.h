@@ -1,4 +1,4 @@
-// Loads the effect for a command, and applies to it what holds for the whole process.
+// Loads the effect server and applies the options that hold for the whole process.
 #pragma once
 
 #include <memory>

@@ -25,10 +25,10 @@ void AddPictureOptions(CLI::App& app, host::Job& job) {
       [&](const std::string& file) { job.input2.emplace().file = file; });
   add("--mask", "FILE", "Paint the effect through a mask: its first channel, white where the effect shows",
       [&](const std::string& file) { MaskOf(job).file = file; });
-  add("--mask-offset", "X,Y", "Pixel of INPUT that the mask's lower left corner lies at [0,0]",
+  add("--mask-offset", "X,Y", "Position of the mask's lower left corner in INPUT, in pixels [0,0]",
       [&](const std::string& text) { MaskOf(job).offset = ParseWholePair("--mask-offset", text); });
   add("--use", "filter|paint|transition|generator",
-      "What the effect is used as [transition with --to, paint with --mask, else filter]",
+      "Use of the effect [transition with --to, paint with --mask, else filter]",
       [&](const std::string& text) { job.kind = kKinds[ParseChoice("--use", text, kUses)]; });
 }
 

@@ -1,4 +1,4 @@
-// The options that name further pictures of a render, and what the effect is used as.
+// Options for further pictures, and for the use of the effect.
 #pragma once
 
 #include <CLI/CLI.hpp>

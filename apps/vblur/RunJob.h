@@ -7,7 +7,7 @@
 
 namespace vblur::cli {
 
-// How the terminal speaks.
+// Settings of the terminal.
 void ApplyGlobalOptions(const GlobalOptions& global, Terminal& terminal);
 void ApplyProgress(const RunOptions& run, Terminal& terminal);
 

@@ -33,7 +33,7 @@ void SetFramesInFlight(host::RenderOptions& options, const std::string& text) {
 void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
   app.add_flag("-q,--quiet", options.quiet, "Print nothing but failures");
   app.add_flag("-v,--verbose", options.verbose,
-               "Print a line for each frame and the times at the end; -vv prints the calls on the effect too");
+               "Print a line for each frame and times at the end; -vv also prints the calls on the effect");
   AddTextOption(app, "--threads", "N", "Threads of a render [one for each processor]",
                 [&](const std::string& text) { SetThreads(options, text); });
   AddTextOption(app, "--cpu", "LEVEL", "Code to render with: twin, an instruction set such as AVX2, or native [native]",
@@ -44,21 +44,20 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
 
 void AddRunOptions(CLI::App& app, RunOptions& options) {
   app.add_flag("--overwrite", options.render.overwrite, "Replace output files that exist")->group("Output");
-  app.add_flag("--skip-existing", options.render.skipExisting, "Leave frames out whose output files exist")
-      ->group("Output");
-  AddTextOption(app, "--on-error", "stop|skip", "After a frame that failed: end there, or go on with the next [stop]",
+  app.add_flag("--skip-existing", options.render.skipExisting, "Skip frames whose output files exist")->group("Output");
+  AddTextOption(app, "--on-error", "stop|skip", "After a failed frame: stop, or continue with the next [stop]",
                 [&](const std::string& text) {
                   options.render.onError = static_cast<host::OnError>(ParseChoice("--on-error", text, kOnError));
                 })
       ->group("Output");
-  AddTextOption(app, "--frames-in-flight", "N", "Frames that render side by side [as many as gain from it]",
+  AddTextOption(app, "--frames-in-flight", "N", "Frames that render side by side [automatic]",
                 [&](const std::string& text) { SetFramesInFlight(options.render, text); })
       ->group("Output");
-  AddTextOption(app, "--memory", "SIZE", "What the frames on their way may take, such as 512M or 2G [2G]",
+  AddTextOption(app, "--memory", "SIZE", "Memory limit for frames in flight, such as 512M or 2G [2G]",
                 [&](const std::string& text) { options.render.memory = ParseBytes("--memory", text); })
       ->group("Output");
   AddTextOption(app, "--progress", "auto|none|bar|lines|json",
-                "How progress is told on the standard error stream [auto: a bar on a terminal]",
+                "Progress on the standard error stream [auto: a bar on a terminal]",
                 [&](const std::string& text) {
                   options.progress = static_cast<ProgressChoice>(ParseChoice("--progress", text, kProgress));
                 })

@@ -1,5 +1,4 @@
-// The options of every command that renders: what becomes of old files and failed frames, and how
-// progress is told.
+// The options of commands that render: existing files, failed frames, progress.
 #pragma once
 
 #include <cstdint>

@@ -31,7 +31,7 @@ class SheetCommand : public Command {
                     request_.kind = static_cast<host::SheetKind>(ParseChoice("--of", text, host::kSheetNames));
                   })
         ->required();
-    AddTextOption(*app(), "--to", "INPUT2", "With ramps: the second clip [INPUT turned, its colours exchanged]",
+    AddTextOption(*app(), "--to", "INPUT2", "With ramps: the second clip [INPUT rotated, its colours exchanged]",
                   [this](const std::string& file) { second_ = file; });
     AddTextOption(*app(), "--depth", "8|16", "Bits of a component while rendering [as INPUT's samples]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
@@ -40,7 +40,7 @@ class SheetCommand : public Command {
                   [this](const std::string& text) { request_.showsAlpha = ParseChoice("--alpha", text, kAlpha) == 0; });
     app()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
     AddPropertyOptions(*app(), request_.properties);
-    app()->footer("The properties hold for every panel; --blur is told in pixels of a panel.");
+    app()->footer("The properties hold for every panel; --blur is in pixels of a panel.");
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal&) override {

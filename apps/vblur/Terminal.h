@@ -1,4 +1,4 @@
-// What the program says to the one who started it, on the standard error stream: one line each.
+// Messages on the standard error stream, one line each.
 #pragma once
 
 #include <cstdio>
@@ -8,24 +8,24 @@ namespace vblur::cli {
 
 class Terminal {
  public:
-  // Keeps a way of its own to the standard error stream, which libraries may be kept from.
+  // Duplicates the standard error stream, which may be suppressed for libraries.
   Terminal();
   ~Terminal();
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
-  // Only failures from now on.
+  // Print only failures.
   void BeQuiet() { quiet_ = true; }
-  // Objects instead of text, for a program that reads every line.
+  // Print JSON objects instead of text.
   void SpeakJson() { json_ = true; }
 
   void Fail(const std::string& message);
   void Warn(const std::string& message);
-  // A line as it is, for what was asked to be told in full; nothing while objects are spoken.
+  // A line of requested detail, without a prefix; nothing in JSON mode.
   void Note(const std::string& line);
 
   std::FILE* stream() const { return stream_; }
-  // Whether a person is looking.
+  // Whether the stream is a terminal.
   bool isScreen() const;
   bool isQuiet() const { return quiet_; }
 

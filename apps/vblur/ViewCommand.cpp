@@ -39,24 +39,24 @@ class ViewCommand : public Command {
     AddTextOption(*app(), "--page", PageChoice(),
                   "Property page whose controls are shown [FullBlurPPG, TransitionBlurPPG for a transition]",
                   [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
-    AddTextOption(*app(), "--zoom", "Z", "Pixels of the view for one of the frame, about the frame's centre [1]",
+    AddTextOption(*app(), "--zoom", "Z", "Pixels of the view per pixel of the frame [1]",
                   [this](const std::string& text) { SetZoom(ParseNumber("--zoom", text)); });
-    AddTextOption(*app(), "--pan", "X,Y", "What is in the middle, in pixels of the frame from its centre [0,0]",
+    AddTextOption(*app(), "--pan", "X,Y", "Centre of the view, in pixels from the frame's centre [0,0]",
                   [this](const std::string& text) { view_.pan = ParseNumberPair("--pan", text); });
     AddTextOption(*app(), "--size", "WxH", "Size of the view [the frame's]", [this](const std::string& text) {
       view_.size = ParseWholePair("--size", text, 'x');
       if ((*view_.size)[0] < 1 || (*view_.size)[1] < 1) host::Refuse("--size", "expected at least 1x1, found " + text);
     });
     app()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
-    AddTextOption(*app(), "--pen", "FILE", "What the pen does first, one event a line",
+    AddTextOption(*app(), "--pen", "FILE", "Pen script to play first, one event a line",
                   [this](const std::string& file) { script_ = file; });
-    AddTextOption(*app(), "--save-job", "FILE", "Write the job with the properties as the script left them",
+    AddTextOption(*app(), "--save-job", "FILE", "Write the job with the properties after the script",
                   [this](const std::string& file) { savedJob_ = file; });
     app()->add_flag("--overwrite", overwrite_, "Replace files that exist");
     app()->footer(
         "Events of a pen script, in pixels of the frame from its lower left corner, y upwards:\n"
         "  move X Y, down X Y [BUTTON], up X Y, time T, set NAME VALUE, snap FILE; # begins a comment.\n"
-        "Files that it snaps lie in the script's folder unless they name another.");
+        "Names of snapped files start from the script's folder.");
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {

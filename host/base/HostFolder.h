@@ -1,4 +1,4 @@
-// Where the host's library lies: what it loads at run time lies beside it, installed or just built.
+// The folder of the host's library, which also holds what it loads at run time, installed or in the build.
 #pragma once
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// A value in a JSON document together with its path, so that every complaint names the place.
+// A value in a JSON document with its path, which begins every failure.
 #pragma once
 
 #include <array>
@@ -13,12 +13,12 @@
 
 namespace vblur::host {
 
-// "properties" and "Blur" -> "properties/Blur"; an empty part adds nothing. What would break a line is
+// "properties" and "Blur" -> "properties/Blur"; an empty part adds nothing. Control characters are
 // escaped.
 std::string JoinPath(std::string_view path, std::string_view name);
 
-// Borrows the value. All readers throw Failure (wrong usage), whose line begins with the path, for a value
-// of another type or range; `expected` is put into words there.
+// Borrows the value. Readers throw Failure (wrong usage) for a value of another type or range; its line begins with
+// the path and quotes `expected`.
 class JsonPlace {
  public:
   explicit JsonPlace(const nlohmann::json& value, std::string path = {}) : value_(&value), path_(std::move(path)) {}
@@ -39,9 +39,9 @@ class JsonPlace {
   void RequireArray(std::size_t size, std::string_view expected) const;
   JsonPlace Item(std::size_t index) const;
 
-  // Refuses a value that is not an object and a field that is none of the names.
+  // Refuses a value that is not an object, and fields with other names.
   void RequireFields(std::span<const std::string_view> names, std::string_view expected) const;
-  // The field of an object; nothing when it is absent.
+  // A field of the object, if present.
   std::optional<JsonPlace> Field(std::string_view name) const;
 
  private:

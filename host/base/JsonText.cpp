@@ -57,7 +57,7 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
  private:
   [[noreturn]] static void Fail(const std::string& message) { throw Failure(ExitCode::WrongUsage, message); }
 
-  // Where the token begins whose last character is before the position.
+  // The start of the token that ends before the position.
   std::size_t TokenStart(std::size_t position) const {
     if (position == 0 || position > text_.size()) return text_.size();
     std::size_t start = position - 1;
@@ -74,7 +74,7 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     return start;
   }
 
-  // The library's words without its own account of the place and of the text, which may be any bytes.
+  // The library's message without its position and its quote of the text, which may be any bytes.
   static std::string Reason(std::string reason) {
     const std::size_t lastRead = reason.find("; last read: '");
     if (lastRead != std::string::npos) {
@@ -122,8 +122,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
 
   std::string_view text_;
   json document_;
-  std::vector<json*> open_;         // the objects and arrays around the next value, outermost first
-  std::vector<std::string> names_;  // and what each is called in the one around it
+  std::vector<json*> open_;         // objects and arrays that are open, outermost first
+  std::vector<std::string> names_;  // the name of each in its parent
   std::string field_;
 };
 

@@ -1,5 +1,4 @@
-// JSON documents from text, more strictly than the library reads them: no field twice, no number beyond
-// a 64-bit float, no depth that no document of ours has.
+// Strict JSON parsing: no duplicate fields, no numbers beyond a 64-bit float, at most 32 levels of nesting.
 #pragma once
 
 #include <string_view>
@@ -8,8 +7,8 @@
 
 namespace vblur::host {
 
-// Throws Failure (wrong usage): with line and column (in bytes, from 1) for text that is not JSON, with the
-// field's path for a field that an object has twice.
+// Throws Failure (wrong usage): with line and column (in bytes, from 1) for text that is not JSON, with the field's
+// path for a duplicate field.
 nlohmann::json ParseJson(std::string_view text);
 
 }  // namespace vblur::host

@@ -12,7 +12,7 @@ namespace vblur::host {
 LoadedModule::LoadedModule(const std::filesystem::path& file, const std::string& what) : file_(file), what_(what) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) Refuse("no such file");
-  // Lazily: most functions of a library's own libraries are never called. A module that must be whole is linked so.
+  // Lazy binding: most functions that a module's dependencies import are never called.
   library_ = ::dlopen(std::filesystem::absolute(file).c_str(), RTLD_LAZY | RTLD_LOCAL);
   if (library_ == nullptr) Refuse(::dlerror());
 }

@@ -1,4 +1,4 @@
-// Libraries that are loaded when they are first needed.
+// Libraries loaded at run time, when first needed.
 #pragma once
 
 #include <filesystem>
@@ -8,24 +8,23 @@ namespace vblur::host {
 
 class LoadedModule {
  public:
-  // Loads the library, unless the process has it already. Throws Failure (cannot read), whose line begins with the
-  // file's name and `cannot load ` and `what`, when there is no such file or it cannot be loaded.
+  // Loads the library unless the process has it. Throws Failure (cannot read): "FILE: cannot load WHAT: ...".
   LoadedModule(const std::filesystem::path& file, const std::string& what);
 
-  // A function that the library exports; null when it exports none of that name.
+  // An exported function; null for none of that name.
   template <class Function>
   Function* Find(const char* name) const {
     return reinterpret_cast<Function*>(FindSymbol(name));
   }
-  // The same; throws Failure (cannot read) for none.
+  // An exported function; throws Failure (cannot read) for none.
   template <class Function>
   Function& Get(const char* name) const {
     return *reinterpret_cast<Function*>(GetSymbol(name));
   }
-  // A module stays loaded until then, or until the process ends.
+  // Without this the module stays loaded until the process ends.
   void Unload();
 
-  // Throws Failure (cannot read) that says why the library is of no use.
+  // Throws Failure (cannot read) with the reason why the library is unusable.
   [[noreturn]] void Refuse(const std::string& why) const;
 
  private:

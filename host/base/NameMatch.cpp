@@ -17,7 +17,7 @@ char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// Changes from a to b, where two neighbours that changed places count once.
+// Edit distance; two swapped neighbours count once.
 std::size_t Distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> before(b.size() + 1);
   std::vector<std::size_t> last(b.size() + 1);
@@ -44,7 +44,7 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 std::string_view NearestName(std::string_view text, std::span<const std::string_view> names) {
-  // The distance takes time with the product of the lengths.
+  // The distance takes O(n * m).
   constexpr std::size_t kLongestGuess = 200;
   if (text.empty() || text.size() > kLongestGuess) return {};
   std::string_view nearest;

@@ -1,4 +1,4 @@
-// Names that people type: compared without regard to case, and guessed at when they are wrong.
+// Matching of names that users type: case-insensitive, with a suggestion for a misspelled one.
 #pragma once
 
 #include <span>
@@ -10,8 +10,8 @@ namespace vblur::host {
 // Only the letters A to Z have a case.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
 
-// The name that takes the fewest changed, missing, surplus or swapped letters to reach, the first of several;
-// empty when even that one has little in common with the text.
+// The name with the smallest edit distance (changed, missing, extra or swapped letters), the first of several; empty
+// when none is close.
 std::string_view NearestName(std::string_view text, std::span<const std::string_view> names);
 
 // `unknown property "Blurr"; did you mean "Blur"?`, without the question when no name is near.

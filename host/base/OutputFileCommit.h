@@ -1,4 +1,4 @@
-// A file that is written beside its target and takes the target's name when it is complete.
+// A temporary file that is renamed to its target when complete.
 #pragma once
 
 #include <filesystem>
@@ -7,16 +7,15 @@ namespace vblur::host {
 
 class OutputFileCommit {
  public:
-  // Picks the name to write to: in the target's folder, or in that of the file that the target links to.
+  // Picks the temporary name, in the folder of the target or of the file that it links to.
   explicit OutputFileCommit(const std::filesystem::path& target);
-  // Removes what was written unless it took the target's name.
+  // Removes the temporary file unless committed.
   ~OutputFileCommit();
   OutputFileCommit(const OutputFileCommit&) = delete;
   OutputFileCommit& operator=(const OutputFileCommit&) = delete;
 
   const std::filesystem::path& writtenPath() const { return written_; }
-  // Gives the file the target's name and, where a file stood there, that file's permissions. Throws
-  // Failure (cannot write).
+  // Renames the file to the target, with the permissions of the file that it replaces. Throws Failure (cannot write).
   void Commit();
 
  private:

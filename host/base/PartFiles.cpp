@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kLongestPiece = 60;
 
-// The machine's name without what would be taken for a separator.
+// The machine's name with separators replaced.
 const std::string& MachineName() {
   static const std::string name = [] {
     std::array<char, 256> text{};
@@ -30,7 +30,7 @@ const std::string& MachineName() {
   return name;
 }
 
-// The process that a part file of this machine belongs to.
+// The process that wrote a part file of this machine.
 std::optional<pid_t> WriterOf(const std::string& fileName) {
   static const std::regex form(R"(\..*\.([^.-]+)-([0-9]{1,9})-[0-9]+\.part(\.[^.]*)?)");
   std::smatch parts;

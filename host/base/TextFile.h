@@ -1,4 +1,4 @@
-// Small text files, whole: job files and property files.
+// Reads and writes small text files whole: job files and property files.
 #pragma once
 
 #include <filesystem>
@@ -6,11 +6,11 @@
 
 namespace vblur::host {
 
-// `kind` is what people call such a file, for messages. Throws Failure (cannot read), whose line begins
-// with the file's name, for a file that is missing, unreadable or larger than 16 MiB.
+// `kind` names the kind of file in messages. Throws Failure (cannot read) that begins with the file's name for a file
+// that is missing, unreadable or larger than 16 MiB.
 std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind);
 
-// The file appears when it is complete and replaces one of the same name. Throws Failure (cannot write).
+// Replaces an existing file; the file appears when complete. Throws Failure (cannot write).
 void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind);
 
 }  // namespace vblur::host

@@ -1,5 +1,4 @@
-// Writes picture files so that a name holds either its old picture or the whole new one: the picture
-// goes into a file beside it, which takes its name when it is complete.
+// Writes picture files atomically: into a temporary file in the same folder, which is renamed when complete.
 #pragma once
 
 #include <filesystem>
@@ -12,21 +11,20 @@
 
 namespace vblur::host {
 
-// A format that pictures can be written in, and what its files hold.
+// An output file format and what its files hold.
 struct OutputFormat {
-  std::string_view name;        // as the picture library knows it
-  std::string_view extensions;  // in lower case, with a space between
+  std::string_view name;        // the picture library's name
+  std::string_view extensions;  // in lower case, separated by spaces
   bool hasAlpha;
   SampleKind samples8;      // of a picture of 8 bits a component
   SampleKind samples16;     // of one of 16 bits
   bool isFloat;             // 8-bit pictures become 16-bit floats
-  std::int32_t mostPixels;  // a side
+  std::int32_t mostPixels;  // along each side
 
   SampleKind SamplesAt(std::int32_t depth) const { return depth == 8 ? samples8 : samples16; }
 };
 
-// The format that the extension of a file name asks for. Throws Failure (wrong usage) with the list of
-// known extensions.
+// The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 
 // Throws Failure (cannot write) when the file cannot be written: its folder is missing, the name is taken by
@@ -35,7 +33,7 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite);
 
 class OutputFileCommit;
 
-// A picture that is whole on disk and has not taken its name yet. It goes again unless it does.
+// A complete picture in a temporary file, which is removed unless committed.
 class WrittenPicture {
  public:
   WrittenPicture(std::filesystem::path path, bool overwrite);
@@ -44,7 +42,7 @@ class WrittenPicture {
   WrittenPicture& operator=(WrittenPicture&&) noexcept;
 
   const std::filesystem::path& writtenPath() const;
-  // Throws Failure (cannot write) when the name cannot be taken, or no longer.
+  // Throws Failure (cannot write), also when the target has become unwritable.
   void Commit();
 
  private:
@@ -59,13 +57,13 @@ class PictureWriter {
 
   // Writes a four-component picture. 8-bit pictures become 8-bit samples (16-bit floats in a format of
   // floats), 16-bit ones 16-bit samples or 32-bit floats, or 8-bit samples where a format has no others.
-  // A format without alpha drops it. `metadata`, when not null, comes from the picture that it was made
-  // of. Throws Failure (cannot write), or FileInterrupted; then nothing is left behind.
+  // A format without alpha drops it. `metadata` is that of the source picture, or null. Throws Failure (cannot write)
+  // or FileInterrupted, and leaves no file then.
   void Write(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
              bool overwrite) {
     WriteBeside(path, image, metadata, overwrite).Commit();
   }
-  // The same without its last step: the caller says when the picture takes its name.
+  // Write without the final rename, which the caller does.
   WrittenPicture WriteBeside(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
                              bool overwrite);
 

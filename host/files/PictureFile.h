@@ -1,7 +1,6 @@
-// Reads picture files into the effect's pictures. Files are top-down, the effect's row 0 is the
-// bottom. Components pass as they are stored: no colour management, alpha neither multiplied in nor
-// divided out. Of a file with several pictures the first is read, of a picture whose data window is not
-// its display window the data window.
+// Reads picture files into the effect's pictures. Files are top-down, the effect's row 0 is the bottom. Components pass
+// as stored: no colour management, alpha neither multiplied in nor divided out. Reads the first picture of a file, and
+// its data window.
 #pragma once
 
 #include <cstdint>
@@ -15,10 +14,10 @@
 
 namespace vblur::host {
 
-// What a file tells beside its pixels; opaque to everyone but those who read and write files.
+// Metadata of a file; opaque except to the picture library.
 struct PictureMetadata;
 
-// Asked now and then while a file is read or written; true ends the work with FileInterrupted.
+// Polled while a file is read or written; true stops with FileInterrupted.
 using StopTest = std::function<bool()>;
 
 struct FileInterrupted {};
@@ -26,11 +25,11 @@ struct FileInterrupted {};
 struct ReadPicture {
   PictureInfo info;
   std::shared_ptr<const PictureMetadata> metadata;
-  // The file says that its colours are multiplied by alpha.
+  // The file declares its colours as premultiplied.
   bool associatedAlpha = false;
 };
 
-// Keeps its buffer from one file to the next. One thread at a time.
+// Reuses its buffer for the next file. One thread at a time.
 class PictureReader {
  public:
   explicit PictureReader(StopTest stop = {}) : stop_(std::move(stop)) {}

@@ -1,4 +1,4 @@
-// What a picture file holds, told from its header.
+// What a picture file holds, from its header.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct PictureInfo {
   SampleKind samples = SampleKind::Unsigned8;
   ChannelChoice choice;
 
-  // The depth at which the effect works on such a file when the user names none.
+  // The default depth for rendering such a file.
   std::int32_t naturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }
 };
 

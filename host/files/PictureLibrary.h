@@ -1,6 +1,5 @@
-// What reads and writes picture files: a module of its own, loaded when it is first asked for. The library of
-// picture formats that it needs brings hundreds of others, which take longer to load than everything else that a
-// short run does.
+// The picture library: a module that reads and writes picture files, loaded when first needed. Its dependencies are
+// hundreds of libraries, whose loading dominates a short run.
 #pragma once
 
 #include <cstddef>
@@ -26,9 +25,9 @@ class PictureSource {
   virtual ReadPicture Facts() const = 0;
 };
 
-// A picture on its way into a file.
+// A picture to write.
 struct PictureToWrite {
-  const std::filesystem::path& target;  // the name for messages
+  const std::filesystem::path& target;  // for messages
   const std::filesystem::path& file;    // the one to write to
   const OutputFormat& format;
   const HostImage& image;
@@ -36,7 +35,7 @@ struct PictureToWrite {
   const PictureMetadata* metadata;  // null for none
 };
 
-// Any number of threads may ask it at once.
+// Thread-safe.
 class PictureLibrary {
  public:
   virtual ~PictureLibrary() = default;

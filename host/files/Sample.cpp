@@ -33,7 +33,7 @@ void WriteColours(const Component* pixels, Sample* samples, int channels, std::s
   }
 }
 
-// Calls action with a null pointer of the sample's type, which carries nothing but the type.
+// Calls action with a null pointer to the sample's type.
 template <typename Action>
 void WithSampleType(SampleKind kind, Action action) {
   switch (kind) {

@@ -1,5 +1,5 @@
-// The numbers in picture files and the numbers in the effect's pixels, and the way from one to the
-// other: to the nearest, halves away from zero. A NaN counts as 0, an infinity as the end of the range.
+// Conversion between the samples of picture files and the components of pixels: to nearest, halves away from zero. A
+// NaN counts as 0, an infinity as the end of the range.
 //
 // The effect's full value is 255 at 8 bits, 16384 at 16 bits and 32767 for an amount (a mask at 16
 // bits). 8-bit components hold 0 to 255, 16-bit ones -32768 to 32767.

@@ -16,11 +16,9 @@ namespace vblur::host {
 
 namespace {
 
-[[noreturn]] void Refuse(const std::string& step) {
-  throw Failure(
-      ExitCode::SomeFramesFailed,
-      "no OpenGL that paints without a window: " + step +
-          " (expected EGL with EGL_MESA_platform_surfaceless, as of the packages libegl1 and libgl1-mesa-dri)");
+[[noreturn]] void RefuseStep(const std::string& step) {
+  Refuse(ExitCode::SomeFramesFailed, "no OpenGL that paints without a window",
+         step + " (expected EGL with EGL_MESA_platform_surfaceless, as of the packages libegl1 and libgl1-mesa-dri)");
 }
 
 std::string EglError() {
@@ -32,15 +30,15 @@ std::string EglError() {
 EGLDisplay OpenDisplay() {
   const auto getDisplay =
       reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(::eglGetProcAddress("eglGetPlatformDisplayEXT"));
-  if (getDisplay == nullptr) Refuse("EGL knows no platforms");
+  if (getDisplay == nullptr) RefuseStep("EGL knows no platforms");
   EGLDisplay display = getDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-  if (display == EGL_NO_DISPLAY) Refuse("no display without a surface, " + EglError());
-  if (::eglInitialize(display, nullptr, nullptr) != EGL_TRUE) Refuse("the display cannot be opened, " + EglError());
+  if (display == EGL_NO_DISPLAY) RefuseStep("no display without a surface, " + EglError());
+  if (::eglInitialize(display, nullptr, nullptr) != EGL_TRUE) RefuseStep("the display cannot be opened, " + EglError());
   return display;
 }
 
 EGLContext MakeContext(EGLDisplay display) {
-  if (::eglBindAPI(EGL_OPENGL_API) != EGL_TRUE) Refuse("EGL offers no desktop OpenGL");
+  if (::eglBindAPI(EGL_OPENGL_API) != EGL_TRUE) RefuseStep("EGL offers no desktop OpenGL");
   constexpr std::array<EGLint, 11> kWanted{EGL_SURFACE_TYPE,
                                            EGL_PBUFFER_BIT,
                                            EGL_RENDERABLE_TYPE,
@@ -55,7 +53,7 @@ EGLContext MakeContext(EGLDisplay display) {
   EGLConfig config = nullptr;
   EGLint count = 0;
   if (::eglChooseConfig(display, kWanted.data(), &config, 1, &count) != EGL_TRUE || count < 1) {
-    Refuse("no configuration of 8 bits a colour, " + EglError());
+    RefuseStep("no configuration of 8 bits a colour, " + EglError());
   }
   constexpr std::array<EGLint, 7> kProfile{EGL_CONTEXT_MAJOR_VERSION,
                                            3,
@@ -65,7 +63,7 @@ EGLContext MakeContext(EGLDisplay display) {
                                            EGL_CONTEXT_OPENGL_COMPATIBILITY_PROFILE_BIT,
                                            EGL_NONE};
   EGLContext context = ::eglCreateContext(display, config, EGL_NO_CONTEXT, kProfile.data());
-  if (context == EGL_NO_CONTEXT) Refuse("no context of OpenGL 3.0 with its compatibility profile, " + EglError());
+  if (context == EGL_NO_CONTEXT) RefuseStep("no context of OpenGL 3.0 with its compatibility profile, " + EglError());
   return context;
 }
 
@@ -87,7 +85,7 @@ struct EglSurface::Context {
 
 EglSurface::EglSurface(std::int32_t width, std::int32_t height)
     : width_(width), height_(height), context_(std::make_unique<Context>()) {
-  if (!context_->MakeCurrent()) Refuse("the context cannot be used, " + EglError());
+  if (!context_->MakeCurrent()) RefuseStep("the context cannot be used, " + EglError());
   try {
     MakeFrameBuffer();
   } catch (...) {
@@ -111,7 +109,7 @@ void EglSurface::MakeFrameBuffer() {
   glGenFramebuffers(1, &frameBuffer_);
   glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer_);
   glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, colours_);
-  if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) Refuse("no frame buffer of RGBA8");
+  if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) RefuseStep("no frame buffer of RGBA8");
   glDrawBuffer(GL_COLOR_ATTACHMENT0);
   glReadBuffer(GL_COLOR_ATTACHMENT0);
 }

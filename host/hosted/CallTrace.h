@@ -1,4 +1,4 @@
-// The calls that the host makes on an effect, one line each: for finding out why a frame is what it is.
+// A log of the host's calls on an effect, one line each.
 #pragma once
 
 #include <chrono>
@@ -21,7 +21,7 @@ class CallTrace {
  public:
   explicit CallTrace(std::function<void(const std::string& line)> put) : put_(std::move(put)) {}
 
-  // `object` says whose operation it was, `call` its name and arguments.
+  // `object` owns the operation; `call` is its name and arguments.
   void Note(const std::string& object, const std::string& call, HRESULT result, double seconds);
 
  private:
@@ -29,8 +29,8 @@ class CallTrace {
   std::function<void(const std::string&)> put_;
 };
 
-// Makes a call and notes it; without a trace only makes it. `text` gives the call's name and arguments, once it
-// has been made; `call` answers an HRESULT.
+// Makes a call and logs it, if there is a trace. `text` gives name and arguments, asked after the call; `call` returns
+// an HRESULT.
 template <typename Text, typename Call>
 HRESULT NotedCall(CallTrace* trace, const std::string& object, Text text, Call call) {
   if (trace == nullptr) return call();

@@ -8,7 +8,7 @@
 
 namespace vblur::host {
 
-// Reads only, so that effects on several threads may ask the same one.
+// Immutable, so effects on several threads may share one.
 class CoordMan : public IDSCoordMan {
  public:
   // Factors of x and y: the size of the rendered pictures over that at full resolution.

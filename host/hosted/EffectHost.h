@@ -1,4 +1,4 @@
-// What the stand-alone host answers to the effect's questions about the project.
+// The content properties of the project, for effects.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace vblur::host {
 
-// Reads only, so that effects on several threads may ask the same one.
+// Immutable, so effects on several threads may share one.
 class EffectHost : public IDSEffectHost {
  public:
   // Without project sizes every content property is unreadable.

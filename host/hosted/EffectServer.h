@@ -1,5 +1,5 @@
-// A server library, loaded at run time: the host knows it by its four entry points and reaches effects
-// through its class factories alone.
+// A server library, loaded at run time. The host uses its four entry points and creates effects through its class
+// factories.
 #pragma once
 
 #include <filesystem>
@@ -18,16 +18,16 @@ class EffectServer {
   // Loads the library and has it register its classes. Throws Failure (cannot read) when there is no such
   // file, when it is no server, and when it offers no image effect.
   explicit EffectServer(const std::filesystem::path& file);
-  // Every effect must have gone before. Takes the classes out and unloads the library, unless it says that
-  // something of it is still in use.
+  // All effects must be released before. Unregisters the classes, and unloads the library unless it reports objects in
+  // use.
   ~EffectServer();
   EffectServer(const EffectServer&) = delete;
   EffectServer& operator=(const EffectServer&) = delete;
 
-  // A new effect with every property at its default. From any thread. Throws Failure (some frames failed)
+  // A new effect with default properties. From any thread. Throws Failure (some frames failed)
   // when the server cannot make it.
   ComPtr<IDSImageEffect> CreateEffect() const;
-  // The same for whoever takes a factory; the server must outlive it.
+  // CreateEffect as a function; the server must outlive it.
   EffectFactory Factory() const {
     return [this] { return CreateEffect(); };
   }

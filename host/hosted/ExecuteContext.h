@@ -1,5 +1,4 @@
-// The stand-alone host's word on whether a render may go on. One context may serve several effects at
-// once.
+// Tells renders to stop. One context may serve several effects.
 #pragma once
 
 #include <atomic>
@@ -13,12 +12,11 @@ class ExecuteContext : public IDSExecuteContext {
  public:
   std::int32_t MayContinue() override;
 
-  // From any thread or signal handler, any number of times; there is no way back.
+  // From any thread or signal handler, any number of times. Final.
   void Stop() noexcept { stopped_.store(true, std::memory_order_relaxed); }
   bool stopped() const noexcept { return stopped_.load(std::memory_order_relaxed); }
 
-  // Lets the next `polls` questions pass and stops at the one after, for interruptions at a known place.
-  // Before the render begins.
+  // For tests: stops at the poll after the next `polls`. Call before the render begins.
   void StopAfterPolls(std::int64_t polls);
 
  private:

@@ -15,7 +15,7 @@ void RenderInMemory(const EffectFactory& makeEffect, const Job& job, const Frame
   const std::array<double, 2> size{static_cast<double>(output.width()), static_cast<double>(output.height())};
   EffectHost effectHost(job.project.value_or(ProjectSizes{size, size}));
   CoordMan coordMan(job.proxy);
-  // Last, so that it goes before what it borrows.
+  // Last: destroyed before what it borrows.
   HostedEffect effect(makeEffect());
   effect.SetUp(job, coordMan, context);
   const HRESULT result = effect.RenderFrame(pictures, effectHost, job.time, 0);

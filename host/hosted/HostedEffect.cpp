@@ -15,7 +15,7 @@ namespace vblur::host {
 
 namespace {
 
-// The effect borrows pictures without promising to leave them alone; it reads inputs only.
+// The interface takes non-const pictures; the effect only reads inputs.
 IDSImage* Borrow(const HostImage* image) {
   return const_cast<HostImage*>(image);
 }
@@ -98,7 +98,7 @@ void HostedEffect::PutProperty(const Property& property, const PropertyStore::Se
   HRESULT result = properties_->RemoveCurve(property.guid);
   if (result >= 0) {
     const auto put = [&] { return properties_->PutValue(property.guid, DSVariant::Of(value)); };
-    // Defaults are no news to somebody who reads the trace.
+    // The trace leaves defaults out.
     result = plain == nullptr ? put() : Made("PutValue", name + ", " + FormatNumber(value), put);
   }
   if (result == kOk && curve != nullptr) {

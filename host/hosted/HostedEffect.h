@@ -1,4 +1,4 @@
-// One effect in the hands of the host, and the calls that the host makes on it, in their order.
+// An effect with the host's calls on it, in their order.
 #pragma once
 
 #include <cstdint>
@@ -65,9 +65,9 @@ class HostedEffect {
   // was not 0, or that of the render.
   HRESULT RenderFrame(const FramePictures& pictures, IDSEffectHost& host, double time, std::int32_t field);
 
-  // As the effect answered for the frame that was rendered last.
+  // Of the frame rendered last.
   const InputOverscan& overscan() const { return overscan_; }
-  // All defaults when the effect does not tell.
+  // Defaults for an effect without facts.
   FrameMemoryFacts frameMemory() const { return facts_ ? facts_->DescribeFrameMemory() : FrameMemoryFacts{}; }
   BlurSizeFacts DescribeBlurSize(double blur) const;
   // How many threads every render of the process uses.

@@ -13,7 +13,7 @@
 
 namespace vblur::host {
 
-// What an output holds before the render, and the file that it comes from.
+// The initial content of an output, and its file.
 struct InitialPicture {
   const HostImage& image;
   std::filesystem::path file;
@@ -29,7 +29,7 @@ void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
 // they cannot be read.
 std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
 
-// Renders the frame, or both its fields one after the other; `afterField` is told behind each. Ends with the first
+// Renders the frame, or both its fields one after the other; calls `afterField` after each. Ends at the first
 // result that is not 0, and when the context is stopped.
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField);

@@ -17,7 +17,7 @@ constexpr int kWidest = 32;
 
 struct Number {
   int width = 0;
-  std::size_t length = 0;  // characters of the pattern that it takes
+  std::size_t length = 0;  // in characters of the pattern
 };
 
 // The %d or %0Nd at the beginning of the text.

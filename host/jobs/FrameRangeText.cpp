@@ -15,7 +15,7 @@ namespace {
   Refuse("frames", "expected " + expected + ", found " + Quoted(text));
 }
 
-// Reads numbers and marks off the front of a text.
+// Reads numbers and separators from the front of a text.
 class RangeScanner {
  public:
   explicit RangeScanner(std::string_view text) : text_(text), rest_(text) {}

@@ -1,5 +1,4 @@
-// One use of the effect by the stand-alone host: its pictures, its properties and what to render.
-// The command line fills it from options, the job file from JSON; SequenceRenderer carries it out.
+// A render job: pictures, properties and frames. Made from options or from a job file, rendered by SequenceRenderer.
 #pragma once
 
 #include <array>
@@ -17,7 +16,7 @@ enum class EffectKind : std::int32_t { Filter = 1, Source = 2, Generator = 3, Pa
 
 enum class FieldChoice : std::int32_t { Frame = 0, First = 1, Second = 2, Both = 3 };
 
-// A picture or a sequence of pictures, and where it lies.
+// A picture or a sequence of pictures, and its position.
 struct ImageRecord {
   // A file name or a pattern (%04d, ####), as the user wrote it; relative to Job::folder.
   std::string file;
@@ -93,7 +92,7 @@ struct Job {
   std::optional<double> duration;
   FieldChoice field = FieldChoice::Frame;
   std::optional<Region> roi;
-  // The four content properties: absent, the output's size in pixels; unreadable when told so.
+  // The four content properties; absent: the output's size in pixels.
   std::optional<ProjectSizes> project;
   bool projectUnreadable = false;
   std::array<double, 2> proxy{1.0, 1.0};

@@ -1,5 +1,4 @@
-// What a job means where it leaves something open, and whether it can be carried out: asked before
-// anything is read or written.
+// Resolves what a job leaves open, and checks that it can be rendered, before anything is read or written.
 #pragma once
 
 #include <cstdint>
@@ -11,15 +10,14 @@ namespace vblur::host {
 EffectKind ResolveKind(const Job& job);
 // The job's frames; frame 0 alone when it names none.
 FrameRange ResolveFrames(const Job& job);
-// The length of the effect in frames; when the job names none, all from the first to the last, whatever
-// the step.
+// The length of the effect in frames; by default from the first to the last frame, whatever the step.
 double ResolveDuration(const Job& job);
-// The time of frame n: one unit a frame, from the first one's.
+// The time of a frame: one unit a frame, counted from the first.
 double FrameTime(const Job& job, std::int32_t frame);
 
 bool NeedsInput(EffectKind kind);
 
-// Refuses values that no job may hold: numbers that are not finite, an unknown depth or kind, property
+// Refuses invalid values: numbers that are not finite, an unknown depth or kind, property
 // values that are not allowed, empty regions, sizes below one pixel, frames in the wrong order, and
 // regions and masks that reach beyond 32-bit pixel positions. Throws Failure (wrong usage) that names the
 // field.

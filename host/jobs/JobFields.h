@@ -1,4 +1,4 @@
-// The names that a job file's fields and values have, for the one who reads and the one who writes them.
+// The names of a job file's fields and values, for its reader and its writer.
 #pragma once
 
 #include <algorithm>
@@ -21,7 +21,7 @@ inline constexpr std::array<std::string_view, 7> kOutput{"file",  "position", "s
                                                          "width", "height",   "initial"};
 inline constexpr std::array<std::string_view, 2> kProject{"userSize", "worldSize"};
 
-// The kinds that have a name; the others are told by their number.
+// Named kinds; the others are written as numbers.
 inline constexpr std::array<std::pair<std::string_view, EffectKind>, 4> kKinds{{
     {"filter", EffectKind::Filter},
     {"paint", EffectKind::Paint},

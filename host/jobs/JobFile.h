@@ -13,22 +13,22 @@ namespace vblur::host {
 // Reads a job file. File names in it start from its folder, which becomes Job::folder. Throws Failure,
 // whose line begins with the file's name: cannot read for a file that is missing, unreadable or larger than
 // 16 MiB; wrong usage for anything wrong in it, with the line and the column, or the path of the value such
-// as "properties/Blur/keys/3" (items are counted from 0). What the fields mean together is CheckJob's
-// matter, except that `output` is always needed and `input` for every kind but 3 and 7.
+// as "properties/Blur/keys/3" (items are counted from 0). CheckJob
+// checks the fields together, except that `output` is always needed and `input` for every kind but 3 and 7.
 Job ReadJobFile(const std::filesystem::path& path);
 
-// The same from text, for file names that start from a folder; lines of failures name no file.
+// Parses the text of a job file; file names start from `folder`. Failures name no file.
 Job ParseJob(std::string_view text, const std::filesystem::path& folder);
 
 // Writes a job so that ReadJobFile gives an equal one: what differs from the defaults, list entries as
-// text, numbers to the last bit. The file appears when it is complete and replaces one of the same name.
+// text, numbers to the last bit. The file appears when complete and replaces an existing one.
 // When the job's folder is not that of the file, relative file names are rewritten so that they mean the
 // same pictures. Throws Failure: cannot write; wrong usage for a job that a file cannot hold, which is one
 // that CheckValues refuses, one with a step between frames (a job file renders every frame from the first
 // to the last), or one with file names that are not UTF-8.
 void WriteJobFile(const Job& job, const std::filesystem::path& path);
 
-// The text of the file for a job whose file names start from the file's folder already.
+// The text of a job file; file names are written unchanged.
 std::string FormatJob(const Job& job);
 
 }  // namespace vblur::host

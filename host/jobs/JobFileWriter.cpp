@@ -81,8 +81,8 @@ Json JobToJson(const Job& job) {
   return json;
 }
 
-// A file name that started from one folder, as it must read to start from another. Only the steps up at
-// its beginning are carried out: further ones may pass through links.
+// A file name relative to `from`, made relative to `to`. Only leading `..` steps are resolved: later ones may pass
+// through links.
 std::string Rebased(const std::string& file, fs::path from, const fs::path& to) {
   const fs::path name(file);
   if (name.is_absolute()) return file;

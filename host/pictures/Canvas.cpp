@@ -59,7 +59,7 @@ void Canvas::Curve(std::span<const CanvasPoint> points, std::int32_t thickness, 
     const auto y1 = static_cast<std::int32_t>(std::lround(points[i - 1].y));
     const auto x2 = static_cast<std::int32_t>(std::lround(points[i].x));
     const auto y2 = static_cast<std::int32_t>(std::lround(points[i].y));
-    // A cross for a brush: the line is as wide in every direction, and few strokes make it.
+    // The brush is a cross, so the line is about as wide in every direction with few strokes.
     for (std::int32_t shift = -before; shift < thickness - before; ++shift) {
       OIIO::ImageBufAlgo::render_line(buffer_, x1 + shift, y1, x2 + shift, y2, Values(colour));
       OIIO::ImageBufAlgo::render_line(buffer_, x1, y1 + shift, x2, y2 + shift, Values(colour));

@@ -1,4 +1,4 @@
-// A picture to draw explanations on: flat colours, lines and other pictures. Row 0 is the top.
+// A canvas for sheets and plots: flat colours, lines and pictures. Row 0 is the top.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ class Canvas {
   std::int32_t width() const { return width_; }
   std::int32_t height() const { return height_; }
 
-  // What lies outside the canvas is left out, here and below.
+  // Everything is clipped to the canvas, here and below.
   void FillBox(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, Colour colour);
   // The outline of a box, one pixel wide, just outside of it.
   void Frame(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, Colour colour);
@@ -46,7 +46,7 @@ class Canvas {
   void Curve(std::span<const CanvasPoint> points, std::int32_t thickness, Colour colour);
   // A four-component picture with its upper left corner at (x, y).
   void Picture(std::int32_t x, std::int32_t y, const HostImage& picture, AlphaView view);
-  // A canvas `factor` times as large as what it becomes here: drawn large, its hard edges turn smooth.
+  // Draws a canvas scaled down by `factor`, which antialiases it.
   void Reduced(std::int32_t x, std::int32_t y, const Canvas& large, std::int32_t factor);
 
   // An opaque 8-bit picture of it.

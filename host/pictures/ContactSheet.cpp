@@ -41,7 +41,7 @@ double MeanAlpha(const HostImage& picture) {
   return sum / (static_cast<double>(picture.width()) * picture.height());
 }
 
-// What is not seen of alpha is said.
+// Text about alpha that the panels do not show.
 std::string NoteOf(const SheetPlan& plan, const SheetPanel& panel, double meanAlpha) {
   if (plan.showsAlpha) return panel.note;
   std::array<char, 48> text{};

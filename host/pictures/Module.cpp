@@ -1,4 +1,4 @@
-// What the host looks up in this module.
+// The functions that this module exports.
 #include <OpenImageIO/imagebufalgo.h>
 
 #include "host/files/PictureLibrary.h"
@@ -12,7 +12,7 @@ namespace vblur::host {
 
 namespace {
 
-// The library takes pictures without const, and leaves those alone that it reads.
+// The library takes non-const pictures but only reads inputs.
 OIIO::ImageBuf View(const HostImage& image) {
   const OIIO::TypeDesc type = image.depth() == 8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::INT16;
   return OIIO::ImageBuf(OIIO::ImageSpec(image.width(), image.height(), 4, type), image.FirstPixel());

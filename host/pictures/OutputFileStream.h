@@ -1,5 +1,5 @@
-// The file that a picture library writes into. It keeps the first error of the system and hides it from
-// the library: some lose it, and one ends the whole program.
+// The output stream for the picture library. Keeps the first system error and hides it from the format libraries: some
+// lose it, and one exits the process.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class OutputFileStream final : public OIIO::Filesystem::IOProxy {
   explicit OutputFileStream(const std::filesystem::path& path);
   ~OutputFileStream() override;
 
-  // Not "file": the library takes that for its own class.
+  // Not "file": the library treats that type as its own class.
   const char* proxytype() const override { return "checked file"; }
   void close() override;
   int64_t tell() override;

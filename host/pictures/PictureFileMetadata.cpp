@@ -8,7 +8,7 @@ namespace vblur::host {
 
 namespace {
 
-// Passed on from any format to any other that has a place for it.
+// Passed on between formats that support it.
 constexpr std::array<std::string_view, 22> kKept = {
     "PixelAspectRatio", "Orientation",    "XResolution",   "YResolution",     "ResolutionUnit",
     "ICCProfile",       "smpte:TimeCode", "smpte:KeyCode", "FramesPerSecond", "chromaticities",

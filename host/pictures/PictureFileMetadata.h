@@ -1,4 +1,4 @@
-// What a picture file tells beside its pixels and what is passed on to the file that is made of it.
+// Metadata of a picture file, passed on to the output.
 #pragma once
 
 #include <string>
@@ -10,8 +10,7 @@ namespace vblur::host {
 struct PictureMetadata {
   // Only what an output may repeat: never how the pixels were stored.
   OIIO::ParamValueList attributes;
-  // Colours are stored multiplied by alpha, so the file says. The numbers are left alone; the file
-  // made of them says the same.
+  // The file declares premultiplied colours. Values are unchanged, and the output declares the same.
   bool associatedAlpha = false;
   // The compression of an OpenEXR file when it loses nothing, else empty.
   std::string losslessExr;

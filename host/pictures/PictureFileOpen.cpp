@@ -26,8 +26,7 @@ std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::
   return nullptr;
 }
 
-// The formats that a file may turn out to be in although its name says another. All of them know
-// their own files by the first bytes.
+// Formats tried when the extension's format fails. Each recognises its files by their first bytes.
 constexpr std::array kKnownByContent = {"png", "jpeg", "tiff",     "openexr", "dpx", "webp", "bmp", "sgi",
                                         "hdr", "pnm",  "jpeg2000", "cineon",  "gif", "psd",  "iff", "heif"};
 

@@ -1,4 +1,4 @@
-// How picture files are opened, for the few files that talk to the picture library.
+// Opens picture files with the picture library.
 #pragma once
 
 #include <filesystem>
@@ -11,8 +11,8 @@
 
 namespace vblur::host {
 
-// While one lives, what libraries print on the standard error stream by themselves is dropped: their
-// errors come back as results and are reported once. For the whole process, from any thread.
+// While one exists, the standard error stream of the process is suppressed: format libraries print errors there that
+// they also return. From any thread.
 class PictureFileChatter {
  public:
   PictureFileChatter();

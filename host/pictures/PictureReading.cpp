@@ -13,7 +13,7 @@ bool StopsReading(void* stop, float /*portion*/) {
   return test && test();
 }
 
-// A reader that patches up a file cut short says so although it has "succeeded".
+// Some readers fill in a truncated file and succeed, with an error message.
 bool WasCutShort(const std::string& message) {
   return message.find("Premature end") != std::string::npos;
 }

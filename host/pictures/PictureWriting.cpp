@@ -15,7 +15,7 @@ namespace vblur::host {
 
 namespace {
 
-// Nothing is lost that need not be. The levels are those beyond which files hardly become smaller.
+// Lossless where possible. Higher compression levels hardly make files smaller.
 void SetCompression(const OutputFormat& format, const PictureMetadata* metadata, OIIO::ImageSpec& spec) {
   if (format.name == "jpeg") spec.attribute("jpeg:subsampling", "4:4:4");
   if (format.name == "png") spec.attribute("png:compressionLevel", 4);
@@ -32,7 +32,7 @@ OIIO::ImageSpec Describe(const PictureToWrite& picture, const OIIO::ImageOutput&
   OIIO::ImageSpec spec(image.width(), image.height(), format.hasAlpha ? 4 : 3,
                        half ? OIIO::TypeDesc(OIIO::TypeDesc::HALF) : TypeOf(format.SamplesAt(image.depth())));
   if (metadata) ApplyMetadata(*metadata, writer, spec);
-  // The writer multiplies or divides unless the file is to hold what the memory holds.
+  // Without this the writer multiplies by alpha or divides by it.
   const bool saysAssociated = metadata && metadata->associatedAlpha && format.name == "tiff";
   if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
   SetCompression(format, metadata, spec);
@@ -43,7 +43,7 @@ bool StopsWriting(void* stop, float /*portion*/) {
   return (*static_cast<const StopTest*>(stop))();
 }
 
-// One picture on its way into one file.
+// Writes one picture into one file.
 class Writing {
  public:
   explicit Writing(const PictureToWrite& picture)

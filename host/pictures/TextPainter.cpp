@@ -52,7 +52,7 @@ std::int32_t TextPainter::Width(const std::string& text, const TextStyle& style)
 void TextPainter::Paint(Canvas& canvas, std::int32_t x, std::int32_t y, const std::string& text,
                         const TextStyle& style) const {
   if (text.empty()) return;
-  // The library centres on the ink of a line, which makes neighbours of equal width jump.
+  // The library centres a line by its ink, so lines of equal width would not align.
   if (style.align == TextAlign::Right) x -= Width(text, style);
   if (style.align == TextAlign::Centre) x -= Width(text, style) / 2;
   const std::array<float, 4> colour{style.colour.red, style.colour.green, style.colour.blue, 1.0f};

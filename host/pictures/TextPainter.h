@@ -1,4 +1,4 @@
-// Text for pictures that explain: finds a font of the system and draws with it.
+// Draws text with a system font.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-// Property files: what the host keeps of an effect's properties, plain values and curves, to be put on
-// another effect another day.
+// Property files: saved properties, plain values and curves, to apply to another effect.
 #pragma once
 
 #include <filesystem>
@@ -18,8 +17,8 @@ PropertyStore PropertiesOf(IDSProperties& effect);
 // begins with the file's name, as ReadJobFile does.
 PropertyStore ReadPropertyFile(const std::filesystem::path& path);
 
-// Writes a file that ReadPropertyFile gives equal properties for, to the last bit. It appears when it is
-// complete and replaces one of the same name. Throws Failure (cannot write).
+// ReadPropertyFile reads equal properties, to the last bit. The file appears when complete and replaces an existing
+// one. Throws Failure (cannot write).
 void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path);
 
 }  // namespace vblur::host

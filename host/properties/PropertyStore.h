@@ -1,5 +1,4 @@
-// The host's property container: what the user has set, by GUID, as plain values or curves. What was
-// not set has the default of the property table.
+// The properties that the user has set, by GUID, as plain values or curves. Others have the property table's default.
 #pragma once
 
 #include <map>
@@ -26,7 +25,7 @@ class PropertyStore {
   const Setting* Find(const GUID& property) const;
   // The value at a time: of the curve, the plain value or the default. The property must be in the table.
   double ValueAt(const GUID& property, double time) const;
-  // All that was set, in no order that means anything.
+  // All that was set, in any order.
   const std::map<GUID, Setting>& settings() const { return settings_; }
 
   friend bool operator==(const PropertyStore&, const PropertyStore&) = default;

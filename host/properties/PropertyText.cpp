@@ -24,7 +24,7 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
 }
 
-// A finite number, all of the text.
+// The whole text as a finite number.
 std::optional<double> ReadNumber(std::string_view text) {
   if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   double value = 0.0;

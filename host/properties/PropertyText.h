@@ -1,4 +1,4 @@
-// Properties as text: what a user types for them on a command line, and how they are shown again.
+// Properties as text: parsing and formatting of values and keys.
 //
 // A setting is written in one of three ways:
 //
@@ -28,14 +28,14 @@ namespace vblur::host {
 const Property* FindPropertyNamed(std::string_view name);
 // The property of this unique name or option name. Throws Failure, with the nearest name.
 const Property& PropertyNamed(std::string_view name);
-// The line for a name that no property has, with the nearest name if one is near.
+// The message for an unknown name, with the nearest name if one is close.
 std::string UnknownProperty(std::string_view name);
 // The name of a property's command line option, without the dashes: "Effect Gain" -> "effect-gain".
 std::string OptionName(const Property& property);
 
 // Whether a property can hold the number: finite; a whole number within the list; 0 or 1.
 bool IsAllowed(const Property& property, double value);
-// The values that IsAllowed means, in words, to stand behind "expected".
+// The allowed values in words, to follow "expected".
 std::string ExpectedValue(const Property& property);
 // The number of a list's entry from its text; nothing when the property has no such entry.
 std::optional<double> FindEntry(const Property& property, std::string_view text);

@@ -12,7 +12,7 @@ namespace vblur::host {
 
 namespace {
 
-// Lets items in, one after the other in their order, while there is a lane for them.
+// Admits items in order, as lanes become free.
 class Gate {
  public:
   explicit Gate(std::size_t lanes) {
@@ -20,7 +20,7 @@ class Gate {
       free_.push_back(lane - 1);
   }
 
-  // Waits for the item's turn; its lane.
+  // Waits for the item's turn; returns its lane.
   std::size_t Enter(std::int64_t item) {
     std::unique_lock hold(lock_);
     changed_.wait(hold, [&] { return next_ == item && !free_.empty(); });
@@ -62,7 +62,7 @@ class Pipeline {
   }
 
  private:
-  // An item that was begun passes every gate, even when its stages are left out, so that none waits for it.
+  // A started item passes every gate, even when its stages are skipped: later items wait for it there.
   void CarryItems(std::size_t slot) {
     while (const auto item = BeginItem()) {
       Guarded([&] { stages_.read(slot, *item); });

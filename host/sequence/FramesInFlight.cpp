@@ -6,7 +6,7 @@ namespace vblur::host {
 
 namespace {
 
-// One frame that is read and one that is written beside those that render.
+// One frame being read and one being written, beside those that render.
 constexpr std::int64_t kForFiles = 2;
 
 }  // namespace

@@ -28,7 +28,7 @@ Json Seconds(const StageTimes& times) {
   return {{"read", times.read}, {"render", times.render}, {"write", times.write}};
 }
 
-// How much of the source the frame asked for beyond its output.
+// The source needed beyond the output.
 std::string Overscan(const std::optional<InputOverscan>& overscan) {
   if (!overscan) return {};
   char text[120];

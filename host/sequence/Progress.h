@@ -1,5 +1,4 @@
-// Tells a person or a scheduler how a render goes: a bar on a terminal, a line or a JSON object for each
-// frame, or nothing.
+// Reports the progress of a render: a bar on a terminal, a line or a JSON object for each frame, or nothing.
 #pragma once
 
 #include <chrono>
@@ -13,7 +12,7 @@ namespace vblur::host {
 
 enum class ProgressStyle {
   None,   // failures only
-  Bar,    // one line that is drawn again at most ten times a second, and failures
+  Bar,    // one line, redrawn at most ten times a second, and failures
   Lines,  // a line for each frame and one at the end
   Json,   // an object for each frame and one at the end, nothing else
 };
@@ -35,7 +34,7 @@ class Progress : public RenderObserver {
   ProgressStyle style_;
   std::int64_t frames_ = 0;
   std::int64_t finished_ = 0;
-  std::int64_t rendered_ = 0;  // finished and neither skipped nor failed
+  std::int64_t rendered_ = 0;  // neither skipped nor failed
   std::chrono::steady_clock::time_point start_;
   std::chrono::steady_clock::time_point drawn_;
 };
@@ -43,8 +42,7 @@ class Progress : public RenderObserver {
 // "0:07", "12:40", "1:02:03".
 std::string FormatDuration(double seconds);
 
-// One line for a program that reads them: the object's text without line breaks. Control characters and
-// bytes that are not UTF-8 are replaced.
+// A JSON object on one line. Control characters and bytes that are not UTF-8 are replaced.
 std::string ProgressJsonLine(const FrameResult& result);
 
 }  // namespace vblur::host

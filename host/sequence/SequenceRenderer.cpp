@@ -42,7 +42,7 @@ class Stopwatch {
   Clock::time_point start_ = Clock::now();
 };
 
-// A frame that is to leave no trace: the run ended before it was done.
+// Thrown to drop a frame when the run ends before it is finished.
 struct FrameDropped {};
 
 // A frame in flight; the next one in this slot uses its buffers again.
@@ -94,9 +94,9 @@ class SequenceRun {
   JobPictures pictures_;
   std::int32_t depth_ = 16;
   CoordMan coordMan_;
-  // One for each lane; those behind the first are its clones and go before it.
+  // One for each lane; all but the first are clones of the first and are destroyed before it.
   std::vector<HostedEffect> effects_;
-  // The frame that ended the run by failing; those before it are finished.
+  // The frame whose failure ended the run; frames before it are finished.
   std::atomic<std::int64_t> lastIndex_ = std::numeric_limits<std::int64_t>::max();
   RenderSummary summary_;
 };
@@ -155,7 +155,7 @@ void SequenceRun::SettleDepth() {
   }
 }
 
-// What the first frame takes; an input that cannot be read is that frame's failure, later.
+// From the size of the first frame; if it cannot be read, the frame fails later.
 SequenceLanes SequenceRun::SettleLanes() {
   SequenceLoad load;
   load.frames = frames_.count();
@@ -185,7 +185,7 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
   effects_.emplace_back(makeEffect_(), options_.trace);
   effects_.front().SetRenderThreads(lanes.threads);
   effects_.front().SetUp(job_, coordMan_, context_);
-  // Frames side by side render on clones alone, so that what they report to their source meets nobody there.
+  // Frames side by side render on clones only: the source that they report to renders nothing meanwhile.
   for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
     effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
   for (HostedEffect& effect : effects_)

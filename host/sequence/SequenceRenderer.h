@@ -1,5 +1,4 @@
-// Carries out a job: reads the pictures of every frame, has the effect render it and writes the result,
-// with the work of neighbouring frames overlapping.
+// Renders a job: reads, renders and writes its frames, with several frames in flight.
 #pragma once
 
 #include <chrono>
@@ -22,15 +21,15 @@ enum class OnError { Stop, Skip };
 struct RenderOptions {
   bool overwrite = false;
   bool skipExisting = false;
-  // What a frame that fails does to those behind it. The frames before it are finished in any case.
+  // Whether frames after a failed one are rendered. Frames before it are always finished.
   OnError onError = OnError::Stop;
-  // Threads of the whole run; 0: one for each processor.
+  // Threads in total; 0: one per processor.
   std::int32_t threads = 0;
-  // How many frames render side by side; 0: as FramesInFlight picks.
+  // Frames that render side by side; 0: as FramesInFlight picks.
   std::int32_t framesInFlight = 0;
-  // What the pictures of frames on their way may take, in bytes, as FramesInFlight reckons it.
+  // Limit for the pictures of all frames in flight, in bytes.
   std::int64_t memory = std::int64_t{2} << 30;
-  // Where the calls on the effect are noted; null: nowhere.
+  // Logs the calls on the effect; may be null.
   CallTrace* trace = nullptr;
 };
 
@@ -66,22 +65,19 @@ struct RenderSummary {
   ExitCode code = ExitCode::Done;
 };
 
-// Told about each frame when it has come to its end, in order, one call at a time, from a thread of the
-// renderer.
+// Told about each finished frame, in order, one call at a time, on a thread of the renderer.
 class RenderObserver {
  public:
   virtual ~RenderObserver() = default;
 
-  // How many frames there are, and how many of them render side by side.
+  // The number of frames, and how many render side by side.
   virtual void OnStart(std::int64_t frames, std::int32_t framesInFlight) = 0;
   virtual void OnFrame(const FrameResult& result) = 0;
 };
 
-// Renders the whole job. `context` may be stopped at any time from any thread: the frame that is being
-// rendered or written is given up without a trace. Before the first frame the job is checked, and every
-// input and output file name looked at; what is wrong there is thrown as a Failure, and nothing has been
-// written. A frame that fails is reported to the observer; the summary's code is then its own code when
-// that ended the run, else SomeFramesFailed.
+// Renders the whole job. `context` may be stopped at any time from any thread; unfinished frames then leave no files.
+// Checks the job and all its file names first and throws Failure before anything is written. A frame that fails is
+// reported to the observer; the summary's code is its code when it ended the run, else SomeFramesFailed.
 RenderSummary RenderSequence(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options,
                              ExecuteContext& context, RenderObserver& observer);
 

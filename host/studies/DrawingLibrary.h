@@ -1,5 +1,4 @@
-// What draws the pictures of studies: contact sheets and plots. It is in the module that reads and writes picture
-// files.
+// Draws contact sheets and plots. Part of the module that reads and writes picture files.
 #pragma once
 
 #include "host/hosted/EffectServer.h"
@@ -10,7 +9,7 @@
 
 namespace vblur::host {
 
-// Any number of threads may ask it at once.
+// Thread-safe.
 class DrawingLibrary {
  public:
   virtual ~DrawingLibrary() = default;

@@ -12,7 +12,7 @@ namespace {
 constexpr std::int32_t kProfileRows = KernelProfile::kEdges / 4;
 constexpr std::int32_t kMostCells = 81;
 
-// The two levels of one edge. They move by steps that share no rhythm, so that roundings differ.
+// The two levels of one edge. The steps have no common period, so that rounding errors differ.
 struct Levels {
   std::int32_t low = 0;
   std::int32_t high = 0;
@@ -34,7 +34,7 @@ Job KernelJob(double blur, double aspect) {
   return job;
 }
 
-// 8 bits round so much that many corners are needed, and as many as a second or so allows.
+// 8 bits need many corners; as many as about a second allows.
 std::int32_t CornersFor(std::int32_t depth, std::int32_t side) {
   if (depth != 8) return 16;
   return side < 300 ? 512 : 64;
@@ -83,7 +83,7 @@ double SumOfComponents(const HostImage& image, std::int32_t x, std::int32_t y) {
   return sum;
 }
 
-// Every other edge of a profile falls, so that what rounding does to one side of an edge evens out.
+// Every other edge of a profile falls, so that rounding bias cancels.
 bool Falls(std::int32_t row) {
   return row % 2 == 1;
 }
@@ -140,7 +140,7 @@ double KernelProfile::Sigma() const {
 
 double KernelProfile::WidthAtHalf() const {
   const double half = Peak() / 2.0;
-  // From outside, so that a rough top does not count.
+  // From outside, to ignore noise near the peak.
   const auto walk = [&](std::int32_t step) {
     std::int32_t x = step * reach;
     while (x != 0 && At(x) < half)

@@ -1,8 +1,7 @@
 // The effect's impulse response, measured from what it renders.
 //
-// A single bright pixel will not do: at larger sizes every pixel that it turns into is rounded away. So
-// edges of nearly the whole range are rendered, many of different heights so that their roundings
-// differ, and the mean of them is differentiated: how an edge rises from pixel to pixel is the response.
+// A single bright pixel does not work: at larger sizes its response is rounded to zero. Instead many edges of nearly
+// full range and different heights, so that rounding errors differ, are rendered, averaged and differentiated.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +13,7 @@ namespace vblur::host {
 
 // Along x alone, with no blur along y: what a pixel at distance x gets of an impulse of 1.
 struct KernelProfile {
-  static constexpr std::int32_t kEdges = 256;  // how many rendered edges it is the mean of
+  static constexpr std::int32_t kEdges = 256;  // edges averaged
 
   std::int32_t reach = 0;       // beyond this distance all weights are 0
   std::vector<double> weights;  // from -reach to reach
@@ -26,7 +25,7 @@ struct KernelProfile {
   double Peak() const;
   // Standard deviation, in pixels.
   double Sigma() const;
-  // The distance between the places where it falls to half of its peak, straight between pixels.
+  // Full width at half maximum, interpolated linearly between pixels.
   double WidthAtHalf() const;
 };
 
@@ -34,7 +33,7 @@ struct KernelProfile {
 struct KernelPicture {
   std::int32_t cells = 1;  // a side, odd: the impulse lies in the middle of the middle one
   std::int32_t cellPixels = 1;
-  std::int32_t corners = 0;     // how many rendered corners it is the mean of
+  std::int32_t corners = 0;     // corners averaged
   std::vector<double> weights;  // row by row
 
   double Peak() const;
@@ -74,7 +73,7 @@ KernelDifference LargestDifference(const KernelProfile& profile, const Gaussian&
 KernelProfile MeasureProfile(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 
-// What there is to tell of a size.
+// All facts about a size.
 struct KernelReport {
   double blur = 0.0;
   std::int32_t depth = 16;
@@ -83,7 +82,7 @@ struct KernelReport {
   KernelPicture picture;
 };
 
-// Throws as they do.
+// Throws as RenderInMemory does.
 KernelReport MeasureKernel(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 
 }  // namespace vblur::host

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kSizes[] = {0.0, 1.0, 2.5, 6.0, 15.0, 40.0, 100.0, 250.0};
 constexpr int kRampSteps = 8;
-// Keys and fade points are told in percent of the transition.
+// Keys and fade points are percentages of the transition.
 constexpr double kTransitionLength = 100.0;
 
 struct Default {
@@ -21,7 +21,7 @@ struct Default {
   double value;
 };
 
-// What a sheet sets by itself so that there is something to see; what the user gives comes first.
+// Defaults of a sheet; the user's values win.
 std::span<const Default> DefaultsOf(SheetKind kind) {
   using enum PropertyId;
   static constexpr Default kEdges[] = {{Blur, 4.0},     {CropLeft, 30.0},     {CropRight, 70.0},   {CropBottom, 30.0},
@@ -67,7 +67,7 @@ std::string SettingText(const PropertyStore& store, const Property& property) {
          FormatSetting(property, setting ? *setting : PropertyStore::Setting(property.defaultValue));
 }
 
-// Whether a sheet tells of a property although it stands at its default.
+// Whether a sheet lists a property even at its default.
 bool IsAlwaysTold(SheetKind kind, PropertyId id) {
   switch (id) {
     case PropertyId::Blur: return kind != SheetKind::Sizes;

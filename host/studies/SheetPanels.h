@@ -1,4 +1,4 @@
-// The contact sheets that there are, and what each of their panels shows.
+// The kinds of contact sheets, and what each panel shows.
 #pragma once
 
 #include <array>
@@ -17,7 +17,7 @@ namespace vblur::host {
 
 enum class SheetKind { Channels, MixBack, Edges, Sizes, Ramps };
 
-// By SheetKind, as people type them.
+// By SheetKind, as typed on the command line.
 inline constexpr std::array<std::string_view, 5> kSheetNames = {"channels", "mix-back", "edges", "sizes", "ramps"};
 
 struct SheetPanel {
@@ -36,7 +36,7 @@ struct SheetPlan {
   std::string settings;
   std::string hint;
   std::int32_t columns = 1;
-  // The room for one picture, in pixels.
+  // The space for one picture, in pixels.
   std::int32_t roomWidth = 0;
   std::int32_t roomHeight = 0;
   EffectKind use = EffectKind::Filter;
@@ -53,13 +53,13 @@ struct SheetRequest {
   SheetKind kind = SheetKind::Channels;
   PropertyStore properties;
   std::set<PropertyId> given;
-  // Absent: as it suits the sheet.
+  // Absent: the sheet's default.
   std::optional<bool> showsAlpha;
 };
 
 using SizeFacts = std::function<BlurSizeFacts(double blur)>;
 
-// Throws Failure (wrong usage) when a property is given that the sheet goes through by itself.
+// Throws Failure (wrong usage) for a given property that the sheet varies.
 SheetPlan PlanSheet(const SheetRequest& request, const SizeFacts& facts);
 
 }  // namespace vblur::host

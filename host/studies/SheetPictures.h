@@ -1,4 +1,4 @@
-// The pictures of a contact sheet, made ready for its panels.
+// The pictures of a contact sheet, scaled to its panels.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ struct SheetPoint {
 SheetPoint PanelSize(const SheetPlan& plan, std::int32_t width, std::int32_t height);
 // A picture of another size, each component by itself as the effect handles them.
 void ScalePicture(const HostImage& from, std::int32_t width, std::int32_t height, HostImage& to);
-// Turned upside down with red, green and blue exchanged: a second clip for those who have none.
+// Rotated by 180 degrees with colours permuted: the default second clip.
 void MakeSecondClip(const HostImage& from, HostImage& to);
 
 }  // namespace vblur::host

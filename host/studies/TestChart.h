@@ -1,6 +1,6 @@
 // A generated picture that shows what a blur does: colour bars and hard edges, smooth and stepped ramps,
-// lines of every width, a zone plate, a star, single points, and a soft disc whose colours go on where it
-// is transparent. No text, no photo.
+// lines of several widths, a zone plate, a star, single points, and a soft disc that keeps its colours where
+// it is transparent.
 #pragma once
 
 #include <cstdint>

@@ -74,9 +74,7 @@ class ScriptReader {
  private:
   std::string Place() const { return name_ + ":" + std::to_string(line_); }
 
-  [[noreturn]] void Refuse(const std::string& problem) const {
-    throw Failure(ExitCode::WrongUsage, Place() + ": " + problem);
-  }
+  [[noreturn]] void Refuse(const std::string& problem) const { host::Refuse(Place(), problem); }
 
   // The message quotes the whole line.
   void RequireWords(const Words& words, std::size_t least, std::size_t most, const std::string& form) const {

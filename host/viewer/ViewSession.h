@@ -54,6 +54,7 @@ class ViewSession {
   PropertyStore Properties() const;
   const ViewGeometry& geometry() const { return *geometry_; }
   // For tests: how often a frame was rendered.
+  // Renders so far; for tests.
   std::int32_t rendersDone() const { return rendersDone_; }
 
  private:

@@ -2,7 +2,6 @@
 // paints. Belongs to the user-interface thread.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "host/hosted/CallTrace.h"
 #include "platform/ComPtr.h"
+#include "platform/RefCount.h"
 #include "platform/Viewer.h"
 
 namespace vblur::host {
@@ -79,7 +79,7 @@ class Viewer final : public IVWViewer, public IVWWindow {
   template <typename Call>
   HRESULT Made(const char* object, const std::string& text, Call call) const;
 
-  std::atomic<std::uint32_t> references_{1};
+  RefCount references_;
   CallTrace* trace_;
   IUnknown* edited_ = nullptr;
   std::vector<Context> contexts_;  // the top is last

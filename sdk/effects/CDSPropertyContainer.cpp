@@ -32,11 +32,11 @@ HRESULT CDSBasePropertyContainer::QueryInterface(const GUID& iid, void** result)
 }
 
 std::uint32_t CDSBasePropertyContainer::AddRef() {
-  return references_.fetch_add(1, std::memory_order_relaxed) + 1;
+  return references_.Add();
 }
 
 std::uint32_t CDSBasePropertyContainer::Release() {
-  const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+  const std::uint32_t left = references_.Drop();
   if (left == 0) delete this;
   return left;
 }

@@ -1,7 +1,7 @@
-#include <atomic>
 #include <new>
 
 #include "platform/Com.h"
+#include "platform/RefCount.h"
 
 namespace vblur {
 
@@ -19,9 +19,9 @@ class FreeThreadedMarshaler final : public IMarshal {
     FreeThreadedMarshaler::AddRef();
     return kOk;
   }
-  std::uint32_t AddRef() override { return references_.fetch_add(1, std::memory_order_relaxed) + 1; }
+  std::uint32_t AddRef() override { return references_.Add(); }
   std::uint32_t Release() override {
-    const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    const std::uint32_t left = references_.Drop();
     if (left == 0) delete this;
     return left;
   }
@@ -30,7 +30,7 @@ class FreeThreadedMarshaler final : public IMarshal {
  private:
   ~FreeThreadedMarshaler() = default;
 
-  std::atomic<std::uint32_t> references_{1};
+  RefCount references_;
   IUnknown* outer_;
 };
 

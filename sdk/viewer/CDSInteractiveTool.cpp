@@ -49,7 +49,7 @@ HRESULT PutAt(IDSProperties& properties, const GUID& property, const DSVariant& 
 }  // namespace
 
 std::uint32_t CDSCOMObject::DropReference() {
-  const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+  const std::uint32_t left = references_.Drop();
   if (left == 0) delete this;
   return left;
 }

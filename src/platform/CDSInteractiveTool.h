@@ -2,10 +2,10 @@
 // writes the properties of the operator that it is linked to. The host's viewer library implements it.
 #pragma once
 
-#include <atomic>
 #include <memory>
 
 #include "IDSProperties.h"
+#include "RefCount.h"
 #include "Viewer.h"
 
 namespace vblur {
@@ -20,11 +20,11 @@ class CDSCOMObject {
   CDSCOMObject() = default;
   virtual ~CDSCOMObject() = default;
 
-  std::uint32_t AddReference() { return references_.fetch_add(1, std::memory_order_relaxed) + 1; }
+  std::uint32_t AddReference() { return references_.Add(); }
   std::uint32_t DropReference();
 
  private:
-  std::atomic<std::uint32_t> references_{1};
+  RefCount references_;
 };
 
 // A client of the host's command map; tools have no commands unless they say so.

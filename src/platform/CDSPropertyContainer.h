@@ -2,13 +2,13 @@
 // map of the class; aliases. Implemented by sdk/effects.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "IDSProperties.h"
+#include "RefCount.h"
 
 namespace vblur {
 
@@ -30,7 +30,7 @@ class CDSBasePropertyContainer : public IDSProperties {
   virtual void* FindInterface(const GUID& iid);
 
  private:
-  std::atomic<std::uint32_t> references_{1};
+  RefCount references_;
 };
 
 class CDSPropertyContainer : public CDSBasePropertyContainer {

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "platform/Com.h"
+#include "platform/RefCount.h"
 
 namespace vblur {
 
@@ -35,10 +36,10 @@ class CDsClassFactory : public IClassFactory {
     return kOk;
   }
 
-  std::uint32_t AddRef() override { return references_.fetch_add(1, std::memory_order_relaxed) + 1; }
+  std::uint32_t AddRef() override { return references_.Add(); }
 
   std::uint32_t Release() override {
-    const std::uint32_t left = references_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    const std::uint32_t left = references_.Drop();
     if (left == 0) delete this;
     return left;
   }
@@ -84,7 +85,7 @@ class CDsClassFactory : public IClassFactory {
     return marshaler_->QueryInterface(iid, result);
   }
 
-  std::atomic<std::uint32_t> references_{1};
+  RefCount references_;
   CRITICAL_SECTION creation_;
   IUnknown* marshaler_ = nullptr;
 };

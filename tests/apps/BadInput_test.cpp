@@ -1,4 +1,4 @@
-// Everything that a user can get wrong is one clear line, and no output is touched.
+// Every user error is one line, and no output is touched.
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -94,7 +94,7 @@ TEST_F(BadInput, OutputsThatCannotBe) {
 
 TEST_F(BadInput, NoRightToWrite) {
   if (::geteuid() == 0) {
-    // Nothing is forbidden to this user but what the kernel itself refuses.
+    // root may write anywhere except where the kernel refuses.
     const auto result = Run({"render", "in.png", "/proc/out.png"});
     EXPECT_EQ(result.exit, 4);
     EXPECT_EQ(result.err.rfind("vblur: /proc/out.png: cannot write: ", 0), 0u) << result.err;

@@ -1,4 +1,4 @@
-// Runs a program as a process of its own and keeps what it says.
+// Runs a program as a child process and captures its output.
 #pragma once
 
 #include <chrono>
@@ -65,7 +65,7 @@ class Process {
   }
 
  private:
-  // Beside the folder, so that what stands in it is the program's alone.
+  // Outside of the folder, which holds the program's files only.
   std::string StreamFile(const char* name) const { return folder_.string() + "." + name + std::to_string(number_); }
 
   [[noreturn]] void Become(std::vector<char*>& arguments, rlim_t fileLimit) const {

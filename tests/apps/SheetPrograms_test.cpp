@@ -1,4 +1,4 @@
-// vblur sheet and vblur kernel as a user runs them: what they write, and what they refuse.
+// The commands sheet and kernel: what they write and refuse.
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {

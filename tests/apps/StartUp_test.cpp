@@ -1,4 +1,4 @@
-// What the program loads: nobody waits for hundreds of libraries who needs no picture.
+// Which libraries a run loads: those of the picture library only when needed.
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -6,7 +6,7 @@ namespace {
 
 class StartUp : public ProgramTest {
  protected:
-  // What the dynamic loader tells of the libraries that a run of the program looks for.
+  // The dynamic loader's log of the libraries that a run searches.
   std::string LibrariesOf(std::vector<std::string> arguments, int exit) const {
     const Environment what("LD_DEBUG", "libs");
     const ProcessResult result = Run(std::move(arguments));
@@ -44,7 +44,7 @@ TEST_F(StartUp, NorDoMistakes) {
   ExpectNoPictureLibrary({"chart", "out.png", "--depth", "12"}, 2);
 }
 
-// What the tests above look for is what a run that needs it shows.
+// A run that needs the library shows what the tests above search for.
 TEST_F(StartUp, APictureLoadsIt) {
   MakePicture("in.png");
   for (const std::string& libraries :

@@ -11,7 +11,7 @@ std::int32_t DrawSide(Rolls& roll) {
   return roll.OneIn(8) ? roll.Whole(1, 3) : roll.OneIn(10) ? roll.Whole(40, 90) : roll.Whole(2, 33);
 }
 
-// A single row has no second field; that is seldom what a frame is about.
+// Rarely a single row, which has no second field.
 std::int32_t DrawHeight(Rolls& roll, host::FieldChoice field) {
   const std::int32_t height = DrawSide(roll);
   return field != host::FieldChoice::Frame && height == 1 && !roll.OneIn(10) ? 2 : height;
@@ -40,7 +40,7 @@ DrawnPicture DrawPicture(Rolls& roll, std::int32_t depth, std::int32_t component
   return picture;
 }
 
-// Masks know "nothing" and "all" above all, and at 16 bits amounts below zero.
+// Masks are mostly 0 and full, and at 16 bits also negative.
 DrawnPicture DrawMask(Rolls& roll, std::int32_t depth, std::int32_t width, std::int32_t height) {
   DrawnPicture mask{width, height, 1, {}};
   const std::int32_t top = depth == 8 ? 255 : 32767;
@@ -51,7 +51,7 @@ DrawnPicture DrawMask(Rolls& roll, std::int32_t depth, std::int32_t width, std::
   return mask;
 }
 
-// Mostly where the picture is said to be, at times anywhere.
+// Mostly at the picture's place, at times anywhere.
 void DrawPlace(Rolls& roll, host::ImageRecord& record) {
   if (roll.OneIn(2)) record.origin = {roll.Whole(-12, 12), roll.Whole(-12, 12)};
   if (roll.OneIn(6)) record.position = {roll.Real(-9.0, 9.0), roll.Real(-9.0, 9.0)};

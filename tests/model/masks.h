@@ -1,4 +1,4 @@
-// What decides how much of the effect stands: channel masks and the paint mask.
+// Channel masks and the paint mask: how much of the effect is kept.
 #pragma once
 
 #include <array>

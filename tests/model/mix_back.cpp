@@ -9,7 +9,7 @@ namespace {
 
 using blend::FloatPixel;
 
-/// The float nearest 1/255: what a blend or a gain may be off and still count as neutral.
+/// The float nearest 1/255: the tolerance within which a blend or a gain counts as neutral.
 constexpr double kNeutral = 0.003921568859368563;
 
 struct Method {

@@ -1,4 +1,4 @@
-// What a call complains about, for tests of messages and exit codes.
+// The failure of a call, for tests of messages and exit codes.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// What the sanitizers are told about the picture library, which is not built with them.
+// Sanitizer options for the picture library, which is built without sanitizers.
 // NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' own names.
 extern "C" {
 const char* __asan_default_options();
@@ -15,7 +15,7 @@ const char* __lsan_default_suppressions() {
   return "leak:OpenImageIO";
 }
 
-// The locks of its thread pool are out of the sanitizer's sight.
+// The sanitizer does not see the locks of its thread pool.
 const char* __tsan_default_suppressions() {
   return "race:libOpenImageIO\ncalled_from_lib:libOpenImageIO.so\ncalled_from_lib:libOpenImageIO_Util.so";
 }

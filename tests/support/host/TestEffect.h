@@ -1,5 +1,4 @@
-// A small real effect for tests of the renderer: the output becomes the input with a number added to
-// every component, and it keeps what it was told.
+// A small effect for tests of the renderer: adds a number to every component of the input, and records its calls.
 #pragma once
 
 #include <functional>
