@@ -116,7 +116,7 @@ PropertyStore HostedEffect::Properties() const {
     if (properties_->GetCurve(property.guid, &curve) == kOk) {
       store.Set(property.guid, *curve);
     } else if (properties_->GetValue(property.guid, &value) == kOk) {
-      store.Set(property.guid, value.asNumber());
+      store.Set(property.guid, value.AsNumber());
     }
   }
   return store;

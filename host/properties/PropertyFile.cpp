@@ -33,7 +33,7 @@ PropertyStore PropertiesOf(IDSProperties& effect) {
     if (effect.GetCurve(property.guid, &curve) == kOk) {
       store.Set(property.guid, *curve);
     } else if (effect.GetValue(property.guid, &value) == kOk) {
-      store.Set(property.guid, value.asNumber());
+      store.Set(property.guid, value.AsNumber());
     } else {
       Refuse(property.name, "the effect does not have this property");
     }

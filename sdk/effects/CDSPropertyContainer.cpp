@@ -89,10 +89,10 @@ HRESULT CDSPropertyContainer::PutValue(const GUID& property, const DSVariant& va
   const CDSPropertiesMapEntry* entry = FindEntry(property);
   if (entry == nullptr) return kWrongArgument;
   const bool isFloat = entry->param.type == DSValueType::Float64;
-  if (isFloat && !std::isfinite(value.asNumber())) return kWrongArgument;
+  if (isFloat && !std::isfinite(value.AsNumber())) return kWrongArgument;
   void* member = entry->member(*this);
   if (isFloat) {
-    *static_cast<double*>(member) = value.asNumber();
+    *static_cast<double*>(member) = value.AsNumber();
   } else {
     *static_cast<std::int32_t*>(member) = value.type == DSValueType::Float64 ? Truncated(value.number) : value.whole;
   }
@@ -103,7 +103,7 @@ HRESULT CDSPropertyContainer::GetValueAt(const GUID& property, double time, doub
   if (value == nullptr) return kNullPointer;
   DSVariant plain;
   if (const HRESULT result = GetValue(property, &plain); result != kOk) return result;
-  *value = GetValueDirect(Resolve(property), plain.asNumber(), time);
+  *value = GetValueDirect(Resolve(property), plain.AsNumber(), time);
   return kOk;
 }
 

@@ -43,7 +43,7 @@ HRESULT PutAt(IDSProperties& properties, const GUID& property, const DSVariant& 
   const HRESULT found = properties.GetCurve(property, &curve);
   if (found < 0) return found;
   if (curve == nullptr) return properties.PutValue(property, value);
-  return properties.PutCurve(property, WithKey(*curve, {time, value.asNumber()}));
+  return properties.PutCurve(property, WithKey(*curve, {time, value.AsNumber()}));
 }
 
 }  // namespace
@@ -181,7 +181,7 @@ HRESULT CDSInteractiveTool::SetAnimatedProperty(const GUID& property, const DSVa
   if (operator_ == nullptr) return kFailed;
   const HRESULT result = PutAt(*operator_, property, value, TimeOf(time));
   if (host::toolObserver != nullptr) {
-    host::toolObserver->OnSetAnimatedProperty(property, value.asNumber(), time, result);
+    host::toolObserver->OnSetAnimatedProperty(property, value.AsNumber(), time, result);
   }
   return result;
 }

@@ -10,7 +10,7 @@ namespace vblur {
 namespace {
 
 void Show(HvTObject& widget, bool show) {
-  const std::uint32_t others = widget.state() & ~static_cast<std::uint32_t>(HvTObject::kVisible);
+  const std::uint32_t others = widget.State() & ~static_cast<std::uint32_t>(HvTObject::kVisible);
   widget.SetVisibility(show ? others | HvTObject::kVisible : others);
 }
 
@@ -50,13 +50,13 @@ void HvDsEffect::ReleaseOverlay() {
 
 void Blur::AttachOverlay() {
   if (!overlayTool) return;
-  blurControl.SetParent(&overlayTool->frameCentre());
+  blurControl.SetParent(&overlayTool->FrameCentre());
   blurControl.BindProperties(PropertyOf(PropertyId::Blur).guid, PropertyOf(PropertyId::Aspect).guid);
   Show(blurControl, false);
   overlayTool->AddDsObject(&blurControl);
   if (!overlayReady) UpdateOverlayPlacement();
 
-  cropControl.SetParent(&overlayTool->viewZero());
+  cropControl.SetParent(&overlayTool->ViewZero());
   cropControl.BindProperties(PropertyOf(PropertyId::CropLeft).guid, PropertyOf(PropertyId::CropRight).guid,
                              PropertyOf(PropertyId::CropBottom).guid, PropertyOf(PropertyId::CropTop).guid);
   Show(cropControl, false);

@@ -18,9 +18,9 @@ class HvList {
   HvList& operator=(const HvList&) = delete;
   virtual ~HvList() { Clear(); }
 
-  Node* first() const { return first_; }
-  Node* last() const { return last_; }
-  Node* cursor() const { return cursor_; }
+  Node* First() const { return first_; }
+  Node* Last() const { return last_; }
+  Node* Cursor() const { return cursor_; }
 
   T Append(T element) {
     Node* node = new Node{element, nullptr, last_};

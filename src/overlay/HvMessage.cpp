@@ -26,19 +26,19 @@ HvMessage::~HvMessage() {
   if (kind_ == kForbiddenKind || kind_ == kForbiddenKindToo) std::abort();
 }
 
-std::uint32_t HvMessage::asWhole() const {
+std::uint32_t HvMessage::AsWhole() const {
   std::uint32_t value = 0;
   std::memcpy(&value, payload_.data(), sizeof value);
   return value;
 }
 
-float HvMessage::asNumber() const {
+float HvMessage::AsNumber() const {
   float value = 0.0f;
   std::memcpy(&value, payload_.data(), sizeof value);
   return value;
 }
 
-HvPoint HvMessage::asPosition() const {
+HvPoint HvMessage::AsPosition() const {
   HvPoint value;
   std::memcpy(&value, payload_.data(), sizeof value);
   return value;

@@ -42,16 +42,16 @@ class HvMessage {
   // A pen position in the space of the manager's children.
   static HvMessage OfPosition(std::uint32_t id, HvPoint pos) { return {id, kHoldsPosition, &pos, sizeof pos}; }
 
-  const char* text() const { return text_.data(); }
-  std::uint32_t id() const { return id_; }
-  std::uint32_t kind() const { return kind_; }
-  std::uint32_t reserved() const { return reserved_; }
+  const char* Text() const { return text_.data(); }
+  std::uint32_t Id() const { return id_; }
+  std::uint32_t Kind() const { return kind_; }
+  std::uint32_t Reserved() const { return reserved_; }
 
   // The payload by kind; 0 if it was not set.
-  std::uint32_t asWhole() const;
-  float asNumber() const;
-  HvPoint asPosition() const;
-  bool isPosition() const { return kind_ == kHoldsPosition || kind_ == kHoldsPositionToo; }
+  std::uint32_t AsWhole() const;
+  float AsNumber() const;
+  HvPoint AsPosition() const;
+  bool IsPosition() const { return kind_ == kHoldsPosition || kind_ == kHoldsPositionToo; }
 
  protected:
   HvMessage(std::uint32_t id, std::uint32_t kind, const void* payload, std::size_t size);

@@ -12,7 +12,7 @@ void HvMessageSender::Send(const HvMessage& message) {
 
 HvMessageSender::~HvMessageSender() {
   // Only the first handler: later ones must not outlive this sender.
-  const auto* first = handlers_.first();
+  const auto* first = handlers_.First();
   if (first == nullptr || first->element == nullptr) return;
   first->element->senders_.Remove(this);
 }

@@ -20,7 +20,7 @@ class HvMessageSender {
   // Calls every handler in the order of linking.
   void Send(const HvMessage& message);
 
-  const HvList<HvMessageHandler*>& handlers() const { return handlers_; }
+  const HvList<HvMessageHandler*>& Handlers() const { return handlers_; }
 
  private:
   friend class HvMessageHandler;
@@ -39,7 +39,7 @@ class HvMessageHandler {
   // `sender` is null for a message from the viewer tool.
   virtual void HandleMessage(const HvMessage& message, HvMessageSender* sender) = 0;
 
-  const HvList<HvMessageSender*>& senders() const { return senders_; }
+  const HvList<HvMessageSender*>& Senders() const { return senders_; }
 
  private:
   friend class HvMessageSender;

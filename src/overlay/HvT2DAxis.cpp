@@ -30,11 +30,11 @@ float AngleOf(HvPoint offset) {
 }
 
 // About (0, 0), anticlockwise.
-struct Rotation {
+struct PlaneRotation {
   float sine;
   float cosine;
 
-  static Rotation By(float degrees) {
+  static PlaneRotation By(float degrees) {
     const double angle = Radians(degrees);
     return {static_cast<float>(std::sin(angle)), static_cast<float>(std::cos(angle))};
   }
@@ -79,30 +79,30 @@ HvT2DAxis::~HvT2DAxis() {
   Detach();
 }
 
-float HvT2DAxis::xAspect() const {
+float HvT2DAxis::XAspect() const {
   return aspect_ < 0.0f ? 1.0f - std::clamp(-aspect_, 0.0f, 1.0f) : 1.0f;
 }
 
-float HvT2DAxis::yAspect() const {
+float HvT2DAxis::YAspect() const {
   return aspect_ > 0.0f ? 1.0f - std::min(aspect_, 1.0f) : 1.0f;
 }
 
 HvPoint HvT2DAxis::BoxCorner() const {
-  return {xAspect() * scale_ * scaleX_ * axisLength(), yAspect() * scale_ * scaleY_ * axisLength()};
+  return {XAspect() * scale_ * scaleX_ * AxisLength(), YAspect() * scale_ * scaleY_ * AxisLength()};
 }
 
 HvPoint HvT2DAxis::AspectHandlePos() const {
-  if (!offers(kAnyScale)) return {xAspect() * axisLength(), yAspect() * axisLength()};
+  if (!Offers(kAnyScale)) return {XAspect() * AxisLength(), YAspect() * AxisLength()};
   const HvPoint corner = BoxCorner();
   const float length = std::hypot(corner.x, corner.y);
   if (length == 0.0f) return corner;
-  const float offset = kAspectHandleOffset * handleScale();
+  const float offset = kAspectHandleOffset * HandleScale();
   return corner + HvPoint{corner.x / length * offset, corner.y / length * offset};
 }
 
 void HvT2DAxis::UpdateMatrices() {
   if ((axisFlags_ & kMatricesStale) == 0) return;
-  const HvPoint full = fullScale();
+  const HvPoint full = FullScale();
   forward_ = {};
   forward_.Scale(full.x, full.y);
   forward_.Rotate(Radians(rotation_));
@@ -127,7 +127,7 @@ void HvT2DAxis::SetAxisFlags(std::uint32_t flags) {
 }
 
 void HvT2DAxis::SetCentre(float x, float y) {
-  if ((effectiveMask() & kTranslate) != kTranslate) return;
+  if ((EffectiveMask() & kTranslate) != kTranslate) return;
   if (centre_ == HvPoint{x, y}) return;
   centre_ = {x, y};
   Restate();
@@ -170,9 +170,9 @@ void HvT2DAxis::TakeBox(const HvBox& area) {
 }
 
 void HvT2DAxis::ComputeBox(HvBox& box) {
-  const std::uint32_t mask = effectiveMask();
+  const std::uint32_t mask = EffectiveMask();
   if (mask == 0) {
-    const HvPoint point{handleScale() * centre_.x, handleScale() * centre_.y};
+    const HvPoint point{HandleScale() * centre_.x, HandleScale() * centre_.y};
     box = BoxOf(point, {0.0f, 0.0f});
     return;
   }
@@ -181,14 +181,14 @@ void HvT2DAxis::ComputeBox(HvBox& box) {
     box.Grow(HvPoint{x, y});
     box.Grow(HvPoint{-x, -y});
   };
-  const Rotation rotate = Rotation::By(rotation_);
-  if ((mask & kTranslateX) != 0) growBothWays(axisLength(), kArrowBoxWidth);
-  if ((mask & kTranslateY) != 0) growBothWays(kArrowBoxWidth, axisLength());
-  if ((mask & kRotate) != 0) growBothWays(arcRadius(), arcRadius());
+  const PlaneRotation rotate = PlaneRotation::By(rotation_);
+  if ((mask & kTranslateX) != 0) growBothWays(AxisLength(), kArrowBoxWidth);
+  if ((mask & kTranslateY) != 0) growBothWays(kArrowBoxWidth, AxisLength());
+  if ((mask & kRotate) != 0) growBothWays(ArcRadius(), ArcRadius());
   if ((mask & kAnyScale) != 0) {
     // The aspect is ignored.
-    const float x = scale_ * axisLength() * scaleX_;
-    const float y = scale_ * axisLength() * scaleY_;
+    const float x = scale_ * AxisLength() * scaleX_;
+    const float y = scale_ * AxisLength() * scaleY_;
     for (const HvPoint corner : {HvPoint{x, y}, HvPoint{x, -y}, HvPoint{-x, -y}, HvPoint{-x, y}})
       box.Grow(rotate(corner));
   }
@@ -221,8 +221,8 @@ HvT2DAxis::Probe HvT2DAxis::ProbeAt(HvPoint pos, HvPoint tolerance) const {
   Probe probe;
   probe.tolerance = tolerance;
   probe.offset = pos - centre_;
-  probe.unrotated = Rotation::By(-rotation_)(probe.offset);
-  probe.scale = fullScale();
+  probe.unrotated = PlaneRotation::By(-rotation_)(probe.offset);
+  probe.scale = FullScale();
   probe.unit = {probe.unrotated.x / probe.scale.x, probe.unrotated.y / probe.scale.y};
   probe.unitTolerance = {tolerance.x / std::abs(probe.scale.x), tolerance.y / std::abs(probe.scale.y)};
   return probe;
@@ -230,30 +230,30 @@ HvT2DAxis::Probe HvT2DAxis::ProbeAt(HvPoint pos, HvPoint tolerance) const {
 
 std::uint32_t HvT2DAxis::HandleAt(const Probe& probe) const {
   const HvPoint dotReach = probe.tolerance + kDotMargin;
-  if (offers(kAspect) && IsNearer(AspectHandlePos() - probe.unrotated, dotReach)) return kAspect;
-  if (offers(kTranslateX) && offers(kTranslateY) && IsNearer(probe.offset, dotReach)) return kTranslate;
-  const float fromArc = std::abs(std::hypot(probe.unrotated.x, probe.unrotated.y) - arcRadius());
+  if (Offers(kAspect) && IsNearer(AspectHandlePos() - probe.unrotated, dotReach)) return kAspect;
+  if (Offers(kTranslateX) && Offers(kTranslateY) && IsNearer(probe.offset, dotReach)) return kTranslate;
+  const float fromArc = std::abs(std::hypot(probe.unrotated.x, probe.unrotated.y) - ArcRadius());
   const float angle = AngleOf(probe.unrotated);
-  if (offers(kRotate) && fromArc < probe.tolerance.x && -kHalfArc < angle && angle < kHalfArc) return kRotate;
+  if (Offers(kRotate) && fromArc < probe.tolerance.x && -kHalfArc < angle && angle < kHalfArc) return kRotate;
   if (const std::uint32_t handle = ScaleHandleAt(probe); handle != 0) return handle;
   return ArrowAt(probe);
 }
 
 std::uint32_t HvT2DAxis::ScaleHandleAt(const Probe& probe) const {
-  const float length = axisLength();
+  const float length = AxisLength();
   const HvPoint unit = probe.unit;
   const bool nearX = std::abs(std::abs(unit.x) - length) < probe.unitTolerance.x;
   const bool nearY = std::abs(std::abs(unit.y) - length) < probe.unitTolerance.y;
-  if (offers(kScale) && nearX && nearY) return kScale;
-  if (offers(kScaleX) && nearX && -length < unit.y && unit.y < length) return kScaleX;
-  if (offers(kScaleY) && nearY && -length < unit.x && unit.x < length) return kScaleY;
+  if (Offers(kScale) && nearX && nearY) return kScale;
+  if (Offers(kScaleX) && nearX && -length < unit.y && unit.y < length) return kScaleX;
+  if (Offers(kScaleY) && nearY && -length < unit.x && unit.x < length) return kScaleY;
   return 0;
 }
 
 std::uint32_t HvT2DAxis::ArrowAt(const Probe& probe) const {
   const HvPoint tolerance = probe.tolerance;
-  if (offers(kTranslateY) && IsNearer(probe.offset, {tolerance.x, axisLength() + tolerance.y})) return kTranslateY;
-  if (offers(kTranslateX) && IsNearer(probe.offset, {axisLength() + tolerance.x, tolerance.y})) return kTranslateX;
+  if (Offers(kTranslateY) && IsNearer(probe.offset, {tolerance.x, AxisLength() + tolerance.y})) return kTranslateY;
+  if (Offers(kTranslateX) && IsNearer(probe.offset, {AxisLength() + tolerance.x, tolerance.y})) return kTranslateX;
   return 0;
 }
 
@@ -264,7 +264,7 @@ void HvT2DAxis::SetFlips(std::uint32_t handle, const Probe& probe) {
 }
 
 void HvT2DAxis::SetActiveHandle(std::uint32_t handle) {
-  if (target() != this || active_ != handle) MarkDirty();
+  if (Target() != this || active_ != handle) MarkDirty();
   HvTObject::SetTarget(this);
   active_ = handle;
 }
@@ -273,9 +273,9 @@ std::int32_t HvT2DAxis::Press(HvPoint pos) {
   if (active_ == 0) return 0;
   Send(HvMessage::OfWhole(kInteractionBegins, active_));
   lastPos_ = pos;
-  if (isActive(kRotate)) lastAngle_ = AngleOf(pos - centre_);
-  if (isActive(kAnyScale | kAspect)) {
-    const Rotation back = Rotation::By(-rotation_);
+  if (IsActive(kRotate)) lastAngle_ = AngleOf(pos - centre_);
+  if (IsActive(kAnyScale | kAspect)) {
+    const PlaneRotation back = PlaneRotation::By(-rotation_);
     pressSin_ = back.sine;
     pressCos_ = back.cosine;
   }
@@ -284,20 +284,20 @@ std::int32_t HvT2DAxis::Press(HvPoint pos) {
 
 std::int32_t HvT2DAxis::Drag(HvPoint pos) {
   const HvPoint offset = pos - centre_;
-  const HvPoint unrotated = Rotation{pressSin_, pressCos_}(offset);
-  if (isActive(kTranslate)) {
+  const HvPoint unrotated = PlaneRotation{pressSin_, pressCos_}(offset);
+  if (IsActive(kTranslate)) {
     DragTranslate(pos);
-  } else if (isActive(kRotate)) {
+  } else if (IsActive(kRotate)) {
     DragRotate(offset);
-  } else if (isActive(kScale)) {
+  } else if (IsActive(kScale)) {
     DragScale(unrotated);
-  } else if (isActive(kScaleX)) {
-    scaleX_ = unrotated.x / scale_ / axisLength();
+  } else if (IsActive(kScaleX)) {
+    scaleX_ = unrotated.x / scale_ / AxisLength();
     if ((flipFlags_ & kFlipX) != 0) scaleX_ = -scaleX_;
-  } else if (isActive(kScaleY)) {
-    scaleY_ = unrotated.y / scale_ / axisLength();
+  } else if (IsActive(kScaleY)) {
+    scaleY_ = unrotated.y / scale_ / AxisLength();
     if ((flipFlags_ & kFlipY) != 0) scaleY_ = -scaleY_;
-  } else if (isActive(kAspect)) {
+  } else if (IsActive(kAspect)) {
     DragAspect(unrotated);
   }
   if (active_ != 0) UpdateBox();
@@ -310,8 +310,8 @@ std::int32_t HvT2DAxis::Drag(HvPoint pos) {
 void HvT2DAxis::DragTranslate(HvPoint pos) {
   const HvPoint delta = pos - lastPos_;
   lastPos_ = pos;
-  if (isActive(kTranslateX)) centre_.x += delta.x;
-  if (isActive(kTranslateY)) centre_.y += delta.y;
+  if (IsActive(kTranslateX)) centre_.x += delta.x;
+  if (IsActive(kTranslateY)) centre_.y += delta.y;
 }
 
 void HvT2DAxis::DragRotate(HvPoint offset) {
@@ -329,9 +329,9 @@ void HvT2DAxis::DragScale(HvPoint unrotated) {
   const float x = unrotated.x / scaleX_;
   const float y = unrotated.y / scaleY_;
   if (std::abs(x) > std::abs(y)) {
-    scale_ = x / axisLength() * ((flipFlags_ & kFlipX) != 0 ? -1.0f : 1.0f);
+    scale_ = x / AxisLength() * ((flipFlags_ & kFlipX) != 0 ? -1.0f : 1.0f);
   } else {
-    scale_ = y / axisLength() * ((flipFlags_ & kFlipY) != 0 ? -1.0f : 1.0f);
+    scale_ = y / AxisLength() * ((flipFlags_ & kFlipY) != 0 ? -1.0f : 1.0f);
   }
 }
 
@@ -363,11 +363,11 @@ std::int32_t HvT2DAxis::Leave() {
 }
 
 void HvT2DAxis::DrawTip(HvPoint pos) {
-  if (tip() == nullptr || isPressed()) return;
+  if (Tip() == nullptr || IsPressed()) return;
   const char* const verb = VerbOf(active_);
   if (verb == nullptr) return;
   std::array<char, 256> text;
-  std::snprintf(text.data(), text.size(), "%s the %s.", verb, tip());
+  std::snprintf(text.data(), text.size(), "%s the %s.", verb, Tip());
   DrawShadowText(text.data(), pos.x, pos.y);
 }
 

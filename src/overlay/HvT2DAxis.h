@@ -67,36 +67,36 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   // Position of the aspect handle relative to the centre, unrotated.
   HvPoint AspectHandlePos() const;
 
-  std::uint32_t handleMask() const { return handleMask_; }
+  std::uint32_t HandleMask() const { return handleMask_; }
   // The handle under the pen, or the one that is being dragged; 0 for none.
-  std::uint32_t active() const { return active_; }
-  std::uint32_t flipFlags() const { return flipFlags_; }
-  std::uint32_t axisFlags() const { return axisFlags_; }
+  std::uint32_t Active() const { return active_; }
+  std::uint32_t FlipFlags() const { return flipFlags_; }
+  std::uint32_t AxisFlags() const { return axisFlags_; }
   void SetAxisFlags(std::uint32_t flags);
-  HvPoint centre() const { return centre_; }
+  HvPoint Centre() const { return centre_; }
   // Per axis. May be negative; 0 makes the inverse the identity.
-  HvPoint axisScale() const { return {scaleX_, scaleY_}; }
+  HvPoint AxisScale() const { return {scaleX_, scaleY_}; }
   void SetAxisScale(float x, float y);
-  float scale() const { return scale_; }
+  float Scale() const { return scale_; }
   void SetScale(float scale);
   // Degrees, anticlockwise, not limited to 360.
-  float rotation() const { return rotation_; }
+  float Rotation() const { return rotation_; }
   void SetRotation(float degrees);
   // -1 to 1: negative values shrink x, positive ones y.
-  float aspect() const { return aspect_; }
+  float Aspect() const { return aspect_; }
   void SetAspect(float aspect);
   // Factors of the aspect per axis, 0 to 1.
-  float xAspect() const;
-  float yAspect() const;
+  float XAspect() const;
+  float YAspect() const;
 
  protected:
   // The mask for SetCentre, ComputeBox and the transform of a group.
-  std::uint32_t effectiveMask() const { return (axisFlags_ & kAsIfAll) != 0 ? 63u : handleMask_; }
+  std::uint32_t EffectiveMask() const { return (axisFlags_ & kAsIfAll) != 0 ? 63u : handleMask_; }
   // scale * axis scale * aspect, per axis.
-  HvPoint fullScale() const { return {scale_ * scaleX_ * xAspect(), scale_ * scaleY_ * yAspect()}; }
+  HvPoint FullScale() const { return {scale_ * scaleX_ * XAspect(), scale_ * scaleY_ * YAspect()}; }
   // Own to parent space and back; valid after UpdateMatrices.
-  const Matrix3& forward() const { return forward_; }
-  const Matrix3& inverse() const { return inverse_; }
+  const Matrix3& Forward() const { return forward_; }
+  const Matrix3& Inverse() const { return inverse_; }
   void UpdateMatrices();
   // Multiplies the current OpenGL matrix by the top of the overlay's stack.
   static void MultiplyByStackTop();
@@ -107,7 +107,7 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
     HvPoint tolerance;
     HvPoint offset;     // from the centre
     HvPoint unrotated;  // the same, in unrotated axes
-    HvPoint scale;      // fullScale()
+    HvPoint scale;      // FullScale()
     HvPoint unit;       // `unrotated` over the full scale
     HvPoint unitTolerance;
   };
@@ -127,10 +127,10 @@ class HvT2DAxis : public HvTObject, public HvMessageSender {
   // Invalidates the matrices and updates the box.
   void Restate();
 
-  bool offers(std::uint32_t handles) const { return (handleMask_ & handles) != 0; }
-  bool isActive(std::uint32_t handles) const { return (active_ & handles) != 0; }
-  float axisLength() const { return 37.0f * handleScale(); }
-  float arcRadius() const { return 32.0f * handleScale(); }
+  bool Offers(std::uint32_t handles) const { return (handleMask_ & handles) != 0; }
+  bool IsActive(std::uint32_t handles) const { return (active_ & handles) != 0; }
+  float AxisLength() const { return 37.0f * HandleScale(); }
+  float ArcRadius() const { return 32.0f * HandleScale(); }
   // The upper right corner of the scale box, relative to the centre, unrotated.
   HvPoint BoxCorner() const;
 

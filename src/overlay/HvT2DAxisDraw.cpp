@@ -58,7 +58,7 @@ struct LineStyle {
 }  // namespace
 
 void HvT2DAxis::MultiplyByStackTop() {
-  const auto& m = OverlayMatrixStack::Get().top().m;
+  const auto& m = OverlayMatrixStack::Get().Top().m;
   const std::array<GLfloat, 16> matrix{m[0], m[1], 0, 0, m[3], m[4], 0, 0, 0, 0, 1, 0, m[6], m[7], 0, 1};
   glMultMatrixf(matrix.data());
 }
@@ -66,46 +66,46 @@ void HvT2DAxis::MultiplyByStackTop() {
 void HvT2DAxis::Draw() {
   SmoothState smooth(SmoothState::kPoints | SmoothState::kLines | SmoothState::kPolygons);
   BeginSmooth(smooth);
-  if (usesStackMatrix()) {
+  if (UsesStackMatrix()) {
     glPushMatrix();
     MultiplyByStackTop();
   }
   glPushMatrix();
-  glTranslatef(offers(kTranslateX) ? centre_.x : 0.0f, offers(kTranslateY) ? centre_.y : 0.0f, 0.0f);
+  glTranslatef(Offers(kTranslateX) ? centre_.x : 0.0f, Offers(kTranslateY) ? centre_.y : 0.0f, 0.0f);
   glPushMatrix();
   glPushMatrix();
-  if (offers(kRotate)) glRotatef(rotation_, 0.0f, 0.0f, 1.0f);
+  if (Offers(kRotate)) glRotatef(rotation_, 0.0f, 0.0f, 1.0f);
   DrawRotatedHandles();
   glPopMatrix();
   if ((axisFlags_ & kNoTranslation) == 0) {
-    if (offers(kTranslateX)) DrawArrows(kTranslateX);
-    if (offers(kTranslateY)) DrawArrows(kTranslateY);
+    if (Offers(kTranslateX)) DrawArrows(kTranslateX);
+    if (Offers(kTranslateY)) DrawArrows(kTranslateY);
   }
   glPopMatrix();
   DrawName();
   glPopMatrix();
-  if (usesStackMatrix()) glPopMatrix();
+  if (UsesStackMatrix()) glPopMatrix();
   EndSmooth(smooth);
 }
 
 void HvT2DAxis::DrawRotatedHandles() const {
-  if (offers(kAspect) && isActive(kAspect) && (isPressed() || isHovered())) DrawAspectGuide();
-  if (offers(kAnyScale)) DrawScaleBox();
-  if (offers(kAspect)) DrawAspectHandle();
-  if (offers(kRotate)) DrawRotateHandle();
-  if (!offers(kTranslate) && (axisFlags_ & kAsIfAll) == 0) DrawCentreDot();
+  if (Offers(kAspect) && IsActive(kAspect) && (IsPressed() || IsHovered())) DrawAspectGuide();
+  if (Offers(kAnyScale)) DrawScaleBox();
+  if (Offers(kAspect)) DrawAspectHandle();
+  if (Offers(kRotate)) DrawRotateHandle();
+  if (!Offers(kTranslate) && (axisFlags_ & kAsIfAll) == 0) DrawCentreDot();
 }
 
 void HvT2DAxis::DrawAspectGuide() const {
   const LineStyle style = LineStyle::Dashed(kHvScaleHandle);
-  style.Line(0.0f, 0.0f, 0.0f, kAspectGuide * handleScale());
-  style.Line(0.0f, 0.0f, kAspectGuide * handleScale(), 0.0f);
+  style.Line(0.0f, 0.0f, 0.0f, kAspectGuide * HandleScale());
+  style.Line(0.0f, 0.0f, kAspectGuide * HandleScale(), 0.0f);
 }
 
 void HvT2DAxis::DrawScaleBox() const {
   const auto styleOf = [this](std::uint32_t handles) {
-    if (isActive(handles) && isPressed()) return LineStyle::Solid(kHvHighlight);
-    if (isActive(handles) && isHovered()) return LineStyle::Dashed(kHvScaleHandle);
+    if (IsActive(handles) && IsPressed()) return LineStyle::Solid(kHvHighlight);
+    if (IsActive(handles) && IsHovered()) return LineStyle::Dashed(kHvScaleHandle);
     return LineStyle::Solid(kHvScaleHandle);
   };
   const HvPoint half = BoxCorner();
@@ -120,57 +120,57 @@ void HvT2DAxis::DrawScaleBox() const {
 void HvT2DAxis::DrawAspectHandle() const {
   const HvPoint pos = AspectHandlePos();
   LineStyle style = LineStyle::Solid(kHvScaleHandle);
-  if (isActive(kAspect)) style = isPressed() ? LineStyle::Solid(kHvHighlight) : LineStyle::Dashed(kHvScaleHandle);
+  if (IsActive(kAspect)) style = IsPressed() ? LineStyle::Solid(kHvHighlight) : LineStyle::Dashed(kHvScaleHandle);
   style.Line(0.0f, 0.0f, pos.x, pos.y);
-  DrawDot(pos.x, pos.y, kDotRadius, kHvScaleHandle, isActive(kAspect) ? kHvHighlight : kHvDark);
+  DrawDot(pos.x, pos.y, kDotRadius, kHvScaleHandle, IsActive(kAspect) ? kHvHighlight : kHvDark);
 }
 
 void HvT2DAxis::DrawRotateHandle() const {
   HvColour a = kHvRotateHandle;
   HvColour b = kHvRotateHandle;
-  if (isActive(kRotate) && isHovered()) {
+  if (IsActive(kRotate) && IsHovered()) {
     b = kHvHighlight;
-  } else if (isActive(kRotate) && isPressed()) {
+  } else if (IsActive(kRotate) && IsPressed()) {
     a = b = kHvHighlight;
   }
-  const float s = handleScale();
+  const float s = HandleScale();
   const float end = kArcArrow * s;
   const HvPoint size{kArcArrowSize.x * s, kArcArrowSize.y * s};
-  DrawDashedLine(0.0f, 0.0f, arcRadius(), 0.0f, a, b);
-  DrawDashedArc(0.0f, 0.0f, arcRadius(), -kArcEnd, kArcEnd, a, b);
+  DrawDashedLine(0.0f, 0.0f, ArcRadius(), 0.0f, a, b);
+  DrawDashedArc(0.0f, 0.0f, ArcRadius(), -kArcEnd, kArcEnd, a, b);
   DrawArrowHeadAt({end, -end}, {-1.0f, -1.4142135f}, size, a, b);
   DrawArrowHeadAt({end, end}, {-1.0f, 1.4142135f}, size, a, b);
 }
 
 void HvT2DAxis::DrawCentreDot() const {
-  const HvColour fill = offers(kAnyScale | kAspect) ? kHvScaleHandle : kHvRotateHandle;
-  DrawDot(0.0f, 0.0f, kDotRadius, fill, isActive(kAspect) ? kHvHighlight : kHvDark);
+  const HvColour fill = Offers(kAnyScale | kAspect) ? kHvScaleHandle : kHvRotateHandle;
+  DrawDot(0.0f, 0.0f, kDotRadius, fill, IsActive(kAspect) ? kHvHighlight : kHvDark);
 }
 
 void HvT2DAxis::DrawArrows(Handle handle) const {
   LineStyle style = LineStyle::Solid(kHvTranslateHandle);
-  if (isActive(handle) && isHovered()) {
+  if (IsActive(handle) && IsHovered()) {
     style = LineStyle::Dashed(kHvTranslateHandle);
-  } else if (isActive(handle) && isPressed()) {
+  } else if (IsActive(handle) && IsPressed()) {
     style = LineStyle::Solid(kHvHighlight);
   }
-  const float s = handleScale();
+  const float s = HandleScale();
   const ArrowPair& arrows = handle == kTranslateX ? kArrowsAlongX : kArrowsAlongY;
   for (const auto& [from, to] : arrows.shafts)
     style.Line(from.x * s, from.y * s, to.x * s, to.y * s);
   for (const HvPoint direction : arrows.directions) {
-    const HvPoint tip{direction.x * axisLength(), direction.y * axisLength()};
+    const HvPoint tip{direction.x * AxisLength(), direction.y * AxisLength()};
     DrawArrowHeadAt(tip, direction, {kArrowSize.x * s, kArrowSize.y * s}, style.a, style.b);
   }
 }
 
 void HvT2DAxis::DrawName() const {
-  if ((axisFlags_ & kDrawName) == 0 || name() == nullptr) return;
-  const std::size_t length = std::strlen(name());
+  if ((axisFlags_ & kDrawName) == 0 || Name() == nullptr) return;
+  const std::size_t length = std::strlen(Name());
   SetGlColour(kNameShadow);
-  DrawText(name(), length, kNameShadowAt, kNameShadowAt);
+  DrawText(Name(), length, kNameShadowAt, kNameShadowAt);
   SetGlColour(kHvHighlight);
-  DrawText(name(), length, kNameAt, kNameAt);
+  DrawText(Name(), length, kNameAt, kNameAt);
 }
 
 }  // namespace vblur

@@ -14,22 +14,22 @@ void HvT2DAxisGroup::ShowOwnAxis(bool show) {
 
 HvPick HvT2DAxisGroup::Pick(HvPoint pos, HvPoint tolerance) {
   const HvPoint local = ToLocal(pos);
-  const HvPoint scale = fullScale();
+  const HvPoint scale = FullScale();
   const HvPoint localTolerance{tolerance.x / std::abs(scale.x), tolerance.y / std::abs(scale.y)};
   ClearTarget();
   HvPick pick;
   for (HvTContainer* container : {&children_, &secondChildren_}) {
     pick = container->PickChildren(local, localTolerance);
-    if (pick.object() == nullptr) continue;
-    HvTObject::SetTarget(container->hit());
+    if (pick.Object() == nullptr) continue;
+    HvTObject::SetTarget(container->Hit());
     return pick;
   }
-  return showsOwnAxis() ? HvT2DAxis::Pick(pos, tolerance) : pick;
+  return ShowsOwnAxis() ? HvT2DAxis::Pick(pos, tolerance) : pick;
 }
 
 void HvT2DAxisGroup::Draw() {
   UpdateMatrices();
-  if (showsOwnAxis()) {
+  if (ShowsOwnAxis()) {
     if (stackMatrixAxis_) {
       glPushMatrix();
       MultiplyByStackTop();
@@ -48,11 +48,11 @@ void HvT2DAxisGroup::DrawSecondChildren() {
 }
 
 void HvT2DAxisGroup::DrawFirstChildren() {
-  const std::uint32_t mask = effectiveMask();
+  const std::uint32_t mask = EffectiveMask();
   glPushMatrix();
-  glTranslatef((mask & kTranslateX) != 0 ? centre().x : 0.0f, (mask & kTranslateY) != 0 ? centre().y : 0.0f, 0.0f);
-  if ((mask & kRotate) != 0) glRotatef(rotation(), 0.0f, 0.0f, 1.0f);
-  const HvPoint scale = fullScale();
+  glTranslatef((mask & kTranslateX) != 0 ? Centre().x : 0.0f, (mask & kTranslateY) != 0 ? Centre().y : 0.0f, 0.0f);
+  if ((mask & kRotate) != 0) glRotatef(Rotation(), 0.0f, 0.0f, 1.0f);
+  const HvPoint scale = FullScale();
   if ((mask & (kAnyScale | kAspect)) != 0) glScalef(scale.x, scale.y, 1.0f);
   children_.DrawChildren();
   glPopMatrix();
@@ -61,7 +61,7 @@ void HvT2DAxisGroup::DrawFirstChildren() {
 void HvT2DAxisGroup::PushTransform() {
   UpdateMatrices();
   OverlayMatrixStack::Get().Push();
-  OverlayMatrixStack::Get().Multiply(forward());
+  OverlayMatrixStack::Get().Multiply(Forward());
 }
 
 void HvT2DAxisGroup::PopTransform() {
@@ -88,7 +88,7 @@ void HvT2DAxisGroup::ChildChanged(HvTObject* child) {
 void HvT2DAxisGroup::SetManager(HvTManager* manager) {
   HvT2DAxis::SetManager(manager);
   for (const HvTContainer* container : {&children_, &secondChildren_}) {
-    for (const auto* node = container->children().first(); node != nullptr; node = node->next)
+    for (const auto* node = container->Children().First(); node != nullptr; node = node->next)
       node->element->SetManager(manager);
   }
 }
@@ -96,10 +96,10 @@ void HvT2DAxisGroup::SetManager(HvTManager* manager) {
 std::int32_t HvT2DAxisGroup::AddChild(HvTObject* child) {
   HvTContainer& container = intoSecond_ ? secondChildren_ : children_;
   if (container.Append(child) == 0) return 0;
-  PutFlag(kHasBox, container.boxState() != HvTContainer::kSomeWithoutBox);
-  child->SetManager(manager());
-  if (!child->hasBox()) return 1;
-  childBox_ = child->box();
+  PutFlag(kHasBox, container.BoxState() != HvTContainer::kSomeWithoutBox);
+  child->SetManager(Manager());
+  if (!child->HasBox()) return 1;
+  childBox_ = child->Box();
   UpdateBox();
   return 1;
 }
@@ -109,7 +109,7 @@ std::int32_t HvT2DAxisGroup::RemoveChild(HvTObject* child) {
   const std::int32_t fromFirst = children_.Remove(child);
   const std::int32_t fromSecond = secondChildren_.Remove(child);
   if (fromFirst == 0 && fromSecond == 0) return 0;
-  if (target() == child) ClearTarget();
+  if (Target() == child) ClearTarget();
   child->SetManager(nullptr);
   child->SetParent(nullptr);
   ChildChanged(child);
@@ -118,19 +118,19 @@ std::int32_t HvT2DAxisGroup::RemoveChild(HvTObject* child) {
 
 void HvT2DAxisGroup::SetTarget(HvTObject* object) {
   HvTObject::SetTarget(object);
-  HvTContainer& container = children_.children().Contains(target()) ? children_ : secondChildren_;
-  container.SetHit(target());
+  HvTContainer& container = children_.Children().Contains(Target()) ? children_ : secondChildren_;
+  container.SetHit(Target());
 }
 
 void HvT2DAxisGroup::ComputeBox(HvBox& box) {
   HvT2DAxis::ComputeBox(box);
-  const bool isEmpty = children_.children().first() == nullptr && secondChildren_.children().first() == nullptr;
-  if (isEmpty || !hasBox()) return;
+  const bool isEmpty = children_.Children().First() == nullptr && secondChildren_.Children().First() == nullptr;
+  if (isEmpty || !HasBox()) return;
   UpdateMatrices();
   const HvBox& own = childBox_;
   for (const HvPoint corner : {HvPoint{own.minX, own.minY}, HvPoint{own.minX, own.maxY}, HvPoint{own.maxX, own.maxY},
                                HvPoint{own.maxX, own.minY}})
-    box.Grow(forward().Map(corner));
+    box.Grow(Forward().Map(corner));
 }
 
 }  // namespace vblur

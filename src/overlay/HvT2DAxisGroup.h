@@ -29,9 +29,9 @@ class HvT2DAxisGroup : public HvT2DAxis {
   // Bounds of handles and children, in the parent's space.
   void ComputeBox(HvBox& box) override;
 
-  std::uint32_t groupFlags() const { return groupFlags_; }
+  std::uint32_t GroupFlags() const { return groupFlags_; }
   // Whether the control itself is drawn and picked.
-  bool showsOwnAxis() const { return (groupFlags_ & kOwnAxis) != 0; }
+  bool ShowsOwnAxis() const { return (groupFlags_ & kOwnAxis) != 0; }
   void ShowOwnAxis(bool show);
   // Draw the own axis under the top of the overlay's matrix stack.
   void DrawAxisUnderStackMatrix(bool under) { stackMatrixAxis_ = under; }
@@ -39,10 +39,10 @@ class HvT2DAxisGroup : public HvT2DAxis {
   // matrix stays the parent's.
   void AddIntoSecond(bool second) { intoSecond_ = second; }
 
-  HvTContainer& children() { return children_; }
-  HvTContainer& secondChildren() { return secondChildren_; }
+  HvTContainer& Children() { return children_; }
+  HvTContainer& SecondChildren() { return secondChildren_; }
   // Bounds of all children in own space, including the own origin.
-  const HvBox& childBox() const { return childBox_; }
+  const HvBox& ChildBox() const { return childBox_; }
 
  private:
   void DrawFirstChildren();

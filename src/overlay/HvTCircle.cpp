@@ -22,8 +22,8 @@ HvTCircle::HvTCircle(const char* name, float radius) : HvTObject(name), radius_(
 
 // Truncated to whole numbers: exact enough for culling.
 void HvTCircle::UpdateBox() {
-  const float rx = std::trunc(radius_ * scaleX());
-  const float ry = std::trunc(radius_ * scaleY());
+  const float rx = std::trunc(radius_ * ScaleX());
+  const float ry = std::trunc(radius_ * ScaleY());
   PutBox({-rx, -ry}, {2.0f * rx, 2.0f * ry});
 }
 
@@ -42,13 +42,13 @@ bool HvTCircle::SetAspect(float aspect) {
 }
 
 double HvTCircle::RadiusAt(HvPoint pos) const {
-  const double acrossX = 1.0 / static_cast<double>(scaleX());
-  const double acrossY = 1.0 / static_cast<double>(scaleY());
+  const double acrossX = 1.0 / static_cast<double>(ScaleX());
+  const double acrossY = 1.0 / static_cast<double>(ScaleY());
   return std::hypot(static_cast<double>(pos.x) * acrossX, static_cast<double>(pos.y) * acrossY);
 }
 
 HvPick HvTCircle::Pick(HvPoint pos, HvPoint tolerance) {
-  if (!isFlat() && std::abs(static_cast<float>(RadiusAt(pos) - static_cast<double>(radius_))) < tolerance.x) {
+  if (!IsFlat() && std::abs(static_cast<float>(RadiusAt(pos) - static_cast<double>(radius_))) < tolerance.x) {
     SetTarget(this);
     return this;
   }
@@ -59,11 +59,11 @@ HvPick HvTCircle::Pick(HvPoint pos, HvPoint tolerance) {
 void HvTCircle::Draw() {
   glPushMatrix();
   glLineWidth(2.0f);
-  glScalef(scaleX(), scaleY(), 1.0f);
-  if (isHovered()) {
-    DrawDashedCircle(0.0f, 0.0f, radius_, colour(), kHvHighlight);
+  glScalef(ScaleX(), ScaleY(), 1.0f);
+  if (IsHovered()) {
+    DrawDashedCircle(0.0f, 0.0f, radius_, Colour(), kHvHighlight);
   } else {
-    SetGlColour(isPressed() ? kHvHighlight : colour());
+    SetGlColour(IsPressed() ? kHvHighlight : Colour());
     DrawCircleOutline(0.0f, 0.0f, radius_);
   }
   glLineWidth(1.0f);
@@ -76,7 +76,7 @@ std::int32_t HvTCircle::Press(HvPoint pos) {
 }
 
 std::int32_t HvTCircle::Drag(HvPoint pos) {
-  if (isFlat() || !SetRadius(static_cast<float>(RadiusAt(pos)))) return 0;
+  if (IsFlat() || !SetRadius(static_cast<float>(RadiusAt(pos)))) return 0;
   Send(HvMessage::OfNumber(kInteractionChanged, radius_));
   return 1;
 }

@@ -22,17 +22,17 @@ class HvTCircle : public HvTObject, public HvMessageSender {
   std::int32_t Release() override;
 
   // In the parent's units.
-  float radius() const { return radius_; }
+  float Radius() const { return radius_; }
   // Width over height, from 0 to infinity.
-  float aspect() const { return aspect_; }
+  float Aspect() const { return aspect_; }
   // True if the value changed. Sends no message.
   bool SetRadius(float radius);
   bool SetAspect(float aspect);
 
  private:
-  float scaleX() const { return aspect_ <= 1.0f ? aspect_ : 1.0f; }
-  float scaleY() const { return aspect_ < 1.0f ? 1.0f : 1.0f / aspect_; }
-  bool isFlat() const { return scaleX() == 0.0f || scaleY() == 0.0f; }
+  float ScaleX() const { return aspect_ <= 1.0f ? aspect_ : 1.0f; }
+  float ScaleY() const { return aspect_ < 1.0f ? 1.0f : 1.0f / aspect_; }
+  bool IsFlat() const { return ScaleX() == 0.0f || ScaleY() == 0.0f; }
   // The radius of the ring through a point. Not for a flat ring.
   double RadiusAt(HvPoint pos) const;
   void UpdateBox();

@@ -11,7 +11,7 @@ using AtLeaf = std::int32_t (HvTObject::*)();
 // Returns 0 where the chain of targets ends early, after a widget was removed.
 std::int32_t Descend(HvTObject* object, HvPoint pos, AtPoint act) {
   if (object == nullptr) return 0;
-  HvTObject* const next = object->target();
+  HvTObject* const next = object->Target();
   if (next == object) return (object->*act)(pos);
   const HvPoint local = object->ToLocal(pos);
   object->PushTransform();
@@ -20,13 +20,13 @@ std::int32_t Descend(HvTObject* object, HvPoint pos, AtPoint act) {
 }
 
 std::int32_t Descend(HvTObject* object, AtLeaf act) {
-  while (object != nullptr && object->target() != object)
-    object = object->target();
+  while (object != nullptr && object->Target() != object)
+    object = object->Target();
   return object == nullptr ? 0 : (object->*act)();
 }
 
 bool Reaches(const HvTObject& child, HvPoint pos, HvPoint tolerance) {
-  const HvBox box = child.box();
+  const HvBox box = child.Box();
   return pos.x + tolerance.x >= box.minX && pos.y + tolerance.y >= box.minY && box.maxX >= pos.x - tolerance.x &&
          box.maxY >= pos.y - tolerance.y;
 }
@@ -39,21 +39,21 @@ HvTContainer::~HvTContainer() {
 
 std::int32_t HvTContainer::Bounds(HvBox& box) {
   boxState_ = kNoChildren;
-  if (children_.first() == nullptr) {
+  if (children_.First() == nullptr) {
     box = {0.0f, 0.0f, 0.0f, 0.0f};
     return boxState_;
   }
   box = {};
-  for (const auto* node = children_.first(); node != nullptr; node = node->next) {
+  for (const auto* node = children_.First(); node != nullptr; node = node->next) {
     const HvTObject& child = *node->element;
-    if (!child.hasBox()) {
+    if (!child.HasBox()) {
       boxState_ = kSomeWithoutBox;
       continue;
     }
     if (boxState_ == kNoChildren) boxState_ = kAllWithBox;
     // Both corners: sizes may be negative.
-    box.Grow(child.origin());
-    box.Grow(child.origin() + child.size());
+    box.Grow(child.Origin());
+    box.Grow(child.Origin() + child.Size());
   }
   return boxState_;
 }
@@ -61,7 +61,7 @@ std::int32_t HvTContainer::Bounds(HvBox& box) {
 std::int32_t HvTContainer::Append(HvTObject* child) {
   if (child == nullptr || children_.Contains(child)) return 0;
   children_.Append(child);
-  boxState_ = child->hasBox() ? kAllWithBox : kSomeWithoutBox;
+  boxState_ = child->HasBox() ? kAllWithBox : kSomeWithoutBox;
   return 1;
 }
 
@@ -86,15 +86,15 @@ void HvTContainer::ClearChildren() {
 void HvTContainer::DrawChildren() {
   children_.Start();
   while (const auto* node = children_.Step()) {
-    if (node->element->isVisible()) node->element->Draw();
+    if (node->element->IsVisible()) node->element->Draw();
   }
 }
 
 HvPick HvTContainer::PickChildren(HvPoint pos, HvPoint tolerance) {
-  for (const auto* node = children_.last(); node != nullptr; node = node->previous) {
+  for (const auto* node = children_.Last(); node != nullptr; node = node->previous) {
     const HvPick pick = PickChild(*node->element, pos, tolerance);
-    if (!pick.endsSearch()) continue;
-    hit_ = pick.isSwallowed() ? nullptr : node->element;
+    if (!pick.EndsSearch()) continue;
+    hit_ = pick.IsSwallowed() ? nullptr : node->element;
     return pick;
   }
   hit_ = nullptr;
@@ -103,12 +103,12 @@ HvPick HvTContainer::PickChildren(HvPoint pos, HvPoint tolerance) {
 
 HvPick HvTContainer::PickChild(HvTObject& child, HvPoint pos, HvPoint tolerance) {
   HvPick pick;
-  if (child.isPickable() && child.isVisible() && (!child.hasBox() || Reaches(child, pos, tolerance))) {
+  if (child.IsPickable() && child.IsVisible() && (!child.HasBox() || Reaches(child, pos, tolerance))) {
     child.PushTransform();
     const ScopeExit pop([&child] { child.PopTransform(); });
     pick = child.Pick(pos, tolerance);
   }
-  if (!pick.endsSearch()) child.ClearTarget();
+  if (!pick.EndsSearch()) child.ClearTarget();
   return pick;
 }
 

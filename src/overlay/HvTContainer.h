@@ -40,15 +40,15 @@ class HvTContainer {
   std::int32_t LeaveHit();
   std::int32_t ReleaseHit();
 
-  HvList<HvTObject*>& children() { return children_; }
-  const HvList<HvTObject*>& children() const { return children_; }
+  HvList<HvTObject*>& Children() { return children_; }
+  const HvList<HvTObject*>& Children() const { return children_; }
   // The child that was hit last, or contains what was hit.
-  HvTObject* hit() const { return hit_; }
+  HvTObject* Hit() const { return hit_; }
   void SetHit(HvTObject* child) { hit_ = child; }
-  bool ownsChildren() const { return ownsChildren_; }
+  bool OwnsChildren() const { return ownsChildren_; }
   void OwnChildren(bool owns) { ownsChildren_ = owns; }
   // After Append the state of the last child alone; Bounds computes that of all.
-  std::int32_t boxState() const { return boxState_; }
+  std::int32_t BoxState() const { return boxState_; }
 
  private:
   HvPick PickChild(HvTObject& child, HvPoint pos, HvPoint tolerance);

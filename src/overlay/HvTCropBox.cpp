@@ -20,30 +20,30 @@ HvTCropBox::HvTCropBox(const char* name, float x0, float y0, float x1, float y1)
 }
 
 HvPick HvTCropBox::Pick(HvPoint pos, HvPoint tolerance) {
-  return TakeEdges(EdgesAt(pos, tolerance, limits()));
+  return TakeEdges(EdgesAt(pos, tolerance, Limits()));
 }
 
 void HvTCropBox::SetBox(float x0, float y0, float x1, float y1) {
   NormaliseBox(x0, y0, x1, y1);
-  PutBox({limits().minX, limits().minY}, {limits().maxX - limits().minX, limits().maxY - limits().minY});
+  PutBox({Limits().minX, Limits().minY}, {Limits().maxX - Limits().minX, Limits().maxY - Limits().minY});
 }
 
 void HvTCropBox::Draw() {
-  const HvBox& across = limits();
+  const HvBox& across = Limits();
   glLineWidth(2.0f);
-  DrawEdge(kLeft, kLeftLine, {x0(), across.minY}, {x0(), across.maxY});
-  DrawEdge(kRight, kRightLine, {x1(), across.minY}, {x1(), across.maxY});
-  DrawEdge(kBottom, kBottomLine, {across.minX, y0()}, {across.maxX, y0()});
-  DrawEdge(kTop, kTopLine, {across.minX, y1()}, {across.maxX, y1()});
+  DrawEdge(kLeft, kLeftLine, {X0(), across.minY}, {X0(), across.maxY});
+  DrawEdge(kRight, kRightLine, {X1(), across.minY}, {X1(), across.maxY});
+  DrawEdge(kBottom, kBottomLine, {across.minX, Y0()}, {across.maxX, Y0()});
+  DrawEdge(kTop, kTopLine, {across.minX, Y1()}, {across.maxX, Y1()});
   glLineWidth(1.0f);
 }
 
 void HvTCropBox::DrawEdge(Edge edge, HvColour own, HvPoint from, HvPoint to) const {
-  if (isHovered()) {
+  if (IsHovered()) {
     DrawDashedLine(from.x, from.y, to.x, to.y, own, IsOn(edge) ? kHvHighlight : own);
     return;
   }
-  SetGlColour(isPressed() && IsOn(edge) ? kHvHighlight : own);
+  SetGlColour(IsPressed() && IsOn(edge) ? kHvHighlight : own);
   DrawLine(from.x, from.y, to.x, to.y);
 }
 

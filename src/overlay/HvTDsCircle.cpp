@@ -32,14 +32,14 @@ void HvTDsCircle::BindProperties(const GUID& radius, const GUID& aspect) {
 }
 
 void HvTDsCircle::Commit() {
-  if (tool() != nullptr) tool()->WriteAnimated(radiusProperty_, static_cast<double>(radius()));
+  if (Tool() != nullptr) Tool()->WriteAnimated(radiusProperty_, static_cast<double>(Radius()));
 }
 
 std::int32_t HvTDsCircle::OnPropertyChange(const GUID& property, const DSVariant* value) {
   const auto read = [&](const GUID& bound) -> std::optional<double> {
-    if (value == nullptr) return tool() == nullptr ? std::nullopt : tool()->ReadIfAffected(property, bound);
+    if (value == nullptr) return Tool() == nullptr ? std::nullopt : Tool()->ReadIfAffected(property, bound);
     if (property != bound && property != GUID_ALL_PROPERTIES) return std::nullopt;
-    return value->asNumber();
+    return value->AsNumber();
   };
   std::int32_t concerned = 0;
   if (const auto radius = read(radiusProperty_)) {
@@ -54,9 +54,9 @@ std::int32_t HvTDsCircle::OnPropertyChange(const GUID& property, const DSVariant
 }
 
 void HvTDsCircle::OnTime(double time) {
-  if (tool() == nullptr) return;
-  if (const auto radius = tool()->ReadAnimated(radiusProperty_, time)) TakeRadius(*radius);
-  if (const auto aspect = tool()->ReadAnimated(aspectProperty_, time)) TakeAspect(*aspect);
+  if (Tool() == nullptr) return;
+  if (const auto radius = Tool()->ReadAnimated(radiusProperty_, time)) TakeRadius(*radius);
+  if (const auto aspect = Tool()->ReadAnimated(aspectProperty_, time)) TakeAspect(*aspect);
 }
 
 }  // namespace vblur

@@ -24,7 +24,7 @@ void HvTDsCrop::BindProperties(const GUID& left, const GUID& right, const GUID& 
 }
 
 HvTDsCrop::Places HvTDsCrop::CurrentPlaces() const {
-  return {x0(), x1(), y0(), y1()};
+  return {X0(), X1(), Y0(), Y1()};
 }
 
 void HvTDsCrop::TakePlaces(const Places& places) {
@@ -33,7 +33,7 @@ void HvTDsCrop::TakePlaces(const Places& places) {
 }
 
 HvTDsCrop::Span HvTDsCrop::SpanOf(Line line) const {
-  const HvBox& area = limits();
+  const HvBox& area = Limits();
   if (line == kLeftLine || line == kRightLine) return {area.minX, area.maxX - area.minX};
   return {area.minY, area.maxY - area.minY};
 }
@@ -49,15 +49,15 @@ float HvTDsCrop::PercentOf(Line line, float place) const {
 }
 
 void HvTDsCrop::Commit() {
-  if (tool() == nullptr) return;
+  if (Tool() == nullptr) return;
   const auto write = [this](HvTRectangle::Edge edge, Line line, float place) {
-    if ((edgeMask() & edge) == 0) return;
-    tool()->WriteAnimated(properties_[line], static_cast<double>(PercentOf(line, place)));
+    if ((EdgeMask() & edge) == 0) return;
+    Tool()->WriteAnimated(properties_[line], static_cast<double>(PercentOf(line, place)));
   };
-  write(HvTRectangle::kLeft, kLeftLine, x0());
-  write(HvTRectangle::kRight, kRightLine, x1());
-  write(HvTRectangle::kBottom, kBottomLine, y0());
-  write(HvTRectangle::kTop, kTopLine, y1());
+  write(HvTRectangle::kLeft, kLeftLine, X0());
+  write(HvTRectangle::kRight, kRightLine, X1());
+  write(HvTRectangle::kBottom, kBottomLine, Y0());
+  write(HvTRectangle::kTop, kTopLine, Y1());
 }
 
 std::int32_t HvTDsCrop::OnPropertyChange(const GUID& property, const DSVariant* value) {
@@ -67,9 +67,9 @@ std::int32_t HvTDsCrop::OnPropertyChange(const GUID& property, const DSVariant* 
     const GUID& bound = properties_[line];
     std::optional<double> percent;
     if (value != nullptr) {
-      if (property == bound || property == GUID_ALL_PROPERTIES) percent = value->asNumber();
-    } else if (tool() != nullptr) {
-      percent = tool()->ReadIfAffected(property, bound);
+      if (property == bound || property == GUID_ALL_PROPERTIES) percent = value->AsNumber();
+    } else if (Tool() != nullptr) {
+      percent = Tool()->ReadIfAffected(property, bound);
     }
     if (!percent) continue;
     places[line] = PlaceOf(line, *percent);
@@ -80,10 +80,10 @@ std::int32_t HvTDsCrop::OnPropertyChange(const GUID& property, const DSVariant* 
 }
 
 void HvTDsCrop::OnTime(double time) {
-  if (tool() == nullptr) return;
+  if (Tool() == nullptr) return;
   Places places{};
   for (const Line line : {kLeftLine, kRightLine, kBottomLine, kTopLine}) {
-    const auto percent = tool()->ReadAnimated(properties_[line], time);
+    const auto percent = Tool()->ReadAnimated(properties_[line], time);
     if (!percent) return;
     places[line] = PlaceOf(line, *percent);
   }

@@ -24,7 +24,7 @@ void HvTDsObject::LeaveTool() {
 }
 
 void HvTDsObject::HandleMessage(const HvMessage& message, HvMessageSender* sender) {
-  const bool ends = message.id() == kInteractionEnds || message.id() == kInteractionEndsToo;
+  const bool ends = message.Id() == kInteractionEnds || message.Id() == kInteractionEndsToo;
   if (sender == nullptr || sender != sender_ || !ends) return;
   Commit();
   dependants_.Start();

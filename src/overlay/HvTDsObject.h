@@ -29,10 +29,10 @@ class HvTDsObject : public HvMessageHandler {
   virtual void Refresh() = 0;
 
   // Bindings to refresh after this one commits. Not owned.
-  HvList<HvTDsObject*>& dependants() { return dependants_; }
+  HvList<HvTDsObject*>& Dependants() { return dependants_; }
 
   // Null until HvTInteract::AddDsObject. Not owned.
-  HvTInteract* tool() const { return tool_; }
+  HvTInteract* Tool() const { return tool_; }
   void JoinTool(HvTInteract* tool);
   // Unregisters from the tool. Required of a binding that ends before its tool.
   void LeaveTool();

@@ -12,12 +12,12 @@ HvTGroup::HvTGroup(const char* name) : HvTObject(name), backgroundColour_(kHvGre
 
 HvPick HvTGroup::Pick(HvPoint pos, HvPoint tolerance) {
   const HvPick pick = PickChildren(pos, tolerance);
-  if (hit() != nullptr) {
-    HvTObject::SetTarget(hit());
+  if (Hit() != nullptr) {
+    HvTObject::SetTarget(Hit());
   } else {
     ClearTarget();
   }
-  if (pick.endsSearch()) return pick;
+  if (pick.EndsSearch()) return pick;
   return (groupFlags_ & kSolid) != 0 ? HvPick::Swallowed() : HvPick();
 }
 
@@ -28,7 +28,7 @@ void HvTGroup::Draw() {
 
 void HvTGroup::DrawBackground() {
   SetGlColour((groupFlags_ & kGreyBackground) != 0 ? kHvGrey : backgroundColour_);
-  const HvBox area = box();
+  const HvBox area = Box();
   DrawRectFilled(area.minX, area.minY, area.maxX, area.maxY);
 }
 
@@ -44,30 +44,30 @@ void HvTGroup::ChildChanged(HvTObject*) {
 
 void HvTGroup::SetManager(HvTManager* manager) {
   HvTObject::SetManager(manager);
-  for (const auto* node = children().first(); node != nullptr; node = node->next)
+  for (const auto* node = Children().First(); node != nullptr; node = node->next)
     node->element->SetManager(manager);
 }
 
 std::int32_t HvTGroup::AddChild(HvTObject* child) {
-  const bool wasEmpty = children().first() == nullptr;
+  const bool wasEmpty = Children().First() == nullptr;
   if (Append(child) == 0) return 0;
-  PutFlag(kHasBox, boxState() != kSomeWithoutBox);
-  child->SetManager(manager());
+  PutFlag(kHasBox, BoxState() != kSomeWithoutBox);
+  child->SetManager(Manager());
   child->SetParent(this);
-  if (!child->hasBox()) return 1;
-  HvBox area = child->box();
+  if (!child->HasBox()) return 1;
+  HvBox area = child->Box();
   if (wasEmpty) {
-    StoreBox(child->origin(), child->size());
+    StoreBox(child->Origin(), child->Size());
     return 1;
   }
-  area.Grow(box());
+  area.Grow(Box());
   StoreBox({area.minX, area.minY}, {area.maxX - area.minX, area.maxY - area.minY});
   return 1;
 }
 
 std::int32_t HvTGroup::RemoveChild(HvTObject* child) {
   if (Remove(child) == 0) return 0;
-  if (target() == child) ClearTarget();
+  if (Target() == child) ClearTarget();
   child->SetParent(nullptr);
   ChildChanged(child);
   return 1;
@@ -75,7 +75,7 @@ std::int32_t HvTGroup::RemoveChild(HvTObject* child) {
 
 void HvTGroup::SetTarget(HvTObject* object) {
   HvTObject::SetTarget(object);
-  SetHit(target());
+  SetHit(Target());
 }
 
 }  // namespace vblur

@@ -28,9 +28,9 @@ class HvTGroup : public HvTObject, public HvTContainer {
   void SetTarget(HvTObject* object) override;
   virtual void DrawBackground();
 
-  HvColour backgroundColour() const { return backgroundColour_; }
+  HvColour BackgroundColour() const { return backgroundColour_; }
   void SetBackgroundColour(HvColour colour) { backgroundColour_ = colour; }
-  std::uint32_t groupFlags() const { return groupFlags_; }
+  std::uint32_t GroupFlags() const { return groupFlags_; }
   void SetGroupFlags(std::uint32_t flags) { groupFlags_ = flags; }
 
  private:

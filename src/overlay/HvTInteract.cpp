@@ -28,14 +28,14 @@ HvTInteract::HvTInteract()
   AddTransformNode(frameCentre_);
   AddTransformNode(srcCentre_);
   viewSize_ = {static_cast<float>(frameWidth_), static_cast<float>(frameHeight_)};
-  viewZero_.SetGroupFlags(viewZero_.groupFlags() & ~(HvTGroup::kDrawBackground | HvTGroup::kSolid));
+  viewZero_.SetGroupFlags(viewZero_.GroupFlags() & ~(HvTGroup::kDrawBackground | HvTGroup::kSolid));
   AddObject(&viewZero_);
 }
 
 // A transform for the widgets attached to it, without handles of its own.
 void HvTInteract::AddTransformNode(HvT2DAxisGroup& node) {
   node.SetCentre(static_cast<float>(frameWidth_) * 0.5f, static_cast<float>(frameHeight_) * 0.5f);
-  node.SetVisibility(node.state() | HvTObject::kVisible);
+  node.SetVisibility(node.State() | HvTObject::kVisible);
   node.ShowOwnAxis(false);
   node.UpdateBox();
   AddObject(&node);
@@ -91,7 +91,7 @@ std::optional<double> HvTInteract::ReadAnimated(const GUID& property, double tim
   if (linked_ == 0 || property == GUID_NO_PROPERTY) return std::nullopt;
   DSVariant value;
   if (GetAnimatedProperty(property, &value, nullptr, time) < 0) return std::nullopt;
-  return value.asNumber();
+  return value.AsNumber();
 }
 
 std::optional<double> HvTInteract::ReadIfAffected(const GUID& changed, const GUID& bound) {
@@ -122,7 +122,7 @@ HRESULT HvTInteract::OnPropertyChanged(const GUID& property, const DSVariant* va
 }
 
 HRESULT HvTInteract::OnOnTimeChange(double time) {
-  if (!hasOperator()) return kOk;
+  if (!HasOperator()) return kOk;
   const HRESULT result = CDSInteractiveTool::OnOnTimeChange(time);
   if (result < 0) return result;
   dsObjects_.Start();
@@ -174,7 +174,7 @@ HRESULT HvTInteract::OnPenUp(const tagVWPENEVENT& event) {
 HRESULT HvTInteract::OnLinkToOperator(IUnknown* newOperator) {
   const HRESULT result = CDSInteractiveTool::OnLinkToOperator(newOperator);
   linked_ = result < 0 ? 0 : 1;
-  if (result < 0 && hasOperator()) CDSInteractiveTool::OnUnlinkFromOperator();
+  if (result < 0 && HasOperator()) CDSInteractiveTool::OnUnlinkFromOperator();
   return result;
 }
 
@@ -186,7 +186,7 @@ HRESULT HvTInteract::OnUnlinkFromOperator() {
 HRESULT HvTInteract::OnLinkToViewer(IVWViewer* newViewer) {
   const HRESULT result = CDSInteractiveTool::OnLinkToViewer(newViewer);
   linked_ = result < 0 ? 0 : 1;
-  if (result < 0 && hasViewer()) CDSInteractiveTool::OnUnlinkFromViewer();
+  if (result < 0 && HasViewer()) CDSInteractiveTool::OnUnlinkFromViewer();
   if (result >= 0) Redraw();
   return result;
 }

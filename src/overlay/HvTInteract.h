@@ -66,18 +66,18 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   // Invalidates the overlay.
   void Redraw() { InvalidateLayer(1, nullptr); }
 
-  std::uint32_t displayFlags() const { return displayFlags_; }
-  bool linked() const { return linked_ != 0; }
-  std::int32_t frameWidth() const { return frameWidth_; }
-  std::int32_t frameHeight() const { return frameHeight_; }
+  std::uint32_t DisplayFlags() const { return displayFlags_; }
+  bool Linked() const { return linked_ != 0; }
+  std::int32_t FrameWidth() const { return frameWidth_; }
+  std::int32_t FrameHeight() const { return frameHeight_; }
   // World units per frame pixel.
-  float viewScale() const { return viewScale_; }
-  HvPoint viewOrigin() const { return viewOrigin_; }
-  HvPoint viewSize() const { return viewSize_; }
+  float ViewScale() const { return viewScale_; }
+  HvPoint ViewOrigin() const { return viewOrigin_; }
+  HvPoint ViewSize() const { return viewSize_; }
   // Parents for widgets. Their origins: the frame's centre, the source's centre, and the frame's lower left corner.
-  HvT2DAxisGroup& frameCentre() { return frameCentre_; }
-  HvT2DAxisGroup& srcCentre() { return srcCentre_; }
-  HvTGroup& viewZero() { return viewZero_; }
+  HvT2DAxisGroup& FrameCentre() { return frameCentre_; }
+  HvT2DAxisGroup& SrcCentre() { return srcCentre_; }
+  HvTGroup& ViewZero() { return viewZero_; }
 
  private:
   // Through Release.

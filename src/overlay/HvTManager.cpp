@@ -18,11 +18,11 @@ HvTManager::~HvTManager() {
 }
 
 std::int32_t HvTManager::AddObject(HvTObject* object) {
-  if (object == nullptr || children().Contains(object)) return 0;
+  if (object == nullptr || Children().Contains(object)) return 0;
   object->SetParent(nullptr);
   Append(object);
   object->SetManager(this);
-  if (object->isVisible()) repaint_ = true;
+  if (object->IsVisible()) repaint_ = true;
   return 1;
 }
 
@@ -43,7 +43,7 @@ void HvTManager::Draw() {
 }
 
 void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
-  const std::uint32_t id = message.id();
+  const std::uint32_t id = message.Id();
   if (id != kPenMoved && id != kPenDown && id != kPenUp) return;
   TakePosition(message);
   if (id == kPenDown) penDown_ = true;
@@ -64,23 +64,23 @@ void HvTManager::HandleMessage(const HvMessage& message, HvMessageSender*) {
 }
 
 void HvTManager::TakePosition(const HvMessage& message) {
-  if (!message.isPosition()) return;
-  penDelta_ = message.asPosition() - penPos_;
-  penPos_ = message.asPosition();
+  if (!message.IsPosition()) return;
+  penDelta_ = message.AsPosition() - penPos_;
+  penPos_ = message.AsPosition();
 }
 
 void HvTManager::Rescan() {
   picking_ = true;
   const ScopeExit done([this] { picking_ = false; });
-  hover_ = PickChildren(penPos_, tolerance_).object();
-  if (hover_ == nullptr && fallback_ != nullptr && fallback_->isPickable() && fallback_->isVisible()) PickFallback();
+  hover_ = PickChildren(penPos_, tolerance_).Object();
+  if (hover_ == nullptr && fallback_ != nullptr && fallback_->IsPickable() && fallback_->IsVisible()) PickFallback();
 }
 
 void HvTManager::PickFallback() {
   hover_ = fallback_;
   fallback_->SetTarget(nullptr);
   HvTObject* top = fallback_;
-  for (HvTObject* above = top->parent(); above != nullptr; above = above->parent()) {
+  for (HvTObject* above = top->Parent(); above != nullptr; above = above->Parent()) {
     above->SetTarget(top);
     top = above;
   }
@@ -101,7 +101,7 @@ void HvTManager::HoverAtPen() {
 }
 
 void HvTManager::DragAtPen() {
-  if (hit() != nullptr) repaint_ = DragHit(penPos_) != 0;
+  if (Hit() != nullptr) repaint_ = DragHit(penPos_) != 0;
 }
 
 void HvTManager::PressAtPen() {

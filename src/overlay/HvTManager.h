@@ -27,18 +27,18 @@ class HvTManager : public HvMessageHandler, public HvTContainer, public HvTDraw 
   // Handles the message; returns whether a repaint is wanted.
   bool PostMessage(const HvMessage& message);
 
-  bool wantsRepaint() const { return repaint_; }
+  bool WantsRepaint() const { return repaint_; }
   void WantRepaint() { repaint_ = true; }
-  bool isPicking() const { return picking_; }
+  bool IsPicking() const { return picking_; }
   // The widget under the pen; null for none.
-  HvTObject* hover() const { return hover_; }
+  HvTObject* Hover() const { return hover_; }
   // Used when nothing is hit; may be null. Not owned.
-  HvTObject* fallback() const { return fallback_; }
+  HvTObject* Fallback() const { return fallback_; }
   void SetFallback(HvTObject* object) { fallback_ = object; }
   // Pick distance per axis, in frame pixels.
-  HvPoint tolerance() const { return tolerance_; }
+  HvPoint Tolerance() const { return tolerance_; }
   void SetTolerance(HvPoint tolerance) { tolerance_ = tolerance; }
-  bool tipsEnabled() const { return tipsEnabled_; }
+  bool TipsEnabled() const { return tipsEnabled_; }
   void EnableTips(bool enable) { tipsEnabled_ = enable; }
 
   // Drops all pointers to a widget that leaves.

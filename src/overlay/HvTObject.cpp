@@ -47,7 +47,7 @@ std::int32_t HvTObject::Leave() {
 }
 
 void HvTObject::DrawTip(HvPoint pos) {
-  if (tip_ != nullptr && !isPressed()) DrawShadowText(tip_.get(), pos.x, pos.y);
+  if (tip_ != nullptr && !IsPressed()) DrawShadowText(tip_.get(), pos.x, pos.y);
 }
 
 void HvTObject::ChildChanged(HvTObject*) {}

@@ -30,9 +30,9 @@ class HvPick {
   }
 
   // Null for a miss and for a swallowed pick.
-  HvTObject* object() const { return object_; }
-  bool isSwallowed() const { return swallowed_; }
-  bool endsSearch() const { return swallowed_ || object_ != nullptr; }
+  HvTObject* Object() const { return object_; }
+  bool IsSwallowed() const { return swallowed_; }
+  bool EndsSearch() const { return swallowed_ || object_ != nullptr; }
 
   friend bool operator==(const HvPick&, const HvPick&) = default;
 
@@ -101,30 +101,30 @@ class HvTObject : public HvTDraw {
   // Requests a repaint from the manager.
   void MarkDirty();
 
-  const char* name() const { return name_.get(); }
-  const char* tip() const { return tip_.get(); }
+  const char* Name() const { return name_.get(); }
+  const char* Tip() const { return tip_.get(); }
   // Copied; null for none. The axis control uses it as the %s of "Translates the %s." and the like.
   void SetTip(const char* tip);
-  HvTManager* manager() const { return manager_; }
-  HvTObject* parent() const { return parent_; }
-  HvTObject* target() const { return target_; }
+  HvTManager* Manager() const { return manager_; }
+  HvTObject* Parent() const { return parent_; }
+  HvTObject* Target() const { return target_; }
   // Not picked.
   void ClearTarget() { target_ = nullptr; }
-  HvColour colour() const { return colour_; }
+  HvColour Colour() const { return colour_; }
   void SetColour(HvColour colour) { colour_ = colour; }
-  HvPoint origin() const { return origin_; }
-  HvPoint size() const { return size_; }
-  HvBox box() const { return BoxOf(origin_, size_); }
-  std::uint32_t state() const { return state_; }
-  bool isVisible() const { return (state_ & kVisible) != 0; }
-  bool isPickable() const { return (state_ & kPickable) != 0; }
-  float handleScale() const { return handleScale_; }
-  bool usesStackMatrix() const { return useStackMatrix_; }
+  HvPoint Origin() const { return origin_; }
+  HvPoint Size() const { return size_; }
+  HvBox Box() const { return BoxOf(origin_, size_); }
+  std::uint32_t State() const { return state_; }
+  bool IsVisible() const { return (state_ & kVisible) != 0; }
+  bool IsPickable() const { return (state_ & kPickable) != 0; }
+  float HandleScale() const { return handleScale_; }
+  bool UsesStackMatrix() const { return useStackMatrix_; }
   void UseStackMatrix(bool use) { useStackMatrix_ = use; }
-  bool hasBox() const { return HasFlag(kHasBox); }
-  bool isPressed() const { return HasFlag(kPressed); }
-  bool isHovered() const { return HasFlag(kHover); }
-  std::uint32_t flags() const { return flags_; }
+  bool HasBox() const { return HasFlag(kHasBox); }
+  bool IsPressed() const { return HasFlag(kPressed); }
+  bool IsHovered() const { return HasFlag(kHover); }
+  std::uint32_t Flags() const { return flags_; }
 
  protected:
   bool HasFlag(Flag flag) const { return (flags_ & flag) != 0; }

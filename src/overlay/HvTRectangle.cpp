@@ -146,13 +146,13 @@ void HvTRectangle::Draw() {
   BeginSmooth(smooth);
   DrawCross();
   const auto& [x0, y0, x1, y1] = sides_;
-  if (isHovered() || isPressed()) {
+  if (IsHovered() || IsPressed()) {
     DrawEdge(kLeft, x0, y0, x0, y1);
     DrawEdge(kRight, x1, y0, x1, y1);
     DrawEdge(kBottom, x0, y0, x1, y0);
     DrawEdge(kTop, x0, y1, x1, y1);
   } else {
-    SetGlColour(colour());
+    SetGlColour(Colour());
     DrawRectOutline(x0, y0, x1, y1);
   }
   EndSmooth(smooth);
@@ -167,19 +167,19 @@ void HvTRectangle::DrawCross() const {
 }
 
 void HvTRectangle::DrawBar(Edge bar, HvPoint from, HvPoint to) const {
-  if (IsOn(bar) && isHovered() && !isPressed()) {
-    DrawDashedLine(from.x, from.y, to.x, to.y, colour(), kHvHighlight);
+  if (IsOn(bar) && IsHovered() && !IsPressed()) {
+    DrawDashedLine(from.x, from.y, to.x, to.y, Colour(), kHvHighlight);
     return;
   }
-  SetGlColour(IsOn(bar) && isPressed() ? kHvHighlight : colour());
+  SetGlColour(IsOn(bar) && IsPressed() ? kHvHighlight : Colour());
   DrawLine(from.x, from.y, to.x, to.y);
 }
 
 // For a rectangle that is hovered or pressed.
 void HvTRectangle::DrawEdge(Edge edge, float x0, float y0, float x1, float y1) const {
-  const HvColour bright = IsOn(edge) ? kHvHighlight : colour();
-  if (isHovered()) {
-    DrawDashedLine(x0, y0, x1, y1, colour(), bright);
+  const HvColour bright = IsOn(edge) ? kHvHighlight : Colour();
+  if (IsHovered()) {
+    DrawDashedLine(x0, y0, x1, y1, Colour(), bright);
     return;
   }
   SetGlColour(bright);

@@ -43,18 +43,18 @@ class HvTRectangle : public HvTObject, public HvMessageSender {
   // of the arguments: the size is negative if they are not sorted.
   virtual void SetBox(float x0, float y0, float x1, float y1);
 
-  float x0() const { return sides_.x0; }
-  float y0() const { return sides_.y0; }
-  float x1() const { return sides_.x1; }
-  float y1() const { return sides_.y1; }
-  const HvRectangleSides& sides() const { return sides_; }
+  float X0() const { return sides_.x0; }
+  float Y0() const { return sides_.y0; }
+  float X1() const { return sides_.x1; }
+  float Y1() const { return sides_.y1; }
+  const HvRectangleSides& Sides() const { return sides_; }
   // The edges and bars under the pen, or grabbed by it.
-  std::uint32_t edgeMask() const { return edgeMask_; }
-  const HvBox& limits() const { return limits_; }
+  std::uint32_t EdgeMask() const { return edgeMask_; }
+  const HvBox& Limits() const { return limits_; }
   // Both take effect with the next change of the rectangle.
   void SetLimits(float minX, float minY, float maxX, float maxY) { limits_ = {minX, maxX, minY, maxY}; }
   void KeepWithinLimits(bool keep) { keepWithinLimits_ = keep; }
-  bool keepsWithinLimits() const { return keepWithinLimits_; }
+  bool KeepsWithinLimits() const { return keepWithinLimits_; }
 
  protected:
   void NormaliseBox(float x0, float y0, float x1, float y1);

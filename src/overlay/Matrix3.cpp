@@ -65,15 +65,15 @@ OverlayMatrixStack& OverlayMatrixStack::Get() {
 
 void OverlayMatrixStack::Push() {
   if (depth_ < kLevels - 1) {
-    levels_[static_cast<std::size_t>(depth_) + 1] = top();
+    levels_[static_cast<std::size_t>(depth_) + 1] = Top();
     ++depth_;
   }
-  inverse_ = top().Inverse();
+  inverse_ = Top().Inverse();
 }
 
 void OverlayMatrixStack::Pop() {
   if (depth_ > 0) --depth_;
-  inverse_ = top().Inverse();
+  inverse_ = Top().Inverse();
 }
 
 void OverlayMatrixStack::Multiply(const Matrix3& matrix) {

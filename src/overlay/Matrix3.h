@@ -40,9 +40,9 @@ class OverlayMatrixStack {
   // top = matrix * top: `matrix` is applied first.
   void Multiply(const Matrix3& matrix);
 
-  int depth() const { return depth_; }
-  const Matrix3& top() const { return levels_[static_cast<std::size_t>(depth_)]; }
-  const Matrix3& inverseOfTop() const { return inverse_; }
+  int Depth() const { return depth_; }
+  const Matrix3& Top() const { return levels_[static_cast<std::size_t>(depth_)]; }
+  const Matrix3& InverseOfTop() const { return inverse_; }
 
  private:
   std::array<Matrix3, kLevels> levels_{};

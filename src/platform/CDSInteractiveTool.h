@@ -74,8 +74,8 @@ class CDSInteractiveTool : public IViewerLayer,
   HRESULT SetAnimatedProperty(const GUID& property, const DSVariant& value, IUnknown* reserved, double time,
                               std::uint32_t flags);
 
-  bool hasOperator() const { return operator_ != nullptr; }
-  bool hasViewer() const { return viewer_ != nullptr; }
+  bool HasOperator() const { return operator_ != nullptr; }
+  bool HasViewer() const { return viewer_ != nullptr; }
 
  private:
   class Listener;

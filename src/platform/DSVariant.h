@@ -15,7 +15,7 @@ struct DSVariant {
   static constexpr DSVariant Of(double value) { return {DSValueType::Float64, value, 0}; }
   static constexpr DSVariant Of(std::int32_t value) { return {DSValueType::Integer32, 0.0, value}; }
 
-  constexpr double asNumber() const { return type == DSValueType::Float64 ? number : static_cast<double>(whole); }
+  constexpr double AsNumber() const { return type == DSValueType::Float64 ? number : static_cast<double>(whole); }
 };
 
 }  // namespace vblur

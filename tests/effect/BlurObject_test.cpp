@@ -238,7 +238,7 @@ TEST(BlurObject, ACloneHasEveryValueAndCurve) {
   for (const Property& property : kProperties) {
     DSVariant plain;
     EXPECT_EQ(clone->GetValue(property.guid, &plain), kOk);
-    EXPECT_EQ(plain.asNumber(), value) << property.name;
+    EXPECT_EQ(plain.AsNumber(), value) << property.name;
     double now = 0.0;
     EXPECT_EQ(clone->GetValueAt(property.guid, 3.0, &now), kOk);
     EXPECT_EQ(now, property.isAnimated() ? value + 100.0 : value) << property.name;

@@ -74,18 +74,18 @@ class OverlayLink : public testing::Test {
   // The first widget of a group.
   template <class Widget>
   Widget* First(HvTContainer& group) {
-    return group.children().first() == nullptr ? nullptr : dynamic_cast<Widget*>(group.children().first()->element);
+    return group.Children().First() == nullptr ? nullptr : dynamic_cast<Widget*>(group.Children().First()->element);
   }
-  HvTDsCrop* Crop() { return First<HvTDsCrop>(effect->OverlayTool()->viewZero()); }
+  HvTDsCrop* Crop() { return First<HvTDsCrop>(effect->OverlayTool()->ViewZero()); }
   HvTDsCircle* Circle() {
-    HvTObject* found = effect->OverlayTool()->frameCentre().children().children().first()->element;
+    HvTObject* found = effect->OverlayTool()->FrameCentre().Children().Children().First()->element;
     return dynamic_cast<HvTDsCircle*>(found);
   }
   void Put(PropertyId id, double value) { effect->PutValue(PropertyOf(id).guid, DSVariant::Of(value)); }
   double Get(PropertyId id) {
     DSVariant value;
     effect->GetValue(PropertyOf(id).guid, &value);
-    return value.asNumber();
+    return value.AsNumber();
   }
 
   test::TestProject project{400.0, 200.0, 400.0, 200.0};
@@ -170,7 +170,7 @@ TEST_F(OverlayLink, HasAToolWithoutAPlaceOnTheViewer) {
   viewer.refuses = true;
   EXPECT_EQ(effect->ConnectOverlay(&viewer), kOk);
   ASSERT_NE(effect->OverlayTool(), nullptr);
-  EXPECT_FALSE(effect->OverlayTool()->linked());
+  EXPECT_FALSE(effect->OverlayTool()->Linked());
   effect->DisconnectOverlay();
   EXPECT_EQ(viewer.removals, 0);
 }
@@ -181,12 +181,12 @@ TEST_F(OverlayLink, AttachesBothControlsHidden) {
   effect->ConnectOverlay(&viewer);
   ASSERT_NE(Circle(), nullptr);
   ASSERT_NE(Crop(), nullptr);
-  EXPECT_FALSE(Circle()->isVisible());
-  EXPECT_FALSE(Crop()->isVisible());
-  EXPECT_EQ(Circle()->radius(), 42.0f);
+  EXPECT_FALSE(Circle()->IsVisible());
+  EXPECT_FALSE(Crop()->IsVisible());
+  EXPECT_EQ(Circle()->Radius(), 42.0f);
   // Before the first frame the limits are the project's size.
-  EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f}));
-  EXPECT_EQ(Crop()->x0(), 100.0f);
+  EXPECT_EQ(Crop()->Limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f}));
+  EXPECT_EQ(Crop()->X0(), 100.0f);
   effect->DisconnectOverlay();
 }
 
@@ -197,11 +197,11 @@ TEST_F(OverlayLink, BindsEachControlToItsProperties) {
   Put(PropertyId::CropBottom, 20.0);
   Put(PropertyId::CropTop, 95.0);
   effect->ConnectOverlay(&viewer);
-  EXPECT_EQ(Circle()->aspect(), 2.0f);
-  EXPECT_EQ(Crop()->x0(), 40.0f);
-  EXPECT_EQ(Crop()->x1(), 320.0f);
-  EXPECT_EQ(Crop()->y0(), 40.0f);
-  EXPECT_EQ(Crop()->y1(), 190.0f);
+  EXPECT_EQ(Circle()->Aspect(), 2.0f);
+  EXPECT_EQ(Crop()->X0(), 40.0f);
+  EXPECT_EQ(Crop()->X1(), 320.0f);
+  EXPECT_EQ(Crop()->Y0(), 40.0f);
+  EXPECT_EQ(Crop()->Y1(), 190.0f);
   effect->DisconnectOverlay();
 }
 
@@ -210,7 +210,7 @@ TEST_F(OverlayLink, ShowsWhatThePageInFrontIsAbout) {
   effect->ConnectOverlay(&viewer);
   const auto shown = [&](const char* page) {
     effect->PageShown(page);
-    return std::pair(Circle()->isVisible(), Crop()->isVisible());
+    return std::pair(Circle()->IsVisible(), Crop()->IsVisible());
   };
   for (const char* page : {"FullBlurPPG", "TransitionBlurPPG", "transition", "HelpPPG"})
     EXPECT_EQ(shown(page), std::pair(true, false)) << page;
@@ -272,66 +272,66 @@ class OverlayLinkPlaced : public OverlayLink {
 };
 
 TEST_F(OverlayLinkPlaced, FollowsThePictureWhenAPageIsShown) {
-  EXPECT_EQ(Crop()->limits(), frame);
+  EXPECT_EQ(Crop()->Limits(), frame);
   Render(*effect);
-  EXPECT_EQ(Crop()->limits(), frame);
+  EXPECT_EQ(Crop()->Limits(), frame);
   effect->PageShown("crop");
-  EXPECT_EQ(Crop()->limits(), picture);
-  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+  EXPECT_EQ(Crop()->Limits(), picture);
+  EXPECT_EQ(effect->OverlayTool()->ViewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
 TEST_F(OverlayLinkPlaced, StaysWhereItIsOnANewToolUntilAPageIsShown) {
   Render(*effect);
   effect->DisconnectOverlay();
   effect->ConnectOverlay(&viewer);
-  EXPECT_EQ(Crop()->limits(), frame) << "placed with the first tool";
-  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{400.0f, 200.0f}));
+  EXPECT_EQ(Crop()->Limits(), frame) << "placed with the first tool";
+  EXPECT_EQ(effect->OverlayTool()->ViewSize(), (HvPoint{400.0f, 200.0f}));
   effect->PageShown("crop");
-  EXPECT_EQ(Crop()->limits(), picture);
-  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+  EXPECT_EQ(Crop()->Limits(), picture);
+  EXPECT_EQ(effect->OverlayTool()->ViewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
 TEST_F(OverlayLinkPlaced, LiesAtThePlaceOfThePicture) {
   input.Place(InWorld({30.0, 20.0}, {100.0, 50.0}));
   Render(*effect);
   effect->PageShown("crop");
-  EXPECT_EQ(Crop()->limits(), (HvBox{30.0f, 130.0f, 20.0f, 70.0f}));
-  EXPECT_EQ(effect->OverlayTool()->viewOrigin(), (HvPoint{30.0f, 20.0f}));
-  EXPECT_EQ(effect->OverlayTool()->srcCentre().centre(), (HvPoint{80.0f, 45.0f}));
+  EXPECT_EQ(Crop()->Limits(), (HvBox{30.0f, 130.0f, 20.0f, 70.0f}));
+  EXPECT_EQ(effect->OverlayTool()->ViewOrigin(), (HvPoint{30.0f, 20.0f}));
+  EXPECT_EQ(effect->OverlayTool()->SrcCentre().Centre(), (HvPoint{80.0f, 45.0f}));
 }
 
 TEST_F(OverlayLinkPlaced, FollowsThePictureOfAClone) {
   Render(*Clone());
-  EXPECT_EQ(Crop()->limits(), picture);
-  EXPECT_EQ(Crop()->x1(), 100.0f);
-  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+  EXPECT_EQ(Crop()->Limits(), picture);
+  EXPECT_EQ(Crop()->X1(), 100.0f);
+  EXPECT_EQ(effect->OverlayTool()->ViewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
 TEST_F(OverlayLinkPlaced, FollowsACloneOfAnotherThreadAtTheNextPage) {
   RenderElsewhere();
-  EXPECT_EQ(Crop()->limits(), frame) << "widgets belong to the viewer's thread";
+  EXPECT_EQ(Crop()->Limits(), frame) << "widgets belong to the viewer's thread";
   EXPECT_EQ(effect->InputPlace().sizeX, 100.0f);
   effect->PageShown("crop");
-  EXPECT_EQ(Crop()->limits(), picture);
+  EXPECT_EQ(Crop()->Limits(), picture);
 }
 
 TEST_F(OverlayLinkPlaced, FollowsACloneOfAnotherThreadAtTheNextPaint) {
   RenderElsewhere();
   ClosedSurface surface;
   effect->OverlayTool()->OnRender(&surface);
-  EXPECT_EQ(Crop()->limits(), picture);
-  EXPECT_EQ(effect->OverlayTool()->viewSize(), (HvPoint{100.0f, 50.0f}));
+  EXPECT_EQ(Crop()->Limits(), picture);
+  EXPECT_EQ(effect->OverlayTool()->ViewSize(), (HvPoint{100.0f, 50.0f}));
 }
 
 TEST_F(OverlayLinkPlaced, FollowsACloneOfAnotherThreadAtTheNextPenEvent) {
   HvTInteract& tool = *effect->OverlayTool();
   RenderElsewhere();
   tool.OnPenMove({0, 10.0, 10.0});
-  EXPECT_EQ(Crop()->limits(), picture);
+  EXPECT_EQ(Crop()->Limits(), picture);
   Paint<Pixel8>(input, 60, 40, black);
   RenderElsewhere();
   tool.OnPenDown({1, 10.0, 10.0});
-  EXPECT_EQ(Crop()->limits(), (HvBox{0.0f, 60.0f, 0.0f, 40.0f}));
+  EXPECT_EQ(Crop()->Limits(), (HvBox{0.0f, 60.0f, 0.0f, 40.0f}));
   tool.OnPenUp({1, 10.0, 10.0});
 }
 
@@ -343,13 +343,13 @@ TEST_F(OverlayLinkPlaced, StaysInThePensHandsUntilItIsLifted) {
   ClosedSurface surface;
   tool.OnRender(&surface);
   tool.OnPenMove({1, 120.0, 100.0});
-  EXPECT_EQ(Crop()->limits(), frame);
-  EXPECT_EQ(Crop()->x0(), 120.0f);
+  EXPECT_EQ(Crop()->Limits(), frame);
+  EXPECT_EQ(Crop()->X0(), 120.0f);
   tool.OnPenUp({1, 120.0, 100.0});
   EXPECT_EQ(Get(PropertyId::CropLeft), 30.0);
   tool.OnPenMove({0, 120.0, 100.0});
-  EXPECT_EQ(Crop()->limits(), picture);
-  EXPECT_EQ(Crop()->x0(), 30.0f);
+  EXPECT_EQ(Crop()->Limits(), picture);
+  EXPECT_EQ(Crop()->X0(), 30.0f);
 }
 
 TEST_F(OverlayLinkPlaced, ReadsNothingAgainWhenNoCloneReported) {
@@ -358,7 +358,7 @@ TEST_F(OverlayLinkPlaced, ReadsNothingAgainWhenNoCloneReported) {
   tool.OnPenMove({0, 10.0, 10.0});
   Crop()->SetLimits(1.0f, 2.0f, 3.0f, 4.0f);
   tool.OnPenMove({0, 20.0, 10.0});
-  EXPECT_EQ(Crop()->limits(), (HvBox{1.0f, 3.0f, 2.0f, 4.0f}));
+  EXPECT_EQ(Crop()->Limits(), (HvBox{1.0f, 3.0f, 2.0f, 4.0f}));
 }
 
 TEST_F(OverlayLinkPlaced, IsNotAskedForAfterTheEffect) {
@@ -367,7 +367,7 @@ TEST_F(OverlayLinkPlaced, IsNotAskedForAfterTheEffect) {
   effect.reset();
   tool->OnPenMove({0, 10.0, 10.0});
   effect = ComPtr<Blur>::Own(new Blur());
-  EXPECT_EQ(tool->viewSize(), (HvPoint{400.0f, 200.0f}));
+  EXPECT_EQ(tool->ViewSize(), (HvPoint{400.0f, 200.0f}));
 }
 
 TEST_F(OverlayLink, WritesTheRadiusWhenThePenComesUp) {
@@ -386,9 +386,9 @@ TEST_F(OverlayLink, WritesTheRadiusWhenThePenComesUp) {
 TEST_F(OverlayLink, HidesAllControls) {
   effect->ConnectOverlay(&viewer);
   EXPECT_EQ(effect->HideControls(true), kOk);
-  EXPECT_EQ(effect->OverlayTool()->displayFlags() & HvTInteract::kControlsShown, 0u);
+  EXPECT_EQ(effect->OverlayTool()->DisplayFlags() & HvTInteract::kControlsShown, 0u);
   EXPECT_EQ(effect->HideControls(false), kOk);
-  EXPECT_EQ(effect->OverlayTool()->displayFlags() & HvTInteract::kControlsShown, 1u);
+  EXPECT_EQ(effect->OverlayTool()->DisplayFlags() & HvTInteract::kControlsShown, 1u);
   effect->DisconnectOverlay();
 }
 
@@ -397,7 +397,7 @@ TEST_F(OverlayLink, IsReachedByItsInterface) {
   ASSERT_TRUE(overlay);
   EXPECT_EQ(overlay->ConnectOverlay(&viewer), kOk);
   EXPECT_EQ(overlay->ShowPage("crop"), kOk);
-  EXPECT_TRUE(Crop()->isVisible());
+  EXPECT_TRUE(Crop()->IsVisible());
   EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
   EXPECT_EQ(effect->OverlayTool(), nullptr);
 }
@@ -430,14 +430,14 @@ TEST_F(OverlayLink, LeavesNothingOnAToolThatOutlivesTheEffect) {
   effect->PageShown("FullBlurPPG");
   const ComPtr<HvTInteract> tool(effect->OverlayTool());
   tool->OnPenMove({0, 210.0, 100.0});
-  EXPECT_NE(tool->hover(), nullptr);
+  EXPECT_NE(tool->Hover(), nullptr);
   tool->OnPenDown({1, 210.0, 100.0});
   effect.reset();
-  EXPECT_EQ(tool->hover(), nullptr);
+  EXPECT_EQ(tool->Hover(), nullptr);
   tool->OnPenMove({1, 220.0, 100.0});
   tool->OnPenUp({1, 220.0, 100.0});
   tool->OnOnTimeChange(1.0);
-  EXPECT_EQ(tool->viewZero().children().first(), nullptr);
+  EXPECT_EQ(tool->ViewZero().Children().First(), nullptr);
 }
 
 TEST_F(OverlayLink, IsMadeAnewAfterTheLastPage) {
@@ -447,8 +447,8 @@ TEST_F(OverlayLink, IsMadeAnewAfterTheLastPage) {
   Put(PropertyId::Blur, 64.0);
   effect->ConnectOverlay(&viewer);
   EXPECT_NE(effect->OverlayTool(), first.get());
-  EXPECT_EQ(Circle()->radius(), 64.0f);
-  EXPECT_EQ(first->viewZero().children().first(), nullptr);
+  EXPECT_EQ(Circle()->Radius(), 64.0f);
+  EXPECT_EQ(first->ViewZero().Children().First(), nullptr);
   effect->DisconnectOverlay();
 }
 

@@ -14,7 +14,7 @@ namespace {
 double ValueOf(IDSProperties& properties, PropertyId id) {
   DSVariant value;
   EXPECT_EQ(properties.GetValue(PropertyOf(id).guid, &value), kOk);
-  return value.asNumber();
+  return value.AsNumber();
 }
 
 TEST(Parameters, ANewEffectHasTheDefaults) {
@@ -71,7 +71,7 @@ TEST(Parameters, AnUnknownPropertyIsRefused) {
   DSVariant value = DSVariant::Of(7.0);
   EXPECT_EQ(effect->PutValue(GUID{}, DSVariant::Of(1.0)), kWrongArgument);
   EXPECT_EQ(effect->GetValue(GUID{}, &value), kWrongArgument);
-  EXPECT_EQ(value.asNumber(), 7.0);
+  EXPECT_EQ(value.AsNumber(), 7.0);
 }
 
 // A row of the map. Types: 5 float64, 3 int32, 11 boolean. Capabilities: 5 animated, 4 and 532 plain.

@@ -259,7 +259,7 @@ void OverlayFuzz::PenOnTool() {
     case 1: tool->OnPenUp(event); break;
     default: tool->OnPenMove(event); break;
   }
-  if (tool->hit() != nullptr) ++counts_["of these over a widget"];
+  if (tool->Hit() != nullptr) ++counts_["of these over a widget"];
 }
 
 // Pen events from within a property notification.
@@ -377,8 +377,8 @@ void OverlayFuzz::MakeWidget() {
   // Under one of the tool's nodes, at top level, or under another widget.
   HvTObject* const other = widgets_[static_cast<std::size_t>(Roll(static_cast<int>(kWidgets)))].get();
   switch (Roll(4)) {
-    case 0: place->SetParent(&tool->frameCentre()); break;
-    case 1: place->SetParent(&tool->srcCentre()); break;
+    case 0: place->SetParent(&tool->FrameCentre()); break;
+    case 1: place->SetParent(&tool->SrcCentre()); break;
     case 2: tool->AddObject(place.get()); break;
     default:
       if (other != nullptr && other != place.get()) place->SetParent(other);

@@ -16,9 +16,9 @@ class Hearer : public HvMessageHandler {
 
   void HandleMessage(const HvMessage& message, HvMessageSender*) override {
     std::ostringstream out;
-    out << message.id() << ' ' << message.kind();
-    if (message.kind() == kHoldsNumber) out << ' ' << message.asNumber();
-    if (message.kind() == kHoldsWhole) out << ' ' << message.asWhole();
+    out << message.Id() << ' ' << message.Kind();
+    if (message.Kind() == kHoldsNumber) out << ' ' << message.AsNumber();
+    if (message.Kind() == kHoldsWhole) out << ' ' << message.AsWhole();
     text_ += out.str() + "; ";
     if (whileHearing) whileHearing();
   }

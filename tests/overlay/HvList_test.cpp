@@ -13,10 +13,10 @@ using Elements = std::vector<int>;
 // The elements first to last; checks that the backward links give the same.
 Elements elementsOf(const HvList<int>& list) {
   Elements forwards;
-  for (const auto* node = list.first(); node != nullptr; node = node->next)
+  for (const auto* node = list.First(); node != nullptr; node = node->next)
     forwards.push_back(node->element);
   Elements backwards;
-  for (const auto* node = list.last(); node != nullptr; node = node->previous)
+  for (const auto* node = list.Last(); node != nullptr; node = node->previous)
     backwards.insert(backwards.begin(), node->element);
   EXPECT_EQ(forwards, backwards);
   return forwards;
@@ -29,9 +29,9 @@ void fill(HvList<int>& list, const Elements& elements) {
 
 TEST(HvList, IsEmptyAtFirst) {
   HvList<int> list;
-  EXPECT_EQ(list.first(), nullptr);
-  EXPECT_EQ(list.last(), nullptr);
-  EXPECT_EQ(list.cursor(), nullptr);
+  EXPECT_EQ(list.First(), nullptr);
+  EXPECT_EQ(list.Last(), nullptr);
+  EXPECT_EQ(list.Cursor(), nullptr);
   list.Start();
   EXPECT_EQ(list.Step(), nullptr);
 }
@@ -39,21 +39,21 @@ TEST(HvList, IsEmptyAtFirst) {
 TEST(HvList, AppendsBehindTheLast) {
   HvList<int> list;
   fill(list, {4});
-  EXPECT_EQ(list.first(), list.last());
+  EXPECT_EQ(list.First(), list.Last());
   fill(list, {9, 4});
   EXPECT_EQ(elementsOf(list), (Elements{4, 9, 4}));
-  EXPECT_EQ(list.cursor(), nullptr);
+  EXPECT_EQ(list.Cursor(), nullptr);
 }
 
 TEST(HvList, TakesOutAnyNode) {
   HvList<int> list;
   fill(list, {1, 2, 3, 4});
-  EXPECT_EQ(list.RemoveNode(list.first()->next), 2);
+  EXPECT_EQ(list.RemoveNode(list.First()->next), 2);
   EXPECT_EQ(elementsOf(list), (Elements{1, 3, 4}));
-  EXPECT_EQ(list.RemoveNode(list.first()), 1);
-  EXPECT_EQ(list.RemoveNode(list.last()), 4);
+  EXPECT_EQ(list.RemoveNode(list.First()), 1);
+  EXPECT_EQ(list.RemoveNode(list.Last()), 4);
   EXPECT_EQ(elementsOf(list), (Elements{3}));
-  EXPECT_EQ(list.RemoveNode(list.first()), 3);
+  EXPECT_EQ(list.RemoveNode(list.First()), 3);
   EXPECT_EQ(elementsOf(list), (Elements{}));
   fill(list, {5});
   EXPECT_EQ(elementsOf(list), (Elements{5}));
@@ -65,12 +65,12 @@ TEST(HvList, WalksWhileTheNodeInHandIsRemoved) {
   Elements seen;
   list.Start();
   while (auto* node = list.Step()) {
-    const auto* const behind = list.cursor();
+    const auto* const behind = list.Cursor();
     seen.push_back(list.RemoveNode(node));
-    EXPECT_EQ(list.cursor(), behind);
+    EXPECT_EQ(list.Cursor(), behind);
   }
   EXPECT_EQ(seen, (Elements{1, 2, 3}));
-  EXPECT_EQ(list.first(), nullptr);
+  EXPECT_EQ(list.First(), nullptr);
 }
 
 TEST(HvList, StepsBackWhenTheNodeAtTheCursorIsRemoved) {
@@ -78,9 +78,9 @@ TEST(HvList, StepsBackWhenTheNodeAtTheCursorIsRemoved) {
   fill(list, {1, 2, 3});
   list.Start();
   list.Step();
-  ASSERT_EQ(list.cursor()->element, 2);
-  list.RemoveNode(list.cursor());
-  EXPECT_EQ(list.cursor(), list.first());
+  ASSERT_EQ(list.Cursor()->element, 2);
+  list.RemoveNode(list.Cursor());
+  EXPECT_EQ(list.Cursor(), list.First());
   Elements seen;
   while (const auto* node = list.Step())
     seen.push_back(node->element);
@@ -91,11 +91,11 @@ TEST(HvList, StepsOnWhenTheFirstNodeIsRemovedAtTheCursor) {
   HvList<int> list;
   fill(list, {1, 2});
   list.Start();
-  list.RemoveNode(list.first());
-  ASSERT_NE(list.cursor(), nullptr);
-  EXPECT_EQ(list.cursor()->element, 2);
-  list.RemoveNode(list.first());
-  EXPECT_EQ(list.cursor(), nullptr);
+  list.RemoveNode(list.First());
+  ASSERT_NE(list.Cursor(), nullptr);
+  EXPECT_EQ(list.Cursor()->element, 2);
+  list.RemoveNode(list.First());
+  EXPECT_EQ(list.Cursor(), nullptr);
 }
 
 TEST(HvList, RemovesEveryNodeOfAnElement) {
@@ -123,7 +123,7 @@ TEST(HvList, LooksForAnElementWithoutTheCursor) {
   list.Step();
   EXPECT_TRUE(list.Contains(3));
   EXPECT_FALSE(list.Contains(4));
-  EXPECT_EQ(list.cursor()->element, 2);
+  EXPECT_EQ(list.Cursor()->element, 2);
 }
 
 TEST(HvList, ClearsItself) {
@@ -131,7 +131,7 @@ TEST(HvList, ClearsItself) {
   fill(list, {1, 2, 3});
   list.Clear();
   EXPECT_EQ(elementsOf(list), (Elements{}));
-  EXPECT_EQ(list.cursor(), nullptr);
+  EXPECT_EQ(list.Cursor(), nullptr);
 }
 
 TEST(HvList, NeverOwnsItsElements) {

@@ -14,7 +14,7 @@ namespace {
 template <class T>
 int countOf(const HvList<T>& list) {
   int count = 0;
-  for (const auto* node = list.first(); node != nullptr; node = node->next)
+  for (const auto* node = list.First(); node != nullptr; node = node->next)
     ++count;
   return count;
 }
@@ -24,7 +24,7 @@ struct Listener : HvMessageHandler {
   Listener(std::string& heard, std::string ownName) : log(heard), name(std::move(ownName)) {}
 
   void HandleMessage(const HvMessage& message, HvMessageSender* sender) override {
-    lastId = message.id();
+    lastId = message.Id();
     lastSender = sender;
     log += name;
     if (act) act();
@@ -53,7 +53,7 @@ TEST(HvMessageLink, SendsToEveryHandlerInTheOrderOfLinking) {
 TEST(HvMessageLink, SendsNothingWithoutHandlers) {
   HvMessageSender sender;
   sender.Send(HvMessage(1));
-  EXPECT_EQ(sender.handlers().first(), nullptr);
+  EXPECT_EQ(sender.Handlers().First(), nullptr);
 }
 
 TEST(HvMessageLink, StandsOnceInBothLists) {
@@ -62,10 +62,10 @@ TEST(HvMessageLink, StandsOnceInBothLists) {
   HvMessageSender sender;
   LinkHandler(&handler, &sender);
   LinkHandler(&handler, &sender);
-  EXPECT_EQ(countOf(sender.handlers()), 1);
-  EXPECT_EQ(countOf(handler.senders()), 1);
-  EXPECT_EQ(sender.handlers().first()->element, &handler);
-  EXPECT_EQ(handler.senders().first()->element, &sender);
+  EXPECT_EQ(countOf(sender.Handlers()), 1);
+  EXPECT_EQ(countOf(handler.Senders()), 1);
+  EXPECT_EQ(sender.Handlers().First()->element, &handler);
+  EXPECT_EQ(handler.Senders().First()->element, &sender);
 }
 
 TEST(HvMessageLink, IgnoresNull) {
@@ -75,8 +75,8 @@ TEST(HvMessageLink, IgnoresNull) {
   LinkHandler(&handler, nullptr);
   LinkHandler(nullptr, &sender);
   LinkHandler(nullptr, nullptr);
-  EXPECT_EQ(countOf(handler.senders()), 0);
-  EXPECT_EQ(countOf(sender.handlers()), 0);
+  EXPECT_EQ(countOf(handler.Senders()), 0);
+  EXPECT_EQ(countOf(sender.Handlers()), 0);
 }
 
 TEST(HvMessageLink, StopsSendingAtANullElement) {
@@ -85,7 +85,7 @@ TEST(HvMessageLink, StopsSendingAtANullElement) {
   Listener a(log, "a");
   Listener b(log, "b");
   LinkHandler(&a, &sender);
-  const_cast<HvList<HvMessageHandler*>&>(sender.handlers()).Append(nullptr);
+  const_cast<HvList<HvMessageHandler*>&>(sender.Handlers()).Append(nullptr);
   LinkHandler(&b, &sender);
   sender.Send(HvMessage(1));
   EXPECT_EQ(log, "a");
@@ -102,8 +102,8 @@ TEST(HvMessageLink, ForgetsAHandlerThatIsDestroyed) {
     LinkHandler(&stays, &first);
     LinkHandler(&goes, &second);
   }
-  EXPECT_EQ(countOf(first.handlers()), 1);
-  EXPECT_EQ(countOf(second.handlers()), 0);
+  EXPECT_EQ(countOf(first.Handlers()), 1);
+  EXPECT_EQ(countOf(second.Handlers()), 0);
   first.Send(HvMessage(1));
   second.Send(HvMessage(1));
   EXPECT_EQ(log, "s");
@@ -118,8 +118,8 @@ TEST(HvMessageLink, ForgetsASenderThatIsDestroyed) {
     LinkHandler(&handler, &goes);
     LinkHandler(&handler, &stays);
   }
-  EXPECT_EQ(countOf(handler.senders()), 1);
-  EXPECT_EQ(handler.senders().first()->element, &stays);
+  EXPECT_EQ(countOf(handler.Senders()), 1);
+  EXPECT_EQ(handler.Senders().First()->element, &stays);
 }
 
 TEST(HvMessageLink, LeavesLaterHandlersWithAnEntryForADeadSender) {
@@ -132,9 +132,9 @@ TEST(HvMessageLink, LeavesLaterHandlersWithAnEntryForADeadSender) {
   LinkHandler(&first, address);
   LinkHandler(&second, address);
   sender.reset();
-  EXPECT_EQ(countOf(first.senders()), 0);
-  ASSERT_EQ(countOf(second.senders()), 1);
-  EXPECT_EQ(second.senders().first()->element, address);
+  EXPECT_EQ(countOf(first.Senders()), 0);
+  ASSERT_EQ(countOf(second.Senders()), 1);
+  EXPECT_EQ(second.Senders().First()->element, address);
   // A sender at the same address, for the second handler's destructor.
   sender.emplace();
 }

@@ -16,7 +16,7 @@ class HvT2DAxisDrag : public ::testing::Test {
   // Picks and presses the handle at a point.
   void press(HvPoint pos, std::uint32_t expected) {
     axis.Pick(pos, {2, 2});
-    ASSERT_EQ(axis.active(), expected);
+    ASSERT_EQ(axis.Active(), expected);
     EXPECT_EQ(axis.Press(pos), 1);
   }
   void drag(float x, float y) { EXPECT_EQ(axis.Drag({x, y}), 1); }
@@ -33,7 +33,7 @@ class HvT2DAxisDrag : public ::testing::Test {
 TEST_F(HvT2DAxisDrag, PressesNothingWithoutAHandle) {
   test::Hearer hearer(axis);
   EXPECT_EQ(axis.Press({0, 0}), 0);
-  EXPECT_FALSE(axis.isPressed());
+  EXPECT_FALSE(axis.IsPressed());
   EXPECT_EQ(hearer.take(), "");
 }
 
@@ -46,8 +46,8 @@ TEST_F(HvT2DAxisDrag, TellsOfBeginChangeAndEndWithTheHandle) {
   EXPECT_EQ(hearer.take(), "201 1 3; 201 1 3; ");
   EXPECT_EQ(axis.Release(), 1);
   EXPECT_EQ(hearer.take(), "202 1 3; ");
-  EXPECT_EQ(axis.active(), 0u);
-  EXPECT_FALSE(axis.isPressed());
+  EXPECT_EQ(axis.Active(), 0u);
+  EXPECT_FALSE(axis.IsPressed());
   axis.Release();
   EXPECT_EQ(hearer.take(), "202 1 0; ");
 }
@@ -73,9 +73,9 @@ TEST_F(HvT2DAxisDrag, TellsOfTheBeginBeforeItIsPressedAndOfTheEndWhileItIs) {
   test::Hearer hearer(axis);
   int heard = 0;
   hearer.whileHearing = [&] {
-    EXPECT_EQ(axis.isPressed(), heard != 0);
+    EXPECT_EQ(axis.IsPressed(), heard != 0);
     ++heard;
-    EXPECT_EQ(axis.active(), 3u);
+    EXPECT_EQ(axis.Active(), 3u);
   };
   press({0, 0}, 3);
   drag(1, 1);
@@ -90,9 +90,9 @@ TEST_F(HvT2DAxisDrag, TellsOfTheChangeWhenTheBoxHasFollowedAndTheSpaceHasNot) {
   axis.ToLocal({0, 0});
   hearer.whileHearing = [&] {
     ++heard;
-    EXPECT_EQ(axis.centre(), (HvPoint{3, 4}));
-    EXPECT_EQ(axis.origin(), (HvPoint{-34, -33}));
-    EXPECT_EQ(axis.axisFlags() & HvT2DAxis::kMatricesStale, 0u);
+    EXPECT_EQ(axis.Centre(), (HvPoint{3, 4}));
+    EXPECT_EQ(axis.Origin(), (HvPoint{-34, -33}));
+    EXPECT_EQ(axis.AxisFlags() & HvT2DAxis::kMatricesStale, 0u);
     EXPECT_EQ(axis.ToLocal({3, 4}), (HvPoint{3, 4}));
   };
   drag(3, 4);
@@ -103,47 +103,47 @@ TEST_F(HvT2DAxisDrag, TellsOfTheChangeWhenTheBoxHasFollowedAndTheSpaceHasNot) {
 TEST_F(HvT2DAxisDrag, OfNothingChangesNothingAndTells) {
   test::Hearer hearer(axis);
   axis.ToLocal({0, 0});
-  const HvBox before = axis.box();
+  const HvBox before = axis.Box();
   drag(5, 5);
   EXPECT_EQ(hearer.take(), "201 1 0; ");
-  EXPECT_EQ(axis.box(), before);
-  EXPECT_EQ(axis.centre(), (HvPoint{0, 0}));
-  EXPECT_EQ(axis.axisFlags() & HvT2DAxis::kMatricesStale, 1u);
+  EXPECT_EQ(axis.Box(), before);
+  EXPECT_EQ(axis.Centre(), (HvPoint{0, 0}));
+  EXPECT_EQ(axis.AxisFlags() & HvT2DAxis::kMatricesStale, 1u);
 }
 
 TEST_F(HvT2DAxisDrag, OfTheCentreMovesByWhatThePenMoves) {
   press({1, 1}, 3);
   drag(4, -2);
-  EXPECT_EQ(axis.centre(), (HvPoint{3, -3}));
-  EXPECT_EQ(axis.origin(), (HvPoint{-34, -40}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{3, -3}));
+  EXPECT_EQ(axis.Origin(), (HvPoint{-34, -40}));
   drag(4, -2);
-  EXPECT_EQ(axis.centre(), (HvPoint{3, -3}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{3, -3}));
   drag(-6, 0);
-  EXPECT_EQ(axis.centre(), (HvPoint{-7, -1}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{-7, -1}));
   EXPECT_EQ(axis.ToLocal({-7, 0}), (HvPoint{0, 1}));
 }
 
 TEST_F(HvT2DAxisDrag, OfAnArrowMovesAlongIt) {
   press({20, 0}, 1);
   drag(25, 7);
-  EXPECT_EQ(axis.centre(), (HvPoint{5, 0}));
-  EXPECT_EQ(axis.origin(), (HvPoint{-32, -37}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{5, 0}));
+  EXPECT_EQ(axis.Origin(), (HvPoint{-32, -37}));
   axis.Release();
   press({5, 20}, 2);
   drag(11, 17);
-  EXPECT_EQ(axis.centre(), (HvPoint{5, -3}));
-  EXPECT_EQ(axis.origin(), (HvPoint{-32, -40}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{5, -3}));
+  EXPECT_EQ(axis.Origin(), (HvPoint{-32, -40}));
 }
 
 TEST_F(HvT2DAxisDrag, OfTheArcTurnsByThePensAngle) {
   press({32, 0}, 32);
   drag(0, 32);
-  EXPECT_EQ(axis.rotation(), 90.0f);
+  EXPECT_EQ(axis.Rotation(), 90.0f);
   drag(0, 500);
-  EXPECT_EQ(axis.rotation(), 90.0f);
+  EXPECT_EQ(axis.Rotation(), 90.0f);
   drag(500, 500);
-  EXPECT_EQ(axis.rotation(), 45.0f);
-  EXPECT_EQ(axis.centre(), (HvPoint{0, 0}));
+  EXPECT_EQ(axis.Rotation(), 45.0f);
+  EXPECT_EQ(axis.Centre(), (HvPoint{0, 0}));
 }
 
 TEST_F(HvT2DAxisDrag, OfTheArcBeginsWhereItWasTaken) {
@@ -151,9 +151,9 @@ TEST_F(HvT2DAxisDrag, OfTheArcBeginsWhereItWasTaken) {
   axis.SetCentre(100, 200);
   press({100 + 31.5f, 205}, 32);
   drag(100 + 31.5f, 205);
-  EXPECT_EQ(axis.rotation(), 10.0f);
+  EXPECT_EQ(axis.Rotation(), 10.0f);
   drag(95, 200 + 31.5f);
-  EXPECT_FLOAT_EQ(axis.rotation(), 100.0f);
+  EXPECT_FLOAT_EQ(axis.Rotation(), 100.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeam) {
@@ -162,7 +162,7 @@ TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeam) {
   const HvPoint way[] = {{0, 32}, {-32, 0}, {0, -32}, {32, 0}};
   for (int i = 0; i < 8; ++i) {
     axis.Drag(way[i % 4]);
-    EXPECT_EQ(axis.rotation(), steps[i]);
+    EXPECT_EQ(axis.Rotation(), steps[i]);
   }
 }
 
@@ -172,80 +172,80 @@ TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeamTheOtherWay) {
   const HvPoint way[] = {{0, -32}, {-32, -0.0f}, {0, 32}, {32, 0}, {0, -32}};
   for (int i = 0; i < 5; ++i) {
     axis.Drag(way[i]);
-    EXPECT_EQ(axis.rotation(), steps[i]);
+    EXPECT_EQ(axis.Rotation(), steps[i]);
   }
 }
 
 TEST_F(HvT2DAxisDrag, OfTheArcTakesHalfATurnAsItComes) {
   press({32, 0}, 32);
   drag(-32, 0);
-  EXPECT_EQ(axis.rotation(), 180.0f);
+  EXPECT_EQ(axis.Rotation(), 180.0f);
   drag(32, 0);
-  EXPECT_EQ(axis.rotation(), 0.0f);
+  EXPECT_EQ(axis.Rotation(), 0.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfTheArcFoldsASmallStepAcrossTheSeam) {
   press({32, 0}, 32);
   drag(-1000, 1);
-  const float before = axis.rotation();
+  const float before = axis.Rotation();
   drag(-1000, -1);
-  EXPECT_NEAR(axis.rotation() - before, 2 * std::atan(0.001) * 180 / std::numbers::pi, 1e-4);
+  EXPECT_NEAR(axis.Rotation() - before, 2 * std::atan(0.001) * 180 / std::numbers::pi, 1e-4);
   drag(-1000, 1);
-  EXPECT_NEAR(axis.rotation(), before, 1e-4);
+  EXPECT_NEAR(axis.Rotation(), before, 1e-4);
 }
 
 TEST_F(HvT2DAxisDrag, OfACornerScalesByTheFartherAxis) {
   press({37, 37}, 4);
   drag(74, 37);
-  EXPECT_EQ(axis.scale(), 2.0f);
+  EXPECT_EQ(axis.Scale(), 2.0f);
   drag(37, -111);
-  EXPECT_EQ(axis.scale(), -3.0f);
+  EXPECT_EQ(axis.Scale(), -3.0f);
   drag(37, -37);
-  EXPECT_EQ(axis.scale(), -1.0f);
+  EXPECT_EQ(axis.Scale(), -1.0f);
   drag(-18.5f, 0);
-  EXPECT_EQ(axis.scale(), -0.5f);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, 1}));
-  EXPECT_EQ(axis.aspect(), 0.0f);
-  EXPECT_EQ(axis.box(), currentBox());
+  EXPECT_EQ(axis.Scale(), -0.5f);
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, 1}));
+  EXPECT_EQ(axis.Aspect(), 0.0f);
+  EXPECT_EQ(axis.Box(), currentBox());
 }
 
 TEST_F(HvT2DAxisDrag, OfANegativeCornerFollowsThePen) {
   press({-37, -37}, 4);
   drag(-74, 0);
-  EXPECT_EQ(axis.scale(), 2.0f);
+  EXPECT_EQ(axis.Scale(), 2.0f);
   drag(0, -111);
-  EXPECT_EQ(axis.scale(), 3.0f);
+  EXPECT_EQ(axis.Scale(), 3.0f);
   drag(0, 37);
-  EXPECT_EQ(axis.scale(), -1.0f);
+  EXPECT_EQ(axis.Scale(), -1.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfACornerKeepsEachSideByItself) {
   press({-37, 37}, 4);
   drag(-74, 0);
-  EXPECT_EQ(axis.scale(), 2.0f);
+  EXPECT_EQ(axis.Scale(), 2.0f);
   drag(0, 111);
-  EXPECT_EQ(axis.scale(), 3.0f);
+  EXPECT_EQ(axis.Scale(), 3.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfACornerWithANegativeScaleFollowsThePen) {
   axis.SetScale(-1);
   press({37, 37}, 4);
   drag(74, 0);
-  EXPECT_EQ(axis.scale(), -2.0f);
+  EXPECT_EQ(axis.Scale(), -2.0f);
   drag(0, 18.5f);
-  EXPECT_EQ(axis.scale(), -0.5f);
+  EXPECT_EQ(axis.Scale(), -0.5f);
 }
 
 TEST_F(HvT2DAxisDrag, OfACornerTakesTheScalesOfTheAxesOut) {
   axis.SetAxisScale(2, 0.5f);
   press({74, 18.5f}, 4);
   drag(148, 0);
-  EXPECT_EQ(axis.scale(), 2.0f);
+  EXPECT_EQ(axis.Scale(), 2.0f);
   drag(0, 55.5f);
-  EXPECT_EQ(axis.scale(), 3.0f);
+  EXPECT_EQ(axis.Scale(), 3.0f);
   // 37 along x is 18.5, 12 along y is 24.
   drag(37, 12);
-  EXPECT_FLOAT_EQ(axis.scale(), 24.0f / 37.0f);
+  EXPECT_FLOAT_EQ(axis.Scale(), 24.0f / 37.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfABoxHandleTurnsBackByTheRotationAtThePress) {
@@ -254,74 +254,74 @@ TEST_F(HvT2DAxisDrag, OfABoxHandleTurnsBackByTheRotationAtThePress) {
   press({10 - 37, 20 + 37}, 4);
   axis.SetRotation(0);
   drag(10 - 37, 20 + 74);
-  EXPECT_FLOAT_EQ(axis.scale(), 2.0f);
+  EXPECT_FLOAT_EQ(axis.Scale(), 2.0f);
   drag(10 - 111, 20);
-  EXPECT_FLOAT_EQ(axis.scale(), 3.0f);
+  EXPECT_FLOAT_EQ(axis.Scale(), 3.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfAVerticalEdgeScalesAlongX) {
   press({37, 10}, 8);
   drag(74, 500);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{2, 1}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{2, 1}));
   drag(-18.5f, -3);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{-0.5f, 1}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{-0.5f, 1}));
   axis.Release();
   axis.SetAxisScale(1, 1);
   axis.SetScale(2);
   press({-74, 10}, 8);
   drag(-37, 10);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{0.5f, 1}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{0.5f, 1}));
   drag(74, 10);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{-1, 1}));
-  EXPECT_EQ(axis.scale(), 2.0f);
-  EXPECT_EQ(axis.box(), currentBox());
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{-1, 1}));
+  EXPECT_EQ(axis.Scale(), 2.0f);
+  EXPECT_EQ(axis.Box(), currentBox());
 }
 
 TEST_F(HvT2DAxisDrag, OfAHorizontalEdgeScalesAlongY) {
   press({10, 37}, 16);
   drag(500, 74);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, 2}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, 2}));
   drag(-3, -18.5f);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, -0.5f}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, -0.5f}));
   axis.Release();
   axis.SetAxisScale(1, 1);
   axis.SetScale(2);
   press({10, -74}, 16);
   drag(10, -37);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, 0.5f}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, 0.5f}));
   drag(10, 74);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, -1}));
-  EXPECT_EQ(axis.scale(), 2.0f);
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, -1}));
+  EXPECT_EQ(axis.Scale(), 2.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfAnEdgeTurnsBackByTheRotation) {
   axis.SetRotation(90);
   press({10, 37}, 8);
   drag(500, 74);
-  EXPECT_NEAR(axis.axisScale().x, 2, 1e-4);
-  EXPECT_EQ(axis.axisScale().y, 1.0f);
+  EXPECT_NEAR(axis.AxisScale().x, 2, 1e-4);
+  EXPECT_EQ(axis.AxisScale().y, 1.0f);
   axis.Release();
   axis.SetAxisScale(1, 1);
   press({-37, 10}, 16);
   drag(-74, 500);
-  EXPECT_NEAR(axis.axisScale().y, 2, 1e-4);
-  EXPECT_EQ(axis.axisScale().x, 1.0f);
+  EXPECT_NEAR(axis.AxisScale().y, 2, 1e-4);
+  EXPECT_EQ(axis.AxisScale().x, 1.0f);
 }
 
 TEST_F(HvT2DAxisDrag, OfTheDotSharesByThePensSlope) {
   press(axis.AspectHandlePos(), 64);
   drag(40, 20);
-  EXPECT_EQ(axis.aspect(), 0.5f);
+  EXPECT_EQ(axis.Aspect(), 0.5f);
   drag(20, 40);
-  EXPECT_EQ(axis.aspect(), -0.5f);
+  EXPECT_EQ(axis.Aspect(), -0.5f);
   drag(40, 40);
-  EXPECT_EQ(axis.aspect(), 0.0f);
+  EXPECT_EQ(axis.Aspect(), 0.0f);
   drag(40, 0);
-  EXPECT_EQ(axis.aspect(), 1.0f);
+  EXPECT_EQ(axis.Aspect(), 1.0f);
   drag(0, 40);
-  EXPECT_EQ(axis.aspect(), -1.0f);
-  EXPECT_EQ(axis.scale(), 1.0f);
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, 1}));
+  EXPECT_EQ(axis.Aspect(), -1.0f);
+  EXPECT_EQ(axis.Scale(), 1.0f);
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, 1}));
 }
 
 TEST_F(HvT2DAxisDrag, OfTheDotBeyondAnAxisPinsTheAspectByItsSign) {
@@ -329,13 +329,13 @@ TEST_F(HvT2DAxisDrag, OfTheDotBeyondAnAxisPinsTheAspectByItsSign) {
   for (const HvPoint beyond : {HvPoint{-5, 5}, HvPoint{5, -5}, HvPoint{-5, -5}}) {
     drag(40, 40);
     axis.Drag(beyond);
-    EXPECT_EQ(axis.aspect(), 0.0f);
+    EXPECT_EQ(axis.Aspect(), 0.0f);
     drag(40, 20);
     axis.Drag(beyond);
-    EXPECT_EQ(axis.aspect(), 1.0f);
+    EXPECT_EQ(axis.Aspect(), 1.0f);
     drag(20, 40);
     axis.Drag(beyond);
-    EXPECT_EQ(axis.aspect(), -1.0f);
+    EXPECT_EQ(axis.Aspect(), -1.0f);
   }
 }
 
@@ -343,9 +343,9 @@ TEST_F(HvT2DAxisDrag, OfTheDotTakesTheScalesOfTheAxesOut) {
   axis.SetAxisScale(2, 1);
   press(axis.AspectHandlePos(), 64);
   drag(40, 40);
-  EXPECT_EQ(axis.aspect(), -0.5f);
+  EXPECT_EQ(axis.Aspect(), -0.5f);
   drag(40, 5);
-  EXPECT_EQ(axis.aspect(), 0.75f);
+  EXPECT_EQ(axis.Aspect(), 0.75f);
 }
 
 TEST_F(HvT2DAxisDrag, OfTheDotTurnsBackByTheRotation) {
@@ -353,48 +353,48 @@ TEST_F(HvT2DAxisDrag, OfTheDotTurnsBackByTheRotation) {
   const HvPoint dot = axis.AspectHandlePos();
   press({-dot.y, dot.x}, 64);
   drag(-20, 40);
-  EXPECT_FLOAT_EQ(axis.aspect(), 0.5f);
+  EXPECT_FLOAT_EQ(axis.Aspect(), 0.5f);
 }
 
 TEST_F(HvT2DAxisDrag, OfTheDotOntoTheCentreLeavesBothAxesWhole) {
   press(axis.AspectHandlePos(), 64);
   drag(0, 0);
-  EXPECT_TRUE(std::isnan(axis.aspect()));
-  EXPECT_EQ(axis.xAspect(), 1.0f);
-  EXPECT_EQ(axis.yAspect(), 1.0f);
-  EXPECT_EQ(axis.box(), currentBox());
-  EXPECT_TRUE(std::isfinite(axis.size().x));
+  EXPECT_TRUE(std::isnan(axis.Aspect()));
+  EXPECT_EQ(axis.XAspect(), 1.0f);
+  EXPECT_EQ(axis.YAspect(), 1.0f);
+  EXPECT_EQ(axis.Box(), currentBox());
+  EXPECT_TRUE(std::isfinite(axis.Size().x));
   drag(40, 20);
-  EXPECT_EQ(axis.aspect(), 0.5f);
+  EXPECT_EQ(axis.Aspect(), 0.5f);
 }
 
 TEST_F(HvT2DAxisDrag, FollowsTheHandleScale) {
   axis.SetHandleScale(2);
   press({74, 74}, 4);
   drag(148, 0);
-  EXPECT_EQ(axis.scale(), 2.0f);
+  EXPECT_EQ(axis.Scale(), 2.0f);
   axis.Release();
   press({148, 10}, 8);
   drag(74, 10);
-  EXPECT_EQ(axis.axisScale().x, 0.5f);
+  EXPECT_EQ(axis.AxisScale().x, 0.5f);
   axis.Release();
   press({10, 148}, 16);
   drag(10, 74);
-  EXPECT_EQ(axis.axisScale().y, 0.5f);
+  EXPECT_EQ(axis.AxisScale().y, 0.5f);
 }
 
 TEST_F(HvT2DAxisDrag, PassesFromHoverToPressedAndBack) {
   axis.Pick({0, 0}, {2, 2});
   EXPECT_EQ(axis.Enter({0, 0}), 1);
-  EXPECT_TRUE(axis.isHovered());
-  EXPECT_EQ(axis.active(), 3u);
+  EXPECT_TRUE(axis.IsHovered());
+  EXPECT_EQ(axis.Active(), 3u);
   EXPECT_EQ(axis.Leave(), 1);
-  EXPECT_FALSE(axis.isHovered());
-  EXPECT_EQ(axis.active(), 0u);
+  EXPECT_FALSE(axis.IsHovered());
+  EXPECT_EQ(axis.Active(), 0u);
   press({0, 0}, 3);
-  EXPECT_TRUE(axis.isPressed());
+  EXPECT_TRUE(axis.IsPressed());
   drag(5, 5);
-  EXPECT_EQ(axis.active(), 3u);
+  EXPECT_EQ(axis.Active(), 3u);
 }
 
 TEST_F(HvT2DAxisDrag, TellsTheParentOfEachMove) {
@@ -402,8 +402,8 @@ TEST_F(HvT2DAxisDrag, TellsTheParentOfEachMove) {
   axis.SetParent(&parent);
   press({0, 0}, 3);
   drag(10, 20);
-  EXPECT_EQ(parent.box(), axis.box());
-  EXPECT_EQ(parent.origin(), (HvPoint{-27, -17}));
+  EXPECT_EQ(parent.Box(), axis.Box());
+  EXPECT_EQ(parent.Origin(), (HvPoint{-27, -17}));
   axis.Detach();
 }
 

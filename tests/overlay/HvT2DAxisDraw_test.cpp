@@ -26,8 +26,8 @@ class PaintedSquare : public HvTObject {
   HvPick Pick(HvPoint, HvPoint) override { return {}; }
   void Draw() override {
     DrawRectFilled(0, 0, side_, side_);
-    depthWhenDrawn = OverlayMatrixStack::Get().depth();
-    topWhenDrawn = OverlayMatrixStack::Get().top();
+    depthWhenDrawn = OverlayMatrixStack::Get().Depth();
+    topWhenDrawn = OverlayMatrixStack::Get().Top();
   }
   std::int32_t Drag(HvPoint) override { return 0; }
 
@@ -58,7 +58,7 @@ void drawActive(DrawnStates& states, std::uint32_t mask, std::uint32_t handle) {
   axis.Press({0, 0});
   states.draw(axis, what + ", hovered and pressed");
   axis.HvTObject::Leave();
-  EXPECT_EQ(axis.active(), handle);
+  EXPECT_EQ(axis.Active(), handle);
   states.draw(axis, what + ", pressed");
 }
 
@@ -304,7 +304,7 @@ TEST(HvT2DAxisDraw, GroupPaintsItsAxisThenTheSecondThenTheFirst) {
   OverlayMatrixStack::Get().Pop();
   group.ShowOwnAxis(false);
   states.draw(group, "without its axis");
-  EXPECT_EQ(OverlayMatrixStack::Get().depth(), 0);
+  EXPECT_EQ(OverlayMatrixStack::Get().Depth(), 0);
   EXPECT_TRUE(states.match("HvT2DAxisGroup"));
 }
 

@@ -32,7 +32,7 @@ class GroupOfSquares {
   const HvTObject* at(double x, double y) const {
     for (const auto* squares : {&first, &second}) {
       for (auto child = squares->rbegin(); child != squares->rend(); ++child) {
-        const HvBox box = child->box();
+        const HvBox box = child->Box();
         if (box.minX <= x && x <= box.maxX && box.minY <= y && y <= box.maxY) return &*child;
       }
     }
@@ -41,7 +41,7 @@ class GroupOfSquares {
   // Too near an edge: rounding decides.
   bool isAtAnEdge(double x, double y) const {
     const auto isNear = [&](const test::Probe& child) {
-      const HvBox box = child.box();
+      const HvBox box = child.Box();
       return std::min({std::abs(x - box.minX), std::abs(x - box.maxX), std::abs(y - box.minY),
                        std::abs(y - box.maxY)}) < 1e-3;
     };
@@ -73,21 +73,21 @@ TEST(HvT2DAxisGroupRandom, PicksAsBruteForceDoes) {
     HvTManager manager;
     manager.EnableTips(false);
     manager.AddObject(&squares.group);
-    const double angle = -group.rotation() * std::numbers::pi / 180;
+    const double angle = -group.Rotation() * std::numbers::pi / 180;
     for (int i = 0; i < 40; ++i) {
       const HvPoint offset{random.between(-120, 120), random.between(-120, 120)};
-      const HvPoint pos = group.centre() + offset;
+      const HvPoint pos = group.Centre() + offset;
       const double x = (offset.x * std::cos(angle) - offset.y * std::sin(angle)) /
-                       (group.scale() * group.axisScale().x * group.xAspect());
+                       (group.Scale() * group.AxisScale().x * group.XAspect());
       const double y = (offset.x * std::sin(angle) + offset.y * std::cos(angle)) /
-                       (group.scale() * group.axisScale().y * group.yAspect());
+                       (group.Scale() * group.AxisScale().y * group.YAspect());
       if (squares.isAtAnEdge(x, y)) continue;
       manager.SetTolerance({random.between(0, 5), random.between(0, 5)});
       manager.PostMessage(HvMessage::OfPosition(kPenDown, pos));
-      ASSERT_EQ(manager.hover(), squares.at(x, y)) << pos.x << ' ' << pos.y;
+      ASSERT_EQ(manager.Hover(), squares.at(x, y)) << pos.x << ' ' << pos.y;
       manager.PostMessage(HvMessage::OfPosition(kPenUp, pos));
       ++checked;
-      hits += manager.hover() != nullptr ? 1 : 0;
+      hits += manager.Hover() != nullptr ? 1 : 0;
     }
   });
   EXPECT_GT(checked, 0);

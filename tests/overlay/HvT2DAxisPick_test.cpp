@@ -20,11 +20,11 @@ constexpr HvPoint kTwo{2, 2};
 
 std::uint32_t pickAt(HvT2DAxis& axis, HvPoint pos, HvPoint tolerance = kTwo) {
   const HvPick pick = axis.Pick(pos, tolerance);
-  HvTObject* const expected = axis.active() == 0 ? nullptr : &axis;
-  EXPECT_EQ(pick.object(), expected);
-  EXPECT_EQ(axis.target(), expected);
-  EXPECT_FALSE(pick.isSwallowed());
-  return axis.active();
+  HvTObject* const expected = axis.Active() == 0 ? nullptr : &axis;
+  EXPECT_EQ(pick.Object(), expected);
+  EXPECT_EQ(axis.Target(), expected);
+  EXPECT_FALSE(pick.IsSwallowed());
+  return axis.Active();
 }
 
 // On a control at (0, 0), with scale 1 and rotation 0.
@@ -234,7 +234,7 @@ TEST(HvT2DAxisPick, NotesWhichSideOfTheBoxWasTaken) {
   HvT2DAxis axis("axis", kBoxHandles);
   const auto flipsAt = [&](float x, float y) {
     pickAt(axis, {x, y});
-    return axis.flipFlags();
+    return axis.FlipFlags();
   };
   EXPECT_EQ(flipsAt(37, 37), 0u);
   EXPECT_EQ(flipsAt(-37, 37), 8u);
@@ -251,30 +251,30 @@ TEST(HvT2DAxisPick, CountsNegativeScalesAsTheOtherSide) {
   HvT2DAxis axis("axis", kBoxHandles);
   const auto flipsAt = [&](float x, float y) {
     pickAt(axis, {x, y});
-    return axis.flipFlags();
+    return axis.FlipFlags();
   };
   axis.SetScale(-1);
   EXPECT_EQ(flipsAt(37, 37), 24u);
-  EXPECT_EQ(axis.active(), 4u);
+  EXPECT_EQ(axis.Active(), 4u);
   EXPECT_EQ(flipsAt(-37, -37), 0u);
   EXPECT_EQ(flipsAt(37, 10), 8u);
-  EXPECT_EQ(axis.active(), 8u);
+  EXPECT_EQ(axis.Active(), 8u);
   axis.SetAxisScale(1, -1);
   EXPECT_EQ(flipsAt(37, 37), 8u);
   EXPECT_EQ(flipsAt(37, -37), 24u);
   EXPECT_EQ(flipsAt(10, -37), 16u);
-  EXPECT_EQ(axis.active(), 16u);
+  EXPECT_EQ(axis.Active(), 16u);
 }
 
 TEST(HvT2DAxisPick, TurnsBackBeforeItNotesTheSide) {
   HvT2DAxis axis("axis", kBoxHandles);
   axis.SetRotation(90);
   pickAt(axis, {-37, 10});
-  EXPECT_EQ(axis.active(), 16u);
-  EXPECT_EQ(axis.flipFlags(), 0u);
+  EXPECT_EQ(axis.Active(), 16u);
+  EXPECT_EQ(axis.FlipFlags(), 0u);
   pickAt(axis, {37, 37});
-  EXPECT_EQ(axis.active(), 4u);
-  EXPECT_EQ(axis.flipFlags(), 16u);
+  EXPECT_EQ(axis.Active(), 4u);
+  EXPECT_EQ(axis.FlipFlags(), 16u);
 }
 
 TEST(HvT2DAxisPick, LeavesTheSideToHandlesOfTheBox) {
@@ -282,7 +282,7 @@ TEST(HvT2DAxisPick, LeavesTheSideToHandlesOfTheBox) {
   pickAt(axis, {-37, -37});
   for (const HvPoint elsewhere : {HvPoint{0, 0}, HvPoint{32, 0}, HvPoint{0, 20}, HvPoint{20, 0}, HvPoint{90, 0}}) {
     pickAt(axis, elsewhere);
-    EXPECT_EQ(axis.flipFlags(), 24u);
+    EXPECT_EQ(axis.FlipFlags(), 24u);
   }
 }
 
@@ -311,23 +311,23 @@ TEST(HvT2DAxisPick, FindsNothingWhereTranslationIsOff) {
   HvT2DAxis axis("axis", kAllHandles);
   EXPECT_EQ(pickAt(axis, {37, 37}), 4u);
   axis.SetAxisFlags(HvT2DAxis::kNoTranslation);
-  EXPECT_FALSE(axis.Pick({37, 37}, kTwo).endsSearch());
-  EXPECT_EQ(axis.active(), 0u);
+  EXPECT_FALSE(axis.Pick({37, 37}, kTwo).EndsSearch());
+  EXPECT_EQ(axis.Active(), 0u);
   // The container clears it.
-  EXPECT_EQ(axis.target(), &axis);
+  EXPECT_EQ(axis.Target(), &axis);
 }
 
 // Model of the hit test in double precision. Points at a bound are left out, since rounding decides there.
 class AxisModel {
  public:
   AxisModel(const HvT2DAxis& axis, HvPoint pos, HvPoint tolerance)
-      : axis_(axis), t_(tolerance), dx_(pos.x - axis.centre().x), dy_(pos.y - axis.centre().y) {
-    const double angle = -axis.rotation() * std::numbers::pi / 180;
+      : axis_(axis), t_(tolerance), dx_(pos.x - axis.Centre().x), dy_(pos.y - axis.Centre().y) {
+    const double angle = -axis.Rotation() * std::numbers::pi / 180;
     rx_ = dx_ * std::cos(angle) - dy_ * std::sin(angle);
     ry_ = dy_ * std::cos(angle) + dx_ * std::sin(angle);
-    length_ = 37.0 * axis.handleScale();
-    hx_ = axis.scale() * axis.axisScale().x * axis.xAspect();
-    hy_ = axis.scale() * axis.axisScale().y * axis.yAspect();
+    length_ = 37.0 * axis.HandleScale();
+    hx_ = axis.Scale() * axis.AxisScale().x * axis.XAspect();
+    hy_ = axis.Scale() * axis.AxisScale().y * axis.YAspect();
   }
 
   std::uint32_t handle() {
@@ -335,7 +335,7 @@ class AxisModel {
     if (has(64) && below(dot.x - rx_, t_.x + 3) && below(dot.y - ry_, t_.y + 3)) return 64;
     if (has(1) && has(2) && below(dx_, t_.x + 3) && below(dy_, t_.y + 3)) return 3;
     const double angle = std::atan2(ry_, rx_) * 180 / std::numbers::pi;
-    if (has(32) && below(std::hypot(rx_, ry_) - 32.0 * axis_.handleScale(), t_.x) && below(angle, 45)) return 32;
+    if (has(32) && below(std::hypot(rx_, ry_) - 32.0 * axis_.HandleScale(), t_.x) && below(angle, 45)) return 32;
     const bool nearX = below(std::abs(rx_) - length_ * std::abs(hx_), t_.x);
     const bool nearY = below(std::abs(ry_) - length_ * std::abs(hy_), t_.y);
     const bool betweenX = below(rx_, length_ * std::abs(hx_));
@@ -350,7 +350,7 @@ class AxisModel {
   bool isAtABound() const { return closest_ < 1e-3; }
 
  private:
-  bool has(std::uint32_t bit) const { return (axis_.handleMask() & bit) != 0; }
+  bool has(std::uint32_t bit) const { return (axis_.HandleMask() & bit) != 0; }
   bool below(double offset, double reach) {
     closest_ = std::min(closest_, std::abs(std::abs(offset) - reach));
     return std::abs(offset) < reach;
@@ -382,12 +382,12 @@ TEST(HvT2DAxisPick, AgreesWithTheListOfHandlesWhateverTheFields) {
     axis.SetCentre(random.between(-50, 50), random.between(-50, 50));
     const HvPoint tolerance{random.between(1, 6), random.between(1, 6)};
     for (int i = 0; i < 100; ++i) {
-      const HvPoint pos{axis.centre().x + random.between(-120, 120), axis.centre().y + random.between(-120, 120)};
+      const HvPoint pos{axis.Centre().x + random.between(-120, 120), axis.Centre().y + random.between(-120, 120)};
       AxisModel model(axis, pos, tolerance);
       const std::uint32_t expected = model.handle();
       if (model.isAtABound()) continue;
       ASSERT_EQ(pickAt(axis, pos, tolerance), expected)
-          << "mask " << axis.handleMask() << " at " << pos.x << ' ' << pos.y;
+          << "mask " << axis.HandleMask() << " at " << pos.x << ' ' << pos.y;
       ++found[expected];
     }
   });

@@ -44,31 +44,31 @@ void expectNear(const HvBox& have, const HvBox& want, float within = 1e-4f) {
 }
 
 bool hasStaleMatrices(const HvT2DAxis& axis) {
-  return (axis.axisFlags() & HvT2DAxis::kMatricesStale) != 0;
+  return (axis.AxisFlags() & HvT2DAxis::kMatricesStale) != 0;
 }
 
 TEST(HvT2DAxis, BeginsAtTheOriginAsItIs) {
   const HvT2DAxis axis("ring", 37);
-  EXPECT_STREQ(axis.name(), "ring");
-  EXPECT_EQ(axis.handleMask(), 37u);
-  EXPECT_EQ(axis.active(), 0u);
-  EXPECT_EQ(axis.axisFlags(), 1u);
-  EXPECT_EQ(axis.centre(), (HvPoint{0, 0}));
-  EXPECT_EQ(axis.axisScale(), (HvPoint{1, 1}));
-  EXPECT_EQ(axis.scale(), 1.0f);
-  EXPECT_EQ(axis.rotation(), 0.0f);
-  EXPECT_EQ(axis.aspect(), 0.0f);
-  EXPECT_EQ(axis.flags(), 1u);
-  EXPECT_EQ(axis.state(), 3u);
-  EXPECT_EQ(axis.target(), nullptr);
-  EXPECT_EQ(axis.box(), (HvBox{-37, 37, -37, 37}));
+  EXPECT_STREQ(axis.Name(), "ring");
+  EXPECT_EQ(axis.HandleMask(), 37u);
+  EXPECT_EQ(axis.Active(), 0u);
+  EXPECT_EQ(axis.AxisFlags(), 1u);
+  EXPECT_EQ(axis.Centre(), (HvPoint{0, 0}));
+  EXPECT_EQ(axis.AxisScale(), (HvPoint{1, 1}));
+  EXPECT_EQ(axis.Scale(), 1.0f);
+  EXPECT_EQ(axis.Rotation(), 0.0f);
+  EXPECT_EQ(axis.Aspect(), 0.0f);
+  EXPECT_EQ(axis.Flags(), 1u);
+  EXPECT_EQ(axis.State(), 3u);
+  EXPECT_EQ(axis.Target(), nullptr);
+  EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -37, 37}));
 }
 
 TEST(HvT2DAxis, LetsNobodySetItsBox) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetOrigin({5, 6});
   axis.SetSize({7, 8});
-  EXPECT_EQ(axis.box(), (HvBox{-37, 37, -37, 37}));
+  EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -37, 37}));
 }
 
 TEST(HvT2DAxis, TellsTheMasksByTheirValues) {
@@ -86,8 +86,8 @@ TEST(HvT2DAxis, SharesTheAspectBetweenTheAxes) {
   HvT2DAxis axis("axis", kEveryHandle);
   const auto expectFactors = [&](float aspect, float x, float y) {
     axis.SetAspect(aspect);
-    EXPECT_EQ(axis.xAspect(), x) << aspect;
-    EXPECT_EQ(axis.yAspect(), y) << aspect;
+    EXPECT_EQ(axis.XAspect(), x) << aspect;
+    EXPECT_EQ(axis.YAspect(), y) << aspect;
   };
   expectFactors(0, 1, 1);
   expectFactors(0.25f, 1, 0.75f);
@@ -103,8 +103,8 @@ TEST(HvT2DAxis, CentreMovesWhatCanBeMovedBothWays) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate | HvT2DAxis::kRotate);
   EXPECT_EQ(axis.ToLocal({0, 0}), (HvPoint{0, 0}));
   axis.SetCentre(10, 20);
-  EXPECT_EQ(axis.centre(), (HvPoint{10, 20}));
-  EXPECT_EQ(axis.box(), (HvBox{-27, 47, -17, 57}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{10, 20}));
+  EXPECT_EQ(axis.Box(), (HvBox{-27, 47, -17, 57}));
   EXPECT_TRUE(hasStaleMatrices(axis));
   EXPECT_EQ(axis.ToLocal({10, 21}), (HvPoint{0, 1}));
 }
@@ -113,12 +113,12 @@ TEST(HvT2DAxis, CentreStaysWithoutBothTranslations) {
   for (std::uint32_t mask = 0; mask <= kEveryHandle; ++mask) {
     HvT2DAxis axis("axis", mask);
     axis.ToLocal({0, 0});
-    const HvBox before = axis.box();
+    const HvBox before = axis.Box();
     axis.SetCentre(10, 20);
     const bool moves = (mask & 3) == 3;
-    EXPECT_EQ(axis.centre(), (moves ? HvPoint{10, 20} : HvPoint{0, 0})) << mask;
+    EXPECT_EQ(axis.Centre(), (moves ? HvPoint{10, 20} : HvPoint{0, 0})) << mask;
     EXPECT_EQ(hasStaleMatrices(axis), moves) << mask;
-    EXPECT_EQ(axis.box() == before, !moves) << mask;
+    EXPECT_EQ(axis.Box() == before, !moves) << mask;
   }
 }
 
@@ -126,7 +126,7 @@ TEST(HvT2DAxis, CentreMovesAnythingThatBehavesAsIfAll) {
   HvT2DAxis axis("axis", 0);
   axis.SetAxisFlags(HvT2DAxis::kAsIfAll);
   axis.SetCentre(10, 20);
-  EXPECT_EQ(axis.centre(), (HvPoint{10, 20}));
+  EXPECT_EQ(axis.Centre(), (HvPoint{10, 20}));
 }
 
 TEST(HvT2DAxis, CentreTellsNobodyOfTheCentreItHas) {
@@ -147,7 +147,7 @@ TEST(HvT2DAxis, CentreTellsNobodyOfTheCentreItHas) {
 TEST(HvT2DAxis, BoxHoldsTheHandlesOfEachMask) {
   const auto boxWith = [](std::uint32_t mask) {
     HvT2DAxis axis("axis", mask);
-    return axis.box();
+    return axis.Box();
   };
   EXPECT_EQ(boxWith(HvT2DAxis::kTranslateX), (HvBox{-37, 37, -3, 3}));
   EXPECT_EQ(boxWith(HvT2DAxis::kTranslateY), (HvBox{-3, 3, -37, 37}));
@@ -167,7 +167,7 @@ TEST(HvT2DAxis, BoxHoldsTheHandlesOfEachMask) {
 TEST(HvT2DAxis, BoxLiesAboutTheCentre) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   EXPECT_EQ(boxAt(axis, {10, 20}), (HvBox{-27, 47, -17, 57}));
-  EXPECT_EQ(axis.box(), (HvBox{-27, 47, -17, 57}));
+  EXPECT_EQ(axis.Box(), (HvBox{-27, 47, -17, 57}));
 }
 
 TEST(HvT2DAxis, BoxIsAPointWithoutHandlesThatFollowsTheHandleScale) {
@@ -175,25 +175,25 @@ TEST(HvT2DAxis, BoxIsAPointWithoutHandlesThatFollowsTheHandleScale) {
   axis.SetAxisFlags(HvT2DAxis::kAsIfAll);
   axis.SetCentre(10, 20);
   axis.SetAxisFlags(0);
-  EXPECT_EQ(axis.box(), (HvBox{10, 10, 20, 20}));
+  EXPECT_EQ(axis.Box(), (HvBox{10, 10, 20, 20}));
   axis.SetHandleScale(2);
   EXPECT_EQ(boxOf(axis), (HvBox{20, 20, 40, 40}));
-  EXPECT_EQ(axis.box(), (HvBox{20, 20, 40, 40}));
+  EXPECT_EQ(axis.Box(), (HvBox{20, 20, 40, 40}));
 }
 
 TEST(HvT2DAxis, BoxIsThatOfAllButTheAspectWhereAsked) {
   HvT2DAxis axis("axis", HvT2DAxis::kAspect);
   axis.SetAxisFlags(HvT2DAxis::kAsIfAll);
-  EXPECT_EQ(axis.box(), (HvBox{-37, 37, -37, 37}));
+  EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -37, 37}));
   axis.SetScale(2);
-  EXPECT_EQ(axis.box(), (HvBox{-74, 74, -74, 74}));
+  EXPECT_EQ(axis.Box(), (HvBox{-74, 74, -74, 74}));
 }
 
 TEST(HvT2DAxis, BoxFollowsTheHandleScaleButForTheWidthOfArrowsAndTheMarginOfTheDot) {
   const auto boxWith = [](std::uint32_t mask) {
     HvT2DAxis axis("axis", mask);
     axis.SetHandleScale(2);
-    return axis.box();
+    return axis.Box();
   };
   EXPECT_EQ(boxWith(HvT2DAxis::kTranslateX), (HvBox{-74, 74, -3, 3}));
   EXPECT_EQ(boxWith(HvT2DAxis::kTranslateY), (HvBox{-3, 3, -74, 74}));
@@ -207,26 +207,26 @@ TEST(HvT2DAxis, BoxTakesTheScalesAndNotTheAspect) {
   axis.SetScale(2);
   axis.SetAxisScale(0.5f, -3);
   axis.SetAspect(-0.5f);
-  EXPECT_EQ(axis.box(), (HvBox{-37, 37, -222, 222}));
+  EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -222, 222}));
 }
 
 TEST(HvT2DAxis, BoxTurnsWithTheScaleBoxAndTheDotAlone) {
   HvT2DAxis scale("axis", HvT2DAxis::kScale);
   scale.SetAxisScale(2, 1);
   scale.SetRotation(90);
-  expectNear(scale.box(), {-37, 37, -74, 74});
+  expectNear(scale.Box(), {-37, 37, -74, 74});
   scale.SetAxisScale(1, 1);
   scale.SetRotation(45);
   const float diagonal = 37.0f * std::numbers::sqrt2_v<float>;
-  expectNear(scale.box(), {-diagonal, diagonal, -diagonal, diagonal});
+  expectNear(scale.Box(), {-diagonal, diagonal, -diagonal, diagonal});
 
   HvT2DAxis dot("axis", HvT2DAxis::kAspect);
   dot.SetRotation(90);
-  expectNear(dot.box(), {-34, -34, 40, 40});
+  expectNear(dot.Box(), {-34, -34, 40, 40});
 
   HvT2DAxis fixed("axis", HvT2DAxis::kTranslateX | HvT2DAxis::kRotate);
   fixed.SetRotation(45);
-  EXPECT_EQ(fixed.box(), (HvBox{-37, 37, -32, 32}));
+  EXPECT_EQ(fixed.Box(), (HvBox{-37, 37, -32, 32}));
 }
 
 TEST(HvT2DAxis, BoxIsToldToTheParent) {
@@ -237,7 +237,7 @@ TEST(HvT2DAxis, BoxIsToldToTheParent) {
     const int before = parent.changes;
     change();
     EXPECT_EQ(parent.changes, before + 1) << what;
-    EXPECT_EQ(parent.box(), axis.box()) << what;
+    EXPECT_EQ(parent.Box(), axis.Box()) << what;
   };
   expectChanges("box", [&] { axis.UpdateBox(); });
   expectChanges("handle scale", [&] { axis.SetHandleScale(2); });
@@ -344,9 +344,9 @@ TEST(HvT2DAxis, ActiveHandleWantsPaintingWhereItIsNews) {
   const auto wantsRepaintAfter = [&](std::uint32_t handle) {
     manager.Draw();
     axis.SetActiveHandle(handle);
-    EXPECT_EQ(axis.target(), &axis);
-    EXPECT_EQ(axis.active(), handle);
-    return manager.wantsRepaint();
+    EXPECT_EQ(axis.Target(), &axis);
+    EXPECT_EQ(axis.Active(), handle);
+    return manager.WantsRepaint();
   };
   EXPECT_TRUE(wantsRepaintAfter(HvT2DAxis::kRotate));
   EXPECT_FALSE(wantsRepaintAfter(HvT2DAxis::kRotate));
@@ -354,7 +354,7 @@ TEST(HvT2DAxis, ActiveHandleWantsPaintingWhereItIsNews) {
   axis.ClearTarget();
   EXPECT_TRUE(wantsRepaintAfter(HvT2DAxis::kScale));
   axis.Leave();
-  EXPECT_EQ(axis.target(), &axis);
+  EXPECT_EQ(axis.Target(), &axis);
   EXPECT_TRUE(wantsRepaintAfter(HvT2DAxis::kScale));
 }
 
@@ -364,11 +364,11 @@ TEST(HvT2DAxis, LeavesNothingBehind) {
     HvT2DAxis axis("axis", kEveryHandle);
     manager.AddObject(&axis);
     manager.PostMessage(HvMessage::OfPosition(kPenDown, {37, 0}));
-    EXPECT_EQ(manager.hover(), &axis);
+    EXPECT_EQ(manager.Hover(), &axis);
   }
-  EXPECT_EQ(manager.hover(), nullptr);
-  EXPECT_EQ(manager.hit(), nullptr);
-  EXPECT_EQ(manager.children().first(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
+  EXPECT_EQ(manager.Hit(), nullptr);
+  EXPECT_EQ(manager.Children().First(), nullptr);
   manager.PostMessage(HvMessage::OfPosition(kPenMoved, {38, 0}));
   manager.PostMessage(HvMessage::OfPosition(kPenUp, {38, 0}));
 
@@ -377,7 +377,7 @@ TEST(HvT2DAxis, LeavesNothingBehind) {
     HvT2DAxis axis("axis", kEveryHandle);
     axis.SetParent(&parent);
   }
-  EXPECT_EQ(parent.children().first(), nullptr);
+  EXPECT_EQ(parent.Children().First(), nullptr);
 }
 
 }  // namespace

@@ -20,8 +20,8 @@ class HvTCircleOnItsOwn : public ::testing::Test {
   bool hits(float x, float y, HvPoint tolerance = {3, 3}) {
     circle.SetTarget(nullptr);
     const HvPick pick = circle.Pick({x, y}, tolerance);
-    EXPECT_EQ(circle.target(), pick.object());
-    EXPECT_FALSE(pick.isSwallowed());
+    EXPECT_EQ(circle.Target(), pick.Object());
+    EXPECT_FALSE(pick.IsSwallowed());
     return pick == HvPick(&circle);
   }
 
@@ -30,12 +30,12 @@ class HvTCircleOnItsOwn : public ::testing::Test {
 };
 
 TEST_F(HvTCircleOnItsOwn, StartsRound) {
-  EXPECT_STREQ(circle.name(), "Circle");
-  EXPECT_EQ(circle.radius(), 100.0f);
-  EXPECT_EQ(circle.aspect(), 1.0f);
-  EXPECT_EQ(circle.colour(), (HvColour{0.7f, 0.7f, 0}));
-  EXPECT_EQ(circle.box(), (HvBox{-100, 100, -100, 100}));
-  EXPECT_EQ(circle.flags(), 7u);
+  EXPECT_STREQ(circle.Name(), "Circle");
+  EXPECT_EQ(circle.Radius(), 100.0f);
+  EXPECT_EQ(circle.Aspect(), 1.0f);
+  EXPECT_EQ(circle.Colour(), (HvColour{0.7f, 0.7f, 0}));
+  EXPECT_EQ(circle.Box(), (HvBox{-100, 100, -100, 100}));
+  EXPECT_EQ(circle.Flags(), 7u);
 }
 
 TEST_F(HvTCircleOnItsOwn, IsHitOnItsLineAlone) {
@@ -56,11 +56,11 @@ TEST_F(HvTCircleOnItsOwn, TakesTheToleranceOfXForBothAxes) {
 
 TEST_F(HvTCircleOnItsOwn, IsNeverLargerThanItsRadius) {
   EXPECT_TRUE(circle.SetAspect(2));
-  EXPECT_EQ(circle.box(), (HvBox{-100, 100, -50, 50}));
+  EXPECT_EQ(circle.Box(), (HvBox{-100, 100, -50, 50}));
   EXPECT_TRUE(hits(0, 50, {0.001f, 0}));
   EXPECT_TRUE(hits(100, 0, {0.001f, 0}));
   EXPECT_TRUE(circle.SetAspect(0.5f));
-  EXPECT_EQ(circle.box(), (HvBox{-50, 50, -100, 100}));
+  EXPECT_EQ(circle.Box(), (HvBox{-50, 50, -100, 100}));
   EXPECT_TRUE(hits(50, 0, {0.001f, 0}));
   EXPECT_TRUE(hits(0, 100, {0.001f, 0}));
   // The tolerance applies where the ring is round: 2 pixels in x are 4 there.
@@ -70,12 +70,12 @@ TEST_F(HvTCircleOnItsOwn, IsNeverLargerThanItsRadius) {
 
 TEST_F(HvTCircleOnItsOwn, CutsItsBoxToWholeNumbers) {
   circle.SetRadius(10.9f);
-  EXPECT_EQ(circle.box(), (HvBox{-10, 10, -10, 10}));
+  EXPECT_EQ(circle.Box(), (HvBox{-10, 10, -10, 10}));
   circle.SetAspect(3);
-  EXPECT_EQ(circle.box(), (HvBox{-10, 10, -3, 3}));
-  EXPECT_EQ(circle.size(), (HvPoint{20, 6}));
+  EXPECT_EQ(circle.Box(), (HvBox{-10, 10, -3, 3}));
+  EXPECT_EQ(circle.Size(), (HvPoint{20, 6}));
   circle.SetRadius(0.5f);
-  EXPECT_EQ(circle.box(), (HvBox{0, 0, 0, 0}));
+  EXPECT_EQ(circle.Box(), (HvBox{0, 0, 0, 0}));
 }
 
 TEST_F(HvTCircleOnItsOwn, ChangesOnlyToWhatDiffers) {
@@ -84,29 +84,29 @@ TEST_F(HvTCircleOnItsOwn, ChangesOnlyToWhatDiffers) {
   EXPECT_FALSE(circle.SetRadius(100));
   EXPECT_FALSE(circle.SetAspect(1));
   EXPECT_TRUE(circle.SetRadius(7));
-  EXPECT_EQ(group.box(), (HvBox{-7, 7, -7, 7}));
+  EXPECT_EQ(group.Box(), (HvBox{-7, 7, -7, 7}));
   EXPECT_EQ(hearer.take(), "") << "only the pen sends";
 }
 
 TEST_F(HvTCircleOnItsOwn, SendsTheWholeOfADrag) {
   EXPECT_EQ(circle.Press({100, 0}), 1);
-  EXPECT_TRUE(circle.isPressed());
+  EXPECT_TRUE(circle.IsPressed());
   EXPECT_EQ(hearer.take(), "200 0; ");
   EXPECT_EQ(circle.Drag({30, 40}), 1);
-  EXPECT_EQ(circle.radius(), 50.0f);
-  EXPECT_EQ(circle.box(), (HvBox{-50, 50, -50, 50}));
+  EXPECT_EQ(circle.Radius(), 50.0f);
+  EXPECT_EQ(circle.Box(), (HvBox{-50, 50, -50, 50}));
   EXPECT_EQ(hearer.take(), "201 3 50; ");
   EXPECT_EQ(circle.Drag({0, -50}), 0) << "the same radius";
   EXPECT_EQ(hearer.take(), "");
   EXPECT_EQ(circle.Release(), 1);
-  EXPECT_FALSE(circle.isPressed());
+  EXPECT_FALSE(circle.IsPressed());
   EXPECT_EQ(hearer.take(), "202 0; ");
 }
 
 TEST_F(HvTCircleOnItsOwn, SendsBeforeItsFlagChanges) {
-  hearer.whileHearing = [&] { EXPECT_FALSE(circle.isPressed()); };
+  hearer.whileHearing = [&] { EXPECT_FALSE(circle.IsPressed()); };
   circle.Press({100, 0});
-  hearer.whileHearing = [&] { EXPECT_TRUE(circle.isPressed()); };
+  hearer.whileHearing = [&] { EXPECT_TRUE(circle.IsPressed()); };
   circle.Release();
 }
 
@@ -114,18 +114,18 @@ TEST_F(HvTCircleOnItsOwn, DragsWithoutAnOffset) {
   circle.SetAspect(2);
   circle.Press({0, 52});
   circle.Drag({0, 51});
-  EXPECT_EQ(circle.radius(), 102.0f);
+  EXPECT_EQ(circle.Radius(), 102.0f);
   circle.Drag({-40, 0});
-  EXPECT_EQ(circle.radius(), 40.0f);
+  EXPECT_EQ(circle.Radius(), 40.0f);
   circle.Drag({0, 0});
-  EXPECT_EQ(circle.radius(), 0.0f);
+  EXPECT_EQ(circle.Radius(), 0.0f);
 }
 
 TEST_F(HvTCircleOnItsOwn, MayShrinkToNothing) {
   circle.SetRadius(0);
   EXPECT_TRUE(hits(2, 0));
   EXPECT_EQ(circle.Drag({3, 4}), 1);
-  EXPECT_EQ(circle.radius(), 5.0f);
+  EXPECT_EQ(circle.Radius(), 5.0f);
 }
 
 TEST_F(HvTCircleOnItsOwn, IsNeverHitWhereItIsFlat) {
@@ -137,11 +137,11 @@ TEST_F(HvTCircleOnItsOwn, IsNeverHitWhereItIsFlat) {
       EXPECT_FALSE(hits(at, at, {1e30f, 1e30f}));
     }
     EXPECT_EQ(circle.Drag({50, 50}), 0);
-    EXPECT_EQ(circle.radius(), 100.0f);
+    EXPECT_EQ(circle.Radius(), 100.0f);
   }
-  EXPECT_EQ(circle.box(), (HvBox{-100, 100, 0, 0}));
+  EXPECT_EQ(circle.Box(), (HvBox{-100, 100, 0, 0}));
   circle.SetAspect(0);
-  EXPECT_EQ(circle.box(), (HvBox{0, 0, -100, 100}));
+  EXPECT_EQ(circle.Box(), (HvBox{0, 0, -100, 100}));
   EXPECT_EQ(hearer.take(), "");
 }
 
@@ -179,10 +179,10 @@ TEST(HvTCircle, FollowsThePenUnderAManager) {
   pen(kPenDown, 11, 0);
   pen(kPenMoved, 200, 0);
   pen(kPenMoved, 0, 300);
-  EXPECT_EQ(circle.radius(), 300.0f);
+  EXPECT_EQ(circle.Radius(), 300.0f);
   pen(kPenUp, 0, 301);
-  EXPECT_EQ(circle.radius(), 300.0f) << "a release drags no more";
-  EXPECT_TRUE(circle.isHovered());
+  EXPECT_EQ(circle.Radius(), 300.0f) << "a release drags no more";
+  EXPECT_TRUE(circle.IsHovered());
 }
 
 }  // namespace

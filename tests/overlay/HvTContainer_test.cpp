@@ -22,11 +22,11 @@ class Shifted : public Probe {
   using Probe::Probe;
   HvPick Pick(HvPoint, HvPoint) override { return way; }
   HvPoint ToLocal(HvPoint pos) override {
-    log.add(std::string("ToLocal ") + name());
+    log.add(std::string("ToLocal ") + Name());
     return {pos.x - 100, pos.y * 2};
   }
-  void PushTransform() override { log.add(std::string("Push ") + name()); }
-  void PopTransform() override { log.add(std::string("Pop ") + name()); }
+  void PushTransform() override { log.add(std::string("Push ") + Name()); }
+  void PopTransform() override { log.add(std::string("Pop ") + Name()); }
   HvTObject* way = nullptr;
 };
 
@@ -35,7 +35,7 @@ class HvTContainerOfProbes : public ::testing::Test {
   HvBox boundsOf(HvTContainer& any) {
     HvBox box;
     const std::int32_t state = any.Bounds(box);
-    EXPECT_EQ(state, any.boxState());
+    EXPECT_EQ(state, any.BoxState());
     return box;
   }
 
@@ -47,27 +47,27 @@ class HvTContainerOfProbes : public ::testing::Test {
 };
 
 TEST_F(HvTContainerOfProbes, IsEmptyAtFirst) {
-  EXPECT_EQ(container.hit(), nullptr);
-  EXPECT_FALSE(container.ownsChildren());
-  EXPECT_EQ(container.boxState(), 2);
+  EXPECT_EQ(container.Hit(), nullptr);
+  EXPECT_FALSE(container.OwnsChildren());
+  EXPECT_EQ(container.BoxState(), 2);
   EXPECT_EQ(boundsOf(container), (HvBox{0, 0, 0, 0}));
-  EXPECT_EQ(container.boxState(), 2);
+  EXPECT_EQ(container.BoxState(), 2);
 }
 
 TEST_F(HvTContainerOfProbes, AppendsAChildOnce) {
   EXPECT_EQ(container.Append(nullptr), 0);
-  EXPECT_EQ(container.boxState(), 2);
+  EXPECT_EQ(container.BoxState(), 2);
   EXPECT_EQ(container.Append(&a), 1);
-  EXPECT_EQ(container.boxState(), 1);
+  EXPECT_EQ(container.BoxState(), 1);
   b.dropBox();
   EXPECT_EQ(container.Append(&b), 1);
-  EXPECT_EQ(container.boxState(), 0);
+  EXPECT_EQ(container.BoxState(), 0);
   EXPECT_EQ(container.Append(&c), 1);
-  EXPECT_EQ(container.boxState(), 1) << "of the last child alone";
+  EXPECT_EQ(container.BoxState(), 1) << "of the last child alone";
   EXPECT_EQ(container.Append(&b), 0);
-  EXPECT_EQ(container.boxState(), 1);
-  EXPECT_EQ(container.children().last()->element, &c);
-  EXPECT_EQ(a.parent(), nullptr);
+  EXPECT_EQ(container.BoxState(), 1);
+  EXPECT_EQ(container.Children().Last()->element, &c);
+  EXPECT_EQ(a.Parent(), nullptr);
 }
 
 TEST_F(HvTContainerOfProbes, RemovesAChild) {
@@ -77,14 +77,14 @@ TEST_F(HvTContainerOfProbes, RemovesAChild) {
   EXPECT_EQ(container.Remove(&c), 0);
   container.SetHit(&a);
   EXPECT_EQ(container.Remove(&b), 1);
-  EXPECT_EQ(container.hit(), &a);
+  EXPECT_EQ(container.Hit(), &a);
   EXPECT_EQ(container.Remove(&a), 1);
-  EXPECT_EQ(container.hit(), nullptr) << "what has gone is not pressed";
+  EXPECT_EQ(container.Hit(), nullptr) << "what has gone is not pressed";
   EXPECT_EQ(container.Remove(&a), 0);
-  container.children().Append(&c);
-  container.children().Append(&c);
+  container.Children().Append(&c);
+  container.Children().Append(&c);
   EXPECT_EQ(container.Remove(&c), 1);
-  EXPECT_EQ(container.children().first(), nullptr);
+  EXPECT_EQ(container.Children().First(), nullptr);
 }
 
 TEST_F(HvTContainerOfProbes, BoundsAllChildren) {
@@ -93,17 +93,17 @@ TEST_F(HvTContainerOfProbes, BoundsAllChildren) {
   EXPECT_EQ(boundsOf(container), (HvBox{0, 15, 0, 15}));
   container.Append(&c);
   EXPECT_EQ(boundsOf(container), (HvBox{-20, 15, 0, 41}));
-  EXPECT_EQ(container.boxState(), 1);
+  EXPECT_EQ(container.BoxState(), 1);
 }
 
 TEST_F(HvTContainerOfProbes, LeavesChildrenWithoutABoxOutOfTheBounds) {
   a.dropBox();
   container.Append(&a);
   EXPECT_EQ(boundsOf(container), (HvBox{kContainerMost, -kContainerMost, kContainerMost, -kContainerMost}));
-  EXPECT_EQ(container.boxState(), 0);
+  EXPECT_EQ(container.BoxState(), 0);
   container.Append(&b);
   EXPECT_EQ(boundsOf(container), (HvBox{5, 15, 5, 15}));
-  EXPECT_EQ(container.boxState(), 0) << "one without a box is enough, wherever it stands";
+  EXPECT_EQ(container.BoxState(), 0) << "one without a box is enough, wherever it stands";
 }
 
 TEST_F(HvTContainerOfProbes, BoundsNegativeSizes) {
@@ -120,15 +120,15 @@ TEST_F(HvTContainerOfProbes, ClearsItsChildren) {
   container.Append(&b);
   container.SetHit(&b);
   container.ClearChildren();
-  EXPECT_EQ(container.children().first(), nullptr);
-  EXPECT_EQ(container.hit(), nullptr);
-  EXPECT_EQ(a.manager(), nullptr);
+  EXPECT_EQ(container.Children().First(), nullptr);
+  EXPECT_EQ(container.Hit(), nullptr);
+  EXPECT_EQ(a.Manager(), nullptr);
 }
 
 TEST_F(HvTContainerOfProbes, DestroysChildrenThatItOwns) {
   struct Dying : Probe {
     using Probe::Probe;
-    ~Dying() override { log.add(std::string("end of ") + name()); }
+    ~Dying() override { log.add(std::string("end of ") + Name()); }
   };
   {
     HvTContainer owner;
@@ -161,15 +161,15 @@ TEST_F(HvTContainerOfProbes, PicksTheLastChildFirst) {
     container.Append(probe);
   }
   EXPECT_EQ(container.PickChildren({7, 7}, {3, 3}), HvPick(&b));
-  EXPECT_EQ(container.hit(), &b);
-  EXPECT_EQ(b.target(), &b);
+  EXPECT_EQ(container.Hit(), &b);
+  EXPECT_EQ(b.Target(), &b);
   EXPECT_EQ(log.take(), "Pick b 7 7; ") << "c is too far away to be asked";
   EXPECT_EQ(container.PickChildren({4, 4}, {3, 3}), HvPick(&a));
   EXPECT_EQ(log.take(), "Pick b 4 4; Pick a 4 4; ");
-  EXPECT_EQ(b.target(), nullptr);
+  EXPECT_EQ(b.Target(), nullptr);
   EXPECT_EQ(container.PickChildren({50, 50}, {3, 3}), HvPick());
-  EXPECT_EQ(container.hit(), nullptr);
-  EXPECT_EQ(a.target(), nullptr);
+  EXPECT_EQ(container.Hit(), nullptr);
+  EXPECT_EQ(a.Target(), nullptr);
   EXPECT_EQ(log.take(), "");
 }
 
@@ -179,7 +179,7 @@ TEST_F(HvTContainerOfProbes, LeavesOutWhatIsHiddenOrNotPickable) {
     a.SetTarget(nullptr);
     a.SetVisibility(state);
     EXPECT_EQ(container.PickChildren({1, 1}, {3, 3}), HvPick()) << state;
-    EXPECT_EQ(a.target(), nullptr);
+    EXPECT_EQ(a.Target(), nullptr);
   }
   EXPECT_EQ(a.picks, 0);
   a.SetVisibility(3);
@@ -218,8 +218,8 @@ TEST_F(HvTContainerOfProbes, EndsTheSearchAtASwallowedPick) {
   container.SetHit(&a);
   solid.SetTarget(&b);
   EXPECT_EQ(container.PickChildren({5, 5}, {3, 3}), HvPick::Swallowed());
-  EXPECT_EQ(container.hit(), nullptr);
-  EXPECT_EQ(solid.target(), &b) << "what it answered stands, whatever it is";
+  EXPECT_EQ(container.Hit(), nullptr);
+  EXPECT_EQ(solid.Target(), &b) << "what it answered stands, whatever it is";
   EXPECT_EQ(a.picks, 0);
   container.Remove(&solid);
 }

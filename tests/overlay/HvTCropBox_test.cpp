@@ -19,9 +19,9 @@ class HvTCropBoxInAFrame : public ::testing::Test {
   }
   std::uint32_t edgesAt(float x, float y) {
     const HvPick pick = crop.Pick({x, y}, {4, 3});
-    EXPECT_EQ(pick.object() != nullptr, crop.edgeMask() != 0);
-    EXPECT_EQ(crop.target(), pick.object());
-    return crop.edgeMask();
+    EXPECT_EQ(pick.Object() != nullptr, crop.EdgeMask() != 0);
+    EXPECT_EQ(crop.Target(), pick.Object());
+    return crop.EdgeMask();
   }
 
   HvTCropBox crop{"Crop Box", 0, 0, 1, 1};
@@ -30,23 +30,23 @@ class HvTCropBoxInAFrame : public ::testing::Test {
 
 TEST(HvTCropBox, KeepsWithinLimitsFromTheStart) {
   HvTCropBox crop("Crop Box", 0, 0, 1, 1);
-  EXPECT_TRUE(crop.keepsWithinLimits());
-  EXPECT_EQ(crop.sides(), (HvRectangleSides{0, 0, 1, 1}));
-  EXPECT_EQ(crop.box(), (HvBox{0, 1, 0, 1}));
-  EXPECT_EQ(crop.colour(), (HvColour{0.7f, 0, 0}));
+  EXPECT_TRUE(crop.KeepsWithinLimits());
+  EXPECT_EQ(crop.Sides(), (HvRectangleSides{0, 0, 1, 1}));
+  EXPECT_EQ(crop.Box(), (HvBox{0, 1, 0, 1}));
+  EXPECT_EQ(crop.Colour(), (HvColour{0.7f, 0, 0}));
 }
 
 TEST_F(HvTCropBoxInAFrame, IsAsLargeAsItsLimits) {
-  EXPECT_EQ(crop.sides(), (HvRectangleSides{100, 50, 300, 200}));
-  EXPECT_EQ(crop.box(), (HvBox{0, 400, 0, 300}));
+  EXPECT_EQ(crop.Sides(), (HvRectangleSides{100, 50, 300, 200}));
+  EXPECT_EQ(crop.Box(), (HvBox{0, 400, 0, 300}));
   HvTGroup group("View Zero");
   crop.SetParent(&group);
   crop.SetLimits(-10, -20, 30, 40);
   crop.SetBox(30, 60, 0, -60);
-  EXPECT_EQ(crop.sides(), (HvRectangleSides{0, -20, 30, 40}));
-  EXPECT_EQ(crop.origin(), (HvPoint{-10, -20}));
-  EXPECT_EQ(crop.size(), (HvPoint{40, 60}));
-  EXPECT_EQ(group.box(), (HvBox{-10, 30, -20, 40}));
+  EXPECT_EQ(crop.Sides(), (HvRectangleSides{0, -20, 30, 40}));
+  EXPECT_EQ(crop.Origin(), (HvPoint{-10, -20}));
+  EXPECT_EQ(crop.Size(), (HvPoint{40, 60}));
+  EXPECT_EQ(group.Box(), (HvBox{-10, 30, -20, 40}));
 }
 
 TEST_F(HvTCropBoxInAFrame, IsGrabbedAnywhereAlongItsLines) {
@@ -81,25 +81,25 @@ TEST_F(HvTCropBoxInAFrame, AsksForARepaintWithOtherEdges) {
   manager.AddObject(&crop);
   manager.Draw();
   edgesAt(100, 290);
-  EXPECT_TRUE(manager.wantsRepaint());
+  EXPECT_TRUE(manager.WantsRepaint());
   manager.Draw();
   edgesAt(100, 10);
-  EXPECT_FALSE(manager.wantsRepaint());
+  EXPECT_FALSE(manager.WantsRepaint());
   edgesAt(20, 20);
-  EXPECT_FALSE(manager.wantsRepaint());
-  EXPECT_EQ(crop.edgeMask(), 0u);
+  EXPECT_FALSE(manager.WantsRepaint());
+  EXPECT_EQ(crop.EdgeMask(), 0u);
 }
 
 TEST_F(HvTCropBoxInAFrame, DragsWithinItsLimits) {
   edgesAt(100, 250);
   crop.Press({100, 250});
   EXPECT_EQ(crop.Drag({-40, 250}), 1);
-  EXPECT_EQ(crop.sides(), (HvRectangleSides{0, 50, 300, 200}));
+  EXPECT_EQ(crop.Sides(), (HvRectangleSides{0, 50, 300, 200}));
   EXPECT_EQ(crop.Drag({900, 250}), 1);
-  EXPECT_EQ(crop.sides(), (HvRectangleSides{300, 50, 300, 200})) << "pinned at the right line";
+  EXPECT_EQ(crop.Sides(), (HvRectangleSides{300, 50, 300, 200})) << "pinned at the right line";
   crop.Release();
   EXPECT_EQ(hearer.take(), "200 0; 201 0; 201 0; 202 0; ");
-  EXPECT_EQ(crop.box(), (HvBox{0, 400, 0, 300}));
+  EXPECT_EQ(crop.Box(), (HvBox{0, 400, 0, 300}));
 }
 
 TEST_F(HvTCropBoxInAFrame, DragsACornerUnderAManager) {
@@ -113,9 +113,9 @@ TEST_F(HvTCropBoxInAFrame, DragsACornerUnderAManager) {
   pen(kPenDown, 301, 201);
   pen(kPenMoved, 341, 181);
   pen(kPenUp, 341, 181);
-  EXPECT_EQ(crop.sides(), (HvRectangleSides{100, 50, 340, 180}));
+  EXPECT_EQ(crop.Sides(), (HvRectangleSides{100, 50, 340, 180}));
   EXPECT_EQ(hearer.take(), "200 0; 201 0; 202 0; ");
-  EXPECT_EQ(crop.edgeMask(), 10u);
+  EXPECT_EQ(crop.EdgeMask(), 10u);
 }
 
 TEST_F(HvTCropBoxInAFrame, DrawsEachState) {

@@ -27,7 +27,7 @@ TEST(HvTDsCircle, DrawsAnAspectOfOneOverWhatIsLeftAboveZeroAndWhatIsLeftBelow) {
 class HvTDsCircleOnATool : public testing::Test {
  protected:
   HvTDsCircleOnATool() {
-    circle_.SetParent(&world_.tool->frameCentre());
+    circle_.SetParent(&world_.tool->FrameCentre());
     circle_.BindProperties(kBlurId, kAspectId);
     world_.theOperator->values[0] = 50.0;
     world_.tool->AddDsObject(&circle_);
@@ -40,18 +40,18 @@ class HvTDsCircleOnATool : public testing::Test {
 
 TEST_F(HvTDsCircleOnATool, IsNamedAndStartsAtAHundred) {
   HvTDsCircle fresh;
-  EXPECT_STREQ(fresh.name(), "Circle");
-  EXPECT_EQ(fresh.radius(), 100.0f);
-  EXPECT_EQ(fresh.tool(), nullptr);
+  EXPECT_STREQ(fresh.Name(), "Circle");
+  EXPECT_EQ(fresh.Radius(), 100.0f);
+  EXPECT_EQ(fresh.Tool(), nullptr);
   fresh.Commit();
   fresh.Refresh();
   EXPECT_EQ(fresh.OnPropertyChange(kBlurId, nullptr), 0);
-  EXPECT_EQ(fresh.radius(), 100.0f) << "without a tool nothing is read";
+  EXPECT_EQ(fresh.Radius(), 100.0f) << "without a tool nothing is read";
 }
 
 TEST_F(HvTDsCircleOnATool, ReadsWhenItIsTakenOn) {
-  EXPECT_EQ(circle_.radius(), 50.0f);
-  EXPECT_EQ(circle_.aspect(), 1.0f);
+  EXPECT_EQ(circle_.Radius(), 50.0f);
+  EXPECT_EQ(circle_.Aspect(), 1.0f);
 }
 
 TEST_F(HvTDsCircleOnATool, WritesOnceWhateverTheNumberOfMoves) {
@@ -59,7 +59,7 @@ TEST_F(HvTDsCircleOnATool, WritesOnceWhateverTheNumberOfMoves) {
   world_.PenDown(250.0, 100.0);
   for (int x = 251; x < 300; ++x)
     world_.PenMove(x, 100.0);
-  EXPECT_EQ(circle_.radius(), 99.0f);
+  EXPECT_EQ(circle_.Radius(), 99.0f);
   EXPECT_TRUE(world_.theOperator->writes.empty());
   world_.PenUp(299.0, 100.0);
   EXPECT_EQ(world_.theOperator->writes, (Writes{{kBlurId, 99.0}}));
@@ -82,57 +82,57 @@ TEST_F(HvTDsCircleOnATool, NeverWritesTheAspect) {
 
 TEST_F(HvTDsCircleOnATool, FollowsItsProperties) {
   world_.theOperator->PutValue(kBlurId, DSVariant::Of(33.5));
-  EXPECT_EQ(circle_.radius(), 33.5f);
+  EXPECT_EQ(circle_.Radius(), 33.5f);
   EXPECT_EQ(world_.viewer.TakeInvalidations(), 1);
   world_.theOperator->PutValue(kAspectId, DSVariant::Of(-50.0));
-  EXPECT_EQ(circle_.aspect(), 0.5f);
-  EXPECT_EQ(circle_.size(), (HvPoint{32.0f, 66.0f})) << "half the width, truncated";
+  EXPECT_EQ(circle_.Aspect(), 0.5f);
+  EXPECT_EQ(circle_.Size(), (HvPoint{32.0f, 66.0f})) << "half the width, truncated";
   world_.theOperator->PutValue(kAspectId, DSVariant::Of(50.0));
-  EXPECT_EQ(circle_.size(), (HvPoint{66.0f, 32.0f}));
+  EXPECT_EQ(circle_.Size(), (HvPoint{66.0f, 32.0f}));
   world_.theOperator->PutValue(kAspectId, DSVariant::Of(-100.0));
-  EXPECT_EQ(circle_.size(), (HvPoint{0.0f, 66.0f}));
+  EXPECT_EQ(circle_.Size(), (HvPoint{0.0f, 66.0f}));
   world_.theOperator->PutValue(kAspectId, DSVariant::Of(100.0));
-  EXPECT_EQ(circle_.size(), (HvPoint{66.0f, 0.0f}));
+  EXPECT_EQ(circle_.Size(), (HvPoint{66.0f, 0.0f}));
 }
 
 TEST_F(HvTDsCircleOnATool, IgnoresOtherProperties) {
   const DSVariant value = DSVariant::Of(7.0);
   EXPECT_EQ(circle_.OnPropertyChange(kLeftId, &value), 0);
   EXPECT_EQ(circle_.OnPropertyChange(kLeftId, nullptr), 0);
-  EXPECT_EQ(circle_.radius(), 50.0f);
+  EXPECT_EQ(circle_.Radius(), 50.0f);
 }
 
 TEST_F(HvTDsCircleOnATool, TakesAValueForAllProperties) {
   const DSVariant value = DSVariant::Of(25.0);
   EXPECT_EQ(circle_.OnPropertyChange(GUID_ALL_PROPERTIES, &value), 1);
-  EXPECT_EQ(circle_.radius(), 25.0f);
-  EXPECT_FLOAT_EQ(circle_.aspect(), 1.0f / 0.75f);
+  EXPECT_EQ(circle_.Radius(), 25.0f);
+  EXPECT_FLOAT_EQ(circle_.Aspect(), 1.0f / 0.75f);
 }
 
 TEST_F(HvTDsCircleOnATool, ReadsWhatAChangeWithoutAValueConcerns) {
   world_.theOperator->values = {20.0, 50.0, 0.0, 100.0, 0.0, 100.0};
   EXPECT_EQ(circle_.OnPropertyChange(kBlurId, nullptr), 1);
-  EXPECT_EQ(circle_.radius(), 20.0f);
-  EXPECT_EQ(circle_.aspect(), 1.0f);
+  EXPECT_EQ(circle_.Radius(), 20.0f);
+  EXPECT_EQ(circle_.Aspect(), 1.0f);
   EXPECT_EQ(circle_.OnPropertyChange(GUID_ALL_PROPERTIES, nullptr), 1);
-  EXPECT_EQ(circle_.aspect(), 2.0f);
+  EXPECT_EQ(circle_.Aspect(), 2.0f);
 }
 
 TEST_F(HvTDsCircleOnATool, ComparesAnEmptySlotOnlyWhereAValueIsGiven) {
   circle_.BindProperties(GUID_NO_PROPERTY, GUID_NO_PROPERTY);
   const DSVariant value = DSVariant::Of(7.0);
   EXPECT_EQ(circle_.OnPropertyChange(GUID_NO_PROPERTY, nullptr), 0);
-  EXPECT_EQ(circle_.radius(), 50.0f);
+  EXPECT_EQ(circle_.Radius(), 50.0f);
   EXPECT_EQ(circle_.OnPropertyChange(GUID_NO_PROPERTY, &value), 1);
-  EXPECT_EQ(circle_.radius(), 7.0f);
+  EXPECT_EQ(circle_.Radius(), 7.0f);
 }
 
 TEST_F(HvTDsCircleOnATool, FollowsTheTime) {
   world_.theOperator->PutCurve(kBlurId, DSCurve{{{0.0, 10.0}, {10.0, 110.0}}});
   world_.tool->OnOnTimeChange(5.0);
-  EXPECT_EQ(circle_.radius(), 60.0f);
+  EXPECT_EQ(circle_.Radius(), 60.0f);
   world_.tool->OnOnTimeChange(10.0);
-  EXPECT_EQ(circle_.radius(), 110.0f);
+  EXPECT_EQ(circle_.Radius(), 110.0f);
 }
 
 TEST_F(HvTDsCircleOnATool, SetsAKeyAtTheViewersTime) {
@@ -152,7 +152,7 @@ TEST_F(HvTDsCircleOnATool, StaysAsItIsWhileTheToolIsNotLinked) {
   world_.tool->OnUnlinkFromOperator();
   circle_.Refresh();
   circle_.Commit();
-  EXPECT_EQ(circle_.radius(), 50.0f);
+  EXPECT_EQ(circle_.Radius(), 50.0f);
   EXPECT_TRUE(world_.theOperator->writes.empty());
 }
 
@@ -173,10 +173,10 @@ TEST_F(HvTDsCircleOnATool, HasItsDependantsReadAgain) {
   HvTDsCircle other;
   other.BindProperties(kBlurId, kAspectId);
   world_.tool->AddDsObject(&other);
-  circle_.dependants().Append(&other);
+  circle_.Dependants().Append(&other);
   other.SetRadius(3.0f);
   circle_.HandleMessage(HvMessage(kInteractionEnds), &circle_);
-  EXPECT_EQ(other.radius(), 50.0f);
+  EXPECT_EQ(other.Radius(), 50.0f);
 }
 
 }  // namespace

@@ -22,14 +22,14 @@ constexpr GUID kStranger = MakeGuid("{00000000-0000-0000-0000-0000000000B1}");
 class HvTDsCropOnATool : public testing::Test {
  protected:
   HvTDsCropOnATool() {
-    crop_.SetParent(&world_.tool->viewZero());
+    crop_.SetParent(&world_.tool->ViewZero());
     crop_.BindProperties(kLeftId, kRightId, kBottomId, kTopId);
     world_.theOperator->values = {10.0, 0.0, 10.0, 90.0, 20.0, 80.0};
     world_.tool->AddDsObject(&crop_);
     world_.viewer.invalidations = 0;
   }
 
-  HvBox Lines() const { return {crop_.x0(), crop_.x1(), crop_.y0(), crop_.y1()}; }
+  HvBox Lines() const { return {crop_.X0(), crop_.X1(), crop_.Y0(), crop_.Y1()}; }
   void Drag(double fromX, double fromY, double toX, double toY) {
     world_.PenMove(fromX, fromY);
     world_.PenDown(fromX, fromY);
@@ -42,8 +42,8 @@ class HvTDsCropOnATool : public testing::Test {
 };
 
 TEST_F(HvTDsCropOnATool, IsLimitedToTheFrame) {
-  EXPECT_STREQ(crop_.name(), "Crop Box");
-  EXPECT_EQ(crop_.limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f}));
+  EXPECT_STREQ(crop_.Name(), "Crop Box");
+  EXPECT_EQ(crop_.Limits(), (HvBox{0.0f, 400.0f, 0.0f, 200.0f}));
   EXPECT_EQ(Lines(), (HvBox{40.0f, 360.0f, 40.0f, 160.0f}));
 }
 
@@ -126,7 +126,7 @@ TEST_F(HvTDsCropOnATool, MovesWithItsLimitsAndLeavesTheProperties) {
 TEST_F(HvTDsCropOnATool, DividesByLimitsOfNoExtentAndTheHostRefuses) {
   crop_.SetLimits(100.0f, 50.0f, 100.0f, 150.0f);
   crop_.Refresh();
-  EXPECT_EQ(crop_.x0(), 100.0f);
+  EXPECT_EQ(crop_.X0(), 100.0f);
   // The lower left corner: 0 / 0 for left, a finite value for bottom.
   Drag(100.0, 70.0, 100.0, 90.0);
   ASSERT_EQ(world_.theOperator->writes.size(), 2u);

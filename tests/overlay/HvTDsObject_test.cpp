@@ -22,17 +22,17 @@ TEST(HvTDsObject, BindingsGoBeforeTheTool) {
   {
     HvTDsCircle circle;
     HvTDsCrop crop;
-    circle.SetParent(&world.tool->frameCentre());
-    crop.SetParent(&world.tool->viewZero());
+    circle.SetParent(&world.tool->FrameCentre());
+    crop.SetParent(&world.tool->ViewZero());
     circle.BindProperties(kBlurId, kAspectId);
     crop.BindProperties(kLeftId, kRightId, kBottomId, kTopId);
     world.tool->AddDsObject(&circle);
     world.tool->AddDsObject(&crop);
     world.PenMove(210.0, 100.0);
-    EXPECT_EQ(world.tool->hover(), &circle);
+    EXPECT_EQ(world.tool->Hover(), &circle);
     world.PenDown(210.0, 100.0);
   }
-  EXPECT_EQ(world.tool->hover(), nullptr);
+  EXPECT_EQ(world.tool->Hover(), nullptr);
   world.PenMove(220.0, 100.0);
   world.PenUp(220.0, 100.0);
   world.tool->OnOnTimeChange(3.0);
@@ -43,12 +43,12 @@ TEST(HvTDsObject, BindingsOutliveTheTool) {
   HvTDsCircle circle;
   {
     test::ToolWorld world;
-    circle.SetParent(&world.tool->frameCentre());
+    circle.SetParent(&world.tool->FrameCentre());
     circle.BindProperties(kBlurId, kAspectId);
     world.tool->AddDsObject(&circle);
   }
-  EXPECT_EQ(circle.tool(), nullptr);
-  EXPECT_EQ(circle.parent(), nullptr);
+  EXPECT_EQ(circle.Tool(), nullptr);
+  EXPECT_EQ(circle.Parent(), nullptr);
   circle.Commit();
   circle.Refresh();
 }

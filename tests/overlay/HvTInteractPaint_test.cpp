@@ -83,13 +83,13 @@ TEST(HvTInteractPaint, SetsUpTheViewInItsOrder) {
 TEST(HvTInteractPaint, SetsThePickDistanceToFourSurfacePixels) {
   GlRecording gl;
   const auto tool = NewTool();
-  EXPECT_EQ(tool->tolerance(), (HvPoint{3.0f, 3.0f}));
+  EXPECT_EQ(tool->Tolerance(), (HvPoint{3.0f, 3.0f}));
   TestSurface surface;
   tool->OnRender(&surface);
-  EXPECT_EQ(tool->tolerance(), (HvPoint{1.0f, 1.0f}));
+  EXPECT_EQ(tool->Tolerance(), (HvPoint{1.0f, 1.0f}));
   surface.info.worldWidth = 1600.0;
   tool->OnRender(&surface);
-  EXPECT_EQ(tool->tolerance(), (HvPoint{8.0f, 1.0f}));
+  EXPECT_EQ(tool->Tolerance(), (HvPoint{8.0f, 1.0f}));
 }
 
 TEST(HvTInteractPaint, PassesTheWorldThroughFloats) {

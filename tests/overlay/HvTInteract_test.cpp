@@ -23,7 +23,7 @@ using test::ToolWorld;
 class NotedBinding : public HvTDsObject {
  public:
   std::int32_t OnPropertyChange(const GUID& property, const DSVariant* value) override {
-    changes.emplace_back(property, value == nullptr ? -1.0 : value->asNumber());
+    changes.emplace_back(property, value == nullptr ? -1.0 : value->AsNumber());
     return concerned;
   }
   void OnTime(double time) override { times.push_back(time); }
@@ -39,13 +39,13 @@ class NotedBinding : public HvTDsObject {
 TEST(HvTInteract, FrameFollowsTheProject) {
   const TestProject project(720.0, 480.0, 768.0, 576.0);
   const auto tool = NewTool();
-  EXPECT_EQ(tool->frameWidth(), 600) << "480 * 720 / 576";
-  EXPECT_EQ(tool->frameHeight(), 480);
-  EXPECT_EQ(tool->viewScale(), 1.2f);
-  EXPECT_EQ(tool->frameCentre().centre(), (HvPoint{300.0f, 240.0f}));
-  EXPECT_EQ(tool->srcCentre().centre(), (HvPoint{300.0f, 240.0f}));
-  EXPECT_EQ(tool->viewOrigin(), (HvPoint{0.0f, 0.0f}));
-  EXPECT_EQ(tool->viewSize(), (HvPoint{600.0f, 480.0f}));
+  EXPECT_EQ(tool->FrameWidth(), 600) << "480 * 720 / 576";
+  EXPECT_EQ(tool->FrameHeight(), 480);
+  EXPECT_EQ(tool->ViewScale(), 1.2f);
+  EXPECT_EQ(tool->FrameCentre().Centre(), (HvPoint{300.0f, 240.0f}));
+  EXPECT_EQ(tool->SrcCentre().Centre(), (HvPoint{300.0f, 240.0f}));
+  EXPECT_EQ(tool->ViewOrigin(), (HvPoint{0.0f, 0.0f}));
+  EXPECT_EQ(tool->ViewSize(), (HvPoint{600.0f, 480.0f}));
 }
 
 TEST(HvTInteract, FrameReadsTheFourSizesInOrder) {
@@ -58,24 +58,24 @@ TEST(HvTInteract, FrameReadsTheFourSizesInOrder) {
 TEST(HvTInteract, FrameTruncatesItsSizes) {
   const TestProject project(1001.9, 480.9, 1.0, 480.9);
   const auto tool = NewTool();
-  EXPECT_EQ(tool->frameWidth(), 1001);
-  EXPECT_EQ(tool->frameHeight(), 480);
-  EXPECT_EQ(tool->viewScale(), 1.0f) << "world height equals user height";
+  EXPECT_EQ(tool->FrameWidth(), 1001);
+  EXPECT_EQ(tool->FrameHeight(), 480);
+  EXPECT_EQ(tool->ViewScale(), 1.0f) << "world height equals user height";
 }
 
 TEST(HvTInteract, FrameIsAStandardOneWithoutAProject) {
   const auto tool = NewTool();
-  EXPECT_EQ(tool->frameWidth(), 1920);
-  EXPECT_EQ(tool->frameHeight(), 1080);
-  EXPECT_EQ(tool->viewScale(), 1.0f);
+  EXPECT_EQ(tool->FrameWidth(), 1920);
+  EXPECT_EQ(tool->FrameHeight(), 1080);
+  EXPECT_EQ(tool->ViewScale(), 1.0f);
 }
 
 TEST(HvTInteract, FrameDoesNotTakeSizesThatNoFrameHas) {
   const TestProject project(0.0, -5.0, 0.0, std::numeric_limits<double>::quiet_NaN());
   const auto tool = NewTool();
-  EXPECT_EQ(tool->frameWidth(), 1920);
-  EXPECT_EQ(tool->frameHeight(), 1080);
-  EXPECT_EQ(tool->viewScale(), 1.0f);
+  EXPECT_EQ(tool->FrameWidth(), 1920);
+  EXPECT_EQ(tool->FrameHeight(), 1080);
+  EXPECT_EQ(tool->ViewScale(), 1.0f);
 }
 
 TEST(HvTInteract, IsReachedByItsClassId) {
@@ -108,24 +108,24 @@ TEST(HvTInteract, CountsInTheServer) {
 TEST(HvTInteract, HoldsItsGroupsInPaintOrder) {
   const auto tool = NewTool();
   std::vector<std::string> names;
-  for (const auto* node = tool->children().first(); node != nullptr; node = node->next)
-    names.emplace_back(node->element->name());
+  for (const auto* node = tool->Children().First(); node != nullptr; node = node->next)
+    names.emplace_back(node->element->Name());
   EXPECT_EQ(names, (std::vector<std::string>{"Frame Centre", "Src Centre", "View Zero"}));
-  EXPECT_EQ(tool->viewZero().groupFlags(), HvTGroup::kGreyBackground);
-  EXPECT_TRUE(tool->frameCentre().isVisible());
+  EXPECT_EQ(tool->ViewZero().GroupFlags(), HvTGroup::kGreyBackground);
+  EXPECT_TRUE(tool->FrameCentre().IsVisible());
 }
 
 TEST(HvTInteract, IsNeverHitByItsOwnNodes) {
   ToolWorld world;
   world.PenMove(200.0, 100.0);
-  EXPECT_EQ(world.tool->hover(), nullptr);
-  EXPECT_EQ(world.tool->hit(), nullptr);
+  EXPECT_EQ(world.tool->Hover(), nullptr);
+  EXPECT_EQ(world.tool->Hit(), nullptr);
 }
 
 class HvTInteractWithARing : public testing::Test {
  protected:
   HvTInteractWithARing() {
-    circle_.SetParent(&world_.tool->frameCentre());
+    circle_.SetParent(&world_.tool->FrameCentre());
     world_.viewer.invalidations = 0;
   }
   ~HvTInteractWithARing() override { circle_.Detach(); }
@@ -137,7 +137,7 @@ class HvTInteractWithARing : public testing::Test {
 TEST_F(HvTInteractWithARing, ReachesTheTreeInFramePixels) {
   const TestProject twice(200.0, 100.0, 400.0, 200.0);
   const auto tool = NewTool();
-  EXPECT_EQ(tool->viewScale(), 2.0f);
+  EXPECT_EQ(tool->ViewScale(), 2.0f);
   tool->OnPenMove({0, 30.0, 50.0});
   EXPECT_EQ(tool->GetPenPos(), (HvPoint{15.0f, 25.0f}));
 }
@@ -147,12 +147,12 @@ TEST_F(HvTInteractWithARing, TakesDownAndUpOfTheMainButtonAlone) {
     EXPECT_EQ(world_.tool->OnPenDown({button, 250.0, 100.0}), kFalse);
     EXPECT_EQ(world_.tool->OnPenUp({button, 250.0, 100.0}), kFalse);
   }
-  EXPECT_FALSE(circle_.isPressed());
+  EXPECT_FALSE(circle_.IsPressed());
   EXPECT_TRUE(world_.viewer.interactions.empty());
   EXPECT_EQ(world_.tool->OnPenDown({1, 250.0, 100.0}), kOk);
-  EXPECT_TRUE(circle_.isPressed());
+  EXPECT_TRUE(circle_.IsPressed());
   EXPECT_EQ(world_.tool->OnPenUp({1, 250.0, 100.0}), kOk);
-  EXPECT_FALSE(circle_.isPressed());
+  EXPECT_FALSE(circle_.IsPressed());
 }
 
 TEST_F(HvTInteractWithARing, TakesMovesWithAnyButton) {
@@ -176,13 +176,13 @@ TEST_F(HvTInteractWithARing, TellsTheViewerOfAMoveThatChangesNothing) {
 TEST_F(HvTInteractWithARing, AsksForAPaintWhereTheTreeDoes) {
   world_.tool->Draw();
   world_.PenMove(250.0, 100.0);
-  EXPECT_EQ(world_.tool->hover(), &circle_);
+  EXPECT_EQ(world_.tool->Hover(), &circle_);
   EXPECT_EQ(world_.viewer.TakeInvalidations(), 1);
   world_.PenDown(250.0, 100.0);
   world_.PenMove(260.0, 100.0);
   world_.PenUp(260.0, 100.0);
   EXPECT_EQ(world_.viewer.TakeInvalidations(), 3);
-  EXPECT_EQ(circle_.radius(), 60.0f);
+  EXPECT_EQ(circle_.Radius(), 60.0f);
   EXPECT_EQ(world_.viewer.interactions, (std::vector<std::string>{"do", "begin", "do", "end"}));
 }
 
@@ -211,17 +211,17 @@ void ExpectToolHearsThePenAfterAListenerThrew(Widget& widget, HvPoint handle) {
   hearer.whileHearing = nullptr;
   world.PenUp(x, y);
   world.PenDown(x, y);
-  EXPECT_TRUE(widget.isPressed());
+  EXPECT_TRUE(widget.IsPressed());
   hearer.whileHearing = [] { throw std::runtime_error("refused"); };
   world.viewer.interactions.clear();
   EXPECT_THROW(world.PenUp(x, y), std::runtime_error);
   EXPECT_EQ(world.viewer.interactions, std::vector<std::string>{"end"});
-  EXPECT_FALSE(widget.isPressed());
+  EXPECT_FALSE(widget.IsPressed());
   hearer.whileHearing = nullptr;
   world.PenMove(x + 300.0, y);
-  EXPECT_EQ(world.tool->hover(), nullptr);
+  EXPECT_EQ(world.tool->Hover(), nullptr);
   world.PenMove(x, y);
-  EXPECT_EQ(world.tool->hover(), &widget);
+  EXPECT_EQ(world.tool->Hover(), &widget);
   widget.Detach();
 }
 
@@ -238,14 +238,14 @@ TEST(HvTInteract, HearsThePenAfterAListenerOfARectangleThrew) {
 TEST(HvTInteract, HearsThePenAfterAListenerOfAnAxisThrew) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   ExpectToolHearsThePenAfterAListenerThrew(axis, {0.0f, 0.0f});
-  EXPECT_EQ(axis.active(), static_cast<std::uint32_t>(HvT2DAxis::kTranslate)) << "hovered again";
+  EXPECT_EQ(axis.Active(), static_cast<std::uint32_t>(HvT2DAxis::kTranslate)) << "hovered again";
 }
 
 TEST(HvTInteract, ViewRectMovesTheSourceCentre) {
   ToolWorld world;
   EXPECT_NE(world.tool->SetViewRect({10.0f, 20.0f}, {101.0f, 51.0f}), 0);
-  EXPECT_EQ(world.tool->srcCentre().centre(), (HvPoint{60.5f, 45.5f}));
-  EXPECT_EQ(world.tool->frameCentre().centre(), (HvPoint{200.0f, 100.0f}));
+  EXPECT_EQ(world.tool->SrcCentre().Centre(), (HvPoint{60.5f, 45.5f}));
+  EXPECT_EQ(world.tool->FrameCentre().Centre(), (HvPoint{200.0f, 100.0f}));
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
 
@@ -254,9 +254,9 @@ TEST(HvTInteract, ViewRectStaysWithinAHundredth) {
   world.tool->SetViewRect({10.0f, 20.0f}, {100.0f, 50.0f});
   world.viewer.invalidations = 0;
   EXPECT_EQ(world.tool->SetViewRect({10.009f, 19.991f}, {100.009f, 49.991f}), 0);
-  EXPECT_EQ(world.tool->viewOrigin(), (HvPoint{10.0f, 20.0f}));
-  EXPECT_EQ(world.tool->viewSize(), (HvPoint{100.0f, 50.0f}));
-  EXPECT_EQ(world.tool->srcCentre().centre(), (HvPoint{60.0f, 45.0f}));
+  EXPECT_EQ(world.tool->ViewOrigin(), (HvPoint{10.0f, 20.0f}));
+  EXPECT_EQ(world.tool->ViewSize(), (HvPoint{100.0f, 50.0f}));
+  EXPECT_EQ(world.tool->SrcCentre().Centre(), (HvPoint{60.0f, 45.0f}));
   EXPECT_EQ(world.viewer.invalidations, 0);
   const auto differs = [&](HvPoint origin, HvPoint size) { return world.tool->RectDiffers(origin, size); };
   EXPECT_TRUE(differs({10.02f, 20.0f}, {100.0f, 50.0f}));
@@ -267,7 +267,7 @@ TEST(HvTInteract, ViewRectStaysWithinAHundredth) {
 
 TEST(HvTInteract, PropertiesAreRefusedWhileItIsNotLinked) {
   const auto tool = NewTool();
-  EXPECT_FALSE(tool->linked());
+  EXPECT_FALSE(tool->Linked());
   EXPECT_FALSE(tool->ReadAnimated(test::kBlurId, 0.0));
   EXPECT_FALSE(tool->ReadIfAffected(test::kBlurId, test::kBlurId));
   EXPECT_FALSE(tool->WriteAnimated(test::kBlurId, 1.0));
@@ -306,7 +306,7 @@ TEST(HvTInteract, BindingsReadWhenTheyAreAdded) {
   EXPECT_EQ(world.viewer.TakeInvalidations(), 0);
   NotedBinding binding;
   world.tool->AddDsObject(&binding);
-  EXPECT_EQ(binding.tool(), world.tool.get());
+  EXPECT_EQ(binding.Tool(), world.tool.get());
   EXPECT_EQ(binding.refreshes, 1);
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
@@ -358,7 +358,7 @@ TEST(HvTInteract, BindingsMayOutliveTheTool) {
     const auto tool = NewTool();
     tool->AddDsObject(&binding);
   }
-  EXPECT_EQ(binding.tool(), nullptr);
+  EXPECT_EQ(binding.Tool(), nullptr);
 }
 
 TEST(HvTInteract, BindingsBelongToOneTool) {
@@ -367,7 +367,7 @@ TEST(HvTInteract, BindingsBelongToOneTool) {
   auto binding = std::make_unique<NotedBinding>();
   first->AddDsObject(binding.get());
   second->AddDsObject(binding.get());
-  EXPECT_EQ(binding->tool(), second.get());
+  EXPECT_EQ(binding->Tool(), second.get());
   binding.reset();
 }
 
@@ -378,27 +378,27 @@ TEST(HvTInteract, LinksFollowOperatorAndViewer) {
   TestViewer viewer;
   const auto tool = NewTool();
   EXPECT_EQ(tool->OnLinkToOperator(nullptr), kNullPointer);
-  EXPECT_FALSE(tool->linked());
+  EXPECT_FALSE(tool->Linked());
   EXPECT_EQ(tool->OnLinkToOperator(object), kOk);
-  EXPECT_TRUE(tool->linked());
+  EXPECT_TRUE(tool->Linked());
   EXPECT_EQ(tool->OnUnlinkFromOperator(), kOk);
-  EXPECT_FALSE(tool->linked());
+  EXPECT_FALSE(tool->Linked());
   EXPECT_EQ(tool->OnLinkToViewer(&viewer), kOk);
-  EXPECT_TRUE(tool->linked());
+  EXPECT_TRUE(tool->Linked());
   EXPECT_EQ(viewer.TakeInvalidations(), 1);
   EXPECT_EQ(tool->OnUnlinkFromViewer(), kOk);
-  EXPECT_FALSE(tool->linked());
+  EXPECT_FALSE(tool->Linked());
   EXPECT_EQ(viewer.TakeInvalidations(), 1);
   EXPECT_EQ(viewer.windowInvalidations, 1);
   EXPECT_EQ(tool->OnLinkToViewer(nullptr), kNullPointer);
-  EXPECT_FALSE(tool->linked());
+  EXPECT_FALSE(tool->Linked());
 }
 
 TEST(HvTInteract, LinksThatFailUndoTheOneBefore) {
   ToolWorld world;
   TestViewer noOperator;
   EXPECT_EQ(world.tool->OnLinkToOperator(&noOperator), kNoInterface);
-  EXPECT_FALSE(world.tool->linked());
+  EXPECT_FALSE(world.tool->Linked());
   world.viewer.invalidations = 0;
   NotedBinding binding;
   world.tool->AddDsObject(&binding);
@@ -410,24 +410,24 @@ TEST(HvTInteract, EndsBeforeTheWidgetsOnIt) {
   HvTCircle circle("ring", 50.0f);
   {
     ToolWorld world;
-    circle.SetParent(&world.tool->frameCentre());
+    circle.SetParent(&world.tool->FrameCentre());
     world.PenMove(250.0, 100.0);
-    EXPECT_EQ(world.tool->hover(), &circle);
+    EXPECT_EQ(world.tool->Hover(), &circle);
   }
-  EXPECT_EQ(circle.parent(), nullptr);
-  EXPECT_EQ(circle.manager(), nullptr);
+  EXPECT_EQ(circle.Parent(), nullptr);
+  EXPECT_EQ(circle.Manager(), nullptr);
 }
 
 TEST(HvTInteract, EndsAfterAWidgetThatThePenHolds) {
   ToolWorld world;
   {
     HvTCircle circle("ring", 50.0f);
-    circle.SetParent(&world.tool->frameCentre());
+    circle.SetParent(&world.tool->FrameCentre());
     world.PenMove(250.0, 100.0);
     world.PenDown(250.0, 100.0);
     circle.Detach();
   }
-  EXPECT_EQ(world.tool->hover(), nullptr);
+  EXPECT_EQ(world.tool->Hover(), nullptr);
   world.PenMove(255.0, 100.0);
   world.PenUp(255.0, 100.0);
   world.PenMove(200.0, 100.0);

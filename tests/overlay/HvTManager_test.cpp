@@ -28,7 +28,7 @@ class HvTManagerOfProbes : public ::testing::Test {
 
   // Whether this message requested a repaint.
   bool send(std::uint32_t id, HvPoint pos) {
-    if (manager.wantsRepaint()) manager.Draw();
+    if (manager.WantsRepaint()) manager.Draw();
     log.take();
     return manager.PostMessage(HvMessage::OfPosition(id, pos));
   }
@@ -44,14 +44,14 @@ class HvTManagerOfProbes : public ::testing::Test {
 
 TEST(HvTManager, StartsWithThePenUpAtTheOrigin) {
   HvTManager manager;
-  EXPECT_EQ(manager.hover(), nullptr);
-  EXPECT_EQ(manager.fallback(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
+  EXPECT_EQ(manager.Fallback(), nullptr);
   EXPECT_EQ(manager.GetPenPos(), (HvPoint{0, 0}));
   EXPECT_FALSE(manager.IsPenDown());
-  EXPECT_EQ(manager.tolerance(), (HvPoint{3, 3}));
-  EXPECT_FALSE(manager.wantsRepaint());
-  EXPECT_FALSE(manager.isPicking());
-  EXPECT_TRUE(manager.tipsEnabled());
+  EXPECT_EQ(manager.Tolerance(), (HvPoint{3, 3}));
+  EXPECT_FALSE(manager.WantsRepaint());
+  EXPECT_FALSE(manager.IsPicking());
+  EXPECT_TRUE(manager.TipsEnabled());
 }
 
 TEST(HvTManager, TakesObjectsOnce) {
@@ -61,19 +61,19 @@ TEST(HvTManager, TakesObjectsOnce) {
   HvTGroup group("g");
   HvTManager manager;
   EXPECT_EQ(manager.AddObject(nullptr), 0);
-  EXPECT_FALSE(manager.wantsRepaint());
+  EXPECT_FALSE(manager.WantsRepaint());
   hidden.SetVisibility(HvTObject::kPickable);
   EXPECT_EQ(manager.AddObject(&hidden), 1);
-  EXPECT_FALSE(manager.wantsRepaint());
+  EXPECT_FALSE(manager.WantsRepaint());
   probe.SetParent(&group);
   group.Remove(&probe);
   EXPECT_EQ(manager.AddObject(&probe), 1);
-  EXPECT_TRUE(manager.wantsRepaint());
-  EXPECT_EQ(probe.parent(), nullptr);
-  EXPECT_EQ(probe.manager(), &manager);
+  EXPECT_TRUE(manager.WantsRepaint());
+  EXPECT_EQ(probe.Parent(), nullptr);
+  EXPECT_EQ(probe.Manager(), &manager);
   manager.Draw();
   EXPECT_EQ(manager.AddObject(&probe), 0);
-  EXPECT_FALSE(manager.wantsRepaint());
+  EXPECT_FALSE(manager.WantsRepaint());
 }
 
 TEST_F(HvTManagerOfProbes, IgnoresEverythingButThePen) {
@@ -102,7 +102,7 @@ TEST_F(HvTManagerOfProbes, TakesTheSecondKindOfPositionToo) {
   };
   manager.PostMessage(SecondKind({5, 5}));
   EXPECT_EQ(manager.GetPenPos(), (HvPoint{5, 5}));
-  EXPECT_EQ(manager.hover(), &a);
+  EXPECT_EQ(manager.Hover(), &a);
 }
 
 TEST_F(HvTManagerOfProbes, KeepsThePositionWithoutOne) {
@@ -118,16 +118,16 @@ TEST_F(HvTManagerOfProbes, KeepsThePositionWithoutOne) {
 TEST_F(HvTManagerOfProbes, EntersAndLeavesAsThePenMoves) {
   EXPECT_TRUE(move(5, 5));
   EXPECT_EQ(log.take(), "Enter a 5 5; ");
-  EXPECT_EQ(manager.hover(), &a);
-  EXPECT_EQ(manager.hit(), &a);
-  EXPECT_TRUE(a.isHovered());
+  EXPECT_EQ(manager.Hover(), &a);
+  EXPECT_EQ(manager.Hit(), &a);
+  EXPECT_TRUE(a.IsHovered());
   EXPECT_FALSE(move(6, 5)) << "the same is hovered";
   EXPECT_EQ(log.take(), "Leave a; Enter a 6 5; ");
   EXPECT_TRUE(move(17, 5));
   EXPECT_EQ(log.take(), "Leave a; Enter b 17 5; ") << "b lies above a";
   EXPECT_TRUE(move(17, 50));
   EXPECT_EQ(log.take(), "Leave b; ");
-  EXPECT_EQ(manager.hover(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
   EXPECT_FALSE(move(17, 60));
   EXPECT_EQ(log.take(), "");
 }
@@ -180,15 +180,15 @@ TEST_F(HvTManagerOfProbes, PressesAfterALeaveAndAScan) {
   a.logsPicks = true;
   EXPECT_TRUE(press(6, 6));
   EXPECT_EQ(log.take(), "Leave a; Pick a 6 6; Press a 6 6; ");
-  EXPECT_TRUE(a.isPressed());
-  EXPECT_FALSE(a.isHovered());
+  EXPECT_TRUE(a.IsPressed());
+  EXPECT_FALSE(a.IsHovered());
 }
 
 TEST_F(HvTManagerOfProbes, PressesWhatIsUnderThePenNow) {
   move(5, 5);
   press(30, 5);
   EXPECT_EQ(log.take(), "Leave a; Press b 30 5; ");
-  EXPECT_EQ(manager.hover(), &b);
+  EXPECT_EQ(manager.Hover(), &b);
 }
 
 TEST_F(HvTManagerOfProbes, AsksForARepaintByEachAnswerToAPress) {
@@ -214,7 +214,7 @@ TEST_F(HvTManagerOfProbes, DragsWhatWasPressedWhereverThePenGoes) {
   EXPECT_TRUE(move(-500, 900)) << "no move is too small for a drag";
   EXPECT_EQ(log.take(), "Drag a -500 900; ");
   EXPECT_EQ(a.picks + b.picks, 0);
-  EXPECT_EQ(manager.hover(), &a);
+  EXPECT_EQ(manager.Hover(), &a);
 }
 
 TEST_F(HvTManagerOfProbes, TakesBackARepaintAfterADragThatChangesNothing) {
@@ -230,7 +230,7 @@ TEST_F(HvTManagerOfProbes, KeepsARepaintWhileNothingIsDragged) {
   press(500, 500);
   manager.WantRepaint();
   EXPECT_TRUE(manager.PostMessage(HvMessage::OfPosition(kPenMoved, {6, 6})));
-  EXPECT_EQ(manager.hover(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
   EXPECT_EQ(log.take(), "");
 }
 
@@ -239,9 +239,9 @@ TEST_F(HvTManagerOfProbes, EntersWhatIsUnderThePenAfterARelease) {
   move(30, 5);
   EXPECT_TRUE(release(31, 5));
   EXPECT_EQ(log.take(), "Release a; Enter b 31 5; ");
-  EXPECT_FALSE(a.isPressed());
-  EXPECT_TRUE(b.isHovered());
-  EXPECT_EQ(manager.hover(), &b);
+  EXPECT_FALSE(a.IsPressed());
+  EXPECT_TRUE(b.IsHovered());
+  EXPECT_EQ(manager.Hover(), &b);
 }
 
 TEST_F(HvTManagerOfProbes, AsksForARepaintByEachAnswerToARelease) {
@@ -264,14 +264,14 @@ TEST_F(HvTManagerOfProbes, StopsAtTheEmptySpaceOfASolidGroup) {
   corner.SetParent(&group);
   manager.AddObject(&group);
   EXPECT_FALSE(press(25, 10));
-  EXPECT_EQ(manager.hover(), nullptr);
-  EXPECT_EQ(manager.hit(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
+  EXPECT_EQ(manager.Hit(), nullptr);
   EXPECT_EQ(b.picks, 0) << "b lies beneath";
   EXPECT_EQ(log.take(), "");
   release(25, 10);
   group.SetGroupFlags(0);
   press(25, 10);
-  EXPECT_EQ(manager.hover(), &b);
+  EXPECT_EQ(manager.Hover(), &b);
   group.Detach();
 }
 
@@ -282,10 +282,10 @@ TEST_F(HvTManagerOfProbes, LeadsDownAGroupToItsChild) {
   manager.AddObject(&group);
   press(1, 1);
   EXPECT_EQ(log.take(), "Press i 1 1; ");
-  EXPECT_EQ(manager.hover(), &inside);
-  EXPECT_EQ(manager.hit(), &group);
-  EXPECT_EQ(group.target(), &inside);
-  EXPECT_EQ(inside.target(), &inside);
+  EXPECT_EQ(manager.Hover(), &inside);
+  EXPECT_EQ(manager.Hit(), &group);
+  EXPECT_EQ(group.Target(), &inside);
+  EXPECT_EQ(inside.Target(), &inside);
   group.Detach();
 }
 
@@ -300,32 +300,32 @@ TEST_F(HvTManagerOfProbes, FallsBackOnAWidgetWhereNothingIsHit) {
   manager.AddObject(&outer);
   manager.SetFallback(&inside);
   EXPECT_TRUE(move(700, 700));
-  EXPECT_EQ(manager.hover(), &inside);
-  EXPECT_EQ(manager.hit(), &outer);
-  EXPECT_EQ(outer.target(), &inner);
-  EXPECT_EQ(inner.target(), &inside);
-  EXPECT_EQ(inside.target(), &inside);
+  EXPECT_EQ(manager.Hover(), &inside);
+  EXPECT_EQ(manager.Hit(), &outer);
+  EXPECT_EQ(outer.Target(), &inner);
+  EXPECT_EQ(inner.Target(), &inside);
+  EXPECT_EQ(inside.Target(), &inside);
   EXPECT_EQ(log.take(), "Enter i 700 700; ");
   move(30, 5);
-  EXPECT_EQ(manager.hover(), &b) << "what is hit comes first";
+  EXPECT_EQ(manager.Hover(), &b) << "what is hit comes first";
   for (const std::uint32_t state : {0u, 1u, 2u}) {
     inside.SetVisibility(state);
     move(700, 700 + static_cast<float>(state));
-    EXPECT_EQ(manager.hover(), nullptr);
-    EXPECT_EQ(manager.hit(), nullptr);
+    EXPECT_EQ(manager.Hover(), nullptr);
+    EXPECT_EQ(manager.Hit(), nullptr);
   }
   inside.SetVisibility(3);
   move(800, 800);
-  EXPECT_EQ(manager.hover(), &inside);
+  EXPECT_EQ(manager.Hover(), &inside);
   outer.Detach();
-  EXPECT_EQ(manager.hover(), nullptr);
-  EXPECT_EQ(manager.fallback(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
+  EXPECT_EQ(manager.Fallback(), nullptr);
 }
 
 TEST_F(HvTManagerOfProbes, FallsBackAtTheTop) {
   manager.SetFallback(&a);
   press(900, 900);
-  EXPECT_EQ(manager.hit(), &a);
+  EXPECT_EQ(manager.Hit(), &a);
   EXPECT_EQ(log.take(), "Press a 900 900; ");
 }
 
@@ -334,7 +334,7 @@ TEST_F(HvTManagerOfProbes, FallsBackOnWhatASolidGroupSwallows) {
   manager.AddObject(&group);
   manager.SetFallback(&a);
   press(0, 0);
-  EXPECT_EQ(manager.hover(), &a);
+  EXPECT_EQ(manager.Hover(), &a);
   group.Detach();
 }
 
@@ -352,9 +352,9 @@ TEST_F(HvTManagerOfProbes, OnlyMovesThePenWhileItHandlesAMessage) {
   };
   EXPECT_TRUE(move(6, 6));
   EXPECT_EQ(log.take(), "Drag a 6 6; ") << "and nothing else of the three";
-  EXPECT_TRUE(a.isPressed());
+  EXPECT_TRUE(a.IsPressed());
   EXPECT_FALSE(manager.IsPenDown());
-  EXPECT_EQ(manager.hover(), &a);
+  EXPECT_EQ(manager.Hover(), &a);
   // The next one is handled again.
   move(30, 5);
   EXPECT_EQ(log.take(), "Leave a; Enter b 30 5; ");
@@ -362,10 +362,10 @@ TEST_F(HvTManagerOfProbes, OnlyMovesThePenWhileItHandlesAMessage) {
 
 TEST_F(HvTManagerOfProbes, SaysThatAPickIsRunning) {
   bool seen = false;
-  a.whilePicked = [&] { seen = manager.isPicking(); };
+  a.whilePicked = [&] { seen = manager.IsPicking(); };
   move(5, 5);
   EXPECT_TRUE(seen);
-  EXPECT_FALSE(manager.isPicking());
+  EXPECT_FALSE(manager.IsPicking());
 }
 
 TEST_F(HvTManagerOfProbes, HandlesTheNextMessageAfterOneThatThrew) {
@@ -376,16 +376,16 @@ TEST_F(HvTManagerOfProbes, HandlesTheNextMessageAfterOneThatThrew) {
   EXPECT_TRUE(move(7, 7));
   EXPECT_EQ(log.take(), "Drag a 7 7; ");
   release(30, 5);
-  EXPECT_EQ(manager.hover(), &b);
+  EXPECT_EQ(manager.Hover(), &b);
 }
 
 TEST_F(HvTManagerOfProbes, IsNotPickingAfterAPickThatThrew) {
   a.whilePicked = [] { throw std::runtime_error("refused"); };
   EXPECT_THROW(move(5, 5), std::runtime_error);
-  EXPECT_FALSE(manager.isPicking());
+  EXPECT_FALSE(manager.IsPicking());
   a.whilePicked = nullptr;
   move(6, 6);
-  EXPECT_EQ(manager.hover(), &a);
+  EXPECT_EQ(manager.Hover(), &a);
 }
 
 TEST_F(HvTManagerOfProbes, PicksByItsTolerance) {
@@ -403,7 +403,7 @@ TEST_F(HvTManagerOfProbes, DrawsATipUpAndRightOfThePen) {
   log.take();
   manager.Draw();
   EXPECT_EQ(log.take(), "Draw a; Draw b; DrawTip b 38 13; ");
-  EXPECT_FALSE(manager.wantsRepaint());
+  EXPECT_FALSE(manager.WantsRepaint());
   manager.EnableTips(false);
   manager.Draw();
   EXPECT_EQ(log.take(), "Draw a; Draw b; ");
@@ -414,11 +414,11 @@ TEST_F(HvTManagerOfProbes, ForgetsWhatLeaves) {
     Probe passing(log, "p", square(50, 50, 10));
     manager.AddObject(&passing);
     press(55, 55);
-    EXPECT_EQ(manager.hover(), &passing);
+    EXPECT_EQ(manager.Hover(), &passing);
     passing.Detach();
   }
-  EXPECT_EQ(manager.hover(), nullptr);
-  EXPECT_EQ(manager.hit(), nullptr);
+  EXPECT_EQ(manager.Hover(), nullptr);
+  EXPECT_EQ(manager.Hit(), nullptr);
   EXPECT_FALSE(move(56, 56));
   EXPECT_FALSE(release(57, 57));
   EXPECT_EQ(log.take(), "");
@@ -446,9 +446,9 @@ TEST(HvTManager, LeavesItsObjectsWithoutAManager) {
     HvTManager manager;
     manager.AddObject(&probe);
     manager.PostMessage(HvMessage::OfPosition(kPenMoved, {1, 1}));
-    EXPECT_EQ(manager.hover(), &probe);
+    EXPECT_EQ(manager.Hover(), &probe);
   }
-  EXPECT_EQ(probe.manager(), nullptr);
+  EXPECT_EQ(probe.Manager(), nullptr);
   probe.MarkDirty();
 }
 
@@ -460,7 +460,7 @@ TEST(HvTManager, IgnoresTheSender) {
   HvMessageSender sender;
   LinkHandler(&manager, &sender);
   sender.Send(HvMessage::OfPosition(kPenDown, {1, 1}));
-  EXPECT_TRUE(probe.isPressed());
+  EXPECT_TRUE(probe.IsPressed());
 }
 
 }  // namespace

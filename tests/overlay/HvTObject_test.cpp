@@ -37,26 +37,26 @@ class ToldGroup : public HvTGroup {
 
 TEST(HvTObject, StartsPickableAndVisibleWithABox) {
   PlainWidget widget("Ring");
-  EXPECT_STREQ(widget.name(), "Ring");
-  EXPECT_EQ(widget.tip(), nullptr);
-  EXPECT_EQ(widget.manager(), nullptr);
-  EXPECT_EQ(widget.parent(), nullptr);
-  EXPECT_EQ(widget.target(), nullptr);
-  EXPECT_EQ(widget.colour(), (HvColour{1, 1, 1}));
-  EXPECT_EQ(widget.origin(), (HvPoint{0, 0}));
-  EXPECT_EQ(widget.size(), (HvPoint{0, 0}));
-  EXPECT_EQ(widget.state(), 3u);
-  EXPECT_EQ(widget.handleScale(), 1.0f);
-  EXPECT_FALSE(widget.usesStackMatrix());
-  EXPECT_EQ(widget.flags(), 7u);
+  EXPECT_STREQ(widget.Name(), "Ring");
+  EXPECT_EQ(widget.Tip(), nullptr);
+  EXPECT_EQ(widget.Manager(), nullptr);
+  EXPECT_EQ(widget.Parent(), nullptr);
+  EXPECT_EQ(widget.Target(), nullptr);
+  EXPECT_EQ(widget.Colour(), (HvColour{1, 1, 1}));
+  EXPECT_EQ(widget.Origin(), (HvPoint{0, 0}));
+  EXPECT_EQ(widget.Size(), (HvPoint{0, 0}));
+  EXPECT_EQ(widget.State(), 3u);
+  EXPECT_EQ(widget.HandleScale(), 1.0f);
+  EXPECT_FALSE(widget.UsesStackMatrix());
+  EXPECT_EQ(widget.Flags(), 7u);
 }
 
 TEST(HvTObject, KeepsACopyOfItsName) {
   char name[] = "Ring";
   PlainWidget widget(name);
   name[0] = 'S';
-  EXPECT_STREQ(widget.name(), "Ring");
-  EXPECT_EQ(PlainWidget(nullptr).name(), nullptr);
+  EXPECT_STREQ(widget.Name(), "Ring");
+  EXPECT_EQ(PlainWidget(nullptr).Name(), nullptr);
 }
 
 TEST(HvTObject, FindsItselfByItsName) {
@@ -73,14 +73,14 @@ TEST(HvTObject, FindsItselfByItsName) {
 TEST(HvTObject, MovesItsFlagsWithThePen) {
   PlainWidget widget("w");
   EXPECT_EQ(widget.Enter({1, 2}), 1);
-  EXPECT_EQ(widget.flags(), 7u | 16u);
+  EXPECT_EQ(widget.Flags(), 7u | 16u);
   EXPECT_EQ(widget.Press({1, 2}), 1);
-  EXPECT_EQ(widget.flags(), 7u | 8u | 16u);
+  EXPECT_EQ(widget.Flags(), 7u | 8u | 16u);
   EXPECT_EQ(widget.Leave(), 1);
-  EXPECT_EQ(widget.flags(), 7u | 8u);
-  EXPECT_TRUE(widget.isPressed());
+  EXPECT_EQ(widget.Flags(), 7u | 8u);
+  EXPECT_TRUE(widget.IsPressed());
   EXPECT_EQ(widget.Release(), 1);
-  EXPECT_EQ(widget.flags(), 7u);
+  EXPECT_EQ(widget.Flags(), 7u);
 }
 
 TEST(HvTObject, LeadsPointsFromItsParentToItsOrigin) {
@@ -96,18 +96,18 @@ TEST(HvTObject, TakesASizeAndAnOriginOnlyWhereItMay) {
   group.told = 0;
   widget.SetOrigin({3, 4});
   widget.SetSize({5, 6});
-  EXPECT_EQ(widget.box(), (HvBox{3, 8, 4, 10}));
+  EXPECT_EQ(widget.Box(), (HvBox{3, 8, 4, 10}));
   EXPECT_EQ(group.told, 2);
   EXPECT_EQ(group.lastChild, &widget);
-  EXPECT_EQ(group.box(), (HvBox{3, 8, 4, 10}));
+  EXPECT_EQ(group.Box(), (HvBox{3, 8, 4, 10}));
   widget.setFlag(HvTObject::kOriginSettable, false);
   widget.SetOrigin({0, 0});
-  EXPECT_EQ(widget.origin(), (HvPoint{3, 4}));
+  EXPECT_EQ(widget.Origin(), (HvPoint{3, 4}));
   widget.SetSize({7, 7});
-  EXPECT_EQ(widget.size(), (HvPoint{7, 7}));
+  EXPECT_EQ(widget.Size(), (HvPoint{7, 7}));
   widget.setFlag(HvTObject::kSizeSettable, false);
   widget.SetSize({1, 1});
-  EXPECT_EQ(widget.size(), (HvPoint{7, 7}));
+  EXPECT_EQ(widget.Size(), (HvPoint{7, 7}));
   EXPECT_EQ(group.told, 3);
 }
 
@@ -124,26 +124,26 @@ TEST(HvTObject, HasNoChildren) {
   EXPECT_EQ(widget.AddChild(&child), 0);
   EXPECT_EQ(widget.RemoveChild(&child), 0);
   child.SetParent(&widget);
-  EXPECT_EQ(child.parent(), nullptr);
+  EXPECT_EQ(child.Parent(), nullptr);
 }
 
 TEST(HvTObject, PointsAtItselfForNoTarget) {
   PlainWidget widget("w");
   PlainWidget other("o");
   widget.SetTarget(&other);
-  EXPECT_EQ(widget.target(), &other);
+  EXPECT_EQ(widget.Target(), &other);
   widget.SetTarget(nullptr);
-  EXPECT_EQ(widget.target(), &widget);
+  EXPECT_EQ(widget.Target(), &widget);
 }
 
 TEST(HvTObject, StoresAHandleScaleAndVisibility) {
   PlainWidget widget("w");
   widget.SetHandleScale(2.5f);
-  EXPECT_EQ(widget.handleScale(), 2.5f);
+  EXPECT_EQ(widget.HandleScale(), 2.5f);
   widget.SetVisibility(HvTObject::kPickable);
-  EXPECT_FALSE(widget.isVisible());
-  EXPECT_TRUE(widget.isPickable());
-  EXPECT_EQ(widget.flags(), 7u);
+  EXPECT_FALSE(widget.IsVisible());
+  EXPECT_TRUE(widget.IsPickable());
+  EXPECT_EQ(widget.Flags(), 7u);
 }
 
 TEST(HvTObject, AsksItsManagerForARepaint) {
@@ -152,9 +152,9 @@ TEST(HvTObject, AsksItsManagerForARepaint) {
   HvTManager manager;
   widget.SetVisibility(HvTObject::kPickable);
   manager.AddObject(&widget);
-  ASSERT_FALSE(manager.wantsRepaint());
+  ASSERT_FALSE(manager.WantsRepaint());
   widget.MarkDirty();
-  EXPECT_TRUE(manager.wantsRepaint());
+  EXPECT_TRUE(manager.WantsRepaint());
   widget.Detach();
 }
 
@@ -188,14 +188,14 @@ TEST(HvTObject, DetachesFromAGroupAndFromAManager) {
   PlainWidget widget("w");
   manager.AddObject(&group);
   widget.SetParent(&group);
-  EXPECT_EQ(widget.manager(), &manager);
+  EXPECT_EQ(widget.Manager(), &manager);
   widget.Detach();
-  EXPECT_EQ(widget.parent(), nullptr);
-  EXPECT_EQ(widget.manager(), nullptr);
-  EXPECT_EQ(group.children().first(), nullptr);
+  EXPECT_EQ(widget.Parent(), nullptr);
+  EXPECT_EQ(widget.Manager(), nullptr);
+  EXPECT_EQ(group.Children().First(), nullptr);
   group.Detach();
-  EXPECT_EQ(group.manager(), nullptr);
-  EXPECT_EQ(manager.children().first(), nullptr);
+  EXPECT_EQ(group.Manager(), nullptr);
+  EXPECT_EQ(manager.Children().First(), nullptr);
   group.Detach();
 }
 
@@ -204,8 +204,8 @@ TEST(HvTObject, ForgettingItsParentLeavesTheListAsItIs) {
   HvTGroup group("g");
   widget.SetParent(&group);
   widget.SetParent(nullptr);
-  EXPECT_EQ(widget.parent(), nullptr);
-  EXPECT_TRUE(group.children().Contains(&widget));
+  EXPECT_EQ(widget.Parent(), nullptr);
+  EXPECT_TRUE(group.Children().Contains(&widget));
 }
 
 }  // namespace

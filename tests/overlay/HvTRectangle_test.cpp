@@ -15,9 +15,9 @@ class HvTRectangleOnItsOwn : public ::testing::Test {
   // 0 for a miss.
   std::uint32_t edgesAt(float x, float y, HvPoint tolerance = {3, 2}) {
     const HvPick pick = rectangle.Pick({x, y}, tolerance);
-    EXPECT_EQ(pick.object() != nullptr, rectangle.edgeMask() != 0);
-    EXPECT_EQ(rectangle.target(), pick.object());
-    return rectangle.edgeMask();
+    EXPECT_EQ(pick.Object() != nullptr, rectangle.EdgeMask() != 0);
+    EXPECT_EQ(rectangle.Target(), pick.Object());
+    return rectangle.EdgeMask();
   }
   HvRectangleSides dragged(HvPoint from, HvPoint to) {
     EXPECT_NE(edgesAt(from.x, from.y), 0u);
@@ -25,7 +25,7 @@ class HvTRectangleOnItsOwn : public ::testing::Test {
     rectangle.Drag(to);
     rectangle.Release();
     hearer.take();
-    return rectangle.sides();
+    return rectangle.Sides();
   }
 
   HvTRectangle rectangle{"Box", 0, 0, 200, 100};
@@ -33,46 +33,46 @@ class HvTRectangleOnItsOwn : public ::testing::Test {
 };
 
 TEST_F(HvTRectangleOnItsOwn, TakesTwoCorners) {
-  EXPECT_STREQ(rectangle.name(), "Box");
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{0, 0, 200, 100}));
-  EXPECT_EQ(rectangle.colour(), (HvColour{0.7f, 0, 0}));
-  EXPECT_EQ(rectangle.edgeMask(), 0u);
-  EXPECT_FALSE(rectangle.keepsWithinLimits());
-  EXPECT_EQ(rectangle.limits(), (HvBox{0, 0, 0, 0}));
-  EXPECT_EQ(rectangle.box(), (HvBox{0, 200, 0, 100}));
+  EXPECT_STREQ(rectangle.Name(), "Box");
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{0, 0, 200, 100}));
+  EXPECT_EQ(rectangle.Colour(), (HvColour{0.7f, 0, 0}));
+  EXPECT_EQ(rectangle.EdgeMask(), 0u);
+  EXPECT_FALSE(rectangle.KeepsWithinLimits());
+  EXPECT_EQ(rectangle.Limits(), (HvBox{0, 0, 0, 0}));
+  EXPECT_EQ(rectangle.Box(), (HvBox{0, 200, 0, 100}));
 }
 
 TEST_F(HvTRectangleOnItsOwn, SortsItsSidesButNotItsOwnBox) {
   rectangle.SetBox(50, 40, -10, 60);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{-10, 40, 50, 60}));
-  EXPECT_EQ(rectangle.origin(), (HvPoint{50, 40}));
-  EXPECT_EQ(rectangle.size(), (HvPoint{-60, 20}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{-10, 40, 50, 60}));
+  EXPECT_EQ(rectangle.Origin(), (HvPoint{50, 40}));
+  EXPECT_EQ(rectangle.Size(), (HvPoint{-60, 20}));
   rectangle.SetBox(0, 9, 5, -9);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{0, -9, 5, 9}));
-  EXPECT_EQ(rectangle.size(), (HvPoint{5, -18}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{0, -9, 5, 9}));
+  EXPECT_EQ(rectangle.Size(), (HvPoint{5, -18}));
 }
 
 TEST_F(HvTRectangleOnItsOwn, TellsItsParent) {
   HvTGroup group("g");
   rectangle.SetParent(&group);
   rectangle.SetBox(-5, -6, 7, 8);
-  EXPECT_EQ(group.box(), (HvBox{-5, 7, -6, 8}));
+  EXPECT_EQ(group.Box(), (HvBox{-5, 7, -6, 8}));
 }
 
 TEST_F(HvTRectangleOnItsOwn, KeepsEachSideWithinItsLimits) {
   rectangle.SetLimits(10, 20, 110, 60);
   rectangle.SetBox(-50, 70, 300, 30);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{-50, 30, 300, 70})) << "not before they hold";
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{-50, 30, 300, 70})) << "not before they hold";
   rectangle.KeepWithinLimits(true);
   rectangle.SetBox(-50, 70, 300, 30);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{10, 30, 110, 60}));
-  EXPECT_EQ(rectangle.box(), (HvBox{-50, 300, 70, 30})) << "as given";
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{10, 30, 110, 60}));
+  EXPECT_EQ(rectangle.Box(), (HvBox{-50, 300, 70, 30})) << "as given";
   rectangle.SetBox(200, 0, 300, 1);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{110, 20, 110, 20}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{110, 20, 110, 20}));
   // With crossed limits the minimum is tested first.
   rectangle.SetLimits(100, 0, 50, 100);
   rectangle.SetBox(70, 10, 120, 20);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{100, 10, 50, 20}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{100, 10, 50, 20}));
 }
 
 TEST_F(HvTRectangleOnItsOwn, IsHitOnItsEdges) {
@@ -133,7 +133,7 @@ TEST_F(HvTRectangleOnItsOwn, AsksForARepaintWithOtherEdges) {
   const auto asks = [&](float x, float y) {
     manager.Draw();
     edgesAt(x, y);
-    return manager.wantsRepaint();
+    return manager.WantsRepaint();
   };
   test::GlRecording recording;
   manager.EnableTips(false);
@@ -148,25 +148,25 @@ TEST_F(HvTRectangleOnItsOwn, KeepsItsEdgesBeyondALeave) {
   edgesAt(0, 50);
   rectangle.Enter({});
   rectangle.Leave();
-  EXPECT_EQ(rectangle.edgeMask(), 1u);
+  EXPECT_EQ(rectangle.EdgeMask(), 1u);
 }
 
 TEST_F(HvTRectangleOnItsOwn, SendsTheWholeOfADrag) {
   edgesAt(0, 50);
-  hearer.whileHearing = [&] { EXPECT_FALSE(rectangle.isPressed()); };
+  hearer.whileHearing = [&] { EXPECT_FALSE(rectangle.IsPressed()); };
   EXPECT_EQ(rectangle.Press({1, 50}), 1);
   EXPECT_EQ(hearer.take(), "200 0; ");
-  EXPECT_TRUE(rectangle.isPressed());
-  hearer.whileHearing = [&] { EXPECT_TRUE(rectangle.isPressed()); };
+  EXPECT_TRUE(rectangle.IsPressed());
+  hearer.whileHearing = [&] { EXPECT_TRUE(rectangle.IsPressed()); };
   EXPECT_EQ(rectangle.Drag({1, 70}), 0) << "along its own edge";
   EXPECT_EQ(hearer.take(), "");
   EXPECT_EQ(rectangle.Drag({11, 70}), 1);
   EXPECT_EQ(hearer.take(), "201 0; ");
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{10, 0, 200, 100}));
-  EXPECT_EQ(rectangle.box(), (HvBox{10, 200, 0, 100}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{10, 0, 200, 100}));
+  EXPECT_EQ(rectangle.Box(), (HvBox{10, 200, 0, 100}));
   EXPECT_EQ(rectangle.Release(), 1);
   EXPECT_EQ(hearer.take(), "202 0; ");
-  EXPECT_FALSE(rectangle.isPressed());
+  EXPECT_FALSE(rectangle.IsPressed());
 }
 
 TEST_F(HvTRectangleOnItsOwn, DragsEachEdge) {
@@ -200,10 +200,10 @@ TEST_F(HvTRectangleOnItsOwn, CountsADragFromTheLastPosition) {
   rectangle.Press({1, 50});
   rectangle.Drag({3, 50});
   rectangle.Drag({4, 50});
-  EXPECT_EQ(rectangle.x0(), 3.0f);
+  EXPECT_EQ(rectangle.X0(), 3.0f);
   EXPECT_EQ(rectangle.Drag({4, 99}), 0);
   EXPECT_EQ(rectangle.Drag({0, 0}), 1);
-  EXPECT_EQ(rectangle.x0(), -1.0f);
+  EXPECT_EQ(rectangle.X0(), -1.0f);
 }
 
 TEST_F(HvTRectangleOnItsOwn, MovesByItsBars) {
@@ -218,12 +218,12 @@ TEST_F(HvTRectangleOnItsOwn, KeepsItsSizeAtALimit) {
   EXPECT_EQ(dragged({100, 50}, {0, -50}), (HvRectangleSides{-10, -20, 190, 80}));
   EXPECT_EQ(dragged({90, 30}, {1000, 1000}), (HvRectangleSides{100, 10, 300, 110}));
   edgesAt(200, 60);
-  ASSERT_EQ(rectangle.edgeMask(), 48u);
+  ASSERT_EQ(rectangle.EdgeMask(), 48u);
   rectangle.Press({200, 60});
   EXPECT_EQ(rectangle.Drag({210, 65}), 0) << "it cannot move on";
   EXPECT_EQ(hearer.take(), "200 0; ");
   EXPECT_EQ(rectangle.Drag({209, 65}), 1);
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{99, 10, 299, 110}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{99, 10, 299, 110}));
 }
 
 TEST_F(HvTRectangleOnItsOwn, SaysSoWhenAnEdgeIsHeldByALimit) {
@@ -234,8 +234,8 @@ TEST_F(HvTRectangleOnItsOwn, SaysSoWhenAnEdgeIsHeldByALimit) {
   hearer.take();
   EXPECT_EQ(rectangle.Drag({-5, 50}), 1);
   EXPECT_EQ(hearer.take(), "201 0; ");
-  EXPECT_EQ(rectangle.sides(), (HvRectangleSides{0, 0, 200, 100}));
-  EXPECT_EQ(rectangle.origin(), (HvPoint{-5, 0}));
+  EXPECT_EQ(rectangle.Sides(), (HvRectangleSides{0, 0, 200, 100}));
+  EXPECT_EQ(rectangle.Origin(), (HvPoint{-5, 0}));
 }
 
 TEST_F(HvTRectangleOnItsOwn, DragsByItsVirtualSetBox) {
@@ -244,11 +244,11 @@ TEST_F(HvTRectangleOnItsOwn, DragsByItsVirtualSetBox) {
     void SetBox(float, float, float, float) override { HvTRectangle::SetBox(1, 2, 3, 4); }
   };
   Snapping snapping("s", 0, 0, 50, 50);
-  EXPECT_EQ(snapping.x1(), 50.0f);
+  EXPECT_EQ(snapping.X1(), 50.0f);
   snapping.Pick({0, 25}, {3, 3});
   snapping.Press({0, 25});
   EXPECT_EQ(snapping.Drag({1, 25}), 1);
-  EXPECT_EQ(snapping.sides(), (HvRectangleSides{1, 2, 3, 4}));
+  EXPECT_EQ(snapping.Sides(), (HvRectangleSides{1, 2, 3, 4}));
 }
 
 struct EdgePoint {

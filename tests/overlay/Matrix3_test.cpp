@@ -17,7 +17,7 @@ class Matrix3Stack : public ::testing::Test {
   void SetUp() override { toBottom(); }
   void TearDown() override { toBottom(); }
   void toBottom() {
-    while (stack.depth() > 0)
+    while (stack.Depth() > 0)
       stack.Pop();
   }
 
@@ -108,9 +108,9 @@ TEST(Matrix3, InverseLeadsBack) {
 
 TEST_F(Matrix3Stack, IsOneForTheProcess) {
   EXPECT_EQ(&OverlayMatrixStack::Get(), &stack);
-  EXPECT_EQ(stack.depth(), 0);
-  EXPECT_EQ(stack.top(), kMatrixIdentity);
-  EXPECT_EQ(stack.inverseOfTop(), kMatrixIdentity);
+  EXPECT_EQ(stack.Depth(), 0);
+  EXPECT_EQ(stack.Top(), kMatrixIdentity);
+  EXPECT_EQ(stack.InverseOfTop(), kMatrixIdentity);
 }
 
 TEST_F(Matrix3Stack, PutsAMatrixBeforeTheTop) {
@@ -121,23 +121,23 @@ TEST_F(Matrix3Stack, PutsAMatrixBeforeTheTop) {
   stack.Push();
   stack.Multiply(scale);
   stack.Push();
-  EXPECT_EQ(stack.top(), scale);
+  EXPECT_EQ(stack.Top(), scale);
   stack.Multiply(move);
-  EXPECT_EQ(stack.top(), move * scale);
-  EXPECT_EQ(stack.inverseOfTop(), stack.top().Inverse());
-  EXPECT_EQ(stack.inverseOfTop().Map({8, 20}), (HvPoint{3, 3}));
+  EXPECT_EQ(stack.Top(), move * scale);
+  EXPECT_EQ(stack.InverseOfTop(), stack.Top().Inverse());
+  EXPECT_EQ(stack.InverseOfTop().Map({8, 20}), (HvPoint{3, 3}));
   stack.Pop();
-  EXPECT_EQ(stack.top(), scale);
-  EXPECT_EQ(stack.inverseOfTop(), scale.Inverse());
+  EXPECT_EQ(stack.Top(), scale);
+  EXPECT_EQ(stack.InverseOfTop(), scale.Inverse());
   stack.Pop();
-  EXPECT_EQ(stack.top(), kMatrixIdentity);
-  EXPECT_EQ(stack.inverseOfTop(), kMatrixIdentity);
+  EXPECT_EQ(stack.Top(), kMatrixIdentity);
+  EXPECT_EQ(stack.InverseOfTop(), kMatrixIdentity);
 }
 
 TEST_F(Matrix3Stack, PopsNothingBelowItsBottom) {
   stack.Pop();
-  EXPECT_EQ(stack.depth(), 0);
-  EXPECT_EQ(stack.top(), kMatrixIdentity);
+  EXPECT_EQ(stack.Depth(), 0);
+  EXPECT_EQ(stack.Top(), kMatrixIdentity);
 }
 
 TEST_F(Matrix3Stack, PopsOneLevelTooManyAfterAPushBeyondItsLimit) {
@@ -146,24 +146,24 @@ TEST_F(Matrix3Stack, PopsOneLevelTooManyAfterAPushBeyondItsLimit) {
   for (int i = 0; i < 31; ++i) {
     stack.Push();
     stack.Multiply(twice);
-    EXPECT_EQ(stack.depth(), i + 1);
+    EXPECT_EQ(stack.Depth(), i + 1);
   }
   const float top = std::ldexp(1.0f, 31);
-  EXPECT_EQ(stack.top().m[0], top);
+  EXPECT_EQ(stack.Top().m[0], top);
   for (int i = 0; i < 2; ++i) {
     stack.Push();
-    EXPECT_EQ(stack.depth(), 31);
-    EXPECT_EQ(stack.top().m[0], top);
+    EXPECT_EQ(stack.Depth(), 31);
+    EXPECT_EQ(stack.Top().m[0], top);
   }
   stack.Pop();
-  EXPECT_EQ(stack.depth(), 30);
-  EXPECT_EQ(stack.top().m[0], top / 2);
+  EXPECT_EQ(stack.Depth(), 30);
+  EXPECT_EQ(stack.Top().m[0], top / 2);
 }
 
 TEST_F(Matrix3Stack, TakesTheIdentityForTheInverseOfASingularTop) {
   stack.Push();
   stack.Multiply(Matrix3{{0, 0, 0, 0, 0, 0, 0, 0, 1}});
-  EXPECT_EQ(stack.inverseOfTop(), kMatrixIdentity);
+  EXPECT_EQ(stack.InverseOfTop(), kMatrixIdentity);
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ class Probe : public HvTObject {
     SetTarget(this);
     return this;
   }
-  void Draw() override { log.add(std::string("Draw ") + name()); }
+  void Draw() override { log.add(std::string("Draw ") + Name()); }
   std::int32_t Drag(HvPoint pos) override {
     note("Drag", pos);
     if (whileDragged) whileDragged();
@@ -54,7 +54,7 @@ class Probe : public HvTObject {
     return pressResult;
   }
   std::int32_t Release() override {
-    log.add(std::string("Release ") + name());
+    log.add(std::string("Release ") + Name());
     HvTObject::Release();
     return releaseResult;
   }
@@ -64,7 +64,7 @@ class Probe : public HvTObject {
     return enterResult;
   }
   std::int32_t Leave() override {
-    log.add(std::string("Leave ") + name());
+    log.add(std::string("Leave ") + Name());
     HvTObject::Leave();
     return leaveResult;
   }
@@ -92,7 +92,7 @@ class Probe : public HvTObject {
 
  private:
   void note(const char* call, HvPoint pos) {
-    if (logsPicks || std::string(call) != "Pick") log.add(std::string(call) + ' ' + name() + ' ' + textOfPoint(pos));
+    if (logsPicks || std::string(call) != "Pick") log.add(std::string(call) + ' ' + Name() + ' ' + textOfPoint(pos));
   }
 
   HvBox shape_;

@@ -124,7 +124,7 @@ class Forest {
     const bool isGroup = above.size() < 6 && random_.oneIn(6);
     HvTObject* object = isGroup ? plantGroup(parent, somewhere(area), above) : plantLeaf(somewhere(area), above);
     object->SetVisibility(random_.oneIn(8) ? static_cast<std::uint32_t>(random_.within(0, 2)) : 3u);
-    gates_[static_cast<std::size_t>(gateOf(object))].open = object->state() == 3u;
+    gates_[static_cast<std::size_t>(gateOf(object))].open = object->State() == 3u;
     if (!isGroup && parent != nullptr) object->SetParent(parent);
     return object;
   }
@@ -142,7 +142,7 @@ class Forest {
     objects_.push_back(std::make_unique<LozengeWidget>(shape, box, boxed));
     HvTObject* const leaf = objects_.back().get();
     // As the widget stores it: corner and extent.
-    const HvBox stored = leaf->box();
+    const HvBox stored = leaf->Box();
     above.push_back(static_cast<int>(gates_.size()));
     gates_.push_back({true, boxed, stored.minX, stored.maxX, stored.minY, stored.maxY, leaf});
     spots_.push_back({leaf, shape, above});
@@ -191,14 +191,14 @@ class Forest {
     };
     for (const Gate& other : gates_) {
       bool below = false;
-      for (const HvTObject* up = other.object->parent(); up != nullptr; up = up->parent())
+      for (const HvTObject* up = other.object->Parent(); up != nullptr; up = up->Parent())
         below = below || up == own.object;
       if (!below) continue;
       const auto* group = dynamic_cast<const HvTGroup*>(other.object);
       if (group == nullptr) {
         own.boxed = own.boxed && other.boxed;
         take(other.left, other.right, other.bottom, other.top);
-      } else if (group->children().first() == nullptr) {
+      } else if (group->Children().First() == nullptr) {
         take(0, 0, 0, 0);
       }
     }
@@ -214,9 +214,9 @@ class Forest {
 
 std::vector<HvTObject*> wayOf(const HvTManager& manager) {
   std::vector<HvTObject*> way;
-  for (HvTObject* object = manager.hit(); object != nullptr; object = object->target()) {
+  for (HvTObject* object = manager.Hit(); object != nullptr; object = object->Target()) {
     way.push_back(object);
-    if (object->target() == object) break;
+    if (object->Target() == object) break;
   }
   return way;
 }
@@ -240,19 +240,19 @@ TEST(RandomTree, HitsTheTopmostWidget) {
       // First move away, so that no move is too small to count.
       manager.PostMessage(HvMessage::OfPosition(kPenMoved, {-5000, -5000}));
       manager.PostMessage(HvMessage::OfPosition(kPenMoved, pos));
-      ASSERT_EQ(manager.hover(), wanted) << "at " << pos.x << ", " << pos.y;
+      ASSERT_EQ(manager.Hover(), wanted) << "at " << pos.x << ", " << pos.y;
       ASSERT_EQ(wayOf(manager), wanted == nullptr ? std::vector<HvTObject*>() : forest.wayTo(*spot));
       if (wanted == nullptr) continue;
-      ASSERT_TRUE(wanted->isHovered());
+      ASSERT_TRUE(wanted->IsHovered());
       if (!random.oneIn(4)) continue;
       const int before = static_cast<LozengeWidget*>(wanted)->drags;
       manager.PostMessage(HvMessage::OfPosition(kPenDown, pos));
       const HvPoint elsewhere{quarters(random, 0, kTreeSide), quarters(random, 0, kTreeSide)};
       manager.PostMessage(HvMessage::OfPosition(kPenMoved, elsewhere));
       ASSERT_EQ(static_cast<LozengeWidget*>(wanted)->drags, before + 1);
-      ASSERT_TRUE(wanted->isPressed());
+      ASSERT_TRUE(wanted->IsPressed());
       manager.PostMessage(HvMessage::OfPosition(kPenUp, elsewhere));
-      ASSERT_FALSE(wanted->isPressed());
+      ASSERT_FALSE(wanted->IsPressed());
     }
   });
   EXPECT_GT(hits, 1000 / test::kShareOfCases);

@@ -41,7 +41,7 @@ class TestOperator : public CDSAliasedPropertyContainer {
     return kOk;
   }
   HRESULT PutValue(const GUID& property, const DSVariant& value) override {
-    writes.emplace_back(property, value.asNumber());
+    writes.emplace_back(property, value.AsNumber());
     return CDSAliasedPropertyContainer::PutValue(property, value);
   }
 

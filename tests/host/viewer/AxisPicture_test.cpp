@@ -122,11 +122,11 @@ TEST_P(AxisPicture, FollowsThePen) {
   Paint();
   const auto pen = [](double dx, double dy) { return tagVWPENEVENT{1, 120.0 + dx, 90.0 + dy}; };
   tool_->OnPenMove(pen(0.0, 0.0));
-  EXPECT_EQ(axis_.active(), 3u);
+  EXPECT_EQ(axis_.Active(), 3u);
   tool_->OnPenDown(pen(0.0, 0.0));
   tool_->OnPenMove(pen(30.0, -20.0));
   tool_->OnPenUp(pen(30.0, -20.0));
-  EXPECT_EQ(axis_.centre(), (HvPoint{150.0f, 70.0f}));
+  EXPECT_EQ(axis_.Centre(), (HvPoint{150.0f, 70.0f}));
   Paint();
   EXPECT_TRUE(IsSeen(Hue::Blue, 30.0 + 37.0, -20.0 + 12.0));
   EXPECT_FALSE(IsSeen(Hue::Blue, -37.0, 12.0)) << "it is no longer where it was";
@@ -135,7 +135,7 @@ TEST_P(AxisPicture, FollowsThePen) {
 TEST_P(AxisPicture, ShowsTheHandleUnderThePen) {
   axis_.SetRotation(20.0f);
   tool_->OnPenMove({0, 120.0 + 32.0 * std::cos(0.35), 90.0 + 32.0 * std::sin(0.35)});
-  EXPECT_EQ(axis_.active(), static_cast<std::uint32_t>(HvT2DAxis::kRotate));
+  EXPECT_EQ(axis_.Active(), static_cast<std::uint32_t>(HvT2DAxis::kRotate));
   Paint();
   // At zoom 0.5 the arrow head is mostly outline.
   const bool isSmall = std::get<0>(GetParam()) < 1.0;

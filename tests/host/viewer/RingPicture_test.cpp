@@ -48,7 +48,7 @@ class RingPicture : public testing::TestWithParam<double> {
     frame_.Clear();
     std::uintptr_t context = 0;
     viewer_->PushContext(kVWInteractiveContext, static_cast<IViewerLayer*>(tool_.get()), &context);
-    ring_.SetParent(&tool_->frameCentre());
+    ring_.SetParent(&tool_->FrameCentre());
     geometry_.SetZoom(GetParam());
   }
   ~RingPicture() override {

@@ -60,7 +60,7 @@ class Container : public CDSAliasedPropertyContainer {
 struct Listener : IDSPropertyNotify {
   void OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) override {
     changes.push_back(property);
-    lastValue = value == nullptr ? -1.0 : value->asNumber();
+    lastValue = value == nullptr ? -1.0 : value->AsNumber();
     lastFlags = flags;
     if (leaveFrom != nullptr) leaveFrom->Unadvise(this);
   }
@@ -73,7 +73,7 @@ struct Listener : IDSPropertyNotify {
 double ValueOf(Container& container, const GUID& id) {
   DSVariant value;
   EXPECT_EQ(container.GetValue(id, &value), kOk);
-  return value.asNumber();
+  return value.AsNumber();
 }
 
 TEST(CDSPropertyContainer, ReachesTheMembersOfTheMapAndOfItsParents) {

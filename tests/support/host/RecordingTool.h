@@ -61,7 +61,7 @@ class RecordingTool : public CDSInteractiveTool {
     return TerminateInteraction();
   }
   HRESULT OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) override {
-    Keep("changed " + (value == nullptr ? std::string("a curve") : host::FormatNumber(value->asNumber())));
+    Keep("changed " + (value == nullptr ? std::string("a curve") : host::FormatNumber(value->AsNumber())));
     lastChanged = property;
     return CDSInteractiveTool::OnPropertyChanged(property, value, flags);
   }
@@ -73,7 +73,7 @@ class RecordingTool : public CDSInteractiveTool {
   // -99 when it cannot be read.
   double Read(const GUID& property, double time = -1.0) {
     DSVariant value;
-    return GetAnimatedProperty(property, &value, nullptr, time) == kOk ? value.asNumber() : -99.0;
+    return GetAnimatedProperty(property, &value, nullptr, time) == kOk ? value.AsNumber() : -99.0;
   }
   HRESULT Write(const GUID& property, double value, double time = -1.0) {
     return SetAnimatedProperty(property, DSVariant::Of(value), nullptr, time, 0);
