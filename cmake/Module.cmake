@@ -73,7 +73,7 @@ function(vblur_shared_library target kind)
     INSTALL_RPATH "$ORIGIN"
     LINK_DEPENDS "${exports}")
   if(kind STREQUAL "SHARED")
-    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
   else()
     set_target_properties(${target} PROPERTIES PREFIX lib)
     # What it lacks is told when it is loaded, not when it is first called.

@@ -38,9 +38,9 @@ struct FrameValues {
   std::int32_t regionY1 = 0;
   // Computed with the previous frame's transitionScale: no stage may depend on it.
   BlurSize blurSize;
-  PlaceRecord outputPlace;
-  PlaceRecord inputPlace;
-  PlaceRecord input2Place;
+  ReportedRecord outputPlace;
+  ReportedRecord inputPlace;
+  ReportedRecord input2Place;
   // The frame's channel choice writes alpha.
   std::int32_t alphaAffected = 1;
   float transitionProgress = 0.0f;

@@ -27,10 +27,23 @@ inline void ReportPlace(const PlaceRecord& from, PlaceRecord& to) {
   put(to.positionY, from.positionY);
 }
 
-// Reads a record that clones may be writing.
-inline PlaceRecord ReportedPlace(PlaceRecord& place) {
-  const auto get = [](float& value) { return std::atomic_ref<float>(value).load(std::memory_order_relaxed); };
-  return {get(place.sizeX), get(place.sizeY), get(place.positionX), get(place.positionY)};
+// Reads a record whose size and position clones may be writing.
+inline PlaceRecord ReportedPlace(const PlaceRecord& place) {
+  const auto get = [](const float& value) {
+    return std::atomic_ref<float>(const_cast<float&>(value)).load(std::memory_order_relaxed);
+  };
+  return {get(place.sizeX), get(place.sizeY), get(place.positionX), get(place.positionY), place.originX, place.originY};
 }
+
+// A record that may be copied while clones report to it.
+struct ReportedRecord : PlaceRecord {
+  ReportedRecord() = default;
+  ReportedRecord(const ReportedRecord& other) : PlaceRecord(ReportedPlace(other)) {}
+  ReportedRecord& operator=(const PlaceRecord& place) {
+    PlaceRecord::operator=(place);
+    return *this;
+  }
+  ReportedRecord& operator=(const ReportedRecord& other) { return *this = ReportedPlace(other); }
+};
 
 }  // namespace vblur

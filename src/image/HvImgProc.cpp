@@ -53,6 +53,8 @@ void HvImgProc::runPass() {
   if (poll(interrupt) != 0) return;
   prePass();
   if (poll(interrupt) != 0) return;
+  // prePass may have set a window that is larger than the target.
+  if ((options & kReplaceWindow) == 0) cutWindow(*map);
   if ((options & kUseThreads) != 0) {
     flags |= kSharingRows;
     runRowsOnAllThreads(this);

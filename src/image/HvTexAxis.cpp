@@ -15,6 +15,11 @@ void HvTexAxis::setSize(std::int32_t n) {
 }
 
 void HvTexAxis::setBounds(std::int32_t a, std::int32_t b) {
+  if (size <= 0) {
+    lo = hi = -1;
+    count = 1;
+    return;
+  }
   lo = clampTo(std::min(a, b), 0, size - 1);
   hi = clampTo(std::max(a, b), 0, size - 1);
   count = hi - lo + 1;

@@ -42,7 +42,7 @@ class CDSInteractiveTool : public IViewerLayer,
   std::uint32_t Release() override { return DropReference(); }
 
   HRESULT OnRender(IVWSurface* surface) override;
-  // From then on the tool is told of the operator's changes by OnPropertyChanged. kNullPointer without an
+  // From then on OnPropertyChanged reports the operator's changes. kNullPointer without an
   // operator, kNoInterface for one that has no properties; a tool is linked to one at a time.
   HRESULT OnLinkToOperator(IUnknown* newOperator) override;
   HRESULT OnUnlinkFromOperator() override;

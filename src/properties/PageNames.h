@@ -1,4 +1,4 @@
-// The names of the property pages, as the effect is told them when one comes to the front.
+// The names by which the effect knows the property page that comes to the front.
 #pragma once
 
 #include <array>

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
+#include <limits>
 #include <locale>
 #include <sstream>
 
@@ -36,6 +37,10 @@ std::string firstOf(std::initializer_list<std::string> texts) {
 std::string checkStride(const char* name, const vblur_picture& picture) {
   const std::int64_t least = rowBytesOf(picture);
   const std::int64_t stride = strideOf(picture);
+  const std::int64_t mostStride = std::numeric_limits<std::int64_t>::max() / kMostPixels;
+  if (stride < -mostStride || stride > mostStride) {
+    return text(name, ".stride: ", stride, ": expected ", mostStride, " bytes at most, forwards or backwards");
+  }
   if (stride % componentBytes(picture) != 0) {
     return text(name, ".stride: ", stride, ": expected a multiple of 2, the bytes of a component");
   }

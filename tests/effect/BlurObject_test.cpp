@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -316,6 +317,23 @@ TEST(BlurObject, ACloneReportsItsPlacesToItsSource) {
   // Input 2 reports the first input's place.
   EXPECT_EQ(source->Input2Place().positionX, 10.0f);
   EXPECT_EQ(source->Input2Place().sizeX, 120.0f);
+}
+
+// The next background frame's clone is made while an earlier one renders. For the thread sanitizer.
+TEST(BlurObject, ACloneMayBeMadeWhileAnotherReports) {
+  const auto source = NewBlur();
+  const auto working = CloneOf(*source);
+  host::HostImage output;
+  output.Reset(8, 4, 4, 4);
+  output.Clear();
+  working->SetOutput(&output);
+  std::thread rendering([&] {
+    for (int frame = 0; frame < 50; ++frame)
+      EXPECT_EQ(working->RenderFrame(frame), kOk);
+  });
+  for (int i = 0; i < 50; ++i)
+    EXPECT_EQ(CloneOf(*source)->OutputPlace().originX, 0);
+  rendering.join();
 }
 
 }  // namespace

@@ -55,6 +55,26 @@ TEST(HvImgProc, WindowSettlesOnTheTarget) {
   EXPECT_EQ(settled(Window{0, -49, 20, -47}), (Ends{100, -49, 101, -46}));
 }
 
+// Sets a window once the run has settled its own.
+class LateProc : public HvImgProc1<Frame> {
+ public:
+  void prePass() override { storeWindow(98, -60, 200, 100); }
+  void processRows() override { inRows = windowOf(*this); }
+
+  Ends inRows;
+};
+
+TEST(HvImgProc, WindowSetByPrePassIsCutToTheTarget) {
+  Frame target(10, 6);
+  target.setWriteOrigin(100, -50);
+  for (const std::uint32_t options : {0u, std::uint32_t{HvImgProc::kUseThreads}}) {
+    LateProc proc;
+    proc.options = options;
+    proc.HvImgProc::process(&target);
+    EXPECT_EQ(proc.inRows, (Ends{100, -50, 110, -44}));
+  }
+}
+
 TEST(HvImgProc, WindowThatOverrunsIsReplacedByInclusiveEndsWhereThatIsAskedFor) {
   Frame target(10, 6);
   const std::uint32_t options = HvImgProc::kUseThreads | HvImgProc::kReplaceWindow;

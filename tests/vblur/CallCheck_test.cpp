@@ -76,6 +76,11 @@ TEST_F(CallCheck, Strides) {
   refuses("source.stride: -30: expected 0, or 32 or more forwards or backwards, for rows of 4 pixels of 8 bytes");
   source_.stride = 32;
   accepts();
+  for (const std::int64_t beyond : {std::int64_t{1} << 62, std::numeric_limits<std::int64_t>::min()}) {
+    source_.stride = beyond;
+    refuses("source.stride: " + std::to_string(beyond) +
+            ": expected 549755813887 bytes at most, forwards or backwards");
+  }
   // The next row of a single one is nowhere.
   source_.height = result_.height = 1;
   source_.stride = 2;
