@@ -13,28 +13,28 @@ namespace {
 class ChartCommand : public Command {
  public:
   explicit ChartCommand(CLI::App& parent) : Command(parent, "chart", "Draw a test chart, still or moving") {
-    app()
+    App()
         ->add_option("OUTPUT", file_, "Picture to write; chart.%04d.exr or chart.####.exr for a sequence")
         ->required()
         ->type_name("");
-    AddTextOption(*app(), "--size", "WxH", "Size in pixels [1280x720]",
+    AddTextOption(*App(), "--size", "WxH", "Size in pixels [1280x720]",
                   [this](const std::string& text) { size_ = ParseWholePair("--size", text, 'x'); });
-    AddTextOption(*app(), "--depth", "8|16", "Bits of a component [8]",
+    AddTextOption(*App(), "--depth", "8|16", "Bits of a component [8]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
-    AddFrameRangeOption(*app(), frames_);
-    app()->add_flag("--overwrite", overwrite_, "Replace output files that exist");
+    AddFrameRangeOption(*App(), frames_);
+    App()->add_flag("--overwrite", overwrite_, "Replace output files that exist");
   }
 
   host::ExitCode Run(const GlobalOptions&, Terminal&) override {
     const host::FramePattern pattern(file_);
     CheckOptions(pattern);
     const host::FrameRange frames = frames_.value_or(host::FrameRange{});
-    for (std::int64_t i = 0; i < frames.count(); ++i) {
+    for (std::int64_t i = 0; i < frames.Count(); ++i) {
       host::RequireWritable(pattern.FileName(frames.FrameAt(i)), overwrite_);
     }
     host::HostImage chart;
     host::PictureWriter writer;
-    for (std::int64_t i = 0; i < frames.count(); ++i) {
+    for (std::int64_t i = 0; i < frames.Count(); ++i) {
       const auto frame = frames.FrameAt(i);
       host::DrawTestChart(chart, depth_, size_[0], size_[1], frame);
       writer.Write(pattern.FileName(frame), chart, nullptr, overwrite_);
@@ -50,8 +50,8 @@ class ChartCommand : public Command {
     if (std::int64_t{4} * size_[0] > host::HostImage::kMostComponents / size_[1]) {
       host::Refuse("--size", "more than 2^31 components (4 a pixel)");
     }
-    if (pattern.hasNumber() && !frames_) host::Refuse(file_, "holds a frame number, so --frames was expected");
-    if (!pattern.hasNumber() && frames_ && frames_->count() > 1) {
+    if (pattern.HasNumber() && !frames_) host::Refuse(file_, "holds a frame number, so --frames was expected");
+    if (!pattern.HasNumber() && frames_ && frames_->Count() > 1) {
       host::Refuse(file_, "several frames need a number such as %04d or #### in the name");
     }
   }

@@ -77,7 +77,7 @@ std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
 
 // What the user can do about a failure with the options that the command has.
 std::string Advice(const CLI::App& command, const host::Failure& failure) {
-  if (failure.kind() != host::FailureKind::FileExists) return {};
+  if (failure.Kind() != host::FailureKind::FileExists) return {};
   std::string advice;
   const auto offer = [&](const char* option, const char* effect) {
     if (command.get_option_no_throw(option) == nullptr) return;
@@ -123,17 +123,17 @@ class Program {
     }
     ApplyGlobalOptions(global_, terminal_);
     for (const auto& command : commands_) {
-      if (command->app()->parsed()) return RunCommand(*command);
+      if (command->App()->parsed()) return RunCommand(*command);
     }
     return ExitCode::WrongUsage;
   }
 
-  Terminal& terminal() { return terminal_; }
+  Terminal& Screen() { return terminal_; }
 
  private:
   const CLI::App& ChosenCommand() const {
     for (const auto& command : commands_) {
-      if (command->app()->parsed()) return *command->app();
+      if (command->App()->parsed()) return *command->App();
     }
     return app_;
   }
@@ -142,7 +142,7 @@ class Program {
     try {
       return command.Run(global_, terminal_);
     } catch (const host::Failure& failure) {
-      throw host::Failure(failure.code(), failure.what() + Advice(*command.app(), failure), failure.kind());
+      throw host::Failure(failure.Code(), failure.what() + Advice(*command.App(), failure), failure.Kind());
     }
   }
 
@@ -166,12 +166,12 @@ int RunCommandLine(int argc, char** argv) {
   try {
     return static_cast<int>(program.Run(argc, argv));
   } catch (const host::Failure& failure) {
-    program.terminal().Fail(failure.what());
-    return static_cast<int>(failure.code());
+    program.Screen().Fail(failure.what());
+    return static_cast<int>(failure.Code());
   } catch (const std::bad_alloc&) {
-    program.terminal().Fail("not enough memory");
+    program.Screen().Fail("not enough memory");
   } catch (const std::exception& error) {
-    program.terminal().Fail(error.what());
+    program.Screen().Fail(error.what());
   }
   return static_cast<int>(ExitCode::SomeFramesFailed);
 }

@@ -19,7 +19,7 @@ class Command {
   // Throws host::Failure.
   virtual host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) = 0;
 
-  CLI::App* app() const { return app_; }
+  CLI::App* App() const { return app_; }
 
  protected:
   Command(CLI::App& parent, const std::string& name, const std::string& help)

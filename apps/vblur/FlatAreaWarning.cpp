@@ -21,7 +21,7 @@ std::set<double> UsedSizes(const host::Job& job) {
   const auto* setting = job.properties.Find(blur);
   const bool animated = setting && std::holds_alternative<host::Curve>(*setting);
   std::set<double> sizes;
-  for (std::int64_t i = 0; i < (animated ? frames.count() : 1); ++i) {
+  for (std::int64_t i = 0; i < (animated ? frames.Count() : 1); ++i) {
     const auto frame = frames.FrameAt(i);
     sizes.insert(std::max(0.0, job.properties.ValueAt(blur, host::FrameTime(job, frame))));
   }
@@ -47,7 +47,7 @@ std::string FormatPercent(double part) {
 }
 
 void WarnOfFlatAreas(const host::Job& job, const host::EffectFactory& makeEffect, Terminal& terminal) {
-  if (terminal.isQuiet()) return;
+  if (terminal.IsQuiet()) return;
   const FlatAreaLoss largest = LargestFlatAreaLoss(job, host::HostedEffect(makeEffect()));
   if (largest.loss <= kShowing) return;
   terminal.Warn("at a Blur of " + host::FormatNumber(largest.blur) + " flat areas of the blurred picture lose " +

@@ -12,7 +12,7 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
-  host::ExecuteContext& context() { return context_; }
+  host::ExecuteContext& Context() { return context_; }
 
  private:
   host::ExecuteContext context_;

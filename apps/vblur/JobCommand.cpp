@@ -15,15 +15,15 @@ namespace {
 class JobCommand : public Command {
  public:
   explicit JobCommand(CLI::App& parent) : Command(parent, "job", "Render what a job file describes") {
-    app()->add_option("FILE", file_, "Job file; the names in it start from its folder")->required()->type_name("");
-    app()
+    App()->add_option("FILE", file_, "Job file; the names in it start from its folder")->required()->type_name("");
+    App()
         ->add_option("--set", assignments_, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Properties");
-    AddFrameRangeOption(*app(), frames_);
-    AddRunOptions(*app(), run_);
+    AddFrameRangeOption(*App(), frames_);
+    AddRunOptions(*App(), run_);
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {

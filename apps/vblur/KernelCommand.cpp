@@ -17,14 +17,14 @@ class KernelCommand : public Command {
  public:
   explicit KernelCommand(CLI::App& parent)
       : Command(parent, "kernel", "Measure and draw the impulse response of a size") {
-    app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
-    AddTextOption(*app(), "--blur", "NUMBER",
+    App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
+    AddTextOption(*App(), "--blur", "NUMBER",
                   "Size: " + host::FormatNumber(kBlur.minimum) + " to " + host::FormatNumber(kBlur.maximum) + " [" +
                       host::FormatNumber(kBlur.defaultValue) + "]",
                   [this](const std::string& text) { blur_ = ParseNumber("--blur", text); });
-    AddTextOption(*app(), "--depth", "8|16", "Bits of a component while rendering [16]",
+    AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [16]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
-    app()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
+    App()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
@@ -34,7 +34,7 @@ class KernelCommand : public Command {
     host::TheDrawingLibrary().RequireText();
     Interruption interruption;
     host::HostImage picture;
-    const auto report = host::MeasureKernel(server->Factory(), interruption.context(), blur_, depth_);
+    const auto report = host::MeasureKernel(server->Factory(), interruption.Context(), blur_, depth_);
     host::TheDrawingLibrary().DrawKernel(report, picture);
     host::PictureWriter().Write(output_, picture, nullptr, overwrite_);
     return host::ExitCode::Done;

@@ -11,7 +11,7 @@ void SetCpuLevel(host::EffectServer& server, const std::string& level) {
   try {
     host::HostedEffect(server.CreateEffect()).SetCpuLevel(level);
   } catch (const host::Failure& failure) {
-    host::Refuse(failure.code(), "--cpu", failure.what());
+    host::Refuse(failure.Code(), "--cpu", failure.what());
   }
 }
 

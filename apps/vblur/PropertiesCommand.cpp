@@ -128,9 +128,9 @@ class PropertiesCommand : public Command {
  public:
   explicit PropertiesCommand(CLI::App& parent)
       : Command(parent, "properties", "Print the effect's properties, or all about one") {
-    app()->add_option("NAME", name_, "One property")->type_name("");
-    app()->add_flag("--json", json_, "As JSON, with the ids of properties and classes");
-    AddTextOption(*app(), "--size", "N", "With Blur: what this size stands for; repeatable", [](const std::string&) {})
+    App()->add_option("NAME", name_, "One property")->type_name("");
+    App()->add_flag("--json", json_, "As JSON, with the ids of properties and classes");
+    AddTextOption(*App(), "--size", "N", "With Blur: what this size stands for; repeatable", [](const std::string&) {})
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->expected(1);
   }
@@ -143,7 +143,7 @@ class PropertiesCommand : public Command {
     }
     const Property& property = host::PropertyNamed(name_);
     const bool isBlur = property.id == PropertyId::Blur;
-    if (!isBlur && app()->count("--size") > 0) {
+    if (!isBlur && App()->count("--size") > 0) {
       throw host::Failure(host::ExitCode::WrongUsage, "--size: goes with the property Blur only");
     }
     if (isBlur) server_ = LoadServer(global);
@@ -153,7 +153,7 @@ class PropertiesCommand : public Command {
 
  private:
   std::vector<double> Sizes() const {
-    const auto given = app()->get_option("--size")->results();
+    const auto given = App()->get_option("--size")->results();
     if (given.empty()) return {0.0, 1.0, 2.0, 5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 400.0, 700.0, 720.0};
     if (name_.empty()) throw host::Failure(host::ExitCode::WrongUsage, "--size: goes with the property Blur only");
     std::vector<double> sizes;

@@ -18,25 +18,25 @@ class RenderCommand : public Command {
  public:
   explicit RenderCommand(CLI::App& parent) : Command(parent, "render", "Render a picture or a sequence of pictures") {
     job_.input.emplace();
-    app()
+    App()
         ->add_option("INPUT", job_.input->file, "Picture to read; shot.%04d.exr or shot.####.exr for a sequence")
         ->required()
         ->type_name("");
-    app()
+    App()
         ->add_option("OUTPUT", job_.output.file, "Picture to write, numbered alike for a sequence")
         ->required()
         ->type_name("");
-    AddPictureOptions(*app(), job_);
-    AddPropertyOptions(*app(), job_.properties);
-    AddFrameOptions(*app(), job_);
-    AddRunOptions(*app(), run_);
-    AddTextOption(*app(), "--save-job", "FILE", "Also write the job file that renders the same",
+    AddPictureOptions(*App(), job_);
+    AddPropertyOptions(*App(), job_.properties);
+    AddFrameOptions(*App(), job_);
+    AddRunOptions(*App(), run_);
+    AddTextOption(*App(), "--save-job", "FILE", "Also write the job file that renders the same",
                   [this](const std::string& file) { saved_ = file; })
         ->group("Output");
-    AddTextOption(*app(), "--load-properties", "FILE", "Properties from a file; those given as options win",
+    AddTextOption(*App(), "--load-properties", "FILE", "Properties from a file; those given as options win",
                   [this](const std::string& file) { loadedProperties_ = file; })
         ->group("Property files");
-    AddTextOption(*app(), "--save-properties", "FILE", "Also write the properties to a file",
+    AddTextOption(*App(), "--save-properties", "FILE", "Also write the properties to a file",
                   [this](const std::string& file) { savedProperties_ = file; })
         ->group("Property files");
   }
@@ -63,7 +63,7 @@ class RenderCommand : public Command {
     const host::PropertyStore loaded = host::ReadPropertyFile(loadedProperties_);
     for (const Property& property : kProperties) {
       const auto* setting = loaded.Find(property.guid);
-      if (setting != nullptr && app()->count("--" + host::OptionName(property)) == 0) {
+      if (setting != nullptr && App()->count("--" + host::OptionName(property)) == 0) {
         job_.properties.Set(property.guid, *setting);
       }
     }

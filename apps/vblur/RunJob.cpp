@@ -20,7 +20,7 @@ host::ProgressStyle StyleOf(const GlobalOptions& global, const RunOptions& run, 
   }
   if (global.quiet) return ProgressStyle::None;
   if (global.verbose > 0) return ProgressStyle::Lines;
-  return terminal.isScreen() ? ProgressStyle::Bar : ProgressStyle::None;
+  return terminal.IsScreen() ? ProgressStyle::Bar : ProgressStyle::None;
 }
 
 }  // namespace
@@ -35,14 +35,14 @@ void ApplyProgress(const RunOptions& run, Terminal& terminal) {
 
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
   Interruption interruption;
-  host::Progress progress(terminal.stream(), StyleOf(global, run, terminal));
+  host::Progress progress(terminal.Stream(), StyleOf(global, run, terminal));
   const auto server = LoadServer(global);
   WarnOfFlatAreas(job, server->Factory(), terminal);
   host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
   host::RenderOptions options = run.render;
   options.threads = global.threads;
   if (global.verbose > 1) options.trace = &trace;
-  const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.context(), progress);
+  const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.Context(), progress);
   progress.Finish(summary);
   if (summary.code == host::ExitCode::Interrupted) terminal.Fail("interrupted");
   return summary.code;

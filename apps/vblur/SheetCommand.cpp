@@ -19,28 +19,28 @@ class SheetCommand : public Command {
  public:
   explicit SheetCommand(CLI::App& parent)
       : Command(parent, "sheet", "Draw a labelled sheet of many settings on one picture") {
-    app()
+    App()
         ->add_option("INPUT", input_, "Picture to read; it is scaled down to the size of a panel")
         ->required()
         ->type_name("");
-    app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
-    AddTextOption(*app(), "--of", "channels|mix-back|edges|sizes|ramps",
+    App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
+    AddTextOption(*App(), "--of", "channels|mix-back|edges|sizes|ramps",
                   "All channel choices, all mix-back methods, all pairs of edge methods on a crop, a row of sizes, "
                   "or a transition's frames for the four ramps",
                   [this](const std::string& text) {
                     request_.kind = static_cast<host::SheetKind>(ParseChoice("--of", text, host::kSheetNames));
                   })
         ->required();
-    AddTextOption(*app(), "--to", "INPUT2", "With ramps: the second clip [INPUT rotated, its colours exchanged]",
+    AddTextOption(*App(), "--to", "INPUT2", "With ramps: the second clip [INPUT rotated, its colours exchanged]",
                   [this](const std::string& file) { second_ = file; });
-    AddTextOption(*app(), "--depth", "8|16", "Bits of a component while rendering [as INPUT's samples]",
+    AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [as INPUT's samples]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
-    AddTextOption(*app(), "--alpha", "shown|ignored",
+    AddTextOption(*App(), "--alpha", "shown|ignored",
                   "Transparency over a checkerboard, or colours alone [ignored for mix-back and edges]",
                   [this](const std::string& text) { request_.showsAlpha = ParseChoice("--alpha", text, kAlpha) == 0; });
-    app()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
-    AddPropertyOptions(*app(), request_.properties);
-    app()->footer("The properties hold for every panel; --blur is in pixels of a panel.");
+    App()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
+    AddPropertyOptions(*App(), request_.properties);
+    App()->footer("The properties hold for every panel; --blur is in pixels of a panel.");
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
@@ -55,7 +55,7 @@ class SheetCommand : public Command {
     host::SheetPictures pictures;
     Read(plan, pictures);
     host::HostImage sheet;
-    host::TheDrawingLibrary().DrawSheet(plan, pictures, makeEffect, interruption.context(), sheet);
+    host::TheDrawingLibrary().DrawSheet(plan, pictures, makeEffect, interruption.Context(), sheet);
     host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
     return host::ExitCode::Done;
   }
@@ -67,19 +67,19 @@ class SheetCommand : public Command {
       host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(*depth_));
     if (!second_.empty() && request_.kind != host::SheetKind::Ramps) host::Refuse("--to", "goes with --of ramps only");
     for (const Property& property : kProperties) {
-      if (app()->count("--" + host::OptionName(property)) > 0) request_.given.insert(property.id);
+      if (App()->count("--" + host::OptionName(property)) > 0) request_.given.insert(property.id);
     }
   }
 
   void Read(const host::SheetPlan& plan, host::SheetPictures& pictures) const {
-    const std::int32_t depth = depth_ ? *depth_ : host::ReadPictureInfo(input_).naturalDepth();
+    const std::int32_t depth = depth_ ? *depth_ : host::ReadPictureInfo(input_).NaturalDepth();
     host::HostImage whole;
     const auto read = host::PictureReader().ReadColour(input_, depth, whole);
-    const host::SheetPoint size = host::PanelSize(plan, whole.width(), whole.height());
+    const host::SheetPoint size = host::PanelSize(plan, whole.Width(), whole.Height());
     host::ScalePicture(whole, size.x, size.y, pictures.input);
     pictures.associatedAlpha = read.associatedAlpha;
     pictures.caption = host::Quoted(std::filesystem::path(input_).filename().string()) + ", " +
-                       std::to_string(whole.width()) + " x " + std::to_string(whole.height()) + " pixels, shown at " +
+                       std::to_string(whole.Width()) + " x " + std::to_string(whole.Height()) + " pixels, shown at " +
                        std::to_string(size.x) + " x " + std::to_string(size.y) + ", " + std::to_string(depth) +
                        " bits a component";
     if (plan.use != host::EffectKind::Transition) return;

@@ -24,7 +24,7 @@ Terminal::~Terminal() {
   if (stream_ != stderr) std::fclose(stream_);
 }
 
-bool Terminal::isScreen() const {
+bool Terminal::IsScreen() const {
   return ::isatty(::fileno(stream_)) != 0;
 }
 

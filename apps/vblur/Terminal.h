@@ -24,10 +24,10 @@ class Terminal {
   // A line of requested detail, without a prefix; nothing in JSON mode.
   void Note(const std::string& line);
 
-  std::FILE* stream() const { return stream_; }
+  std::FILE* Stream() const { return stream_; }
   // Whether the stream is a terminal.
-  bool isScreen() const;
-  bool isQuiet() const { return quiet_; }
+  bool IsScreen() const;
+  bool IsQuiet() const { return quiet_; }
 
  private:
   void Say(const char* event, const std::string& text);

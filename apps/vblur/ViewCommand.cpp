@@ -32,28 +32,28 @@ class ViewCommand : public Command {
  public:
   explicit ViewCommand(CLI::App& parent)
       : Command(parent, "view", "Show a frame of a job with the effect's controls over it, and drag them by a script") {
-    app()->add_option("JOB", job_, "Job file; the names in it start from its folder")->required()->type_name("");
-    app()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
-    AddTextOption(*app(), "--frame", "N", "Frame of the job [its first]",
+    App()->add_option("JOB", job_, "Job file; the names in it start from its folder")->required()->type_name("");
+    App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
+    AddTextOption(*App(), "--frame", "N", "Frame of the job [its first]",
                   [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
-    AddTextOption(*app(), "--page", PageChoice(),
+    AddTextOption(*App(), "--page", PageChoice(),
                   "Property page whose controls are shown [FullBlurPPG, TransitionBlurPPG for a transition]",
                   [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
-    AddTextOption(*app(), "--zoom", "Z", "Pixels of the view per pixel of the frame [1]",
+    AddTextOption(*App(), "--zoom", "Z", "Pixels of the view per pixel of the frame [1]",
                   [this](const std::string& text) { SetZoom(ParseNumber("--zoom", text)); });
-    AddTextOption(*app(), "--pan", "X,Y", "Centre of the view, in pixels from the frame's centre [0,0]",
+    AddTextOption(*App(), "--pan", "X,Y", "Centre of the view, in pixels from the frame's centre [0,0]",
                   [this](const std::string& text) { view_.pan = ParseNumberPair("--pan", text); });
-    AddTextOption(*app(), "--size", "WxH", "Size of the view [the frame's]", [this](const std::string& text) {
+    AddTextOption(*App(), "--size", "WxH", "Size of the view [the frame's]", [this](const std::string& text) {
       view_.size = ParseWholePair("--size", text, 'x');
       if ((*view_.size)[0] < 1 || (*view_.size)[1] < 1) host::Refuse("--size", "expected at least 1x1, found " + text);
     });
-    app()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
-    AddTextOption(*app(), "--pen", "FILE", "Pen script to play first, one event a line",
+    App()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
+    AddTextOption(*App(), "--pen", "FILE", "Pen script to play first, one event a line",
                   [this](const std::string& file) { script_ = file; });
-    AddTextOption(*app(), "--save-job", "FILE", "Write the job with the properties after the script",
+    AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
                   [this](const std::string& file) { savedJob_ = file; });
-    app()->add_flag("--overwrite", overwrite_, "Replace files that exist");
-    app()->footer(
+    App()->add_flag("--overwrite", overwrite_, "Replace files that exist");
+    App()->footer(
         "Events of a pen script, in pixels of the frame from its lower left corner, y upwards:\n"
         "  move X Y, down X Y [BUTTON], up X Y, time T, set NAME VALUE, snap FILE; # begins a comment.\n"
         "Names of snapped files start from the script's folder.");
@@ -68,9 +68,9 @@ class ViewCommand : public Command {
     const auto server = LoadServer(global);
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
     host::ViewSession session(job, frame_.value_or(host::ResolveFrames(job).first), view_, server->Factory(),
-                              interruption.context(), global.verbose > 1 ? &trace : nullptr);
+                              interruption.Context(), global.verbose > 1 ? &trace : nullptr);
     session.OpenPage(PageOf(job), hidesControls_);
-    Pictures pictures = Play(session, events, interruption.context());
+    Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);
     for (host::WrittenPicture& picture : pictures)
       picture.Commit();
@@ -118,14 +118,14 @@ class ViewCommand : public Command {
                 const host::ExecuteContext& context) const {
     Pictures pictures;
     host::HostImage view;
-    host::PictureWriter writer([&context] { return context.stopped(); });
+    host::PictureWriter writer([&context] { return context.Stopped(); });
     const auto write = [&](const std::filesystem::path& file) {
       session.Paint(view);
       pictures.push_back(writer.WriteBeside(file, view, nullptr, overwrite_));
     };
     try {
       for (const host::PenEvent& event : events) {
-        if (context.stopped()) throw host::FileInterrupted{};
+        if (context.Stopped()) throw host::FileInterrupted{};
         if (event.kind == host::PenEvent::Kind::Snap) {
           write(event.file);
         } else {

@@ -26,8 +26,8 @@ class Failure : public std::runtime_error {
  public:
   Failure(ExitCode code, const std::string& message, FailureKind kind = FailureKind::Other)
       : std::runtime_error(message), code_(code), kind_(kind) {}
-  ExitCode code() const { return code_; }
-  FailureKind kind() const { return kind_; }
+  ExitCode Code() const { return code_; }
+  FailureKind Kind() const { return kind_; }
 
  private:
   ExitCode code_;

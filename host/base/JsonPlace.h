@@ -23,8 +23,8 @@ class JsonPlace {
  public:
   explicit JsonPlace(const nlohmann::json& value, std::string path = {}) : value_(&value), path_(std::move(path)) {}
 
-  const nlohmann::json& value() const { return *value_; }
-  const std::string& path() const { return path_; }
+  const nlohmann::json& Value() const { return *value_; }
+  const std::string& Path() const { return path_; }
 
   [[noreturn]] void Fail(const std::string& problem) const;
   [[noreturn]] void FailExpected(std::string_view expected) const;

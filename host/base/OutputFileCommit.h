@@ -14,7 +14,7 @@ class OutputFileCommit {
   OutputFileCommit(const OutputFileCommit&) = delete;
   OutputFileCommit& operator=(const OutputFileCommit&) = delete;
 
-  const std::filesystem::path& writtenPath() const { return written_; }
+  const std::filesystem::path& WrittenPath() const { return written_; }
   // Renames the file to the target, with the permissions of the file that it replaces. Throws Failure (cannot write).
   void Commit();
 

@@ -36,7 +36,7 @@ void WriteTextFile(const std::string& text, const std::filesystem::path& path, c
   };
   OutputFileCommit commit(path);
   errno = 0;
-  std::ofstream file(commit.writtenPath(), std::ios::binary);
+  std::ofstream file(commit.WrittenPath(), std::ios::binary);
   if (!file) fail();
   file << text;
   file.close();

@@ -89,8 +89,8 @@ WrittenPicture::~WrittenPicture() = default;
 WrittenPicture::WrittenPicture(WrittenPicture&&) noexcept = default;
 WrittenPicture& WrittenPicture::operator=(WrittenPicture&&) noexcept = default;
 
-const std::filesystem::path& WrittenPicture::writtenPath() const {
-  return file_->writtenPath();
+const std::filesystem::path& WrittenPicture::WrittenPath() const {
+  return file_->WrittenPath();
 }
 
 void WrittenPicture::Commit() {
@@ -102,24 +102,24 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
                                           const PictureMetadata* metadata, bool overwrite) {
   const OutputFormat& format = OutputFormatOf(path);
   RequireWritable(path, overwrite);
-  if (std::max(image.width(), image.height()) > format.mostPixels) {
+  if (std::max(image.Width(), image.Height()) > format.mostPixels) {
     RefuseToWrite(path, "a picture of this format has at most " + std::to_string(format.mostPixels) + " pixels a side");
   }
-  const SampleKind kind = format.SamplesAt(image.depth());
+  const SampleKind kind = format.SamplesAt(image.Depth());
   const int channels = format.hasAlpha ? 4 : 3;
-  const auto width = static_cast<std::size_t>(image.width());
+  const auto width = static_cast<std::size_t>(image.Width());
   const std::size_t rowBytes = width * static_cast<std::size_t>(channels) * SampleBytes(kind);
   try {
-    samples_.resize(rowBytes * static_cast<std::size_t>(image.height()));
+    samples_.resize(rowBytes * static_cast<std::size_t>(image.Height()));
   } catch (const std::bad_alloc&) {
     RefuseToWrite(path, "not enough memory");
   }
-  for (std::int32_t y = 0; y < image.height(); ++y) {
-    WriteColourRow(image.Row(image.height() - 1 - y), image.depth(),
+  for (std::int32_t y = 0; y < image.Height(); ++y) {
+    WriteColourRow(image.Row(image.Height() - 1 - y), image.Depth(),
                    samples_.data() + rowBytes * static_cast<std::size_t>(y), kind, channels, width);
   }
   WrittenPicture written(path, overwrite);
-  ThePictureLibrary().Write({path, written.writtenPath(), format, image, samples_.data(), metadata}, stop_);
+  ThePictureLibrary().Write({path, written.WrittenPath(), format, image, samples_.data(), metadata}, stop_);
   return written;
 }
 

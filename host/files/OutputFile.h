@@ -41,7 +41,7 @@ class WrittenPicture {
   WrittenPicture(WrittenPicture&&) noexcept;
   WrittenPicture& operator=(WrittenPicture&&) noexcept;
 
-  const std::filesystem::path& writtenPath() const;
+  const std::filesystem::path& WrittenPath() const;
   // Throws Failure (cannot write), also when the target has become unwritable.
   void Commit();
 

@@ -11,7 +11,7 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, std::int32_t 
                                 HostImage& into) {
   RequirePictureFile(path);
   const auto source = ThePictureLibrary().Open(path);
-  const PictureInfo& info = source->info();
+  const PictureInfo& info = source->Info();
   const auto width = static_cast<std::size_t>(info.width);
   const std::size_t rowBytes = width * static_cast<std::size_t>(info.channels) * SampleBytes(info.samples);
   try {

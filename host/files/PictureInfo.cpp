@@ -25,7 +25,7 @@ void RequirePictureFile(const std::filesystem::path& path) {
 
 PictureInfo ReadPictureInfo(const std::filesystem::path& path) {
   RequirePictureFile(path);
-  return ThePictureLibrary().Open(path)->info();
+  return ThePictureLibrary().Open(path)->Info();
 }
 
 }  // namespace vblur::host

@@ -18,7 +18,7 @@ struct PictureInfo {
   ChannelChoice choice;
 
   // The default depth for rendering such a file.
-  std::int32_t naturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }
+  std::int32_t NaturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }
 };
 
 // Throws Failure (cannot read): no such file, not a file, or empty.

@@ -17,7 +17,7 @@ class PictureSource {
  public:
   virtual ~PictureSource() = default;
 
-  virtual const PictureInfo& info() const = 0;
+  virtual const PictureInfo& Info() const = 0;
   // The samples of all channels as PictureInfo tells their kind, the top row first, nothing between rows. Throws
   // Failure (cannot read) when the file is damaged or cut short, and FileInterrupted.
   virtual void ReadSamples(std::byte* samples, const StopTest& stop) = 0;

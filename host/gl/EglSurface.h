@@ -14,8 +14,8 @@ class EglSurface : public GlSurface {
   EglSurface(std::int32_t width, std::int32_t height);
   ~EglSurface() override;
 
-  std::int32_t width() const override { return width_; }
-  std::int32_t height() const override { return height_; }
+  std::int32_t Width() const override { return width_; }
+  std::int32_t Height() const override { return height_; }
 
  protected:
   bool MakeCurrent() override;

@@ -26,11 +26,11 @@ struct ShiftedAxis {
 
 bool GlSurface::Begin() {
   if (!MakeCurrent()) return false;
-  glViewport(0, 0, width(), height());
+  glViewport(0, 0, Width(), Height());
   glMatrixMode(GL_PROJECTION);
   glLoadIdentity();
-  const ShiftedAxis across(width());
-  const ShiftedAxis up(height());
+  const ShiftedAxis across(Width());
+  const ShiftedAxis up(Height());
   glTranslatef(across.shift, up.shift, 0.0F);
   glScalef(across.scale, up.scale, 1.0F);
   glMatrixMode(GL_MODELVIEW);
@@ -48,14 +48,14 @@ void GlSurface::PaintPicture(std::span<const std::byte> pixels) {
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   // The lower left corner of the viewport.
   glRasterPos2f(-1.0F, -1.0F);
-  glDrawPixels(width(), height(), GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+  glDrawPixels(Width(), Height(), GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
   glPopClientAttrib();
 }
 
 void GlSurface::ReadBack(std::span<std::byte> pixels) {
   glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
-  glReadPixels(0, 0, width(), height(), GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+  glReadPixels(0, 0, Width(), Height(), GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
   glPopClientAttrib();
   // Blending also wrote alpha: the picture is opaque.
   for (std::size_t alpha = 3; alpha < pixels.size(); alpha += 4)

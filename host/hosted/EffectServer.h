@@ -34,7 +34,7 @@ class EffectServer {
   // A class object of the server, as it answers.
   HRESULT GetClassObject(const GUID& clsid, const GUID& iid, void** result) const;
 
-  const std::filesystem::path& file() const { return file_; }
+  const std::filesystem::path& File() const { return file_; }
 
  private:
   std::filesystem::path file_;

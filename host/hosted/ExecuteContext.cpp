@@ -4,7 +4,7 @@ namespace vblur::host {
 
 std::int32_t ExecuteContext::MayContinue() {
   if (countsPolls_ && pollsLeft_.fetch_sub(1, std::memory_order_relaxed) <= 0) Stop();
-  return stopped() ? 0 : 1;
+  return Stopped() ? 0 : 1;
 }
 
 void ExecuteContext::StopAfterPolls(std::int64_t polls) {

@@ -14,7 +14,7 @@ class ExecuteContext : public IDSExecuteContext {
 
   // From any thread or signal handler, any number of times. Final.
   void Stop() noexcept { stopped_.store(true, std::memory_order_relaxed); }
-  bool stopped() const noexcept { return stopped_.load(std::memory_order_relaxed); }
+  bool Stopped() const noexcept { return stopped_.load(std::memory_order_relaxed); }
 
   // For tests: stops at the poll after the next `polls`. Call before the render begins.
   void StopAfterPolls(std::int64_t polls);

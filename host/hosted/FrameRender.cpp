@@ -10,16 +10,16 @@ void RenderInMemory(const EffectFactory& makeEffect, const Job& job, const Frame
                     ExecuteContext& context) {
   const HostImage& input = *pictures.input;
   HostImage& output = *pictures.output;
-  output.Reset(input.depth(), 4, input.width(), input.height());
+  output.Reset(input.Depth(), 4, input.Width(), input.Height());
   output.Clear();
-  const std::array<double, 2> size{static_cast<double>(output.width()), static_cast<double>(output.height())};
+  const std::array<double, 2> size{static_cast<double>(output.Width()), static_cast<double>(output.Height())};
   EffectHost effectHost(job.project.value_or(ProjectSizes{size, size}));
   CoordMan coordMan(job.proxy);
   // Last: destroyed before what it borrows.
   HostedEffect effect(makeEffect());
   effect.SetUp(job, coordMan, context);
   const HRESULT result = effect.RenderFrame(pictures, effectHost, job.time, 0);
-  if (context.stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
+  if (context.Stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
   if (result != kOk) throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render a picture of the sheet");
 }
 

@@ -21,7 +21,7 @@ void HostImage::Reset(std::int32_t depth, std::int32_t components, std::int32_t 
 }
 
 void HostImage::Clear() {
-  if (memory_) std::memset(memory_.get(), 0, byteCount());
+  if (memory_) std::memset(memory_.get(), 0, ByteCount());
 }
 
 void HostImage::Place(const ImageRecord& record) {

@@ -32,15 +32,15 @@ class HostImage final : public IDSImage, public IHostOrigin {
   // pixels) and its pixel origin.
   void Place(const ImageRecord& record);
 
-  std::int32_t width() const { return width_; }
-  std::int32_t height() const { return height_; }
-  std::int32_t depth() const { return depth_; }
-  std::int32_t components() const { return components_; }
-  std::size_t rowBytes() const { return static_cast<std::size_t>(width_) * pixelBytes(); }
-  std::size_t byteCount() const { return rowBytes() * static_cast<std::size_t>(height_); }
+  std::int32_t Width() const { return width_; }
+  std::int32_t Height() const { return height_; }
+  std::int32_t Depth() const { return depth_; }
+  std::int32_t Components() const { return components_; }
+  std::size_t RowBytes() const { return static_cast<std::size_t>(width_) * PixelBytes(); }
+  std::size_t ByteCount() const { return RowBytes() * static_cast<std::size_t>(height_); }
   // The first byte of a row; row 0 is the bottom of the picture.
-  std::byte* Row(std::int32_t y) { return memory_.get() + rowBytes() * static_cast<std::size_t>(y); }
-  const std::byte* Row(std::int32_t y) const { return memory_.get() + rowBytes() * static_cast<std::size_t>(y); }
+  std::byte* Row(std::int32_t y) { return memory_.get() + RowBytes() * static_cast<std::size_t>(y); }
+  const std::byte* Row(std::int32_t y) const { return memory_.get() + RowBytes() * static_cast<std::size_t>(y); }
 
   HRESULT IsUsable() const override { return memory_ ? kOk : kFailed; }
   GUID Format() const override;
@@ -51,7 +51,7 @@ class HostImage final : public IDSImage, public IHostOrigin {
   DSPixelPair HostOrigin() const override { return origin_; }
 
  private:
-  std::size_t pixelBytes() const {
+  std::size_t PixelBytes() const {
     return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8);
   }
 

@@ -22,8 +22,8 @@ IDSImage* Borrow(const HostImage* image) {
 
 std::string Describe(const HostImage* image) {
   if (image == nullptr) return "none";
-  return std::to_string(image->width()) + " x " + std::to_string(image->height()) + " x " +
-         std::to_string(image->components()) + " of " + std::to_string(image->depth()) + " bits";
+  return std::to_string(image->Width()) + " x " + std::to_string(image->Height()) + " x " +
+         std::to_string(image->Components()) + " of " + std::to_string(image->Depth()) + " bits";
 }
 
 std::string Describe(const Curve& curve) {

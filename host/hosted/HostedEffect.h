@@ -66,17 +66,17 @@ class HostedEffect {
   HRESULT RenderFrame(const FramePictures& pictures, IDSEffectHost& host, double time, std::int32_t field);
 
   // Of the frame rendered last.
-  const InputOverscan& overscan() const { return overscan_; }
+  const InputOverscan& Overscan() const { return overscan_; }
   // Defaults for an effect without facts.
-  FrameMemoryFacts frameMemory() const { return facts_ ? facts_->DescribeFrameMemory() : FrameMemoryFacts{}; }
+  FrameMemoryFacts FrameMemory() const { return facts_ ? facts_->DescribeFrameMemory() : FrameMemoryFacts{}; }
   BlurSizeFacts DescribeBlurSize(double blur) const;
   // How many threads every render of the process uses.
   void SetRenderThreads(std::int32_t count);
   // Which code renders, for the whole process. Throws Failure (wrong usage) with the levels that there are.
   void SetCpuLevel(const std::string& level);
 
-  IDSImageEffect& effect() const { return *effect_; }
-  IDSProperties& properties() const { return *properties_; }
+  IDSImageEffect& Effect() const { return *effect_; }
+  IDSProperties& PropertyAccess() const { return *properties_; }
 
  private:
   void UseAs(EffectKind kind);

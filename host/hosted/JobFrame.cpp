@@ -12,8 +12,8 @@ namespace vblur::host {
 
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                    const std::optional<InitialPicture>& initial, HostImage& output) {
-  const auto width = job.output.width.value_or(input ? input->width() : 0);
-  const auto height = job.output.height.value_or(input ? input->height() : 0);
+  const auto width = job.output.width.value_or(input ? input->Width() : 0);
+  const auto height = job.output.height.value_or(input ? input->Height() : 0);
   if (std::int64_t{4} * width > HostImage::kMostComponents / std::max(1, height)) {
     Refuse("output", std::to_string(width) + " x " + std::to_string(height) +
                          " pixels are more than 2^31 components (4 a pixel)");
@@ -22,17 +22,17 @@ void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
   output.Place(job.output);
   if (!initial) return output.Clear();
   const HostImage& image = initial->image;
-  if (image.width() != width || image.height() != height) {
-    Refuse(initial->file.string(), std::to_string(image.width()) + " x " + std::to_string(image.height()) +
+  if (image.Width() != width || image.Height() != height) {
+    Refuse(initial->file.string(), std::to_string(image.Width()) + " x " + std::to_string(image.Height()) +
                                        " pixels, expected the output's " + std::to_string(width) + " x " +
                                        std::to_string(height));
   }
-  std::memcpy(output.FirstPixel(), image.FirstPixel(), output.byteCount());
+  std::memcpy(output.FirstPixel(), image.FirstPixel(), output.ByteCount());
 }
 
 std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output) {
   if (job.project || job.projectUnreadable) return job.project;
-  const std::array<double, 2> size{static_cast<double>(output.width()), static_cast<double>(output.height())};
+  const std::array<double, 2> size{static_cast<double>(output.Width()), static_cast<double>(output.Height())};
   return ProjectSizes{size, size};
 }
 
@@ -45,7 +45,7 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   for (const FieldChoice field : {both ? FieldChoice::First : job.field, FieldChoice::Second}) {
     result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
     afterField();
-    if (result != kOk || !both || context.stopped()) break;
+    if (result != kOk || !both || context.Stopped()) break;
   }
   return result;
 }

@@ -45,7 +45,7 @@ std::size_t CountHashes(std::string_view text) {
 FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
   const std::string_view text = pattern_;
   for (std::size_t at = 0; at < text.size();) {
-    std::string& literal = hasNumber() ? tail_ : head_;
+    std::string& literal = HasNumber() ? tail_ : head_;
     const std::string_view rest = text.substr(at);
     if (rest.starts_with("%%") || rest.starts_with("%#")) {
       literal += rest[1];
@@ -68,7 +68,7 @@ FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
 }
 
 void FramePattern::SetWidth(int width) {
-  if (hasNumber()) Refuse(Quoted(pattern_), "expected one frame number, found two");
+  if (HasNumber()) Refuse(Quoted(pattern_), "expected one frame number, found two");
   if (width > kWidest) {
     Refuse(Quoted(pattern_), "expected a frame number of at most 32 digits");
   }
@@ -87,7 +87,7 @@ std::string FramePattern::Escaped(std::string_view fileName) {
 }
 
 std::string FramePattern::FileName(std::int32_t frame) const {
-  if (!hasNumber()) return head_;
+  if (!HasNumber()) return head_;
   const std::int64_t wide = frame;
   std::string number = wide < 0 ? "-" : "";
   const std::string digits = std::to_string(wide < 0 ? -wide : wide);

@@ -18,12 +18,12 @@ class FramePattern {
   // The pattern without a number that stands for exactly this file name.
   static std::string Escaped(std::string_view fileName);
 
-  bool hasNumber() const { return width_ >= 0; }
+  bool HasNumber() const { return width_ >= 0; }
   // The file name of a frame. Numbers are padded with zeros to the pattern's width, the sign in
   // front ("-005" for -5 at width 4, as printf does); a pattern without a number gives the same name
   // for every frame.
   std::string FileName(std::int32_t frame) const;
-  const std::string& text() const { return pattern_; }
+  const std::string& Text() const { return pattern_; }
 
  private:
   void SetWidth(int width);

@@ -35,7 +35,7 @@ class RangeScanner {
     return true;
   }
 
-  bool atEnd() const { return rest_.empty(); }
+  bool AtEnd() const { return rest_.empty(); }
 
  private:
   std::string_view text_;
@@ -52,7 +52,7 @@ FrameRange ParseFrameRange(std::string_view text) {
     range.last = scanner.Number();
     if (scanner.Take('x')) range.step = scanner.Number();
   }
-  if (!scanner.atEnd()) RefuseRange(text, "a frame or a range such as 7, 1-48, 1-48x2 or -5-5");
+  if (!scanner.AtEnd()) RefuseRange(text, "a frame or a range such as 7, 1-48, 1-48x2 or -5-5");
   if (range.last < range.first) RefuseRange(text, "a last frame that is not before the first");
   if (range.step < 1) RefuseRange(text, "a step of at least 1");
   return range;

@@ -50,7 +50,7 @@ struct FrameRange {
   std::int32_t last = 0;
   std::int32_t step = 1;
 
-  std::int64_t count() const { return (static_cast<std::int64_t>(last) - first) / step + 1; }
+  std::int64_t Count() const { return (static_cast<std::int64_t>(last) - first) / step + 1; }
   // The frame with an index from 0 on.
   std::int32_t FrameAt(std::int64_t index) const { return static_cast<std::int32_t>(first + index * step); }
   friend bool operator==(const FrameRange&, const FrameRange&) = default;

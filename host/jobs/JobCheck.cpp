@@ -117,16 +117,16 @@ void CheckNumbers(const Job& job) {
   files.push_back({"output", &job.output.file});
   if (job.output.initial) files.push_back({"output/initial", &*job.output.initial});
   for (const auto& [field, file] : files) {
-    if (Pattern(field, *file).hasNumber() && !job.frames) {
+    if (Pattern(field, *file).HasNumber() && !job.frames) {
       Refuse(field, "the file name " + Quoted(*file) + " takes a frame number, expected frames such as 1-48");
     }
   }
   const FrameRange frames = ResolveFrames(job);
-  if (frames.count() > kMostFrames) {
-    Refuse("frames", std::to_string(frames.count()) + " frames, expected at most " + std::to_string(kMostFrames));
+  if (frames.Count() > kMostFrames) {
+    Refuse("frames", std::to_string(frames.Count()) + " frames, expected at most " + std::to_string(kMostFrames));
   }
-  if (frames.count() > 1 && !FramePattern(job.output.file).hasNumber()) {
-    Refuse("output", std::to_string(frames.count()) + " frames would all be written to " + Quoted(job.output.file) +
+  if (frames.Count() > 1 && !FramePattern(job.output.file).HasNumber()) {
+    Refuse("output", std::to_string(frames.Count()) + " frames would all be written to " + Quoted(job.output.file) +
                          ", expected a file name with a frame number such as out.%04d.exr");
   }
 }
@@ -185,7 +185,7 @@ void CheckValues(const Job& job) {
   if (job.project) CheckFinite("project/userSize", job.project->user);
   if (job.project) CheckFinite("project/worldSize", job.project->world);
   CheckFinite("proxy", job.proxy);
-  for (const auto& [guid, setting] : job.properties.settings())
+  for (const auto& [guid, setting] : job.properties.Settings())
     CheckSetting(*FindProperty(guid), setting);
 }
 

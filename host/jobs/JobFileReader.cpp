@@ -27,7 +27,7 @@ std::string ReadFileName(const JsonPlace& place) {
 
 void ReadImage(const JsonPlace& place, ImageRecord& image) {
   const auto file = place.Field("file");
-  if (!file) JsonPlace(place.value(), JoinPath(place.path(), "file")).Fail("missing, expected a file name");
+  if (!file) JsonPlace(place.Value(), JoinPath(place.Path(), "file")).Fail("missing, expected a file name");
   image.file = ReadFileName(*file);
   if (const auto field = place.Field("position")) image.position = field->NumberPair("[x, y] in world units");
   if (const auto field = place.Field("size")) image.size = field->NumberPair("[width, height] in world units");
@@ -68,7 +68,7 @@ OutputRecord ReadOutput(const JsonPlace& place) {
 EffectKind ReadKind(const JsonPlace& place) {
   constexpr std::string_view kExpected =
       "\"filter\", \"paint\", \"transition\", \"generator\" or a kind from 1 to 5 or 7";
-  if (place.value().is_string()) {
+  if (place.Value().is_string()) {
     const auto kind = job_fields::FindKind(place.Text(kExpected));
     if (!kind) place.FailExpected(kExpected);
     return *kind;
@@ -80,7 +80,7 @@ EffectKind ReadKind(const JsonPlace& place) {
 
 FieldChoice ReadFieldChoice(const JsonPlace& place) {
   constexpr std::string_view kExpected = "0, 1, 2 or \"both\"";
-  if (place.value().is_string()) {
+  if (place.Value().is_string()) {
     if (place.Text(kExpected) != "both") place.FailExpected(kExpected);
     return FieldChoice::Both;
   }
@@ -110,7 +110,7 @@ Region ReadRegion(const JsonPlace& place) {
 }
 
 void ReadProject(const JsonPlace& place, Job& job) {
-  if (place.value().is_null()) {
+  if (place.Value().is_null()) {
     job.projectUnreadable = true;
     return;
   }
@@ -133,8 +133,8 @@ void ReadPictures(const JsonPlace& root, Job& job) {
 }
 
 Job ReadJob(const JsonPlace& root) {
-  if (!root.value().is_object()) root.FailExpected("an object with the fields of a job");
-  if (const auto field = root.Field("version"); field && field->value() != 1) field->FailExpected("version 1");
+  if (!root.Value().is_object()) root.FailExpected("an object with the fields of a job");
+  if (const auto field = root.Field("version"); field && field->Value() != 1) field->FailExpected("version 1");
   root.RequireFields(job_fields::kJob, "");
   Job job;
   if (const auto field = root.Field("depth")) job.depth = ReadDepth(*field);
@@ -166,7 +166,7 @@ Job ReadJobFile(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.parent_path();
     return ParseJob(text, folder.empty() ? "." : folder);
   } catch (const Failure& failure) {
-    Refuse(failure.code(), path.string(), failure.what());
+    Refuse(failure.Code(), path.string(), failure.what());
   }
 }
 

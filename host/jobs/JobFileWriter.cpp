@@ -77,7 +77,7 @@ Json JobToJson(const Job& job) {
     json["project"] = ProjectToJson(*job.project);
   }
   if (job.proxy != Job{}.proxy) json["proxy"] = job.proxy;
-  if (!job.properties.settings().empty()) json["properties"] = PropertiesToJson(job.properties);
+  if (!job.properties.Settings().empty()) json["properties"] = PropertiesToJson(job.properties);
   return json;
 }
 

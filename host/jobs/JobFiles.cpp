@@ -18,7 +18,7 @@ class FileCollisions {
     for (const auto& [field, file] : SourcesOf(job_)) {
       const FramePattern pattern(*file);
       RealPaths paths;
-      for (std::int64_t i = 0; i < (pattern.hasNumber() ? frames_.count() : 1); ++i)
+      for (std::int64_t i = 0; i < (pattern.HasNumber() ? frames_.Count() : 1); ++i)
         read_.emplace(paths.Of(JobFilePath(job_, pattern, frames_.FrameAt(i))).string(), field);
     }
   }
@@ -26,7 +26,7 @@ class FileCollisions {
   void CheckOutputs() {
     const FramePattern pattern(job_.output.file);
     RealPaths paths;
-    for (std::int64_t i = 0; i < frames_.count(); ++i) {
+    for (std::int64_t i = 0; i < frames_.Count(); ++i) {
       const std::int32_t frame = frames_.FrameAt(i);
       const std::string path = paths.Of(JobFilePath(job_, pattern, frame)).string();
       if (const auto source = read_.find(path); source != read_.end()) {

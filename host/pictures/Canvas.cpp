@@ -68,14 +68,14 @@ void Canvas::Curve(std::span<const CanvasPoint> points, std::int32_t thickness, 
 }
 
 void Canvas::Picture(std::int32_t x, std::int32_t y, const HostImage& picture, AlphaView view) {
-  std::vector<CanvasPixel> row(static_cast<std::size_t>(picture.width()));
-  for (std::int32_t line = 0; line < picture.height(); ++line) {
-    WriteColourRow(picture.Row(picture.height() - 1 - line), picture.depth(), row.data(), SampleKind::Unsigned8, 4,
+  std::vector<CanvasPixel> row(static_cast<std::size_t>(picture.Width()));
+  for (std::int32_t line = 0; line < picture.Height(); ++line) {
+    WriteColourRow(picture.Row(picture.Height() - 1 - line), picture.Depth(), row.data(), SampleKind::Unsigned8, 4,
                    row.size());
     std::int32_t column = 0;
     for (CanvasPixel& pixel : row)
       pixel = Shown(pixel, view, CheckerAt(column++, line));
-    const OIIO::ROI place(x, x + picture.width(), y + line, y + line + 1, 0, 1, 0, 4);
+    const OIIO::ROI place(x, x + picture.Width(), y + line, y + line + 1, 0, 1, 0, 4);
     buffer_.set_pixels(place, OIIO::TypeDesc::UINT8, row.data());
   }
 }

@@ -35,8 +35,8 @@ class Canvas {
   // Of at least one pixel a side, in one colour.
   Canvas(std::int32_t width, std::int32_t height, Colour background);
 
-  std::int32_t width() const { return width_; }
-  std::int32_t height() const { return height_; }
+  std::int32_t Width() const { return width_; }
+  std::int32_t Height() const { return height_; }
 
   // Everything is clipped to the canvas, here and below.
   void FillBox(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height, Colour colour);
@@ -52,7 +52,7 @@ class Canvas {
   // An opaque 8-bit picture of it.
   void CopyTo(HostImage& image) const;
 
-  OIIO::ImageBuf& buffer() { return buffer_; }
+  OIIO::ImageBuf& Buffer() { return buffer_; }
 
  private:
   std::int32_t width_;

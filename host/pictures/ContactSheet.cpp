@@ -32,13 +32,13 @@ constexpr std::int32_t kLeastWidth = 640;
 
 double MeanAlpha(const HostImage& picture) {
   double sum = 0.0;
-  std::vector<float> row(static_cast<std::size_t>(picture.width()) * 4);
-  for (std::int32_t y = 0; y < picture.height(); ++y) {
-    WriteColourRow(picture.Row(y), picture.depth(), row.data(), SampleKind::Float, 4, row.size() / 4);
+  std::vector<float> row(static_cast<std::size_t>(picture.Width()) * 4);
+  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+    WriteColourRow(picture.Row(y), picture.Depth(), row.data(), SampleKind::Float, 4, row.size() / 4);
     for (std::size_t i = 3; i < row.size(); i += 4)
       sum += static_cast<double>(row[i]);
   }
-  return sum / (static_cast<double>(picture.width()) * picture.height());
+  return sum / (static_cast<double>(picture.Width()) * picture.Height());
 }
 
 // Text about alpha that the panels do not show.
@@ -69,14 +69,14 @@ void DrawCropTicks(Canvas& canvas, SheetPoint at, const HostImage& picture, cons
     return static_cast<std::int32_t>(std::lround(std::clamp(part, 0.0, 1.0) * size));
   };
   for (const PropertyId id : {PropertyId::CropLeft, PropertyId::CropRight}) {
-    const std::int32_t x = at.x + edge(id, picture.width());
+    const std::int32_t x = at.x + edge(id, picture.Width());
     canvas.FillBox(x, at.y - kLength - 1, 1, kLength, kTick);
-    canvas.FillBox(x, at.y + picture.height() + 1, 1, kLength, kTick);
+    canvas.FillBox(x, at.y + picture.Height() + 1, 1, kLength, kTick);
   }
   for (const PropertyId id : {PropertyId::CropBottom, PropertyId::CropTop}) {
-    const std::int32_t y = at.y + picture.height() - edge(id, picture.height());
+    const std::int32_t y = at.y + picture.Height() - edge(id, picture.Height());
     canvas.FillBox(at.x - kLength - 1, y, kLength, 1, kTick);
-    canvas.FillBox(at.x + picture.width() + 1, y, kLength, 1, kTick);
+    canvas.FillBox(at.x + picture.Width() + 1, y, kLength, 1, kTick);
   }
 }
 
@@ -96,8 +96,8 @@ void DrawHead(Canvas& canvas, const SheetPlan& plan, const SheetLayout& layout, 
 
 void DrawLabels(Canvas& canvas, const SheetPlan& plan, const SheetPanel& panel, SheetPoint at,
                 const HostImage& rendered, const TextPainter& text) {
-  const std::int32_t middle = at.x + rendered.width() / 2;
-  const std::int32_t below = at.y + rendered.height() + kLabelHeight - 6;
+  const std::int32_t middle = at.x + rendered.Width() / 2;
+  const std::int32_t below = at.y + rendered.Height() + kLabelHeight - 6;
   text.Paint(canvas, middle, below, panel.label, kLabel);
   text.Paint(canvas, middle, below + kNoteHeight, NoteOf(plan, panel, MeanAlpha(rendered)), kNote);
 }
@@ -108,7 +108,7 @@ SheetLayout LayOutSheet(const SheetPlan& plan, const SheetPictures& pictures, co
   SheetLayout layout;
   const auto count = static_cast<std::int32_t>(plan.panels.size());
   const std::int32_t rows = (count + plan.columns - 1) / plan.columns;
-  layout.cellWidth = CellWidth(plan, pictures.input.width(), text);
+  layout.cellWidth = CellWidth(plan, pictures.input.Width(), text);
   const std::int32_t gridWidth = plan.columns * layout.cellWidth + (plan.columns - 1) * kGap;
   const std::int32_t inner = std::max(gridWidth, kLeastWidth);
   for (const std::string* line : {&pictures.caption, &plan.settings, &plan.hint}) {
@@ -116,8 +116,8 @@ SheetLayout LayOutSheet(const SheetPlan& plan, const SheetPictures& pictures, co
     layout.head.insert(layout.head.end(), lines.begin(), lines.end());
   }
   const std::int32_t top = kMargin + kTitleHeight + kHeadLine * static_cast<std::int32_t>(layout.head.size()) + kGap;
-  const std::int32_t cellHeight = pictures.input.height() + kLabelHeight + (HasNotes(plan) ? kNoteHeight : 0);
-  const std::int32_t inset = (layout.cellWidth - pictures.input.width()) / 2;
+  const std::int32_t cellHeight = pictures.input.Height() + kLabelHeight + (HasNotes(plan) ? kNoteHeight : 0);
+  const std::int32_t inset = (layout.cellWidth - pictures.input.Width()) / 2;
   for (std::int32_t i = 0; i < count; ++i) {
     layout.panels.push_back(
         {kMargin + i % plan.columns * (layout.cellWidth + kGap) + inset, top + i / plan.columns * (cellHeight + kGap)});
@@ -130,8 +130,8 @@ SheetLayout LayOutSheet(const SheetPlan& plan, const SheetPictures& pictures, co
 void RenderPanel(const SheetPlan& plan, const SheetPanel& panel, const SheetPictures& pictures,
                  const EffectFactory& makeEffect, ExecuteContext& context, HostImage& into) {
   if (panel.isInput) {
-    into.Reset(pictures.input.depth(), 4, pictures.input.width(), pictures.input.height());
-    std::memcpy(into.FirstPixel(), pictures.input.FirstPixel(), into.byteCount());
+    into.Reset(pictures.input.Depth(), 4, pictures.input.Width(), pictures.input.Height());
+    std::memcpy(into.FirstPixel(), pictures.input.FirstPixel(), into.ByteCount());
     return;
   }
   Job job;
@@ -153,7 +153,7 @@ void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const TextP
   for (std::size_t i = 0; i < plan.panels.size(); ++i) {
     const SheetPoint at = layout.panels[i];
     RenderPanel(plan, plan.panels[i], pictures, makeEffect, context, rendered);
-    canvas.Frame(at.x, at.y, rendered.width(), rendered.height(), kOutline);
+    canvas.Frame(at.x, at.y, rendered.Width(), rendered.Height(), kOutline);
     canvas.Picture(at.x, at.y, rendered, AlphaViewOf(plan, pictures));
     if (plan.kind == SheetKind::Edges) DrawCropTicks(canvas, at, rendered, plan.panels[i]);
     DrawLabels(canvas, plan, plan.panels[i], at, rendered, text);

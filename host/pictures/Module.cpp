@@ -14,8 +14,8 @@ namespace {
 
 // The library takes non-const pictures but only reads inputs.
 OIIO::ImageBuf View(const HostImage& image) {
-  const OIIO::TypeDesc type = image.depth() == 8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::INT16;
-  return OIIO::ImageBuf(OIIO::ImageSpec(image.width(), image.height(), 4, type), image.FirstPixel());
+  const OIIO::TypeDesc type = image.Depth() == 8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::INT16;
+  return OIIO::ImageBuf(OIIO::ImageSpec(image.Width(), image.Height(), 4, type), image.FirstPixel());
 }
 
 class PictureModule final : public PictureLibrary {

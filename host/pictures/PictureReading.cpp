@@ -22,7 +22,7 @@ class OpenedPicture final : public PictureSource {
  public:
   explicit OpenedPicture(const std::filesystem::path& path) : path_(path), picture_(OpenPictureFile(path)) {}
 
-  const PictureInfo& info() const override { return picture_.info; }
+  const PictureInfo& Info() const override { return picture_.info; }
   void ReadSamples(std::byte* samples, const StopTest& stop) override;
   ReadPicture Facts() const override;
 

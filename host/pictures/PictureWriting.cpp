@@ -28,9 +28,9 @@ OIIO::ImageSpec Describe(const PictureToWrite& picture, const OIIO::ImageOutput&
   const OutputFormat& format = picture.format;
   const HostImage& image = picture.image;
   const PictureMetadata* const metadata = picture.metadata;
-  const bool half = format.isFloat && image.depth() == 8 && format.hasAlpha;
-  OIIO::ImageSpec spec(image.width(), image.height(), format.hasAlpha ? 4 : 3,
-                       half ? OIIO::TypeDesc(OIIO::TypeDesc::HALF) : TypeOf(format.SamplesAt(image.depth())));
+  const bool half = format.isFloat && image.Depth() == 8 && format.hasAlpha;
+  OIIO::ImageSpec spec(image.Width(), image.Height(), format.hasAlpha ? 4 : 3,
+                       half ? OIIO::TypeDesc(OIIO::TypeDesc::HALF) : TypeOf(format.SamplesAt(image.Depth())));
   if (metadata) ApplyMetadata(*metadata, writer, spec);
   // Without this the writer multiplies by alpha or divides by it.
   const bool saysAssociated = metadata && metadata->associatedAlpha && format.name == "tiff";
@@ -62,7 +62,7 @@ class Writing {
 
   void Put(const StopTest& stop) {
     StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->systemError() != 0); };
-    const OIIO::TypeDesc type = TypeOf(picture_.format.SamplesAt(picture_.image.depth()));
+    const OIIO::TypeDesc type = TypeOf(picture_.format.SamplesAt(picture_.image.Depth()));
     const bool done = writer_->write_image(type, picture_.samples, OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
                                            StopsWriting, &stopOrError);
     if (stop && stop()) {

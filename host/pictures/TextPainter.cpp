@@ -56,7 +56,7 @@ void TextPainter::Paint(Canvas& canvas, std::int32_t x, std::int32_t y, const st
   if (style.align == TextAlign::Right) x -= Width(text, style);
   if (style.align == TextAlign::Centre) x -= Width(text, style) / 2;
   const std::array<float, 4> colour{style.colour.red, style.colour.green, style.colour.blue, 1.0f};
-  OIIO::ImageBufAlgo::render_text(canvas.buffer(), x, y, text, style.size, FontOf(style), colour);
+  OIIO::ImageBufAlgo::render_text(canvas.Buffer(), x, y, text, style.size, FontOf(style), colour);
 }
 
 std::vector<std::string> TextPainter::Wrap(const std::string& text, const TextStyle& style, std::int32_t width) const {

@@ -17,7 +17,7 @@ PropertyStore Parse(const std::string& text) {
   const nlohmann::json document = ParseJson(text);
   const JsonPlace root(document);
   root.RequireFields(kFields, "{\"version\": 1, \"properties\": {...}}");
-  if (const auto version = root.Field("version"); version && version->value() != 1) version->FailExpected("version 1");
+  if (const auto version = root.Field("version"); version && version->Value() != 1) version->FailExpected("version 1");
   const auto properties = root.Field("properties");
   if (!properties) root.Fail("properties: missing, expected an object of property names and values");
   return ReadProperties(*properties);
@@ -46,7 +46,7 @@ PropertyStore ReadPropertyFile(const std::filesystem::path& path) {
   try {
     return Parse(text);
   } catch (const Failure& failure) {
-    Refuse(failure.code(), path.string(), failure.what());
+    Refuse(failure.Code(), path.string(), failure.what());
   }
 }
 

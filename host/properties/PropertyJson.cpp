@@ -25,10 +25,10 @@ Curve ReadCurve(const JsonPlace& place) {
   place.RequireFields(kCurveFields, kExpected);
   const auto keys = place.Field("keys");
   if (!keys) place.FailExpected(kExpected);
-  if (!keys->value().is_array() || keys->value().empty()) keys->FailExpected("at least one [time, value]");
+  if (!keys->Value().is_array() || keys->Value().empty()) keys->FailExpected("at least one [time, value]");
   Curve curve;
   if (const auto field = place.Field("interpolation")) curve.interpolation = ReadInterpolation(*field);
-  for (std::size_t i = 0; i < keys->value().size(); ++i) {
+  for (std::size_t i = 0; i < keys->Value().size(); ++i) {
     const JsonPlace item = keys->Item(i);
     const auto [time, value] = item.NumberPair("[time, value]");
     if (i > 0 && time <= curve.keys.back().time) {
@@ -54,10 +54,10 @@ std::string ExpectedJson(const Property& property) {
 }
 
 void ReadProperty(const JsonPlace& place, const Property& property, PropertyStore& store) {
-  if (place.value().is_object()) {
+  if (place.Value().is_object()) {
     if (!property.isAnimated()) place.FailExpected(ExpectedJson(property) + " since the property is not animated");
     store.Set(property.guid, ReadCurve(place));
-  } else if (const auto value = ReadPlainValue(property, place.value())) {
+  } else if (const auto value = ReadPlainValue(property, place.Value())) {
     store.Set(property.guid, *value);
   } else {
     place.FailExpected(ExpectedJson(property));
@@ -98,11 +98,11 @@ std::string Layout(const Json& json, bool isOpen, const std::string& indent) {
 }  // namespace
 
 PropertyStore ReadProperties(const JsonPlace& place) {
-  if (!place.value().is_object()) place.FailExpected("an object of property names and values");
+  if (!place.Value().is_object()) place.FailExpected("an object of property names and values");
   PropertyStore store;
   std::set<PropertyId> seen;
-  for (const auto& [name, value] : place.value().items()) {
-    const JsonPlace item(value, JoinPath(place.path(), name));
+  for (const auto& [name, value] : place.Value().items()) {
+    const JsonPlace item(value, JoinPath(place.Path(), name));
     const Property* property = FindPropertyNamed(name);
     if (property == nullptr) place.Fail(UnknownProperty(name));
     if (!seen.insert(property->id).second) item.Fail("this property is there twice, expected it once");

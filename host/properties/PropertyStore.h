@@ -26,7 +26,7 @@ class PropertyStore {
   // The value at a time: of the curve, the plain value or the default. The property must be in the table.
   double ValueAt(const GUID& property, double time) const;
   // All that was set, in any order.
-  const std::map<GUID, Setting>& settings() const { return settings_; }
+  const std::map<GUID, Setting>& Settings() const { return settings_; }
 
   friend bool operator==(const PropertyStore&, const PropertyStore&) = default;
 

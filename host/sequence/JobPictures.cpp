@@ -24,7 +24,7 @@ ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std:
 }
 
 JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
-  if (pattern_.hasNumber()) return {&buffer, ReadInto(reader, frame, depth, buffer).metadata};
+  if (pattern_.HasNumber()) return {&buffer, ReadInto(reader, frame, depth, buffer).metadata};
   const std::lock_guard hold(keeping_);
   if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
   return {&kept_, keptFile_->metadata};
@@ -53,7 +53,7 @@ std::vector<std::filesystem::path> JobPictures::FilesOf(std::int32_t frame) cons
 std::int32_t JobPictures::DepthAt(std::int32_t frame) const {
   constexpr std::int32_t kWithoutInput = 16;
   if (job_.depth) return *job_.depth;
-  return input_ ? ReadPictureInfo(input_->FileOf(frame)).naturalDepth() : kWithoutInput;
+  return input_ ? ReadPictureInfo(input_->FileOf(frame)).NaturalDepth() : kWithoutInput;
 }
 
 FrameBuffers::FrameBuffers(JobPictures& pictures, StopTest stop) : source_(pictures), reader_(std::move(stop)) {}
@@ -74,7 +74,7 @@ void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth) {
   if (frame_ != frame) Read(frame, depth);
   std::optional<InitialPicture> initial;
   if (initial_.image != nullptr) initial.emplace(InitialPicture{*initial_.image, source_.initial_->FileOf(frame)});
-  PrepareOutput(source_.job(), depth, input_.image, initial, output_);
+  PrepareOutput(source_.SourceJob(), depth, input_.image, initial, output_);
 }
 
 }  // namespace vblur::host

@@ -52,7 +52,7 @@ class JobPictures {
   // The job is borrowed.
   explicit JobPictures(const Job& job);
 
-  const Job& job() const { return job_; }
+  const Job& SourceJob() const { return job_; }
   // The files that a frame reads.
   std::vector<std::filesystem::path> FilesOf(std::int32_t frame) const;
   // The depth to render at: the job's, that of the first input at this frame, or 16 without an input. Throws Failure
@@ -78,10 +78,10 @@ class FrameBuffers {
   // Reads the inputs of a frame unless they are loaded, and resets the output. Throws Failure that names the file,
   // or FileInterrupted.
   void Prepare(std::int32_t frame, std::int32_t depth);
-  FramePictures pictures() { return {&output_, input_.image, input2_.image, mask_.image}; }
-  const HostImage& output() const { return output_; }
+  FramePictures Pictures() { return {&output_, input_.image, input2_.image, mask_.image}; }
+  const HostImage& Output() const { return output_; }
   // That of the first input; null for none.
-  const PictureMetadata* metadata() const { return input_.metadata.get(); }
+  const PictureMetadata* Metadata() const { return input_.metadata.get(); }
 
  private:
   void Read(std::int32_t frame, std::int32_t depth);

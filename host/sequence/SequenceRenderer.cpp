@@ -55,7 +55,7 @@ struct FrameSlot {
   PictureWriter writer;
   std::optional<WrittenPicture> written;
 
-  bool isOpen() const { return !dropped && result.status == FrameStatus::Done; }
+  bool IsOpen() const { return !dropped && result.status == FrameStatus::Done; }
 };
 
 class SequenceRun {
@@ -77,7 +77,7 @@ class SequenceRun {
   template <typename Work>
   void Attempt(FrameSlot& slot, double& seconds, Work work);
   void Fail(FrameSlot& slot, ExitCode code, const std::string& message);
-  bool IsOver(std::int64_t index) const { return context_.stopped() || index > lastIndex_; }
+  bool IsOver(std::int64_t index) const { return context_.Stopped() || index > lastIndex_; }
 
   void Begin(FrameSlot& slot, std::int64_t index);
   void Render(HostedEffect& effect, FrameSlot& slot);
@@ -119,7 +119,7 @@ bool SequenceRun::IsSkipped(std::int32_t frame) const {
 }
 
 std::string AboutFrame(const FrameRange& frames, std::int32_t frame) {
-  return frames.count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
+  return frames.Count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
 }
 
 void SequenceRun::CheckInputs(std::int32_t frame) {
@@ -133,7 +133,7 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
 void SequenceRun::CheckFiles() {
   OutputFormatOf(OutputOf(frames_.first));
   RemoveAbandonedParts(OutputOf(frames_.first).parent_path());
-  for (std::int64_t index = 0; index < frames_.count() && !context_.stopped(); ++index) {
+  for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
     if (IsSkipped(frame)) continue;
     if (options_.onError == OnError::Stop) CheckInputs(frame);
@@ -143,7 +143,7 @@ void SequenceRun::CheckFiles() {
 }
 
 void SequenceRun::SettleDepth() {
-  for (std::int64_t index = 0; index < frames_.count(); ++index) {
+  for (std::int64_t index = 0; index < frames_.Count(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
     if (IsSkipped(frame)) continue;
     try {
@@ -158,7 +158,7 @@ void SequenceRun::SettleDepth() {
 // From the size of the first frame; if it cannot be read, the frame fails later.
 SequenceLanes SequenceRun::SettleLanes() {
   SequenceLoad load;
-  load.frames = frames_.count();
+  load.frames = frames_.Count();
   load.memory = options_.memory;
   load.asked = options_.framesInFlight;
   load.processors = options_.threads > 0 ? options_.threads
@@ -189,7 +189,7 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
   for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
     effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
   for (HostedEffect& effect : effects_)
-    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, frames_.FrameAt(frames_.count() - 1)));
+    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, frames_.FrameAt(frames_.Count() - 1)));
 }
 
 void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
@@ -205,12 +205,12 @@ void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& messag
 template <typename Work>
 void SequenceRun::Attempt(FrameSlot& slot, double& seconds, Work work) {
   if (IsOver(slot.result.index)) slot.dropped = true;
-  if (!slot.isOpen()) return;
+  if (!slot.IsOpen()) return;
   const Stopwatch watch(seconds);
   try {
     work();
   } catch (const Failure& failure) {
-    Fail(slot, failure.code(), failure.what());
+    Fail(slot, failure.Code(), failure.what());
   } catch (const FileInterrupted&) {
     slot.dropped = true;
   } catch (const FrameDropped&) {
@@ -231,16 +231,16 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
 }
 
 void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
-  const FramePictures pictures = slot.buffers.pictures();
+  const FramePictures pictures = slot.buffers.Pictures();
   const auto keepMemory = [&] {
     // The fields come one after the other: the larger one counts.
-    const FrameMemoryFacts memory = effect.frameMemory();
+    const FrameMemoryFacts memory = effect.FrameMemory();
     if (!slot.result.memory || memory.own > slot.result.memory->own) slot.result.memory = memory;
   };
   const double time = FrameTime(job_, slot.result.frame);
   const HRESULT result = RenderFields(effect, job_, pictures, time, context_, keepMemory);
-  if (context_.stopped()) throw FrameDropped{};
-  slot.result.overscan = effect.overscan();
+  if (context_.Stopped()) throw FrameDropped{};
+  slot.result.overscan = effect.Overscan();
   if (result == kOk) return;
   Refuse(ExitCode::SomeFramesFailed, slot.result.file.string(),
          "the effect cannot render this frame (" + FormatResult(result) + ")");
@@ -248,7 +248,7 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 
 void SequenceRun::Write(FrameSlot& slot) {
   slot.written =
-      slot.writer.WriteBeside(slot.result.file, slot.buffers.output(), slot.buffers.metadata(), options_.overwrite);
+      slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options_.overwrite);
 }
 
 void SequenceRun::Report(FrameSlot& slot) {
@@ -271,12 +271,12 @@ RenderSummary SequenceRun::Run() {
   const auto start = Clock::now();
   const SequenceLanes lanes = SettleLanes();
   SetUpEffects(lanes);
-  observer_.OnStart(frames_.count(), lanes.frames);
+  observer_.OnStart(frames_.Count(), lanes.frames);
   // A list: slots do not move.
   std::list<FrameSlot> room;
   std::vector<FrameSlot*> slots;
   for (std::int32_t slot = 0; slot < lanes.slots; ++slot)
-    slots.push_back(&room.emplace_back(pictures_, [this] { return context_.stopped(); }));
+    slots.push_back(&room.emplace_back(pictures_, [this] { return context_.Stopped(); }));
   FrameStages stages;
   stages.read = [&](std::size_t slot, std::int64_t index) { Begin(*slots[slot], index); };
   stages.render = [&](std::size_t lane, std::size_t slot, std::int64_t) {
@@ -295,12 +295,12 @@ RenderSummary SequenceRun::Run() {
     frame.written.reset();
     Report(frame);
   };
-  stages.goesOn = [&] { return !context_.stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
-  RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.count(), stages);
+  stages.goesOn = [&] { return !context_.Stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
+  RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.Count(), stages);
   // Clones before what they were cloned from.
   for (; !effects_.empty(); effects_.pop_back())
     effects_.back().EndFrameRange();
-  if (context_.stopped()) summary_.code = ExitCode::Interrupted;
+  if (context_.Stopped()) summary_.code = ExitCode::Interrupted;
   summary_.wallSeconds = SecondsSince(start);
   return summary_;
 }

@@ -47,7 +47,7 @@ std::int32_t ReachOf(double blur) {
 
 void SetComponent(HostImage& image, std::int32_t x, std::int32_t y, std::int32_t c, std::int32_t value) {
   const std::size_t index = static_cast<std::size_t>(x) * 4 + static_cast<std::size_t>(c);
-  if (image.depth() == 8) {
+  if (image.Depth() == 8) {
     reinterpret_cast<std::uint8_t*>(image.Row(y))[index] = static_cast<std::uint8_t>(value);
   } else {
     reinterpret_cast<std::int16_t*>(image.Row(y))[index] = static_cast<std::int16_t>(value);
@@ -56,7 +56,7 @@ void SetComponent(HostImage& image, std::int32_t x, std::int32_t y, std::int32_t
 
 std::int32_t ComponentAt(const HostImage& image, std::int32_t x, std::int32_t y, std::int32_t c) {
   const std::size_t index = static_cast<std::size_t>(x) * 4 + static_cast<std::size_t>(c);
-  if (image.depth() == 8) return reinterpret_cast<const std::uint8_t*>(image.Row(y))[index];
+  if (image.Depth() == 8) return reinterpret_cast<const std::uint8_t*>(image.Row(y))[index];
   return reinterpret_cast<const std::int16_t*>(image.Row(y))[index];
 }
 
@@ -65,11 +65,11 @@ std::int32_t ComponentAt(const HostImage& image, std::int32_t x, std::int32_t y,
 template <typename IsHigh, typename NumberOf>
 double DrawEdges(HostImage& image, IsHigh isHigh, NumberOf numberOf) {
   double heights = 0.0;
-  for (std::int32_t y = 0; y < image.height(); ++y) {
+  for (std::int32_t y = 0; y < image.Height(); ++y) {
     for (std::int32_t c = 0; c < 4; ++c) {
-      const Levels levels = LevelsOf(image.depth(), numberOf(y, c));
+      const Levels levels = LevelsOf(image.Depth(), numberOf(y, c));
       heights += levels.high - levels.low;
-      for (std::int32_t x = 0; x < image.width(); ++x)
+      for (std::int32_t x = 0; x < image.Width(); ++x)
         SetComponent(image, x, y, c, isHigh(x, y) ? levels.high : levels.low);
     }
   }
@@ -90,7 +90,7 @@ bool Falls(std::int32_t row) {
 
 double SumOfColumn(const HostImage& image, std::int32_t x) {
   double sum = 0.0;
-  for (std::int32_t y = 0; y < image.height(); ++y)
+  for (std::int32_t y = 0; y < image.Height(); ++y)
     sum += Falls(y) ? -SumOfComponents(image, x, y) : SumOfComponents(image, x, y);
   return sum;
 }
@@ -205,7 +205,7 @@ KernelProfile MeasureProfile(const EffectFactory& makeEffect, ExecuteContext& co
   HostImage blurred;
   RenderInMemory(makeEffect, KernelJob(blur, 100.0), {.output = &blurred, .input = &edges}, context);
   double before = SumOfColumn(blurred, 0);
-  for (std::int32_t x = 1; x < blurred.width(); ++x) {
+  for (std::int32_t x = 1; x < blurred.Width(); ++x) {
     const double sum = SumOfColumn(blurred, x);
     profile.weights.push_back((sum - before) / heights);
     before = sum;

@@ -33,18 +33,18 @@ SheetPoint PanelSize(const SheetPlan& plan, std::int32_t width, std::int32_t hei
 }
 
 void ScalePicture(const HostImage& from, std::int32_t width, std::int32_t height, HostImage& to) {
-  to.Reset(from.depth(), 4, width, height);
+  to.Reset(from.Depth(), 4, width, height);
   ThePictureLibrary().Scale(from, to);
 }
 
 void MakeSecondClip(const HostImage& from, HostImage& to) {
-  to.Reset(from.depth(), 4, from.width(), from.height());
-  for (std::int32_t y = 0; y < from.height(); ++y) {
-    std::byte* row = to.Row(from.height() - 1 - y);
-    if (from.depth() == 8) {
-      TurnRow<std::uint8_t>(from.Row(y), row, from.width());
+  to.Reset(from.Depth(), 4, from.Width(), from.Height());
+  for (std::int32_t y = 0; y < from.Height(); ++y) {
+    std::byte* row = to.Row(from.Height() - 1 - y);
+    if (from.Depth() == 8) {
+      TurnRow<std::uint8_t>(from.Row(y), row, from.Width());
     } else {
-      TurnRow<std::int16_t>(from.Row(y), row, from.width());
+      TurnRow<std::int16_t>(from.Row(y), row, from.Width());
     }
   }
 }

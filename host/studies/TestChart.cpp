@@ -135,9 +135,9 @@ ChartColour ColourAt(const Spot& spot) {
 
 template <typename Component>
 void DrawRow(const Spot& left, HostImage& image, std::int32_t row) {
-  auto* pixel = reinterpret_cast<Component*>(image.Row(image.height() - 1 - row));
+  auto* pixel = reinterpret_cast<Component*>(image.Row(image.Height() - 1 - row));
   Spot spot = left;
-  for (std::int32_t column = 0; column < image.width(); ++column, pixel += 4) {
+  for (std::int32_t column = 0; column < image.Width(); ++column, pixel += 4) {
     spot.column = column;
     spot.x = (column + 0.5) * spot.pixel;
     const ChartColour colour = ColourAt(spot);

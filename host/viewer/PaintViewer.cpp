@@ -53,7 +53,7 @@ class ToolSurface : public IVWSurface {
   HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE& info) override {
     if (!surface_.Begin()) return kFailed;
     const WorldRectangle visible = geometry_.Visible();
-    info = {surface_.width(), surface_.height(), visible.x, visible.y, visible.width, visible.height};
+    info = {surface_.Width(), surface_.Height(), visible.x, visible.y, visible.width, visible.height};
     return kOk;
   }
   HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE&) override {
@@ -76,16 +76,16 @@ std::vector<std::byte> ComposeFrame(const HostImage& frame, const ViewGeometry& 
   const WorldRectangle visible = geometry.Visible();
   const DSWorldPair position = frame.WorldPosition();
   const DSWorldPair size = frame.WorldSize();
-  const std::int32_t width = geometry.surfaceWidth();
-  const std::int32_t height = geometry.surfaceHeight();
+  const std::int32_t width = geometry.SurfaceWidth();
+  const std::int32_t height = geometry.SurfaceHeight();
   // Picture pixels per world unit.
-  const double perUnitX = frame.width() / size.x;
-  const double perUnitY = frame.height() / size.y;
+  const double perUnitX = frame.Width() / size.x;
+  const double perUnitY = frame.Height() / size.y;
   const auto columns =
-      NearestPixels(width, (visible.x - position.x) * perUnitX, visible.width / width * perUnitX, frame.width());
+      NearestPixels(width, (visible.x - position.x) * perUnitX, visible.width / width * perUnitX, frame.Width());
   const auto rows =
-      NearestPixels(height, (visible.y - position.y) * perUnitY, visible.height / height * perUnitY, frame.height());
-  const std::size_t pixelBytes = frame.depth() == 8 ? 4 : 8;
+      NearestPixels(height, (visible.y - position.y) * perUnitY, visible.height / height * perUnitY, frame.Height());
+  const std::size_t pixelBytes = frame.Depth() == 8 ? 4 : 8;
   std::vector<std::byte> composed(columns.size() * rows.size() * sizeof(Shown));
   std::byte* to = composed.data();
   for (const std::int32_t row : rows) {
@@ -93,7 +93,7 @@ std::vector<std::byte> ComposeFrame(const HostImage& frame, const ViewGeometry& 
       Shown shown = kOutside;
       if (row >= 0 && column >= 0) {
         const std::byte* pixel = frame.Row(row) + static_cast<std::size_t>(column) * pixelBytes;
-        shown = frame.depth() == 8 ? Show8(pixel) : Show16(pixel);
+        shown = frame.Depth() == 8 ? Show8(pixel) : Show16(pixel);
       }
       to = std::ranges::copy(shown, to).out;
     }
@@ -111,9 +111,9 @@ void PaintViewer(Viewer& viewer, const HostImage& frame, const ViewGeometry& geo
 }
 
 void ReadBack(ViewerSurface& surface, HostImage& into) {
-  into.Reset(8, 4, surface.width(), surface.height());
+  into.Reset(8, 4, surface.Width(), surface.Height());
   BeginOn(surface);
-  surface.ReadBack({into.Row(0), into.byteCount()});
+  surface.ReadBack({into.Row(0), into.ByteCount()});
   surface.End();
 }
 

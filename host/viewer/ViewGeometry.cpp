@@ -9,7 +9,7 @@ ProjectFrame FrameOf(const std::optional<ProjectSizes>& project, const HostImage
     const double worldPerPixel = project->world[1] / project->user[1];
     return {project->world[0] / worldPerPixel, project->user[1], worldPerPixel};
   }
-  return {static_cast<double>(picture.width()), static_cast<double>(picture.height()), 1.0};
+  return {static_cast<double>(picture.Width()), static_cast<double>(picture.Height()), 1.0};
 }
 
 ViewGeometry::ViewGeometry(const ProjectFrame& frame, std::int32_t surfaceWidth, std::int32_t surfaceHeight)
@@ -27,7 +27,7 @@ void ViewGeometry::SetPan(double x, double y) {
 
 WorldRectangle ViewGeometry::Visible() const {
   const WorldPoint corner = ToWorld(SurfacePoint{0.0, 0.0});
-  return {corner.x, corner.y, surfaceWidth_ * worldPerSurfacePixel(), surfaceHeight_ * worldPerSurfacePixel()};
+  return {corner.x, corner.y, surfaceWidth_ * WorldPerSurfacePixel(), surfaceHeight_ * WorldPerSurfacePixel()};
 }
 
 WorldPoint ViewGeometry::ToWorld(FramePoint point) const {

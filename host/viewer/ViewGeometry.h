@@ -60,17 +60,17 @@ class ViewGeometry {
   // Offset of the surface's centre from the frame's, in frame pixels.
   void SetPan(double x, double y);
 
-  const ProjectFrame& frame() const { return frame_; }
-  std::int32_t surfaceWidth() const { return surfaceWidth_; }
-  std::int32_t surfaceHeight() const { return surfaceHeight_; }
-  double zoom() const { return zoom_; }
+  const ProjectFrame& Frame() const { return frame_; }
+  std::int32_t SurfaceWidth() const { return surfaceWidth_; }
+  std::int32_t SurfaceHeight() const { return surfaceHeight_; }
+  double Zoom() const { return zoom_; }
   WorldRectangle Visible() const;
 
   WorldPoint ToWorld(FramePoint point) const;
   WorldPoint ToWorld(SurfacePoint point) const;
 
  private:
-  double worldPerSurfacePixel() const { return frame_.worldPerPixel / zoom_; }
+  double WorldPerSurfacePixel() const { return frame_.worldPerPixel / zoom_; }
 
   ProjectFrame frame_;
   std::int32_t surfaceWidth_;

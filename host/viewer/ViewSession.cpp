@@ -76,12 +76,12 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
       context_(context),
       trace_(trace),
       pictures_(job),
-      buffers_(pictures_, [&context] { return context.stopped(); }),
+      buffers_(pictures_, [&context] { return context.Stopped(); }),
       coordMan_(job.proxy) {
   CheckFrame(job, frame);
   depth_ = pictures_.DepthAt(frame);
   buffers_.Prepare(frame, depth_);
-  const HostImage& output = buffers_.output();
+  const HostImage& output = buffers_.Output();
   const auto project = ProjectOf(job, output);
   const ProjectFrame whole = FrameOf(project, output);
   const auto size = options.size.value_or(std::array<std::int32_t, 2>{
@@ -94,10 +94,10 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
   content_.emplace(*effectHost_);
   effect_.emplace(makeEffect(), trace);
   effect_->SetUp(job, coordMan_, context);
-  watch_ = std::make_unique<Watch>(effect_->properties(), trace);
+  watch_ = std::make_unique<Watch>(effect_->PropertyAccess(), trace);
   viewer_ = Viewer::Make(trace);
   viewer_->SetTime(FrameTime(job, frame));
-  viewer_->Edit(&effect_->properties());
+  viewer_->Edit(&effect_->PropertyAccess());
 }
 
 ViewSession::~ViewSession() {
@@ -110,7 +110,7 @@ ViewSession::~ViewSession() {
 void ViewSession::OpenPage(const std::string& page, bool hidesControls) {
   // The controls take their placement from a rendered frame.
   RenderIfStale();
-  overlay_ = ComPtr<IDSProperties>(&effect_->properties()).As<IVBlurOverlay>();
+  overlay_ = ComPtr<IDSProperties>(&effect_->PropertyAccess()).As<IVBlurOverlay>();
   if (!overlay_) throw Failure(ExitCode::WrongUsage, "the effect has no controls to show");
   const auto made = [&](const std::string& call, HRESULT result) {
     if (result < 0) {
@@ -156,12 +156,12 @@ void ViewSession::RenderIfStale() {
     buffers_.Prepare(frame, depth_);
     // On a clone, like background renders; it reports the placement to the effect.
     HostedEffect clone = effect_->Clone("clone");
-    result = RenderFields(clone, job_, buffers_.pictures(), time, context_, [] {});
+    result = RenderFields(clone, job_, buffers_.Pictures(), time, context_, [] {});
   } catch (const FileInterrupted&) {
   } catch (const std::bad_alloc&) {
     result = kOutOfMemory;
   }
-  if (context_.stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
+  if (context_.Stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
   if (result == kOutOfMemory) throw Failure(ExitCode::SomeFramesFailed, "not enough memory for this frame");
   if (result != kOk) {
     throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render this frame (" + FormatResult(result) + ")");
@@ -173,8 +173,8 @@ void ViewSession::RenderIfStale() {
 
 void ViewSession::Paint(HostImage& into) {
   RenderIfStale();
-  if (!surface_) surface_ = MakeOffScreenSurface(geometry_->surfaceWidth(), geometry_->surfaceHeight());
-  PaintViewer(*viewer_, buffers_.output(), *geometry_, *surface_);
+  if (!surface_) surface_ = MakeOffScreenSurface(geometry_->SurfaceWidth(), geometry_->SurfaceHeight());
+  PaintViewer(*viewer_, buffers_.Output(), *geometry_, *surface_);
   ReadBack(*surface_, into);
 }
 

@@ -52,10 +52,10 @@ class ViewSession {
 
   // The current properties.
   PropertyStore Properties() const;
-  const ViewGeometry& geometry() const { return *geometry_; }
+  const ViewGeometry& Geometry() const { return *geometry_; }
   // For tests: how often a frame was rendered.
   // Renders so far; for tests.
-  std::int32_t rendersDone() const { return rendersDone_; }
+  std::int32_t RendersDone() const { return rendersDone_; }
 
  private:
   class Watch;

@@ -37,9 +37,9 @@ class Viewer final : public IVWViewer, public IVWWindow {
 
   // For a window, and for tests: whether a repaint is needed, cleared by the next Render; whether a tool is being
   // dragged; how many tools there are.
-  bool isInvalid() const { return invalid_; }
-  bool isInteracting() const { return interacting_; }
-  std::size_t toolCount() const { return contexts_.size(); }
+  bool IsInvalid() const { return invalid_; }
+  bool IsInteracting() const { return interacting_; }
+  std::size_t ToolCount() const { return contexts_.size(); }
 
   HRESULT QueryInterface(const GUID& iid, void** result) override;
   std::uint32_t AddRef() override;

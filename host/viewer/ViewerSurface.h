@@ -12,8 +12,8 @@ class ViewerSurface {
   virtual ~ViewerSurface() = default;
 
   // In pixels.
-  virtual std::int32_t width() const = 0;
-  virtual std::int32_t height() const = 0;
+  virtual std::int32_t Width() const = 0;
+  virtual std::int32_t Height() const = 0;
 
   // Makes the surface's OpenGL context current, in a compatibility profile, with the whole surface as viewport and the
   // model view matrix selected. That one is the identity; the projection moves everything by less than a 50th of a

@@ -37,8 +37,8 @@ void ToHostImage(const DrawnPicture& picture, std::int32_t depth, const host::Im
 }
 
 DrawnPicture FromHostImage(const host::HostImage& image) {
-  DrawnPicture picture{image.width(), image.height(), image.components(), {}};
-  if (image.depth() == 8) {
+  DrawnPicture picture{image.Width(), image.Height(), image.Components(), {}};
+  if (image.Depth() == 8) {
     Load<std::uint8_t>(image, picture);
   } else {
     Load<std::int16_t>(image, picture);
@@ -61,7 +61,7 @@ DrawnPicture RenderByEffect(const DrawnFrame& frame) {
   host::HostedEffect hosted(MakeEffect());
   hosted.SetUp(job, coordMan, context);
   // Without Verify: a frame that lacks a picture is drawn too.
-  IDSImageEffect& effect = hosted.effect();
+  IDSImageEffect& effect = hosted.Effect();
   effect.SetEffectHost(&effectHost);
   effect.SetField(static_cast<std::int32_t>(job.field));
   effect.SetOutput(&output);

@@ -210,7 +210,7 @@ TEST(BlurObject, AClonesFrameIsItsSourcesFrame) {
   clone->SetOutput(&again);
   EXPECT_EQ(clone->Verify(), kOk) << "the input and the kind come along";
   EXPECT_EQ(clone->RenderFrame(5.0), kOk);
-  EXPECT_EQ(std::memcmp(again.Row(0), bench.output.Row(0), again.byteCount()), 0);
+  EXPECT_EQ(std::memcmp(again.Row(0), bench.output.Row(0), again.ByteCount()), 0);
 }
 
 TEST_F(BlurObjectTexts, AnEffectAndItsCloneKeepTheName) {

@@ -77,10 +77,10 @@ TEST_F(RenderFrame, EndsWithWhatItsDataSays) {
 
 TEST_F(RenderFrame, AnUnknownFormatLeavesTheOutputAndSucceeds) {
   bench.output.Reset(8, 1, kSide, kSide);
-  std::memset(bench.output.FirstPixel(), 77, bench.output.byteCount());
+  std::memset(bench.output.FirstPixel(), 77, bench.output.ByteCount());
   EXPECT_EQ(bench.Render(), kOk);
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(bench.output.Row(0));
-  for (std::size_t i = 0; i < bench.output.byteCount(); ++i)
+  for (std::size_t i = 0; i < bench.output.ByteCount(); ++i)
     ASSERT_EQ(bytes[i], 77);
 }
 

@@ -197,7 +197,7 @@ TEST_F(RenderPixels, AGeneratorHasNoMasks) {
 TEST_F(RenderPixels, AnUnusableMaskPaintsNothing) {
   host::HostImage mask;
   mask.Reset(8, 1, kSide, kSide);
-  std::memset(mask.FirstPixel(), 255, mask.byteCount());
+  std::memset(mask.FirstPixel(), 255, mask.ByteCount());
   UnusableImage unusable(mask);
   UseAs(*bench.effect, host::EffectKind::Paint);
   ASSERT_EQ(bench.Render(), kOk);

@@ -34,15 +34,15 @@ void RenderJob(host::Job job, const fs::path& output) {
 
 std::int32_t ValueAt(const host::HostImage& image, std::int32_t x, std::int32_t y, std::int32_t component) {
   const std::int32_t at = 4 * x + component;
-  return image.depth() == 8 ? reinterpret_cast<const std::uint8_t*>(image.Row(y))[at]
+  return image.Depth() == 8 ? reinterpret_cast<const std::uint8_t*>(image.Row(y))[at]
                             : reinterpret_cast<const std::int16_t*>(image.Row(y))[at];
 }
 
 std::size_t CountDifferences(const host::HostImage& a, const host::HostImage& b) {
-  if (a.width() != b.width() || a.height() != b.height()) return static_cast<std::size_t>(a.width()) * 4;
+  if (a.Width() != b.Width() || a.Height() != b.Height()) return static_cast<std::size_t>(a.Width()) * 4;
   std::size_t count = 0;
-  for (std::int32_t y = 0; y < a.height(); ++y) {
-    for (std::int32_t x = 0; x < a.width(); ++x) {
+  for (std::int32_t y = 0; y < a.Height(); ++y) {
+    for (std::int32_t x = 0; x < a.Width(); ++x) {
       for (std::int32_t c = 0; c < 4; ++c)
         count += ValueAt(a, x, y, c) != ValueAt(b, x, y, c) ? 1 : 0;
     }
@@ -79,9 +79,9 @@ class Triptych {
 };
 
 void DrawChange(const host::HostImage& before, const host::HostImage& after, const fs::path& path) {
-  const std::int32_t width = std::min(before.width(), after.width());
-  const std::int32_t height = std::min(before.height(), after.height());
-  const std::int32_t shift = after.depth() == 8 ? 0 : 6;
+  const std::int32_t width = std::min(before.Width(), after.Width());
+  const std::int32_t height = std::min(before.Height(), after.Height());
+  const std::int32_t shift = after.Depth() == 8 ? 0 : 6;
   Triptych triptych(width, height);
   for (std::int32_t y = 0; y < height; ++y) {
     for (std::int32_t x = 0; x < width; ++x) {

@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     return RunCommandLine(argc, argv);
   } catch (const vblur::host::Failure& failure) {
     std::fprintf(stderr, "golden pictures: %s\n", failure.what());
-    return static_cast<int>(failure.code());
+    return static_cast<int>(failure.Code());
   } catch (const std::exception& error) {
     std::fprintf(stderr, "golden pictures: %s\n", error.what());
     return 1;

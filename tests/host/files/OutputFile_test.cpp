@@ -25,7 +25,7 @@ class OutputFile : public testing::Test {
 
   std::string WriteFailure(const std::filesystem::path& path, bool overwrite) {
     const auto failure = CaughtFailure([&] { PictureWriter().Write(path, image_, nullptr, overwrite); });
-    EXPECT_EQ(failure->code(), ExitCode::CannotWrite);
+    EXPECT_EQ(failure->Code(), ExitCode::CannotWrite);
     return failure->what();
   }
 

@@ -39,8 +39,8 @@ class PictureFileFormats : public testing::TestWithParam<FormatCase> {
       for (std::size_t i = 3; i < ComponentCount(written); i += 4)
         SetComponent(written, i, depth == 8 ? 255 : 16384);
     }
-    ASSERT_EQ(read.width(), kWidth);
-    ASSERT_EQ(read.height(), kHeight);
+    ASSERT_EQ(read.Width(), kWidth);
+    ASSERT_EQ(read.Height(), kHeight);
     if (GetParam().lossless) {
       EXPECT_EQ(Components(read), Components(written));
     }
@@ -99,11 +99,11 @@ TEST_P(PictureFileFormats, BrokenFilesAreRefused) {
     HostImage read;
     const auto failure = CaughtFailure([&] { PictureReader().ReadColour(cut, 8, read); });
     ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->code(), ExitCode::CannotRead);
+    EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
     EXPECT_EQ(std::string(failure->what()).rfind(cut.string() + ": cannot read: ", 0), 0u) << failure->what();
   }
   const auto text = folder_.Write("text." + extension, std::string(2000, 'x') + "\nthis is no picture\n");
-  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(text); })->code(), ExitCode::CannotRead);
+  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(text); })->Code(), ExitCode::CannotRead);
   const auto empty = folder_.Write("empty." + extension, "");
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(empty); })->what(),
             empty.string() + ": cannot read: the file is empty, a picture was expected");
@@ -174,7 +174,7 @@ TEST_F(PictureFile, AMaskIsTheFirstChannelAsAnAmount) {
            std::vector<std::uint8_t>{255, 1, 2, 51, 3, 4});
   PictureReader reader;
   reader.ReadMask(path, 8, image_);
-  EXPECT_EQ(image_.components(), 1);
+  EXPECT_EQ(image_.Components(), 1);
   EXPECT_EQ(image_.Format(), MFIF_MASK_8);
   EXPECT_EQ(Components(image_), (std::vector<std::int32_t>{255, 51}));
   reader.ReadMask(path, 16, image_);
@@ -209,7 +209,7 @@ TEST_F(PictureFile, OtherThingsThanPicturesAreNamed) {
 // Headers of pictures that nobody can want, with nothing behind them.
 TEST_F(PictureFile, PicturesWithoutPixelsOrWithTooManyAreRefused) {
   const auto none = folder_.Write("none.ppm", "P6\n0 10\n255\n");
-  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(none); })->code(), ExitCode::CannotRead);
+  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(none); })->Code(), ExitCode::CannotRead);
   std::string targa(18, '\0');
   targa[2] = 2;
   targa[16] = 32;
@@ -222,13 +222,13 @@ TEST_F(PictureFile, PicturesWithoutPixelsOrWithTooManyAreRefused) {
   const auto most = folder_.Write("most.ppm", "P6\n32768 16384\n255\n" + std::string(100, 'x'));
   EXPECT_EQ(ReadPictureInfo(most).width, 32768);
   const auto more = folder_.Write("more.ppm", "P6\n32768 16385\n255\n" + std::string(100, 'x'));
-  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(more); })->code(), ExitCode::CannotRead);
+  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(more); })->Code(), ExitCode::CannotRead);
 }
 
 TEST_F(PictureFile, TheNaturalDepthIsThatOfTheSamples) {
   const auto info = [&](const char* name, const char* format, const OIIO::TypeDesc& type) {
     WriteRaw(folder_.path() / name, format, OIIO::ImageSpec(1, 1, 3, type), std::vector<float>{0.0f, 0.5f, 1.0f});
-    return ReadPictureInfo(folder_.path() / name).naturalDepth();
+    return ReadPictureInfo(folder_.path() / name).NaturalDepth();
   };
   EXPECT_EQ(info("8.png", "png", OIIO::TypeDesc::UINT8), 8);
   EXPECT_EQ(info("16.png", "png", OIIO::TypeDesc::UINT16), 16);

@@ -228,7 +228,7 @@ TEST(EglSurface, HasNoFontWithoutAPaint) {
 
 TEST(EglSurface, RefusesWhatItCannotPaint) {
   const auto failure = CaughtFailure([] { MakeOffScreenSurface(1 << 24, 8); });
-  EXPECT_EQ(failure->code(), ExitCode::WrongUsage);
+  EXPECT_EQ(failure->Code(), ExitCode::WrongUsage);
   EXPECT_EQ(std::string(failure->what()).rfind("a view of 16777216 x 8 pixels: expected at most ", 0), 0u);
 }
 

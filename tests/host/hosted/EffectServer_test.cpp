@@ -36,7 +36,7 @@ TEST(EffectServer, RefusesWhatIsNoServer) {
   const ScratchFolder folder;
   const auto refused = [](const std::filesystem::path& file) {
     const auto failure = CaughtFailure([&] { EffectServer{file}; });
-    EXPECT_EQ(failure->code(), ExitCode::CannotRead);
+    EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
     return std::string(failure->what());
   };
   EXPECT_EQ(refused(folder.path() / "none.so"),

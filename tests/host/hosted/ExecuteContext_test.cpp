@@ -13,9 +13,9 @@ TEST(ExecuteContext, GoesOnUntilItIsStopped) {
   ExecuteContext context;
   for (int i = 0; i < 1000; ++i)
     EXPECT_NE(context.MayContinue(), 0);
-  EXPECT_FALSE(context.stopped());
+  EXPECT_FALSE(context.Stopped());
   context.Stop();
-  EXPECT_TRUE(context.stopped());
+  EXPECT_TRUE(context.Stopped());
   EXPECT_EQ(context.MayContinue(), 0);
 }
 
@@ -36,10 +36,10 @@ TEST(ExecuteContext, StopsAfterAKnownNumberOfPolls) {
     context.StopAfterPolls(polls);
     for (int i = 0; i < polls; ++i)
       EXPECT_NE(context.MayContinue(), 0);
-    EXPECT_FALSE(context.stopped());
+    EXPECT_FALSE(context.Stopped());
     EXPECT_EQ(context.MayContinue(), 0);
     EXPECT_EQ(context.MayContinue(), 0);
-    EXPECT_TRUE(context.stopped());
+    EXPECT_TRUE(context.Stopped());
   }
 }
 

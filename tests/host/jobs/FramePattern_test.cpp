@@ -26,18 +26,18 @@ TEST(FramePattern, PadsLikePrintf) {
 
 TEST(FramePattern, StandsForOnePictureWithoutANumber) {
   for (const char* name : {"photo.png", "photo #3.png", "", "50%%.png"}) {
-    EXPECT_FALSE(FramePattern(name).hasNumber()) << name;
+    EXPECT_FALSE(FramePattern(name).HasNumber()) << name;
     EXPECT_EQ(FramePattern(name).FileName(7), FramePattern(name).FileName(8));
   }
   EXPECT_EQ(FramePattern("photo #3.png").FileName(1), "photo #3.png");
   EXPECT_EQ(FramePattern("50%%.%#%#.%03d").FileName(1), "50%.##.001");
-  EXPECT_EQ(FramePattern("x%d").text(), "x%d");
+  EXPECT_EQ(FramePattern("x%d").Text(), "x%d");
 }
 
 TEST(FramePattern, EscapedNamesStandForThemselves) {
   for (const std::string name : {"100%.png", "a####b.png", "%04d", "##", "#", "%#", "%%", "a#b##", "plain.exr"}) {
     const FramePattern pattern(FramePattern::Escaped(name));
-    EXPECT_FALSE(pattern.hasNumber()) << name;
+    EXPECT_FALSE(pattern.HasNumber()) << name;
     EXPECT_EQ(pattern.FileName(12), name);
   }
 }

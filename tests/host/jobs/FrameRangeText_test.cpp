@@ -17,7 +17,7 @@ TEST(FrameRangeText, ReadsRanges) {
   EXPECT_EQ(ParseFrameRange("0001-0048x2"), (FrameRange{1, 48, 2}));
   EXPECT_EQ(ParseFrameRange("-5-5"), (FrameRange{-5, 5, 1}));
   EXPECT_EQ(ParseFrameRange("-10--5"), (FrameRange{-10, -5, 1}));
-  EXPECT_EQ(ParseFrameRange("-2147483648-2147483647x2147483647").count(), 3);
+  EXPECT_EQ(ParseFrameRange("-2147483648-2147483647x2147483647").Count(), 3);
 }
 
 TEST(FrameRangeText, RefusesNonsense) {

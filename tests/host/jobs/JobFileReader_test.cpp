@@ -240,7 +240,7 @@ TEST(JobFileReader, SaysWhyAFileCannotBeRead) {
   const auto failure = [](const std::filesystem::path& path) {
     const auto caught = CaughtFailure([&] { ReadJobFile(path); });
     if (!caught) return std::string();
-    EXPECT_EQ(caught->code(), ExitCode::CannotRead);
+    EXPECT_EQ(caught->Code(), ExitCode::CannotRead);
     return std::string(caught->what());
   };
   const auto missing = scratch.path() / "none.json";

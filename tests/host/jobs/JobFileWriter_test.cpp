@@ -246,7 +246,7 @@ TEST(JobFileWriter, LeavesNothingBehindWhenItCannotWrite) {
   for (const fs::path& path : {scratch.path() / "taken.json", scratch.path() / "none/job.json"}) {
     const auto caught = CaughtFailure([&] { WriteJobFile(SmallJob(scratch.path()), path); });
     ASSERT_TRUE(caught);
-    EXPECT_EQ(caught->code(), ExitCode::CannotWrite);
+    EXPECT_EQ(caught->Code(), ExitCode::CannotWrite);
     EXPECT_EQ(std::string(caught->what()).find(path.string() + ": cannot write"), 0u) << caught->what();
   }
   const auto count = std::distance(fs::directory_iterator(scratch.path()), fs::directory_iterator());

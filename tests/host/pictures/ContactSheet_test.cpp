@@ -47,13 +47,13 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
     options.overwrite = true;
     NoObserver observer;
     ASSERT_EQ(RenderSequence(job, MakeEffect, options, context_, observer).code, ExitCode::Done);
-    PictureReader().ReadColour(folder_.path() / "out.tif", pictures_.input.depth(), into);
+    PictureReader().ReadColour(folder_.path() / "out.tif", pictures_.input.Depth(), into);
   }
 
   // How a component of a picture with its alpha looks at a place of the picture.
   static std::int32_t Looks(const HostImage& picture, std::int32_t x, std::int32_t line, std::size_t c, bool alpha) {
-    const std::int32_t full = picture.depth() == 8 ? 255 : 16384;
-    const std::size_t at = 4 * static_cast<std::size_t>((picture.height() - 1 - line) * picture.width() + x);
+    const std::int32_t full = picture.Depth() == 8 ? 255 : 16384;
+    const std::size_t at = 4 * static_cast<std::size_t>((picture.Height() - 1 - line) * picture.Width() + x);
     const auto shown = [&](std::size_t index) {
       return (std::clamp(Component(picture, index), 0, full) * 255 + full / 2) / full;
     };
@@ -65,16 +65,16 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
 
   void ExpectOnSheet(const HostImage& picture, SheetPoint at, bool alpha) const {
     std::int32_t wrong = 0;
-    for (std::int32_t line = 0; line < picture.height(); ++line) {
-      for (std::int32_t x = 0; x < picture.width(); ++x) {
-        const std::int32_t row = sheet_.height() - 1 - (at.y + line);
+    for (std::int32_t line = 0; line < picture.Height(); ++line) {
+      for (std::int32_t x = 0; x < picture.Width(); ++x) {
+        const std::int32_t row = sheet_.Height() - 1 - (at.y + line);
         for (std::size_t c = 0; c < 3; ++c) {
-          const std::size_t index = 4 * static_cast<std::size_t>(row * sheet_.width() + at.x + x) + c;
+          const std::size_t index = 4 * static_cast<std::size_t>(row * sheet_.Width() + at.x + x) + c;
           wrong += Component(sheet_, index) != Looks(picture, x, line, c, alpha);
         }
       }
     }
-    EXPECT_EQ(wrong, 0) << "of " << picture.width() * picture.height() * 3 << " components";
+    EXPECT_EQ(wrong, 0) << "of " << picture.Width() * picture.Height() * 3 << " components";
   }
 
   void ExpectPanel(SheetKind kind, std::size_t panel, const std::map<PropertyId, double>& settings) {
@@ -147,8 +147,8 @@ TEST_F(ContactSheet, PanelsStandInEvenRowsInsideTheSheet) {
       EXPECT_LE(layout.panels[i].y + down, layout.height);
     }
     Draw(plan);
-    EXPECT_EQ(sheet_.width(), layout.width);
-    EXPECT_EQ(sheet_.height(), layout.height);
+    EXPECT_EQ(sheet_.Width(), layout.width);
+    EXPECT_EQ(sheet_.Height(), layout.height);
   }
 }
 
@@ -161,8 +161,8 @@ TEST_F(ContactSheet, EveryPanelHasALabelOfInk) {
     std::int32_t brightest = 0;
     for (std::int32_t y = at.y + 54 + 4; y < at.y + 54 + 24; ++y) {
       for (std::int32_t x = at.x; x < at.x + 96; ++x) {
-        const std::int32_t row = sheet_.height() - 1 - y;
-        brightest = std::max(brightest, Component(sheet_, 4 * static_cast<std::size_t>(row * sheet_.width() + x)));
+        const std::int32_t row = sheet_.Height() - 1 - y;
+        brightest = std::max(brightest, Component(sheet_, 4 * static_cast<std::size_t>(row * sheet_.Width() + x)));
       }
     }
     EXPECT_GT(brightest, 200);
@@ -191,7 +191,7 @@ TEST_F(ContactSheet, ScalingKeepsFlatColoursAtBothDepths) {
       SetComponent(flat, i, values[i % 4]);
     HostImage small;
     ScalePicture(flat, 31, 17, small);
-    EXPECT_EQ(small.width(), 31);
+    EXPECT_EQ(small.Width(), 31);
     for (std::size_t i = 0; i < ComponentCount(small); ++i)
       ASSERT_EQ(Component(small, i), values[i % 4]) << i;
   }
@@ -214,7 +214,7 @@ TEST_F(ContactSheet, AnInterruptedSheetEndsAsInterrupted) {
   context_.StopAfterPolls(40);
   const auto failure = CaughtFailure([&] { Draw(PlanOf(SheetKind::Channels)); });
   ASSERT_TRUE(failure);
-  EXPECT_EQ(failure->code(), ExitCode::Interrupted);
+  EXPECT_EQ(failure->Code(), ExitCode::Interrupted);
 }
 
 }  // namespace

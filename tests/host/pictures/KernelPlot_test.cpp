@@ -38,8 +38,8 @@ bool IsNear(const HostImage& image, std::size_t index, const std::array<std::int
 std::int32_t Height(const HostImage& image, std::int32_t x, const std::array<std::int32_t, 3>& colour) {
   std::int32_t count = 0;
   for (std::int32_t y = 150; y < 650; ++y) {
-    const auto row = static_cast<std::size_t>(image.height() - 1 - y);
-    count += IsNear(image, 4 * (row * static_cast<std::size_t>(image.width()) + static_cast<std::size_t>(x)), colour);
+    const auto row = static_cast<std::size_t>(image.Height() - 1 - y);
+    count += IsNear(image, 4 * (row * static_cast<std::size_t>(image.Width()) + static_cast<std::size_t>(x)), colour);
   }
   return count;
 }
@@ -51,7 +51,7 @@ TEST(KernelPlot, BarsAreAsHighAsTheWeightsAndTheCurveIsDrawn) {
   const KernelReport report = MeasureKernel(MakeEffect, context, 10.0, 16);
   HostImage drawn;
   DrawKernel(report, TextPainter(), drawn);
-  ASSERT_EQ(drawn.width(), 1640);
+  ASSERT_EQ(drawn.Width(), 1640);
   // The plot runs from 570 to 1612, and from -15.5 to 15.5 across.
   const double top = 1.1 * GaussianFor(report.profile, report.facts.sigma).peak;
   for (const std::int32_t x : {0, 1, -1}) {

@@ -18,7 +18,7 @@ TEST(TextPainter, WithoutTheFontThePackageIsNamed) {
   const std::array<std::filesystem::path, 2> folders = {folder.path(), folder.path() / "none"};
   const auto failure = CaughtFailure([&] { TextPainter{folders}; });
   ASSERT_TRUE(failure);
-  EXPECT_EQ(failure->code(), ExitCode::CannotRead);
+  EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
   EXPECT_EQ(std::string(failure->what()), "DejaVuSans.ttf: cannot find this font in " + folders[0].string() + ", " +
                                               folders[1].string() +
                                               "; install the package fonts-dejavu-core (elsewhere dejavu-sans-fonts)");
@@ -51,11 +51,11 @@ TEST(TextPainter, WrapsAtSpacesWithinTheWidth) {
 
 // The columns that hold ink, from the first to the last.
 std::pair<std::int32_t, std::int32_t> InkOf(const HostImage& image) {
-  std::pair<std::int32_t, std::int32_t> ink{image.width(), -1};
-  for (std::int32_t i = 0; i < image.width() * image.height(); ++i) {
+  std::pair<std::int32_t, std::int32_t> ink{image.Width(), -1};
+  for (std::int32_t i = 0; i < image.Width() * image.Height(); ++i) {
     if (Component(image, static_cast<std::size_t>(i) * 4) == 0) continue;
-    ink.first = std::min(ink.first, i % image.width());
-    ink.second = std::max(ink.second, i % image.width());
+    ink.first = std::min(ink.first, i % image.Width());
+    ink.second = std::max(ink.second, i % image.Width());
   }
   return ink;
 }

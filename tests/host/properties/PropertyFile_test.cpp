@@ -35,21 +35,21 @@ TEST(PropertyFile, HoldsEverythingThatAnEffectHasToTheLastBit) {
     const PropertyStore store = Strange(interpolation);
     HostedEffect effect(MakeEffect());
     effect.PutProperties(store);
-    const PropertyStore taken = PropertiesOf(effect.properties());
+    const PropertyStore taken = PropertiesOf(effect.PropertyAccess());
     EXPECT_EQ(taken, store);
     WritePropertyFile(taken, folder.path() / "look.json");
     const PropertyStore read = ReadPropertyFile(folder.path() / "look.json");
     EXPECT_EQ(read, store);
     HostedEffect other(MakeEffect());
     other.PutProperties(read);
-    EXPECT_EQ(PropertiesOf(other.properties()), store);
+    EXPECT_EQ(PropertiesOf(other.PropertyAccess()), store);
   }
 }
 
 TEST(PropertyFile, DefaultsMakeAShortFile) {
   const ScratchFolder folder;
   const HostedEffect effect(MakeEffect());
-  WritePropertyFile(PropertiesOf(effect.properties()), folder.path() / "look.json");
+  WritePropertyFile(PropertiesOf(effect.PropertyAccess()), folder.path() / "look.json");
   EXPECT_EQ(ReadPropertyFile(folder.path() / "look.json"), PropertyStore());
 }
 

@@ -57,7 +57,7 @@ TEST(PropertyStore, RefusesWhatAPropertyCannotHold) {
               "Blur: expected keys in the order of time, each later than the one before");
   }
   EXPECT_EQ(UsageFailureOf([&] { store.ValueAt(GUID{}, 0.0); }), "the effect has no property with this identity");
-  EXPECT_TRUE(store.settings().empty());
+  EXPECT_TRUE(store.Settings().empty());
 }
 
 }  // namespace

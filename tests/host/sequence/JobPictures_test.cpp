@@ -36,14 +36,14 @@ TEST_F(JobPicturesOnDisk, ReadsAFrameOnceAndResetsItsOutput) {
   JobPictures pictures(job_);
   FrameBuffers buffers(pictures, {});
   buffers.Prepare(1, 8);
-  SetComponent(*buffers.pictures().output, 0, 99);
+  SetComponent(*buffers.Pictures().output, 0, 99);
   std::filesystem::remove(folder_.path() / "in.1.png");
   buffers.Prepare(1, 8);
-  EXPECT_EQ(Component(*buffers.pictures().input, 0), 11);
-  EXPECT_EQ(Component(buffers.output(), 0), 0);
+  EXPECT_EQ(Component(*buffers.Pictures().input, 0), 11);
+  EXPECT_EQ(Component(buffers.Output(), 0), 0);
   buffers.Prepare(2, 8);
-  EXPECT_EQ(Component(*buffers.pictures().input, 0), 22);
-  EXPECT_EQ(CaughtFailure([&] { buffers.Prepare(1, 8); })->code(), ExitCode::CannotRead);
+  EXPECT_EQ(Component(*buffers.Pictures().input, 0), 22);
+  EXPECT_EQ(CaughtFailure([&] { buffers.Prepare(1, 8); })->Code(), ExitCode::CannotRead);
 }
 
 TEST_F(JobPicturesOnDisk, AFrameThatCouldNotBeReadIsReadAgain) {
@@ -51,10 +51,10 @@ TEST_F(JobPicturesOnDisk, AFrameThatCouldNotBeReadIsReadAgain) {
   JobPictures pictures(job_);
   FrameBuffers buffers(pictures, {});
   buffers.Prepare(1, 8);
-  EXPECT_EQ(CaughtFailure([&] { buffers.Prepare(2, 8); })->code(), ExitCode::CannotRead);
+  EXPECT_EQ(CaughtFailure([&] { buffers.Prepare(2, 8); })->Code(), ExitCode::CannotRead);
   Make("in.1.png", 12);
   buffers.Prepare(1, 8);
-  EXPECT_EQ(Component(*buffers.pictures().input, 0), 12);
+  EXPECT_EQ(Component(*buffers.Pictures().input, 0), 12);
 }
 
 TEST_F(JobPicturesOnDisk, APictureWithoutANumberIsSharedByAllFrames) {
@@ -68,9 +68,9 @@ TEST_F(JobPicturesOnDisk, APictureWithoutANumberIsSharedByAllFrames) {
   first.Prepare(1, 8);
   std::filesystem::remove(folder_.path() / "second.png");
   second.Prepare(2, 8);
-  EXPECT_EQ(first.pictures().input2, second.pictures().input2);
-  EXPECT_NE(first.pictures().input, second.pictures().input);
-  EXPECT_EQ(Component(*second.pictures().input2, 0), 33);
+  EXPECT_EQ(first.Pictures().input2, second.Pictures().input2);
+  EXPECT_NE(first.Pictures().input, second.Pictures().input);
+  EXPECT_EQ(Component(*second.Pictures().input2, 0), 33);
 }
 
 TEST_F(JobPicturesOnDisk, TheOutputStartsAsTheInitialPicture) {
@@ -80,7 +80,7 @@ TEST_F(JobPicturesOnDisk, TheOutputStartsAsTheInitialPicture) {
   JobPictures pictures(job_);
   FrameBuffers buffers(pictures, {});
   buffers.Prepare(1, 8);
-  EXPECT_EQ(Component(buffers.output(), 0), 44);
+  EXPECT_EQ(Component(buffers.Output(), 0), 44);
   Make("in.2.png", 22, 4);
   const auto failure = CaughtFailure([&] { buffers.Prepare(2, 8); });
   EXPECT_EQ(failure->what(), (folder_.path() / "start.png").string() + ": 3 x 2 pixels, expected the output's 4 x 2");

@@ -137,7 +137,7 @@ TEST_F(SequenceRenderer, AMissingFrameEndsItBeforeAnythingIsWritten) {
   MakeInputs();
   std::filesystem::remove(folder_.path() / "in.004.png");
   const auto failure = CaughtFailure([&] { Render(); });
-  EXPECT_EQ(failure->code(), ExitCode::CannotRead);
+  EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
   EXPECT_EQ(failure->what(), (folder_.path() / "in.004.png").string() + ": cannot read: no such file (frame 4)");
   EXPECT_FALSE(Exists("out.001.png"));
 }
@@ -208,7 +208,7 @@ TEST_F(SequenceRenderer, ExistingFilesAreRefusedKeptOrReplaced) {
   MakeInputs();
   Make("out.005.png", 200);
   const auto failure = CaughtFailure([&] { Render(); });
-  EXPECT_EQ(failure->code(), ExitCode::CannotWrite);
+  EXPECT_EQ(failure->Code(), ExitCode::CannotWrite);
   EXPECT_FALSE(Exists("out.001.png"));
 
   options_.skipExisting = true;

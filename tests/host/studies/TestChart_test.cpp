@@ -12,9 +12,9 @@ TEST(TestChart, HasEverySizeAndBothDepths) {
     for (const auto& [width, height] : {std::pair{1, 1}, {1, 50}, {50, 1}, {3, 2}, {320, 180}}) {
       HostImage chart;
       DrawTestChart(chart, depth, width, height, 0);
-      EXPECT_EQ(chart.width(), width);
-      EXPECT_EQ(chart.height(), height);
-      EXPECT_EQ(chart.depth(), depth);
+      EXPECT_EQ(chart.Width(), width);
+      EXPECT_EQ(chart.Height(), height);
+      EXPECT_EQ(chart.Depth(), depth);
     }
   }
 }

@@ -67,8 +67,8 @@ class AxisPicture : public testing::TestWithParam<std::tuple<double, double>> {
   // Whether a hue is within 1.5 pixels of a position relative to the control's centre.
   bool IsSeen(Hue hue, double dx, double dy) const {
     const WorldRectangle visible = geometry_->Visible();
-    const double x = (120.0 + dx - visible.x) * geometry_->zoom() * 479.0 / 480.0;
-    const double y = (90.0 + dy - visible.y) * geometry_->zoom() * 359.0 / 360.0;
+    const double x = (120.0 + dx - visible.x) * geometry_->Zoom() * 479.0 / 480.0;
+    const double y = (90.0 + dy - visible.y) * geometry_->Zoom() * 359.0 / 360.0;
     for (int row = static_cast<int>(std::floor(y - 1.5)); row <= y + 1.5; ++row) {
       for (int column = static_cast<int>(std::floor(x - 1.5)); column <= x + 1.5; ++column) {
         if (HueAt(picture_, column, row) == hue) return true;

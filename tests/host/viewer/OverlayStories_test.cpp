@@ -41,8 +41,8 @@ bool IsColour(const std::byte* pixel, const Colour3& colour) {
 
 Extent ExtentOf(const HostImage& view, const Colour3& colour) {
   Extent extent;
-  for (std::int32_t y = 0; y < view.height(); ++y) {
-    for (std::int32_t x = 0; x < view.width(); ++x) {
+  for (std::int32_t y = 0; y < view.Height(); ++y) {
+    for (std::int32_t x = 0; x < view.Width(); ++x) {
       if (!IsColour(view.Row(y) + static_cast<std::size_t>(x) * 4, colour)) continue;
       extent.left = std::min(extent.left, x);
       extent.right = std::max(extent.right, x);
@@ -62,7 +62,7 @@ class OverlayStories : public testing::Test {
   OverlayStories() {
     HostImage image;
     image.Reset(8, 4, 200, 120);
-    std::fill_n(image.Row(0), image.byteCount(), std::byte{90});
+    std::fill_n(image.Row(0), image.ByteCount(), std::byte{90});
     PictureWriter().Write(folder.path() / "in.png", image, nullptr, true);
     image.Reset(8, 4, 8, 8);
     image.Clear();
@@ -111,12 +111,12 @@ class OverlayStories : public testing::Test {
 
   // Frame to surface coordinates: the tool's viewport is one pixel smaller than the surface.
   double AtX(double x) const {
-    const WorldRectangle visible = session->geometry().Visible();
-    return (x - visible.x) * session->geometry().zoom() * (view.width() - 1) / view.width();
+    const WorldRectangle visible = session->Geometry().Visible();
+    return (x - visible.x) * session->Geometry().Zoom() * (view.Width() - 1) / view.Width();
   }
   double AtY(double y) const {
-    const WorldRectangle visible = session->geometry().Visible();
-    return (y - visible.y) * session->geometry().zoom() * (view.height() - 1) / view.height();
+    const WorldRectangle visible = session->Geometry().Visible();
+    return (y - visible.y) * session->Geometry().Zoom() * (view.Height() - 1) / view.Height();
   }
   // Lines are two pixels wide.
   static void ExpectAt(std::int32_t pixel, double place) { EXPECT_NEAR(pixel + 0.5, place, 1.5); }
@@ -166,11 +166,11 @@ TEST_F(OverlayStories, ADragOfTheRingWritesBlurOnceWhenThePenComesUp) {
 TEST_F(OverlayStories, NothingIsRenderedBeforeTheDragEnds) {
   Open("FullBlurPPG");
   Painted();
-  const std::int32_t renders = session->rendersDone();
+  const std::int32_t renders = session->RendersDone();
   for (const PenEvent& event : ParsePenScript("move 130 60\ndown 130 60\nmove 150 60\nup 150 60", "test", "")) {
     session->Apply(event);
     Painted();
-    EXPECT_EQ(session->rendersDone(), renders + (event.kind == PenEvent::Kind::Up ? 1 : 0));
+    EXPECT_EQ(session->RendersDone(), renders + (event.kind == PenEvent::Kind::Up ? 1 : 0));
     if (event.kind != PenEvent::Kind::Up) {
       EXPECT_EQ(Now("Blur"), 30.0);
     }
@@ -291,7 +291,7 @@ TEST_F(OverlayStories, StandOverAProjectWhosePixelsAreNoUnits) {
     record->size = {kWidth * 2.0, kHeight * 2.0};
   Open("crop");
   Painted();
-  EXPECT_EQ(view.width(), 200);
+  EXPECT_EQ(view.Width(), 200);
   Do("set Crop Right 50");
   ASSERT_GE(ExtentOf(Painted(), kRight).right, 0);
   EXPECT_NEAR(ExtentOf(view, kRight).right, 100.0, 1.5);
@@ -326,17 +326,17 @@ class OverlayStoriesAlone : public testing::Test {
 
 TEST_F(OverlayStoriesAlone, StayUntilTheLastPageCloses) {
   EXPECT_EQ(overlay->ConnectOverlay(nullptr), kNullPointer);
-  EXPECT_EQ(viewer->toolCount(), 0u);
+  EXPECT_EQ(viewer->ToolCount(), 0u);
   EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk);
   EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk);
-  EXPECT_EQ(viewer->toolCount(), 1u);
+  EXPECT_EQ(viewer->ToolCount(), 1u);
   EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
-  EXPECT_EQ(viewer->toolCount(), 1u);
+  EXPECT_EQ(viewer->ToolCount(), 1u);
   EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
-  EXPECT_EQ(viewer->toolCount(), 0u);
+  EXPECT_EQ(viewer->ToolCount(), 0u);
   EXPECT_EQ(overlay->DisconnectOverlay(), kOk) << "one too many";
   EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk) << "and again";
-  EXPECT_EQ(viewer->toolCount(), 1u);
+  EXPECT_EQ(viewer->ToolCount(), 1u);
   overlay->DisconnectOverlay();
 }
 
@@ -344,7 +344,7 @@ TEST_F(OverlayStoriesAlone, GoWithTheEffect) {
   overlay->ConnectOverlay(viewer.get());
   overlay->ShowPage("FullBlurPPG");
   Forget();
-  EXPECT_EQ(viewer->toolCount(), 0u);
+  EXPECT_EQ(viewer->ToolCount(), 0u);
   viewer->PenDown({1, 10.0, 10.0});
   viewer->PenUp({1, 10.0, 10.0});
   viewer->SetTime(3.0);

@@ -96,7 +96,7 @@ TEST(PenScript, IsReadFromAFile) {
   EXPECT_EQ(events[1].file, "/tmp/b.png");
   EXPECT_EQ(events[0].place, file.string() + ":1");
   const auto missing = CaughtFailure([&] { ReadPenScript(folder.path() / "none.pen"); });
-  EXPECT_EQ(missing->code(), ExitCode::CannotRead);
+  EXPECT_EQ(missing->Code(), ExitCode::CannotRead);
   EXPECT_EQ(std::string(missing->what()),
             (folder.path() / "none.pen").string() + ": cannot read the pen script: No such file or directory");
 }

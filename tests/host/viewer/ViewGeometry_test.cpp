@@ -72,9 +72,9 @@ TEST(ViewGeometry, PansInPixelsOfTheFrame) {
 TEST(ViewGeometry, LimitsItsZoom) {
   ViewGeometry view({640.0, 360.0, 1.0}, 640, 360);
   view.SetZoom(1000.0);
-  EXPECT_EQ(view.zoom(), 64.0);
+  EXPECT_EQ(view.Zoom(), 64.0);
   view.SetZoom(0.0);
-  EXPECT_EQ(view.zoom(), 1.0 / 64);
+  EXPECT_EQ(view.Zoom(), 1.0 / 64);
 }
 
 }  // namespace

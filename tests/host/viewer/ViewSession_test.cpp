@@ -47,7 +47,7 @@ class ViewSessionOfAFrame : public testing::Test {
     } silent;
     RenderOptions options;
     options.overwrite = true;
-    EXPECT_EQ(RenderSequence(job, TestServer().Factory(), options, context, silent).done, job.frames->count());
+    EXPECT_EQ(RenderSequence(job, TestServer().Factory(), options, context, silent).done, job.frames->Count());
     HostImage image;
     PictureReader().ReadColour(folder.path() / FramePattern("out.%04d.png").FileName(frame), 8, image);
     auto components = Components(image);
@@ -72,8 +72,8 @@ TEST_F(ViewSessionOfAFrame, ShowsWhatARenderWrites) {
   ASSERT_NE(first, second);
   {
     ViewSession session = Open();
-    EXPECT_EQ(session.geometry().surfaceWidth(), 48);
-    EXPECT_EQ(session.geometry().surfaceHeight(), 32);
+    EXPECT_EQ(session.Geometry().SurfaceWidth(), 48);
+    EXPECT_EQ(session.Geometry().SurfaceHeight(), 32);
     EXPECT_EQ(Painted(session), first);
     session.Apply(Event("time 6"));
     EXPECT_EQ(Painted(session), second) << "another time is another frame";
@@ -88,18 +88,18 @@ TEST_F(ViewSessionOfAFrame, ShowsWhatARenderWrites) {
 
 TEST_F(ViewSessionOfAFrame, RendersAgainOnlyWhenSomethingHasChanged) {
   ViewSession session = Open();
-  EXPECT_EQ(session.rendersDone(), 0);
+  EXPECT_EQ(session.RendersDone(), 0);
   const auto before = Painted(session);
   Painted(session);
-  EXPECT_EQ(session.rendersDone(), 1);
+  EXPECT_EQ(session.RendersDone(), 1);
   session.Apply(Event("move 3 3"));
   Painted(session);
-  EXPECT_EQ(session.rendersDone(), 1);
+  EXPECT_EQ(session.RendersDone(), 1);
   session.Apply(Event("set Blur 20"));
   session.Apply(Event("set Aspect -50"));
-  EXPECT_EQ(session.rendersDone(), 1) << "at the next paint";
+  EXPECT_EQ(session.RendersDone(), 1) << "at the next paint";
   const auto after = Painted(session);
-  EXPECT_EQ(session.rendersDone(), 2);
+  EXPECT_EQ(session.RendersDone(), 2);
   EXPECT_NE(after, before);
   job.properties = session.Properties();
   EXPECT_EQ(*job.properties.Find(PropertyNamed("Blur").guid), PropertyStore::Setting(20.0)) << "the curve has gone";
@@ -112,7 +112,7 @@ TEST_F(ViewSessionOfAFrame, TellsThePropertiesAsTheyAre) {
   session.Apply(Event("set Crop Left 0:0, 4:50"));
   session.Apply(Event("set Channels Luminance"));
   const PropertyStore now = session.Properties();
-  EXPECT_EQ(now.settings().size(), 3u);
+  EXPECT_EQ(now.Settings().size(), 3u);
   EXPECT_EQ(now.ValueAt(PropertyNamed("Crop Left").guid, 2.0), 25.0);
   EXPECT_EQ(now.ValueAt(PropertyNamed("Channels").guid, 2.0), *FindEntry(PropertyNamed("Channels"), "Luminance"));
 }
@@ -125,8 +125,8 @@ TEST_F(ViewSessionOfAFrame, IsOpenToTheEffectAsTheProject) {
     ViewSession session = Open();
     EXPECT_EQ(DSContentGetProperty(kProjectUserSizeX, size), kOk);
     EXPECT_EQ(size, 96.0);
-    EXPECT_EQ(session.geometry().surfaceWidth(), 96) << "a pixel of the picture is two of the frame";
-    EXPECT_EQ(session.geometry().frame().worldPerPixel, 0.5);
+    EXPECT_EQ(session.Geometry().SurfaceWidth(), 96) << "a pixel of the picture is two of the frame";
+    EXPECT_EQ(session.Geometry().Frame().worldPerPixel, 0.5);
   }
   EXPECT_EQ(DSContentGetProperty(kProjectUserSizeX, size), kFailed);
 }
@@ -143,8 +143,8 @@ TEST_F(ViewSessionOfAFrame, HasTheSizeZoomAndPanThatItIsGiven) {
   ViewSession session = Open(options);
   HostImage view;
   session.Paint(view);
-  ASSERT_EQ(view.width(), 20);
-  ASSERT_EQ(view.height(), 10);
+  ASSERT_EQ(view.Width(), 20);
+  ASSERT_EQ(view.Height(), 10);
   const auto colours = [](const HostImage& image, std::int32_t x, std::int32_t y) {
     const std::byte* pixel = image.Row(y) + static_cast<std::size_t>(x) * 4;
     return std::vector<std::byte>(pixel, pixel + 3);
@@ -160,16 +160,16 @@ TEST_F(ViewSessionOfAFrame, RefusesWhatCannotBeShown) {
   EXPECT_EQ(UsageFailureOf([&] { Open({}, 3); }), "frame 3 is not in the job: expected 1 to 2");
   job.input->file = "none.%04d.png";
   const auto missing = CaughtFailure([&] { Open(); });
-  EXPECT_EQ(missing->code(), ExitCode::CannotRead);
+  EXPECT_EQ(missing->Code(), ExitCode::CannotRead);
   job.input.reset();
-  EXPECT_EQ(CaughtFailure([&] { Open(); })->code(), ExitCode::WrongUsage);
+  EXPECT_EQ(CaughtFailure([&] { Open(); })->Code(), ExitCode::WrongUsage);
 }
 
 TEST_F(ViewSessionOfAFrame, IsInterrupted) {
   ViewSession session = Open();
   context.Stop();
   HostImage image;
-  EXPECT_EQ(CaughtFailure([&] { session.Paint(image); })->code(), ExitCode::Interrupted);
+  EXPECT_EQ(CaughtFailure([&] { session.Paint(image); })->Code(), ExitCode::Interrupted);
 }
 
 }  // namespace

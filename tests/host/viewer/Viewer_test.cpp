@@ -38,12 +38,12 @@ TEST(Viewer, LinksAToolToTheViewerFirstAndUnlinksItTheOtherWayRound) {
   EXPECT_EQ(tool->Taken(), (Calls{"tool: link viewer", "tool: link operator"}));
   EXPECT_EQ(tool->readAtLink, 14.0) << "a binding reads at the viewer's time as soon as it is linked";
   EXPECT_EQ(tool->Window(), viewer->Window());
-  EXPECT_EQ(viewer->toolCount(), 1u);
+  EXPECT_EQ(viewer->ToolCount(), 1u);
   EXPECT_EQ(VWControllerRemoveContext(context), kOk);
   EXPECT_EQ(tool->Taken(), (Calls{"tool: unlink operator", "tool: unlink viewer"}));
   EXPECT_EQ(tool->Window(), nullptr);
   EXPECT_EQ(VWControllerRemoveContext(context), kWrongArgument);
-  EXPECT_EQ(viewer->toolCount(), 0u);
+  EXPECT_EQ(viewer->ToolCount(), 0u);
   edited->PutValue(Edited::kAspect, DSVariant::Of(1.0));
   EXPECT_EQ(tool->Taken(), Calls{});
   viewer->Edit(nullptr);
@@ -74,7 +74,7 @@ TEST(Viewer, KeepsNoToolThatCannotBeLinked) {
   EXPECT_EQ(VWControllerPushContext(19, AsLayer(tool), edited.get(), false, false, 0.0, &context), kNoInterface);
   EXPECT_EQ(VWControllerRemoveContext(0), kWrongArgument);
   EXPECT_EQ(viewer->RemoveContext(0), kWrongArgument);
-  EXPECT_EQ(viewer->toolCount(), 0u);
+  EXPECT_EQ(viewer->ToolCount(), 0u);
 }
 
 TEST(Viewer, HandlesOfTwoViewersAreNotMixedUp) {
@@ -86,8 +86,8 @@ TEST(Viewer, HandlesOfTwoViewersAreNotMixedUp) {
   const std::uintptr_t ofSecond = Push(second, other.get());
   EXPECT_NE(ofFirst, ofSecond);
   EXPECT_EQ(VWControllerRemoveContext(ofSecond), kOk);
-  EXPECT_EQ(first->toolCount(), 1u);
-  EXPECT_EQ(second->toolCount(), 0u);
+  EXPECT_EQ(first->ToolCount(), 1u);
+  EXPECT_EQ(second->ToolCount(), 0u);
   EXPECT_EQ(VWControllerRemoveContext(ofFirst), kOk);
 }
 
@@ -163,13 +163,13 @@ TEST(Viewer, OffersThePenFromTheTopDown) {
   low->takesPen = true;
   EXPECT_EQ(viewer->PenDown(Pen(3, 4)), kOk);
   EXPECT_EQ(std::exchange(calls, {}), (Calls{"top: down 1 3 4", "low: down 1 3 4"}));
-  EXPECT_TRUE(viewer->isInteracting());
+  EXPECT_TRUE(viewer->IsInteracting());
   // The top tool would take it, but the pen belongs to the tool that took the press.
   top->takesPen = true;
   EXPECT_EQ(viewer->PenMove(Pen(5, 6)), kOk);
   EXPECT_EQ(viewer->PenUp(Pen(7, 8)), kOk);
   EXPECT_EQ(std::exchange(calls, {}), (Calls{"low: move 1 5 6", "low: up 1 7 8"}));
-  EXPECT_FALSE(viewer->isInteracting());
+  EXPECT_FALSE(viewer->IsInteracting());
   EXPECT_EQ(viewer->PenMove(Pen(9, 9)), kOk);
   EXPECT_EQ(std::exchange(calls, {}), (Calls{"top: move 1 9 9"}));
   viewer->Clear();
@@ -187,7 +187,7 @@ TEST(Viewer, AToolThatGoesInADragGivesThePenBack) {
   viewer->SetTime(3.0);
   calls.clear();
   EXPECT_EQ(VWControllerRemoveContext(context), kOk);
-  EXPECT_FALSE(viewer->isInteracting());
+  EXPECT_FALSE(viewer->IsInteracting());
   EXPECT_EQ(viewer->CurrentTime(), 3.0);
   viewer->PenMove(Pen(2, 2));
   EXPECT_EQ(calls, (Calls{"low: time 3", "top: unlink viewer", "low: move 1 2 2"}));
@@ -231,19 +231,19 @@ TEST(Viewer, RendersFromTheLowestUpAndKnowsWhenItIsInvalid) {
   Push(viewer, low.get());
   Push(viewer, top.get());
   calls.clear();
-  EXPECT_TRUE(viewer->isInvalid());
+  EXPECT_TRUE(viewer->IsInvalid());
   viewer->Render(surface);
   EXPECT_EQ(calls, (Calls{"low: render", "top: render"}));
-  EXPECT_FALSE(viewer->isInvalid());
+  EXPECT_FALSE(viewer->IsInvalid());
   EXPECT_EQ(top->Redraw(), kOk);
-  EXPECT_TRUE(viewer->isInvalid());
+  EXPECT_TRUE(viewer->IsInvalid());
   viewer->Render(surface);
   EXPECT_TRUE(InvalidateRect(top->Window(), nullptr, false));
-  EXPECT_TRUE(viewer->isInvalid());
+  EXPECT_TRUE(viewer->IsInvalid());
   EXPECT_FALSE(InvalidateRect(nullptr, nullptr, false));
   viewer->Render(surface);
   EXPECT_EQ(viewer->InvalidateLayer(nullptr, nullptr), kNullPointer);
-  EXPECT_FALSE(viewer->isInvalid());
+  EXPECT_FALSE(viewer->IsInvalid());
   viewer->Clear();
 }
 

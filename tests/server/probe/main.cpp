@@ -45,7 +45,7 @@ bool Render(IDSImageEffect& effect) {
     image->Reset(8, 4, 8, 8);
     image->Clear();
   }
-  std::memset(input.Row(0), 200, input.byteCount());
+  std::memset(input.Row(0), 200, input.ByteCount());
   effect.SetOutput(&output);
   effect.SetInput(&input);
   return effect.RenderFrame(0.0) == kOk && static_cast<const unsigned char*>(output.FirstPixel())[0] != 0;

@@ -28,7 +28,7 @@ template <typename Call>
 std::string UsageFailureOf(Call call) {
   const auto failure = CaughtFailure(call);
   if (!failure) return {};
-  EXPECT_EQ(failure->code(), ExitCode::WrongUsage);
+  EXPECT_EQ(failure->Code(), ExitCode::WrongUsage);
   return failure->what();
 }
 

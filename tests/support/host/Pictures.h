@@ -15,7 +15,7 @@ namespace vblur::host {
 
 inline std::int32_t Component(const HostImage& image, std::size_t index) {
   const std::byte* at = image.Row(0);
-  if (image.depth() == 8) return static_cast<std::int32_t>(at[index]);
+  if (image.Depth() == 8) return static_cast<std::int32_t>(at[index]);
   std::int16_t value = 0;
   std::memcpy(&value, at + 2 * index, 2);
   return value;
@@ -23,7 +23,7 @@ inline std::int32_t Component(const HostImage& image, std::size_t index) {
 
 inline void SetComponent(HostImage& image, std::size_t index, std::int32_t value) {
   std::byte* at = image.Row(0);
-  if (image.depth() == 8) {
+  if (image.Depth() == 8) {
     at[index] = static_cast<std::byte>(value);
   } else {
     const auto narrow = static_cast<std::int16_t>(value);
@@ -32,7 +32,7 @@ inline void SetComponent(HostImage& image, std::size_t index, std::int32_t value
 }
 
 inline std::size_t ComponentCount(const HostImage& image) {
-  return image.byteCount() / static_cast<std::size_t>(image.depth() / 8);
+  return image.ByteCount() / static_cast<std::size_t>(image.Depth() / 8);
 }
 
 inline std::vector<std::int32_t> Components(const HostImage& image) {
