@@ -28,7 +28,7 @@ std::string KindName(const Property& property) {
     case PropertyControl::OnOff: return "on or off";
     case PropertyControl::Number: break;
   }
-  return property.isAnimated() ? "animated" : "number";
+  return property.IsAnimated() ? "animated" : "number";
 }
 
 const char* TypeName(DSValueType type) {
@@ -63,7 +63,7 @@ Json Describe(const Property& property) {
                  {"kind", KindName(property)},
                  {"type", TypeName(property.type)},
                  {"capability", {{"name", CapabilityName(property.capability)}, {"value", property.capability}}},
-                 {"animated", property.isAnimated()},
+                 {"animated", property.IsAnimated()},
                  {"default", property.defaultValue},
                  {"minimum", property.minimum},
                  {"maximum", property.maximum}};
@@ -112,7 +112,7 @@ void PrintProperty(const Property& property) {
   std::printf("%s\n  %s\n", std::string(property.name).c_str(), std::string(property.hint).c_str());
   std::printf("  Option:  --%s\n", host::OptionName(property).c_str());
   std::printf("  Kind:    %s%s\n", KindName(property).c_str(),
-              property.isAnimated() ? ": one value, or time:value,time:value,..." : "");
+              property.IsAnimated() ? ": one value, or time:value,time:value,..." : "");
   std::printf("  Default: %s\n", DefaultText(property).c_str());
   if (property.control != PropertyControl::List) {
     std::printf("  Values:  %s\n", DescribeValues(property).c_str());

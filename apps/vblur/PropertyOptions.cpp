@@ -13,7 +13,7 @@ std::string Form(const Property& property) {
     case PropertyControl::OnOff: return "on|off";
     case PropertyControl::Number: break;
   }
-  return property.isAnimated() ? "NUMBER|TIME:NUMBER,..." : "NUMBER";
+  return property.IsAnimated() ? "NUMBER|TIME:NUMBER,..." : "NUMBER";
 }
 
 std::string Help(const Property& property) {

@@ -49,13 +49,13 @@ std::optional<double> ReadPlainValue(const Property& property, const nlohmann::j
 
 std::string ExpectedJson(const Property& property) {
   if (property.control == PropertyControl::OnOff) return "true or false, 1 or 0";
-  if (property.isAnimated()) return ExpectedValue(property) + " or {\"keys\": [[time, value], ...]}";
+  if (property.IsAnimated()) return ExpectedValue(property) + " or {\"keys\": [[time, value], ...]}";
   return ExpectedValue(property);
 }
 
 void ReadProperty(const JsonPlace& place, const Property& property, PropertyStore& store) {
   if (place.Value().is_object()) {
-    if (!property.isAnimated()) place.FailExpected(ExpectedJson(property) + " since the property is not animated");
+    if (!property.IsAnimated()) place.FailExpected(ExpectedJson(property) + " since the property is not animated");
     store.Set(property.guid, ReadCurve(place));
   } else if (const auto value = ReadPlainValue(property, place.Value())) {
     store.Set(property.guid, *value);

@@ -18,7 +18,7 @@ const Property& Require(const GUID& guid) {
 
 void CheckCurve(const Property& property, const Curve& curve) {
   const std::string name(property.name);
-  if (!property.isAnimated()) Refuse(name, "not an animated property, expected a value");
+  if (!property.IsAnimated()) Refuse(name, "not an animated property, expected a value");
   if (curve.keys.empty()) Refuse(name, "expected at least one key");
   const auto risesNot = [](const CurveKey& a, const CurveKey& b) { return !(a.time < b.time); };
   if (std::ranges::adjacent_find(curve.keys, risesNot) != curve.keys.end()) {

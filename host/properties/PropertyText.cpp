@@ -154,7 +154,7 @@ std::string FormatValue(const Property& property, double value) {
 PropertyStore::Setting ParseSetting(const Property& property, std::string_view text) {
   text = Trimmed(text);
   const std::size_t colon = text.find(':');
-  if (!property.isAnimated()) {
+  if (!property.IsAnimated()) {
     if (colon == std::string_view::npos) return ParseValue(property, text);
     Refuse(property.name, "not an animated property, expected " + ExpectedValue(property) + ", found " + Quoted(text));
   }

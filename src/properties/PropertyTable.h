@@ -77,7 +77,7 @@ struct Property {
   std::int32_t hintString;
   std::string_view hint;
 
-  constexpr bool isAnimated() const { return capability == PropertyCapability::Animated; }
+  constexpr bool IsAnimated() const { return capability == PropertyCapability::Animated; }
 };
 
 namespace property_lists {

@@ -230,7 +230,7 @@ TEST(BlurObject, ACloneHasEveryValueAndCurve) {
   double value = 40.0;
   for (const Property& property : kProperties) {
     effect->PutValue(property.guid, DSVariant::Of(value));
-    if (property.isAnimated()) effect->PutCurve(property.guid, host::Curve{{{0.0, value + 100.0}}, {}});
+    if (property.IsAnimated()) effect->PutCurve(property.guid, host::Curve{{{0.0, value + 100.0}}, {}});
     value += 1.0;
   }
   const auto clone = CloneOf(*effect);
@@ -242,7 +242,7 @@ TEST(BlurObject, ACloneHasEveryValueAndCurve) {
     EXPECT_EQ(plain.AsNumber(), value) << property.name;
     double now = 0.0;
     EXPECT_EQ(clone->GetValueAt(property.guid, 3.0, &now), kOk);
-    EXPECT_EQ(now, property.isAnimated() ? value + 100.0 : value) << property.name;
+    EXPECT_EQ(now, property.IsAnimated() ? value + 100.0 : value) << property.name;
     value += 1.0;
   }
 }

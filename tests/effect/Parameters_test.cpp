@@ -171,7 +171,7 @@ TEST(Parameters, DefaultsAreToldOfOnceWithAFlagOfTheirOwn) {
     const auto effect = NewBlur();
     for (const Property& property : kProperties) {
       effect->PutValue(property.guid, DSVariant::Of(77.0));
-      if (property.isAnimated()) effect->PutCurve(property.guid, host::Curve{{{0.0, 5.0}}, {}});
+      if (property.IsAnimated()) effect->PutCurve(property.guid, host::Curve{{{0.0, 5.0}}, {}});
     }
     Notices notices;
     effect->Advise(&notices);

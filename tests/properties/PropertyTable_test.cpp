@@ -31,9 +31,9 @@ TEST(PropertyTable, ListsHaveTheirEntries) {
 }
 
 TEST(PropertyTable, FractionalCropMayBeAnimatedFadePointsMayNot) {
-  EXPECT_TRUE(PropertyOf(PropertyId::CropColourB).isAnimated());
-  EXPECT_TRUE(PropertyOf(PropertyId::Blur).isAnimated());
-  EXPECT_FALSE(PropertyOf(PropertyId::FinishFadingOutFirstClip).isAnimated());
+  EXPECT_TRUE(PropertyOf(PropertyId::CropColourB).IsAnimated());
+  EXPECT_TRUE(PropertyOf(PropertyId::Blur).IsAnimated());
+  EXPECT_FALSE(PropertyOf(PropertyId::FinishFadingOutFirstClip).IsAnimated());
   EXPECT_EQ(static_cast<int>(PropertyOf(PropertyId::HideOverlayControls).capability), 532);
 }
 

@@ -103,7 +103,7 @@ class JobMaker {
     if (property.control != PropertyControl::Number) {
       return static_cast<double>(random_() % (static_cast<std::uint64_t>(property.maximum) + 1));
     }
-    if (!property.isAnimated() || Chance()) return Number();
+    if (!property.IsAnimated() || Chance()) return Number();
     Curve curve{{}, static_cast<Interpolation>(random_() % 3)};
     std::set<double> times;
     while (times.size() < 1 + random_() % 5)

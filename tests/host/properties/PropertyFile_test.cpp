@@ -18,7 +18,7 @@ PropertyStore Strange(Interpolation interpolation) {
   double value = 0.1;
   for (const Property& property : kProperties) {
     value = value * 1.7 + 1.0 / 3.0;
-    if (property.isAnimated()) {
+    if (property.IsAnimated()) {
       store.Set(property.guid, Curve{{{-value, value / 7.0}, {0.1 + 0.2, -5e-324}, {value, 1.7e308}}, interpolation});
     } else if (property.control == PropertyControl::Number) {
       store.Set(property.guid, value);
