@@ -59,7 +59,8 @@ TEST(HvImgProc, WindowSettlesOnTheTarget) {
 class LateProc : public HvImgProc1<Frame> {
  public:
   void prePass() override { storeWindow(98, -60, 200, 100); }
-  void processRows() override { inRows = windowOf(*this); }
+  // On the calling thread alone, unlike the rows.
+  void postPass() override { inRows = windowOf(*this); }
 
   Ends inRows;
 };
