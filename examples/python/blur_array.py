@@ -11,7 +11,8 @@ class Settings(c.Structure):  # only the first fields: the rest has its defaults
 library = c.CDLL(sys.argv[1])
 library.vblur_last_error.restype = c.c_char_p
 
-def picture(a):  # rows x columns x RGBA, uint8 or int16, any strides of rows; an array or a view of one
+def picture(a):  # rows x columns x RGBA, uint8 or int16; rows may lie anywhere, the pixels of a row side by side
+    assert a.dtype in (np.uint8, np.int16) and a.shape[2:] == (4,) and a.strides[1:] == (4 * a.itemsize, a.itemsize)
     return Picture(a.ctypes.data, a.dtype == np.int16, a.shape[1], a.shape[0], a.strides[0])
 def blur(a, size):
     result = np.empty(a.shape, a.dtype)
