@@ -1,9 +1,13 @@
 // vblur render INPUT OUTPUT: a job made from options.
+#include <memory>
+#include <vector>
+
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PictureOptions.h"
 #include "apps/vblur/PropertyOptions.h"
+#include "apps/vblur/RunFiles.h"
 #include "apps/vblur/RunJob.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
@@ -30,13 +34,14 @@ class RenderCommand : public Command {
     AddPropertyOptions(*App(), job_.properties);
     AddFrameOptions(*App(), job_);
     AddRunOptions(*App(), run_);
-    AddTextOption(*App(), "--save-job", "FILE", "Also write the job file that renders the same",
-                  [this](const std::string& file) { saved_ = file; })
+    AddTextOption(*App(), "--save-job", "FILE",
+                  "Also write the job file that renders the same, once the render is done",
+                  [this](const std::string& file) { savedJob_ = file; })
         ->group("Output");
     AddTextOption(*App(), "--load-properties", "FILE", "Properties from a file; those given as options win",
                   [this](const std::string& file) { loadedProperties_ = file; })
         ->group("Property files");
-    AddTextOption(*App(), "--save-properties", "FILE", "Also write the properties to a file",
+    AddTextOption(*App(), "--save-properties", "FILE", "Also write the properties to a file, once the render is done",
                   [this](const std::string& file) { savedProperties_ = file; })
         ->group("Property files");
   }
@@ -45,12 +50,17 @@ class RenderCommand : public Command {
     ApplyProgress(run_, terminal);
     CheckPictures();
     if (!loadedProperties_.empty()) LoadProperties();
-    if (!savedProperties_.empty()) host::WritePropertyFile(job_.properties, savedProperties_);
-    if (!saved_.empty()) SaveJob();
-    return RunJob(job_, global, run_, terminal);
+    const SavedFiles saved = SaveBeside();
+    const host::ExitCode code = RunJob(job_, global, run_, terminal);
+    for (const auto& file : saved) {
+      if (code == host::ExitCode::Done) file->Commit();
+    }
+    return code;
   }
 
  private:
+  using SavedFiles = std::vector<std::unique_ptr<host::OutputFileCommit>>;
+
   void CheckPictures() {
     if (job_.mask && job_.mask->file.empty()) {
       host::Refuse("--mask-offset", "there is no mask, expected --mask FILE too");
@@ -69,16 +79,32 @@ class RenderCommand : public Command {
     }
   }
 
-  void SaveJob() const {
-    host::JobCheckOptions check;
-    check.outputMayBeInput = run_.render.overwrite;
-    host::CheckJob(job_, check);
-    host::WriteJobFile(job_, saved_);
+  // Written before the render, so that none fails after it; without their names, which they take when it is done.
+  SavedFiles SaveBeside() const {
+    SavedFiles saved;
+    if (savedJob_.empty() && savedProperties_.empty()) return saved;
+    host::CheckJob(job_, {.outputMayBeInput = run_.render.overwrite});
+    CheckSavedNames();
+    if (!savedJob_.empty()) saved.push_back(host::WriteJobFileBeside(job_, savedJob_));
+    if (!savedProperties_.empty()) {
+      saved.push_back(host::WritePropertyFileBeside(job_.properties, savedProperties_));
+    }
+    return saved;
+  }
+
+  void CheckSavedNames() const {
+    const host::FrameRange frames = host::ResolveFrames(job_);
+    RunFiles files(run_.render.overwrite);
+    files.AddReadByJob(job_, frames);
+    if (!loadedProperties_.empty()) files.AddRead(loadedProperties_);
+    files.AddWrittenByJob(job_, frames);
+    if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
+    if (!savedProperties_.empty()) files.AddWritten("--save-properties", savedProperties_);
   }
 
   host::Job job_;
   RunOptions run_;
-  std::string saved_;
+  std::string savedJob_;
   std::string loadedProperties_;
   std::string savedProperties_;
 };

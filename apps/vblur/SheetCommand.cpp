@@ -4,6 +4,7 @@
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
+#include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
 #include "host/files/OutputFile.h"
 #include "host/properties/PropertyText.h"
@@ -49,7 +50,7 @@ class SheetCommand : public Command {
     const host::EffectFactory makeEffect = server->Factory();
     const host::SheetPlan plan =
         host::PlanSheet(request_, [&](double blur) { return host::FactsOfSize(makeEffect, blur); });
-    host::RequireWritable(output_, overwrite_);
+    CheckFiles();
     host::TheDrawingLibrary().RequireText();
     Interruption interruption;
     host::SheetPictures pictures;
@@ -69,6 +70,13 @@ class SheetCommand : public Command {
     for (const Property& property : kProperties) {
       if (App()->count("--" + host::OptionName(property)) > 0) request_.given.insert(property.id);
     }
+  }
+
+  void CheckFiles() const {
+    RunFiles files(overwrite_);
+    files.AddRead(input_);
+    if (!second_.empty()) files.AddRead(second_);
+    files.AddWritten("OUTPUT", output_);
   }
 
   void Read(const host::SheetPlan& plan, host::SheetPictures& pictures) const {

@@ -1,5 +1,4 @@
 // vblur view JOB OUTPUT: a frame of a job with the effect's controls over it, after what a pen script does to them.
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -7,8 +6,8 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
-#include "host/base/RealPaths.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "host/jobs/JobCheck.h"
@@ -63,12 +62,13 @@ class ViewCommand : public Command {
     const host::Job job = host::ReadJobFile(job_);
     std::vector<host::PenEvent> events;
     if (!script_.empty()) events = host::ReadPenScript(script_);
-    CheckFiles(events);
+    const std::int32_t frame = frame_.value_or(host::ResolveFrames(job).first);
+    CheckFiles(job, frame, events);
     Interruption interruption;
     const auto server = LoadServer(global);
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
-    host::ViewSession session(job, frame_.value_or(host::ResolveFrames(job).first), view_, server->Factory(),
-                              interruption.Context(), global.verbose > 1 ? &trace : nullptr);
+    host::ViewSession session(job, frame, view_, server->Factory(), interruption.Context(),
+                              global.verbose > 1 ? &trace : nullptr);
     session.OpenPage(PageOf(job), hidesControls_);
     Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);
@@ -94,22 +94,17 @@ class ViewCommand : public Command {
                                                                   : std::string(pages::kFullBlur);
   }
 
-  // Before anything is rendered; no name may be written twice.
-  void CheckFiles(const std::vector<host::PenEvent>& events) const {
-    host::RealPaths paths;
-    std::set<std::filesystem::path> names;
-    const auto check = [&](const std::string& place, const std::filesystem::path& file) {
-      host::RequireWritable(file, overwrite_);
-      if (!names.insert(paths.Of(file)).second) {
-        host::Refuse(place,
-                     "expected another name, " + host::Quoted(file.string()) + " is written by this run already");
-      }
-    };
+  // Before anything is rendered.
+  void CheckFiles(const host::Job& job, std::int32_t frame, const std::vector<host::PenEvent>& events) const {
     host::OutputFormatOf(output_);
-    check("OUTPUT", output_);
-    if (!savedJob_.empty()) check("--save-job", savedJob_);
+    RunFiles files(overwrite_);
+    files.AddRead(job_);
+    if (!script_.empty()) files.AddRead(script_);
+    files.AddReadByJob(job, {frame, frame});
+    files.AddWritten("OUTPUT", output_);
+    if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
     for (const host::PenEvent& event : events) {
-      if (event.kind == host::PenEvent::Kind::Snap) check(event.place, event.file);
+      if (event.kind == host::PenEvent::Kind::Snap) files.AddWritten(event.place, event.file);
     }
   }
 

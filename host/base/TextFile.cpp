@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
-#include "host/base/OutputFileCommit.h"
 
 namespace vblur::host {
 
@@ -29,19 +28,24 @@ std::string ReadTextFile(const std::filesystem::path& path, const std::string& k
   return text;
 }
 
-void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind) {
+std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,
+                                                  const std::string& kind) {
   const auto fail = [&] {
     const std::string reason = errno == 0 ? "the system reports an error" : std::strerror(errno);
     Refuse(ExitCode::CannotWrite, path.string(), "cannot write the " + kind + ": " + reason);
   };
-  OutputFileCommit commit(path);
+  auto commit = std::make_unique<OutputFileCommit>(path);
   errno = 0;
-  std::ofstream file(commit.WrittenPath(), std::ios::binary);
+  std::ofstream file(commit->WrittenPath(), std::ios::binary);
   if (!file) fail();
   file << text;
   file.close();
   if (!file) fail();
-  commit.Commit();
+  return commit;
+}
+
+void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind) {
+  WriteTextBeside(text, path, kind)->Commit();
 }
 
 }  // namespace vblur::host

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
+
+#include "host/base/OutputFileCommit.h"
 
 namespace vblur::host {
 
@@ -10,7 +13,12 @@ namespace vblur::host {
 // that is missing, unreadable or larger than 16 MiB.
 std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind);
 
-// Replaces an existing file; the file appears when complete. Throws Failure (cannot write).
+// The whole text in a temporary file, which takes its name, also an existing one's, when committed. Throws Failure
+// (cannot write).
+std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,
+                                                  const std::string& kind);
+
+// The same, committed.
 void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind);
 
 }  // namespace vblur::host

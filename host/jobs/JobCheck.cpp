@@ -113,9 +113,8 @@ FramePattern Pattern(std::string_view field, const std::string& file) {
 }
 
 void CheckNumbers(const Job& job) {
-  std::vector<JobSource> files = SourcesOf(job);
+  std::vector<JobSource> files = FilesReadBy(job);
   files.push_back({"output", &job.output.file});
-  if (job.output.initial) files.push_back({"output/initial", &*job.output.initial});
   for (const auto& [field, file] : files) {
     if (Pattern(field, *file).HasNumber() && !job.frames) {
       Refuse(field, "the file name " + Quoted(*file) + " takes a frame number, expected frames such as 1-48");

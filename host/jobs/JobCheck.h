@@ -24,7 +24,7 @@ bool NeedsInput(EffectKind kind);
 void CheckValues(const Job& job);
 
 struct JobCheckOptions {
-  // Whether a frame may replace a picture that the job reads. `initial` may always be replaced.
+  // Whether a frame may replace a picture that it alone reads. Its `initial` it may always replace.
   bool outputMayBeInput = false;
 };
 

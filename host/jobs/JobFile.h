@@ -3,9 +3,11 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "host/base/OutputFileCommit.h"
 #include "host/jobs/Job.h"
 
 namespace vblur::host {
@@ -27,6 +29,8 @@ Job ParseJob(std::string_view text, const std::filesystem::path& folder);
 // that CheckValues refuses, one with a step between frames (a job file renders every frame from the first
 // to the last), or one with file names that are not UTF-8.
 void WriteJobFile(const Job& job, const std::filesystem::path& path);
+// Without taking the name yet, which the caller does.
+std::unique_ptr<OutputFileCommit> WriteJobFileBeside(const Job& job, const std::filesystem::path& path);
 
 // The text of a job file; file names are written unchanged.
 std::string FormatJob(const Job& job);

@@ -129,10 +129,14 @@ std::string FormatJob(const Job& job) {
   }
 }
 
-void WriteJobFile(const Job& job, const fs::path& path) {
+std::unique_ptr<OutputFileCommit> WriteJobFileBeside(const Job& job, const fs::path& path) {
   Job rebased = job;
   Rebase(rebased, FolderOf(path));
-  WriteTextFile(FormatJob(rebased), path, "job file");
+  return WriteTextBeside(FormatJob(rebased), path, "job file");
+}
+
+void WriteJobFile(const Job& job, const fs::path& path) {
+  WriteJobFileBeside(job, path)->Commit();
 }
 
 }  // namespace vblur::host

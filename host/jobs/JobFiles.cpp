@@ -10,17 +10,23 @@ namespace vblur::host {
 
 namespace {
 
+constexpr std::string_view kInitialField = "output/initial";
+
+// Who reads a file.
+struct Reader {
+  std::string_view field;
+  std::int32_t frame = 0;
+  bool isShared = false;  // other frames read it too
+};
+
 class FileCollisions {
  public:
-  FileCollisions(const Job& job, const FrameRange& frames) : job_(job), frames_(frames) {}
-
-  void AddSources() {
-    for (const auto& [field, file] : SourcesOf(job_)) {
-      const FramePattern pattern(*file);
-      RealPaths paths;
-      for (std::int64_t i = 0; i < (pattern.HasNumber() ? frames_.Count() : 1); ++i)
-        read_.emplace(paths.Of(JobFilePath(job_, pattern, frames_.FrameAt(i))).string(), field);
-    }
+  FileCollisions(const Job& job, const FrameRange& frames, bool outputMayBeInput)
+      : job_(job), frames_(frames), outputMayBeInput_(outputMayBeInput) {
+    ForEachFileRead(job, frames, [this](const FileRead& file) {
+      const auto reader = read_.emplace(file.path.string(), Reader{file.field, file.frame, file.isShared}).first;
+      if (file.isShared || reader->second.frame != file.frame) reader->second.isShared = true;
+    });
   }
 
   void CheckOutputs() {
@@ -29,9 +35,8 @@ class FileCollisions {
     for (std::int64_t i = 0; i < frames_.Count(); ++i) {
       const std::int32_t frame = frames_.FrameAt(i);
       const std::string path = paths.Of(JobFilePath(job_, pattern, frame)).string();
-      if (const auto source = read_.find(path); source != read_.end()) {
-        Refuse("output", Quoted(pattern.FileName(frame)) + " is the picture that " + std::string(source->second) +
-                             " is read from, expected another file");
+      if (const auto reader = read_.find(path); reader != read_.end()) {
+        CheckReader(reader->second, Quoted(pattern.FileName(frame)), frame);
       }
       if (const auto [other, isNew] = written_.emplace(path, frame); !isNew) {
         Refuse("output", "frames " + std::to_string(other->second) + " and " + std::to_string(frame) +
@@ -41,10 +46,25 @@ class FileCollisions {
   }
 
  private:
+  // A frame may read its own output and no other's: which of two frames comes first is left open.
+  void CheckReader(const Reader& reader, const std::string& name, std::int32_t frame) const {
+    const std::string field(reader.field);
+    if (!outputMayBeInput_ && reader.field != kInitialField) {
+      Refuse("output", name + " is the picture that " + field + " is read from, expected another file");
+    }
+    const std::string what = name + " of frame " + std::to_string(frame) + " is the picture that ";
+    if (reader.isShared) Refuse("output", what + "several frames read as " + field + ", expected another file");
+    if (reader.frame != frame) {
+      Refuse("output",
+             what + "frame " + std::to_string(reader.frame) + " reads as " + field + ", expected another file");
+    }
+  }
+
   const Job& job_;
   const FrameRange& frames_;
-  std::unordered_map<std::string, std::string_view> read_;  // field by path
-  std::unordered_map<std::string, std::int32_t> written_;   // frame by path
+  const bool outputMayBeInput_;
+  std::unordered_map<std::string, Reader> read_;           // by path
+  std::unordered_map<std::string, std::int32_t> written_;  // frame by path
 };
 
 }  // namespace
@@ -55,18 +75,29 @@ std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, s
   return job.folder == "." || job.folder.empty() ? name : job.folder / name;
 }
 
-std::vector<JobSource> SourcesOf(const Job& job) {
+std::vector<JobSource> FilesReadBy(const Job& job) {
   std::vector<JobSource> sources;
   if (job.input) sources.push_back({"input", &job.input->file});
   if (job.input2) sources.push_back({"input2", &job.input2->file});
   if (job.mask) sources.push_back({"mask", &job.mask->file});
+  if (job.output.initial) sources.push_back({kInitialField, &*job.output.initial});
   return sources;
 }
 
+void ForEachFileRead(const Job& job, const FrameRange& frames, const std::function<void(const FileRead&)>& visit) {
+  for (const auto& [field, file] : FilesReadBy(job)) {
+    const FramePattern pattern(*file);
+    RealPaths paths;
+    const bool isShared = !pattern.HasNumber() && frames.Count() > 1;
+    for (std::int64_t i = 0; i < (pattern.HasNumber() ? frames.Count() : 1); ++i) {
+      const std::int32_t frame = frames.FrameAt(i);
+      visit({field, paths.Of(JobFilePath(job, pattern, frame)), frame, isShared});
+    }
+  }
+}
+
 void CheckOutputFiles(const Job& job, const FrameRange& frames, bool outputMayBeInput) {
-  FileCollisions collisions(job, frames);
-  if (!outputMayBeInput) collisions.AddSources();
-  collisions.CheckOutputs();
+  FileCollisions(job, frames, outputMayBeInput).CheckOutputs();
 }
 
 }  // namespace vblur::host

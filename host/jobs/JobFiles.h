@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,11 +22,22 @@ struct JobSource {
   const std::string* file;
 };
 
-// input, input2 and mask, as far as the job has them; borrowed.
-std::vector<JobSource> SourcesOf(const Job& job);
+// input, input2, mask and output/initial, as far as the job has them; borrowed.
+std::vector<JobSource> FilesReadBy(const Job& job);
 
-// Refuses two frames that would be written to one file, and, unless `outputMayBeInput`, an output that any frame
-// reads. Compares real paths. Throws Failure (wrong usage) that names the field.
+struct FileRead {
+  std::string_view field;
+  std::filesystem::path path;  // the real one
+  std::int32_t frame;          // the first that reads it
+  bool isShared;               // by all frames, and there are several
+};
+
+// Visits every file that the frames read.
+void ForEachFileRead(const Job& job, const FrameRange& frames, const std::function<void(const FileRead&)>& visit);
+
+// Refuses two frames that would be written to one file, an output that another frame reads, and, unless
+// `outputMayBeInput`, one that its own frame reads, other than as `initial`. Compares real paths. Throws Failure
+// (wrong usage) that names the field.
 void CheckOutputFiles(const Job& job, const FrameRange& frames, bool outputMayBeInput);
 
 }  // namespace vblur::host

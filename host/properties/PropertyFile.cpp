@@ -50,10 +50,15 @@ PropertyStore ReadPropertyFile(const std::filesystem::path& path) {
   }
 }
 
-void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path) {
+std::unique_ptr<OutputFileCommit> WritePropertyFileBeside(const PropertyStore& properties,
+                                                          const std::filesystem::path& path) {
   nlohmann::ordered_json document{{"version", 1}};
   document["properties"] = PropertiesToJson(properties);
-  WriteTextFile(LayoutJson(document), path, "property file");
+  return WriteTextBeside(LayoutJson(document), path, "property file");
+}
+
+void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path) {
+  WritePropertyFileBeside(properties, path)->Commit();
 }
 
 }  // namespace vblur::host

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
+#include "host/base/OutputFileCommit.h"
 #include "host/properties/PropertyStore.h"
 #include "platform/IDSProperties.h"
 
@@ -20,5 +22,8 @@ PropertyStore ReadPropertyFile(const std::filesystem::path& path);
 // ReadPropertyFile reads equal properties, to the last bit. The file appears when complete and replaces an existing
 // one. Throws Failure (cannot write).
 void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path);
+// Without taking the name yet, which the caller does.
+std::unique_ptr<OutputFileCommit> WritePropertyFileBeside(const PropertyStore& properties,
+                                                          const std::filesystem::path& path);
 
 }  // namespace vblur::host

@@ -56,9 +56,10 @@ TEST_F(SheetPrograms, RefusesWhatDoesNotFit) {
 }
 
 TEST_F(SheetPrograms, OldFilesAreReplacedOnlyWhenTold) {
+  MakePicture("other.png");
   const std::string before = host::Bytes(Path("in.png"));
   for (const auto& command :
-       std::vector<std::vector<std::string>>{{"sheet", "in.png", "in.png", "--of", "sizes"}, {"kernel", "in.png"}}) {
+       std::vector<std::vector<std::string>>{{"sheet", "other.png", "in.png", "--of", "sizes"}, {"kernel", "in.png"}}) {
     const auto result = Run(command);
     EXPECT_EQ(result.exit, 4);
     EXPECT_NE(result.err.find("in.png: cannot write: the file exists already; give --overwrite"), std::string::npos);
@@ -66,6 +67,17 @@ TEST_F(SheetPrograms, OldFilesAreReplacedOnlyWhenTold) {
   }
   EXPECT_EQ(Run({"kernel", "in.png", "--overwrite"}).exit, 0);
   EXPECT_NE(host::Bytes(Path("in.png")), before);
+}
+
+TEST_F(SheetPrograms, ASheetReplacesNothingThatItReads) {
+  MakePicture("other.png");
+  std::filesystem::create_symlink("in.png", Path("link.png"));
+  const std::string before = host::Bytes(Path("in.png"));
+  for (const std::string file : {"in.png", "link.png", "other.png"}) {
+    ExpectRefusal({"sheet", "in.png", file, "--of", "ramps", "--to", "other.png", "--overwrite"}, 2,
+                  "OUTPUT: expected another name, \"" + file + "\" is read by this run");
+  }
+  EXPECT_EQ(host::Bytes(Path("in.png")), before);
 }
 
 TEST_F(SheetPrograms, DrawsAndRefusesKernels) {

@@ -30,10 +30,30 @@ TEST_F(ViewProgram, RefusesWhatItCannotDoBeforeAnythingIsWritten) {
   folder_.Write("b.pen", "snap view.png\n");
   refuse({"--pen", "b.pen"}, 2, "b.pen:1: expected another name, \"view.png\" is written by this run already");
   folder_.Write("c.pen", "snap in.png\n");
-  refuse({"--save-job", "job.json"}, 4,
-         "job.json: cannot write: the file exists already; give --overwrite to replace it");
-  refuse({"--pen", "c.pen"}, 4, "in.png: cannot write: the file exists already; give --overwrite to replace it");
+  folder_.Write("old.json", "old");
+  refuse({"--save-job", "old.json"}, 4,
+         "old.json: cannot write: the file exists already; give --overwrite to replace it");
+  folder_.Write("old.png", "old");
+  folder_.Write("d.pen", "snap old.png\n");
+  refuse({"--pen", "d.pen"}, 4, "old.png: cannot write: the file exists already; give --overwrite to replace it");
   ExpectRefusal({"view", "none.json", "view.png"}, 3, "none.json: cannot read the job file: No such file or directory");
+}
+
+TEST_F(ViewProgram, ReplacesNothingThatItReads) {
+  folder_.Write("job.pen", "snap in.png\n");
+  std::filesystem::create_symlink("in.png", Path("link.png"));
+  const auto before = host::Bytes(Path("in.png"));
+  const auto refuse = [&](std::vector<std::string> arguments, const std::string& place, const std::string& file) {
+    arguments.insert(arguments.begin(), {"view", "job.json"});
+    arguments.push_back("--overwrite");
+    ExpectRefusal(arguments, 2, place + ": expected another name, \"" + file + "\" is read by this run");
+  };
+  refuse({"in.png"}, "OUTPUT", "in.png");
+  refuse({"link.png"}, "OUTPUT", "link.png");
+  refuse({"view.png", "--save-job", "./job.json"}, "--save-job", "./job.json");
+  refuse({"view.png", "--pen", "job.pen", "--save-job", "job.pen"}, "--save-job", "job.pen");
+  refuse({"view.png", "--pen", "job.pen"}, "job.pen:1", "in.png");
+  EXPECT_EQ(host::Bytes(Path("in.png")), before);
 }
 
 TEST_F(ViewProgram, DragsTheRingAndSavesTheJob) {

@@ -293,6 +293,30 @@ TEST(JobCheck, RefusesAnOutputThatAnotherFrameReads) {
             "output: \"in.1005.exr\" is the picture that input is read from, expected another file");
 }
 
+TEST(JobCheck, RefusesASequenceThatFeedsItself) {
+  const auto failure = [](const auto& change) {
+    Job job = Sequence();
+    change(job);
+    return UsageFailureOf([&] { CheckJob(job, {.outputMayBeInput = true}); });
+  };
+  EXPECT_EQ(failure([](Job& job) {
+              job.input->file = "in.%04d.exr";
+              job.output.file = "in.1%03d.exr";
+              job.frames = FrameRange{5, 1005, 5};
+            }),
+            "output: \"in.1005.exr\" of frame 5 is the picture that frame 1005 reads as input, expected another file");
+  EXPECT_EQ(
+      failure([](Job& job) { job.mask.emplace().file = "out.0007.exr"; }),
+      "output: \"out.0007.exr\" of frame 7 is the picture that several frames read as mask, expected another file");
+  EXPECT_EQ(failure([](Job& job) { job.output.initial = "out.0009.exr"; }),
+            "output: \"out.0009.exr\" of frame 9 is the picture that several frames read as output/initial, expected "
+            "another file");
+  Job job = Sequence();
+  job.output.file = "in.%04d.exr";
+  job.output.initial = job.output.file;
+  EXPECT_NO_THROW(CheckJob(job, {.outputMayBeInput = true}));
+}
+
 TEST(JobCheck, RefusesFramesThatShareAnOutput) {
   const ScratchFolder scratch;
   scratch.Write("out.0001.exr", "x");

@@ -1,0 +1,40 @@
+#include "apps/vblur/RunFiles.h"
+
+#include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
+#include "host/files/OutputFile.h"
+#include "host/jobs/JobFiles.h"
+
+namespace vblur::cli {
+
+void RunFiles::AddRead(const std::filesystem::path& file) {
+  uses_.emplace(paths_.Of(file).string(), Use::Read);
+}
+
+void RunFiles::AddReadByJob(const host::Job& job, const host::FrameRange& frames) {
+  host::ForEachFileRead(job, frames,
+                        [this](const host::FileRead& file) { uses_.emplace(file.path.string(), Use::Read); });
+}
+
+void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameRange& frames) {
+  const host::FramePattern pattern(job.output.file);
+  for (std::int64_t i = 0; i < frames.Count(); ++i) {
+    uses_.emplace(paths_.Of(host::JobFilePath(job, pattern, frames.FrameAt(i))).string(), Use::Written);
+  }
+}
+
+void RunFiles::AddWritten(const std::string& place, const std::filesystem::path& file) {
+  if (const auto [use, isNew] = uses_.emplace(paths_.Of(file).string(), Use::Written); !isNew) {
+    host::Refuse(place, "expected another name, " + host::Quoted(file.string()) +
+                            (use->second == Use::Read ? " is read by this run" : " is written by this run already"));
+  }
+  try {
+    host::RequireWritable(file, overwrite_);
+  } catch (const host::Failure& failure) {
+    if (failure.Kind() != host::FailureKind::FileExists) throw;
+    // Frames alone can be skipped.
+    throw host::Failure(failure.Code(), std::string(failure.what()) + "; give --overwrite to replace it");
+  }
+}
+
+}  // namespace vblur::cli

@@ -1,0 +1,36 @@
+// The files that a run of the program reads and writes, so that none takes the place of another.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <unordered_map>
+
+#include "host/base/RealPaths.h"
+#include "host/jobs/Job.h"
+
+namespace vblur::cli {
+
+class RunFiles {
+ public:
+  explicit RunFiles(bool overwrite) : overwrite_(overwrite) {}
+
+  void AddRead(const std::filesystem::path& file);
+  // The pictures that these frames of a job read.
+  void AddReadByJob(const host::Job& job, const host::FrameRange& frames);
+  // The outputs of these frames, which the renderer itself checks.
+  void AddWrittenByJob(const host::Job& job, const host::FrameRange& frames);
+
+  // Adds a file that the run will write. Throws host::Failure when it cannot be written, exists while files must not
+  // be replaced, or is read or written by this run already, whatever its name. `place` is the option or the line of a
+  // script that names the file.
+  void AddWritten(const std::string& place, const std::filesystem::path& file);
+
+ private:
+  enum class Use { Read, Written };
+
+  const bool overwrite_;
+  host::RealPaths paths_;
+  std::unordered_map<std::string, Use> uses_;  // by real path
+};
+
+}  // namespace vblur::cli
