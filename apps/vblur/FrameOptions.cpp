@@ -1,6 +1,7 @@
 #include "apps/vblur/FrameOptions.h"
 
 #include "apps/vblur/OptionText.h"
+#include "host/base/Failure.h"
 #include "host/jobs/FrameRangeText.h"
 
 namespace vblur::cli {
@@ -13,6 +14,19 @@ void SetOrigin(host::Job& job, const std::string& text) {
   const auto origin = ParseWholePair("--origin", text);
   job.output.origin = origin;
   if (job.input) job.input->origin = origin;
+}
+
+double ParsePositive(std::string_view option, const std::string& text) {
+  const double number = ParseNumber(option, text);
+  if (!(number > 0.0)) host::Refuse(option, "expected more than 0, found " + text);
+  return number;
+}
+
+void SetProxy(host::Job& job, const std::string& text) {
+  job.proxy = ParseNumberPair("--proxy", text);
+  if (!(job.proxy[0] > 0.0 && job.proxy[1] > 0.0)) {
+    host::Refuse("--proxy", "expected two factors of more than 0, found " + text);
+  }
 }
 
 }  // namespace
@@ -43,9 +57,9 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
   add("--time", "T", "Time of the first frame, in units of the keys: one a frame [0]",
       [&](const std::string& text) { job.time = ParseNumber("--time", text); });
   add("--duration", "D", "Length of the effect in frames [the number of frames]",
-      [&](const std::string& text) { job.duration = ParseNumber("--duration", text); });
+      [&](const std::string& text) { job.duration = ParsePositive("--duration", text); });
   add("--proxy", "SX,SY", "Scale of the pictures against full resolution [1,1]",
-      [&](const std::string& text) { job.proxy = ParseNumberPair("--proxy", text); });
+      [&](const std::string& text) { SetProxy(job, text); });
   add("--origin", "X,Y", "Pixel of the lower left corner of input and output [0,0]",
       [&](const std::string& text) { SetOrigin(job, text); });
 }

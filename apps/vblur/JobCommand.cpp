@@ -30,12 +30,20 @@ class JobCommand : public Command {
     ApplyProgress(run_, terminal);
     host::Job job = host::ReadJobFile(file_);
     for (const std::string& assignment : assignments_)
-      host::ApplyAssignment(job.properties, assignment);
+      Assign(job, assignment);
     if (frames_) job.frames = frames_;
     return RunJob(job, global, run_, terminal);
   }
 
  private:
+  static void Assign(host::Job& job, const std::string& assignment) {
+    try {
+      host::ApplyAssignment(job.properties, assignment);
+    } catch (const host::Failure& failure) {
+      host::Refuse("--set", failure.what());
+    }
+  }
+
   std::string file_;
   std::vector<std::string> assignments_;
   std::optional<host::FrameRange> frames_;

@@ -19,8 +19,7 @@ class KernelCommand : public Command {
       : Command(parent, "kernel", "Measure and draw the impulse response of a size") {
     App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
     AddTextOption(*App(), "--blur", "NUMBER",
-                  "Size: " + host::FormatNumber(kBlur.minimum) + " to " + host::FormatNumber(kBlur.maximum) + " [" +
-                      host::FormatNumber(kBlur.defaultValue) + "]",
+                  "Size: " + host::FormatRange(kBlur) + " [" + host::FormatNumber(kBlur.defaultValue) + "]",
                   [this](const std::string& text) { blur_ = ParseNumber("--blur", text); });
     AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [16]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
@@ -44,9 +43,8 @@ class KernelCommand : public Command {
   void CheckOptions() const {
     host::OutputFormatOf(output_);
     if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
-    if (blur_ < kBlur.minimum || blur_ > kBlur.maximum) {
-      host::Refuse("--blur", "expected " + host::FormatNumber(kBlur.minimum) + " to " +
-                                 host::FormatNumber(kBlur.maximum) + ", found " + host::FormatNumber(blur_));
+    if (host::ValueOutOfRange(kBlur, blur_)) {
+      host::Refuse("--blur", "expected " + host::FormatRange(kBlur) + ", found " + host::FormatNumber(blur_));
     }
   }
 

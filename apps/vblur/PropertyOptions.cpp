@@ -26,9 +26,7 @@ std::string Help(const Property& property) {
 
 std::string DescribeValues(const Property& property) {
   if (property.control == PropertyControl::OnOff) return "on or off";
-  if (property.control == PropertyControl::Number) {
-    return host::FormatNumber(property.minimum) + " to " + host::FormatNumber(property.maximum);
-  }
+  if (property.control == PropertyControl::Number) return host::FormatRange(property);
   std::string entries;
   for (const std::string_view entry : property.entries) {
     if (!entries.empty()) entries += ", ";
@@ -49,7 +47,7 @@ std::string PropertyGroup(const Property& property) {
 void AddPropertyOptions(CLI::App& app, host::PropertyStore& store) {
   for (const Property& property : kProperties) {
     const auto set = [&store, &property](const std::string& text) {
-      store.Set(property.guid, host::ParseSetting(property, text));
+      store.Set(property.guid, host::ParseSettingInRange(property, text));
     };
     AddTextOption(app, "--" + host::OptionName(property), Form(property), Help(property), set)
         ->group(PropertyGroup(property));

@@ -2,7 +2,9 @@
 
 #include "apps/vblur/FlatAreaWarning.h"
 #include "apps/vblur/Interruption.h"
+#include "apps/vblur/JobWarnings.h"
 #include "apps/vblur/LoadServer.h"
+#include "host/jobs/JobCheck.h"
 #include "host/sequence/Progress.h"
 
 namespace vblur::cli {
@@ -37,6 +39,10 @@ host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const R
   Interruption interruption;
   host::Progress progress(terminal.Stream(), StyleOf(global, run, terminal));
   const auto server = LoadServer(global);
+  // Before the warnings: nothing is warned of that is refused.
+  host::CheckValues(job);
+  WarnOfValues(job, terminal);
+  WarnOfRegion(job, terminal);
   WarnOfFlatAreas(job, server->Factory(), terminal);
   host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
   host::RenderOptions options = run.render;

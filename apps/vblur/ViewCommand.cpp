@@ -4,6 +4,7 @@
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/Interruption.h"
+#include "apps/vblur/JobWarnings.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/RunFiles.h"
@@ -69,6 +70,7 @@ class ViewCommand : public Command {
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
     host::ViewSession session(job, frame, view_, server->Factory(), interruption.Context(),
                               global.verbose > 1 ? &trace : nullptr);
+    WarnOfValues(job, terminal);
     session.OpenPage(PageOf(job), hidesControls_);
     Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);

@@ -167,6 +167,26 @@ PropertyStore::Setting ParseSetting(const Property& property, std::string_view t
   return ParseCurve(property, text, interpolation.value_or(Interpolation::Linear));
 }
 
+std::string FormatRange(const Property& property) {
+  return FormatNumber(property.minimum) + " to " + FormatNumber(property.maximum);
+}
+
+std::optional<double> ValueOutOfRange(const Property& property, const PropertyStore::Setting& setting) {
+  const auto isOut = [&](double value) { return value < property.minimum || value > property.maximum; };
+  if (const auto* value = std::get_if<double>(&setting)) return isOut(*value) ? std::optional(*value) : std::nullopt;
+  const auto& keys = std::get<Curve>(setting).keys;
+  const auto found = std::ranges::find_if(keys, isOut, &CurveKey::value);
+  return found == keys.end() ? std::nullopt : std::optional(found->value);
+}
+
+PropertyStore::Setting ParseSettingInRange(const Property& property, std::string_view text) {
+  PropertyStore::Setting setting = ParseSetting(property, text);
+  if (const auto value = ValueOutOfRange(property, setting)) {
+    Refuse(property.name, "expected " + FormatRange(property) + ", found " + FormatNumber(*value));
+  }
+  return setting;
+}
+
 std::string FormatSetting(const Property& property, const PropertyStore::Setting& setting) {
   if (const auto* value = std::get_if<double>(&setting)) return FormatValue(property, *value);
   const Curve& curve = std::get<Curve>(setting);
@@ -198,7 +218,7 @@ void ApplyAssignment(PropertyStore& store, std::string_view assignment) {
     throw Failure(ExitCode::WrongUsage, "expected NAME=VALUE, found " + Quoted(assignment));
   }
   const Property& property = PropertyNamed(Trimmed(assignment.substr(0, equals)));
-  store.Set(property.guid, ParseSetting(property, assignment.substr(equals + 1)));
+  store.Set(property.guid, ParseSettingInRange(property, assignment.substr(equals + 1)));
 }
 
 }  // namespace vblur::host

@@ -9,7 +9,8 @@
 // Times must rise strictly, and keys belong to animated properties only. A value is a finite number; for
 // a list an entry's text or its number; for an on-or-off property true, on, yes, 1 or false, off, no, 0.
 // Upper and lower case are the same everywhere, and spaces around a value, a time or a name do not
-// matter. Numbers beyond a property's control range are taken as they are: the effect limits what it must.
+// matter. Numbers beyond a property's control range are taken as they are: the effect limits what it must. What a
+// person types for one run is held to the range all the same: there it is a slip.
 //
 // Every failure is a Failure (wrong usage) whose line names the property, what was found and what was
 // expected.
@@ -47,11 +48,19 @@ std::string FormatValue(const Property& property, double value);
 PropertyStore::Setting ParseSetting(const Property& property, std::string_view text);
 std::string FormatSetting(const Property& property, const PropertyStore::Setting& setting);
 
+// The control range in words: "0 to 720".
+std::string FormatRange(const Property& property);
+// The first value of a setting beyond the control range.
+std::optional<double> ValueOutOfRange(const Property& property, const PropertyStore::Setting& setting);
+// ParseSetting, and refuses values beyond the control range.
+PropertyStore::Setting ParseSettingInRange(const Property& property, std::string_view text);
+
 // The interpolation of this name, case does not matter; nothing for any other text.
 std::optional<Interpolation> FindInterpolation(std::string_view name);
 std::string_view InterpolationName(Interpolation interpolation);
 
-// Carries out "NAME=SETTING", such as "Blur=24" or "Effect Gain=0:100,24:50"; option names serve too.
+// Carries out "NAME=SETTING", such as "Blur=24" or "Effect Gain=0:100,24:50", within the control range; option names
+// serve too.
 void ApplyAssignment(PropertyStore& store, std::string_view assignment);
 
 }  // namespace vblur::host

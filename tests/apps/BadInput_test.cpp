@@ -68,6 +68,21 @@ TEST_F(BadInput, PropertyValues) {
   }
 }
 
+TEST_F(BadInput, ValuesOutOfRange) {
+  ExpectWrongOption("--blur", "-1", "Blur: expected 0 to 720, found -1");
+  ExpectWrongOption("--blur", "0:10,5:721", "Blur: expected 0 to 720, found 721");
+  ExpectWrongOption("--blend", "500", "Blend: expected 0 to 100, found 500");
+  ExpectWrongOption("--aspect", "-100.5", "Aspect: expected -100 to 100, found -100.5");
+  ExpectWrongOption("--crop-left", "120", "Crop Left: expected 0 to 100, found 120");
+  ExpectWrongOption("--proxy", "0.5,0", "--proxy: expected two factors of more than 0, found 0.5,0");
+  ExpectWrongOption("--proxy", "-1,1", "--proxy: expected two factors of more than 0, found -1,1");
+  ExpectWrongOption("--duration", "0", "--duration: expected more than 0, found 0");
+  folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
+  ExpectRefusal({"job", "job.json", "--set", "Blur=900"}, 2, "--set: Blur: expected 0 to 720, found 900");
+  ExpectRefusal({"job", "job.json", "--set", "Blurr=9"}, 2,
+                "--set: unknown property \"Blurr\"; did you mean \"Blur\"?");
+}
+
 TEST_F(BadInput, OptionValues) {
   ExpectWrongOption("--roi", "1,2,3", "--roi: expected four whole numbers such as 0,0,640,480, found \"1,2,3\"");
   ExpectWrongOption("--roi", "0,0,0,5", "roi width: expected at least 1, found 0");

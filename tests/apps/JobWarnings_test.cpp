@@ -1,0 +1,52 @@
+// Jobs that are rendered although their author hardly meant them.
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class JobWarnings : public ProgramTest {
+ protected:
+  JobWarnings() {
+    MakePicture("in.png");
+    folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"},
+                                  "properties": {"Blur": {"keys": [[0, 10], [9, -4]]}, "Blend": 500}})");
+  }
+};
+
+TEST_F(JobWarnings, ValuesOfFilesBeyondTheirRangeAreToldAndRendered) {
+  const std::string lines =
+      "vblur: properties/Blur: -4 is outside 0 to 720; rendered as it is\n"
+      "vblur: properties/Blend: 500 is outside 0 to 100; rendered as it is\n";
+  auto result = Run({"job", "job.json"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, lines);
+  EXPECT_TRUE(Exists("out.png"));
+  result = Run({"job", "job.json", "--overwrite", "-q"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, "");
+  result = Run({"job", "job.json", "--overwrite", "--progress", "json"});
+  EXPECT_EQ(result.err.rfind(R"({"event":"warning","message":"properties/Blur: -4 is outside)", 0), 0u) << result.err;
+  result = Run({"view", "job.json", "view.png"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, lines);
+  folder_.Write("look.json", R"({"properties": {"Blend": 500}})");
+  result = Run({"render", "in.png", "look.png", "--load-properties", "look.json"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, "vblur: properties/Blend: 500 is outside 0 to 100; rendered as it is\n");
+}
+
+TEST_F(JobWarnings, ARegionOutsideThePictureIsTold) {
+  const std::string line = "vblur: roi: the region lies outside the picture of 40 x 30 pixels; nothing is rendered\n";
+  const auto errors = [&](const std::string& roi) {
+    const auto result = Run({"render", "in.png", "out.png", "--overwrite", "--roi", roi, "--origin", "100,-7"});
+    EXPECT_EQ(result.exit, 0);
+    return result.err;
+  };
+  for (const std::string outside : {"40,0,5,5", "0,30,5,5", "-5,0,5,5", "0,-5,5,5", "9000,9000,1,1"})
+    EXPECT_EQ(errors(outside), line) << outside;
+  for (const std::string inside : {"39,29,5,5", "-4,-4,5,5"})
+    EXPECT_EQ(errors(inside), "") << inside;
+}
+
+}  // namespace
+}  // namespace vblur::cli
