@@ -1,6 +1,7 @@
 // The filter by itself: what it copies, what it leaves of its settings, its sizes, and its copy back.
 #include "blur/GaussFilter.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <memory>
@@ -90,6 +91,84 @@ TEST(GaussFilter, ReplacesAnIntermediateOfAnotherSize) {
     filter.process(&source, &output);
     ASSERT_NE(filter.intermediate, nullptr) << name;
     EXPECT_EQ(filter.intermediate->width(), 6) << name;
+  }
+}
+
+// All components, so that only the window and the sizes decide what the x pass writes.
+using WholeFilter = BlurRGBAGauss<R8, Ri, 255, 1, 1, 1, 1>;
+
+// The run of a filter whose intermediate lies in memory that is full of something else.
+struct InUsedMemory {
+  int sourceHeight = 7;
+  float sizeX = 1.0f;
+  std::array<std::int32_t, 4> window{0, 0, 8, 6};
+  // The intermediate is there; else it is made of scratch memory.
+  bool isThere = false;
+
+  // (1 + 2) * 3 rows above and below.
+  static constexpr int kMargin = 9;
+  int height() const { return std::max(sourceHeight, 7) + 2 * kMargin; }
+
+  template <class Filter>
+  std::vector<R8> intermediateOf() const {
+    Frame source(9, sourceHeight);
+    std::fill_n(source.at(0, 0), 9 * sourceHeight, R8{{10, 20, 30, 40}});
+    source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
+    Frame output(9, 7);
+    auto used = std::make_unique<Frame>();
+    used->horizontal.setSize(9);
+    used->vertical.setSize(height());
+    used->allocateScratch(false);
+    for (int y = 0; y < height(); ++y)
+      std::fill_n(used->at(0, y), 9, R8{{201, 202, 203, 204}});
+    Filter filter;
+    if (isThere) filter.intermediate = std::move(used);
+    used.reset();
+    filter.sizeX = sizeX;
+    filter.sizeY = 1.0f;
+    filter.setWindow(window[0], window[1], window[2], window[3]);
+    filter.process(&source, &output);
+    std::vector<R8> pixels;
+    for (int y = 0; y < filter.intermediate->height(); ++y)
+      pixels.insert(pixels.end(), filter.intermediate->at(0, y), filter.intermediate->at(0, y) + 9);
+    return pixels;
+  }
+
+  // The flat colour where the x pass has run, and 0 everywhere else.
+  std::vector<R8> expected(const R8& filtered) const {
+    std::vector<R8> pixels;
+    for (int y = 0; y < height(); ++y) {
+      for (int x = 0; x < 9; ++x) {
+        const bool written = x >= window[0] && x <= window[2] && y >= window[1] && y <= window[3] + 2 * kMargin;
+        pixels.push_back(written ? filtered : R8{});
+      }
+    }
+    return pixels;
+  }
+};
+
+TEST(GaussFilter, ShowsNothingInItsIntermediateOfWhatItsMemoryHeldBefore) {
+  for (const std::string& name : HvCpuLevels()) {
+    const CpuLevel level(name);
+    for (const bool isThere : {false, true}) {
+      SCOPED_TRACE(name + (isThere ? " there" : " made"));
+      InUsedMemory run{.isThere = isThere};
+      EXPECT_EQ(run.intermediateOf<ColourFilter>(), run.expected(R8{{10, 20, 30, 0}}));
+      for (const std::array<std::int32_t, 4>& window :
+           {std::array{0, 0, 8, 6}, {1, 0, 8, 6}, {0, 1, 8, 6}, {0, 0, 7, 6}, {0, 0, 8, 5}}) {
+        run.window = window;
+        EXPECT_EQ(run.intermediateOf<WholeFilter>(), run.expected(R8{{10, 20, 30, 40}}))
+            << ::testing::PrintToString(window);
+      }
+      // The target ends before the picture does.
+      InUsedMemory taller{.sourceHeight = 9, .isThere = isThere};
+      EXPECT_EQ(taller.intermediateOf<WholeFilter>(), taller.expected(R8{{10, 20, 30, 40}}));
+      // The margins of a radius of -2 are of -3 pixels, which the x pass leaves out at both ends of a row.
+      InUsedMemory below{.sizeX = -2.0f, .isThere = isThere};
+      const std::vector<R8> pixels = below.intermediateOf<WholeFilter>();
+      for (const std::size_t x : {0, 1, 2, 6, 7, 8})
+        EXPECT_EQ(pixels[x], R8{}) << x;
+    }
   }
 }
 
