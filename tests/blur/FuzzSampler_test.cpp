@@ -8,6 +8,7 @@
 #include "image/ChannelCopySampler.h"
 #include "tests/blur/RandomPictures.h"
 #include "tests/blur/SmallBlur.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/StopAfter.h"
 
 namespace vblur::test {
@@ -72,12 +73,14 @@ TEST(FuzzSampler, TakesEveryFilteredChannelToZeroFromRadius8192On) {
   const R16 white{{32767, 32767, 32767, 32767}};
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     for (const float radius : {8192.0f, 8400.0f, 1e9f}) {
       EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzRGBA), R16{}) << name << ' ' << radius;
       EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzRGB), (R16{{0, 0, 0, 32767}})) << name;
       EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzAlpha), (R16{{32767, 32767, 32767, 0}})) << name;
       EXPECT_EQ(longFlatAreaAfter(radius, white, kFuzzGrey), (R16{{0, 0, 0, 32767}})) << name;
     }
+    EXPECT_TRUE(kernelsRanAmongOthers({"copyBits 64", "extractRow 16", "spreadRow 16"})) << name;
   }
 }
 
@@ -301,6 +304,7 @@ R8 nearEndOf(int length, float radius, std::int32_t mode, bool alongY) {
 TEST(FuzzSampler, FillsItsPlanesThreeRadiiAndSixPixelsBeyondTheWindow) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     for (const bool alongY : {false, true}) {
       SCOPED_TRACE(name + (alongY ? " along y" : " along x"));
       for (const float radius : {1.0f, 1.75f}) {
@@ -312,6 +316,7 @@ TEST(FuzzSampler, FillsItsPlanesThreeRadiiAndSixPixelsBeyondTheWindow) {
       EXPECT_EQ(nearEndOf(8, 0.5f, kFuzzGrey, alongY), (R8{{195, 195, 195, 255}}));
       EXPECT_EQ(nearEndOf(11, 1.0f, kFuzzLuminance, alongY), (R8{{137, 139, 136, 255}}));
     }
+    EXPECT_TRUE(kernelsRanAmongOthers({"boxSweep 8", "extractRow 8", "rgbRow 8", "spreadRow 8", "yuvRow 8"})) << name;
   }
 }
 

@@ -5,6 +5,8 @@
 #include <array>
 #include <atomic>
 #include <memory>
+#include <set>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -13,13 +15,14 @@
 
 #include "tests/blur/RandomPictures.h"
 #include "tests/blur/SmallBlur.h"
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/StopAfter.h"
 
 namespace vblur::test {
 namespace {
 
 using Frame = HvTexture<R8, Ri>;
+using Names = std::vector<std::string>;
 using ColourFilter = BlurRGBAGauss<R8, Ri, 255, 1, 1, 1, 0>;
 
 TEST(GaussFilter, WithoutASizeCopiesAllChannelsEvenThoseThatItDoesNotFilter) {
@@ -44,6 +47,7 @@ TEST(GaussFilter, HasThreeBoxesAndNoCopyBackUnlessToldOtherwise) {
 TEST(GaussFilter, MakesAnIntermediateThatReachesTwoPixelsABoxBeyondTheSize) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     Frame source(6, 9);
     Frame output(4, 5);
     output.setWriteOrigin(30, -40);
@@ -59,12 +63,14 @@ TEST(GaussFilter, MakesAnIntermediateThatReachesTwoPixelsABoxBeyondTheSize) {
     EXPECT_EQ(filter.intermediate->height(), 9 + 2 * 11);
     EXPECT_EQ(filter.intermediate->horizontal.writeOrigin, 30);
     EXPECT_EQ(filter.intermediate->vertical.writeOrigin, -51);
+    EXPECT_TRUE(kernelsRan({})) << name;
   }
 }
 
 TEST(GaussFilter, UsesAnIntermediateThatIsThere) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     Frame source(6, 9);
     std::fill_n(source.at(0, 0), 54, R8{{10, 20, 30, 40}});
     source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
@@ -77,12 +83,14 @@ TEST(GaussFilter, UsesAnIntermediateThatIsThere) {
     ASSERT_NE(filter.intermediate, nullptr) << name;
     EXPECT_EQ(filter.intermediate->data, memory) << name;
     EXPECT_EQ(pixelsOf(*filter.intermediate), std::vector<R8>(6 * 27, R8{{10, 20, 30, 0}})) << name;
+    EXPECT_TRUE(kernelsRan({})) << name;
   }
 }
 
 TEST(GaussFilter, ReplacesAnIntermediateOfAnotherSize) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     Frame source(6, 9);
     Frame output(6, 9);
     ColourFilter filter;
@@ -91,6 +99,7 @@ TEST(GaussFilter, ReplacesAnIntermediateOfAnotherSize) {
     filter.process(&source, &output);
     ASSERT_NE(filter.intermediate, nullptr) << name;
     EXPECT_EQ(filter.intermediate->width(), 6) << name;
+    EXPECT_TRUE(kernelsRan({})) << name;
   }
 }
 
@@ -150,6 +159,7 @@ struct InUsedMemory {
 TEST(GaussFilter, ShowsNothingInItsIntermediateOfWhatItsMemoryHeldBefore) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     for (const bool isThere : {false, true}) {
       SCOPED_TRACE(name + (isThere ? " there" : " made"));
       InUsedMemory run{.isThere = isThere};
@@ -166,6 +176,7 @@ TEST(GaussFilter, ShowsNothingInItsIntermediateOfWhatItsMemoryHeldBefore) {
       // The margins of a radius of -2 are of -3 pixels, which the x pass leaves out at both ends of a row.
       InUsedMemory below{.sizeX = -2.0f, .isThere = isThere};
       const std::vector<R8> pixels = below.intermediateOf<WholeFilter>();
+      EXPECT_TRUE(kernelsRan({})) << name;
       for (const std::size_t x : {0, 1, 2, 6, 7, 8})
         EXPECT_EQ(pixels[x], R8{}) << x;
     }
@@ -175,6 +186,7 @@ TEST(GaussFilter, ShowsNothingInItsIntermediateOfWhatItsMemoryHeldBefore) {
 TEST(GaussFilter, HasNoIntermediateWhereVectorCodeNeedsNone) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     Frame source(6, 9);
     Frame output(6, 9);
     ColourFilter filter;
@@ -182,6 +194,7 @@ TEST(GaussFilter, HasNoIntermediateWhereVectorCodeNeedsNone) {
     filter.sizeX = filter.sizeY = 1.0f;
     filter.process(&source, &output);
     EXPECT_EQ(filter.intermediate == nullptr, name != "twin") << name;
+    EXPECT_TRUE(kernelsRanAmongOthers({"boxSweep 8", "transposePixels"})) << name;
   }
 }
 
@@ -221,7 +234,9 @@ struct CopiedBack {
     filter.sizeY = 0.75f;
     const ThreadCount scope(randomThreadCount(random));
     const CpuLevel level(cpu);
+    forgetKernelRuns();
     filter.process(&source.texture, &output.texture);
+    copiedByVectors = kernelsRan({"copyBits 32"});
     between = std::move(filter.intermediate);
   }
 
@@ -230,14 +245,18 @@ struct CopiedBack {
   RandomPicture<R8, Ri> output{random, 9, 6};
   std::vector<R8> before = output.canvas.pixels();
   std::unique_ptr<Frame> between;
+  bool copiedByVectors = false;
 };
 
 TEST(GaussFilter, CopiesTheIntermediateBackByTheBoxAndOriginOfTheInput) {
-  forRandomCases(50, [](Random& random) {
+  // Where the rows are not too short for it.
+  std::set<std::string> copiedByVectors;
+  forRandomCases(50, [&](Random& random) {
     const auto seed = static_cast<std::uint64_t>(random.within(0, 1 << 30));
     const CopiedBack twin(seed, "twin");
     for (const std::string& name : HvCpuLevels()) {
       const CopiedBack copied(seed, name);
+      if (copied.copiedByVectors) copiedByVectors.insert(name);
       ASSERT_NE(copied.between, nullptr) << name;
       const Frame& between = *copied.between;
       EXPECT_EQ(between.vertical.lo, copied.source.texture.vertical.lo);
@@ -254,6 +273,7 @@ TEST(GaussFilter, CopiesTheIntermediateBackByTheBoxAndOriginOfTheInput) {
       }
     }
   });
+  EXPECT_EQ(copiedByVectors, (std::set<std::string>{HvCpuLevels().begin() + 1, HvCpuLevels().end()}));
 }
 
 TEST(GaussFilter, CopiesBackASecondTimeWhatItDidTheFirstTime) {
@@ -286,6 +306,7 @@ TEST(GaussFilter, RunsThreePassesWithASizeOnOneAxisAlone) {
     for (const bool alongY : {false, true}) {
       for (const bool keepsIntermediate : {false, true}) {
         const CpuLevel level(name);
+        forgetKernelRuns();
         const int width = alongY ? 1 : 9;
         Frame source(width, alongY ? 9 : 1);
         source.setEdgeMethods(kEdgeRepeat, kEdgeRepeat);
@@ -296,6 +317,7 @@ TEST(GaussFilter, RunsThreePassesWithASizeOnOneAxisAlone) {
         (alongY ? filter.sizeY : filter.sizeX) = 1.0f;
         filter.process(&source, &output);
         EXPECT_EQ(filter.passes, 3);
+        EXPECT_TRUE(kernelsRanAmongOthers(keepsIntermediate ? Names{} : Names{"boxSweep 8"})) << name;
         for (const auto& calls : filter.calls)
           EXPECT_EQ(calls, 2) << name;
         // The box of three taps, three times: 1, 3, 6, 7, 6, 3 and 1 parts of 27, each box rounded.
@@ -350,9 +372,11 @@ TEST(GaussFilter, TakesAnAspectOfNothingOrLessForAThousandth) {
   };
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
+    forgetKernelRuns();
     const std::vector<R8> expected = result(2.0f, 1.0f);
     for (const float aspect : {0.0f, -3.0f, 0.0005f})
       EXPECT_EQ(result(0.002f, aspect), expected) << name << ' ' << aspect;
+    EXPECT_TRUE(kernelsRan({})) << name;
   }
 }
 
@@ -361,6 +385,7 @@ TEST(GaussFilter, FiltersAllOnTheCallingThreadWhenToldTo) {
   for (const std::string& name : HvCpuLevels()) {
     for (const bool keepsIntermediate : {false, true}) {
       const CpuLevel level(name);
+      forgetKernelRuns();
       const auto run = [&](bool alone) {
         Random random(5);
         RandomPicture<R8, Ri> source(random, 200, 150);
@@ -385,6 +410,7 @@ TEST(GaussFilter, FiltersAllOnTheCallingThreadWhenToldTo) {
         return pixelsOf(output);
       };
       EXPECT_EQ(run(true), run(false)) << name;
+      EXPECT_TRUE(kernelsRanAmongOthers(keepsIntermediate ? Names{} : Names{"boxSweep 8", "transposePixels"})) << name;
     }
   }
 }
