@@ -9,8 +9,8 @@
 namespace vblur {
 
 void SetAspect(BlurSizeParts& parts, double aspect) {
-  const double a = static_cast<float>(std::clamp(aspect, -100.0, 100.0) / 100.0);
-  parts.aspectX = a < 0.0 ? 1.0 - std::clamp(-a, 0.0, 1.0) : 1.0;
+  const double a = static_cast<float>(clampTo(aspect, -100.0, 100.0) / 100.0);
+  parts.aspectX = a < 0.0 ? 1.0 - clampTo(-a, 0.0, 1.0) : 1.0;
   parts.aspectY = a > 0.0 ? 1.0 - std::min(a, 1.0) : 1.0;
 }
 
@@ -33,7 +33,7 @@ BlurSizeParts Blur::SizeParts(double time) const {
   const double amount = Evaluate(PropertyId::Blur, blur_.blur, time);
   parts.amount = amount < 0.0 ? 0.0 : amount;
   SetAspect(parts, Evaluate(PropertyId::Aspect, blur_.aspect, time));
-  parts.blend = std::clamp(Evaluate(PropertyId::Blend, blur_.blend, time), 0.0, 100.0);
+  parts.blend = clampTo(Evaluate(PropertyId::Blend, blur_.blend, time), 0.0, 100.0);
   parts.effectGain = Evaluate(PropertyId::EffectGain, blur_.effectGain, time);
   parts.sourceGain = Evaluate(PropertyId::SourceGain, blur_.sourceGain, time);
   return parts;
