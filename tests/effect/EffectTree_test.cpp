@@ -65,13 +65,13 @@ TEST(EffectTree, TheHostsOperationsStandInTheirOrder) {
   EXPECT_EQ(PlacesOf(&I::GetInfo, &I::GetImageEffectInfo, &I::IsFormatSupported, &I::SetDefaults, &I::GetInputOverscan,
                      &I::Verify, &I::RenderFrame, &I::Clone),
             Counting(3, 8));
-  EXPECT_EQ(
-      PlacesOf(&I::SetSampleRate, &I::Setup, &I::Cleanup, &I::GetInputBbox, &I::GetOutputOverscan, &I::SetInput,
-               &I::SetOutput, &I::SetChannelMask, &I::SetPixelMask, &I::SetROI, &I::SetQuality, &I::SetInput2,
-               &I::SetInput2Offset, &I::CloneAtTime, &I::SetDirection, &I::SetPressure, &I::SetOriginalImage,
-               &I::SetTransfo4, &I::SetProcessingMode, &I::GetProcessingMode, &I::SetExecuteContext, &I::SetEffectHost,
-               &I::SetCoordMan, &I::GetCoordMan, &I::BeginFrameRange, &I::EndFrameRange, &I::BeginFrame, &I::EndFrame),
-      Counting(11, 28));
+  EXPECT_EQ(PlacesOf(&I::SetSampleRate, &I::Setup, &I::Cleanup, &I::GetInputBbox, &I::GetOutputOverscan, &I::SetInput,
+                     &I::SetOutput, &I::SetChannelMask, &I::SetPixelMask, &I::SetROI, &I::SetQuality, &I::SetInput2,
+                     &I::SetInput2Offset, &I::CloneAtTime, &I::SetDirection, &I::SetPressure, &I::SetOriginalImage,
+                     &I::SetTransfo4, &I::SetProcessingMode, &I::GetProcessingMode, &I::SetExecuteContext,
+                     &I::SetEffectHost, &I::SetCoordMan, &I::GetCoordMan, &I::BeginFrameRange, &I::EndFrameRange,
+                     &I::BeginFrame, &I::EndFrame, &I::ClearROI, &I::SetField, &I::SetDuration, &I::PrepareData),
+            Counting(11, 32));
 }
 
 TEST(EffectTree, FactoriesStandInTheirOrder) {
