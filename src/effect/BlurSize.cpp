@@ -1,7 +1,5 @@
 #include "effect/BlurSize.h"
 
-#include <algorithm>
-
 #include "effect/Blur.h"
 #include "effect/ProjectSizes.h"
 #include "image/Arithmetic.h"
@@ -10,8 +8,8 @@ namespace vblur {
 
 void SetAspect(BlurSizeParts& parts, double aspect) {
   const double a = static_cast<float>(clampTo(aspect, -100.0, 100.0) / 100.0);
-  parts.aspectX = a < 0.0 ? 1.0 - clampTo(-a, 0.0, 1.0) : 1.0;
-  parts.aspectY = a > 0.0 ? 1.0 - std::min(a, 1.0) : 1.0;
+  parts.aspectX = a < 0.0 ? 1.0 + a : 1.0;
+  parts.aspectY = a > 0.0 ? 1.0 - a : 1.0;
 }
 
 BlurSizeParts Blur::SizeParts(double time) const {
