@@ -347,6 +347,10 @@ TEST(JobCheck, HoldsAMillionFrames) {
   Job job = Sequence();
   job.frames = FrameRange{1, 1000001, 1};
   EXPECT_EQ(UsageFailureOf([&] { CheckJob(job); }), "frames: 1000001 frames, expected at most 1000000");
+  job.frames = FrameRange{1, 1000000, 1};
+  EXPECT_EQ(FailureWith(job, [](Job& j) { j.output.file = "out.exr"; }),
+            "output: 1000000 frames would all be written to \"out.exr\", expected a file name with a frame number such "
+            "as out.%04d.exr");
   job.frames = FrameRange{1, 2000000, 200};
   EXPECT_NO_THROW(CheckJob(job));
 }
