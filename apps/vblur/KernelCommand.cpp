@@ -1,4 +1,4 @@
-// vblur kernel OUTPUT: what the effect makes of a single point, drawn and in numbers.
+// vblur kernel OUTPUT: the effect's impulse response as a plot and in numbers.
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"

@@ -1,4 +1,4 @@
-// Loads the effect server and applies the options that hold for the whole process.
+// Loads the effect server and applies the process-wide options.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// vblur properties [NAME]: what the effect can be told, from the property table.
+// vblur properties [NAME]: the effect's properties, from the property table.
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -53,7 +53,7 @@ std::string DefaultText(const Property& property) {
   return host::FormatValue(property, property.defaultValue);
 }
 
-// Fields are added, never renamed or taken away, as long as the document's version stays.
+// Within a version of the document fields are only added, never renamed or removed.
 Json Describe(const Property& property) {
   Json object = {{"name", property.name},
                  {"guid", host::FormatGuid(property.guid)},
@@ -89,7 +89,7 @@ Json DescribeClasses() {
   return object;
 }
 
-// A list of many entries is told in full by `properties NAME`.
+// Long lists are shown in full by `properties NAME` only.
 std::string ShortValues(const Property& property) {
   constexpr std::size_t kLongest = 34;
   std::string values = DescribeValues(property);

@@ -15,7 +15,7 @@ void AddPropertyOptions(CLI::App& app, host::PropertyStore& store);
 
 // "0 to 720", "Blur, Sharpen", "on or off".
 std::string DescribeValues(const Property& property);
-// The heading that the property stands under in the help.
+// The property's heading in the help.
 std::string PropertyGroup(const Property& property);
 
 }  // namespace vblur::cli

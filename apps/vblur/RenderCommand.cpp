@@ -65,7 +65,7 @@ class RenderCommand : public Command {
     if (job_.mask && job_.mask->file.empty()) {
       host::Refuse("--mask-offset", "there is no mask, expected --mask FILE too");
     }
-    // Options that give a place give it to all clips.
+    // Position options apply to all clips.
     if (job_.input2) job_.input2->origin = job_.input->origin;
   }
 

@@ -18,10 +18,10 @@ class PictureSource {
   virtual ~PictureSource() = default;
 
   virtual const PictureInfo& Info() const = 0;
-  // The samples of all channels as PictureInfo tells their kind, the top row first, nothing between rows. Throws
-  // Failure (cannot read) when the file is damaged or cut short, and FileInterrupted.
+  // Reads the samples of all channels, of the kind in Info(), top row first, without padding. Throws Failure (cannot
+  // read) when the file is damaged or truncated, and FileInterrupted.
   virtual void ReadSamples(std::byte* samples, const StopTest& stop) = 0;
-  // What the file tells, once its samples are read.
+  // Facts of the file; valid once its samples are read.
   virtual ReadPicture Facts() const = 0;
 };
 
@@ -44,12 +44,12 @@ class PictureLibrary {
   virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) = 0;
   // Throws Failure (cannot write), and FileInterrupted.
   virtual void Write(const PictureToWrite& picture, const StopTest& stop) = 0;
-  // Fills a four-component picture with another of the same depth, each component by itself.
+  // Scales a four-component picture to the size of another of the same depth, each component independently.
   virtual void Scale(const HostImage& from, HostImage& to) = 0;
 };
 
-// The module of all that works with pictures, loaded at the first call. It stays until the process ends: the libraries
-// that it brings are not made to be unloaded. Throws Failure (cannot read) when that fails. From any thread.
+// The module that handles pictures, loaded at the first call and never unloaded: its dependencies do not support that.
+// Throws Failure (cannot read) when it cannot be loaded. Thread-safe.
 const LoadedModule& ThePictureModule();
 PictureLibrary& ThePictureLibrary();
 

@@ -18,7 +18,7 @@ enum class SampleKind { Unsigned8, Unsigned16, Float };
 
 std::size_t SampleBytes(SampleKind kind);
 
-// What a component stands for decides its full value at 16 bits.
+// What a component means; it decides the full value at 16 bits.
 enum class ComponentUse { Colour, Amount };
 
 template <typename Component>
@@ -76,8 +76,8 @@ constexpr Sample ToSample(Component value) {
   }
 }
 
-// Where a pixel's red, green, blue and alpha stand among a file's channels; -1: not in the file, which
-// makes a colour 0 and alpha full.
+// The index of red, green, blue and alpha among a file's channels; -1: not in the file, which makes a colour 0 and
+// alpha full.
 struct ChannelChoice {
   int red = 0;
   int green = 1;
@@ -91,7 +91,7 @@ struct ChannelChoice {
 // type, `pixels` components of `depth` bits (8 or 16), four for each of `width` pixels.
 void ReadColourRow(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
                    void* pixels, std::size_t width);
-// One row of a file as the amounts of a mask, one component a pixel, from the channel told.
+// One channel of a row of a file as the amounts of a mask, one component a pixel.
 void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel, std::int32_t depth, void* pixels,
                  std::size_t width);
 // One row of four-component pixels as samples of a file: the first `channels` (3 or 4) of each pixel.

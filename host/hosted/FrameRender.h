@@ -9,14 +9,13 @@
 
 namespace vblur::host {
 
-// Renders the frame at the job's time by an effect of its own. The job gives depth, kind, duration and
-// properties; its file names are not looked at. The output gets the first input's size. Throws Failure:
-// interrupted when the context is stopped, some frames failed when the effect cannot render.
-// The pictures' output is the one to fill.
+// Renders the frame at the job's time into `pictures.output`, which gets the first input's size, with a new effect. The
+// job gives depth, kind, duration and properties; its file names are ignored. Throws Failure: interrupted when the
+// context is stopped, some frames failed when the effect cannot render.
 void RenderInMemory(const EffectFactory& makeEffect, const Job& job, const FramePictures& pictures,
                     ExecuteContext& context);
 
-// What a size stands for, asked of the effect itself; all defaults when the effect does not tell.
+// The effect's facts about a value of `Blur`; defaults for an effect without facts.
 BlurSizeFacts FactsOfSize(const EffectFactory& makeEffect, double blur);
 
 }  // namespace vblur::host

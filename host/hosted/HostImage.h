@@ -55,7 +55,7 @@ class HostImage final : public IDSImage, public IHostOrigin {
     return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8);
   }
 
-  // Rows that begin with a cache line, where their length allows it, are the fastest to render.
+  // Aligned to a cache line: rows that begin with one are the fastest to render.
   struct Aligned {
     static constexpr std::align_val_t kTo{64};
     void operator()(std::byte* memory) const { ::operator delete(memory, kTo); }

@@ -1,5 +1,5 @@
-// Where a picture of the stand-alone host lies in whole pixels. The host's pictures implement it beside
-// IDSImage, and the coordinate manager asks them when the effect asks for an image's origin.
+// The pixel origin of a picture of the stand-alone host. HostImage implements it beside IDSImage; CoordMan queries it
+// for the origin of an image.
 #pragma once
 
 #include "platform/IDSImage.h"
@@ -10,7 +10,7 @@ class IHostOrigin {
  public:
   virtual ~IHostOrigin() = default;
 
-  // The whole pixel that the lower left corner of the picture lies at, as its record states it.
+  // The position of the lower left pixel, from the picture's record.
   virtual DSPixelPair HostOrigin() const = 0;
 };
 

@@ -48,7 +48,7 @@ class HostedEffect {
   // (some frames failed) when the effect cannot be cloned.
   HostedEffect Clone(const std::string& name) const;
 
-  // What a job says of all its frames: the use, the properties, duration and region. Coordinates and
+  // Sets what is the same for all frames of a job: the use, the properties, duration and region. Coordinates and
   // context are borrowed. Throws Failure (wrong usage) when the effect refuses something.
   void SetUp(const Job& job, IDSCoordMan& coordMan, IDSExecuteContext& context);
   // Every property of the table as the job has it: a curve, a plain value or the default.

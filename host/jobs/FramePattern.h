@@ -8,14 +8,14 @@
 namespace vblur::host {
 
 // The frame number is written %d, %0Nd (N up to 32) or as two or more #, one for each digit; a single #
-// is just that. %% stands for a percent sign and %# for a #, where they would be read as a number.
+// is itself. %% is a percent sign and %# a #, where they would be read as a number.
 class FramePattern {
  public:
   // Throws Failure (wrong usage) for a pattern with more than one number, or a % that begins neither a
   // frame number nor %% nor %#.
   explicit FramePattern(std::string pattern);
 
-  // The pattern without a number that stands for exactly this file name.
+  // The pattern without a number whose file name is this one.
   static std::string Escaped(std::string_view fileName);
 
   bool HasNumber() const { return width_ >= 0; }

@@ -12,13 +12,13 @@
 
 namespace vblur::host {
 
-// Where everything stands, in pixels from the upper left corner.
+// The layout of a sheet, in pixels from the upper left corner.
 struct SheetLayout {
   std::int32_t width = 0;
   std::int32_t height = 0;
   std::vector<std::string> head;   // the lines between the title and the panels
   std::vector<SheetPoint> panels;  // the upper left corner of each picture
-  std::int32_t cellWidth = 0;      // at least as wide as a picture; its label stands in the middle of it
+  std::int32_t cellWidth = 0;      // at least the width of a picture; labels are centred in it
 };
 
 SheetLayout LayOutSheet(const SheetPlan& plan, const SheetPictures& pictures, const TextPainter& text);

@@ -15,7 +15,7 @@ struct KernelNumber {
   std::string value;
 };
 
-// The numbers that stand beside the plot.
+// The numbers beside the plot.
 std::vector<KernelNumber> KernelNumbers(const KernelReport& report);
 
 // An opaque 8-bit picture.

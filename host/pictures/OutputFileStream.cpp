@@ -42,7 +42,7 @@ size_t OutputFileStream::read(void* buffer, size_t size) {
 }
 
 size_t OutputFileStream::write(const void* buffer, size_t size) {
-  // Nothing may come with a null pointer.
+  // An empty write may pass a null pointer.
   if (systemError_ == 0 && size > 0) Note(!file_ || std::fwrite(buffer, 1, size, file_) != size);
   return size;
 }

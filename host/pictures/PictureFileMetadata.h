@@ -12,7 +12,7 @@ struct PictureMetadata {
   OIIO::ParamValueList attributes;
   // The file declares premultiplied colours. Values are unchanged, and the output declares the same.
   bool associatedAlpha = false;
-  // The compression of an OpenEXR file when it loses nothing, else empty.
+  // The compression of an OpenEXR file if it is lossless, else empty.
   std::string losslessExr;
   // The data and the display window; they differ in pictures with an overscan or a part rendered.
   OIIO::ROI data;

@@ -1,4 +1,4 @@
-// A picture file as the host reads it.
+// Reads picture files with the picture library.
 #pragma once
 
 #include "host/files/PictureLibrary.h"

@@ -1,4 +1,4 @@
-// A picture file as the host writes it.
+// Writes picture files with the picture library.
 #pragma once
 
 #include "host/files/PictureLibrary.h"

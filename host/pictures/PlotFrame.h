@@ -18,7 +18,7 @@ std::vector<double> TicksOf(PlotRange range, std::int32_t most);
 // With as many digits as neighbours need to differ.
 std::string TickText(double tick, double step);
 
-// A plot's box in pixels from the upper left corner, and what its sides stand for.
+// A plot's box in pixels from the upper left corner, and the ranges of its axes.
 struct PlotFrame {
   std::int32_t x = 0;
   std::int32_t y = 0;

@@ -1,4 +1,4 @@
-// The curves of the host's property containers, by the names of the host's own code.
+// Aliases for the curves of the host's property containers.
 #pragma once
 
 #include "platform/DSCurve.h"

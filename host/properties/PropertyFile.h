@@ -11,8 +11,8 @@
 
 namespace vblur::host {
 
-// All properties of an effect as they stand: curves, and plain values that are not the default. Throws
-// Failure (wrong usage) when the effect lacks one of the table.
+// The current properties of an effect: curves, and plain values that are not the default. Throws Failure (wrong usage)
+// when the effect lacks one of the table.
 PropertyStore PropertiesOf(IDSProperties& effect);
 
 // Reads {"version": 1, "properties": {...}}, with properties as in a job file. Throws Failure, whose line

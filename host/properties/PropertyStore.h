@@ -21,7 +21,7 @@ class PropertyStore {
   // not in the table, a curve on a property that is not animated, and a curve without keys or with
   // times that do not rise strictly. Values are not limited to the control range.
   void Set(const GUID& property, Setting setting);
-  // Null when the property stands at its default.
+  // Null when the property has its default.
   const Setting* Find(const GUID& property) const;
   // The value at a time: of the curve, the plain value or the default. The property must be in the table.
   double ValueAt(const GUID& property, double time) const;

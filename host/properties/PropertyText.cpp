@@ -95,7 +95,7 @@ const Property& PropertyNamed(std::string_view name) {
 std::string UnknownProperty(std::string_view name) {
   std::array<std::string_view, kProperties.size()> names;
   std::ranges::transform(kProperties, names.begin(), &Property::name);
-  // Someone who types the text that a page shows means the property of that text.
+  // The text that a page shows is not always the unique name.
   for (const Property& property : kProperties) {
     if (EqualIgnoringCase(property.shownName, name)) {
       return "unknown property " + Quoted(name) + "; did you mean " + Quoted(property.name) + "?";

@@ -6,11 +6,10 @@
 //   0:0,47:80                keys as time:value, straight lines between them
 //   smooth:0:0,24:80,47:0    the same with an interpolation in front: linear, hold or smooth
 //
-// Times must rise strictly, and keys belong to animated properties only. A value is a finite number; for
-// a list an entry's text or its number; for an on-or-off property true, on, yes, 1 or false, off, no, 0.
-// Upper and lower case are the same everywhere, and spaces around a value, a time or a name do not
-// matter. Numbers beyond a property's control range are taken as they are: the effect limits what it must. What a
-// person types for one run is held to the range all the same: there it is a slip.
+// Times must rise strictly, and only animated properties take keys. A value is a finite number; for a list an entry's
+// text or its number; for an on-or-off property true, on, yes, 1 or false, off, no, 0. Case is ignored, and so are
+// spaces around a value, a time or a name. Numbers outside a property's control range are accepted, except in what a
+// user types for one run.
 //
 // Every failure is a Failure (wrong usage) whose line names the property, what was found and what was
 // expected.

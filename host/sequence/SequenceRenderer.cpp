@@ -288,7 +288,7 @@ RenderSummary SequenceRun::Run() {
     FrameSlot& frame = *slots[slot];
     Attempt(frame, frame.result.seconds.write, [&] { Write(frame); });
   };
-  // Names are taken in the order of the frames: behind one that ends the run there is none.
+  // Files get their names in frame order: none after a frame that ends the run.
   stages.report = [&](std::size_t slot, std::int64_t) {
     FrameSlot& frame = *slots[slot];
     Attempt(frame, frame.result.seconds.write, [&] { frame.written->Commit(); });
@@ -297,7 +297,7 @@ RenderSummary SequenceRun::Run() {
   };
   stages.goesOn = [&] { return !context_.Stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
   RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.Count(), stages);
-  // Clones before what they were cloned from.
+  // Clones are destroyed before their source.
   for (; !effects_.empty(); effects_.pop_back())
     effects_.back().EndFrameRange();
   if (context_.Stopped()) summary_.code = ExitCode::Interrupted;

@@ -51,7 +51,7 @@ struct FrameResult {
   ExitCode code = ExitCode::Done;
   std::string message;
   StageTimes seconds;
-  // As the effect told it; nothing for a frame that was not rendered.
+  // From the effect; nothing for a frame that was not rendered.
   std::optional<InputOverscan> overscan;
   std::optional<FrameMemoryFacts> memory;
 };
@@ -65,7 +65,7 @@ struct RenderSummary {
   ExitCode code = ExitCode::Done;
 };
 
-// Told about each finished frame, in order, one call at a time, on a thread of the renderer.
+// Notified of each finished frame, in order, one call at a time, on a thread of the renderer.
 class RenderObserver {
  public:
   virtual ~RenderObserver() = default;

@@ -95,7 +95,7 @@ double SumOfColumn(const HostImage& image, std::int32_t x) {
   return sum;
 }
 
-// Adds what the corners of the cells have to a table of (cells + 1) by (cells + 1).
+// Adds the component sums at the corners of the cells to a table of (cells + 1) by (cells + 1).
 void AddCorners(const HostImage& image, const KernelPicture& picture, double sign, std::vector<double>& corners) {
   auto corner = corners.begin();
   for (std::int32_t row = 0; row <= picture.cells; ++row) {
@@ -198,7 +198,7 @@ KernelProfile MeasureProfile(const EffectFactory& makeEffect, ExecuteContext& co
   profile.reach = ReachOf(blur);
   HostImage edges;
   edges.Reset(depth, 4, 2 * profile.reach + 2, kProfileRows);
-  // Column 0 is one before the reach; the edge stands before distance 0.
+  // Column 0 is one before the reach; the edge is just before distance 0.
   const double heights = DrawEdges(
       edges, [&](std::int32_t x, std::int32_t y) { return (x > profile.reach) != Falls(y); },
       [](std::int32_t y, std::int32_t c) { return 4 * y + c; });
@@ -231,7 +231,7 @@ KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& co
   edges.Reset(depth, 4, side, side);
   double heights = 0.0;
   for (std::int32_t i = 0; 4 * i < picture.corners; ++i) {
-    // The bright quarter of the picture is another one each time.
+    // A different quarter of the picture is bright each time.
     const bool left = i % 2 == 1;
     const bool low = i / 2 % 2 == 1;
     heights += DrawEdges(

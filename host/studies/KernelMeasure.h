@@ -40,7 +40,7 @@ struct KernelPicture {
   double Sum() const;  // over all pixels
 };
 
-// The numbers of one box of the filter, from what the effect tells about a size.
+// The numbers of one box of the filter, from the effect's facts about a size.
 struct BoxNumbers {
   std::int32_t wholeRadius = 0;
   double fraction = 0.0;

@@ -68,7 +68,7 @@ std::string SettingText(const PropertyStore& store, const Property& property) {
 }
 
 // Whether a sheet lists a property even at its default.
-bool IsAlwaysTold(SheetKind kind, PropertyId id) {
+bool IsAlwaysListed(SheetKind kind, PropertyId id) {
   switch (id) {
     case PropertyId::Blur: return kind != SheetKind::Sizes;
     case PropertyId::Blend: return kind == SheetKind::MixBack;
@@ -80,7 +80,7 @@ bool IsAlwaysTold(SheetKind kind, PropertyId id) {
 std::string DescribeSettings(const SheetPlan& plan, const PropertyStore& common) {
   std::string text;
   for (const Property& property : kProperties) {
-    if (common.Find(property.guid) == nullptr && !IsAlwaysTold(plan.kind, property.id)) continue;
+    if (common.Find(property.guid) == nullptr && !IsAlwaysListed(plan.kind, property.id)) continue;
     if (!text.empty()) text += ", ";
     text += SettingText(common, property);
     if (property.id == PropertyId::Blur) text += " (panel pixels)";

@@ -9,7 +9,7 @@
 
 namespace vblur::host {
 
-// The pictures of a sheet at panel size, and what is said about them.
+// The pictures of a sheet at panel size, and their caption.
 struct SheetPictures {
   HostImage input;
   HostImage input2;  // of the same size and depth; for transitions only
@@ -22,9 +22,9 @@ struct SheetPoint {
   std::int32_t y = 0;
 };
 
-// The size of a picture in the room for one: as large as fits, in proportion, never larger than it is.
+// The size of a picture in a panel: as large as fits with its proportions kept, never enlarged.
 SheetPoint PanelSize(const SheetPlan& plan, std::int32_t width, std::int32_t height);
-// A picture of another size, each component by itself as the effect handles them.
+// Scales a picture to another size, each component independently, as the effect handles them.
 void ScalePicture(const HostImage& from, std::int32_t width, std::int32_t height, HostImage& to);
 // Rotated by 180 degrees with colours permuted: the default second clip.
 void MakeSecondClip(const HostImage& from, HostImage& to);

@@ -64,7 +64,7 @@ ChartColour Ramps(const Spot& spot) {
   return Grey(std::floor(part * kSteps) / (kSteps - 1.0));
 }
 
-// Rings that grow finer outwards up to the finest that pixels can hold.
+// Rings whose frequency rises outwards to the highest that pixels can hold.
 ChartColour ZonePlate(const Spot& spot, double x, double y, double radius) {
   const double distance = std::hypot(x, y);
   if (distance > radius) return Grey(0.5);

@@ -53,8 +53,7 @@ class ViewSession {
   // The current properties.
   PropertyStore Properties() const;
   const ViewGeometry& Geometry() const { return *geometry_; }
-  // For tests: how often a frame was rendered.
-  // Renders so far; for tests.
+  // For tests: the number of renders so far.
   std::int32_t RendersDone() const { return rendersDone_; }
 
  private:

@@ -24,7 +24,7 @@ struct BoxConstants {
   constexpr std::int64_t margin(std::int32_t boxes) const { return (reach() + 1) * boxes; }
 };
 
-// The formulas hold for radii below zero too.
+// Valid for radii below zero too.
 constexpr BoxConstants boxConstants(float radius) {
   BoxConstants box;
   box.r = truncToInt(radius);

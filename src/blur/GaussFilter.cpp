@@ -190,7 +190,7 @@ void GaussFilter<Pixel, Accum>::clearIntermediate() {
     clearBytes(intermediate->at(0, y), static_cast<std::size_t>(intermediate->width()) * sizeof(Pixel));
 }
 
-// Vector code knows three boxes of the usual kind, within the picture.
+// Vector code filters with three boxes that BoxSweep accepts, within the picture.
 template <class Pixel, class Accum>
 bool GaussFilter<Pixel, Accum>::runsInStrips() const {
   if (!HvUsesVectors() || boxes != 3 || keepsIntermediate) return false;
@@ -205,7 +205,7 @@ bool GaussFilter<Pixel, Accum>::runsInStrips() const {
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::makeStrips(const Texture& in) {
   intermediate.reset();
-  // A view that claims so many bytes has no memory behind it, however little of the source it would read.
+  // A view of so many bytes cannot have memory behind it, so it counts as refused memory.
   constexpr double kMostBytes = 1e12;
   const double bytes = static_cast<double>(this->mapWidth) * this->mapHeight * sizeof(Pixel);
   if (bytes > kMostBytes) return stopForRefusedMemory(this->interrupt);
@@ -249,7 +249,7 @@ void GaussFilter<Pixel, Accum>::filterAlongY(const Texture& out) {
               channels_.filterColumns, *intermediate, out);
 }
 
-// A line of negative length counts as refused memory, whatever there is to filter.
+// A line of negative length counts as refused memory, even with nothing to filter.
 template <class Pixel, class Accum>
 template <class Filter>
 void GaussFilter<Pixel, Accum>::filterPlain(const PlainPass& plain, const Filter& filter, const Texture& in,

@@ -4,7 +4,7 @@
 // Values keep the scale and the precision of the pixel type: each box rounds to whole pixel units before the next one
 // sees it, and the intermediate has the pixels of the picture.
 //
-// A filter that is processed again starts anew, with its fields and its window as they stand.
+// Processing a filter again equals processing a new one with the same fields and window.
 #pragma once
 
 #include <cstdint>
@@ -47,8 +47,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   // True: components that are not filtered become those of the input, within the window. False: they stay as the
   // output has them. With true, no pixel of the input may share memory with another pixel of the output.
   bool keepsOthers = false;
-  // True: `intermediate` holds the picture between the passes, at every CPU level. False, for speed: nobody reads it or
-  // sets `copyBack`; it stays null where vector code runs.
+  // True: `intermediate` holds the picture between the passes, at every CPU level. False, for speed: it stays null
+  // where vector code runs; do not read it or set `copyBack` then.
   bool keepsIntermediate = true;
   std::int32_t savedWriteOriginX = 0;
   std::int32_t savedWriteOriginY = 0;

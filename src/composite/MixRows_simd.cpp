@@ -93,7 +93,7 @@ struct GroupMix {
 };
 
 #if HWY_TARGET != HWY_SCALAR
-// Interleaved bytes: a pixel's amount stands in both 16-bit halves of its lane.
+// Interleaved bytes: a pixel's amount is in both 16-bit halves of its lane.
 template <>
 struct GroupMix<R8> {
   using Amounts = hn::Vec<WordTag>;

@@ -31,7 +31,7 @@ struct BlurParameters {
   std::int32_t hideOverlayControls = parameters::WholeDefault(PropertyId::HideOverlayControls);
 };
 
-// Non-zero: the effect shows in the channel. Blue stands before green.
+// Non-zero: the effect shows in the channel. Blue comes before green.
 struct MaskParameters {
   std::int32_t red = parameters::WholeDefault(PropertyId::MaskRed);
   std::int32_t blue = parameters::WholeDefault(PropertyId::MaskBlue);

@@ -1,5 +1,5 @@
-// The one image class: a view of somebody else's memory or an owner of its own. It reads as an infinite
-// plane: a box of real pixels, and an edge method per axis beyond it.
+// The image class: a view of foreign memory, or an owner of its own. It reads as an infinite plane: a box of real
+// pixels, and an edge method per axis beyond it.
 #pragma once
 
 #include <cstddef>

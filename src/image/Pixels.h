@@ -10,8 +10,8 @@
 
 namespace vblur {
 
-// Four components in the order red, green, blue, alpha. Min and Max bound a component, One stands
-// for full intensity, Integral is 1 for integer storage.
+// Four components in the order red, green, blue, alpha. Min and Max bound a component, One is full intensity, Integral
+// is 1 for integer storage.
 template <class T, std::int32_t Min, std::int32_t Max, std::int32_t One, int Integral>
 struct HvRGBABase {
   using Component = T;

@@ -54,7 +54,7 @@ void DrawRound(float cx, float cy, float r, GLenum style, const Draw& draw) {
   glPopMatrix();
 }
 
-// Two passes of draw() with interlocking dashes, after under() with the state as it stands.
+// Two passes of draw() with interlocking dashes, after under() with the state unchanged.
 template <class Under, class Draw>
 void DrawDashed(HvColour colourA, HvColour colourB, const Under& under, const Draw& draw) {
   GLint pattern = 0;

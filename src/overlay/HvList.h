@@ -3,7 +3,7 @@
 
 namespace vblur {
 
-// Owns its nodes, not its elements. One walk at a time: a second one takes over the cursor.
+// Owns its nodes, not its elements. One iteration at a time: a second one takes over the cursor.
 template <class T>
 class HvList {
  public:
@@ -39,7 +39,7 @@ class HvList {
     return element;
   }
 
-  // A walk: Start, then Step until null. Step moves the cursor past the node that it returns.
+  // An iteration: Start, then Step until null. Step moves the cursor past the node that it returns.
   void Start() { cursor_ = first_; }
   Node* Step() {
     Node* node = cursor_;
@@ -54,7 +54,7 @@ class HvList {
     }
     return false;
   }
-  // Removes every node with the element; true if there was one. Uses the cursor: a walk in progress ends.
+  // Removes every node with the element; true if there was one. Uses the cursor: an iteration in progress ends.
   bool Remove(const T& element) {
     bool removed = false;
     Start();

@@ -1,4 +1,4 @@
-// Links between senders and handlers of messages. A link stands once in both lists until either side is destroyed.
+// Links between senders and handlers of messages. A link is once in both lists until either side is destroyed.
 // One thread. A handler must not send on the sender that is calling it.
 #pragma once
 

@@ -34,9 +34,9 @@ class HvTDsObject : public HvMessageHandler {
   // Null until HvTInteract::AddDsObject. Not owned.
   HvTInteract* Tool() const { return tool_; }
   void JoinTool(HvTInteract* tool);
-  // Unregisters from the tool. Required of a binding that ends before its tool.
+  // Unregisters from the tool. A binding destroyed before its tool must call it.
   void LeaveTool();
-  // Called by a tool that ends.
+  // Called by a tool in its destructor.
   void ForgetTool() { tool_ = nullptr; }
 
  protected:
@@ -44,7 +44,7 @@ class HvTDsObject : public HvMessageHandler {
 
   HvTDsObject() = default;
 
-  // Links to the widget's sender, the only one whose messages count.
+  // Links to the widget's sender; messages of others are ignored.
   void Obey(HvMessageSender* sender);
 
  private:

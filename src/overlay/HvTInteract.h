@@ -1,6 +1,6 @@
 // The viewer tool: the one object of the overlay that the host's viewer talks to, and the root of the widget
-// tree. Turns pen events into messages for the tree, paints the tree on the viewer's surface, and tells the
-// property bindings what changed.
+// tree. Converts pen events to messages for the tree, paints the tree on the viewer's surface, and notifies the
+// property bindings of changes.
 //
 // Pen events and the surface's rectangle are in world units; the tree's coordinates are frame pixels with the
 // origin in the frame's lower left corner.

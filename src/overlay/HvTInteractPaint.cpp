@@ -49,7 +49,7 @@ void HvTInteract::SetUpSurface(const tagVWOPENGLSURFACE& info) {
   glViewport(0, 0, info.width - 1, info.height - 1);
   glLoadIdentity();
   glOrtho(-0.5, info.width - 0.5, -0.5, info.height - 0.5, -kDepth, kDepth);
-  // Replaces the matrix above; both pairs of calls are part of the sequence.
+  // Replaces the matrix above; hosts see both pairs of calls.
   glLoadIdentity();
   glOrtho(AsFloat(info.x), AsFloat(info.x + info.worldWidth), AsFloat(info.y), AsFloat(info.y + info.worldHeight),
           -kDepth, kDepth);

@@ -1,5 +1,5 @@
-// Root of the widget tree: turns pen messages into hover, press, drag and release of the picked widget, and paints the
-// tree. User-interface thread only.
+// Root of the widget tree: converts pen messages to hover, press, drag and release of the picked widget, and paints
+// the tree. User-interface thread only.
 #pragma once
 
 #include "overlay/HvMessageLink.h"
@@ -41,7 +41,7 @@ class HvTManager : public HvMessageHandler, public HvTContainer, public HvTDraw 
   bool TipsEnabled() const { return tipsEnabled_; }
   void EnableTips(bool enable) { tipsEnabled_ = enable; }
 
-  // Drops all pointers to a widget that leaves.
+  // Drops all pointers to a widget that is removed.
   void Forget(const HvTObject& object);
 
  private:

@@ -1,5 +1,5 @@
-// Base of all widgets of the overlay. The widget classes are a general set: groups, tool tips, the fallback, the second
-// container and the axis control's handles are there for effects that need them; this one uses a part.
+// Base of all widgets of the overlay. The widget classes are a general set; the effect does not use groups, tool tips,
+// the fallback, the second container and the handles of the axis control.
 //
 // Coordinates. A widget's origin, and the points passed to Pick, Press, Drag and Enter, are in its parent's space; for
 // top-level widgets that is frame pixels, y upwards. ToLocal and PushTransform convert to the widget's own space, the
@@ -94,7 +94,7 @@ class HvTObject : public HvTDraw {
   // Attaches this widget to a group, which does not own it. Null clears parent and manager but not the parent's list.
   // Attach with this: AddChild alone leaves the parent unset.
   void SetParent(HvTObject* parent);
-  // Also removes the widget from the list of its parent or manager. Required of a widget that ends before them.
+  // Also removes the widget from the list of its parent or manager. A widget destroyed before them must call it.
   void Detach();
   // Replaces the state word: pickable, visible.
   void SetVisibility(std::uint32_t state) { state_ = state; }

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kStandardWidth = 1920.0;
 constexpr double kStandardHeight = 1080.0;
-// The largest size that is taken for one.
+// Larger sizes are out of range.
 constexpr double kMostPixels = 1 << 24;
 
 double ReadSize(const char* key, double otherwise) {
@@ -23,7 +23,7 @@ double ReadSize(const char* key, double otherwise) {
 ProjectFrame ReadProjectFrame() {
   const double userX = ReadSize(kProjectUserSizeX, kStandardWidth);
   const double userY = ReadSize(kProjectUserSizeY, kStandardHeight);
-  // Read but not used: the scale is that of the heights.
+  // The host sees all four reads; the scale is that of the heights.
   ReadSize(kProjectWorldSizeX, 0.0);
   const double worldY = ReadSize(kProjectWorldSizeY, userY);
   const double width = userY * userX / worldY;

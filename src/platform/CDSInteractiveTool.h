@@ -1,5 +1,5 @@
-// The host's base class of tools that live in its viewer: a layer that paints, hears the pen, and reads and
-// writes the properties of the operator that it is linked to. The host's viewer library implements it.
+// The host's base class of viewer tools: a layer that paints, takes pen events, and reads and writes the properties of
+// the operator that it is linked to. Implemented by sdk/viewer.
 #pragma once
 
 #include <memory>
@@ -27,7 +27,7 @@ class CDSCOMObject {
   RefCount references_;
 };
 
-// A client of the host's command map; tools have no commands unless they say so.
+// A client of the host's command map; tools have no commands by default.
 class CDSBaseCmdMapClient2 {};
 
 class CDSInteractiveTool : public IViewerLayer,
@@ -63,7 +63,7 @@ class CDSInteractiveTool : public IViewerLayer,
   HRESULT OnBeginInteraction(const tagVWPENEVENT& event);
   HRESULT OnDoInteraction(const tagVWPENEVENT& event);
   HRESULT TerminateInteraction();
-  // Wants the layer painted again; `area` null for all of it.
+  // Requests a repaint of the layer; `area` null for all of it.
   HRESULT InvalidateLayer(std::int32_t layer, const void* area);
   // Null without a viewer.
   HWND GetViewerWindow() const;

@@ -54,7 +54,7 @@ consteval GUID MakeGuid(const char (&text)[39]) {
   return guid;
 }
 
-// The picture formats that the effect renders. The values are the stand-alone host's.
+// The picture formats that the effect renders, with the ids of the stand-alone host.
 inline constexpr GUID MFIF_RGBA_RAW_32 = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A801}");
 inline constexpr GUID MFIF_RGBA_S2_14 = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A802}");
 // One-component pixel masks, of the frame's depth.

@@ -43,7 +43,7 @@ class IVWSurface {
 HRESULT vwSurfaceBeginRenderOpenGL(IVWSurface* surface, tagVWOPENGLSURFACE* info);
 HRESULT vwSurfaceEndRenderOpenGL(IVWSurface* surface, const tagVWOPENGLSURFACE* info);
 
-// A window that can be told that its picture is no longer right.
+// A window whose picture can be invalidated.
 class IVWWindow {
  public:
   virtual ~IVWWindow() = default;
@@ -59,20 +59,19 @@ class IVWViewer : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A831}");
 
-  // Wants the layer of a tool painted again; `area` null for all of it.
+  // Requests a repaint of a tool's layer; `area` null for all of it.
   virtual HRESULT InvalidateLayer(IUnknown* layer, const void* area) = 0;
   virtual HWND Window() = 0;
   // The time that the viewer shows.
   virtual double CurrentTime() = 0;
-  // A drag of a tool goes on from the first to the last of these; between them the viewer holds back what
-  // would disturb it.
+  // Begin and end of a drag of a tool; between them the viewer defers changes that would disturb it.
   virtual HRESULT BeginInteraction(const tagVWPENEVENT& event) = 0;
   virtual HRESULT DoInteraction(const tagVWPENEVENT& event) = 0;
   virtual HRESULT EndInteraction() = 0;
   // Puts a tool on top of the viewer's tools and links it to the viewer and to what the viewer shows;
-  // `context` is the handle to take it away by, never 0. A tool that cannot be linked is not kept.
+  // `context` is the handle for RemoveContext, never 0. A tool that cannot be linked is not kept.
   virtual HRESULT PushContext(std::int32_t kind, IUnknown* tool, std::uintptr_t* context) = 0;
-  // Unlinks it. kWrongArgument for a handle that stands for nothing.
+  // Unlinks and removes it. kWrongArgument for an unknown handle.
   virtual HRESULT RemoveContext(std::uintptr_t context) = 0;
 
  protected:
@@ -93,7 +92,7 @@ class IViewerLayer : public IUnknown {
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A832}");
 
   virtual HRESULT OnRender(IVWSurface* surface) = 0;
-  // What is edited: an object with IDSProperties. Borrowed: it is unlinked before it goes.
+  // The edited object, with IDSProperties. Borrowed: it is unlinked before it is destroyed.
   virtual HRESULT OnLinkToOperator(IUnknown* newOperator) = 0;
   virtual HRESULT OnUnlinkFromOperator() = 0;
   // Borrowed likewise.

@@ -51,7 +51,7 @@ enum class PropertyControl : std::uint8_t {
   OnOff,   // 0 or 1
 };
 
-// How the host treats a property: a plain value is read as it stands, an animated one at a time.
+// How the host treats a property: an animated one has a value at each time, a plain one a single value.
 enum class PropertyCapability : std::int16_t { Plain = 4, Animated = 5, PlainHidden = 532 };
 
 struct Property {

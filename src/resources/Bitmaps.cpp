@@ -8,8 +8,8 @@ namespace {
 
 constexpr std::int32_t kSide = 48;
 
-// How much of the disc covers the pixel at a squared distance: its edge is as soft as the half that the
-// pixel lies in. Distances in half pixels, so that the middle lies between four pixels.
+// Coverage of a pixel by the disc; the edge is sharp in the left half and soft in the right. Distances are in half
+// pixels, since the centre is between four pixels.
 constexpr std::int32_t Cover(std::int32_t x, std::int32_t y) {
   constexpr std::int32_t kRadius = 30;
   const std::int32_t dx = 2 * x + 1 - kSide;

@@ -14,8 +14,7 @@ constexpr std::array kOwn = {
     ModuleString{4, "V_Blur's main PPG"},
     ModuleString{6, "V_Blur's main PPG"},
     ModuleString{8, "Help and Copyright Property Page for V_Blur"},
-    ModuleString{4997,
-                 "V_Wibble's main PPG (with edge methods)"},  // of an effect with edge methods on a page of its own
+    ModuleString{4997, "V_Wibble's main PPG (with edge methods)"},  // of no page of this effect
     ModuleString{5499, "Transition PPG for Halvern DS Transitions"},
 };
 

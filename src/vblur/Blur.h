@@ -10,8 +10,8 @@
 //                                          {after, vblur::Format::RGBA8, width, height}, settings);
 //   if (!done) std::puts(done.message.c_str());
 //
-// This one file is installed as vblur/Blur.h and as vblur/blur.h. On a file system that does not tell the two names
-// apart either is the other, so both must hold both languages; the guard below lets one file include them both.
+// Installed as vblur/Blur.h and as vblur/blur.h. On a file system that ignores case the two are one file, so both hold
+// both languages; the guard below lets one source include both.
 #ifndef VBLUR_BLUR_H
 #define VBLUR_BLUR_H
 
@@ -22,16 +22,16 @@
 extern "C" {
 #endif
 
-// What a call returns. A call that refuses its arguments has written nothing; an interrupted one, and one without
-// memory, leaves in the result what it had written.
+// What a call returns. A call that refuses its arguments writes nothing; one that is interrupted or runs out of memory
+// leaves the result partly written.
 enum { VBLUR_DONE = 0, VBLUR_WRONG_ARGUMENT = 1, VBLUR_NO_MEMORY = 2, VBLUR_INTERRUPTED = 3 };
 
 // Four components each, in the order red, green, blue, alpha. S2_14 are int16_t in which 16384 is 1.0; they range from
 // -2.0 to just under 2.0. Alpha is a component like the others: it is neither multiplied in nor divided out.
 enum { VBLUR_RGBA_8 = 0, VBLUR_RGBA_S2_14 = 1 };
 
-// What is filtered; the other components of the result are the source's. GREY is red, filtered and spread over all
-// three colours. LUMINANCE to V take the colours through YUV, which loses their lowest bit.
+// What is filtered; the other components of the result are the source's. GREY is red, filtered and copied to all three
+// colours. LUMINANCE to V convert the colours to YUV and back, which loses their lowest bit.
 enum {
   VBLUR_RGB = 0,
   VBLUR_RGBA = 1,
@@ -46,8 +46,8 @@ enum {
   VBLUR_V = 10
 };
 
-// What lies beyond an edge of the source: the outside colour, the pixel at the edge, the picture mirrored (the pixel at
-// the edge counts twice), the picture tiled.
+// What the filter reads beyond an edge of the source: the outside colour, the pixel at the edge, the picture mirrored
+// (the pixel at the edge counts twice), the picture tiled.
 enum { VBLUR_EDGE_COLOUR = 0, VBLUR_EDGE_REPEAT = 1, VBLUR_EDGE_REFLECT = 2, VBLUR_EDGE_WRAP = 3 };
 
 // A picture in the caller's memory. The library keeps no pointer to it after a call.
@@ -60,15 +60,14 @@ typedef struct vblur_picture {
   ptrdiff_t stride;
 } vblur_picture;
 
-// All that a call can be told. vblur_settings_init fills it, then set what differs. New fields will follow at the end,
-// and struct_size says where the caller's end: a shorter struct, such as a binding declares that needs only the first
-// few, has the defaults in the rest.
+// The settings of a call. vblur_settings_init sets the defaults. Later versions add fields at the end; struct_size is
+// the size of the caller's struct: fields beyond it have their defaults, so a binding may declare the first few only.
 typedef struct vblur_settings {
   uint32_t struct_size;
   int32_t channels;  // VBLUR_RGBA
   // The size of the blur along each axis, in pixels, 0 or more: 10. The result is close to a Gaussian with a standard
-  // deviation of a little over a third of it. Fractions count; 0 on both axes copies. More than nine times the longer
-  // side of the picture is taken as that.
+  // deviation of a little over a third of it. Fractions count; 0 on both axes copies. Clamped to nine times the longer
+  // side of the picture.
   double size_x;
   double size_y;
   int32_t edge_x;      // VBLUR_EDGE_REFLECT
@@ -81,10 +80,10 @@ typedef struct vblur_settings {
   int32_t region_y;
   int32_t region_width;
   int32_t region_height;
-  // Other than 0: the call keeps to its thread, and calls on other threads run at the same time. 0: it uses the
-  // library's threads, and calls take turns at them.
+  // Other than 0: the call runs on its own thread only, concurrently with calls on other threads. 0: it uses the
+  // library's threads, one call after the other.
   int32_t on_this_thread;
-  // Asked about once per row, by several threads at once; other than 0 ends the call. NULL: nobody is asked. It must
+  // Called about once per row, by several threads at once; a result other than 0 ends the call. NULL: none. It must
   // neither throw nor call vblur_set_threads.
   int32_t (*interrupt)(void* context);
   void* interrupt_context;
@@ -102,8 +101,8 @@ int32_t vblur_blur(const vblur_picture* source, const vblur_picture* result, con
 // is doubled too.
 int32_t vblur_sharpen(const vblur_picture* source, const vblur_picture* result, const vblur_settings* settings);
 
-// What the last call of this thread refused: what was wrong, where, and what was expected. Empty after a success;
-// never null. Valid until the thread's next call.
+// The error of this thread's last call: what was wrong, where, and what was expected. Empty after a success; never
+// null. Valid until the thread's next call.
 const char* vblur_last_error(void);
 
 // How many threads a call uses, 1 to 1024; 0, as at first, means as many as the machine has processors. For the whole
@@ -122,7 +121,7 @@ const char* vblur_version(void);
 #include <optional>
 #include <string>
 
-// The same in C++, compiled into the caller: no type of the standard library crosses the library's border.
+// The same in C++, compiled into the caller: no type of the standard library is part of the library's ABI.
 namespace vblur {
 
 enum class Code : std::int32_t {
@@ -189,7 +188,7 @@ struct Settings {
   std::array<std::int32_t, 4> outside{};
   std::optional<Region> region;
   bool onThisThread = false;
-  // True ends the call. Asked by several threads at once.
+  // True ends the call. Called by several threads at once.
   std::function<bool()> interrupt;
 };
 

@@ -74,7 +74,7 @@ Extent extentOf(const vblur_picture& picture) {
   return {std::min(row0, last), std::max(row0, last) + static_cast<std::uintptr_t>(rowBytesOf(picture))};
 }
 
-// Whether pictures whose extents overlap have no pixel in common: side by side in rows of one length.
+// Whether pictures whose extents overlap share no pixel: side by side, with rows of one stride.
 bool lieBesideEachOther(const vblur_picture& a, const vblur_picture& b) {
   const std::int64_t step = std::abs(strideOf(a));
   if (step != std::abs(strideOf(b))) return false;

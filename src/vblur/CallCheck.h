@@ -1,4 +1,4 @@
-// What the calls of the library refuse.
+// Checks the arguments of the library's calls.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ std::int64_t rowBytesOf(const vblur_picture& picture);
 // Bytes from a row to the next, never 0.
 std::int64_t strideOf(const vblur_picture& picture);
 
-// Takes over what the caller's struct has, with the defaults in the rest. The texts of this and of the checks say what
-// is wrong, where, and what was expected; they are empty when nothing is.
+// Copies the caller's fields; the rest have their defaults. This and the checks return what is wrong, where, and what
+// was expected; empty when nothing is.
 std::string readSettings(const vblur_settings* given, vblur_settings& settings);
 std::string checkPictures(const vblur_picture* source, const vblur_picture* result, bool mayBeInPlace);
 std::string checkSettings(const vblur_settings& settings, const vblur_picture& result);

@@ -17,7 +17,7 @@
 namespace vblur {
 namespace {
 
-// No memory is needed to say that there is none.
+// A fixed buffer: reporting an error allocates nothing.
 thread_local char lastError[512] = "";
 
 std::int32_t refuse(std::int32_t code, const char* message) {
@@ -30,13 +30,13 @@ std::int32_t done() {
   return VBLUR_DONE;
 }
 
-// Calls share it; a change of the threads waits until there are none.
+// Calls hold it shared; vblur_set_threads takes it exclusively.
 std::shared_mutex& threadsMutex() {
   static std::shared_mutex mutex;
   return mutex;
 }
 
-// The reason that the interrupt record is given.
+// The interrupt reason.
 constexpr std::int32_t kAsked = 10000;
 
 template <class Pixel>
@@ -113,7 +113,7 @@ std::int32_t call(const vblur_picture* source, const vblur_picture* result, cons
   return refuse(VBLUR_INTERRUPTED, "interrupted: settings.interrupt asked for it");
 }
 
-// Nothing is thrown at a caller who may be of another language.
+// No exception leaves the library: the caller may be C.
 std::int32_t guarded(const vblur_picture* source, const vblur_picture* result, const vblur_settings* settings,
                      FuzzMethod method) noexcept {
   try {
