@@ -1,4 +1,4 @@
-// Base of all widgets of the overlay. The widget classes are a general set; the effect does not use groups, tool tips,
+// Base of all widgets of the overlay. The widget classes are a general set; the effect does not use tool tips,
 // the fallback, the second container and the handles of the axis control.
 //
 // Coordinates. A widget's origin, and the points passed to Pick, Press, Drag and Enter, are in its parent's space; for

@@ -1,4 +1,4 @@
-// Options that a refusal advises are options of the command that refuses.
+// A refusal advises only options that the command has.
 #include <regex>
 
 #include "tests/apps/ProgramTest.h"
@@ -22,7 +22,7 @@ class Advice : public ProgramTest {
     return options;
   }
 
-  // Over a file that exists: the line of the refusal, whose options the command must have.
+  // Runs a command whose output exists, checks that it has each option that its refusal names, and returns the refusal.
   std::string AdviceOf(const std::vector<std::string>& command) const {
     const std::string bytes = host::Bytes(Path("old.png"));
     const ProcessResult result = Run(command);

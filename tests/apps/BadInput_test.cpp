@@ -11,7 +11,7 @@ class BadInput : public ProgramTest {
   void ExpectUnreadable(const std::string& file, const std::string& why) const {
     ExpectRefusal({"render", file, "out.png"}, 3, file + ": cannot read: " + why);
   }
-  // The option with a value behind an otherwise good command.
+  // A valid command with this option and value appended.
   void ExpectWrongOption(const std::string& option, const std::string& value, const std::string& line) const {
     ExpectRefusal({"render", "in.png", "out.png", option, value}, 2, line);
   }
@@ -109,7 +109,7 @@ TEST_F(BadInput, OutputsThatCannotBe) {
 
 TEST_F(BadInput, NoRightToWrite) {
   if (::geteuid() == 0) {
-    // root may write anywhere except where the kernel refuses.
+    // root may write anywhere, except where the kernel refuses.
     const auto result = Run({"render", "in.png", "/proc/out.png"});
     EXPECT_EQ(result.exit, 4);
     EXPECT_EQ(result.err.rfind("vblur: /proc/out.png: cannot write: ", 0), 0u) << result.err;

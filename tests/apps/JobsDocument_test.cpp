@@ -1,5 +1,5 @@
-// docs/JOBS.md against the program: the examples are jobs, the first one renders and tells its progress as shown there,
-// and no field is left out.
+// docs/JOBS.md against the program: the examples are valid jobs, the first one renders with the progress shown there,
+// and every field is documented.
 #include <iterator>
 #include <sstream>
 
@@ -20,7 +20,7 @@ std::string Document() {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-// The blocks of code in this language; none for those that name none.
+// The code blocks in this language; "": blocks without a language.
 std::vector<std::string> Blocks(const std::string& language) {
   const std::string text = "\n" + Document();
   const std::string begin = "\n```" + language + "\n";
@@ -43,7 +43,7 @@ std::vector<Json> Lines(const std::string& text) {
   return lines;
 }
 
-// Without what differs from run to run: times, memory and frames in flight keep their names alone.
+// Times, memory and frames in flight differ from run to run: their values are removed.
 Json Timeless(Json event) {
   for (const char* name : {"seconds", "memory"}) {
     if (!event.contains(name)) continue;
@@ -75,7 +75,7 @@ TEST_F(JobsDocument, ItsExamplesAreJobs) {
     EXPECT_NO_THROW(host::CheckJob(host::ParseJob(example, "."))) << example;
 }
 
-TEST_F(JobsDocument, ItsExampleRendersAndTellsItsProgress) {
+TEST_F(JobsDocument, ItsExampleRendersWithTheProgressShown) {
   WriteExample();
   const auto shown = Lines(Blocks("").at(0));
   const auto told = Progress();
@@ -84,7 +84,7 @@ TEST_F(JobsDocument, ItsExampleRendersAndTellsItsProgress) {
     EXPECT_EQ(Timeless(told[i]), Timeless(shown[i]));
 }
 
-TEST_F(JobsDocument, AFrameThatFailsIsToldAsShown) {
+TEST_F(JobsDocument, AFailedFrameIsReportedAsShown) {
   WriteExample();
   std::filesystem::remove(Path("plate.0002.exr"));
   const auto told = Progress({"--on-error", "skip"});

@@ -29,7 +29,7 @@ struct ProcessResult {
 
 class Process {
  public:
-  // Starts the program in a folder. `fileLimit`, when not 0, is the most bytes that a file may hold.
+  // Starts the program in a folder. `fileLimit`, when not 0, is the maximum size of a file in bytes.
   Process(const std::filesystem::path& folder, std::vector<std::string> arguments, rlim_t fileLimit = 0)
       : folder_(folder), number_(next_++) {
     std::vector<char*> pointers;
@@ -65,7 +65,7 @@ class Process {
   }
 
  private:
-  // Outside of the folder, which holds the program's files only.
+  // Beside the folder, which holds the program's files only.
   std::string StreamFile(const char* name) const { return folder_.string() + "." + name + std::to_string(number_); }
 
   [[noreturn]] void Become(std::vector<char*>& arguments, rlim_t fileLimit) const {
@@ -73,7 +73,7 @@ class Process {
     const int err = ::open(StreamFile("err").c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(err, STDERR_FILENO);
-    // The program knows no suppressions: leaks and races are looked for in the tests of what it is made of.
+    // The program has no sanitizer suppressions; the tests of its libraries check for leaks and races.
     ::setenv("ASAN_OPTIONS", "detect_leaks=0:allocator_may_return_null=1", 1);
     ::setenv("TSAN_OPTIONS", "report_bugs=0", 1);
     if (fileLimit != 0) {

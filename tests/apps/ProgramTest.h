@@ -13,7 +13,7 @@
 
 namespace vblur::cli {
 
-// For this process and those that it starts, while it lives.
+// An environment variable of this process and its children, for a scope.
 class Environment {
  public:
   Environment(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
@@ -39,7 +39,7 @@ class ProgramTest : public testing::Test {
     return Process(folder_.path(), Command(std::move(arguments)), fileLimit).Wait();
   }
 
-  // Runs it, expects the exit code and this one line, and a folder that holds what it held before.
+  // Runs the program and expects the exit code, this one line, and no change to the folder.
   void ExpectRefusal(std::vector<std::string> arguments, int exit, const std::string& line) const {
     const auto before = host::NamesIn(folder_.path());
     const ProcessResult result = Run(std::move(arguments));

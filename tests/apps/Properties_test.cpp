@@ -28,7 +28,7 @@ TEST_F(Properties, TheTableHoldsEveryOne) {
   }
 }
 
-// What other programs read: every field of the table, and the ids of classes.
+// Machine-readable: every field of the table, and the ids of classes.
 TEST_F(Properties, TheDocumentHasEveryFieldAndTheClasses) {
   const auto json = nlohmann::ordered_json::parse(Run({"properties", "--json"}).out);
   EXPECT_EQ(json["version"], 1);
@@ -87,7 +87,7 @@ TEST_F(Properties, EveryOneIsAnOptionOfRender) {
   }
 }
 
-TEST_F(Properties, BlurTellsWhatASizeStandsFor) {
+TEST_F(Properties, BlurDescribesASize) {
   const auto json = nlohmann::json::parse(Run({"properties", "blur", "--json", "--size", "12", "--size", "701"}).out);
   ASSERT_EQ(json["sizes"].size(), 2u);
   EXPECT_EQ(json["sizes"][0]["size"], 12.0);
@@ -98,7 +98,7 @@ TEST_F(Properties, BlurTellsWhatASizeStandsFor) {
   ExpectRefusal({"properties", "Aspect", "--size", "3"}, 2, "--size: goes with the property Blur only");
 }
 
-TEST_F(Properties, ListsAreToldInFull) {
+TEST_F(Properties, ListsAreShownInFull) {
   const std::string text = Run({"properties", "mix-back"}).out;
   for (const std::string_view entry : PropertyOf(PropertyId::MixBack).entries) {
     EXPECT_NE(text.find(entry), std::string::npos) << entry;

@@ -107,7 +107,7 @@ TEST_F(Render, APipeGetsLinesOnlyWhenAsked) {
   EXPECT_NE(lines.find(", input overscan 0 0 0 0 (left, right, bottom, top), memory 0."), std::string::npos) << lines;
 }
 
-TEST_F(Render, TheMemoryOfAFrameIsTold) {
+TEST_F(Render, TheMemoryOfAFrameIsReported) {
   MakePicture("in.png", 512, 512);
   const std::string lines = Run({"render", "in.png", "out.png", "--blur", "30", "-v"}).err;
   // Source and result, and the picture between the passes, which is of the same size.
@@ -120,7 +120,7 @@ TEST_F(Render, TheMemoryOfAFrameIsTold) {
   EXPECT_LE(own, 4 * 512 * 512 + (4 << 20));
 }
 
-// The host's calls on the effect for one frame, in the order that a host keeps to.
+// The host's calls on the effect for one frame, in their order.
 TEST_F(Render, TheTraceShowsTheOrderOfCalls) {
   MakePicture("in.png");
   const std::string trace = Run({"render", "in.png", "out.png", "--blur", "24", "-vv"}).err;
@@ -251,8 +251,8 @@ TEST_F(Render, LargeSizesAreWarnedOfOnce) {
   EXPECT_EQ(Run({"render", "in.png", "out.png", "--blur", "10", "--overwrite"}).err, "");
 }
 
-// The loss that the program tells is the one that a picture of one colour suffers.
-TEST_F(Render, TheToldLossIsTrue) {
+// The reported loss is that of a picture of one colour.
+TEST_F(Render, TheReportedLossIsTrue) {
   host::HostImage flat;
   flat.Reset(16, 4, 600, 4);  // wider than the widest box
   for (std::size_t i = 0; i < host::ComponentCount(flat); ++i)

@@ -55,7 +55,7 @@ TEST_F(SheetPrograms, RefusesWhatDoesNotFit) {
                 "no/out.png: cannot write: the folder no does not exist");
 }
 
-TEST_F(SheetPrograms, OldFilesAreReplacedOnlyWhenTold) {
+TEST_F(SheetPrograms, OldFilesAreReplacedOnlyWithOverwrite) {
   MakePicture("other.png");
   const std::string before = host::Bytes(Path("in.png"));
   for (const auto& command :

@@ -44,7 +44,7 @@ TEST_F(StartUp, NorDoMistakes) {
   ExpectNoPictureLibrary({"chart", "out.png", "--depth", "12"}, 2);
 }
 
-// A run that needs the library shows what the tests above search for.
+// A positive control for the tests above.
 TEST_F(StartUp, APictureLoadsIt) {
   MakePicture("in.png");
   for (const std::string& libraries :

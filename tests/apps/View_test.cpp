@@ -1,4 +1,4 @@
-// vblur view, as a person calls it.
+// The command view: pictures, pages, pen scripts and saved jobs.
 #include "host/base/TextFile.h"
 #include "tests/apps/ProgramTest.h"
 
@@ -74,7 +74,7 @@ TEST_F(ViewProgram, DragsTheRingAndSavesTheJob) {
                                                                   "in.png", "job.json", "view.png"}));
   EXPECT_NE(Pixels("idle.png"), Pixels("dragged.png"));
   EXPECT_NE(Pixels("dragged.png"), Pixels("view.png"));
-  // The saved job shows what the drag left, and the ring is no longer under the pen.
+  // The saved job has the result of the drag, and the ring is no longer under the pen.
   EXPECT_EQ(Run({"view", "after.json", "again.png", "--hide-controls"}).exit, 0);
   EXPECT_EQ(Run({"job", "after.json"}).exit, 0);
 }
@@ -98,7 +98,7 @@ TEST_F(ViewProgram, ShowsWhatARenderWrites) {
   EXPECT_EQ(Pixels("view.png"), rendered);
 }
 
-// Pictures wait without their names until all of the script has been played.
+// Pictures get their names after the whole script has run.
 TEST_F(ViewProgram, InterruptedItLeavesNothing) {
   std::string script;
   for (int i = 0; i < 2000; ++i)

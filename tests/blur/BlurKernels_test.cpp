@@ -18,7 +18,7 @@ TEST_P(BlurKernels, EqualPlainCode) {
 
 INSTANTIATE_TEST_SUITE_P(Levels, BlurKernels, testing::ValuesIn(vectorLevels()), levelName);
 
-// Those that do not work on one row have tests of their own: BoxSweep_test, StreamRows_test and TransposePixels_test.
+// Kernels that work on several rows are tested in BoxSweep_test, StreamRows_test and TransposePixels_test.
 TEST(BlurKernelsOfAllLevels, HaveATestEach) {
   std::set<std::string> tested{"boxSweep 8", "boxSweep 16", "boxSweep 32", "streamRows", "transposePixels"};
   for (const KernelCase& kernel : blurKernels())

@@ -60,7 +60,7 @@ TEST(BoxConstants, NeverGiveAGainAboveOne) {
   }
 }
 
-TEST(BoxConstants, TellHowFarABoxReaches) {
+TEST(BoxConstants, GiveTheReachOfABox) {
   EXPECT_EQ(boxConstants(2.0f).reach(), 2);
   EXPECT_EQ(boxConstants(2.5f).reach(), 3);
   EXPECT_EQ(boxConstants(2.0f).margin(3), 9);

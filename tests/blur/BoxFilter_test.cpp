@@ -105,11 +105,11 @@ TEST(BoxFilter, TruncatesTheTwoEndTapsTogetherAndRoundsTheSum) {
   std::vector<std::int32_t> lines(4 * kLanes, 0);
   lines[0] = lines[2 * kLanes] = 1;
   EXPECT_EQ(filtered(lines, 1, 2, boxConstants(0.5f))[0], 1);
-  // On 1, 1, 0 the end is truncated away, and a half is rounded up.
+  // On 1, 1, 0 the end is truncated to 0, and the half is rounded up.
   lines[kLanes] = 1;
   lines[2 * kLanes] = 0;
   EXPECT_EQ(filtered(lines, 1, 2, boxConstants(0.5f))[0], 1);
-  // On -1, 0, 0 the truncation goes down, the rounding of -1/2 up.
+  // On -1, 0, 0 the truncation rounds down, and -1/2 is rounded up.
   lines[0] = -1;
   lines[kLanes] = 0;
   EXPECT_EQ(filtered(lines, 1, 2, boxConstants(0.5f))[0], 0);
@@ -123,7 +123,7 @@ TEST(BoxFilter, LeavesAnEndTapOfATinyFractionWithoutWeight) {
   EXPECT_EQ(filtered(lines, 1, 2, boxConstants(0.00005f))[0], 0);
 }
 
-TEST(BoxFilter, ReadsJustWhatItSaysItReaches) {
+TEST(BoxFilter, ReadsOnlyItsReach) {
   const BoxReach whole = boxReach(10, 20, boxConstants(2.0f));
   EXPECT_EQ(whole.first, 8);
   EXPECT_EQ(whole.last, 23);

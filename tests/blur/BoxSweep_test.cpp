@@ -14,7 +14,7 @@
 namespace vblur::test {
 namespace {
 
-// Random components, ends of the range, and lanes that are at one end throughout.
+// Random components, ends of the range, and lanes that are constant at an end.
 template <class C>
 std::vector<C> randomRows(Random& random, std::int64_t rows, std::size_t lanes) {
   constexpr int kLow = std::numeric_limits<C>::min();
@@ -123,7 +123,7 @@ std::uint32_t highMultiply(std::uint32_t a, std::uint32_t b) {
 TEST(BoxSweepArithmetic, MultipliesAsThePlainBoxDoesOverTheWholeDomain) {
   constexpr int kStep = kShareOfCases == 1 ? 1 : 37;
   for (std::int32_t scale = 1; scale < 16384; scale += kStep) {
-    // No more taps than the scale leaves room for.
+    // The largest sum that the scale allows.
     const std::int32_t most = std::min<std::int32_t>(32767, 255 * (16384 / scale + 2));
     for (std::int32_t sum = 0; sum <= most; ++sum)
       ASSERT_EQ(roundingHighMultiply(sum, 2 * scale), (sum * scale + 8192) >> 14) << sum << " " << scale;
@@ -176,7 +176,7 @@ TEST(BoxSweepArithmetic, MultipliedSumsFit32BitsAndHoldTheResult) {
   }
 }
 
-// Interleaving the halves of a block three times leaves its components where they were.
+// Interleaving the halves of a block three times restores the order of its components.
 TEST(BoxSweepArithmetic, ThreeInterleavesKeepTheOrder) {
   for (int place = 0; place < 8; ++place) {
     int mixed = place;

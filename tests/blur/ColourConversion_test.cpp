@@ -1,4 +1,4 @@
-// The colour conversion by exact values, and what of it fits a picture's pixels.
+// The colour conversion by exact values, and which stored values fit the pixel type.
 #include "blur/ColourConversion.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ TEST(ColourConversion, HoldsNegativeDifferencesFromZeroUp) {
   EXPECT_EQ(heldYuv<255>(255), 255);
 }
 
-// The planes of 8 bits hold every colour.
+// 8-bit planes hold every colour.
 TEST(ColourConversion, OfEightBitsFitsEightBits) {
   for (int red = 0; red < 256; red += kShareOfCases) {
     bool allFit = true;
@@ -61,7 +61,7 @@ TEST(ColourConversion, OfEightBitsFitsEightBits) {
   }
 }
 
-// Each held value grows or falls with each component, so the ends of the range tell.
+// Each stored value is monotonic in each component, so the ends of the range suffice.
 TEST(ColourConversion, OfSixteenBitsFitsSixteenBitsButForVBelowZero) {
   const auto held = [](int red, int green, int blue) {
     return heldYuvOf<32767>(
@@ -92,7 +92,7 @@ bool fitInto(const R16& inside, const R16& outside) {
   return sampler.allFit();
 }
 
-TEST(ColourConversion, TellsWhenAPictureOrWhatLiesBeyondItDoesNotFit) {
+TEST(ColourConversion, ReportsAPictureOrAnOutsideColourThatDoesNotFit) {
   const R16 good{{100, 200, 300, 0}};
   const R16 bad{{32767, -32768, -32768, 0}};
   EXPECT_TRUE(fitInto<R16>(good, good));
@@ -101,7 +101,7 @@ TEST(ColourConversion, TellsWhenAPictureOrWhatLiesBeyondItDoesNotFit) {
   EXPECT_TRUE(fitInto<Ri>(bad, bad));
 }
 
-TEST(ColourConversion, TellsOfThePictureOfTheLastRunOnly) {
+TEST(ColourConversion, ReportsThePictureOfTheLastRunOnly) {
   HvTexture<R16, Ri> in(1, 1);
   *in.at(0, 0) = R16{{32767, -32768, -32768, 0}};
   HvTexture<R16, Ri> out(1, 1);

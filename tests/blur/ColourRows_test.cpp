@@ -48,7 +48,7 @@ TEST_P(ColourRows, EqualThePlainOnes) {
   compareAnyRows<R16>();
 }
 
-// Pixels in, both ways; the rows of the vector code are long.
+// Both directions, on one long row.
 template <class Pixel>
 void compareAll(const std::vector<Pixel>& pixels) {
   const auto n = static_cast<std::int32_t>(pixels.size());
@@ -96,7 +96,7 @@ TEST_P(ColourRows, EqualThePlainOnesOnEveryValueOfSixteenBits) {
   }
 }
 
-// One pixel that does not fit is seen wherever it stands.
+// One pixel that does not fit is detected at any position.
 TEST_P(ColourRows, FindTheOnePixelThatDoesNotFit) {
   for (std::int32_t n = 1; n <= 70; ++n) {
     std::vector<R16> pixels(static_cast<std::size_t>(n), R16{{100, 200, 300, 0}});

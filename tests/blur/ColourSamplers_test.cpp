@@ -101,7 +101,7 @@ TYPED_TEST(ColourSamplers, GoToYuvAsTheModelDoes) {
   };
   forRandomCases(300, [&](Random& random) {
     compareSampler<Forward<TypeParam>, FrameOf<TypeParam>, YuvPicture>(random, convert);
-    // Not every V of 16 bits fits them.
+    // Not every V of a 16-bit picture fits 16 bits.
     if constexpr (std::is_same_v<TypeParam, R8>) {
       compareSampler<NarrowForward<TypeParam>, FrameOf<TypeParam>, FrameOf<TypeParam>>(random, convert);
     }
@@ -166,7 +166,7 @@ TYPED_TEST(ColourSamplers, SubtractAsTheModelDoes) {
   });
 }
 
-// Of three rows, those that are written when the second poll says stop. The first poll is that of the pass.
+// The rows of three that are written when the second poll stops. The first poll is that of the pass.
 template <class Processor, class Out, class... In>
 int rowsBeforeAStop(HvTexture<In, Ri>&... in) {
   const ThreadCount threads(1);
@@ -182,7 +182,7 @@ int rowsBeforeAStop(HvTexture<In, Ri>&... in) {
   return rows;
 }
 
-TEST(ColourSamplersRowPolls, StandAfterTheRowsOfOneComponent) {
+TEST(ColourSamplersRowPolls, AreAfterTheRowsOfOneComponent) {
   FrameOf<R8> colours(2, 3);
   std::fill_n(colours.at(0, 0), 6, R8{{7, 7, 7, 7}});
   EXPECT_EQ((rowsBeforeAStop<Extractor<R8>, GreyPicture>(colours)), 1);
@@ -198,7 +198,7 @@ TEST(ColourSamplersRowPolls, StandAfterTheRowsOfOneComponent) {
   EXPECT_EQ(*spread.at(0, 1), R8{});
 }
 
-TEST(ColourSamplersRowPolls, StandBeforeTheRowsOfColours) {
+TEST(ColourSamplersRowPolls, AreBeforeTheRowsOfColours) {
   FrameOf<R8> colours(2, 3);
   std::fill_n(colours.at(0, 0), 6, R8{{7, 7, 7, 7}});
   EXPECT_EQ((rowsBeforeAStop<Forward<R8>, YuvPicture>(colours)), 0);

@@ -9,7 +9,7 @@ void runFilter(const Imager& as, const FilterFields& fields, HvTexture<Pixel, Ac
                HvTexture<Pixel, Accum>* out) {
   GaussFilter<Pixel, Accum> filter(filterChannels<Mask, Pixel, Accum>());
   filter.interrupt = as.interrupt;
-  // Which may not be set.
+  // The window may be unset.
   filter.flags = as.flags;
   filter.x1 = as.x1;
   filter.y1 = as.y1;

@@ -50,7 +50,7 @@ void compareWithModel(Random& random, const Case& what) {
   job.method = random.within(kFuzzBlur, kFuzzSharpen);
   job.sizeX = what.sizeX;
   job.sizeY = what.sizeY;
-  // Sharpening reads the result where it writes it, which a smaller box would not allow.
+  // Sharpening reads the result where it writes it, which needs the whole box.
   if (job.method == kFuzzSharpen) target.texture.wholeBounds();
   const float aspect = randomAspect(random);
   const Settings targetSettings(target.texture);

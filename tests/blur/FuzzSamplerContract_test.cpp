@@ -5,9 +5,8 @@
 namespace vblur::test {
 namespace {
 
-// Between two stages of a chain the target holds finished pixels of the first. Planes are filled around the window
-// only, so that a wrapped edge reads 0 at the far end; grey goes to alpha as well until alpha is copied from the
-// source.
+// Between two stages of a chain the target holds the first one's result. Planes are filled around the window only, so a
+// wrapped edge reads 0 at the far end; alpha is grey until it is copied from the source.
 template <class Pixel, std::int32_t Max, int Mode, int Method, int Sixteenths = 20>
 struct Chain : SamplerSubject<FuzzSampler<Pixel, Ri, Max>, HvTexture<Pixel, Ri>> {
   static constexpr bool kKeepsToWindow = Mode != kFuzzRGB && Mode < kFuzzLuminance;

@@ -141,7 +141,7 @@ TEST(FuzzSampler, DividesTheXSizeByTheAspectBeforeTheCut) {
   EXPECT_EQ(result(5.0f, 1.5f, 2.0f), result(2.5f, 1.5f, 1.0f));
   EXPECT_EQ(result(12.0f, 1.5f, 0.5f), result(21.0f, 1.5f, 1.0f));
   EXPECT_EQ(result(42.0f, 1.5f, 2.0f), result(21.0f, 1.5f, 1.0f));
-  // The y size meets the limit as it is, whatever the aspect.
+  // The aspect does not divide the y size.
   EXPECT_EQ(result(2.0f, 22.0f, 2.0f), result(1.0f, 21.0f, 1.0f));
   EXPECT_EQ(result(0.5f, 20.0f, 0.5f), result(1.0f, 20.0f, 1.0f));
   EXPECT_NE(result(1.0f, 20.0f, 1.0f), result(1.0f, 21.0f, 1.0f));
@@ -213,7 +213,7 @@ TEST(FuzzSampler, TakesAPictureThroughYuvWithoutARadiusToo) {
   EXPECT_EQ(*blur.run(kFuzzU, 0.0f, 0.0f).at(1, 1), (R8{{251, 254, 250, 33}}));
 }
 
-// The result is the source's memory, moved: the last copy of alpha reads what the conversion back has written.
+// The result is the source's memory, shifted: the last copy of alpha reads what the conversion back has written.
 TEST(FuzzSampler, CopiesAlphaOnceMoreWithinOnePictureThatIsMoved) {
   for (const int apart : {-1, 0, 1, 3}) {
     Blur8 once(9, 7);
@@ -242,7 +242,7 @@ TEST(FuzzSampler, CopiesAlphaOnceMoreWithinOnePictureThatIsMoved) {
   }
 }
 
-// Channels that are not filtered are copied pixel after pixel, in place and moved.
+// Channels that are not filtered are copied pixel by pixel, in place and shifted.
 TEST(FuzzSampler, CopiesChannelsAfterTheFilterWithinOnePictureThatIsMoved) {
   for (const int apart : {-3, -1, 0, 1, 2}) {
     Blur8 once(40, 3);
@@ -328,7 +328,7 @@ TEST(FuzzSampler, FiltersNothingInModesOutOfRange) {
   }
 }
 
-TEST(FuzzSampler, RunsAllChildrenOnTheCallingThreadWhenToldTo) {
+TEST(FuzzSampler, RunsAllChildrenOnTheCallingThreadWithOneThread) {
   const ThreadCount threads(3);
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     const auto run = [&](bool alone) {
@@ -354,7 +354,7 @@ TEST(FuzzSampler, RunsAllChildrenOnTheCallingThreadWhenToldTo) {
 
 class FuzzSamplerWithoutMemory : public ::testing::TestWithParam<std::pair<float, float>> {};
 
-TEST_P(FuzzSamplerWithoutMemory, LeavesTheTargetAloneAndSaysSo) {
+TEST_P(FuzzSamplerWithoutMemory, LeavesTheTargetAloneAndReportsIt) {
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     for (const std::int32_t threads : {1, 3}) {
       const ThreadCount scope(threads);
@@ -375,7 +375,7 @@ INSTANTIATE_TEST_SUITE_P(OfALineBelowZero, FuzzSamplerWithoutMemory,
                          ::testing::Values(std::pair{-50.0f, 1.0f}, std::pair{1.0f, -50.0f}, std::pair{-50.0f, -50.0f},
                                            std::pair{-2000.0f, 0.0f}));
 
-// Larger than any memory, and at 16 bits than a 64-bit count of bytes.
+// Larger than any memory; at 16 bits the count of bytes exceeds 64 bits.
 template <class Pixel>
 void stopsForAPlaneTooLarge() {
   using Picture = HvTexture<Pixel, Ri>;
@@ -425,8 +425,8 @@ TEST(FuzzSampler, LeavesTheResultAsItWasWhenStoppedBeforeAYuvPictureComesBack) {
     std::size_t rows = 0;
     while (rows < 25 && after[rows] != R8{})
       rows += 5;
-    // Whole rows of the finished picture, then none; and none at all before the first conversion and the filter are
-    // done, which poll at least once for each pass and each row or column.
+    // Rows are finished or untouched; all are untouched until the first conversion and the filter are done, which poll
+    // at least once for each pass and each row or column.
     EXPECT_TRUE(std::equal(after.begin(), after.begin() + static_cast<std::ptrdiff_t>(rows), last.begin()));
     EXPECT_TRUE(std::all_of(after.begin() + static_cast<std::ptrdiff_t>(rows), after.end(),
                             [](const R8& pixel) { return pixel == R8{}; }));

@@ -1,4 +1,4 @@
-// The filter by itself against the independent model: every width of pixel, and one, two or three boxes.
+// The filter alone against the independent model: every width of pixel, and one, two or three boxes.
 #include <gtest/gtest.h>
 
 #include "tests/blur/FilterRuns.h"
@@ -19,7 +19,7 @@ struct Filter {
   static constexpr std::array<bool, 4> channels{R != 0, G != 0, B != 0, A != 0};
 };
 
-// Each width of pixel, and each number of channels; the rest of the masks run within the chains.
+// Each width of pixel, and each number of channels; FuzzModel_test covers the other masks.
 using Filters = ::testing::Types<Filter<R8, Ri, 1, 1, 1, 0>, Filter<R8, Ri, 1, 1, 1, 1>, Filter<R8, Ri, 0, 0, 0, 1>,
                                  Filter<R16, Ri, 1, 1, 1, 1>, Filter<R16, Ri, 0, 1, 0, 0>, Filter<R8, Ri, 0, 1, 1, 0>,
                                  Filter<Ri, Ri, 1, 0, 0, 0>, Filter<Ri, Ri, 0, 1, 1, 0>, Filter<int, int, 1, 0, 0, 0>,

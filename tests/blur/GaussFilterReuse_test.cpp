@@ -1,4 +1,4 @@
-// A filter that has run before gives what a new one gives, whatever has changed in between.
+// A filter that is processed again equals a new one, with any fields changed in between.
 #include <optional>
 
 #include <gtest/gtest.h>

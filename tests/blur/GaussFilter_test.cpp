@@ -1,4 +1,4 @@
-// The filter by itself: what it copies, what it leaves of its settings, its sizes, and its copy back.
+// The filter alone: copies, the settings after a run, sizes, and the copy back.
 #include "blur/GaussFilter.h"
 
 #include <algorithm>
@@ -37,7 +37,7 @@ TEST(GaussFilter, WithoutASizeCopiesAllChannelsEvenThoseThatItDoesNotFilter) {
   EXPECT_EQ(filter.passes, 0);
 }
 
-TEST(GaussFilter, HasThreeBoxesAndNoCopyBackUnlessToldOtherwise) {
+TEST(GaussFilter, HasThreeBoxesAndNoCopyBackByDefault) {
   const ColourFilter filter;
   EXPECT_EQ(filter.boxes, 3);
   EXPECT_EQ(filter.copyBack, 0);
@@ -226,7 +226,7 @@ class CopyingBack : public ColourFilter {
   }
 };
 
-// What the copy back makes of random pictures, and the intermediate that it was made from.
+// The result of a copy back on random pictures, and the intermediate that it was copied from.
 struct CopiedBack {
   CopiedBack(std::uint64_t seed, const std::string& cpu) : random(seed) {
     CopyingBack filter;
@@ -380,7 +380,7 @@ TEST(GaussFilter, TakesAnAspectOfNothingOrLessForAThousandth) {
   }
 }
 
-TEST(GaussFilter, FiltersAllOnTheCallingThreadWhenToldTo) {
+TEST(GaussFilter, FiltersAllOnTheCallingThreadWithOneThread) {
   const ThreadCount threads(3);
   for (const std::string& name : HvCpuLevels()) {
     for (const bool keepsIntermediate : {false, true}) {

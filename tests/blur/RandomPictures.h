@@ -1,4 +1,4 @@
-// The random pictures, windows and radii on which the filter is compared with the model.
+// Random pictures, windows and radii for comparisons of the filter with the model.
 #pragma once
 
 #include <cstdint>

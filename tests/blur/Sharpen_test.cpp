@@ -33,7 +33,7 @@ TEST(Sharpen, OfColoursLetsAlphaThrough) {
     EXPECT_EQ((blur.result.at(0, 0) + i)->alpha, (blur.source.at(0, 0) + i)->alpha);
 }
 
-// Alpha is copied over the whole picture, and in the window reflected through itself.
+// Alpha is copied over the whole picture; in the window 2a - a is a.
 TEST(Sharpen, OfColoursInAWindowGivesTheSourcesAlphaEverywhere) {
   for (const std::string& name : HvCpuLevels()) {
     const CpuLevel level(name);
@@ -64,10 +64,10 @@ TEST(Sharpen, OfYuvDoublesTheRoundingOfTheTrip) {
   }
 }
 
-// One component of a row of YUV held in 8 bits, blurred by boxes of radius 1 with repeated ends.
+// Blurs one component of a row of 8-bit YUV by boxes of radius 1 with repeated ends.
 void blurHeld(std::vector<Ri>& row, std::int32_t Ri::*component) {
   const auto last = static_cast<int>(row.size()) - 1;
-  // Boxes work on the row with its ends repeated beyond what three of them reach.
+  // The row with its ends repeated beyond the reach of three boxes.
   std::vector<int> line;
   for (int x = -3; x <= last + 3; ++x)
     line.push_back(row[static_cast<std::size_t>(std::clamp(x, 0, last))].*component);
@@ -101,7 +101,7 @@ R8 sharpened(const R8& source, const R8& blurred) {
   return pixel;
 }
 
-// Each choice of Y, U and V reflects what its own components became, and no other.
+// Each choice of Y, U and V sharpens its own components only.
 TEST(Sharpen, OfEachChoiceOfYuvReflectsItsOwnComponents) {
   struct {
     std::int32_t mode;

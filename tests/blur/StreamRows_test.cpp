@@ -1,4 +1,4 @@
-// Rows written past the caches piece by piece, at every level of this machine.
+// Rows written past the caches in pieces, at every level of this machine.
 #include "blur/StreamRows.h"
 
 #include <algorithm>

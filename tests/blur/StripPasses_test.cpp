@@ -1,4 +1,4 @@
-// Pictures so large that they are written past the caches: vector code against the plain code.
+// Pictures large enough for non-temporal stores: vector code against plain code.
 #include "blur/StripPasses.h"
 
 #include <cstddef>

@@ -20,7 +20,7 @@ TEST(ExactQuotients, EqualTheDivisionOverTheirWholeDomains) {
     ASSERT_EQ(exact::smallOver255(v), v / 255) << v;
 }
 
-// Scaling by a power of two changes no significant bit of either: one binade stands for all.
+// Scaling by a power of two changes no significant bit of either: one binade covers all.
 TEST(ExactQuotients, RoundedOnesEqualTheDivisionOfEveryFloat) {
   constexpr std::uint32_t kOne = 0x3F800000;
   constexpr std::uint32_t kTwo = 0x40000000;

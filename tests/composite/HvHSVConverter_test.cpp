@@ -24,7 +24,7 @@ TEST(HvHSVConverter, BlackAndGreyHaveNeitherHueNorSaturation) {
   EXPECT_EQ(Hsv8::fromRGB(77, 77, 77), (HvHSV{0, 0, 77}));
   // A maximum of 0 is black, even above negative components.
   EXPECT_EQ(Hsv16::fromRGB(0, -5, -10), (HvHSV{0, 0, 0}));
-  // A difference too small for one step of saturation is grey.
+  // The difference is below one step of saturation: grey.
   EXPECT_EQ(Hsv16::fromRGB(32767, 32767, 32766), (HvHSV{0, 0, 32767}));
 }
 

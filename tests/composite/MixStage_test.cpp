@@ -62,7 +62,7 @@ TYPED_TEST(MixStage, MixAtOneHalfGivesEachPictureHalfItsGain) {
   const TypeParam effect = Make<TypeParam>(100, 80, 0, 40);
   const TypeParam source = Make<TypeParam>(20, 100, 4, 80);
   EXPECT_EQ(this->Mixed(kMix, 50.0f, 50.0f, 100.0f, effect, source), Make<TypeParam>(35, 70, 2, 50));
-  // A blend method gives its full result there.
+  // At 50 a blend method gives its full result.
   EXPECT_EQ(this->Mixed(12, 50.0f, 100.0f, 100.0f, effect, source), Make<TypeParam>(120, 180, 4, 120));
 }
 

@@ -33,7 +33,7 @@ void WriteFrame(const DrawnFrame& frame, const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder);
   host::PictureWriter writer;
   const auto write = [&](const DrawnPicture& picture, const std::string& name) {
-    // A mask is written as a grey picture: its first channel is read.
+    // A mask is written as a grey picture, of which the first channel is read.
     DrawnPicture colour{picture.width, picture.height, 4, {}};
     const auto components = static_cast<std::size_t>(picture.components);
     const std::int32_t depth = *frame.job.depth;

@@ -11,7 +11,7 @@ std::int32_t DrawSide(Rolls& roll) {
   return roll.OneIn(8) ? roll.Whole(1, 3) : roll.OneIn(10) ? roll.Whole(40, 90) : roll.Whole(2, 33);
 }
 
-// Rarely a single row, which has no second field.
+// Rarely 1: a single row has no second field.
 std::int32_t DrawHeight(Rolls& roll, host::FieldChoice field) {
   const std::int32_t height = DrawSide(roll);
   return field != host::FieldChoice::Frame && height == 1 && !roll.OneIn(10) ? 2 : height;
@@ -40,7 +40,7 @@ DrawnPicture DrawPicture(Rolls& roll, std::int32_t depth, std::int32_t component
   return picture;
 }
 
-// Masks are mostly 0 and full, and at 16 bits also negative.
+// A third of the values is 0 or full; at 16 bits some are negative.
 DrawnPicture DrawMask(Rolls& roll, std::int32_t depth, std::int32_t width, std::int32_t height) {
   DrawnPicture mask{width, height, 1, {}};
   const std::int32_t top = depth == 8 ? 255 : 32767;
@@ -51,7 +51,7 @@ DrawnPicture DrawMask(Rolls& roll, std::int32_t depth, std::int32_t width, std::
   return mask;
 }
 
-// Mostly at the picture's place, at times anywhere.
+// Often at (0, 0), sometimes elsewhere.
 void DrawPlace(Rolls& roll, host::ImageRecord& record) {
   if (roll.OneIn(2)) record.origin = {roll.Whole(-12, 12), roll.Whole(-12, 12)};
   if (roll.OneIn(6)) record.position = {roll.Real(-9.0, 9.0), roll.Real(-9.0, 9.0)};
@@ -161,7 +161,7 @@ Record NamedRecord(const char* name, std::int32_t depth) {
   return record;
 }
 
-// The size of another picture, or one of its own.
+// Of the same size as another picture, or of a random one.
 DrawnPicture DrawLike(Rolls& roll, const DrawnPicture& other, const host::Job& job) {
   const bool same = !roll.OneIn(3);
   return DrawPicture(roll, *job.depth, 4, same ? other.width : DrawSide(roll),
@@ -186,7 +186,7 @@ DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds) 
   job.output.height = frame.initial.height;
   job.output.initial = NamedRecord<host::ImageRecord>("initial", depth).file;
   DrawPlace(roll, job.output);
-  // At times what a kind needs is absent.
+  // Sometimes a required picture is absent.
   if (kind == 3 || kind == 7 ? roll.OneIn(3) : !roll.OneIn(20)) {
     frame.input = DrawLike(roll, frame.initial, job);
     job.input = NamedRecord<host::ImageRecord>("input", depth);

@@ -26,7 +26,7 @@ struct DrawnFrame {
 };
 
 enum class DrawnKinds {
-  Filters,  // kind 1, nothing behind the filter: no mix-back, no masks, no blanking, no cropped display
+  Filters,  // kind 1, without the stages after the filter: no mix-back, no masks, no blanking, no cropped display
   All,
 };
 

@@ -60,7 +60,7 @@ DrawnPicture RenderByEffect(const DrawnFrame& frame) {
   host::ExecuteContext context;
   host::HostedEffect hosted(MakeEffect());
   hosted.SetUp(job, coordMan, context);
-  // Without Verify: a frame that lacks a picture is drawn too.
+  // Without Verify, which refuses frames that lack a picture.
   IDSImageEffect& effect = hosted.Effect();
   effect.SetEffectHost(&effectHost);
   effect.SetField(static_cast<std::int32_t>(job.field));

@@ -9,7 +9,7 @@ namespace vblur::differential {
 // The output after the frame.
 DrawnPicture RenderByEffect(const DrawnFrame& frame);
 
-// A drawn picture in the host's form, placed by its record, and back.
+// Converts a drawn picture to the host's, placed by its record, and back.
 void ToHostImage(const DrawnPicture& picture, std::int32_t depth, const host::ImageRecord& record,
                  host::HostImage& image);
 DrawnPicture FromHostImage(const host::HostImage& image);

@@ -35,7 +35,7 @@ class BlurObjectTexts : public testing::Test {
   Module module_{resources::Strings(), resources::Bitmaps()};
 };
 
-TEST_F(BlurObjectTexts, TellsNameDescriptionAndPicture) {
+TEST_F(BlurObjectTexts, HasNameDescriptionAndPicture) {
   const auto effect = NewBlur();
   std::array<char16_t, 260> text{};
   EXPECT_EQ(effect->GetName(text.data(), 260), kOk);
@@ -108,7 +108,7 @@ TEST(BlurObject, GivesItselfForItsPrivateIds) {
   EXPECT_EQ(effect->VerifyEffect(), kOk);
 }
 
-TEST(BlurObject, KnowsTwoFormats) {
+TEST(BlurObject, SupportsTwoFormats) {
   const auto effect = NewBlur();
   EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_RAW_32), 0);
   EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), 0);
@@ -116,7 +116,7 @@ TEST(BlurObject, KnowsTwoFormats) {
   EXPECT_EQ(effect->IsFormatSupported(kNoId), 1);
 }
 
-TEST(BlurObject, TellsWhatItIs) {
+TEST(BlurObject, IdentifiesItself) {
   const auto effect = NewBlur();
   tagDSFxInfo info;
   EXPECT_EQ(effect->GetInfo(&info), kWrongArgument);
@@ -273,7 +273,7 @@ TEST(BlurObject, ACloneHasTheKindAndTheFrameOfItsSource) {
   EXPECT_EQ(CloneOf(*bench.effect)->Verify(), kNullPointer) << "a transition wants its second clip";
 }
 
-TEST(BlurObject, ACloneTellsNobodyOfItsChanges) {
+TEST(BlurObject, ACloneHasNoListeners) {
   struct Deaf : IDSPropertyNotify {
     void OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t) override { ++notices; }
     int notices = 0;

@@ -13,9 +13,9 @@ namespace vblur {
 namespace {
 
 // A project of 100 x 100 units, one pixel each, and settable conversions to pixels.
-class BlurSizeTold : public testing::Test, public IDSCoordMan {
+class BlurSizeOfEffect : public testing::Test, public IDSCoordMan {
  protected:
-  BlurSizeTold() {
+  BlurSizeOfEffect() {
     project.sizes = {{kProjectUserSizeX, 100.0},
                      {kProjectUserSizeY, 100.0},
                      {kProjectWorldSizeX, 100.0},
@@ -47,19 +47,19 @@ class BlurSizeTold : public testing::Test, public IDSCoordMan {
   ComPtr<Blur> effect = NewBlur();
 };
 
-TEST_F(BlurSizeTold, IsTheBlurInPixels) {
+TEST_F(BlurSizeOfEffect, IsTheBlurInPixels) {
   EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
   EXPECT_EQ(At(720.0), (Size{720.0f, 720.0f}));
 }
 
-TEST_F(BlurSizeTold, NegativeBlurIsNone) {
+TEST_F(BlurSizeOfEffect, NegativeBlurIsNone) {
   EXPECT_EQ(At(-5.0), (Size{0.0f, 0.0f}));
   effect->PutCurve(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 10.0}, {10.0, -10.0}}, {}});
   EXPECT_EQ(AtTime(4.0), (Size{2.0f, 2.0f}));
   EXPECT_EQ(AtTime(7.5), (Size{0.0f, 0.0f}));
 }
 
-TEST_F(BlurSizeTold, AspectNarrowsOneAxisAndIsLimited) {
+TEST_F(BlurSizeOfEffect, AspectNarrowsOneAxisAndIsLimited) {
   EXPECT_EQ(At(12.0, 25.0), (Size{12.0f, 9.0f}));
   EXPECT_EQ(At(12.0, -25.0), (Size{9.0f, 12.0f}));
   for (const double aspect : {100.0, 250.0}) {
@@ -70,26 +70,26 @@ TEST_F(BlurSizeTold, AspectNarrowsOneAxisAndIsLimited) {
   EXPECT_EQ(AtTime(5.0), (Size{6.0f, 12.0f}));
 }
 
-TEST_F(BlurSizeTold, AspectIsNarrowedToAFloat) {
+TEST_F(BlurSizeOfEffect, AspectIsNarrowedToAFloat) {
   const auto narrowed = static_cast<float>(1000.0 * (1.0 - static_cast<double>(0.999f)));
   EXPECT_NE(narrowed, 1.0f);
   EXPECT_EQ(At(1000.0, 99.9), (Size{1000.0f, narrowed}));
   EXPECT_EQ(At(1000.0, -99.9), (Size{narrowed, 1000.0f}));
 }
 
-TEST_F(BlurSizeTold, AnUnreadableProjectCountsAsOne) {
+TEST_F(BlurSizeOfEffect, AnUnreadableProjectCountsAsOne) {
   project.sizes.clear();
   EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
   effect->SetEffectHost(nullptr);
   EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
 }
 
-TEST_F(BlurSizeTold, TheRatioOfTheHeightsDividesTheHorizontalSize) {
+TEST_F(BlurSizeOfEffect, TheRatioOfTheHeightsDividesTheHorizontalSize) {
   project = PartialProject();
   EXPECT_EQ(AtTime(0.0), (Size{4.0f, 10.0f}));
 }
 
-TEST_F(BlurSizeTold, TheRatioIsOneWithoutOneOfTheHeights) {
+TEST_F(BlurSizeOfEffect, TheRatioIsOneWithoutOneOfTheHeights) {
   project = PartialProject();
   project.sizes.erase(kProjectWorldSizeY);
   EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
@@ -98,7 +98,7 @@ TEST_F(BlurSizeTold, TheRatioIsOneWithoutOneOfTheHeights) {
   EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
 }
 
-TEST_F(BlurSizeTold, TheRatioDoesNotNeedTheWidths) {
+TEST_F(BlurSizeOfEffect, TheRatioDoesNotNeedTheWidths) {
   project = PartialProject();
   project.sizes.erase(kProjectWorldSizeX);
   EXPECT_EQ(AtTime(0.0), (Size{4.0f, 10.0f}));
@@ -106,7 +106,7 @@ TEST_F(BlurSizeTold, TheRatioDoesNotNeedTheWidths) {
   EXPECT_EQ(AtTime(0.0), (Size{4.0f, 10.0f})) << "user units of a pixel, under the ratio";
 }
 
-TEST_F(BlurSizeTold, TheProjectsPixelsAreWhole) {
+TEST_F(BlurSizeOfEffect, TheProjectsPixelsAreWhole) {
   project.sizes[kProjectUserSizeX] = 100.75;
   project.sizes[kProjectUserSizeY] = 12.5;
   project.sizes[kProjectWorldSizeY] = 12.5;
@@ -114,7 +114,7 @@ TEST_F(BlurSizeTold, TheProjectsPixelsAreWhole) {
                                static_cast<float>(static_cast<double>(12.0f / 12.5f) * 10.0)}));
 }
 
-TEST_F(BlurSizeTold, AProxyShrinksIt) {
+TEST_F(BlurSizeOfEffect, AProxyShrinksIt) {
   effect->SetCoordMan(this);
   EXPECT_EQ(AtTime(0.0), (Size{10.0f, 10.0f}));
   rendered = {0.5, 0.25};
@@ -123,13 +123,13 @@ TEST_F(BlurSizeTold, AProxyShrinksIt) {
   EXPECT_EQ(AtTime(0.0), (Size{2.5f, 0.3125f}));
 }
 
-TEST_F(BlurSizeTold, FollowsItsCurve) {
+TEST_F(BlurSizeOfEffect, FollowsItsCurve) {
   effect->PutCurve(PropertyOf(PropertyId::Blur).guid, host::Curve{{{0.0, 0.0}, {10.0, 80.0}}, {}});
   EXPECT_EQ(AtTime(5.0), (Size{40.0f, 40.0f}));
   EXPECT_EQ(AtTime(20.0), (Size{80.0f, 80.0f}));
 }
 
-TEST(BlurSize, TellsRadiusSigmaAndGain) {
+TEST(BlurSize, DescribesRadiusSigmaAndGain) {
   const Blur effect;
   const BlurSizeFacts small = effect.DescribeBlurSize(3.0);
   EXPECT_FLOAT_EQ(static_cast<float>(small.boxRadius), 1.0f);

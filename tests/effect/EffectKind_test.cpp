@@ -131,7 +131,7 @@ TEST(EffectKind, VerifyAsksForThePicturesOfTheUse) {
   }
 }
 
-TEST(EffectKind, OnlyATransitionTellsItsHostOfTwoClips) {
+TEST(EffectKind, OnlyATransitionReportsTwoClips) {
   const GUID others[] = {families::kFilter,    families::kFilterSecond, families::kFilterThird, families::kSource,
                          families::kGenerator, families::kPaint,        families::kOther,       kNoFamily};
   const auto effect = ComPtr<OpenBlur>::Own(new OpenBlur());

@@ -1,4 +1,4 @@
-// The shape of the effect: its bases by name, and the order in which its operations and members stand.
+// The effect's bases, and the order of its operations and members.
 #include <bit>
 #include <cstddef>
 #include <type_traits>
@@ -54,13 +54,13 @@ std::vector<std::ptrdiff_t> Counting(std::size_t from, std::size_t count) {
   return places;
 }
 
-TEST(EffectTree, TheEffectsOwnOperationsStandFirstAndInTheirOrder) {
+TEST(EffectTree, TheEffectsOwnOperationsComeFirstInTheirOrder) {
   EXPECT_EQ(PlacesOf(&HvDsEffect::GetBlurSize, &HvDsEffect::AttachOverlay, &HvDsEffect::PageShown,
                      &HvDsEffect::UpdateOverlayPlacement, &HvDsEffect::QueryAggregation, &HvDsEffect::VerifyEffect),
             Counting(0, 6));
 }
 
-TEST(EffectTree, TheHostsOperationsStandInTheirOrder) {
+TEST(EffectTree, TheHostsOperationsHaveTheirOrder) {
   using I = IDSImageEffect;
   EXPECT_EQ(PlacesOf(&I::GetInfo, &I::GetImageEffectInfo, &I::IsFormatSupported, &I::SetDefaults, &I::GetInputOverscan,
                      &I::Verify, &I::RenderFrame, &I::Clone),
@@ -74,7 +74,7 @@ TEST(EffectTree, TheHostsOperationsStandInTheirOrder) {
             Counting(11, 32));
 }
 
-TEST(EffectTree, FactoriesStandInTheirOrder) {
+TEST(EffectTree, FactoryOperationsHaveTheirOrder) {
   using Factory = CDsClassFactory<Blur, 0, 0>;
   EXPECT_EQ(PlacesOf(&Factory::QueryInterface, &Factory::AddRef, &Factory::Release, &Factory::CreateInstance,
                      &Factory::LockServer),

@@ -1,4 +1,4 @@
-// What the effect reads of its host, and how often.
+// What the effect reads from its host, and how often.
 #include <string>
 #include <vector>
 

@@ -416,7 +416,7 @@ TEST_F(OverlayLink, IsNotCloned) {
   effect->DisconnectOverlay();
 }
 
-TEST_F(OverlayLink, GoesWithTheEffectWhilePagesAreOpen) {
+TEST_F(OverlayLink, EndsWithTheEffectWhilePagesAreOpen) {
   effect->ConnectOverlay(&viewer);
   effect->ConnectOverlay(&viewer);
   effect->PageShown("FullBlurPPG");

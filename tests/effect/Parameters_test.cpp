@@ -164,7 +164,7 @@ struct Notices : IDSPropertyNotify {
 
 using DefaultsCall = HRESULT (*)(vblur::Blur&);
 
-TEST(Parameters, DefaultsAreToldOfOnceWithAFlagOfTheirOwn) {
+TEST(Parameters, DefaultsAreNotifiedOnceWithTheirOwnFlag) {
   constexpr DefaultsCall kCalls[] = {[](vblur::Blur& effect) { return effect.SetDefaults(); },
                                      [](vblur::Blur& effect) { return effect.Init(); }};
   for (const DefaultsCall call : kCalls) {

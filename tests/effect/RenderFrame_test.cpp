@@ -51,7 +51,7 @@ TEST_F(RenderFrame, AnUnusableOutputGivesItsOwnResult) {
   ExpectOutput(Marker);
 }
 
-// Answers PrepareData as it is told to.
+// PrepareData returns a given result.
 struct UnpreparedBlur : Blur {
   HRESULT PrepareData() override { return answer; }
 
@@ -173,7 +173,7 @@ TEST_F(RenderFrame, WithoutAContextNothingStopsIt) {
   ExpectOutput(Checks);
 }
 
-TEST_F(RenderFrame, TellsThatItRanOutOfMemory) {
+TEST_F(RenderFrame, ReportsThatItRanOutOfMemory) {
   // A reach of 90000 rows above and below, each of 30000 pixels: more than can be addressed.
   const auto black = [](std::int32_t, std::int32_t) { return Pixel16{}; };
   Paint<Pixel16>(bench.input, 30000, 1, black);

@@ -225,8 +225,8 @@ TEST_F(RenderPixels, TheMaskLiesRelativeToTheInput) {
   ASSERT_EQ(bench.effect->RenderFrame(0.0), kOk);
   ExpectOutput([](std::int32_t x, std::int32_t y) { return x == 3 && y == 5 ? Pixel8{0, 0, 0, 0} : Checks(x, y); });
 }
-// With field rows the picture stays whole. Copies keep to the rows of the field; the filter and the copies of single
-// channels do not.
+// With field rows the picture has all rows. Copies write the rows of the field only; the filter and the copies of
+// single channels write all.
 TEST_F(RenderPixels, AFieldOfRowsIsDisplayedInItsRows) {
   auto* const open = new OpenBlur();
   bench.effect = ComPtr<Blur>::Own(open);

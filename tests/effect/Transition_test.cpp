@@ -244,7 +244,7 @@ TEST_F(Transition, AFieldIsMixedInItsRowsAndRegion) {
   }
 }
 
-// Clips of one column each. The spread shows each clip's blur, the rounding whether mixing came first.
+// Clips of one column each. The spread shows each clip's blur, the rounding whether they were mixed before it.
 class TransitionPasses : public testing::Test {
  protected:
   static constexpr std::int32_t kColumn = 16;

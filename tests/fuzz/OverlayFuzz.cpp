@@ -108,7 +108,7 @@ void OverlayFuzz::Step() {
       Action{"pen events from within another", 4, &OverlayFuzz::NestedPen},
       Action{"values put", 16, &OverlayFuzz::PutValue},
       Action{"curves put", 6, &OverlayFuzz::PutCurve},
-      Action{"changes told", 6, &OverlayFuzz::Notify},
+      Action{"notifications", 6, &OverlayFuzz::Notify},
       Action{"times", 8, &OverlayFuzz::ChangeTime},
       Action{"places of the source", 6, &OverlayFuzz::MoveSource},
       Action{"paints", 12, &OverlayFuzz::Paint},

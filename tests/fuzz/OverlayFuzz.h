@@ -1,5 +1,5 @@
 // Fuzzer of the overlay: random actions of user and host on pens, pages, properties, curves, times, viewers, effects,
-// tools and widgets, in any order. Checks only that nothing crashes; meant for the address and undefined behaviour
+// tools and widgets, in any order. Checks only that nothing crashes; run it under the address and undefined behaviour
 // sanitizers.
 #pragma once
 

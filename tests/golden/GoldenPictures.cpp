@@ -50,7 +50,7 @@ std::size_t CountDifferences(const host::HostImage& a, const host::HostImage& b)
   return count;
 }
 
-// Every pixel as a block, opaque, so that a change of one step is there to see.
+// Three panels side by side, each pixel an opaque block.
 class Triptych {
  public:
   static constexpr std::int32_t kZoom = 6;
@@ -89,7 +89,7 @@ void DrawChange(const host::HostImage& before, const host::HostImage& after, con
       for (std::size_t c = 0; c < 3; ++c) {
         old[c] = ValueAt(before, x, y, static_cast<std::int32_t>(c));
         now[c] = ValueAt(after, x, y, static_cast<std::int32_t>(c));
-        // A change of one step shows, and grows with its size.
+        // Visible for a difference of one step, brighter for larger ones.
         difference[c] = old[c] == now[c] ? 0 : 64 + (std::abs(old[c] - now[c]) << 2 >> shift);
         old[c] >>= shift;
         now[c] >>= shift;

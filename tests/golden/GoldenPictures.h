@@ -1,4 +1,4 @@
-// Renders the jobs of a folder and holds each result against the picture that is kept for it.
+// Renders the jobs of a folder and compares each result with its expected picture.
 #pragma once
 
 #include <filesystem>
@@ -11,7 +11,7 @@ struct GoldenResult {
   std::string name;
   bool isNew = false;
   std::size_t componentsThatDiffer = 0;
-  // Before, after and the difference side by side, when there is one.
+  // Before, after and difference side by side; empty if equal.
   std::filesystem::path picture;
 
   bool equal() const { return !isNew && componentsThatDiffer == 0; }

@@ -34,7 +34,7 @@ TEST(Arithmetic, FloatToIntKeepsTheLastNumbersThatFit) {
   EXPECT_EQ(truncToInt(-2147483647.5), -2147483647);
 }
 
-TEST(Arithmetic, FloorToIntGoesTowardMinusInfinity) {
+TEST(Arithmetic, FloorToIntRoundsTowardMinusInfinity) {
   EXPECT_EQ(floorToInt(-1.0f), -1);
   EXPECT_EQ(-1.0f - static_cast<float>(floorToInt(-1.0f)), 0.0f);
   EXPECT_EQ(floorToInt(-0.25f), -1);

@@ -1,4 +1,4 @@
-// Compares copies with a plain copy of each pixel, on random pictures and at every level.
+// Compares copies with a plain copy of each pixel on random pictures, at every level.
 #pragma once
 
 #include <cstdint>

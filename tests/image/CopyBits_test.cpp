@@ -47,7 +47,7 @@ TEST_P(CopyBits, EqualPlainCopiesOfEachChoiceOfComponents) {
   });
 }
 
-// Bit masks that ignore the bounds of components, at any alignment.
+// Any bit masks, at any alignment.
 TEST_P(CopyBits, TakeTheChosenBitsAndNoOthers) {
   unsigned char from[320];
   unsigned char before[320];
@@ -57,7 +57,7 @@ TEST_P(CopyBits, TakeTheChosenBitsAndNoOthers) {
   }
   constexpr std::int32_t kWords = 70;
   constexpr unsigned char kChosen[] = {0x0F, 0xFF, 0x00, 0x81};
-  // copies(out) takes byte source(i) for byte i of the words.
+  // copies(out) writes byte source(i) to byte i of the words.
   const auto expectBytes = [&](int offset, const auto& copies, const auto& source) {
     unsigned char to[320];
     std::copy_n(before, 320, to);

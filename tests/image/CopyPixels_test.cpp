@@ -185,7 +185,7 @@ TEST(CopyPixelsLevels, RunTheirKernelsAtEachLevelButTheTwin) {
   }
 }
 
-// The plain code that all of the above is compared with.
+// The plain code, which the tests above compare with.
 TEST(CopyPixelsLevels, TheTwinTakesOnePixelAfterTheOther) {
   const CpuLevel level("twin");
   int row[] = {1, 2, 3, 4, 5, 6, 7, 8};

@@ -32,7 +32,7 @@ struct FillOutside : GeneratorSubject<HvImgFiller<Pixel, Rf>, HvTexture<Pixel, R
   }
 };
 
-// The larger of each two components, for the frameworks that have no processor in this folder.
+// The larger of each two components, for frameworks without a processor in this folder.
 R8 greater(const R8& a, const R8& b) {
   R8 result{};
   for (int c = 0; c < 4; ++c)

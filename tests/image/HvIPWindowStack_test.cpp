@@ -14,7 +14,7 @@ class HvIPWindowStackTest : public ::testing::Test {
   HvIPWindowStack stack_{&proc_};
 };
 
-TEST_F(HvIPWindowStackTest, GivesWindowsBackInTurn) {
+TEST_F(HvIPWindowStackTest, RestoresWindowsInReverseOrder) {
   proc_.setWindow(1, 2, 3, 4);
   const std::uint32_t flags = proc_.flags;
   EXPECT_EQ(stack_.push(), 1);

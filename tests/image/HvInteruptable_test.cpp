@@ -7,7 +7,7 @@
 namespace vblur::test {
 namespace {
 
-TEST(HvInteruptable, PollOfNoRecordOrNoCallbackGoesOn) {
+TEST(HvInteruptable, PollWithoutRecordOrCallbackContinues) {
   EXPECT_EQ(poll(nullptr), 0);
   HvInterruptRecord record;
   EXPECT_EQ(poll(&record), 0);
@@ -47,7 +47,7 @@ TEST(HvInteruptable, PollDoesNotTakeBackAnothersStop) {
   EXPECT_EQ(poll(&record), 1);
 }
 
-TEST(HvInteruptable, PollGoesOnAgainOnceTheRecordIsArmed) {
+TEST(HvInteruptable, PollContinuesOnceTheRecordIsArmedAgain) {
   HvInterruptRecord record;
   record.stopForMemory();
   record.arm(nullptr, nullptr);

@@ -29,7 +29,7 @@ TEST(HvScratch, GivesBackWhatWasGiven) {
   giveScratch({});
 }
 
-TEST(HvScratch, BlocksThatNobodyAsksForAgainMakeRoom) {
+TEST(HvScratch, UnusedBlocksMakeRoom) {
   constexpr std::size_t kLarge = std::size_t{40} << 20;
   std::vector<HvScratchBlock> blocks;
   for (std::size_t i = 0; i < 8; ++i)

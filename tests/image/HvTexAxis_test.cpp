@@ -116,7 +116,7 @@ TEST(HvTexAxis, LookupsAnswerOutsideEverywhereWithoutPixels) {
   }
 }
 
-TEST(HvTexAxis, LookupsStandFarFromTheBox) {
+TEST(HvTexAxis, LookupsWorkFarFromTheBox) {
   for (const std::int32_t method : kMethods) {
     const HvTexAxis axis = axisOf(7, 1, 5, method);
     for (const std::int32_t i : {-2000000000, 2000000000}) {

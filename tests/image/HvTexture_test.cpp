@@ -35,7 +35,7 @@ void expectSameAxis(const HvTexAxis& a, const HvTexAxis& b) {
   EXPECT_EQ(a.writeOrigin, b.writeOrigin);
 }
 
-// A texture with a value other than the default in each field.
+// Sets each field to a value other than its default.
 void decorate(Frame& texture) {
   texture.setBounds(1, 3, 0, 2);
   texture.setEdgeMethods(kEdgeReflect, kEdgeWrap);

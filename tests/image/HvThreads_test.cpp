@@ -132,7 +132,7 @@ TEST_P(HvThreadsArguments, OfNoneAreTheCallBlock) {
 
 INSTANTIATE_TEST_SUITE_P(OnThreads, HvThreadsArguments, ::testing::Values(1, 3));
 
-// Two runs that notice if they overlap.
+// Detects whether two runs overlap.
 struct Together {
   static void work(HvWord self, HvWord run) {
     auto* together = reinterpret_cast<Together*>(self);
@@ -189,7 +189,7 @@ TEST(HvThreads, RunWithinARunDoesNotHang) {
   }
 }
 
-TEST(HvThreads, RunGoesOnWithoutLosingACallOverManyShortRuns) {
+TEST(HvThreads, ManyShortRunsLoseNoCall) {
   static std::atomic<std::int64_t> sum;
   sum = 0;
   std::int64_t expected = 0;

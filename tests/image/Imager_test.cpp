@@ -17,7 +17,7 @@ namespace {
 
 using Frame = HvTexture<R8, Rf>;
 
-// A sampler that only shows its window and rows.
+// A sampler that exposes its window and rows.
 class Probe : public Sampler<Frame, Frame> {
  public:
   using Imager::rowLoop;

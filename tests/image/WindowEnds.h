@@ -1,4 +1,4 @@
-// The window of a processor as it stands: x1, y1, x2, y2.
+// The window of a processor: x1, y1, x2, y2.
 #pragma once
 
 #include <cstdint>

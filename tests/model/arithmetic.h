@@ -1,4 +1,4 @@
-// Whole-number arithmetic of the pixel path: 32 bits, wrapping, and one meaning for every conversion.
+// Integer arithmetic of the pixel path: 32 bits that wrap, and one rule for each conversion.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ inline std::int32_t Truncate(double value) {
   return static_cast<std::int32_t>(value);
 }
 
-/// Limits in the order of the pixel path, so that NaN stays NaN.
+/// A clamp by two comparisons: NaN stays NaN.
 template <class Number>
 Number Limit(Number value, Number low, Number high) {
   if (low > value) return low;

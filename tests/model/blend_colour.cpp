@@ -1,4 +1,4 @@
-// The blend methods that take a pixel apart into luminance and chroma, or hue, saturation and value.
+// The blend methods on luminance and chroma, or on hue, saturation and value.
 #include "arithmetic.h"
 #include "blend_methods.h"
 #include "colour.h"
@@ -25,7 +25,7 @@ Hsv HsvOf(Depth depth, const Pixel& p) {
   return ToHsv(depth, p[0], p[1], p[2]);
 }
 
-/// Truncated, neither limited nor narrowed.
+/// Truncated, neither clamped nor narrowed.
 Hsv HsvOf(Depth depth, const FloatPixel& p) {
   return ToHsv(depth, Truncate(p[0]), Truncate(p[1]), Truncate(p[2]));
 }
@@ -55,7 +55,7 @@ template <class AnyPixel>
 Pixel HueOf(Depth depth, const AnyPixel& p, const AnyPixel& q) {
   const Hsv first = HsvOf(depth, p);
   const Hsv second = HsvOf(depth, q);
-  // A grey has no hue to give.
+  // The hue of a grey is undefined.
   const std::int32_t saturation = first.saturation == 0 ? 0 : second.saturation;
   return WithAlpha(FromHsv(depth, {first.hue, saturation, second.value}), AlphaOf(depth, p));
 }

@@ -35,7 +35,7 @@ std::int32_t Scaled(Depth depth, std::int32_t product) {
   return product / RangeOf(depth).one;
 }
 
-/// The same operation on the first `count` components, limited; the rest are 0.
+/// The same operation on the first `count` components, clamped; the rest are 0.
 template <class Operation>
 Pixel Each(Depth depth, const Pixel& p, const Pixel& q, std::size_t count, Operation operation) {
   Pixel result{};
@@ -111,7 +111,7 @@ Pixel Add(Depth depth, const FloatPixel& p, const FloatPixel& q) {
 }
 
 Pixel AddOver(Depth depth, const Pixel& p, const Pixel& q) {
-  // Float throughout; only alpha could be had without.
+  // Both forms compute in floats.
   return AddOver(depth, Floats(p), Floats(q));
 }
 
@@ -162,7 +162,7 @@ Pixel HardLight(Depth depth, const Pixel& p, const Pixel& q) {
   const bool screens = Sum(p) > 3 * one;
   return Each(depth, p, q, 4, [&](std::int32_t a, std::int32_t b) {
     if (screens) return (b + a - Scaled(depth, b * a)) * 2 - one;
-    // Twice the product of two lowest 16-bit values does not fit and wraps.
+    // 2 x 32768 x 32768 is 2^31 and wraps.
     return Scaled(depth, model::Multiply(2, a * b));
   });
 }

@@ -1,6 +1,6 @@
 // The operations of the blend methods, each on a first pixel p and a second pixel q of one depth.
-// The whole-number form works on stored pixels, the float form on pixels after gains and mixing; both
-// give a finished pixel, limited to the format and truncated.
+// The integer form works on stored pixels, the float form on pixels after gains and mixing; both give a finished pixel,
+// clamped to the format and truncated.
 #pragma once
 
 #include <array>
@@ -51,8 +51,7 @@ Pixel Difference(Depth depth, const FloatPixel& p, const FloatPixel& q);
 /// HardLight with the two pixels exchanged.
 Pixel Overlay(Depth depth, const Pixel& p, const Pixel& q);
 Pixel Overlay(Depth depth, const FloatPixel& p, const FloatPixel& q);
-/// Screens where the three components of p together pass three times 1.0, else multiplies; all four
-/// components alike.
+/// Screens where the colours of p sum to more than three times 1.0, else multiplies; the same for all four components.
 Pixel HardLight(Depth depth, const Pixel& p, const Pixel& q);
 Pixel HardLight(Depth depth, const FloatPixel& p, const FloatPixel& q);
 

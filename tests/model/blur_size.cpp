@@ -7,7 +7,7 @@
 namespace model {
 namespace {
 
-/// A positive aspect narrows y, a negative one x, down to nothing at 100; the other axis stays.
+/// A positive aspect narrows y, a negative one x, to 0 at 100; the other axis is unchanged.
 double Share(float towardNothing) {
   return 1.0 - std::clamp(static_cast<double>(towardNothing), 0.0, 1.0);
 }

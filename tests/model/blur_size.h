@@ -1,4 +1,4 @@
-// From the user's blur amount to the radii of the filter.
+// Computes the radii of the filter from the user's blur amount.
 #pragma once
 
 #include <optional>

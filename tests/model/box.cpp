@@ -11,13 +11,13 @@ std::int32_t Normalised(std::int32_t sum, const Box& box) {
   return Add(Multiply(sum, box.scale), 8192) >> 14;
 }
 
-/// The two end taps together, weighted and truncated on their own.
+/// The sum of the two end taps, weighted and truncated.
 std::int32_t EndTaps(const LineSource& source, std::int64_t x, const Box& box) {
   const std::int64_t distance = std::int64_t{box.r} + 1;
   return Multiply(Add(source(x - distance), source(x + distance)), box.frac) >> 14;
 }
 
-/// At every place the sum of the taps around it.
+/// At each position the sum of the taps around it.
 std::vector<std::int32_t> SumsOfTaps(const LineSource& source, std::int64_t begin, std::int64_t end, const Box& box) {
   const std::int64_t first = begin - box.r;
   // upTo[i] is the sum of all values before first + i: any run of taps is a difference of two.
@@ -35,7 +35,7 @@ std::vector<std::int32_t> SumsOfTaps(const LineSource& source, std::int64_t begi
   return result;
 }
 
-/// The sum as it is carried from place to place, one value in and one out.
+/// The running sum: each step adds one value and subtracts one.
 std::vector<std::int32_t> CarriedSums(const LineSource& source, std::int64_t begin, std::int64_t end, const Box& box) {
   std::vector<std::int32_t> result;
   std::int32_t carried = 0;

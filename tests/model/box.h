@@ -18,15 +18,14 @@ struct Box {
 
 Box MakeBox(float radius);
 
-/// Pixels that a line buffer holds on each side of the picture, for so many boxes one after another.
+/// Pixels of a line buffer beyond each end of the picture, for `boxes` boxes in a row.
 std::int64_t MarginOf(const Box& box, int boxes);
 
 /// The value at a coordinate along the line.
 using LineSource = std::function<std::int32_t(std::int64_t)>;
 
-/// The box at begin, begin + 1, ... end - 1. Rounds to a whole number, halves upward.
-/// A radius of -1 or less gives no taps but a sum that starts at 0 and is carried along the line,
-/// so that the result depends on where the line begins.
+/// The box at begin, begin + 1, ... end - 1, rounded to the nearest integer, halves upward. A radius of -1 or less has
+/// no taps: its running sum starts at 0, so the result depends on where the line begins.
 std::vector<std::int32_t> BoxLine(const LineSource& source, std::int64_t begin, std::int64_t end, const Box& box);
 
 }  // namespace model

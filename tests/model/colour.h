@@ -1,4 +1,4 @@
-// The one conversion between RGB and YUV: forward in whole numbers and in float, backward in float.
+// Conversion between RGB and YUV: forward in integers and in floats, backward in floats.
 #pragma once
 
 #include <cstdint>
@@ -15,12 +15,12 @@ struct YuvFloat {
   float y, u, v;
 };
 
-/// Q12 matrix with an arithmetic shift: a negative sum goes down, not toward zero.
+/// Q12 matrix with an arithmetic shift: negative sums round down, not toward zero.
 Yuv ToYuv(std::int32_t r, std::int32_t g, std::int32_t b);
 
 YuvFloat ToYuvFloat(float r, float g, float b);
 
-/// Each of R, G, B limited to 0..top and truncated. Alpha is 0: whoever calls has the right one.
+/// R, G and B clamped to 0..top and truncated. Alpha is 0; the caller restores it.
 Pixel FromYuv(const YuvFloat& yuv, std::int32_t top);
 
 }  // namespace model

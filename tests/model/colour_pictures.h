@@ -1,5 +1,5 @@
-// Pictures between the frame's pixels and the representations that the filter may act on.
-// Every window here lies inside the output, as Settle leaves it.
+// Converts pictures between the frame's pixels and what the filter works on: YUV, grey, single channels. Windows must
+// lie inside the output, as Settle returns them.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,10 @@
 
 namespace model {
 
-/// One pixel into the YUV picture, where every component is held at half resolution in 0..top.
+/// One pixel as stored in the YUV picture: each component at half resolution in 0..top.
 Pixel YuvPixel(const Pixel& rgb, Depth depth);
 
-/// One pixel back from the YUV picture, alpha as it stands.
+/// One pixel of the YUV picture as RGB; alpha is unchanged.
 Pixel RgbPixel(const Pixel& yuv, Depth depth);
 
 /// Grey in all four components.
@@ -24,7 +24,7 @@ void RgbToYuv(const Picture& input, Picture& output, Depth depth, const Window& 
 
 void YuvToRgb(const Picture& input, Picture& output, Depth depth, const Window& window);
 
-/// The red of the input into the first component of the output.
+/// Copies the red of the input to the first component of the output.
 void ExtractRed(const Picture& input, Picture& output, const Window& window);
 
 void GreyToRgb(const Picture& input, Picture& output, Depth depth, const Window& window);

@@ -32,7 +32,7 @@ void CopyChannels(const Picture& input, Picture& output, const std::array<bool, 
 
 void BlankOutside(Picture& output, const Rectangle& kept, const Window& window) {
   const auto row = [&](int y) { return std::clamp(y, window.y1, window.y2); };
-  // In half-open columns, so that a rectangle may begin just past the window.
+  // Half-open columns: a rectangle may begin one column past the window.
   const int left = std::clamp(kept.left, window.x1, window.x2 + 1);
   const int right = std::clamp(kept.right, window.x1, window.x2 + 1);
   for (int y = window.y1; y <= row(Subtract(kept.bottom, 1)); ++y)

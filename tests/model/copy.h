@@ -1,4 +1,4 @@
-// Moving pixels without computing with them.
+// Copies and fills.
 #pragma once
 
 #include <array>
@@ -8,7 +8,7 @@
 
 namespace model {
 
-/// Every pixel of a settled window, as the input's plane shows it.
+/// Copies every pixel of a settled window, read through the input's box and edge methods.
 void CopyPicture(const Picture& input, Picture& output, const Window& window);
 
 /// Only the chosen channels: red, green, blue, alpha.
@@ -22,8 +22,8 @@ struct Rectangle {
   int top = 0;
 };
 
-/// Makes black and transparent what lies outside the rectangle, in three bands of rows: below, beside
-/// and above. No band is ever empty, so the first and the last row of the window are always cleared.
+/// Clears to transparent black what lies outside the rectangle, in three bands of rows: below, beside and above. Each
+/// band has at least one row, so the first and the last row of the window are always cleared.
 void BlankOutside(Picture& output, const Rectangle& kept, const Window& window);
 
 }  // namespace model

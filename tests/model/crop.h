@@ -1,4 +1,4 @@
-// Crop: not a stage that moves pixels, but a box, edge methods and a colour on the picture that is read.
+// Crop: sets the box, the edge methods and the outside colour of the picture that is read; copies no pixels.
 #pragma once
 
 #include "copy.h"
@@ -17,10 +17,10 @@ struct Crop {
 
 Crop CropOf(const Properties& properties);
 
-/// Ends in the wrong order swap, ends beyond the picture come back to it.
+/// Ends in the wrong order are swapped, ends beyond the picture clamped to it.
 void ApplyCrop(Picture& picture, const Crop& crop, Depth depth);
 
-/// The crop in image coordinates, for blanking: neither ordered nor limited.
+/// The crop in image coordinates, for blanking: neither ordered nor clamped.
 Rectangle CropRectangle(const Picture& picture, const Crop& crop);
 
 }  // namespace model

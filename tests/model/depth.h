@@ -1,4 +1,4 @@
-// The number formats of a component and how a value is stored in one.
+// The number formats of components, and how values are stored in them.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ enum class Depth {
 struct Range {
   std::int32_t min;  ///< lowest value of the storage
   std::int32_t max;  ///< highest value of the storage
-  std::int32_t one;  ///< what stands for 1.0 in a colour
-  std::int32_t top;  ///< what stands for 1.0 in an amount or a mask
+  std::int32_t one;  ///< 1.0 of a colour
+  std::int32_t top;  ///< 1.0 of an amount or a mask
 };
 
 Range RangeOf(Depth depth);
@@ -23,7 +23,7 @@ Range RangeOf(Depth depth);
 /// Keeps the low bits of the format: a store without a clamp.
 std::int32_t Narrow(Depth depth, std::int32_t value);
 
-/// Limits a float to the format, then truncates it toward zero.
+/// Clamps a float to the format, then truncates it toward zero.
 std::int32_t Store(Depth depth, float value);
 
 /// b, moved toward a by amount / top, the quotient truncating toward zero.

@@ -10,7 +10,7 @@
 namespace model {
 namespace {
 
-/// More values than any machine gives to one line or picture.
+/// Lines and pictures of this many values count as refused memory.
 constexpr std::int64_t kTooMany = std::int64_t{1} << 31;
 
 struct Span {
@@ -18,7 +18,7 @@ struct Span {
   std::int64_t end;
 };
 
-/// A stretch of computed values and the coordinate of the first.
+/// Consecutive computed values and the coordinate of the first.
 struct Stretch {
   std::int64_t begin = 0;
   std::vector<std::int32_t> values;
@@ -29,9 +29,9 @@ struct LinePlan {
   Box box{};
   int boxes = 3;
   Span buffer{};         ///< coordinates that a line buffer holds
-  Span window{};         ///< coordinates that are wanted
+  Span window{};         ///< coordinates of the results
   int edge = kColour;    ///< what lies beyond a buffer
-  bool lastFits = true;  ///< the last box gives just the window, else it too may give the whole buffer
+  bool lastFits = true;  ///< the last box produces the window only; if false, it too may produce the whole buffer
 };
 
 LinePlan PlanLine(float size, int boxes, int lineLength, int writeOrigin, int edge) {
@@ -54,7 +54,7 @@ Span OrWhole(Span wanted, Span buffer) {
   return wanted.begin < buffer.begin || wanted.end > buffer.end ? buffer : wanted;
 }
 
-/// A line buffer after one box: zero where the box gave nothing, read through the edge method beyond.
+/// A line buffer after one box: zero where the box produced nothing, read through the edge method beyond its ends.
 LineSource Buffered(const LineSource& source, Span wanted, const LinePlan& plan, std::int32_t outside) {
   const Span span = OrWhole(wanted, plan.buffer);
   const std::vector<std::int32_t> values = BoxLine(source, span.begin, span.end, plan.box);
@@ -70,7 +70,7 @@ LineSource Buffered(const LineSource& source, Span wanted, const LinePlan& plan,
   };
 }
 
-/// Each box gives what the next one reads beyond the window.
+/// Each box produces what the next one reads beyond the window.
 Stretch Boxes(const LineSource& source, const LinePlan& plan, std::int32_t outside) {
   const std::int64_t reach = std::int64_t{plan.box.d} + plan.box.r;
   const Span window = plan.window;
@@ -80,7 +80,7 @@ Stretch Boxes(const LineSource& source, const LinePlan& plan, std::int32_t outsi
   return {span.begin, BoxLine(last, span.begin, span.end, plan.box)};
 }
 
-/// The row of the intermediate, kept per row of the input: rows that read the same one are the same.
+/// Filters rows of the intermediate along x, each row of the input once.
 void FilterRows(const Picture& input, Picture& between, const LinePlan& plan, Span rows, Depth depth, int channel) {
   const auto c = static_cast<std::size_t>(channel);
   std::map<std::optional<int>, Stretch> known;
@@ -92,7 +92,7 @@ void FilterRows(const Picture& input, Picture& between, const LinePlan& plan, Sp
     const std::int64_t row = y - between.y.writeOrigin;
     for (std::size_t i = 0; i < stretch.values.size(); ++i) {
       const std::int64_t column = stretch.begin + static_cast<std::int64_t>(i) - between.x.writeOrigin;
-      // A buffer may be longer than the row, and a whole one is then written as far as the row goes.
+      // A buffer may be longer than the row; what lies beyond the row is dropped.
       if (column < 0 || column >= between.x.size) continue;
       Stored(between, static_cast<int>(column), static_cast<int>(row))[c] = Narrow(depth, stretch.values[i]);
     }
@@ -112,8 +112,8 @@ void FilterColumns(const Picture& between, Picture& output, const LinePlan& plan
   }
 }
 
-/// The picture between the passes reaches m rows beyond the output, above and below.
-/// None if it has no rows or more than there is memory for.
+/// The picture between the passes extends m rows beyond the output, above and below. None if it has no rows or counts
+/// as refused memory.
 std::optional<Picture> MakeIntermediate(const Picture& input, const Picture& output, int lineLengthY, std::int64_t m) {
   const std::int64_t height = lineLengthY + 2 * m;
   if (height <= 0 || height * output.x.size >= kTooMany) return std::nullopt;

@@ -11,7 +11,7 @@
 namespace model {
 
 struct FilterSettings {
-  Depth depth = Depth::Eight;  ///< of input, intermediate and output alike
+  Depth depth = Depth::Eight;  ///< of input, intermediate and output
   float sizeX = 0.0f;          ///< radius of one box, in pixels
   float sizeY = 0.0f;
   float aspect = 1.0f;
@@ -20,9 +20,8 @@ struct FilterSettings {
   std::optional<Window> window;
 };
 
-/// Filters the chosen channels of the window; the others stay as they are, except that with both sizes
-/// at zero all four are copied. Input and output may be one picture.
-/// False if memory would be wanting for the intermediate or a line: then nothing is written.
+/// Filters the chosen channels of the window and keeps the others; with both sizes at zero copies all four. Input and
+/// output may be one picture. False, and nothing is written, if the intermediate or a line counts as refused memory.
 bool Filter(const Picture& input, Picture& output, const FilterSettings& settings);
 
 }  // namespace model

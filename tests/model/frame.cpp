@@ -13,7 +13,7 @@
 namespace model {
 namespace {
 
-/// What holds for the whole frame, and what the stages leave to those after them.
+/// The state of the frame, shared by its stages.
 struct Frame {
   const FrameJob& job;
   Crop crop;
@@ -49,13 +49,13 @@ Frame Prepare(const FrameJob& job) {
   return frame;
 }
 
-/// The region in rows of the pictures at hand. The stages after the filter always work inside it.
+/// The region in rows of the frame or field. The stages after the filter always work inside it.
 Window RegionWindow(const Frame& frame) {
   const auto row = [&](int y) { return Truncate(static_cast<float>(y) * frame.fieldScale); };
   return {frame.region.x1, row(frame.region.y1), frame.region.x2, row(frame.region.y2)};
 }
 
-/// The filter and the blanking have a window only if a region was asked for.
+/// The window of filter and blanking: none unless the job has a region.
 std::optional<Window> AskedWindow(const Frame& frame) {
   if (!frame.job.region) return std::nullopt;
   if (frame.job.field == 0) return frame.region;
@@ -82,14 +82,14 @@ MixSettings MixSettingsOf(const FrameJob& job) {
   return settings;
 }
 
-/// The filter from source to destination and, but for a transition, the mix back.
+/// Filters from source to destination and mixes back, except in a transition.
 void RunBlurStage(Frame& frame, Picture& destination, const Picture& source, float transitionScale) {
   const FrameJob& job = frame.job;
   if (!WritesAlpha(job.properties.channels)) frame.alphaAffected = false;
   const BlurSize size = BlurSizeOf(job, transitionScale, frame.fieldScale);
   FuzzJob fuzz;
   fuzz.depth = job.depth;
-  // An absent source reaches the filter without the crop's edge methods and colour.
+  // An absent source is filtered without the crop's edge methods and colour.
   if (source.hasMemory) fuzz.source = source;
   fuzz.target = destination;
   fuzz.window = AskedWindow(frame);
@@ -110,7 +110,7 @@ bool TakesTwoPasses(const Frame& frame) {
   return !same || frame.job.properties.effectScaling == kCrossFade;
 }
 
-/// Its box over the whole picture, its edge methods as they are.
+/// The picture with the box reset to all of it; the edge methods are unchanged.
 Picture Uncropped(Picture picture) {
   SetBounds(picture.x, 0, picture.x.size);
   SetBounds(picture.y, 0, picture.y.size);
@@ -138,7 +138,7 @@ void SecondPass(Frame& frame, Picture& output, const Picture& second) {
               Settle(RegionWindow(frame), output));
 }
 
-/// Channels whose mask is off take the source's value again, from the whole picture.
+/// Copies channels whose mask is off from the uncropped source.
 void RestoreChannels(const Frame& frame, Picture& output, Picture& source) {
   const Properties& p = frame.job.properties;
   const std::array<bool, 4> restored{p.maskRed == 0, p.maskGreen == 0, p.maskBlue == 0,

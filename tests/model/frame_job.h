@@ -1,4 +1,4 @@
-// All that one frame depends on.
+// The inputs of one frame.
 #pragma once
 
 #include <array>
@@ -12,9 +12,9 @@ namespace model {
 
 enum EffectKind : int { kFilter = 1, kGenerator = 3, kPaint = 4, kTransition = 5 };
 
-/// An image of the host: its pixels, where it lies, and its place in world units.
+/// An image of the host: its pixels, its pixel origin, and its position and size in world units.
 struct FrameImage {
-  Picture picture;  ///< only size and pixels count
+  Picture picture;  ///< only size and pixels are used
   std::array<int, 2> origin{0, 0};
   std::array<double, 2> position{0.0, 0.0};
   std::array<double, 2> size{0.0, 0.0};
@@ -44,7 +44,7 @@ struct FrameJob {
   std::optional<FrameImage> input2;
   std::optional<Picture> mask;          ///< in the first component
   std::array<int, 2> maskOffset{0, 0};  ///< relative to the first input
-  FrameImage output;                    ///< as it stands before the frame
+  FrameImage output;                    ///< its content before the frame
 };
 
 }  // namespace model

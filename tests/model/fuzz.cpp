@@ -41,8 +41,8 @@ FilterSettings SettingsOf(const FuzzJob& job, Depth depth, const Window& window)
   return settings;
 }
 
-/// Filter on the frame's own pixels, then the channels that it left alone from the source.
-/// With RGB the alpha comes back over the whole target, not over the window alone.
+/// Filters the frame's own pixels, then copies the other channels from the source: within the window, with RGB over the
+/// whole target.
 bool Direct(const FuzzJob& job, Picture& target, const Window& window) {
   const FilterSettings settings = SettingsOf(job, job.depth, window);
   if (!Filter(job.source, target, settings)) return false;
@@ -53,20 +53,20 @@ bool Direct(const FuzzJob& job, Picture& target, const Window& window) {
   return true;
 }
 
-/// A picture of zeros that lies where the target lies and goes on beyond as the source does.
+/// A zeroed picture at the target's place, with the source's edge methods.
 Picture Companion(const Picture& target, const Picture& source) {
   return Blank(WholeAxis(target.x.size, target.x.writeOrigin, source.x.edge),
                WholeAxis(target.y.size, target.y.writeOrigin, source.y.edge));
 }
 
-/// What the filter may read around the window, as far as the target has it.
+/// What the filter may read around the window, clipped to the target.
 Window ReadWindow(const FuzzJob& job, const Picture& target, const Window& window) {
   const int x = Add(Multiply(Truncate(job.sizeX), 3), 6);
   const int y = Add(Multiply(Truncate(job.sizeY), 3), 6);
   return Settle(Widen(window, x, y), target);
 }
 
-/// The red of the source stands for its grey.
+/// Grey is the source's red.
 bool ThroughGrey(const FuzzJob& job, Picture& target, const Window& window) {
   Picture grey = Companion(target, job.source);
   ExtractRed(job.source, grey, ReadWindow(job, target, window));
@@ -81,8 +81,7 @@ void Place(Picture& picture, int x, int y) {
   picture.y.origin = picture.y.writeOrigin = y;
 }
 
-/// The filter runs with the YUV picture at (0, 0). Alpha goes around it, and comes back over the whole
-/// target.
+/// Filters the YUV picture at (0, 0). Alpha is copied from the source over the whole target.
 bool ThroughYuv(const FuzzJob& job, Picture& target, const Window& window) {
   Picture yuv = Companion(target, job.source);
   RgbToYuv(job.source, yuv, job.depth, ReadWindow(job, target, window));

@@ -1,4 +1,4 @@
-// Blur or sharpen of chosen channels: the filter with its copies and its trips through grey and YUV.
+// Blur or sharpen of chosen channels: the filter, with copies and conversions to grey and YUV.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@
 
 namespace model {
 
-/// What the filter acts on.
+/// What is filtered.
 enum FuzzMode : int {
   kFuzzAll = 0,
   kFuzzAlpha = 1,
@@ -29,7 +29,7 @@ enum FuzzMethod : int { kFuzzBlur = 0, kFuzzSharpen = 1 };
 struct FuzzJob {
   Depth depth = Depth::Eight;
   Picture source;                ///< with box, edge methods, outside colour and origin
-  Picture target;                ///< as it stands before, with size and write origin
+  Picture target;                ///< its content before, with size and write origin
   std::optional<Window> window;  ///< inclusive, in image coordinates
   int mode = kFuzzAll;
   int method = kFuzzBlur;
@@ -38,8 +38,8 @@ struct FuzzJob {
   float aspect = 1.0f;
 };
 
-/// The target after the job. `outOfMemory`, if given, tells that a buffer could not be had and the job
-/// was left where it stood.
+/// The target after the job. `outOfMemory`, if given, is set when a buffer counts as refused memory, which ends the
+/// job.
 Picture Fuzz(const FuzzJob& job, bool* outOfMemory = nullptr);
 
 }  // namespace model

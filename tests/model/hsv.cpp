@@ -7,7 +7,7 @@
 namespace model {
 namespace {
 
-/// How far around the circle the pixel lies, from the sector of its greatest component.
+/// The hue, from the sector of the greatest component.
 std::int32_t HueOf(std::int32_t one, std::int32_t r, std::int32_t g, std::int32_t b, std::int32_t greatest,
                    std::int32_t least) {
   const std::int32_t third = one * 2;
@@ -46,7 +46,7 @@ Pixel FromHsv(Depth depth, const Hsv& hsv) {
   if (hue < 0) hue += one * 6;
   const std::int32_t sector = hue / one;
   const std::int32_t f = hue - sector * one;
-  // Each shade is v less some share of the saturation.
+  // Each shade is v less a share of the saturation.
   const auto share = [&](std::int32_t part) { return Multiply(part, hsv.saturation) / one; };
   const auto shade = [&](std::int32_t taken) { return Multiply(Subtract(one, taken), v) / one; };
   const std::int32_t p = shade(hsv.saturation);

@@ -1,4 +1,4 @@
-// Hue, saturation and value, all in whole numbers.
+// Hue, saturation and value in integers.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,10 @@ struct Hsv {
   std::int32_t hue, saturation, value;
 };
 
-/// Operands may lie outside the format's range: the arithmetic wraps at 32 bits.
+/// Operands may be outside the format's range: the arithmetic wraps at 32 bits.
 Hsv ToHsv(Depth depth, std::int32_t r, std::int32_t g, std::int32_t b);
 
-/// Each of R, G, B limited to the format. Alpha is 0: whoever calls has the right one.
+/// R, G and B clamped to the format. Alpha is 0; the caller sets it.
 Pixel FromHsv(Depth depth, const Hsv& hsv);
 
 }  // namespace model

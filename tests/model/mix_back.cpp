@@ -9,14 +9,14 @@ namespace {
 
 using blend::FloatPixel;
 
-/// The float nearest 1/255: the tolerance within which a blend or a gain counts as neutral.
+/// 1/255 in 32 bits: a blend or gain within it of one half or 1 is neutral.
 constexpr double kNeutral = 0.003921568859368563;
 
 struct Method {
   Pixel (*whole)(Depth, const Pixel&, const Pixel&);
   Pixel (*floating)(Depth, const FloatPixel&, const FloatPixel&);
-  bool mixesBefore;  ///< mixed first and then combined, else combined and then mixed
-  bool firstAlpha;   ///< alpha is that of the first operand
+  bool mixesBefore;  ///< mixes the operands, then combines them; if false, combines, then mixes
+  bool firstAlpha;   ///< the result has the first operand's alpha
 };
 
 /// In the order of the list, from Luminance on.
@@ -55,10 +55,10 @@ FloatPixel WeightedSum(const Pixel& a, float weightA, const Pixel& b, float weig
   return Plus(Times(a, weightA), Times(b, weightB));
 }
 
-/// Factors of one stage, in percent on the way in.
+/// Factors of one stage; 1.0 is 100 percent.
 struct Factors {
   float gainA, gainB;
-  float weightA, weightB;  ///< used off one half only
+  float weightA, weightB;  ///< for a blend other than one half
 };
 
 Factors FactorsOf(const MixSettings& settings, MixForm form) {

@@ -10,7 +10,7 @@ namespace model {
 
 enum MixMethod : int { kMixNone = 0, kMixPlain = 1, kMixFirst = 2, kMixLast = 18 };
 
-/// Percentages: blend in 0..100, gains as they stand.
+/// In percent: blend in 0..100, gains unlimited.
 struct MixSettings {
   Depth depth = Depth::Eight;
   int method = kMixNone;  ///< 0 None, 1 Mix, 2 Luminance, ... 18 HardLight
@@ -19,7 +19,7 @@ struct MixSettings {
   float sourceGain = 100.0f;
 };
 
-/// One pixel of method 1: a weighted sum, limited to 0..one only if the weights could leave the range.
+/// One pixel of method 1: a weighted sum, clamped to 0..one only if the weights could leave the range.
 Pixel MixPlain(const MixSettings& settings, const Pixel& effect, const Pixel& source);
 
 /// Which of the four forms a method takes.
@@ -27,7 +27,7 @@ enum class MixForm {
   TowardSource,  ///< the blend lies above one half
   TowardEffect,  ///< the blend lies below one half
   Gained,        ///< at one half, with gains
-  Whole,         ///< at one half, without gains: whole numbers
+  Whole,         ///< at one half, without gains: integers
 };
 
 MixForm FormOf(const MixSettings& settings);

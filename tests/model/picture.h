@@ -1,4 +1,4 @@
-// A picture as an infinite plane: a grid of pixels, a box in it, and per axis what lies beyond.
+// A picture as an infinite plane: a grid of pixels, a box in it, and an edge method per axis beyond the box.
 #pragma once
 
 #include <array>
@@ -28,17 +28,17 @@ struct Picture {
   Axis y;
   Pixel outside{};
   std::vector<Pixel> pixels;  ///< row 0 is the bottom
-  bool hasMemory = false;     ///< false for an absent image: it has neither pixels nor a place for them
+  bool hasMemory = false;     ///< false for an absent image
 };
 
 /// An axis of n pixels with the box over all of them.
 Axis WholeAxis(int size, int origin = 0, int edge = kColour);
 
-/// The two ends in any order, each limited to the pixels there are.
+/// The two ends in any order, each clamped to the pixels.
 void SetBounds(Axis& axis, int first, int last);
 
-/// The index that an index stands for under the edge method, or none if it lies outside.
-/// Every index of an axis without pixels lies outside.
+/// Maps an index into the box by the edge method; none if it is outside. Every index of an axis without pixels is
+/// outside.
 std::optional<int> Lookup(const Axis& axis, std::int64_t index);
 
 /// A picture of zeros.
@@ -48,17 +48,17 @@ Picture Blank(int width, int height);
 /// The pixel at an image coordinate, by box, edge methods and outside colour.
 Pixel At(const Picture& picture, std::int64_t x, std::int64_t y);
 
-/// Whether an image coordinate has a pixel, its own or one that an edge method names.
+/// Whether an image coordinate maps to a pixel of the box.
 bool Exists(const Picture& picture, std::int64_t x, std::int64_t y);
 
-/// The pixel that a stage writes at an image coordinate. Box and edge methods play no part.
+/// The pixel that a stage writes at an image coordinate, regardless of box and edge methods.
 Pixel& Target(Picture& picture, int x, int y);
 
-/// Pixel by index, without any rule.
+/// The pixel at an index, regardless of box and edge methods.
 Pixel& Stored(Picture& picture, int column, int row);
 const Pixel& Stored(const Picture& picture, int column, int row);
 
-/// Nothing can be written into a picture without rows or columns.
+/// Without rows or columns.
 bool IsEmpty(const Picture& picture);
 
 }  // namespace model

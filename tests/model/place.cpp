@@ -3,7 +3,7 @@
 namespace model {
 namespace {
 
-/// Row of the picture that a row of the view stands for.
+/// The row of the picture that is this row of the view.
 int RowOf(int row, int field) {
   return field == 0 ? row : 2 * row + (field - 1);
 }
@@ -22,7 +22,7 @@ Place PlaceOf(const std::optional<FrameImage>& image, const std::optional<Projec
 Picture View(const Picture& picture, int originX, int originY, int field) {
   const int rows = field == 0 ? picture.y.size : picture.y.size / 2;
   Picture view = Blank(WholeAxis(picture.x.size, originX), WholeAxis(rows, field == 0 ? originY : originY / 2));
-  // A field without rows still has its place in the image's memory.
+  // Also for a field without rows.
   view.hasMemory = true;
   for (int y = 0; y < rows; ++y) {
     for (int x = 0; x < picture.x.size; ++x)

@@ -1,4 +1,4 @@
-// Where images lie, and what a field of one looks like.
+// The places of images, and views of their fields.
 #pragma once
 
 #include "frame_job.h"
@@ -15,10 +15,10 @@ struct Place {
 
 Place PlaceOf(const std::optional<FrameImage>& image, const std::optional<Project>& project);
 
-/// The picture at an origin; for a field the field's rows alone, at half the height and half the origin.
+/// The picture at an origin; for a field the field's rows only, at half the height and half the origin.
 Picture View(const Picture& picture, int originX, int originY, int field);
 
-/// Puts the rows of a view back where they came from.
+/// Copies the rows of a view back to the picture.
 void PutBack(const Picture& view, Picture& picture, int field);
 
 }  // namespace model

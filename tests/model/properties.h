@@ -28,7 +28,7 @@ struct Properties {
   double cropColourR = 0.0;
   double cropColourG = 0.0;
   double cropColourB = 0.0;
-  double cropColourA = 0.0;  ///< stored and shown, and without any effect on a picture
+  double cropColourA = 0.0;  ///< stored and shown, never rendered
   int displayCropped = 0;
   int blankCropped = 0;
   double finishFadingOut = 100.0;

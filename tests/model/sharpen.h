@@ -1,4 +1,4 @@
-// Unsharp masking at a fixed strength: the blurred picture reflected through the source.
+// Unsharp masking at a fixed strength.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace model {
 
-/// 2 × source - blurred, limited to the format.
+/// 2 × source - blurred, clamped to the format.
 std::int32_t Reflected(std::int32_t source, std::int32_t blurred, Depth depth);
 
 /// Sharpens a blurred picture in place, all four components.

@@ -7,7 +7,7 @@
 
 namespace model {
 
-/// All four ends inclusive. With an end before its start there is nothing to do.
+/// All four ends inclusive. Empty if an end is before its start.
 struct Window {
   int x1 = 0;
   int y1 = 0;
@@ -18,11 +18,11 @@ struct Window {
 /// The whole target.
 Window WholeWindow(const Picture& target);
 
-/// Each end moved into the target, so that a window beside it becomes the nearest row or column.
-/// Without a window, the whole target. The stages that write take windows settled on their target.
+/// Each end clamped to the target: a window beside it becomes the nearest row or column. Without a window, the whole
+/// target. Stages that write take windows settled on their target.
 Window Settle(const std::optional<Window>& window, const Picture& target);
 
-/// Each side moved outward, in wrapping arithmetic.
+/// Moves each side outward, in wrapping arithmetic.
 Window Widen(const Window& window, int byX, int byY);
 
 }  // namespace model

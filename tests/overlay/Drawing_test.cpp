@@ -240,7 +240,7 @@ glPopMatrix()
 )");
 }
 
-TEST_F(Drawing, TurnsAnArrowHeadToItsDirection) {
+TEST_F(Drawing, RotatesAnArrowHeadToItsDirection) {
   const auto angle = [this](HvPoint direction) {
     recording.clear();
     DrawArrowHead(direction, {1, 1}, kDrawA, kDrawB);

@@ -59,7 +59,7 @@ TEST(HvList, TakesOutAnyNode) {
   EXPECT_EQ(elementsOf(list), (Elements{5}));
 }
 
-TEST(HvList, WalksWhileTheNodeInHandIsRemoved) {
+TEST(HvList, StepsOnWhileTheCurrentNodeIsRemoved) {
   HvList<int> list;
   fill(list, {1, 2, 3});
   Elements seen;
@@ -107,7 +107,7 @@ TEST(HvList, RemovesEveryNodeOfAnElement) {
   EXPECT_FALSE(list.Remove(7));
 }
 
-TEST(HvList, RemovingAnElementEndsAWalk) {
+TEST(HvList, RemovingAnElementEndsAnIteration) {
   HvList<int> list;
   fill(list, {1, 2, 3});
   list.Start();

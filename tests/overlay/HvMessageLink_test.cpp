@@ -56,7 +56,7 @@ TEST(HvMessageLink, SendsNothingWithoutHandlers) {
   EXPECT_EQ(sender.Handlers().First(), nullptr);
 }
 
-TEST(HvMessageLink, StandsOnceInBothLists) {
+TEST(HvMessageLink, IsOnceInBothLists) {
   std::string log;
   Listener handler(log, "a");
   HvMessageSender sender;

@@ -37,7 +37,7 @@ TEST_F(HvT2DAxisDrag, PressesNothingWithoutAHandle) {
   EXPECT_EQ(hearer.take(), "");
 }
 
-TEST_F(HvT2DAxisDrag, TellsOfBeginChangeAndEndWithTheHandle) {
+TEST_F(HvT2DAxisDrag, SendsBeginChangeAndEndWithTheHandle) {
   test::Hearer hearer(axis);
   press({0, 0}, 3);
   EXPECT_EQ(hearer.take(), "200 1 3; ");
@@ -52,7 +52,7 @@ TEST_F(HvT2DAxisDrag, TellsOfBeginChangeAndEndWithTheHandle) {
   EXPECT_EQ(hearer.take(), "202 1 0; ");
 }
 
-TEST_F(HvT2DAxisDrag, TellsWithEveryHandle) {
+TEST_F(HvT2DAxisDrag, SendsForEveryHandle) {
   test::Hearer hearer(axis);
   const auto hears = [&](HvPoint pos) {
     axis.Pick(pos, {2, 2});
@@ -69,7 +69,7 @@ TEST_F(HvT2DAxisDrag, TellsWithEveryHandle) {
   EXPECT_EQ(hears(axis.AspectHandlePos()), "200 1 64; 202 1 64; ");
 }
 
-TEST_F(HvT2DAxisDrag, TellsOfTheBeginBeforeItIsPressedAndOfTheEndWhileItIs) {
+TEST_F(HvT2DAxisDrag, SendsBeginBeforeItIsPressedAndEndWhileItIs) {
   test::Hearer hearer(axis);
   int heard = 0;
   hearer.whileHearing = [&] {
@@ -83,7 +83,7 @@ TEST_F(HvT2DAxisDrag, TellsOfTheBeginBeforeItIsPressedAndOfTheEndWhileItIs) {
   EXPECT_EQ(heard, 3);
 }
 
-TEST_F(HvT2DAxisDrag, TellsOfTheChangeWhenTheBoxHasFollowedAndTheSpaceHasNot) {
+TEST_F(HvT2DAxisDrag, SendsChangeAfterTheBoxAndBeforeTheSpaceIsUpdated) {
   test::Hearer hearer(axis);
   int heard = 0;
   press({0, 0}, 3);
@@ -100,7 +100,7 @@ TEST_F(HvT2DAxisDrag, TellsOfTheChangeWhenTheBoxHasFollowedAndTheSpaceHasNot) {
   EXPECT_EQ(axis.ToLocal({3, 4}), (HvPoint{0, 0}));
 }
 
-TEST_F(HvT2DAxisDrag, OfNothingChangesNothingAndTells) {
+TEST_F(HvT2DAxisDrag, OfNothingChangesNothingAndSends) {
   test::Hearer hearer(axis);
   axis.ToLocal({0, 0});
   const HvBox before = axis.Box();
@@ -135,7 +135,7 @@ TEST_F(HvT2DAxisDrag, OfAnArrowMovesAlongIt) {
   EXPECT_EQ(axis.Origin(), (HvPoint{-32, -40}));
 }
 
-TEST_F(HvT2DAxisDrag, OfTheArcTurnsByThePensAngle) {
+TEST_F(HvT2DAxisDrag, OfTheArcRotatesByThePensAngle) {
   press({32, 0}, 32);
   drag(0, 32);
   EXPECT_EQ(axis.Rotation(), 90.0f);
@@ -156,7 +156,7 @@ TEST_F(HvT2DAxisDrag, OfTheArcBeginsWhereItWasTaken) {
   EXPECT_FLOAT_EQ(axis.Rotation(), 100.0f);
 }
 
-TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeam) {
+TEST_F(HvT2DAxisDrag, OfTheArcCrossesTheSeam) {
   press({32, 0}, 32);
   const float steps[] = {90, 180, 270, 360, 450, 540, 630, 720};
   const HvPoint way[] = {{0, 32}, {-32, 0}, {0, -32}, {32, 0}};
@@ -166,7 +166,7 @@ TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeam) {
   }
 }
 
-TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeamTheOtherWay) {
+TEST_F(HvT2DAxisDrag, OfTheArcCrossesTheSeamInReverse) {
   press({32, 0}, 32);
   const float steps[] = {-90, -180, -270, -360, -450};
   const HvPoint way[] = {{0, -32}, {-32, -0.0f}, {0, 32}, {32, 0}, {0, -32}};
@@ -176,7 +176,7 @@ TEST_F(HvT2DAxisDrag, OfTheArcGoesAcrossTheSeamTheOtherWay) {
   }
 }
 
-TEST_F(HvT2DAxisDrag, OfTheArcTakesHalfATurnAsItComes) {
+TEST_F(HvT2DAxisDrag, OfTheArcTakesHalfATurnAsIs) {
   press({32, 0}, 32);
   drag(-32, 0);
   EXPECT_EQ(axis.Rotation(), 180.0f);
@@ -248,7 +248,7 @@ TEST_F(HvT2DAxisDrag, OfACornerTakesTheScalesOfTheAxesOut) {
   EXPECT_FLOAT_EQ(axis.Scale(), 24.0f / 37.0f);
 }
 
-TEST_F(HvT2DAxisDrag, OfABoxHandleTurnsBackByTheRotationAtThePress) {
+TEST_F(HvT2DAxisDrag, OfABoxHandleUndoesTheRotationAtThePress) {
   axis.SetRotation(90);
   axis.SetCentre(10, 20);
   press({10 - 37, 20 + 37}, 4);
@@ -294,7 +294,7 @@ TEST_F(HvT2DAxisDrag, OfAHorizontalEdgeScalesAlongY) {
   EXPECT_EQ(axis.Scale(), 2.0f);
 }
 
-TEST_F(HvT2DAxisDrag, OfAnEdgeTurnsBackByTheRotation) {
+TEST_F(HvT2DAxisDrag, OfAnEdgeUndoesTheRotation) {
   axis.SetRotation(90);
   press({10, 37}, 8);
   drag(500, 74);
@@ -348,7 +348,7 @@ TEST_F(HvT2DAxisDrag, OfTheDotTakesTheScalesOfTheAxesOut) {
   EXPECT_EQ(axis.Aspect(), 0.75f);
 }
 
-TEST_F(HvT2DAxisDrag, OfTheDotTurnsBackByTheRotation) {
+TEST_F(HvT2DAxisDrag, OfTheDotUndoesTheRotation) {
   axis.SetRotation(90);
   const HvPoint dot = axis.AspectHandlePos();
   press({-dot.y, dot.x}, 64);
@@ -397,7 +397,7 @@ TEST_F(HvT2DAxisDrag, PassesFromHoverToPressedAndBack) {
   EXPECT_EQ(axis.Active(), 3u);
 }
 
-TEST_F(HvT2DAxisDrag, TellsTheParentOfEachMove) {
+TEST_F(HvT2DAxisDrag, NotifiesTheParentOfEachMove) {
   HvTGroup parent("parent");
   axis.SetParent(&parent);
   press({0, 0}, 3);

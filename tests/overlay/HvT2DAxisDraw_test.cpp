@@ -1,4 +1,4 @@
-// What the axis control and its group paint, call by call; the texts lie in golden/.
+// The OpenGL calls of the axis control and its group, compared with golden/.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -242,7 +242,7 @@ glDisable(GL_POLYGON_SMOOTH)
 )");
 }
 
-TEST(HvT2DAxisDraw, TipTellsWhatTheHandleDoes) {
+TEST(HvT2DAxisDraw, TipNamesWhatTheHandleDoes) {
   test::GlRecording recording;
   SetOverlayFont(1000);
   HvT2DAxis axis("axis", 127);

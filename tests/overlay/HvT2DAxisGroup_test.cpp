@@ -25,7 +25,7 @@ class HvT2DAxisGroupOfProbes : public ::testing::Test {
   void TearDown() override { EXPECT_EQ(stackDepth(), 0); }
 
   test::CallLog log;
-  // Declared before the group, so that they outlive it.
+  // Declared before the group, which they must outlive.
   test::Probe a{log, "a", test::square(10, 20, 5)};
   test::Probe b{log, "b", test::square(-30, 40, 10)};
   HvT2DAxisGroup group{"group", HvT2DAxis::kTranslate};
@@ -71,7 +71,7 @@ TEST_F(HvT2DAxisGroupOfProbes, AddsAChildOnce) {
   EXPECT_EQ(group.Children().BoxState(), 1);
 }
 
-TEST_F(HvT2DAxisGroupOfProbes, TakesTheBoxOfTheLastChildUntilItIsTold) {
+TEST_F(HvT2DAxisGroupOfProbes, TakesTheBoxOfTheLastChildUntilItIsNotified) {
   group.AddChild(&a);
   EXPECT_EQ(group.ChildBox(), (HvBox{10, 15, 20, 25}));
   EXPECT_EQ(group.Box(), (HvBox{-37, 37, -37, 37}));
@@ -112,7 +112,7 @@ TEST_F(HvT2DAxisGroupOfProbes, HasNoBoxWhileAChildHasNone) {
   b.dropBox();
   EXPECT_EQ(group.AddChild(&b), 1);
   EXPECT_FALSE(group.HasBox());
-  EXPECT_EQ(group.ChildBox(), (HvBox{0, 15, 0, 25})) << "not told yet";
+  EXPECT_EQ(group.ChildBox(), (HvBox{0, 15, 0, 25})) << "not notified yet";
   group.ChildChanged(&b);
   EXPECT_EQ(group.ChildBox(), HvBox());
   EXPECT_FALSE(group.HasBox());
@@ -139,7 +139,7 @@ TEST_F(HvT2DAxisGroupOfProbes, HasNoBoxWhileASecondChildHasNone) {
   EXPECT_FALSE(group.HasBox());
 }
 
-TEST_F(HvT2DAxisGroupOfProbes, BoxHoldsChildrenAsTheSpaceLies) {
+TEST_F(HvT2DAxisGroupOfProbes, BoxHoldsTheTransformedChildren) {
   a.SetParent(&group);
   group.SetCentre(100, 200);
   EXPECT_EQ(group.Box(), (HvBox{63, 137, 163, 237}));
@@ -156,7 +156,7 @@ TEST_F(HvT2DAxisGroupOfProbes, BoxHoldsChildrenAsTheSpaceLies) {
   EXPECT_NEAR(group.Box().maxY, 300, 1e-3);
 }
 
-TEST_F(HvT2DAxisGroupOfProbes, BoxTakesAllCornersWhereItIsTurned) {
+TEST_F(HvT2DAxisGroupOfProbes, BoxIncludesAllCornersWhenRotated) {
   HvT2DAxisGroup bare("bare", 0);
   test::Probe wide(log, "wide", {-100, 100, -10, 10});
   wide.SetParent(&bare);
@@ -418,7 +418,7 @@ TEST_F(HvT2DAxisGroupOfProbes, ForgetsAChildThatIsInBothContainers) {
   EXPECT_EQ(group.SecondChildren().Children().First(), nullptr);
 }
 
-TEST_F(HvT2DAxisGroupOfProbes, LeavesNoWayToAChildThatGoes) {
+TEST_F(HvT2DAxisGroupOfProbes, LeavesNoPointerToADestroyedChild) {
   HvTManager manager;
   manager.EnableTips(false);
   for (const bool second : {false, true}) {
@@ -443,7 +443,7 @@ TEST_F(HvT2DAxisGroupOfProbes, LeavesNoWayToAChildThatGoes) {
   }
 }
 
-TEST_F(HvT2DAxisGroupOfProbes, GoesBeforeOrAfterItsChildren) {
+TEST_F(HvT2DAxisGroupOfProbes, IsDestroyedBeforeOrAfterItsChildren) {
   HvTManager manager;
   for (const bool groupFirst : {false, true}) {
     auto outer = std::make_unique<HvT2DAxisGroup>("outer", HvT2DAxis::kTranslate);

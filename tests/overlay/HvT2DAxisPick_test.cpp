@@ -194,7 +194,7 @@ TEST(HvT2DAxisPick, FollowsTheHandleScale) {
   EXPECT_EQ(pickAt(axis, {dot + 5.1f, dot}), 0u);
 }
 
-TEST(HvT2DAxisPick, TurnsAllHandlesButTheArrows) {
+TEST(HvT2DAxisPick, RotatesAllHandlesButTheArrows) {
   HvT2DAxis axis("axis", kAllHandles);
   axis.SetCentre(100, 200);
   axis.SetRotation(90);
@@ -266,7 +266,7 @@ TEST(HvT2DAxisPick, CountsNegativeScalesAsTheOtherSide) {
   EXPECT_EQ(axis.Active(), 16u);
 }
 
-TEST(HvT2DAxisPick, TurnsBackBeforeItNotesTheSide) {
+TEST(HvT2DAxisPick, UndoesTheRotationBeforeItNotesTheSide) {
   HvT2DAxis axis("axis", kBoxHandles);
   axis.SetRotation(90);
   pickAt(axis, {-37, 10});

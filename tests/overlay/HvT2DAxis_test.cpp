@@ -64,14 +64,14 @@ TEST(HvT2DAxis, BeginsAtTheOriginAsItIs) {
   EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -37, 37}));
 }
 
-TEST(HvT2DAxis, LetsNobodySetItsBox) {
+TEST(HvT2DAxis, HasABoxThatIsNotSettable) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetOrigin({5, 6});
   axis.SetSize({7, 8});
   EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -37, 37}));
 }
 
-TEST(HvT2DAxis, TellsTheMasksByTheirValues) {
+TEST(HvT2DAxis, HandleMasksHaveTheirValues) {
   EXPECT_EQ(HvT2DAxis::kTranslateX, 1);
   EXPECT_EQ(HvT2DAxis::kTranslateY, 2);
   EXPECT_EQ(HvT2DAxis::kTranslate, 3);
@@ -129,7 +129,7 @@ TEST(HvT2DAxis, CentreMovesAnythingThatBehavesAsIfAll) {
   EXPECT_EQ(axis.Centre(), (HvPoint{10, 20}));
 }
 
-TEST(HvT2DAxis, CentreTellsNobodyOfTheCentreItHas) {
+TEST(HvT2DAxis, AnUnchangedCentreNotifiesNobody) {
   AxisParent parent;
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetParent(&parent);
@@ -210,7 +210,7 @@ TEST(HvT2DAxis, BoxTakesTheScalesAndNotTheAspect) {
   EXPECT_EQ(axis.Box(), (HvBox{-37, 37, -222, 222}));
 }
 
-TEST(HvT2DAxis, BoxTurnsWithTheScaleBoxAndTheDotAlone) {
+TEST(HvT2DAxis, BoxRotatesWithTheScaleBoxAndTheDotOnly) {
   HvT2DAxis scale("axis", HvT2DAxis::kScale);
   scale.SetAxisScale(2, 1);
   scale.SetRotation(90);
@@ -229,7 +229,7 @@ TEST(HvT2DAxis, BoxTurnsWithTheScaleBoxAndTheDotAlone) {
   EXPECT_EQ(fixed.Box(), (HvBox{-37, 37, -32, 32}));
 }
 
-TEST(HvT2DAxis, BoxIsToldToTheParent) {
+TEST(HvT2DAxis, BoxIsReportedToTheParent) {
   AxisParent parent;
   HvT2DAxis axis("axis", kEveryHandle);
   axis.SetParent(&parent);
@@ -287,7 +287,7 @@ TEST(HvT2DAxis, AspectHandleLiesAtTheArrowsWithoutABox) {
   EXPECT_EQ(axis.AspectHandlePos(), (HvPoint{27.75f, 37}));
 }
 
-TEST(HvT2DAxis, SpaceIsScaledTurnedAndMoved) {
+TEST(HvT2DAxis, SpaceIsScaledRotatedAndTranslated) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   axis.SetScale(2);
   axis.SetAxisScale(1, 0.5f);

@@ -106,7 +106,7 @@ TEST_F(HvTGroupOfProbes, UnitesBoxesAfterAChildWithoutOne) {
   EXPECT_EQ(group.AddChild(&b), 0);
 }
 
-TEST_F(HvTGroupOfProbes, TellsItsParentOfItsBox) {
+TEST_F(HvTGroupOfProbes, NotifiesItsParentOfItsBox) {
   group.SetParent(&outer);
   a.SetParent(&group);
   b.SetParent(&group);

@@ -163,7 +163,7 @@ TEST_F(HvTInteractWithARing, TakesMovesWithAnyButton) {
   EXPECT_EQ(world_.viewer.interactions, std::vector<std::string>(4, "do"));
 }
 
-TEST_F(HvTInteractWithARing, TellsTheViewerOfAMoveThatChangesNothing) {
+TEST_F(HvTInteractWithARing, NotifiesTheViewerOfAMoveThatChangesNothing) {
   world_.PenMove(3.0, 3.0);
   world_.viewer.interactions.clear();
   world_.viewer.invalidations = 0;
@@ -225,17 +225,17 @@ void ExpectToolHearsThePenAfterAListenerThrew(Widget& widget, HvPoint handle) {
   widget.Detach();
 }
 
-TEST(HvTInteract, HearsThePenAfterAListenerOfARingThrew) {
+TEST(HvTInteract, TakesThePenAfterAListenerOfARingThrew) {
   HvTCircle ring("ring", 50.0f);
   ExpectToolHearsThePenAfterAListenerThrew(ring, {50.0f, 0.0f});
 }
 
-TEST(HvTInteract, HearsThePenAfterAListenerOfARectangleThrew) {
+TEST(HvTInteract, TakesThePenAfterAListenerOfARectangleThrew) {
   HvTRectangle rectangle("rectangle", 10.0f, 10.0f, 60.0f, 40.0f);
   ExpectToolHearsThePenAfterAListenerThrew(rectangle, {10.0f, 25.0f});
 }
 
-TEST(HvTInteract, HearsThePenAfterAListenerOfAnAxisThrew) {
+TEST(HvTInteract, TakesThePenAfterAListenerOfAnAxisThrew) {
   HvT2DAxis axis("axis", HvT2DAxis::kTranslate);
   ExpectToolHearsThePenAfterAListenerThrew(axis, {0.0f, 0.0f});
   EXPECT_EQ(axis.Active(), static_cast<std::uint32_t>(HvT2DAxis::kTranslate)) << "hovered again";
@@ -311,7 +311,7 @@ TEST(HvTInteract, BindingsReadWhenTheyAreAdded) {
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
 
-TEST(HvTInteract, BindingsAreAllToldOfAChange) {
+TEST(HvTInteract, AllBindingsAreNotifiedOfAChange) {
   ToolWorld world;
   NotedBinding first;
   NotedBinding second;
@@ -328,7 +328,7 @@ TEST(HvTInteract, BindingsAreAllToldOfAChange) {
   EXPECT_EQ(second.changes, first.changes);
 }
 
-TEST(HvTInteract, BindingsAreToldOfTheTimeOnceThereIsAnOperator) {
+TEST(HvTInteract, BindingsAreNotifiedOfTheTimeOnceThereIsAnOperator) {
   NotedBinding binding;
   const auto unlinked = NewTool();
   unlinked->AddDsObject(&binding);
@@ -342,7 +342,7 @@ TEST(HvTInteract, BindingsAreToldOfTheTimeOnceThereIsAnOperator) {
   EXPECT_EQ(world.viewer.TakeInvalidations(), 1);
 }
 
-TEST(HvTInteract, BindingsMayGoBeforeTheTool) {
+TEST(HvTInteract, BindingsMayBeDestroyedBeforeTheTool) {
   ToolWorld world;
   {
     NotedBinding binding;

@@ -360,7 +360,7 @@ TEST_F(HvTManagerOfProbes, OnlyMovesThePenWhileItHandlesAMessage) {
   EXPECT_EQ(log.take(), "Leave a; Enter b 30 5; ");
 }
 
-TEST_F(HvTManagerOfProbes, SaysThatAPickIsRunning) {
+TEST_F(HvTManagerOfProbes, ReportsThatAPickIsRunning) {
   bool seen = false;
   a.whilePicked = [&] { seen = manager.IsPicking(); };
   move(5, 5);

@@ -23,7 +23,7 @@ class PlainWidget : public HvTObject {
 };
 
 // Counts ChildChanged.
-class ToldGroup : public HvTGroup {
+class NotifiedGroup : public HvTGroup {
  public:
   using HvTGroup::HvTGroup;
   void ChildChanged(HvTObject* child) override {
@@ -91,7 +91,7 @@ TEST(HvTObject, LeadsPointsFromItsParentToItsOrigin) {
 
 TEST(HvTObject, TakesASizeAndAnOriginOnlyWhereItMay) {
   PlainWidget widget("w");
-  ToldGroup group("g");
+  NotifiedGroup group("g");
   widget.SetParent(&group);
   group.told = 0;
   widget.SetOrigin({3, 4});

@@ -52,7 +52,7 @@ TEST_F(HvTRectangleOnItsOwn, SortsItsSidesButNotItsOwnBox) {
   EXPECT_EQ(rectangle.Size(), (HvPoint{5, -18}));
 }
 
-TEST_F(HvTRectangleOnItsOwn, TellsItsParent) {
+TEST_F(HvTRectangleOnItsOwn, NotifiesItsParent) {
   HvTGroup group("g");
   rectangle.SetParent(&group);
   rectangle.SetBox(-5, -6, 7, 8);
@@ -115,7 +115,7 @@ TEST_F(HvTRectangleOnItsOwn, IsHitOnTheBarsOfItsCross) {
   EXPECT_EQ(edgesAt(122.9f, 50), 16u);
   EXPECT_EQ(edgesAt(123, 50), 0u);
   EXPECT_EQ(edgesAt(77, 50), 0u);
-  // The x tolerance applies to the vertical bar's length too.
+  // The x tolerance also extends the vertical bar.
   EXPECT_EQ(edgesAt(100, 72.9f), 32u);
   EXPECT_EQ(edgesAt(100, 73), 0u);
   EXPECT_EQ(edgesAt(103, 50), 16u);

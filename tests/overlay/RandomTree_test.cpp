@@ -1,5 +1,5 @@
-// Picking in large random trees, against a model without tree walk or targets: of everything that can be hit, in paint
-// order, the last under the pen wins.
+// Picking in large random trees, against a model without tree traversal or targets: of all that can be hit, the last in
+// paint order under the pen wins.
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -55,7 +55,7 @@ class LozengeWidget : public HvTObject {
   Lozenge shape_;
 };
 
-// Something that can be hit, and the gates that must let the pen through to it.
+// Something that can be hit, and the gates that the pen must pass.
 struct Spot {
   HvTObject* object = nullptr;  // null for the space of a solid group
   Lozenge shape;

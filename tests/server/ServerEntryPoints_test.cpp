@@ -36,7 +36,7 @@ const std::vector<Entry> kClasses = {
     {MakeGuid("{9AF03A9A-ED25-4C86-AB7F-8CB19CFC6294}"), 4997, u"V_Wibble's main PPG (with edge methods)"},
 };
 
-// Records the calls and fails where told to.
+// Records the calls and fails for the classes in `failing`.
 class RecordingCatalogue : public host::Catalogue {
  public:
   HRESULT AddClass(const GUID& clsid, HMODULE module, std::int32_t description) override {
@@ -140,7 +140,7 @@ TEST_F(ServerEntryPoints, RefusesUnknownClassesAndThoseThatDoNotExistYet) {
   EXPECT_EQ(getClassObject(kBlurClass, IClassFactory::kIid, nullptr), kNullPointer);
 }
 
-TEST_F(ServerEntryPoints, AFactoryThatIsAskedForAStrangeInterfaceGoesAgain) {
+TEST_F(ServerEntryPoints, AFactoryAskedForAnUnknownInterfaceIsReleased) {
   int marker = 0;
   void* result = &marker;
   EXPECT_EQ(getClassObject(kBlurClass, IDSImageEffect::kIid, &result), kNoInterface);
@@ -309,7 +309,7 @@ TEST_F(ServerEntryPoints, RegistrationStopsAtTheFirstFailure) {
   EXPECT_EQ(enter(), RecordingCatalogue::kFamiliesFailed);
 }
 
-TEST_F(ServerEntryPoints, UnregistrationGoesOnAndTellsTheFailureThatRanksFirst) {
+TEST_F(ServerEntryPoints, UnregistrationContinuesAndReportsTheLastRegisteredFailure) {
   EXPECT_EQ(leave(), kOk);
   ASSERT_EQ(catalogue.calls.size(), kClasses.size());
   for (std::size_t i = 0; i < kClasses.size(); ++i)

@@ -1,4 +1,4 @@
-// What the server loads of OpenGL: nothing before it paints, and it renders where there is none.
+// The server loads no OpenGL before it paints, and renders without OpenGL.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -9,7 +9,7 @@
 namespace vblur {
 namespace {
 
-// What the probe prints, with the environment put before its name.
+// The output of the probe, run with `environment` before the command.
 std::string Probe(const std::string& arguments, const std::string& environment = "") {
   std::FILE* const output = ::popen((environment + " " VBLUR_LOADING_PROBE " " + arguments + " 2>&1").c_str(), "r");
   if (output == nullptr) return "";
@@ -32,7 +32,7 @@ TEST(ServerLoading, TheFirstPaintLoadsOpenGl) {
 }
 
 TEST(ServerLoading, RendersAndPaintsNothingWithoutOpenGl) {
-  // Files that are no libraries stand before the system's own.
+  // Files that are not libraries shadow the system's.
   const auto folder = std::filesystem::path(testing::TempDir()) / "no_opengl";
   std::filesystem::create_directories(folder);
   for (const char* name : {"libOpenGL.so.0", "libGL.so.1", "libGLU.so.1"})

@@ -1,4 +1,4 @@
-// The server when memory runs out in the middle of making an object.
+// The server when memory runs out while an object is created.
 #include <functional>
 
 #include <dlfcn.h>

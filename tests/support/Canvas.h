@@ -41,7 +41,7 @@ constexpr ComponentRange<Pixel> storageRange() {
   }
 }
 
-// Mostly anything in the range, now and then one of its ends.
+// Any value in the range, sometimes one of its ends.
 template <class Pixel>
 Pixel randomPixel(Random& random, ComponentRange<Pixel> range) {
   Pixel pixel{};
@@ -95,7 +95,7 @@ class Canvas {
     texture.stride = bottomUp_ ? -step : step;
   }
 
-  // The pixels row by row from row 0, whatever the layout.
+  // The pixels row by row from row 0, in any layout.
   std::vector<Pixel> pixels() const {
     std::vector<Pixel> all;
     for (int y = 0; y < height_; ++y) {

@@ -19,7 +19,7 @@ namespace vblur::test {
 
 namespace kernel_case {
 
-// Mostly random bytes, now and then a stretch of one byte that makes components the ends of their range.
+// Random bytes, with stretches of one byte that put components at the ends of their range.
 inline std::vector<unsigned char> randomBytes(Random& random, std::size_t count) {
   std::vector<unsigned char> bytes;
   while (bytes.size() < count) {

@@ -94,8 +94,8 @@ inline ::testing::AssertionResult kernelsRan(std::vector<std::string> names) {
   return ranAtThisLevel(runs);
 }
 
-// At a level of vector code these kernels, and maybe others, have run since the last question, each for that level; at
-// the twin none has.
+// At a level of vector code these kernels, and maybe others, have run since the last call, each for that level; at the
+// twin none has.
 inline ::testing::AssertionResult kernelsRanAmongOthers(const std::vector<std::string>& names) {
   askedForKernelRuns = true;
   const std::vector<KernelRun> runs = takeKernelRuns();
@@ -114,8 +114,8 @@ inline std::vector<std::string> vectorLevels() {
 // Prints the level in the name of a test.
 inline const auto levelName = [](const ::testing::TestParamInfo<std::string>& level) { return level.param; };
 
-// A test at a level. Kernels that it has not asked about must have run for that level; a test that never asks must have
-// run some.
+// A test at a level. Kernels that ran since the test's last check must have run for that level; a test without a check
+// must have run some.
 class AtEachLevel : public ::testing::TestWithParam<std::string> {
  protected:
   AtEachLevel() {

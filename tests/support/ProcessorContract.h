@@ -1,4 +1,4 @@
-// The contract of all processors. Subject.h tells how to put one to the test.
+// The contract of all processors. See Subject.h for how to test one.
 #pragma once
 
 #include <string>
@@ -29,7 +29,7 @@ template <class Pixel>
   return ::testing::AssertionSuccess();
 }
 
-// The same of the pixels of a scene's target that counts(x, y) names by image coordinates.
+// The same for the pixels of a scene's target for which counts(x, y) is true, in image coordinates.
 template <class S, class Pixel, class Counts>
 ::testing::AssertionResult samePixelsWhere(const Scene<S>& scene, const std::vector<Pixel>& have,
                                            const std::vector<Pixel>& want, const Counts& counts) {
@@ -53,7 +53,7 @@ class ProcessorContract : public ::testing::Test {
       body(seed);
     }
   }
-  // For a clause that some processors do not keep: body holds in each scene, or fails in at least one.
+  // For a clause that some processors do not keep: body passes in each scene, or else fails in at least one.
   template <class Body>
   static void forScenesWhere(bool holds, const Body& body) {
     bool failed = false;

@@ -1,4 +1,4 @@
-// Puts a processor under the contract of all processors. A subject takes three lines:
+// Tests a processor against the contract of all processors. A subject takes three lines:
 //
 //   struct CopyR8 : SamplerSubject<SimpleCopySampler<R8, Rf>, HvTexture<R8, Rf>> {};
 //   struct AlphaR8 : SamplerSubject<BlurRGBAGauss<R8, Ri, 255, 0, 0, 0, 1>, HvTexture<R8, Ri>> {
@@ -6,8 +6,8 @@
 //   };
 //   INSTANTIATE_TYPED_TEST_SUITE_P(Copies, ProcessorContract, Subjects<CopyR8, AlphaR8>, TypeNames);
 //
-// ctest then prints Copies/ProcessorContract/CopyR8.WritesNothing..., see TypeNames.h. A subject that
-// does not keep a clause says so by hiding a constant below, and has to break the clause then.
+// ctest then prints Copies/ProcessorContract/CopyR8.WritesNothing..., see TypeNames.h. A subject that does not keep a
+// clause hides the clause's constant below with false; the test then fails if the clause is kept.
 #pragma once
 
 #include <tuple>
@@ -22,7 +22,7 @@ struct Subject {
   using OutTexture = OutTextureOfIt;
   using Inputs = std::tuple<InTextures...>;
 
-  // Each clause that holds for all but a few.
+  // The clauses that some processors do not keep.
   static constexpr bool kKeepsToWindow = true;      // nothing outside the window changes
   static constexpr bool kPartsEqualWhole = true;    // in a window, the result is that part of the whole
   static constexpr bool kKnowsFields = true;        // a field mode limits the rows

@@ -1,4 +1,4 @@
-// What a C compiler makes of vblur/blur.h.
+// vblur/blur.h as a C compiler sees it.
 #pragma once
 
 #include <stddef.h>

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-// Both names of one file: the second finds nothing left to declare.
+// Both names of one file: including the second declares nothing new.
 #include "vblur/Blur.h"
 #include "vblur/blur.h"
 
@@ -20,7 +20,7 @@ TEST(CHeader, BothLanguagesSeeOneLayout) {
   EXPECT_EQ(sizeOfSettingsInC(), sizeof(vblur_settings));
 }
 
-// Where a field lies is for good: programs that were compiled before, and bindings of other languages, count on it.
+// Offsets of fields are part of the ABI: compiled programs and bindings depend on them.
 TEST(CHeader, FieldsStayWhereTheyAre) {
   if constexpr (sizeof(void*) == 8) {
     EXPECT_EQ(offsetof(vblur_picture, format), 8u);
@@ -43,7 +43,7 @@ TEST(CHeader, FieldsStayWhereTheyAre) {
   }
 }
 
-// The defaults of C and of C++ are told twice.
+// The defaults of C and of C++ are stated twice.
 TEST(CHeader, DefaultsAreThoseOfCpp) {
   vblur_settings settings;
   vblur_settings_init(&settings, sizeof(settings));

@@ -1,4 +1,4 @@
-// What the calls refuse, and the words they find.
+// What the calls refuse, and with which messages.
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -81,7 +81,7 @@ TEST_F(CallCheck, Strides) {
     refuses("source.stride: " + std::to_string(beyond) +
             ": expected 549755813887 bytes at most, forwards or backwards");
   }
-  // The next row of a single one is nowhere.
+  // The stride of a single row is irrelevant.
   source_.height = result_.height = 1;
   source_.stride = 2;
   accepts();
@@ -185,8 +185,8 @@ TEST_F(CallCheck, Threads) {
   EXPECT_EQ(vblur_set_threads(0), VBLUR_DONE);
 }
 
-// More memory than an address space has, asked for with a picture that lies in little of it.
-TEST_F(CallCheck, MemoryThatThereIsNot) {
+// A request for more memory than an address space has, by a picture that uses little of it.
+TEST_F(CallCheck, MoreMemoryThanThereIs) {
   source_.height = result_.height = 1;
   source_.format = result_.format = VBLUR_RGBA_8;
   std::vector<unsigned char> row(std::size_t{4} << 24);

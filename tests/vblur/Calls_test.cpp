@@ -49,7 +49,7 @@ struct Scene {
     texture.setOutsideColour(outside);
   }
 
-  // What the filter itself makes of a copy of the result.
+  // The result of the filter itself on a copy.
   Canvas<Pixel> filtered() {
     Canvas<Pixel> expected = result;
     HvTexture<Pixel, Ri> from;

@@ -19,7 +19,7 @@ TEST(NameMatch, FindsTheNameBehindASlip) {
   EXPECT_EQ(NearestName("Blurr", kNames), "Blur");
   EXPECT_EQ(NearestName("blru", kNames), "Blur");
   EXPECT_EQ(NearestName("lend", kNames), "Blend");
-  // Two letters that changed places are one slip.
+  // Two swapped letters count once.
   EXPECT_EQ(NearestName("vu", std::array<std::string_view, 1>{"UV"}), "UV");
   EXPECT_EQ(NearestName("sorce-gain", kNames), "Source Gain");
 }

@@ -53,7 +53,7 @@ TEST_F(OutputFile, AReplacedFileKeepsItsPermissionsAndItsLink) {
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
-TEST_F(OutputFile, PartsOfProcessesThatAreGoneAreCleared) {
+TEST_F(OutputFile, PartFilesOfEndedProcessesAreRemoved) {
   const pid_t child = ::fork();
   if (child == 0) ::_exit(0);
   ASSERT_GT(child, 0);

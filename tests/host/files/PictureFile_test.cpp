@@ -25,7 +25,7 @@ struct FormatCase {
 
 class PictureFileFormats : public testing::TestWithParam<FormatCase> {
  protected:
-  // Components of full range that the format can hold.
+  // Random components from `low` to `high`, which the format can hold.
   void RoundTrip(std::int32_t depth, std::int32_t low, std::int32_t high) {
     HostImage written;
     written.Reset(depth, 4, kWidth, kHeight);
@@ -85,7 +85,7 @@ TEST_P(PictureFileFormats, TheFirstRowOfTheFileIsTheTop) {
   EXPECT_GT(samples.back(), 0.9f);
 }
 
-// A file that ends too early is one clear line, and so is one that holds something else.
+// Truncated files and files of other content fail with one line.
 TEST_P(PictureFileFormats, BrokenFilesAreRefused) {
   HostImage image;
   image.Reset(8, 4, 64, 48);
@@ -206,7 +206,7 @@ TEST_F(PictureFile, OtherThingsThanPicturesAreNamed) {
             std::string("/dev/null: cannot read: not a regular file"));
 }
 
-// Headers of pictures that nobody can want, with nothing behind them.
+// Headers of sizes out of range, without the pixels.
 TEST_F(PictureFile, PicturesWithoutPixelsOrWithTooManyAreRefused) {
   const auto none = folder_.Write("none.ppm", "P6\n0 10\n255\n");
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(none); })->Code(), ExitCode::CannotRead);
@@ -246,7 +246,7 @@ TEST_F(PictureFile, ReadingCanBeStopped) {
   EXPECT_THROW(stopped.ReadColour(path, 8, image_), FileInterrupted);
 }
 
-// Nothing reaches the standard error stream: the failure tells it once.
+// Nothing is written to the standard error stream: the failure has the message.
 TEST_F(PictureFile, LibrariesKeepQuiet) {
   HostImage picture;
   picture.Reset(8, 4, 200, 200);

@@ -11,7 +11,7 @@
 namespace vblur::host {
 namespace {
 
-// The nearest whole number to x / y, halves away from zero, told by its distance alone.
+// The nearest integer to x / y, halves away from zero, found by its distance.
 std::int64_t NearestQuotient(std::int64_t x, std::int64_t y) {
   const std::int64_t size = std::abs(x);
   std::int64_t best = size / y;
@@ -99,7 +99,7 @@ TEST(Sample, WhatIsNoNumberHasAMeaning) {
   EXPECT_EQ(FromSample<std::int16_t>(std::numeric_limits<float>::denorm_min()), 0);
 }
 
-TEST(Sample, RowsTakeTheChannelsTheyAreTold) {
+TEST(Sample, RowsTakeTheGivenChannels) {
   const std::uint8_t samples[] = {1, 2, 3, 4, 5, 6};  // two pixels of three channels
   std::uint8_t pixels[8] = {};
   ReadColourRow(samples, SampleKind::Unsigned8, 3, {2, -1, 0, 1}, 8, pixels, 2);

@@ -232,7 +232,7 @@ TEST(EglSurface, RefusesWhatItCannotPaint) {
   EXPECT_EQ(std::string(failure->what()).rfind("a view of 16777216 x 8 pixels: expected at most ", 0), 0u);
 }
 
-TEST(EglSurface, SeveralStandSideBySide) {
+TEST(EglSurface, SeveralExistSideBySide) {
   const auto first = MakeOffScreenSurface(4, 4);
   const auto second = MakeOffScreenSurface(4, 4);
   const std::vector<std::byte> white(64, std::byte{255});

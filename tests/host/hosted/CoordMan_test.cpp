@@ -32,7 +32,7 @@ TEST(CoordMan, ConvertsWithTheProxyFactors) {
   EXPECT_EQ(coordMan.ToFullPixels({-8, 12}).y, 12.0);
 }
 
-TEST(CoordMan, TellsTheOriginThatAnImageStates) {
+TEST(CoordMan, ReturnsTheOriginOfAnImage) {
   const CoordMan coordMan({1, 1});
   const PlacedImage placed;
   EXPECT_EQ(coordMan.PixelOrigin(placed).x, 3);

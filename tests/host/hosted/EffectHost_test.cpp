@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kKeys[] = {kProjectUserSizeX, kProjectUserSizeY, kProjectWorldSizeX, kProjectWorldSizeY};
 
-TEST(EffectHost, TellsTheProjectSizes) {
+TEST(EffectHost, ReturnsTheProjectSizes) {
   const EffectHost host(ProjectSizes{{720, 486}, {4, 3}});
   const double expected[] = {720, 486, 4, 3};
   for (std::size_t i = 0; i < std::size(kKeys); ++i) {

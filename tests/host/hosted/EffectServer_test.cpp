@@ -13,7 +13,7 @@
 namespace vblur::host {
 namespace {
 
-TEST(EffectServer, IsFoundMakesEffectsAndGoesAgain) {
+TEST(EffectServer, IsLoadedMakesEffectsAndIsUnloaded) {
   Catalogue catalogue;
   UseCatalogue(&catalogue);
   {
@@ -53,7 +53,7 @@ HRESULT CreateEffectByClass(ComPtr<IDSImageEffect>& effect, std::uint32_t contex
   return CoCreateInstance(kBlurClass, nullptr, context, IDSImageEffect::kIid, effect.Receive());
 }
 
-// Knows the class, to be asked when none that is newer does.
+// Claims the class; asked only when newer servers lack it.
 HRESULT FailingServer(const GUID& clsid, const GUID&, void** result) {
   *result = nullptr;
   return clsid == kBlurClass ? kOutOfMemory : kNoSuchClass;

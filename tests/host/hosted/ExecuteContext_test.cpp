@@ -9,7 +9,7 @@
 namespace vblur::host {
 namespace {
 
-TEST(ExecuteContext, GoesOnUntilItIsStopped) {
+TEST(ExecuteContext, ContinuesUntilItIsStopped) {
   ExecuteContext context;
   for (int i = 0; i < 1000; ++i)
     EXPECT_NE(context.MayContinue(), 0);
@@ -57,7 +57,7 @@ TEST(ExecuteContext, CountsThePollsOfAllThreads) {
   }
   for (std::thread& thread : threads)
     thread.join();
-  // A thread that was let pass may still see the stop that another has just set.
+  // A granted poll may still see the stop that another thread has just set.
   EXPECT_LE(passed, 1000);
   EXPECT_GE(passed, 1000 - 3);
 }

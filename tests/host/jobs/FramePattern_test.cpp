@@ -34,7 +34,7 @@ TEST(FramePattern, StandsForOnePictureWithoutANumber) {
   EXPECT_EQ(FramePattern("x%d").Text(), "x%d");
 }
 
-TEST(FramePattern, EscapedNamesStandForThemselves) {
+TEST(FramePattern, EscapedNamesAreLiteral) {
   for (const std::string name : {"100%.png", "a####b.png", "%04d", "##", "#", "%#", "%%", "a#b##", "plain.exr"}) {
     const FramePattern pattern(FramePattern::Escaped(name));
     EXPECT_FALSE(pattern.HasNumber()) << name;

@@ -227,7 +227,7 @@ TEST(JobCheck, RefusesAnOutputThatIsAnInput) {
   EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.output.file = "../shots/./in.png"; }),
             same("../shots/./in.png", "input"));
   EXPECT_EQ(FailureWith(Sequence(), [](Job& job) { job.output.file = "in.####.exr"; }), same("in.0001.exr", "input"));
-  // Names of different widths meet where the numbers are long enough.
+  // Patterns of different widths give the same name for long numbers.
   EXPECT_EQ(FailureWith(Sequence(),
                         [](Job& job) {
                           job.output.file = "in.%03d.exr";
@@ -355,7 +355,7 @@ TEST(JobCheck, HoldsAMillionFrames) {
   EXPECT_NO_THROW(CheckJob(job));
 }
 
-TEST(JobCheck, AllowsAnOutputOverAnInputWhenTold) {
+TEST(JobCheck, AllowsAnOutputOverAnInputWithTheOption) {
   Job job = Still();
   job.output.file = "in.png";
   EXPECT_NO_THROW(CheckJob(job, {.outputMayBeInput = true}));

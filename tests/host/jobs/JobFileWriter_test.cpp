@@ -160,7 +160,7 @@ TEST(JobFileWriter, WritesTextAndKeysThatPeopleCanEdit) {
             "}\n");
 }
 
-// Where a job's file name leads to.
+// The path that a job's file name refers to.
 fs::path Target(const Job& job, const std::string& file) {
   return fs::weakly_canonical(job.folder / FramePattern(file).FileName(12));
 }

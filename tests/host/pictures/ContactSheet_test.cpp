@@ -1,4 +1,4 @@
-// Where panels stand on a sheet, and that each holds what a job with its settings renders.
+// The positions of panels on a sheet; each shows the render of a job with its settings.
 #include "host/pictures/ContactSheet.h"
 
 #include <cstring>
@@ -31,7 +31,7 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
 
   void Draw(const SheetPlan& plan) { DrawSheet(plan, pictures_, text_, MakeEffect, context_, sheet_); }
 
-  // What the renderer of jobs makes of the same pictures.
+  // Renders the same pictures as a job.
   void RenderByJob(const PropertyStore& properties, EffectKind kind, double time, HostImage& into) {
     PictureWriter().Write(folder_.path() / "a.tif", pictures_.input, nullptr, true);
     PictureWriter().Write(folder_.path() / "b.tif", pictures_.input2, nullptr, true);
@@ -50,7 +50,7 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
     PictureReader().ReadColour(folder_.path() / "out.tif", pictures_.input.Depth(), into);
   }
 
-  // How a component of a picture with its alpha looks at a place of the picture.
+  // A component of a picture as it is shown at a position of the sheet, over the checkerboard.
   static std::int32_t Looks(const HostImage& picture, std::int32_t x, std::int32_t line, std::size_t c, bool alpha) {
     const std::int32_t full = picture.Depth() == 8 ? 255 : 16384;
     const std::size_t at = 4 * static_cast<std::size_t>((picture.Height() - 1 - line) * picture.Width() + x);
@@ -129,7 +129,7 @@ TEST_P(ContactSheet, RampsHoldWhatTheEffectRenders) {
 
 INSTANTIATE_TEST_SUITE_P(Depths, ContactSheet, testing::Values(8, 16));
 
-TEST_F(ContactSheet, PanelsStandInEvenRowsInsideTheSheet) {
+TEST_F(ContactSheet, PanelsAreInEvenRowsInsideTheSheet) {
   Prepare(8);
   for (std::size_t kind = 0; kind < kSheetNames.size(); ++kind) {
     const SheetPlan plan = PlanOf(static_cast<SheetKind>(kind));
@@ -197,7 +197,7 @@ TEST_F(ContactSheet, ScalingKeepsFlatColoursAtBothDepths) {
   }
 }
 
-TEST_F(ContactSheet, TheSecondClipIsTurnedAndItsColoursExchanged) {
+TEST_F(ContactSheet, TheSecondClipIsRotatedAndItsColoursPermuted) {
   HostImage first;
   first.Reset(16, 4, 3, 2);
   for (std::size_t i = 0; i < ComponentCount(first); ++i)

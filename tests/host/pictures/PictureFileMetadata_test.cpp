@@ -12,7 +12,7 @@
 namespace vblur::host {
 namespace {
 
-// What a file tells about its picture, after one reading and one writing.
+// The metadata of a file after it is read and written once.
 class PictureFileMetadata : public testing::Test {
  protected:
   OIIO::ImageSpec PassOn(const std::string& from, const std::string& to) {
@@ -83,7 +83,7 @@ TEST_F(PictureFileMetadata, AnOrientationStaysATag) {
   EXPECT_EQ(PassOn("in.jpg", "out.tif").get_int_attribute("Orientation"), 6);
 }
 
-// Whether colours are stored multiplied is said as the source said it; the numbers never change.
+// The output declares premultiplied colours as the source does; values never change.
 TEST_F(PictureFileMetadata, TheKindOfAlphaIsPassedOnWithTheSameNumbers) {
   const std::vector<std::uint16_t> samples = {60000, 40000, 20000, 100, 1, 2, 3, 0};
   for (const bool unassociated : {false, true}) {

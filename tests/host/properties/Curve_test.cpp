@@ -27,7 +27,7 @@ TEST(Curve, MeetsItsKeysExactly) {
   }
 }
 
-TEST(Curve, GoesStraightBetweenLinearKeys) {
+TEST(Curve, IsStraightBetweenLinearKeys) {
   EXPECT_EQ(Ramp(Interpolation::Linear).At(1.0), 20.0);
   EXPECT_EQ(Ramp(Interpolation::Linear).At(3.0), 40.0);
   EXPECT_EQ(Ramp(Interpolation::Linear).At(5.0), 35.0);

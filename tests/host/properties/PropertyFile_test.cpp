@@ -12,7 +12,7 @@
 namespace vblur::host {
 namespace {
 
-// Every property at a value of its own, every animated one once with each interpolation.
+// A store with every property set; animated ones have curves of this interpolation.
 PropertyStore Strange(Interpolation interpolation) {
   PropertyStore store;
   double value = 0.1;

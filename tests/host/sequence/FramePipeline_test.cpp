@@ -47,7 +47,7 @@ TEST(FramePipeline, EveryItemPassesEveryStageInItsSlot) {
   }
 }
 
-// As many parties as told meet, or it takes 20 seconds.
+// A barrier for a number of parties, with a time limit of 20 seconds.
 class Meeting {
  public:
   explicit Meeting(int parties) : parties_(parties) {}
@@ -69,7 +69,7 @@ class Meeting {
   bool met_ = false;
 };
 
-// All three stages meet while each holds another item; without overlap they would wait for ever.
+// All three stages run at once, each with a different item; without overlap the barrier times out.
 TEST(FramePipeline, StagesOverlap) {
   Meeting meeting(3);
   FrameStages stages = IdleStages();
@@ -161,7 +161,7 @@ TEST(FramePipeline, AnExceptionOfAnyStageEndsTheRun) {
     };
     EXPECT_THROW(RunFramePipeline(1, 3, 100, stages), std::runtime_error);
     EXPECT_LE(reported, 4);
-    // Each of the two other slots may have passed the test just before.
+    // The two other slots may have started an item just before.
     EXPECT_LE(begunAfter, 2);
   }
 }

@@ -85,7 +85,7 @@ TEST_F(ProgressOutput, ABarIsDrawnRarelyAndTakenAway) {
   EXPECT_NE(text.find("] 1/5000  frame 1  "), std::string::npos);
   EXPECT_NE(text.find("[########################] 5000/5000  frame 5000  "), std::string::npos);
   EXPECT_NE(text.find("\r\033[K5000 done"), std::string::npos);
-  // Ten a second, for however long the loop takes here.
+  // The bar is redrawn at most ten times a second; the bound allows for slow machines.
   EXPECT_LT(std::count(text.begin(), text.end(), '['), 2000);
 }
 

@@ -98,7 +98,7 @@ TEST_F(SequenceRenderer, RendersEveryFrameInOrder) {
   EXPECT_GT(summary.seconds.write, 0.0);
 }
 
-// Each lane has a clone of its own, and what a frame becomes does not depend on its lane.
+// Each lane has its own clone, and a frame's result does not depend on its lane.
 TEST_F(SequenceRenderer, FramesSideBySideAreReportedInOrder) {
   MakeInputs();
   for (const std::int32_t lanes : {2, 3, 20}) {

@@ -1,4 +1,4 @@
-// The measured impulse response against weights worked out by hand.
+// The measured impulse response against weights computed by hand.
 #include "host/studies/KernelMeasure.h"
 
 #include <array>

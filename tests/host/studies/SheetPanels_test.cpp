@@ -1,4 +1,4 @@
-// What stands on each sheet, held against the property table.
+// The panels of each sheet, compared with the property table.
 #include <map>
 
 #include <gtest/gtest.h>
@@ -51,7 +51,7 @@ TEST(SheetPanels, EveryPairOfEdgeMethodsXAcrossAndYDown) {
   }
 }
 
-TEST(SheetPanels, SizesRiseAndTellWhatTheyStandFor) {
+TEST(SheetPanels, SizesRiseWithTheirRadiusAndSigma) {
   const SheetPlan plan = PlanOf(SheetKind::Sizes);
   ASSERT_EQ(plan.panels.size(), 8u);
   double before = -1.0;
@@ -90,7 +90,7 @@ TEST(SheetPanels, GivenPropertiesHoldForEveryPanel) {
   EXPECT_EQ(plan.settings.rfind("Blur 10 (panel pixels), Crop Right 70", 0), 0u) << plan.settings;
 }
 
-TEST(SheetPanels, WhatASheetGoesThroughCannotBeSet) {
+TEST(SheetPanels, WhatASheetVariesCannotBeSet) {
   const std::vector<std::pair<SheetKind, PropertyId>> pairs = {
       {SheetKind::Channels, PropertyId::Channels}, {SheetKind::MixBack, PropertyId::MixBack},
       {SheetKind::Edges, PropertyId::XEdgeMethod}, {SheetKind::Edges, PropertyId::YEdgeMethod},

@@ -103,7 +103,7 @@ TEST_P(AxisPicture, HasItsHandlesWhereTheyAre) {
   EXPECT_FALSE(IsSeen(Hue::Red, 50.0, 0.0));
 }
 
-TEST_P(AxisPicture, TurnsAndScalesTheBoxAndKeepsTheArrows) {
+TEST_P(AxisPicture, RotatesAndScalesTheBoxAndKeepsTheArrows) {
   axis_.SetRotation(90.0f);
   axis_.SetScale(1.25f);
   axis_.SetAxisScale(1.0f, 0.5f);

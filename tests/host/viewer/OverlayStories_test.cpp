@@ -215,7 +215,7 @@ TEST_F(OverlayStories, TheRingFollowsItsProperties) {
   ExpectRing(30, 30);
 }
 
-TEST_F(OverlayStories, StandWhereTheFrameIsAtEveryZoomAndPan) {
+TEST_F(OverlayStories, FollowTheFrameAtEveryZoomAndPan) {
   for (const double zoom : {0.5, 1.0, 3.0}) {
     for (const std::array<double, 2> pan : {std::array{0.0, 0.0}, std::array{12.0, -7.0}}) {
       options.zoom = zoom;
@@ -284,7 +284,7 @@ TEST_F(OverlayStories, APaintedEffectHasNone) {
   EXPECT_EQ(CountCalls("tool."), 0);
 }
 
-TEST_F(OverlayStories, StandOverAProjectWhosePixelsAreNoUnits) {
+TEST_F(OverlayStories, FitAProjectWhosePixelsAreNotWorldUnits) {
   // A frame pixel is 2 world units; the picture fills the frame.
   job.project = ProjectSizes{{kWidth, kHeight}, {kWidth * 2.0, kHeight * 2.0}};
   for (ImageRecord* record : {&*job.input, static_cast<ImageRecord*>(&job.output)})

@@ -106,7 +106,7 @@ TEST_F(ViewSessionOfAFrame, RendersAgainOnlyWhenSomethingHasChanged) {
   EXPECT_EQ(after, Rendered(1));
 }
 
-TEST_F(ViewSessionOfAFrame, TellsThePropertiesAsTheyAre) {
+TEST_F(ViewSessionOfAFrame, ReturnsTheCurrentProperties) {
   ViewSession session = Open();
   EXPECT_EQ(session.Properties(), job.properties);
   session.Apply(Event("set Crop Left 0:0, 4:50"));

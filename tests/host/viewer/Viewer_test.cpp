@@ -91,7 +91,7 @@ TEST(Viewer, HandlesOfTwoViewersAreNotMixedUp) {
   EXPECT_EQ(VWControllerRemoveContext(ofFirst), kOk);
 }
 
-TEST(Viewer, GoesBeforeAToolThatIsStillPushed) {
+TEST(Viewer, MayBeDestroyedBeforeAPushedTool) {
   const auto tool = MakeTool();
   std::uintptr_t context = 0;
   {
@@ -175,7 +175,7 @@ TEST(Viewer, OffersThePenFromTheTopDown) {
   viewer->Clear();
 }
 
-TEST(Viewer, AToolThatGoesInADragGivesThePenBack) {
+TEST(Viewer, AToolRemovedInADragReleasesThePen) {
   const auto viewer = Viewer::Make();
   Calls calls;
   const auto low = MakeTool("low", &calls);
@@ -219,7 +219,7 @@ TEST(Viewer, HoldsTheTimeBackDuringADrag) {
   viewer->Clear();
 }
 
-TEST(Viewer, RendersFromTheLowestUpAndKnowsWhenItIsInvalid) {
+TEST(Viewer, RendersFromTheLowestUpAndTracksInvalidation) {
   struct NoSurface : IVWSurface {
     HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE&) override { return kFailed; }
     HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE&) override { return kFailed; }

@@ -1,4 +1,4 @@
-// The host's property container: values by the static map of a class, curves, aliases, and who is told.
+// The host's property container: values by the static map of a class, curves, aliases and notifications.
 #include "platform/CDSPropertyContainer.h"
 
 #include <limits>
@@ -94,7 +94,7 @@ TEST(CDSPropertyContainer, ReachesTheMembersOfTheMapAndOfItsParents) {
   EXPECT_EQ(container.inherited, 0);
 }
 
-TEST(CDSPropertyContainer, TurnsValuesIntoThePropertysType) {
+TEST(CDSPropertyContainer, ConvertsValuesToThePropertysType) {
   Container container;
   const std::pair<double, std::int32_t> cases[] = {
       {3.9, 3},
@@ -188,7 +188,7 @@ TEST(CDSPropertyContainer, AnAliasIsTheProperty) {
   EXPECT_EQ(ValueOf(copy, kAlias), 1.5) << "aliases are copied, members are the class's matter";
 }
 
-TEST(CDSPropertyContainer, TellsOfEveryChangeUnderThePropertysOwnId) {
+TEST(CDSPropertyContainer, NotifiesOfEveryChangeUnderThePropertysOwnId) {
   Container container;
   Listener listener;
   EXPECT_EQ(container.Advise(nullptr), kNullPointer);
@@ -206,7 +206,7 @@ TEST(CDSPropertyContainer, TellsOfEveryChangeUnderThePropertysOwnId) {
 
   const Container copy(container);
   const_cast<Container&>(copy).PutValue(kSize, DSVariant::Of(1.0));
-  EXPECT_EQ(listener.changes.size(), 4u) << "a copy tells nobody";
+  EXPECT_EQ(listener.changes.size(), 4u) << "a copy has no listeners";
 
   Listener leaving;
   leaving.leaveFrom = &container;

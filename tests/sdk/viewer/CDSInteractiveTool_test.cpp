@@ -96,7 +96,7 @@ TEST_F(CDSInteractiveToolLinked, LeavesNothingBehind) {
 }
 
 // A listener may release a tool that has not been notified yet.
-TEST_F(CDSInteractiveToolLinked, MayGoWhileAChangeIsTold) {
+TEST_F(CDSInteractiveToolLinked, MayBeDestroyedDuringANotification) {
   struct Releasing : IDSPropertyNotify {
     void OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t) override { drop(); }
     std::function<void()> drop;

@@ -1,5 +1,5 @@
-// loading_probe render|paint: renders a frame by the server, paints the viewer tool as well when asked, and prints
-// what it did and every library of OpenGL that the process has loaded.
+// loading_probe render|paint: renders a frame by the server, with `paint` also paints the viewer tool, and prints what
+// it did and every OpenGL library that the process has loaded.
 #include <cstdio>
 #include <cstring>
 
@@ -17,7 +17,7 @@ namespace {
 constexpr GUID kEffect = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
 constexpr GUID kTool = MakeGuid("{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
 
-// Says that it can be painted on, without an OpenGL context.
+// Accepts painting without an OpenGL context.
 class Surface : public IVWSurface {
  public:
   HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE& info) override {

@@ -42,7 +42,7 @@ inline std::vector<std::int32_t> Components(const HostImage& image) {
   return all;
 }
 
-// Any component with any other, so also colours where alpha is 0.
+// Components are independent: colours may be non-zero where alpha is 0.
 inline void FillRandom(HostImage& image, std::int32_t low, std::int32_t high, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_int_distribution<std::int32_t> value(low, high);

@@ -1,4 +1,4 @@
-// A tool that keeps what it is called with, and an object with properties for it to edit.
+// A tool that records its calls, and an object with properties for it to edit.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@ namespace vblur {
 
 class RecordingTool : public CDSInteractiveTool {
  public:
-  // Calls are kept in the order of all tools that share the list.
+  // Tools that share a list record their calls in one order.
   explicit RecordingTool(std::string name = "tool", std::vector<std::string>* calls = nullptr)
       : name_(std::move(name)), calls_(calls == nullptr ? &own_ : calls) {}
   ~RecordingTool() override = default;

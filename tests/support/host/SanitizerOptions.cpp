@@ -5,12 +5,12 @@ const char* __asan_default_options();
 const char* __lsan_default_suppressions();
 const char* __tsan_default_suppressions();
 
-// Its frames have no frame pointers: a suppression finds them by their unwind tables alone.
+// The library has no frame pointers: suppressions need the unwind tables.
 const char* __asan_default_options() {
   return "fast_unwind_on_malloc=0";
 }
 
-// Its PNG reader jumps out of its own frames when a file ends early, and leaves its message behind.
+// Its PNG reader leaves a truncated file by longjmp and leaks its message.
 const char* __lsan_default_suppressions() {
   return "leak:OpenImageIO";
 }

@@ -16,7 +16,7 @@ inline SheetRequest RequestOf(SheetKind kind, const std::map<PropertyId, double>
   return request;
 }
 
-// A size says that it is its own radius.
+// The box radius equals the value of `Blur`.
 inline BlurSizeFacts PlainFacts(double blur) {
   return {blur, blur, 1.0};
 }

@@ -39,7 +39,7 @@ class TestEffect : public CDSImageMIEffect {
         all.push_back({{.id = property.guid,
                         .capability = static_cast<std::int32_t>(property.capability),
                         .type = DSValueType::Float64},
-                       // Of all values only that of the size is kept.
+                       // Only the value of `Blur` is stored.
                        property.id == PropertyId::Blur ? &TestEffect::BlurMember : &TestEffect::OtherMember});
       }
       return all;
@@ -70,7 +70,7 @@ class TestEffect : public CDSImageMIEffect {
   static void* BlurMember(CDSBasePropertyContainer& effect) { return &static_cast<TestEffect&>(effect).blur_; }
   static void* OtherMember(CDSBasePropertyContainer& effect) { return &static_cast<TestEffect&>(effect).other_; }
 
-  // How many frames were noted before. Clones note in one log.
+  // Appends a frame to the log, which clones share; returns the number of earlier ones.
   std::size_t Note(double time) {
     RenderedFrame frame;
     frame.time = time;
@@ -91,7 +91,7 @@ class TestEffect : public CDSImageMIEffect {
     return log_.size() - 1;
   }
 
-  // A whole frame, or the rows of one field; the output keeps what no field has touched.
+  // Writes a whole frame, or the rows of one field.
   void AddOne() {
     const auto width = static_cast<std::size_t>(outputImage->Size().x) * 4;
     auto* to = static_cast<std::uint8_t*>(outputImage->FirstPixel());

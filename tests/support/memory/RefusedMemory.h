@@ -1,4 +1,4 @@
-// Makes operator new fail where a test wants it to.
+// Makes a chosen operator new fail.
 #pragma once
 
 #include <cstdint>
