@@ -26,8 +26,8 @@ PAGE = ROOT / "docs" / "PERFORMANCE-FIGURES.md"
 CHART = "performance.svg"
 HEAD = """# Figures
 
-Written by `./dev bench --update`: one run on one machine. [PERFORMANCE.md](PERFORMANCE.md) tells how it is measured and
-what the cost depends on."""
+Written by `./dev bench --update`: one run on one machine. [PERFORMANCE.md](PERFORMANCE.md) describes the measurement
+and what the cost depends on."""
 
 
 def run_benchmarks(quick, options):
