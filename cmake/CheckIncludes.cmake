@@ -1,5 +1,5 @@
-# Stops the build when a file of FOLDER includes another room of the house that is not in ALLOWED. ROOMS is the file
-# that lists the rooms. OpenImageIO counts as one: who includes it brings hundreds of libraries into every program.
+# Fails the build when a file of FOLDER includes a room that is not in ALLOWED. ROOMS is the file that lists the rooms.
+# OpenImageIO counts as a room, since it loads hundreds of libraries into every program that includes it.
 cmake_minimum_required(VERSION 3.25)
 file(STRINGS "${ROOMS}" rooms)
 list(APPEND rooms OpenImageIO)

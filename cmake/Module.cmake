@@ -76,7 +76,7 @@ function(vblur_shared_library target kind)
     set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
   else()
     set_target_properties(${target} PROPERTIES PREFIX lib)
-    # What it lacks is told when it is loaded, not when it is first called.
+    # Missing symbols fail the load, not the first call.
     target_link_options(${target} PRIVATE LINKER:-z,now)
   endif()
 endfunction()

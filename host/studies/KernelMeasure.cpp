@@ -141,13 +141,13 @@ double KernelProfile::Sigma() const {
 double KernelProfile::WidthAtHalf() const {
   const double half = Peak() / 2.0;
   // From outside, to ignore noise near the peak.
-  const auto walk = [&](std::int32_t step) {
+  const auto sideWidth = [&](std::int32_t step) {
     std::int32_t x = step * reach;
     while (x != 0 && At(x) < half)
       x -= step;
     return std::abs(x) + (At(x) - half) / (At(x) - At(x + step));
   };
-  return walk(1) + walk(-1);
+  return sideWidth(1) + sideWidth(-1);
 }
 
 double KernelPicture::Peak() const {

@@ -33,6 +33,7 @@ class IDSImage {
   virtual DSPixelPair Size() const = 0;
   // The first pixel of row 0, the bottom row.
   virtual void* FirstPixel() const = 0;
+  // The lower left corner and the size in world units.
   virtual DSWorldPair WorldPosition() const = 0;
   virtual DSWorldPair WorldSize() const = 0;
 };

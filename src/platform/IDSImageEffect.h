@@ -3,6 +3,9 @@
 //
 // One thread at a time calls an effect; frames that render side by side use clones. The calls of a frame, in order:
 // Verify, IsFormatSupported, PrepareData, Setup, BeginFrame, RenderFrame, EndFrame, Cleanup.
+//
+// The effect stores sample rate, channel mask, quality, the second input's offset, direction, pressure, original image,
+// transform and processing mode, and uses none of them.
 #pragma once
 
 #include "Com.h"
@@ -33,9 +36,10 @@ class IDSImageEffect : public IUnknown {
   virtual HRESULT GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) = 0;
   // kNullPointer while a required picture is missing.
   virtual HRESULT Verify() = 0;
-  // Renders a frame into the output. Also 0 when interrupted: ask the execute context.
+  // Renders a frame into the output. kNullPointer without an output, else the result of its IsUsable. Also 0 when
+  // interrupted (ask the execute context), and for an output of another format, which is not written.
   virtual HRESULT RenderFrame(double time) = 0;
-  // An independent copy. It reports where pictures lie to this effect, which must outlive it.
+  // An independent copy. It reports the places of its pictures to this effect, which must outlive it.
   virtual HRESULT Clone(const GUID& iid, void** result) = 0;
 
   // In frames per unit of time.

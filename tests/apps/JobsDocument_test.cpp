@@ -78,18 +78,18 @@ TEST_F(JobsDocument, ItsExamplesAreJobs) {
 TEST_F(JobsDocument, ItsExampleRendersWithTheProgressShown) {
   WriteExample();
   const auto shown = Lines(Blocks("").at(0));
-  const auto told = Progress();
-  ASSERT_EQ(told.size(), shown.size());
-  for (std::size_t i = 0; i < told.size(); ++i)
-    EXPECT_EQ(Timeless(told[i]), Timeless(shown[i]));
+  const auto events = Progress();
+  ASSERT_EQ(events.size(), shown.size());
+  for (std::size_t i = 0; i < events.size(); ++i)
+    EXPECT_EQ(Timeless(events[i]), Timeless(shown[i]));
 }
 
 TEST_F(JobsDocument, AFailedFrameIsReportedAsShown) {
   WriteExample();
   std::filesystem::remove(Path("plate.0002.exr"));
-  const auto told = Progress({"--on-error", "skip"});
-  ASSERT_EQ(told.size(), 5u);
-  EXPECT_EQ(Timeless(told[2]), Timeless(Lines(Blocks("").at(1)).at(0)));
+  const auto events = Progress({"--on-error", "skip"});
+  ASSERT_EQ(events.size(), 5u);
+  EXPECT_EQ(Timeless(events[2]), Timeless(Lines(Blocks("").at(1)).at(0)));
 }
 
 TEST_F(JobsDocument, NamesEveryField) {

@@ -151,9 +151,9 @@ TEST(EffectKind, TheWordsFollowTheFlags) {
     EXPECT_EQ(effect->fieldMode, 1);
     effect->effectFlags = flags;
     effect->fieldMode = fieldMode;
-    const Words told = InfoFor(*effect, family).words;
-    EXPECT_EQ(effect->imageEffectFlags, told[9] & 16);
-    return told;
+    const Words result = InfoFor(*effect, family).words;
+    EXPECT_EQ(effect->imageEffectFlags, result[9] & 16);
+    return result;
   };
   EXPECT_EQ(words(0, families::kFilter), (Words{0, 0, 2, 0, 0, 0, 0, 0, 0, 770}));
   EXPECT_EQ(words(0, families::kPaint), (Words{0, 96, 8, 0, 0, 1, 0, 1, 0, 770}));

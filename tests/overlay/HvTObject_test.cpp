@@ -27,11 +27,11 @@ class NotifiedGroup : public HvTGroup {
  public:
   using HvTGroup::HvTGroup;
   void ChildChanged(HvTObject* child) override {
-    ++told;
+    ++notified;
     lastChild = child;
     HvTGroup::ChildChanged(child);
   }
-  int told = 0;
+  int notified = 0;
   HvTObject* lastChild = nullptr;
 };
 
@@ -93,11 +93,11 @@ TEST(HvTObject, TakesASizeAndAnOriginOnlyWhereItMay) {
   PlainWidget widget("w");
   NotifiedGroup group("g");
   widget.SetParent(&group);
-  group.told = 0;
+  group.notified = 0;
   widget.SetOrigin({3, 4});
   widget.SetSize({5, 6});
   EXPECT_EQ(widget.Box(), (HvBox{3, 8, 4, 10}));
-  EXPECT_EQ(group.told, 2);
+  EXPECT_EQ(group.notified, 2);
   EXPECT_EQ(group.lastChild, &widget);
   EXPECT_EQ(group.Box(), (HvBox{3, 8, 4, 10}));
   widget.setFlag(HvTObject::kOriginSettable, false);
@@ -108,7 +108,7 @@ TEST(HvTObject, TakesASizeAndAnOriginOnlyWhereItMay) {
   widget.setFlag(HvTObject::kSizeSettable, false);
   widget.SetSize({1, 1});
   EXPECT_EQ(widget.Size(), (HvPoint{7, 7}));
-  EXPECT_EQ(group.told, 3);
+  EXPECT_EQ(group.notified, 3);
 }
 
 TEST(HvTObject, LimitsNoSize) {

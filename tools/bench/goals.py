@@ -11,7 +11,7 @@ SINGLE_MODES = ("Red", "Green", "Blue", "Alpha", "Grey")
 
 @dataclass
 class Cell:
-    """One goal at one depth: the worst of what was measured for it, and where that was."""
+    """One goal at one depth: the worst case measured for it, and which one it is."""
 
     limit: float
     at_least: bool = False

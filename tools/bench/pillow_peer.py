@@ -1,4 +1,4 @@
-"""Pillow's filters on pixels of the same kind: three boxes, and its Gaussian of equal sigma, which is boxes too."""
+"""Pillow's filters on the same pixels: three boxes, and its Gaussian of equal sigma, which consists of boxes too."""
 
 import math
 import time
@@ -24,7 +24,7 @@ def version():
 
 
 def picture(image_module):
-    """Slopes in green, as in the pictures of the others."""
+    """Gradients in green, as in the pictures of the other peers."""
     row = bytes(value for x in range(SIZE[0]) for value in (x * 37 & 255, x & 255, 128, 255))
     return image_module.frombytes("RGBA", SIZE, row * SIZE[1])
 
@@ -58,7 +58,7 @@ def measure(radii, repetitions):
                 name = f"what=peer/peer={peer}/depth=8/radius={radius:.4g}/threads=1/width={SIZE[0]}/height={SIZE[1]}"
                 run = {"run_name": name, "run_type": "iteration", "real_time": seconds * 1e3, "time_unit": "ms"}
                 run["cpu_time"] = computed * 1e3
-                # Rows beyond the edges repeat the first and the last value, far in at the largest radius.
+                # Edges repeat the first and the last value, which affects far rows at the largest radius.
                 inner = result.crop((SIZE[0] // 3, 0, SIZE[0] // 3 + 1280, SIZE[1]))
                 if abs(ImageStat.Stat(inner).mean[1] - mean) > 2:
                     run |= {"error_occurred": True, "error_message": "another mean than the source"}

@@ -16,7 +16,7 @@ class Results:
     def __init__(self, data, by_processor=False):
         self.context = data["context"]
         self.errors = []
-        # On a busy machine processor time says more about a single thread than wall-clock time.
+        # On a busy machine processor time is more reliable for single threads than wall-clock time.
         self.by_processor = by_processor
         self._cases = {}
         waits = []
@@ -49,7 +49,7 @@ class Results:
                 yield case, statistics.median(times)
 
     def median(self, what, **wanted):
-        """In ms; what is not asked for is as in the goals. None where nothing was measured."""
+        """In ms; keys that are not given are those of the goals. None where nothing was measured."""
         wanted = {**PLAIN, **{key: str(value) for key, value in wanted.items()}}
         for case, time in self.cases(what):
             if all(wanted.get(key, value) == value for key, value in case.items() if key != "what"):

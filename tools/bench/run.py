@@ -31,7 +31,7 @@ and what the cost depends on."""
 
 
 def run_benchmarks(quick, options):
-    """Repetitions of all cases are interleaved, so that a busy minute of the machine meets all of them."""
+    """Repetitions of all cases are interleaved, so that other load on the machine affects all cases alike."""
     out = FOLDER / "google-benchmark.json"
     command = [
         str(BUILD / "bench" / "vblur_bench"),
@@ -71,7 +71,7 @@ def main():
     options = [option for option in options if option not in ("--quick", "--update", "--cpu-time", "--report")]
     if not only_report:
         measure(quick, options)
-    return tell(update, by_processor_time)
+    return present(update, by_processor_time)
 
 
 def measure(quick, options):
@@ -85,13 +85,13 @@ def measure(quick, options):
     (FOLDER / "results.json").write_text(json.dumps(data, indent=1), encoding="utf-8")
 
 
-def tell(update, by_processor_time):
+def present(update, by_processor_time):
     results = Results.load(FOLDER / "results.json", by_processor_time)
     tables = report.all_tables(results)
     for name, value in report.machine(results):
         print(f"{name}: {value}")
     print()
-    # The goals last: nearest to the prompt.
+    # The goals last: they are what matters.
     for table in tables[1:] + tables[:1]:
         print(table.text())
     drawn = chart.draw(results, FOLDER / CHART)

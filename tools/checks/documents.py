@@ -14,7 +14,7 @@ DOCUMENTS = ["README.md", "CONTRIBUTING.md", "docs/ARCHITECTURE.md", "docs/ARITH
 CALL = re.compile(r"vblur_(?:module|check_includes)\(([^)]*)\)")
 LISTED = re.compile(r"MAY_INCLUDE((?:\s+(?!LINK\b)[\w/.]+)*)")
 NAMED = re.compile(r"`([\w/.-]+\.(?:h|cpp|py|sh|map|json|cmake))`")
-# Of a user's folder, not of this tree.
+# Names of a user's files, not of this tree.
 EXAMPLES = re.compile(r"^(X|shot|look|out)[-_.]|(?:^|/)X(Command|_test)?[-_.]|^vblur/|^highway\.h$")
 
 

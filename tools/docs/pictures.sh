@@ -11,7 +11,7 @@ cp "$here"/*.json "$here"/*.pen "$work"
 cd "$work"
 
 "$program" -q chart chart.png --size 640x360
-# A script snaps its pictures beside itself.
+# A script writes its pictures beside itself.
 "$program" -q view ring.json ring.png --pen ring.pen
 "$program" -q view ring.json ring-zoom-half.png --frame 24 --zoom 0.5
 "$program" -q view ring.json ring-zoom-3.png --frame 24 --zoom 3 --pan 60,40
