@@ -1,4 +1,4 @@
-// The floor: plain copies of a picture's bytes on the same thread pool, and beside them the copying and filling
+// The lower bound: plain copies of a picture's bytes on the same thread pool, compared with the copying and filling
 // processors.
 #include <algorithm>
 #include <string>
@@ -70,7 +70,7 @@ void fillPicture(HvTexture<Pixel, Rf>& picture, RowForm form) {
   HvImgFiller<Pixel, Rf> filler;
   filler.colourIsZero = form == RowForm::Clear;
   filler.colour = Pixel{{10, 20, 30, 40}};
-  // With fillOutside every row is filled by itself; otherwise rows are copies of the first.
+  // With fillOutside every row is filled; otherwise rows are copies of the first.
   filler.fillOutside = form == RowForm::Blank;
   filler.left = filler.right = picture.width() / 2;
   filler.top = picture.height();

@@ -1,4 +1,4 @@
-// The whole program behind main.
+// The program: parses the command line and runs the command.
 #pragma once
 
 namespace vblur::cli {

@@ -19,14 +19,14 @@ double ParseNumber(std::string_view option, std::string_view text);
 std::int32_t ParseWhole(std::string_view option, std::string_view text);
 // "2G", "512M", "65536": bytes, with K, M or G for powers of 1024; at least 1.
 std::int64_t ParseBytes(std::string_view option, std::string_view text);
-// "1920x1080", "3,-3", "0.5,0.5": as many numbers as asked for with the separator between them.
+// "1920x1080", "3,-3", "0.5,0.5": two or four numbers with a separator between them.
 std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text);
 std::array<std::int32_t, 2> ParseWholePair(std::string_view option, std::string_view text, char separator = ',');
 std::array<std::int32_t, 4> ParseWholeFour(std::string_view option, std::string_view text);
 // The index of a word in a list.
 std::size_t ParseChoice(std::string_view option, std::string_view text, std::span<const std::string_view> words);
 
-// Adds an option that is handed to `set` as text when it is given. `set` may throw host::Failure.
+// Adds an option whose text is passed to `set`. `set` may throw host::Failure.
 CLI::Option* AddTextOption(CLI::App& app, const std::string& name, const std::string& form, const std::string& help,
                            const std::function<void(const std::string&)>& set);
 

@@ -18,7 +18,7 @@ struct FontFile {
   int index = 0;
 };
 
-// Empty if the system has no scalable font. Uses a fontconfig configuration of its own and leaves the process's alone.
+// Empty if the system has no scalable font. Uses its own fontconfig configuration, not the process's.
 FontFile FindFont(int weight) {
   FontFile found;
   FcConfig* const config = FcInitLoadConfigAndFonts();

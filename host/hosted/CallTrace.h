@@ -29,8 +29,8 @@ class CallTrace {
   std::function<void(const std::string&)> put_;
 };
 
-// Makes a call and logs it, if there is a trace. `text` gives name and arguments, asked after the call; `call` returns
-// an HRESULT.
+// Makes a call and logs it, if there is a trace. `text` returns name and arguments and is called afterwards; `call`
+// returns an HRESULT.
 template <typename Text, typename Call>
 HRESULT NotedCall(CallTrace* trace, const std::string& object, Text text, Call call) {
   if (trace == nullptr) return call();

@@ -28,8 +28,8 @@ class HostImage final : public IDSImage, public IHostOrigin {
   void Reset(std::int32_t depth, std::int32_t components, std::int32_t width, std::int32_t height);
   // Sets every component to zero.
   void Clear();
-  // Puts the picture where a record says: its position (else its pixel origin), its size (else that in
-  // pixels) and its pixel origin.
+  // Places the picture by a record: its position (default: its pixel origin), its size (default: that in pixels) and
+  // its pixel origin.
   void Place(const ImageRecord& record);
 
   std::int32_t Width() const { return width_; }

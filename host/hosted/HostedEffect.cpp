@@ -98,7 +98,7 @@ void HostedEffect::PutProperty(const Property& property, const PropertyStore::Se
   HRESULT result = properties_->RemoveCurve(property.guid);
   if (result >= 0) {
     const auto put = [&] { return properties_->PutValue(property.guid, DSVariant::Of(value)); };
-    // The trace leaves defaults out.
+    // Defaults are not traced.
     result = plain == nullptr ? put() : Made("PutValue", name + ", " + FormatNumber(value), put);
   }
   if (result == kOk && curve != nullptr) {

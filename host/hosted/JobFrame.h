@@ -25,8 +25,7 @@ struct InitialPicture {
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                    const std::optional<InitialPicture>& initial, HostImage& output);
 
-// The job's project; without one of its own, sizes as those of the output, and nothing where the job says that
-// they cannot be read.
+// The job's project: by default with the output's sizes; nothing for a job whose project is unreadable.
 std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
 
 // Renders the frame, or both its fields one after the other; calls `afterField` after each. Ends at the first

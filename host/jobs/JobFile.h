@@ -1,5 +1,5 @@
-// Job files: one JSON document for one use of the effect. Reading checks every field and refuses what it
-// does not know; writing makes the shortest file that reads back as the same job.
+// Job files: one JSON document for one use of the effect. Reading checks every field and refuses unknown ones; writing
+// makes the shortest file that reads back as the same job.
 #pragma once
 
 #include <filesystem>
@@ -14,9 +14,9 @@ namespace vblur::host {
 
 // Reads a job file. File names in it start from its folder, which becomes Job::folder. Throws Failure,
 // whose line begins with the file's name: cannot read for a file that is missing, unreadable or larger than
-// 16 MiB; wrong usage for anything wrong in it, with the line and the column, or the path of the value such
-// as "properties/Blur/keys/3" (items are counted from 0). CheckJob
-// checks the fields together, except that `output` is always needed and `input` for every kind but 3 and 7.
+// 16 MiB; wrong usage for an error in it, with line and column, or with the path of the value such as
+// "properties/Blur/keys/3" (items are counted from 0). `output` is required, and `input` for every kind but 3 and 7;
+// CheckJob checks the fields together.
 Job ReadJobFile(const std::filesystem::path& path);
 
 // Parses the text of a job file; file names start from `folder`. Failures name no file.

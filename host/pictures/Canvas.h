@@ -10,7 +10,7 @@
 
 namespace vblur::host {
 
-// Components from 0 to 1, shown as they are.
+// Components from 0 to 1, in display encoding.
 struct Colour {
   float red = 0.0f;
   float green = 0.0f;

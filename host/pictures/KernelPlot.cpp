@@ -39,7 +39,7 @@ constexpr std::int32_t kPictureSide = 410;  // the room for the response
 constexpr std::int32_t kTableWidth = 440;
 constexpr std::int32_t kPlotX = 570;
 constexpr std::int32_t kPlotWidth = kWidth - kPlotMargin - kPlotX;
-constexpr std::int32_t kSmooth = 4;  // plots are drawn so many times larger
+constexpr std::int32_t kSmooth = 4;  // the factor by which plots are drawn larger, for antialiasing
 
 [[gnu::format(printf, 1, 2)]] std::string Print(const char* format, ...) {
   std::array<char, 128> text{};

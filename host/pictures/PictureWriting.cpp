@@ -88,7 +88,7 @@ class Writing {
     Refuse(number != 0 ? std::generic_category().message(number) : message);
   }
 
-  // A writer that opens the file by itself may lose an error; its last row is then missing.
+  // A format's own file access may lose an error; the last row is then missing.
   void RequireWhole() {
     auto again = OIIO::ImageInput::create(std::string(picture_.format.name));
     OIIO::ImageSpec spec;

@@ -31,7 +31,7 @@ class TextPainter {
   explicit TextPainter(std::span<const std::filesystem::path> folders = FontFolders());
 
   std::int32_t Width(const std::string& text, const TextStyle& style) const;
-  // One line; x is its left end, middle or right end as the style says, y its baseline.
+  // One line; x is its left end, middle or right end by the style's alignment, y its baseline.
   void Paint(Canvas& canvas, std::int32_t x, std::int32_t y, const std::string& text, const TextStyle& style) const;
   // Breaks a text at spaces into lines of at most this width; a longer word keeps a line of its own.
   std::vector<std::string> Wrap(const std::string& text, const TextStyle& style, std::int32_t width) const;

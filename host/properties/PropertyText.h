@@ -58,8 +58,8 @@ PropertyStore::Setting ParseSettingInRange(const Property& property, std::string
 std::optional<Interpolation> FindInterpolation(std::string_view name);
 std::string_view InterpolationName(Interpolation interpolation);
 
-// Carries out "NAME=SETTING", such as "Blur=24" or "Effect Gain=0:100,24:50", within the control range; option names
-// serve too.
+// Applies "NAME=SETTING", such as "Blur=24" or "Effect Gain=0:100,24:50", within the control range; NAME may be an option
+// name.
 void ApplyAssignment(PropertyStore& store, std::string_view assignment);
 
 }  // namespace vblur::host

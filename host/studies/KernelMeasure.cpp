@@ -60,8 +60,8 @@ std::int32_t ComponentAt(const HostImage& image, std::int32_t x, std::int32_t y,
   return reinterpret_cast<const std::int16_t*>(image.Row(y))[index];
 }
 
-// A picture whose components are `high` where `isHigh` says so, each with levels of its own; returns the
-// sum of all heights.
+// Draws a picture whose components are at their high level where `isHigh` is true, else at their low one; each has its
+// own levels. Returns the sum of all heights.
 template <typename IsHigh, typename NumberOf>
 double DrawEdges(HostImage& image, IsHigh isHigh, NumberOf numberOf) {
   double heights = 0.0;

@@ -47,8 +47,7 @@ struct SheetPlan {
   std::vector<SheetPanel> panels;
 };
 
-// What the user asked for. `given` holds every property that was named, also where it was named with its
-// default.
+// The user's request. `given` has every property that was named, also with its default.
 struct SheetRequest {
   SheetKind kind = SheetKind::Channels;
   PropertyStore properties;

@@ -20,7 +20,7 @@ LoadedServers& Loaded() {
   return loaded;
 }
 
-// A copy: a server may load others while it is asked.
+// A copy: a server may load others during the call.
 std::vector<DllGetClassObjectFunction*> ServersToAsk() {
   LoadedServers& loaded = Loaded();
   const std::lock_guard hold(loaded.lock);

@@ -5,8 +5,8 @@ namespace vblur {
 
 enum class GlLibrary { OpenGl, Glu };
 
-// Null where the system has no such library, or the library no such function. A library is loaded by the first call
-// and stays: drivers do not survive being unloaded.
+// Null without the library or the function. A library is loaded at the first call and never unloaded: drivers do not
+// support that.
 void* FindGlFunction(GlLibrary library, const char* name);
 
 }  // namespace vblur

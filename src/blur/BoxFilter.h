@@ -35,7 +35,7 @@ inline void boxStepWhole(const std::int32_t* in, const std::int32_t* out, std::i
   }
 }
 
-// One position of a box with a fraction. The end taps are weighted and truncated by themselves: in + out is at most
+// One position of a box with a fraction. The end taps are weighted and truncated separately: in + out is at most
 // 2^17 and frac below 2^14. The second product is bounded as above, with 2r + 1 + 2f taps.
 template <int Lanes>
 inline void boxStepFraction(const std::int32_t* in, const std::int32_t* out, std::int32_t* __restrict sum,

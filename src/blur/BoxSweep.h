@@ -57,7 +57,7 @@ class BoxSweep {
   static std::int64_t centre(const BoxConstants& box) { return 3 * (static_cast<std::int64_t>(box.r) + box.d); }
   // From the input row at the position of a result to the newest input row.
   static std::int64_t behind(const BoxConstants& box) { return 3 * taps(box) - centre(box); }
-  // Whether a step writes whole cache lines. Streaming parts of lines would write each part to memory by itself.
+  // Whether a step writes whole cache lines. Partial lines must not be streamed: each part would be a separate write.
   static bool fillsLines(std::size_t componentBytes);
   // Steps before the first result.
   std::int64_t lead() const { return 3 * taps(box_); }

@@ -83,7 +83,7 @@ void GaussFilter<Pixel, Accum>::processRows(Texture* in, Texture* out) {
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::postProcess(Texture* /*in*/, Texture* /*out*/) {
   strips_.reset();
-  // A stop during the first pass leaves it wider.
+  // After a stop in the first pass it is still the wider one.
   restoreWindow();
 }
 

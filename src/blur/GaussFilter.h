@@ -30,7 +30,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
  public:
   using Texture = HvTexture<Pixel, Accum>;
 
-  // filterChannels<Mask, Pixel, Accum>() says which components, and has to outlive the filter.
+  // filterChannels<Mask, Pixel, Accum>() selects the components; it must outlive the filter.
   explicit GaussFilter(const FilterChannels<Pixel, Accum>& channels);
   ~GaussFilter() override;
 
@@ -44,8 +44,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   float sizeX = 0.0f;
   float sizeY = 0.0f;
   std::int32_t boxes = 3;
-  // True: components that are not filtered become those of the input, within the window. False: they stay as the
-  // output has them. With true, no pixel of the input may share memory with another pixel of the output.
+  // True: components that are not filtered become those of the input, within the window. False: they keep the output's
+  // values. With true, no pixel of the input may share memory with another pixel of the output.
   bool keepsOthers = false;
   // True: `intermediate` holds the picture between the passes, at every CPU level. False, for speed: it stays null
   // where vector code runs; do not read it or set `copyBack` then.

@@ -11,9 +11,9 @@ inline constexpr std::size_t kCacheLineBytes = 64;
 // The longest piece.
 inline constexpr std::size_t kMostStreamedBytes = 256;
 
-// A piece each of `count` rows, to the right of the pieces of the call before.
+// One piece of each of `count` rows, to the right of the previous call's pieces.
 struct StreamedPiece {
-  std::byte* first;     // where the piece of the first row goes
+  std::byte* first;     // the target of the first row's piece
   std::int64_t stride;  // from one row to the next, in bytes
   std::int64_t count;
   std::size_t bytes;  // of the piece of each row, at most kMostStreamedBytes

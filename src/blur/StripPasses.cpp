@@ -20,7 +20,7 @@ ComponentOf<Pixel>* componentsOf(Pixel* pixel) {
   return reinterpret_cast<ComponentOf<Pixel>*>(pixel);
 }
 
-// Output rows are prefetched so many rows ahead: they lie pages apart.
+// How far ahead output rows are prefetched, in rows: they are pages apart.
 constexpr std::int64_t kRowsAhead = 24;
 
 // Polls once per line.

@@ -94,7 +94,7 @@ class StripPasses {
   void gatherColumns(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
                      const StripBoxes<Component>& strip) const;
 
-  // Addresses of the next tile, to prefetch while this one is filtered. A tile that is cut short or goes backwards is
+  // Addresses of the next tile, to prefetch while this one is filtered. A tile that is cut short or reversed is
   // not prefetched, or in part only.
   std::size_t prefetchRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
                            const StripBoxes<Component>& strip, const std::byte** ahead) const;

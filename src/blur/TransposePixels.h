@@ -6,7 +6,7 @@
 
 namespace vblur {
 
-// Tiles have a multiple of so many lines and positions.
+// The lines and positions of a tile are multiples of this.
 constexpr std::int32_t transposedSide(std::size_t pixelBytes) {
   return static_cast<std::int32_t>(16 / pixelBytes);
 }

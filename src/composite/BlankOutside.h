@@ -12,9 +12,9 @@
 
 namespace vblur {
 
-// Clears the window (none: the whole output) to transparent black, except the crop's rectangle. Unlike the box that the
-// source is read through, the rectangle excludes its last column and row, and its pairs are not ordered. The first and
-// the last row of the window are always cleared, even by a crop to the whole picture.
+// Clears the window (none: the whole output) to transparent black, except the crop's rectangle. Unlike the crop's box,
+// the rectangle excludes its last column and row, and its ends are not sorted. The first and the last row of the window
+// are always cleared, even by a crop to the whole picture.
 template <class Pixel>
 void BlankOutside(HvTexture<Pixel, Rf>& output, const HvTexIndexer& source, const CropSettings& crop,
                   const std::optional<StageWindow>& window, HvInterruptRecord* interrupt) {

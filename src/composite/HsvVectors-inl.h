@@ -103,7 +103,7 @@ struct HsvLanes {
         Quotient::Of(hn::Mul(hn::Sub(from, to), hn::Set(d, kTwoOnes)), hn::Max(hn::Add(range, range), one));
     const Ints angle = hn::Add(arc, start);
     // |arc| <= One, even where its numerator wraps, since the range is above 2^16 there. Only an angle that starts at 0
-    // can be negative, and no hue leaves the circle.
+    // can be negative, and every hue is on the circle.
     const Ints hue = hn::Add(angle, hn::And(hn::ShiftRight<31>(angle), hn::Set(d, kCircle)));
     return {hn::IfThenZeroElse(hn::Eq(saturation, zero), hue), saturation, most};
   }

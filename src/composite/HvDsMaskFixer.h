@@ -31,7 +31,7 @@ class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
   }
 
   // Non-zero: the other colours are mixed over the source by its alpha, and nothing is written if alpha is among the
-  // named channels. The effect leaves it 0; the mode belongs to the class.
+  // named channels. The effect does not use it.
   std::int32_t mixByAlpha = 0;
 
  private:

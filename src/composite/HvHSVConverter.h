@@ -68,7 +68,7 @@ class HvHSVConverter {
   }
 
  private:
-  // Neither hue nor saturation can be given to a pixel when the one that lends its hue is grey.
+  // If the pixel that gives the hue is grey, the result is grey too.
   struct HueChoice {
     constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const {
       return {p.hue, p.saturation == 0 ? 0 : q.saturation, q.value};

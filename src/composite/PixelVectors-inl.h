@@ -1,7 +1,7 @@
 // Pixels of a run as planes of 32-bit lanes, and the functions of PixelMath.h on planes. Compiled once for each
 // instruction set.
 //
-// Floats stay finite and below 2^31: weights beyond kMostWeight go to the plain code (RowWeights.h).
+// Floats stay finite and below 2^31: weights beyond kMostWeight take the plain code (RowWeights.h).
 #if defined(VBLUR_COMPOSITE_PIXELVECTORS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_COMPOSITE_PIXELVECTORS_INL_H
 #undef VBLUR_COMPOSITE_PIXELVECTORS_INL_H

@@ -12,7 +12,7 @@ constexpr std::int32_t kNameString = 1;
 constexpr std::int32_t kDescriptionString = 2;
 constexpr std::int32_t kPictureBitmap = 102;
 
-// The effect's category and type, as the host knows them.
+// The host's ids of the effect's category and type.
 constexpr GUID kEffectCategory = MakeGuid("{0BC5A2F0-5C49-11CF-A04A-00A02418CFB9}");
 constexpr GUID kEffectType = MakeGuid("{0BC5A2F2-5C49-11CF-A04A-00A02418CFB9}");
 

@@ -5,7 +5,7 @@
 
 namespace vblur {
 
-// The mask pixel that goes with a frame's pixel.
+// The mask's pixel type for a frame's pixel type.
 template <class Pixel>
 struct MaskPixelOf;
 template <>

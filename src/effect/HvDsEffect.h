@@ -14,7 +14,7 @@ namespace vblur {
 
 // What a clone copies.
 struct HvDsEffectState {
-  // 0 until the host says what the effect is used as.
+  // 0 until the host sets the kind.
   std::int32_t effectKind = 0;
   std::int32_t effectFlags = 0;
   std::int32_t transitionMixesInputs = 0;

@@ -18,8 +18,8 @@ constexpr std::int32_t truncToInt(float v) {
   return v >= -2147483648.0f && v < 2147483648.0f ? static_cast<std::int32_t>(v) : kInt32Min;
 }
 
-// 32-bit arithmetic that wraps instead of overflowing. The filter's products fit, as said at each; only
-// negative radii and sums that are multiplied by 0 overflow.
+// 32-bit arithmetic that wraps instead of overflowing. The filter's products fit, as stated at each; only negative
+// radii and sums that are multiplied by 0 overflow.
 constexpr std::int32_t wrapAdd(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }

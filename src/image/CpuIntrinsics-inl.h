@@ -53,7 +53,7 @@ HWY_INLINE __m512i SumOfProducts(__m512i bytes, __m512i factors) {
 template <class V32, class V16>
 HWY_INLINE V32 PairProductsAdded(V32 sum, V16 a, V16 b) {
 #if HWY_TARGET == HWY_AVX3_DL
-  // Both compilers know this set without the extension that has the instruction as an intrinsic.
+  // The intrinsic needs an extension that this target does not enable; the assembler accepts the instruction.
   asm("vpdpwssd %2, %1, %0" : "+v"(sum.raw) : "v"(a.raw), "v"(b.raw));
   return sum;
 #else

@@ -12,10 +12,10 @@
 namespace vblur {
 namespace {
 
-// At most so much is kept for reuse.
+// The most memory kept for reuse.
 constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 constexpr std::size_t kMostBlocks = 16;
-// A reused block may be larger than requested by so much.
+// The most by which a reused block may exceed the request.
 constexpr std::size_t kMostIdleBytes = std::size_t{1} << 20;
 // Aligned strips touch no more cache lines than they fill.
 constexpr std::size_t kCacheLine = 64;

@@ -32,7 +32,7 @@ std::int32_t HvThreadCount();
 // The index of the calling thread within its run, 0 outside a run.
 std::int32_t HvThreadIndex();
 
-// Sets the number of threads, at least 1; 0 goes back to what the machine reports. Waits for a run in
+// Sets the number of threads, at least 1; 0 restores what the machine reports. Waits for a run in
 // progress.
 void HvSetThreadCount(std::int32_t count);
 

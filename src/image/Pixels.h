@@ -1,7 +1,7 @@
 // The pixel types of the system: four components or one, in four storage types.
 //
-// A value stays in the scale of the pixel that it came from: an Rf made from R8 data runs from 0 to
-// 255, one made from R16 data from -32768 to 32767. No stage normalises to 0..1.
+// A value keeps the scale of the pixel that it was read from: an Rf of R8 data is in 0..255, one of R16 data in
+// -32768..32767. No stage normalises to 0..1.
 #pragma once
 
 #include <cstddef>
@@ -77,7 +77,7 @@ using C16 = HvChannel<HvChannelBase<std::int16_t, -32768, 32767, 16384, 1>>;
 using Ci = HvChannel<HvChannelBase<std::int32_t, kInt32Min, kInt32Max, kInt32Max, 1>>;
 using Cf = HvChannel<HvChannelBase<float, 0, 1, 1, 0>>;
 
-// What the loops need to know of a pixel; a plain int is a pixel of one component.
+// Traits of a pixel; a plain int is a pixel of one component.
 template <class Pixel>
 struct PixelTraits {
   using Component = typename Pixel::Component;

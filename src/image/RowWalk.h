@@ -10,7 +10,7 @@
 
 namespace vblur {
 
-// When a row loop asks whether to stop.
+// When a row loop polls the interrupt record.
 enum class PollAt { AfterRow, BeforeRow };
 
 // For each row of the loop, for each run: body(out, n, run...) with the target's first pixel, the

@@ -1,4 +1,4 @@
-// The part of COM that server, effect and host use: reference-counted interfaces asked for by GUID, class factories,
+// The part of COM that server, effect and host use: reference-counted interfaces found by GUID, class factories,
 // and the services that a class factory needs. On Windows the system provides them, elsewhere sdk/effects.
 #pragma once
 

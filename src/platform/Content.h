@@ -6,7 +6,7 @@
 
 namespace vblur {
 
-// The keys are in IDSEffectHost.h. A failure leaves the value alone.
+// The keys are in IDSEffectHost.h. On failure the value is unchanged.
 HRESULT DSContentGetProperty(const char* key, double& value);
 
 }  // namespace vblur

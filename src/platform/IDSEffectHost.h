@@ -15,7 +15,7 @@ class IDSEffectHost {
  public:
   virtual ~IDSEffectHost() = default;
 
-  // A failure leaves the value alone.
+  // On failure the value is unchanged.
   virtual HRESULT ContentProperty(const char* key, double& value) const = 0;
 };
 

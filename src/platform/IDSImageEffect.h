@@ -24,7 +24,7 @@ class IDSImageEffect : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A814}");
 
-  // Identification. kWrongArgument unless the record says that it is a tagDSFxInfo.
+  // Identification. kWrongArgument unless the record is kDSFxInfoRecord.
   virtual HRESULT GetInfo(tagDSFxInfo* info) = 0;
   // Sets the kind from the record's family, and fills in what the kind needs.
   virtual HRESULT GetImageEffectInfo(tagDSImgFxInfo* info) = 0;

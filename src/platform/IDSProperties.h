@@ -45,8 +45,8 @@ class IDSProperties : public IUnknown {
   virtual HRESULT PutValue(const GUID& property, const DSVariant& value) = 0;
   // The curve's value at a time, or the plain value without a curve.
   virtual HRESULT GetValueAt(const GUID& property, double time, double* value) = 0;
-  // A curve instead of the plain value. kFailed for a property that is not animated; the curve is taken
-  // as it is, with at least one key, times strictly rising and finite numbers.
+  // Sets a curve in place of the plain value. kFailed for a property that is not animated. The curve is not checked: it
+  // must have at least one key, strictly rising times and finite numbers.
   virtual HRESULT PutCurve(const GUID& property, const DSCurve& curve) = 0;
   // The curve, valid until the property changes; kFalse and null without one.
   virtual HRESULT GetCurve(const GUID& property, const DSCurve** curve) = 0;
@@ -55,7 +55,7 @@ class IDSProperties : public IUnknown {
   // Adds an alias.
   virtual HRESULT AddAlias(const GUID& alias, const GUID& property) = 0;
 
-  // Adds and removes a listener. Borrowed: remove it before it ends.
+  // Adds and removes a listener. Borrowed: remove it before it is destroyed.
   virtual HRESULT Advise(IDSPropertyNotify* notify) = 0;
   virtual HRESULT Unadvise(IDSPropertyNotify* notify) = 0;
 

@@ -1,7 +1,7 @@
-// The host's viewer as tools see it: what happens in it, the surface that it is painted on, and the stack of
-// tools that its controller keeps.
+// The host's viewer as tools see it: its events, the surface that it is painted on, and its controller's stack of
+// tools.
 //
-// World units are the viewer's own coordinates, y upwards; a project says how many of them a frame is high.
+// World units are the viewer's own coordinates, y upwards; the project defines the height of a frame in them.
 // Everything here belongs to the user-interface thread.
 #pragma once
 
@@ -12,7 +12,7 @@
 
 namespace vblur {
 
-// What the pen does, where, in world units.
+// A pen event: its button and its position in world units.
 struct tagVWPENEVENT {
   std::int32_t button = 0;  // 1 for the main one; 0 for none
   double x = 0.0;
@@ -33,8 +33,8 @@ class IVWSurface {
  public:
   virtual ~IVWSurface() = default;
 
-  // Makes an OpenGL context current whose matrix mode and matrices tools may build on, and says what the
-  // surface shows. A failure leaves no context current.
+  // Makes an OpenGL context current, with a matrix mode and matrices that tools may use, and returns what the surface
+  // shows. On failure no context is current.
   virtual HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE& info) = 0;
   virtual HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE& info) = 0;
 };
@@ -107,7 +107,7 @@ class IViewerEventSink : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A833}");
 
-  // kOk when the tool took the event, kFalse when the next one may have it.
+  // kOk if the tool took the event; kFalse offers it to the next tool.
   virtual HRESULT OnPenDown(const tagVWPENEVENT& event) = 0;
   virtual HRESULT OnPenMove(const tagVWPENEVENT& event) = 0;
   virtual HRESULT OnPenUp(const tagVWPENEVENT& event) = 0;

@@ -1,4 +1,4 @@
-// The names by which the effect knows the property page that comes to the front.
+// The names of the property pages; the effect gets that of the page in front.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@ inline constexpr std::string_view kCrop = "crop";
 
 inline constexpr std::array kAll{kFullBlur, kTransitionBlur, kTransition, kHelp, kCrop};
 
-// The pages over which the circle is seen; the crop box is seen over the crop page.
+// The pages that show the circle; the crop page shows the crop box.
 constexpr bool ShowsCircle(std::string_view page) {
   return page == kFullBlur || page == kTransitionBlur || page == kTransition || page == kHelp;
 }

@@ -1,5 +1,5 @@
-// The effect's properties, once: identity, names, types, defaults, ranges, lists and hints. The
-// parameters, the programs' options and help, the checks of a job and every page are made from it.
+// The table of the effect's properties: ids, names, types, defaults, ranges, lists and hints. The parameters, the
+// programs' options and help, the checks of a job and the module's texts are generated from it.
 #pragma once
 
 #include <array>
@@ -66,8 +66,8 @@ struct Property {
   PropertyControl control;
   PropertyCapability capability;
   double defaultValue;
-  // The range of the number control, both ends included. Controls and programs keep to it; the
-  // effect itself limits a value only where its arithmetic says so.
+  // The range of the number control, both ends included. The effect itself accepts other values and clamps them only
+  // where a stage needs it.
   double minimum;
   double maximum;
   // The list's entries by stored value; empty for other controls.

@@ -177,7 +177,7 @@ TEST_F(Render, PropertiesAreKeptInAFile) {
             0);
   EXPECT_EQ(Run({"render", "in.png", "b.png", "--load-properties", "look.json"}).exit, 0);
   EXPECT_EQ(host::Bytes(Path("b.png")), host::Bytes(Path("a.png")));
-  // An option wins, also one that asks for the default.
+  // An option overrides the loaded property, also with the default value.
   EXPECT_EQ(
       Run({"render", "in.png", "c.png", "--load-properties", "look.json", "--blur", "10", "--method", "Blur"}).exit, 0);
   EXPECT_EQ(Run({"render", "in.png", "d.png", "--blend", "33.25"}).exit, 0);

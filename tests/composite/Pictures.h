@@ -91,7 +91,7 @@ std::vector<Pixel> PixelsOf(const HvTexture<Pixel, Accum>& texture) {
   return pixels;
 }
 
-// The model knows whether a texture has memory.
+// The model's picture records whether the texture has memory.
 template <class Pixel, class Accum>
 model::Picture ModelOf(const HvTexture<Pixel, Accum>& texture) {
   model::Picture picture = modelPicture(texture);

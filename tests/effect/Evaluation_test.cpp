@@ -57,7 +57,7 @@ TEST(Evaluation, AFrameEvaluatesItsSizeItsCropAndItsStage) {
   EXPECT_EQ(effect->asked, expected);
 }
 
-// A project whose world grows whenever its height is asked for.
+// A project whose world height grows at each read.
 class GrowingProject : public IDSEffectHost {
  public:
   HRESULT ContentProperty(const char* key, double& value) const override {
