@@ -10,6 +10,13 @@
 
 namespace vblur::host {
 
+std::size_t PictureInfo::PassingBytes() const {
+  std::size_t bytes = 0;
+  for (const int channel : passing)
+    bytes += static_cast<std::size_t>(all[static_cast<std::size_t>(channel)].type.bytes);
+  return bytes;
+}
+
 void RequirePictureFile(const std::filesystem::path& path) {
   std::error_code error;
   const auto status = std::filesystem::status(path, error);

@@ -1,13 +1,46 @@
 // What a picture file holds, from its header.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "host/files/Sample.h"
 
 namespace vblur::host {
+
+// A rectangle of whole pixels in a file's coordinates: x to the right, y down.
+struct FileWindow {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+
+  // The first column and the first row beyond it.
+  std::int64_t Right() const { return std::int64_t{x} + width; }
+  std::int64_t Bottom() const { return std::int64_t{y} + height; }
+  friend bool operator==(const FileWindow&, const FileWindow&) = default;
+};
+
+enum class NumberKind { Unsigned, Signed, Float };
+
+// How a file stores a sample. Formats that pack samples have fewer bits than their bytes: 10 of 2 bytes.
+struct StoredType {
+  NumberKind number = NumberKind::Unsigned;
+  std::int32_t bytes = 1;
+  std::int32_t bits = 8;
+
+  friend bool operator==(const StoredType&, const StoredType&) = default;
+};
+
+struct FileChannel {
+  std::string name;  // such as "R" or "diffuse.R"
+  StoredType type;
+
+  friend bool operator==(const FileChannel&, const FileChannel&) = default;
+};
 
 struct PictureInfo {
   std::string format;  // the file format's name, such as "png" or "openexr"
@@ -16,6 +49,23 @@ struct PictureInfo {
   std::int32_t channels = 0;
   SampleKind samples = SampleKind::Unsigned8;
   ChannelChoice choice;
+  // Where the file has pixels, and the frame that they belong to. Formats without windows have both alike.
+  FileWindow data;
+  FileWindow display;
+  // Every channel, in the order of the file.
+  std::vector<FileChannel> all;
+  // Those that the effect does not take: places in `all`, in their order.
+  std::vector<int> passing;
+  // Of the channels that the effect takes.
+  StoredType stored;
+  // Pictures in the file: pages, frames, parts. Only the first is read.
+  std::int32_t pictures = 1;
+
+  // One channel spread over red, green and blue.
+  bool IsGrey() const { return choice.red == choice.green && choice.red == choice.blue; }
+  bool HasAlpha() const { return choice.alpha >= 0; }
+  // Of one pixel of the passing channels, as they are stored.
+  std::size_t PassingBytes() const;
 
   // The default depth for rendering such a file.
   std::int32_t NaturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }

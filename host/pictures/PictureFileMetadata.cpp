@@ -34,13 +34,16 @@ bool IsRgbProfile(const OIIO::ParamValue& profile) {
 
 }  // namespace
 
-PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const std::string& format) {
+PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
   PictureMetadata metadata;
+  metadata.input = input;
+  metadata.info = info;
   for (const auto& attribute : input.extra_attribs) {
     const std::string_view name(attribute.name().c_str(), attribute.name().size());
     if (!IsKept(name) || (name == "ICCProfile" && !IsRgbProfile(attribute))) continue;
     metadata.attributes.push_back(attribute);
   }
+  const std::string& format = info.format;
   const bool marksAlpha = format == "tiff" || format == "openexr";
   metadata.associatedAlpha =
       marksAlpha && input.alpha_channel >= 0 && input.get_int_attribute("oiio:UnassociatedAlpha") == 0;

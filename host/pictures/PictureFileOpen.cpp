@@ -77,6 +77,44 @@ SampleKind KindOf(const OIIO::TypeDesc& type) {
   return SampleKind::Float;
 }
 
+StoredType StoredTypeOf(const OIIO::ImageSpec& spec, int channel) {
+  const OIIO::TypeDesc type = spec.channelformat(channel);
+  StoredType stored;
+  stored.number = type.is_floating_point() ? NumberKind::Float
+                  : type.is_signed()       ? NumberKind::Signed
+                                           : NumberKind::Unsigned;
+  stored.bytes = static_cast<std::int32_t>(type.basesize());
+  stored.bits = 8 * stored.bytes;
+  // What the format packs, which its reader widens.
+  const int packed = spec.get_int_attribute("oiio:BitsPerSample");
+  if (stored.number != NumberKind::Float && packed > 0 && packed < stored.bits) stored.bits = packed;
+  return stored;
+}
+
+bool Takes(const ChannelChoice& choice, int channel) {
+  return channel == choice.red || channel == choice.green || channel == choice.blue || channel == choice.alpha;
+}
+
+PictureInfo Describe(const std::string& format, const OIIO::ImageSpec& spec) {
+  PictureInfo info;
+  info.format = format;
+  info.width = spec.width;
+  info.height = spec.height;
+  info.channels = spec.nchannels;
+  info.samples = KindOf(spec.format);
+  info.choice = ChooseChannels(spec);
+  info.data = {spec.x, spec.y, spec.width, spec.height};
+  info.display = {spec.full_x, spec.full_y, spec.full_width, spec.full_height};
+  if (info.display.width <= 0 || info.display.height <= 0) info.display = info.data;
+  for (int channel = 0; channel < spec.nchannels; ++channel) {
+    info.all.push_back({spec.channel_name(channel), StoredTypeOf(spec, channel)});
+    if (!Takes(info.choice, channel)) info.passing.push_back(channel);
+  }
+  info.stored = info.all[static_cast<std::size_t>(info.choice.red)].type;
+  info.pictures = std::max(1, spec.get_int_attribute("oiio:subimages"));
+  return info;
+}
+
 void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec) {
   const std::string size = std::to_string(spec.width) + " x " + std::to_string(spec.height) + " pixels";
   if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) RefuseToRead(path, "it has no pixels (" + size + ")");
@@ -109,8 +147,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path) {
   auto file = OpenAnyFormat(path);
   const OIIO::ImageSpec& spec = file->spec();
   RequireSize(path, spec);
-  PictureInfo info{file->format_name(), spec.width,          spec.height,
-                   spec.nchannels,      KindOf(spec.format), ChooseChannels(spec)};
+  PictureInfo info = Describe(file->format_name(), spec);
   return {std::move(file), std::move(info)};
 }
 

@@ -43,7 +43,7 @@ void OpenedPicture::ReadSamples(std::byte* samples, const StopTest& stop) {
 }
 
 ReadPicture OpenedPicture::Facts() const {
-  auto metadata = std::make_shared<PictureMetadata>(CollectMetadata(picture_.file->spec(), picture_.info.format));
+  auto metadata = std::make_shared<PictureMetadata>(CollectMetadata(picture_.file->spec(), picture_.info));
   const bool associated = metadata->associatedAlpha;
   return {picture_.info, std::move(metadata), associated};
 }

@@ -1,0 +1,67 @@
+#include "host/files/PictureInfo.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/host/RawPictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+class PictureFacts : public testing::Test {
+ protected:
+  PictureInfo InfoOf(const std::string& name, const std::string& format, const OIIO::ImageSpec& spec) {
+    const auto count = static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.height);
+    WriteRaw(folder_.path() / name, format, spec,
+             std::vector<float>(count * static_cast<std::size_t>(spec.nchannels), 0.5f));
+    return ReadPictureInfo(folder_.path() / name);
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(PictureFacts, BothWindowsAreTold) {
+  OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::HALF);
+  spec.x = -1;
+  spec.y = 4;
+  spec.full_width = 6;
+  spec.full_height = 5;
+  const PictureInfo info = InfoOf("windows.exr", "openexr", spec);
+  EXPECT_EQ(info.data, (FileWindow{-1, 4, 3, 2}));
+  EXPECT_EQ(info.display, (FileWindow{0, 0, 6, 5}));
+}
+
+TEST_F(PictureFacts, TheStoredTypeIsThatOfTheFile) {
+  EXPECT_EQ(InfoOf("h.exr", "openexr", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::HALF)).stored,
+            (StoredType{NumberKind::Float, 2, 16}));
+  OIIO::ImageSpec ten(2, 2, 3, OIIO::TypeDesc::UINT16);
+  ten.attribute("oiio:BitsPerSample", 10);
+  EXPECT_EQ(InfoOf("ten.dpx", "dpx", ten).stored, (StoredType{NumberKind::Unsigned, 2, 10}));
+  EXPECT_EQ(InfoOf("8.png", "png", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::UINT8)).stored, StoredType{});
+}
+
+TEST_F(PictureFacts, GreyAndAlphaAreTold) {
+  const PictureInfo grey = InfoOf("g.png", "png", OIIO::ImageSpec(2, 2, 1, OIIO::TypeDesc::UINT8));
+  EXPECT_TRUE(grey.IsGrey());
+  EXPECT_FALSE(grey.HasAlpha());
+  const PictureInfo colour = InfoOf("c.png", "png", OIIO::ImageSpec(2, 2, 4, OIIO::TypeDesc::UINT8));
+  EXPECT_FALSE(colour.IsGrey());
+  EXPECT_TRUE(colour.HasAlpha());
+}
+
+TEST_F(PictureFacts, ChannelsThatTheEffectDoesNotTakePass) {
+  OIIO::ImageSpec spec(2, 2, 5, OIIO::TypeDesc::HALF);
+  spec.channelnames = {"R", "G", "B", "A", "Z"};
+  spec.alpha_channel = 3;
+  spec.channelformats.assign(4, OIIO::TypeDesc(OIIO::TypeDesc::HALF));
+  spec.channelformats.emplace_back(OIIO::TypeDesc::FLOAT);
+  const PictureInfo info = InfoOf("z.exr", "openexr", spec);
+  ASSERT_EQ(info.passing.size(), 1u);
+  const FileChannel& passing = info.all[static_cast<std::size_t>(info.passing.front())];
+  EXPECT_EQ(passing, (FileChannel{"Z", {NumberKind::Float, 4, 32}}));
+  EXPECT_EQ(info.PassingBytes(), 4u);
+  EXPECT_EQ(info.stored, (StoredType{NumberKind::Float, 2, 16}));
+}
+
+}  // namespace
+}  // namespace vblur::host
