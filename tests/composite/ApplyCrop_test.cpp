@@ -2,6 +2,7 @@
 #include "composite/ApplyCrop.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -145,27 +146,28 @@ std::vector<Pixel> blurredInACrop(const Pixel& inside, const Rf& colour) {
   return pixels;
 }
 
-TEST(ApplyCrop, ABlurFadesToTheCropColourAndAlphaToZero) {
-  const auto row = blurredInACrop<R8, 255>(Make<R8>(0, 250, 0, 255), MakeFloat(1.0f, 0.0f, 0.0f, 0.0f));
-  constexpr std::int32_t kRed[] = {255, 255, 255, 255, 255, 246, 217, 161, 94, 38, 9, 0};
-  constexpr std::int32_t kGreen[] = {0, 0, 0, 0, 0, 9, 37, 93, 157, 213, 241, 250};
-  constexpr std::int32_t kAlpha[] = {0, 0, 0, 0, 0, 9, 38, 94, 161, 217, 246, 255};
+// The first half of a row, and the other half its mirror.
+template <class Pixel>
+void expectBothHalves(const std::vector<Pixel>& row, const std::array<std::int32_t, 12>& red,
+                      const std::array<std::int32_t, 12>& green, const std::array<std::int32_t, 12>& alpha) {
   for (std::size_t i = 0; i < 12; ++i) {
-    EXPECT_EQ(row[i], Make<R8>(kRed[i], kGreen[i], 0, kAlpha[i])) << i;
+    EXPECT_EQ(row[i], Make<Pixel>(red[i], green[i], 0, alpha[i])) << i;
     EXPECT_EQ(row[23 - i], row[i]) << i;
   }
+}
+
+TEST(ApplyCrop, ABlurFadesToTheCropColourAndAlphaToZero) {
+  const auto row = blurredInACrop<R8, 255>(Make<R8>(0, 250, 0, 255), MakeFloat(1.0f, 0.0f, 0.0f, 0.0f));
+  expectBothHalves(row, {255, 255, 255, 255, 255, 246, 217, 161, 94, 38, 9, 0},
+                   {0, 0, 0, 0, 0, 9, 37, 93, 157, 213, 241, 250}, {0, 0, 0, 0, 0, 9, 38, 94, 161, 217, 246, 255});
 }
 
 // A crop colour of 1.0 is 16384, not the top of the storage.
 TEST(ApplyCrop, ABlurFadesToTheCropColourAtSixteenBits) {
   const auto row = blurredInACrop<R16, 32767>(Make<R16>(0, 32767, 0, 16384), MakeFloat(1.0f, 0.0f, 0.0f, 0.0f));
-  constexpr std::int32_t kRed[] = {16381, 16381, 16381, 16381, 16381, 15774, 13954, 10314, 6067, 2427, 607, 0};
-  constexpr std::int32_t kGreen[] = {0, 0, 0, 0, 0, 1213, 4853, 12134, 20627, 27908, 31548, 32761};
-  constexpr std::int32_t kAlpha[] = {0, 0, 0, 0, 0, 607, 2427, 6067, 10314, 13954, 15774, 16381};
-  for (std::size_t i = 0; i < 12; ++i) {
-    EXPECT_EQ(row[i], Make<R16>(kRed[i], kGreen[i], 0, kAlpha[i])) << i;
-    EXPECT_EQ(row[23 - i], row[i]) << i;
-  }
+  expectBothHalves(row, {16381, 16381, 16381, 16381, 16381, 15774, 13954, 10314, 6067, 2427, 607, 0},
+                   {0, 0, 0, 0, 0, 1213, 4853, 12134, 20627, 27908, 31548, 32761},
+                   {0, 0, 0, 0, 0, 607, 2427, 6067, 10314, 13954, 15774, 16381});
 }
 
 }  // namespace

@@ -166,6 +166,21 @@ TEST(HvT2DAxisDraw, PaintsByItsFlags) {
   EXPECT_TRUE(states.match("HvT2DAxis_flags"));
 }
 
+// A bar of an arrow along x.
+std::string Bar(int from, int to) {
+  return "glColor3f(0.7, 0, 0)\nglBegin(GL_LINE_STRIP)\nglVertex2f(" + std::to_string(from) + ", 0)\nglVertex2f(" +
+         std::to_string(to) + ", 0)\nglEnd()\n";
+}
+
+// An arrow's head with its tip on the x axis, filled and outlined.
+std::string Head(int tip, int degrees) {
+  const std::string corners = "glVertex2f(-10, 1.5)\nglVertex2f(0, 0)\nglVertex2f(-10, -1.5)\nglEnd()\n";
+  return "glPushMatrix()\nglTranslatef(" + std::to_string(tip) +
+         ", 0, 0)\nglColor3f(0.7, 0, 0)\nglPushMatrix()\nglRotatef(" + std::to_string(degrees) +
+         ", 0, 0, 1)\nglBegin(GL_TRIANGLES)\n" + corners + "glColor3f(0.7, 0, 0)\nglBegin(GL_LINE_LOOP)\n" + corners +
+         "glPopMatrix()\nglPopMatrix()\n";
+}
+
 TEST(HvT2DAxisDraw, PaintsOneArrowInTheseCalls) {
   test::GlRecording recording;
   HvT2DAxis axis("axis", HvT2DAxis::kTranslateX);
@@ -186,53 +201,9 @@ glTranslatef(0, 0, 0)
 glPushMatrix()
 glPushMatrix()
 glPopMatrix()
-glColor3f(0.7, 0, 0)
-glBegin(GL_LINE_STRIP)
-glVertex2f(-34, 0)
-glVertex2f(-3, 0)
-glEnd()
-glColor3f(0.7, 0, 0)
-glBegin(GL_LINE_STRIP)
-glVertex2f(3, 0)
-glVertex2f(34, 0)
-glEnd()
-glPushMatrix()
-glTranslatef(-37, 0, 0)
-glColor3f(0.7, 0, 0)
-glPushMatrix()
-glRotatef(180, 0, 0, 1)
-glBegin(GL_TRIANGLES)
-glVertex2f(-10, 1.5)
-glVertex2f(0, 0)
-glVertex2f(-10, -1.5)
-glEnd()
-glColor3f(0.7, 0, 0)
-glBegin(GL_LINE_LOOP)
-glVertex2f(-10, 1.5)
-glVertex2f(0, 0)
-glVertex2f(-10, -1.5)
-glEnd()
-glPopMatrix()
-glPopMatrix()
-glPushMatrix()
-glTranslatef(37, 0, 0)
-glColor3f(0.7, 0, 0)
-glPushMatrix()
-glRotatef(0, 0, 0, 1)
-glBegin(GL_TRIANGLES)
-glVertex2f(-10, 1.5)
-glVertex2f(0, 0)
-glVertex2f(-10, -1.5)
-glEnd()
-glColor3f(0.7, 0, 0)
-glBegin(GL_LINE_LOOP)
-glVertex2f(-10, 1.5)
-glVertex2f(0, 0)
-glVertex2f(-10, -1.5)
-glEnd()
-glPopMatrix()
-glPopMatrix()
-glPopMatrix()
+)" + Bar(-34, -3) + Bar(3, 34) + Head(-37, 180) +
+                                  Head(37, 0) +
+                                  R"(glPopMatrix()
 glPopMatrix()
 glBlendFunc(GL_ONE, GL_ZERO)
 glDisable(GL_BLEND)

@@ -132,32 +132,36 @@ TEST(Viewer, RelinksItsToolsToWhatIsEdited) {
   viewer->Clear();
 }
 
-TEST(Viewer, TakesThePenFromAToolThatThrows) {
-  const auto viewer = Viewer::Make();
+// Two tools on one viewer that keep their calls in one list.
+class ViewerOfTwoTools : public ::testing::Test {
+ protected:
+  ViewerOfTwoTools() {
+    Push(viewer, low.get());
+    context = Push(viewer, top.get());
+    calls.clear();
+  }
+  ~ViewerOfTwoTools() override { viewer->Clear(); }
+
+  const ComPtr<Viewer> viewer = Viewer::Make();
   Calls calls;
-  const auto low = MakeTool("low", &calls);
-  const auto top = MakeTool("top", &calls);
+  const ComPtr<RecordingTool> low = MakeTool("low", &calls);
+  const ComPtr<RecordingTool> top = MakeTool("top", &calls);
+  // That of the top tool.
+  std::uintptr_t context = 0;
+};
+
+TEST_F(ViewerOfTwoTools, TakesThePenFromAToolThatThrows) {
   top->takesPen = true;
   top->onUp = [] { throw std::runtime_error("refused"); };
-  Push(viewer, low.get());
-  Push(viewer, top.get());
   viewer->PenDown(Pen(1, 2));
   EXPECT_THROW(viewer->PenUp(Pen(1, 2)), std::runtime_error);
   top->takesPen = false;
   calls.clear();
   viewer->PenMove(Pen(3, 4));
   EXPECT_EQ(calls, (Calls{"top: move 1 3 4", "low: move 1 3 4"}));
-  viewer->Clear();
 }
 
-TEST(Viewer, OffersThePenFromTheTopDown) {
-  const auto viewer = Viewer::Make();
-  Calls calls;
-  const auto low = MakeTool("low", &calls);
-  const auto top = MakeTool("top", &calls);
-  Push(viewer, low.get());
-  Push(viewer, top.get());
-  calls.clear();
+TEST_F(ViewerOfTwoTools, OffersThePenFromTheTopDown) {
   EXPECT_EQ(viewer->PenMove(Pen(1, 2, 0)), kFalse);
   EXPECT_EQ(std::exchange(calls, {}), (Calls{"top: move 0 1 2", "low: move 0 1 2"}));
   low->takesPen = true;
@@ -172,17 +176,10 @@ TEST(Viewer, OffersThePenFromTheTopDown) {
   EXPECT_FALSE(viewer->IsInteracting());
   EXPECT_EQ(viewer->PenMove(Pen(9, 9)), kOk);
   EXPECT_EQ(std::exchange(calls, {}), (Calls{"top: move 1 9 9"}));
-  viewer->Clear();
 }
 
-TEST(Viewer, AToolRemovedInADragReleasesThePen) {
-  const auto viewer = Viewer::Make();
-  Calls calls;
-  const auto low = MakeTool("low", &calls);
-  const auto top = MakeTool("top", &calls);
+TEST_F(ViewerOfTwoTools, AToolRemovedInADragReleasesThePen) {
   low->takesPen = top->takesPen = true;
-  Push(viewer, low.get());
-  const std::uintptr_t context = Push(viewer, top.get());
   viewer->PenDown(Pen(1, 1));
   viewer->SetTime(3.0);
   calls.clear();
@@ -191,7 +188,6 @@ TEST(Viewer, AToolRemovedInADragReleasesThePen) {
   EXPECT_EQ(viewer->CurrentTime(), 3.0);
   viewer->PenMove(Pen(2, 2));
   EXPECT_EQ(calls, (Calls{"low: time 3", "top: unlink viewer", "low: move 1 2 2"}));
-  viewer->Clear();
 }
 
 TEST(Viewer, HoldsTheTimeBackDuringADrag) {
@@ -219,18 +215,11 @@ TEST(Viewer, HoldsTheTimeBackDuringADrag) {
   viewer->Clear();
 }
 
-TEST(Viewer, RendersFromTheLowestUpAndTracksInvalidation) {
+TEST_F(ViewerOfTwoTools, RendersFromTheLowestUpAndTracksInvalidation) {
   struct NoSurface : IVWSurface {
     HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE&) override { return kFailed; }
     HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE&) override { return kFailed; }
   } surface;
-  const auto viewer = Viewer::Make();
-  Calls calls;
-  const auto low = MakeTool("low", &calls);
-  const auto top = MakeTool("top", &calls);
-  Push(viewer, low.get());
-  Push(viewer, top.get());
-  calls.clear();
   EXPECT_TRUE(viewer->IsInvalid());
   viewer->Render(surface);
   EXPECT_EQ(calls, (Calls{"low: render", "top: render"}));
@@ -244,7 +233,6 @@ TEST(Viewer, RendersFromTheLowestUpAndTracksInvalidation) {
   viewer->Render(surface);
   EXPECT_EQ(viewer->InvalidateLayer(nullptr, nullptr), kNullPointer);
   EXPECT_FALSE(viewer->IsInvalid());
-  viewer->Clear();
 }
 
 TEST(Viewer, TracesTheCallsBothWays) {
