@@ -12,8 +12,8 @@ constexpr float kShift = 1.0F / 128.0F;
 // Kept free at the right and upper edge, in clip coordinates: more than what rounding adds.
 constexpr float kMargin = 1e-6F;
 
-// The projection along an axis of `count` pixels. It scales as well: by the shift alone, lines along the right or
-// upper edge would be clipped.
+// The projection along an axis of `count` pixels. It also scales: with a shift only, lines along the right or upper
+// edge would be clipped.
 struct ShiftedAxis {
   explicit ShiftedAxis(std::int32_t count)
       : shift(2.0F * kShift / static_cast<float>(count)), scale(1.0F - shift - kMargin) {}

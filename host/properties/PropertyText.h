@@ -8,8 +8,8 @@
 //
 // Times must rise strictly, and only animated properties take keys. A value is a finite number; for a list an entry's
 // text or its number; for an on-or-off property true, on, yes, 1 or false, off, no, 0. Case is ignored, and so are
-// spaces around a value, a time or a name. Numbers outside a property's control range are accepted, except in what a
-// user types for one run.
+// spaces around a value, a time or a name. Numbers outside a property's control range are accepted, except by
+// ParseSettingInRange and ApplyAssignment.
 //
 // Every failure is a Failure (wrong usage) whose line names the property, what was found and what was
 // expected.
@@ -58,8 +58,8 @@ PropertyStore::Setting ParseSettingInRange(const Property& property, std::string
 std::optional<Interpolation> FindInterpolation(std::string_view name);
 std::string_view InterpolationName(Interpolation interpolation);
 
-// Applies "NAME=SETTING", such as "Blur=24" or "Effect Gain=0:100,24:50", within the control range; NAME may be an option
-// name.
+// Applies "NAME=SETTING", such as "Blur=24" or "Effect Gain=0:100,24:50", within the control range; NAME may be an
+// option name.
 void ApplyAssignment(PropertyStore& store, std::string_view assignment);
 
 }  // namespace vblur::host

@@ -9,7 +9,7 @@ namespace {
 
 double Between(double from, double to, double share) {
   const double span = to - from;
-  // Exact for equal neighbours. The second form serves spans beyond the largest double.
+  // Exact for equal neighbours. The second form is for spans that overflow a double.
   return std::isfinite(span) ? from + span * share : from * (1.0 - share) + to * share;
 }
 

@@ -1,4 +1,4 @@
-// The functions that the overlay draws with. Without the system's libraries they draw nothing and give zeros.
+// The OpenGL functions that the overlay calls. Without the system's libraries they draw nothing and return zeros.
 #include <GL/gl.h>
 #include <GL/glu.h>
 

@@ -17,7 +17,7 @@ void* LoadFirst(std::initializer_list<const char*> names) {
 }  // namespace
 
 void* FindGlFunction(GlLibrary library, const char* name) {
-  // The first name is OpenGL alone; the other brings the window system's half as well.
+  // The first is OpenGL without the window system's part, which the second includes.
   static void* const openGl = LoadFirst({"libOpenGL.so.0", "libGL.so.1"});
   static void* const glu = openGl == nullptr ? nullptr : LoadFirst({"libGLU.so.1"});
   void* const loaded = library == GlLibrary::Glu ? glu : openGl;

@@ -1,4 +1,4 @@
-// Source of the overlay's fonts. The host's OpenGL part registers it, so that nothing else loads a font library.
+// Source of the overlay's fonts. The host's OpenGL library registers it: only that one links font libraries.
 #pragma once
 
 #include <cstdint>
@@ -24,8 +24,8 @@ class FontSource {
   virtual std::unique_ptr<OverlayFont> Open(std::int32_t height, std::int32_t weight) = 0;
 };
 
-// Borrowed: set null before it ends. Null, the default, means no fonts. Open fonts stay valid. User-interface thread
-// only.
+// Borrowed: set null before it is destroyed. Null, the default, means no fonts. Open fonts stay valid. User-interface
+// thread only.
 void UseFontSource(FontSource* source);
 
 }  // namespace host

@@ -275,7 +275,7 @@ bool BoxSweep::fillsLines(std::size_t componentBytes) {
   return HWY_DYNAMIC_DISPATCH(FillsLines)(componentBytes);
 }
 
-// Full scale means a box of no width: results are the input.
+// Full scale is a box of one tap: results are the input.
 template <class C>
 bool BoxSweep::copied(const SweepRows& rows, const C* const* in, C* const* out) const {
   if (box_.scale != 16384) return false;

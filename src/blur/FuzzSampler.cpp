@@ -208,7 +208,7 @@ bool FuzzSampler<Pixel, Accum, Max>::filterYuvIn(Texture* in, Texture* out) {
   backward.copyWindow(*this);
   backward.process(&plane, out);
 
-  // The plane has brought the alpha where it covers the target and the source is untouched.
+  // Alpha has been converted with the plane if it covers the target and the source is unchanged.
   const bool hasAlpha = coversTarget(forward, *out) && coversTarget(*this, *out) && !shareMemory(*in, *out);
   if (!hasAlpha) copyChannelsOf<0, 0, 0, 1>(in, out, false);
   return true;

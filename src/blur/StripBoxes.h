@@ -87,7 +87,7 @@ class StripBoxes {
   // The positions that the first box reads, and the rows for them.
   const BoxReach& read() const { return read_; }
   const Rows& gathered() const { return gathered_; }
-  // Rows for the positions that the last box produces, where these do not go to their place at once.
+  // Rows for the positions that the last box produces, if they are not written to their target directly.
   const Rows& result() const { return result_; }
 
   // `out` has the rows that the last box produces. Calls gather(first, last) before rows of gathered() are read, and

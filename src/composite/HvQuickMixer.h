@@ -49,7 +49,7 @@ class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel,
     if (!HvUsesVectors() || !runStraight(to, n, runA, runB, row)) mixPlainRun(to, n, runA, runB, t);
   }
 
-  // A mix lies between its two components: the store narrows nothing.
+  // A mix lies between its two components: the store is exact.
   static void mixPlainRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
                           std::int32_t t) {
     const Pixel* a = runA.first;

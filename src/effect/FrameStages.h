@@ -41,8 +41,8 @@ void MixTransitionInputs(FrameState& frame, HvTexture<Pixel, Rf>& result, HvText
 template <class Pixel>
 void MixTransitionResults(FrameState& frame, HvTexture<Pixel, Rf>& first, HvTexture<Pixel, Rf>& second);
 
-// Copies the channels whose mask is 0 back from the source; alpha only if the frame writes it. Lifts the crop of
-// the source.
+// Copies the channels whose mask is 0 back from the source; alpha only if the frame writes it. Resets the source's
+// crop.
 template <class Pixel>
 void RestoreMaskedChannels(FrameState& frame, HvTexture<Pixel, Rf>& output, HvTexture<Pixel, Rf>& source,
                            std::int32_t maskRed, std::int32_t maskGreen, std::int32_t maskBlue, std::int32_t maskAlpha);

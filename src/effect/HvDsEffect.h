@@ -40,7 +40,7 @@ class HvDsEffect : protected HvDsEffectState, protected HvDsOverlayLink {
   virtual void UpdateOverlayPlacement() {}
   // The effect cannot be aggregated.
   virtual HRESULT QueryAggregation() { return kNoAggregation; }
-  // An effect's own part of Verify.
+  // The derived effect's part of Verify.
   virtual HRESULT VerifyEffect() { return kOk; }
 
   // Called when a page opens, with the edited object or its viewer. The first call creates the viewer tool, pushes it

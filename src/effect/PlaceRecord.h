@@ -16,7 +16,7 @@ struct PlaceRecord {
   std::int32_t originY = 0;
 };
 
-// Copies size and position into a record that several clones write at once: the last one wins, no value tears.
+// Copies size and position into a record that several clones write at once: each value is atomic, the last one wins.
 inline void ReportPlace(const PlaceRecord& from, PlaceRecord& to) {
   const auto put = [](float& place, float value) {
     std::atomic_ref<float>(place).store(value, std::memory_order_relaxed);

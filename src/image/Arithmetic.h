@@ -1,5 +1,5 @@
-// The arithmetic rules that every pixel loop shares. They decide the last bit of every picture:
-// floats truncate toward zero, nothing rounds to nearest, 32-bit sums and products wrap.
+// The arithmetic rules of all pixel loops: floats are converted by truncation toward zero, never to the nearest, and
+// 32-bit sums and products wrap.
 #pragma once
 
 #include <cstdint>

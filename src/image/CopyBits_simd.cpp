@@ -31,8 +31,8 @@ HWY_INLINE void MixWord(Word chosen, const Word* in, Word* out) {
   std::memcpy(out, &to, sizeof(Word));
 }
 
-// Calls each(i) for vectors of `count` words that cover n. The last may overlap the one before, so results must bear
-// being written twice. False if n is shorter than a vector: nothing is done.
+// Calls each(i) for vectors of `count` words that cover n. The last may overlap the one before, so writing a result
+// twice must be harmless. False, with nothing done, if n is shorter than a vector.
 template <class Each>
 HWY_INLINE bool ForVectors(std::ptrdiff_t count, std::ptrdiff_t n, const Each& each) {
   if (count == 0 || n < count) return false;

@@ -1,5 +1,5 @@
 // Which code the pixel loops run: the plain twin, or vector code for one of the instruction sets that this
-// machine has. All give the same bits; the choice serves tests, benchmarks and the search for faults.
+// machine has. All give the same bits; the choice is for tests, benchmarks and debugging.
 #pragma once
 
 #include <cstdint>

@@ -17,7 +17,7 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
   HvImgFiller() : HvIPWindowStack(this) {}
 
   // fillOutside fills three bands: below, beside and above the rectangle. Each has at least one row, so the
-  // first and the last row of the window are always filled. A window without rows or columns is left alone.
+  // first and the last row of the window are always filled. Does nothing for a window without rows or columns.
   void preProcess() override {
     this->passes = fillOutside ? 3 : 1;
     isEmpty_ = this->x2 <= this->x1 || this->y2 <= this->y1;
@@ -47,7 +47,7 @@ class HvImgFiller : public HvImgProc1<HvTexture<Pixel, Accum>>, private HvIPWind
 
   Pixel colour{};
   bool colourIsZero = true;
-  // The rectangle that is left alone: left <= x < right, bottom <= y < top.
+  // The rectangle that is not filled: left <= x < right, bottom <= y < top.
   std::int32_t left = 0;
   std::int32_t bottom = 0;
   std::int32_t right = 0;

@@ -1,12 +1,12 @@
 // Kernels: functions of vector code, compiled once for each instruction set, one of which is chosen when the program
-// runs. A kernel says which instruction set its code runs for, so that a test at a level that never reached that
-// level's code fails, and no kernel goes without a test. In X_simd.cpp, inside HWY_NAMESPACE:
+// runs. A kernel records the instruction sets that it has run for, so that tests fail if a level's code never ran or a
+// kernel has no test. In X_simd.cpp, inside HWY_NAMESPACE:
 //
 //   void Copy32(...) {
 //     HvEnterKernel<"copyBits 32", HWY_TARGETS>(HWY_TARGET);
 //     ...
 //
-// This is all that production code pays: once per row, one load and a branch that is taken once per process.
+// The cost in production: per row, one load and a branch that is taken once per process.
 // Tests read the list through tests/support/KernelRuns.h.
 #pragma once
 

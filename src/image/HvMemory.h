@@ -1,4 +1,4 @@
-// Peak memory of a frame beside the pictures that it is given. Every allocation of pixels, lines or tables is noted
+// Peak memory of a frame, without the host's pictures. Every allocation of pixels, lines or tables is noted
 // here.
 #pragma once
 

@@ -19,8 +19,8 @@ constexpr std::size_t kMostBlocks = 16;
 constexpr std::size_t kMostIdleBytes = std::size_t{1} << 20;
 // Aligned strips touch no more cache lines than they fill.
 constexpr std::size_t kCacheLine = 64;
-// Large blocks are aligned to large pages and ask for them: rows of a picture are so far apart that small pages would
-// overflow the TLB.
+// Large blocks are aligned to large pages and request them: with small pages, columns of a picture would overflow the
+// TLB.
 constexpr std::size_t kLargePage = std::size_t{2} << 20;
 
 constexpr std::align_val_t alignmentOf(std::size_t bytes) {

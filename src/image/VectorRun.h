@@ -10,7 +10,7 @@
 
 namespace vblur {
 
-// Whether a forward loop reads its own results: a row that is moved to the right within itself. Such a row is
+// Whether a forward loop reads its own results: a row that is shifted to the right in place. Such a row is
 // processed one pixel at a time.
 inline bool readsItsWrites(const void* in, const void* out, std::size_t bytes) {
   const auto distance = reinterpret_cast<std::uintptr_t>(out) - reinterpret_cast<std::uintptr_t>(in);

@@ -100,7 +100,7 @@ class CDSImageEffect : public CDSPlugInEffect,
   IDSImage* originalImage = nullptr;
   DSTransfo4 transfo4{1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0};
   std::int32_t processingMode = 0;
-  // For the host; bit 16: the second input is a clip of its own.
+  // For the host; bit 16: the second input is a second clip.
   std::int32_t imageEffectFlags = 0;
 };
 

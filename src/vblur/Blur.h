@@ -92,13 +92,13 @@ typedef struct vblur_settings {
 // Fills the first struct_size bytes, which is sizeof(vblur_settings) or less, with the defaults named above.
 void vblur_settings_init(vblur_settings* settings, size_t struct_size);
 
-// Any number of threads may call at once, with results that share no pixel (nor alpha, see region). Source and result
-// have one size and one format. To blur in place, give the same picture twice; sharpening, and VBLUR_GREY, need a
-// result of their own. Otherwise the two may lie in one memory as long as they share no pixel and have the same stride,
-// or strides that differ in sign only. Returns one of the codes above.
+// Thread-safe for results that share no pixel (nor alpha, see region). Source and result have one size and one format.
+// To blur in place, give the same picture twice; sharpening, and VBLUR_GREY, need a separate result. Otherwise the two
+// may be in one memory if they share no pixel and have the same stride, or strides that differ in sign only. Returns
+// one of the codes above.
 int32_t vblur_blur(const vblur_picture* source, const vblur_picture* result, const vblur_settings* settings);
-// Unsharp masking: twice the source less the blurred source, limited to the range of the format. What YUV rounds away
-// is doubled too.
+// Unsharp masking: twice the source less the blurred source, clamped to the range of the format. It doubles the loss of
+// a conversion to YUV too.
 int32_t vblur_sharpen(const vblur_picture* source, const vblur_picture* result, const vblur_settings* settings);
 
 // The error of this thread's last call: what was wrong, where, and what was expected. Empty after a success; never
