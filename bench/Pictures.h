@@ -36,6 +36,7 @@ std::uint64_t hashOf(const Texture& texture) {
 }
 template <class Texture>
 void clear(Texture& texture) {
+  if (texture.data == nullptr) return;
   std::memset(texture.data, 0, static_cast<std::size_t>(texture.stride) * static_cast<std::size_t>(texture.height()));
 }
 

@@ -39,8 +39,8 @@ void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames)
 
 void AddFrameOptions(CLI::App& app, host::Job& job) {
   const auto add = [&](const char* name, const char* form, const char* help,
-                       std::function<void(const std::string&)> set) {
-    AddTextOption(app, name, form, help, std::move(set))->group("Frames");
+                       const std::function<void(const std::string&)>& set) {
+    AddTextOption(app, name, form, help, set)->group("Frames");
   };
   AddFrameRangeOption(app, job.frames);
   add("--depth", "8|16", "Bits of a component while rendering [8 for inputs of 8-bit samples, else 16]",

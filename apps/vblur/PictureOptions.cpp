@@ -18,8 +18,8 @@ host::MaskRecord& MaskOf(host::Job& job) {
 
 void AddPictureOptions(CLI::App& app, host::Job& job) {
   const auto add = [&](const char* name, const char* form, const char* help,
-                       std::function<void(const std::string&)> set) {
-    AddTextOption(app, name, form, help, std::move(set))->group("Pictures");
+                       const std::function<void(const std::string&)>& set) {
+    AddTextOption(app, name, form, help, set)->group("Pictures");
   };
   add("--to", "INPUT2", "Second clip: the effect is the transition from INPUT to it",
       [&](const std::string& file) { job.input2.emplace().file = file; });

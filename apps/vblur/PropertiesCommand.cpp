@@ -76,16 +76,9 @@ Json Describe(const Property& property) {
 }
 
 Json DescribeClasses() {
-  constexpr std::pair<const char*, GUID> kClasses[] = {{"Blur", classes::kBlur},
-                                                       {"FullBlurPPG", classes::kFullBlurPPG},
-                                                       {"TransitionBlurPPG", classes::kTransitionBlurPPG},
-                                                       {"HvTransitionPPG", classes::kHvTransitionPPG},
-                                                       {"HvTInteract", classes::kHvTInteract},
-                                                       {"HelpPPG", classes::kHelpPPG},
-                                                       {"FullCropPPG", classes::kFullCropPPG}};
   Json object = Json::object();
-  for (const auto& [name, id] : kClasses)
-    object[name] = host::FormatGuid(id);
+  for (const auto& [name, id] : classes::kNamed)
+    object[std::string(name)] = host::FormatGuid(id);
   return object;
 }
 

@@ -26,7 +26,7 @@ class OutputFileStream final : public OIIO::Filesystem::IOProxy {
   void flush() const override;
 
   // 0, or the system's number of the first error.
-  int systemError() const { return systemError_; }
+  int SystemError() const { return systemError_; }
 
  private:
   void Note(bool failed) const;

@@ -54,14 +54,14 @@ class Writing {
   void Open() {
     if (writer_->supports("ioproxy")) {
       stream_.emplace(picture_.file);
-      if (stream_->systemError() != 0) Fail("the file cannot be made");
+      if (stream_->SystemError() != 0) Fail("the file cannot be made");
       writer_->set_ioproxy(&*stream_);
     }
     if (!writer_->open(picture_.file.string(), Describe(picture_, *writer_))) Fail("the file cannot be made");
   }
 
   void Put(const StopTest& stop) {
-    StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->systemError() != 0); };
+    StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->SystemError() != 0); };
     const OIIO::TypeDesc type = TypeOf(picture_.format.SamplesAt(picture_.image.Depth()));
     const bool done = writer_->write_image(type, picture_.samples, OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
                                            StopsWriting, &stopOrError);
@@ -69,13 +69,13 @@ class Writing {
       writer_->close();
       throw FileInterrupted{};
     }
-    if (!done || (stream_ && stream_->systemError() != 0)) Fail("writing failed");
+    if (!done || (stream_ && stream_->SystemError() != 0)) Fail("writing failed");
   }
 
   void Close() {
     const bool closed = writer_->close();
     if (stream_) stream_->close();
-    if (!closed || (stream_ && stream_->systemError() != 0)) Fail("writing failed");
+    if (!closed || (stream_ && stream_->SystemError() != 0)) Fail("writing failed");
     if (!stream_) RequireWhole();
   }
 
@@ -84,7 +84,7 @@ class Writing {
 
   [[noreturn]] void Fail(const std::string& otherwise) {
     const std::string message = LibraryMessage(writer_->geterror(), otherwise);
-    const int number = stream_ ? stream_->systemError() : 0;
+    const int number = stream_ ? stream_->SystemError() : 0;
     Refuse(number != 0 ? std::generic_category().message(number) : message);
   }
 

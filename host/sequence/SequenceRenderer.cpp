@@ -275,6 +275,7 @@ RenderSummary SequenceRun::Run() {
   // A list: slots do not move.
   std::list<FrameSlot> room;
   std::vector<FrameSlot*> slots;
+  slots.reserve(static_cast<std::size_t>(lanes.slots));
   for (std::int32_t slot = 0; slot < lanes.slots; ++slot)
     slots.push_back(&room.emplace_back(pictures_, [this] { return context_.Stopped(); }));
   FrameStages stages;

@@ -63,6 +63,7 @@ class ViewGeometry {
   const ProjectFrame& Frame() const { return frame_; }
   std::int32_t SurfaceWidth() const { return surfaceWidth_; }
   std::int32_t SurfaceHeight() const { return surfaceHeight_; }
+  // For tests.
   double Zoom() const { return zoom_; }
   WorldRectangle Visible() const;
 

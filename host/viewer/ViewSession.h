@@ -52,6 +52,7 @@ class ViewSession {
 
   // The current properties.
   PropertyStore Properties() const;
+  // For tests.
   const ViewGeometry& Geometry() const { return *geometry_; }
   // For tests: the number of renders so far.
   std::int32_t RendersDone() const { return rendersDone_; }

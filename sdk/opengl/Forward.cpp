@@ -4,6 +4,7 @@
 
 #include "sdk/opengl/SystemFunction.h"
 
+// NOLINTBEGIN(bugprone-macro-parentheses): types, and lists with parentheses of their own.
 // Defines an OpenGL function that calls the one of the same name in a library of the system.
 #define VBLUR_FORWARD(library, Result, name, parameters, arguments)                                        \
   extern "C" Result GLAPIENTRY name parameters {                                                           \
@@ -16,6 +17,7 @@
   VBLUR_FORWARD(GlLibrary::OpenGl, Result, name, parameters, arguments)
 #define VBLUR_GLU(Result, name, parameters, arguments) \
   VBLUR_FORWARD(GlLibrary::Glu, Result, name, parameters, arguments)
+// NOLINTEND(bugprone-macro-parentheses)
 
 VBLUR_GL(void, glBegin, (GLenum mode), (mode))
 VBLUR_GL(void, glBlendFunc, (GLenum source, GLenum destination), (source, destination))

@@ -72,12 +72,12 @@ class BoxSweep {
   struct State {
     // Of three boxes: at most four bytes for each byte of a row.
     alignas(kSweepUnit) std::byte sums[3 * 4 * kMostRowBytes];
+    alignas(kSweepUnit) std::byte mask[kSweepUnit];
     std::byte* rings = nullptr;
     std::size_t rowBytes = 0;
     std::int64_t slot = 0;
     std::int64_t taps = 0;
     std::int64_t behind = 0;
-    alignas(kSweepUnit) std::byte mask[kSweepUnit];
     bool merges = false;
   };
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "blur/BoxConstants.h"
+#include "blur/FilterChannelsFwd.h"
 #include "blur/PassRanges.h"
 #include "blur/StripPasses.h"
 #include "image/HvInteruptable.h"
@@ -33,9 +34,5 @@ struct FilterChannels {
   void (*filterRows)(const PlainPass& pass, const Texture& in, const Texture& out) = nullptr;
   void (*filterColumns)(const PlainPass& pass, const Texture& in, const Texture& out) = nullptr;
 };
-
-// FilterChannels8.cpp, FilterChannels16.cpp and FilterChannelsPlanes.cpp list the instances.
-template <class Mask, class Pixel, class Accum>
-const FilterChannels<Pixel, Accum>& filterChannels();
 
 }  // namespace vblur

@@ -10,16 +10,13 @@
 #include <cstdint>
 #include <memory>
 
+#include "blur/FilterChannelsFwd.h"
 #include "image/ChannelMask.h"
 #include "image/Sampler.h"
 
 namespace vblur {
 
 struct PlainPass;
-template <class Pixel, class Accum>
-struct FilterChannels;
-template <class Mask, class Pixel, class Accum>
-const FilterChannels<Pixel, Accum>& filterChannels();
 template <class Pixel, class Accum>
 class StripPasses;
 

@@ -45,6 +45,7 @@ class HvMessage {
   const char* Text() const { return text_.data(); }
   std::uint32_t Id() const { return id_; }
   std::uint32_t Kind() const { return kind_; }
+  // Always 0; for tests of the layout.
   std::uint32_t Reserved() const { return reserved_; }
 
   // The payload by kind; 0 if it was not set.

@@ -20,6 +20,7 @@ class HvMessageSender {
   // Calls every handler in the order of linking.
   void Send(const HvMessage& message);
 
+  // For tests.
   const HvList<HvMessageHandler*>& Handlers() const { return handlers_; }
 
  private:
@@ -39,6 +40,7 @@ class HvMessageHandler {
   // `sender` is null for a message from the viewer tool.
   virtual void HandleMessage(const HvMessage& message, HvMessageSender* sender) = 0;
 
+  // For tests.
   const HvList<HvMessageSender*>& Senders() const { return senders_; }
 
  private:

@@ -28,7 +28,8 @@ class HvTDsObject : public HvMessageHandler {
   // Reads the properties now.
   virtual void Refresh() = 0;
 
-  // Bindings to refresh after this one commits. Not owned.
+  // Bindings to refresh after this one commits. Not owned. For tools whose bindings share properties; the effect has
+  // none.
   HvList<HvTDsObject*>& Dependants() { return dependants_; }
 
   // Null until HvTInteract::AddDsObject. Not owned.

@@ -42,6 +42,7 @@ class OverlayMatrixStack {
 
   int Depth() const { return depth_; }
   const Matrix3& Top() const { return levels_[static_cast<std::size_t>(depth_)]; }
+  // Kept by Multiply and Pop, which need it; readable for tests.
   const Matrix3& InverseOfTop() const { return inverse_; }
 
  private:

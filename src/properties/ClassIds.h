@@ -2,6 +2,9 @@
 // objects reach the effect itself.
 #pragma once
 
+#include <array>
+#include <string_view>
+
 #include "../platform/DsTypes.h"
 
 namespace vblur {
@@ -15,6 +18,28 @@ inline constexpr GUID kHvTransitionPPG = MakeGuid("{273EAE83-672E-4EDD-9552-00ED
 inline constexpr GUID kHvTInteract = MakeGuid("{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
 inline constexpr GUID kHelpPPG = MakeGuid("{4D8CFEBD-D799-406D-B30D-C882AFDB9B51}");
 inline constexpr GUID kFullCropPPG = MakeGuid("{9AF03A9A-ED25-4C86-AB7F-8CB19CFC6294}");
+
+struct NamedClass {
+  std::string_view name;
+  GUID id;
+};
+
+// All of them, in the order in which the server registers them.
+inline constexpr std::array<NamedClass, 7> kNamed = {{{"Blur", kBlur},
+                                                      {"FullBlurPPG", kFullBlurPPG},
+                                                      {"TransitionBlurPPG", kTransitionBlurPPG},
+                                                      {"HvTransitionPPG", kHvTransitionPPG},
+                                                      {"HvTInteract", kHvTInteract},
+                                                      {"HelpPPG", kHelpPPG},
+                                                      {"FullCropPPG", kFullCropPPG}}};
+
+// Empty for another id.
+constexpr std::string_view NameOf(const GUID& id) {
+  for (const NamedClass& named : kNamed) {
+    if (named.id == id) return named.name;
+  }
+  return {};
+}
 
 }  // namespace classes
 

@@ -4,12 +4,15 @@
 #include <array>
 #include <string_view>
 
+#include "properties/ClassIds.h"
+
 namespace vblur::pages {
 
-inline constexpr std::string_view kFullBlur = "FullBlurPPG";
-inline constexpr std::string_view kTransitionBlur = "TransitionBlurPPG";
+// Three go by the name of their class, two by one of their own.
+inline constexpr std::string_view kFullBlur = classes::NameOf(classes::kFullBlurPPG);
+inline constexpr std::string_view kTransitionBlur = classes::NameOf(classes::kTransitionBlurPPG);
 inline constexpr std::string_view kTransition = "transition";
-inline constexpr std::string_view kHelp = "HelpPPG";
+inline constexpr std::string_view kHelp = classes::NameOf(classes::kHelpPPG);
 inline constexpr std::string_view kCrop = "crop";
 
 inline constexpr std::array kAll{kFullBlur, kTransitionBlur, kTransition, kHelp, kCrop};

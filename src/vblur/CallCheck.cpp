@@ -52,10 +52,9 @@ std::string checkStride(const char* name, const vblur_picture& picture) {
 std::string checkPicture(const std::string& name, const vblur_picture* picture) {
   if (picture == nullptr) return name + ": null: expected a vblur_picture";
   if (picture->pixels == nullptr) return name + ".pixels: null: expected the first pixel of row 0";
-  const std::string wrong =
-      firstOf({checkRange((name + ".format").c_str(), picture->format, VBLUR_RGBA_8, VBLUR_RGBA_S2_14),
-               checkRange((name + ".width").c_str(), picture->width, 1, kMostPixels),
-               checkRange((name + ".height").c_str(), picture->height, 1, kMostPixels)});
+  std::string wrong = firstOf({checkRange((name + ".format").c_str(), picture->format, VBLUR_RGBA_8, VBLUR_RGBA_S2_14),
+                               checkRange((name + ".width").c_str(), picture->width, 1, kMostPixels),
+                               checkRange((name + ".height").c_str(), picture->height, 1, kMostPixels)});
   if (!wrong.empty()) return wrong;
   if (reinterpret_cast<std::uintptr_t>(picture->pixels) % static_cast<std::uintptr_t>(componentBytes(*picture)) != 0) {
     return name + ".pixels: an odd address: expected a multiple of 2, the bytes of a component";
@@ -118,7 +117,7 @@ std::string checkRegion(const vblur_settings& settings, const vblur_picture& res
 std::string checkOutside(const vblur_settings& settings, const vblur_picture& result) {
   const bool wide = result.format == VBLUR_RGBA_S2_14;
   for (const std::int32_t component : settings.outside) {
-    const std::string wrong = checkRange("settings.outside", component, wide ? -32768 : 0, wide ? 32767 : 255);
+    std::string wrong = checkRange("settings.outside", component, wide ? -32768 : 0, wide ? 32767 : 255);
     if (!wrong.empty()) return wrong;
   }
   return {};
@@ -153,7 +152,7 @@ std::string readSettings(const vblur_settings* given, vblur_settings& settings) 
 }
 
 std::string checkPictures(const vblur_picture* source, const vblur_picture* result, bool mayBeInPlace) {
-  const std::string wrong = firstOf({checkPicture("source", source), checkPicture("result", result)});
+  std::string wrong = firstOf({checkPicture("source", source), checkPicture("result", result)});
   if (!wrong.empty()) return wrong;
   if (source->format != result->format) {
     return text("result.format: ", result->format, ": expected ", source->format, ", as the source");

@@ -10,6 +10,7 @@ configure() {
     -DCMAKE_UNITY_BUILD_BATCH_SIZE=6 ${launcher:+"-DCMAKE_CXX_COMPILER_LAUNCHER=$launcher"} -DVBLUR_BUILD_APPS=OFF "${@:2}"
 }
 configure with_tests
+cmake --build "$build/with_tests" --target properties_tests
 configure libraries -DVBLUR_BUILD_TESTS=OFF -DVBLUR_BUILD_BENCH=OFF
 cmake --build "$build/libraries"
 cmake --install "$build/libraries" --prefix "$build/prefix"
