@@ -8,7 +8,7 @@
 namespace vblur::host {
 namespace {
 
-class PictureFacts : public testing::Test {
+class PictureInfoOfFile : public testing::Test {
  protected:
   PictureInfo InfoOf(const std::string& name, const std::string& format, const OIIO::ImageSpec& spec) {
     const auto count = static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.height);
@@ -20,7 +20,7 @@ class PictureFacts : public testing::Test {
   ScratchFolder folder_;
 };
 
-TEST_F(PictureFacts, BothWindowsAreTold) {
+TEST_F(PictureInfoOfFile, ReportsBothWindows) {
   OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::HALF);
   spec.x = -1;
   spec.y = 4;
@@ -31,7 +31,7 @@ TEST_F(PictureFacts, BothWindowsAreTold) {
   EXPECT_EQ(info.display, (FileWindow{0, 0, 6, 5}));
 }
 
-TEST_F(PictureFacts, TheStoredTypeIsThatOfTheFile) {
+TEST_F(PictureInfoOfFile, TheStoredTypeIsThatOfTheFile) {
   EXPECT_EQ(InfoOf("h.exr", "openexr", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::HALF)).stored,
             (StoredType{NumberKind::Float, 2, 16}));
   OIIO::ImageSpec ten(2, 2, 3, OIIO::TypeDesc::UINT16);
@@ -40,7 +40,7 @@ TEST_F(PictureFacts, TheStoredTypeIsThatOfTheFile) {
   EXPECT_EQ(InfoOf("8.png", "png", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::UINT8)).stored, StoredType{});
 }
 
-TEST_F(PictureFacts, GreyAndAlphaAreTold) {
+TEST_F(PictureInfoOfFile, ReportsGreyAndAlpha) {
   const PictureInfo grey = InfoOf("g.png", "png", OIIO::ImageSpec(2, 2, 1, OIIO::TypeDesc::UINT8));
   EXPECT_TRUE(grey.IsGrey());
   EXPECT_FALSE(grey.HasAlpha());
@@ -49,7 +49,7 @@ TEST_F(PictureFacts, GreyAndAlphaAreTold) {
   EXPECT_TRUE(colour.HasAlpha());
 }
 
-TEST_F(PictureFacts, ChannelsThatTheEffectDoesNotTakePass) {
+TEST_F(PictureInfoOfFile, ChannelsThatTheEffectDoesNotTakePass) {
   OIIO::ImageSpec spec(2, 2, 5, OIIO::TypeDesc::HALF);
   spec.channelnames = {"R", "G", "B", "A", "Z"};
   spec.alpha_channel = 3;
