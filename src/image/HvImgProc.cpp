@@ -27,16 +27,20 @@ void HvImgProc::process(const HvTexIndexer* target) {
 }
 
 void HvImgProc::settle(const HvTexIndexer& target) {
-  const std::int32_t mx = target.horizontal.writeOrigin;
-  const std::int32_t my = target.vertical.writeOrigin;
   if ((flags & kWindowSet) == 0) {
-    x1 = mx;
-    y1 = my;
-    x2 = mx + target.width();
-    y2 = my + target.height();
+    x1 = target.horizontal.writeOrigin;
+    y1 = target.vertical.writeOrigin;
+    x2 = x1 + target.width();
+    y2 = y1 + target.height();
     flags |= kWindowSet;
   }
+  fitWindow(target);
+}
+
+void HvImgProc::fitWindow(const HvTexIndexer& target) {
   if ((options & kReplaceWindow) == 0) return cutWindow(target);
+  const std::int32_t mx = target.horizontal.writeOrigin;
+  const std::int32_t my = target.vertical.writeOrigin;
   // Inclusive far ends, on this path only.
   const std::int32_t lastX = mx + target.width() - 1;
   const std::int32_t lastY = my + target.height() - 1;
@@ -54,7 +58,7 @@ void HvImgProc::runPass() {
   prePass();
   if (poll(interrupt) != 0) return;
   // prePass may have set a window that is larger than the target.
-  if ((options & kReplaceWindow) == 0) cutWindow(*map);
+  fitWindow(*map);
   if ((options & kUseThreads) != 0) {
     flags |= kSharingRows;
     runRowsOnAllThreads(this);

@@ -63,3 +63,5 @@ class HvImgProc : public HvRowProcessor {
 };
 
 }  // namespace vblur
+  // Clips the window to the target, or replaces it with kReplaceWindow. Twice is the same as once.
+  void fitWindow(const HvTexIndexer& target);

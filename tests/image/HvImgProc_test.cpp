@@ -55,24 +55,46 @@ TEST(HvImgProc, WindowSettlesOnTheTarget) {
   EXPECT_EQ(settled(Window{0, -49, 20, -47}), (Ends{100, -49, 101, -46}));
 }
 
-// Sets a window once the run has settled its own.
+// Sets a window once the run has settled its own, and fills it.
 class LateProc : public HvImgProc1<Frame> {
  public:
   void prePass() override { storeWindow(98, -60, 200, 100); }
+  void processRows() override {
+    const HvRowLoop loop = rowLoop();
+    for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep)
+      std::fill_n(target->target(loop.x1, y), loop.x2 - loop.x1, R8{9, 9, 9, 9});
+  }
   // On the calling thread alone, unlike the rows.
   void postPass() override { inRows = windowOf(*this); }
 
   Ends inRows;
 };
 
-TEST(HvImgProc, WindowSetByPrePassIsCutToTheTarget) {
-  Frame target(10, 6);
+// The window of the rows, within a picture of 10 x 6 at (100, -50) that is `before` pixels from the start of its
+// memory.
+Ends lateWindow(std::uint32_t options) {
+  constexpr std::size_t before = 200;
+  std::vector<R8> memory(2000);
+  Frame target;
+  target.wrap(10, 6, memory.data() + before);
   target.setWriteOrigin(100, -50);
-  for (const std::uint32_t options : {0u, std::uint32_t{HvImgProc::kUseThreads}}) {
-    LateProc proc;
-    proc.options = options;
-    proc.HvImgProc::process(&target);
-    EXPECT_EQ(proc.inRows, (Ends{100, -50, 110, -44}));
+  LateProc proc;
+  proc.options = options;
+  proc.run(&target);
+  const Ends& ends = proc.inRows;
+  std::vector<R8> expected(memory.size());
+  for (std::int32_t y = ends[1]; y < ends[3]; ++y) {
+    for (std::int32_t x = ends[0]; x < ends[2]; ++x)
+      expected[before + static_cast<std::size_t>((y + 50) * 10 + x - 100)] = R8{9, 9, 9, 9};
+  }
+  EXPECT_TRUE(memory == expected);
+  return ends;
+}
+
+TEST(HvImgProc, WindowSetByPrePassIsCutToTheTarget) {
+  for (const std::uint32_t threads : {0u, std::uint32_t{HvImgProc::kUseThreads}}) {
+    EXPECT_EQ(lateWindow(threads), (Ends{100, -50, 110, -44}));
+    EXPECT_EQ(lateWindow(threads | HvImgProc::kReplaceWindow), (Ends{100, -50, 109, -45}));
   }
 }
 
