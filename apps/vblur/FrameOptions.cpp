@@ -54,7 +54,10 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
         const auto roi = ParseWholeFour("--roi", text);
         job.roi = host::Region{roi[0], roi[1], roi[2], roi[3]};
       });
-  add("--time", "T", "Time of the first frame, in units of the keys: one a frame [0]",
+  add("--start", "N",
+      "Frame that --time is the time of; give it when a sequence is rendered in parts [the first frame]",
+      [&](const std::string& text) { job.start = ParseWhole("--start", text); });
+  add("--time", "T", "Time of the frame --start, in units of the keys: one a frame [0]",
       [&](const std::string& text) { job.time = ParseNumber("--time", text); });
   add("--duration", "D", "Length of the effect in frames [the number of frames]",
       [&](const std::string& text) { job.duration = ParsePositive("--duration", text); });

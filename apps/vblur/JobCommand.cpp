@@ -5,6 +5,7 @@
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/RunJob.h"
+#include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/properties/PropertyText.h"
 
@@ -31,7 +32,7 @@ class JobCommand : public Command {
     host::Job job = host::ReadJobFile(file_);
     for (const std::string& assignment : assignments_)
       Assign(job, assignment);
-    if (frames_) job.frames = frames_;
+    if (frames_) host::TakeFrames(job, *frames_);
     return RunJob(job, global, run_, terminal);
   }
 

@@ -86,7 +86,8 @@ struct Job {
   OutputRecord output;
   // Absent: one frame, without a number in its file names.
   std::optional<FrameRange> frames;
-  // The time of the first frame; frame n has time + (n - first).
+  // The frame that `time` is the time of: frame n has time + (n - start). Absent: the first of `frames`.
+  std::optional<std::int32_t> start;
   double time = 0.0;
   // Absent: the number of frames from first to last.
   std::optional<double> duration;

@@ -160,8 +160,21 @@ double ResolveDuration(const Job& job) {
   return static_cast<double>(std::int64_t{frames.last} - frames.first + 1);
 }
 
+std::int32_t ResolveStart(const Job& job) {
+  return job.start.value_or(ResolveFrames(job).first);
+}
+
 double FrameTime(const Job& job, std::int32_t frame) {
-  return job.time + static_cast<double>(std::int64_t{frame} - ResolveFrames(job).first);
+  return job.time + static_cast<double>(std::int64_t{frame} - ResolveStart(job));
+}
+
+void TakeFrames(Job& job, const FrameRange& frames) {
+  if (!job.frames && !job.duration && ResolveKind(job) == EffectKind::Transition) {
+    Refuse("duration", "missing, expected the length of the transition, since the job has no frames to take it from");
+  }
+  job.start = ResolveStart(job);
+  job.duration = ResolveDuration(job);
+  job.frames = frames;
 }
 
 bool NeedsInput(EffectKind kind) {

@@ -12,8 +12,14 @@ EffectKind ResolveKind(const Job& job);
 FrameRange ResolveFrames(const Job& job);
 // The length of the effect in frames; by default from the first to the last frame, whatever the step.
 double ResolveDuration(const Job& job);
-// The time of a frame: one unit a frame, counted from the first.
+// The frame that the job's time is the time of; by default its first.
+std::int32_t ResolveStart(const Job& job);
+// The time of a frame: one unit a frame, counted from the start.
 double FrameTime(const Job& job, std::int32_t frame);
+
+// Makes the job render other frames. Its start and its duration stay what they were, so a frame is the same whatever is
+// rendered with it. Throws Failure (wrong usage) for a transition that has neither frames nor a duration of its own.
+void TakeFrames(Job& job, const FrameRange& frames);
 
 bool NeedsInput(EffectKind kind);
 

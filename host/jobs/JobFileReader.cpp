@@ -141,6 +141,7 @@ Job ReadJob(const JsonPlace& root) {
   if (const auto field = root.Field("use")) job.kind = ReadKind(*field);
   ReadPictures(root, job);
   if (const auto field = root.Field("frames")) job.frames = ReadFrames(*field);
+  if (const auto field = root.Field("start")) job.start = field->Whole("a frame, a whole number of 32 bits");
   if (const auto field = root.Field("time")) job.time = field->Number();
   if (const auto field = root.Field("duration")) job.duration = field->Number();
   if (const auto field = root.Field("field")) job.field = ReadFieldChoice(*field);

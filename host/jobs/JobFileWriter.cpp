@@ -67,6 +67,7 @@ Json JobToJson(const Job& job) {
   if (job.mask) json["mask"] = MaskToJson(*job.mask);
   json["output"] = OutputToJson(job.output);
   if (job.frames) json["frames"] = {job.frames->first, job.frames->last};
+  if (job.start) json["start"] = *job.start;
   if (job.time != 0.0) json["time"] = job.time;
   if (job.duration) json["duration"] = *job.duration;
   if (job.field != FieldChoice::Frame) json["field"] = FieldToJson(job.field);

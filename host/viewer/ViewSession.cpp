@@ -150,7 +150,7 @@ void ViewSession::RenderIfStale() {
   const FrameRange frames = ResolveFrames(job_);
   const double passed = std::floor(time - job_.time);
   const auto frame = static_cast<std::int32_t>(
-      std::clamp(frames.first + passed, static_cast<double>(frames.first), static_cast<double>(frames.last)));
+      std::clamp(ResolveStart(job_) + passed, static_cast<double>(frames.first), static_cast<double>(frames.last)));
   HRESULT result = kOk;
   try {
     buffers_.Prepare(frame, depth_);

@@ -65,6 +65,37 @@ TEST(JobCheck, CountsTimeFromTheFirstFrame) {
   EXPECT_EQ(FrameTime(job, std::numeric_limits<std::int32_t>::max()), 4294967297.5);
 }
 
+TEST(JobCheck, CountsTimeFromTheStart) {
+  Job job = Sequence();
+  job.time = 2.5;
+  job.start = 10;
+  EXPECT_EQ(FrameTime(job, 1), -6.5);
+  EXPECT_EQ(FrameTime(job, 48), 40.5);
+  EXPECT_EQ(ResolveDuration(job), 48.0);
+}
+
+TEST(JobCheck, OtherFramesHaveTheTimesAndTheLengthOfTheJob) {
+  Job job = Sequence();
+  job.time = 2.5;
+  for (const FrameRange frames : {FrameRange{20, 29, 1}, FrameRange{25, 25, 1}, FrameRange{1, 48, 3}}) {
+    TakeFrames(job, frames);
+    EXPECT_EQ(job.frames, frames);
+    EXPECT_EQ(FrameTime(job, 25), 26.5);
+    EXPECT_EQ(ResolveDuration(job), 48.0);
+  }
+  Job still = Still();
+  TakeFrames(still, {7, 9, 1});
+  EXPECT_EQ(FrameTime(still, 7), 7.0);
+  still = Still();
+  still.input2 = ImageRecord{"b.png", {}, {}, {0, 0}};
+  EXPECT_EQ(UsageFailureOf([&] {
+              TakeFrames(still, {7, 9, 1});
+            }),
+            "duration: missing, expected the length of the transition, since the job has no frames to take it from");
+  still.duration = 12.0;
+  EXPECT_NO_THROW(TakeFrames(still, {7, 9, 1}));
+}
+
 TEST(JobCheck, AcceptsWhatCanBeRendered) {
   EXPECT_NO_THROW(CheckJob(Still()));
   EXPECT_NO_THROW(CheckJob(Sequence()));

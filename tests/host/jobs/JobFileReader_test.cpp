@@ -45,7 +45,7 @@ TEST(JobFileReader, ReadsEveryField) {
     "input2": {"file": "b.####.exr", "origin": [5, 6]},
     "mask": {"file": "m.png", "offset": [-7, 8], "origin": [1, 2]},
     "output": {"file": "out.%04d.exr", "width": 64, "height": 48, "initial": "start.exr", "position": [0.5, 1]},
-    "frames": [-1, 48], "time": -2.5, "duration": 24, "field": "both", "roi": [-1, -2, 3, 4],
+    "frames": [-1, 48], "start": -3, "time": -2.5, "duration": 24, "field": "both", "roi": [-1, -2, 3, 4],
     "project": {"userSize": [720, 486], "worldSize": [4, 3]}, "proxy": [0.5, 0.25],
     "properties": {"Blur": {"keys": [[0, 0.0], [47, 80.0]], "interpolation": "smooth"}, "channels": "luminance",
                    "Mix Back": 10, "Blend": 35, "Mask Red": false, "Mask Green": 0, "Display Cropped": true}})",
@@ -58,6 +58,7 @@ TEST(JobFileReader, ReadsEveryField) {
   expected.mask = MaskRecord{{"m.png", {}, {}, {1, 2}}, {-7, 8}};
   expected.output = OutputRecord{{"out.%04d.exr", {{0.5, 1}}, {}, {0, 0}}, 64, 48, "start.exr"};
   expected.frames = FrameRange{-1, 48, 1};
+  expected.start = -3;
   expected.time = -2.5;
   expected.duration = 24;
   expected.field = FieldChoice::Both;
@@ -158,6 +159,7 @@ TEST(JobFileReader, RefusesWrongTypesAndRangesWithTheirPlace) {
        "frames: expected [first, last] with a last frame that is not before the first, found [5, 4]"},
       {"/frames", {1, 2, 3}, "frames: expected [first, last], two whole numbers of 32 bits, found [1, 2, 3]"},
       {"/frames", "1-5", "frames: expected [first, last], two whole numbers of 32 bits, found \"1-5\""},
+      {"/start", 0.5, "start: expected a frame, a whole number of 32 bits, found 0.5"},
       {"/time", "0", "time: expected a finite number, found \"0\""},
       {"/duration", nullptr, "duration: expected a finite number, found null"},
       {"/field", 3, "field: expected 0, 1, 2 or \"both\", found 3"},

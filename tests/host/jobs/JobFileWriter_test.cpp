@@ -47,6 +47,7 @@ class JobMaker {
     if (Chance()) job.depth = Chance() ? 8 : 16;
     if (Chance()) job.kind = kKinds[random_() % std::size(kKinds)];
     if (Chance()) job.frames = FrameRange{Small(), 2000 + std::abs(Small()), 1};
+    if (Chance()) job.start = Small();
     if (Chance()) job.time = Number();
     if (Chance()) job.duration = Number();
     job.field = static_cast<FieldChoice>(random_() % 4);
