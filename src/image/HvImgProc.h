@@ -57,11 +57,11 @@ class HvImgProc : public HvRowProcessor {
 
  private:
   void settle(const HvTexIndexer& target);
+  // Clips the window to the target, or replaces it with kReplaceWindow. Twice is the same as once.
+  void fitWindow(const HvTexIndexer& target);
   void runPass();
 
   bool hasPixels_ = true;
 };
 
 }  // namespace vblur
-  // Clips the window to the target, or replaces it with kReplaceWindow. Twice is the same as once.
-  void fitWindow(const HvTexIndexer& target);
