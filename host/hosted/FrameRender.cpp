@@ -20,7 +20,8 @@ void RenderInMemory(const EffectFactory& makeEffect, const Job& job, const Frame
   effect.SetUp(job, coordMan, context);
   const HRESULT result = effect.RenderFrame(pictures, effectHost, job.time, 0);
   if (context.Stopped()) throw Failure(ExitCode::Interrupted, "interrupted");
-  if (result != kOk) throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render a picture of the sheet");
+  if (result != kOk || !effect.WhyNotRendered().empty())
+    throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render a picture of the sheet");
 }
 
 BlurSizeFacts FactsOfSize(const EffectFactory& makeEffect, double blur) {

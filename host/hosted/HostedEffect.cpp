@@ -188,6 +188,12 @@ HRESULT HostedEffect::RenderFrame(const FramePictures& pictures, IDSEffectHost& 
   return result;
 }
 
+std::string HostedEffect::WhyNotRendered() const {
+  const FrameRefusal refusal = facts_ ? facts_->WhyNotRendered() : FrameRefusal{};
+  if (refusal.reason == nullptr) return {};
+  return refusal.picture == nullptr ? refusal.reason : std::string("its ") + refusal.picture + " " + refusal.reason;
+}
+
 BlurSizeFacts HostedEffect::DescribeBlurSize(double blur) const {
   return facts_ ? facts_->DescribeBlurSize(blur) : BlurSizeFacts{};
 }

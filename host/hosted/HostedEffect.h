@@ -69,6 +69,8 @@ class HostedEffect {
   const InputOverscan& Overscan() const { return overscan_; }
   // Defaults for an effect without facts.
   FrameMemoryFacts FrameMemory() const { return facts_ ? facts_->DescribeFrameMemory() : FrameMemoryFacts{}; }
+  // Why RenderFrame, whose result was 0, rendered nothing; empty when it did, and for an effect without facts.
+  std::string WhyNotRendered() const;
   BlurSizeFacts DescribeBlurSize(double blur) const;
   // How many threads every render of the process uses.
   void SetRenderThreads(std::int32_t count);

@@ -7,6 +7,7 @@
 
 #include "host/base/Failure.h"
 #include "host/hosted/EffectHost.h"
+#include "host/jobs/JobCheck.h"
 
 namespace vblur::host {
 
@@ -36,16 +37,34 @@ std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output) {
   return ProjectSizes{size, size};
 }
 
+void CheckPlaces(const FramePictures& pictures) {
+  const auto check = [](const char* field, const HostImage* image) {
+    if (image == nullptr) return;
+    const DSPixelPair origin = image->HostOrigin();
+    CheckPictureAt(field, {origin.x, origin.y}, image->Width(), image->Height());
+  };
+  check("output", pictures.output);
+  check("input", pictures.input);
+  check("input2", pictures.input2);
+  if (pictures.mask == nullptr) return;
+  // A mask lies relative to the input, whatever its own origin.
+  const DSPixelPair input = pictures.input == nullptr ? DSPixelPair{} : pictures.input->HostOrigin();
+  const auto& offset = pictures.maskOffset;
+  CheckPictureAt("mask", {std::int64_t{input.x} + offset[0], std::int64_t{input.y} + offset[1]}, pictures.mask->Width(),
+                 pictures.mask->Height());
+}
+
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField) {
   EffectHost host(ProjectOf(job, *pictures.output));
   if (job.mask) pictures.maskOffset = job.mask->offset;
+  CheckPlaces(pictures);
   const bool both = job.field == FieldChoice::Both;
   HRESULT result = kOk;
   for (const FieldChoice field : {both ? FieldChoice::First : job.field, FieldChoice::Second}) {
     result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
     afterField();
-    if (result != kOk || !both || context.Stopped()) break;
+    if (result != kOk || !both || context.Stopped() || !effect.WhyNotRendered().empty()) break;
   }
   return result;
 }

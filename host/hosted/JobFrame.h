@@ -28,8 +28,13 @@ void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
 // The job's project: by default with the output's sizes; nothing for a job whose project is unreadable.
 std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
 
+// Refuses pictures that lie beyond the pixels that the effect counts. Throws Failure (wrong usage) that begins with the
+// job's field.
+void CheckPlaces(const FramePictures& pictures);
+
 // Renders the frame, or both its fields one after the other; calls `afterField` after each. Ends at the first
-// result that is not 0, and when the context is stopped.
+// result that is not 0, when the effect says that it rendered nothing, and when the context is stopped. Throws as
+// CheckPlaces does.
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField);
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -15,6 +14,7 @@
 #include "host/jobs/FrameRangeText.h"
 #include "host/jobs/JobFiles.h"
 #include "host/properties/PropertyText.h"
+#include "platform/IVBlurFacts.h"
 
 namespace vblur::host {
 
@@ -32,21 +32,37 @@ void CheckFinite(std::string_view where, const std::array<double, 2>& pair) {
   CheckFinite(where, pair[1]);
 }
 
-void CheckPlace(const std::string& where, const ImageRecord& image) {
-  if (image.file.empty()) Refuse(where, "expected a file name, found none");
-  if (image.position) CheckFinite(where + "/position", *image.position);
-  if (image.size) CheckFinite(where + "/size", *image.size);
-}
-
 void CheckAtLeastOne(std::string_view where, std::int32_t value) {
   if (value < 1) Refuse(where, "expected at least 1, found " + std::to_string(value));
 }
 
 void CheckPixel(std::string_view where, std::int64_t position) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  if (position < Limits::min() || position > Limits::max()) {
-    Refuse(where, "reaches pixel " + std::to_string(position) + ", expected pixels from -2147483648 to 2147483647");
+  constexpr std::int32_t kFirst = -FrameLimits::kFarthestPixel;
+  constexpr std::int32_t kLast = FrameLimits::kFarthestPixel - 1;
+  if (position >= kFirst && position <= kLast) return;
+  Refuse(where, "reaches pixel " + std::to_string(position) + ", expected pixels from " + std::to_string(kFirst) +
+                    " to " + std::to_string(kLast));
+}
+
+void CheckPixels(std::string_view where, std::int64_t first, std::int64_t count) {
+  CheckPixel(where, first);
+  CheckPixel(where, first + count - 1);
+}
+
+void CheckSide(std::string_view where, std::int32_t pixels) {
+  CheckAtLeastOne(where, pixels);
+  if (pixels > FrameLimits::kLongestSide) {
+    Refuse(where, "expected at most " + std::to_string(FrameLimits::kLongestSide) + " pixels, found " +
+                      std::to_string(pixels));
   }
+}
+
+void CheckPlace(const std::string& where, const ImageRecord& image) {
+  if (image.file.empty()) Refuse(where, "expected a file name, found none");
+  if (image.position) CheckFinite(where + "/position", *image.position);
+  if (image.size) CheckFinite(where + "/size", *image.size);
+  CheckPixel(where + "/origin", image.origin[0]);
+  CheckPixel(where + "/origin", image.origin[1]);
 }
 
 // The effect adds the origin of the first input, or of the output when there is no input.
@@ -57,17 +73,14 @@ void CheckRegion(const Job& job, const Region& region) {
   for (const std::int64_t shift : {0, 1}) {
     const auto x = std::int64_t{region.x} + shift * origin[0];
     const auto y = std::int64_t{region.y} + shift * origin[1];
-    CheckPixel("roi", x);
-    CheckPixel("roi", y);
-    CheckPixel("roi", x + region.width - 1);
-    CheckPixel("roi", y + region.height - 1);
+    CheckPixels("roi", x, region.width);
+    CheckPixels("roi", y, region.height);
   }
 }
 
-void CheckMaskPlace(const Job& job) {
-  if (!job.mask || !job.input) return;
-  CheckPixel("mask/offset", std::int64_t{job.mask->offset[0]} + job.input->origin[0]);
-  CheckPixel("mask/offset", std::int64_t{job.mask->offset[1]} + job.input->origin[1]);
+void CheckMaskPlace(const MaskRecord& mask, const ImageRecord& input) {
+  CheckPixel("mask/offset", std::int64_t{mask.offset[0]} + input.origin[0]);
+  CheckPixel("mask/offset", std::int64_t{mask.offset[1]} + input.origin[1]);
 }
 
 void CheckImages(const Job& job) {
@@ -75,11 +88,13 @@ void CheckImages(const Job& job) {
   if (job.input2) CheckPlace("input2", *job.input2);
   if (job.mask) CheckPlace("mask", *job.mask);
   CheckPlace("output", job.output);
-  if (job.output.width) CheckAtLeastOne("output/width", *job.output.width);
-  if (job.output.height) CheckAtLeastOne("output/height", *job.output.height);
+  if (job.output.width) CheckSide("output/width", *job.output.width);
+  if (job.output.height) CheckSide("output/height", *job.output.height);
+  CheckPictureAt("output", {job.output.origin[0], job.output.origin[1]}, job.output.width.value_or(1),
+                 job.output.height.value_or(1));
+  if (job.mask && job.input) CheckMaskPlace(*job.mask, *job.input);
   if (job.output.initial && job.output.initial->empty()) Refuse("output/initial", "expected a file name, found none");
   if (job.roi) CheckRegion(job, *job.roi);
-  CheckMaskPlace(job);
 }
 
 void CheckSetting(const Property& property, const PropertyStore::Setting& setting) {
@@ -143,6 +158,13 @@ void CheckNeeds(const Job& job) {
 }
 
 }  // namespace
+
+void CheckPictureAt(std::string_view where, const PixelPosition& corner, std::int32_t width, std::int32_t height) {
+  CheckSide(where, width);
+  CheckSide(where, height);
+  CheckPixels(where, corner[0], width);
+  CheckPixels(where, corner[1], height);
+}
 
 EffectKind ResolveKind(const Job& job) {
   if (job.kind) return *job.kind;

@@ -1,7 +1,9 @@
 // Resolves what a job leaves open, and checks that it can be rendered, before anything is read or written.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "host/jobs/Job.h"
 
@@ -23,10 +25,16 @@ void TakeFrames(Job& job, const FrameRange& frames);
 
 bool NeedsInput(EffectKind kind);
 
+// The lower left corner of a picture, which may be a sum.
+using PixelPosition = std::array<std::int64_t, 2>;
+// Refuses a picture whose pixels, or whose sides, are beyond what the effect counts (FrameLimits). Throws Failure
+// (wrong usage) that begins with `where`.
+void CheckPictureAt(std::string_view where, const PixelPosition& corner, std::int32_t width, std::int32_t height);
+
 // Refuses invalid values: numbers that are not finite, an unknown depth or kind, property
 // values that are not allowed, empty regions, sizes below one pixel, frames in the wrong order, and
-// regions and masks that reach beyond 32-bit pixel positions. Throws Failure (wrong usage) that names the
-// field.
+// pictures, regions and masks that reach beyond the pixels that the effect counts. Throws Failure (wrong usage) that
+// names the field.
 void CheckValues(const Job& job);
 
 struct JobCheckOptions {

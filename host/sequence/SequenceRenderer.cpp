@@ -241,9 +241,10 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
   const HRESULT result = RenderFields(effect, job_, pictures, time, context_, keepMemory);
   if (context_.Stopped()) throw FrameDropped{};
   slot.result.overscan = effect.Overscan();
-  if (result == kOk) return;
+  const std::string why = effect.WhyNotRendered();
+  if (result == kOk && why.empty()) return;
   Refuse(ExitCode::SomeFramesFailed, slot.result.file.string(),
-         "the effect cannot render this frame (" + FormatResult(result) + ")");
+         "the effect cannot render this frame" + (result == kOk ? ": " + why : " (" + FormatResult(result) + ")"));
 }
 
 void SequenceRun::Write(FrameSlot& slot) {

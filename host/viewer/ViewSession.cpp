@@ -28,6 +28,18 @@ void CheckFrame(const Job& job, std::int32_t frame) {
   CheckJob(single, {.outputMayBeInput = true});
 }
 
+// A view of the whole frame.
+std::array<std::int32_t, 2> SizeOf(const ProjectFrame& frame) {
+  constexpr double kMost = 1 << 16;
+  const double width = std::ceil(frame.width);
+  const double height = std::ceil(frame.height);
+  if (!(width <= kMost && height <= kMost)) {
+    throw Failure(ExitCode::WrongUsage, "the project's frame of " + FormatNumber(width) + " x " + FormatNumber(height) +
+                                            " pixels is too large to be shown, expected at most 65536 a side");
+  }
+  return {static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)};
+}
+
 std::string NameOf(const GUID& guid) {
   const Property* const property = FindProperty(guid);
   return property == nullptr ? FormatGuid(guid) : std::string(property->name);
@@ -84,8 +96,7 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
   const HostImage& output = buffers_.Output();
   const auto project = ProjectOf(job, output);
   const ProjectFrame whole = FrameOf(project, output);
-  const auto size = options.size.value_or(std::array<std::int32_t, 2>{
-      static_cast<std::int32_t>(std::ceil(whole.width)), static_cast<std::int32_t>(std::ceil(whole.height))});
+  const auto size = options.size ? *options.size : SizeOf(whole);
   geometry_.emplace(whole, size[0], size[1]);
   geometry_->SetZoom(options.zoom);
   geometry_->SetPan(options.pan[0], options.pan[1]);
@@ -152,11 +163,13 @@ void ViewSession::RenderIfStale() {
   const auto frame = static_cast<std::int32_t>(
       std::clamp(ResolveStart(job_) + passed, static_cast<double>(frames.first), static_cast<double>(frames.last)));
   HRESULT result = kOk;
+  std::string why;
   try {
     buffers_.Prepare(frame, depth_);
     // On a clone, like background renders; it reports the placement to the effect.
     HostedEffect clone = effect_->Clone("clone");
     result = RenderFields(clone, job_, buffers_.Pictures(), time, context_, [] {});
+    why = clone.WhyNotRendered();
   } catch (const FileInterrupted&) {
   } catch (const std::bad_alloc&) {
     result = kOutOfMemory;
@@ -166,6 +179,7 @@ void ViewSession::RenderIfStale() {
   if (result != kOk) {
     throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render this frame (" + FormatResult(result) + ")");
   }
+  if (!why.empty()) throw Failure(ExitCode::SomeFramesFailed, "the effect cannot render this frame: " + why);
   watch_->isStale = false;
   watch_->renderedTime = time;
   ++rendersDone_;

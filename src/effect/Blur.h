@@ -63,6 +63,7 @@ class Blur : public HvDsEffect,
   BlurSizeFacts DescribeBlurSize(double blur) const override;
   bool RanOutOfMemory() const override { return frame.interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
   FrameMemoryFacts DescribeFrameMemory() const override { return frameMemory_; }
+  FrameRefusal WhyNotRendered() const override { return frame.refusal; }
 
   HRESULT ConnectOverlay(IUnknown* viewer) override { return HvDsEffect::ConnectOverlay(viewer); }
   HRESULT DisconnectOverlay() override;
@@ -102,6 +103,12 @@ class Blur : public HvDsEffect,
   void EvaluateCrop(double time);
   void UpdateTransition(double time);
   void ReportPlaces();
+  // Notes what is wrong with the frame's pictures. False: it must not be rendered.
+  bool CheckPictures();
+  void NoteBlurWithoutSize();
+  bool NeedsInput() const {
+    return effectKind >= kKindFilter && effectKind <= kKindUnused && effectKind != kKindGenerator;
+  }
   HRESULT RenderSettledFrame(double time);
 
   template <class Pixel>

@@ -132,8 +132,7 @@ HRESULT Blur::Verify() {
   if (const HRESULT result = CDSImageEffect::Verify(); result < 0) return result;
   if (const HRESULT result = VerifyEffect(); result < 0) return result;
   if (outputImage == nullptr) return kNullPointer;
-  const bool needsInput = effectKind >= kKindFilter && effectKind <= kKindUnused && effectKind != kKindGenerator;
-  if (needsInput && inputImage == nullptr) return kNullPointer;
+  if (NeedsInput() && inputImage == nullptr) return kNullPointer;
   if (effectKind == kKindTransition && input2Image == nullptr) return kNullPointer;
   if (effectKind == kKindPaint && maskImage == nullptr) return kNullPointer;
   return kOk;

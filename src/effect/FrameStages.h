@@ -13,13 +13,15 @@
 
 namespace vblur {
 
-// Wraps a host's image, or one field of it, without copying. Empty for an image that is absent or not usable.
+// Wraps a host's image, or one field of it, without copying. Empty for an image that is absent or not usable, or that
+// has no memory.
 template <class Texture>
 void WrapImage(const FrameState& frame, Texture& texture, const IDSImage* image, std::int32_t originX,
                std::int32_t originY) {
   if (image == nullptr || image->IsUsable() != kOk) return texture.release();
   const DSPixelPair size = image->Size();
   auto* first = static_cast<std::byte*>(image->FirstPixel());
+  if (first == nullptr) return texture.release();
   if (!frame.RendersHalfHeight()) {
     texture.wrap(size.x, size.y, first);
   } else {

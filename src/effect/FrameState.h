@@ -10,6 +10,7 @@
 #include "effect/PlaceRecord.h"
 #include "image/HvInteruptable.h"
 #include "image/Pixels.h"
+#include "platform/IVBlurFacts.h"
 
 namespace vblur {
 
@@ -70,6 +71,8 @@ struct FrameState : FrameValues {
   std::int32_t PollInterrupt() { return poll(&interrupt); }
 
   HvInterruptRecord interrupt;
+  // None in a clone that has rendered nothing.
+  FrameRefusal refusal;
 };
 
 }  // namespace vblur

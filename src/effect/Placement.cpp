@@ -18,9 +18,9 @@ void Blur::SettleRegion() {
   } else {
     const DSPixelPair size = outputImage->Size();
     frame.regionX0 = 0;
-    frame.regionX1 = size.x - 1;
+    frame.regionX1 = wrapSub(size.x, 1);
     frame.regionY0 = 0;
-    frame.regionY1 = size.y - 1;
+    frame.regionY1 = wrapSub(size.y, 1);
   }
   ReadImagePlacement(inputImage, frame.inputPlace, coordMan, effectHost);
   ReadImagePlacement(outputImage, frame.outputPlace, coordMan, effectHost);

@@ -57,6 +57,7 @@ void Blur::EvaluateCrop(double time) {
 
 HRESULT Blur::RenderFrame(double time) {
   frameMemory_ = {};
+  frame.refusal = {};
   if (const HRESULT result = PrepareData(); result != kOk) return result;
   ArmInterrupt();
   frame.SettleField(hostField);
@@ -71,10 +72,19 @@ HRESULT Blur::RenderFrame(double time) {
 
   HvMemoryAccount account;
   const HvMemoryScope scope(&account);
-  const HRESULT result = RenderSettledFrame(time);
+  const HRESULT result = CheckPictures() ? RenderSettledFrame(time) : kOk;
+  NoteBlurWithoutSize();
   frameMemory_ = {BytesOf(outputImage) + BytesOf(inputImage) + BytesOf(input2Image) + BytesOf(maskImage),
                   account.peak()};
   return result;
+}
+
+// The filter stops for want of memory at sizes that no memory serves: those that are no numbers, and negative ones.
+void Blur::NoteBlurWithoutSize() {
+  const bool isStopped = frame.interrupt.state.load(std::memory_order_relaxed) == HvInterruptRecord::kOutOfMemoryReason;
+  if (isStopped && !RanOutOfMemory() && frame.refusal.reason == nullptr) {
+    frame.refusal = {nullptr, "its blur has no size that can be rendered"};
+  }
 }
 
 HRESULT Blur::RenderSettledFrame(double time) {

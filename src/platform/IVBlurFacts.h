@@ -20,6 +20,20 @@ struct FrameMemoryFacts {
   std::int64_t own = 0;       // what it allocated: pictures between its stages, lines and tables
 };
 
+// Why the last frame was not rendered, or not from all its pictures.
+struct FrameRefusal {
+  const char* picture = nullptr;  // "output", "input", "second input", "mask"; null when it is none of them
+  const char* reason = nullptr;   // in words that go on from there, such as "has no pixels"; null: it was rendered
+};
+
+// What the effect's 32-bit positions carry, with the farthest that a blur reads beyond a picture. A frame with a
+// picture beyond these limits is refused.
+struct FrameLimits {
+  // Every corner of a picture lies within -kFarthestPixel and kFarthestPixel.
+  static constexpr std::int32_t kFarthestPixel = 1 << 29;
+  static constexpr std::int32_t kLongestSide = 1 << 26;
+};
+
 class IVBlurFacts : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A821}");
@@ -29,6 +43,8 @@ class IVBlurFacts : public IUnknown {
   virtual bool RanOutOfMemory() const = 0;
   // Of the last frame, also if it was interrupted.
   virtual FrameMemoryFacts DescribeFrameMemory() const = 0;
+  // Of the last frame. RenderFrame returns 0 then too; a stop by the host and a lack of memory are no refusals.
+  virtual FrameRefusal WhyNotRendered() const = 0;
 
  protected:
   ~IVBlurFacts() = default;

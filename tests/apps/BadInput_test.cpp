@@ -43,6 +43,29 @@ TEST_F(BadInput, PicturesWithoutPixelsOrWithTooMany) {
   ExpectUnreadable("none.tga", "it has no pixels (0 x 0 pixels)");
 }
 
+// Positions and sizes with which pixels could not be counted.
+TEST_F(BadInput, PicturesBeyondThePixelsThatCount) {
+  const std::string expected = ", expected pixels from -536870912 to 536870911";
+  for (const char* origin : {"2147483600", "-2147483648", "536870912"}) {
+    ExpectWrongOption("--origin", std::string(origin) + ",0",
+                      "input/origin: reaches pixel " + std::string(origin) + expected);
+  }
+  // Its size is known when it is read.
+  ExpectWrongOption("--origin", "0,536870900", "output: reaches pixel 536870929" + expected);
+  EXPECT_EQ(Run({"render", "in.png", "far.png", "--origin", "536870872,-536870912"}).exit, 0);
+  folder_.Write("job.json", R"({"input": {"file": "in.png", "origin": [-2147483648, 0]}, "output": {"file": "o.png"},
+                                "properties": {"Blur": 20, "Crop Left": 10, "Display Cropped": true}})");
+  ExpectRefusal({"job", "job.json"}, 2, "input/origin: reaches pixel -2147483648" + expected);
+}
+
+// A size of 0 over a project of 0: not a number.
+TEST_F(BadInput, ABlurWithoutASizeFailsTheFrame) {
+  folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "o.png"}, "properties": {"Blur": 9},
+                                "project": {"userSize": [0, 10], "worldSize": [10, 10]}})");
+  ExpectRefusal({"job", "job.json"}, 1,
+                "o.png: the effect cannot render this frame: its blur has no size that can be rendered");
+}
+
 TEST_F(BadInput, UnknownNamesGetTheNearest) {
   ExpectRefusal({"render", "in.png", "out.png", "--blurr", "5"}, 2,
                 "unknown option \"--blurr\"; did you mean \"--blur\"?; see vblur render --help");

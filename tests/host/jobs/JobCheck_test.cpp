@@ -185,7 +185,7 @@ TEST(JobCheck, RefusesWrongValues) {
       {[](Job& job) {
          job.roi = Region{2147483647, 0, 2, 1};
        },
-       "roi: reaches pixel 2147483648, expected pixels from -2147483648 to 2147483647"},
+       "roi: reaches pixel 2147483647, expected pixels from -536870912 to 536870911"},
       {[](Job& job) {
          job.frames = FrameRange{5, 4, 1};
        },
@@ -210,19 +210,49 @@ TEST(JobCheck, RefusesWrongValues) {
     EXPECT_EQ(FailureWith(Still(), change), message);
 }
 
-TEST(JobCheck, RefusesPixelPositionsBeyond32Bits) {
+TEST(JobCheck, RefusesPixelsBeyondThoseThatCount) {
+  const std::string expected = ", expected pixels from -536870912 to 536870911";
+  EXPECT_EQ(FailureWith(Still(),
+                        [](Job& job) {
+                          job.input->origin = {0, 2147483600};
+                        }),
+            "input/origin: reaches pixel 2147483600" + expected);
+  EXPECT_EQ(FailureWith(Still(),
+                        [](Job& job) {
+                          job.output.origin = {-536870913, 0};
+                        }),
+            "output/origin: reaches pixel -536870913" + expected);
   Job job = Still();
-  job.input->origin = {-100, 2147483600};
+  job.input->origin = {-100, 536870812};
+  job.roi = Region{0, 0, 10, 100};
+  EXPECT_NO_THROW(CheckJob(job));
+  EXPECT_EQ(FailureWith(job, [](Job& j) { j.roi->height = 101; }), "roi: reaches pixel 536870912" + expected);
+  job.roi.reset();
   EXPECT_EQ(FailureWith(job,
                         [](Job& j) {
-                          j.roi = Region{0, 0, 10, 100};
+                          j.mask = MaskRecord{{"m.png", {}, {}, {}}, {-536870900, 0}};
                         }),
-            "roi: reaches pixel 2147483699, expected pixels from -2147483648 to 2147483647");
-  EXPECT_EQ(FailureWith(job,
-                        [](Job& j) {
-                          j.mask = MaskRecord{{"m.png", {}, {}, {}}, {-2147483600, 0}};
-                        }),
-            "mask/offset: reaches pixel -2147483700, expected pixels from -2147483648 to 2147483647");
+            "mask/offset: reaches pixel -536871000" + expected);
+  const auto widen = [](Job& j) {
+    j.output.origin = {536870900, 0};
+    j.output.width = 13;
+  };
+  EXPECT_EQ(FailureWith(Still(), widen), "output: reaches pixel 536870912" + expected);
+  EXPECT_EQ(FailureWith(Still(), [](Job& j) { j.output.height = 67108865; }),
+            "output/height: expected at most 67108864 pixels, found 67108865");
+}
+
+// Where the sizes of the pictures are known.
+TEST(JobCheck, RefusesPicturesThatReachBeyondThePixelsThatCount) {
+  const auto failure = [](const PixelPosition& corner, std::int32_t width, std::int32_t height) {
+    return UsageFailureOf([&] { CheckPictureAt("input", corner, width, height); });
+  };
+  EXPECT_NO_THROW(CheckPictureAt("input", {536870812, -536870912}, 100, 67108864));
+  EXPECT_EQ(failure({536870812, 0}, 101, 1),
+            "input: reaches pixel 536870912, expected pixels from -536870912 to 536870911");
+  EXPECT_EQ(failure({0, -4294967296}, 1, 1),
+            "input: reaches pixel -4294967296, expected pixels from -536870912 to 536870911");
+  EXPECT_EQ(failure({0, 0}, 67108865, 1), "input: expected at most 67108864 pixels, found 67108865");
 }
 
 TEST(JobCheck, RefusesPropertyValuesThatAreNotAllowed) {

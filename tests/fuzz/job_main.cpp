@@ -1,0 +1,41 @@
+// job_fuzz [--count N] [--seed S] [--only I]: renders random jobs with extreme numbers and prints what became of them.
+// Build with the preset asan.
+#include <cstdio>
+#include <exception>
+
+#include <CLI/CLI.hpp>
+
+#include "tests/fuzz/JobFuzz.h"
+
+int main(int argc, char** argv) {
+  std::uint64_t count = 100000;
+  std::uint64_t seed = 1;
+  std::int64_t only = -1;
+  CLI::App app("Renders random jobs with extreme numbers, until all are rendered or something breaks.");
+  app.add_option("--count", count, "How many [100000]");
+  app.add_option("--seed", seed, "Where they come from [1]");
+  app.add_option("--only", only, "One of them, by its number");
+  CLI11_PARSE(app, argc, argv);
+
+  vblur::test::JobFuzz fuzz(seed);
+  const std::uint64_t first = only < 0 ? 0 : static_cast<std::uint64_t>(only);
+  const std::uint64_t end = only < 0 ? count : first + 1;
+  try {
+    for (std::uint64_t index = first; index < end; ++index) {
+      // After a crash this is the frame that reproduces it.
+      if (index % 100 == 0 || only >= 0) std::fprintf(stderr, "\rframe %llu", static_cast<unsigned long long>(index));
+      fuzz.Render(index);
+    }
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "\n%s\n", error.what());
+    return 1;
+  }
+  const auto& counts = fuzz.counts();
+  std::fprintf(stderr, "\n");
+  std::printf(
+      "%llu frames of seed %llu: %lld rendered, %lld refused by the host, %lld by the effect, %lld out of memory\n",
+      static_cast<unsigned long long>(end - first), static_cast<unsigned long long>(seed),
+      static_cast<long long>(counts.rendered), static_cast<long long>(counts.refusedByHost),
+      static_cast<long long>(counts.refusedByEffect), static_cast<long long>(counts.outOfMemory));
+  return 0;
+}
