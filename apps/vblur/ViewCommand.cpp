@@ -118,7 +118,7 @@ class ViewCommand : public Command {
     host::PictureWriter writer([&context] { return context.Stopped(); });
     const auto write = [&](const std::filesystem::path& file) {
       session.Paint(view);
-      pictures.push_back(writer.WriteBeside(file, view, nullptr, overwrite_));
+      pictures.push_back(writer.WriteBeside(file, view, nullptr, {.overwrite = overwrite_}));
     };
     try {
       for (const host::PenEvent& event : events) {

@@ -1,6 +1,10 @@
 #include "host/base/OutputFileCommit.h"
 
+#include <cerrno>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "host/base/Failure.h"
 #include "host/base/PartFiles.h"
@@ -16,6 +20,15 @@ std::filesystem::path WithoutLinks(const std::filesystem::path& target) {
   return error ? target : real;
 }
 
+// 0, or the system's number of the error. File systems that cannot sync a file or a folder keep it by other means.
+int SyncPath(const std::filesystem::path& path, int flags) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | flags);
+  if (file < 0) return errno;
+  const int error = ::fsync(file) == 0 ? 0 : errno;
+  ::close(file);
+  return error == EINVAL || error == ENOTSUP ? 0 : error;
+}
+
 }  // namespace
 
 OutputFileCommit::OutputFileCommit(const std::filesystem::path& target)
@@ -26,6 +39,11 @@ OutputFileCommit::~OutputFileCommit() {
   if (!committed_) std::filesystem::remove(written_, ignored);
 }
 
+void OutputFileCommit::Sync() {
+  if (const int error = SyncPath(written_, 0)) RefuseToWrite(target_, std::generic_category().message(error));
+  synced_ = true;
+}
+
 void OutputFileCommit::Commit() {
   std::error_code error;
   const auto old = std::filesystem::status(target_, error);
@@ -34,6 +52,11 @@ void OutputFileCommit::Commit() {
   std::filesystem::rename(written_, target_, error);
   if (error) RefuseToWrite(target_, error.message());
   committed_ = true;
+  if (!synced_) return;
+  // A folder may be one to write in but not to read.
+  const auto folder = target_.parent_path();
+  const int unsynced = SyncPath(folder.empty() ? "." : folder, O_DIRECTORY);
+  if (unsynced != 0 && unsynced != EACCES) RefuseToWrite(target_, std::generic_category().message(unsynced));
 }
 
 }  // namespace vblur::host

@@ -15,12 +15,15 @@ class OutputFileCommit {
   OutputFileCommit& operator=(const OutputFileCommit&) = delete;
 
   const std::filesystem::path& WrittenPath() const { return written_; }
+  // Puts what was written on the disk; Commit then does so with the name. Throws Failure (cannot write).
+  void Sync();
   // Renames the file to the target, with the permissions of the file that it replaces. Throws Failure (cannot write).
   void Commit();
 
  private:
   std::filesystem::path target_;
   std::filesystem::path written_;
+  bool synced_ = false;
   bool committed_ = false;
 };
 

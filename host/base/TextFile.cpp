@@ -41,6 +41,7 @@ std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const
   file << text;
   file.close();
   if (!file) fail();
+  commit->Sync();
   return commit;
 }
 

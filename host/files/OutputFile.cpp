@@ -1,11 +1,6 @@
 #include "host/files/OutputFile.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
-#include <limits>
 #include <new>
-#include <sstream>
 #include <system_error>
 
 #include "host/base/Failure.h"
@@ -13,60 +8,6 @@
 #include "host/files/PictureLibrary.h"
 
 namespace vblur::host {
-
-namespace {
-
-constexpr auto k8 = SampleKind::Unsigned8;
-constexpr auto k16 = SampleKind::Unsigned16;
-constexpr auto kFloat = SampleKind::Float;
-
-constexpr std::int32_t kAnySide = std::numeric_limits<std::int32_t>::max();
-
-constexpr std::array<OutputFormat, 11> kFormats = {{
-    {"png", "png", true, k8, k16, false, kAnySide},
-    {"jpeg", "jpg jpeg jpe", false, k8, k8, false, 65500},
-    {"tiff", "tif tiff", true, k8, k16, false, kAnySide},
-    {"openexr", "exr", true, kFloat, kFloat, true, kAnySide},
-    {"dpx", "dpx", true, k8, k16, false, kAnySide},
-    {"webp", "webp", true, k8, k8, false, 16383},
-    {"targa", "tga", true, k8, k8, false, 65535},
-    {"bmp", "bmp", true, k8, k8, false, kAnySide},
-    {"pnm", "ppm", false, k8, k8, false, kAnySide},
-    {"sgi", "sgi rgba rgb", true, k8, k16, false, 65535},
-    {"hdr", "hdr", false, kFloat, kFloat, true, kAnySide},
-}};
-
-std::string Extension(const std::filesystem::path& path) {
-  std::string extension = path.extension().string();
-  if (!extension.empty()) extension.erase(0, 1);
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension;
-}
-
-bool Lists(std::string_view extensions, const std::string& extension) {
-  std::istringstream words{std::string(extensions)};
-  for (std::string word; words >> word;) {
-    if (word == extension) return true;
-  }
-  return false;
-}
-
-}  // namespace
-
-const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
-  const std::string extension = Extension(path);
-  std::string known;
-  for (const OutputFormat& format : kFormats) {
-    if (!extension.empty() && Lists(format.extensions, extension)) return format;
-    if (!known.empty()) known += ' ';
-    known += format.extensions;
-  }
-  Refuse(path.string(),
-         "cannot write: " +
-             (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +
-             ", one of these was expected: " + known);
-}
 
 void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   std::error_code error;
@@ -99,27 +40,18 @@ void WrittenPicture::Commit() {
 }
 
 WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, const HostImage& image,
-                                          const PictureMetadata* metadata, bool overwrite) {
+                                          const PictureMetadata* metadata, const OutputOptions& options) {
   const OutputFormat& format = OutputFormatOf(path);
-  RequireWritable(path, overwrite);
-  if (std::max(image.Width(), image.Height()) > format.mostPixels) {
-    RefuseToWrite(path, "a picture of this format has at most " + std::to_string(format.mostPixels) + " pixels a side");
-  }
-  const SampleKind kind = format.SamplesAt(image.Depth());
-  const int channels = format.hasAlpha ? 4 : 3;
-  const auto width = static_cast<std::size_t>(image.Width());
-  const std::size_t rowBytes = width * static_cast<std::size_t>(channels) * SampleBytes(kind);
+  RequireWritable(path, options.overwrite);
+  WrittenPicture written(path, options.overwrite);
+  const PictureToWrite picture{path, written.WrittenPath(), format, image, metadata, options.storage};
   try {
-    samples_.resize(rowBytes * static_cast<std::size_t>(image.Height()));
+    written.notes_ = ThePictureLibrary().Write(picture, stop_);
   } catch (const std::bad_alloc&) {
     RefuseToWrite(path, "not enough memory");
   }
-  for (std::int32_t y = 0; y < image.Height(); ++y) {
-    WriteColourRow(image.Row(image.Height() - 1 - y), image.Depth(),
-                   samples_.data() + rowBytes * static_cast<std::size_t>(y), kind, channels, width);
-  }
-  WrittenPicture written(path, overwrite);
-  ThePictureLibrary().Write({path, written.WrittenPath(), format, image, samples_.data(), metadata}, stop_);
+  if (stop_ && stop_()) throw FileInterrupted{};
+  if (options.sync) written.file_->Sync();
   return written;
 }
 

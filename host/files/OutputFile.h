@@ -4,28 +4,12 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "host/files/OutputFormat.h"
 #include "host/files/PictureFile.h"
 
 namespace vblur::host {
-
-// An output file format and what its files hold.
-struct OutputFormat {
-  std::string_view name;        // the picture library's name
-  std::string_view extensions;  // in lower case, separated by spaces
-  bool hasAlpha;
-  SampleKind samples8;      // of a picture of 8 bits a component
-  SampleKind samples16;     // of one of 16 bits
-  bool isFloat;             // 8-bit pictures become 16-bit floats
-  std::int32_t mostPixels;  // along each side
-
-  SampleKind SamplesAt(std::int32_t depth) const { return depth == 8 ? samples8 : samples16; }
-};
-
-// The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
-const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 
 // Throws Failure (cannot write) when the file cannot be written: its folder is missing, the name is taken by
 // something other than a file, or by a file while `overwrite` is not set (FailureKind::FileExists).
@@ -42,6 +26,8 @@ class WrittenPicture {
   WrittenPicture& operator=(WrittenPicture&&) noexcept;
 
   const std::filesystem::path& WrittenPath() const;
+  // What the file does not hold of the source picture, a line each; the same for pictures of the same kind.
+  const std::vector<std::string>& Notes() const { return notes_; }
   // Throws Failure (cannot write), also when the target has become unwritable.
   void Commit();
 
@@ -49,27 +35,36 @@ class WrittenPicture {
   std::filesystem::path path_;
   bool overwrite_;
   std::unique_ptr<OutputFileCommit> file_;
+  std::vector<std::string> notes_;
+
+  friend class PictureWriter;
+};
+
+struct OutputOptions {
+  bool overwrite = false;
+  // Whether the file is on its disk before it takes its name, and its name after that.
+  bool sync = true;
+  OutputStorage storage{};
 };
 
 class PictureWriter {
  public:
   explicit PictureWriter(StopTest stop = {}) : stop_(std::move(stop)) {}
 
-  // Writes a four-component picture. 8-bit pictures become 8-bit samples (16-bit floats in a format of
-  // floats), 16-bit ones 16-bit samples or 32-bit floats, or 8-bit samples where a format has no others.
-  // A format without alpha drops it. `metadata` is that of the source picture, or null. Throws Failure (cannot write)
-  // or FileInterrupted, and leaves no file then.
+  // Writes a four-component picture. What the source picture was, the file is: grey or colour, with alpha or without,
+  // of the same type, as far as its format holds that; then the nearest that it holds. `metadata` is that of the
+  // source, or null: then the file has colour, alpha where its format has it, and samples of the picture's depth.
+  // Throws Failure (cannot write) or FileInterrupted, and leaves no file then.
   void Write(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
              bool overwrite) {
-    WriteBeside(path, image, metadata, overwrite).Commit();
+    WriteBeside(path, image, metadata, {.overwrite = overwrite}).Commit();
   }
   // Write without the final rename, which the caller does.
   WrittenPicture WriteBeside(const std::filesystem::path& path, const HostImage& image, const PictureMetadata* metadata,
-                             bool overwrite);
+                             const OutputOptions& options);
 
  private:
   StopTest stop_;
-  std::vector<std::byte> samples_;
 };
 
 }  // namespace vblur::host

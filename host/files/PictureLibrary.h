@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "host/base/LoadModule.h"
 #include "host/files/OutputFile.h"
@@ -31,8 +33,8 @@ struct PictureToWrite {
   const std::filesystem::path& file;    // the one to write to
   const OutputFormat& format;
   const HostImage& image;
-  const std::byte* samples;         // the image as the format's samples at its depth, the top row first
   const PictureMetadata* metadata;  // null for none
+  const OutputStorage& storage;
 };
 
 // Thread-safe.
@@ -42,8 +44,9 @@ class PictureLibrary {
 
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
   virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) = 0;
-  // Throws Failure (cannot write), and FileInterrupted.
-  virtual void Write(const PictureToWrite& picture, const StopTest& stop) = 0;
+  // Returns what the file does not hold of the source picture, a line each. Throws Failure (cannot write), and
+  // FileInterrupted.
+  virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;
   // Scales a four-component picture to the size of another of the same depth, each component independently.
   virtual void Scale(const HostImage& from, HostImage& to) = 0;
 };

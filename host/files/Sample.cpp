@@ -1,5 +1,7 @@
 #include "host/files/Sample.h"
 
+#include <cstring>
+
 namespace vblur::host {
 
 namespace {
@@ -30,6 +32,30 @@ void WriteColours(const Component* pixels, Sample* samples, int channels, std::s
   for (std::size_t x = 0; x < width; ++x, pixels += 4, samples += channels) {
     for (int c = 0; c < channels; ++c)
       samples[c] = ToSample<Sample>(pixels[c]);
+  }
+}
+
+template <typename Component, typename Convert>
+void WriteStrided(const Component* pixels, int component, std::byte* samples, std::size_t stride, std::size_t width,
+                  Convert convert) {
+  pixels += component;
+  for (std::size_t x = 0; x < width; ++x, pixels += 4, samples += stride) {
+    const auto sample = convert(*pixels);
+    std::memcpy(samples, &sample, sizeof sample);
+  }
+}
+
+template <typename Component>
+void WriteAs(SampleType type, const Component* pixels, int component, std::byte* samples, std::size_t stride,
+             std::size_t width) {
+  const auto write = [&](auto convert) { WriteStrided(pixels, component, samples, stride, width, convert); };
+  switch (type) {
+    case SampleType::Unsigned8: return write([](Component c) { return ToSample<std::uint8_t>(c); });
+    case SampleType::Unsigned10: return write([](Component c) { return ToPackedSample<10>(c); });
+    case SampleType::Unsigned12: return write([](Component c) { return ToPackedSample<12>(c); });
+    case SampleType::Unsigned16: return write([](Component c) { return ToSample<std::uint16_t>(c); });
+    case SampleType::Half: return write([](Component c) { return ToHalfSample(c); });
+    case SampleType::Float: return write([](Component c) { return ToSample<float>(c); });
   }
 }
 
@@ -90,6 +116,18 @@ void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, Sampl
   WithTypes(kind, depth, [&](auto* sample, auto* component) {
     WriteColours(static_cast<decltype(component)>(pixels), static_cast<Target<decltype(sample)>*>(samples), channels,
                  width);
+  });
+}
+
+std::size_t SampleBytes(SampleType type) {
+  if (type == SampleType::Unsigned8) return 1;
+  return type == SampleType::Float ? 4 : 2;
+}
+
+void WriteComponents(const void* pixels, std::int32_t depth, int component, void* samples, SampleType type,
+                     std::size_t stride, std::size_t width) {
+  WithComponentType(depth, [&](auto* typed) {
+    WriteAs(type, static_cast<decltype(typed)>(pixels), component, static_cast<std::byte*>(samples), stride, width);
   });
 }
 

@@ -5,10 +5,13 @@
 // bits). 8-bit components hold 0 to 255, 16-bit ones -32768 to 32767.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <type_traits>
+
+#include "host/jobs/OutputStorage.h"
 
 namespace vblur::host {
 
@@ -76,6 +79,29 @@ constexpr Sample ToSample(Component value) {
   }
 }
 
+// The same as one of the 2^bits - 1 steps of a packed sample, spread over 16 bits by repeating its upper bits.
+template <int bits, typename Component>
+constexpr std::uint16_t ToPackedSample(Component value) {
+  constexpr std::int32_t kFull = FullValue<Component>(ComponentUse::Colour);
+  constexpr std::uint32_t kRange = (1u << bits) - 1;
+  const auto limited = static_cast<std::uint32_t>(value < 0 ? 0 : value > kFull ? kFull : value);
+  const std::uint32_t packed = sample::Quotient(limited * kRange, static_cast<std::uint32_t>(kFull));
+  return static_cast<std::uint16_t>(packed << (16 - bits) | packed >> (2 * bits - 16));
+}
+
+// The bits of the nearest half, halves to even. A component that is not zero is at least 2^-14 and below 2^15, where
+// every half is a normal one.
+template <typename Component>
+constexpr std::uint16_t ToHalfSample(Component value) {
+  const auto bits = std::bit_cast<std::uint32_t>(ToSample<float>(value));
+  const std::uint32_t sign = bits >> 16 & 0x8000u;
+  const std::uint32_t magnitude = bits & 0x7fffffffu;
+  if (magnitude == 0) return static_cast<std::uint16_t>(sign);
+  constexpr std::uint32_t kRebias = 112u << 23;
+  const std::uint32_t rounded = magnitude - kRebias + 0x0fffu + (magnitude >> 13 & 1u);
+  return static_cast<std::uint16_t>(sign | rounded >> 13);
+}
+
 // The index of red, green, blue and alpha among a file's channels; -1: not in the file, which makes a colour 0 and
 // alpha full.
 struct ChannelChoice {
@@ -97,5 +123,11 @@ void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel
 // One row of four-component pixels as samples of a file: the first `channels` (3 or 4) of each pixel.
 void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, SampleKind kind, int channels,
                     std::size_t width);
+
+// Of one sample as the picture library takes it: samples of 10 and 12 bits come in 16.
+std::size_t SampleBytes(SampleType type);
+// One component of a row of four-component pixels as samples of a file, `stride` bytes apart.
+void WriteComponents(const void* pixels, std::int32_t depth, int component, void* samples, SampleType type,
+                     std::size_t stride, std::size_t width);
 
 }  // namespace vblur::host

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "host/jobs/OutputStorage.h"
 #include "host/properties/PropertyStore.h"
 
 namespace vblur::host {
@@ -40,6 +41,7 @@ struct OutputRecord : ImageRecord {
   std::optional<std::int32_t> height;
   // A picture that the output holds before the render; absent: all components zero.
   std::optional<std::string> initial;
+  OutputStorage storage;
 
   friend bool operator==(const OutputRecord&, const OutputRecord&) = default;
 };

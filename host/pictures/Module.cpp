@@ -21,7 +21,9 @@ OIIO::ImageBuf View(const HostImage& image) {
 class PictureModule final : public PictureLibrary {
  public:
   std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) override { return OpenForReading(path); }
-  void Write(const PictureToWrite& picture, const StopTest& stop) override { WritePicture(picture, stop); }
+  std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
+    return WritePicture(picture, stop);
+  }
 
   void Scale(const HostImage& from, HostImage& to) override {
     OIIO::ImageBuf target = View(to);

@@ -5,7 +5,8 @@
 
 namespace vblur::host {
 
-OutputFileStream::OutputFileStream(const std::filesystem::path& path) : IOProxy(path.string(), Write) {
+OutputFileStream::OutputFileStream(const std::filesystem::path& path, const StopTest& stop)
+    : IOProxy(path.string(), Write), stop_(stop) {
   file_ = std::fopen(path.c_str(), "w+b");
   Note(file_ == nullptr);
   if (!file_) m_mode = Closed;
@@ -42,8 +43,15 @@ size_t OutputFileStream::read(void* buffer, size_t size) {
 }
 
 size_t OutputFileStream::write(const void* buffer, size_t size) {
-  // An empty write may pass a null pointer.
-  if (systemError_ == 0 && size > 0) Note(!file_ || std::fwrite(buffer, 1, size, file_) != size);
+  // Some writers hand over a whole picture at once.
+  constexpr size_t kPiece = size_t{16} << 20;
+  const char* from = static_cast<const char*>(buffer);
+  for (size_t left = size; left > 0 && !IsOver();) {
+    const size_t piece = left < kPiece ? left : kPiece;
+    Note(!file_ || std::fwrite(from, 1, piece, file_) != piece);
+    from += piece;
+    left -= piece;
+  }
   return size;
 }
 

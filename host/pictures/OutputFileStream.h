@@ -8,11 +8,14 @@
 
 #include <OpenImageIO/filesystem.h>
 
+#include "host/files/PictureFile.h"
+
 namespace vblur::host {
 
 class OutputFileStream final : public OIIO::Filesystem::IOProxy {
  public:
-  explicit OutputFileStream(const std::filesystem::path& path);
+  // `stop` is borrowed; once it is true nothing more is written, and no error is told.
+  OutputFileStream(const std::filesystem::path& path, const StopTest& stop);
   ~OutputFileStream() override;
 
   // Not "file": the library treats that type as its own class.
@@ -30,7 +33,9 @@ class OutputFileStream final : public OIIO::Filesystem::IOProxy {
 
  private:
   void Note(bool failed) const;
+  bool IsOver() const { return systemError_ != 0 || (stop_ && stop_()); }
 
+  const StopTest& stop_;
   std::FILE* file_ = nullptr;
   mutable int systemError_ = 0;
 };

@@ -2,34 +2,72 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
+#include <string>
 
 namespace vblur::host {
 
 namespace {
 
-// Passed on between formats that support it.
-constexpr std::array<std::string_view, 22> kKept = {
-    "PixelAspectRatio", "Orientation",    "XResolution",   "YResolution",     "ResolutionUnit",
-    "ICCProfile",       "smpte:TimeCode", "smpte:KeyCode", "FramesPerSecond", "chromaticities",
-    "whiteLuminance",   "DateTime",       "Artist",        "Copyright",       "ImageDescription",
-    "DocumentName",     "HostComputer",   "Make",          "Model",           "Keywords",
-    "worldToCamera",    "worldToNDC"};
-constexpr std::array<std::string_view, 3> kKeptGroups = {"Exif:", "GPS:", "IPTC:"};
+// How the source stored its pixels, or what is true of these pixels alone.
+constexpr std::array<std::string_view, 26> kStorage = {"compression",
+                                                       "planarconfig",
+                                                       "textureformat",
+                                                       "wrapmodes",
+                                                       "thumbnail_width",
+                                                       "thumbnail_height",
+                                                       "thumbnail_nchannels",
+                                                       "thumbnail_image",
+                                                       "jpeg:subsampling",
+                                                       "tiff:Compression",
+                                                       "tiff:PhotometricInterpretation",
+                                                       "tiff:PlanarConfiguration",
+                                                       "tiff:Predictor",
+                                                       "tiff:RowsPerStrip",
+                                                       "tiff:ColorSpace",
+                                                       "tiff:subfiletype",
+                                                       "openexr:lineOrder",
+                                                       "openexr:levelmode",
+                                                       "openexr:roundingmode",
+                                                       "openexr:chunkCount",
+                                                       "targa:alpha_type",
+                                                       "bmp:bitsperpixel",
+                                                       "bmp:version",
+                                                       "dpx:ImageDescriptor",
+                                                       "dpx:Packing",
+                                                       "dpx:EncodingMethod"};
 
-constexpr std::array<std::string_view, 5> kLossless = {"none", "rle", "zip", "zips", "piz"};
+// Attributes that formats keep for themselves begin with their names.
+constexpr std::array<std::string_view, 20> kFormatNames = {
+    "png", "jpeg", "tiff", "openexr", "dpx", "webp", "targa", "bmp", "pnm",  "sgi",
+    "hdr", "gif",  "psd",  "cineon",  "iff", "heif", "ico",   "rla", "fits", "jpeg2000"};
 
-bool IsKept(std::string_view name) {
-  return std::find(kKept.begin(), kKept.end(), name) != kKept.end() ||
-         std::any_of(kKeptGroups.begin(), kKeptGroups.end(),
-                     [&](std::string_view group) { return name.substr(0, group.size()) == group; });
+template <std::size_t count>
+bool Lists(const std::array<std::string_view, count>& names, std::string_view name) {
+  return std::ranges::find(names, name) != names.end();
 }
 
-// A profile for grey or four-ink pictures would make a file of red, green and blue invalid.
-bool IsRgbProfile(const OIIO::ParamValue& profile) {
+bool BeginsWith(std::string_view name, std::string_view group) {
+  return name.substr(0, group.size()) == group;
+}
+
+// A profile for other colours than those of the file would make it invalid.
+bool FitsProfile(const OIIO::ParamValue& profile, PixelLayout pixels) {
   constexpr int kColourSpaceAt = 16;
   if (profile.datasize() < kColourSpaceAt + 4) return false;
-  return std::string_view(static_cast<const char*>(profile.data()) + kColourSpaceAt, 4) == "RGB ";
+  const std::string_view space(static_cast<const char*>(profile.data()) + kColourSpaceAt, 4);
+  return space == (IsGrey(pixels) ? "GRAY" : "RGB ");
+}
+
+bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
+  if (Lists(kStorage, name) || BeginsWith(name, "ICCProfile:")) return false;
+  // Written as colour tags by some formats, and of no meaning to others.
+  if (BeginsWith(name, "oiio:")) return sameFormat && (name == "oiio:ColorSpace" || name == "oiio:Gamma");
+  // To the DPX reader an orientation is a reason to swap width and height.
+  if (name == "Orientation") return format != "dpx";
+  const std::string_view group = name.substr(0, name.find(':'));
+  if (group.size() == name.size() || !Lists(kFormatNames, group)) return true;
+  // Files of arbitrary attributes keep them for a later output of their own format.
+  return group == format || format == "openexr";
 }
 
 }  // namespace
@@ -38,38 +76,21 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   PictureMetadata metadata;
   metadata.input = input;
   metadata.info = info;
-  for (const auto& attribute : input.extra_attribs) {
-    const std::string_view name(attribute.name().c_str(), attribute.name().size());
-    if (!IsKept(name) || (name == "ICCProfile" && !IsRgbProfile(attribute))) continue;
-    metadata.attributes.push_back(attribute);
-  }
-  const std::string& format = info.format;
-  const bool marksAlpha = format == "tiff" || format == "openexr";
+  const bool marksAlpha = info.format == "tiff" || info.format == "openexr";
   metadata.associatedAlpha =
       marksAlpha && input.alpha_channel >= 0 && input.get_int_attribute("oiio:UnassociatedAlpha") == 0;
-  const std::string compression = input.get_string_attribute("compression");
-  if (format == "openexr" && std::find(kLossless.begin(), kLossless.end(), compression) != kLossless.end()) {
-    metadata.losslessExr = compression;
-  }
-  metadata.data = input.roi();
-  metadata.display = input.roi_full();
   return metadata;
 }
 
-void ApplyMetadata(const PictureMetadata& metadata, const OIIO::ImageOutput& writer, OIIO::ImageSpec& output) {
-  // To the DPX reader an orientation is a reason to swap width and height.
-  const bool takesOrientation = std::string_view(writer.format_name()) != "dpx";
-  for (const auto& attribute : metadata.attributes) {
-    if (takesOrientation || attribute.name() != "Orientation") output.extra_attribs.push_back(attribute);
+void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+                   std::string_view format) {
+  const bool sameFormat = metadata.info.format == format;
+  for (const auto& attribute : metadata.input.extra_attribs) {
+    const std::string_view name(attribute.name().c_str(), attribute.name().size());
+    if (!IsPassed(name, sameFormat, format)) continue;
+    if (name == "ICCProfile" && !FitsProfile(attribute, pixels)) continue;
+    output.extra_attribs.push_back(attribute);
   }
-  const bool sameSize = metadata.data.width() == output.width && metadata.data.height() == output.height;
-  if (!sameSize || !writer.supports("displaywindow") || !writer.supports("arbitrary_metadata")) return;
-  output.x = metadata.data.xbegin;
-  output.y = metadata.data.ybegin;
-  output.full_x = metadata.display.xbegin;
-  output.full_y = metadata.display.ybegin;
-  output.full_width = metadata.display.width();
-  output.full_height = metadata.display.height();
 }
 
 }  // namespace vblur::host

@@ -1,5 +1,9 @@
 #include "host/pictures/PictureWriting.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
 #include <optional>
 #include <system_error>
 #include <vector>
@@ -8,113 +12,161 @@
 
 #include "host/base/Failure.h"
 #include "host/pictures/OutputFileStream.h"
-#include "host/pictures/PictureFileMetadata.h"
+#include "host/pictures/OutputLayout.h"
+#include "host/pictures/OutputRows.h"
 #include "host/pictures/PictureFileOpen.h"
 
 namespace vblur::host {
 
 namespace {
 
-// Lossless where possible. Higher compression levels hardly make files smaller.
-void SetCompression(const OutputFormat& format, const PictureMetadata* metadata, OIIO::ImageSpec& spec) {
-  if (format.name == "jpeg") spec.attribute("jpeg:subsampling", "4:4:4");
-  if (format.name == "png") spec.attribute("png:compressionLevel", 4);
-  if (format.name != "openexr") return;
-  const bool keeps = metadata && !metadata->losslessExr.empty();
-  spec.attribute("compression", keeps ? metadata->losslessExr : "piz");
+// The writer of TIFF files leaves a file that nobody can open when it writes metadata through a stream of ours.
+bool TakesStream(const OIIO::ImageOutput& writer) {
+  return writer.supports("ioproxy") && std::string_view(writer.format_name()) != "tiff";
 }
 
-OIIO::ImageSpec Describe(const PictureToWrite& picture, const OIIO::ImageOutput& writer) {
-  const OutputFormat& format = picture.format;
-  const HostImage& image = picture.image;
-  const PictureMetadata* const metadata = picture.metadata;
-  const bool half = format.isFloat && image.Depth() == 8 && format.hasAlpha;
-  OIIO::ImageSpec spec(image.Width(), image.Height(), format.hasAlpha ? 4 : 3,
-                       half ? OIIO::TypeDesc(OIIO::TypeDesc::HALF) : TypeOf(format.SamplesAt(image.Depth())));
-  if (metadata) ApplyMetadata(*metadata, writer, spec);
-  // Without this the writer multiplies by alpha or divides by it.
-  const bool saysAssociated = metadata && metadata->associatedAlpha && format.name == "tiff";
-  if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
-  SetCompression(format, metadata, spec);
-  return spec;
-}
-
-bool StopsWriting(void* stop, float /*portion*/) {
-  return (*static_cast<const StopTest*>(stop))();
+// As many rows as make some megabytes, in multiples of what formats pack together.
+std::int32_t RowsAtOnce(std::size_t rowBytes) {
+  constexpr std::size_t kBytes = std::size_t{4} << 20;
+  constexpr std::size_t kPacked = 64;
+  const std::size_t fitting = kBytes / std::max<std::size_t>(rowBytes, 1);
+  return static_cast<std::int32_t>(std::clamp(fitting / kPacked * kPacked, kPacked, std::size_t{4096}));
 }
 
 // Writes one picture into one file.
 class Writing {
  public:
-  explicit Writing(const PictureToWrite& picture)
-      : picture_(picture), writer_(OIIO::ImageOutput::create(std::string(picture.format.name))) {
+  Writing(const PictureToWrite& picture, const StopTest& stop)
+      : picture_(picture), stop_(stop), writer_(OIIO::ImageOutput::create(std::string(picture.format.name))) {
     if (!writer_) Refuse("the picture library cannot write " + std::string(picture.format.name));
+    layout_ = PlanOutput(picture);
+    RequireSize();
+    rows_.emplace(picture_, layout_);
+    chunk_ = RowsAtOnce(rows_->RowBytes());
   }
 
   void Open() {
-    if (writer_->supports("ioproxy")) {
-      stream_.emplace(picture_.file);
+    if (TakesStream(*writer_)) {
+      stream_.emplace(picture_.file, stop_);
       if (stream_->SystemError() != 0) Fail("the file cannot be made");
       writer_->set_ioproxy(&*stream_);
     }
-    if (!writer_->open(picture_.file.string(), Describe(picture_, *writer_))) Fail("the file cannot be made");
+    if (!writer_->open(picture_.file.string(), layout_.spec)) Fail("the file cannot be made");
   }
 
-  void Put(const StopTest& stop) {
-    StopTest stopOrError = [&] { return (stop && stop()) || (stream_ && stream_->SystemError() != 0); };
-    const OIIO::TypeDesc type = TypeOf(picture_.format.SamplesAt(picture_.image.Depth()));
-    const bool done = writer_->write_image(type, picture_.samples, OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
-                                           StopsWriting, &stopOrError);
-    if (stop && stop()) {
-      writer_->close();
-      throw FileInterrupted{};
+  void Put() {
+    const OIIO::ImageSpec& spec = layout_.spec;
+    std::vector<std::byte> samples = Buffer();
+    for (std::int32_t row = 0; row < spec.height; row += chunk_) {
+      const std::int32_t count = std::min(chunk_, spec.height - row);
+      rows_->Make(row, count, samples.data());
+      const bool done =
+          writer_->write_scanlines(spec.y + row, spec.y + row + count, 0, OIIO::TypeDesc::UNKNOWN, samples.data());
+      StopIfAsked();
+      if (!done || HasSystemError()) Fail("writing failed");
     }
-    if (!done || (stream_ && stream_->SystemError() != 0)) Fail("writing failed");
   }
 
   void Close() {
     const bool closed = writer_->close();
     if (stream_) stream_->close();
-    if (!closed || (stream_ && stream_->SystemError() != 0)) Fail("writing failed");
+    StopIfAsked();
+    if (!closed || HasSystemError()) Fail("writing failed");
+    if (picture_.format.name == "sgi") ClearHeader();
+    // A writer that opens the file by itself may lose an error.
     if (!stream_) RequireWhole();
   }
 
+  std::vector<std::string> Notes() { return std::move(layout_.notes); }
+
  private:
   [[noreturn]] void Refuse(const std::string& why) const { RefuseToWrite(picture_.target, why); }
+  bool HasSystemError() const { return stream_ && stream_->SystemError() != 0; }
 
   [[noreturn]] void Fail(const std::string& otherwise) {
     const std::string message = LibraryMessage(writer_->geterror(), otherwise);
-    const int number = stream_ ? stream_->SystemError() : 0;
-    Refuse(number != 0 ? std::generic_category().message(number) : message);
+    Refuse(HasSystemError() ? std::generic_category().message(stream_->SystemError()) : message);
   }
 
-  // A format's own file access may lose an error; the last row is then missing.
+  void StopIfAsked() {
+    if (!stop_ || !stop_()) return;
+    writer_->close();
+    throw FileInterrupted{};
+  }
+
+  void RequireSize() const {
+    const std::int32_t most = picture_.format.mostPixels;
+    if (std::max(layout_.spec.width, layout_.spec.height) <= most) return;
+    Refuse("a picture of this format has at most " + std::to_string(most) + " pixels a side");
+  }
+
+  std::vector<std::byte> Buffer() const {
+    return std::vector<std::byte>(rows_->RowBytes() * static_cast<std::size_t>(std::min(chunk_, layout_.spec.height)));
+  }
+
+  // The part of the header that means nothing: the writer leaves there what its memory held before.
+  void ClearHeader() const {
+    constexpr long kUnused = 20;
+    const std::array<char, 512 - kUnused> zeros{};
+    std::FILE* const file = std::fopen(picture_.file.c_str(), "r+b");
+    const bool isCleared = file != nullptr && std::fseek(file, kUnused, SEEK_SET) == 0 &&
+                           std::fwrite(zeros.data(), 1, zeros.size(), file) == zeros.size();
+    if (file == nullptr || std::fclose(file) != 0 || !isCleared) Refuse("writing failed");
+  }
+
   void RequireWhole() {
     auto again = OIIO::ImageInput::create(std::string(picture_.format.name));
+    OIIO::ImageSpec config;
+    config.attribute("oiio:UnassociatedAlpha", 1);
     OIIO::ImageSpec spec;
-    if (again && again->open(picture_.file.string(), spec)) {
-      std::vector<float> row(static_cast<std::size_t>(spec.width) * static_cast<std::size_t>(spec.nchannels));
-      if (again->read_scanlines(0, 0, spec.height - 1, spec.height, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT,
-                                row.data())) {
-        return;
-      }
+    if (!again || !again->open(picture_.file.string(), spec, config) || !IsSame(*again)) {
+      Refuse("the file came out incomplete; is the disk full?");
     }
-    Refuse("the file came out incomplete; is the disk full?");
+  }
+
+  bool IsSame(OIIO::ImageInput& again) {
+    const OIIO::ImageSpec& spec = layout_.spec;
+    const OIIO::ImageSpec& found = again.spec();
+    if (found.width != spec.width || found.height != spec.height || found.nchannels != spec.nchannels ||
+        found.format != spec.format) {
+      return false;
+    }
+    std::vector<std::byte> written = Buffer();
+    std::vector<std::byte> read = Buffer();
+    for (std::int32_t row = 0; row < spec.height; row += chunk_) {
+      const std::int32_t count = std::min(chunk_, spec.height - row);
+      if (!again.read_scanlines(0, 0, found.y + row, found.y + row + count, 0, 0, spec.nchannels,
+                                OIIO::TypeDesc::UNKNOWN, read.data())) {
+        return false;
+      }
+      rows_->Make(row, count, written.data());
+      if (std::memcmp(written.data(), read.data(), rows_->RowBytes() * static_cast<std::size_t>(count)) != 0)
+        return false;
+      StopIfAsked();
+    }
+    return true;
   }
 
   const PictureToWrite& picture_;
+  const StopTest& stop_;
+  OutputLayout layout_;
+  std::optional<OutputRows> rows_;
+  std::int32_t chunk_ = 1;
   std::optional<OutputFileStream> stream_;
   std::unique_ptr<OIIO::ImageOutput> writer_;
 };
 
 }  // namespace
 
-void WritePicture(const PictureToWrite& picture, const StopTest& stop) {
+std::vector<std::string> WritePicture(const PictureToWrite& picture, const StopTest& stop) {
+  static const bool takesHalves = OIIO::attribute("tiff:half", 1);
+  static_cast<void>(takesHalves);
   const PictureFileChatter chatter;
-  Writing writing(picture);
+  Writing writing(picture, stop);
   writing.Open();
-  writing.Put(stop);
+  writing.Put();
   writing.Close();
+  return writing.Notes();
 }
 
 }  // namespace vblur::host

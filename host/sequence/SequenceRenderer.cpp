@@ -248,8 +248,8 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
-  slot.written =
-      slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options_.overwrite);
+  const OutputOptions options{options_.overwrite, options_.sync, job_.output.storage};
+  slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
 }
 
 void SequenceRun::Report(FrameSlot& slot) {

@@ -21,6 +21,8 @@ enum class OnError { Stop, Skip };
 struct RenderOptions {
   bool overwrite = false;
   bool skipExisting = false;
+  // Whether every file is on its disk before it takes its name.
+  bool sync = true;
   // Whether frames after a failed one are rendered. Frames before it are always finished.
   OnError onError = OnError::Stop;
   // Threads in total; 0: one per processor.

@@ -99,6 +99,29 @@ TEST_F(OutputFile, APictureTooLargeForItsFormatIsRefused) {
             "out.jpg: cannot write: a picture of this format has at most 65500 pixels a side");
 }
 
+TEST_F(OutputFile, FilesAreTheSameFromRunToRun) {
+  for (const char* name : {"a.sgi", "a.png", "a.tif", "a.exr", "a.tga", "a.bmp", "a.ppm", "a.hdr"}) {
+    PictureWriter().Write(folder_.path() / name, image_, nullptr, true);
+    const std::string once = Bytes(folder_.path() / name);
+    std::vector<char> used(1 << 16, 'x');  // other memory
+    PictureWriter().Write(folder_.path() / name, image_, nullptr, true);
+    EXPECT_EQ(Bytes(folder_.path() / name), once) << name;
+    if (std::string(name) != "a.sgi") continue;
+    EXPECT_EQ(once.substr(20, 492), std::string(492, '\0'));
+  }
+}
+
+TEST_F(OutputFile, AWriteStopsAmidALargePicture) {
+  image_.Reset(8, 4, 2000, 2000);
+  image_.Clear();
+  for (const char* name : {"out.png", "out.tif", "out.exr", "out.dpx", "out.sgi", "out.tga"}) {
+    int asked = 0;
+    PictureWriter stopped([&] { return ++asked > 2; });
+    EXPECT_THROW(stopped.Write(folder_.path() / name, image_, nullptr, true), FileInterrupted) << name;
+    EXPECT_TRUE(NamesIn(folder_.path()).empty()) << name;
+  }
+}
+
 TEST_F(OutputFile, AStoppedWriteLeavesTheOldFile) {
   const auto path = folder_.Write("out.exr", "old");
   PictureWriter stopped([] { return true; });
@@ -142,6 +165,25 @@ TEST_P(OutputFileOnAFullDisk, LeavesTheOldFileAndSaysSo) {
   }
   EXPECT_EQ(message.rfind(path.string() + ": cannot write: ", 0), 0u) << message;
   EXPECT_EQ(Bytes(path), "old");
+  EXPECT_EQ(NamesIn(folder.path()).size(), 1u);
+}
+
+// Some of a file may be there, and the rest not: what is stored first in the file does not speak for the rest.
+TEST_P(OutputFileOnAFullDisk, NoLimitPasses) {
+  const ScratchFolder folder;
+  const auto path = folder.path() / ("out." + std::string(GetParam()));
+  HostImage image;
+  image.Reset(8, 4, 61, 47);
+  FillRandom(image, 0, 255, 3);
+  PictureWriter().Write(path, image, nullptr, true);
+  const auto whole = std::filesystem::file_size(path);
+  for (std::uintmax_t bytes = 1; bytes < whole; bytes += 1 + whole / 60) {
+    const FileSizeLimit limit(bytes);
+    const auto failure = CaughtFailure([&] { PictureWriter().Write(path, image, nullptr, true); });
+    ASSERT_TRUE(failure) << bytes << " of " << whole;
+    EXPECT_EQ(failure->Code(), ExitCode::CannotWrite);
+    EXPECT_EQ(std::filesystem::file_size(path), whole);
+  }
   EXPECT_EQ(NamesIn(folder.path()).size(), 1u);
 }
 

@@ -1,0 +1,165 @@
+#include "host/files/OutputFormat.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <initializer_list>
+#include <limits>
+#include <sstream>
+
+#include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
+
+namespace vblur::host {
+
+namespace {
+
+using Types = SetOf<SampleType>;
+using Layouts = SetOf<PixelLayout>;
+using enum SampleType;
+using enum PixelLayout;
+
+constexpr std::int32_t kAnySide = std::numeric_limits<std::int32_t>::max();
+
+constexpr auto kBytes = Types::These(Unsigned8);
+constexpr auto kWhole = Types::These(Unsigned8, Unsigned16);
+constexpr auto kPacked = Types::These(Unsigned8, Unsigned10, Unsigned12, Unsigned16);
+constexpr auto kAllTypes = Types::These(Unsigned8, Unsigned10, Unsigned12, Unsigned16, Half, Float);
+
+constexpr auto kOpaque = Layouts::These(Grey, Rgb);
+constexpr auto kColours = Layouts::These(Rgb, Rgba);
+constexpr auto kNoGreyAlpha = Layouts::These(Grey, Rgb, Rgba);
+constexpr auto kAllLayouts = Layouts::These(Grey, GreyAlpha, Rgb, Rgba);
+
+// Grey with alpha is left out where readers take its second channel for anything else.
+constexpr std::array<OutputFormat, 11> kFormats = {{
+    {"png", "png", kWhole, kAllLayouts, false, false, "", false, kAnySide},
+    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, 65500},
+    {"tiff", "tif tiff", kAllTypes, kAllLayouts, false, false, "none lzw zip packbits", false, kAnySide},
+    {"openexr", "exr", Types::These(Half, Float), kAllLayouts, true, true,
+     "none rle zip zips piz pxr24 b44 b44a dwaa dwab", false, kAnySide},
+    {"dpx", "dpx", kPacked, kNoGreyAlpha, false, false, "", false, kAnySide},
+    {"webp", "webp", kBytes, kColours, false, false, "lossy lossless", true, 16383},
+    {"targa", "tga", kBytes, kNoGreyAlpha, false, false, "none rle", false, 65535},
+    {"bmp", "bmp", kBytes, kNoGreyAlpha, false, false, "", false, kAnySide},
+    {"pnm", "ppm", kBytes, Layouts::These(Rgb), false, false, "", false, kAnySide},
+    {"sgi", "sgi rgba rgb", kWhole, kNoGreyAlpha, false, false, "", false, 65535},
+    {"hdr", "hdr", Types::These(Float), Layouts::These(Rgb), false, false, "", false, kAnySide},
+}};
+
+std::string Extension(const std::filesystem::path& path) {
+  std::string extension = path.extension().string();
+  if (!extension.empty()) extension.erase(0, 1);
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension;
+}
+
+// The word of a list that equals this one.
+std::string FindWord(std::string_view list, std::string_view word) {
+  std::istringstream words{std::string(list)};
+  for (std::string each; words >> each;) {
+    if (EqualIgnoringCase(each, word)) return each;
+  }
+  return {};
+}
+
+[[noreturn]] void RefuseStorage(const std::filesystem::path& path, const std::string& what, const std::string& found,
+                                const std::string& expected) {
+  Refuse("output", path.filename().string() + ": this format has no " + what + " " + found + ", expected " + expected);
+}
+
+std::string TypesOf(const OutputFormat& format) {
+  std::string names;
+  for (std::size_t type = 0; type < kSampleTypeNames.size(); ++type) {
+    if (!format.types.Has(static_cast<SampleType>(type))) continue;
+    names += (names.empty() ? "" : " ") + std::string(kSampleTypeNames[type]);
+  }
+  return names;
+}
+
+// By SampleType: the others, from the nearest to the farthest.
+constexpr std::array<std::array<SampleType, 5>, 6> kOtherTypes{{
+    {Unsigned10, Unsigned12, Unsigned16, Half, Float},
+    {Unsigned12, Unsigned16, Half, Float, Unsigned8},
+    {Unsigned16, Float, Half, Unsigned10, Unsigned8},
+    {Float, Unsigned12, Half, Unsigned10, Unsigned8},
+    {Float, Unsigned16, Unsigned12, Unsigned10, Unsigned8},
+    {Half, Unsigned16, Unsigned12, Unsigned10, Unsigned8},
+}};
+
+// By PixelLayout.
+constexpr std::array<std::array<PixelLayout, 3>, 4> kOtherLayouts{{
+    {Rgb, GreyAlpha, Rgba},
+    {Rgba, Grey, Rgb},
+    {Rgba, Grey, GreyAlpha},
+    {Rgb, GreyAlpha, Grey},
+}};
+
+template <typename Enum, std::size_t others>
+Enum Nearest(const SetOf<Enum>& held, Enum wanted, const std::array<Enum, others>& order) {
+  if (held.Has(wanted)) return wanted;
+  return *std::ranges::find_if(order, [&](Enum other) { return held.Has(other); });
+}
+
+}  // namespace
+
+const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
+  const std::string extension = Extension(path);
+  std::string known;
+  for (const OutputFormat& format : kFormats) {
+    if (!extension.empty() && !FindWord(format.extensions, extension).empty()) return format;
+    if (!known.empty()) known += ' ';
+    known += format.extensions;
+  }
+  Refuse(path.string(),
+         "cannot write: " +
+             (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +
+             ", one of these was expected: " + known);
+}
+
+std::string FindCompression(const OutputFormat& format, std::string_view name) {
+  return FindWord(format.compressions, name);
+}
+
+void CheckStorage(const std::filesystem::path& path, const OutputStorage& storage) {
+  const OutputFormat& format = OutputFormatOf(path);
+  if (storage.type && !format.types.Has(*storage.type)) {
+    RefuseStorage(path, "type", std::string(NameOf(*storage.type)), "one of " + TypesOf(format));
+  }
+  if (storage.compression && FindCompression(format, *storage.compression).empty()) {
+    RefuseStorage(path, "compression", Quoted(*storage.compression),
+                  format.compressions.empty() ? "none to be given" : "one of " + std::string(format.compressions));
+  }
+  if (!storage.quality) return;
+  const std::string quality = std::to_string(*storage.quality);
+  if (!format.hasQuality) RefuseStorage(path, "quality", quality, "none to be given");
+  if (*storage.quality < 1 || *storage.quality > 100) {
+    Refuse("output", path.filename().string() + ": expected a quality from 1 to 100, found " + quality);
+  }
+  if (storage.compression && EqualIgnoringCase(*storage.compression, "lossless")) {
+    Refuse("output", path.filename().string() + ": what is lossless has no quality, expected one of the two");
+  }
+}
+
+SampleType TypeFor(const StoredType& stored) {
+  if (stored.number == NumberKind::Float) return stored.bytes <= 2 ? Half : Float;
+  if (stored.bits <= 8) return Unsigned8;
+  if (stored.bits <= 10) return Unsigned10;
+  return stored.bits <= 12 ? Unsigned12 : Unsigned16;
+}
+
+SampleType TypeForDepth(std::int32_t depth) {
+  return depth == 8 ? Unsigned8 : depth == 16 ? Unsigned16 : Float;
+}
+
+SampleType NearestType(const OutputFormat& format, SampleType wanted) {
+  return Nearest(format.types, wanted, kOtherTypes[static_cast<std::size_t>(wanted)]);
+}
+
+PixelLayout NearestLayout(const OutputFormat& format, bool isGrey, bool hasAlpha) {
+  const auto wanted = isGrey ? (hasAlpha ? GreyAlpha : Grey) : (hasAlpha ? Rgba : Rgb);
+  return Nearest(format.layouts, wanted, kOtherLayouts[static_cast<std::size_t>(wanted)]);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,66 @@
+// The formats of output files, and what each of them holds.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "host/files/PictureInfo.h"
+#include "host/jobs/OutputStorage.h"
+
+namespace vblur::host {
+
+// What a pixel consists of.
+enum class PixelLayout : std::uint8_t { Grey, GreyAlpha, Rgb, Rgba };
+
+constexpr bool IsGrey(PixelLayout layout) {
+  return layout == PixelLayout::Grey || layout == PixelLayout::GreyAlpha;
+}
+constexpr bool HasAlpha(PixelLayout layout) {
+  return layout == PixelLayout::GreyAlpha || layout == PixelLayout::Rgba;
+}
+
+// A set of enumerators, one bit for each.
+template <typename Enum>
+struct SetOf {
+  unsigned bits = 0;
+
+  template <typename... Members>
+  static constexpr SetOf These(Members... members) {
+    return {((1u << static_cast<unsigned>(members)) | ... | 0u)};
+  }
+  constexpr bool Has(Enum member) const { return (bits >> static_cast<unsigned>(member) & 1u) != 0; }
+};
+
+struct OutputFormat {
+  std::string_view name;        // the picture library's name
+  std::string_view extensions;  // in lower case, separated by spaces
+  SetOf<SampleType> types;
+  SetOf<PixelLayout> layouts;
+  bool hasWindows;                // files tell a data window apart from the frame
+  bool hasAnyChannels;            // of any number, name and type
+  std::string_view compressions;  // what files of this format can be packed with, separated by spaces
+  bool hasQuality;
+  std::int32_t mostPixels;  // along each side
+};
+
+// The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
+const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
+
+// Whether a format knows a compression, whatever its case; its own spelling, or nothing.
+std::string FindCompression(const OutputFormat& format, std::string_view name);
+
+// Refuses what the format of a file does not have. Throws Failure (wrong usage) that names the option or field.
+void CheckStorage(const std::filesystem::path& path, const OutputStorage& storage);
+
+// The narrowest type that holds a stored sample.
+SampleType TypeFor(const StoredType& stored);
+// That of a picture that comes from no file.
+SampleType TypeForDepth(std::int32_t depth);
+// The type itself, or the nearest that the format has: one that holds all of it before one that does not.
+SampleType NearestType(const OutputFormat& format, SampleType wanted);
+// The same for layouts: colour and alpha are given up last, and added only where there is no other way.
+PixelLayout NearestLayout(const OutputFormat& format, bool isGrey, bool hasAlpha);
+
+}  // namespace vblur::host

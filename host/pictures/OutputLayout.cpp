@@ -1,0 +1,332 @@
+#include "host/pictures/OutputLayout.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+namespace vblur::host {
+
+namespace {
+
+OIIO::TypeDesc LibraryTypeOf(SampleType type) {
+  switch (type) {
+    case SampleType::Unsigned8: return OIIO::TypeDesc::UINT8;
+    case SampleType::Unsigned10:
+    case SampleType::Unsigned12:
+    case SampleType::Unsigned16: return OIIO::TypeDesc::UINT16;
+    case SampleType::Half: return OIIO::TypeDesc::HALF;
+    case SampleType::Float: break;
+  }
+  return OIIO::TypeDesc::FLOAT;
+}
+
+template <typename Component>
+bool IsGreyRow(const std::byte* row, std::int32_t width) {
+  for (std::int32_t x = 0; x < width; ++x, row += 4 * sizeof(Component)) {
+    if (std::memcmp(row, row + sizeof(Component), 2 * sizeof(Component)) != 0) return false;
+  }
+  return true;
+}
+
+// Whether red, green and blue are the same everywhere.
+bool IsGreyPicture(const HostImage& image) {
+  for (std::int32_t y = 0; y < image.Height(); ++y) {
+    const bool isGrey = image.Depth() == 8    ? IsGreyRow<std::uint8_t>(image.Row(y), image.Width())
+                        : image.Depth() == 16 ? IsGreyRow<std::int16_t>(image.Row(y), image.Width())
+                                              : IsGreyRow<float>(image.Row(y), image.Width());
+    if (!isGrey) return false;
+  }
+  return true;
+}
+
+bool IsOpaque(const HostImage& image) {
+  const std::size_t bytes = static_cast<std::size_t>(image.Depth() / 8);
+  const std::uint8_t full8 = 255;
+  const std::int16_t full16 = 16384;
+  const float full32 = 1.0f;
+  const void* const full = image.Depth() == 8    ? static_cast<const void*>(&full8)
+                           : image.Depth() == 16 ? static_cast<const void*>(&full16)
+                                                 : static_cast<const void*>(&full32);
+  const std::byte* const first = image.Row(0);
+  for (std::size_t at = 3 * bytes; at < image.ByteCount(); at += 4 * bytes) {
+    if (std::memcmp(first + at, full, bytes) != 0) return false;
+  }
+  return true;
+}
+
+FileWindow Union(const FileWindow& a, const FileWindow& b) {
+  FileWindow both{std::min(a.x, b.x), std::min(a.y, b.y), 0, 0};
+  both.width = static_cast<std::int32_t>(std::max(a.Right(), b.Right()) - both.x);
+  both.height = static_cast<std::int32_t>(std::max(a.Bottom(), b.Bottom()) - both.y);
+  return both;
+}
+
+bool IsZero(const std::byte* from, std::size_t bytes) {
+  return std::all_of(from, from + bytes, [](std::byte each) { return each == std::byte{0}; });
+}
+
+// Columns of the picture that are not all zero in this row: the first and the first beyond them.
+std::pair<std::int32_t, std::int32_t> UsedColumns(const std::byte* row, std::int32_t width, std::size_t pixelBytes) {
+  const auto isZero = [&](std::int32_t x) {
+    return IsZero(row + static_cast<std::size_t>(x) * pixelBytes, pixelBytes);
+  };
+  std::int32_t left = 0;
+  std::int32_t right = width;
+  while (left < right && isZero(left))
+    ++left;
+  while (right > left && isZero(right - 1))
+    --right;
+  return {left, right};
+}
+
+// The smallest window that holds `data` and every pixel that is not all zero.
+FileWindow GrownData(const HostImage& image, const FileWindow& picture, FileWindow data) {
+  const auto pixelBytes = static_cast<std::size_t>(image.Depth() / 8 * image.Components());
+  for (std::int32_t y = 0; y < image.Height(); ++y) {
+    const auto [left, right] = UsedColumns(image.Row(image.Height() - 1 - y), image.Width(), pixelBytes);
+    if (left == right) continue;
+    data = Union(data, {picture.x + left, picture.y + y, right - left, 1});
+  }
+  return data;
+}
+
+// Decides one output.
+class Plan {
+ public:
+  explicit Plan(const PictureToWrite& picture)
+      : picture_(picture), format_(picture.format), metadata_(picture.metadata) {}
+
+  OutputLayout Make() {
+    layout_.notes.clear();
+    ChoosePixels();
+    ChooseChannels();
+    ChooseWindows();
+    Describe();
+    return std::move(layout_);
+  }
+
+ private:
+  std::string Format() const { return std::string(format_.name); }
+  void Note(const std::string& line) { layout_.notes.push_back("output: " + line); }
+
+  bool KeepsChannels() const { return metadata_ != nullptr && format_.hasAnyChannels; }
+
+  void ChoosePixels() {
+    const HostImage& image = picture_.image;
+    bool isGrey = metadata_ != nullptr && metadata_->info.IsGrey();
+    const bool hasAlpha = metadata_ == nullptr || metadata_->info.HasAlpha();
+    if (isGrey && !IsGreyPicture(image)) {
+      isGrey = false;
+      Note("the input is grey and the result is not; written as red, green and blue");
+    }
+    pixels_ = NearestLayout(format_, isGrey, hasAlpha);
+    if (hasAlpha && !HasAlpha(pixels_) && metadata_ != nullptr && !IsOpaque(image)) {
+      Note("alpha is dropped: a " + Format() + " file holds none");
+    }
+    auto wanted = metadata_ != nullptr ? TypeFor(metadata_->info.stored) : TypeForDepth(image.Depth());
+    // Few programs read halves in TIFF files: only a file that held them, or one that was asked to, does.
+    if (wanted == SampleType::Half && format_.name == "tiff" && metadata_->info.format != "tiff") {
+      wanted = SampleType::Float;
+    }
+    type_ = NearestType(format_, picture_.storage.type.value_or(wanted));
+  }
+
+  // Grey takes red's place, or that of the grey channel.
+  std::string NameFor(int component) const {
+    if (metadata_ != nullptr && metadata_->info.format == format_.name) {
+      const PictureInfo& info = metadata_->info;
+      const ChannelChoice& choice = info.choice;
+      const int at =
+          std::array{choice.red, choice.green, choice.blue, choice.alpha}[static_cast<std::size_t>(component)];
+      const bool sameColour = component == 3 || IsGrey(pixels_) == info.IsGrey();
+      if (at >= 0 && sameColour && KeepsChannels()) return info.all[static_cast<std::size_t>(at)].name;
+    }
+    if (component == 0 && IsGrey(pixels_)) return "Y";
+    return std::array{"R", "G", "B", "A"}[static_cast<std::size_t>(component)];
+  }
+
+  // The type of the source's channel, or that of all channels where the output says so or has one for all.
+  SampleType TypeOfChannel(int at) const {
+    if (picture_.storage.type || at < 0 || !KeepsChannels()) return type_;
+    return NearestType(format_, TypeFor(metadata_->info.all[static_cast<std::size_t>(at)].type));
+  }
+
+  void AddComponent(int component, int at) {
+    OutputChannel channel;
+    channel.name = NameFor(component);
+    channel.component = component;
+    channel.type = TypeOfChannel(at);
+    layout_.channels.push_back(channel);
+  }
+
+  void AddPassing(int at, std::size_t place) {
+    OutputChannel channel;
+    channel.name = metadata_->info.all[static_cast<std::size_t>(at)].name;
+    channel.place = place;
+    channel.passedFrom = metadata_->input.channelformat(at);
+    channel.passedAs = channel.passedFrom;
+    // Whole numbers that the format does not have become fractions of their range; ids of 32 bits stay.
+    const bool isHeld = channel.passedFrom == OIIO::TypeDesc::HALF || channel.passedFrom == OIIO::TypeDesc::FLOAT ||
+                        channel.passedFrom == OIIO::TypeDesc::UINT32;
+    if (!isHeld) channel.passedAs = OIIO::TypeDesc::FLOAT;
+    layout_.channels.push_back(channel);
+  }
+
+  void ChooseChannels() {
+    const bool passes = KeepsChannels() && !metadata_->passing.empty();
+    if (!KeepsChannels()) {
+      AddComponents();
+    } else {
+      AddInOrder(passes);
+    }
+    if (metadata_ != nullptr && !metadata_->info.passing.empty() && !format_.hasAnyChannels) NoteDropped();
+  }
+
+  void AddComponents() {
+    AddComponent(0, -1);
+    if (!IsGrey(pixels_)) {
+      AddComponent(1, -1);
+      AddComponent(2, -1);
+    }
+    if (HasAlpha(pixels_)) AddComponent(3, -1);
+  }
+
+  // The source's order, with what the effect made in the places of what it took.
+  void AddInOrder(bool passes) {
+    const PictureInfo& info = metadata_->info;
+    const ChannelChoice& choice = info.choice;
+    std::size_t place = 0;
+    for (int at = 0; at < info.channels; ++at) {
+      if (at == choice.red) AddComponent(0, at);
+      if (!IsGrey(pixels_)) {
+        if (at == choice.green) AddComponent(1, at);
+        if (at == choice.blue) AddComponent(2, at);
+      }
+      if (at == choice.alpha) AddComponent(3, at);
+      if (std::ranges::find(info.passing, at) == info.passing.end()) continue;
+      if (passes) AddPassing(at, place);
+      place += metadata_->input.channelformat(at).size();
+    }
+    // A source with two colours gives no third one.
+    for (int component : {1, 2}) {
+      if (!IsGrey(pixels_) && std::array{0, choice.green, choice.blue}[static_cast<std::size_t>(component)] < 0) {
+        AddComponent(component, choice.red);
+      }
+    }
+  }
+
+  void NoteDropped() {
+    std::string names;
+    for (const int at : metadata_->info.passing)
+      names += (names.empty() ? "" : ", ") + metadata_->info.all[static_cast<std::size_t>(at)].name;
+    Note((metadata_->info.passing.size() == 1 ? "channel " + names + " is" : "channels " + names + " are") +
+         " dropped: a " + Format() + " file holds colour and alpha alone");
+  }
+
+  void ChooseWindows() {
+    const HostImage& image = picture_.image;
+    OIIO::ImageSpec& spec = layout_.spec;
+    FileWindow picture{0, 0, image.Width(), image.Height()};
+    FileWindow data = picture;
+    FileWindow display = picture;
+    if (metadata_ != nullptr) {
+      const PictureInfo& info = metadata_->info;
+      if (const auto place = PlaceInFile(info, image.Width(), image.Height())) {
+        picture = *place;
+        display = info.display;
+        data = format_.hasWindows ? GrownData(image, picture, info.data) : display;
+      }
+    }
+    layout_.picture = picture;
+    spec.x = format_.hasWindows ? data.x : 0;
+    spec.y = format_.hasWindows ? data.y : 0;
+    spec.width = data.width;
+    spec.height = data.height;
+    spec.full_x = format_.hasWindows ? display.x : 0;
+    spec.full_y = format_.hasWindows ? display.y : 0;
+    spec.full_width = display.width;
+    spec.full_height = display.height;
+    if (format_.hasWindows) return;
+    // What is written begins at the file's origin.
+    layout_.picture.x -= data.x;
+    layout_.picture.y -= data.y;
+  }
+
+  void Describe() {
+    OIIO::ImageSpec& spec = layout_.spec;
+    const std::vector<OutputChannel>& channels = layout_.channels;
+    spec.nchannels = static_cast<int>(channels.size());
+    spec.channelnames.clear();
+    spec.alpha_channel = -1;
+    bool isMixed = false;
+    for (std::size_t c = 0; c < channels.size(); ++c) {
+      spec.channelnames.push_back(channels[c].name);
+      if (channels[c].component == 3) spec.alpha_channel = static_cast<int>(c);
+      isMixed = isMixed || channels[c].LibraryType() != channels.front().LibraryType();
+    }
+    spec.set_format(channels.front().LibraryType());
+    for (const OutputChannel& channel : channels) {
+      if (isMixed) spec.channelformats.push_back(channel.LibraryType());
+    }
+    const auto bits = type_ == SampleType::Unsigned10 ? 10 : type_ == SampleType::Unsigned12 ? 12 : 0;
+    if (bits != 0) spec.attribute("oiio:BitsPerSample", bits);
+    if (metadata_ != nullptr) ApplyMetadata(*metadata_, pixels_, spec, format_.name);
+    // Without this the writer multiplies by alpha or divides by it.
+    const bool saysAssociated = metadata_ != nullptr && metadata_->associatedAlpha && format_.name == "tiff";
+    if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
+    SetCompression();
+  }
+
+  // Lossless where possible. Higher compression levels hardly make files smaller.
+  void SetCompression() {
+    OIIO::ImageSpec& spec = layout_.spec;
+    const OutputStorage& storage = picture_.storage;
+    if (format_.name == "jpeg") spec.attribute("jpeg:subsampling", "4:4:4");
+    if (format_.name == "png") spec.attribute("png:compressionLevel", 4);
+    std::string name = format_.name == "openexr" ? "piz" : "";
+    if (metadata_ != nullptr && metadata_->info.format == format_.name) {
+      const std::string kept = FindCompression(format_, metadata_->input.get_string_attribute("compression"));
+      if (!kept.empty()) name = kept;
+    }
+    if (storage.compression) name = FindCompression(format_, *storage.compression);
+    if (format_.name == "webp" && name == "lossy") name = "webp";
+    if (storage.quality) name = std::string(format_.name) + ":" + std::to_string(*storage.quality);
+    if (!name.empty()) spec.attribute("compression", name);
+  }
+
+  const PictureToWrite& picture_;
+  const OutputFormat& format_;
+  const PictureMetadata* const metadata_;
+  OutputLayout layout_;
+  PixelLayout pixels_ = PixelLayout::Rgba;
+  SampleType type_ = SampleType::Unsigned8;
+};
+
+}  // namespace
+
+OIIO::TypeDesc OutputChannel::LibraryType() const {
+  return component < 0 ? passedAs : LibraryTypeOf(type);
+}
+
+std::size_t OutputLayout::PixelBytes() const {
+  std::size_t bytes = 0;
+  for (const OutputChannel& channel : channels)
+    bytes += channel.LibraryType().size();
+  return bytes;
+}
+
+std::optional<FileWindow> PlaceInFile(const PictureInfo& source, std::int32_t width, std::int32_t height) {
+  const auto fits = [&](const FileWindow& window) { return window.width == width && window.height == height; };
+  const FileWindow both = Union(source.data, source.display);
+  if (fits(both)) return both;
+  if (fits(source.data)) return source.data;
+  return std::nullopt;
+}
+
+OutputLayout PlanOutput(const PictureToWrite& picture) {
+  return Plan(picture).Make();
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,47 @@
+// What an output file consists of: its description for the picture library, and where its samples come from.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <OpenImageIO/imageio.h>
+
+#include "host/files/PictureLibrary.h"
+#include "host/pictures/PictureFileMetadata.h"
+
+namespace vblur::host {
+
+// A channel of the file: one of the picture's four components, or one that passes from the source.
+struct OutputChannel {
+  std::string name;
+  int component = -1;  // -1: passing
+  SampleType type = SampleType::Unsigned8;
+  // Of a passing channel: its type in the file and in the source, and its place in a pixel of PictureMetadata::passing.
+  OIIO::TypeDesc passedAs;
+  OIIO::TypeDesc passedFrom;
+  std::size_t place = 0;
+
+  // As the picture library takes it.
+  OIIO::TypeDesc LibraryType() const;
+};
+
+struct OutputLayout {
+  OIIO::ImageSpec spec;
+  std::vector<OutputChannel> channels;
+  // Where the picture lies in the coordinates of the file; `spec` tells which part of it is written.
+  FileWindow picture;
+  // What the file does not hold of the source picture, a line each.
+  std::vector<std::string> notes;
+
+  std::size_t PixelBytes() const;
+};
+
+OutputLayout PlanOutput(const PictureToWrite& picture);
+
+// Where a picture of this size lies in the coordinates of its source's file: both windows together, or the data window
+// alone. Nothing for a picture of another size.
+std::optional<FileWindow> PlaceInFile(const PictureInfo& source, std::int32_t width, std::int32_t height);
+
+}  // namespace vblur::host

@@ -1,0 +1,91 @@
+#include "host/pictures/OutputRows.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+namespace vblur::host {
+
+namespace {
+
+// The columns that the file's row and a row of a source have in common.
+struct CommonColumns {
+  std::size_t inFile = 0;
+  std::size_t inSource = 0;
+  std::size_t count = 0;
+};
+
+CommonColumns Common(const OIIO::ImageSpec& file, const FileWindow& source) {
+  const std::int64_t left = std::max<std::int64_t>(file.x, source.x);
+  const std::int64_t right = std::min<std::int64_t>(std::int64_t{file.x} + file.width, source.Right());
+  if (right <= left) return {};
+  return {static_cast<std::size_t>(left - file.x), static_cast<std::size_t>(left - source.x),
+          static_cast<std::size_t>(right - left)};
+}
+
+bool HasRow(const FileWindow& window, std::int64_t y) {
+  return y >= window.y && y < window.Bottom();
+}
+
+}  // namespace
+
+OutputRows::OutputRows(const PictureToWrite& picture, const OutputLayout& layout)
+    : picture_(picture), layout_(layout), pixelBytes_(layout.PixelBytes()) {}
+
+void OutputRows::Make(std::int32_t first, std::int32_t count, std::byte* rows) const {
+  for (std::int32_t row = 0; row < count; ++row)
+    MakeRow(first + row, rows + RowBytes() * static_cast<std::size_t>(row));
+}
+
+void OutputRows::MakeRow(std::int32_t row, std::byte* samples) const {
+  // Where no source reaches, everything is zero.
+  const FileWindow& picture = layout_.picture;
+  const bool isCovered = picture.x <= layout_.spec.x && picture.Right() >= layout_.spec.x + layout_.spec.width &&
+                         HasRow(picture, layout_.spec.y + row);
+  if (!isCovered) std::memset(samples, 0, RowBytes());
+  for (const OutputChannel& channel : layout_.channels) {
+    if (channel.component >= 0) {
+      PutComponent(channel, row, samples);
+    } else {
+      PutPassing(channel, row, samples);
+    }
+    samples += channel.LibraryType().size();
+  }
+}
+
+void OutputRows::PutComponent(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {
+  const FileWindow& window = layout_.picture;
+  const std::int64_t y = std::int64_t{layout_.spec.y} + row;
+  const CommonColumns columns = Common(layout_.spec, window);
+  if (!HasRow(window, y) || columns.count == 0) return;
+  const HostImage& image = picture_.image;
+  const auto fromTop = static_cast<std::int32_t>(y - window.y);
+  const std::size_t pixelBytes = static_cast<std::size_t>(image.Depth() / 8) * 4;
+  WriteComponents(image.Row(image.Height() - 1 - fromTop) + columns.inSource * pixelBytes, image.Depth(),
+                  channel.component, samples + columns.inFile * pixelBytes_, channel.type, pixelBytes_, columns.count);
+}
+
+void OutputRows::PutPassing(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {
+  const PictureMetadata& source = *picture_.metadata;
+  const FileWindow& window = source.info.data;
+  const std::int64_t y = std::int64_t{layout_.spec.y} + row;
+  const CommonColumns columns = Common(layout_.spec, window);
+  const std::size_t size = channel.passedAs.size();
+  for (std::size_t x = 0; x < static_cast<std::size_t>(layout_.spec.width); ++x)
+    std::memset(samples + x * pixelBytes_, 0, size);
+  if (!HasRow(window, y)) return;
+  const std::size_t sourceBytes = source.info.PassingBytes();
+  const auto fromTop = static_cast<std::size_t>(y - window.y);
+  const std::byte* from = source.passing.data() + channel.place +
+                          (fromTop * static_cast<std::size_t>(window.width) + columns.inSource) * sourceBytes;
+  std::byte* to = samples + columns.inFile * pixelBytes_;
+  for (std::size_t x = 0; x < columns.count; ++x, from += sourceBytes, to += pixelBytes_) {
+    if (channel.passedAs == channel.passedFrom) {
+      std::memcpy(to, from, size);
+    } else {
+      OIIO::convert_pixel_values(channel.passedFrom, from, channel.passedAs, to);
+    }
+  }
+}
+
+}  // namespace vblur::host
