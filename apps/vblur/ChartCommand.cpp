@@ -2,6 +2,7 @@
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
+#include "host/base/NameMatch.h"
 #include "host/files/OutputFile.h"
 #include "host/jobs/FramePattern.h"
 #include "host/studies/TestChart.h"
@@ -52,7 +53,9 @@ class ChartCommand : public Command {
     }
     if (pattern.HasNumber() && !frames_) host::Refuse(file_, "holds a frame number, so --frames was expected");
     if (!pattern.HasNumber() && frames_ && frames_->Count() > 1) {
-      host::Refuse(file_, "several frames need a number such as %04d or #### in the name");
+      host::Refuse("OUTPUT", std::to_string(frames_->Count()) + " frames would all be written to " +
+                                 host::Quoted(file_) +
+                                 ", expected a file name with a frame number such as out.%04d.exr");
     }
   }
 

@@ -75,6 +75,20 @@ std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
   return host::UnknownName("option", unknown, names) + HelpHint(command);
 }
 
+// The option library's own words for values that are missing, too many or not wanted name neither.
+std::string WrongValue(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error) {
+  const std::string message = error.what();
+  const std::size_t start = message.find("--");
+  if (start == std::string::npos) return message;
+  const std::string name = message.substr(start, message.find_first_of(": =", start) - start);
+  const CLI::Option* option = command.get_option_no_throw(name);
+  if (option == nullptr) option = app.get_option_no_throw(name);
+  if (option == nullptr) return message;
+  if (option->get_expected_max() == 0) return name + ": takes no value";
+  if (option->count() > 1) return name + ": given twice";
+  return name + ": expected a value, " + option->get_type_name();
+}
+
 // What the user can do about a failure with the options that the command has.
 std::string Advice(const CLI::App& command, const host::Failure& failure) {
   if (failure.Kind() != host::FailureKind::FileExists) return {};
@@ -150,7 +164,7 @@ class Program {
     const CLI::App& command = ChosenCommand();
     const bool extras = !app_.remaining(true).empty();
     if (extras) return UnknownArgument(app_, command);
-    return std::string(error.what()) + HelpHint(command);
+    return WrongValue(app_, command, error) + HelpHint(command);
   }
 
   Terminal terminal_;

@@ -49,7 +49,7 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
       [&](const std::string& text) {
         job.field = static_cast<host::FieldChoice>(ParseChoice("--field", text, kFields));
       });
-  add("--roi", "X,Y,W,H", "Only this region, in pixels from the lower left corner [the whole picture]",
+  add("--roi", "X,Y,W,H", "Render only this region, in pixels from the lower left corner [the whole picture]",
       [&](const std::string& text) {
         const auto roi = ParseWholeFour("--roi", text);
         job.roi = host::Region{roi[0], roi[1], roi[2], roi[3]};
@@ -61,7 +61,7 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
       [&](const std::string& text) { job.time = ParseNumber("--time", text); });
   add("--duration", "D", "Length of the effect in frames [the number of frames]",
       [&](const std::string& text) { job.duration = ParsePositive("--duration", text); });
-  add("--proxy", "SX,SY", "Scale of the pictures against full resolution [1,1]",
+  add("--proxy", "SX,SY", "Scale of the pictures against full resolution, such as 0.5,0.5 [1,1]",
       [&](const std::string& text) { SetProxy(job, text); });
   add("--origin", "X,Y", "Pixel of the lower left corner of input and output [0,0]",
       [&](const std::string& text) { SetOrigin(job, text); });

@@ -19,6 +19,7 @@ std::string Form(const Property& property) {
 std::string Help(const Property& property) {
   std::string help(property.hint);
   if (!help.empty() && help.back() == '.') help.pop_back();
+  if (property.id == PropertyId::Aspect) help += " (100 along x only, -100 along y only)";
   return help + ": " + DescribeValues(property) + " [" + host::FormatValue(property, property.defaultValue) + "]";
 }
 

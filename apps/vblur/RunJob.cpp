@@ -47,7 +47,7 @@ host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const R
   host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
   host::RenderOptions options = run.render;
   options.threads = global.threads;
-  if (global.verbose > 1) options.trace = &trace;
+  if (global.verbose > 1 && !global.quiet) options.trace = &trace;
   const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.Context(), progress);
   progress.Finish(summary);
   if (summary.code == host::ExitCode::Interrupted) terminal.Fail("interrupted");

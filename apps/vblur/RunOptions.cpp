@@ -31,7 +31,7 @@ void SetFramesInFlight(host::RenderOptions& options, const std::string& text) {
 }  // namespace
 
 void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
-  app.add_flag("-q,--quiet", options.quiet, "Print nothing but failures");
+  app.add_flag("-q,--quiet", options.quiet, "Print nothing but failures, also with -v");
   app.add_flag("-v,--verbose", options.verbose,
                "Print a line for each frame and times at the end; -vv also prints the calls on the effect");
   AddTextOption(app, "--threads", "N", "Threads of a render [one for each processor]",
@@ -53,11 +53,11 @@ void AddRunOptions(CLI::App& app, RunOptions& options) {
   AddTextOption(app, "--frames-in-flight", "N", "Frames that render side by side [automatic]",
                 [&](const std::string& text) { SetFramesInFlight(options.render, text); })
       ->group("Output");
-  AddTextOption(app, "--memory", "SIZE", "Memory limit for frames in flight, such as 512M or 2G [2G]",
+  AddTextOption(app, "--memory", "SIZE", "Memory that the frames in flight may take, such as 512M or 2G [2G]",
                 [&](const std::string& text) { options.render.memory = ParseBytes("--memory", text); })
       ->group("Output");
   AddTextOption(app, "--progress", "auto|none|bar|lines|json",
-                "Progress on the standard error stream [auto: a bar on a terminal]",
+                "Progress on the standard error stream [auto: a bar on a terminal, else none]",
                 [&](const std::string& text) {
                   options.progress = static_cast<ProgressChoice>(ParseChoice("--progress", text, kProgress));
                 })

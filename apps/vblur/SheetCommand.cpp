@@ -94,7 +94,7 @@ class SheetCommand : public Command {
     pictures.caption += "; second clip: ";
     if (second_.empty()) {
       host::MakeSecondClip(pictures.input, pictures.input2);
-      pictures.caption += "the same turned by 180 degrees, colours exchanged";
+      pictures.caption += "the same rotated by 180 degrees, colours exchanged";
       return;
     }
     host::PictureReader().ReadColour(second_, depth, whole);

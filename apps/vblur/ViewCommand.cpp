@@ -69,7 +69,7 @@ class ViewCommand : public Command {
     const auto server = LoadServer(global);
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
     host::ViewSession session(job, frame, view_, server->Factory(), interruption.Context(),
-                              global.verbose > 1 ? &trace : nullptr);
+                              global.verbose > 1 && !global.quiet ? &trace : nullptr);
     WarnOfValues(job, terminal);
     session.OpenPage(PageOf(job), hidesControls_);
     Pictures pictures = Play(session, events, interruption.Context());

@@ -24,8 +24,9 @@ struct Picture : IDSImage {
 };
 
 int main(int, char** argv) {
-  void* library = argv[1] != nullptr ? dlopen(argv[1], RTLD_NOW) : nullptr;
-  if (library == nullptr) return std::fprintf(stderr, "usage: embed SERVER\n"), 2;
+  if (argv[1] == nullptr) return std::fprintf(stderr, "usage: embed SERVER\n"), 2;
+  void* library = dlopen(argv[1], RTLD_NOW);
+  if (library == nullptr) return std::fprintf(stderr, "%s\n", dlerror()), 1;
   auto* getClass = reinterpret_cast<DllGetClassObjectFunction*>(dlsym(library, "DllGetClassObject"));
   ComPtr<IClassFactory> factory;
   ComPtr<IDSImageEffect> effect;

@@ -46,12 +46,12 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     const std::string_view before = text_.substr(0, TokenStart(position));
     const auto line = std::ranges::count(before, '\n') + 1;
     const std::size_t column = before.size() - (before.find_last_of('\n') + 1) + 1;
-    const std::string place = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+    const std::string place = "line " + std::to_string(line) + ", column " + std::to_string(column);
     constexpr int kNumberTooLarge = 406;
     if (error.id == kNumberTooLarge) {
-      Fail(place + "expected a number that a 64-bit float holds, found " + Quoted(lastToken));
+      Fail(place + ": expected a number that a 64-bit float holds, found " + Quoted(lastToken));
     }
-    Fail(place + "not JSON, " + Reason(error.what()));
+    Fail("not JSON (" + place + ": " + Reason(error.what()) + ")");
   }
 
  private:

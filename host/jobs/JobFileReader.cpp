@@ -134,7 +134,7 @@ void ReadPictures(const JsonPlace& root, Job& job) {
 
 Job ReadJob(const JsonPlace& root) {
   if (!root.Value().is_object()) root.FailExpected("an object with the fields of a job");
-  if (const auto field = root.Field("version"); field && field->Value() != 1) field->FailExpected("version 1");
+  if (const auto field = root.Field("version"); field && field->Value() != 1) field->FailExpected("1");
   root.RequireFields(job_fields::kJob, "");
   Job job;
   if (const auto field = root.Field("depth")) job.depth = ReadDepth(*field);

@@ -84,7 +84,7 @@ void DrawResponse(Canvas& canvas, const KernelReport& report, const TextPainter&
   canvas.Frame(left, kTop, side, side, kAxis);
   const std::int32_t pixels = picture.cells * picture.cellPixels;
   std::vector<std::string> lines = {Print("%d x %d pixels, enlarged", pixels, pixels),
-                                    Print("contrast stretched: black is 0, white %.3g of the impulse", peak)};
+                                    Print("black is 0, white %.3g of the impulse", peak)};
   if (picture.cellPixels > 1) {
     lines[0] =
         Print("%d x %d pixels, a square the mean of %d x %d", pixels, pixels, picture.cellPixels, picture.cellPixels);

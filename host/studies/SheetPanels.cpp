@@ -180,7 +180,7 @@ void PlanRamps(SheetPlan& plan, const PropertyStore& common) {
     }
   }
   plan.title = "Transition ramps, one a row";
-  plan.hint = "From the first clip to the second; the time is told in percent of the transition, keys too.";
+  plan.hint = "From the first clip to the second; times and keys are in percent of the transition.";
 }
 
 }  // namespace

@@ -20,8 +20,11 @@ namespace {
 void CheckFrame(const Job& job, std::int32_t frame) {
   const FrameRange frames = ResolveFrames(job);
   if (frame < frames.first || frame > frames.last) {
-    throw Failure(ExitCode::WrongUsage, "frame " + std::to_string(frame) + " is not in the job: expected " +
-                                            std::to_string(frames.first) + " to " + std::to_string(frames.last));
+    const std::string first = std::to_string(frames.first);
+    throw Failure(
+        ExitCode::WrongUsage,
+        "frame " + std::to_string(frame) + " is not in the job: expected " +
+            (frames.first == frames.last ? first + ", its only frame" : first + " to " + std::to_string(frames.last)));
   }
   Job single = job;
   if (job.frames) single.frames = FrameRange{frame, frame};

@@ -19,6 +19,9 @@
 #include <stdint.h>
 
 #ifdef __cplusplus
+#if __cplusplus < 201703L && (!defined(_MSVC_LANG) || _MSVC_LANG < 201703L)
+#error "vblur/Blur.h needs C++17 or later"
+#endif
 extern "C" {
 #endif
 

@@ -138,13 +138,13 @@ std::string readSettings(const vblur_settings* given, vblur_settings& settings) 
   if (given == nullptr) return "settings: null: expected a vblur_settings";
   const std::size_t size = given->struct_size;
   if (size < kLeast) {
-    return text("settings.struct_size: ", size, ": expected ", kLeast, " or more, as vblur_settings_init sets it");
+    return text("settings.struct_size: ", size, ": expected ", kLeast, " or more: call vblur_settings_init first");
   }
   const auto* bytes = reinterpret_cast<const unsigned char*>(given);
   if (size > sizeof(settings) &&
       std::any_of(bytes + sizeof(settings), bytes + size, [](unsigned char b) { return b != 0; })) {
-    return text("settings: asks for what this library does not know, beyond ", sizeof(settings), " of its ", size,
-                " bytes: expected a library as new as vblur/blur.h");
+    return text("settings.struct_size: ", size, ": expected ", sizeof(settings),
+                " or zeros beyond: the program sets fields of a newer vblur/blur.h than this library");
   }
   vblur_settings_init(&settings, sizeof(settings));
   std::memcpy(&settings, given, std::min(size, sizeof(settings)));
@@ -155,7 +155,7 @@ std::string checkPictures(const vblur_picture* source, const vblur_picture* resu
   std::string wrong = firstOf({checkPicture("source", source), checkPicture("result", result)});
   if (!wrong.empty()) return wrong;
   if (source->format != result->format) {
-    return text("result.format: ", result->format, ": expected ", source->format, ", as the source");
+    return text("result.format: ", result->format, ": expected ", source->format, ", the format of the source");
   }
   if (source->width != result->width || source->height != result->height) {
     return text("result: ", result->width, " x ", result->height, " pixels: expected ", source->width, " x ",

@@ -77,6 +77,16 @@ TEST_F(BadInput, UnknownNamesGetTheNearest) {
   ExpectRefusal({"render", "in.png"}, 2, "OUTPUT is required; see vblur render --help");
 }
 
+TEST_F(BadInput, ValuesThatAreMissingTwiceThereOrNotTaken) {
+  ExpectRefusal({"render", "in.png", "out.png", "--blur"}, 2,
+                "--blur: expected a value, NUMBER|TIME:NUMBER,...; see vblur render --help");
+  ExpectRefusal({"render", "in.png", "out.png", "--blur", "1", "--blur", "2"}, 2,
+                "--blur: given twice; see vblur render --help");
+  ExpectRefusal({"render", "in.png", "out.png", "--threads"}, 2,
+                "--threads: expected a value, N; see vblur render --help");
+  ExpectRefusal({"chart", "out.png", "--overwrite=x"}, 2, "--overwrite: takes no value; see vblur chart --help");
+}
+
 TEST_F(BadInput, PropertyValues) {
   ExpectWrongOption("--blur", "nan", "Blur: expected a finite number or keys such as 0:10,24:50, found \"nan\"");
   ExpectWrongOption("--blur", "inf", "Blur: expected a finite number or keys such as 0:10,24:50, found \"inf\"");

@@ -22,7 +22,7 @@ TEST_F(ViewProgram, RefusesWhatItCannotDoBeforeAnythingIsWritten) {
   refuse({"--zoom", "0"}, 2, "--zoom: expected 1/64 to 64, found 0");
   refuse({"--zoom", "65"}, 2, "--zoom: expected 1/64 to 64, found 65");
   refuse({"--size", "0x4"}, 2, "--size: expected at least 1x1, found 0x4");
-  refuse({"--frame", "1"}, 2, "frame 1 is not in the job: expected 0 to 0");
+  refuse({"--frame", "1"}, 2, "frame 1 is not in the job: expected 0, its only frame");
   refuse({"--pen", "none.pen"}, 3, "none.pen: cannot read the pen script: No such file or directory");
   refuse({"--save-job", "none/job.json"}, 4, "none/job.json: cannot write: the folder none does not exist");
   folder_.Write("a.pen", "snap a.png\nmove 1\n");

@@ -22,16 +22,16 @@ TEST(JsonText, BuildsTheSameDocumentAsTheLibrary) {
 }
 
 TEST(JsonText, NamesTheLineAndTheColumn) {
-  EXPECT_EQ(ParseFailure(""), "line 1, column 1: not JSON, unexpected end of input; expected '[', '{', or a literal");
+  EXPECT_EQ(ParseFailure(""), "not JSON (line 1, column 1: unexpected end of input; expected '[', '{', or a literal)");
   EXPECT_EQ(ParseFailure("{\"a\": 1,\n  \"b\" 2}"),
-            "line 2, column 7: not JSON, unexpected number literal; expected ':'");
-  EXPECT_EQ(ParseFailure("{\n\n\"a\": 1,}"), "line 3, column 8: not JSON, unexpected '}'; expected string literal");
-  EXPECT_EQ(ParseFailure("{} x").substr(0, 26), "line 1, column 4: not JSON");
-  EXPECT_EQ(ParseFailure("[1,\n").substr(0, 48), "line 2, column 1: not JSON, unexpected end of in");
-  EXPECT_EQ(ParseFailure("[NaN]"), "line 1, column 2: not JSON, invalid literal");
-  EXPECT_EQ(ParseFailure("{\"a\" \xff"), "line 1, column 6: not JSON, invalid literal; expected ':'");
-  EXPECT_EQ(ParseFailure("[\"a\nb\"]").substr(0, 26), "line 1, column 4: not JSON");
-  EXPECT_EQ(ParseFailure(R"({"a" "x\"y"})").substr(0, 26), "line 1, column 6: not JSON");
+            "not JSON (line 2, column 7: unexpected number literal; expected ':')");
+  EXPECT_EQ(ParseFailure("{\n\n\"a\": 1,}"), "not JSON (line 3, column 8: unexpected '}'; expected string literal)");
+  EXPECT_EQ(ParseFailure("{} x").substr(0, 27), "not JSON (line 1, column 4:");
+  EXPECT_EQ(ParseFailure("[1,\n").substr(0, 48), "not JSON (line 2, column 1: unexpected end of in");
+  EXPECT_EQ(ParseFailure("[NaN]"), "not JSON (line 1, column 2: invalid literal)");
+  EXPECT_EQ(ParseFailure("{\"a\" \xff"), "not JSON (line 1, column 6: invalid literal; expected ':')");
+  EXPECT_EQ(ParseFailure("[\"a\nb\"]").substr(0, 27), "not JSON (line 1, column 4:");
+  EXPECT_EQ(ParseFailure(R"({"a" "x\"y"})").substr(0, 27), "not JSON (line 1, column 6:");
 }
 
 TEST(JsonText, RefusesNumbersThatDoNotFit) {

@@ -133,8 +133,8 @@ struct Refusal {
 TEST(JobFileReader, RefusesWrongTypesAndRangesWithTheirPlace) {
   const std::string image = "expected an image record such as {\"file\": \"plate.%04d.exr\"}, found ";
   const Refusal refusals[] = {
-      {"/version", 2, "version: expected version 1, found 2"},
-      {"/version", "1", "version: expected version 1, found \"1\""},
+      {"/version", 2, "version: expected 1, found 2"},
+      {"/version", "1", "version: expected 1, found \"1\""},
       {"/depth", 12, "depth: expected 8 or 16, found 12"},
       {"/depth", "8", "depth: expected 8 or 16, found \"8\""},
       {"/use", 6,
@@ -231,7 +231,7 @@ TEST(JobFileReader, NamesTheFileAndTakesItsFolder) {
   const auto path = scratch.Write("shot.json", kSmallest.dump());
   EXPECT_EQ(ReadJobFile(path).folder, scratch.path());
   scratch.Write("shot.json", "{\n  \"input\": oops}");
-  const std::string place = path.string() + ": line 2, column 12: not JSON, invalid literal";
+  const std::string place = path.string() + ": not JSON (line 2, column 12: invalid literal";
   EXPECT_EQ(UsageFailureOf([&] { ReadJobFile(path); }).substr(0, place.size()), place);
   scratch.Write("shot.json", With("/depth", 9));
   EXPECT_EQ(UsageFailureOf([&] { ReadJobFile(path); }), path.string() + ": depth: expected 8 or 16, found 9");
