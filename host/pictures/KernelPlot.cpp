@@ -55,12 +55,12 @@ void DrawTitle(Canvas& canvas, const KernelReport& report, const TextPainter& te
              "Impulse response at Blur " + FormatNumber(report.blur), kPlotTitle);
   std::string how =
       "Measured at " + std::to_string(report.depth) +
-      " bits a component: a single bright pixel would be rounded away, so the effect rendered many edges of nearly "
-      "the whole range, each of another height; the mean of them, differentiated, is the response. For the profile " +
-      std::to_string(KernelProfile::kEdges) + " upright edges at an Aspect of 100 (no blur along y), for the picture " +
+      " bits a component. A single bright pixel would be rounded away; so the effect rendered edges of different "
+      "heights, and their mean, differentiated, is the response. The profile is of " +
+      std::to_string(KernelProfile::kEdges) + " vertical edges at an Aspect of 100 (no blur along y), the picture of " +
       std::to_string(report.picture.corners) + " corners.";
   if (report.depth == 8)
-    how += " At 8 bits each of the six boxes rounds to one of 256 steps: that is what looks rough.";
+    how += " At 8 bits each of the six boxes rounds to one of 256 steps, which makes the curve rough.";
   std::int32_t y = kPlotMargin + 58;
   for (const std::string& line : text.Wrap(how, kPlotHead, kWidth - 2 * kPlotMargin)) {
     text.Paint(canvas, kPlotMargin, y, line, kPlotHead);
