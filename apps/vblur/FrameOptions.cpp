@@ -8,6 +8,7 @@ namespace vblur::cli {
 
 namespace {
 
+constexpr std::string_view kOutside[] = {"keep", "clear"};
 constexpr std::string_view kFields[] = {"frame", "first", "second", "both"};
 
 void SetOrigin(host::Job& job, const std::string& text) {
@@ -53,6 +54,11 @@ void AddFrameOptions(CLI::App& app, host::Job& job) {
       [&](const std::string& text) {
         const auto roi = ParseWholeFour("--roi", text);
         job.roi = host::Region{roi[0], roi[1], roi[2], roi[3]};
+      });
+  add("--outside", "keep|clear",
+      "Outside --roi: the input, or nothing [keep, where it has the output's size and place]",
+      [&](const std::string& text) {
+        job.outside = static_cast<host::OutsideChoice>(ParseChoice("--outside", text, kOutside));
       });
   add("--start", "N",
       "Frame that --time is the time of; give it when a sequence is rendered in parts [the first frame]",

@@ -11,6 +11,44 @@
 
 namespace vblur::host {
 
+namespace {
+
+bool LiesAlike(const HostImage& input, const HostImage& output) {
+  const DSPixelPair in = input.HostOrigin();
+  const DSPixelPair out = output.HostOrigin();
+  return input.Width() == output.Width() && input.Height() == output.Height() && in.x == out.x && in.y == out.y;
+}
+
+// Whether the output holds the input outside the region.
+bool KeepsInput(const Job& job, const FramePictures& pictures) {
+  if (!job.roi || job.output.initial || job.outside == OutsideChoice::Clear) return false;
+  if (pictures.input != nullptr && LiesAlike(*pictures.input, *pictures.output)) return true;
+  if (job.outside) Refuse("outside", "the input has not the size and the place of the output, expected clear");
+  return false;
+}
+
+void CopyOutside(const Region& region, const HostImage& input, HostImage& output) {
+  const std::size_t pixel = output.RowBytes() / static_cast<std::size_t>(output.Width());
+  const auto within = [](std::int64_t position, std::int32_t size) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(position, 0, size));
+  };
+  const std::int32_t left = within(region.x, output.Width());
+  const std::int32_t right = within(std::int64_t{region.x} + region.width, output.Width());
+  const std::int32_t bottom = within(region.y, output.Height());
+  const std::int32_t top = within(std::int64_t{region.y} + region.height, output.Height());
+  const auto copy = [&](std::int32_t y, std::int32_t first, std::int32_t last) {
+    const std::size_t start = pixel * static_cast<std::size_t>(first);
+    std::memcpy(output.Row(y) + start, input.Row(y) + start, pixel * static_cast<std::size_t>(last - first));
+  };
+  for (std::int32_t y = 0; y < output.Height(); ++y) {
+    const bool crosses = y >= bottom && y < top;
+    copy(y, 0, crosses ? left : output.Width());
+    if (crosses) copy(y, right, output.Width());
+  }
+}
+
+}  // namespace
+
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                    const std::optional<InitialPicture>& initial, HostImage& output) {
   const auto width = job.output.width.value_or(input ? input->Width() : 0);
@@ -59,6 +97,7 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   EffectHost host(ProjectOf(job, *pictures.output));
   if (job.mask) pictures.maskOffset = job.mask->offset;
   CheckPlaces(pictures);
+  const bool keepsInput = KeepsInput(job, pictures);
   const bool both = job.field == FieldChoice::Both;
   HRESULT result = kOk;
   for (const FieldChoice field : {both ? FieldChoice::First : job.field, FieldChoice::Second}) {
@@ -66,6 +105,8 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
     afterField();
     if (result != kOk || !both || context.Stopped() || !effect.WhyNotRendered().empty()) break;
   }
+  // Last: some channel choices, and a region beside the picture, write pixels outside the region.
+  if (keepsInput) CopyOutside(*job.roi, *pictures.input, *pictures.output);
   return result;
 }
 

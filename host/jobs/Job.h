@@ -17,6 +17,9 @@ enum class EffectKind : std::int32_t { Filter = 1, Source = 2, Generator = 3, Pa
 
 enum class FieldChoice : std::int32_t { Frame = 0, First = 1, Second = 2, Both = 3 };
 
+// What the output holds outside the region: the input, or nothing.
+enum class OutsideChoice : std::int32_t { Keep = 0, Clear = 1 };
+
 // A picture or a sequence of pictures, and its position.
 struct ImageRecord {
   // A file name or a pattern (%04d, ####), as the user wrote it; relative to Job::folder.
@@ -95,6 +98,8 @@ struct Job {
   std::optional<double> duration;
   FieldChoice field = FieldChoice::Frame;
   std::optional<Region> roi;
+  // Absent: the input where it has the output's size and place and the output has no initial picture.
+  std::optional<OutsideChoice> outside;
   // The four content properties; absent: the output's size in pixels.
   std::optional<ProjectSizes> project;
   bool projectUnreadable = false;

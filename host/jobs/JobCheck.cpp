@@ -145,12 +145,20 @@ void CheckNumbers(const Job& job) {
   }
 }
 
+void CheckOutside(const Job& job) {
+  if (!job.outside) return;
+  if (!job.roi) Refuse("outside", "there is no region to be outside of, expected roi too");
+  if (job.output.initial) Refuse("outside", "output/initial is what the output holds there, expected one of the two");
+  if (*job.outside == OutsideChoice::Keep && !job.input) Refuse("outside", "there is no input to keep, expected clear");
+}
+
 void CheckNeeds(const Job& job) {
   const EffectKind kind = ResolveKind(job);
   if (NeedsInput(kind) && !job.input) Refuse("input", "missing, expected a picture to work on");
   if (kind == EffectKind::Transition && !job.input2)
     Refuse("input2", "missing, expected a second clip for a transition");
   if (kind == EffectKind::Paint && !job.mask) Refuse("mask", "missing, expected a mask to paint through");
+  CheckOutside(job);
   if (job.mask && !job.input) Refuse("mask", "lies relative to the input, expected an input too");
   if (!job.input && !(job.output.width && job.output.height)) {
     Refuse("output", "expected width and height, since there is no input to take them from");

@@ -43,9 +43,10 @@ struct JobCheckOptions {
 };
 
 // CheckValues, and refuses what does not go together: pictures that the kind of use needs and that are
-// missing, a mask without an input, no size for the output, frame numbers in file names without frames, more than
-// 1,000,000 frames, several frames written to one file, an output that is one of the inputs. Inputs and `initial`
-// without a number serve every frame. Throws Failure (wrong usage) that names the field.
+// missing, a mask without an input, an outside without a region or beside an initial picture, no size for the output,
+// frame numbers in file names without frames, more than 1,000,000 frames, several frames written to one file, an output
+// that is one of the inputs. Inputs and `initial` without a number serve every frame. Throws Failure (wrong usage) that
+// names the field.
 void CheckJob(const Job& job, const JobCheckOptions& options = {});
 
 }  // namespace vblur::host

@@ -12,9 +12,9 @@
 
 namespace vblur::host::job_fields {
 
-inline constexpr std::array<std::string_view, 16> kJob{"version", "depth",   "use",   "input",     "input2",   "mask",
-                                                       "output",  "frames",  "start", "time",      "duration", "field",
-                                                       "roi",     "project", "proxy", "properties"};
+inline constexpr std::array<std::string_view, 17> kJob{"version", "depth",   "use",     "input", "input2",    "mask",
+                                                       "output",  "frames",  "start",   "time",  "duration",  "field",
+                                                       "roi",     "outside", "project", "proxy", "properties"};
 inline constexpr std::array<std::string_view, 4> kImage{"file", "position", "size", "origin"};
 inline constexpr std::array<std::string_view, 5> kMask{"file", "position", "size", "origin", "offset"};
 inline constexpr std::array<std::string_view, 7> kOutput{"file",  "position", "size",   "origin",

@@ -109,6 +109,13 @@ Region ReadRegion(const JsonPlace& place) {
   return region;
 }
 
+OutsideChoice ReadOutside(const JsonPlace& place) {
+  constexpr std::string_view kExpected = "\"keep\" or \"clear\"";
+  const std::string text = place.Text(kExpected);
+  if (text != "keep" && text != "clear") place.FailExpected(kExpected);
+  return text == "keep" ? OutsideChoice::Keep : OutsideChoice::Clear;
+}
+
 void ReadProject(const JsonPlace& place, Job& job) {
   if (place.Value().is_null()) {
     job.projectUnreadable = true;
@@ -146,6 +153,7 @@ Job ReadJob(const JsonPlace& root) {
   if (const auto field = root.Field("duration")) job.duration = field->Number();
   if (const auto field = root.Field("field")) job.field = ReadFieldChoice(*field);
   if (const auto field = root.Field("roi")) job.roi = ReadRegion(*field);
+  if (const auto field = root.Field("outside")) job.outside = ReadOutside(*field);
   if (const auto field = root.Field("project")) ReadProject(*field, job);
   if (const auto field = root.Field("proxy")) job.proxy = field->NumberPair("[sx, sy], two factors");
   if (const auto field = root.Field("properties")) job.properties = ReadProperties(*field);

@@ -72,6 +72,7 @@ Json JobToJson(const Job& job) {
   if (job.duration) json["duration"] = *job.duration;
   if (job.field != FieldChoice::Frame) json["field"] = FieldToJson(job.field);
   if (job.roi) json["roi"] = {job.roi->x, job.roi->y, job.roi->width, job.roi->height};
+  if (job.outside) json["outside"] = *job.outside == OutsideChoice::Keep ? "keep" : "clear";
   if (job.projectUnreadable) {
     json["project"] = nullptr;
   } else if (job.project) {

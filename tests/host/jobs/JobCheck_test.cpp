@@ -140,6 +140,25 @@ TEST(JobCheck, RefusesMissingPictures) {
   }
 }
 
+TEST(JobCheck, RefusesAnOutsideOfNothing) {
+  const auto set = [](Job& job) { job.outside = OutsideChoice::Keep; };
+  EXPECT_EQ(FailureWith(Still(), set), "outside: there is no region to be outside of, expected roi too");
+  Job job = Still();
+  job.roi = Region{0, 0, 5, 5};
+  EXPECT_NO_THROW([&] {
+    Job kept = job;
+    set(kept);
+    CheckJob(kept);
+  }());
+  job.output.initial = "start.png";
+  EXPECT_EQ(FailureWith(job, set), "outside: output/initial is what the output holds there, expected one of the two");
+  job.output.initial.reset();
+  job.input.reset();
+  job.kind = EffectKind::Generator;
+  job.output.width = job.output.height = 8;
+  EXPECT_EQ(FailureWith(job, set), "outside: there is no input to keep, expected clear");
+}
+
 TEST(JobCheck, RefusesFileNamesThatDoNotFitTheFrames) {
   EXPECT_EQ(FailureWith(Sequence(), [](Job& job) { job.output.file = "out.exr"; }),
             "output: 48 frames would all be written to \"out.exr\", expected a file name with a frame number such as "

@@ -45,7 +45,7 @@ TEST(JobFileReader, ReadsEveryField) {
     "input2": {"file": "b.####.exr", "origin": [5, 6]},
     "mask": {"file": "m.png", "offset": [-7, 8], "origin": [1, 2]},
     "output": {"file": "out.%04d.exr", "width": 64, "height": 48, "initial": "start.exr", "position": [0.5, 1]},
-    "frames": [-1, 48], "start": -3, "time": -2.5, "duration": 24, "field": "both", "roi": [-1, -2, 3, 4],
+    "frames": [-1, 48], "start": -3, "time": -2.5, "duration": 24, "field": "both", "roi": [-1, -2, 3, 4], "outside": "clear",
     "project": {"userSize": [720, 486], "worldSize": [4, 3]}, "proxy": [0.5, 0.25],
     "properties": {"Blur": {"keys": [[0, 0.0], [47, 80.0]], "interpolation": "smooth"}, "channels": "luminance",
                    "Mix Back": 10, "Blend": 35, "Mask Red": false, "Mask Green": 0, "Display Cropped": true}})",
@@ -63,6 +63,7 @@ TEST(JobFileReader, ReadsEveryField) {
   expected.duration = 24;
   expected.field = FieldChoice::Both;
   expected.roi = Region{-1, -2, 3, 4};
+  expected.outside = OutsideChoice::Clear;
   expected.project = ProjectSizes{{720, 486}, {4, 3}};
   expected.proxy = {0.5, 0.25};
   const auto set = [&](PropertyId id, PropertyStore::Setting setting) {
@@ -171,6 +172,7 @@ TEST(JobFileReader, RefusesWrongTypesAndRangesWithTheirPlace) {
       {"/roi",
        {0, 0, 1, 5, 9},
        "roi: expected [x, y, width, height], whole numbers with width and height at least 1, found an array of 5"},
+      {"/outside", "all", "outside: expected \"keep\" or \"clear\", found \"all\""},
       {"/project",
        {{"userSize", {1, 1}}},
        "project: expected {\"userSize\": [w, h], \"worldSize\": [w, h]} or null, found an object"},

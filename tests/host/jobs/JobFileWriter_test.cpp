@@ -52,6 +52,7 @@ class JobMaker {
     if (Chance()) job.duration = Number();
     job.field = static_cast<FieldChoice>(random_() % 4);
     if (Chance()) job.roi = Region{Small(), Small(), 1 + std::abs(Small()), 1 + std::abs(Small())};
+    if (Chance()) job.outside = Chance() ? OutsideChoice::Keep : OutsideChoice::Clear;
     if (Chance()) job.project = ProjectSizes{{Number(), Number()}, {Number(), Number()}};
     if (!job.project) job.projectUnreadable = Chance();
     if (Chance()) job.proxy[0] = Number();
