@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "image/HvRowProcessor.h"
+#include "image/RowBand.h"
 
 namespace vblur {
 
@@ -36,9 +37,19 @@ class HvImgProc : public HvRowProcessor {
   void setWindow(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
   // Takes the window of a processor of either family.
   void copyWindow(const HvRowProcessor& other);
+  void setFieldMode(std::int32_t mode) { fieldMode = mode; }
+  std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }
+  std::int32_t rowStep() const { return fieldRowStep(fieldMode); }
 
-  std::uint32_t flags = 0;
+  // Behind the fields of the base, in this order.
   std::uint32_t options = kUseThreads;
+  std::int32_t fieldMode = kAllRows;
+  float aspect = 1.0f;
+  float inverseAspect = 1.0f;
+  // The target while it is processed, and its size.
+  const HvTexIndexer* map = nullptr;
+  std::int32_t mapWidth = 0;
+  std::int32_t mapHeight = 0;
 
  protected:
   // The rows of the calling thread, not yet aligned to a field.

@@ -1,5 +1,4 @@
-// What the two families of processors share: a window, passes, a field and the target that is being
-// processed.
+// What the two families of processors share: a window and passes.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +6,6 @@
 #include "image/Arithmetic.h"
 #include "image/HvInteruptable.h"
 #include "image/HvTexIndexer.h"
-#include "image/RowBand.h"
 
 namespace vblur {
 
@@ -30,10 +28,9 @@ class HvRowProcessor : public HvInteruptable {
     bottom = wrapSub(y2, 1);
   }
   void setPasses(std::int32_t n) { passes = n; }
-  void setFieldMode(std::int32_t mode) { fieldMode = mode; }
-  std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }
-  std::int32_t rowStep() const { return fieldRowStep(fieldMode); }
 
+  // The fields that both families begin with, in this order; each family has its bits of flags.
+  std::uint32_t flags = 0;
   // The window: x1 and y1 inclusive, x2 and y2 exclusive.
   std::int32_t x1 = 0;
   std::int32_t y1 = 0;
@@ -41,13 +38,6 @@ class HvRowProcessor : public HvInteruptable {
   std::int32_t y2 = 0;
   std::int32_t passes = 1;
   std::int32_t pass = 0;
-  float aspect = 1.0f;
-  float inverseAspect = 1.0f;
-  std::int32_t fieldMode = kAllRows;
-  // The target while it is processed, and its size.
-  const HvTexIndexer* map = nullptr;
-  std::int32_t mapWidth = 0;
-  std::int32_t mapHeight = 0;
 
  protected:
   // Clips the window to a target; a window beside it becomes the nearest column or row.

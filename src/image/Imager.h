@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "image/HvRowProcessor.h"
+#include "image/RowBand.h"
 
 namespace vblur {
 
@@ -25,8 +26,18 @@ class Imager : public HvRowProcessor {
   void runLike(const Imager& parent);
   // At least 0.001. For other programs: a frame's processors have aspect 1.
   void setAspect(float a);
+  void setFieldMode(std::int32_t mode) { fieldMode = mode; }
+  std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }
+  std::int32_t rowStep() const { return fieldRowStep(fieldMode); }
 
-  std::uint32_t flags = 0;
+  // Behind the fields of the base, in this order.
+  float aspect = 1.0f;
+  float inverseAspect = 1.0f;
+  std::int32_t fieldMode = kAllRows;
+  // The target while it is processed, and its size.
+  const HvTexIndexer* map = nullptr;
+  std::int32_t mapWidth = 0;
+  std::int32_t mapHeight = 0;
 
  protected:
   // The share of the calling thread of rows or columns first to last - 1: all of them with kOneThread.

@@ -174,6 +174,12 @@ TEST(HvImgProc, RunsOverNoRowsOfATargetWithoutPixels) {
   EXPECT_EQ((Ends{proc.pre, proc.passesOfRows, proc.rows, proc.post}), (Ends{1, 1, 4, 1}));
 }
 
+TEST(HvImgProc, FieldsHaveTheirOrder) {
+  const Proc p;
+  EXPECT_TRUE(standInOrder(p.interrupt, p.flags, p.x1, p.y1, p.x2, p.y2, p.passes, p.pass, p.options, p.fieldMode,
+                           p.aspect, p.inverseAspect, p.map, p.mapWidth, p.mapHeight));
+}
+
 TEST(HvImgProc, OperationsHaveTheirOrder) {
   if (!kSlotsAreKnown) GTEST_SKIP();
   EXPECT_EQ(virtualSlot(&HvImgProc::preProcess), 2u);

@@ -228,5 +228,11 @@ TEST(Imager, OperationsOfItsFamilyHaveTheirOrder) {
   EXPECT_EQ(virtualSlot(&G::postProcess), 4u);
 }
 
+TEST(Imager, FieldsHaveTheirOrder) {
+  const Probe p;
+  EXPECT_TRUE(standInOrder(p.interrupt, p.flags, p.x1, p.y1, p.x2, p.y2, p.passes, p.pass, p.aspect, p.inverseAspect,
+                           p.fieldMode, p.map, p.mapWidth, p.mapHeight));
+}
+
 }  // namespace
 }  // namespace vblur::test
