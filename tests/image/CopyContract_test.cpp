@@ -19,9 +19,16 @@ struct NamedCopy : SamplerSubject<HvRGBCopySampler<Pixel, Rf>, HvTexture<Pixel, 
   static void setUp(HvRGBCopySampler<Pixel, Rf>& copy) { copy.channels = Channels; }
 };
 
+struct AlphaOfR8 : ChannelCopy<R8, 0, 0, 0, 1> {};
+struct ColoursOfR16 : ChannelCopy<R16, 1, 1, 1, 0> {};
+struct AllButGreenOfR16 : ChannelCopy<R16, 1, 0, 1, 1> {};
+struct NoneOfR8 : NamedCopy<R8, 0> {};
+struct GreenAndAlphaOfR16 : NamedCopy<R16, 10> {};
+struct AllOfR16 : NamedCopy<R16, 15> {};
+
 using WholeCopies = Subjects<WholeCopy<R8, Rf>, WholeCopy<R16, Ri>, WholeCopy<Ri, Ri>, WholeCopy<int, int>>;
-using ChannelCopies = Subjects<ChannelCopy<R8, 0, 0, 0, 1>, ChannelCopy<R16, 1, 1, 1, 0>, ChannelCopy<R16, 1, 0, 1, 1>>;
-using NamedCopies = Subjects<NamedCopy<R8, 0>, NamedCopy<R16, 10>, NamedCopy<R16, 15>>;
+using ChannelCopies = Subjects<AlphaOfR8, ColoursOfR16, AllButGreenOfR16>;
+using NamedCopies = Subjects<NoneOfR8, GreenAndAlphaOfR16, AllOfR16>;
 
 INSTANTIATE_TYPED_TEST_SUITE_P(CopyContractWhole, ProcessorContract, WholeCopies, TypeNames);
 INSTANTIATE_TYPED_TEST_SUITE_P(CopyContractChannel, ProcessorContract, ChannelCopies, TypeNames);

@@ -1,5 +1,5 @@
-// Names of types in the names of typed tests: ctest prints ProcessorContract/Merge_R8_3_50.WritesNothing... in place of
-// a number. Given as the last argument:
+// Names of types in the names of typed tests: ctest prints ProcessorContract/ScreenOfR8.WritesNothing... in place of a
+// number, and a template as SampleAt/HvTexture_R8_Rf. Given as the last argument:
 //
 //   TYPED_TEST_SUITE(SampleAt, Textures, TypeNames);
 //   INSTANTIATE_TYPED_TEST_SUITE_P(MixContract, ProcessorContract, Merges, TypeNames);
@@ -46,6 +46,7 @@ struct TypeNames {
     for (const auto& [pixel, shortName] : pixels)
       replaceAll(name, pixel, shortName);
     name = std::regex_replace(name, std::regex("(\\(anonymous namespace\\)|[A-Za-z_]\\w*)::"), "");
+    name = std::regex_replace(name, std::regex("-(?=[0-9])"), "minus");
     name = std::regex_replace(name, std::regex("[^A-Za-z0-9]+"), "_");
     while (!name.empty() && name.back() == '_')
       name.pop_back();

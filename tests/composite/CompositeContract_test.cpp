@@ -1,4 +1,4 @@
-// The contract of all processors, for those of this folder.
+// The contract of all processors, on the merges, mixes and mask stages.
 #include "composite/HvDsMaskFixer.h"
 #include "composite/HvDsPaintCombiner.h"
 #include "composite/HvMerge.h"
@@ -63,17 +63,37 @@ struct Paint : CombinerSubject<HvDsPaintCombiner<Pixel, Rf, MaskPixel, Cf>, Pict
   static constexpr bool kReadsThroughEdges = false;
 };
 
-using Merges = Subjects<Merge<R8, kMergeScreen, 50>, Merge<R8, kMergeLuminance, 20>, Merge<R8, kMergeDarken, 80>,
-                        Merge<R16, kMergeHardLight, 50>, Merge<R16, kMergeAddUnder, 20>, Merge<R16, kMergeColour, 80>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(ContractMerges, ProcessorContract, Merges, TypeNames);
+struct ScreenOfR8 : Merge<R8, kMergeScreen, 50> {};
+struct LuminanceTowardsEffectOfR8 : Merge<R8, kMergeLuminance, 20> {};
+struct DarkenTowardsSourceOfR8 : Merge<R8, kMergeDarken, 80> {};
+struct HardLightOfR16 : Merge<R16, kMergeHardLight, 50> {};
+struct AddUnderTowardsEffectOfR16 : Merge<R16, kMergeAddUnder, 20> {};
+struct ColourTowardsSourceOfR16 : Merge<R16, kMergeColour, 80> {};
+using Merges = Subjects<ScreenOfR8, LuminanceTowardsEffectOfR8, DarkenTowardsSourceOfR8, HardLightOfR16,
+                        AddUnderTowardsEffectOfR16, ColourTowardsSourceOfR16>;
+INSTANTIATE_TYPED_TEST_SUITE_P(CompositeContractMerges, ProcessorContract, Merges, TypeNames);
 
-using Mixes = Subjects<Mix<R8, 75>, Mix<R8, 150>, Mix<R16, 75>, Mix<R16, -20>, QuickMix<R8>, QuickMix<R16>,
-                       QuickMixInPlace<R8>, QuickMixInPlace<R16>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(ContractMixes, ProcessorContract, Mixes, TypeNames);
+struct MixOfR8 : Mix<R8, 75> {};
+struct MixBeyondOneOfR8 : Mix<R8, 150> {};
+struct MixOfR16 : Mix<R16, 75> {};
+struct MixBelowZeroOfR16 : Mix<R16, -20> {};
+struct QuickMixOfR8 : QuickMix<R8> {};
+struct QuickMixOfR16 : QuickMix<R16> {};
+struct QuickMixInPlaceOfR8 : QuickMixInPlace<R8> {};
+struct QuickMixInPlaceOfR16 : QuickMixInPlace<R16> {};
+using Mixes = Subjects<MixOfR8, MixBeyondOneOfR8, MixOfR16, MixBelowZeroOfR16, QuickMixOfR8, QuickMixOfR16,
+                       QuickMixInPlaceOfR8, QuickMixInPlaceOfR16>;
+INSTANTIATE_TYPED_TEST_SUITE_P(CompositeContractMixes, ProcessorContract, Mixes, TypeNames);
 
+struct RedOfR8 : Fix<R8, 1, 0> {};
+struct BlueAndAlphaOfR16 : Fix<R16, 12, 0> {};
+struct AllButGreenByAlphaOfR8 : Fix<R8, 2, 1> {};
+struct ColoursByAlphaOfR16 : Fix<R16, 0, 1> {};
+struct PaintOfR8 : Paint<R8, C8> {};
+struct PaintOfR16 : Paint<R16, C16> {};
 using MaskStages =
-    Subjects<Fix<R8, 1, 0>, Fix<R16, 12, 0>, Fix<R8, 2, 1>, Fix<R16, 0, 1>, Paint<R8, C8>, Paint<R16, C16>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(ContractMaskStages, ProcessorContract, MaskStages, TypeNames);
+    Subjects<RedOfR8, BlueAndAlphaOfR16, AllButGreenByAlphaOfR8, ColoursByAlphaOfR16, PaintOfR8, PaintOfR16>;
+INSTANTIATE_TYPED_TEST_SUITE_P(CompositeContractMaskStages, ProcessorContract, MaskStages, TypeNames);
 
 }  // namespace
 }  // namespace vblur::test
