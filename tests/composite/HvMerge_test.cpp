@@ -1,11 +1,15 @@
 // The choice of one of four forms by gains and blend, and the result of each form for one pixel.
 #include "composite/HvMerge.h"
 
+#include <mutex>
+#include <set>
+#include <thread>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include "tests/composite/Pictures.h"
+#include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
 namespace {
@@ -124,6 +128,38 @@ TEST(HvMerge, FirstAlphaTakesSecondGain) {
     EXPECT_EQ(MergedPixel(method, 0.75f, 2.0f, 0.5f, a, b).alpha, 150) << method;
   }
   EXPECT_EQ(MergedPixel(kMergeLighten, 0.25f, 2.0f, 0.5f, Make<R8>(100, 100, 100, 100), b).alpha, 200);
+}
+
+// The threads that ask whether to stop while eight rows are merged on up to four.
+std::set<std::thread::id> ThreadsOf(Merge8& merge) {
+  struct Asked {
+    std::mutex lock;
+    std::set<std::thread::id> threads;
+  } asked;
+  HvInterruptRecord record;
+  record.arm(&asked, [](void* context, HvStateWord*) -> std::int32_t {
+    auto& seen = *static_cast<Asked*>(context);
+    const std::lock_guard guard(seen.lock);
+    seen.threads.insert(std::this_thread::get_id());
+    return 0;
+  });
+  const ThreadCount threads(4);
+  HvTexture<R8, Rf> picture(2, 8);
+  merge.interrupt = &record;
+  merge.process(&picture, &picture, &picture);
+  return asked.threads;
+}
+
+TEST(HvMerge, FlagsOfTheFrameworkAndOfTheMergeAreApart) {
+  Merge8 merge = MergeOf(0.8f);
+  merge.rgbMode = 1;
+  EXPECT_GT(ThreadsOf(merge).size(), 1u);
+  merge.Imager::flags |= Imager::kOneThread;
+  EXPECT_EQ(ThreadsOf(merge), std::set{std::this_thread::get_id()});
+  EXPECT_EQ(merge.form(), MergeForm::TowardsB);
+  merge.setBlend(0.5f);
+  EXPECT_EQ(merge.form(), MergeForm::Integer);
+  EXPECT_EQ(ThreadsOf(merge), std::set{std::this_thread::get_id()});
 }
 
 // Initial values; the window sets the flags of Imager, not those of the merge.
