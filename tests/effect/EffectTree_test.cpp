@@ -1,6 +1,7 @@
 // The effect's bases, and the order of its operations and members.
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -52,6 +53,18 @@ std::vector<std::ptrdiff_t> Counting(std::size_t from, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i)
     places.push_back(static_cast<std::ptrdiff_t>(from + i));
   return places;
+}
+
+TEST(EffectTree, TheFamilysBaseComesFirstAndTheHostsBehindIt) {
+  const ComPtr<Blur> effect = NewBlur();
+  const auto place = [](const auto* part) { return reinterpret_cast<std::uintptr_t>(part); };
+  const std::uintptr_t host = place(static_cast<CDSImageMIEffect*>(effect.get()));
+  EXPECT_EQ(place(static_cast<HvDsEffect*>(effect.get())), place(effect.get()));
+  EXPECT_GT(host, place(effect.get()));
+  for (const std::uintptr_t other :
+       {place(static_cast<IVBlurFacts*>(effect.get())), place(static_cast<ProcessSettings*>(effect.get())),
+        place(static_cast<IVBlurOverlay*>(effect.get()))})
+    EXPECT_LT(host, other);
 }
 
 TEST(EffectTree, TheEffectsOwnOperationsComeFirstInTheirOrder) {
