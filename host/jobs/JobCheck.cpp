@@ -32,6 +32,15 @@ void CheckFinite(std::string_view where, const std::array<double, 2>& pair) {
   CheckFinite(where, pair[1]);
 }
 
+// Effects take sizes as 32-bit floats.
+void CheckAboveZero(std::string_view where, const std::array<double, 2>& size) {
+  for (const double value : size) {
+    if (!(static_cast<float>(value) > 0.0f)) {
+      Refuse(where, "expected a width and a height above 0, found " + FormatNumber(value));
+    }
+  }
+}
+
 void CheckAtLeastOne(std::string_view where, std::int32_t value) {
   if (value < 1) Refuse(where, "expected at least 1, found " + std::to_string(value));
 }
@@ -61,6 +70,7 @@ void CheckPlace(const std::string& where, const ImageRecord& image) {
   if (image.file.empty()) Refuse(where, "expected a file name, found none");
   if (image.position) CheckFinite(where + "/position", *image.position);
   if (image.size) CheckFinite(where + "/size", *image.size);
+  if (image.size) CheckAboveZero(where + "/size", *image.size);
   CheckPixel(where + "/origin", image.origin[0]);
   CheckPixel(where + "/origin", image.origin[1]);
 }

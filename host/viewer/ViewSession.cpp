@@ -10,6 +10,7 @@
 #include "host/properties/PropertyText.h"
 #include "host/viewer/OffScreenSurface.h"
 #include "host/viewer/PaintViewer.h"
+#include "properties/PageNames.h"
 #include "sdk/viewer/ToolObserver.h"
 
 namespace vblur::host {
@@ -41,6 +42,32 @@ std::array<std::int32_t, 2> SizeOf(const ProjectFrame& frame) {
                                             " pixels is too large to be shown, expected at most 65536 a side");
   }
   return {static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)};
+}
+
+// Whether an image has an extent where the effect places it: in floats, `ratio` user units for a world unit.
+bool HasExtent(double position, double size, double ratio) {
+  const auto inUserUnits = [ratio](double world) {
+    return static_cast<float>(static_cast<double>(static_cast<float>(world)) * ratio);
+  };
+  const float from = inUserUnits(position);
+  const float to = from + inUserUnits(size);
+  return to - from > 0.0f && std::isfinite(to);
+}
+
+// The crop box writes percents of the first input's rectangle: numbers only where there is one.
+void CheckCropPage(const Job& job, const FramePictures& pictures) {
+  const EffectKind kind = ResolveKind(job);
+  if (kind != EffectKind::Filter && kind != EffectKind::Transition) {
+    Refuse("crop page", "expected a filter or a transition, found use " + std::to_string(static_cast<int>(kind)));
+  }
+  const auto project = ProjectOf(job, *pictures.output);
+  if (!project) Refuse("crop page", "expected a project whose sizes can be read");
+  const double ratio = project->user[1] / project->world[1];
+  const DSWorldPair position = pictures.input->WorldPosition();
+  const DSWorldPair size = pictures.input->WorldSize();
+  if (!HasExtent(position.x, size.x, ratio) || !HasExtent(position.y, size.y, ratio)) {
+    Refuse("crop page", "expected an input with a width and a height in the project's units");
+  }
 }
 
 std::string NameOf(const GUID& guid) {
@@ -122,6 +149,7 @@ ViewSession::~ViewSession() {
 }
 
 void ViewSession::OpenPage(const std::string& page, bool hidesControls) {
+  if (pages::ShowsCropBox(page)) CheckCropPage(job_, buffers_.Pictures());
   // The controls take their placement from a rendered frame.
   RenderIfStale();
   overlay_ = ComPtr<IDSProperties>(&effect_->PropertyAccess()).As<IVBlurOverlay>();

@@ -41,7 +41,8 @@ class ViewSession {
   ViewSession(const ViewSession&) = delete;
   ViewSession& operator=(const ViewSession&) = delete;
 
-  // Shows the controls of a property page, once. Throws Failure (wrong usage) for an effect without controls.
+  // Shows the controls of a property page, once. Throws Failure (wrong usage) for an effect without controls, and for
+  // the crop page where the job has none or its input has no extent in the project.
   void OpenPage(const std::string& page, bool hidesControls);
   // Carries out an event; Snap is the caller's. Throws Failure (wrong usage) with the event's place for a property that
   // the effect refuses.

@@ -191,6 +191,18 @@ TEST(JobCheck, RefusesWrongValues) {
          job.output.size = {INFINITY, 0};
        },
        "output/size: expected a finite number, found inf"},
+      {[](Job& job) {
+         job.input->size = {10, 0};
+       },
+       "input/size: expected a width and a height above 0, found 0"},
+      {[](Job& job) {
+         job.output.size = {-2, 10};
+       },
+       "output/size: expected a width and a height above 0, found -2"},
+      {[](Job& job) {
+         job.input->size = {1e-60, 10};
+       },
+       "input/size: expected a width and a height above 0, found 1e-60"},
       {[](Job& job) { job.output.width = 0; }, "output/width: expected at least 1, found 0"},
       {[](Job& job) { job.output.height = -4; }, "output/height: expected at least 1, found -4"},
       {[](Job& job) {

@@ -79,6 +79,14 @@ class JobMaker {
     }
   }
 
+  // Above 0, as a 32-bit float too.
+  double Size() {
+    for (;;) {
+      const double value = Number();
+      if (static_cast<float>(value) > 0.0f) return value;
+    }
+  }
+
   std::string Name() {
     static constexpr const char* kParts[] = {"a",   "%04d", "\"", "\\",    " ", "\n",  "\xc3\xa4",
                                              "../", "/",    "%%", "x.exr", "#", "\x01"};
@@ -96,7 +104,7 @@ class JobMaker {
   ImageRecord Image() {
     ImageRecord image{Name(), {}, {}, {0, 0}};
     if (Chance()) image.position = {Number(), Number()};
-    if (Chance()) image.size = {Number(), Number()};
+    if (Chance()) image.size = {Size(), Size()};
     if (Chance()) image.origin = {Small(), Small()};
     return image;
   }

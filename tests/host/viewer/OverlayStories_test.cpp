@@ -10,6 +10,7 @@
 #include "host/viewer/ViewSession.h"
 #include "platform/IDSProperties.h"
 #include "tests/support/TestServer.h"
+#include "tests/support/host/FailureOf.h"
 #include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::host {
@@ -244,6 +245,41 @@ TEST_F(OverlayStories, ADragOfACropCornerWritesTwoProperties) {
   EXPECT_EQ(Now("Crop Left"), 0.0);
   Do("move 100 60");
   ExpectCrop(0, 180, 0, 90);
+}
+
+TEST_F(OverlayStories, NoCropPageDividesByAnEmptyRectangle) {
+  const Job whole = job;
+  const std::pair<void (*)(Job&), const char*> refusals[] = {
+      {[](Job& wrong) { wrong.projectUnreadable = true; }, "crop page: expected a project whose sizes can be read"},
+      {[](Job& wrong) { wrong.input->size.emplace(); }, "input/size: expected a width and a height above 0, found 0"},
+      {[](Job& wrong) {
+         wrong.input->size = {1e-60, 1e-60};
+       },
+       "input/size: expected a width and a height above 0, found 1e-60"},
+      {[](Job& wrong) {
+         wrong.kind = EffectKind::Generator;
+         wrong.input.reset();
+         wrong.output.width = 200;
+         wrong.output.height = 120;
+       },
+       "crop page: expected a filter or a transition, found use 3"},
+      {[](Job& wrong) {
+         wrong.input->position = {1e12, 0.0};
+       },
+       "crop page: expected an input with a width and a height in the project's units"},
+      {[](Job& wrong) { wrong.project.emplace(); },
+       "crop page: expected an input with a width and a height in the project's units"},
+  };
+  for (const auto& [spoil, message] : refusals) {
+    job = whole;
+    spoil(job);
+    EXPECT_EQ(UsageFailureOf([&] {
+                Open("crop");
+                Do("move 1 1\ndown 1 1\nmove 10 10\nup 10 10");
+              }),
+              message);
+    EXPECT_EQ(TakeWrites(), Lines{}) << message;
+  }
 }
 
 TEST_F(OverlayStories, AnAnimatedCropMovesWithTheTime) {
