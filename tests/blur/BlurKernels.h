@@ -4,6 +4,7 @@
 #include "blur/ChannelRows.h"
 #include "blur/ColourRows.h"
 #include "blur/SubtractCombiner.h"
+#include "tests/blur/StripKernels.h"
 #include "tests/support/KernelCase.h"
 
 namespace vblur::test {
@@ -52,6 +53,7 @@ inline std::vector<KernelCase> blurKernels() {
   addColourRows<R16>(cases, "16");
   addReflection<R8>(cases, "8");
   addReflection<R16>(cases, "16");
+  addStripKernels(cases);
   return cases;
 }
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "blur/BoxFilter.h"
+#include "tests/blur/StripKernels.h"
 #include "tests/support/KernelRuns.h"
 
 namespace vblur::test {
@@ -40,16 +40,6 @@ std::vector<Row> tableOf(C* first, std::size_t rows, std::size_t lanes) {
   for (std::size_t i = 0; i < rows; ++i)
     table.push_back(first + i * lanes);
   return table;
-}
-
-// One plain box over one lane; position 0 of the result is `reach` after that of the line.
-std::vector<std::int32_t> boxed(const std::vector<std::int32_t>& line, const BoxConstants& box) {
-  const auto count = static_cast<std::int64_t>(line.size()) - BoxSweep::taps(box);
-  std::vector<std::int32_t> result(static_cast<std::size_t>(count));
-  filterBox<1>(
-      box.reach(), box.reach() + count, box, [&](std::int64_t i) { return line.data() + i; },
-      [&](std::int64_t i) { return result.data() + (i - box.reach()); }, [](std::int64_t) {});
-  return result;
 }
 
 template <class C>

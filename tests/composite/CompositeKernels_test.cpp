@@ -1,9 +1,8 @@
 // The kernels of src/composite against plain code, at every level of this machine.
 #include "tests/composite/CompositeKernels.h"
 
-#include <set>
-#include <string>
-
+#include "tests/blur/BlurKernels.h"
+#include "tests/image/ImageKernels.h"
 #include "tests/support/KernelCaseTest.h"
 
 namespace vblur::test {
@@ -17,18 +16,8 @@ TEST_P(CompositeKernels, EqualPlainCode) {
 
 INSTANTIATE_TEST_SUITE_P(Levels, CompositeKernels, testing::ValuesIn(vectorLevels()), levelName);
 
-// The kernels of this folder by their names, since the program has others as well.
 TEST(CompositeKernelsOfAllLevels, HaveACaseEach) {
-  std::set<std::string> listed;
-  for (const KernelCase& kernel : compositeKernels())
-    listed.insert(kernel.kernel);
-  std::set<std::string> found;
-  for (const HvKernel* kernel = HvKernel::first(); kernel != nullptr; kernel = kernel->next()) {
-    const std::string name = kernel->name();
-    for (const char* start : {"merge", "mix", "quickMix", "paint"})
-      if (name.rfind(start, 0) == 0) found.insert(name);
-  }
-  EXPECT_EQ(found, listed);
+  expectCaseOfEachKernel({imageKernels(), blurKernels(), compositeKernels()});
 }
 
 }  // namespace
