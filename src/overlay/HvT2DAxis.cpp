@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "image/Arithmetic.h"
 #include "overlay/Drawing.h"
 #include "overlay/ScopeExit.h"
 
@@ -80,7 +81,7 @@ HvT2DAxis::~HvT2DAxis() {
 }
 
 float HvT2DAxis::XAspect() const {
-  return aspect_ < 0.0f ? 1.0f - std::clamp(-aspect_, 0.0f, 1.0f) : 1.0f;
+  return aspect_ < 0.0f ? 1.0f - clampTo(-aspect_, 0.0f, 1.0f) : 1.0f;
 }
 
 float HvT2DAxis::YAspect() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "image/Arithmetic.h"
 #include "overlay/HvTInteract.h"
 
 namespace vblur {
@@ -14,7 +15,7 @@ constexpr float kFirstRadius = 100.0f;
 float AspectToDraw(double aspect) {
   if (aspect == 0.0) return 1.0f;
   if (aspect > 0.0) return static_cast<float>(1.0 / (1.0 - std::min(aspect, 1.0)));
-  return static_cast<float>(1.0 - std::clamp(-aspect, 0.0, 1.0));
+  return static_cast<float>(1.0 - clampTo(-aspect, 0.0, 1.0));
 }
 
 HvTDsCircle::HvTDsCircle() : HvTCircle("Circle", kFirstRadius) {

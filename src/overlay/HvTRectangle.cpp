@@ -6,6 +6,7 @@
 
 #include <GL/gl.h>
 
+#include "image/Arithmetic.h"
 #include "overlay/Drawing.h"
 #include "overlay/OverlayColours.h"
 #include "overlay/ScopeExit.h"
@@ -15,12 +16,6 @@ namespace {
 
 // Half the length of a bar.
 constexpr float kBar = 20.0f;
-
-// Unlike std::clamp, defined for crossed limits: the minimum is tested first.
-float Limited(float value, float least, float most) {
-  if (value < least) return least;
-  return value > most ? most : value;
-}
 
 // The distance by which a bar may move two sides within the limits.
 float Stopped(float distance, float low, float high, float least, float most) {
@@ -40,10 +35,10 @@ void HvTRectangle::NormaliseBox(float x0, float y0, float x1, float y1) {
   if (x0 > x1) std::swap(x0, x1);
   if (y0 > y1) std::swap(y0, y1);
   if (keepWithinLimits_) {
-    x0 = Limited(x0, limits_.minX, limits_.maxX);
-    x1 = Limited(x1, limits_.minX, limits_.maxX);
-    y0 = Limited(y0, limits_.minY, limits_.maxY);
-    y1 = Limited(y1, limits_.minY, limits_.maxY);
+    x0 = clampTo(x0, limits_.minX, limits_.maxX);
+    x1 = clampTo(x1, limits_.minX, limits_.maxX);
+    y0 = clampTo(y0, limits_.minY, limits_.maxY);
+    y1 = clampTo(y1, limits_.minY, limits_.maxY);
   }
   sides_ = {x0, y0, x1, y1};
 }
