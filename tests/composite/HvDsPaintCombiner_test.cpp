@@ -8,7 +8,7 @@
 
 #include "tests/composite/Pictures.h"
 #include "tests/model/masks.h"
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/StopAfter.h"
 #include "tests/support/ThreadCount.h"
 
@@ -140,7 +140,8 @@ TYPED_TEST(HvDsPaintCombinerAtBothDepths, BeyondTheSourceIsZeroAndNotTheCropColo
 
 TYPED_TEST(HvDsPaintCombinerAtBothDepths, PlacesAndFieldsEqualTheModel) {
   using Pixel = TypeParam;
-  forRandomCases(300, [](Random& random) {
+  KernelRunsOfCases runs;
+  forRandomCases(300, [&](Random& random) {
     HvTexture<Pixel, Rf> source(random.within(1, 9), random.within(1, 9));
     HvTexture<Pixel, Rf> output(random.within(1, 16), random.within(1, 12));
     MaskOf<Pixel> mask(random.within(1, 9), random.within(1, 9));
@@ -167,7 +168,9 @@ TYPED_TEST(HvDsPaintCombinerAtBothDepths, PlacesAndFieldsEqualTheModel) {
         EXPECT_EQ(*output.at(x, y), FromModel<Pixel>(model::Stored(wanted, x, y)));
       }
     }
+    runs.note();
   });
+  EXPECT_TRUE(runs.had({sizeof(Pixel) == 4 ? "paintRow 8" : "paintRow 16"}));
 }
 
 TYPED_TEST(HvDsPaintCombinerAtBothDepths, AsksBeforeEachRow) {

@@ -5,7 +5,7 @@
 
 #include "tests/composite/Pictures.h"
 #include "tests/model/mix_back.h"
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -92,7 +92,8 @@ TYPED_TEST(HvQuickMixerAtBothDepths, EvenRowsStartBehindAnOddFirstRow) {
 
 TYPED_TEST(HvQuickMixerAtBothDepths, PlacesAndWindowsEqualTheModel) {
   using Pixel = TypeParam;
-  forRandomCases(300, [](Random& random) {
+  KernelRunsOfCases runs;
+  forRandomCases(300, [&](Random& random) {
     HvTexture<Pixel, Rf> a(random.within(1, 9), random.within(1, 9));
     HvTexture<Pixel, Rf> b(random.within(1, 9), random.within(1, 9));
     HvTexture<Pixel, Rf> target(random.within(1, 20), random.within(1, 12));
@@ -116,7 +117,9 @@ TYPED_TEST(HvQuickMixerAtBothDepths, PlacesAndWindowsEqualTheModel) {
     const CpuLevel level(randomCpuLevel(random));
     mixer.run(&a, inPlace ? nullptr : &b, &target);
     EXPECT_EQ(CountDifferent(target, expected), 0);
+    runs.note();
   });
+  EXPECT_TRUE(runs.had({sizeof(Pixel) == 4 ? "quickMixRow 8" : "quickMixRow 16"}));
 }
 
 TYPED_TEST(HvQuickMixerAtBothDepths, ATargetWithoutRowsIsLeftAlone) {

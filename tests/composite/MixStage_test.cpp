@@ -2,13 +2,15 @@
 #include "composite/MixStage.h"
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/composite/Operations.h"
 #include "tests/model/mix_back.h"
 #include "tests/model/window.h"
-#include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/StopAfter.h"
 #include "tests/support/ThreadCount.h"
 
@@ -90,6 +92,12 @@ TEST(MixStageAtSixteenBits, MixWithinOneKeepsBrightAndNegativeValues) {
   EXPECT_EQ(*result.at(0, 0), Make<R16>(25000, -200, -32768, 32767));
 }
 
+template <class Pixel>
+std::vector<std::string> KernelsOf() {
+  if (sizeof(Pixel) == 8) return {"mixRow 16", "mergeRow 16", "mergeFlatRow 16"};
+  return {"mixRow 8", "mergeRow 8", "mergeFlatRow 8", "mergeFlatBlendRow 8"};
+}
+
 constexpr float kBlends[] = {0.0f, 25.0f, 49.5f, 49.7f, 50.0f, 50.3f, 50.5f, 75.0f, 99.9f, 100.0f};
 constexpr float kGains[][2] = {{100.0f, 100.0f}, {100.2f, 100.0f}, {100.5f, 100.0f},  {-100.0f, 500.0f},
                                {37.0f, 163.0f},  {0.0f, 0.0f},     {500.0f, -100.0f}, {1e9f, -3e8f}};
@@ -101,6 +109,7 @@ TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
   HvTexture<Pixel, Rf> effect(64, 8);
   FillRandom(source, random);
   FillRandom(effect, random);
+  KernelRunsOfCases runs;
   for (std::int32_t method = 0; method < kMethodCount; ++method) {
     for (const float blend : kBlends) {
       for (const auto& gains : kGains) {
@@ -113,29 +122,36 @@ TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
         RunMixStage(source, result, method, blend, gains[0], gains[1], {0, 0, 63, 7}, nullptr);
         ASSERT_EQ(CountDifferent(result, expected), 0)
             << HvCpuLevel() << " method " << method << " blend " << blend << " gains " << gains[0] << " " << gains[1];
+        runs.note();
       }
     }
   }
+  EXPECT_TRUE(runs.had(KernelsOf<Pixel>()));
 }
 
 // Boxes, edge methods, outside colours, different origins of source and result, windows inside, across and beside the
 // picture, 1 to 8 threads.
 TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
   using Pixel = TypeParam;
-  forRandomCases(400, [this](Random& random) {
-    HvTexture<Pixel, Rf> source(random.within(1, 12), random.within(1, 12));
-    HvTexture<Pixel, Rf> result(random.within(1, 20), random.within(1, 12));
+  KernelRunsOfCases runs;
+  forRandomCases(400, [&](Random& random) {
+    // Wide enough, now and then, for every kernel.
+    const int most = random.oneIn(4) ? 90 : 20;
+    HvTexture<Pixel, Rf> source(random.within(1, most), random.within(1, 12));
+    HvTexture<Pixel, Rf> result(random.within(1, most), random.within(1, 12));
     FillRandom(source, random);
     FillRandom(result, random);
     setRandomSurroundings(random, source, storageRange<Pixel>());
     setRandomSurroundings(random, result, storageRange<Pixel>());
     result.setWriteOrigin(random.within(-9, 9), random.within(-9, 9));
-    const model::MixSettings settings{
-        kDepth<Pixel>, random.within(0, kMethodCount - 1), static_cast<float>(random.within(0, 100)),
-        static_cast<float>(random.within(-100, 500)), static_cast<float>(random.within(-100, 500))};
+    const auto gain = [&, plain = random.oneIn(2)] {
+      return plain ? 100.0f : static_cast<float>(random.within(-100, 500));
+    };
+    const float blend = random.oneIn(3) ? 50.0f : static_cast<float>(random.within(0, 100));
+    const model::MixSettings settings{kDepth<Pixel>, random.within(0, kMethodCount - 1), blend, gain(), gain()};
     const std::int32_t x = random.within(-15, 20);
     const std::int32_t y = random.within(-15, 20);
-    const StageWindow window{x, y, x + random.within(0, 20), y + random.within(0, 20)};
+    const StageWindow window{x, y, x + random.within(0, most), y + random.within(0, 20)};
     const model::Picture expected = this->Expected(source, result, settings, window);
     const HvTexAxis before = result.horizontal;
     const ThreadCount threads(random.oneOf({1, 2, 3, 7, 8}));
@@ -145,7 +161,9 @@ TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
     EXPECT_EQ(CountDifferent(result, expected), 0) << HvCpuLevel() << " method " << settings.method;
     EXPECT_EQ(result.horizontal.lo, before.lo);
     EXPECT_EQ(result.horizontal.originI, before.originI);
+    runs.note();
   });
+  EXPECT_TRUE(runs.had(KernelsOf<Pixel>()));
 }
 
 TYPED_TEST(MixStage, RowsThatRunBackwardsAreMixedAlike) {

@@ -8,6 +8,8 @@
 //     EXPECT_TRUE(kernelsRan({"mix 8", "mix 16"}));  // stricter: these and no others, since the last call
 //   }
 //
+// A test that draws a level for each case collects them in KernelRunsOfCases.
+//
 // A test of plain code ends with EXPECT_TRUE(kernelsRan({})); tests without the fixture call forgetKernelRuns() first.
 // Names are those of HvEnterKernel in X_simd.cpp. At a level that a kernel is not compiled for it must run for the best
 // instruction set below.
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +28,7 @@
 #include "image/HvCpu.h"
 #include "image/HvKernel.h"
 #include "tests/support/CpuLevel.h"
+#include "tests/support/Random.h"
 
 namespace vblur::test {
 
@@ -105,6 +109,34 @@ inline ::testing::AssertionResult kernelsRanAmongOthers(const std::vector<std::s
   }
   return ranAtThisLevel(runs);
 }
+
+// For tests whose cases draw a level each: note() after each case, while its level is in use, and at the end
+// EXPECT_TRUE(runs.had({"mixRow 8"})).
+class KernelRunsOfCases {
+ public:
+  KernelRunsOfCases() {
+    askedForKernelRuns = true;
+    forgetKernelRuns();
+  }
+  void note() {
+    const std::vector<KernelRun> runs = takeKernelRuns();
+    EXPECT_TRUE(ranAtThisLevel(runs));
+    for (const KernelRun& run : runs)
+      names_.insert(run.name);
+  }
+  // These kernels, and maybe others, have run in some case. The repetition of one case asks for none.
+  ::testing::AssertionResult had(const std::vector<std::string>& names) const {
+    for (const std::string& name : names) {
+      if (names_.count(name) == 0 && !repeatsOneCase()) {
+        return ::testing::AssertionFailure() << name << " has not run, only " << ::testing::PrintToString(names_);
+      }
+    }
+    return ::testing::AssertionSuccess();
+  }
+
+ private:
+  std::set<std::string> names_;
+};
 
 // Every level but the twin.
 inline std::vector<std::string> vectorLevels() {

@@ -46,6 +46,11 @@ inline constexpr int kShareOfCases = 8;
 inline constexpr int kShareOfCases = 1;
 #endif
 
+// Whether VBLUR_TEST_SEED names the one case to run.
+inline bool repeatsOneCase() {
+  return std::getenv("VBLUR_TEST_SEED") != nullptr;
+}
+
 // Calls body(random) for each case. VBLUR_TEST_CASES multiplies the number of cases;
 // VBLUR_TEST_SEED=s runs the one case with that seed.
 template <class Body>
@@ -55,7 +60,7 @@ void forRandomCases(int usualCount, const Body& body) {
     Random random(seed);
     body(random);
   };
-  if (std::getenv("VBLUR_TEST_SEED") != nullptr) return run(numberFromEnvironment("VBLUR_TEST_SEED", 0));
+  if (repeatsOneCase()) return run(numberFromEnvironment("VBLUR_TEST_SEED", 0));
   const auto usual = static_cast<std::uint64_t>((usualCount + kShareOfCases - 1) / kShareOfCases);
   const std::uint64_t count = usual * numberFromEnvironment("VBLUR_TEST_CASES", 1);
   for (std::uint64_t seed = 1; seed <= count && !::testing::Test::HasFailure(); ++seed)

@@ -99,6 +99,16 @@ struct Scene {
   FuzzMethod method;
 };
 
+// Those of the filter and of its channels; a grey picture is extracted and spread.
+template <class Pixel>
+std::vector<std::string> kernelsOf(bool withGrey) {
+  std::vector<std::string> names{"transposePixels"};
+  for (const char* name : {"boxSweep", "yuvRow", "rgbRow", "extractRow", "spreadRow"})
+    names.push_back(std::string(name) + (sizeof(Pixel) == 4 ? " 8" : " 16"));
+  if (!withGrey) names.resize(names.size() - 2);
+  return names;
+}
+
 template <class Pixel>
 class Calls : public ::testing::Test {};
 
@@ -106,7 +116,8 @@ using Depths = ::testing::Types<R8, R16>;
 TYPED_TEST_SUITE(Calls, Depths);
 
 TYPED_TEST(Calls, MakeWhatTheFilterMakes) {
-  forRandomCases(400, [](Random& random) {
+  KernelRunsOfCases runs;
+  forRandomCases(400, [&](Random& random) {
     Scene<TypeParam> scene(random, 90);
     const Canvas<TypeParam> expected = [&] {
       const CpuLevel twin("twin");
@@ -120,12 +131,15 @@ TYPED_TEST(Calls, MakeWhatTheFilterMakes) {
     EXPECT_EQ(scene.result.pixels(), expected.pixels());
     EXPECT_TRUE(scene.result.guardsAreIntact());
     EXPECT_EQ(scene.source.pixels(), before.pixels());
+    runs.note();
   });
+  EXPECT_TRUE(runs.had(kernelsOf<TypeParam>(true)));
   ASSERT_TRUE(setThreads(0));
 }
 
 TYPED_TEST(Calls, MakeWhatTheModelSays) {
-  forRandomCases(200, [](Random& random) {
+  KernelRunsOfCases runs;
+  forRandomCases(200, [&](Random& random) {
     Scene<TypeParam> scene(random, 20);
     const model::Picture expected = scene.modelled();
     const CpuLevel level(randomCpuLevel(random));
@@ -133,11 +147,14 @@ TYPED_TEST(Calls, MakeWhatTheModelSays) {
     HvTexture<TypeParam, Ri> have;
     scene.result.wrapIn(have);
     EXPECT_TRUE(equalsModel(have, expected));
+    runs.note();
   });
+  EXPECT_TRUE(runs.had(kernelsOf<TypeParam>(true)));
 }
 
 TYPED_TEST(Calls, BlurInPlaceAsElsewhere) {
-  forRandomCases(300, [](Random& random) {
+  KernelRunsOfCases runs;
+  forRandomCases(300, [&](Random& random) {
     Scene<TypeParam> scene(random, 90);
     if (scene.settings.channels == Channels::Grey) return;
     scene.result = scene.source;
@@ -147,7 +164,9 @@ TYPED_TEST(Calls, BlurInPlaceAsElsewhere) {
     EXPECT_TRUE(done) << done.message;
     EXPECT_EQ(scene.source.pixels(), scene.result.pixels());
     EXPECT_TRUE(scene.source.guardsAreIntact());
+    runs.note();
   });
+  EXPECT_TRUE(runs.had(kernelsOf<TypeParam>(false)));
 }
 
 // Source and result as the two halves of wide rows, and as the two fields of one picture.
