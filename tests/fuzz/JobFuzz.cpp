@@ -1,5 +1,6 @@
 #include "tests/fuzz/JobFuzz.h"
 
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -67,6 +68,8 @@ void DrawPlace(Rolls& roll, bool wild, host::ImageRecord& image) {
   if (!roll.OneIn(3)) image.origin = DrawCorner(roll);
   if (roll.OneIn(4)) image.position = DrawPair(roll, wild);
   if (roll.OneIn(4)) image.size = DrawPair(roll, wild);
+  // The host refuses sizes below zero; most jobs should get further.
+  if (image.size && !wild) image.size = {std::fabs((*image.size)[0]), std::fabs((*image.size)[1])};
 }
 
 host::Curve DrawCurve(Rolls& roll, bool wild) {
