@@ -1,15 +1,22 @@
 #include "apps/vblur/CommandLine.h"
 
+#include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <new>
+#include <sstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "apps/vblur/Commands.h"
+#include "apps/vblur/Interruption.h"
 #include "apps/vblur/RunJob.h"
+#include "apps/vblur/StandardStreams.h"
 #include "host/base/NameMatch.h"
+#include "host/base/PartFiles.h"
 
 namespace vblur::cli {
 
@@ -117,7 +124,7 @@ class Program {
     app_.footer(
         "vblur --job FILE is the same as vblur job FILE.\n"
         "Exit codes: 0 done, 1 some frames failed, 2 wrong usage or job, 3 cannot read, 4 cannot write, "
-        "130 interrupted.");
+        "128 and more ended by a signal: 130 for Ctrl-C.");
   }
 
   ExitCode Run(int argc, char** argv) {
@@ -130,7 +137,9 @@ class Program {
     try {
       app_.parse(arguments);
     } catch (const CLI::Success& request) {
-      app_.exit(request);
+      std::ostringstream text;
+      app_.exit(request, text, text);
+      std::fputs(text.str().c_str(), stdout);
       return ExitCode::Done;
     } catch (const CLI::ParseError& error) {
       throw host::Failure(ExitCode::WrongUsage, Describe(error));
@@ -173,21 +182,58 @@ class Program {
   std::vector<std::unique_ptr<Command>> commands_;
 };
 
-}  // namespace
-
-int RunCommandLine(int argc, char** argv) {
-  Program program;
+// Every failure as one line and an exit code.
+ExitCode RunGuarded(Program& program, int argc, char** argv) {
   try {
-    return static_cast<int>(program.Run(argc, argv));
+    return program.Run(argc, argv);
   } catch (const host::Failure& failure) {
-    program.Screen().Fail(failure.what());
-    return static_cast<int>(failure.Code());
+    // Who has left a pipe need not be told.
+    const bool unheard = failure.Code() == ExitCode::Interrupted && Interruption::Caught() == SIGPIPE;
+    if (!unheard) program.Screen().Fail(failure.what());
+    return failure.Code();
   } catch (const std::bad_alloc&) {
     program.Screen().Fail("not enough memory");
+  } catch (const std::system_error& error) {
+    const bool threads = error.code() == std::errc::resource_unavailable_try_again;
+    program.Screen().Fail(threads ? "the system starts no more threads" : error.what());
   } catch (const std::exception& error) {
     program.Screen().Fail(error.what());
   }
-  return static_cast<int>(ExitCode::SomeFramesFailed);
+  return ExitCode::SomeFramesFailed;
+}
+
+std::string WhatEnds(const std::exception_ptr& error) {
+  try {
+    if (error) std::rethrow_exception(error);
+  } catch (const std::system_error&) {
+  } catch (const std::bad_alloc&) {
+    return "not enough memory";
+  } catch (const std::exception& other) {
+    return other.what();
+  } catch (...) {
+    return "an unknown error";
+  }
+  return "the system starts no more threads, or has no memory for them";
+}
+
+Terminal* lastTerminal = nullptr;
+
+// Libraries that cannot start their threads end the process, some while they are loaded.
+[[noreturn]] void EndLibrary() {
+  host::RemoveNotedParts();
+  if (lastTerminal != nullptr) lastTerminal->Fail(WhatEnds(std::current_exception()));
+  std::_Exit(static_cast<int>(ExitCode::SomeFramesFailed));
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char** argv) {
+  OpenStandardStreams();
+  Program program;
+  lastTerminal = &program.Screen();
+  std::set_terminate(EndLibrary);
+  const ExitCode code = RunGuarded(program, argc, argv);
+  return FinishStandardOutput(code, program.Screen());
 }
 
 }  // namespace vblur::cli

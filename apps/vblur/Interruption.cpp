@@ -1,35 +1,89 @@
 #include "apps/vblur/Interruption.h"
 
 #include <atomic>
-#include <csignal>
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+#include <unistd.h>
+
+#include "host/base/PartFiles.h"
 
 namespace vblur::cli {
 
 namespace {
 
-std::atomic<host::ExecuteContext*> target = nullptr;
+// A frame's threads poll every few rows, format libraries every few hundred, and some not at all.
+constexpr long kPatienceNanoseconds = 700'000'000;
 
-extern "C" void StopRender(int signal) {
-  if (host::ExecuteContext* context = target.load()) context->Stop();
-  std::signal(signal, SIG_DFL);
+// What signal handlers work with.
+std::atomic<host::ExecuteContext*> target = nullptr;
+std::atomic<int> caught = 0;
+std::atomic<timer_t*> timer = nullptr;
+std::atomic<int> screen = -1;
+std::array<char, 128> lastWords{};
+std::size_t lastWordsSize = 0;
+
+[[noreturn]] void EndAtOnce(int signal) {
+  host::RemoveNotedParts();
+  if (signal != SIGPIPE && screen >= 0) {
+    // Nobody is left to be told of a failure.
+    [[maybe_unused]] const auto written = ::write(screen, lastWords.data(), lastWordsSize);
+  }
+  ::_exit(128 + signal);
+}
+
+extern "C" void StopWork(int signal) {
+  const int kept = errno;
+  int none = 0;
+  if (!caught.compare_exchange_strong(none, signal)) {
+    // Further lines for a reader who has left break the pipe again.
+    if (signal != SIGPIPE) EndAtOnce(none);
+    return;
+  }
+  if (host::ExecuteContext* const context = target; context != nullptr) context->Stop();
+  const itimerspec patience{{0, 0}, {0, kPatienceNanoseconds}};
+  if (timer_t* const deadline = timer; deadline != nullptr) ::timer_settime(*deadline, 0, &patience, nullptr);
+  errno = kept;
+}
+
+extern "C" void MissDeadline(int /*signal*/) {
+  if (const int first = caught; first != 0) EndAtOnce(first);
 }
 
 }  // namespace
 
-Interruption::Interruption() {
+Interruption::Interruption(const Terminal& terminal) {
+  const std::string words = terminal.Line("error", "interrupted");
+  lastWordsSize = words.copy(lastWords.data(), lastWords.size());
+  screen = ::fileno(terminal.Stream());
   target = &context_;
-  std::signal(SIGINT, StopRender);
-  std::signal(SIGTERM, StopRender);
-#ifdef SIGXFSZ
+  sigevent event{};
+  event.sigev_notify = SIGEV_SIGNAL;
+  event.sigev_signo = SIGALRM;
+  if (::timer_create(CLOCK_MONOTONIC, &event, &deadline_) == 0) timer = &deadline_;
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    ::sigaction(kSignals[i], nullptr, &before_[i]);
+    if (before_[i].sa_handler == SIG_IGN && kSignals[i] != SIGALRM) continue;
+    struct sigaction action {};
+    action.sa_handler = kSignals[i] == SIGALRM ? MissDeadline : StopWork;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(kSignals[i], &action, nullptr);
+  }
   // A file that grows too large is then an error of the write, not the end of the program.
   std::signal(SIGXFSZ, SIG_IGN);
-#endif
 }
 
 Interruption::~Interruption() {
-  std::signal(SIGINT, SIG_DFL);
-  std::signal(SIGTERM, SIG_DFL);
+  if (timer.exchange(nullptr) != nullptr) ::timer_delete(deadline_);
+  for (std::size_t i = 0; i < kSignals.size(); ++i)
+    ::sigaction(kSignals[i], &before_[i], nullptr);
   target = nullptr;
+  screen = -1;
+}
+
+int Interruption::Caught() {
+  return caught;
 }
 
 }  // namespace vblur::cli

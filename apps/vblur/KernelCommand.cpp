@@ -26,12 +26,12 @@ class KernelCommand : public Command {
     App()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
   }
 
-  host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
+  host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     CheckOptions();
     host::RequireWritable(output_, overwrite_);
     const auto server = LoadServer(global);
     host::TheDrawingLibrary().RequireText();
-    Interruption interruption;
+    Interruption interruption(terminal);
     host::HostImage picture;
     const auto report = host::MeasureKernel(server->Factory(), interruption.Context(), blur_, depth_);
     host::TheDrawingLibrary().DrawKernel(report, picture);

@@ -36,7 +36,7 @@ void ApplyProgress(const RunOptions& run, Terminal& terminal) {
 }
 
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
-  Interruption interruption;
+  Interruption interruption(terminal);
   host::Progress progress(terminal.Stream(), StyleOf(global, run, terminal));
   const auto server = LoadServer(global);
   // Before the warnings: nothing is warned of that is refused.
@@ -50,7 +50,7 @@ host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const R
   if (global.verbose > 1 && !global.quiet) options.trace = &trace;
   const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.Context(), progress);
   progress.Finish(summary);
-  if (summary.code == host::ExitCode::Interrupted) terminal.Fail("interrupted");
+  if (summary.code == host::ExitCode::Interrupted) throw host::Failure(summary.code, "interrupted");
   return summary.code;
 }
 

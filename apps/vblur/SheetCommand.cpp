@@ -44,7 +44,7 @@ class SheetCommand : public Command {
     App()->footer("The properties hold for every panel; --blur is in pixels of a panel.");
   }
 
-  host::ExitCode Run(const GlobalOptions& global, Terminal&) override {
+  host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     CheckOptions();
     const auto server = LoadServer(global);
     const host::EffectFactory makeEffect = server->Factory();
@@ -52,7 +52,7 @@ class SheetCommand : public Command {
         host::PlanSheet(request_, [&](double blur) { return host::FactsOfSize(makeEffect, blur); });
     CheckFiles();
     host::TheDrawingLibrary().RequireText();
-    Interruption interruption;
+    Interruption interruption(terminal);
     host::SheetPictures pictures;
     Read(plan, pictures);
     host::HostImage sheet;

@@ -32,18 +32,18 @@ void Terminal::Note(const std::string& line) {
   if (!json_) std::fprintf(stream_, "%s\n", line.c_str());
 }
 
-void Terminal::Say(const char* event, const std::string& text) {
+std::string Terminal::Line(const char* event, const std::string& text) const {
   // File names may hold line breaks; a message is one line.
   std::string line = text;
   std::replace_if(
       line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
-  if (json_) {
-    const nlohmann::ordered_json object = {{"event", event}, {"message", line}};
-    line = object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-  } else {
-    line.insert(0, "vblur: ");
-  }
-  std::fprintf(stream_, "%s\n", line.c_str());
+  if (!json_) return "vblur: " + line + "\n";
+  const nlohmann::ordered_json object = {{"event", event}, {"message", line}};
+  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+void Terminal::Say(const char* event, const std::string& text) {
+  std::fputs(Line(event, text).c_str(), stream_);
   std::fflush(stream_);
 }
 

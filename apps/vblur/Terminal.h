@@ -24,6 +24,9 @@ class Terminal {
   // A line of requested detail, without a prefix; nothing in JSON mode.
   void Note(const std::string& line);
 
+  // What a message looks like, with its line break.
+  std::string Line(const char* event, const std::string& text) const;
+
   std::FILE* Stream() const { return stream_; }
   // Whether the stream is a terminal.
   bool IsScreen() const;

@@ -65,7 +65,7 @@ class ViewCommand : public Command {
     if (!script_.empty()) events = host::ReadPenScript(script_);
     const std::int32_t frame = frame_.value_or(host::ResolveFrames(job).first);
     CheckFiles(job, frame, events);
-    Interruption interruption;
+    Interruption interruption(terminal);
     const auto server = LoadServer(global);
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
     host::ViewSession session(job, frame, view_, server->Factory(), interruption.Context(),

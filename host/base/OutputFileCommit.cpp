@@ -8,17 +8,11 @@
 
 #include "host/base/Failure.h"
 #include "host/base/PartFiles.h"
+#include "host/base/RealPaths.h"
 
 namespace vblur::host {
 
 namespace {
-
-std::filesystem::path WithoutLinks(const std::filesystem::path& target) {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(target, error)) return target;
-  const auto real = std::filesystem::weakly_canonical(target, error);
-  return error ? target : real;
-}
 
 // 0, or the system's number of the error. File systems that cannot sync a file or a folder keep it by other means.
 int SyncPath(const std::filesystem::path& path, int flags) {
@@ -32,7 +26,7 @@ int SyncPath(const std::filesystem::path& path, int flags) {
 }  // namespace
 
 OutputFileCommit::OutputFileCommit(const std::filesystem::path& target)
-    : target_(WithoutLinks(target)), written_(PartFileFor(target_)) {}
+    : target_(EndOfLinks(target)), written_(PartFileFor(target_)), note_(written_) {}
 
 OutputFileCommit::~OutputFileCommit() {
   std::error_code ignored;

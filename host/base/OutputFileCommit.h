@@ -3,11 +3,13 @@
 
 #include <filesystem>
 
+#include "host/base/PartFiles.h"
+
 namespace vblur::host {
 
 class OutputFileCommit {
  public:
-  // Picks the temporary name, in the folder of the target or of the file that it links to.
+  // Picks the temporary name, in the folder of the target or of the file that its links lead to.
   explicit OutputFileCommit(const std::filesystem::path& target);
   // Removes the temporary file unless committed.
   ~OutputFileCommit();
@@ -23,6 +25,7 @@ class OutputFileCommit {
  private:
   std::filesystem::path target_;
   std::filesystem::path written_;
+  PartFileNote note_;
   bool synced_ = false;
   bool committed_ = false;
 };

@@ -3,6 +3,8 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <regex>
 #include <string>
@@ -38,6 +40,11 @@ std::optional<pid_t> WriterOf(const std::string& fileName) {
   return static_cast<pid_t>(std::stol(parts[2].str()));
 }
 
+// As many as frames can be in flight, and some. What finds no place is left to RemoveAbandonedParts.
+constexpr std::size_t kMostNotes = 1024;
+std::array<std::atomic<char*>, kMostNotes> notes;
+static_assert(std::atomic<char*>::is_always_lock_free, "a signal handler must not wait for a lock");
+
 bool HasEnded(pid_t process) {
   return ::kill(process, 0) != 0 && errno == ESRCH;
 }
@@ -50,6 +57,28 @@ std::filesystem::path PartFileFor(const std::filesystem::path& target) {
                            std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".part" +
                            target.extension().string();
   return target.parent_path() / name;
+}
+
+PartFileNote::PartFileNote(const std::filesystem::path& file) : name_(::strdup(file.c_str())) {
+  for (auto& place : notes) {
+    char* none = nullptr;
+    if (!place.compare_exchange_strong(none, name_)) continue;
+    place_ = &place;
+    return;
+  }
+  std::free(name_);
+}
+
+// What a signal handler has taken stays with it.
+PartFileNote::~PartFileNote() {
+  char* own = name_;
+  if (place_ != nullptr && place_->compare_exchange_strong(own, nullptr)) std::free(name_);
+}
+
+void RemoveNotedParts() noexcept {
+  for (auto& place : notes) {
+    if (const char* const name = place.exchange(nullptr); name != nullptr) ::unlink(name);
+  }
 }
 
 void RemoveAbandonedParts(const std::filesystem::path& folder) {

@@ -1,6 +1,7 @@
-// Names of temporary files for output, and removal of those that killed processes left.
+// Names of temporary files for output, and removal of those that this process or killed ones leave.
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 
 namespace vblur::host {
@@ -8,6 +9,22 @@ namespace vblur::host {
 // A unique name in the target's folder, across processes and machines that share it: hidden, with the target's
 // extension, at most about 200 characters.
 std::filesystem::path PartFileFor(const std::filesystem::path& target);
+
+// Notes a file of this process while it is a part file.
+class PartFileNote {
+ public:
+  explicit PartFileNote(const std::filesystem::path& file);
+  ~PartFileNote();
+  PartFileNote(const PartFileNote&) = delete;
+  PartFileNote& operator=(const PartFileNote&) = delete;
+
+ private:
+  char* name_ = nullptr;  // owned while `place_` holds it
+  std::atomic<char*>* place_ = nullptr;
+};
+
+// Removes all noted files, for a process that has to end at once. From a signal handler, too.
+void RemoveNotedParts() noexcept;
 
 // Removes part files of this machine's processes that no longer run. Those of other machines stay: their writers may
 // be running. What cannot be read or removed is skipped.

@@ -17,6 +17,18 @@ std::filesystem::path RealPath(const std::filesystem::path& path) {
 
 }  // namespace
 
+std::filesystem::path EndOfLinks(std::filesystem::path path) {
+  // More are a circle to the system as well.
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(path, error); ++i) {
+    const auto next = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = next.is_absolute() ? next : path.parent_path() / next;
+  }
+  return path;
+}
+
 std::filesystem::path RealPaths::Of(const std::filesystem::path& file) {
   const auto folder = file.parent_path();
   if (realFolder_.empty() || folder != folder_) {
@@ -25,7 +37,7 @@ std::filesystem::path RealPaths::Of(const std::filesystem::path& file) {
   }
   const auto path = realFolder_ / file.filename();
   std::error_code ignored;
-  return std::filesystem::is_symlink(path, ignored) ? RealPath(path) : path;
+  return std::filesystem::is_symlink(path, ignored) ? RealPath(EndOfLinks(path)) : path;
 }
 
 }  // namespace vblur::host

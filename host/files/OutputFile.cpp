@@ -5,16 +5,19 @@
 
 #include "host/base/Failure.h"
 #include "host/base/OutputFileCommit.h"
+#include "host/base/RealPaths.h"
 #include "host/files/PictureLibrary.h"
 
 namespace vblur::host {
 
 void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   std::error_code error;
-  const auto folder = path.parent_path().empty() ? std::filesystem::path(".") : path.parent_path();
+  const auto real = EndOfLinks(path);
+  const auto folder = real.parent_path().empty() ? std::filesystem::path(".") : real.parent_path();
   if (!std::filesystem::is_directory(folder, error))
     RefuseToWrite(path, "the folder " + folder.string() + " does not exist");
   const auto status = std::filesystem::status(path, error);
+  if (error && std::filesystem::is_symlink(real)) RefuseToWrite(path, "its links lead in a circle");
   if (!std::filesystem::exists(status)) return;
   if (std::filesystem::is_directory(status)) RefuseToWrite(path, "it is a folder, a file name was expected");
   if (!std::filesystem::is_regular_file(status)) RefuseToWrite(path, "not a regular file");

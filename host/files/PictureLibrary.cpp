@@ -1,11 +1,24 @@
 #include "host/files/PictureLibrary.h"
 
+#include <string>
+
 #include "host/base/HostFolder.h"
+#include "host/base/LibraryResources.h"
 
 namespace vblur::host {
 
+namespace {
+
+LoadedModule LoadPictureModule() {
+  const std::string what = "the picture library";
+  RequireResourcesToLoad(what);
+  return LoadedModule(HostFolder() / "libvblur_host_pictures.so", what);
+}
+
+}  // namespace
+
 const LoadedModule& ThePictureModule() {
-  static const LoadedModule module(HostFolder() / "libvblur_host_pictures.so", "the picture library");
+  static const LoadedModule module = LoadPictureModule();
   return module;
 }
 

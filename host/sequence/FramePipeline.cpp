@@ -54,8 +54,13 @@ class Pipeline {
   void Run(std::size_t slots) {
     std::vector<std::thread> threads;
     threads.reserve(slots);
-    for (std::size_t slot = 0; slot < slots; ++slot)
-      threads.emplace_back([this, slot] { CarryItems(slot); });
+    try {
+      for (std::size_t slot = 0; slot < slots; ++slot)
+        threads.emplace_back([this, slot] { CarryItems(slot); });
+    } catch (const std::exception&) {
+      // The system has no more threads or no memory for one: the existing ones carry all items.
+    }
+    if (threads.empty()) CarryItems(0);
     for (std::thread& thread : threads)
       thread.join();
     if (error_) std::rethrow_exception(error_);

@@ -9,7 +9,8 @@
 namespace vblur::host {
 
 // A stage handles one item in one slot. A slot serves one item from reading to report, then the next one, which reuses
-// its buffers. Each slot has a thread; the calling thread waits.
+// its buffers. Each slot has a thread; the calling thread waits. Slots whose threads the system
+// refuses stay empty, and without any thread the calling one carries all items.
 struct FrameStages {
   using Stage = std::function<void(std::size_t slot, std::int64_t item)>;
   using Lane = std::function<void(std::size_t lane, std::size_t slot, std::int64_t item)>;

@@ -1,6 +1,7 @@
 #include "host/viewer/OffScreenSurface.h"
 
 #include "host/base/HostFolder.h"
+#include "host/base/LibraryResources.h"
 #include "host/base/LoadModule.h"
 
 namespace vblur::host {
@@ -11,6 +12,7 @@ constexpr const char* kModuleName = "libvblur_host_gl.so";
 
 // Never unloaded: OpenGL drivers do not support it.
 MakeOffScreenSurfaceFunction& LoadPaintLibrary() {
+  RequireResourcesToLoad("what paints the viewer");
   return LoadedModule(HostFolder() / kModuleName, "what paints the viewer")
       .Get<MakeOffScreenSurfaceFunction>(kMakeOffScreenSurface);
 }

@@ -28,6 +28,67 @@ TEST_F(Interruption, CtrlCLeavesWholeFilesOnly) {
   }
 }
 
+TEST_F(Interruption, OtherSignalsStopItAlike) {
+  MakePicture("in.png", 600, 400);
+  for (const int signal : {SIGTERM, SIGHUP}) {
+    Process program(folder_.path(), Command({"render", "in.png", "out.%04d.png", "--frames", "1-2000", "--overwrite"}));
+    ASSERT_TRUE(WaitUntil([&] { return Exists("out.0003.png"); }));
+    program.Send(signal);
+    const auto result = program.Wait();
+    EXPECT_EQ(result.exit, 128 + signal);
+    EXPECT_EQ(result.err, "vblur: interrupted\n");
+    EXPECT_FALSE(SomethingIsBeingWritten());
+    for (const std::string& name : host::NamesIn(folder_.path())) {
+      if (name != "in.png") std::filesystem::remove(Path(name));
+    }
+  }
+}
+
+TEST_F(Interruption, TheSecondSignalEndsItAtOnce) {
+  MakePicture("in.png", 3000, 2000);
+  Process program(folder_.path(), Command({"render", "in.png", "out.webp"}));
+  ASSERT_TRUE(WaitUntil([&] { return SomethingIsBeingWritten(); }));
+  const auto start = std::chrono::steady_clock::now();
+  program.Send(SIGINT);
+  program.Send(SIGTERM);
+  const auto result = program.Wait();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+  // Either may arrive first.
+  EXPECT_TRUE(result.exit == 130 || result.exit == 128 + SIGTERM) << result.exit;
+  EXPECT_EQ(result.err, "vblur: interrupted\n");
+  EXPECT_EQ(host::NamesIn(folder_.path()), std::set<std::string>{"in.png"});
+}
+
+TEST_F(Interruption, IgnoredSignalsStayIgnored) {
+  MakePicture("in.png", 600, 400);
+  for (const int signal : {SIGINT, SIGHUP, SIGTERM}) {
+    Process program(folder_.path(), Command({"render", "in.png", "out.%04d.png", "--frames", "1-12", "--overwrite"}),
+                    Ignoring(signal));
+    ASSERT_TRUE(WaitUntil([&] { return Exists("out.0002.png"); }));
+    program.Send(signal);
+    EXPECT_EQ(program.Wait().exit, 0) << signal;
+    EXPECT_TRUE(Exists("out.0012.png"));
+    std::filesystem::remove(Path("out.0002.png"));
+  }
+}
+
+// Also where a format's library does not ask whether to go on.
+TEST_F(Interruption, EndsWithinASecondWhateverIsWritten) {
+  MakePicture("in.png", 3000, 2000);
+  for (const std::string format : {"png", "webp", "tif", "jpg", "exr", "dpx", "tga", "bmp", "sgi", "hdr"}) {
+    const std::string output = "out." + format;
+    Process program(folder_.path(), Command({"render", "in.png", output}));
+    ASSERT_TRUE(WaitUntil([&] { return SomethingIsBeingWritten() || Exists(output); })) << format;
+    const auto start = std::chrono::steady_clock::now();
+    program.Send(SIGINT);
+    const auto result = program.Wait();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000)) << format;
+    EXPECT_FALSE(SomethingIsBeingWritten());
+    EXPECT_TRUE(result.exit == 130 || (result.exit == 0 && Exists(output))) << format << result.exit;
+    std::filesystem::remove(Path(output));
+  }
+}
+
 TEST_F(Interruption, AKilledProgramLeavesTheOldFileOrTheNewOne) {
   MakePicture("in.png", 900, 700);
   MakePicture("old.png", 900, 700);

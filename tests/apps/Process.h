@@ -29,8 +29,11 @@ struct ProcessResult {
 
 class Process {
  public:
-  // Starts the program in a folder. `fileLimit`, when not 0, is the maximum size of a file in bytes.
-  Process(const std::filesystem::path& folder, std::vector<std::string> arguments, rlim_t fileLimit = 0)
+  // What the child does before it becomes the program.
+  using Setup = std::function<void()>;
+
+  // Starts the program in a folder.
+  Process(const std::filesystem::path& folder, std::vector<std::string> arguments, const Setup& setup = {})
       : folder_(folder), number_(next_++) {
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
@@ -39,7 +42,7 @@ class Process {
     pointers.push_back(nullptr);
     child_ = ::fork();
     if (child_ < 0) throw std::runtime_error("cannot start a process");
-    if (child_ == 0) Become(pointers, fileLimit);
+    if (child_ == 0) Become(pointers, setup);
   }
   ~Process() {
     if (child_ > 0) {
@@ -54,7 +57,11 @@ class Process {
 
   ProcessResult Wait() {
     int status = 0;
-    ::waitpid(child_, &status, 0);
+    // One that hangs is killed.
+    for (auto left = kLongest; ::waitpid(child_, &status, WNOHANG) == 0; left -= kPoll) {
+      if (left <= kPoll) ::kill(child_, SIGKILL);
+      std::this_thread::sleep_for(kPoll);
+    }
     child_ = -1;
     ProcessResult result;
     if (WIFEXITED(status)) result.exit = WEXITSTATUS(status);
@@ -65,10 +72,13 @@ class Process {
   }
 
  private:
+  static constexpr std::chrono::milliseconds kLongest{300'000};
+  static constexpr std::chrono::milliseconds kPoll{1};
+
   // Beside the folder, which holds the program's files only.
   std::string StreamFile(const char* name) const { return folder_.string() + "." + name + std::to_string(number_); }
 
-  [[noreturn]] void Become(std::vector<char*>& arguments, rlim_t fileLimit) const {
+  [[noreturn]] void Become(std::vector<char*>& arguments, const Setup& setup) const {
     const int out = ::open(StreamFile("out").c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
     const int err = ::open(StreamFile("err").c_str(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
     ::dup2(out, STDOUT_FILENO);
@@ -76,10 +86,7 @@ class Process {
     // The program has no sanitizer suppressions; the tests of its libraries check for leaks and races.
     ::setenv("ASAN_OPTIONS", "detect_leaks=0:allocator_may_return_null=1", 1);
     ::setenv("TSAN_OPTIONS", "report_bugs=0", 1);
-    if (fileLimit != 0) {
-      const rlimit limit{fileLimit, fileLimit};
-      ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
+    if (setup) setup();
     if (::chdir(folder_.c_str()) == 0) ::execv(arguments[0], arguments.data());
     ::_exit(127);
   }
@@ -97,6 +104,28 @@ class Process {
   int number_;
   pid_t child_ = -1;
 };
+
+// Setups.
+inline Process::Setup Limited(__rlimit_resource resource, rlim_t most) {
+  return [resource, most] {
+    const rlimit limit{most, most};
+    ::setrlimit(resource, &limit);
+  };
+}
+inline Process::Setup Without(int stream) {
+  return [stream] { ::close(stream); };
+}
+// A stream that goes to a file.
+inline Process::Setup Into(int stream, const char* file) {
+  return [=] {
+    const int opened = ::open(file, O_WRONLY);
+    ::dup2(opened, stream);
+    ::close(opened);
+  };
+}
+inline Process::Setup Ignoring(int signal) {
+  return [signal] { ::signal(signal, SIG_IGN); };
+}
 
 // Waits until it holds; false when it does not within 30 seconds.
 inline bool WaitUntil(const std::function<bool()>& holds) {

@@ -35,8 +35,8 @@ class ProgramTest : public testing::Test {
     return arguments;
   }
 
-  ProcessResult Run(std::vector<std::string> arguments, rlim_t fileLimit = 0) const {
-    return Process(folder_.path(), Command(std::move(arguments)), fileLimit).Wait();
+  ProcessResult Run(std::vector<std::string> arguments, const Process::Setup& setup = {}) const {
+    return Process(folder_.path(), Command(std::move(arguments)), setup).Wait();
   }
 
   // Runs the program and expects the exit code, this one line, and no change to the folder.

@@ -270,7 +270,7 @@ TEST_F(Render, TheReportedLossIsTrue) {
 TEST_F(Render, AFullDiskLeavesTheOldFile) {
   MakePicture("in.png", 200, 200);
   const auto old = folder_.Write("out.png", "old");
-  const auto result = Run({"render", "in.png", "out.png", "--overwrite"}, 10000);
+  const auto result = Run({"render", "in.png", "out.png", "--overwrite"}, Limited(RLIMIT_FSIZE, 10000));
   EXPECT_EQ(result.exit, 4);
   EXPECT_EQ(result.err, "vblur: out.png: cannot write: File too large\n");
   EXPECT_EQ(host::Bytes(old), "old");

@@ -4,12 +4,16 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <fstream>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace vblur::host {
 namespace {
@@ -163,6 +167,32 @@ TEST(FramePipeline, AnExceptionOfAnyStageEndsTheRun) {
     EXPECT_LE(reported, 4);
     // The two other slots may have started an item just before.
     EXPECT_LE(begunAfter, 2);
+  }
+}
+
+// Without address space for the stacks of threads.
+TEST(FramePipeline, WorksWithTheThreadsThatTheSystemStarts) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers end a process without memory";
+#endif
+  for (const std::size_t mebi : {1u, 12u, 20u}) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      std::size_t pages = 0;
+      std::ifstream("/proc/self/statm") >> pages;
+      const rlim_t most = pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) + (mebi << 20);
+      const rlimit limit{most, most};
+      ::setrlimit(RLIMIT_AS, &limit);
+      std::atomic<int> written = 0;
+      FrameStages stages = IdleStages();
+      stages.write = [&](std::size_t, std::int64_t) { ++written; };
+      RunFramePipeline(2, 4, 50, stages);
+      ::_exit(written == 50 ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << mebi << " MiB: " << status;
   }
 }
 
