@@ -38,6 +38,7 @@ void ApplyProgress(const RunOptions& run, Terminal& terminal) {
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
   Interruption interruption(terminal);
   host::Progress progress(terminal.Stream(), StyleOf(global, run, terminal));
+  if (terminal.IsQuiet()) progress.BeQuiet();
   const auto server = LoadServer(global);
   // Before the warnings: nothing is warned of that is refused.
   host::CheckValues(job);

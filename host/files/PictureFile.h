@@ -1,12 +1,15 @@
 // Reads picture files into the effect's pictures. Files are top-down, the effect's row 0 is the bottom. Components pass
-// as stored: no colour management, alpha neither multiplied in nor divided out. Reads the first picture of a file, and
-// its data window.
+// as stored: no colour management, alpha neither multiplied in nor divided out. Reads the first picture of a file.
+//
+// The picture is the display window and the data window together. What no data covers is transparent black, of alpha 0
+// even in a picture without alpha: nothing is known of it.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "host/files/PictureInfo.h"
@@ -27,6 +30,8 @@ struct ReadPicture {
   std::shared_ptr<const PictureMetadata> metadata;
   // The file declares its colours as premultiplied.
   bool associatedAlpha = false;
+  // What the picture has lost, a line each that begins with the file: further pictures, values beyond the depth.
+  std::vector<std::string> losses;
 };
 
 // Reuses its buffer for the next file. One thread at a time.
@@ -36,15 +41,18 @@ class PictureReader {
 
   // Four components of `depth` bits (8 or 16). A grey picture is spread over red, green and blue; one
   // without alpha gets a full one. Throws as ReadPictureInfo does, and when the pixels cannot be read.
-  ReadPicture ReadColour(const std::filesystem::path& path, std::int32_t depth, HostImage& into);
-  // One component: the first channel of the file.
-  ReadPicture ReadMask(const std::filesystem::path& path, std::int32_t depth, HostImage& into);
+  ReadPicture ReadColour(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
+                         const ReadChoice& choice = {});
+  // One component: the channel that the choice names, else the first of the file, or alpha where that is the only one
+  // that varies.
+  ReadPicture ReadMask(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
+                       const ReadChoice& choice = {});
 
  private:
-  ReadPicture Read(const std::filesystem::path& path, std::int32_t depth, std::int32_t components, HostImage& into);
+  ReadPicture Read(const std::filesystem::path& path, const ReadChoice& choice, std::int32_t depth, HostImage& into);
 
   StopTest stop_;
-  std::vector<std::byte> samples_;
+  std::vector<std::byte> samples_;  // a part of a file's rows
 };
 
 }  // namespace vblur::host

@@ -1,5 +1,6 @@
 #include "host/files/PictureInfo.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -9,6 +10,30 @@
 #include "host/files/PictureLibrary.h"
 
 namespace vblur::host {
+
+FileWindow Union(const FileWindow& a, const FileWindow& b) {
+  FileWindow all;
+  all.x = std::min(a.x, b.x);
+  all.y = std::min(a.y, b.y);
+  all.width = static_cast<std::int32_t>(std::max(a.Right(), b.Right()) - all.x);
+  all.height = static_cast<std::int32_t>(std::max(a.Bottom(), b.Bottom()) - all.y);
+  return all;
+}
+
+TakenChannels PictureInfo::Taken() const {
+  TakenChannels taken{choice.red, 0, choice};
+  int last = 0;
+  for (const int channel : {choice.red, choice.green, choice.blue, choice.alpha}) {
+    if (channel < 0) continue;
+    taken.first = std::min(taken.first, channel);
+    last = std::max(last, channel);
+  }
+  taken.count = last + 1 - taken.first;
+  for (int* channel : {&taken.choice.red, &taken.choice.green, &taken.choice.blue, &taken.choice.alpha}) {
+    if (*channel >= 0) *channel -= taken.first;
+  }
+  return taken;
+}
 
 std::size_t PictureInfo::PassingBytes() const {
   std::size_t bytes = 0;
@@ -30,9 +55,9 @@ void RequirePictureFile(const std::filesystem::path& path) {
   std::fclose(file);
 }
 
-PictureInfo ReadPictureInfo(const std::filesystem::path& path) {
+PictureInfo ReadPictureInfo(const std::filesystem::path& path, const ReadChoice& choice) {
   RequirePictureFile(path);
-  return ThePictureLibrary().Open(path)->Info();
+  return ThePictureLibrary().Open(path, choice)->Info();
 }
 
 }  // namespace vblur::host

@@ -24,6 +24,9 @@ struct FileWindow {
   friend bool operator==(const FileWindow&, const FileWindow&) = default;
 };
 
+// The smallest window that holds both.
+FileWindow Union(const FileWindow& a, const FileWindow& b);
+
 enum class NumberKind { Unsigned, Signed, Float };
 
 // How a file stores a sample. Formats that pack samples have fewer bits than their bytes: 10 of 2 bytes.
@@ -42,8 +45,16 @@ struct FileChannel {
   friend bool operator==(const FileChannel&, const FileChannel&) = default;
 };
 
+// Channels of a file that stand side by side, and where among them those that the effect takes are.
+struct TakenChannels {
+  int first = 0;
+  int count = 0;
+  ChannelChoice choice;
+};
+
 struct PictureInfo {
   std::string format;  // the file format's name, such as "png" or "openexr"
+  // Of the picture that the effect gets: both windows together.
   std::int32_t width = 0;
   std::int32_t height = 0;
   std::int32_t channels = 0;
@@ -64,6 +75,9 @@ struct PictureInfo {
   // One channel spread over red, green and blue.
   bool IsGrey() const { return choice.red == choice.green && choice.red == choice.blue; }
   bool HasAlpha() const { return choice.alpha >= 0; }
+  // What the effect gets. Where no data covers it, it is transparent black.
+  FileWindow Picture() const { return Union(data, display); }
+  TakenChannels Taken() const;
   // Of one pixel of the passing channels, as they are stored.
   std::size_t PassingBytes() const;
 
@@ -71,11 +85,28 @@ struct PictureInfo {
   std::int32_t NaturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }
 };
 
+enum class PictureUse { Colour, Mask };
+
+// What is taken of a file, and how large its picture may be.
+struct ReadChoice {
+  static constexpr std::int64_t kMostPixels = 1'000'000'000;
+
+  PictureUse use = PictureUse::Colour;
+  // The layer of colours; empty: the channels that are in none.
+  std::string layer;
+  // The channel of a mask; empty: the first, or alpha where that is the only one that varies.
+  std::string channel;
+  // Whether the channels that the effect does not take are read too.
+  bool keepsPassing = false;
+  std::int64_t mostPixels = kMostPixels;
+};
+
 // Throws Failure (cannot read): no such file, not a file, or empty.
 void RequirePictureFile(const std::filesystem::path& path);
 
-// Throws Failure (cannot read): no such file, not a file, empty, not a picture, a picture without
-// pixels or with more than 2^31 components.
-PictureInfo ReadPictureInfo(const std::filesystem::path& path);
+// Throws Failure (cannot read): no such file, not a file, empty, not a picture, without the layer or the channel that
+// is asked for, a picture without pixels, with more than 2^31 components or more pixels than it may have, its windows
+// taken together.
+PictureInfo ReadPictureInfo(const std::filesystem::path& path, const ReadChoice& choice = {});
 
 }  // namespace vblur::host

@@ -20,11 +20,14 @@ class PictureSource {
   virtual ~PictureSource() = default;
 
   virtual const PictureInfo& Info() const = 0;
-  // Reads the samples of all channels, of the kind in Info(), top row first, without padding. Throws Failure (cannot
-  // read) when the file is damaged or truncated, and FileInterrupted.
-  virtual void ReadSamples(std::byte* samples, const StopTest& stop) = 0;
-  // Facts of the file; valid once its samples are read.
-  virtual ReadPicture Facts() const = 0;
+  // As many rows as are read well at once: whole tiles and strips, and a fraction of a second's work.
+  virtual std::int32_t RowsAtOnce() const = 0;
+  // Reads rows of the data window, 0 its top one: the channels of PictureInfo::Taken, of the kind in Info(), upper rows
+  // first, without padding. Every row once, from the top on, RowsAtOnce at a time. Throws Failure (cannot read) when
+  // the file is damaged or truncated.
+  virtual void ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) = 0;
+  // Facts of the file, once, after its rows are read.
+  virtual ReadPicture Facts() = 0;
 };
 
 // A picture to write.
@@ -43,7 +46,7 @@ class PictureLibrary {
   virtual ~PictureLibrary() = default;
 
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
-  virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) = 0;
+  virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) = 0;
   // Returns what the file does not hold of the source picture, a line each. Throws Failure (cannot write), and
   // FileInterrupted.
   virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;

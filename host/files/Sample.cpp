@@ -1,5 +1,7 @@
 #include "host/files/Sample.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace vblur::host {
@@ -25,6 +27,38 @@ void ReadAmounts(const Sample* samples, int channels, int channel, Component* pi
   for (std::size_t x = 0; x < width; ++x, samples += channels) {
     pixels[x] = FromSample<Component>(samples[channel], ComponentUse::Amount);
   }
+}
+
+// What a depth carries, half a step more on either side.
+struct Carried {
+  float low;
+  float high;
+
+  bool Holds(float value) const { return value >= low && value <= high; }
+};
+
+constexpr Carried CarriedBy(std::int32_t depth) {
+  return depth == 8 ? Carried{-0.5f / 255.0f, 255.5f / 255.0f} : Carried{-32768.5f / 16384.0f, 32767.5f / 16384.0f};
+}
+
+// Of all channels, those too that are not taken. Most rows are within, so this is fast.
+bool AllWithin(const float* samples, std::size_t count, Carried carried) {
+  std::uint32_t beyond = 0;
+  for (std::size_t i = 0; i < count; ++i)
+    beyond |= static_cast<std::uint32_t>(!(samples[i] >= carried.low)) |
+              static_cast<std::uint32_t>(!(samples[i] <= carried.high));
+  return beyond == 0;
+}
+
+void AddSample(float value, Carried carried, BeyondRange& beyond) {
+  if (carried.Holds(value)) return;
+  if (std::isnan(value)) {
+    ++beyond.notNumbers;
+    return;
+  }
+  beyond.lowest = beyond.count == 0 ? value : std::min(beyond.lowest, value);
+  beyond.highest = beyond.count == 0 ? value : std::max(beyond.highest, value);
+  ++beyond.count;
 }
 
 template <typename Sample, typename Component>
@@ -101,6 +135,21 @@ void ReadColourRow(const void* samples, SampleKind kind, int channels, ChannelCh
     ReadColours(static_cast<decltype(sample)>(samples), channels, choice,
                 static_cast<Target<decltype(component)>*>(pixels), width);
   });
+}
+
+void AddBeyondRange(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
+                    std::size_t width, BeyondRange& beyond) {
+  if (kind != SampleKind::Float) return;
+  const auto* values = static_cast<const float*>(samples);
+  const Carried carried = CarriedBy(depth);
+  if (AllWithin(values, width * static_cast<std::size_t>(channels), carried)) return;
+  // A grey picture's channel counts once.
+  const bool grey = choice.red == choice.green && choice.red == choice.blue;
+  for (std::size_t x = 0; x < width; ++x, values += channels) {
+    for (const int channel : {choice.red, grey ? -1 : choice.green, grey ? -1 : choice.blue, choice.alpha}) {
+      if (channel >= 0) AddSample(values[channel], carried, beyond);
+    }
+  }
 }
 
 void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel, std::int32_t depth, void* pixels,

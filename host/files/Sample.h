@@ -120,6 +120,18 @@ void ReadColourRow(const void* samples, SampleKind kind, int channels, ChannelCh
 // One channel of a row of a file as the amounts of a mask, one component a pixel.
 void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel, std::int32_t depth, void* pixels,
                  std::size_t width);
+// What a depth does not carry of a file's samples: values beyond its range by more than half a step, infinities among
+// them, and NaN.
+struct BeyondRange {
+  std::int64_t count = 0;
+  float lowest = 0.0f;
+  float highest = 0.0f;
+  std::int64_t notNumbers = 0;
+};
+// Adds what ReadColourRow loses of a row. Integers lose nothing.
+void AddBeyondRange(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
+                    std::size_t width, BeyondRange& beyond);
+
 // One row of four-component pixels as samples of a file: the first `channels` (3 or 4) of each pixel.
 void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, SampleKind kind, int channels,
                     std::size_t width);

@@ -1,5 +1,6 @@
 #include "host/hosted/HostImage.h"
 
+#include <array>
 #include <cstring>
 
 namespace vblur::host {
@@ -17,19 +18,33 @@ void HostImage::Reset(std::int32_t depth, std::int32_t components, std::int32_t 
   components_ = components;
   width_ = width;
   height_ = height;
-  Place(ImageRecord{});
+  PutInFrame({0, 0}, {width, height});
 }
 
 void HostImage::Clear() {
   if (memory_) std::memset(memory_.get(), 0, ByteCount());
 }
 
+void HostImage::PutInFrame(DSPixelPair corner, DSPixelPair frame) {
+  corner_ = corner;
+  frame_ = frame;
+  Place(ImageRecord{});
+}
+
 void HostImage::Place(const ImageRecord& record) {
-  origin_ = {record.origin[0], record.origin[1]};
-  position_ = {static_cast<double>(origin_.x), static_cast<double>(origin_.y)};
-  size_ = {static_cast<double>(width_), static_cast<double>(height_)};
-  if (record.position) position_ = {(*record.position)[0], (*record.position)[1]};
-  if (record.size) size_ = {(*record.size)[0], (*record.size)[1]};
+  const auto place = [](std::int32_t corner, std::int32_t frame, std::int32_t pixels, double at, double size,
+                        double& position, double& extent) {
+    position = corner == 0 ? at : at + corner * (size / frame);
+    extent = pixels == frame ? size : pixels * (size / frame);
+  };
+  const std::array<double, 2> origin{static_cast<double>(record.origin[0]), static_cast<double>(record.origin[1])};
+  const std::array<double, 2> pixels{static_cast<double>(frame_.x), static_cast<double>(frame_.y)};
+  const auto position = record.position.value_or(origin);
+  const auto size = record.size.value_or(pixels);
+  place(corner_.x, frame_.x, width_, position[0], size[0], position_.x, size_.x);
+  place(corner_.y, frame_.y, height_, position[1], size[1], position_.y, size_.y);
+  origin_ = {static_cast<std::int32_t>(std::int64_t{record.origin[0]} + corner_.x),
+             static_cast<std::int32_t>(std::int64_t{record.origin[1]} + corner_.y)};
 }
 
 GUID HostImage::Format() const {

@@ -28,14 +28,22 @@ class HostImage final : public IDSImage, public IHostOrigin {
   void Reset(std::int32_t depth, std::int32_t components, std::int32_t width, std::int32_t height);
   // Sets every component to zero.
   void Clear();
-  // Places the picture by a record: its position (default: its pixel origin), its size (default: that in pixels) and
-  // its pixel origin.
+  // Makes the picture a part of a frame, or more than it: its lower left corner lies at `corner` from that of the
+  // frame. Reset makes it the whole frame.
+  void PutInFrame(DSPixelPair corner, DSPixelPair frame);
+  // Places the frame by a record, and the picture in it: the frame's position (default: its pixel origin), its size
+  // (default: that in pixels) and its pixel origin.
   void Place(const ImageRecord& record);
 
   std::int32_t Width() const { return width_; }
   std::int32_t Height() const { return height_; }
   std::int32_t Depth() const { return depth_; }
   std::int32_t Components() const { return components_; }
+  DSPixelPair FrameCorner() const { return corner_; }
+  DSPixelPair FrameSize() const { return frame_; }
+  std::size_t PixelBytes() const {
+    return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8);
+  }
   std::size_t RowBytes() const { return static_cast<std::size_t>(width_) * PixelBytes(); }
   std::size_t ByteCount() const { return RowBytes() * static_cast<std::size_t>(height_); }
   // The first byte of a row; row 0 is the bottom of the picture.
@@ -51,10 +59,6 @@ class HostImage final : public IDSImage, public IHostOrigin {
   DSPixelPair HostOrigin() const override { return origin_; }
 
  private:
-  std::size_t PixelBytes() const {
-    return static_cast<std::size_t>(components_) * static_cast<std::size_t>(depth_ / 8);
-  }
-
   // Aligned to a cache line: rows that begin with one are the fastest to render.
   struct Aligned {
     static constexpr std::align_val_t kTo{64};
@@ -67,6 +71,8 @@ class HostImage final : public IDSImage, public IHostOrigin {
   std::int32_t components_ = 4;
   std::int32_t width_ = 0;
   std::int32_t height_ = 0;
+  DSPixelPair corner_;
+  DSPixelPair frame_;
   DSWorldPair position_;
   DSWorldPair size_;
   DSPixelPair origin_;

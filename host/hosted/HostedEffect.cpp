@@ -66,7 +66,9 @@ HostedEffect HostedEffect::Clone(const std::string& name) const {
   if (result != kOk) {
     throw Failure(ExitCode::SomeFramesFailed, "the effect cannot be cloned (" + FormatResult(result) + ")");
   }
-  return HostedEffect(clone, trace_, name);
+  HostedEffect copy(clone, trace_, name);
+  copy.region_ = region_;
+  return copy;
 }
 
 void HostedEffect::UseAs(EffectKind kind) {
@@ -129,11 +131,20 @@ void HostedEffect::SetUp(const Job& job, IDSCoordMan& coordMan, IDSExecuteContex
   Made("SetDuration", FormatNumber(duration), [&] { return effect_->SetDuration(duration); });
   Made("SetCoordMan", "", [&] { return effect_->SetCoordMan(&coordMan); });
   Made("SetExecuteContext", "", [&] { return effect_->SetExecuteContext(&context); });
-  if (!job.roi) {
+  SetRegion(job.roi);
+}
+
+void HostedEffect::PutRegion(const std::optional<Region>& region) {
+  if (region != region_) SetRegion(region);
+}
+
+void HostedEffect::SetRegion(const std::optional<Region>& region) {
+  region_ = region;
+  if (!region) {
     Made("ClearROI", "", [&] { return effect_->ClearROI(); });
     return;
   }
-  const Region& roi = *job.roi;
+  const Region& roi = *region;
   Made("SetROI",
        std::to_string(roi.x) + ", " + std::to_string(roi.y) + ", " + std::to_string(roi.width) + ", " +
            std::to_string(roi.height),

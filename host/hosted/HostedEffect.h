@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -55,6 +56,8 @@ class HostedEffect {
   void PutProperties(const PropertyStore& properties);
   // One of them; null for its default.
   void PutProperty(const Property& property, const PropertyStore::Setting* setting);
+  // The region of the frames from here on; nothing for the whole picture. Unchanged ones make no call.
+  void PutRegion(const std::optional<Region>& region);
   // Every property of the table as the effect now has it.
   PropertyStore Properties() const;
   // Around all frames of a sequence, with the times of the first and the last.
@@ -82,6 +85,7 @@ class HostedEffect {
 
  private:
   void UseAs(EffectKind kind);
+  void SetRegion(const std::optional<Region>& region);
   void BorrowPictures(const FramePictures& pictures, IDSEffectHost* host, std::int32_t field);
   HRESULT RenderBorrowed(const FramePictures& pictures, double time);
 
@@ -95,6 +99,7 @@ class HostedEffect {
   CallTrace* trace_;
   std::string name_;
   InputOverscan overscan_;
+  std::optional<Region> region_;
 };
 
 // The family under which the host uses an effect as this kind.

@@ -28,7 +28,7 @@ bool KeepsInput(const Job& job, const FramePictures& pictures) {
 }
 
 void CopyOutside(const Region& region, const HostImage& input, HostImage& output) {
-  const std::size_t pixel = output.RowBytes() / static_cast<std::size_t>(output.Width());
+  const std::size_t pixel = output.PixelBytes();
   const auto within = [](std::int64_t position, std::int32_t size) {
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(position, 0, size));
   };
@@ -47,6 +47,50 @@ void CopyOutside(const Region& region, const HostImage& input, HostImage& output
   }
 }
 
+// Frame over frame; what the initial picture does not reach is zero.
+void CopyInitial(const InitialPicture& initial, HostImage& output) {
+  const HostImage& from = initial.image;
+  const DSPixelPair have = from.FrameSize();
+  const DSPixelPair want = output.FrameSize();
+  if (have.x != want.x || have.y != want.y) {
+    Refuse(initial.file.string(), std::to_string(have.x) + " x " + std::to_string(have.y) +
+                                      " pixels, expected the output's " + std::to_string(want.x) + " x " +
+                                      std::to_string(want.y));
+  }
+  output.Clear();
+  const DSPixelPair a = from.FrameCorner();
+  const DSPixelPair b = output.FrameCorner();
+  const auto left = std::max(a.x, b.x);
+  const auto right = std::min(a.x + from.Width(), b.x + output.Width());
+  const auto top = std::min(a.y + from.Height(), b.y + output.Height());
+  for (std::int32_t y = std::max(a.y, b.y); y < top && left < right; ++y) {
+    const auto at = [&](const auto& image, DSPixelPair corner) {
+      return image.Row(y - corner.y) + static_cast<std::size_t>(left - corner.x) * image.PixelBytes();
+    };
+    std::memcpy(const_cast<std::byte*>(at(output, b)), at(from, a),
+                static_cast<std::size_t>(right - left) * output.PixelBytes());
+  }
+}
+
+// The effect counts the region from the lower left corner of the input, or of the output where there is no input; the
+// job counts it from that of the frame.
+std::optional<Region> RegionOf(const Job& job, const FramePictures& pictures) {
+  if (!job.roi) return std::nullopt;
+  const DSPixelPair corner = (pictures.input ? pictures.input : pictures.output)->FrameCorner();
+  Region region = *job.roi;
+  region.x -= corner.x;
+  region.y -= corner.y;
+  return region;
+}
+
+// The effect counts from the input's lower left corner to the mask's, the job from frame to frame.
+std::array<std::int32_t, 2> MaskOffsetOf(const Job& job, const FramePictures& pictures) {
+  if (!job.mask || !pictures.mask || !pictures.input) return {0, 0};
+  const DSPixelPair mask = pictures.mask->FrameCorner();
+  const DSPixelPair input = pictures.input->FrameCorner();
+  return {job.mask->offset[0] + mask.x - input.x, job.mask->offset[1] + mask.y - input.y};
+}
+
 }  // namespace
 
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
@@ -58,20 +102,26 @@ void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                          " pixels are more than 2^31 components (4 a pixel)");
   }
   output.Reset(depth, 4, width, height);
-  output.Place(job.output);
-  if (!initial) return output.Clear();
-  const HostImage& image = initial->image;
-  if (image.Width() != width || image.Height() != height) {
-    Refuse(initial->file.string(), std::to_string(image.Width()) + " x " + std::to_string(image.Height()) +
-                                       " pixels, expected the output's " + std::to_string(width) + " x " +
-                                       std::to_string(height));
+  DSPixelPair corner = input ? input->FrameCorner() : DSPixelPair{};
+  DSPixelPair frame = input ? input->FrameSize() : DSPixelPair{};
+  if (job.output.width) {
+    corner.x = 0;
+    frame.x = width;
   }
-  std::memcpy(output.FirstPixel(), image.FirstPixel(), output.ByteCount());
+  if (job.output.height) {
+    corner.y = 0;
+    frame.y = height;
+  }
+  output.PutInFrame(corner, frame);
+  output.Place(job.output);
+  if (initial) return CopyInitial(*initial, output);
+  output.Clear();
 }
 
 std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output) {
   if (job.project || job.projectUnreadable) return job.project;
-  const std::array<double, 2> size{static_cast<double>(output.Width()), static_cast<double>(output.Height())};
+  const DSPixelPair frame = output.FrameSize();
+  const std::array<double, 2> size{static_cast<double>(frame.x), static_cast<double>(frame.y)};
   return ProjectSizes{size, size};
 }
 
@@ -95,7 +145,9 @@ void CheckPlaces(const FramePictures& pictures) {
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField) {
   EffectHost host(ProjectOf(job, *pictures.output));
-  if (job.mask) pictures.maskOffset = job.mask->offset;
+  pictures.maskOffset = MaskOffsetOf(job, pictures);
+  const auto region = RegionOf(job, pictures);
+  effect.PutRegion(region);
   CheckPlaces(pictures);
   const bool keepsInput = KeepsInput(job, pictures);
   const bool both = job.field == FieldChoice::Both;
@@ -106,7 +158,7 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
     if (result != kOk || !both || context.Stopped() || !effect.WhyNotRendered().empty()) break;
   }
   // Last: some channel choices, and a region beside the picture, write pixels outside the region.
-  if (keepsInput) CopyOutside(*job.roi, *pictures.input, *pictures.output);
+  if (keepsInput) CopyOutside(*region, *pictures.input, *pictures.output);
   return result;
 }
 

@@ -19,9 +19,9 @@ struct InitialPicture {
   std::filesystem::path file;
 };
 
-// Makes the output of a frame: of the job's size or that of the input (null for none), at its place, all zero or as
-// it was initially. Throws Failure (wrong usage) for more than 2^31 components and for an initial picture of
-// another size.
+// Makes the output of a frame: of the job's size, or the same part of the same frame as the input (null for none), at
+// the output's place, all zero or as it was initially. Throws Failure (wrong usage) for more than 2^31 components and
+// for an initial picture whose frame has another size.
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                    const std::optional<InitialPicture>& initial, HostImage& output);
 
@@ -32,10 +32,10 @@ std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
 // job's field.
 void CheckPlaces(const FramePictures& pictures);
 
-// Renders the frame, or both its fields one after the other; calls `afterField` after each. Ends at the first
-// result that is not 0, when the effect says that it rendered nothing, and when the context is stopped. Then puts the
-// input around the region as far as the job says so. Throws as CheckPlaces does, and Failure (wrong usage) for an input
-// that is to be kept and lies otherwise than the output.
+// Renders the frame, in the job's region, or both its fields one after the other; calls `afterField` after each. Ends
+// at the first result that is not 0, when the effect says that it rendered nothing, and when the context is stopped.
+// Then puts the input around the region as far as the job says so. Throws as CheckPlaces does, and Failure (wrong
+// usage) for an input that is to be kept and lies otherwise than the output.
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField);
 

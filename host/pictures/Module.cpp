@@ -20,7 +20,9 @@ OIIO::ImageBuf View(const HostImage& image) {
 
 class PictureModule final : public PictureLibrary {
  public:
-  std::unique_ptr<PictureSource> Open(const std::filesystem::path& path) override { return OpenForReading(path); }
+  std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) override {
+    return OpenForReading(path, choice);
+  }
   std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
     return WritePicture(picture, stop);
   }

@@ -56,13 +56,6 @@ bool IsOpaque(const HostImage& image) {
   return true;
 }
 
-FileWindow Union(const FileWindow& a, const FileWindow& b) {
-  FileWindow both{std::min(a.x, b.x), std::min(a.y, b.y), 0, 0};
-  both.width = static_cast<std::int32_t>(std::max(a.Right(), b.Right()) - both.x);
-  both.height = static_cast<std::int32_t>(std::max(a.Bottom(), b.Bottom()) - both.y);
-  return both;
-}
-
 bool IsZero(const std::byte* from, std::size_t bytes) {
   return std::all_of(from, from + bytes, [](std::byte each) { return each == std::byte{0}; });
 }

@@ -6,6 +6,7 @@
 
 #include "host/base/Failure.h"
 #include "host/hosted/HostImage.h"
+#include "host/pictures/PictureChannels.h"
 
 namespace vblur::host {
 
@@ -44,39 +45,6 @@ std::unique_ptr<OIIO::ImageInput> OpenAnyFormat(const std::filesystem::path& pat
   RefuseToRead(path, "not a picture, or a damaged one (" + LibraryMessage(message, "unknown format") + ")");
 }
 
-bool IsNamed(const OIIO::ImageSpec& spec, std::size_t channel, std::string_view name) {
-  return OIIO::Strutil::iequals(spec.channelnames[channel], OIIO::string_view(name.data(), name.size()));
-}
-
-int FindChannel(const OIIO::ImageSpec& spec, std::string_view name) {
-  for (std::size_t c = 0; c < spec.channelnames.size(); ++c) {
-    if (IsNamed(spec, c, name)) return static_cast<int>(c);
-  }
-  return -1;
-}
-
-// Red, green, blue and alpha by name; without these names the first channels that are not alpha, and
-// one alone is grey.
-ChannelChoice ChooseChannels(const OIIO::ImageSpec& spec) {
-  ChannelChoice choice{FindChannel(spec, "R"), FindChannel(spec, "G"), FindChannel(spec, "B"), FindChannel(spec, "A")};
-  if (choice.alpha < 0) choice.alpha = spec.alpha_channel;
-  if (choice.red >= 0 && choice.green >= 0 && choice.blue >= 0) return choice;
-  std::array<int, 3> colours{-1, -1, -1};
-  std::size_t found = 0;
-  for (int c = 0; c < spec.nchannels && found < colours.size(); ++c) {
-    if (c != choice.alpha) colours[found++] = c;
-  }
-  if (found == 0) return {choice.alpha, choice.alpha, choice.alpha, -1};
-  if (found == 1) return {colours[0], colours[0], colours[0], choice.alpha};
-  return {colours[0], colours[1], colours[2], choice.alpha};
-}
-
-SampleKind KindOf(const OIIO::TypeDesc& type) {
-  if (type.basetype == OIIO::TypeDesc::UINT8) return SampleKind::Unsigned8;
-  if (type.basetype == OIIO::TypeDesc::UINT16) return SampleKind::Unsigned16;
-  return SampleKind::Float;
-}
-
 StoredType StoredTypeOf(const OIIO::ImageSpec& spec, int channel) {
   const OIIO::TypeDesc type = spec.channelformat(channel);
   StoredType stored;
@@ -95,33 +63,82 @@ bool Takes(const ChannelChoice& choice, int channel) {
   return channel == choice.red || channel == choice.green || channel == choice.blue || channel == choice.alpha;
 }
 
-PictureInfo Describe(const std::string& format, const OIIO::ImageSpec& spec) {
+// Float unless all that is taken is of one narrower kind.
+SampleKind KindOf(const PictureInfo& info) {
+  const auto all = [&](const StoredType& type) {
+    for (std::size_t channel = 0; channel < info.all.size(); ++channel) {
+      const StoredType& stored = info.all[channel].type;
+      if (!Takes(info.choice, static_cast<int>(channel))) continue;
+      if (stored.number != type.number || stored.bytes != type.bytes) return false;
+    }
+    return true;
+  };
+  if (all({NumberKind::Unsigned, 1, 8})) return SampleKind::Unsigned8;
+  return all({NumberKind::Unsigned, 2, 16}) ? SampleKind::Unsigned16 : SampleKind::Float;
+}
+
+FileWindow DisplayWindow(const OIIO::ImageSpec& spec) {
+  if (spec.full_width <= 0 || spec.full_height <= 0) return {spec.x, spec.y, spec.width, spec.height};
+  return {spec.full_x, spec.full_y, spec.full_width, spec.full_height};
+}
+
+// Pages, frames, parts.
+std::int32_t CountPictures(OIIO::ImageInput& file) {
+  constexpr int kMost = 1000;
+  int count = std::max(1, file.spec().get_int_attribute("oiio:subimages"));
+  if (count > 1) return count;
+  while (count < kMost && file.seek_subimage(count, 0))
+    ++count;
+  // What it says of the one behind the last.
+  file.geterror();
+  return count;
+}
+
+PictureInfo Describe(const std::filesystem::path& path, const std::string& format, const OIIO::ImageSpec& spec,
+                     const ReadChoice& choice) {
   PictureInfo info;
   info.format = format;
-  info.width = spec.width;
-  info.height = spec.height;
   info.channels = spec.nchannels;
-  info.samples = KindOf(spec.format);
-  info.choice = ChooseChannels(spec);
+  info.choice = ChooseChannels(path, spec, choice);
   info.data = {spec.x, spec.y, spec.width, spec.height};
-  info.display = {spec.full_x, spec.full_y, spec.full_width, spec.full_height};
-  if (info.display.width <= 0 || info.display.height <= 0) info.display = info.data;
+  info.display = DisplayWindow(spec);
+  info.width = info.Picture().width;
+  info.height = info.Picture().height;
   for (int channel = 0; channel < spec.nchannels; ++channel) {
     info.all.push_back({spec.channel_name(channel), StoredTypeOf(spec, channel)});
     if (!Takes(info.choice, channel)) info.passing.push_back(channel);
   }
+  info.samples = KindOf(info);
   info.stored = info.all[static_cast<std::size_t>(info.choice.red)].type;
-  info.pictures = std::max(1, spec.get_int_attribute("oiio:subimages"));
   return info;
 }
 
-void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec) {
-  const std::string size = std::to_string(spec.width) + " x " + std::to_string(spec.height) + " pixels";
-  if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) RefuseToRead(path, "it has no pixels (" + size + ")");
+std::string PixelsOf(std::int64_t width, std::int64_t height) {
+  return std::to_string(width) + " x " + std::to_string(height) + " pixels";
+}
+
+// Before anything is decoded.
+void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec, std::int64_t mostPixels) {
+  if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) {
+    RefuseToRead(path, "it has no pixels (" + PixelsOf(spec.width, spec.height) + ")");
+  }
   if (spec.depth > 1) RefuseToRead(path, "it is a volume, a flat picture was expected");
   if (spec.deep) RefuseToRead(path, "it holds deep samples, a flat picture was expected");
-  const std::int64_t components = std::int64_t{std::max(4, spec.nchannels)} * spec.width;
-  if (components > HostImage::kMostComponents / spec.height) {
+  const FileWindow data{spec.x, spec.y, spec.width, spec.height};
+  const FileWindow display = DisplayWindow(spec);
+  // The sides of both windows together, which may not fit one.
+  const std::int64_t width = std::max(data.Right(), display.Right()) - std::min(data.x, display.x);
+  const std::int64_t height = std::max(data.Bottom(), display.Bottom()) - std::min(data.y, display.y);
+  const std::string size =
+      PixelsOf(width, height) + (data == display ? "" : " of the data and the display window together");
+  if (width > mostPixels / height) {
+    throw Failure(ExitCode::CannotRead,
+                  path.string() + ": cannot read: " + size + ", " + std::to_string(width * height) +
+                      " in all, expected at most " + std::to_string(mostPixels),
+                  FailureKind::TooManyPixels);
+  }
+  const std::int64_t components = std::int64_t{std::max(4, spec.nchannels)} * width;
+  if (components > HostImage::kMostComponents / height) {
     RefuseToRead(path, size + " are more than 2^31 components (4 a pixel)");
   }
 }
@@ -142,12 +159,13 @@ std::string LibraryMessage(const std::string& message, const std::string& otherw
   return line.empty() ? otherwise : line;
 }
 
-OpenPicture OpenPictureFile(const std::filesystem::path& path) {
+OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) {
   const PictureFileChatter chatter;
   auto file = OpenAnyFormat(path);
-  const OIIO::ImageSpec& spec = file->spec();
-  RequireSize(path, spec);
-  PictureInfo info = Describe(file->format_name(), spec);
+  RequireSize(path, file->spec(), choice.mostPixels);
+  PictureInfo info = Describe(path, file->format_name(), file->spec(), choice);
+  info.pictures = CountPictures(*file);
+  if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
   return {std::move(file), std::move(info)};
 }
 

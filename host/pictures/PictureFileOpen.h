@@ -28,7 +28,7 @@ struct OpenPicture {
 
 // Opens the first picture of a file that RequirePictureFile accepts, so that components come as they are stored.
 // Throws as ReadPictureInfo does.
-OpenPicture OpenPictureFile(const std::filesystem::path& path);
+OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice);
 
 OIIO::TypeDesc TypeOf(SampleKind kind);
 

@@ -6,6 +6,6 @@
 namespace vblur::host {
 
 // As PictureLibrary::Open.
-std::unique_ptr<PictureSource> OpenForReading(const std::filesystem::path& path);
+std::unique_ptr<PictureSource> OpenForReading(const std::filesystem::path& path, const ReadChoice& choice);
 
 }  // namespace vblur::host

@@ -1,5 +1,6 @@
 #include "host/sequence/JobPictures.h"
 
+#include <string_view>
 #include <utility>
 
 #include "host/files/PictureInfo.h"
@@ -8,8 +9,8 @@
 
 namespace vblur::host {
 
-JobPicture::JobPicture(const Job& job, const ImageRecord& record, Use use)
-    : job_(job), pattern_(record.file), record_(record), use_(use) {}
+JobPicture::JobPicture(const Job& job, const ImageRecord& record, ReadChoice choice)
+    : job_(job), pattern_(record.file), record_(record), choice_(std::move(choice)) {}
 
 std::filesystem::path JobPicture::FileOf(std::int32_t frame) const {
   return JobFilePath(job_, pattern_, frame);
@@ -18,27 +19,55 @@ std::filesystem::path JobPicture::FileOf(std::int32_t frame) const {
 ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth,
                                  HostImage& image) const {
   const auto path = FileOf(frame);
-  auto read = use_ == Use::Mask ? reader.ReadMask(path, depth, image) : reader.ReadColour(path, depth, image);
+  auto read = choice_.use == PictureUse::Mask ? reader.ReadMask(path, depth, image, choice_)
+                                              : reader.ReadColour(path, depth, image, choice_);
   image.Place(record_);
   return read;
 }
 
 JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
-  if (pattern_.HasNumber()) return {&buffer, ReadInto(reader, frame, depth, buffer).metadata};
+  if (pattern_.HasNumber()) {
+    auto read = ReadInto(reader, frame, depth, buffer);
+    return {&buffer, std::move(read.metadata), std::move(read.losses)};
+  }
   const std::lock_guard hold(keeping_);
   if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
-  return {&kept_, keptFile_->metadata};
+  return {&kept_, keptFile_->metadata, keptFile_->losses};
 }
 
-JobPictures::JobPictures(const Job& job) : job_(job) {
-  using Use = JobPicture::Use;
-  if (job.input) input_.emplace(job, *job.input, Use::Colour);
-  if (job.input2) input2_.emplace(job, *job.input2, Use::Colour);
-  if (job.mask) mask_.emplace(job, *job.mask, Use::Mask);
+namespace {
+
+std::string SizeText(DSPixelPair size) {
+  return std::to_string(size.x) + " x " + std::to_string(size.y) + " pixels";
+}
+
+// Nothing for an offset, which says where the picture lies.
+void AddUnlike(std::string_view field, const HostImage* image, const HostImage* input, bool hasOffset,
+               std::vector<std::string>& warnings) {
+  if (image == nullptr || input == nullptr || hasOffset) return;
+  const DSPixelPair own = image->FrameSize();
+  const DSPixelPair other = input->FrameSize();
+  if (own.x == other.x && own.y == other.y) return;
+  warnings.push_back(std::string(field) + ": its frame of " + SizeText(own) +
+                     " lies on the input's lower left corner, " + "whose frame has " + SizeText(other));
+}
+
+}  // namespace
+
+JobPictures::JobPictures(const Job& job, std::int64_t mostPixels) : job_(job) {
+  ReadChoice colours;
+  colours.mostPixels = mostPixels;
+  ReadChoice first = colours;
+  first.keepsPassing = true;
+  ReadChoice amounts = colours;
+  amounts.use = PictureUse::Mask;
+  if (job.input) input_.emplace(job, *job.input, first);
+  if (job.input2) input2_.emplace(job, *job.input2, colours);
+  if (job.mask) mask_.emplace(job, *job.mask, amounts);
   if (job.output.initial) {
     ImageRecord record;
     record.file = *job.output.initial;
-    initial_.emplace(job, record, Use::Colour);
+    initial_.emplace(job, record, colours);
   }
 }
 
@@ -53,7 +82,11 @@ std::vector<std::filesystem::path> JobPictures::FilesOf(std::int32_t frame) cons
 std::int32_t JobPictures::DepthAt(std::int32_t frame) const {
   constexpr std::int32_t kWithoutInput = 16;
   if (job_.depth) return *job_.depth;
-  return input_ ? ReadPictureInfo(input_->FileOf(frame)).NaturalDepth() : kWithoutInput;
+  return input_ ? InputInfo(frame).NaturalDepth() : kWithoutInput;
+}
+
+PictureInfo JobPictures::InputInfo(std::int32_t frame) const {
+  return ReadPictureInfo(input_->FileOf(frame), input_->Choice());
 }
 
 FrameBuffers::FrameBuffers(JobPictures& pictures, StopTest stop) : source_(pictures), reader_(std::move(stop)) {}
@@ -68,6 +101,18 @@ void FrameBuffers::Read(std::int32_t frame, std::int32_t depth) {
   mask_ = read(source_.mask_, maskBuffer_);
   initial_ = read(source_.initial_, initialBuffer_);
   frame_ = frame;
+}
+
+std::vector<std::string> FrameBuffers::Warnings() const {
+  std::vector<std::string> warnings;
+  for (const auto* picture : {&input_, &input2_, &mask_, &initial_})
+    warnings.insert(warnings.end(), picture->losses.begin(), picture->losses.end());
+  const Job& job = source_.SourceJob();
+  if (job.input && job.input2) {
+    AddUnlike("input2", input2_.image, input_.image, job.input2->origin != job.input->origin, warnings);
+  }
+  if (job.mask) AddUnlike("mask", mask_.image, input_.image, job.mask->offset != MaskRecord{}.offset, warnings);
+  return warnings;
 }
 
 void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "host/files/PictureFile.h"
@@ -20,10 +21,8 @@ namespace vblur::host {
 // threads may read at once.
 class JobPicture {
  public:
-  enum class Use { Colour, Mask };
-
   // The job is borrowed.
-  JobPicture(const Job& job, const ImageRecord& record, Use use);
+  JobPicture(const Job& job, const ImageRecord& record, ReadChoice choice);
 
   std::filesystem::path FileOf(std::int32_t frame) const;
   // The picture of a frame, in `buffer` or kept from an earlier frame, at the record's place. Throws Failure (cannot
@@ -31,8 +30,10 @@ class JobPicture {
   struct Loaded {
     const HostImage* image = nullptr;
     std::shared_ptr<const PictureMetadata> metadata;
+    std::vector<std::string> losses;  // as ReadPicture has them
   };
   Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer);
+  const ReadChoice& Choice() const { return choice_; }
 
  private:
   ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image) const;
@@ -40,7 +41,7 @@ class JobPicture {
   const Job& job_;
   FramePattern pattern_;
   ImageRecord record_;
-  Use use_;
+  ReadChoice choice_;
   std::mutex keeping_;
   HostImage kept_;
   std::optional<ReadPicture> keptFile_;
@@ -49,12 +50,14 @@ class JobPicture {
 // What a job reads, shared by all its FrameBuffers.
 class JobPictures {
  public:
-  // The job is borrowed.
-  explicit JobPictures(const Job& job);
+  // The job is borrowed. No picture may have more pixels.
+  explicit JobPictures(const Job& job, std::int64_t mostPixels = ReadChoice::kMostPixels);
 
   const Job& SourceJob() const { return job_; }
   // The files that a frame reads.
   std::vector<std::filesystem::path> FilesOf(std::int32_t frame) const;
+  // The first input at a frame. Throws as ReadPictureInfo does.
+  PictureInfo InputInfo(std::int32_t frame) const;
   // The depth to render at: the job's, that of the first input at this frame, or 16 without an input. Throws Failure
   // (cannot read).
   std::int32_t DepthAt(std::int32_t frame) const;
@@ -82,6 +85,8 @@ class FrameBuffers {
   const HostImage& Output() const { return output_; }
   // That of the first input; null for none.
   const PictureMetadata* Metadata() const { return input_.metadata.get(); }
+  // What the user should know of the pictures of this frame, a line each.
+  std::vector<std::string> Warnings() const;
 
  private:
   void Read(std::int32_t frame, std::int32_t depth);

@@ -143,6 +143,19 @@ void Progress::OnFrame(const FrameResult& result) {
   if (style_ == ProgressStyle::Bar) DrawBar(result.frame);
 }
 
+void Progress::OnWarning(std::int32_t frame, const std::string& text) {
+  if (quiet_) return;
+  if (style_ == ProgressStyle::Json) {
+    return PutLine(stream_, Text({{"event", "warning"}, {"frame", frame}, {"message", text}}));
+  }
+  ClearBar();
+  // File names may hold line breaks.
+  std::string line = "vblur: " + text;
+  std::replace_if(
+      line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+  PutLine(stream_, line);
+}
+
 void Progress::DrawBar(std::int32_t frame) {
   using namespace std::chrono;
   constexpr auto kPause = milliseconds(100);

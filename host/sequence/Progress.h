@@ -1,4 +1,5 @@
-// Reports the progress of a render: a bar on a terminal, a line or a JSON object for each frame, or nothing.
+// Reports the progress of a render: a bar on a terminal, a line or a JSON object for each frame, or nothing; and
+// warnings, in every style.
 #pragma once
 
 #include <chrono>
@@ -21,7 +22,11 @@ class Progress : public RenderObserver {
  public:
   Progress(std::FILE* stream, ProgressStyle style) : stream_(stream), style_(style) {}
 
+  // No warnings.
+  void BeQuiet() { quiet_ = true; }
+
   void OnStart(std::int64_t frames, std::int32_t framesInFlight) override;
+  void OnWarning(std::int32_t frame, const std::string& text) override;
   void OnFrame(const FrameResult& result) override;
   // After the last frame.
   void Finish(const RenderSummary& summary);
@@ -32,6 +37,7 @@ class Progress : public RenderObserver {
 
   std::FILE* stream_;
   ProgressStyle style_;
+  bool quiet_ = false;
   std::int64_t frames_ = 0;
   std::int64_t finished_ = 0;
   std::int64_t rendered_ = 0;  // neither skipped nor failed

@@ -6,6 +6,7 @@
 #include <list>
 #include <new>
 #include <optional>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -52,6 +53,7 @@ struct FrameSlot {
   FrameResult result;
   bool dropped = false;
   FrameBuffers buffers;
+  std::vector<std::string> warnings;
   PictureWriter writer;
   std::optional<WrittenPicture> written;
 
@@ -98,6 +100,7 @@ class SequenceRun {
   std::vector<HostedEffect> effects_;
   // The frame whose failure ended the run; frames before it are finished.
   std::atomic<std::int64_t> lastIndex_ = std::numeric_limits<std::int64_t>::max();
+  std::set<std::string> warned_;
   RenderSummary summary_;
 };
 
@@ -110,7 +113,7 @@ SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const 
       observer_(observer),
       frames_(ResolveFrames(job)),
       outputPattern_(job.output.file),
-      pictures_(job),
+      pictures_(job, options.maxPixels),
       coordMan_(job.proxy) {}
 
 bool SequenceRun::IsSkipped(std::int32_t frame) const {
@@ -167,7 +170,7 @@ SequenceLanes SequenceRun::SettleLanes() {
   std::int64_t height = job_.output.height.value_or(0);
   if (load.frames > 1 && job_.input && (width == 0 || height == 0)) {
     try {
-      const PictureInfo info = ReadPictureInfo(pictures_.FilesOf(frames_.first).front());
+      const PictureInfo info = pictures_.InputInfo(frames_.first);
       width = info.width;
       height = info.height;
     } catch (const Failure&) {
@@ -227,7 +230,11 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
   slot.result.frame = frames_.FrameAt(index);
   slot.result.file = OutputOf(slot.result.frame);
   if (IsSkipped(slot.result.frame)) slot.result.status = FrameStatus::Skipped;
-  Attempt(slot, slot.result.seconds.read, [&] { slot.buffers.Prepare(slot.result.frame, depth_); });
+  slot.warnings.clear();
+  Attempt(slot, slot.result.seconds.read, [&] {
+    slot.buffers.Prepare(slot.result.frame, depth_);
+    slot.warnings = slot.buffers.Warnings();
+  });
 }
 
 void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
@@ -257,6 +264,9 @@ void SequenceRun::Report(FrameSlot& slot) {
   summary_.seconds.render += slot.result.seconds.render;
   summary_.seconds.write += slot.result.seconds.write;
   if (slot.dropped) return;
+  for (const std::string& warning : slot.warnings) {
+    if (warned_.insert(warning).second) observer_.OnWarning(slot.result.frame, warning);
+  }
   switch (slot.result.status) {
     case FrameStatus::Done: ++summary_.done; break;
     case FrameStatus::Skipped: ++summary_.skipped; break;

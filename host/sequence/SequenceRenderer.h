@@ -9,6 +9,7 @@
 #include <string>
 
 #include "host/base/Failure.h"
+#include "host/files/PictureInfo.h"
 #include "host/hosted/EffectServer.h"
 #include "host/hosted/ExecuteContext.h"
 #include "host/hosted/HostedEffect.h"
@@ -31,6 +32,8 @@ struct RenderOptions {
   std::int32_t framesInFlight = 0;
   // Limit for the pictures of all frames in flight, in bytes.
   std::int64_t memory = std::int64_t{2} << 30;
+  // No picture that is read may have more pixels.
+  std::int64_t maxPixels = ReadChoice::kMostPixels;
   // Logs the calls on the effect; may be null.
   CallTrace* trace = nullptr;
 };
@@ -75,6 +78,8 @@ class RenderObserver {
   // The number of frames, and how many render side by side.
   virtual void OnStart(std::int64_t frames, std::int32_t framesInFlight) = 0;
   virtual void OnFrame(const FrameResult& result) = 0;
+  // What is lost or looks like a mistake, before the frame's OnFrame. Each text once in a run.
+  virtual void OnWarning(std::int32_t frame, const std::string& text) = 0;
 };
 
 // Renders the whole job. `context` may be stopped at any time from any thread; unfinished frames then leave no files.

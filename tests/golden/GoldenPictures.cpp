@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 class SilentObserver : public host::RenderObserver {
  public:
   void OnStart(std::int64_t, std::int32_t) override {}
+  void OnWarning(std::int32_t, const std::string&) override {}
   void OnFrame(const host::FrameResult& result) override {
     if (result.status == host::FrameStatus::Failed) failure = result.message;
   }

@@ -218,7 +218,10 @@ TEST_F(PictureFile, PicturesWithoutPixelsOrWithTooManyAreRefused) {
             std::string::npos);
   const auto huge = folder_.Write("huge.ppm", "P6\n60000 60000\n255\n" + std::string(100, 'x'));
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(huge); })->what(),
-            huge.string() + ": cannot read: 60000 x 60000 pixels are more than 2^31 components (4 a pixel)");
+            huge.string() + ": cannot read: 60000 x 60000 pixels, 3600000000 in all, expected at most 1000000000");
+  const auto large = folder_.Write("large.ppm", "P6\n30000 30000\n255\n" + std::string(100, 'x'));
+  EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(large); })->what(),
+            large.string() + ": cannot read: 30000 x 30000 pixels are more than 2^31 components (4 a pixel)");
   const auto most = folder_.Write("most.ppm", "P6\n32768 16384\n255\n" + std::string(100, 'x'));
   EXPECT_EQ(ReadPictureInfo(most).width, 32768);
   const auto more = folder_.Write("more.ppm", "P6\n32768 16385\n255\n" + std::string(100, 'x'));

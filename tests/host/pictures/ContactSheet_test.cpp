@@ -18,6 +18,7 @@ namespace {
 
 struct NoObserver : RenderObserver {
   void OnStart(std::int64_t, std::int32_t) override {}
+  void OnWarning(std::int32_t, const std::string&) override {}
   void OnFrame(const FrameResult&) override {}
 };
 

@@ -19,7 +19,7 @@ class PictureFileMetadata : public testing::Test {
     HostImage image;
     const auto read = PictureReader().ReadColour(folder_.path() / from, 16, image);
     PictureWriter().Write(folder_.path() / to, image, read.metadata.get(), true);
-    return OpenPictureFile(folder_.path() / to).file->spec();
+    return OpenPictureFile(folder_.path() / to, {}).file->spec();
   }
 
   ScratchFolder folder_;

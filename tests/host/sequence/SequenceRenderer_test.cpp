@@ -20,11 +20,13 @@ class Collector : public RenderObserver {
     announced = frames;
     sideBySide = framesInFlight;
   }
+  void OnWarning(std::int32_t frame, const std::string& text) override { warnings.emplace_back(frame, text); }
   void OnFrame(const FrameResult& result) override { results.push_back(result); }
 
   std::int64_t announced = -1;
   std::int32_t sideBySide = 0;
   std::vector<FrameResult> results;
+  std::vector<std::pair<std::int32_t, std::string>> warnings;
 };
 
 class SequenceRenderer : public testing::Test {

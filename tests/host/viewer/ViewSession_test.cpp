@@ -43,6 +43,7 @@ class ViewSessionOfAFrame : public testing::Test {
   std::vector<std::int32_t> Rendered(std::int32_t frame) {
     struct Silent : RenderObserver {
       void OnStart(std::int64_t, std::int32_t) override {}
+      void OnWarning(std::int32_t, const std::string&) override {}
       void OnFrame(const FrameResult&) override {}
     } silent;
     RenderOptions options;

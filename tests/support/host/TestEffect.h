@@ -23,6 +23,8 @@ struct RenderedFrame {
   double userHeight = -1.0;
   bool hasInput2 = false;
   std::int32_t firstMaskAmount = -1;
+  DSPixelPair maskOffset;
+  DSPixelPair regionCorner;
 };
 
 class TestEffect : public CDSImageMIEffect {
@@ -84,6 +86,8 @@ class TestEffect : public CDSImageMIEffect {
       frame.inputPosition = inputImage->WorldPosition();
       frame.inputSize = inputImage->WorldSize();
     }
+    frame.maskOffset = {maskOffsetX, maskOffsetY};
+    if (roiSet != 0) frame.regionCorner = {roiX, roiY};
     if (maskImage) frame.firstMaskAmount = *static_cast<const std::uint8_t*>(maskImage->FirstPixel());
     static std::mutex lock;
     const std::lock_guard hold(lock);
