@@ -257,6 +257,8 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 void SequenceRun::Write(FrameSlot& slot) {
   const OutputOptions options{options_.overwrite, options_.sync, job_.output.storage};
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
+  const auto& notes = slot.written->Notes();
+  slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());
 }
 
 void SequenceRun::Report(FrameSlot& slot) {
