@@ -17,7 +17,7 @@ constexpr double kShowing = 0.02;
 
 std::set<double> UsedSizes(const host::Job& job) {
   const GUID& blur = PropertyOf(PropertyId::Blur).guid;
-  const host::FrameRange frames = host::ResolveFrames(job);
+  const host::FrameList frames = host::ResolveFrames(job);
   const auto* setting = job.properties.Find(blur);
   const bool animated = setting && std::holds_alternative<host::Curve>(*setting);
   std::set<double> sizes;

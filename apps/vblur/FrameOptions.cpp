@@ -2,7 +2,7 @@
 
 #include "apps/vblur/OptionText.h"
 #include "host/base/Failure.h"
-#include "host/jobs/FrameRangeText.h"
+#include "host/jobs/JobFiles.h"
 
 namespace vblur::cli {
 
@@ -33,17 +33,37 @@ void SetProxy(host::Job& job, const std::string& text) {
 }  // namespace
 
 void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames) {
-  AddTextOption(app, "--frames", "A-B|A-BxSTEP", "Frames to render; they replace %04d or #### in file names",
+  AddTextOption(app, "--frames", "A-B|A-BxSTEP", "Frames to draw; they replace %04d, #### or @@@@ in the file name",
                 [&](const std::string& text) { frames = host::ParseFrameRange(text); })
       ->group("Frames");
 }
 
-void AddFrameOptions(CLI::App& app, host::Job& job) {
+void AddFramesOption(CLI::App& app, std::optional<host::FrameChoice>& frames) {
+  AddTextOption(app, "--frames", "A-B|A-BxSTEP|A-|all|LIST",
+                "Frames to render, such as 1-48, 1,3,5-9x2, 10- (to the last that exists) or all (that exist); they "
+                "replace %04d, #### or @@@@ in file names",
+                [&](const std::string& text) { frames = host::FrameChoice::Parse(text); })
+      ->group("Frames");
+}
+
+void AddRenumberOption(CLI::App& app, std::optional<std::int32_t>& number) {
+  AddTextOption(app, "--renumber", "N",
+                "Number in the output's name for the first frame, or for --start; the others follow [each its own]",
+                [&](const std::string& text) { number = ParseWhole("--renumber", text); })
+      ->group("Frames");
+}
+
+host::FrameList FramesOf(const host::FrameChoice& choice, const host::Job& job) {
+  return choice.Among(choice.IsOpen() ? host::FramesOnDisk(job) : std::vector<std::int32_t>{});
+}
+
+void AddFrameOptions(CLI::App& app, host::Job& job, std::optional<host::FrameChoice>& frames) {
   const auto add = [&](const char* name, const char* form, const char* help,
                        const std::function<void(const std::string&)>& set) {
     AddTextOption(app, name, form, help, set)->group("Frames");
   };
-  AddFrameRangeOption(app, job.frames);
+  AddFramesOption(app, frames);
+  AddRenumberOption(app, job.output.renumber);
   add("--depth", "8|16", "Bits of a component while rendering [8 for inputs of 8-bit samples, else 16]",
       [&](const std::string& text) { job.depth = ParseWhole("--depth", text); });
   add("--field", "frame|first|second|both", "Whole frames, one field, or both fields of interlaced frames [frame]",

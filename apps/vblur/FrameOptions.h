@@ -3,14 +3,21 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/jobs/FrameRangeText.h"
 #include "host/jobs/Job.h"
 
 namespace vblur::cli {
 
-// `--frames` alone: a job file's frames can be narrowed with it too.
+// `--frames` of a command that draws a sequence: one range.
 void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames);
 
-// The others: `--depth`, `--field`, `--roi`, `--time`, ... The job must outlive the parsing.
-void AddFrameOptions(CLI::App& app, host::Job& job);
+// `--frames` and `--renumber` of a command that renders, which a job file's frames can be changed with too.
+void AddFramesOption(CLI::App& app, std::optional<host::FrameChoice>& frames);
+void AddRenumberOption(CLI::App& app, std::optional<std::int32_t>& number);
+// The frames that are chosen of a job; looks for its files where the choice asks for what exists.
+host::FrameList FramesOf(const host::FrameChoice& choice, const host::Job& job);
+
+// All of them: `--depth`, `--field`, `--roi`, `--time`, ... Job and frames must outlive the parsing.
+void AddFrameOptions(CLI::App& app, host::Job& job, std::optional<host::FrameChoice>& frames);
 
 }  // namespace vblur::cli

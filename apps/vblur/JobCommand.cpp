@@ -23,7 +23,8 @@ class JobCommand : public Command {
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group("Properties");
-    AddFrameRangeOption(*App(), frames_);
+    AddFramesOption(*App(), frames_);
+    AddRenumberOption(*App(), renumber_);
     AddRunOptions(*App(), run_);
   }
 
@@ -32,7 +33,8 @@ class JobCommand : public Command {
     host::Job job = host::ReadJobFile(file_);
     for (const std::string& assignment : assignments_)
       Assign(job, assignment);
-    if (frames_) host::TakeFrames(job, *frames_);
+    if (renumber_) job.output.renumber = renumber_;
+    if (frames_) host::TakeFrames(job, FramesOf(*frames_, job));
     return RunJob(job, global, run_, terminal);
   }
 
@@ -47,7 +49,8 @@ class JobCommand : public Command {
 
   std::string file_;
   std::vector<std::string> assignments_;
-  std::optional<host::FrameRange> frames_;
+  std::optional<host::FrameChoice> frames_;
+  std::optional<std::int32_t> renumber_;
   RunOptions run_;
 };
 

@@ -20,7 +20,7 @@ std::optional<std::array<std::int64_t, 2>> OutputSize(const host::Job& job) {
   if (!job.input) return std::nullopt;
   try {
     const host::FramePattern pattern(job.input->file);
-    const auto info = host::ReadPictureInfo(host::JobFilePath(job, pattern, host::ResolveFrames(job).first));
+    const auto info = host::ReadPictureInfo(host::JobFilePath(job, pattern, host::ResolveFrames(job).FrameAt(0)));
     return {{job.output.width.value_or(info.width), job.output.height.value_or(info.height)}};
   } catch (const host::Failure&) {
     return std::nullopt;

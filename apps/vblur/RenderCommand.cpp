@@ -1,5 +1,9 @@
 // vblur render INPUT OUTPUT: a job made from options.
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "apps/vblur/Commands.h"
@@ -9,6 +13,8 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "apps/vblur/RunJob.h"
+#include "host/base/NameMatch.h"
+#include "host/jobs/FramePattern.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/properties/PropertyFile.h"
@@ -27,12 +33,16 @@ class RenderCommand : public Command {
         ->required()
         ->type_name("");
     App()
-        ->add_option("OUTPUT", job_.output.file, "Picture to write, numbered alike for a sequence")
+        ->add_option("OUTPUT", job_.output.file,
+                     "Picture to write, numbered alike for a sequence; or a folder, where it keeps its name")
         ->required()
+        ->type_name("");
+    App()
+        ->add_option("MORE", more_, "More pictures to read; the last name is then the folder for all of them")
         ->type_name("");
     AddPictureOptions(*App(), job_);
     AddPropertyOptions(*App(), job_.properties);
-    AddFrameOptions(*App(), job_);
+    AddFrameOptions(*App(), job_, frames_);
     AddRunOptions(*App(), run_);
     AddTextOption(*App(), "--save-job", "FILE",
                   "Also write the job file that renders the same, once the render is done",
@@ -50,8 +60,12 @@ class RenderCommand : public Command {
     ApplyProgress(run_, terminal);
     CheckPictures();
     if (!loadedProperties_.empty()) LoadProperties();
-    const SavedFiles saved = SaveBeside();
-    const host::ExitCode code = RunJob(job_, global, run_, terminal);
+    const std::vector<host::Job> jobs = Jobs();
+    // Nothing is written where one of several is refused.
+    for (const host::Job& job : jobs)
+      host::CheckJob(job, {.outputMayBeInput = run_.render.overwrite});
+    const SavedFiles saved = SaveBeside(jobs);
+    const host::ExitCode code = RunAll(jobs, global, terminal);
     for (const auto& file : saved) {
       if (code == host::ExitCode::Done) file->Commit();
     }
@@ -69,6 +83,53 @@ class RenderCommand : public Command {
     if (job_.input2) job_.input2->origin = job_.input->origin;
   }
 
+  // One for each input.
+  std::vector<host::Job> Jobs() const {
+    std::vector<std::string> inputs{job_.input->file};
+    std::string output = job_.output.file;
+    if (!more_.empty()) {
+      inputs.push_back(std::exchange(output, more_.back()));
+      inputs.insert(inputs.end(), more_.begin(), more_.end() - 1);
+    }
+    std::error_code ignored;
+    const bool isFolder = std::filesystem::is_directory(output, ignored);
+    if (!isFolder && inputs.size() > 1) {
+      host::Refuse(output, "expected a folder that exists, for " + std::to_string(inputs.size()) + " pictures");
+    }
+    if (!isFolder && output.ends_with('/')) host::Refuse(output, "expected a folder that exists");
+    std::vector<host::Job> jobs;
+    std::unordered_map<std::string, std::string> inputOf;  // by output
+    for (const std::string& input : inputs) {
+      host::Job& job = jobs.emplace_back(job_);
+      job.input->file = input;
+      if (isFolder) job.output.file = InFolder(output, input);
+      if (frames_) job.frames = FramesOf(*frames_, job);
+      const auto [other, isNew] = inputOf.emplace(job.output.file, input);
+      if (isNew) continue;
+      host::Refuse("OUTPUT", host::Quoted(other->second) + " and " + host::Quoted(input) +
+                                 " would both be written to " + host::Quoted(job.output.file) +
+                                 ", expected pictures of different names");
+    }
+    return jobs;
+  }
+
+  static std::string InFolder(const std::string& folder, const std::string& input) {
+    const std::filesystem::path literal = host::FramePattern::Escaped(folder);
+    return (literal / std::filesystem::path(input).filename()).string();
+  }
+
+  // The first failure's code; the pictures before a failure are finished.
+  host::ExitCode RunAll(const std::vector<host::Job>& jobs, const GlobalOptions& global, Terminal& terminal) const {
+    host::ExitCode code = host::ExitCode::Done;
+    for (const host::Job& job : jobs) {
+      const host::ExitCode one = RunJob(job, global, run_, terminal);
+      if (code == host::ExitCode::Done) code = one;
+      if (one == host::ExitCode::Interrupted) return one;
+      if (one != host::ExitCode::Done && run_.render.onError == host::OnError::Stop) return code;
+    }
+    return code;
+  }
+
   void LoadProperties() {
     const host::PropertyStore loaded = host::ReadPropertyFile(loadedProperties_);
     for (const Property& property : kProperties) {
@@ -80,29 +141,34 @@ class RenderCommand : public Command {
   }
 
   // Written before the render, so that none fails after it; without their names, which they take when it is done.
-  SavedFiles SaveBeside() const {
+  SavedFiles SaveBeside(const std::vector<host::Job>& jobs) const {
     SavedFiles saved;
     if (savedJob_.empty() && savedProperties_.empty()) return saved;
-    host::CheckJob(job_, {.outputMayBeInput = run_.render.overwrite});
-    CheckSavedNames();
-    if (!savedJob_.empty()) saved.push_back(host::WriteJobFileBeside(job_, savedJob_));
+    if (!savedJob_.empty() && jobs.size() > 1) {
+      host::Refuse("--save-job", "a job file holds one input, found " + std::to_string(jobs.size()));
+    }
+    CheckSavedNames(jobs);
+    if (!savedJob_.empty()) saved.push_back(host::WriteJobFileBeside(jobs.front(), savedJob_));
     if (!savedProperties_.empty()) {
       saved.push_back(host::WritePropertyFileBeside(job_.properties, savedProperties_));
     }
     return saved;
   }
 
-  void CheckSavedNames() const {
-    const host::FrameRange frames = host::ResolveFrames(job_);
+  void CheckSavedNames(const std::vector<host::Job>& jobs) const {
     RunFiles files(run_.render.overwrite);
-    files.AddReadByJob(job_, frames);
+    for (const host::Job& job : jobs)
+      files.AddReadByJob(job, host::ResolveFrames(job));
     if (!loadedProperties_.empty()) files.AddRead(loadedProperties_);
-    files.AddWrittenByJob(job_, frames);
+    for (const host::Job& job : jobs)
+      files.AddWrittenByJob(job, host::ResolveFrames(job));
     if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
     if (!savedProperties_.empty()) files.AddWritten("--save-properties", savedProperties_);
   }
 
   host::Job job_;
+  std::vector<std::string> more_;
+  std::optional<host::FrameChoice> frames_;
   RunOptions run_;
   std::string savedJob_;
   std::string loadedProperties_;

@@ -11,15 +11,15 @@ void RunFiles::AddRead(const std::filesystem::path& file) {
   uses_.emplace(paths_.Of(file).string(), Use::Read);
 }
 
-void RunFiles::AddReadByJob(const host::Job& job, const host::FrameRange& frames) {
+void RunFiles::AddReadByJob(const host::Job& job, const host::FrameList& frames) {
   host::ForEachFileRead(job, frames,
                         [this](const host::FileRead& file) { uses_.emplace(file.path.string(), Use::Read); });
 }
 
-void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameRange& frames) {
+void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameList& frames) {
   const host::FramePattern pattern(job.output.file);
   for (std::int64_t i = 0; i < frames.Count(); ++i) {
-    uses_.emplace(paths_.Of(host::JobFilePath(job, pattern, frames.FrameAt(i))).string(), Use::Written);
+    uses_.emplace(paths_.Of(host::OutputFilePath(job, pattern, frames.FrameAt(i))).string(), Use::Written);
   }
 }
 

@@ -16,9 +16,9 @@ class RunFiles {
 
   void AddRead(const std::filesystem::path& file);
   // The pictures that these frames of a job read.
-  void AddReadByJob(const host::Job& job, const host::FrameRange& frames);
+  void AddReadByJob(const host::Job& job, const host::FrameList& frames);
   // The outputs of these frames, which the renderer itself checks.
-  void AddWrittenByJob(const host::Job& job, const host::FrameRange& frames);
+  void AddWrittenByJob(const host::Job& job, const host::FrameList& frames);
 
   // Adds a file that the run will write. Throws host::Failure when it cannot be written, exists while files must not
   // be replaced, or is read or written by this run already, whatever its name. `place` is the option or the line of a

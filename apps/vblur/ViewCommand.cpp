@@ -63,7 +63,7 @@ class ViewCommand : public Command {
     const host::Job job = host::ReadJobFile(job_);
     std::vector<host::PenEvent> events;
     if (!script_.empty()) events = host::ReadPenScript(script_);
-    const std::int32_t frame = frame_.value_or(host::ResolveFrames(job).first);
+    const std::int32_t frame = frame_.value_or(host::ResolveFrames(job).First());
     CheckFiles(job, frame, events);
     Interruption interruption(terminal);
     const auto server = LoadServer(global);
@@ -102,7 +102,7 @@ class ViewCommand : public Command {
     RunFiles files(overwrite_);
     files.AddRead(job_);
     if (!script_.empty()) files.AddRead(script_);
-    files.AddReadByJob(job, {frame, frame});
+    files.AddReadByJob(job, host::FrameRange{frame, frame});
     files.AddWritten("OUTPUT", output_);
     if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
     for (const host::PenEvent& event : events) {

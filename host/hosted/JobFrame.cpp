@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "host/base/Failure.h"
@@ -88,7 +89,13 @@ std::array<std::int32_t, 2> MaskOffsetOf(const Job& job, const FramePictures& pi
   if (!job.mask || !pictures.mask || !pictures.input) return {0, 0};
   const DSPixelPair mask = pictures.mask->FrameCorner();
   const DSPixelPair input = pictures.input->FrameCorner();
-  return {job.mask->offset[0] + mask.x - input.x, job.mask->offset[1] + mask.y - input.y};
+  // An offset beyond 32 bits is beyond the pixels that count, which CheckPlaces refuses.
+  const auto add = [](std::int64_t offset, std::int32_t maskCorner, std::int32_t inputCorner) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(offset + maskCorner - inputCorner, Limits::min(), Limits::max()));
+  };
+  return {add(job.mask->offset[0], mask.x, input.x), add(job.mask->offset[1], mask.y, input.y)};
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstddef>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "host/base/Failure.h"
@@ -36,18 +38,30 @@ std::optional<Number> ReadPercentNumber(std::string_view text) {
   return number;
 }
 
-std::size_t CountHashes(std::string_view text) {
-  return std::min(text.find_first_not_of('#'), text.size());
+// How many # or @ at this place stand for a number: a run of two or more, or a single one between dots or the like, as
+// in shot.#.exr.
+std::size_t CountMarks(std::string_view text, std::size_t at) {
+  const char mark = text[at];
+  if (mark != '#' && mark != '@') return 0;
+  const std::size_t count = std::min(text.find_first_not_of(mark, at), text.size()) - at;
+  if (count > 1) return count;
+  const bool beginsPart = at > 0 && std::string_view("._-").find(text[at - 1]) != std::string_view::npos;
+  return beginsPart && text.substr(at + 1).starts_with('.') ? 1 : 0;
+}
+
+bool IsEscape(std::string_view text) {
+  return text.starts_with("%%") || text.starts_with("%#") || text.starts_with("%@");
 }
 
 }  // namespace
 
 FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
   const std::string_view text = pattern_;
+  if (text.find('\0') != std::string_view::npos) Refuse(Quoted(pattern_), "a file name holds no NUL character");
   for (std::size_t at = 0; at < text.size();) {
     std::string& literal = HasNumber() ? tail_ : head_;
     const std::string_view rest = text.substr(at);
-    if (rest.starts_with("%%") || rest.starts_with("%#")) {
+    if (IsEscape(rest)) {
       literal += rest[1];
       at += 2;
     } else if (rest[0] == '%') {
@@ -57,14 +71,27 @@ FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
       }
       SetWidth(number->width);
       at += number->length;
-    } else if (const std::size_t hashes = CountHashes(rest); hashes > 1) {
-      SetWidth(static_cast<int>(std::min<std::size_t>(hashes, kWidest + 1)));
-      at += hashes;
+    } else if (const std::size_t marks = CountMarks(text, at); marks > 0) {
+      SetWidth(static_cast<int>(std::min<std::size_t>(marks, kWidest + 1)));
+      at += marks;
     } else {
       literal += rest[0];
       ++at;
     }
   }
+  CheckLengths();
+}
+
+void FramePattern::CheckLengths() const {
+  constexpr std::size_t kLongestPart = 255;
+  constexpr std::size_t kLongest = 4095;
+  const std::string name = FileName(0);
+  std::size_t part = 0;
+  for (const char c : name) {
+    part = c == '/' ? 0 : part + 1;
+    if (part > kLongestPart) Refuse(Quoted(pattern_), "a name of more than 255 bytes, which no file can have");
+  }
+  if (name.size() > kLongest) Refuse(Quoted(pattern_), "a path of more than 4095 bytes, which no file can have");
 }
 
 void FramePattern::SetWidth(int width) {
@@ -77,11 +104,12 @@ void FramePattern::SetWidth(int width) {
 
 std::string FramePattern::Escaped(std::string_view fileName) {
   std::string pattern;
-  for (std::size_t at = 0; at < fileName.size(); ++at) {
-    const bool inRun =
-        fileName[at] == '#' && ((at > 0 && fileName[at - 1] == '#') || fileName.substr(at + 1, 1) == "#");
-    if (fileName[at] == '%' || inRun) pattern += '%';
-    pattern += fileName[at];
+  for (std::size_t at = 0; at < fileName.size();) {
+    const std::size_t marks = CountMarks(fileName, at);
+    for (std::size_t i = 0; i < std::max<std::size_t>(marks, 1); ++i, ++at) {
+      if (marks > 0 || fileName[at] == '%') pattern += '%';
+      pattern += fileName[at];
+    }
   }
   return pattern;
 }
@@ -94,6 +122,32 @@ std::string FramePattern::FileName(std::int32_t frame) const {
   const std::size_t length = number.size() + digits.size();
   if (length < static_cast<std::size_t>(width_)) number.append(static_cast<std::size_t>(width_) - length, '0');
   return head_ + number + digits + tail_;
+}
+
+std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path& folder) const {
+  // The number may stand in the name of a folder.
+  const std::size_t start = head_.rfind('/') + 1;
+  const std::size_t end = std::min(tail_.find('/'), tail_.size());
+  const std::string_view head = std::string_view(head_).substr(start);
+  const std::string_view tail = std::string_view(tail_).substr(0, end);
+  std::vector<std::int32_t> frames;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder / head_.substr(0, start), error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
+    if (name.size() <= head.size() + tail.size() || !name.starts_with(head) || !name.ends_with(tail)) continue;
+    const std::string_view digits(name.data() + head.size(), name.size() - head.size() - tail.size());
+    std::int32_t frame = 0;
+    const auto [stop, wrong] = std::from_chars(digits.data(), digits.data() + digits.size(), frame);
+    if (wrong != std::errc{} || stop != digits.data() + digits.size()) continue;
+    // Of this width, and a file behind it.
+    const std::string file = FileName(frame);
+    if (file.compare(start, name.size(), name) != 0) continue;
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(folder / file, ignored)) frames.push_back(frame);
+  }
+  std::ranges::sort(frames);
+  return frames;
 }
 
 }  // namespace vblur::host

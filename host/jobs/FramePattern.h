@@ -1,18 +1,21 @@
-// A file name that stands for one picture or for a sequence: "shot.%04d.exr", "shot.####.exr".
+// A file name that stands for one picture or for a sequence: "shot.%04d.exr", "shot.####.exr", "shot.@@@@.exr".
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vblur::host {
 
-// The frame number is written %d, %0Nd (N up to 32) or as two or more #, one for each digit; a single #
-// is itself. %% is a percent sign and %# a #, where they would be read as a number.
+// The frame number is written %d, %0Nd (N up to 32) or as # or @, one for each digit: two or more, or a single one
+// behind ., _ or - and before a dot, as in shot.#.exr; any other single one is just that. %% stands for a percent sign,
+// %# and %@ for marks, where they would be read as a number.
 class FramePattern {
  public:
-  // Throws Failure (wrong usage) for a pattern with more than one number, or a % that begins neither a
-  // frame number nor %% nor %#.
+  // Throws Failure (wrong usage) for a pattern with more than one number, a % that begins neither a frame number nor an
+  // escape, a NUL character, and a name that is too long for a file.
   explicit FramePattern(std::string pattern);
 
   // The pattern without a number whose file name is this one.
@@ -24,9 +27,12 @@ class FramePattern {
   // for every frame.
   std::string FileName(std::int32_t frame) const;
   const std::string& Text() const { return pattern_; }
+  // Of a pattern with a number: the frames whose files exist, rising. Relative names start from `folder`.
+  std::vector<std::int32_t> FramesOnDisk(const std::filesystem::path& folder) const;
 
  private:
   void SetWidth(int width);
+  void CheckLengths() const;
 
   std::string pattern_;
   std::string head_;

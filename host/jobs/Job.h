@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "host/jobs/FrameList.h"
 #include "host/jobs/OutputStorage.h"
 #include "host/properties/PropertyStore.h"
 
@@ -44,21 +45,11 @@ struct OutputRecord : ImageRecord {
   std::optional<std::int32_t> height;
   // A picture that the output holds before the render; absent: all components zero.
   std::optional<std::string> initial;
-  OutputStorage storage;
+  OutputStorage storage{};
+  // The number that the frame `start` is written with, and the others from there; absent: each its own.
+  std::optional<std::int32_t> renumber{};
 
   friend bool operator==(const OutputRecord&, const OutputRecord&) = default;
-};
-
-// A range of frames: first, first + step, ... up to last.
-struct FrameRange {
-  std::int32_t first = 0;
-  std::int32_t last = 0;
-  std::int32_t step = 1;
-
-  std::int64_t Count() const { return (static_cast<std::int64_t>(last) - first) / step + 1; }
-  // The frame with an index from 0 on.
-  std::int32_t FrameAt(std::int64_t index) const { return static_cast<std::int32_t>(first + index * step); }
-  friend bool operator==(const FrameRange&, const FrameRange&) = default;
 };
 
 // x and y of the lower left pixel, width and height, row 0 at the bottom.
@@ -90,7 +81,7 @@ struct Job {
   std::optional<MaskRecord> mask;
   OutputRecord output;
   // Absent: one frame, without a number in its file names.
-  std::optional<FrameRange> frames;
+  std::optional<FrameList> frames;
   // The frame that `time` is the time of: frame n has time + (n - start). Absent: the first of `frames`.
   std::optional<std::int32_t> start;
   double time = 0.0;

@@ -122,11 +122,23 @@ void CheckSetting(const Property& property, const PropertyStore::Setting& settin
   }
 }
 
-void CheckFrames(const FrameRange& frames) {
-  if (frames.last < frames.first) {
-    Refuse("frames", "expected a last frame that is not before the first, found " + FormatFrameRange(frames));
+void CheckRange(const FrameRange& range) {
+  if (range.last < range.first) {
+    Refuse("frames", "expected a last frame that is not before the first, found " + FormatFrameRange(range));
   }
-  CheckAtLeastOne("frame step", frames.step);
+  CheckAtLeastOne("frame step", range.step);
+}
+
+// Numbers of 32 bits for all outputs.
+void CheckOutputNumbers(const Job& job) {
+  if (!job.output.renumber) return;
+  const FrameList frames = ResolveFrames(job);
+  for (const std::int64_t frame : {frames.First(), frames.Last()}) {
+    const std::int64_t number = *job.output.renumber + (frame - ResolveStart(job));
+    if (number == static_cast<std::int32_t>(number)) continue;
+    Refuse("output/renumber", "frame " + std::to_string(frame) + " would have the number " + std::to_string(number) +
+                                  ", expected numbers from -2147483648 to 2147483647");
+  }
 }
 
 FramePattern Pattern(std::string_view field, const std::string& file) {
@@ -145,10 +157,8 @@ void CheckNumbers(const Job& job) {
       Refuse(field, "the file name " + Quoted(*file) + " takes a frame number, expected frames such as 1-48");
     }
   }
-  const FrameRange frames = ResolveFrames(job);
-  if (frames.Count() > kMostFrames) {
-    Refuse("frames", std::to_string(frames.Count()) + " frames, expected at most " + std::to_string(kMostFrames));
-  }
+  const FrameList frames = ResolveFrames(job);
+  CheckFrameCount(frames.Count());
   if (frames.Count() > 1 && !FramePattern(job.output.file).HasNumber()) {
     Refuse("output", std::to_string(frames.Count()) + " frames would all be written to " + Quoted(job.output.file) +
                          ", expected a file name with a frame number such as out.%04d.exr");
@@ -190,31 +200,42 @@ EffectKind ResolveKind(const Job& job) {
   return job.mask ? EffectKind::Paint : EffectKind::Filter;
 }
 
-FrameRange ResolveFrames(const Job& job) {
-  return job.frames.value_or(FrameRange{});
+FrameList ResolveFrames(const Job& job) {
+  return job.frames.value_or(FrameList());
 }
 
 double ResolveDuration(const Job& job) {
   if (job.duration) return *job.duration;
-  const FrameRange frames = ResolveFrames(job);
-  return static_cast<double>(std::int64_t{frames.last} - frames.first + 1);
+  const FrameList frames = ResolveFrames(job);
+  return static_cast<double>(std::int64_t{frames.Last()} - frames.First() + 1);
 }
 
 std::int32_t ResolveStart(const Job& job) {
-  return job.start.value_or(ResolveFrames(job).first);
+  if (job.start) return *job.start;
+  return job.frames ? job.frames->First() : 0;
 }
 
 double FrameTime(const Job& job, std::int32_t frame) {
   return job.time + static_cast<double>(std::int64_t{frame} - ResolveStart(job));
 }
 
-void TakeFrames(Job& job, const FrameRange& frames) {
+void TakeFrames(Job& job, const FrameList& frames) {
   if (!job.frames && !job.duration && ResolveKind(job) == EffectKind::Transition) {
     Refuse("duration", "missing, expected the length of the transition, since the job has no frames to take it from");
   }
   job.start = ResolveStart(job);
   job.duration = ResolveDuration(job);
   job.frames = frames;
+}
+
+std::int32_t OutputNumber(const Job& job, std::int32_t frame) {
+  if (!job.output.renumber) return frame;
+  return static_cast<std::int32_t>(*job.output.renumber + (std::int64_t{frame} - ResolveStart(job)));
+}
+
+void CheckFrameCount(std::int64_t count) {
+  if (count <= kMostFrames) return;
+  Refuse("frames", std::to_string(count) + " frames, expected at most " + std::to_string(kMostFrames));
 }
 
 bool NeedsInput(EffectKind kind) {
@@ -231,7 +252,10 @@ void CheckValues(const Job& job) {
     Refuse("use", "expected 1 to 5 or 7, found " + std::to_string(static_cast<std::int32_t>(*job.kind)));
   }
   CheckImages(job);
-  if (job.frames) CheckFrames(*job.frames);
+  const FrameList frames = ResolveFrames(job);
+  for (const FrameRange& range : frames.Ranges())
+    CheckRange(range);
+  CheckOutputNumbers(job);
   CheckFinite("time", job.time);
   if (job.duration) CheckFinite("duration", *job.duration);
   if (job.project) CheckFinite("project/userSize", job.project->user);

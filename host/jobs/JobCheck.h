@@ -11,7 +11,7 @@ namespace vblur::host {
 
 EffectKind ResolveKind(const Job& job);
 // The job's frames; frame 0 alone when it names none.
-FrameRange ResolveFrames(const Job& job);
+FrameList ResolveFrames(const Job& job);
 // The length of the effect in frames; by default from the first to the last frame, whatever the step.
 double ResolveDuration(const Job& job);
 // The frame that the job's time is the time of; by default its first.
@@ -21,7 +21,12 @@ double FrameTime(const Job& job, std::int32_t frame);
 
 // Makes the job render other frames. Its start and its duration stay what they were, so a frame is the same whatever is
 // rendered with it. Throws Failure (wrong usage) for a transition that has neither frames nor a duration of its own.
-void TakeFrames(Job& job, const FrameRange& frames);
+void TakeFrames(Job& job, const FrameList& frames);
+
+// The number in the name of a frame's output, for a frame of a job that CheckValues accepts.
+std::int32_t OutputNumber(const Job& job, std::int32_t frame);
+// Refuses more than 1,000,000 frames. Throws Failure (wrong usage).
+void CheckFrameCount(std::int64_t count);
 
 bool NeedsInput(EffectKind kind);
 

@@ -17,8 +17,8 @@ inline constexpr std::array<std::string_view, 17> kJob{"version", "depth",   "us
                                                        "roi",     "outside", "project", "proxy", "properties"};
 inline constexpr std::array<std::string_view, 4> kImage{"file", "position", "size", "origin"};
 inline constexpr std::array<std::string_view, 5> kMask{"file", "position", "size", "origin", "offset"};
-inline constexpr std::array<std::string_view, 7> kOutput{"file",  "position", "size",   "origin",
-                                                         "width", "height",   "initial"};
+inline constexpr std::array<std::string_view, 8> kOutput{"file",  "position", "size",     "origin",
+                                                         "width", "height",   "renumber", "initial"};
 inline constexpr std::array<std::string_view, 2> kProject{"userSize", "worldSize"};
 
 // Named kinds; the others are written as numbers.

@@ -26,8 +26,7 @@ Job ParseJob(std::string_view text, const std::filesystem::path& folder);
 // text, numbers to the last bit. The file appears when complete and replaces an existing one.
 // When the job's folder is not that of the file, relative file names are rewritten so that they mean the
 // same pictures. Throws Failure: cannot write; wrong usage for a job that a file cannot hold, which is one
-// that CheckValues refuses, one with a step between frames (a job file renders every frame from the first
-// to the last), or one with file names that are not UTF-8.
+// that CheckValues refuses, or one with file names that are not UTF-8.
 void WriteJobFile(const Job& job, const std::filesystem::path& path);
 // Without taking the name yet, which the caller does.
 std::unique_ptr<OutputFileCommit> WriteJobFileBeside(const Job& job, const std::filesystem::path& path);

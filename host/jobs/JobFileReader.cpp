@@ -3,6 +3,7 @@
 #include "host/base/JsonText.h"
 #include "host/base/TextFile.h"
 #include "host/jobs/FramePattern.h"
+#include "host/jobs/FrameRangeText.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFields.h"
 #include "host/jobs/JobFile.h"
@@ -61,6 +62,7 @@ OutputRecord ReadOutput(const JsonPlace& place) {
   ReadImage(place, output);
   if (const auto field = place.Field("width")) output.width = ReadPixelCount(*field);
   if (const auto field = place.Field("height")) output.height = ReadPixelCount(*field);
+  if (const auto field = place.Field("renumber")) output.renumber = field->Whole("a number, a whole number of 32 bits");
   if (const auto field = place.Field("initial")) output.initial = ReadFileName(*field);
   return output;
 }
@@ -95,10 +97,13 @@ std::int32_t ReadDepth(const JsonPlace& place) {
   return depth;
 }
 
-FrameRange ReadFrames(const JsonPlace& place) {
-  const auto [first, last] = place.WholePair("[first, last], two whole numbers of 32 bits");
+FrameList ReadFrames(const JsonPlace& place) {
+  // Failures of the text begin with the name of the field.
+  if (place.Value().is_string()) return ParseFrames(place.Text(""));
+  const auto [first, last] =
+      place.WholePair("[first, last], two whole numbers of 32 bits, or frames such as \"1,3,5-9x2\"");
   if (last < first) place.FailExpected("[first, last] with a last frame that is not before the first");
-  return {first, last, 1};
+  return FrameRange{first, last, 1};
 }
 
 Region ReadRegion(const JsonPlace& place) {

@@ -38,6 +38,7 @@ Json OutputToJson(const OutputRecord& output) {
   Json json = ImageToJson(output);
   if (output.width) json["width"] = *output.width;
   if (output.height) json["height"] = *output.height;
+  if (output.renumber) json["renumber"] = *output.renumber;
   if (output.initial) json["initial"] = *output.initial;
   return json;
 }
@@ -53,6 +54,11 @@ Json FieldToJson(FieldChoice field) {
   return static_cast<std::int32_t>(field);
 }
 
+Json FramesToJson(const FrameList& frames) {
+  if (frames.IsWhole()) return {frames.First(), frames.Last()};
+  return FormatFrames(frames);
+}
+
 Json ProjectToJson(const ProjectSizes& project) {
   return {{"userSize", project.user}, {"worldSize", project.world}};
 }
@@ -66,7 +72,7 @@ Json JobToJson(const Job& job) {
   if (job.input2) json["input2"] = ImageToJson(*job.input2);
   if (job.mask) json["mask"] = MaskToJson(*job.mask);
   json["output"] = OutputToJson(job.output);
-  if (job.frames) json["frames"] = {job.frames->first, job.frames->last};
+  if (job.frames) json["frames"] = FramesToJson(*job.frames);
   if (job.start) json["start"] = *job.start;
   if (job.time != 0.0) json["time"] = job.time;
   if (job.duration) json["duration"] = *job.duration;
@@ -120,10 +126,6 @@ void Rebase(Job& job, const fs::path& folder) {
 
 std::string FormatJob(const Job& job) {
   CheckValues(job);
-  if (job.frames && job.frames->step != 1) {
-    Refuse("frames", "a job file holds every frame from the first to the last, found " + FormatFrameRange(*job.frames) +
-                         ", expected a range without a step");
-  }
   try {
     return LayoutJson(JobToJson(job));
   } catch (const nlohmann::json::type_error&) {

@@ -5,6 +5,7 @@
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
 #include "host/base/RealPaths.h"
+#include "host/jobs/JobCheck.h"
 
 namespace vblur::host {
 
@@ -21,7 +22,7 @@ struct Reader {
 
 class FileCollisions {
  public:
-  FileCollisions(const Job& job, const FrameRange& frames, bool outputMayBeInput)
+  FileCollisions(const Job& job, const FrameList& frames, bool outputMayBeInput)
       : job_(job), frames_(frames), outputMayBeInput_(outputMayBeInput) {
     ForEachFileRead(job, frames, [this](const FileRead& file) {
       const auto reader = read_.emplace(file.path.string(), Reader{file.field, file.frame, file.isShared}).first;
@@ -34,9 +35,9 @@ class FileCollisions {
     RealPaths paths;
     for (std::int64_t i = 0; i < frames_.Count(); ++i) {
       const std::int32_t frame = frames_.FrameAt(i);
-      const std::string path = paths.Of(JobFilePath(job_, pattern, frame)).string();
+      const std::string path = paths.Of(OutputFilePath(job_, pattern, frame)).string();
       if (const auto reader = read_.find(path); reader != read_.end()) {
-        CheckReader(reader->second, Quoted(pattern.FileName(frame)), frame);
+        CheckReader(reader->second, Quoted(pattern.FileName(OutputNumber(job_, frame))), frame);
       }
       if (const auto [other, isNew] = written_.emplace(path, frame); !isNew) {
         Refuse("output", "frames " + std::to_string(other->second) + " and " + std::to_string(frame) +
@@ -61,7 +62,7 @@ class FileCollisions {
   }
 
   const Job& job_;
-  const FrameRange& frames_;
+  const FrameList& frames_;
   const bool outputMayBeInput_;
   std::unordered_map<std::string, Reader> read_;           // by path
   std::unordered_map<std::string, std::int32_t> written_;  // frame by path
@@ -75,6 +76,10 @@ std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, s
   return job.folder == "." || job.folder.empty() ? name : job.folder / name;
 }
 
+std::filesystem::path OutputFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {
+  return JobFilePath(job, pattern, OutputNumber(job, frame));
+}
+
 std::vector<JobSource> FilesReadBy(const Job& job) {
   std::vector<JobSource> sources;
   if (job.input) sources.push_back({"input", &job.input->file});
@@ -84,7 +89,18 @@ std::vector<JobSource> FilesReadBy(const Job& job) {
   return sources;
 }
 
-void ForEachFileRead(const Job& job, const FrameRange& frames, const std::function<void(const FileRead&)>& visit) {
+std::vector<std::int32_t> FramesOnDisk(const Job& job) {
+  for (const auto& [field, file] : FilesReadBy(job)) {
+    const FramePattern pattern(*file);
+    if (!pattern.HasNumber()) continue;
+    auto frames = pattern.FramesOnDisk(job.folder);
+    if (frames.empty()) Refuse(field, "no file of " + Quoted(*file) + " exists, so there are no frames to take");
+    return frames;
+  }
+  Refuse("frames", "no input has a frame number in its name, expected frames by their numbers, such as 1-48");
+}
+
+void ForEachFileRead(const Job& job, const FrameList& frames, const std::function<void(const FileRead&)>& visit) {
   for (const auto& [field, file] : FilesReadBy(job)) {
     const FramePattern pattern(*file);
     RealPaths paths;
@@ -96,7 +112,7 @@ void ForEachFileRead(const Job& job, const FrameRange& frames, const std::functi
   }
 }
 
-void CheckOutputFiles(const Job& job, const FrameRange& frames, bool outputMayBeInput) {
+void CheckOutputFiles(const Job& job, const FrameList& frames, bool outputMayBeInput) {
   FileCollisions(job, frames, outputMayBeInput).CheckOutputs();
 }
 

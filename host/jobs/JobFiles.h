@@ -16,6 +16,9 @@ namespace vblur::host {
 // A file name of a job, in the job's folder unless it is absolute.
 std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame);
 
+// The same for the output of a frame.
+std::filesystem::path OutputFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame);
+
 // A field of the job that names pictures to read.
 struct JobSource {
   std::string_view field;
@@ -25,6 +28,10 @@ struct JobSource {
 // input, input2, mask and output/initial, as far as the job has them; borrowed.
 std::vector<JobSource> FilesReadBy(const Job& job);
 
+// The frames of the sequence that the job reads, the first of several, as far as they exist; rising. Throws Failure
+// (wrong usage) for a job that reads none, and where no frame exists.
+std::vector<std::int32_t> FramesOnDisk(const Job& job);
+
 struct FileRead {
   std::string_view field;
   std::filesystem::path path;  // the real one
@@ -33,11 +40,11 @@ struct FileRead {
 };
 
 // Visits every file that the frames read.
-void ForEachFileRead(const Job& job, const FrameRange& frames, const std::function<void(const FileRead&)>& visit);
+void ForEachFileRead(const Job& job, const FrameList& frames, const std::function<void(const FileRead&)>& visit);
 
 // Refuses two frames that would be written to one file, an output that another frame reads, and, unless
 // `outputMayBeInput`, one that its own frame reads, other than as `initial`. Compares real paths. Throws Failure
 // (wrong usage) that names the field.
-void CheckOutputFiles(const Job& job, const FrameRange& frames, bool outputMayBeInput);
+void CheckOutputFiles(const Job& job, const FrameList& frames, bool outputMayBeInput);
 
 }  // namespace vblur::host

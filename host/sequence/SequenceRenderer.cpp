@@ -69,7 +69,7 @@ class SequenceRun {
   RenderSummary Run();
 
  private:
-  std::filesystem::path OutputOf(std::int32_t frame) const { return JobFilePath(job_, outputPattern_, frame); }
+  std::filesystem::path OutputOf(std::int32_t frame) const { return OutputFilePath(job_, outputPattern_, frame); }
   bool IsSkipped(std::int32_t frame) const;
   void CheckInputs(std::int32_t frame);
   void SettleDepth();
@@ -91,7 +91,7 @@ class SequenceRun {
   const RenderOptions& options_;
   ExecuteContext& context_;
   RenderObserver& observer_;
-  const FrameRange frames_;
+  const FrameList frames_;
   const FramePattern outputPattern_;
   JobPictures pictures_;
   std::int32_t depth_ = 16;
@@ -121,7 +121,7 @@ bool SequenceRun::IsSkipped(std::int32_t frame) const {
   return options_.skipExisting && std::filesystem::exists(OutputOf(frame), error);
 }
 
-std::string AboutFrame(const FrameRange& frames, std::int32_t frame) {
+std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
   return frames.Count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
 }
 
@@ -134,8 +134,8 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
 }
 
 void SequenceRun::CheckFiles() {
-  OutputFormatOf(OutputOf(frames_.first));
-  RemoveAbandonedParts(OutputOf(frames_.first).parent_path());
+  OutputFormatOf(OutputOf(frames_.FrameAt(0)));
+  RemoveAbandonedParts(OutputOf(frames_.FrameAt(0)).parent_path());
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
     if (IsSkipped(frame)) continue;
@@ -170,7 +170,7 @@ SequenceLanes SequenceRun::SettleLanes() {
   std::int64_t height = job_.output.height.value_or(0);
   if (load.frames > 1 && job_.input && (width == 0 || height == 0)) {
     try {
-      const PictureInfo info = pictures_.InputInfo(frames_.first);
+      const PictureInfo info = pictures_.InputInfo(frames_.FrameAt(0));
       width = info.width;
       height = info.height;
     } catch (const Failure&) {
@@ -192,7 +192,7 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
   for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
     effects_.push_back(effects_.front().Clone("clone " + std::to_string(lane + 1)));
   for (HostedEffect& effect : effects_)
-    effect.BeginFrameRange(FrameTime(job_, frames_.first), FrameTime(job_, frames_.FrameAt(frames_.Count() - 1)));
+    effect.BeginFrameRange(FrameTime(job_, frames_.FrameAt(0)), FrameTime(job_, frames_.FrameAt(frames_.Count() - 1)));
 }
 
 void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {

@@ -19,13 +19,13 @@ namespace {
 
 // The checks of a render of this frame, except those of the output file.
 void CheckFrame(const Job& job, std::int32_t frame) {
-  const FrameRange frames = ResolveFrames(job);
-  if (frame < frames.first || frame > frames.last) {
-    const std::string first = std::to_string(frames.first);
-    throw Failure(
-        ExitCode::WrongUsage,
-        "frame " + std::to_string(frame) + " is not in the job: expected " +
-            (frames.first == frames.last ? first + ", its only frame" : first + " to " + std::to_string(frames.last)));
+  const FrameList frames = ResolveFrames(job);
+  if (!frames.Contains(frame)) {
+    const std::string first = std::to_string(frames.First());
+    throw Failure(ExitCode::WrongUsage,
+                  "frame " + std::to_string(frame) + " is not in the job: expected " +
+                      (frames.First() == frames.Last() ? first + ", its only frame"
+                                                       : first + " to " + std::to_string(frames.Last())));
   }
   Job single = job;
   if (job.frames) single.frames = FrameRange{frame, frame};
@@ -189,10 +189,10 @@ void ViewSession::Apply(const PenEvent& event) {
 void ViewSession::RenderIfStale() {
   const double time = viewer_->CurrentTime();
   if (!watch_->isStale && watch_->renderedTime == time) return;
-  const FrameRange frames = ResolveFrames(job_);
+  const FrameList frames = ResolveFrames(job_);
   const double passed = std::floor(time - job_.time);
   const auto frame = static_cast<std::int32_t>(
-      std::clamp(ResolveStart(job_) + passed, static_cast<double>(frames.first), static_cast<double>(frames.last)));
+      std::clamp(ResolveStart(job_) + passed, static_cast<double>(frames.First()), static_cast<double>(frames.Last())));
   HRESULT result = kOk;
   std::string why;
   try {

@@ -72,8 +72,9 @@ TEST_F(BadInput, UnknownNamesGetTheNearest) {
   ExpectRefusal({"rendr", "in.png", "out.png"}, 2,
                 "unknown command \"rendr\"; did you mean \"render\"?; see vblur --help");
   ExpectRefusal({"properties", "Blurr"}, 2, "unknown property \"Blurr\"; did you mean \"Blur\"?");
+  ExpectRefusal({"job", "in.json", "out.png"}, 2, "unexpected argument \"out.png\"; see vblur job --help");
   ExpectRefusal({"render", "in.png", "out.png", "more.png"}, 2,
-                "unexpected argument \"more.png\"; see vblur render --help");
+                "more.png: expected a folder that exists, for 2 pictures");
   ExpectRefusal({"render", "in.png"}, 2, "OUTPUT is required; see vblur render --help");
 }
 

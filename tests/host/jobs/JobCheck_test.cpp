@@ -84,16 +84,41 @@ TEST(JobCheck, OtherFramesHaveTheTimesAndTheLengthOfTheJob) {
     EXPECT_EQ(ResolveDuration(job), 48.0);
   }
   Job still = Still();
-  TakeFrames(still, {7, 9, 1});
+  TakeFrames(still, FrameRange{7, 9, 1});
   EXPECT_EQ(FrameTime(still, 7), 7.0);
   still = Still();
   still.input2 = ImageRecord{"b.png", {}, {}, {0, 0}};
   EXPECT_EQ(UsageFailureOf([&] {
-              TakeFrames(still, {7, 9, 1});
+              TakeFrames(still, FrameRange{7, 9, 1});
             }),
             "duration: missing, expected the length of the transition, since the job has no frames to take it from");
   still.duration = 12.0;
-  EXPECT_NO_THROW(TakeFrames(still, {7, 9, 1}));
+  EXPECT_NO_THROW(TakeFrames(still, FrameRange{7, 9, 1}));
+}
+
+TEST(JobCheck, NumbersOutputsFromTheStart) {
+  Job job = Sequence();
+  EXPECT_EQ(OutputNumber(job, 7), 7);
+  job.output.renumber = 1001;
+  EXPECT_EQ(OutputNumber(job, 1), 1001);
+  EXPECT_EQ(OutputNumber(job, 48), 1048);
+  TakeFrames(job, FrameRange{20, 29, 1});
+  EXPECT_EQ(OutputNumber(job, 20), 1020) << "however the work is cut";
+  EXPECT_NO_THROW(CheckJob(job));
+  job.output.renumber = 2147483640;
+  EXPECT_EQ(UsageFailureOf([&] { CheckJob(job); }),
+            "output/renumber: frame 20 would have the number 2147483659, expected numbers from -2147483648 to "
+            "2147483647");
+}
+
+TEST(JobCheck, LooksForRenumberedOutputsAmongTheInputs) {
+  Job job = Sequence();
+  job.output.file = job.input->file;
+  job.output.renumber = 49;
+  EXPECT_NO_THROW(CheckJob(job));
+  job.output.renumber = 48;
+  EXPECT_EQ(UsageFailureOf([&] { CheckJob(job); }),
+            "output: \"in.0048.exr\" is the picture that input is read from, expected another file");
 }
 
 TEST(JobCheck, AcceptsWhatCanBeRendered) {
@@ -101,7 +126,7 @@ TEST(JobCheck, AcceptsWhatCanBeRendered) {
   EXPECT_NO_THROW(CheckJob(Sequence()));
   Job job = Sequence();
   job.field = FieldChoice::Both;
-  job.frames->step = 2;
+  job.frames = FrameRange{1, 48, 2};
   job.input->file = "still.png";
   job.output.initial = "background.png";
   job.mask = MaskRecord{{"mask.png", {}, {}, {0, 0}}, {-5, 5}};
@@ -334,7 +359,7 @@ TEST(JobCheck, RefusesAnOutputThatIsAnInput) {
 }
 
 TEST(JobCheck, RefusesASequenceThatRunsOverAStill) {
-  const auto over = [](const std::string& still, FrameRange frames) {
+  const auto over = [](const std::string& still, const FrameRange& frames) {
     Job job = Sequence();
     job.mask = MaskRecord{{still, {}, {}, {}}, {}};
     job.frames = frames;

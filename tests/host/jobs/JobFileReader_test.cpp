@@ -44,7 +44,7 @@ TEST(JobFileReader, ReadsEveryField) {
     "input": {"file": "a.%04d.exr", "position": [1.5, -2], "size": [640, 480.25], "origin": [3, -4]},
     "input2": {"file": "b.####.exr", "origin": [5, 6]},
     "mask": {"file": "m.png", "offset": [-7, 8], "origin": [1, 2]},
-    "output": {"file": "out.%04d.exr", "width": 64, "height": 48, "initial": "start.exr", "position": [0.5, 1]},
+    "output": {"file": "out.%04d.exr", "width": 64, "height": 48, "renumber": 1001, "initial": "start.exr", "position": [0.5, 1]},
     "frames": [-1, 48], "start": -3, "time": -2.5, "duration": 24, "field": "both", "roi": [-1, -2, 3, 4], "outside": "clear",
     "project": {"userSize": [720, 486], "worldSize": [4, 3]}, "proxy": [0.5, 0.25],
     "properties": {"Blur": {"keys": [[0, 0.0], [47, 80.0]], "interpolation": "smooth"}, "channels": "luminance",
@@ -57,6 +57,7 @@ TEST(JobFileReader, ReadsEveryField) {
   expected.input2 = ImageRecord{"b.####.exr", {}, {}, {5, 6}};
   expected.mask = MaskRecord{{"m.png", {}, {}, {1, 2}}, {-7, 8}};
   expected.output = OutputRecord{{"out.%04d.exr", {{0.5, 1}}, {}, {0, 0}}, 64, 48, "start.exr"};
+  expected.output.renumber = 1001;
   expected.frames = FrameRange{-1, 48, 1};
   expected.start = -3;
   expected.time = -2.5;
@@ -158,8 +159,15 @@ TEST(JobFileReader, RefusesWrongTypesAndRangesWithTheirPlace) {
       {"/frames",
        {5, 4},
        "frames: expected [first, last] with a last frame that is not before the first, found [5, 4]"},
-      {"/frames", {1, 2, 3}, "frames: expected [first, last], two whole numbers of 32 bits, found [1, 2, 3]"},
-      {"/frames", "1-5", "frames: expected [first, last], two whole numbers of 32 bits, found \"1-5\""},
+      {"/frames",
+       {1, 2, 3},
+       "frames: expected [first, last], two whole numbers of 32 bits, or frames such as \"1,3,5-9x2\", found [1, 2, "
+       "3]"},
+      {"/frames", "1-5x", "frames: expected frames such as 7, 1-48, 1-48x2, 1,3,5-9, 10- or all, found \"1-5x\""},
+      {"/frames", "all",
+       "frames: expected frames that do not depend on files, such as 7, 1-48, 1-48x2 or 1,3,5-9, found \"all\""},
+      {"/output/renumber", 0.5, "output/renumber: expected a number, a whole number of 32 bits, found 0.5"},
+      {"/output/file", std::string("o\0.png", 6), "output/file: \"o\\u0000.png\": a file name holds no NUL character"},
       {"/start", 0.5, "start: expected a frame, a whole number of 32 bits, found 0.5"},
       {"/time", "0", "time: expected a finite number, found \"0\""},
       {"/duration", nullptr, "duration: expected a finite number, found null"},
