@@ -59,7 +59,7 @@ std::vector<std::int32_t> All(const FrameList& frames) {
 
 using Frames = std::vector<std::int32_t>;
 
-TEST(FrameLists, NameFramesInTheirOrder) {
+TEST(FrameRangeTextLists, NameFramesInTheirOrder) {
   EXPECT_EQ(All(ParseFrames("7")), (Frames{7}));
   EXPECT_EQ(All(ParseFrames("1,3,5-9x2")), (Frames{1, 3, 5, 7, 9}));
   EXPECT_EQ(All(ParseFrames("9,-2--1,4")), (Frames{9, -2, -1, 4}));
@@ -71,14 +71,14 @@ TEST(FrameLists, NameFramesInTheirOrder) {
 }
 
 // A rough pass first, then the rest.
-TEST(FrameLists, RenderEachFrameOnce) {
+TEST(FrameRangeTextLists, RenderEachFrameOnce) {
   EXPECT_EQ(All(ParseFrames("1-9x4,1-9")), (Frames{1, 5, 9, 2, 3, 4, 6, 7, 8}));
   EXPECT_EQ(All(ParseFrames("3,3,3")), (Frames{3}));
   EXPECT_EQ(All(ParseFrames("1-9x2,2-10x2")), (Frames{1, 3, 5, 7, 9, 2, 4, 6, 8, 10}));
   EXPECT_EQ(UsageFailureOf([] { ParseFrames("1-2000000,5"); }), "frames: 2000001 frames, expected at most 1000000");
 }
 
-TEST(FrameLists, OpenEndsAndAllAreWhatExists) {
+TEST(FrameRangeTextLists, OpenEndsAndAllAreWhatExists) {
   const Frames existing{-3, 1, 2, 3, 10, 12, 14};
   const auto chosen = [&](const std::string& text) {
     const FrameChoice choice = FrameChoice::Parse(text);
@@ -98,7 +98,7 @@ TEST(FrameLists, OpenEndsAndAllAreWhatExists) {
             "frames: expected frames that do not depend on files, such as 7, 1-48, 1-48x2 or 1,3,5-9, found \"1,5-\"");
 }
 
-TEST(FrameLists, RefuseNonsense) {
+TEST(FrameRangeTextLists, RefuseNonsense) {
   for (const std::string text :
        {"", ",", "1,", ",1", "1,,2", "a", "all,x", "allx2", "1-5-", "x2", "-", "1 ,2", "1;2", "1-x"}) {
     EXPECT_EQ(UsageFailureOf([&] { FrameChoice::Parse(text); }),
@@ -110,7 +110,7 @@ TEST(FrameLists, RefuseNonsense) {
             "frames: expected a step of at least 1, found \"1-x0\"");
 }
 
-TEST(FrameLists, RandomListsComeBack) {
+TEST(FrameRangeTextLists, RandomListsComeBack) {
   std::mt19937 random(5);
   for (int i = 0; i < 500; ++i) {
     Frames frames;
