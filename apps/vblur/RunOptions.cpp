@@ -44,7 +44,7 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
 
 void AddRunOptions(CLI::App& app, RunOptions& options) {
   app.add_flag("--overwrite", options.render.overwrite, "Replace output files that exist")->group("Output");
-  app.add_flag("--skip-existing", options.render.skipExisting, "Skip frames whose output files exist")->group("Output");
+  app.add_flag("--skip-existing", options.render.skipExisting, "Skip frames whose output files exist and are whole")->group("Output");
   AddTextOption(app, "--on-error", "stop|skip", "After a failed frame: stop, or continue with the next [stop]",
                 [&](const std::string& text) {
                   options.render.onError = static_cast<host::OnError>(ParseChoice("--on-error", text, kOnError));

@@ -1,6 +1,7 @@
 #include "host/sequence/SequenceRenderer.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <limits>
 #include <list>
@@ -19,6 +20,7 @@
 #include "host/sequence/FramePipeline.h"
 #include "host/sequence/FramesInFlight.h"
 #include "host/sequence/JobPictures.h"
+#include "host/sequence/WholeOutput.h"
 
 namespace vblur::host {
 
@@ -52,6 +54,7 @@ struct FrameSlot {
 
   FrameResult result;
   bool dropped = false;
+  bool replaces = false;  // the file that exists is not whole
   FrameBuffers buffers;
   std::vector<std::string> warnings;
   PictureWriter writer;
@@ -70,7 +73,10 @@ class SequenceRun {
 
  private:
   std::filesystem::path OutputOf(std::int32_t frame) const { return OutputFilePath(job_, outputPattern_, frame); }
-  bool IsSkipped(std::int32_t frame) const;
+  bool MayBeSkipped(std::int32_t frame) const;
+  // Of those that may be skipped.
+  bool IsWhole(FrameSlot& slot) const;
+  std::vector<std::array<std::int32_t, 2>> SizesOf(std::int32_t frame) const;
   void CheckInputs(std::int32_t frame);
   void SettleDepth();
   SequenceLanes SettleLanes();
@@ -116,9 +122,32 @@ SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const 
       pictures_(job, options.maxPixels),
       coordMan_(job.proxy) {}
 
-bool SequenceRun::IsSkipped(std::int32_t frame) const {
+bool SequenceRun::MayBeSkipped(std::int32_t frame) const {
   std::error_code error;
   return options_.skipExisting && std::filesystem::exists(OutputOf(frame), error);
+}
+
+bool SequenceRun::IsWhole(FrameSlot& slot) const {
+  const std::string flaw =
+      FlawOfOutput(slot.result.file, SizesOf(slot.result.frame), [this] { return context_.Stopped(); });
+  if (flaw.empty()) return true;
+  slot.replaces = true;
+  slot.warnings.push_back(flaw + "; rendered again");
+  return false;
+}
+
+// As far as headers tell: of the whole picture in formats with windows, of the display window in others.
+std::vector<std::array<std::int32_t, 2>> SequenceRun::SizesOf(std::int32_t frame) const {
+  const auto& width = job_.output.width;
+  const auto& height = job_.output.height;
+  if (width && height) return {{*width, *height}};
+  try {
+    const PictureInfo info = pictures_.InputInfo(frame);
+    return {{width.value_or(info.width), height.value_or(info.height)},
+            {width.value_or(info.display.width), height.value_or(info.display.height)}};
+  } catch (const Failure&) {
+    return {};
+  }
 }
 
 std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
@@ -138,22 +167,26 @@ void SequenceRun::CheckFiles() {
   RemoveAbandonedParts(OutputOf(frames_.FrameAt(0)).parent_path());
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
-    if (IsSkipped(frame)) continue;
+    // One that is not whole is rendered all the same; its inputs are missed then.
+    if (MayBeSkipped(frame)) continue;
     if (options_.onError == OnError::Stop) CheckInputs(frame);
     RequireWritable(OutputOf(frame), options_.overwrite);
   }
   SettleDepth();
 }
 
+// By a frame that is rendered for certain, else by one that may be.
 void SequenceRun::SettleDepth() {
-  for (std::int64_t index = 0; index < frames_.Count(); ++index) {
-    const std::int32_t frame = frames_.FrameAt(index);
-    if (IsSkipped(frame)) continue;
-    try {
-      depth_ = pictures_.DepthAt(frame);
-      return;
-    } catch (const Failure&) {
-      if (options_.onError == OnError::Stop) throw;
+  for (const bool exists : {false, true}) {
+    for (std::int64_t index = 0; index < frames_.Count(); ++index) {
+      const std::int32_t frame = frames_.FrameAt(index);
+      if (MayBeSkipped(frame) != exists) continue;
+      try {
+        depth_ = pictures_.DepthAt(frame);
+        return;
+      } catch (const Failure&) {
+        if (options_.onError == OnError::Stop && !exists) throw;
+      }
     }
   }
 }
@@ -229,11 +262,16 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
   slot.result.index = index;
   slot.result.frame = frames_.FrameAt(index);
   slot.result.file = OutputOf(slot.result.frame);
-  if (IsSkipped(slot.result.frame)) slot.result.status = FrameStatus::Skipped;
+  slot.replaces = false;
   slot.warnings.clear();
   Attempt(slot, slot.result.seconds.read, [&] {
+    if (MayBeSkipped(slot.result.frame) && IsWhole(slot)) {
+      slot.result.status = FrameStatus::Skipped;
+      return;
+    }
     slot.buffers.Prepare(slot.result.frame, depth_);
-    slot.warnings = slot.buffers.Warnings();
+    const auto warnings = slot.buffers.Warnings();
+    slot.warnings.insert(slot.warnings.end(), warnings.begin(), warnings.end());
   });
 }
 
@@ -255,7 +293,7 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
-  const OutputOptions options{options_.overwrite, options_.sync, job_.output.storage};
+  const OutputOptions options{options_.overwrite || slot.replaces, options_.sync, job_.output.storage};
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
   const auto& notes = slot.written->Notes();
   slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());

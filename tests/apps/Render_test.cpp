@@ -42,7 +42,8 @@ TEST_F(Render, SequencesTakeEitherPatternAndAStep) {
 
 TEST_F(Render, ExistingFilesAreRefusedReplacedOrSkipped) {
   MakePicture("in.png");
-  const auto old = folder_.Write("out.png", "old");
+  MakePicture("out.png");
+  const auto old = host::Bytes(Path("out.png"));
   const std::vector<std::string> render{"render", "in.png", "out.png", "--blur", "0"};
   ExpectRefusal(render, 4,
                 "out.png: cannot write: the file exists already; give --overwrite to replace it or --skip-existing to "
@@ -50,7 +51,7 @@ TEST_F(Render, ExistingFilesAreRefusedReplacedOrSkipped) {
   auto skip = render;
   skip.push_back("--skip-existing");
   EXPECT_EQ(Run(skip).exit, 0);
-  EXPECT_EQ(host::Bytes(old), "old");
+  EXPECT_EQ(host::Bytes(Path("out.png")), old);
   auto overwrite = render;
   overwrite.push_back("--overwrite");
   EXPECT_EQ(Run(overwrite).exit, 0);
