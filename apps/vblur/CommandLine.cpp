@@ -98,14 +98,16 @@ std::string WrongValue(const CLI::App& app, const CLI::App& command, const CLI::
 
 // What the user can do about a failure with the options that the command has.
 std::string Advice(const CLI::App& command, const host::Failure& failure) {
-  if (failure.Kind() != host::FailureKind::FileExists) return {};
   std::string advice;
   const auto offer = [&](const char* option, const char* effect) {
     if (command.get_option_no_throw(option) == nullptr) return;
     advice += std::string(advice.empty() ? "; give " : " or ") + option + effect;
   };
-  offer("--overwrite", " to replace it");
-  offer("--skip-existing", " to leave it");
+  if (failure.Kind() == host::FailureKind::FileExists) {
+    offer("--overwrite", " to replace it");
+    offer("--skip-existing", " to leave it");
+  }
+  if (failure.Kind() == host::FailureKind::TooManyPixels) offer("--max-pixels", " to allow more");
   return advice;
 }
 

@@ -14,14 +14,25 @@ namespace vblur::cli {
 
 namespace {
 
+// The output in its frame: where its lower left corner lies from that of the frame, and its size.
+struct OutputPart {
+  std::array<std::int64_t, 2> corner{0, 0};
+  std::array<std::int64_t, 2> size{0, 0};
+};
+
 // Nothing for an input that cannot be read.
-std::optional<std::array<std::int64_t, 2>> OutputSize(const host::Job& job) {
-  if (job.output.width && job.output.height) return {{*job.output.width, *job.output.height}};
+std::optional<OutputPart> PartOf(const host::Job& job) {
+  OutputPart part{{0, 0}, {job.output.width.value_or(0), job.output.height.value_or(0)}};
+  if (job.output.width && job.output.height) return part;
   if (!job.input) return std::nullopt;
   try {
     const host::FramePattern pattern(job.input->file);
     const auto info = host::ReadPictureInfo(host::JobFilePath(job, pattern, host::ResolveFrames(job).FrameAt(0)));
-    return {{job.output.width.value_or(info.width), job.output.height.value_or(info.height)}};
+    const host::FileWindow all = info.Picture();
+    if (!job.output.width) part.corner[0] = std::int64_t{all.x} - info.display.x;
+    if (!job.output.height) part.corner[1] = info.display.Bottom() - all.Bottom();
+    part.size = {job.output.width.value_or(all.width), job.output.height.value_or(all.height)};
+    return part;
   } catch (const host::Failure&) {
     return std::nullopt;
   }
@@ -41,18 +52,19 @@ void WarnOfValues(const host::Job& job, Terminal& terminal) {
 
 void WarnOfRegion(const host::Job& job, Terminal& terminal) {
   if (!job.roi || terminal.IsQuiet()) return;
-  const auto size = OutputSize(job);
-  if (!size) return;
+  const auto part = PartOf(job);
+  if (!part) return;
   // The effect adds this origin to the region.
   const auto& origin = job.input ? job.input->origin : job.output.origin;
   const auto misses = [&](std::size_t axis, std::int64_t from, std::int64_t count) {
     const std::int64_t first = from + origin[axis] - job.output.origin[axis];
-    return first >= (*size)[axis] || first + count <= 0;
+    const std::int64_t corner = part->corner[axis];
+    return first >= corner + part->size[axis] || first + count <= corner;
   };
   const host::Region& roi = *job.roi;
   if (!misses(0, roi.x, roi.width) && !misses(1, roi.y, roi.height)) return;
-  terminal.Warn("roi: the region lies outside the picture of " + std::to_string((*size)[0]) + " x " +
-                std::to_string((*size)[1]) + " pixels; nothing is rendered");
+  terminal.Warn("roi: the region lies outside the picture of " + std::to_string(part->size[0]) + " x " +
+                std::to_string(part->size[1]) + " pixels; nothing is rendered");
 }
 
 }  // namespace vblur::cli

@@ -77,6 +77,25 @@ std::int64_t ParseBytes(std::string_view option, std::string_view text) {
   return number * unit;
 }
 
+std::int64_t ParsePixels(std::string_view option, std::string_view text) {
+  constexpr std::string_view kUnits = "KMG";
+  constexpr double kMost = 1e12;
+  std::string_view digits = text;
+  double unit = 1.0;
+  if (!digits.empty()) {
+    const char last = static_cast<char>(std::toupper(static_cast<unsigned char>(digits.back())));
+    if (const auto power = kUnits.find(last); power != std::string_view::npos) {
+      unit = std::pow(1000.0, static_cast<double>(power + 1));
+      digits.remove_suffix(1);
+    }
+  }
+  double number = 0.0;
+  if (!Read(digits, number) || !(number * unit >= 1.0 && number * unit <= kMost)) {
+    RefuseText(option, text, "a number of pixels such as 500M or 1G");
+  }
+  return static_cast<std::int64_t>(number * unit);
+}
+
 std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text) {
   std::array<double, 2> pair{};
   if (!ReadAll(text, ',', pair) || !std::isfinite(pair[0]) || !std::isfinite(pair[1])) {

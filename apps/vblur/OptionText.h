@@ -19,6 +19,8 @@ double ParseNumber(std::string_view option, std::string_view text);
 std::int32_t ParseWhole(std::string_view option, std::string_view text);
 // "2G", "512M", "65536": bytes, with K, M or G for powers of 1024; at least 1.
 std::int64_t ParseBytes(std::string_view option, std::string_view text);
+// A number of pixels, of thousands, millions or thousand millions with K, M or G.
+std::int64_t ParsePixels(std::string_view option, std::string_view text);
 // "1920x1080", "3,-3", "0.5,0.5": two or four numbers with a separator between them.
 std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text);
 std::array<std::int32_t, 2> ParseWholePair(std::string_view option, std::string_view text, char separator = ',');

@@ -23,10 +23,15 @@ void AddPictureOptions(CLI::App& app, host::Job& job) {
   };
   add("--to", "INPUT2", "Second clip: the effect is the transition from INPUT to it",
       [&](const std::string& file) { job.input2.emplace().file = file; });
-  add("--mask", "FILE", "Paint the effect through a mask: its first channel, white where the effect shows",
+  add("--layer", "NAME",
+      "Layer of INPUT to work on, such as diffuse; the others pass unchanged [the one without a name]",
+      [&](const std::string& name) { job.input->layer = name; });
+  add("--mask", "FILE", "Paint the effect through a mask, white where the effect shows",
       [&](const std::string& file) { MaskOf(job).file = file; });
   add("--mask-offset", "X,Y", "Position of the mask's lower left corner in INPUT, in pixels [0,0]",
       [&](const std::string& text) { MaskOf(job).offset = ParseWholePair("--mask-offset", text); });
+  add("--mask-channel", "NAME", "Channel of the mask [the first; alpha where nothing else varies]",
+      [&](const std::string& name) { MaskOf(job).channel = name; });
   add("--use", "filter|paint|transition|generator",
       "Use of the effect [transition with --to, paint with --mask, else filter]",
       [&](const std::string& text) { job.kind = kKinds[ParseChoice("--use", text, kUses)]; });

@@ -77,7 +77,8 @@ class RenderCommand : public Command {
 
   void CheckPictures() {
     if (job_.mask && job_.mask->file.empty()) {
-      host::Refuse("--mask-offset", "there is no mask, expected --mask FILE too");
+      host::Refuse(job_.mask->channel.empty() ? "--mask-offset" : "--mask-channel",
+                   "there is no mask, expected --mask FILE too");
     }
     // Position options apply to all clips.
     if (job_.input2) job_.input2->origin = job_.input->origin;

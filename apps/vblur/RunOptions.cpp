@@ -56,6 +56,9 @@ void AddRunOptions(CLI::App& app, RunOptions& options) {
   AddTextOption(app, "--memory", "SIZE", "Memory that the frames in flight may take, such as 512M or 2G [2G]",
                 [&](const std::string& text) { options.render.memory = ParseBytes("--memory", text); })
       ->group("Output");
+  AddTextOption(app, "--max-pixels", "N", "Most pixels of a picture that is read, such as 500M [1G]",
+                [&](const std::string& text) { options.render.maxPixels = ParsePixels("--max-pixels", text); })
+      ->group("Output");
   AddTextOption(app, "--progress", "auto|none|bar|lines|json",
                 "Progress on the standard error stream [auto: a bar on a terminal, else none]",
                 [&](const std::string& text) {

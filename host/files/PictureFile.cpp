@@ -27,7 +27,7 @@ std::string FormatBeyond(const BeyondRange& beyond, std::int32_t depth) {
            std::to_string(depth) + " bits carry";
   }
   if (beyond.notNumbers > 0) {
-    text += (text.empty() ? "" : "; ") + Components(beyond.notNumbers) + " that are no numbers read as 0";
+    text += (text.empty() ? "" : "; ") + Components(beyond.notNumbers) + " without a value (NaN) read as 0";
   }
   return text;
 }

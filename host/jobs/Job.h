@@ -30,11 +30,16 @@ struct ImageRecord {
   std::optional<std::array<double, 2>> size;
   std::array<std::int32_t, 2> origin{0, 0};
 
+  // Of an input: the layer that is taken from its files; empty: the channels that are in none.
+  std::string layer{};
+
   friend bool operator==(const ImageRecord&, const ImageRecord&) = default;
 };
 
 struct MaskRecord : ImageRecord {
   std::array<std::int32_t, 2> offset{0, 0};  // relative to the first input, in pixels
+  // Empty: the first channel, or alpha where that is the only one that varies.
+  std::string channel{};
 
   friend bool operator==(const MaskRecord&, const MaskRecord&) = default;
 };

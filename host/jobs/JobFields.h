@@ -15,8 +15,8 @@ namespace vblur::host::job_fields {
 inline constexpr std::array<std::string_view, 17> kJob{"version", "depth",   "use",     "input", "input2",    "mask",
                                                        "output",  "frames",  "start",   "time",  "duration",  "field",
                                                        "roi",     "outside", "project", "proxy", "properties"};
-inline constexpr std::array<std::string_view, 4> kImage{"file", "position", "size", "origin"};
-inline constexpr std::array<std::string_view, 5> kMask{"file", "position", "size", "origin", "offset"};
+inline constexpr std::array<std::string_view, 5> kInput{"file", "position", "size", "origin", "layer"};
+inline constexpr std::array<std::string_view, 6> kMask{"file", "position", "size", "origin", "offset", "channel"};
 inline constexpr std::array<std::string_view, 8> kOutput{"file",  "position", "size",     "origin",
                                                          "width", "height",   "renumber", "initial"};
 inline constexpr std::array<std::string_view, 2> kProject{"userSize", "worldSize"};

@@ -35,10 +35,17 @@ void ReadImage(const JsonPlace& place, ImageRecord& image) {
   if (const auto field = place.Field("origin")) image.origin = field->WholePair("[x, y] in whole pixels");
 }
 
+std::string ReadName(const JsonPlace& place, std::string_view expected) {
+  std::string name = place.Text(expected);
+  if (name.empty()) place.FailExpected(expected);
+  return name;
+}
+
 ImageRecord ReadInput(const JsonPlace& place) {
-  place.RequireFields(job_fields::kImage, kImageExpected);
+  place.RequireFields(job_fields::kInput, kImageExpected);
   ImageRecord image;
   ReadImage(place, image);
+  if (const auto field = place.Field("layer")) image.layer = ReadName(*field, "the name of a layer");
   return image;
 }
 
@@ -47,6 +54,7 @@ MaskRecord ReadMask(const JsonPlace& place) {
   MaskRecord mask;
   ReadImage(place, mask);
   if (const auto field = place.Field("offset")) mask.offset = field->WholePair("[x, y] in whole pixels");
+  if (const auto field = place.Field("channel")) mask.channel = ReadName(*field, "the name of a channel");
   return mask;
 }
 

@@ -25,12 +25,14 @@ Json ImageToJson(const ImageRecord& image) {
   if (image.position) json["position"] = *image.position;
   if (image.size) json["size"] = *image.size;
   if (image.origin != ImageRecord{}.origin) json["origin"] = image.origin;
+  if (!image.layer.empty()) json["layer"] = image.layer;
   return json;
 }
 
 Json MaskToJson(const MaskRecord& mask) {
   Json json = ImageToJson(mask);
   if (mask.offset != MaskRecord{}.offset) json["offset"] = mask.offset;
+  if (!mask.channel.empty()) json["channel"] = mask.channel;
   return json;
 }
 

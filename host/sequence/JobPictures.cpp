@@ -61,13 +61,22 @@ JobPictures::JobPictures(const Job& job, std::int64_t mostPixels) : job_(job) {
   first.keepsPassing = true;
   ReadChoice amounts = colours;
   amounts.use = PictureUse::Mask;
-  if (job.input) input_.emplace(job, *job.input, first);
-  if (job.input2) input2_.emplace(job, *job.input2, colours);
-  if (job.mask) mask_.emplace(job, *job.mask, amounts);
   if (job.output.initial) {
     ImageRecord record;
     record.file = *job.output.initial;
     initial_.emplace(job, record, colours);
+  }
+  if (job.input) {
+    first.layer = job.input->layer;
+    input_.emplace(job, *job.input, first);
+  }
+  if (job.input2) {
+    colours.layer = job.input2->layer;
+    input2_.emplace(job, *job.input2, colours);
+  }
+  if (job.mask) {
+    amounts.channel = job.mask->channel;
+    mask_.emplace(job, *job.mask, amounts);
   }
 }
 

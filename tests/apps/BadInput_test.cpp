@@ -35,7 +35,9 @@ TEST_F(BadInput, PicturesCutShort) {
 
 TEST_F(BadInput, PicturesWithoutPixelsOrWithTooMany) {
   folder_.Write("huge.ppm", "P6\n60000 60000\n255\n");
-  ExpectUnreadable("huge.ppm", "60000 x 60000 pixels, 3600000000 in all, expected at most 1000000000");
+  ExpectUnreadable(
+      "huge.ppm",
+      "60000 x 60000 pixels, 3600000000 in all, expected at most 1000000000; give --max-pixels to allow more");
   std::string targa(18, '\0');
   targa[2] = 2;
   targa[16] = 32;

@@ -41,9 +41,10 @@ TEST(JobFileReader, ReadsTheSmallestJob) {
 TEST(JobFileReader, ReadsEveryField) {
   const Job job = ParseJob(R"({
     "version": 1, "depth": 16, "use": "transition",
-    "input": {"file": "a.%04d.exr", "position": [1.5, -2], "size": [640, 480.25], "origin": [3, -4]},
-    "input2": {"file": "b.####.exr", "origin": [5, 6]},
-    "mask": {"file": "m.png", "offset": [-7, 8], "origin": [1, 2]},
+    "input": {"file": "a.%04d.exr", "position": [1.5, -2], "size": [640, 480.25], "origin": [3, -4],
+              "layer": "diffuse"},
+    "input2": {"file": "b.####.exr", "origin": [5, 6], "layer": "spec.direct"},
+    "mask": {"file": "m.png", "offset": [-7, 8], "origin": [1, 2], "channel": "A"},
     "output": {"file": "out.%04d.exr", "width": 64, "height": 48, "renumber": 1001, "initial": "start.exr", "position": [0.5, 1]},
     "frames": [-1, 48], "start": -3, "time": -2.5, "duration": 24, "field": "both", "roi": [-1, -2, 3, 4], "outside": "clear",
     "project": {"userSize": [720, 486], "worldSize": [4, 3]}, "proxy": [0.5, 0.25],
@@ -56,6 +57,9 @@ TEST(JobFileReader, ReadsEveryField) {
   expected.input = ImageRecord{"a.%04d.exr", {{1.5, -2}}, {{640, 480.25}}, {3, -4}};
   expected.input2 = ImageRecord{"b.####.exr", {}, {}, {5, 6}};
   expected.mask = MaskRecord{{"m.png", {}, {}, {1, 2}}, {-7, 8}};
+  expected.input->layer = "diffuse";
+  expected.input2->layer = "spec.direct";
+  expected.mask->channel = "A";
   expected.output = OutputRecord{{"out.%04d.exr", {{0.5, 1}}, {}, {0, 0}}, 64, 48, "start.exr"};
   expected.output.renumber = 1001;
   expected.frames = FrameRange{-1, 48, 1};
@@ -119,6 +123,7 @@ TEST(JobFileReader, SuggestsTheFieldThatWasMeant) {
   EXPECT_EQ(FailureWith("/zzzz", 1), "unknown field \"zzzz\"");
   EXPECT_EQ(FailureWith("/input/fiel", 1), "input: unknown field \"fiel\"; did you mean \"file\"?");
   EXPECT_EQ(FailureWith("/input/offset", {1, 2}), "input: unknown field \"offset\"");
+  EXPECT_EQ(FailureWith("/output/layer", "diffuse"), "output: unknown field \"layer\"");
   EXPECT_EQ(FailureWith("/properties/Blurr", 1), "properties: unknown property \"Blurr\"; did you mean \"Blur\"?");
   EXPECT_EQ(FailureWith("/properties/Blur", {{"key", {{0, 1}}}}),
             "properties/Blur: unknown field \"key\"; did you mean \"keys\"?");

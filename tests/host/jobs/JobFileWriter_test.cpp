@@ -40,8 +40,11 @@ class JobMaker {
     Job job = SmallJob(folder);
     static_cast<ImageRecord&>(job.output) = Image();
     if (Chance()) job.input = Image();
+    if (job.input && Chance()) job.input->layer = Name();
     if (Chance()) job.input2 = Image();
+    if (job.input2 && Chance()) job.input2->layer = Name();
     if (Chance()) job.mask = MaskRecord{Image(), {Small(), Small()}};
+    if (job.mask && Chance()) job.mask->channel = Name();
     if (Chance()) job.output.width = 1 + std::abs(Small());
     if (Chance()) job.output.height = 1 + std::abs(Small());
     if (Chance()) job.output.initial = Name();

@@ -1,0 +1,84 @@
+// What is taken of a file, and what is told of it.
+#include <sstream>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class ReadingPictures : public ProgramTest {
+ protected:
+  // Values of up to 1.5.
+  void MakeBright(const std::string& name) const {
+    host::HostImage image;
+    image.Reset(16, 4, 4, 2);
+    for (std::size_t i = 0; i < host::ComponentCount(image); ++i)
+      host::SetComponent(image, i, i == 4 ? 24576 : 8192);
+    host::PictureWriter().Write(Path(name), image, nullptr, true);
+  }
+
+  static constexpr const char* kLost = ": 1 component from 1.5 to 1.5 clipped to 0 to 1, which 8 bits carry";
+};
+
+TEST_F(ReadingPictures, AFrameThatClipsIsTold) {
+  MakeBright("in.1.exr");
+  MakeBright("in.2.exr");
+  const std::vector<std::string> render{"render", "in.%d.exr", "out.%d.exr", "--frames", "1-2", "--depth", "8"};
+  EXPECT_EQ(Run(render).err, "vblur: in.1.exr" + std::string(kLost) + "\nvblur: in.2.exr" + kLost + "\n");
+  auto quiet = render;
+  quiet.insert(quiet.end(), {"--overwrite", "-q"});
+  EXPECT_EQ(Run(quiet).err, "");
+  auto json = render;
+  json.insert(json.end(), {"--overwrite", "--progress", "json"});
+  std::istringstream lines(Run(json).err);
+  std::vector<nlohmann::json> warnings;
+  for (std::string line; std::getline(lines, line);) {
+    const auto event = nlohmann::json::parse(line);
+    if (event["event"] == "warning") warnings.push_back(event);
+  }
+  ASSERT_EQ(warnings.size(), 2u);
+  EXPECT_EQ(warnings[1]["frame"], 2);
+  EXPECT_EQ(warnings[1]["message"], "in.2.exr" + std::string(kLost));
+}
+
+TEST_F(ReadingPictures, APictureThatServesEveryFrameIsToldOnce) {
+  MakeBright("mask.exr");
+  MakeBright("second.exr");
+  MakePicture("in.1.png", 4, 2);
+  MakePicture("in.2.png", 4, 2);
+  EXPECT_EQ(Run({"render", "in.%d.png", "out.%d.png", "--frames", "1-2", "--to", "second.exr"}).err,
+            "vblur: second.exr" + std::string(kLost) + "\n");
+}
+
+TEST_F(ReadingPictures, LayersAndChannelsAreChosenByName) {
+  MakePicture("in.png");
+  MakePicture("mask.png");
+  ExpectRefusal({"render", "in.png", "out.png", "--layer", "diffuse"}, 3,
+                "in.png: cannot read: it has no layer \"diffuse\", and no other");
+  ExpectRefusal({"render", "in.png", "out.png", "--mask", "mask.png", "--mask-channel", "Z"}, 3,
+                "mask.png: cannot read: it has no channel \"Z\", expected one of these: R, G, B, A");
+  ExpectRefusal({"render", "in.png", "out.png", "--mask-channel", "A"}, 2,
+                "--mask-channel: there is no mask, expected --mask FILE too");
+  const std::vector<std::string> render{"render", "in.png", "red.png", "--mask", "mask.png", "--blur", "20"};
+  EXPECT_EQ(Run(render).exit, 0);
+  auto alpha = render;
+  alpha[2] = "alpha.png";
+  alpha.insert(alpha.end(), {"--mask-channel", "alpha"});
+  EXPECT_EQ(Run(alpha).exit, 0);
+  EXPECT_NE(Pixels("red.png"), Pixels("alpha.png"));
+}
+
+TEST_F(ReadingPictures, TheNumberOfPixelsHasALimit) {
+  MakePicture("in.png", 40, 30);
+  ExpectRefusal({"render", "in.png", "out.png", "--max-pixels", "1K"}, 3,
+                "in.png: cannot read: 40 x 30 pixels, 1200 in all, expected at most 1000; give --max-pixels to allow "
+                "more");
+  ExpectRefusal({"render", "in.png", "out.png", "--max-pixels", "many"}, 2,
+                "--max-pixels: expected a number of pixels such as 500M or 1G, found \"many\"");
+  EXPECT_EQ(Run({"render", "in.png", "out.png", "--max-pixels", "0.0012M"}).exit, 0);
+}
+
+}  // namespace
+}  // namespace vblur::cli
