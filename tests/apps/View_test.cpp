@@ -79,6 +79,14 @@ TEST_F(ViewProgram, DragsTheRingAndSavesTheJob) {
   EXPECT_EQ(Run({"job", "after.json"}).exit, 0);
 }
 
+TEST_F(ViewProgram, RefusesFramesThatNoViewHolds) {
+  folder_.Write("big.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"},
+                                "project": {"userSize": [1e300, 1e300], "worldSize": [1e300, 1e300]}})");
+  ExpectRefusal(
+      {"view", "big.json", "view.png"}, 2,
+      "the project's frame of 1e+300 x 1e+300 pixels is too large to be shown, expected at most 65536 a side");
+}
+
 TEST_F(ViewProgram, SaysWhatIsMissingWhereThereIsNoOpenGl) {
   const Environment noDrivers("__EGL_VENDOR_LIBRARY_DIRS", folder_.path().string());
   const auto before = host::NamesIn(folder_.path());
