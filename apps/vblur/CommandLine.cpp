@@ -175,7 +175,8 @@ class Program {
     const CLI::App& command = ChosenCommand();
     const bool extras = !app_.remaining(true).empty();
     if (extras) return UnknownArgument(app_, command);
-    return WrongValue(app_, command, error) + HelpHint(command);
+    const bool isMissing = error.get_name() == "RequiredError";
+    return (isMissing ? error.what() : WrongValue(app_, command, error)) + HelpHint(command);
   }
 
   Terminal terminal_;
