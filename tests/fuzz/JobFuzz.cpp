@@ -1,11 +1,12 @@
 #include "tests/fuzz/JobFuzz.h"
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <new>
 #include <optional>
+#include <set>
 #include <stdexcept>
+#include <vector>
 
 #include "host/base/Failure.h"
 #include "host/hosted/CoordMan.h"
@@ -68,6 +69,8 @@ void DrawPlace(Rolls& roll, bool wild, host::ImageRecord& image) {
   if (!roll.OneIn(3)) image.origin = DrawCorner(roll);
   if (roll.OneIn(4)) image.position = DrawPair(roll, wild);
   if (roll.OneIn(4)) image.size = DrawPair(roll, wild);
+  // The host wants sizes above 0.
+  if (image.size && !roll.OneIn(8)) image.size = {std::abs((*image.size)[0]), std::abs((*image.size)[1])};
   // The host refuses sizes below zero; most jobs should get further.
   if (image.size && !wild) image.size = {std::fabs((*image.size)[0]), std::fabs((*image.size)[1])};
 }
@@ -103,6 +106,16 @@ host::Region DrawRegion(Rolls& roll) {
   return {roll.Whole(-30, 30), roll.Whole(-30, 30), roll.Whole(1, 60), roll.Whole(1, 60)};
 }
 
+host::FrameList DrawFrames(Rolls& roll) {
+  std::vector<std::int32_t> frames;
+  std::set<std::int32_t> seen;
+  for (std::int32_t i = roll.Whole(1, 5); i > 0; --i) {
+    const std::int32_t frame = DrawWhole(roll);
+    if (seen.insert(frame).second) frames.push_back(frame);
+  }
+  return host::FrameList::Of(frames);
+}
+
 host::Job DrawJob(Rolls& roll, bool wild) {
   host::Job job;
   job.depth = roll.Of({8, 16});
@@ -125,7 +138,12 @@ host::Job DrawJob(Rolls& roll, bool wild) {
     if (!roll.OneIn(3)) job.mask->offset = DrawCorner(roll);
   }
   if (roll.OneIn(3)) job.roi = DrawRegion(roll);
+  if (job.roi && !job.output.initial && roll.OneIn(3)) {
+    job.outside = job.input && roll.OneIn(2) ? host::OutsideChoice::Keep : host::OutsideChoice::Clear;
+  }
   if (roll.OneIn(2)) job.start = DrawWhole(roll);
+  if (roll.OneIn(4)) job.frames = DrawFrames(roll);
+  if (roll.OneIn(4)) job.output.renumber = DrawWhole(roll);
   if (!roll.OneIn(3)) job.time = DrawNumber(roll, wild);
   job.duration = DrawNumber(roll, wild);
   if (roll.OneIn(2)) job.project = host::ProjectSizes{DrawPair(roll, wild), DrawPair(roll, wild)};
@@ -161,6 +179,8 @@ struct DrawnPictures {
     const auto draw = [&](const auto& record, std::int32_t components, host::HostImage& image) {
       if (!record) return false;
       DrawPicture(roll, *job.depth, components, side(width), side(height), image);
+      // At times a part of a frame, or more than it.
+      if (roll.OneIn(4)) image.PutInFrame({DrawPosition(roll), DrawPosition(roll)}, {side(width), side(height)});
       image.Place(*record);
       return true;
     };
