@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
+#include <new>
 #include <string_view>
 
 #include "host/base/Failure.h"
 #include "host/hosted/HostImage.h"
 #include "host/pictures/PictureChannels.h"
+#include "host/pictures/PictureFileHeader.h"
 
 namespace vblur::host {
 
@@ -117,6 +120,21 @@ std::string PixelsOf(std::int64_t width, std::int64_t height) {
   return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
 
+void RequirePixels(const std::filesystem::path& path, std::int64_t width, std::int64_t height, int channels,
+                   const std::string& of, std::int64_t mostPixels) {
+  const std::string size = PixelsOf(width, height) + of;
+  if (width > mostPixels / height) {
+    throw Failure(ExitCode::CannotRead,
+                  path.string() + ": cannot read: " + size + ", " + std::to_string(width * height) +
+                      " in all, expected at most " + std::to_string(mostPixels),
+                  FailureKind::TooManyPixels);
+  }
+  const std::int64_t components = std::int64_t{std::max(4, channels)} * width;
+  if (components > HostImage::kMostComponents / height) {
+    RefuseToRead(path, size + " are more than 2^31 components (4 a pixel)");
+  }
+}
+
 // Before anything is decoded.
 void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec, std::int64_t mostPixels) {
   if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) {
@@ -129,18 +147,8 @@ void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec,
   // The sides of both windows together, which may not fit one.
   const std::int64_t width = std::max(data.Right(), display.Right()) - std::min(data.x, display.x);
   const std::int64_t height = std::max(data.Bottom(), display.Bottom()) - std::min(data.y, display.y);
-  const std::string size =
-      PixelsOf(width, height) + (data == display ? "" : " of the data and the display window together");
-  if (width > mostPixels / height) {
-    throw Failure(ExitCode::CannotRead,
-                  path.string() + ": cannot read: " + size + ", " + std::to_string(width * height) +
-                      " in all, expected at most " + std::to_string(mostPixels),
-                  FailureKind::TooManyPixels);
-  }
-  const std::int64_t components = std::int64_t{std::max(4, spec.nchannels)} * width;
-  if (components > HostImage::kMostComponents / height) {
-    RefuseToRead(path, size + " are more than 2^31 components (4 a pixel)");
-  }
+  RequirePixels(path, width, height, spec.nchannels,
+                data == display ? "" : " of the data and the display window together", mostPixels);
 }
 
 }  // namespace
@@ -159,14 +167,28 @@ std::string LibraryMessage(const std::string& message, const std::string& otherw
   return line.empty() ? otherwise : line;
 }
 
+void RefuseDamaged(const std::filesystem::path& path, const std::exception& error) {
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) RefuseToRead(path, "not enough memory for its pixels");
+  RefuseToRead(path, std::string("the picture is damaged (") + error.what() + ")");
+}
+
 OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) {
   const PictureFileChatter chatter;
-  auto file = OpenAnyFormat(path);
-  RequireSize(path, file->spec(), choice.mostPixels);
-  PictureInfo info = Describe(path, file->format_name(), file->spec(), choice);
-  info.pictures = CountPictures(*file);
-  if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
-  return {std::move(file), std::move(info)};
+  if (const auto size = SizeFromHeader(path); size && size->width > 0 && size->height > 0) {
+    RequirePixels(path, size->width, size->height, 4, "", choice.mostPixels);
+  }
+  try {
+    auto file = OpenAnyFormat(path);
+    RequireSize(path, file->spec(), choice.mostPixels);
+    PictureInfo info = Describe(path, file->format_name(), file->spec(), choice);
+    info.pictures = info.format == "webp" ? CountWebpFrames(path) : CountPictures(*file);
+    if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
+    return {std::move(file), std::move(info)};
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::exception& error) {
+    RefuseDamaged(path, error);
+  }
 }
 
 }  // namespace vblur::host

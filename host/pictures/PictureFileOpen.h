@@ -1,6 +1,7 @@
 // Opens picture files with the picture library.
 #pragma once
 
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -29,6 +30,9 @@ struct OpenPicture {
 // Opens the first picture of a file that RequirePictureFile accepts, so that components come as they are stored.
 // Throws as ReadPictureInfo does.
 OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice);
+
+// Readers of damaged files may throw instead of answering. Throws Failure (cannot read).
+[[noreturn]] void RefuseDamaged(const std::filesystem::path& path, const std::exception& error);
 
 OIIO::TypeDesc TypeOf(SampleKind kind);
 

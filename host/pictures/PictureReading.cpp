@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <vector>
 
@@ -47,6 +48,8 @@ class OpenedPicture final : public PictureSource {
   // Some channels of some rows, as `type` or, for an unknown one, as they are stored.
   void ReadChannels(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
                     std::byte* samples);
+  bool ReadFromFile(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
+                    std::byte* samples);
   // Out of pixels as they are stored.
   void ConvertTaken(std::size_t pixels, std::byte* samples) const;
   void KeepPassing(std::size_t pixels);
@@ -63,17 +66,28 @@ class OpenedPicture final : public PictureSource {
 void OpenedPicture::ReadChannels(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
                                  std::byte* samples) {
   const PictureFileChatter chatter;
+  bool done = false;
+  try {
+    done = ReadFromFile(first, count, channel, channels, type, samples);
+  } catch (const std::exception& error) {
+    RefuseDamaged(path_, error);
+  }
+  const std::string message = picture_.file->geterror();
+  if (done && !WasCutShort(message)) return;
+  RefuseToRead(path_, "the picture is damaged or cut short (" + LibraryMessage(message, "its pixels end early") + ")");
+}
+
+bool OpenedPicture::ReadFromFile(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
+                                 std::byte* samples) {
   const OIIO::ImageSpec& spec = Spec();
   const int begin = spec.y + first;
   const int end = begin + count;
   OIIO::ImageInput& file = *picture_.file;
-  const bool done = spec.tile_width > 0
-                        ? file.read_tiles(0, 0, spec.x, spec.x + spec.width, begin, end, spec.z, spec.z + 1, channel,
-                                          channel + channels, type, samples)
-                        : file.read_scanlines(0, 0, begin, end, spec.z, channel, channel + channels, type, samples);
-  const std::string message = file.geterror();
-  if (done && !WasCutShort(message)) return;
-  RefuseToRead(path_, "the picture is damaged or cut short (" + LibraryMessage(message, "its pixels end early") + ")");
+  if (spec.tile_width > 0) {
+    return file.read_tiles(0, 0, spec.x, spec.x + spec.width, begin, end, spec.z, spec.z + 1, channel,
+                           channel + channels, type, samples);
+  }
+  return file.read_scanlines(0, 0, begin, end, spec.z, channel, channel + channels, type, samples);
 }
 
 void OpenedPicture::ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) {

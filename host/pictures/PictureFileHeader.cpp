@@ -1,0 +1,85 @@
+#include "host/pictures/PictureFileHeader.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace vblur::host {
+
+namespace {
+
+std::int64_t Byte(std::string_view bytes, std::size_t at) {
+  return static_cast<unsigned char>(bytes[at]);
+}
+
+std::int64_t Big32(std::string_view bytes, std::size_t at) {
+  return Byte(bytes, at) << 24 | Byte(bytes, at + 1) << 16 | Byte(bytes, at + 2) << 8 | Byte(bytes, at + 3);
+}
+
+std::int64_t Little16(std::string_view bytes, std::size_t at) {
+  return Byte(bytes, at) | Byte(bytes, at + 1) << 8;
+}
+
+std::int64_t Little32(std::string_view bytes, std::size_t at) {
+  return Little16(bytes, at) | Little16(bytes, at + 2) << 16;
+}
+
+// The reference grid and its offset, behind the markers of a codestream's begin and of its size.
+std::optional<HeaderSize> Jpeg2000Size(std::string_view bytes) {
+  constexpr std::string_view kMarkers("\xff\x4f\xff\x51", 4);
+  const auto at = bytes.find(kMarkers);
+  if (at == std::string_view::npos || bytes.size() < at + 24) return std::nullopt;
+  return HeaderSize{Big32(bytes, at + 8) - Big32(bytes, at + 16), Big32(bytes, at + 12) - Big32(bytes, at + 20)};
+}
+
+// The largest of the file's pictures and their tiles.
+std::optional<HeaderSize> HeifSize(std::string_view bytes) {
+  std::optional<HeaderSize> largest;
+  for (auto at = bytes.find("ispe"); at != std::string_view::npos; at = bytes.find("ispe", at + 4)) {
+    if (bytes.size() < at + 16) break;
+    const HeaderSize size{Big32(bytes, at + 8), Big32(bytes, at + 12)};
+    if (!largest || size.width > largest->width || size.height > largest->height) largest = size;
+  }
+  return largest;
+}
+
+std::string FirstBytes(const std::filesystem::path& path) {
+  constexpr std::streamsize kBytes = 1 << 16;
+  std::string bytes(static_cast<std::size_t>(kBytes), '\0');
+  std::ifstream file(path, std::ios::binary);
+  file.read(bytes.data(), kBytes);
+  bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file.gcount())));
+  return bytes;
+}
+
+}  // namespace
+
+std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path) {
+  const std::string kept = FirstBytes(path);
+  const std::string_view bytes(kept);
+  if (bytes.size() >= 10 && bytes.substr(0, 4) == "GIF8") return HeaderSize{Little16(bytes, 6), Little16(bytes, 8)};
+  if (bytes.size() < 12) return std::nullopt;
+  if (bytes.substr(0, 2) == "\xff\x4f" || bytes.substr(4, 4) == "jP  ") return Jpeg2000Size(bytes);
+  if (bytes.substr(4, 4) == "ftyp") return HeifSize(bytes);
+  return std::nullopt;
+}
+
+std::int32_t CountWebpFrames(const std::filesystem::path& path) {
+  constexpr std::int32_t kMost = 1000;
+  std::ifstream file(path, std::ios::binary);
+  std::string head(12, '\0');
+  if (!file.read(head.data(), 12) || head.substr(0, 4) != "RIFF" || head.substr(8) != "WEBP") return 1;
+  std::int32_t frames = 0;
+  std::string chunk(8, '\0');
+  while (frames < kMost && file.read(chunk.data(), 8)) {
+    if (chunk.substr(0, 4) == "ANMF") ++frames;
+    // Chunks are padded to an even length.
+    const std::int64_t bytes = Little32(chunk, 4);
+    file.seekg(bytes + bytes % 2, std::ios::cur);
+  }
+  return std::max(1, frames);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,22 @@
+// What the first bytes of a file tell before its format's reader is asked: some readers decode the picture as they open
+// the file, or count no pictures.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+namespace vblur::host {
+
+struct HeaderSize {
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+};
+
+// For GIF, JPEG 2000 and HEIF; nothing for other formats, and where the header does not hold it.
+std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path);
+
+// The frames of an animated WebP file; 1 for other files.
+std::int32_t CountWebpFrames(const std::filesystem::path& path);
+
+}  // namespace vblur::host
