@@ -116,6 +116,19 @@ TEST_F(PictureChannels, OthersPassAsTheyAreStored) {
   EXPECT_EQ(Component(image_, 1), 128);
 }
 
+// On both sides of the layer that is taken.
+TEST_F(PictureChannels, ThePlainChannelsPassWhereALayerIsTaken) {
+  const std::vector<float> samples{1.0f, 2.0f, 3.0f, 0.2f, 0.4f, 0.6f, 4.0f, 5.0f, 6.0f, 7.0f, 0.2f, 0.4f, 0.6f, 8.0f};
+  const auto path = Make({"R", "G", "B", "diffuse.B", "diffuse.G", "diffuse.R", "zz"}, samples);
+  ReadChoice choice = Layer("diffuse");
+  choice.keepsPassing = true;
+  const auto read = PictureReader().ReadColour(path, 8, image_, choice);
+  std::vector<float> passing(read.metadata->passing.size() / sizeof(float));
+  std::memcpy(passing.data(), read.metadata->passing.data(), read.metadata->passing.size());
+  EXPECT_EQ(passing, (std::vector<float>{1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f, 7.0f, 8.0f}));
+  EXPECT_EQ(Components(image_), (Values{153, 102, 51, 255, 153, 102, 51, 255}));
+}
+
 TEST_F(PictureChannels, AMaskIsAlphaWhereThatAloneVaries) {
   const std::vector<std::string> rgba{"R", "G", "B", "A"};
   EXPECT_EQ(Amounts(Make(rgba, {1.0f, 1.0f, 1.0f, 0.0f, 1.0f, 1.0f, 1.0f, 0.4f})), (Values{0, 102}));
