@@ -108,6 +108,7 @@ std::string Advice(const CLI::App& command, const host::Failure& failure) {
     offer("--skip-existing", " to leave it");
   }
   if (failure.Kind() == host::FailureKind::TooManyPixels) offer("--max-pixels", " to allow more");
+  if (failure.Kind() == host::FailureKind::NeedsMemory) offer("--memory", " to allow more");
   return advice;
 }
 

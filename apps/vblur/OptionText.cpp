@@ -70,11 +70,13 @@ std::int64_t ParseBytes(std::string_view option, std::string_view text) {
       digits.remove_suffix(1);
     }
   }
-  std::int64_t number = 0;
-  if (!Read(digits, number) || number < 1 || number > kMost / unit) {
-    RefuseText(option, text, "a number of bytes such as 512M or 2G");
+  double number = 0.0;
+  const bool read = Read(digits, number) && std::isfinite(number);
+  const double bytes = read ? std::floor(number * static_cast<double>(unit)) : 0.0;
+  if (!(bytes >= 1.0 && bytes <= static_cast<double>(kMost))) {
+    RefuseText(option, text, "a number of bytes such as 512M or 2.5G");
   }
-  return number * unit;
+  return static_cast<std::int64_t>(bytes);
 }
 
 std::int64_t ParsePixels(std::string_view option, std::string_view text) {

@@ -53,7 +53,9 @@ void AddRunOptions(CLI::App& app, RunOptions& options) {
   AddTextOption(app, "--frames-in-flight", "N", "Frames that render side by side [automatic]",
                 [&](const std::string& text) { SetFramesInFlight(options.render, text); })
       ->group("Output");
-  AddTextOption(app, "--memory", "SIZE", "Memory that the frames in flight may take, such as 512M or 2G [2G]",
+  AddTextOption(app, "--memory", "SIZE",
+                "Memory that reading, rendering and writing may take, such as 512M or 2.5G [half of the machine's, 2G "
+                "at least]",
                 [&](const std::string& text) { options.render.memory = ParseBytes("--memory", text); })
       ->group("Output");
   AddTextOption(app, "--max-pixels", "N", "Most pixels of a picture that is read, such as 500M [1G]",

@@ -8,22 +8,17 @@
 
 #include "host/base/Failure.h"
 #include "host/hosted/EffectHost.h"
+#include "host/hosted/FrameBands.h"
 #include "host/jobs/JobCheck.h"
 
 namespace vblur::host {
 
 namespace {
 
-bool LiesAlike(const HostImage& input, const HostImage& output) {
-  const DSPixelPair in = input.HostOrigin();
-  const DSPixelPair out = output.HostOrigin();
-  return input.Width() == output.Width() && input.Height() == output.Height() && in.x == out.x && in.y == out.y;
-}
-
 // Whether the output holds the input outside the region.
 bool KeepsInput(const Job& job, const FramePictures& pictures) {
   if (!job.roi || job.output.initial || job.outside == OutsideChoice::Clear) return false;
-  if (pictures.input != nullptr && LiesAlike(*pictures.input, *pictures.output)) return true;
+  if (pictures.input != nullptr && LieAlike(*pictures.input, *pictures.output)) return true;
   if (job.outside) Refuse("outside", "the input has not the size and the place of the output, expected clear");
   return false;
 }
@@ -157,11 +152,18 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   effect.PutRegion(region);
   CheckPlaces(pictures);
   const bool keepsInput = KeepsInput(job, pictures);
+  const HostImage& output = *pictures.output;
+  const std::int32_t rows = BandsServe(job, pictures)
+                                ? BandRows(static_cast<std::int64_t>(output.ByteCount()), output.Height())
+                                : output.Height();
+  const auto afterPart = [&] {
+    afterField();
+    return !context.Stopped() && effect.WhyNotRendered().empty();
+  };
   const bool both = job.field == FieldChoice::Both;
   HRESULT result = kOk;
   for (const FieldChoice field : {both ? FieldChoice::First : job.field, FieldChoice::Second}) {
-    result = effect.RenderFrame(pictures, host, time, static_cast<std::int32_t>(field));
-    afterField();
+    result = RenderInBands(effect, pictures, host, time, static_cast<std::int32_t>(field), rows, afterPart);
     if (result != kOk || !both || context.Stopped() || !effect.WhyNotRendered().empty()) break;
   }
   // Last: some channel choices, and a region beside the picture, write pixels outside the region.

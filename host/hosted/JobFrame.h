@@ -32,10 +32,10 @@ std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
 // job's field.
 void CheckPlaces(const FramePictures& pictures);
 
-// Renders the frame, in the job's region, or both its fields one after the other; calls `afterField` after each. Ends
-// at the first result that is not 0, when the effect says that it rendered nothing, and when the context is stopped.
-// Then puts the input around the region as far as the job says so. Throws as CheckPlaces does, and Failure (wrong
-// usage) for an input that is to be kept and lies otherwise than the output.
+// Renders the frame, in the job's region, or both its fields one after the other; calls `afterField` after each, and
+// after each band of a large one. Ends at the first result that is not 0, when the effect says that it rendered
+// nothing, and when the context is stopped. Then puts the input around the region as far as the job says so. Throws as
+// CheckPlaces does, and Failure (wrong usage) for an input that is to be kept and lies otherwise than the output.
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField);
 

@@ -16,7 +16,10 @@ SequenceLanes FramesInFlight(const SequenceLoad& load) {
   const std::int64_t fitting = load.memory / std::max<std::int64_t>(load.bytesPerFrame, 1);
   const std::int64_t sideBySide = std::min<std::int64_t>(load.processors, fitting - kForFiles);
   const bool gains = frames > load.processors && sideBySide * 2 >= load.processors;
-  const std::int64_t rendering = load.asked > 0 ? std::min<std::int64_t>(load.asked, frames) : gains ? sideBySide : 1;
+  const std::int64_t rendering = load.asked > 0
+                                     ? std::min({std::int64_t{load.asked}, frames, std::max<std::int64_t>(fitting, 1)})
+                                 : gains ? sideBySide
+                                         : 1;
   const bool oneThreadEach = load.asked > 0 ? rendering >= load.processors : gains;
   SequenceLanes lanes;
   lanes.frames = static_cast<std::int32_t>(rendering);

@@ -21,8 +21,8 @@ struct SequenceLanes {
 
 // Only one render in a process runs on several threads at a time. A sequence is fastest with one frame per processor on
 // one thread each, since no thread then waits for another within a pass. That is chosen when memory holds frames for at
-// least half of the processors; otherwise, and for a few frames, all threads work on one frame. An explicit number wins
-// over the memory limit; the extra frames that hide reading and writing are limited by it.
+// least half of the processors; otherwise, and for a few frames, all threads work on one frame. The memory
+// limits an explicit number, too, and the extra frames that hide reading and writing.
 SequenceLanes FramesInFlight(const SequenceLoad& load);
 
 }  // namespace vblur::host

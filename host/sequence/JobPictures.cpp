@@ -88,6 +88,21 @@ std::vector<std::filesystem::path> JobPictures::FilesOf(std::int32_t frame) cons
   return files;
 }
 
+std::int64_t JobPictures::BytesRead(std::int32_t frame, std::int32_t depth) const {
+  std::int64_t bytes = 0;
+  for (const auto* picture : {&input_, &input2_, &mask_, &initial_}) {
+    if (!*picture) continue;
+    const ReadChoice& choice = (*picture)->Choice();
+    const PictureInfo info = ReadPictureInfo((*picture)->FileOf(frame), choice);
+    const std::int64_t components = choice.use == PictureUse::Mask ? 1 : 4;
+    bytes += std::int64_t{info.width} * info.height * components * (depth / 8);
+    if (choice.keepsPassing) {
+      bytes += std::int64_t{info.data.width} * info.data.height * static_cast<std::int64_t>(info.PassingBytes());
+    }
+  }
+  return bytes;
+}
+
 std::int32_t JobPictures::DepthAt(std::int32_t frame) const {
   constexpr std::int32_t kWithoutInput = 16;
   if (job_.depth) return *job_.depth;

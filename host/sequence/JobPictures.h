@@ -58,6 +58,8 @@ class JobPictures {
   std::vector<std::filesystem::path> FilesOf(std::int32_t frame) const;
   // The first input at a frame. Throws as ReadPictureInfo does.
   PictureInfo InputInfo(std::int32_t frame) const;
+  // What the pictures that a frame reads take in memory at a depth, from their files. Throws as ReadPictureInfo does.
+  std::int64_t BytesRead(std::int32_t frame, std::int32_t depth) const;
   // The depth to render at: the job's, that of the first input at this frame, or 16 without an input. Throws Failure
   // (cannot read).
   std::int32_t DepthAt(std::int32_t frame) const;

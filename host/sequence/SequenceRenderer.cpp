@@ -12,11 +12,13 @@
 #include <vector>
 
 #include "host/base/PartFiles.h"
+#include "host/base/RealPaths.h"
 #include "host/files/OutputFile.h"
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFiles.h"
+#include "host/sequence/FrameMemory.h"
 #include "host/sequence/FramePipeline.h"
 #include "host/sequence/FramesInFlight.h"
 #include "host/sequence/JobPictures.h"
@@ -79,7 +81,9 @@ class SequenceRun {
   std::vector<std::array<std::int32_t, 2>> SizesOf(std::int32_t frame) const;
   void CheckInputs(std::int32_t frame);
   void SettleDepth();
+  std::int64_t AllowedMemory() const { return options_.memory > 0 ? options_.memory : DefaultMemory(); }
   SequenceLanes SettleLanes();
+  void Require(const FrameMemory& memory, std::int32_t frame) const;
   void SetUpEffects(const SequenceLanes& lanes);
 
   template <typename Work>
@@ -164,7 +168,7 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
 
 void SequenceRun::CheckFiles() {
   OutputFormatOf(OutputOf(frames_.FrameAt(0)));
-  RemoveAbandonedParts(OutputOf(frames_.FrameAt(0)).parent_path());
+  RemoveAbandonedParts(EndOfLinks(OutputOf(frames_.FrameAt(0))).parent_path());
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
     // One that is not whole is rendered all the same; its inputs are missed then.
@@ -191,29 +195,28 @@ void SequenceRun::SettleDepth() {
   }
 }
 
-// From the size of the first frame; if it cannot be read, the frame fails later.
+// From the first frame; if it cannot be read, it fails later.
 SequenceLanes SequenceRun::SettleLanes() {
   SequenceLoad load;
   load.frames = frames_.Count();
-  load.memory = options_.memory;
+  load.memory = AllowedMemory();
   load.asked = options_.framesInFlight;
   load.processors = options_.threads > 0 ? options_.threads
                                          : static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
-  std::int64_t width = job_.output.width.value_or(0);
-  std::int64_t height = job_.output.height.value_or(0);
-  if (load.frames > 1 && job_.input && (width == 0 || height == 0)) {
-    try {
-      const PictureInfo info = pictures_.InputInfo(frames_.FrameAt(0));
-      width = info.width;
-      height = info.height;
-    } catch (const Failure&) {
-      load.frames = 1;
-    }
+  try {
+    const std::int32_t first = frames_.FrameAt(0);
+    const FrameMemory memory = EstimateFrameMemory(job_, pictures_, first, depth_);
+    load.bytesPerFrame = memory.Total();
+    if (options_.onError == OnError::Stop && !MayBeSkipped(first)) Require(memory, first);
+  } catch (const Failure& failure) {
+    if (failure.Kind() == FailureKind::NeedsMemory) throw;
+    load.frames = 1;
   }
-  // Inputs, output, and the filter's own picture between its passes; twice that in a transition.
-  const std::int64_t pictures = (job_.input ? 1 : 0) + (job_.input2 ? 2 : 0) + (job_.mask ? 1 : 0) + 2;
-  load.bytesPerFrame = width * height * 4 * (depth_ / 8) * pictures;
   return FramesInFlight(load);
+}
+
+void SequenceRun::Require(const FrameMemory& memory, std::int32_t frame) const {
+  RequireMemory(memory, AllowedMemory(), OutputOf(frame).string());
 }
 
 void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
@@ -269,6 +272,7 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
       slot.result.status = FrameStatus::Skipped;
       return;
     }
+    Require(EstimateFrameMemory(job_, pictures_, slot.result.frame, depth_), slot.result.frame);
     slot.buffers.Prepare(slot.result.frame, depth_);
     const auto warnings = slot.buffers.Warnings();
     slot.warnings.insert(slot.warnings.end(), warnings.begin(), warnings.end());

@@ -31,8 +31,8 @@ struct RenderOptions {
   std::int32_t threads = 0;
   // Frames that render side by side; 0: as FramesInFlight picks.
   std::int32_t framesInFlight = 0;
-  // Limit for the pictures of all frames in flight, in bytes.
-  std::int64_t memory = std::int64_t{2} << 30;
+  // Limit for reading, rendering and writing all frames in flight, in bytes; 0: DefaultMemory.
+  std::int64_t memory = 0;
   // No picture that is read may have more pixels.
   std::int64_t maxPixels = ReadChoice::kMostPixels;
   // Logs the calls on the effect; may be null.

@@ -42,8 +42,9 @@ TEST(FramesInFlight, KeepsToTheMemory) {
   ExpectLanes(Load(100, 0, 8), 8, 1, 10);
 }
 
-TEST(FramesInFlight, WhatIsAskedForIsDone) {
-  ExpectLanes(Load(100, 2000, 8, 5), 5, 8, 5);
+TEST(FramesInFlight, WhatIsAskedForIsDoneAsFarAsItFits) {
+  ExpectLanes(Load(100, 2000, 8, 5), 1, 8, 1);
+  ExpectLanes(Load(100, 300, 8, 5), 3, 8, 3);
   ExpectLanes(Load(100, 10, 8, 5), 5, 8, 7);
   ExpectLanes(Load(100, 10, 2, 16), 16, 1, 18);
   ExpectLanes(Load(3, 10, 2, 16), 3, 1, 3);

@@ -1,0 +1,29 @@
+// Frames rendered in horizontal bands, one after the other: what the effect needs beside its pictures is then that of a
+// band. The pixels are those of a frame rendered whole.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/Job.h"
+
+namespace vblur::host {
+
+// Whether two pictures have the same size and the same pixel origin.
+bool LieAlike(const HostImage& input, const HostImage& output);
+
+// Whether bands give the pixels of the whole; without pictures: for an input that lies as the output does.
+bool BandsServe(const Job& job, const FramePictures& pictures);
+bool BandsServe(const Job& job);
+
+// The rows of a band: all rows unless the picture is large.
+std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height);
+
+// As HostedEffect::RenderFrame, from the lowest band of that many rows up. Ends at the first result that is not 0, and
+// when `afterBand`, called after each, answers false. As many rows as the output
+// has: at once, with the region that the effect has. Leaves the effect with the region of the last band.
+HRESULT RenderInBands(HostedEffect& effect, const FramePictures& pictures, IDSEffectHost& host, double time,
+                      std::int32_t field, std::int32_t rows, const std::function<bool()>& afterBand);
+
+}  // namespace vblur::host

@@ -1,0 +1,35 @@
+// What frames in flight take of the memory.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/jobs/Job.h"
+#include "host/sequence/JobPictures.h"
+
+namespace vblur::host {
+
+struct FrameMemory {
+  std::int64_t width = 0;  // of the output
+  std::int64_t height = 0;
+  std::int64_t pictures = 0;  // in bytes: what is read, with the channels that pass, and the output
+  std::int64_t own = 0;       // what the effect takes beside them
+  bool isWhole = true;        // rendered at once, not in bands
+
+  std::int64_t Total() const { return pictures + own; }
+};
+
+// Of a frame at a depth, from the headers of its files; no pictures, nothing. Throws as ReadPictureInfo does.
+FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, std::int32_t depth);
+
+// Throws Failure (some frames failed, FailureKind::NeedsMemory) for a frame that takes more than is allowed, with both
+// numbers.
+void RequireMemory(const FrameMemory& memory, std::int64_t allowed, const std::string& file);
+
+// What is allowed by default: half of the machine's memory, and 2 GiB at least.
+std::int64_t DefaultMemory();
+
+// "512M", "2G", "3.4G", rounded up.
+std::string FormatBytes(std::int64_t bytes);
+
+}  // namespace vblur::host
