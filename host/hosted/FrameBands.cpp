@@ -1,6 +1,7 @@
 #include "host/hosted/FrameBands.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <string_view>
 
@@ -29,10 +30,20 @@ bool BandsServe(const Job& job, const FramePictures& pictures) {
   return BandsServe(job) && (pictures.input == nullptr || LieAlike(*pictures.input, *pictures.output));
 }
 
+namespace {
+
+// Bands overlap by what the filter reads beyond them: that much is to be less than the half of its work.
+std::int32_t RowsForReach(const InputOverscan& overscan, std::int32_t height) {
+  const double reach = std::ceil(std::max({overscan.bottom, overscan.top, 0.0}));
+  return static_cast<std::int32_t>(std::min(2.0 * reach, static_cast<double>(height))) / 2 * 2;
+}
+
+}  // namespace
+
 std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height) {
   // Smaller pictures render faster whole.
   constexpr std::int64_t kLargeBytes = std::int64_t{256} << 20;
-  constexpr std::int32_t kBands = 16;
+  constexpr std::int32_t kBands = 64;
   if (pictureBytes < kLargeBytes) return height;
   // An even number: every band has as many rows of each field.
   return std::max(height / kBands / 2 * 2, 2) + 2;
@@ -50,10 +61,13 @@ HRESULT RenderInBands(HostedEffect& effect, const FramePictures& pictures, IDSEf
   const DSPixelPair from = pictures.input != nullptr ? pictures.input->HostOrigin() : output.HostOrigin();
   const DSPixelPair to = output.HostOrigin();
   HRESULT result = kOk;
-  for (std::int32_t y = 0; y < output.Height(); y += rows) {
-    effect.PutRegion(Region{to.x - from.x, to.y - from.y + y, output.Width(), std::min(rows, output.Height() - y)});
+  for (std::int32_t y = 0; y < output.Height();) {
+    const std::int32_t count = std::min(rows, output.Height() - y);
+    effect.PutRegion(Region{to.x - from.x, to.y - from.y + y, output.Width(), count});
     result = effect.RenderFrame(pictures, host, time, field);
     if (!afterBand() || result != kOk) break;
+    y += count;
+    rows = std::max(rows, RowsForReach(effect.Overscan(), output.Height()));
   }
   return result;
 }

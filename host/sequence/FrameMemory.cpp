@@ -12,8 +12,8 @@ namespace vblur::host {
 
 namespace {
 
-// Rows beyond a band that the filter reads at most, on both sides: three boxes of the largest radius.
-constexpr std::int64_t kReachRows = 2 * 3 * 241;
+// Rows of the band and beside it for the filter that reaches furthest: three boxes of the largest radius.
+constexpr std::int64_t kReachRows = 4 * 3 * 241;
 
 std::int64_t OwnRows(const Job& job, std::int64_t pictureBytes, std::int64_t height) {
   if (!BandsServe(job)) return height;
@@ -62,6 +62,7 @@ std::string FormatBytes(std::int64_t bytes) {
   constexpr double kGibi = 1024.0 * 1024.0 * 1024.0;
   constexpr double kMebi = 1024.0 * 1024.0;
   const auto size = static_cast<double>(bytes);
+  if (size < kMebi) return std::to_string(static_cast<std::int64_t>(std::ceil(size / 1024.0))) + "K";
   if (size < kGibi) return std::to_string(static_cast<std::int64_t>(std::ceil(size / kMebi))) + "M";
   const auto tenths = static_cast<std::int64_t>(std::ceil(size / kGibi * 10.0));
   return std::to_string(tenths / 10) + (tenths % 10 != 0 ? "." + std::to_string(tenths % 10) : std::string()) + "G";

@@ -168,7 +168,18 @@ TEST_F(Render, FramesSideBySideAreTheSameFrames) {
     EXPECT_EQ(result.exit, 2) << option << value;
     EXPECT_EQ(result.err.rfind("vblur: " + option + ": expected ", 0), 0u) << result.err;
   }
-  EXPECT_EQ(Run({"render", "in.%03d.png", "small.%03d.png", "--frames", "1-7", "--memory", "1"}).exit, 0);
+}
+
+TEST_F(Render, MemoryHoldsThePicturesAndTheEffect) {
+  MakeSequence(7);
+  // Input, output and the filter's own picture: three times 40 x 30 pixels of 4 bytes.
+  const auto command = [](const std::string& memory) {
+    return std::vector<std::string>{"render", "in.%03d.png", "out.%03d.png", "--frames", "1-7", "--memory", memory};
+  };
+  ExpectRefusal(command("14K"), 1,
+                "out.001.png: a frame of 40 x 30 pixels needs 15K of memory, 14K are allowed; give --memory to allow more");
+  EXPECT_EQ(Run(command("0.01M")).exit, 1);
+  EXPECT_EQ(Run(command("14.5K")).exit, 0);
 }
 
 TEST_F(Render, PropertiesAreKeptInAFile) {
