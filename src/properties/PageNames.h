@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "properties/ClassIds.h"
+#include "ClassIds.h"
 
 namespace vblur::pages {
 
