@@ -119,7 +119,7 @@ TEST_F(PictureChannels, OthersPassAsTheyAreStored) {
 // On both sides of the layer that is taken.
 TEST_F(PictureChannels, ThePlainChannelsPassWhereALayerIsTaken) {
   const std::vector<float> samples{1.0f, 2.0f, 3.0f, 0.2f, 0.4f, 0.6f, 4.0f, 5.0f, 6.0f, 7.0f, 0.2f, 0.4f, 0.6f, 8.0f};
-  const auto path = Make({"R", "G", "B", "diffuse.B", "diffuse.G", "diffuse.R", "zz"}, samples);
+  const auto path = Make({"R", "G", "B", "diffuse.B", "diffuse.G", "diffuse.R", "other.X"}, samples);
   ReadChoice choice = Layer("diffuse");
   choice.keepsPassing = true;
   const auto read = PictureReader().ReadColour(path, 8, image_, choice);
