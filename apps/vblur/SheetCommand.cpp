@@ -54,7 +54,7 @@ class SheetCommand : public Command {
     host::TheDrawingLibrary().RequireText();
     Interruption interruption(terminal);
     host::SheetPictures pictures;
-    Read(plan, pictures);
+    Read(plan, pictures, terminal);
     host::HostImage sheet;
     host::TheDrawingLibrary().DrawSheet(plan, pictures, makeEffect, interruption.Context(), sheet);
     host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
@@ -79,10 +79,18 @@ class SheetCommand : public Command {
     files.AddWritten("OUTPUT", output_);
   }
 
-  void Read(const host::SheetPlan& plan, host::SheetPictures& pictures) const {
+  static host::ReadPicture ReadWhole(const std::string& file, std::int32_t depth, host::HostImage& whole,
+                                     Terminal& terminal) {
+    auto read = host::PictureReader().ReadColour(file, depth, whole);
+    for (const std::string& loss : read.losses)
+      terminal.Warn(loss);
+    return read;
+  }
+
+  void Read(const host::SheetPlan& plan, host::SheetPictures& pictures, Terminal& terminal) const {
     const std::int32_t depth = depth_ ? *depth_ : host::ReadPictureInfo(input_).NaturalDepth();
     host::HostImage whole;
-    const auto read = host::PictureReader().ReadColour(input_, depth, whole);
+    const auto read = ReadWhole(input_, depth, whole, terminal);
     const host::SheetPoint size = host::PanelSize(plan, whole.Width(), whole.Height());
     host::ScalePicture(whole, size.x, size.y, pictures.input);
     pictures.associatedAlpha = read.associatedAlpha;
@@ -97,7 +105,7 @@ class SheetCommand : public Command {
       pictures.caption += "the same rotated by 180 degrees, colours exchanged";
       return;
     }
-    host::PictureReader().ReadColour(second_, depth, whole);
+    ReadWhole(second_, depth, whole, terminal);
     host::ScalePicture(whole, size.x, size.y, pictures.input2);
     pictures.caption += host::Quoted(std::filesystem::path(second_).filename().string());
   }

@@ -52,6 +52,12 @@ TEST_F(ReadingPictures, APictureThatServesEveryFrameIsToldOnce) {
             "vblur: second.exr" + std::string(kLost) + "\n");
 }
 
+TEST_F(ReadingPictures, ASheetTellsItToo) {
+  MakeBright("in.exr");
+  EXPECT_EQ(Run({"sheet", "in.exr", "sheet.png", "--of", "channels", "--depth", "8"}).err,
+            "vblur: in.exr" + std::string(kLost) + "\n");
+}
+
 TEST_F(ReadingPictures, LayersAndChannelsAreChosenByName) {
   MakePicture("in.png");
   MakePicture("mask.png");
