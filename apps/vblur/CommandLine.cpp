@@ -1,8 +1,10 @@
 #include "apps/vblur/CommandLine.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <sstream>
 #include <string>
@@ -39,6 +41,22 @@ std::vector<std::string> ReadArguments(int argc, char** argv) {
     break;
   }
   return arguments;
+}
+
+// `help COMMAND` is `COMMAND --help`, and two files without a command are `render`.
+void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) {
+  if (arguments.empty() || arguments.front().starts_with('-')) return;
+  if (arguments.front() == "help") {
+    arguments.erase(arguments.begin());
+    arguments.emplace_back("--help");
+    return;
+  }
+  const std::string first = arguments.front();
+  const auto commands = app.get_subcommands({});
+  const bool isCommand = std::ranges::any_of(commands, [&](const CLI::App* each) { return each->get_name() == first; });
+  std::error_code error;
+  const bool isFile = std::filesystem::path(first).has_extension() || std::filesystem::exists(first, error);
+  if (!isCommand && isFile) arguments.insert(arguments.begin(), "render");
 }
 
 std::string HelpHint(const CLI::App& command) {
@@ -115,7 +133,7 @@ std::string Advice(const CLI::App& command, const host::Failure& failure) {
 class Program {
  public:
   Program() : app_("Blurs and sharpens pictures and sequences of pictures.", "vblur") {
-    app_.set_version_flag("--version", "vblur " VBLUR_VERSION);
+    app_.set_version_flag("-V,--version", "vblur " VBLUR_VERSION);
     app_.set_help_flag("-h,--help", "Print this help and end");
     app_.get_formatter()->column_width(34);
     app_.require_subcommand(1);
@@ -125,13 +143,15 @@ class Program {
       commands_.push_back(make(app_));
     }
     app_.footer(
-        "vblur --job FILE is the same as vblur job FILE.\n"
+        "vblur INPUT OUTPUT is short for vblur render INPUT OUTPUT, vblur --job FILE for vblur job FILE; vblur help "
+        "COMMAND tells about a command.\n"
         "Exit codes: 0 done, 1 some frames failed, 2 wrong usage or job, 3 cannot read, 4 cannot write, "
         "128 and more ended by a signal: 130 for Ctrl-C.");
   }
 
   ExitCode Run(int argc, char** argv) {
     std::vector<std::string> arguments = ReadArguments(argc, argv);
+    ExpandShortForms(arguments, app_);
     if (arguments.empty()) {
       std::fputs(app_.help().c_str(), stdout);
       return ExitCode::WrongUsage;

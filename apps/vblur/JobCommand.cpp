@@ -3,11 +3,10 @@
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
-#include "apps/vblur/OptionText.h"
+#include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunJob.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
-#include "host/properties/PropertyText.h"
 
 namespace vblur::cli {
 
@@ -16,13 +15,11 @@ namespace {
 class JobCommand : public Command {
  public:
   explicit JobCommand(CLI::App& parent) : Command(parent, "job", "Render what a job file describes") {
-    App()->add_option("FILE", file_, "Job file; the names in it start from its folder")->required()->type_name("");
     App()
-        ->add_option("--set", assignments_, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
-        ->type_name("NAME=VALUE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->group("Properties");
+        ->add_option("FILE", file_, "Job file; the names in it start from its folder. - is the standard input")
+        ->required()
+        ->type_name("");
+    AddSetOption(*App(), assignments_);
     AddFramesOption(*App(), frames_);
     AddRenumberOption(*App(), renumber_);
     AddRunOptions(*App(), run_);
@@ -31,22 +28,13 @@ class JobCommand : public Command {
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
     host::Job job = host::ReadJobFile(file_);
-    for (const std::string& assignment : assignments_)
-      Assign(job, assignment);
+    ApplyAssignments(assignments_, job.properties);
     if (renumber_) job.output.renumber = renumber_;
     if (frames_) host::TakeFrames(job, FramesOf(*frames_, job));
     return RunJob(job, global, run_, terminal);
   }
 
  private:
-  static void Assign(host::Job& job, const std::string& assignment) {
-    try {
-      host::ApplyAssignment(job.properties, assignment);
-    } catch (const host::Failure& failure) {
-      host::Refuse("--set", failure.what());
-    }
-  }
-
   std::string file_;
   std::vector<std::string> assignments_;
   std::optional<host::FrameChoice> frames_;

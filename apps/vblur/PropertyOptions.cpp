@@ -1,6 +1,7 @@
 #include "apps/vblur/PropertyOptions.h"
 
 #include "apps/vblur/OptionText.h"
+#include "host/base/Failure.h"
 #include "host/properties/PropertyText.h"
 
 namespace vblur::cli {
@@ -52,6 +53,24 @@ void AddPropertyOptions(CLI::App& app, host::PropertyStore& store) {
     };
     AddTextOption(app, "--" + host::OptionName(property), Form(property), Help(property), set)
         ->group(PropertyGroup(property));
+  }
+}
+
+void AddSetOption(CLI::App& app, std::vector<std::string>& assignments) {
+  app.add_option("--set", assignments, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
+      ->type_name("NAME=VALUE")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->group("Properties");
+}
+
+void ApplyAssignments(const std::vector<std::string>& assignments, host::PropertyStore& properties) {
+  for (const std::string& assignment : assignments) {
+    try {
+      host::ApplyAssignment(properties, assignment);
+    } catch (const host::Failure& failure) {
+      host::Refuse("--set", failure.what());
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -17,5 +18,10 @@ void AddPropertyOptions(CLI::App& app, host::PropertyStore& store);
 std::string DescribeValues(const Property& property);
 // The property's heading in the help.
 std::string PropertyGroup(const Property& property);
+
+// `--set NAME=VALUE`, for commands that take their properties from a job.
+void AddSetOption(CLI::App& app, std::vector<std::string>& assignments);
+// Throws host::Failure (wrong usage) that begins with the option.
+void ApplyAssignments(const std::vector<std::string>& assignments, host::PropertyStore& properties);
 
 }  // namespace vblur::cli

@@ -7,6 +7,7 @@
 #include "apps/vblur/JobWarnings.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
 #include "host/files/OutputFile.h"
@@ -53,6 +54,7 @@ class ViewCommand : public Command {
     AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
                   [this](const std::string& file) { savedJob_ = file; });
     App()->add_flag("--overwrite", overwrite_, "Replace files that exist");
+    AddSetOption(*App(), assignments_);
     App()->footer(
         "Events of a pen script, in pixels of the frame from its lower left corner, y upwards:\n"
         "  move X Y, down X Y [BUTTON], up X Y, time T, set NAME VALUE, snap FILE; # begins a comment.\n"
@@ -60,7 +62,8 @@ class ViewCommand : public Command {
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
-    const host::Job job = host::ReadJobFile(job_);
+    host::Job job = host::ReadJobFile(job_);
+    ApplyAssignments(assignments_, job.properties);
     std::vector<host::PenEvent> events;
     if (!script_.empty()) events = host::ReadPenScript(script_);
     const std::int32_t frame = frame_.value_or(host::ResolveFrames(job).First());
@@ -147,6 +150,7 @@ class ViewCommand : public Command {
   std::string page_;
   std::string script_;
   std::string savedJob_;
+  std::vector<std::string> assignments_;
   std::optional<std::int32_t> frame_;
   host::ViewOptions view_;
   bool hidesControls_ = false;

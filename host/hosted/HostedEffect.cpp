@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <new>
+#include <sstream>
 #include <utility>
 #include <variant>
 
@@ -28,6 +29,16 @@ std::string Describe(const HostImage* image) {
 
 std::string Describe(const Curve& curve) {
   return std::to_string(curve.keys.size()) + " keys";
+}
+
+// The level as the effect writes it: case does not matter.
+std::string LevelNamed(const std::string& level, const char* levels) {
+  if (EqualIgnoringCase(level, "native")) return "native";
+  std::istringstream words{std::string(levels)};
+  for (std::string word; words >> word;) {
+    if (EqualIgnoringCase(level, word)) return word;
+  }
+  return level;
 }
 
 }  // namespace
@@ -212,7 +223,7 @@ BlurSizeFacts HostedEffect::DescribeBlurSize(double blur) const {
 void HostedEffect::SetCpuLevel(const std::string& level) {
   const auto process = effect_.As<IVBlurProcess>();
   if (!process) throw Failure(ExitCode::WrongUsage, "the effect has no CPU levels to choose from");
-  if (process->SetCpuLevel(level.c_str()) == kOk) return;
+  if (process->SetCpuLevel(LevelNamed(level, process->GetCpuLevels()).c_str()) == kOk) return;
   throw Failure(ExitCode::WrongUsage, "unknown CPU level " + Quoted(level) +
                                           ", expected one of these: " + std::string(process->GetCpuLevels()));
 }

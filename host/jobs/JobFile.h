@@ -17,6 +17,7 @@ namespace vblur::host {
 // 16 MiB; wrong usage for an error in it, with line and column, or with the path of the value such as
 // "properties/Blur/keys/3" (items are counted from 0). `output` is required, and `input` for every kind but 3 and 7;
 // CheckJob checks the fields together.
+// "-" is the standard input, whose names start from the current folder.
 Job ReadJobFile(const std::filesystem::path& path);
 
 // Parses the text of a job file; file names start from `folder`. Failures name no file.

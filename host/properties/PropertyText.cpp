@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <system_error>
+#include <utility>
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
@@ -127,8 +129,27 @@ std::string ExpectedValue(const Property& property) {
   return words + "or a whole number from 0 to " + std::to_string(property.entries.size() - 1);
 }
 
+namespace {
+
+// "add-over" is "Add Over", "gray" is "Grey", "luma" is "Luminance".
+std::string PlainSpelling(std::string_view text) {
+  std::string plain;
+  for (const char c : text) {
+    if (c != ' ' && c != '-' && c != '_') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  }
+  if (plain == "luma") return "luminance";
+  for (const auto& [other, own] : {std::pair<std::string, std::string>{"gray", "grey"}, {"color", "colour"}}) {
+    const std::size_t at = plain.find(other);
+    if (at != std::string::npos) plain.replace(at, other.size(), own);
+  }
+  return plain;
+}
+
+}  // namespace
+
 std::optional<double> FindEntry(const Property& property, std::string_view text) {
-  const auto is = [&](std::string_view entry) { return EqualIgnoringCase(entry, text); };
+  const std::string plain = PlainSpelling(text);
+  const auto is = [&](std::string_view entry) { return PlainSpelling(entry) == plain; };
   const auto found = std::ranges::find_if(property.entries, is);
   if (found == property.entries.end()) return std::nullopt;
   return static_cast<double>(found - property.entries.begin());

@@ -134,7 +134,10 @@ void Progress::OnStart(std::int64_t frames, std::int32_t framesInFlight) {
 
 void Progress::OnFrame(const FrameResult& result) {
   ++finished_;
-  if (result.status == FrameStatus::Done) ++rendered_;
+  if (result.status == FrameStatus::Done) {
+    ++rendered_;
+    lastDone_ = result.file.string();
+  }
   if (style_ == ProgressStyle::Json) return PutLine(stream_, ProgressJsonLine(result));
   if (result.status == FrameStatus::Failed || style_ == ProgressStyle::Lines) {
     ClearBar();
@@ -184,6 +187,10 @@ void Progress::Finish(const RenderSummary& summary) {
   ClearBar();
   if (style_ == ProgressStyle::Lines || (style_ == ProgressStyle::Bar && frames_ > 1)) {
     PutLine(stream_, SummaryLine(summary));
+  } else if (style_ == ProgressStyle::Bar && summary.done == 1) {
+    char seconds[40];
+    std::snprintf(seconds, sizeof seconds, "%.2f s", summary.wallSeconds);
+    PutLine(stream_, lastDone_ + ": done in " + seconds);
   }
 }
 

@@ -1,0 +1,66 @@
+// Short forms and spellings.
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class Conveniences : public ProgramTest {
+ protected:
+  void SetUp() override { MakePicture("in.png"); }
+};
+
+TEST_F(Conveniences, TwoFilesAreRendered) {
+  EXPECT_EQ(Run({"in.png", "short.png", "--blur", "4"}).exit, 0);
+  EXPECT_EQ(Run({"render", "in.png", "long.png", "--blur", "4"}).exit, 0);
+  EXPECT_EQ(Pixels("short.png"), Pixels("long.png"));
+  ExpectRefusal({"gone.png", "out.png"}, 3, "gone.png: cannot read: no such file");
+}
+
+TEST_F(Conveniences, HelpAndVersionHaveShortForms) {
+  EXPECT_EQ(Run({"help"}).out, Run({"--help"}).out);
+  EXPECT_EQ(Run({"help", "render"}).out, Run({"render", "--help"}).out);
+  EXPECT_NE(Run({"help", "render"}).out, Run({"help"}).out);
+  EXPECT_EQ(Run({"-V"}).out, Run({"--version"}).out);
+}
+
+TEST_F(Conveniences, SpellingsMeanTheSame) {
+  for (const auto& [option, own, other] :
+       std::vector<std::array<std::string, 3>>{{"--channels", "Grey", "gray"},
+                                               {"--channels", "Luminance", "luma"},
+                                               {"--mix-back", "Colour", "color"},
+                                               {"--mix-back", "Add Over", "add-over"},
+                                               {"--mix-back", "HardLight", "hard light"},
+                                               {"--cpu", "twin", "TWIN"},
+                                               {"--memory", "2048M", "2.0g"}}) {
+    ASSERT_EQ(Run({"in.png", "own.png", "--blur", "4", option, own, "--overwrite"}).exit, 0) << own;
+    const auto result = Run({"in.png", "other.png", "--blur", "4", option, other, "--overwrite"});
+    ASSERT_EQ(result.exit, 0) << result.err;
+    EXPECT_EQ(Pixels("own.png"), Pixels("other.png"));
+  }
+}
+
+TEST_F(Conveniences, AJobComesFromTheStandardInput) {
+  const auto job = folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
+  const auto result = Run({"job", "-", "--set", "Blur=4"}, [&] {
+    const int file = ::open(job.c_str(), O_RDONLY);
+    ::dup2(file, STDIN_FILENO);
+  });
+  EXPECT_EQ(result.exit, 0) << result.err;
+  EXPECT_TRUE(Exists("out.png"));
+}
+
+TEST_F(Conveniences, AViewChangesProperties) {
+  folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
+  const std::vector<std::string> plain = {"view", "job.json", "view.png", "--hide-controls", "--overwrite"};
+  std::vector<std::string> changed = plain;
+  changed.insert(changed.end(), {"--set", "Blur=0"});
+  ASSERT_EQ(Run(plain).exit, 0);
+  const auto before = Pixels("view.png");
+  ASSERT_EQ(Run(changed).exit, 0);
+  EXPECT_NE(Pixels("view.png"), before);
+  changed.back() = "Blurr=0";
+  EXPECT_EQ(Run(changed).exit, 2);
+}
+
+}  // namespace
+}  // namespace vblur::cli
