@@ -149,7 +149,8 @@ TEST_F(Surroundings, LittleMemoryEndsInOneLine) {
       ExpectWholeOutput();
       continue;
     }
-    EXPECT_EQ(result.exit, 1) << mebi << " MiB";
+    // Too little to load libraries or to render with, to read with, to write with.
+    EXPECT_TRUE(result.exit == 1 || result.exit == 3 || result.exit == 4) << mebi << " MiB: " << result.exit;
     EXPECT_TRUE(result.err.starts_with("vblur: ")) << result.err;
     EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
     EXPECT_EQ(host::NamesIn(folder_.path()), std::set<std::string>{"in.png"});
