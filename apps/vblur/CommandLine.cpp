@@ -125,6 +125,7 @@ std::string Advice(const CLI::App& command, const host::Failure& failure) {
     offer("--overwrite", " to replace it");
     offer("--skip-existing", " to leave it");
   }
+  if (failure.Kind() == host::FailureKind::HoldsLess) offer("--overwrite", "=lossy to replace it all the same");
   if (failure.Kind() == host::FailureKind::TooManyPixels) offer("--max-pixels", " to allow more");
   if (failure.Kind() == host::FailureKind::NeedsMemory) offer("--memory", " to allow more");
   return advice;
@@ -139,7 +140,7 @@ class Program {
     app_.require_subcommand(1);
     AddGlobalOptions(app_, global_);
     for (const auto make : {MakeRenderCommand, MakeJobCommand, MakePropertiesCommand, MakeChartCommand,
-                            MakeSheetCommand, MakeKernelCommand, MakeViewCommand}) {
+                            MakeSheetCommand, MakeKernelCommand, MakeViewCommand, MakeInfoCommand}) {
       commands_.push_back(make(app_));
     }
     app_.footer(

@@ -5,6 +5,7 @@
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunJob.h"
+#include "apps/vblur/StorageOptions.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 
@@ -23,12 +24,14 @@ class JobCommand : public Command {
     AddFramesOption(*App(), frames_);
     AddRenumberOption(*App(), renumber_);
     AddRunOptions(*App(), run_);
+    AddStorageOptions(*App(), storage_);
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
     host::Job job = host::ReadJobFile(file_);
     ApplyAssignments(assignments_, job.properties);
+    storage_.ApplyTo(job);
     if (renumber_) job.output.renumber = renumber_;
     if (frames_) host::TakeFrames(job, FramesOf(*frames_, job));
     return RunJob(job, global, run_, terminal);
@@ -40,6 +43,7 @@ class JobCommand : public Command {
   std::optional<host::FrameChoice> frames_;
   std::optional<std::int32_t> renumber_;
   RunOptions run_;
+  StorageChanges storage_;
 };
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "apps/vblur/RunJob.h"
+#include "apps/vblur/StorageOptions.h"
 #include "host/base/NameMatch.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/JobCheck.h"
@@ -44,6 +45,7 @@ class RenderCommand : public Command {
     AddPropertyOptions(*App(), job_.properties);
     AddFrameOptions(*App(), job_, frames_);
     AddRunOptions(*App(), run_);
+    AddStorageOptions(*App(), storage_);
     AddTextOption(*App(), "--save-job", "FILE",
                   "Also write the job file that renders the same, once the render is done",
                   [this](const std::string& file) { savedJob_ = file; })
@@ -59,6 +61,7 @@ class RenderCommand : public Command {
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
     CheckPictures();
+    storage_.ApplyTo(job_);
     if (!loadedProperties_.empty()) LoadProperties();
     const std::vector<host::Job> jobs = Jobs();
     // Nothing is written where one of several is refused.
@@ -171,6 +174,7 @@ class RenderCommand : public Command {
   std::vector<std::string> more_;
   std::optional<host::FrameChoice> frames_;
   RunOptions run_;
+  StorageChanges storage_;
   std::string savedJob_;
   std::string loadedProperties_;
   std::string savedProperties_;

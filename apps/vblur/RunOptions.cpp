@@ -28,6 +28,14 @@ void SetFramesInFlight(host::RenderOptions& options, const std::string& text) {
   options.framesInFlight = frames;
 }
 
+void SetOverwrite(host::RenderOptions& options, const std::string& text) {
+  // What the option stands for alone.
+  constexpr std::string_view kPlain = "true";
+  if (text != kPlain && text != "lossy") host::Refuse("--overwrite", "expected no value or lossy, found " + text);
+  options.overwrite = true;
+  options.lossy = text != kPlain;
+}
+
 }  // namespace
 
 void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
@@ -43,8 +51,16 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
 }
 
 void AddRunOptions(CLI::App& app, RunOptions& options) {
-  app.add_flag("--overwrite", options.render.overwrite, "Replace output files that exist")->group("Output");
-  app.add_flag("--skip-existing", options.render.skipExisting, "Skip frames whose output files exist and are whole")->group("Output");
+  app.add_flag("--overwrite", options.overwrite,
+               "Replace output files that exist; --overwrite=lossy also an input by a file that holds less than it")
+      ->each([&](const std::string& text) { SetOverwrite(options.render, text); })
+      ->group("Output");
+  app.add_flag("--skip-existing", options.render.skipExisting, "Skip frames whose output files exist and are whole")
+      ->group("Output");
+  app.add_flag_callback(
+         "--no-sync", [&] { options.render.sync = false; },
+         "Do not wait until every file is on its disk: faster, and unsafe should the machine fail")
+      ->group("Output");
   AddTextOption(app, "--on-error", "stop|skip", "After a failed frame: stop, or continue with the next [stop]",
                 [&](const std::string& text) {
                   options.render.onError = static_cast<host::OnError>(ParseChoice("--on-error", text, kOnError));

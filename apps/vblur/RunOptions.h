@@ -22,6 +22,7 @@ enum class ProgressChoice { Automatic, None, Bar, Lines, Json };
 
 struct RunOptions {
   host::RenderOptions render;
+  std::string overwrite;  // as given
   ProgressChoice progress = ProgressChoice::Automatic;
 };
 

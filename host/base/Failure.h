@@ -19,7 +19,7 @@ enum class ExitCode : int {
 };
 
 // Causes that a program can advise on. The advice is the program's: the library does not know its options.
-enum class FailureKind { Other, FileExists, TooManyPixels, NeedsMemory };
+enum class FailureKind { Other, FileExists, TooManyPixels, NeedsMemory, HoldsLess };
 
 // The message is one line with the cause: what, where, what was expected. No period, no line break, no advice.
 class Failure : public std::runtime_error {

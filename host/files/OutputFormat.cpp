@@ -24,27 +24,35 @@ constexpr std::int32_t kAnySide = std::numeric_limits<std::int32_t>::max();
 constexpr auto kBytes = Types::These(Unsigned8);
 constexpr auto kWhole = Types::These(Unsigned8, Unsigned16);
 constexpr auto kPacked = Types::These(Unsigned8, Unsigned10, Unsigned12, Unsigned16);
-constexpr auto kAllTypes = Types::These(Unsigned8, Unsigned10, Unsigned12, Unsigned16, Half, Float);
+constexpr auto kWholeAndFloat = Types::These(Unsigned8, Unsigned16, Half, Float);
 
 constexpr auto kOpaque = Layouts::These(Grey, Rgb);
-constexpr auto kColours = Layouts::These(Rgb, Rgba);
 constexpr auto kNoGreyAlpha = Layouts::These(Grey, Rgb, Rgba);
 constexpr auto kAllLayouts = Layouts::These(Grey, GreyAlpha, Rgb, Rgba);
 
-// Grey with alpha is left out where readers take its second channel for anything else.
+using Groups = SetOf<MetadataGroup>;
+using enum MetadataGroup;
+
+// Grey with alpha is left out where readers take its second channel for anything else, alpha where the picture library
+// changes the colours with it.
 constexpr std::array<OutputFormat, 11> kFormats = {{
-    {"png", "png", kWhole, kAllLayouts, false, false, "", false, kAnySide},
-    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, 65500},
-    {"tiff", "tif tiff", kAllTypes, kAllLayouts, false, false, "none lzw zip packbits", false, kAnySide},
+    {"png", "png", kWhole, kAllLayouts, false, false, "", false, kAnySide,
+     Groups::These(Profile, Resolution, PixelAspect, Text)},
+    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, 65500,
+     Groups::These(Exif, Gps, Iptc, Profile, Orientation, Resolution, Text)},
+    {"tiff", "tif tiff", kWholeAndFloat, kAllLayouts, false, false, "none lzw zip packbits", false, kAnySide,
+     Groups::These(Exif, Iptc, Profile, Orientation, Resolution, PixelAspect, Text)},
     {"openexr", "exr", Types::These(Half, Float), kAllLayouts, true, true,
-     "none rle zip zips piz pxr24 b44 b44a dwaa dwab", false, kAnySide},
-    {"dpx", "dpx", kPacked, kNoGreyAlpha, false, false, "", false, kAnySide},
-    {"webp", "webp", kBytes, kColours, false, false, "lossy lossless", true, 16383},
-    {"targa", "tga", kBytes, kNoGreyAlpha, false, false, "none rle", false, 65535},
-    {"bmp", "bmp", kBytes, kNoGreyAlpha, false, false, "", false, kAnySide},
-    {"pnm", "ppm", kBytes, Layouts::These(Rgb), false, false, "", false, kAnySide},
-    {"sgi", "sgi rgba rgb", kWhole, kNoGreyAlpha, false, false, "", false, 65535},
-    {"hdr", "hdr", Types::These(Float), Layouts::These(Rgb), false, false, "", false, kAnySide},
+     "none rle zip zips piz pxr24 b44 b44a dwaa dwab", false, kAnySide,
+     Groups::These(Exif, Gps, Iptc, Orientation, Resolution, PixelAspect, Text, TimeCode, Other)},
+    {"dpx", "dpx", kPacked, kNoGreyAlpha, false, false, "", false, kAnySide,
+     Groups::These(PixelAspect, Text, TimeCode, DpxHeader)},
+    {"webp", "webp", kBytes, Layouts::These(Rgb), false, false, "", true, 16383, {}},
+    {"targa", "tga", kBytes, kNoGreyAlpha, false, false, "none rle", false, 65535, Groups::These(PixelAspect, Text)},
+    {"bmp", "bmp", kBytes, kNoGreyAlpha, false, false, "", false, kAnySide, {}},
+    {"pnm", "ppm", kBytes, Layouts::These(Rgb), false, false, "", false, kAnySide, {}},
+    {"sgi", "sgi rgba rgb", kWhole, kNoGreyAlpha, false, false, "", false, 65535, {}},
+    {"hdr", "hdr", Types::These(Float), Layouts::These(Rgb), false, false, "", false, kAnySide, {}},
 }};
 
 std::string Extension(const std::filesystem::path& path) {
@@ -104,6 +112,10 @@ Enum Nearest(const SetOf<Enum>& held, Enum wanted, const std::array<Enum, others
 
 }  // namespace
 
+std::span<const OutputFormat> OutputFormats() {
+  return kFormats;
+}
+
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
   const std::string extension = Extension(path);
   std::string known;
@@ -136,9 +148,6 @@ void CheckStorage(const std::filesystem::path& path, const OutputStorage& storag
   if (!format.hasQuality) RefuseStorage(path, "quality", quality, "none to be given");
   if (*storage.quality < 1 || *storage.quality > 100) {
     Refuse("output", path.filename().string() + ": expected a quality from 1 to 100, found " + quality);
-  }
-  if (storage.compression && EqualIgnoringCase(*storage.compression, "lossless")) {
-    Refuse("output", path.filename().string() + ": what is lossless has no quality, expected one of the two");
   }
 }
 

@@ -1,8 +1,10 @@
 // The formats of output files, and what each of them holds.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,6 +35,26 @@ struct SetOf {
   constexpr bool Has(Enum member) const { return (bits >> static_cast<unsigned>(member) & 1u) != 0; }
 };
 
+// Kinds of what files tell beside their pixels.
+enum class MetadataGroup : std::uint8_t {
+  Exif,
+  Gps,
+  Iptc,
+  Profile,
+  Orientation,
+  Resolution,
+  PixelAspect,
+  Text,
+  TimeCode,
+  DpxHeader,
+  Other
+};
+
+// By MetadataGroup, as people call them.
+inline constexpr std::array<std::string_view, 11> kMetadataNames{
+    "Exif data",    "GPS data", "IPTC data", "colour profile", "orientation",     "resolution",
+    "pixel aspect", "text",     "time code", "DPX header",     "other attributes"};
+
 struct OutputFormat {
   std::string_view name;        // the picture library's name
   std::string_view extensions;  // in lower case, separated by spaces
@@ -43,7 +65,11 @@ struct OutputFormat {
   std::string_view compressions;  // what files of this format can be packed with, separated by spaces
   bool hasQuality;
   std::int32_t mostPixels;  // along each side
+  SetOf<MetadataGroup> metadata;
 };
+
+// All of them, in a fixed order.
+std::span<const OutputFormat> OutputFormats();
 
 // The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path);

@@ -11,6 +11,7 @@
 #include "host/base/LoadModule.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
+#include "host/files/PictureReport.h"
 
 namespace vblur::host {
 
@@ -50,6 +51,8 @@ class PictureLibrary {
   // Returns what the file does not hold of the source picture, a line each. Throws Failure (cannot write), and
   // FileInterrupted.
   virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;
+  // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
+  virtual PictureReport Report(const std::filesystem::path& path) = 0;
   // Scales a four-component picture to the size of another of the same depth, each component independently.
   virtual void Scale(const HostImage& from, HostImage& to) = 0;
 };

@@ -9,6 +9,7 @@
 #include "host/base/Failure.h"
 #include "host/hosted/EffectHost.h"
 #include "host/hosted/FrameBands.h"
+#include "host/hosted/Premultiply.h"
 #include "host/jobs/JobCheck.h"
 
 namespace vblur::host {
@@ -168,6 +169,7 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   }
   // Last: some channel choices, and a region beside the picture, write pixels outside the region.
   if (keepsInput) CopyOutside(*region, *pictures.input, *pictures.output);
+  if (job.premultipliesAround && result == kOk) DivideByAlpha(*pictures.output);
   return result;
 }
 

@@ -100,6 +100,8 @@ struct Job {
   std::optional<ProjectSizes> project;
   bool projectUnreadable = false;
   std::array<double, 2> proxy{1.0, 1.0};
+  // Straight colours are multiplied by alpha after reading, and divided by it after the render.
+  bool premultipliesAround = false;
   PropertyStore properties;
 
   friend bool operator==(const Job&, const Job&) = default;

@@ -12,13 +12,13 @@
 
 namespace vblur::host::job_fields {
 
-inline constexpr std::array<std::string_view, 17> kJob{"version", "depth",   "use",     "input", "input2",    "mask",
-                                                       "output",  "frames",  "start",   "time",  "duration",  "field",
-                                                       "roi",     "outside", "project", "proxy", "properties"};
+inline constexpr std::array<std::string_view, 18> kJob{
+    "version", "depth",    "use",   "input", "input2",  "mask",    "output", "frames",      "start",
+    "time",    "duration", "field", "roi",   "outside", "project", "proxy",  "premultiply", "properties"};
 inline constexpr std::array<std::string_view, 5> kInput{"file", "position", "size", "origin", "layer"};
 inline constexpr std::array<std::string_view, 6> kMask{"file", "position", "size", "origin", "offset", "channel"};
-inline constexpr std::array<std::string_view, 8> kOutput{"file",  "position", "size",     "origin",
-                                                         "width", "height",   "renumber", "initial"};
+inline constexpr std::array<std::string_view, 11> kOutput{
+    "file", "position", "size", "origin", "width", "height", "renumber", "initial", "type", "compression", "quality"};
 inline constexpr std::array<std::string_view, 2> kProject{"userSize", "worldSize"};
 
 // Named kinds; the others are written as numbers.

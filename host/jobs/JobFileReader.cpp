@@ -64,6 +64,22 @@ std::int32_t ReadPixelCount(const JsonPlace& place) {
   return count;
 }
 
+OutputStorage ReadStorage(const JsonPlace& place) {
+  constexpr std::string_view kTypes = "\"uint8\", \"uint10\", \"uint12\", \"uint16\", \"half\" or \"float\"";
+  constexpr std::string_view kQuality = "a whole number from 1 to 100";
+  OutputStorage storage;
+  if (const auto field = place.Field("type")) {
+    storage.type = FindSampleType(field->Text(kTypes));
+    if (!storage.type) field->FailExpected(kTypes);
+  }
+  if (const auto field = place.Field("compression")) storage.compression = field->Text("a compression's name");
+  if (const auto field = place.Field("quality")) {
+    storage.quality = field->Whole(kQuality);
+    if (*storage.quality < 1 || *storage.quality > 100) field->FailExpected(kQuality);
+  }
+  return storage;
+}
+
 OutputRecord ReadOutput(const JsonPlace& place) {
   place.RequireFields(job_fields::kOutput, kImageExpected);
   OutputRecord output;
@@ -72,6 +88,7 @@ OutputRecord ReadOutput(const JsonPlace& place) {
   if (const auto field = place.Field("height")) output.height = ReadPixelCount(*field);
   if (const auto field = place.Field("renumber")) output.renumber = field->Whole("a number, a whole number of 32 bits");
   if (const auto field = place.Field("initial")) output.initial = ReadFileName(*field);
+  output.storage = ReadStorage(place);
   return output;
 }
 
@@ -169,6 +186,10 @@ Job ReadJob(const JsonPlace& root) {
   if (const auto field = root.Field("outside")) job.outside = ReadOutside(*field);
   if (const auto field = root.Field("project")) ReadProject(*field, job);
   if (const auto field = root.Field("proxy")) job.proxy = field->NumberPair("[sx, sy], two factors");
+  if (const auto field = root.Field("premultiply")) {
+    if (field->Text("\"around\"") != "around") field->FailExpected("\"around\"");
+    job.premultipliesAround = true;
+  }
   if (const auto field = root.Field("properties")) job.properties = ReadProperties(*field);
   return job;
 }

@@ -42,6 +42,9 @@ Json OutputToJson(const OutputRecord& output) {
   if (output.height) json["height"] = *output.height;
   if (output.renumber) json["renumber"] = *output.renumber;
   if (output.initial) json["initial"] = *output.initial;
+  if (output.storage.type) json["type"] = NameOf(*output.storage.type);
+  if (output.storage.compression) json["compression"] = *output.storage.compression;
+  if (output.storage.quality) json["quality"] = *output.storage.quality;
   return json;
 }
 
@@ -87,6 +90,7 @@ Json JobToJson(const Job& job) {
     json["project"] = ProjectToJson(*job.project);
   }
   if (job.proxy != Job{}.proxy) json["proxy"] = job.proxy;
+  if (job.premultipliesAround) json["premultiply"] = "around";
   if (!job.properties.Settings().empty()) json["properties"] = PropertiesToJson(job.properties);
   return json;
 }

@@ -5,6 +5,7 @@
 #include "host/pictures/ContactSheet.h"
 #include "host/pictures/KernelPlot.h"
 #include "host/pictures/PictureReading.h"
+#include "host/pictures/PictureReporting.h"
 #include "host/pictures/PictureWriting.h"
 #include "host/studies/DrawingLibrary.h"
 
@@ -26,6 +27,7 @@ class PictureModule final : public PictureLibrary {
   std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
     return WritePicture(picture, stop);
   }
+  PictureReport Report(const std::filesystem::path& path) override { return DescribeFile(path); }
 
   void Scale(const HostImage& from, HostImage& to) override {
     OIIO::ImageBuf target = View(to);

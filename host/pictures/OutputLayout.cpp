@@ -116,14 +116,14 @@ class Plan {
     }
     pixels_ = NearestLayout(format_, isGrey, hasAlpha);
     if (hasAlpha && !HasAlpha(pixels_) && metadata_ != nullptr && !IsOpaque(image)) {
-      Note("alpha is dropped: a " + Format() + " file holds none");
+      Note("alpha is dropped: " + Format() + " files are written without");
     }
-    auto wanted = metadata_ != nullptr ? TypeFor(metadata_->info.stored) : TypeForDepth(image.Depth());
-    // Few programs read halves in TIFF files: only a file that held them, or one that was asked to, does.
-    if (wanted == SampleType::Half && format_.name == "tiff" && metadata_->info.format != "tiff") {
-      wanted = SampleType::Float;
+    type_ = metadata_ != nullptr ? OutputTypeOf(metadata_->info, format_, picture_.storage)
+                                 : NearestType(format_, picture_.storage.type.value_or(TypeForDepth(image.Depth())));
+    if (metadata_ != nullptr && metadata_->input.get_int_attribute("Orientation", 1) > 1 &&
+        !format_.metadata.Has(MetadataGroup::Orientation)) {
+      Note("the orientation is dropped, the picture shows as it is stored: a " + Format() + " file holds none");
     }
-    type_ = NearestType(format_, picture_.storage.type.value_or(wanted));
   }
 
   // Grey takes red's place, or that of the grey channel.
@@ -265,7 +265,9 @@ class Plan {
     }
     const auto bits = type_ == SampleType::Unsigned10 ? 10 : type_ == SampleType::Unsigned12 ? 12 : 0;
     if (bits != 0) spec.attribute("oiio:BitsPerSample", bits);
-    if (metadata_ != nullptr) ApplyMetadata(*metadata_, pixels_, spec, format_.name);
+    if (metadata_ != nullptr && !ApplyMetadata(*metadata_, pixels_, spec, format_)) {
+      Note("the colour profile is dropped: it is damaged, or for other colours than those that are written");
+    }
     // Without this the writer multiplies by alpha or divides by it.
     const bool saysAssociated = metadata_ != nullptr && metadata_->associatedAlpha && format_.name == "tiff";
     if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
@@ -284,7 +286,6 @@ class Plan {
       if (!kept.empty()) name = kept;
     }
     if (storage.compression) name = FindCompression(format_, *storage.compression);
-    if (format_.name == "webp" && name == "lossy") name = "webp";
     if (storage.quality) name = std::string(format_.name) + ":" + std::to_string(*storage.quality);
     if (!name.empty()) spec.attribute("compression", name);
   }

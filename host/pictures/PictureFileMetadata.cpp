@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string>
 
 namespace vblur::host {
@@ -50,12 +51,19 @@ bool BeginsWith(std::string_view name, std::string_view group) {
   return name.substr(0, group.size()) == group;
 }
 
-// A profile for other colours than those of the file would make it invalid.
+// Whether a profile is one for the colours of the file. Some writers refuse the whole picture for a damaged one.
 bool FitsProfile(const OIIO::ParamValue& profile, PixelLayout pixels) {
-  constexpr int kColourSpaceAt = 16;
-  if (profile.datasize() < kColourSpaceAt + 4) return false;
-  const std::string_view space(static_cast<const char*>(profile.data()) + kColourSpaceAt, 4);
-  return space == (IsGrey(pixels) ? "GRAY" : "RGB ");
+  constexpr std::size_t kHeader = 132;
+  const std::string_view bytes(static_cast<const char*>(profile.data()), static_cast<std::size_t>(profile.datasize()));
+  if (bytes.size() < kHeader) return false;
+  const auto number = [&](std::size_t at) {
+    std::uint64_t value = 0;
+    for (std::size_t i = at; i < at + 4; ++i)
+      value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    return value;
+  };
+  const bool isWhole = number(0) == bytes.size() && kHeader + 12 * number(128) <= bytes.size();
+  return isWhole && bytes.substr(36, 4) == "acsp" && bytes.substr(16, 4) == (IsGrey(pixels) ? "GRAY" : "RGB ");
 }
 
 bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
@@ -66,11 +74,46 @@ bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
   if (name == "Orientation") return format != "dpx";
   const std::string_view group = name.substr(0, name.find(':'));
   if (group.size() == name.size() || !Lists(kFormatNames, group)) return true;
-  // Files of arbitrary attributes keep them for a later output of their own format.
-  return group == format || format == "openexr";
+  return group == format;
 }
 
+struct NamedGroup {
+  std::string_view beginning;
+  MetadataGroup group;
+};
+
+constexpr std::array<NamedGroup, 12> kGroups = {{{"Exif:", MetadataGroup::Exif},
+                                                 {"GPS:", MetadataGroup::Gps},
+                                                 {"IPTC:", MetadataGroup::Iptc},
+                                                 {"ICCProfile", MetadataGroup::Profile},
+                                                 {"Orientation", MetadataGroup::Orientation},
+                                                 {"XResolution", MetadataGroup::Resolution},
+                                                 {"YResolution", MetadataGroup::Resolution},
+                                                 {"ResolutionUnit", MetadataGroup::Resolution},
+                                                 {"PixelAspectRatio", MetadataGroup::PixelAspect},
+                                                 {"smpte:", MetadataGroup::TimeCode},
+                                                 {"FramesPerSecond", MetadataGroup::TimeCode},
+                                                 {"dpx:", MetadataGroup::DpxHeader}}};
+
+constexpr std::array<std::string_view, 5> kTexts = {"Artist", "Copyright", "DateTime", "ImageDescription", "Software"};
+
 }  // namespace
+
+std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
+  const std::string_view name(attribute.name().c_str(), attribute.name().size());
+  if (Lists(kStorage, name) || BeginsWith(name, "oiio:") || BeginsWith(name, "ICCProfile:")) return std::nullopt;
+  // In every OpenEXR file, about its windows.
+  if (BeginsWith(name, "screenWindow")) return std::nullopt;
+  if (name == "Orientation" && attribute.get_int() == 1) return std::nullopt;
+  if (name == "PixelAspectRatio" && attribute.get_float() == 1.0f) return std::nullopt;
+  const auto named =
+      std::ranges::find_if(kGroups, [&](const NamedGroup& each) { return BeginsWith(name, each.beginning); });
+  if (named != kGroups.end()) return named->group;
+  // Headers of formats that hold nothing else, and their spellings of what is told above.
+  const std::string_view group = name.substr(0, name.find(':'));
+  if (group.size() != name.size() && Lists(kFormatNames, group)) return std::nullopt;
+  return Lists(kTexts, name) ? MetadataGroup::Text : MetadataGroup::Other;
+}
 
 PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
   PictureMetadata metadata;
@@ -82,15 +125,22 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   return metadata;
 }
 
-void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
-                   std::string_view format) {
-  const bool sameFormat = metadata.info.format == format;
+bool ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+                   const OutputFormat& format) {
+  bool keepsProfile = true;
+  const bool sameFormat = metadata.info.format == format.name;
   for (const auto& attribute : metadata.input.extra_attribs) {
     const std::string_view name(attribute.name().c_str(), attribute.name().size());
-    if (!IsPassed(name, sameFormat, format)) continue;
-    if (name == "ICCProfile" && !FitsProfile(attribute, pixels)) continue;
+    if (!IsPassed(name, sameFormat, format.name)) continue;
+    if (name == "ICCProfile" && !FitsProfile(attribute, pixels)) {
+      keepsProfile = false;
+      continue;
+    }
     output.extra_attribs.push_back(attribute);
+    // TIFF files get theirs on demand alone.
+    if (format.name == "tiff" && BeginsWith(name, "IPTC:")) output.attribute("tiff:write_iptc", 1);
   }
+  return keepsProfile || !format.metadata.Has(MetadataGroup::Profile);
 }
 
 }  // namespace vblur::host

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
+#include <optional>
 #include <vector>
 
 #include <OpenImageIO/imageio.h>
@@ -23,9 +23,13 @@ struct PictureMetadata {
   bool associatedAlpha = false;
 };
 
+// The kind of an attribute; nothing for what tells how pixels are stored, or nothing new: an upright orientation.
+std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute);
+
 PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info);
-// Adds what an output of this layout may repeat: never how the source's pixels were stored.
-void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
-                   std::string_view format);
+// Adds what an output of this layout may repeat: never how the source's pixels were stored. False when it leaves out a
+// colour profile that the format would hold.
+bool ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+                   const OutputFormat& format);
 
 }  // namespace vblur::host

@@ -5,6 +5,7 @@
 
 #include "host/files/PictureInfo.h"
 #include "host/hosted/JobFrame.h"
+#include "host/hosted/Premultiply.h"
 #include "host/jobs/JobFiles.h"
 
 namespace vblur::host {
@@ -21,6 +22,7 @@ ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std:
   const auto path = FileOf(frame);
   auto read = choice_.use == PictureUse::Mask ? reader.ReadMask(path, depth, image, choice_)
                                               : reader.ReadColour(path, depth, image, choice_);
+  if (job_.premultipliesAround && choice_.use == PictureUse::Colour) MultiplyByAlpha(image);
   image.Place(record_);
   return read;
 }

@@ -14,6 +14,7 @@
 #include "host/base/PartFiles.h"
 #include "host/base/RealPaths.h"
 #include "host/files/OutputFile.h"
+#include "host/files/PictureReport.h"
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
@@ -80,6 +81,8 @@ class SequenceRun {
   bool IsWhole(FrameSlot& slot) const;
   std::vector<std::array<std::int32_t, 2>> SizesOf(std::int32_t frame) const;
   void CheckInputs(std::int32_t frame);
+  bool IsReplaced(const std::filesystem::path& file, std::int32_t frame) const;
+  void CheckReplaced(std::int32_t frame);
   void SettleDepth();
   std::int64_t AllowedMemory() const { return options_.memory > 0 ? options_.memory : DefaultMemory(); }
   SequenceLanes SettleLanes();
@@ -158,6 +161,11 @@ std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
   return frames.Count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
 }
 
+[[noreturn]] void RefuseLoss(const std::filesystem::path& file, const std::string& lost) {
+  throw Failure(ExitCode::CannotWrite, file.string() + ": cannot write: it is read by this run and would lose " + lost,
+                FailureKind::HoldsLess);
+}
+
 void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
@@ -166,8 +174,24 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
   }
 }
 
+bool SequenceRun::IsReplaced(const std::filesystem::path& file, std::int32_t frame) const {
+  std::error_code error;
+  return options_.overwrite && !options_.lossy && std::filesystem::equivalent(file, OutputOf(frame), error);
+}
+
+// A picture that a frame reads and replaces keeps what it holds, unless the user gives it up.
+void SequenceRun::CheckReplaced(std::int32_t frame) {
+  for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
+    if (!IsReplaced(file, frame)) continue;
+    std::string lost;
+    for (const std::string& loss : LossesOf(ReportPicture(file), OutputFormatOf(file), job_.output.storage, depth_))
+      lost += (lost.empty() ? "" : ", ") + loss;
+    if (!lost.empty()) RefuseLoss(OutputOf(frame), lost);
+  }
+}
+
 void SequenceRun::CheckFiles() {
-  OutputFormatOf(OutputOf(frames_.FrameAt(0)));
+  CheckStorage(OutputOf(frames_.FrameAt(0)), job_.output.storage);
   RemoveAbandonedParts(EndOfLinks(OutputOf(frames_.FrameAt(0))).parent_path());
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
@@ -177,6 +201,10 @@ void SequenceRun::CheckFiles() {
     RequireWritable(OutputOf(frame), options_.overwrite);
   }
   SettleDepth();
+  for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
+    const std::int32_t frame = frames_.FrameAt(index);
+    if (options_.overwrite && !MayBeSkipped(frame)) CheckReplaced(frame);
+  }
 }
 
 // By a frame that is rendered for certain, else by one that may be.
@@ -297,6 +325,10 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
+  const std::vector<std::string>& lost = slot.buffers.InputLosses();
+  if (!lost.empty() && IsReplaced(pictures_.FilesOf(slot.result.frame).front(), slot.result.frame)) {
+    RefuseLoss(slot.result.file, "what cannot be read: " + lost.front());
+  }
   const OutputOptions options{options_.overwrite || slot.replaces, options_.sync, job_.output.storage};
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
   const auto& notes = slot.written->Notes();

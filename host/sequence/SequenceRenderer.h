@@ -21,6 +21,8 @@ enum class OnError { Stop, Skip };
 
 struct RenderOptions {
   bool overwrite = false;
+  // With it: also pictures that the frame reads, by ones that hold less than they did.
+  bool lossy = false;
   // Leaves files that exist and are whole, of the frame's size as far as that is known; replaces others with a warning.
   bool skipExisting = false;
   // Whether every file is on its disk before it takes its name.

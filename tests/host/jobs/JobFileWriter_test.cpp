@@ -48,6 +48,10 @@ class JobMaker {
     if (Chance()) job.output.width = 1 + std::abs(Small());
     if (Chance()) job.output.height = 1 + std::abs(Small());
     if (Chance()) job.output.initial = Name();
+    if (Chance()) job.output.storage.type = static_cast<SampleType>(random_() % kSampleTypeNames.size());
+    if (Chance()) job.output.storage.compression = Name();
+    if (Chance()) job.output.storage.quality = static_cast<std::int32_t>(random_() % 100) + 1;
+    job.premultipliesAround = Chance();
     if (Chance()) job.depth = Chance() ? 8 : 16;
     if (Chance()) job.kind = kKinds[random_() % std::size(kKinds)];
     if (Chance()) job.frames = FrameRange{Small(), 2000 + std::abs(Small()), Chance() ? 1 : 1 + std::abs(Small())};

@@ -115,18 +115,26 @@ TEST_F(PictureFileMetadata, TheKindOfAlphaIsPassedOnWithTheSameNumbers) {
 
 TEST_F(PictureFileMetadata, AProfileIsPassedOnToFilesOfItsColours) {
   for (const bool grey : {true, false}) {
-    std::vector<unsigned char> profile(132, 0);
-    std::memcpy(profile.data() + 16, grey ? "GRAY" : "RGB ", 4);
+    auto profile = MakeProfile(grey ? "GRAY" : "RGB ");
     OIIO::ImageSpec spec(1, 1, grey ? 1 : 3, OIIO::TypeDesc::UINT8);
-    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, 132), profile.data());
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
+                   profile.data());
     WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(3, 100));
     EXPECT_TRUE(PassOn("in.tif", "out.tif").find_attribute("ICCProfile"));
     // A format without grey.
     EXPECT_EQ(PassOn("in.tif", "out.webp").nchannels, 3);
-    std::memcpy(profile.data() + 16, grey ? "RGB " : "CMYK", 4);
-    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, 132), profile.data());
+    profile = MakeProfile(grey ? "RGB " : "CMYK");
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
+                   profile.data());
     WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(3, 100));
     EXPECT_FALSE(PassOn("in.tif", "out.tif").find_attribute("ICCProfile"));
+    // A damaged one, for which the PNG writer would refuse the picture.
+    profile = MakeProfile(grey ? "GRAY" : "RGB ");
+    profile[3] = 7;
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
+                   profile.data());
+    WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(3, 100));
+    EXPECT_FALSE(PassOn("in.tif", "out.png").find_attribute("ICCProfile"));
   }
 }
 

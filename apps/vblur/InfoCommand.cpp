@@ -1,0 +1,152 @@
+// vblur info FILE...: what picture files hold, and what a render would keep of it.
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/OptionText.h"
+#include "host/files/PictureReport.h"
+
+namespace vblur::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using host::OutputFormat;
+using host::PictureReport;
+
+std::string Window(const host::FileWindow& window) {
+  return std::to_string(window.width) + " x " + std::to_string(window.height) + " at " + std::to_string(window.x) +
+         ", " + std::to_string(window.y);
+}
+
+std::string Joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words)
+    text += (text.empty() ? "" : ", ") + word;
+  return text;
+}
+
+std::string StoredName(const host::StoredType& stored) {
+  const char* const kind = stored.number == host::NumberKind::Signed     ? "int"
+                           : stored.number == host::NumberKind::Unsigned ? "uint"
+                           : stored.bytes == 2                           ? "half"
+                           : stored.bytes == 4                           ? "float"
+                                                                         : "double";
+  return stored.number == host::NumberKind::Float ? kind : kind + std::to_string(stored.bits);
+}
+
+// An output of one format, as a render of the file makes it.
+struct Outcome {
+  std::string extension;
+  std::string kept;
+  std::vector<std::string> lost;
+};
+
+Outcome OutcomeOf(const PictureReport& report, const OutputFormat& format) {
+  const host::OutputStorage storage;
+  const std::string compression = host::OutputCompressionOf(report, format, storage);
+  Outcome outcome;
+  outcome.extension = std::string(format.extensions.substr(0, format.extensions.find(' ')));
+  outcome.kept = host::NameOf(host::NearestLayout(format, report.info.IsGrey(), report.info.HasAlpha())) + ", " +
+                 std::string(host::NameOf(host::OutputTypeOf(report.info, format, storage))) +
+                 (compression.empty() ? "" : ", " + compression);
+  outcome.lost = host::LossesOf(report, format, storage, report.info.NaturalDepth());
+  return outcome;
+}
+
+class InfoCommand : public Command {
+ public:
+  explicit InfoCommand(CLI::App& parent)
+      : Command(parent, "info", "Print what picture files hold and what a render keeps") {
+    App()->add_option("FILE", files_, "Pictures")->required()->type_name("");
+    AddTextOption(*App(), "--to", "FORMAT", "Only for outputs with this extension, such as png [all formats]",
+                  [this](const std::string& text) { format_ = &host::OutputFormatOf("out." + text); });
+    App()->add_flag("--json", json_, "Print a JSON object for each file");
+  }
+
+  host::ExitCode Run(const GlobalOptions&, Terminal& terminal) override {
+    host::ExitCode code = host::ExitCode::Done;
+    for (const std::string& file : files_) {
+      try {
+        const PictureReport report = host::ReportPicture(file);
+        std::puts(json_ ? JsonLine(file, report).c_str() : Text(file, report).c_str());
+      } catch (const host::Failure& failure) {
+        if (files_.size() == 1) throw;
+        terminal.Fail(failure.what());
+        code = failure.Code();
+      }
+    }
+    return code;
+  }
+
+ private:
+  std::vector<Outcome> Outcomes(const PictureReport& report) const {
+    std::vector<Outcome> outcomes;
+    for (const OutputFormat& format : host::OutputFormats()) {
+      if (format_ == nullptr || format_ == &format) outcomes.push_back(OutcomeOf(report, format));
+    }
+    return outcomes;
+  }
+
+  std::string Text(const std::string& file, const PictureReport& report) const {
+    const host::PictureInfo& info = report.info;
+    std::string text = file + ": " + info.format + ", " + std::to_string(info.display.width) + " x " +
+                       std::to_string(info.display.height) + " pixels";
+    const auto add = [&](const std::string& name, const std::string& value) { text += "\n  " + name + ": " + value; };
+    if (info.data != info.display) {
+      add("display window", Window(info.display));
+      add("data window", Window(info.data));
+    }
+    std::vector<std::string> channels;
+    for (const host::FileChannel& channel : info.all)
+      channels.push_back(channel.name + " " + StoredName(channel.type));
+    add("channels", Joined(channels));
+    if (info.HasAlpha()) add("alpha", report.associatedAlpha ? "colours declared as premultiplied" : "as stored");
+    if (info.pictures > 1) add("pictures", std::to_string(info.pictures) + ", of which the first is read");
+    add("rendered at", std::to_string(info.NaturalDepth()) + " bits");
+    if (!report.compression.empty()) add("compression", report.compression);
+    for (const auto& [name, value] : report.attributes)
+      add(name, value);
+    for (const Outcome& outcome : Outcomes(report)) {
+      add("as " + outcome.extension,
+          outcome.kept + (outcome.lost.empty() ? "; nothing is lost" : "; lost: " + Joined(outcome.lost)));
+    }
+    return text;
+  }
+
+  std::string JsonLine(const std::string& file, const PictureReport& report) const {
+    const host::PictureInfo& info = report.info;
+    const auto window = [](const host::FileWindow& w) { return Json{w.x, w.y, w.width, w.height}; };
+    Json json = {
+        {"file", file}, {"format", info.format}, {"display", window(info.display)}, {"data", window(info.data)}};
+    json["channels"] = Json::array();
+    for (const host::FileChannel& channel : info.all)
+      json["channels"].push_back({{"name", channel.name}, {"type", StoredName(channel.type)}});
+    json["pictures"] = info.pictures;
+    json["depth"] = info.NaturalDepth();
+    json["compression"] = report.compression;
+    json["premultiplied"] = report.associatedAlpha;
+    json["metadata"] = Json::object();
+    for (const auto& [name, value] : report.attributes)
+      json["metadata"][name] = value;
+    json["outputs"] = Json::object();
+    for (const Outcome& outcome : Outcomes(report))
+      json["outputs"][outcome.extension] = {{"kept", outcome.kept}, {"lost", outcome.lost}};
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  }
+
+  std::vector<std::string> files_;
+  const OutputFormat* format_ = nullptr;
+  bool json_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeInfoCommand(CLI::App& parent) {
+  return std::make_unique<InfoCommand>(parent);
+}
+
+}  // namespace vblur::cli

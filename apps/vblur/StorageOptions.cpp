@@ -1,0 +1,42 @@
+#include "apps/vblur/StorageOptions.h"
+
+#include "apps/vblur/OptionText.h"
+#include "host/base/Failure.h"
+
+namespace vblur::cli {
+
+namespace {
+
+constexpr std::string_view kPremultiply[] = {"around"};
+
+}  // namespace
+
+void StorageChanges::ApplyTo(host::Job& job) const {
+  host::OutputStorage& stored = job.output.storage;
+  if (storage.type) stored.type = storage.type;
+  if (storage.compression) stored.compression = storage.compression;
+  if (storage.quality) stored.quality = storage.quality;
+  if (premultipliesAround) job.premultipliesAround = true;
+}
+
+void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
+  const auto add = [&](const char* name, const char* form, const char* help,
+                       std::function<void(const std::string&)> set) {
+    AddTextOption(app, name, form, help, std::move(set))->group("Output");
+  };
+  add("--type", "uint8|uint10|uint12|uint16|half|float", "Type of the samples in OUTPUT [that of the input's]",
+      [&](const std::string& text) {
+        changes.storage.type = static_cast<host::SampleType>(ParseChoice("--type", text, host::kSampleTypeNames));
+      });
+  add("--compression", "NAME", "Compression of OUTPUT, such as zip [that of an input of the same format]",
+      [&](const std::string& text) { changes.storage.compression = text; });
+  add("--quality", "1-100", "Quality of a JPEG or WebP file",
+      [&](const std::string& text) { changes.storage.quality = ParseWhole("--quality", text); });
+  add("--premultiply", "around", "Multiply straight colours by alpha before the render, and divide them after it",
+      [&](const std::string& text) {
+        ParseChoice("--premultiply", text, kPremultiply);
+        changes.premultipliesAround = true;
+      });
+}
+
+}  // namespace vblur::cli

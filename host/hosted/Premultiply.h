@@ -1,0 +1,14 @@
+// Colours multiplied by their alpha, and divided by it again: to nearest, halves away from zero, limited to what the
+// depth carries.
+#pragma once
+
+#include "host/hosted/HostImage.h"
+
+namespace vblur::host {
+
+// Of four components. Alpha stays as it is.
+void MultiplyByAlpha(HostImage& image);
+// Where alpha is 0 or less, colours stay as they are.
+void DivideByAlpha(HostImage& image);
+
+}  // namespace vblur::host

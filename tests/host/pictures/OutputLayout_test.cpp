@@ -1,0 +1,176 @@
+#include "host/pictures/OutputLayout.h"
+
+#include <gtest/gtest.h>
+
+#include "host/files/OutputFile.h"
+#include "host/pictures/PictureFileOpen.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
+#include "tests/support/host/WindowedPictures.h"
+
+namespace vblur::host {
+namespace {
+
+class OutputLayout : public testing::Test {
+ protected:
+  void Read(const std::string& name) {
+    ReadChoice choice;
+    choice.keepsPassing = true;
+    read_ = PictureReader().ReadColour(folder_.path() / name, 16, image_, choice);
+  }
+
+  void SetPixel(std::int32_t x, std::int32_t fromTop, std::int32_t component, std::int32_t value) {
+    const std::int32_t y = image_.Height() - 1 - fromTop;
+    SetComponent(image_, static_cast<std::size_t>(4 * (y * image_.Width() + x) + component), value);
+  }
+
+  // The notes of what the file does not hold.
+  std::vector<std::string> Write(const std::string& name, const OutputStorage& storage = {}) {
+    const OutputOptions options{true, false, storage};
+    auto written = PictureWriter().WriteBeside(folder_.path() / name, image_, read_.metadata.get(), options);
+    written.Commit();
+    return written.Notes();
+  }
+
+  std::unique_ptr<OIIO::ImageInput> Open(const std::string& name) {
+    return OpenPictureFile(folder_.path() / name, {}).file;
+  }
+
+  std::vector<float> Samples(OIIO::ImageInput& file) {
+    std::vector<float> samples(static_cast<std::size_t>(file.spec().image_pixels()) *
+                               static_cast<std::size_t>(file.spec().nchannels));
+    EXPECT_TRUE(file.read_image(0, 0, 0, file.spec().nchannels, OIIO::TypeDesc::FLOAT, samples.data()));
+    return samples;
+  }
+
+  ScratchFolder folder_;
+  HostImage image_;
+  ReadPicture read_;
+};
+
+using Notes = std::vector<std::string>;
+
+TEST_F(OutputLayout, TheDataWindowGrowsToWhatTheEffectHasReached) {
+  WriteWindowed(folder_.path() / "in.exr", {2, 1, 3, 2}, {0, 0, 8, 6}, {"R", "G", "B", "A"}, 0.5f);
+  Read("in.exr");
+  ASSERT_EQ(image_.Width(), 8);
+  Write("same.exr");
+  EXPECT_EQ(Open("same.exr")->spec().roi(), OIIO::ROI(2, 5, 1, 3, 0, 1, 0, 4));
+  SetPixel(6, 4, 0, 8192);
+  Write("grown.exr");
+  auto grown = Open("grown.exr");
+  EXPECT_EQ(grown->spec().roi(), OIIO::ROI(2, 7, 1, 5, 0, 1, 0, 4));
+  EXPECT_EQ(grown->spec().roi_full(), OIIO::ROI(0, 8, 0, 6, 0, 1, 0, 4));
+  const auto samples = Samples(*grown);
+  EXPECT_EQ(samples[0], 0.5f);
+  EXPECT_EQ(samples[4 * (3 * 5 + 4)], 0.5f);
+  EXPECT_EQ(samples[4 * (3 * 5 + 3)], 0.0f);
+}
+
+TEST_F(OutputLayout, OtherFormatsGetTheDisplayWindow) {
+  // Data that lies partly in the frame.
+  WriteWindowed(folder_.path() / "in.exr", {-2, -1, 5, 4}, {0, 0, 8, 6}, {"R", "G", "B", "A"}, 0.5f);
+  Read("in.exr");
+  ASSERT_EQ(image_.Width(), 10);
+  Write("out.png", {SampleType::Unsigned8, {}, {}});
+  auto png = Open("out.png");
+  EXPECT_EQ(png->spec().roi(), OIIO::ROI(0, 8, 0, 6, 0, 1, 0, 4));
+  const auto samples = Samples(*png);
+  EXPECT_GT(samples[0], 0.49f);
+  EXPECT_GT(samples[4 * (2 * 8 + 2)], 0.49f);
+  EXPECT_EQ(samples[4 * (2 * 8 + 3)], 0.0f);
+  EXPECT_EQ(samples[4 * (3 * 8 + 2)], 0.0f);
+}
+
+TEST_F(OutputLayout, FurtherChannelsPassInTheirOrderWithTheirTypes) {
+  auto spec = WindowedSpec({2, 1, 2, 1}, {0, 0, 6, 4}, {"R", "G", "B", "A", "Z", "id", "light.R"});
+  spec.channelformats = {OIIO::TypeDesc::HALF,  OIIO::TypeDesc::HALF,   OIIO::TypeDesc::HALF, OIIO::TypeDesc::HALF,
+                         OIIO::TypeDesc::FLOAT, OIIO::TypeDesc::UINT32, OIIO::TypeDesc::HALF};
+  WriteRaw(folder_.path() / "in.exr", "openexr", spec,
+           std::vector<float>{1, 1, 1, 1, 1e9f, 0.25f, 7, 1, 1, 1, 1, -3e9f, 0.5f, 8});
+  const auto before = Samples(*Open("in.exr"));
+  Read("in.exr");
+  SetPixel(0, 0, 1, 16384);
+  EXPECT_EQ(Write("out.exr"), Notes{});
+  auto in = Open("in.exr");
+  auto out = Open("out.exr");
+  EXPECT_EQ(out->spec().channelnames, in->spec().channelnames);
+  EXPECT_EQ(out->spec().channelformats, in->spec().channelformats);
+  EXPECT_EQ(out->spec().roi(), OIIO::ROI(0, 4, 0, 2, 0, 1, 0, 7));
+  const auto after = Samples(*out);
+  for (std::size_t pixel = 0; pixel < 8; ++pixel) {
+    for (std::size_t c = 4; c < 7; ++c)
+      EXPECT_EQ(after[7 * pixel + c], pixel < 6 ? 0.0f : before[7 * (pixel - 6) + c]) << pixel << " " << c;
+  }
+  EXPECT_EQ(Write("out.png"),
+            Notes{"output: channels Z, id, light.R are dropped: a png file holds colour and alpha alone"});
+}
+
+TEST_F(OutputLayout, GreyStaysGreyUnlessTheResultIsNot) {
+  for (const char* name : {"in.png", "in.tif", "in.exr", "in.jpg"}) {
+    const auto& format = OutputFormatOf(name);
+    const bool isExr = format.name == "openexr";
+    OIIO::ImageSpec spec(4, 2, 1, isExr ? OIIO::TypeDesc::HALF : OIIO::TypeDesc::UINT8);
+    if (isExr) spec.channelnames = {"Y"};
+    WriteRaw(folder_.path() / name, std::string(format.name), spec, std::vector<std::uint8_t>(8, 51));
+    Read(name);
+    const std::string out = "out" + std::filesystem::path(name).extension().string();
+    EXPECT_EQ(Write(out), Notes{}) << name;
+    EXPECT_EQ(Open(out)->spec().nchannels, 1) << name;
+    SetPixel(1, 1, 2, 16384);
+    EXPECT_EQ(Write(out), Notes{"output: the input is grey and the result is not; written as red, green and blue"});
+    EXPECT_EQ(Open(out)->spec().nchannels, 3) << name;
+    EXPECT_EQ(Open(out)->spec().channelnames[0], "R") << name;
+  }
+}
+
+TEST_F(OutputLayout, NoAlphaIsMadeAndOneThatIsNotHeldIsTold) {
+  WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(2, 1, 3, OIIO::TypeDesc::UINT8),
+           std::vector<std::uint8_t>(6, 51));
+  Read("in.png");
+  SetPixel(0, 0, 3, 0);
+  for (const char* name : {"out.png", "out.tif", "out.exr", "out.dpx", "out.tga", "out.webp", "out.bmp", "out.sgi"}) {
+    EXPECT_EQ(Write(name), Notes{}) << name;
+    EXPECT_EQ(Open(name)->spec().nchannels, 3) << name;
+  }
+  WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(2, 1, 4, OIIO::TypeDesc::UINT8),
+           std::vector<std::uint8_t>(8, 255));
+  Read("in.png");
+  EXPECT_EQ(Write("out.jpg"), Notes{});
+  SetPixel(0, 0, 3, 0);
+  EXPECT_EQ(Write("out.jpg"), Notes{"output: alpha is dropped: jpeg files are written without"});
+}
+
+TEST_F(OutputLayout, TypeCompressionAndQualityAreThoseAskedFor) {
+  WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(64, 64, 3, OIIO::TypeDesc::UINT16),
+           std::vector<std::uint16_t>(64 * 64 * 3, 9999));
+  Read("in.png");
+  Write("out.exr", {SampleType::Half, "dwaa", {}});
+  EXPECT_EQ(Open("out.exr")->spec().format, OIIO::TypeDesc::HALF);
+  EXPECT_EQ(Open("out.exr")->spec().get_string_attribute("compression"), "dwaa");
+  Write("out.tif", {SampleType::Half, "LZW", {}});
+  EXPECT_EQ(Open("out.tif")->spec().format, OIIO::TypeDesc::HALF);
+  EXPECT_EQ(Open("out.tif")->spec().get_string_attribute("compression"), "lzw");
+  Write("out.dpx", {SampleType::Unsigned10, {}, {}});
+  EXPECT_EQ(Open("out.dpx")->spec().get_int_attribute("oiio:BitsPerSample"), 10);
+  FillRandom(image_, 0, 16384, 7);
+  const auto sizeAt = [&](const std::string& name, int quality) {
+    Write(name, {{}, {}, quality});
+    return std::filesystem::file_size(folder_.path() / name);
+  };
+  EXPECT_LT(2 * sizeAt("out.jpg", 10), sizeAt("out.jpg", 95));
+  EXPECT_LT(2 * sizeAt("out.webp", 10), sizeAt("out.webp", 95));
+}
+
+TEST_F(OutputLayout, AnOrientationThatIsNotHeldIsTold) {
+  OIIO::ImageSpec spec(4, 2, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("Orientation", 6);
+  WriteRaw(folder_.path() / "in.jpg", "jpeg", spec, std::vector<std::uint8_t>(24, 100));
+  Read("in.jpg");
+  EXPECT_EQ(Write("out.jpg"), Notes{});
+  EXPECT_EQ(Write("out.png"), Notes{"output: the orientation is dropped, the picture shows as it is stored: a png file "
+                                    "holds none"});
+}
+
+}  // namespace
+}  // namespace vblur::host
