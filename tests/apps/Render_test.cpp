@@ -176,8 +176,9 @@ TEST_F(Render, MemoryHoldsThePicturesAndTheEffect) {
   const auto command = [](const std::string& memory) {
     return std::vector<std::string>{"render", "in.%03d.png", "out.%03d.png", "--frames", "1-7", "--memory", memory};
   };
-  ExpectRefusal(command("14K"), 1,
-                "out.001.png: a frame of 40 x 30 pixels needs 15K of memory, 14K are allowed; give --memory to allow more");
+  ExpectRefusal(
+      command("14K"), 1,
+      "out.001.png: a frame of 40 x 30 pixels needs 15K of memory, 14K are allowed; give --memory to allow more");
   EXPECT_EQ(Run(command("0.01M")).exit, 1);
   EXPECT_EQ(Run(command("14.5K")).exit, 0);
 }
