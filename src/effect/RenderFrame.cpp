@@ -25,6 +25,8 @@ std::int64_t BytesOf(const IDSImage* image) {
   const bool wide = format == MFIF_RGBA_S2_14 || format == MFIF_MASK_16;
   const bool colour = format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14;
   const DSPixelPair size = image->Size();
+  // No memory holds more, whatever a picture says of itself.
+  if (size.x < 1 || size.y < 1 || size.x > FrameLimits::kLongestSide || size.y > FrameLimits::kLongestSide) return 0;
   return std::int64_t{size.x} * size.y * (colour ? 4 : 1) * (wide ? 2 : 1);
 }
 

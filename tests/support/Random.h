@@ -51,6 +51,11 @@ inline bool repeatsOneCase() {
   return std::getenv("VBLUR_TEST_SEED") != nullptr;
 }
 
+// Whether too few random cases run for each kernel to have its turn.
+inline bool runsFewCases() {
+  return repeatsOneCase() || kShareOfCases > 1;
+}
+
 // Calls body(random) for each case. VBLUR_TEST_CASES multiplies the number of cases;
 // VBLUR_TEST_SEED=s runs the one case with that seed.
 template <class Body>
