@@ -15,9 +15,11 @@
 #include "apps/vblur/RunJob.h"
 #include "apps/vblur/StorageOptions.h"
 #include "host/base/NameMatch.h"
+#include "host/base/RealPaths.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
+#include "host/jobs/JobFiles.h"
 #include "host/properties/PropertyFile.h"
 #include "host/properties/PropertyText.h"
 
@@ -67,6 +69,7 @@ class RenderCommand : public Command {
     // Nothing is written where one of several is refused.
     for (const host::Job& job : jobs)
       host::CheckJob(job, {.outputMayBeInput = run_.render.overwrite});
+    if (jobs.size() > 1) CheckApart(jobs);
     const SavedFiles saved = SaveBeside(jobs);
     const host::ExitCode code = RunAll(jobs, global, terminal);
     for (const auto& file : saved) {
@@ -120,6 +123,33 @@ class RenderCommand : public Command {
   static std::string InFolder(const std::string& folder, const std::string& input) {
     const std::filesystem::path literal = host::FramePattern::Escaped(folder);
     return (literal / std::filesystem::path(input).filename()).string();
+  }
+
+  // No picture replaces what another one reads or writes, whatever the names.
+  static void CheckApart(const std::vector<host::Job>& jobs) {
+    constexpr std::size_t kSeveral = static_cast<std::size_t>(-1);
+    std::unordered_map<std::string, std::size_t> readers;
+    std::unordered_map<std::string, std::size_t> writers;
+    for (std::size_t i = 0; i < jobs.size(); ++i) {
+      host::ForEachFileRead(jobs[i], host::ResolveFrames(jobs[i]), [&](const host::FileRead& file) {
+        const auto [reader, isNew] = readers.emplace(file.path.string(), i);
+        if (!isNew && reader->second != i) reader->second = kSeveral;
+      });
+    }
+    host::RealPaths paths;
+    for (std::size_t i = 0; i < jobs.size(); ++i) {
+      const host::FrameList frames = host::ResolveFrames(jobs[i]);
+      const host::FramePattern pattern(jobs[i].output.file);
+      for (std::int64_t frame = 0; frame < frames.Count(); ++frame) {
+        const auto file = host::OutputFilePath(jobs[i], pattern, frames.FrameAt(frame));
+        const std::string path = paths.Of(file).string();
+        const auto reader = readers.find(path);
+        const bool isRead = reader != readers.end() && reader->second != i;
+        if (!isRead && writers.emplace(path, i).first->second == i) continue;
+        host::Refuse("OUTPUT", host::Quoted(file.string()) + (isRead ? " is read" : " is written") +
+                                   " for another picture of this run, expected a file of its own");
+      }
+    }
   }
 
   // The first failure's code; the pictures before a failure are finished.

@@ -69,14 +69,20 @@ void CopyInitial(const InitialPicture& initial, HostImage& output) {
   }
 }
 
+// Positions beyond 32 bits are beyond the pixels that count.
+std::int32_t Limited(std::int64_t position) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(position, Limits::min(), Limits::max()));
+}
+
 // The effect counts the region from the lower left corner of the input, or of the output where there is no input; the
 // job counts it from that of the frame.
 std::optional<Region> RegionOf(const Job& job, const FramePictures& pictures) {
   if (!job.roi) return std::nullopt;
   const DSPixelPair corner = (pictures.input ? pictures.input : pictures.output)->FrameCorner();
   Region region = *job.roi;
-  region.x -= corner.x;
-  region.y -= corner.y;
+  region.x = Limited(std::int64_t{region.x} - corner.x);
+  region.y = Limited(std::int64_t{region.y} - corner.y);
   return region;
 }
 
@@ -85,13 +91,8 @@ std::array<std::int32_t, 2> MaskOffsetOf(const Job& job, const FramePictures& pi
   if (!job.mask || !pictures.mask || !pictures.input) return {0, 0};
   const DSPixelPair mask = pictures.mask->FrameCorner();
   const DSPixelPair input = pictures.input->FrameCorner();
-  // An offset beyond 32 bits is beyond the pixels that count, which CheckPlaces refuses.
-  const auto add = [](std::int64_t offset, std::int32_t maskCorner, std::int32_t inputCorner) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(
-        std::clamp<std::int64_t>(offset + maskCorner - inputCorner, Limits::min(), Limits::max()));
-  };
-  return {add(job.mask->offset[0], mask.x, input.x), add(job.mask->offset[1], mask.y, input.y)};
+  const std::array<std::int64_t, 2> offset{job.mask->offset[0], job.mask->offset[1]};
+  return {Limited(offset[0] + mask.x - input.x), Limited(offset[1] + mask.y - input.y)};
 }
 
 }  // namespace

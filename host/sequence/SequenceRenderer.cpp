@@ -166,6 +166,22 @@ std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
                 FailureKind::HoldsLess);
 }
 
+// What the job itself leaves out of a picture that its output replaces.
+std::vector<std::string> LossesOfJob(const Job& job, const PictureInfo& info) {
+  std::vector<std::string> losses;
+  const OutputRecord& output = job.output;
+  const bool isOneField = job.field == FieldChoice::First || job.field == FieldChoice::Second;
+  if (isOneField && !output.initial) losses.emplace_back("the rows of the other field");
+  if (job.roi && job.outside == OutsideChoice::Clear && !output.initial) {
+    losses.emplace_back("what lies outside the region");
+  }
+  if (output.width.value_or(info.width) < info.width || output.height.value_or(info.height) < info.height) {
+    losses.emplace_back("pixels beyond the output's size");
+  }
+  if (job.input && output.origin != job.input->origin) losses.emplace_back("pixels beside the output");
+  return losses;
+}
+
 void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
@@ -183,8 +199,12 @@ bool SequenceRun::IsReplaced(const std::filesystem::path& file, std::int32_t fra
 void SequenceRun::CheckReplaced(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     if (!IsReplaced(file, frame)) continue;
+    const PictureReport report = ReportPicture(file);
+    std::vector<std::string> losses = LossesOf(report, OutputFormatOf(file), job_.output.storage, depth_);
+    const std::vector<std::string> left = LossesOfJob(job_, report.info);
+    losses.insert(losses.end(), left.begin(), left.end());
     std::string lost;
-    for (const std::string& loss : LossesOf(ReportPicture(file), OutputFormatOf(file), job_.output.storage, depth_))
+    for (const std::string& loss : losses)
       lost += (lost.empty() ? "" : ", ") + loss;
     if (!lost.empty()) RefuseLoss(OutputOf(frame), lost);
   }

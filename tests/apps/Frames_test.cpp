@@ -113,6 +113,28 @@ TEST_F(Frames, SeveralPicturesAreCheckedBeforeOneIsWritten) {
   EXPECT_EQ(TakeOutputs(), (Names{"a.png", "b.png"}));
 }
 
+TEST_F(Frames, SeveralPicturesReplaceNothingOfEachOther) {
+  std::filesystem::create_directory(Path("q"));
+  MakePicture("q/1.png");
+  MakePicture("q/2.png");
+  MakePicture("out/1.png");
+  const std::string mask = host::Bytes(Path("out/1.png"));
+  ExpectRefusal({"render", "q/1.png", "q/2.png", "out", "--mask", "out/1.png", "--overwrite"}, 2,
+                "OUTPUT: \"out/1.png\" is read for another picture of this run, expected a file of its own");
+  EXPECT_EQ(host::Bytes(Path("out/1.png")), mask);
+  std::filesystem::remove(Path("out/1.png"));
+  const std::string second = host::Bytes(Path("q/2.png"));
+  std::filesystem::create_symlink("../q/2.png", Path("out/1.png"));
+  ExpectRefusal({"render", "q/1.png", "q/2.png", "out", "--overwrite"}, 2,
+                "OUTPUT: \"out/1.png\" is read for another picture of this run, expected a file of its own");
+  EXPECT_EQ(host::Bytes(Path("q/2.png")), second);
+  std::filesystem::remove(Path("out/1.png"));
+  MakePicture("out/2.png");
+  std::filesystem::create_symlink("2.png", Path("out/1.png"));
+  ExpectRefusal({"render", "q/1.png", "q/2.png", "out", "--overwrite"}, 2,
+                "OUTPUT: \"out/2.png\" is written for another picture of this run, expected a file of its own");
+}
+
 TEST_F(Frames, NamesThatNoFileHasAreRefused) {
   MakePicture("in.png");
   folder_.Write("nul.json", R"({"input": {"file": "in.png"}, "output": {"file": "o\u0000.png"}})");

@@ -88,6 +88,26 @@ TEST_F(ReplacedInputs, KeepTheirTypeAndDepth) {
   EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
 }
 
+TEST_F(ReplacedInputs, KeepWhatTheJobLeavesOut) {
+  Pages("in.tif", 1);
+  job_.field = FieldChoice::Second;
+  ExpectKept("in.tif", "the rows of the other field");
+  job_.field = FieldChoice::Both;
+  EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
+  job_.field = FieldChoice::Frame;
+  job_.output.width = 2;
+  ExpectKept("in.tif", "pixels beyond the output's size");
+  job_.output.width.reset();
+  job_.output.origin = {1, 0};
+  ExpectKept("in.tif", "pixels beside the output");
+  job_.output.origin = {0, 0};
+  job_.roi = Region{0, 0, 1, 1};
+  job_.outside = OutsideChoice::Clear;
+  ExpectKept("in.tif", "what lies outside the region");
+  job_.outside.reset();
+  EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
+}
+
 TEST_F(ReplacedInputs, KeepTheirHighlights) {
   WriteWindowed(folder_.path() / "in.exr", {0, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B"}, 7.0f);
   const std::string before = Bytes(folder_.path() / "in.exr");
