@@ -40,14 +40,20 @@ class FrameCheck : public FrameTest {
     return (refusal.picture == nullptr ? "" : refusal.picture + std::string(" ")) + refusal.reason;
   }
 
-  // Renders with an input or an output that claims something, and says why not.
+  // A frame that is rendered, then a fresh output for the one with the claim.
   template <typename Claim>
-  std::string WithInput(Claim claim) {
+  void RenderBefore(ClaimedImage& claimed, Claim claim) {
     EXPECT_EQ(bench.Render(), kOk);
     EXPECT_EQ(Why(), "");
     Paint<Pixel8>(bench.output, kSide, kSide, Marker);
-    ClaimedImage claimed(bench.input);
     claim(claimed);
+  }
+
+  // Renders with an input or an output that claims something, and says why not.
+  template <typename Claim>
+  std::string WithInput(Claim claim) {
+    ClaimedImage claimed(bench.input);
+    RenderBefore(claimed, claim);
     bench.effect->SetInput(&claimed);
     EXPECT_EQ(bench.effect->RenderFrame(0.0), kOk);
     bench.effect->SetInput(nullptr);
@@ -55,11 +61,8 @@ class FrameCheck : public FrameTest {
   }
   template <typename Claim>
   std::string WithOutput(Claim claim) {
-    EXPECT_EQ(bench.Render(), kOk);
-    EXPECT_EQ(Why(), "");
-    Paint<Pixel8>(bench.output, kSide, kSide, Marker);
     ClaimedImage claimed(bench.output);
-    claim(claimed);
+    RenderBefore(claimed, claim);
     bench.effect->SetOutput(&claimed);
     EXPECT_EQ(bench.effect->RenderFrame(0.0), kOk);
     bench.effect->SetOutput(nullptr);

@@ -181,7 +181,7 @@ TEST(HvImgProc, FieldsHaveTheirOrder) {
 }
 
 TEST(HvImgProc, OperationsHaveTheirOrder) {
-  if (!kSlotsAreKnown) GTEST_SKIP();
+  if (!kSlotsAreKnown) GTEST_SKIP() << "where virtual functions lie is not known here";
   EXPECT_EQ(virtualSlot(&HvImgProc::preProcess), 2u);
   EXPECT_EQ(virtualSlot(&HvImgProc::processRows), 3u);
   EXPECT_EQ(virtualSlot(&HvImgProc::postProcess), 4u);

@@ -296,7 +296,7 @@ TEST(HvTexture, IndexerOfKeepsTheAxesApart) {
 
 // A destructor takes slots 0 and 1.
 TEST(HvTexture, OperationsHaveTheirOrder) {
-  if (!test::kSlotsAreKnown) GTEST_SKIP();
+  if (!test::kSlotsAreKnown) GTEST_SKIP() << "where virtual functions lie is not known here";
   using test::virtualSlot;
   EXPECT_EQ(virtualSlot(&HvTexIndexer::setBounds), 2u);
   EXPECT_EQ(virtualSlot(&HvTexIndexer::setEdgeMethods), 3u);

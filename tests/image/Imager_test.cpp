@@ -212,7 +212,7 @@ TEST(Imager, AspectIsNeverBelowAThousandth) {
 
 // Sampler and Combiner have no slots for the destructor, which is in a virtual base; Generator has.
 TEST(Imager, OperationsOfItsFamilyHaveTheirOrder) {
-  if (!kSlotsAreKnown) GTEST_SKIP();
+  if (!kSlotsAreKnown) GTEST_SKIP() << "where virtual functions lie is not known here";
   using S = Sampler<Frame, Frame>;
   EXPECT_EQ(virtualSlot(&S::preProcess), 0u);
   EXPECT_EQ(virtualSlot(&S::processRows), 1u);
