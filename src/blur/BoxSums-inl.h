@@ -178,15 +178,7 @@ struct ByteLanes {
     return {hn::Sub(in.lower, out.lower), hn::Sub(in.upper, out.upper)};
   }
   static HWY_INLINE Pair Difference(Bytes in, Bytes out) {
-#if HV_X86_VECTORS
-    // in * 1 + out * -1, by products of interleaved bytes.
-    const Bytes signs = hn::BitCast(U8(), hn::Set(U16(), 0xFF01));
-    const auto lower = SumOfProducts(hn::InterleaveLower(U8(), in, out).raw, signs.raw);
-    const auto upper = SumOfProducts(hn::InterleaveUpper(U8(), in, out).raw, signs.raw);
-    return {hn::BitCast(D(), Bytes{lower}), hn::BitCast(D(), Bytes{upper})};
-#else
     return Difference(Unpacked(in), Unpacked(out));
-#endif
   }
 };
 
@@ -441,7 +433,8 @@ struct ScaledSums {
   // sum + a.even * b.even + a.odd * b.odd, for each pair of lanes.
 #if HV_X86_VECTORS
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
-    return PairProductsAdded(sum, a, b);
+    V32 unused = hn::Zero(D32());
+    return hn::ReorderWidenMulAccumulate(D32(), a, b, sum, unused);
   }
 #else
   static HWY_INLINE V32 AddProducts(V32 sum, V a, V b) {
