@@ -27,6 +27,12 @@ void* LoadedModule::GetSymbol(const char* name) const {
   return symbol;
 }
 
+void LoadedModule::RequireOurVersion() const {
+  const char* (*const version)() = Find<const char*()>("VBlurModuleVersion");
+  const std::string found = version == nullptr ? "none" : version();
+  if (found != VBLUR_VERSION) Refuse("its version is " + found + ", expected " VBLUR_VERSION);
+}
+
 void LoadedModule::Unload() {
   if (void* const library = std::exchange(library_, nullptr); library != nullptr) ::dlclose(library);
 }

@@ -21,6 +21,10 @@ class LoadedModule {
   Function& Get(const char* name) const {
     return *reinterpret_cast<Function*>(GetSymbol(name));
   }
+  // Throws Failure (cannot read) unless the module comes from the same version of the project: the two share classes,
+  // and half an update would crash. The module exports VBlurModuleVersion, which returns its version.
+  void RequireOurVersion() const;
+
   // Without this the module stays loaded until the process ends.
   void Unload();
 

@@ -12,7 +12,9 @@ namespace {
 LoadedModule LoadPictureModule() {
   const std::string what = "the picture library";
   RequireResourcesToLoad(what);
-  return LoadedModule(HostFolder() / "libvblur_host_pictures.so", what);
+  LoadedModule module(HostFolder() / "libvblur_host_pictures.so", what);
+  module.RequireOurVersion();
+  return module;
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Entry point of the library.
+// Entry point and version of the library.
 #include "host/gl/EglSurface.h"
 #include "host/gl/SystemFonts.h"
 #include "host/viewer/OffScreenSurface.h"
@@ -10,6 +10,10 @@ extern "C" __attribute__((visibility("default"))) ViewerSurface* VBlurMakeOffScr
   static SystemFonts fonts;
   UseFontSource(&fonts);
   return new EglSurface(width, height);
+}
+
+extern "C" const char* VBlurModuleVersion() {
+  return VBLUR_VERSION;
 }
 
 static_assert(std::is_same_v<decltype(VBlurMakeOffScreenSurface), MakeOffScreenSurfaceFunction>);

@@ -52,6 +52,10 @@ class DrawingModule final : public DrawingLibrary {
 
 }  // namespace vblur::host
 
+extern "C" const char* VBlurModuleVersion() {
+  return VBLUR_VERSION;
+}
+
 extern "C" vblur::host::PictureLibrary* VBlurPictureLibrary() {
   static vblur::host::PictureModule module;
   return &module;

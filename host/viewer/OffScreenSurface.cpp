@@ -13,8 +13,9 @@ constexpr const char* kModuleName = "libvblur_host_gl.so";
 // Never unloaded: OpenGL drivers do not support it.
 MakeOffScreenSurfaceFunction& LoadPaintLibrary() {
   RequireResourcesToLoad("what paints the viewer");
-  return LoadedModule(HostFolder() / kModuleName, "what paints the viewer")
-      .Get<MakeOffScreenSurfaceFunction>(kMakeOffScreenSurface);
+  const LoadedModule module(HostFolder() / kModuleName, "what paints the viewer");
+  module.RequireOurVersion();
+  return module.Get<MakeOffScreenSurfaceFunction>(kMakeOffScreenSurface);
 }
 
 }  // namespace

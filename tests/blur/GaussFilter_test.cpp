@@ -177,7 +177,7 @@ TEST(GaussFilter, ShowsNothingInItsIntermediateOfWhatItsMemoryHeldBefore) {
       InUsedMemory below{.sizeX = -2.0f, .isThere = isThere};
       const std::vector<R8> pixels = below.intermediateOf<WholeFilter>();
       EXPECT_TRUE(kernelsRan({})) << name;
-      for (const std::size_t x : {0, 1, 2, 6, 7, 8})
+      for (const std::size_t x : {0u, 1u, 2u, 6u, 7u, 8u})
         EXPECT_EQ(pixels[x], R8{}) << x;
     }
   }

@@ -23,7 +23,26 @@ void Load(const host::HostImage& image, DrawnPicture& picture) {
   picture.values.assign(from, from + picture.width * picture.height * picture.components);
 }
 
+template <class Record>
+void Fill(std::optional<host::HostImage>& image, const std::optional<DrawnPicture>& picture, std::int32_t depth,
+          const std::optional<Record>& record) {
+  if (picture) ToHostImage(*picture, depth, *record, image.emplace());
+}
+
 }  // namespace
+
+HostedPictures::HostedPictures(const DrawnFrame& frame) {
+  const host::Job& job = frame.job;
+  ToHostImage(frame.initial, *job.depth, job.output, output);
+  Fill(input, frame.input, *job.depth, job.input);
+  Fill(input2, frame.input2, *job.depth, job.input2);
+  Fill(mask, frame.mask, *job.depth, job.mask);
+  if (mask) maskOffset = job.mask->offset;
+}
+
+host::FramePictures HostedPictures::Borrowed() {
+  return {&output, input ? &*input : nullptr, input2 ? &*input2 : nullptr, mask ? &*mask : nullptr, maskOffset};
+}
 
 void ToHostImage(const DrawnPicture& picture, std::int32_t depth, const host::ImageRecord& record,
                  host::HostImage& image) {
@@ -48,12 +67,7 @@ DrawnPicture FromHostImage(const host::HostImage& image) {
 
 DrawnPicture RenderByEffect(const DrawnFrame& frame) {
   const host::Job& job = frame.job;
-  const std::int32_t depth = *job.depth;
-  host::HostImage output, input, input2, mask;
-  ToHostImage(frame.initial, depth, job.output, output);
-  if (frame.input) ToHostImage(*frame.input, depth, *job.input, input);
-  if (frame.input2) ToHostImage(*frame.input2, depth, *job.input2, input2);
-  if (frame.mask) ToHostImage(*frame.mask, depth, *job.mask, mask);
+  HostedPictures held(frame);
 
   host::EffectHost effectHost(job.project);
   host::CoordMan coordMan(job.proxy);
@@ -64,12 +78,12 @@ DrawnPicture RenderByEffect(const DrawnFrame& frame) {
   IDSImageEffect& effect = hosted.Effect();
   effect.SetEffectHost(&effectHost);
   effect.SetField(static_cast<std::int32_t>(job.field));
-  effect.SetOutput(&output);
-  effect.SetInput(frame.input ? &input : nullptr);
-  effect.SetInput2(frame.input2 ? &input2 : nullptr);
-  if (frame.mask) effect.SetPixelMask(&mask, job.mask->offset[0], job.mask->offset[1]);
+  effect.SetOutput(&held.output);
+  effect.SetInput(held.input ? &*held.input : nullptr);
+  effect.SetInput2(held.input2 ? &*held.input2 : nullptr);
+  if (held.mask) effect.SetPixelMask(&*held.mask, held.maskOffset[0], held.maskOffset[1]);
   if (effect.RenderFrame(job.time) != kOk) throw std::runtime_error("the effect refused the frame");
-  return FromHostImage(output);
+  return FromHostImage(held.output);
 }
 
 }  // namespace vblur::differential

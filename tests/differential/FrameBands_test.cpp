@@ -18,15 +18,8 @@ namespace {
 // The output; nothing for bands that do not serve. No rows: the whole at once.
 std::optional<DrawnPicture> Render(const DrawnFrame& frame, std::int32_t rows) {
   const host::Job& job = frame.job;
-  const std::int32_t depth = *job.depth;
-  host::HostImage output, input, input2, mask;
-  ToHostImage(frame.initial, depth, job.output, output);
-  if (frame.input) ToHostImage(*frame.input, depth, *job.input, input);
-  if (frame.input2) ToHostImage(*frame.input2, depth, *job.input2, input2);
-  if (frame.mask) ToHostImage(*frame.mask, depth, *job.mask, mask);
-  host::FramePictures pictures{&output, frame.input ? &input : nullptr, frame.input2 ? &input2 : nullptr,
-                               frame.mask ? &mask : nullptr};
-  if (frame.mask) pictures.maskOffset = job.mask->offset;
+  HostedPictures held(frame);
+  const host::FramePictures pictures = held.Borrowed();
   if (!host::BandsServe(job, pictures)) return std::nullopt;
   host::EffectHost effectHost(job.project);
   host::CoordMan coordMan(job.proxy);
@@ -39,7 +32,7 @@ std::optional<DrawnPicture> Render(const DrawnFrame& frame, std::int32_t rows) {
   } else {
     host::RenderInBands(effect, pictures, effectHost, job.time, field, rows, [] { return true; });
   }
-  return FromHostImage(output);
+  return FromHostImage(held.output);
 }
 
 // Whatever a job says, as long as bands are said to serve it.

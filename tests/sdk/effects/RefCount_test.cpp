@@ -18,7 +18,7 @@ TEST(RefCount, StartsWithOneReference) {
 
 TEST(RefCount, CountsOnSeveralThreads) {
   constexpr int kThreads = 4;
-  constexpr int kEach = 200000;
+  constexpr int kEach = 4000000;
   RefCount count;
   std::latch all(kThreads);
   std::vector<std::thread> threads;
