@@ -29,15 +29,6 @@ std::string Joined(const std::vector<std::string>& words) {
   return text;
 }
 
-std::string StoredName(const host::StoredType& stored) {
-  const char* const kind = stored.number == host::NumberKind::Signed     ? "int"
-                           : stored.number == host::NumberKind::Unsigned ? "uint"
-                           : stored.bytes == 2                           ? "half"
-                           : stored.bytes == 4                           ? "float"
-                                                                         : "double";
-  return stored.number == host::NumberKind::Float ? kind : kind + std::to_string(stored.bits);
-}
-
 // An output of one format, as a render of the file makes it.
 struct Outcome {
   std::string extension;
@@ -53,7 +44,8 @@ Outcome OutcomeOf(const PictureReport& report, const OutputFormat& format) {
   outcome.kept = host::NameOf(host::NearestLayout(format, report.info.IsGrey(), report.info.HasAlpha())) + ", " +
                  std::string(host::NameOf(host::OutputTypeOf(report.info, format, storage))) +
                  (compression.empty() ? "" : ", " + compression);
-  outcome.lost = host::LossesOf(report, format, storage, report.info.NaturalDepth());
+  for (const host::Loss& loss : host::LossesOf(report, format, storage, report.info.NaturalDepth()))
+    outcome.lost.push_back(loss.what);
   return outcome;
 }
 
@@ -102,10 +94,13 @@ class InfoCommand : public Command {
     }
     std::vector<std::string> channels;
     for (const host::FileChannel& channel : info.all)
-      channels.push_back(channel.name + " " + StoredName(channel.type));
+      channels.push_back(channel.name + " " + host::NameOf(channel.type));
     add("channels", Joined(channels));
     if (info.HasAlpha()) add("alpha", report.associatedAlpha ? "colours declared as premultiplied" : "as stored");
+    if (info.hasInks) add("colours", "four inks, read as red, green and blue");
     if (info.pictures > 1) add("pictures", std::to_string(info.pictures) + ", of which the first is read");
+    if (info.tileWidth > 0) add("tiles", host::TilesOf(info));
+    if (info.levels > 1) add("levels", std::to_string(info.levels) + ", of which the largest is read");
     add("rendered at", std::to_string(info.NaturalDepth()) + " bits");
     if (!report.compression.empty()) add("compression", report.compression);
     for (const auto& [name, value] : report.attributes)
@@ -124,8 +119,11 @@ class InfoCommand : public Command {
         {"file", file}, {"format", info.format}, {"display", window(info.display)}, {"data", window(info.data)}};
     json["channels"] = Json::array();
     for (const host::FileChannel& channel : info.all)
-      json["channels"].push_back({{"name", channel.name}, {"type", StoredName(channel.type)}});
+      json["channels"].push_back({{"name", channel.name}, {"type", host::NameOf(channel.type)}});
     json["pictures"] = info.pictures;
+    json["levels"] = info.levels;
+    json["tiles"] = {info.tileWidth, info.tileHeight};
+    json["inks"] = info.hasInks;
     json["depth"] = info.NaturalDepth();
     json["compression"] = report.compression;
     json["premultiplied"] = report.associatedAlpha;

@@ -32,6 +32,7 @@ struct SetOf {
   static constexpr SetOf These(Members... members) {
     return {((1u << static_cast<unsigned>(members)) | ... | 0u)};
   }
+  constexpr void Add(Enum member) { bits |= 1u << static_cast<unsigned>(member); }
   constexpr bool Has(Enum member) const { return (bits >> static_cast<unsigned>(member) & 1u) != 0; }
 };
 

@@ -20,6 +20,11 @@ FileWindow Union(const FileWindow& a, const FileWindow& b) {
   return all;
 }
 
+std::string NameOf(const StoredType& stored) {
+  if (stored.number == NumberKind::Float) return stored.bytes == 2 ? "half" : stored.bytes == 4 ? "float" : "double";
+  return (stored.number == NumberKind::Signed ? "int" : "uint") + std::to_string(stored.bits);
+}
+
 TakenChannels PictureInfo::Taken() const {
   TakenChannels taken{choice.red, 0, choice};
   int last = 0;

@@ -38,6 +38,9 @@ struct StoredType {
   friend bool operator==(const StoredType&, const StoredType&) = default;
 };
 
+// As people call it: "uint16", "half", "double".
+std::string NameOf(const StoredType& stored);
+
 struct FileChannel {
   std::string name;  // such as "R" or "diffuse.R"
   StoredType type;
@@ -71,6 +74,13 @@ struct PictureInfo {
   StoredType stored;
   // Pictures in the file: pages, frames, parts. Only the first is read.
   std::int32_t pictures = 1;
+  // The first picture and its smaller copies (mip levels), which are not read.
+  std::int32_t levels = 1;
+  // Of the tiles that the file consists of; 0: it has none.
+  std::int32_t tileWidth = 0;
+  std::int32_t tileHeight = 0;
+  // Its colours are stored as cyan, magenta, yellow and black, and read as red, green and blue.
+  bool hasInks = false;
 
   // One channel spread over red, green and blue.
   bool IsGrey() const { return choice.red == choice.green && choice.red == choice.blue; }

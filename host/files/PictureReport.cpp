@@ -1,5 +1,7 @@
 #include "host/files/PictureReport.h"
 
+#include <algorithm>
+
 #include "host/files/PictureLibrary.h"
 
 namespace vblur::host {
@@ -19,19 +21,79 @@ int BitsOf(SampleType type) {
   return 24;
 }
 
-bool IsFloat(SampleType type) {
-  return type == SampleType::Half || type == SampleType::Float;
+bool Holds(SampleType type, const StoredType& stored) {
+  const bool isFloat = type == SampleType::Half || type == SampleType::Float;
+  switch (stored.number) {
+    case NumberKind::Unsigned: return BitsOf(type) >= stored.bits;
+    case NumberKind::Signed: return isFloat && BitsOf(type) >= stored.bits;
+    case NumberKind::Float: break;
+  }
+  return type == SampleType::Float ? stored.bytes <= 4 : type == SampleType::Half && stored.bytes <= 2;
 }
 
-bool HoldsLess(SampleType held, SampleType than) {
-  return BitsOf(held) < BitsOf(than) || (IsFloat(than) && !IsFloat(held));
+// Why samples change between a file and the pixels of a depth, whatever the effect does; empty where they come back as
+// they were. Signed 2.14 fixed point tells 16384 steps apart below 1.
+std::string ChangeAtDepth(const StoredType& stored, std::int32_t depth) {
+  const bool isWhole = stored.number == NumberKind::Unsigned;
+  if (depth == 8) return isWhole && stored.bits <= 8 ? "" : "8 bits are rendered";
+  if (depth == 16) return isWhole && stored.bits <= 14 ? "" : "steps of 1/16384 are rendered";
+  return Holds(SampleType::Float, stored) ? "" : "floats are rendered";
 }
 
-std::string ChannelList(const PictureInfo& info) {
+void AddSamples(const StoredType& stored, SampleType written, std::int32_t depth, std::vector<Loss>& losses) {
+  const std::string change =
+      Holds(written, stored) ? ChangeAtDepth(stored, depth) : std::string(NameOf(written)) + " are written";
+  if (change.empty()) return;
+  // The steps of halves from there on are no smaller.
+  const bool isDark =
+      depth == 16 && Holds(written, stored) && Holds(SampleType::Half, stored) && stored.number == NumberKind::Float;
+  const Loss loss{LossKind::Samples, NameOf(stored) + " samples" + (isDark ? " below 1/16" : "") + " (" + change + ")"};
+  if (std::ranges::find(losses, loss) == losses.end()) losses.push_back(loss);
+}
+
+std::vector<int> ChannelsTaken(const PictureInfo& info) {
+  std::vector<int> taken;
+  for (int channel = 0; channel < static_cast<int>(info.all.size()); ++channel) {
+    if (std::ranges::find(info.passing, channel) == info.passing.end()) taken.push_back(channel);
+  }
+  return taken;
+}
+
+const FileChannel& ChannelAt(const PictureInfo& info, int channel) {
+  return info.all[static_cast<std::size_t>(channel)];
+}
+
+void AddChannels(const PictureInfo& info, std::vector<Loss>& losses) {
+  if (info.passing.empty()) return;
   std::string names;
   for (const int at : info.passing)
-    names += (names.empty() ? "" : ", ") + info.all[static_cast<std::size_t>(at)].name;
-  return (info.passing.size() == 1 ? "channel " : "channels ") + names;
+    names += (names.empty() ? "" : ", ") + ChannelAt(info, at).name;
+  losses.push_back({LossKind::Channels, (info.passing.size() == 1 ? "channel " : "channels ") + names});
+}
+
+// What no output holds.
+void AddBeside(const PictureInfo& info, std::vector<Loss>& losses) {
+  const auto add = [&](LossKind kind, std::int32_t count, const char* one, const char* several) {
+    if (count > 0) losses.push_back({kind, std::to_string(count) + (count == 1 ? one : several)});
+  };
+  add(LossKind::Pictures, info.pictures - 1, " further picture", " further pictures");
+  add(LossKind::Levels, info.levels - 1, " smaller copy (mip level)", " smaller copies (mip levels)");
+  if (info.tileWidth > 0) losses.push_back({LossKind::Tiles, "tiles of " + TilesOf(info)});
+  if (info.hasInks) losses.push_back({LossKind::Colours, "four inks (red, green and blue are written)"});
+}
+
+void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> told, SetOf<MetadataGroup> held, PixelLayout pixels,
+                 std::vector<Loss>& losses) {
+  for (std::size_t group = 0; group < kMetadataNames.size(); ++group) {
+    const auto which = static_cast<MetadataGroup>(group);
+    if (!told.Has(which)) continue;
+    const std::string name(kMetadataNames[group]);
+    if (!held.Has(which)) {
+      losses.push_back({LossKind::Metadata, name});
+    } else if (which == MetadataGroup::Profile && !report.profileFits.Has(pixels)) {
+      losses.push_back({LossKind::Metadata, name + " (damaged, or for other colours)"});
+    }
+  }
 }
 
 }  // namespace
@@ -65,29 +127,54 @@ std::string NameOf(PixelLayout layout) {
   return "colour and alpha";
 }
 
-std::vector<std::string> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
-                                  std::int32_t depth) {
+std::string TilesOf(const PictureInfo& info) {
+  return std::to_string(info.tileWidth) + " x " + std::to_string(info.tileHeight) + " pixels";
+}
+
+std::string ListOf(const std::vector<Loss>& losses) {
+  std::string list;
+  for (const Loss& loss : losses)
+    list += (list.empty() ? "" : ", ") + loss.what;
+  return list;
+}
+
+std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
+                           std::int32_t depth) {
+  return LossesOf(report, format, storage, depth, NearestLayout(format, report.info.IsGrey(), report.info.HasAlpha()));
+}
+
+std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
+                           std::int32_t depth, PixelLayout pixels) {
   const PictureInfo& info = report.info;
-  std::vector<std::string> losses;
-  if (info.pictures > 1) {
-    losses.push_back(std::to_string(info.pictures - 1) + " further picture" + (info.pictures == 2 ? "" : "s"));
+  std::vector<Loss> losses;
+  AddBeside(info, losses);
+  if (!format.hasAnyChannels) AddChannels(info, losses);
+  if (info.HasAlpha() && !HasAlpha(pixels)) losses.push_back({LossKind::Alpha, "alpha"});
+  for (const int channel : ChannelsTaken(info)) {
+    const StoredType& stored = ChannelAt(info, channel).type;
+    const bool isOwn = format.hasAnyChannels && !storage.type;
+    AddSamples(stored, isOwn ? NearestType(format, TypeFor(stored)) : OutputTypeOf(info, format, storage), depth,
+               losses);
   }
-  if (!info.passing.empty() && !format.hasAnyChannels) losses.push_back(ChannelList(info));
-  if (info.HasAlpha() && !HasAlpha(NearestLayout(format, info.IsGrey(), true))) losses.push_back("alpha");
-  const SampleType stored = TypeFor(info.stored);
-  const SampleType written = OutputTypeOf(info, format, storage);
-  if (HoldsLess(written, stored)) {
-    losses.push_back(std::string(NameOf(stored)) + " samples (" + std::string(NameOf(written)) + " are written)");
-  } else if (depth == 8 && stored != SampleType::Unsigned8) {
-    losses.push_back(std::string(NameOf(stored)) + " samples (8 bits are rendered)");
+  AddMetadata(report, info.format == format.name ? report.beyondText : report.metadata, format.metadata, pixels,
+              losses);
+  if (!format.hasWindows && info.Picture() != info.display) {
+    losses.push_back({LossKind::Windows, "pixels beyond the frame"});
   }
-  for (std::size_t group = 0; group < kMetadataNames.size(); ++group) {
-    const auto which = static_cast<MetadataGroup>(group);
-    if (report.metadata.Has(which) && !format.metadata.Has(which)) losses.emplace_back(kMetadataNames[group]);
-  }
-  if (info.data != info.display && !format.hasWindows && Union(info.data, info.display) != info.display) {
-    losses.push_back("pixels beyond the frame");
-  }
+  return losses;
+}
+
+std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written, PixelLayout pixels,
+                                 std::int32_t depth) {
+  const PictureInfo& info = report.info;
+  std::vector<Loss> losses;
+  AddBeside(info, losses);
+  AddChannels(info, losses);
+  if (info.HasAlpha() && !HasAlpha(pixels)) losses.push_back({LossKind::Alpha, "alpha"});
+  if (!info.IsGrey() && IsGrey(pixels)) losses.push_back({LossKind::Colours, "colours"});
+  for (const int channel : ChannelsTaken(info))
+    AddSamples(ChannelAt(info, channel).type, written, depth, losses);
+  AddMetadata(report, report.metadata, {}, pixels, losses);
   return losses;
 }
 

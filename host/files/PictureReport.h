@@ -1,6 +1,7 @@
 // What a picture file holds, and what an output would not hold of it.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,21 +16,44 @@ struct PictureReport {
   std::string compression;       // by the format's name; empty: none, or not told
   bool associatedAlpha = false;  // the file declares its colours as premultiplied
   SetOf<MetadataGroup> metadata;
+  // The same without what another file of its format keeps as text, whatever its name.
+  SetOf<MetadataGroup> beyondText;
+  // The layouts of pixels that its colour profile is for; none where the profile is damaged.
+  SetOf<PixelLayout> profileFits;
   std::vector<std::pair<std::string, std::string>> attributes;  // names and values, in the order of the file
 };
 
 // Throws as ReadPictureInfo does.
 PictureReport ReportPicture(const std::filesystem::path& path);
 
-// What an output of this format, rendered at this depth from the file, lacks of what the file holds: "2 further
-// pictures", "alpha", "channel Z", "Exif data".
-std::vector<std::string> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
-                                  std::int32_t depth);
+enum class LossKind { Pictures, Levels, Tiles, Channels, Alpha, Colours, Samples, Metadata, Windows };
+
+struct Loss {
+  LossKind kind = LossKind::Pictures;
+  std::string what;  // such as "2 further pictures", "channel Z", "Exif data"
+
+  friend bool operator==(const Loss&, const Loss&) = default;
+};
+
+// What an output of this format, rendered at this depth from the file, lacks of what the file holds, whatever its
+// pixels are. Samples are lost that do not survive the conversion to the depth and to the output's type.
+std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
+                           std::int32_t depth);
+// The same for an output whose pixels have this layout.
+std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
+                           std::int32_t depth, PixelLayout pixels);
+// What a file of these pixels, which is made from other files, lacks of what this one holds.
+std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written, PixelLayout pixels,
+                                 std::int32_t depth);
+
+std::string ListOf(const std::vector<Loss>& losses);
 
 // The type, pixel layout and compression that such an output has.
 SampleType OutputTypeOf(const PictureInfo& source, const OutputFormat& format, const OutputStorage& storage);
 std::string OutputCompressionOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage);
 
 std::string NameOf(PixelLayout layout);
+// "64 x 64 pixels".
+std::string TilesOf(const PictureInfo& info);
 
 }  // namespace vblur::host

@@ -6,6 +6,8 @@
 #include <optional>
 #include <utility>
 
+#include "host/pictures/PictureReporting.h"
+
 namespace vblur::host {
 
 namespace {
@@ -41,19 +43,22 @@ bool IsGreyPicture(const HostImage& image) {
   return true;
 }
 
-bool IsOpaque(const HostImage& image) {
-  const std::size_t bytes = static_cast<std::size_t>(image.Depth() / 8);
-  const std::uint8_t full8 = 255;
-  const std::int16_t full16 = 16384;
-  const float full32 = 1.0f;
-  const void* const full = image.Depth() == 8    ? static_cast<const void*>(&full8)
-                           : image.Depth() == 16 ? static_cast<const void*>(&full16)
-                                                 : static_cast<const void*>(&full32);
-  const std::byte* const first = image.Row(0);
-  for (std::size_t at = 3 * bytes; at < image.ByteCount(); at += 4 * bytes) {
-    if (std::memcmp(first + at, full, bytes) != 0) return false;
+template <typename Component>
+double LeastAlpha(const HostImage& image, double full) {
+  Component least{};
+  for (std::size_t at = 3 * sizeof(Component); at < image.ByteCount(); at += 4 * sizeof(Component)) {
+    Component alpha;
+    std::memcpy(&alpha, image.Row(0) + at, sizeof alpha);
+    if (at == 3 * sizeof(Component) || alpha < least) least = alpha;
   }
-  return true;
+  return static_cast<double>(least) / full;
+}
+
+// As a part of the full one.
+double LeastAlpha(const HostImage& image) {
+  return image.Depth() == 8    ? LeastAlpha<std::uint8_t>(image, 255.0)
+         : image.Depth() == 16 ? LeastAlpha<std::int16_t>(image, 16384.0)
+                               : LeastAlpha<float>(image, 1.0);
 }
 
 bool IsZero(const std::byte* from, std::size_t bytes) {
@@ -94,6 +99,7 @@ class Plan {
   OutputLayout Make() {
     layout_.notes.clear();
     ChoosePixels();
+    NoteLosses();
     ChooseChannels();
     ChooseWindows();
     Describe();
@@ -115,15 +121,27 @@ class Plan {
       Note("the input is grey and the result is not; written as red, green and blue");
     }
     pixels_ = NearestLayout(format_, isGrey, hasAlpha);
-    if (hasAlpha && !HasAlpha(pixels_) && metadata_ != nullptr && !IsOpaque(image)) {
-      Note("alpha is dropped: " + Format() + " files are written without");
-    }
     type_ = metadata_ != nullptr ? OutputTypeOf(metadata_->info, format_, picture_.storage)
                                  : NearestType(format_, picture_.storage.type.value_or(TypeForDepth(image.Depth())));
-    if (metadata_ != nullptr && metadata_->input.get_int_attribute("Orientation", 1) > 1 &&
-        !format_.metadata.Has(MetadataGroup::Orientation)) {
-      Note("the orientation is dropped, the picture shows as it is stored: a " + Format() + " file holds none");
+  }
+
+  // Further pictures are told when the file is read.
+  void NoteLosses() {
+    if (metadata_ == nullptr) return;
+    // The weights of large blurs leave a little less of a full alpha.
+    constexpr double kFlat = 0.75;
+    std::vector<Loss> losses =
+        LossesOf(DescribePicture(*metadata_), format_, picture_.storage, picture_.image.Depth(), pixels_);
+    std::erase_if(losses, [](const Loss& loss) { return loss.kind == LossKind::Pictures; });
+    // By itself: it comes and goes with the pixels of a sequence.
+    const bool losesAlpha = std::erase_if(losses, [](const Loss& loss) { return loss.kind == LossKind::Alpha; }) > 0;
+    if (losesAlpha && LeastAlpha(picture_.image) < 1.0) {
+      Note("alpha is dropped: " + Format() + " files are written without");
     }
+    if (!metadata_->info.HasAlpha() && LeastAlpha(picture_.image) < kFlat) {
+      Note("the input has no alpha and the result has; written without it");
+    }
+    if (!losses.empty()) Note("lost: " + ListOf(losses));
   }
 
   // Grey takes red's place, or that of the grey channel.
@@ -174,7 +192,6 @@ class Plan {
     } else {
       AddInOrder(passes);
     }
-    if (metadata_ != nullptr && !metadata_->info.passing.empty() && !format_.hasAnyChannels) NoteDropped();
   }
 
   void AddComponents() {
@@ -208,14 +225,6 @@ class Plan {
         AddComponent(component, choice.red);
       }
     }
-  }
-
-  void NoteDropped() {
-    std::string names;
-    for (const int at : metadata_->info.passing)
-      names += (names.empty() ? "" : ", ") + metadata_->info.all[static_cast<std::size_t>(at)].name;
-    Note((metadata_->info.passing.size() == 1 ? "channel " + names + " is" : "channels " + names + " are") +
-         " dropped: a " + Format() + " file holds colour and alpha alone");
   }
 
   void ChooseWindows() {
@@ -265,9 +274,7 @@ class Plan {
     }
     const auto bits = type_ == SampleType::Unsigned10 ? 10 : type_ == SampleType::Unsigned12 ? 12 : 0;
     if (bits != 0) spec.attribute("oiio:BitsPerSample", bits);
-    if (metadata_ != nullptr && !ApplyMetadata(*metadata_, pixels_, spec, format_)) {
-      Note("the colour profile is dropped: it is damaged, or for other colours than those that are written");
-    }
+    if (metadata_ != nullptr) ApplyMetadata(*metadata_, pixels_, spec, format_);
     // Without this the writer multiplies by alpha or divides by it.
     const bool saysAssociated = metadata_ != nullptr && metadata_->associatedAlpha && format_.name == "tiff";
     if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);

@@ -54,6 +54,40 @@ std::string FirstBytes(const std::filesystem::path& path) {
   return bytes;
 }
 
+constexpr std::string_view kPngSignature("\x89PNG\r\n\x1a\n", 8);
+constexpr std::int32_t kMostFrames = 1000;
+
+// From behind the file's head.
+std::int32_t CountWebpFrames(std::ifstream& file) {
+  std::int32_t frames = 0;
+  std::string chunk(8, '\0');
+  while (frames < kMostFrames && file.read(chunk.data(), 8)) {
+    if (chunk.substr(0, 4) == "ANMF") ++frames;
+    // Chunks are padded to an even length.
+    const std::int64_t bytes = Little32(chunk, 4);
+    file.seekg(bytes + bytes % 2, std::ios::cur);
+  }
+  return std::max(1, frames);
+}
+
+// The number that is declared before the pixels, and one more where the picture of the pixels is no frame itself.
+std::int32_t CountPngFrames(std::ifstream& file) {
+  std::int64_t declared = 0;
+  bool isFrame = false;
+  file.seekg(static_cast<std::streamoff>(kPngSignature.size()));
+  std::string chunk(12, '\0');
+  while (file.read(chunk.data(), 12)) {
+    const std::string_view name = std::string_view(chunk).substr(4, 4);
+    if (name == "IDAT" || name == "IEND") break;
+    if (name == "acTL") declared = Big32(chunk, 8);
+    isFrame = isFrame || name == "fcTL";
+    // What is left of its bytes, and its checksum.
+    file.seekg(Big32(chunk, 0), std::ios::cur);
+  }
+  if (declared == 0) return 1;
+  return static_cast<std::int32_t>(std::min<std::int64_t>(declared + (isFrame ? 0 : 1), kMostFrames));
+}
+
 }  // namespace
 
 std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path) {
@@ -66,20 +100,12 @@ std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path) {
   return std::nullopt;
 }
 
-std::int32_t CountWebpFrames(const std::filesystem::path& path) {
-  constexpr std::int32_t kMost = 1000;
+std::int32_t CountFrames(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   std::string head(12, '\0');
-  if (!file.read(head.data(), 12) || head.substr(0, 4) != "RIFF" || head.substr(8) != "WEBP") return 1;
-  std::int32_t frames = 0;
-  std::string chunk(8, '\0');
-  while (frames < kMost && file.read(chunk.data(), 8)) {
-    if (chunk.substr(0, 4) == "ANMF") ++frames;
-    // Chunks are padded to an even length.
-    const std::int64_t bytes = Little32(chunk, 4);
-    file.seekg(bytes + bytes % 2, std::ios::cur);
-  }
-  return std::max(1, frames);
+  if (!file.read(head.data(), 12)) return 1;
+  if (head.substr(0, 4) == "RIFF" && head.substr(8) == "WEBP") return CountWebpFrames(file);
+  return head.substr(0, 8) == kPngSignature ? CountPngFrames(file) : 1;
 }
 
 }  // namespace vblur::host

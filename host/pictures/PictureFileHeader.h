@@ -16,7 +16,8 @@ struct HeaderSize {
 // For GIF, JPEG 2000 and HEIF; nothing for other formats, and where the header does not hold it.
 std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path);
 
-// The frames of an animated WebP file; 1 for other files.
-std::int32_t CountWebpFrames(const std::filesystem::path& path);
+// The pictures of an animated WebP or PNG file, the one that readers without animation show among them; 1 for other
+// files.
+std::int32_t CountFrames(const std::filesystem::path& path);
 
 }  // namespace vblur::host

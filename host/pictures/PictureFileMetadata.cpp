@@ -5,12 +5,15 @@
 #include <cstdint>
 #include <string>
 
+#include "host/base/NameMatch.h"
+
 namespace vblur::host {
 
 namespace {
 
 // How the source stored its pixels, or what is true of these pixels alone.
-constexpr std::array<std::string_view, 26> kStorage = {"compression",
+constexpr std::array<std::string_view, 27> kStorage = {"compression",
+                                                       "CompressionQuality",
                                                        "planarconfig",
                                                        "textureformat",
                                                        "wrapmodes",
@@ -44,26 +47,11 @@ constexpr std::array<std::string_view, 20> kFormatNames = {
 
 template <std::size_t count>
 bool Lists(const std::array<std::string_view, count>& names, std::string_view name) {
-  return std::ranges::find(names, name) != names.end();
+  return std::ranges::any_of(names, [&](std::string_view each) { return EqualIgnoringCase(each, name); });
 }
 
 bool BeginsWith(std::string_view name, std::string_view group) {
   return name.substr(0, group.size()) == group;
-}
-
-// Whether a profile is one for the colours of the file. Some writers refuse the whole picture for a damaged one.
-bool FitsProfile(const OIIO::ParamValue& profile, PixelLayout pixels) {
-  constexpr std::size_t kHeader = 132;
-  const std::string_view bytes(static_cast<const char*>(profile.data()), static_cast<std::size_t>(profile.datasize()));
-  if (bytes.size() < kHeader) return false;
-  const auto number = [&](std::size_t at) {
-    std::uint64_t value = 0;
-    for (std::size_t i = at; i < at + 4; ++i)
-      value = value << 8 | static_cast<unsigned char>(bytes[i]);
-    return value;
-  };
-  const bool isWhole = number(0) == bytes.size() && kHeader + 12 * number(128) <= bytes.size();
-  return isWhole && bytes.substr(36, 4) == "acsp" && bytes.substr(16, 4) == (IsGrey(pixels) ? "GRAY" : "RGB ");
 }
 
 bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
@@ -99,6 +87,24 @@ constexpr std::array<std::string_view, 5> kTexts = {"Artist", "Copyright", "Date
 
 }  // namespace
 
+// Some writers refuse the whole picture for a damaged one.
+SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile) {
+  constexpr std::size_t kHeader = 132;
+  const std::string_view bytes(static_cast<const char*>(profile.data()), static_cast<std::size_t>(profile.datasize()));
+  if (bytes.size() < kHeader) return {};
+  const auto number = [&](std::size_t at) {
+    std::uint64_t value = 0;
+    for (std::size_t i = at; i < at + 4; ++i)
+      value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    return value;
+  };
+  const bool isWhole = number(0) == bytes.size() && kHeader + 12 * number(128) <= bytes.size();
+  if (!isWhole || bytes.substr(36, 4) != "acsp") return {};
+  using Layouts = SetOf<PixelLayout>;
+  if (bytes.substr(16, 4) == "GRAY") return Layouts::These(PixelLayout::Grey, PixelLayout::GreyAlpha);
+  return bytes.substr(16, 4) == "RGB " ? Layouts::These(PixelLayout::Rgb, PixelLayout::Rgba) : Layouts{};
+}
+
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
   const std::string_view name(attribute.name().c_str(), attribute.name().size());
   if (Lists(kStorage, name) || BeginsWith(name, "oiio:") || BeginsWith(name, "ICCProfile:")) return std::nullopt;
@@ -115,6 +121,10 @@ std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
   return Lists(kTexts, name) ? MetadataGroup::Text : MetadataGroup::Other;
 }
 
+bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
+  return format == "png" && attribute.type() == OIIO::TypeDesc::STRING && attribute.name() != "ICCProfile";
+}
+
 PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
   PictureMetadata metadata;
   metadata.input = input;
@@ -125,22 +135,17 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   return metadata;
 }
 
-bool ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
                    const OutputFormat& format) {
-  bool keepsProfile = true;
   const bool sameFormat = metadata.info.format == format.name;
   for (const auto& attribute : metadata.input.extra_attribs) {
     const std::string_view name(attribute.name().c_str(), attribute.name().size());
     if (!IsPassed(name, sameFormat, format.name)) continue;
-    if (name == "ICCProfile" && !FitsProfile(attribute, pixels)) {
-      keepsProfile = false;
-      continue;
-    }
+    if (name == "ICCProfile" && !LayoutsOfProfile(attribute).Has(pixels)) continue;
     output.extra_attribs.push_back(attribute);
     // TIFF files get theirs on demand alone.
     if (format.name == "tiff" && BeginsWith(name, "IPTC:")) output.attribute("tiff:write_iptc", 1);
   }
-  return keepsProfile || !format.metadata.Has(MetadataGroup::Profile);
 }
 
 }  // namespace vblur::host

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include <OpenImageIO/imageio.h>
@@ -25,11 +26,15 @@ struct PictureMetadata {
 
 // The kind of an attribute; nothing for what tells how pixels are stored, or nothing new: an upright orientation.
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute);
+// Whether files of this format keep an attribute of theirs as a text, whatever its name: those of PNG files do.
+bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format);
+// The layouts of pixels that a colour profile is for; none for a damaged one.
+SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile);
 
 PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info);
-// Adds what an output of this layout may repeat: never how the source's pixels were stored. False when it leaves out a
-// colour profile that the format would hold.
-bool ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+// Adds what an output of this layout may repeat: never how the source's pixels were stored, nor a colour profile that
+// is not for them.
+void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
                    const OutputFormat& format);
 
 }  // namespace vblur::host

@@ -85,16 +85,30 @@ FileWindow DisplayWindow(const OIIO::ImageSpec& spec) {
   return {spec.full_x, spec.full_y, spec.full_width, spec.full_height};
 }
 
+constexpr int kMostCounted = 1000;
+
 // Pages, frames, parts.
 std::int32_t CountPictures(OIIO::ImageInput& file) {
-  constexpr int kMost = 1000;
   int count = std::max(1, file.spec().get_int_attribute("oiio:subimages"));
   if (count > 1) return count;
-  while (count < kMost && file.seek_subimage(count, 0))
+  while (count < kMostCounted && file.seek_subimage(count, 0))
     ++count;
   // What it says of the one behind the last.
   file.geterror();
   return count;
+}
+
+std::int32_t CountLevels(OIIO::ImageInput& file) {
+  int count = 1;
+  while (count < kMostCounted && file.seek_subimage(0, count))
+    ++count;
+  file.geterror();
+  return count;
+}
+
+bool HasInks(const OIIO::ImageSpec& spec) {
+  const std::string_view jpeg = spec.get_string_attribute("jpeg:ColorSpace");
+  return jpeg == "CMYK" || jpeg == "YCbCrK" || spec.get_string_attribute("tiff:ColorSpace") == "CMYK";
 }
 
 PictureInfo Describe(const std::filesystem::path& path, const std::string& format, const OIIO::ImageSpec& spec,
@@ -113,6 +127,9 @@ PictureInfo Describe(const std::filesystem::path& path, const std::string& forma
   }
   info.samples = KindOf(info);
   info.stored = info.all[static_cast<std::size_t>(info.choice.red)].type;
+  info.tileWidth = spec.tile_width;
+  info.tileHeight = spec.tile_height;
+  info.hasInks = HasInks(spec);
   return info;
 }
 
@@ -181,7 +198,8 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     auto file = OpenAnyFormat(path);
     RequireSize(path, file->spec(), choice.mostPixels);
     PictureInfo info = Describe(path, file->format_name(), file->spec(), choice);
-    info.pictures = info.format == "webp" ? CountWebpFrames(path) : CountPictures(*file);
+    info.pictures = std::max(CountPictures(*file), CountFrames(path));
+    info.levels = CountLevels(*file);
     if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
     return {std::move(file), std::move(info)};
   } catch (const Failure&) {

@@ -4,10 +4,13 @@
 #include <filesystem>
 
 #include "host/files/PictureReport.h"
+#include "host/pictures/PictureFileMetadata.h"
 
 namespace vblur::host {
 
 // As PictureLibrary::Report.
 PictureReport DescribeFile(const std::filesystem::path& path);
+// Of a picture that has been read.
+PictureReport DescribePicture(const PictureMetadata& metadata);
 
 }  // namespace vblur::host

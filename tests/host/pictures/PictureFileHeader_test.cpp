@@ -36,8 +36,27 @@ TEST_F(PictureFileHeader, BombsAreMetByTheirHeaders) {
 TEST_F(PictureFileHeader, FramesOfAnAnimatedWebpAreCounted) {
   using namespace std::string_literals;
   const std::string frame = "ANMF\x03\0\0\0abc\0"s;
-  EXPECT_EQ(CountWebpFrames(folder_.Write("a.webp", "RIFF\0\0\0\0WEBPVP8X\x02\0\0\0ab"s + frame + frame)), 2);
-  EXPECT_EQ(CountWebpFrames(folder_.Write("b.webp", "RIFF\0\0\0\0WEBPVP8L\x02\0\0\0ab"s)), 1);
+  EXPECT_EQ(CountFrames(folder_.Write("a.webp", "RIFF\0\0\0\0WEBPVP8X\x02\0\0\0ab"s + frame + frame)), 2);
+  EXPECT_EQ(CountFrames(folder_.Write("b.webp", "RIFF\0\0\0\0WEBPVP8L\x02\0\0\0ab"s)), 1);
+}
+
+// The picture that readers without animation show is a frame, or one more.
+TEST_F(PictureFileHeader, FramesOfAnAnimatedPngAreCounted) {
+  using namespace std::string_literals;
+  const auto count = [&](const std::string& chunks) {
+    return CountFrames(folder_.Write("a.png", "\x89PNG\r\n\x1a\n"s + chunks + "\0\0\0\x01IDATx"s + "crc!"));
+  };
+  const std::string header = "\0\0\0\x02IHDRabcrc!"s;
+  const std::string animation =
+      "\0\0\0\x08"
+      "acTL\0\0\0\x03\0\0\0\0crc!"s;
+  const std::string frame =
+      "\0\0\0\x04"
+      "fcTLabcdcrc!"s;
+  EXPECT_EQ(count(header), 1);
+  EXPECT_EQ(count(header + animation + frame), 3);
+  EXPECT_EQ(count(header + animation), 4);
+  EXPECT_EQ(count(animation.substr(0, 9)), 1);
 }
 
 }  // namespace
