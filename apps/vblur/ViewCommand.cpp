@@ -29,6 +29,11 @@ std::string PageChoice() {
   return names;
 }
 
+std::string PageHelp() {
+  std::string help = "Property page whose controls are shown [";
+  return help.append(pages::kFullBlur).append(", ").append(pages::kTransitionBlur).append(" for a transition]");
+}
+
 class ViewCommand : public Command {
  public:
   explicit ViewCommand(CLI::App& parent)
@@ -37,8 +42,7 @@ class ViewCommand : public Command {
     App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
     AddTextOption(*App(), "--frame", "N", "Frame of the job [its first]",
                   [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
-    AddTextOption(*App(), "--page", PageChoice(),
-                  "Property page whose controls are shown [FullBlurPPG, TransitionBlurPPG for a transition]",
+    AddTextOption(*App(), "--page", PageChoice(), PageHelp(),
                   [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
     AddTextOption(*App(), "--zoom", "Z", "Pixels of the view per pixel of the frame [1]",
                   [this](const std::string& text) { SetZoom(ParseNumber("--zoom", text)); });
