@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Compares the documents with the tree: who may include whom, the map of folders, and the files that they name.
+"""Compares the documents with the tree: who may include whom, the map of folders, and the files that they name. Also
+finds lines of more than 120 characters in them, outside tables and code.
 
 Exit code 1 when they differ.
 """
@@ -10,12 +11,19 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 DOCUMENTS = ["README.md", "CONTRIBUTING.md", "docs/ARCHITECTURE.md", "docs/ARITHMETIC.md", "docs/OVERLAY.md",
-             "docs/PERFORMANCE.md", "docs/GALLERY.md", "docs/JOBS.md", "docs/EMBEDDING.md"]
+             "docs/PERFORMANCE.md", "docs/GALLERY.md", "docs/JOBS.md", "docs/EMBEDDING.md", "docs/RELIABILITY.md",
+             "CHANGELOG.md"]
+LONGEST = 120
 CALL = re.compile(r"vblur_(?:module|check_includes)\(([^)]*)\)")
 LISTED = re.compile(r"MAY_INCLUDE((?:\s+(?!LINK\b)[\w/.]+)*)")
 NAMED = re.compile(r"`([\w/.-]+\.(?:h|cpp|py|sh|map|json|cmake))`")
 # Names of a user's files, not of this tree.
 EXAMPLES = re.compile(r"^(X|shot|look|out)[-_.]|(?:^|/)X(Command|_test)?[-_.]|^vblur/|^highway\.h$")
+
+
+def files():
+    return subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True, capture_output=True,
+                          text=True).stdout.split()
 
 
 def rooms():
@@ -48,26 +56,33 @@ def include_complaints(found):
 def map_complaints(found):
     folders = {name.strip("/") for row in table_rows("README.md", "Where things are")
                for name in re.findall(r"`([^`]+)`", row[0])}
-    for folder in sorted(found.keys() - folders):
+    tops = {name.split("/")[0] for name in files() if "/" in name and not name.startswith(".")}
+    mapped = {folder.split("/")[0] for folder in folders}
+    for folder in sorted((found.keys() - folders) | (tops - mapped)):
         yield f"README.md: {folder} is not in the map of folders"
 
 
 def file_complaints():
-    files = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True, capture_output=True,
-                           text=True).stdout.split()
+    known_files = files()
     for document in DOCUMENTS:
-        path = ROOT / document
-        if not path.exists():
-            continue
-        for name in NAMED.findall(path.read_text(encoding="utf-8")):
-            known = any(file == name or file.endswith("/" + name) for file in files)
+        for name in NAMED.findall((ROOT / document).read_text(encoding="utf-8")):
+            known = any(file == name or file.endswith("/" + name) for file in known_files)
             if not known and not EXAMPLES.search(name):
                 yield f"{document}: there is no file {name}"
 
 
+def length_complaints():
+    for document in DOCUMENTS:
+        in_code = False
+        for number, line in enumerate((ROOT / document).read_text(encoding="utf-8").splitlines(), 1):
+            in_code ^= line.startswith("```")
+            if len(line) > LONGEST and not in_code and not line.startswith("|"):
+                yield f"{document}:{number}: {len(line)} characters, expected at most {LONGEST}"
+
+
 def main():
     found = rooms()
-    complaints = [*include_complaints(found), *map_complaints(found), *file_complaints()]
+    complaints = [*include_complaints(found), *map_complaints(found), *file_complaints(), *length_complaints()]
     print("".join(complaint + "\n" for complaint in complaints), end="")
     return 1 if complaints else 0
 
