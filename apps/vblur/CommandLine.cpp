@@ -100,7 +100,7 @@ std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
   return host::UnknownName("option", unknown, names) + HelpHint(command);
 }
 
-// The option library's own words for values that are missing, too many or not wanted name neither.
+// Replaces the option library's messages about missing, repeated and unwanted values.
 std::string WrongValue(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error) {
   const std::string message = error.what();
   const std::size_t start = message.find("--");
@@ -145,7 +145,7 @@ class Program {
     }
     app_.footer(
         "vblur INPUT OUTPUT is short for vblur render INPUT OUTPUT, vblur --job FILE for vblur job FILE; vblur help "
-        "COMMAND tells about a command.\n"
+        "COMMAND explains a command.\n"
         "Exit codes: 0 done, 1 some frames failed, 2 wrong usage or job, 3 cannot read, 4 cannot write, "
         "128 and more ended by a signal: 130 for Ctrl-C.");
   }
@@ -212,9 +212,9 @@ ExitCode RunGuarded(Program& program, int argc, char** argv) {
   try {
     return program.Run(argc, argv);
   } catch (const host::Failure& failure) {
-    // Who has left a pipe need not be told.
-    const bool unheard = failure.Code() == ExitCode::Interrupted && Interruption::Caught() == SIGPIPE;
-    if (!unheard) program.Screen().Fail(failure.what());
+    // No message after a broken pipe.
+    const bool isPipeBroken = failure.Code() == ExitCode::Interrupted && Interruption::Caught() == SIGPIPE;
+    if (!isPipeBroken) program.Screen().Fail(failure.what());
     return failure.Code();
   } catch (const std::bad_alloc&) {
     program.Screen().Fail("not enough memory");

@@ -11,10 +11,10 @@ namespace vblur::cli {
 // `--frames` of a command that draws a sequence: one range.
 void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames);
 
-// `--frames` and `--renumber` of a command that renders, which a job file's frames can be changed with too.
+// `--frames` and `--renumber` of a command that renders; they also change a job file's.
 void AddFramesOption(CLI::App& app, std::optional<host::FrameChoice>& frames);
 void AddRenumberOption(CLI::App& app, std::optional<std::int32_t>& number);
-// The frames that are chosen of a job; looks for its files where the choice asks for what exists.
+// The chosen frames of a job; looks for its files where the choice depends on them.
 host::FrameList FramesOf(const host::FrameChoice& choice, const host::Job& job);
 
 // All of them: `--depth`, `--field`, `--roi`, `--time`, ... Job and frames must outlive the parsing.

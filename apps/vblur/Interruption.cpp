@@ -27,7 +27,7 @@ std::size_t lastWordsSize = 0;
 [[noreturn]] void EndAtOnce(int signal) {
   host::RemoveNotedParts();
   if (signal != SIGPIPE && screen >= 0) {
-    // Nobody is left to be told of a failure.
+    // The result is ignored: the process ends.
     [[maybe_unused]] const auto written = ::write(screen, lastWords.data(), lastWordsSize);
   }
   ::_exit(128 + signal);
@@ -37,7 +37,7 @@ extern "C" void StopWork(int signal) {
   const int kept = errno;
   int none = 0;
   if (!caught.compare_exchange_strong(none, signal)) {
-    // Further lines for a reader who has left break the pipe again.
+    // Each further write to a broken pipe raises the signal again.
     if (signal != SIGPIPE) EndAtOnce(none);
     return;
   }

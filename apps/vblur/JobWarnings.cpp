@@ -14,7 +14,7 @@ namespace vblur::cli {
 
 namespace {
 
-// The output in its frame: where its lower left corner lies from that of the frame, and its size.
+// The output in its frame: the offset of its lower left corner from the frame's, and its size.
 struct OutputPart {
   std::array<std::int64_t, 2> corner{0, 0};
   std::array<std::int64_t, 2> size{0, 0};

@@ -1,4 +1,4 @@
-// Warnings of what a job may well ask for but its author hardly meant.
+// Warnings about valid but unlikely jobs.
 #pragma once
 
 #include "apps/vblur/Terminal.h"

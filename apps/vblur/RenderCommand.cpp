@@ -66,7 +66,7 @@ class RenderCommand : public Command {
     storage_.ApplyTo(job_);
     if (!loadedProperties_.empty()) LoadProperties();
     const std::vector<host::Job> jobs = Jobs();
-    // Nothing is written where one of several is refused.
+    // If one of several is refused, nothing is written.
     for (const host::Job& job : jobs)
       host::CheckJob(job, {.outputMayBeInput = run_.render.overwrite});
     if (jobs.size() > 1) CheckApart(jobs);

@@ -40,7 +40,7 @@ host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const R
   host::Progress progress(terminal.Stream(), StyleOf(global, run, terminal));
   if (terminal.IsQuiet()) progress.BeQuiet();
   const auto server = LoadServer(global);
-  // Before the warnings: nothing is warned of that is refused.
+  // Before the warnings: a refused job gets none.
   host::CheckValues(job);
   WarnOfValues(job, terminal);
   WarnOfRegion(job, terminal);

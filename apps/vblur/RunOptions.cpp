@@ -29,7 +29,7 @@ void SetFramesInFlight(host::RenderOptions& options, const std::string& text) {
 }
 
 void SetOverwrite(host::RenderOptions& options, const std::string& text) {
-  // What the option stands for alone.
+  // The option's value when given without one.
   constexpr std::string_view kPlain = "true";
   if (text != kPlain && text != "lossy") host::Refuse("--overwrite", "expected no value or lossy, found " + text);
   options.overwrite = true;

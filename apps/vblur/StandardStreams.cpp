@@ -16,7 +16,7 @@ namespace vblur::cli {
 void OpenStandardStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(stream, F_GETFD) >= 0) continue;
-    // The lowest number that is free is this one. Open the wrong way round: use of it fails.
+    // The lowest free number is this one. Opened for the wrong direction, so that its use fails.
     [[maybe_unused]] const int taken = ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
   // All that a command prints is then written at its end, where the error is known.

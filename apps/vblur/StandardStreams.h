@@ -6,12 +6,11 @@
 
 namespace vblur::cli {
 
-// Puts something in the place of standard streams that the process was started without, so that no file that it opens
-// takes their place. Writing to one still fails.
+// Opens closed standard streams on /dev/null, so that files do not get their numbers. Using one still fails.
 void OpenStandardStreams();
 
 // Completes the standard output. Returns the exit status of the program: what `code` says, or that of an output that
-// could not be written, which is told unless its reader has left.
+// could not be written, which is reported unless the pipe is broken.
 int FinishStandardOutput(host::ExitCode code, Terminal& terminal);
 
 }  // namespace vblur::cli

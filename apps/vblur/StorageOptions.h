@@ -7,7 +7,7 @@
 
 namespace vblur::cli {
 
-// What the command line says of a job's output.
+// The command line's settings of a job's output.
 struct StorageChanges {
   host::OutputStorage storage;
   bool premultipliesAround = false;

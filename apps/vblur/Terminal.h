@@ -24,7 +24,7 @@ class Terminal {
   // A line of requested detail, without a prefix; nothing in JSON mode.
   void Note(const std::string& line);
 
-  // What a message looks like, with its line break.
+  // A message as it is printed, with its line break.
   std::string Line(const char* event, const std::string& text) const;
 
   std::FILE* Stream() const { return stream_; }

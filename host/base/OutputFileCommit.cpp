@@ -47,7 +47,7 @@ void OutputFileCommit::Commit() {
   if (error) RefuseToWrite(target_, error.message());
   committed_ = true;
   if (!synced_) return;
-  // A folder may be one to write in but not to read.
+  // A folder may be writable but not readable.
   const auto folder = target_.parent_path();
   const int unsynced = SyncPath(folder.empty() ? "." : folder, O_DIRECTORY);
   if (unsynced != 0 && unsynced != EACCES) RefuseToWrite(target_, std::generic_category().message(unsynced));

@@ -40,7 +40,7 @@ std::optional<pid_t> WriterOf(const std::string& fileName) {
   return static_cast<pid_t>(std::stol(parts[2].str()));
 }
 
-// As many as frames can be in flight, and some. What finds no place is left to RemoveAbandonedParts.
+// More than frames can be in flight. Files without a place are left to RemoveAbandonedParts.
 constexpr std::size_t kMostNotes = 1024;
 std::array<std::atomic<char*>, kMostNotes> notes;
 static_assert(std::atomic<char*>::is_always_lock_free, "a signal handler must not wait for a lock");
@@ -69,7 +69,7 @@ PartFileNote::PartFileNote(const std::filesystem::path& file) : name_(::strdup(f
   std::free(name_);
 }
 
-// What a signal handler has taken stays with it.
+// A name taken by a signal handler is not freed.
 PartFileNote::~PartFileNote() {
   char* own = name_;
   if (place_ != nullptr && place_->compare_exchange_strong(own, nullptr)) std::free(name_);

@@ -18,7 +18,7 @@ std::filesystem::path RealPath(const std::filesystem::path& path) {
 }  // namespace
 
 std::filesystem::path EndOfLinks(std::filesystem::path path) {
-  // More are a circle to the system as well.
+  // The system takes more for a circle, too.
   constexpr int kMostLinks = 40;
   std::error_code error;
   for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(path, error); ++i) {

@@ -13,8 +13,7 @@ namespace vblur::host {
 // that is missing, unreadable or larger than 16 MiB.
 std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind);
 
-// The whole text in a temporary file, which takes its name, also an existing one's, when committed. Throws Failure
-// (cannot write).
+// The whole text in a temporary file, which replaces the target when committed. Throws Failure (cannot write).
 std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,
                                                   const std::string& kind);
 

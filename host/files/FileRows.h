@@ -23,7 +23,7 @@ class FileRows {
   virtual void Put(const std::byte* samples) = 0;
   // After the last row.
   virtual void Finish() {}
-  // What the depth did not carry.
+  // Values that the depth does not hold.
   virtual BeyondRange Lost() const { return {}; }
 
  protected:

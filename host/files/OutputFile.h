@@ -26,7 +26,7 @@ class WrittenPicture {
   WrittenPicture& operator=(WrittenPicture&&) noexcept;
 
   const std::filesystem::path& WrittenPath() const;
-  // What the file does not hold of the source picture, a line each; the same for pictures of the same kind.
+  // What the file loses of the source picture, a line each; the same for pictures of the same kind.
   const std::vector<std::string>& Notes() const { return notes_; }
   // Throws Failure (cannot write), also when the target has become unwritable.
   void Commit();

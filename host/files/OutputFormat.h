@@ -36,7 +36,7 @@ struct SetOf {
   constexpr bool Has(Enum member) const { return (bits >> static_cast<unsigned>(member) & 1u) != 0; }
 };
 
-// Kinds of what files tell beside their pixels.
+// The kinds of metadata.
 enum class MetadataGroup : std::uint8_t {
   Exif,
   Gps,
@@ -51,7 +51,7 @@ enum class MetadataGroup : std::uint8_t {
   Other
 };
 
-// By MetadataGroup, as people call them.
+// By MetadataGroup: their names in messages.
 inline constexpr std::array<std::string_view, 11> kMetadataNames{
     "Exif data",    "GPS data", "IPTC data", "colour profile", "orientation",     "resolution",
     "pixel aspect", "text",     "time code", "DPX header",     "other attributes"};
@@ -61,7 +61,7 @@ struct OutputFormat {
   std::string_view extensions;  // in lower case, separated by spaces
   SetOf<SampleType> types;
   SetOf<PixelLayout> layouts;
-  bool hasWindows;                // files tell a data window apart from the frame
+  bool hasWindows;                // a data window besides the display window
   bool hasAnyChannels;            // of any number, name and type
   std::string_view compressions;  // what files of this format can be packed with, separated by spaces
   bool hasQuality;
@@ -75,7 +75,7 @@ std::span<const OutputFormat> OutputFormats();
 // The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 
-// Whether a format knows a compression, whatever its case; its own spelling, or nothing.
+// The format's spelling of a compression, which may be in any case; empty where it has none of that name.
 std::string FindCompression(const OutputFormat& format, std::string_view name);
 
 // Refuses what the format of a file does not have. Throws Failure (wrong usage) that names the option or field.
@@ -83,7 +83,7 @@ void CheckStorage(const std::filesystem::path& path, const OutputStorage& storag
 
 // The narrowest type that holds a stored sample.
 SampleType TypeFor(const StoredType& stored);
-// That of a picture that comes from no file.
+// The type of a picture without a source file.
 SampleType TypeForDepth(std::int32_t depth);
 // The type itself, or the nearest that the format has: one that holds all of it before one that does not.
 SampleType NearestType(const OutputFormat& format, SampleType wanted);

@@ -48,7 +48,7 @@ class PictureLibrary {
 
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
   virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) = 0;
-  // Returns what the file does not hold of the source picture, a line each. Throws Failure (cannot write), and
+  // Returns what the file loses of the source picture, a line each. Throws Failure (cannot write), and
   // FileInterrupted.
   virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.

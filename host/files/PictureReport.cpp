@@ -8,7 +8,7 @@ namespace vblur::host {
 
 namespace {
 
-// The whole numbers that a type tells apart, in bits.
+// The bits of the whole numbers that a type holds exactly.
 int BitsOf(SampleType type) {
   switch (type) {
     case SampleType::Unsigned8: return 8;
@@ -32,7 +32,7 @@ bool Holds(SampleType type, const StoredType& stored) {
 }
 
 // Why samples change between a file and the pixels of a depth, whatever the effect does; empty where they come back as
-// they were. Signed 2.14 fixed point tells 16384 steps apart below 1.
+// they were. Signed 2.14 fixed point has 16384 steps below 1.
 std::string ChangeAtDepth(const StoredType& stored, std::int32_t depth) {
   const bool isWhole = stored.number == NumberKind::Unsigned;
   if (depth == 8) return isWhole && stored.bits <= 8 ? "" : "8 bits are rendered";
@@ -82,11 +82,11 @@ void AddBeside(const PictureInfo& info, std::vector<Loss>& losses) {
   if (info.hasInks) losses.push_back({LossKind::Colours, "four inks (red, green and blue are written)"});
 }
 
-void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> told, SetOf<MetadataGroup> held, PixelLayout pixels,
-                 std::vector<Loss>& losses) {
+void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetOf<MetadataGroup> held,
+                 PixelLayout pixels, std::vector<Loss>& losses) {
   for (std::size_t group = 0; group < kMetadataNames.size(); ++group) {
     const auto which = static_cast<MetadataGroup>(group);
-    if (!told.Has(which)) continue;
+    if (!present.Has(which)) continue;
     const std::string name(kMetadataNames[group]);
     if (!held.Has(which)) {
       losses.push_back({LossKind::Metadata, name});
@@ -105,7 +105,7 @@ PictureReport ReportPicture(const std::filesystem::path& path) {
 
 SampleType OutputTypeOf(const PictureInfo& source, const OutputFormat& format, const OutputStorage& storage) {
   const SampleType stored = TypeFor(source.stored);
-  // Few programs read halves in TIFF files: only a file that held them, or one that was asked to, does.
+  // Few programs read halves in TIFF files: they are written where the source has them or the user asks for them.
   const bool widens = stored == SampleType::Half && format.name == "tiff" && source.format != "tiff";
   return NearestType(format, storage.type.value_or(widens ? SampleType::Float : stored));
 }

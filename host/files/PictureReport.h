@@ -1,4 +1,4 @@
-// What a picture file holds, and what an output would not hold of it.
+// What a picture file holds, and what an output would lose.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace vblur::host {
 
 struct PictureReport {
   PictureInfo info;
-  std::string compression;       // by the format's name; empty: none, or not told
+  std::string compression;       // by the format's name; empty: none, or not reported
   bool associatedAlpha = false;  // the file declares its colours as premultiplied
   SetOf<MetadataGroup> metadata;
   // The same without what another file of its format keeps as text, whatever its name.

@@ -29,7 +29,7 @@ void ReadAmounts(const Sample* samples, int channels, int channel, Component* pi
   }
 }
 
-// What a depth carries, half a step more on either side.
+// The range of a depth, half a step more on either side.
 struct Carried {
   float low;
   float high;
@@ -41,7 +41,7 @@ constexpr Carried CarriedBy(std::int32_t depth) {
   return depth == 8 ? Carried{-0.5f / 255.0f, 255.5f / 255.0f} : Carried{-32768.5f / 16384.0f, 32767.5f / 16384.0f};
 }
 
-// Of all channels, those too that are not taken. Most rows are within, so this is fast.
+// Checks all channels, taken or not: a loop without conditions is fast, and most rows are within.
 bool AllWithin(const float* samples, std::size_t count, Carried carried) {
   std::uint32_t beyond = 0;
   for (std::size_t i = 0; i < count; ++i)

@@ -31,7 +31,7 @@ class EffectServer {
   EffectFactory Factory() const {
     return [this] { return CreateEffect(); };
   }
-  // A class object of the server, as it answers.
+  // A class object of the server, with its result.
   HRESULT GetClassObject(const GUID& clsid, const GUID& iid, void** result) const;
 
   const std::filesystem::path& File() const { return file_; }

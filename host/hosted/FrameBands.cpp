@@ -32,7 +32,7 @@ bool BandsServe(const Job& job, const FramePictures& pictures) {
 
 namespace {
 
-// Bands overlap by what the filter reads beyond them: that much is to be less than the half of its work.
+// Bands overlap by what the filter reads beyond them: kept below half of its work.
 std::int32_t RowsForReach(const InputOverscan& overscan, std::int32_t height) {
   const double reach = std::ceil(std::max({overscan.bottom, overscan.top, 0.0}));
   return static_cast<std::int32_t>(std::min(2.0 * reach, static_cast<double>(height))) / 2 * 2;

@@ -20,10 +20,10 @@ bool BandsServe(const Job& job);
 // The rows of a band: all rows unless the picture is large.
 std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height);
 
-// As HostedEffect::RenderFrame, in bands from the lowest up: of that many rows,
-// then of more for filters that reach far. Ends at the first result that is not 0, and
-// when `afterBand`, called after each, answers false. As many rows as the output
-// has: at once, with the region that the effect has. Leaves the effect with the region of the last band.
+// As HostedEffect::RenderFrame, in bands from the lowest up: the first of `rows` rows, the others of more where the
+// filter reaches far. Ends at the first result that is not 0, and when `afterBand`, called after each, returns false.
+// With as many rows as the output has, renders it at once in the region that the effect has; otherwise leaves the
+// effect with the region of the last band.
 HRESULT RenderInBands(HostedEffect& effect, const FramePictures& pictures, IDSEffectHost& host, double time,
                       std::int32_t field, std::int32_t rows, const std::function<bool()>& afterBand);
 

@@ -89,7 +89,7 @@ class HostedEffect {
   void BorrowPictures(const FramePictures& pictures, IDSEffectHost* host, std::int32_t field);
   HRESULT RenderBorrowed(const FramePictures& pictures, double time);
 
-  // Makes a call and notes it. `call` answers an HRESULT.
+  // Makes a call and notes it. `call` returns an HRESULT.
   template <typename Call>
   HRESULT Made(const char* name, const std::string& arguments, Call call) const;
 

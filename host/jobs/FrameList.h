@@ -26,7 +26,7 @@ class FrameList {
   FrameList(const FrameRange& range) : FrameList(std::vector{range}) {}
   // At least one range, and no frame in two of them.
   explicit FrameList(std::vector<FrameRange> ranges);
-  // These frames, each once, in ranges as few as follow one another.
+  // These frames, in this order and none twice; equally spaced ones are joined into ranges.
   static FrameList Of(const std::vector<std::int32_t>& frames);
 
   const std::vector<FrameRange>& Ranges() const { return ranges_; }

@@ -140,7 +140,7 @@ std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path
     std::int32_t frame = 0;
     const auto [stop, wrong] = std::from_chars(digits.data(), digits.data() + digits.size(), frame);
     if (wrong != std::errc{} || stop != digits.data() + digits.size()) continue;
-    // Of this width, and a file behind it.
+    // The number has the pattern's width, and the file exists.
     const std::string file = FileName(frame);
     if (file.compare(start, name.size(), name) != 0) continue;
     std::error_code ignored;

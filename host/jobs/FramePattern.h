@@ -10,7 +10,7 @@
 namespace vblur::host {
 
 // The frame number is written %d, %0Nd (N up to 32) or as # or @, one for each digit: two or more, or a single one
-// behind ., _ or - and before a dot, as in shot.#.exr; any other single one is just that. %% stands for a percent sign,
+// behind ., _ or - and before a dot, as in shot.#.exr; any other single one is literal. %% stands for a percent sign,
 // %# and %@ for marks, where they would be read as a number.
 class FramePattern {
  public:

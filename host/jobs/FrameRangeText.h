@@ -35,7 +35,7 @@ class FrameChoice {
   struct Part {
     bool isAll = false;
     FrameRange range;
-    bool isOpen = false;  // range.last is that which exists
+    bool isOpen = false;  // up to the last frame that exists
   };
   std::vector<Part> parts_;
 };

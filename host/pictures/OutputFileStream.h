@@ -14,7 +14,7 @@ namespace vblur::host {
 
 class OutputFileStream final : public OIIO::Filesystem::IOProxy {
  public:
-  // `stop` is borrowed; once it is true nothing more is written, and no error is told.
+  // `stop` is borrowed; once it is true nothing more is written, and no error is reported.
   OutputFileStream(const std::filesystem::path& path, const StopTest& stop);
   ~OutputFileStream() override;
 

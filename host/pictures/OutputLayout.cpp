@@ -125,7 +125,7 @@ class Plan {
                                  : NearestType(format_, picture_.storage.type.value_or(TypeForDepth(image.Depth())));
   }
 
-  // Further pictures are told when the file is read.
+  // Further pictures are reported when the file is read.
   void NoteLosses() {
     if (metadata_ == nullptr) return;
     // The weights of large blurs leave a little less of a full alpha.

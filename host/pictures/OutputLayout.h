@@ -30,9 +30,9 @@ struct OutputChannel {
 struct OutputLayout {
   OIIO::ImageSpec spec;
   std::vector<OutputChannel> channels;
-  // Where the picture lies in the coordinates of the file; `spec` tells which part of it is written.
+  // Where the picture lies in the coordinates of the file; `spec` has the part that is written.
   FileWindow picture;
-  // What the file does not hold of the source picture, a line each.
+  // What the file loses of the source picture, a line each.
   std::vector<std::string> notes;
 
   std::size_t PixelBytes() const;

@@ -11,7 +11,7 @@ namespace vblur::host {
 
 // Red, green, blue and alpha by name, in the layer that is asked for: "diffuse.R" is red in "diffuse". Without these
 // names the first channels that are not alpha, and one alone is grey. For a mask the channel that is asked for stands
-// in place of all colours; without one the first of the file stands in place of red, and the others tell whether alpha
+// in place of all colours; without one the first of the file stands in place of red, and the others show whether alpha
 // alone varies. Throws Failure (cannot read) with the names that there are.
 ChannelChoice ChooseChannels(const std::filesystem::path& path, const OIIO::ImageSpec& spec, const ReadChoice& choice);
 

@@ -1,5 +1,5 @@
-// What the first bytes of a file tell before its format's reader is asked: some readers decode the picture as they open
-// the file, or count no pictures.
+// Facts from the first bytes of a file, for formats whose readers decode the picture as they open the file, or count no
+// pictures.
 #pragma once
 
 #include <cstdint>

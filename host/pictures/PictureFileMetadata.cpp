@@ -56,9 +56,9 @@ bool BeginsWith(std::string_view name, std::string_view group) {
 
 bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
   if (Lists(kStorage, name) || BeginsWith(name, "ICCProfile:")) return false;
-  // Written as colour tags by some formats, and of no meaning to others.
+  // Some formats write these as colour tags, others ignore them.
   if (BeginsWith(name, "oiio:")) return sameFormat && (name == "oiio:ColorSpace" || name == "oiio:Gamma");
-  // To the DPX reader an orientation is a reason to swap width and height.
+  // The DPX reader swaps width and height by an orientation.
   if (name == "Orientation") return format != "dpx";
   const std::string_view group = name.substr(0, name.find(':'));
   if (group.size() == name.size() || !Lists(kFormatNames, group)) return true;
@@ -115,7 +115,7 @@ std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
   const auto named =
       std::ranges::find_if(kGroups, [&](const NamedGroup& each) { return BeginsWith(name, each.beginning); });
   if (named != kGroups.end()) return named->group;
-  // Headers of formats that hold nothing else, and their spellings of what is told above.
+  // A format's own header fields, and its spellings of the groups above.
   const std::string_view group = name.substr(0, name.find(':'));
   if (group.size() != name.size() && Lists(kFormatNames, group)) return std::nullopt;
   return Lists(kTexts, name) ? MetadataGroup::Text : MetadataGroup::Other;

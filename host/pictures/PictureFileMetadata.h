@@ -24,7 +24,7 @@ struct PictureMetadata {
   bool associatedAlpha = false;
 };
 
-// The kind of an attribute; nothing for what tells how pixels are stored, or nothing new: an upright orientation.
+// An attribute's group; none for storage attributes, and for the default orientation and pixel aspect.
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute);
 // Whether files of this format keep an attribute of theirs as a text, whatever its name: those of PNG files do.
 bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format);

@@ -31,7 +31,7 @@ struct OpenPicture {
 // Throws as ReadPictureInfo does.
 OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice);
 
-// Readers of damaged files may throw instead of answering. Throws Failure (cannot read).
+// Readers of damaged files may throw instead of returning an error. Throws Failure (cannot read).
 [[noreturn]] void RefuseDamaged(const std::filesystem::path& path, const std::exception& error);
 
 OIIO::TypeDesc TypeOf(SampleKind kind);

@@ -1,4 +1,4 @@
-// What a picture file tells about itself.
+// Reports what a picture file holds.
 #pragma once
 
 #include <filesystem>

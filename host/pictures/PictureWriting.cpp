@@ -104,7 +104,7 @@ class Writing {
     return std::vector<std::byte>(rows_->RowBytes() * static_cast<std::size_t>(std::min(chunk_, layout_.spec.height)));
   }
 
-  // The part of the header that means nothing: the writer leaves there what its memory held before.
+  // Clears the unused part of the header, which the writer leaves uninitialised.
   void ClearHeader() const {
     constexpr long kUnused = 20;
     const std::array<char, 512 - kUnused> zeros{};

@@ -1,4 +1,4 @@
-// What frames in flight take of the memory.
+// Memory use of frames in flight.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct FrameMemory {
   std::int64_t Total() const { return pictures + own; }
 };
 
-// Of a frame at a depth, from the headers of its files; no pictures, nothing. Throws as ReadPictureInfo does.
+// Of a frame at a depth, from the headers of its files; all 0 without pictures. Throws as ReadPictureInfo does.
 FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, std::int32_t depth);
 
 // Throws Failure (some frames failed, FailureKind::NeedsMemory) for a frame that takes more than is allowed, with both

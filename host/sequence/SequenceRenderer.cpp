@@ -143,7 +143,7 @@ bool SequenceRun::IsWhole(FrameSlot& slot) const {
   return false;
 }
 
-// As far as headers tell: of the whole picture in formats with windows, of the display window in others.
+// As far as headers have them: of the whole picture in formats with windows, of the display window in others.
 std::vector<std::array<std::int32_t, 2>> SequenceRun::SizesOf(std::int32_t frame) const {
   const auto& width = job_.output.width;
   const auto& height = job_.output.height;
@@ -212,7 +212,7 @@ void SequenceRun::CheckFiles() {
   RemoveAbandonedParts(EndOfLinks(OutputOf(frames_.FrameAt(0))).parent_path());
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
-    // One that is not whole is rendered all the same; its inputs are missed then.
+    // Incomplete outputs are rendered; missing inputs then fail that frame.
     if (MayBeSkipped(frame)) continue;
     if (options_.onError == OnError::Stop) CheckInputs(frame);
     RequireWritable(OutputOf(frame), options_.overwrite);
@@ -224,7 +224,7 @@ void SequenceRun::CheckFiles() {
   }
 }
 
-// By a frame that is rendered for certain, else by one that may be.
+// From a frame that is certainly rendered, else from one that may be.
 void SequenceRun::SettleDepth() {
   for (const bool exists : {false, true}) {
     for (std::int64_t index = 0; index < frames_.Count(); ++index) {

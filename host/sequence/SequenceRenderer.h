@@ -21,7 +21,7 @@ enum class OnError { Stop, Skip };
 
 struct RenderOptions {
   bool overwrite = false;
-  // With it: also pictures that the frame reads, by ones that hold less than they did.
+  // With `overwrite`: a picture that the frame reads may be replaced by one that holds less.
   bool lossy = false;
   // Leaves files that exist and are whole, of the frame's size as far as that is known; replaces others with a warning.
   bool skipExisting = false;

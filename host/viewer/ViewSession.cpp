@@ -157,7 +157,7 @@ void ViewSession::OpenPage(const std::string& page, bool hidesControls) {
   const auto made = [&](const std::string& call, HRESULT result) {
     if (result < 0) {
       throw Failure(ExitCode::SomeFramesFailed,
-                    "the effect's controls cannot be shown: " + call + " answers " + FormatResult(result));
+                    "the effect's controls cannot be shown: " + call + " returns " + FormatResult(result));
     }
   };
   const auto text = [](const std::string& call) { return [call] { return call; }; };

@@ -76,17 +76,17 @@ typedef struct vblur_settings {
   int32_t edge_x;      // VBLUR_EDGE_REFLECT
   int32_t edge_y;      // VBLUR_EDGE_REFLECT
   int32_t outside[4];  // for VBLUR_EDGE_COLOUR, in the scale of the components: 0, 0, 0, 0
-  // Other than 0: only this part of the result is computed, from all of the source. It must lie in the picture.
+  // Non-zero: only this part of the result is computed, from all of the source. It must lie in the picture.
   // With VBLUR_RGB and VBLUR_LUMINANCE to VBLUR_V alpha is copied outside of it as well.
   int32_t has_region;
   int32_t region_x;
   int32_t region_y;
   int32_t region_width;
   int32_t region_height;
-  // Other than 0: the call runs on its own thread only, concurrently with calls on other threads. 0: it uses the
+  // Non-zero: the call runs on its own thread only, concurrently with calls on other threads. 0: it uses the
   // library's threads, one call after the other.
   int32_t on_this_thread;
-  // Called about once per row, by several threads at once; a result other than 0 ends the call. NULL: none. It must
+  // Called about once per row, by several threads at once; a non-zero result ends the call. NULL: none. It must
   // neither throw nor call vblur_set_threads.
   int32_t (*interrupt)(void* context);
   void* interrupt_context;

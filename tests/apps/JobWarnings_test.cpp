@@ -1,4 +1,4 @@
-// Jobs that are rendered although their author hardly meant them.
+// Warnings about valid but unlikely jobs.
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
