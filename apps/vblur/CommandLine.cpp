@@ -19,6 +19,7 @@
 #include "apps/vblur/StandardStreams.h"
 #include "host/base/NameMatch.h"
 #include "host/base/PartFiles.h"
+#include "host/base/StandardStream.h"
 
 namespace vblur::cli {
 
@@ -45,7 +46,7 @@ std::vector<std::string> ReadArguments(int argc, char** argv) {
 
 // `help COMMAND` is `COMMAND --help`, and two files without a command are `render`.
 void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) {
-  if (arguments.empty() || arguments.front().starts_with('-')) return;
+  if (arguments.empty() || (arguments.front().starts_with('-') && !host::IsStandardStream(arguments.front()))) return;
   if (arguments.front() == "help") {
     arguments.erase(arguments.begin());
     arguments.emplace_back("--help");
@@ -55,7 +56,8 @@ void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) 
   const auto commands = app.get_subcommands({});
   const bool isCommand = std::ranges::any_of(commands, [&](const CLI::App* each) { return each->get_name() == first; });
   std::error_code error;
-  const bool isFile = std::filesystem::path(first).has_extension() || std::filesystem::exists(first, error);
+  const bool isFile = host::IsStandardStream(first) || std::filesystem::path(first).has_extension() ||
+                      std::filesystem::exists(first, error);
   if (!isCommand && isFile) arguments.insert(arguments.begin(), "render");
 }
 

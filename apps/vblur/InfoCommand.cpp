@@ -7,6 +7,7 @@
 
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/OptionText.h"
+#include "host/base/StandardStream.h"
 #include "host/files/PictureReport.h"
 
 namespace vblur::cli {
@@ -53,9 +54,9 @@ class InfoCommand : public Command {
  public:
   explicit InfoCommand(CLI::App& parent)
       : Command(parent, "info", "Print what picture files hold and what a render keeps") {
-    App()->add_option("FILE", files_, "Pictures")->required()->type_name("");
+    App()->add_option("FILE", files_, "Pictures; - is the standard input")->required()->type_name("");
     AddTextOption(*App(), "--to", "FORMAT", "Only for outputs with this extension, such as png [all formats]",
-                  [this](const std::string& text) { format_ = &host::OutputFormatOf("out." + text); });
+                  [this](const std::string& text) { format_ = &host::FormatOfExtension("--to", text); });
     App()->add_flag("--json", json_, "Print a JSON object for each file");
   }
 
@@ -85,7 +86,7 @@ class InfoCommand : public Command {
 
   std::string Text(const std::string& file, const PictureReport& report) const {
     const host::PictureInfo& info = report.info;
-    std::string text = file + ": " + info.format + ", " + std::to_string(info.display.width) + " x " +
+    std::string text = host::InputName(file) + ": " + info.format + ", " + std::to_string(info.display.width) + " x " +
                        std::to_string(info.display.height) + " pixels";
     const auto add = [&](const std::string& name, const std::string& value) { text += "\n  " + name + ": " + value; };
     if (info.data != info.display) {

@@ -6,8 +6,10 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunJob.h"
 #include "apps/vblur/StorageOptions.h"
+#include "host/base/StandardStream.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
+#include "host/jobs/JobFiles.h"
 
 namespace vblur::cli {
 
@@ -30,6 +32,9 @@ class JobCommand : public Command {
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
     host::Job job = host::ReadJobFile(file_);
+    if (host::IsStandardStream(file_) && host::ReadsStandardInput(job)) {
+      host::Refuse("FILE", "the standard input is the job file, expected the job's pictures in files");
+    }
     ApplyAssignments(assignments_, job.properties);
     storage_.ApplyTo(job);
     if (renumber_) job.output.renumber = renumber_;

@@ -16,6 +16,7 @@
 #include "apps/vblur/StorageOptions.h"
 #include "host/base/NameMatch.h"
 #include "host/base/RealPaths.h"
+#include "host/base/StandardStream.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
@@ -32,17 +33,21 @@ class RenderCommand : public Command {
   explicit RenderCommand(CLI::App& parent) : Command(parent, "render", "Render a picture or a sequence of pictures") {
     job_.input.emplace();
     App()
-        ->add_option("INPUT", job_.input->file, "Picture to read; shot.%04d.exr or shot.####.exr for a sequence")
+        ->add_option("INPUT", job_.input->file,
+                     "Picture to read; shot.%04d.exr or shot.####.exr for a sequence, - for the standard input")
         ->required()
         ->type_name("");
     App()
-        ->add_option("OUTPUT", job_.output.file,
-                     "Picture to write, numbered alike for a sequence; or a folder, where it keeps its name")
-        ->required()
+        ->add_option("OUTPUT", output_,
+                     "Picture to write, numbered alike for a sequence; or a folder, where it keeps its name; - for the "
+                     "standard output")
         ->type_name("");
     App()
         ->add_option("MORE", more_, "More pictures to read; the last name is then the folder for all of them")
         ->type_name("");
+    AddTextOption(*App(), "-o,--output", "OUTPUT", "The same as an option; every other name is then a picture to read",
+                  [this](const std::string& file) { outputOption_ = file; })
+        ->group("Output");
     AddPictureOptions(*App(), job_);
     AddPropertyOptions(*App(), job_.properties);
     AddFrameOptions(*App(), job_, frames_);
@@ -93,13 +98,16 @@ class RenderCommand : public Command {
   // One for each input.
   std::vector<host::Job> Jobs() const {
     std::vector<std::string> inputs{job_.input->file};
-    std::string output = job_.output.file;
-    if (!more_.empty()) {
-      inputs.push_back(std::exchange(output, more_.back()));
-      inputs.insert(inputs.end(), more_.begin(), more_.end() - 1);
+    if (!output_.empty()) inputs.push_back(output_);
+    inputs.insert(inputs.end(), more_.begin(), more_.end());
+    std::string output = outputOption_;
+    if (output.empty() && inputs.size() > 1) {
+      output = inputs.back();
+      inputs.pop_back();
     }
+    if (output.empty()) throw host::Failure(host::ExitCode::WrongUsage, "OUTPUT is required; see vblur render --help");
     std::error_code ignored;
-    const bool isFolder = std::filesystem::is_directory(output, ignored);
+    const bool isFolder = !host::IsStandardStream(output) && std::filesystem::is_directory(output, ignored);
     if (!isFolder && inputs.size() > 1) {
       host::Refuse(output, "expected a folder that exists, for " + std::to_string(inputs.size()) + " pictures");
     }
@@ -109,7 +117,7 @@ class RenderCommand : public Command {
     for (const std::string& input : inputs) {
       host::Job& job = jobs.emplace_back(job_);
       job.input->file = input;
-      if (isFolder) job.output.file = InFolder(output, input);
+      job.output.file = isFolder ? InFolder(output, input) : output;
       if (frames_) job.frames = FramesOf(*frames_, job);
       const auto [other, isNew] = inputOf.emplace(job.output.file, input);
       if (isNew) continue;
@@ -121,6 +129,9 @@ class RenderCommand : public Command {
   }
 
   static std::string InFolder(const std::string& folder, const std::string& input) {
+    if (host::IsStandardStream(input)) {
+      host::Refuse("OUTPUT", "the standard input has no name to keep in a folder, expected the name of a file");
+    }
     const std::filesystem::path literal = host::FramePattern::Escaped(folder);
     return (literal / std::filesystem::path(input).filename()).string();
   }
@@ -201,6 +212,8 @@ class RenderCommand : public Command {
   }
 
   host::Job job_;
+  std::string output_;
+  std::string outputOption_;
   std::vector<std::string> more_;
   std::optional<host::FrameChoice> frames_;
   RunOptions run_;

@@ -2,13 +2,14 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/StandardStream.h"
 #include "host/files/OutputFile.h"
 #include "host/jobs/JobFiles.h"
 
 namespace vblur::cli {
 
 void RunFiles::AddRead(const std::filesystem::path& file) {
-  uses_.emplace(paths_.Of(file).string(), Use::Read);
+  if (!host::IsStandardStream(file)) uses_.emplace(paths_.Of(file).string(), Use::Read);
 }
 
 void RunFiles::AddReadByJob(const host::Job& job, const host::FrameList& frames) {
@@ -17,6 +18,7 @@ void RunFiles::AddReadByJob(const host::Job& job, const host::FrameList& frames)
 }
 
 void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameList& frames) {
+  if (host::IsStandardStream(job.output.file)) return;
   const host::FramePattern pattern(job.output.file);
   for (std::int64_t i = 0; i < frames.Count(); ++i) {
     uses_.emplace(paths_.Of(host::OutputFilePath(job, pattern, frames.FrameAt(i))).string(), Use::Written);
@@ -24,6 +26,7 @@ void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameList& fram
 }
 
 void RunFiles::AddWritten(const std::string& place, const std::filesystem::path& file) {
+  if (host::IsStandardStream(file)) host::Refuse(place, "expected the name of a file, found -");
   if (const auto [use, isNew] = uses_.emplace(paths_.Of(file).string(), Use::Written); !isNew) {
     host::Refuse(place, "expected another name, " + host::Quoted(file.string()) +
                             (use->second == Use::Read ? " is read by this run" : " is written by this run already"));

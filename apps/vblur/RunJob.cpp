@@ -4,7 +4,10 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/JobWarnings.h"
 #include "apps/vblur/LoadServer.h"
+#include "host/files/StandardInput.h"
 #include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFiles.h"
+#include "host/sequence/FrameMemory.h"
 #include "host/sequence/Progress.h"
 
 namespace vblur::cli {
@@ -35,7 +38,16 @@ void ApplyProgress(const RunOptions& run, Terminal& terminal) {
   if (run.progress == ProgressChoice::Json) terminal.SpeakJson();
 }
 
+void TakeStandardInput(const host::Job& job, const RunOptions& run, const Terminal& terminal) {
+  if (!host::ReadsStandardInput(job)) return;
+  Interruption interruption(terminal);
+  host::TakeStandardInput(run.render.memory > 0 ? run.render.memory : host::DefaultMemory(),
+                          [&] { return interruption.Context().Stopped(); });
+}
+
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
+  host::CheckStreams(job);
+  TakeStandardInput(job, run, terminal);
   Interruption interruption(terminal);
   host::Progress progress(terminal.Stream(), StyleOf(global, run, terminal));
   if (terminal.IsQuiet()) progress.BeQuiet();

@@ -11,6 +11,9 @@ namespace vblur::cli {
 void ApplyGlobalOptions(const GlobalOptions& global, Terminal& terminal);
 void ApplyProgress(const RunOptions& run, Terminal& terminal);
 
+// Reads the standard input if the job does, within the memory that is allowed. Throws host::Failure.
+void TakeStandardInput(const host::Job& job, const RunOptions& run, const Terminal& terminal);
+
 // Throws host::Failure for what is wrong before the first frame.
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal);
 

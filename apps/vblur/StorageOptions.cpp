@@ -2,6 +2,7 @@
 
 #include "apps/vblur/OptionText.h"
 #include "host/base/Failure.h"
+#include "host/files/OutputFormat.h"
 
 namespace vblur::cli {
 
@@ -13,6 +14,7 @@ constexpr std::string_view kPremultiply[] = {"around"};
 
 void StorageChanges::ApplyTo(host::Job& job) const {
   host::OutputStorage& stored = job.output.storage;
+  if (storage.format) stored.format = storage.format;
   if (storage.type) stored.type = storage.type;
   if (storage.compression) stored.compression = storage.compression;
   if (storage.quality) stored.quality = storage.quality;
@@ -24,6 +26,11 @@ void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
                        std::function<void(const std::string&)> set) {
     AddTextOption(app, name, form, help, std::move(set))->group("Output");
   };
+  add("--format", "EXT", "Format of OUTPUT, such as png [that of its name; of -, that of the input, or png]",
+      [&](const std::string& text) {
+        host::FormatOfExtension("--format", text);
+        changes.storage.format = text;
+      });
   add("--type", "uint8|uint10|uint12|uint16|half|float", "Type of the samples in OUTPUT [that of the input's]",
       [&](const std::string& text) {
         changes.storage.type = static_cast<host::SampleType>(ParseChoice("--type", text, host::kSampleTypeNames));

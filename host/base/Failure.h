@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/base/StandardStream.h"
+
 namespace vblur::host {
 
 // The exit codes of the command line.
@@ -42,10 +44,10 @@ class Failure : public std::runtime_error {
   Refuse(ExitCode::WrongUsage, place, why);
 }
 [[noreturn]] inline void RefuseToRead(const std::filesystem::path& file, const std::string& why) {
-  Refuse(ExitCode::CannotRead, file.string(), "cannot read: " + why);
+  Refuse(ExitCode::CannotRead, InputName(file), "cannot read: " + why);
 }
 [[noreturn]] inline void RefuseToWrite(const std::filesystem::path& file, const std::string& why) {
-  Refuse(ExitCode::CannotWrite, file.string(), "cannot write: " + why);
+  Refuse(ExitCode::CannotWrite, OutputName(file), "cannot write: " + why);
 }
 
 }  // namespace vblur::host

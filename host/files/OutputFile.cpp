@@ -6,11 +6,14 @@
 #include "host/base/Failure.h"
 #include "host/base/OutputFileCommit.h"
 #include "host/base/RealPaths.h"
+#include "host/base/StandardStream.h"
 #include "host/files/PictureLibrary.h"
+#include "host/files/StandardOutput.h"
 
 namespace vblur::host {
 
 void RequireWritable(const std::filesystem::path& path, bool overwrite) {
+  if (IsStandardStream(path)) return RequirePictureOutput();
   std::error_code error;
   const auto real = EndOfLinks(path);
   const auto folder = real.parent_path().empty() ? std::filesystem::path(".") : real.parent_path();
@@ -28,23 +31,30 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite) {
 }
 
 WrittenPicture::WrittenPicture(std::filesystem::path path, bool overwrite)
-    : path_(std::move(path)), overwrite_(overwrite), file_(std::make_unique<OutputFileCommit>(path_)) {}
+    : path_(std::move(path)), overwrite_(overwrite) {
+  if (IsStandardStream(path_)) {
+    toSend_ = MakeFileForOutput();
+  } else {
+    file_ = std::make_unique<OutputFileCommit>(path_);
+  }
+}
 WrittenPicture::~WrittenPicture() = default;
 WrittenPicture::WrittenPicture(WrittenPicture&&) noexcept = default;
 WrittenPicture& WrittenPicture::operator=(WrittenPicture&&) noexcept = default;
 
 const std::filesystem::path& WrittenPicture::WrittenPath() const {
-  return file_->WrittenPath();
+  return toSend_ ? toSend_->Path() : file_->WrittenPath();
 }
 
 void WrittenPicture::Commit() {
   RequireWritable(path_, overwrite_);
+  if (toSend_) return SendToStandardOutput(*toSend_);
   file_->Commit();
 }
 
 WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, const HostImage& image,
                                           const PictureMetadata* metadata, const OutputOptions& options) {
-  const OutputFormat& format = OutputFormatOf(path);
+  const OutputFormat& format = OutputFormatOf(path, options.storage);
   RequireWritable(path, options.overwrite);
   WrittenPicture written(path, options.overwrite);
   const PictureToWrite picture{path, written.WrittenPath(), format, image, metadata, options.storage};
@@ -54,7 +64,7 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
     RefuseToWrite(path, "not enough memory");
   }
   if (stop_ && stop_()) throw FileInterrupted{};
-  if (options.sync) written.file_->Sync();
+  if (options.sync && written.file_) written.file_->Sync();
   return written;
 }
 

@@ -1,4 +1,5 @@
-// Writes picture files atomically: into a temporary file in the same folder, which is renamed when complete.
+// Writes picture files atomically: into a temporary file in the same folder, which is renamed when complete. "-" is the
+// standard output, which gets the picture when it is complete.
 #pragma once
 
 #include <filesystem>
@@ -12,10 +13,12 @@
 namespace vblur::host {
 
 // Throws Failure (cannot write) when the file cannot be written: its folder is missing, the name is taken by
-// something other than a file, or by a file while `overwrite` is not set (FailureKind::FileExists).
+// something other than a file, or by a file while `overwrite` is not set (FailureKind::FileExists), or the standard
+// output is a terminal.
 void RequireWritable(const std::filesystem::path& path, bool overwrite);
 
 class OutputFileCommit;
+class UnnamedFile;
 
 // A complete picture in a temporary file, which is removed unless committed.
 class WrittenPicture {
@@ -34,7 +37,8 @@ class WrittenPicture {
  private:
   std::filesystem::path path_;
   bool overwrite_;
-  std::unique_ptr<OutputFileCommit> file_;
+  std::unique_ptr<OutputFileCommit> file_;  // null for the standard output
+  std::unique_ptr<UnnamedFile> toSend_;     // null for a file
   std::vector<std::string> notes_;
 
   friend class PictureWriter;

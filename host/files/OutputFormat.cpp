@@ -9,6 +9,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/StandardStream.h"
 
 namespace vblur::host {
 
@@ -72,9 +73,24 @@ std::string FindWord(std::string_view list, std::string_view word) {
   return {};
 }
 
+const OutputFormat* FindFormat(std::string_view extension) {
+  const auto found = std::ranges::find_if(kFormats, [&](const OutputFormat& format) {
+    return !extension.empty() && !FindWord(format.extensions, extension).empty();
+  });
+  return found == kFormats.end() ? nullptr : &*found;
+}
+
+std::string AllExtensions() {
+  std::string all;
+  for (const OutputFormat& format : kFormats)
+    all.append(all.empty() ? "" : " ").append(format.extensions);
+  return all;
+}
+
 [[noreturn]] void RefuseStorage(const std::filesystem::path& path, const std::string& what, const std::string& found,
                                 const std::string& expected) {
-  Refuse("output", path.filename().string() + ": this format has no " + what + " " + found + ", expected " + expected);
+  Refuse("output",
+         OutputName(path.filename()) + ": this format has no " + what + " " + found + ", expected " + expected);
 }
 
 std::string TypesOf(const OutputFormat& format) {
@@ -118,16 +134,26 @@ std::span<const OutputFormat> OutputFormats() {
 
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
   const std::string extension = Extension(path);
-  std::string known;
-  for (const OutputFormat& format : kFormats) {
-    if (!extension.empty() && !FindWord(format.extensions, extension).empty()) return format;
-    if (!known.empty()) known += ' ';
-    known += format.extensions;
-  }
+  if (const OutputFormat* const format = FindFormat(extension)) return *format;
   Refuse(path.string(),
          "cannot write: " +
              (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +
-             ", one of these was expected: " + known);
+             ", one of these was expected: " + AllExtensions());
+}
+
+const OutputFormat& FormatOfExtension(std::string_view place, std::string_view extension) {
+  if (const OutputFormat* const format = FindFormat(extension)) return *format;
+  Refuse(place, "expected one of " + AllExtensions() + ", found " + Quoted(extension));
+}
+
+const OutputFormat& OutputFormatOf(const std::filesystem::path& path, const OutputStorage& storage) {
+  return storage.format ? FormatOfExtension("output/format", *storage.format) : OutputFormatOf(path);
+}
+
+std::string ExtensionLike(const std::string& inputFormat) {
+  const auto found = std::ranges::find(kFormats, inputFormat, &OutputFormat::name);
+  const std::string_view extensions = found == kFormats.end() ? "png" : found->extensions;
+  return std::string(extensions.substr(0, extensions.find(' ')));
 }
 
 std::string FindCompression(const OutputFormat& format, std::string_view name) {
@@ -135,7 +161,7 @@ std::string FindCompression(const OutputFormat& format, std::string_view name) {
 }
 
 void CheckStorage(const std::filesystem::path& path, const OutputStorage& storage) {
-  const OutputFormat& format = OutputFormatOf(path);
+  const OutputFormat& format = OutputFormatOf(path, storage);
   if (storage.type && !format.types.Has(*storage.type)) {
     RefuseStorage(path, "type", std::string(NameOf(*storage.type)), "one of " + TypesOf(format));
   }
@@ -147,7 +173,7 @@ void CheckStorage(const std::filesystem::path& path, const OutputStorage& storag
   const std::string quality = std::to_string(*storage.quality);
   if (!format.hasQuality) RefuseStorage(path, "quality", quality, "none to be given");
   if (*storage.quality < 1 || *storage.quality > 100) {
-    Refuse("output", path.filename().string() + ": expected a quality from 1 to 100, found " + quality);
+    Refuse("output", OutputName(path.filename()) + ": expected a quality from 1 to 100, found " + quality);
   }
 }
 

@@ -75,6 +75,13 @@ std::span<const OutputFormat> OutputFormats();
 // The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 
+// The format with this extension, without its dot, in any case. Throws Failure (wrong usage) that begins with `place`.
+const OutputFormat& FormatOfExtension(std::string_view place, std::string_view extension);
+// The format that is asked for, else that of the name.
+const OutputFormat& OutputFormatOf(const std::filesystem::path& path, const OutputStorage& storage);
+// The first extension of the format in which a picture is written like an input of this format; PNG where none is.
+std::string ExtensionLike(const std::string& inputFormat);
+
 // The format's spelling of a compression, which may be in any case; empty where it has none of that name.
 std::string FindCompression(const OutputFormat& format, std::string_view name);
 

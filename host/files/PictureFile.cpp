@@ -5,6 +5,7 @@
 #include <new>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 #include "host/files/FileRows.h"
 #include "host/files/PictureLibrary.h"
 
@@ -36,11 +37,11 @@ std::vector<std::string> Losses(const std::filesystem::path& path, std::int32_t 
                                 std::int32_t depth) {
   std::vector<std::string> losses;
   if (pictures > 1) {
-    losses.push_back(path.string() + ": only the first of " + std::to_string(pictures) +
+    losses.push_back(InputName(path) + ": only the first of " + std::to_string(pictures) +
                      " pictures is read; the others are not in the output");
   }
   if (const std::string text = FormatBeyond(beyond, depth); !text.empty())
-    losses.push_back(path.string() + ": " + text);
+    losses.push_back(InputName(path) + ": " + text);
   return losses;
 }
 

@@ -7,7 +7,9 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 #include "host/files/PictureLibrary.h"
+#include "host/files/StandardInput.h"
 
 namespace vblur::host {
 
@@ -48,6 +50,10 @@ std::size_t PictureInfo::PassingBytes() const {
 }
 
 void RequirePictureFile(const std::filesystem::path& path) {
+  if (IsStandardStream(path)) {
+    FileToOpen(path);
+    return;
+  }
   std::error_code error;
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) RefuseToRead(path, "no such file");

@@ -111,7 +111,8 @@ struct ReadChoice {
   std::int64_t mostPixels = kMostPixels;
 };
 
-// Throws Failure (cannot read): no such file, not a file, or empty.
+// Throws Failure (cannot read): no such file, not a file, or empty. "-" is the standard input, here and wherever a
+// picture is read.
 void RequirePictureFile(const std::filesystem::path& path);
 
 // Throws Failure (cannot read): no such file, not a file, empty, not a picture, without the layer or the channel that

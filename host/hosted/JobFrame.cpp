@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 #include "host/hosted/EffectHost.h"
 #include "host/hosted/FrameBands.h"
 #include "host/hosted/Premultiply.h"
@@ -50,9 +51,9 @@ void CopyInitial(const InitialPicture& initial, HostImage& output) {
   const DSPixelPair have = from.FrameSize();
   const DSPixelPair want = output.FrameSize();
   if (have.x != want.x || have.y != want.y) {
-    Refuse(initial.file.string(), std::to_string(have.x) + " x " + std::to_string(have.y) +
-                                      " pixels, expected the output's " + std::to_string(want.x) + " x " +
-                                      std::to_string(want.y));
+    Refuse(InputName(initial.file), std::to_string(have.x) + " x " + std::to_string(have.y) +
+                                        " pixels, expected the output's " + std::to_string(want.x) + " x " +
+                                        std::to_string(want.y));
   }
   output.Clear();
   const DSPixelPair a = from.FrameCorner();

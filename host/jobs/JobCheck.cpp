@@ -10,6 +10,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/StandardStream.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/FrameRangeText.h"
 #include "host/jobs/JobFiles.h"
@@ -187,6 +188,17 @@ void CheckNeeds(const Job& job) {
 
 }  // namespace
 
+void CheckStreams(const Job& job) {
+  std::string_view reader;
+  for (const auto& [field, file] : FilesReadBy(job)) {
+    if (!IsStandardStream(*file)) continue;
+    if (!reader.empty()) {
+      Refuse(field, "the standard input is read as " + std::string(reader) + " already, expected a file");
+    }
+    reader = field;
+  }
+}
+
 void CheckPictureAt(std::string_view where, const PixelPosition& corner, std::int32_t width, std::int32_t height) {
   CheckSide(where, width);
   CheckSide(where, height);
@@ -268,6 +280,7 @@ void CheckValues(const Job& job) {
 void CheckJob(const Job& job, const JobCheckOptions& options) {
   CheckValues(job);
   CheckNeeds(job);
+  CheckStreams(job);
   CheckNumbers(job);
   CheckOutputFiles(job, ResolveFrames(job), options.outputMayBeInput);
 }

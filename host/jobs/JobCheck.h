@@ -42,6 +42,9 @@ void CheckPictureAt(std::string_view where, const PixelPosition& corner, std::in
 // names the field.
 void CheckValues(const Job& job);
 
+// Refuses two pictures from the standard input. Throws Failure (wrong usage) that names the field.
+void CheckStreams(const Job& job);
+
 struct JobCheckOptions {
   // Whether a frame may replace a picture that it alone reads. Its `initial` it may always replace.
   bool outputMayBeInput = false;
@@ -49,9 +52,9 @@ struct JobCheckOptions {
 
 // CheckValues, and refuses what does not go together: pictures that the kind of use needs and that are
 // missing, a mask without an input, an outside without a region or beside an initial picture, no size for the output,
-// frame numbers in file names without frames, more than 1,000,000 frames, several frames written to one file, an output
-// that is one of the inputs. Inputs and `initial` without a number serve every frame. Throws Failure (wrong usage) that
-// names the field.
+// two pictures from the standard input, frame numbers in file names without frames, more than 1,000,000 frames, several
+// frames written to one file, an output that is one of the inputs. Inputs and `initial` without a number serve every
+// frame. Throws Failure (wrong usage) that names the field.
 void CheckJob(const Job& job, const JobCheckOptions& options = {});
 
 }  // namespace vblur::host

@@ -17,8 +17,9 @@ inline constexpr std::array<std::string_view, 18> kJob{
     "time",    "duration", "field", "roi",   "outside", "project", "proxy",  "premultiply", "properties"};
 inline constexpr std::array<std::string_view, 5> kInput{"file", "position", "size", "origin", "layer"};
 inline constexpr std::array<std::string_view, 6> kMask{"file", "position", "size", "origin", "offset", "channel"};
-inline constexpr std::array<std::string_view, 11> kOutput{
-    "file", "position", "size", "origin", "width", "height", "renumber", "initial", "type", "compression", "quality"};
+inline constexpr std::array<std::string_view, 12> kOutput{"file",   "position", "size",        "origin",
+                                                          "width",  "height",   "renumber",    "initial",
+                                                          "format", "type",     "compression", "quality"};
 inline constexpr std::array<std::string_view, 2> kProject{"userSize", "worldSize"};
 
 // Named kinds; the others are written as numbers.

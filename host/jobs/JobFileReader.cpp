@@ -68,6 +68,7 @@ OutputStorage ReadStorage(const JsonPlace& place) {
   constexpr std::string_view kTypes = "\"uint8\", \"uint10\", \"uint12\", \"uint16\", \"half\" or \"float\"";
   constexpr std::string_view kQuality = "a whole number from 1 to 100";
   OutputStorage storage;
+  if (const auto field = place.Field("format")) storage.format = ReadName(*field, "a file extension such as \"png\"");
   if (const auto field = place.Field("type")) {
     storage.type = FindSampleType(field->Text(kTypes));
     if (!storage.type) field->FailExpected(kTypes);

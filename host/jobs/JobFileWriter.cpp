@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 #include "host/base/TextFile.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/FrameRangeText.h"
@@ -42,6 +43,7 @@ Json OutputToJson(const OutputRecord& output) {
   if (output.height) json["height"] = *output.height;
   if (output.renumber) json["renumber"] = *output.renumber;
   if (output.initial) json["initial"] = *output.initial;
+  if (output.storage.format) json["format"] = *output.storage.format;
   if (output.storage.type) json["type"] = NameOf(*output.storage.type);
   if (output.storage.compression) json["compression"] = *output.storage.compression;
   if (output.storage.quality) json["quality"] = *output.storage.quality;
@@ -99,7 +101,7 @@ Json JobToJson(const Job& job) {
 // through links.
 std::string Rebased(const std::string& file, fs::path from, const fs::path& to) {
   const fs::path name(file);
-  if (name.is_absolute()) return file;
+  if (name.is_absolute() || IsStandardStream(name)) return file;
   auto part = name.begin();
   for (; part != name.end() && (*part == ".." || *part == "."); ++part) {
     if (*part == "..") from = from.parent_path();

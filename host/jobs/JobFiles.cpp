@@ -1,10 +1,12 @@
 #include "host/jobs/JobFiles.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
 #include "host/base/RealPaths.h"
+#include "host/base/StandardStream.h"
 #include "host/jobs/JobCheck.h"
 
 namespace vblur::host {
@@ -31,6 +33,7 @@ class FileCollisions {
   }
 
   void CheckOutputs() {
+    if (IsStandardStream(job_.output.file)) return;
     const FramePattern pattern(job_.output.file);
     RealPaths paths;
     for (std::int64_t i = 0; i < frames_.Count(); ++i) {
@@ -72,6 +75,7 @@ class FileCollisions {
 
 std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {
   const std::filesystem::path name = pattern.FileName(frame);
+  if (IsStandardStream(name)) return name;
   // Messages name "x" rather than "./x".
   return job.folder == "." || job.folder.empty() ? name : job.folder / name;
 }
@@ -89,6 +93,10 @@ std::vector<JobSource> FilesReadBy(const Job& job) {
   return sources;
 }
 
+bool ReadsStandardInput(const Job& job) {
+  return std::ranges::any_of(FilesReadBy(job), [](const JobSource& source) { return IsStandardStream(*source.file); });
+}
+
 std::vector<std::int32_t> FramesOnDisk(const Job& job) {
   for (const auto& [field, file] : FilesReadBy(job)) {
     const FramePattern pattern(*file);
@@ -102,6 +110,7 @@ std::vector<std::int32_t> FramesOnDisk(const Job& job) {
 
 void ForEachFileRead(const Job& job, const FrameList& frames, const std::function<void(const FileRead&)>& visit) {
   for (const auto& [field, file] : FilesReadBy(job)) {
+    if (IsStandardStream(*file)) continue;
     const FramePattern pattern(*file);
     RealPaths paths;
     const bool isShared = !pattern.HasNumber() && frames.Count() > 1;

@@ -13,7 +13,7 @@
 
 namespace vblur::host {
 
-// A file name of a job, in the job's folder unless it is absolute.
+// A file name of a job, in the job's folder unless it is absolute or "-".
 std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame);
 
 // The same for the output of a frame.
@@ -28,6 +28,9 @@ struct JobSource {
 // input, input2, mask and output/initial, as far as the job has them; borrowed.
 std::vector<JobSource> FilesReadBy(const Job& job);
 
+// Whether a picture of the job is the standard input.
+bool ReadsStandardInput(const Job& job);
+
 // The frames of the sequence that the job reads, the first of several, as far as they exist; rising. Throws Failure
 // (wrong usage) for a job that reads none, and where no frame exists.
 std::vector<std::int32_t> FramesOnDisk(const Job& job);
@@ -39,7 +42,7 @@ struct FileRead {
   bool isShared;               // by all frames, and there are several
 };
 
-// Visits every file that the frames read.
+// Visits every file that the frames read; the standard input is none.
 void ForEachFileRead(const Job& job, const FrameList& frames, const std::function<void(const FileRead&)>& visit);
 
 // Refuses two frames that would be written to one file, an output that another frame reads, and, unless

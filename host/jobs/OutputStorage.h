@@ -34,6 +34,7 @@ struct OutputStorage {
   std::optional<SampleType> type{};
   std::optional<std::string> compression{};  // by the format's names
   std::optional<std::int32_t> quality{};     // 1 to 100, of formats that lose something
+  std::optional<std::string> format{};       // the extension of a format; absent: that of the file name
 
   friend bool operator==(const OutputStorage&, const OutputStorage&) = default;
 };

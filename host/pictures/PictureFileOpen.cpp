@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
+#include "host/files/StandardInput.h"
 #include "host/hosted/HostImage.h"
 #include "host/pictures/PictureChannels.h"
 #include "host/pictures/PictureFileHeader.h"
@@ -35,15 +37,16 @@ constexpr std::array kKnownByContent = {"png", "jpeg", "tiff",     "openexr", "d
                                         "hdr", "pnm",  "jpeg2000", "cineon",  "gif", "psd",  "iff", "heif"};
 
 std::unique_ptr<OIIO::ImageInput> OpenAnyFormat(const std::filesystem::path& path) {
+  const std::filesystem::path toOpen = FileToOpen(path);
   std::string named = path.extension().string();
   if (!named.empty()) named.erase(0, 1);
   std::string message;
   if (!named.empty()) {
-    if (auto file = TryOpen(named, path, message)) return file;
+    if (auto file = TryOpen(named, toOpen, message)) return file;
   }
   std::string other;
   for (const char* format : kKnownByContent) {
-    if (auto file = TryOpen(format, path, other)) return file;
+    if (auto file = TryOpen(format, toOpen, other)) return file;
   }
   RefuseToRead(path, "not a picture, or a damaged one (" + LibraryMessage(message, "unknown format") + ")");
 }
@@ -142,7 +145,7 @@ void RequirePixels(const std::filesystem::path& path, std::int64_t width, std::i
   const std::string size = PixelsOf(width, height) + of;
   if (width > mostPixels / height) {
     throw Failure(ExitCode::CannotRead,
-                  path.string() + ": cannot read: " + size + ", " + std::to_string(width * height) +
+                  InputName(path) + ": cannot read: " + size + ", " + std::to_string(width * height) +
                       " in all, expected at most " + std::to_string(mostPixels),
                   FailureKind::TooManyPixels);
   }
@@ -191,14 +194,14 @@ void RefuseDamaged(const std::filesystem::path& path, const std::exception& erro
 
 OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) {
   const PictureFileChatter chatter;
-  if (const auto size = SizeFromHeader(path); size && size->width > 0 && size->height > 0) {
+  if (const auto size = SizeFromHeader(FileToOpen(path)); size && size->width > 0 && size->height > 0) {
     RequirePixels(path, size->width, size->height, 4, "", choice.mostPixels);
   }
   try {
     auto file = OpenAnyFormat(path);
     RequireSize(path, file->spec(), choice.mostPixels);
     PictureInfo info = Describe(path, file->format_name(), file->spec(), choice);
-    info.pictures = std::max(CountPictures(*file), CountFrames(path));
+    info.pictures = std::max(CountPictures(*file), CountFrames(FileToOpen(path)));
     info.levels = CountLevels(*file);
     if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
     return {std::move(file), std::move(info)};

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/base/StandardStream.h"
+
 namespace vblur::host {
 
 namespace {
@@ -55,7 +57,7 @@ std::string FrameLine(const FrameResult& result) {
   const std::string frame = "frame " + std::to_string(result.frame);
   switch (result.status) {
     case FrameStatus::Done:
-      return frame + ": " + result.file.string() + times + Overscan(result.overscan) + Memory(result.memory);
+      return frame + ": " + OutputName(result.file) + times + Overscan(result.overscan) + Memory(result.memory);
     case FrameStatus::Skipped: return frame + ": " + result.file.string() + " exists, skipped";
     case FrameStatus::Failed: break;
   }
@@ -136,7 +138,7 @@ void Progress::OnFrame(const FrameResult& result) {
   ++finished_;
   if (result.status == FrameStatus::Done) {
     ++rendered_;
-    lastDone_ = result.file.string();
+    lastDone_ = OutputName(result.file);
   }
   if (style_ == ProgressStyle::Json) return PutLine(stream_, ProgressJsonLine(result));
   if (result.status == FrameStatus::Failed || style_ == ProgressStyle::Lines) {

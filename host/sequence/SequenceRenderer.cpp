@@ -13,6 +13,7 @@
 
 #include "host/base/PartFiles.h"
 #include "host/base/RealPaths.h"
+#include "host/base/StandardStream.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
 #include "host/hosted/CoordMan.h"
@@ -83,6 +84,7 @@ class SequenceRun {
   void CheckInputs(std::int32_t frame);
   bool IsReplaced(const std::filesystem::path& file, std::int32_t frame) const;
   void CheckReplaced(std::int32_t frame);
+  void SettleFormat();
   void SettleDepth();
   std::int64_t AllowedMemory() const { return options_.memory > 0 ? options_.memory : DefaultMemory(); }
   SequenceLanes SettleLanes();
@@ -107,6 +109,7 @@ class SequenceRun {
   const FrameList frames_;
   const FramePattern outputPattern_;
   JobPictures pictures_;
+  OutputStorage storage_;
   std::int32_t depth_ = 16;
   CoordMan coordMan_;
   // One for each lane; all but the first are clones of the first and are destroyed before it.
@@ -127,11 +130,12 @@ SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const 
       frames_(ResolveFrames(job)),
       outputPattern_(job.output.file),
       pictures_(job, options.maxPixels),
+      storage_(job.output.storage),
       coordMan_(job.proxy) {}
 
 bool SequenceRun::MayBeSkipped(std::int32_t frame) const {
   std::error_code error;
-  return options_.skipExisting && std::filesystem::exists(OutputOf(frame), error);
+  return options_.skipExisting && !IsStandardStream(OutputOf(frame)) && std::filesystem::exists(OutputOf(frame), error);
 }
 
 bool SequenceRun::IsWhole(FrameSlot& slot) const {
@@ -185,13 +189,14 @@ std::vector<std::string> LossesOfJob(const Job& job, const PictureInfo& info) {
 void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
-    if (std::filesystem::exists(file, error)) continue;
+    if (IsStandardStream(file) || std::filesystem::exists(file, error)) continue;
     RefuseToRead(file, "no such file" + AboutFrame(frames_, frame));
   }
 }
 
 bool SequenceRun::IsReplaced(const std::filesystem::path& file, std::int32_t frame) const {
   std::error_code error;
+  if (IsStandardStream(file) || IsStandardStream(OutputOf(frame))) return false;
   return options_.overwrite && !options_.lossy && std::filesystem::equivalent(file, OutputOf(frame), error);
 }
 
@@ -200,16 +205,27 @@ void SequenceRun::CheckReplaced(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     if (!IsReplaced(file, frame)) continue;
     const PictureReport report = ReportPicture(file);
-    std::string lost = ListOf(LossesOf(report, OutputFormatOf(file), job_.output.storage, depth_));
+    std::string lost = ListOf(LossesOf(report, OutputFormatOf(file, storage_), storage_, depth_));
     for (const std::string& left : LossesOfJob(job_, report.info))
       lost += (lost.empty() ? "" : ", ") + left;
     if (!lost.empty()) RefuseLoss(OutputOf(frame), lost);
   }
 }
 
+// The standard output has no name to tell it.
+void SequenceRun::SettleFormat() {
+  const std::int32_t first = frames_.FrameAt(0);
+  if (IsStandardStream(OutputOf(first)) && !storage_.format) {
+    storage_.format = ExtensionLike(job_.input ? pictures_.InputInfo(first).format : std::string());
+  }
+  CheckStorage(OutputOf(first), storage_);
+}
+
 void SequenceRun::CheckFiles() {
-  CheckStorage(OutputOf(frames_.FrameAt(0)), job_.output.storage);
-  RemoveAbandonedParts(EndOfLinks(OutputOf(frames_.FrameAt(0))).parent_path());
+  SettleFormat();
+  if (!IsStandardStream(OutputOf(frames_.FrameAt(0)))) {
+    RemoveAbandonedParts(EndOfLinks(OutputOf(frames_.FrameAt(0))).parent_path());
+  }
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
     const std::int32_t frame = frames_.FrameAt(index);
     // Incomplete outputs are rendered; missing inputs then fail that frame.
@@ -261,7 +277,7 @@ SequenceLanes SequenceRun::SettleLanes() {
 }
 
 void SequenceRun::Require(const FrameMemory& memory, std::int32_t frame) const {
-  RequireMemory(memory, AllowedMemory(), OutputOf(frame).string());
+  RequireMemory(memory, AllowedMemory(), OutputName(OutputOf(frame)));
 }
 
 void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
@@ -300,7 +316,7 @@ void SequenceRun::Attempt(FrameSlot& slot, double& seconds, Work work) {
   } catch (const FrameDropped&) {
     slot.dropped = true;
   } catch (const std::bad_alloc&) {
-    Fail(slot, ExitCode::SomeFramesFailed, slot.result.file.string() + ": not enough memory for this frame");
+    Fail(slot, ExitCode::SomeFramesFailed, OutputName(slot.result.file) + ": not enough memory for this frame");
   }
 }
 
@@ -337,7 +353,7 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
   slot.result.overscan = effect.Overscan();
   const std::string why = effect.WhyNotRendered();
   if (result == kOk && why.empty()) return;
-  Refuse(ExitCode::SomeFramesFailed, slot.result.file.string(),
+  Refuse(ExitCode::SomeFramesFailed, OutputName(slot.result.file),
          "the effect cannot render this frame" + (result == kOk ? ": " + why : " (" + FormatResult(result) + ")"));
 }
 
@@ -346,7 +362,7 @@ void SequenceRun::Write(FrameSlot& slot) {
   if (!lost.empty() && IsReplaced(pictures_.FilesOf(slot.result.frame).front(), slot.result.frame)) {
     RefuseLoss(slot.result.file, "what cannot be read: " + lost.front());
   }
-  const OutputOptions options{options_.overwrite || slot.replaces, options_.sync, job_.output.storage};
+  const OutputOptions options{options_.overwrite || slot.replaces, options_.sync, storage_};
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
   const auto& notes = slot.written->Notes();
   slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());

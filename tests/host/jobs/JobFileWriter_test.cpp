@@ -48,6 +48,7 @@ class JobMaker {
     if (Chance()) job.output.width = 1 + std::abs(Small());
     if (Chance()) job.output.height = 1 + std::abs(Small());
     if (Chance()) job.output.initial = Name();
+    if (Chance()) job.output.storage.format = Name();
     if (Chance()) job.output.storage.type = static_cast<SampleType>(random_() % kSampleTypeNames.size());
     if (Chance()) job.output.storage.compression = Name();
     if (Chance()) job.output.storage.quality = static_cast<std::int32_t>(random_() % 100) + 1;
