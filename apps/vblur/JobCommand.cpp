@@ -35,10 +35,11 @@ class JobCommand : public Command {
     if (host::IsStandardStream(file_) && host::ReadsStandardInput(job)) {
       host::Refuse("FILE", "the standard input is the job file, expected the job's pictures in files");
     }
-    ApplyAssignments(assignments_, job.properties);
     storage_.ApplyTo(job);
     if (renumber_) job.output.renumber = renumber_;
     if (frames_) host::TakeFrames(job, FramesOf(*frames_, job));
+    TakeStandardInput(job, run_, terminal);
+    ApplyAssignments(assignments_, job, run_.render.maxPixels);
     return RunJob(job, global, run_, terminal);
   }
 

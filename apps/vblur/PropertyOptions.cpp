@@ -1,6 +1,7 @@
 #include "apps/vblur/PropertyOptions.h"
 
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/PercentSize.h"
 #include "host/base/Failure.h"
 #include "host/properties/PropertyText.h"
 
@@ -8,19 +9,21 @@ namespace vblur::cli {
 
 namespace {
 
-std::string Form(const Property& property) {
+std::string Form(const Property& property, bool takesPercent) {
   switch (property.control) {
     case PropertyControl::List: return "ENTRY";
     case PropertyControl::OnOff: return "on|off";
     case PropertyControl::Number: break;
   }
+  if (takesPercent) return "NUMBER|PERCENT%|TIME:NUMBER,...";
   return property.IsAnimated() ? "NUMBER|TIME:NUMBER,..." : "NUMBER";
 }
 
-std::string Help(const Property& property) {
+std::string Help(const Property& property, bool takesPercent) {
   std::string help(property.hint);
   if (!help.empty() && help.back() == '.') help.pop_back();
   if (property.id == PropertyId::Aspect) help += " (100 along x only, -100 along y only)";
+  if (takesPercent) help += ", or percent of the picture's width, along x and y alike";
   return help + ": " + DescribeValues(property) + " [" + host::FormatValue(property, property.defaultValue) + "]";
 }
 
@@ -46,12 +49,19 @@ std::string PropertyGroup(const Property& property) {
   return "Transition";
 }
 
-void AddPropertyOptions(CLI::App& app, host::PropertyStore& store) {
+void AddPropertyOptions(CLI::App& app, host::PropertyStore& store, std::string* percentBlur) {
   for (const Property& property : kProperties) {
-    const auto set = [&store, &property](const std::string& text) {
+    const bool takesPercent = percentBlur != nullptr && property.id == PropertyId::Blur;
+    const auto set = [=, &store, &property](const std::string& text) {
+      if (takesPercent && IsInPercent(property, text)) {
+        CheckPercent(property, text);
+        *percentBlur = text;
+        return;
+      }
       store.Set(property.guid, host::ParseSettingInRange(property, text));
     };
-    AddTextOption(app, "--" + host::OptionName(property), Form(property), Help(property), set)
+    AddTextOption(app, "--" + host::OptionName(property), Form(property, takesPercent), Help(property, takesPercent),
+                  set)
         ->group(PropertyGroup(property));
   }
 }
@@ -64,11 +74,19 @@ void AddSetOption(CLI::App& app, std::vector<std::string>& assignments) {
       ->group("Properties");
 }
 
-void ApplyAssignments(const std::vector<std::string>& assignments, host::PropertyStore& properties) {
+void ApplyAssignments(const std::vector<std::string>& assignments, host::Job& job, std::int64_t mostPixels) {
   for (const std::string& assignment : assignments) {
     try {
-      host::ApplyAssignment(properties, assignment);
+      const std::size_t equals = assignment.find('=');
+      const Property* const property =
+          equals == std::string::npos ? nullptr : host::FindPropertyNamed(assignment.substr(0, equals));
+      if (property != nullptr && IsInPercent(*property, assignment)) {
+        SetInPercent(job, *property, assignment.substr(equals + 1), mostPixels);
+      } else {
+        host::ApplyAssignment(job.properties, assignment);
+      }
     } catch (const host::Failure& failure) {
+      if (failure.Code() != host::ExitCode::WrongUsage) throw;
       host::Refuse("--set", failure.what());
     }
   }

@@ -9,6 +9,7 @@
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/PercentSize.h"
 #include "apps/vblur/PictureOptions.h"
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
@@ -49,7 +50,7 @@ class RenderCommand : public Command {
                   [this](const std::string& file) { outputOption_ = file; })
         ->group("Output");
     AddPictureOptions(*App(), job_);
-    AddPropertyOptions(*App(), job_.properties);
+    AddPropertyOptions(*App(), job_.properties, &percentBlur_);
     AddFrameOptions(*App(), job_, frames_);
     AddRunOptions(*App(), run_);
     AddStorageOptions(*App(), storage_);
@@ -70,11 +71,12 @@ class RenderCommand : public Command {
     CheckPictures();
     storage_.ApplyTo(job_);
     if (!loadedProperties_.empty()) LoadProperties();
-    const std::vector<host::Job> jobs = Jobs();
+    std::vector<host::Job> jobs = Jobs();
     // If one of several is refused, nothing is written.
     for (const host::Job& job : jobs)
       host::CheckJob(job, {.outputMayBeInput = run_.render.overwrite});
     if (jobs.size() > 1) CheckApart(jobs);
+    SettleBlur(jobs, terminal);
     const SavedFiles saved = SaveBeside(jobs);
     const host::ExitCode code = RunAll(jobs, global, terminal);
     for (const auto& file : saved) {
@@ -126,6 +128,17 @@ class RenderCommand : public Command {
                                  ", expected pictures of different names");
     }
     return jobs;
+  }
+
+  // Pixels of each picture for a blur in percent of its width.
+  void SettleBlur(std::vector<host::Job>& jobs, const Terminal& terminal) const {
+    if (percentBlur_.empty()) return;
+    for (host::Job& job : jobs) {
+      TakeStandardInput(job, run_, terminal);
+      SetInPercent(job, PropertyOf(PropertyId::Blur), percentBlur_, run_.render.maxPixels);
+      if (savedProperties_.empty() || job.properties == jobs.front().properties) continue;
+      host::Refuse("--save-properties", "the pictures have different widths, expected a Blur in pixels");
+    }
   }
 
   static std::string InFolder(const std::string& folder, const std::string& input) {
@@ -195,7 +208,7 @@ class RenderCommand : public Command {
     CheckSavedNames(jobs);
     if (!savedJob_.empty()) saved.push_back(host::WriteJobFileBeside(jobs.front(), savedJob_));
     if (!savedProperties_.empty()) {
-      saved.push_back(host::WritePropertyFileBeside(job_.properties, savedProperties_));
+      saved.push_back(host::WritePropertyFileBeside(jobs.front().properties, savedProperties_));
     }
     return saved;
   }
@@ -218,6 +231,7 @@ class RenderCommand : public Command {
   std::optional<host::FrameChoice> frames_;
   RunOptions run_;
   StorageChanges storage_;
+  std::string percentBlur_;
   std::string savedJob_;
   std::string loadedProperties_;
   std::string savedProperties_;

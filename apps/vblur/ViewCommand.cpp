@@ -67,7 +67,7 @@ class ViewCommand : public Command {
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     host::Job job = host::ReadJobFile(job_);
-    ApplyAssignments(assignments_, job.properties);
+    ApplyAssignments(assignments_, job);
     std::vector<host::PenEvent> events;
     if (!script_.empty()) events = host::ReadPenScript(script_);
     const std::int32_t frame = frame_.value_or(host::ResolveFrames(job).First());
