@@ -15,6 +15,18 @@ void RunFiles::AddRead(const std::filesystem::path& file) {
 void RunFiles::AddReadByJob(const host::Job& job, const host::FrameList& frames) {
   host::ForEachFileRead(job, frames,
                         [this](const host::FileRead& file) { uses_.emplace(file.path.string(), Use::Read); });
+  for (host::FramePattern& sequence : host::SequencesReadBy(job))
+    sequences_.push_back(std::move(sequence));
+}
+
+void RunFiles::RequireNoFrame(const std::string& place, const std::filesystem::path& file) {
+  const std::string real = paths_.Of(file).string();
+  for (const host::FramePattern& sequence : sequences_) {
+    const auto frame = sequence.FrameOf(real);
+    if (!frame || uses_.contains(real)) continue;
+    host::Refuse(place, "expected another name, " + host::Quoted(file.string()) + " is frame " +
+                            std::to_string(*frame) + " of a sequence that this run reads");
+  }
 }
 
 void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameList& frames) {
@@ -27,6 +39,7 @@ void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameList& fram
 
 void RunFiles::AddWritten(const std::string& place, const std::filesystem::path& file) {
   if (host::IsStandardStream(file)) host::Refuse(place, "expected the name of a file, found -");
+  RequireNoFrame(place, file);
   if (const auto [use, isNew] = uses_.emplace(paths_.Of(file).string(), Use::Written); !isNew) {
     host::Refuse(place, "expected another name, " + host::Quoted(file.string()) +
                             (use->second == Use::Read ? " is read by this run" : " is written by this run already"));

@@ -4,8 +4,10 @@
 #include <filesystem>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "host/base/RealPaths.h"
+#include "host/jobs/FramePattern.h"
 #include "host/jobs/Job.h"
 
 namespace vblur::cli {
@@ -15,7 +17,7 @@ class RunFiles {
   explicit RunFiles(bool overwrite) : overwrite_(overwrite) {}
 
   void AddRead(const std::filesystem::path& file);
-  // The pictures that these frames of a job read.
+  // The pictures that these frames of a job read; other frames of these sequences are not replaced either.
   void AddReadByJob(const host::Job& job, const host::FrameList& frames);
   // The outputs of these frames, which the renderer itself checks.
   void AddWrittenByJob(const host::Job& job, const host::FrameList& frames);
@@ -28,9 +30,12 @@ class RunFiles {
  private:
   enum class Use { Read, Written };
 
+  void RequireNoFrame(const std::string& place, const std::filesystem::path& file);
+
   const bool overwrite_;
   host::RealPaths paths_;
   std::unordered_map<std::string, Use> uses_;  // by real path
+  std::vector<host::FramePattern> sequences_;  // of real paths
 };
 
 }  // namespace vblur::cli

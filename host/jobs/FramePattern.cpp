@@ -25,11 +25,11 @@ struct Number {
 // The %d or %0Nd at the beginning of the text.
 std::optional<Number> ReadPercentNumber(std::string_view text) {
   Number number;
+  if (!text.starts_with('%')) return std::nullopt;
   std::size_t at = 1;
   if (at < text.size() && text[at] == '0') {
     for (++at; at < text.size() && std::isdigit(static_cast<unsigned char>(text[at])) != 0; ++at) {
-      number.width = number.width * 10 + (text[at] - '0');
-      if (number.width > kWidest) return std::nullopt;
+      number.width = std::min(number.width * 10 + (text[at] - '0'), kWidest + 1);
     }
     if (number.width == 0) return std::nullopt;
   }
@@ -64,11 +64,7 @@ FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
     if (IsEscape(rest)) {
       literal += rest[1];
       at += 2;
-    } else if (rest[0] == '%') {
-      const auto number = ReadPercentNumber(rest);
-      if (!number) {
-        Refuse(Quoted(pattern_), "expected %d, %04d or the like behind a %, or %% for a percent sign");
-      }
+    } else if (const auto number = ReadPercentNumber(rest)) {
       SetWidth(number->width);
       at += number->length;
     } else if (const std::size_t marks = CountMarks(text, at); marks > 0) {
@@ -122,6 +118,15 @@ std::string FramePattern::FileName(std::int32_t frame) const {
   const std::size_t length = number.size() + digits.size();
   if (length < static_cast<std::size_t>(width_)) number.append(static_cast<std::size_t>(width_) - length, '0');
   return head_ + number + digits + tail_;
+}
+
+std::optional<std::int32_t> FramePattern::FrameOf(const std::string& fileName) const {
+  if (fileName.size() <= head_.size() + tail_.size() || !fileName.starts_with(head_)) return std::nullopt;
+  const char* const end = fileName.data() + fileName.size() - tail_.size();
+  std::int32_t frame = 0;
+  const auto [stop, wrong] = std::from_chars(fileName.data() + head_.size(), end, frame);
+  if (wrong != std::errc{} || stop != end || FileName(frame) != fileName) return std::nullopt;
+  return frame;
 }
 
 std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path& folder) const {

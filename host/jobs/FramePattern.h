@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,12 +11,12 @@
 namespace vblur::host {
 
 // The frame number is written %d, %0Nd (N up to 32) or as # or @, one for each digit: two or more, or a single one
-// behind ., _ or - and before a dot, as in shot.#.exr; any other single one is literal. %% stands for a percent sign,
-// %# and %@ for marks, where they would be read as a number.
+// behind ., _ or - and before a dot, as in shot.#.exr; any other single one is literal. So is a percent sign
+// that begins nothing of these, as in 50%.png; %% stands for one in any case, %# and %@ for marks.
 class FramePattern {
  public:
-  // Throws Failure (wrong usage) for a pattern with more than one number, a % that begins neither a frame number nor an
-  // escape, a NUL character, and a name that is too long for a file.
+  // Throws Failure (wrong usage) for a pattern with more than one number, a NUL character, and a name that is too long
+  // for a file.
   explicit FramePattern(std::string pattern);
 
   // The pattern without a number whose file name is this one.
@@ -27,6 +28,8 @@ class FramePattern {
   // for every frame.
   std::string FileName(std::int32_t frame) const;
   const std::string& Text() const { return pattern_; }
+  // Of a pattern with a number: the frame whose file name this is, if it is one.
+  std::optional<std::int32_t> FrameOf(const std::string& fileName) const;
   // Of a pattern with a number: the frames whose files exist, rising. Relative names start from `folder`.
   std::vector<std::int32_t> FramesOnDisk(const std::filesystem::path& folder) const;
 

@@ -108,6 +108,20 @@ std::vector<std::int32_t> FramesOnDisk(const Job& job) {
   Refuse("frames", "no input has a frame number in its name, expected frames by their numbers, such as 1-48");
 }
 
+std::vector<FramePattern> SequencesReadBy(const Job& job) {
+  std::vector<FramePattern> sequences;
+  for (const auto& [field, file] : FilesReadBy(job)) {
+    if (!FramePattern(*file).HasNumber()) continue;
+    const std::size_t name = file->rfind('/') + 1;
+    const FramePattern folder(file->substr(0, name));
+    // A number in the name of a folder: frames in several folders, whose links are not looked up.
+    if (folder.HasNumber()) continue;
+    const auto real = RealPaths().Of(JobFilePath(job, folder, 0) / "name").parent_path();
+    sequences.emplace_back(FramePattern::Escaped(real.string() + "/") + file->substr(name));
+  }
+  return sequences;
+}
+
 void ForEachFileRead(const Job& job, const FrameList& frames, const std::function<void(const FileRead&)>& visit) {
   for (const auto& [field, file] : FilesReadBy(job)) {
     if (IsStandardStream(*file)) continue;

@@ -35,6 +35,9 @@ bool ReadsStandardInput(const Job& job);
 // (wrong usage) for a job that reads none, and where no frame exists.
 std::vector<std::int32_t> FramesOnDisk(const Job& job);
 
+// The sequences that the job reads, as patterns of real paths.
+std::vector<FramePattern> SequencesReadBy(const Job& job);
+
 struct FileRead {
   std::string_view field;
   std::filesystem::path path;  // the real one

@@ -50,6 +50,24 @@ TEST_F(SavedFiles, TakeTheNameOfNothingThatTheRunReadsOrWrites) {
                   "--save-properties: expected another name, \"a.json\" is written by this run already");
 }
 
+// Also of frames that are not rendered, whether they exist or not.
+TEST_F(SavedFiles, TakeTheNameOfNoFrameOfASequence) {
+  std::filesystem::create_directory(Path("shots"));
+  std::filesystem::create_symlink("shots", Path("link"));
+  MakePicture("shots/in.1.png");
+  MakePicture("shots/in.2.png");
+  for (const auto& [file, frame] : {std::pair<std::string, std::string>{"shots/in.2.png", "2"},
+                                    {"link/in.2.png", "2"},
+                                    {"./shots/../shots/in.77.png", "77"}}) {
+    for (const char* option : {"--save-job", "--save-properties"}) {
+      ExpectRefusal({"render", "shots/in.%d.png", "out.%d.png", "--frames", "1", "--overwrite", option, file}, 2,
+                    option + (": expected another name, \"" + file + "\" is frame ") + frame +
+                        " of a sequence that this run reads");
+    }
+  }
+  EXPECT_EQ(Run({"render", "shots/in.%d.png", "out.%d.png", "--frames", "1", "--save-job", "shots/in.x.png"}).exit, 0);
+}
+
 TEST_F(SavedFiles, AreNotThereAfterARunThatFails) {
   const std::vector<std::string> saving{"--save-job", "job.json", "--save-properties", "look.json"};
   const auto refuse = [&](std::vector<std::string> arguments, int exit, const std::string& line) {

@@ -51,17 +51,33 @@ TEST(FramePattern, EscapedNamesAreLiteral) {
   }
 }
 
-TEST(FramePattern, RefusesOtherPercentSignsAndSecondNumbers) {
-  const auto failure = [](const std::string& pattern) { return UsageFailureOf([&] { FramePattern{pattern}; }); };
-  for (const std::string pattern :
-       {"%s.png", "100%", "%4d.png", "%0d", "%00d", "%04", "%-4d", "%033d", "%099999999999d"}) {
-    EXPECT_EQ(failure(pattern),
-              "\"" + pattern + "\": expected %d, %04d or the like behind a %, or %% for a percent sign");
+TEST(FramePattern, OtherPercentSignsAreJustThat) {
+  for (const std::string name :
+       {"50%.png", "100%_done.png", "100%", "%", "%s.png", "%4d.png", "%0d", "%00d", "%04", "%-4d", "50% of.png"}) {
+    EXPECT_FALSE(FramePattern(name).HasNumber()) << name;
+    EXPECT_EQ(FramePattern(name).FileName(12), name);
   }
+  EXPECT_EQ(FramePattern("50%.%04d.png").FileName(7), "50%.0007.png");
+  EXPECT_EQ(FramePattern("50%d.png").FileName(7), "507.png");
+}
+
+TEST(FramePattern, TellsTheFrameOfAFileName) {
+  EXPECT_EQ(FramePattern("a/b.%04d.exr").FrameOf("a/b.0007.exr"), 7);
+  EXPECT_EQ(FramePattern("a/b.%04d.exr").FrameOf("a/b.-003.exr"), -3);
+  EXPECT_EQ(FramePattern("%d").FrameOf("12345"), 12345);
+  for (const std::string other :
+       {"a/b.7.exr", "a/b.00007.exr", "a/b..exr", "a/b.x007.exr", "b.0007.exr", "a/b.0007.ex", "a/b.0007.exr2", ""}) {
+    EXPECT_EQ(FramePattern("a/b.%04d.exr").FrameOf(other), std::nullopt) << other;
+  }
+}
+
+TEST(FramePattern, RefusesSecondAndWideNumbers) {
+  const auto failure = [](const std::string& pattern) { return UsageFailureOf([&] { FramePattern{pattern}; }); };
   for (const std::string pattern : {"%d.%d", "####.%04d", "##a##"}) {
     EXPECT_EQ(failure(pattern), "\"" + pattern + "\": expected one frame number, found two");
   }
-  EXPECT_NE(failure(std::string(33, '#')).find("at most 32 digits"), std::string::npos);
+  for (const std::string& pattern : {std::string(33, '#'), std::string("%033d"), std::string("%099999999999d")})
+    EXPECT_NE(failure(pattern).find("at most 32 digits"), std::string::npos) << pattern;
 }
 
 TEST(FramePattern, RefusesNamesThatNoFileHas) {

@@ -194,8 +194,8 @@ TEST(JobCheck, RefusesFileNamesThatDoNotFitTheFrames) {
   EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.output.file = "x.%04d.exr"; }), unnumbered("output"));
   EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.input->file = "x.%04d.exr"; }), unnumbered("input"));
   EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.output.initial = "x.%04d.exr"; }), unnumbered("output/initial"));
-  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.input->file = "%q"; }),
-            "input: \"%q\": expected %d, %04d or the like behind a %, or %% for a percent sign");
+  EXPECT_EQ(FailureWith(Still(), [](Job& job) { job.input->file = "%d%d"; }),
+            "input: \"%d%d\": expected one frame number, found two");
   Job single = Still();
   single.frames = FrameRange{5, 5, 1};
   EXPECT_NO_THROW(CheckJob(single));
