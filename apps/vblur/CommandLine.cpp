@@ -13,6 +13,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "apps/vblur/Advice.h"
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/RunJob.h"
@@ -116,23 +117,6 @@ std::string WrongValue(const CLI::App& app, const CLI::App& command, const CLI::
   return name + ": expected a value, " + option->get_type_name();
 }
 
-// What the user can do about a failure with the options that the command has.
-std::string Advice(const CLI::App& command, const host::Failure& failure) {
-  std::string advice;
-  const auto offer = [&](const char* option, const char* effect) {
-    if (command.get_option_no_throw(option) == nullptr) return;
-    advice += std::string(advice.empty() ? "; give " : " or ") + option + effect;
-  };
-  if (failure.Kind() == host::FailureKind::FileExists) {
-    offer("--overwrite", " to replace it");
-    offer("--skip-existing", " to leave it");
-  }
-  if (failure.Kind() == host::FailureKind::HoldsLess) offer("--overwrite", "=lossy to replace it all the same");
-  if (failure.Kind() == host::FailureKind::TooManyPixels) offer("--max-pixels", " to allow more");
-  if (failure.Kind() == host::FailureKind::NeedsMemory) offer("--memory", " to allow more");
-  return advice;
-}
-
 class Program {
  public:
   Program() : app_("Blurs and sharpens pictures and sequences of pictures.", "vblur") {
@@ -191,7 +175,7 @@ class Program {
     try {
       return command.Run(global_, terminal_);
     } catch (const host::Failure& failure) {
-      throw host::Failure(failure.Code(), failure.what() + Advice(*command.App(), failure), failure.Kind());
+      throw host::Failure(failure.Code(), failure.what() + Advice(*command.App(), failure.Kind()), failure.Kind());
     }
   }
 

@@ -40,7 +40,7 @@ class JobCommand : public Command {
     if (frames_) host::TakeFrames(job, FramesOf(*frames_, job));
     TakeStandardInput(job, run_, terminal);
     ApplyAssignments(assignments_, job, run_.render.maxPixels);
-    return RunJob(job, global, run_, terminal);
+    return RunJob(job, global, run_, terminal, *App());
   }
 
  private:

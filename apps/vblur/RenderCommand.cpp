@@ -180,7 +180,7 @@ class RenderCommand : public Command {
   host::ExitCode RunAll(const std::vector<host::Job>& jobs, const GlobalOptions& global, Terminal& terminal) const {
     host::ExitCode code = host::ExitCode::Done;
     for (const host::Job& job : jobs) {
-      const host::ExitCode one = RunJob(job, global, run_, terminal);
+      const host::ExitCode one = RunJob(job, global, run_, terminal, *App());
       if (code == host::ExitCode::Done) code = one;
       if (one == host::ExitCode::Interrupted) return one;
       if (one != host::ExitCode::Done && run_.render.onError == host::OnError::Stop) return code;

@@ -1,5 +1,6 @@
 #include "apps/vblur/RunJob.h"
 
+#include "apps/vblur/Advice.h"
 #include "apps/vblur/FlatAreaWarning.h"
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/JobWarnings.h"
@@ -13,6 +14,24 @@
 namespace vblur::cli {
 
 namespace {
+
+// Adds what the user can do to the messages of failed frames.
+class AdvisedProgress : public host::RenderObserver {
+ public:
+  AdvisedProgress(host::Progress& progress, const CLI::App& command) : progress_(progress), command_(command) {}
+
+  void OnStart(std::int64_t frames, std::int32_t framesInFlight) override { progress_.OnStart(frames, framesInFlight); }
+  void OnWarning(std::int32_t frame, const std::string& text) override { progress_.OnWarning(frame, text); }
+  void OnFrame(const host::FrameResult& result) override {
+    host::FrameResult advised = result;
+    if (result.status == host::FrameStatus::Failed) advised.message += Advice(command_, result.kind);
+    progress_.OnFrame(advised);
+  }
+
+ private:
+  host::Progress& progress_;
+  const CLI::App& command_;
+};
 
 host::ProgressStyle StyleOf(const GlobalOptions& global, const RunOptions& run, const Terminal& terminal) {
   using host::ProgressStyle;
@@ -45,7 +64,8 @@ void TakeStandardInput(const host::Job& job, const RunOptions& run, const Termin
                           [&] { return interruption.Context().Stopped(); });
 }
 
-host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal) {
+host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal,
+                      const CLI::App& command) {
   host::CheckStreams(job);
   TakeStandardInput(job, run, terminal);
   Interruption interruption(terminal);
@@ -61,7 +81,8 @@ host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const R
   host::RenderOptions options = run.render;
   options.threads = global.threads;
   if (global.verbose > 1 && !global.quiet) options.trace = &trace;
-  const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.Context(), progress);
+  AdvisedProgress advised(progress, command);
+  const auto summary = host::RenderSequence(job, server->Factory(), options, interruption.Context(), advised);
   progress.Finish(summary);
   if (summary.code == host::ExitCode::Interrupted) throw host::Failure(summary.code, "interrupted");
   return summary.code;

@@ -93,7 +93,7 @@ class SequenceRun {
 
   template <typename Work>
   void Attempt(FrameSlot& slot, double& seconds, Work work);
-  void Fail(FrameSlot& slot, ExitCode code, const std::string& message);
+  void Fail(FrameSlot& slot, const Failure& failure);
   bool IsOver(std::int64_t index) const { return context_.Stopped() || index > lastIndex_; }
 
   void Begin(FrameSlot& slot, std::int64_t index);
@@ -231,7 +231,7 @@ void SequenceRun::CheckFiles() {
     // Incomplete outputs are rendered; missing inputs then fail that frame.
     if (MayBeSkipped(frame)) continue;
     if (options_.onError == OnError::Stop) CheckInputs(frame);
-    RequireWritable(OutputOf(frame), options_.overwrite);
+    RequireWritable(OutputOf(frame), options_.overwrite || options_.skipExisting);
   }
   SettleDepth();
   for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
@@ -292,10 +292,18 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
     effect.BeginFrameRange(FrameTime(job_, frames_.FrameAt(0)), FrameTime(job_, frames_.FrameAt(frames_.Count() - 1)));
 }
 
-void SequenceRun::Fail(FrameSlot& slot, ExitCode code, const std::string& message) {
+void SequenceRun::Fail(FrameSlot& slot, const Failure& failure) {
+  // Another run has finished the frame meanwhile.
+  if (options_.skipExisting && failure.Kind() == FailureKind::FileExists) {
+    slot.result.status = FrameStatus::Skipped;
+    slot.result.overscan.reset();
+    slot.result.memory.reset();
+    return;
+  }
   slot.result.status = FrameStatus::Failed;
-  slot.result.code = code;
-  slot.result.message = message + AboutFrame(frames_, slot.result.frame);
+  slot.result.code = failure.Code();
+  slot.result.kind = failure.Kind();
+  slot.result.message = failure.what() + AboutFrame(frames_, slot.result.frame);
   if (options_.onError != OnError::Stop) return;
   std::int64_t last = lastIndex_;
   while (slot.result.index < last && !lastIndex_.compare_exchange_weak(last, slot.result.index)) {
@@ -310,13 +318,14 @@ void SequenceRun::Attempt(FrameSlot& slot, double& seconds, Work work) {
   try {
     work();
   } catch (const Failure& failure) {
-    Fail(slot, failure.Code(), failure.what());
+    Fail(slot, failure);
   } catch (const FileInterrupted&) {
     slot.dropped = true;
   } catch (const FrameDropped&) {
     slot.dropped = true;
   } catch (const std::bad_alloc&) {
-    Fail(slot, ExitCode::SomeFramesFailed, OutputName(slot.result.file) + ": not enough memory for this frame");
+    Fail(slot,
+         Failure(ExitCode::SomeFramesFailed, OutputName(slot.result.file) + ": not enough memory for this frame"));
   }
 }
 

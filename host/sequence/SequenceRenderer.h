@@ -24,6 +24,7 @@ struct RenderOptions {
   // With `overwrite`: a picture that the frame reads may be replaced by one that holds less.
   bool lossy = false;
   // Leaves files that exist and are whole, of the frame's size as far as that is known; replaces others with a warning.
+  // A file that appears while its frame is rendered is left, too.
   bool skipExisting = false;
   // Whether every file is on its disk before it takes its name.
   bool sync = true;
@@ -57,6 +58,7 @@ struct FrameResult {
   FrameStatus status = FrameStatus::Done;
   // Why a frame failed.
   ExitCode code = ExitCode::Done;
+  FailureKind kind = FailureKind::Other;
   std::string message;
   StageTimes seconds;
   // From the effect; nothing for a frame that was not rendered.

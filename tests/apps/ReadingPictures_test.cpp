@@ -88,5 +88,22 @@ TEST_F(ReadingPictures, TheNumberOfPixelsHasALimit) {
   EXPECT_EQ(Run({"render", "in.png", "out.png", "--max-pixels", "0.0012M"}).exit, 0);
 }
 
+TEST_F(ReadingPictures, EveryFrameBeyondALimitGetsTheAdvice) {
+  MakePicture("in.1.png", 4, 2);
+  MakePicture("in.2.png", 40, 30);
+  const std::vector<std::string> render{"render", "in.%d.png", "out.%d.png", "--frames", "1-2", "--overwrite"};
+  const auto run = [&](const std::string& option, const std::string& value) {
+    auto limited = render;
+    limited.insert(limited.end(), {option, value});
+    return Run(limited).err;
+  };
+  EXPECT_EQ(run("--max-pixels", "1K"),
+            "vblur: in.2.png: cannot read: 40 x 30 pixels, 1200 in all, expected at most 1000 (frame 2); give "
+            "--max-pixels to allow more\n");
+  EXPECT_EQ(run("--memory", "5K"),
+            "vblur: out.2.png: a frame of 40 x 30 pixels needs 15K of memory, 5K are allowed (frame 2); give --memory "
+            "to allow more\n");
+}
+
 }  // namespace
 }  // namespace vblur::cli

@@ -317,5 +317,27 @@ TEST_F(SequenceRenderer, TheDepthIsThatOfTheInput) {
   EXPECT_EQ(ReadPictureInfo(folder_.path() / "out.001.png").samples, SampleKind::Unsigned16);
 }
 
+// As two runs into one folder make them.
+TEST_F(SequenceRenderer, AFrameThatAnotherRunFinishesMeanwhileIsSkipped) {
+  MakeInputs();
+  const auto finishBySomeoneElse = [this](std::size_t number) {
+    if (number == 2) Make("out.003.png", 99);
+  };
+  EXPECT_EQ(Render(finishBySomeoneElse).code, ExitCode::CannotWrite);
+  std::filesystem::remove(folder_.path() / "out.001.png");
+  std::filesystem::remove(folder_.path() / "out.002.png");
+  std::filesystem::remove(folder_.path() / "out.003.png");
+  seen_.results.clear();
+  log_.clear();
+  options_.skipExisting = true;
+  const RenderSummary summary = Render(finishBySomeoneElse);
+  EXPECT_EQ(summary.code, ExitCode::Done);
+  EXPECT_EQ(summary.done, 5);
+  EXPECT_EQ(summary.skipped, 1);
+  EXPECT_EQ(seen_.results[2].status, FrameStatus::Skipped);
+  EXPECT_EQ(ValueOf("out.003.png"), 99);
+  EXPECT_TRUE(Exists("out.006.png"));
+}
+
 }  // namespace
 }  // namespace vblur::host
