@@ -12,6 +12,17 @@ class Interruption : public ProgramTest {
   }
 };
 
+// Whether a process has the file open; `files` is the folder of its descriptors.
+bool IsOpen(const std::filesystem::path& files, const std::string& name) {
+  std::error_code error;
+  std::filesystem::directory_iterator each(files, error);
+  for (; !error && each != std::filesystem::directory_iterator(); each.increment(error)) {
+    std::error_code gone;
+    if (std::filesystem::read_symlink(each->path(), gone).filename() == name) return true;
+  }
+  return false;
+}
+
 TEST_F(Interruption, CtrlCLeavesWholeFilesOnly) {
   MakePicture("in.png", 600, 400);
   Process program(folder_.path(), Command({"render", "in.png", "out.%04d.png", "--frames", "1-2000", "--blur", "3"}));
@@ -86,6 +97,25 @@ TEST_F(Interruption, EndsWithinASecondWhateverIsWritten) {
     EXPECT_FALSE(SomethingIsBeingWritten());
     EXPECT_TRUE(result.exit == 130 || (result.exit == 0 && Exists(output))) << format << result.exit;
     std::filesystem::remove(Path(output));
+  }
+}
+
+TEST_F(Interruption, EndsWithinASecondWhileALargeFileIsRead) {
+  ASSERT_EQ(Run({"chart", "in.png", "--size", "9000x6000"}).exit, 0);
+  ASSERT_EQ(Run({"in.png", "in.jpg", "--no-sync", "-q"}).exit, 0);
+  for (const std::string input : {"in.png", "in.jpg"}) {
+    Process program(folder_.path(), Command({"render", input, "out.png"}));
+    const std::filesystem::path files = "/proc/" + std::to_string(program.Id()) + "/fd";
+    // Its header is looked at before, for a moment.
+    int polls = 0;
+    ASSERT_TRUE(WaitUntil([&] { return (polls = IsOpen(files, input) ? polls + 1 : 0) > 30; })) << input;
+    const auto start = std::chrono::steady_clock::now();
+    program.Send(SIGINT);
+    const auto result = program.Wait();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000)) << input;
+    EXPECT_EQ(result.exit, 130) << input;
+    EXPECT_EQ(result.err, "vblur: interrupted\n") << input;
+    EXPECT_EQ(host::NamesIn(folder_.path()), (std::set<std::string>{"in.jpg", "in.png"}));
   }
 }
 

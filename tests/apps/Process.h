@@ -53,6 +53,7 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
+  pid_t Id() const { return child_; }
   void Send(int signal) const { ::kill(child_, signal); }
 
   ProcessResult Wait() {
