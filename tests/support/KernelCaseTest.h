@@ -1,12 +1,14 @@
 // Tests of the kernel lists: at the level in use each case equals plain code bit for bit and runs its kernel and no
-// other, and each kernel has a case. For suites on AtEachLevel:
+// other, each kernel has a case, and each of its instruction sets is a level. For suites on AtEachLevel:
 //
 //   TEST_P(BlurKernels, EqualPlainCode) { expectEqualToPlainCode(blurKernels()); }
 //   TEST(BlurKernels..., HaveACaseEach) { expectCaseOfEachKernel({imageKernels(), blurKernels()}); }
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -55,6 +57,23 @@ inline void compareOnce(const KernelCase& c, Random& random) {
   ASSERT_EQ(out, expected) << c.name << " of " << n << " at " << HvCpuLevel();
 }
 
+// A set that kernels are compiled for and HvCpu.cpp is not would never run at a level of its own.
+inline void expectLevelOfEachTarget() {
+  const std::string level = HvCpuLevel();
+  const std::int64_t machine = hwy::SupportedTargets();
+  // The call above has Highway forget the level.
+  HvSetCpuLevel(level);
+  const auto& levels = HvCpuLevels();
+  for (const HvKernel* kernel = HvKernel::first(); kernel != nullptr; kernel = kernel->next()) {
+    for (int bit = 0; bit < 63; ++bit) {
+      const std::int64_t target = std::int64_t{1} << bit;
+      if ((kernel->targets() & machine & target) == 0) continue;
+      const std::string name = hwy::TargetName(target);
+      EXPECT_TRUE(std::find(levels.begin(), levels.end(), name) != levels.end()) << kernel->name() << " for " << name;
+    }
+  }
+}
+
 }  // namespace kernel_case
 
 inline void expectEqualToPlainCode(const std::vector<KernelCase>& cases, int rows = 100) {
@@ -69,6 +88,7 @@ inline void expectCaseOfEachKernel(const std::vector<std::vector<KernelCase>>& l
     });
     EXPECT_TRUE(known) << "no case of kernel " << kernel->name();
   }
+  kernel_case::expectLevelOfEachTarget();
 }
 
 }  // namespace vblur::test
