@@ -18,7 +18,7 @@ CALL = re.compile(r"vblur_(?:module|check_includes)\(([^)]*)\)")
 LISTED = re.compile(r"MAY_INCLUDE((?:\s+(?!LINK\b)[\w/.]+)*)")
 NAMED = re.compile(r"`([\w/.-]+\.(?:h|cpp|py|sh|map|json|cmake))`")
 # Names of a user's files, not of this tree.
-EXAMPLES = re.compile(r"^(X|shot|look|out)[-_.]|(?:^|/)X(Command|_test)?[-_.]|^vblur/|^highway\.h$")
+EXAMPLES = re.compile(r"^(X|shot|look|out)[-_.]|(?:^|/)X(Command|Page|Page_test|_test)?[-_.]|^vblur/|^highway\.h$")
 
 
 def files():
