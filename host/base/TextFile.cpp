@@ -45,8 +45,4 @@ std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const
   return commit;
 }
 
-void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind) {
-  WriteTextBeside(text, path, kind)->Commit();
-}
-
 }  // namespace vblur::host

@@ -17,7 +17,4 @@ std::string ReadTextFile(const std::filesystem::path& path, const std::string& k
 std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,
                                                   const std::string& kind);
 
-// The same, committed.
-void WriteTextFile(const std::string& text, const std::filesystem::path& path, const std::string& kind);
-
 }  // namespace vblur::host

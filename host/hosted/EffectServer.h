@@ -34,8 +34,6 @@ class EffectServer {
   // A class object of the server, with its result.
   HRESULT GetClassObject(const GUID& clsid, const GUID& iid, void** result) const;
 
-  const std::filesystem::path& File() const { return file_; }
-
  private:
   std::filesystem::path file_;
   LoadedModule library_;

@@ -57,8 +57,4 @@ std::unique_ptr<OutputFileCommit> WritePropertyFileBeside(const PropertyStore& p
   return WriteTextBeside(LayoutJson(document), path, "property file");
 }
 
-void WritePropertyFile(const PropertyStore& properties, const std::filesystem::path& path) {
-  WritePropertyFileBeside(properties, path)->Commit();
-}
-
 }  // namespace vblur::host

@@ -35,7 +35,7 @@ class Catalogue {
   virtual HRESULT AddFamilies(const RegisteredFamilies& entry);
   virtual HRESULT RemoveFamilies(const GUID& clsid);
 
-  // In the order of registration.
+  // For listings of what is registered. In the order of registration.
   std::vector<RegisteredClass> Classes() const;
   // The effects of a family, in the order of registration.
   std::vector<RegisteredFamilies> EffectsOf(const GUID& family) const;

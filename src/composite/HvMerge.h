@@ -66,7 +66,9 @@ class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>
   float blend = 0.5f;
   float weightA = 1.0f;  // the share of either picture in the mix
   float weightB = 1.0f;
-  std::uint32_t flags = 0;  // MergeFlags; the bits of the window are in Imager::flags
+  // MergeFlags. Those of the window and of threads are in Imager::flags, which this hides: kOneThread here would be
+  // kTowardsA.
+  std::uint32_t flags = 0;
 };
 
 extern template class HvMerge<R8, Rf, 255>;

@@ -70,7 +70,7 @@ class Blur : public HvDsEffect,
   HRESULT ShowPage(const char* pageName) override;
   HRESULT HideControls(bool hide) override;
 
-  // The places of the last frame, or of a clone's last frame.
+  // For tests and tracing: the places of the last frame, or of a clone's last frame.
   const PlaceRecord& OutputPlace() const { return frame.outputPlace; }
   const PlaceRecord& InputPlace() const { return frame.inputPlace; }
   const PlaceRecord& Input2Place() const { return frame.input2Place; }

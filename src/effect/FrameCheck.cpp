@@ -18,34 +18,34 @@ struct FramePicture {
   std::int64_t y = 0;
 };
 
-bool isKnown(const GUID& format) {
+bool IsKnown(const GUID& format) {
   return format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14 || format == MFIF_MASK_8 || format == MFIF_MASK_16;
 }
 
-bool canBeCounted(std::int64_t corner, std::int64_t side) {
+bool CanBeCounted(std::int64_t corner, std::int64_t side) {
   return side <= FrameLimits::kLongestSide && corner >= -FrameLimits::kFarthestPixel &&
          corner + side <= FrameLimits::kFarthestPixel;
 }
 
 // Why nothing can be rendered with a picture, needed or not: its memory would be read as that of another format, or its
 // positions would wrap. Null: it can.
-const char* obstacleOf(const FramePicture& picture) {
+const char* ObstacleOf(const FramePicture& picture) {
   if (picture.image == nullptr || picture.image->IsUsable() != kOk) return nullptr;
   const GUID format = picture.image->Format();
-  if (isKnown(format) && format != picture.format) return "has another format than the output";
+  if (IsKnown(format) && format != picture.format) return "has another format than the output";
   const DSPixelPair size = picture.image->Size();
-  if (!canBeCounted(picture.x, size.x) || !canBeCounted(picture.y, size.y)) return "lies beyond the pixels that count";
+  if (!CanBeCounted(picture.x, size.x) || !CanBeCounted(picture.y, size.y)) return "lies beyond the pixels that count";
   return nullptr;
 }
 
 // Why a picture shows nothing. Null: it does.
-const char* flawOf(const FramePicture& picture) {
+const char* FlawOf(const FramePicture& picture) {
   if (picture.image == nullptr) return "is missing";
   if (picture.image->IsUsable() != kOk) return "cannot be used";
   const DSPixelPair size = picture.image->Size();
   if (size.x < 1 || size.y < 1) return "has no pixels";
   if (picture.image->FirstPixel() == nullptr) return "has no memory";
-  return isKnown(picture.image->Format()) ? nullptr : "has an unknown format";
+  return IsKnown(picture.image->Format()) ? nullptr : "has an unknown format";
 }
 
 }  // namespace
@@ -69,13 +69,13 @@ bool Blur::CheckPictures() {
                    std::int64_t{maskOffsetY} + input.originY},
   };
   for (const FramePicture& picture : pictures) {
-    if (const char* const obstacle = obstacleOf(picture)) {
+    if (const char* const obstacle = ObstacleOf(picture)) {
       frame.refusal = {picture.name, obstacle};
       return false;
     }
   }
   for (const FramePicture& picture : pictures) {
-    const char* const flaw = picture.isNeeded ? flawOf(picture) : nullptr;
+    const char* const flaw = picture.isNeeded ? FlawOf(picture) : nullptr;
     if (flaw != nullptr && frame.refusal.reason == nullptr) frame.refusal = {picture.name, flaw};
   }
   return true;

@@ -49,7 +49,7 @@ class HvDsEffect : protected HvDsEffectState, protected HvDsOverlayLink {
   HRESULT ConnectOverlay(IUnknown* viewer);
   // Called when a page closes. The last call releases the tool.
   void DisconnectOverlay();
-  // Null while no page is open. Borrowed.
+  // For tests and tracing. Null while no page is open. Borrowed.
   HvTInteract* OverlayTool() const { return overlayTool.get(); }
 
  protected:

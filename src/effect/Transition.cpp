@@ -11,7 +11,7 @@ namespace {
 enum Ramping : std::int32_t { kRampIn = 1, kRampOut = 2, kRampInAndOut = 3 };
 
 // NaN passes both comparisons and stays NaN.
-double limitedShare(double share) {
+double LimitedShare(double share) {
   if (share < 0.0) return 0.0;
   if (share > 1.0) return 1.0;
   return share;
@@ -38,7 +38,7 @@ void Blur::UpdateTransition(double time) {
   const auto start = static_cast<float>(duration * transition.startFadingInSecondClip / 100.0);
   const auto finish = static_cast<float>(duration * transition.finishFadingOutFirstClip / 100.0);
   const double share = (time - static_cast<double>(start)) / static_cast<double>(finish - start);
-  frame.transitionMix = RampValue(static_cast<float>(limitedShare(share)), transition.ramping);
+  frame.transitionMix = RampValue(static_cast<float>(LimitedShare(share)), transition.ramping);
 
   const float ramped = RampValue(frame.transitionProgress, transition.ramping);
   switch (transition.scaling) {

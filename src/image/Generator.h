@@ -1,4 +1,4 @@
-// A processor without inputs. For processors of other programs: none of this system's is a Generator.
+// A processor without inputs. Part of the framework: no processor here is a Generator.
 #pragma once
 
 #include "image/Imager.h"

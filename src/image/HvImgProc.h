@@ -14,7 +14,7 @@ class HvImgProc : public HvRowProcessor {
     kSharingRows = 1,  // rows are being shared among threads
     kWindowSet = 2,
   };
-  // For other programs: this system's processors run with the default.
+  // Part of the framework: the processors here run with the default.
   enum Option : std::uint32_t {
     kUseThreads = 1,
     kReplaceWindow = 2,  // a window that overruns is replaced rather than clipped

@@ -20,7 +20,7 @@ struct HvRowLoop {
 
 class HvRowProcessor : public HvInteruptable {
  public:
-  // right and bottom inclusive. For other programs, like setPasses.
+  // right and bottom inclusive. Part of the framework, like setPasses: the processors here read the fields.
   void getWindow(std::int32_t& left, std::int32_t& top, std::int32_t& right, std::int32_t& bottom) const {
     left = x1;
     top = y1;

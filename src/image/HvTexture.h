@@ -28,7 +28,7 @@ struct HvPixelRun {
 };
 
 // The virtual operations of a texture, in their order. A texture of int returns a sample, all others write it
-// to a result. Samples are for other programs: this system's processors read runs.
+// to a result. Samples are part of the framework: the processors here read runs.
 template <class Texture, class Pixel, class Accum>
 class HvTextureOperations : public HvTexIndexer {
  public:

@@ -13,8 +13,7 @@ class Imager : public HvRowProcessor {
  public:
   enum Flag : std::uint32_t {
     kClipWindow = 1,     // the window awaits clipping to the target
-                         // kReplaceWindow and kOneThread are for other programs.
-    kReplaceWindow = 2,  // a window that overruns the target becomes the target's extent
+    kReplaceWindow = 2,  // a window that overruns the target becomes the target's extent; no processor here sets it
     kOneThread = 4,      // run on the calling thread only
     kSubWindow = 8,      // the window is a true sub-rectangle
   };
@@ -24,7 +23,7 @@ class Imager : public HvRowProcessor {
   void copyWindow(const Imager& other);
   // Copies the interrupt record and kOneThread of the processor that runs this one.
   void runLike(const Imager& parent);
-  // At least 0.001. For other programs: a frame's processors have aspect 1.
+  // At least 0.001. Part of the framework: a frame's processors have aspect 1.
   void setAspect(float a);
   void setFieldMode(std::int32_t mode) { fieldMode = mode; }
   std::int32_t firstRow(std::int32_t y) const { return firstFieldRow(fieldMode, y); }

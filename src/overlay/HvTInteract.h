@@ -66,6 +66,7 @@ class HvTInteract : public CDSInteractiveTool, public HvTManager {
   // Invalidates the overlay.
   void Redraw() { InvalidateLayer(1, nullptr); }
 
+  // For tests and tracing: what the tool knows of its view.
   std::uint32_t DisplayFlags() const { return displayFlags_; }
   bool Linked() const { return linked_ != 0; }
   std::int32_t FrameWidth() const { return frameWidth_; }

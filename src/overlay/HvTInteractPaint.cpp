@@ -4,6 +4,7 @@
 #include "overlay/Drawing.h"
 #include "overlay/HvTInteract.h"
 #include "overlay/OverlayColours.h"
+#include "overlay/ScopeExit.h"
 
 namespace vblur {
 namespace {
@@ -29,16 +30,17 @@ void HvTInteract::Paint(IVWSurface& surface) {
   CatchUp();
   tagVWOPENGLSURFACE info;
   if (vwSurfaceBeginRenderOpenGL(&surface, &info) < 0) return;
+  // A widget may throw.
+  const ScopeExit end([&] { vwSurfaceEndRenderOpenGL(&surface, &info); });
   // Created in the first context and kept.
   if (fontBase_ == 0) fontBase_ = MakeOverlayFont(wglGetCurrentDC());
   SetOverlayFont(fontBase_);
   glPushAttrib(kAllAttributes);
+  const ScopeExit pop([] { glPopAttrib(); });
   SetUpSurface(info);
   SetTolerance({static_cast<float>(info.worldWidth * kPickPixels / info.width),
                 static_cast<float>(info.worldHeight * kPickPixels / info.height)});
   HvTManager::Draw();
-  glPopAttrib();
-  vwSurfaceEndRenderOpenGL(&surface, &info);
 }
 
 // Uses the matrix mode that the surface left current; widgets compose in the same matrix.

@@ -229,7 +229,9 @@ TEST(FuzzSampler, CopiesAlphaOnceMoreWithinOnePictureThatIsMoved) {
     within.wrap(9, 7, once.source.data);
     once.sampler.mode = kFuzzLuminance;
     once.sampler.sizeX = once.sampler.sizeY = 1.5f;
+    forgetKernelRuns();
     once.sampler.process(&once.source, &within);
+    EXPECT_TRUE(kernelsRanAmongOthers({"boxSweep 8"}));
 
     apartFrom.run(kFuzzLuminance, 1.5f, 1.5f);
     Frame moved;

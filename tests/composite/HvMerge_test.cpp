@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/composite/Pictures.h"
+#include "tests/image/WindowEnds.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -177,6 +178,12 @@ TEST(HvMerge, FieldsOfANewMerge) {
   merge.setWindow(1, 2, 3, 4);
   EXPECT_EQ(merge.flags, 0u);
   EXPECT_NE(merge.Imager::flags, 0u);
+}
+
+TEST(HvMerge, FieldsStandInTheirOrder) {
+  const Merge8 m;
+  EXPECT_TRUE(standInOrder(m.rgbMode, m.hsvMethod, m.method, m.gainA, m.gainB, m.mixA, m.mixB, m.blend, m.weightA,
+                           m.weightB, m.flags));
 }
 
 TEST(HvMerge, FlagsOfGainsAndBlends) {

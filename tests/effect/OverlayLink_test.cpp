@@ -160,7 +160,7 @@ TEST_F(OverlayLink, PassesOnThatThereIsNoTool) {
   offer = Offer::Nothing;
   EXPECT_EQ(effect->ConnectOverlay(&viewer), kNoSuchClass);
   EXPECT_EQ(effect->OverlayTool(), nullptr);
-  effect->PageShown("crop");
+  static_cast<HvDsEffect&>(*effect).PageShown("crop", 1, 2);
   effect->UpdateOverlayPlacement();
   effect->AttachOverlay();
   EXPECT_EQ(effect->HideControls(true), kFalse);

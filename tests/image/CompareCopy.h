@@ -10,6 +10,7 @@
 #include "image/HvTexture.h"
 #include "tests/support/Canvas.h"
 #include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -38,6 +39,7 @@ template <class Sampler, class Prepare>
 void compareCopy(int channels, const Prepare& prepare) {
   using Texture = typename Sampler::Texture;
   using Pixel = typename Texture::Pixel;
+  KernelRunsOfCases runs;
   forRandomCases(60, [&](Random& random) {
     const bool wide = random.oneIn(3);
     Canvas<Pixel> from(random.within(1, wide ? 70 : 9), random.within(1, 9), randomLayout(random));
@@ -60,10 +62,17 @@ void compareCopy(int channels, const Prepare& prepare) {
       Sampler sampler;
       prepare(sampler);
       sampler.process(&in, &out);
+      runs.note();
       EXPECT_EQ(to.pixels(), expected) << name;
       EXPECT_TRUE(to.guardsAreIntact()) << name;
     }
   });
+  if (channels == 15) {
+    EXPECT_TRUE(runs.had({"mirrorWords", "fillWords"}));
+  } else if (channels != 0) {
+    const std::string bits = std::to_string(8 * sizeof(Pixel));
+    EXPECT_TRUE(runs.had({"copyBits " + bits, "mirrorBits " + bits, "fillBits " + bits}));
+  }
 }
 
 inline const auto kNothing = [](auto&) {};

@@ -7,6 +7,7 @@
 
 #include "tests/support/Canvas.h"
 #include "tests/support/CpuLevel.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -39,7 +40,8 @@ std::vector<Pixel> plainFill(const HvTexture<Pixel, Rf>& out, const HvImgFiller<
 
 template <class Pixel>
 void compareFill() {
-  forRandomCases(400, [](Random& random) {
+  KernelRunsOfCases runs;
+  forRandomCases(400, [&](Random& random) {
     const bool wide = random.oneIn(3);
     Canvas<Pixel> canvas(random.within(1, wide ? 120 : 14), random.within(1, 14), randomLayout(random));
     canvas.fillRandom(random);
@@ -71,11 +73,13 @@ void compareFill() {
       const ThreadCount scope(random.within(1, 3));
       canvas.copyFrom(before);
       filler.process(&out);
+      runs.note();
       EXPECT_EQ(canvas.pixels(), expected) << name;
       EXPECT_TRUE(canvas.guardsAreIntact()) << name;
     }
     EXPECT_EQ((std::vector{filler.x1, filler.y1, filler.x2, filler.y2}), (std::vector{x1, y1, x2, y2}));
   });
+  EXPECT_TRUE(runs.had({"fillWords"}));
 }
 
 TEST(HvImgFiller, FillsWhatAPlainFillDoes) {

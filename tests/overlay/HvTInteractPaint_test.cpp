@@ -1,7 +1,10 @@
 // The viewer tool's OpenGL calls around those of the widgets.
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include "overlay/HvTInteract.h"
+#include "tests/overlay/Probe.h"
 #include "tests/overlay/ToolWorld.h"
 #include "tests/support/gl/GlRecording.h"
 
@@ -101,6 +104,24 @@ TEST(HvTInteractPaint, PassesTheWorldThroughFloats) {
   const std::string text = gl.text();
   EXPECT_NE(text.find("glOrtho(0.10000000149011612, 200.10000610351562, 10, 110, -100, 100)"), std::string::npos)
       << text;
+}
+
+TEST(HvTInteractPaint, LeavesTheSurfaceWhenAWidgetThrows) {
+  struct Refusing : test::Probe {
+    using Probe::Probe;
+    void Draw() override { throw std::runtime_error("refused"); }
+  };
+  GlRecording gl;
+  const auto tool = NewTool();
+  test::CallLog log;
+  Refusing refusing(log, "r", test::square(0, 0, 1));
+  refusing.SetParent(&tool->ViewZero());
+  TestSurface surface;
+  EXPECT_THROW(tool->OnRender(&surface), std::runtime_error);
+  EXPECT_EQ(surface.ends, 1);
+  ASSERT_FALSE(gl.lines().empty());
+  EXPECT_EQ(gl.lines().back(), "glPopAttrib()");
+  refusing.Detach();
 }
 
 TEST(HvTInteractPaint, RefusesNoSurface) {

@@ -8,8 +8,8 @@ ENTRY_POINTS = {
     "libvblur.so": {"vblur_blur", "vblur_last_error", "vblur_set_threads", "vblur_settings_init", "vblur_sharpen",
                     "vblur_version"},
     "V_Blur.so": {"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"},
-    "libvblur_host_gl.so": {"VBlurMakeOffScreenSurface"},
-    "libvblur_host_pictures.so": {"VBlurPictureLibrary", "VBlurDrawingLibrary"},
+    "libvblur_host_gl.so": {"VBlurMakeOffScreenSurface", "VBlurModuleVersion"},
+    "libvblur_host_pictures.so": {"VBlurPictureLibrary", "VBlurDrawingLibrary", "VBlurModuleVersion"},
 }
 LINKED = {"libvblur.so", "libvblur_host.so", "libvblur_sdk_effects.so", "libvblur_sdk_viewer.so"}
 OWN = ("vblur::", "typeinfo for vblur::", "typeinfo name for vblur::", "vtable for vblur::", "VTT for vblur::",

@@ -73,7 +73,7 @@ TEST_F(OutputSync, AFileIsOnItsDiskBeforeItTakesItsNameAndTheNameAfterThat) {
     EXPECT_EQ(calls_, (Calls{"sync part", "rename to " + name, "sync folder"}));
   }
   calls_.clear();
-  WriteTextFile("{}", folder_.path() / "job.json", "job file");
+  WriteTextBeside("{}", folder_.path() / "job.json", "job file")->Commit();
   EXPECT_EQ(calls_, (Calls{"sync part", "rename to job.json", "sync folder"}));
 }
 

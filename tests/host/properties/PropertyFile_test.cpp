@@ -37,7 +37,7 @@ TEST(PropertyFile, HoldsEverythingThatAnEffectHasToTheLastBit) {
     effect.PutProperties(store);
     const PropertyStore taken = PropertiesOf(effect.PropertyAccess());
     EXPECT_EQ(taken, store);
-    WritePropertyFile(taken, folder.path() / "look.json");
+    WritePropertyFileBeside(taken, folder.path() / "look.json")->Commit();
     const PropertyStore read = ReadPropertyFile(folder.path() / "look.json");
     EXPECT_EQ(read, store);
     HostedEffect other(MakeEffect());
@@ -49,7 +49,7 @@ TEST(PropertyFile, HoldsEverythingThatAnEffectHasToTheLastBit) {
 TEST(PropertyFile, DefaultsMakeAShortFile) {
   const ScratchFolder folder;
   const HostedEffect effect(MakeEffect());
-  WritePropertyFile(PropertiesOf(effect.PropertyAccess()), folder.path() / "look.json");
+  WritePropertyFileBeside(PropertiesOf(effect.PropertyAccess()), folder.path() / "look.json")->Commit();
   EXPECT_EQ(ReadPropertyFile(folder.path() / "look.json"), PropertyStore());
 }
 
