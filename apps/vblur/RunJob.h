@@ -14,8 +14,8 @@ void ApplyProgress(const RunOptions& run, Terminal& terminal);
 // Reads the standard input if the job does, within the memory that is allowed. Throws host::Failure.
 void TakeStandardInput(const host::Job& job, const RunOptions& run, const Terminal& terminal);
 
-// For a command, whose options failed frames are told to use. Throws host::Failure for what is wrong before the first
-// frame.
+// `command` runs it: its options are the advice for failed frames. Throws host::Failure for what is wrong before the
+// first frame.
 host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const RunOptions& run, Terminal& terminal,
                       const CLI::App& command);
 

@@ -14,7 +14,7 @@
 namespace vblur::host {
 
 struct PictureMetadata {
-  // What the reader saw: the whole description as the file was opened, and what the host makes of it.
+  // The reader's description of the file as it was opened, and the host's.
   OIIO::ImageSpec input;
   PictureInfo info;
   // The samples of the channels that the effect does not take (PictureInfo::passing), as they are stored: those of a

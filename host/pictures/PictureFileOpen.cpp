@@ -59,7 +59,7 @@ StoredType StoredTypeOf(const OIIO::ImageSpec& spec, int channel) {
                                            : NumberKind::Unsigned;
   stored.bytes = static_cast<std::int32_t>(type.basesize());
   stored.bits = 8 * stored.bytes;
-  // What the format packs, which its reader widens.
+  // Packed samples, which the reader widens.
   const int packed = spec.get_int_attribute("oiio:BitsPerSample");
   if (stored.number != NumberKind::Float && packed > 0 && packed < stored.bits) stored.bits = packed;
   return stored;
@@ -96,7 +96,7 @@ std::int32_t CountPictures(OIIO::ImageInput& file) {
   if (count > 1) return count;
   while (count < kMostCounted && file.seek_subimage(count, 0))
     ++count;
-  // What it says of the one behind the last.
+  // Clears the error of the picture after the last.
   file.geterror();
   return count;
 }

@@ -20,7 +20,7 @@ namespace vblur::host {
 
 namespace {
 
-// The writer of TIFF files leaves a file that nobody can open when it writes metadata through a stream of ours.
+// The writer of TIFF files makes an unreadable file when it writes metadata through a custom stream.
 bool TakesStream(const OIIO::ImageOutput& writer) {
   return writer.supports("ioproxy") && std::string_view(writer.format_name()) != "tiff";
 }

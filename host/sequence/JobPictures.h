@@ -89,7 +89,7 @@ class FrameBuffers {
   const PictureMetadata* Metadata() const { return input_.metadata.get(); }
   // What the depth, or the reader, loses of the first input, a line each.
   const std::vector<std::string>& InputLosses() const { return input_.losses; }
-  // What the user should know of the pictures of this frame, a line each.
+  // Warnings about the pictures of this frame, a line each.
   std::vector<std::string> Warnings() const;
 
  private:

@@ -200,7 +200,7 @@ bool SequenceRun::IsReplaced(const std::filesystem::path& file, std::int32_t fra
   return options_.overwrite && !options_.lossy && std::filesystem::equivalent(file, OutputOf(frame), error);
 }
 
-// A picture that a frame reads and replaces keeps what it holds, unless the user gives it up.
+// Refuses to replace a picture that the frame reads by one that holds less, unless the user asks for it.
 void SequenceRun::CheckReplaced(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     if (!IsReplaced(file, frame)) continue;
@@ -212,7 +212,7 @@ void SequenceRun::CheckReplaced(std::int32_t frame) {
   }
 }
 
-// The standard output has no name to tell it.
+// The standard output has no extension: it gets the format of the input.
 void SequenceRun::SettleFormat() {
   const std::int32_t first = frames_.FrameAt(0);
   if (IsStandardStream(OutputOf(first)) && !storage_.format) {
