@@ -54,7 +54,8 @@ class ProgramTest : public testing::Test {
                    std::int32_t depth = 8) const {
     host::HostImage image;
     image.Reset(depth, 4, width, height);
-    host::FillRandom(image, 0, depth == 8 ? 255 : 16384, static_cast<unsigned>(name.size() + name.back()));
+    host::FillRandom(image, 0, depth == 8 ? 255 : 16384,
+                     static_cast<unsigned>(name.size()) + static_cast<unsigned>(name.back()));
     host::PictureWriter().Write(Path(name), image, nullptr, true);
   }
 

@@ -143,7 +143,7 @@ TEST_F(Surroundings, LittleMemoryEndsInOneLine) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "a sanitizer takes more address space than that";
 #endif
-  for (const rlim_t mebi : {100, 200, 300, 400, 430, 450, 500, 520, 540, 600}) {
+  for (const rlim_t mebi : {100U, 200U, 300U, 400U, 430U, 450U, 500U, 520U, 540U, 600U}) {
     const auto result = Run(Copy(), Limited(RLIMIT_AS, mebi << 20));
     if (result.exit == 0) {
       ExpectWholeOutput();

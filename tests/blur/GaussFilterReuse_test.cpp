@@ -148,19 +148,23 @@ TYPED_TEST(GaussFilterReuse, LeavesTheWindowOfAStoppedRunAsItWas) {
     for (const bool keepsIntermediate : {false, true}) {
       const CpuLevel level(name);
       const ThreadCount threads(1);
-      HvTexture<PixelOf<TypeParam>, typename TypeParam::Texture::Accum> source(40, 40);
-      HvTexture<PixelOf<TypeParam>, typename TypeParam::Texture::Accum> result(40, 40);
-      StopAfter stop(3);
+      HvTexture<PixelOf<TypeParam>, typename TypeParam::Texture::Accum> source(400, 300);
+      HvTexture<PixelOf<TypeParam>, typename TypeParam::Texture::Accum> result(400, 300);
+      StopAfter stop(100);
       TypeParam filter;
       filter.interrupt = &stop.record;
       filter.keepsIntermediate = keepsIntermediate;
       filter.sizeX = filter.sizeY = 2.0f;
-      filter.setWindow(10, 12, 20, 21);
+      filter.setWindow(10, 12, 380, 281);
+      forgetKernelRuns();
       filter.process(&source, &result);
+      const auto runs = takeKernelRuns();
+      EXPECT_TRUE(ranAtThisLevel(runs));
+      EXPECT_EQ(runs.empty(), keepsIntermediate || !HvUsesVectors()) << name;
       EXPECT_NE(stop.record.interrupted, 0);
       std::int32_t left = 0, top = 0, right = 0, bottom = 0;
       filter.getWindow(left, top, right, bottom);
-      EXPECT_EQ((std::array{left, top, right, bottom}), (std::array{10, 12, 20, 21})) << name;
+      EXPECT_EQ((std::array{left, top, right, bottom}), (std::array{10, 12, 380, 281})) << name;
     }
   }
 }
