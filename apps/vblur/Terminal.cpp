@@ -1,10 +1,10 @@
 #include "apps/vblur/Terminal.h"
 
-#include <algorithm>
-
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
+
+#include "host/base/Failure.h"
 
 namespace vblur::cli {
 
@@ -33,10 +33,7 @@ void Terminal::Note(const std::string& line) {
 }
 
 std::string Terminal::Line(const char* event, const std::string& text) const {
-  // File names may hold line breaks; a message is one line.
-  std::string line = text;
-  std::replace_if(
-      line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+  const std::string line = host::OnOneLine(text);
   if (!json_) return "vblur: " + line + "\n";
   const nlohmann::ordered_json object = {{"event", event}, {"message", line}};
   return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";

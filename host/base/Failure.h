@@ -1,6 +1,7 @@
 // How the host reports what it cannot do: one line, and the exit code that it leads to.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -23,11 +24,18 @@ enum class ExitCode : int {
 // Causes that a program can advise on. The advice is the program's: the library does not know its options.
 enum class FailureKind { Other, FileExists, TooManyPixels, NeedsMemory, HoldsLess };
 
-// The message is one line with the cause: what, where, what was expected. No period, no line break, no advice.
+// A text for people on one line: control characters, which file names and channels' names may hold, are spaces.
+inline std::string OnOneLine(std::string text) {
+  std::ranges::replace_if(
+      text, [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+  return text;
+}
+
+// The message is one line with the cause: what, where, what was expected. No period, no advice.
 class Failure : public std::runtime_error {
  public:
   Failure(ExitCode code, const std::string& message, FailureKind kind = FailureKind::Other)
-      : std::runtime_error(message), code_(code), kind_(kind) {}
+      : std::runtime_error(OnOneLine(message)), code_(code), kind_(kind) {}
   ExitCode Code() const { return code_; }
   FailureKind Kind() const { return kind_; }
 

@@ -6,25 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "host/pictures/FileBytes.h"
+
 namespace vblur::host {
 
 namespace {
-
-std::int64_t Byte(std::string_view bytes, std::size_t at) {
-  return static_cast<unsigned char>(bytes[at]);
-}
-
-std::int64_t Big32(std::string_view bytes, std::size_t at) {
-  return Byte(bytes, at) << 24 | Byte(bytes, at + 1) << 16 | Byte(bytes, at + 2) << 8 | Byte(bytes, at + 3);
-}
-
-std::int64_t Little16(std::string_view bytes, std::size_t at) {
-  return Byte(bytes, at) | Byte(bytes, at + 1) << 8;
-}
-
-std::int64_t Little32(std::string_view bytes, std::size_t at) {
-  return Little16(bytes, at) | Little16(bytes, at + 2) << 16;
-}
 
 // The reference grid and its offset, behind the markers of a codestream's begin and of its size.
 std::optional<HeaderSize> Jpeg2000Size(std::string_view bytes) {
@@ -93,7 +79,8 @@ std::int32_t CountPngFrames(std::ifstream& file) {
 std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path) {
   const std::string kept = FirstBytes(path);
   const std::string_view bytes(kept);
-  if (bytes.size() >= 10 && bytes.substr(0, 4) == "GIF8") return HeaderSize{Little16(bytes, 6), Little16(bytes, 8)};
+  // Its reader looks at three letters.
+  if (bytes.size() >= 10 && bytes.substr(0, 3) == "GIF") return HeaderSize{Little16(bytes, 6), Little16(bytes, 8)};
   if (bytes.size() < 12) return std::nullopt;
   if (bytes.substr(0, 2) == "\xff\x4f" || bytes.substr(4, 4) == "jP  ") return Jpeg2000Size(bytes);
   if (bytes.substr(4, 4) == "ftyp") return HeifSize(bytes);

@@ -12,6 +12,7 @@
 #include "host/hosted/HostImage.h"
 #include "host/pictures/PictureChannels.h"
 #include "host/pictures/PictureFileHeader.h"
+#include "host/pictures/PictureFileLength.h"
 
 namespace vblur::host {
 
@@ -32,9 +33,10 @@ std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::
   return nullptr;
 }
 
-// Formats tried when the extension's format fails. Each recognises its files by their first bytes.
+// Formats tried when the extension's format fails. Each recognises its files by their first bytes. IFF is none of them:
+// its reader writes beyond the picture where a file says so.
 constexpr std::array kKnownByContent = {"png", "jpeg", "tiff",     "openexr", "dpx", "webp", "bmp", "sgi",
-                                        "hdr", "pnm",  "jpeg2000", "cineon",  "gif", "psd",  "iff", "heif"};
+                                        "hdr", "pnm",  "jpeg2000", "cineon",  "gif", "psd",  "heif"};
 
 std::unique_ptr<OIIO::ImageInput> OpenAnyFormat(const std::filesystem::path& path) {
   const std::filesystem::path toOpen = FileToOpen(path);
@@ -112,6 +114,12 @@ std::int32_t CountLevels(OIIO::ImageInput& file) {
 bool HasInks(const OIIO::ImageSpec& spec) {
   const std::string_view jpeg = spec.get_string_attribute("jpeg:ColorSpace");
   return jpeg == "CMYK" || jpeg == "YCbCrK" || spec.get_string_attribute("tiff:ColorSpace") == "CMYK";
+}
+
+// Some readers name fewer channels than there are.
+OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
+  if (spec.channelnames.size() != static_cast<std::size_t>(spec.nchannels)) spec.default_channel_names();
+  return spec;
 }
 
 PictureInfo Describe(const std::filesystem::path& path, const std::string& format, const OIIO::ImageSpec& spec,
@@ -197,10 +205,11 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
   if (const auto size = SizeFromHeader(FileToOpen(path)); size && size->width > 0 && size->height > 0) {
     RequirePixels(path, size->width, size->height, 4, "", choice.mostPixels);
   }
+  RequireLength(path, FileToOpen(path));
   try {
     auto file = OpenAnyFormat(path);
     RequireSize(path, file->spec(), choice.mostPixels);
-    PictureInfo info = Describe(path, file->format_name(), file->spec(), choice);
+    PictureInfo info = Describe(path, file->format_name(), WithAllNames(file->spec()), choice);
     info.pictures = std::max(CountPictures(*file), CountFrames(FileToOpen(path)));
     info.levels = CountLevels(*file);
     if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");

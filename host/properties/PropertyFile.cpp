@@ -13,16 +13,6 @@ namespace {
 
 constexpr std::array<std::string_view, 2> kFields{"version", "properties"};
 
-PropertyStore Parse(const std::string& text) {
-  const nlohmann::json document = ParseJson(text);
-  const JsonPlace root(document);
-  root.RequireFields(kFields, "{\"version\": 1, \"properties\": {...}}");
-  if (const auto version = root.Field("version"); version && version->Value() != 1) version->FailExpected("version 1");
-  const auto properties = root.Field("properties");
-  if (!properties) root.Fail("properties: missing, expected an object of property names and values");
-  return ReadProperties(*properties);
-}
-
 }  // namespace
 
 PropertyStore PropertiesOf(IDSProperties& effect) {
@@ -41,20 +31,34 @@ PropertyStore PropertiesOf(IDSProperties& effect) {
   return store;
 }
 
+PropertyStore ParseProperties(std::string_view text) {
+  const nlohmann::json document = ParseJson(text);
+  const JsonPlace root(document);
+  root.RequireFields(kFields, "{\"version\": 1, \"properties\": {...}}");
+  if (const auto version = root.Field("version"); version && version->Value() != 1) version->FailExpected("version 1");
+  const auto properties = root.Field("properties");
+  if (!properties) root.Fail("properties: missing, expected an object of property names and values");
+  return ReadProperties(*properties);
+}
+
 PropertyStore ReadPropertyFile(const std::filesystem::path& path) {
   const std::string text = ReadTextFile(path, "property file");
   try {
-    return Parse(text);
+    return ParseProperties(text);
   } catch (const Failure& failure) {
     Refuse(failure.Code(), path.string(), failure.what());
   }
 }
 
-std::unique_ptr<OutputFileCommit> WritePropertyFileBeside(const PropertyStore& properties,
-                                                          const std::filesystem::path& path) {
+std::string FormatProperties(const PropertyStore& properties) {
   nlohmann::ordered_json document{{"version", 1}};
   document["properties"] = PropertiesToJson(properties);
-  return WriteTextBeside(LayoutJson(document), path, "property file");
+  return LayoutJson(document);
+}
+
+std::unique_ptr<OutputFileCommit> WritePropertyFileBeside(const PropertyStore& properties,
+                                                          const std::filesystem::path& path) {
+  return WriteTextBeside(FormatProperties(properties), path, "property file");
 }
 
 }  // namespace vblur::host

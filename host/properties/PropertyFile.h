@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "host/base/OutputFileCommit.h"
 #include "host/properties/PropertyStore.h"
@@ -19,9 +20,15 @@ PropertyStore PropertiesOf(IDSProperties& effect);
 // begins with the file's name, as ReadJobFile does.
 PropertyStore ReadPropertyFile(const std::filesystem::path& path);
 
+// The same from text. Failures name no file.
+PropertyStore ParseProperties(std::string_view text);
+
 // A complete temporary file, from which ReadPropertyFile reads equal properties, to the last bit. It takes its name,
 // also an existing one's, when committed. Throws Failure (cannot write).
 std::unique_ptr<OutputFileCommit> WritePropertyFileBeside(const PropertyStore& properties,
                                                           const std::filesystem::path& path);
+
+// The text of a property file.
+std::string FormatProperties(const PropertyStore& properties);
 
 }  // namespace vblur::host

@@ -144,7 +144,9 @@ class ScriptReader {
 
   void ReadSnap(const Words& words, PenEvent& event) {
     RequireWords(words, 2, std::numeric_limits<std::size_t>::max(), "snap FILE");
-    const std::filesystem::path file(TextFrom(words, 1));
+    const std::string_view name = TextFrom(words, 1);
+    if (name.find('\0') != std::string_view::npos) Refuse(Quoted(name) + ": a file name holds no NUL character");
+    const std::filesystem::path file(name);
     event.file = (folder_ / file).lexically_normal();
     try {
       OutputFormatOf(event.file);

@@ -40,6 +40,13 @@ TEST_F(PictureInfoOfFile, TheStoredTypeIsThatOfTheFile) {
   EXPECT_EQ(InfoOf("8.png", "png", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::UINT8)).stored, StoredType{});
 }
 
+// The reader of the format names the first one alone.
+TEST_F(PictureInfoOfFile, EveryChannelHasAName) {
+  const PictureInfo info = InfoOf("c.fits", "fits", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::UINT8));
+  EXPECT_EQ(info.choice, (ChannelChoice{0, 1, 2, -1}));
+  EXPECT_EQ(info.all, (std::vector<FileChannel>{{"R", {}}, {"G", {}}, {"B", {}}}));
+}
+
 TEST_F(PictureInfoOfFile, ReportsGreyAndAlpha) {
   const PictureInfo grey = InfoOf("g.png", "png", OIIO::ImageSpec(2, 2, 1, OIIO::TypeDesc::UINT8));
   EXPECT_TRUE(grey.IsGrey());

@@ -23,6 +23,8 @@ TEST_F(PictureFileHeader, BombsAreMetByTheirHeaders) {
               path.string() + ": cannot read: " + size + " in all, expected at most 1000000000");
   };
   expect("b.gif", "GIF89a\xff\xff\xff\xff\x80\0\0"s + std::string(20, '\0'), "65535 x 65535 pixels, 4294836225");
+  // Its reader takes any version for one that it knows.
+  expect("c.gif", "GIF???\xff\xff\xff\xff\x80\0\0"s + std::string(20, '\0'), "65535 x 65535 pixels, 4294836225");
   const std::string siz = "\xff\x4f\xff\x51\0\x2f\0\0\0\x01\0\0\0\0\x80\0"s + std::string(40, '\0');
   expect("b.j2c", siz, "65536 x 32768 pixels, 2147483648");
   expect("b.jp2", "\0\0\0\x0cjP  \r\n\x87\n"s + siz, "65536 x 32768 pixels, 2147483648");

@@ -40,6 +40,7 @@ TEST(PropertyFile, HoldsEverythingThatAnEffectHasToTheLastBit) {
     WritePropertyFileBeside(taken, folder.path() / "look.json")->Commit();
     const PropertyStore read = ReadPropertyFile(folder.path() / "look.json");
     EXPECT_EQ(read, store);
+    EXPECT_EQ(ParseProperties(FormatProperties(store)), store);
     HostedEffect other(MakeEffect());
     other.PutProperties(read);
     EXPECT_EQ(PropertiesOf(other.PropertyAccess()), store);

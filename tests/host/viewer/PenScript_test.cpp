@@ -84,6 +84,8 @@ TEST(PenScript, SaysWhereAndWhatWasExpected) {
             "drag.pen:2: " + UsageFailureOf([] { ParseSetting(PropertyNamed("Blur"), "wide"); }));
   EXPECT_EQ(refused("snap"), "drag.pen:2: expected \"snap FILE\", found \"snap\"");
   EXPECT_EQ(refused("snap a.xyz").rfind("drag.pen:2: ", 0), 0u);
+  EXPECT_EQ(refused(std::string("snap a\0.png", 11)),
+            "drag.pen:2: \"a\\u0000.png\": a file name holds no NUL character");
   EXPECT_EQ(refused("snap a.png\nsnap ./a.png"), "drag.pen:3: expected another name, \"./a.png\" is snapped above");
 }
 
