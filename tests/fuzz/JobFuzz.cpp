@@ -5,7 +5,6 @@
 #include <new>
 #include <optional>
 #include <set>
-#include <stdexcept>
 #include <vector>
 
 #include "host/base/Failure.h"
@@ -15,8 +14,8 @@
 #include "host/hosted/HostedEffect.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
-#include "host/jobs/JobFile.h"
 #include "tests/differential/Rolls.h"
+#include "tests/fuzz/FileChecks.h"
 
 namespace vblur::test {
 namespace {
@@ -151,13 +150,6 @@ host::Job DrawJob(Rolls& roll, bool wild) {
   if (roll.OneIn(3)) job.proxy = DrawPair(roll, wild);
   DrawProperties(roll, wild, job.properties);
   return job;
-}
-
-// As its file has it.
-host::Job Refiled(const host::Job& job) {
-  host::Job again = host::ParseJob(host::FormatJob(job), job.folder);
-  if (again != job) throw std::runtime_error("the job is another one after its file:\n" + host::FormatJob(job));
-  return again;
 }
 
 // A picture of random bytes, in memory of exactly its size.

@@ -26,7 +26,7 @@ class JobFuzz {
   explicit JobFuzz(std::uint64_t seed) : seed_(seed) {}
 
   // Renders a frame. Every other one is a job that passes the host's checks, through a job file and back; the rest are
-  // calls that the host would not make. Throws std::runtime_error for a job that is not what it was after its file.
+  // calls that the host would not make. Throws std::logic_error for a job that is not what it was after its file.
   void Render(std::uint64_t index);
 
   const JobFuzzCounts& counts() const { return counts_; }

@@ -44,7 +44,7 @@ TEST_F(PictureFileLength, PackedDpxFilesAreRefusedWhereverTheirPixelsEnd) {
       const std::string bytes = Make("whole.dpx", "dpx", spec);
       for (std::size_t size = kPixels; size < bytes.size(); ++size)
         ExpectShort(bytes.substr(0, size));
-      RequireLength(folder_.path() / "whole.dpx");
+      ReadPictureInfo(folder_.path() / "whole.dpx");
     }
   }
 }
@@ -53,7 +53,7 @@ TEST_F(PictureFileLength, PackedDpxFilesAreRefusedWhereverTheirPixelsEnd) {
 TEST_F(PictureFileLength, UserDataOfADpxFileEndsWithinIt) {
   std::string bytes = Make("whole.dpx", "dpx", OIIO::ImageSpec(5, 2, 3, OIIO::TypeDesc::UINT8));
   ExpectShort(bytes.replace(32, 4, "\xf0\xff\xff\xff"));
-  RequireLength(folder_.Write("undefined.dpx", bytes.replace(32, 4, 4, '\xff')));
+  ReadPictureInfo(folder_.Write("undefined.dpx", bytes.replace(32, 4, 4, '\xff')));
 }
 
 TEST_F(PictureFileLength, AnElementWithoutAPlaceBeginsWhereThePictureDoes) {
@@ -61,7 +61,7 @@ TEST_F(PictureFileLength, AnElementWithoutAPlaceBeginsWhereThePictureDoes) {
   spec.attribute("oiio:BitsPerSample", 10);
   std::string bytes = Make("whole.dpx", "dpx", spec);
   bytes.replace(808, 4, 4, '\xff');
-  RequireLength(folder_.Write("undefined.dpx", bytes));
+  ReadPictureInfo(folder_.Write("undefined.dpx", bytes));
   ExpectShort(bytes.substr(0, bytes.size() - 1));
 }
 
