@@ -29,7 +29,8 @@ class WrittenPicture {
   WrittenPicture& operator=(WrittenPicture&&) noexcept;
 
   const std::filesystem::path& WrittenPath() const;
-  // What the file loses of the source picture, a line each; the same for pictures of the same kind.
+  // What the file loses of the source picture, a line each, the same for pictures of the same kind; then what is
+  // clipped of this picture, in a line that begins with the file.
   const std::vector<std::string>& Notes() const { return notes_; }
   // Throws Failure (cannot write), also when the target has become unwritable.
   void Commit();

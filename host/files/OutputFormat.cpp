@@ -37,23 +37,24 @@ using enum MetadataGroup;
 // Grey with alpha is left out where readers take its second channel for anything else, alpha where the picture library
 // changes the colours with it.
 constexpr std::array<OutputFormat, 11> kFormats = {{
-    {"png", "png", kWhole, kAllLayouts, false, false, "", false, kAnySide,
+    {"png", "png", kWhole, kAllLayouts, false, false, "", false, false, kAnySide,
      Groups::These(Profile, Resolution, PixelAspect, Text)},
-    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, 65500,
+    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, false, 65500,
      Groups::These(Exif, Gps, Iptc, Profile, Orientation, Resolution, Text)},
-    {"tiff", "tif tiff", kWholeAndFloat, kAllLayouts, false, false, "none lzw zip packbits", false, kAnySide,
+    {"tiff", "tif tiff", kWholeAndFloat, kAllLayouts, false, false, "none lzw zip packbits", false, true, kAnySide,
      Groups::These(Exif, Iptc, Profile, Orientation, Resolution, PixelAspect, Text)},
     {"openexr", "exr", Types::These(Half, Float), kAllLayouts, true, true,
-     "none rle zip zips piz pxr24 b44 b44a dwaa dwab", false, kAnySide,
+     "none rle zip zips piz pxr24 b44 b44a dwaa dwab", false, true, kAnySide,
      Groups::These(Exif, Gps, Iptc, Orientation, Resolution, PixelAspect, Text, TimeCode, Other)},
-    {"dpx", "dpx", kPacked, kNoGreyAlpha, false, false, "", false, kAnySide,
+    {"dpx", "dpx", kPacked, kNoGreyAlpha, false, false, "", false, false, kAnySide,
      Groups::These(PixelAspect, Text, TimeCode, DpxHeader)},
-    {"webp", "webp", kBytes, Layouts::These(Rgb), false, false, "", true, 16383, {}},
-    {"targa", "tga", kBytes, kNoGreyAlpha, false, false, "none rle", false, 65535, Groups::These(PixelAspect, Text)},
-    {"bmp", "bmp", kBytes, kNoGreyAlpha, false, false, "", false, kAnySide, {}},
-    {"pnm", "ppm", kBytes, Layouts::These(Rgb), false, false, "", false, kAnySide, {}},
-    {"sgi", "sgi rgba rgb", kWhole, kNoGreyAlpha, false, false, "", false, 65535, {}},
-    {"hdr", "hdr", Types::These(Float), Layouts::These(Rgb), false, false, "", false, kAnySide, {}},
+    {"webp", "webp", kBytes, Layouts::These(Rgb), false, false, "", true, false, 16383, {}},
+    {"targa", "tga", kBytes, kNoGreyAlpha, false, false, "none rle", false, false, 65535,
+     Groups::These(PixelAspect, Text)},
+    {"bmp", "bmp", kBytes, kNoGreyAlpha, false, false, "", false, false, kAnySide, {}},
+    {"pnm", "ppm", kBytes, Layouts::These(Rgb), false, false, "", false, false, kAnySide, {}},
+    {"sgi", "sgi rgba rgb", kWhole, kNoGreyAlpha, false, false, "", false, false, 65535, {}},
+    {"hdr", "hdr", Types::These(Float), Layouts::These(Rgb), false, false, "", false, false, kAnySide, {}},
 }};
 
 std::string Extension(const std::filesystem::path& path) {

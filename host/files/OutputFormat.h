@@ -65,6 +65,7 @@ struct OutputFormat {
   bool hasAnyChannels;            // of any number, name and type
   std::string_view compressions;  // what files of this format can be packed with, separated by spaces
   bool hasQuality;
+  bool hasNegative;         // floats below 0
   std::int32_t mostPixels;  // along each side
   SetOf<MetadataGroup> metadata;
 };

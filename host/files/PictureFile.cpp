@@ -1,7 +1,6 @@
 #include "host/files/PictureFile.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <new>
 
 #include "host/base/Failure.h"
@@ -13,26 +12,6 @@ namespace vblur::host {
 
 namespace {
 
-std::string Components(std::int64_t count) {
-  return std::to_string(count) + (count == 1 ? " component" : " components");
-}
-
-// The part of a line that says what is lost to the depth.
-std::string FormatBeyond(const BeyondRange& beyond, std::int32_t depth) {
-  std::string text;
-  if (beyond.count > 0) {
-    char range[80];
-    std::snprintf(range, sizeof range, " from %.6g to %.6g", static_cast<double>(beyond.lowest),
-                  static_cast<double>(beyond.highest));
-    text = Components(beyond.count) + range + " clipped to " + (depth == 8 ? "0 to 1" : "-2 to 2") + ", which " +
-           std::to_string(depth) + " bits carry";
-  }
-  if (beyond.notNumbers > 0) {
-    text += (text.empty() ? "" : "; ") + Components(beyond.notNumbers) + " without a value (NaN) read as 0";
-  }
-  return text;
-}
-
 std::vector<std::string> Losses(const std::filesystem::path& path, std::int32_t pictures, const BeyondRange& beyond,
                                 std::int32_t depth) {
   std::vector<std::string> losses;
@@ -40,7 +19,9 @@ std::vector<std::string> Losses(const std::filesystem::path& path, std::int32_t 
     losses.push_back(InputName(path) + ": only the first of " + std::to_string(pictures) +
                      " pictures is read; the others are not in the output");
   }
-  if (const std::string text = FormatBeyond(beyond, depth); !text.empty())
+  const std::string carried =
+      (depth == 8 ? "0 to 1" : "-2 to 2") + (", which " + std::to_string(depth) + " bits carry");
+  if (const std::string text = FormatBeyond(beyond, carried); !text.empty())
     losses.push_back(InputName(path) + ": " + text);
   return losses;
 }

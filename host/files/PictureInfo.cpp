@@ -28,7 +28,7 @@ std::string NameOf(const StoredType& stored) {
 }
 
 TakenChannels PictureInfo::Taken() const {
-  TakenChannels taken{choice.red, 0, choice};
+  TakenChannels taken{std::max({choice.red, choice.green, choice.blue}), 0, choice};
   int last = 0;
   for (const int channel : {choice.red, choice.green, choice.blue, choice.alpha}) {
     if (channel < 0) continue;
@@ -40,6 +40,11 @@ TakenChannels PictureInfo::Taken() const {
     if (*channel >= 0) *channel -= taken.first;
   }
   return taken;
+}
+
+const FileChannel& PictureInfo::FirstColour() const {
+  const int first = choice.red >= 0 ? choice.red : choice.green >= 0 ? choice.green : choice.blue;
+  return all[static_cast<std::size_t>(first)];
 }
 
 std::size_t PictureInfo::PassingBytes() const {

@@ -88,6 +88,8 @@ struct PictureInfo {
   // What the effect gets. Where no data covers it, it is transparent black.
   FileWindow Picture() const { return Union(data, display); }
   TakenChannels Taken() const;
+  // The first of the colours that the file has.
+  const FileChannel& FirstColour() const;
   // Of one pixel of the passing channels, as they are stored.
   std::size_t PassingBytes() const;
 

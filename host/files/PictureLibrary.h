@@ -48,8 +48,8 @@ class PictureLibrary {
 
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
   virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) = 0;
-  // Returns what the file loses of the source picture, a line each. Throws Failure (cannot write), and
-  // FileInterrupted.
+  // Returns what the file loses of the source and of the picture, as WrittenPicture::Notes has it. Throws
+  // Failure (cannot write), and FileInterrupted.
   virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
   virtual PictureReport Report(const std::filesystem::path& path) = 0;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
+#include <limits>
 
 namespace vblur::host {
 
@@ -30,19 +32,13 @@ void ReadAmounts(const Sample* samples, int channels, int channel, Component* pi
 }
 
 // The range of a depth, half a step more on either side.
-struct Carried {
-  float low;
-  float high;
-
-  bool Holds(float value) const { return value >= low && value <= high; }
-};
-
-constexpr Carried CarriedBy(std::int32_t depth) {
-  return depth == 8 ? Carried{-0.5f / 255.0f, 255.5f / 255.0f} : Carried{-32768.5f / 16384.0f, 32767.5f / 16384.0f};
+constexpr ValueRange CarriedBy(std::int32_t depth) {
+  return depth == 8 ? ValueRange{-0.5f / 255.0f, 255.5f / 255.0f}
+                    : ValueRange{-32768.5f / 16384.0f, 32767.5f / 16384.0f};
 }
 
 // Checks all channels, taken or not: a loop without conditions is fast, and most rows are within.
-bool AllWithin(const float* samples, std::size_t count, Carried carried) {
+bool AllWithin(const float* samples, std::size_t count, ValueRange carried) {
   std::uint32_t beyond = 0;
   for (std::size_t i = 0; i < count; ++i)
     beyond |= static_cast<std::uint32_t>(!(samples[i] >= carried.low)) |
@@ -50,7 +46,7 @@ bool AllWithin(const float* samples, std::size_t count, Carried carried) {
   return beyond == 0;
 }
 
-void AddSample(float value, Carried carried, BeyondRange& beyond) {
+void AddSample(float value, ValueRange carried, BeyondRange& beyond) {
   if (carried.Holds(value)) return;
   if (std::isnan(value)) {
     ++beyond.notNumbers;
@@ -59,6 +55,10 @@ void AddSample(float value, Carried carried, BeyondRange& beyond) {
   beyond.lowest = beyond.count == 0 ? value : std::min(beyond.lowest, value);
   beyond.highest = beyond.count == 0 ? value : std::max(beyond.highest, value);
   ++beyond.count;
+}
+
+std::string Counted(std::int64_t count) {
+  return std::to_string(count) + (count == 1 ? " component" : " components");
 }
 
 template <typename Sample, typename Component>
@@ -141,7 +141,7 @@ void AddBeyondRange(const void* samples, SampleKind kind, int channels, ChannelC
                     std::size_t width, BeyondRange& beyond) {
   if (kind != SampleKind::Float) return;
   const auto* values = static_cast<const float*>(samples);
-  const Carried carried = CarriedBy(depth);
+  const ValueRange carried = CarriedBy(depth);
   if (AllWithin(values, width * static_cast<std::size_t>(channels), carried)) return;
   // A grey picture's channel counts once.
   const bool grey = choice.red == choice.green && choice.red == choice.blue;
@@ -150,6 +150,52 @@ void AddBeyondRange(const void* samples, SampleKind kind, int channels, ChannelC
       if (channel >= 0) AddSample(values[channel], carried, beyond);
     }
   }
+}
+
+std::string FormatBeyond(const BeyondRange& beyond, std::string_view limits) {
+  std::string text;
+  if (beyond.count > 0) {
+    char range[80];
+    std::snprintf(range, sizeof range, " from %.6g to %.6g", static_cast<double>(beyond.lowest),
+                  static_cast<double>(beyond.highest));
+    text = Counted(beyond.count).append(range).append(" clipped to ").append(limits);
+  }
+  if (beyond.notNumbers > 0) {
+    text += (text.empty() ? "" : "; ") + Counted(beyond.notNumbers) + " without a value (NaN) read as 0";
+  }
+  return text;
+}
+
+ValueRange RangeOf(SampleType type) {
+  const auto whole = [](float largest) { return ValueRange{-0.5f / largest, 1.0f + 0.5f / largest}; };
+  switch (type) {
+    case SampleType::Unsigned8: return whole(255.0f);
+    case SampleType::Unsigned10: return whole(1023.0f);
+    case SampleType::Unsigned12: return whole(4095.0f);
+    case SampleType::Unsigned16: return whole(65535.0f);
+    case SampleType::Half:
+    case SampleType::Float: break;
+  }
+  constexpr float kInfinite = std::numeric_limits<float>::infinity();
+  return {-kInfinite, kInfinite};
+}
+
+void AddBeyondType(const void* pixels, std::int32_t depth, int component, const ValueRange& held, std::size_t width,
+                   BeyondRange& beyond) {
+  if (width == 0) return;
+  WithComponentType(depth, [&](auto* typed) {
+    const auto* values = static_cast<decltype(typed)>(pixels) + component;
+    auto low = *values;
+    auto high = low;
+    for (std::size_t x = 1; x < width; ++x) {
+      low = std::min(low, values[4 * x]);
+      high = std::max(high, values[4 * x]);
+    }
+    // Most rows are within, so this is fast.
+    if (held.Holds(ToSample<float>(low)) && held.Holds(ToSample<float>(high))) return;
+    for (std::size_t x = 0; x < width; ++x)
+      AddSample(ToSample<float>(values[4 * x]), held, beyond);
+  });
 }
 
 void ReadMaskRow(const void* samples, SampleKind kind, int channels, int channel, std::int32_t depth, void* pixels,

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "host/jobs/OutputStorage.h"
@@ -128,6 +130,9 @@ struct BeyondRange {
   float highest = 0.0f;
   std::int64_t notNumbers = 0;
 };
+// "2 components from -2 to 1.99 clipped to 0 to 1, which 8 bits carry", with the limits "0 to 1, which 8 bits carry";
+// empty where nothing is lost.
+std::string FormatBeyond(const BeyondRange& beyond, std::string_view limits);
 // Adds what ReadColourRow loses of a row. Integers lose nothing.
 void AddBeyondRange(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
                     std::size_t width, BeyondRange& beyond);
@@ -138,6 +143,17 @@ void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, Sampl
 
 // Of one sample as the picture library takes it: samples of 10 and 12 bits come in 16.
 std::size_t SampleBytes(SampleType type);
+// The values that a type holds, half a step more on either side: whole numbers from 0 to 1, floats all.
+struct ValueRange {
+  float low;
+  float high;
+
+  bool Holds(float value) const { return value >= low && value <= high; }
+};
+ValueRange RangeOf(SampleType type);
+// Adds the values beyond a range of one component of a row of four-component pixels.
+void AddBeyondType(const void* pixels, std::int32_t depth, int component, const ValueRange& held, std::size_t width,
+                   BeyondRange& beyond);
 // One component of a row of four-component pixels as samples of a file, `stride` bytes apart.
 void WriteComponents(const void* pixels, std::int32_t depth, int component, void* samples, SampleType type,
                      std::size_t stride, std::size_t width);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "host/pictures/PictureChannels.h"
 #include "host/pictures/PictureReporting.h"
 
 namespace vblur::host {
@@ -144,18 +145,31 @@ class Plan {
     if (!losses.empty()) Note("lost: " + ListOf(losses));
   }
 
-  // Grey takes red's place, or that of the grey channel.
+  // The place of a component among the source's channels; -1 for none.
+  int SourceOf(int component) const {
+    const ChannelChoice& choice = metadata_->info.choice;
+    return std::array{choice.red, choice.green, choice.blue, choice.alpha}[static_cast<std::size_t>(component)];
+  }
+
+  // Those of the source; others get the usual names in the layer of the source's colours.
   std::string NameFor(int component) const {
-    if (metadata_ != nullptr && metadata_->info.format == format_.name) {
-      const PictureInfo& info = metadata_->info;
-      const ChannelChoice& choice = info.choice;
-      const int at =
-          std::array{choice.red, choice.green, choice.blue, choice.alpha}[static_cast<std::size_t>(component)];
-      const bool sameColour = component == 3 || IsGrey(pixels_) == info.IsGrey();
-      if (at >= 0 && sameColour && KeepsChannels()) return info.all[static_cast<std::size_t>(at)].name;
-    }
-    if (component == 0 && IsGrey(pixels_)) return "Y";
-    return std::array{"R", "G", "B", "A"}[static_cast<std::size_t>(component)];
+    const std::string usual = component == 0 && IsGrey(pixels_) ? "Y" : std::string(1, "RGBA"[component]);
+    if (!KeepsChannels()) return usual;
+    const PictureInfo& info = metadata_->info;
+    const bool sameColour = component == 3 || IsGrey(pixels_) == info.IsGrey();
+    const int at = SourceOf(component);
+    const bool isNamed = info.format == format_.name;
+    if (isNamed && at >= 0 && sameColour) return info.all[static_cast<std::size_t>(at)].name;
+    std::string prefix = LayerPrefix(info.FirstColour().name);
+    while (Passes(prefix + usual))
+      prefix += "result.";
+    return prefix + usual;
+  }
+
+  bool Passes(const std::string& name) const {
+    const PictureInfo& info = metadata_->info;
+    return std::ranges::any_of(info.passing,
+                               [&](int channel) { return info.all[static_cast<std::size_t>(channel)].name == name; });
   }
 
   // The type of the source's channel, or that of all channels where the output says so or has one for all.
@@ -206,25 +220,27 @@ class Plan {
   // The source's order, with what the effect made in the places of what it took.
   void AddInOrder(bool passes) {
     const PictureInfo& info = metadata_->info;
-    const ChannelChoice& choice = info.choice;
     std::size_t place = 0;
     for (int at = 0; at < info.channels; ++at) {
-      if (at == choice.red) AddComponent(0, at);
-      if (!IsGrey(pixels_)) {
-        if (at == choice.green) AddComponent(1, at);
-        if (at == choice.blue) AddComponent(2, at);
+      for (int component = 0; component < 4; ++component) {
+        if (at == SourceOf(component) && IsWritten(component)) AddWithMissing(component, at);
       }
-      if (at == choice.alpha) AddComponent(3, at);
       if (std::ranges::find(info.passing, at) == info.passing.end()) continue;
       if (passes) AddPassing(at, place);
       place += metadata_->input.channelformat(at).size();
     }
-    // A source with two colours gives no third one.
-    for (int component : {1, 2}) {
-      if (!IsGrey(pixels_) && std::array{0, choice.green, choice.blue}[static_cast<std::size_t>(component)] < 0) {
-        AddComponent(component, choice.red);
-      }
-    }
+  }
+
+  bool IsWritten(int component) const {
+    return component == 0 || (component == 3 ? HasAlpha(pixels_) : !IsGrey(pixels_));
+  }
+
+  // A colour that the source lacks stands behind the one before it, red before green.
+  void AddWithMissing(int component, int at) {
+    const auto isMissing = [&](int colour) { return colour < 3 && IsWritten(colour) && SourceOf(colour) < 0; };
+    if (component == 1 && isMissing(0)) AddComponent(0, -1);
+    AddComponent(component, at);
+    if (component < 3 && isMissing(component + 1)) AddComponent(component + 1, -1);
   }
 
   void ChooseWindows() {

@@ -53,16 +53,50 @@ void OutputRows::MakeRow(std::int32_t row, std::byte* samples) const {
   }
 }
 
-void OutputRows::PutComponent(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {
+OutputRows::Span OutputRows::PixelsOf(std::int32_t row) const {
   const FileWindow& window = layout_.picture;
   const std::int64_t y = std::int64_t{layout_.spec.y} + row;
   const CommonColumns columns = Common(layout_.spec, window);
-  if (!HasRow(window, y) || columns.count == 0) return;
+  if (!HasRow(window, y) || columns.count == 0) return {};
   const HostImage& image = picture_.image;
   const auto fromTop = static_cast<std::int32_t>(y - window.y);
-  const std::size_t pixelBytes = static_cast<std::size_t>(image.Depth() / 8) * 4;
-  WriteComponents(image.Row(image.Height() - 1 - fromTop) + columns.inSource * pixelBytes, image.Depth(),
-                  channel.component, samples + columns.inFile * pixelBytes_, channel.type, pixelBytes_, columns.count);
+  return {image.Row(image.Height() - 1 - fromTop) + columns.inSource * image.PixelBytes(), columns.inFile,
+          columns.count};
+}
+
+// Its writer would make large values of those below 0.
+bool OutputRows::LosesNegative(const OutputChannel& channel) const {
+  return !picture_.format.hasNegative && channel.type == SampleType::Float;
+}
+
+ValueRange OutputRows::HeldBy(const OutputChannel& channel) const {
+  ValueRange held = RangeOf(channel.type);
+  if (LosesNegative(channel)) held.low = 0.0f;
+  return held;
+}
+
+void OutputRows::AddBeyond(std::int32_t first, std::int32_t count, BeyondRange& beyond) const {
+  for (std::int32_t row = first; row < first + count; ++row) {
+    const Span span = PixelsOf(row);
+    for (const OutputChannel& channel : layout_.channels) {
+      if (channel.component < 0) continue;
+      AddBeyondType(span.pixels, picture_.image.Depth(), channel.component, HeldBy(channel), span.count, beyond);
+    }
+  }
+}
+
+void OutputRows::PutComponent(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {
+  const Span span = PixelsOf(row);
+  WriteComponents(span.pixels, picture_.image.Depth(), channel.component, samples + span.inFile * pixelBytes_,
+                  channel.type, pixelBytes_, span.count);
+  if (!LosesNegative(channel)) return;
+  for (std::size_t x = 0; x < span.count; ++x) {
+    std::byte* const sample = samples + (span.inFile + x) * pixelBytes_;
+    float value;
+    std::memcpy(&value, sample, sizeof value);
+    value = std::max(value, 0.0f);
+    std::memcpy(sample, &value, sizeof value);
+  }
 }
 
 void OutputRows::PutPassing(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {

@@ -56,9 +56,15 @@ class Layer {
   }
 
   ChannelChoice Choose() const {
-    ChannelChoice choice{Find(kRed), Find(kGreen), Find(kBlue), FindAlpha()};
-    if (choice.red >= 0 && choice.green >= 0 && choice.blue >= 0) return choice;
+    const ChannelChoice choice{Find(kRed), Find(kGreen), Find(kBlue), FindAlpha()};
+    const int named = (choice.red >= 0) + (choice.green >= 0) + (choice.blue >= 0);
+    if (named == 3) return choice;
     if (const int grey = Find(kLuminance); grey >= 0) return {grey, grey, grey, choice.alpha};
+    if (named == 2) return choice;
+    if (named == 1) {
+      const int grey = std::max({choice.red, choice.green, choice.blue});
+      return {grey, grey, grey, choice.alpha};
+    }
     std::array<int, 3> colours{-1, -1, -1};
     std::size_t found = 0;
     for (const int channel : channels_) {
@@ -120,6 +126,10 @@ int FindMaskChannel(const std::filesystem::path& path, const OIIO::ImageSpec& sp
 }
 
 }  // namespace
+
+std::string LayerPrefix(const std::string& channel) {
+  return channel.substr(0, channel.rfind('.') + 1);
+}
 
 ChannelChoice ChooseChannels(const std::filesystem::path& path, const OIIO::ImageSpec& spec, const ReadChoice& choice) {
   if (choice.use == PictureUse::Colour) return ChooseColours(path, spec, choice.layer);

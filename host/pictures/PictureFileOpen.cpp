@@ -137,7 +137,7 @@ PictureInfo Describe(const std::filesystem::path& path, const std::string& forma
     if (!Takes(info.choice, channel)) info.passing.push_back(channel);
   }
   info.samples = KindOf(info);
-  info.stored = info.all[static_cast<std::size_t>(info.choice.red)].type;
+  info.stored = info.FirstColour().type;
   info.tileWidth = spec.tile_width;
   info.tileHeight = spec.tile_height;
   info.hasInks = HasInks(spec);

@@ -60,6 +60,7 @@ class Writing {
     for (std::int32_t row = 0; row < spec.height; row += chunk_) {
       const std::int32_t count = std::min(chunk_, spec.height - row);
       rows_->Make(row, count, samples.data());
+      rows_->AddBeyond(row, count, beyond_);
       const bool done =
           writer_->write_scanlines(spec.y + row, spec.y + row + count, 0, OIIO::TypeDesc::UNKNOWN, samples.data());
       StopIfAsked();
@@ -77,7 +78,15 @@ class Writing {
     if (!stream_) RequireWhole();
   }
 
-  std::vector<std::string> Notes() { return std::move(layout_.notes); }
+  std::vector<std::string> Notes() {
+    const SampleType type = layout_.channels.front().type;
+    const std::string held = type == SampleType::Float
+                                 ? "0 and above, which " + std::string(picture_.format.name) + " files hold"
+                                 : "0 to 1, which " + std::string(NameOf(type)) + " samples hold";
+    const std::string clipped = FormatBeyond(beyond_, held);
+    if (!clipped.empty()) layout_.notes.push_back(picture_.target.string() + ": " + clipped);
+    return std::move(layout_.notes);
+  }
 
  private:
   [[noreturn]] void Refuse(const std::string& why) const { RefuseToWrite(picture_.target, why); }
@@ -150,6 +159,7 @@ class Writing {
   const PictureToWrite& picture_;
   const StopTest& stop_;
   OutputLayout layout_;
+  BeyondRange beyond_;
   std::optional<OutputRows> rows_;
   std::int32_t chunk_ = 1;
   std::optional<OutputFileStream> stream_;

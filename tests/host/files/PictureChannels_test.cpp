@@ -79,6 +79,14 @@ TEST_F(PictureChannels, LuminanceIsGreyWhateverStandsBesideIt) {
   EXPECT_EQ(Colours(Make({"A", "Y", "Z"}, {0.2f, 0.4f, 5.0f})), (Values{102, 102, 102, 51}));
 }
 
+TEST_F(PictureChannels, AColourThatIsMissingIsZeroAndOthersKeepTheirPlaces) {
+  EXPECT_EQ(Colours(Make({"R", "B", "A"}, {0.2f, 0.4f, 0.6f})), (Values{51, 0, 102, 153}));
+  EXPECT_EQ(Colours(Make({"B", "G", "Z"}, {0.2f, 0.4f, 9.0f})), (Values{0, 102, 51, 255}));
+  const auto path = Make({"m.G", "m.Z"}, {0.2f, 9.0f});
+  EXPECT_EQ(Colours(path), (Values{51, 51, 51, 255}));
+  EXPECT_EQ(ReadPictureInfo(path).passing, std::vector<int>{1});
+}
+
 TEST_F(PictureChannels, OthersPassAsTheyAreStored) {
   const auto path = folder_.path() / "mixed.exr";
   OIIO::ImageSpec spec(2, 2, 5, OIIO::TypeDesc::FLOAT);

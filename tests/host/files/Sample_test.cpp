@@ -124,5 +124,26 @@ TEST(Sample, RowsTakeTheGivenChannels) {
     EXPECT_EQ(floats[i], written[i]) << i;
 }
 
+TEST(Sample, WhatATypeDoesNotHoldIsCountedFromHalfAStepOn) {
+  const auto count = [](SampleType type, std::vector<std::int16_t> values) {
+    for (std::size_t i = 0; i < values.size(); i += 4)
+      values.insert(values.begin() + static_cast<std::ptrdiff_t>(i), {-32768, -32768, 32767});
+    BeyondRange beyond;
+    AddBeyondType(values.data(), 16, 3, RangeOf(type), values.size() / 4, beyond);
+    return beyond;
+  };
+  using enum SampleType;
+  EXPECT_EQ(count(Unsigned8, {0, 16384, 16416, -32}).count, 0);
+  EXPECT_EQ(count(Unsigned16, {0, 16384}).count, 0);
+  EXPECT_EQ(count(Unsigned16, {16385, -1}).count, 2);
+  EXPECT_EQ(count(Unsigned10, {16392, -8, 16393, -9}).count, 2);
+  EXPECT_EQ(count(Half, {32767, -32768}).count, 0);
+  EXPECT_EQ(count(Float, {32767, -32768}).count, 0);
+  const BeyondRange beyond = count(Unsigned8, {-33, 24576, 16417, 0});
+  EXPECT_EQ(FormatBeyond(beyond, "0 to 1, which uint8 samples hold"),
+            "3 components from -0.00201416 to 1.5 clipped to 0 to 1, which uint8 samples hold");
+  EXPECT_EQ(FormatBeyond({}, "all"), "");
+}
+
 }  // namespace
 }  // namespace vblur::host

@@ -13,9 +13,10 @@ namespace {
 
 class OutputLayout : public testing::Test {
  protected:
-  void Read(const std::string& name) {
+  void Read(const std::string& name, const std::string& layer = {}) {
     ReadChoice choice;
     choice.keepsPassing = true;
+    choice.layer = layer;
     read_ = PictureReader().ReadColour(folder_.path() / name, 16, image_, choice);
   }
 
@@ -121,6 +122,58 @@ TEST_F(OutputLayout, GreyStaysGreyUnlessTheResultIsNot) {
     EXPECT_EQ(Open(out)->spec().nchannels, 3) << name;
     EXPECT_EQ(Open(out)->spec().channelnames[0], "R") << name;
   }
+}
+
+// In the layer that was taken; nothing that passes loses its name.
+TEST_F(OutputLayout, ColoursMadeOfGreyAreNamedInItsLayer) {
+  const auto names = [&](const std::vector<std::string>& channels, const std::string& layer) {
+    WriteWindowed(folder_.path() / "in.exr", {0, 0, 2, 1}, {0, 0, 2, 1}, channels, 0.5f);
+    Read("in.exr", layer);
+    SetPixel(1, 0, 2, 16384);
+    Write("out.exr");
+    auto written = Open("out.exr")->spec().channelnames;
+    std::ranges::sort(written);
+    return written;
+  };
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(names({"R", "G", "B", "m.Y"}, "m"), (Names{"B", "G", "R", "m.B", "m.G", "m.R"}));
+  EXPECT_EQ(names({"m.A", "m.Y"}, ""), (Names{"m.A", "m.B", "m.G", "m.R"}));
+  EXPECT_EQ(names({"R"}, ""), (Names{"B", "G", "R"}));
+  EXPECT_EQ(names({"R", "Y"}, ""), (Names{"B", "G", "R", "result.R"}));
+}
+
+TEST_F(OutputLayout, AMissingColourGetsItsNameAndOthersKeepTheirs) {
+  for (const std::string layer : {"", "m."}) {
+    WriteWindowed(folder_.path() / "in.exr", {0, 0, 1, 1}, {0, 0, 1, 1}, {layer + "R", layer + "B", layer + "A"}, 0.5f);
+    Read("in.exr");
+    SetPixel(0, 0, 1, 4096);
+    Write("out.exr");
+    auto out = Open("out.exr");
+    EXPECT_EQ(out->spec().channelnames, (std::vector<std::string>{layer + "R", layer + "G", layer + "B", layer + "A"}));
+    EXPECT_EQ(Samples(*out), (std::vector<float>{0.5f, 0.25f, 0.5f, 0.5f}));
+  }
+  WriteWindowed(folder_.path() / "in.exr", {0, 0, 1, 1}, {0, 0, 1, 1}, {"G", "B"}, 0.5f);
+  Read("in.exr");
+  Write("out.png");
+  EXPECT_EQ(Samples(*Open("out.png"))[0], 0.0f);
+  EXPECT_NEAR(Samples(*Open("out.png"))[1], 0.5f, 1e-4f);
+}
+
+TEST_F(OutputLayout, ValuesThatTheTypeDoesNotHoldAreTold) {
+  WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(2, 1, 3, OIIO::TypeDesc::UINT8),
+           std::vector<std::uint8_t>(6, 51));
+  Read("in.png");
+  SetPixel(0, 0, 0, 24576);
+  SetPixel(1, 0, 2, -4096);
+  for (const std::string name : {"out.png", "out.jpg", "out.tif", "out.dpx"}) {
+    EXPECT_EQ(Write(name), Notes{(folder_.path() / name).string() +
+                                 ": 2 components from -0.25 to 1.5 clipped to 0 to 1, which uint8 samples hold"});
+  }
+  EXPECT_EQ(Write("out.tif", {SampleType::Float, {}, {}}), Notes{});
+  EXPECT_EQ(Write("out.exr"), Notes{});
+  EXPECT_EQ(Write("out.hdr"), Notes{(folder_.path() / "out.hdr").string() +
+                                    ": 1 component from -0.25 to -0.25 clipped to 0 and above, which hdr files hold"});
+  EXPECT_EQ(Samples(*Open("out.hdr"))[5], 0.0f);
 }
 
 TEST_F(OutputLayout, NoAlphaIsMadeAndOneThatIsNotHeldIsTold) {
