@@ -78,6 +78,8 @@ class ViewCommand : public Command {
     host::ViewSession session(job, frame, view_, server->Factory(), interruption.Context(),
                               global.verbose > 1 && !global.quiet ? &trace : nullptr);
     WarnOfValues(job, terminal);
+    for (const std::string& warning : session.Warnings())
+      terminal.Warn(warning);
     session.OpenPage(PageOf(job), hidesControls_);
     Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);

@@ -30,11 +30,11 @@ ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std:
 JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
   if (pattern_.HasNumber()) {
     auto read = ReadInto(reader, frame, depth, buffer);
-    return {&buffer, std::move(read.metadata), std::move(read.losses)};
+    return {FileOf(frame), &buffer, std::move(read.metadata), std::move(read.losses)};
   }
   const std::lock_guard hold(keeping_);
   if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
-  return {&kept_, keptFile_->metadata, keptFile_->losses};
+  return {FileOf(frame), &kept_, keptFile_->metadata, keptFile_->losses};
 }
 
 namespace {
@@ -131,7 +131,7 @@ void FrameBuffers::Read(std::int32_t frame, std::int32_t depth) {
 
 std::vector<std::string> FrameBuffers::Warnings() const {
   std::vector<std::string> warnings;
-  for (const auto* picture : {&input_, &input2_, &mask_, &initial_})
+  for (const JobPicture::Loaded* picture : Loaded())
     warnings.insert(warnings.end(), picture->losses.begin(), picture->losses.end());
   const Job& job = source_.SourceJob();
   if (job.input && job.input2) {

@@ -1,6 +1,7 @@
 // The pictures that a job reads, and the buffers that one frame at a time is read into.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -28,6 +29,7 @@ class JobPicture {
   // The picture of a frame, in `buffer` or kept from an earlier frame, at the record's place. Throws Failure (cannot
   // read) that names the file, or FileInterrupted.
   struct Loaded {
+    std::filesystem::path file;
     const HostImage* image = nullptr;
     std::shared_ptr<const PictureMetadata> metadata;
     std::vector<std::string> losses;  // as ReadPicture has them
@@ -87,8 +89,8 @@ class FrameBuffers {
   const HostImage& Output() const { return output_; }
   // That of the first input; null for none.
   const PictureMetadata* Metadata() const { return input_.metadata.get(); }
-  // What the depth, or the reader, loses of the first input, a line each.
-  const std::vector<std::string>& InputLosses() const { return input_.losses; }
+  // The first input, the second, the mask and the initial picture; empty for those that the job lacks.
+  std::array<const JobPicture::Loaded*, 4> Loaded() const { return {&input_, &input2_, &mask_, &initial_}; }
   // Warnings about the pictures of this frame, a line each.
   std::vector<std::string> Warnings() const;
 

@@ -15,7 +15,6 @@
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
 #include "host/files/OutputFile.h"
-#include "host/files/PictureReport.h"
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
@@ -24,6 +23,7 @@
 #include "host/sequence/FramePipeline.h"
 #include "host/sequence/FramesInFlight.h"
 #include "host/sequence/JobPictures.h"
+#include "host/sequence/ReplacedInputs.h"
 #include "host/sequence/WholeOutput.h"
 
 namespace vblur::host {
@@ -170,22 +170,6 @@ std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
                 FailureKind::HoldsLess);
 }
 
-// What the job itself leaves out of a picture that its output replaces.
-std::vector<std::string> LossesOfJob(const Job& job, const PictureInfo& info) {
-  std::vector<std::string> losses;
-  const OutputRecord& output = job.output;
-  const bool isOneField = job.field == FieldChoice::First || job.field == FieldChoice::Second;
-  if (isOneField && !output.initial) losses.emplace_back("the rows of the other field");
-  if (job.roi && job.outside == OutsideChoice::Clear && !output.initial) {
-    losses.emplace_back("what lies outside the region");
-  }
-  if (output.width.value_or(info.width) < info.width || output.height.value_or(info.height) < info.height) {
-    losses.emplace_back("pixels beyond the output's size");
-  }
-  if (job.input && output.origin != job.input->origin) losses.emplace_back("pixels beside the output");
-  return losses;
-}
-
 void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
@@ -202,13 +186,18 @@ bool SequenceRun::IsReplaced(const std::filesystem::path& file, std::int32_t fra
 
 // Refuses to replace a picture that the frame reads by one that holds less, unless the user asks for it.
 void SequenceRun::CheckReplaced(std::int32_t frame) {
-  for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
+  const std::vector<std::filesystem::path> files = pictures_.FilesOf(frame);
+  for (const std::filesystem::path& file : files) {
     if (!IsReplaced(file, frame)) continue;
-    const PictureReport report = ReportPicture(file);
-    std::string lost = ListOf(LossesOf(report, OutputFormatOf(file, storage_), storage_, depth_));
-    for (const std::string& left : LossesOfJob(job_, report.info))
-      lost += (lost.empty() ? "" : ", ") + left;
-    if (!lost.empty()) RefuseLoss(OutputOf(frame), lost);
+    ReplacedInput replaced{file, storage_, {}, false};
+    if (job_.input) {
+      std::error_code error;
+      replaced.input = pictures_.InputInfo(frame);
+      replaced.isInput = std::filesystem::equivalent(file, files.front(), error);
+    }
+    if (const std::string lost = LossesOfReplaced(job_, replaced, depth_); !lost.empty()) {
+      RefuseLoss(OutputOf(frame), lost);
+    }
   }
 }
 
@@ -367,9 +356,9 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 }
 
 void SequenceRun::Write(FrameSlot& slot) {
-  const std::vector<std::string>& lost = slot.buffers.InputLosses();
-  if (!lost.empty() && IsReplaced(pictures_.FilesOf(slot.result.frame).front(), slot.result.frame)) {
-    RefuseLoss(slot.result.file, "what cannot be read: " + lost.front());
+  for (const JobPicture::Loaded* read : slot.buffers.Loaded()) {
+    if (read->losses.empty() || !IsReplaced(read->file, slot.result.frame)) continue;
+    RefuseLoss(slot.result.file, "what cannot be read: " + read->losses.front());
   }
   const OutputOptions options{options_.overwrite || slot.replaces, options_.sync, storage_};
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);

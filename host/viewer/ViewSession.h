@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/EffectHost.h"
@@ -51,6 +52,8 @@ class ViewSession {
   // MakeOffScreenSurface.
   void Paint(HostImage& into);
 
+  // Warnings about the frame's pictures, a line each.
+  std::vector<std::string> Warnings() const { return buffers_.Warnings(); }
   // The current properties.
   PropertyStore Properties() const;
   // For tests.

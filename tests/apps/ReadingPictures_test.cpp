@@ -45,6 +45,31 @@ TEST_F(ReadingPictures, AFrameThatClipsIsTold) {
   EXPECT_EQ(warnings[2]["message"], "in.2.exr" + std::string(kLost));
 }
 
+// Each frame by its own number of components, in the style of those that are lost when they are read.
+TEST_F(ReadingPictures, AFrameThatClipsWhenItIsWrittenIsToldToo) {
+  MakeBright("in.1.exr");
+  MakeBright("in.2.exr");
+  const std::vector<std::string> render{"render", "in.%d.exr", "out.%d.png", "--frames", "1-2", "--blur", "0"};
+  const std::string clipped = ": 1 component from 1.5 to 1.5 clipped to 0 to 1, which uint16 samples hold";
+  EXPECT_EQ(Run(render).err, "vblur: output: lost: float samples (uint16 are written)\nvblur: out.1.png" + clipped +
+                                 "\nvblur: out.2.png" + clipped + "\n");
+  auto json = render;
+  json.insert(json.end(), {"--overwrite", "--progress", "json"});
+  const std::string lines = Run(json).err;
+  EXPECT_NE(lines.find(R"({"event":"warning","frame":2,"message":"out.2.png)" + clipped + "\"}\n"), std::string::npos)
+      << lines;
+}
+
+TEST_F(ReadingPictures, AViewTellsItToo) {
+  MakeBright("in.exr");
+  MakeBright("second.exr");
+  folder_.Write("job.json", R"({"input": {"file": "in.exr"}, "input2": {"file": "second.exr"}, "depth": 8,
+                                "frames": [1, 2], "output": {"file": "out.%d.png"}})");
+  const auto result = Run({"view", "job.json", "view.png"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, "vblur: in.exr" + std::string(kLost) + "\nvblur: second.exr" + kLost + "\n");
+}
+
 TEST_F(ReadingPictures, APictureThatServesEveryFrameIsToldOnce) {
   MakeBright("mask.exr");
   MakeBright("second.exr");

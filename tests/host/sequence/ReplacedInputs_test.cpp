@@ -225,6 +225,35 @@ TEST_F(ReplacedInputs, KeepTheirChannelsInTheirOwnFormat) {
   EXPECT_EQ(ReadPictureInfo(folder_.path() / "in.exr").channels, 4);
 }
 
+// Of these the output, which is made like the first input, holds even less.
+TEST_F(ReplacedInputs, KeepAMaskAndASecondClip) {
+  const auto expectKept = [&](const std::string& name, const std::string& lost) {
+    const auto failure = CaughtFailure([&] { Render("in.tif", name); });
+    ASSERT_TRUE(failure) << lost;
+    EXPECT_EQ(failure->what(),
+              (folder_.path() / name).string() + ": cannot write: it is read by this run and would lose " + lost);
+  };
+  Pages("in.tif", 1);
+  OIIO::ImageSpec spec(5, 2, 4, OIIO::TypeDesc::UINT16);
+  spec.attribute("Artist", "somebody");
+  WriteRaw(folder_.path() / "other.tif", "tiff", spec, std::vector<std::uint16_t>(40, 9));
+  job_.mask.emplace().file = "other.tif";
+  const std::string lost = "alpha, uint16 samples (uint8 are written), text, pixels beyond the output's size";
+  expectKept("other.tif", lost);
+  job_.input2.emplace().file = "other.tif";
+  job_.mask.reset();
+  expectKept("other.tif", lost);
+  OIIO::ImageSpec plain(3, 2, 3, OIIO::TypeDesc::UINT8);
+  WriteRaw(folder_.path() / "other.bmp", "bmp", plain, std::vector<std::uint8_t>(18, 9));
+  job_.input2->file = "other.bmp";
+  EXPECT_EQ(Render("in.tif", "other.bmp").done, 1);
+  WriteRaw(folder_.path() / "grey.tif", "tiff", OIIO::ImageSpec(3, 2, 1, OIIO::TypeDesc::UINT8),
+           std::vector<std::uint8_t>(6, 9));
+  const auto failure = CaughtFailure([&] { Render("grey.tif", "other.bmp"); });
+  ASSERT_TRUE(failure);
+  EXPECT_NE(std::string(failure->what()).find("would lose colours"), std::string::npos) << failure->what();
+}
+
 TEST_F(ReplacedInputs, ReportsTellWhatOtherFormatsLose) {
   WriteWindowed(folder_.path() / "in.exr", {-1, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B", "A", "Z"}, 0.5f);
   const auto report = ReportPicture(folder_.path() / "in.exr");
