@@ -11,6 +11,7 @@
 #include <OpenImageIO/imageio.h>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 #include "host/pictures/OutputFileStream.h"
 #include "host/pictures/OutputLayout.h"
 #include "host/pictures/OutputRows.h"
@@ -84,7 +85,7 @@ class Writing {
                                  ? "0 and above, which " + std::string(picture_.format.name) + " files hold"
                                  : "0 to 1, which " + std::string(NameOf(type)) + " samples hold";
     const std::string clipped = FormatBeyond(beyond_, held);
-    if (!clipped.empty()) layout_.notes.push_back(picture_.target.string() + ": " + clipped);
+    if (!clipped.empty()) layout_.notes.push_back(OutputName(picture_.target) + ": " + clipped);
     return std::move(layout_.notes);
   }
 
