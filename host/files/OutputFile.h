@@ -4,11 +4,13 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/files/OutputFormat.h"
 #include "host/files/PictureFile.h"
+#include "host/jobs/Job.h"
 
 namespace vblur::host {
 
@@ -45,11 +47,19 @@ class WrittenPicture {
   friend class PictureWriter;
 };
 
+// The part of a picture that was rendered, in its pixels from the lower left corner; the pixels around it are written
+// as the samples of the source, which has the size of the picture.
+struct RenderedPart {
+  Region region;
+  FileSamples source;
+};
+
 struct OutputOptions {
   bool overwrite = false;
   // Whether the file is on its disk before it takes its name, and its name after that.
   bool sync = true;
   OutputStorage storage{};
+  std::optional<RenderedPart> part{};  // nothing: all of it
 };
 
 class PictureWriter {

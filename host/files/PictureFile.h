@@ -25,6 +25,9 @@ using StopTest = std::function<bool()>;
 
 struct FileInterrupted {};
 
+// Samples of a file's data window, the top row first: the channels of PictureInfo::Taken, of the kind in its info.
+using FileSamples = std::shared_ptr<const std::vector<std::byte>>;
+
 struct ReadPicture {
   PictureInfo info;
   std::shared_ptr<const PictureMetadata> metadata;
@@ -32,6 +35,8 @@ struct ReadPicture {
   bool associatedAlpha = false;
   // What the picture has lost, a line each that begins with the file: further pictures, values beyond the depth.
   std::vector<std::string> losses;
+  // Null unless they are kept.
+  FileSamples samples{};
 };
 
 // Reuses its buffer for the next file. One thread at a time.

@@ -110,6 +110,8 @@ struct ReadChoice {
   std::string channel;
   // Whether the channels that the effect does not take are read too.
   bool keepsPassing = false;
+  // Whether the samples of the channels that it takes are kept beside the picture that is made of them.
+  bool keepsSamples = false;
   std::int64_t mostPixels = kMostPixels;
 };
 

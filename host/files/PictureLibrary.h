@@ -39,6 +39,7 @@ struct PictureToWrite {
   const HostImage& image;
   const PictureMetadata* metadata;  // null for none
   const OutputStorage& storage;
+  const RenderedPart* part = nullptr;  // null for all of it; goes with metadata
 };
 
 // Thread-safe.

@@ -57,6 +57,39 @@ void AddSample(float value, ValueRange carried, BeyondRange& beyond) {
   ++beyond.count;
 }
 
+// One of the 2^bits - 1 steps of a whole number.
+template <int bits, typename Sample>
+std::uint32_t StepOf(Sample value) {
+  constexpr std::uint32_t kRange = (1u << bits) - 1;
+  if constexpr (std::is_floating_point_v<Sample>) {
+    if (!(value > 0.0f)) return 0;
+    return static_cast<std::uint32_t>(std::min(1.0, static_cast<double>(value)) * kRange + 0.5);
+  } else {
+    constexpr std::uint32_t kOwn = static_cast<Sample>(~Sample{0});
+    return sample::Quotient(value * kRange, kOwn);
+  }
+}
+
+template <typename Sample>
+float AsFloat(Sample value) {
+  if constexpr (std::is_floating_point_v<Sample>) {
+    return value;
+  } else {
+    return static_cast<float>(value) / static_cast<float>(static_cast<Sample>(~Sample{0}));
+  }
+}
+
+template <typename Sample, typename Convert>
+void PassEach(const std::byte* from, std::size_t fromStride, std::byte* to, std::size_t stride, std::size_t width,
+              Convert convert) {
+  for (std::size_t x = 0; x < width; ++x, from += fromStride, to += stride) {
+    Sample value;
+    std::memcpy(&value, from, sizeof value);
+    const auto passed = convert(value);
+    std::memcpy(to, &passed, sizeof passed);
+  }
+}
+
 std::string Counted(std::int64_t count) {
   return std::to_string(count) + (count == 1 ? " component" : " components");
 }
@@ -150,6 +183,25 @@ void AddBeyondRange(const void* samples, SampleKind kind, int channels, ChannelC
       if (channel >= 0) AddSample(values[channel], carried, beyond);
     }
   }
+}
+
+void PassSamples(const void* from, SampleKind kind, std::size_t fromStride, void* samples, SampleType type,
+                 std::size_t stride, std::size_t width) {
+  WithSampleType(kind, [&](auto* typed) {
+    using Sample = Target<decltype(typed)>;
+    const auto pass = [&](auto convert) {
+      PassEach<Sample>(static_cast<const std::byte*>(from), fromStride, static_cast<std::byte*>(samples), stride, width,
+                       convert);
+    };
+    switch (type) {
+      case SampleType::Unsigned8: return pass([](Sample s) { return static_cast<std::uint8_t>(StepOf<8>(s)); });
+      case SampleType::Unsigned10: return pass([](Sample s) { return sample::Spread<10>(StepOf<10>(s)); });
+      case SampleType::Unsigned12: return pass([](Sample s) { return sample::Spread<12>(StepOf<12>(s)); });
+      case SampleType::Unsigned16: return pass([](Sample s) { return static_cast<std::uint16_t>(StepOf<16>(s)); });
+      case SampleType::Half: return pass([](Sample s) { return HalfOf(AsFloat(s)); });
+      case SampleType::Float: return pass([](Sample s) { return AsFloat(s); });
+    }
+  });
 }
 
 std::string FormatBeyond(const BeyondRange& beyond, std::string_view limits) {

@@ -43,6 +43,12 @@ constexpr double Nearest(double x) {
   return x < 0 ? x - 0.5 : x + 0.5;
 }
 
+// A packed sample over 16 bits, by repeating its upper bits.
+template <int bits>
+constexpr std::uint16_t Spread(std::uint32_t packed) {
+  return static_cast<std::uint16_t>(packed << (16 - bits) | packed >> (2 * bits - 16));
+}
+
 }  // namespace sample
 
 // One file sample as a component.
@@ -88,20 +94,33 @@ constexpr std::uint16_t ToPackedSample(Component value) {
   constexpr std::uint32_t kRange = (1u << bits) - 1;
   const auto limited = static_cast<std::uint32_t>(value < 0 ? 0 : value > kFull ? kFull : value);
   const std::uint32_t packed = sample::Quotient(limited * kRange, static_cast<std::uint32_t>(kFull));
-  return static_cast<std::uint16_t>(packed << (16 - bits) | packed >> (2 * bits - 16));
+  return sample::Spread<bits>(packed);
 }
 
-// The bits of the nearest half, halves to even. A component that is not zero is at least 2^-14 and below 2^15, where
-// every half is a normal one.
-template <typename Component>
-constexpr std::uint16_t ToHalfSample(Component value) {
-  const auto bits = std::bit_cast<std::uint32_t>(ToSample<float>(value));
+// The bits of the nearest half, halves to even.
+constexpr std::uint16_t HalfOf(float value) {
+  const auto bits = std::bit_cast<std::uint32_t>(value);
   const std::uint32_t sign = bits >> 16 & 0x8000u;
   const std::uint32_t magnitude = bits & 0x7fffffffu;
-  if (magnitude == 0) return static_cast<std::uint16_t>(sign);
+  constexpr std::uint32_t kInfinite = 0x7f800000u;
+  constexpr std::uint32_t kBeyond = 0x477ff000u;  // rounds to 65536
+  constexpr std::uint32_t kNormal = 0x38800000u;  // 2^-14
+  if (magnitude > kInfinite) return static_cast<std::uint16_t>(sign | 0x7e00u | (magnitude >> 13 & 0x3ffu));
+  if (magnitude >= kBeyond) return static_cast<std::uint16_t>(sign | 0x7c00u);
+  if (magnitude < kNormal) {
+    // The steps of floats from 1/2 on are those of the smallest halves.
+    const float moved = std::bit_cast<float>(magnitude) + 0.5f;
+    return static_cast<std::uint16_t>(sign |
+                                      (std::bit_cast<std::uint32_t>(moved) - std::bit_cast<std::uint32_t>(0.5f)));
+  }
   constexpr std::uint32_t kRebias = 112u << 23;
   const std::uint32_t rounded = magnitude - kRebias + 0x0fffu + (magnitude >> 13 & 1u);
   return static_cast<std::uint16_t>(sign | rounded >> 13);
+}
+
+template <typename Component>
+constexpr std::uint16_t ToHalfSample(Component value) {
+  return HalfOf(ToSample<float>(value));
 }
 
 // The index of red, green, blue and alpha among a file's channels; -1: not in the file, which makes a colour 0 and
@@ -154,6 +173,10 @@ ValueRange RangeOf(SampleType type);
 // Adds the values beyond a range of one component of a row of four-component pixels.
 void AddBeyondType(const void* pixels, std::int32_t depth, int component, const ValueRange& held, std::size_t width,
                    BeyondRange& beyond);
+// Samples of a file as samples of another: as they are where the type holds them, else the nearest that it holds, 0 for
+// a NaN. `fromStride` and `stride` are bytes.
+void PassSamples(const void* from, SampleKind kind, std::size_t fromStride, void* samples, SampleType type,
+                 std::size_t stride, std::size_t width);
 // One component of a row of four-component pixels as samples of a file, `stride` bytes apart.
 void WriteComponents(const void* pixels, std::int32_t depth, int component, void* samples, SampleType type,
                      std::size_t stride, std::size_t width);

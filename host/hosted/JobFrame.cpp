@@ -98,6 +98,10 @@ std::array<std::int32_t, 2> MaskOffsetOf(const Job& job, const FramePictures& pi
 
 }  // namespace
 
+std::optional<Region> RegionInInput(const Job& job, const FramePictures& pictures) {
+  return KeepsInput(job, pictures) ? RegionOf(job, pictures) : std::nullopt;
+}
+
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                    const std::optional<InitialPicture>& initial, HostImage& output) {
   const auto width = job.output.width.value_or(input ? input->Width() : 0);

@@ -25,6 +25,10 @@ struct InitialPicture {
 void PrepareOutput(const Job& job, std::int32_t depth, const HostImage* input,
                    const std::optional<InitialPicture>& initial, HostImage& output);
 
+// The region of a frame's pictures, from their lower left corner, around which the output is the input; nothing where
+// it is not. Throws Failure (wrong usage) for an input that is to be kept and lies otherwise than the output.
+std::optional<Region> RegionInInput(const Job& job, const FramePictures& pictures);
+
 // The job's project: by default with the output's sizes; nothing for a job whose project is unreadable.
 std::optional<ProjectSizes> ProjectOf(const Job& job, const HostImage& output);
 

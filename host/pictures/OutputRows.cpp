@@ -1,6 +1,7 @@
 #include "host/pictures/OutputRows.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 
@@ -89,6 +90,7 @@ void OutputRows::PutComponent(const OutputChannel& channel, std::int32_t row, st
   const Span span = PixelsOf(row);
   WriteComponents(span.pixels, picture_.image.Depth(), channel.component, samples + span.inFile * pixelBytes_,
                   channel.type, pixelBytes_, span.count);
+  if (picture_.part != nullptr) PutAround(channel, row, samples);
   if (!LosesNegative(channel)) return;
   for (std::size_t x = 0; x < span.count; ++x) {
     std::byte* const sample = samples + (span.inFile + x) * pixelBytes_;
@@ -97,6 +99,38 @@ void OutputRows::PutComponent(const OutputChannel& channel, std::int32_t row, st
     value = std::max(value, 0.0f);
     std::memcpy(sample, &value, sizeof value);
   }
+}
+
+void OutputRows::PutAround(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {
+  const PictureInfo& source = picture_.metadata->info;
+  const TakenChannels taken = source.Taken();
+  const ChannelChoice& choice = taken.choice;
+  const int from =
+      std::array{choice.red, choice.green, choice.blue, choice.alpha}[static_cast<std::size_t>(channel.component)];
+  // The data window in the coordinates of the file that is written.
+  FileWindow data = source.data;
+  data.x += layout_.picture.x - source.Picture().x;
+  data.y += layout_.picture.y - source.Picture().y;
+  const std::int64_t y = std::int64_t{layout_.spec.y} + row;
+  if (from < 0 || !HasRow(data, y)) return;
+  const std::size_t sampleBytes = SampleBytes(source.samples);
+  const std::size_t pixelBytes = static_cast<std::size_t>(taken.count) * sampleBytes;
+  const auto put = [&](std::int64_t left, std::int64_t right) {
+    left = std::max({left, std::int64_t{data.x}, std::int64_t{layout_.spec.x}});
+    right = std::min({right, data.Right(), std::int64_t{layout_.spec.x} + layout_.spec.width});
+    if (left >= right) return;
+    const auto pixel = static_cast<std::size_t>((y - data.y) * data.width + left - data.x);
+    PassSamples(picture_.part->source->data() + pixel * pixelBytes + static_cast<std::size_t>(from) * sampleBytes,
+                source.samples, pixelBytes, samples + static_cast<std::size_t>(left - layout_.spec.x) * pixelBytes_,
+                channel.type, pixelBytes_, static_cast<std::size_t>(right - left));
+  };
+  const Region& region = picture_.part->region;
+  const FileWindow& picture = layout_.picture;
+  const std::int64_t up = picture.Bottom() - 1 - y;
+  const bool crosses = up >= region.y && up < std::int64_t{region.y} + region.height;
+  const std::int64_t left = std::int64_t{picture.x} + region.x;
+  put(picture.x, crosses ? left : picture.Right());
+  if (crosses) put(left + region.width, picture.Right());
 }
 
 void OutputRows::PutPassing(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {

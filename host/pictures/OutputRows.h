@@ -31,6 +31,8 @@ class OutputRows {
   ValueRange HeldBy(const OutputChannel& channel) const;
   void MakeRow(std::int32_t row, std::byte* samples) const;
   void PutComponent(const OutputChannel& channel, std::int32_t row, std::byte* samples) const;
+  // The samples of the source where the row was not rendered.
+  void PutAround(const OutputChannel& channel, std::int32_t row, std::byte* samples) const;
   void PutPassing(const OutputChannel& channel, std::int32_t row, std::byte* samples) const;
 
   const PictureToWrite& picture_;

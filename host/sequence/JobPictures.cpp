@@ -30,11 +30,11 @@ ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std:
 JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
   if (pattern_.HasNumber()) {
     auto read = ReadInto(reader, frame, depth, buffer);
-    return {FileOf(frame), &buffer, std::move(read.metadata), std::move(read.losses)};
+    return {FileOf(frame), &buffer, std::move(read.metadata), std::move(read.losses), std::move(read.samples)};
   }
   const std::lock_guard hold(keeping_);
   if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
-  return {FileOf(frame), &kept_, keptFile_->metadata, keptFile_->losses};
+  return {FileOf(frame), &kept_, keptFile_->metadata, keptFile_->losses, keptFile_->samples};
 }
 
 namespace {
@@ -61,6 +61,7 @@ JobPictures::JobPictures(const Job& job, std::int64_t mostPixels) : job_(job) {
   colours.mostPixels = mostPixels;
   ReadChoice first = colours;
   first.keepsPassing = true;
+  first.keepsSamples = job.roi && job.outside != OutsideChoice::Clear && !job.output.initial;
   ReadChoice amounts = colours;
   amounts.use = PictureUse::Mask;
   if (job.output.initial) {
@@ -98,6 +99,10 @@ std::int64_t JobPictures::BytesRead(std::int32_t frame, std::int32_t depth) cons
     const PictureInfo info = ReadPictureInfo((*picture)->FileOf(frame), choice);
     const std::int64_t components = choice.use == PictureUse::Mask ? 1 : 4;
     bytes += std::int64_t{info.width} * info.height * components * (depth / 8);
+    if (choice.keepsSamples) {
+      const std::int64_t pixelBytes = info.Taken().count * static_cast<std::int64_t>(SampleBytes(info.samples));
+      bytes += std::int64_t{info.data.width} * info.data.height * pixelBytes;
+    }
     if (choice.keepsPassing) {
       bytes += std::int64_t{info.data.width} * info.data.height * static_cast<std::int64_t>(info.PassingBytes());
     }

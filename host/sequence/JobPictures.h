@@ -33,6 +33,7 @@ class JobPicture {
     const HostImage* image = nullptr;
     std::shared_ptr<const PictureMetadata> metadata;
     std::vector<std::string> losses;  // as ReadPicture has them
+    FileSamples samples{};            // of the first input of a job that keeps it around a region
   };
   Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer);
   const ReadChoice& Choice() const { return choice_; }

@@ -360,7 +360,11 @@ void SequenceRun::Write(FrameSlot& slot) {
     if (read->losses.empty() || !IsReplaced(read->file, slot.result.frame)) continue;
     RefuseLoss(slot.result.file, "what cannot be read: " + read->losses.front());
   }
-  const OutputOptions options{options_.overwrite || slot.replaces, options_.sync, storage_};
+  OutputOptions options{options_.overwrite || slot.replaces, options_.sync, storage_};
+  const FileSamples& samples = slot.buffers.Loaded().front()->samples;
+  if (const auto region = RegionInInput(job_, slot.buffers.Pictures()); region && samples) {
+    options.part = RenderedPart{*region, samples};
+  }
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
   const auto& notes = slot.written->Notes();
   slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());

@@ -56,6 +56,27 @@ TEST_F(SkipExisting, EmptyHalfAndForeignFilesAreRenderedAgain) {
   EXPECT_EQ(Render().err, "") << "they are whole now";
 }
 
+TEST_F(SkipExisting, FilesOfAnotherFormatAreRenderedAgain) {
+  MakePicture("other.bmp", 24, 16);
+  std::filesystem::rename(Path("other.bmp"), Path("out2.png"));
+  const auto result = Render();
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, "vblur: out2.png: the format is bmp, expected png; rendered again\n");
+  EXPECT_TRUE(IsRendered(2));
+}
+
+TEST_F(SkipExisting, FilesThatLackTheirLastByteAreRenderedAgain) {
+  for (const char* extension : {".png", ".tif", ".exr", ".dpx", ".tga", ".bmp", ".ppm", ".sgi", ".hdr"}) {
+    const std::string name = "o" + std::string(extension);
+    const std::vector<std::string> command{"render", "in1.png", name, "--skip-existing", "-v"};
+    ASSERT_EQ(Run(command).exit, 0) << extension;
+    std::filesystem::resize_file(Path(name), std::filesystem::file_size(Path(name)) - 1);
+    const auto again = Run(command);
+    EXPECT_EQ(again.exit, 0) << extension;
+    EXPECT_NE(again.err.find("; rendered again"), std::string::npos) << extension << ": " << again.err;
+  }
+}
+
 TEST_F(SkipExisting, ProgressTellsWhatIsSkipped) {
   folder_.Write("out2.png", "");
   const auto result = Render({"--progress", "json"});

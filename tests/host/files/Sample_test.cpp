@@ -145,5 +145,22 @@ TEST(Sample, WhatATypeDoesNotHoldIsCountedFromHalfAStepOn) {
   EXPECT_EQ(FormatBeyond({}, "all"), "");
 }
 
+TEST(Sample, EveryHalfComesBackFromItsFloat) {
+  EXPECT_EQ(HalfOf(0.0f), 0);
+  EXPECT_EQ(HalfOf(-0.0f), 0x8000);
+  EXPECT_EQ(HalfOf(65519.0f), 0x7bff);
+  EXPECT_EQ(HalfOf(65520.0f), 0x7c00);
+  EXPECT_EQ(HalfOf(-std::numeric_limits<float>::infinity()), 0xfc00);
+  EXPECT_EQ(HalfOf(std::numeric_limits<float>::quiet_NaN()) & 0x7e00, 0x7e00);
+  for (std::uint16_t bits = 0; bits < 0x7c00; ++bits) {
+    const int exponent = bits >> 10;
+    const int fraction = bits & 0x3ff;
+    const float value = exponent == 0 ? std::ldexp(static_cast<float>(fraction), -24)
+                                      : std::ldexp(static_cast<float>(1024 + fraction), exponent - 25);
+    ASSERT_EQ(HalfOf(value), bits);
+    ASSERT_EQ(HalfOf(-value), bits | 0x8000);
+  }
+}
+
 }  // namespace
 }  // namespace vblur::host
