@@ -82,7 +82,7 @@ TEST_F(BadInput, UnknownNamesGetTheNearest) {
 
 TEST_F(BadInput, ValuesThatAreMissingTwiceThereOrNotTaken) {
   ExpectRefusal({"render", "in.png", "out.png", "--blur"}, 2,
-                "--blur: expected a value, NUMBER|TIME:NUMBER,...; see vblur render --help");
+                "--blur: expected a value, NUMBER|PERCENT%|TIME:NUMBER,...; see vblur render --help");
   ExpectRefusal({"render", "in.png", "out.png", "--blur", "1", "--blur", "2"}, 2,
                 "--blur: given twice; see vblur render --help");
   ExpectRefusal({"render", "in.png", "out.png", "--threads"}, 2,
