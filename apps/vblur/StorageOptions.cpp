@@ -19,6 +19,7 @@ void StorageChanges::ApplyTo(host::Job& job) const {
   if (storage.compression) stored.compression = storage.compression;
   if (storage.quality) stored.quality = storage.quality;
   if (premultipliesAround) job.premultipliesAround = true;
+  if (linear) job.linear = true;
 }
 
 void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
@@ -44,6 +45,9 @@ void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
         ParseChoice("--premultiply", text, kPremultiply);
         changes.premultipliesAround = true;
       });
+  app.add_flag("--linear", changes.linear,
+               "Render colours of sRGB in linear light, at 16 bits; mixes and crop colours are linear then, too")
+      ->group("Output");
 }
 
 }  // namespace vblur::cli

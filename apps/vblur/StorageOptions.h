@@ -11,6 +11,7 @@ namespace vblur::cli {
 struct StorageChanges {
   host::OutputStorage storage;
   bool premultipliesAround = false;
+  bool linear = false;
 
   void ApplyTo(host::Job& job) const;
 };

@@ -55,6 +55,10 @@ struct TakenChannels {
   ChannelChoice choice;
 };
 
+// What the numbers of a picture's colours stand for: values of the sRGB transfer function or one like it, amounts of
+// light, or something else, such as densities of film.
+enum class Transfer : std::uint8_t { Srgb, Linear, Other };
+
 struct PictureInfo {
   std::string format;  // the file format's name, such as "png" or "openexr"
   // Of the picture that the effect gets: both windows together.
@@ -81,6 +85,8 @@ struct PictureInfo {
   std::int32_t tileHeight = 0;
   // Its colours are stored as cyan, magenta, yellow and black, and read as red, green and blue.
   bool hasInks = false;
+  // By what the file declares; else floats are linear and whole numbers sRGB.
+  Transfer transfer = Transfer::Srgb;
 
   // One channel spread over red, green and blue.
   bool IsGrey() const { return choice.red == choice.green && choice.red == choice.blue; }

@@ -36,6 +36,9 @@ struct FramePictures {
   const HostImage* input2 = nullptr;
   const HostImage* mask = nullptr;
   std::array<std::int32_t, 2> maskOffset{0, 0};
+  // Whether the output's colours are encoded after the render, and are premultiplied then.
+  bool encodesColours = false;
+  bool hasPremultipliedColours = false;
 };
 
 // Belongs to one thread at a time.

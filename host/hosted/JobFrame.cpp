@@ -10,6 +10,7 @@
 #include "host/base/StandardStream.h"
 #include "host/hosted/EffectHost.h"
 #include "host/hosted/FrameBands.h"
+#include "host/hosted/LinearLight.h"
 #include "host/hosted/Premultiply.h"
 #include "host/jobs/JobCheck.h"
 
@@ -176,6 +177,7 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   // Last: some channel choices, and a region beside the picture, write pixels outside the region.
   if (keepsInput) CopyOutside(*region, *pictures.input, *pictures.output);
   if (job.premultipliesAround && result == kOk) DivideByAlpha(*pictures.output);
+  if (pictures.encodesColours && result == kOk) EncodeColours(*pictures.output, pictures.hasPremultipliedColours);
   return result;
 }
 

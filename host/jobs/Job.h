@@ -102,6 +102,8 @@ struct Job {
   std::array<double, 2> proxy{1.0, 1.0};
   // Straight colours are multiplied by alpha after reading, and divided by it after the render.
   bool premultipliesAround = false;
+  // Colours of the sRGB transfer function are in linear light while they are rendered.
+  bool linear = false;
   PropertyStore properties;
 
   friend bool operator==(const Job&, const Job&) = default;

@@ -258,6 +258,7 @@ void CheckValues(const Job& job) {
   if (job.depth && *job.depth != 8 && *job.depth != 16) {
     Refuse("depth", "expected 8 or 16, found " + std::to_string(*job.depth));
   }
+  if (job.linear && job.depth == 8) Refuse("linear", "light is rendered with a depth of 16, found 8");
   constexpr std::array kKinds{EffectKind::Filter, EffectKind::Source,     EffectKind::Generator,
                               EffectKind::Paint,  EffectKind::Transition, EffectKind::Other};
   if (job.kind && std::ranges::find(kKinds, *job.kind) == kKinds.end()) {

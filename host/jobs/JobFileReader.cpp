@@ -191,6 +191,10 @@ Job ReadJob(const JsonPlace& root) {
     if (field->Text("\"around\"") != "around") field->FailExpected("\"around\"");
     job.premultipliesAround = true;
   }
+  if (const auto field = root.Field("linear")) {
+    if (!field->Value().is_boolean()) field->FailExpected("true or false");
+    job.linear = field->Value().get<bool>();
+  }
   if (const auto field = root.Field("properties")) job.properties = ReadProperties(*field);
   return job;
 }

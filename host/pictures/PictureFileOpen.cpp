@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <exception>
 #include <new>
 #include <string_view>
@@ -122,6 +123,14 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
   return spec;
 }
 
+Transfer TransferOf(const OIIO::ImageSpec& spec, const StoredType& stored) {
+  std::string space = spec.get_string_attribute("oiio:ColorSpace");
+  std::ranges::transform(space, space.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (space.find("log") != std::string::npos) return Transfer::Other;
+  const bool isLinear = space.starts_with("lin") || space == "scene_linear" || space.starts_with("aces");
+  return isLinear || stored.number == NumberKind::Float ? Transfer::Linear : Transfer::Srgb;
+}
+
 PictureInfo Describe(const std::filesystem::path& path, const std::string& format, const OIIO::ImageSpec& spec,
                      const ReadChoice& choice) {
   PictureInfo info;
@@ -138,6 +147,7 @@ PictureInfo Describe(const std::filesystem::path& path, const std::string& forma
   }
   info.samples = KindOf(info);
   info.stored = info.FirstColour().type;
+  info.transfer = TransferOf(spec, info.stored);
   info.tileWidth = spec.tile_width;
   info.tileHeight = spec.tile_height;
   info.hasInks = HasInks(spec);

@@ -3,8 +3,11 @@
 #include <string_view>
 #include <utility>
 
+#include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 #include "host/files/PictureInfo.h"
 #include "host/hosted/JobFrame.h"
+#include "host/hosted/LinearLight.h"
 #include "host/hosted/Premultiply.h"
 #include "host/jobs/JobFiles.h"
 
@@ -17,24 +20,49 @@ std::filesystem::path JobPicture::FileOf(std::int32_t frame) const {
   return JobFilePath(job_, pattern_, frame);
 }
 
+namespace {
+
+// Premultiplied colours that are multiplied once more are taken as they are.
+bool HasPremultipliedColours(const Job& job, const ReadPicture& read) {
+  return read.associatedAlpha && !job.premultipliesAround;
+}
+
+// From the colours of the file to those that are rendered.
+void Convert(const Job& job, const std::filesystem::path& path, const ReadPicture& read, HostImage& image) {
+  if (job.linear && read.info.transfer == Transfer::Other) {
+    Refuse("linear", InputName(path) + ": its colours are logarithmic, expected sRGB or linear light");
+  }
+  if (job.linear && read.info.transfer == Transfer::Srgb) DecodeColours(image, HasPremultipliedColours(job, read));
+  if (job.premultipliesAround) MultiplyByAlpha(image);
+}
+
+}  // namespace
+
 ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth,
                                  HostImage& image) const {
   const auto path = FileOf(frame);
   auto read = choice_.use == PictureUse::Mask ? reader.ReadMask(path, depth, image, choice_)
                                               : reader.ReadColour(path, depth, image, choice_);
-  if (job_.premultipliesAround && choice_.use == PictureUse::Colour) MultiplyByAlpha(image);
+  if (choice_.use == PictureUse::Colour) Convert(job_, path, read, image);
   image.Place(record_);
   return read;
 }
 
+JobPicture::Loaded JobPicture::Describe(std::int32_t frame, const ReadPicture& read, const HostImage& image) const {
+  return {FileOf(frame),
+          &image,
+          read.metadata,
+          read.losses,
+          read.samples,
+          read.info.transfer,
+          HasPremultipliedColours(job_, read)};
+}
+
 JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
-  if (pattern_.HasNumber()) {
-    auto read = ReadInto(reader, frame, depth, buffer);
-    return {FileOf(frame), &buffer, std::move(read.metadata), std::move(read.losses), std::move(read.samples)};
-  }
+  if (pattern_.HasNumber()) return Describe(frame, ReadInto(reader, frame, depth, buffer), buffer);
   const std::lock_guard hold(keeping_);
   if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
-  return {FileOf(frame), &kept_, keptFile_->metadata, keptFile_->losses, keptFile_->samples};
+  return Describe(frame, *keptFile_, kept_);
 }
 
 namespace {
@@ -113,6 +141,7 @@ std::int64_t JobPictures::BytesRead(std::int32_t frame, std::int32_t depth) cons
 std::int32_t JobPictures::DepthAt(std::int32_t frame) const {
   constexpr std::int32_t kWithoutInput = 16;
   if (job_.depth) return *job_.depth;
+  if (job_.linear) return kWithoutInput;
   return input_ ? InputInfo(frame).NaturalDepth() : kWithoutInput;
 }
 
@@ -134,11 +163,22 @@ void FrameBuffers::Read(std::int32_t frame, std::int32_t depth) {
   frame_ = frame;
 }
 
+FramePictures FrameBuffers::Pictures() {
+  FramePictures pictures{&output_, input_.image, input2_.image, mask_.image};
+  // The output is what the input was.
+  pictures.encodesColours = source_.SourceJob().linear && input_.image != nullptr && input_.transfer == Transfer::Srgb;
+  pictures.hasPremultipliedColours = input_.hasPremultipliedColours;
+  return pictures;
+}
+
 std::vector<std::string> FrameBuffers::Warnings() const {
   std::vector<std::string> warnings;
   for (const JobPicture::Loaded* picture : Loaded())
     warnings.insert(warnings.end(), picture->losses.begin(), picture->losses.end());
   const Job& job = source_.SourceJob();
+  if (job.linear && input_.image != nullptr && input_.transfer == Transfer::Linear) {
+    warnings.emplace_back("linear: the input holds linear light already; it is rendered as without");
+  }
   if (job.input && job.input2) {
     AddUnlike("input2", input2_.image, input_.image, job.input2->origin != job.input->origin, warnings);
   }

@@ -26,20 +26,23 @@ class JobPicture {
   JobPicture(const Job& job, const ImageRecord& record, ReadChoice choice);
 
   std::filesystem::path FileOf(std::int32_t frame) const;
-  // The picture of a frame, in `buffer` or kept from an earlier frame, at the record's place. Throws Failure (cannot
-  // read) that names the file, or FileInterrupted.
+  // The picture of a frame, in `buffer` or kept from an earlier frame, at the record's place, its colours as they are
+  // rendered. Throws Failure (cannot read) that names the file, or FileInterrupted.
   struct Loaded {
     std::filesystem::path file;
     const HostImage* image = nullptr;
     std::shared_ptr<const PictureMetadata> metadata;
     std::vector<std::string> losses;  // as ReadPicture has them
     FileSamples samples{};            // of the first input of a job that keeps it around a region
+    Transfer transfer = Transfer::Srgb;
+    bool hasPremultipliedColours = false;  // as the file declares
   };
   Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer);
   const ReadChoice& Choice() const { return choice_; }
 
  private:
   ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image) const;
+  Loaded Describe(std::int32_t frame, const ReadPicture& read, const HostImage& image) const;
 
   const Job& job_;
   FramePattern pattern_;
@@ -86,7 +89,7 @@ class FrameBuffers {
   // Reads the inputs of a frame unless they are loaded, and resets the output. Throws Failure that names the file,
   // or FileInterrupted.
   void Prepare(std::int32_t frame, std::int32_t depth);
-  FramePictures Pictures() { return {&output_, input_.image, input2_.image, mask_.image}; }
+  FramePictures Pictures();
   const HostImage& Output() const { return output_; }
   // That of the first input; null for none.
   const PictureMetadata* Metadata() const { return input_.metadata.get(); }

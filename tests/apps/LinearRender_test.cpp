@@ -1,0 +1,145 @@
+// --linear: sRGB pictures blurred in linear light.
+#include "host/files/Sample.h"
+#include "host/hosted/LinearLight.h"
+#include "tests/apps/ProgramTest.h"
+
+namespace vblur::cli {
+namespace {
+
+class LinearRender : public ProgramTest {
+ protected:
+  static constexpr std::int32_t kWidth = 41;
+  static constexpr std::int32_t kHeight = 9;
+
+  // Black on the left, white on the right, both opaque, and half the light between them.
+  void MakeEdge(const std::string& name, std::int32_t middle) const {
+    host::HostImage image;
+    image.Reset(8, 4, kWidth, kHeight);
+    for (std::int32_t i = 0; i < kWidth * kHeight; ++i) {
+      const std::int32_t x = i % kWidth;
+      for (int c = 0; c < 4; ++c)
+        SetComponent(image, static_cast<std::size_t>(4 * i + c),
+                     c == 3 || x > kWidth / 2 ? 255
+                     : x == kWidth / 2        ? middle
+                                              : 0);
+    }
+    host::PictureWriter().Write(Path(name), image, nullptr, true);
+  }
+
+  std::vector<std::int32_t> Rendered(const std::string& input, std::vector<std::string> more,
+                                     std::int32_t depth = 8) const {
+    more.insert(more.begin(), {"render", input, "out.png", "--overwrite"});
+    const auto result = Run(std::move(more));
+    EXPECT_EQ(result.exit, 0) << result.err;
+    return Pixels("out.png", depth);
+  }
+
+  // The components of a picture of light as sRGB.
+  std::vector<std::int32_t> Encoded(const std::string& name) const {
+    auto pixels = Pixels(name, 16);
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+      if (i % 4 != 3) pixels[i] = host::EncodedOf(static_cast<std::int16_t>(pixels[i]));
+    }
+    return pixels;
+  }
+
+  // The same components with their colours through a function, at 16 bits.
+  void Convert(const std::string& from, const std::string& to, std::int16_t (*function)(std::int16_t)) const {
+    host::HostImage image;
+    host::PictureReader().ReadColour(Path(from), 16, image);
+    for (std::size_t i = 0; i < host::ComponentCount(image); ++i) {
+      if (i % 4 != 3) SetComponent(image, i, function(static_cast<std::int16_t>(host::Component(image, i))));
+    }
+    host::PictureWriter().Write(Path(to), image, nullptr, true);
+  }
+};
+
+TEST_F(LinearRender, TheMiddleOfAnEdgeIsHalfTheLight) {
+  constexpr std::size_t kMiddle = 4 * (4 * kWidth + kWidth / 2);
+  MakeEdge("in.png", 188);
+  const auto linear = Rendered("in.png", {"--blur", "9", "--linear"});
+  EXPECT_NEAR(linear[kMiddle], 188, 1);
+  EXPECT_EQ(linear[kMiddle + 3], 255);
+  MakeEdge("in.png", 128);
+  EXPECT_NEAR(Rendered("in.png", {"--blur", "9"})[kMiddle], 128, 1);
+}
+
+// As if the files had held light: an EXR file does.
+TEST_F(LinearRender, IsTheRenderOfTheLightItself) {
+  MakePicture("in.png");
+  Convert("in.png", "light.exr", host::LinearOf);
+  for (const std::vector<std::string>& options : {std::vector<std::string>{"--blur", "7"},
+                                                  {"--blur", "4", "--method", "Sharpen"},
+                                                  {"--blur", "7", "--mix-back", "Screen", "--blend", "30"}}) {
+    std::vector<std::string> render{"render", "light.exr", "out.exr", "--overwrite", "--type", "float"};
+    render.insert(render.end(), options.begin(), options.end());
+    ASSERT_EQ(Run(render).exit, 0);
+    auto linear = options;
+    linear.push_back("--linear");
+    std::vector<std::string> toFloat{"render", "in.png", "encoded.exr", "--overwrite", "--type", "float"};
+    toFloat.insert(toFloat.end(), linear.begin(), linear.end());
+    ASSERT_EQ(Run(toFloat).exit, 0);
+    EXPECT_EQ(Pixels("encoded.exr", 16), Encoded("out.exr"));
+  }
+}
+
+TEST_F(LinearRender, WhereNothingIsBlurredNothingChanges) {
+  MakePicture("in.png");
+  EXPECT_EQ(Rendered("in.png", {"--blur", "0", "--linear"}), Pixels("in.png"));
+  MakePicture("deep.png", 40, 30, 16);
+  const auto before = Pixels("deep.png", 16);
+  for (const std::string more : {"", "--premultiply=around"}) {
+    std::vector<std::string> options{"--blur", "9", "--linear", "--roi", "5,3,20,10"};
+    if (!more.empty()) options.push_back(more);
+    const auto after = Rendered("deep.png", options, 16);
+    std::size_t inside = 0;
+    for (std::size_t i = 0; i < after.size(); ++i) {
+      const std::size_t x = i / 4 % 40;
+      const std::size_t y = i / 4 / 40;
+      if (x >= 5 && x < 25 && y >= 3 && y < 13) {
+        inside += after[i] != before[i];
+      } else {
+        ASSERT_EQ(after[i], before[i]) << "x " << x << ", y " << y;
+      }
+    }
+    EXPECT_GT(inside, 100u);
+  }
+}
+
+TEST_F(LinearRender, LightAndLogarithmsAreToldApart) {
+  MakePicture("in.exr", 20, 10, 16);
+  ASSERT_EQ(Run({"in.exr", "plain.exr", "--blur", "5"}).exit, 0);
+  const auto result = Run({"in.exr", "out.exr", "--blur", "5", "--linear"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_TRUE(
+      result.err.starts_with("vblur: linear: the input holds linear light already; it is rendered as without\n"))
+      << result.err;
+  EXPECT_EQ(Pixels("out.exr", 16), Pixels("plain.exr", 16));
+}
+
+TEST_F(LinearRender, JobsHaveIt) {
+  MakePicture("in.png");
+  const auto expected = Rendered("in.png", {"--blur", "5", "--linear", "--save-job", "job.json"});
+  EXPECT_NE(host::Bytes(Path("job.json")).find("\"linear\": true"), std::string::npos);
+  std::filesystem::remove(Path("out.png"));
+  EXPECT_EQ(Run({"job", "job.json"}).exit, 0);
+  EXPECT_EQ(Pixels("out.png"), expected);
+  EXPECT_NE(Rendered("in.png", {"--blur", "5"}), expected);
+  ExpectRefusal({"render", "in.png", "other.png", "--linear", "--depth", "8"}, 2,
+                "linear: light is rendered with a depth of 16, found 8");
+}
+
+// A mask is an amount, not a colour.
+TEST_F(LinearRender, MasksAreAmounts) {
+  MakePicture("in.png");
+  MakePicture("mask.png");
+  const auto masked = Rendered("in.png", {"--blur", "9", "--linear", "--mask", "mask.png"});
+  Convert("in.png", "light.exr", host::LinearOf);
+  ASSERT_EQ(Run({"light.exr", "lit.exr", "--blur", "9", "--mask", "mask.png", "--type", "float"}).exit, 0);
+  const auto light = Encoded("lit.exr");
+  for (std::size_t i = 0; i < light.size(); ++i)
+    ASSERT_EQ(masked[i], host::ToSample<std::uint8_t>(static_cast<std::int16_t>(light[i]))) << i;
+}
+
+}  // namespace
+}  // namespace vblur::cli
