@@ -125,8 +125,9 @@ class Program {
     app_.get_formatter()->column_width(34);
     app_.require_subcommand(1);
     AddGlobalOptions(app_, global_);
-    for (const auto make : {MakeRenderCommand, MakeJobCommand, MakePropertiesCommand, MakeChartCommand,
-                            MakeSheetCommand, MakeKernelCommand, MakeViewCommand, MakeInfoCommand}) {
+    for (const auto make :
+         {MakeRenderCommand, MakeJobCommand, MakePropertiesCommand, MakeChartCommand, MakeSheetCommand,
+          MakeKernelCommand, MakeViewCommand, MakeInfoCommand, MakeDocumentCommand}) {
       commands_.push_back(make(app_));
     }
     app_.footer(

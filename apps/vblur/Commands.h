@@ -39,5 +39,6 @@ std::unique_ptr<Command> MakeSheetCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeKernelCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeViewCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeInfoCommand(CLI::App& parent);
+std::unique_ptr<Command> MakeDocumentCommand(CLI::App& parent);
 
 }  // namespace vblur::cli

@@ -47,8 +47,7 @@ class RenderCommand : public Command {
         ->add_option("MORE", more_, "More pictures to read; the last name is then the folder for all of them")
         ->type_name("");
     AddTextOption(*App(), "-o,--output", "OUTPUT", "The same as an option; every other name is then a picture to read",
-                  [this](const std::string& file) { outputOption_ = file; })
-        ->group("Output");
+                  [this](const std::string& file) { outputOption_ = file; });
     AddPictureOptions(*App(), job_);
     AddPropertyOptions(*App(), job_.properties, &percentBlur_);
     AddFrameOptions(*App(), job_, frames_);

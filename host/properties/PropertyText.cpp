@@ -131,11 +131,11 @@ std::string ExpectedValue(const Property& property) {
 
 namespace {
 
-// "add-over" is "Add Over", "gray" is "Grey", "luma" is "Luminance".
+// "add-over" is "Add Over", "dont-scale-effect" is "Don't Scale Effect", "gray" is "Grey", "luma" is "Luminance".
 std::string PlainSpelling(std::string_view text) {
   std::string plain;
   for (const char c : text) {
-    if (c != ' ' && c != '-' && c != '_') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (c != ' ' && c != '-' && c != '_' && c != '\'') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   }
   if (plain == "luma") return "luminance";
   for (const auto& [other, own] : {std::pair<std::string, std::string>{"gray", "grey"}, {"color", "colour"}}) {
