@@ -139,8 +139,8 @@ bool SequenceRun::MayBeSkipped(std::int32_t frame) const {
 }
 
 bool SequenceRun::IsWhole(FrameSlot& slot) const {
-  const std::string flaw =
-      FlawOfOutput(slot.result.file, SizesOf(slot.result.frame), [this] { return context_.Stopped(); });
+  const std::string flaw = FlawOfOutput(slot.result.file, OutputFormatOf(slot.result.file, storage_),
+                                        SizesOf(slot.result.frame), [this] { return context_.Stopped(); });
   if (flaw.empty()) return true;
   slot.replaces = true;
   slot.warnings.push_back(flaw + "; rendered again");

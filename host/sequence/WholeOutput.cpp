@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "host/base/Failure.h"
-#include "host/files/OutputFormat.h"
 #include "host/hosted/HostImage.h"
 
 namespace vblur::host {
@@ -35,8 +34,8 @@ bool HasEnd(const std::filesystem::path& file, std::string_view format) {
 
 }  // namespace
 
-std::string FlawOfOutput(const std::filesystem::path& file, const std::vector<std::array<std::int32_t, 2>>& sizes,
-                         const StopTest& stop) {
+std::string FlawOfOutput(const std::filesystem::path& file, const OutputFormat& format,
+                         const std::vector<std::array<std::int32_t, 2>>& sizes, const StopTest& stop) {
   HostImage image;
   std::string found;
   try {
@@ -46,7 +45,7 @@ std::string FlawOfOutput(const std::filesystem::path& file, const std::vector<st
   } catch (const std::bad_alloc&) {
     return file.string() + ": not enough memory to read it";
   }
-  const std::string expected(OutputFormatOf(file).name);
+  const std::string expected(format.name);
   if (found != expected) return file.string() + ": the format is " + found + ", expected " + expected;
   if (!HasEnd(file, found)) return file.string() + ": the end of the file is missing";
   const std::array size{image.Width(), image.Height()};

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/files/OutputFormat.h"
 #include "host/files/PictureFile.h"
 
 namespace vblur::host {
@@ -14,7 +15,7 @@ namespace vblur::host {
 // Why a file is not the frame that a render would write, in a line that begins with the file; empty when it is. Reads
 // every row. `sizes` are those that the frame may have, in pixels; none where they are not known. Throws
 // FileInterrupted.
-std::string FlawOfOutput(const std::filesystem::path& file, const std::vector<std::array<std::int32_t, 2>>& sizes,
-                         const StopTest& stop);
+std::string FlawOfOutput(const std::filesystem::path& file, const OutputFormat& format,
+                         const std::vector<std::array<std::int32_t, 2>>& sizes, const StopTest& stop);
 
 }  // namespace vblur::host

@@ -106,5 +106,14 @@ TEST_F(SkipExisting, EveryFormatIsWholeAfterItsOwnRender) {
   }
 }
 
+// The format is the one that is asked for, whatever the name.
+TEST_F(SkipExisting, TheFormatMayBeAnotherThanThatOfTheName) {
+  const std::vector<std::string> command{"render", "in1.png", "o.dat", "--format", "tif", "--skip-existing", "-v"};
+  ASSERT_EQ(Run(command).exit, 0);
+  const auto again = Run(command);
+  EXPECT_EQ(again.exit, 0) << again.err;
+  EXPECT_NE(again.err.find("exists, skipped"), std::string::npos) << again.err;
+}
+
 }  // namespace
 }  // namespace vblur::cli
