@@ -47,6 +47,10 @@ const FileChannel& PictureInfo::FirstColour() const {
   return all[static_cast<std::size_t>(first)];
 }
 
+bool PictureInfo::Passes(int channel) const {
+  return std::ranges::binary_search(passing, channel);
+}
+
 std::size_t PictureInfo::PassingBytes() const {
   std::size_t bytes = 0;
   for (const int channel : passing)

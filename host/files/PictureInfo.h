@@ -72,7 +72,7 @@ struct PictureInfo {
   FileWindow display;
   // Every channel, in the order of the file.
   std::vector<FileChannel> all;
-  // Those that the effect does not take: places in `all`, in their order.
+  // Those that the effect does not take: places in `all`, rising.
   std::vector<int> passing;
   // Of the channels that the effect takes.
   StoredType stored;
@@ -96,6 +96,7 @@ struct PictureInfo {
   TakenChannels Taken() const;
   // The first of the colours that the file has.
   const FileChannel& FirstColour() const;
+  bool Passes(int channel) const;
   // Of one pixel of the passing channels, as they are stored.
   std::size_t PassingBytes() const;
 

@@ -54,7 +54,7 @@ void AddSamples(const StoredType& stored, SampleType written, std::int32_t depth
 std::vector<int> ChannelsTaken(const PictureInfo& info) {
   std::vector<int> taken;
   for (int channel = 0; channel < static_cast<int>(info.all.size()); ++channel) {
-    if (std::ranges::find(info.passing, channel) == info.passing.end()) taken.push_back(channel);
+    if (!info.Passes(channel)) taken.push_back(channel);
   }
   return taken;
 }

@@ -225,7 +225,7 @@ class Plan {
       for (int component = 0; component < 4; ++component) {
         if (at == SourceOf(component) && IsWritten(component)) AddWithMissing(component, at);
       }
-      if (std::ranges::find(info.passing, at) == info.passing.end()) continue;
+      if (!info.Passes(at)) continue;
       if (passes) AddPassing(at, place);
       place += metadata_->input.channelformat(at).size();
     }

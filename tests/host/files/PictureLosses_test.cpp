@@ -1,10 +1,12 @@
 // What is told of a file that is not read whole, and files that are read in parts.
+#include <chrono>
 #include <cstring>
 #include <limits>
 
 #include <gtest/gtest.h>
 
 #include "host/files/PictureFile.h"
+#include "host/files/PictureReport.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
@@ -128,6 +130,18 @@ TEST_F(PictureLosses, PicturesWithMorePixelsThanTheyMayHaveAreRefused) {
   EXPECT_EQ(failure->Kind(), FailureKind::TooManyPixels);
   choice.mostPixels = 32;
   EXPECT_NO_THROW(PictureReader().ReadColour(path, 8, image_, choice));
+}
+
+// A header of three hundred bytes may have thousands of channels: what it takes does not grow with their square, which
+// would be minutes here.
+TEST_F(PictureLosses, ManyChannelsAreToldInNoTime) {
+  PictureReport report;
+  report.info.all.resize(1'000'000);
+  for (int channel = 3; channel < 1'000'000; ++channel)
+    report.info.passing.push_back(channel);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(LossesOf(report, OutputFormatOf("a.png"), {}, 8).size(), 1u);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 }  // namespace
