@@ -126,7 +126,9 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
 Transfer TransferOf(const OIIO::ImageSpec& spec, const StoredType& stored) {
   std::string space = spec.get_string_attribute("oiio:ColorSpace");
   std::ranges::transform(space, space.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  if (space.find("log") != std::string::npos) return Transfer::Other;
+  // Densities of film are logarithms, too.
+  const bool isDensity = spec.get_string_attribute("dpx:Transfer") == "Printing density";
+  if (isDensity || space.find("log") != std::string::npos) return Transfer::Other;
   const bool isLinear = space.starts_with("lin") || space == "scene_linear" || space.starts_with("aces");
   return isLinear || stored.number == NumberKind::Float ? Transfer::Linear : Transfer::Srgb;
 }

@@ -117,6 +117,24 @@ TEST_F(LinearRender, LightAndLogarithmsAreToldApart) {
   EXPECT_EQ(Pixels("out.exr", 16), Pixels("plain.exr", 16));
 }
 
+// What the header of a DPX file says of its first picture's numbers.
+TEST_F(LinearRender, FilmIsRefused) {
+  constexpr std::size_t kTransferByte = 801;
+  MakePicture("in.dpx");
+  std::string bytes = host::Bytes(Path("in.dpx"));
+  for (const char transfer : {'\1', '\3'}) {
+    bytes[kTransferByte] = transfer;
+    folder_.Write("film.dpx", bytes);
+    ExpectRefusal({"render", "film.dpx", "out.png", "--linear"}, 2,
+                  "linear: film.dpx: its colours are logarithmic, expected sRGB or linear light");
+    EXPECT_EQ(Run({"film.dpx", "out.png"}).exit, 0);
+    std::filesystem::remove(Path("out.png"));
+  }
+  bytes[kTransferByte] = 2;
+  folder_.Write("light.dpx", bytes);
+  EXPECT_TRUE(Run({"light.dpx", "out.png", "--linear"}).err.starts_with("vblur: linear: the input holds linear light"));
+}
+
 TEST_F(LinearRender, JobsHaveIt) {
   MakePicture("in.png");
   const auto expected = Rendered("in.png", {"--blur", "5", "--linear", "--save-job", "job.json"});
