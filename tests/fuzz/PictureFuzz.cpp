@@ -53,8 +53,7 @@ void CheckInfo(const PictureInfo& info) {
   Demand(std::int64_t{info.width} * info.height <= kMostPixels, "more pixels than are allowed");
   Demand(info.data.width > 0 && info.data.height > 0, "a data window without pixels");
   Demand(info.all.size() == static_cast<std::size_t>(info.channels), "a list of channels that lacks some");
-  Demand(choice.red >= 0 && isChannel(choice.red) && isChannel(choice.green) && isChannel(choice.blue) &&
-             isChannel(choice.alpha),
+  Demand(isChannel(choice.red) && isChannel(choice.green) && isChannel(choice.blue) && isChannel(choice.alpha),
          "a channel that is not in the file");
   Demand(info.Taken().count > 0 && info.Taken().first + info.Taken().count <= info.channels,
          "channels are taken that are not in the file");
