@@ -47,7 +47,8 @@ void AddSamples(const StoredType& stored, SampleType written, std::int32_t depth
   // The steps of halves from there on are no smaller.
   const bool isDark =
       depth == 16 && Holds(written, stored) && Holds(SampleType::Half, stored) && stored.number == NumberKind::Float;
-  const Loss loss{LossKind::Samples, NameOf(stored) + " samples" + (isDark ? " below 1/16" : "") + " (" + change + ")"};
+  const Loss loss{LossKind::Samples,
+                  "last bits of " + NameOf(stored) + " samples" + (isDark ? " below 1/16" : "") + " (" + change + ")"};
   if (std::ranges::find(losses, loss) == losses.end()) losses.push_back(loss);
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <string>
 #include <system_error>
 #include <vector>
 
@@ -75,6 +76,7 @@ class Writing {
     StopIfAsked();
     if (!closed || HasSystemError()) Fail("writing failed");
     if (picture_.format.name == "sgi") ClearHeader();
+    if (picture_.format.name == "dpx") PutNameInHeader();
     // A writer that opens the file by itself may lose an error.
     if (!stream_) RequireWhole();
   }
@@ -116,12 +118,25 @@ class Writing {
 
   // Clears the unused part of the header, which the writer leaves uninitialised.
   void ClearHeader() const {
-    constexpr long kUnused = 20;
-    const std::array<char, 512 - kUnused> zeros{};
+    constexpr std::size_t kUnused = 20;
+    Replace(kUnused, std::string(512 - kUnused, '\0'));
+  }
+
+  // The file's name, where the writer puts that of the temporary file.
+  void PutNameInHeader() const {
+    constexpr std::size_t kName = 36;
+    constexpr std::size_t kLength = 100;
+    std::string name = IsStandardStream(picture_.target) ? "" : picture_.target.filename().string();
+    name.resize(kLength - 1);
+    name.push_back('\0');
+    Replace(kName, name);
+  }
+
+  void Replace(std::size_t at, const std::string& bytes) const {
     std::FILE* const file = std::fopen(picture_.file.c_str(), "r+b");
-    const bool isCleared = file != nullptr && std::fseek(file, kUnused, SEEK_SET) == 0 &&
-                           std::fwrite(zeros.data(), 1, zeros.size(), file) == zeros.size();
-    if (file == nullptr || std::fclose(file) != 0 || !isCleared) Refuse("writing failed");
+    const bool isDone = file != nullptr && std::fseek(file, static_cast<long>(at), SEEK_SET) == 0 &&
+                        std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (file == nullptr || std::fclose(file) != 0 || !isDone) Refuse("writing failed");
   }
 
   void RequireWhole() {

@@ -27,7 +27,7 @@ TEST_F(ReadingPictures, AFrameThatClipsIsTold) {
   MakeBright("in.2.exr");
   const std::vector<std::string> render{"render", "in.%d.exr", "out.%d.exr", "--frames", "1-2", "--depth", "8"};
   // What is lost of every frame is told once.
-  const std::string depth = "vblur: output: lost: float samples (8 bits are rendered)\n";
+  const std::string depth = "vblur: output: lost: last bits of float samples (8 bits are rendered)\n";
   EXPECT_EQ(Run(render).err, "vblur: in.1.exr" + std::string(kLost) + "\n" + depth + "vblur: in.2.exr" + kLost + "\n");
   auto quiet = render;
   quiet.insert(quiet.end(), {"--overwrite", "-q"});
@@ -51,8 +51,8 @@ TEST_F(ReadingPictures, AFrameThatClipsWhenItIsWrittenIsToldToo) {
   MakeBright("in.2.exr");
   const std::vector<std::string> render{"render", "in.%d.exr", "out.%d.png", "--frames", "1-2", "--blur", "0"};
   const std::string clipped = ": 1 component from 1.5 to 1.5 clipped to 0 to 1, which uint16 samples hold";
-  EXPECT_EQ(Run(render).err, "vblur: output: lost: float samples (uint16 are written)\nvblur: out.1.png" + clipped +
-                                 "\nvblur: out.2.png" + clipped + "\n");
+  EXPECT_EQ(Run(render).err, "vblur: output: lost: last bits of float samples (uint16 are written)\nvblur: out.1.png" +
+                                 clipped + "\nvblur: out.2.png" + clipped + "\n");
   auto json = render;
   json.insert(json.end(), {"--overwrite", "--progress", "json"});
   const std::string lines = Run(json).err;

@@ -73,7 +73,8 @@ TEST_F(Storage, StraightColoursDoNotBleedWhenMultipliedAround) {
 TEST_F(Storage, AnInputIsNotReplacedByLess) {
   MakePicture("in.png", 20, 10, 16);
   ExpectRefusal({"render", "in.png", "in.png", "--overwrite", "--type", "uint8"}, 4,
-                "in.png: cannot write: it is read by this run and would lose uint16 samples (uint8 are written); give "
+                "in.png: cannot write: it is read by this run and would lose last bits of uint16 samples (uint8 are "
+                "written); give "
                 "--overwrite=lossy to replace it all the same");
   EXPECT_EQ(Run({"render", "in.png", "in.png", "--overwrite=lossy", "--type", "uint8"}).exit, 0);
   EXPECT_EQ(host::ReadPictureInfo(Path("in.png")).stored.bits, 8);
@@ -88,16 +89,17 @@ TEST_F(Storage, InfoTellsWhatFilesHoldAndOutputsKeep) {
             "  channels: R uint16, G uint16, B uint16, A uint16\n"
             "  alpha: as stored\n"
             "  rendered at: 16 bits\n"
-            "  as jpg: colour, uint8; lost: alpha, uint16 samples (uint8 are written)\n");
+            "  as jpg: colour, uint8; lost: alpha, last bits of uint16 samples (uint8 are written)\n");
   const auto json = nlohmann::json::parse(Run({"info", "in.png", "--json"}).out);
   EXPECT_EQ(json["display"], nlohmann::json({0, 0, 20, 10}));
   EXPECT_EQ(json["channels"].size(), 4u);
   EXPECT_EQ(json["outputs"].size(), 11u);
-  EXPECT_EQ(json["outputs"]["png"]["lost"], nlohmann::json({"uint16 samples (steps of 1/16384 are rendered)"}));
+  EXPECT_EQ(json["outputs"]["png"]["lost"],
+            nlohmann::json({"last bits of uint16 samples (steps of 1/16384 are rendered)"}));
   ExpectRefusal({"info", "none.png"}, 3, "none.png: cannot read: no such file");
   const auto some = Run({"info", "none.png", "in.png", "--to", "png"});
   EXPECT_EQ(some.exit, 3);
-  EXPECT_NE(some.out.find("as png: colour and alpha, uint16; lost: uint16 samples (steps of 1/16384"),
+  EXPECT_NE(some.out.find("as png: colour and alpha, uint16; lost: last bits of uint16 samples (steps of 1/16384"),
             std::string::npos)
       << some.out;
 }

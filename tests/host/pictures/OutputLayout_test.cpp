@@ -1,5 +1,7 @@
 #include "host/pictures/OutputLayout.h"
 
+#include <fstream>
+
 #include <gtest/gtest.h>
 
 #include "host/files/OutputFile.h"
@@ -92,7 +94,8 @@ TEST_F(OutputLayout, FurtherChannelsPassInTheirOrderWithTheirTypes) {
   const auto before = Samples(*Open("in.exr"));
   Read("in.exr");
   SetPixel(0, 0, 1, 16384);
-  EXPECT_EQ(Write("out.exr"), Notes{"output: lost: half samples below 1/16 (steps of 1/16384 are rendered)"});
+  EXPECT_EQ(Write("out.exr"),
+            Notes{"output: lost: last bits of half samples below 1/16 (steps of 1/16384 are rendered)"});
   auto in = Open("in.exr");
   auto out = Open("out.exr");
   EXPECT_EQ(out->spec().channelnames, in->spec().channelnames);
@@ -103,7 +106,8 @@ TEST_F(OutputLayout, FurtherChannelsPassInTheirOrderWithTheirTypes) {
     for (std::size_t c = 4; c < 7; ++c)
       EXPECT_EQ(after[7 * pixel + c], pixel < 6 ? 0.0f : before[7 * (pixel - 6) + c]) << pixel << " " << c;
   }
-  EXPECT_EQ(Write("out.png"), Notes{"output: lost: channels Z, id, light.R, half samples (uint16 are written)"});
+  EXPECT_EQ(Write("out.png"),
+            Notes{"output: lost: channels Z, id, light.R, last bits of half samples (uint16 are written)"});
 }
 
 TEST_F(OutputLayout, GreyStaysGreyUnlessTheResultIsNot) {
@@ -196,6 +200,18 @@ TEST_F(OutputLayout, NoAlphaIsMadeAndOneThatIsNotHeldIsTold) {
   EXPECT_EQ(Write("out.jpg"), Notes{"output: alpha is dropped: jpeg files are written without"});
 }
 
+// The temporary file's name holds the process's number: files would differ from run to run.
+TEST_F(OutputLayout, DpxFilesHoldTheirOwnName) {
+  image_.Reset(8, 4, 3, 2);
+  Write("out.dpx");
+  std::ifstream file(folder_.path() / "out.dpx", std::ios::binary);
+  std::string header(136, '\0');
+  file.read(header.data(), static_cast<std::streamsize>(header.size()));
+  std::string name = "out.dpx";
+  name.resize(100);
+  EXPECT_EQ(header.substr(36), name);
+}
+
 TEST_F(OutputLayout, TypeCompressionAndQualityAreThoseAskedFor) {
   WriteRaw(folder_.path() / "in.png", "png", OIIO::ImageSpec(64, 64, 3, OIIO::TypeDesc::UINT16),
            std::vector<std::uint16_t>(64 * 64 * 3, 9999));
@@ -241,10 +257,11 @@ TEST_F(OutputLayout, WhatIsNotHeldIsTold) {
   WriteRaw(folder_.path() / "in.dpx", "dpx", film, std::vector<std::uint16_t>(24, 9000));
   Read("in.dpx");
   EXPECT_EQ(Write("out.dpx"), Notes{});
-  EXPECT_EQ(Write("out.jpg"), Notes{"output: lost: uint10 samples (uint8 are written), DPX header"});
+  EXPECT_EQ(Write("out.jpg"), Notes{"output: lost: last bits of uint10 samples (uint8 are written), DPX header"});
   WriteWindowed(folder_.path() / "in.exr", {-1, 0, 6, 2}, {0, 0, 4, 2}, {"R", "G", "B"}, 0.5f);
   Read("in.exr");
-  EXPECT_EQ(Write("out.png"), Notes{"output: lost: float samples (uint16 are written), pixels beyond the frame"});
+  EXPECT_EQ(Write("out.png"),
+            Notes{"output: lost: last bits of float samples (uint16 are written), pixels beyond the frame"});
 }
 
 // The first value of the table for brightness, which every quality has its own of.

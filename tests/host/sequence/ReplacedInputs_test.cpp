@@ -79,15 +79,16 @@ TEST_F(ReplacedInputs, KeepTheirPages) {
 TEST_F(ReplacedInputs, KeepTheirTypeAndDepth) {
   Pages("in.tif", 1, OIIO::TypeDesc::UINT16);
   job_.output.storage.type = SampleType::Unsigned8;
-  ExpectKept("in.tif", "uint16 samples (uint8 are written)");
+  ExpectKept("in.tif", "last bits of uint16 samples (uint8 are written)");
   job_.output.storage.type.reset();
   job_.depth = 8;
-  ExpectKept("in.tif", "uint16 samples (8 bits are rendered)");
+  ExpectKept("in.tif", "last bits of uint16 samples (8 bits are rendered)");
   job_.depth.reset();
-  ExpectKept("in.tif", "uint16 samples (steps of 1/16384 are rendered)");
+  ExpectKept("in.tif", "last bits of uint16 samples (steps of 1/16384 are rendered)");
   for (const char* type : {"double", "int16"}) {
     Pages("in.tif", 1, OIIO::TypeDesc(type));
-    ExpectKept("in.tif", std::string(type) + " samples (" + (*type == 'd' ? "float" : "uint16") + " are written)");
+    ExpectKept("in.tif", "last bits of " + std::string(type) + " samples (" + (*type == 'd' ? "float" : "uint16") +
+                             " are written)");
   }
   for (const int bits : {8, 10, 12}) {
     OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::UINT16);
@@ -104,18 +105,19 @@ TEST_F(ReplacedInputs, KeepTheirTypeAndDepth) {
 TEST_F(ReplacedInputs, KeepWholeNumbersThatNoFloatHolds) {
   WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc::UINT32),
            std::vector<float>(18, 0.5f));
-  ExpectKept("in.exr", "uint32 samples (float are written)");
+  ExpectKept("in.exr", "last bits of uint32 samples (float are written)");
 }
 
 TEST_F(ReplacedInputs, KeepTheirHalvesBelowTheStepsThatAreRendered) {
   const std::vector<float> samples(18, 0.5f);
   WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc::HALF), samples);
-  ExpectKept("in.exr", "half samples below 1/16 (steps of 1/16384 are rendered)");
+  ExpectKept("in.exr", "last bits of half samples below 1/16 (steps of 1/16384 are rendered)");
   OIIO::ImageSpec mixed(3, 2, 3, OIIO::TypeDesc::FLOAT);
   mixed.channelformats = {OIIO::TypeDesc::HALF, OIIO::TypeDesc::HALF, OIIO::TypeDesc::FLOAT};
   WriteRaw(folder_.path() / "in.exr", "openexr", mixed, samples);
   ExpectKept("in.exr",
-             "half samples below 1/16 (steps of 1/16384 are rendered), float samples (steps of 1/16384 are rendered)");
+             "last bits of half samples below 1/16 (steps of 1/16384 are rendered), last bits of float samples (steps "
+             "of 1/16384 are rendered)");
 }
 
 TEST_F(ReplacedInputs, KeepTheirFrames) {
@@ -163,7 +165,8 @@ TEST_F(ReplacedInputs, KeepTheirTilesAndSmallerCopies) {
   // Closed, it waits for further levels.
   writer.reset();
   ExpectKept("in.exr",
-             "5 smaller copies (mip levels), tiles of 16 x 16 pixels, half samples below 1/16 (steps of 1/16384 are "
+             "5 smaller copies (mip levels), tiles of 16 x 16 pixels, last bits of half samples below 1/16 (steps of "
+             "1/16384 are "
              "rendered)");
   options_.lossy = true;
   EXPECT_EQ(Render("in.exr", "in.exr").done, 1);
@@ -213,7 +216,7 @@ TEST_F(ReplacedInputs, KeepWhatTheJobLeavesOut) {
 
 TEST_F(ReplacedInputs, KeepTheirHighlights) {
   WriteWindowed(folder_.path() / "in.exr", {0, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B"}, 7.0f);
-  ExpectKept("in.exr", "float samples (steps of 1/16384 are rendered)");
+  ExpectKept("in.exr", "last bits of float samples (steps of 1/16384 are rendered)");
   options_.lossy = true;
   EXPECT_EQ(Render("in.exr", "in.exr").done, 1);
 }
@@ -238,7 +241,8 @@ TEST_F(ReplacedInputs, KeepAMaskAndASecondClip) {
   spec.attribute("Artist", "somebody");
   WriteRaw(folder_.path() / "other.tif", "tiff", spec, std::vector<std::uint16_t>(40, 9));
   job_.mask.emplace().file = "other.tif";
-  const std::string lost = "alpha, uint16 samples (uint8 are written), text, pixels beyond the output's size";
+  const std::string lost =
+      "alpha, last bits of uint16 samples (uint8 are written), text, pixels beyond the output's size";
   expectKept("other.tif", lost);
   job_.input2.emplace().file = "other.tif";
   job_.mask.reset();
@@ -258,8 +262,9 @@ TEST_F(ReplacedInputs, ReportsTellWhatOtherFormatsLose) {
   WriteWindowed(folder_.path() / "in.exr", {-1, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B", "A", "Z"}, 0.5f);
   const auto report = ReportPicture(folder_.path() / "in.exr");
   EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.jpg"), {}, 16)),
-            "channel Z, alpha, float samples (uint8 are written), pixels beyond the frame");
-  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.exr"), {}, 16)), "float samples (steps of 1/16384 are rendered)");
+            "channel Z, alpha, last bits of float samples (uint8 are written), pixels beyond the frame");
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.exr"), {}, 16)),
+            "last bits of float samples (steps of 1/16384 are rendered)");
   EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.exr"), {}, 32)), "");
 }
 
