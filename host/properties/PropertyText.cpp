@@ -135,7 +135,8 @@ namespace {
 std::string PlainSpelling(std::string_view text) {
   std::string plain;
   for (const char c : text) {
-    if (c != ' ' && c != '-' && c != '_' && c != '\'') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (c != ' ' && c != '-' && c != '_' && c != '\'')
+      plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   }
   if (plain == "luma") return "luminance";
   for (const auto& [other, own] : {std::pair<std::string, std::string>{"gray", "grey"}, {"color", "colour"}}) {
