@@ -26,6 +26,11 @@ std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::
     message = OIIO::geterror();
     return nullptr;
   }
+  // Its reader writes beyond the picture's memory where a damaged file says so.
+  if (std::string_view(file->format_name()) == "iff") {
+    message = "IFF files are not read: convert them first";
+    return nullptr;
+  }
   OIIO::ImageSpec config;
   config.attribute("oiio:UnassociatedAlpha", 1);
   OIIO::ImageSpec spec;
@@ -34,8 +39,7 @@ std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::
   return nullptr;
 }
 
-// Formats tried when the extension's format fails. Each recognises its files by their first bytes. IFF is none of them:
-// its reader writes beyond the picture where a file says so.
+// Formats tried when the extension's format fails. Each recognises its files by their first bytes.
 constexpr std::array kKnownByContent = {"png", "jpeg", "tiff",     "openexr", "dpx", "webp", "bmp", "sgi",
                                         "hdr", "pnm",  "jpeg2000", "cineon",  "gif", "psd",  "heif"};
 

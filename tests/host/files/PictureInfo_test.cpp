@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/host/FailureOf.h"
 #include "tests/support/host/RawPictures.h"
 #include "tests/support/host/ScratchFolder.h"
 
@@ -45,6 +46,14 @@ TEST_F(PictureInfoOfFile, EveryChannelHasAName) {
   const PictureInfo info = InfoOf("c.fits", "fits", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::UINT8));
   EXPECT_EQ(info.choice, (ChannelChoice{0, 1, 2, -1}));
   EXPECT_EQ(info.all, (std::vector<FileChannel>{{"R", {}}, {"G", {}}, {"B", {}}}));
+}
+
+// Their reader is not safe with damaged files.
+TEST_F(PictureInfoOfFile, IffFilesAreRefused) {
+  const auto failure = CaughtFailure([&] { InfoOf("c.iff", "iff", OIIO::ImageSpec(2, 2, 3, OIIO::TypeDesc::UINT8)); });
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
+  EXPECT_NE(std::string(failure->what()).find("IFF files are not read"), std::string::npos) << failure->what();
 }
 
 TEST_F(PictureInfoOfFile, ReportsGreyAndAlpha) {
