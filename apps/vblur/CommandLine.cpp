@@ -105,7 +105,7 @@ std::string UnknownArgument(const CLI::App& app, const CLI::App& command) {
 
 // Replaces the option library's messages about missing, repeated and unwanted values.
 std::string WrongValue(const CLI::App& app, const CLI::App& command, const CLI::ParseError& error) {
-  const std::string message = error.what();
+  std::string message = error.what();
   const std::size_t start = message.find("--");
   if (start == std::string::npos) return message;
   const std::string name = message.substr(start, message.find_first_of(": =", start) - start);
