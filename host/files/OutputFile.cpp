@@ -28,6 +28,10 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite) {
     throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write: the file exists already",
                   FailureKind::FileExists);
   }
+  // Renaming another file over it would not ask.
+  using enum std::filesystem::perms;
+  if ((status.permissions() & (owner_write | group_write | others_write)) == none)
+    RefuseToWrite(path, "the file is read-only");
 }
 
 WrittenPicture::WrittenPicture(std::filesystem::path path, bool overwrite)

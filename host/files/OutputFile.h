@@ -15,8 +15,8 @@
 namespace vblur::host {
 
 // Throws Failure (cannot write) when the file cannot be written: its folder is missing, the name is taken by
-// something other than a file, or by a file while `overwrite` is not set (FailureKind::FileExists), or the standard
-// output is a terminal.
+// something other than a file, by a file while `overwrite` is not set (FailureKind::FileExists), or by a read-only one,
+// or the standard output is a terminal.
 void RequireWritable(const std::filesystem::path& path, bool overwrite);
 
 class OutputFileCommit;

@@ -38,6 +38,8 @@ constexpr Part kGreen{"G", "green"};
 constexpr Part kBlue{"B", "blue"};
 constexpr Part kAlpha{"A", "alpha"};
 constexpr Part kLuminance{"Y", "luminance"};
+// Beside it Y is the second of three coordinates.
+constexpr Part kFirstCoordinate{"X", "x"};
 
 // The channels of one layer, in the order of the file.
 class Layer {
@@ -59,7 +61,7 @@ class Layer {
     const ChannelChoice choice{Find(kRed), Find(kGreen), Find(kBlue), FindAlpha()};
     const int named = (choice.red >= 0) + (choice.green >= 0) + (choice.blue >= 0);
     if (named == 3) return choice;
-    if (const int grey = Find(kLuminance); grey >= 0) return {grey, grey, grey, choice.alpha};
+    if (const int grey = Find(kLuminance); grey >= 0 && Find(kFirstCoordinate) < 0) return {grey, grey, grey, choice.alpha};
     if (named == 2) return choice;
     if (named == 1) {
       const int grey = std::max({choice.red, choice.green, choice.blue});

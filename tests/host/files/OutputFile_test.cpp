@@ -42,6 +42,14 @@ TEST_F(OutputFile, AnExistingFileIsKeptUnlessAskedOtherwise) {
   EXPECT_EQ(NamesIn(folder_.path()), std::set<std::string>{"out.png"});
 }
 
+TEST_F(OutputFile, AReadOnlyFileIsNotReplaced) {
+  const auto path = folder_.Write("out.png", "old");
+  using enum std::filesystem::perms;
+  std::filesystem::permissions(path, owner_read | group_read);
+  EXPECT_EQ(WriteFailure(path, true), path.string() + ": cannot write: the file is read-only");
+  EXPECT_EQ(Bytes(path), "old");
+}
+
 TEST_F(OutputFile, AReplacedFileKeepsItsPermissionsAndItsLink) {
   const auto path = folder_.Write("real.png", "old");
   std::filesystem::permissions(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);

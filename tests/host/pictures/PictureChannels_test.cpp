@@ -79,6 +79,12 @@ TEST_F(PictureChannels, LuminanceIsGreyWhateverStandsBesideIt) {
   EXPECT_EQ(Colours(Make({"A", "Y", "Z"}, {0.2f, 0.4f, 5.0f})), (Values{102, 102, 102, 51}));
 }
 
+TEST_F(PictureChannels, CoordinatesAreThreeColours) {
+  EXPECT_EQ(Colours(Make({"X", "Y", "Z"}, {0.2f, 0.4f, 0.6f})), (Values{51, 102, 153, 255}));
+  const auto path = Make({"A", "R", "n.x", "n.y", "n.z"}, {1.0f, 1.0f, 0.2f, 0.4f, 0.6f});
+  EXPECT_EQ(Colours(path, Layer("n")), (Values{51, 102, 153, 255}));
+}
+
 TEST_F(PictureChannels, AColourThatIsMissingIsZeroAndOthersKeepTheirPlaces) {
   EXPECT_EQ(Colours(Make({"R", "B", "A"}, {0.2f, 0.4f, 0.6f})), (Values{51, 0, 102, 153}));
   EXPECT_EQ(Colours(Make({"B", "G", "Z"}, {0.2f, 0.4f, 9.0f})), (Values{0, 102, 51, 255}));
