@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <initializer_list>
 #include <new>
 #include <sstream>
 #include <string>
@@ -45,21 +46,43 @@ std::vector<std::string> ReadArguments(int argc, char** argv) {
   return arguments;
 }
 
-// `help COMMAND` is `COMMAND --help`, and two files without a command are `render`.
+// The first argument from this place on that is neither an option of one of these nor the value of one.
+std::size_t FirstWord(const std::vector<std::string>& arguments, std::size_t at,
+                      std::initializer_list<const CLI::App*> takers) {
+  while (at < arguments.size() && arguments[at].starts_with('-') && !host::IsStandardStream(arguments[at])) {
+    const std::string& argument = arguments[at];
+    // "--threads=4" as --threads, "-vv" as -v.
+    const std::string name = argument.substr(0, argument.starts_with("--") ? argument.find('=') : 2);
+    const CLI::Option* option = nullptr;
+    for (const CLI::App* taker : takers) {
+      if (option == nullptr) option = taker->get_option_no_throw(name);
+    }
+    if (option == nullptr) break;
+    const bool hasValueApart = option->get_items_expected_max() > 0 && name == argument;
+    at += hasValueApart ? 2 : 1;
+  }
+  return std::min(at, arguments.size());
+}
+
+bool IsCommand(const CLI::App& app, const std::string& word) {
+  const auto commands = app.get_subcommands({});
+  return std::ranges::any_of(commands, [&](const CLI::App* each) { return each->get_name() == word; });
+}
+
+// `help COMMAND` is `COMMAND --help`, and two files without a command are `render`; options may stand before both.
 void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) {
-  if (arguments.empty() || (arguments.front().starts_with('-') && !host::IsStandardStream(arguments.front()))) return;
-  if (arguments.front() == "help") {
-    arguments.erase(arguments.begin());
+  const std::size_t at = FirstWord(arguments, 0, {&app, app.get_subcommand("render")});
+  if (at == arguments.size()) return;
+  const std::string first = arguments[at];
+  if (first == "help") {
+    arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(at));
     arguments.emplace_back("--help");
     return;
   }
-  const std::string first = arguments.front();
-  const auto commands = app.get_subcommands({});
-  const bool isCommand = std::ranges::any_of(commands, [&](const CLI::App* each) { return each->get_name() == first; });
   std::error_code error;
   const bool isFile = host::IsStandardStream(first) || std::filesystem::path(first).has_extension() ||
                       std::filesystem::exists(first, error);
-  if (!isCommand && isFile) arguments.insert(arguments.begin(), "render");
+  if (!IsCommand(app, first) && isFile) arguments.insert(arguments.begin(), "render");
 }
 
 std::string HelpHint(const CLI::App& command) {

@@ -16,6 +16,30 @@ TEST_F(Conveniences, TwoFilesAreRendered) {
   ExpectRefusal({"gone.png", "out.png"}, 3, "gone.png: cannot read: no such file");
 }
 
+TEST_F(Conveniences, OptionsMayStandBeforeTheFiles) {
+  ASSERT_EQ(Run({"render", "in.png", "long.png", "--blur", "4"}).exit, 0);
+  for (const std::vector<std::string>& before :
+       std::vector<std::vector<std::string>>{{"-q"},
+                                             {"-v"},
+                                             {"-qvv"},
+                                             {"--threads", "1"},
+                                             {"--threads=1"},
+                                             {"--cpu", "twin", "-q"},
+                                             {"--overwrite", "--method", "Blur"}}) {
+    std::vector<std::string> command = before;
+    command.insert(command.end(), {"in.png", "short.png", "--blur", "4"});
+    const auto result = Run(command);
+    EXPECT_EQ(result.exit, 0) << before.front() << ": " << result.err;
+    ASSERT_TRUE(Exists("short.png")) << before.front();
+    EXPECT_EQ(Pixels("short.png"), Pixels("long.png")) << before.front();
+    std::filesystem::remove(Path("short.png"));
+  }
+  EXPECT_EQ(Run({"-q", "help", "render"}).out, Run({"render", "--help"}).out);
+  ExpectRefusal({"-q", "rendr", "in.png"}, 2, "unknown command \"rendr\"; did you mean \"render\"?; see vblur --help");
+  ExpectRefusal({"--thread", "1", "in.png", "o.png"}, 2,
+                "unknown option \"--thread\"; did you mean \"--threads\"?; see vblur --help");
+}
+
 TEST_F(Conveniences, HelpAndVersionHaveShortForms) {
   EXPECT_EQ(Run({"help"}).out, Run({"--help"}).out);
   EXPECT_EQ(Run({"help", "render"}).out, Run({"render", "--help"}).out);
