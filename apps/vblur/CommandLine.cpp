@@ -69,16 +69,26 @@ bool IsCommand(const CLI::App& app, const std::string& word) {
   return std::ranges::any_of(commands, [&](const CLI::App* each) { return each->get_name() == word; });
 }
 
-// `help COMMAND` is `COMMAND --help`, and two files without a command are `render`; options may stand before both.
+// `help COMMAND` is `COMMAND --help`. Anything else but the program's own options is left to be refused.
+void ExpandHelp(std::vector<std::string>& arguments, const CLI::App& app) {
+  std::erase(arguments, "help");
+  const std::size_t at = FirstWord(arguments, 0, {&app});
+  const bool isAlone = at == arguments.size();
+  if (!isAlone && !IsCommand(app, arguments[at])) return;
+  const std::size_t next = isAlone ? at : FirstWord(arguments, at + 1, {&app});
+  if (next < arguments.size()) {
+    throw host::Failure(ExitCode::WrongUsage,
+                        "unexpected argument " + host::Quoted(arguments[next]) + "; see vblur --help");
+  }
+  arguments.emplace_back("--help");
+}
+
+// `help COMMAND` asks for help, and two files without a command are `render`; options may stand before both.
 void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) {
   const std::size_t at = FirstWord(arguments, 0, {&app, app.get_subcommand("render")});
   if (at == arguments.size()) return;
   const std::string first = arguments[at];
-  if (first == "help") {
-    arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(at));
-    arguments.emplace_back("--help");
-    return;
-  }
+  if (first == "help") return ExpandHelp(arguments, app);
   std::error_code error;
   const bool isFile = host::IsStandardStream(first) || std::filesystem::path(first).has_extension() ||
                       std::filesystem::exists(first, error);

@@ -44,7 +44,12 @@ TEST_F(Conveniences, HelpAndVersionHaveShortForms) {
   EXPECT_EQ(Run({"help"}).out, Run({"--help"}).out);
   EXPECT_EQ(Run({"help", "render"}).out, Run({"render", "--help"}).out);
   EXPECT_NE(Run({"help", "render"}).out, Run({"help"}).out);
+  EXPECT_EQ(Run({"help", "render", "--help"}).out, Run({"render", "--help"}).out);
   EXPECT_EQ(Run({"-V"}).out, Run({"--version"}).out);
+  ExpectRefusal({"help", "rendr"}, 2, "unknown command \"rendr\"; did you mean \"render\"?; see vblur --help");
+  ExpectRefusal({"help", "in.png"}, 2, "unknown command \"in.png\"; see vblur --help");
+  ExpectRefusal({"help", "--foo"}, 2, "unknown option \"--foo\"; see vblur --help");
+  ExpectRefusal({"help", "job", "extra"}, 2, "unexpected argument \"extra\"; see vblur --help");
 }
 
 TEST_F(Conveniences, SpellingsMeanTheSame) {
