@@ -70,6 +70,7 @@ void AddSetOption(CLI::App& app, std::vector<std::string>& assignments) {
   app.add_option("--set", assignments, "Change a property: \"Blur=24\", \"Effect Gain=0:100,24:50\"; repeatable")
       ->type_name("NAME=VALUE")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
       ->group("Properties");
 }

@@ -78,6 +78,14 @@ TEST_F(Conveniences, AJobComesFromTheStandardInput) {
   EXPECT_TRUE(Exists("out.png"));
 }
 
+TEST_F(Conveniences, SettingsMayStandBeforeTheJob) {
+  folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
+  const auto result = Run({"job", "--set", "Blur=4", "job.json", "--set", "Blend=50"});
+  ASSERT_EQ(result.exit, 0) << result.err;
+  ASSERT_EQ(Run({"in.png", "same.png", "--blur", "4", "--blend", "50"}).exit, 0);
+  EXPECT_EQ(Pixels("out.png"), Pixels("same.png"));
+}
+
 TEST_F(Conveniences, AViewChangesProperties) {
   folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
   const std::vector<std::string> plain = {"view", "job.json", "view.png", "--hide-controls", "--overwrite"};
@@ -87,6 +95,8 @@ TEST_F(Conveniences, AViewChangesProperties) {
   const auto before = Pixels("view.png");
   ASSERT_EQ(Run(changed).exit, 0);
   EXPECT_NE(Pixels("view.png"), before);
+  ASSERT_EQ(Run({"view", "job.json", "--set", "Blur=0", "first.png", "--hide-controls"}).exit, 0);
+  EXPECT_EQ(Pixels("first.png"), Pixels("view.png")) << "one value belongs to the option";
   changed.back() = "Blurr=0";
   EXPECT_EQ(Run(changed).exit, 2);
 }
