@@ -41,6 +41,7 @@ std::optional<OutputPart> PartOf(const host::Job& job) {
 }  // namespace
 
 void WarnOfValues(const host::Job& job, Terminal& terminal) {
+  if (job.duration == 0.0) terminal.Warn("duration: 0 is no length, expected more; rendered as it is");
   for (const Property& property : kProperties) {
     const auto* setting = job.properties.Find(property.guid);
     const auto value = setting ? host::ValueOutOfRange(property, *setting) : std::nullopt;

@@ -6,7 +6,7 @@
 
 namespace vblur::cli {
 
-// A line for each property with a value beyond its control range.
+// A line for each property with a value beyond its control range, and for an effect without length.
 void WarnOfValues(const host::Job& job, Terminal& terminal);
 
 // A line when the region lies outside the picture, by the size of the first frame. Reads that frame's header; a picture

@@ -173,6 +173,16 @@ void CheckOutside(const Job& job) {
   if (*job.outside == OutsideChoice::Keep && !job.input) Refuse("outside", "there is no input to keep, expected clear");
 }
 
+// What can be computed with, but stands for nothing.
+void CheckScales(const Job& job) {
+  if (job.duration && *job.duration < 0.0) {
+    Refuse("duration", "expected 0 or more, found " + FormatNumber(*job.duration));
+  }
+  for (const double factor : job.proxy) {
+    if (!(factor > 0.0)) Refuse("proxy", "expected two factors above 0, found " + FormatNumber(factor));
+  }
+}
+
 void CheckNeeds(const Job& job) {
   const EffectKind kind = ResolveKind(job);
   if (NeedsInput(kind) && !job.input) Refuse("input", "missing, expected a picture to work on");
@@ -280,6 +290,7 @@ void CheckValues(const Job& job) {
 
 void CheckJob(const Job& job, const JobCheckOptions& options) {
   CheckValues(job);
+  CheckScales(job);
   CheckNeeds(job);
   CheckStreams(job);
   CheckNumbers(job);

@@ -50,11 +50,11 @@ struct JobCheckOptions {
   bool outputMayBeInput = false;
 };
 
-// CheckValues, and refuses what does not go together: pictures that the kind of use needs and that are
-// missing, a mask without an input, an outside without a region or beside an initial picture, no size for the output,
-// two pictures from the standard input, frame numbers in file names without frames, more than 1,000,000 frames, several
-// frames written to one file, an output that is one of the inputs. Inputs and `initial` without a number serve every
-// frame. Throws Failure (wrong usage) that names the field.
+// CheckValues, and refuses a duration below 0, proxy factors that are not above 0, and what does not go together:
+// pictures that the kind of use needs and that are missing, a mask without an input, an outside without a region or
+// beside an initial picture, no size for the output, two pictures from the standard input, frame numbers in file names
+// without frames, more than 1,000,000 frames, several frames written to one file, an output that is one of the inputs.
+// Inputs and `initial` without a number serve every frame. Throws Failure (wrong usage) that names the field.
 void CheckJob(const Job& job, const JobCheckOptions& options = {});
 
 }  // namespace vblur::host

@@ -35,6 +35,15 @@ TEST_F(JobWarnings, ValuesOfFilesBeyondTheirRangeAreToldAndRendered) {
   EXPECT_EQ(result.err, "vblur: properties/Blend: 500 is outside 0 to 100; rendered as it is\n");
 }
 
+TEST_F(JobWarnings, AnEffectWithoutLengthIsTold) {
+  folder_.Write("short.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}, "duration": 0})");
+  const auto result = Run({"job", "short.json"});
+  EXPECT_EQ(result.exit, 0);
+  EXPECT_EQ(result.err, "vblur: duration: 0 is no length, expected more; rendered as it is\n");
+  folder_.Write("back.json", R"({"input": {"file": "in.png"}, "output": {"file": "o.png"}, "duration": -1})");
+  ExpectRefusal({"job", "back.json"}, 2, "duration: expected 0 or more, found -1");
+}
+
 TEST_F(JobWarnings, ARegionOutsideThePictureIsTold) {
   const std::string line = "vblur: roi: the region lies outside the picture of 40 x 30 pixels; nothing is rendered\n";
   const auto errors = [&](const std::string& roi) {

@@ -252,6 +252,9 @@ TEST(JobCheck, RefusesWrongValues) {
        "frame step: expected at least 1, found 0"},
       {[](Job& job) { job.time = NAN; }, "time: expected a finite number, found nan"},
       {[](Job& job) { job.duration = -INFINITY; }, "duration: expected a finite number, found -inf"},
+      {[](Job& job) { job.duration = -0.5; }, "duration: expected 0 or more, found -0.5"},
+      {[](Job& job) { job.proxy[0] = 0.0; }, "proxy: expected two factors above 0, found 0"},
+      {[](Job& job) { job.proxy[1] = -1.0; }, "proxy: expected two factors above 0, found -1"},
       {[](Job& job) { job.proxy[1] = NAN; }, "proxy: expected a finite number, found nan"},
       {[](Job& job) {
          job.project = ProjectSizes{{NAN, 1}, {1, 1}};
