@@ -76,6 +76,7 @@ host::ExitCode RunJob(const host::Job& job, const GlobalOptions& global, const R
   host::CheckValues(job);
   WarnOfValues(job, terminal);
   WarnOfRegion(job, terminal);
+  WarnOfMask(job, terminal);
   WarnOfFlatAreas(job, server->Factory(), terminal);
   host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
   host::RenderOptions options = run.render;

@@ -57,5 +57,20 @@ TEST_F(JobWarnings, ARegionOutsideThePictureIsTold) {
     EXPECT_EQ(errors(inside), "") << inside;
 }
 
+TEST_F(JobWarnings, AMaskOutsideThePictureIsTold) {
+  MakePicture("mask.png", 8, 6);
+  const std::string line = "vblur: mask: it lies outside the picture of 40 x 30 pixels; nothing is rendered\n";
+  const auto errors = [&](const std::string& offset) {
+    const auto result = Run({"render", "in.png", "out.png", "--overwrite", "--mask", "mask.png", "--mask-offset",
+                             offset, "--origin", "100,-7"});
+    EXPECT_EQ(result.exit, 0);
+    return result.err;
+  };
+  for (const std::string outside : {"40,0", "0,30", "-8,0", "0,-6", "500,0"})
+    EXPECT_EQ(errors(outside), line) << outside;
+  for (const std::string inside : {"39,29", "-7,-5"})
+    EXPECT_EQ(errors(inside).find("nothing is rendered"), std::string::npos) << inside;
+}
+
 }  // namespace
 }  // namespace vblur::cli
