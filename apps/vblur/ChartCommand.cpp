@@ -2,6 +2,7 @@
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/FrameOptions.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
 #include "host/files/OutputFile.h"
 #include "host/jobs/FramePattern.h"
@@ -45,7 +46,7 @@ class ChartCommand : public Command {
 
  private:
   void CheckOptions(const host::FramePattern& pattern) const {
-    host::OutputFormatOf(pattern.FileName(0));
+    CheckPictureName(pattern.FileName(0));
     if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
     if (size_[0] < 1 || size_[1] < 1) host::Refuse("--size", "expected at least 1x1");
     if (std::int64_t{4} * size_[0] > host::HostImage::kMostComponents / size_[1]) {

@@ -3,6 +3,7 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/RunFiles.h"
 #include "host/files/OutputFile.h"
 #include "host/properties/PropertyText.h"
 #include "host/studies/DrawingLibrary.h"
@@ -41,7 +42,7 @@ class KernelCommand : public Command {
 
  private:
   void CheckOptions() const {
-    host::OutputFormatOf(output_);
+    CheckPictureName(output_);
     if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
     if (host::ValueOutOfRange(kBlur, blur_)) {
       host::Refuse("--blur", "expected " + host::FormatRange(kBlur) + ", found " + host::FormatNumber(blur_));

@@ -8,6 +8,13 @@
 
 namespace vblur::cli {
 
+void CheckPictureName(const std::filesystem::path& output) {
+  if (host::IsStandardStream(output)) {
+    host::Refuse("OUTPUT", "this command writes files only, expected the name of one, found -");
+  }
+  host::OutputFormatOf(output);
+}
+
 void RunFiles::AddRead(const std::filesystem::path& file) {
   if (!host::IsStandardStream(file)) uses_.emplace(paths_.Of(file).string(), Use::Read);
 }

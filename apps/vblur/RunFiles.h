@@ -12,6 +12,10 @@
 
 namespace vblur::cli {
 
+// The picture that a command writes which writes none to the standard output. Throws host::Failure for "-" and for a
+// name without the extension of a format.
+void CheckPictureName(const std::filesystem::path& output);
+
 class RunFiles {
  public:
   explicit RunFiles(bool overwrite) : overwrite_(overwrite) {}

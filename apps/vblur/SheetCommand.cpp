@@ -63,7 +63,7 @@ class SheetCommand : public Command {
 
  private:
   void CheckOptions() {
-    host::OutputFormatOf(output_);
+    CheckPictureName(output_);
     if (depth_ && *depth_ != 8 && *depth_ != 16)
       host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(*depth_));
     if (!second_.empty() && request_.kind != host::SheetKind::Ramps) host::Refuse("--to", "goes with --of ramps only");

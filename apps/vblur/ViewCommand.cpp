@@ -38,7 +38,10 @@ class ViewCommand : public Command {
  public:
   explicit ViewCommand(CLI::App& parent)
       : Command(parent, "view", "Show a frame of a job with the effect's controls over it, and drag them by a script") {
-    App()->add_option("JOB", job_, "Job file; the names in it start from its folder")->required()->type_name("");
+    App()
+        ->add_option("JOB", job_, "Job file; the names in it start from its folder. - is the standard input")
+        ->required()
+        ->type_name("");
     App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
     AddTextOption(*App(), "--frame", "N", "Frame of the job [its first]",
                   [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
@@ -107,7 +110,7 @@ class ViewCommand : public Command {
 
   // Before anything is rendered.
   void CheckFiles(const host::Job& job, std::int32_t frame, const std::vector<host::PenEvent>& events) const {
-    host::OutputFormatOf(output_);
+    CheckPictureName(output_);
     RunFiles files(overwrite_);
     files.AddRead(job_);
     if (!script_.empty()) files.AddRead(script_);

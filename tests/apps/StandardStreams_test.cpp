@@ -237,5 +237,14 @@ TEST_F(StandardStreams, WaitingForTheInputCanBeInterrupted) {
   ::close(ends[1]);
 }
 
+TEST_F(StandardStreams, CommandsThatWriteFilesOnlySaySo) {
+  folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
+  for (const auto& command : std::vector<std::vector<std::string>>{
+           {"chart", "-"}, {"kernel", "-"}, {"sheet", "in.png", "-", "--of", "sizes"}, {"view", "job.json", "-"}}) {
+    ExpectRefusal(command, 2, "OUTPUT: this command writes files only, expected the name of one, found -");
+  }
+  EXPECT_NE(Run({"view", "--help"}).out.find("- is the standard input"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace vblur::cli
