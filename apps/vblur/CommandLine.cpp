@@ -32,6 +32,11 @@ using host::ExitCode;
 // `--job FILE`, anywhere, is the command `job FILE`.
 std::vector<std::string> ReadArguments(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
+  // As values and names of properties, options are spelled either way.
+  constexpr std::string_view kColor = "--crop-color-";
+  for (std::string& argument : arguments) {
+    if (argument.starts_with(kColor)) argument.replace(0, kColor.size(), "--crop-colour-");
+  }
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
     const bool apart = argument == "--job" && i + 1 < arguments.size();

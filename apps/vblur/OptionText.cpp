@@ -1,5 +1,6 @@
 #include "apps/vblur/OptionText.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -44,6 +45,21 @@ bool ReadAll(std::string_view text, char separator, std::array<Number, kCount>& 
   return true;
 }
 
+// Of "", "B", "K", "MB", "GiB" and the like; 0 for other texts.
+std::int64_t BytesOf(std::string_view unit) {
+  constexpr std::string_view kPowers = "KMG";
+  std::int64_t bytes = 1;
+  if (!unit.empty()) {
+    const auto power = kPowers.find(static_cast<char>(std::toupper(static_cast<unsigned char>(unit.front()))));
+    if (power != std::string_view::npos) {
+      bytes = std::int64_t{1} << (10 * (power + 1));
+      unit.remove_prefix(1);
+      if (host::EqualIgnoringCase(unit, "iB")) return bytes;
+    }
+  }
+  return unit.empty() || host::EqualIgnoringCase(unit, "B") ? bytes : 0;
+}
+
 }  // namespace
 
 double ParseNumber(std::string_view option, std::string_view text) {
@@ -59,19 +75,11 @@ std::int32_t ParseWhole(std::string_view option, std::string_view text) {
 }
 
 std::int64_t ParseBytes(std::string_view option, std::string_view text) {
-  constexpr std::string_view kUnits = "KMG";
   constexpr std::int64_t kMost = std::int64_t{1} << 50;
-  std::string_view digits = text;
-  std::int64_t unit = 1;
-  if (!digits.empty()) {
-    const char last = static_cast<char>(std::toupper(static_cast<unsigned char>(digits.back())));
-    if (const auto power = kUnits.find(last); power != std::string_view::npos) {
-      unit = std::int64_t{1} << (10 * (power + 1));
-      digits.remove_suffix(1);
-    }
-  }
+  const std::size_t end = std::min(text.find_first_of("BbKkMmGg"), text.size());
+  const std::int64_t unit = BytesOf(text.substr(end));
   double number = 0.0;
-  const bool read = Read(digits, number) && std::isfinite(number);
+  const bool read = Read(text.substr(0, end), number) && std::isfinite(number);
   const double bytes = read ? std::floor(number * static_cast<double>(unit)) : 0.0;
   if (!(bytes >= 1.0 && bytes <= static_cast<double>(kMost))) {
     RefuseText(option, text, "a number of bytes such as 512M or 2.5G");

@@ -17,7 +17,7 @@ namespace vblur::cli {
 double ParseNumber(std::string_view option, std::string_view text);
 // "12"; in 32 bits.
 std::int32_t ParseWhole(std::string_view option, std::string_view text);
-// "2G", "512M", "65536": bytes, with K, M or G for powers of 1024; at least 1.
+// "2G", "512MiB", "65536": bytes, with K, M or G, with or without B or iB behind it, for powers of 1024; at least 1.
 std::int64_t ParseBytes(std::string_view option, std::string_view text);
 // A number of pixels, of thousands, millions or thousand millions with K, M or G.
 std::int64_t ParsePixels(std::string_view option, std::string_view text);

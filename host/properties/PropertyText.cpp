@@ -78,10 +78,23 @@ Curve ParseCurve(const Property& property, std::string_view text, Interpolation 
   return curve;
 }
 
+// In lower case, "gray" as "grey" and "color" as "colour".
+std::string OneSpelling(std::string_view text) {
+  std::string word;
+  for (const char c : text)
+    word += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  for (const auto& [other, own] : {std::pair<std::string, std::string>{"gray", "grey"}, {"color", "colour"}}) {
+    const std::size_t at = word.find(other);
+    if (at != std::string::npos) word.replace(at, other.size(), own);
+  }
+  return word;
+}
+
 }  // namespace
 
 const Property* FindPropertyNamed(std::string_view name) {
-  const auto is = [&](const Property& property) { return EqualIgnoringCase(property.name, name); };
+  const std::string word = OneSpelling(name);
+  const auto is = [&](const Property& property) { return OneSpelling(property.name) == word; };
   const auto found = std::ranges::find_if(kProperties, is);
   return found == kProperties.end() ? nullptr : &*found;
 }
@@ -89,7 +102,7 @@ const Property* FindPropertyNamed(std::string_view name) {
 const Property& PropertyNamed(std::string_view name) {
   if (const Property* property = FindPropertyNamed(name)) return *property;
   for (const Property& property : kProperties) {
-    if (EqualIgnoringCase(OptionName(property), name)) return property;
+    if (OptionName(property) == OneSpelling(name)) return property;
   }
   throw Failure(ExitCode::WrongUsage, UnknownProperty(name));
 }
@@ -131,17 +144,14 @@ std::string ExpectedValue(const Property& property) {
 
 namespace {
 
-// "add-over" is "Add Over", "dont-scale-effect" is "Don't Scale Effect", "gray" is "Grey", "luma" is "Luminance".
+// "add-over" is "Add Over", "dont-scale" is "Don't Scale Effect", "gray" is "Grey", "luma" is "Luminance".
 std::string PlainSpelling(std::string_view text) {
-  std::string plain;
-  for (const char c : text) {
-    if (c != ' ' && c != '-' && c != '_' && c != '\'')
-      plain += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  }
-  if (plain == "luma") return "luminance";
-  for (const auto& [other, own] : {std::pair<std::string, std::string>{"gray", "grey"}, {"color", "colour"}}) {
-    const std::size_t at = plain.find(other);
-    if (at != std::string::npos) plain.replace(at, other.size(), own);
+  constexpr std::pair<std::string_view, std::string_view> kShort[] = {
+      {"luma", "luminance"}, {"rampinout", "rampinandout"}, {"dontscale", "dontscaleeffect"}};
+  std::string plain = OneSpelling(text);
+  std::erase_if(plain, [](char c) { return c == ' ' || c == '-' || c == '_' || c == '\''; });
+  for (const auto& [word, entry] : kShort) {
+    if (plain == word) return std::string(entry);
   }
   return plain;
 }

@@ -24,7 +24,8 @@
 
 namespace vblur::host {
 
-// The property of this unique name (Property::name, case does not matter); null for any other text.
+// The property of this unique name (Property::name; case does not matter, and "color" is "colour"); null for any other
+// text.
 const Property* FindPropertyNamed(std::string_view name);
 // The property of this unique name or option name. Throws Failure, with the nearest name.
 const Property& PropertyNamed(std::string_view name);

@@ -53,19 +53,49 @@ TEST_F(Conveniences, HelpAndVersionHaveShortForms) {
 }
 
 TEST_F(Conveniences, SpellingsMeanTheSame) {
-  for (const auto& [option, own, other] :
-       std::vector<std::array<std::string, 3>>{{"--channels", "Grey", "gray"},
-                                               {"--channels", "Luminance", "luma"},
-                                               {"--mix-back", "Colour", "color"},
-                                               {"--mix-back", "Add Over", "add-over"},
-                                               {"--mix-back", "HardLight", "hard light"},
-                                               {"--cpu", "twin", "TWIN"},
-                                               {"--memory", "2048M", "2.0g"}}) {
+  std::vector<std::array<std::string, 3>> spellings{{"--channels", "Grey", "gray"},
+                                                    {"--channels", "Luminance", "luma"},
+                                                    {"--mix-back", "Colour", "color"},
+                                                    {"--mix-back", "Add Over", "add-over"},
+                                                    {"--mix-back", "HardLight", "hard light"},
+                                                    {"--transition-ramping", "Ramp In and Out", "ramp-in-out"},
+                                                    {"--effect-scaling", "Don't Scale Effect", "dont-scale"},
+                                                    {"--cpu", "twin", "TWIN"},
+                                                    {"--memory", "2048M", "2.0g"},
+                                                    {"--memory", "2.5G", "2.5GB"},
+                                                    {"--memory", "512M", "512MiB"},
+                                                    {"--memory", "536870912", "536870912b"}};
+  if (__builtin_cpu_supports("avx2") != 0) spellings.push_back({"--cpu", "AVX2", "avx2"});
+  for (const auto& [option, own, other] : spellings) {
     ASSERT_EQ(Run({"in.png", "own.png", "--blur", "4", option, own, "--overwrite"}).exit, 0) << own;
     const auto result = Run({"in.png", "other.png", "--blur", "4", option, other, "--overwrite"});
     ASSERT_EQ(result.exit, 0) << result.err;
     EXPECT_EQ(Pixels("own.png"), Pixels("other.png"));
   }
+  for (const std::string memory : {"2T", "2GG", "2iB", "2GiBs", "G", "B"})
+    EXPECT_EQ(Run({"in.png", "none.png", "--memory", memory}).exit, 2) << memory;
+}
+
+TEST_F(Conveniences, NamesOfPropertiesAreSpelledEitherWay) {
+  const std::vector<std::string> crop{"--crop-left", "20", "--display-cropped", "on", "--x-edge-method", "Colour"};
+  const auto render = [&](const std::string& output, std::vector<std::string> more) {
+    more.insert(more.begin(), crop.begin(), crop.end());
+    more.insert(more.begin(), {"in.png", output, "--blur", "4"});
+    const auto result = Run(more);
+    EXPECT_EQ(result.exit, 0) << result.err;
+    return result.exit == 0 ? Pixels(output) : std::vector<std::int32_t>{};
+  };
+  const auto plain = render("plain.png", {});
+  const auto own = render("own.png", {"--crop-colour-r", "100"});
+  EXPECT_NE(plain, own);
+  EXPECT_EQ(render("other.png", {"--crop-color-r", "100"}), own);
+  EXPECT_EQ(render("joined.png", {"--crop-color-r=100"}), own);
+  folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "job.png"}, "properties":
+      {"Blur": 4, "Crop Left": 20, "Display Cropped": true, "X Edge Method": "Colour", "Crop Color R": 100}})");
+  ASSERT_EQ(Run({"job", "job.json"}).exit, 0);
+  EXPECT_EQ(Pixels("job.png"), own);
+  ASSERT_EQ(Run({"job", "job.json", "--overwrite", "--set", "Crop Color R=0"}).exit, 0);
+  EXPECT_EQ(Pixels("job.png"), plain);
 }
 
 TEST_F(Conveniences, AJobComesFromTheStandardInput) {

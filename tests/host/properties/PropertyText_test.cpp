@@ -35,6 +35,8 @@ TEST(PropertyText, FindsPropertiesByNameInAnyCase) {
   EXPECT_EQ(FindPropertyNamed("eFFECT gAIN"), &PropertyOf(PropertyId::EffectGain));
   EXPECT_EQ(FindPropertyNamed("method"), &kMethod);
   EXPECT_EQ(FindPropertyNamed("effect-gain"), nullptr);
+  EXPECT_EQ(FindPropertyNamed("Crop Color R"), &PropertyOf(PropertyId::CropColourR));
+  EXPECT_EQ(&PropertyNamed("crop-color-a"), &PropertyOf(PropertyId::CropColourA));
 }
 
 TEST(PropertyText, SuggestsTheNearestName) {
