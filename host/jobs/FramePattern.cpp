@@ -98,6 +98,16 @@ void FramePattern::SetWidth(int width) {
   width_ = width;
 }
 
+std::string FramePattern::Advice(std::string_view fileName) {
+  for (std::size_t at = fileName.find('%'); at != std::string_view::npos; at = fileName.find('%', at + 1)) {
+    const std::size_t end = std::min(fileName.find_first_not_of("0123456789", at + 1), fileName.size());
+    const std::string digits(fileName.substr(at + 1, end - at - 1));
+    if (digits.empty() || digits.front() == '0' || !fileName.substr(end).starts_with('d')) continue;
+    return "; %" + digits + "d is no frame number, expected %0" + digits + "d";
+  }
+  return {};
+}
+
 std::string FramePattern::Escaped(std::string_view fileName) {
   std::string pattern;
   for (std::size_t at = 0; at < fileName.size();) {

@@ -19,6 +19,10 @@ class FramePattern {
   // for a file.
   explicit FramePattern(std::string pattern);
 
+  // What to add to the message that a file is missing: "; %4d is no frame number, expected %04d" for a name with a
+  // width but no zero before it, else nothing.
+  static std::string Advice(std::string_view fileName);
+
   // The pattern without a number whose file name is this one.
   static std::string Escaped(std::string_view fileName);
 

@@ -174,7 +174,7 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
     if (IsStandardStream(file) || std::filesystem::exists(file, error)) continue;
-    RefuseToRead(file, "no such file" + AboutFrame(frames_, frame));
+    RefuseToRead(file, "no such file" + AboutFrame(frames_, frame) + FramePattern::Advice(file.filename().string()));
   }
 }
 

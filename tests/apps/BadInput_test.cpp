@@ -27,6 +27,12 @@ TEST_F(BadInput, FilesThatAreNoPictures) {
   ExpectUnreadable("text.png", "not a picture, or a damaged one (Not a PNG file)");
 }
 
+TEST_F(BadInput, NumbersWithoutAZero) {
+  ExpectUnreadable("in.%4d.png", "no such file; %4d is no frame number, expected %04d");
+  ExpectRefusal({"render", "in.%3d.png", "out.%03d.png", "--frames", "1-3"}, 3,
+                "in.%3d.png: cannot read: no such file (frame 1); %3d is no frame number, expected %03d");
+}
+
 TEST_F(BadInput, PicturesCutShort) {
   const std::string bytes = host::Bytes(Path("in.png"));
   folder_.Write("cut.png", bytes.substr(0, bytes.size() / 2));

@@ -61,6 +61,13 @@ TEST(FramePattern, OtherPercentSignsAreJustThat) {
   EXPECT_EQ(FramePattern("50%d.png").FileName(7), "507.png");
 }
 
+TEST(FramePattern, AdvisesOnNumbersWithoutAZero) {
+  EXPECT_EQ(FramePattern::Advice("plate.%4d.exr"), "; %4d is no frame number, expected %04d");
+  EXPECT_EQ(FramePattern::Advice("50%.%12d"), "; %12d is no frame number, expected %012d");
+  for (const char* name : {"plate.0001.exr", "50%.png", "%", "%4", "%4x.png", "%04d.png", "%d.png"})
+    EXPECT_EQ(FramePattern::Advice(name), "") << name;
+}
+
 TEST(FramePattern, TellsTheFrameOfAFileName) {
   EXPECT_EQ(FramePattern("a/b.%04d.exr").FrameOf("a/b.0007.exr"), 7);
   EXPECT_EQ(FramePattern("a/b.%04d.exr").FrameOf("a/b.-003.exr"), -3);
