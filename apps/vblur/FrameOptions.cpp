@@ -46,9 +46,9 @@ void AddFramesOption(CLI::App& app, std::optional<host::FrameChoice>& frames) {
       ->group("Frames");
 }
 
-void AddRenumberOption(CLI::App& app, std::optional<std::int32_t>& number) {
+void AddRenumberOption(CLI::App& app, const std::string& frame, std::optional<std::int32_t>& number) {
   AddTextOption(app, "--renumber", "N",
-                "Number in the output's name for the first frame, or for --start; the others follow [each its own]",
+                "Number in the output's name for " + frame + "; the others follow [each its own]",
                 [&](const std::string& text) { number = ParseWhole("--renumber", text); })
       ->group("Frames");
 }
@@ -63,7 +63,7 @@ void AddFrameOptions(CLI::App& app, host::Job& job, std::optional<host::FrameCho
     AddTextOption(app, name, form, help, set)->group("Frames");
   };
   AddFramesOption(app, frames);
-  AddRenumberOption(app, job.output.renumber);
+  AddRenumberOption(app, "the first frame, or for --start", job.output.renumber);
   add("--depth", "8|16", "Bits of a component while rendering [8 for inputs of 8-bit samples, else 16]",
       [&](const std::string& text) { job.depth = ParseWhole("--depth", text); });
   add("--field", "frame|first|second|both", "Whole frames, one field, or both fields of interlaced frames [frame]",

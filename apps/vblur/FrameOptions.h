@@ -11,9 +11,10 @@ namespace vblur::cli {
 // `--frames` of a command that draws a sequence: one range.
 void AddFrameRangeOption(CLI::App& app, std::optional<host::FrameRange>& frames);
 
-// `--frames` and `--renumber` of a command that renders; they also change a job file's.
+// `--frames` and `--renumber` of a command that renders; they also change a job file's. `frame` says in the help which
+// one gets the number.
 void AddFramesOption(CLI::App& app, std::optional<host::FrameChoice>& frames);
-void AddRenumberOption(CLI::App& app, std::optional<std::int32_t>& number);
+void AddRenumberOption(CLI::App& app, const std::string& frame, std::optional<std::int32_t>& number);
 // The chosen frames of a job; looks for its files where the choice depends on them.
 host::FrameList FramesOf(const host::FrameChoice& choice, const host::Job& job);
 

@@ -24,7 +24,7 @@ class JobCommand : public Command {
         ->type_name("");
     AddSetOption(*App(), assignments_);
     AddFramesOption(*App(), frames_);
-    AddRenumberOption(*App(), renumber_);
+    AddRenumberOption(*App(), "the job's start, or its first frame", renumber_);
     AddRunOptions(*App(), run_);
     AddStorageOptions(*App(), storage_);
   }

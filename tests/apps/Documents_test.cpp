@@ -79,6 +79,18 @@ TEST_F(Documents, EveryOptionIsInTheManualPage) {
   }
 }
 
+// A text that several commands share names no option that one of them lacks.
+TEST_F(Documents, HelpNamesOnlyOptionsThatThereAre) {
+  static const std::regex named("--[a-z][a-z0-9-]*");
+  const auto global = OptionsOf("");
+  for (const std::string& command : kCommands) {
+    const std::string help = Run({command, "--help"}).out;
+    const auto own = OptionsOf(command);
+    for (std::sregex_iterator at(help.begin(), help.end(), named), end; at != end; ++at)
+      EXPECT_TRUE(own.contains(at->str()) || global.contains(at->str())) << command << ' ' << at->str();
+  }
+}
+
 TEST_F(Documents, TheManualPageIsWellFormed) {
   folder_.Write("vblur.1", Document("man"));
   if (Shell("/bin/sh", "command -v groff").exit != 0) GTEST_SKIP() << "there is no groff here";
