@@ -3,6 +3,7 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
+#include "apps/vblur/PercentSize.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/files/OutputFile.h"
 #include "host/properties/PropertyText.h"
@@ -21,7 +22,10 @@ class KernelCommand : public Command {
     App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
     AddTextOption(*App(), "--blur", "NUMBER",
                   "Size: " + host::FormatRange(kBlur) + " [" + host::FormatNumber(kBlur.defaultValue) + "]",
-                  [this](const std::string& text) { blur_ = ParseNumber("--blur", text); });
+                  [this](const std::string& text) {
+                    RefusePercent("--blur", text);
+                    blur_ = ParseNumber("--blur", text);
+                  });
     AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [16]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
     App()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");

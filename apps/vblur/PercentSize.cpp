@@ -16,7 +16,7 @@ namespace vblur::cli {
 
 namespace {
 
-[[noreturn]] void RefusePercent(const Property& property, std::string_view text) {
+[[noreturn]] void RefuseForm(const Property& property, std::string_view text) {
   host::Refuse(property.name, "expected a percentage of 0 or more such as 10%, found " + host::Quoted(text));
 }
 
@@ -24,7 +24,7 @@ double ReadPercent(const Property& property, std::string_view text, std::string_
   double percent = 0.0;
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), percent);
   const bool isRead = error == std::errc{} && end == number.data() + number.size();
-  if (!isRead || !std::isfinite(percent) || percent < 0.0) RefusePercent(property, text);
+  if (!isRead || !std::isfinite(percent) || percent < 0.0) RefuseForm(property, text);
   return percent;
 }
 
@@ -37,7 +37,7 @@ std::string InPixels(const Property& property, std::string_view text, double wid
     const std::size_t start = separator == std::string_view::npos ? 0 : separator + 1;
     const bool endsValue = text.substr(at + 1).find_first_not_of(' ') == std::string_view::npos ||
                            text[text.find_first_not_of(' ', at + 1)] == ',';
-    if (start < from || !endsValue) RefusePercent(property, text);
+    if (start < from || !endsValue) RefuseForm(property, text);
     const double percent = ReadPercent(property, text, text.substr(start, at - start));
     pixels += text.substr(from, start - from);
     pixels += host::FormatNumber(percent * width / 100.0);
@@ -65,6 +65,11 @@ double FullWidth(const host::Job& job, std::int64_t mostPixels) {
 
 bool IsInPercent(const Property& property, std::string_view text) {
   return property.id == PropertyId::Blur && text.find('%') != std::string_view::npos;
+}
+
+void RefusePercent(std::string_view place, std::string_view text) {
+  if (text.find('%') == std::string_view::npos) return;
+  host::Refuse(place, "render and --set alone take percent, expected pixels, found " + host::Quoted(text));
 }
 
 void CheckPercent(const Property& property, std::string_view text) {

@@ -13,6 +13,8 @@ namespace vblur::cli {
 
 // Whether the text gives values of this property, a size in pixels, in percent; keys may mix both.
 bool IsInPercent(const Property& property, std::string_view text);
+// Refuses such a text where no picture's width is meant. Throws host::Failure (wrong usage) that begins with `place`.
+void RefusePercent(std::string_view place, std::string_view text);
 // Refuses what is wrong in such a text whatever the picture. Throws host::Failure (wrong usage) that begins with the
 // property.
 void CheckPercent(const Property& property, std::string_view text);

@@ -58,6 +58,7 @@ void AddPropertyOptions(CLI::App& app, host::PropertyStore& store, std::string* 
         *percentBlur = text;
         return;
       }
+      if (IsInPercent(property, text)) RefusePercent(property.name, text);
       store.Set(property.guid, host::ParseSettingInRange(property, text));
     };
     AddTextOption(app, "--" + host::OptionName(property), Form(property, takesPercent), Help(property, takesPercent),

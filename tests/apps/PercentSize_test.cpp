@@ -79,8 +79,9 @@ TEST_F(PercentSize, OtherTextsAreRefused) {
                 "Blur: expected 0 to 720, found 1000; 100% are 50 pixels, the picture's width");
   ExpectRefusal({"render", "in.png", "out.png", "--blend", "10%"}, 2,
                 "Blend: expected a finite number or keys such as 0:10,24:50, found \"10%\"");
-  ExpectRefusal({"sheet", "in.png", "out.png", "--of", "edges", "--blur", "10%"}, 2,
-                "Blur: expected a finite number or keys such as 0:10,24:50, found \"10%\"");
+  const std::string why = ": render and --set alone take percent, expected pixels, found \"10%\"";
+  ExpectRefusal({"sheet", "in.png", "out.png", "--of", "edges", "--blur", "10%"}, 2, "Blur" + why);
+  ExpectRefusal({"kernel", "out.png", "--blur", "10%"}, 2, "--blur" + why);
   ExpectRefusal({"render", "none.png", "out.png", "--blur", "10%"}, 3, "none.png: cannot read: no such file");
 }
 
