@@ -136,10 +136,8 @@ void Progress::OnStart(std::int64_t frames, std::int32_t framesInFlight) {
 
 void Progress::OnFrame(const FrameResult& result) {
   ++finished_;
-  if (result.status == FrameStatus::Done) {
-    ++rendered_;
-    lastDone_ = OutputName(result.file);
-  }
+  if (result.status == FrameStatus::Done) ++rendered_;
+  if (result.status != FrameStatus::Failed) lastFile_ = OutputName(result.file);
   if (style_ == ProgressStyle::Json) return PutLine(stream_, ProgressJsonLine(result));
   if (result.status == FrameStatus::Failed || style_ == ProgressStyle::Lines) {
     ClearBar();
@@ -192,7 +190,9 @@ void Progress::Finish(const RenderSummary& summary) {
   } else if (style_ == ProgressStyle::Bar && summary.done == 1) {
     char seconds[40];
     std::snprintf(seconds, sizeof seconds, "%.2f s", summary.wallSeconds);
-    PutLine(stream_, lastDone_ + ": done in " + seconds);
+    PutLine(stream_, lastFile_ + ": done in " + seconds);
+  } else if (style_ == ProgressStyle::Bar && summary.skipped == 1) {
+    PutLine(stream_, lastFile_ + ": exists, skipped");
   }
 }
 

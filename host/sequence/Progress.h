@@ -41,7 +41,7 @@ class Progress : public RenderObserver {
   std::int64_t frames_ = 0;
   std::int64_t finished_ = 0;
   std::int64_t rendered_ = 0;  // neither skipped nor failed
-  std::string lastDone_;
+  std::string lastFile_;       // that did not fail
   std::chrono::steady_clock::time_point start_;
   std::chrono::steady_clock::time_point drawn_;
 };

@@ -89,6 +89,29 @@ TEST_F(ProgressOutput, ABarIsDrawnRarelyAndTakenAway) {
   EXPECT_LT(std::count(text.begin(), text.end(), '['), 2000);
 }
 
+TEST_F(ProgressOutput, OnePictureEndsWithALine) {
+  const auto last = [&](FrameStatus status) {
+    Progress progress(stream_, ProgressStyle::Bar);
+    progress.OnStart(1, 1);
+    FrameResult result;
+    result.file = "a.png";
+    result.status = status;
+    progress.OnFrame(result);
+    RenderSummary summary;
+    summary.done = status == FrameStatus::Done ? 1 : 0;
+    summary.skipped = status == FrameStatus::Skipped ? 1 : 0;
+    summary.failed = status == FrameStatus::Failed ? 1 : 0;
+    summary.wallSeconds = 1.25;
+    progress.Finish(summary);
+    std::fflush(stream_);
+    const std::string text(text_, size_);
+    return text.substr(text.rfind('\r'));
+  };
+  EXPECT_EQ(last(FrameStatus::Done), "\r\033[Ka.png: done in 1.25 s\n");
+  EXPECT_EQ(last(FrameStatus::Skipped), "\r\033[Ka.png: exists, skipped\n");
+  EXPECT_EQ(last(FrameStatus::Failed), "\r\033[K") << "its message has been printed";
+}
+
 TEST(ProgressDuration, CountsUpToWholeSeconds) {
   EXPECT_EQ(FormatDuration(0.0), "0:00");
   EXPECT_EQ(FormatDuration(6.2), "0:07");
