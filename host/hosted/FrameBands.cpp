@@ -16,14 +16,26 @@ bool LieAlike(const HostImage& input, const HostImage& output) {
   return input.Width() == output.Width() && input.Height() == output.Height() && in.x == out.x && in.y == out.y;
 }
 
+namespace {
+
+double ValueOf(const Job& job, PropertyId id) {
+  return job.properties.ValueAt(PropertyOf(id).guid, job.time);
+}
+
+}  // namespace
+
+std::string_view ChannelsOf(const Job& job) {
+  const auto entry = static_cast<std::size_t>(ValueOf(job, PropertyId::Channels));
+  const auto& names = PropertyOf(PropertyId::Channels).entries;
+  return entry < names.size() ? std::string_view(names[entry]) : std::string_view();
+}
+
 bool BandsServe(const Job& job) {
-  const auto value = [&](PropertyId id) { return job.properties.ValueAt(PropertyOf(id).guid, job.time); };
   // The other choices write beyond the region, and a mix of two clips takes whole pictures in any case.
   constexpr std::string_view kServed[] = {"RGBA", "Red", "Green", "Blue", "Alpha"};
-  const auto channels = static_cast<std::size_t>(value(PropertyId::Channels));
-  const auto& names = PropertyOf(PropertyId::Channels).entries;
-  const bool served = channels < names.size() && std::ranges::find(kServed, names[channels]) != std::end(kServed);
-  return served && !job.roi && value(PropertyId::BlankCropped) == 0.0 && ResolveKind(job) != EffectKind::Transition;
+  const bool served = std::ranges::find(kServed, ChannelsOf(job)) != std::end(kServed);
+  return served && !job.roi && ValueOf(job, PropertyId::BlankCropped) == 0.0 &&
+         ResolveKind(job) != EffectKind::Transition;
 }
 
 bool BandsServe(const Job& job, const FramePictures& pictures) {

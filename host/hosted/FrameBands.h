@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string_view>
 
 #include "host/hosted/HostedEffect.h"
 #include "host/jobs/Job.h"
@@ -12,6 +13,9 @@ namespace vblur::host {
 
 // Whether two pictures have the same size and the same pixel origin.
 bool LieAlike(const HostImage& input, const HostImage& output);
+
+// The entry of Channels that the job's effect renders at its time; empty for a number without one.
+std::string_view ChannelsOf(const Job& job);
 
 // Whether bands give the pixels of the whole; without pictures: for an input that lies as the output does.
 bool BandsServe(const Job& job, const FramePictures& pictures);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <string_view>
 
 #include <unistd.h>
 
@@ -21,6 +23,12 @@ std::int64_t OwnRows(const Job& job, std::int64_t pictureBytes, std::int64_t hei
   return rows >= height ? height : std::min(rows + kReachRows, height);
 }
 
+// Whether the effect keeps the colours beside the brightness or the tones that it blurs.
+bool KeepsColours(const Job& job) {
+  constexpr std::string_view kKept[] = {"Luminance", "Chroma", "U", "V"};
+  return std::ranges::find(kKept, ChannelsOf(job)) != std::end(kKept);
+}
+
 }  // namespace
 
 FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, std::int32_t depth) {
@@ -38,7 +46,8 @@ FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std
   memory.isWhole = ownRows == memory.height;
   memory.pictures = pictures.BytesRead(frame, depth) + output;
   // The filter's own picture between its passes; a transition mixes or blurs its clips in another one.
-  memory.own = rowBytes * ownRows * (job.input2 ? 2 : 1);
+  const std::int64_t own = 1 + (job.input2 ? 1 : 0) + (KeepsColours(job) ? 1 : 0);
+  memory.own = rowBytes * ownRows * own;
   return memory;
 }
 

@@ -13,8 +13,10 @@ struct FrameMemory {
   std::int64_t width = 0;  // of the output
   std::int64_t height = 0;
   std::int64_t pictures = 0;  // in bytes: what is read, with the channels that pass, and the output
-  std::int64_t own = 0;       // what the effect takes beside them
-  bool isWhole = true;        // rendered at once, not in bands
+  // What the effect takes beside them, without the lines and tables of each thread: some hundred bytes for each pixel
+  // of the longer side and of the blur, and some 60 KiB.
+  std::int64_t own = 0;
+  bool isWhole = true;  // rendered at once, not in bands
 
   std::int64_t Total() const { return pictures + own; }
 };
