@@ -294,7 +294,15 @@ class Plan {
     // Without this the writer multiplies by alpha or divides by it.
     const bool saysAssociated = metadata_ != nullptr && metadata_->associatedAlpha && format_.name == "tiff";
     if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
+    LeaveTimeOut();
     SetCompression();
+  }
+
+  // These writers put in the present time where the source has none, and write no time for one that is not a text.
+  void LeaveTimeOut() {
+    OIIO::ImageSpec& spec = layout_.spec;
+    const bool addsTime = format_.name == "tiff" || format_.name == "openexr";
+    if (addsTime && spec.find_attribute("DateTime") == nullptr) spec.attribute("DateTime", 0);
   }
 
   // Lossless where possible. Higher compression levels hardly make files smaller.

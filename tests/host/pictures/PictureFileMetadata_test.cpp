@@ -46,6 +46,19 @@ TEST_F(PictureFileMetadata, IsPassedOn) {
   EXPECT_EQ(tiff.get_string_attribute("ResolutionUnit"), "in");
 }
 
+// Nor made up: outputs are the same from run to run.
+TEST_F(PictureFileMetadata, ATimeIsPassedOnAndNotMadeUp) {
+  OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);
+  WriteRaw(folder_.path() / "without.png", "png", spec, std::vector<std::uint8_t>(6, 50));
+  spec.attribute("DateTime", "2019:01:02 03:04:05");
+  WriteRaw(folder_.path() / "with.png", "png", spec, std::vector<std::uint8_t>(6, 50));
+  for (const char* name : {"out.tif", "out.exr", "out.jpg", "out.png", "out.dpx"}) {
+    EXPECT_EQ(PassOn("without.png", name).find_attribute("DateTime"), nullptr) << name;
+    EXPECT_EQ(Bytes(folder_.path() / name).find("capDate"), std::string::npos) << name;
+    EXPECT_EQ(PassOn("with.png", name).get_string_attribute("DateTime"), "2019:01:02 03:04:05") << name;
+  }
+}
+
 TEST_F(PictureFileMetadata, EveryCompressionOfAFormatIsPassedOnWithinIt) {
   OIIO::ImageSpec spec(2, 1, 4, OIIO::TypeDesc::HALF);
   for (const char* compression : {"none", "rle", "zip", "zips", "piz", "pxr24", "b44", "b44a", "dwaa", "dwab"}) {
