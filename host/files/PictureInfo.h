@@ -85,6 +85,8 @@ struct PictureInfo {
   std::int32_t tileHeight = 0;
   // Its colours are stored as cyan, magenta, yellow and black, and read as red, green and blue.
   bool hasInks = false;
+  // Kinds of metadata that the file has and its reader does not give, as in "Exif data".
+  std::vector<std::string> unread;
   // By what the file declares; else floats are linear and whole numbers sRGB.
   Transfer transfer = Transfer::Srgb;
 

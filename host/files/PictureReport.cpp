@@ -80,6 +80,8 @@ void AddBeside(const PictureInfo& info, std::vector<Loss>& losses) {
   add(LossKind::Pictures, info.pictures - 1, " further picture", " further pictures");
   add(LossKind::Levels, info.levels - 1, " smaller copy (mip level)", " smaller copies (mip levels)");
   if (info.tileWidth > 0) losses.push_back({LossKind::Tiles, "tiles of " + TilesOf(info)});
+  for (const std::string& kind : info.unread)
+    losses.push_back({LossKind::Metadata, kind});
   if (info.hasInks) losses.push_back({LossKind::Colours, "four inks (red, green and blue are written)"});
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/pictures/FileBytes.h"
 
@@ -44,16 +45,25 @@ constexpr std::string_view kPngSignature("\x89PNG\r\n\x1a\n", 8);
 constexpr std::int32_t kMostFrames = 1000;
 
 // From behind the file's head.
-std::int32_t CountWebpFrames(std::ifstream& file) {
+ChunkFacts WebpChunks(std::ifstream& file) {
+  constexpr std::pair<std::string_view, std::string_view> kMetadata[] = {
+      {"ICCP", "colour profile"}, {"EXIF", "Exif data"}, {"XMP ", "XMP data"}};
+  ChunkFacts facts;
   std::int32_t frames = 0;
   std::string chunk(8, '\0');
   while (frames < kMostFrames && file.read(chunk.data(), 8)) {
-    if (chunk.substr(0, 4) == "ANMF") ++frames;
+    const std::string_view name = std::string_view(chunk).substr(0, 4);
+    if (name == "ANMF") ++frames;
+    for (const auto& [id, kind] : kMetadata) {
+      const bool isNew = std::ranges::find(facts.unread, kind) == facts.unread.end();
+      if (name == id && isNew) facts.unread.emplace_back(kind);
+    }
     // Chunks are padded to an even length.
     const std::int64_t bytes = Little32(chunk, 4);
     file.seekg(bytes + bytes % 2, std::ios::cur);
   }
-  return std::max(1, frames);
+  facts.frames = std::max(1, frames);
+  return facts;
 }
 
 // The number that is declared before the pixels, and one more where the picture of the pixels is no frame itself.
@@ -87,12 +97,14 @@ std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path) {
   return std::nullopt;
 }
 
-std::int32_t CountFrames(const std::filesystem::path& path) {
+ChunkFacts FactsOfChunks(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   std::string head(12, '\0');
-  if (!file.read(head.data(), 12)) return 1;
-  if (head.substr(0, 4) == "RIFF" && head.substr(8) == "WEBP") return CountWebpFrames(file);
-  return head.substr(0, 8) == kPngSignature ? CountPngFrames(file) : 1;
+  if (!file.read(head.data(), 12)) return {};
+  if (head.substr(0, 4) == "RIFF" && head.substr(8) == "WEBP") return WebpChunks(file);
+  ChunkFacts facts;
+  if (head.substr(0, 8) == kPngSignature) facts.frames = CountPngFrames(file);
+  return facts;
 }
 
 }  // namespace vblur::host

@@ -6,6 +6,7 @@
 #include <exception>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
@@ -226,7 +227,9 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     auto file = OpenAnyFormat(path);
     RequireSize(path, file->spec(), choice.mostPixels);
     PictureInfo info = Describe(path, file->format_name(), WithAllNames(file->spec()), choice);
-    info.pictures = std::max(CountPictures(*file), CountFrames(FileToOpen(path)));
+    ChunkFacts chunks = FactsOfChunks(FileToOpen(path));
+    info.pictures = std::max(CountPictures(*file), chunks.frames);
+    info.unread = std::move(chunks.unread);
     info.levels = CountLevels(*file);
     if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
     return {std::move(file), std::move(info)};

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/files/PictureInfo.h"
+#include "host/files/OutputFile.h"
+#include "host/files/PictureFile.h"
+#include "host/files/PictureReport.h"
 #include "tests/support/host/FailureOf.h"
+#include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::host {
@@ -38,15 +41,52 @@ TEST_F(PictureFileHeader, BombsAreMetByTheirHeaders) {
 TEST_F(PictureFileHeader, FramesOfAnAnimatedWebpAreCounted) {
   using namespace std::string_literals;
   const std::string frame = "ANMF\x03\0\0\0abc\0"s;
-  EXPECT_EQ(CountFrames(folder_.Write("a.webp", "RIFF\0\0\0\0WEBPVP8X\x02\0\0\0ab"s + frame + frame)), 2);
-  EXPECT_EQ(CountFrames(folder_.Write("b.webp", "RIFF\0\0\0\0WEBPVP8L\x02\0\0\0ab"s)), 1);
+  EXPECT_EQ(FactsOfChunks(folder_.Write("a.webp", "RIFF\0\0\0\0WEBPVP8X\x02\0\0\0ab"s + frame + frame)).frames, 2);
+  EXPECT_EQ(FactsOfChunks(folder_.Write("b.webp", "RIFF\0\0\0\0WEBPVP8L\x02\0\0\0ab"s)).frames, 1);
+}
+
+// Its reader gives none of it: no output keeps it.
+TEST_F(PictureFileHeader, MetadataOfAWebpIsReportedAsLost) {
+  HostImage image;
+  image.Reset(8, 4, 16, 8);
+  FillRandom(image, 0, 255, 1);
+  const auto path = folder_.path() / "plain.webp";
+  PictureWriter().Write(path, image, nullptr, true);
+  const auto lossesTo = [](const std::filesystem::path& file, const char* name) {
+    return ListOf(LossesOf(ReportPicture(file), OutputFormatOf(name), {}, 8));
+  };
+  EXPECT_EQ(lossesTo(path, "a.webp"), "");
+
+  const auto little = [](std::size_t value, int bytes) {
+    std::string text;
+    for (; bytes > 0; --bytes, value >>= 8)
+      text.push_back(static_cast<char>(value & 0xff));
+    return text;
+  };
+  const auto chunk = [&](const std::string& name, const std::string& bytes) {
+    return name + little(bytes.size(), 4) + bytes + std::string(bytes.size() % 2, '\0');
+  };
+  constexpr std::size_t kProfileExifXmp = 0x20 | 0x08 | 0x04;
+  const std::string described = "WEBP" +
+                                chunk("VP8X", little(kProfileExifXmp, 4) + little(16 - 1, 3) + little(8 - 1, 3)) +
+                                chunk("ICCP", "profile") + Bytes(path).substr(12) + chunk("EXIF", "data") +
+                                chunk("EXIF", "more") + chunk("XMP ", "<x/>");
+  const auto rich = folder_.Write("rich.webp", "RIFF" + little(described.size(), 4) + described);
+  EXPECT_EQ(lossesTo(rich, "a.webp"), "colour profile, Exif data, XMP data");
+  EXPECT_EQ(lossesTo(rich, "a.png"), "colour profile, Exif data, XMP data");
+  HostImage read;
+  const auto metadata = PictureReader().ReadColour(rich, 8, read).metadata;
+  EXPECT_EQ(Components(read).size(), Components(image).size());
+  PictureWriter writer;
+  const auto written = writer.WriteBeside(folder_.path() / "out.webp", read, metadata.get(), {});
+  EXPECT_EQ(written.Notes(), std::vector<std::string>{"output: lost: colour profile, Exif data, XMP data"});
 }
 
 // The picture that readers without animation show is a frame, or one more.
 TEST_F(PictureFileHeader, FramesOfAnAnimatedPngAreCounted) {
   using namespace std::string_literals;
   const auto count = [&](const std::string& chunks) {
-    return CountFrames(folder_.Write("a.png", "\x89PNG\r\n\x1a\n"s + chunks + "\0\0\0\x01IDATx"s + "crc!"));
+    return FactsOfChunks(folder_.Write("a.png", "\x89PNG\r\n\x1a\n"s + chunks + "\0\0\0\x01IDATx"s + "crc!")).frames;
   };
   const std::string header = "\0\0\0\x02IHDRabcrc!"s;
   const std::string animation =
