@@ -56,6 +56,8 @@ std::unique_ptr<OIIO::ImageInput> OpenAnyFormat(const std::filesystem::path& pat
   for (const char* format : kKnownByContent) {
     if (auto file = TryOpen(format, toOpen, other)) return file;
   }
+  // The system's own error, such as too many open files, which readers do not tell from damage.
+  RequirePictureFile(path);
   RefuseToRead(path, "not a picture, or a damaged one (" + LibraryMessage(message, "unknown format") + ")");
 }
 

@@ -251,6 +251,7 @@ SequenceLanes SequenceRun::SettleLanes() {
   load.frames = frames_.Count();
   load.memory = AllowedMemory();
   load.asked = options_.framesInFlight;
+  load.files = FreeFiles();
   load.processors = options_.threads > 0 ? options_.threads
                                          : static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
   try {

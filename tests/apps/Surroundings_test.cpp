@@ -128,15 +128,28 @@ TEST_F(Surroundings, NeedsNoFolderForTemporaryFiles) {
   ExpectWholeOutput();
 }
 
+// As many frames are in flight as the open files allow.
 TEST_F(Surroundings, EightOpenFilesSuffice) {
+  constexpr int kFrames = 12;
+  const auto numbered = [](const std::string& name, int frame) { return name + std::to_string(frame) + ".exr"; };
+  for (int frame = 1; frame <= kFrames; ++frame)
+    MakePicture(numbered("in.", frame), 64, 48, 16);
   // Those that this process has inherited are no business of the program.
-  const auto result = Run(Copy(), [limit = Limited(RLIMIT_NOFILE, 8)] {
+  const auto few = [limit = Limited(RLIMIT_NOFILE, 8)] {
     for (int file = 3; file < 256; ++file)
       ::close(file);
     limit();
-  });
-  EXPECT_EQ(result.exit, 0) << result.err;
-  ExpectWholeOutput();
+  };
+  for (const char* asked : {"auto", "1", "12"}) {
+    std::vector<std::string> arguments = {"render", "in.%d.exr", "out.%d.exr", "--blur", "0", "--frames", "1-12"};
+    if (std::string(asked) != "auto") arguments.insert(arguments.end(), {"--frames-in-flight", asked});
+    const auto result = Run(arguments, few);
+    EXPECT_EQ(result.exit, 0) << asked << ": " << result.err;
+    for (int frame = 1; frame <= kFrames && result.exit == 0; ++frame) {
+      EXPECT_EQ(Pixels(numbered("out.", frame), 16), Pixels(numbered("in.", frame), 16)) << frame;
+      std::filesystem::remove(Path(numbered("out.", frame)));
+    }
+  }
 }
 
 TEST_F(Surroundings, LittleMemoryEndsInOneLine) {

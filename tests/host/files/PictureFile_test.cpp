@@ -2,7 +2,10 @@
 
 #include <array>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include "host/files/OutputFile.h"
 #include "tests/support/host/FailureOf.h"
@@ -204,6 +207,26 @@ TEST_F(PictureFile, OtherThingsThanPicturesAreNamed) {
             folder_.path().string() + ": cannot read: it is a folder, a picture file was expected");
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo("/dev/null"); })->what(),
             std::string("/dev/null: cannot read: not a regular file"));
+}
+
+// The library's readers would take it for a damaged file.
+TEST_F(PictureFile, TooManyOpenFilesAreNamed) {
+  image_.Reset(8, 4, 5, 4);
+  image_.Clear();
+  const auto path = folder_.path() / "whole.png";
+  PictureWriter().Write(path, image_, nullptr, false);
+  const int free = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ::close(free);
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  // None, and one, which the error stream takes while the library is silenced.
+  for (const int left : {0, 1}) {
+    const rlimit few{static_cast<rlim_t>(free + left), before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    const auto failure = CaughtFailure([&] { PictureReader().ReadColour(path, 8, image_); });
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(failure->what(), path.string() + ": cannot read: Too many open files") << left;
+  }
 }
 
 // Headers of sizes out of range, without the pixels.

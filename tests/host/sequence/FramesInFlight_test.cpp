@@ -1,6 +1,9 @@
 #include "host/sequence/FramesInFlight.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace vblur::host {
 namespace {
@@ -49,6 +52,39 @@ TEST(FramesInFlight, WhatIsAskedForIsDoneAsFarAsItFits) {
   ExpectLanes(Load(100, 10, 2, 16), 16, 1, 18);
   ExpectLanes(Load(3, 10, 2, 16), 3, 1, 3);
   ExpectLanes(Load(100, 10, 8, 1), 1, 8, 3);
+}
+
+TEST(FramesInFlight, KeepsToTheFilesThatMayBeOpen) {
+  SequenceLoad load = Load(100, 10, 8);
+  const auto expect = [&](std::int64_t files, std::int32_t frames, std::int32_t threads, std::int32_t slots) {
+    load.files = files;
+    SCOPED_TRACE(files);
+    ExpectLanes(load, frames, threads, slots);
+  };
+  expect(1000, 8, 1, 10);
+  expect(22, 8, 1, 10);
+  expect(20, 7, 1, 9);
+  expect(8, 1, 8, 3);
+  expect(5, 1, 8, 1);
+  expect(0, 1, 8, 1);
+  load.asked = 8;
+  expect(22, 8, 1, 10);
+  expect(8, 3, 8, 3);
+  expect(0, 1, 8, 1);
+}
+
+TEST(FramesInFlight, CountsTheFilesThatAreOpen) {
+  const std::int64_t before = FreeFiles();
+  const int opened = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  EXPECT_EQ(FreeFiles(), before - 1);
+  rlimit limit{};
+  ::getrlimit(RLIMIT_NOFILE, &limit);
+  const rlimit fewer{limit.rlim_cur - 7, limit.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &fewer);
+  EXPECT_EQ(FreeFiles(), before - 8);
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+  ::close(opened);
+  EXPECT_EQ(FreeFiles(), before);
 }
 
 }  // namespace
