@@ -122,6 +122,25 @@ TEST_F(Surroundings, AFolderThatTakesNoFilesIsTold) {
   EXPECT_EQ(result.err.find('\n'), result.err.size() - 1);
 }
 
+// Where the tests run as root, who may write everywhere, the program runs as nobody.
+TEST_F(Surroundings, AFolderThatMayNotBeWrittenIsTold) {
+  using std::filesystem::perms;
+  const auto all = perms::owner_read | perms::owner_exec | perms::group_read | perms::group_exec | perms::others_read |
+                   perms::others_exec;
+  std::filesystem::create_directory(Path("closed"));
+  for (const char* folder : {".", "closed"})
+    std::filesystem::permissions(Path(folder), all);
+  const auto result = Run({"render", "in.png", "closed/out.png"}, [] {
+    constexpr uid_t kNobody = 65534;
+    if (::getuid() == 0 && ::setuid(kNobody) != 0) ::_exit(126);
+  });
+  std::filesystem::permissions(Path("."), perms::owner_all);
+  if (result.exit == 126 || result.exit == 127) GTEST_SKIP() << "nobody may run the program here";
+  EXPECT_EQ(result.exit, 4);
+  EXPECT_EQ(result.err, "vblur: closed/out.png: cannot write: Permission denied\n");
+  EXPECT_TRUE(host::NamesIn(Path("closed")).empty());
+}
+
 TEST_F(Surroundings, NeedsNoFolderForTemporaryFiles) {
   const auto result = Run(Copy(), [] { ::setenv("TMPDIR", "/nowhere/at/all", 1); });
   EXPECT_EQ(result.exit, 0) << result.err;
