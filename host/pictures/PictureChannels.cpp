@@ -61,7 +61,8 @@ class Layer {
     const ChannelChoice choice{Find(kRed), Find(kGreen), Find(kBlue), FindAlpha()};
     const int named = (choice.red >= 0) + (choice.green >= 0) + (choice.blue >= 0);
     if (named == 3) return choice;
-    if (const int grey = Find(kLuminance); grey >= 0 && Find(kFirstCoordinate) < 0) return {grey, grey, grey, choice.alpha};
+    if (const int grey = Find(kLuminance); grey >= 0 && Find(kFirstCoordinate) < 0)
+      return {grey, grey, grey, choice.alpha};
     if (named == 2) return choice;
     if (named == 1) {
       const int grey = std::max({choice.red, choice.green, choice.blue});
