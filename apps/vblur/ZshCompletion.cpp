@@ -8,7 +8,7 @@ std::string ZshQuoted(const std::string& text) {
   return "'" + Replaced(text, "'", "'\\''") + "'";
 }
 
-// Within the brackets of a specification.
+// The description of an option, within its brackets.
 std::string ZshDescription(const std::string& help) {
   std::string text = Replaced(help, "\\", "\\\\");
   for (const char* special : {"[", "]", ":"})
@@ -26,7 +26,7 @@ std::string ZshAction(const OptionEntry& entry) {
 }
 
 // One for each name.
-std::string ZshSpecifications(const std::vector<OptionEntry>& options) {
+std::string ZshOptions(const std::vector<OptionEntry>& options) {
   std::string lines;
   for (const OptionEntry& option : options) {
     const std::string others = option.names.size() > 1 ? "(" + JoinedWords(option.names, " ") + ")" : "";
@@ -60,12 +60,12 @@ std::string ZshCompletion(const std::vector<CommandEntry>& commands) {
   script +=
       "  )\n  if (( CURRENT == 2 )) && [[ $command != -* ]]; then\n    _describe command commands\n    _files\n"
       "    return\n  fi\n  options=(\n" +
-      ZshSpecifications(commands.front().options) + "  )\n  case $command in\n";
+      ZshOptions(commands.front().options) + "  )\n  case $command in\n";
   for (std::size_t i = 1; i < commands.size(); ++i) {
     // Two files without a command are render.
     const std::string pattern = commands[i].name == "render" ? "render|*.*|-" : commands[i].name;
     script += "  " + pattern + ")\n    argument=" + ZshQuoted(ZshArgument(commands[i])) + "\n    options+=(\n" +
-              ZshSpecifications(commands[i].options) + "    )\n    ;;\n";
+              ZshOptions(commands[i].options) + "    )\n    ;;\n";
   }
   return script + "  esac\n  (( CURRENT-- ))\n  shift words\n  _arguments $options $argument\n}\n_vblur \"$@\"\n";
 }
