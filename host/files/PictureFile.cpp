@@ -35,12 +35,13 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
   const PictureInfo& info = source->Info();
   std::unique_ptr<FileRows> rows;
   std::vector<std::byte> kept;
+  const bool keepsSamples = choice.KeepsSamplesOf(info, depth);
   const std::int32_t height = info.data.height;
   const std::int32_t atOnce = std::min(source->RowsAtOnce(), height);
   try {
     rows = MakeFileRows(info, choice.use, depth, into);
     samples_.resize(rows->RowBytes() * static_cast<std::size_t>(atOnce));
-    if (choice.keepsSamples) kept.reserve(rows->RowBytes() * static_cast<std::size_t>(height));
+    if (keepsSamples) kept.reserve(rows->RowBytes() * static_cast<std::size_t>(height));
   } catch (const std::bad_alloc&) {
     RefuseToRead(
         path, "not enough memory for " + std::to_string(info.width) + " x " + std::to_string(info.height) + " pixels");
@@ -51,13 +52,13 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
     source->ReadRows(first, count, samples_.data());
     for (std::int32_t row = 0; row < count; ++row)
       rows->Put(samples_.data() + rows->RowBytes() * static_cast<std::size_t>(row));
-    if (!choice.keepsSamples) continue;
+    if (!keepsSamples) continue;
     const auto bytes = static_cast<std::ptrdiff_t>(rows->RowBytes()) * count;
     kept.insert(kept.end(), samples_.begin(), samples_.begin() + bytes);
   }
   rows->Finish();
   ReadPicture read = source->Facts();
-  if (choice.keepsSamples) read.samples = std::make_shared<const std::vector<std::byte>>(std::move(kept));
+  if (keepsSamples) read.samples = std::make_shared<const std::vector<std::byte>>(std::move(kept));
   read.losses = Losses(path, info.pictures, rows->Lost(), depth);
   return read;
 }

@@ -119,9 +119,16 @@ struct ReadChoice {
   std::string channel;
   // Whether the channels that the effect does not take are read too.
   bool keepsPassing = false;
-  // Whether the samples of the channels that it takes are kept beside the picture that is made of them.
+  // Whether the samples of the channels that it takes are kept beside the picture that is made of them, where that
+  // does not give them back.
   bool keepsSamples = false;
+  // Whether the picture's pixels become others after the reading.
+  bool changesPixels = false;
   std::int64_t mostPixels = kMostPixels;
+
+  bool KeepsSamplesOf(const PictureInfo& info, std::int32_t depth) const {
+    return keepsSamples && (changesPixels || depth != 8 || info.samples != SampleKind::Unsigned8);
+  }
 };
 
 // Throws Failure (cannot read): no such file, not a file, or empty. "-" is the standard input, here and wherever a

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 #include "host/jobs/JobCheck.h"
@@ -22,35 +24,49 @@ double ValueOf(const Job& job, PropertyId id) {
   return job.properties.ValueAt(PropertyOf(id).guid, job.time);
 }
 
-}  // namespace
-
-std::string_view ChannelsOf(const Job& job) {
-  const auto entry = static_cast<std::size_t>(ValueOf(job, PropertyId::Channels));
-  const auto& names = PropertyOf(PropertyId::Channels).entries;
+std::string_view EntryOf(const Job& job, PropertyId id) {
+  const auto entry = static_cast<std::size_t>(ValueOf(job, id));
+  const auto& names = PropertyOf(id).entries;
   return entry < names.size() ? std::string_view(names[entry]) : std::string_view();
 }
 
+}  // namespace
+
+std::string_view ChannelsOf(const Job& job) {
+  return EntryOf(job, PropertyId::Channels);
+}
+
+namespace {
+
+// The other choices copy or convert the whole output, whatever the region.
+bool StaysInRegion(const Job& job) {
+  constexpr std::string_view kStaying[] = {"RGBA", "Red", "Green", "Blue", "Alpha"};
+  return std::ranges::find(kStaying, ChannelsOf(job)) != std::end(kStaying);
+}
+
+// Brightness and tones are filtered in a picture of the output's size, where what lies below its first row is its last.
+bool WrapsOutput(const Job& job) {
+  return !StaysInRegion(job) && ChannelsOf(job) != "RGB" && EntryOf(job, PropertyId::YEdgeMethod) == "Wrap";
+}
+
+}  // namespace
+
 bool BandsServe(const Job& job) {
-  // The other choices write beyond the region, and a mix of two clips takes whole pictures in any case.
-  constexpr std::string_view kServed[] = {"RGBA", "Red", "Green", "Blue", "Alpha"};
-  const bool served = std::ranges::find(kServed, ChannelsOf(job)) != std::end(kServed);
-  return served && !job.roi && ValueOf(job, PropertyId::BlankCropped) == 0.0 &&
-         ResolveKind(job) != EffectKind::Transition;
+  // A mix of two clips takes whole pictures in any case.
+  if (ResolveKind(job) == EffectKind::Transition || WrapsOutput(job)) return false;
+  if (!job.roi || StaysInRegion(job)) return true;
+  // What is written around the region is replaced by the input.
+  return job.input && !job.output.initial && job.outside != OutsideChoice::Clear;
 }
 
 bool BandsServe(const Job& job, const FramePictures& pictures) {
   return BandsServe(job) && (pictures.input == nullptr || LieAlike(*pictures.input, *pictures.output));
 }
 
-namespace {
-
-// Bands overlap by what the filter reads beyond them: kept below half of its work.
-std::int32_t RowsForReach(const InputOverscan& overscan, std::int32_t height) {
-  const double reach = std::ceil(std::max({overscan.bottom, overscan.top, 0.0}));
-  return static_cast<std::int32_t>(std::min(2.0 * reach, static_cast<double>(height))) / 2 * 2;
+bool BandsAreApart(const Job& job) {
+  // Blanking clears the first and the last row of a region.
+  return !StaysInRegion(job) || ValueOf(job, PropertyId::BlankCropped) != 0.0;
 }
-
-}  // namespace
 
 std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height) {
   // Smaller pictures render faster whole.
@@ -61,25 +77,160 @@ std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height) {
   return std::max(height / kBands / 2 * 2, 2) + 2;
 }
 
-HRESULT RenderInBands(HostedEffect& effect, const FramePictures& pictures, IDSEffectHost& host, double time,
-                      std::int32_t field, std::int32_t rows, const std::function<bool()>& afterBand) {
+namespace {
+
+// Rows of a picture, `end` excluded.
+struct Rows {
+  std::int32_t begin = 0;
+  std::int32_t end = 0;
+
+  std::int32_t Count() const { return end - begin; }
+};
+
+// The rows of the output in its region; none for a region beside it.
+Rows RowsIn(const HostImage& output, const std::optional<Region>& region) {
+  if (!region) return {0, output.Height()};
+  if (region->x >= output.Width() || std::int64_t{region->x} + region->width <= 0) return {};
+  const auto row = [&](std::int64_t y) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(y, 0, output.Height()));
+  };
+  return {row(region->y), row(std::int64_t{region->y} + region->height)};
+}
+
+// The part of a region in these of its rows. Its first and last rows have what lies below and above the picture.
+Region RegionOfRows(const Region& whole, Rows all, Rows rows) {
+  const std::int64_t bottom = rows.begin == all.begin ? whole.y : rows.begin;
+  const std::int64_t top = rows.end == all.end ? std::int64_t{whole.y} + whole.height : rows.end;
+  return {whole.x, static_cast<std::int32_t>(bottom), whole.width, static_cast<std::int32_t>(top - bottom)};
+}
+
+// Copies rows, counted in `tall`, to and from a picture that holds its rows from `from` on.
+void CopyRows(const HostImage& tall, HostImage& part, Rows rows, std::int32_t from) {
+  std::memcpy(part.Row(rows.begin - from), tall.Row(rows.begin),
+              tall.RowBytes() * static_cast<std::size_t>(rows.Count()));
+}
+void CopyRowsBack(const HostImage& part, HostImage& tall, Rows rows, std::int32_t from) {
+  std::memcpy(tall.Row(rows.begin), part.Row(rows.begin - from),
+              tall.RowBytes() * static_cast<std::size_t>(rows.Count()));
+}
+
+// Renders bands of one frame.
+class BandRenderer {
+ public:
+  BandRenderer(HostedEffect& effect, const FramePictures& pictures, IDSEffectHost& host, double time,
+               std::int32_t field)
+      : effect_(effect), pictures_(pictures), host_(host), time_(time), field_(field) {}
+
+  HRESULT Render(const std::optional<Region>& region) {
+    effect_.PutRegion(region);
+    return effect_.RenderFrame(pictures_, host_, time_, field_);
+  }
+
+  // Into a picture of its own, with the rows that the filter reads around it and those that blanking clears.
+  HRESULT RenderApart(const Region& region, Rows all, Rows rows) {
+    // Even: a picture begins with the same field as the output.
+    constexpr std::int32_t kBlanked = 2;
+    constexpr std::int32_t kBeyondReach = 16;
+    HostImage& output = *pictures_.output;
+    const auto widened = [](Rows within, Rows to, std::int32_t by) {
+      return Rows{std::max(to.begin, within.begin - by), std::min(to.end, within.end + by)};
+    };
+    const std::int32_t reach = Reach();
+    const Rows blanked = widened(rows, all, kBlanked);
+    Rows held = widened(blanked, {0, output.Height()}, reach + kBeyondReach);
+    held.begin = held.begin / 2 * 2;
+    own_.Reset(output.Depth(), output.Components(), output.Width(), held.Count());
+    ImageRecord record;
+    record.origin = {output.HostOrigin().x, output.HostOrigin().y + held.begin};
+    own_.Place(record);
+    CopyRows(output, own_, held, held.begin);
+    FramePictures pictures = pictures_;
+    pictures.output = &own_;
+    Region band = RegionOfRows(region, all, blanked);
+    // Without an input, regions count from the corner of the picture that is rendered into.
+    if (pictures_.input == nullptr) band.y -= held.begin;
+    effect_.PutRegion(band);
+    const HRESULT result = effect_.RenderFrame(pictures, host_, time_, field_);
+    if (!reachIsSettled_) {
+      // Until an effect has rendered, it answers for the field of the frame before.
+      reachIsSettled_ = true;
+      overscan_.reset();
+      reach_.reset();
+      if (Reach() > reach) return RenderApart(region, all, rows);
+    }
+    // The ends of a field's region are rounded, so that rows beyond them are rendered too.
+    constexpr std::int32_t kRounded = 2;
+    if (field_ != 0 && rows.begin == all.begin) rows.begin = std::max(0, rows.begin - kRounded);
+    if (field_ != 0 && rows.end == all.end) rows.end = std::min(output.Height(), rows.end + kRounded);
+    CopyRowsBack(own_, output, rows, held.begin);
+    return result;
+  }
+
+  bool CanBeApart() {
+    const HostImage& output = *pictures_.output;
+    // The filter limits its boxes by the longer side of the picture that it writes: by the width here.
+    const double reach = std::max({std::abs(Overscan().left), std::abs(Overscan().right), 1.0 * Reach()});
+    // Rows of a field are halved toward 0.
+    return reach <= output.Width() && (field_ == 0 || output.HostOrigin().y >= 0);
+  }
+
+  // Bands overlap by what the filter reads beyond them: kept below half of its work.
+  std::int32_t LeastRows() { return 2 * Reach(); }
+
+ private:
+  const InputOverscan& Overscan() {
+    if (!overscan_) overscan_ = effect_.MeasureOverscan(pictures_, host_, time_, field_);
+    return *overscan_;
+  }
+
+  // The farthest that the filter reads above and below a pixel, in rows of the picture; even.
+  std::int32_t Reach() {
+    if (reach_) return *reach_;
+    const InputOverscan& overscan = Overscan();
+    // Sizes below zero reach as far.
+    const double rows = std::ceil(std::max(std::abs(overscan.bottom), std::abs(overscan.top)));
+    // The effect counts rows of a field.
+    const std::int32_t step = field_ == 0 ? 1 : 2;
+    const auto reach = static_cast<std::int32_t>(std::min(rows, static_cast<double>(pictures_.output->Height())));
+    reach_ = (reach * step + 1) / 2 * 2;
+    return *reach_;
+  }
+
+  HostedEffect& effect_;
+  const FramePictures& pictures_;
+  IDSEffectHost& host_;
+  double time_;
+  std::int32_t field_;
+  std::optional<InputOverscan> overscan_;
+  std::optional<std::int32_t> reach_;
+  bool reachIsSettled_ = false;
+  HostImage own_;
+};
+
+}  // namespace
+
+HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures& pictures, IDSEffectHost& host,
+                      double time, std::int32_t field, const std::optional<Region>& region, std::int32_t rows,
+                      const std::function<bool()>& afterBand) {
   const HostImage& output = *pictures.output;
-  if (rows >= output.Height()) {
-    const HRESULT result = effect.RenderFrame(pictures, host, time, field);
+  BandRenderer renderer(effect, pictures, host, time, field);
+  const Rows all = RowsIn(output, region);
+  const bool apart = BandsAreApart(job);
+  if (rows >= all.Count() || !BandsServe(job, pictures) || (apart && !renderer.CanBeApart())) {
+    const HRESULT result = renderer.Render(region);
     afterBand();
     return result;
   }
-  // Regions count from the input's lower left corner where there is one.
-  const DSPixelPair from = pictures.input != nullptr ? pictures.input->HostOrigin() : output.HostOrigin();
-  const DSPixelPair to = output.HostOrigin();
+  const Region whole = region.value_or(Region{0, 0, output.Width(), output.Height()});
+  // A picture of their own makes up for half of them.
+  if (apart) rows = std::max(rows / 4 * 2, 2);
+  rows = std::max(rows, renderer.LeastRows());
   HRESULT result = kOk;
-  for (std::int32_t y = 0; y < output.Height();) {
-    const std::int32_t count = std::min(rows, output.Height() - y);
-    effect.PutRegion(Region{to.x - from.x, to.y - from.y + y, output.Width(), count});
-    result = effect.RenderFrame(pictures, host, time, field);
+  for (Rows band{all.begin, all.begin}; band.end < all.end;) {
+    // Bands end with a row of the second field.
+    band = {band.end, std::min((band.end + rows) / 2 * 2, all.end)};
+    result = apart ? renderer.RenderApart(whole, all, band) : renderer.Render(RegionOfRows(whole, all, band));
     if (!afterBand() || result != kOk) break;
-    y += count;
-    rows = std::max(rows, RowsForReach(effect.Overscan(), output.Height()));
   }
   return result;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 #include "host/hosted/HostedEffect.h"
@@ -17,18 +18,23 @@ bool LieAlike(const HostImage& input, const HostImage& output);
 // The entry of Channels that the job's effect renders at its time; empty for a number without one.
 std::string_view ChannelsOf(const Job& job);
 
-// Whether bands give the pixels of the whole; without pictures: for an input that lies as the output does.
+// Whether bands give the pixels of the whole; without pictures: for an input that lies as the output does, and a region
+// that lies within the output.
 bool BandsServe(const Job& job, const FramePictures& pictures);
 bool BandsServe(const Job& job);
+
+// Whether bands are rendered into a picture of their own.
+bool BandsAreApart(const Job& job);
 
 // The rows of a band: all rows unless the picture is large.
 std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height);
 
 // As HostedEffect::RenderFrame, in bands from the lowest up: the first of `rows` rows, the others of more where the
 // filter reaches far. Ends at the first result that is not 0, and when `afterBand`, called after each, returns false.
-// With as many rows as the output has, renders it at once in the region that the effect has; otherwise leaves the
-// effect with the region of the last band.
-HRESULT RenderInBands(HostedEffect& effect, const FramePictures& pictures, IDSEffectHost& host, double time,
-                      std::int32_t field, std::int32_t rows, const std::function<bool()>& afterBand);
+// `region` is the frame's, as the effect counts it. With as many rows as the output has, or where bands do not serve,
+// renders it at once; otherwise leaves the effect with the region of the last band.
+HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures& pictures, IDSEffectHost& host,
+                      double time, std::int32_t field, const std::optional<Region>& region, std::int32_t rows,
+                      const std::function<bool()>& afterBand);
 
 }  // namespace vblur::host

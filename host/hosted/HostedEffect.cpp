@@ -180,8 +180,7 @@ HRESULT HostedEffect::RenderBorrowed(const FramePictures& pictures, double time)
   const GUID format = pictures.output == nullptr ? GUID{} : pictures.output->Format();
   result = Made("IsFormatSupported", FormatGuid(format), [&] { return effect_->IsFormatSupported(format); });
   if (result != kOk) return result;
-  InputOverscan& o = overscan_;
-  Made("GetInputOverscan", at, [&] { return effect_->GetInputOverscan(time, &o.left, &o.right, &o.bottom, &o.top); });
+  AskOverscan(time);
   if ((result = Made("PrepareData", "", [&] { return effect_->PrepareData(); })) != kOk) return result;
   if ((result = Made("Setup", "", [&] { return effect_->Setup(); })) != kOk) return result;
   result = Made("BeginFrame", at, [&] { return effect_->BeginFrame(time); });
@@ -191,6 +190,20 @@ HRESULT HostedEffect::RenderBorrowed(const FramePictures& pictures, double time)
   }
   Made("Cleanup", "", [&] { return effect_->Cleanup(); });
   return result;
+}
+
+void HostedEffect::AskOverscan(double time) {
+  InputOverscan& o = overscan_;
+  Made("GetInputOverscan", FormatNumber(time),
+       [&] { return effect_->GetInputOverscan(time, &o.left, &o.right, &o.bottom, &o.top); });
+}
+
+InputOverscan HostedEffect::MeasureOverscan(const FramePictures& pictures, IDSEffectHost& host, double time,
+                                            std::int32_t field) {
+  BorrowPictures(pictures, &host, field);
+  AskOverscan(time);
+  BorrowPictures({}, nullptr, 0);
+  return overscan_;
 }
 
 void HostedEffect::BeginFrameRange(double first, double last) {

@@ -73,6 +73,8 @@ class HostedEffect {
 
   // Of the frame rendered last.
   const InputOverscan& Overscan() const { return overscan_; }
+  // Of a frame with these pictures, before it is rendered. Borrows them for the call.
+  InputOverscan MeasureOverscan(const FramePictures& pictures, IDSEffectHost& host, double time, std::int32_t field);
   // Defaults for an effect without facts.
   FrameMemoryFacts FrameMemory() const { return facts_ ? facts_->DescribeFrameMemory() : FrameMemoryFacts{}; }
   // Why RenderFrame, whose result was 0, rendered nothing; empty when it did, and for an effect without facts.
@@ -90,6 +92,7 @@ class HostedEffect {
   void UseAs(EffectKind kind);
   void SetRegion(const std::optional<Region>& region);
   void BorrowPictures(const FramePictures& pictures, IDSEffectHost* host, std::int32_t field);
+  void AskOverscan(double time);
   HRESULT RenderBorrowed(const FramePictures& pictures, double time);
 
   // Makes a call and notes it. `call` returns an HRESULT.

@@ -157,13 +157,10 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   EffectHost host(ProjectOf(job, *pictures.output));
   pictures.maskOffset = MaskOffsetOf(job, pictures);
   const auto region = RegionOf(job, pictures);
-  effect.PutRegion(region);
   CheckPlaces(pictures);
   const bool keepsInput = KeepsInput(job, pictures);
   const HostImage& output = *pictures.output;
-  const std::int32_t rows = BandsServe(job, pictures)
-                                ? BandRows(static_cast<std::int64_t>(output.ByteCount()), output.Height())
-                                : output.Height();
+  const std::int32_t rows = BandRows(static_cast<std::int64_t>(output.ByteCount()), output.Height());
   const auto afterPart = [&] {
     afterField();
     return !context.Stopped() && effect.WhyNotRendered().empty();
@@ -171,7 +168,8 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   const bool both = job.field == FieldChoice::Both;
   HRESULT result = kOk;
   for (const FieldChoice field : {both ? FieldChoice::First : job.field, FieldChoice::Second}) {
-    result = RenderInBands(effect, pictures, host, time, static_cast<std::int32_t>(field), rows, afterPart);
+    result =
+        RenderInBands(effect, job, pictures, host, time, static_cast<std::int32_t>(field), region, rows, afterPart);
     if (result != kOk || !both || context.Stopped() || !effect.WhyNotRendered().empty()) break;
   }
   // Last: some channel choices, and a region beside the picture, write pixels outside the region.

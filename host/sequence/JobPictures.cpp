@@ -90,6 +90,7 @@ JobPictures::JobPictures(const Job& job, std::int64_t mostPixels) : job_(job) {
   ReadChoice first = colours;
   first.keepsPassing = true;
   first.keepsSamples = job.roi && job.outside != OutsideChoice::Clear && !job.output.initial;
+  first.changesPixels = job.linear || job.premultipliesAround;
   ReadChoice amounts = colours;
   amounts.use = PictureUse::Mask;
   if (job.output.initial) {
@@ -127,7 +128,7 @@ std::int64_t JobPictures::BytesRead(std::int32_t frame, std::int32_t depth) cons
     const PictureInfo info = ReadPictureInfo((*picture)->FileOf(frame), choice);
     const std::int64_t components = choice.use == PictureUse::Mask ? 1 : 4;
     bytes += std::int64_t{info.width} * info.height * components * (depth / 8);
-    if (choice.keepsSamples) {
+    if (choice.KeepsSamplesOf(info, depth)) {
       const std::int64_t pixelBytes = info.Taken().count * static_cast<std::int64_t>(SampleBytes(info.samples));
       bytes += std::int64_t{info.data.width} * info.data.height * pixelBytes;
     }

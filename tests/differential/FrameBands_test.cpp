@@ -1,6 +1,9 @@
 #include "host/hosted/FrameBands.h"
 
+#include <algorithm>
+#include <map>
 #include <optional>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -15,8 +18,13 @@
 namespace vblur::differential {
 namespace {
 
-// The output; nothing for bands that do not serve. No rows: the whole at once.
-std::optional<DrawnPicture> Render(const DrawnFrame& frame, std::int32_t rows) {
+struct Rendered {
+  DrawnPicture output;
+  int bands = 0;
+};
+
+// Nothing for bands that do not serve. No rows: the whole at once.
+std::optional<Rendered> Render(const DrawnFrame& frame, std::int32_t rows) {
   const host::Job& job = frame.job;
   HostedPictures held(frame);
   const host::FramePictures pictures = held.Borrowed();
@@ -26,32 +34,67 @@ std::optional<DrawnPicture> Render(const DrawnFrame& frame, std::int32_t rows) {
   host::ExecuteContext context;
   host::HostedEffect effect(MakeEffect());
   effect.SetUp(job, coordMan, context);
-  const auto field = static_cast<std::int32_t>(job.field);
-  if (rows == 0) {
-    effect.RenderFrame(pictures, effectHost, job.time, field);
-  } else {
-    host::RenderInBands(effect, pictures, effectHost, job.time, field, rows, [] { return true; });
+  int bands = 0;
+  host::RenderInBands(effect, job, pictures, effectHost, job.time, static_cast<std::int32_t>(job.field), job.roi,
+                      rows == 0 ? held.output.Height() : rows, [&] {
+                        ++bands;
+                        return true;
+                      });
+  return Rendered{FromHostImage(held.output), bands};
+}
+
+// What a job that keeps its input shows of the frame.
+void ClearOutside(const host::Region& region, DrawnPicture& picture) {
+  for (std::int32_t y = 0; y < picture.height; ++y) {
+    for (std::int32_t x = 0; x < picture.width; ++x) {
+      const bool isWithin =
+          x >= region.x && x < region.x + region.width && y >= region.y && y < region.y + region.height;
+      if (isWithin) continue;
+      const auto at = picture.values.begin() + (std::ptrdiff_t{y} * picture.width + x) * picture.components;
+      std::fill_n(at, picture.components, 0);
+    }
   }
-  return FromHostImage(held.output);
+}
+
+// The frames in several bands by their channels; compares each frame with the whole.
+std::map<std::string, int> CompareBands(std::uint64_t seed, std::uint64_t frames, bool withRegions) {
+  std::map<std::string, int> bandsOf;
+  for (std::uint64_t i = 0; i < frames; ++i) {
+    DrawnFrame frame = DrawFrame(seed, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All);
+    if (frame.job.roi.has_value() != withRegions) continue;
+    // A job that keeps its input has no initial picture.
+    const bool keepsInput = withRegions && frame.job.input && i / 2 % 2 == 0;
+    if (keepsInput) frame.job.output.initial.reset();
+    auto whole = Render(frame, 0);
+    if (!whole) continue;
+    auto inBands = Render(frame, 2 + 2 * static_cast<std::int32_t>(i % 7));
+    if (keepsInput) {
+      ClearOutside(*frame.job.roi, whole->output);
+      ClearOutside(*frame.job.roi, inBands->output);
+    }
+    EXPECT_EQ(Difference(inBands->output, whole->output), "") << "frame " << i << " in " << inBands->bands << " bands\n"
+                                                              << host::FormatJob(frame.job);
+    if (testing::Test::HasFailure()) break;
+    if (inBands->bands > 1) ++bandsOf[std::string(host::ChannelsOf(frame.job))];
+  }
+  return bandsOf;
 }
 
 // Whatever a job says, as long as bands are said to serve it.
 TEST(FrameBands, GiveThePixelsOfTheWhole) {
   SetRenderThreads(2);
-  constexpr std::uint64_t kFrames = 3000;
-  constexpr std::uint64_t kSeed = 7000;
-  std::uint64_t served = 0;
-  for (std::uint64_t i = 0; i < kFrames; ++i) {
-    DrawnFrame frame = DrawFrame(kSeed, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All);
-    frame.job.roi.reset();
-    const auto whole = Render(frame, 0);
-    if (!whole) continue;
-    ++served;
-    const std::int32_t rows = 2 + 2 * static_cast<std::int32_t>(i % 7);
-    ASSERT_EQ(Difference(*Render(frame, rows), *whole), "") << "frame " << i << " in bands of " << rows << "\n"
-                                                            << host::FormatJob(frame.job);
-  }
-  EXPECT_GT(served, kFrames / 8);
+  const auto bandsOf = CompareBands(7000, 50000, false);
+  EXPECT_EQ(bandsOf.size(), 11U);
+  for (const auto& [channels, count] : bandsOf)
+    EXPECT_GT(count, 100) << channels;
+}
+
+TEST(FrameBands, GiveThePixelsOfARegion) {
+  SetRenderThreads(2);
+  const auto bandsOf = CompareBands(7001, 80000, true);
+  EXPECT_EQ(bandsOf.size(), 11U);
+  for (const auto& [channels, count] : bandsOf)
+    EXPECT_GT(count, 10) << channels;
 }
 
 TEST(FrameBands, AreOfLargePicturesAlone) {
