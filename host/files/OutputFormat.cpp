@@ -38,7 +38,7 @@ using enum MetadataGroup;
 // changes the colours with it.
 constexpr std::array<OutputFormat, 11> kFormats = {{
     {"png", "png", kWhole, kAllLayouts, false, false, "", false, false, kAnySide,
-     Groups::These(Profile, Resolution, PixelAspect, Text)},
+     Groups::These(Exif, Gps, Profile, Orientation, Resolution, PixelAspect, Text)},
     {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, false, 65500,
      Groups::These(Exif, Gps, Iptc, Profile, Orientation, Resolution, Text)},
     {"tiff", "tif tiff", kWholeAndFloat, kAllLayouts, false, false, "none lzw zip packbits", false, true, kAnySide,

@@ -87,12 +87,22 @@ struct PictureInfo {
   bool hasInks = false;
   // Kinds of metadata that the file has and its reader does not give, as in "Exif data".
   std::vector<std::string> unread;
+  // Of a PNG file: its chunks about colours that are no profile, whole, one after the other.
+  std::string colourChunks;
+  // Of a PNG or JPEG file: its Exif data as it is stored; empty: none.
+  std::string exif;
+  // There is more in it than the reader gives: what a camera notes for itself.
+  bool hasMakerNote = false;
   // By what the file declares; else floats are linear and whole numbers sRGB.
   Transfer transfer = Transfer::Srgb;
 
   // One channel spread over red, green and blue.
   bool IsGrey() const { return choice.red == choice.green && choice.red == choice.blue; }
   bool HasAlpha() const { return choice.alpha >= 0; }
+  // Whether an output of a format holds the Exif data as it is stored.
+  bool PassesExifTo(std::string_view outputFormat) const {
+    return !exif.empty() && (outputFormat == "png" || (outputFormat == "jpeg" && format == "jpeg"));
+  }
   // What the effect gets. Where no data covers it, it is transparent black.
   FileWindow Picture() const { return Union(data, display); }
   TakenChannels Taken() const;

@@ -85,6 +85,10 @@ void AddBeside(const PictureInfo& info, std::vector<Loss>& losses) {
   if (info.hasInks) losses.push_back({LossKind::Colours, "four inks (red, green and blue are written)"});
 }
 
+void AddMakerNote(std::vector<Loss>& losses) {
+  losses.push_back({LossKind::Metadata, "maker note"});
+}
+
 void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetOf<MetadataGroup> held,
                  PixelLayout pixels, std::vector<Loss>& losses) {
   for (std::size_t group = 0; group < kMetadataNames.size(); ++group) {
@@ -151,6 +155,7 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
   const PictureInfo& info = report.info;
   std::vector<Loss> losses;
   AddBeside(info, losses);
+  if (info.hasMakerNote && !info.PassesExifTo(format.name)) AddMakerNote(losses);
   if (!format.hasAnyChannels) AddChannels(info, losses);
   if (info.HasAlpha() && !HasAlpha(pixels)) losses.push_back({LossKind::Alpha, "alpha"});
   for (const int channel : ChannelsTaken(info)) {
@@ -172,6 +177,7 @@ std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written
   const PictureInfo& info = report.info;
   std::vector<Loss> losses;
   AddBeside(info, losses);
+  if (info.hasMakerNote) AddMakerNote(losses);
   AddChannels(info, losses);
   if (info.HasAlpha() && !HasAlpha(pixels)) losses.push_back({LossKind::Alpha, "alpha"});
   if (!info.IsGrey() && IsGrey(pixels)) losses.push_back({LossKind::Colours, "colours"});

@@ -1,7 +1,9 @@
 #include "host/pictures/OutputFileStream.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace vblur::host {
 
@@ -42,17 +44,34 @@ size_t OutputFileStream::read(void* buffer, size_t size) {
   return file_ ? std::fread(buffer, 1, size, file_) : 0;
 }
 
+void OutputFileStream::Insert(std::int64_t place, std::string bytes) {
+  place_ = place;
+  toInsert_ = std::move(bytes);
+}
+
 size_t OutputFileStream::write(const void* buffer, size_t size) {
+  const char* const bytes = static_cast<const char*>(buffer);
+  const auto before = static_cast<size_t>(std::clamp<std::int64_t>(place_ - tell(), 0, static_cast<int64_t>(size)));
+  if (toInsert_.empty() || before == size) {
+    Put(bytes, size);
+    return size;
+  }
+  Put(bytes, before);
+  const std::string inserted = std::exchange(toInsert_, {});
+  Put(inserted.data(), inserted.size());
+  Put(bytes + before, size - before);
+  return size;
+}
+
+void OutputFileStream::Put(const char* from, size_t size) {
   // Some writers hand over a whole picture at once.
   constexpr size_t kPiece = size_t{16} << 20;
-  const char* from = static_cast<const char*>(buffer);
   for (size_t left = size; left > 0 && !IsOver();) {
     const size_t piece = left < kPiece ? left : kPiece;
     Note(!file_ || std::fwrite(from, 1, piece, file_) != piece);
     from += piece;
     left -= piece;
   }
-  return size;
 }
 
 size_t OutputFileStream::size() const {

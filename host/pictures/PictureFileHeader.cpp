@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/pictures/FileBytes.h"
+#include "host/pictures/JpegSegments.h"
 
 namespace vblur::host {
 
@@ -30,6 +31,17 @@ std::optional<HeaderSize> HeifSize(std::string_view bytes) {
     if (!largest || size.width > largest->width || size.height > largest->height) largest = size;
   }
   return largest;
+}
+
+// By its first chunk: a canvas, or a lossless or a lossy picture.
+std::optional<HeaderSize> WebpSize(std::string_view bytes) {
+  if (bytes.size() < 30) return std::nullopt;
+  constexpr std::int64_t kMost = 0x3fff;
+  const std::string_view chunk = bytes.substr(12, 4);
+  if (chunk == "VP8X") return HeaderSize{1 + (Little32(bytes, 24) & 0xffffff), 1 + (Little32(bytes, 26) >> 8)};
+  if (chunk == "VP8L") return HeaderSize{1 + (Little32(bytes, 21) & kMost), 1 + (Little32(bytes, 21) >> 14 & kMost)};
+  if (chunk == "VP8 ") return HeaderSize{Little16(bytes, 26) & kMost, Little16(bytes, 28) & kMost};
+  return std::nullopt;
 }
 
 std::string FirstBytes(const std::filesystem::path& path) {
@@ -66,22 +78,46 @@ ChunkFacts WebpChunks(std::ifstream& file) {
   return facts;
 }
 
-// The number that is declared before the pixels, and one more where the picture of the pixels is no frame itself.
-std::int32_t CountPngFrames(std::ifstream& file) {
+// From behind the signature to the end.
+ChunkFacts PngChunks(std::ifstream& file) {
+  constexpr std::string_view kColour[] = {"sRGB", "gAMA", "cHRM"};
+  constexpr std::string_view kText[] = {"tEXt", "zTXt", "iTXt", "tIME"};
+  const auto isOf = [](std::string_view name, const auto& names) {
+    return std::ranges::find(names, name) != std::end(names);
+  };
+  // A colour chunk that the format allows has at most 32 bytes.
+  constexpr std::int64_t kLongestColour = 32;
+  constexpr std::int64_t kLongestExif = 1 << 20;
+  ChunkFacts facts;
   std::int64_t declared = 0;
   bool isFrame = false;
+  bool isBehind = false;
   file.seekg(static_cast<std::streamoff>(kPngSignature.size()));
   std::string chunk(12, '\0');
   while (file.read(chunk.data(), 12)) {
     const std::string_view name = std::string_view(chunk).substr(4, 4);
-    if (name == "IDAT" || name == "IEND") break;
-    if (name == "acTL") declared = Big32(chunk, 8);
-    isFrame = isFrame || name == "fcTL";
+    if (name == "IEND") break;
+    isBehind = isBehind || name == "IDAT";
+    if (isBehind && isOf(name, kText)) facts.unread = {"texts behind the pixels"};
+    if (name == "acTL" && !isBehind) declared = Big32(chunk, 8);
+    isFrame = isFrame || (name == "fcTL" && !isBehind);
     // What is left of its bytes, and its checksum.
-    file.seekg(Big32(chunk, 0), std::ios::cur);
+    const std::int64_t left = Big32(chunk, 0);
+    const bool isColour = isOf(name, kColour) && left <= kLongestColour;
+    const bool isExif = name == "eXIf" && left <= kLongestExif;
+    if (!isColour && !isExif) {
+      file.seekg(left, std::ios::cur);
+      continue;
+    }
+    std::string rest(static_cast<std::size_t>(left), '\0');
+    if (!file.read(rest.data(), left)) break;
+    if (isColour) facts.colourChunks += chunk + rest;
+    if (isExif) facts.exif = (chunk + rest).substr(8, static_cast<std::size_t>(left));
   }
-  if (declared == 0) return 1;
-  return static_cast<std::int32_t>(std::min<std::int64_t>(declared + (isFrame ? 0 : 1), kMostFrames));
+  // One more where the picture of the pixels is no frame itself.
+  if (declared > 0)
+    facts.frames = static_cast<std::int32_t>(std::min<std::int64_t>(declared + (isFrame ? 0 : 1), kMostFrames));
+  return facts;
 }
 
 }  // namespace
@@ -94,6 +130,7 @@ std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path) {
   if (bytes.size() < 12) return std::nullopt;
   if (bytes.substr(0, 2) == "\xff\x4f" || bytes.substr(4, 4) == "jP  ") return Jpeg2000Size(bytes);
   if (bytes.substr(4, 4) == "ftyp") return HeifSize(bytes);
+  if (bytes.substr(0, 4) == "RIFF" && bytes.substr(8, 4) == "WEBP") return WebpSize(bytes);
   return std::nullopt;
 }
 
@@ -102,8 +139,13 @@ ChunkFacts FactsOfChunks(const std::filesystem::path& path) {
   std::string head(12, '\0');
   if (!file.read(head.data(), 12)) return {};
   if (head.substr(0, 4) == "RIFF" && head.substr(8) == "WEBP") return WebpChunks(file);
+  if (head.substr(0, 8) == kPngSignature) return PngChunks(file);
   ChunkFacts facts;
-  if (head.substr(0, 8) == kPngSignature) facts.frames = CountPngFrames(file);
+  if (head.substr(0, 3) != "\xff\xd8\xff") return facts;
+  file.seekg(2);
+  JpegFacts jpeg = FactsOfJpeg(file);
+  facts.unread = std::move(jpeg.unread);
+  facts.exif = std::move(jpeg.exif);
   return facts;
 }
 

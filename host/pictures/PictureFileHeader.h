@@ -15,15 +15,19 @@ struct HeaderSize {
   std::int64_t height = 0;
 };
 
-// For GIF, JPEG 2000 and HEIF; nothing for other formats, and where the header does not hold it.
+// For GIF, JPEG 2000, HEIF and WebP; nothing for other formats, and where the header does not hold it.
 std::optional<HeaderSize> SizeFromHeader(const std::filesystem::path& path);
 
 struct ChunkFacts {
   // The pictures of an animated WebP or PNG file, the one that readers without animation show among them; 1 for other
   // files.
   std::int32_t frames = 1;
-  // Kinds of metadata of a WebP file, whose reader gives none; each once, in the order of the file.
+  // Kinds of metadata of a WebP or JPEG file that its reader does not give, each once.
   std::vector<std::string> unread;
+  // Of a PNG file: its chunks about colours that are no profile (sRGB, gAMA, cHRM), whole, one after the other.
+  std::string colourChunks;
+  // Of a PNG or JPEG file: its Exif data as it is stored; empty: none.
+  std::string exif;
 };
 ChunkFacts FactsOfChunks(const std::filesystem::path& path);
 

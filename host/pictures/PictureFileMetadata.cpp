@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <string>
 
 #include "host/base/NameMatch.h"
+#include "host/pictures/PngChunks.h"
 
 namespace vblur::host {
 
@@ -54,6 +56,17 @@ bool BeginsWith(std::string_view name, std::string_view group) {
   return name.substr(0, group.size()) == group;
 }
 
+// The library makes fractions of Exif data: one by 0 of 1/2, 1/4 and so on, and 0.00999 of 0.01. The next larger float
+// becomes the right one.
+void MakeFraction(OIIO::ParamValue& attribute) {
+  const auto group = GroupOf(attribute);
+  if (group != MetadataGroup::Exif && group != MetadataGroup::Gps) return;
+  if (attribute.type() != OIIO::TypeDesc::FLOAT) return;
+  const float value = attribute.get_float();
+  if (std::abs(value) >= 1.0f || value == 0.0f) return;
+  attribute = OIIO::ParamValue(attribute.name(), std::nextafter(value, std::copysign(1.0f, value)));
+}
+
 bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
   if (Lists(kStorage, name) || BeginsWith(name, "ICCProfile:")) return false;
   // Some formats write these as colour tags, others ignore them.
@@ -82,6 +95,9 @@ constexpr std::array<NamedGroup, 12> kGroups = {{{"Exif:", MetadataGroup::Exif},
                                                  {"smpte:", MetadataGroup::TimeCode},
                                                  {"FramesPerSecond", MetadataGroup::TimeCode},
                                                  {"dpx:", MetadataGroup::DpxHeader}}};
+
+// Exif data that the library names without "Exif:".
+constexpr std::array<std::string_view, 4> kExif = {"Make", "Model", "ExposureTime", "FNumber"};
 
 constexpr std::array<std::string_view, 5> kTexts = {"Artist", "Copyright", "DateTime", "ImageDescription", "Software"};
 
@@ -115,6 +131,7 @@ std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
   const auto named =
       std::ranges::find_if(kGroups, [&](const NamedGroup& each) { return BeginsWith(name, each.beginning); });
   if (named != kGroups.end()) return named->group;
+  if (Lists(kExif, name)) return MetadataGroup::Exif;
   // A format's own header fields, and its spellings of the groups above.
   const std::string_view group = name.substr(0, name.find(':'));
   if (group.size() != name.size() && Lists(kFormatNames, group)) return std::nullopt;
@@ -128,6 +145,7 @@ bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
 PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
   PictureMetadata metadata;
   metadata.input = input;
+  if (info.format == "png") MakePngTextsUtf8(metadata.input);
   metadata.info = info;
   const bool marksAlpha = info.format == "tiff" || info.format == "openexr";
   metadata.associatedAlpha =
@@ -143,6 +161,7 @@ void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::Im
     if (!IsPassed(name, sameFormat, format.name)) continue;
     if (name == "ICCProfile" && !LayoutsOfProfile(attribute).Has(pixels)) continue;
     output.extra_attribs.push_back(attribute);
+    if (format.name == "jpeg" || format.name == "png") MakeFraction(output.extra_attribs.back());
     // TIFF files get theirs on demand alone.
     if (format.name == "tiff" && BeginsWith(name, "IPTC:")) output.attribute("tiff:write_iptc", 1);
   }

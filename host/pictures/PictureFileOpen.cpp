@@ -12,6 +12,7 @@
 #include "host/base/StandardStream.h"
 #include "host/files/StandardInput.h"
 #include "host/hosted/HostImage.h"
+#include "host/pictures/ExifBlock.h"
 #include "host/pictures/PictureChannels.h"
 #include "host/pictures/PictureFileHeader.h"
 #include "host/pictures/PictureFileLength.h"
@@ -232,6 +233,10 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     ChunkFacts chunks = FactsOfChunks(FileToOpen(path));
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
+    info.colourChunks = std::move(chunks.colourChunks);
+    const ExifFacts exif = FactsOfExif(chunks.exif);
+    if (exif.isExif) info.exif = std::move(chunks.exif);
+    info.hasMakerNote = exif.hasMakerNote;
     info.levels = CountLevels(*file);
     if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");
     return {std::move(file), std::move(info)};

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -13,10 +15,13 @@
 
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
+#include "host/pictures/ExifBlock.h"
+#include "host/pictures/JpegSegments.h"
 #include "host/pictures/OutputFileStream.h"
 #include "host/pictures/OutputLayout.h"
 #include "host/pictures/OutputRows.h"
 #include "host/pictures/PictureFileOpen.h"
+#include "host/pictures/PngChunks.h"
 
 namespace vblur::host {
 
@@ -51,6 +56,7 @@ class Writing {
     if (TakesStream(*writer_)) {
       stream_.emplace(picture_.file, stop_);
       if (stream_->SystemError() != 0) Fail("the file cannot be made");
+      if (picture_.format.name == "png") InsertPngChunks();
       writer_->set_ioproxy(&*stream_);
     }
     if (!writer_->open(picture_.file.string(), layout_.spec)) Fail("the file cannot be made");
@@ -77,6 +83,7 @@ class Writing {
     if (!closed || HasSystemError()) Fail("writing failed");
     if (picture_.format.name == "sgi") ClearHeader();
     if (picture_.format.name == "dpx") PutNameInHeader();
+    if (picture_.format.name == "jpeg") PutJpegExif();
     // A writer that opens the file by itself may lose an error.
     if (!stream_) RequireWhole();
   }
@@ -114,6 +121,28 @@ class Writing {
 
   std::vector<std::byte> Buffer() const {
     return std::vector<std::byte>(rows_->RowBytes() * static_cast<std::size_t>(std::min(chunk_, layout_.spec.height)));
+  }
+
+  void InsertPngChunks() {
+    const std::string colour = picture_.metadata == nullptr ? "" : picture_.metadata->info.colourChunks;
+    stream_->Insert(kPngChunksBegin, TakePngChunks(layout_.spec, colour, PassedExif()));
+  }
+
+  // The source's Exif data where the format holds it as it is stored, for these pixels.
+  std::string PassedExif() const {
+    if (picture_.metadata == nullptr) return {};
+    const PictureInfo& source = picture_.metadata->info;
+    if (!source.PassesExifTo(picture_.format.name)) return {};
+    return ExifForOutput(source.exif, layout_.spec.width, layout_.spec.height);
+  }
+
+  void PutJpegExif() const {
+    const std::string exif = PassedExif();
+    if (exif.empty()) return;
+    std::ifstream written(picture_.file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(written), {}};
+    if (!written) Refuse("the file cannot be read again");
+    Replace(0, WithExif(bytes, exif));
   }
 
   // Clears the unused part of the header, which the writer leaves uninitialised.

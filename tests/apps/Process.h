@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -25,6 +26,7 @@ struct ProcessResult {
   int signal = 0;
   std::string out;
   std::string err;
+  std::int64_t mostMemory = 0;  // in bytes, at any time
 };
 
 class Process {
@@ -58,13 +60,15 @@ class Process {
 
   ProcessResult Wait() {
     int status = 0;
+    rusage use{};
     // One that hangs is killed.
-    for (auto left = kLongest; ::waitpid(child_, &status, WNOHANG) == 0; left -= kPoll) {
+    for (auto left = kLongest; ::wait4(child_, &status, WNOHANG, &use) == 0; left -= kPoll) {
       if (left <= kPoll) ::kill(child_, SIGKILL);
       std::this_thread::sleep_for(kPoll);
     }
     child_ = -1;
     ProcessResult result;
+    result.mostMemory = std::int64_t{use.ru_maxrss} * 1024;
     if (WIFEXITED(status)) result.exit = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
     result.out = Take(StreamFile("out"));

@@ -36,6 +36,34 @@ TEST_F(PictureFileHeader, BombsAreMetByTheirHeaders) {
          "ftypheic\0\0\0\0"s +
              "\0\0\0\x14ispe\0\0\0\0\0\x01\0\0\0\0\x80\0"s + std::string(40, '\0'),
          "65536 x 32768 pixels, 2147483648");
+  expect("b.webp", "RIFF\0\0\0\0WEBPVP8X\x0a\0\0\0\0\0\0\0\xff\xff\0\xff\x7f\0"s + std::string(20, '\0'),
+         "65536 x 32768 pixels, 2147483648");
+}
+
+// They have fewer pixels than are allowed without a limit.
+TEST_F(PictureFileHeader, ALimitMeetsPicturesThatAreDecodedWhenTheyAreOpened) {
+  using namespace std::string_literals;
+  ReadChoice choice;
+  choice.mostPixels = 1000;
+  const auto expect = [&](const std::string& picture, const std::string& size) {
+    const auto path = folder_.Write("b.webp", "RIFF\0\0\0\0WEBP"s + picture + std::string(20, '\0'));
+    EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(path, choice); })->what(),
+              path.string() + ": cannot read: " + size + " in all, expected at most 1000");
+  };
+  expect("VP8 \x78\0\0\0\x30\3\0\x9d\1\x2a\xff\x7f\x5f\x30"s, "16383 x 12383 pixels, 202870689");
+  expect("VP8L\x78\0\0\0\x2f\xff\xff\xff\x0f"s, "16384 x 16384 pixels, 268435456");
+}
+
+TEST_F(PictureFileHeader, TextsBehindThePixelsOfAPngAreReportedAsLost) {
+  HostImage image;
+  image.Reset(8, 4, 2, 2);
+  image.Clear();
+  PictureWriter().Write(folder_.path() / "plain.png", image, nullptr, true);
+  std::string bytes = Bytes(folder_.path() / "plain.png");
+  EXPECT_EQ(FactsOfChunks(folder_.path() / "plain.png").unread, std::vector<std::string>{});
+  const std::string text("\0\0\0\4tEXtk\0vv....", 16);
+  EXPECT_EQ(FactsOfChunks(folder_.Write("late.png", bytes.insert(bytes.size() - 12, text + text))).unread,
+            std::vector<std::string>{"texts behind the pixels"});
 }
 
 TEST_F(PictureFileHeader, FramesOfAnAnimatedWebpAreCounted) {

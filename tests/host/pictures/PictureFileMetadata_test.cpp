@@ -46,6 +46,21 @@ TEST_F(PictureFileMetadata, IsPassedOn) {
   EXPECT_EQ(tiff.get_string_attribute("ResolutionUnit"), "in");
 }
 
+// The library makes others of them.
+TEST_F(PictureFileMetadata, FractionsOfExifDataStay) {
+  for (const float value : {0.5f, 0.25f, 0.125f, 0.02f, 0.01f, 1.0f / 125, 0.0f, 1.0f, 2.8f, 50.0f}) {
+    OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);
+    spec.attribute("ExposureTime", value);
+    spec.attribute("Exif:ExposureBiasValue", -value);
+    WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(6, 50));
+    for (const char* name : {"out.jpg", "out.png"}) {
+      const OIIO::ImageSpec out = PassOn("in.tif", name);
+      EXPECT_FLOAT_EQ(out.get_float_attribute("ExposureTime", -1), value) << name;
+      EXPECT_FLOAT_EQ(out.get_float_attribute("Exif:ExposureBiasValue", -1), -value) << name;
+    }
+  }
+}
+
 // Nor made up: outputs are the same from run to run.
 TEST_F(PictureFileMetadata, ATimeIsPassedOnAndNotMadeUp) {
   OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);

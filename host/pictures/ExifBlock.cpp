@@ -1,0 +1,112 @@
+#include "host/pictures/ExifBlock.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace vblur::host {
+
+namespace {
+
+constexpr std::size_t kEntry = 12;
+constexpr std::size_t kExifDirectory = 0x8769;
+
+// Places count from the block's begin. Numbers beyond its end are 0 and are not written.
+class ExifBlock {
+ public:
+  explicit ExifBlock(std::string bytes) : bytes_(std::move(bytes)), isBig_(bytes_.starts_with("MM")) {}
+
+  std::size_t Number(std::size_t at, std::size_t count) const {
+    if (!Has(at, count)) return 0;
+    std::size_t value = 0;
+    for (std::size_t i = 0; i < count; ++i)
+      value = value << 8 | static_cast<unsigned char>(bytes_[at + (isBig_ ? i : count - 1 - i)]);
+    return value;
+  }
+
+  void Put(std::size_t at, std::size_t count, std::size_t value) {
+    if (!Has(at, count)) return;
+    for (std::size_t i = 0; i < count; ++i)
+      bytes_[at + (isBig_ ? count - 1 - i : i)] = static_cast<char>(value >> 8 * i & 0xff);
+  }
+
+  void Clear(std::size_t at, std::size_t count) {
+    if (Has(at, count)) std::fill_n(bytes_.begin() + static_cast<std::ptrdiff_t>(at), count, '\0');
+  }
+
+  std::string Text(std::size_t at, std::size_t count) const {
+    if (!Has(at, count)) return {};
+    const std::string text = bytes_.substr(at, count);
+    return text.substr(0, text.find('\0'));
+  }
+
+  std::size_t FirstDirectory() const { return Number(4, 4); }
+  // Where the place of the next directory stands.
+  std::size_t NextPlace(std::size_t directory) const { return directory + 2 + kEntry * Number(directory, 2); }
+
+  // Where a directory has the entry of a tag; 0: it has none, or there is no directory.
+  std::size_t Entry(std::size_t directory, std::size_t tag) const {
+    const std::size_t end = directory == 0 ? 0 : NextPlace(directory);
+    for (std::size_t at = directory + 2; at < end; at += kEntry) {
+      if (Number(at, 2) == tag && Has(at, kEntry)) return at;
+    }
+    return 0;
+  }
+
+  // The number that an entry holds, or that its value lies at.
+  std::size_t ValueOf(std::size_t entry) const {
+    constexpr std::size_t kShort = 3;
+    return entry == 0 ? 0 : Number(entry + 8, Number(entry + 2, 2) == kShort ? 2 : 4);
+  }
+
+  void PutValue(std::size_t entry, std::size_t value) {
+    constexpr std::size_t kShort = 3;
+    if (entry != 0) Put(entry + 8, Number(entry + 2, 2) == kShort ? 2 : 4, value);
+  }
+
+  const std::string& Bytes() const { return bytes_; }
+
+ private:
+  bool Has(std::size_t at, std::size_t count) const { return at <= bytes_.size() && bytes_.size() - at >= count; }
+
+  std::string bytes_;
+  bool isBig_;
+};
+
+}  // namespace
+
+ExifFacts FactsOfExif(std::string_view block) {
+  constexpr std::size_t kDescription = 0x010e;
+  constexpr std::size_t kMakerNote = 0x927c;
+  const ExifBlock exif{std::string(block)};
+  const std::size_t first = exif.FirstDirectory();
+  ExifFacts facts;
+  const bool begins =
+      block.starts_with(std::string_view("II*\0", 4)) || block.starts_with(std::string_view("MM\0*", 4));
+  if (!begins || exif.Number(first, 2) == 0) return facts;
+  facts.isExif = true;
+  facts.hasMakerNote = exif.Entry(exif.ValueOf(exif.Entry(first, kExifDirectory)), kMakerNote) != 0;
+  if (const std::size_t entry = exif.Entry(first, kDescription); entry != 0) {
+    const std::size_t length = exif.Number(entry + 4, 4);
+    facts.description = exif.Text(length <= 4 ? entry + 8 : exif.ValueOf(entry), length);
+  }
+  return facts;
+}
+
+std::string ExifForOutput(std::string block, std::int32_t width, std::int32_t height) {
+  constexpr std::size_t kWidth = 0xa002;
+  constexpr std::size_t kHeight = 0xa003;
+  constexpr std::size_t kCopy = 0x0201;
+  constexpr std::size_t kCopyLength = 0x0202;
+  ExifBlock exif(std::move(block));
+  const std::size_t first = exif.FirstDirectory();
+  const std::size_t details = exif.ValueOf(exif.Entry(first, kExifDirectory));
+  exif.PutValue(exif.Entry(details, kWidth), static_cast<std::size_t>(width));
+  exif.PutValue(exif.Entry(details, kHeight), static_cast<std::size_t>(height));
+  const std::size_t next = exif.NextPlace(first);
+  const std::size_t second = exif.Number(next, 4);
+  exif.Clear(exif.ValueOf(exif.Entry(second, kCopy)), exif.ValueOf(exif.Entry(second, kCopyLength)));
+  exif.Put(next, 4, 0);
+  return exif.Bytes();
+}
+
+}  // namespace vblur::host

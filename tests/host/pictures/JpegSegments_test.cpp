@@ -1,0 +1,136 @@
+#include "host/pictures/JpegSegments.h"
+
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "host/files/OutputFile.h"
+#include "host/files/PictureReport.h"
+#include "host/pictures/PictureFileOpen.h"
+#include "tests/support/host/ExifBytes.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+using namespace std::string_literals;
+using Kinds = std::vector<std::string>;
+
+std::string Segment(unsigned char marker, const std::string& data) {
+  const std::size_t length = data.size() + 2;
+  return "\xff"s + static_cast<char>(marker) + static_cast<char>(length >> 8) + static_cast<char>(length & 0xff) + data;
+}
+
+std::string ExifSegment(const std::string& block) {
+  return Segment(0xe1, "Exif\0\0"s + block);
+}
+
+const std::string& Comment() {
+  static const std::string comment = Segment(0xfe, "comment");
+  return comment;
+}
+
+JpegFacts Facts(const std::string& segments) {
+  std::istringstream file(segments + Segment(0xda, "") + Segment(0xe2, "MPF\0 behind"s));
+  return FactsOfJpeg(file);
+}
+
+TEST(JpegSegments, NameWhatTheReaderPassesOver) {
+  EXPECT_EQ(Facts(Segment(0xe0, "JFIF\0"s) + Comment()).unread, Kinds{});
+  EXPECT_EQ(Facts(Segment(0xe2, "MPF\0..."s)).unread, Kinds{"further pictures (MPF)"});
+  EXPECT_EQ(Facts(Segment(0xe2, "ICC_PROFILE\0"s)).unread, Kinds{});
+  EXPECT_EQ(Facts(Segment(0xeb, "JP\0\1"s) + Segment(0xeb, "JP\0\1"s)).unread, Kinds{"signed history (JUMBF)"});
+  const std::string described = ExifSegment(ExifBytes{false, "abc"}.Build());
+  EXPECT_EQ(Facts(described + Comment()).unread, Kinds{"comment"});
+  EXPECT_EQ(Facts(described).unread, Kinds{});
+  EXPECT_EQ(Facts(described + Segment(0xfe, "abc\0"s)).unread, Kinds{});
+  EXPECT_EQ(Facts(ExifSegment(ExifBytes{}.Build()) + Comment()).unread, Kinds{});
+}
+
+TEST(JpegSegments, GiveExifDataAsItIsStored) {
+  const std::string block = ExifBytes{true, "abc"}.Build();
+  EXPECT_EQ(Facts(Segment(0xe0, "JFIF\0"s) + ExifSegment(block) + ExifSegment("another")).exif, block);
+  EXPECT_EQ(Facts(Segment(0xe1, "http://ns.adobe.com/xap/1.0/")).exif, "");
+}
+
+TEST(JpegSegments, DamagedOnesAreReadToWhereTheyEnd) {
+  const auto unread = [](const std::string& bytes) {
+    std::istringstream file(bytes);
+    return FactsOfJpeg(file).unread;
+  };
+  EXPECT_EQ(unread("\xff\xe2\xff\xff"s + "MPF\0"s), Kinds{});
+  EXPECT_EQ(unread("\xff\xe2\0\1"s + Segment(0xe2, "MPF\0"s)), Kinds{});
+  EXPECT_EQ(unread("picture" + Segment(0xe2, "MPF\0"s)), Kinds{});
+}
+
+TEST(JpegSegments, ExifDataTakesThePlaceOfAllThatThereWas) {
+  const std::string start = "\xff\xd8"s;
+  const std::string jfif = Segment(0xe0, "JFIF\0"s);
+  const std::string rest = Segment(0xe1, "http://") + Segment(0xda, "") + ExifSegment("pixels");
+  EXPECT_EQ(WithExif(start + jfif + ExifSegment("old") + ExifSegment("older") + rest, "new"),
+            start + jfif + ExifSegment("new") + rest);
+  EXPECT_EQ(WithExif(start + ExifSegment("old") + rest, "new"), start + ExifSegment("new") + rest);
+  EXPECT_EQ(WithExif(start + rest, std::string(0xffff - 8, 'n')),
+            start + ExifSegment(std::string(0xffff - 8, 'n')) + rest);
+  EXPECT_EQ(WithExif(start + rest, std::string(0xffff - 7, 'n')), start + rest);
+  EXPECT_EQ(WithExif("picture", "new"), "picture");
+}
+
+class PhotoFile : public testing::Test {
+ protected:
+  PhotoFile() {
+    image_.Reset(8, 4, 16, 8);
+    FillRandom(image_, 0, 255, 1);
+    PictureWriter().Write(folder_.path() / "plain.jpg", image_, nullptr, true);
+    plain_ = Bytes(folder_.path() / "plain.jpg");
+  }
+
+  // The plain photo with more segments.
+  std::filesystem::path Write(const std::string& segments) {
+    std::string bytes = plain_;
+    return folder_.Write("rich.jpg", bytes.insert(2, segments));
+  }
+  static std::string LostTo(const std::filesystem::path& file, const char* output) {
+    return ListOf(LossesOf(ReportPicture(file), OutputFormatOf(output), {}, 8));
+  }
+  std::string PassOn(const std::filesystem::path& from, const char* to) {
+    HostImage image;
+    const auto read = PictureReader().ReadColour(from, 8, image);
+    PictureWriter().Write(folder_.path() / to, image, read.metadata.get(), true);
+    return ReportPicture(folder_.path() / to).info.exif;
+  }
+
+  ScratchFolder folder_;
+  HostImage image_;
+  std::string plain_;
+};
+
+TEST_F(PhotoFile, WhatNothingKeepsIsReportedAsLost) {
+  EXPECT_EQ(LostTo(folder_.path() / "plain.jpg", "out.jpg"), "");
+  EXPECT_EQ(LostTo(Write(Segment(0xe2, "MPF\0..."s)), "out.jpg"), "further pictures (MPF)");
+}
+
+TEST_F(PhotoFile, ExifDataStaysAsItIsStored) {
+  const std::string exif = ExifBytes{true, "abc", true, 16, 8}.Build();
+  const auto file = Write(ExifSegment(exif));
+  EXPECT_EQ(LostTo(file, "out.jpg"), "");
+  EXPECT_EQ(PassOn(file, "out.jpg"), exif);
+  EXPECT_EQ(LostTo(file, "out.png"), "");
+  EXPECT_EQ(PassOn(file, "out.png"), exif);
+  EXPECT_EQ(PassOn(folder_.path() / "out.png", "again.png"), exif);
+  EXPECT_EQ(LostTo(file, "out.tif"), "maker note");
+  // Texts of a PNG file are none of its Exif data.
+  EXPECT_EQ(LostTo(folder_.path() / "out.png", "out.jpg"), "maker note");
+  HostImage image;
+  PictureReader().ReadColour(folder_.path() / "out.jpg", 8, image);
+  EXPECT_EQ(image.Width(), 16);
+}
+
+TEST_F(PhotoFile, DamagedExifDataIsNotPassedOn) {
+  EXPECT_EQ(ReportPicture(Write(ExifSegment("II*"))).info.exif, "");
+  EXPECT_EQ(ReportPicture(Write(ExifSegment(ExifBytes{}.Build()))).info.exif, ExifBytes{}.Build());
+}
+
+}  // namespace
+}  // namespace vblur::host

@@ -1,0 +1,174 @@
+#include "host/pictures/PngChunks.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include "host/files/OutputFile.h"
+#include "host/files/PictureReport.h"
+#include "host/pictures/PictureFileOpen.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/RawPictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+struct Chunk {
+  std::string name;
+  std::string data;
+};
+
+std::string Big32(std::size_t value) {
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8)
+    bytes.push_back(static_cast<char>(value >> shift & 0xff));
+  return bytes;
+}
+
+std::string Packed(const std::string& name, const std::string& data) {
+  const std::string sum = name + data;
+  return Big32(data.size()) + sum +
+         Big32(::crc32(0, reinterpret_cast<const Bytef*>(sum.data()), static_cast<uInt>(sum.size())));
+}
+
+std::vector<Chunk> ChunksOf(const std::string& file) {
+  std::vector<Chunk> chunks;
+  for (std::size_t at = 8; at + 12 <= file.size();) {
+    std::size_t length = 0;
+    for (std::size_t i = at; i < at + 4; ++i)
+      length = length << 8 | static_cast<unsigned char>(file[i]);
+    const Chunk chunk{file.substr(at + 4, 4), file.substr(at + 8, length)};
+    EXPECT_EQ(file.substr(at, length + 12), Packed(chunk.name, chunk.data));
+    // The place of the picture, which the library always writes.
+    if (chunk.name != "oFFs") chunks.push_back(chunk);
+    at += length + 12;
+  }
+  return chunks;
+}
+
+class PngChunks : public testing::Test {
+ protected:
+  // A PNG file as the library writes it, with these chunks behind its header.
+  std::string WritePng(const std::string& name, const std::string& chunks) {
+    OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);
+    WriteRaw(folder_.path() / name, "png", spec, std::vector<std::uint8_t>(6, 50));
+    std::string bytes = Bytes(folder_.path() / name);
+    bytes.insert(static_cast<std::size_t>(kPngChunksBegin), chunks);
+    folder_.Write(name, bytes);
+    return name;
+  }
+
+  std::vector<Chunk> PassOn(const std::string& from) {
+    HostImage image;
+    const auto read = PictureReader().ReadColour(folder_.path() / from, 8, image);
+    PictureWriter().Write(folder_.path() / "out.png", image, read.metadata.get(), true);
+    return ChunksOf(Bytes(folder_.path() / "out.png"));
+  }
+
+  static std::vector<std::string> NamesOf(const std::vector<Chunk>& chunks) {
+    std::vector<std::string> names;
+    for (const Chunk& each : chunks)
+      names.push_back(each.name);
+    return names;
+  }
+
+  ScratchFolder folder_;
+};
+
+// The library's reader says sRGB of files that say nothing.
+TEST_F(PngChunks, ColoursAreWhatTheSourceSaysOfThem) {
+  const std::vector<std::string> plain = {"IHDR", "IDAT", "IEND"};
+  EXPECT_EQ(NamesOf(PassOn(WritePng("plain.png", ""))), plain);
+  const std::string gamma = Packed("gAMA", Big32(100000));
+  const std::string white = Packed("cHRM", std::string(32, '\1'));
+  const auto chunks = PassOn(WritePng("linear.png", gamma + white));
+  EXPECT_EQ(NamesOf(chunks), (std::vector<std::string>{"IHDR", "gAMA", "cHRM", "IDAT", "IEND"}));
+  EXPECT_EQ(chunks[1].data, Big32(100000));
+  EXPECT_EQ(chunks[2].data, std::string(32, '\1'));
+  const auto srgb = PassOn(WritePng("srgb.png", Packed("sRGB", std::string(1, '\2'))));
+  EXPECT_EQ(NamesOf(srgb), (std::vector<std::string>{"IHDR", "sRGB", "IDAT", "IEND"}));
+  EXPECT_EQ(srgb[1].data, std::string(1, '\2'));
+}
+
+TEST_F(PngChunks, AColourChunkThatIsTooLongIsNotPassedOn) {
+  WritePng("long.png", Packed("gAMA", std::string(4000, '\1')));
+  EXPECT_EQ(ReportPicture(folder_.path() / "long.png").info.colourChunks, "");
+}
+
+TEST_F(PngChunks, TextsBeyondAsciiAreUtf8) {
+  using namespace std::string_literals;
+  const auto chunks = PassOn(WritePng("text.png", Packed("tEXt", "Author\0M\xfcller"s) +
+                                                      Packed("iTXt", "Description\0\0\0\0\0\xe6\x97\xa5"s) +
+                                                      Packed("tEXt", "Title\0plain"s)));
+  EXPECT_EQ(NamesOf(chunks), (std::vector<std::string>{"IHDR", "iTXt", "iTXt", "tEXt", "IDAT", "IEND"}));
+  EXPECT_EQ(chunks[1].data, "Author\0\0\0\0\0M\xc3\xbcller"s);
+  EXPECT_EQ(chunks[2].data, "Description\0\0\0\0\0\xe6\x97\xa5"s);
+  EXPECT_EQ(chunks[3].data, "Title\0plain"s);
+  // And read again.
+  const OIIO::ImageSpec spec = OpenPictureFile(folder_.path() / "out.png", {}).file->spec();
+  EXPECT_EQ(spec.get_string_attribute("Artist"), "M\xc3\xbcller");
+  EXPECT_EQ(spec.get_string_attribute("ImageDescription"), "\xe6\x97\xa5");
+}
+
+TEST_F(PngChunks, Latin1BecomesUtf8Once) {
+  OIIO::ImageSpec spec;
+  const auto expect = [&](const char* text, const char* utf8) {
+    spec.attribute("Artist", text);
+    MakePngTextsUtf8(spec);
+    EXPECT_EQ(spec.get_string_attribute("Artist"), utf8);
+  };
+  expect("\xe9\xff", "\xc3\xa9\xc3\xbf");
+  expect("\x80", "\xc2\x80");
+  for (const char* same : {"", "a", "\xc2\x80", "\xdf\xbf", "\xe0\xa0\x80", "\xf4\x8f\xbf\xbf"})
+    expect(same, same);
+  // A character that ends too soon, one that only goes on, and bytes that UTF-8 never has.
+  expect("\xc3", "\xc3\x83");
+  expect("\xe6\x97", "\xc3\xa6\xc2\x97");
+  expect("\xc3(", "\xc3\x83(");
+  expect("\xbf", "\xc2\xbf");
+  expect("\xc1\x80", "\xc3\x81\xc2\x80");
+  expect("\xf5\x80\x80\x80", "\xc3\xb5\xc2\x80\xc2\x80\xc2\x80");
+}
+
+TEST_F(PngChunks, ExifDataIsHeldOnceAndNotAsText) {
+  OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("Orientation", 6);
+  spec.attribute("Make", "Maker");
+  spec.attribute("ExposureTime", 0.5f);
+  spec.attribute("Exif:DateTimeOriginal", "2020:01:01 00:00:00");
+  spec.attribute("GPS:Altitude", 12.0f);
+  spec.attribute("Artist", "somebody");
+  WriteRaw(folder_.path() / "photo.tif", "tiff", spec, std::vector<std::uint8_t>(6, 50));
+  for (const char* from : {"photo.tif", "again.png"}) {
+    const auto chunks = PassOn(from);
+    EXPECT_EQ(NamesOf(chunks), (std::vector<std::string>{"IHDR", "eXIf", "tIME", "tEXt", "IDAT", "IEND"})) << from;
+    EXPECT_EQ(chunks[1].data.substr(0, 4), std::string("II*\0", 4));
+    const OIIO::ImageSpec out = OpenPictureFile(folder_.path() / "out.png", {}).file->spec();
+    EXPECT_EQ(out.get_int_attribute("Orientation"), 6);
+    EXPECT_EQ(out.get_string_attribute("Make"), "Maker");
+    EXPECT_EQ(out.get_float_attribute("ExposureTime"), 0.5f);
+    EXPECT_EQ(out.get_string_attribute("Exif:DateTimeOriginal"), "2020:01:01 00:00:00");
+    // TIFF files have none.
+    EXPECT_EQ(out.find_attribute("GPS:Altitude"), nullptr);
+    EXPECT_EQ(out.get_string_attribute("Artist"), "somebody");
+    std::filesystem::rename(folder_.path() / "out.png", folder_.path() / "again.png");
+  }
+}
+
+TEST_F(PngChunks, NoExifDataIsMadeUp) {
+  OIIO::ImageSpec description;
+  description.attribute("Artist", "somebody");
+  EXPECT_EQ(TakePngChunks(description, "", ""), "");
+  EXPECT_EQ(description.get_string_attribute("Artist"), "somebody");
+}
+
+TEST_F(PngChunks, ANameThatIsNoKeywordStaysWithTheLibrary) {
+  OIIO::ImageSpec spec;
+  const std::string name(80, 'n');
+  spec.attribute(name, "\xc3\xbc");
+  EXPECT_EQ(TakePngChunks(spec, "", ""), "");
+  EXPECT_EQ(spec.get_string_attribute(name), "\xc3\xbc");
+}
+
+}  // namespace
+}  // namespace vblur::host
