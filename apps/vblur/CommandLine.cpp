@@ -56,6 +56,7 @@ std::size_t FirstWord(const std::vector<std::string>& arguments, std::size_t at,
                       std::initializer_list<const CLI::App*> takers) {
   while (at < arguments.size() && arguments[at].starts_with('-') && !host::IsStandardStream(arguments[at])) {
     const std::string& argument = arguments[at];
+    if (argument == "--") return std::min(at + 1, arguments.size());
     // "--threads=4" as --threads, "-vv" as -v.
     const std::string name = argument.substr(0, argument.starts_with("--") ? argument.find('=') : 2);
     const CLI::Option* option = nullptr;

@@ -1,6 +1,8 @@
 // vblur info FILE...: what picture files hold, and what a render would keep of it.
+#include <algorithm>
 #include <cstdio>
 #include <optional>
+#include <sstream>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -55,8 +57,12 @@ class InfoCommand : public Command {
   explicit InfoCommand(CLI::App& parent)
       : Command(parent, "info", "Print what picture files hold and what a render keeps") {
     App()->add_option("FILE", files_, "Pictures; - is the standard input")->required()->type_name("");
-    AddTextOption(*App(), "--to", "FORMAT", "Only for outputs with this extension, such as png [all formats]",
-                  [this](const std::string& text) { format_ = &host::FormatOfExtension("--to", text); });
+    AddTextOption(*App(), "--to", "FORMAT,...", "Only for outputs with these extensions, such as png,exr [all formats]",
+                  [this](const std::string& text) { AddFormats(text); });
+    AddTextOption(*App(), "--layer", "NAME", "Layer that is worked on, such as diffuse [the one without a name]",
+                  [this](const std::string& name) { choice_.layer = name; });
+    AddTextOption(*App(), "--max-pixels", "N", "Most pixels of a picture that is read, such as 500M [1G]",
+                  [this](const std::string& text) { choice_.mostPixels = ParsePixels("--max-pixels", text); });
     App()->add_flag("--json", json_, "Print a JSON object for each file");
   }
 
@@ -64,7 +70,7 @@ class InfoCommand : public Command {
     host::ExitCode code = host::ExitCode::Done;
     for (const std::string& file : files_) {
       try {
-        const PictureReport report = host::ReportPicture(file);
+        const PictureReport report = host::ReportPicture(file, choice_);
         std::puts(json_ ? JsonLine(file, report).c_str() : Text(file, report).c_str());
       } catch (const host::Failure& failure) {
         if (files_.size() == 1) throw;
@@ -76,10 +82,17 @@ class InfoCommand : public Command {
   }
 
  private:
+  void AddFormats(const std::string& text) {
+    std::istringstream words(text);
+    for (std::string each; std::getline(words, each, ',');)
+      formats_.push_back(&host::FormatOfExtension("--to", each));
+  }
+
   std::vector<Outcome> Outcomes(const PictureReport& report) const {
     std::vector<Outcome> outcomes;
     for (const OutputFormat& format : host::OutputFormats()) {
-      if (format_ == nullptr || format_ == &format) outcomes.push_back(OutcomeOf(report, format));
+      const bool isChosen = std::ranges::find(formats_, &format) != formats_.end();
+      if (formats_.empty() || isChosen) outcomes.push_back(OutcomeOf(report, format));
     }
     return outcomes;
   }
@@ -138,7 +151,8 @@ class InfoCommand : public Command {
   }
 
   std::vector<std::string> files_;
-  const OutputFormat* format_ = nullptr;
+  std::vector<const OutputFormat*> formats_;  // none: all of them
+  host::ReadChoice choice_;
   bool json_ = false;
 };
 

@@ -57,7 +57,8 @@ class RenderCommand : public Command {
                   "Also write the job file that renders the same, once the render is done",
                   [this](const std::string& file) { savedJob_ = file; })
         ->group("Output");
-    AddTextOption(*App(), "--load-properties", "FILE", "Properties from a file; those given as options win",
+    AddTextOption(*App(), "--load-properties", "FILE",
+                  "Properties from a file; - is the standard input. Those given as options win",
                   [this](const std::string& file) { loadedProperties_ = file; })
         ->group("Property files");
     AddTextOption(*App(), "--save-properties", "FILE", "Also write the properties to a file, once the render is done",
@@ -188,6 +189,9 @@ class RenderCommand : public Command {
   }
 
   void LoadProperties() {
+    if (host::IsStandardStream(loadedProperties_) && host::ReadsStandardInput(job_)) {
+      host::Refuse("--load-properties", "the standard input is a picture, expected a file");
+    }
     const host::PropertyStore loaded = host::ReadPropertyFile(loadedProperties_);
     for (const Property& property : kProperties) {
       const auto* setting = loaded.Find(property.guid);

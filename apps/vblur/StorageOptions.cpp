@@ -23,9 +23,8 @@ void StorageChanges::ApplyTo(host::Job& job) const {
 }
 
 void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
-  const auto add = [&](const char* name, const char* form, const char* help,
-                       std::function<void(const std::string&)> set) {
-    AddTextOption(app, name, form, help, std::move(set))->group("Output");
+  const auto add = [&](const char* name, const char* form, const char* help, const auto& set) {
+    AddTextOption(app, name, form, help, set)->group("Output");
   };
   add("--format", "EXT", "Format of OUTPUT, such as png [that of its name; of -, that of the input, or png]",
       [&](const std::string& text) {

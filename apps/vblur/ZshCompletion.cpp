@@ -33,10 +33,9 @@ std::string ZshOptions(const std::vector<OptionEntry>& options) {
     for (const std::string& name : option.names) {
       const bool isLong = name.size() > 2;
       const std::string value = option.TakesValue() ? (isLong ? "=" : "+") : "";
-      lines += "    " +
-               ZshQuoted(others + name + value + ZshDescription(option.help) +
-                         (option.TakesValue() ? ZshAction(option) : "")) +
-               "\n";
+      const std::string action = option.TakesValue() ? ZshAction(option) : "";
+      const std::string entry = ZshQuoted(others + name + value + ZshDescription(option.help) + action);
+      lines.append("    ").append(entry).append("\n");
     }
   }
   return lines;

@@ -7,10 +7,12 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
 
 namespace vblur::host {
 
-std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind) {
+std::string ReadTextFile(const std::filesystem::path& named, const std::string& kind) {
+  const std::filesystem::path path = IsStandardStream(named) ? "/dev/stdin" : named;
   constexpr std::size_t kLargest = std::size_t{16} << 20;
   const auto fail = [&](const std::string& reason) { Refuse(ExitCode::CannotRead, path.string(), reason); };
   std::error_code error;

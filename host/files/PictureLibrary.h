@@ -53,7 +53,7 @@ class PictureLibrary {
   // Failure (cannot write), and FileInterrupted.
   virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;
   // Of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
-  virtual PictureReport Report(const std::filesystem::path& path) = 0;
+  virtual PictureReport Report(const std::filesystem::path& path, const ReadChoice& choice) = 0;
   // Scales a four-component picture to the size of another of the same depth, each component independently.
   virtual void Scale(const HostImage& from, HostImage& to) = 0;
 };

@@ -105,9 +105,9 @@ void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetO
 
 }  // namespace
 
-PictureReport ReportPicture(const std::filesystem::path& path) {
+PictureReport ReportPicture(const std::filesystem::path& path, const ReadChoice& choice) {
   RequirePictureFile(path);
-  return ThePictureLibrary().Report(path);
+  return ThePictureLibrary().Report(path, choice);
 }
 
 SampleType OutputTypeOf(const PictureInfo& source, const OutputFormat& format, const OutputStorage& storage) {

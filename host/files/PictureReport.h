@@ -24,7 +24,7 @@ struct PictureReport {
 };
 
 // Throws as ReadPictureInfo does.
-PictureReport ReportPicture(const std::filesystem::path& path);
+PictureReport ReportPicture(const std::filesystem::path& path, const ReadChoice& choice = {});
 
 enum class LossKind { Pictures, Levels, Tiles, Channels, Alpha, Colours, Samples, Metadata, Windows };
 

@@ -63,7 +63,9 @@ std::uint32_t StepOf(Sample value) {
   constexpr std::uint32_t kRange = (1u << bits) - 1;
   if constexpr (std::is_floating_point_v<Sample>) {
     if (!(value > 0.0f)) return 0;
-    return static_cast<std::uint32_t>(std::min(1.0, static_cast<double>(value)) * kRange + 0.5);
+    // Exact: 24 bits times 16 and a half have their place in a double.
+    constexpr double kHalf = 0.5;
+    return static_cast<std::uint32_t>(std::min(1.0, static_cast<double>(value)) * kRange + kHalf);
   } else {
     constexpr std::uint32_t kOwn = static_cast<Sample>(~Sample{0});
     return sample::Quotient(value * kRange, kOwn);

@@ -209,8 +209,7 @@ Job ParseJob(std::string_view text, const std::filesystem::path& folder) {
 }
 
 Job ReadJobFile(const std::filesystem::path& path) {
-  const bool fromStream = path == "-";
-  const std::string text = ReadTextFile(fromStream ? "/dev/stdin" : path, "job file");
+  const std::string text = ReadTextFile(path, "job file");
   try {
     const std::filesystem::path folder = path.parent_path();
     return ParseJob(text, folder.empty() ? "." : folder);

@@ -74,7 +74,7 @@ class FileCollisions {
 }  // namespace
 
 std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {
-  const std::filesystem::path name = pattern.FileName(frame);
+  std::filesystem::path name = pattern.FileName(frame);
   if (IsStandardStream(name)) return name;
   // Messages name "x" rather than "./x".
   return job.folder == "." || job.folder.empty() ? name : job.folder / name;

@@ -27,7 +27,9 @@ class PictureModule final : public PictureLibrary {
   std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
     return WritePicture(picture, stop);
   }
-  PictureReport Report(const std::filesystem::path& path) override { return DescribeFile(path); }
+  PictureReport Report(const std::filesystem::path& path, const ReadChoice& choice) override {
+    return DescribeFile(path, choice);
+  }
 
   void Scale(const HostImage& from, HostImage& to) override {
     OIIO::ImageBuf target = View(to);

@@ -153,7 +153,7 @@ class Plan {
 
   // Those of the source; others get the usual names in the layer of the source's colours.
   std::string NameFor(int component) const {
-    const std::string usual = component == 0 && IsGrey(pixels_) ? "Y" : std::string(1, "RGBA"[component]);
+    std::string usual = component == 0 && IsGrey(pixels_) ? "Y" : std::string(1, "RGBA"[component]);
     if (!KeepsChannels()) return usual;
     const PictureInfo& info = metadata_->info;
     const bool sameColour = component == 3 || IsGrey(pixels_) == info.IsGrey();

@@ -4,8 +4,8 @@
 
 namespace vblur::host {
 
-PictureReport DescribeFile(const std::filesystem::path& path) {
-  const OpenPicture opened = OpenPictureFile(path, {});
+PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice) {
+  const OpenPicture opened = OpenPictureFile(path, choice);
   return DescribePicture(CollectMetadata(opened.file->spec(), opened.info));
 }
 

@@ -9,7 +9,7 @@
 namespace vblur::host {
 
 // As PictureLibrary::Report.
-PictureReport DescribeFile(const std::filesystem::path& path);
+PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice);
 // Of a picture that has been read.
 PictureReport DescribePicture(const PictureMetadata& metadata);
 

@@ -40,6 +40,17 @@ TEST_F(Conveniences, OptionsMayStandBeforeTheFiles) {
                 "unknown option \"--thread\"; did you mean \"--threads\"?; see vblur --help");
 }
 
+TEST_F(Conveniences, TwoDashesEndTheOptions) {
+  std::filesystem::rename(Path("in.png"), Path("-in.png"));
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"render", "--blur", "4", "--", "-in.png", "-out.png"}, {"--blur", "4", "--", "-in.png", "-out.png"}}) {
+    const auto result = Run(command);
+    EXPECT_EQ(result.exit, 0) << result.err;
+    EXPECT_TRUE(std::filesystem::remove(Path("-out.png")));
+  }
+  ExpectRefusal({"--"}, 2, "unknown option \"--\"; see vblur --help");
+}
+
 TEST_F(Conveniences, HelpAndVersionHaveShortForms) {
   EXPECT_EQ(Run({"help"}).out, Run({"--help"}).out);
   EXPECT_EQ(Run({"help", "render"}).out, Run({"render", "--help"}).out);

@@ -246,5 +246,14 @@ TEST_F(StandardStreams, CommandsThatWriteFilesOnlySaySo) {
   EXPECT_NE(Run({"view", "--help"}).out.find("- is the standard input"), std::string::npos);
 }
 
+TEST_F(StandardStreams, PropertiesComeFromTheInput) {
+  ASSERT_EQ(Run({"render", "in.png", "a.png", "--blur", "7", "--save-properties", "look.json"}).exit, 0);
+  const auto result = Run({"render", "in.png", "b.png", "--load-properties", "-"}, From("look.json"));
+  EXPECT_EQ(result.exit, 0) << result.err;
+  EXPECT_EQ(host::Bytes(Path("b.png")), host::Bytes(Path("a.png")));
+  ExpectOneLine(Run({"render", "-", "c.png", "--load-properties", "-"}, From("look.json")), 2,
+                "--load-properties: the standard input is a picture, expected a file");
+}
+
 }  // namespace
 }  // namespace vblur::cli

@@ -96,6 +96,17 @@ TEST_F(Storage, InfoTellsWhatFilesHoldAndOutputsKeep) {
   EXPECT_EQ(json["outputs"].size(), 11u);
   EXPECT_EQ(json["outputs"]["png"]["lost"],
             nlohmann::json({"last bits of uint16 samples (steps of 1/16384 are rendered)"}));
+  const auto chosen = nlohmann::json::parse(Run({"info", "in.png", "--json", "--to", "exr,TIF"}).out);
+  EXPECT_EQ(chosen["outputs"].size(), 2u);
+  EXPECT_TRUE(chosen["outputs"].contains("exr") && chosen["outputs"].contains("tif"));
+  ExpectRefusal(
+      {"info", "in.png", "--to", "exr,odd"}, 2,
+      "--to: expected one of png jpg jpeg jpe tif tiff exr dpx webp tga bmp ppm sgi rgba rgb hdr, found \"odd\"");
+  ExpectRefusal(
+      {"info", "in.png", "--max-pixels", "199"}, 3,
+      "in.png: cannot read: 20 x 10 pixels, 200 in all, expected at most 199; give --max-pixels to allow more");
+  ExpectRefusal({"info", "in.png", "--layer", "diffuse"}, 3,
+                "in.png: cannot read: it has no layer \"diffuse\", and no other");
   ExpectRefusal({"info", "none.png"}, 3, "none.png: cannot read: no such file");
   const auto some = Run({"info", "none.png", "in.png", "--to", "png"});
   EXPECT_EQ(some.exit, 3);

@@ -206,7 +206,7 @@ TEST_F(PictureFile, OtherThingsThanPicturesAreNamed) {
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo(folder_.path()); })->what(),
             folder_.path().string() + ": cannot read: it is a folder, a picture file was expected");
   EXPECT_EQ(CaughtFailure([&] { ReadPictureInfo("/dev/null"); })->what(),
-            std::string("/dev/null: cannot read: not a regular file"));
+            std::string("/dev/null: cannot read: not a regular file; - reads a picture from a pipe"));
 }
 
 // The library's readers would take it for a damaged file.
