@@ -9,8 +9,8 @@
 
 namespace vblur::host {
 
-// `kind` names the kind of file in messages. Throws Failure (cannot read) that begins with the file's name for a file
-// that is missing, unreadable or larger than 16 MiB.
+// "-" is the standard input. `kind` names the kind of file in messages. Throws Failure (cannot read) that begins with
+// the file's name for a file that is missing, unreadable or larger than 16 MiB.
 std::string ReadTextFile(const std::filesystem::path& named, const std::string& kind);
 
 // The whole text in a temporary file, which replaces the target when committed. Throws Failure (cannot write).

@@ -143,6 +143,17 @@ class Plan {
       Note("the input has no alpha and the result has; written without it");
     }
     if (!losses.empty()) Note("lost: " + ListOf(losses));
+    NoteMadeColours();
+  }
+
+  void NoteMadeColours() {
+    constexpr std::array<const char*, 3> kColours{"red", "green", "blue"};
+    if (IsGrey(pixels_)) return;
+    for (int component = 0; component < 3; ++component) {
+      if (SourceOf(component) >= 0) continue;
+      Note(std::string("the input has no ") + kColours[static_cast<std::size_t>(component)] +
+           " channel and the output has");
+    }
   }
 
   // The place of a component among the source's channels; -1 for none.
