@@ -46,9 +46,9 @@ class OpenedPicture final : public PictureSource {
  private:
   const OIIO::ImageSpec& Spec() const { return picture_.file->spec(); }
   // Some channels of some rows, as `type` or, for an unknown one, as they are stored.
-  void ReadChannels(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
+  void ReadChannels(std::int32_t first, std::int32_t count, int channel, int channels, const OIIO::TypeDesc& type,
                     std::byte* samples);
-  bool ReadFromFile(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
+  bool ReadFromFile(std::int32_t first, std::int32_t count, int channel, int channels, const OIIO::TypeDesc& type,
                     std::byte* samples);
   // Out of pixels as they are stored.
   void ConvertTaken(std::size_t pixels, std::byte* samples) const;
@@ -63,8 +63,8 @@ class OpenedPicture final : public PictureSource {
   std::vector<std::byte> passing_;
 };
 
-void OpenedPicture::ReadChannels(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
-                                 std::byte* samples) {
+void OpenedPicture::ReadChannels(std::int32_t first, std::int32_t count, int channel, int channels,
+                                 const OIIO::TypeDesc& type, std::byte* samples) {
   const PictureFileChatter chatter;
   bool done = false;
   try {
@@ -77,8 +77,8 @@ void OpenedPicture::ReadChannels(std::int32_t first, std::int32_t count, int cha
   RefuseToRead(path_, "the picture is damaged or cut short (" + LibraryMessage(message, "its pixels end early") + ")");
 }
 
-bool OpenedPicture::ReadFromFile(std::int32_t first, std::int32_t count, int channel, int channels, OIIO::TypeDesc type,
-                                 std::byte* samples) {
+bool OpenedPicture::ReadFromFile(std::int32_t first, std::int32_t count, int channel, int channels,
+                                 const OIIO::TypeDesc& type, std::byte* samples) {
   const OIIO::ImageSpec& spec = Spec();
   const int begin = spec.y + first;
   const int end = begin + count;
