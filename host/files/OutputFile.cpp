@@ -23,7 +23,8 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   if (error && std::filesystem::is_symlink(real)) RefuseToWrite(path, "its links lead in a circle");
   if (!std::filesystem::exists(status)) return;
   if (std::filesystem::is_directory(status)) RefuseToWrite(path, "it is a folder, a file name was expected");
-  if (!std::filesystem::is_regular_file(status)) RefuseToWrite(path, "not a regular file; - writes a picture into a pipe");
+  if (!std::filesystem::is_regular_file(status))
+    RefuseToWrite(path, "not a regular file; - writes a picture into a pipe");
   if (!overwrite) {
     throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write: the file exists already",
                   FailureKind::FileExists);

@@ -67,7 +67,8 @@ void RequirePictureFile(const std::filesystem::path& path) {
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) RefuseToRead(path, "no such file");
   if (std::filesystem::is_directory(status)) RefuseToRead(path, "it is a folder, a picture file was expected");
-  if (!std::filesystem::is_regular_file(status)) RefuseToRead(path, "not a regular file; - reads a picture from a pipe");
+  if (!std::filesystem::is_regular_file(status))
+    RefuseToRead(path, "not a regular file; - reads a picture from a pipe");
   if (std::filesystem::file_size(path, error) == 0 && !error)
     RefuseToRead(path, "the file is empty, a picture was expected");
   std::FILE* file = std::fopen(path.c_str(), "rb");

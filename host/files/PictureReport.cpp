@@ -66,9 +66,11 @@ const FileChannel& ChannelAt(const PictureInfo& info, int channel) {
 
 void AddChannels(const PictureInfo& info, std::vector<Loss>& losses) {
   if (info.passing.empty()) return;
+  constexpr std::size_t kNamed = 20;
   std::string names;
-  for (const int at : info.passing)
-    names += (names.empty() ? "" : ", ") + ChannelAt(info, at).name;
+  for (std::size_t i = 0; i < std::min(info.passing.size(), kNamed); ++i)
+    names += (names.empty() ? "" : ", ") + ChannelAt(info, info.passing[i]).name;
+  if (info.passing.size() > kNamed) names += " and " + std::to_string(info.passing.size() - kNamed) + " more";
   losses.push_back({LossKind::Channels, (info.passing.size() == 1 ? "channel " : "channels ") + names});
 }
 

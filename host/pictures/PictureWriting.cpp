@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -38,6 +39,20 @@ std::int32_t RowsAtOnce(std::size_t rowBytes) {
   constexpr std::size_t kPacked = 64;
   const std::size_t fitting = kBytes / std::max<std::size_t>(rowBytes, 1);
   return static_cast<std::int32_t>(std::clamp(fitting / kPacked * kPacked, kPacked, std::size_t{4096}));
+}
+
+// What the system says to more bytes in a file that a writer has opened by itself and failed to write: a full disk. 0:
+// it takes them.
+int ErrorAtEnd(const std::filesystem::path& file) {
+  constexpr std::size_t kBytes = std::size_t{1} << 20;
+  const std::vector<char> bytes(kBytes);
+  errno = 0;
+  std::FILE* const end = std::fopen(file.c_str(), "ab");
+  if (end == nullptr) return errno;
+  const bool isWritten = std::fwrite(bytes.data(), 1, kBytes, end) == kBytes && std::fflush(end) == 0;
+  const int error = isWritten ? 0 : errno;
+  std::fclose(end);
+  return error;
 }
 
 // Writes one picture into one file.
@@ -104,7 +119,8 @@ class Writing {
 
   [[noreturn]] void Fail(const std::string& otherwise) {
     const std::string message = LibraryMessage(writer_->geterror(), otherwise);
-    Refuse(HasSystemError() ? std::generic_category().message(stream_->SystemError()) : message);
+    const int error = stream_ ? stream_->SystemError() : ErrorAtEnd(picture_.file);
+    Refuse(error != 0 ? std::generic_category().message(error) : message);
   }
 
   void StopIfAsked() {
@@ -174,7 +190,7 @@ class Writing {
     config.attribute("oiio:UnassociatedAlpha", 1);
     OIIO::ImageSpec spec;
     if (!again || !again->open(picture_.file.string(), spec, config) || !IsSame(*again)) {
-      Refuse("the file came out incomplete; is the disk full?");
+      Fail("the file came out incomplete");
     }
   }
 

@@ -110,6 +110,18 @@ TEST_F(OutputLayout, FurtherChannelsPassInTheirOrderWithTheirTypes) {
             Notes{"output: lost: channels Z, id, light.R, last bits of half samples (uint16 are written)"});
 }
 
+TEST_F(OutputLayout, ALineNamesTwentyChannels) {
+  std::vector<std::string> channels{"R", "G", "B"};
+  std::string line = "output: lost: channels ";
+  for (int i = 10; i < 32; ++i)
+    channels.push_back("c" + std::to_string(i));
+  for (std::size_t i = 3; i < 23; ++i)
+    line += channels[i] + (i < 22 ? ", " : " and 2 more, last bits of float samples (uint16 are written)");
+  WriteWindowed(folder_.path() / "in.exr", {0, 0, 1, 1}, {0, 0, 1, 1}, channels, 0.5f);
+  Read("in.exr");
+  EXPECT_EQ(Write("out.png"), Notes{line});
+}
+
 TEST_F(OutputLayout, GreyStaysGreyUnlessTheResultIsNot) {
   for (const char* name : {"in.png", "in.tif", "in.exr", "in.jpg"}) {
     const auto& format = OutputFormatOf(name);
