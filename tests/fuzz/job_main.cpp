@@ -7,7 +7,10 @@
 
 #include "tests/fuzz/JobFuzz.h"
 
-int main(int argc, char** argv) {
+namespace vblur::test {
+namespace {
+
+int Run(int argc, char** argv) {
   std::uint64_t count = 100000;
   std::uint64_t seed = 1;
   std::int64_t only = -1;
@@ -17,18 +20,13 @@ int main(int argc, char** argv) {
   app.add_option("--only", only, "One of them, by its number");
   CLI11_PARSE(app, argc, argv);
 
-  vblur::test::JobFuzz fuzz(seed);
+  JobFuzz fuzz(seed);
   const std::uint64_t first = only < 0 ? 0 : static_cast<std::uint64_t>(only);
   const std::uint64_t end = only < 0 ? count : first + 1;
-  try {
-    for (std::uint64_t index = first; index < end; ++index) {
-      // After a crash this is the frame that reproduces it.
-      if (index % 100 == 0 || only >= 0) std::fprintf(stderr, "\rframe %llu", static_cast<unsigned long long>(index));
-      fuzz.Render(index);
-    }
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "\n%s\n", error.what());
-    return 1;
+  for (std::uint64_t index = first; index < end; ++index) {
+    // After a crash this is the frame that reproduces it.
+    if (index % 100 == 0 || only >= 0) std::fprintf(stderr, "\rframe %llu", static_cast<unsigned long long>(index));
+    fuzz.Render(index);
   }
   const auto& counts = fuzz.counts();
   std::fprintf(stderr, "\n");
@@ -38,4 +36,16 @@ int main(int argc, char** argv) {
       static_cast<long long>(counts.rendered), static_cast<long long>(counts.refusedByHost),
       static_cast<long long>(counts.refusedByEffect), static_cast<long long>(counts.outOfMemory));
   return 0;
+}
+
+}  // namespace
+}  // namespace vblur::test
+
+int main(int argc, char** argv) {
+  try {
+    return vblur::test::Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "\n%s\n", error.what());
+    return 1;
+  }
 }

@@ -2,6 +2,7 @@
 // counts. Build with the preset asan.
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <map>
 #include <string>
 
@@ -9,7 +10,10 @@
 
 #include "tests/fuzz/OverlayFuzz.h"
 
-int main(int argc, char** argv) {
+namespace vblur::test {
+namespace {
+
+int Run(int argc, char** argv) {
   double seconds = 600.0;
   std::uint64_t seed = 1;
   CLI::App app("Does anything at any time to the overlay, until the time is up or something breaks.");
@@ -26,7 +30,7 @@ int main(int argc, char** argv) {
   for (; spent() < seconds; ++worlds) {
     // After a crash this is the seed that reproduces it.
     std::fprintf(stderr, "\rworld of seed %llu", static_cast<unsigned long long>(seed + worlds));
-    vblur::test::OverlayFuzz fuzz(seed + worlds);
+    OverlayFuzz fuzz(seed + worlds);
     for (int step = 0; step < kSteps; ++step)
       fuzz.Step();
     steps += kSteps;
@@ -39,4 +43,16 @@ int main(int argc, char** argv) {
   for (const auto& [name, count] : counts)
     std::printf("%12lld  %s\n", static_cast<long long>(count), name.c_str());
   return 0;
+}
+
+}  // namespace
+}  // namespace vblur::test
+
+int main(int argc, char** argv) {
+  try {
+    return vblur::test::Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "\n%s\n", error.what());
+    return 1;
+  }
 }

@@ -97,9 +97,10 @@ TEST_F(PictureLosses, LargeFilesAreReadInParts) {
     spec.attribute("compression", "none");
     std::vector<float> samples;
     for (int y = 0; y < kRows; ++y) {
+      const int high = y / 256;
       for (int x = 0; x < kColumns; ++x)
         samples.insert(samples.end(), {static_cast<float>(x % 256) / 255.0f, static_cast<float>(y % 256) / 255.0f,
-                                       static_cast<float>(y / 256) / 255.0f, static_cast<float>(y)});
+                                       static_cast<float>(high) / 255.0f, static_cast<float>(y)});
     }
     const auto path = folder_.path() / "large.exr";
     WriteRaw(path, "openexr", spec, samples);
