@@ -83,7 +83,8 @@ class InfoCommand : public Command {
 
  private:
   void AddFormats(const std::string& text) {
-    std::istringstream words(text);
+    // An empty word at the end counts too.
+    std::istringstream words(text + ",");
     for (std::string each; std::getline(words, each, ',');)
       formats_.push_back(&host::FormatOfExtension("--to", each));
   }

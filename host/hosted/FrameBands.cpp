@@ -25,9 +25,10 @@ double ValueOf(const Job& job, PropertyId id) {
 }
 
 std::string_view EntryOf(const Job& job, PropertyId id) {
-  const auto entry = static_cast<std::size_t>(ValueOf(job, id));
+  const double entry = ValueOf(job, id);
   const auto& names = PropertyOf(id).entries;
-  return entry < names.size() ? std::string_view(names[entry]) : std::string_view();
+  const bool isListed = entry >= 0.0 && entry < static_cast<double>(names.size());
+  return isListed ? std::string_view(names[static_cast<std::size_t>(entry)]) : std::string_view();
 }
 
 }  // namespace
@@ -75,6 +76,30 @@ std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height) {
   if (pictureBytes < kLargeBytes) return height;
   // An even number: every band has as many rows of each field.
   return std::max(height / kBands / 2 * 2, 2) + 2;
+}
+
+namespace {
+
+// What a band of its own holds beyond the reach of the filter, and what blanking clears of it. Even: a band begins with
+// the same field as the output.
+constexpr std::int32_t kBeyondReach = 16;
+constexpr std::int32_t kBlanked = 2;
+
+}  // namespace
+
+double BlurAt(const Job& job, double time) {
+  return job.properties.ValueAt(PropertyOf(PropertyId::Blur).guid, time);
+}
+
+std::int64_t MostRowsHeld(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height) {
+  const std::int64_t rows = BandRows(pictureBytes, static_cast<std::int32_t>(height));
+  if (rows >= height) return height;
+  // As the effect computes it, but for the aspect, which only narrows it.
+  const double reach =
+      1.0 + std::max(0.0, BlurAt(job, time)) * std::abs(job.proxy[1]) * (job.field == FieldChoice::Frame ? 1.0 : 2.0);
+  if (!(reach < static_cast<double>(height))) return height;
+  const auto beyond = static_cast<std::int64_t>(reach) + kBeyondReach + 2 * kBlanked;
+  return std::min(std::max(rows, 2 * beyond) + 2 * beyond, height);
 }
 
 namespace {
@@ -128,9 +153,6 @@ class BandRenderer {
 
   // Into a picture of its own, with the rows that the filter reads around it and those that blanking clears.
   HRESULT RenderApart(const Region& region, Rows all, Rows rows) {
-    // Even: a picture begins with the same field as the output.
-    constexpr std::int32_t kBlanked = 2;
-    constexpr std::int32_t kBeyondReach = 16;
     HostImage& output = *pictures_.output;
     const auto widened = [](Rows within, Rows to, std::int32_t by) {
       return Rows{std::max(to.begin, within.begin - by), std::min(to.end, within.end + by)};
@@ -168,10 +190,11 @@ class BandRenderer {
 
   bool CanBeApart() {
     const HostImage& output = *pictures_.output;
-    // The filter limits its boxes by the longer side of the picture that it writes: by the width here.
-    const double reach = std::max({std::abs(Overscan().left), std::abs(Overscan().right), 1.0 * Reach()});
+    // The filter limits each of its three boxes by three times the longer side of the picture that it writes: the width
+    // suffices here.
+    const double reach = std::max(std::abs(Overscan().left), std::abs(Overscan().right));
     // Rows of a field are halved toward 0.
-    return reach <= output.Width() && (field_ == 0 || output.HostOrigin().y >= 0);
+    return reach <= 9.0 * output.Width() && (field_ == 0 || output.HostOrigin().y >= 0);
   }
 
   // Bands overlap by what the filter reads beyond them: kept below half of its work.
@@ -216,7 +239,9 @@ HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures&
   BandRenderer renderer(effect, pictures, host, time, field);
   const Rows all = RowsIn(output, region);
   const bool apart = BandsAreApart(job);
-  if (rows >= all.Count() || !BandsServe(job, pictures) || (apart && !renderer.CanBeApart())) {
+  // A low region of a large picture is a band: the effect's own pictures are as tall as the one that it writes.
+  const bool isWhole = rows >= (apart && all.Count() > 0 ? output.Height() : all.Count());
+  if (isWhole || !BandsServe(job, pictures) || (apart && !renderer.CanBeApart())) {
     const HRESULT result = renderer.Render(region);
     afterBand();
     return result;

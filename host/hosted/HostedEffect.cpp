@@ -241,6 +241,11 @@ void HostedEffect::SetCpuLevel(const std::string& level) {
                                           ", expected one of these: " + std::string(process->GetCpuLevels()));
 }
 
+bool HostedEffect::UsesVectors() const {
+  const auto process = effect_.As<IVBlurProcess>();
+  return !process || std::string_view(process->GetCpuLevel()) != "twin";
+}
+
 void HostedEffect::SetRenderThreads(std::int32_t count) {
   if (const auto process = effect_.As<IVBlurProcess>(); process) process->SetRenderThreads(count);
 }

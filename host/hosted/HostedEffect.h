@@ -84,6 +84,8 @@ class HostedEffect {
   void SetRenderThreads(std::int32_t count);
   // Which code renders, for the whole process. Throws Failure (wrong usage) with the levels that there are.
   void SetCpuLevel(const std::string& level);
+  // Whether vector code renders; for an effect without levels: that it does.
+  bool UsesVectors() const;
 
   IDSImageEffect& Effect() const { return *effect_; }
   IDSProperties& PropertyAccess() const { return *properties_; }

@@ -29,8 +29,11 @@ class ExifBlock {
       bytes_[at + (isBig_ ? count - 1 - i : i)] = static_cast<char>(value >> 8 * i & 0xff);
   }
 
-  void Clear(std::size_t at, std::size_t count) {
-    if (Has(at, count)) std::fill_n(bytes_.begin() + static_cast<std::ptrdiff_t>(at), count, '\0');
+  // False: there are no such bytes.
+  bool Clear(std::size_t at, std::size_t count) {
+    if (!Has(at, count)) return false;
+    std::fill_n(bytes_.begin() + static_cast<std::ptrdiff_t>(at), count, '\0');
+    return true;
   }
 
   std::string Text(std::size_t at, std::size_t count) const {
@@ -60,7 +63,10 @@ class ExifBlock {
 
   void PutValue(std::size_t entry, std::size_t value) {
     constexpr std::size_t kShort = 3;
-    if (entry != 0) Put(entry + 8, Number(entry + 2, 2) == kShort ? 2 : 4, value);
+    if (entry == 0) return;
+    const bool isShort = Number(entry + 2, 2) == kShort;
+    // 0: not known.
+    Put(entry + 8, isShort ? 2 : 4, isShort && value > 0xffff ? 0 : value);
   }
 
   const std::string& Bytes() const { return bytes_; }
@@ -84,6 +90,7 @@ ExifFacts FactsOfExif(std::string_view block) {
       block.starts_with(std::string_view("II*\0", 4)) || block.starts_with(std::string_view("MM\0*", 4));
   if (!begins || exif.Number(first, 2) == 0) return facts;
   facts.isExif = true;
+  facts.mayPass = !ExifForOutput(std::string(block), 1, 1).empty();
   facts.hasMakerNote = exif.Entry(exif.ValueOf(exif.Entry(first, kExifDirectory)), kMakerNote) != 0;
   if (const std::size_t entry = exif.Entry(first, kDescription); entry != 0) {
     const std::size_t length = exif.Number(entry + 4, 4);
@@ -93,19 +100,31 @@ ExifFacts FactsOfExif(std::string_view block) {
 }
 
 std::string ExifForOutput(std::string block, std::int32_t width, std::int32_t height) {
-  constexpr std::size_t kWidth = 0xa002;
-  constexpr std::size_t kHeight = 0xa003;
+  constexpr std::size_t kWidths[] = {0x0100, 0xa002};
+  constexpr std::size_t kHeights[] = {0x0101, 0xa003};
+  constexpr std::size_t kStrips = 0x0111;
   constexpr std::size_t kCopy = 0x0201;
   constexpr std::size_t kCopyLength = 0x0202;
   ExifBlock exif(std::move(block));
   const std::size_t first = exif.FirstDirectory();
-  const std::size_t details = exif.ValueOf(exif.Entry(first, kExifDirectory));
-  exif.PutValue(exif.Entry(details, kWidth), static_cast<std::size_t>(width));
-  exif.PutValue(exif.Entry(details, kHeight), static_cast<std::size_t>(height));
   const std::size_t next = exif.NextPlace(first);
-  const std::size_t second = exif.Number(next, 4);
-  exif.Clear(exif.ValueOf(exif.Entry(second, kCopy)), exif.ValueOf(exif.Entry(second, kCopyLength)));
-  exif.Put(next, 4, 0);
+  if (const std::size_t second = exif.Number(next, 4); second != 0) {
+    const std::size_t copy = exif.Entry(second, kCopy);
+    const std::size_t length = exif.Entry(second, kCopyLength);
+    if (exif.Entry(second, kStrips) != 0 || (copy == 0) != (length == 0)) return {};
+    // Behind all directories, so that nothing else goes.
+    const std::size_t begin = exif.ValueOf(copy);
+    if (copy != 0 && (second < next || begin < exif.NextPlace(second) + 4)) return {};
+    if (copy != 0 && !exif.Clear(begin, exif.ValueOf(length))) return {};
+    exif.Put(next, 4, 0);
+  }
+  const std::size_t details = exif.ValueOf(exif.Entry(first, kExifDirectory));
+  for (const std::size_t directory : {first, details}) {
+    for (const std::size_t tag : kWidths)
+      exif.PutValue(exif.Entry(directory, tag), static_cast<std::size_t>(width));
+    for (const std::size_t tag : kHeights)
+      exif.PutValue(exif.Entry(directory, tag), static_cast<std::size_t>(height));
+  }
   return exif.Bytes();
 }
 

@@ -18,8 +18,11 @@ struct JpegFacts {
 // From behind the file's first two bytes.
 JpegFacts FactsOfJpeg(std::istream& file);
 
-// The bytes of a JPEG file with this Exif data for all that it has. Exif data of more bytes than a segment holds, and
-// bytes that are no JPEG file, leave it as it is.
-std::string WithExif(std::string file, const std::string& exif);
+// More bytes than a JPEG file begins with before and in its Exif data.
+constexpr std::size_t kJpegHead = std::size_t{1} << 17;
+
+// The first bytes of a JPEG file with this Exif data for all that they hold. Exif data of more bytes than a segment
+// holds leaves them as they are, and so do bytes of no JPEG file.
+std::string WithExif(std::string head, const std::string& exif);
 
 }  // namespace vblur::host

@@ -23,16 +23,18 @@ void OutputFileStream::Note(bool failed) const {
 }
 
 void OutputFileStream::close() {
+  PutHead();
   if (file_) Note(std::fclose(file_) != 0);
   file_ = nullptr;
   m_mode = Closed;
 }
 
 int64_t OutputFileStream::tell() {
-  return file_ ? ftello(file_) : 0;
+  return file_ ? ftello(file_) + static_cast<int64_t>(head_.size()) : 0;
 }
 
 bool OutputFileStream::seek(int64_t offset) {
+  PutHead();
   if (!file_ || fseeko(file_, offset, SEEK_SET) != 0) {
     Note(true);
     return false;
@@ -44,22 +46,27 @@ size_t OutputFileStream::read(void* buffer, size_t size) {
   return file_ ? std::fread(buffer, 1, size, file_) : 0;
 }
 
-void OutputFileStream::Insert(std::int64_t place, std::string bytes) {
-  place_ = place;
-  toInsert_ = std::move(bytes);
+void OutputFileStream::ChangeHead(size_t bytes, HeadChange change) {
+  headBytes_ = bytes;
+  headChange_ = std::move(change);
+}
+
+void OutputFileStream::PutHead() {
+  const HeadChange change = std::exchange(headChange_, nullptr);
+  if (!change) return;
+  const std::string head = change(std::exchange(head_, {}));
+  Put(head.data(), head.size());
 }
 
 size_t OutputFileStream::write(const void* buffer, size_t size) {
   const char* const bytes = static_cast<const char*>(buffer);
-  const auto before = static_cast<size_t>(std::clamp<std::int64_t>(place_ - tell(), 0, static_cast<int64_t>(size)));
-  if (toInsert_.empty() || before == size) {
-    Put(bytes, size);
-    return size;
+  size_t held = 0;
+  if (headChange_) {
+    held = std::min(size, headBytes_ - head_.size());
+    head_.append(bytes, held);
+    if (head_.size() == headBytes_) PutHead();
   }
-  Put(bytes, before);
-  const std::string inserted = std::exchange(toInsert_, {});
-  Put(inserted.data(), inserted.size());
-  Put(bytes + before, size - before);
+  Put(bytes + held, size - held);
   return size;
 }
 

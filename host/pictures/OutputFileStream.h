@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include <OpenImageIO/filesystem.h>
@@ -29,9 +30,10 @@ class OutputFileStream final : public OIIO::Filesystem::IOProxy {
   size_t size() const override;
   void flush() const override;
 
-  // Puts bytes of the caller's at a place of the file, once the library has written up to there. Places behind it are
-  // then those of the library's own bytes no more: for formats that are written in one go.
-  void Insert(std::int64_t place, std::string bytes);
+  // Has the first bytes that the library writes changed, as many as these or all of a shorter file. Places behind them
+  // are then those of the library's own bytes no more: for formats that are written in one go.
+  using HeadChange = std::function<std::string(std::string)>;
+  void ChangeHead(size_t bytes, HeadChange change);
 
   // 0, or the system's number of the first error.
   int SystemError() const { return systemError_; }
@@ -39,12 +41,14 @@ class OutputFileStream final : public OIIO::Filesystem::IOProxy {
  private:
   void Note(bool failed) const;
   void Put(const char* bytes, size_t size);
+  void PutHead();
   bool IsOver() const { return systemError_ != 0 || (stop_ && stop_()); }
 
   const StopTest& stop_;
   std::FILE* file_ = nullptr;
-  std::int64_t place_ = 0;
-  std::string toInsert_;
+  HeadChange headChange_;
+  size_t headBytes_ = 0;
+  std::string head_;
   mutable int systemError_ = 0;
 };
 

@@ -7,6 +7,10 @@
 #include <string_view>
 #include <utility>
 
+#include <fcntl.h>
+#include <unistd.h>
+#include <zlib.h>
+
 #include "host/pictures/FileBytes.h"
 #include "host/pictures/JpegSegments.h"
 
@@ -78,47 +82,109 @@ ChunkFacts WebpChunks(std::ifstream& file) {
   return facts;
 }
 
-// From behind the signature to the end.
-ChunkFacts PngChunks(std::ifstream& file) {
-  constexpr std::string_view kColour[] = {"sRGB", "gAMA", "cHRM"};
-  constexpr std::string_view kText[] = {"tEXt", "zTXt", "iTXt", "tIME"};
-  const auto isOf = [](std::string_view name, const auto& names) {
-    return std::ranges::find(names, name) != std::end(names);
-  };
-  // A colour chunk that the format allows has at most 32 bytes.
-  constexpr std::int64_t kLongestColour = 32;
-  constexpr std::int64_t kLongestExif = 1 << 20;
-  ChunkFacts facts;
-  std::int64_t declared = 0;
-  bool isFrame = false;
-  bool isBehind = false;
-  file.seekg(static_cast<std::streamoff>(kPngSignature.size()));
-  std::string chunk(12, '\0');
-  while (file.read(chunk.data(), 12)) {
-    const std::string_view name = std::string_view(chunk).substr(4, 4);
-    if (name == "IEND") break;
-    isBehind = isBehind || name == "IDAT";
-    if (isBehind && isOf(name, kText)) facts.unread = {"texts behind the pixels"};
-    if (name == "acTL" && !isBehind) declared = Big32(chunk, 8);
-    isFrame = isFrame || (name == "fcTL" && !isBehind);
-    // What is left of its bytes, and its checksum.
-    const std::int64_t left = Big32(chunk, 0);
-    const bool isColour = isOf(name, kColour) && left <= kLongestColour;
-    const bool isExif = name == "eXIf" && left <= kLongestExif;
-    if (!isColour && !isExif) {
-      file.seekg(left, std::ios::cur);
-      continue;
-    }
-    std::string rest(static_cast<std::size_t>(left), '\0');
-    if (!file.read(rest.data(), left)) break;
-    if (isColour) facts.colourChunks += chunk + rest;
-    if (isExif) facts.exif = (chunk + rest).substr(8, static_cast<std::size_t>(left));
+// Reads parts of a file, and no more of it.
+class FileParts {
+ public:
+  explicit FileParts(const std::filesystem::path& path) : file_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+  ~FileParts() {
+    if (file_ >= 0) ::close(file_);
   }
-  // One more where the picture of the pixels is no frame itself.
-  if (declared > 0)
-    facts.frames = static_cast<std::int32_t>(std::min<std::int64_t>(declared + (isFrame ? 0 : 1), kMostFrames));
-  return facts;
+  FileParts(const FileParts&) = delete;
+  FileParts& operator=(const FileParts&) = delete;
+
+  // Fewer bytes at the end of the file.
+  std::string Read(std::int64_t at, std::size_t count) const {
+    std::string bytes(count, '\0');
+    const ssize_t read = file_ < 0 ? 0 : ::pread(file_, bytes.data(), count, at);
+    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(0, read)));
+    return bytes;
+  }
+
+ private:
+  int file_;
+};
+
+// Chunks of a PNG file about colours, and the lengths of their data.
+constexpr std::pair<std::string_view, std::int64_t> kColourChunks[] = {{"sRGB", 1}, {"gAMA", 4},  {"cHRM", 32},
+                                                                       {"cICP", 4}, {"mDCV", 24}, {"cLLI", 8}};
+
+bool IsIntact(std::string_view chunk) {
+  const std::size_t end = chunk.size() - 4;
+  const auto sum = ::crc32(0, reinterpret_cast<const Bytef*>(chunk.data() + 4), static_cast<uInt>(end - 4));
+  return Big32(chunk, end) == static_cast<std::int64_t>(sum);
 }
+
+class PngFile {
+ public:
+  explicit PngFile(const std::filesystem::path& path) : file_(path) {}
+
+  ChunkFacts Facts() {
+    // A file of more chunks is hardly a picture.
+    constexpr int kMostChunks = 1'000'000;
+    std::int64_t at = static_cast<std::int64_t>(kPngSignature.size());
+    for (int count = 0; count < kMostChunks; ++count) {
+      const std::string head = file_.Read(at, 12);
+      if (head.size() < 12 || head.substr(4, 4) == "IEND") break;
+      Add(head, at);
+      at += Big32(head, 0) + 12;
+    }
+    // One more where the picture of the pixels is no frame itself.
+    const std::int64_t frames = declared_ == 0 ? 1 : declared_ + (isFrame_ ? 0 : 1);
+    facts_.frames = static_cast<std::int32_t>(std::min<std::int64_t>(frames, kMostFrames));
+    return std::move(facts_);
+  }
+
+ private:
+  void Add(const std::string& head, std::int64_t at) {
+    const std::string name = head.substr(4, 4);
+    const std::int64_t length = Big32(head, 0);
+    isBehind_ = isBehind_ || name == "IDAT";
+    if (isBehind_) return AddBehind(name);
+    if (name == "acTL") declared_ = Big32(head, 8);
+    isFrame_ = isFrame_ || name == "fcTL";
+    for (const auto& [colour, bytes] : kColourChunks) {
+      if (name == colour && length == bytes) AddColour(name, file_.Read(at, static_cast<std::size_t>(length) + 12));
+    }
+    if (name == "eXIf") AddExif(length, at);
+    constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
+    if (name == "iTXt" && file_.Read(at + 8, kXmp.size()) == kXmp) Tell("XMP data");
+  }
+
+  // Readers stop at the pixels.
+  void AddBehind(std::string_view name) {
+    constexpr std::string_view kText[] = {"tEXt", "zTXt", "iTXt", "tIME"};
+    if (std::ranges::find(kText, name) != std::end(kText)) Tell("texts behind the pixels");
+    if (name == "eXIf") Tell("Exif data behind the pixels");
+  }
+
+  void AddColour(const std::string& name, const std::string& chunk) {
+    const bool isNew = facts_.colourChunks.find(name) == std::string::npos;
+    if (isNew && chunk.size() > 12 && IsIntact(chunk)) facts_.colourChunks += chunk;
+  }
+
+  void AddExif(std::int64_t length, std::int64_t at) {
+    constexpr std::int64_t kLongest = 16 << 20;
+    if (length > kLongest) return Tell("Exif data");
+    const std::string chunk = file_.Read(at, static_cast<std::size_t>(length) + 12);
+    // Some programs write it as JPEG files have it.
+    constexpr std::string_view kJpeg("Exif\0\0", 6);
+    if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk)) return Tell("damaged Exif data");
+    facts_.exif = chunk.substr(8, static_cast<std::size_t>(length));
+    if (!facts_.exif.starts_with(kJpeg)) return;
+    Tell("Exif data");
+    facts_.exif.clear();
+  }
+
+  void Tell(const char* kind) {
+    if (std::ranges::find(facts_.unread, kind) == facts_.unread.end()) facts_.unread.emplace_back(kind);
+  }
+
+  FileParts file_;
+  ChunkFacts facts_;
+  std::int64_t declared_ = 0;
+  bool isFrame_ = false;
+  bool isBehind_ = false;
+};
 
 }  // namespace
 
@@ -139,7 +205,7 @@ ChunkFacts FactsOfChunks(const std::filesystem::path& path) {
   std::string head(12, '\0');
   if (!file.read(head.data(), 12)) return {};
   if (head.substr(0, 4) == "RIFF" && head.substr(8) == "WEBP") return WebpChunks(file);
-  if (head.substr(0, 8) == kPngSignature) return PngChunks(file);
+  if (head.substr(0, 8) == kPngSignature) return PngFile(path).Facts();
   ChunkFacts facts;
   if (head.substr(0, 3) != "\xff\xd8\xff") return facts;
   file.seekg(2);

@@ -67,6 +67,11 @@ void MakeFraction(OIIO::ParamValue& attribute) {
   attribute = OIIO::ParamValue(attribute.name(), std::nextafter(value, std::copysign(1.0f, value)));
 }
 
+// Or one of zeros and blanks, as many cameras write.
+bool IsEmptyText(const std::string& text) {
+  return text.find_first_not_of(std::string(" \0", 2)) == std::string::npos;
+}
+
 bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
   if (Lists(kStorage, name) || BeginsWith(name, "ICCProfile:")) return false;
   // Some formats write these as colour tags, others ignore them.
@@ -83,7 +88,8 @@ struct NamedGroup {
   MetadataGroup group;
 };
 
-constexpr std::array<NamedGroup, 12> kGroups = {{{"Exif:", MetadataGroup::Exif},
+constexpr std::array<NamedGroup, 13> kGroups = {{{"Keywords", MetadataGroup::Iptc},
+                                                 {"Exif:", MetadataGroup::Exif},
                                                  {"GPS:", MetadataGroup::Gps},
                                                  {"IPTC:", MetadataGroup::Iptc},
                                                  {"ICCProfile", MetadataGroup::Profile},
@@ -159,12 +165,32 @@ void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::Im
   for (const auto& attribute : metadata.input.extra_attribs) {
     const std::string_view name(attribute.name().c_str(), attribute.name().size());
     if (!IsPassed(name, sameFormat, format.name)) continue;
+    // Writers of IPTC data end the program at an empty text.
+    if (attribute.type() == OIIO::TypeDesc::STRING && IsEmptyText(attribute.get_string())) continue;
     if (name == "ICCProfile" && !LayoutsOfProfile(attribute).Has(pixels)) continue;
     output.extra_attribs.push_back(attribute);
     if (format.name == "jpeg" || format.name == "png") MakeFraction(output.extra_attribs.back());
     // TIFF files get theirs on demand alone.
     if (format.name == "tiff" && BeginsWith(name, "IPTC:")) output.attribute("tiff:write_iptc", 1);
   }
+}
+
+std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, std::size_t most) {
+  auto& all = output.extra_attribs;
+  const auto lengthOf = [](const OIIO::ParamValue& attribute) {
+    return attribute.type() == OIIO::TypeDesc::STRING ? attribute.get_string().size() : 0;
+  };
+  std::size_t length = 0;
+  for (const auto& attribute : all)
+    length += lengthOf(attribute);
+  std::vector<std::string> taken;
+  while (length > most) {
+    const auto longest = std::ranges::max_element(all, {}, lengthOf);
+    length -= lengthOf(*longest);
+    taken.push_back(longest->name().string());
+    all.erase(longest);
+  }
+  return taken;
 }
 
 }  // namespace vblur::host

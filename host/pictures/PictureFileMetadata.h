@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -36,5 +37,7 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
 // is not for them.
 void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
                    const OutputFormat& format);
+// Takes out the longest texts until all of them have at most so many bytes together; returns their names.
+std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, std::size_t most);
 
 }  // namespace vblur::host

@@ -235,7 +235,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.unread = std::move(chunks.unread);
     info.colourChunks = std::move(chunks.colourChunks);
     const ExifFacts exif = FactsOfExif(chunks.exif);
-    if (exif.isExif) info.exif = std::move(chunks.exif);
+    if (exif.mayPass) info.exif = std::move(chunks.exif);
     info.hasMakerNote = exif.hasMakerNote;
     info.levels = CountLevels(*file);
     if (!file->seek_subimage(0, 0)) RefuseToRead(path, "its first picture cannot be found again");

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -72,6 +71,7 @@ class Writing {
       stream_.emplace(picture_.file, stop_);
       if (stream_->SystemError() != 0) Fail("the file cannot be made");
       if (picture_.format.name == "png") InsertPngChunks();
+      if (picture_.format.name == "jpeg") InsertJpegExif();
       writer_->set_ioproxy(&*stream_);
     }
     if (!writer_->open(picture_.file.string(), layout_.spec)) Fail("the file cannot be made");
@@ -98,7 +98,6 @@ class Writing {
     if (!closed || HasSystemError()) Fail("writing failed");
     if (picture_.format.name == "sgi") ClearHeader();
     if (picture_.format.name == "dpx") PutNameInHeader();
-    if (picture_.format.name == "jpeg") PutJpegExif();
     // A writer that opens the file by itself may lose an error.
     if (!stream_) RequireWhole();
   }
@@ -141,7 +140,14 @@ class Writing {
 
   void InsertPngChunks() {
     const std::string colour = picture_.metadata == nullptr ? "" : picture_.metadata->info.colourChunks;
-    stream_->Insert(kPngChunksBegin, TakePngChunks(layout_.spec, colour, PassedExif()));
+    const std::string chunks = TakePngChunks(layout_.spec, colour, PassedExif());
+    stream_->ChangeHead(kPngHead, [chunks](const std::string& head) { return head + chunks; });
+  }
+
+  void InsertJpegExif() {
+    const std::string exif = PassedExif();
+    if (exif.empty()) return;
+    stream_->ChangeHead(kJpegHead, [exif](std::string head) { return WithExif(std::move(head), exif); });
   }
 
   // The source's Exif data where the format holds it as it is stored, for these pixels.
@@ -150,15 +156,6 @@ class Writing {
     const PictureInfo& source = picture_.metadata->info;
     if (!source.PassesExifTo(picture_.format.name)) return {};
     return ExifForOutput(source.exif, layout_.spec.width, layout_.spec.height);
-  }
-
-  void PutJpegExif() const {
-    const std::string exif = PassedExif();
-    if (exif.empty()) return;
-    std::ifstream written(picture_.file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(written), {}};
-    if (!written) Refuse("the file cannot be read again");
-    Replace(0, WithExif(bytes, exif));
   }
 
   // Clears the unused part of the header, which the writer leaves uninitialised.

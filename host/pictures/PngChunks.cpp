@@ -32,14 +32,19 @@ bool IsAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-// The length of the UTF-8 character at a place, which may be part of an overlong or a surrogate one; 0: it is none.
+// The length of the UTF-8 character at a place; 0: it is none.
 std::size_t Utf8Length(std::string_view text, std::size_t at) {
   const auto byte = static_cast<unsigned char>(text[at]);
   const std::size_t length = byte < 0x80 ? 1 : byte >= 0xc2 && byte < 0xe0 ? 2 : byte >= 0xe0 && byte < 0xf0 ? 3 : 4;
   if ((byte >= 0x80 && byte < 0xc2) || byte > 0xf4 || at + length > text.size()) return 0;
   const auto rest = text.substr(at + 1, length - 1);
   const bool goesOn = std::ranges::all_of(rest, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) == 0x80; });
-  return goesOn ? length : 0;
+  if (!goesOn || length < 3) return goesOn ? length : 0;
+  // Not written longer than it is, no half of a pair, and not beyond the last one.
+  const auto second = static_cast<unsigned char>(text[at + 1]);
+  const bool isRight = (byte != 0xe0 || second >= 0xa0) && (byte != 0xed || second < 0xa0) &&
+                       (byte != 0xf0 || second >= 0x90) && (byte != 0xf4 || second < 0x90);
+  return isRight ? length : 0;
 }
 
 bool IsUtf8(std::string_view text) {
@@ -73,11 +78,18 @@ std::string KeywordOf(const std::string& name) {
   return found == kKeywords.end() ? name : std::string((*found)[1]);
 }
 
+// Printable, and without blanks at either end or side by side.
+bool IsKeyword(std::string_view name) {
+  constexpr std::size_t kLongest = 79;
+  const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
+  return !name.empty() && name.size() <= kLongest && isPrintable && name.front() != ' ' && name.back() != ' ' &&
+         name.find("  ") == std::string_view::npos;
+}
+
 // Nothing for names that a chunk cannot have as its keyword.
 std::optional<std::string> TextChunk(const OIIO::ParamValue& attribute) {
-  constexpr std::size_t kLongestKeyword = 79;
   const std::string keyword = KeywordOf(attribute.name().string());
-  if (keyword.empty() || keyword.size() > kLongestKeyword || !IsAscii(keyword)) return std::nullopt;
+  if (!IsKeyword(keyword)) return std::nullopt;
   const std::string text = attribute.get_string();
   // Behind the keyword: not compressed, no language, no translated keyword.
   return Chunk("iTXt", keyword + std::string(5, '\0') + (IsUtf8(text) ? text : Utf8OfLatin1(text)));
@@ -119,7 +131,11 @@ std::string TakePngChunks(OIIO::ImageSpec& spec, const std::string& colour, cons
   EraseIf(spec, [](const OIIO::ParamValue& attribute) {
     return attribute.name() == "oiio:ColorSpace" || attribute.name() == "oiio:Gamma";
   });
+  // A profile takes the place of the name of a colour space.
   std::string chunks = colour;
+  constexpr std::size_t kSrgbChunk = 13;
+  const auto srgb = colour.find("sRGB");
+  if (spec.find_attribute("ICCProfile") != nullptr && srgb != std::string::npos) chunks.erase(srgb - 4, kSrgbChunk);
   if (exif.empty()) {
     chunks += TakeExif(spec);
   } else {

@@ -1,15 +1,15 @@
 // Chunks of PNG files that the picture library does not write, or not as they were.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 
 #include <OpenImageIO/imageio.h>
 
 namespace vblur::host {
 
-// Where chunks go that stand before the pixels: behind the signature and the header chunk.
-constexpr std::int64_t kPngChunksBegin = 33;
+// The signature and the header chunk. Chunks that stand before the pixels may follow.
+constexpr std::size_t kPngHead = 33;
 
 // Moves out of the description what the library would leave out or write otherwise, and returns it as chunks: Exif data
 // (eXIf), texts beyond ASCII (iTXt), and for what the library would make of them two things of the source as they are

@@ -15,28 +15,20 @@ namespace vblur::host {
 
 namespace {
 
-// Rows of the band and beside it for the filter that reaches furthest, three boxes of the largest radius, and some that
-// bands of their own hold beyond.
-constexpr std::int64_t kReachRows = 4 * 3 * 241 + 48;
-
 // Whether the frame's pictures, whose files these facts are of, and its region lie so that bands serve; false where
 // only the pictures themselves would tell.
 bool BandsServeSizes(const Job& job, const std::optional<PictureInfo>& input, std::int64_t width, std::int64_t height) {
   if (input) {
     if (input->width != width || input->height != height || job.input->origin != job.output.origin) return false;
     const bool isFrame = input->width == input->display.width && input->height == input->display.height;
-    if ((job.roi || job.field != FieldChoice::Frame) && !isFrame) return false;
+    const bool placesOutput = job.roi || job.field != FieldChoice::Frame || job.output.width || job.output.height;
+    if (placesOutput && !isFrame) return false;
   }
   if (job.field != FieldChoice::Frame && job.output.origin[1] < 0) return false;
   if (!job.roi) return true;
   const Region& region = *job.roi;
   return region.x < width && region.y < height && std::int64_t{region.x} + region.width > 0 &&
          std::int64_t{region.y} + region.height > 0;
-}
-
-std::int64_t RowsOfBands(std::int64_t pictureBytes, std::int64_t height) {
-  const std::int64_t rows = BandRows(pictureBytes, static_cast<std::int32_t>(height));
-  return rows >= height ? height : std::min(rows + kReachRows, height);
 }
 
 // Whether the effect keeps the colours beside the brightness or the tones that it blurs.
@@ -47,7 +39,7 @@ bool KeepsColours(const Job& job) {
 
 }  // namespace
 
-FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, std::int32_t depth) {
+FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, const FrameUse& use) {
   FrameMemory memory;
   memory.width = job.output.width.value_or(0);
   memory.height = job.output.height.value_or(0);
@@ -57,12 +49,13 @@ FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std
     if (memory.width == 0) memory.width = input->width;
     if (memory.height == 0) memory.height = input->height;
   }
-  const std::int64_t rowBytes = memory.width * 4 * (depth / 8);
+  const std::int64_t rowBytes = memory.width * 4 * (use.depth / 8);
   const std::int64_t output = rowBytes * memory.height;
-  const bool inBands = BandsServe(job) && BandsServeSizes(job, input, memory.width, memory.height);
-  const std::int64_t ownRows = inBands ? RowsOfBands(output, memory.height) : memory.height;
+  // The plain code of the filter has a picture of all rows in any case.
+  const bool inBands = use.usesVectors && BandsServe(job) && BandsServeSizes(job, input, memory.width, memory.height);
+  const std::int64_t ownRows = inBands ? MostRowsHeld(job, use.time, output, memory.height) : memory.height;
   memory.isWhole = ownRows == memory.height;
-  memory.pictures = pictures.BytesRead(frame, depth) + output;
+  memory.pictures = pictures.BytesRead(frame, use.depth) + output;
   // The filter's own picture between its passes; a transition mixes or blurs its clips in another one.
   const std::int64_t apart = !memory.isWhole && BandsAreApart(job) ? 1 : 0;
   const std::int64_t own = 1 + apart + (job.input2 ? 1 : 0) + (KeepsColours(job) ? 1 : 0);

@@ -21,8 +21,15 @@ struct FrameMemory {
   std::int64_t Total() const { return pictures + own; }
 };
 
-// Of a frame at a depth, from the headers of its files; all 0 without pictures. Throws as ReadPictureInfo does.
-FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, std::int32_t depth);
+// How a frame is rendered.
+struct FrameUse {
+  std::int32_t depth = 8;
+  double time = 0.0;        // of its blur
+  bool usesVectors = true;  // not the plain code
+};
+
+// Of a frame, from the headers of its files; all 0 without pictures. Throws as ReadPictureInfo does.
+FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std::int32_t frame, const FrameUse& use);
 
 // Throws Failure (some frames failed, FailureKind::NeedsMemory) for a frame that takes more than is allowed, with both
 // numbers.

@@ -16,6 +16,7 @@
 #include "host/base/StandardStream.h"
 #include "host/files/OutputFile.h"
 #include "host/hosted/CoordMan.h"
+#include "host/hosted/FrameBands.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFiles.h"
@@ -88,7 +89,8 @@ class SequenceRun {
   void SettleDepth();
   std::int64_t AllowedMemory() const { return options_.memory > 0 ? options_.memory : DefaultMemory(); }
   SequenceLanes SettleLanes();
-  void Require(const FrameMemory& memory, std::int32_t frame) const;
+  double TimeOfLargestBlur() const;
+  void RequireMemoryFor(std::int32_t frame) const;
   void SetUpEffects(const SequenceLanes& lanes);
 
   template <typename Work>
@@ -111,6 +113,7 @@ class SequenceRun {
   JobPictures pictures_;
   OutputStorage storage_;
   std::int32_t depth_ = 16;
+  bool usesVectors_ = true;
   CoordMan coordMan_;
   // One for each lane; all but the first are clones of the first and are destroyed before it.
   std::vector<HostedEffect> effects_;
@@ -256,9 +259,10 @@ SequenceLanes SequenceRun::SettleLanes() {
                                          : static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
   try {
     const std::int32_t first = frames_.FrameAt(0);
-    const FrameMemory memory = EstimateFrameMemory(job_, pictures_, first, depth_);
-    load.bytesPerFrame = memory.Total();
-    if (options_.onError == OnError::Stop && !MayBeSkipped(first)) Require(memory, first);
+    usesVectors_ = HostedEffect(makeEffect_()).UsesVectors();
+    load.bytesPerFrame =
+        EstimateFrameMemory(job_, pictures_, first, {depth_, TimeOfLargestBlur(), usesVectors_}).Total();
+    if (options_.onError == OnError::Stop && !MayBeSkipped(first)) RequireMemoryFor(first);
   } catch (const Failure& failure) {
     if (failure.Kind() == FailureKind::NeedsMemory) throw;
     load.frames = 1;
@@ -266,8 +270,21 @@ SequenceLanes SequenceRun::SettleLanes() {
   return FramesInFlight(load);
 }
 
-void SequenceRun::Require(const FrameMemory& memory, std::int32_t frame) const {
-  RequireMemory(memory, AllowedMemory(), OutputName(OutputOf(frame)));
+double SequenceRun::TimeOfLargestBlur() const {
+  double time = FrameTime(job_, frames_.FrameAt(0));
+  double largest = BlurAt(job_, time);
+  for (std::int64_t index = 1; index < frames_.Count(); ++index) {
+    const double next = FrameTime(job_, frames_.FrameAt(index));
+    if (!(BlurAt(job_, next) > largest)) continue;
+    time = next;
+    largest = BlurAt(job_, next);
+  }
+  return time;
+}
+
+void SequenceRun::RequireMemoryFor(std::int32_t frame) const {
+  const FrameUse use{depth_, FrameTime(job_, frame), usesVectors_};
+  RequireMemory(EstimateFrameMemory(job_, pictures_, frame, use), AllowedMemory(), OutputName(OutputOf(frame)));
 }
 
 void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
@@ -332,7 +349,7 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
       slot.result.status = FrameStatus::Skipped;
       return;
     }
-    Require(EstimateFrameMemory(job_, pictures_, slot.result.frame, depth_), slot.result.frame);
+    RequireMemoryFor(slot.result.frame);
     slot.buffers.Prepare(slot.result.frame, depth_);
     const auto warnings = slot.buffers.Warnings();
     slot.warnings.insert(slot.warnings.end(), warnings.begin(), warnings.end());

@@ -33,10 +33,31 @@ class LargePictures : public ProgramTest {
     all.insert(all.end(), more.begin(), more.end());
     const ProcessResult result = Run(all);
     EXPECT_EQ(result.exit, 0) << result.err;
-    const std::int64_t own = std::int64_t{4} * side_ * side_;
+    const std::int64_t own = OwnBytes();
     EXPECT_LE(result.mostMemory, own * 22 / 10 + others_) << testing::PrintToString(more);
     // What was measured held the pictures.
     EXPECT_GT(result.mostMemory, own * 2);
+  }
+
+  // At most what --memory counts, whatever the bands hold.
+  void ExpectCounted(std::vector<std::string> more) const {
+    std::vector<std::string> all = {"in.ppm", "out.ppm", "--overwrite", "--no-sync"};
+    all.insert(all.end(), more.begin(), more.end());
+    const ProcessResult result = Run(all);
+    EXPECT_EQ(result.exit, 0) << result.err;
+    all.insert(all.end(), {"--memory", "1"});
+    const std::string refusal = Run(all).err;
+    const auto at = refusal.find("pixels needs ");
+    ASSERT_NE(at, std::string::npos) << refusal;
+    const std::string number = refusal.substr(at + 13);
+    const bool isGibi = number.find('G') < number.find('M');
+    const auto counted = static_cast<std::int64_t>(std::stod(number) * (isGibi ? 1 << 30 : 1 << 20));
+    constexpr std::int64_t kLibraries = std::int64_t{160} << 20;
+    EXPECT_LE(result.mostMemory, counted + kLibraries) << testing::PrintToString(more) << refusal;
+  }
+
+  std::int64_t OwnBytes() const {
+    return std::int64_t{4} * side_ * side_;
   }
 
   int side_ = 8400;
@@ -50,6 +71,18 @@ TEST_F(LargePictures, TakeTwoTimesTheirBytes) {
   ExpectLittleMemory({"--channels", "luminance"});
   const std::string half = std::to_string(side_ / 2);
   ExpectLittleMemory({"--channels", "rgb", "--roi", half + "," + half + ",1000," + half});
+}
+
+TEST_F(LargePictures, TakeWhatIsCounted) {
+  ExpectCounted({"--channels", "luminance"});
+  if (std::getenv("VBLUR_LARGE_SIDE") == nullptr) return;
+  ExpectCounted({"--blur", "24"});
+  ExpectCounted({"--blur", "720", "--channels", "u"});
+  ExpectCounted({"--channels", "luminance", "--roi", "0,100,2048,60"});
+  ExpectCounted({"--proxy", "10,10", "--blur", "400", "--channels", "grey"});
+  ExpectCounted({"--blur", "24", "--cpu", "twin"});
+  ExpectCounted({"--field", "both", "--blur", "100", "--channels", "rgb"});
+  ExpectCounted({"--blank-cropped", "on", "--blur", "24"});
 }
 
 }  // namespace

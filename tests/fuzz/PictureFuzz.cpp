@@ -71,7 +71,7 @@ void Report(const std::filesystem::path& path) {
 // As a render reads its input, and its mask if the job has one.
 std::vector<std::byte> Read(const host::Job& job, std::int32_t depth) {
   host::JobPictures pictures(job, kMostPixels);
-  RequireMemory(EstimateFrameMemory(job, pictures, 0, depth), kMemory, job.output.file);
+  RequireMemory(EstimateFrameMemory(job, pictures, 0, {depth}), kMemory, job.output.file);
   host::FrameBuffers buffers(pictures, {});
   buffers.Prepare(0, depth);
   const host::HostImage& image = *buffers.Pictures().input;

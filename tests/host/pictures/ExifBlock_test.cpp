@@ -43,18 +43,48 @@ TEST(ExifBlock, AnOutputHasItsOwnSizeAndNoSmallCopyOfTheInput) {
   EXPECT_EQ(ExifForOutput(ExifBytes{}.Build(), 40, 70000), ExifBytes{}.Build());
 }
 
+TEST(ExifBlock, ASizeThatHasNoPlaceIsNotKnown) {
+  ExifBytes wide;
+  wide.width = 0;
+  EXPECT_EQ(ExifForOutput(ExifBytes{}.Build(), 70000, 70000), wide.Build());
+}
+
+// What lies elsewhere than behind the directories may be something else.
+TEST(ExifBlock, ASmallCopyThatCannotBeTakenOutKeepsTheBlockFromPassing) {
+  const std::string whole = ExifBytes{false, "abc", true, 40, 70000, "secret"}.Build();
+  EXPECT_TRUE(FactsOfExif(whole).mayPass);
+  const std::size_t second = 8 + 2 + 2 * 12 + 4 + 2 + 3 * 12 + 4;
+  const auto passes = [&](std::size_t at, char byte) {
+    std::string changed = whole;
+    changed[at] = byte;
+    EXPECT_TRUE(FactsOfExif(changed).isExif);
+    return FactsOfExif(changed).mayPass;
+  };
+  EXPECT_FALSE(passes(second + 2, '\2'));             // a length without a place
+  EXPECT_FALSE(passes(second + 2 + 12, '\1'));        // a place without a length
+  EXPECT_FALSE(passes(second + 2 + 8, '\0'));         // at the block's begin
+  EXPECT_FALSE(passes(second + 2 + 8, '\x40'));       // in a directory
+  EXPECT_FALSE(passes(second + 2 + 12 + 8, '\x7f'));  // beyond the end
+  std::string strips = whole;
+  strips[second + 2] = '\x11';
+  strips[second + 3] = '\1';
+  EXPECT_FALSE(FactsOfExif(strips).mayPass);
+}
+
 // Whatever the bytes say: what they lead to beyond the end is not there.
 TEST(ExifBlock, DamagedOnesAreLeftAlone) {
   const std::string whole = ExifBytes{false, "abc", true, 40, 70000, "secret"}.Build();
   for (std::size_t length = 0; length < whole.size(); ++length) {
     FactsOfExif(whole.substr(0, length));
-    EXPECT_EQ(ExifForOutput(whole.substr(0, length), 12, 34).size(), length);
+    const std::size_t passed = ExifForOutput(whole.substr(0, length), 12, 34).size();
+    EXPECT_TRUE(passed == length || passed == 0);
   }
   for (std::size_t at = 0; at < whole.size(); ++at) {
     std::string damaged = whole;
     damaged[at] = '\xff';
     FactsOfExif(damaged);
-    EXPECT_EQ(ExifForOutput(damaged, 12, 34).size(), whole.size());
+    const std::size_t passed = ExifForOutput(damaged, 12, 34).size();
+    EXPECT_TRUE(passed == whole.size() || passed == 0);
   }
   EXPECT_FALSE(FactsOfExif("").isExif);
   EXPECT_FALSE(FactsOfExif("II*").isExif);

@@ -40,6 +40,14 @@ TEST(JpegSegments, NameWhatTheReaderPassesOver) {
   EXPECT_EQ(Facts(Segment(0xe0, "JFIF\0"s) + Comment()).unread, Kinds{});
   EXPECT_EQ(Facts(Segment(0xe2, "MPF\0..."s)).unread, Kinds{"further pictures (MPF)"});
   EXPECT_EQ(Facts(Segment(0xe2, "ICC_PROFILE\0"s)).unread, Kinds{});
+  EXPECT_EQ(Facts(Segment(0xe1, "http://ns.adobe.com/xap/1.0/")).unread, Kinds{"XMP data"});
+  EXPECT_EQ(Facts(Segment(0xe1, "FLIR")).unread, Kinds{});
+  EXPECT_EQ(Facts(Segment(0xe3, "")).unread, Kinds{"segments of applications"});
+  EXPECT_EQ(Facts(Segment(0xef, "") + Segment(0xe4, "")).unread, Kinds{"segments of applications"});
+  EXPECT_EQ(Facts(Segment(0xee, "Adobe") + Segment(0xed, "Photoshop 3.0")).unread, Kinds{});
+  EXPECT_EQ(Facts(Comment() + Comment()).unread, Kinds{});
+  EXPECT_EQ(Facts(Comment() + Segment(0xfe, "another")).unread, Kinds{"comment"});
+  EXPECT_EQ(Facts("\xff\xff" + Segment(0xe2, "MPF\0..."s)).unread, Kinds{"further pictures (MPF)"});
   EXPECT_EQ(Facts(Segment(0xeb, "JP\0\1"s) + Segment(0xeb, "JP\0\1"s)).unread, Kinds{"signed history (JUMBF)"});
   const std::string described = ExifSegment(ExifBytes{false, "abc"}.Build());
   EXPECT_EQ(Facts(described + Comment()).unread, Kinds{"comment"});
@@ -52,6 +60,7 @@ TEST(JpegSegments, GiveExifDataAsItIsStored) {
   const std::string block = ExifBytes{true, "abc"}.Build();
   EXPECT_EQ(Facts(Segment(0xe0, "JFIF\0"s) + ExifSegment(block) + ExifSegment("another")).exif, block);
   EXPECT_EQ(Facts(Segment(0xe1, "http://ns.adobe.com/xap/1.0/")).exif, "");
+  EXPECT_EQ(Facts("\xff\xff\xff" + ExifSegment(block)).exif, block);
 }
 
 TEST(JpegSegments, DamagedOnesAreReadToWhereTheyEnd) {
@@ -116,6 +125,10 @@ TEST_F(PhotoFile, ExifDataStaysAsItIsStored) {
   const auto file = Write(ExifSegment(exif));
   EXPECT_EQ(LostTo(file, "out.jpg"), "");
   EXPECT_EQ(PassOn(file, "out.jpg"), exif);
+  // One segment, and nothing behind the end.
+  const std::string out = Bytes(folder_.path() / "out.jpg");
+  EXPECT_EQ(out.find("Exif"), out.rfind("Exif"));
+  EXPECT_EQ(out.find("\xff\xd9"), out.size() - 2);
   EXPECT_EQ(LostTo(file, "out.png"), "");
   EXPECT_EQ(PassOn(file, "out.png"), exif);
   EXPECT_EQ(PassOn(folder_.path() / "out.png", "again.png"), exif);

@@ -46,6 +46,48 @@ TEST_F(PictureFileMetadata, IsPassedOn) {
   EXPECT_EQ(tiff.get_string_attribute("ResolutionUnit"), "in");
 }
 
+// A writer of IPTC data ends the program at one.
+TEST_F(PictureFileMetadata, EmptyTextsAreLeftOut) {
+  for (const char* const name : {"Artist", "Copyright", "ImageDescription", "IPTC:City"}) {
+    PictureMetadata metadata;
+    metadata.info.format = "png";
+    for (const std::string& empty : {std::string(), std::string("  "), std::string(3, '\0')}) {
+      metadata.input.attribute(name, empty);
+      OIIO::ImageSpec output;
+      ApplyMetadata(metadata, PixelLayout::Rgb, output, OutputFormatOf("out.jpg"));
+      EXPECT_TRUE(output.extra_attribs.empty()) << name;
+    }
+    metadata.input.attribute(name, " x");
+    OIIO::ImageSpec output;
+    ApplyMetadata(metadata, PixelLayout::Rgb, output, OutputFormatOf("out.jpg"));
+    EXPECT_EQ(output.get_string_attribute(name), " x");
+  }
+}
+
+// The writer of JPEG files ends the program at one.
+TEST_F(PictureFileMetadata, TextsThatAreTooLongForAJpegAreLeftOutAndTold) {
+  OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("Artist", std::string(40000, 'a'));
+  spec.attribute("ImageDescription", std::string(20001, 'b'));
+  spec.attribute("Copyright", "somebody");
+  WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(6, 50));
+  HostImage image;
+  const auto read = PictureReader().ReadColour(folder_.path() / "in.tif", 8, image);
+  PictureWriter writer;
+  writer.Write(folder_.path() / "out.jpg", image, read.metadata.get(), true);
+  const OIIO::ImageSpec out = OpenPictureFile(folder_.path() / "out.jpg", {}).file->spec();
+  EXPECT_EQ(out.find_attribute("Artist"), nullptr);
+  EXPECT_EQ(out.get_string_attribute("ImageDescription"), std::string(20001, 'b'));
+  EXPECT_EQ(out.get_string_attribute("Copyright"), "somebody");
+  OIIO::ImageSpec texts;
+  texts.attribute("a", std::string(10, 'a'));
+  texts.attribute("b", std::string(20, 'b'));
+  texts.attribute("c", 5);
+  EXPECT_EQ(TakeLongTexts(texts, 30), std::vector<std::string>{});
+  EXPECT_EQ(TakeLongTexts(texts, 29), std::vector<std::string>{"b"});
+  EXPECT_EQ(TakeLongTexts(texts, 0), std::vector<std::string>{"a"});
+}
+
 // The library makes others of them.
 TEST_F(PictureFileMetadata, FractionsOfExifDataStay) {
   for (const float value : {0.5f, 0.25f, 0.125f, 0.02f, 0.01f, 1.0f / 125, 0.0f, 1.0f, 2.8f, 50.0f}) {

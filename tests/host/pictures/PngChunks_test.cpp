@@ -5,7 +5,9 @@
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
+#include "host/pictures/PictureFileHeader.h"
 #include "host/pictures/PictureFileOpen.h"
+#include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/RawPictures.h"
 #include "tests/support/host/ScratchFolder.h"
@@ -53,7 +55,7 @@ class PngChunks : public testing::Test {
     OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::UINT8);
     WriteRaw(folder_.path() / name, "png", spec, std::vector<std::uint8_t>(6, 50));
     std::string bytes = Bytes(folder_.path() / name);
-    bytes.insert(static_cast<std::size_t>(kPngChunksBegin), chunks);
+    bytes.insert(kPngHead, chunks);
     folder_.Write(name, bytes);
     return name;
   }
@@ -90,9 +92,60 @@ TEST_F(PngChunks, ColoursAreWhatTheSourceSaysOfThem) {
   EXPECT_EQ(srgb[1].data, std::string(1, '\2'));
 }
 
-TEST_F(PngChunks, AColourChunkThatIsTooLongIsNotPassedOn) {
-  WritePng("long.png", Packed("gAMA", std::string(4000, '\1')));
-  EXPECT_EQ(ReportPicture(folder_.path() / "long.png").info.colourChunks, "");
+TEST_F(PngChunks, OnlyColourChunksThatReadersTakeArePassedOn) {
+  const auto passed = [&](const std::string& chunks) {
+    WritePng("in.png", chunks);
+    return FactsOfChunks(folder_.path() / "in.png").colourChunks;
+  };
+  const std::string gamma = Packed("gAMA", Big32(100000));
+  const std::string srgb = Packed("sRGB", std::string(1, '\2'));
+  EXPECT_EQ(passed(gamma + srgb), gamma + srgb);
+  EXPECT_EQ(passed(gamma + Packed("gAMA", Big32(50000)) + srgb + srgb), gamma + srgb);
+  EXPECT_EQ(passed(Packed("gAMA", std::string(4000, '\1'))), "");
+  EXPECT_EQ(passed(Packed("gAMA", std::string(6, '\1')) + Packed("sRGB", "")), "");
+  std::string damaged = gamma;
+  damaged.back() ^= 1;
+  EXPECT_EQ(passed(damaged), "");
+  EXPECT_EQ(passed(damaged + gamma), gamma);
+  for (const auto& [name, bytes] : {std::pair("cICP", 4), std::pair("mDCV", 24), std::pair("cLLI", 8)}) {
+    const std::string chunk = Packed(name, std::string(static_cast<std::size_t>(bytes), '\1'));
+    EXPECT_EQ(passed(chunk), chunk);
+  }
+  // Behind the pixels they mean nothing.
+  WritePng("in.png", "");
+  std::string late = Bytes(folder_.path() / "in.png");
+  folder_.Write("in.png", late.insert(late.size() - 12, gamma));
+  EXPECT_EQ(FactsOfChunks(folder_.path() / "in.png").colourChunks, "");
+}
+
+TEST_F(PngChunks, AProfileTakesThePlaceOfANamedColourSpace) {
+  const std::string gamma = Packed("gAMA", Big32(45455));
+  const std::string srgb = Packed("sRGB", std::string(1, '\0'));
+  OIIO::ImageSpec spec;
+  EXPECT_EQ(TakePngChunks(spec, gamma + srgb, ""), gamma + srgb);
+  spec.attribute("ICCProfile", "profile");
+  EXPECT_EQ(TakePngChunks(spec, srgb + gamma, ""), gamma);
+}
+
+TEST_F(PngChunks, ExifDataThatIsNotTakenIsReported) {
+  using Kinds = std::vector<std::string>;
+  const std::string exif = Packed("eXIf", ExifBytes{}.Build());
+  const auto facts = [&](const std::string& chunks) {
+    WritePng("in.png", chunks);
+    return FactsOfChunks(folder_.path() / "in.png");
+  };
+  EXPECT_EQ(facts(exif).exif, ExifBytes{}.Build());
+  EXPECT_EQ(facts(exif).unread, Kinds{});
+  EXPECT_EQ(facts(Packed("eXIf", std::string("Exif\0\0", 6) + ExifBytes{}.Build())).unread, Kinds{"Exif data"});
+  std::string damaged = exif;
+  damaged.back() ^= 1;
+  EXPECT_EQ(facts(damaged).unread, Kinds{"damaged Exif data"});
+  EXPECT_EQ(facts(damaged).exif, "");
+  EXPECT_EQ(facts(Packed("iTXt", std::string("XML:com.adobe.xmp\0\0\0\0\0<x/>", 26))).unread, Kinds{"XMP data"});
+  WritePng("in.png", "");
+  std::string late = Bytes(folder_.path() / "in.png");
+  folder_.Write("in.png", late.insert(late.size() - 12, exif));
+  EXPECT_EQ(FactsOfChunks(folder_.path() / "in.png").unread, Kinds{"Exif data behind the pixels"});
 }
 
 TEST_F(PngChunks, TextsBeyondAsciiAreUtf8) {
@@ -127,6 +180,10 @@ TEST_F(PngChunks, Latin1BecomesUtf8Once) {
   expect("\xc3(", "\xc3\x83(");
   expect("\xbf", "\xc2\xbf");
   expect("\xc1\x80", "\xc3\x81\xc2\x80");
+  expect("\xe0\x80\x80", "\xc3\xa0\xc2\x80\xc2\x80");
+  expect("\xed\xa0\x80", "\xc3\xad\xc2\xa0\xc2\x80");
+  expect("\xf0\x80\x80\x80", "\xc3\xb0\xc2\x80\xc2\x80\xc2\x80");
+  expect("\xf4\x90\x80\x80", "\xc3\xb4\xc2\x90\xc2\x80\xc2\x80");
   expect("\xf5\x80\x80\x80", "\xc3\xb5\xc2\x80\xc2\x80\xc2\x80");
 }
 
@@ -164,10 +221,14 @@ TEST_F(PngChunks, NoExifDataIsMadeUp) {
 
 TEST_F(PngChunks, ANameThatIsNoKeywordStaysWithTheLibrary) {
   OIIO::ImageSpec spec;
-  const std::string name(80, 'n');
-  spec.attribute(name, "\xc3\xbc");
-  EXPECT_EQ(TakePngChunks(spec, "", ""), "");
-  EXPECT_EQ(spec.get_string_attribute(name), "\xc3\xbc");
+  for (const std::string& name : {std::string(80, 'n'), std::string(" n"), std::string("n "), std::string("n  n"),
+                                  std::string("n\nn"), std::string("\xc3\xbc")}) {
+    spec.attribute(name, "\xc3\xbc");
+    EXPECT_EQ(TakePngChunks(spec, "", ""), "") << name;
+    EXPECT_EQ(spec.get_string_attribute(name), "\xc3\xbc");
+  }
+  spec.attribute(std::string(79, 'n'), "\xc3\xbc");
+  EXPECT_NE(TakePngChunks(spec, "", ""), "");
 }
 
 }  // namespace

@@ -58,7 +58,7 @@ class FrameMemory : public testing::Test {
     constexpr std::int64_t kLines = 128 << 10;
     static_assert(kLines < kWidth * kHeight * 4);
     const JobPictures pictures(job);
-    const auto estimate = EstimateFrameMemory(job, pictures, 0, *job.depth);
+    const auto estimate = EstimateFrameMemory(job, pictures, 0, {*job.depth, job.time});
     MemoryObserver seen;
     ExecuteContext context;
     ASSERT_EQ(RenderSequence(job, server_.Factory(), options_, context, seen).code, ExitCode::Done);
