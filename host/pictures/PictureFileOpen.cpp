@@ -172,8 +172,10 @@ void RequirePixels(const std::filesystem::path& path, std::int64_t width, std::i
                    const std::string& of, std::int64_t mostPixels) {
   const std::string size = PixelsOf(width, height) + of;
   if (width > mostPixels / height) {
+    // Two sides of up to 32 bits.
+    const std::uint64_t pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
     throw Failure(ExitCode::CannotRead,
-                  InputName(path) + ": cannot read: " + size + ", " + std::to_string(width * height) +
+                  InputName(path) + ": cannot read: " + size + ", " + std::to_string(pixels) +
                       " in all, expected at most " + std::to_string(mostPixels),
                   FailureKind::TooManyPixels);
   }

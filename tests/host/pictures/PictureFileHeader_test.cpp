@@ -36,6 +36,8 @@ TEST_F(PictureFileHeader, BombsAreMetByTheirHeaders) {
          "ftypheic\0\0\0\0"s +
              "\0\0\0\x14ispe\0\0\0\0\0\x01\0\0\0\0\x80\0"s + std::string(40, '\0'),
          "65536 x 32768 pixels, 2147483648");
+  const std::string huge = "\xff\x4f\xff\x51\0\x2f\0\0\xff\xff\xff\xff\xff\xff\xff\xfe"s + std::string(40, '\0');
+  expect("c.j2c", huge, "4294967295 x 4294967294 pixels, 18446744060824649730");
   expect("b.webp", "RIFF\0\0\0\0WEBPVP8X\x0a\0\0\0\0\0\0\0\xff\xff\0\xff\x7f\0"s + std::string(20, '\0'),
          "65536 x 32768 pixels, 2147483648");
 }
