@@ -91,15 +91,17 @@ double BlurAt(const Job& job, double time) {
   return job.properties.ValueAt(PropertyOf(PropertyId::Blur).guid, time);
 }
 
-std::int64_t MostRowsHeld(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height) {
+BandSize MostOfBand(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height) {
+  const BandSize whole{height, 0};
   const std::int64_t rows = BandRows(pictureBytes, static_cast<std::int32_t>(height));
-  if (rows >= height) return height;
+  if (rows >= height) return whole;
   // As the effect computes it, but for the aspect, which only narrows it.
   const double reach =
       1.0 + std::max(0.0, BlurAt(job, time)) * std::abs(job.proxy[1]) * (job.field == FieldChoice::Frame ? 1.0 : 2.0);
-  if (!(reach < static_cast<double>(height))) return height;
-  const auto beyond = static_cast<std::int64_t>(reach) + kBeyondReach + 2 * kBlanked;
-  return std::min(std::max(rows, 2 * beyond) + 2 * beyond, height);
+  if (!(reach < static_cast<double>(height))) return whole;
+  const std::int64_t around = static_cast<std::int64_t>(reach) + kBeyondReach + 2 * kBlanked;
+  const BandSize band{std::max(rows, 2 * around), around};
+  return band.rows + 2 * band.reach < height ? band : whole;
 }
 
 namespace {
@@ -237,19 +239,24 @@ HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures&
                       const std::function<bool()>& afterBand) {
   const HostImage& output = *pictures.output;
   BandRenderer renderer(effect, pictures, host, time, field);
+  const auto renderWhole = [&] {
+    const HRESULT result = renderer.Render(region);
+    afterBand();
+    return result;
+  };
   const Rows all = RowsIn(output, region);
   const bool apart = BandsAreApart(job);
   // A low region of a large picture is a band: the effect's own pictures are as tall as the one that it writes.
   const bool isWhole = rows >= (apart && all.Count() > 0 ? output.Height() : all.Count());
   if (isWhole || !BandsServe(job, pictures) || (apart && !renderer.CanBeApart())) {
-    const HRESULT result = renderer.Render(region);
-    afterBand();
-    return result;
+    return renderWhole();
   }
   const Region whole = region.value_or(Region{0, 0, output.Width(), output.Height()});
   // A picture of their own makes up for half of them.
   if (apart) rows = std::max(rows / 4 * 2, 2);
   rows = std::max(rows, renderer.LeastRows());
+  // Bands would hold as much as the whole.
+  if (rows + renderer.LeastRows() + 2 * (kBeyondReach + kBlanked) >= output.Height()) return renderWhole();
   HRESULT result = kOk;
   for (Rows band{all.begin, all.begin}; band.end < all.end;) {
     // Bands end with a row of the second field.

@@ -32,9 +32,13 @@ std::int32_t BandRows(std::int64_t pictureBytes, std::int32_t height);
 // The job's `Blur` at a time.
 double BlurAt(const Job& job, double time);
 
-// The most rows that the effect holds at a time of one picture of its own, where bands serve: those of a band, and what
-// the filter reads around it; all rows of a picture that is not large, or that the filter reaches through.
-std::int64_t MostRowsHeld(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height);
+// The most rows of a band at a time, where bands serve, and how far the filter reads around it; no reach for a picture
+// that is rendered at once.
+struct BandSize {
+  std::int64_t rows = 0;
+  std::int64_t reach = 0;
+};
+BandSize MostOfBand(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height);
 
 // As HostedEffect::RenderFrame, in bands from the lowest up: the first of `rows` rows, the others of more where the
 // filter reaches far. Ends at the first result that is not 0, and when `afterBand`, called after each, returns false.

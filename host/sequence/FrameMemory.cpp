@@ -53,13 +53,17 @@ FrameMemory EstimateFrameMemory(const Job& job, const JobPictures& pictures, std
   const std::int64_t output = rowBytes * memory.height;
   // The plain code of the filter has a picture of all rows in any case.
   const bool inBands = use.usesVectors && BandsServe(job) && BandsServeSizes(job, input, memory.width, memory.height);
-  const std::int64_t ownRows = inBands ? MostRowsHeld(job, use.time, output, memory.height) : memory.height;
-  memory.isWhole = ownRows == memory.height;
+  const BandSize band = inBands ? MostOfBand(job, use.time, output, memory.height) : BandSize{memory.height, 0};
+  memory.isWhole = band.rows == memory.height;
   memory.pictures = pictures.BytesRead(frame, use.depth) + output;
   // The filter's own picture between its passes; a transition mixes or blurs its clips in another one.
-  const std::int64_t apart = !memory.isWhole && BandsAreApart(job) ? 1 : 0;
-  const std::int64_t own = 1 + apart + (job.input2 ? 1 : 0) + (KeepsColours(job) ? 1 : 0);
-  memory.own = rowBytes * ownRows * own;
+  std::int64_t own = 1 + (job.input2 ? 1 : 0) + (KeepsColours(job) ? 1 : 0);
+  // A band's own output, and the planes that are made of it.
+  if (!memory.isWhole && BandsAreApart(job)) own += 2;
+  memory.own = rowBytes * (band.rows + 4 * band.reach) * own;
+  // Bands differ in their rows, and the effect keeps some of what it took for reuse.
+  constexpr std::int64_t kKept = std::int64_t{256} << 20;
+  if (!memory.isWhole) memory.own += std::min(memory.own, kKept);
   return memory;
 }
 

@@ -77,6 +77,7 @@ TEST_F(LargePictures, TakeWhatIsCounted) {
   ExpectCounted({"--channels", "luminance"});
   if (std::getenv("VBLUR_LARGE_SIDE") == nullptr) return;
   ExpectCounted({"--blur", "24"});
+  ExpectCounted({"--blur", "720"});
   ExpectCounted({"--blur", "720", "--channels", "u"});
   ExpectCounted({"--channels", "luminance", "--roi", "0,100,2048,60"});
   ExpectCounted({"--proxy", "10,10", "--blur", "400", "--channels", "grey"});
