@@ -86,9 +86,9 @@ TEST(JpegSegments, ExifDataTakesThePlaceOfAllThatThereWas) {
   EXPECT_EQ(WithExif("picture", "new"), "picture");
 }
 
-class PhotoFile : public testing::Test {
+class JpegSegmentsOfAPhoto : public testing::Test {
  protected:
-  PhotoFile() {
+  JpegSegmentsOfAPhoto() {
     image_.Reset(8, 4, 16, 8);
     FillRandom(image_, 0, 255, 1);
     PictureWriter().Write(folder_.path() / "plain.jpg", image_, nullptr, true);
@@ -115,12 +115,12 @@ class PhotoFile : public testing::Test {
   std::string plain_;
 };
 
-TEST_F(PhotoFile, WhatNothingKeepsIsReportedAsLost) {
+TEST_F(JpegSegmentsOfAPhoto, WhatNothingKeepsIsReportedAsLost) {
   EXPECT_EQ(LostTo(folder_.path() / "plain.jpg", "out.jpg"), "");
   EXPECT_EQ(LostTo(Write(Segment(0xe2, "MPF\0..."s)), "out.jpg"), "further pictures (MPF)");
 }
 
-TEST_F(PhotoFile, ExifDataStaysAsItIsStored) {
+TEST_F(JpegSegmentsOfAPhoto, ExifDataStaysAsItIsStored) {
   const std::string exif = ExifBytes{true, "abc", true, 16, 8}.Build();
   const auto file = Write(ExifSegment(exif));
   EXPECT_EQ(LostTo(file, "out.jpg"), "");
@@ -140,7 +140,7 @@ TEST_F(PhotoFile, ExifDataStaysAsItIsStored) {
   EXPECT_EQ(image.Width(), 16);
 }
 
-TEST_F(PhotoFile, DamagedExifDataIsNotPassedOn) {
+TEST_F(JpegSegmentsOfAPhoto, DamagedExifDataIsNotPassedOn) {
   EXPECT_EQ(ReportPicture(Write(ExifSegment("II*"))).info.exif, "");
   EXPECT_EQ(ReportPicture(Write(ExifSegment(ExifBytes{}.Build()))).info.exif, ExifBytes{}.Build());
 }
