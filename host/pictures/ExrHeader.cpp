@@ -98,6 +98,37 @@ bool SkipValue(std::istream& file, std::string_view type, std::int64_t end) {
   return true;
 }
 
+// The library takes memory for a tile before it looks at the picture.
+class TileSize {
+ public:
+  void Add(std::istream& file, std::string_view name, std::string_view type) {
+    std::array<std::int64_t, 4> numbers{};
+    const bool isWindow = name == "dataWindow" && type == "box2i";
+    const bool isTile = name == "tiles" && type == "tiledesc";
+    if (!isWindow && !isTile) return;
+    const auto begin = file.tellg();
+    for (std::size_t i = 0; i < (isWindow ? 4 : 2); ++i)
+      ReadNumber(file, numbers[i]);
+    file.clear();
+    file.seekg(begin);
+    const auto area = [](std::int64_t width, std::int64_t height) {
+      return static_cast<double>(width) * static_cast<double>(height);
+    };
+    if (isTile) tile_ = area(numbers[0], numbers[1]);
+    if (isWindow) picture_ = area(numbers[2] - numbers[0] + 1, numbers[3] - numbers[1] + 1);
+  }
+
+  // Tiles may be larger than the picture, by as much as nobody does.
+  bool IsSound() const {
+    constexpr double kSmall = 1 << 20;
+    return tile_ >= 0.0 && tile_ <= std::max(kSmall, 4.0 * picture_);
+  }
+
+ private:
+  double tile_ = 0.0;
+  double picture_ = 0.0;
+};
+
 }  // namespace
 
 bool IsSoundExrHeader(std::istream& file, std::int64_t length) {
@@ -106,10 +137,12 @@ bool IsSoundExrHeader(std::istream& file, std::int64_t length) {
   std::string name;
   std::string type;
   std::int64_t bytes = 0;
+  TileSize tiles;
   while (ReadName(file, name)) {
-    if (name.empty()) return true;
+    if (name.empty()) return tiles.IsSound();
     if (!ReadName(file, type) || !ReadNumber(file, bytes)) return false;
     const std::int64_t end = file.tellg() + bytes;
+    tiles.Add(file, name, type);
     if (bytes < 0 || end > length || !SkipValue(file, type, end) || file.tellg() != end) return false;
   }
   return false;

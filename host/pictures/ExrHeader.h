@@ -7,7 +7,7 @@
 namespace vblur::host {
 
 // Whether each attribute of the file's first header has the length of its type, and ends within a file of `length`
-// bytes.
+// bytes, and its tiles have at most 2^20 pixels or four times those of the picture.
 bool IsSoundExrHeader(std::istream& file, std::int64_t length);
 
 }  // namespace vblur::host

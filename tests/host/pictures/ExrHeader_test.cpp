@@ -43,6 +43,25 @@ TEST(ExrHeader, HoldsAttributesOfAllLengths) {
   EXPECT_TRUE(IsSound(Attribute("preview", Number(0) + Number(3))));
 }
 
+TEST(ExrHeader, RefusesTilesFarLargerThanThePicture) {
+  const auto named = [](const std::string& name, const std::string& type, const std::string& value) {
+    return name + '\0' + type + '\0' + Number(static_cast<std::int32_t>(value.size())) + value;
+  };
+  const auto tiled = [&](std::int32_t width, std::int32_t height, std::int32_t side) {
+    return IsSound(named("tiles", "tiledesc", Number(width) + Number(height) + '\0') +
+                   named("dataWindow", "box2i", Number(-1) + Number(-1) + Number(side - 2) + Number(side - 2)));
+  };
+  EXPECT_TRUE(tiled(1024, 1024, 1));
+  EXPECT_FALSE(tiled(1024, 1025, 1));
+  EXPECT_TRUE(tiled(4096, 4096, 2048));
+  EXPECT_FALSE(tiled(4096, 4097, 2048));
+  EXPECT_FALSE(tiled(2, 20807680, 5));
+  EXPECT_FALSE(tiled(-1024, 1024, 5));
+  // Others of these names or types say nothing of it.
+  EXPECT_TRUE(IsSound(named("tiles", "box2i", Number(4096) + Number(4096) + Number(1) + Number(1))));
+  EXPECT_TRUE(IsSound(named("other", "tiledesc", Number(4096) + Number(4096) + '\0')));
+}
+
 // The library reads these by their type and takes what follows for the next attribute, or takes memory for them.
 TEST(ExrHeader, RefusesLengthsThatAreNotThoseOfTheType) {
   const std::string channel = "R\0"s + std::string(16, '\1');
