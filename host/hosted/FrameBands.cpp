@@ -216,7 +216,9 @@ class BandRenderer {
     const double rows = std::ceil(std::max(std::abs(overscan.bottom), std::abs(overscan.top)));
     // The effect counts rows of a field.
     const std::int32_t step = field_ == 0 ? 1 : 2;
-    const auto reach = static_cast<std::int32_t>(std::min(rows, static_cast<double>(pictures_.output->Height())));
+    const std::int32_t height = pictures_.output->Height();
+    // One that is no number is as far as can be.
+    const std::int32_t reach = rows < height ? static_cast<std::int32_t>(rows) : height;
     reach_ = (reach * step + 1) / 2 * 2;
     return *reach_;
   }

@@ -44,7 +44,10 @@ std::optional<Segment> NextSegment(std::istream& file) {
   return segment;
 }
 
+// Some that differ: whether there are more than one of them, beside a description, is what counts.
 void AddComment(const Segment& segment, std::vector<std::string>& comments) {
+  constexpr std::size_t kEnough = 3;
+  if (comments.size() == kEnough) return;
   const std::string comment = segment.data.substr(0, segment.data.find('\0'));
   if (!comment.empty() && std::ranges::find(comments, comment) == comments.end()) comments.push_back(comment);
 }
