@@ -28,9 +28,11 @@ std::unique_ptr<OIIO::ImageInput> TryOpen(const std::string& format, const std::
     message = OIIO::geterror();
     return nullptr;
   }
-  // Its reader writes beyond the picture's memory where a damaged file says so.
-  if (std::string_view(file->format_name()) == "iff") {
-    message = "IFF files are not read: convert them first";
+  // Their readers write beyond the picture's memory, or end the program, where a damaged file says so.
+  constexpr std::pair<std::string_view, const char*> kUnsafe[] = {{"iff", "IFF"}, {"softimage", "Softimage"}};
+  for (const auto& [unsafe, shown] : kUnsafe) {
+    if (std::string_view(file->format_name()) != unsafe) continue;
+    message = std::string(shown) + " files are not read: convert them first";
     return nullptr;
   }
   OIIO::ImageSpec config;

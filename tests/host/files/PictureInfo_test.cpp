@@ -56,6 +56,12 @@ TEST_F(PictureInfoOfFile, IffFilesAreRefused) {
   EXPECT_NE(std::string(failure->what()).find("IFF files are not read"), std::string::npos) << failure->what();
 }
 
+TEST_F(PictureInfoOfFile, SoftimageFilesAreRefused) {
+  const auto path = folder_.Write("c.pic", "\x53\x80\xf6\x34" + std::string(172, '\1'));
+  EXPECT_NE(std::string(CaughtFailure([&] { ReadPictureInfo(path); })->what()).find("Softimage files are not read"),
+            std::string::npos);
+}
+
 TEST_F(PictureInfoOfFile, ReportsGreyAndAlpha) {
   const PictureInfo grey = InfoOf("g.png", "png", OIIO::ImageSpec(2, 2, 1, OIIO::TypeDesc::UINT8));
   EXPECT_TRUE(grey.IsGrey());
