@@ -89,6 +89,8 @@ struct PictureInfo {
   std::vector<std::string> unread;
   // Of a PNG file: its chunks about colours that are no profile, whole, one after the other.
   std::string colourChunks;
+  // Of a PNG file: its chunks of texts behind the pixels, which its reader does not give, whole, one after the other.
+  std::string lateTexts;
   // Of a PNG or JPEG file: its Exif data as it is stored; empty: none.
   std::string exif;
   // There is more in it than the reader gives: what a camera notes for itself.

@@ -91,6 +91,10 @@ void AddMakerNote(std::vector<Loss>& losses) {
   losses.push_back({LossKind::Metadata, "maker note"});
 }
 
+void AddLateTexts(const PictureInfo& info, std::vector<Loss>& losses) {
+  if (!info.lateTexts.empty()) losses.push_back({LossKind::Metadata, "texts behind the pixels"});
+}
+
 void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetOf<MetadataGroup> held,
                  PixelLayout pixels, std::vector<Loss>& losses) {
   for (std::size_t group = 0; group < kMetadataNames.size(); ++group) {
@@ -158,6 +162,7 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
   std::vector<Loss> losses;
   AddBeside(info, losses);
   if (info.hasMakerNote && !info.PassesExifTo(format.name)) AddMakerNote(losses);
+  if (format.name != "png") AddLateTexts(info, losses);
   if (!format.hasAnyChannels) AddChannels(info, losses);
   if (info.HasAlpha() && !HasAlpha(pixels)) losses.push_back({LossKind::Alpha, "alpha"});
   for (const int channel : ChannelsTaken(info)) {
@@ -180,6 +185,7 @@ std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written
   std::vector<Loss> losses;
   AddBeside(info, losses);
   if (info.hasMakerNote) AddMakerNote(losses);
+  AddLateTexts(info, losses);
   AddChannels(info, losses);
   if (info.HasAlpha() && !HasAlpha(pixels)) losses.push_back({LossKind::Alpha, "alpha"});
   if (!info.IsGrey() && IsGrey(pixels)) losses.push_back({LossKind::Colours, "colours"});

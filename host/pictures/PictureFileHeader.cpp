@@ -139,7 +139,7 @@ class PngFile {
     const std::string name = head.substr(4, 4);
     const std::int64_t length = Big32(head, 0);
     isBehind_ = isBehind_ || name == "IDAT";
-    if (isBehind_) return AddBehind(name);
+    if (isBehind_) return AddBehind(name, length, at);
     if (name == "acTL") declared_ = Big32(head, 8);
     isFrame_ = isFrame_ || name == "fcTL";
     for (const auto& [colour, bytes] : kColourChunks) {
@@ -151,10 +151,19 @@ class PngFile {
   }
 
   // Readers stop at the pixels.
-  void AddBehind(std::string_view name) {
-    constexpr std::string_view kText[] = {"tEXt", "zTXt", "iTXt", "tIME"};
-    if (std::ranges::find(kText, name) != std::end(kText)) Tell("texts behind the pixels");
+  void AddBehind(std::string_view name, std::int64_t length, std::int64_t at) {
+    constexpr std::string_view kText[] = {"tEXt", "zTXt", "iTXt"};
+    if (std::ranges::find(kText, name) != std::end(kText)) AddLateText(length, at);
     if (name == "eXIf") Tell("Exif data behind the pixels");
+  }
+
+  void AddLateText(std::int64_t length, std::int64_t at) {
+    constexpr std::int64_t kMost = 1 << 20;
+    const bool fits = length <= kMost && static_cast<std::int64_t>(facts_.lateTexts.size()) <= kMost;
+    const std::string chunk = fits ? file_.Read(at, static_cast<std::size_t>(length) + 12) : std::string();
+    if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk))
+      return Tell("texts behind the pixels");
+    facts_.lateTexts += chunk;
   }
 
   void AddColour(const std::string& name, const std::string& chunk) {

@@ -238,6 +238,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
     info.colourChunks = std::move(chunks.colourChunks);
+    info.lateTexts = std::move(chunks.lateTexts);
     const ExifFacts exif = FactsOfExif(chunks.exif);
     if (exif.mayPass) info.exif = std::move(chunks.exif);
     info.hasMakerNote = exif.hasMakerNote;

@@ -139,8 +139,13 @@ class Writing {
   }
 
   void InsertPngChunks() {
-    const std::string colour = picture_.metadata == nullptr ? "" : picture_.metadata->info.colourChunks;
-    const std::string chunks = TakePngChunks(layout_.spec, colour, PassedExif());
+    std::string chunks;
+    if (picture_.metadata != nullptr) {
+      const PictureInfo& source = picture_.metadata->info;
+      chunks = TakePngChunks(layout_.spec, source.colourChunks, PassedExif()) + source.lateTexts;
+    } else {
+      chunks = TakePngChunks(layout_.spec, "", "");
+    }
     stream_->ChangeHead(kPngHead, [chunks](const std::string& head) { return head + chunks; });
   }
 

@@ -56,18 +56,6 @@ TEST_F(PictureFileHeader, ALimitMeetsPicturesThatAreDecodedWhenTheyAreOpened) {
   expect("VP8L\x78\0\0\0\x2f\xff\xff\xff\x0f"s, "16384 x 16384 pixels, 268435456");
 }
 
-TEST_F(PictureFileHeader, TextsBehindThePixelsOfAPngAreReportedAsLost) {
-  HostImage image;
-  image.Reset(8, 4, 2, 2);
-  image.Clear();
-  PictureWriter().Write(folder_.path() / "plain.png", image, nullptr, true);
-  std::string bytes = Bytes(folder_.path() / "plain.png");
-  EXPECT_EQ(FactsOfChunks(folder_.path() / "plain.png").unread, std::vector<std::string>{});
-  const std::string text("\0\0\0\4tEXtk\0vv....", 16);
-  EXPECT_EQ(FactsOfChunks(folder_.Write("late.png", bytes.insert(bytes.size() - 12, text + text))).unread,
-            std::vector<std::string>{"texts behind the pixels"});
-}
-
 TEST_F(PictureFileHeader, FramesOfAnAnimatedWebpAreCounted) {
   using namespace std::string_literals;
   const std::string frame = "ANMF\x03\0\0\0abc\0"s;

@@ -127,6 +127,29 @@ TEST_F(PngChunks, AProfileTakesThePlaceOfANamedColourSpace) {
   EXPECT_EQ(TakePngChunks(spec, srgb + gamma, ""), gamma);
 }
 
+// As some programs write them.
+TEST_F(PngChunks, TextsBehindThePixelsStay) {
+  const std::string text = Packed("tEXt", std::string("date\0now", 8)) + Packed("iTXt", std::string("t\0\0\0\0\0x", 7));
+  const auto late = [&](const std::string& chunks) {
+    WritePng("in.png", "");
+    std::string bytes = Bytes(folder_.path() / "in.png");
+    return folder_.Write("in.png", bytes.insert(bytes.size() - 12, chunks));
+  };
+  const auto lost = [](const std::filesystem::path& file, const char* output) {
+    return ListOf(LossesOf(ReportPicture(file), OutputFormatOf(output), {}, 8));
+  };
+  const auto file = late(text);
+  EXPECT_EQ(lost(file, "out.png"), "");
+  EXPECT_EQ(lost(file, "out.tif"), "texts behind the pixels");
+  const auto chunks = PassOn("in.png");
+  EXPECT_EQ(NamesOf(chunks), (std::vector<std::string>{"IHDR", "tEXt", "iTXt", "IDAT", "IEND"}));
+  EXPECT_EQ(chunks[1].data, std::string("date\0now", 8));
+  std::string damaged = text;
+  damaged.back() ^= 1;
+  EXPECT_EQ(lost(late(damaged), "out.png"), "texts behind the pixels");
+  EXPECT_EQ(lost(late(Packed("tEXt", std::string((1 << 20) + 1, 'x'))), "out.png"), "texts behind the pixels");
+}
+
 TEST_F(PngChunks, ExifDataThatIsNotTakenIsReported) {
   using Kinds = std::vector<std::string>;
   const std::string exif = Packed("eXIf", ExifBytes{}.Build());
