@@ -34,8 +34,9 @@ std::string ZshOptions(const std::vector<OptionEntry>& options) {
       const bool isLong = name.size() > 2;
       const std::string value = option.TakesValue() ? (isLong ? "=" : "+") : "";
       const std::string action = option.TakesValue() ? ZshAction(option) : "";
-      const std::string entry = ZshQuoted(others + name + value + ZshDescription(option.help) + action);
-      lines.append("    ").append(entry).append("\n");
+      std::string entry = others;
+      entry.append(name).append(value).append(ZshDescription(option.help)).append(action);
+      lines.append("    ").append(ZshQuoted(entry)).append("\n");
     }
   }
   return lines;
