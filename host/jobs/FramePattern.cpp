@@ -101,9 +101,11 @@ void FramePattern::SetWidth(int width) {
 std::string FramePattern::Advice(std::string_view fileName) {
   for (std::size_t at = fileName.find('%'); at != std::string_view::npos; at = fileName.find('%', at + 1)) {
     const std::size_t end = std::min(fileName.find_first_not_of("0123456789", at + 1), fileName.size());
-    const std::string number = std::string(fileName.substr(at + 1, end - at - 1)) + "d";
-    if (number == "d" || number.front() == '0' || !fileName.substr(end).starts_with('d')) continue;
-    return "; %" + number + " is no frame number, expected %0" + number;
+    const std::string_view digits = fileName.substr(at + 1, end - at - 1);
+    if (digits.empty() || digits.front() == '0' || !fileName.substr(end).starts_with('d')) continue;
+    std::string advice = "; %";
+    advice.append(digits).append("d is no frame number, expected %0").append(digits).append("d");
+    return advice;
   }
   return {};
 }
