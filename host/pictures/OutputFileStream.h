@@ -40,7 +40,7 @@ class OutputFileStream final : public OIIO::Filesystem::IOProxy {
 
  private:
   void Note(bool failed) const;
-  void Put(const char* bytes, size_t size);
+  void Put(const char* from, size_t size);
   void PutHead();
   bool IsOver() const { return systemError_ != 0 || (stop_ && stop_()); }
 
