@@ -133,6 +133,8 @@ function(vblur_headers_alone target)
   target_include_directories(${target}_headers PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${target}_headers PRIVATE ${alone_LINK})
   target_compile_options(${target}_headers PRIVATE -O0)
+  # Whatever the target defines, also after this.
+  target_compile_definitions(${target}_headers PRIVATE "$<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>")
   vblur_warnings(${target}_headers)
   add_dependencies(headers_alone ${target}_headers)
 endfunction()
