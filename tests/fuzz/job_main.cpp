@@ -1,11 +1,11 @@
 // job_fuzz [--count N] [--seed S] [--only I]: renders random jobs with extreme numbers and prints what became of them.
 // Build with the preset asan.
 #include <cstdio>
-#include <exception>
 
 #include <CLI/CLI.hpp>
 
 #include "tests/fuzz/JobFuzz.h"
+#include "tests/fuzz/Program.h"
 
 namespace vblur::test {
 namespace {
@@ -42,10 +42,5 @@ int Run(int argc, char** argv) {
 }  // namespace vblur::test
 
 int main(int argc, char** argv) {
-  try {
-    return vblur::test::Run(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "\n%s\n", error.what());
-    return 1;
-  }
+  return vblur::test::RunProgram(vblur::test::Run, argc, argv);
 }

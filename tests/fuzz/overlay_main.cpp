@@ -2,13 +2,13 @@
 // counts. Build with the preset asan.
 #include <chrono>
 #include <cstdio>
-#include <exception>
 #include <map>
 #include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "tests/fuzz/OverlayFuzz.h"
+#include "tests/fuzz/Program.h"
 
 namespace vblur::test {
 namespace {
@@ -49,10 +49,5 @@ int Run(int argc, char** argv) {
 }  // namespace vblur::test
 
 int main(int argc, char** argv) {
-  try {
-    return vblur::test::Run(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "\n%s\n", error.what());
-    return 1;
-  }
+  return vblur::test::RunProgram(vblur::test::Run, argc, argv);
 }
