@@ -8,7 +8,7 @@ set(vblur_plugin_folder ${CMAKE_INSTALL_LIBDIR}/vblur)
 set(vblur_header_folder ${CMAKE_INSTALL_INCLUDEDIR}/vblur)
 install(TARGETS vblur_vblur vblur_platform vblur_properties EXPORT VBlurTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS vblur_server vblur_sdk_effects vblur_sdk_viewer
+install(TARGETS vblur_server vblur_sdk_system vblur_sdk_effects vblur_sdk_viewer
   LIBRARY DESTINATION ${vblur_plugin_folder}
   RUNTIME DESTINATION ${vblur_plugin_folder})
 if(VBLUR_BUILD_APPS)

@@ -14,7 +14,7 @@
 
 namespace vblur::host {
 
-class Viewer final : public IVWViewer, public IVWWindow {
+class Viewer final : public IVWViewer, public IHostWindow {
  public:
   // With one reference. The trace may be null; it must outlive the viewer unless StopTrace is called.
   static ComPtr<Viewer> Make(CallTrace* trace = nullptr) { return ComPtr<Viewer>::Own(new Viewer(trace)); }

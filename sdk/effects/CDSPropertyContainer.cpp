@@ -21,6 +21,18 @@ bool IsFinite(const DSCurveKey& key) {
   return std::isfinite(key.time) && std::isfinite(key.value);
 }
 
+// The curve with a key added, or replaced if there is one at its time.
+DSCurve WithKey(const DSCurve& curve, DSCurveKey key) {
+  DSCurve result = curve;
+  const auto at = std::ranges::lower_bound(result.keys, key.time, {}, &DSCurveKey::time);
+  if (at != result.keys.end() && at->time == key.time) {
+    at->value = key.value;
+  } else {
+    result.keys.insert(at, key);
+  }
+  return result;
+}
+
 }  // namespace
 
 HRESULT CDSBasePropertyContainer::QueryInterface(const GUID& iid, void** result) {
@@ -105,6 +117,13 @@ HRESULT CDSPropertyContainer::GetValueAt(const GUID& property, double time, doub
   if (const HRESULT result = GetValue(property, &plain); result != kOk) return result;
   *value = GetValueDirect(Resolve(property), plain.AsNumber(), time);
   return kOk;
+}
+
+HRESULT CDSPropertyContainer::PutValueAt(const GUID& property, double time, const DSVariant& value) {
+  const DSCurve* curve = nullptr;
+  if (const HRESULT found = GetCurve(property, &curve); found < 0) return found;
+  if (curve == nullptr) return PutValue(property, value);
+  return PutCurve(property, WithKey(*curve, {time, value.AsNumber()}));
 }
 
 HRESULT CDSPropertyContainer::PutCurve(const GUID& property, const DSCurve& curve) {

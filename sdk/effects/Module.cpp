@@ -21,4 +21,10 @@ const ModuleBitmap* LoadBitmapW(HMODULE module, std::int32_t id) {
   return found == module->bitmaps.end() ? nullptr : &*found;
 }
 
+const ModuleDialog* FindDialog(HMODULE module, std::int32_t id) {
+  if (module == nullptr) return nullptr;
+  const auto found = std::ranges::find(module->dialogs, id, &ModuleDialog::id);
+  return found == module->dialogs.end() ? nullptr : &*found;
+}
+
 }  // namespace vblur

@@ -1,6 +1,5 @@
 #include "platform/CDSInteractiveTool.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/ComPtr.h"
@@ -26,33 +25,7 @@ namespace {
 
 constexpr double kViewerTime = -1.0;
 
-// The curve with a key added, or replaced if there is one at its time.
-DSCurve WithKey(const DSCurve& curve, DSCurveKey key) {
-  DSCurve result = curve;
-  const auto at = std::ranges::lower_bound(result.keys, key.time, {}, &DSCurveKey::time);
-  if (at != result.keys.end() && at->time == key.time) {
-    at->value = key.value;
-  } else {
-    result.keys.insert(at, key);
-  }
-  return result;
-}
-
-HRESULT PutAt(IDSProperties& properties, const GUID& property, const DSVariant& value, double time) {
-  const DSCurve* curve = nullptr;
-  const HRESULT found = properties.GetCurve(property, &curve);
-  if (found < 0) return found;
-  if (curve == nullptr) return properties.PutValue(property, value);
-  return properties.PutCurve(property, WithKey(*curve, {time, value.AsNumber()}));
-}
-
 }  // namespace
-
-std::uint32_t CDSCOMObject::DropReference() {
-  const std::uint32_t left = references_.Drop();
-  if (left == 0) delete this;
-  return left;
-}
 
 class CDSInteractiveTool::Listener : public IDSPropertyNotify {
  public:
@@ -179,7 +152,7 @@ HRESULT CDSInteractiveTool::GetAnimatedProperty(const GUID& property, DSVariant*
 HRESULT CDSInteractiveTool::SetAnimatedProperty(const GUID& property, const DSVariant& value, IUnknown*, double time,
                                                 std::uint32_t) {
   if (operator_ == nullptr) return kFailed;
-  const HRESULT result = PutAt(*operator_, property, value, TimeOf(time));
+  const HRESULT result = operator_->PutValueAt(property, TimeOf(time), value);
   if (host::toolObserver != nullptr) {
     host::toolObserver->OnSetAnimatedProperty(property, value.AsNumber(), time, result);
   }

@@ -40,12 +40,6 @@ HRESULT vwSurfaceEndRenderOpenGL(IVWSurface* surface, const tagVWOPENGLSURFACE* 
   return surface->EndRenderOpenGL(*info);
 }
 
-bool InvalidateRect(HWND window, const void*, bool) {
-  if (window == nullptr) return false;
-  window->Invalidate();
-  return true;
-}
-
 HRESULT VWControllerPushContext(std::int32_t kind, IUnknown* tool, IUnknown* viewer, bool, bool, double,
                                 std::uintptr_t* context) {
   if (tool == nullptr || viewer == nullptr || context == nullptr) return kNullPointer;

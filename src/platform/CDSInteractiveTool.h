@@ -4,28 +4,11 @@
 
 #include <memory>
 
+#include "CDSCOMObject.h"
 #include "IDSProperties.h"
-#include "RefCount.h"
 #include "Viewer.h"
 
 namespace vblur {
-
-class CDSCOMObject {
- public:
-  CDSCOMObject(const CDSCOMObject&) = delete;
-  CDSCOMObject& operator=(const CDSCOMObject&) = delete;
-
- protected:
-  // A new object has one reference, its maker's.
-  CDSCOMObject() = default;
-  virtual ~CDSCOMObject() = default;
-
-  std::uint32_t AddReference() { return references_.Add(); }
-  std::uint32_t DropReference();
-
- private:
-  RefCount references_;
-};
 
 // A client of the host's command map; tools have no commands by default.
 class CDSBaseCmdMapClient2 {};

@@ -42,6 +42,7 @@ class CDSPropertyContainer : public CDSBasePropertyContainer {
   HRESULT GetValue(const GUID& property, DSVariant* value) override;
   HRESULT PutValue(const GUID& property, const DSVariant& value) override;
   HRESULT GetValueAt(const GUID& property, double time, double* value) override;
+  HRESULT PutValueAt(const GUID& property, double time, const DSVariant& value) override;
   HRESULT PutCurve(const GUID& property, const DSCurve& curve) override;
   HRESULT GetCurve(const GUID& property, const DSCurve** curve) override;
   HRESULT RemoveCurve(const GUID& property) override;

@@ -45,6 +45,9 @@ class IDSProperties : public IUnknown {
   virtual HRESULT PutValue(const GUID& property, const DSVariant& value) = 0;
   // The curve's value at a time, or the plain value without a curve.
   virtual HRESULT GetValueAt(const GUID& property, double time, double* value) = 0;
+  // A property with a curve gets a key at the time, or another value for the key that is there; one without its plain
+  // value.
+  virtual HRESULT PutValueAt(const GUID& property, double time, const DSVariant& value) = 0;
   // Sets a curve in place of the plain value. kFailed for a property that is not animated. The curve is not checked: it
   // must have at least one key, strictly rising times and finite numbers.
   virtual HRESULT PutCurve(const GUID& property, const DSCurve& curve) = 0;

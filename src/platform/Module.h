@@ -1,5 +1,5 @@
-// A library's module handle, and the texts and bitmaps loaded from it by number. Off Windows a module lists its
-// resources in this record, and sdk/effects loads them.
+// A library's module handle, and the texts, bitmaps and dialogs loaded from it by number. Off Windows a module lists
+// its resources in this record, and sdk/effects loads them.
 #pragma once
 
 #include <cstddef>
@@ -22,9 +22,45 @@ struct ModuleBitmap {
   std::span<const std::uint8_t> pixels;
 };
 
+// The system's window class of a control.
+enum class ModuleControlKind : std::uint8_t {
+  Static,  // a text; the host makes one with ";class=NAME" of its own class
+  Group,   // a frame with a title
+  PushButton,
+  CheckBox,
+  List,     // a combo box that drops down
+  Picture,  // a bitmap of the module
+};
+
+// Positions and sizes are in dialog units, y downwards from the top of the dialog.
+struct ModuleControl {
+  static constexpr std::int32_t kNoId = -1;
+
+  std::int32_t id = kNoId;
+  ModuleControlKind kind = ModuleControlKind::Static;
+  std::string_view text;  // ASCII
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  std::uint32_t style = 0;  // the system's style bits
+  std::int32_t bitmap = 0;  // of a picture
+};
+
+struct ModuleDialog {
+  std::int32_t id = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  std::string_view font;
+  std::int32_t fontPoints = 0;
+  std::uint32_t style = 0;
+  std::span<const ModuleControl> controls;  // in the order of the tabulator key
+};
+
 struct Module {
   std::span<const ModuleString> strings;
   std::span<const ModuleBitmap> bitmaps;
+  std::span<const ModuleDialog> dialogs{};
 };
 
 using HMODULE = const Module*;
@@ -34,5 +70,7 @@ using HMODULE = const Module*;
 std::int32_t LoadStringW(HMODULE module, std::int32_t id, char16_t* buffer, std::int32_t capacity);
 // Null when the module has no such picture.
 const ModuleBitmap* LoadBitmapW(HMODULE module, std::int32_t id);
+// Null when the module has no such dialog.
+const ModuleDialog* FindDialog(HMODULE module, std::int32_t id);
 
 }  // namespace vblur

@@ -9,6 +9,7 @@
 
 #include "Com.h"
 #include "DSVariant.h"
+#include "Window.h"
 
 namespace vblur {
 
@@ -42,18 +43,6 @@ class IVWSurface {
 // kNullPointer without a surface or a record.
 HRESULT vwSurfaceBeginRenderOpenGL(IVWSurface* surface, tagVWOPENGLSURFACE* info);
 HRESULT vwSurfaceEndRenderOpenGL(IVWSurface* surface, const tagVWOPENGLSURFACE* info);
-
-// A window whose picture can be invalidated.
-class IVWWindow {
- public:
-  virtual ~IVWWindow() = default;
-
-  virtual void Invalidate() = 0;
-};
-using HWND = IVWWindow*;
-
-// The whole window when `area` is null, which is the only use. False without a window.
-bool InvalidateRect(HWND window, const void* area, bool erase);
 
 class IVWViewer : public IUnknown {
  public:

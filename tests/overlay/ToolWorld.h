@@ -68,7 +68,7 @@ class TestOperator : public CDSAliasedPropertyContainer {
 };
 
 // Counts the calls of a tool.
-class TestViewer : public IVWViewer, public IVWWindow {
+class TestViewer : public IVWViewer, public IHostWindow {
  public:
   HRESULT QueryInterface(const GUID& iid, void** result) override {
     *result = iid == IUnknown::kIid || iid == IVWViewer::kIid ? static_cast<IVWViewer*>(this) : nullptr;

@@ -11,7 +11,8 @@ ENTRY_POINTS = {
     "libvblur_host_gl.so": {"VBlurMakeOffScreenSurface", "VBlurModuleVersion"},
     "libvblur_host_pictures.so": {"VBlurPictureLibrary", "VBlurDrawingLibrary", "VBlurModuleVersion"},
 }
-LINKED = {"libvblur.so", "libvblur_host.so", "libvblur_sdk_effects.so", "libvblur_sdk_viewer.so"}
+LINKED = {"libvblur.so", "libvblur_host.so", "libvblur_sdk_effects.so",
+          "libvblur_sdk_system.so", "libvblur_sdk_viewer.so"}
 OWN = ("vblur::", "typeinfo for vblur::", "typeinfo name for vblur::", "vtable for vblur::", "VTT for vblur::",
        "guard variable for vblur::", "non-virtual thunk to vblur::", "virtual thunk to vblur::")
 
