@@ -1,4 +1,4 @@
-// Segments of JPEG files before their pixels.
+// Segments of JPEG files before their pixels, and what stands behind the picture.
 #pragma once
 
 #include <istream>
@@ -8,8 +8,8 @@
 namespace vblur::host {
 
 struct JpegFacts {
-  // Kinds of metadata that the reader passes over, each once: a comment beside another description, further pictures
-  // and signed histories.
+  // Kinds of data that the reader passes over, each once, such as a comment beside another description, further
+  // pictures, and what stands behind them.
   std::vector<std::string> unread;
   // Exif data as it is stored; empty: none.
   std::string exif;

@@ -124,10 +124,16 @@ class PngFile {
     std::int64_t at = static_cast<std::int64_t>(kPngSignature.size());
     for (int count = 0; count < kMostChunks; ++count) {
       const std::string head = file_.Read(at, 12);
-      if (head.size() < 12 || head.substr(4, 4) == "IEND") break;
+      if (head.size() < 12) break;
+      const std::int64_t next = at + Big32(head, 0) + 12;
+      if (head.substr(4, 4) == "IEND") {
+        if (HasDataFrom(next)) Tell("data behind the picture");
+        break;
+      }
       Add(head, at);
-      at += Big32(head, 0) + 12;
+      at = next;
     }
+    if (!others_.empty()) Tell(OtherChunks());
     // One more where the picture of the pixels is no frame itself.
     const std::int64_t frames = declared_ == 0 ? 1 : declared_ + (isFrame_ ? 0 : 1);
     facts_.frames = static_cast<std::int32_t>(std::min<std::int64_t>(frames, kMostFrames));
@@ -135,46 +141,77 @@ class PngFile {
   }
 
  private:
+  // Whether anything but padding stands there.
+  bool HasDataFrom(std::int64_t at) const {
+    constexpr std::size_t kBytes = 1 << 16;
+    for (std::string bytes = file_.Read(at, kBytes); !bytes.empty(); bytes = file_.Read(at, kBytes)) {
+      if (bytes.find_first_not_of('\0') != std::string::npos) return true;
+      at += static_cast<std::int64_t>(bytes.size());
+    }
+    return false;
+  }
+
   void Add(const std::string& head, std::int64_t at) {
     const std::string name = head.substr(4, 4);
     const std::int64_t length = Big32(head, 0);
     isBehind_ = isBehind_ || name == "IDAT";
-    if (isBehind_) return AddBehind(name, length, at);
+    if (isBehind_ ? AddBehind(name, length, at) : AddBefore(head, at)) return;
+    if (name == "caBX") return Tell("signed history (JUMBF)");
+    AddOther(name);
+  }
+
+  // False: nothing is taken of it.
+  bool AddBefore(std::string_view head, std::int64_t at) {
+    const std::string_view name = head.substr(4, 4);
+    const std::int64_t length = Big32(head, 0);
+    // The reader takes these; the last says where pixels lie in the file.
+    constexpr std::string_view kRead[] = {"IHDR", "PLTE", "tRNS", "iCCP", "pHYs", "oFFs", "tIME", "fdAT", "iDOT"};
+    if (std::ranges::find(kRead, name) != std::end(kRead)) return true;
     if (name == "acTL") declared_ = Big32(head, 8);
     isFrame_ = isFrame_ || name == "fcTL";
+    if (name == "acTL" || name == "fcTL") return true;
     for (const auto& [colour, bytes] : kColourChunks) {
-      if (name == colour && length == bytes) AddColour(name, file_.Read(at, static_cast<std::size_t>(length) + 12));
+      if (name == colour) return length == bytes && AddColour(name, Chunk(length, at));
     }
     if (name == "eXIf") AddExif(length, at);
     constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
     if (name == "iTXt" && file_.Read(at + 8, kXmp.size()) == kXmp) Tell("XMP data");
+    return name == "eXIf" || IsText(name);
   }
 
   // Readers stop at the pixels.
-  void AddBehind(std::string_view name, std::int64_t length, std::int64_t at) {
-    constexpr std::string_view kText[] = {"tEXt", "zTXt", "iTXt"};
-    if (std::ranges::find(kText, name) != std::end(kText)) AddLateText(length, at);
+  bool AddBehind(std::string_view name, std::int64_t length, std::int64_t at) {
+    if (IsText(name)) AddLateText(length, at);
     if (name == "eXIf") Tell("Exif data behind the pixels");
+    return IsText(name) || name == "eXIf" || name == "IDAT" || name == "fcTL" || name == "fdAT";
+  }
+
+  static bool IsText(std::string_view name) { return name == "tEXt" || name == "zTXt" || name == "iTXt"; }
+
+  std::string Chunk(std::int64_t length, std::int64_t at) const {
+    return file_.Read(at, static_cast<std::size_t>(length) + 12);
   }
 
   void AddLateText(std::int64_t length, std::int64_t at) {
     constexpr std::int64_t kMost = 1 << 20;
     const bool fits = length <= kMost && static_cast<std::int64_t>(facts_.lateTexts.size()) <= kMost;
-    const std::string chunk = fits ? file_.Read(at, static_cast<std::size_t>(length) + 12) : std::string();
+    const std::string chunk = fits ? Chunk(length, at) : std::string();
     if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk))
       return Tell("texts behind the pixels");
     facts_.lateTexts += chunk;
   }
 
-  void AddColour(const std::string& name, const std::string& chunk) {
+  bool AddColour(std::string_view name, const std::string& chunk) {
     const bool isNew = facts_.colourChunks.find(name) == std::string::npos;
-    if (isNew && chunk.size() > 12 && IsIntact(chunk)) facts_.colourChunks += chunk;
+    if (!isNew || chunk.size() <= 12 || !IsIntact(chunk)) return false;
+    facts_.colourChunks += chunk;
+    return true;
   }
 
   void AddExif(std::int64_t length, std::int64_t at) {
     constexpr std::int64_t kLongest = 16 << 20;
     if (length > kLongest) return Tell("Exif data");
-    const std::string chunk = file_.Read(at, static_cast<std::size_t>(length) + 12);
+    const std::string chunk = Chunk(length, at);
     // Some programs write it as JPEG files have it.
     constexpr std::string_view kJpeg("Exif\0\0", 6);
     if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk)) return Tell("damaged Exif data");
@@ -184,15 +221,38 @@ class PngFile {
     facts_.exif.clear();
   }
 
-  void Tell(const char* kind) {
-    if (std::ranges::find(facts_.unread, kind) == facts_.unread.end()) facts_.unread.emplace_back(kind);
+  void AddOther(const std::string& name) {
+    // Damaged names are none.
+    const bool isName =
+        std::ranges::all_of(name, [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); });
+    if (!isName || std::ranges::find(others_, name) != others_.end()) return;
+    if (others_.size() < kMostOthers)
+      others_.push_back(name);
+    else
+      hasMoreOthers_ = true;
   }
+
+  std::string OtherChunks() const {
+    std::string names;
+    for (const std::string& name : others_)
+      names += (names.empty() ? "" : ", ") + name;
+    return (others_.size() == 1 ? "PNG chunk " : "PNG chunks ") + names + (hasMoreOthers_ ? " and others" : "");
+  }
+
+  void Tell(const std::string& kind) {
+    if (std::ranges::find(facts_.unread, kind) == facts_.unread.end()) facts_.unread.push_back(kind);
+  }
+
+  static constexpr std::size_t kMostOthers = 10;
 
   FileParts file_;
   ChunkFacts facts_;
   std::int64_t declared_ = 0;
   bool isFrame_ = false;
   bool isBehind_ = false;
+  // Names of chunks that nothing is taken of, each once.
+  std::vector<std::string> others_;
+  bool hasMoreOthers_ = false;
 };
 
 }  // namespace

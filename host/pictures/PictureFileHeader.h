@@ -22,7 +22,7 @@ struct ChunkFacts {
   // The pictures of an animated WebP or PNG file, the one that readers without animation show among them; 1 for other
   // files.
   std::int32_t frames = 1;
-  // Kinds of metadata of a WebP or JPEG file that its reader does not give, each once.
+  // Kinds of data of a WebP, JPEG or PNG file that its reader does not give, each once.
   std::vector<std::string> unread;
   // Of a PNG file: its chunks about colours that are no profile (sRGB, gAMA, cHRM), whole, one after the other.
   std::string colourChunks;

@@ -6,6 +6,7 @@
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
+#include "host/pictures/FileBytes.h"
 #include "host/pictures/PictureFileOpen.h"
 #include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/Pictures.h"
@@ -41,7 +42,7 @@ TEST(JpegSegments, NameWhatTheReaderPassesOver) {
   EXPECT_EQ(Facts(Segment(0xe2, "MPF\0..."s)).unread, Kinds{"further pictures (MPF)"});
   EXPECT_EQ(Facts(Segment(0xe2, "ICC_PROFILE\0"s)).unread, Kinds{});
   EXPECT_EQ(Facts(Segment(0xe1, "http://ns.adobe.com/xap/1.0/")).unread, Kinds{"XMP data"});
-  EXPECT_EQ(Facts(Segment(0xe1, "FLIR")).unread, Kinds{});
+  EXPECT_EQ(Facts(Segment(0xe1, "FLIR")).unread, Kinds{"segments of applications"});
   EXPECT_EQ(Facts(Segment(0xe3, "")).unread, Kinds{"segments of applications"});
   EXPECT_EQ(Facts(Segment(0xef, "") + Segment(0xe4, "")).unread, Kinds{"segments of applications"});
   EXPECT_EQ(Facts(Segment(0xee, "Adobe") + Segment(0xed, "Photoshop 3.0")).unread, Kinds{});
@@ -54,6 +55,69 @@ TEST(JpegSegments, NameWhatTheReaderPassesOver) {
   EXPECT_EQ(Facts(described).unread, Kinds{});
   EXPECT_EQ(Facts(described + Segment(0xfe, "abc\0"s)).unread, Kinds{});
   EXPECT_EQ(Facts(ExifSegment(ExifBytes{}.Build()) + Comment()).unread, Kinds{});
+}
+
+TEST(JpegSegments, NameExifDataBesideTheFirst) {
+  const std::string exif = ExifSegment(ExifBytes{false, "abc"}.Build());
+  EXPECT_EQ(Facts(exif + exif).unread, Kinds{});
+  EXPECT_EQ(Facts(exif + ExifSegment("another")).unread, Kinds{"further Exif data"});
+}
+
+// A resource as an application writes it.
+std::string Resource(const std::string& id, const std::string& name, const std::string& data) {
+  std::string text = "8BIM" + id + static_cast<char>(name.size()) + name;
+  if (name.size() % 2 == 0) text += '\0';
+  text += "\0\0"s + static_cast<char>(data.size() >> 8) + static_cast<char>(data.size() & 0xff) + data;
+  return data.size() % 2 == 0 ? text : text + '\0';
+}
+
+TEST(JpegSegments, NameResourcesButIptcData) {
+  const auto unread = [](const std::string& resources) {
+    return Facts(Segment(0xed, "Photoshop 3.0\0"s + resources)).unread;
+  };
+  const std::string iptc = Resource("\4\4", "", "odd");
+  const std::string sum = Resource("\4\x25", "", std::string(16, 's'));
+  const std::string other = Resource("\3\xed", "", "data");
+  const Kinds resources{"image resources (8BIM)"};
+  EXPECT_EQ(unread(""), Kinds{});
+  EXPECT_EQ(unread(iptc), Kinds{});
+  EXPECT_EQ(unread(iptc + sum), Kinds{});
+  EXPECT_EQ(unread(iptc + other), resources);
+  EXPECT_EQ(unread(iptc + sum + Resource("\7\xd0", "path", "")), resources);
+  EXPECT_EQ(unread(sum + iptc), Kinds{"IPTC data behind other resources"});
+  EXPECT_EQ(unread(Resource("\4\4", "nam", "data")), Kinds{"IPTC data behind other resources"});
+  // Those that go on in another segment, damaged ones, and padding.
+  EXPECT_EQ(unread(iptc + "more data"), resources);
+  EXPECT_EQ(unread(iptc + "\0\0\0"s), Kinds{});
+  for (std::size_t length = 5; length < 12; ++length)
+    EXPECT_EQ(unread(iptc + other.substr(0, length)), resources) << length;
+  EXPECT_EQ(unread("8BIM\4\4\xff"s), resources);
+  EXPECT_EQ(unread("8BIM\4\4\0\0\xff\xff\xff\xff"s), Kinds{});
+}
+
+TEST(JpegSegments, NameDataBehindThePicture) {
+  const Kinds behind{"data behind the picture"};
+  const auto unread = [](const std::string& bytes) {
+    std::istringstream file(bytes);
+    return FactsOfJpeg(file).unread;
+  };
+  const std::string scan = Segment(0xda, "\1\1\0"s);
+  // Zeros, restarts and tables in the pixels, and any number of bytes before a marker.
+  const std::string pixels = scan + "ab\xff\0c\xff\xd0"s + "d" + Segment(0xc4, "\xff\xd9") + scan + "e\xff\xff";
+  const std::string picture = pixels + "\xd9";
+  EXPECT_EQ(unread(picture), Kinds{});
+  EXPECT_EQ(unread(picture + "\0\0\0\0ftyp"s), behind);
+  EXPECT_EQ(unread(picture + std::string(1000, '\0')), Kinds{});
+  EXPECT_EQ(unread(pixels), Kinds{});
+  EXPECT_EQ(unread(pixels + "\xc4\xff"), Kinds{});
+  EXPECT_EQ(unread(pixels + "\xc4\0\1\xff\xd9more"s), behind);
+  // Further pictures of a known kind are told by themselves.
+  const std::string further = "\xff\xd8"s + Segment(0xe1, "\xff\xd9") + picture;
+  const std::string index = Segment(0xe2, "MPF\0"s);
+  EXPECT_EQ(unread(picture + further), behind);
+  EXPECT_EQ(unread(index + picture + "\0\0"s + further + further), Kinds{"further pictures (MPF)"});
+  EXPECT_EQ(unread(index + picture + further + "video"), (Kinds{"further pictures (MPF)", "data behind the picture"}));
+  EXPECT_EQ(unread(index + picture + "\xff"), (Kinds{"further pictures (MPF)", "data behind the picture"}));
 }
 
 TEST(JpegSegments, GiveExifDataAsItIsStored) {
@@ -93,6 +157,9 @@ class JpegSegmentsOfAPhoto : public testing::Test {
     FillRandom(image_, 0, 255, 1);
     PictureWriter().Write(folder_.path() / "plain.jpg", image_, nullptr, true);
     plain_ = Bytes(folder_.path() / "plain.jpg");
+    // The library adds some.
+    const std::size_t exif = plain_.find("\xff\xe1");
+    plain_.erase(exif, 2 + static_cast<std::size_t>(Big16(plain_, exif + 2)));
   }
 
   // The plain photo with more segments.
@@ -118,6 +185,8 @@ class JpegSegmentsOfAPhoto : public testing::Test {
 TEST_F(JpegSegmentsOfAPhoto, WhatNothingKeepsIsReportedAsLost) {
   EXPECT_EQ(LostTo(folder_.path() / "plain.jpg", "out.jpg"), "");
   EXPECT_EQ(LostTo(Write(Segment(0xe2, "MPF\0..."s)), "out.jpg"), "further pictures (MPF)");
+  EXPECT_EQ(LostTo(folder_.Write("motion.jpg", plain_ + "\0\0\0\x18"s + "ftypmp42"), "out.jpg"),
+            "data behind the picture");
 }
 
 TEST_F(JpegSegmentsOfAPhoto, ExifDataStaysAsItIsStored) {

@@ -171,6 +171,37 @@ TEST_F(PngChunks, ExifDataThatIsNotTakenIsReported) {
   EXPECT_EQ(FactsOfChunks(folder_.path() / "in.png").unread, Kinds{"Exif data behind the pixels"});
 }
 
+TEST_F(PngChunks, WhatNoOutputHasIsNamed) {
+  using Kinds = std::vector<std::string>;
+  const auto unread = [&](const std::string& before, const std::string& behind, const std::string& after) {
+    WritePng("in.png", before);
+    std::string bytes = Bytes(folder_.path() / "in.png");
+    bytes.insert(bytes.size() - 12, behind);
+    folder_.Write("in.png", bytes + after);
+    return FactsOfChunks(folder_.path() / "in.png").unread;
+  };
+  const std::string bits = Packed("sBIT", "\5\5\5");
+  const std::string ground = Packed("bKGD", std::string(6, '\1'));
+  const std::string time = Packed("tIME", std::string(7, '\1'));
+  EXPECT_EQ(unread(bits, "", ""), Kinds{"PNG chunk sBIT"});
+  EXPECT_EQ(unread(ground + bits + ground + Packed("prVt", ""), "", ""), Kinds{"PNG chunks bKGD, sBIT, prVt"});
+  EXPECT_EQ(unread(time + Packed("pHYs", std::string("\0\0\1\0\0\0\1\0\1", 9)), "", ""), Kinds{});
+  EXPECT_EQ(unread("", time, ""), Kinds{"PNG chunk tIME"});
+  EXPECT_EQ(unread("", Packed("gAMA", Big32(100000)), ""), Kinds{"PNG chunk gAMA"});
+  EXPECT_EQ(unread(Packed("gAMA", "no"), "", ""), Kinds{"PNG chunk gAMA"});
+  EXPECT_EQ(unread("", Packed("ca\x01x", ""), ""), Kinds{});
+  EXPECT_EQ(unread(Packed("caBX", ""), "", ""), Kinds{"signed history (JUMBF)"});
+  EXPECT_EQ(unread("", "", std::string(100'000, '\0')), Kinds{});
+  EXPECT_EQ(unread("", "", std::string(100'000, '\0') + "video"), Kinds{"data behind the picture"});
+  EXPECT_EQ(ListOf(LossesOf(ReportPicture(folder_.path() / "in.png"), OutputFormatOf("out.png"), {}, 8)),
+            "data behind the picture");
+  std::string many;
+  for (char letter = 'a'; letter <= 'k'; ++letter)
+    many += Packed(std::string("abC") + letter, "");
+  EXPECT_EQ(unread(many, "", ""),
+            Kinds{"PNG chunks abCa, abCb, abCc, abCd, abCe, abCf, abCg, abCh, abCi, abCj and others"});
+}
+
 TEST_F(PngChunks, TextsBeyondAsciiAreUtf8) {
   using namespace std::string_literals;
   const auto chunks = PassOn(WritePng("text.png", Packed("tEXt", "Author\0M\xfcller"s) +
