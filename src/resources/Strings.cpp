@@ -4,18 +4,51 @@
 #include <array>
 
 #include "properties/PropertyTable.h"
+#include "resources/Numbers.h"
 
 namespace vblur::resources {
 namespace {
 
+constexpr std::string_view kProduct = "V_Blur";
+constexpr std::string_view kProductDescription = "Halvern's Blur and Sharpen Effect";
+constexpr std::string_view kMainPage = "V_Blur's main PPG";
+constexpr std::string_view kResetHint = "Reset this page's values to their defaults.";
+constexpr std::string_view kSource = "Source";
+
 constexpr std::array kOwn = {
-    ModuleString{1, "V_Blur"},
-    ModuleString{2, "Halvern's Blur and Sharpen Effect"},
-    ModuleString{4, "V_Blur's main PPG"},
-    ModuleString{6, "V_Blur's main PPG"},
-    ModuleString{8, "Help and Copyright Property Page for V_Blur"},
-    ModuleString{4997, "V_Wibble's main PPG (with edge methods)"},  // of no page of this effect
-    ModuleString{5499, "Transition PPG for Halvern DS Transitions"},
+    ModuleString{strings::kName, kProduct},
+    ModuleString{strings::kDescription, kProductDescription},
+    ModuleString{strings::kFullBlurTitle, kProduct},
+    ModuleString{strings::kFullBlurDescription, kMainPage},
+    ModuleString{strings::kTransitionBlurTitle, kProduct},
+    ModuleString{strings::kTransitionBlurDescription, kMainPage},
+    ModuleString{strings::kHelpTitle, "Help"},
+    ModuleString{strings::kHelpDescription, "Help and Copyright Property Page for V_Blur"},
+    ModuleString{strings::kFullBlurReset, kResetText},
+    ModuleString{strings::kFullBlurResetHint, kResetHint},
+    ModuleString{strings::kTransitionBlurReset, kResetText},
+    ModuleString{strings::kTransitionBlurResetHint, kResetHint},
+    ModuleString{strings::kHelpText,
+                 "V_Blur can be used to blur or sharpen an image using a fast gaussian filter. The effect is sub-pixel "
+                 "accurate that can be animated smoothly over time. It can also be applied to a specific channel "
+                 "(including Y/U/V). The Aspect parameter is used to bias the blur in one dimension or the other.\n"},
+    ModuleString{strings::kOnlineHelpHint, ""},
+    ModuleString{strings::kSource, kSource},
+    ModuleString{strings::kSourceHint, kSource},
+    ModuleString{strings::kVersionLine, "V_Blur " VBLUR_VERSION},
+    ModuleString{strings::kProductLine, kProductDescription},
+    ModuleString{strings::kOwnerLine, "Copyright (c) Halvern"},
+    ModuleString{strings::kRightsLine, "All rights reserved."},
+    ModuleString{strings::kFullCropTitle, "Cropping"},
+    ModuleString{strings::kFullCropDescription, "V_Wibble's main PPG (with edge methods)"},  // sic, as hosts know it
+    ModuleString{strings::kCropColour, kCropColourText},
+    ModuleString{strings::kCropColourHint, PropertyOf(PropertyId::CropColourR).hint},
+    ModuleString{strings::kFullCropReset, kResetText},
+    ModuleString{strings::kFullCropResetHint, kResetHint},
+    ModuleString{strings::kTransitionTitle, "Transition"},
+    ModuleString{strings::kTransitionDescription, "Transition PPG for Halvern DS Transitions"},
+    ModuleString{strings::kTransitionReset, kResetText},
+    ModuleString{strings::kTransitionResetHint, kResetHint},
 };
 
 constexpr std::size_t kCount = [] {

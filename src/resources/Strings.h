@@ -3,10 +3,15 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 
 #include "platform/Module.h"
 
 namespace vblur::resources {
+
+// Texts that dialogs show as well.
+inline constexpr std::string_view kResetText = "Reset";
+inline constexpr std::string_view kCropColourText = "Crop Colour";
 
 std::span<const ModuleString> Strings();
 

@@ -6,6 +6,7 @@
 #include "overlay/Drawing.h"
 #include "overlay/HvTInteract.h"
 #include "resources/Bitmaps.h"
+#include "resources/Dialogs.h"
 #include "resources/Strings.h"
 #include "server/CDsClassFactory.h"
 #include "server/ServerClasses.h"
@@ -13,7 +14,7 @@
 namespace vblur {
 
 HMODULE ServerModule() {
-  static const Module module{resources::Strings(), resources::Bitmaps()};
+  static const Module module{resources::Strings(), resources::Bitmaps(), resources::Dialogs()};
   return &module;
 }
 

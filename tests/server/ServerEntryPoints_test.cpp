@@ -299,6 +299,18 @@ TEST_F(ServerEntryPoints, RegistersItsClassesAndTheEffectsFamilies) {
   EXPECT_TRUE(catalogue.EffectsOf(MakeGuid("{28610EB3-AECA-11D1-BFAD-0800368E7203}")).empty());
 }
 
+TEST_F(ServerEntryPoints, ItsModuleHasTextsPicturesAndDialogs) {
+  ASSERT_EQ(enter(), kOk);
+  const HMODULE module = catalogue.Classes().at(0).module;
+  char16_t text[64];
+  EXPECT_EQ(LoadStringW(module, 5498, text, 64), 10);
+  EXPECT_EQ(std::u16string(text), u"Transition");
+  EXPECT_NE(LoadBitmapW(module, 102), nullptr);
+  for (const std::int32_t dialog : {1, 2, 3, 50, 52})
+    EXPECT_NE(FindDialog(module, dialog), nullptr) << dialog;
+  EXPECT_EQ(FindDialog(module, 51), nullptr);
+}
+
 TEST_F(ServerEntryPoints, RegistrationStopsAtTheFirstFailure) {
   catalogue.failing = {kClasses[3].clsid, kClasses[5].clsid};
   EXPECT_EQ(enter(), -103);
