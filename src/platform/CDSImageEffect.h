@@ -29,6 +29,7 @@ class CDSImageEffect : public CDSPlugInEffect,
   HRESULT GetInfo(tagDSFxInfo* info) override;
   HRESULT GetImageEffectInfo(tagDSImgFxInfo* info) override;
   HRESULT IsFormatSupported(const GUID& format) override;
+  // Removes curves without a notice: a class of effects with properties resets them, and notifies of all at once.
   HRESULT SetDefaults() override;
   HRESULT GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) override;
   HRESULT Verify() override;

@@ -61,6 +61,7 @@ class CDSPropertyContainer : public CDSBasePropertyContainer {
                             std::int32_t parameterCount, std::uint32_t flags);
   // The curve's value at a time, or the plain value without a curve.
   virtual double GetValueDirect(const GUID& property, double plainValue, double time) const;
+  // These two give no notice: the class does when all of its values are set.
   void CopyAnimation(const CDSPropertyContainer& from) { curves_ = from.curves_; }
   void RemoveAnimation() { curves_.clear(); }
 

@@ -218,6 +218,19 @@ TEST(CDSPropertyContainer, NotifiesOfEveryChangeUnderThePropertysOwnId) {
   EXPECT_EQ(container.Unadvise(&leaving), kWrongArgument);
 }
 
+TEST(CDSPropertyContainer, NotifiesOfValuesAtATime) {
+  Container container;
+  Listener listener;
+  container.Advise(&listener);
+  EXPECT_EQ(container.PutValueAt(kSize, 2.0, DSVariant::Of(4.0)), kOk);
+  EXPECT_EQ(listener.changes, std::vector{kSize});
+  EXPECT_EQ(listener.lastValue, 4.0) << "the plain value";
+  container.PutCurve(kSize, {{{0.0, 3.0}}, {}});
+  EXPECT_EQ(container.PutValueAt(kSize, 2.0, DSVariant::Of(5.0)), kOk);
+  EXPECT_EQ(listener.changes, (std::vector{kSize, kSize, kSize}));
+  EXPECT_EQ(listener.lastValue, -1.0) << "a key";
+}
+
 TEST(CDSPropertyContainer, EndsWithItsLastReference) {
   Container::ended = 0;
   auto object = ComPtr<Container>::Own(new Container());
