@@ -33,7 +33,7 @@ constexpr std::int32_t Letter(std::int32_t x, std::int32_t y) {
   const std::int32_t fromStroke = std::max(x, -x) - side;
   const std::int32_t inStroke = kHalfStroke - std::max(fromStroke, -fromStroke);
   const std::int32_t inHeight = kHalfHeight - std::max(y, -y);
-  return SoftEdge(std::min(inStroke, inHeight), Softness(x, 4));
+  return SoftEdge(std::min(inStroke, inHeight), Softness(x, 5));
 }
 
 // Opaque.
