@@ -34,13 +34,10 @@ std::optional<PropertyState> PropertyState::Read(IDSProperties& from, const GUID
 }
 
 bool PropertyState::Write(IDSProperties& to, const GUID& property) const {
-  std::optional<PropertyState> held = Read(to, property);
+  const std::optional<PropertyState> held = Read(to, property);
   if (!held) return false;
-  if (!SameBits(held->curve, curve)) {
-    if ((curve ? to.PutCurve(property, *curve) : to.RemoveCurve(property)) < 0) return false;
-    // Listeners may have written the plain value.
-    held = Read(to, property);
-    if (!held) return false;
+  if (!SameBits(held->curve, curve) && (curve ? to.PutCurve(property, *curve) : to.RemoveCurve(property)) < 0) {
+    return false;
   }
   return SameBits(held->plain, plain) || to.PutValue(property, plain) >= 0;
 }

@@ -1,7 +1,6 @@
 #include "host/pages/UndoHistory.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "host/base/Utf8.h"
@@ -78,8 +77,8 @@ bool UndoHistory::Write(const Step& step, Direction direction) {
     for (const Change& change : step.changes)
       write(change, change.after);
   } else {
-    for (const Change& change : std::views::reverse(step.changes))
-      write(change, change.before);
+    for (auto change = step.changes.rbegin(); change != step.changes.rend(); ++change)
+      write(*change, change->before);
   }
   return isWhole;
 }

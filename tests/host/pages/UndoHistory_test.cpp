@@ -396,6 +396,40 @@ TEST_F(UndoHistoryOfAnEffect, AnAnswerToAnUndoMayBeAStepWithAName) {
   EXPECT_EQ(history.UndoName(), "Stays open");
 }
 
+TEST_F(UndoHistoryOfAnEffect, ManyAnswersToAnUndoAreOneStep) {
+  Put(Blur, 40.0);
+  Listener listener(*properties, [&](const GUID& property) {
+    if (property != IdOf(Blur)) return;
+    for (const auto& [name, answered] : {std::pair(u"", Channels), {u"First", Aspect}, {u"Second", Blend}}) {
+      history.BeginStep(name);
+      history.BeginStep(u"Within");
+      Put(answered, 7.0);
+      history.EndStep();
+      history.EndStep();
+    }
+  });
+  history.Undo();
+  EXPECT_EQ(Depths(), Are(1, 0));
+  EXPECT_EQ(history.UndoName(), "First");
+  history.Undo();
+  EXPECT_EQ(HeldBy(*properties), HeldBy(*MakeEffect().As<IDSProperties>()));
+}
+
+TEST_F(UndoHistoryOfAnEffect, AnAnswerToACurveMayBeThePlainValue) {
+  PutCurve(Blur, {{{0.0, 1.0}}, DSInterpolation::Linear});
+  bool hasAnswered = false;
+  Listener listener(*properties, [&](const GUID&) {
+    if (!std::exchange(hasAnswered, true)) Put(Blur, 7.0);
+  });
+  history.Undo();
+  EXPECT_EQ(CurveOf(Blur), std::nullopt);
+  EXPECT_EQ(Get(Blur), 7.0);
+  EXPECT_EQ(Depths(), Are(1, 0));
+  listener.answers = {};
+  history.Undo();
+  EXPECT_EQ(Get(Blur), 10.0);
+}
+
 // A history that was made after a listener, which the effect calls first, therefore.
 class UndoHistoryAfterAListener : public UndoHistoryOfAnEffect {
  protected:
