@@ -59,6 +59,13 @@ struct TakenChannels {
 // light, or something else, such as densities of film.
 enum class Transfer : std::uint8_t { Srgb, Linear, Other };
 
+struct ExifFieldName {
+  std::string name;  // as in "UserComment" or "GPSAltitude"; "0x9c9b" for one that is not known
+  bool isGps = false;
+
+  friend bool operator==(const ExifFieldName&, const ExifFieldName&) = default;
+};
+
 struct PictureInfo {
   std::string format;  // the file format's name, such as "png" or "openexr"
   // Of the picture that the effect gets: both windows together.
@@ -95,6 +102,8 @@ struct PictureInfo {
   std::string exif;
   // There is more in it than the reader gives: what a camera notes for itself.
   bool hasMakerNote = false;
+  // Other fields of it that the reader does not give.
+  std::vector<ExifFieldName> unreadExif;
   // By what the file declares; else floats are linear and whole numbers sRGB.
   Transfer transfer = Transfer::Srgb;
 

@@ -64,14 +64,22 @@ const FileChannel& ChannelAt(const PictureInfo& info, int channel) {
   return info.all[static_cast<std::size_t>(channel)];
 }
 
-void AddChannels(const PictureInfo& info, std::vector<Loss>& losses) {
-  if (info.passing.empty()) return;
+// The first of them, as in "channels Y, Z and 3 more"; `one` is the word for one.
+template <typename NameAt>
+std::string Named(const std::string& one, std::size_t count, const NameAt& nameAt) {
   constexpr std::size_t kNamed = 20;
   std::string names;
-  for (std::size_t i = 0; i < std::min(info.passing.size(), kNamed); ++i)
-    names += (names.empty() ? "" : ", ") + ChannelAt(info, info.passing[i]).name;
-  if (info.passing.size() > kNamed) names += " and " + std::to_string(info.passing.size() - kNamed) + " more";
-  losses.push_back({LossKind::Channels, (info.passing.size() == 1 ? "channel " : "channels ") + names});
+  for (std::size_t i = 0; i < std::min(count, kNamed); ++i)
+    names += (names.empty() ? "" : ", ") + nameAt(i);
+  if (count > kNamed) names += " and " + std::to_string(count - kNamed) + " more";
+  return one + (count == 1 ? " " : "s ") + names;
+}
+
+void AddChannels(const PictureInfo& info, std::vector<Loss>& losses) {
+  const auto& passing = info.passing;
+  if (passing.empty()) return;
+  losses.push_back({LossKind::Channels,
+                    Named("channel", passing.size(), [&](std::size_t i) { return ChannelAt(info, passing[i]).name; })});
 }
 
 // What no output holds.
@@ -107,6 +115,18 @@ void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetO
       losses.push_back({LossKind::Metadata, name + " (damaged, or for other colours)"});
     }
   }
+}
+
+void AddLacking(const PictureReport& report, std::string_view format, std::vector<Loss>& losses) {
+  const auto found = report.lacking.find(format);
+  if (found == report.lacking.end()) return;
+  const std::vector<std::string>& fields = found->second.exifFields;
+  if (!fields.empty()) {
+    losses.push_back(
+        {LossKind::Metadata, Named("Exif field", fields.size(), [&](std::size_t i) { return fields[i]; })});
+  }
+  for (const std::string& name : found->second.longTexts)
+    losses.push_back({LossKind::Metadata, name + " (longer than files of this format hold)"});
 }
 
 }  // namespace
@@ -173,6 +193,7 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
   }
   AddMetadata(report, info.format == format.name ? report.beyondText : report.metadata, format.metadata, pixels,
               losses);
+  AddLacking(report, format.name, losses);
   if (!format.hasWindows && info.Picture() != info.display) {
     losses.push_back({LossKind::Windows, "pixels beyond the frame"});
   }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +13,12 @@
 
 namespace vblur::host {
 
+// What outputs of a format lack of kinds of metadata that they hold otherwise.
+struct PartsLacking {
+  std::vector<std::string> exifFields;  // their names
+  std::vector<std::string> longTexts;   // names of those that are too long
+};
+
 struct PictureReport {
   PictureInfo info;
   std::string compression;       // by the format's name; empty: none, or not reported
@@ -18,6 +26,7 @@ struct PictureReport {
   SetOf<MetadataGroup> metadata;
   // The same without what another file of its format keeps as text, whatever its name.
   SetOf<MetadataGroup> beyondText;
+  std::map<std::string, PartsLacking, std::less<>> lacking;  // by OutputFormat::name; none: nothing
   // The layouts of pixels that its colour profile is for; none where the profile is damaged.
   SetOf<PixelLayout> profileFits;
   std::vector<std::pair<std::string, std::string>> attributes;  // names and values, in the order of the file

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::size_t kEntry = 12;
 constexpr std::size_t kExifDirectory = 0x8769;
+constexpr std::size_t kGpsDirectory = 0x8825;
 
 // Places count from the block's begin. Numbers beyond its end are 0 and are not written.
 class ExifBlock {
@@ -55,6 +56,15 @@ class ExifBlock {
     return 0;
   }
 
+  // The tags of a directory's entries, as far as the block holds them.
+  std::vector<std::size_t> Tags(std::size_t directory) const {
+    std::vector<std::size_t> tags;
+    const std::size_t end = directory == 0 ? 0 : NextPlace(directory);
+    for (std::size_t at = directory + 2; at < end && Has(at, kEntry); at += kEntry)
+      tags.push_back(Number(at, 2));
+    return tags;
+  }
+
   // The number that an entry holds, or that its value lies at.
   std::size_t ValueOf(std::size_t entry) const {
     constexpr std::size_t kShort = 3;
@@ -88,6 +98,7 @@ ExifFacts FactsOfExif(std::string_view block) {
   ExifFacts facts;
   const bool begins =
       block.starts_with(std::string_view("II*\0", 4)) || block.starts_with(std::string_view("MM\0*", 4));
+  facts.isDamaged = !begins || exif.NextPlace(first) > block.size();
   if (!begins || exif.Number(first, 2) == 0) return facts;
   facts.isExif = true;
   facts.mayPass = !ExifForOutput(std::string(block), 1, 1).empty();
@@ -97,6 +108,24 @@ ExifFacts FactsOfExif(std::string_view block) {
     facts.description = exif.Text(length <= 4 ? entry + 8 : exif.ValueOf(entry), length);
   }
   return facts;
+}
+
+std::vector<ExifField> FieldsOfExif(std::string_view block) {
+  const ExifBlock exif{std::string(block)};
+  const std::size_t first = exif.FirstDirectory();
+  std::vector<ExifField> fields;
+  const auto add = [&](std::size_t directory, bool isGps) {
+    for (const std::size_t tag : exif.Tags(directory)) {
+      const bool leadsOn = !isGps && (tag == kExifDirectory || tag == kGpsDirectory);
+      if (!leadsOn) fields.push_back({isGps, tag});
+    }
+  };
+  add(first, false);
+  add(exif.ValueOf(exif.Entry(first, kExifDirectory)), false);
+  add(exif.ValueOf(exif.Entry(first, kGpsDirectory)), true);
+  std::ranges::sort(fields);
+  fields.erase(std::unique(fields.begin(), fields.end()), fields.end());
+  return fields;
 }
 
 std::string ExifForOutput(std::string block, std::int32_t width, std::int32_t height) {

@@ -302,19 +302,13 @@ class Plan {
     const auto bits = type_ == SampleType::Unsigned10 ? 10 : type_ == SampleType::Unsigned12 ? 12 : 0;
     if (bits != 0) spec.attribute("oiio:BitsPerSample", bits);
     if (metadata_ != nullptr) ApplyMetadata(*metadata_, pixels_, spec, format_);
-    if (format_.name == "jpeg") LeaveLongTextsOut();
+    // NoteLosses tells them.
+    TakeLongTexts(spec, format_);
     // Without this the writer multiplies by alpha or divides by it.
     const bool saysAssociated = metadata_ != nullptr && metadata_->associatedAlpha && format_.name == "tiff";
     if (!saysAssociated) spec.attribute("oiio:UnassociatedAlpha", 1);
     LeaveTimeOut();
     SetCompression();
-  }
-
-  // Segments of a JPEG file hold 65533 bytes, and its writer ends the program beyond that.
-  void LeaveLongTextsOut() {
-    constexpr std::size_t kMostText = 60000;
-    for (const std::string& name : TakeLongTexts(layout_.spec, kMostText))
-      Note("lost: " + name + ", which is longer than JPEG files hold");
   }
 
   // These writers put in the present time where the source has none, and write no time for one that is not a text.

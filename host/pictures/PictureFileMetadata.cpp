@@ -67,6 +67,13 @@ void MakeFraction(OIIO::ParamValue& attribute) {
   attribute = OIIO::ParamValue(attribute.name(), std::nextafter(value, std::copysign(1.0f, value)));
 }
 
+// The writer of TIFF files takes no other whole numbers for fields of Exif data.
+void MakeSigned(OIIO::ParamValue& attribute) {
+  const bool isWhole = attribute.type() == OIIO::TypeDesc::UINT16 || attribute.type() == OIIO::TypeDesc::UINT32;
+  if (GroupOf(attribute) == MetadataGroup::Exif && isWhole)
+    attribute = OIIO::ParamValue(attribute.name(), attribute.get_int());
+}
+
 // Or one of zeros and blanks, as many cameras write.
 bool IsEmptyText(const std::string& text) {
   return text.find_first_not_of(std::string(" \0", 2)) == std::string::npos;
@@ -169,10 +176,19 @@ void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::Im
     if (attribute.type() == OIIO::TypeDesc::STRING && IsEmptyText(attribute.get_string())) continue;
     if (name == "ICCProfile" && !LayoutsOfProfile(attribute).Has(pixels)) continue;
     output.extra_attribs.push_back(attribute);
+    if (name == "Exif:PixelXDimension") output.attribute(attribute.name(), output.width);
+    if (name == "Exif:PixelYDimension") output.attribute(attribute.name(), output.height);
     if (format.name == "jpeg" || format.name == "png") MakeFraction(output.extra_attribs.back());
+    if (format.name == "tiff") MakeSigned(output.extra_attribs.back());
     // TIFF files get theirs on demand alone.
     if (format.name == "tiff" && BeginsWith(name, "IPTC:")) output.attribute("tiff:write_iptc", 1);
   }
+}
+
+// Segments of a JPEG file hold 65533 bytes, and its writer ends the program beyond that.
+std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, const OutputFormat& format) {
+  constexpr std::size_t kMostText = 60000;
+  return format.name == "jpeg" ? TakeLongTexts(output, kMostText) : std::vector<std::string>();
 }
 
 std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, std::size_t most) {

@@ -33,11 +33,13 @@ bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format);
 SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile);
 
 PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info);
-// Adds what an output of this layout may repeat: never how the source's pixels were stored, nor a colour profile that
-// is not for them.
+// Adds what an output of this layout and of the size that it has already may repeat: never how the source's pixels were
+// stored, nor a colour profile that is not for them.
 void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
                    const OutputFormat& format);
-// Takes out the longest texts until all of them have at most so many bytes together; returns their names.
+// Takes out the longest texts until files of the format hold all of them together; returns their names.
+std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, const OutputFormat& format);
+// The same for so many bytes.
 std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, std::size_t most);
 
 }  // namespace vblur::host

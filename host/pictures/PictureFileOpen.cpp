@@ -13,6 +13,7 @@
 #include "host/files/StandardInput.h"
 #include "host/hosted/HostImage.h"
 #include "host/pictures/ExifBlock.h"
+#include "host/pictures/ExifFields.h"
 #include "host/pictures/PictureChannels.h"
 #include "host/pictures/PictureFileHeader.h"
 #include "host/pictures/PictureFileLength.h"
@@ -240,6 +241,8 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.colourChunks = std::move(chunks.colourChunks);
     info.lateTexts = std::move(chunks.lateTexts);
     const ExifFacts exif = FactsOfExif(chunks.exif);
+    if (!chunks.exif.empty() && exif.isDamaged) info.unread.emplace_back("damaged Exif data");
+    info.unreadExif = ExifFieldsUnread(chunks.exif);
     if (exif.mayPass) info.exif = std::move(chunks.exif);
     info.hasMakerNote = exif.hasMakerNote;
     info.levels = CountLevels(*file);

@@ -1,5 +1,8 @@
 #include "host/pictures/PictureReporting.h"
 
+#include <utility>
+
+#include "host/pictures/ExifFields.h"
 #include "host/pictures/PictureFileOpen.h"
 
 namespace vblur::host {
@@ -8,6 +11,34 @@ PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& 
   const OpenPicture opened = OpenPictureFile(path, choice);
   return DescribePicture(CollectMetadata(opened.file->spec(), opened.info));
 }
+
+namespace {
+
+// Of fields whose group the format holds; those of others are lost with it.
+std::vector<std::string> FieldsLacking(const PictureInfo& info, const OIIO::ImageSpec& output,
+                                       const OutputFormat& format) {
+  if (info.PassesExifTo(format.name)) return {};
+  std::vector<ExifFieldName> fields = info.unreadExif;
+  const auto unwritten = ExifFieldsUnwritten(output, format);
+  fields.insert(fields.end(), unwritten.begin(), unwritten.end());
+  std::vector<std::string> names;
+  for (const ExifFieldName& field : fields) {
+    if (format.metadata.Has(field.isGps ? MetadataGroup::Gps : MetadataGroup::Exif)) names.push_back(field.name);
+  }
+  return names;
+}
+
+void AddLacking(const PictureMetadata& metadata, PictureReport& report) {
+  for (const OutputFormat& format : OutputFormats()) {
+    OIIO::ImageSpec output;
+    ApplyMetadata(metadata, PixelLayout::Rgb, output, format);
+    PartsLacking parts{FieldsLacking(metadata.info, output, format), TakeLongTexts(output, format)};
+    if (!parts.exifFields.empty() || !parts.longTexts.empty())
+      report.lacking.emplace(std::string(format.name), std::move(parts));
+  }
+}
+
+}  // namespace
 
 PictureReport DescribePicture(const PictureMetadata& metadata) {
   PictureReport report;
@@ -25,6 +56,12 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
     const std::string value = isLong ? std::to_string(attribute.datasize()) + " bytes" : attribute.get_string();
     report.attributes.emplace_back(attribute.name().string(), value);
   }
+  for (const ExifFieldName& field : metadata.info.unreadExif) {
+    const auto group = field.isGps ? MetadataGroup::Gps : MetadataGroup::Exif;
+    report.metadata.Add(group);
+    report.beyondText.Add(group);
+  }
+  AddLacking(metadata, report);
   return report;
 }
 

@@ -211,6 +211,9 @@ TEST_F(JpegSegmentsOfAPhoto, ExifDataStaysAsItIsStored) {
 
 TEST_F(JpegSegmentsOfAPhoto, DamagedExifDataIsNotPassedOn) {
   EXPECT_EQ(ReportPicture(Write(ExifSegment("II*"))).info.exif, "");
+  EXPECT_EQ(LostTo(folder_.path() / "rich.jpg", "out.jpg"), "damaged Exif data");
+  EXPECT_EQ(LostTo(Write(ExifSegment("II*\0\x08\0\0\0\1\0"s)), "out.jpg"), "damaged Exif data");
+  EXPECT_EQ(LostTo(Write(ExifSegment("II*\0\x08\0\0\0\0\0\0\0\0\0"s)), "out.jpg"), "");
   EXPECT_EQ(ReportPicture(Write(ExifSegment(ExifBytes{}.Build()))).info.exif, ExifBytes{}.Build());
 }
 

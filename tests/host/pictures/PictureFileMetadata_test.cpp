@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/files/OutputFile.h"
+#include "host/files/PictureReport.h"
 #include "host/pictures/PictureFileOpen.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
@@ -73,8 +74,14 @@ TEST_F(PictureFileMetadata, TextsThatAreTooLongForAJpegAreLeftOutAndTold) {
   WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(6, 50));
   HostImage image;
   const auto read = PictureReader().ReadColour(folder_.path() / "in.tif", 8, image);
+  const PictureReport report = ReportPicture(folder_.path() / "in.tif");
+  const auto lost = [&](const char* to) { return ListOf(LossesOf(report, OutputFormatOf(to), {}, 8)); };
+  EXPECT_EQ(lost("out.jpg"), "Artist (longer than files of this format hold)");
+  EXPECT_EQ(lost("out.png"), "");
   PictureWriter writer;
-  writer.Write(folder_.path() / "out.jpg", image, read.metadata.get(), true);
+  auto written = writer.WriteBeside(folder_.path() / "out.jpg", image, read.metadata.get(), {});
+  EXPECT_EQ(written.Notes(), std::vector<std::string>{"output: lost: " + lost("out.jpg")});
+  written.Commit();
   const OIIO::ImageSpec out = OpenPictureFile(folder_.path() / "out.jpg", {}).file->spec();
   EXPECT_EQ(out.find_attribute("Artist"), nullptr);
   EXPECT_EQ(out.get_string_attribute("ImageDescription"), std::string(20001, 'b'));
