@@ -1,0 +1,50 @@
+// A list that drops down and shows the entry that is selected, which is its text.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/pages/PageWindow.h"
+
+namespace vblur::host {
+
+class ListControl final : public PageWindow {
+ public:
+  static constexpr std::int32_t kNone = -1;
+
+  // Without entries.
+  ListControl(PageDialog& dialog, const ModuleControl& control);
+
+  const std::vector<std::u16string>& Entries() const { return entries_; }
+  // kNone when none is.
+  std::int32_t Selected() const { return selected_; }
+
+  // The user selects an entry. False if the list takes no input, and for an entry that it lacks; the page gets a
+  // message when another is selected than before.
+  bool Choose(std::int32_t index);
+  // The entry below or above, the first when none is selected. At the ends it stays.
+  bool ChooseNext();
+  bool ChoosePrevious();
+  // The next entry after the selected one that begins with the letter, from the top again after the last. The letters A
+  // to Z match in both cases.
+  bool ChooseByLetter(char16_t letter);
+
+  // From the page, which gets no message of these. CB_ADDSTRING returns the entry's index. CB_SETCURSEL selects none
+  // and returns CB_ERR for an index that the list lacks. WM_SETTEXT selects the first entry of this very text, and
+  // changes nothing and returns CB_ERR if there is none.
+  LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  bool Has(std::int32_t index) const { return index >= 0 && index < Count(); }
+  std::int32_t Count() const { return static_cast<std::int32_t>(entries_.size()); }
+  LRESULT Add(const char16_t* text);
+  LRESULT Clear();
+  LRESULT SelectText(const char16_t* text);
+  void Select(std::int32_t index);
+
+  std::vector<std::u16string> entries_;
+  std::int32_t selected_ = kNone;
+};
+
+}  // namespace vblur::host

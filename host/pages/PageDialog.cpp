@@ -1,0 +1,93 @@
+#include "host/pages/PageDialog.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "host/pages/ButtonControl.h"
+#include "host/pages/CheckBoxControl.h"
+#include "host/pages/ColourChipControl.h"
+#include "host/pages/ControlText.h"
+#include "host/pages/ListControl.h"
+#include "host/pages/NumberControl.h"
+#include "host/pages/StaticControls.h"
+
+namespace vblur::host {
+
+namespace {
+
+std::unique_ptr<PageWindow> MakeStatic(PageDialog& dialog, const ModuleControl& control) {
+  const ControlText text = ReadControlText(control.text);
+  switch (text.kind) {
+    case PageWindowKind::Number: return std::make_unique<NumberControl>(dialog, control, text);
+    case PageWindowKind::ColourChip: return std::make_unique<ColourChipControl>(dialog, control, text);
+    default: return std::make_unique<LabelControl>(dialog, control);
+  }
+}
+
+std::unique_ptr<PageWindow> MakeControl(PageDialog& dialog, const ModuleControl& control) {
+  switch (control.kind) {
+    case ModuleControlKind::Static: return MakeStatic(dialog, control);
+    case ModuleControlKind::Group: return std::make_unique<GroupControl>(dialog, control);
+    case ModuleControlKind::PushButton: return std::make_unique<ButtonControl>(dialog, control);
+    case ModuleControlKind::CheckBox: return std::make_unique<CheckBoxControl>(dialog, control);
+    case ModuleControlKind::List: return std::make_unique<ListControl>(dialog, control);
+    case ModuleControlKind::Picture: return std::make_unique<PictureControl>(dialog, control);
+  }
+  return std::make_unique<LabelControl>(dialog, control);
+}
+
+ModuleControl WindowOf(const ModuleDialog& dialog) {
+  ModuleControl window;
+  window.id = dialog.id;
+  window.width = dialog.width;
+  window.height = dialog.height;
+  window.style = dialog.style;
+  return window;
+}
+
+}  // namespace
+
+std::shared_ptr<PageDialog> PageDialog::Make(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module) {
+  return std::shared_ptr<PageDialog>(new PageDialog(dialog, page, module));
+}
+
+PageDialog::PageDialog(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module)
+    : PageWindow(*this, PageWindowKind::Dialog, WindowOf(dialog), {}),
+      page_(&page),
+      module_(module),
+      fontName_(dialog.font),
+      fontPoints_(dialog.fontPoints) {
+  for (const ModuleControl& control : dialog.controls)
+    items_.push_back(MakeControl(*this, control));
+}
+
+PageDialog::~PageDialog() = default;
+
+PageWindow* PageDialog::Item(std::int32_t id) {
+  if (id == ModuleControl::kNoId) return nullptr;
+  const auto found = std::ranges::find_if(items_, [&](const auto& item) { return item->Id() == id; });
+  return found == items_.end() ? nullptr : found->get();
+}
+
+PageWindow* PageDialog::Stop(const PageWindow* from, std::ptrdiff_t step) const {
+  const auto count = static_cast<std::ptrdiff_t>(items_.size());
+  const auto at = std::ranges::find_if(items_, [&](const auto& item) { return item.get() == from; });
+  std::ptrdiff_t index = at - items_.begin();
+  if (index == count && step > 0) index = -1;
+  for (std::ptrdiff_t tried = 0; tried < count; ++tried) {
+    index = (index + step + count) % count;
+    PageWindow& item = *items_[static_cast<std::size_t>(index)];
+    if (item.IsTabStop() && item.TakesInput()) return &item;
+  }
+  return nullptr;
+}
+
+void PageDialog::Close() {
+  page_ = nullptr;
+}
+
+LRESULT PageDialog::SendToPage(UINT message, WPARAM wParam, LPARAM lParam) const {
+  return page_ == nullptr ? 0 : page_->OnDialogMessage(message, wParam, lParam);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,104 @@
+// A window of a property page's dialog: the dialog itself or a control of it. It holds what there is to see and takes
+// what a user does; whoever draws it (a desktop's window, a picture, a test) observes it. User-interface thread only.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/pages/DialogUnits.h"
+#include "platform/Module.h"
+#include "platform/Window.h"
+
+namespace vblur::host {
+
+class PageDialog;
+class PageWindow;
+
+class PageObserver {
+ public:
+  virtual ~PageObserver() = default;
+
+  // What the window shows has changed. The call must not drop the dialog.
+  virtual void OnWindowChanged(PageWindow& window) = 0;
+};
+
+enum class PageWindowKind { Dialog, Label, Group, Picture, Button, CheckBox, List, Number, ColourChip };
+
+class PageWindow : public IHostWindow {
+ public:
+  PageWindow(const PageWindow&) = delete;
+  PageWindow& operator=(const PageWindow&) = delete;
+  ~PageWindow() override = default;
+
+  PageDialog& Dialog() const { return dialog_; }
+  // ModuleControl::kNoId for a control without one; of the dialog its number in the module.
+  std::int32_t Id() const { return id_; }
+  PageWindowKind Kind() const { return kind_; }
+  // The name of the window's class: "Static", "Button", "ComboBox", those of the host's own controls, or "Dialog".
+  std::string_view ClassName() const;
+  // The system's style bits, of which WS_VISIBLE and WS_TABSTOP count here.
+  std::uint32_t Style() const { return style_; }
+  const DialogRectangle& Area() const { return area_; }
+  PixelRectangle AreaInPixels(const DialogUnits& units) const { return units.ToPixels(area_); }
+
+  // Its title, caption, or shown entry.
+  const std::u16string& Text() const { return text_; }
+  // From the page; empty for a window without one.
+  std::u16string ToolTip();
+
+  bool IsEnabled() const { return enabled_; }
+  bool IsVisible() const { return visible_; }
+  // A dialog is hidden until it is shown, whatever its style.
+  void Show(bool visible);
+  // Whether a user can reach it: it and its dialog are visible and enabled, and the dialog is open.
+  bool TakesInput() const;
+  // Whether the tabulator key stops at it while it takes input.
+  bool IsTabStop() const;
+
+  // Borrowed, told in the order of adding; those of a dialog are told of its controls too. One may be added or removed
+  // at any time, during a call as well; twice added counts once.
+  void AddObserver(PageObserver& observer);
+  void RemoveObserver(PageObserver& observer);
+
+  void Invalidate() override { Changed(); }
+  PageWindow* Item(std::int32_t id) override;
+  bool Enable(bool enable) override;
+  LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ protected:
+  PageWindow(PageDialog& dialog, PageWindowKind kind, const ModuleControl& control, std::u16string text);
+
+  // Tells the observers.
+  void Changed();
+  void SetText(std::u16string text);
+  // Keeps the dialog, and so this window, while a message to the page may drop it; null for a dialog that nobody
+  // shares.
+  [[nodiscard]] std::shared_ptr<PageDialog> Hold() const;
+  // Send a message about this window to the page: by its registered name, and as a command. Nothing for a window
+  // without id.
+  LRESULT Tell(const char16_t* message, LPARAM lParam = 0) const;
+  LRESULT TellCommand(UINT what) const;
+
+ private:
+  void TellObservers(PageWindow& changed);
+
+  PageDialog& dialog_;
+  const PageWindowKind kind_;
+  const std::int32_t id_;
+  const std::uint32_t style_;
+  const DialogRectangle area_;
+  std::u16string text_;
+  bool enabled_ = true;
+  bool visible_ = true;
+  std::vector<PageObserver*> observers_;  // null: removed while they are told
+  std::int32_t telling_ = 0;              // calls in progress
+};
+
+// ASCII widened, up to a NUL, where the system's texts end.
+std::u16string Widened(std::string_view text);
+
+}  // namespace vblur::host
