@@ -13,6 +13,7 @@
 
 #include "host/pictures/FileBytes.h"
 #include "host/pictures/JpegSegments.h"
+#include "host/pictures/PngProfileText.h"
 
 namespace vblur::host {
 
@@ -133,6 +134,8 @@ class PngFile {
       Add(head, at);
       at = next;
     }
+    if (facts_.exif.empty()) facts_.exif = textExif_;
+    if (!textExif_.empty() && textExif_ != facts_.exif) Tell("further Exif data");
     if (!others_.empty()) Tell(OtherChunks());
     // One more where the picture of the pixels is no frame itself.
     const std::int64_t frames = declared_ == 0 ? 1 : declared_ + (isFrame_ ? 0 : 1);
@@ -174,6 +177,7 @@ class PngFile {
       if (name == colour) return length == bytes && AddColour(name, Chunk(length, at));
     }
     if (name == "eXIf") AddExif(length, at);
+    if (IsText(name) && IsExifText(file_.Read(at + 8, kExifKeyword))) AddExifText(name, length, at);
     constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
     if (name == "iTXt" && file_.Read(at + 8, kXmp.size()) == kXmp) Tell("XMP data");
     return name == "eXIf" || IsText(name);
@@ -215,10 +219,21 @@ class PngFile {
     // Some programs write it as JPEG files have it.
     constexpr std::string_view kJpeg("Exif\0\0", 6);
     if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk)) return Tell("damaged Exif data");
-    facts_.exif = chunk.substr(8, static_cast<std::size_t>(length));
-    if (!facts_.exif.starts_with(kJpeg)) return;
-    Tell("Exif data");
-    facts_.exif.clear();
+    const std::string exif = chunk.substr(8, static_cast<std::size_t>(length));
+    if (exif.starts_with(kJpeg)) return Tell("Exif data");
+    if (facts_.exif.empty()) facts_.exif = exif;
+    if (exif != facts_.exif) Tell("further Exif data");
+  }
+
+  void AddExifText(std::string_view name, std::int64_t length, std::int64_t at) {
+    const bool fits = length <= static_cast<std::int64_t>(kLongestExifText);
+    const std::string chunk = fits ? Chunk(length, at) : std::string();
+    const bool isWhole = static_cast<std::int64_t>(chunk.size()) == length + 12 && IsIntact(chunk);
+    auto exif =
+        isWhole ? ExifOfText(name, std::string_view(chunk).substr(8, static_cast<std::size_t>(length))) : std::nullopt;
+    if (!exif || (!textExif_.empty() && *exif != textExif_))
+      return Tell(exif ? "further Exif data" : "damaged Exif data");
+    textExif_ = std::move(*exif);
   }
 
   void AddOther(const std::string& name) {
@@ -247,6 +262,7 @@ class PngFile {
 
   FileParts file_;
   ChunkFacts facts_;
+  std::string textExif_;  // of a text
   std::int64_t declared_ = 0;
   bool isFrame_ = false;
   bool isBehind_ = false;

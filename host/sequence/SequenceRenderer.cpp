@@ -81,7 +81,7 @@ class SequenceRun {
   bool MayBeSkipped(std::int32_t frame) const;
   // Of those that may be skipped.
   bool IsWhole(FrameSlot& slot) const;
-  std::vector<std::array<std::int32_t, 2>> SizesOf(std::int32_t frame) const;
+  ExpectedOutput ExpectedAt(std::int32_t frame) const;
   void CheckInputs(std::int32_t frame);
   bool IsReplaced(const std::filesystem::path& file, std::int32_t frame) const;
   void CheckReplaced(std::int32_t frame);
@@ -143,25 +143,38 @@ bool SequenceRun::MayBeSkipped(std::int32_t frame) const {
 
 bool SequenceRun::IsWhole(FrameSlot& slot) const {
   const std::string flaw = FlawOfOutput(slot.result.file, OutputFormatOf(slot.result.file, storage_),
-                                        SizesOf(slot.result.frame), [this] { return context_.Stopped(); });
+                                        ExpectedAt(slot.result.frame), [this] { return context_.Stopped(); });
   if (flaw.empty()) return true;
   slot.replaces = true;
   slot.warnings.push_back(flaw + "; rendered again");
   return false;
 }
 
-// As far as headers have them: of the whole picture in formats with windows, of the display window in others.
-std::vector<std::array<std::int32_t, 2>> SequenceRun::SizesOf(std::int32_t frame) const {
+// As far as headers have it. Its size is that of the whole picture in formats with windows, of the display window in
+// others.
+ExpectedOutput SequenceRun::ExpectedAt(std::int32_t frame) const {
   const auto& width = job_.output.width;
   const auto& height = job_.output.height;
-  if (width && height) return {{*width, *height}};
+  const OutputFormat& format = OutputFormatOf(OutputOf(frame), storage_);
+  ExpectedOutput expected;
+  if (width && height) expected.sizes = {{*width, *height}};
+  if (!job_.input) {
+    expected.type = NearestType(format, storage_.type.value_or(TypeForDepth(depth_)));
+    return expected;
+  }
   try {
     const PictureInfo info = pictures_.InputInfo(frame);
-    return {{width.value_or(info.width), height.value_or(info.height)},
-            {width.value_or(info.display.width), height.value_or(info.display.height)}};
+    expected.sizes = {{width.value_or(info.width), height.value_or(info.height)},
+                      {width.value_or(info.display.width), height.value_or(info.display.height)}};
+    // Where the colours are those of a layer, others come first.
+    if (job_.input->layer.empty()) expected.type = OutputTypeOf(info, format, storage_);
+    if (!format.hasAnyChannels) return expected;
+    for (const int channel : info.passing)
+      expected.channels.push_back(info.all[static_cast<std::size_t>(channel)].name);
   } catch (const Failure&) {
-    return {};
+    // An input that is missing is no reason to render again.
   }
+  return expected;
 }
 
 std::string AboutFrame(const FrameList& frames, std::int32_t frame) {

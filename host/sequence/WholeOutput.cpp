@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <new>
+#include <set>
 #include <string_view>
 
 #include "host/base/Failure.h"
@@ -32,25 +33,44 @@ bool HasEnd(const std::filesystem::path& file, std::string_view format) {
   return end.empty() || LastBytes(file, end.size()) == end;
 }
 
+// Another picture than the frame, whole as it may be; empty: none.
+std::string DifferenceFrom(const ExpectedOutput& expected, const PictureInfo& info, const HostImage& image) {
+  const std::array size{image.Width(), image.Height()};
+  const auto& sizes = expected.sizes;
+  if (!sizes.empty() && std::ranges::find(sizes, size) == sizes.end()) {
+    return SizeText(size) + " pixels, where the frame has " + SizeText(sizes.front());
+  }
+  const SampleType type = TypeFor(info.stored);
+  if (expected.type && type != *expected.type) {
+    return "the samples are " + std::string(NameOf(type)) + ", expected " + std::string(NameOf(*expected.type));
+  }
+  std::set<std::string_view> names;
+  for (const FileChannel& channel : info.all)
+    names.insert(channel.name);
+  for (const std::string& channel : expected.channels) {
+    if (!names.contains(channel)) return "channel " + channel + " is missing";
+  }
+  return {};
+}
+
 }  // namespace
 
-std::string FlawOfOutput(const std::filesystem::path& file, const OutputFormat& format,
-                         const std::vector<std::array<std::int32_t, 2>>& sizes, const StopTest& stop) {
+std::string FlawOfOutput(const std::filesystem::path& file, const OutputFormat& format, const ExpectedOutput& expected,
+                         const StopTest& stop) {
   HostImage image;
-  std::string found;
+  PictureInfo info;
   try {
-    found = PictureReader(stop).ReadColour(file, 8, image).info.format;
+    info = PictureReader(stop).ReadColour(file, 8, image).info;
   } catch (const Failure& failure) {
     return failure.what();
   } catch (const std::bad_alloc&) {
     return file.string() + ": not enough memory to read it";
   }
-  const std::string expected(format.name);
-  if (found != expected) return file.string() + ": the format is " + found + ", expected " + expected;
-  if (!HasEnd(file, found)) return file.string() + ": the end of the file is missing";
-  const std::array size{image.Width(), image.Height()};
-  if (sizes.empty() || std::ranges::find(sizes, size) != sizes.end()) return {};
-  return file.string() + ": " + SizeText(size) + " pixels, where the frame has " + SizeText(sizes.front());
+  if (info.format != format.name)
+    return file.string() + ": the format is " + info.format + ", expected " + std::string(format.name);
+  if (!HasEnd(file, info.format)) return file.string() + ": the end of the file is missing";
+  const std::string difference = DifferenceFrom(expected, info, image);
+  return difference.empty() ? difference : file.string() + ": " + difference;
 }
 
 }  // namespace vblur::host

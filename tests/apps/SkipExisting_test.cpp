@@ -106,6 +106,30 @@ TEST_F(SkipExisting, EveryFormatIsWholeAfterItsOwnRender) {
   }
 }
 
+TEST_F(SkipExisting, EveryTypeIsThatOfTheFrame) {
+  const std::vector<std::string> kTypes{"uint8", "uint16", "half", "float"};
+  const std::vector<std::string> kExtensions{".png", ".jpg", ".tif", ".exr", ".dpx", ".webp",
+                                             ".tga", ".bmp", ".ppm", ".sgi", ".hdr"};
+  for (const std::string& type : kTypes) {
+    const std::string from = type.starts_with("uint") ? "from.png" : "from.exr";
+    ASSERT_EQ(Run({"render", "in1.png", from, "--type", type, "--overwrite"}).exit, 0);
+    for (const std::string& extension : kExtensions) {
+      const std::vector<std::string> command{"render", from, type + extension, "--skip-existing", "-v"};
+      ASSERT_EQ(Run(command).exit, 0) << extension;
+      const auto again = Run(command);
+      EXPECT_NE(again.err.find("exists, skipped"), std::string::npos) << type << extension << ": " << again.err;
+    }
+  }
+}
+
+TEST_F(SkipExisting, FilesOfAnotherTypeAreRenderedAgain) {
+  ASSERT_EQ(Render({"--type", "uint16"}).exit, 0);
+  folder_.Write("out1.png", host::Bytes(Path("in1.png")));
+  const auto again = Render({"--type", "uint16"});
+  EXPECT_EQ(again.exit, 0);
+  EXPECT_EQ(again.err, "vblur: out1.png: the samples are uint8, expected uint16; rendered again\n");
+}
+
 // The format is the one that is asked for, whatever the name.
 TEST_F(SkipExisting, TheFormatMayBeAnotherThanThatOfTheName) {
   const std::vector<std::string> command{"render", "in1.png", "o.dat", "--format", "tif", "--skip-existing", "-v"};

@@ -171,6 +171,42 @@ TEST_F(PngChunks, ExifDataThatIsNotTakenIsReported) {
   EXPECT_EQ(FactsOfChunks(folder_.path() / "in.png").unread, Kinds{"Exif data behind the pixels"});
 }
 
+TEST_F(PngChunks, ExifDataInATextStays) {
+  using Kinds = std::vector<std::string>;
+  const auto digits = [](const std::string& bytes) {
+    std::string text;
+    for (const char c : bytes)
+      for (const int half : {c >> 4 & 0xf, c & 0xf})
+        text.push_back("0123456789abcdef"[half]);
+    return text;
+  };
+  const auto text = [&](const std::string& exif) {
+    const std::string bytes = std::string("Exif\0\0", 6) + exif;
+    return Packed("tEXt", std::string("Raw profile type exif\0", 22) + "\nexif\n" + std::to_string(bytes.size()) +
+                              "\n" + digits(bytes) + "\n");
+  };
+  const std::string exif = ExifBytes{false, "abc", true, 2, 1}.Build();
+  const auto chunks = PassOn(WritePng("in.png", text(exif)));
+  EXPECT_EQ(NamesOf(chunks), (Kinds{"IHDR", "eXIf", "tEXt", "IDAT", "IEND"}));
+  EXPECT_EQ(chunks[1].data, exif);
+  EXPECT_EQ(chunks[2].data, std::string("Description\0abc", 15));
+  const auto lost = [&](const std::string& written, const char* output) {
+    const auto file = folder_.path() / WritePng("in.png", written);
+    return ListOf(LossesOf(ReportPicture(file), OutputFormatOf(output), {}, 8));
+  };
+  EXPECT_EQ(lost(text(exif), "out.png"), "");
+  EXPECT_EQ(lost(text(exif), "out.jpg"), "maker note");
+  EXPECT_EQ(lost(text(exif) + text(exif) + Packed("eXIf", exif), "out.png"), "");
+  const std::string other = ExifBytes{true}.Build();
+  EXPECT_EQ(lost(text(exif) + text(other), "out.png"), "further Exif data");
+  EXPECT_EQ(lost(text(other) + Packed("eXIf", exif), "out.png"), "further Exif data");
+  EXPECT_EQ(lost(Packed("eXIf", exif) + Packed("eXIf", other), "out.png"), "further Exif data");
+  EXPECT_EQ(FactsOfChunks(folder_.path() / "in.png").exif, exif);
+  std::string damaged = text(exif);
+  damaged.back() ^= 1;
+  EXPECT_EQ(lost(damaged, "out.png"), "damaged Exif data");
+}
+
 TEST_F(PngChunks, WhatNoOutputHasIsNamed) {
   using Kinds = std::vector<std::string>;
   const auto unread = [&](const std::string& before, const std::string& behind, const std::string& after) {
