@@ -13,7 +13,7 @@ class CDSCOMObject {
  protected:
   // A new object has one reference, its maker's.
   CDSCOMObject() = default;
-  virtual ~CDSCOMObject() = default;
+  virtual ~CDSCOMObject() = 0;
 
   std::uint32_t AddReference() { return references_.Add(); }
   std::uint32_t DropReference() {
@@ -25,5 +25,7 @@ class CDSCOMObject {
  private:
   RefCount references_;
 };
+
+inline CDSCOMObject::~CDSCOMObject() = default;
 
 }  // namespace vblur

@@ -141,6 +141,9 @@ class CDSBasePropertyPage : public IDSPropertyPage, public CDSCOMObject {
   // Moves the controls of animated properties.
   HRESULT UpdateAnimatedControls(double time) override;
 
+  // The map that others have as their parent; it is empty.
+  static CDSPPGControlMap m_ControlMap;
+
   // Null: the page has no controls.
   virtual CDSPPGControlMap* GetControlMap() = 0;
   // The module with the dialog and its texts.
@@ -175,13 +178,15 @@ class CDSBasePropertyPage : public IDSPropertyPage, public CDSCOMObject {
  private:
   class Listener;
 
-  HRESULT Write(const GUID& property, UNDO_STYLE style, const char* call, double value, double time,
-                HRESULT (*put)(IDSProperties&, const GUID&, const DSVariant&, double), const DSVariant& variant);
+  // Makes a write with its place in the history, and tells the site.
+  template <class Put>
+  HRESULT Write(const char* call, const GUID& property, double value, double time, UNDO_STYLE style, Put put);
+  void ReadOf(const char* call, const GUID& property, const DSVariant& value, double time, HRESULT result) const;
   double TimeOf(double time) const;
   void ReadVariable(const CDSPPGControlMapEntry& entry);
   void ReadControl(const CDSPPGControlMapEntry& entry);
   void WriteProperty(const CDSPPGControlMapEntry& entry);
-  void MarkAnimation(const CDSPPGControlMapEntry& entry);
+  DSAnimationMark MarkOf(const CDSPPGControlMapEntry& entry) const;
   void OnControlChanged(std::int32_t controlId);
   LRESULT FillToolTip(std::int32_t controlId, const DSToolTipText* text);
 
@@ -189,6 +194,7 @@ class CDSBasePropertyPage : public IDSPropertyPage, public CDSCOMObject {
   const std::int32_t titleString_;
   IDSPageSite* site_ = nullptr;
   HWND dialog_ = nullptr;
+  // The scrub of a control is a step that is open.
   bool scrubbing_ = false;
   std::vector<ComPtr<IUnknown>> objects_;
   ComPtr<IDSProperties> properties_;
