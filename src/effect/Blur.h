@@ -13,18 +13,13 @@
 #include "overlay/HvTDsCrop.h"
 #include "platform/CDSImageMIEffect.h"
 #include "platform/IVBlurFacts.h"
-#include "platform/IVBlurOverlay.h"
 #include "platform/ServerCount.h"
 
 namespace vblur {
 
 // One render needs its object to itself; frames that render side by side use clones. A clone reports where its
 // images lie to its source, which must outlive it.
-class Blur : public HvDsEffect,
-             public CDSImageMIEffect,
-             public IVBlurFacts,
-             public ProcessSettings,
-             public IVBlurOverlay {
+class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, public ProcessSettings {
  public:
   // The server's object count, null without a server, and the module that holds the effect's texts and bitmaps. Set
   // before the first effect is made.
@@ -64,11 +59,6 @@ class Blur : public HvDsEffect,
   bool RanOutOfMemory() const override { return frame.interrupt.memoryRefused.load(std::memory_order_relaxed) != 0; }
   FrameMemoryFacts DescribeFrameMemory() const override { return frameMemory_; }
   FrameRefusal WhyNotRendered() const override { return frame.refusal; }
-
-  HRESULT ConnectOverlay(IUnknown* viewer) override { return HvDsEffect::ConnectOverlay(viewer); }
-  HRESULT DisconnectOverlay() override;
-  HRESULT ShowPage(const char* pageName) override;
-  HRESULT HideControls(bool hide) override;
 
   // For tests and tracing: the places of the last frame, or of a clone's last frame.
   const PlaceRecord& OutputPlace() const { return frame.outputPlace; }

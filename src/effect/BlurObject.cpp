@@ -46,7 +46,6 @@ Blur::Blur(const Blur& source)
       CDSImageMIEffect(source),
       IVBlurFacts(),
       ProcessSettings(),
-      IVBlurOverlay(),
       masks_(source.masks_),
       cloneSource(const_cast<Blur*>(&source)) {
   CopyAnimation(source);
@@ -63,14 +62,21 @@ HRESULT Blur::QueryInterface(const GUID& iid, void** result) {
   if (iid != kBlurObject && iid != kDsEffectObject) return CDSImageMIEffect::QueryInterface(iid, result);
   if (result == nullptr) return kNullPointer;
   AddRef();
-  *result = this;
+  if (iid == kDsEffectObject) {
+    *result = static_cast<HvDsEffect*>(this);
+  } else {
+    *result = this;
+  }
   return kOk;
+}
+
+void HvDsEffect::ReleaseObject() {
+  dynamic_cast<CDSBasePropertyContainer&>(*this).Release();
 }
 
 void* Blur::FindInterface(const GUID& iid) {
   if (iid == IVBlurFacts::kIid) return static_cast<IVBlurFacts*>(this);
   if (iid == IVBlurProcess::kIid) return static_cast<IVBlurProcess*>(this);
-  if (iid == IVBlurOverlay::kIid) return static_cast<IVBlurOverlay*>(this);
   return CDSImageMIEffect::FindInterface(iid);
 }
 

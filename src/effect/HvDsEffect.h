@@ -49,7 +49,9 @@ class HvDsEffect : protected HvDsEffectState, protected HvDsOverlayLink {
   HRESULT ConnectOverlay(IUnknown* viewer);
   // Called when a page closes. The last call releases the tool.
   void DisconnectOverlay();
-  // For tests and tracing. Null while no page is open. Borrowed.
+  // Gives back a reference to the whole object, for those that hold it as its family's.
+  void ReleaseObject();
+  // Null while no page is open. Borrowed.
   HvTInteract* OverlayTool() const { return overlayTool.get(); }
 
  protected:

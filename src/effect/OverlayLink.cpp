@@ -98,20 +98,4 @@ void Blur::UpdateOverlayPlacement() {
   overlayTool->SetViewRect(origin, size);
 }
 
-HRESULT Blur::DisconnectOverlay() {
-  HvDsEffect::DisconnectOverlay();
-  return kOk;
-}
-
-HRESULT Blur::ShowPage(const char* pageName) {
-  PageShown(pageName);
-  return kOk;
-}
-
-HRESULT Blur::HideControls(bool hide) {
-  if (!overlayTool) return kFalse;
-  overlayTool->ShowControls(!hide);
-  return kOk;
-}
-
 }  // namespace vblur

@@ -33,7 +33,7 @@ HRESULT DllGetClassObject(const GUID& clsid, const GUID& iid, void** result) {
   if (result == nullptr) return kNullPointer;
   *result = nullptr;
   const auto found = std::ranges::find(kServerClasses, clsid, &ServerClass::clsid);
-  if (found == kServerClasses.end() || found->makeFactory == nullptr) return kNoSuchClass;
+  if (found == kServerClasses.end()) return kNoSuchClass;
   IClassFactory* factory = found->makeFactory();
   if (factory == nullptr) return kOutOfMemory;
   const HRESULT answer = factory->QueryInterface(iid, result);

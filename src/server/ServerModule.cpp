@@ -5,6 +5,11 @@
 #include "effect/Blur.h"
 #include "overlay/Drawing.h"
 #include "overlay/HvTInteract.h"
+#include "pages/FullBlurPPG.h"
+#include "pages/FullCropPPG.h"
+#include "pages/HelpPPG.h"
+#include "pages/HvTransitionPPG.h"
+#include "pages/TransitionBlurPPG.h"
 #include "resources/Bitmaps.h"
 #include "resources/Dialogs.h"
 #include "resources/Strings.h"
@@ -12,6 +17,21 @@
 #include "server/ServerClasses.h"
 
 namespace vblur {
+
+namespace {
+
+template <class Page>
+IClassFactory* MakePageFactory() {
+  // Set once, before the first page.
+  [[maybe_unused]] static const bool ready = [] {
+    HvDsPPG::module = ServerModule();
+    Page::liveObjects = &ServerLocks();
+    return true;
+  }();
+  return new (std::nothrow) CDsClassFactory<Page, 0, 0>(ServerLocks());
+}
+
+}  // namespace
 
 HMODULE ServerModule() {
   static const Module module{resources::Strings(), resources::Bitmaps(), resources::Dialogs()};
@@ -41,6 +61,26 @@ IClassFactory* MakeViewerToolFactory() {
   };
   static const ToolsOfServer tools;
   return new (std::nothrow) CDsClassFactory<HvTInteract, 0, 0>(ServerLocks());
+}
+
+IClassFactory* MakeFullBlurPageFactory() {
+  return MakePageFactory<FullBlurPPG>();
+}
+
+IClassFactory* MakeTransitionBlurPageFactory() {
+  return MakePageFactory<TransitionBlurPPG>();
+}
+
+IClassFactory* MakeTransitionPageFactory() {
+  return MakePageFactory<HvTransitionPPG>();
+}
+
+IClassFactory* MakeHelpPageFactory() {
+  return MakePageFactory<HelpPPG>();
+}
+
+IClassFactory* MakeCropPageFactory() {
+  return MakePageFactory<FullCropPPG>();
 }
 
 }  // namespace vblur
