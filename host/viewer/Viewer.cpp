@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/properties/PropertyText.h"
+#include "sdk/viewer/EditedObjects.h"
 
 namespace vblur::host {
 
@@ -64,9 +65,15 @@ HRESULT Viewer::Link(Context& context) {
   return result;
 }
 
+Viewer::~Viewer() {
+  Edit(nullptr);
+  Clear();
+}
+
 void Viewer::Edit(IUnknown* edited) {
   if (edited == edited_) return;
   edited_ = edited;
+  ShowInViewer(edited, this);
   for (Context& context : contexts_) {
     UnlinkFromOperator(context);
     LinkToOperator(context);
@@ -184,7 +191,7 @@ HRESULT Viewer::InvalidateLayer(IUnknown* layer, const void* area) {
 
 HRESULT Viewer::BeginInteraction(const tagVWPENEVENT& event) {
   return Made("viewer", "BeginInteraction(" + Describe(event) + ")", [&] {
-    interacting_ = true;
+    if (!std::exchange(interacting_, true) && undo_ != nullptr) undo_->BeginStep(nullptr);
     return kOk;
   });
 }
@@ -195,7 +202,7 @@ HRESULT Viewer::DoInteraction(const tagVWPENEVENT& event) {
 
 HRESULT Viewer::EndInteraction() {
   Made("viewer", "EndInteraction()", [&] {
-    interacting_ = false;
+    if (std::exchange(interacting_, false) && undo_ != nullptr) undo_->EndStep();
     return kOk;
   });
   if (waitingTime_) SetTime(*std::exchange(waitingTime_, std::nullopt));

@@ -9,6 +9,7 @@
 
 #include "host/hosted/CallTrace.h"
 #include "platform/ComPtr.h"
+#include "platform/PageSite.h"
 #include "platform/RefCount.h"
 #include "platform/Viewer.h"
 
@@ -20,6 +21,8 @@ class Viewer final : public IVWViewer, public IHostWindow {
   static ComPtr<Viewer> Make(CallTrace* trace = nullptr) { return ComPtr<Viewer>::Own(new Viewer(trace)); }
   void StopTrace() { trace_ = nullptr; }
 
+  // What a drag of a tool changes is one step of this history; null: nothing is recorded. Borrowed.
+  void UseUndo(IDSUndo* undo) { undo_ = undo; }
   // The edited object, with IDSProperties; relinks all tools. Borrowed: set null before it ends.
   void Edit(IUnknown* edited);
   // Unlinks and releases all tools.
@@ -66,7 +69,7 @@ class Viewer final : public IVWViewer, public IHostWindow {
   using PenCall = HRESULT (IViewerEventSink::*)(const tagVWPENEVENT&);
 
   explicit Viewer(CallTrace* trace) : trace_(trace) {}
-  ~Viewer() override { Clear(); }
+  ~Viewer() override;
 
   HRESULT Link(Context& context);
   HRESULT LinkToOperator(Context& context);
@@ -81,6 +84,7 @@ class Viewer final : public IVWViewer, public IHostWindow {
 
   RefCount references_;
   CallTrace* trace_;
+  IDSUndo* undo_ = nullptr;
   IUnknown* edited_ = nullptr;
   std::vector<Context> contexts_;  // the top is last
   std::uintptr_t lastHandle_ = 0;

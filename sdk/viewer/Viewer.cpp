@@ -3,6 +3,7 @@
 #include <map>
 
 #include "platform/ComPtr.h"
+#include "sdk/viewer/EditedObjects.h"
 #include "sdk/viewer/PaintDevice.h"
 
 namespace vblur {
@@ -45,7 +46,10 @@ HRESULT VWControllerPushContext(std::int32_t kind, IUnknown* tool, IUnknown* vie
   if (tool == nullptr || viewer == nullptr || context == nullptr) return kNullPointer;
   *context = 0;
   PushedContext pushed;
-  if (viewer->QueryInterface(IVWViewer::kIid, pushed.viewer.Receive()) != kOk) return kNoInterface;
+  if (viewer->QueryInterface(IVWViewer::kIid, pushed.viewer.Receive()) != kOk) {
+    pushed.viewer = ComPtr<IVWViewer>(host::ViewerOf(viewer));
+  }
+  if (!pushed.viewer) return kNoInterface;
   const HRESULT result = pushed.viewer->PushContext(kind, tool, &pushed.context);
   if (result < 0) return result;
   *context = NewHandle();

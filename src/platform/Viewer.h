@@ -69,8 +69,8 @@ class IVWViewer : public IUnknown {
 
 inline constexpr std::int32_t kVWInteractiveContext = 19;
 
-// kNullPointer without a tool, a viewer or a place for the handle; kNoInterface for what is no viewer. The
-// two choices and the delay are always off.
+// `viewer` is a viewer, or an object that one shows. kNullPointer without a tool, a viewer or a place for the handle;
+// kNoInterface for what is neither. The two choices and the delay are always off.
 HRESULT VWControllerPushContext(std::int32_t kind, IUnknown* tool, IUnknown* viewer, bool exclusive, bool modal,
                                 double delay, std::uintptr_t* context);
 HRESULT VWControllerRemoveContext(std::uintptr_t context);

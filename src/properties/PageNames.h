@@ -17,6 +17,26 @@ inline constexpr std::string_view kCrop = "crop";
 
 inline constexpr std::array kAll{kFullBlur, kTransitionBlur, kTransition, kHelp, kCrop};
 
+struct NamedPage {
+  std::string_view name;
+  GUID clsid;
+};
+
+// Likewise, with the class of each.
+inline constexpr std::array<NamedPage, kAll.size()> kNamed{{{kFullBlur, classes::kFullBlurPPG},
+                                                            {kTransitionBlur, classes::kTransitionBlurPPG},
+                                                            {kTransition, classes::kHvTransitionPPG},
+                                                            {kHelp, classes::kHelpPPG},
+                                                            {kCrop, classes::kFullCropPPG}}};
+
+// Empty for another class.
+constexpr std::string_view NameOf(const GUID& clsid) {
+  for (const NamedPage& page : kNamed) {
+    if (page.clsid == clsid) return page.name;
+  }
+  return {};
+}
+
 // The pages that show the circle; the crop page shows the crop box.
 constexpr bool ShowsCircle(std::string_view page) {
   return page == kFullBlur || page == kTransitionBlur || page == kTransition || page == kHelp;

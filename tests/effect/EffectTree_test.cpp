@@ -55,8 +55,7 @@ TEST(EffectTree, TheFamilysBaseComesFirstAndTheHostsBehindIt) {
   EXPECT_EQ(place(static_cast<HvDsEffect*>(effect.get())), place(effect.get()));
   EXPECT_GT(host, place(effect.get()));
   for (const std::uintptr_t other :
-       {place(static_cast<IVBlurFacts*>(effect.get())), place(static_cast<ProcessSettings*>(effect.get())),
-        place(static_cast<IVBlurOverlay*>(effect.get()))})
+       {place(static_cast<IVBlurFacts*>(effect.get())), place(static_cast<ProcessSettings*>(effect.get()))})
     EXPECT_LT(host, other);
 }
 

@@ -163,7 +163,7 @@ TEST_F(OverlayLink, PassesOnThatThereIsNoTool) {
   static_cast<HvDsEffect&>(*effect).PageShown("crop", 1, 2);
   effect->UpdateOverlayPlacement();
   effect->AttachOverlay();
-  EXPECT_EQ(effect->HideControls(true), kFalse);
+  EXPECT_EQ(effect->OverlayTool()->ShowControls(false), kFalse);
 }
 
 TEST_F(OverlayLink, HasAToolWithoutAPlaceOnTheViewer) {
@@ -381,25 +381,6 @@ TEST_F(OverlayLink, WritesTheRadiusWhenThePenComesUp) {
   tool.OnPenUp({1, 270.0, 100.0});
   EXPECT_EQ(Get(PropertyId::Blur), 70.0);
   effect->DisconnectOverlay();
-}
-
-TEST_F(OverlayLink, HidesAllControls) {
-  effect->ConnectOverlay(&viewer);
-  EXPECT_EQ(effect->HideControls(true), kOk);
-  EXPECT_EQ(effect->OverlayTool()->DisplayFlags() & HvTInteract::kControlsShown, 0u);
-  EXPECT_EQ(effect->HideControls(false), kOk);
-  EXPECT_EQ(effect->OverlayTool()->DisplayFlags() & HvTInteract::kControlsShown, 1u);
-  effect->DisconnectOverlay();
-}
-
-TEST_F(OverlayLink, IsReachedByItsInterface) {
-  const auto overlay = effect.As<IVBlurOverlay>();
-  ASSERT_TRUE(overlay);
-  EXPECT_EQ(overlay->ConnectOverlay(&viewer), kOk);
-  EXPECT_EQ(overlay->ShowPage("crop"), kOk);
-  EXPECT_TRUE(Crop()->IsVisible());
-  EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
-  EXPECT_EQ(effect->OverlayTool(), nullptr);
 }
 
 TEST_F(OverlayLink, IsNotCloned) {
