@@ -163,7 +163,6 @@ TEST_F(OverlayLink, PassesOnThatThereIsNoTool) {
   static_cast<HvDsEffect&>(*effect).PageShown("crop", 1, 2);
   effect->UpdateOverlayPlacement();
   effect->AttachOverlay();
-  EXPECT_EQ(effect->OverlayTool()->ShowControls(false), kFalse);
 }
 
 TEST_F(OverlayLink, HasAToolWithoutAPlaceOnTheViewer) {

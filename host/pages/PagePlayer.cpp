@@ -1,0 +1,141 @@
+#include "host/pages/PagePlayer.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
+#include "host/pages/ButtonControl.h"
+#include "host/pages/CheckBoxControl.h"
+#include "host/pages/ColourChipControl.h"
+#include "host/pages/ListControl.h"
+#include "host/pages/PageForm.h"
+
+namespace vblur::host {
+
+namespace {
+
+const char* KindInWords(PageWindowKind kind) {
+  switch (kind) {
+    case PageWindowKind::Button: return "a button";
+    case PageWindowKind::CheckBox: return "a check box";
+    case PageWindowKind::List: return "a list";
+    case PageWindowKind::Number: return "a number";
+    case PageWindowKind::ColourChip: return "the colour chip";
+    default: return "a text";
+  }
+}
+
+bool IsControl(const PageWindow& window) {
+  switch (window.Kind()) {
+    case PageWindowKind::Button:
+    case PageWindowKind::CheckBox:
+    case PageWindowKind::List:
+    case PageWindowKind::Number: return true;
+    default: return false;
+  }
+}
+
+}  // namespace
+
+template <class Control>
+Control& PagePlayer::Require(const PageEvent& event, const char* what) {
+  OpenedPage& page = *pages_.Front();
+  std::vector<std::string> names;
+  for (const auto& item : page.dialog->Items()) {
+    if (!IsControl(*item)) continue;
+    const std::string name = page.NameOf(*item);
+    const std::string text = AsciiOf(item->Text());
+    if (EqualIgnoringCase(name, event.name) || EqualIgnoringCase(text, event.name)) {
+      auto* const control = dynamic_cast<Control*>(item.get());
+      if (control == nullptr) {
+        Refuse(event.place, std::string("expected ") + what + ", " + Quoted(name) + " is " + KindInWords(item->Kind()));
+      }
+      if (!control->TakesInput()) Refuse(event.place, Quoted(name) + " takes no input: it is disabled");
+      return *control;
+    }
+    names.push_back(name);
+  }
+  const std::vector<std::string_view> views(names.begin(), names.end());
+  Refuse(event.place, UnknownName("control of the page " + page.name, event.name, views));
+}
+
+void PagePlayer::Play(const PageEvent& event) {
+  switch (event.kind) {
+    case PageEvent::Kind::Show: Show(event); break;
+    case PageEvent::Kind::Time: actions_.setTime(event.time); break;
+    case PageEvent::Kind::Print: actions_.print(); break;
+    case PageEvent::Kind::Undo:
+      if (!history_.Undo()) Refuse(event.place, "there is nothing to undo");
+      break;
+    case PageEvent::Kind::Redo:
+      if (!history_.Redo()) Refuse(event.place, "there is nothing to redo");
+      break;
+    default:
+      if (pages_.Front() == nullptr) Refuse(event.place, "expected \"show PAGE\" first, no page is open");
+      PlayOnControl(event);
+      break;
+  }
+}
+
+void PagePlayer::PlayOnControl(const PageEvent& event) {
+  switch (event.kind) {
+    case PageEvent::Kind::Set:
+      if (const auto problem = Require<NumberControl>(event, "a number").Type(event.text); problem) {
+        Refuse(event.place, *problem);
+      }
+      break;
+    case PageEvent::Kind::Scrub: Scrub(event); break;
+    case PageEvent::Kind::Choose: Choose(event); break;
+    case PageEvent::Kind::Tick: Tick(event, true); break;
+    case PageEvent::Kind::Untick: Tick(event, false); break;
+    case PageEvent::Kind::Pick: Pick(event); break;
+    case PageEvent::Kind::Press: Require<ButtonControl>(event, "a button").Press(); break;
+    default: break;
+  }
+}
+
+void PagePlayer::Show(const PageEvent& event) {
+  const auto listed = pages_.Listed();
+  const bool isListed =
+      std::ranges::any_of(listed, [&](std::string_view name) { return EqualIgnoringCase(name, event.name); });
+  if (!isListed) Refuse(event.place, ExpectedPage(listed, event.name));
+  pages_.Show(event.name);
+}
+
+void PagePlayer::Scrub(const PageEvent& event) {
+  auto& number = Require<NumberControl>(event, "a number");
+  number.BeginScrub();
+  for (const std::int32_t steps : event.steps)
+    number.Scrub(steps, event.step);
+  number.EndScrub();
+}
+
+void PagePlayer::Choose(const PageEvent& event) {
+  auto& list = Require<ListControl>(event, "a list");
+  std::vector<std::string> entries;
+  for (const std::u16string& entry : list.Entries())
+    entries.push_back(AsciiOf(entry));
+  const auto found =
+      std::ranges::find_if(entries, [&](const std::string& entry) { return EqualIgnoringCase(entry, event.text); });
+  if (found == entries.end()) {
+    const std::vector<std::string_view> views(entries.begin(), entries.end());
+    Refuse(event.place, UnknownName("entry of " + event.name, event.text, views));
+  }
+  list.Choose(static_cast<std::int32_t>(found - entries.begin()));
+}
+
+void PagePlayer::Tick(const PageEvent& event, bool on) {
+  auto& box = Require<CheckBoxControl>(event, "a check box");
+  if (box.IsChecked() != on) box.Toggle();
+}
+
+void PagePlayer::Pick(const PageEvent& event) {
+  const auto& items = pages_.Front()->dialog->Items();
+  const auto found =
+      std::ranges::find_if(items, [](const auto& item) { return item->Kind() == PageWindowKind::ColourChip; });
+  if (found == items.end()) Refuse(event.place, "the page " + pages_.Front()->name + " has no colour chip");
+  dynamic_cast<ColourChipControl&>(**found).PickColour(event.colour[0], event.colour[1], event.colour[2]);
+}
+
+}  // namespace vblur::host
