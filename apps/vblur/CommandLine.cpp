@@ -166,7 +166,7 @@ class Program {
     AddGlobalOptions(app_, global_);
     for (const auto make :
          {MakeRenderCommand, MakeJobCommand, MakePropertiesCommand, MakeChartCommand, MakeSheetCommand,
-          MakeKernelCommand, MakeViewCommand, MakeInfoCommand, MakeDocumentCommand}) {
+          MakeKernelCommand, MakeViewCommand, MakePageCommand, MakeInfoCommand, MakeDocumentCommand}) {
       commands_.push_back(make(app_));
     }
     app_.footer(

@@ -38,6 +38,7 @@ std::unique_ptr<Command> MakeChartCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeSheetCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeKernelCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeViewCommand(CLI::App& parent);
+std::unique_ptr<Command> MakePageCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeInfoCommand(CLI::App& parent);
 std::unique_ptr<Command> MakeDocumentCommand(CLI::App& parent);
 

@@ -128,6 +128,13 @@ std::array<std::int32_t, 4> ParseWholeFour(std::string_view option, std::string_
   return four;
 }
 
+std::string ChoiceForm(std::span<const std::string_view> words) {
+  std::string form;
+  for (const std::string_view word : words)
+    form.append(form.empty() ? "" : "|").append(word);
+  return form;
+}
+
 std::size_t ParseChoice(std::string_view option, std::string_view text, std::span<const std::string_view> words) {
   std::string expected;
   for (std::size_t i = 0; i < words.size(); ++i) {

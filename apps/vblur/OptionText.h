@@ -25,6 +25,8 @@ std::int64_t ParsePixels(std::string_view option, std::string_view text);
 std::array<double, 2> ParseNumberPair(std::string_view option, std::string_view text);
 std::array<std::int32_t, 2> ParseWholePair(std::string_view option, std::string_view text, char separator = ',');
 std::array<std::int32_t, 4> ParseWholeFour(std::string_view option, std::string_view text);
+// The form of an option that takes one of these words: "A|B|C".
+std::string ChoiceForm(std::span<const std::string_view> words);
 // The index of a word in a list.
 std::size_t ParseChoice(std::string_view option, std::string_view text, std::span<const std::string_view> words);
 

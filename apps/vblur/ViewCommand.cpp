@@ -1,4 +1,5 @@
 // vblur view JOB OUTPUT: a frame of a job with the effect's controls over it, after what a pen script does to them.
+#include <cstdio>
 #include <utility>
 #include <vector>
 
@@ -22,13 +23,6 @@ namespace vblur::cli {
 
 namespace {
 
-std::string PageChoice() {
-  std::string names;
-  for (const std::string_view page : pages::kAll)
-    names.append(names.empty() ? "" : "|").append(page);
-  return names;
-}
-
 std::string PageHelp() {
   std::string help = "Property page whose controls are shown [";
   return help.append(pages::kFullBlur).append(", ").append(pages::kTransitionBlur).append(" for a transition]");
@@ -45,7 +39,7 @@ class ViewCommand : public Command {
     App()->add_option("OUTPUT", output_, "Picture to write")->required()->type_name("");
     AddTextOption(*App(), "--frame", "N", "Frame of the job [its first]",
                   [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
-    AddTextOption(*App(), "--page", PageChoice(), PageHelp(),
+    AddTextOption(*App(), "--page", ChoiceForm(pages::kAll), PageHelp(),
                   [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
     AddTextOption(*App(), "--zoom", "Z", "Pixels of the view per pixel of the frame [1]",
                   [this](const std::string& text) { SetZoom(ParseNumber("--zoom", text)); });
@@ -65,6 +59,7 @@ class ViewCommand : public Command {
     App()->footer(
         "Events of a pen script, in pixels of the frame from its lower left corner, y upwards:\n"
         "  move X Y, down X Y [BUTTON], up X Y, time T, set NAME VALUE, snap FILE; # begins a comment.\n"
+        "Events of a page script (vblur help page), but set and time, may stand among them.\n"
         "Names of snapped files start from the script's folder.");
   }
 
@@ -83,6 +78,7 @@ class ViewCommand : public Command {
     WarnOfValues(job, terminal);
     for (const std::string& warning : session.Warnings())
       terminal.Warn(warning);
+    session.OnPrint([](const std::string& form) { std::fputs(form.c_str(), stdout); });
     session.OpenPage(PageOf(job), hidesControls_);
     Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);

@@ -5,6 +5,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/properties/PropertyStore.h"
 #include "host/properties/PropertyText.h"
 #include "platform/CDSPlugInEffect.h"
@@ -13,13 +14,6 @@
 namespace vblur::host {
 
 namespace {
-
-std::string Narrowed(std::u16string_view text) {
-  std::string narrow;
-  for (const char16_t c : text)
-    narrow += c < 0x80 ? static_cast<char>(c) : '?';
-  return narrow;
-}
 
 const pages::NamedPage& PageNamed(std::string_view name) {
   const auto found = std::ranges::find_if(
@@ -31,7 +25,7 @@ const pages::NamedPage& PageNamed(std::string_view name) {
 }  // namespace
 
 std::string OpenedPage::Title() const {
-  return Narrowed(info.title);
+  return Utf8Of(info.title);
 }
 
 const Property* OpenedPage::PropertyOf(const PageWindow& control) const {
@@ -42,7 +36,7 @@ const Property* OpenedPage::PropertyOf(const PageWindow& control) const {
 
 std::string OpenedPage::NameOf(const PageWindow& control) const {
   const Property* const property = PropertyOf(control);
-  return property == nullptr ? Narrowed(control.Text()) : std::string(property->name);
+  return property == nullptr ? Utf8Of(control.Text()) : std::string(property->name);
 }
 
 EffectPages::EffectPages(IDSProperties& effect, UndoHistory& history, CallTrace* trace)
@@ -82,8 +76,8 @@ OpenedPage& EffectPages::Open(const GUID& clsid, std::string_view name) {
   const auto require = [&](const char* call, HRESULT result) {
     if (result >= 0) return;
     End(*opened);
-    throw Failure(ExitCode::SomeFramesFailed, "the page " + opened->name + " cannot be shown: " + call + " returns " +
-                                                  FormatResult(result));
+    throw Failure(ExitCode::SomeFramesFailed,
+                  "the page " + opened->name + " cannot be shown: " + call + " returns " + FormatResult(result));
   };
   OpenedPage& page = *opened;
   require("CoCreateInstance", Made(page, "CoCreateInstance()", [&] {

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/pages/CheckBoxControl.h"
 #include "host/pages/ColourChipControl.h"
 #include "host/pages/ListControl.h"
@@ -40,7 +41,7 @@ const char* MarkInWords(DSAnimationMark mark) {
 std::string EntriesInWords(const ListControl& list) {
   std::string all;
   for (const std::u16string& entry : list.Entries())
-    all += (all.empty() ? "" : ", ") + AsciiOf(entry);
+    all += (all.empty() ? "" : ", ") + Utf8Of(entry);
   return all;
 }
 
@@ -59,16 +60,16 @@ FormLine LineOf(const OpenedPage& page, const PageWindow& window) {
     line.rest = RangeInWords(number->Range());
     line.marks = MarkInWords(number->AnimationMark());
   } else if (const auto* const list = dynamic_cast<const ListControl*>(&window); list != nullptr) {
-    line.value = "[" + AsciiOf(list->Text()) + "]";
+    line.value = "[" + Utf8Of(list->Text()) + "]";
     line.rest = EntriesInWords(*list);
   } else if (const auto* const box = dynamic_cast<const CheckBoxControl*>(&window); box != nullptr) {
-    line.name = AsciiOf(window.Text());
+    line.name = Utf8Of(window.Text());
     line.value = box->IsChecked() ? "[x]" : "[ ]";
   } else if (const auto* const chip = dynamic_cast<const ColourChipControl*>(&window); chip != nullptr) {
     line.name = "Colour chip";
     line.value = ColourInWords(*chip);
   } else if (window.Kind() == PageWindowKind::Button) {
-    line.name = "<" + AsciiOf(window.Text()) + ">";
+    line.name = "<" + Utf8Of(window.Text()) + ">";
   }
   if (!window.IsEnabled()) line.marks += line.marks.empty() ? "disabled" : ", disabled";
   return line;
@@ -99,19 +100,63 @@ bool IsLabelOfAnother(const OpenedPage& page, const PageWindow& label) {
     if (item.get() == &label) return false;
     const Property* const property = page.PropertyOf(*item);
     if (property == nullptr) return false;
-    const std::string text = AsciiOf(label.Text());
+    const std::string text = Utf8Of(label.Text());
     return text == property->shownName || (text.size() == 1 && property->name.ends_with(" " + text));
   });
 }
 
-}  // namespace
+// The widths of names and of values.
+struct FormColumns {
+  std::size_t names = 0;
+  std::size_t values = 0;
+};
 
-std::string AsciiOf(std::u16string_view text) {
-  std::string ascii;
-  for (const char16_t c : text)
-    ascii += c < 0x80 ? static_cast<char>(c) : '?';
-  return ascii;
+bool HasValue(const PageWindow& window) {
+  switch (window.Kind()) {
+    case PageWindowKind::Label:
+    case PageWindowKind::Group:
+    case PageWindowKind::Picture: return false;
+    default: return true;
+  }
 }
+
+FormColumns ColumnsOf(const OpenedPage& page) {
+  FormColumns columns;
+  for (const auto& item : page.dialog->Items()) {
+    if (!HasValue(*item)) continue;
+    const FormLine line = LineOf(page, *item);
+    columns.names = std::max(columns.names, line.name.size());
+    columns.values = std::max(columns.values, line.value.size());
+  }
+  return columns;
+}
+
+std::string TextOfControl(const FormLine& line, const FormColumns& columns) {
+  const std::size_t valueColumn = columns.names + 4;
+  const std::size_t restColumn = valueColumn + columns.values + 2;
+  std::string text = "  " + line.name;
+  if (!line.value.empty()) {
+    text.resize(valueColumn, ' ');
+    text += line.value;
+  }
+  const std::string marks = line.marks.empty() ? "" : "(" + line.marks + ")";
+  const std::string rest = line.rest + (line.rest.empty() || marks.empty() ? "" : "  ") + marks;
+  if (rest.empty()) return text + "\n";
+  text.resize(std::max(text.size() + 2, restColumn), ' ');
+  return text + Wrapped(rest, std::string(restColumn, ' ')).substr(restColumn);
+}
+
+std::string TextOf(const OpenedPage& page, const PageWindow& window, const FormColumns& columns) {
+  const std::string text = Utf8Of(window.Text());
+  switch (window.Kind()) {
+    case PageWindowKind::Picture: return "";
+    case PageWindowKind::Group: return text.empty() ? "" : "  -- " + text + " --\n";
+    case PageWindowKind::Label: return IsLabelOfAnother(page, window) ? "" : Wrapped(text, "  ");
+    default: return TextOfControl(LineOf(page, window), columns);
+  }
+}
+
+}  // namespace
 
 std::string ExpectedPage(std::span<const std::string_view> pages, std::string_view found) {
   if (pages.empty()) return "the effect has no pages in this use, found " + Quoted(found);
@@ -122,48 +167,12 @@ std::string ExpectedPage(std::span<const std::string_view> pages, std::string_vi
 }
 
 std::string FormatPage(const OpenedPage& page, double time, bool toolTips) {
-  std::vector<FormLine> lines;
-  std::size_t names = 0;
-  std::size_t values = 0;
-  const auto& items = page.dialog->Items();
-  for (const auto& item : items) {
-    lines.push_back(LineOf(page, *item));
-    if (item->Kind() == PageWindowKind::Label || item->Kind() == PageWindowKind::Group) continue;
-    names = std::max(names, lines.back().name.size());
-    values = std::max(values, lines.back().value.size());
-  }
   std::string form = page.Title() + " (" + page.name + ") at " + FormatNumber(time) + "\n";
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const PageWindow& window = *items[i];
-    FormLine& line = lines[i];
-    if (!window.IsVisible() && page.dialog->IsVisible()) continue;
-    if (window.Kind() == PageWindowKind::Picture) continue;
-    if (window.Kind() == PageWindowKind::Group) {
-      if (!line.name.empty()) form += "  -- " + line.name + " --\n";
-      continue;
-    }
-    if (window.Kind() == PageWindowKind::Label) {
-      if (!IsLabelOfAnother(page, window)) form += Wrapped(AsciiOf(window.Text()), "  ");
-      continue;
-    }
-    std::string text = "  " + line.name;
-    if (!line.value.empty() || !line.rest.empty()) {
-      text.resize(2 + names + 2, ' ');
-      text += line.value;
-    }
-    const std::size_t column = 2 + names + 2 + values + 2;
-    std::string marks = line.marks.empty() ? "" : "(" + line.marks + ")";
-    if (!line.rest.empty() || !marks.empty()) {
-      text.resize(std::max(text.size() + 2, column), ' ');
-      std::string wrapped = Wrapped(line.rest + (line.rest.empty() || marks.empty() ? "" : "  ") + marks,
-                                    std::string(column, ' '));
-      wrapped.replace(0, std::min(column, wrapped.size()), text);
-      form += wrapped;
-    } else {
-      form += text + "\n";
-    }
-    if (!toolTips) continue;
-    const std::string tip = AsciiOf(items[i]->ToolTip());
+  const FormColumns columns = ColumnsOf(page);
+  for (const auto& item : page.dialog->Items()) {
+    if (!item->IsVisible()) continue;
+    form += TextOf(page, *item, columns);
+    const std::string tip = toolTips ? Utf8Of(item->ToolTip()) : "";
     if (!tip.empty()) form += Wrapped(tip, "      ");
   }
   return form;

@@ -15,7 +15,4 @@ std::string FormatPage(const OpenedPage& page, double time, bool toolTips);
 // `expected one of the pages A, B, found "C"`.
 std::string ExpectedPage(std::span<const std::string_view> pages, std::string_view found);
 
-// What is not ASCII becomes a question mark.
-std::string AsciiOf(std::u16string_view text);
-
 }  // namespace vblur::host

@@ -5,6 +5,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/pages/ButtonControl.h"
 #include "host/pages/CheckBoxControl.h"
 #include "host/pages/ColourChipControl.h"
@@ -45,7 +46,7 @@ Control& PagePlayer::Require(const PageEvent& event, const char* what) {
   for (const auto& item : page.dialog->Items()) {
     if (!IsControl(*item)) continue;
     const std::string name = page.NameOf(*item);
-    const std::string text = AsciiOf(item->Text());
+    const std::string text = Utf8Of(item->Text());
     if (EqualIgnoringCase(name, event.name) || EqualIgnoringCase(text, event.name)) {
       auto* const control = dynamic_cast<Control*>(item.get());
       if (control == nullptr) {
@@ -115,7 +116,7 @@ void PagePlayer::Choose(const PageEvent& event) {
   auto& list = Require<ListControl>(event, "a list");
   std::vector<std::string> entries;
   for (const std::u16string& entry : list.Entries())
-    entries.push_back(AsciiOf(entry));
+    entries.push_back(Utf8Of(entry));
   const auto found =
       std::ranges::find_if(entries, [&](const std::string& entry) { return EqualIgnoringCase(entry, event.text); });
   if (found == entries.end()) {

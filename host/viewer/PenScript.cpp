@@ -53,7 +53,15 @@ class ScriptReader {
     PenEvent event;
     event.place = Place();
     const auto found = std::ranges::find_if(kEvents, [&](auto name) { return EqualIgnoringCase(name, words[0]); });
-    if (found == kEvents.end()) Refuse("expected move, down, up, time, set or snap, found " + Quoted(words[0]));
+    if (found == kEvents.end() && IsPageEvent(line)) {
+      event.kind = PenEvent::Kind::Page;
+      event.page = ReadPageEvent(line, Place());
+      events_.push_back(std::move(event));
+      return;
+    }
+    if (found == kEvents.end()) {
+      Refuse("expected move, down, up, time, set, snap or an event of a property page, found " + Quoted(words[0]));
+    }
     event.kind = static_cast<PenEvent::Kind>(found - kEvents.begin());
     switch (event.kind) {
       case PenEvent::Kind::Move:
@@ -62,6 +70,7 @@ class ScriptReader {
       case PenEvent::Kind::Time: ReadTime(words, event); break;
       case PenEvent::Kind::Set: ReadSet(words, event); break;
       case PenEvent::Kind::Snap: ReadSnap(words, event); break;
+      case PenEvent::Kind::Page: break;
     }
     events_.push_back(std::move(event));
   }
@@ -122,7 +131,7 @@ class ScriptReader {
     for (std::size_t value = std::min(words.size() - 1, kLongestName + 1); value >= 2; --value) {
       const std::string_view name(words[1].data(), static_cast<std::size_t>(words[value - 1].data() +
                                                                             words[value - 1].size() - words[1].data()));
-      const Property* const property = FindNamed(name);
+      const Property* const property = FindNamed(Unquoted(name));
       if (property == nullptr) continue;
       event.property = property->guid;
       try {
@@ -133,6 +142,11 @@ class ScriptReader {
       return;
     }
     Refuse(UnknownProperty(words[1]));
+  }
+
+  static std::string_view Unquoted(std::string_view name) {
+    const bool isQuoted = name.size() > 2 && name.front() == '"' && name.back() == '"';
+    return isQuoted ? name.substr(1, name.size() - 2) : name;
   }
 
   static const Property* FindNamed(std::string_view name) {

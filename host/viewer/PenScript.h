@@ -5,6 +5,7 @@
 //   up X Y              it goes up
 //   time T              the viewer shows another time
 //   set NAME VALUE      a property changes, as on the command line: "set Blur 24", "set Crop Left 0:0,24:50"
+//   undo, redo          and what else a user does with a property page, but set and time: host/pages/PageEvent.h
 //   snap FILE           writes the current picture
 //
 // Positions are frame pixels from the lower left corner, y upwards. # starts a comment; empty lines are ignored.
@@ -16,13 +17,14 @@
 #include <string_view>
 #include <vector>
 
+#include "host/pages/PageEvent.h"
 #include "host/properties/PropertyStore.h"
 #include "host/viewer/ViewGeometry.h"
 
 namespace vblur::host {
 
 struct PenEvent {
-  enum class Kind { Move, Down, Up, Time, Set, Snap };
+  enum class Kind { Move, Down, Up, Time, Set, Snap, Page };
 
   Kind kind = Kind::Move;
   std::string place;        // "FILE:LINE", for messages
@@ -32,6 +34,7 @@ struct PenEvent {
   GUID property;
   PropertyStore::Setting setting;
   std::filesystem::path file;  // relative to the script's folder
+  PageEvent page;
 };
 
 // Reads a script. Throws Failure: cannot read for a file that is missing, unreadable or larger than 16 MiB; wrong

@@ -7,6 +7,8 @@
 #include "host/base/Failure.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
+#include "host/pages/CheckBoxControl.h"
+#include "host/pages/PageForm.h"
 #include "host/properties/PropertyText.h"
 #include "host/viewer/OffScreenSurface.h"
 #include "host/viewer/PaintViewer.h"
@@ -68,6 +70,13 @@ void CheckCropPage(const Job& job, const FramePictures& pictures) {
   if (!HasExtent(position.x, size.x, ratio) || !HasExtent(position.y, size.y, ratio)) {
     Refuse("crop page", "expected an input with a width and a height in the project's units");
   }
+}
+
+// The help page's only check box.
+PageWindow* FindHideBox(const PageDialog& dialog) {
+  const auto found =
+      std::ranges::find_if(dialog.Items(), [](const auto& item) { return item->Kind() == PageWindowKind::CheckBox; });
+  return found == dialog.Items().end() ? nullptr : found->get();
 }
 
 std::string NameOf(const GUID& guid) {
@@ -139,11 +148,23 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
   viewer_ = Viewer::Make(trace);
   viewer_->SetTime(FrameTime(job, frame));
   viewer_->Edit(&effect_->PropertyAccess());
+  history_.emplace(effect_->PropertyAccess());
+  viewer_->UseUndo(&*history_);
+  pages_.emplace(effect_->PropertyAccess(), *history_, trace);
+  player_.emplace(*pages_, *history_,
+                  PagePlayer::Actions{[this](double time) { viewer_->SetTime(time); },
+                                      [this] {
+                                        if (print_ && pages_->Front() != nullptr) {
+                                          print_(FormatPage(*pages_->Front(), pages_->CurrentTime(), false));
+                                        }
+                                      }});
+  FollowTime();
 }
 
 ViewSession::~ViewSession() {
-  if (overlay_) overlay_->DisconnectOverlay();
+  pages_->CloseAll();
   viewer_->Clear();
+  viewer_->UseUndo(nullptr);
   viewer_->Edit(nullptr);
   viewer_->StopTrace();
 }
@@ -152,22 +173,15 @@ void ViewSession::OpenPage(const std::string& page, bool hidesControls) {
   if (pages::ShowsCropBox(page)) CheckCropPage(job_, buffers_.Pictures());
   // The controls take their placement from a rendered frame.
   RenderIfStale();
-  overlay_ = ComPtr<IDSProperties>(&effect_->PropertyAccess()).As<IVBlurOverlay>();
-  if (!overlay_) throw Failure(ExitCode::WrongUsage, "the effect has no controls to show");
-  const auto made = [&](const std::string& call, HRESULT result) {
-    if (result < 0) {
-      throw Failure(ExitCode::SomeFramesFailed,
-                    "the effect's controls cannot be shown: " + call + " returns " + FormatResult(result));
-    }
-  };
-  const auto text = [](const std::string& call) { return [call] { return call; }; };
-  made("ConnectOverlay",
-       NotedCall(trace_, "effect", text("ConnectOverlay()"), [&] { return overlay_->ConnectOverlay(viewer_.get()); }));
-  made("ShowPage",
-       NotedCall(trace_, "effect", text("ShowPage(" + page + ")"), [&] { return overlay_->ShowPage(page.c_str()); }));
-  if (!hidesControls) return;
-  made("HideControls",
-       NotedCall(trace_, "effect", text("HideControls(true)"), [&] { return overlay_->HideControls(true); }));
+  if (hidesControls) {
+    auto* const hide = dynamic_cast<CheckBoxControl*>(FindHideBox(*pages_->Show(pages::kHelp).dialog));
+    if (hide != nullptr) hide->Toggle();
+  }
+  pages_->Show(page);
+}
+
+void ViewSession::FollowTime() {
+  if (pages_->CurrentTime() != viewer_->CurrentTime()) pages_->SetTime(viewer_->CurrentTime());
 }
 
 tagVWPENEVENT ViewSession::PenOf(const PenEvent& event) const {
@@ -181,9 +195,29 @@ void ViewSession::Apply(const PenEvent& event) {
     case PenEvent::Kind::Down: viewer_->PenDown(PenOf(event)); break;
     case PenEvent::Kind::Up: viewer_->PenUp(PenOf(event)); break;
     case PenEvent::Kind::Time: viewer_->SetTime(event.time); break;
-    case PenEvent::Kind::Set: effect_->PutProperty(*FindProperty(event.property), &event.setting); break;
+    case PenEvent::Kind::Set: PutAsOneStep(event); break;
     case PenEvent::Kind::Snap: break;
+    case PenEvent::Kind::Page: PlayOnPage(event.page); break;
   }
+  FollowTime();
+}
+
+void ViewSession::PutAsOneStep(const PenEvent& event) {
+  history_->BeginStep(nullptr);
+  try {
+    effect_->PutProperty(*FindProperty(event.property), &event.setting);
+  } catch (...) {
+    history_->EndStep();
+    throw;
+  }
+  history_->EndStep();
+}
+
+void ViewSession::PlayOnPage(const PageEvent& event) {
+  if (event.kind == PageEvent::Kind::Show && pages::ShowsCropBox(event.name)) {
+    CheckCropPage(job_, buffers_.Pictures());
+  }
+  player_->Play(event);
 }
 
 void ViewSession::RenderIfStale() {

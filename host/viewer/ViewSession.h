@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,11 +16,13 @@
 #include "host/hosted/ExecuteContext.h"
 #include "host/hosted/HostedEffect.h"
 #include "host/jobs/Job.h"
+#include "host/pages/EffectPages.h"
+#include "host/pages/PagePlayer.h"
+#include "host/pages/UndoHistory.h"
 #include "host/sequence/JobPictures.h"
 #include "host/viewer/PenScript.h"
 #include "host/viewer/Viewer.h"
 #include "host/viewer/ViewerSurface.h"
-#include "platform/IVBlurOverlay.h"
 #include "sdk/effects/Content.h"
 
 namespace vblur::host {
@@ -42,15 +45,20 @@ class ViewSession {
   ViewSession(const ViewSession&) = delete;
   ViewSession& operator=(const ViewSession&) = delete;
 
-  // Shows the controls of a property page, once. Throws Failure (wrong usage) for an effect without controls, and for
-  // the crop page where the job has none or its input has no extent in the project.
+  // Opens a property page and shows its controls; hidden by the box of the help page, which is then open behind it.
+  // Throws Failure (wrong usage) for the crop page where the job has none or its input has no extent in the project.
   void OpenPage(const std::string& page, bool hidesControls);
   // Carries out an event; Snap is the caller's. Throws Failure (wrong usage) with the event's place for a property that
-  // the effect refuses.
+  // the effect refuses, and as PagePlayer does.
   void Apply(const PenEvent& event);
   // Paints the current view into an opaque 8-bit picture of the view's size. Throws like SequenceRenderer and
   // MakeOffScreenSurface.
   void Paint(HostImage& into);
+
+  // Called with the text of the page in front when a script prints it.
+  void OnPrint(std::function<void(const std::string& form)> print) { print_ = std::move(print); }
+  // The page in front, null for none.
+  const OpenedPage* FrontPage() { return pages_->Front(); }
 
   // Warnings about the frame's pictures, a line each.
   std::vector<std::string> Warnings() const { return buffers_.Warnings(); }
@@ -65,6 +73,10 @@ class ViewSession {
   class Watch;
 
   void RenderIfStale();
+  void PutAsOneStep(const PenEvent& event);
+  void PlayOnPage(const PageEvent& event);
+  // Pages have the time of the viewer, which keeps its own until the end of a drag.
+  void FollowTime();
   tagVWPENEVENT PenOf(const PenEvent& event) const;
 
   const Job& job_;
@@ -82,7 +94,10 @@ class ViewSession {
   std::optional<HostedEffect> effect_;
   std::unique_ptr<Watch> watch_;
   ComPtr<Viewer> viewer_;
-  ComPtr<IVBlurOverlay> overlay_;
+  std::optional<UndoHistory> history_;
+  std::optional<EffectPages> pages_;
+  std::optional<PagePlayer> player_;
+  std::function<void(const std::string&)> print_;
   std::unique_ptr<ViewerSurface> surface_;
 };
 

@@ -1,0 +1,127 @@
+// vblur page JOB: a property page of a job's effect as a form in text, and what a script does to it.
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/vblur/Commands.h"
+#include "apps/vblur/JobWarnings.h"
+#include "apps/vblur/LoadServer.h"
+#include "apps/vblur/OptionText.h"
+#include "apps/vblur/PropertyOptions.h"
+#include "apps/vblur/RunFiles.h"
+#include "host/hosted/HostedEffect.h"
+#include "host/jobs/JobCheck.h"
+#include "host/jobs/JobFile.h"
+#include "host/pages/PageForm.h"
+#include "host/pages/PagePlayer.h"
+#include "properties/PageNames.h"
+#include "sdk/effects/Content.h"
+
+namespace vblur::cli {
+
+namespace {
+
+class PageCommand : public Command {
+ public:
+  explicit PageCommand(CLI::App& parent)
+      : Command(parent, "page", "Show a property page of a job's effect as text, and operate it by a script") {
+    App()
+        ->add_option("JOB", job_, "Job file; its pictures are not read. - is the standard input")
+        ->required()
+        ->type_name("");
+    AddTextOption(*App(), "--page", ChoiceForm(pages::kAll), "Page to show [the first of the job's use]",
+                  [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
+    AddTextOption(*App(), "--time", "T", "Time at which values are shown and keys are set [that of the first frame]",
+                  [this](const std::string& text) { time_ = ParseNumber("--time", text); });
+    AddTextOption(*App(), "--script", "FILE", "What to do with the page, one event a line; prints it at the end",
+                  [this](const std::string& file) { script_ = file; });
+    AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
+                  [this](const std::string& file) { savedJob_ = file; });
+    App()->add_flag("--overwrite", overwrite_, "Replace a file that exists");
+    AddSetOption(*App(), assignments_);
+    App()->footer(
+        "Events of a page script; names with spaces may be in double quotes, # begins a comment:\n"
+        "  show PAGE, set CONTROL NUMBER, scrub CONTROL [fine|coarse] STEPS..., choose LIST ENTRY,\n"
+        "  tick BOX, untick BOX, pick R,G,B, press BUTTON, time T, undo, redo, print.\n"
+        "A NUMBER may be an expression (3*4), relative (+= 5) or a percentage of the range (50%).\n"
+        "-v prints tool tips, -vv every call between host and page.");
+  }
+
+  host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    host::Job job = host::ReadJobFile(job_);
+    ApplyAssignments(assignments_, job);
+    std::vector<host::PageEvent> events;
+    if (!script_.empty()) events = host::ReadPageScript(script_);
+    CheckFiles();
+    const auto server = LoadServer(global);
+    host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
+    WarnOfValues(job, terminal);
+    const host::PropertyStore properties = Play(
+        job, events, server->Factory(), global.verbose > 1 && !global.quiet ? &trace : nullptr, global.verbose > 0);
+    if (!savedJob_.empty()) {
+      job.properties = properties;
+      host::WriteJobFile(job, savedJob_);
+    }
+    std::fputs(printed_.c_str(), stdout);
+    return host::ExitCode::Done;
+  }
+
+ private:
+  void CheckFiles() const {
+    RunFiles files(overwrite_);
+    files.AddRead(job_);
+    if (!script_.empty()) files.AddRead(script_);
+    if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
+  }
+
+  // Returns the properties after the script. Nothing is printed before all of it is done.
+  host::PropertyStore Play(const host::Job& job, const std::vector<host::PageEvent>& events,
+                           const host::EffectFactory& makeEffect, host::CallTrace* trace, bool toolTips) {
+    // Effects read the project when they are created.
+    const host::EffectHost effectHost(job.projectUnreadable ? std::nullopt : job.project);
+    const host::OpenContent content(effectHost);
+    host::CoordMan coordMan(job.proxy);
+    host::ExecuteContext context;
+    host::HostedEffect effect(makeEffect(), trace);
+    effect.SetUp(job, coordMan, context);
+    host::UndoHistory history(effect.PropertyAccess());
+    host::EffectPages pages(effect.PropertyAccess(), history, trace);
+    pages.SetTime(time_.value_or(host::FrameTime(job, host::ResolveFrames(job).First())));
+    const auto print = [&] {
+      if (!printed_.empty()) printed_ += "\n";
+      printed_ += host::FormatPage(*pages.Front(), pages.CurrentTime(), toolTips);
+    };
+    host::PagePlayer player(pages, history, {[&](double time) { pages.SetTime(time); }, print});
+    ShowFirst(pages);
+    for (const host::PageEvent& event : events)
+      player.Play(event);
+    if (events.empty() || events.back().kind != host::PageEvent::Kind::Print) print();
+    return effect.Properties();
+  }
+
+  void ShowFirst(host::EffectPages& pages) const {
+    const auto listed = pages.Listed();
+    const std::string page = page_.empty() && !listed.empty() ? std::string(listed.front()) : page_;
+    if (std::ranges::find(listed, page) == listed.end()) host::Refuse("--page", host::ExpectedPage(listed, page));
+    pages.Show(page);
+  }
+
+  std::string job_;
+  std::string page_;
+  std::string script_;
+  std::string savedJob_;
+  std::string printed_;
+  std::vector<std::string> assignments_;
+  std::optional<double> time_;
+  bool overwrite_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakePageCommand(CLI::App& parent) {
+  return std::make_unique<PageCommand>(parent);
+}
+
+}  // namespace vblur::cli
