@@ -11,13 +11,11 @@
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
-#include "host/hosted/HostedEffect.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/pages/PageForm.h"
-#include "host/pages/PagePlayer.h"
+#include "host/pages/PageSession.h"
 #include "properties/PageNames.h"
-#include "sdk/effects/Content.h"
 
 namespace vblur::cli {
 
@@ -79,26 +77,15 @@ class PageCommand : public Command {
   // Returns the properties after the script. Nothing is printed before all of it is done.
   host::PropertyStore Play(const host::Job& job, const std::vector<host::PageEvent>& events,
                            const host::EffectFactory& makeEffect, host::CallTrace* trace, bool toolTips) {
-    // Effects read the project when they are created.
-    const host::EffectHost effectHost(job.projectUnreadable ? std::nullopt : job.project);
-    const host::OpenContent content(effectHost);
-    host::CoordMan coordMan(job.proxy);
-    host::ExecuteContext context;
-    host::HostedEffect effect(makeEffect(), trace);
-    effect.SetUp(job, coordMan, context);
-    host::UndoHistory history(effect.PropertyAccess());
-    host::EffectPages pages(effect.PropertyAccess(), history, trace);
-    pages.SetTime(time_.value_or(host::FrameTime(job, host::ResolveFrames(job).First())));
-    const auto print = [&] {
-      if (!printed_.empty()) printed_ += "\n";
-      printed_ += host::FormatPage(*pages.Front(), pages.CurrentTime(), toolTips);
-    };
-    host::PagePlayer player(pages, history, {[&](double time) { pages.SetTime(time); }, print});
-    ShowFirst(pages);
+    const double time = time_.value_or(host::FrameTime(job, host::ResolveFrames(job).First()));
+    host::PageSession session(job, time, makeEffect, trace);
+    const auto print = [&] { printed_ += (printed_.empty() ? "" : "\n") + session.Form(toolTips); };
+    session.OnPrint(print);
+    ShowFirst(session.Pages());
     for (const host::PageEvent& event : events)
-      player.Play(event);
+      session.Play(event);
     if (events.empty() || events.back().kind != host::PageEvent::Kind::Print) print();
-    return effect.Properties();
+    return session.Properties();
   }
 
   void ShowFirst(host::EffectPages& pages) const {

@@ -46,8 +46,9 @@ Control& PagePlayer::Require(const PageEvent& event, const char* what) {
   for (const auto& item : page.dialog->Items()) {
     if (!IsControl(*item)) continue;
     const std::string name = page.NameOf(*item);
-    const std::string text = Utf8Of(item->Text());
-    if (EqualIgnoringCase(name, event.name) || EqualIgnoringCase(text, event.name)) {
+    // The text of a list or number is what it shows.
+    const bool hasTitle = item->Kind() == PageWindowKind::CheckBox || item->Kind() == PageWindowKind::Button;
+    if (EqualIgnoringCase(name, event.name) || (hasTitle && EqualIgnoringCase(Utf8Of(item->Text()), event.name))) {
       auto* const control = dynamic_cast<Control*>(item.get());
       if (control == nullptr) {
         Refuse(event.place, std::string("expected ") + what + ", " + Quoted(name) + " is " + KindInWords(item->Kind()));

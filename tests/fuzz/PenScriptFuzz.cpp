@@ -18,6 +18,38 @@ using host::FormatNumber;
 using host::PenEvent;
 using Kind = PenEvent::Kind;
 
+// Page events but set and time, which are the pen's.
+std::string PageLineOf(const host::PageEvent& event) {
+  using PageKind = host::PageEvent::Kind;
+  const std::string name = " \"" + event.name + "\"";
+  switch (event.kind) {
+    case PageKind::Show: return "show" + name;
+    case PageKind::Tick: return "tick" + name;
+    case PageKind::Untick: return "untick" + name;
+    case PageKind::Press: return "press" + name;
+    case PageKind::Choose: return "choose" + name + " \"" + event.text + "\"";
+    case PageKind::Pick:
+      return "pick " + std::to_string(event.colour[0]) + "," + std::to_string(event.colour[1]) + "," +
+             std::to_string(event.colour[2]);
+    case PageKind::Scrub: {
+      std::string line = "scrub" + name;
+      if (event.step == host::NumberStep::Fine) line += " fine";
+      if (event.step == host::NumberStep::Coarse) line += " coarse";
+      for (const std::int32_t steps : event.steps)
+        line += " " + std::to_string(steps);
+      return line;
+    }
+    case PageKind::Undo: return "undo";
+    case PageKind::Redo: return "redo";
+    default: return "print";
+  }
+}
+
+bool IsSamePageEvent(const host::PageEvent& a, const host::PageEvent& b) {
+  return a.kind == b.kind && a.name == b.name && a.text == b.text && a.step == b.step && a.steps == b.steps &&
+         a.colour == b.colour;
+}
+
 // The line of a script that makes the event.
 std::string LineOf(const PenEvent& event) {
   const std::string point = FormatNumber(event.point.x) + " " + FormatNumber(event.point.y);
@@ -30,6 +62,7 @@ std::string LineOf(const PenEvent& event) {
       const Property& property = *host::FindProperty(event.property);
       return "set " + std::string(property.name) + " " + host::FormatSetting(property, event.setting);
     }
+    case Kind::Page: return PageLineOf(event.page);
     case Kind::Snap: break;
   }
   // A name may begin with a space.
@@ -38,7 +71,8 @@ std::string LineOf(const PenEvent& event) {
 
 bool IsSameEvent(const PenEvent& a, const PenEvent& b) {
   return a.kind == b.kind && a.point.x == b.point.x && a.point.y == b.point.y && a.button == b.button &&
-         a.time == b.time && a.property == b.property && a.setting == b.setting && a.file == b.file;
+         a.time == b.time && a.property == b.property && a.setting == b.setting && a.file == b.file &&
+         IsSamePageEvent(a.page, b.page);
 }
 
 // A button goes down and up, never another one in between.

@@ -125,19 +125,29 @@ TEST_F(ServerEntryPoints, ExportsItsFourEntryPointsAndNothingElse) {
                                              "DllUnregisterServer"}));
 }
 
-TEST_F(ServerEntryPoints, RefusesUnknownClassesAndThoseThatDoNotExistYet) {
+TEST_F(ServerEntryPoints, RefusesUnknownClasses) {
   int marker = 0;
   void* result = &marker;
   EXPECT_EQ(getClassObject(MakeGuid("{00000000-0000-0000-0000-000000000001}"), IClassFactory::kIid, &result),
             kNoSuchClass);
   EXPECT_EQ(result, nullptr);
-  for (std::size_t i = 1; i < kClasses.size(); ++i) {
-    if (kClasses[i].clsid == kViewerToolClass) continue;
-    result = &marker;
-    EXPECT_EQ(getClassObject(kClasses[i].clsid, IClassFactory::kIid, &result), kNoSuchClass);
-    EXPECT_EQ(result, nullptr);
-  }
   EXPECT_EQ(getClassObject(kBlurClass, IClassFactory::kIid, nullptr), kNullPointer);
+}
+
+TEST_F(ServerEntryPoints, MakesAnObjectOfEachClassAndCountsIt) {
+  for (const auto& known : kClasses) {
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(getClassObject(known.clsid, IClassFactory::kIid, factory.Receive()), kOk) << known.description;
+    ComPtr<IUnknown> object;
+    ASSERT_EQ(factory->CreateInstance(nullptr, IUnknown::kIid, object.Receive()), kOk) << known.description;
+    ComPtr<IUnknown> inner;
+    EXPECT_EQ(factory->CreateInstance(object.get(), IUnknown::kIid, inner.Receive()), kNoAggregation);
+    EXPECT_FALSE(inner);
+    factory.reset();
+    EXPECT_EQ(canUnload(), kFalse) << "the object alone keeps the server, class " << known.description;
+    object.reset();
+    EXPECT_EQ(canUnload(), kOk) << known.description;
+  }
 }
 
 TEST_F(ServerEntryPoints, AFactoryAskedForAnUnknownInterfaceIsReleased) {

@@ -6,6 +6,7 @@
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
+#include "host/pages/EffectPages.h"
 #include "host/properties/PropertyText.h"
 #include "host/viewer/ViewSession.h"
 #include "platform/IDSProperties.h"
@@ -345,11 +346,13 @@ class OverlayStoriesAlone : public testing::Test {
     use.family = families::kFilter;
     EXPECT_EQ(effect->GetImageEffectInfo(&use), kOk);
     viewer->Edit(properties.get());
+    history.emplace(*properties);
+    pages.emplace(*properties, *history);
   }
   ~OverlayStoriesAlone() override { viewer->Edit(nullptr); }
 
+  // Pages and history hold the effect.
   void Forget() {
-    overlay.reset();
     properties.reset();
     effect.reset();
   }
@@ -357,52 +360,57 @@ class OverlayStoriesAlone : public testing::Test {
   ComPtr<Viewer> viewer = Viewer::Make();
   ComPtr<IDSImageEffect> effect = MakeEffect();
   ComPtr<IDSProperties> properties = effect.As<IDSProperties>();
-  ComPtr<IVBlurOverlay> overlay = effect.As<IVBlurOverlay>();
+  std::optional<UndoHistory> history;
+  std::optional<EffectPages> pages;
 };
 
 TEST_F(OverlayStoriesAlone, StayUntilTheLastPageCloses) {
-  EXPECT_EQ(overlay->ConnectOverlay(nullptr), kNullPointer);
   EXPECT_EQ(viewer->ToolCount(), 0u);
-  EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk);
-  EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk);
+  pages->Show("FullBlurPPG");
+  pages->Show("crop");
   EXPECT_EQ(viewer->ToolCount(), 1u);
-  EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
+  pages->Close("FullBlurPPG");
   EXPECT_EQ(viewer->ToolCount(), 1u);
-  EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
+  pages->Close("crop");
   EXPECT_EQ(viewer->ToolCount(), 0u);
-  EXPECT_EQ(overlay->DisconnectOverlay(), kOk) << "one too many";
-  EXPECT_EQ(overlay->ConnectOverlay(viewer.get()), kOk) << "and again";
-  EXPECT_EQ(viewer->ToolCount(), 1u);
-  overlay->DisconnectOverlay();
+  pages->Close("crop");
+  pages->Show("crop");
+  EXPECT_EQ(viewer->ToolCount(), 1u) << "and again";
 }
 
-TEST_F(OverlayStoriesAlone, GoWithTheEffect) {
-  overlay->ConnectOverlay(viewer.get());
-  overlay->ShowPage("FullBlurPPG");
+TEST_F(OverlayStoriesAlone, KeepTheEffectWhileOpen) {
+  pages->Show("FullBlurPPG");
   Forget();
-  EXPECT_EQ(viewer->ToolCount(), 0u);
+  EXPECT_EQ(viewer->ToolCount(), 1u);
   viewer->PenDown({1, 10.0, 10.0});
   viewer->PenUp({1, 10.0, 10.0});
   viewer->SetTime(3.0);
+  viewer->Edit(nullptr);
+  pages.reset();
+  EXPECT_EQ(viewer->ToolCount(), 0u);
 }
 
 TEST_F(OverlayStoriesAlone, OutliveTheViewersTools) {
-  overlay->ConnectOverlay(viewer.get());
-  overlay->ShowPage("crop");
+  pages->Show("crop");
   viewer->Clear();
   properties->PutValue(PropertyNamed("Crop Left").guid, DSVariant::Of(10.0));
-  overlay->ShowPage("FullBlurPPG");
-  overlay->HideControls(true);
-  EXPECT_EQ(overlay->DisconnectOverlay(), kOk);
+  pages->Show("FullBlurPPG");
+  pages->CloseAll();
 }
 
 TEST_F(OverlayStoriesAlone, OutliveTheViewer) {
-  overlay->ConnectOverlay(viewer.get());
+  pages->Show("FullBlurPPG");
   viewer->Clear();
   viewer->Edit(nullptr);
   viewer = Viewer::Make();
   properties->PutValue(PropertyNamed("Blur").guid, DSVariant::Of(10.0));
   Forget();
+}
+
+TEST_F(OverlayStoriesAlone, HaveNoToolOnAViewerThatDoesNotShowTheEffect) {
+  viewer->Edit(nullptr);
+  pages->Show("FullBlurPPG");
+  EXPECT_EQ(viewer->ToolCount(), 0u);
 }
 
 }  // namespace

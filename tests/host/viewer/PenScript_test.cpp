@@ -63,9 +63,24 @@ TEST(PenScript, SetsPropertiesAsTheCommandLineDoes) {
   EXPECT_EQ(std::get<Curve>(curve.setting).keys, (std::vector<CurveKey>{{0.0, 100.0}, {24.0, 50.0}}));
 }
 
+TEST(PenScript, TakesWhatAUserDoesWithAPage) {
+  const auto events = Parse("press Reset\nundo\nshow crop\nset \"Crop Left\" 5\npick 1,2,3\n");
+  ASSERT_EQ(events.size(), 5u);
+  EXPECT_EQ(events[0].kind, Kind::Page);
+  EXPECT_EQ(events[0].page.kind, PageEvent::Kind::Press);
+  EXPECT_EQ(events[0].page.name, "Reset");
+  EXPECT_EQ(events[0].page.place, "drag.pen:1");
+  EXPECT_EQ(events[1].page.kind, PageEvent::Kind::Undo);
+  EXPECT_EQ(events[2].page.name, "crop");
+  EXPECT_EQ(events[3].kind, Kind::Set) << "the property, as everywhere in a pen script";
+  EXPECT_EQ(events[3].property, PropertyNamed("Crop Left").guid);
+  EXPECT_EQ(events[4].page.colour, (std::array<std::int32_t, 3>{1, 2, 3}));
+}
+
 TEST(PenScript, SaysWhereAndWhatWasExpected) {
   const auto refused = [](const std::string& line) { return UsageFailureOf([&] { Parse("move 1 1\n" + line); }); };
-  EXPECT_EQ(refused("jump 1 2"), "drag.pen:2: expected move, down, up, time, set or snap, found \"jump\"");
+  EXPECT_EQ(refused("jump 1 2"),
+            "drag.pen:2: expected move, down, up, time, set, snap or an event of a property page, found \"jump\"");
   EXPECT_EQ(refused("move 1"), "drag.pen:2: expected \"move X Y\", found \"move 1\"");
   EXPECT_EQ(refused("move 1 2 3"), "drag.pen:2: expected \"move X Y\", found \"move 1 2 3\"");
   EXPECT_EQ(refused("down 1 2 3 4"), "drag.pen:2: expected \"down X Y [BUTTON]\", found \"down 1 2 3 4\"");

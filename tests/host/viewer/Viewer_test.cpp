@@ -71,10 +71,38 @@ TEST(Viewer, KeepsNoToolThatCannotBeLinked) {
   EXPECT_EQ(push(nullptr), kNullPointer);
   EXPECT_EQ(VWControllerPushContext(19, AsLayer(tool), nullptr, false, false, 0.0, &context), kNullPointer);
   EXPECT_EQ(VWControllerPushContext(19, AsLayer(tool), viewer.get(), false, false, 0.0, nullptr), kNullPointer);
-  EXPECT_EQ(VWControllerPushContext(19, AsLayer(tool), edited.get(), false, false, 0.0, &context), kNoInterface);
+  const auto unshown = MakeEdited();
+  EXPECT_EQ(VWControllerPushContext(19, AsLayer(tool), unshown.get(), false, false, 0.0, &context), kNoInterface);
   EXPECT_EQ(VWControllerRemoveContext(0), kWrongArgument);
   EXPECT_EQ(viewer->RemoveContext(0), kWrongArgument);
   EXPECT_EQ(viewer->ToolCount(), 0u);
+}
+
+TEST(Viewer, TakesAToolOverTheObjectThatItShows) {
+  const auto viewer = Viewer::Make();
+  const auto edited = MakeEdited();
+  const auto tool = MakeTool();
+  std::uintptr_t context = 0;
+  const auto push = [&] {
+    return VWControllerPushContext(kVWInteractiveContext, AsLayer(tool), edited.get(), false, false, 0.0, &context);
+  };
+  EXPECT_EQ(push(), kNoInterface);
+  viewer->Edit(edited.get());
+  EXPECT_EQ(push(), kOk);
+  EXPECT_EQ(viewer->ToolCount(), 1u);
+  EXPECT_EQ(VWControllerRemoveContext(context), kOk);
+  {
+    const auto later = Viewer::Make();
+    later->Edit(edited.get());
+    EXPECT_EQ(push(), kOk);
+    EXPECT_EQ(later->ToolCount(), 1u) << "the viewer that came last";
+    EXPECT_EQ(VWControllerRemoveContext(context), kOk);
+  }
+  EXPECT_EQ(push(), kOk);
+  EXPECT_EQ(viewer->ToolCount(), 1u) << "the other is gone";
+  EXPECT_EQ(VWControllerRemoveContext(context), kOk);
+  viewer->Edit(nullptr);
+  EXPECT_EQ(push(), kNoInterface);
 }
 
 TEST(Viewer, HandlesOfTwoViewersAreNotMixedUp) {
