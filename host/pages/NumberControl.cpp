@@ -72,8 +72,8 @@ bool NumberControl::Key(NumberKey key, NumberStep step) {
     case NumberKey::Down: ChangeForGood(Stepped(-SizeOf(step))); break;
     case NumberKey::PageUp: ChangeForGood(Stepped(kPageStep)); break;
     case NumberKey::PageDown: ChangeForGood(Stepped(-kPageStep)); break;
-    case NumberKey::Home: ChangeForGood(range_.minimum); break;
-    case NumberKey::End: ChangeForGood(range_.maximum); break;
+    case NumberKey::Home: ChangeForGood(Clamped(range_.minimum)); break;
+    case NumberKey::End: ChangeForGood(Clamped(range_.maximum)); break;
   }
   return true;
 }
@@ -98,26 +98,26 @@ bool NumberControl::Scrub(std::int32_t steps, NumberStep step) {
 }
 
 bool NumberControl::EndScrub() {
-  if (!scrub_) return false;
+  const auto scrub = std::exchange(scrub_, std::nullopt);
+  if (!scrub) return false;
   const auto held = Hold();
-  FinishScrub();
+  Finish(*scrub);
   return true;
 }
 
 bool NumberControl::CancelScrub() {
-  if (!scrub_) return false;
+  auto scrub = std::exchange(scrub_, std::nullopt);
+  if (!scrub) return false;
   const auto held = Hold();
   // As it was, even beyond the range.
-  if (Change(scrub_->before) && scrub_) scrub_->changed = true;
-  FinishScrub();
+  if (Change(scrub->before)) scrub->changed = true;
+  Finish(*scrub);
   return true;
 }
 
-void NumberControl::FinishScrub() {
-  const auto scrub = std::exchange(scrub_, std::nullopt);
-  if (!scrub) return;
+void NumberControl::Finish(const ScrubState& scrub) const {
   // The last value belongs to the scrub.
-  if (scrub->changed) Tell(kControlNotifyComplete);
+  if (scrub.changed) Tell(kControlNotifyComplete);
   Tell(kControlScrub, 0);
 }
 

@@ -76,7 +76,7 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   double Stepped(double by) const;
   bool Change(double value);
   void ChangeForGood(double value);
-  void FinishScrub();
+  void Finish(const ScrubState& scrub) const;
 
   RefCount references_;
   NumberRange range_;

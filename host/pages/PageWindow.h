@@ -22,7 +22,7 @@ class PageObserver {
  public:
   virtual ~PageObserver() = default;
 
-  // What the window shows has changed. The call must not drop the dialog.
+  // What the window shows has changed. The call must not drop the dialog, with which its windows end, untold.
   virtual void OnWindowChanged(PageWindow& window) = 0;
 };
 

@@ -32,6 +32,9 @@ TEST(ColourChipControl, IsFoundAsAColourChipByItsWindow) {
 TEST(ColourChipControl, IsOwnedByItsDialog) {
   Chip chip;
   auto* const found = static_cast<IUnknown*>(chip.control.Prop(kControlInterface));
+  void* counted = nullptr;
+  EXPECT_EQ(found->QueryInterface(IDSColourChip::kIid, &counted), kOk);
+  EXPECT_EQ(found->Release(), 1u);
   EXPECT_EQ(found->AddRef(), 2u) << "the window's property is borrowed";
   EXPECT_EQ(found->Release(), 1u);
   EXPECT_EQ(found->Release(), 0u);

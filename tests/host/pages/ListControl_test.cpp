@@ -74,6 +74,11 @@ TEST(ListControl, EmptiesWithItsSelection) {
   EXPECT_EQ(Send(list, CB_GETCOUNT), 0);
   EXPECT_EQ(Send(list, CB_GETCURSEL), CB_ERR);
   EXPECT_EQ(TextOf(&list.control), u"");
+  Send(list, CB_RESETCONTENT);
+  EXPECT_EQ(list.Changes(), 0u) << "it is empty";
+  List unselected;
+  Send(unselected, CB_RESETCONTENT);
+  EXPECT_EQ(unselected.Changes(), 1u);
 }
 
 TEST(ListControl, TellsThePageWhatAUserChooses) {
@@ -139,6 +144,7 @@ TEST(ListControl, ChoosesByFirstLetterFromTheSelectionOn) {
   EXPECT_EQ(chosen(u'w'), 4);
   EXPECT_EQ(list.page.Taken().size(), 6u);
   EXPECT_FALSE(list.control.ChooseByLetter(u'x'));
+  EXPECT_FALSE(list.control.ChooseByLetter(u'\0')) << "an empty entry begins with nothing";
   EXPECT_TRUE(list.control.ChooseByLetter(u'w')) << "itself, when no other begins with it";
   EXPECT_EQ(list.control.Selected(), 4);
   EXPECT_EQ(list.page.Taken(), Messages{});

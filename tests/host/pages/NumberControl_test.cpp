@@ -63,6 +63,9 @@ TEST(NumberControl, IsFoundAsANumberControlByItsWindow) {
 TEST(NumberControl, IsOwnedByItsDialog) {
   Number number;
   auto* const found = static_cast<IUnknown*>(number.control.Prop(kControlInterface));
+  void* counted = nullptr;
+  EXPECT_EQ(found->QueryInterface(IDSNumberControl::kIid, &counted), kOk);
+  EXPECT_EQ(found->Release(), 1u);
   EXPECT_EQ(found->AddRef(), 2u) << "the window's property is borrowed";
   EXPECT_EQ(found->Release(), 1u);
   EXPECT_EQ(found->Release(), 0u);
@@ -185,6 +188,15 @@ TEST(NumberControl, StepsByKeys) {
   EXPECT_EQ(number.page.Taken(), Messages{}) << "the end of the range";
 }
 
+TEST(NumberControl, ShowsZeroWithoutASign) {
+  Number number(";class=dsnewnumberctrl;min=-0;max=9", 3.0);
+  number.control.Type("-5");
+  EXPECT_EQ(number.control.ShownValue(), "0");
+  number.control.Type("3");
+  number.control.Key(NumberKey::Home);
+  EXPECT_EQ(number.control.ShownValue(), "0");
+}
+
 TEST(NumberControl, StepsIntoTheRange) {
   Number number("Blur;class=dsnewnumberctrl;min=5;max=720", 900.0);
   number.control.Key(NumberKey::Up);
@@ -222,6 +234,10 @@ TEST(NumberControl, CompletesNoScrubWithoutAChange) {
   number.control.BeginScrub();
   EXPECT_TRUE(number.control.EndScrub());
   EXPECT_EQ(number.page.Taken(), (Messages{"scrub 5 1", "scrub 5 0"}));
+  number.control.BeginScrub();
+  EXPECT_TRUE(number.control.Scrub(-1));
+  EXPECT_TRUE(number.control.EndScrub());
+  EXPECT_EQ(number.page.Taken(), (Messages{"scrub 5 1", "scrub 5 0"})) << "the end of the range";
 }
 
 TEST(NumberControl, ShowsTheValueFromBeforeACancelledScrub) {
@@ -237,6 +253,11 @@ TEST(NumberControl, ShowsTheValueFromBeforeACancelledScrub) {
   number.control.BeginScrub();
   EXPECT_TRUE(number.control.CancelScrub());
   EXPECT_EQ(number.page.Taken(), (Messages{"scrub 5 1", "scrub 5 0"}));
+  number.control.BeginScrub();
+  number.control.SetValue(DSVariant::Of(3.0));
+  EXPECT_TRUE(number.control.CancelScrub());
+  EXPECT_EQ(number.Value(), 900.0);
+  EXPECT_EQ(number.page.Taken(), (Messages{"scrub 5 1", "notify 5", "complete 5", "scrub 5 0"}));
 }
 
 TEST(NumberControl, TakesNothingElseDuringAScrub) {

@@ -136,9 +136,11 @@ TEST(PageWindow, LosesAndGainsObserversDuringACall) {
   Label label(kStatic);
   RecordingObserver first;
   RecordingObserver second;
+  RecordingObserver kept;
   RecordingObserver late;
   label.control.AddObserver(first);
   label.control.AddObserver(second);
+  label.control.AddObserver(kept);
   first.onChange = [&] {
     label.control.RemoveObserver(first);
     label.control.RemoveObserver(second);
@@ -148,6 +150,7 @@ TEST(PageWindow, LosesAndGainsObserversDuringACall) {
   };
   label.control.Invalidate();
   EXPECT_EQ(label.Changes(), 2u);
+  EXPECT_EQ(kept.Taken().size(), 2u);
   EXPECT_EQ(second.Taken().size(), 0u) << "it is removed before its turn";
   EXPECT_EQ(late.Taken().size(), 1u) << "it is told from the next change on";
   label.control.Invalidate();

@@ -50,6 +50,10 @@ TEST(TypedNumber, IsAnExpression) {
   EXPECT_EQ(Typed("+(((7)))"), 7.0);
   EXPECT_EQ(Typed("0.1 + 0.2"), 0.3);
   EXPECT_EQ(Typed("1 / 3"), 0.333333333);
+  std::string sum = "(1)";
+  for (int terms = 1; terms < 40; ++terms)
+    sum += "+(1)";
+  EXPECT_EQ(Typed(sum), 40.0) << "more parentheses than may be nested";
 }
 
 TEST(TypedNumber, IsRelativeByAnOperatorInFront) {
@@ -80,9 +84,9 @@ TEST(TypedNumber, IsAPartOfTheRange) {
 TEST(TypedNumber, SaysWhatItExpects) {
   const std::string expected =
       "expected a number such as 12.5, a percentage such as 50%, or an expression such as (3 + 4) * 2 or += 5, found ";
-  for (const std::string text :
-       {"",     " ",    "abc", "1 2", "1 +",  "(1",   "1)",  "()",  "2 ** 3", "1..2", "+=", "5%%",
-        "5%+1", "(5)%", "inf", "nan", "-inf", "0x10", "++5", "--5", "1e",     "=5",   "%",  "1e999"}) {
+  for (const std::string text : {"",     " ",      "abc",  "1 2", "1 +", "2 *",  "2 /",  "(1",   "1)",
+                                 "()",   "2 ** 3", "1..2", "+=",  "5%%", "5%+1", "(5)%", "inf",  "nan",
+                                 "-inf", "0x10",   "++5",  "--5", "1e",  "=5",   "%",    "1e999"}) {
     EXPECT_EQ(TypedFailure(text), expected + "\"" + text + "\"");
   }
   EXPECT_EQ(TypedFailure("1,5"), "expected a decimal point and no commas, found \"1,5\"");
