@@ -7,13 +7,13 @@
 #include "platform/DSFxInfo.h"
 #include "platform/Registration.h"
 #include "properties/ClassIds.h"
+#include "resources/Numbers.h"
 #include "server/ServerClasses.h"
 #include "server/ServerModule.h"
 
 namespace vblur {
 namespace {
 
-constexpr std::int32_t kNameString = 1;
 constexpr std::int32_t kKindEffect = 1;
 
 // The families of the effect, in the order of registration.
@@ -47,7 +47,7 @@ HRESULT DllRegisterServer() {
     if (result < 0) return result;
   }
   std::array<char16_t, 260> name{};
-  LoadStringW(ServerModule(), kNameString, name.data(), static_cast<std::int32_t>(name.size()));
+  LoadStringW(ServerModule(), resources::strings::kName, name.data(), static_cast<std::int32_t>(name.size()));
   return DSRegisterObjectFamilies(classes::kBlur, kFamilyCount, kFamilies.data(), kKindEffect, name.data(),
                                   ServerModule());
 }

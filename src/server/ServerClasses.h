@@ -6,6 +6,7 @@
 
 #include "platform/Com.h"
 #include "properties/ClassIds.h"
+#include "resources/Numbers.h"
 
 namespace vblur {
 
@@ -28,13 +29,14 @@ IClassFactory* MakeHelpPageFactory();
 IClassFactory* MakeCropPageFactory();
 
 inline constexpr std::array kServerClasses = {
-    ServerClass{classes::kBlur, 2, &MakeBlurFactory},
-    ServerClass{classes::kFullBlurPPG, 4, &MakeFullBlurPageFactory},
-    ServerClass{classes::kTransitionBlurPPG, 6, &MakeTransitionBlurPageFactory},
-    ServerClass{classes::kHvTransitionPPG, 5499, &MakeTransitionPageFactory},
-    ServerClass{classes::kHvTInteract, 1071, &MakeViewerToolFactory},
-    ServerClass{classes::kHelpPPG, 8, &MakeHelpPageFactory},
-    ServerClass{classes::kFullCropPPG, 4997, &MakeCropPageFactory},
+    ServerClass{classes::kBlur, resources::strings::kDescription, &MakeBlurFactory},
+    ServerClass{classes::kFullBlurPPG, resources::strings::kFullBlurDescription, &MakeFullBlurPageFactory},
+    ServerClass{classes::kTransitionBlurPPG, resources::strings::kTransitionBlurDescription,
+                &MakeTransitionBlurPageFactory},
+    ServerClass{classes::kHvTransitionPPG, resources::strings::kTransitionDescription, &MakeTransitionPageFactory},
+    ServerClass{classes::kHvTInteract, resources::strings::kViewerToolDescription, &MakeViewerToolFactory},
+    ServerClass{classes::kHelpPPG, resources::strings::kHelpDescription, &MakeHelpPageFactory},
+    ServerClass{classes::kFullCropPPG, resources::strings::kFullCropDescription, &MakeCropPageFactory},
 };
 
 }  // namespace vblur

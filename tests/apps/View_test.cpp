@@ -62,10 +62,10 @@ TEST_F(ViewProgram, DragsTheRingAndSavesTheJob) {
       Run({"view", "job.json", "view.png", "--pen", "drag.pen", "--save-job", "after.json", "-vv"});
   EXPECT_EQ(result.exit, 0) << result.err;
   EXPECT_EQ(result.out, "");
-  for (const char* call :
-       {"FullBlurPPG.Activate()", "page.GetAnimatedProperty(Blur, 10, -1)", "FullBlurPPG.Show(5)", "tool.OnLinkToViewer()", "tool.OnLinkToOperator()",
-        "tool.GetAnimatedProperty(Blur, 10, -1)", "tool.OnPenDown(button 1, 42, 24)", "viewer.InvalidateLayer(all)",
-        "tool.OnRender()", "tool.SetAnimatedProperty(Blur, 18, -1)", "tool.OnUnlinkFromOperator()"}) {
+  for (const char* call : {"FullBlurPPG.Activate()", "page.GetAnimatedProperty(Blur, 10, -1)", "FullBlurPPG.Show(5)",
+                           "tool.OnLinkToViewer()", "tool.OnLinkToOperator()", "tool.GetAnimatedProperty(Blur, 10, -1)",
+                           "tool.OnPenDown(button 1, 42, 24)", "viewer.InvalidateLayer(all)", "tool.OnRender()",
+                           "tool.SetAnimatedProperty(Blur, 18, -1)", "tool.OnUnlinkFromOperator()"}) {
     EXPECT_NE(result.err.find(call), std::string::npos) << call;
   }
   EXPECT_EQ(result.err.find("SetAnimatedProperty"), result.err.rfind("SetAnimatedProperty")) << "once";
