@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <utility>
 
 #include "host/base/Failure.h"
-#include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/properties/PropertyText.h"
 
 namespace vblur::host {
@@ -49,12 +48,9 @@ double NumberControl::Stepped(double by) const {
 
 std::optional<std::string> NumberControl::Type(std::string_view text) {
   const auto complain = [&](const std::string& why) {
-    std::string line;
-    std::ranges::transform(Text(), std::back_inserter(line),
-                           [](char16_t c) { return c < 128 ? static_cast<char>(c) : '?'; });
-    return OnOneLine(line + (line.empty() ? "" : ": ") + why);
+    return OnOneLine(Utf8Of(Text()) + (Text().empty() ? "" : ": ") + why);
   };
-  if (!TakesInput() || scrub_) return complain("expected a control that takes input, found " + Quoted(text));
+  if (!TakesInput() || scrub_) return complain("takes no input now");
   const auto held = Hold();
   try {
     ChangeForGood(Clamped(ReadTypedNumber(text, value_, range_)));

@@ -161,6 +161,8 @@ TEST(NumberControl, KeepsItsValueWhenATypedTextIsNone) {
   EXPECT_EQ(number.Value(), 30.0);
   EXPECT_EQ(number.Changes(), 0u);
   EXPECT_EQ(number.page.Taken(), Messages{});
+  SendText(&number.control, WM_SETTEXT, u"Größe\n");
+  EXPECT_EQ(number.control.Type("1,5"), "Größe : expected a decimal point and no commas, found \"1,5\"");
   Number nameless(";class=dsnewnumberctrl");
   EXPECT_EQ(nameless.control.Type("1,5"), "expected a decimal point and no commas, found \"1,5\"");
 }
@@ -269,7 +271,7 @@ TEST(NumberControl, TakesNothingElseDuringAScrub) {
   number.control.BeginScrub();
   EXPECT_FALSE(number.control.BeginScrub());
   EXPECT_FALSE(number.control.Key(NumberKey::Up));
-  EXPECT_EQ(number.control.Type("5"), "Blur: expected a control that takes input, found \"5\"");
+  EXPECT_EQ(number.control.Type("5"), "Blur: takes no input now");
   EXPECT_EQ(number.page.Taken(), (Messages{"scrub 5 1"}));
   EXPECT_EQ(number.Value(), 0.0);
 }
