@@ -15,6 +15,15 @@ namespace {
 
 constexpr double kNow = -1.0;
 
+// Null for null.
+char* Duplicate(const char* text) {
+  if (text == nullptr) return nullptr;
+  const std::size_t size = std::strlen(text) + 1;
+  auto* const copy = static_cast<char*>(std::malloc(size));
+  if (copy != nullptr) std::memcpy(copy, text, size);
+  return copy;
+}
+
 }  // namespace
 
 void HvDsPPG::FreeText::operator()(char* text) const {
@@ -22,7 +31,7 @@ void HvDsPPG::FreeText::operator()(char* text) const {
 }
 
 HvDsPPG::HvDsPPG(std::int32_t dialog, std::int32_t titleString, const char* name)
-    : CDSPropertyPage(dialog, titleString), pageName(name == nullptr ? nullptr : strdup(name)) {}
+    : CDSPropertyPage(dialog, titleString), pageName(Duplicate(name)) {}
 
 HRESULT HvDsPPG::Show(std::uint32_t mode) {
   if (const HRESULT result = CDSBasePropertyPage::Show(mode); result < 0) return result;
@@ -80,7 +89,8 @@ void HvDsPPG::SetControlText(std::int32_t id, const char* text) {
   if (text == nullptr) return;
   const std::string_view all(text);
   std::array<char16_t, kMost + 1> wide{};
-  std::copy_n(all.begin(), std::min(all.size(), kMost), wide.begin());
+  std::transform(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(std::min(all.size(), kMost)), wide.begin(),
+                 [](char c) { return static_cast<char16_t>(static_cast<unsigned char>(c)); });
   SendMessageW(GetDlgItem(GetDialog(), id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(wide.data()));
 }
 

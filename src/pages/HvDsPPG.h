@@ -36,7 +36,7 @@ class HvDsPPG : public CDSPropertyPage {
   void AddListString(const ValueControl<Value>& control, std::int32_t stringId, bool select);
   // Fills a list with the texts of its property's entries and shows the default.
   void FillList(const ValueControl<std::int32_t>& control, const ControlRow& row);
-  // An ASCII text of at most 2047 characters; what is beyond is cut.
+  // A text of 8-bit characters, at most 2047; what is beyond is cut.
   void SetControlText(std::int32_t id, const char* text);
   template <class Value>
   void Enable(const ValueControl<Value>& control, bool enabled);
