@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include <OpenImageIO/tiffutils.h>
+
 #include "host/base/NameMatch.h"
 #include "host/pictures/PngChunks.h"
 
@@ -72,6 +74,20 @@ void MakeSigned(OIIO::ParamValue& attribute) {
   const bool isWhole = attribute.type() == OIIO::TypeDesc::UINT16 || attribute.type() == OIIO::TypeDesc::UINT32;
   if (GroupOf(attribute) == MetadataGroup::Exif && isWhole)
     attribute = OIIO::ParamValue(attribute.name(), attribute.get_int());
+}
+
+// Readers take the numbers of a resolution from Exif data: that of JPEG files without their unit, that of PNG files
+// with its number in place of its name.
+void NameResolutionUnit(const std::string& exif, OIIO::ImageSpec& input) {
+  constexpr std::array<const char*, 4> kNames{"", "none", "in", "cm"};
+  const auto* attribute = input.find_attribute("ResolutionUnit");
+  if (attribute == nullptr || (attribute->type() == OIIO::TypeDesc::STRING && attribute->get_string() != "none"))
+    return;
+  OIIO::ImageSpec held;
+  if (!exif.empty()) OIIO::decode_exif(OIIO::string_view(exif), held);
+  const bool isOfExif = held.get_float_attribute("XResolution") == input.get_float_attribute("XResolution");
+  const int unit = held.get_int_attribute("ResolutionUnit");
+  if (isOfExif && unit >= 1 && unit <= 3) input.attribute("ResolutionUnit", kNames[static_cast<std::size_t>(unit)]);
 }
 
 // Or one of zeros and blanks, as many cameras write.
@@ -159,6 +175,7 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   PictureMetadata metadata;
   metadata.input = input;
   if (info.format == "png") MakePngTextsUtf8(metadata.input);
+  if (info.format == "jpeg" || info.format == "png") NameResolutionUnit(info.exif, metadata.input);
   metadata.info = info;
   const bool marksAlpha = info.format == "tiff" || info.format == "openexr";
   metadata.associatedAlpha =

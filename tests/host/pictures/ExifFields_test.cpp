@@ -200,6 +200,24 @@ TEST_F(ExifFields, WholeNumbersStayInTiffFiles) {
   EXPECT_EQ(out.get_int_attribute("Exif:PixelYDimension"), 8);
 }
 
+TEST_F(ExifFields, AResolutionHasItsUnit) {
+  for (const auto& [unit, name] : {std::pair(2, "in"), std::pair(3, "cm"), std::pair(1, "none")}) {
+    std::string block = "II" + Little(42, 2) + Little(8, 4);
+    block += Directory({{0x011a, TIFF_RATIONAL, 1, Little(300, 4) + Little(1, 4)},
+                        {0x011b, TIFF_RATIONAL, 1, Little(300, 4) + Little(1, 4)},
+                        {0x0128, TIFF_SHORT, 1, Little(static_cast<std::size_t>(unit), 2)}},
+                       8);
+    for (const char* from : {"photo.jpg", "photo.png"}) {
+      for (const char* to : {"out.tif", "out.jpg"}) {
+        std::vector<std::string> notes;
+        const OIIO::ImageSpec out = PassOn(WritePhoto(from, block), to, notes);
+        EXPECT_EQ(out.get_float_attribute("XResolution"), 300.0f) << from << to;
+        EXPECT_EQ(out.get_string_attribute("ResolutionUnit"), name) << from << to;
+      }
+    }
+  }
+}
+
 // A field that is not read is Exif data all the same.
 TEST_F(ExifFields, OneFieldThatIsNotReadIsExifData) {
   std::string block = "II" + Little(42, 2) + Little(8, 4);
