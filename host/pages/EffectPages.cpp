@@ -91,6 +91,7 @@ OpenedPage& EffectPages::Open(const GUID& clsid, std::string_view name) {
   require("Activate", Made(page, "Activate()", [&] { return page.page->Activate(); }));
   if (dialogs_.size() <= before) require("MakeDialog", kFailed);
   page.dialog = dialogs_.back();
+  page.dialog->UseTrace(trace_, page.name);
   require("Refresh", Made(page, "Refresh()", [&] { return page.page->Refresh(); }));
   opened_.push_back(std::move(opened));
   return page;

@@ -51,6 +51,8 @@ class EffectPages final : private IDSPageSite {
   OpenedPage* Front() { return front_; }
   OpenedPage* Find(std::string_view name);
   std::size_t Count() const { return opened_.size(); }
+  // Null for none.
+  CallTrace* Trace() const { return trace_; }
 
   // The time at which values are shown and keys are set.
   void SetTime(double time);

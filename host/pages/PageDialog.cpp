@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
+#include "host/base/Utf8.h"
 #include "host/pages/ButtonControl.h"
 #include "host/pages/CheckBoxControl.h"
 #include "host/pages/ColourChipControl.h"
@@ -43,6 +45,14 @@ ModuleControl WindowOf(const ModuleDialog& dialog) {
   window.height = dialog.height;
   window.style = dialog.style;
   return window;
+}
+
+std::string NameOfMessage(UINT message) {
+  if (message == WM_COMMAND) return "WM_COMMAND";
+  for (const char16_t* const name : {kControlNotify, kControlNotifyComplete, kControlScrub, kControlToolTip}) {
+    if (message == RegisterWindowMessageW(name)) return Utf8Of(name);
+  }
+  return std::to_string(message);
 }
 
 }  // namespace
@@ -86,8 +96,26 @@ void PageDialog::Close() {
   page_ = nullptr;
 }
 
+void PageDialog::UseTrace(CallTrace* trace, std::string pageName) {
+  trace_ = trace;
+  pageName_ = std::move(pageName);
+}
+
 LRESULT PageDialog::SendToPage(UINT message, WPARAM wParam, LPARAM lParam) const {
-  return page_ == nullptr ? 0 : page_->OnDialogMessage(message, wParam, lParam);
+  if (page_ == nullptr) return 0;
+  // The page may drop the dialog.
+  const std::string page = pageName_;
+  CallTrace* const trace = trace_;
+  LRESULT result = 0;
+  // What happened to a control is in the upper half of a command; other messages pass addresses and flags as LPARAM.
+  const auto text = [&] {
+    return "OnDialogMessage(" + NameOfMessage(message) + ", " + std::to_string(wParam & 0xFFFF) + ")";
+  };
+  NotedCall(trace, page, text, [&] {
+    result = page_->OnDialogMessage(message, wParam, lParam);
+    return kOk;
+  });
+  return result;
 }
 
 }  // namespace vblur::host

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/hosted/CallTrace.h"
 #include "host/pages/PageWindow.h"
 #include "platform/CDSPropertyPage.h"
 
@@ -36,6 +37,8 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
   // The page goes: from now on nothing is sent to it, and the controls take no input.
   void Close();
   bool IsOpen() const { return page_ != nullptr; }
+  // Notes each message to the page from now on, under the page's name. Borrowed; null for none.
+  void UseTrace(CallTrace* trace, std::string pageName);
   // The page keeps itself for the length of the call. 0 once closed.
   LRESULT SendToPage(UINT message, WPARAM wParam, LPARAM lParam) const;
 
@@ -48,6 +51,8 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
   const std::string fontName_;
   const std::int32_t fontPoints_;
   std::vector<std::unique_ptr<PageWindow>> items_;
+  CallTrace* trace_ = nullptr;
+  std::string pageName_;
 };
 
 }  // namespace vblur::host

@@ -68,16 +68,21 @@ void PagePlayer::Play(const PageEvent& event) {
     case PageEvent::Kind::Time: actions_.setTime(event.time); break;
     case PageEvent::Kind::Print: actions_.print(); break;
     case PageEvent::Kind::Undo:
-      if (!history_.Undo()) Refuse(event.place, "there is nothing to undo");
-      break;
-    case PageEvent::Kind::Redo:
-      if (!history_.Redo()) Refuse(event.place, "there is nothing to redo");
-      break;
+    case PageEvent::Kind::Redo: UndoOrRedo(event); break;
     default:
       if (pages_.Front() == nullptr) Refuse(event.place, "expected \"show PAGE\" first, no page is open");
       PlayOnControl(event);
       break;
   }
+}
+
+void PagePlayer::UndoOrRedo(const PageEvent& event) {
+  const bool undoes = event.kind == PageEvent::Kind::Undo;
+  const std::string name = undoes ? history_.UndoName() : history_.RedoName();
+  const HRESULT done = NotedCall(
+      pages_.Trace(), "history", [&] { return (undoes ? "Undo(" : "Redo(") + name + ")"; },
+      [&] { return (undoes ? history_.Undo() : history_.Redo()) ? kOk : kFalse; });
+  if (done != kOk) Refuse(event.place, undoes ? "there is nothing to undo" : "there is nothing to redo");
 }
 
 void PagePlayer::PlayOnControl(const PageEvent& event) {

@@ -32,6 +32,7 @@ class PagePlayer {
   Control& Require(const PageEvent& event, const char* what);
   void PlayOnControl(const PageEvent& event);
   void Show(const PageEvent& event);
+  void UndoOrRedo(const PageEvent& event);
   void Scrub(const PageEvent& event);
   void Choose(const PageEvent& event);
   void Tick(const PageEvent& event, bool on);
