@@ -54,7 +54,7 @@ bool IsExif(const OIIO::ParamValue& attribute) {
   return group == MetadataGroup::Exif || group == MetadataGroup::Gps;
 }
 
-OIIO::ImageSpec Decoded(OIIO::string_view block) {
+OIIO::ImageSpec Decoded(const OIIO::string_view& block) {
   OIIO::ImageSpec spec;
   OIIO::decode_exif(block, spec);
   return spec;

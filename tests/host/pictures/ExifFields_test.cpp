@@ -107,7 +107,7 @@ std::string EveryField() {
   constexpr std::size_t kFirst = 8;
   const auto first = [](std::size_t cameraAt, std::size_t placeAt) {
     return Directory({Filled(0x010f, TIFF_ASCII, 0),
-                      {0x9c9b, TIFF_BYTE, 4, "a\0b\0"},
+                      {0x9c9b, TIFF_BYTE, 4, std::string("a\0b\0", 4)},
                       {0x8769, TIFF_LONG, 1, Little(cameraAt, 4)},
                       {0x8825, TIFF_LONG, 1, Little(placeAt, 4)}},
                      kFirst);
@@ -221,7 +221,7 @@ TEST_F(ExifFields, AResolutionHasItsUnit) {
 // A field that is not read is Exif data all the same.
 TEST_F(ExifFields, OneFieldThatIsNotReadIsExifData) {
   std::string block = "II" + Little(42, 2) + Little(8, 4);
-  block += Directory({{0x9c9b, TIFF_BYTE, 4, "a\0b\0"}}, 8);
+  block += Directory({{0x9c9b, TIFF_BYTE, 4, std::string("a\0b\0", 4)}}, 8);
   const auto photo = WritePhoto("photo.png", block);
   const auto lost = [&](const char* to) { return ListOf(LossesOf(ReportPicture(photo), OutputFormatOf(to), {}, 8)); };
   EXPECT_EQ(lost("a.png"), "");
