@@ -1,9 +1,12 @@
 // What listeners do when they hear of a change, an undo or a redo.
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/host/pages/HeldProperties.h"
 #include "tests/host/pages/UndoHistoryTest.h"
 
 namespace vblur::host {
