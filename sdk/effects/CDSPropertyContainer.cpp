@@ -2,20 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace vblur {
 
 namespace {
 
 constexpr std::int32_t kAnimatedCapability = 5;
-
-// Truncates toward zero; the minimum for values out of range.
-std::int32_t Truncated(double value) {
-  constexpr double kLimit = 2147483648.0;
-  if (!(value > -kLimit - 1.0 && value < kLimit)) return std::numeric_limits<std::int32_t>::min();
-  return static_cast<std::int32_t>(value);
-}
 
 bool IsFinite(const DSCurveKey& key) {
   return std::isfinite(key.time) && std::isfinite(key.value);
@@ -106,9 +98,11 @@ HRESULT CDSPropertyContainer::PutValue(const GUID& property, const DSVariant& va
   if (isFloat) {
     *static_cast<double*>(member) = value.AsNumber();
   } else {
-    *static_cast<std::int32_t*>(member) = value.type == DSValueType::Float64 ? Truncated(value.number) : value.whole;
+    *static_cast<std::int32_t*>(member) = value.AsWhole();
   }
-  return OnPropertyChanged(entry->param.id, &value, nullptr, nullptr, 0, 0);
+  DSVariant stored;
+  if (const HRESULT read = GetValue(entry->param.id, &stored); read != kOk) return read;
+  return OnPropertyChanged(entry->param.id, &stored, nullptr, nullptr, 0, 0);
 }
 
 HRESULT CDSPropertyContainer::GetValueAt(const GUID& property, double time, double* value) {

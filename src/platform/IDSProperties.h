@@ -20,7 +20,7 @@ class IDSPropertyNotify {
  public:
   virtual ~IDSPropertyNotify() = default;
 
-  // `value` is null for GUID_ALL_PROPERTIES and for curves.
+  // `value` is what the change has stored, of the property's type; null for GUID_ALL_PROPERTIES and for curves.
   virtual void OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) = 0;
 };
 

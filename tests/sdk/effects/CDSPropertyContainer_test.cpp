@@ -61,11 +61,13 @@ struct Listener : IDSPropertyNotify {
   void OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) override {
     changes.push_back(property);
     lastValue = value == nullptr ? -1.0 : value->AsNumber();
+    if (value != nullptr) lastVariant = *value;
     lastFlags = flags;
     if (leaveFrom != nullptr) leaveFrom->Unadvise(this);
   }
   std::vector<GUID> changes;
   double lastValue = 0.0;
+  DSVariant lastVariant;
   std::uint32_t lastFlags = 0;
   IDSProperties* leaveFrom = nullptr;
 };
@@ -229,6 +231,27 @@ TEST(CDSPropertyContainer, NotifiesOfValuesAtATime) {
   EXPECT_EQ(container.PutValueAt(kSize, 2.0, DSVariant::Of(5.0)), kOk);
   EXPECT_EQ(listener.changes, (std::vector{kSize, kSize, kSize}));
   EXPECT_EQ(listener.lastValue, -1.0) << "a key";
+}
+
+TEST(CDSPropertyContainer, NotifiesOfTheValueAsItIsStored) {
+  Container container;
+  Listener listener;
+  container.Advise(&listener);
+  const auto expect = [&](DSValueType type, double number, std::int32_t whole) {
+    EXPECT_EQ(listener.lastVariant.type, type);
+    EXPECT_EQ(listener.lastVariant.number, number);
+    EXPECT_EQ(listener.lastVariant.whole, whole);
+  };
+  container.PutValue(kChoice, DSVariant::Of(3.9));
+  expect(DSValueType::Integer32, 0.0, 3);
+  container.PutValue(kChoice, DSVariant::Of(1e300));
+  expect(DSValueType::Integer32, 0.0, -2147483647 - 1);
+  container.PutValue(kSize, DSVariant::Of(4));
+  expect(DSValueType::Float64, 4.0, 0);
+  container.PutValue(kInherited, DSVariant::Of(1));
+  expect(DSValueType::Boolean32, 0.0, 1);
+  container.PutValueAt(kSize, 1.0, {DSValueType::Boolean32, 7.0, 1});
+  expect(DSValueType::Float64, 1.0, 0);
 }
 
 TEST(CDSPropertyContainer, EndsWithItsLastReference) {
