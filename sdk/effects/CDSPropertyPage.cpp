@@ -39,6 +39,8 @@ class CDSBasePropertyPage::Listener : public IDSPropertyNotify {
   explicit Listener(CDSBasePropertyPage& page) : page_(page) {}
 
   void OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t) override {
+    // Whoever sees a control move may release the page.
+    const ComPtr<IDSPropertyPage> stay(&page_);
     page_.PropertyChanged(property, value);
   }
 
@@ -66,6 +68,8 @@ HRESULT CDSBasePropertyPage::QueryInterface(const GUID& iid, void** result) {
 HRESULT CDSBasePropertyPage::SetSite(IDSPageSite* site) {
   if (site == site_) return kOk;
   Deactivate();
+  while (openSteps_ != 0)
+    EndStep();
   site_ = site;
   return kOk;
 }
@@ -108,7 +112,7 @@ HRESULT CDSBasePropertyPage::Refresh() {
 HRESULT CDSBasePropertyPage::Deactivate() {
   if (dialog_ == nullptr) return kFalse;
   if (properties_) properties_->Unadvise(listener_.get());
-  if (std::exchange(scrubbing_, false) && site_->Undo() != nullptr) site_->Undo()->EndStep();
+  if (std::exchange(scrubbing_, false)) EndStep();
   site_->DropDialog(std::exchange(dialog_, nullptr));
   return kOk;
 }
@@ -140,20 +144,32 @@ LRESULT CDSBasePropertyPage::OnDialogMessage(UINT message, WPARAM wParam, LPARAM
   lastNotification = {message, control};
   if (message == WM_COMMAND || message == messages.notify) {
     OnControlChanged(control);
-  } else if (message == messages.scrub && site_ != nullptr && site_->Undo() != nullptr) {
+  } else if (message == messages.scrub && dialog_ != nullptr) {
     const bool begins = lParam != 0;
     if (begins == scrubbing_) return 0;
     scrubbing_ = begins;
-    begins ? site_->Undo()->BeginStep(nullptr) : site_->Undo()->EndStep();
+    begins ? BeginStep(nullptr) : EndStep();
   }
   return 0;
+}
+
+void CDSBasePropertyPage::BeginStep(const char16_t* name) {
+  if (site_ == nullptr || site_->Undo() == nullptr) return;
+  ++openSteps_;
+  site_->Undo()->BeginStep(name);
+}
+
+void CDSBasePropertyPage::EndStep() {
+  if (openSteps_ == 0) return;
+  --openSteps_;
+  if (site_->Undo() != nullptr) site_->Undo()->EndStep();
 }
 
 // The write and the action are one step.
 void CDSBasePropertyPage::OnControlChanged(std::int32_t controlId) {
   const CDSPPGControlMap* const map = GetControlMap();
   const CDSPPGControlMapEntry* const entry = map == nullptr ? nullptr : map->Find(controlId);
-  if (entry == nullptr) return;
+  if (entry == nullptr || GetHwndControl(controlId) == nullptr) return;
   CDSUndoStyleMgr step(*this);
   UNDO_STYLE style = kUndoStep;
   step.Begin(lastNotification, &style, kOneBracket);
@@ -190,7 +206,7 @@ HRESULT CDSBasePropertyPage::UpdateAnimatedControls(double) {
   if (map == nullptr) return kOk;
   for (std::size_t i = 0; i < map->count; ++i) {
     const CDSPPGControlMapEntry& entry = map->entries[i];
-    if ((entry.flags & control_flags::kAnimated) == 0) continue;
+    if ((entry.flags & control_flags::kAnimated) == 0 || entry.variable == nullptr) continue;
     ReadVariable(entry);
     SetControlFromBoundVariable(entry.controlId);
   }
@@ -205,11 +221,12 @@ double CDSBasePropertyPage::TimeOf(double time) const {
 template <class Put>
 HRESULT CDSBasePropertyPage::Write(const char* call, const GUID& property, double value, double time, UNDO_STYLE style,
                                    Put put) {
-  if (!properties_) return kFailed;
-  IDSUndo* const undo = site_ == nullptr || style == kUndoBracket ? nullptr : site_->Undo();
-  if (undo != nullptr) undo->BeginStep(nullptr);
-  const HRESULT result = put(*properties_);
-  if (undo != nullptr) undo->EndStep();
+  // A listener may give the page other objects.
+  const ComPtr<IDSProperties> properties = properties_;
+  if (!properties) return kFailed;
+  if (style != kUndoBracket) BeginStep(nullptr);
+  const HRESULT result = put(*properties);
+  if (style != kUndoBracket) EndStep();
   if (site_ != nullptr) site_->OnPropertyAccess(call, property, value, time, result);
   return result;
 }

@@ -20,21 +20,19 @@ HRESULT CDSUndoStyleMgr::Begin(const DSControlNotification& notification, UNDO_S
   if (style == nullptr) return kNullPointer;
   *style = kUndoBracket;
   ++depth_;
-  IDSPageSite* const site = page_.Site();
-  if (site == nullptr || site->Undo() == nullptr) return kOk;
   std::array<char16_t, 256> name{};
   if (IsOfButton(page_, notification)) {
     SendMessageW(page_.GetHwndControl(notification.controlId), WM_GETTEXT, name.size(),
                  reinterpret_cast<LPARAM>(name.data()));
   }
-  site->Undo()->BeginStep(name.data());
+  page_.BeginStep(name.data());
   return kOk;
 }
 
 HRESULT CDSUndoStyleMgr::End() {
   if (depth_ == 0) return kFalse;
   --depth_;
-  if (IDSPageSite* const site = page_.Site(); site != nullptr && site->Undo() != nullptr) site->Undo()->EndStep();
+  page_.EndStep();
   return kOk;
 }
 

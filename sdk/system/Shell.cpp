@@ -36,10 +36,10 @@ void UseShellAnswers(ShellAnswers* answers) {
 
 }  // namespace host
 
-std::int32_t RegOpenKeyExW(HKEY key, const char16_t* name, std::uint32_t, std::uint32_t, HKEY* opened) {
+std::int32_t RegOpenKeyExW(HKEY key, const char16_t* name, std::uint32_t, std::uint32_t access, HKEY* opened) {
   static HKEY last = 0;
   if (key != HKEY_LOCAL_MACHINE || name == nullptr || opened == nullptr) return ERROR_FILE_NOT_FOUND;
-  if (shellAnswers == nullptr || !shellAnswers->HasKey(name)) return ERROR_FILE_NOT_FOUND;
+  if (shellAnswers == nullptr || !shellAnswers->HasKey(name, access)) return ERROR_FILE_NOT_FOUND;
   OpenKeys().emplace(++last, name);
   *opened = last;
   return ERROR_SUCCESS;
@@ -88,9 +88,10 @@ std::int32_t wsprintfW(char16_t* buffer, const char16_t* format, ...) {
   return static_cast<std::int32_t>(text.size());
 }
 
-std::intptr_t ShellExecuteW(HWND, const char16_t*, const char16_t* file, const char16_t*, const char16_t*,
-                            std::int32_t) {
-  return shellAnswers == nullptr || file == nullptr ? kNoSuchFile : shellAnswers->Open(file);
+std::intptr_t ShellExecuteW(HWND, const char16_t* operation, const char16_t* file, const char16_t*, const char16_t*,
+                            std::int32_t show) {
+  if (shellAnswers == nullptr || file == nullptr) return kNoSuchFile;
+  return shellAnswers->Open(operation == nullptr ? u"" : operation, file, show);
 }
 
 }  // namespace vblur

@@ -81,7 +81,7 @@ class IDSPropertyPage : public IUnknown {
  public:
   static constexpr GUID kIid = MakeGuid("{3B0DA5A1-5C2A-4E0F-9F7C-6B1D52C0A841}");
 
-  // Borrowed; null takes the page from its site, its dialog with it.
+  // Borrowed; null takes the page from its site, its dialog with it. Steps that the page has begun there end.
   virtual HRESULT SetSite(IDSPageSite* site) = 0;
   // What the page edits, each counted. Controls read and write the first, which has IDSProperties.
   virtual HRESULT SetObjects(std::int32_t count, IUnknown* const* objects) = 0;
@@ -158,8 +158,8 @@ class CDSBasePropertyPage : public IDSPropertyPage, public CDSCOMObject {
   IUnknown* InspectedObject() const { return objects_.empty() ? nullptr : objects_.front().get(); }
   IDSPageSite* Site() const { return site_; }
 
-  // Properties of the first object, kFailed without one. `reserved` is null. A plain value has the type that the
-  // variant asks for; time -1.0 is the site's. A property with keys gets one at the time, another its plain value.
+  // Properties of the first object, kFailed without one. `reserved` is null. A plain value that is read has the
+  // property's type; time -1.0 is the site's. A property with keys gets one at the time, another its plain value.
   HRESULT SetPlainProperty(const GUID& property, const DSVariant& value, IUnknown* reserved, UNDO_STYLE style);
   HRESULT SetAnimatedProperty(const GUID& property, const DSVariant& value, IUnknown* reserved, double time,
                               UNDO_STYLE style);
@@ -167,6 +167,10 @@ class CDSBasePropertyPage : public IDSPropertyPage, public CDSCOMObject {
   HRESULT GetAnimatedProperty(const GUID& property, DSVariant* value, IUnknown* reserved, double time);
   // Shows the bound variable's value; kWrongArgument for a control that is not in the map or has no variable.
   HRESULT SetControlFromBoundVariable(std::int32_t controlId);
+
+  // A step of the site's history, if it has one.
+  void BeginStep(const char16_t* name);
+  void EndStep();
 
  protected:
   CDSBasePropertyPage(std::int32_t dialog, std::int32_t titleString);
@@ -196,6 +200,7 @@ class CDSBasePropertyPage : public IDSPropertyPage, public CDSCOMObject {
   HWND dialog_ = nullptr;
   // The scrub of a control is a step that is open.
   bool scrubbing_ = false;
+  std::int32_t openSteps_ = 0;
   std::vector<ComPtr<IUnknown>> objects_;
   ComPtr<IDSProperties> properties_;
   std::unique_ptr<Listener> listener_;
