@@ -117,9 +117,7 @@ std::optional<Value> HvDsPPG::ReadIfAffected(const ValueControl<Value>& control)
     if constexpr (std::is_same_v<Value, double>) {
       return changingValue->AsNumber();
     } else {
-      return static_cast<Value>(changingValue->type == DSValueType::Float64
-                                    ? static_cast<std::int32_t>(changingValue->number)
-                                    : changingValue->whole);
+      return static_cast<Value>(changingValue->AsWhole());
     }
   }
   Value value{};
@@ -127,7 +125,8 @@ std::optional<Value> HvDsPPG::ReadIfAffected(const ValueControl<Value>& control)
   return value;
 }
 
-void* HvDsPPG::QueryEffect(const GUID& iid) const {
+void* HvDsPPG::QueryEffect(const GUID& iid) {
+  DisconnectEffect();
   void* found = nullptr;
   if (IUnknown* const object = InspectedObject(); object != nullptr) object->QueryInterface(iid, &found);
   return found;
@@ -157,7 +156,7 @@ bool ValueControl<Value>::Read(Value& result) const {
     result = read.AsNumber();
   } else {
     if (page->GetPlainProperty(property, &read, nullptr) != kOk) return false;
-    result = static_cast<Value>(read.whole);
+    result = static_cast<Value>(read.AsWhole());
   }
   return true;
 }

@@ -63,8 +63,9 @@ class HvDsPPG : public CDSPropertyPage {
   HvDsPPG(std::int32_t dialog, std::int32_t titleString, const char* name);
   ~HvDsPPG() override = default;
 
-  // Asks the first inspected object for the effect behind it; null if it is none. The effect is counted.
-  void* QueryEffect(const GUID& iid) const;
+  // Asks the first inspected object for the effect behind it; null if it is none. The effect is counted; one of an
+  // earlier dialog is given back.
+  void* QueryEffect(const GUID& iid);
   // Links the effect's controls to the viewer of the first inspected object. Returns the effect's tool, null for none.
   HvTInteract* ConnectOverlay();
   // Unlinks them and gives the effect back, once.
