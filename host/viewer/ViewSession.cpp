@@ -125,7 +125,6 @@ ViewSession::ViewSession(const Job& job, std::int32_t frame, const ViewOptions& 
                          const EffectFactory& makeEffect, ExecuteContext& context, CallTrace* trace)
     : job_(job),
       context_(context),
-      trace_(trace),
       pictures_(job),
       buffers_(pictures_, [&context] { return context.Stopped(); }),
       coordMan_(job.proxy) {

@@ -81,7 +81,6 @@ class ViewSession {
 
   const Job& job_;
   ExecuteContext& context_;
-  CallTrace* trace_;
   std::int32_t rendersDone_ = 0;
   JobPictures pictures_;
   FrameBuffers buffers_;
