@@ -69,6 +69,15 @@ TEST_F(ColourChipTest, ShowsNothingWithoutPageOrChip) {
   EXPECT_EQ(site.Taken(), Calls{});
 }
 
+TEST_F(ColourChipTest, GivesTheInterfaceOfTheChipBack) {
+  Open();
+  auto& chip = Of<ColourChipControl>(kChip);
+  const std::uint32_t before = chip.AddRef();
+  page->chip.Show(1.0, 2.0, 3.0);
+  page->chip.ReadChip();
+  EXPECT_EQ(chip.AddRef(), before + 1);
+}
+
 TEST_F(ColourChipTest, ShowsTheNumberControls) {
   Open();
   page->chip.red.value = 100.0;

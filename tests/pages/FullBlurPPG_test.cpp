@@ -48,6 +48,10 @@ TEST_F(FullBlurPPGTest, HasTips) {
   EXPECT_EQ(site.dialog->Item(1008)->ToolTip(), u"Reset this page's values to their defaults.");
 }
 
+TEST_F(FullBlurPPGTest, AgreesOnRangesWithItsDialogAndItsProperties) {
+  ExpectRangesAgree();
+}
+
 TEST_F(FullBlurPPGTest, SetsItsRanges) {
   const ForeignRanges ranges;
   Activate();

@@ -63,6 +63,10 @@ TEST_F(FullCropPPGTest, HasAChipWithAlphaAndAGroup) {
   EXPECT_EQ(map.Find(5011)->variable(*page), &chip.alpha.value);
 }
 
+TEST_F(FullCropPPGTest, AgreesOnRangesWithItsDialogAndItsProperties) {
+  ExpectRangesAgree();
+}
+
 TEST_F(FullCropPPGTest, SetsItsRanges) {
   const ForeignRanges ranges;
   Activate();

@@ -95,6 +95,13 @@ TEST_F(HelpPPGTest, HidesTheOverlay) {
   EXPECT_TRUE(ShowsOverlay(tool));
   auto& hide = Of<CheckBoxControl>(1014);
   EXPECT_FALSE(hide.IsChecked());
+  // No paint is possible, but the viewer has been asked for one.
+  struct ClosedSurface final : IVWSurface {
+    HRESULT BeginRenderOpenGL(tagVWOPENGLSURFACE&) override { return kFailed; }
+    HRESULT EndRenderOpenGL(const tagVWOPENGLSURFACE&) override { return kOk; }
+  } surface;
+  viewer->Render(surface);
+  ASSERT_FALSE(viewer->IsInvalid());
   hide.Toggle();
   EXPECT_FALSE(ShowsOverlay(tool));
   EXPECT_TRUE(viewer->IsInvalid());

@@ -116,6 +116,14 @@ TEST_F(HvDsPPGTest, SetsTheRangeOfNumberControlsOnly) {
   ExpectRange(kSize, -100.0, 100.0);
 }
 
+TEST_F(HvDsPPGTest, GivesTheInterfaceOfAControlBack) {
+  Activate();
+  auto& number = Of<NumberControl>(kSize);
+  const std::uint32_t before = number.AddRef();
+  page->SetNumberRange(kSize, 0.0, 1.0);
+  EXPECT_EQ(number.AddRef(), before + 1);
+}
+
 TEST_F(HvDsPPGTest, FillsLists) {
   ValueControl<std::int32_t> bare;
   ValueControl<std::int32_t> absent(*page, Row(kAbsent, PropertyId::Channels));

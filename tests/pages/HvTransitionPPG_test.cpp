@@ -29,6 +29,10 @@ TEST_F(HvTransitionPPGTest, MapsItsControls) {
   EXPECT_EQ(site.dialog->Item(5503)->ToolTip(), u"Reset this page's values to their defaults.");
 }
 
+TEST_F(HvTransitionPPGTest, AgreesOnRangesWithItsDialogAndItsProperties) {
+  ExpectRangesAgree();
+}
+
 TEST_F(HvTransitionPPGTest, SetsItsRanges) {
   const ForeignRanges ranges;
   Activate();

@@ -246,6 +246,20 @@ class PageTest : public testing::Test {
     EXPECT_EQ(number.Range().minimum, minimum) << id;
     EXPECT_EQ(number.Range().maximum, maximum) << id;
   }
+  // The page's range of each number control is that of its text in the resources, and of its property.
+  void ExpectRangesAgree() {
+    ASSERT_EQ(Activate(), kOk);
+    for (const ModuleControl& control : FindDialog(HvDsPPG::module, site.dialog->Id())->controls) {
+      const host::ControlText text = host::ReadControlText(control.text);
+      if (control.kind != ModuleControlKind::Static || text.kind != host::PageWindowKind::Number) continue;
+      ExpectRange(control.id, text.minimum, text.maximum);
+      const auto* const entry = page->GetControlMap()->Find(control.id);
+      ASSERT_NE(entry, nullptr) << control.id;
+      const auto property = std::ranges::find(kProperties, entry->property, &Property::guid);
+      ASSERT_NE(property, kProperties.end()) << control.id;
+      ExpectRange(control.id, property->minimum, property->maximum);
+    }
+  }
   void ExpectList(std::int32_t id, std::int32_t selected, const std::vector<std::u16string>& entries) {
     const auto& list = Of<host::ListControl>(id);
     EXPECT_EQ(list.Entries(), entries) << id;

@@ -29,6 +29,10 @@ TEST_F(TransitionBlurPPGTest, MapsItsControls) {
   EXPECT_EQ(site.dialog->Item(1013)->ToolTip(), u"Reset this page's values to their defaults.");
 }
 
+TEST_F(TransitionBlurPPGTest, AgreesOnRangesWithItsDialogAndItsProperties) {
+  ExpectRangesAgree();
+}
+
 TEST_F(TransitionBlurPPGTest, SetsItsRanges) {
   const ForeignRanges ranges;
   Activate();

@@ -17,6 +17,28 @@ const Calls kReadsAll = {"GetAnimatedProperty 1 5", "GetPlainProperty 2 2.5", "G
 
 class CDSPropertyPageTest : public EditingTest {};
 
+TEST_F(CDSPropertyPageTest, KnowsControlsByTheNamesOfTheHost) {
+  EXPECT_EQ(std::u16string(kControlNotify), u"DSCTLNOTIFY");
+  EXPECT_EQ(std::u16string(kControlNotifyComplete), u"DSCTLNOTIFYCOMP");
+  EXPECT_EQ(std::u16string(kControlScrub), u"DSCTLSCRUB");
+  EXPECT_EQ(std::u16string(kControlToolTip), u"DSCTLTOOLTIP");
+  EXPECT_EQ(std::u16string(kControlInterface), u"DSCTLIFACE");
+  EXPECT_EQ(IDSNumberControl::kIid, MakeGuid("{8AE0F6B1-81D4-11CF-9218-00A024079957}"));
+  EXPECT_EQ(IDSColourChip::kIid, MakeGuid("{68DA9860-91A6-11D0-8606-00A024079957}"));
+  EXPECT_EQ(GUID_ALL_PROPERTIES, MakeGuid("{5B192010-2C0D-11D0-82AB-00A0243F1013}"));
+  EXPECT_EQ(GUID_NO_PROPERTY, MakeGuid("{96BBD590-4EBD-11D0-82B5-00A0243F1013}"));
+  EXPECT_EQ((std::array{VT_EMPTY, VT_I4, VT_R8, VT_BOOL}), (std::array<VARTYPE, 4>{0, 3, 5, 11}));
+}
+
+TEST_F(CDSPropertyPageTest, GivesTheInterfaceOfAControlBack) {
+  Open();
+  auto& number = Of<NumberControl>(kSizeId);
+  const std::uint32_t before = number.AddRef();
+  number.Type("3");
+  object->PutValue(EditedObject::kSize, DSVariant::Of(4.0));
+  EXPECT_EQ(number.AddRef(), before + 1);
+}
+
 TEST_F(CDSPropertyPageTest, AnswersForItsOwnInterfaceOnly) {
   void* found = this;
   EXPECT_EQ(page->QueryInterface(IDSPropertyPage::kIid, nullptr), kNullPointer);
@@ -206,154 +228,6 @@ TEST_F(CDSPropertyPageTest, MarksWhatIsAnimated) {
   object->RemoveCurve(EditedObject::kSize);
   EXPECT_EQ(Of<NumberControl>(kSizeId).AnimationMark(), DSAnimationMark::None);
   EXPECT_EQ(Of<NumberControl>(kWeightId).AnimationMark(), DSAnimationMark::None);
-}
-
-// The variable, then the property, then the action, which finds both changed.
-TEST_F(CDSPropertyPageTest, AChangeOfAControlIsAStepOfVariablePropertyAndAction) {
-  Open();
-  page->onAction = [&] {
-    site.Note("act " + host::FormatNumber(page->size) + " " + host::FormatNumber(object->size) + " " +
-              host::FormatNumber(page->weight) + " " + std::to_string(page->choice) + std::to_string(object->choice) +
-              std::to_string(page->tick) + std::to_string(object->tick));
-  };
-  Of<NumberControl>(kSizeId).Type("6");
-  EXPECT_EQ(site.TakenChanges(), (Calls{"begin \"\"", "SetAnimatedProperty 1 6", "end"}));
-  EXPECT_EQ(object->size, 6.0);
-  Of<NumberControl>(kWeightId).Type("7");
-  EXPECT_EQ(site.Taken(),
-            (Calls{"begin \"\"", "GetPlainProperty 2 7", "SetPlainProperty 2 7", "act 6 6 7 1100", "end"}));
-  Of<ListControl>(kChoiceId).Choose(2);
-  EXPECT_EQ(site.Taken(),
-            (Calls{"begin \"\"", "GetPlainProperty 3 2", "SetPlainProperty 3 2", "act 6 6 7 2200", "end"}));
-  Of<CheckBoxControl>(kTickId).Toggle();
-  EXPECT_EQ(site.Taken(), (Calls{"begin \"\"", "GetPlainProperty 4 1", "GetPlainProperty 4 1", "SetPlainProperty 4 1",
-                                 "act 6 6 7 2211", "end"}));
-  EXPECT_EQ(object->tick, 1);
-}
-
-TEST_F(CDSPropertyPageTest, AButtonIsAnActionAlone) {
-  Open();
-  page->onAction = [&] { site.Note("act"); };
-  Of<ButtonControl>(kGoId).Press();
-  EXPECT_EQ(site.Taken(), (Calls{"begin \"Go!\"", "act", "end"}));
-  Of<ButtonControl>(kIdleId).Press();
-  EXPECT_EQ(site.Taken(), (Calls{"begin \"Idle\"", "end"}));
-  Of<NumberControl>(kLocalId).Type("4");
-  EXPECT_EQ(site.Taken(), (Calls{"begin \"\"", "act", "end"})) << "a variable without a property";
-  EXPECT_EQ(page->local, 4.0);
-}
-
-TEST_F(CDSPropertyPageTest, WritesAKeyAtTheTimeWhereThereAreKeys) {
-  Open();
-  site.time = 3.0;
-  Of<NumberControl>(kSizeId).Type("6");
-  EXPECT_EQ(object->size, 6.0);
-  EXPECT_EQ(object->KeyAt(3.0), -99.0);
-  object->PutCurve(EditedObject::kSize, {{{0.0, 1.0}}, DSInterpolation::Linear});
-  Of<NumberControl>(kSizeId).Type("8");
-  EXPECT_EQ(object->KeyAt(3.0), 8.0);
-  EXPECT_EQ(object->KeyAt(0.0), 1.0);
-  EXPECT_EQ(object->size, 6.0);
-  EXPECT_EQ(Of<NumberControl>(kSizeId).AnimationMark(), DSAnimationMark::Key);
-}
-
-TEST_F(CDSPropertyPageTest, PassesOverMessagesOfOthers) {
-  Open();
-  page->onAction = [&] { site.Note("act"); };
-  Of<ButtonControl>(kStrangerId).Press();
-  EXPECT_EQ(page->lastNotification.controlId, kStrangerId) << "noted, since the user did it";
-  EXPECT_EQ(Send(WM_COMMAND, kAbsentId), 0);
-  EXPECT_EQ(Send(WM_COMMAND, 999), 0);
-  EXPECT_EQ(page->lastNotification.controlId, 999);
-  EXPECT_EQ(Send(WM_SETTEXT, kGoId), 0);
-  EXPECT_EQ(Send(0, kGoId), 0);
-  EXPECT_EQ(page->lastNotification.controlId, 999) << "not of a user";
-  EXPECT_EQ(Send(RegisterWindowMessageW(kControlNotifyComplete), kGoId), 0);
-  EXPECT_EQ(page->lastNotification.message, RegisterWindowMessageW(kControlNotifyComplete));
-  EXPECT_EQ(site.Taken(), Calls{});
-  EXPECT_FALSE(page->absent);
-}
-
-TEST_F(CDSPropertyPageTest, TakesTheIdFromTheLowerHalfOfACommand) {
-  Open();
-  page->onAction = [&] { site.Note("act"); };
-  page->OnDialogMessage(WM_COMMAND, static_cast<WPARAM>(kGoId) | static_cast<WPARAM>(CBN_SELCHANGE) << 16, 0);
-  EXPECT_EQ(site.Taken(), (Calls{"begin \"Go!\"", "act", "end"}));
-  EXPECT_EQ(page->lastNotification.message, WM_COMMAND);
-  EXPECT_EQ(page->lastNotification.controlId, kGoId);
-}
-
-TEST_F(CDSPropertyPageTest, DoesNothingAtMessagesWithoutADialog) {
-  page->onAction = [&] { site.Note("act"); };
-  Edit(*object);
-  const UINT scrub = RegisterWindowMessageW(kControlScrub);
-  for (IDSPageSite* const each : {static_cast<IDSPageSite*>(nullptr), static_cast<IDSPageSite*>(&site)}) {
-    page->SetSite(each);
-    Send(WM_COMMAND, kGoId);
-    Send(RegisterWindowMessageW(kControlNotify), kSizeId);
-    Send(scrub, kSizeId, 1);
-    Send(scrub, kSizeId, 0);
-  }
-  EXPECT_EQ(site.Taken(), Calls{});
-}
-
-TEST_F(CDSPropertyPageTest, HasATipForEachControlOfItsMap) {
-  Open();
-  EXPECT_EQ(Of<NumberControl>(kSizeId).ToolTip(), u"How large it is.");
-  EXPECT_EQ(Of<NumberControl>(kWeightId).ToolTip(), u"") << "no such text";
-  EXPECT_EQ(Of<ButtonControl>(kStrangerId).ToolTip(), u"");
-  EXPECT_EQ(page->lastNotification.message, 0u) << "a tip is no deed";
-  std::array<char16_t, 4> room{};
-  const DSToolTipText text{room.data(), 4};
-  const UINT toolTip = RegisterWindowMessageW(kControlToolTip);
-  EXPECT_EQ(Send(toolTip, kSizeId, reinterpret_cast<LPARAM>(&text)), 3);
-  EXPECT_EQ(std::u16string(room.data()), u"How");
-  EXPECT_EQ(Send(toolTip, kSizeId, 0), 0);
-}
-
-TEST_F(CDSPropertyPageTest, AScrubIsOneStep) {
-  Open();
-  auto& size = Of<NumberControl>(kSizeId);
-  size.BeginScrub();
-  EXPECT_EQ(site.Taken(), Calls{"begin"});
-  size.Scrub(1);
-  size.Scrub(1);
-  EXPECT_EQ(site.TakenChanges(),
-            (Calls{"begin \"\"", "SetAnimatedProperty 1 6", "end", "begin \"\"", "SetAnimatedProperty 1 7", "end"}));
-  size.EndScrub();
-  EXPECT_EQ(site.Taken(), Calls{"end"});
-}
-
-TEST_F(CDSPropertyPageTest, BalancesScrubs) {
-  Open();
-  const UINT scrub = RegisterWindowMessageW(kControlScrub);
-  Send(scrub, kSizeId, 0);
-  EXPECT_EQ(site.Taken(), Calls{}) << "none has begun";
-  Send(scrub, kSizeId, 1);
-  Send(scrub, kWeightId, 1);
-  EXPECT_EQ(site.Taken(), Calls{"begin"});
-  Send(scrub, kSizeId, 0);
-  Send(scrub, kWeightId, 0);
-  EXPECT_EQ(site.Taken(), Calls{"end"});
-  Send(scrub, kSizeId, 1);
-  page->Deactivate();
-  EXPECT_EQ(site.Taken(), (Calls{"begin", "end", "drop dialog"}));
-  EXPECT_EQ(page->Activate(), kOk);
-  site.Taken();
-  Send(scrub, kSizeId, 1);
-  EXPECT_EQ(site.Taken(), Calls{"begin"}) << "not taken for the last one";
-}
-
-TEST_F(CDSPropertyPageTest, RecordsNothingWithoutAHistory) {
-  Open();
-  site.hasUndo = false;
-  auto& size = Of<NumberControl>(kSizeId);
-  size.BeginScrub();
-  size.Scrub(1);
-  size.EndScrub();
-  EXPECT_EQ(site.TakenChanges(), Calls{"SetAnimatedProperty 1 6"});
-  page->SetPlainProperty(EditedObject::kWeight, DSVariant::Of(1.0), nullptr, kUndoStep);
-  EXPECT_EQ(site.TakenChanges(), Calls{"SetPlainProperty 2 1"});
 }
 
 TEST_F(CDSPropertyPageTest, OutlivesItsOwnAction) {

@@ -66,6 +66,22 @@ TEST(Window, HasNothingUnlessItOverridesIt) {
   EXPECT_TRUE(InvalidateRect(&window, nullptr, true));
 }
 
+TEST(Window, HasTheSystemsNumbers) {
+  EXPECT_EQ(WM_SETTEXT, 12u);
+  EXPECT_EQ(WM_GETTEXT, 13u);
+  EXPECT_EQ(WM_COMMAND, 273u);
+  EXPECT_EQ(BM_GETCHECK, 240u);
+  EXPECT_EQ(BM_SETCHECK, 241u);
+  EXPECT_EQ(CB_ADDSTRING, 323u);
+  EXPECT_EQ(CB_GETCOUNT, 326u);
+  EXPECT_EQ(CB_GETCURSEL, 327u);
+  EXPECT_EQ(CB_RESETCONTENT, 331u);
+  EXPECT_EQ(CB_SETCURSEL, 334u);
+  EXPECT_EQ(SW_HIDE, 0u);
+  EXPECT_EQ(SW_SHOWNORMAL, 1u);
+  EXPECT_EQ(SW_SHOW, 5u);
+}
+
 TEST(Window, NumbersRegisteredMessagesByTheirName) {
   const UINT first = RegisterWindowMessageW(u"first of the test");
   const UINT second = RegisterWindowMessageW(u"second of the test");
