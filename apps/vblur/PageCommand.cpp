@@ -11,6 +11,7 @@
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
+#include "host/base/StandardStream.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/pages/PageForm.h"
@@ -48,6 +49,7 @@ class PageCommand : public Command {
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    RequireOtherInput("--script", job_, script_);
     host::Job job = host::ReadJobFile(job_);
     ApplyAssignments(assignments_, job);
     std::vector<host::PageEvent> events;
@@ -90,7 +92,8 @@ class PageCommand : public Command {
 
   void ShowFirst(host::EffectPages& pages) const {
     const auto listed = pages.Listed();
-    const std::string page = page_.empty() && !listed.empty() ? std::string(listed.front()) : page_;
+    if (page_.empty() && listed.empty()) host::Refuse(host::InputName(job_), "the effect has no pages in this use");
+    const std::string page = page_.empty() ? std::string(listed.front()) : page_;
     if (std::ranges::find(listed, page) == listed.end()) host::Refuse("--page", host::ExpectedPage(listed, page));
     pages.Show(page);
   }

@@ -15,6 +15,11 @@ void CheckPictureName(const std::filesystem::path& output) {
   host::OutputFormatOf(output);
 }
 
+void RequireOtherInput(const std::string& place, const std::filesystem::path& job, const std::filesystem::path& other) {
+  if (!host::IsStandardStream(job) || !host::IsStandardStream(other)) return;
+  host::Refuse(place, "the standard input is the job file, expected a file");
+}
+
 void RunFiles::AddRead(const std::filesystem::path& file) {
   if (!host::IsStandardStream(file)) uses_.emplace(paths_.Of(file).string(), Use::Read);
 }

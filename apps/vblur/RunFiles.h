@@ -16,6 +16,9 @@ namespace vblur::cli {
 // name without the extension of a format.
 void CheckPictureName(const std::filesystem::path& output);
 
+// Throws host::Failure when the job and another file are both the standard input. `place` is the option of the other.
+void RequireOtherInput(const std::string& place, const std::filesystem::path& job, const std::filesystem::path& other);
+
 class RunFiles {
  public:
   explicit RunFiles(bool overwrite) : overwrite_(overwrite) {}

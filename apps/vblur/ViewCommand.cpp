@@ -64,6 +64,7 @@ class ViewCommand : public Command {
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    RequireOtherInput("--pen", job_, script_);
     host::Job job = host::ReadJobFile(job_);
     ApplyAssignments(assignments_, job);
     std::vector<host::PenEvent> events;
@@ -78,12 +79,14 @@ class ViewCommand : public Command {
     WarnOfValues(job, terminal);
     for (const std::string& warning : session.Warnings())
       terminal.Warn(warning);
-    session.OnPrint([](const std::string& form) { std::fputs(form.c_str(), stdout); });
+    std::string printed;
+    session.OnPrint([&](const std::string& form) { printed += (printed.empty() ? "" : "\n") + form; });
     session.OpenPage(PageOf(job), hidesControls_);
     Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);
     for (host::WrittenPicture& picture : pictures)
       picture.Commit();
+    std::fputs(printed.c_str(), stdout);
     return host::ExitCode::Done;
   }
 

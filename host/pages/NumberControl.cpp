@@ -33,7 +33,11 @@ NumberControl::NumberControl(PageDialog& dialog, const ModuleControl& control, c
       value_(Clamped(0.0)) {}
 
 std::string NumberControl::ShownValue() const {
-  return FormatNumber(value_);
+  constexpr double kDecimals = 1e4;
+  constexpr double kLargest = 1e9;
+  const double rounded = std::round(value_ * kDecimals) / kDecimals;
+  // A number of which nothing would be left is shown as it is.
+  return FormatNumber(std::fabs(value_) < kLargest && rounded != 0.0 ? rounded : value_ + 0.0);
 }
 
 double NumberControl::Clamped(double value) const {

@@ -33,7 +33,7 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   NumberControl(PageDialog& dialog, const ModuleControl& control, const ControlText& text);
 
   double Value() const { return value_; }
-  // The value as it is shown.
+  // The value as it is shown: to four decimals, which is more than anybody drags or sees.
   std::string ShownValue() const;
   const NumberRange& Range() const { return range_; }
   DSAnimationMark AnimationMark() const { return mark_; }

@@ -6,6 +6,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/StandardStream.h"
 #include "host/base/TextFile.h"
 #include "host/properties/PropertyText.h"
 
@@ -96,7 +97,7 @@ class LineReader {
   std::size_t EndOfName() const {
     if (words_[1].isQuoted) return 2;
     for (std::size_t end = words_.size() - 1; end > 2; --end) {
-      if (FindPropertyNamed(Joined(1, end)) != nullptr) return end;
+      if (FindPropertyWritten(Joined(1, end)) != nullptr) return end;
     }
     return 2;
   }
@@ -188,7 +189,7 @@ std::vector<PageEvent> ParsePageScript(std::string_view text, const std::string&
 }
 
 std::vector<PageEvent> ReadPageScript(const std::filesystem::path& path) {
-  return ParsePageScript(ReadTextFile(path, "page script"), path.string());
+  return ParsePageScript(ReadTextFile(path, "page script"), InputName(path));
 }
 
 }  // namespace vblur::host

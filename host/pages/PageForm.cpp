@@ -1,7 +1,6 @@
 #include "host/pages/PageForm.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "host/base/NameMatch.h"
 #include "host/base/Utf8.h"
@@ -21,7 +20,8 @@ constexpr std::size_t kLongestLine = 100;
 struct FormLine {
   std::string name;
   std::string value;
-  std::string rest;  // range or entries
+  std::string rest;          // range or entries
+  std::string breaksBehind;  // where the rest may be broken: behind this and before a space
   std::string marks;
 };
 
@@ -62,6 +62,7 @@ FormLine LineOf(const OpenedPage& page, const PageWindow& window) {
   } else if (const auto* const list = dynamic_cast<const ListControl*>(&window); list != nullptr) {
     line.value = "[" + Utf8Of(list->Text()) + "]";
     line.rest = EntriesInWords(*list);
+    line.breaksBehind = ",";
   } else if (const auto* const box = dynamic_cast<const CheckBoxControl*>(&window); box != nullptr) {
     line.name = Utf8Of(window.Text());
     line.value = box->IsChecked() ? "[x]" : "[ ]";
@@ -75,16 +76,18 @@ FormLine LineOf(const OpenedPage& page, const PageWindow& window) {
   return line;
 }
 
-// The text broken at spaces into lines of at most kLongestLine, each behind the indent.
-std::string Wrapped(std::string text, const std::string& indent) {
+// The text broken into lines of at most kLongestLine, each behind the indent, at spaces that follow `behind`.
+std::string Wrapped(std::string text, const std::string& indent, const std::string& behind = "") {
   std::ranges::replace(text, '\n', ' ');
+  const std::string gap = behind + " ";
   std::string lines;
   while (!text.empty()) {
     const std::size_t room = kLongestLine > indent.size() + 20 ? kLongestLine - indent.size() : 20;
     std::size_t end = text.size();
     if (end > room) {
-      end = text.rfind(' ', room);
-      if (end == std::string::npos || end == 0) end = std::min(text.find(' '), text.size());
+      end = text.rfind(gap, room - behind.size());
+      if (end == std::string::npos || end == 0) end = text.find(gap);
+      end = end == std::string::npos ? text.size() : end + behind.size();
     }
     std::string line = text.substr(0, end);
     while (!line.empty() && line.back() == ' ')
@@ -143,7 +146,7 @@ std::string TextOfControl(const FormLine& line, const FormColumns& columns) {
   const std::string rest = line.rest + (line.rest.empty() || marks.empty() ? "" : "  ") + marks;
   if (rest.empty()) return text + "\n";
   text.resize(std::max(text.size() + 2, restColumn), ' ');
-  return text + Wrapped(rest, std::string(restColumn, ' ')).substr(restColumn);
+  return text + Wrapped(rest, std::string(restColumn, ' '), line.breaksBehind).substr(restColumn);
 }
 
 std::string TextOf(const OpenedPage& page, const PageWindow& window, const FormColumns& columns) {
@@ -154,6 +157,20 @@ std::string TextOf(const OpenedPage& page, const PageWindow& window, const FormC
     case PageWindowKind::Label: return IsLabelOfAnother(page, window) ? "" : Wrapped(text, "  ");
     default: return TextOfControl(LineOf(page, window), columns);
   }
+}
+
+// What is seen: controls in the order of the tabulator key, labels before the first control that is below them.
+std::vector<PageWindow*> InReadingOrder(const PageDialog& dialog) {
+  std::vector<PageWindow*> order;
+  std::vector<PageWindow*> labels;
+  for (const auto& item : dialog.Items()) {
+    if (item->IsVisible()) (item->Kind() == PageWindowKind::Label ? labels : order).push_back(item.get());
+  }
+  for (PageWindow* const label : labels) {
+    const auto isBelow = [label](const PageWindow* item) { return item->Area().y > label->Area().y; };
+    order.insert(std::ranges::find_if(order, isBelow), label);
+  }
+  return order;
 }
 
 }  // namespace
@@ -169,8 +186,7 @@ std::string ExpectedPage(std::span<const std::string_view> pages, std::string_vi
 std::string FormatPage(const OpenedPage& page, double time, bool toolTips) {
   std::string form = page.Title() + " (" + page.name + ") at " + FormatNumber(time) + "\n";
   const FormColumns columns = ColumnsOf(page);
-  for (const auto& item : page.dialog->Items()) {
-    if (!item->IsVisible()) continue;
+  for (PageWindow* const item : InReadingOrder(*page.dialog)) {
     form += TextOf(page, *item, columns);
     const std::string tip = toolTips ? Utf8Of(item->ToolTip()) : "";
     if (!tip.empty()) form += Wrapped(tip, "      ");

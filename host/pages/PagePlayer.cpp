@@ -11,6 +11,7 @@
 #include "host/pages/ColourChipControl.h"
 #include "host/pages/ListControl.h"
 #include "host/pages/PageForm.h"
+#include "host/properties/PropertyText.h"
 
 namespace vblur::host {
 
@@ -37,29 +38,46 @@ bool IsControl(const PageWindow& window) {
   }
 }
 
+// Whether a user means this control: by the name of its property or option, or by the text of a box or button. The
+// text of a list or number is what it shows.
+bool IsMeant(const OpenedPage& page, const PageWindow& item, std::string_view name) {
+  const Property* const property = page.PropertyOf(item);
+  if (property != nullptr && property == FindPropertyWritten(name)) return true;
+  const bool hasTitle = item.Kind() == PageWindowKind::CheckBox || item.Kind() == PageWindowKind::Button;
+  return hasTitle && EqualIgnoringCase(Utf8Of(item.Text()), name);
+}
+
+std::string ExpectedControl(const OpenedPage& page, std::string_view found) {
+  std::vector<std::string> names;
+  std::string list;
+  for (const auto& item : page.dialog->Items()) {
+    if (!IsControl(*item)) continue;
+    names.push_back(page.NameOf(*item));
+    list += (list.empty() ? "" : ", ") + names.back();
+  }
+  const std::vector<std::string_view> views(names.begin(), names.end());
+  const std::string_view nearest = NearestName(found, views);
+  if (nearest.empty()) return "expected one of the controls " + list + ", found " + Quoted(found);
+  return "expected a control of the page " + page.name + ", found " + Quoted(found) + "; did you mean " +
+         Quoted(nearest) + "?";
+}
+
 }  // namespace
 
 template <class Control>
 Control& PagePlayer::Require(const PageEvent& event, const char* what) {
-  OpenedPage& page = *pages_.Front();
-  std::vector<std::string> names;
-  for (const auto& item : page.dialog->Items()) {
-    if (!IsControl(*item)) continue;
-    const std::string name = page.NameOf(*item);
-    // The text of a list or number is what it shows.
-    const bool hasTitle = item->Kind() == PageWindowKind::CheckBox || item->Kind() == PageWindowKind::Button;
-    if (EqualIgnoringCase(name, event.name) || (hasTitle && EqualIgnoringCase(Utf8Of(item->Text()), event.name))) {
-      auto* const control = dynamic_cast<Control*>(item.get());
-      if (control == nullptr) {
-        Refuse(event.place, std::string("expected ") + what + ", " + Quoted(name) + " is " + KindInWords(item->Kind()));
-      }
-      if (!control->TakesInput()) Refuse(event.place, Quoted(name) + " takes no input: it is disabled");
-      return *control;
-    }
-    names.push_back(name);
+  const OpenedPage& page = *pages_.Front();
+  const auto& items = page.dialog->Items();
+  const auto found = std::ranges::find_if(
+      items, [&](const auto& item) { return IsControl(*item) && IsMeant(page, *item, event.name); });
+  if (found == items.end()) Refuse(event.place, ExpectedControl(page, event.name));
+  const std::string name = page.NameOf(**found);
+  auto* const control = dynamic_cast<Control*>(found->get());
+  if (control == nullptr) {
+    Refuse(event.place, std::string("expected ") + what + ", " + Quoted(name) + " is " + KindInWords((*found)->Kind()));
   }
-  const std::vector<std::string_view> views(names.begin(), names.end());
-  Refuse(event.place, UnknownName("control of the page " + page.name, event.name, views));
+  if (!control->TakesInput()) Refuse(event.place, Quoted(name) + " takes no input: it is disabled");
+  return *control;
 }
 
 void PagePlayer::Play(const PageEvent& event) {
@@ -82,7 +100,9 @@ void PagePlayer::UndoOrRedo(const PageEvent& event) {
   const HRESULT done = NotedCall(
       pages_.Trace(), "history", [&] { return (undoes ? "Undo(" : "Redo(") + name + ")"; },
       [&] { return (undoes ? history_.Undo() : history_.Redo()) ? kOk : kFalse; });
-  if (done != kOk) Refuse(event.place, undoes ? "there is nothing to undo" : "there is nothing to redo");
+  if (done == kOk) return;
+  const std::string nothing = std::string("there is nothing to ") + (undoes ? "undo" : "redo");
+  Refuse(event.place, history_.IsStepOpen() ? nothing + " before the pen is up" : nothing);
 }
 
 void PagePlayer::PlayOnControl(const PageEvent& event) {
@@ -120,16 +140,13 @@ void PagePlayer::Scrub(const PageEvent& event) {
 
 void PagePlayer::Choose(const PageEvent& event) {
   auto& list = Require<ListControl>(event, "a list");
-  std::vector<std::string> entries;
-  for (const std::u16string& entry : list.Entries())
-    entries.push_back(Utf8Of(entry));
-  const auto found =
-      std::ranges::find_if(entries, [&](const std::string& entry) { return EqualIgnoringCase(entry, event.text); });
-  if (found == entries.end()) {
-    const std::vector<std::string_view> views(entries.begin(), entries.end());
-    Refuse(event.place, UnknownName("entry of " + event.name, event.text, views));
+  const Property* const property = pages_.Front()->PropertyOf(list);
+  if (property == nullptr) Refuse(event.place, Quoted(event.name) + " has no property whose entries are known");
+  try {
+    list.Choose(static_cast<std::int32_t>(ParseValue(*property, event.text)));
+  } catch (const Failure& failure) {
+    Refuse(event.place, failure.what());
   }
-  list.Choose(static_cast<std::int32_t>(found - entries.begin()));
 }
 
 void PagePlayer::Tick(const PageEvent& event, bool on) {

@@ -8,14 +8,19 @@ PageSession::PageSession(const Job& job, double time, const EffectFactory& makeE
     : effectHost_(job.projectUnreadable ? std::nullopt : job.project),
       coordMan_(job.proxy),
       effect_(makeEffect(), trace),
+      history_(SetUp(job)),
       pages_(effect_.PropertyAccess(), history_, trace),
       player_(pages_, history_,
               {[this](double newTime) { pages_.SetTime(newTime); },
                [this] {
                  if (print_) print_();
                }}) {
-  effect_.SetUp(job, coordMan_, context_);
   pages_.SetTime(time);
+}
+
+IDSProperties& PageSession::SetUp(const Job& job) {
+  effect_.SetUp(job, coordMan_, context_);
+  return effect_.PropertyAccess();
 }
 
 std::string PageSession::Form(bool toolTips) {

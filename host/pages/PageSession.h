@@ -36,13 +36,16 @@ class PageSession {
   PropertyStore Properties() const { return effect_.Properties(); }
 
  private:
+  // The job's properties are no change.
+  IDSProperties& SetUp(const Job& job);
+
   // Each needs those above it. Effects read the project when they are created.
   EffectHost effectHost_;
   OpenContent content_{effectHost_};
   CoordMan coordMan_;
   ExecuteContext context_;
   HostedEffect effect_;
-  UndoHistory history_{effect_.PropertyAccess()};
+  UndoHistory history_;
   EffectPages pages_;
   std::function<void()> print_;
   PagePlayer player_;

@@ -42,6 +42,8 @@ class UndoHistory final : public IDSUndo, private IDSPropertyNotify {
   bool Undo();
   bool Redo();
 
+  // Whether a step is begun and not ended, or an undo or redo is at work.
+  bool IsStepOpen() const { return depth_ != 0; }
   // Whether there is one and no step is open.
   bool CanUndo() const { return depth_ == 0 && !undo_.empty(); }
   bool CanRedo() const { return depth_ == 0 && !redo_.empty(); }

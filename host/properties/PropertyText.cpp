@@ -99,11 +99,16 @@ const Property* FindPropertyNamed(std::string_view name) {
   return found == kProperties.end() ? nullptr : &*found;
 }
 
+const Property* FindPropertyWritten(std::string_view name) {
+  if (const Property* property = FindPropertyNamed(name)) return property;
+  const std::string word = OneSpelling(name);
+  const auto is = [&](const Property& property) { return OptionName(property) == word; };
+  const auto found = std::ranges::find_if(kProperties, is);
+  return found == kProperties.end() ? nullptr : &*found;
+}
+
 const Property& PropertyNamed(std::string_view name) {
-  if (const Property* property = FindPropertyNamed(name)) return *property;
-  for (const Property& property : kProperties) {
-    if (OptionName(property) == OneSpelling(name)) return property;
-  }
+  if (const Property* property = FindPropertyWritten(name)) return *property;
   throw Failure(ExitCode::WrongUsage, UnknownProperty(name));
 }
 

@@ -27,7 +27,9 @@ namespace vblur::host {
 // The property of this unique name (Property::name; case does not matter, and "color" is "colour"); null for any other
 // text.
 const Property* FindPropertyNamed(std::string_view name);
-// The property of this unique name or option name. Throws Failure, with the nearest name.
+// The property of this unique name or option name, as users write it; null for any other text.
+const Property* FindPropertyWritten(std::string_view name);
+// Likewise. Throws Failure, with the nearest name.
 const Property& PropertyNamed(std::string_view name);
 // The message for an unknown name, with the nearest name if one is close.
 std::string UnknownProperty(std::string_view name);

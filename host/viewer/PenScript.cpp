@@ -11,6 +11,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/StandardStream.h"
 #include "host/base/TextFile.h"
 #include "host/files/OutputFile.h"
 #include "host/properties/PropertyText.h"
@@ -131,7 +132,7 @@ class ScriptReader {
     for (std::size_t value = std::min(words.size() - 1, kLongestName + 1); value >= 2; --value) {
       const std::string_view name(words[1].data(), static_cast<std::size_t>(words[value - 1].data() +
                                                                             words[value - 1].size() - words[1].data()));
-      const Property* const property = FindNamed(Unquoted(name));
+      const Property* const property = FindPropertyWritten(Unquoted(name));
       if (property == nullptr) continue;
       event.property = property->guid;
       try {
@@ -147,13 +148,6 @@ class ScriptReader {
   static std::string_view Unquoted(std::string_view name) {
     const bool isQuoted = name.size() > 2 && name.front() == '"' && name.back() == '"';
     return isQuoted ? name.substr(1, name.size() - 2) : name;
-  }
-
-  static const Property* FindNamed(std::string_view name) {
-    if (const Property* const property = FindPropertyNamed(name); property != nullptr) return property;
-    const auto found = std::ranges::find_if(
-        kProperties, [&](const Property& property) { return EqualIgnoringCase(OptionName(property), name); });
-    return found == std::end(kProperties) ? nullptr : &*found;
   }
 
   void ReadSnap(const Words& words, PenEvent& event) {
@@ -193,7 +187,7 @@ std::vector<PenEvent> ParsePenScript(std::string_view text, const std::string& n
 }
 
 std::vector<PenEvent> ReadPenScript(const std::filesystem::path& path) {
-  return ParsePenScript(ReadTextFile(path, "pen script"), path.string(), path.parent_path());
+  return ParsePenScript(ReadTextFile(path, "pen script"), InputName(path), path.parent_path());
 }
 
 }  // namespace vblur::host

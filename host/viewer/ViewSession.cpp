@@ -5,6 +5,7 @@
 #include <new>
 
 #include "host/base/Failure.h"
+#include "host/base/NameMatch.h"
 #include "host/hosted/JobFrame.h"
 #include "host/jobs/JobCheck.h"
 #include "host/pages/CheckBoxControl.h"
@@ -213,8 +214,12 @@ void ViewSession::PutAsOneStep(const PenEvent& event) {
 }
 
 void ViewSession::PlayOnPage(const PageEvent& event) {
-  if (event.kind == PageEvent::Kind::Show && pages::ShowsCropBox(event.name)) {
-    CheckCropPage(job_, buffers_.Pictures());
+  if (event.kind == PageEvent::Kind::Show && EqualIgnoringCase(event.name, pages::kCrop)) {
+    try {
+      CheckCropPage(job_, buffers_.Pictures());
+    } catch (const Failure& failure) {
+      Refuse(event.place, failure.what());
+    }
   }
   player_->Play(event);
 }

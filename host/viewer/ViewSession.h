@@ -57,8 +57,8 @@ class ViewSession {
 
   // Called with the text of the page in front when a script prints it.
   void OnPrint(std::function<void(const std::string& form)> print) { print_ = std::move(print); }
-  // The page in front, null for none.
-  const OpenedPage* FrontPage() { return pages_->Front(); }
+  EffectPages& Pages() { return *pages_; }
+  UndoHistory& History() { return *history_; }
 
   // Warnings about the frame's pictures, a line each.
   std::vector<std::string> Warnings() const { return buffers_.Warnings(); }

@@ -78,6 +78,11 @@ TEST(NumberControl, ShowsThePagesValueAsItIsWithoutAMessage) {
   for (const auto& [value, shown] : {std::pair<double, std::string>{900.0, "900"},
                                      {-7.25, "-7.25"},
                                      {0.1, "0.1"},
+                                     {20000.0 / 255.0, "78.4314"},
+                                     {-1.0 / 3.0, "-0.3333"},
+                                     {123456.78901, "123456.789"},
+                                     {0.00004, "4e-05"},
+                                     {1e300, "1e+300"},
                                      {kInf, "inf"},
                                      {-kInf, "-inf"},
                                      {kNan, "nan"}}) {

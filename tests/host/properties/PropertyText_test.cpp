@@ -30,11 +30,15 @@ std::string SettingFailure(const Property& property, const std::string& text) {
 TEST(PropertyText, FindsPropertiesByNameInAnyCase) {
   for (const Property& property : kProperties) {
     EXPECT_EQ(FindPropertyNamed(property.name), &property);
+    EXPECT_EQ(FindPropertyWritten(property.name), &property);
+    EXPECT_EQ(FindPropertyWritten(OptionName(property)), &property);
     EXPECT_EQ(&PropertyNamed(OptionName(property)), &property);
   }
   EXPECT_EQ(FindPropertyNamed("eFFECT gAIN"), &PropertyOf(PropertyId::EffectGain));
   EXPECT_EQ(FindPropertyNamed("method"), &kMethod);
   EXPECT_EQ(FindPropertyNamed("effect-gain"), nullptr);
+  EXPECT_EQ(FindPropertyWritten("Effect-GAIN"), &PropertyOf(PropertyId::EffectGain));
+  EXPECT_EQ(FindPropertyWritten("effectgain"), nullptr);
   EXPECT_EQ(FindPropertyNamed("Crop Color R"), &PropertyOf(PropertyId::CropColourR));
   EXPECT_EQ(&PropertyNamed("crop-color-a"), &PropertyOf(PropertyId::CropColourA));
 }
