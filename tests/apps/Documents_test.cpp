@@ -7,7 +7,8 @@
 namespace vblur::cli {
 namespace {
 
-const std::vector<std::string> kCommands{"render", "job", "properties", "chart", "sheet", "kernel", "view", "info"};
+const std::vector<std::string> kCommands{"render", "job",  "properties", "chart", "sheet",
+                                         "kernel", "view", "page",       "info"};
 
 class Documents : public ProgramTest {
  protected:

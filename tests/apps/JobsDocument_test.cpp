@@ -1,6 +1,5 @@
 // docs/JOBS.md against the program: the examples are valid jobs, the first one renders with the progress shown there,
 // and every field is documented and occurs in an example.
-#include <iterator>
 #include <set>
 #include <sstream>
 
@@ -9,6 +8,7 @@
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFields.h"
 #include "host/jobs/JobFile.h"
+#include "tests/apps/CodeBlocks.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -17,23 +17,11 @@ namespace {
 using Json = nlohmann::json;
 
 std::string Document() {
-  std::ifstream stream(VBLUR_JOBS_DOCUMENT, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  return TextOfDocument(VBLUR_JOBS_DOCUMENT);
 }
 
-// The code blocks in this language; "": blocks without a language.
 std::vector<std::string> Blocks(const std::string& language) {
-  const std::string text = "\n" + Document();
-  const std::string begin = "\n```" + language + "\n";
-  const std::string end = "\n```\n";
-  std::vector<std::string> blocks;
-  for (std::size_t at = text.find("\n```"); at != std::string::npos; at = text.find("\n```", at)) {
-    const std::size_t body = text.find('\n', at + 1) + 1;
-    const std::size_t last = text.find(end, body - 1);
-    if (text.compare(at, begin.size(), begin) == 0) blocks.push_back(text.substr(body, last + 1 - body));
-    at = last + end.size() - 1;
-  }
-  return blocks;
+  return CodeBlocks(Document(), language);
 }
 
 // All but the code blocks.

@@ -11,7 +11,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 DOCUMENTS = ["README.md", "CONTRIBUTING.md", "docs/ARCHITECTURE.md", "docs/ARITHMETIC.md", "docs/OVERLAY.md",
-             "docs/PERFORMANCE.md", "docs/GALLERY.md", "docs/JOBS.md", "docs/EMBEDDING.md", "docs/RELIABILITY.md",
+             "docs/PAGES.md", "docs/PERFORMANCE.md", "docs/GALLERY.md", "docs/JOBS.md", "docs/EMBEDDING.md", "docs/RELIABILITY.md",
              "CHANGELOG.md"]
 LONGEST = 120
 CALL = re.compile(r"vblur_(?:module|check_includes)\(([^)]*)\)")
