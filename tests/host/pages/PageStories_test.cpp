@@ -298,6 +298,7 @@ TEST(PageStories, TheHideBoxIsNoPartOfTheEffect) {
   user.session.Pages().Close("HelpPPG");
   user.Do("show HelpPPG");
   EXPECT_FALSE(user.IsTicked("Hide Overlay Controls")) << "a page begins unticked";
+  EXPECT_EQ(user.ValueAt("Hide Overlay Controls"), 1.0);
 }
 
 }  // namespace
