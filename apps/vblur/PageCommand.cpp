@@ -1,5 +1,4 @@
 // vblur page JOB: a property page of a job's effect as a form in text, and what a script does to it.
-#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -14,7 +13,6 @@
 #include "host/base/StandardStream.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
-#include "host/pages/PageForm.h"
 #include "host/pages/PageSession.h"
 #include "properties/PageNames.h"
 
@@ -94,7 +92,7 @@ class PageCommand : public Command {
     const auto listed = pages.Listed();
     if (page_.empty() && listed.empty()) host::Refuse(host::InputName(job_), "the effect has no pages in this use");
     const std::string page = page_.empty() ? std::string(listed.front()) : page_;
-    if (std::ranges::find(listed, page) == listed.end()) host::Refuse("--page", host::ExpectedPage(listed, page));
+    pages.RequireListed(page, "--page");
     pages.Show(page);
   }
 

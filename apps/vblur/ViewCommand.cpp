@@ -81,7 +81,7 @@ class ViewCommand : public Command {
       terminal.Warn(warning);
     std::string printed;
     session.OnPrint([&](const std::string& form) { printed += (printed.empty() ? "" : "\n") + form; });
-    session.OpenPage(PageOf(job), hidesControls_);
+    OpenPage(session);
     Pictures pictures = Play(session, events, interruption.Context());
     SaveJob(job, session);
     for (host::WrittenPicture& picture : pictures)
@@ -101,10 +101,13 @@ class ViewCommand : public Command {
     view_.zoom = zoom;
   }
 
-  std::string PageOf(const host::Job& job) const {
-    if (!page_.empty()) return page_;
-    return host::ResolveKind(job) == host::EffectKind::Transition ? std::string(pages::kTransitionBlur)
-                                                                  : std::string(pages::kFullBlur);
+  // Uses without pages have no controls.
+  void OpenPage(host::ViewSession& session) const {
+    const auto listed = session.Pages().Listed();
+    if (page_.empty() && listed.empty()) return;
+    const std::string page = page_.empty() ? std::string(listed.front()) : page_;
+    session.Pages().RequireListed(page, "--page");
+    session.OpenPage(page, hidesControls_);
   }
 
   // Before anything is rendered.

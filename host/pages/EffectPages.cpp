@@ -64,6 +64,17 @@ std::vector<std::string_view> EffectPages::Listed() const {
   return names;
 }
 
+void EffectPages::RequireListed(std::string_view name, const std::string& place) const {
+  const auto listed = Listed();
+  const auto is = [name](std::string_view each) { return EqualIgnoringCase(each, name); };
+  if (std::ranges::any_of(listed, is)) return;
+  if (listed.empty()) Refuse(place, "the effect has no pages in this use, found " + Quoted(name));
+  std::string names;
+  for (const std::string_view each : listed)
+    names.append(names.empty() ? "" : ", ").append(each);
+  Refuse(place, "expected one of the pages " + names + ", found " + Quoted(name));
+}
+
 OpenedPage* EffectPages::Find(std::string_view name) {
   const auto found = std::ranges::find_if(
       opened_, [name](const std::unique_ptr<OpenedPage>& page) { return EqualIgnoringCase(page->name, name); });

@@ -41,6 +41,9 @@ class EffectPages final : private IDSPageSite {
 
   // The names of the pages that the effect lists for its use, in their order.
   std::vector<std::string_view> Listed() const;
+  // Throws Failure (wrong usage) for a page that the effect does not list: `PLACE: expected one of the pages A, B,
+  // found "C"`.
+  void RequireListed(std::string_view name, const std::string& place) const;
 
   // Opens a page, or takes the one that is open, and brings it to the front; the one that was there is hidden. Throws
   // Failure: wrong usage for a name that no page has, some frames failed for a page that cannot be made.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "host/base/NameMatch.h"
 #include "host/base/Utf8.h"
 #include "host/pages/CheckBoxControl.h"
 #include "host/pages/ColourChipControl.h"
@@ -174,14 +173,6 @@ std::vector<PageWindow*> InReadingOrder(const PageDialog& dialog) {
 }
 
 }  // namespace
-
-std::string ExpectedPage(std::span<const std::string_view> pages, std::string_view found) {
-  if (pages.empty()) return "the effect has no pages in this use, found " + Quoted(found);
-  std::string names;
-  for (const std::string_view page : pages)
-    names.append(names.empty() ? "" : ", ").append(page);
-  return "expected one of the pages " + names + ", found " + Quoted(found);
-}
 
 std::string FormatPage(const OpenedPage& page, double time, bool toolTips) {
   std::string form = page.Title() + " (" + page.name + ") at " + FormatNumber(time) + "\n";

@@ -10,7 +10,6 @@
 #include "host/pages/CheckBoxControl.h"
 #include "host/pages/ColourChipControl.h"
 #include "host/pages/ListControl.h"
-#include "host/pages/PageForm.h"
 #include "host/properties/PropertyText.h"
 
 namespace vblur::host {
@@ -123,10 +122,7 @@ void PagePlayer::PlayOnControl(const PageEvent& event) {
 }
 
 void PagePlayer::Show(const PageEvent& event) {
-  const auto listed = pages_.Listed();
-  const bool isListed =
-      std::ranges::any_of(listed, [&](std::string_view name) { return EqualIgnoringCase(name, event.name); });
-  if (!isListed) Refuse(event.place, ExpectedPage(listed, event.name));
+  pages_.RequireListed(event.name, event.place);
   pages_.Show(event.name);
 }
 

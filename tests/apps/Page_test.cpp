@@ -292,6 +292,22 @@ TEST_F(PageProgramView, OpensEveryPage) {
   }
 }
 
+TEST_F(PageProgramView, RefusesPagesThatTheUseLacks) {
+  ExpectRefusal({"view", "job.json", "view.png", "--page", "transition"}, 2,
+                "--page: expected one of the pages FullBlurPPG, crop, HelpPPG, found \"transition\"");
+  folder_.Write("generator.json",
+                R"({"use": "generator", "input": {"file": "in.png"}, "output": {"file": "out.png"}})");
+  ExpectRefusal({"view", "generator.json", "view.png", "--page", "crop"}, 2,
+                "--page: the effect has no pages in this use, found \"crop\"");
+  // The frame alone.
+  EXPECT_EQ(Run({"view", "generator.json", "view.png"}).exit, 0);
+  EXPECT_EQ(Run({"view", "generator.json", "hidden.png", "--hide-controls"}).exit, 0);
+  EXPECT_EQ(Pixels("view.png"), Pixels("hidden.png"));
+  folder_.Write("a.pen", "print\npress Reset\n");
+  ExpectRefusal({"view", "generator.json", "other.png", "--pen", "a.pen"}, 2,
+                "a.pen:2: expected \"show PAGE\" first, no page is open");
+}
+
 TEST_F(PageProgramView, RefusesWrongPageVerbsAndPrintsNothing) {
   const auto refuse = [&](const std::string& event, const std::string& line) {
     folder_.Write("a.pen", "print\nsnap a.png\n" + event + "\n");

@@ -75,6 +75,16 @@ TEST(EffectPages, RefuseNamesThatNoPageHas) {
   EXPECT_EQ(user.session.Pages().Count(), 0u);
 }
 
+TEST(EffectPages, RequireThoseOfTheUse) {
+  PagedEffect user;
+  EXPECT_NO_THROW(user.session.Pages().RequireListed("CROP", "place"));
+  EXPECT_EQ(UsageFailureOf([&] { user.session.Pages().RequireListed("transition", "place"); }),
+            "place: expected one of the pages FullBlurPPG, crop, HelpPPG, found \"transition\"");
+  PagedEffect none(EffectKind::Source);
+  EXPECT_EQ(UsageFailureOf([&] { none.session.Pages().RequireListed("crop", "place"); }),
+            "place: the effect has no pages in this use, found \"crop\"");
+}
+
 TEST(EffectPages, FollowTheTime) {
   PagedEffect user;
   EXPECT_EQ(user.effect->PutCurve(PropertyNamed("Blur").guid, {{{0.0, 0.0}, {10.0, 100.0}}}), kOk);
