@@ -59,6 +59,8 @@ class PlainPage : public HvDsPPG {
     module = &plain_page::kModule;
   }
 
+  ~PlainPage() override { DisconnectEffect(); }
+
   CDSPPGControlMap* GetControlMap() override {
     using namespace plain_page;
     using Entry = CDSPPGControlMapEntry;
