@@ -145,9 +145,11 @@ void EffectPages::CloseAll() {
 
 void EffectPages::SetTime(double time) {
   time_ = time;
-  for (const auto& opened : opened_) {
-    Made(*opened, "UpdateAnimatedControls(" + FormatNumber(time) + ")",
-         [&] { return opened->page->UpdateAnimatedControls(time); });
+  // By index: who observes a window may open another page.
+  for (std::size_t i = 0; i < opened_.size(); ++i) {
+    const OpenedPage& opened = *opened_[i];
+    Made(opened, "UpdateAnimatedControls(" + FormatNumber(time) + ")",
+         [&] { return opened.page->UpdateAnimatedControls(time); });
   }
 }
 
@@ -167,9 +169,11 @@ void EffectPages::DropDialog(HWND dialog) {
 }
 
 void EffectPages::ShowDialog(HWND dialog, bool show) {
-  for (const auto& each : dialogs_) {
-    if (each.get() == dialog) each->Show(show);
-  }
+  const auto found = std::ranges::find_if(dialogs_, [dialog](const auto& each) { return each.get() == dialog; });
+  if (found == dialogs_.end()) return;
+  // Who observes a window may open another page.
+  const auto shown = *found;
+  shown->Show(show);
 }
 
 void EffectPages::OnPropertyAccess(const char* call, const GUID& property, double value, double time, HRESULT result) {

@@ -128,6 +128,8 @@ void PagePlayer::Show(const PageEvent& event) {
 
 void PagePlayer::Scrub(const PageEvent& event) {
   auto& number = Require<NumberControl>(event, "a number");
+  // A listener may close the page.
+  const auto dialog = pages_.Front()->dialog;
   number.BeginScrub();
   for (const std::int32_t steps : event.steps)
     number.Scrub(steps, event.step);

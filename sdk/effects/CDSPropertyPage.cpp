@@ -81,9 +81,11 @@ HRESULT CDSBasePropertyPage::SetObjects(std::int32_t count, IUnknown* const* obj
   }
   const bool listens = dialog_ != nullptr && properties_;
   if (listens) properties_->Unadvise(listener_.get());
-  objects_.clear();
+  // The new ones first: they may be those that the page has kept alone.
+  std::vector<ComPtr<IUnknown>> given;
   for (std::int32_t i = 0; i < count; ++i)
-    objects_.emplace_back(objects[i]);
+    given.emplace_back(objects[i]);
+  objects_ = std::move(given);
   properties_ = objects_.empty() ? nullptr : objects_.front().As<IDSProperties>();
   if (dialog_ != nullptr && properties_) properties_->Advise(listener_.get());
   return kOk;
