@@ -8,10 +8,10 @@
 namespace vblur {
 namespace {
 
-constexpr HvColour kLeftLine{0.9f, 0.9f, 0.1f};
-constexpr HvColour kRightLine{0.1f, 0.9f, 0.9f};
-constexpr HvColour kTopLine{1.0f, 0.5f, 0.2f};
-constexpr HvColour kBottomLine{0.9f, 0.1f, 0.9f};
+constexpr HvColour kLeftColour{0.9f, 0.9f, 0.1f};
+constexpr HvColour kRightColour{0.1f, 0.9f, 0.9f};
+constexpr HvColour kTopColour{1.0f, 0.5f, 0.2f};
+constexpr HvColour kBottomColour{0.9f, 0.1f, 0.9f};
 
 }  // namespace
 
@@ -31,10 +31,10 @@ void HvTCropBox::SetBox(float x0, float y0, float x1, float y1) {
 void HvTCropBox::Draw() {
   const HvBox& across = Limits();
   glLineWidth(2.0f);
-  DrawEdge(kLeft, kLeftLine, {X0(), across.minY}, {X0(), across.maxY});
-  DrawEdge(kRight, kRightLine, {X1(), across.minY}, {X1(), across.maxY});
-  DrawEdge(kBottom, kBottomLine, {across.minX, Y0()}, {across.maxX, Y0()});
-  DrawEdge(kTop, kTopLine, {across.minX, Y1()}, {across.maxX, Y1()});
+  DrawEdge(kLeft, kLeftColour, {X0(), across.minY}, {X0(), across.maxY});
+  DrawEdge(kRight, kRightColour, {X1(), across.minY}, {X1(), across.maxY});
+  DrawEdge(kBottom, kBottomColour, {across.minX, Y0()}, {across.maxX, Y0()});
+  DrawEdge(kTop, kTopColour, {across.minX, Y1()}, {across.maxX, Y1()});
   glLineWidth(1.0f);
 }
 

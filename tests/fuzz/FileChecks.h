@@ -30,6 +30,18 @@ bool Accepts(Call call) {
   }
 }
 
+// Each event of a script has a line of its own, and they rise.
+template <typename Events>
+void CheckPlaces(const Events& events, const std::string& name) {
+  long before = 0;
+  for (const auto& event : events) {
+    Demand(event.place.starts_with(name + ":"), "an event in another file: " + event.place);
+    const long line = std::stol(event.place.substr(name.size() + 1));
+    Demand(line > before, "an event before the last one: " + event.place);
+    before = line;
+  }
+}
+
 // The job as its file has it. Throws std::logic_error for one that is another job then.
 inline host::Job Refiled(const host::Job& job) {
   const std::string text = host::FormatJob(job);

@@ -15,6 +15,8 @@ namespace vblur::test {
 bool CheckJobFile(std::string_view bytes);
 bool CheckPropertyFile(std::string_view bytes);
 bool CheckPenScript(std::string_view bytes);
+// A page script, played on the effect's own pages as `vblur page` does; accepted if it ends in one of the uses.
+bool CheckPageScript(std::string_view bytes);
 // A file name's pattern, a line break, and frames; accepted where both are.
 bool CheckFrameText(std::string_view bytes);
 // A picture file of any format, read within a million pixels and 64 MiB.
@@ -25,10 +27,11 @@ struct FileKind {
   bool (*check)(std::string_view bytes);
 };
 
-inline constexpr std::array<FileKind, 5> kFileKinds{{
+inline constexpr std::array<FileKind, 6> kFileKinds{{
     {"jobs", CheckJobFile},
     {"properties", CheckPropertyFile},
     {"pens", CheckPenScript},
+    {"pages", CheckPageScript},
     {"frames", CheckFrameText},
     {"pictures", CheckPicture},
 }};

@@ -1,29 +1,15 @@
 #include "tests/fuzz/OverlayFuzz.h"
 
 #include <cmath>
-#include <limits>
 
 #include "host/hosted/HostedEffect.h"
 #include "overlay/HvTCropBox.h"
 #include "properties/ClassIds.h"
 #include "properties/PageNames.h"
 #include "properties/PropertyTable.h"
-#include "sdk/effects/ClassObjects.h"
-#include "server/CDsClassFactory.h"
 
 namespace vblur::test {
 namespace {
-
-std::atomic<std::int32_t> locks = 0;
-
-HRESULT ToolClassObject(const GUID& clsid, const GUID& iid, void** result) {
-  *result = nullptr;
-  if (clsid != classes::kHvTInteract) return kNoSuchClass;
-  auto* const factory = new CDsClassFactory<HvTInteract>(locks);
-  const HRESULT answer = factory->QueryInterface(iid, result);
-  factory->Release();
-  return answer;
-}
 
 class RandomSurface : public IVWSurface {
  public:
@@ -60,13 +46,14 @@ struct OverlayFuzz::Action {
 };
 
 OverlayFuzz::OverlayFuzz(std::uint64_t seed) : random_(seed) {
-  host::AddServer(&ToolClassObject);
   for (auto& viewer : viewers_)
     viewer = host::Viewer::Make();
+  pages_ = std::make_unique<PageFuzz>(random_, effects_, viewers_);
 }
 
 OverlayFuzz::~OverlayFuzz() {
   // Tear down in random order.
+  if (Chance(2)) pages_.reset();
   const bool widgetsFirst = Chance(2);
   if (widgetsFirst) {
     for (auto& widget : widgets_) {
@@ -79,17 +66,18 @@ OverlayFuzz::~OverlayFuzz() {
   for (auto& viewer : viewers_) {
     viewer->Edit(nullptr);
     viewer->Clear();
+    viewer->UseUndo(nullptr);
     viewer.reset();
   }
   for (auto& effect : effects_)
     effect.reset();
+  pages_.reset();
   for (auto& tool : kept_)
     tool.reset();
   for (auto& widget : widgets_) {
     if (widget) widget->Detach();
     widget.reset();
   }
-  host::RemoveServer(&ToolClassObject);
 }
 
 void OverlayFuzz::Step() {
@@ -117,6 +105,7 @@ void OverlayFuzz::Step() {
       Action{"widgets made", 8, &OverlayFuzz::MakeWidget},
       Action{"widgets dropped", 4, &OverlayFuzz::DropWidget},
       Action{"widgets changed", 8, &OverlayFuzz::MoveWidget},
+      Action{"actions on property pages", 300, &OverlayFuzz::UsePages},
   };
   static constexpr int kWeights = [] {
     int sum = 0;
@@ -134,23 +123,6 @@ void OverlayFuzz::Step() {
   }
 }
 
-double OverlayFuzz::Number() {
-  constexpr std::array kOdd = {0.0,
-                               -0.0,
-                               -1.0,
-                               -100.0,
-                               100.0,
-                               1e-40,
-                               3e38,
-                               -1e300,
-                               4294967296.0,
-                               std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity(),
-                               std::numeric_limits<double>::quiet_NaN()};
-  if (Chance(8)) return kOdd[static_cast<std::size_t>(Roll(static_cast<int>(kOdd.size())))];
-  return Between(-50.0f, 250.0f);
-}
-
 HvPoint OverlayFuzz::Place() {
   if (Chance(12)) return {static_cast<float>(Number()), static_cast<float>(Number())};
   // Near a corner, the centre or a ring of the standard frame.
@@ -166,16 +138,16 @@ tagVWPENEVENT OverlayFuzz::Pen() {
   return {Chance(6) ? Roll(4) : 1, place.x, place.y};
 }
 
-HvTInteract* OverlayFuzz::SomeTool() {
-  if (Chance(5)) return kept_[static_cast<std::size_t>(Roll(static_cast<int>(kept_.size())))].get();
+ComPtr<HvTInteract> OverlayFuzz::SomeTool() {
+  if (Chance(5)) return kept_[static_cast<std::size_t>(Roll(static_cast<int>(kept_.size())))];
   Blur* const effect = SomeEffect();
-  return effect == nullptr ? nullptr : effect->OverlayTool();
+  return ComPtr<HvTInteract>(effect == nullptr ? nullptr : effect->OverlayTool());
 }
 
 void OverlayFuzz::MakeEffect() {
   auto& place = effects_[static_cast<std::size_t>(Roll(kEffects))];
   if (place) return;
-  place = ComPtr<Blur>::Own(new Blur());
+  CoCreateInstance(classes::kBlur, nullptr, CLSCTX_INPROC_SERVER, kBlurObject, place.Receive());
   tagDSImgFxInfo use;
   use.record = kDSImgFxInfoRecord;
   constexpr std::array kKinds = {host::EffectKind::Filter, host::EffectKind::Transition, host::EffectKind::Paint};
@@ -207,6 +179,7 @@ void OverlayFuzz::DropViewer() {
   // Kept tools must not point to it.
   viewer->Edit(nullptr);
   viewer->Clear();
+  viewer->UseUndo(nullptr);
   for (const auto& tool : kept_) {
     if (tool) tool->OnUnlinkFromViewer();
   }
@@ -237,7 +210,7 @@ void OverlayFuzz::ShowPage() {
 }
 
 void OverlayFuzz::HideControls() {
-  if (Blur* const effect = SomeEffect(); effect != nullptr) effect->HideControls(Chance(2));
+  if (const ComPtr<HvTInteract> tool = SomeTool(); tool) tool->ShowControls(Chance(2));
 }
 
 void OverlayFuzz::PenOnViewer() {
@@ -251,8 +224,8 @@ void OverlayFuzz::PenOnViewer() {
 }
 
 void OverlayFuzz::PenOnTool() {
-  HvTInteract* const tool = SomeTool();
-  if (tool == nullptr) return;
+  const ComPtr<HvTInteract> tool = SomeTool();
+  if (!tool) return;
   const tagVWPENEVENT event = Pen();
   switch (Roll(4)) {
     case 0: tool->OnPenDown(event); break;
@@ -313,8 +286,8 @@ void OverlayFuzz::PutCurve() {
 }
 
 void OverlayFuzz::Notify() {
-  HvTInteract* const tool = SomeTool();
-  if (tool == nullptr) return;
+  const ComPtr<HvTInteract> tool = SomeTool();
+  if (!tool) return;
   const DSVariant value = DSVariant::Of(Number());
   const GUID property = Chance(2)   ? GUID_ALL_PROPERTIES
                         : Chance(2) ? GUID_NO_PROPERTY
@@ -325,14 +298,14 @@ void OverlayFuzz::Notify() {
 void OverlayFuzz::ChangeTime() {
   if (Chance(2)) {
     SomeViewer().SetTime(Number());
-  } else if (HvTInteract* const tool = SomeTool(); tool != nullptr) {
+  } else if (const ComPtr<HvTInteract> tool = SomeTool(); tool) {
     tool->OnOnTimeChange(Number());
   }
 }
 
 void OverlayFuzz::MoveSource() {
-  HvTInteract* const tool = SomeTool();
-  if (tool != nullptr) tool->SetViewRect(Place(), Place());
+  const ComPtr<HvTInteract> tool = SomeTool();
+  if (tool) tool->SetViewRect(Place(), Place());
 }
 
 void OverlayFuzz::Paint() {
@@ -345,13 +318,12 @@ void OverlayFuzz::Paint() {
 
 void OverlayFuzz::KeepTool() {
   auto& place = kept_[static_cast<std::size_t>(Roll(static_cast<int>(kept_.size())))];
-  HvTInteract* const tool = Chance(2) ? SomeTool() : nullptr;
-  place = ComPtr<HvTInteract>(tool);
+  place = Chance(2) ? SomeTool() : nullptr;
 }
 
 void OverlayFuzz::LinkTool() {
-  HvTInteract* const tool = SomeTool();
-  if (tool == nullptr) return;
+  const ComPtr<HvTInteract> tool = SomeTool();
+  if (!tool) return;
   switch (Roll(5)) {
     case 0: tool->OnUnlinkFromOperator(); break;
     case 1: tool->OnUnlinkFromViewer(); break;
@@ -363,8 +335,8 @@ void OverlayFuzz::LinkTool() {
 
 void OverlayFuzz::MakeWidget() {
   auto& place = widgets_[static_cast<std::size_t>(Roll(static_cast<int>(kWidgets)))];
-  HvTInteract* const tool = SomeTool();
-  if (place || tool == nullptr) return;
+  const ComPtr<HvTInteract> tool = SomeTool();
+  if (place || !tool) return;
   const auto mask = static_cast<std::uint32_t>(Roll(128));
   switch (Roll(5)) {
     case 0: place = std::make_unique<HvT2DAxis>("axis", mask); break;
@@ -413,6 +385,10 @@ void OverlayFuzz::MoveWidget() {
       }
       break;
   }
+}
+
+void OverlayFuzz::UsePages() {
+  ++counts_[pages_->Step()];
 }
 
 }  // namespace vblur::test

@@ -1,6 +1,6 @@
-// Fuzzer of the overlay: random actions of user and host on pens, pages, properties, curves, times, viewers, effects,
-// tools and widgets, in any order. Checks only that nothing crashes; run it under the address and undefined behaviour
-// sanitizers.
+// Fuzzer of the overlay and the property pages: random actions of user and host on pens, pages, properties, curves,
+// times, histories, viewers, effects, tools and widgets, in any order. Checks only that nothing crashes and that
+// nothing is left at the end; run it under the address and undefined behaviour sanitizers.
 #pragma once
 
 #include <array>
@@ -14,6 +14,9 @@
 #include "host/viewer/Viewer.h"
 #include "overlay/HvT2DAxisGroup.h"
 #include "platform/ComPtr.h"
+#include "tests/fuzz/LinkedServer.h"
+#include "tests/fuzz/OddNumber.h"
+#include "tests/fuzz/PageFuzz.h"
 #include "tests/support/Random.h"
 
 namespace vblur::test {
@@ -40,11 +43,12 @@ class OverlayFuzz {
   int Roll(int below) { return random_.within(0, below - 1); }
   bool Chance(int in) { return random_.oneIn(in); }
   double Between(float low, float high) { return static_cast<double>(random_.between(low, high)); }
-  double Number();
+  double Number() { return OddNumber(random_); }
   // Usually near a ring, a line or a handle, sometimes anywhere.
   HvPoint Place();
   tagVWPENEVENT Pen();
-  HvTInteract* SomeTool();
+  // Kept: what it is told of may close the last page over it.
+  ComPtr<HvTInteract> SomeTool();
   Blur* SomeEffect() { return effects_[static_cast<std::size_t>(Roll(kEffects))].get(); }
   host::Viewer& SomeViewer() { return *viewers_[static_cast<std::size_t>(Roll(kViewers))]; }
 
@@ -71,13 +75,16 @@ class OverlayFuzz {
   void MakeWidget();
   void DropWidget();
   void MoveWidget();
+  void UsePages();
 
+  LinkedServer server_;
   Random random_;
   std::array<ComPtr<host::Viewer>, kViewers> viewers_;
   std::array<ComPtr<Blur>, kEffects> effects_;
   // Keep tools alive beyond their effects.
   std::array<ComPtr<HvTInteract>, 2> kept_;
   std::array<std::unique_ptr<HvTObject>, kWidgets> widgets_;
+  std::unique_ptr<PageFuzz> pages_;
   std::map<std::string, std::int64_t> counts_;
 };
 

@@ -9,6 +9,7 @@
 #include "host/viewer/PenScript.h"
 #include "tests/fuzz/FileChecks.h"
 #include "tests/fuzz/FileFuzz.h"
+#include "tests/fuzz/PageLine.h"
 
 namespace vblur::test {
 
@@ -17,38 +18,6 @@ namespace {
 using host::FormatNumber;
 using host::PenEvent;
 using Kind = PenEvent::Kind;
-
-// Page events but set and time, which are the pen's.
-std::string PageLineOf(const host::PageEvent& event) {
-  using PageKind = host::PageEvent::Kind;
-  const std::string name = " \"" + event.name + "\"";
-  switch (event.kind) {
-    case PageKind::Show: return "show" + name;
-    case PageKind::Tick: return "tick" + name;
-    case PageKind::Untick: return "untick" + name;
-    case PageKind::Press: return "press" + name;
-    case PageKind::Choose: return "choose" + name + " \"" + event.text + "\"";
-    case PageKind::Pick:
-      return "pick " + std::to_string(event.colour[0]) + "," + std::to_string(event.colour[1]) + "," +
-             std::to_string(event.colour[2]);
-    case PageKind::Scrub: {
-      std::string line = "scrub" + name;
-      if (event.step == host::NumberStep::Fine) line += " fine";
-      if (event.step == host::NumberStep::Coarse) line += " coarse";
-      for (const std::int32_t steps : event.steps)
-        line += " " + std::to_string(steps);
-      return line;
-    }
-    case PageKind::Undo: return "undo";
-    case PageKind::Redo: return "redo";
-    default: return "print";
-  }
-}
-
-bool IsSamePageEvent(const host::PageEvent& a, const host::PageEvent& b) {
-  return a.kind == b.kind && a.name == b.name && a.text == b.text && a.step == b.step && a.steps == b.steps &&
-         a.colour == b.colour;
-}
 
 // The line of a script that makes the event.
 std::string LineOf(const PenEvent& event) {
@@ -90,17 +59,6 @@ void CheckButtons(const std::vector<PenEvent>& events) {
     if (event.kind == Kind::Up) down = 0;
   }
   Demand(down == 0, "the pen is down at the end");
-}
-
-// Each event has a line of its own, and they rise.
-void CheckPlaces(const std::vector<PenEvent>& events, const std::string& name) {
-  long before = 0;
-  for (const PenEvent& event : events) {
-    Demand(event.place.starts_with(name + ":"), "an event in another file: " + event.place);
-    const long line = std::stol(event.place.substr(name.size() + 1));
-    Demand(line > before, "an event before the last one: " + event.place);
-    before = line;
-  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 #include <map>
+#include <stdexcept>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -30,12 +31,15 @@ int Run(int argc, char** argv) {
   for (; spent() < seconds; ++worlds) {
     // After a crash this is the seed that reproduces it.
     std::fprintf(stderr, "\rworld of seed %llu", static_cast<unsigned long long>(seed + worlds));
-    OverlayFuzz fuzz(seed + worlds);
-    for (int step = 0; step < kSteps; ++step)
-      fuzz.Step();
-    steps += kSteps;
-    for (const auto& [name, count] : fuzz.counts())
-      counts[name] += count;
+    {
+      OverlayFuzz fuzz(seed + worlds);
+      for (int step = 0; step < kSteps; ++step)
+        fuzz.Step();
+      steps += kSteps;
+      for (const auto& [name, count] : fuzz.counts())
+        counts[name] += count;
+    }
+    if (LinkedServer::LiveObjects() != 0) throw std::logic_error("effects, pages or tools are left");
   }
   std::fprintf(stderr, "\n");
   std::printf("%lld steps in %llu worlds, %.0f s\n", static_cast<long long>(steps),

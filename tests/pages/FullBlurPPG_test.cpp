@@ -152,14 +152,6 @@ TEST_F(FullBlurPPGTest, EnablesTheMixByNotices) {
   EXPECT_FALSE(page->IsChanging());
 }
 
-TEST_F(FullBlurPPGTest, KeepsTheValueOfANotice) {
-  Open();
-  const DSVariant five = DSVariant::Of(5);
-  page->PropertyChanged(PropertyOf(PropertyId::MixBack).guid, &five);
-  const void* const mixBack = page->GetControlMap()->Find(1004)->variable(*page);
-  EXPECT_EQ(*static_cast<const std::int32_t*>(mixBack), 5) << "it is not read anew";
-}
-
 TEST_F(FullBlurPPGTest, EnablesNothingWhileSuspended) {
   Open();
   OpenPage::SuspendedOf(*page) = 1;

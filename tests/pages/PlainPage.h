@@ -59,8 +59,6 @@ class PlainPage : public HvDsPPG {
     module = &plain_page::kModule;
   }
 
-  ~PlainPage() override { DisconnectEffect(); }
-
   CDSPPGControlMap* GetControlMap() override {
     using namespace plain_page;
     using Entry = CDSPPGControlMapEntry;

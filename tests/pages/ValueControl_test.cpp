@@ -33,13 +33,7 @@ TEST_F(ValueControlTest, TakesItsRow) {
   EXPECT_EQ(page->finish.animated, 0);
   EXPECT_EQ(page->channels.value, 0);
   EXPECT_FALSE(page->display.value);
-  const ValueControl<double> none;
-  EXPECT_EQ(none.page, nullptr);
-  EXPECT_EQ(none.controlId, 0u);
-  EXPECT_EQ(none.labelId, 0u);
-  EXPECT_EQ(none.property, GUID_NO_PROPERTY);
-  EXPECT_EQ(none.localOnly, 0);
-  EXPECT_EQ(none.animated, 0);
+  EXPECT_EQ(ValueControl<double>().property, GUID_NO_PROPERTY);
 }
 
 TEST_F(ValueControlTest, WritesAnAnimatedNumberAtTheSitesTime) {
