@@ -54,7 +54,7 @@ class PageFuzz::Observer : public host::PageObserver {
   explicit Observer(PageFuzz& fuzz) : fuzz_(fuzz) {}
 
   void OnWindowChanged(host::PageWindow&) override {
-    if (fuzz_.observing_ != 0 || !fuzz_.Chance(5)) return;
+    if (fuzz_.observing_ != 0 || !fuzz_.Chance(4)) return;
     ++fuzz_.observing_;
     fuzz_.Step();
     --fuzz_.observing_;
@@ -109,7 +109,7 @@ const char* PageFuzz::Step() {
       Action{"values of any property put", 12, &PageFuzz::PutAnyValue},
       Action{"keys put", 6, &PageFuzz::PutKey},
       Action{"listeners moved", 3, &PageFuzz::MoveListener},
-      Action{"observers moved", 6, &PageFuzz::MoveObserver},
+      Action{"observers moved", 24, &PageFuzz::MoveObserver},
       Action{"calls of raw pages", 60, &PageFuzz::CallRawPage},
   };
   static constexpr int kWeights = [] {
@@ -377,8 +377,9 @@ void PageFuzz::MoveListener() {
 }
 
 void PageFuzz::MoveObserver() {
-  host::PageWindow* const window = SomeWindow();
-  if (window != nullptr) Chance(3) ? window->RemoveObserver(*observer_) : window->AddObserver(*observer_);
+  // A dialog's observers are told of its controls too.
+  host::PageWindow* const window = Chance(4) ? SomeWindow() : SomeDialog();
+  if (window != nullptr) Chance(5) ? window->RemoveObserver(*observer_) : window->AddObserver(*observer_);
 }
 
 void PageFuzz::CallRawPage() {
