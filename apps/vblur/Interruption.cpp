@@ -70,8 +70,6 @@ Interruption::Interruption(const Terminal& terminal) {
     action.sa_flags = SA_RESTART;
     ::sigaction(kSignals[i], &action, nullptr);
   }
-  // A file that grows too large is then an error of the write, not the end of the program.
-  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 Interruption::~Interruption() {

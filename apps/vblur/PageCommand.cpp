@@ -25,14 +25,17 @@ class PageCommand : public Command {
   explicit PageCommand(CLI::App& parent)
       : Command(parent, "page", "Show a property page of a job's effect as text, and operate it by a script") {
     App()
-        ->add_option("JOB", job_, "Job file; its pictures are not read. - is the standard input")
+        ->add_option("JOB", job_, "Job file; its pictures are read for a percentage alone. - is the standard input")
         ->required()
         ->type_name("");
     AddTextOption(*App(), "--page", ChoiceForm(pages::kAll), "Page to show [the first of the job's use]",
                   [this](const std::string& text) { page_ = pages::kAll[ParseChoice("--page", text, pages::kAll)]; });
     AddTextOption(*App(), "--time", "T", "Time at which values are shown and keys are set [that of the first frame]",
                   [this](const std::string& text) { time_ = ParseNumber("--time", text); });
-    AddTextOption(*App(), "--script", "FILE", "What to do with the page, one event a line; prints it at the end",
+    AddTextOption(*App(), "--frame", "N", "The time of this frame of the job",
+                  [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
+    AddTextOption(*App(), "--script", "FILE",
+                  "What to do with the page, one event a line; the page is printed after it. - is the standard input",
                   [this](const std::string& file) { script_ = file; });
     AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
                   [this](const std::string& file) { savedJob_ = file; });
@@ -52,7 +55,8 @@ class PageCommand : public Command {
     ApplyAssignments(assignments_, job);
     std::vector<host::PageEvent> events;
     if (!script_.empty()) events = host::ReadPageScript(script_);
-    CheckFiles();
+    if (time_ && frame_) host::Refuse("--frame", "expected no --time beside it");
+    CheckFiles(job);
     const auto server = LoadServer(global);
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
     WarnOfValues(job, terminal);
@@ -67,19 +71,25 @@ class PageCommand : public Command {
   }
 
  private:
-  void CheckFiles() const {
+  // The saved job takes the place of no picture that its job reads or writes.
+  void CheckFiles(const host::Job& job) const {
     RunFiles files(overwrite_);
     files.AddRead(job_);
     if (!script_.empty()) files.AddRead(script_);
+    files.AddReadByJob(job, host::ResolveFrames(job));
+    files.AddWrittenByJob(job, host::ResolveFrames(job));
     if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
   }
 
   // Returns the properties after the script. Nothing is printed before all of it is done.
   host::PropertyStore Play(const host::Job& job, const std::vector<host::PageEvent>& events,
                            const host::EffectFactory& makeEffect, host::CallTrace* trace, bool toolTips) {
-    const double time = time_.value_or(host::FrameTime(job, host::ResolveFrames(job).First()));
+    const double time = time_.value_or(host::FrameTime(job, frame_.value_or(host::ResolveFrames(job).First())));
     host::PageSession session(job, time, makeEffect, trace);
-    const auto print = [&] { printed_ += (printed_.empty() ? "" : "\n") + session.Form(toolTips); };
+    const auto print = [&] {
+      printed_ += (printed_.empty() ? "" : "\n") + session.Form(toolTips);
+      if (printed_.size() > kMostPrinted) host::Refuse("--script", "expected to print at most 64 MiB");
+    };
     session.OnPrint(print);
     ShowFirst(session.Pages());
     for (const host::PageEvent& event : events)
@@ -96,6 +106,8 @@ class PageCommand : public Command {
     pages.Show(page);
   }
 
+  static constexpr std::size_t kMostPrinted = std::size_t{64} << 20;
+
   std::string job_;
   std::string page_;
   std::string script_;
@@ -103,6 +115,7 @@ class PageCommand : public Command {
   std::string printed_;
   std::vector<std::string> assignments_;
   std::optional<double> time_;
+  std::optional<std::int32_t> frame_;
   bool overwrite_ = false;
 };
 

@@ -19,6 +19,8 @@ void OpenStandardStreams() {
     // The lowest free number is this one. Opened for the wrong direction, so that its use fails.
     [[maybe_unused]] const int taken = ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
+  // A file that grows too large is then an error of the write, not the end of the program.
+  std::signal(SIGXFSZ, SIG_IGN);
   // All that a command prints is then written at its end, where the error is known.
   static std::array<char, 1 << 18> buffer;
   std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());

@@ -59,11 +59,20 @@ class ViewCommand : public Command {
     App()->footer(
         "Events of a pen script, in pixels of the frame from its lower left corner, y upwards:\n"
         "  move X Y, down X Y [BUTTON], up X Y, time T, set NAME VALUE, snap FILE; # begins a comment.\n"
-        "Events of a page script (vblur help page), but set and time, may stand among them.\n"
+        "Events of a page script (vblur help page) may stand among them: set \"NAME\" NUMBER types into a control.\n"
         "Names of snapped files start from the script's folder.");
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
+    try {
+      return Show(global, terminal);
+    } catch (const host::FileInterrupted&) {
+      throw host::Failure(host::ExitCode::Interrupted, "interrupted");
+    }
+  }
+
+ private:
+  host::ExitCode Show(const GlobalOptions& global, Terminal& terminal) {
     RequireOtherInput("--pen", job_, script_);
     host::Job job = host::ReadJobFile(job_);
     ApplyAssignments(assignments_, job);
@@ -90,7 +99,6 @@ class ViewCommand : public Command {
     return host::ExitCode::Done;
   }
 
- private:
   using Pictures = std::vector<host::WrittenPicture>;
 
   void SetZoom(double zoom) {
@@ -118,7 +126,13 @@ class ViewCommand : public Command {
     if (!script_.empty()) files.AddRead(script_);
     files.AddReadByJob(job, host::FrameRange{frame, frame});
     files.AddWritten("OUTPUT", output_);
-    if (!savedJob_.empty()) files.AddWritten("--save-job", savedJob_);
+    if (!savedJob_.empty()) {
+      files.AddWritten("--save-job", savedJob_);
+      // It takes the place of no output of its job, which the view may.
+      RunFiles outputs(overwrite_);
+      outputs.AddWrittenByJob(job, host::ResolveFrames(job));
+      outputs.AddWritten("--save-job", savedJob_);
+    }
     for (const host::PenEvent& event : events) {
       if (event.kind == host::PenEvent::Kind::Snap) files.AddWritten(event.place, event.file);
     }
@@ -134,19 +148,15 @@ class ViewCommand : public Command {
       session.Paint(view);
       pictures.push_back(writer.WriteBeside(file, view, nullptr, {.overwrite = overwrite_}));
     };
-    try {
-      for (const host::PenEvent& event : events) {
-        if (context.Stopped()) throw host::FileInterrupted{};
-        if (event.kind == host::PenEvent::Kind::Snap) {
-          write(event.file);
-        } else {
-          session.Apply(event);
-        }
+    for (const host::PenEvent& event : events) {
+      if (context.Stopped()) throw host::FileInterrupted{};
+      if (event.kind == host::PenEvent::Kind::Snap) {
+        write(event.file);
+      } else {
+        session.Apply(event);
       }
-      write(output_);
-    } catch (const host::FileInterrupted&) {
-      throw host::Failure(host::ExitCode::Interrupted, "interrupted");
     }
+    write(output_);
     return pictures;
   }
 

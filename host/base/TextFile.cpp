@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 
 #include "host/base/Failure.h"
@@ -27,6 +28,8 @@ std::string ReadTextFile(const std::filesystem::path& named, const std::string& 
     if (text.size() > kLargest) fail("larger than 16 MiB, expected a " + kind);
   }
   if (file.bad()) fail("cannot read the " + kind + ": the system reports an error");
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   return text;
 }
 

@@ -40,7 +40,9 @@ std::string OpenedPage::NameOf(const PageWindow& control) const {
 }
 
 EffectPages::EffectPages(IDSProperties& effect, UndoHistory& history, CallTrace* trace)
-    : effect_(&effect), history_(history), trace_(trace) {}
+    : effect_(&effect), history_(history), trace_(trace) {
+  if (trace != nullptr) shell_.emplace(trace);
+}
 
 EffectPages::~EffectPages() {
   CloseAll();

@@ -3,12 +3,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/hosted/CallTrace.h"
 #include "host/pages/PageDialog.h"
+#include "host/pages/TracedShell.h"
+#include "host/pages/TracedUndo.h"
 #include "host/pages/UndoHistory.h"
 #include "platform/CDSPropertyPage.h"
 #include "platform/ComPtr.h"
@@ -65,7 +68,7 @@ class EffectPages final : private IDSPageSite {
   HWND MakeDialog(HMODULE module, std::int32_t dialog, IDSPropertyPage& page) override;
   void DropDialog(HWND dialog) override;
   void ShowDialog(HWND dialog, bool show) override;
-  IDSUndo* Undo() override { return &history_; }
+  IDSUndo* Undo() override { return &tracedHistory_; }
   void OnPropertyAccess(const char* call, const GUID& property, double value, double time, HRESULT result) override;
 
   OpenedPage& Open(const GUID& clsid, std::string_view name);
@@ -76,6 +79,9 @@ class EffectPages final : private IDSPageSite {
   ComPtr<IDSProperties> effect_;
   UndoHistory& history_;
   CallTrace* const trace_;
+  TracedUndo tracedHistory_{history_, trace_};
+  // Without a trace the program's own answers stay.
+  std::optional<TracedShell> shell_;
   double time_ = 0.0;
   std::vector<std::unique_ptr<OpenedPage>> opened_;
   OpenedPage* front_ = nullptr;

@@ -57,7 +57,10 @@ std::optional<std::string> NumberControl::Type(std::string_view text) {
   if (!TakesInput() || scrub_) return complain("takes no input now");
   const auto held = Hold();
   try {
-    ChangeForGood(Clamped(ReadTypedNumber(text, value_, range_)));
+    const double typed = Clamped(ReadTypedNumber(text, value_, range_));
+    // Typing the value that a curve has here sets a key.
+    if (mark_ == DSAnimationMark::Animated && SameValue(typed, value_)) Tell(kControlNotify);
+    ChangeForGood(typed);
   } catch (const Failure& failure) {
     return complain(failure.what());
   }
@@ -88,6 +91,7 @@ bool NumberControl::BeginScrub() {
 
 bool NumberControl::Scrub(std::int32_t steps, NumberStep step) {
   if (!TakesInput() || !scrub_) return false;
+  if (steps == 0) return true;
   const auto held = Hold();
   const double value = Stepped(steps * SizeOf(step));
   if (SameValue(value, value_)) return true;

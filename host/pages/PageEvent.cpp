@@ -96,7 +96,8 @@ class LineReader {
   // The index of the first word behind the name: quoted, or the longest that is a property's.
   std::size_t EndOfName() const {
     if (words_[1].isQuoted) return 2;
-    for (std::size_t end = words_.size() - 1; end > 2; --end) {
+    constexpr std::size_t kLongestName = 6;  // words
+    for (std::size_t end = std::min(words_.size() - 1, kLongestName + 1); end > 2; --end) {
       if (FindPropertyWritten(Joined(1, end)) != nullptr) return end;
     }
     return 2;
@@ -163,7 +164,7 @@ std::string_view FirstWord(std::string_view line) {
   const std::size_t at = line.find_first_not_of(kSpace);
   if (at == std::string_view::npos) return {};
   line.remove_prefix(at);
-  return line.substr(0, line.find_first_of(kSpace));
+  return line.substr(0, line.find_first_of(" \t\r#\""));
 }
 
 }  // namespace
@@ -181,8 +182,9 @@ std::vector<PageEvent> ParsePageScript(std::string_view text, const std::string&
   for (std::int32_t number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
-    const std::string_view word = FirstWord(line);
-    if (!word.empty() && word[0] != '#') events.push_back(ReadPageEvent(line, name + ":" + std::to_string(number)));
+    const std::size_t first = line.find_first_not_of(kSpace);
+    if (first != std::string_view::npos && line[first] != '#')
+      events.push_back(ReadPageEvent(line, name + ":" + std::to_string(number)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return events;

@@ -179,7 +179,7 @@ std::string FormatPage(const OpenedPage& page, double time, bool toolTips) {
   const FormColumns columns = ColumnsOf(page);
   for (PageWindow* const item : InReadingOrder(*page.dialog)) {
     form += TextOf(page, *item, columns);
-    const std::string tip = toolTips ? Utf8Of(item->ToolTip()) : "";
+    const std::string tip = toolTips && HasValue(*item) ? Utf8Of(item->ToolTip()) : "";
     if (!tip.empty()) form += Wrapped(tip, "      ");
   }
   return form;

@@ -75,7 +75,7 @@ Control& PagePlayer::Require(const PageEvent& event, const char* what) {
   if (control == nullptr) {
     Refuse(event.place, std::string("expected ") + what + ", " + Quoted(name) + " is " + KindInWords((*found)->Kind()));
   }
-  if (!control->TakesInput()) Refuse(event.place, Quoted(name) + " takes no input: it is disabled");
+  if (!control->TakesInput()) Refuse(event.place, Quoted(name) + " takes no input, expected a control that is enabled");
   return *control;
 }
 
@@ -96,12 +96,15 @@ void PagePlayer::Play(const PageEvent& event) {
 void PagePlayer::UndoOrRedo(const PageEvent& event) {
   const bool undoes = event.kind == PageEvent::Kind::Undo;
   const std::string name = undoes ? history_.UndoName() : history_.RedoName();
+  const bool hasStep = undoes ? history_.CanUndo() : history_.CanRedo();
   const HRESULT done = NotedCall(
       pages_.Trace(), "history", [&] { return (undoes ? "Undo(" : "Redo(") + name + ")"; },
       [&] { return (undoes ? history_.Undo() : history_.Redo()) ? kOk : kFalse; });
   if (done == kOk) return;
-  const std::string nothing = std::string("there is nothing to ") + (undoes ? "undo" : "redo");
-  Refuse(event.place, history_.IsStepOpen() ? nothing + " before the pen is up" : nothing);
+  const std::string what = undoes ? "undo" : "redo";
+  if (hasStep) Refuse(event.place, "the effect refuses to " + what + " " + Quoted(name));
+  if (history_.IsStepOpen()) Refuse(event.place, "expected the pen to be up before " + what);
+  Refuse(event.place, "expected a step to " + what + ", there is none");
 }
 
 void PagePlayer::PlayOnControl(const PageEvent& event) {
@@ -156,7 +159,8 @@ void PagePlayer::Pick(const PageEvent& event) {
   const auto& items = pages_.Front()->dialog->Items();
   const auto found =
       std::ranges::find_if(items, [](const auto& item) { return item->Kind() == PageWindowKind::ColourChip; });
-  if (found == items.end()) Refuse(event.place, "the page " + pages_.Front()->name + " has no colour chip");
+  if (found == items.end())
+    Refuse(event.place, "expected a page with a colour chip, " + pages_.Front()->name + " has none");
   dynamic_cast<ColourChipControl&>(**found).PickColour(event.colour[0], event.colour[1], event.colour[2]);
 }
 

@@ -98,13 +98,19 @@ char TakeRelation(Reader& reader) {
   return 0;
 }
 
-double Related(char relation, double current, double amount) {
+double RawlyRelated(char relation, double current, double amount) {
   switch (relation) {
     case '+': return current + amount;
     case '-': return current - amount;
     case '*': return current * amount;
     default: return current / amount;
   }
+}
+
+// What changes nothing keeps every bit.
+double Related(char relation, double current, double amount) {
+  const double result = RawlyRelated(relation, current, amount);
+  return result == current ? current : WithoutDust(result);
 }
 
 // The value of the text; nothing if it cannot be read.
@@ -119,12 +125,12 @@ std::optional<double> Evaluate(std::string_view text, double current, const Numb
       // The range may be longer than a double can say.
       if (relation == 0) return WithoutDust(range.minimum * (1.0 - part) + range.maximum * part);
       const bool scales = relation == '*' || relation == '/';
-      return WithoutDust(Related(relation, current, scales ? part : range.maximum * part - range.minimum * part));
+      return Related(relation, current, scales ? part : range.maximum * part - range.minimum * part);
     }
   }
   const auto value = reader.Sum();
   if (!value || !reader.AtEnd()) return std::nullopt;
-  return WithoutDust(relation == 0 ? *value : Related(relation, current, *value));
+  return relation == 0 ? WithoutDust(*value) : Related(relation, current, *value);
 }
 
 [[noreturn]] void RefuseTyped(const std::string& expected, std::string_view text) {

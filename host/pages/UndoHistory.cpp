@@ -44,7 +44,7 @@ void UndoHistory::OnPropertyChanged(const GUID&, const DSVariant*, std::uint32_t
   if (!isReplaying_) Compare();
 }
 
-bool UndoHistory::Replay(std::vector<Step>& from, std::vector<Step>& to, Direction direction) {
+bool UndoHistory::Replay(std::deque<Step>& from, std::deque<Step>& to, Direction direction) {
   if (depth_ != 0) return false;
   // A listener that comes before the history may undo the change of which it was told.
   Compare();
@@ -106,8 +106,23 @@ void UndoHistory::Close() {
   std::erase_if(step.changes, [](const Change& change) { return change.before == change.after; });
   if (step.changes.empty()) return;
   if (step.name.empty()) step.name = kProperties[step.changes.front().property].name;
+  for (const Step& undone : redo_)
+    keys_ -= undone.CountKeys();
   redo_.clear();
+  keys_ += step.CountKeys();
   undo_.push_back(std::move(step));
+  while (undo_.size() > 1 && (keys_ > kMostKeys || undo_.size() > kMostSteps)) {
+    keys_ -= undo_.front().CountKeys();
+    undo_.pop_front();
+  }
+}
+
+std::size_t UndoHistory::Step::CountKeys() const {
+  const auto count = [](const PropertyState& state) { return state.curve ? state.curve->keys.size() : 0; };
+  std::size_t keys = 0;
+  for (const Change& change : changes)
+    keys += count(change.before) + count(change.after);
+  return keys;
 }
 
 }  // namespace vblur::host

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,15 @@ namespace vblur::host {
 // it: where the effect differs at the end from what the undo leads to, that is a new step, named after the first step
 // that a listener began, and the redos go. Redo does the same.
 //
+// The oldest steps are forgotten when all together hold more than kMostKeys keys of curves, or are more than
+// kMostSteps; the last one stays.
+//
 // On the thread that changes the effect. Listeners must not destroy the history.
 class UndoHistory final : public IDSUndo, private IDSPropertyNotify {
  public:
+  static constexpr std::size_t kMostSteps = 100'000;
+  static constexpr std::size_t kMostKeys = std::size_t{1} << 22;  // 64 MiB
+
   // Keeps a reference to the effect. Listeners that are added later are called after the history. Properties that the
   // effect lacks are not recorded.
   explicit UndoHistory(IDSProperties& effect);
@@ -62,12 +69,14 @@ class UndoHistory final : public IDSUndo, private IDSPropertyNotify {
   struct Step {
     std::string name;
     std::vector<Change> changes;  // in the order of their first change
+
+    std::size_t CountKeys() const;
   };
   enum class Direction { Back, Forth };
 
   void OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) override;
 
-  bool Replay(std::vector<Step>& from, std::vector<Step>& to, Direction direction);
+  bool Replay(std::deque<Step>& from, std::deque<Step>& to, Direction direction);
   // Goes on after a value that the effect refuses; false then.
   bool Write(const Step& step, Direction direction);
   // Records where the effect differs from `known_`: in the open step, or as a step.
@@ -79,8 +88,10 @@ class UndoHistory final : public IDSUndo, private IDSPropertyNotify {
   ComPtr<IDSProperties> effect_;
   // The effect as recorded so far.
   std::array<PropertyState, kProperties.size()> known_;
-  std::vector<Step> undo_;
-  std::vector<Step> redo_;
+  std::deque<Step> undo_;
+  std::deque<Step> redo_;
+  // Of the steps in both.
+  std::size_t keys_ = 0;
   Step open_;
   // Steps begun and not ended; an undo or redo at work counts as one.
   int depth_ = 0;

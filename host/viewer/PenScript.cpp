@@ -54,7 +54,7 @@ class ScriptReader {
     PenEvent event;
     event.place = Place();
     const auto found = std::ranges::find_if(kEvents, [&](auto name) { return EqualIgnoringCase(name, words[0]); });
-    if (found == kEvents.end() && IsPageEvent(line)) {
+    if (IsPageEvent(line) && (found == kEvents.end() || IsTypedIntoAControl(words))) {
       event.kind = PenEvent::Kind::Page;
       event.page = ReadPageEvent(line, Place());
       events_.push_back(std::move(event));
@@ -82,6 +82,11 @@ class ScriptReader {
   }
 
  private:
+  // A name in quotes is that of a control.
+  static bool IsTypedIntoAControl(const Words& words) {
+    return words.size() > 1 && EqualIgnoringCase(words[0], "set") && words[1].front() == '"';
+  }
+
   std::string Place() const { return name_ + ":" + std::to_string(line_); }
 
   [[noreturn]] void Refuse(const std::string& problem) const { host::Refuse(Place(), problem); }
@@ -132,7 +137,7 @@ class ScriptReader {
     for (std::size_t value = std::min(words.size() - 1, kLongestName + 1); value >= 2; --value) {
       const std::string_view name(words[1].data(), static_cast<std::size_t>(words[value - 1].data() +
                                                                             words[value - 1].size() - words[1].data()));
-      const Property* const property = FindPropertyWritten(Unquoted(name));
+      const Property* const property = FindPropertyWritten(name);
       if (property == nullptr) continue;
       event.property = property->guid;
       try {
@@ -143,11 +148,6 @@ class ScriptReader {
       return;
     }
     Refuse(UnknownProperty(words[1]));
-  }
-
-  static std::string_view Unquoted(std::string_view name) {
-    const bool isQuoted = name.size() > 2 && name.front() == '"' && name.back() == '"';
-    return isQuoted ? name.substr(1, name.size() - 2) : name;
   }
 
   void ReadSnap(const Words& words, PenEvent& event) {

@@ -5,7 +5,8 @@
 //   up X Y              it goes up
 //   time T              the viewer shows another time
 //   set NAME VALUE      a property changes, as on the command line: "set Blur 24", "set Crop Left 0:0,24:50"
-//   undo, redo          and what else a user does with a property page, but set and time: host/pages/PageEvent.h
+//   set "NAME" NUMBER   a number is typed into the control of this name of the page in front
+//   undo, redo          and what else a user does with a property page: host/pages/PageEvent.h
 //   snap FILE           writes the current picture
 //
 // Positions are frame pixels from the lower left corner, y upwards. # starts a comment; empty lines are ignored.

@@ -214,6 +214,9 @@ void ViewSession::PutAsOneStep(const PenEvent& event) {
 }
 
 void ViewSession::PlayOnPage(const PageEvent& event) {
+  if (event.kind == PageEvent::Kind::Show && viewer_->IsInteracting()) {
+    Refuse(event.place, "expected the pen to be up before another page shows");
+  }
   if (event.kind == PageEvent::Kind::Show && EqualIgnoringCase(event.name, pages::kCrop)) {
     try {
       CheckCropPage(job_, buffers_.Pictures());

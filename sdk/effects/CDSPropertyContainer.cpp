@@ -102,7 +102,9 @@ HRESULT CDSPropertyContainer::PutValue(const GUID& property, const DSVariant& va
   }
   DSVariant stored;
   if (const HRESULT read = GetValue(entry->param.id, &stored); read != kOk) return read;
-  return OnPropertyChanged(entry->param.id, &stored, nullptr, nullptr, 0, 0);
+  // Behind a curve the plain value is not what the property is at any time.
+  const DSVariant* const shown = curves_.contains(entry->param.id) ? nullptr : &stored;
+  return OnPropertyChanged(entry->param.id, shown, nullptr, nullptr, 0, 0);
 }
 
 HRESULT CDSPropertyContainer::GetValueAt(const GUID& property, double time, double* value) {

@@ -172,15 +172,18 @@ void CDSBasePropertyPage::OnControlChanged(std::int32_t controlId) {
   const CDSPPGControlMap* const map = GetControlMap();
   const CDSPPGControlMapEntry* const entry = map == nullptr ? nullptr : map->Find(controlId);
   if (entry == nullptr || GetHwndControl(controlId) == nullptr) return;
-  CDSUndoStyleMgr step(*this);
-  UNDO_STYLE style = kUndoStep;
-  step.Begin(lastNotification, &style, kOneBracket);
+  struct Step {
+    explicit Step(CDSBasePropertyPage& page) : undo(page) { undo.Begin(page.lastNotification, &style, kOneBracket); }
+    ~Step() { undo.End(); }
+    CDSUndoStyleMgr undo;
+    UNDO_STYLE style = kUndoStep;
+  };
+  const Step step(*this);
   if (entry->variable != nullptr) {
     ReadControl(*entry);
     if (entry->property != GUID_NO_PROPERTY) WriteProperty(*entry);
   }
   if (entry->action != nullptr) entry->action(*this);
-  step.End();
 }
 
 LRESULT CDSBasePropertyPage::FillToolTip(std::int32_t controlId, const DSToolTipText* text) {

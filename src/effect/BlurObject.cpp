@@ -4,13 +4,10 @@
 #include "effect/Blur.h"
 #include "effect/ProjectSizes.h"
 #include "properties/ClassIds.h"
+#include "resources/Numbers.h"
 
 namespace vblur {
 namespace {
-
-constexpr std::int32_t kNameString = 1;
-constexpr std::int32_t kDescriptionString = 2;
-constexpr std::int32_t kPictureBitmap = 102;
 
 // The host's ids of the effect's category and type.
 constexpr GUID kEffectCategory = MakeGuid("{0BC5A2F0-5C49-11CF-A04A-00A02418CFB9}");
@@ -86,17 +83,17 @@ HRESULT Blur::LoadText(std::int32_t id, char16_t* buffer, std::int32_t capacity)
 }
 
 HRESULT Blur::GetName(char16_t* buffer, std::int32_t capacity) {
-  if (const HRESULT result = LoadText(kNameString, buffer, capacity); result != kOk) return result;
-  return LoadText(kNameString, name.data(), static_cast<std::int32_t>(name.size()));
+  if (const HRESULT result = LoadText(resources::strings::kName, buffer, capacity); result != kOk) return result;
+  return LoadText(resources::strings::kName, name.data(), static_cast<std::int32_t>(name.size()));
 }
 
 HRESULT Blur::GetDescription(char16_t* buffer, std::int32_t capacity) {
-  return LoadText(kDescriptionString, buffer, capacity);
+  return LoadText(resources::strings::kDescription, buffer, capacity);
 }
 
 HRESULT Blur::GetPicture(const ModuleBitmap** picture) {
   if (picture == nullptr) return kNullPointer;
-  *picture = LoadBitmapW(module, kPictureBitmap);
+  *picture = LoadBitmapW(module, resources::bitmaps::kEffect);
   return *picture == nullptr ? kFailed : kOk;
 }
 

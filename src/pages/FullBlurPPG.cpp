@@ -99,16 +99,17 @@ HRESULT FullBlurPPG::PropertyChanged(const GUID& property, const DSVariant* valu
 }
 
 void FullBlurPPG::Reset() {
-  BeginUndo();
-  SetDefault(blur_, Rows::kBlur);
-  SetDefault(aspect_, Rows::kAspect);
-  SetDefault(channels_, Rows::kChannels);
-  SetDefault(method_, Rows::kMethod);
-  SetDefault(mixBack_, Rows::kMixBack);
-  SetDefault(blend_, Rows::kBlend);
-  SetDefault(effectGain_, Rows::kEffectGain);
-  SetDefault(sourceGain_, Rows::kSourceGain);
-  EndUndo();
+  {
+    const UndoBracket bracket(*this);
+    SetDefault(blur_, Rows::kBlur);
+    SetDefault(aspect_, Rows::kAspect);
+    SetDefault(channels_, Rows::kChannels);
+    SetDefault(method_, Rows::kMethod);
+    SetDefault(mixBack_, Rows::kMixBack);
+    SetDefault(blend_, Rows::kBlend);
+    SetDefault(effectGain_, Rows::kEffectGain);
+    SetDefault(sourceGain_, Rows::kSourceGain);
+  }
   ApplyEnableRule();
 }
 

@@ -119,7 +119,7 @@ HRESULT FullCropPPG::UpdateAnimatedControls(double time) {
 }
 
 void FullCropPPG::Reset() {
-  BeginUndo();
+  const UndoBracket bracket(*this);
   SetDefault(left_, Rows::kLeft);
   SetDefault(right_, Rows::kRight);
   SetDefault(bottom_, Rows::kBottom);
@@ -129,7 +129,6 @@ void FullCropPPG::Reset() {
   chip_.SetAll(DefaultOf(Rows::kRed), DefaultOf(Rows::kGreen), DefaultOf(Rows::kBlue), DefaultOf(Rows::kAlpha));
   SetDefault(displayCropped_, Rows::kDisplayCropped);
   SetDefault(blankCropped_, Rows::kBlankCropped);
-  EndUndo();
 }
 
 }  // namespace vblur

@@ -26,6 +26,11 @@ char* Duplicate(const char* text) {
 
 }  // namespace
 
+const UINT HvDsPPG::kNotifyMessage = RegisterWindowMessageW(kControlNotify);
+const UINT HvDsPPG::kNotifyCompleteMessage = RegisterWindowMessageW(kControlNotifyComplete);
+const UINT HvDsPPG::kScrubMessage = RegisterWindowMessageW(kControlScrub);
+const UINT HvDsPPG::kToolTipMessage = RegisterWindowMessageW(kControlToolTip);
+
 void HvDsPPG::FreeText::operator()(char* text) const {
   std::free(text);
 }

@@ -16,6 +16,12 @@ namespace vblur {
 
 class HvDsPPG : public CDSPropertyPage {
  public:
+  // The numbers of the messages between controls and page, registered when the server is loaded.
+  static const UINT kNotifyMessage;
+  static const UINT kNotifyCompleteMessage;
+  static const UINT kScrubMessage;
+  static const UINT kToolTipMessage;
+
   // The server's module, with dialogs and texts. Set before the first page is made.
   static inline HMODULE module = nullptr;
 
@@ -84,6 +90,17 @@ class HvDsPPG : public CDSPropertyPage {
     }
     Change(const Change&) = delete;
     Change& operator=(const Change&) = delete;
+
+   private:
+    HvDsPPG& page_;
+  };
+  // BeginUndo to EndUndo.
+  class UndoBracket {
+   public:
+    explicit UndoBracket(HvDsPPG& page) : page_(page) { page_.BeginUndo(); }
+    ~UndoBracket() { page_.EndUndo(); }
+    UndoBracket(const UndoBracket&) = delete;
+    UndoBracket& operator=(const UndoBracket&) = delete;
 
    private:
     HvDsPPG& page_;

@@ -62,12 +62,11 @@ HRESULT HvTransitionPPG::OnInitDialog() {
 
 void HvTransitionPPG::Reset() {
   const Suspension suspension(*this);
-  BeginUndo();
+  const UndoBracket bracket(*this);
   SetDefault(finishFadingOutFirstClip_, Rows::kFinish);
   SetDefault(startFadingInSecondClip_, Rows::kStart);
   SetDefault(transitionRamping_, Rows::kRamping);
   effectScaling_.Set(kCrossFade);  // not the default of the property
-  EndUndo();
 }
 
 }  // namespace vblur

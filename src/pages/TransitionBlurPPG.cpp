@@ -62,12 +62,11 @@ HRESULT TransitionBlurPPG::OnInitDialog() {
 }
 
 void TransitionBlurPPG::Reset() {
-  BeginUndo();
+  const UndoBracket bracket(*this);
   SetDefault(blur_, Rows::kBlur);
   SetDefault(aspect_, Rows::kAspect);
   SetDefault(channels_, Rows::kChannels);
   SetDefault(method_, Rows::kMethod);
-  EndUndo();
 }
 
 }  // namespace vblur

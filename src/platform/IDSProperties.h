@@ -20,7 +20,8 @@ class IDSPropertyNotify {
  public:
   virtual ~IDSPropertyNotify() = default;
 
-  // `value` is what the change has stored, of the property's type; null for GUID_ALL_PROPERTIES and for curves.
+  // `value` is the property's value at all times, as stored; null for GUID_ALL_PROPERTIES, and for a property that has
+  // or had a curve.
   virtual void OnPropertyChanged(const GUID& property, const DSVariant* value, std::uint32_t flags) = 0;
 };
 

@@ -131,7 +131,7 @@ TEST_F(PageProgram, PlaysAScriptAndSavesTheJob) {
 
 TEST_F(PageProgram, TheJobsOwnPropertiesAreNoStep) {
   folder_.Write("a.page", "undo\n");
-  ExpectRefusal({"page", "job.json", "--script", "a.page"}, 2, "a.page:1: there is nothing to undo");
+  ExpectRefusal({"page", "job.json", "--script", "a.page"}, 2, "a.page:1: expected a step to undo, there is none");
 }
 
 TEST_F(PageProgram, PrintsWhereTheScriptSaysAndAtTheEnd) {
@@ -160,14 +160,20 @@ TEST_F(PageProgram, RefusesWrongScripts) {
          "expected show, set, scrub, choose, tick, untick, pick, press, time, undo, redo or print, found \"jump\"");
   refuse("set Blur", "expected \"set CONTROL NUMBER\", found \"set Blur\"");
   refuse("set Blurr 3", "expected a control of the page FullBlurPPG, found \"Blurr\"; did you mean \"Blur\"?");
-  refuse("set Blend 3", "\"Blend\" takes no input: it is disabled");
+  refuse("set Blend 3", "\"Blend\" takes no input, expected a control that is enabled");
   refuse("set Blur 1,5", "Blur: expected a decimal point and no commas, found \"1,5\"");
   refuse("choose Method Shapren",
          "Method: expected one of Blur, Sharpen, or a whole number from 0 to 1, found \"Shapren\"");
   refuse("tick Blur", "expected a check box, \"Blur\" is a number");
-  refuse("pick 1,2,3", "the page FullBlurPPG has no colour chip");
+  refuse("pick 1,2,3", "expected a page with a colour chip, FullBlurPPG has none");
   refuse("show transition", "expected one of the pages FullBlurPPG, crop, HelpPPG, found \"transition\"");
-  refuse("redo", "there is nothing to redo");
+  refuse("redo", "expected a step to redo, there is none");
+  // Half a megabyte of words takes no time.
+  std::string words = "set";
+  for (int i = 0; i < 100'000; ++i)
+    words += " Blur";
+  folder_.Write("a.page", words + "\n");
+  EXPECT_EQ(Run({"page", "job.json", "--script", "a.page"}).exit, 2);
   ExpectRefusal({"page", "job.json", "--script", "none.page"}, 3,
                 "none.page: cannot read the page script: No such file or directory");
 }
@@ -182,6 +188,9 @@ TEST_F(PageProgram, ReplacesNothingThatItReads) {
   };
   refuse("job.json", {"--overwrite"}, 2, "--save-job: expected another name, \"job.json\" is read by this run");
   refuse("./a.page", {"--overwrite"}, 2, "--save-job: expected another name, \"./a.page\" is read by this run");
+  refuse("none.png", {"--overwrite"}, 2, "--save-job: expected another name, \"none.png\" is read by this run");
+  refuse("out/none.png", {"--overwrite"}, 2,
+         "--save-job: expected another name, \"out/none.png\" is written by this run already");
   refuse("old.json", {}, 4, "old.json: cannot write: the file exists already; give --overwrite to replace it");
   refuse("none/after.json", {}, 4, "none/after.json: cannot write: the folder none does not exist");
   refuse("-", {}, 2, "--save-job: expected the name of a file, found -");
@@ -200,7 +209,7 @@ TEST_F(PageProgram, ReadsJobOrScriptFromTheStandardInput) {
   folder_.Write("a.page", "show crop\nundo\n");
   const ProcessResult wrong = from("a.page", "job.json --script -");
   EXPECT_EQ(wrong.exit, 2);
-  EXPECT_EQ(wrong.err, "vblur: standard input:2: there is nothing to undo\n");
+  EXPECT_EQ(wrong.err, "vblur: standard input:2: expected a step to undo, there is none\n");
   const ProcessResult both = from("job.json", "- --script -");
   EXPECT_EQ(both.exit, 2);
   EXPECT_EQ(both.err, "vblur: --script: the standard input is the job file, expected a file\n");
@@ -315,7 +324,7 @@ TEST_F(PageProgramView, RefusesWrongPageVerbsAndPrintsNothing) {
                   "a.pen:3: " + line);
   };
   refuse("show transition", "expected one of the pages FullBlurPPG, crop, HelpPPG, found \"transition\"");
-  refuse("undo", "there is nothing to undo");
+  refuse("undo", "expected a step to undo, there is none");
   refuse("press Rest", "expected a control of the page FullBlurPPG, found \"Rest\"; did you mean \"Reset\"?");
   refuse("undo it", "expected \"undo\", found \"undo it\"");
   refuse("jump", "expected move, down, up, time, set, snap or an event of a property page, found \"jump\"");

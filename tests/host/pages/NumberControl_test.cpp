@@ -49,6 +49,26 @@ TEST(NumberControl, StartsNearZero) {
   EXPECT_EQ(first(";class=dsnewnumberctrl;min=-9;max=-0"), "0");
 }
 
+TEST(NumberControl, TypingTheValueOfACurveTellsThePage) {
+  Number number("Blur;class=dsnewnumberctrl;min=0;max=720", 40.0);
+  EXPECT_EQ(number.control.Type("40"), std::nullopt);
+  EXPECT_EQ(number.page.Taken(), Messages{});
+  number.control.SetAnimationMark(DSAnimationMark::Animated);
+  EXPECT_EQ(number.control.Type("40"), std::nullopt);
+  EXPECT_EQ(number.page.Taken().size(), 1u) << "so that a key is set";
+  number.control.SetAnimationMark(DSAnimationMark::Key);
+  EXPECT_EQ(number.control.Type("40"), std::nullopt);
+  EXPECT_EQ(number.page.Taken(), Messages{}) << "the key is there";
+}
+
+TEST(NumberControl, AScrubOfNoStepsChangesNothing) {
+  Number number("Blur;class=dsnewnumberctrl;min=0;max=720", 12.123456789012345);
+  number.control.BeginScrub();
+  EXPECT_TRUE(number.control.Scrub(0));
+  number.control.EndScrub();
+  EXPECT_EQ(number.Value(), 12.123456789012345);
+}
+
 TEST(NumberControl, IsFoundAsANumberControlByItsWindow) {
   Number number;
   const auto found = NumberOf(&number.control);

@@ -127,7 +127,7 @@ TEST_F(PagePlayerOfAnEffect, RefusesControlsThatThePageLacks) {
   EXPECT_EQ(Refusal("set \"Crop Left\" 3"), all + "\"Crop Left\"");
   EXPECT_EQ(Refusal("press \"Online Help\""), all + "\"Online Help\"");
   EXPECT_EQ(Refusal("press \"10\""), all + "\"10\"") << "what a number shows is no name";
-  EXPECT_EQ(Refusal("pick 1,2,3"), "the page FullBlurPPG has no colour chip");
+  EXPECT_EQ(Refusal("pick 1,2,3"), "expected a page with a colour chip, FullBlurPPG has none");
   user.Do("show HelpPPG");
   EXPECT_EQ(Refusal("set Blur 3"), "expected one of the controls Hide Overlay Controls, Online Help, found \"Blur\"");
 }
@@ -146,8 +146,8 @@ TEST_F(PagePlayerOfAnEffect, RefusesControlsOfAnotherKind) {
 
 TEST_F(PagePlayerOfAnEffect, RefusesWhatIsDisabled) {
   user.Do("show FullBlurPPG");
-  EXPECT_EQ(Refusal("set Blend 3"), "\"Blend\" takes no input: it is disabled");
-  EXPECT_EQ(Refusal("scrub effect-gain 3"), "\"Effect Gain\" takes no input: it is disabled");
+  EXPECT_EQ(Refusal("set Blend 3"), "\"Blend\" takes no input, expected a control that is enabled");
+  EXPECT_EQ(Refusal("scrub effect-gain 3"), "\"Effect Gain\" takes no input, expected a control that is enabled");
 }
 
 TEST_F(PagePlayerOfAnEffect, RefusesTextsThatAreNoNumber) {
@@ -163,12 +163,12 @@ TEST_F(PagePlayerOfAnEffect, RefusesTextsThatAreNoNumber) {
 }
 
 TEST_F(PagePlayerOfAnEffect, SaysWhenThereIsNothingToUndo) {
-  EXPECT_EQ(Refusal("undo"), "there is nothing to undo");
-  EXPECT_EQ(Refusal("redo"), "there is nothing to redo");
+  EXPECT_EQ(Refusal("undo"), "expected a step to undo, there is none");
+  EXPECT_EQ(Refusal("redo"), "expected a step to redo, there is none");
   user.Do("show FullBlurPPG\nset Blur 3");
-  EXPECT_EQ(Refusal("redo"), "there is nothing to redo");
+  EXPECT_EQ(Refusal("redo"), "expected a step to redo, there is none");
   user.Do("undo");
-  EXPECT_EQ(Refusal("undo"), "there is nothing to undo");
+  EXPECT_EQ(Refusal("undo"), "expected a step to undo, there is none");
 }
 
 }  // namespace

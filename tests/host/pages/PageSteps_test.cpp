@@ -186,7 +186,7 @@ TEST(PageSteps, NothingIsUndoneWhileANumberIsScrubbed) {
   EXPECT_FALSE(user.History().Undo());
   EXPECT_FALSE(user.History().Redo());
   EXPECT_FALSE(user.History().CanUndo());
-  EXPECT_EQ(UsageFailureOf([&] { user.Do("undo"); }), "story.page:1: there is nothing to undo before the pen is up");
+  EXPECT_EQ(UsageFailureOf([&] { user.Do("undo"); }), "story.page:1: expected the pen to be up before undo");
   EXPECT_EQ(user.Held(), held);
   EXPECT_EQ(user.ValueAt("Aspect"), 7.0) << "the frame follows";
   aspect.Scrub(-2);

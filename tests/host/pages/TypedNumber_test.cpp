@@ -106,6 +106,12 @@ TEST(TypedNumber, RefusesHostileTexts) {
   EXPECT_EQ(TypedFailure("1\n\xFF").find('\n'), std::string::npos);
 }
 
+TEST(TypedNumber, KeepsEveryBitOfWhatItDoesNotChange) {
+  constexpr double kFine = 12.123456789012345;
+  for (const char* text : {"+=0", "-= 0", "*1", "/ 1", "*=100%"})
+    EXPECT_EQ(ReadTypedNumber(text, kFine, {0.0, 720.0}), kFine) << text;
+}
+
 TEST(TypedNumber, LosesTheDustOfSteps) {
   EXPECT_EQ(WithoutDust(0.1 + 0.2), 0.3);
   EXPECT_EQ(WithoutDust(-1e-17), 0.0);

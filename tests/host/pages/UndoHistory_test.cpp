@@ -197,6 +197,28 @@ TEST_F(UndoHistoryOfAnEffect, RedosLiveUntilSomethingNewIsRecorded) {
   EXPECT_EQ(Get(Aspect), 0.0);
 }
 
+TEST_F(UndoHistoryOfAnEffect, ForgetsItsOldestStepsBeforeItHoldsTooMuch) {
+  DSCurve curve;
+  for (std::size_t i = 0; i < UndoHistory::kMostKeys / 8; ++i)
+    curve.keys.push_back({static_cast<double>(i), 0.0});
+  Put(Aspect, 5.0);
+  PutCurve(Blur, curve);  // keys after
+  for (int i = 1; i <= 4; ++i) {
+    curve.keys.front().value = i;
+    PutCurve(Blur, curve);  // before and after: twice as many
+  }
+  // 1 and 4 times 2 eighths are one too many.
+  EXPECT_EQ(Depths(), Are(4, 0)) << "without that of Aspect, which goes first, and the curve's first";
+  for (int i = 0; i < 4; ++i)
+    EXPECT_TRUE(history.Undo());
+  EXPECT_FALSE(history.Undo());
+  EXPECT_EQ(CurveOf(Blur)->keys.front().value, 0.0);
+  EXPECT_EQ(Get(Aspect), 5.0);
+  for (int i = 0; i < 4; ++i)
+    EXPECT_TRUE(history.Redo());
+  EXPECT_EQ(CurveOf(Blur)->keys.front().value, 4.0);
+}
+
 TEST_F(UndoHistoryOfAnEffect, DefaultsAreOneStep) {
   for (const Property& property : kProperties)
     Put(property.id, property.defaultValue == 0.0 ? 1.0 : 0.0);

@@ -72,8 +72,10 @@ TEST(PenScript, TakesWhatAUserDoesWithAPage) {
   EXPECT_EQ(events[0].page.place, "drag.pen:1");
   EXPECT_EQ(events[1].page.kind, PageEvent::Kind::Undo);
   EXPECT_EQ(events[2].page.name, "crop");
-  EXPECT_EQ(events[3].kind, Kind::Set) << "the property, as everywhere in a pen script";
-  EXPECT_EQ(events[3].property, PropertyNamed("Crop Left").guid);
+  EXPECT_EQ(events[3].kind, Kind::Page) << "a name in quotes is a control's";
+  EXPECT_EQ(events[3].page.kind, PageEvent::Kind::Set);
+  EXPECT_EQ(events[3].page.name, "Crop Left");
+  EXPECT_EQ(events[3].page.text, "5");
   EXPECT_EQ(events[4].page.colour, (std::array<std::int32_t, 3>{1, 2, 3}));
 }
 

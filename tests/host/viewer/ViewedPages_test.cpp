@@ -98,6 +98,24 @@ TEST_F(ViewedPages, ADragOfTheRingIsOneStepThatPageAndRingFollow) {
   EXPECT_TRUE(SeesRing(50));
 }
 
+TEST_F(ViewedPages, RingAndChipShowTheCurveAfterAnUndo) {
+  const Curve grows{{{0.0, 10.0}, {10.0, 70.0}}, Interpolation::Linear};
+  job.properties.Set(PropertyNamed("Blur").guid, grows);
+  job.properties.Set(PropertyNamed("Crop Colour R").guid, grows);
+  Open("FullBlurPPG");
+  Do("time 5\nset Blur 20\nset Crop Colour R 100\nundo\nundo");
+  EXPECT_EQ(Now("Blur", 5.0), 40.0);
+  EXPECT_TRUE(SeesRing(40)) << "not the plain value behind the curve";
+  session->OpenPage("crop", false);
+  const auto chip = [&] {
+    const auto& item = session->Pages().Front()->dialog->Item(5006);
+    return dynamic_cast<const ColourChipControl&>(*item).Colour()[0];
+  };
+  EXPECT_EQ(chip(), 102);
+  Do("set Crop Colour R 100\nundo");
+  EXPECT_EQ(chip(), 102);
+}
+
 TEST_F(ViewedPages, NothingIsUndoneDuringADrag) {
   Open("FullBlurPPG");
   Do("set Aspect 1\nset Aspect 2\nundo");
@@ -107,10 +125,8 @@ TEST_F(ViewedPages, NothingIsUndoneDuringADrag) {
   EXPECT_FALSE(History().CanUndo());
   EXPECT_FALSE(History().Undo());
   EXPECT_FALSE(History().Redo());
-  EXPECT_EQ(UsageFailureOf([&] { session->Apply(events[3]); }),
-            "story.pen:4: there is nothing to undo before the pen is up");
-  EXPECT_EQ(UsageFailureOf([&] { session->Apply(events[4]); }),
-            "story.pen:5: there is nothing to redo before the pen is up");
+  EXPECT_EQ(UsageFailureOf([&] { session->Apply(events[3]); }), "story.pen:4: expected the pen to be up before undo");
+  EXPECT_EQ(UsageFailureOf([&] { session->Apply(events[4]); }), "story.pen:5: expected the pen to be up before redo");
   EXPECT_EQ(Now("Aspect"), 1.0);
   session->Apply(events[5]);
   EXPECT_EQ(Now("Blur"), 40.0);

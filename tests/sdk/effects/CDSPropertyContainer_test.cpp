@@ -233,6 +233,19 @@ TEST(CDSPropertyContainer, NotifiesOfValuesAtATime) {
   EXPECT_EQ(listener.lastValue, -1.0) << "a key";
 }
 
+TEST(CDSPropertyContainer, NotifiesOfAPlainValueBehindACurveWithoutIt) {
+  Container container;
+  Listener listener;
+  container.PutCurve(kSize, {{{0.0, 3.0}}, {}});
+  container.Advise(&listener);
+  EXPECT_EQ(container.PutValue(kSize, DSVariant::Of(8.0)), kOk);
+  EXPECT_EQ(listener.changes, (std::vector{kSize}));
+  EXPECT_EQ(listener.lastValue, -1.0) << "the property is 3 at all times";
+  container.RemoveCurve(kSize);
+  container.PutValue(kSize, DSVariant::Of(9.0));
+  EXPECT_EQ(listener.lastValue, 9.0);
+}
+
 TEST(CDSPropertyContainer, NotifiesOfTheValueAsItIsStored) {
   Container container;
   Listener listener;
