@@ -83,6 +83,7 @@ HRESULT CDSBasePropertyPage::SetObjects(std::int32_t count, IUnknown* const* obj
   if (listens) properties_->Unadvise(listener_.get());
   // The new ones first: they may be those that the page has kept alone.
   std::vector<ComPtr<IUnknown>> given;
+  given.reserve(static_cast<std::size_t>(count));
   for (std::int32_t i = 0; i < count; ++i)
     given.emplace_back(objects[i]);
   objects_ = std::move(given);

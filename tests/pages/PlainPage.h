@@ -58,6 +58,7 @@ class PlainPage : public HvDsPPG {
   explicit PlainPage(const char* name = "plain") : HvDsPPG(plain_page::kDialog, 1, name) {
     module = &plain_page::kModule;
   }
+  ~PlainPage() override { DisconnectEffect(); }
 
   CDSPPGControlMap* GetControlMap() override {
     using namespace plain_page;

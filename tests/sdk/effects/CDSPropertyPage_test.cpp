@@ -353,6 +353,7 @@ TEST_F(CDSPropertyPageTest, ReadsAndWritesNothingWithoutAnObject) {
   EXPECT_EQ(page->SetObjects(1, &unknown), kOk);
   EXPECT_EQ(page->GetPlainProperty(EditedObject::kWeight, &value, nullptr), kFailed);
   EXPECT_EQ(page->Activate(), kOk);
+  page->SetObjects(0, nullptr);
 }
 
 TEST_F(CDSPropertyPageTest, WritesAsAStepOrIntoTheOpenBracket) {
