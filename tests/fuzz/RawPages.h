@@ -38,7 +38,7 @@ class RawPages {
   int Roll(int below) { return random_.within(0, below - 1); }
   bool Chance(int in) { return random_.oneIn(in); }
 
-  void MakeOrRelease(ComPtr<IDSPropertyPage>& page);
+  void MakeOrRelease(ComPtr<IDSPropertyPage>& place);
   void SetObjects(IDSPropertyPage& page, Blur* effect, IUnknown* stranger);
   void SetSite(IDSPropertyPage& page);
   void Send(IDSPropertyPage& page);
