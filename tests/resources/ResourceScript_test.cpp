@@ -120,7 +120,8 @@ TEST(ResourceScript, NamesPicturesOfTheModulesPixels) {
       const std::size_t x = i % width;
       const std::size_t y = i / width;
       const std::uint8_t* const pixel = &bitmap.pixels[4 * i];
-      const std::uint32_t expected = pixel[2] | pixel[1] << 8 | pixel[0] << 16 | std::uint32_t{pixel[3]} << 24;
+      const auto byte = [&](std::size_t component) { return std::uint32_t{pixel[component]}; };
+      const std::uint32_t expected = byte(2) | byte(1) << 8 | byte(0) << 16 | byte(3) << 24;
       ASSERT_EQ(Bytes(file, 54 + 4 * ((height - 1 - y) * width + x), 4), expected)
           << bitmap.id << ": " << x << ' ' << y;
     }
