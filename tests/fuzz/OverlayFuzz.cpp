@@ -7,6 +7,7 @@
 #include "properties/ClassIds.h"
 #include "properties/PageNames.h"
 #include "properties/PropertyTable.h"
+#include "tests/fuzz/WeightedChoice.h"
 
 namespace vblur::test {
 namespace {
@@ -107,20 +108,9 @@ void OverlayFuzz::Step() {
       Action{"widgets changed", 8, &OverlayFuzz::MoveWidget},
       Action{"actions on property pages", 300, &OverlayFuzz::UsePages},
   };
-  static constexpr int kWeights = [] {
-    int sum = 0;
-    for (const Action& action : kActions)
-      sum += action.weight;
-    return sum;
-  }();
-  int left = Roll(kWeights);
-  for (const Action& action : kActions) {
-    left -= action.weight;
-    if (left >= 0) continue;
-    (this->*action.act)();
-    ++counts_[action.name];
-    return;
-  }
+  const Action& action = ChooseWeighted(kActions, random_);
+  (this->*action.act)();
+  ++counts_[action.name];
 }
 
 HvPoint OverlayFuzz::Place() {

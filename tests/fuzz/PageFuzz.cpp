@@ -13,6 +13,7 @@
 #include "properties/PageNames.h"
 #include "properties/PropertyTable.h"
 #include "tests/fuzz/OddNumber.h"
+#include "tests/fuzz/WeightedChoice.h"
 
 namespace vblur::test {
 
@@ -112,22 +113,11 @@ const char* PageFuzz::Step() {
       Action{"observers moved", 24, &PageFuzz::MoveObserver},
       Action{"calls of raw pages", 60, &PageFuzz::CallRawPage},
   };
-  static constexpr int kWeights = [] {
-    int sum = 0;
-    for (const Action& action : kActions)
-      sum += action.weight;
-    return sum;
-  }();
-  int left = Roll(kWeights);
-  for (const Action& action : kActions) {
-    left -= action.weight;
-    if (left >= 0) continue;
-    const bool isAllowed = action.within == Within::Anything || (observing_ == 0 && listening_ == 0) ||
-                           (action.within == Within::Listeners && observing_ == 0);
-    if (isAllowed) (this->*action.act)();
-    return action.name;
-  }
-  return "";
+  const Action& action = ChooseWeighted(kActions, random_);
+  const bool isAllowed = action.within == Within::Anything || (observing_ == 0 && listening_ == 0) ||
+                         (action.within == Within::Listeners && observing_ == 0);
+  if (isAllowed) (this->*action.act)();
+  return action.name;
 }
 
 double PageFuzz::Number() {
