@@ -15,6 +15,13 @@ function(vblur_module)
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
 
+  # Sources of one platform.
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
+
   set(kind STATIC)
   if(module_OBJECT)
     set(kind OBJECT)
@@ -44,6 +51,13 @@ function(vblur_module)
   vblur_check_includes(${target} MAY_INCLUDE ${module_MAY_INCLUDE})
   vblur_headers_alone(${target} HEADERS ${headers} LINK ${module_LINK})
 
+  # The system's header replaces names of the others in a unit.
+  set(systems ${sources})
+  list(FILTER systems INCLUDE REGEX "_windows\\.cpp$")
+  if(systems)
+    set_source_files_properties(${systems} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
+
   # A vector source includes itself once for each instruction set, which it cannot do beside other sources.
   set(simd ${sources})
   list(FILTER simd INCLUDE REGEX "_simd\\.cpp$")
@@ -70,12 +84,20 @@ function(vblur_shared_library target kind)
   if(NOT EXISTS "${exports}")
     message(FATAL_ERROR "${target}: expected ${exports}, the list of what it exports")
   endif()
-  target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
+  if(WIN32)
+    vblur_export_functions(${target} "${exports}")
+    set_target_properties(${target} PROPERTIES PREFIX "")
+  else()
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
+  endif()
   set_target_properties(${target} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
     RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
     INSTALL_RPATH "$ORIGIN"
     LINK_DEPENDS "${exports}")
+  if(WIN32)
+    return()
+  endif()
   if(kind STREQUAL "SHARED")
     set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
   else()
@@ -83,6 +105,23 @@ function(vblur_shared_library target kind)
     # Missing symbols fail the load, not the first call.
     target_link_options(${target} PRIVATE LINKER:-z,now)
   endif()
+endfunction()
+
+# On Windows a library exports the C functions that its exports.map names, or all that it defines if it names classes.
+function(vblur_export_functions target exports)
+  file(READ "${exports}" text)
+  if(text MATCHES "extern \"C\\+\\+\"")
+    # Those of the compiler's libraries stay inside.
+    target_link_options(${target} PRIVATE LINKER:--export-all-symbols LINKER:--exclude-libs,ALL)
+    return()
+  endif()
+  string(REPLACE ";" "," text "${text}")
+  string(REGEX MATCHALL "[A-Za-z_]+," names "${text}")
+  list(JOIN names "\n" names)
+  string(REPLACE "," "" names "${names}")
+  set(definition "${CMAKE_CURRENT_BINARY_DIR}/${target}.def")
+  file(CONFIGURE OUTPUT "${definition}" CONTENT "EXPORTS\n${names}\n" @ONLY)
+  target_sources(${target} PRIVATE "${definition}")
 endfunction()
 
 function(vblur_warnings target)

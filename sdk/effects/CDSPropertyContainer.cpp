@@ -57,7 +57,7 @@ HRESULT CDSPropertyContainer::GetDescription(char16_t*, std::int32_t) {
   return kFailed;
 }
 
-HRESULT CDSPropertyContainer::GetPicture(const ModuleBitmap**) {
+HRESULT CDSPropertyContainer::GetPicture(HBITMAP*) {
   return kFailed;
 }
 

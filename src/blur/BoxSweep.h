@@ -8,8 +8,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
+#include <new>
 
 #include "blur/BoxConstants.h"
 #include "image/HvMemory.h"
@@ -83,7 +83,7 @@ class BoxSweep {
 
  private:
   struct Free {
-    void operator()(std::byte* memory) const { std::free(memory); }
+    void operator()(std::byte* memory) const { ::operator delete (memory, std::align_val_t{kSweepUnit}); }
   };
   template <class C>
   bool copied(const SweepRows& rows, const C* const* in, C* const* out) const;

@@ -258,7 +258,8 @@ std::size_t ringBytes(const BoxConstants& box, std::size_t rowBytes, std::size_t
 BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes)
     : box_(box),
       note_(ringBytes(box, rowBytes, componentBytes)),
-      rings_(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, ringBytes(box, rowBytes, componentBytes)))) {
+      rings_(static_cast<std::byte*>(
+          ::operator new (ringBytes(box, rowBytes, componentBytes), std::align_val_t{kSweepUnit}, std::nothrow))) {
   state_.rings = rings_.get();
   state_.rowBytes = rowBytes;
   state_.taps = taps(box);

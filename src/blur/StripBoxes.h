@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -29,7 +28,7 @@ class StripRows {
       : phase_(phase),
         note_(static_cast<std::size_t>(ring) * rowBytes + static_cast<std::size_t>(count) * sizeof(Component*)) {
     const std::size_t bytes = static_cast<std::size_t>(ring) * rowBytes;
-    memory_.reset(static_cast<std::byte*>(std::aligned_alloc(kSweepUnit, bytes)));
+    memory_.reset(static_cast<std::byte*>(::operator new (bytes, std::align_val_t{kSweepUnit}, std::nothrow)));
     // Lanes beyond the last line are filtered too.
     if (memory_ != nullptr) std::memset(memory_.get(), 0, bytes);
     if (memory_ != nullptr) table_.reset(new (std::nothrow) Component*[static_cast<std::size_t>(count) + 1]);
@@ -48,7 +47,7 @@ class StripRows {
 
  private:
   struct Free {
-    void operator()(std::byte* memory) const { std::free(memory); }
+    void operator()(std::byte* memory) const { ::operator delete (memory, std::align_val_t{kSweepUnit}); }
   };
   std::int64_t phase_;
   HvMemoryNote note_;

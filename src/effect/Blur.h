@@ -40,7 +40,7 @@ class Blur : public HvDsEffect, public CDSImageMIEffect, public IVBlurFacts, pub
 
   HRESULT GetName(char16_t* buffer, std::int32_t capacity) override;
   HRESULT GetDescription(char16_t* buffer, std::int32_t capacity) override;
-  HRESULT GetPicture(const ModuleBitmap** picture) override;
+  HRESULT GetPicture(HBITMAP* picture) override;
   HRESULT GetStaticPropertyCount(std::int32_t* count) override;
   HRESULT GetStaticPropertiesMap(const CDSPropertiesMap** map) override;
   HRESULT GetClassID(GUID* clsid) override;

@@ -91,7 +91,7 @@ HRESULT Blur::GetDescription(char16_t* buffer, std::int32_t capacity) {
   return LoadText(resources::strings::kDescription, buffer, capacity);
 }
 
-HRESULT Blur::GetPicture(const ModuleBitmap** picture) {
+HRESULT Blur::GetPicture(HBITMAP* picture) {
   if (picture == nullptr) return kNullPointer;
   *picture = LoadBitmapW(module, resources::bitmaps::kEffect);
   return *picture == nullptr ? kFailed : kOk;

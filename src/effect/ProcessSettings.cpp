@@ -36,4 +36,8 @@ const char* ProcessSettings::GetCpuLevel() {
   return found == all.end() ? "native" : found->c_str();
 }
 
+void StopRenderThreads() {
+  HvStopThreads();
+}
+
 }  // namespace vblur

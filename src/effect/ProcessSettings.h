@@ -16,4 +16,7 @@ class ProcessSettings : public IVBlurProcess {
   ~ProcessSettings() = default;
 };
 
+// Ends the threads that renders have left waiting; the next render starts new ones. For a server that may be unloaded.
+void StopRenderThreads();
+
 }  // namespace vblur

@@ -5,7 +5,9 @@
 #include <new>
 #include <vector>
 
+#if __has_include(<sys/mman.h>)
 #include <sys/mman.h>
+#endif
 
 #include "image/HvMemory.h"
 

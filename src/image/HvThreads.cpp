@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
+#include <cstddef>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <vector>
 
 #include "image/HvMemory.h"
+#include "image/HvProcessors.h"
 
 namespace vblur {
 namespace {
@@ -40,7 +43,13 @@ void enter(const HvCallBlock& block) {
 // busy_.
 class Pool {
  public:
-  ~Pool() { stopWorkers(); }
+#ifndef _WIN32
+  // On Windows a library ends while the system's loader waits, and a thread cannot end before the loader goes on: there
+  // the threads keep their library until stop, and a process ends without them.
+  ~Pool() {
+    stopWorkers();
+  }
+#endif
 
   std::int32_t count() {
     const std::int32_t known = count_.load(std::memory_order_acquire);
@@ -51,6 +60,11 @@ class Pool {
     const std::lock_guard lock(runMutex_);
     stopWorkers();
     count_.store(std::max(count, 0), std::memory_order_release);
+  }
+
+  void stop() {
+    const std::lock_guard lock(runMutex_);
+    stopWorkers();
   }
 
   void run(const HvCallBlock& block) {
@@ -78,7 +92,7 @@ class Pool {
 
  private:
   static std::int32_t reported() {
-    static const auto processors = static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
+    static const std::int32_t processors = HvProcessorCount();
     return processors;
   }
 
@@ -100,10 +114,16 @@ class Pool {
   }
 
   void startWorkers(std::int32_t count) {
+    if (static_cast<std::int32_t>(workers_.size()) >= count) return;
+    hold_.Take();
+    const std::int32_t group = HvCurrentGroup();
     try {
       while (static_cast<std::int32_t>(workers_.size()) < count) {
         const auto index = static_cast<std::int32_t>(workers_.size()) + 1;
-        workers_.emplace_back([this, index, seen = generation_.load(std::memory_order_relaxed)] { work(index, seen); });
+        workers_.emplace_back([this, index, group, seen = generation_.load(std::memory_order_relaxed)] {
+          HvPlaceThread(index, group);
+          work(index, seen);
+        });
       }
     } catch (const std::system_error&) {
       // The system has no more threads: run with the existing ones.
@@ -116,7 +136,8 @@ class Pool {
     generation_.notify_all();
     for (std::thread& worker : workers_)
       worker.join();
-    workers_.clear();
+    std::vector<std::thread>().swap(workers_);
+    hold_.Release();
     stopping_.store(false, std::memory_order_relaxed);
   }
 
@@ -142,10 +163,16 @@ class Pool {
   const HvCallBlock* block_ = nullptr;
   HvMemoryAccount* account_ = nullptr;
   std::vector<std::thread> workers_;
+  HvLibraryHold hold_;
 };
 
 Pool& pool() {
+#ifdef _WIN32
+  alignas(Pool) static std::byte storage[sizeof(Pool)];
+  static Pool& instance = *::new (static_cast<void*>(storage)) Pool;
+#else
   static Pool instance;
+#endif
   return instance;
 }
 
@@ -173,6 +200,10 @@ std::int32_t HvThreadIndex() {
 
 void HvSetThreadCount(std::int32_t count) {
   pool().setCount(count);
+}
+
+void HvStopThreads() {
+  pool().stop();
 }
 
 }  // namespace vblur

@@ -36,4 +36,7 @@ std::int32_t HvThreadIndex();
 // progress.
 void HvSetThreadCount(std::int32_t count);
 
+// Ends the pool's threads; the next run starts new ones. Waits for a run in progress. Before a library is unloaded.
+void HvStopThreads();
+
 }  // namespace vblur

@@ -37,7 +37,7 @@ class CDSPropertyContainer : public CDSBasePropertyContainer {
  public:
   HRESULT GetName(char16_t* buffer, std::int32_t capacity) override;
   HRESULT GetDescription(char16_t* buffer, std::int32_t capacity) override;
-  HRESULT GetPicture(const ModuleBitmap** picture) override;
+  HRESULT GetPicture(HBITMAP* picture) override;
 
   HRESULT GetValue(const GUID& property, DSVariant* value) override;
   HRESULT PutValue(const GUID& property, const DSVariant& value) override;

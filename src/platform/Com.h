@@ -43,6 +43,12 @@ class IClassFactory : public IUnknown {
   ~IClassFactory() = default;
 };
 
+#ifdef _WIN32
+// How an object may be called from other apartments: the system's, which alone calls its operations.
+struct IMarshal {
+  static constexpr GUID kIid = MakeGuid("{00000003-0000-0000-C000-000000000046}");
+};
+#else
 // How an object may be called from other threads. Off Windows there are no apartments: any thread calls directly.
 class IMarshal : public IUnknown {
  public:
@@ -54,12 +60,13 @@ class IMarshal : public IUnknown {
  protected:
   ~IMarshal() = default;
 };
+#endif
 
 // Makes a marshaler that is owned by `outer` and does not keep it alive.
 HRESULT CoCreateFreeThreadedMarshaler(IUnknown* outer, IUnknown** marshaler);
 
-// Creates an object of a class that a loaded server offers; kNoSuchClass if none does. `context` is
-// CLSCTX_INPROC_SERVER.
+// Creates an object of a class that a loaded server offers, or on Windows a registered one; kNoSuchClass if none does.
+// `context` is CLSCTX_INPROC_SERVER.
 inline constexpr std::uint32_t CLSCTX_INPROC_SERVER = 1;
 HRESULT CoCreateInstance(const GUID& clsid, IUnknown* outer, std::uint32_t context, const GUID& iid, void** result);
 

@@ -1,13 +1,24 @@
-// Display lists of a font's characters, under their Windows names. Elsewhere sdk/viewer makes them.
+// Display lists of a font's characters, under their Windows names. On Windows the system makes them, elsewhere
+// sdk/viewer.
 #pragma once
 
 #include <cstdint>
 
+#ifdef _WIN32
+struct HDC__;  // the system's
+struct HFONT__;
+#endif
+
 namespace vblur {
 
+#ifdef _WIN32
+using HDC = ::HDC__*;
+using HFONT = ::HFONT__*;
+#else
 // What the thread's OpenGL context paints on.
 using HDC = void*;
 using HFONT = struct OverlayFont*;
+#endif
 
 // Null when no OpenGL context is current.
 HDC wglGetCurrentDC();

@@ -34,7 +34,7 @@ class IDSProperties : public IUnknown {
   // Zero-terminated texts of at most `capacity` characters; kFailed when the module lacks them.
   virtual HRESULT GetName(char16_t* buffer, std::int32_t capacity) = 0;
   virtual HRESULT GetDescription(char16_t* buffer, std::int32_t capacity) = 0;
-  virtual HRESULT GetPicture(const ModuleBitmap** picture) = 0;
+  virtual HRESULT GetPicture(HBITMAP* picture) = 0;
 
   // The number of properties in the map, without its parents.
   virtual HRESULT GetStaticPropertyCount(std::int32_t* count) = 0;

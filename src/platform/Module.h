@@ -1,11 +1,17 @@
-// A library's module handle, and the texts, bitmaps and dialogs loaded from it by number. Off Windows a module lists
-// its resources in this record, and sdk/effects loads them.
+// A library's module handle, and the texts, bitmaps and dialogs loaded from it by number. On Windows they are the
+// resources of its file, which the build makes from such a record; elsewhere the handle is the record, and sdk/effects
+// loads from it.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+
+#ifdef _WIN32
+struct HINSTANCE__;  // the system's
+struct HBITMAP__;
+#endif
 
 namespace vblur {
 
@@ -63,14 +69,22 @@ struct Module {
   std::span<const ModuleDialog> dialogs{};
 };
 
+#ifdef _WIN32
+using HMODULE = ::HINSTANCE__*;
+using HBITMAP = ::HBITMAP__*;
+#else
 using HMODULE = const Module*;
+using HBITMAP = const ModuleBitmap*;
+#endif
 
 // Copies a zero-terminated text of at most `capacity` characters, cut to fit. Returns its length, 0 if the module lacks
 // it.
 std::int32_t LoadStringW(HMODULE module, std::int32_t id, char16_t* buffer, std::int32_t capacity);
-// Null when the module has no such picture.
-const ModuleBitmap* LoadBitmapW(HMODULE module, std::int32_t id);
+// Null when the module has no such picture. On Windows it is the caller's, for DeleteObject.
+HBITMAP LoadBitmapW(HMODULE module, std::int32_t id);
+#ifndef _WIN32
 // Null when the module has no such dialog.
 const ModuleDialog* FindDialog(HMODULE module, std::int32_t id);
+#endif
 
 }  // namespace vblur

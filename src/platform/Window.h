@@ -1,9 +1,13 @@
-// Windows under the system's names: dialogs, their controls and the viewer's. Off Windows a handle is the object behind
-// it, and sdk/system passes it the calls. User-interface thread only.
+// Windows under the system's names: dialogs, their controls and the viewer's. On Windows sdk/system passes the calls to
+// the system; elsewhere a handle is the object behind it, which gets them. User-interface thread only.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
+
+#ifdef _WIN32
+struct HWND__;  // the system's
+#endif
 
 namespace vblur {
 
@@ -13,6 +17,9 @@ using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;
 using HANDLE = void*;
 
+#ifdef _WIN32
+using HWND = ::HWND__*;
+#else
 // What is behind a window handle. A window has what it overrides.
 class IHostWindow {
  public:
@@ -29,6 +36,7 @@ class IHostWindow {
   virtual HANDLE Prop(std::u16string_view) { return nullptr; }
 };
 using HWND = IHostWindow*;
+#endif
 
 // Messages, with the system's numbers. Texts are zero-terminated and passed as LPARAM.
 inline constexpr UINT WM_SETTEXT = 0x000C;

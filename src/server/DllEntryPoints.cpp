@@ -3,6 +3,7 @@
 #include <array>
 #include <iterator>
 
+#include "effect/ProcessSettings.h"
 #include "platform/Com.h"
 #include "platform/DSFxInfo.h"
 #include "platform/Registration.h"
@@ -26,7 +27,9 @@ constexpr auto kFamilyCount = static_cast<std::int32_t>(kFamilies.size());
 extern "C" {
 
 HRESULT DllCanUnloadNow() {
-  return ServerLocks().load() == 0 ? kOk : kFalse;
+  if (ServerLocks().load() != 0) return kFalse;
+  StopRenderThreads();
+  return kOk;
 }
 
 HRESULT DllGetClassObject(const GUID& clsid, const GUID& iid, void** result) {

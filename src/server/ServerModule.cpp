@@ -33,10 +33,12 @@ IClassFactory* MakePageFactory() {
 
 }  // namespace
 
+#ifndef _WIN32
 HMODULE ServerModule() {
   static const Module module{resources::Strings(), resources::Bitmaps(), resources::Dialogs()};
   return &module;
 }
+#endif
 
 std::atomic<std::int32_t>& ServerLocks() {
   static std::atomic<std::int32_t> locks = 0;

@@ -44,7 +44,7 @@ TEST_F(BlurObjectTexts, HasNameDescriptionAndPicture) {
   EXPECT_EQ(std::u16string(text.data()), u"V_B") << "cut to the buffer";
   EXPECT_EQ(effect->GetDescription(text.data(), 260), kOk);
   EXPECT_EQ(std::u16string(text.data()), u"Halvern's Blur and Sharpen Effect");
-  const ModuleBitmap* picture = nullptr;
+  HBITMAP picture = nullptr;
   EXPECT_EQ(effect->GetPicture(&picture), kOk);
   ASSERT_NE(picture, nullptr);
   EXPECT_EQ(picture->id, 102);
@@ -82,7 +82,7 @@ TEST_F(BlurObjectTexts, HasATextForEveryNameHintAndEntry) {
 TEST(BlurObject, FailsForMissingTextsAndPictures) {
   const auto effect = NewBlur();
   std::array<char16_t, 8> text{};
-  const ModuleBitmap* picture = nullptr;
+  HBITMAP picture = nullptr;
   EXPECT_EQ(effect->GetName(text.data(), 8), kFailed);
   EXPECT_EQ(effect->GetDescription(text.data(), 8), kFailed);
   EXPECT_EQ(effect->GetPicture(&picture), kFailed);

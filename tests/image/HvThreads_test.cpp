@@ -260,5 +260,19 @@ TEST(HvThreads, IndexIsZeroOutsideARun) {
   other.join();
 }
 
+TEST(HvThreads, StoppedThreadsStartAgainWithTheNextRun) {
+  HvSetThreadCount(3);
+  for (int i = 0; i < 3; ++i) {
+    std::atomic<std::int32_t> calls = 0;
+    HvThreadRun(reinterpret_cast<HvThreadFunction>(+[](std::atomic<std::int32_t>* count) { count->fetch_add(1); }), 1,
+                reinterpret_cast<HvWord>(&calls));
+    EXPECT_EQ(calls.load(), 3);
+    HvStopThreads();
+    EXPECT_EQ(HvThreadCount(), 3);
+  }
+  HvStopThreads();
+  HvSetThreadCount(0);
+}
+
 }  // namespace
 }  // namespace vblur::test

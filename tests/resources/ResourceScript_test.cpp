@@ -144,6 +144,17 @@ TEST(ResourceScript, EscapesQuotesBackslashesAndLineFeeds) {
   EXPECT_EQ(dialog.controls.at(0).y, -2);
 }
 
+TEST(ResourceScript, TellsTheVersionInNumbersAndTexts) {
+  constexpr ModuleString kStrings[] = {{1, "Name"}, {2, "A \"blur\""}, {1102, "Owner"}};
+  const std::string text = VersionScript({kStrings, {}, {}}, "1.2.3");
+  EXPECT_NE(text.find("1 VERSIONINFO FILEVERSION 1,2,3,0 PRODUCTVERSION 1,2,3,0\n"), std::string::npos) << text;
+  for (const char* const line : {R"(VALUE "FileDescription", "A ""blur""")", R"(VALUE "FileVersion", "1.2.3")",
+                                 R"(VALUE "InternalName", "Name")", R"(VALUE "LegalCopyright", "Owner")",
+                                 R"(VALUE "OriginalFilename", "Name.dll")", R"(VALUE "ProductName", "Name")",
+                                 R"(VALUE "ProductVersion", "1.2.3")", R"(VALUE "Translation", 0x409, 0x4B0)"})
+    EXPECT_NE(text.find(line), std::string::npos) << line;
+}
+
 cli::ProcessResult RunScript(const std::filesystem::path& folder, std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), VBLUR_RESOURCE_SCRIPT);
   return cli::Process(folder, std::move(arguments)).Wait();
@@ -153,8 +164,9 @@ TEST(ResourceScript, IsWrittenIntoANewFolderOrOverAnOldOne) {
   const host::ScratchFolder scratch;
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(RunScript(scratch.path(), {"new/folder"}).exit, 0);
-    EXPECT_EQ(NamesIn(scratch.path() / "new/folder"), (std::vector<std::string>{"102.bmp", "103.bmp", "V_Blur.rc"}));
-    for (const char* const name : {"102.bmp", "103.bmp", "V_Blur.rc"})
+    EXPECT_EQ(NamesIn(scratch.path() / "new/folder"),
+              (std::vector<std::string>{"102.bmp", "103.bmp", "V_Blur.rc", "Version.rc"}));
+    for (const char* const name : {"102.bmp", "103.bmp", "V_Blur.rc", "Version.rc"})
       EXPECT_EQ(Content(scratch.path() / "new/folder" / name), Content(kFolder / name)) << name;
     scratch.Write("new/folder/V_Blur.rc", "old");
   }

@@ -1,6 +1,9 @@
 #include "tools/resources/ResourceScript.h"
 
+#include <algorithm>
 #include <sstream>
+
+#include "resources/Numbers.h"
 
 namespace vblur {
 namespace {
@@ -67,6 +70,35 @@ std::string ResourceScript(const Module& module) {
   script << '\n';
   for (const ModuleBitmap& bitmap : module.bitmaps)
     script << bitmap.id << " BITMAP " << Quoted(BitmapFileName(bitmap)) << '\n';
+  return script.str();
+}
+
+std::string VersionScript(const Module& module, std::string_view version) {
+  const auto text = [&](std::int32_t id) {
+    const auto found = std::ranges::find(module.strings, id, &ModuleString::id);
+    return found == module.strings.end() ? std::string() : std::string(found->text);
+  };
+  std::string numbers(version);
+  std::ranges::replace(numbers, '.', ',');
+  const std::string name = text(resources::strings::kName);
+  std::ostringstream script;
+  script << "LANGUAGE 9, 1\n";
+  script << "1 VERSIONINFO FILEVERSION " << numbers << ",0 PRODUCTVERSION " << numbers << ",0\n";
+  // An application's library for 32-bit Windows and its successors.
+  script << "FILEFLAGSMASK 0x3F FILEFLAGS 0 FILEOS 0x4 FILETYPE 2 FILESUBTYPE 0\nBEGIN\n";
+  // English texts in Unicode.
+  script << "  BLOCK \"StringFileInfo\"\n  BEGIN\n    BLOCK \"040904B0\"\n    BEGIN\n";
+  const auto value = [&](std::string_view key, std::string_view shown) {
+    script << "      VALUE " << Quoted(key) << ", " << Quoted(shown) << '\n';
+  };
+  value("FileDescription", text(resources::strings::kDescription));
+  value("FileVersion", version);
+  value("InternalName", name);
+  value("LegalCopyright", text(resources::strings::kOwnerLine));
+  value("OriginalFilename", name + ".dll");
+  value("ProductName", name);
+  value("ProductVersion", version);
+  script << "    END\n  END\n  BLOCK \"VarFileInfo\"\n  BEGIN\n    VALUE \"Translation\", 0x409, 0x4B0\n  END\nEND\n";
   return script.str();
 }
 

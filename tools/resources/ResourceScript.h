@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/Module.h"
 
@@ -9,6 +10,9 @@ namespace vblur {
 
 // The script. It names each picture's file, which lies beside it.
 std::string ResourceScript(const Module& module);
+
+// The script of a library's version, "1.2.3", with the module's name, description and owner.
+std::string VersionScript(const Module& module, std::string_view version);
 
 std::string BitmapFileName(const ModuleBitmap& bitmap);
 

@@ -31,7 +31,7 @@ bool WriteParts(const std::vector<OutputFile>& files) {
     stream << file.content;
     stream.close();
     if (!stream) {
-      std::fprintf(stderr, "%s: cannot be written\n", file.path.c_str());
+      std::fprintf(stderr, "%s: cannot be written\n", file.path.string().c_str());
       return false;
     }
   }
@@ -45,7 +45,7 @@ bool Write(const std::vector<OutputFile>& files) {
   for (const OutputFile& file : files) {
     if (!done) break;
     std::filesystem::rename(file.Part(), file.path, error);
-    if (error) std::fprintf(stderr, "%s: %s\n", file.path.c_str(), error.message().c_str());
+    if (error) std::fprintf(stderr, "%s: %s\n", file.path.string().c_str(), error.message().c_str());
     done = !error;
   }
   if (!done) {
@@ -67,11 +67,12 @@ int main(int argc, char** argv) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) {
-    std::fprintf(stderr, "%s: %s, expected a folder\n", folder.c_str(), error.message().c_str());
+    std::fprintf(stderr, "%s: %s, expected a folder\n", folder.string().c_str(), error.message().c_str());
     return kCannotWrite;
   }
   const Module module{vblur::resources::Strings(), vblur::resources::Bitmaps(), vblur::resources::Dialogs()};
-  std::vector<OutputFile> files = {{folder / "V_Blur.rc", vblur::ResourceScript(module)}};
+  std::vector<OutputFile> files = {{folder / "V_Blur.rc", vblur::ResourceScript(module)},
+                                   {folder / "Version.rc", vblur::VersionScript(module, VBLUR_VERSION)}};
   for (const vblur::ModuleBitmap& bitmap : module.bitmaps)
     files.push_back({folder / vblur::BitmapFileName(bitmap), vblur::BitmapFile(bitmap)});
   return Write(files) ? 0 : kCannotWrite;

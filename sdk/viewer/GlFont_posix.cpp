@@ -19,11 +19,6 @@ void UseFontSource(FontSource* source) {
   fontSource = source;
 }
 
-PaintDevice& CurrentDevice() {
-  thread_local PaintDevice device;
-  return device;
-}
-
 }  // namespace host
 
 HDC wglGetCurrentDC() {

@@ -1,0 +1,22 @@
+#include <algorithm>
+#include <thread>
+
+#include "image/HvProcessors.h"
+
+namespace vblur {
+
+std::int32_t HvProcessorCount() {
+  return static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency()));
+}
+
+void HvPlaceThread(std::int32_t, std::int32_t) {}
+
+std::int32_t HvCurrentGroup() {
+  return 0;
+}
+
+// The pool's threads end with the library.
+void HvLibraryHold::Take() {}
+void HvLibraryHold::Release() {}
+
+}  // namespace vblur
