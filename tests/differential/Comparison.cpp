@@ -1,8 +1,8 @@
 #include "tests/differential/Comparison.h"
 
 #include "host/files/OutputFile.h"
-#include "host/jobs/JobFile.h"
 #include "tests/differential/EffectRun.h"
+#include "tests/differential/FrameFiles.h"
 #include "tests/differential/ModelRun.h"
 
 namespace vblur::differential {
@@ -30,29 +30,11 @@ std::string CompareFrame(const DrawnFrame& frame) {
 }
 
 void WriteFrame(const DrawnFrame& frame, const std::filesystem::path& folder) {
-  std::filesystem::create_directories(folder);
-  host::PictureWriter writer;
-  const auto write = [&](const DrawnPicture& picture, const std::string& name) {
-    // A mask is written as a grey picture, of which the first channel is read.
-    DrawnPicture colour{picture.width, picture.height, 4, {}};
-    const auto components = static_cast<std::size_t>(picture.components);
-    const std::int32_t depth = *frame.job.depth;
-    for (std::size_t i = 0; i < picture.values.size(); i += components) {
-      for (std::size_t c = 0; c < 4; ++c)
-        colour.values.push_back(picture.values[i + (components == 4 ? c : 0)]);
-    }
-    host::HostImage image;
-    ToHostImage(colour, depth, {}, image);
-    writer.Write(folder / name, image, nullptr, true);
-  };
-  write(frame.initial, *frame.job.output.initial);
-  if (frame.input) write(*frame.input, frame.job.input->file);
-  if (frame.input2) write(*frame.input2, frame.job.input2->file);
-  if (frame.mask) write(*frame.mask, frame.job.mask->file);
-  write(RenderByModel(frame), *frame.job.depth == 8 ? "expected.png" : "expected.exr");
-  host::Job job = frame.job;
-  job.folder = folder;
-  host::WriteJobFile(job, folder / "job.json");
+  WriteFrameFiles(frame, folder);
+  const std::int32_t depth = *frame.job.depth;
+  host::HostImage expected;
+  ToHostImage(RenderByModel(frame), depth, {}, expected);
+  host::PictureWriter().Write(folder / (depth == 8 ? "expected.png" : "expected.exr"), expected, nullptr, true);
 }
 
 }  // namespace vblur::differential

@@ -161,11 +161,22 @@ Record NamedRecord(const char* name, std::int32_t depth) {
   return record;
 }
 
+struct Sides {
+  std::int32_t width;
+  std::int32_t height;
+};
+
+// The arguments of a call have no order: what is rolled for one is named before it.
+Sides DrawSides(Rolls& roll, host::FieldChoice field) {
+  const std::int32_t height = DrawHeight(roll, field);
+  return {DrawSide(roll), height};
+}
+
 // Of the same size as another picture, or of a random one.
 DrawnPicture DrawLike(Rolls& roll, const DrawnPicture& other, const host::Job& job) {
   const bool same = !roll.OneIn(3);
-  return DrawPicture(roll, *job.depth, 4, same ? other.width : DrawSide(roll),
-                     same ? other.height : DrawHeight(roll, job.field));
+  const Sides sides = same ? Sides{other.width, other.height} : DrawSides(roll, job.field);
+  return DrawPicture(roll, *job.depth, 4, sides.width, sides.height);
 }
 
 }  // namespace
@@ -180,7 +191,8 @@ DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds) 
   job.kind = static_cast<host::EffectKind>(kind);
   job.field = roll.OneIn(3) ? roll.Of({host::FieldChoice::First, host::FieldChoice::Second}) : host::FieldChoice::Frame;
 
-  frame.initial = DrawPicture(roll, depth, 4, DrawSide(roll), DrawHeight(roll, job.field));
+  const Sides output = DrawSides(roll, job.field);
+  frame.initial = DrawPicture(roll, depth, 4, output.width, output.height);
   job.output = NamedRecord<host::OutputRecord>("out", depth);
   job.output.width = frame.initial.width;
   job.output.height = frame.initial.height;
@@ -206,7 +218,9 @@ DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds) 
     }
   }
   if (kind == 4 ? !roll.OneIn(12) : kinds == DrawnKinds::All && roll.OneIn(12)) {
-    frame.mask = DrawMask(roll, depth, DrawSide(roll), DrawSide(roll));
+    const std::int32_t height = DrawSide(roll);
+    const std::int32_t width = DrawSide(roll);
+    frame.mask = DrawMask(roll, depth, width, height);
     job.mask = NamedRecord<host::MaskRecord>("mask", depth);
     if (roll.OneIn(2)) job.mask->offset = {roll.Whole(-9, 9), roll.Whole(-9, 9)};
   }
