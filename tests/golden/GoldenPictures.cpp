@@ -8,6 +8,7 @@
 #include "host/files/PictureFile.h"
 #include "host/jobs/JobFile.h"
 #include "host/sequence/SequenceRenderer.h"
+#include "tests/golden/GoldenJobs.h"
 #include "tests/support/TestServer.h"
 
 namespace vblur::golden {
@@ -134,11 +135,7 @@ GoldenResult CompareOne(const fs::path& jobFile, const fs::path& changes, bool u
 }  // namespace
 
 std::vector<GoldenResult> CompareGoldenPictures(const fs::path& folder, const fs::path& changes, bool update) {
-  std::vector<fs::path> jobs;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    if (entry.path().extension() == ".json") jobs.push_back(entry.path());
-  }
-  std::sort(jobs.begin(), jobs.end());
+  const std::vector<fs::path> jobs = GoldenJobs(folder);
   fs::create_directories(changes);
   std::vector<GoldenResult> results;
   results.reserve(jobs.size());

@@ -12,7 +12,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 DOCUMENTS = ["README.md", "CONTRIBUTING.md", "docs/ARCHITECTURE.md", "docs/ARITHMETIC.md", "docs/OVERLAY.md",
              "docs/PAGES.md", "docs/PERFORMANCE.md", "docs/GALLERY.md", "docs/JOBS.md", "docs/EMBEDDING.md", "docs/RELIABILITY.md",
-             "CHANGELOG.md"]
+             "docs/SAME_BITS.md", "CHANGELOG.md"]
 LONGEST = 120
 CALL = re.compile(r"vblur_(?:module|check_includes)\(([^)]*)\)")
 LISTED = re.compile(r"MAY_INCLUDE((?:\s+(?!LINK\b)[\w/.]+)*)")

@@ -1,0 +1,52 @@
+#include "tests/hashes/HashedFrames.h"
+
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "tests/hashes/PictureHash.h"
+
+namespace vblur::hashes {
+namespace {
+
+using differential::DrawnPicture;
+
+// The components of all pictures of a frame, one after the other, as one row.
+void Append(const DrawnPicture& picture, DrawnPicture& all) {
+  all.values.insert(all.values.end(), picture.values.begin(), picture.values.end());
+  all.width = static_cast<std::int32_t>(all.values.size());
+}
+
+// Compilers order the arguments of a call in different ways, and so what is drawn among them.
+TEST(HashedFrames, AreDrawnAlikeByEveryCompiler) {
+  DrawnPicture all{0, 1, 1, {}};
+  for (std::uint64_t i = 0; i < 200; ++i) {
+    const differential::DrawnFrame frame = RandomFrame(i).frame;
+    Append(frame.initial, all);
+    if (frame.input) Append(*frame.input, all);
+    if (frame.input2) Append(*frame.input2, all);
+    if (frame.mask) Append(*frame.mask, all);
+  }
+  EXPECT_EQ(HashPicture(all, 16), 0x380d9207f81e6597u);
+}
+
+TEST(HashedFrames, HaveNamesThatSortByNumber) {
+  EXPECT_EQ(RandomFrame(7).name, "random/0007");
+  EXPECT_EQ(RandomFrame(1999).name, "random/1999");
+}
+
+TEST(HashedFrames, InFilesAreAsManyAsAreAskedForAndRender) {
+  const auto frames = FramesInFiles({}, 12);
+  ASSERT_EQ(frames.size(), 12U);
+  std::set<std::string> names;
+  for (const NamedFrame& each : frames) {
+    names.insert(each.name);
+    EXPECT_TRUE(each.name.starts_with("files/random/")) << each.name;
+    EXPECT_TRUE(each.frame.job.output.file.ends_with(".png"));
+    EXPECT_EQ(RenderJobFrame(each.frame).width, each.frame.initial.width);
+  }
+  EXPECT_EQ(names.size(), frames.size());
+}
+
+}  // namespace
+}  // namespace vblur::hashes

@@ -1,0 +1,15 @@
+// Pictures as files of decimal numbers, which every platform reads without a picture library, negative values included.
+#pragma once
+
+#include <filesystem>
+
+#include "tests/differential/DrawnFrame.h"
+
+namespace vblur::hashes {
+
+// "WIDTH HEIGHT COMPONENTS", then the values, a line each row, from the bottom up. Throws host::Failure (cannot write).
+void WriteNumbers(const differential::DrawnPicture& picture, const std::filesystem::path& file);
+// Throws host::Failure (cannot read) for a file that is missing or holds fewer values than it says.
+differential::DrawnPicture ReadNumbers(const std::filesystem::path& file);
+
+}  // namespace vblur::hashes

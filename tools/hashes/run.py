@@ -1,0 +1,152 @@
+"""./dev hashes: renders the same frames on every platform, at every CPU level, with several numbers of threads, by the
+effect called directly and by the program, and compares the hashes of the pictures.
+
+usage: run.py --platform NAME;BUILD[;RUNNER[;SUFFIX]]... [options]
+
+A platform is a build folder, the command that its programs are started with, and what their names end in. The first one
+runs here without a command; it also writes the frames as files and reads what the programs made of them.
+
+Exit code 1 when a hash differs or a frame is missing.
+"""
+
+import argparse
+import os
+import shutil
+import subprocess
+import sys
+import time
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+from matrix import Matrix, Row, as_markdown, as_text, parse
+
+ROOT = Path(__file__).resolve().parents[2]
+PAGE = ROOT / "docs" / "SAME_BITS.md"
+BEGIN, END = "<!-- written by ./dev hashes --update -->\n", "<!-- end -->\n"
+
+
+class Platform:
+    def __init__(self, text):
+        self.name, build, runner, suffix = (text.split(";") + ["", ""])[:4]
+        self.runner = runner.split()
+        self.tool = Path(build) / "tests" / "hashes" / f"hash_tool{suffix}"
+        self.program = (Path(build) / "apps" / "vblur" / f"vblur{suffix}").resolve()
+
+    def run(self, program, *arguments, folder=ROOT):
+        return subprocess.run([*self.runner, str(program), *map(str, arguments)], cwd=folder, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+
+    def ask(self, *arguments):
+        """What the tool prints; ends the run when the tool fails."""
+        done = self.run(self.tool, *arguments)
+        if done.returncode != 0:
+            sys.exit(f"hashes: {self.name}: {self.tool} {' '.join(map(str, arguments))} ended with {done.returncode}: "
+                     f"{done.stderr.strip()}")
+        return done.stdout
+
+
+class Run:
+    def __init__(self, options):
+        self.options = options
+        self.platforms = [Platform(text) for text in options.platform]
+        self.here = self.platforms[0]
+        self.pool = ThreadPoolExecutor(os.cpu_count())
+        self.matrix = Matrix([platform.name for platform in self.platforms])
+        self.complaints = []
+        levels = [platform.ask("levels").split() for platform in self.platforms]
+        shared = [level for level in levels[0] if all(level in other for other in levels)]
+        self.unshared = [f"{platform.name} alone has {level}" for platform, own in zip(self.platforms, levels)
+                         for level in own if level not in shared]
+        wanted = options.levels.split(",") if options.levels else shared
+        self.levels = [level for level in shared if level in wanted]
+        self.settings = [(level, int(threads)) for level in self.levels for threads in options.threads.split(",")]
+
+    def write_frames(self):
+        shutil.rmtree(self.options.work, ignore_errors=True)
+        self.here.ask("write", self.options.work)
+        self.jobs = sorted(self.options.work.glob("jobs/**/job.json"))
+
+    def by_effect(self, platform):
+        def ask(setting):
+            return platform.ask("effect", self.options.work, "--count", self.options.count, "--cpu", setting[0],
+                                "--threads", setting[1])
+
+        for (level, threads), text in zip(self.settings, self.pool.map(ask, self.settings)):
+            for frames, hashes in parse(text).items():
+                self.matrix.add(Row(frames, "effect", level, threads), platform.name, hashes)
+
+    def by_program(self, platform):
+        """The start of the program takes far longer than its frame: each setting renders its share of the jobs. A share
+        that 3 does not divide meets every number of threads with each job."""
+        share = self.options.share
+        for index, (level, threads) in enumerate(self.settings):
+            row = Row("files", "vblur job", level, threads)
+            if platform.program.exists():
+                dealt = [job for at, job in enumerate(self.jobs) if at % share == index % share]
+                names = [job.parent.relative_to(self.options.work / "jobs").as_posix() for job in dealt]
+                self.matrix.add(row, platform.name, self.rendered(platform, row, dict(zip(names, dealt))), names)
+            else:
+                self.matrix.add(row, platform.name, None)
+
+    def rendered(self, platform, row, jobs):
+        """The hashes of what the program makes of the jobs, files by their names."""
+        for picture in self.options.work.glob("jobs/**/out.png"):
+            picture.unlink()
+
+        def start(job):
+            return platform.run(platform.program, "job", "job.json", "--cpu", row.level, "--threads", row.threads,
+                                "--overwrite", "--no-sync", folder=job.parent)
+
+        for name, done in zip(jobs, self.pool.map(start, jobs.values())):
+            if done.returncode != 0:
+                self.complaints.append(f"{platform.name}: vblur job, {name}: {done.stderr.strip()}")
+        return parse(self.here.ask("outputs", self.options.work)).get("files", {})
+
+    def everything(self):
+        self.write_frames()
+        for platform in self.platforms:
+            self.by_effect(platform)
+            self.by_program(platform)
+
+    def facts(self):
+        """Nothing that changes with the machine or the day."""
+        count = {row.frames: len(self.matrix.names_of(row)) for row in self.matrix.rows() if row.way == "effect"}
+        yield (f"{count['golden']} golden jobs, {count['random']} random frames, {count['files']} frames in files, of "
+               f"which each row of `vblur job` renders {'all' if self.options.share == 1 else f'1 in {self.options.share}'}.")
+        for platform in self.platforms:
+            program = "" if platform.program.exists() else "; its `vblur` is not built"
+            yield f"{platform.name}: {platform.ask('compiler').strip()}{program}."
+
+    def update_page(self, table):
+        before, rest = PAGE.read_text(encoding="utf-8").split(BEGIN)
+        facts = "".join(f"- {fact}\n" for fact in self.facts())
+        PAGE.write_text(f"{before}{BEGIN}\n{facts}\n{as_markdown(table)}\n{END}{rest.split(END)[1]}", encoding="utf-8")
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Compares the hashes of frames")
+    parser.add_argument("--platform", action="append", required=True)
+    parser.add_argument("--levels", help="of those that all platforms have, such as twin,native [all]")
+    parser.add_argument("--threads", default="1,2,7")
+    parser.add_argument("--count", type=int, default=2000, help="random frames in memory [%(default)s]")
+    parser.add_argument("--share", type=int, default=7, metavar="N",
+                        help="the program renders 1 in N jobs at each setting [%(default)s]")
+    parser.add_argument("--all", action="store_const", const=1, dest="share", help="every setting renders every job")
+    parser.add_argument("--work", type=Path, default=Path("build/hashes"), help="a folder for the frames [%(default)s]")
+    parser.add_argument("--update", action="store_true", help="rewrite the table of docs/SAME_BITS.md")
+    options = parser.parse_args()
+    begin = time.monotonic()
+    run = Run(options)
+    run.everything()
+    table, all_same = run.matrix.lines()
+    print(as_text(table), end="")
+    for line in [*run.facts(), *run.unshared, *run.complaints[:10]]:
+        print(line)
+    print(f"{'all the same' if all_same else 'NOT the same'}, {time.monotonic() - begin:.0f} s")
+    if options.update:
+        run.update_page(table)
+    return 0 if all_same else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
