@@ -14,6 +14,9 @@ function(vblur_module)
   set(target "vblur_${name}")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+  if(NOT WIN32)
+    list(FILTER headers EXCLUDE REGEX "_windows\\.h$")
+  endif()
 
   # Sources of one platform.
   if(WIN32)
@@ -84,15 +87,18 @@ function(vblur_shared_library target kind)
   if(NOT EXISTS "${exports}")
     message(FATAL_ERROR "${target}: expected ${exports}, the list of what it exports")
   endif()
+  set(folder "${PROJECT_BINARY_DIR}/lib/vblur")
   if(WIN32)
+    # Beside the programs that use it: nothing else tells the system where it lies.
+    set(folder "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     vblur_export_functions(${target} "${exports}")
     set_target_properties(${target} PROPERTIES PREFIX "")
   else()
     target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
   endif()
   set_target_properties(${target} PROPERTIES
-    LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
-    RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/vblur"
+    LIBRARY_OUTPUT_DIRECTORY "${folder}"
+    RUNTIME_OUTPUT_DIRECTORY "${folder}"
     INSTALL_RPATH "$ORIGIN"
     LINK_DEPENDS "${exports}")
   if(WIN32)

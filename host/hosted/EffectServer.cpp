@@ -18,6 +18,7 @@ constexpr const char* kServerName = "V_Blur.so";
 }  // namespace
 
 EffectServer::EffectServer(const std::filesystem::path& file) : file_(file), library_(file, "the effect") {
+  KeepClassesInProcess(true);
   getClassObject_ = library_.Find<DllGetClassObjectFunction>("DllGetClassObject");
   auto* const enter = library_.Find<DllRegisterServerFunction>("DllRegisterServer");
   std::string missing;

@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "platform/Registration.h"
+#include "sdk/effects/OwnCatalogue.h"
 
 namespace vblur::host {
 
@@ -64,7 +65,7 @@ std::vector<RegisteredFamilies> Catalogue::EffectsOf(const GUID& family) const {
 }
 
 Catalogue& CurrentCatalogue() {
-  static Catalogue own;
+  static Catalogue& own = OwnCatalogue();
   Catalogue* other = replacement.load(std::memory_order_acquire);
   return other == nullptr ? own : *other;
 }

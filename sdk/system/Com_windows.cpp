@@ -1,4 +1,5 @@
 #include "platform/Com.h"
+
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur {

@@ -1,4 +1,5 @@
 #include "platform/GlFont.h"
+
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur {

@@ -1,4 +1,5 @@
 #include "platform/Module.h"
+
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur {

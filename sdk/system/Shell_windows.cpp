@@ -1,6 +1,7 @@
+#include "platform/Shell.h"
+
 #include <cstdarg>
 
-#include "platform/Shell.h"
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur {

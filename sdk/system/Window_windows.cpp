@@ -1,4 +1,5 @@
 #include "platform/Window.h"
+
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur {

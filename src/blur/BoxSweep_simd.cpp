@@ -1,12 +1,13 @@
 // AVX3_DL multiplies and adds 16-bit pairs in one instruction, which sums of 16-bit components gain from.
 #define HWY_WANT_AVX3_DL
 
+#include "blur/BoxSweep.h"
+
 #include <algorithm>
 #include <cstring>
 
 #include <hwy/cache_control.h>
 
-#include "blur/BoxSweep.h"
 #include "image/HvKernel.h"
 #include "image/VectorTargets.h"
 

@@ -1,7 +1,8 @@
+#include "blur/ChannelRows.h"
+
 #include <cstddef>
 #include <cstdint>
 
-#include "blur/ChannelRows.h"
 #include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE

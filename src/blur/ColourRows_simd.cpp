@@ -1,7 +1,8 @@
+#include "blur/ColourRows.h"
+
 #include <cstddef>
 #include <cstdint>
 
-#include "blur/ColourRows.h"
 #include "image/HvKernel.h"
 #include "image/VectorTargets.h"
 

@@ -1,6 +1,7 @@
+#include "blur/StreamRows.h"
+
 #include <cstring>
 
-#include "blur/StreamRows.h"
 #include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE

@@ -1,8 +1,9 @@
+#include "blur/SubtractRows.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
-#include "blur/SubtractRows.h"
 #include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE

@@ -1,8 +1,9 @@
+#include "blur/TransposePixels.h"
+
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
 
-#include "blur/TransposePixels.h"
 #include "image/HvKernel.h"
 #include "image/VectorTargets.h"
 

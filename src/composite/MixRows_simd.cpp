@@ -1,4 +1,5 @@
 #include "composite/MixRows.h"
+
 #include "image/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE

@@ -1,8 +1,9 @@
+#include "image/CopyBits.h"
+
 #include <algorithm>
 
 #include <hwy/cache_control.h>
 
-#include "image/CopyBits.h"
 #include "image/HvKernel.h"
 
 #undef HWY_TARGET_INCLUDE

@@ -1,7 +1,7 @@
+#include "image/HvProcessors.h"
+
 #include <algorithm>
 #include <thread>
-
-#include "image/HvProcessors.h"
 
 namespace vblur {
 

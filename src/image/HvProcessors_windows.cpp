@@ -1,8 +1,8 @@
+#include "image/HvProcessors.h"
+
 #include <algorithm>
 #include <utility>
 #include <vector>
-
-#include "image/HvProcessors.h"
 
 #ifndef NOMINMAX
 #define NOMINMAX
