@@ -1,8 +1,8 @@
 #include "overlay/HvMessage.h"
 
-#include <csignal>
-
 #include <gtest/gtest.h>
+
+#include "tests/support/Aborted.h"
 
 namespace vblur {
 namespace {
@@ -63,8 +63,8 @@ TEST(HvMessage, TakesTwoKindsForAPosition) {
 }
 
 TEST(HvMessageDeathTest, AbortsWithAForbiddenKind) {
-  EXPECT_EXIT(MessageOfKind(5), ::testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(MessageOfKind(26), ::testing::KilledBySignal(SIGABRT), "");
+  EXPECT_EXIT(MessageOfKind(5), test::kAborted, "");
+  EXPECT_EXIT(MessageOfKind(26), test::kAborted, "");
 }
 
 }  // namespace

@@ -389,7 +389,7 @@ TEST(HvTInteract, LinksFollowOperatorAndViewer) {
   EXPECT_EQ(tool->OnUnlinkFromViewer(), kOk);
   EXPECT_FALSE(tool->Linked());
   EXPECT_EQ(viewer.TakeInvalidations(), 1);
-  EXPECT_EQ(viewer.windowInvalidations, 1);
+  EXPECT_EQ(viewer.window.Invalidations(), 1);
   EXPECT_EQ(tool->OnLinkToViewer(nullptr), kNullPointer);
   EXPECT_FALSE(tool->Linked());
 }

@@ -11,6 +11,7 @@
 #include "platform/ComPtr.h"
 #include "platform/Content.h"
 #include "sdk/effects/Content.h"
+#include "tests/support/window/CountedWindow.h"
 
 namespace vblur::test {
 
@@ -68,8 +69,10 @@ class TestOperator : public CDSAliasedPropertyContainer {
 };
 
 // Counts the calls of a tool.
-class TestViewer : public IVWViewer, public IHostWindow {
+class TestViewer : public IVWViewer {
  public:
+  virtual ~TestViewer() = default;
+
   HRESULT QueryInterface(const GUID& iid, void** result) override {
     *result = iid == IUnknown::kIid || iid == IVWViewer::kIid ? static_cast<IVWViewer*>(this) : nullptr;
     return *result == nullptr ? kNoInterface : kOk;
@@ -80,8 +83,7 @@ class TestViewer : public IVWViewer, public IHostWindow {
     ++invalidations;
     return kOk;
   }
-  HWND Window() override { return this; }
-  void Invalidate() override { ++windowInvalidations; }
+  HWND Window() override { return window.Handle(); }
   double CurrentTime() override { return time; }
   HRESULT BeginInteraction(const tagVWPENEVENT&) override { return Note("begin"); }
   HRESULT DoInteraction(const tagVWPENEVENT&) override { return Note("do"); }
@@ -92,7 +94,7 @@ class TestViewer : public IVWViewer, public IHostWindow {
   int TakeInvalidations() { return std::exchange(invalidations, 0); }
 
   int invalidations = 0;
-  int windowInvalidations = 0;
+  CountedWindow window;
   double time = 0.0;
   std::vector<std::string> interactions;
 

@@ -4,37 +4,44 @@
 
 namespace vblur {
 
-struct OverlayFont {};
-
 namespace test {
 namespace {
 
-OverlayFont systemFont;
-OverlayFont* selected = &systemFont;
-int context = 0;
+// What is behind the handles, whose own types are the system's.
+struct Font {};
+struct Context {};
 
-std::string nameOf(const void* dc) {
-  if (dc == &context) return "dc";
+HFONT handleOf(Font* font) {
+  return reinterpret_cast<HFONT>(font);
+}
+
+Font theSystemFont;
+HFONT const systemFont = handleOf(&theSystemFont);
+HFONT selected = systemFont;
+Context context;
+
+std::string nameOfDevice(HDC dc) {
+  if (dc == recordedContext()) return "dc";
   return dc == nullptr ? "null" : "ANOTHER DC";
 }
 
-std::string nameOf(const OverlayFont* font) {
+std::string nameOfFont(HFONT font) {
   if (font == nullptr) return "null";
-  if (font == &systemFont) return "system font";
+  if (font == systemFont) return "system font";
   return gl::recorder().fonts.count(font) != 0 ? "font" : "NO FONT";
 }
 
 }  // namespace
 
-void* recordedContext() {
-  return &context;
+HDC recordedContext() {
+  return reinterpret_cast<HDC>(&context);
 }
 
 }  // namespace test
 
 HDC wglGetCurrentDC() {
   HDC dc = test::gl::recorder().faults.noContext ? nullptr : test::recordedContext();
-  test::gl::answer("wglGetCurrentDC", test::nameOf(dc));
+  test::gl::answer("wglGetCurrentDC", test::nameOfDevice(dc));
   return dc;
 }
 
@@ -44,33 +51,33 @@ HFONT CreateFontA(std::int32_t height, std::int32_t width, std::int32_t escapeme
                   std::uint32_t pitchAndFamily, const char* face) {
   HFONT font = nullptr;
   if (!test::gl::recorder().faults.noFont) {
-    font = new OverlayFont;
+    font = test::handleOf(new test::Font);
     test::gl::recorder().fonts.insert(font);
   }
-  test::gl::answer("CreateFontA", test::nameOf(font), height, width, escapement, orientation, weight, italic, underline,
-                   strikeOut, charSet, outPrecision, clipPrecision, quality, pitchAndFamily,
+  test::gl::answer("CreateFontA", test::nameOfFont(font), height, width, escapement, orientation, weight, italic,
+                   underline, strikeOut, charSet, outPrecision, clipPrecision, quality, pitchAndFamily,
                    '"' + std::string(face) + '"');
   return font;
 }
 
 HFONT SelectObject(HDC dc, HFONT font) {
   HFONT const before = test::selected;
-  test::gl::answer("SelectObject", test::nameOf(before), test::nameOf(dc), test::nameOf(font));
+  test::gl::answer("SelectObject", test::nameOfFont(before), test::nameOfDevice(dc), test::nameOfFont(font));
   test::selected = font;
   return before;
 }
 
 bool DeleteObject(HFONT font) {
-  test::gl::call("DeleteObject", test::nameOf(font));
+  test::gl::call("DeleteObject", test::nameOfFont(font));
   if (test::gl::recorder().fonts.erase(font) == 0) return false;
-  if (test::selected == font) test::selected = &test::systemFont;
-  delete font;
+  if (test::selected == font) test::selected = test::systemFont;
+  delete reinterpret_cast<test::Font*>(font);
   return true;
 }
 
 bool wglUseFontBitmapsW(HDC dc, std::uint32_t first, std::uint32_t count, std::uint32_t listBase) {
   const bool made = !test::gl::recorder().faults.noBitmaps && dc != nullptr && test::selected != nullptr;
-  test::gl::answer("wglUseFontBitmapsW", made ? 1 : 0, test::nameOf(dc), first, count, listBase);
+  test::gl::answer("wglUseFontBitmapsW", made ? 1 : 0, test::nameOfDevice(dc), first, count, listBase);
   return made;
 }
 

@@ -28,7 +28,7 @@ constexpr std::initializer_list<Named> kBlendFactors = {
 };
 constexpr std::initializer_list<Named> kAttributes = {
     VBLUR_NAMED(GL_LIST_BIT),   VBLUR_NAMED(GL_LINE_BIT),         VBLUR_NAMED(GL_CURRENT_BIT),
-    VBLUR_NAMED(GL_ENABLE_BIT), VBLUR_NAMED(GL_COLOR_BUFFER_BIT), VBLUR_NAMED(GL_ALL_ATTRIB_BITS),
+    VBLUR_NAMED(GL_ENABLE_BIT), VBLUR_NAMED(GL_COLOR_BUFFER_BIT),
 };
 constexpr std::initializer_list<Named> kConstants = {
     VBLUR_NAMED(GL_BLEND),

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/GlFont.h"
+
 namespace vblur::test {
 
 // Calls that fail.
@@ -53,7 +55,7 @@ class GlRecording {
 };
 
 // The device context that wglGetCurrentDC returns.
-void* recordedContext();
+HDC recordedContext();
 
 // Shows the first line that differs, with its context.
 std::string firstDifference(const std::string& have, const std::string& want);
