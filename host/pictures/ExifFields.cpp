@@ -6,7 +6,7 @@
 
 #include <OpenImageIO/tiffutils.h>
 
-#include "host/pictures/ExifBlock.h"
+#include "host/formats/ExifBlock.h"
 #include "host/pictures/PictureFileMetadata.h"
 
 namespace vblur::host {

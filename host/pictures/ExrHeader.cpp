@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/pictures/FileBytes.h"
+#include "host/formats/FileBytes.h"
 
 namespace vblur::host {
 

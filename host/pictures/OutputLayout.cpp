@@ -6,7 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include "host/pictures/PictureChannels.h"
+#include "host/files/OutputPixels.h"
+#include "host/files/PictureChannels.h"
 #include "host/pictures/PictureReporting.h"
 
 namespace vblur::host {
@@ -23,43 +24,6 @@ OIIO::TypeDesc LibraryTypeOf(SampleType type) {
     case SampleType::Float: break;
   }
   return OIIO::TypeDesc::FLOAT;
-}
-
-template <typename Component>
-bool IsGreyRow(const std::byte* row, std::int32_t width) {
-  for (std::int32_t x = 0; x < width; ++x, row += 4 * sizeof(Component)) {
-    if (std::memcmp(row, row + sizeof(Component), 2 * sizeof(Component)) != 0) return false;
-  }
-  return true;
-}
-
-// Whether red, green and blue are the same everywhere.
-bool IsGreyPicture(const HostImage& image) {
-  for (std::int32_t y = 0; y < image.Height(); ++y) {
-    const bool isGrey = image.Depth() == 8    ? IsGreyRow<std::uint8_t>(image.Row(y), image.Width())
-                        : image.Depth() == 16 ? IsGreyRow<std::int16_t>(image.Row(y), image.Width())
-                                              : IsGreyRow<float>(image.Row(y), image.Width());
-    if (!isGrey) return false;
-  }
-  return true;
-}
-
-template <typename Component>
-double LeastAlpha(const HostImage& image, double full) {
-  Component least{};
-  for (std::size_t at = 3 * sizeof(Component); at < image.ByteCount(); at += 4 * sizeof(Component)) {
-    Component alpha;
-    std::memcpy(&alpha, image.Row(0) + at, sizeof alpha);
-    if (at == 3 * sizeof(Component) || alpha < least) least = alpha;
-  }
-  return static_cast<double>(least) / full;
-}
-
-// As a part of the full one.
-double LeastAlpha(const HostImage& image) {
-  return image.Depth() == 8    ? LeastAlpha<std::uint8_t>(image, 255.0)
-         : image.Depth() == 16 ? LeastAlpha<std::int16_t>(image, 16384.0)
-                               : LeastAlpha<float>(image, 1.0);
 }
 
 bool IsZero(const std::byte* from, std::size_t bytes) {
@@ -98,9 +62,7 @@ class Plan {
       : picture_(picture), format_(picture.format), metadata_(picture.metadata) {}
 
   OutputLayout Make() {
-    layout_.notes.clear();
     ChoosePixels();
-    NoteLosses();
     ChooseChannels();
     ChooseWindows();
     Describe();
@@ -108,53 +70,15 @@ class Plan {
   }
 
  private:
-  std::string Format() const { return std::string(format_.name); }
-  void Note(const std::string& line) { layout_.notes.push_back("output: " + line); }
+  void ChoosePixels() {
+    OutputPixels chosen =
+        ChooseOutputPixels(picture_, metadata_ != nullptr ? std::optional(DescribePicture(*metadata_)) : std::nullopt);
+    pixels_ = chosen.layout;
+    type_ = chosen.type;
+    layout_.notes = std::move(chosen.notes);
+  }
 
   bool KeepsChannels() const { return metadata_ != nullptr && format_.hasAnyChannels; }
-
-  void ChoosePixels() {
-    const HostImage& image = picture_.image;
-    bool isGrey = metadata_ != nullptr && metadata_->info.IsGrey();
-    const bool hasAlpha = metadata_ == nullptr || metadata_->info.HasAlpha();
-    if (isGrey && !IsGreyPicture(image)) {
-      isGrey = false;
-      Note("the input is grey and the result is not; written as red, green and blue");
-    }
-    pixels_ = NearestLayout(format_, isGrey, hasAlpha);
-    type_ = metadata_ != nullptr ? OutputTypeOf(metadata_->info, format_, picture_.storage)
-                                 : NearestType(format_, picture_.storage.type.value_or(TypeForDepth(image.Depth())));
-  }
-
-  // Further pictures are reported when the file is read.
-  void NoteLosses() {
-    if (metadata_ == nullptr) return;
-    // The weights of large blurs leave a little less of a full alpha.
-    constexpr double kFlat = 0.75;
-    std::vector<Loss> losses =
-        LossesOf(DescribePicture(*metadata_), format_, picture_.storage, picture_.image.Depth(), pixels_);
-    std::erase_if(losses, [](const Loss& loss) { return loss.kind == LossKind::Pictures; });
-    // By itself: it comes and goes with the pixels of a sequence.
-    const bool losesAlpha = std::erase_if(losses, [](const Loss& loss) { return loss.kind == LossKind::Alpha; }) > 0;
-    if (losesAlpha && LeastAlpha(picture_.image) < 1.0) {
-      Note("alpha is dropped: " + Format() + " files are written without");
-    }
-    if (!metadata_->info.HasAlpha() && LeastAlpha(picture_.image) < kFlat) {
-      Note("the input has no alpha and the result has; written without it");
-    }
-    if (!losses.empty()) Note("lost: " + ListOf(losses));
-    NoteMadeColours();
-  }
-
-  void NoteMadeColours() {
-    constexpr std::array<const char*, 3> kColours{"red", "green", "blue"};
-    if (IsGrey(pixels_)) return;
-    for (int component = 0; component < 3; ++component) {
-      if (SourceOf(component) >= 0) continue;
-      Note(std::string("the input has no ") + kColours[static_cast<std::size_t>(component)] +
-           " channel and the output has");
-    }
-  }
 
   // The place of a component among the source's channels; -1 for none.
   int SourceOf(int component) const {
@@ -302,7 +226,7 @@ class Plan {
     const auto bits = type_ == SampleType::Unsigned10 ? 10 : type_ == SampleType::Unsigned12 ? 12 : 0;
     if (bits != 0) spec.attribute("oiio:BitsPerSample", bits);
     if (metadata_ != nullptr) ApplyMetadata(*metadata_, pixels_, spec, format_);
-    // NoteLosses tells them.
+    // ChooseOutputPixels tells them.
     TakeLongTexts(spec, format_);
     // Without this the writer multiplies by alpha or divides by it.
     const bool saysAssociated = metadata_ != nullptr && metadata_->associatedAlpha && format_.name == "tiff";
@@ -353,14 +277,6 @@ std::size_t OutputLayout::PixelBytes() const {
   for (const OutputChannel& channel : channels)
     bytes += channel.LibraryType().size();
   return bytes;
-}
-
-std::optional<FileWindow> PlaceInFile(const PictureInfo& source, std::int32_t width, std::int32_t height) {
-  const auto fits = [&](const FileWindow& window) { return window.width == width && window.height == height; };
-  const FileWindow both = Union(source.data, source.display);
-  if (fits(both)) return both;
-  if (fits(source.data)) return source.data;
-  return std::nullopt;
 }
 
 OutputLayout PlanOutput(const PictureToWrite& picture) {

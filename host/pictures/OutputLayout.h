@@ -40,8 +40,4 @@ struct OutputLayout {
 
 OutputLayout PlanOutput(const PictureToWrite& picture);
 
-// Where a picture of this size lies in the coordinates of its source's file: both windows together, or the data window
-// alone. Nothing for a picture of another size.
-std::optional<FileWindow> PlaceInFile(const PictureInfo& source, std::int32_t width, std::int32_t height);
-
 }  // namespace vblur::host

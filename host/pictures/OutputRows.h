@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "host/files/ComponentRows.h"
 #include "host/pictures/OutputLayout.h"
 
 namespace vblur::host {
@@ -20,24 +21,13 @@ class OutputRows {
   void AddBeyond(std::int32_t first, std::int32_t count, BeyondRange& beyond) const;
 
  private:
-  // The picture's pixels in a row of the file.
-  struct Span {
-    const std::byte* pixels = nullptr;
-    std::size_t inFile = 0;
-    std::size_t count = 0;
-  };
-  Span PixelsOf(std::int32_t row) const;
-  bool LosesNegative(const OutputChannel& channel) const;
-  ValueRange HeldBy(const OutputChannel& channel) const;
   void MakeRow(std::int32_t row, std::byte* samples) const;
-  void PutComponent(const OutputChannel& channel, std::int32_t row, std::byte* samples) const;
-  // The samples of the source where the row was not rendered.
-  void PutAround(const OutputChannel& channel, std::int32_t row, std::byte* samples) const;
   void PutPassing(const OutputChannel& channel, std::int32_t row, std::byte* samples) const;
 
   const PictureToWrite& picture_;
   const OutputLayout& layout_;
   const std::size_t pixelBytes_;
+  ComponentRows components_;
 };
 
 }  // namespace vblur::host

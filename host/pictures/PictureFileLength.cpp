@@ -8,7 +8,7 @@
 
 #include "host/base/Failure.h"
 #include "host/pictures/ExrHeader.h"
-#include "host/pictures/FileBytes.h"
+#include "host/formats/FileBytes.h"
 
 namespace vblur::host {
 

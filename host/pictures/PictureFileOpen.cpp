@@ -10,12 +10,12 @@
 
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
+#include "host/files/PictureChannels.h"
+#include "host/files/PictureSize.h"
 #include "host/files/StandardInput.h"
-#include "host/hosted/HostImage.h"
-#include "host/pictures/ExifBlock.h"
+#include "host/formats/ExifBlock.h"
+#include "host/formats/PictureFileHeader.h"
 #include "host/pictures/ExifFields.h"
-#include "host/pictures/PictureChannels.h"
-#include "host/pictures/PictureFileHeader.h"
 #include "host/pictures/PictureFileLength.h"
 
 namespace vblur::host {
@@ -79,24 +79,6 @@ StoredType StoredTypeOf(const OIIO::ImageSpec& spec, int channel) {
   return stored;
 }
 
-bool Takes(const ChannelChoice& choice, int channel) {
-  return channel == choice.red || channel == choice.green || channel == choice.blue || channel == choice.alpha;
-}
-
-// Float unless all that is taken is of one narrower kind.
-SampleKind KindOf(const PictureInfo& info) {
-  const auto all = [&](const StoredType& type) {
-    for (std::size_t channel = 0; channel < info.all.size(); ++channel) {
-      const StoredType& stored = info.all[channel].type;
-      if (!Takes(info.choice, static_cast<int>(channel))) continue;
-      if (stored.number != type.number || stored.bytes != type.bytes) return false;
-    }
-    return true;
-  };
-  if (all({NumberKind::Unsigned, 1, 8})) return SampleKind::Unsigned8;
-  return all({NumberKind::Unsigned, 2, 16}) ? SampleKind::Unsigned16 : SampleKind::Float;
-}
-
 FileWindow DisplayWindow(const OIIO::ImageSpec& spec) {
   if (spec.full_width <= 0 || spec.full_height <= 0) return {spec.x, spec.y, spec.width, spec.height};
   return {spec.full_x, spec.full_y, spec.full_width, spec.full_height};
@@ -148,44 +130,20 @@ PictureInfo Describe(const std::filesystem::path& path, const std::string& forma
                      const ReadChoice& choice) {
   PictureInfo info;
   info.format = format;
-  info.channels = spec.nchannels;
-  info.choice = ChooseChannels(path, spec, choice);
+  info.choice = ChooseChannels(path, spec.channelnames, spec.alpha_channel, choice);
   info.data = {spec.x, spec.y, spec.width, spec.height};
   info.display = DisplayWindow(spec);
   info.width = info.Picture().width;
   info.height = info.Picture().height;
   for (int channel = 0; channel < spec.nchannels; ++channel) {
     info.all.push_back({spec.channel_name(channel), StoredTypeOf(spec, channel)});
-    if (!Takes(info.choice, channel)) info.passing.push_back(channel);
   }
-  info.samples = KindOf(info);
-  info.stored = info.FirstColour().type;
+  DescribeChannels(info);
   info.transfer = TransferOf(spec, info.stored);
   info.tileWidth = spec.tile_width;
   info.tileHeight = spec.tile_height;
   info.hasInks = HasInks(spec);
   return info;
-}
-
-std::string PixelsOf(std::int64_t width, std::int64_t height) {
-  return std::to_string(width) + " x " + std::to_string(height) + " pixels";
-}
-
-void RequirePixels(const std::filesystem::path& path, std::int64_t width, std::int64_t height, int channels,
-                   const std::string& of, std::int64_t mostPixels) {
-  const std::string size = PixelsOf(width, height) + of;
-  if (width > mostPixels / height) {
-    // Two sides of up to 32 bits.
-    const std::uint64_t pixels = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
-    throw Failure(ExitCode::CannotRead,
-                  InputName(path) + ": cannot read: " + size + ", " + std::to_string(pixels) +
-                      " in all, expected at most " + std::to_string(mostPixels),
-                  FailureKind::TooManyPixels);
-  }
-  const std::int64_t components = std::int64_t{std::max(4, channels)} * width;
-  if (components > HostImage::kMostComponents / height) {
-    RefuseToRead(path, size + " are more than 2^31 components (4 a pixel)");
-  }
 }
 
 // Before anything is decoded.

@@ -14,8 +14,8 @@
 
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
-#include "host/pictures/ExifBlock.h"
-#include "host/pictures/JpegSegments.h"
+#include "host/formats/ExifBlock.h"
+#include "host/formats/JpegSegments.h"
 #include "host/pictures/OutputFileStream.h"
 #include "host/pictures/OutputLayout.h"
 #include "host/pictures/OutputRows.h"

@@ -8,7 +8,7 @@
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
-#include "host/pictures/JpegSegments.h"
+#include "host/formats/JpegSegments.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "host/pictures/PictureFileOpen.h"
 #include "tests/support/host/ExifBytes.h"

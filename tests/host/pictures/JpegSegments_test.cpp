@@ -1,4 +1,4 @@
-#include "host/pictures/JpegSegments.h"
+#include "host/formats/JpegSegments.h"
 
 #include <sstream>
 
@@ -6,7 +6,7 @@
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
-#include "host/pictures/FileBytes.h"
+#include "host/formats/FileBytes.h"
 #include "host/pictures/PictureFileOpen.h"
 #include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/Pictures.h"

@@ -1,4 +1,4 @@
-#include "host/pictures/PictureFileHeader.h"
+#include "host/formats/PictureFileHeader.h"
 
 #include <gtest/gtest.h>
 

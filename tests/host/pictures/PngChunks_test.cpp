@@ -5,7 +5,7 @@
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
-#include "host/pictures/PictureFileHeader.h"
+#include "host/formats/PictureFileHeader.h"
 #include "host/pictures/PictureFileOpen.h"
 #include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/Pictures.h"

@@ -1,4 +1,4 @@
-#include "host/pictures/PictureChannels.h"
+#include "host/files/PictureChannels.h"
 
 #include <algorithm>
 #include <array>
@@ -41,11 +41,13 @@ constexpr Part kLuminance{"Y", "luminance"};
 // Beside it Y is the second of three coordinates.
 constexpr Part kFirstCoordinate{"X", "x"};
 
+using Names = std::vector<std::string>;
+
 // The channels of one layer, in the order of the file.
 class Layer {
  public:
-  Layer(const OIIO::ImageSpec& spec, std::string_view name) : spec_(spec) {
-    for (int channel = 0; channel < spec.nchannels; ++channel) {
+  Layer(const Names& names, int alpha, std::string_view name) : names_(names), alpha_(alpha) {
+    for (int channel = 0; channel < static_cast<int>(names.size()); ++channel) {
       if (EqualIgnoringCase(NameOf(channel).layer, name)) channels_.push_back(channel);
     }
   }
@@ -79,16 +81,16 @@ class Layer {
   }
 
  private:
-  ChannelName NameOf(int channel) const { return Split(spec_.channelnames[static_cast<std::size_t>(channel)]); }
+  ChannelName NameOf(int channel) const { return Split(names_[static_cast<std::size_t>(channel)]); }
 
   // Formats without names mark it.
   int FindAlpha() const {
     const int named = Find(kAlpha);
-    return named < 0 && std::ranges::find(channels_, spec_.alpha_channel) != channels_.end() ? spec_.alpha_channel
-                                                                                             : named;
+    return named < 0 && std::ranges::find(channels_, alpha_) != channels_.end() ? alpha_ : named;
   }
 
-  const OIIO::ImageSpec& spec_;
+  const Names& names_;
+  const int alpha_;
   std::vector<int> channels_;
 };
 
@@ -99,9 +101,9 @@ std::string Listed(const std::vector<std::string>& names) {
   return list;
 }
 
-[[noreturn]] void RefuseLayer(const std::filesystem::path& path, const OIIO::ImageSpec& spec, const std::string& name) {
+[[noreturn]] void RefuseLayer(const std::filesystem::path& path, const Names& names, const std::string& name) {
   std::vector<std::string> layers;
-  for (const std::string& channel : spec.channelnames) {
+  for (const std::string& channel : names) {
     const std::string layer(Split(channel).layer);
     if (!layer.empty() && std::ranges::find(layers, layer) == layers.end()) layers.push_back(layer);
   }
@@ -109,23 +111,23 @@ std::string Listed(const std::vector<std::string>& names) {
                          (layers.empty() ? "and no other" : "expected one of these: " + Listed(layers)));
 }
 
-ChannelChoice ChooseColours(const std::filesystem::path& path, const OIIO::ImageSpec& spec, const std::string& name) {
-  const Layer layer(spec, name);
+ChannelChoice ChooseColours(const std::filesystem::path& path, const Names& names, int alpha, const std::string& name) {
+  const Layer layer(names, alpha, name);
   if (!layer.IsEmpty()) return layer.Choose();
-  if (!name.empty()) RefuseLayer(path, spec, name);
+  if (!name.empty()) RefuseLayer(path, names, name);
   // All channels are in layers.
-  return Layer(spec, Split(spec.channelnames.front()).layer).Choose();
+  return Layer(names, alpha, Split(names.front()).layer).Choose();
 }
 
-int FindMaskChannel(const std::filesystem::path& path, const OIIO::ImageSpec& spec, const std::string& name) {
-  for (int channel = 0; channel < spec.nchannels; ++channel) {
-    if (EqualIgnoringCase(spec.channelnames[static_cast<std::size_t>(channel)], name)) return channel;
+int FindMaskChannel(const std::filesystem::path& path, const Names& names, int alpha, const std::string& name) {
+  for (int channel = 0; channel < static_cast<int>(names.size()); ++channel) {
+    if (EqualIgnoringCase(names[static_cast<std::size_t>(channel)], name)) return channel;
   }
-  const Layer plain(spec, "");
+  const Layer plain(names, alpha, "");
   for (const Part& part : {kRed, kGreen, kBlue, kAlpha}) {
     if (const int channel = part.Is(name) ? plain.Find(part) : -1; channel >= 0) return channel;
   }
-  RefuseToRead(path, "it has no channel " + Quoted(name) + ", expected one of these: " + Listed(spec.channelnames));
+  RefuseToRead(path, "it has no channel " + Quoted(name) + ", expected one of these: " + Listed(names));
 }
 
 }  // namespace
@@ -134,15 +136,48 @@ std::string LayerPrefix(const std::string& channel) {
   return channel.substr(0, channel.rfind('.') + 1);
 }
 
-ChannelChoice ChooseChannels(const std::filesystem::path& path, const OIIO::ImageSpec& spec, const ReadChoice& choice) {
-  if (choice.use == PictureUse::Colour) return ChooseColours(path, spec, choice.layer);
+ChannelChoice ChooseChannels(const std::filesystem::path& path, const std::vector<std::string>& names, int alpha,
+                             const ReadChoice& choice) {
+  if (choice.use == PictureUse::Colour) return ChooseColours(path, names, alpha, choice.layer);
   if (choice.channel.empty()) {
-    ChannelChoice channels = ChooseColours(path, spec, "");
+    ChannelChoice channels = ChooseColours(path, names, alpha, "");
     channels.red = 0;
     return channels;
   }
-  const int channel = FindMaskChannel(path, spec, choice.channel);
+  const int channel = FindMaskChannel(path, names, alpha, choice.channel);
   return {channel, channel, channel, -1};
+}
+
+bool Takes(const ChannelChoice& choice, int channel) {
+  return channel == choice.red || channel == choice.green || channel == choice.blue || channel == choice.alpha;
+}
+
+namespace {
+
+// Float unless all that is taken is of one narrower kind.
+SampleKind KindOf(const PictureInfo& info) {
+  const auto all = [&](const StoredType& type) {
+    for (std::size_t channel = 0; channel < info.all.size(); ++channel) {
+      const StoredType& stored = info.all[channel].type;
+      if (!Takes(info.choice, static_cast<int>(channel))) continue;
+      if (stored.number != type.number || stored.bytes != type.bytes) return false;
+    }
+    return true;
+  };
+  if (all({NumberKind::Unsigned, 1, 8})) return SampleKind::Unsigned8;
+  return all({NumberKind::Unsigned, 2, 16}) ? SampleKind::Unsigned16 : SampleKind::Float;
+}
+
+}  // namespace
+
+void DescribeChannels(PictureInfo& info) {
+  info.channels = static_cast<std::int32_t>(info.all.size());
+  info.passing.clear();
+  for (int channel = 0; channel < info.channels; ++channel) {
+    if (!Takes(info.choice, channel)) info.passing.push_back(channel);
+  }
+  info.samples = KindOf(info);
+  info.stored = info.FirstColour().type;
 }
 
 }  // namespace vblur::host

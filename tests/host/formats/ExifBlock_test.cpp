@@ -1,4 +1,4 @@
-#include "host/pictures/ExifBlock.h"
+#include "host/formats/ExifBlock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "host/pictures/JpegSegments.h"
+#include "host/formats/JpegSegments.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -8,8 +8,8 @@
 #include <string_view>
 #include <utility>
 
-#include "host/pictures/ExifBlock.h"
-#include "host/pictures/FileBytes.h"
+#include "host/formats/ExifBlock.h"
+#include "host/formats/FileBytes.h"
 
 namespace vblur::host {
 

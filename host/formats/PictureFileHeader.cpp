@@ -1,4 +1,4 @@
-#include "host/pictures/PictureFileHeader.h"
+#include "host/formats/PictureFileHeader.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -7,13 +7,11 @@
 #include <string_view>
 #include <utility>
 
-#include <fcntl.h>
-#include <unistd.h>
 #include <zlib.h>
 
-#include "host/pictures/FileBytes.h"
-#include "host/pictures/JpegSegments.h"
-#include "host/pictures/PngProfileText.h"
+#include "host/formats/FileBytes.h"
+#include "host/formats/JpegSegments.h"
+#include "host/formats/PngProfileText.h"
 
 namespace vblur::host {
 
@@ -83,26 +81,23 @@ ChunkFacts WebpChunks(std::ifstream& file) {
   return facts;
 }
 
-// Reads parts of a file, and no more of it.
+// Reads parts of a file.
 class FileParts {
  public:
-  explicit FileParts(const std::filesystem::path& path) : file_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-  ~FileParts() {
-    if (file_ >= 0) ::close(file_);
-  }
-  FileParts(const FileParts&) = delete;
-  FileParts& operator=(const FileParts&) = delete;
+  explicit FileParts(const std::filesystem::path& path) : file_(path, std::ios::binary) {}
 
   // Fewer bytes at the end of the file.
   std::string Read(std::int64_t at, std::size_t count) const {
     std::string bytes(count, '\0');
-    const ssize_t read = file_ < 0 ? 0 : ::pread(file_, bytes.data(), count, at);
-    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(0, read)));
+    file_.clear();
+    file_.seekg(at);
+    file_.read(bytes.data(), static_cast<std::streamsize>(count));
+    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file_.gcount())));
     return bytes;
   }
 
  private:
-  int file_;
+  mutable std::ifstream file_;
 };
 
 // Chunks of a PNG file about colours, and the lengths of their data.

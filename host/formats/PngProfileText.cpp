@@ -1,4 +1,4 @@
-#include "host/pictures/PngProfileText.h"
+#include "host/formats/PngProfileText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,28 @@
+// What the pixels of an output file consist of, and what the file loses.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/files/PictureLibrary.h"
+#include "host/files/PictureReport.h"
+
+namespace vblur::host {
+
+struct OutputPixels {
+  PixelLayout layout = PixelLayout::Rgba;
+  SampleType type = SampleType::Unsigned8;
+  // What the file loses of the source picture, a line each.
+  std::vector<std::string> notes;
+};
+
+// `source` describes the file that the picture was read from; nothing for none.
+OutputPixels ChooseOutputPixels(const PictureToWrite& picture, const std::optional<PictureReport>& source);
+
+// Where a picture of this size lies in the coordinates of its source's file: both windows together, or the data window
+// alone. Nothing for a picture of another size.
+std::optional<FileWindow> PlaceInFile(const PictureInfo& source, std::int32_t width, std::int32_t height);
+
+}  // namespace vblur::host
