@@ -9,7 +9,7 @@ class CheckBoxControl final : public PageWindow {
  public:
   CheckBoxControl(PageDialog& dialog, const ModuleControl& control);
 
-  bool IsChecked() const { return checked_; }
+  bool IsChecked() const;
   // The user clicks it. False if it takes no input.
   bool Toggle();
 
@@ -17,9 +17,13 @@ class CheckBoxControl final : public PageWindow {
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+#ifdef _WIN32
+  bool SeesChange() override;
+#else
   void Check(bool checked);
+#endif
 
-  bool checked_ = false;
+  bool checked_ = false;  // on Windows as observers were told last
 };
 
 }  // namespace vblur::host

@@ -16,10 +16,6 @@ bool ColourChipControl::PickColour(std::int32_t red, std::int32_t green, std::in
   return true;
 }
 
-HANDLE ColourChipControl::Prop(std::u16string_view name) {
-  return name == kControlInterface ? static_cast<IUnknown*>(this) : nullptr;
-}
-
 HRESULT ColourChipControl::QueryInterface(const GUID& iid, void** result) {
   if (result == nullptr) return kNullPointer;
   *result = iid == IUnknown::kIid || iid == IDSColourChip::kIid ? static_cast<IDSColourChip*>(this) : nullptr;

@@ -156,14 +156,14 @@ void EffectPages::SetTime(double time) {
 }
 
 HWND EffectPages::MakeDialog(HMODULE module, std::int32_t dialog, IDSPropertyPage& page) {
-  const ModuleDialog* const found = FindDialog(module, dialog);
-  if (found == nullptr) return nullptr;
-  dialogs_.push_back(PageDialog::Make(*found, page, module));
-  return dialogs_.back().get();
+  auto made = PageDialog::Make(module, dialog, page);
+  if (made == nullptr) return nullptr;
+  dialogs_.push_back(std::move(made));
+  return dialogs_.back()->Handle();
 }
 
 void EffectPages::DropDialog(HWND dialog) {
-  const auto found = std::ranges::find_if(dialogs_, [dialog](const auto& each) { return each.get() == dialog; });
+  const auto found = std::ranges::find_if(dialogs_, [dialog](const auto& each) { return each->Handle() == dialog; });
   if (found == dialogs_.end()) return;
   const auto last = *found;
   dialogs_.erase(found);
@@ -171,7 +171,7 @@ void EffectPages::DropDialog(HWND dialog) {
 }
 
 void EffectPages::ShowDialog(HWND dialog, bool show) {
-  const auto found = std::ranges::find_if(dialogs_, [dialog](const auto& each) { return each.get() == dialog; });
+  const auto found = std::ranges::find_if(dialogs_, [dialog](const auto& each) { return each->Handle() == dialog; });
   if (found == dialogs_.end()) return;
   // Who observes a window may open another page.
   const auto shown = *found;

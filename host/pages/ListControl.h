@@ -16,9 +16,9 @@ class ListControl final : public PageWindow {
   // Without entries.
   ListControl(PageDialog& dialog, const ModuleControl& control);
 
-  const std::vector<std::u16string>& Entries() const { return entries_; }
+  std::vector<std::u16string> Entries() const;
   // kNone when none is.
-  std::int32_t Selected() const { return selected_; }
+  std::int32_t Selected() const;
 
   // The user selects an entry. False if the list takes no input, and for an entry that it lacks; the page gets a
   // message when another is selected than before.
@@ -37,14 +37,23 @@ class ListControl final : public PageWindow {
 
  private:
   bool Has(std::int32_t index) const { return index >= 0 && index < Count(); }
-  std::int32_t Count() const { return static_cast<std::int32_t>(entries_.size()); }
+  std::int32_t Count() const;
+  LRESULT SelectText(const char16_t* text);
+#ifdef _WIN32
+  void Attach(HWND handle) override;
+  bool SeesChange() override;
+
+  // As observers were told last.
+  std::int32_t seenSelected_ = kNone;
+  std::int32_t seenCount_ = 0;
+#else
   LRESULT Add(const char16_t* text);
   LRESULT Clear();
-  LRESULT SelectText(const char16_t* text);
   void Select(std::int32_t index);
 
   std::vector<std::u16string> entries_;
   std::int32_t selected_ = kNone;
+#endif
 };
 
 }  // namespace vblur::host

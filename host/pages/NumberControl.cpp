@@ -50,11 +50,13 @@ double NumberControl::Stepped(double by) const {
   return Clamped(WithoutDust(from + by));
 }
 
-std::optional<std::string> NumberControl::Type(std::string_view text) {
-  const auto complain = [&](const std::string& why) {
-    return OnOneLine(Utf8Of(Text()) + (Text().empty() ? "" : ": ") + why);
-  };
-  if (!TakesInput() || scrub_) return complain("takes no input now");
+std::string NumberControl::Complaint(const std::string& why) const {
+  const std::string caption = Utf8Of(Text());
+  return OnOneLine(caption + (caption.empty() ? "" : ": ") + why);
+}
+
+std::optional<std::string> NumberControl::TakeTyped(std::string_view text) {
+  if (!TakesInput() || scrub_) return Complaint("takes no input now");
   const auto held = Hold();
   try {
     const double typed = Clamped(ReadTypedNumber(text, value_, range_));
@@ -62,12 +64,12 @@ std::optional<std::string> NumberControl::Type(std::string_view text) {
     if (mark_ == DSAnimationMark::Animated && SameValue(typed, value_)) Tell(kControlNotify);
     ChangeForGood(typed);
   } catch (const Failure& failure) {
-    return complain(failure.what());
+    return Complaint(failure.what());
   }
   return std::nullopt;
 }
 
-bool NumberControl::Key(NumberKey key, NumberStep step) {
+bool NumberControl::TakeKey(NumberKey key, NumberStep step) {
   if (!TakesInput() || scrub_) return false;
   const auto held = Hold();
   switch (key) {
@@ -81,7 +83,7 @@ bool NumberControl::Key(NumberKey key, NumberStep step) {
   return true;
 }
 
-bool NumberControl::BeginScrub() {
+bool NumberControl::TakePress() {
   if (!TakesInput() || scrub_) return false;
   const auto held = Hold();
   scrub_ = ScrubState{value_};
@@ -89,7 +91,7 @@ bool NumberControl::BeginScrub() {
   return true;
 }
 
-bool NumberControl::Scrub(std::int32_t steps, NumberStep step) {
+bool NumberControl::TakeDrag(std::int32_t steps, NumberStep step) {
   if (!TakesInput() || !scrub_) return false;
   if (steps == 0) return true;
   const auto held = Hold();
@@ -101,7 +103,7 @@ bool NumberControl::Scrub(std::int32_t steps, NumberStep step) {
   return true;
 }
 
-bool NumberControl::EndScrub() {
+bool NumberControl::TakeRelease() {
   const auto scrub = std::exchange(scrub_, std::nullopt);
   if (!scrub) return false;
   const auto held = Hold();
@@ -109,7 +111,7 @@ bool NumberControl::EndScrub() {
   return true;
 }
 
-bool NumberControl::CancelScrub() {
+bool NumberControl::TakeCancel() {
   auto scrub = std::exchange(scrub_, std::nullopt);
   if (!scrub) return false;
   const auto held = Hold();
@@ -136,10 +138,6 @@ bool NumberControl::Change(double value) {
 
 void NumberControl::ChangeForGood(double value) {
   if (Change(value)) Tell(kControlNotifyComplete);
-}
-
-HANDLE NumberControl::Prop(std::u16string_view name) {
-  return name == kControlInterface ? static_cast<IUnknown*>(this) : nullptr;
 }
 
 HRESULT NumberControl::QueryInterface(const GUID& iid, void** result) {

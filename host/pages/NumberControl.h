@@ -28,16 +28,29 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   static constexpr double kFineStep = 0.1;
   static constexpr double kCoarseStep = 10.0;
   static constexpr double kPageStep = 10.0;
+#ifdef _WIN32
+  // A mouse that is dragged by a pixel makes a step. One that is dragged beyond this place is at 0 again, so that
+  // places fit in a message.
+  static constexpr std::int32_t kFarthest = 8000;
+#endif
 
   // Shows the number of its range that is nearest 0.
   NumberControl(PageDialog& dialog, const ModuleControl& control, const ControlText& text);
 
-  double Value() const { return value_; }
+  double Value() const {
+    return value_;
+  }
   // The value as it is shown: to four decimals, which is more than anybody drags or sees.
   std::string ShownValue() const;
-  const NumberRange& Range() const { return range_; }
-  DSAnimationMark AnimationMark() const { return mark_; }
-  bool IsScrubbing() const { return scrub_.has_value(); }
+  const NumberRange& Range() const {
+    return range_;
+  }
+  DSAnimationMark AnimationMark() const {
+    return mark_;
+  }
+  bool IsScrubbing() const {
+    return scrub_.has_value();
+  }
 
   // The user types a text, as TypedNumber.h has them. Nothing when it is taken; otherwise the value stays, and the
   // result is one line with what was expected.
@@ -54,12 +67,18 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   bool EndScrub();
   bool CancelScrub();
 
+#ifndef _WIN32
   HANDLE Prop(std::u16string_view name) override;
+#endif
 
   // References are counted but do not keep the control: its dialog owns it.
   HRESULT QueryInterface(const GUID& iid, void** result) override;
-  std::uint32_t AddRef() override { return references_.Add(); }
-  std::uint32_t Release() override { return references_.Drop(); }
+  std::uint32_t AddRef() override {
+    return references_.Add();
+  }
+  std::uint32_t Release() override {
+    return references_.Drop();
+  }
   HRESULT SetRange(const DSVariant& minimum, const DSVariant& maximum) override;
   HRESULT GetRange(DSVariant* minimum, DSVariant* maximum) override;
   HRESULT SetValue(const DSVariant& value) override;
@@ -72,6 +91,31 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
     bool changed = false;  // the page was told of a value
   };
 
+  // What the user's doings come to.
+  std::optional<std::string> TakeTyped(std::string_view text);
+  bool TakeKey(NumberKey key, NumberStep step);
+  bool TakePress();
+  bool TakeDrag(std::int32_t steps, NumberStep step);
+  bool TakeRelease();
+  bool TakeCancel();
+  std::string Complaint(const std::string& why) const;
+
+#ifdef _WIN32
+  friend struct NumberEditor;
+
+  void Attach(HWND handle) override;
+  void Detach() override;
+  LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
+  void Paint(::HDC__* dc) const;
+  LRESULT OnMouse(UINT message, WPARAM keys, std::int32_t x);
+  // False for a key that the control has no use for.
+  bool OnKeyDown(WPARAM key);
+  void OpenEditor();
+  void CloseEditor();
+  // The text in the editor is typed; the editor stays when it is none.
+  void CommitEditor();
+#endif
+
   double Clamped(double value) const;
   double Stepped(double by) const;
   bool Change(double value);
@@ -83,6 +127,12 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   double value_ = 0.0;
   DSAnimationMark mark_ = DSAnimationMark::None;
   std::optional<ScrubState> scrub_;
+#ifdef _WIN32
+  HWND editor_ = nullptr;                 // in which the user types
+  std::optional<std::string> complaint_;  // of the text that was typed last
+  std::int32_t draggedTo_ = 0;            // the place in the window to which steps are counted
+  std::uintptr_t scrubs_ = 0;             // so far
+#endif
 };
 
 }  // namespace vblur::host

@@ -57,10 +57,6 @@ std::string NameOfMessage(UINT message) {
 
 }  // namespace
 
-std::shared_ptr<PageDialog> PageDialog::Make(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module) {
-  return std::shared_ptr<PageDialog>(new PageDialog(dialog, page, module));
-}
-
 PageDialog::PageDialog(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module)
     : PageWindow(*this, PageWindowKind::Dialog, WindowOf(dialog), {}),
       page_(&page),
@@ -70,8 +66,6 @@ PageDialog::PageDialog(const ModuleDialog& dialog, IDSPropertyPage& page, HMODUL
   for (const ModuleControl& control : dialog.controls)
     items_.push_back(MakeControl(*this, control));
 }
-
-PageDialog::~PageDialog() = default;
 
 PageWindow* PageDialog::Item(std::int32_t id) {
   if (id == ModuleControl::kNoId) return nullptr;

@@ -17,7 +17,10 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
  public:
   // Hidden at first. The resources are copied. Module and page are borrowed: the page until Close, the module, which
   // holds the bitmaps, as long as the dialog; without one its pictures are empty.
+  // On Windows null when the system makes no window, and the thread that makes it is the one to use it.
   static std::shared_ptr<PageDialog> Make(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module = nullptr);
+  // Of the module's resources; null if it has no dialog of this number.
+  static std::shared_ptr<PageDialog> Make(HMODULE module, std::int32_t number, IDSPropertyPage& page);
   ~PageDialog() override;
 
   HMODULE ResourceModule() const { return module_; }
@@ -45,6 +48,21 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
  private:
   PageDialog(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module);
   PageWindow* Stop(const PageWindow* from, std::ptrdiff_t step) const;
+#ifdef _WIN32
+  struct Procedure;
+
+  bool Create(const ModuleDialog& dialog);
+  // Ties each window to its own.
+  void AttachAll(HWND handle);
+  LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
+  LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
+  // Gives the system the text of a tool tip.
+  void TellToolTip(LPARAM lParam);
+  void MakeToolTips();
+
+  HWND toolTips_ = nullptr;
+  std::u16string toolTip_;  // while it shows
+#endif
 
   IDSPropertyPage* page_;
   const HMODULE module_;

@@ -13,6 +13,10 @@
 #include "platform/Module.h"
 #include "platform/Window.h"
 
+#ifdef _WIN32
+struct HDC__;  // the system's
+#endif
+
 namespace vblur::host {
 
 class PageDialog;
@@ -28,12 +32,40 @@ class PageObserver {
 
 enum class PageWindowKind { Dialog, Label, Group, Picture, Button, CheckBox, List, Number, ColourChip };
 
-class PageWindow : public IHostWindow {
+#ifdef _WIN32
+// A window of the system's. Messages to it come to Receive first.
+class WindowBehind {
+ public:
+  virtual ~WindowBehind() = default;
+
+  virtual void Invalidate() = 0;
+  virtual PageWindow* Item(std::int32_t id) = 0;
+  virtual bool Enable(bool enable) = 0;
+  virtual LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) = 0;
+
+ protected:
+  HWND handle_ = nullptr;
+  bool isThere_ = false;     // from its dialog's first message to its own last one
+  std::u16string seenText_;  // as observers were told last
+};
+#else
+// The object is the window.
+class WindowBehind : public IHostWindow {
+ protected:
+  std::u16string text_;
+  bool enabled_ = true;
+  bool visible_ = true;
+};
+#endif
+
+class PageWindow : public WindowBehind {
  public:
   PageWindow(const PageWindow&) = delete;
   PageWindow& operator=(const PageWindow&) = delete;
-  ~PageWindow() override = default;
+  ~PageWindow() override;
 
+  // As the page knows it. It stays the same, but names no window once that has ended.
+  HWND Handle() const;
   PageDialog& Dialog() const { return dialog_; }
   // ModuleControl::kNoId for a control without one; of the dialog its number in the module.
   std::int32_t Id() const { return id_; }
@@ -46,12 +78,12 @@ class PageWindow : public IHostWindow {
   PixelRectangle AreaInPixels(const DialogUnits& units) const { return units.ToPixels(area_); }
 
   // Its title, caption, or shown entry.
-  const std::u16string& Text() const { return text_; }
+  std::u16string Text() const;
   // From the page; empty for a window without one.
   std::u16string ToolTip();
 
-  bool IsEnabled() const { return enabled_; }
-  bool IsVisible() const { return visible_; }
+  bool IsEnabled() const;
+  bool IsVisible() const;
   // A dialog is hidden until it is shown, whatever its style.
   void Show(bool visible);
   // Whether a user can reach it: it and its dialog are visible and enabled, and the dialog is open.
@@ -64,26 +96,47 @@ class PageWindow : public IHostWindow {
   void AddObserver(PageObserver& observer);
   void RemoveObserver(PageObserver& observer);
 
-  void Invalidate() override { Changed(); }
+  void Invalidate() override;
   PageWindow* Item(std::int32_t id) override;
   bool Enable(bool enable) override;
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  protected:
+  // The text is that of its resource.
   PageWindow(PageDialog& dialog, PageWindowKind kind, const ModuleControl& control, std::u16string text);
 
   // Tells the observers.
   void Changed();
-  void SetText(std::u16string text);
   // Keeps the dialog, and so this window, while a message to the page may drop it; null for a dialog that nobody
   // shares.
   [[nodiscard]] std::shared_ptr<PageDialog> Hold() const;
   // Send a message about this window to the page: by its registered name, and as a command. Nothing for a window
   // without id.
   LRESULT Tell(const char16_t* message, LPARAM lParam = 0) const;
+#ifdef _WIN32
+  friend class PageDialog;
+
+  // Ties the window to the one that the system has made.
+  virtual void Attach(HWND handle);
+  // The system's window ends.
+  virtual void Detach();
+  // Tells the observers if the window shows something else than at the last look.
+  void Look();
+  // Notes what it shows; whether that is something else than before.
+  virtual bool SeesChange();
+  // The window's own answer.
+  LRESULT Pass(UINT message, WPARAM wParam, LPARAM lParam) const;
+  // To the window; 0 once it has ended.
+  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+#else
   LRESULT TellCommand(UINT what) const;
+  void SetText(std::u16string text);
+#endif
 
  private:
+#ifdef _WIN32
+  struct Procedure;
+#endif
   void TellObservers(PageWindow& changed);
 
   PageDialog& dialog_;
@@ -91,9 +144,6 @@ class PageWindow : public IHostWindow {
   const std::int32_t id_;
   const std::uint32_t style_;
   const DialogRectangle area_;
-  std::u16string text_;
-  bool enabled_ = true;
-  bool visible_ = true;
   std::vector<PageObserver*> observers_;  // null: removed while they are told
   std::int32_t telling_ = 0;              // calls in progress
 };

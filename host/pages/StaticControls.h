@@ -25,8 +25,8 @@ class PictureControl final : public PageWindow {
   PictureControl(PageDialog& dialog, const ModuleControl& control)
       : PageWindow(dialog, PageWindowKind::Picture, control, Widened(control.text)), bitmap_(control.bitmap) {}
 
-  // Null if the module lacks it.
-  const ModuleBitmap* Bitmap() const { return LoadBitmapW(Dialog().ResourceModule(), bitmap_); }
+  // Null if the module lacks it. Borrowed.
+  HBITMAP Bitmap() const;
 
  private:
   const std::int32_t bitmap_;

@@ -1,13 +1,20 @@
 // Answers what pages ask of the system where there is none of its kind: no registry key, and no document opens. What
-// they ask is noted in a trace of calls.
+// they ask is noted in a trace of calls. On Windows the system answers, and nothing is noted.
 #pragma once
 
-#include "host/base/Utf8.h"
 #include "host/hosted/CallTrace.h"
+#ifndef _WIN32
+#include "host/base/Utf8.h"
 #include "sdk/system/ShellAnswers.h"
+#endif
 
 namespace vblur::host {
 
+#ifdef _WIN32
+struct TracedShell {
+  explicit TracedShell(CallTrace*) {}
+};
+#else
 class TracedShell final : public ShellAnswers {
  public:
   // Borrowed; may be null. Answers from now on in place of those before, until its end.
@@ -34,5 +41,6 @@ class TracedShell final : public ShellAnswers {
 
   CallTrace* const trace_;
 };
+#endif
 
 }  // namespace vblur::host

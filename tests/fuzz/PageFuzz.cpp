@@ -274,7 +274,7 @@ void PageFuzz::DisturbWindow() {
   if (window == nullptr) return;
   switch (Roll(8)) {
     case 0: window->Show(!Chance(3)); break;
-    case 1: EnableWindow(window, !Chance(3)); break;
+    case 1: EnableWindow(window->Handle(), !Chance(3)); break;
     case 2: window->Dialog().NextStop(Chance(2) ? nullptr : window); break;
     case 3: window->Dialog().PreviousStop(Chance(2) ? nullptr : window); break;
     default: SendToWindow(*window); break;
@@ -293,13 +293,13 @@ void PageFuzz::SendToWindow(host::PageWindow& window) {
   }
   switch (Roll(6)) {
     case 0:
-      SendMessageW(&window, WM_GETTEXT, static_cast<WPARAM>(Roll(21)), reinterpret_cast<LPARAM>(text.data()));
+      SendMessageW(window.Handle(), WM_GETTEXT, static_cast<WPARAM>(Roll(21)), reinterpret_cast<LPARAM>(text.data()));
       break;
-    case 1: SendMessageW(&window, WM_SETTEXT, 0, Chance(3) ? 0 : reinterpret_cast<LPARAM>(u"Add")); break;
-    case 2: SendMessageW(&window, CB_ADDSTRING, 0, Chance(3) ? 0 : reinterpret_cast<LPARAM>(u"Zoom")); break;
-    case 3: SendMessageW(&window, CB_SETCURSEL, static_cast<WPARAM>(Roll(12) - 2), 0); break;
-    case 4: SendMessageW(&window, CB_RESETCONTENT, 0, 0); break;
-    default: SendMessageW(&window, BM_SETCHECK, static_cast<WPARAM>(Roll(3)), 0); break;
+    case 1: SendMessageW(window.Handle(), WM_SETTEXT, 0, Chance(3) ? 0 : reinterpret_cast<LPARAM>(u"Add")); break;
+    case 2: SendMessageW(window.Handle(), CB_ADDSTRING, 0, Chance(3) ? 0 : reinterpret_cast<LPARAM>(u"Zoom")); break;
+    case 3: SendMessageW(window.Handle(), CB_SETCURSEL, static_cast<WPARAM>(Roll(12) - 2), 0); break;
+    case 4: SendMessageW(window.Handle(), CB_RESETCONTENT, 0, 0); break;
+    default: SendMessageW(window.Handle(), BM_SETCHECK, static_cast<WPARAM>(Roll(3)), 0); break;
   }
 }
 

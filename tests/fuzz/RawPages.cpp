@@ -14,20 +14,20 @@ class RawPages::Site : public IDSPageSite {
   explicit Site(Random& random) : random_(random) {}
 
   HWND MakeDialog(HMODULE module, std::int32_t dialog, IDSPropertyPage& page) override {
-    const ModuleDialog* const found = FindDialog(module, dialog);
-    if (found == nullptr || random_.oneIn(10)) return nullptr;
-    dialogs.push_back(host::PageDialog::Make(*found, page, module));
-    return dialogs.back().get();
+    auto made = host::PageDialog::Make(module, dialog, page);
+    if (made == nullptr || random_.oneIn(10)) return nullptr;
+    dialogs.push_back(std::move(made));
+    return dialogs.back()->Handle();
   }
   void DropDialog(HWND dialog) override {
-    const auto found = std::ranges::find_if(dialogs, [&](const auto& each) { return each.get() == dialog; });
+    const auto found = std::ranges::find_if(dialogs, [&](const auto& each) { return each->Handle() == dialog; });
     if (found == dialogs.end()) return;
     const auto last = *found;
     dialogs.erase(found);
     last->Close();
   }
   void ShowDialog(HWND dialog, bool show) override {
-    const auto found = std::ranges::find_if(dialogs, [&](const auto& each) { return each.get() == dialog; });
+    const auto found = std::ranges::find_if(dialogs, [&](const auto& each) { return each->Handle() == dialog; });
     if (found == dialogs.end()) return;
     const auto held = *found;
     held->Show(show);

@@ -125,7 +125,7 @@ TEST_F(FullBlurPPGTest, EnablesTheMixByTheList) {
 
 TEST_F(FullBlurPPGTest, TheListsActionIsTheRule) {
   Open();
-  SendMessageW(site.dialog->Item(1004), CB_SETCURSEL, 4, 0);
+  SendMessageW(site.dialog->Item(1004)->Handle(), CB_SETCURSEL, 4, 0);
   effect->AddRef();
   // The action alone: no notice comes without an effect.
   page->SetObjects(0, nullptr);

@@ -31,7 +31,7 @@ TEST_F(HvDsPPGTest, BeginsWithoutAnEffect) {
   page->GetPageInfo(&info);
   EXPECT_EQ(info.dialog, kDialog);
   EXPECT_EQ(std::u16string(info.title), u"Plain");
-  EXPECT_EQ(page->GetResourceInstance(), &kModule);
+  EXPECT_EQ(page->GetResourceInstance(), ModuleHandle());
 }
 
 TEST_F(HvDsPPGTest, CopiesItsName) {

@@ -26,6 +26,7 @@
 #include "server/CDsClassFactory.h"
 #include "tests/effect/EffectBench.h"
 #include "tests/support/host/RecordingSite.h"
+#include "tests/support/host/TestModule.h"
 
 namespace vblur {
 
@@ -92,8 +93,9 @@ struct ExpectedControl {
 };
 
 inline void ExpectDialogHas(std::int32_t dialog, std::int32_t controlId, bool has) {
-  const ModuleDialog* const found = FindDialog(HvDsPPG::module, dialog);
-  ASSERT_NE(found, nullptr);
+  const auto dialogs = resources::Dialogs();
+  const auto found = std::ranges::find(dialogs, dialog, &ModuleDialog::id);
+  ASSERT_NE(found, dialogs.end());
   const auto control = std::ranges::find(found->controls, controlId, &ModuleControl::id);
   EXPECT_EQ(control != found->controls.end(), has) << controlId;
 }
@@ -163,8 +165,9 @@ class ForeignRanges {
       dialogs_.push_back(dialog);
       dialogs_.back().controls = controls_.back();
     }
-    module_ = {resources::Strings(), {}, dialogs_};
-    kept_ = std::exchange(HvDsPPG::module, &module_);
+    record_ = {resources::Strings(), {}, dialogs_};
+    module_.emplace(record_);
+    kept_ = std::exchange(HvDsPPG::module, module_->Handle());
   }
   ~ForeignRanges() { HvDsPPG::module = kept_; }
   ForeignRanges(const ForeignRanges&) = delete;
@@ -174,7 +177,8 @@ class ForeignRanges {
   std::vector<std::string> texts_;
   std::vector<std::vector<ModuleControl>> controls_;
   std::vector<ModuleDialog> dialogs_;
-  Module module_;
+  Module record_;
+  std::optional<TestModule> module_;
   HMODULE kept_ = nullptr;
 };
 
@@ -183,8 +187,7 @@ template <class Page>
 class PageTest : public testing::Test {
  protected:
   PageTest() {
-    static const Module kModule{resources::Strings(), resources::Bitmaps(), resources::Dialogs()};
-    HvDsPPG::module = &kModule;
+    HvDsPPG::module = ServerResources();
     page = ComPtr<Page>::Own(new Page);
     UseAs(*effect, host::EffectKind::Filter);
     viewer->Edit(Edited());
@@ -249,7 +252,8 @@ class PageTest : public testing::Test {
   // The page's range of each number control is that of its text in the resources, and of its property.
   void ExpectRangesAgree() {
     ASSERT_EQ(Activate(), kOk);
-    for (const ModuleControl& control : FindDialog(HvDsPPG::module, site.dialog->Id())->controls) {
+    for (const ModuleControl& control :
+         std::ranges::find(resources::Dialogs(), site.dialog->Id(), &ModuleDialog::id)->controls) {
       const host::ControlText text = host::ReadControlText(control.text);
       if (control.kind != ModuleControlKind::Static || text.kind != host::PageWindowKind::Number) continue;
       ExpectRange(control.id, text.minimum, text.maximum);

@@ -45,7 +45,11 @@ inline constexpr ModuleDialog kDialogs[] = {{kDialog, 100, 100, "Arial", 11, WS_
 // The last is too long for a list.
 inline const std::string kLong(300, 'x');
 inline const ModuleString kStrings[] = {{1, "Plain"}, {2, "first"}, {3, "second"}, {4, ""}, {5, kLong}};
-inline const Module kModule{kStrings, {}, kDialogs};
+inline HMODULE ModuleHandle() {
+  static const Module kRecord{kStrings, {}, kDialogs};
+  static const TestModule kModule(kRecord);
+  return kModule.Handle();
+}
 
 constexpr ControlRow Row(std::int32_t id, PropertyId property) {
   return {id, 0, property, 0};
@@ -56,7 +60,7 @@ constexpr ControlRow Row(std::int32_t id, PropertyId property) {
 class PlainPage : public HvDsPPG {
  public:
   explicit PlainPage(const char* name = "plain") : HvDsPPG(plain_page::kDialog, 1, name) {
-    module = &plain_page::kModule;
+    module = plain_page::ModuleHandle();
   }
   ~PlainPage() override { DisconnectEffect(); }
 

@@ -20,18 +20,18 @@ ComPtr<IDSColourChip> ChipOf(HWND window) {
 
 TEST(ColourChipControl, IsFoundAsAColourChipByItsWindow) {
   Chip chip;
-  const auto found = ChipOf(&chip.control);
+  const auto found = ChipOf(chip.control.Handle());
   ASSERT_TRUE(found);
   void* number = &chip;
   EXPECT_EQ(found->QueryInterface(IDSNumberControl::kIid, &number), kNoInterface);
   EXPECT_EQ(number, nullptr);
   EXPECT_EQ(found->QueryInterface(IDSColourChip::kIid, nullptr), kNullPointer);
-  EXPECT_EQ(chip.control.Prop(u"DSCTLIFAC"), nullptr);
+  EXPECT_EQ(GetPropW(chip.control.Handle(), u"DSCTLIFAC"), nullptr);
 }
 
 TEST(ColourChipControl, IsOwnedByItsDialog) {
   Chip chip;
-  auto* const found = static_cast<IUnknown*>(chip.control.Prop(kControlInterface));
+  auto* const found = static_cast<IUnknown*>(GetPropW(chip.control.Handle(), kControlInterface));
   void* counted = nullptr;
   EXPECT_EQ(found->QueryInterface(IDSColourChip::kIid, &counted), kOk);
   EXPECT_EQ(found->Release(), 1u);
@@ -43,7 +43,7 @@ TEST(ColourChipControl, IsOwnedByItsDialog) {
 
 TEST(ColourChipControl, ShowsThePagesColourWithoutAMessage) {
   Chip chip;
-  const auto found = ChipOf(&chip.control);
+  const auto found = ChipOf(chip.control.Handle());
   EXPECT_EQ(chip.control.Colour(), (Colour{0, 0, 0, 255}));
   EXPECT_EQ(found->SetColour(254, 127, 0, 12), kOk);
   EXPECT_EQ(chip.Changes(), 1u);

@@ -17,16 +17,16 @@ struct List : OneControl<ListControl> {
 };
 
 LRESULT Send(List& list, UINT message, WPARAM wParam = 0) {
-  return SendMessageW(&list.control, message, wParam, 0);
+  return SendMessageW(list.control.Handle(), message, wParam, 0);
 }
 
 TEST(ListControl, IsFilledByThePage) {
   List list(kNoEntries);
   EXPECT_EQ(Send(list, CB_GETCOUNT), 0);
   EXPECT_EQ(Send(list, CB_GETCURSEL), CB_ERR);
-  EXPECT_EQ(SendText(&list.control, CB_ADDSTRING, u"Blur"), 0);
-  EXPECT_EQ(SendText(&list.control, CB_ADDSTRING, u"Sharpen"), 1);
-  EXPECT_EQ(SendText(&list.control, CB_ADDSTRING, nullptr), CB_ERR);
+  EXPECT_EQ(SendText(list.control.Handle(), CB_ADDSTRING, u"Blur"), 0);
+  EXPECT_EQ(SendText(list.control.Handle(), CB_ADDSTRING, u"Sharpen"), 1);
+  EXPECT_EQ(SendText(list.control.Handle(), CB_ADDSTRING, nullptr), CB_ERR);
   EXPECT_EQ(list.Changes(), 2u);
   EXPECT_EQ(Send(list, CB_GETCOUNT), 2);
   EXPECT_EQ(Send(list, CB_GETCURSEL), CB_ERR) << "nothing is selected by itself";
@@ -38,7 +38,7 @@ TEST(ListControl, SelectsForThePageWithoutAMessage) {
   List list;
   EXPECT_EQ(Send(list, CB_SETCURSEL, 2), 2);
   EXPECT_EQ(Send(list, CB_GETCURSEL), 2);
-  EXPECT_EQ(TextOf(&list.control), u"Reflect");
+  EXPECT_EQ(TextOf(list.control.Handle()), u"Reflect");
   EXPECT_EQ(list.Changes(), 1u);
   EXPECT_EQ(Send(list, CB_SETCURSEL, 2), 2);
   EXPECT_EQ(list.Changes(), 0u);
@@ -53,15 +53,15 @@ TEST(ListControl, SelectsForThePageWithoutAMessage) {
 
 TEST(ListControl, ShowsTheEntryOfAText) {
   List list({u"Mix", u"Hue", u"Mix"});
-  EXPECT_EQ(SendText(&list.control, WM_SETTEXT, u"Hue"), 1);
+  EXPECT_EQ(SendText(list.control.Handle(), WM_SETTEXT, u"Hue"), 1);
   EXPECT_EQ(list.control.Selected(), 1);
-  EXPECT_EQ(SendText(&list.control, WM_SETTEXT, u"Mix"), 1);
+  EXPECT_EQ(SendText(list.control.Handle(), WM_SETTEXT, u"Mix"), 1);
   EXPECT_EQ(list.control.Selected(), 0) << "the first of several";
   for (const char16_t* other : {u"mix", u"Mi", u""}) {
-    EXPECT_EQ(SendText(&list.control, WM_SETTEXT, other), CB_ERR);
+    EXPECT_EQ(SendText(list.control.Handle(), WM_SETTEXT, other), CB_ERR);
     EXPECT_EQ(list.control.Text(), u"Mix");
   }
-  EXPECT_EQ(SendText(&list.control, WM_SETTEXT, nullptr), CB_ERR);
+  EXPECT_EQ(SendText(list.control.Handle(), WM_SETTEXT, nullptr), CB_ERR);
   EXPECT_EQ(list.page.Taken(), Messages{});
 }
 
@@ -73,7 +73,7 @@ TEST(ListControl, EmptiesWithItsSelection) {
   EXPECT_EQ(list.Changes(), 1u);
   EXPECT_EQ(Send(list, CB_GETCOUNT), 0);
   EXPECT_EQ(Send(list, CB_GETCURSEL), CB_ERR);
-  EXPECT_EQ(TextOf(&list.control), u"");
+  EXPECT_EQ(TextOf(list.control.Handle()), u"");
   Send(list, CB_RESETCONTENT);
   EXPECT_EQ(list.Changes(), 0u) << "it is empty";
   List unselected;
@@ -176,13 +176,13 @@ TEST(ListControl, SeesAnotherEntryOfTheSameText) {
 TEST(ListControl, HoldsManyEntriesAndLongOnes) {
   List list(kNoEntries);
   const std::u16string longest(100'000, u'x');
-  EXPECT_EQ(SendText(&list.control, CB_ADDSTRING, longest.c_str()), 0);
+  EXPECT_EQ(SendText(list.control.Handle(), CB_ADDSTRING, longest.c_str()), 0);
   for (int i = 1; i < 50'000; ++i)
-    SendText(&list.control, CB_ADDSTRING, u"entry");
+    SendText(list.control.Handle(), CB_ADDSTRING, u"entry");
   EXPECT_EQ(Send(list, CB_GETCOUNT), 50'000);
   EXPECT_TRUE(list.control.Choose(49'999));
   EXPECT_TRUE(list.control.Choose(0));
-  EXPECT_EQ(TextOf(&list.control), std::u16string(63, u'x'));
+  EXPECT_EQ(TextOf(list.control.Handle()), std::u16string(63, u'x'));
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ HRESULT SetRange(Number& number, double minimum, double maximum) {
 
 TEST(NumberControl, TakesCaptionAndRangeFromItsText) {
   Number number;
-  EXPECT_EQ(TextOf(&number.control), u"Blur");
+  EXPECT_EQ(TextOf(number.control.Handle()), u"Blur");
   EXPECT_EQ(number.control.Range().minimum, 0.0);
   EXPECT_EQ(number.control.Range().maximum, 720.0);
 }
@@ -71,18 +71,18 @@ TEST(NumberControl, AScrubOfNoStepsChangesNothing) {
 
 TEST(NumberControl, IsFoundAsANumberControlByItsWindow) {
   Number number;
-  const auto found = NumberOf(&number.control);
+  const auto found = NumberOf(number.control.Handle());
   ASSERT_TRUE(found);
   void* chip = &number;
   EXPECT_EQ(found->QueryInterface(IDSColourChip::kIid, &chip), kNoInterface);
   EXPECT_EQ(chip, nullptr);
   EXPECT_EQ(found->QueryInterface(IDSNumberControl::kIid, nullptr), kNullPointer);
-  EXPECT_EQ(number.control.Prop(u"dsctliface"), nullptr);
+  EXPECT_EQ(GetPropW(number.control.Handle(), u"DSCTLIFAC"), nullptr);
 }
 
 TEST(NumberControl, IsOwnedByItsDialog) {
   Number number;
-  auto* const found = static_cast<IUnknown*>(number.control.Prop(kControlInterface));
+  auto* const found = static_cast<IUnknown*>(GetPropW(number.control.Handle(), kControlInterface));
   void* counted = nullptr;
   EXPECT_EQ(found->QueryInterface(IDSNumberControl::kIid, &counted), kOk);
   EXPECT_EQ(found->Release(), 1u);
@@ -94,7 +94,7 @@ TEST(NumberControl, IsOwnedByItsDialog) {
 
 TEST(NumberControl, ShowsThePagesValueAsItIsWithoutAMessage) {
   Number number;
-  const auto found = NumberOf(&number.control);
+  const auto found = NumberOf(number.control.Handle());
   for (const auto& [value, shown] : {std::pair<double, std::string>{900.0, "900"},
                                      {-7.25, "-7.25"},
                                      {0.1, "0.1"},
@@ -123,7 +123,7 @@ TEST(NumberControl, ShowsThePagesValueAsItIsWithoutAMessage) {
 
 TEST(NumberControl, TakesAnotherRangeFromThePage) {
   Number number("Blur;class=dsnewnumberctrl;min=0;max=720", 500.0);
-  const auto found = NumberOf(&number.control);
+  const auto found = NumberOf(number.control.Handle());
   EXPECT_EQ(SetRange(number, -1.0, 100.0), kOk);
   EXPECT_EQ(number.Changes(), 1u);
   EXPECT_EQ(number.Value(), 500.0) << "the value stays";
@@ -186,7 +186,7 @@ TEST(NumberControl, KeepsItsValueWhenATypedTextIsNone) {
   EXPECT_EQ(number.Value(), 30.0);
   EXPECT_EQ(number.Changes(), 0u);
   EXPECT_EQ(number.page.Taken(), Messages{});
-  SendText(&number.control, WM_SETTEXT, u"Größe\n");
+  SendText(number.control.Handle(), WM_SETTEXT, u"Größe\n");
   EXPECT_EQ(number.control.Type("1,5"), "Größe : expected a decimal point and no commas, found \"1,5\"");
   Number nameless(";class=dsnewnumberctrl");
   EXPECT_EQ(nameless.control.Type("1,5"), "expected a decimal point and no commas, found \"1,5\"");

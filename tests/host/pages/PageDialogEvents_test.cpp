@@ -34,11 +34,11 @@ class RandomEvents {
     if (text == "scrub 1 0") --openScrubs_;
     PageWindow& other = *dialog_->Items()[static_cast<std::size_t>(Pick(5))];
     switch (Pick(8)) {
-      case 0: EnableWindow(&other, Pick(3) != 0); break;
+      case 0: EnableWindow(other.Handle(), Pick(3) != 0); break;
       case 1: other.Show(Pick(3) != 0); break;
-      case 2: SendMessageW(&list_, CB_RESETCONTENT, 0, 0); break;
-      case 3: SendText(&list_, CB_ADDSTRING, u"Entry"); break;
-      case 4: SendMessageW(&list_, CB_SETCURSEL, static_cast<WPARAM>(Pick(4)), 0); break;
+      case 2: SendMessageW(list_.Handle(), CB_RESETCONTENT, 0, 0); break;
+      case 3: SendText(list_.Handle(), CB_ADDSTRING, u"Entry"); break;
+      case 4: SendMessageW(list_.Handle(), CB_SETCURSEL, static_cast<WPARAM>(Pick(4)), 0); break;
       case 5: number_.SetValue(DSVariant::Of(Pick(200) - 50.0)); break;
       case 6: number_.SetRange(DSVariant::Of(Pick(20) - 10.0), DSVariant::Of(Pick(100) - 5.0)); break;
       default: dialog_->Show(Pick(4) != 0); break;

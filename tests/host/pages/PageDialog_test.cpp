@@ -7,6 +7,7 @@
 #include "host/pages/NumberControl.h"
 #include "host/pages/StaticControls.h"
 #include "tests/host/pages/RecordingPage.h"
+#include "tests/support/host/TestModule.h"
 
 namespace vblur::host {
 namespace {
@@ -56,9 +57,9 @@ TEST(PageDialog, FindsItemsByIdButNoneWithoutOne) {
   RecordingPage page;
   const auto dialog = ShownDialog(page, {ShownControl(ModuleControl::kNoId, Kind::Static, "a"),
                                          ShownControl(3, Kind::Static, "b"), ShownControl(3, Kind::Static, "c")});
-  EXPECT_EQ(GetDlgItem(dialog.get(), 3), dialog->Items()[1].get()) << "the first of several";
-  EXPECT_EQ(GetDlgItem(dialog.get(), ModuleControl::kNoId), nullptr);
-  EXPECT_EQ(GetDlgItem(dialog.get(), 4), nullptr);
+  EXPECT_EQ(GetDlgItem(dialog->Handle(), 3), dialog->Items()[1]->Handle()) << "the first of several";
+  EXPECT_EQ(dialog->Item(ModuleControl::kNoId), nullptr);
+  EXPECT_EQ(GetDlgItem(dialog->Handle(), 4), nullptr);
 }
 
 TEST(PageDialog, HasItsResourcesSizeAndFont) {
@@ -90,14 +91,15 @@ TEST(PageDialog, IsHiddenUntilItIsShown) {
 TEST(PageDialog, TakesPicturesFromTheModule) {
   constexpr std::array<std::uint8_t, 4> kPixel{1, 2, 3, 4};
   const std::array<ModuleBitmap, 1> bitmaps{{{103, 1, 1, kPixel}}};
-  const Module module{{}, bitmaps, {}};
+  const Module record{{}, bitmaps, {}};
+  const TestModule module(record);
   ModuleControl logo = ShownControl(1, Kind::Picture);
   logo.bitmap = 103;
   ModuleControl missing = ShownControl(2, Kind::Picture);
   missing.bitmap = 104;
   RecordingPage page;
-  const auto dialog = ShownDialog(page, {logo, missing}, &module);
-  EXPECT_EQ(dynamic_cast<PictureControl&>(*dialog->Item(1)).Bitmap(), bitmaps.data());
+  const auto dialog = ShownDialog(page, {logo, missing}, module.Handle());
+  EXPECT_NE(dynamic_cast<PictureControl&>(*dialog->Item(1)).Bitmap(), nullptr);
   EXPECT_EQ(dynamic_cast<PictureControl&>(*dialog->Item(2)).Bitmap(), nullptr);
   const auto without = ShownDialog(page, {logo});
   EXPECT_EQ(dynamic_cast<PictureControl&>(*without->Item(1)).Bitmap(), nullptr);
@@ -173,11 +175,11 @@ TEST(PageDialog, LetsThePageChangeControlsDuringAMessage) {
   const auto dialog = ShownDialog(page, {ShownControl(6, Kind::List), ShownControl(7, Kind::PushButton)});
   auto& list = dynamic_cast<ListControl&>(*dialog->Item(6));
   for (const char16_t* entry : {u"None", u"Mix"})
-    SendText(&list, CB_ADDSTRING, entry);
+    SendText(list.Handle(), CB_ADDSTRING, entry);
   page.onMessage = [&](const std::string&) {
-    SendMessageW(&list, CB_RESETCONTENT, 0, 0);
-    EnableWindow(&list, false);
-    EnableWindow(GetDlgItem(dialog.get(), 7), false);
+    SendMessageW(list.Handle(), CB_RESETCONTENT, 0, 0);
+    EnableWindow(list.Handle(), false);
+    EnableWindow(GetDlgItem(dialog->Handle(), 7), false);
   };
   EXPECT_TRUE(list.Choose(1));
   EXPECT_EQ(list.Selected(), ListControl::kNone);

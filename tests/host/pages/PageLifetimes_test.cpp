@@ -36,8 +36,8 @@ class Once : public IDSPropertyNotify, public PageObserver {
 class BareSite : public IDSPageSite {
  public:
   HWND MakeDialog(HMODULE module, std::int32_t dialog, IDSPropertyPage& page) override {
-    dialog_ = PageDialog::Make(*FindDialog(module, dialog), page, module);
-    return dialog_.get();
+    dialog_ = PageDialog::Make(module, dialog, page);
+    return dialog_->Handle();
   }
   void DropDialog(HWND) override { std::exchange(dialog_, nullptr)->Close(); }
   void ShowDialog(HWND, bool show) override { dialog_->Show(show); }

@@ -43,8 +43,8 @@ class PageOpening : public testing::Test, private IDSPageSite {
 
  private:
   HWND MakeDialog(HMODULE module, std::int32_t number, IDSPropertyPage& made) override {
-    dialog = PageDialog::Make(*FindDialog(module, number), made, module);
-    return dialog.get();
+    dialog = PageDialog::Make(module, number, made);
+    return dialog->Handle();
   }
   void DropDialog(HWND) override { dialog->Close(); }
   void ShowDialog(HWND, bool) override {}

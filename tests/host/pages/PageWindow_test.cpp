@@ -13,34 +13,34 @@ constexpr auto kStatic = ModuleControlKind::Static;
 TEST(PageWindow, SetsAndGetsItsText) {
   Label label(kStatic, "Aspect");
   EXPECT_EQ(label.control.Text(), u"Aspect");
-  EXPECT_EQ(SendText(&label.control, WM_SETTEXT, u"Blur Größe"), 1);
+  EXPECT_EQ(SendText(label.control.Handle(), WM_SETTEXT, u"Blur Größe"), 1);
   EXPECT_EQ(label.Changes(), 1u);
-  EXPECT_EQ(TextOf(&label.control), u"Blur Größe");
-  EXPECT_EQ(SendText(&label.control, WM_SETTEXT, u"Blur Größe"), 1);
+  EXPECT_EQ(TextOf(label.control.Handle()), u"Blur Größe");
+  EXPECT_EQ(SendText(label.control.Handle(), WM_SETTEXT, u"Blur Größe"), 1);
   EXPECT_EQ(label.Changes(), 0u) << "nothing else is shown";
-  EXPECT_EQ(SendText(&label.control, WM_SETTEXT, nullptr), 1);
+  EXPECT_EQ(SendText(label.control.Handle(), WM_SETTEXT, nullptr), 1);
   EXPECT_EQ(label.control.Text(), u"");
   EXPECT_EQ(label.page.Taken(), Messages{});
 }
 
 TEST(PageWindow, CutsItsTextToTheBuffer) {
   Label label(kStatic, "Aspect");
-  EXPECT_EQ(TextOf(&label.control, 7), u"Aspect");
-  EXPECT_EQ(TextOf(&label.control, 6), u"Aspec");
-  EXPECT_EQ(TextOf(&label.control, 1), u"");
+  EXPECT_EQ(TextOf(label.control.Handle(), 7), u"Aspect");
+  EXPECT_EQ(TextOf(label.control.Handle(), 6), u"Aspec");
+  EXPECT_EQ(TextOf(label.control.Handle(), 1), u"");
   char16_t untouched = u'#';
-  EXPECT_EQ(SendMessageW(&label.control, WM_GETTEXT, 0, reinterpret_cast<LPARAM>(&untouched)), 0);
+  EXPECT_EQ(SendMessageW(label.control.Handle(), WM_GETTEXT, 0, reinterpret_cast<LPARAM>(&untouched)), 0);
   EXPECT_EQ(untouched, u'#');
-  EXPECT_EQ(SendMessageW(&label.control, WM_GETTEXT, 9, 0), 0);
+  EXPECT_EQ(SendMessageW(label.control.Handle(), WM_GETTEXT, 9, 0), 0);
   std::u16string buffer(7, u'#');
-  SendMessageW(&label.control, WM_GETTEXT, 4, reinterpret_cast<LPARAM>(buffer.data()));
+  SendMessageW(label.control.Handle(), WM_GETTEXT, 4, reinterpret_cast<LPARAM>(buffer.data()));
   EXPECT_EQ(buffer, (std::u16string{u'A', u's', u'p', 0, u'#', u'#', u'#'}));
 }
 
 TEST(PageWindow, TakesTextsOfAnyLength) {
   Label label(kStatic);
   const std::u16string text(1'000'000, u'x');
-  SendText(&label.control, WM_SETTEXT, text.c_str());
+  SendText(label.control.Handle(), WM_SETTEXT, text.c_str());
   EXPECT_EQ(label.control.Text(), text);
 }
 
@@ -52,20 +52,20 @@ TEST(PageWindow, EndsAResourceTextAtANul) {
 
 TEST(PageWindow, AnswersNoMessageThatItDoesNotKnow) {
   Label label(kStatic);
-  EXPECT_EQ(SendMessageW(&label.control, BM_GETCHECK, 0, 0), 0);
-  EXPECT_EQ(label.control.Prop(u"DSCTLIFACE"), nullptr);
+  EXPECT_EQ(SendMessageW(label.control.Handle(), BM_GETCHECK, 0, 0), 0);
+  EXPECT_EQ(GetPropW(label.control.Handle(), kControlInterface), nullptr);
   EXPECT_EQ(label.control.Item(Label::kId), nullptr);
 }
 
 TEST(PageWindow, TellsWhetherItWasDisabled) {
   Label label(kStatic);
-  EXPECT_FALSE(EnableWindow(&label.control, true));
+  EXPECT_FALSE(EnableWindow(label.control.Handle(), true));
   EXPECT_EQ(label.Changes(), 0u);
-  EXPECT_FALSE(EnableWindow(&label.control, false));
+  EXPECT_FALSE(EnableWindow(label.control.Handle(), false));
   EXPECT_FALSE(label.control.IsEnabled());
-  EXPECT_TRUE(EnableWindow(&label.control, false));
+  EXPECT_TRUE(EnableWindow(label.control.Handle(), false));
   EXPECT_EQ(label.Changes(), 1u);
-  EXPECT_TRUE(EnableWindow(&label.control, true));
+  EXPECT_TRUE(EnableWindow(label.control.Handle(), true));
   EXPECT_TRUE(label.control.IsEnabled());
   EXPECT_EQ(label.Changes(), 1u);
 }
@@ -121,7 +121,7 @@ TEST(PageWindow, TellsItsObserversAndThoseOfItsDialog) {
   RecordingObserver ofDialog;
   label.dialog->AddObserver(ofDialog);
   label.dialog->AddObserver(ofDialog);
-  EXPECT_TRUE(InvalidateRect(&label.control, nullptr, false));
+  label.control.Invalidate();
   EXPECT_EQ(label.observer.Taken(), (std::vector<std::int32_t>{5}));
   EXPECT_EQ(ofDialog.Taken(), (std::vector<std::int32_t>{5})) << "once, though added twice";
   label.dialog->Invalidate();

@@ -89,7 +89,7 @@ class RecordingObserver : public PageObserver {
 inline constexpr std::int32_t kDialogNumber = 100;
 
 inline ModuleControl ShownControl(std::int32_t id, ModuleControlKind kind, std::string_view text = {},
-                                  DialogRectangle area = {}) {
+                                  DialogRectangle area = {0, 0, 40, 12}) {
   return {id, kind, text, area.x, area.y, area.width, area.height, WS_CHILD | WS_VISIBLE | WS_TABSTOP};
 }
 

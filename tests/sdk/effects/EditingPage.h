@@ -13,6 +13,7 @@
 #include "platform/ComPtr.h"
 #include "platform/WindowStyles.h"
 #include "tests/support/host/RecordingSite.h"
+#include "tests/support/host/TestModule.h"
 
 namespace vblur {
 
@@ -92,7 +93,11 @@ inline constexpr ModuleControl kControls[] = {
 };
 inline constexpr ModuleDialog kDialogs[] = {{kDialog, 100, 100, "Arial", 11, WS_CHILD, kControls}};
 inline constexpr ModuleString kStrings[] = {{1, "The page"}, {2, "How large it is."}};
-inline constexpr Module kModule{kStrings, {}, kDialogs};
+inline HMODULE ModuleHandle() {
+  static constexpr Module kRecord{kStrings, {}, kDialogs};
+  static const TestModule kModule(kRecord);
+  return kModule.Handle();
+}
 
 }  // namespace editing_page
 
@@ -122,7 +127,7 @@ class EditingPage : public CDSPropertyPage {
     map.Initialize();
     return &map;
   }
-  HMODULE GetResourceInstance() override { return &editing_page::kModule; }
+  HMODULE GetResourceInstance() override { return editing_page::ModuleHandle(); }
   HRESULT OnInitDialog() override {
     const HRESULT result = CDSPropertyPage::OnInitDialog();
     for (const char16_t* entry : {u"zero", u"one", u"two"})

@@ -52,10 +52,10 @@ class RecordingSite final : public IDSPageSite, private IDSUndo {
 
   HWND MakeDialog(HMODULE module, std::int32_t number, IDSPropertyPage& page) override {
     Note("make dialog " + std::to_string(number));
-    const ModuleDialog* const found = makesDialogs ? FindDialog(module, number) : nullptr;
-    if (found == nullptr) return nullptr;
-    dialog = PageDialog::Make(*found, page, module);
-    return dialog.get();
+    auto made = makesDialogs ? PageDialog::Make(module, number, page) : nullptr;
+    if (made == nullptr) return nullptr;
+    dialog = std::move(made);
+    return dialog->Handle();
   }
   void DropDialog(HWND) override {
     Note("drop dialog");

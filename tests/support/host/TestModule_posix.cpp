@@ -1,0 +1,25 @@
+#include "resources/Bitmaps.h"
+#include "resources/Dialogs.h"
+#include "resources/Strings.h"
+#include "tests/support/host/TestModule.h"
+
+namespace vblur {
+
+struct TestModule::Kept {
+  HMODULE handle;
+};
+
+TestModule::TestModule(const Module& record) : kept_(new Kept{&record}) {}
+
+TestModule::~TestModule() = default;
+
+HMODULE TestModule::Handle() const {
+  return kept_->handle;
+}
+
+HMODULE ServerResources() {
+  static const Module kModule{resources::Strings(), resources::Bitmaps(), resources::Dialogs()};
+  return &kModule;
+}
+
+}  // namespace vblur
