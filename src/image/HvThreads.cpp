@@ -13,6 +13,7 @@
 
 #include "image/HvMemory.h"
 #include "image/HvProcessors.h"
+#include "image/HvWait.h"
 
 namespace vblur {
 namespace {
@@ -72,21 +73,21 @@ class Pool {
     const std::lock_guard lock(runMutex_);
     const std::int32_t wanted = count();
     startWorkers(wanted - 1);
-    const auto working = static_cast<std::int32_t>(workers_.size());
+    const auto working = static_cast<std::uint32_t>(workers_.size());
     block_ = &block;
     account_ = HvChargedAccount();
     busy_.store(working, std::memory_order_relaxed);
     generation_.fetch_add(1, std::memory_order_release);
-    generation_.notify_all();
+    HvWakeAll(generation_);
     insideRun = true;
     enter(block);
     // The caller runs the indices that have no thread.
-    for (std::int32_t i = working + 1; i < wanted; ++i)
+    for (auto i = static_cast<std::int32_t>(working) + 1; i < wanted; ++i)
       runAs(i, block);
     insideRun = false;
-    for (std::int32_t left = busy_.load(std::memory_order_acquire); left != 0;
+    for (std::uint32_t left = busy_.load(std::memory_order_acquire); left != 0;
          left = busy_.load(std::memory_order_acquire)) {
-      busy_.wait(left, std::memory_order_acquire);
+      HvWaitWhile(busy_, left);
     }
   }
 
@@ -133,7 +134,7 @@ class Pool {
   void stopWorkers() {
     stopping_.store(true, std::memory_order_relaxed);
     generation_.fetch_add(1, std::memory_order_release);
-    generation_.notify_all();
+    HvWakeAll(generation_);
     for (std::thread& worker : workers_)
       worker.join();
     std::vector<std::thread>().swap(workers_);
@@ -145,20 +146,20 @@ class Pool {
     threadIndex = index;
     insideRun = true;
     for (;;) {
-      generation_.wait(seen, std::memory_order_acquire);
+      HvWaitWhile(generation_, seen);
       const std::uint32_t now = generation_.load(std::memory_order_acquire);
       if (now == seen) continue;
       seen = now;
       if (stopping_.load(std::memory_order_relaxed)) return;
       callOnWorker();
-      if (busy_.fetch_sub(1, std::memory_order_release) == 1) busy_.notify_one();
+      if (busy_.fetch_sub(1, std::memory_order_release) == 1) HvWakeOne(busy_);
     }
   }
 
   std::mutex runMutex_;
   std::atomic<std::int32_t> count_{0};
   std::atomic<std::uint32_t> generation_{0};
-  std::atomic<std::int32_t> busy_{0};
+  std::atomic<std::uint32_t> busy_{0};
   std::atomic<bool> stopping_{false};
   const HvCallBlock* block_ = nullptr;
   HvMemoryAccount* account_ = nullptr;
