@@ -188,6 +188,13 @@ function(vblur_headers_alone target)
   add_dependencies(headers_alone ${target}_headers)
 endfunction()
 
+# Rooms of other systems, which this one does not build.
+function(vblur_rooms_elsewhere)
+  foreach(room IN LISTS ARGN)
+    set_property(GLOBAL APPEND PROPERTY VBLUR_ROOMS "${room}")
+  endforeach()
+endfunction()
+
 # Called when every room has been entered: writes their list for the checks, and refuses a folder with sources below one
 # of FOLDERS that is no room.
 function(vblur_close_house)

@@ -18,6 +18,7 @@
 #include "host/base/NameMatch.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
@@ -146,7 +147,7 @@ class RenderCommand : public Command {
       host::Refuse("OUTPUT", "the standard input has no name to keep in a folder, expected the name of a file");
     }
     const std::filesystem::path literal = host::FramePattern::Escaped(folder);
-    return (literal / std::filesystem::path(input).filename()).string();
+    return host::Utf8Of((literal / std::filesystem::path(input).filename()));
   }
 
   // No picture replaces what another one reads or writes, whatever the names.
@@ -156,7 +157,7 @@ class RenderCommand : public Command {
     std::unordered_map<std::string, std::size_t> writers;
     for (std::size_t i = 0; i < jobs.size(); ++i) {
       host::ForEachFileRead(jobs[i], host::ResolveFrames(jobs[i]), [&](const host::FileRead& file) {
-        const auto [reader, isNew] = readers.emplace(file.path.string(), i);
+        const auto [reader, isNew] = readers.emplace(host::Utf8Of(file.path), i);
         if (!isNew && reader->second != i) reader->second = kSeveral;
       });
     }
@@ -166,11 +167,11 @@ class RenderCommand : public Command {
       const host::FramePattern pattern(jobs[i].output.file);
       for (std::int64_t frame = 0; frame < frames.Count(); ++frame) {
         const auto file = host::OutputFilePath(jobs[i], pattern, frames.FrameAt(frame));
-        const std::string path = paths.Of(file).string();
+        const std::string path = host::Utf8Of(paths.Of(file));
         const auto reader = readers.find(path);
         const bool isRead = reader != readers.end() && reader->second != i;
         if (!isRead && writers.emplace(path, i).first->second == i) continue;
-        host::Refuse("OUTPUT", host::Quoted(file.string()) + (isRead ? " is read" : " is written") +
+        host::Refuse("OUTPUT", host::Quoted(host::Utf8Of(file)) + (isRead ? " is read" : " is written") +
                                    " for another picture of this run, expected a file of its own");
       }
     }

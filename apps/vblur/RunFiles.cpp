@@ -3,6 +3,7 @@
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/jobs/JobFiles.h"
 
@@ -21,22 +22,22 @@ void RequireOtherInput(const std::string& place, const std::filesystem::path& jo
 }
 
 void RunFiles::AddRead(const std::filesystem::path& file) {
-  if (!host::IsStandardStream(file)) uses_.emplace(paths_.Of(file).string(), Use::Read);
+  if (!host::IsStandardStream(file)) uses_.emplace(host::Utf8Of(paths_.Of(file)), Use::Read);
 }
 
 void RunFiles::AddReadByJob(const host::Job& job, const host::FrameList& frames) {
   host::ForEachFileRead(job, frames,
-                        [this](const host::FileRead& file) { uses_.emplace(file.path.string(), Use::Read); });
+                        [this](const host::FileRead& file) { uses_.emplace(host::Utf8Of(file.path), Use::Read); });
   for (host::FramePattern& sequence : host::SequencesReadBy(job))
     sequences_.push_back(std::move(sequence));
 }
 
 void RunFiles::RequireNoFrame(const std::string& place, const std::filesystem::path& file) {
-  const std::string real = paths_.Of(file).string();
+  const std::string real = host::Utf8Of(paths_.Of(file));
   for (const host::FramePattern& sequence : sequences_) {
     const auto frame = sequence.FrameOf(real);
     if (!frame || uses_.contains(real)) continue;
-    host::Refuse(place, "expected another name, " + host::Quoted(file.string()) + " is frame " +
+    host::Refuse(place, "expected another name, " + host::Quoted(host::Utf8Of(file)) + " is frame " +
                             std::to_string(*frame) + " of a sequence that this run reads");
   }
 }
@@ -45,15 +46,15 @@ void RunFiles::AddWrittenByJob(const host::Job& job, const host::FrameList& fram
   if (host::IsStandardStream(job.output.file)) return;
   const host::FramePattern pattern(job.output.file);
   for (std::int64_t i = 0; i < frames.Count(); ++i) {
-    uses_.emplace(paths_.Of(host::OutputFilePath(job, pattern, frames.FrameAt(i))).string(), Use::Written);
+    uses_.emplace(host::Utf8Of(paths_.Of(host::OutputFilePath(job, pattern, frames.FrameAt(i)))), Use::Written);
   }
 }
 
 void RunFiles::AddWritten(const std::string& place, const std::filesystem::path& file) {
   if (host::IsStandardStream(file)) host::Refuse(place, "expected the name of a file, found -");
   RequireNoFrame(place, file);
-  if (const auto [use, isNew] = uses_.emplace(paths_.Of(file).string(), Use::Written); !isNew) {
-    host::Refuse(place, "expected another name, " + host::Quoted(file.string()) +
+  if (const auto [use, isNew] = uses_.emplace(host::Utf8Of(paths_.Of(file)), Use::Written); !isNew) {
+    host::Refuse(place, "expected another name, " + host::Quoted(host::Utf8Of(file)) +
                             (use->second == Use::Read ? " is read by this run" : " is written by this run already"));
   }
   try {

@@ -6,6 +6,7 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/properties/PropertyText.h"
 #include "host/studies/DrawingLibrary.h"
@@ -94,7 +95,7 @@ class SheetCommand : public Command {
     const host::SheetPoint size = host::PanelSize(plan, whole.Width(), whole.Height());
     host::ScalePicture(whole, size.x, size.y, pictures.input);
     pictures.associatedAlpha = read.associatedAlpha;
-    pictures.caption = host::Quoted(std::filesystem::path(input_).filename().string()) + ", " +
+    pictures.caption = host::Quoted(host::Utf8Of(std::filesystem::path(input_).filename())) + ", " +
                        std::to_string(whole.Width()) + " x " + std::to_string(whole.Height()) + " pixels, shown at " +
                        std::to_string(size.x) + " x " + std::to_string(size.y) + ", " + std::to_string(depth) +
                        " bits a component";
@@ -107,7 +108,7 @@ class SheetCommand : public Command {
     }
     ReadWhole(second_, depth, whole, terminal);
     host::ScalePicture(whole, size.x, size.y, pictures.input2);
-    pictures.caption += host::Quoted(std::filesystem::path(second_).filename().string());
+    pictures.caption += host::Quoted(host::Utf8Of(std::filesystem::path(second_).filename()));
   }
 
   host::SheetRequest request_;

@@ -3,27 +3,21 @@
 #include <system_error>
 #include <utility>
 
-#include <dlfcn.h>
-
 #include "host/base/Failure.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::host {
 
 LoadedModule::LoadedModule(const std::filesystem::path& file, const std::string& what) : file_(file), what_(what) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) Refuse("no such file");
-  // Lazy binding: most functions that a module's dependencies import are never called.
-  library_ = ::dlopen(std::filesystem::absolute(file).c_str(), RTLD_LAZY | RTLD_LOCAL);
-  if (library_ == nullptr) Refuse(::dlerror());
-}
-
-void* LoadedModule::FindSymbol(const char* name) const {
-  return ::dlsym(library_, name);
+  library_ = Open(std::filesystem::absolute(file));
+  if (library_ == nullptr) Refuse(LastError());
 }
 
 void* LoadedModule::GetSymbol(const char* name) const {
   void* const symbol = FindSymbol(name);
-  if (symbol == nullptr) Refuse(::dlerror());
+  if (symbol == nullptr) Refuse(LastError());
   return symbol;
 }
 
@@ -34,11 +28,11 @@ void LoadedModule::RequireOurVersion() const {
 }
 
 void LoadedModule::Unload() {
-  if (void* const library = std::exchange(library_, nullptr); library != nullptr) ::dlclose(library);
+  if (void* const library = std::exchange(library_, nullptr); library != nullptr) Close(library);
 }
 
 void LoadedModule::Refuse(const std::string& why) const {
-  host::Refuse(ExitCode::CannotRead, file_.string(), "cannot load " + what_ + ": " + why);
+  host::Refuse(ExitCode::CannotRead, Utf8Of(file_), "cannot load " + what_ + ": " + why);
 }
 
 }  // namespace vblur::host

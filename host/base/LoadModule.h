@@ -32,6 +32,10 @@ class LoadedModule {
   [[noreturn]] void Refuse(const std::string& why) const;
 
  private:
+  // The system's; null for failure, of which LastError tells.
+  static void* Open(const std::filesystem::path& file);
+  static void Close(void* library);
+  static std::string LastError();
   void* FindSymbol(const char* name) const;
   void* GetSymbol(const char* name) const;
 

@@ -2,30 +2,30 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <regex>
 #include <string>
 #include <system_error>
 
-#include <signal.h>
-#include <unistd.h>
+#include "host/base/Processes.h"
+#include "host/base/SystemFiles.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::host {
 
 namespace {
 
+using Letter = std::filesystem::path::value_type;
+
 constexpr std::size_t kLongestPiece = 60;
 
 // The machine's name with separators replaced.
-const std::string& MachineName() {
+const std::string& MachinePiece() {
   static const std::string name = [] {
-    std::array<char, 256> text{};
-    if (::gethostname(text.data(), text.size() - 1) != 0) return std::string("unknown");
     std::string kept;
-    for (const char c : std::string(text.data()).substr(0, kLongestPiece))
+    for (const char c : MachineName().substr(0, kLongestPiece))
       kept += c == '.' || c == '-' ? '_' : c;
     return kept.empty() ? std::string("unknown") : kept;
   }();
@@ -33,51 +33,50 @@ const std::string& MachineName() {
 }
 
 // The process that wrote a part file of this machine.
-std::optional<pid_t> WriterOf(const std::string& fileName) {
+std::optional<std::uint32_t> WriterOf(const std::string& fileName) {
   static const std::regex form(R"(\..*\.([^.-]+)-([0-9]{1,9})-[0-9]+\.part(\.[^.]*)?)");
   std::smatch parts;
-  if (!std::regex_match(fileName, parts, form) || parts[1].str() != MachineName()) return std::nullopt;
-  return static_cast<pid_t>(std::stol(parts[2].str()));
+  if (!std::regex_match(fileName, parts, form) || parts[1].str() != MachinePiece()) return std::nullopt;
+  return static_cast<std::uint32_t>(std::stol(parts[2].str()));
 }
 
 // More than frames can be in flight. Files without a place are left to RemoveAbandonedParts.
 constexpr std::size_t kMostNotes = 1024;
-std::array<std::atomic<char*>, kMostNotes> notes;
-static_assert(std::atomic<char*>::is_always_lock_free, "a signal handler must not wait for a lock");
-
-bool HasEnded(pid_t process) {
-  return ::kill(process, 0) != 0 && errno == ESRCH;
-}
+std::array<std::atomic<Letter*>, kMostNotes> notes;
+static_assert(std::atomic<Letter*>::is_always_lock_free, "a signal handler must not wait for a lock");
 
 }  // namespace
 
 std::filesystem::path PartFileFor(const std::filesystem::path& target) {
   static std::atomic<unsigned> counter{0};
-  const std::string name = "." + target.stem().string().substr(0, kLongestPiece) + "." + MachineName() + "-" +
-                           std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".part" +
-                           target.extension().string();
-  return target.parent_path() / name;
+  const std::string name = "." + Utf8Of(target.stem()).substr(0, kLongestPiece) + "." + MachinePiece() + "-" +
+                           std::to_string(OwnProcess()) + "-" + std::to_string(counter++) + ".part" +
+                           Utf8Of(target.extension());
+  return target.parent_path() / PathOf(name);
 }
 
-PartFileNote::PartFileNote(const std::filesystem::path& file) : name_(::strdup(file.c_str())) {
+PartFileNote::PartFileNote(const std::filesystem::path& file) {
+  const auto& text = file.native();
+  auto name = std::make_unique<Letter[]>(text.size() + 1);
+  text.copy(name.get(), text.size());
   for (auto& place : notes) {
-    char* none = nullptr;
-    if (!place.compare_exchange_strong(none, name_)) continue;
+    Letter* none = nullptr;
+    if (!place.compare_exchange_strong(none, name.get())) continue;
     place_ = &place;
+    name_ = name.release();
     return;
   }
-  std::free(name_);
 }
 
 // A name taken by a signal handler is not freed.
 PartFileNote::~PartFileNote() {
-  char* own = name_;
-  if (place_ != nullptr && place_->compare_exchange_strong(own, nullptr)) std::free(name_);
+  Letter* own = name_;
+  if (place_ != nullptr && place_->compare_exchange_strong(own, nullptr)) delete[] name_;
 }
 
 void RemoveNotedParts() noexcept {
   for (auto& place : notes) {
-    if (const char* const name = place.exchange(nullptr); name != nullptr) ::unlink(name);
+    if (const Letter* const name = place.exchange(nullptr); name != nullptr) RemoveAtOnce(name);
   }
 }
 
@@ -85,7 +84,7 @@ void RemoveAbandonedParts(const std::filesystem::path& folder) {
   std::error_code error;
   std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const auto writer = WriterOf(entry->path().filename().string());
+    const auto writer = WriterOf(Utf8Of(entry->path().filename()));
     if (!writer || !HasEnded(*writer)) continue;
     std::error_code ignored;
     std::filesystem::remove(entry->path(), ignored);

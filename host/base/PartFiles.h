@@ -19,8 +19,10 @@ class PartFileNote {
   PartFileNote& operator=(const PartFileNote&) = delete;
 
  private:
-  char* name_ = nullptr;  // owned while `place_` holds it
-  std::atomic<char*>* place_ = nullptr;
+  using Letter = std::filesystem::path::value_type;
+
+  Letter* name_ = nullptr;  // owned while `place_` holds it
+  std::atomic<Letter*>* place_ = nullptr;
 };
 
 // Removes all noted files, for a process that has to end at once. From a signal handler, too.

@@ -5,18 +5,23 @@
 #include <filesystem>
 #include <string>
 
+#include "host/base/Utf8.h"
+
 namespace vblur::host {
 
 inline bool IsStandardStream(const std::filesystem::path& file) {
-  return file.native() == "-";
+  return file == "-";
+}
+inline bool IsStandardStream(const std::string& name) {
+  return name == "-";
 }
 
 // What messages call a file that is read or written.
 inline std::string InputName(const std::filesystem::path& file) {
-  return IsStandardStream(file) ? "standard input" : file.string();
+  return IsStandardStream(file) ? "standard input" : Utf8Of(file);
 }
 inline std::string OutputName(const std::filesystem::path& file) {
-  return IsStandardStream(file) ? "standard output" : file.string();
+  return IsStandardStream(file) ? "standard output" : Utf8Of(file);
 }
 
 }  // namespace vblur::host

@@ -2,32 +2,59 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <string_view>
 #include <system_error>
 
+#include "host/base/Descriptors.h"
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::host {
 
-std::string ReadTextFile(const std::filesystem::path& named, const std::string& kind) {
-  const std::filesystem::path path = IsStandardStream(named) ? "/dev/stdin" : named;
-  constexpr std::size_t kLargest = std::size_t{16} << 20;
-  const auto fail = [&](const std::string& reason) { Refuse(ExitCode::CannotRead, path.string(), reason); };
-  std::error_code error;
-  if (std::filesystem::is_directory(path, error)) fail("is a directory, expected a " + kind);
+namespace {
+
+constexpr std::size_t kLargest = std::size_t{16} << 20;
+
+// Reads until `text` is larger than a text may be. False with the error in errno.
+bool ReadStandardInput(std::string& text) {
+  std::array<char, 65536> part;
+  while (text.size() <= kLargest) {
+    const std::int64_t count = ReadSome(kStandardInput, part);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return count == 0;
+    text.append(part.data(), static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+bool ReadFile(const std::filesystem::path& path, std::string& text) {
   errno = 0;
   std::ifstream file(path, std::ios::binary);
-  if (!file) fail("cannot read the " + kind + ": " + std::strerror(errno));
-  std::string text;
+  if (!file) return false;
   std::array<char, 65536> part;
-  while (file.read(part.data(), part.size()) || file.gcount() > 0) {
+  while (text.size() <= kLargest && (file.read(part.data(), part.size()) || file.gcount() > 0))
     text.append(part.data(), static_cast<std::size_t>(file.gcount()));
-    if (text.size() > kLargest) fail("larger than 16 MiB, expected a " + kind);
-  }
-  if (file.bad()) fail("cannot read the " + kind + ": the system reports an error");
+  return !file.bad();
+}
+
+std::string LastError() {
+  return errno == 0 ? "the system reports an error" : std::strerror(errno);
+}
+
+}  // namespace
+
+std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind) {
+  const auto fail = [&](const std::string& reason) { Refuse(ExitCode::CannotRead, InputName(path), reason); };
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) fail("is a directory, expected a " + kind);
+  std::string text;
+  const bool isRead = IsStandardStream(path) ? ReadStandardInput(text) : ReadFile(path, text);
+  if (!isRead) fail("cannot read the " + kind + ": " + LastError());
+  if (text.size() > kLargest) fail("larger than 16 MiB, expected a " + kind);
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   return text;
@@ -36,8 +63,7 @@ std::string ReadTextFile(const std::filesystem::path& named, const std::string& 
 std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,
                                                   const std::string& kind) {
   const auto fail = [&] {
-    const std::string reason = errno == 0 ? "the system reports an error" : std::strerror(errno);
-    Refuse(ExitCode::CannotWrite, path.string(), "cannot write the " + kind + ": " + reason);
+    Refuse(ExitCode::CannotWrite, Utf8Of(path), "cannot write the " + kind + ": " + LastError());
   };
   auto commit = std::make_unique<OutputFileCommit>(path);
   errno = 0;

@@ -11,7 +11,7 @@ namespace vblur::host {
 
 // "-" is the standard input. `kind` names the kind of file in messages. Throws Failure (cannot read) that begins with
 // the file's name for a file that is missing, unreadable or larger than 16 MiB. Without a byte order mark of UTF-8.
-std::string ReadTextFile(const std::filesystem::path& named, const std::string& kind);
+std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind);
 
 // The whole text in a temporary file, which replaces the target when committed. Throws Failure (cannot write).
 std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,

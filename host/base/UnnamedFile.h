@@ -1,7 +1,11 @@
-// A temporary file without a name: nothing is left of it, however the process ends.
+// A temporary file without a name: nothing is left of it, however the process ends. On Windows, where files have names,
+// that of a killed process stays until the next one makes such a file.
 #pragma once
 
 #include <filesystem>
+#include <memory>
+
+#include "host/base/PartFiles.h"
 
 namespace vblur::host {
 
@@ -20,6 +24,7 @@ class UnnamedFile {
  private:
   int descriptor_ = -1;
   std::filesystem::path path_;
+  std::unique_ptr<PartFileNote> note_;  // of a file that has a name
 };
 
 }  // namespace vblur::host

@@ -7,6 +7,7 @@
 #include "host/base/OutputFileCommit.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/files/PictureLibrary.h"
 #include "host/files/StandardOutput.h"
 
@@ -18,7 +19,7 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   const auto real = EndOfLinks(path);
   const auto folder = real.parent_path().empty() ? std::filesystem::path(".") : real.parent_path();
   if (!std::filesystem::is_directory(folder, error))
-    RefuseToWrite(path, "the folder " + folder.string() + " does not exist");
+    RefuseToWrite(path, "the folder " + Utf8Of(folder) + " does not exist");
   const auto status = std::filesystem::status(path, error);
   if (error && std::filesystem::is_symlink(real)) RefuseToWrite(path, "its links lead in a circle");
   if (!std::filesystem::exists(status)) return;
@@ -26,7 +27,7 @@ void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   if (!std::filesystem::is_regular_file(status))
     RefuseToWrite(path, "not a regular file; - writes a picture into a pipe");
   if (!overwrite) {
-    throw Failure(ExitCode::CannotWrite, path.string() + ": cannot write: the file exists already",
+    throw Failure(ExitCode::CannotWrite, Utf8Of(path) + ": cannot write: the file exists already",
                   FailureKind::FileExists);
   }
   // Renaming another file over it would not ask.

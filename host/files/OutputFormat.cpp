@@ -10,6 +10,7 @@
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::host {
 
@@ -58,7 +59,7 @@ constexpr std::array<OutputFormat, 11> kFormats = {{
 }};
 
 std::string Extension(const std::filesystem::path& path) {
-  std::string extension = path.extension().string();
+  std::string extension = Utf8Of(path.extension());
   if (!extension.empty()) extension.erase(0, 1);
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -136,7 +137,7 @@ std::span<const OutputFormat> OutputFormats() {
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
   const std::string extension = Extension(path);
   if (const OutputFormat* const format = FindFormat(extension)) return *format;
-  Refuse(path.string(),
+  Refuse(Utf8Of(path),
          "cannot write: " +
              (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +
              ", one of these was expected: " + AllExtensions());

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <system_error>
 
 #include "host/base/Failure.h"
@@ -71,9 +71,8 @@ void RequirePictureFile(const std::filesystem::path& path) {
     RefuseToRead(path, "not a regular file; - reads a picture from a pipe");
   if (std::filesystem::file_size(path, error) == 0 && !error)
     RefuseToRead(path, "the file is empty, a picture was expected");
-  std::FILE* file = std::fopen(path.c_str(), "rb");
-  if (!file) RefuseToRead(path, std::strerror(errno));
-  std::fclose(file);
+  errno = 0;
+  if (!std::ifstream(path, std::ios::binary)) RefuseToRead(path, std::strerror(errno));
 }
 
 PictureInfo ReadPictureInfo(const std::filesystem::path& path, const ReadChoice& choice) {

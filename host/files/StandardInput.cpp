@@ -3,13 +3,12 @@
 #include <cerrno>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
 #include <system_error>
 #include <vector>
 
-#include <poll.h>
-#include <unistd.h>
-
+#include "host/base/Descriptors.h"
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
 #include "host/base/UnnamedFile.h"
@@ -25,21 +24,13 @@ std::string SystemText() {
   return std::generic_category().message(errno);
 }
 
-void WriteAll(int file, const char* bytes, std::size_t count) {
-  while (count > 0) {
-    const ssize_t written = ::write(file, bytes, count);
+void WriteAll(int file, std::span<const char> bytes) {
+  while (!bytes.empty()) {
+    const std::int64_t written = WriteSome(file, bytes);
     if (written < 0 && errno == EINTR) continue;
     if (written < 0) RefuseToRead(kInput, "its temporary file cannot be written: " + SystemText());
-    bytes += written;
-    count -= static_cast<std::size_t>(written);
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
   }
-}
-
-// Whether there is something to read, or the end, after a moment.
-bool IsReady() {
-  constexpr int kMilliseconds = 100;
-  pollfd input{STDIN_FILENO, POLLIN, 0};
-  return ::poll(&input, 1, kMilliseconds) != 0;
 }
 
 std::unique_ptr<UnnamedFile> MakeFile() {
@@ -51,13 +42,13 @@ std::unique_ptr<UnnamedFile> MakeFile() {
 }
 
 std::unique_ptr<UnnamedFile> ReadToEnd(std::int64_t mostBytes, const StopTest& stop) {
-  if (::isatty(STDIN_FILENO) != 0) RefuseToRead(kInput, "it is a terminal, a picture was expected");
+  if (IsTerminal(kStandardInput)) RefuseToRead(kInput, "it is a terminal, a picture was expected");
   auto file = MakeFile();
   std::vector<char> part(std::size_t{1} << 16);
   for (std::int64_t bytes = 0;;) {
     if (stop && stop()) throw Failure(ExitCode::Interrupted, "interrupted");
-    if (!IsReady()) continue;
-    const ssize_t count = ::read(STDIN_FILENO, part.data(), part.size());
+    if (!IsReady(kStandardInput)) continue;
+    const std::int64_t count = ReadSome(kStandardInput, part);
     if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
     if (count < 0) RefuseToRead(kInput, SystemText());
     if (count == 0 && bytes == 0) RefuseToRead(kInput, "it is empty, a picture was expected");
@@ -69,7 +60,7 @@ std::unique_ptr<UnnamedFile> ReadToEnd(std::int64_t mostBytes, const StopTest& s
           InputName(kInput) + ": cannot read: more than the " + std::to_string(mostBytes) + " bytes that are allowed",
           FailureKind::NeedsMemory);
     }
-    WriteAll(file->Descriptor(), part.data(), static_cast<std::size_t>(count));
+    WriteAll(file->Descriptor(), std::span(part).first(static_cast<std::size_t>(count)));
   }
 }
 

@@ -1,12 +1,13 @@
 #include "host/files/StandardOutput.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
+#include <span>
 #include <system_error>
 #include <vector>
 
-#include <unistd.h>
-
+#include "host/base/Descriptors.h"
 #include "host/base/Failure.h"
 
 namespace vblur::host {
@@ -22,7 +23,7 @@ const std::filesystem::path kOutput = "-";
 }  // namespace
 
 void RequirePictureOutput() {
-  if (::isatty(STDOUT_FILENO) != 0) RefuseToWrite(kOutput, "it is a terminal, a file or a pipe was expected");
+  if (IsTerminal(kStandardOutput)) RefuseToWrite(kOutput, "it is a terminal, a file or a pipe was expected");
 }
 
 std::unique_ptr<UnnamedFile> MakeFileForOutput() {
@@ -36,14 +37,15 @@ std::unique_ptr<UnnamedFile> MakeFileForOutput() {
 void SendToStandardOutput(const UnnamedFile& file) {
   std::fflush(stdout);
   std::vector<char> part(std::size_t{1} << 16);
-  for (off_t at = 0;;) {
-    const ssize_t count = ::pread(file.Descriptor(), part.data(), part.size(), at);
+  for (std::int64_t at = 0;;) {
+    const std::int64_t count = ReadSomeAt(file.Descriptor(), at, part);
     if (count < 0) RefuseSystemError();
     if (count == 0) return;
-    for (ssize_t sent = 0; sent < count;) {
-      const ssize_t more = ::write(STDOUT_FILENO, part.data() + sent, static_cast<std::size_t>(count - sent));
-      if (more < 0 && errno != EINTR) RefuseSystemError();
-      if (more > 0) sent += more;
+    std::span<const char> left = std::span(part).first(static_cast<std::size_t>(count));
+    while (!left.empty()) {
+      const std::int64_t sent = WriteSome(kStandardOutput, left);
+      if (sent < 0 && errno != EINTR) RefuseSystemError();
+      if (sent > 0) left = left.subspan(static_cast<std::size_t>(sent));
     }
     at += count;
   }

@@ -5,17 +5,12 @@
 
 #include "host/base/Failure.h"
 #include "host/base/HostFolder.h"
+#include "host/base/Utf8.h"
 #include "host/hosted/CallTrace.h"
 #include "sdk/effects/Catalogue.h"
 #include "sdk/effects/ClassObjects.h"
 
 namespace vblur::host {
-
-namespace {
-
-constexpr const char* kServerName = "V_Blur.so";
-
-}  // namespace
 
 EffectServer::EffectServer(const std::filesystem::path& file) : file_(file), library_(file, "the effect") {
   KeepClassesInProcess(true);
@@ -56,12 +51,11 @@ ComPtr<IDSImageEffect> EffectServer::CreateEffect() const {
   ComPtr<IDSImageEffect> effect;
   if (result == kOk) result = factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive());
   if (result == kOk) return effect;
-  Refuse(ExitCode::SomeFramesFailed, file_.string(),
-         "the server cannot make the effect (" + FormatResult(result) + ")");
+  Refuse(ExitCode::SomeFramesFailed, Utf8Of(file_), "the server cannot make the effect (" + FormatResult(result) + ")");
 }
 
 std::filesystem::path DefaultServerFile() {
-  return HostFolder() / kServerName;
+  return HostFolder() / VBLUR_SERVER_NAME;
 }
 
 }  // namespace vblur::host

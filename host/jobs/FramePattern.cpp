@@ -10,6 +10,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::host {
 
@@ -149,9 +150,9 @@ std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path
   const std::string_view tail = std::string_view(tail_).substr(0, end);
   std::vector<std::int32_t> frames;
   std::error_code error;
-  std::filesystem::directory_iterator entry(folder / head_.substr(0, start), error);
+  std::filesystem::directory_iterator entry(folder / PathOf(head_.substr(0, start)), error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const std::string name = entry->path().filename().string();
+    const std::string name = Utf8Of(entry->path().filename());
     if (name.size() <= head.size() + tail.size() || !name.starts_with(head) || !name.ends_with(tail)) continue;
     const std::string_view digits(name.data() + head.size(), name.size() - head.size() - tail.size());
     std::int32_t frame = 0;
@@ -161,7 +162,7 @@ std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path
     const std::string file = FileName(frame);
     if (file.compare(start, name.size(), name) != 0) continue;
     std::error_code ignored;
-    if (std::filesystem::is_regular_file(folder / file, ignored)) frames.push_back(frame);
+    if (std::filesystem::is_regular_file(folder / PathOf(file), ignored)) frames.push_back(frame);
   }
   std::ranges::sort(frames);
   return frames;

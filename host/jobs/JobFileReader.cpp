@@ -2,6 +2,7 @@
 #include "host/base/JsonPlace.h"
 #include "host/base/JsonText.h"
 #include "host/base/TextFile.h"
+#include "host/base/Utf8.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/FrameRangeText.h"
 #include "host/jobs/JobCheck.h"
@@ -214,7 +215,7 @@ Job ReadJobFile(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.parent_path();
     return ParseJob(text, folder.empty() ? "." : folder);
   } catch (const Failure& failure) {
-    Refuse(failure.Code(), path.string(), failure.what());
+    Refuse(failure.Code(), Utf8Of(path), failure.what());
   }
 }
 

@@ -6,6 +6,7 @@
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
 #include "host/base/TextFile.h"
+#include "host/base/Utf8.h"
 #include "host/jobs/FramePattern.h"
 #include "host/jobs/FrameRangeText.h"
 #include "host/jobs/JobCheck.h"
@@ -101,17 +102,17 @@ Json JobToJson(const Job& job) {
 // A file name relative to `from`, made relative to `to`. Only leading `..` steps are resolved: later ones may pass
 // through links.
 std::string Rebased(const std::string& file, fs::path from, const fs::path& to) {
-  const fs::path name(file);
+  const fs::path name = PathOf(file);
   if (name.is_absolute() || IsStandardStream(name)) return file;
   auto part = name.begin();
   for (; part != name.end() && (*part == ".." || *part == "."); ++part) {
     if (*part == "..") from = from.parent_path();
   }
-  fs::path rebased = FramePattern::Escaped(from.lexically_relative(to).string());
+  fs::path rebased = PathOf(FramePattern::Escaped(Utf8Of(from.lexically_relative(to))));
   if (rebased == ".") rebased.clear();
   for (; part != name.end(); ++part)
     rebased /= *part;
-  return rebased.string();
+  return Utf8Of(rebased);
 }
 
 fs::path FolderOf(const fs::path& path) {

@@ -7,6 +7,7 @@
 #include "host/base/NameMatch.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/jobs/JobCheck.h"
 
 namespace vblur::host {
@@ -27,7 +28,7 @@ class FileCollisions {
   FileCollisions(const Job& job, const FrameList& frames, bool outputMayBeInput)
       : job_(job), frames_(frames), outputMayBeInput_(outputMayBeInput) {
     ForEachFileRead(job, frames, [this](const FileRead& file) {
-      const auto reader = read_.emplace(file.path.string(), Reader{file.field, file.frame, file.isShared}).first;
+      const auto reader = read_.emplace(Utf8Of(file.path), Reader{file.field, file.frame, file.isShared}).first;
       if (file.isShared || reader->second.frame != file.frame) reader->second.isShared = true;
     });
   }
@@ -38,7 +39,7 @@ class FileCollisions {
     RealPaths paths;
     for (std::int64_t i = 0; i < frames_.Count(); ++i) {
       const std::int32_t frame = frames_.FrameAt(i);
-      const std::string path = paths.Of(OutputFilePath(job_, pattern, frame)).string();
+      const std::string path = Utf8Of(paths.Of(OutputFilePath(job_, pattern, frame)));
       if (const auto reader = read_.find(path); reader != read_.end()) {
         CheckReader(reader->second, Quoted(pattern.FileName(OutputNumber(job_, frame))), frame);
       }
@@ -74,7 +75,7 @@ class FileCollisions {
 }  // namespace
 
 std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {
-  std::filesystem::path name = pattern.FileName(frame);
+  std::filesystem::path name = PathOf(pattern.FileName(frame));
   if (IsStandardStream(name)) return name;
   // Messages name "x" rather than "./x".
   return job.folder == "." || job.folder.empty() ? name : job.folder / name;
@@ -117,7 +118,7 @@ std::vector<FramePattern> SequencesReadBy(const Job& job) {
     // A number in the name of a folder: frames in several folders, whose links are not looked up.
     if (folder.HasNumber()) continue;
     const auto real = RealPaths().Of(JobFilePath(job, folder, 0) / "name").parent_path();
-    sequences.emplace_back(FramePattern::Escaped(real.string() + "/") + file->substr(name));
+    sequences.emplace_back(FramePattern::Escaped(Utf8Of(real) + "/") + file->substr(name));
   }
   return sequences;
 }

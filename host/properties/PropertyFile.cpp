@@ -5,6 +5,7 @@
 #include "host/base/Failure.h"
 #include "host/base/JsonText.h"
 #include "host/base/TextFile.h"
+#include "host/base/Utf8.h"
 #include "host/properties/PropertyJson.h"
 
 namespace vblur::host {
@@ -46,7 +47,7 @@ PropertyStore ReadPropertyFile(const std::filesystem::path& path) {
   try {
     return ParseProperties(text);
   } catch (const Failure& failure) {
-    Refuse(failure.Code(), path.string(), failure.what());
+    Refuse(failure.Code(), Utf8Of(path), failure.what());
   }
 }
 

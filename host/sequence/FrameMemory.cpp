@@ -6,10 +6,9 @@
 #include <optional>
 #include <string_view>
 
-#include <unistd.h>
-
 #include "host/base/Failure.h"
 #include "host/hosted/FrameBands.h"
+#include "host/sequence/Machine.h"
 
 namespace vblur::host {
 
@@ -78,9 +77,7 @@ void RequireMemory(const FrameMemory& memory, std::int64_t allowed, const std::s
 
 std::int64_t DefaultMemory() {
   constexpr std::int64_t kLeast = std::int64_t{2} << 30;
-  const std::int64_t pages = ::sysconf(_SC_PHYS_PAGES);
-  const std::int64_t pageBytes = ::sysconf(_SC_PAGESIZE);
-  return pages > 0 && pageBytes > 0 ? std::max(kLeast, pages * pageBytes / 2) : kLeast;
+  return std::max(kLeast, MachineMemory() / 2);
 }
 
 std::string FormatBytes(std::int64_t bytes) {

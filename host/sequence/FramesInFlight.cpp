@@ -1,10 +1,6 @@
 #include "host/sequence/FramesInFlight.h"
 
 #include <algorithm>
-#include <limits>
-
-#include <fcntl.h>
-#include <sys/resource.h>
 
 namespace vblur::host {
 
@@ -24,19 +20,6 @@ std::int64_t FramesThatFit(const SequenceLoad& load) {
 }
 
 }  // namespace
-
-std::int64_t FreeFiles() {
-  rlimit limit{};
-  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return std::numeric_limits<std::int64_t>::max();
-  // Of limits beyond this one, what is open is a small part.
-  constexpr rlim_t kCounted = 1024;
-  const auto counted = static_cast<int>(std::min(limit.rlim_cur, kCounted));
-  std::int64_t open = 0;
-  for (int file = 0; file < counted; ++file)
-    open += ::fcntl(file, F_GETFD) >= 0 ? 1 : 0;
-  constexpr rlim_t kMost = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int64_t>(std::min(limit.rlim_cur, kMost)) - open;
-}
 
 SequenceLanes FramesInFlight(const SequenceLoad& load) {
   const std::int64_t frames = std::max<std::int64_t>(load.frames, 1);

@@ -15,9 +15,6 @@ struct SequenceLoad {
   std::int64_t files = std::numeric_limits<std::int64_t>::max();  // that the process may open yet
 };
 
-// The files that this process may open yet.
-std::int64_t FreeFiles();
-
 struct SequenceLanes {
   std::int32_t frames = 1;   // rendered side by side
   std::int32_t threads = 1;  // of each render

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::host {
 
@@ -58,7 +59,7 @@ std::string FrameLine(const FrameResult& result) {
   switch (result.status) {
     case FrameStatus::Done:
       return frame + ": " + OutputName(result.file) + times + Overscan(result.overscan) + Memory(result.memory);
-    case FrameStatus::Skipped: return frame + ": " + result.file.string() + " exists, skipped";
+    case FrameStatus::Skipped: return frame + ": " + Utf8Of(result.file) + " exists, skipped";
     case FrameStatus::Failed: break;
   }
   return "vblur: " + result.message;
@@ -109,7 +110,7 @@ std::string FormatDuration(double seconds) {
 std::string ProgressJsonLine(const FrameResult& result) {
   Json object = {{"event", "frame"},
                  {"frame", result.frame},
-                 {"file", result.file.string()},
+                 {"file", Utf8Of(result.file)},
                  {"status", StatusName(result.status)},
                  {"seconds", Seconds(result.seconds)}};
   if (result.overscan) {

@@ -14,6 +14,7 @@
 #include "host/base/PartFiles.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/FrameBands.h"
@@ -24,6 +25,7 @@
 #include "host/sequence/FramePipeline.h"
 #include "host/sequence/FramesInFlight.h"
 #include "host/sequence/JobPictures.h"
+#include "host/sequence/Machine.h"
 #include "host/sequence/ReplacedInputs.h"
 #include "host/sequence/WholeOutput.h"
 
@@ -182,7 +184,7 @@ std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
 }
 
 [[noreturn]] void RefuseLoss(const std::filesystem::path& file, const std::string& lost) {
-  throw Failure(ExitCode::CannotWrite, file.string() + ": cannot write: it is read by this run and would lose " + lost,
+  throw Failure(ExitCode::CannotWrite, Utf8Of(file) + ": cannot write: it is read by this run and would lose " + lost,
                 FailureKind::HoldsLess);
 }
 
@@ -190,7 +192,7 @@ void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
     std::error_code error;
     if (IsStandardStream(file) || std::filesystem::exists(file, error)) continue;
-    RefuseToRead(file, "no such file" + AboutFrame(frames_, frame) + FramePattern::Advice(file.filename().string()));
+    RefuseToRead(file, "no such file" + AboutFrame(frames_, frame) + FramePattern::Advice(Utf8Of(file.filename())));
   }
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/base/Failure.h"
+#include "host/base/Utf8.h"
 #include "host/hosted/HostImage.h"
 
 namespace vblur::host {
@@ -64,13 +65,13 @@ std::string FlawOfOutput(const std::filesystem::path& file, const OutputFormat& 
   } catch (const Failure& failure) {
     return failure.what();
   } catch (const std::bad_alloc&) {
-    return file.string() + ": not enough memory to read it";
+    return Utf8Of(file) + ": not enough memory to read it";
   }
   if (info.format != format.name)
-    return file.string() + ": the format is " + info.format + ", expected " + std::string(format.name);
-  if (!HasEnd(file, info.format)) return file.string() + ": the end of the file is missing";
+    return Utf8Of(file) + ": the format is " + info.format + ", expected " + std::string(format.name);
+  if (!HasEnd(file, info.format)) return Utf8Of(file) + ": the end of the file is missing";
   const std::string difference = DifferenceFrom(expected, info, image);
-  return difference.empty() ? difference : file.string() + ": " + difference;
+  return difference.empty() ? difference : Utf8Of(file) + ": " + difference;
 }
 
 }  // namespace vblur::host

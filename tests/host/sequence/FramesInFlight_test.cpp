@@ -5,6 +5,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "host/sequence/Machine.h"
+
 namespace vblur::host {
 namespace {
 

@@ -1,0 +1,82 @@
+#include "host/base/Descriptors.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+
+#include <io.h>
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+namespace vblur::host {
+
+namespace {
+
+HANDLE HandleOf(int file) {
+  return reinterpret_cast<HANDLE>(_get_osfhandle(file));
+}
+
+DWORD CountOf(std::size_t bytes) {
+  return static_cast<DWORD>(std::min<std::size_t>(bytes, std::numeric_limits<std::int32_t>::max()));
+}
+
+std::int64_t Fail(DWORD error) {
+  switch (error) {
+    case ERROR_BROKEN_PIPE:
+    case ERROR_NO_DATA: errno = EPIPE; break;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL: errno = ENOSPC; break;
+    case ERROR_INVALID_HANDLE: errno = EBADF; break;
+    case ERROR_ACCESS_DENIED: errno = EACCES; break;
+    default: errno = EIO;
+  }
+  return -1;
+}
+
+std::int64_t Read(int file, std::span<char> bytes, OVERLAPPED* place) {
+  DWORD count = 0;
+  if (ReadFile(HandleOf(file), bytes.data(), CountOf(bytes.size()), &count, place) != 0) return count;
+  const DWORD error = GetLastError();
+  // The writer has closed its end of the pipe.
+  return error == ERROR_HANDLE_EOF || error == ERROR_BROKEN_PIPE ? 0 : Fail(error);
+}
+
+}  // namespace
+
+bool IsTerminal(int file) {
+  DWORD mode = 0;
+  return GetConsoleMode(HandleOf(file), &mode) != 0;
+}
+
+bool IsReady(int file) {
+  const HANDLE input = HandleOf(file);
+  if (GetFileType(input) != FILE_TYPE_PIPE) return true;
+  DWORD available = 0;
+  // An error is for the read to report.
+  if (PeekNamedPipe(input, nullptr, 0, nullptr, &available, nullptr) == 0 || available > 0) return true;
+  constexpr DWORD kMilliseconds = 10;
+  Sleep(kMilliseconds);
+  return false;
+}
+
+std::int64_t ReadSome(int file, std::span<char> bytes) {
+  return Read(file, bytes, nullptr);
+}
+
+std::int64_t WriteSome(int file, std::span<const char> bytes) {
+  DWORD count = 0;
+  if (WriteFile(HandleOf(file), bytes.data(), CountOf(bytes.size()), &count, nullptr) != 0) return count;
+  return Fail(GetLastError());
+}
+
+std::int64_t ReadSomeAt(int file, std::int64_t place, std::span<char> bytes) {
+  OVERLAPPED at{};
+  at.Offset = static_cast<DWORD>(place & 0xFFFFFFFF);
+  at.OffsetHigh = static_cast<DWORD>(place >> 32);
+  return Read(file, bytes, &at);
+}
+
+}  // namespace vblur::host

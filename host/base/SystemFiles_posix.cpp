@@ -1,0 +1,54 @@
+#include "host/base/SystemFiles.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace vblur::host {
+
+namespace {
+
+// 0, or the system's number of the error. File systems that cannot sync a file or a folder keep it by other means.
+int SyncPath(const std::filesystem::path& path, int flags) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | flags);
+  if (file < 0) return errno;
+  const int error = ::fsync(file) == 0 ? 0 : errno;
+  ::close(file);
+  return error == EINVAL || error == ENOTSUP ? 0 : error;
+}
+
+std::string TextOf(int error) {
+  return error == 0 ? std::string() : std::generic_category().message(error);
+}
+
+}  // namespace
+
+std::string SyncFile(const std::filesystem::path& file) {
+  return TextOf(SyncPath(file, 0));
+}
+
+std::string SyncFolder(const std::filesystem::path& folder) {
+  const int error = SyncPath(folder, O_DIRECTORY);
+  // A folder may be writable but not readable.
+  return TextOf(error == EACCES ? 0 : error);
+}
+
+void CopyPermissions(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::error_code error;
+  const auto old = std::filesystem::status(from, error);
+  if (std::filesystem::is_regular_file(old)) std::filesystem::permissions(to, old.permissions(), error);
+}
+
+std::string MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::error_code error;
+  std::filesystem::rename(from, to, error);
+  return error ? error.message() : std::string();
+}
+
+void RemoveAtOnce(const char* file) noexcept {
+  ::unlink(file);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,45 @@
+#include "host/base/SystemFiles.h"
+
+#include "host/base/SystemError_windows.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+namespace vblur::host {
+
+std::string SyncFile(const std::filesystem::path& file) {
+  constexpr DWORD kAnySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE handle =
+      CreateFileW(file.c_str(), GENERIC_WRITE, kAnySharing, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return LastErrorText();
+  const std::string error = FlushFileBuffers(handle) != 0 ? std::string() : LastErrorText();
+  CloseHandle(handle);
+  return error;
+}
+
+// MoveOver has done so.
+std::string SyncFolder(const std::filesystem::path& /*folder*/) {
+  return {};
+}
+
+// A file's access list is its folder's, as that of the file that it replaces most often is.
+void CopyPermissions(const std::filesystem::path& from, const std::filesystem::path& to) {
+  constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+  const DWORD old = GetFileAttributesW(from.c_str());
+  const DWORD now = GetFileAttributesW(to.c_str());
+  if (old == INVALID_FILE_ATTRIBUTES || now == INVALID_FILE_ATTRIBUTES || (old & kKept) == 0) return;
+  SetFileAttributesW(to.c_str(), now | (old & kKept));
+}
+
+std::string MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
+  constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  return MoveFileExW(from.c_str(), to.c_str(), kHow) != 0 ? std::string() : LastErrorText();
+}
+
+void RemoveAtOnce(const wchar_t* file) noexcept {
+  DeleteFileW(file);
+}
+
+}  // namespace vblur::host
