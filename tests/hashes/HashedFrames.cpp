@@ -6,6 +6,8 @@
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/ExecuteContext.h"
 #include "host/hosted/JobFrame.h"
+#include "host/hosted/LinearLight.h"
+#include "host/hosted/Premultiply.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "tests/differential/EffectRun.h"
@@ -39,9 +41,7 @@ DrawnFrame GoldenFrame(const std::filesystem::path& file, const GoldenPicture& p
   DrawnFrame frame;
   host::Job& job = frame.job;
   job = host::ReadJobFile(file);
-  if (!job.depth || job.frames || job.linear || job.premultipliesAround) {
-    host::Refuse(file.string(), "expected one frame with a depth, of pixels as they are stored");
-  }
+  if (!job.depth || job.frames) host::Refuse(file.string(), "expected one frame with a depth");
   const auto load = [&](const std::string& name, std::int32_t components) {
     return picture(name, *job.depth, components);
   };
@@ -50,6 +50,12 @@ DrawnFrame GoldenFrame(const std::filesystem::path& file, const GoldenPicture& p
   if (job.mask) frame.mask = load(job.mask->file, 1);
   frame.initial = job.output.initial ? load(*job.output.initial, 4) : Empty(job, frame.input);
   return frame;
+}
+
+// From the colours of files of the sRGB transfer function to those that are rendered.
+void Convert(const host::Job& job, host::HostImage& image) {
+  if (job.linear) host::DecodeColours(image, false);
+  if (job.premultipliesAround) host::MultiplyByAlpha(image);
 }
 
 // Whether the program renders the job.
@@ -92,12 +98,17 @@ std::vector<NamedFrame> FramesInFiles(std::vector<NamedFrame> golden, std::uint6
 
 DrawnPicture RenderJobFrame(const DrawnFrame& frame) {
   differential::HostedPictures held(frame);
+  if (held.input) Convert(frame.job, *held.input);
+  if (held.input2) Convert(frame.job, *held.input2);
+  if (frame.job.output.initial) Convert(frame.job, held.output);
+  host::FramePictures pictures = held.Borrowed();
+  pictures.encodesColours = frame.job.linear && held.input;
   host::CoordMan coordMan(frame.job.proxy);
   host::ExecuteContext context;
   // Last: destroyed before what it borrows.
   host::HostedEffect effect(MakeEffect());
   effect.SetUp(frame.job, coordMan, context);
-  const HRESULT result = RenderFields(effect, frame.job, held.Borrowed(), frame.job.time, context, [] {});
+  const HRESULT result = RenderFields(effect, frame.job, pictures, frame.job.time, context, [] {});
   if (result != kOk || !effect.WhyNotRendered().empty()) {
     throw host::Failure(host::ExitCode::SomeFramesFailed, "the effect cannot render the frame");
   }

@@ -21,7 +21,7 @@ using GoldenPicture =
     std::function<differential::DrawnPicture(const std::string& file, std::int32_t depth, std::int32_t components)>;
 
 // golden/NAME: the golden jobs of a folder by name, with their pictures in memory. Throws host::Failure for a job that
-// cannot be read, that names no depth, that is a sequence, or that changes pixels when they are read.
+// cannot be read, that names no depth, or that is a sequence.
 std::vector<NamedFrame> GoldenFrames(const std::filesystem::path& folder, const GoldenPicture& picture);
 
 // random/INDEX: the same frame for the same index, on every machine.
@@ -31,8 +31,8 @@ NamedFrame RandomFrame(std::uint64_t index);
 // hold them.
 std::vector<NamedFrame> FramesInFiles(std::vector<NamedFrame> golden, std::uint64_t count);
 
-// The output of a frame as a job has it: fields in turn, and the input around a region. Throws host::Failure for a
-// frame that the host refuses.
+// The output of a frame as a job has it: fields in turn, and the input around a region; in linear light of colours of
+// the sRGB transfer function. Throws host::Failure for a frame that the host refuses.
 differential::DrawnPicture RenderJobFrame(const differential::DrawnFrame& frame);
 
 }  // namespace vblur::hashes

@@ -1,10 +1,10 @@
 """./dev hashes: renders the same frames on every platform, at every CPU level, with several numbers of threads, by the
 effect called directly and by the program, and compares the hashes of the pictures.
 
-usage: run.py --platform NAME;BUILD[;RUNNER[;SUFFIX]]... [options]
+usage: run.py --platform NAME;TOOL;PROGRAM[;RUNNER]... [options]
 
-A platform is a build folder, the command that its programs are started with, and what their names end in. The first one
-runs here without a command; it also writes the frames as files and reads what the programs made of them.
+A platform is its hash_tool, its vblur, and the command that starts them. The first one runs here without a command; it
+also writes the frames as files and reads what the programs made of them.
 
 Exit code 1 when a hash differs or a frame is missing.
 """
@@ -14,6 +14,7 @@ import os
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
@@ -27,22 +28,27 @@ BEGIN, END = "<!-- written by ./dev hashes --update -->\n", "<!-- end -->\n"
 
 class Platform:
     def __init__(self, text):
-        self.name, build, runner, suffix = (text.split(";") + ["", ""])[:4]
-        self.runner = runner.split()
-        self.tool = Path(build) / "tests" / "hashes" / f"hash_tool{suffix}"
-        self.program = (Path(build) / "apps" / "vblur" / f"vblur{suffix}").resolve()
+        self.name, tool, program, runner = (text.split(";") + [""])[:4]
+        self.tool, self.program = Path(tool).resolve(), Path(program).resolve()
+        self.runner = [str(Path(runner).resolve())] if runner else []
 
     def run(self, program, *arguments, folder=ROOT):
-        return subprocess.run([*self.runner, str(program), *map(str, arguments)], cwd=folder, text=True,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+        """The exit code and what was printed. Into files: what a runner leaves running would keep a pipe open."""
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+            code = subprocess.run([*self.runner, str(program), *map(str, arguments)], cwd=folder,
+                                  stdin=subprocess.DEVNULL, stdout=out, stderr=err, check=False, timeout=600).returncode
+            texts = []
+            for file in (out, err):
+                file.seek(0)
+                texts.append(file.read().decode("utf-8", "replace"))
+            return code, *texts
 
     def ask(self, *arguments):
         """What the tool prints; ends the run when the tool fails."""
-        done = self.run(self.tool, *arguments)
-        if done.returncode != 0:
-            sys.exit(f"hashes: {self.name}: {self.tool} {' '.join(map(str, arguments))} ended with {done.returncode}: "
-                     f"{done.stderr.strip()}")
-        return done.stdout
+        code, out, err = self.run(self.tool, *arguments)
+        if code != 0:
+            sys.exit(f"hashes: {self.name}: {self.tool} {' '.join(map(str, arguments))} ended with {code}: {err.strip()}")
+        return out
 
 
 class Run:
@@ -97,9 +103,9 @@ class Run:
             return platform.run(platform.program, "job", "job.json", "--cpu", row.level, "--threads", row.threads,
                                 "--overwrite", "--no-sync", folder=job.parent)
 
-        for name, done in zip(jobs, self.pool.map(start, jobs.values())):
-            if done.returncode != 0:
-                self.complaints.append(f"{platform.name}: vblur job, {name}: {done.stderr.strip()}")
+        for name, (code, _, err) in zip(jobs, self.pool.map(start, jobs.values())):
+            if code != 0:
+                self.complaints.append(f"{platform.name}: vblur job, {name}: {err.strip()}")
         return parse(self.here.ask("outputs", self.options.work)).get("files", {})
 
     def everything(self):
