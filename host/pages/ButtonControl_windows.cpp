@@ -1,4 +1,5 @@
 #include "host/pages/ButtonControl.h"
+
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur::host {

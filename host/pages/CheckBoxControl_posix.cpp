@@ -1,6 +1,6 @@
-#include <utility>
-
 #include "host/pages/CheckBoxControl.h"
+
+#include <utility>
 
 namespace vblur::host {
 

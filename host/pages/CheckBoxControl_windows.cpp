@@ -1,6 +1,7 @@
+#include "host/pages/CheckBoxControl.h"
+
 #include <utility>
 
-#include "host/pages/CheckBoxControl.h"
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur::host {

@@ -1,4 +1,5 @@
 #include "host/pages/ColourChipControl.h"
+
 #include "sdk/system/SystemTypes_windows.h"
 // After the system's header.
 #include <commdlg.h>

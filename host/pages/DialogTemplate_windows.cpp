@@ -1,3 +1,5 @@
+#include "host/pages/DialogTemplate.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -6,7 +8,6 @@
 
 #include "host/base/NameMatch.h"
 #include "host/pages/ControlText.h"
-#include "host/pages/DialogTemplate.h"
 #include "platform/WindowStyles.h"
 
 namespace vblur::host {

@@ -1,8 +1,8 @@
+#include "host/pages/ListControl.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
-
-#include "host/pages/ListControl.h"
 
 namespace vblur::host {
 

@@ -1,8 +1,9 @@
+#include "host/pages/ListControl.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "host/pages/ListControl.h"
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur::host {
@@ -72,6 +73,9 @@ LRESULT ListControl::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
       Look();
       return has ? selected : CB_ERR;
     }
+    case WM_GETTEXT:
+      // Some systems count the end of a text that is cut.
+      return std::min(PageWindow::Receive(message, wParam, lParam), static_cast<LRESULT>(wParam == 0 ? 0 : wParam - 1));
     case WM_SETTEXT: return SelectText(reinterpret_cast<const char16_t*>(lParam));
     default: return PageWindow::Receive(message, wParam, lParam);
   }

@@ -1,3 +1,5 @@
+#include "host/pages/NumberControl.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -6,7 +8,6 @@
 
 #include "host/base/Utf8.h"
 #include "host/pages/ControlClasses.h"
-#include "host/pages/NumberControl.h"
 #include "sdk/system/SystemTypes_windows.h"
 // After the system's header.
 #include <commctrl.h>
@@ -46,14 +47,6 @@ std::optional<NumberKey> KeyOf(WPARAM code) {
     if (CodeOf(key) == code) return key;
   }
   return std::nullopt;
-}
-
-std::u16string Utf16Of(std::string_view utf8) {
-  const auto size = static_cast<int>(utf8.size());
-  if (size == 0) return {};
-  std::u16string text(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0)), u'\0');
-  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, SystemText(text.data()), static_cast<int>(text.size()));
-  return text;
 }
 
 bool IsHeld(int key) {

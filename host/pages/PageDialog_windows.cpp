@@ -1,10 +1,11 @@
+#include "host/pages/PageDialog.h"
+
 #include <algorithm>
 #include <span>
 #include <utility>
 
 #include "host/pages/ControlClasses.h"
 #include "host/pages/DialogTemplate.h"
-#include "host/pages/PageDialog.h"
 #include "host/pages/PageFrame.h"
 #include "platform/PageControls.h"
 #include "sdk/system/SystemTypes_windows.h"

@@ -1,5 +1,6 @@
-#include "host/pages/ControlClasses.h"
 #include "host/pages/PageFrame.h"
+
+#include "host/pages/ControlClasses.h"
 #include "sdk/system/SystemTypes_windows.h"
 
 namespace vblur::host {

@@ -1,8 +1,9 @@
+#include "host/pages/PageWindow.h"
+
 #include <algorithm>
 #include <utility>
 
 #include "host/pages/PageDialog.h"
-#include "host/pages/PageWindow.h"
 #include "platform/WindowStyles.h"
 
 namespace vblur::host {

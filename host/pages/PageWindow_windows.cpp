@@ -1,8 +1,9 @@
+#include "host/pages/PageWindow.h"
+
 #include <algorithm>
 #include <utility>
 
 #include "host/pages/PageDialog.h"
-#include "host/pages/PageWindow.h"
 #include "platform/PageControls.h"
 #include "sdk/system/SystemTypes_windows.h"
 // After the system's header.

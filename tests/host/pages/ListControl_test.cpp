@@ -11,7 +11,7 @@ struct List : OneControl<ListControl> {
   explicit List(const std::vector<std::u16string>& entries = {u"Colour", u"Repeat", u"Reflect", u"wrap"})
       : OneControl(ModuleControlKind::List) {
     for (const std::u16string& entry : entries)
-      SendText(&control, CB_ADDSTRING, entry.c_str());
+      SendText(control.Handle(), CB_ADDSTRING, entry.c_str());
     Changes();
   }
 };
