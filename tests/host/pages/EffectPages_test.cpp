@@ -1,9 +1,6 @@
 // The open pages of one effect.
 #include "host/pages/EffectPages.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include <gtest/gtest.h>
 
 #include "properties/PageNames.h"
@@ -31,21 +28,6 @@ TEST(EffectPages, ShowOneInFront) {
   EXPECT_EQ(pages.Count(), 2u);
   EXPECT_EQ(pages.Find("CROP"), &crop);
   EXPECT_EQ(pages.Find("HelpPPG"), nullptr);
-}
-
-TEST(EffectPages, TraceWhatPagesAskOfTheSystem) {
-  std::vector<std::string> lines;
-  CallTrace trace([&](const std::string& line) { lines.push_back(line.substr(0, line.find(" ="))); });
-  PagedEffect user({}, 0.0, &trace);
-  OpenedPage& help = user.session.Pages().Show("HelpPPG");
-  lines.clear();
-  ControlOf<ButtonControl>(help, "Online Help").Press();
-  const std::vector<std::string> asked = {
-      "shell.RegOpenKeyExW(Software\\Microsoft\\Windows\\CurrentVersion)",
-      "shell.ShellExecuteW(C:Program Files\\The Halvern\\Vessin 4.3 for DS10 (64bit)\\Documentation\\Vessin4.3.pdf)"};
-  std::vector<std::string> shell;
-  std::ranges::copy_if(lines, std::back_inserter(shell), [](const auto& line) { return line.starts_with("shell."); });
-  EXPECT_EQ(shell, asked);
 }
 
 TEST(EffectPages, CloseOneAfterAnother) {

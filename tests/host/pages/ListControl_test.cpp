@@ -177,10 +177,10 @@ TEST(ListControl, HoldsManyEntriesAndLongOnes) {
   List list(kNoEntries);
   const std::u16string longest(100'000, u'x');
   EXPECT_EQ(SendText(list.control.Handle(), CB_ADDSTRING, longest.c_str()), 0);
-  for (int i = 1; i < 50'000; ++i)
+  for (int i = 1; i < 10'000; ++i)
     SendText(list.control.Handle(), CB_ADDSTRING, u"entry");
-  EXPECT_EQ(Send(list, CB_GETCOUNT), 50'000);
-  EXPECT_TRUE(list.control.Choose(49'999));
+  EXPECT_EQ(Send(list, CB_GETCOUNT), 10'000);
+  EXPECT_TRUE(list.control.Choose(9'999));
   EXPECT_TRUE(list.control.Choose(0));
   EXPECT_EQ(TextOf(list.control.Handle()), std::u16string(63, u'x'));
 }

@@ -83,8 +83,8 @@ TEST_F(CDSPropertyPageTest, MakesItsDialogOnceAndReadsAllVariables) {
   Calls expected = kReadsAll;
   expected.insert(expected.begin(), "make dialog 7");
   EXPECT_EQ(site.Taken(), expected);
-  EXPECT_EQ(page->GetDialog(), site.dialog.get());
-  EXPECT_EQ(page->GetHwndControl(kGoId), site.dialog->Item(kGoId));
+  EXPECT_EQ(page->GetDialog(), site.dialog->Handle());
+  EXPECT_EQ(page->GetHwndControl(kGoId), site.dialog->Item(kGoId)->Handle());
   EXPECT_EQ(page->size, 5.0);
   EXPECT_EQ(page->weight, 2.5);
   EXPECT_EQ(page->choice, 1);
@@ -105,7 +105,7 @@ TEST_F(CDSPropertyPageTest, GoesAndComesBack) {
   object->PutValue(EditedObject::kWeight, DSVariant::Of(9.0));
   EXPECT_EQ(page->weight, 2.5);
   EXPECT_EQ(page->Activate(), kOk);
-  EXPECT_NE(page->GetDialog(), first.get());
+  EXPECT_NE(page->GetDialog(), first->Handle());
   EXPECT_EQ(page->weight, 9.0);
   EXPECT_FALSE(site.dialog->IsVisible());
 }

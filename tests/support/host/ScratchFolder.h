@@ -1,10 +1,9 @@
 // A temporary folder for a test, removed at its end.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -13,9 +12,12 @@ namespace vblur::host {
 class ScratchFolder {
  public:
   ScratchFolder() {
-    std::string name = (std::filesystem::canonical(std::filesystem::temp_directory_path()) / "vblur-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make a folder for the test");
-    path_ = name;
+    const std::filesystem::path parent = std::filesystem::canonical(std::filesystem::temp_directory_path());
+    std::random_device random;
+    // Nobody else has the one that is made.
+    do {
+      path_ = parent / ("vblur-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
   }
   ~ScratchFolder() {
     std::error_code ignored;

@@ -23,8 +23,9 @@ using Bytes = std::vector<std::byte>;
 
 template <class Value>
 void Append(Bytes& bytes, const Value& value) {
-  const auto* const raw = reinterpret_cast<const std::byte*>(&value);
-  bytes.insert(bytes.end(), raw, raw + sizeof(Value));
+  const std::size_t at = bytes.size();
+  bytes.resize(at + sizeof(Value));
+  std::memcpy(bytes.data() + at, &value, sizeof(Value));
 }
 
 constexpr DWORD kPage = 0x1000;
