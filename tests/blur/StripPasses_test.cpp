@@ -22,11 +22,13 @@ inline constexpr auto kPixelBytes = static_cast<std::int64_t>(sizeof(Pixel));
 template <class Pixel>
 class PlacedPicture {
  public:
+  static constexpr std::align_val_t kLine{64};  // of the cache
   using Texture = HvTexture<Pixel, std::conditional_t<std::is_same_v<Pixel, int>, int, Ri>>;
 
   PlacedPicture(std::int32_t width, std::int32_t height, std::int32_t pixelsAfterLine, std::int64_t stride)
       : bytes_(static_cast<std::size_t>(stride * height) + 512),
-        memory_(static_cast<std::byte*>(std::aligned_alloc(64, (bytes_ + 63) / 64 * 64)), &std::free) {
+        memory_(static_cast<std::byte*>(::operator new(bytes_, kLine)),
+                [](std::byte* memory) { ::operator delete(memory, kLine); }) {
     std::memset(memory_.get(), 0x5A, bytes_);
     texture.wrap(width, height, memory_.get() + pixelsAfterLine * kPixelBytes<Pixel>);
     texture.stride = stride;
@@ -44,7 +46,7 @@ class PlacedPicture {
 
  private:
   std::size_t bytes_;
-  std::unique_ptr<std::byte[], decltype(&std::free)> memory_;
+  std::unique_ptr<std::byte[], void (*)(std::byte*)> memory_;
 };
 
 template <class Pixel, class Mask>

@@ -14,6 +14,7 @@
 #include "resources/Strings.h"
 #include "tests/effect/EffectBench.h"
 #include "tests/effect/OpenBlur.h"
+#include "tests/support/TestModule.h"
 
 namespace vblur {
 namespace {
@@ -29,10 +30,8 @@ ComPtr<Blur> CloneOf(Blur& effect) {
 // Strings and bitmaps, set as the server sets them.
 class BlurObjectTexts : public testing::Test {
  protected:
-  BlurObjectTexts() { Blur::module = &module_; }
+  BlurObjectTexts() { Blur::module = test::TestModule(); }
   ~BlurObjectTexts() override { Blur::module = nullptr; }
-
-  Module module_{resources::Strings(), resources::Bitmaps()};
 };
 
 TEST_F(BlurObjectTexts, HasNameDescriptionAndPicture) {
@@ -47,8 +46,10 @@ TEST_F(BlurObjectTexts, HasNameDescriptionAndPicture) {
   HBITMAP picture = nullptr;
   EXPECT_EQ(effect->GetPicture(&picture), kOk);
   ASSERT_NE(picture, nullptr);
+#ifndef _WIN32
   EXPECT_EQ(picture->id, 102);
   EXPECT_EQ(picture->pixels.size(), static_cast<std::size_t>(picture->width * picture->height * 4));
+#endif
   EXPECT_EQ(effect->GetName(nullptr, 260), kNullPointer);
   EXPECT_EQ(effect->GetDescription(nullptr, 260), kNullPointer);
   EXPECT_EQ(effect->GetPicture(nullptr), kNullPointer);
@@ -57,9 +58,9 @@ TEST_F(BlurObjectTexts, HasNameDescriptionAndPicture) {
 TEST_F(BlurObjectTexts, HasATextForEveryNameHintAndEntry) {
   for (const Property& property : kProperties) {
     std::array<char16_t, 260> text{};
-    EXPECT_GT(LoadStringW(&module_, property.nameString, text.data(), 260), 0) << property.name;
+    EXPECT_GT(LoadStringW(test::TestModule(), property.nameString, text.data(), 260), 0) << property.name;
     EXPECT_EQ(std::u16string(text.data()), std::u16string(property.shownName.begin(), property.shownName.end()));
-    EXPECT_GT(LoadStringW(&module_, property.hintString, text.data(), 260), 0) << property.name;
+    EXPECT_GT(LoadStringW(test::TestModule(), property.hintString, text.data(), 260), 0) << property.name;
   }
   // First and last entries of the lists, by string id.
   const std::pair<std::int32_t, std::u16string> entries[] = {{1006, u"RGB"},
@@ -74,7 +75,7 @@ TEST_F(BlurObjectTexts, HasATextForEveryNameHintAndEntry) {
                                                              {5514, u"Cross Fade Effect"}};
   for (const auto& [id, expected] : entries) {
     std::array<char16_t, 260> text{};
-    LoadStringW(&module_, id, text.data(), 260);
+    LoadStringW(test::TestModule(), id, text.data(), 260);
     EXPECT_EQ(std::u16string(text.data()), expected) << id;
   }
 }

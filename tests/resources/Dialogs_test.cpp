@@ -62,8 +62,8 @@ Row GroupRow(std::int32_t id, const char* text, std::vector<std::int32_t> place)
 }
 
 const ModuleDialog* Find(std::int32_t id) {
-  const Module module{{}, {}, Dialogs()};
-  return FindDialog(&module, id);
+  const auto found = std::ranges::find(Dialogs(), id, &ModuleDialog::id);
+  return found == Dialogs().end() ? nullptr : &*found;
 }
 
 void ExpectControls(std::int32_t id, const std::vector<Row>& expected) {

@@ -8,6 +8,7 @@
 
 #include "properties/PropertyTable.h"
 #include "resources/Numbers.h"
+#include "tests/support/TestModule.h"
 
 namespace vblur::resources {
 namespace {
@@ -171,19 +172,17 @@ TEST(Strings, AreAscii) {
 }
 
 TEST(Strings, AreLoadedByNumber) {
-  const Module module{Strings(), {}};
   for (const auto& [id, text] : kExpected) {
     std::array<char16_t, 512> buffer{};
-    EXPECT_EQ(LoadStringW(&module, id, buffer.data(), 512), static_cast<std::int32_t>(text.size())) << id;
+    EXPECT_EQ(LoadStringW(test::TestModule(), id, buffer.data(), 512), static_cast<std::int32_t>(text.size())) << id;
     EXPECT_EQ(std::u16string(buffer.data()), std::u16string(text.begin(), text.end())) << id;
   }
 }
 
 TEST(Strings, TheViewerToolHasNone) {
-  const Module module{Strings(), {}};
   std::array<char16_t, 8> buffer{};
   EXPECT_EQ(strings::kViewerToolDescription, 1071);
-  EXPECT_EQ(LoadStringW(&module, strings::kViewerToolDescription, buffer.data(), 8), 0);
+  EXPECT_EQ(LoadStringW(test::TestModule(), strings::kViewerToolDescription, buffer.data(), 8), 0);
 }
 
 }  // namespace

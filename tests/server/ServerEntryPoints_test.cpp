@@ -6,7 +6,6 @@
 #include <thread>
 #include <vector>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "platform/ComPtr.h"
@@ -14,6 +13,7 @@
 #include "platform/IDSProperties.h"
 #include "platform/Viewer.h"
 #include "sdk/effects/Catalogue.h"
+#include "tests/support/SharedLibrary.h"
 
 namespace vblur {
 namespace {
@@ -76,8 +76,7 @@ class RecordingCatalogue : public host::Catalogue {
 
 class ServerEntryPoints : public testing::Test {
  protected:
-  ServerEntryPoints() : library_(::dlopen(VBLUR_SERVER, RTLD_NOW | RTLD_LOCAL)) {
-    EXPECT_NE(library_, nullptr) << ::dlerror();
+  ServerEntryPoints() {
     getClassObject = Find<DllGetClassObjectFunction>("DllGetClassObject");
     canUnload = Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
     enter = Find<DllRegisterServerFunction>("DllRegisterServer");
@@ -87,12 +86,11 @@ class ServerEntryPoints : public testing::Test {
   ~ServerEntryPoints() override {
     host::UseCatalogue(nullptr);
     EXPECT_EQ(canUnload(), kOk) << "something is still alive";
-    ::dlclose(library_);
   }
 
   template <class Function>
   Function* Find(const char* name) const {
-    auto* const found = reinterpret_cast<Function*>(::dlsym(library_, name));
+    auto* const found = library_.Find<Function>(name);
     EXPECT_NE(found, nullptr) << name;
     return found;
   }
@@ -103,7 +101,7 @@ class ServerEntryPoints : public testing::Test {
     return factory;
   }
 
-  void* library_;
+  test::SharedLibrary library_{VBLUR_SERVER};
   DllGetClassObjectFunction* getClassObject = nullptr;
   DllCanUnloadNowFunction* canUnload = nullptr;
   DllRegisterServerFunction* enter = nullptr;
@@ -111,6 +109,7 @@ class ServerEntryPoints : public testing::Test {
   RecordingCatalogue catalogue;
 };
 
+#ifndef _WIN32
 TEST_F(ServerEntryPoints, ExportsItsFourEntryPointsAndNothingElse) {
   std::FILE* const names = ::popen(VBLUR_NM " -D --defined-only " VBLUR_SERVER, "r");
   ASSERT_NE(names, nullptr);
@@ -124,6 +123,7 @@ TEST_F(ServerEntryPoints, ExportsItsFourEntryPointsAndNothingElse) {
   EXPECT_EQ(exported, (std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",
                                              "DllUnregisterServer"}));
 }
+#endif
 
 TEST_F(ServerEntryPoints, RefusesUnknownClasses) {
   int marker = 0;
@@ -316,9 +316,11 @@ TEST_F(ServerEntryPoints, ItsModuleHasTextsPicturesAndDialogs) {
   EXPECT_EQ(LoadStringW(module, 5498, text, 64), 10);
   EXPECT_EQ(std::u16string(text), u"Transition");
   EXPECT_NE(LoadBitmapW(module, 102), nullptr);
+#ifndef _WIN32
   for (const std::int32_t dialog : {1, 2, 3, 50, 52})
     EXPECT_NE(FindDialog(module, dialog), nullptr) << dialog;
   EXPECT_EQ(FindDialog(module, 51), nullptr);
+#endif
 }
 
 TEST_F(ServerEntryPoints, RegistrationStopsAtTheFirstFailure) {

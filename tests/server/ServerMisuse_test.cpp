@@ -6,7 +6,6 @@
 #include <thread>
 #include <vector>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "platform/ComPtr.h"
@@ -15,6 +14,7 @@
 #include "platform/IDSProperties.h"
 #include "platform/IVBlurFacts.h"
 #include "properties/PropertyTable.h"
+#include "tests/support/SharedLibrary.h"
 
 namespace vblur {
 namespace {
@@ -44,8 +44,8 @@ class ServerMisuse : public testing::Test {
  protected:
   static constexpr GUID kEffect = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
 
-  ServerMisuse() : library_(::dlopen(VBLUR_SERVER, RTLD_NOW | RTLD_LOCAL)) {
-    getClassObject = reinterpret_cast<DllGetClassObjectFunction*>(::dlsym(library_, "DllGetClassObject"));
+  ServerMisuse() {
+    getClassObject = library_.Find<DllGetClassObjectFunction>("DllGetClassObject");
     EXPECT_EQ(getClassObject(kEffect, IClassFactory::kIid, factory.Receive()), kOk);
     EXPECT_EQ(factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive()), kOk);
     properties = effect.As<IDSProperties>();
@@ -59,7 +59,6 @@ class ServerMisuse : public testing::Test {
     properties.reset();
     effect.reset();
     factory.reset();
-    ::dlclose(library_);
   }
 
   HRESULT Set(PropertyId id, double value) { return properties->PutValue(PropertyOf(id).guid, DSVariant::Of(value)); }
@@ -75,7 +74,7 @@ class ServerMisuse : public testing::Test {
     return (refusal.picture == nullptr ? "" : refusal.picture + std::string(" ")) + refusal.reason;
   }
 
-  void* library_;
+  test::SharedLibrary library_{VBLUR_SERVER};
   DllGetClassObjectFunction* getClassObject = nullptr;
   ComPtr<IClassFactory> factory;
   ComPtr<IDSImageEffect> effect;

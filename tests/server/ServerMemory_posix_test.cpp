@@ -1,12 +1,12 @@
 // The server when memory runs out while an object is created.
 #include <functional>
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include "platform/ComPtr.h"
 #include "platform/IDSImageEffect.h"
 #include "platform/IDSProperties.h"
+#include "tests/support/SharedLibrary.h"
 #include "tests/support/memory/RefusedMemory.h"
 
 namespace vblur {
@@ -17,11 +17,10 @@ class ServerMemory : public testing::Test {
   static constexpr GUID kEffect = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
   static constexpr GUID kTool = MakeGuid("{0DDF6A46-E387-49E6-A334-827E9F4CB919}");
 
-  ServerMemory() : library_(::dlopen(VBLUR_SERVER, RTLD_NOW | RTLD_LOCAL)) {
-    getClassObject = reinterpret_cast<DllGetClassObjectFunction*>(::dlsym(library_, "DllGetClassObject"));
-    canUnload = reinterpret_cast<DllCanUnloadNowFunction*>(::dlsym(library_, "DllCanUnloadNow"));
+  ServerMemory() {
+    getClassObject = library_.Find<DllGetClassObjectFunction>("DllGetClassObject");
+    canUnload = library_.Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
   }
-  ~ServerMemory() override { ::dlclose(library_); }
 
   ComPtr<IClassFactory> Factory(const GUID& clsid) const {
     ComPtr<IClassFactory> factory;
@@ -49,7 +48,7 @@ class ServerMemory : public testing::Test {
     }
   }
 
-  void* library_;
+  test::SharedLibrary library_{VBLUR_SERVER};
   DllGetClassObjectFunction* getClassObject = nullptr;
   DllCanUnloadNowFunction* canUnload = nullptr;
 };
