@@ -51,9 +51,9 @@ class Catalogue {
 Catalogue& CurrentCatalogue();
 void UseCatalogue(Catalogue* catalogue);
 
-// On Windows classes that are entered in the process's own catalogue are entered in the user's registry too, where the
-// system's CoCreateInstance finds them in every program, unless the program keeps them to itself, as hosts do that ask
-// servers by AddServer. Elsewhere no program finds another's classes.
+// On Windows classes that are entered in the process's own catalogue are entered in the system's registry too, where
+// the system's CoCreateInstance finds them in every program, unless the program keeps them to itself, as hosts do that
+// ask servers by AddServer. Elsewhere no program finds another's classes.
 void KeepClassesInProcess(bool keep);
 
 }  // namespace vblur::host

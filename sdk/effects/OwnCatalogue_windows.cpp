@@ -22,9 +22,9 @@ std::wstring KeyOf(const GUID& clsid) {
   return L"Software\\Classes\\CLSID\\" + std::wstring(text.data());
 }
 
-LSTATUS Write(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
+LSTATUS Write(HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& text) {
   const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  return RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), name, REG_SZ, text.c_str(), bytes);
+  return RegSetKeyValueW(root, key.c_str(), name, REG_SZ, text.c_str(), bytes);
 }
 
 std::wstring FileOf(HMODULE module) {
@@ -34,18 +34,28 @@ std::wstring FileOf(HMODULE module) {
   return file;
 }
 
-HRESULT EnterInRegistry(const GUID& clsid, HMODULE module, const std::u16string& description) {
+LSTATUS EnterBelow(HKEY root, const GUID& clsid, HMODULE module, const std::u16string& description) {
   const std::wstring key = KeyOf(clsid);
   const std::wstring server = key + L"\\InprocServer32";
-  LSTATUS done = Write(key, nullptr, {description.begin(), description.end()});
-  if (done == ERROR_SUCCESS) done = Write(server, nullptr, FileOf(module));
+  LSTATUS done = Write(root, key, nullptr, {description.begin(), description.end()});
+  if (done == ERROR_SUCCESS) done = Write(root, server, nullptr, FileOf(module));
   // Its objects may be made on any thread: the factories are free-threaded.
-  if (done == ERROR_SUCCESS) done = Write(server, L"ThreadingModel", L"Both");
+  if (done == ERROR_SUCCESS) done = Write(root, server, L"ThreadingModel", L"Both");
+  return done;
+}
+
+// For all users where the program may do that, else for this one.
+HRESULT EnterInRegistry(const GUID& clsid, HMODULE module, const std::u16string& description) {
+  LSTATUS done = EnterBelow(HKEY_LOCAL_MACHINE, clsid, module, description);
+  if (done == ERROR_ACCESS_DENIED) done = EnterBelow(HKEY_CURRENT_USER, clsid, module, description);
   return HRESULT_FROM_WIN32(static_cast<DWORD>(done));
 }
 
 HRESULT RemoveFromRegistry(const GUID& clsid) {
-  return HRESULT_FROM_WIN32(static_cast<DWORD>(RegDeleteTreeW(HKEY_CURRENT_USER, KeyOf(clsid).c_str())));
+  const std::wstring key = KeyOf(clsid);
+  const LSTATUS ofAll = RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
+  const LSTATUS ofUser = RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
+  return ofAll == ERROR_SUCCESS || ofUser == ERROR_SUCCESS ? kOk : kFailed;
 }
 
 class SystemCatalogue final : public Catalogue {

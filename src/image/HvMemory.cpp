@@ -1,9 +1,13 @@
 #include "image/HvMemory.h"
 
+#include "image/HvThreadWord.h"
+
 namespace vblur {
 namespace {
 
-thread_local HvMemoryAccount* charged = nullptr;
+void Charge(HvMemoryAccount* account) {
+  HvSetThreadWord(HvThreadWord::Account, reinterpret_cast<std::intptr_t>(account));
+}
 
 }  // namespace
 
@@ -19,24 +23,24 @@ void HvMemoryAccount::give(std::size_t bytes) {
   held_.fetch_sub(static_cast<std::int64_t>(bytes), std::memory_order_relaxed);
 }
 
-HvMemoryScope::HvMemoryScope(HvMemoryAccount* account) : outer_(charged) {
-  charged = account;
+HvMemoryScope::HvMemoryScope(HvMemoryAccount* account) : outer_(HvChargedAccount()) {
+  Charge(account);
 }
 
 HvMemoryScope::~HvMemoryScope() {
-  charged = outer_;
+  Charge(outer_);
 }
 
 HvMemoryAccount* HvChargedAccount() {
-  return charged;
+  return reinterpret_cast<HvMemoryAccount*>(HvGetThreadWord(HvThreadWord::Account));
 }
 
 void HvNoteTaken(std::size_t bytes) {
-  if (charged != nullptr) charged->take(bytes);
+  if (HvMemoryAccount* const charged = HvChargedAccount(); charged != nullptr) charged->take(bytes);
 }
 
 void HvNoteGiven(std::size_t bytes) {
-  if (charged != nullptr) charged->give(bytes);
+  if (HvMemoryAccount* const charged = HvChargedAccount(); charged != nullptr) charged->give(bytes);
 }
 
 }  // namespace vblur

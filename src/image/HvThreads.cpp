@@ -13,13 +13,24 @@
 
 #include "image/HvMemory.h"
 #include "image/HvProcessors.h"
+#include "image/HvThreadWord.h"
 #include "image/HvWait.h"
 
 namespace vblur {
 namespace {
 
-thread_local std::int32_t threadIndex = 0;
-thread_local bool insideRun = false;
+std::int32_t ThreadIndex() {
+  return static_cast<std::int32_t>(HvGetThreadWord(HvThreadWord::Index));
+}
+void SetThreadIndex(std::int32_t index) {
+  HvSetThreadWord(HvThreadWord::Index, index);
+}
+bool IsInsideRun() {
+  return HvGetThreadWord(HvThreadWord::InsideRun) != 0;
+}
+void SetInsideRun(bool inside) {
+  HvSetThreadWord(HvThreadWord::InsideRun, inside ? 1 : 0);
+}
 
 template <class... Words>
 void callWith(HvThreadFunction function, Words... words) {
@@ -69,7 +80,7 @@ class Pool {
   }
 
   void run(const HvCallBlock& block) {
-    if (insideRun || count() <= 1) return runAlone(block, insideRun ? count() : 1);
+    if (IsInsideRun() || count() <= 1) return runAlone(block, IsInsideRun() ? count() : 1);
     const std::lock_guard lock(runMutex_);
     const std::int32_t wanted = count();
     startWorkers(wanted - 1);
@@ -79,12 +90,12 @@ class Pool {
     busy_.store(working, std::memory_order_relaxed);
     generation_.fetch_add(1, std::memory_order_release);
     HvWakeAll(generation_);
-    insideRun = true;
+    SetInsideRun(true);
     enter(block);
     // The caller runs the indices that have no thread.
     for (auto i = static_cast<std::int32_t>(working) + 1; i < wanted; ++i)
       runAs(i, block);
-    insideRun = false;
+    SetInsideRun(false);
     for (std::uint32_t left = busy_.load(std::memory_order_acquire); left != 0;
          left = busy_.load(std::memory_order_acquire)) {
       HvWaitWhile(busy_, left);
@@ -98,10 +109,10 @@ class Pool {
   }
 
   static void runAs(std::int32_t index, const HvCallBlock& block) {
-    const std::int32_t own = threadIndex;
-    threadIndex = index;
+    const std::int32_t own = ThreadIndex();
+    SetThreadIndex(index);
     enter(block);
-    threadIndex = own;
+    SetThreadIndex(own);
   }
 
   void callOnWorker() {
@@ -143,8 +154,8 @@ class Pool {
   }
 
   void work(std::int32_t index, std::uint32_t seen) {
-    threadIndex = index;
-    insideRun = true;
+    SetThreadIndex(index);
+    SetInsideRun(true);
     for (;;) {
       HvWaitWhile(generation_, seen);
       const std::uint32_t now = generation_.load(std::memory_order_acquire);
@@ -196,7 +207,7 @@ std::int32_t HvThreadCount() {
 }
 
 std::int32_t HvThreadIndex() {
-  return threadIndex;
+  return ThreadIndex();
 }
 
 void HvSetThreadCount(std::int32_t count) {

@@ -44,9 +44,13 @@ class IClassFactory : public IUnknown {
 };
 
 #ifdef _WIN32
-// How an object may be called from other apartments: the system's, which alone calls its operations.
-struct IMarshal {
+// How an object may be called from other apartments: the system's, which alone calls its own operations.
+class IMarshal : public IUnknown {
+ public:
   static constexpr GUID kIid = MakeGuid("{00000003-0000-0000-C000-000000000046}");
+
+ protected:
+  ~IMarshal() = default;
 };
 #else
 // How an object may be called from other threads. Off Windows there are no apartments: any thread calls directly.

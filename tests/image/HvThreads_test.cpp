@@ -3,7 +3,6 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <ctime>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -11,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/ProcessorSeconds.h"
 #include "tests/support/ThreadCount.h"
 
 namespace vblur::test {
@@ -224,10 +224,9 @@ TEST(HvThreads, RunLeavesThreadsThatRestAndTakeNoTime) {
   Visits visits;
   HvThreadRun(entry(&Visits::visit), 1, word(&visits));
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  // CPU time of all threads, not wall-clock time.
-  const std::clock_t before = std::clock();
+  const double before = ProcessorSeconds();
   std::this_thread::sleep_for(std::chrono::duration<double>(kPause));
-  const double spent = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+  const double spent = ProcessorSeconds() - before;
   EXPECT_LT(spent, kPause / 10);
 }
 

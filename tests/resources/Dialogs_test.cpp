@@ -1,5 +1,6 @@
 #include "resources/Dialogs.h"
 
+#include <algorithm>
 #include <ostream>
 #include <set>
 #include <string>

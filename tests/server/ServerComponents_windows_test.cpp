@@ -14,7 +14,9 @@
 #include "properties/ClassIds.h"
 #include "sdk/effects/Catalogue.h"
 
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <objbase.h>
 #include <windows.h>
 
@@ -44,7 +46,7 @@ std::wstring RegisteredFile(const GUID& clsid) {
   std::array<wchar_t, 1024> file{};
   DWORD size = sizeof file;
   const std::wstring key = L"Software\\Classes\\CLSID\\" + std::wstring(id.data()) + L"\\InprocServer32";
-  if (::RegGetValueW(HKEY_CURRENT_USER, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, file.data(), &size) != 0)
+  if (::RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, file.data(), &size) != 0)
     return L"";
   return file.data();
 }
@@ -156,12 +158,18 @@ TEST_F(ServerComponents, FactoriesHaveTheSystemsMarshaler) {
             S_OK);
   ComPtr<IUnknown> marshaler;
   ASSERT_EQ(factory->QueryInterface(IMarshal::kIid, marshaler.Receive()), kOk);
-  ::GUID proxy{};
-  ASSERT_EQ(reinterpret_cast<::IMarshal*>(marshaler.get())
-                ->GetUnmarshalClass(System(IClassFactory::kIid), factory.get(), MSHCTX_INPROC, nullptr,
-                                    MSHLFLAGS_NORMAL, &proxy),
-            S_OK);
-  EXPECT_TRUE(::IsEqualGUID(proxy, CLSID_InProcFreeMarshaler));
+  ComPtr<IUnknown> systems;
+  ASSERT_EQ(::CoCreateFreeThreadedMarshaler(nullptr, reinterpret_cast<::IUnknown**>(systems.Receive())), S_OK);
+  const auto unmarshalClass = [](IUnknown* object) {
+    ::IMarshal* asked = nullptr;
+    EXPECT_EQ(object->QueryInterface(IMarshal::kIid, reinterpret_cast<void**>(&asked)), kOk);
+    ::GUID proxy{};
+    EXPECT_EQ(asked->GetUnmarshalClass(System(IUnknown::kIid), asked, MSHCTX_INPROC, nullptr, MSHLFLAGS_NORMAL, &proxy),
+              S_OK);
+    asked->Release();
+    return proxy;
+  };
+  EXPECT_TRUE(::IsEqualGUID(unmarshalClass(marshaler.get()), unmarshalClass(systems.get())));
   marshaler.reset();
   factory.reset();
   Unload();

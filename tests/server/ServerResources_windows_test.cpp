@@ -10,7 +10,9 @@
 #include "resources/Dialogs.h"
 #include "resources/Strings.h"
 
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 namespace vblur {
@@ -63,14 +65,14 @@ class TemplateReader {
   const std::byte* at_;
 };
 
-// The system's number of a window class that it has.
+// As the resource compiler writes the system's classes.
 std::string ClassOf(ModuleControlKind kind) {
   switch (kind) {
     case ModuleControlKind::Group:
     case ModuleControlKind::PushButton:
-    case ModuleControlKind::CheckBox: return "#128";
-    case ModuleControlKind::List: return "#133";
-    default: return "#130";
+    case ModuleControlKind::CheckBox: return "BUTTON";
+    case ModuleControlKind::List: return "COMBOBOX";
+    default: return "STATIC";
   }
 }
 

@@ -29,7 +29,7 @@ class SharedLibrary {
   // Null when the library has no such function.
   template <class Function>
   Function* Find(const char* name) const {
-    return reinterpret_cast<Function*>(::GetProcAddress(library_, name));
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library_, name)));
   }
 #else
   explicit SharedLibrary(const std::filesystem::path& file) : library_(::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {

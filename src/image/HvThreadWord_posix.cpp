@@ -1,0 +1,18 @@
+#include "image/HvThreadWord.h"
+
+namespace vblur {
+namespace {
+
+thread_local std::intptr_t threadWords[kHvThreadWords] = {};
+
+}  // namespace
+
+std::intptr_t HvGetThreadWord(HvThreadWord which) {
+  return threadWords[static_cast<int>(which)];
+}
+
+void HvSetThreadWord(HvThreadWord which, std::intptr_t value) {
+  threadWords[static_cast<int>(which)] = value;
+}
+
+}  // namespace vblur
