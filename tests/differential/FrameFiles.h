@@ -11,9 +11,4 @@ namespace vblur::differential {
 // grey picture: at 16 bits the nearest one in steps of 1/16384.
 void WriteFrameFiles(const DrawnFrame& frame, const std::filesystem::path& folder);
 
-// Makes the frame one that PNG files hold: colours of 0 to 1, amounts that a grey picture gives back.
-void LimitToPng(DrawnFrame& frame);
-// What a PNG file gives back of a picture of a depth.
-void LimitToPng(DrawnPicture& picture, std::int32_t depth);
-
 }  // namespace vblur::differential

@@ -5,6 +5,7 @@
 #include "host/files/PictureFile.h"
 #include "host/jobs/JobFile.h"
 #include "tests/differential/EffectRun.h"
+#include "tests/differential/PngLimits.h"
 #include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::differential {
@@ -47,15 +48,6 @@ TEST(FrameFiles, GiveBackALimitedFrame) {
     EXPECT_EQ(read, frame.job);
   }
   EXPECT_GT(masks16, 3);
-}
-
-TEST(FrameFiles, LimitColoursAndAmounts) {
-  DrawnPicture colours{1, 1, 4, {-1, 0, 16384, 16385}};
-  LimitToPng(colours, 16);
-  EXPECT_EQ(colours.values, (std::vector<std::int32_t>{0, 0, 16384, 16384}));
-  DrawnPicture amounts{4, 1, 1, {-32768, 0, 32767, 16384}};
-  LimitToPng(amounts, 16);
-  EXPECT_EQ(amounts.values, (std::vector<std::int32_t>{0, 0, 32767, 16384}));
 }
 
 TEST(FrameFiles, KeepAMaskAsNearAsAnExrFileHoldsIt) {

@@ -11,7 +11,7 @@
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "tests/differential/EffectRun.h"
-#include "tests/differential/FrameFiles.h"
+#include "tests/differential/PngLimits.h"
 #include "tests/golden/GoldenJobs.h"
 #include "tests/support/TestServer.h"
 

@@ -27,6 +27,9 @@ std::vector<NamedFrame> GoldenFrames(const std::filesystem::path& folder, const 
 // random/INDEX: the same frame for the same index, on every machine.
 NamedFrame RandomFrame(std::uint64_t index);
 
+// How many random frames are written as files.
+inline constexpr std::uint64_t kFramesInFiles = 36;
+
 // files/...: these frames, and `count` further random ones that a job file may describe, with pictures as PNG files
 // hold them.
 std::vector<NamedFrame> FramesInFiles(std::vector<NamedFrame> golden, std::uint64_t count);

@@ -6,6 +6,11 @@
 
 namespace vblur::hashes {
 
+std::filesystem::path NumbersOf(const std::filesystem::path& folder, const std::string& file, std::int32_t depth,
+                                std::int32_t components) {
+  return folder / "pictures" / (file + "." + std::to_string(depth) + "." + std::to_string(components) + ".txt");
+}
+
 void WriteNumbers(const differential::DrawnPicture& picture, const std::filesystem::path& file) {
   std::ofstream to(file);
   to << picture.width << ' ' << picture.height << ' ' << picture.components;

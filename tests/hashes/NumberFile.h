@@ -2,10 +2,15 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "tests/differential/DrawnFrame.h"
 
 namespace vblur::hashes {
+
+// The file of a golden picture in a folder of frames: its name, the depth, and the components, 4 or 1 of a mask.
+std::filesystem::path NumbersOf(const std::filesystem::path& folder, const std::string& file, std::int32_t depth,
+                                std::int32_t components);
 
 // "WIDTH HEIGHT COMPONENTS", then the values, a line each row, from the bottom up. Throws host::Failure (cannot write).
 void WriteNumbers(const differential::DrawnPicture& picture, const std::filesystem::path& file);

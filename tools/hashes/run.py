@@ -1,10 +1,10 @@
 """./dev hashes: renders the same frames on every platform, at every CPU level, with several numbers of threads, by the
 effect called directly and by the program, and compares the hashes of the pictures.
 
-usage: run.py --platform NAME;TOOL;PROGRAM[;RUNNER]... [options]
+usage: run.py --files-tool TOOL --platform NAME;TOOL;PROGRAM[;RUNNER]... [options]
 
-A platform is its hash_tool, its vblur, and the command that starts them. The first one runs here without a command; it
-also writes the frames as files and reads what the programs made of them.
+A platform is its hash_tool, its vblur, and the command that starts them here, if any. hash_files_tool, which runs here,
+writes the frames as files and reads what the programs made of them.
 
 Exit code 1 when a hash differs or a frame is missing.
 """
@@ -44,7 +44,7 @@ class Platform:
             return code, *texts
 
     def ask(self, *arguments):
-        """What the tool prints; ends the run when the tool fails."""
+        """What the tool prints; ends all when the tool fails."""
         code, out, err = self.run(self.tool, *arguments)
         if code != 0:
             sys.exit(f"hashes: {self.name}: {self.tool} {' '.join(map(str, arguments))} ended with {code}: {err.strip()}")
@@ -55,7 +55,7 @@ class Run:
     def __init__(self, options):
         self.options = options
         self.platforms = [Platform(text) for text in options.platform]
-        self.here = self.platforms[0]
+        self.files = Platform(f"files;{options.files_tool};-")
         self.pool = ThreadPoolExecutor(os.cpu_count())
         self.matrix = Matrix([platform.name for platform in self.platforms])
         self.complaints = []
@@ -69,7 +69,7 @@ class Run:
 
     def write_frames(self):
         shutil.rmtree(self.options.work, ignore_errors=True)
-        self.here.ask("write", self.options.work)
+        self.files.ask("write", self.options.work)
         self.jobs = sorted(self.options.work.glob("jobs/**/job.json"))
 
     def by_effect(self, platform):
@@ -106,7 +106,7 @@ class Run:
         for name, (code, _, err) in zip(jobs, self.pool.map(start, jobs.values())):
             if code != 0:
                 self.complaints.append(f"{platform.name}: vblur job, {name}: {err.strip()}")
-        return parse(self.here.ask("outputs", self.options.work)).get("files", {})
+        return parse(self.files.ask("outputs", self.options.work)).get("files", {})
 
     def everything(self):
         self.write_frames()
@@ -131,6 +131,7 @@ class Run:
 
 def main():
     parser = argparse.ArgumentParser(description="Compares the hashes of frames")
+    parser.add_argument("--files-tool", required=True)
     parser.add_argument("--platform", action="append", required=True)
     parser.add_argument("--levels", help="of those that all platforms have, such as twin,native [all]")
     parser.add_argument("--threads", default="1,2,7")

@@ -1,0 +1,95 @@
+// Writes the frames that are compared as files, for the programs of all platforms, and hashes what the programs made of
+// them.
+#include <cstdio>
+#include <exception>
+
+#include <CLI/CLI.hpp>
+
+#include "host/base/Failure.h"
+#include "host/files/PictureFile.h"
+#include "host/jobs/JobFile.h"
+#include "tests/differential/EffectRun.h"
+#include "tests/differential/FrameFiles.h"
+#include "tests/hashes/HashedFrames.h"
+#include "tests/hashes/NumberFile.h"
+#include "tests/hashes/PictureHash.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace vblur;
+using namespace vblur::hashes;
+using differential::DrawnPicture;
+
+struct Options {
+  fs::path folder;
+  fs::path golden = "tests/golden/jobs";
+  std::uint64_t inFiles = kFramesInFiles;
+};
+
+DrawnPicture ReadPicture(const fs::path& file, std::int32_t depth, std::int32_t components) {
+  host::HostImage image;
+  host::PictureReader reader;
+  if (components == 4) {
+    reader.ReadColour(file, depth, image);
+  } else {
+    reader.ReadMask(file, depth, image);
+  }
+  return differential::FromHostImage(image);
+}
+
+void WriteFrames(const Options& options) {
+  fs::create_directories(options.folder / "pictures");
+  const auto golden =
+      GoldenFrames(options.golden, [&](const std::string& file, std::int32_t depth, std::int32_t components) {
+        DrawnPicture picture = ReadPicture(options.golden / file, depth, components);
+        WriteNumbers(picture, NumbersOf(options.folder, file, depth, components));
+        return picture;
+      });
+  for (const NamedFrame& each : FramesInFiles(golden, options.inFiles))
+    differential::WriteFrameFiles(each.frame, options.folder / "jobs" / each.name);
+}
+
+// Those that are there: what is missing is seen where the lists are compared.
+void HashOutputs(const Options& options) {
+  const fs::path jobs = options.folder / "jobs";
+  for (const auto& entry : fs::recursive_directory_iterator(jobs)) {
+    if (entry.path().filename() != "job.json") continue;
+    const host::Job job = host::ReadJobFile(entry.path());
+    const fs::path output = job.folder / job.output.file;
+    if (!fs::exists(output)) continue;
+    const fs::path name = entry.path().parent_path().lexically_relative(jobs);
+    std::puts(HashLine(name.generic_string(), ReadPicture(output, *job.depth, 4), *job.depth).c_str());
+  }
+}
+
+int RunCommandLine(int argc, char** argv) {
+  CLI::App app("Writes frames as files, and hashes what became of them");
+  app.require_subcommand(1);
+  Options options;
+  CLI::App* write =
+      app.add_subcommand("write", "Golden pictures as numbers, and frames as job files with PNG pictures");
+  write->add_option("FOLDER", options.folder, "Where to")->required();
+  write->add_option("--golden", options.golden, "The folder of golden jobs")->capture_default_str();
+  write->add_option("--in-files", options.inFiles, "Random frames among the job files")->capture_default_str();
+  write->callback([&] { WriteFrames(options); });
+  CLI::App* outputs = app.add_subcommand("outputs", "Hash the outputs of the job files");
+  outputs->add_option("FOLDER", options.folder, "Where they were written to")->required();
+  outputs->callback([&] { HashOutputs(options); });
+  CLI11_PARSE(app, argc, argv);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return RunCommandLine(argc, argv);
+  } catch (const host::Failure& failure) {
+    std::fprintf(stderr, "hashes: %s\n", failure.what());
+    return static_cast<int>(failure.Code());
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "hashes: %s\n", error.what());
+    return 1;
+  }
+}
