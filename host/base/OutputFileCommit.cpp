@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
 #include "host/base/PartFiles.h"
 #include "host/base/RealPaths.h"
 #include "host/base/SystemFiles.h"
@@ -15,7 +16,7 @@ OutputFileCommit::OutputFileCommit(const std::filesystem::path& target)
 
 OutputFileCommit::~OutputFileCommit() {
   std::error_code ignored;
-  if (!committed_) std::filesystem::remove(written_, ignored);
+  if (!committed_) std::filesystem::remove(ExtendedPath(written_), ignored);
 }
 
 void OutputFileCommit::Sync() {

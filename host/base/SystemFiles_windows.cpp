@@ -1,5 +1,6 @@
 #include "host/base/SystemFiles.h"
 
+#include "host/base/LongPath.h"
 #include "host/base/SystemError_windows.h"
 
 #ifndef NOMINMAX
@@ -11,8 +12,8 @@ namespace vblur::host {
 
 std::string SyncFile(const std::filesystem::path& file) {
   constexpr DWORD kAnySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const HANDLE handle =
-      CreateFileW(file.c_str(), GENERIC_WRITE, kAnySharing, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), GENERIC_WRITE, kAnySharing, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return LastErrorText();
   const std::string error = FlushFileBuffers(handle) != 0 ? std::string() : LastErrorText();
   CloseHandle(handle);
@@ -27,15 +28,15 @@ std::string SyncFolder(const std::filesystem::path& /*folder*/) {
 // A file's access list is its folder's, as that of the file that it replaces most often is.
 void CopyPermissions(const std::filesystem::path& from, const std::filesystem::path& to) {
   constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-  const DWORD old = GetFileAttributesW(from.c_str());
-  const DWORD now = GetFileAttributesW(to.c_str());
+  const DWORD old = GetFileAttributesW(ExtendedPath(from).c_str());
+  const DWORD now = GetFileAttributesW(ExtendedPath(to).c_str());
   if (old == INVALID_FILE_ATTRIBUTES || now == INVALID_FILE_ATTRIBUTES || (old & kKept) == 0) return;
-  SetFileAttributesW(to.c_str(), now | (old & kKept));
+  SetFileAttributesW(ExtendedPath(to).c_str(), now | (old & kKept));
 }
 
 std::string MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
   constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  return MoveFileExW(from.c_str(), to.c_str(), kHow) != 0 ? std::string() : LastErrorText();
+  return MoveFileExW(ExtendedPath(from).c_str(), ExtendedPath(to).c_str(), kHow) != 0 ? std::string() : LastErrorText();
 }
 
 void RemoveAtOnce(const wchar_t* file) noexcept {

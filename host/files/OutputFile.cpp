@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
 #include "host/base/OutputFileCommit.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
@@ -16,11 +17,11 @@ namespace vblur::host {
 void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   if (IsStandardStream(path)) return RequirePictureOutput();
   std::error_code error;
-  const auto real = EndOfLinks(path);
+  const auto real = ExtendedPath(EndOfLinks(path));
   const auto folder = real.parent_path().empty() ? std::filesystem::path(".") : real.parent_path();
   if (!std::filesystem::is_directory(folder, error))
     RefuseToWrite(path, "the folder " + Utf8Of(folder) + " does not exist");
-  const auto status = std::filesystem::status(path, error);
+  const auto status = std::filesystem::status(ExtendedPath(path), error);
   if (error && std::filesystem::is_symlink(real)) RefuseToWrite(path, "its links lead in a circle");
   if (!std::filesystem::exists(status)) return;
   if (std::filesystem::is_directory(status)) RefuseToWrite(path, "it is a folder, a file name was expected");

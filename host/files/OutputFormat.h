@@ -70,7 +70,7 @@ struct OutputFormat {
   SetOf<MetadataGroup> metadata;
 };
 
-// All of them, in a fixed order.
+// All of the system, in a fixed order.
 std::span<const OutputFormat> OutputFormats();
 
 // The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
 #include "host/base/StandardStream.h"
 #include "host/files/PictureLibrary.h"
 #include "host/files/StandardInput.h"
@@ -63,16 +64,17 @@ void RequirePictureFile(const std::filesystem::path& path) {
     FileToOpen(path);
     return;
   }
+  const std::filesystem::path file = ExtendedPath(path);
   std::error_code error;
-  const auto status = std::filesystem::status(path, error);
+  const auto status = std::filesystem::status(file, error);
   if (!std::filesystem::exists(status)) RefuseToRead(path, "no such file");
   if (std::filesystem::is_directory(status)) RefuseToRead(path, "it is a folder, a picture file was expected");
   if (!std::filesystem::is_regular_file(status))
     RefuseToRead(path, "not a regular file; - reads a picture from a pipe");
-  if (std::filesystem::file_size(path, error) == 0 && !error)
+  if (std::filesystem::file_size(file, error) == 0 && !error)
     RefuseToRead(path, "the file is empty, a picture was expected");
   errno = 0;
-  if (!std::ifstream(path, std::ios::binary)) RefuseToRead(path, std::strerror(errno));
+  if (!std::ifstream(file, std::ios::binary)) RefuseToRead(path, std::strerror(errno));
 }
 
 PictureInfo ReadPictureInfo(const std::filesystem::path& path, const ReadChoice& choice) {

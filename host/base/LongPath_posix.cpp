@@ -1,0 +1,9 @@
+#include "host/base/LongPath.h"
+
+namespace vblur::host {
+
+std::filesystem::path ExtendedPath(const std::filesystem::path& path) {
+  return path;
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,34 @@
+// What the header of a PNG, JPEG, TIFF or BMP file says of its pixels, before anything is decoded.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace vblur::host {
+
+struct FileHeader {
+  std::string format;  // "png", "jpeg", "tiff" or "bmp"; empty: none of them
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+  std::int32_t channels = 0;  // of a pixel as the file stores it; a palette counts as one
+  std::int32_t bits = 0;      // of a channel
+  bool isGrey = false;
+  bool hasAlpha = false;
+  bool isPalette = false;
+  bool hasInks = false;
+  bool associatedAlpha = false;
+  // Of a TIFF file; 0: it has none.
+  std::int32_t tileWidth = 0;
+  std::int32_t tileHeight = 0;
+  std::string compression{};  // of a TIFF file, by the name of the output options, else empty
+  // All that the header says where pixels are lies in the file.
+  bool isWhole = true;
+  // Of a TIFF file with a palette: its colours as 0xffRRGGBB.
+  std::vector<std::uint32_t> palette{};
+};
+
+FileHeader ReadFileHeader(const std::filesystem::path& path);
+
+}  // namespace vblur::host

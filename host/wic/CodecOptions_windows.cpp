@@ -1,0 +1,29 @@
+#include "host/wic/CodecOptions.h"
+
+namespace vblur::host {
+
+namespace {
+
+::HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, VARIANT& value) {
+  PROPBAG2 option{};
+  option.pstrName = const_cast<LPOLESTR>(name);
+  return options.Write(1, &option, &value);
+}
+
+}  // namespace
+
+::HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, float value) {
+  VARIANT variant{};
+  variant.vt = VT_R4;
+  variant.fltVal = value;
+  return SetOption(options, name, variant);
+}
+
+::HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, BYTE value) {
+  VARIANT variant{};
+  variant.vt = VT_UI1;
+  variant.bVal = value;
+  return SetOption(options, name, variant);
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,48 @@
+// The picture and the drawing library of Windows.
+#include "host/base/Failure.h"
+#include "host/files/PictureLibrary.h"
+#include "host/studies/DrawingLibrary.h"
+#include "host/wic/PictureReading.h"
+#include "host/wic/PictureWriting.h"
+#include "host/wic/TriangleFilter.h"
+
+namespace vblur::host {
+
+namespace {
+
+class SystemPictures final : public PictureLibrary {
+ public:
+  std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) override {
+    return OpenForReading(path, choice);
+  }
+  std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
+    return WritePicture(picture, stop);
+  }
+  PictureReport Report(const std::filesystem::path& path, const ReadChoice& choice) override {
+    return DescribeFile(path, choice);
+  }
+  void Scale(const HostImage& from, HostImage& to) override { ScaleByTriangles(from, to); }
+};
+
+class SystemDrawings final : public DrawingLibrary {
+ public:
+  void RequireText() override { Refuse(ExitCode::CannotRead, "text", "drawings are not made here yet"); }
+  void DrawSheet(const SheetPlan&, const SheetPictures&, const EffectFactory&, ExecuteContext&, HostImage&) override {
+    RequireText();
+  }
+  void DrawKernel(const KernelReport&, HostImage&) override { RequireText(); }
+};
+
+}  // namespace
+
+PictureLibrary& ThePictureLibrary() {
+  static SystemPictures library;
+  return library;
+}
+
+DrawingLibrary& TheDrawingLibrary() {
+  static SystemDrawings library;
+  return library;
+}
+
+}  // namespace vblur::host

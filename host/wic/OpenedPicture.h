@@ -1,0 +1,26 @@
+// A picture file opened with the imaging component.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/wic/FileMetadata.h"
+#include "host/wic/FileStream.h"
+#include "host/wic/PixelForms.h"
+
+namespace vblur::host {
+
+struct OpenedPicture {
+  PictureMetadata metadata;
+  ComPtr<FileStream> stream;
+  ComPtr<IWICBitmapFrameDecode> frame;
+  PixelForm form;
+  std::vector<std::uint32_t> palette;  // 0xAARRGGBB
+};
+
+// Opens the first picture of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
+OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice);
+
+}  // namespace vblur::host

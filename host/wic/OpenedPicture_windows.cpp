@@ -1,0 +1,169 @@
+#include "host/wic/OpenedPicture.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "host/base/Failure.h"
+#include "host/base/LongPath.h"
+#include "host/base/SystemError_windows.h"
+#include "host/base/Utf8.h"
+#include "host/files/PictureChannels.h"
+#include "host/files/PictureSize.h"
+#include "host/files/StandardInput.h"
+#include "host/formats/ExifBlock.h"
+#include "host/formats/PictureFileHeader.h"
+
+namespace vblur::host {
+
+namespace {
+
+const ::GUID& ContainerOf(const std::string& format) {
+  if (format == "png") return GUID_ContainerFormatPng;
+  if (format == "jpeg") return GUID_ContainerFormatJpeg;
+  return format == "tiff" ? GUID_ContainerFormatTiff : GUID_ContainerFormatBmp;
+}
+
+[[noreturn]] void RefuseDamaged(const std::filesystem::path& path, ::HRESULT error) {
+  RefuseToRead(path, "not a picture, or a damaged one (" + ImagingErrorText(error) + ")");
+}
+
+void Require(const std::filesystem::path& path, ::HRESULT result) {
+  if (FAILED(result)) RefuseDamaged(path, result);
+}
+
+// Before anything is decoded.
+void RequireSound(const std::filesystem::path& path, const FileHeader& header, std::int64_t mostPixels) {
+  if (header.format.empty())
+    RefuseToRead(path, "not a picture, or one of another format, expected one of png, tif, jpg, bmp");
+  if (header.width <= 0 || header.height <= 0 || header.channels <= 0)
+    RefuseToRead(path, "it has no pixels (" + PixelsOf(header.width, header.height) + ")");
+  RequirePixels(path, header.width, header.height, header.channels, "", mostPixels);
+  if (!header.isWhole)
+    RefuseToRead(path, "the picture is damaged or cut short (its header says more than the file holds)");
+}
+
+std::vector<std::uint32_t> PaletteOf(IWICBitmapFrameDecode& frame, const std::filesystem::path& path) {
+  ComPtr<IWICPalette> palette;
+  Require(path, TheImagingFactory().CreatePalette(reinterpret_cast<IWICPalette**>(palette.Receive())));
+  Require(path, frame.CopyPalette(palette.get()));
+  UINT count = 0;
+  Require(path, palette->GetColorCount(&count));
+  std::vector<WICColor> colours(count);
+  Require(path, palette->GetColors(count, colours.data(), &count));
+  return {colours.begin(), colours.begin() + count};
+}
+
+bool IsGreyColour(std::uint32_t colour) {
+  return (colour & 0xffu) == (colour >> 8 & 0xffu) && (colour & 0xffu) == (colour >> 16 & 0xffu);
+}
+
+// The channels that the host knows of such a file.
+std::vector<std::string> ChannelsOf(const OpenedPicture& opened) {
+  const FileHeader& header = opened.metadata.header;
+  const PixelForm& form = opened.form;
+  bool isGrey = form.model == ColourModel::Grey || (form.model == ColourModel::Rgb && header.isGrey);
+  bool hasAlpha = form.HasAlpha();
+  if (form.model == ColourModel::Palette) {
+    hasAlpha = header.hasAlpha;
+    const bool isGreyBmp =
+        header.format == "bmp" && header.bits == 8 && std::ranges::all_of(opened.palette, IsGreyColour);
+    // A grey picture with a transparent colour.
+    isGrey = isGreyBmp || (header.format == "png" && header.isGrey);
+  }
+  // Its codec says that the fourth byte means nothing, and other readers take it.
+  if (header.format == "bmp" && header.channels == 4 && form.stored == 4) hasAlpha = true;
+  if (form.model == ColourModel::Inks) hasAlpha = false;
+  std::vector<std::string> names;
+  if (isGrey) {
+    names = {"Y"};
+  } else {
+    names = {"R", "G", "B"};
+  }
+  if (hasAlpha) names.emplace_back("A");
+  return names;
+}
+
+StoredType TypeOf(const PixelForm& form, const FileHeader& header) {
+  const bool isPacked = header.format == "tiff" && form.model == ColourModel::Grey && form.bits < 8;
+  if (isPacked) return {NumberKind::Unsigned, 1, form.bits};
+  if (form.isFloat) return {NumberKind::Float, 4, 32};
+  return form.bits == 16 ? StoredType{NumberKind::Unsigned, 2, 16} : StoredType{NumberKind::Unsigned, 1, 8};
+}
+
+void AddChunkFacts(const std::filesystem::path& file, PictureInfo& info) {
+  ChunkFacts chunks = FactsOfChunks(file);
+  info.pictures = std::max(info.pictures, chunks.frames);
+  info.unread = std::move(chunks.unread);
+  info.colourChunks = std::move(chunks.colourChunks);
+  info.lateTexts = std::move(chunks.lateTexts);
+  const ExifFacts exif = FactsOfExif(chunks.exif);
+  if (!chunks.exif.empty() && exif.isDamaged) info.unread.emplace_back("damaged Exif data");
+  if (exif.mayPass) info.exif = std::move(chunks.exif);
+  info.hasMakerNote = exif.hasMakerNote;
+}
+
+void Describe(const std::filesystem::path& path, const ReadChoice& choice, OpenedPicture& opened) {
+  const FileHeader& header = opened.metadata.header;
+  PictureInfo& info = opened.metadata.info;
+  info.format = header.format;
+  const auto names = ChannelsOf(opened);
+  const int alpha = names.back() == "A" ? static_cast<int>(names.size()) - 1 : -1;
+  for (const std::string& name : names)
+    info.all.push_back({name, TypeOf(opened.form, header)});
+  info.choice = ChooseChannels(path, names, alpha, choice);
+  DescribeChannels(info);
+  info.data = {0, 0, static_cast<std::int32_t>(header.width), static_cast<std::int32_t>(header.height)};
+  info.display = info.data;
+  info.width = info.data.width;
+  info.height = info.data.height;
+  info.transfer = opened.form.isFloat ? Transfer::Linear : Transfer::Srgb;
+  info.tileWidth = header.tileWidth;
+  info.tileHeight = header.tileHeight;
+  info.hasInks = opened.form.model == ColourModel::Inks;
+  opened.metadata.associatedAlpha = alpha >= 0 && opened.form.isAssociated;
+}
+
+}  // namespace
+
+OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) try {
+  const std::filesystem::path file = ExtendedPath(FileToOpen(path));
+  OpenedPicture opened;
+  FileHeader& header = opened.metadata.header;
+  header = ReadFileHeader(file);
+  RequireSound(path, header, choice.mostPixels);
+  opened.stream = FileStream::Open(file, FileStream::Use::Read, nullptr);
+  if (opened.stream->SystemError() != 0) RefuseToRead(path, SystemErrorText(opened.stream->SystemError()));
+  ComPtr<IWICBitmapDecoder> decoder;
+  Require(path, TheImagingFactory().CreateDecoder(ContainerOf(header.format), nullptr,
+                                                  reinterpret_cast<IWICBitmapDecoder**>(decoder.Receive())));
+  Require(path, decoder->Initialize(opened.stream.get(), WICDecodeMetadataCacheOnDemand));
+  UINT pictures = 0;
+  Require(path, decoder->GetFrameCount(&pictures));
+  Require(path, decoder->GetFrame(0, reinterpret_cast<IWICBitmapFrameDecode**>(opened.frame.Receive())));
+  UINT width = 0;
+  UINT height = 0;
+  Require(path, opened.frame->GetSize(&width, &height));
+  if (width != header.width || height != header.height) RefuseDamaged(path, WINCODEC_ERR_BADHEADER);
+  WICPixelFormatGUID id{};
+  Require(path, opened.frame->GetPixelFormat(&id));
+  const PixelForm* const form = FindPixelForm(id);
+  if (form == nullptr) RefuseToRead(path, "pixels of this kind are not read here, expected 8 or 16 bits a channel");
+  opened.form = *form;
+  const bool lacksAlpha = header.hasAlpha && !form->HasAlpha() && form->model != ColourModel::Palette;
+  if (lacksAlpha && header.format != "bmp") RefuseToRead(path, "its alpha is not read by the system's codec");
+  if (form->model == ColourModel::Palette)
+    opened.palette = header.palette.empty() ? PaletteOf(*opened.frame, path) : header.palette;
+  Describe(path, choice, opened);
+  opened.metadata.info.pictures = static_cast<std::int32_t>(std::max<UINT>(1, pictures));
+  AddChunkFacts(file, opened.metadata.info);
+  return opened;
+} catch (const Failure&) {
+  throw;
+} catch (const std::bad_alloc&) {
+  RefuseToRead(path, "not enough memory for its pixels");
+} catch (const std::exception& error) {
+  RefuseToRead(path, error.what());
+}
+
+}  // namespace vblur::host

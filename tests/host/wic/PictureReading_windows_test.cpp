@@ -1,0 +1,102 @@
+// Files that are no pictures, damaged ones and large ones, read with the imaging component.
+#include <gtest/gtest.h>
+
+#include "host/base/Failure.h"
+#include "host/files/OutputFile.h"
+#include "host/files/PictureFile.h"
+#include "tests/support/host/FailureOf.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+class PictureReading : public testing::Test {
+ protected:
+  static std::filesystem::path Known(const char* name) { return std::filesystem::path(VBLUR_PICTURES_FOLDER) / name; }
+
+  // Of a file of these bytes.
+  std::optional<Failure> Refusal(const std::string& name, const std::string& bytes, const ReadChoice& choice = {}) {
+    const auto path = folder_.Write(name, bytes);
+    return CaughtFailure([&] { PictureReader().ReadColour(path, 8, image_, choice); });
+  }
+
+  ScratchFolder folder_;
+  HostImage image_;
+};
+
+TEST_F(PictureReading, OtherFilesAreRefusedWithTheFormatsOfTheSystem) {
+  const auto failure = Refusal("x.exr", std::string("\x76\x2f\x31\x01", 4) + std::string(100, 'x'));
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
+  EXPECT_NE(std::string(failure->what()).find("expected one of png, tif, jpg, bmp"), std::string::npos)
+      << failure->what();
+}
+
+TEST_F(PictureReading, FilesThatAreCutShortAreRefused) {
+  for (const char* name :
+       {"rgb8.png", "rgba16.png", "rgb8-packbits.tif", "rgba16-zip.tif", "rgb.jpg", "rgb.bmp", "grey.bmp"}) {
+    const std::string whole = Bytes(Known(name));
+    for (std::size_t length = 1; length + 20 < whole.size(); length += 1 + whole.size() / 40) {
+      const auto failure = Refusal(name, whole.substr(0, length));
+      ASSERT_TRUE(failure) << name << " " << length;
+      EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
+    }
+  }
+}
+
+// Some changes leave a picture: nothing but a failure or a picture may come of any.
+TEST_F(PictureReading, DamagedFilesAreRefusedOrRead) {
+  for (const char* name :
+       {"rgb8.png", "palette.png", "rgb16-lzw.tif", "tiled8.tif", "rgb.jpg", "palette4.bmp", "rgba.bmp"}) {
+    const std::string whole = Bytes(Known(name));
+    for (std::size_t at = 0; at < whole.size(); at += 1 + whole.size() / 150) {
+      std::string damaged = whole;
+      damaged[at] = static_cast<char>(damaged[at] ^ 0x5a);
+      ReadChoice choice;
+      choice.mostPixels = 1'000'000;
+      const auto path = folder_.Write(name, damaged);
+      try {
+        PictureReader().ReadColour(path, 8, image_, choice);
+      } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Code(), ExitCode::CannotRead);
+      }
+    }
+  }
+}
+
+TEST_F(PictureReading, LargePicturesAreRefusedByTheirHeader) {
+  const std::string whole = Bytes(Known("rgb8.png"));
+  std::string large = whole;
+  large.replace(16, 8, std::string("\x00\x01\x00\x00\x00\x01\x00\x00", 8));
+  const auto failure = Refusal("large.png", large);
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->Kind(), FailureKind::TooManyPixels);
+  ReadChoice few;
+  few.mostPixels = 200;
+  for (const char* name : {"rgb8.png", "rgb8-packbits.tif", "rgb.jpg", "rgb.bmp"}) {
+    const auto refused = CaughtFailure([&] { PictureReader().ReadColour(Known(name), 8, image_, few); });
+    ASSERT_TRUE(refused) << name;
+    EXPECT_EQ(std::string(refused->what()).substr(std::string(refused->what()).find(": ")),
+              ": cannot read: 17 x 13 pixels, 221 in all, expected at most 200");
+  }
+}
+
+TEST_F(PictureReading, AMaskIsTheChannelThatIsAskedFor) {
+  ReadChoice choice;
+  choice.channel = "A";
+  PictureReader().ReadColour(Known("rgba8.png"), 8, image_);
+  HostImage mask;
+  PictureReader().ReadMask(Known("rgba8.png"), 8, mask, choice);
+  for (std::size_t i = 0; i < ComponentCount(mask); ++i)
+    ASSERT_EQ(Component(mask, i), Component(image_, 4 * i + 3));
+  choice.channel = "G";
+  PictureReader().ReadMask(Known("rgba8.png"), 8, mask, choice);
+  for (std::size_t i = 0; i < ComponentCount(mask); ++i)
+    ASSERT_EQ(Component(mask, i), Component(image_, 4 * i + 1));
+  choice.channel = "depth";
+  EXPECT_TRUE(CaughtFailure([&] { PictureReader().ReadMask(Known("rgba8.png"), 8, mask, choice); }));
+}
+
+}  // namespace
+}  // namespace vblur::host

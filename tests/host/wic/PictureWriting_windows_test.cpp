@@ -1,0 +1,215 @@
+// Pictures through files and back, with the imaging component.
+#include <random>
+#include <thread>
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "host/base/Failure.h"
+#include "host/files/OutputFile.h"
+#include "host/files/PictureReport.h"
+#include "tests/support/host/FailureOf.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
+namespace vblur::host {
+namespace {
+
+using Notes = std::vector<std::string>;
+
+class PictureWriting : public testing::Test {
+ protected:
+  // Components of 16 bits that come back from samples of 16 bits as they were: 0 to full.
+  void MakePicture(std::int32_t depth, std::int32_t width, std::int32_t height, unsigned seed) {
+    image_.Reset(depth, 4, width, height);
+    FillRandom(image_, 0, depth == 8 ? 255 : 16384, seed);
+  }
+
+  Notes Write(const std::filesystem::path& path, const OutputStorage& storage = {},
+              const PictureMetadata* metadata = nullptr) {
+    OutputOptions options;
+    options.overwrite = true;
+    options.sync = false;
+    options.storage = storage;
+    auto written = PictureWriter().WriteBeside(path, image_, metadata, options);
+    written.Commit();
+    return written.Notes();
+  }
+
+  // The components of a file, and of the picture with a full alpha where the file has none.
+  void ExpectSame(const std::filesystem::path& path) {
+    HostImage read;
+    const ReadPicture facts = PictureReader().ReadColour(path, image_.Depth(), read);
+    ASSERT_EQ(read.Width(), image_.Width());
+    ASSERT_EQ(read.Height(), image_.Height());
+    const std::int32_t full = image_.Depth() == 8 ? 255 : 16384;
+    for (std::size_t i = 0; i < ComponentCount(read); ++i) {
+      const bool isOpaque = i % 4 == 3 && !facts.info.HasAlpha();
+      ASSERT_EQ(Component(read, i), isOpaque ? full : Component(image_, i)) << i;
+    }
+  }
+
+  ScratchFolder folder_;
+  HostImage image_;
+};
+
+TEST_F(PictureWriting, EveryFormatAndDepthComesBackAtAnySize) {
+  std::mt19937 random(7);
+  std::uniform_int_distribution<std::int32_t> side(1, 70);
+  for (const char* name : {"p.png", "t.tif", "b.bmp"}) {
+    for (const std::int32_t depth : {8, 16}) {
+      if (depth == 16 && std::string_view(name) == "b.bmp") continue;
+      for (int i = 0; i < 12; ++i) {
+        MakePicture(depth, i == 0 ? 1 : side(random), i == 1 ? 1 : side(random), random());
+        const auto path = folder_.path() / name;
+        Write(path);
+        ExpectSame(path);
+        const PictureInfo info = ReadPictureInfo(path);
+        EXPECT_EQ(info.NaturalDepth(), depth);
+        EXPECT_EQ(info.HasAlpha(), std::string_view(name) != "b.bmp");
+      }
+    }
+  }
+}
+
+TEST_F(PictureWriting, ColoursStayWhereAlphaIsNone) {
+  for (const char* name : {"p.png", "t.tif"}) {
+    MakePicture(16, 9, 5, 3);
+    for (std::size_t i = 3; i < ComponentCount(image_); i += 4)
+      SetComponent(image_, i, 0);
+    Write(folder_.path() / name);
+    ExpectSame(folder_.path() / name);
+  }
+}
+
+TEST_F(PictureWriting, GreyStaysGrey) {
+  const auto pictures = std::filesystem::path(VBLUR_PICTURES_FOLDER);
+  const std::pair<const char*, std::int32_t> files[] = {{"grey8.png", 8}, {"grey16.png", 16}, {"greya16.png", 16}};
+  for (const auto& [source, depth] : files) {
+    const ReadPicture read = PictureReader().ReadColour(pictures / source, depth, image_);
+    for (const char* name : {"p.png", "t.tif", "b.bmp"}) {
+      if (std::string_view(name) == "b.bmp" && depth == 16) continue;
+      const auto path = folder_.path() / name;
+      Write(path, {}, read.metadata.get());
+      ExpectSame(path);
+      const bool staysGrey = std::string_view(name) == "p.png" && !read.info.HasAlpha();
+      EXPECT_TRUE(!staysGrey || ReadPictureInfo(path).IsGrey());
+    }
+  }
+}
+
+// Samples of 16 bits pass around a part that is rendered; there no bit may change.
+TEST_F(PictureWriting, SamplesAroundAPartAreThoseOfTheFile) {
+  const auto source = std::filesystem::path(VBLUR_PICTURES_FOLDER) / "rgba16.png";
+  ReadChoice choice;
+  choice.keepsSamples = true;
+  const ReadPicture read = PictureReader().ReadColour(source, 16, image_, choice);
+  ASSERT_TRUE(read.samples);
+  OutputOptions options;
+  options.part = RenderedPart{{0, 0, 0, 0}, read.samples};
+  const auto path = folder_.path() / "around.png";
+  PictureWriter().WriteBeside(path, image_, read.metadata.get(), options).Commit();
+  HostImage again;
+  const ReadPicture copy = PictureReader().ReadColour(path, 16, again, choice);
+  ASSERT_TRUE(copy.samples);
+  EXPECT_EQ(*copy.samples, *read.samples);
+}
+
+TEST_F(PictureWriting, QualityMakesJpegFilesSmallerOrIsToldToBeNone) {
+  MakePicture(8, 64, 64, 5);
+  Notes notes;
+  const auto sizeAt = [&](std::int32_t quality) {
+    OutputStorage storage;
+    storage.quality = quality;
+    notes = Write(folder_.path() / "q.jpg", storage);
+    return std::filesystem::file_size(folder_.path() / "q.jpg");
+  };
+  const auto small = sizeAt(20);
+  if (small < sizeAt(95)) {
+    EXPECT_EQ(notes, Notes{});
+  } else {
+    EXPECT_EQ(notes, Notes{"output: the system's codec has no choice of quality, written with its own"});
+  }
+}
+
+TEST_F(PictureWriting, ACompressionThatTheCodecDoesNotHaveIsTold) {
+  MakePicture(8, 64, 64, 5);
+  for (const char* name : {"none", "lzw", "zip"}) {
+    OutputStorage storage;
+    storage.compression = name;
+    const Notes notes = Write(folder_.path() / "c.tif", storage);
+    ExpectSame(folder_.path() / "c.tif");
+    const std::string written = ReportPicture(folder_.path() / "c.tif").compression;
+    if (written == name) {
+      EXPECT_EQ(notes, Notes{});
+    } else {
+      EXPECT_EQ(notes, Notes{"output: the system's codec has no compression " + std::string(name) + ", written with " +
+                             written});
+    }
+  }
+}
+
+TEST_F(PictureWriting, NamesBeyondAsciiAndLongPaths) {
+  MakePicture(8, 5, 4, 1);
+  std::filesystem::path deep = folder_.path();
+  for (int i = 0; i < 6; ++i)
+    deep /= std::wstring(50, static_cast<wchar_t>(L'a' + i));
+  std::filesystem::create_directories(L"\\\\?\\" + deep.native());
+  for (const auto& path : {folder_.path() / L"gr\u00fc\u00df \u65e5\u672c.png", deep / L"p.png"}) {
+    Write(path);
+    ExpectSame(path);
+  }
+}
+
+TEST_F(PictureWriting, TwoThreadsAtOnce) {
+  const auto work = [&](unsigned seed) {
+    HostImage image;
+    image.Reset(16, 4, 40, 30);
+    FillRandom(image, 0, 16384, seed);
+    const auto path = folder_.path() / ("thread" + std::to_string(seed) + ".png");
+    for (int i = 0; i < 20; ++i) {
+      PictureWriter().Write(path, image, nullptr, true);
+      HostImage read;
+      PictureReader().ReadColour(path, 16, read);
+      ASSERT_EQ(Components(read), Components(image));
+    }
+  };
+  std::thread other(work, 1);
+  work(2);
+  other.join();
+}
+
+TEST_F(PictureWriting, ManyFilesLeaveNoHandles) {
+  MakePicture(8, 8, 8, 1);
+  const auto path = folder_.path() / "h.png";
+  const auto run = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      Write(path);
+      ReadPictureInfo(path);
+    }
+    DWORD handles = 0;
+    ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
+    return handles;
+  };
+  const DWORD before = run(20);
+  EXPECT_LE(run(500), before + 2);
+}
+
+TEST_F(PictureWriting, StopsWhenAsked) {
+  MakePicture(8, 64, 64, 5);
+  PictureWriter writer([] { return true; });
+  EXPECT_THROW(writer.Write(folder_.path() / "s.png", image_, nullptr, false), FileInterrupted);
+  EXPECT_EQ(NamesIn(folder_.path()), std::set<std::string>{});
+}
+
+TEST_F(PictureWriting, FormatsOfOtherSystemsAreRefusedWithThoseOfThisOne) {
+  MakePicture(8, 4, 4, 1);
+  const auto failure = CaughtFailure([&] { Write(folder_.path() / "x.exr"); });
+  ASSERT_TRUE(failure);
+  EXPECT_NE(std::string(failure->what()).find("one of these was expected: png tif tiff jpg jpeg jpe bmp"),
+            std::string::npos)
+      << failure->what();
+}
+
+}  // namespace
+}  // namespace vblur::host
