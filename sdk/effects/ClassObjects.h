@@ -6,7 +6,7 @@
 namespace vblur::host {
 
 // Each add needs its own remove. The newest server is asked first. From any thread; on Windows both calls are made on
-// the thread that makes objects, for whose apartment the registered classes of the server are given to the system.
+// the thread that makes objects, for whose apartment the system is given the classes in the current catalogue.
 void AddServer(DllGetClassObjectFunction* getClassObject);
 void RemoveServer(DllGetClassObjectFunction* getClassObject);
 

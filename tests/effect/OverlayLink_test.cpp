@@ -6,6 +6,7 @@
 #include "overlay/HvTDsCircle.h"
 #include "overlay/HvTDsCrop.h"
 #include "properties/ClassIds.h"
+#include "sdk/effects/Catalogue.h"
 #include "sdk/effects/ClassObjects.h"
 #include "server/CDsClassFactory.h"
 #include "tests/effect/EffectBench.h"
@@ -63,13 +64,20 @@ class LinkingViewer : public test::TestViewer {
 class OverlayLink : public testing::Test {
  protected:
   OverlayLink() {
+    // Where the system makes objects, it is given the classes of the catalogue.
+    host::KeepClassesInProcess(true);
+    host::CurrentCatalogue().AddClass(classes::kHvTInteract, nullptr, 0);
     host::AddServer(&ToolClassObject);
     offer = Offer::Tool;
     effect = NewBlur();
     viewer.edited = static_cast<IDSProperties*>(effect.get());
     UseAs(*effect, host::EffectKind::Filter);
   }
-  ~OverlayLink() override { host::RemoveServer(&ToolClassObject); }
+  ~OverlayLink() override {
+    host::RemoveServer(&ToolClassObject);
+    host::CurrentCatalogue().RemoveClass(classes::kHvTInteract);
+    host::KeepClassesInProcess(false);
+  }
 
   // The first widget of a group.
   template <class Widget>
