@@ -14,6 +14,7 @@
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/pages/PageSession.h"
+#include "host/pages/ShowPages.h"
 #include "properties/PageNames.h"
 
 namespace vblur::cli {
@@ -37,6 +38,9 @@ class PageCommand : public Command {
     AddTextOption(*App(), "--script", "FILE",
                   "What to do with the page, one event a line; the page is printed after it. - is the standard input",
                   [this](const std::string& file) { script_ = file; });
+    if (host::kShowsPages) {
+      App()->add_flag("--window", inWindow_, "Show the page in a window, behind the script, until it is closed");
+    }
     AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
                   [this](const std::string& file) { savedJob_ = file; });
     App()->add_flag("--overwrite", overwrite_, "Replace a file that exists");
@@ -94,7 +98,8 @@ class PageCommand : public Command {
     ShowFirst(session.Pages());
     for (const host::PageEvent& event : events)
       session.Play(event);
-    if (events.empty() || events.back().kind != host::PageEvent::Kind::Print) print();
+    if (inWindow_) host::ShowPages(session.Pages(), session.History());
+    if (inWindow_ || events.empty() || events.back().kind != host::PageEvent::Kind::Print) print();
     return session.Properties();
   }
 
@@ -117,6 +122,7 @@ class PageCommand : public Command {
   std::optional<double> time_;
   std::optional<std::int32_t> frame_;
   bool overwrite_ = false;
+  bool inWindow_ = false;
 };
 
 }  // namespace

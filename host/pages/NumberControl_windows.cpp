@@ -322,6 +322,7 @@ void NumberControl::OpenEditor() {
   SetWindowSubclass(made, &NumberEditor::Run, 0, reinterpret_cast<DWORD_PTR>(this));
   editor_ = made;
   ::SendMessageW(made, WM_SETFONT, static_cast<WPARAM>(Send(WM_GETFONT)), FALSE);
+  ::SendMessageW(made, EM_SETMODIFY, FALSE, 0);
   ::SendMessageW(made, EM_SETSEL, 0, -1);
   SetFocus(made);
 }

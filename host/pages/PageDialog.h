@@ -54,6 +54,7 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
   bool Create(const ModuleDialog& dialog);
   // Ties each window to its own.
   void AttachAll(HWND handle);
+  void Detach() override;
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
   LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
   // Gives the system the text of a tool tip.

@@ -50,7 +50,6 @@ std::shared_ptr<PageDialog> PageDialog::Make(HMODULE module, std::int32_t number
 }
 
 PageDialog::~PageDialog() {
-  // Its windows end with it, the tool tips' is its own.
   if (isThere_) DestroyWindow(handle_);
 }
 
@@ -61,6 +60,12 @@ bool PageDialog::Create(const ModuleDialog& dialog) {
                                                reinterpret_cast<const DLGTEMPLATE*>(bytes.data()), PageFrame::Hidden(),
                                                &Procedure::Run, reinterpret_cast<LPARAM>(this));
   return made != nullptr && isThere_;
+}
+
+// Tool tips belong to the window that holds the dialog, and would stay with it.
+void PageDialog::Detach() {
+  if (const HWND toolTips = std::exchange(toolTips_, nullptr); toolTips != nullptr) DestroyWindow(toolTips);
+  PageWindow::Detach();
 }
 
 void PageDialog::AttachAll(HWND handle) {

@@ -1,0 +1,11 @@
+#include "host/pages/ShowPages.h"
+
+#include "host/base/Failure.h"
+
+namespace vblur::host {
+
+void ShowPages(EffectPages&, UndoHistory&) {
+  throw Failure(ExitCode::SomeFramesFailed, "pages are shown in windows on Windows only");
+}
+
+}  // namespace vblur::host
