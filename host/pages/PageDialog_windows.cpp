@@ -56,9 +56,8 @@ PageDialog::~PageDialog() {
 bool PageDialog::Create(const ModuleDialog& dialog) {
   RegisterControlClasses();
   const std::vector<std::byte> bytes = WriteDialogTemplate(dialog, TemplateClasses::HostsOwn);
-  const HWND made = CreateDialogIndirectParamW(module_ == nullptr ? OwnModule() : module_,
-                                               reinterpret_cast<const DLGTEMPLATE*>(bytes.data()), PageFrame::Hidden(),
-                                               &Procedure::Run, reinterpret_cast<LPARAM>(this));
+  const HWND made = CreateDialogIndirectParamW(module_, reinterpret_cast<const DLGTEMPLATE*>(bytes.data()),
+                                               PageFrame::Hidden(), &Procedure::Run, reinterpret_cast<LPARAM>(this));
   return made != nullptr && isThere_;
 }
 

@@ -29,6 +29,10 @@ class PictureControl final : public PageWindow {
   HBITMAP Bitmap() const;
 
  private:
+#ifdef _WIN32
+  LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
+#endif
+
   const std::int32_t bitmap_;
 };
 

@@ -18,18 +18,18 @@ struct Picture {
   std::vector<std::uint32_t> pixels;  // blue, green, red, from the bottom up
 };
 
-// What a window shows on the screen, as it is drawn there.
+// What a window shows on the screen, without its frame.
 Picture PictureOf(HWND window) {
   RECT area{};
-  ::GetWindowRect(window, &area);
-  Picture picture{area.right - area.left, area.bottom - area.top, {}};
+  ::GetClientRect(window, &area);
+  Picture picture{area.right, area.bottom, {}};
   picture.pixels.resize(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height));
   const HDC screen = ::GetDC(nullptr);
   const HDC memory = ::CreateCompatibleDC(screen);
   const HBITMAP bitmap = ::CreateCompatibleBitmap(screen, picture.width, picture.height);
   const HGDIOBJ before = ::SelectObject(memory, bitmap);
   ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-  const HDC shown = ::GetWindowDC(window);
+  const HDC shown = ::GetDC(window);
   ::BitBlt(memory, 0, 0, picture.width, picture.height, shown, 0, 0, SRCCOPY);
   ::ReleaseDC(window, shown);
   BITMAPINFO info{};
