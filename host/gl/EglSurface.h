@@ -14,9 +14,6 @@ class EglSurface : public GlSurface {
   EglSurface(std::int32_t width, std::int32_t height);
   ~EglSurface() override;
 
-  std::int32_t Width() const override { return width_; }
-  std::int32_t Height() const override { return height_; }
-
  protected:
   bool MakeCurrent() override;
   void LetGo() override;
@@ -24,13 +21,7 @@ class EglSurface : public GlSurface {
  private:
   struct Context;
 
-  void MakeFrameBuffer();
-
-  std::int32_t width_;
-  std::int32_t height_;
   std::unique_ptr<Context> context_;
-  unsigned frameBuffer_ = 0;
-  unsigned colours_ = 0;
 };
 
 }  // namespace vblur::host

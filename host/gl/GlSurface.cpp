@@ -1,6 +1,9 @@
 #include "host/gl/GlSurface.h"
 
-#include <GL/gl.h>
+#include <string>
+
+#include "host/base/Failure.h"
+#include "host/gl/Gl.h"
 
 namespace vblur::host {
 
@@ -25,8 +28,44 @@ struct ShiftedAxis {
 
 }  // namespace
 
+// Keeps the context current, if it can be.
+class GlSurface::Current {
+ public:
+  explicit Current(GlSurface& surface) : surface_(surface), isCurrent_(surface.MakeCurrent()) {}
+  ~Current() {
+    if (isCurrent_) surface_.LetGo();
+  }
+  Current(const Current&) = delete;
+  Current& operator=(const Current&) = delete;
+
+  explicit operator bool() const { return isCurrent_; }
+
+ private:
+  GlSurface& surface_;
+  bool isCurrent_;
+};
+
+bool GlSurface::MakeFrameBuffer(FrameBuffer::Find find, std::int32_t width, std::int32_t height) {
+  const Current current(*this);
+  if (!current) return false;
+  frameBuffer_.emplace(find);
+  return frameBuffer_->IsUsable() && frameBuffer_->Resize(width, height);
+}
+
+void GlSurface::DeleteFrameBuffer() {
+  if (const Current current(*this); current) frameBuffer_->Delete();
+}
+
+void GlSurface::Resize(std::int32_t width, std::int32_t height) {
+  const Current current(*this);
+  if (current && frameBuffer_->Resize(width, height)) return;
+  throw Failure(ExitCode::SomeFramesFailed, "the viewer's surface cannot have " + std::to_string(width) + " x " +
+                                                std::to_string(height) + " pixels");
+}
+
 bool GlSurface::Begin() {
   if (!MakeCurrent()) return false;
+  frameBuffer_->Bind();
   glViewport(0, 0, Width(), Height());
   glMatrixMode(GL_PROJECTION);
   glLoadIdentity();

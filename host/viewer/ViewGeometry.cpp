@@ -17,6 +17,11 @@ ViewGeometry::ViewGeometry(const ProjectFrame& frame, std::int32_t surfaceWidth,
   SetPan(0.0, 0.0);
 }
 
+void ViewGeometry::Resize(std::int32_t surfaceWidth, std::int32_t surfaceHeight) {
+  surfaceWidth_ = surfaceWidth;
+  surfaceHeight_ = surfaceHeight;
+}
+
 void ViewGeometry::SetZoom(double zoom) {
   zoom_ = std::clamp(zoom, kLeastZoom, kMostZoom);
 }
@@ -26,7 +31,7 @@ void ViewGeometry::SetPan(double x, double y) {
 }
 
 WorldRectangle ViewGeometry::Visible() const {
-  const WorldPoint corner = ToWorld(SurfacePoint{0.0, 0.0});
+  const WorldPoint corner = ToWorld(ToFrame({0.0, 0.0}));
   return {corner.x, corner.y, surfaceWidth_ * WorldPerSurfacePixel(), surfaceHeight_ * WorldPerSurfacePixel()};
 }
 
@@ -34,9 +39,8 @@ WorldPoint ViewGeometry::ToWorld(FramePoint point) const {
   return {point.x * frame_.worldPerPixel, point.y * frame_.worldPerPixel};
 }
 
-WorldPoint ViewGeometry::ToWorld(SurfacePoint point) const {
-  return ToWorld(FramePoint{middle_.x + (point.x - surfaceWidth_ * 0.5) / zoom_,
-                            middle_.y + (point.y - surfaceHeight_ * 0.5) / zoom_});
+FramePoint ViewGeometry::ToFrame(SurfacePoint point) const {
+  return {middle_.x + (point.x - surfaceWidth_ * 0.5) / zoom_, middle_.y + (point.y - surfaceHeight_ * 0.5) / zoom_};
 }
 
 }  // namespace vblur::host

@@ -55,6 +55,8 @@ class ViewGeometry {
   // Zoom 1, centred on the frame. Width and height of the surface are at least 1.
   ViewGeometry(const ProjectFrame& frame, std::int32_t surfaceWidth, std::int32_t surfaceHeight);
 
+  // At least 1 x 1 pixels. Zoom and pan stay.
+  void Resize(std::int32_t surfaceWidth, std::int32_t surfaceHeight);
   // Surface pixels per frame pixel, clamped to the limits.
   void SetZoom(double zoom);
   // Offset of the surface's centre from the frame's, in frame pixels.
@@ -68,7 +70,7 @@ class ViewGeometry {
   WorldRectangle Visible() const;
 
   WorldPoint ToWorld(FramePoint point) const;
-  WorldPoint ToWorld(SurfacePoint point) const;
+  FramePoint ToFrame(SurfacePoint point) const;
 
  private:
   double WorldPerSurfacePixel() const { return frame_.worldPerPixel / zoom_; }

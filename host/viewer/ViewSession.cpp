@@ -227,9 +227,17 @@ void ViewSession::PlayOnPage(const PageEvent& event) {
   player_->Play(event);
 }
 
+bool ViewSession::IsStale() const {
+  return watch_->isStale || watch_->renderedTime != viewer_->CurrentTime();
+}
+
+bool ViewSession::IsInvalid() const {
+  return viewer_->IsInvalid() || IsStale();
+}
+
 void ViewSession::RenderIfStale() {
+  if (!IsStale()) return;
   const double time = viewer_->CurrentTime();
-  if (!watch_->isStale && watch_->renderedTime == time) return;
   const FrameList frames = ResolveFrames(job_);
   const double passed = std::floor(time - job_.time);
   const auto frame = static_cast<std::int32_t>(
@@ -257,11 +265,29 @@ void ViewSession::RenderIfStale() {
   ++rendersDone_;
 }
 
-void ViewSession::Paint(HostImage& into) {
+void ViewSession::PaintOn(std::unique_ptr<ViewerSurface> surface) {
+  surface_ = std::move(surface);
+}
+
+void ViewSession::Resize(std::int32_t width, std::int32_t height) {
+  if (surface_) surface_->Resize(width, height);
+  geometry_->Resize(width, height);
+}
+
+void ViewSession::PaintSurface() {
   RenderIfStale();
   if (!surface_) surface_ = MakeOffScreenSurface(geometry_->SurfaceWidth(), geometry_->SurfaceHeight());
   PaintViewer(*viewer_, buffers_.Output(), *geometry_, *surface_);
+}
+
+void ViewSession::Paint(HostImage& into) {
+  PaintSurface();
   ReadBack(*surface_, into);
+}
+
+void ViewSession::Show() {
+  PaintSurface();
+  surface_->Present();
 }
 
 PropertyStore ViewSession::Properties() const {

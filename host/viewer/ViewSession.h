@@ -55,6 +55,18 @@ class ViewSession {
   // MakeOffScreenSurface.
   void Paint(HostImage& into);
 
+  // Another surface, of the view's size, to paint on from now on; the first is off-screen.
+  void PaintOn(std::unique_ptr<ViewerSurface> surface);
+  // Paints the current view on the surface and presents it. Throws likewise.
+  void Show();
+  // Whether Show would show something else than it did last.
+  bool IsInvalid() const;
+  // Another size of the view, at least 1 x 1 pixels. Throws like ViewerSurface::Resize.
+  void Resize(std::int32_t width, std::int32_t height);
+  // The viewer's.
+  HWND Window() const { return viewer_->Window(); }
+  bool IsStopped() const { return context_.Stopped(); }
+
   // Called with the text of the page in front when a script prints it.
   void OnPrint(std::function<void(const std::string& form)> print) { print_ = std::move(print); }
   EffectPages& Pages() { return *pages_; }
@@ -64,7 +76,6 @@ class ViewSession {
   std::vector<std::string> Warnings() const { return buffers_.Warnings(); }
   // The current properties.
   PropertyStore Properties() const;
-  // For tests.
   const ViewGeometry& Geometry() const { return *geometry_; }
   // For tests: the number of renders so far.
   std::int32_t RendersDone() const { return rendersDone_; }
@@ -72,7 +83,9 @@ class ViewSession {
  private:
   class Watch;
 
+  bool IsStale() const;
   void RenderIfStale();
+  void PaintSurface();
   void PutAsOneStep(const PenEvent& event);
   void PlayOnPage(const PageEvent& event);
   // Pages have the time of the viewer, which keeps its own until the end of a drag.

@@ -176,6 +176,7 @@ void Viewer::SetTime(double time) {
 
 void Viewer::Render(IVWSurface& surface) {
   invalid_ = false;
+  window_.Validate();
   const auto contexts = contexts_;
   for (const Context& context : contexts)
     Made("tool", "OnRender()", [&] { return context.layer->OnRender(&surface); });

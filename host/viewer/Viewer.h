@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/hosted/CallTrace.h"
+#include "host/viewer/ViewerWindow.h"
 #include "platform/ComPtr.h"
 #include "platform/PageSite.h"
 #include "platform/RefCount.h"
@@ -15,7 +16,7 @@
 
 namespace vblur::host {
 
-class Viewer final : public IVWViewer, public IHostWindow {
+class Viewer final : public IVWViewer {
  public:
   // With one reference. The trace may be null; it must outlive the viewer unless StopTrace is called.
   static ComPtr<Viewer> Make(CallTrace* trace = nullptr) { return ComPtr<Viewer>::Own(new Viewer(trace)); }
@@ -40,7 +41,7 @@ class Viewer final : public IVWViewer, public IHostWindow {
 
   // For a window, and for tests: whether a repaint is needed, cleared by the next Render; whether a tool is being
   // dragged; how many tools there are.
-  bool IsInvalid() const { return invalid_; }
+  bool IsInvalid() const { return invalid_ || window_.IsInvalid(); }
   bool IsInteracting() const { return interacting_; }
   std::size_t ToolCount() const { return contexts_.size(); }
 
@@ -49,14 +50,13 @@ class Viewer final : public IVWViewer, public IHostWindow {
   std::uint32_t Release() override;
 
   HRESULT InvalidateLayer(IUnknown* layer, const void* area) override;
-  HWND Window() override { return this; }
+  HWND Window() override { return window_.Handle(); }
   double CurrentTime() override { return time_; }
   HRESULT BeginInteraction(const tagVWPENEVENT& event) override;
   HRESULT DoInteraction(const tagVWPENEVENT& event) override;
   HRESULT EndInteraction() override;
   HRESULT PushContext(std::int32_t kind, IUnknown* tool, std::uintptr_t* context) override;
   HRESULT RemoveContext(std::uintptr_t context) override;
-  void Invalidate() override { invalid_ = true; }
 
  private:
   struct Context {
@@ -69,7 +69,7 @@ class Viewer final : public IVWViewer, public IHostWindow {
   using PenCall = HRESULT (IViewerEventSink::*)(const tagVWPENEVENT&);
 
   explicit Viewer(CallTrace* trace) : trace_(trace) {}
-  ~Viewer() override;
+  ~Viewer();
 
   HRESULT Link(Context& context);
   HRESULT LinkToOperator(Context& context);
@@ -93,6 +93,7 @@ class Viewer final : public IVWViewer, public IHostWindow {
   std::optional<double> waitingTime_;
   bool interacting_ = false;
   bool invalid_ = true;
+  ViewerWindow window_;
 };
 
 }  // namespace vblur::host

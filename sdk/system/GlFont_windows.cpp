@@ -1,8 +1,29 @@
 #include "platform/GlFont.h"
 
 #include "sdk/system/SystemTypes_windows.h"
+// After it, whose types it uses.
+#include <GL/gl.h>
 
 namespace vblur {
+
+namespace {
+
+// A list of a character without a picture, such as the space, only advances. Wine gives it a null picture, for which
+// Mesa (22.3) refuses the whole list.
+void FillEmptyLists(HDC dc, std::uint32_t first, std::uint32_t count, std::uint32_t listBase) {
+  constexpr MAT2 kAsItIs{{0, 1}, {0, 0}, {0, 0}, {0, 1}};
+  constexpr GLubyte kNothing = 0;
+  if (::glGetError() != GL_OUT_OF_MEMORY) return;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    GLYPHMETRICS character{};
+    if (::GetGlyphOutlineW(dc, first + i, GGO_BITMAP, &character, 0, nullptr, &kAsItIs) != 0) continue;
+    ::glNewList(listBase + i, GL_COMPILE);
+    ::glBitmap(0, 0, 0.0F, 0.0F, character.gmCellIncX, character.gmCellIncY, &kNothing);
+    ::glEndList();
+  }
+}
+
+}  // namespace
 
 HDC wglGetCurrentDC() {
   return ::wglGetCurrentDC();
@@ -25,7 +46,9 @@ bool DeleteObject(HFONT font) {
 }
 
 bool wglUseFontBitmapsW(HDC dc, std::uint32_t first, std::uint32_t count, std::uint32_t listBase) {
-  return ::wglUseFontBitmapsW(dc, first, count, listBase) != FALSE;
+  if (::wglUseFontBitmapsW(dc, first, count, listBase) == FALSE) return false;
+  FillEmptyLists(dc, first, count, listBase);
+  return true;
 }
 
 }  // namespace vblur

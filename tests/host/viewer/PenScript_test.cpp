@@ -108,11 +108,12 @@ TEST(PenScript, SaysWhereAndWhatWasExpected) {
 
 TEST(PenScript, IsReadFromAFile) {
   const ScratchFolder folder;
-  const auto file = folder.Write("drag.pen", "snap a.png\nsnap /tmp/b.png\n");
+  const auto elsewhere = folder.path() / "other" / "b.png";
+  const auto file = folder.Write("drag.pen", "snap a.png\nsnap " + elsewhere.generic_string() + "\n");
   const auto events = ReadPenScript(file);
   ASSERT_EQ(events.size(), 2u);
   EXPECT_EQ(events[0].file, folder.path() / "a.png");
-  EXPECT_EQ(events[1].file, "/tmp/b.png");
+  EXPECT_EQ(events[1].file, elsewhere);
   EXPECT_EQ(events[0].place, file.string() + ":1");
   const auto missing = CaughtFailure([&] { ReadPenScript(folder.path() / "none.pen"); });
   EXPECT_EQ(missing->Code(), ExitCode::CannotRead);

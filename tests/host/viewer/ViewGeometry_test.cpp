@@ -10,8 +10,8 @@ const ProjectSizes kProject{{720.0, 486.0}, {800.0, 540.0}};
 
 // A point of the frame is shown at a point of the surface.
 void ExpectShown(const ViewGeometry& view, FramePoint inFrame, SurfacePoint onSurface) {
-  EXPECT_DOUBLE_EQ(view.ToWorld(onSurface).x, view.ToWorld(inFrame).x);
-  EXPECT_DOUBLE_EQ(view.ToWorld(onSurface).y, view.ToWorld(inFrame).y);
+  EXPECT_DOUBLE_EQ(view.ToFrame(onSurface).x, inFrame.x);
+  EXPECT_DOUBLE_EQ(view.ToFrame(onSurface).y, inFrame.y);
 }
 
 void ExpectVisible(const ViewGeometry& view, double x, double y, double width, double height) {
@@ -64,7 +64,7 @@ TEST(ViewGeometry, PansInPixelsOfTheFrame) {
   view.SetPan(40.0, -30.0);
   ExpectShown(view, {360.0, 150.0}, {160.0, 90.0});
   ExpectVisible(view, 80.0, -60.0, 1280.0, 720.0);
-  const WorldPoint corner = view.ToWorld(SurfacePoint{320.0, 180.0});
+  const WorldPoint corner = view.ToWorld(view.ToFrame({320.0, 180.0}));
   EXPECT_DOUBLE_EQ(corner.x, 80.0 + 1280.0);
   EXPECT_DOUBLE_EQ(corner.y, -60.0 + 720.0);
 }

@@ -3,105 +3,45 @@
 #include <cmath>
 #include <cstring>
 
-#include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include "host/viewer/OffScreenSurface.h"
-#include "host/viewer/PaintViewer.h"
-#include "platform/GlFont.h"
+#include "tests/host/gl/PaintedPicture.h"
 #include "tests/support/host/FailureOf.h"
-#include "tests/support/host/RecordingTool.h"
 
 namespace vblur::host {
 namespace {
 
-using Rgba = std::array<int, 4>;
+using OffScreenSurfacePicture = PaintedPicture;
 
-Rgba At(const HostImage& image, std::int32_t x, std::int32_t y) {
-  const std::byte* pixel = image.Row(y) + static_cast<std::size_t>(x) * 4;
-  return {std::to_integer<int>(pixel[0]), std::to_integer<int>(pixel[1]), std::to_integer<int>(pixel[2]),
-          std::to_integer<int>(pixel[3])};
-}
-
-// Red is x, green is y.
-void FillByPlace(HostImage& image, std::int32_t width, std::int32_t height) {
-  image.Reset(8, 4, width, height);
-  image.Place({});
-  for (std::int32_t y = 0; y < height; ++y) {
-    for (std::int32_t x = 0; x < width; ++x) {
-      std::byte* pixel = image.Row(y) + static_cast<std::size_t>(x) * 4;
-      pixel[0] = static_cast<std::byte>(x);
-      pixel[1] = static_cast<std::byte>(y);
-      pixel[2] = std::byte{7};
-      pixel[3] = std::byte{9};
-    }
-  }
-}
-
-// A viewer of 40 x 30 pixels with one tool that draws in frame pixels, as the effect's does.
-class EglSurfacePicture : public testing::Test {
- protected:
-  EglSurfacePicture() {
-    FillByPlace(frame, 40, 30);
-    tool->onRender = [this](IVWSurface* painted) {
-      EXPECT_EQ(wglGetCurrentDC(), nullptr);
-      ASSERT_EQ(vwSurfaceBeginRenderOpenGL(painted, &info), kOk);
-      EXPECT_NE(wglGetCurrentDC(), nullptr);
-      glOrtho(info.x, info.x + info.worldWidth, info.y, info.y + info.worldHeight, -100, 100);
-      if (draw) draw();
-      EXPECT_EQ(glGetError(), 0u);
-      EXPECT_EQ(vwSurfaceEndRenderOpenGL(painted, &info), kOk);
-      EXPECT_EQ(wglGetCurrentDC(), nullptr);
-    };
-    std::uintptr_t context = 0;
-    viewer->PushContext(kVWInteractiveContext, static_cast<IViewerLayer*>(tool.get()), &context);
-  }
-  ~EglSurfacePicture() override { viewer->Clear(); }
-
-  void Paint() {
-    PaintViewer(*viewer, frame, geometry, *surface);
-    ReadBack(*surface, picture);
-  }
-
-  HostImage frame;
-  HostImage picture;
-  ViewGeometry geometry{{40.0, 30.0, 1.0}, 40, 30};
-  std::unique_ptr<ViewerSurface> surface = MakeOffScreenSurface(40, 30);
-  ComPtr<Viewer> viewer = Viewer::Make();
-  ComPtr<RecordingTool> tool = MakeTool();
-  tagVWOPENGLSURFACE info;
-  std::function<void()> draw;
-};
-
-TEST_F(EglSurfacePicture, ShowsTheFramePixelByPixelAndOpaque) {
+TEST_F(OffScreenSurfacePicture, ShowsTheFramePixelByPixelAndOpaque) {
   Paint();
   for (std::int32_t y = 0; y < 30; ++y) {
     for (std::int32_t x = 0; x < 40; ++x)
-      EXPECT_EQ(At(picture, x, y), (Rgba{x, y, 7, 255}));
+      EXPECT_EQ(PixelAt(picture, x, y), (Rgba{x, y, 7, 255}));
   }
   EXPECT_EQ(info.width, 40);
   EXPECT_EQ(info.height, 30);
   EXPECT_EQ(info.worldWidth, 40.0);
 }
 
-TEST_F(EglSurfacePicture, ShowsTheNearestPixelAtAZoomAndGreyOutside) {
+TEST_F(OffScreenSurfacePicture, ShowsTheNearestPixelAtAZoomAndGreyOutside) {
   geometry.SetZoom(3.0);
   Paint();
-  EXPECT_EQ(At(picture, 20, 15), (Rgba{20, 15, 7, 255}));
-  EXPECT_EQ(At(picture, 19, 14), (Rgba{19, 14, 7, 255}));
-  EXPECT_EQ(At(picture, 22, 17), (Rgba{20, 15, 7, 255}));
-  EXPECT_EQ(At(picture, 23, 18), (Rgba{21, 16, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 20, 15), (Rgba{20, 15, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 19, 14), (Rgba{19, 14, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 22, 17), (Rgba{20, 15, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 23, 18), (Rgba{21, 16, 7, 255}));
   geometry.SetZoom(0.5);
   Paint();
-  EXPECT_EQ(At(picture, 9, 15), (Rgba{153, 153, 153, 255}));
-  EXPECT_EQ(At(picture, 10, 15), (Rgba{1, 16, 7, 255}));
-  EXPECT_EQ(At(picture, 29, 21), (Rgba{39, 28, 7, 255}));
-  EXPECT_EQ(At(picture, 30, 21), (Rgba{153, 153, 153, 255}));
+  EXPECT_EQ(PixelAt(picture, 9, 15), (Rgba{153, 153, 153, 255}));
+  EXPECT_EQ(PixelAt(picture, 10, 15), (Rgba{1, 16, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 29, 21), (Rgba{39, 28, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 30, 21), (Rgba{153, 153, 153, 255}));
   EXPECT_EQ(info.x, -20.0);
   EXPECT_EQ(info.worldHeight, 60.0);
 }
 
-TEST_F(EglSurfacePicture, ShowsDeepFramesAndThoseThatLieElsewhere) {
+TEST_F(OffScreenSurfacePicture, ShowsDeepFramesAndThoseThatLieElsewhere) {
   HostImage deep;
   deep.Reset(16, 4, 2, 2);
   deep.Clear();
@@ -113,15 +53,15 @@ TEST_F(EglSurfacePicture, ShowsDeepFramesAndThoseThatLieElsewhere) {
   std::memcpy(deep.Row(1) + 8, colour.data(), sizeof colour);
   PaintViewer(*viewer, deep, geometry, *surface);
   ReadBack(*surface, picture);
-  EXPECT_EQ(At(picture, 9, 12), (Rgba{153, 153, 153, 255}));
-  EXPECT_EQ(At(picture, 10, 10), (Rgba{0, 0, 0, 255}));
-  EXPECT_EQ(At(picture, 19, 19), (Rgba{0, 0, 0, 255}));
-  EXPECT_EQ(At(picture, 20, 15), (Rgba{128, 0, 255, 255}));
-  EXPECT_EQ(At(picture, 29, 19), (Rgba{128, 0, 255, 255}));
-  EXPECT_EQ(At(picture, 29, 20), (Rgba{153, 153, 153, 255}));
+  EXPECT_EQ(PixelAt(picture, 9, 12), (Rgba{153, 153, 153, 255}));
+  EXPECT_EQ(PixelAt(picture, 10, 10), (Rgba{0, 0, 0, 255}));
+  EXPECT_EQ(PixelAt(picture, 19, 19), (Rgba{0, 0, 0, 255}));
+  EXPECT_EQ(PixelAt(picture, 20, 15), (Rgba{128, 0, 255, 255}));
+  EXPECT_EQ(PixelAt(picture, 29, 19), (Rgba{128, 0, 255, 255}));
+  EXPECT_EQ(PixelAt(picture, 29, 20), (Rgba{153, 153, 153, 255}));
 }
 
-TEST_F(EglSurfacePicture, HasTheToolsLinesOnTop) {
+TEST_F(OffScreenSurfacePicture, HasTheToolsLinesOnTop) {
   draw = [] {
     glColor3f(1.0F, 0.0F, 0.0F);
     glBegin(GL_LINES);
@@ -133,12 +73,12 @@ TEST_F(EglSurfacePicture, HasTheToolsLinesOnTop) {
   for (std::int32_t x = 0; x < 40; ++x) {
     // A line draws all pixels except the last.
     const bool isOn = x >= 5 && x < 15;
-    EXPECT_EQ(At(picture, x, 10), isOn ? (Rgba{255, 0, 0, 255}) : (Rgba{x, 10, 7, 255})) << x;
-    EXPECT_EQ(At(picture, x, 11), (Rgba{x, 11, 7, 255}));
+    EXPECT_EQ(PixelAt(picture, x, 10), isOn ? (Rgba{255, 0, 0, 255}) : (Rgba{x, 10, 7, 255})) << x;
+    EXPECT_EQ(PixelAt(picture, x, 11), (Rgba{x, 11, 7, 255}));
   }
 }
 
-TEST_F(EglSurfacePicture, BeginsEveryPaintWithTheSameMatrices) {
+TEST_F(OffScreenSurfacePicture, BeginsEveryPaintWithTheSameMatrices) {
   std::array<GLint, 2> modes{};
   std::array<std::array<GLfloat, 16>, 2> projection{};
   int paint = 0;
@@ -152,7 +92,7 @@ TEST_F(EglSurfacePicture, BeginsEveryPaintWithTheSameMatrices) {
   };
   Paint();
   Paint();
-  EXPECT_EQ(At(picture, 12, 3), (Rgba{12, 3, 7, 255}));
+  EXPECT_EQ(PixelAt(picture, 12, 3), (Rgba{12, 3, 7, 255}));
   EXPECT_EQ(modes, (std::array<GLint, 2>{GL_MODELVIEW, GL_MODELVIEW}));
   // A shift of 1 / 128 of a pixel in the middle, and none at the right and upper edge.
   const float x = 1.0F / 64.0F / 40.0F;
@@ -162,14 +102,12 @@ TEST_F(EglSurfacePicture, BeginsEveryPaintWithTheSameMatrices) {
   EXPECT_EQ(projection[1], shifted);
 }
 
-TEST_F(EglSurfacePicture, DrawsText) {
+TEST_F(OffScreenSurfacePicture, DrawsText) {
   draw = [] {
     const HDC dc = wglGetCurrentDC();
     const HFONT font = CreateFontA(18, 0, 0, 0, 700, 0, 0, 0, 0, 0, 0, 0, 0, "helv");
     ASSERT_NE(font, nullptr) << "this machine has no font";
-    EXPECT_FALSE(wglUseFontBitmapsW(dc, 32, 96, 1)) << "no font was chosen yet";
     const HFONT before = SelectObject(dc, font);
-    EXPECT_EQ(before, nullptr);
     const GLuint base = glGenLists(96);
     EXPECT_TRUE(wglUseFontBitmapsW(dc, 32, 96, base));
     EXPECT_EQ(SelectObject(dc, before), font);
@@ -196,7 +134,7 @@ TEST_F(EglSurfacePicture, DrawsText) {
     glDeleteLists(base, 96);
   };
   Paint();
-  const auto isLit = [&](std::int32_t x, std::int32_t y) { return At(picture, x, y) == Rgba{255, 255, 0, 255}; };
+  const auto isLit = [&](std::int32_t x, std::int32_t y) { return PixelAt(picture, x, y) == Rgba{255, 255, 0, 255}; };
   // From the first to the last lit pixel of a row; 0 for a dark row.
   const auto span = [&](std::int32_t y) {
     std::int32_t first = 40;
@@ -219,20 +157,13 @@ TEST_F(EglSurfacePicture, DrawsText) {
   EXPECT_FALSE(isLit(4 + span(8) / 2, 8)) << "with a gap between the feet";
 }
 
-TEST(EglSurface, HasNoFontWithoutAPaint) {
-  EXPECT_EQ(wglGetCurrentDC(), nullptr);
-  EXPECT_EQ(SelectObject(nullptr, nullptr), nullptr);
-  EXPECT_FALSE(DeleteObject(nullptr));
-  EXPECT_FALSE(wglUseFontBitmapsW(nullptr, 32, 96, 1));
-}
-
-TEST(EglSurface, RefusesWhatItCannotPaint) {
+TEST(OffScreenSurface, RefusesWhatItCannotPaint) {
   const auto failure = CaughtFailure([] { MakeOffScreenSurface(1 << 24, 8); });
   EXPECT_EQ(failure->Code(), ExitCode::WrongUsage);
   EXPECT_EQ(std::string(failure->what()).rfind("a view of 16777216 x 8 pixels: expected at most ", 0), 0u);
 }
 
-TEST(EglSurface, SeveralExistSideBySide) {
+TEST(OffScreenSurface, SeveralExistSideBySide) {
   const auto first = MakeOffScreenSurface(4, 4);
   const auto second = MakeOffScreenSurface(4, 4);
   const std::vector<std::byte> white(64, std::byte{255});
@@ -244,9 +175,9 @@ TEST(EglSurface, SeveralExistSideBySide) {
   }
   HostImage picture;
   ReadBack(*first, picture);
-  EXPECT_EQ(At(picture, 2, 2), (Rgba{255, 255, 255, 255}));
+  EXPECT_EQ(PixelAt(picture, 2, 2), (Rgba{255, 255, 255, 255}));
   ReadBack(*second, picture);
-  EXPECT_EQ(At(picture, 2, 2), (Rgba{0, 0, 0, 255}));
+  EXPECT_EQ(PixelAt(picture, 2, 2), (Rgba{0, 0, 0, 255}));
 }
 
 }  // namespace

@@ -41,7 +41,7 @@ FontFile FindFont(int weight) {
   return found;
 }
 
-// Rows bottom-up for OpenGL, without padding.
+// Rows bottom-up for OpenGL, without padding; a byte of its own for none, since Mesa makes no list of a null picture.
 std::vector<GLubyte> BottomUp(const FT_Bitmap& bitmap) {
   const std::size_t rowBytes = (bitmap.width + 7) / 8;
   std::vector<GLubyte> rows;
@@ -50,6 +50,7 @@ std::vector<GLubyte> BottomUp(const FT_Bitmap& bitmap) {
     const auto* const from = bitmap.buffer + static_cast<std::ptrdiff_t>(row) * bitmap.pitch;
     rows.insert(rows.end(), from, from + rowBytes);
   }
+  if (rows.empty()) rows.push_back(0);
   return rows;
 }
 
@@ -99,7 +100,7 @@ class FaceFont : public OverlayFont {
     const auto advance = static_cast<GLfloat>(glyph->advance.x >> 6);
     glNewList(list, GL_COMPILE);
     glBitmap(width, height, static_cast<GLfloat>(-glyph->bitmap_left), static_cast<GLfloat>(height - glyph->bitmap_top),
-             advance, 0.0F, rows.empty() ? nullptr : rows.data());
+             advance, 0.0F, rows.data());
     glEndList();
     return true;
   }

@@ -4,11 +4,8 @@
 #include <cstdio>
 #include <string>
 
-#define GL_GLEXT_PROTOTYPES
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
-#include <GL/gl.h>
-#include <GL/glext.h>
 
 #include "host/base/Failure.h"
 
@@ -83,43 +80,15 @@ struct EglSurface::Context {
   EGLContext context;
 };
 
-EglSurface::EglSurface(std::int32_t width, std::int32_t height)
-    : width_(width), height_(height), context_(std::make_unique<Context>()) {
-  if (!context_->MakeCurrent()) RefuseStep("the context cannot be used, " + EglError());
-  try {
-    MakeFrameBuffer();
-  } catch (...) {
-    context_->LetGo();
-    throw;
-  }
-  context_->LetGo();
-}
-
-void EglSurface::MakeFrameBuffer() {
-  GLint most = 0;
-  glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &most);
-  if (width_ > most || height_ > most) {
-    throw Failure(ExitCode::WrongUsage, "a view of " + std::to_string(width_) + " x " + std::to_string(height_) +
-                                            " pixels: expected at most " + std::to_string(most) + " x " +
-                                            std::to_string(most));
-  }
-  glGenRenderbuffers(1, &colours_);
-  glBindRenderbuffer(GL_RENDERBUFFER, colours_);
-  glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, width_, height_);
-  glGenFramebuffers(1, &frameBuffer_);
-  glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer_);
-  glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, colours_);
-  if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) RefuseStep("no frame buffer of RGBA8");
-  glDrawBuffer(GL_COLOR_ATTACHMENT0);
-  glReadBuffer(GL_COLOR_ATTACHMENT0);
+EglSurface::EglSurface(std::int32_t width, std::int32_t height) : context_(std::make_unique<Context>()) {
+  const auto find = [](const char* name) { return reinterpret_cast<void*>(::eglGetProcAddress(name)); };
+  if (!MakeFrameBuffer(find, width, height)) RefuseStep("no frame buffer of RGBA8, " + EglError());
 }
 
 EglSurface::~EglSurface() = default;
 
 bool EglSurface::MakeCurrent() {
-  if (!context_->MakeCurrent()) return false;
-  glBindFramebuffer(GL_FRAMEBUFFER, frameBuffer_);
-  return true;
+  return context_->MakeCurrent();
 }
 
 void EglSurface::LetGo() {
