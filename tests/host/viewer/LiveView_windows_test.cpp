@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,6 +45,8 @@ class LiveViewOfAFrame : public testing::Test {
     view.reset();
     session.reset();
     lines.clear();
+    // Away from the window, which opens at the other corner.
+    ::SetCursorPos(1270, 1010);
     session.emplace(job, 0, ViewOptions{}, TestServer().Factory(), context, &trace);
     session->OpenPage(page, false);
     view.emplace(*session, "a view");
@@ -141,7 +144,8 @@ TEST_F(LiveViewOfAFrame, ShowsTheFrameWithTheRingOnTheDisplay) {
     const Colour3 shown = Pixel(x, 70);
     if (shown == kGrey) continue;
     EXPECT_EQ(Screen(x, 70), shown) << x;
-    if (shown == kRing) ++rings;
+    // The renderer rounds colours.
+    if (std::abs(shown[0] - kRing[0]) <= 1 && std::abs(shown[1] - kRing[1]) <= 1 && shown[2] <= 1) ++rings;
   }
   EXPECT_GE(rings, 2);
 }
