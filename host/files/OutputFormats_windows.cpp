@@ -21,12 +21,18 @@ constexpr auto kWhole = Types::These(Unsigned8, Unsigned16);
 constexpr auto kOpaque = Layouts::These(Grey, Rgb);
 constexpr auto kNoGreyAlpha = Layouts::These(Grey, Rgb, Rgba);
 
+using Groups = SetOf<MetadataGroup>;
+using enum MetadataGroup;
+
 constexpr std::array<OutputFormat, 4> kFormats = {{
-    {"png", "png", kWhole, kNoGreyAlpha, false, false, "", false, false, kAnySide, {}},
-    {"tiff", "tif tiff", kWhole, kNoGreyAlpha, false, false, "none lzw zip", false, false, kAnySide, {}},
-    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, false, 65500, {}},
+    {"png", "png", kWhole, kNoGreyAlpha, false, false, "", false, false, kAnySide,
+     Groups::These(Exif, Gps, Profile, Resolution)},
+    {"tiff", "tif tiff", kWhole, kNoGreyAlpha, false, false, "none lzw zip", false, false, kAnySide,
+     Groups::These(Profile, Resolution)},
+    {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, false, 65500,
+     Groups::These(Exif, Gps, Profile, Resolution)},
     // Few programs take the fourth byte of such a pixel as alpha.
-    {"bmp", "bmp", kBytes, kOpaque, false, false, "", false, false, kAnySide, {}},
+    {"bmp", "bmp", kBytes, kOpaque, false, false, "", false, false, kAnySide, Groups::These(Resolution)},
 }};
 
 }  // namespace

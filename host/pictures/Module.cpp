@@ -1,9 +1,10 @@
 // The functions that this module exports.
 #include <OpenImageIO/imagebufalgo.h>
 
+#include "host/drawing/ContactSheet.h"
+#include "host/drawing/KernelPlot.h"
 #include "host/files/PictureLibrary.h"
-#include "host/pictures/ContactSheet.h"
-#include "host/pictures/KernelPlot.h"
+#include "host/pictures/FontFilePainter.h"
 #include "host/pictures/PictureReading.h"
 #include "host/pictures/PictureReporting.h"
 #include "host/pictures/PictureWriting.h"
@@ -40,13 +41,13 @@ class PictureModule final : public PictureLibrary {
 
 class DrawingModule final : public DrawingLibrary {
  public:
-  void RequireText() override { const TextPainter text; }
+  void RequireText() override { const FontFilePainter text; }
   void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const EffectFactory& makeEffect,
                  ExecuteContext& context, HostImage& sheet) override {
-    host::DrawSheet(plan, pictures, TextPainter(), makeEffect, context, sheet);
+    host::DrawSheet(plan, pictures, FontFilePainter(), makeEffect, context, sheet);
   }
   void DrawKernel(const KernelReport& report, HostImage& into) override {
-    host::DrawKernel(report, TextPainter(), into);
+    host::DrawKernel(report, FontFilePainter(), into);
   }
 };
 

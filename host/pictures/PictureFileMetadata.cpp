@@ -9,6 +9,7 @@
 #include <OpenImageIO/tiffutils.h>
 
 #include "host/base/NameMatch.h"
+#include "host/files/ColourProfile.h"
 #include "host/pictures/PngChunks.h"
 
 namespace vblur::host {
@@ -132,22 +133,9 @@ constexpr std::array<std::string_view, 5> kTexts = {"Artist", "Copyright", "Date
 
 }  // namespace
 
-// Some writers refuse the whole picture for a damaged one.
 SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile) {
-  constexpr std::size_t kHeader = 132;
-  const std::string_view bytes(static_cast<const char*>(profile.data()), static_cast<std::size_t>(profile.datasize()));
-  if (bytes.size() < kHeader) return {};
-  const auto number = [&](std::size_t at) {
-    std::uint64_t value = 0;
-    for (std::size_t i = at; i < at + 4; ++i)
-      value = value << 8 | static_cast<unsigned char>(bytes[i]);
-    return value;
-  };
-  const bool isWhole = number(0) == bytes.size() && kHeader + 12 * number(128) <= bytes.size();
-  if (!isWhole || bytes.substr(36, 4) != "acsp") return {};
-  using Layouts = SetOf<PixelLayout>;
-  if (bytes.substr(16, 4) == "GRAY") return Layouts::These(PixelLayout::Grey, PixelLayout::GreyAlpha);
-  return bytes.substr(16, 4) == "RGB " ? Layouts::These(PixelLayout::Rgb, PixelLayout::Rgba) : Layouts{};
+  return LayoutsOfProfile(
+      std::string_view(static_cast<const char*>(profile.data()), static_cast<std::size_t>(profile.datasize())));
 }
 
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {

@@ -6,6 +6,7 @@
 #include "host/files/PictureFile.h"
 #include "host/files/PictureInfo.h"
 #include "host/files/PictureReport.h"
+#include "host/formats/FileExtras.h"
 #include "host/formats/FileHeader.h"
 
 namespace vblur::host {
@@ -13,6 +14,8 @@ namespace vblur::host {
 struct PictureMetadata {
   PictureInfo info;
   FileHeader header;
+  FileExtras extras;
+  std::string profile;  // of the colours; empty: none
   // The file declares premultiplied colours. Values are unchanged, and the output declares the same.
   bool associatedAlpha = false;
 };

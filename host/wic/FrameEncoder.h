@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "host/files/OutputPixels.h"
 #include "host/wic/FileStream.h"
@@ -21,6 +22,8 @@ class FrameEncoder {
   // The next rows, from the top on, which it may change. False: the codec refuses them.
   bool Write(std::int32_t count, std::size_t rowBytes, std::byte* rows);
   bool Close();
+  // The source's colour profile is for these pixels and the codec does not take it.
+  bool LosesProfile() const { return losesProfile_; }
   // What went wrong, in words.
   std::string Message() const { return ImagingErrorText(result_); }
 
@@ -31,11 +34,14 @@ class FrameEncoder {
   void ChooseForm(const PictureToWrite& picture, const OutputPixels& pixels);
   bool Takes(const ::GUID& id);
   void SetGreyPalette();
+  // What codecs write of a source by themselves.
+  void PassMetadata(const PictureMetadata& metadata, std::string_view format, const OutputPixels& pixels);
 
   ::HRESULT result_ = S_OK;
   ComPtr<IWICBitmapEncoder> encoder_;
   ComPtr<IWICBitmapFrameEncode> frame_;
   PixelForm form_;
+  bool losesProfile_ = false;
   bool swaps_ = false;  // the bytes of each sample
 };
 

@@ -1,12 +1,15 @@
 #include "host/wic/FrameEncoder.h"
 
 #include <array>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
 #include "host/base/Failure.h"
+#include "host/files/ColourProfile.h"
 #include "host/wic/CodecOptions.h"
 #include "host/wic/CodecTraits.h"
+#include "host/wic/FileMetadata.h"
 
 namespace vblur::host {
 
@@ -40,6 +43,7 @@ FrameEncoder::FrameEncoder(const PictureToWrite& picture, const OutputPixels& pi
       begins && Do(frame_->Initialize(options.get())) &&
       Do(frame_->SetSize(static_cast<UINT>(picture.image.Width()), static_cast<UINT>(picture.image.Height())));
   if (goesOn) ChooseForm(picture, pixels);
+  if (goesOn && picture.metadata != nullptr) PassMetadata(*picture.metadata, picture.format.name, pixels);
   if (FAILED(result_)) RefuseToWrite(picture.target, Message());
   swaps_ = picture.format.name == "png" && form_.bits == 16 && SwapsPngSamples();
 }
@@ -90,6 +94,22 @@ void FrameEncoder::SetGreyPalette() {
   if (Do(TheImagingFactory().CreatePalette(reinterpret_cast<IWICPalette**>(palette.Receive()))) &&
       Do(palette->InitializeCustom(colours.data(), kColours)))
     Do(frame_->SetPalette(palette.get()));
+}
+
+void FrameEncoder::PassMetadata(const PictureMetadata& metadata, std::string_view format, const OutputPixels& pixels) {
+  const FileExtras& extras = metadata.extras;
+  // JPEG files hold whole numbers, and codecs drop the fraction.
+  const bool isWhole = format == "jpeg";
+  const auto held = [&](double perInch) { return isWhole ? std::round(perInch) : perInch; };
+  if (extras.pixelsPerInchX > 0.0) Do(frame_->SetResolution(held(extras.pixelsPerInchX), held(extras.pixelsPerInchY)));
+  if (!LayoutsOfProfile(metadata.profile).Has(pixels.layout)) return;
+  ComPtr<IWICColorContext> context;
+  const bool isMade =
+      SUCCEEDED(TheImagingFactory().CreateColorContext(reinterpret_cast<IWICColorContext**>(context.Receive()))) &&
+      SUCCEEDED(context->InitializeFromMemory(reinterpret_cast<const BYTE*>(metadata.profile.data()),
+                                              static_cast<UINT>(metadata.profile.size())));
+  IWICColorContext* contexts[] = {context.get()};
+  losesProfile_ = !isMade || FAILED(frame_->SetColorContexts(1, contexts));
 }
 
 bool FrameEncoder::Write(std::int32_t count, std::size_t rowBytes, std::byte* rows) {

@@ -1,7 +1,9 @@
 // The picture and the drawing library of Windows.
-#include "host/base/Failure.h"
+#include "host/drawing/ContactSheet.h"
+#include "host/drawing/KernelPlot.h"
 #include "host/files/PictureLibrary.h"
 #include "host/studies/DrawingLibrary.h"
+#include "host/wic/GdiTextPainter.h"
 #include "host/wic/PictureReading.h"
 #include "host/wic/PictureWriting.h"
 #include "host/wic/TriangleFilter.h"
@@ -26,11 +28,14 @@ class SystemPictures final : public PictureLibrary {
 
 class SystemDrawings final : public DrawingLibrary {
  public:
-  void RequireText() override { Refuse(ExitCode::CannotRead, "text", "drawings are not made here yet"); }
-  void DrawSheet(const SheetPlan&, const SheetPictures&, const EffectFactory&, ExecuteContext&, HostImage&) override {
-    RequireText();
+  void RequireText() override { const GdiTextPainter text; }
+  void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const EffectFactory& makeEffect,
+                 ExecuteContext& context, HostImage& sheet) override {
+    host::DrawSheet(plan, pictures, GdiTextPainter(), makeEffect, context, sheet);
   }
-  void DrawKernel(const KernelReport&, HostImage&) override { RequireText(); }
+  void DrawKernel(const KernelReport& report, HostImage& into) override {
+    host::DrawKernel(report, GdiTextPainter(), into);
+  }
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <string>
 #include <vector>
 
 #include "host/base/Failure.h"
@@ -10,6 +11,9 @@
 #include "host/base/SystemError_windows.h"
 #include "host/files/ComponentRows.h"
 #include "host/files/OutputPixels.h"
+#include "host/formats/ExifBlock.h"
+#include "host/formats/JpegSegments.h"
+#include "host/formats/PngHead.h"
 #include "host/wic/CodecTraits.h"
 #include "host/wic/FileMetadata.h"
 #include "host/wic/FrameEncoder.h"
@@ -41,13 +45,17 @@ class Writing {
   }
 
   void Write() {
-    stream_ = FileStream::Open(picture_.file, FileStream::Use::Write, &stop_);
-    if (stream_->SystemError() != 0) Fail("the file cannot be made");
-    FrameEncoder encoder(picture_, pixels_, *stream_);
-    Put(encoder);
-    const bool closed = encoder.Close();
-    StopIfAsked();
-    if (!closed || stream_->SystemError() != 0) Fail(encoder.Message());
+    // Their heads are changed before they are in place.
+    const bool changesHead = picture_.format.name == "png" || picture_.format.name == "jpeg";
+    std::filesystem::path written = picture_.file;
+    if (changesHead) written += ".scratch";
+    Open(written, changesHead ? FileStream::Use::Scratch : FileStream::Use::Write);
+    Encode();
+    if (changesHead) {
+      const ComPtr<FileStream> encoded = stream_;
+      Open(picture_.file, FileStream::Use::Write);
+      CopyWithHead(*encoded);
+    }
     if (!stream_->Close()) Fail("writing failed");
     NoteOptions();
   }
@@ -69,6 +77,49 @@ class Writing {
 
   void StopIfAsked() const {
     if (stop_ && stop_()) throw FileInterrupted{};
+  }
+
+  void Open(const std::filesystem::path& file, FileStream::Use use) {
+    stream_ = FileStream::Open(file, use, &stop_);
+    if (stream_->SystemError() != 0) Fail("the file cannot be made");
+  }
+
+  void Encode() {
+    FrameEncoder encoder(picture_, pixels_, *stream_);
+    Put(encoder);
+    const bool closed = encoder.Close();
+    StopIfAsked();
+    if (!closed || stream_->SystemError() != 0) Fail(encoder.Message());
+    if (encoder.LosesProfile()) pixels_.notes.emplace_back("output: lost: colour profile");
+  }
+
+  // What codecs do not write: Exif data, and of PNG files chunks about colours and of texts.
+  std::string ChangedHead(const std::string& head) const {
+    const PictureInfo* const source = Source();
+    const std::string exif = source == nullptr || source->exif.empty()
+                                 ? std::string()
+                                 : ExifForOutput(source->exif, picture_.image.Width(), picture_.image.Height());
+    if (picture_.format.name == "jpeg") return exif.empty() ? head : WithExif(head, exif);
+    std::string chunks;
+    if (source != nullptr) chunks = source->colourChunks;
+    if (!exif.empty()) chunks += PngChunk("eXIf", exif);
+    if (source != nullptr) chunks += picture_.metadata->extras.pngTexts + source->lateTexts;
+    return WithPngChunks(head, chunks);
+  }
+
+  void CopyWithHead(FileStream& from) {
+    std::string part(kPngHeadBytes, '\0');
+    from.Seek({}, STREAM_SEEK_SET, nullptr);
+    for (bool isHead = true;; isHead = false) {
+      ULONG count = 0;
+      if (FAILED(from.Read(part.data(), static_cast<ULONG>(part.size()), &count))) Refuse("writing failed");
+      if (count == 0) return;
+      const std::string changed = isHead ? ChangedHead(part.substr(0, count)) : std::string();
+      stream_->Write(isHead ? changed.data() : part.data(), isHead ? static_cast<ULONG>(changed.size()) : count,
+                     nullptr);
+      StopIfAsked();
+      if (stream_->SystemError() != 0) Fail("writing failed");
+    }
   }
 
   const PictureInfo* Source() const { return picture_.metadata != nullptr ? &picture_.metadata->info : nullptr; }

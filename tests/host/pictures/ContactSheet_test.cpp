@@ -1,11 +1,12 @@
 // The positions of panels on a sheet; each shows the render of a job with its settings.
-#include "host/pictures/ContactSheet.h"
+#include "host/drawing/ContactSheet.h"
 
 #include <cstring>
 
 #include <gtest/gtest.h>
 
 #include "host/files/OutputFile.h"
+#include "host/pictures/FontFilePainter.h"
 #include "host/sequence/SequenceRenderer.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/host/FailureOf.h"
@@ -91,7 +92,7 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
 
   ScratchFolder folder_;
   ExecuteContext context_;
-  TextPainter text_;
+  FontFilePainter text_;
   SheetPictures pictures_;
   HostImage sheet_;
 };

@@ -8,6 +8,8 @@
 #include "host/base/Failure.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureReport.h"
+#include "host/formats/FileExtras.h"
+#include "host/formats/PngHead.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
@@ -209,6 +211,46 @@ TEST_F(PictureWriting, FormatsOfOtherSystemsAreRefusedWithThoseOfThisOne) {
   EXPECT_NE(std::string(failure->what()).find("one of these was expected: png tif tiff jpg jpeg jpe bmp"),
             std::string::npos)
       << failure->what();
+}
+
+// A PNG file with a chunk behind its header.
+std::string WithChunk(const std::string& png, const std::string& name, const std::string& data) {
+  return png.substr(0, 33) + PngChunk(name, data) + png.substr(33);
+}
+
+TEST_F(PictureWriting, ExifDataTextsAndColourChunksPassFromPngToPng) {
+  const auto pictures = std::filesystem::path(VBLUR_PICTURES_FOLDER);
+  // One field: the orientation.
+  const std::string exif("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0", 26);
+  const std::string text("Title\0of the picture", 20);
+  const std::string gamma("\0\0\xb1\x8f", 4);
+  std::string png = WithChunk(Bytes(pictures / "rgb8.png"), "tEXt", text);
+  png = WithChunk(WithChunk(png, "eXIf", exif), "gAMA", gamma);
+  const auto source = folder_.Write("source.png", png);
+  const ReadPicture read = PictureReader().ReadColour(source, 8, image_);
+  EXPECT_EQ(Write(folder_.path() / "out.png", {}, read.metadata.get()), Notes{});
+  const std::string written = Bytes(folder_.path() / "out.png");
+  for (const auto& [name, data] : {std::pair{"tEXt", text}, {"eXIf", exif}, {"gAMA", gamma}})
+    EXPECT_NE(written.find(PngChunk(name, data)), std::string::npos) << name;
+  ExpectSame(folder_.path() / "out.png");
+  // A JPEG file takes the Exif data alone, a BMP file nothing.
+  EXPECT_EQ(Write(folder_.path() / "out.jpg", {}, read.metadata.get()), Notes{"output: lost: text"});
+  EXPECT_NE(Bytes(folder_.path() / "out.jpg").find("Exif" + std::string(2, '\0') + exif), std::string::npos);
+  EXPECT_EQ(ReadPictureInfo(folder_.path() / "out.jpg").exif, exif);
+  EXPECT_EQ(Write(folder_.path() / "out.bmp", {}, read.metadata.get()), Notes{"output: lost: Exif data, text"});
+  EXPECT_EQ(NamesIn(folder_.path()), (std::set<std::string>{"source.png", "out.png", "out.jpg", "out.bmp"}));
+}
+
+TEST_F(PictureWriting, TheResolutionPasses) {
+  const auto pictures = std::filesystem::path(VBLUR_PICTURES_FOLDER);
+  const std::string scale("\0\0\x2e\x23\0\0\x2e\x23\x01", 9);
+  const auto source = folder_.Write("source.png", WithChunk(Bytes(pictures / "rgb8.png"), "pHYs", scale));
+  const ReadPicture read = PictureReader().ReadColour(source, 8, image_);
+  for (const auto& [name, format] :
+       {std::pair{"o.png", "png"}, {"o.jpg", "jpeg"}, {"o.tif", "tiff"}, {"o.bmp", "bmp"}}) {
+    EXPECT_EQ(Write(folder_.path() / name, {}, read.metadata.get()), Notes{}) << name;
+    EXPECT_NEAR(ReadFileExtras(folder_.path() / name, format, "").pixelsPerInchX, 300.0, 0.6) << name;
+  }
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "host/drawing/Canvas.h"
+#include "host/drawing/TextPainter.h"
 #include "host/hosted/FrameRender.h"
-#include "host/pictures/Canvas.h"
-#include "host/pictures/TextPainter.h"
 #include "host/studies/SheetPictures.h"
 
 namespace vblur::host {

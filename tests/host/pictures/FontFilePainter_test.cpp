@@ -1,4 +1,4 @@
-#include "host/pictures/TextPainter.h"
+#include "host/pictures/FontFilePainter.h"
 
 #include <array>
 
@@ -13,10 +13,10 @@ namespace {
 
 constexpr TextStyle kStyle{16, {1.0f, 1.0f, 1.0f}, TextWeight::Regular, TextAlign::Left};
 
-TEST(TextPainter, WithoutTheFontThePackageIsNamed) {
+TEST(FontFilePainter, WithoutTheFontThePackageIsNamed) {
   const ScratchFolder folder;
   const std::array<std::filesystem::path, 2> folders = {folder.path(), folder.path() / "none"};
-  const auto failure = CaughtFailure([&] { TextPainter{folders}; });
+  const auto failure = CaughtFailure([&] { FontFilePainter{folders}; });
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
   EXPECT_EQ(std::string(failure->what()), "DejaVuSans.ttf: cannot find this font in " + folders[0].string() + ", " +
@@ -24,18 +24,18 @@ TEST(TextPainter, WithoutTheFontThePackageIsNamed) {
                                               "; install the package fonts-dejavu-core (elsewhere dejavu-sans-fonts)");
 }
 
-TEST(TextPainter, AFileThatIsNoFontIsRefused) {
+TEST(FontFilePainter, AFileThatIsNoFontIsRefused) {
   const ScratchFolder folder;
   folder.Write("DejaVuSans.ttf", "no font");
   folder.Write("DejaVuSans-Bold.ttf", "no font");
   const std::array<std::filesystem::path, 1> folders = {folder.path()};
-  const auto failure = CaughtFailure([&] { TextPainter{folders}; });
+  const auto failure = CaughtFailure([&] { FontFilePainter{folders}; });
   ASSERT_TRUE(failure);
   EXPECT_NE(std::string(failure->what()).find("cannot draw text with this font"), std::string::npos);
 }
 
-TEST(TextPainter, WrapsAtSpacesWithinTheWidth) {
-  const TextPainter text;
+TEST(FontFilePainter, WrapsAtSpacesWithinTheWidth) {
+  const FontFilePainter text;
   const std::string words = "one two three four five six seven";
   const auto lines = text.Wrap(words, kStyle, 90);
   EXPECT_GT(lines.size(), 2u);
@@ -60,8 +60,8 @@ std::pair<std::int32_t, std::int32_t> InkOf(const HostImage& image) {
   return ink;
 }
 
-TEST(TextPainter, AlignsAtTheGivenPlace) {
-  const TextPainter text;
+TEST(FontFilePainter, AlignsAtTheGivenPlace) {
+  const FontFilePainter text;
   const auto paint = [&](TextAlign align) {
     Canvas canvas(300, 40, {});
     TextStyle style = kStyle;

@@ -1,4 +1,4 @@
-#include "host/pictures/PlotFrame.h"
+#include "host/drawing/PlotFrame.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "host/pictures/KernelPlot.h"
+#include "host/drawing/KernelPlot.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "host/pictures/PlotFrame.h"
+#include "host/drawing/PlotFrame.h"
 #include "host/properties/PropertyText.h"
 
 namespace vblur::host {

@@ -1,8 +1,7 @@
-#include "host/pictures/TextPainter.h"
+#include "host/pictures/FontFilePainter.h"
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 #include <system_error>
 
 #include <OpenImageIO/imagebufalgo.h>
@@ -35,7 +34,7 @@ std::span<const std::filesystem::path> FontFolders() {
   return folders;
 }
 
-TextPainter::TextPainter(std::span<const std::filesystem::path> folders)
+FontFilePainter::FontFilePainter(std::span<const std::filesystem::path> folders)
     : regular_(FindFont(folders, "DejaVuSans.ttf")), bold_(FindFont(folders, "DejaVuSans-Bold.ttf")) {
   for (const std::string& font : {regular_, bold_}) {
     if (OIIO::ImageBufAlgo::text_size("x", 16, font).defined()) continue;
@@ -44,33 +43,16 @@ TextPainter::TextPainter(std::span<const std::filesystem::path> folders)
   }
 }
 
-std::int32_t TextPainter::Width(const std::string& text, const TextStyle& style) const {
-  if (text.empty()) return 0;
+std::int32_t FontFilePainter::Measure(const std::string& text, const TextStyle& style) const {
   return OIIO::ImageBufAlgo::text_size(text, style.size, FontOf(style)).xend;
 }
 
-void TextPainter::Paint(Canvas& canvas, std::int32_t x, std::int32_t y, const std::string& text,
-                        const TextStyle& style) const {
-  if (text.empty()) return;
-  // The library centres a line by its ink, so lines of equal width would not align.
-  if (style.align == TextAlign::Right) x -= Width(text, style);
-  if (style.align == TextAlign::Centre) x -= Width(text, style) / 2;
+// The library centres a line by its ink, so lines of equal width would not align.
+void FontFilePainter::Draw(Canvas& canvas, std::int32_t x, std::int32_t y, const std::string& text,
+                           const TextStyle& style) const {
   const std::array<float, 4> colour{style.colour.red, style.colour.green, style.colour.blue, 1.0f};
-  OIIO::ImageBufAlgo::render_text(canvas.Buffer(), x, y, text, style.size, FontOf(style), colour);
-}
-
-std::vector<std::string> TextPainter::Wrap(const std::string& text, const TextStyle& style, std::int32_t width) const {
-  std::vector<std::string> lines;
-  std::istringstream words(text);
-  for (std::string word; words >> word;) {
-    const std::string longer = lines.empty() ? word : lines.back() + " " + word;
-    if (!lines.empty() && Width(longer, style) <= width) {
-      lines.back() = longer;
-    } else {
-      lines.push_back(word);
-    }
-  }
-  return lines;
+  OIIO::ImageBuf onCanvas(OIIO::ImageSpec(canvas.Width(), canvas.Height(), 4, OIIO::TypeDesc::UINT8), canvas.Pixels());
+  OIIO::ImageBufAlgo::render_text(onCanvas, x, y, text, style.size, FontOf(style), colour);
 }
 
 }  // namespace vblur::host

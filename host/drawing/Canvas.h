@@ -1,10 +1,10 @@
 // A canvas for sheets and plots: flat colours, lines and pictures. Row 0 is the top.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
-
-#include <OpenImageIO/imagebuf.h>
+#include <vector>
 
 #include "host/hosted/HostImage.h"
 
@@ -30,6 +30,11 @@ enum class AlphaView {
   Ignored,     // the colours alone
 };
 
+// Red, green, blue and alpha.
+using CanvasPixel = std::array<std::uint8_t, 4>;
+
+CanvasPixel PixelOf(Colour colour);
+
 class Canvas {
  public:
   // Of at least one pixel a side, in one colour.
@@ -47,17 +52,22 @@ class Canvas {
   // A four-component picture with its upper left corner at (x, y).
   void Picture(std::int32_t x, std::int32_t y, const HostImage& picture, AlphaView view);
   // Draws a canvas scaled down by `factor`, which antialiases it.
-  void Reduced(std::int32_t x, std::int32_t y, const Canvas& large, std::int32_t factor);
+  void Reduced(std::int32_t x, std::int32_t y, Canvas& large, std::int32_t factor);
 
   // An opaque 8-bit picture of it.
   void CopyTo(HostImage& image) const;
 
-  OIIO::ImageBuf& Buffer() { return buffer_; }
+  // All rows, the top one first.
+  CanvasPixel* Pixels() { return pixels_.data(); }
+  // Null beyond the canvas.
+  CanvasPixel* At(std::int32_t x, std::int32_t y);
 
  private:
+  void Line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2, const CanvasPixel& colour);
+
   std::int32_t width_;
   std::int32_t height_;
-  OIIO::ImageBuf buffer_;
+  std::vector<CanvasPixel> pixels_;
 };
 
 }  // namespace vblur::host

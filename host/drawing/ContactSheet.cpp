@@ -1,4 +1,4 @@
-#include "host/pictures/ContactSheet.h"
+#include "host/drawing/ContactSheet.h"
 
 #include <algorithm>
 #include <array>

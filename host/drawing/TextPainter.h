@@ -1,13 +1,11 @@
-// Draws text with a system font.
+// Draws text; with which font, the system's painter says.
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
-#include <span>
 #include <string>
 #include <vector>
 
-#include "host/pictures/Canvas.h"
+#include "host/drawing/Canvas.h"
 
 namespace vblur::host {
 
@@ -21,14 +19,11 @@ struct TextStyle {
   TextAlign align = TextAlign::Left;
 };
 
-// Where Linux systems keep the font.
-std::span<const std::filesystem::path> FontFolders();
-
 class TextPainter {
  public:
-  // Throws Failure (cannot read) that names the package to install when the font is in none of the
-  // folders, or when the picture library cannot draw text.
-  explicit TextPainter(std::span<const std::filesystem::path> folders = FontFolders());
+  virtual ~TextPainter() = default;
+  TextPainter(const TextPainter&) = delete;
+  TextPainter& operator=(const TextPainter&) = delete;
 
   std::int32_t Width(const std::string& text, const TextStyle& style) const;
   // One line; x is its left end, middle or right end by the style's alignment, y its baseline.
@@ -36,13 +31,14 @@ class TextPainter {
   // Breaks a text at spaces into lines of at most this width; a longer word keeps a line of its own.
   std::vector<std::string> Wrap(const std::string& text, const TextStyle& style, std::int32_t width) const;
 
- private:
-  const std::string& FontOf(const TextStyle& style) const {
-    return style.weight == TextWeight::Bold ? bold_ : regular_;
-  }
+ protected:
+  TextPainter() = default;
 
-  std::string regular_;
-  std::string bold_;
+ private:
+  // Of a text that is not empty; x is its left end.
+  virtual std::int32_t Measure(const std::string& text, const TextStyle& style) const = 0;
+  virtual void Draw(Canvas& canvas, std::int32_t x, std::int32_t y, const std::string& text,
+                    const TextStyle& style) const = 0;
 };
 
 }  // namespace vblur::host

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/pictures/TextPainter.h"
+#include "host/drawing/TextPainter.h"
 #include "host/studies/KernelMeasure.h"
 
 namespace vblur::host {

@@ -1,0 +1,140 @@
+#include "host/formats/FileExtras.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <fstream>
+#include <string_view>
+
+#include "host/formats/FileBytes.h"
+#include "host/formats/PngProfileText.h"
+#include "host/formats/TiffTags.h"
+
+namespace vblur::host {
+
+namespace {
+
+constexpr double kInch = 0.0254;  // in metres
+constexpr std::uint16_t kOrientation = 0x0112;
+constexpr std::uint16_t kGps = 0x8825;
+
+std::string ReadAt(std::ifstream& file, std::int64_t at, std::size_t count) {
+  std::string bytes(count, '\0');
+  file.clear();
+  file.seekg(at);
+  file.read(bytes.data(), static_cast<std::streamsize>(count));
+  bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file.gcount())));
+  return bytes;
+}
+
+void AddPngScale(std::string_view data, FileExtras& extras) {
+  if (data.size() < 9) return;
+  const auto x = static_cast<double>(Big32(data, 0));
+  const auto y = static_cast<double>(Big32(data, 4));
+  const bool isInMetres = Byte(data, 8) == 1;
+  extras.hasPixelAspect = !isInMetres && x != y;
+  if (!isInMetres) return;
+  extras.pixelsPerInchX = x * kInch;
+  extras.pixelsPerInchY = y * kInch;
+}
+
+void ReadPng(std::ifstream& file, FileExtras& extras) {
+  constexpr std::int64_t kMost = 1 << 20;
+  constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
+  for (std::int64_t at = 8;;) {
+    const std::string head = ReadAt(file, at, 8);
+    if (head.size() < 8) return;
+    const std::string name = head.substr(4);
+    const std::int64_t length = Big32(head, 0);
+    if (name == "IDAT" || name == "IEND") return;
+    if (name == "pHYs") AddPngScale(ReadAt(file, at + 8, 9), extras);
+    const bool isText = (name == "tEXt" || name == "zTXt" || name == "iTXt") && length <= kMost;
+    const std::string data = isText ? ReadAt(file, at + 8, static_cast<std::size_t>(length)) : std::string();
+    // These two are told, or come with the Exif data.
+    if (isText && !data.starts_with(kXmp) && !IsExifText(data)) {
+      extras.pngTexts += ReadAt(file, at, static_cast<std::size_t>(length) + 12);
+      extras.hasTexts = true;
+    }
+    at += length + 12;
+  }
+}
+
+void AddJpegScale(std::string_view data, FileExtras& extras) {
+  if (data.size() < 12) return;
+  constexpr double kCentimetres = 2.54;
+  const std::int64_t unit = Byte(data, 7);
+  if (unit != 1 && unit != 2) return;
+  const double factor = unit == 1 ? 1.0 : kCentimetres;
+  extras.pixelsPerInchX = static_cast<double>(Big16(data, 8)) * factor;
+  extras.pixelsPerInchY = static_cast<double>(Big16(data, 10)) * factor;
+}
+
+void ReadJpeg(std::ifstream& file, FileExtras& extras) {
+  constexpr std::string_view kProfile("ICC_PROFILE\0", 12);
+  constexpr std::int64_t kScan = 0xda;
+  for (std::int64_t at = 2;;) {
+    const std::string head = ReadAt(file, at, 4);
+    if (head.size() < 4 || head[0] != '\xff' || Byte(head, 1) == kScan) return;
+    if (head[1] == '\xff') {
+      ++at;
+      continue;
+    }
+    const std::int64_t length = Big16(head, 2);
+    const std::string data = ReadAt(file, at + 4, static_cast<std::size_t>(std::max<std::int64_t>(length - 2, 0)));
+    const std::int64_t marker = Byte(head, 1);
+    if (marker == 0xe0 && data.starts_with("JFIF")) AddJpegScale(data, extras);
+    // Parts come in their order, after their number and that of all.
+    if (marker == 0xe2 && data.starts_with(kProfile))
+      extras.profile += data.substr(std::min(data.size(), kProfile.size() + 2));
+    if (marker == 0xed && data.find("8BIM\x04\x04") != std::string::npos) extras.hasIptc = true;
+    if (marker == 0xfe) extras.hasTexts = true;
+    at += 2 + length;
+  }
+}
+
+void ReadTiff(std::ifstream& file, FileExtras& extras) {
+  const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); });
+  constexpr std::uint16_t kProfile = 34675;
+  constexpr std::uint16_t kScaleX = 282;
+  constexpr std::uint16_t kScaleY = 283;
+  constexpr std::uint16_t kUnit = 296;
+  constexpr std::array<std::uint16_t, 9> kTexts{269, 270, 271, 272, 285, 305, 306, 315, 33432};
+  extras.profile = tags.Bytes(kProfile);
+  const std::int64_t unit = tags.Number(kUnit, 2);
+  const double factor = unit == 2 ? 1.0 : unit == 3 ? 2.54 : 0.0;
+  extras.pixelsPerInchX = tags.Fraction(kScaleX) * factor;
+  extras.pixelsPerInchY = tags.Fraction(kScaleY) * factor;
+  extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
+  extras.hasTexts = std::ranges::any_of(kTexts, [&](std::uint16_t tag) { return tags.Has(tag); });
+  extras.hasIptc = tags.Has(33723);
+  extras.hasExif = tags.Has(0x8769);
+  extras.hasGps = tags.Has(kGps);
+  extras.hasOther = tags.Has(700) || tags.Has(34377);
+}
+
+void ReadBmp(std::ifstream& file, FileExtras& extras) {
+  const std::string head = ReadAt(file, 0, 46);
+  if (head.size() < 46 || Little32(head, 14) < 40) return;
+  extras.pixelsPerInchX = static_cast<double>(Little32(head, 38)) * kInch;
+  extras.pixelsPerInchY = static_cast<double>(Little32(head, 42)) * kInch;
+}
+
+}  // namespace
+
+FileExtras ReadFileExtras(const std::filesystem::path& path, const std::string& format, const std::string& exif) {
+  std::ifstream file(path, std::ios::binary);
+  FileExtras extras;
+  if (format == "png") ReadPng(file, extras);
+  if (format == "jpeg") ReadJpeg(file, extras);
+  if (format == "tiff") ReadTiff(file, extras);
+  if (format == "bmp") ReadBmp(file, extras);
+  if (exif.empty()) return extras;
+  const TiffTags tags([&](std::int64_t at, std::size_t count) {
+    return at >= 0 && static_cast<std::size_t>(at) < exif.size() ? exif.substr(static_cast<std::size_t>(at), count)
+                                                                 : std::string();
+  });
+  extras.hasGps = tags.Has(kGps);
+  return extras;
+}
+
+}  // namespace vblur::host

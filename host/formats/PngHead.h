@@ -1,0 +1,19 @@
+// The chunks of a PNG file before its pixels.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace vblur::host {
+
+// More bytes than a codec writes before the pixels.
+constexpr std::size_t kPngHeadBytes = std::size_t{1} << 20;
+
+// A whole chunk.
+std::string PngChunk(const std::string& name, const std::string& data);
+
+// The first bytes of a PNG file without what its writer says by itself of colours (sRGB, gAMA, cHRM), and with these
+// chunks behind the header. Bytes without the begin of the pixels stay as they are.
+std::string WithPngChunks(const std::string& head, const std::string& chunks);
+
+}  // namespace vblur::host
