@@ -1,0 +1,30 @@
+#include "host/formats/PngHead.h"
+
+#include <gtest/gtest.h>
+
+namespace vblur::host {
+namespace {
+
+using namespace std::string_literals;
+
+const std::string kBegin = "\x89PNG\r\n\x1a\n"s + PngChunk("IHDR", std::string(13, '\1'));
+
+TEST(PngHead, AChunkHasItsLengthAndItsSum) {
+  EXPECT_EQ(PngChunk("IEND", ""), "\0\0\0\0IEND\xae\x42\x60\x82"s);
+}
+
+TEST(PngHead, ChunksComeBehindTheHeaderInPlaceOfTheWritersOwn) {
+  const std::string profile = PngChunk("iCCP", "profile");
+  const std::string pixels = PngChunk("IDAT", "pixels") + PngChunk("IEND", "");
+  const std::string head = kBegin + PngChunk("sRGB", "\0"s) + profile + PngChunk("gAMA", "1234") + pixels;
+  const std::string text = PngChunk("tEXt", "Title\0of it"s);
+  EXPECT_EQ(WithPngChunks(head, text), kBegin + text + profile + pixels);
+}
+
+TEST(PngHead, BytesWithoutPixelsStay) {
+  EXPECT_EQ(WithPngChunks(kBegin, PngChunk("tEXt", "x")), kBegin);
+  EXPECT_EQ(WithPngChunks("short", PngChunk("tEXt", "x")), "short");
+}
+
+}  // namespace
+}  // namespace vblur::host
