@@ -1,4 +1,7 @@
 // Files that are no pictures, damaged ones and large ones, read with the imaging component.
+#include <set>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "host/base/Failure.h"
@@ -96,6 +99,33 @@ TEST_F(PictureReading, AMaskIsTheChannelThatIsAskedFor) {
     ASSERT_EQ(Component(mask, i), Component(image_, 4 * i + 1));
   choice.channel = "depth";
   EXPECT_TRUE(CaughtFailure([&] { PictureReader().ReadMask(Known("rgba8.png"), 8, mask, choice); }));
+}
+
+// The pictures that fuzzers start from: of many formats, and damaged in ways that once did harm.
+TEST_F(PictureReading, FilesOfEveryKindAreReadOrRefused) {
+  const std::set<std::string> read{"float-zip.tif", "grey.bmp", "grey.jpg", "grey8.png",  "palette.png",  "rgb.bmp",
+                                   "rgb.jpg",       "rgb8.png", "rgb8.tif", "rgba16.png", "two-pages.tif"};
+  for (const char* folder : {"accepted", "refused"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(VBLUR_CORPUS_FOLDER) / folder)) {
+      const std::string name = entry.path().filename().string();
+      bool isRead = true;
+      try {
+        PictureReader().ReadColour(entry.path(), 8, image_);
+      } catch (const Failure& failure) {
+        isRead = false;
+        EXPECT_EQ(failure.Code(), ExitCode::CannotRead) << name;
+      }
+      EXPECT_EQ(isRead, read.contains(name)) << name;
+    }
+  }
+}
+
+TEST_F(PictureReading, FurtherPicturesAreTold) {
+  const auto path = std::filesystem::path(VBLUR_CORPUS_FOLDER) / "accepted" / "two-pages.tif";
+  const ReadPicture read = PictureReader().ReadColour(path, 8, image_);
+  EXPECT_EQ(read.info.pictures, 2);
+  ASSERT_EQ(read.losses.size(), 1u);
+  EXPECT_NE(read.losses[0].find("only the first of 2 pictures is read"), std::string::npos);
 }
 
 }  // namespace
