@@ -53,8 +53,10 @@ class ViewCommand : public Command {
     App()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
     AddTextOption(*App(), "--pen", "FILE", "Pen script to play first, one event a line",
                   [this](const std::string& file) { script_ = file; });
-    App()->add_flag("--window", window_,
-                    "Show the view in a window before it is written, and let the mouse drag the controls (Windows)");
+    if (host::kShowsViews) {
+      App()->add_flag("--window", inWindow_,
+                      "Show the view in a window, behind the script, until it is closed; the mouse drags the controls");
+    }
     AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
                   [this](const std::string& file) { savedJob_ = file; });
     App()->add_flag("--overwrite", overwrite_, "Replace files that exist");
@@ -76,7 +78,6 @@ class ViewCommand : public Command {
 
  private:
   host::ExitCode Show(const GlobalOptions& global, Terminal& terminal) {
-    if (window_) host::RequireLiveView("--window");
     RequireOtherInput("--pen", job_, script_);
     host::Job job = host::ReadJobFile(job_);
     ApplyAssignments(assignments_, job);
@@ -160,7 +161,7 @@ class ViewCommand : public Command {
         session.Apply(event);
       }
     }
-    if (window_) host::ShowUntilClosed(session, "vblur view: " + job_);
+    if (inWindow_) host::ShowUntilClosed(session, "vblur view: " + job_);
     if (context.Stopped()) throw host::FileInterrupted{};
     write(output_);
     return pictures;
@@ -181,7 +182,7 @@ class ViewCommand : public Command {
   std::optional<std::int32_t> frame_;
   host::ViewOptions view_;
   bool hidesControls_ = false;
-  bool window_ = false;
+  bool inWindow_ = false;
   bool overwrite_ = false;
 };
 

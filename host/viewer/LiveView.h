@@ -12,10 +12,15 @@
 
 namespace vblur::host {
 
-// Throws Failure (wrong usage), beginning with the place, on a system where no view has a window.
-void RequireLiveView(const std::string& place);
+// Whether the system has such windows.
+#ifdef _WIN32
+inline constexpr bool kShowsViews = true;
+#else
+inline constexpr bool kShowsViews = false;
+#endif
+
 // Opens a view's window, and closes it when the user does or the session is stopped. Throws Failure like LiveView, and
-// wrong usage where no view has a window.
+// some frames failed where there are no windows.
 void ShowUntilClosed(ViewSession& session, const std::string& title);
 
 // On Windows. One at a time for a session, which paints on the window from then on. Belongs to the session's thread.

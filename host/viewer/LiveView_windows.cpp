@@ -51,8 +51,6 @@ struct LiveView::Procedure {
   }
 };
 
-void RequireLiveView(const std::string&) {}
-
 void ShowUntilClosed(ViewSession& session, const std::string& title) {
   LiveView(session, title).Run();
 }
