@@ -9,6 +9,7 @@
 #include "host/formats/FileBytes.h"
 #include "host/formats/PngProfileText.h"
 #include "host/formats/TiffTags.h"
+#include "host/formats/Unpacked.h"
 
 namespace vblur::host {
 
@@ -38,8 +39,17 @@ void AddPngScale(std::string_view data, FileExtras& extras) {
   extras.pixelsPerInchY = y * kInch;
 }
 
+// Behind its name and how it is packed.
+std::string ProfileOf(std::string_view data) {
+  constexpr std::size_t kMost = std::size_t{64} << 20;
+  const std::size_t name = data.find('\0');
+  if (name == std::string_view::npos || name + 2 > data.size()) return {};
+  return Unpacked(data.substr(name + 2), kMost).value_or("damaged");
+}
+
 void ReadPng(std::ifstream& file, FileExtras& extras) {
   constexpr std::int64_t kMost = 1 << 20;
+  constexpr std::int64_t kMostProfile = 16 << 20;
   constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
   for (std::int64_t at = 8;;) {
     const std::string head = ReadAt(file, at, 8);
@@ -47,6 +57,8 @@ void ReadPng(std::ifstream& file, FileExtras& extras) {
     const std::string name = head.substr(4);
     const std::int64_t length = Big32(head, 0);
     if (name == "IDAT" || name == "IEND") return;
+    if (name == "iCCP" && length <= kMostProfile)
+      extras.profile = ProfileOf(ReadAt(file, at + 8, static_cast<std::size_t>(length)));
     if (name == "pHYs") AddPngScale(ReadAt(file, at + 8, 9), extras);
     const bool isText = (name == "tEXt" || name == "zTXt" || name == "iTXt") && length <= kMost;
     const std::string data = isText ? ReadAt(file, at + 8, static_cast<std::size_t>(length)) : std::string();

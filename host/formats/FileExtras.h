@@ -7,7 +7,7 @@
 namespace vblur::host {
 
 struct FileExtras {
-  std::string profile;        // of its colours, as JPEG and TIFF files store it; that of a PNG file is packed
+  std::string profile;        // of its colours
   double pixelsPerInchX = 0;  // 0: not said
   double pixelsPerInchY = 0;
   int orientation = 1;

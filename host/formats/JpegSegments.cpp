@@ -220,4 +220,25 @@ std::string WithExif(std::string head, const std::string& exif) {
   return result.insert(place, added);
 }
 
+std::string WithProfile(const std::string& head, const std::string& profile) {
+  constexpr std::size_t kPart = 65000;
+  constexpr std::size_t kMost = 255;
+  const std::size_t count = (profile.size() + kPart - 1) / kPart;
+  std::istringstream stream(head);
+  stream.seekg(2);
+  const auto first = NextSegment(stream);
+  if (!head.starts_with("\xff\xd8") || IsLast(first) || count > kMost) return head;
+  const std::size_t place = first->Is(0, "JFIF") ? static_cast<std::size_t>(stream.tellg()) : 2;
+  std::string segments;
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string data("ICC_PROFILE\0", 12);
+    data += {static_cast<char>(i + 1), static_cast<char>(count)};
+    data += profile.substr(i * kPart, kPart);
+    const std::size_t length = data.size() + 2;
+    segments += {'\xff', '\xe2', static_cast<char>(length >> 8), static_cast<char>(length & 0xff)};
+    segments += data;
+  }
+  return std::string(head).insert(place, segments);
+}
+
 }  // namespace vblur::host

@@ -25,4 +25,8 @@ constexpr std::size_t kJpegHead = std::size_t{1} << 17;
 // holds leaves them as they are, and so do bytes of no JPEG file.
 std::string WithExif(std::string head, const std::string& exif);
 
+// The same with a colour profile, in as many segments as it needs, behind the segment that files begin with. One of
+// more than 255 segments leaves them as they are.
+std::string WithProfile(const std::string& head, const std::string& profile);
+
 }  // namespace vblur::host

@@ -25,6 +25,16 @@ std::string PngChunk(const std::string& name, const std::string& data) {
   return Big32Bytes(data.size()) + checked + Big32Bytes(sum);
 }
 
+std::string PngProfileChunk(const std::string& profile) {
+  uLongf length = ::compressBound(static_cast<uLong>(profile.size()));
+  std::string packed(length, '\0');
+  ::compress(reinterpret_cast<Bytef*>(packed.data()), &length, reinterpret_cast<const Bytef*>(profile.data()),
+             static_cast<uLong>(profile.size()));
+  packed.resize(length);
+  // Its name, and how it is packed.
+  return PngChunk("iCCP", "ICC profile" + std::string(2, '\0') + packed);
+}
+
 std::string WithPngChunks(const std::string& head, const std::string& chunks) {
   constexpr std::size_t kHeader = 33;
   std::string changed = head.substr(0, kHeader) + chunks;
@@ -32,7 +42,7 @@ std::string WithPngChunks(const std::string& head, const std::string& chunks) {
     const std::string_view name = std::string_view(head).substr(at + 4, 4);
     if (name == "IDAT") return changed + head.substr(at);
     const auto length = static_cast<std::size_t>(Big32(head, at)) + 12;
-    const bool isOwn = name == "sRGB" || name == "gAMA" || name == "cHRM";
+    const bool isOwn = name == "sRGB" || name == "gAMA" || name == "cHRM" || name == "iCCP";
     if (!isOwn) changed += head.substr(at, length);
     at += length;
   }

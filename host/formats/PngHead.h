@@ -12,8 +12,11 @@ constexpr std::size_t kPngHeadBytes = std::size_t{1} << 20;
 // A whole chunk.
 std::string PngChunk(const std::string& name, const std::string& data);
 
-// The first bytes of a PNG file without what its writer says by itself of colours (sRGB, gAMA, cHRM), and with these
-// chunks behind the header. Bytes without the begin of the pixels stay as they are.
+// A colour profile as the chunk of a PNG file (iCCP).
+std::string PngProfileChunk(const std::string& profile);
+
+// The first bytes of a PNG file without what its writer says by itself of colours (sRGB, gAMA, cHRM, iCCP), and with
+// these chunks behind the header. Bytes without the begin of the pixels stay as they are.
 std::string WithPngChunks(const std::string& head, const std::string& chunks);
 
 }  // namespace vblur::host

@@ -1,36 +1,14 @@
 #include "host/formats/PngProfileText.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 
-#include <zlib.h>
-
 #include "host/base/NameMatch.h"
+#include "host/formats/Unpacked.h"
 
 namespace vblur::host {
 
 namespace {
-
-// Nothing for a longer one.
-std::optional<std::string> Unpacked(std::string_view packed) {
-  z_stream stream{};
-  if (::inflateInit(&stream) != Z_OK) return std::nullopt;
-  // It does not change them.
-  stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(packed.data()));
-  stream.avail_in = static_cast<uInt>(packed.size());
-  std::string text;
-  int state = Z_OK;
-  while (state == Z_OK && text.size() <= kLongestExifText) {
-    std::array<char, 1 << 14> part;
-    stream.next_out = reinterpret_cast<Bytef*>(part.data());
-    stream.avail_out = static_cast<uInt>(part.size());
-    state = ::inflate(&stream, Z_NO_FLUSH);
-    text.append(part.data(), part.size() - stream.avail_out);
-  }
-  ::inflateEnd(&stream);
-  return state == Z_STREAM_END ? std::optional(text) : std::nullopt;
-}
 
 int DigitOf(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -72,7 +50,7 @@ std::optional<std::string> ExifOfText(std::string_view name, std::string_view da
   std::string_view text = data.substr(std::min(data.size(), data.find('\0')));
   // Behind the keyword: its end, and how it is packed.
   text.remove_prefix(std::min<std::size_t>(text.size(), name == "zTXt" ? 2 : 1));
-  const std::optional<std::string> unpacked = name == "zTXt" ? Unpacked(text) : std::nullopt;
+  const std::optional<std::string> unpacked = name == "zTXt" ? Unpacked(text, kLongestExifText) : std::nullopt;
   if (name == "zTXt" && !unpacked) return std::nullopt;
   const auto bytes = BytesOf(unpacked ? *unpacked : text);
   // As JPEG files have them; the library takes no others.

@@ -10,14 +10,14 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
   report.info = metadata.info;
   report.compression = metadata.header.compression;
   report.associatedAlpha = metadata.associatedAlpha;
-  report.profileFits = LayoutsOfProfile(metadata.profile);
+  report.profileFits = LayoutsOfProfile(metadata.extras.profile);
   const auto add = [&](bool has, MetadataGroup group) {
     if (has) report.metadata.Add(group);
   };
   add(!metadata.info.exif.empty() || extras.hasExif, MetadataGroup::Exif);
   add(extras.hasGps, MetadataGroup::Gps);
   add(extras.hasIptc, MetadataGroup::Iptc);
-  add(!metadata.profile.empty(), MetadataGroup::Profile);
+  add(!metadata.extras.profile.empty(), MetadataGroup::Profile);
   // That of a block of Exif data goes with it.
   add(metadata.info.exif.empty() && extras.orientation != 1, MetadataGroup::Orientation);
   add(extras.pixelsPerInchX > 0.0, MetadataGroup::Resolution);

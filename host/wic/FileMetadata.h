@@ -15,7 +15,6 @@ struct PictureMetadata {
   PictureInfo info;
   FileHeader header;
   FileExtras extras;
-  std::string profile;  // of the colours; empty: none
   // The file declares premultiplied colours. Values are unchanged, and the output declares the same.
   bool associatedAlpha = false;
 };

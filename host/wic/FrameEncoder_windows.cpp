@@ -102,12 +102,13 @@ void FrameEncoder::PassMetadata(const PictureMetadata& metadata, std::string_vie
   const bool isWhole = format == "jpeg";
   const auto held = [&](double perInch) { return isWhole ? std::round(perInch) : perInch; };
   if (extras.pixelsPerInchX > 0.0) Do(frame_->SetResolution(held(extras.pixelsPerInchX), held(extras.pixelsPerInchY)));
-  if (!LayoutsOfProfile(metadata.profile).Has(pixels.layout)) return;
+  // Into the heads of the others it is put afterwards.
+  if (format != "tiff" || !LayoutsOfProfile(metadata.extras.profile).Has(pixels.layout)) return;
   ComPtr<IWICColorContext> context;
   const bool isMade =
       SUCCEEDED(TheImagingFactory().CreateColorContext(reinterpret_cast<IWICColorContext**>(context.Receive()))) &&
-      SUCCEEDED(context->InitializeFromMemory(reinterpret_cast<const BYTE*>(metadata.profile.data()),
-                                              static_cast<UINT>(metadata.profile.size())));
+      SUCCEEDED(context->InitializeFromMemory(reinterpret_cast<const BYTE*>(metadata.extras.profile.data()),
+                                              static_cast<UINT>(metadata.extras.profile.size())));
   IWICColorContext* contexts[] = {context.get()};
   losesProfile_ = !isMade || FAILED(frame_->SetColorContexts(1, contexts));
 }

@@ -54,24 +54,6 @@ std::vector<std::uint32_t> PaletteOf(IWICBitmapFrameDecode& frame, const std::fi
   return {colours.begin(), colours.begin() + count};
 }
 
-// Of a PNG file, where it is packed; empty: none.
-std::string ProfileOf(IWICBitmapFrameDecode& frame) {
-  UINT count = 0;
-  if (FAILED(frame.GetColorContexts(0, nullptr, &count)) || count == 0) return {};
-  ComPtr<IWICColorContext> context;
-  if (FAILED(TheImagingFactory().CreateColorContext(reinterpret_cast<IWICColorContext**>(context.Receive()))))
-    return {};
-  IWICColorContext* contexts[] = {context.get()};
-  WICColorContextType type{};
-  UINT bytes = 0;
-  const bool isProfile = SUCCEEDED(frame.GetColorContexts(1, contexts, &count)) && SUCCEEDED(context->GetType(&type)) &&
-                         type == WICColorContextProfile && SUCCEEDED(context->GetProfileBytes(0, nullptr, &bytes));
-  std::string profile(isProfile ? bytes : 0, '\0');
-  if (profile.empty() || FAILED(context->GetProfileBytes(bytes, reinterpret_cast<BYTE*>(profile.data()), &bytes)))
-    return {};
-  return profile;
-}
-
 bool IsGreyColour(std::uint32_t colour) {
   return (colour & 0xffu) == (colour >> 8 & 0xffu) && (colour & 0xffu) == (colour >> 16 & 0xffu);
 }
@@ -177,8 +159,6 @@ OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoic
   opened.metadata.info.pictures = static_cast<std::int32_t>(std::max<UINT>(1, pictures));
   AddChunkFacts(file, opened.metadata.info);
   opened.metadata.extras = ReadFileExtras(file, header.format, opened.metadata.info.exif);
-  opened.metadata.profile = opened.metadata.extras.profile;
-  if (header.format == "png") opened.metadata.profile = ProfileOf(*opened.frame);
   return opened;
 } catch (const Failure&) {
   throw;

@@ -9,6 +9,7 @@
 #include "host/base/LongPath.h"
 #include "host/base/StandardStream.h"
 #include "host/base/SystemError_windows.h"
+#include "host/files/ColourProfile.h"
 #include "host/files/ComponentRows.h"
 #include "host/files/OutputPixels.h"
 #include "host/formats/ExifBlock.h"
@@ -93,15 +94,20 @@ class Writing {
     if (encoder.LosesProfile()) pixels_.notes.emplace_back("output: lost: colour profile");
   }
 
-  // What codecs do not write: Exif data, and of PNG files chunks about colours and of texts.
+  // What codecs do not write everywhere: colour profiles, Exif data, and of PNG files chunks about colours and of
+  // texts.
   std::string ChangedHead(const std::string& head) const {
     const PictureInfo* const source = Source();
     const std::string exif = source == nullptr || source->exif.empty()
                                  ? std::string()
                                  : ExifForOutput(source->exif, picture_.image.Width(), picture_.image.Height());
-    if (picture_.format.name == "jpeg") return exif.empty() ? head : WithExif(head, exif);
+    const bool hasProfile =
+        source != nullptr && LayoutsOfProfile(picture_.metadata->extras.profile).Has(pixels_.layout);
+    const std::string profile = hasProfile ? picture_.metadata->extras.profile : std::string();
+    if (picture_.format.name == "jpeg") return WithProfile(exif.empty() ? head : WithExif(head, exif), profile);
     std::string chunks;
     if (source != nullptr) chunks = source->colourChunks;
+    if (hasProfile) chunks += PngProfileChunk(profile);
     if (!exif.empty()) chunks += PngChunk("eXIf", exif);
     if (source != nullptr) chunks += picture_.metadata->extras.pngTexts + source->lateTexts;
     return WithPngChunks(head, chunks);

@@ -14,7 +14,7 @@ TEST(PngHead, AChunkHasItsLengthAndItsSum) {
 }
 
 TEST(PngHead, ChunksComeBehindTheHeaderInPlaceOfTheWritersOwn) {
-  const std::string profile = PngChunk("iCCP", "profile");
+  const std::string profile = PngChunk("pHYs", "123456789");
   const std::string pixels = PngChunk("IDAT", "pixels") + PngChunk("IEND", "");
   const std::string head = kBegin + PngChunk("sRGB", "\0"s) + profile + PngChunk("gAMA", "1234") + pixels;
   const std::string text = PngChunk("tEXt", "Title\0of it"s);

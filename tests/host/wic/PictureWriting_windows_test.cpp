@@ -241,6 +241,38 @@ TEST_F(PictureWriting, ExifDataTextsAndColourChunksPassFromPngToPng) {
   EXPECT_EQ(NamesIn(folder_.path()), (std::set<std::string>{"source.png", "out.png", "out.jpg", "out.bmp"}));
 }
 
+// As large as two segments of a JPEG file.
+std::string MakeProfile() {
+  std::string profile(100000, '\0');
+  for (std::size_t i = 132; i < profile.size(); ++i)
+    profile[i] = static_cast<char>(i * i / 7);
+  profile.replace(0, 4, std::string("\0\x01\x86\xa0", 4));
+  profile.replace(16, 4, "RGB ");
+  profile.replace(36, 4, "acsp");
+  profile.replace(128, 4, std::string(4, '\0'));
+  return profile;
+}
+
+TEST_F(PictureWriting, AColourProfilePasses) {
+  const auto pictures = std::filesystem::path(VBLUR_PICTURES_FOLDER);
+  const std::string profile = MakeProfile();
+  const std::string png = Bytes(pictures / "rgb8.png");
+  const auto source = folder_.Write("source.png", png.substr(0, 33) + PngProfileChunk(profile) + png.substr(33));
+  ReadPicture read = PictureReader().ReadColour(source, 8, image_);
+  for (const char* name : {"p.png", "p.jpg", "again.png"}) {
+    const auto path = folder_.path() / name;
+    EXPECT_EQ(Write(path, {}, read.metadata.get()), Notes{}) << name;
+    const PictureReport report = ReportPicture(path);
+    EXPECT_TRUE(report.metadata.Has(MetadataGroup::Profile)) << name;
+    read = PictureReader().ReadColour(path, 8, image_);
+  }
+  EXPECT_NE(Bytes(folder_.path() / "again.png").find(PngProfileChunk(profile)), std::string::npos);
+  // TIFF files get it from the codec.
+  const Notes notes = Write(folder_.path() / "t.tif", {}, read.metadata.get());
+  const bool hasIt = ReportPicture(folder_.path() / "t.tif").metadata.Has(MetadataGroup::Profile);
+  EXPECT_EQ(notes, hasIt ? Notes{} : Notes{"output: lost: colour profile"});
+}
+
 TEST_F(PictureWriting, TheResolutionPasses) {
   const auto pictures = std::filesystem::path(VBLUR_PICTURES_FOLDER);
   const std::string scale("\0\0\x2e\x23\0\0\x2e\x23\x01", 9);
