@@ -1,6 +1,7 @@
 // The window with the pages, as it is on the screen.
 #include "host/pages/PageFrame.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <set>
@@ -114,6 +115,16 @@ TEST(PageFrame, UndoesAndChangesPagesByKeys) {
   press(VK_TAB);
   EXPECT_EQ(user.Front().name, user.session.Pages().Listed().at(1));
   EXPECT_EQ(::GetParent(user.Front().dialog->Handle()), frame.Handle());
+}
+
+// For use_page_window.sh, whose mouse and keys are those of the screen.
+TEST(PageFrame, DISABLED_ShowsWhatAUserDoes) {
+  PagedEffect user;
+  user.Do("show FullBlurPPG");
+  PageFrame(user.session.Pages(), user.History()).Run();
+  for (const char* const name : {"Blur", "Aspect", "Mix Back", "Blend"})
+    std::printf("%s=%g\n", name, user.ValueAt(name));
+  std::printf("steps=%d\n", static_cast<int>(user.History().UndoDepth()));
 }
 
 }  // namespace
