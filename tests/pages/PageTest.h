@@ -22,6 +22,7 @@
 #include "resources/Dialogs.h"
 #include "resources/Numbers.h"
 #include "resources/Strings.h"
+#include "sdk/effects/Catalogue.h"
 #include "sdk/effects/ClassObjects.h"
 #include "server/CDsClassFactory.h"
 #include "tests/effect/EffectBench.h"
@@ -33,9 +34,16 @@ namespace vblur {
 // Offers the viewer tool as the server does, while it lives.
 class ToolServer {
  public:
-  ToolServer() { host::AddServer(&ClassObject); }
+  ToolServer() {
+    // Where the system makes objects, it is given the classes of the catalogue.
+    host::KeepClassesInProcess(true);
+    host::CurrentCatalogue().AddClass(classes::kHvTInteract, nullptr, 0);
+    host::AddServer(&ClassObject);
+  }
   ~ToolServer() {
     host::RemoveServer(&ClassObject);
+    host::CurrentCatalogue().RemoveClass(classes::kHvTInteract);
+    host::KeepClassesInProcess(false);
     offers = true;
   }
   ToolServer(const ToolServer&) = delete;
