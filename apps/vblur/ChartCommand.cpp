@@ -4,6 +4,7 @@
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/jobs/FramePattern.h"
 #include "host/studies/TestChart.h"
@@ -32,21 +33,21 @@ class ChartCommand : public Command {
     CheckOptions(pattern);
     const host::FrameRange frames = frames_.value_or(host::FrameRange{});
     for (std::int64_t i = 0; i < frames.Count(); ++i) {
-      host::RequireWritable(pattern.FileName(frames.FrameAt(i)), overwrite_);
+      host::RequireWritable(host::PathOf(pattern.FileName(frames.FrameAt(i))), overwrite_);
     }
     host::HostImage chart;
     host::PictureWriter writer;
     for (std::int64_t i = 0; i < frames.Count(); ++i) {
       const auto frame = frames.FrameAt(i);
       host::DrawTestChart(chart, depth_, size_[0], size_[1], frame);
-      writer.Write(pattern.FileName(frame), chart, nullptr, overwrite_);
+      writer.Write(host::PathOf(pattern.FileName(frame)), chart, nullptr, overwrite_);
     }
     return host::ExitCode::Done;
   }
 
  private:
   void CheckOptions(const host::FramePattern& pattern) const {
-    CheckPictureName(pattern.FileName(0));
+    CheckPictureName(host::PathOf(pattern.FileName(0)));
     if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
     if (size_[0] < 1 || size_[1] < 1) host::Refuse("--size", "expected at least 1x1");
     if (std::int64_t{4} * size_[0] > host::HostImage::kMostComponents / size_[1]) {

@@ -1,7 +1,6 @@
 #include "apps/vblur/CommandLine.h"
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -10,6 +9,7 @@
 #include <sstream>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -19,9 +19,11 @@
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/RunJob.h"
 #include "apps/vblur/StandardStreams.h"
+#include "apps/vblur/SystemStreams.h"
 #include "host/base/NameMatch.h"
 #include "host/base/PartFiles.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 
 namespace vblur::cli {
 
@@ -30,8 +32,7 @@ namespace {
 using host::ExitCode;
 
 // `--job FILE`, anywhere, is the command `job FILE`.
-std::vector<std::string> ReadArguments(int argc, char** argv) {
-  std::vector<std::string> arguments(argv + 1, argv + argc);
+std::vector<std::string> ReadArguments(std::vector<std::string> arguments) {
   // As values and names of properties, options are spelled either way.
   constexpr std::string_view kColor = "--crop-color-";
   for (std::string& argument : arguments) {
@@ -96,8 +97,8 @@ void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) 
   const std::string first = arguments[at];
   if (first == "help") return ExpandHelp(arguments, app);
   std::error_code error;
-  const bool isFile = host::IsStandardStream(first) || std::filesystem::path(first).has_extension() ||
-                      std::filesystem::exists(first, error);
+  const std::filesystem::path file = host::PathOf(first);
+  const bool isFile = host::IsStandardStream(first) || file.has_extension() || std::filesystem::exists(file, error);
   if (!IsCommand(app, first) && isFile) arguments.insert(arguments.begin(), "render");
 }
 
@@ -176,8 +177,8 @@ class Program {
         "128 and more ended by a signal: 130 for Ctrl-C.");
   }
 
-  ExitCode Run(int argc, char** argv) {
-    std::vector<std::string> arguments = ReadArguments(argc, argv);
+  ExitCode Run(std::vector<std::string> arguments) {
+    arguments = ReadArguments(std::move(arguments));
     ExpandShortForms(arguments, app_);
     if (arguments.empty()) {
       std::fputs(app_.help().c_str(), stdout);
@@ -234,12 +235,12 @@ class Program {
 };
 
 // Every failure as one line and an exit code.
-ExitCode RunGuarded(Program& program, int argc, char** argv) {
+ExitCode RunGuarded(Program& program, std::vector<std::string> arguments) {
   try {
-    return program.Run(argc, argv);
+    return program.Run(std::move(arguments));
   } catch (const host::Failure& failure) {
     // No message after a broken pipe.
-    const bool isPipeBroken = failure.Code() == ExitCode::Interrupted && Interruption::Caught() == SIGPIPE;
+    const bool isPipeBroken = failure.Code() == ExitCode::Interrupted && Interruption::Caught() == kBrokenPipe;
     if (!isPipeBroken) program.Screen().Fail(failure.what());
     return failure.Code();
   } catch (const std::bad_alloc&) {
@@ -273,18 +274,21 @@ Terminal* lastTerminal = nullptr;
 [[noreturn]] void EndLibrary() {
   host::RemoveNotedParts();
   if (lastTerminal != nullptr) lastTerminal->Fail(WhatEnds(std::current_exception()));
+  RestoreConsole();
   std::_Exit(static_cast<int>(ExitCode::SomeFramesFailed));
 }
 
 }  // namespace
 
-int RunCommandLine(int argc, char** argv) {
+int RunCommandLine(std::vector<std::string> arguments) {
   OpenStandardStreams();
   Program program;
   lastTerminal = &program.Screen();
   std::set_terminate(EndLibrary);
-  const ExitCode code = RunGuarded(program, argc, argv);
-  return FinishStandardOutput(code, program.Screen());
+  const ExitCode code = RunGuarded(program, std::move(arguments));
+  const int status = FinishStandardOutput(code, program.Screen());
+  RestoreConsole();
+  return status;
 }
 
 }  // namespace vblur::cli

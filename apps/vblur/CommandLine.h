@@ -1,9 +1,12 @@
 // The program: parses the command line and runs the command.
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace vblur::cli {
 
-// Returns the exit code.
-int RunCommandLine(int argc, char** argv);
+// The arguments are UTF-8 on Windows, and what the system gave elsewhere. Returns the exit code.
+int RunCommandLine(std::vector<std::string> arguments);
 
 }  // namespace vblur::cli

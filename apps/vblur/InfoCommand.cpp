@@ -10,6 +10,7 @@
 #include "apps/vblur/Commands.h"
 #include "apps/vblur/OptionText.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/files/PictureReport.h"
 
 namespace vblur::cli {
@@ -70,7 +71,7 @@ class InfoCommand : public Command {
     host::ExitCode code = host::ExitCode::Done;
     for (const std::string& file : files_) {
       try {
-        const PictureReport report = host::ReportPicture(file, choice_);
+        const PictureReport report = host::ReportPicture(host::PathOf(file), choice_);
         std::puts(json_ ? JsonLine(file, report).c_str() : Text(file, report).c_str());
       } catch (const host::Failure& failure) {
         if (files_.size() == 1) throw;
@@ -100,8 +101,8 @@ class InfoCommand : public Command {
 
   std::string Text(const std::string& file, const PictureReport& report) const {
     const host::PictureInfo& info = report.info;
-    std::string text = host::InputName(file) + ": " + info.format + ", " + std::to_string(info.display.width) + " x " +
-                       std::to_string(info.display.height) + " pixels";
+    std::string text = host::InputName(host::PathOf(file)) + ": " + info.format + ", " +
+                       std::to_string(info.display.width) + " x " + std::to_string(info.display.height) + " pixels";
     const auto add = [&](const std::string& name, const std::string& value) { text += "\n  " + name + ": " + value; };
     if (info.data != info.display) {
       add("display window", Window(info.display));

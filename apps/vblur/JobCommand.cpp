@@ -7,6 +7,7 @@
 #include "apps/vblur/RunJob.h"
 #include "apps/vblur/StorageOptions.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/jobs/JobFiles.h"
@@ -31,7 +32,7 @@ class JobCommand : public Command {
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     ApplyProgress(run_, terminal);
-    host::Job job = host::ReadJobFile(file_);
+    host::Job job = host::ReadJobFile(host::PathOf(file_));
     if (host::IsStandardStream(file_) && host::ReadsStandardInput(job)) {
       host::Refuse("FILE", "the standard input is the job file, expected the job's pictures in files");
     }

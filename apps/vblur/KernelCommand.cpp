@@ -5,6 +5,7 @@
 #include "apps/vblur/OptionText.h"
 #include "apps/vblur/PercentSize.h"
 #include "apps/vblur/RunFiles.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/properties/PropertyText.h"
 #include "host/studies/DrawingLibrary.h"
@@ -33,20 +34,20 @@ class KernelCommand : public Command {
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
     CheckOptions();
-    host::RequireWritable(output_, overwrite_);
+    host::RequireWritable(host::PathOf(output_), overwrite_);
     const auto server = LoadServer(global);
     host::TheDrawingLibrary().RequireText();
     Interruption interruption(terminal);
     host::HostImage picture;
     const auto report = host::MeasureKernel(server->Factory(), interruption.Context(), blur_, depth_);
     host::TheDrawingLibrary().DrawKernel(report, picture);
-    host::PictureWriter().Write(output_, picture, nullptr, overwrite_);
+    host::PictureWriter().Write(host::PathOf(output_), picture, nullptr, overwrite_);
     return host::ExitCode::Done;
   }
 
  private:
   void CheckOptions() const {
-    CheckPictureName(output_);
+    CheckPictureName(host::PathOf(output_));
     if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
     if (host::ValueOutOfRange(kBlur, blur_)) {
       host::Refuse("--blur", "expected " + host::FormatRange(kBlur) + ", found " + host::FormatNumber(blur_));

@@ -1,6 +1,7 @@
 #include "apps/vblur/LoadServer.h"
 
 #include "host/base/Failure.h"
+#include "host/base/Utf8.h"
 #include "host/hosted/HostedEffect.h"
 
 namespace vblur::cli {
@@ -19,7 +20,7 @@ void SetCpuLevel(host::EffectServer& server, const std::string& level) {
 
 std::unique_ptr<host::EffectServer> LoadServer(const GlobalOptions& global) {
   auto server = std::make_unique<host::EffectServer>(global.server.empty() ? host::DefaultServerFile()
-                                                                           : std::filesystem::path(global.server));
+                                                                           : host::PathOf(global.server));
   if (global.threads > 0) host::HostedEffect(server->CreateEffect()).SetRenderThreads(global.threads);
   if (!global.cpu.empty()) SetCpuLevel(*server, global.cpu);
   return server;

@@ -11,6 +11,7 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/base/StandardStream.h"
+#include "host/base/Utf8.h"
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFile.h"
 #include "host/pages/PageSession.h"
@@ -37,12 +38,12 @@ class PageCommand : public Command {
                   [this](const std::string& text) { frame_ = ParseWhole("--frame", text); });
     AddTextOption(*App(), "--script", "FILE",
                   "What to do with the page, one event a line; the page is printed after it. - is the standard input",
-                  [this](const std::string& file) { script_ = file; });
+                  [this](const std::string& file) { script_ = host::PathOf(file); });
     if (host::kShowsPages) {
       App()->add_flag("--window", inWindow_, "Show the page in a window, behind the script, until it is closed");
     }
     AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
-                  [this](const std::string& file) { savedJob_ = file; });
+                  [this](const std::string& file) { savedJob_ = host::PathOf(file); });
     App()->add_flag("--overwrite", overwrite_, "Replace a file that exists");
     AddSetOption(*App(), assignments_);
     App()->footer(
@@ -54,8 +55,8 @@ class PageCommand : public Command {
   }
 
   host::ExitCode Run(const GlobalOptions& global, Terminal& terminal) override {
-    RequireOtherInput("--script", job_, script_);
-    host::Job job = host::ReadJobFile(job_);
+    RequireOtherInput("--script", host::PathOf(job_), script_);
+    host::Job job = host::ReadJobFile(host::PathOf(job_));
     ApplyAssignments(assignments_, job);
     std::vector<host::PageEvent> events;
     if (!script_.empty()) events = host::ReadPageScript(script_);
@@ -78,7 +79,7 @@ class PageCommand : public Command {
   // The saved job takes the place of no picture that its job reads or writes.
   void CheckFiles(const host::Job& job) const {
     RunFiles files(overwrite_);
-    files.AddRead(job_);
+    files.AddRead(host::PathOf(job_));
     if (!script_.empty()) files.AddRead(script_);
     files.AddReadByJob(job, host::ResolveFrames(job));
     files.AddWrittenByJob(job, host::ResolveFrames(job));
@@ -105,7 +106,8 @@ class PageCommand : public Command {
 
   void ShowFirst(host::EffectPages& pages) const {
     const auto listed = pages.Listed();
-    if (page_.empty() && listed.empty()) host::Refuse(host::InputName(job_), "the effect has no pages in this use");
+    if (page_.empty() && listed.empty())
+      host::Refuse(host::InputName(host::PathOf(job_)), "the effect has no pages in this use");
     const std::string page = page_.empty() ? std::string(listed.front()) : page_;
     pages.RequireListed(page, "--page");
     pages.Show(page);
@@ -115,8 +117,8 @@ class PageCommand : public Command {
 
   std::string job_;
   std::string page_;
-  std::string script_;
-  std::string savedJob_;
+  std::filesystem::path script_;
+  std::filesystem::path savedJob_;
   std::string printed_;
   std::vector<std::string> assignments_;
   std::optional<double> time_;

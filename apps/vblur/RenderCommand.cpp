@@ -56,14 +56,14 @@ class RenderCommand : public Command {
     AddStorageOptions(*App(), storage_);
     AddTextOption(*App(), "--save-job", "FILE",
                   "Also write the job file that renders the same, once the render is done",
-                  [this](const std::string& file) { savedJob_ = file; })
+                  [this](const std::string& file) { savedJob_ = host::PathOf(file); })
         ->group("Output");
     AddTextOption(*App(), "--load-properties", "FILE",
                   "Properties from a file; - is the standard input. Those given as options win",
-                  [this](const std::string& file) { loadedProperties_ = file; })
+                  [this](const std::string& file) { loadedProperties_ = host::PathOf(file); })
         ->group("Property files");
     AddTextOption(*App(), "--save-properties", "FILE", "Also write the properties to a file, once the render is done",
-                  [this](const std::string& file) { savedProperties_ = file; })
+                  [this](const std::string& file) { savedProperties_ = host::PathOf(file); })
         ->group("Property files");
   }
 
@@ -110,11 +110,12 @@ class RenderCommand : public Command {
     }
     if (output.empty()) throw host::Failure(host::ExitCode::WrongUsage, "OUTPUT is required; see vblur render --help");
     std::error_code ignored;
-    const bool isFolder = !host::IsStandardStream(output) && std::filesystem::is_directory(output, ignored);
+    const bool isFolder =
+        !host::IsStandardStream(output) && std::filesystem::is_directory(host::PathOf(output), ignored);
     if (!isFolder && inputs.size() > 1) {
       host::Refuse(output, "expected a folder that exists, for " + std::to_string(inputs.size()) + " pictures");
     }
-    if (!isFolder && output.ends_with('/')) host::Refuse(output, "expected a folder that exists");
+    if (!isFolder && !host::PathOf(output).has_filename()) host::Refuse(output, "expected a folder that exists");
     std::vector<host::Job> jobs;
     std::unordered_map<std::string, std::string> inputOf;  // by output
     for (const std::string& input : inputs) {
@@ -146,8 +147,8 @@ class RenderCommand : public Command {
     if (host::IsStandardStream(input)) {
       host::Refuse("OUTPUT", "the standard input has no name to keep in a folder, expected the name of a file");
     }
-    const std::filesystem::path literal = host::FramePattern::Escaped(folder);
-    return host::Utf8Of((literal / std::filesystem::path(input).filename()));
+    const std::filesystem::path literal = host::PathOf(host::FramePattern::Escaped(folder));
+    return host::Utf8Of(literal / host::PathOf(input).filename());
   }
 
   // No picture replaces what another one reads or writes, whatever the names.
@@ -236,9 +237,9 @@ class RenderCommand : public Command {
   RunOptions run_;
   StorageChanges storage_;
   std::string percentBlur_;
-  std::string savedJob_;
-  std::string loadedProperties_;
-  std::string savedProperties_;
+  std::filesystem::path savedJob_;
+  std::filesystem::path loadedProperties_;
+  std::filesystem::path savedProperties_;
 };
 
 }  // namespace

@@ -34,7 +34,7 @@ class SheetCommand : public Command {
                   })
         ->required();
     AddTextOption(*App(), "--to", "INPUT2", "With ramps: the second clip [INPUT rotated, its colours exchanged]",
-                  [this](const std::string& file) { second_ = file; });
+                  [this](const std::string& file) { second_ = host::PathOf(file); });
     AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [as INPUT's samples]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
     AddTextOption(*App(), "--alpha", "shown|ignored",
@@ -58,13 +58,13 @@ class SheetCommand : public Command {
     Read(plan, pictures, terminal);
     host::HostImage sheet;
     host::TheDrawingLibrary().DrawSheet(plan, pictures, makeEffect, interruption.Context(), sheet);
-    host::PictureWriter().Write(output_, sheet, nullptr, overwrite_);
+    host::PictureWriter().Write(host::PathOf(output_), sheet, nullptr, overwrite_);
     return host::ExitCode::Done;
   }
 
  private:
   void CheckOptions() {
-    CheckPictureName(output_);
+    CheckPictureName(host::PathOf(output_));
     if (depth_ && *depth_ != 8 && *depth_ != 16)
       host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(*depth_));
     if (!second_.empty() && request_.kind != host::SheetKind::Ramps) host::Refuse("--to", "goes with --of ramps only");
@@ -75,12 +75,12 @@ class SheetCommand : public Command {
 
   void CheckFiles() const {
     RunFiles files(overwrite_);
-    files.AddRead(input_);
+    files.AddRead(host::PathOf(input_));
     if (!second_.empty()) files.AddRead(second_);
-    files.AddWritten("OUTPUT", output_);
+    files.AddWritten("OUTPUT", host::PathOf(output_));
   }
 
-  static host::ReadPicture ReadWhole(const std::string& file, std::int32_t depth, host::HostImage& whole,
+  static host::ReadPicture ReadWhole(const std::filesystem::path& file, std::int32_t depth, host::HostImage& whole,
                                      Terminal& terminal) {
     auto read = host::PictureReader().ReadColour(file, depth, whole);
     for (const std::string& loss : read.losses)
@@ -89,13 +89,13 @@ class SheetCommand : public Command {
   }
 
   void Read(const host::SheetPlan& plan, host::SheetPictures& pictures, Terminal& terminal) const {
-    const std::int32_t depth = depth_ ? *depth_ : host::ReadPictureInfo(input_).NaturalDepth();
+    const std::int32_t depth = depth_ ? *depth_ : host::ReadPictureInfo(host::PathOf(input_)).NaturalDepth();
     host::HostImage whole;
-    const auto read = ReadWhole(input_, depth, whole, terminal);
+    const auto read = ReadWhole(host::PathOf(input_), depth, whole, terminal);
     const host::SheetPoint size = host::PanelSize(plan, whole.Width(), whole.Height());
     host::ScalePicture(whole, size.x, size.y, pictures.input);
     pictures.associatedAlpha = read.associatedAlpha;
-    pictures.caption = host::Quoted(host::Utf8Of(std::filesystem::path(input_).filename())) + ", " +
+    pictures.caption = host::Quoted(host::Utf8Of(host::PathOf(input_).filename())) + ", " +
                        std::to_string(whole.Width()) + " x " + std::to_string(whole.Height()) + " pixels, shown at " +
                        std::to_string(size.x) + " x " + std::to_string(size.y) + ", " + std::to_string(depth) +
                        " bits a component";
@@ -108,13 +108,13 @@ class SheetCommand : public Command {
     }
     ReadWhole(second_, depth, whole, terminal);
     host::ScalePicture(whole, size.x, size.y, pictures.input2);
-    pictures.caption += host::Quoted(host::Utf8Of(std::filesystem::path(second_).filename()));
+    pictures.caption += host::Quoted(host::Utf8Of(second_.filename()));
   }
 
   host::SheetRequest request_;
   std::string input_;
   std::string output_;
-  std::string second_;
+  std::filesystem::path second_;
   std::optional<std::int32_t> depth_;
   bool overwrite_ = false;
 };

@@ -6,7 +6,7 @@
 
 namespace vblur::cli {
 
-// Opens closed standard streams on /dev/null, so that files do not get their numbers. Using one still fails.
+// PrepareStreams, and a buffer that holds all that a command prints.
 void OpenStandardStreams();
 
 // Completes the standard output. Returns the exit status of the program: what `code` says, or that of an output that

@@ -1,22 +1,12 @@
 #include "apps/vblur/Terminal.h"
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
+#include "apps/vblur/SystemStreams.h"
+#include "host/base/Descriptors.h"
 #include "host/base/Failure.h"
 
 namespace vblur::cli {
-
-namespace {
-
-std::FILE* OwnErrorStream() {
-  const int own = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-  std::FILE* stream = own >= 0 ? ::fdopen(own, "w") : nullptr;
-  return stream ? stream : stderr;
-}
-
-}  // namespace
 
 Terminal::Terminal() : stream_(OwnErrorStream()) {}
 
@@ -25,7 +15,7 @@ Terminal::~Terminal() {
 }
 
 bool Terminal::IsScreen() const {
-  return ::isatty(::fileno(stream_)) != 0;
+  return host::IsTerminal(NumberOf(stream_));
 }
 
 void Terminal::Note(const std::string& line) {

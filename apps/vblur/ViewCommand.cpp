@@ -11,6 +11,7 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "host/jobs/JobCheck.h"
@@ -52,13 +53,13 @@ class ViewCommand : public Command {
     });
     App()->add_flag("--hide-controls", hidesControls_, "Show the frame alone; the pen then moves nothing");
     AddTextOption(*App(), "--pen", "FILE", "Pen script to play first, one event a line",
-                  [this](const std::string& file) { script_ = file; });
+                  [this](const std::string& file) { script_ = host::PathOf(file); });
     if (host::kShowsViews) {
       App()->add_flag("--window", inWindow_,
                       "Show the view in a window, behind the script, until it is closed; the mouse drags the controls");
     }
     AddTextOption(*App(), "--save-job", "FILE", "Write the job with the properties after the script",
-                  [this](const std::string& file) { savedJob_ = file; });
+                  [this](const std::string& file) { savedJob_ = host::PathOf(file); });
     App()->add_flag("--overwrite", overwrite_, "Replace files that exist");
     AddSetOption(*App(), assignments_);
     App()->footer(
@@ -78,8 +79,8 @@ class ViewCommand : public Command {
 
  private:
   host::ExitCode Show(const GlobalOptions& global, Terminal& terminal) {
-    RequireOtherInput("--pen", job_, script_);
-    host::Job job = host::ReadJobFile(job_);
+    RequireOtherInput("--pen", host::PathOf(job_), script_);
+    host::Job job = host::ReadJobFile(host::PathOf(job_));
     ApplyAssignments(assignments_, job);
     std::vector<host::PenEvent> events;
     if (!script_.empty()) events = host::ReadPenScript(script_);
@@ -125,12 +126,12 @@ class ViewCommand : public Command {
 
   // Before anything is rendered.
   void CheckFiles(const host::Job& job, std::int32_t frame, const std::vector<host::PenEvent>& events) const {
-    CheckPictureName(output_);
+    CheckPictureName(host::PathOf(output_));
     RunFiles files(overwrite_);
-    files.AddRead(job_);
+    files.AddRead(host::PathOf(job_));
     if (!script_.empty()) files.AddRead(script_);
     files.AddReadByJob(job, host::FrameRange{frame, frame});
-    files.AddWritten("OUTPUT", output_);
+    files.AddWritten("OUTPUT", host::PathOf(output_));
     if (!savedJob_.empty()) {
       files.AddWritten("--save-job", savedJob_);
       // It takes the place of no output of its job, which the view may.
@@ -163,7 +164,7 @@ class ViewCommand : public Command {
     }
     if (inWindow_) host::ShowUntilClosed(session, "vblur view: " + job_);
     if (context.Stopped()) throw host::FileInterrupted{};
-    write(output_);
+    write(host::PathOf(output_));
     return pictures;
   }
 
@@ -176,8 +177,8 @@ class ViewCommand : public Command {
   std::string job_;
   std::string output_;
   std::string page_;
-  std::string script_;
-  std::string savedJob_;
+  std::filesystem::path script_;
+  std::filesystem::path savedJob_;
   std::vector<std::string> assignments_;
   std::optional<std::int32_t> frame_;
   host::ViewOptions view_;

@@ -1,10 +1,13 @@
-#include "host/base/Descriptors.h"
+#include "host/base/Descriptors_windows.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <limits>
 
 #include <io.h>
+
+#include "host/base/Descriptors.h"
 
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -14,6 +17,8 @@
 namespace vblur::host {
 
 namespace {
+
+std::atomic<void (*)()> whenPipesBreak = nullptr;
 
 HANDLE HandleOf(int file) {
   return reinterpret_cast<HANDLE>(_get_osfhandle(file));
@@ -46,6 +51,10 @@ std::int64_t Read(int file, std::span<char> bytes, OVERLAPPED* place) {
 
 }  // namespace
 
+void WhenPipesBreak(void (*call)()) {
+  whenPipesBreak = call;
+}
+
 bool IsTerminal(int file) {
   DWORD mode = 0;
   return GetConsoleMode(HandleOf(file), &mode) != 0;
@@ -69,7 +78,9 @@ std::int64_t ReadSome(int file, std::span<char> bytes) {
 std::int64_t WriteSome(int file, std::span<const char> bytes) {
   DWORD count = 0;
   if (WriteFile(HandleOf(file), bytes.data(), CountOf(bytes.size()), &count, nullptr) != 0) return count;
-  return Fail(GetLastError());
+  const std::int64_t failed = Fail(GetLastError());
+  if (void (*const call)() = whenPipesBreak; errno == EPIPE && call != nullptr) call();
+  return failed;
 }
 
 std::int64_t ReadSomeAt(int file, std::int64_t place, std::span<char> bytes) {

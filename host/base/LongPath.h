@@ -1,12 +1,12 @@
-// Names of files at any length.
+// Names of files for the system.
 #pragma once
 
 #include <filesystem>
 
 namespace vblur::host {
 
-// A name that the system's functions, and those of the C library, take at any length. On Windows a long one gets the
-// beginning that lifts the system's limit of about 260 characters; elsewhere, and for others, the name itself.
-std::filesystem::path ExtendedPath(const std::filesystem::path& path);
+// The same file by a name that the system takes at any length. On Windows one that has more than some 240 characters
+// from its drive on begins with \\?\, which Utf8Of leaves out.
+std::filesystem::path ExtendedPath(std::filesystem::path path);
 
 }  // namespace vblur::host

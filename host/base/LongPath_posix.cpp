@@ -2,7 +2,7 @@
 
 namespace vblur::host {
 
-std::filesystem::path ExtendedPath(const std::filesystem::path& path) {
+std::filesystem::path ExtendedPath(std::filesystem::path path) {
   return path;
 }
 

@@ -1,22 +1,50 @@
 #include "host/base/LongPath.h"
 
 #include <string>
-#include <system_error>
+
+#include "host/base/LongPath_windows.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
 
 namespace vblur::host {
 
-std::filesystem::path ExtendedPath(const std::filesystem::path& path) {
-  // Folders have 12 fewer than files.
-  constexpr std::size_t kMost = 260 - 12;
-  // The class takes the beginning for a folder.
-  if (path.native().starts_with(L"\\\\?\\")) return path;
-  std::error_code error;
-  const auto whole = std::filesystem::absolute(path, error);
-  const std::wstring& name = whole.native();
-  if (error || name.size() < kMost) return path;
-  std::wstring plain = whole.lexically_normal().make_preferred().native();
-  if (plain.starts_with(L"\\\\")) return L"\\\\?\\UNC" + plain.substr(1);
-  return L"\\\\?\\" + plain;
+namespace {
+
+constexpr std::wstring_view kPrefix = L"\\\\?\\";
+constexpr std::wstring_view kNetworkPrefix = L"\\\\?\\UNC\\";
+
+}  // namespace
+
+std::wstring FullPathOf(const std::filesystem::path& path) {
+  const std::wstring short_ = WithoutLongPrefix(path.native());
+  std::wstring full(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetFullPathNameW(short_.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    if (length == 0) return short_;
+    const bool fits = length < full.size();
+    full.resize(length);
+    if (fits) return full;
+  }
+}
+
+std::wstring WithoutLongPrefix(const std::wstring& path) {
+  if (path.starts_with(kNetworkPrefix)) return L"\\\\" + path.substr(kNetworkPrefix.size());
+  return path.starts_with(kPrefix) ? path.substr(kPrefix.size()) : path;
+}
+
+// Folders hold files of 8.3 characters below the limit of 260.
+std::filesystem::path ExtendedPath(std::filesystem::path path) {
+  constexpr std::size_t kShort = 240;
+  if (path.empty() || path.native().starts_with(L"\\\\.\\")) return path;
+  const std::wstring full = FullPathOf(path);
+  if (full.size() < kShort || full.starts_with(L"\\\\.\\")) {
+    return path.native().starts_with(kPrefix) ? std::filesystem::path(full) : path;
+  }
+  if (full.starts_with(L"\\\\")) return std::wstring(kNetworkPrefix) + full.substr(2);
+  return std::wstring(kPrefix) + full;
 }
 
 }  // namespace vblur::host

@@ -12,7 +12,7 @@
 namespace vblur::host {
 
 OutputFileCommit::OutputFileCommit(const std::filesystem::path& target)
-    : target_(EndOfLinks(target)), written_(PartFileFor(target_)), note_(written_) {}
+    : target_(ExtendedPath(EndOfLinks(target))), written_(PartFileFor(target_)), note_(written_) {}
 
 OutputFileCommit::~OutputFileCommit() {
   std::error_code ignored;

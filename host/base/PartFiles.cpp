@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include "host/base/LongPath.h"
 #include "host/base/Processes.h"
 #include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
@@ -52,7 +53,7 @@ std::filesystem::path PartFileFor(const std::filesystem::path& target) {
   const std::string name = "." + Utf8Of(target.stem()).substr(0, kLongestPiece) + "." + MachinePiece() + "-" +
                            std::to_string(OwnProcess()) + "-" + std::to_string(counter++) + ".part" +
                            Utf8Of(target.extension());
-  return target.parent_path() / PathOf(name);
+  return ExtendedPath(target.parent_path() / PathOf(name));
 }
 
 PartFileNote::PartFileNote(const std::filesystem::path& file) {

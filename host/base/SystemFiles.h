@@ -6,6 +6,10 @@
 
 namespace vblur::host {
 
+// What is wrong with the name of a file to write, whatever lies there: a device, or characters that the system gives a
+// meaning. Empty for nothing, as everywhere but on Windows.
+std::string FlawOfName(const std::filesystem::path& file);
+
 // Puts what was written into a file, or the names in a folder, on the disk. The error in words; empty for success, and
 // where the file system keeps them by other means.
 std::string SyncFile(const std::filesystem::path& file);

@@ -25,6 +25,10 @@ std::string TextOf(int error) {
 
 }  // namespace
 
+std::string FlawOfName(const std::filesystem::path& /*file*/) {
+  return {};
+}
+
 std::string SyncFile(const std::filesystem::path& file) {
   return TextOf(SyncPath(file, 0));
 }

@@ -1,6 +1,7 @@
 #include "host/base/SystemFiles.h"
 
 #include "host/base/LongPath.h"
+#include "host/base/LongPath_windows.h"
 #include "host/base/SystemError_windows.h"
 
 #ifndef NOMINMAX
@@ -9,6 +10,16 @@
 #include <windows.h>
 
 namespace vblur::host {
+
+std::string FlawOfName(const std::filesystem::path& file) {
+  // Such as nul, con and, with some systems, nul.png.
+  if (FullPathOf(file).starts_with(L"\\\\.\\")) return "it is a device, a file name was expected";
+  // A colon would begin the name of a stream in a file.
+  const std::filesystem::path plain = WithoutLongPrefix(file.native());
+  if (plain.relative_path().native().find_first_of(L"<>:\"|?*") != std::wstring::npos)
+    return R"(a file name holds none of < > : " | ? *)";
+  return {};
+}
 
 std::string SyncFile(const std::filesystem::path& file) {
   constexpr DWORD kAnySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
@@ -35,6 +46,10 @@ void CopyPermissions(const std::filesystem::path& from, const std::filesystem::p
 }
 
 std::string MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
+  // Not every system asks.
+  const DWORD old = GetFileAttributesW(ExtendedPath(to).c_str());
+  if (old != INVALID_FILE_ATTRIBUTES && (old & FILE_ATTRIBUTE_READONLY) != 0)
+    return SystemErrorText(ERROR_ACCESS_DENIED);
   constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
   return MoveFileExW(ExtendedPath(from).c_str(), ExtendedPath(to).c_str(), kHow) != 0 ? std::string() : LastErrorText();
 }

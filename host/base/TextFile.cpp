@@ -10,6 +10,7 @@
 
 #include "host/base/Descriptors.h"
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
 #include "host/base/StandardStream.h"
 #include "host/base/Utf8.h"
 
@@ -33,7 +34,7 @@ bool ReadStandardInput(std::string& text) {
 
 bool ReadFile(const std::filesystem::path& path, std::string& text) {
   errno = 0;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(ExtendedPath(path), std::ios::binary);
   if (!file) return false;
   std::array<char, 65536> part;
   while (text.size() <= kLargest && (file.read(part.data(), part.size()) || file.gcount() > 0))

@@ -8,6 +8,7 @@
 #include "host/base/OutputFileCommit.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 #include "host/files/PictureLibrary.h"
 #include "host/files/StandardOutput.h"
@@ -16,6 +17,7 @@ namespace vblur::host {
 
 void RequireWritable(const std::filesystem::path& path, bool overwrite) {
   if (IsStandardStream(path)) return RequirePictureOutput();
+  if (const std::string flaw = FlawOfName(path); !flaw.empty()) RefuseToWrite(path, flaw);
   std::error_code error;
   const auto real = ExtendedPath(EndOfLinks(path));
   const auto folder = real.parent_path().empty() ? std::filesystem::path(".") : real.parent_path();

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
 #include "host/base/NameMatch.h"
 #include "host/base/Utf8.h"
 
@@ -85,7 +86,7 @@ void FramePattern::CheckLengths() const {
   const std::string name = FileName(0);
   std::size_t part = 0;
   for (const char c : name) {
-    part = c == '/' ? 0 : part + 1;
+    part = std::string_view(kSeparators).find(c) != std::string_view::npos ? 0 : part + 1;
     if (part > kLongestPart) Refuse(Quoted(pattern_), "a name of more than 255 bytes, which no file can have");
   }
   if (name.size() > kLongest) Refuse(Quoted(pattern_), "a path of more than 4095 bytes, which no file can have");
@@ -144,13 +145,13 @@ std::optional<std::int32_t> FramePattern::FrameOf(const std::string& fileName) c
 
 std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path& folder) const {
   // The number may stand in the name of a folder.
-  const std::size_t start = head_.rfind('/') + 1;
-  const std::size_t end = std::min(tail_.find('/'), tail_.size());
+  const std::size_t start = head_.find_last_of(kSeparators) + 1;
+  const std::size_t end = std::min(tail_.find_first_of(kSeparators), tail_.size());
   const std::string_view head = std::string_view(head_).substr(start);
   const std::string_view tail = std::string_view(tail_).substr(0, end);
   std::vector<std::int32_t> frames;
   std::error_code error;
-  std::filesystem::directory_iterator entry(folder / PathOf(head_.substr(0, start)), error);
+  std::filesystem::directory_iterator entry(ExtendedPath(folder / PathOf(head_.substr(0, start))), error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
     const std::string name = Utf8Of(entry->path().filename());
     if (name.size() <= head.size() + tail.size() || !name.starts_with(head) || !name.ends_with(tail)) continue;
@@ -162,7 +163,7 @@ std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path
     const std::string file = FileName(frame);
     if (file.compare(start, name.size(), name) != 0) continue;
     std::error_code ignored;
-    if (std::filesystem::is_regular_file(folder / PathOf(file), ignored)) frames.push_back(frame);
+    if (std::filesystem::is_regular_file(ExtendedPath(folder / PathOf(file)), ignored)) frames.push_back(frame);
   }
   std::ranges::sort(frames);
   return frames;

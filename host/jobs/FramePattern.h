@@ -15,6 +15,9 @@ namespace vblur::host {
 // that begins nothing of these, as in 50%.png; %% stands for one in any case, %# and %@ for marks.
 class FramePattern {
  public:
+  // What parts names of folders and files.
+  static constexpr const char* kSeparators = std::filesystem::path::preferred_separator == '/' ? "/" : "/\\:";
+
   // Throws Failure (wrong usage) for a pattern with more than one number, a NUL character, and a name that is too long
   // for a file.
   explicit FramePattern(std::string pattern);

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
 #include "host/base/NameMatch.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
@@ -78,7 +79,7 @@ std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, s
   std::filesystem::path name = PathOf(pattern.FileName(frame));
   if (IsStandardStream(name)) return name;
   // Messages name "x" rather than "./x".
-  return job.folder == "." || job.folder.empty() ? name : job.folder / name;
+  return ExtendedPath(job.folder == "." || job.folder.empty() ? name : job.folder / name);
 }
 
 std::filesystem::path OutputFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {
@@ -113,12 +114,12 @@ std::vector<FramePattern> SequencesReadBy(const Job& job) {
   std::vector<FramePattern> sequences;
   for (const auto& [field, file] : FilesReadBy(job)) {
     if (!FramePattern(*file).HasNumber()) continue;
-    const std::size_t name = file->rfind('/') + 1;
+    const std::size_t name = file->find_last_of(FramePattern::kSeparators) + 1;
     const FramePattern folder(file->substr(0, name));
     // A number in the name of a folder: frames in several folders, whose links are not looked up.
     if (folder.HasNumber()) continue;
     const auto real = RealPaths().Of(JobFilePath(job, folder, 0) / "name").parent_path();
-    sequences.emplace_back(FramePattern::Escaped(Utf8Of(real) + "/") + file->substr(name));
+    sequences.emplace_back(FramePattern::Escaped(Utf8Of(real / "")) + Utf8Of(InOneCase(PathOf(file->substr(name)))));
   }
   return sequences;
 }

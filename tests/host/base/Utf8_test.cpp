@@ -23,5 +23,25 @@ TEST(Utf8, ReplacesHalvesOfSurrogatePairs) {
             "a");
 }
 
+TEST(Utf8, BecomesUtf16AndBack) {
+  for (const std::u16string text : {u"", u"a", u"\u0080\u07FF", u"\u0800\uFFFF", u"\U00010000\U0010FFFF"})
+    EXPECT_EQ(Utf16Of(Utf8Of(text)), text);
+}
+
+TEST(Utf8, ReplacesWhatIsNone) {
+  EXPECT_EQ(Utf16Of("a\xFFz"), u"a\uFFFDz");
+  EXPECT_EQ(Utf16Of("\xC3"), u"\uFFFD");
+  EXPECT_EQ(Utf16Of("\xC0\x80"), u"\uFFFD\uFFFD");
+  EXPECT_EQ(Utf16Of("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(Utf16Of("\xF4\x90\x80\x80"), u"\uFFFD\uFFFD\uFFFD\uFFFD");
+}
+
+TEST(Utf8, NamesFilesOfAnyCharacters) {
+  const std::string name = "\xC3\xA9\xE6\x97\xA5\xF0\x9F\x98\x80.png";
+  EXPECT_EQ(Utf8Of(PathOf(name)), name);
+  EXPECT_EQ(Utf8Of(PathOf("folder/" + name).filename()), name);
+  EXPECT_EQ(PathOf(name), std::filesystem::path(std::u16string(u"\u00E9\u65E5\U0001F600.png")));
+}
+
 }  // namespace
 }  // namespace vblur::host
