@@ -15,7 +15,9 @@ inline constexpr std::string_view kTransition = "transition";
 inline constexpr std::string_view kHelp = classes::NameOf(classes::kHelpPPG);
 inline constexpr std::string_view kCrop = "crop";
 
-inline constexpr std::array kAll{kFullBlur, kTransitionBlur, kTransition, kHelp, kCrop};
+// Not inline: g++ for Windows puts a constant of addresses into other sections in other files, and its linker takes it
+// for two.
+constexpr std::array kAll{kFullBlur, kTransitionBlur, kTransition, kHelp, kCrop};
 
 struct NamedPage {
   std::string_view name;
