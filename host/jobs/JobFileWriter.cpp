@@ -103,7 +103,8 @@ Json JobToJson(const Job& job) {
 // through links.
 std::string Rebased(const std::string& file, fs::path from, const fs::path& to) {
   const fs::path name = PathOf(file);
-  if (name.is_absolute() || IsStandardStream(name)) return file;
+  // On Windows a name may begin at the root of a drive that it does not name.
+  if (name.has_root_path() || IsStandardStream(name)) return file;
   auto part = name.begin();
   for (; part != name.end() && (*part == ".." || *part == "."); ++part) {
     if (*part == "..") from = from.parent_path();
@@ -112,7 +113,8 @@ std::string Rebased(const std::string& file, fs::path from, const fs::path& to) 
   if (rebased == ".") rebased.clear();
   for (; part != name.end(); ++part)
     rebased /= *part;
-  return Utf8Of(rebased);
+  // With strokes, which every system reads.
+  return Utf8Of(fs::path(rebased.generic_string<fs::path::value_type>()));
 }
 
 fs::path FolderOf(const fs::path& path) {

@@ -24,9 +24,9 @@ ExecuteContext* signalled = nullptr;
 TEST(ExecuteContext, ASignalHandlerMayStopIt) {
   ExecuteContext context;
   signalled = &context;
-  const auto before = std::signal(SIGUSR1, [](int) { signalled->Stop(); });
-  EXPECT_EQ(std::raise(SIGUSR1), 0);
-  std::signal(SIGUSR1, before);
+  const auto before = std::signal(SIGINT, [](int) { signalled->Stop(); });
+  EXPECT_EQ(std::raise(SIGINT), 0);
+  std::signal(SIGINT, before);
   EXPECT_EQ(context.MayContinue(), 0);
 }
 

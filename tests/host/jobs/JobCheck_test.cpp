@@ -382,6 +382,7 @@ TEST(JobCheck, RefusesASequenceThatRunsOverAStill) {
 }
 
 TEST(JobCheck, LooksThroughLinks) {
+  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
   const ScratchFolder scratch;
   scratch.Write("real.png", "x");
   fs::create_symlink(scratch.path() / "real.png", scratch.path() / "link.png");
@@ -392,6 +393,7 @@ TEST(JobCheck, LooksThroughLinks) {
 }
 
 TEST(JobCheck, LooksThroughLinkedFolders) {
+  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
   const ScratchFolder scratch;
   fs::create_directory(scratch.path() / "real");
   fs::create_directory_symlink(scratch.path() / "real", scratch.path() / "link");
@@ -438,6 +440,7 @@ TEST(JobCheck, RefusesASequenceThatFeedsItself) {
 }
 
 TEST(JobCheck, RefusesFramesThatShareAnOutput) {
+  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
   const ScratchFolder scratch;
   scratch.Write("out.0001.exr", "x");
   fs::create_symlink("out.0001.exr", scratch.path() / "out.0003.exr");
@@ -451,6 +454,7 @@ TEST(JobCheck, RefusesFramesThatShareAnOutput) {
 }
 
 TEST(JobCheck, FollowsUpwardStepsFromWhereTheFolderIs) {
+  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
   const ScratchFolder scratch;
   fs::create_directories(scratch.path() / "deep/real");
   fs::create_directory_symlink(scratch.path() / "deep/real", scratch.path() / "link");

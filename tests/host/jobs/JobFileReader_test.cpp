@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <sys/stat.h>
 
 #include "host/jobs/JobFile.h"
 #include "host/properties/PropertyText.h"

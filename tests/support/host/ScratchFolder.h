@@ -9,6 +9,13 @@
 
 namespace vblur::host {
 
+// Whether std::filesystem makes symbolic links here.
+#ifdef _WIN32
+inline constexpr bool kMakesLinks = false;
+#else
+inline constexpr bool kMakesLinks = true;
+#endif
+
 class ScratchFolder {
  public:
   ScratchFolder() {

@@ -1,0 +1,55 @@
+// The classes of a loaded server, as the system's COM finds them.
+#include <gtest/gtest.h>
+
+#include "host/hosted/EffectServer.h"
+#include "platform/ComPtr.h"
+#include "platform/IDSImageEffect.h"
+#include "sdk/effects/Catalogue.h"
+#include "sdk/effects/ClassObjects.h"
+
+namespace vblur::host {
+namespace {
+
+constexpr GUID kBlurClass = MakeGuid("{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}");
+
+HRESULT CreateEffectByClass(ComPtr<IDSImageEffect>& effect) {
+  return CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IDSImageEffect::kIid, effect.Receive());
+}
+
+TEST(EffectServerClasses, AreGivenToTheSystemWhileTheServerIsLoaded) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  ComPtr<IDSImageEffect> effect;
+  for (int i = 0; i < 2; ++i) {
+    const EffectServer server(DefaultServerFile());
+    EXPECT_EQ(CreateEffectByClass(effect), kOk);
+    ASSERT_TRUE(effect);
+    EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), kOk);
+    effect.reset();
+    EXPECT_EQ(CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IClassFactory::kIid, effect.Receive()),
+              kNoInterface);
+    EXPECT_EQ(CoCreateInstance(kBlurClass, nullptr, CLSCTX_INPROC_SERVER, IUnknown::kIid, nullptr), kNullPointer);
+  }
+  EXPECT_NE(CreateEffectByClass(effect), kOk);
+  UseCatalogue(nullptr);
+}
+
+HRESULT LackingServer(const GUID&, const GUID&, void** result) {
+  *result = nullptr;
+  return kNoSuchClass;
+}
+
+TEST(EffectServerClasses, AreAskedOfTheServerAtEachObject) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  catalogue.AddClass(kBlurClass, nullptr, 0);
+  AddServer(&LackingServer);
+  ComPtr<IDSImageEffect> effect;
+  EXPECT_EQ(CreateEffectByClass(effect), kNoSuchClass);
+  RemoveServer(&LackingServer);
+  EXPECT_NE(CreateEffectByClass(effect), kOk);
+  UseCatalogue(nullptr);
+}
+
+}  // namespace
+}  // namespace vblur::host
