@@ -8,11 +8,11 @@
 #include <mutex>
 #include <new>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 #include "image/HvMemory.h"
 #include "image/HvProcessors.h"
+#include "image/HvThread.h"
 #include "image/HvThreadWord.h"
 #include "image/HvWait.h"
 
@@ -146,9 +146,7 @@ class Pool {
     stopping_.store(true, std::memory_order_relaxed);
     generation_.fetch_add(1, std::memory_order_release);
     HvWakeAll(generation_);
-    for (std::thread& worker : workers_)
-      worker.join();
-    std::vector<std::thread>().swap(workers_);
+    std::vector<HvThread>().swap(workers_);
     hold_.Release();
     stopping_.store(false, std::memory_order_relaxed);
   }
@@ -174,7 +172,7 @@ class Pool {
   std::atomic<bool> stopping_{false};
   const HvCallBlock* block_ = nullptr;
   HvMemoryAccount* account_ = nullptr;
-  std::vector<std::thread> workers_;
+  std::vector<HvThread> workers_;
   HvLibraryHold hold_;
 };
 

@@ -20,11 +20,12 @@ HMODULE ServerModule() {
 
 }  // namespace vblur
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds) {
   if (reason == DLL_PROCESS_ATTACH) {
     vblur::module = instance;
     DisableThreadLibraryCalls(instance);
-  } else if (reason == DLL_PROCESS_DETACH) {
+  } else if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
+    // A process that ends gives all back; its other threads may have died with locks of the memory held.
     vblur::ReleaseOverlayQuadric();
   }
   return TRUE;

@@ -56,10 +56,14 @@ IClassFactory* MakeBlurFactory() {
 }
 
 IClassFactory* MakeViewerToolFactory() {
-  // Set once, before the first tool. The shared quadric is deleted when the server is unloaded.
+  // Set once, before the first tool. The shared quadric is deleted when the server is unloaded, on Windows by DllMain.
   struct ToolsOfServer {
     ToolsOfServer() { HvTInteract::liveObjects = &ServerLocks(); }
-    ~ToolsOfServer() { ReleaseOverlayQuadric(); }
+#ifndef _WIN32
+    ~ToolsOfServer() {
+      ReleaseOverlayQuadric();
+    }
+#endif
   };
   static const ToolsOfServer tools;
   return new (std::nothrow) CDsClassFactory<HvTInteract, 0, 0>(ServerLocks());

@@ -40,15 +40,19 @@ Function* Find(HINSTANCE library, const char* name) {
   return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
 }
 
-std::wstring RegisteredFile(const GUID& clsid) {
+std::wstring Registered(const GUID& clsid, const wchar_t* value) {
   std::array<wchar_t, 39> id{};
   ::StringFromGUID2(System(clsid), id.data(), 39);
   std::array<wchar_t, 1024> file{};
   DWORD size = sizeof file;
   const std::wstring key = L"Software\\Classes\\CLSID\\" + std::wstring(id.data()) + L"\\InprocServer32";
-  if (::RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, file.data(), &size) != 0)
+  if (::RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), value, RRF_RT_REG_SZ, nullptr, file.data(), &size) != 0)
     return L"";
   return file.data();
+}
+
+std::wstring RegisteredFile(const GUID& clsid) {
+  return Registered(clsid, nullptr);
 }
 
 // Registers the classes of the file as the system's own tool does: by its entry point.
@@ -97,6 +101,8 @@ TEST_F(ServerComponents, AllClassesAreEnteredWithTheFileAndItsThreads) {
     const std::wstring file = RegisteredFile(clsid);
     EXPECT_TRUE(file.ends_with(L"\\V_Blur.dll")) << std::string(file.begin(), file.end());
   }
+  for (const GUID& clsid : kClasses)
+    EXPECT_EQ(Registered(clsid, L"ThreadingModel"), L"Both");
   EXPECT_FALSE(IsLoaded());
 }
 
@@ -181,6 +187,7 @@ struct Holdings {
   DWORD userObjects = 0;
   DWORD drawingObjects = 0;
   SIZE_T heap = 0;
+  DWORD threadWord = 0;  // the next of the words that the system has for threads
 
   static Holdings Now() {
     Holdings now;
@@ -194,6 +201,8 @@ struct Holdings {
       if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) now.heap += entry.cbData;
     }
     ::HeapUnlock(heap);
+    now.threadWord = ::TlsAlloc();
+    ::TlsFree(now.threadWord);
     return now;
   }
 };
@@ -252,7 +261,8 @@ TEST(ServerComponentsAgain, AThousandLoadsLeaveNothing) {
   EXPECT_LE(after.handles, before.handles + 4);
   EXPECT_LE(after.userObjects, before.userObjects);
   EXPECT_LE(after.drawingObjects, before.drawingObjects);
-  EXPECT_LE(after.heap, before.heap + 64 * 1024);
+  EXPECT_LE(after.heap, before.heap + 4 * 1024);
+  EXPECT_EQ(after.threadWord, before.threadWord);
   host::KeepClassesInProcess(false);
 }
 

@@ -13,7 +13,7 @@ if [ -z "${VBLUR_OWN_SCREEN:-}" ]; then
 fi
 scratch=$(mktemp -d)
 export VBLUR_WINEPREFIX=$scratch/prefix
-trap '"$tools/wine-server" stop; rm -rf "$scratch"' EXIT
+trap 'WINEPREFIX=$scratch/prefix /usr/lib/wine/wineserver64 -k || true; rm -rf "$scratch"' EXIT
 
 "$tools/wine" "$program" --gtest_also_run_disabled_tests --gtest_filter=PageFrame.DISABLED_ShowsWhatAUserDoes \
   >"$scratch/out" 2>&1 </dev/null &
