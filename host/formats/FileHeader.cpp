@@ -180,6 +180,7 @@ void ReadTiff(File& file, FileHeader& header) {
   header.channels = static_cast<std::int32_t>(tags.Number(kSamples, 1));
   const std::int64_t meaning = tags.Number(kMeaning, 1);
   header.isGrey = meaning <= 1;
+  header.isWhiteLeast = meaning == 0;
   header.isPalette = meaning == 3;
   header.hasInks = meaning == 5;
   if (header.isPalette) header.palette = PaletteOf(tags.Numbers(kColours));

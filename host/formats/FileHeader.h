@@ -19,6 +19,7 @@ struct FileHeader {
   bool isPalette = false;
   bool hasInks = false;
   bool associatedAlpha = false;
+  bool isWhiteLeast = false;  // the least value of its grey is white
   // Of a TIFF file; 0: it has none.
   std::int32_t tileWidth = 0;
   std::int32_t tileHeight = 0;

@@ -38,6 +38,9 @@ void RequireSound(const std::filesystem::path& path, const FileHeader& header, s
     RefuseToRead(path, "not a picture, or one of another format, expected one of png, tif, jpg, bmp");
   if (header.width <= 0 || header.height <= 0 || header.channels <= 0)
     RefuseToRead(path, "it has no pixels (" + PixelsOf(header.width, header.height) + ")");
+  // Codecs turn such values at 8 bits and leave them at 16.
+  if (header.isWhiteLeast && header.bits > 8)
+    RefuseToRead(path, "grey of 16 bits whose least value is white is not read here, expected the least to be black");
   RequirePixels(path, header.width, header.height, header.channels, "", mostPixels);
   if (!header.isWhole)
     RefuseToRead(path, "the picture is damaged or cut short (its header says more than the file holds)");

@@ -15,6 +15,7 @@
 #include "host/formats/ExifBlock.h"
 #include "host/formats/JpegSegments.h"
 #include "host/formats/PngHead.h"
+#include "host/formats/TiffAlpha.h"
 #include "host/wic/CodecTraits.h"
 #include "host/wic/FileMetadata.h"
 #include "host/wic/FrameEncoder.h"
@@ -58,6 +59,7 @@ class Writing {
       CopyWithHead(*encoded);
     }
     if (!stream_->Close()) Fail("writing failed");
+    DeclareAlpha();
     NoteOptions();
   }
 
@@ -162,12 +164,24 @@ class Writing {
     }
   }
 
+  // Codecs of TIFF files declare alpha as they like: the output says what the input did.
+  void DeclareAlpha() const {
+    const bool isPremultiplied = picture_.metadata != nullptr && picture_.metadata->associatedAlpha;
+    if (picture_.format.name != "tiff" || !isPremultiplied) return;
+    const std::filesystem::path file = ExtendedPath(picture_.file);
+    if (!ReadFileHeader(file).hasAlpha || SetTiffAlphaMeaning(file, TiffAlpha::Premultiplied)) return;
+    Refuse("the file cannot declare its colours as premultiplied");
+  }
+
   // Codecs pass over options that they do not have.
   void NoteOptions() {
-    if (picture_.storage.quality && !HasJpegQuality())
+    if (picture_.format.name == "jpeg" && !HasJpegQuality())
       pixels_.notes.emplace_back("output: the system's codec has no choice of quality, written with its own");
-    if (!picture_.storage.compression) return;
-    const std::string asked = FindCompression(picture_.format, *picture_.storage.compression);
+    const bool isLikeInput = picture_.metadata != nullptr && picture_.metadata->header.format == picture_.format.name;
+    const std::string kept = isLikeInput && picture_.format.name == "tiff" ? picture_.metadata->header.compression : "";
+    if (!picture_.storage.compression && kept.empty()) return;
+    const std::string asked =
+        picture_.storage.compression ? FindCompression(picture_.format, *picture_.storage.compression) : kept;
     const std::string written = ReadFileHeader(ExtendedPath(picture_.file)).compression;
     if (asked != written)
       pixels_.notes.push_back("output: the system's codec has no compression " + asked + ", written with " + written);

@@ -29,6 +29,7 @@ grep -q "$version" "$work/out" || { echo "vblur --version says: $(cat "$work/out
 run properties Blur
 run chart größer.png --size 96x64
 run render größer.png weich.png --blur 9
+run info "$(pwd)/größer.png"
 [ -s weich.png ] || { echo "weich.png: not written"; exit 1; }
 "$wine" regsvr32 /s V_Blur.dll || { echo "regsvr32: exit code $?"; exit 1; }
 "$wine" regsvr32 /s /u V_Blur.dll || { echo "regsvr32 /u: exit code $?"; exit 1; }
