@@ -13,8 +13,9 @@ import subprocess
 import sys
 
 FUNCTION = re.compile(r"^[0-9a-f]+ <(.+)>:$")
-# Moves that need aligned memory, to or from a place on the stack.
-ALIGNED_SPILL = re.compile(r"\bvmov(?:aps|apd|dqa|dqa32|dqa64)\b.*\(%(?:rsp|rbp)[,)]")
+# Moves that need aligned memory: on the stack, or behind a pointer that may lead there. What lies at a place of the
+# library itself is aligned.
+ALIGNED_SPILL = re.compile(r"\bvmov(?:aps|apd|dqa|dqa32|dqa64)\b.*\(%(?!rip)\w+[,)]")
 WIDE = re.compile(r"%[yz]mm\d")
 ALIGNS_STACK = re.compile(r"\band\s+\$0xffffffffffffff[ec]0,%rsp|\band\s+\$0xffffffffffffff80,%rsp")
 
