@@ -1,7 +1,8 @@
+#include "tests/support/host/TestModule.h"
+
 #include "resources/Bitmaps.h"
 #include "resources/Dialogs.h"
 #include "resources/Strings.h"
-#include "tests/support/host/TestModule.h"
 
 namespace vblur {
 

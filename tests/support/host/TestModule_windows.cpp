@@ -1,3 +1,5 @@
+#include "tests/support/host/TestModule.h"
+
 #include <array>
 #include <atomic>
 #include <cstring>
@@ -10,7 +12,6 @@
 #include <vector>
 
 #include "host/pages/DialogTemplate.h"
-#include "tests/support/host/TestModule.h"
 #include "tools/resources/ResourceScript.h"
 // After the project's.
 #include <windows.h>

@@ -1,6 +1,7 @@
+#include "tests/support/window/CountedWindow.h"
+
 #include "platform/Window.h"
 #include "sdk/system/SystemTypes_windows.h"
-#include "tests/support/window/CountedWindow.h"
 
 namespace vblur::test {
 
