@@ -1,14 +1,12 @@
 // The functions that this module exports.
 #include <OpenImageIO/imagebufalgo.h>
 
-#include "host/drawing/ContactSheet.h"
-#include "host/drawing/KernelPlot.h"
+#include "host/drawing/PaintedDrawings.h"
 #include "host/files/PictureLibrary.h"
 #include "host/pictures/FontFilePainter.h"
 #include "host/pictures/PictureReading.h"
 #include "host/pictures/PictureReporting.h"
 #include "host/pictures/PictureWriting.h"
-#include "host/studies/DrawingLibrary.h"
 
 namespace vblur::host {
 
@@ -39,18 +37,6 @@ class PictureModule final : public PictureLibrary {
   }
 };
 
-class DrawingModule final : public DrawingLibrary {
- public:
-  void RequireText() override { const FontFilePainter text; }
-  void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const EffectFactory& makeEffect,
-                 ExecuteContext& context, HostImage& sheet) override {
-    host::DrawSheet(plan, pictures, FontFilePainter(), makeEffect, context, sheet);
-  }
-  void DrawKernel(const KernelReport& report, HostImage& into) override {
-    host::DrawKernel(report, FontFilePainter(), into);
-  }
-};
-
 }  // namespace
 
 }  // namespace vblur::host
@@ -65,6 +51,6 @@ extern "C" vblur::host::PictureLibrary* VBlurPictureLibrary() {
 }
 
 extern "C" vblur::host::DrawingLibrary* VBlurDrawingLibrary() {
-  static vblur::host::DrawingModule module;
+  static vblur::host::PaintedDrawings<vblur::host::FontFilePainter> module;
   return &module;
 }

@@ -1,8 +1,6 @@
 // The picture and the drawing library of Windows.
-#include "host/drawing/ContactSheet.h"
-#include "host/drawing/KernelPlot.h"
+#include "host/drawing/PaintedDrawings.h"
 #include "host/files/PictureLibrary.h"
-#include "host/studies/DrawingLibrary.h"
 #include "host/wic/GdiTextPainter.h"
 #include "host/wic/PictureReading.h"
 #include "host/wic/PictureWriting.h"
@@ -26,18 +24,6 @@ class SystemPictures final : public PictureLibrary {
   void Scale(const HostImage& from, HostImage& to) override { ScaleByTriangles(from, to); }
 };
 
-class SystemDrawings final : public DrawingLibrary {
- public:
-  void RequireText() override { const GdiTextPainter text; }
-  void DrawSheet(const SheetPlan& plan, const SheetPictures& pictures, const EffectFactory& makeEffect,
-                 ExecuteContext& context, HostImage& sheet) override {
-    host::DrawSheet(plan, pictures, GdiTextPainter(), makeEffect, context, sheet);
-  }
-  void DrawKernel(const KernelReport& report, HostImage& into) override {
-    host::DrawKernel(report, GdiTextPainter(), into);
-  }
-};
-
 }  // namespace
 
 PictureLibrary& ThePictureLibrary() {
@@ -46,7 +32,7 @@ PictureLibrary& ThePictureLibrary() {
 }
 
 DrawingLibrary& TheDrawingLibrary() {
-  static SystemDrawings library;
+  static PaintedDrawings<GdiTextPainter> library;
   return library;
 }
 

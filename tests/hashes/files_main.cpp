@@ -1,11 +1,8 @@
 // Writes the frames that are compared as files, for the programs of all platforms, and hashes what the programs made of
 // them.
-#include <cstdio>
-#include <exception>
 
 #include <CLI/CLI.hpp>
 
-#include "host/base/Failure.h"
 #include "host/files/PictureFile.h"
 #include "host/jobs/JobFile.h"
 #include "tests/differential/EffectRun.h"
@@ -13,6 +10,7 @@
 #include "tests/hashes/HashedFrames.h"
 #include "tests/hashes/NumberFile.h"
 #include "tests/hashes/PictureHash.h"
+#include "tests/hashes/ToolMain.h"
 
 namespace {
 
@@ -83,13 +81,5 @@ int RunCommandLine(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return RunCommandLine(argc, argv);
-  } catch (const host::Failure& failure) {
-    std::fprintf(stderr, "hashes: %s\n", failure.what());
-    return static_cast<int>(failure.Code());
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "hashes: %s\n", error.what());
-    return 1;
-  }
+  return RunTool(RunCommandLine, argc, argv);
 }

@@ -1,16 +1,15 @@
 // Prints a hash for each of the frames that are compared between platforms, CPU levels, numbers of threads and
 // programs.
 #include <cstdio>
-#include <exception>
 
 #include <CLI/CLI.hpp>
 
-#include "host/base/Failure.h"
 #include "tests/differential/EffectRun.h"
 #include "tests/differential/PngLimits.h"
 #include "tests/hashes/HashedFrames.h"
 #include "tests/hashes/NumberFile.h"
 #include "tests/hashes/PictureHash.h"
+#include "tests/hashes/ToolMain.h"
 #include "tests/support/TestServer.h"
 
 namespace {
@@ -87,13 +86,5 @@ int RunCommandLine(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return RunCommandLine(argc, argv);
-  } catch (const host::Failure& failure) {
-    std::fprintf(stderr, "hashes: %s\n", failure.what());
-    return static_cast<int>(failure.Code());
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "hashes: %s\n", error.what());
-    return 1;
-  }
+  return RunTool(RunCommandLine, argc, argv);
 }
