@@ -162,7 +162,7 @@ class Program {
   Program() : app_("Blurs and sharpens pictures and sequences of pictures.", "vblur") {
     app_.set_version_flag("-V,--version", "vblur " VBLUR_VERSION);
     app_.set_help_flag("-h,--help", "Print this help and end");
-    // A name may begin with a stroke everywhere.
+    // On Windows too a name may begin with a slash.
     app_.allow_windows_style_options(false);
     app_.get_formatter()->column_width(34);
     app_.require_subcommand(1);

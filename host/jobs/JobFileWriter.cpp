@@ -113,7 +113,7 @@ std::string Rebased(const std::string& file, fs::path from, const fs::path& to) 
   if (rebased == ".") rebased.clear();
   for (; part != name.end(); ++part)
     rebased /= *part;
-  // With strokes, which every system reads.
+  // With slashes, which every system reads.
   return Utf8Of(fs::path(rebased.generic_string<fs::path::value_type>()));
 }
 
