@@ -1,5 +1,5 @@
-// A thread of the pool, started and joined. On Windows it is the system's own: the threads of the cross compiler's
-// library take a word of every thread that an unloaded library does not give back.
+// A thread of the pool, started and joined. On Windows the system starts it: std::thread of the cross compiler would
+// leave a thread-local slot of the process behind at each unload of the library.
 #pragma once
 
 #include <functional>
