@@ -2,28 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "host/files/PictureFile.h"
 #include "host/jobs/JobFile.h"
-#include "tests/differential/EffectRun.h"
+#include "tests/differential/ExpectFile.h"
 #include "tests/differential/PngLimits.h"
 #include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::differential {
 namespace {
-
-void ExpectFile(const std::filesystem::path& file, const DrawnPicture& expected, std::int32_t depth) {
-  host::HostImage image;
-  host::PictureReader reader;
-  if (expected.components == 4) {
-    reader.ReadColour(file, depth, image);
-  } else {
-    reader.ReadMask(file, depth, image);
-  }
-  const DrawnPicture found = FromHostImage(image);
-  EXPECT_EQ(found.width, expected.width) << file;
-  EXPECT_EQ(found.height, expected.height) << file;
-  EXPECT_EQ(found.values, expected.values) << file;
-}
 
 void ExpectFiles(const std::filesystem::path& folder, const DrawnFrame& frame) {
   const std::int32_t depth = *frame.job.depth;
@@ -48,20 +33,6 @@ TEST(FrameFiles, GiveBackALimitedFrame) {
     EXPECT_EQ(read, frame.job);
   }
   EXPECT_GT(masks16, 3);
-}
-
-TEST(FrameFiles, KeepAMaskAsNearAsAnExrFileHoldsIt) {
-  const host::ScratchFolder folder;
-  DrawnFrame frame;
-  frame.job.depth = 16;
-  frame.job.input.emplace().file = "input.exr";
-  frame.job.mask.emplace().file = "mask.exr";
-  frame.job.output.file = "out.exr";
-  frame.input = DrawnPicture{2, 1, 4, {-32768, 0, 1, 2, 32767, 16384, 3, 4}};
-  frame.mask = DrawnPicture{3, 1, 1, {0, 32767, -20000}};
-  WriteFrameFiles(frame, folder.path());
-  ExpectFile(folder.path() / "input.exr", *frame.input, 16);
-  ExpectFile(folder.path() / "mask.exr", {3, 1, 1, {0, 32767, -19999}}, 16);
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/base/Utf8.h"
+#include "host/files/OutputFormat.h"
 #include "host/jobs/JobFile.h"
 #include "tests/differential/Comparison.h"
 #include "tests/support/TestServer.h"
@@ -22,6 +24,11 @@ struct Options {
   std::string cpu = "native";  // "all": every level of the machine
 };
 
+// 16-bit frames hold numbers that no other files keep. Where there are none, another system draws the same frame.
+bool CanKeep() {
+  return std::ranges::any_of(vblur::host::OutputFormats(), [](const auto& format) { return format.name == "openexr"; });
+}
+
 void Explain(const Options& options, std::uint64_t index, const vblur::differential::DrawnFrame& frame,
              const std::string& difference) {
   std::printf("frame %llu of seed %llu: %s\n%s\n", static_cast<unsigned long long>(index),
@@ -30,7 +37,7 @@ void Explain(const Options& options, std::uint64_t index, const vblur::different
   if (options.keep.empty()) return;
   const std::filesystem::path folder = std::filesystem::path(options.keep) / std::to_string(index);
   vblur::differential::WriteFrame(frame, folder);
-  std::printf("kept in %s\n", folder.c_str());
+  std::printf("kept in %s\n", vblur::host::Utf8Of(folder).c_str());
 }
 
 int Run(const Options& options) {
@@ -69,7 +76,7 @@ int RunCommandLine(int argc, char** argv) {
   app.add_flag("--filters", options.filters, "Plain filters alone");
   app.add_option("--cpu", options.cpu, "Code to render with: a level such as twin or AVX2, or all of them")
       ->capture_default_str();
-  app.add_option("--keep", options.keep, "A folder for the jobs and pictures of frames that differ");
+  if (CanKeep()) app.add_option("--keep", options.keep, "A folder for the jobs and pictures of frames that differ");
   CLI11_PARSE(app, argc, argv);
   if (options.cpu != "all") {
     vblur::SetCpuLevel(options.cpu);
