@@ -1,11 +1,6 @@
 #include "host/sequence/FramesInFlight.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include "host/sequence/Machine.h"
 
 namespace vblur::host {
 namespace {
@@ -73,20 +68,6 @@ TEST(FramesInFlight, KeepsToTheFilesThatMayBeOpen) {
   expect(22, 8, 1, 10);
   expect(8, 3, 8, 3);
   expect(0, 1, 8, 1);
-}
-
-TEST(FramesInFlight, CountsTheFilesThatAreOpen) {
-  const std::int64_t before = FreeFiles();
-  const int opened = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-  EXPECT_EQ(FreeFiles(), before - 1);
-  rlimit limit{};
-  ::getrlimit(RLIMIT_NOFILE, &limit);
-  const rlimit fewer{limit.rlim_cur - 7, limit.rlim_max};
-  ::setrlimit(RLIMIT_NOFILE, &fewer);
-  EXPECT_EQ(FreeFiles(), before - 8);
-  ::setrlimit(RLIMIT_NOFILE, &limit);
-  ::close(opened);
-  EXPECT_EQ(FreeFiles(), before);
 }
 
 }  // namespace

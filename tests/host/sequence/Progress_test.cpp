@@ -1,17 +1,28 @@
 #include "host/sequence/Progress.h"
 
+#include <cstdio>
+#include <sstream>
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::host {
 namespace {
 
 class ProgressOutput : public testing::Test {
  protected:
-  ProgressOutput() { stream_ = ::open_memstream(&text_, &size_); }
-  ~ProgressOutput() override {
-    std::fclose(stream_);
-    std::free(text_);
+  ProgressOutput() : stream_(std::fopen(File().string().c_str(), "wb")) {}
+  ~ProgressOutput() override { std::fclose(stream_); }
+
+  std::filesystem::path File() const { return folder_.path() / "printed"; }
+
+  // So far.
+  std::string Printed() {
+    std::fflush(stream_);
+    return Bytes(File());
   }
 
   std::string Run(ProgressStyle style) {
@@ -34,13 +45,11 @@ class ProgressOutput : public testing::Test {
     summary.done = 1;
     summary.code = ExitCode::SomeFramesFailed;
     progress.Finish(summary);
-    std::fflush(stream_);
-    return {text_, size_};
+    return Printed();
   }
 
-  std::FILE* stream_ = nullptr;
-  char* text_ = nullptr;
-  std::size_t size_ = 0;
+  ScratchFolder folder_;
+  std::FILE* stream_;
 };
 
 TEST_F(ProgressOutput, WithoutProgressFailuresRemain) {
@@ -80,8 +89,7 @@ TEST_F(ProgressOutput, ABarIsDrawnRarelyAndTakenAway) {
   RenderSummary summary;
   summary.done = 5000;
   progress.Finish(summary);
-  std::fflush(stream_);
-  const std::string text(text_, size_);
+  const std::string text = Printed();
   EXPECT_NE(text.find("] 1/5000  frame 1  "), std::string::npos);
   EXPECT_NE(text.find("[########################] 5000/5000  frame 5000  "), std::string::npos);
   EXPECT_NE(text.find("\r\033[K5000 done"), std::string::npos);
@@ -103,8 +111,7 @@ TEST_F(ProgressOutput, OnePictureEndsWithALine) {
     summary.failed = status == FrameStatus::Failed ? 1 : 0;
     summary.wallSeconds = 1.25;
     progress.Finish(summary);
-    std::fflush(stream_);
-    const std::string text(text_, size_);
+    const std::string text = Printed();
     return text.substr(text.rfind('\r'));
   };
   EXPECT_EQ(last(FrameStatus::Done), "\r\033[Ka.png: done in 1.25 s\n");

@@ -1,81 +1,15 @@
-#include "host/sequence/SequenceRenderer.h"
-
 #include <algorithm>
 
 #include <gtest/gtest.h>
 
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
+#include "tests/host/sequence/SequenceRendererTest.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
-#include "tests/support/host/ScratchFolder.h"
-#include "tests/support/host/TestEffect.h"
-#include "tests/support/host/WindowedPictures.h"
 
 namespace vblur::host {
 namespace {
-
-class Collector : public RenderObserver {
- public:
-  void OnStart(std::int64_t frames, std::int32_t framesInFlight) override {
-    announced = frames;
-    sideBySide = framesInFlight;
-  }
-  void OnWarning(std::int32_t frame, const std::string& text) override { warnings.emplace_back(frame, text); }
-  void OnFrame(const FrameResult& result) override { results.push_back(result); }
-
-  std::int64_t announced = -1;
-  std::int32_t sideBySide = 0;
-  std::vector<FrameResult> results;
-  std::vector<std::pair<std::int32_t, std::string>> warnings;
-};
-
-class SequenceRenderer : public testing::Test {
- protected:
-  SequenceRenderer() {
-    job_.folder = folder_.path();
-    job_.input.emplace().file = "in.%03d.png";
-    job_.output.file = "out.%03d.png";
-    job_.frames = FrameRange{1, 6, 1};
-    options_.framesInFlight = 1;
-  }
-
-  // A picture whose components all are `value`.
-  void Make(const std::string& name, std::int32_t value, std::int32_t width = 8, std::int32_t height = 6) {
-    HostImage image;
-    image.Reset(8, 4, width, height);
-    for (std::size_t i = 0; i < ComponentCount(image); ++i)
-      SetComponent(image, i, value);
-    PictureWriter().Write(folder_.path() / name, image, nullptr, true);
-  }
-
-  void MakeInputs() {
-    for (int frame = 1; frame <= 6; ++frame)
-      Make("in.00" + std::to_string(frame) + ".png", 10 * frame);
-  }
-
-  std::int32_t ValueOf(const std::string& name) {
-    HostImage image;
-    PictureReader().ReadColour(folder_.path() / name, 8, image);
-    return Component(image, 0);
-  }
-
-  RenderSummary Render(std::function<void(std::size_t)> during = {}, HRESULT result = kOk) {
-    const auto make = [&] {
-      return ComPtr<TestEffect>::Own(new TestEffect(log_, during, result)).As<IDSImageEffect>();
-    };
-    return RenderSequence(job_, make, options_, context_, seen_);
-  }
-
-  bool Exists(const std::string& name) const { return std::filesystem::exists(folder_.path() / name); }
-
-  ScratchFolder folder_;
-  Job job_;
-  RenderOptions options_;
-  ExecuteContext context_;
-  Collector seen_;
-  std::vector<RenderedFrame> log_;
-};
 
 TEST_F(SequenceRenderer, RendersEveryFrameInOrder) {
   MakeInputs();
@@ -227,37 +161,6 @@ TEST_F(SequenceRenderer, ExistingFilesAreRefusedKeptOrReplaced) {
   summary = Render();
   EXPECT_EQ(summary.done, 6);
   EXPECT_EQ(ValueOf("out.005.png"), 51);
-}
-
-TEST_F(SequenceRenderer, OutputsThatLackChannelsOrHaveAnotherTypeAreRenderedAgain) {
-  constexpr FileWindow kWindow{0, 0, 8, 6};
-  const auto channels = [](std::vector<std::string> more) {
-    more.insert(more.begin(), {"R", "G", "B"});
-    return more;
-  };
-  WriteWindowed(folder_.path() / "in.001.exr", kWindow, kWindow, channels({"Y2", "Z"}));
-  job_.input->file = "in.%03d.exr";
-  job_.output.file = "out.%03d.exr";
-  job_.frames = FrameRange{1, 1, 1};
-  options_.skipExisting = true;
-  const auto warningsFor = [&](const std::vector<std::string>& more) {
-    WriteWindowed(folder_.path() / "out.001.exr", kWindow, kWindow, channels(more));
-    seen_.warnings.clear();
-    const auto summary = Render();
-    const std::string warning = seen_.warnings.empty() ? std::string() : seen_.warnings.front().second;
-    EXPECT_EQ(summary.skipped, warning.empty() ? 1 : 0);
-    EXPECT_EQ(Render().skipped, 1);
-    return warning;
-  };
-  const std::string file = (folder_.path() / "out.001.exr").string();
-  EXPECT_EQ(warningsFor({"Y2", "Z"}), "");
-  EXPECT_EQ(warningsFor({"Y2"}), file + ": channel Z is missing; rendered again");
-  job_.output.storage.type = SampleType::Half;
-  EXPECT_EQ(warningsFor({"Y2", "Z"}), file + ": the samples are float, expected half; rendered again");
-  // A layer's colours stand behind others.
-  WriteWindowed(folder_.path() / "in.001.exr", kWindow, kWindow, channels({"far.R", "far.G", "far.B"}));
-  job_.input->layer = "far";
-  EXPECT_EQ(warningsFor({"far.R", "far.G", "far.B"}), "");
 }
 
 TEST_F(SequenceRenderer, APictureWithoutANumberServesEveryFrame) {

@@ -1,0 +1,135 @@
+// Pictures of types, channels and metadata that only some formats have, which a run reads and replaces.
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/sequence/ReplacedInputsTest.h"
+#include "tests/support/host/PlainFiles.h"
+#include "tests/support/host/WindowedPictures.h"
+
+namespace vblur::host {
+namespace {
+
+TEST_F(ReplacedInputs, KeepTypesThatNothingElseHas) {
+  for (const char* type : {"double", "int16"}) {
+    WriteRaw(folder_.path() / "in.tif", "tiff", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc(type)),
+             std::vector<std::uint16_t>(18, 4000));
+    ExpectKept("in.tif", "last bits of " + std::string(type) + " samples (" + (*type == 'd' ? "float" : "uint16") +
+                             " are written)");
+  }
+  for (const int bits : {8, 10, 12}) {
+    OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::UINT16);
+    spec.attribute("oiio:BitsPerSample", bits);
+    if (bits == 8) spec.set_format(OIIO::TypeDesc::UINT8);
+    WriteRaw(folder_.path() / "in.dpx", "dpx", spec, std::vector<std::uint16_t>(18, 4000));
+    options_.lossy = true;
+    EXPECT_EQ(Render("in.dpx", "in.dpx").done, 1);
+    options_.lossy = false;
+    EXPECT_EQ(Render("in.dpx", "in.dpx").done, 1) << bits;
+  }
+}
+
+TEST_F(ReplacedInputs, KeepWholeNumbersThatNoFloatHolds) {
+  WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc::UINT32),
+           std::vector<float>(18, 0.5f));
+  ExpectKept("in.exr", "last bits of uint32 samples (float are written)");
+}
+
+TEST_F(ReplacedInputs, KeepTheirHalvesBelowTheStepsThatAreRendered) {
+  const std::vector<float> samples(18, 0.5f);
+  WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc::HALF), samples);
+  ExpectKept("in.exr", "last bits of half samples below 1/16 (steps of 1/16384 are rendered)");
+  OIIO::ImageSpec mixed(3, 2, 3, OIIO::TypeDesc::FLOAT);
+  mixed.channelformats = {OIIO::TypeDesc::HALF, OIIO::TypeDesc::HALF, OIIO::TypeDesc::FLOAT};
+  WriteRaw(folder_.path() / "in.exr", "openexr", mixed, samples);
+  ExpectKept("in.exr",
+             "last bits of half samples below 1/16 (steps of 1/16384 are rendered), last bits of float samples (steps "
+             "of 1/16384 are rendered)");
+}
+
+TEST_F(ReplacedInputs, KeepTheirTilesAndSmallerCopies) {
+  OIIO::ImageSpec spec(32, 16, 3, OIIO::TypeDesc::UINT8);
+  spec.tile_width = spec.tile_height = 16;
+  WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(32 * 16 * 3, 90));
+  ExpectKept("in.tif", "tiles of 16 x 16 pixels");
+  spec.set_format(OIIO::TypeDesc::HALF);
+  spec.attribute("textureformat", "Plain Texture");
+  spec.attribute("openexr:levelmode", 1);
+  const std::string file = (folder_.path() / "in.exr").string();
+  const std::vector<float> samples(32 * 16 * 3, 0.5f);
+  auto writer = OIIO::ImageOutput::create("openexr");
+  for (int level = 0; level < 6; ++level) {
+    ASSERT_TRUE(writer->open(file, spec, level == 0 ? OIIO::ImageOutput::Create : OIIO::ImageOutput::AppendMIPLevel));
+    ASSERT_TRUE(writer->write_image(OIIO::TypeDesc::FLOAT, samples.data()));
+    spec.width = spec.full_width = std::max(1, spec.width / 2);
+    spec.height = spec.full_height = std::max(1, spec.height / 2);
+  }
+  // Closed, it waits for further levels.
+  writer.reset();
+  ExpectKept("in.exr",
+             "5 smaller copies (mip levels), tiles of 16 x 16 pixels, last bits of half samples below 1/16 (steps of "
+             "1/16384 are "
+             "rendered)");
+  options_.lossy = true;
+  EXPECT_EQ(Render("in.exr", "in.exr").done, 1);
+  EXPECT_EQ(ReadPictureInfo(folder_.path() / "in.exr").levels, 1);
+}
+
+// A text of any name stays one in the same format.
+TEST_F(ReplacedInputs, LoseNoTextThatTheirFormatKeeps) {
+  OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("Exif:ImageHistory", "scanned");
+  spec.attribute("Own words", "a text");
+  WriteRaw(folder_.path() / "in.png", "png", spec, std::vector<std::uint8_t>(18, 9));
+  EXPECT_EQ(Render("in.png", "in.png").done, 1);
+  const auto report = ReportPicture(folder_.path() / "in.png");
+  for (const char* text : {"Exif:ImageHistory", "Own words"})
+    EXPECT_TRUE(std::ranges::any_of(report.attributes, [&](const auto& each) { return each.first == text; })) << text;
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.tga"), {}, 8)), "Exif data, other attributes");
+}
+
+TEST_F(ReplacedInputs, KeepADamagedProfile) {
+  OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::UINT8);
+  const auto profile = MakeProfile("CMYK");
+  spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())), profile.data());
+  WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(18, 9));
+  ExpectKept("in.tif", "colour profile (damaged, or for other colours)");
+}
+
+TEST_F(ReplacedInputs, KeepTheirHighlights) {
+  WriteWindowed(folder_.path() / "in.exr", {0, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B"}, 7.0f);
+  ExpectKept("in.exr", "last bits of float samples (steps of 1/16384 are rendered)");
+  options_.lossy = true;
+  EXPECT_EQ(Render("in.exr", "in.exr").done, 1);
+}
+
+TEST_F(ReplacedInputs, KeepTheirChannelsInTheirOwnFormat) {
+  WriteWindowed(folder_.path() / "in.exr", {0, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B", "Z"}, 0.5f);
+  options_.lossy = true;
+  EXPECT_EQ(Render("in.exr", "in.exr").done, 1);
+  EXPECT_EQ(ReadPictureInfo(folder_.path() / "in.exr").channels, 4);
+}
+
+TEST_F(ReplacedInputs, ReportsTellWhatOtherFormatsLose) {
+  WriteWindowed(folder_.path() / "in.exr", {-1, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B", "A", "Z"}, 0.5f);
+  const auto report = ReportPicture(folder_.path() / "in.exr");
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.jpg"), {}, 16)),
+            "channel Z, alpha, last bits of float samples (uint8 are written), pixels beyond the frame");
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.exr"), {}, 16)),
+            "last bits of float samples (steps of 1/16384 are rendered)");
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.exr"), {}, 32)), "");
+}
+
+TEST_F(ReplacedInputs, KeepTheTextOfAMask) {
+  WriteTiff(folder_.path() / "in.tif", FlatPicture<std::uint8_t>(3, 2, 3, 16));
+  OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("Artist", "somebody");
+  WriteRaw(folder_.path() / "other.tif", "tiff", spec, std::vector<std::uint8_t>(18, 9));
+  job_.mask.emplace().file = "other.tif";
+  const auto failure = CaughtFailure([&] { Render("in.tif", "other.tif"); });
+  ASSERT_TRUE(failure);
+  EXPECT_NE(std::string(failure->what()).find("would lose text"), std::string::npos) << failure->what();
+}
+
+}  // namespace
+}  // namespace vblur::host
