@@ -1,5 +1,5 @@
-# The zip for Windows, made by cpack: program, server, the libraries that stand in for the host's, and the notices of what
-# is linked into them.
+# The zip for Windows, made by cpack: program, server, the libraries that stand in for the host's, the notices of what is
+# linked into them, and a text with the first commands.
 set(notices "${PROJECT_BINARY_DIR}/NOTICES.txt")
 set(packages libhwy-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev)
 if(VBLUR_BUILD_APPS)
@@ -15,12 +15,23 @@ foreach(package IN LISTS packages)
   file(APPEND "${notices}" "\n==== ${package} ====\n\n${text}")
 endforeach()
 
+# The document's links lead into the tree: the zip has a text of its own, with the document's commands.
+set(document "${PROJECT_SOURCE_DIR}/docs/WINDOWS.md")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${document}")
+file(READ "${document}" text)
+if(NOT text MATCHES "\n## First commands\n[^#]*[.:]\n\n((    [^\n]*\n)+)")
+  message(FATAL_ERROR "${document}: expected the first commands")
+endif()
+set(commands "${CMAKE_MATCH_1}")
+set(readme "${PROJECT_BINARY_DIR}/README.txt")
+configure_file("${PROJECT_SOURCE_DIR}/cmake/WindowsReadme.txt.in" "${readme}" @ONLY NEWLINE_STYLE DOS)
+
 install(TARGETS vblur_sdk_effects vblur_sdk_viewer RUNTIME DESTINATION . COMPONENT windows)
 install(TARGETS vblur_server LIBRARY DESTINATION . COMPONENT windows)
 if(TARGET vblur)
   install(TARGETS vblur RUNTIME DESTINATION . COMPONENT windows)
 endif()
-install(FILES "${notices}" "${PROJECT_SOURCE_DIR}/docs/WINDOWS.md" DESTINATION . COMPONENT windows)
+install(FILES "${notices}" "${readme}" DESTINATION . COMPONENT windows)
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_FILE_NAME "V_Blur-${PROJECT_VERSION}-windows-x64")

@@ -17,7 +17,7 @@ class ChartCommand : public Command {
  public:
   explicit ChartCommand(CLI::App& parent) : Command(parent, "chart", "Draw a test chart, still or moving") {
     App()
-        ->add_option("OUTPUT", file_, "Picture to write; chart.%04d.exr or chart.####.exr for a sequence")
+        ->add_option("OUTPUT", file_, "Picture to write; chart.%04d.png or chart.####.png for a sequence")
         ->required()
         ->type_name("");
     AddTextOption(*App(), "--size", "WxH", "Size in pixels [1280x720]",
@@ -57,7 +57,7 @@ class ChartCommand : public Command {
     if (!pattern.HasNumber() && frames_ && frames_->Count() > 1) {
       host::Refuse("OUTPUT", std::to_string(frames_->Count()) + " frames would all be written to " +
                                  host::Quoted(file_) +
-                                 ", expected a file name with a frame number such as out.%04d.exr");
+                                 ", expected a file name with a frame number such as out.%04d.png");
     }
   }
 

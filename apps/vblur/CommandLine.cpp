@@ -24,6 +24,7 @@
 #include "host/base/PartFiles.h"
 #include "host/base/StandardStream.h"
 #include "host/base/Utf8.h"
+#include "host/base/Wildcards.h"
 
 namespace vblur::cli {
 
@@ -100,6 +101,26 @@ void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) 
   const std::filesystem::path file = host::PathOf(first);
   const bool isFile = host::IsStandardStream(first) || file.has_extension() || std::filesystem::exists(file, error);
   if (!IsCommand(app, first) && isFile) arguments.insert(arguments.begin(), "render");
+}
+
+// Names with * and ? as those of the files, where they are no options' values.
+void ExpandWildcards(std::vector<std::string>& arguments, const CLI::App& app) {
+  const CLI::App* command = app.get_subcommand("render");
+  std::size_t at = FirstWord(arguments, 0, {&app, command});
+  if (at < arguments.size() && IsCommand(app, arguments[at])) command = app.get_subcommand(arguments[at++]);
+  // Its names are those of properties.
+  if (command->get_name() == "properties") return;
+  for (bool areNames = false; at < arguments.size();) {
+    if (!areNames) at = FirstWord(arguments, at, {&app, command});
+    if (at == arguments.size()) return;
+    areNames = areNames || (at > 0 && arguments[at - 1] == "--");
+    // An option that is not known.
+    if (!areNames && arguments[at].starts_with("--")) return;
+    const std::vector<std::string> files = host::FilesNamed(arguments[at]);
+    const auto place = arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(at));
+    arguments.insert(place, files.begin(), files.end());
+    at += files.size();
+  }
 }
 
 std::string HelpHint(const CLI::App& command) {
@@ -179,8 +200,9 @@ class Program {
         "128 and more ended by a signal: 130 for Ctrl-C.");
   }
 
-  ExitCode Run(std::vector<std::string> arguments) {
+  ExitCode Run(std::vector<std::string> arguments, Wildcards wildcards) {
     arguments = ReadArguments(std::move(arguments));
+    if (wildcards == Wildcards::Program) ExpandWildcards(arguments, app_);
     ExpandShortForms(arguments, app_);
     if (arguments.empty()) {
       std::fputs(app_.help().c_str(), stdout);
@@ -237,9 +259,9 @@ class Program {
 };
 
 // Every failure as one line and an exit code.
-ExitCode RunGuarded(Program& program, std::vector<std::string> arguments) {
+ExitCode RunGuarded(Program& program, std::vector<std::string> arguments, Wildcards wildcards) {
   try {
-    return program.Run(std::move(arguments));
+    return program.Run(std::move(arguments), wildcards);
   } catch (const host::Failure& failure) {
     // No message after a broken pipe.
     const bool isPipeBroken = failure.Code() == ExitCode::Interrupted && Interruption::Caught() == kBrokenPipe;
@@ -282,12 +304,12 @@ Terminal* lastTerminal = nullptr;
 
 }  // namespace
 
-int RunCommandLine(std::vector<std::string> arguments) {
+int RunCommandLine(std::vector<std::string> arguments, Wildcards wildcards) {
   OpenStandardStreams();
   Program program;
   lastTerminal = &program.Screen();
   std::set_terminate(EndLibrary);
-  const ExitCode code = RunGuarded(program, std::move(arguments));
+  const ExitCode code = RunGuarded(program, std::move(arguments), wildcards);
   const int status = FinishStandardOutput(code, program.Screen());
   RestoreConsole();
   return status;

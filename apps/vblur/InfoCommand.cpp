@@ -44,7 +44,7 @@ Outcome OutcomeOf(const PictureReport& report, const OutputFormat& format) {
   const host::OutputStorage storage;
   const std::string compression = host::OutputCompressionOf(report, format, storage);
   Outcome outcome;
-  outcome.extension = std::string(format.extensions.substr(0, format.extensions.find(' ')));
+  outcome.extension = std::string(host::FirstExtension(format));
   outcome.kept = host::NameOf(host::NearestLayout(format, report.info.IsGrey(), report.info.HasAlpha())) + ", " +
                  std::string(host::NameOf(host::OutputTypeOf(report.info, format, storage))) +
                  (compression.empty() ? "" : ", " + compression);
@@ -58,7 +58,7 @@ class InfoCommand : public Command {
   explicit InfoCommand(CLI::App& parent)
       : Command(parent, "info", "Print what picture files hold and what a render keeps") {
     App()->add_option("FILE", files_, "Pictures; - is the standard input")->required()->type_name("");
-    AddTextOption(*App(), "--to", "FORMAT,...", "Only for outputs with these extensions, such as png,exr [all formats]",
+    AddTextOption(*App(), "--to", "FORMAT,...", "Only for outputs with these extensions, such as png,tif [all formats]",
                   [this](const std::string& text) { AddFormats(text); });
     AddTextOption(*App(), "--layer", "NAME", "Layer that is worked on, such as diffuse [the one without a name]",
                   [this](const std::string& name) { choice_.layer = name; });

@@ -36,7 +36,7 @@ class RenderCommand : public Command {
     job_.input.emplace();
     App()
         ->add_option("INPUT", job_.input->file,
-                     "Picture to read; shot.%04d.exr or shot.####.exr for a sequence, - for the standard input")
+                     "Picture to read; shot.%04d.png or shot.####.png for a sequence, - for the standard input")
         ->required()
         ->type_name("");
     App()

@@ -1,5 +1,10 @@
 #include "apps/vblur/StorageOptions.h"
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "apps/vblur/OptionText.h"
 #include "host/base/Failure.h"
 #include "host/files/OutputFormat.h"
@@ -9,6 +14,27 @@ namespace vblur::cli {
 namespace {
 
 constexpr std::string_view kPremultiply[] = {"around"};
+
+// The formats of the picture library, by their first extensions.
+template <typename Has>
+std::string FormatsThat(const Has& has, const std::string& separator) {
+  std::string all;
+  for (const host::OutputFormat& format : host::OutputFormats()) {
+    if (has(format)) all.append(all.empty() ? "" : separator).append(host::FirstExtension(format));
+  }
+  return all;
+}
+
+std::string TypeForm() {
+  std::vector<std::string_view> names;
+  for (std::size_t type = 0; type < host::kSampleTypeNames.size(); ++type) {
+    const bool isWritten = std::ranges::any_of(host::OutputFormats(), [&](const host::OutputFormat& format) {
+      return format.types.Has(static_cast<host::SampleType>(type));
+    });
+    if (isWritten) names.push_back(host::kSampleTypeNames[type]);
+  }
+  return ChoiceForm(names);
+}
 
 }  // namespace
 
@@ -23,21 +49,23 @@ void StorageChanges::ApplyTo(host::Job& job) const {
 }
 
 void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
-  const auto add = [&](const char* name, const char* form, const char* help, const auto& set) {
+  const auto add = [&](const char* name, const std::string& form, const std::string& help, const auto& set) {
     AddTextOption(app, name, form, help, set)->group("Output");
   };
-  add("--format", "EXT", "Format of OUTPUT, such as png [that of its name; of -, that of the input, or png]",
+  add("--format", "EXT",
+      "Format of OUTPUT, by an extension: " + FormatsThat([](const auto&) { return true; }, ", ") +
+          " [that of its name; of -, that of the input, or png]",
       [&](const std::string& text) {
         host::FormatOfExtension("--format", text);
         changes.storage.format = text;
       });
-  add("--type", "uint8|uint10|uint12|uint16|half|float", "Type of the samples in OUTPUT [that of the input's]",
-      [&](const std::string& text) {
-        changes.storage.type = static_cast<host::SampleType>(ParseChoice("--type", text, host::kSampleTypeNames));
-      });
+  add("--type", TypeForm(), "Type of the samples in OUTPUT [that of the input's]", [&](const std::string& text) {
+    changes.storage.type = static_cast<host::SampleType>(ParseChoice("--type", text, host::kSampleTypeNames));
+  });
   add("--compression", "NAME", "Compression of OUTPUT, such as zip [that of an input of the same format]",
       [&](const std::string& text) { changes.storage.compression = text; });
-  add("--quality", "1-100", "Quality of a JPEG or WebP file",
+  add("--quality", "1-100",
+      "Quality of a file of " + FormatsThat([](const auto& format) { return format.hasQuality; }, " or "),
       [&](const std::string& text) { changes.storage.quality = ParseWhole("--quality", text); });
   add("--premultiply", "around", "Multiply straight colours by alpha before the render, and divide them after it",
       [&](const std::string& text) {

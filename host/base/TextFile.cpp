@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -42,6 +43,19 @@ bool ReadFile(const std::filesystem::path& path, std::string& text) {
   return !file.bad();
 }
 
+// A text of Windows in UTF-16, with its byte order mark, in whose order the bytes are. Nothing where it ends in the
+// middle of a character.
+std::optional<std::string> OfUtf16(std::string_view bytes) {
+  const bool isBig = bytes.starts_with("\xFE\xFF");
+  if (bytes.size() % 2 != 0) return std::nullopt;
+  std::u16string text;
+  for (std::size_t at = 2; at < bytes.size(); at += 2) {
+    const auto byte = [&](std::size_t which) { return static_cast<unsigned char>(bytes[at + which]); };
+    text.push_back(static_cast<char16_t>(isBig ? byte(0) << 8 | byte(1) : byte(1) << 8 | byte(0)));
+  }
+  return Utf8Of(text);
+}
+
 std::string LastError() {
   return errno == 0 ? "the system reports an error" : std::strerror(errno);
 }
@@ -58,7 +72,10 @@ std::string ReadTextFile(const std::filesystem::path& path, const std::string& k
   if (text.size() > kLargest) fail("larger than 16 MiB, expected a " + kind);
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
-  return text;
+  if (!text.starts_with("\xFF\xFE") && !text.starts_with("\xFE\xFF")) return text;
+  const std::optional<std::string> read = OfUtf16(text);
+  if (!read) fail("a text in UTF-16 that ends in the middle of a character, expected a whole " + kind);
+  return *read;
 }
 
 std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,

@@ -90,6 +90,10 @@ Enum Nearest(const SetOf<Enum>& held, Enum wanted, const std::array<Enum, others
 
 }  // namespace
 
+std::string_view FirstExtension(const OutputFormat& format) {
+  return format.extensions.substr(0, format.extensions.find(' '));
+}
+
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
   const std::string extension = Extension(path);
   if (const OutputFormat* const format = FindFormat(extension)) return *format;
@@ -111,8 +115,7 @@ const OutputFormat& OutputFormatOf(const std::filesystem::path& path, const Outp
 std::string ExtensionLike(const std::string& inputFormat) {
   const auto formats = OutputFormats();
   const auto found = std::ranges::find(formats, inputFormat, &OutputFormat::name);
-  const std::string_view extensions = found == formats.end() ? "png" : found->extensions;
-  return std::string(extensions.substr(0, extensions.find(' ')));
+  return found == formats.end() ? "png" : std::string(FirstExtension(*found));
 }
 
 std::string FindCompression(const OutputFormat& format, std::string_view name) {

@@ -73,6 +73,9 @@ struct OutputFormat {
 // All of the system, in a fixed order.
 std::span<const OutputFormat> OutputFormats();
 
+// The usual one of its extensions.
+std::string_view FirstExtension(const OutputFormat& format);
+
 // The format for a file name's extension. Throws Failure (wrong usage) with the list of known extensions.
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path);
 

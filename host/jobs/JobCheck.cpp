@@ -162,7 +162,7 @@ void CheckNumbers(const Job& job) {
   CheckFrameCount(frames.Count());
   if (frames.Count() > 1 && !FramePattern(job.output.file).HasNumber()) {
     Refuse("output", std::to_string(frames.Count()) + " frames would all be written to " + Quoted(job.output.file) +
-                         ", expected a file name with a frame number such as out.%04d.exr");
+                         ", expected a file name with a frame number such as out.%04d.png");
   }
 }
 

@@ -14,7 +14,7 @@ namespace vblur::host {
 
 namespace {
 
-constexpr std::string_view kImageExpected = "an image record such as {\"file\": \"plate.%04d.exr\"}";
+constexpr std::string_view kImageExpected = "an image record such as {\"file\": \"plate.%04d.png\"}";
 
 std::string ReadFileName(const JsonPlace& place) {
   std::string name = place.Text("a file name");

@@ -198,7 +198,7 @@ TEST_F(StandardStreams, WhatHasNoSenseIsRefused) {
   refuse({"in.png", "in.png", "-"}, "-: expected a folder that exists, for 2 pictures");
   refuse({"-", "-", "--frames", "1-3"},
          "output: 3 frames would all be written to \"-\", expected a file name with a frame number such as "
-         "out.%04d.exr");
+         "out.%04d.png");
   refuse({"-", "-", "--save-job", "-"}, "--save-job: expected the name of a file, found -");
   refuse({"-"}, "OUTPUT is required; see vblur render --help");
 }

@@ -1,6 +1,11 @@
 // How outputs are stored, and what is told of files.
+#include <regex>
+#include <set>
+#include <sstream>
+
 #include <nlohmann/json.hpp>
 
+#include "host/files/OutputFormat.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -42,6 +47,31 @@ TEST_F(Storage, IsThatOfTheInputUnlessAskedOtherwise) {
   EXPECT_EQ(host::ReadPictureInfo(Path("b.exr")).stored.bytes, 4);
   EXPECT_EQ(Run({"job", "job.json", "--overwrite", "--type", "half"}).exit, 0);
   EXPECT_EQ(host::ReadPictureInfo(Path("b.exr")).stored.bytes, 2);
+}
+
+// Another system's picture library has others.
+TEST_F(Storage, HelpNamesWhatThePictureLibraryWrites) {
+  const std::string help = std::regex_replace(Run({"render", "--help"}).out, std::regex("\\s+"), " ");
+  std::set<std::string> types;
+  std::string formats;
+  std::string quality;
+  for (const host::OutputFormat& format : host::OutputFormats()) {
+    const std::string extension(host::FirstExtension(format));
+    formats += (formats.empty() ? "" : ", ") + extension;
+    if (format.hasQuality) quality += (quality.empty() ? "" : " or ") + extension;
+    for (std::size_t type = 0; type < host::kSampleTypeNames.size(); ++type) {
+      if (format.types.Has(static_cast<host::SampleType>(type))) types.emplace(host::kSampleTypeNames[type]);
+    }
+  }
+  EXPECT_NE(help.find("by an extension: " + formats + " ["), std::string::npos) << help;
+  EXPECT_NE(help.find("Quality of a file of " + quality + " "), std::string::npos) << help;
+  std::smatch form;
+  ASSERT_TRUE(std::regex_search(help, form, std::regex("--type ([a-z0-9|]+) ")));
+  std::istringstream words(form.str(1));
+  std::set<std::string> told;
+  for (std::string each; std::getline(words, each, '|');)
+    told.insert(each);
+  EXPECT_EQ(told, types);
 }
 
 TEST_F(Storage, WhatAFormatDoesNotHaveIsRefusedInOneLine) {

@@ -187,7 +187,7 @@ TEST(JobCheck, RefusesAnOutsideOfNothing) {
 TEST(JobCheck, RefusesFileNamesThatDoNotFitTheFrames) {
   EXPECT_EQ(FailureWith(Sequence(), [](Job& job) { job.output.file = "out.exr"; }),
             "output: 48 frames would all be written to \"out.exr\", expected a file name with a frame number such as "
-            "out.%04d.exr");
+            "out.%04d.png");
   const auto unnumbered = [](const std::string& field) {
     return field + ": the file name \"x.%04d.exr\" takes a frame number, expected frames such as 1-48";
   };
@@ -474,7 +474,7 @@ TEST(JobCheck, HoldsAMillionFrames) {
   job.frames = FrameRange{1, 1000000, 1};
   EXPECT_EQ(FailureWith(job, [](Job& j) { j.output.file = "out.exr"; }),
             "output: 1000000 frames would all be written to \"out.exr\", expected a file name with a frame number such "
-            "as out.%04d.exr");
+            "as out.%04d.png");
   job.frames = FrameRange{1, 2000000, 200};
   EXPECT_NO_THROW(CheckJob(job));
 }

@@ -111,10 +111,10 @@ TEST(JobFileReader, GeneratorsDoWithoutAnInput) {
     EXPECT_EQ(UsageFailureOf([&] {
                 ParseJob(json{{"use", use}, {"output", {{"file", "o.png"}}}}.dump(), ".");
               }),
-              "input: missing, expected an image record such as {\"file\": \"plate.%04d.exr\"}");
+              "input: missing, expected an image record such as {\"file\": \"plate.%04d.png\"}");
   }
   EXPECT_EQ(UsageFailureOf([&] { ParseJob(R"({"input": {"file": "i.png"}})", "."); }),
-            "output: missing, expected an image record such as {\"file\": \"plate.%04d.exr\"}");
+            "output: missing, expected an image record such as {\"file\": \"plate.%04d.png\"}");
 }
 
 TEST(JobFileReader, SuggestsTheFieldThatWasMeant) {
@@ -137,7 +137,7 @@ struct Refusal {
 };
 
 TEST(JobFileReader, RefusesWrongTypesAndRangesWithTheirPlace) {
-  const std::string image = "expected an image record such as {\"file\": \"plate.%04d.exr\"}, found ";
+  const std::string image = "expected an image record such as {\"file\": \"plate.%04d.png\"}, found ";
   const Refusal refusals[] = {
       {"/version", 2, "version: expected 1, found 2"},
       {"/version", "1", "version: expected 1, found \"1\""},
