@@ -83,6 +83,10 @@ double DrawBlur(Rolls& roll) {
   }
 }
 
+double DrawValue(Rolls& roll, const Property& property) {
+  return property.id == PropertyId::Blur ? DrawBlur(roll) : DrawNumber(roll, property);
+}
+
 bool BelongsToFilter(PropertyId id) {
   using enum PropertyId;
   switch (id) {
@@ -102,9 +106,7 @@ void DrawProperties(Rolls& roll, DrawnKinds kinds, host::PropertyStore& store) {
     if (kinds == DrawnKinds::Filters && !BelongsToFilter(property.id)) continue;
     if (roll.OneIn(3)) continue;
     switch (property.control) {
-      case PropertyControl::Number:
-        store.Set(property.guid, property.id == PropertyId::Blur ? DrawBlur(roll) : DrawNumber(roll, property));
-        break;
+      case PropertyControl::Number: store.Set(property.guid, DrawValue(roll, property)); break;
       case PropertyControl::List:
         store.Set(property.guid, static_cast<double>(roll.Whole(0, static_cast<std::int32_t>(property.maximum))));
         break;
@@ -229,6 +231,25 @@ DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds) 
   DrawProject(roll, frame.initial, job);
   DrawProperties(roll, kinds, job.properties);
   return frame;
+}
+
+DrawnFrame RedrawFrame(const DrawnFrame& frame, std::uint64_t seed, std::uint64_t index) {
+  Rolls roll(seed, index);
+  DrawnFrame redrawn = frame;
+  const std::int32_t depth = *frame.job.depth;
+  const auto redraw = [&](DrawnPicture& picture) {
+    picture = picture.components == 1 ? DrawMask(roll, depth, picture.width, picture.height)
+                                      : DrawPicture(roll, depth, 4, picture.width, picture.height);
+  };
+  redraw(redrawn.initial);
+  for (std::optional<DrawnPicture>* picture : {&redrawn.input, &redrawn.input2, &redrawn.mask}) {
+    if (*picture) redraw(**picture);
+  }
+  for (const Property& property : kProperties) {
+    if (property.IsAnimated() && frame.job.properties.Find(property.guid) != nullptr)
+      redrawn.job.properties.Set(property.guid, DrawValue(roll, property));
+  }
+  return redrawn;
 }
 
 }  // namespace vblur::differential

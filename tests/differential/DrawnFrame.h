@@ -33,4 +33,7 @@ enum class DrawnKinds {
 // The same frame for the same seed and index, on every machine.
 DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds);
 
+// The frame with other pictures of the same sizes, and other values of the animated properties that it sets.
+DrawnFrame RedrawFrame(const DrawnFrame& frame, std::uint64_t seed, std::uint64_t index);
+
 }  // namespace vblur::differential

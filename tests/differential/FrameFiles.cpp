@@ -17,7 +17,7 @@ DrawnPicture AsGrey(const DrawnPicture& mask, std::int32_t depth) {
 
 }  // namespace
 
-void WriteFrameFiles(const DrawnFrame& frame, const std::filesystem::path& folder) {
+void WriteFramePictures(const DrawnFrame& frame, const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder);
   const std::int32_t depth = *frame.job.depth;
   const auto write = [&](const DrawnPicture& picture, const std::string& name) {
@@ -29,6 +29,10 @@ void WriteFrameFiles(const DrawnFrame& frame, const std::filesystem::path& folde
   if (frame.input) write(*frame.input, frame.job.input->file);
   if (frame.input2) write(*frame.input2, frame.job.input2->file);
   if (frame.mask) write(*frame.mask, frame.job.mask->file);
+}
+
+void WriteFrameFiles(const DrawnFrame& frame, const std::filesystem::path& folder) {
+  WriteFramePictures(frame, folder);
   host::Job job = frame.job;
   job.folder = folder;
   host::WriteJobFile(job, folder / "job.json");

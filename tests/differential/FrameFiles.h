@@ -7,8 +7,10 @@
 
 namespace vblur::differential {
 
-// Writes job.json and its pictures, in the formats of their names, into the folder, which is made. A mask becomes a
-// grey picture: at 16 bits the nearest one in steps of 1/16384.
+// Writes the frame's pictures, in the formats of their names, into the folder, which is made. A mask becomes a grey
+// picture: at 16 bits the nearest one in steps of 1/16384.
+void WriteFramePictures(const DrawnFrame& frame, const std::filesystem::path& folder);
+// Writes them and job.json.
 void WriteFrameFiles(const DrawnFrame& frame, const std::filesystem::path& folder);
 
 }  // namespace vblur::differential

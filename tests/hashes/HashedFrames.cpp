@@ -24,11 +24,6 @@ using differential::DrawnPicture;
 constexpr std::uint64_t kRandomSeed = 20000;
 constexpr std::uint64_t kFilesSeed = 20001;
 
-std::string Numbered(const char* set, std::uint64_t index) {
-  const std::string number = std::to_string(index);
-  return set + std::string(number.size() < 4 ? 4 - number.size() : 0, '0') + number;
-}
-
 DrawnPicture Empty(const host::Job& job, const std::optional<DrawnPicture>& input) {
   DrawnPicture picture;
   picture.width = job.output.width.value_or(input ? input->width : 0);
@@ -58,7 +53,13 @@ void Convert(const host::Job& job, host::HostImage& image) {
   if (job.premultipliesAround) host::MultiplyByAlpha(image);
 }
 
-// Whether the program renders the job.
+}  // namespace
+
+std::string Numbered(const std::string& set, std::uint64_t index) {
+  const std::string number = std::to_string(index);
+  return set + "/" + std::string(number.size() < 4 ? 4 - number.size() : 0, '0') + number;
+}
+
 bool IsRendered(const DrawnFrame& frame) {
   try {
     host::CheckJob(frame.job);
@@ -69,8 +70,6 @@ bool IsRendered(const DrawnFrame& frame) {
   }
 }
 
-}  // namespace
-
 std::vector<NamedFrame> GoldenFrames(const std::filesystem::path& folder, const GoldenPicture& picture) {
   std::vector<NamedFrame> frames;
   for (const std::filesystem::path& job : golden::GoldenJobs(folder))
@@ -79,7 +78,7 @@ std::vector<NamedFrame> GoldenFrames(const std::filesystem::path& folder, const 
 }
 
 NamedFrame RandomFrame(std::uint64_t index) {
-  return {Numbered("random/", index), differential::DrawFrame(kRandomSeed, index, differential::DrawnKinds::All)};
+  return {Numbered("random", index), differential::DrawFrame(kRandomSeed, index, differential::DrawnKinds::All)};
 }
 
 std::vector<NamedFrame> FramesInFiles(std::vector<NamedFrame> golden, std::uint64_t count) {
@@ -87,7 +86,7 @@ std::vector<NamedFrame> FramesInFiles(std::vector<NamedFrame> golden, std::uint6
   const std::size_t wanted = frames.size() + count;
   for (std::uint64_t index = 0; frames.size() < wanted; ++index) {
     DrawnFrame frame = differential::DrawFrame(kFilesSeed, index, differential::DrawnKinds::All);
-    if (IsRendered(frame)) frames.push_back({Numbered("random/", index), std::move(frame)});
+    if (IsRendered(frame)) frames.push_back({Numbered("random", index), std::move(frame)});
   }
   for (NamedFrame& each : frames) {
     each.name = "files/" + each.name;

@@ -16,6 +16,9 @@ struct NamedFrame {
   differential::DrawnFrame frame;
 };
 
+// SET/INDEX, with four digits.
+std::string Numbered(const std::string& set, std::uint64_t index);
+
 // A picture of a golden job by its file name, `components` of `depth` bits: 4, or 1 of a mask.
 using GoldenPicture =
     std::function<differential::DrawnPicture(const std::string& file, std::int32_t depth, std::int32_t components)>;
@@ -29,6 +32,9 @@ NamedFrame RandomFrame(std::uint64_t index);
 
 // How many random frames are written as files.
 inline constexpr std::uint64_t kFramesInFiles = 36;
+
+// Whether a job file may describe the frame, and the program renders it.
+bool IsRendered(const differential::DrawnFrame& frame);
 
 // files/...: these frames, and `count` further random ones that a job file may describe, with pictures as PNG files
 // hold them.

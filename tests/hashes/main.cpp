@@ -7,6 +7,7 @@
 #include "tests/differential/EffectRun.h"
 #include "tests/differential/PngLimits.h"
 #include "tests/hashes/HashedFrames.h"
+#include "tests/hashes/HashedSequences.h"
 #include "tests/hashes/NumberFile.h"
 #include "tests/hashes/PictureHash.h"
 #include "tests/hashes/ToolMain.h"
@@ -24,12 +25,19 @@ struct Options {
   fs::path golden = "tests/golden/jobs";
   std::uint64_t count = 2000;
   std::uint64_t inFiles = kFramesInFiles;
+  std::uint64_t sequences = kSequences;
   std::string cpu = "native";
   std::int32_t threads = 1;
 };
 
 void PrintHash(const std::string& name, const DrawnPicture& picture, std::int32_t depth) {
   std::printf("%s\n", HashLine(name, picture, depth).c_str());
+}
+
+void PrintFileHash(const NamedFrame& each) {
+  DrawnPicture picture = RenderJobFrame(each.frame);
+  LimitToPng(picture, *each.frame.job.depth);
+  PrintHash(each.name, picture, *each.frame.job.depth);
 }
 
 void HashEffect(const Options& options) {
@@ -45,10 +53,11 @@ void HashEffect(const Options& options) {
     const NamedFrame random = RandomFrame(i);
     PrintHash(random.name, differential::RenderByEffect(random.frame), *random.frame.job.depth);
   }
-  for (const NamedFrame& each : FramesInFiles(golden, options.inFiles)) {
-    DrawnPicture picture = RenderJobFrame(each.frame);
-    LimitToPng(picture, *each.frame.job.depth);
-    PrintHash(each.name, picture, *each.frame.job.depth);
+  for (const NamedFrame& each : FramesInFiles(golden, options.inFiles))
+    PrintFileHash(each);
+  for (const HashedSequence& sequence : DrawSequences(options.sequences)) {
+    for (const NamedFrame& each : sequence.frames)
+      PrintFileHash(each);
   }
 }
 
@@ -74,6 +83,7 @@ int RunCommandLine(int argc, char** argv) {
   effect->add_option("--golden", options.golden, "The folder of golden jobs")->capture_default_str();
   effect->add_option("--count", options.count, "Random frames in memory")->capture_default_str();
   effect->add_option("--in-files", options.inFiles, "Random frames as files hold them")->capture_default_str();
+  effect->add_option("--sequences", options.sequences, "Sequences of random frames")->capture_default_str();
   effect->add_option("--cpu", options.cpu, "Code to render with: a level such as twin or AVX2")->capture_default_str();
   effect->add_option("--threads", options.threads, "Threads of a render")->capture_default_str();
   effect->callback([&] { HashEffect(options); });

@@ -6,7 +6,7 @@ from typing import NamedTuple
 
 class Row(NamedTuple):
     """What one list of hashes was made with."""
-    frames: str  # golden, random or files
+    frames: str  # golden, random, files or sequences
     way: str
     level: str
     threads: int

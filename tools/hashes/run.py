@@ -69,34 +69,40 @@ class Run:
 
     def write_frames(self):
         shutil.rmtree(self.options.work, ignore_errors=True)
-        self.files.ask("write", self.options.work)
-        self.jobs = sorted(self.options.work.glob("jobs/**/job.json"))
+        self.files.ask("write", self.options.work, "--sequences", self.options.sequences)
+        self.jobs = {}  # of files and sequences: {name: the job file}
+        for job in sorted(self.options.work.glob("jobs/**/job.json")):
+            name = job.parent.relative_to(self.options.work / "jobs")
+            self.jobs.setdefault(name.parts[0], {})[name.as_posix()] = job
 
     def by_effect(self, platform):
         def ask(setting):
-            return platform.ask("effect", self.options.work, "--count", self.options.count, "--cpu", setting[0],
-                                "--threads", setting[1])
+            return platform.ask("effect", self.options.work, "--count", self.options.count, "--sequences",
+                                self.options.sequences, "--cpu", setting[0], "--threads", setting[1])
 
         for (level, threads), text in zip(self.settings, self.pool.map(ask, self.settings)):
             for frames, hashes in parse(text).items():
                 self.matrix.add(Row(frames, "effect", level, threads), platform.name, hashes)
 
     def by_program(self, platform):
-        """The start of the program takes far longer than its frame: each setting renders its share of the jobs. A share
-        that 3 does not divide meets every number of threads with each job."""
+        """The start of the program takes far longer than a frame: each setting renders all sequences, many frames a
+        start, and its share of the other jobs. A share that 3 does not divide meets every number of threads with each
+        job."""
         share = self.options.share
         for index, (level, threads) in enumerate(self.settings):
-            row = Row("files", "vblur job", level, threads)
-            if platform.program.exists():
-                dealt = [job for at, job in enumerate(self.jobs) if at % share == index % share]
-                names = [job.parent.relative_to(self.options.work / "jobs").as_posix() for job in dealt]
-                self.matrix.add(row, platform.name, self.rendered(platform, row, dict(zip(names, dealt))), names)
-            else:
-                self.matrix.add(row, platform.name, None)
+            rows = {frames: Row(frames, "vblur job", level, threads) for frames in ("files", "sequences")}
+            if not platform.program.exists():
+                for row in rows.values():
+                    self.matrix.add(row, platform.name, None)
+                continue
+            dealt = {name: job for at, (name, job) in enumerate(self.jobs["files"].items()) if at % share == index % share}
+            rendered = self.rendered(platform, rows["files"], {**dealt, **self.jobs.get("sequences", {})})
+            self.matrix.add(rows["files"], platform.name, rendered.get("files", {}), dealt)
+            self.matrix.add(rows["sequences"], platform.name, rendered.get("sequences", {}))
 
     def rendered(self, platform, row, jobs):
-        """The hashes of what the program makes of the jobs, files by their names."""
-        for picture in self.options.work.glob("jobs/**/out.png"):
+        """The hashes of what the program makes of the jobs, {frames: {name: hash}}."""
+        for picture in self.options.work.glob("jobs/**/out*.png"):
             picture.unlink()
 
         def start(job):
@@ -106,7 +112,7 @@ class Run:
         for name, (code, _, err) in zip(jobs, self.pool.map(start, jobs.values())):
             if code != 0:
                 self.complaints.append(f"{platform.name}: vblur job, {name}: {err.strip()}")
-        return parse(self.files.ask("outputs", self.options.work)).get("files", {})
+        return parse(self.files.ask("outputs", self.options.work))
 
     def everything(self):
         self.write_frames()
@@ -117,8 +123,11 @@ class Run:
     def facts(self):
         """Nothing that changes with the machine or the day."""
         count = {row.frames: len(self.matrix.names_of(row)) for row in self.matrix.rows() if row.way == "effect"}
+        share = "all" if self.options.share == 1 else f"1 in {self.options.share}"
         yield (f"{count['golden']} golden jobs, {count['random']} random frames, {count['files']} frames in files, of "
-               f"which each row of `vblur job` renders {'all' if self.options.share == 1 else f'1 in {self.options.share}'}.")
+               f"which each row of `vblur job` renders {share}.")
+        yield (f"{count.get('sequences', 0)} random frames in {len(self.jobs.get('sequences', {}))} sequences, all "
+               "rendered in each row of `vblur job`.")
         for platform in self.platforms:
             program = "" if platform.program.exists() else "; its `vblur` is not built"
             yield f"{platform.name}: {platform.ask('compiler').strip()}{program}."
@@ -136,9 +145,12 @@ def main():
     parser.add_argument("--levels", help="of those that all platforms have, such as twin,native [all]")
     parser.add_argument("--threads", default="1,2,7")
     parser.add_argument("--count", type=int, default=2000, help="random frames in memory [%(default)s]")
+    parser.add_argument("--sequences", type=int, default=20,
+                        help="sequences of 100 random frames in files [%(default)s]")
     parser.add_argument("--share", type=int, default=7, metavar="N",
-                        help="the program renders 1 in N jobs at each setting [%(default)s]")
-    parser.add_argument("--all", action="store_const", const=1, dest="share", help="every setting renders every job")
+                        help="the program renders 1 in N jobs of one frame at each setting [%(default)s]")
+    parser.add_argument("--all", action="store_const", const=1, dest="share",
+                        help="every setting renders every job of one frame")
     parser.add_argument("--work", type=Path, default=Path("build/hashes"), help="a folder for the frames [%(default)s]")
     parser.add_argument("--update", action="store_true", help="rewrite the table of docs/SAME_BITS.md")
     options = parser.parse_args()
