@@ -1,6 +1,6 @@
 #include "pages/HelpPPG.h"
 
-#include "tests/pages/ManualShelf.h"
+#include "tests/pages/OpenedManuals.h"
 #include "tests/pages/PageTest.h"
 
 namespace vblur {
@@ -80,9 +80,9 @@ TEST_F(HelpPPGTest, LinksTheEffect) {
 }
 
 TEST_F(HelpPPGTest, LivesWithoutAnEffect) {
-  const ManualShelf shelf;
+  const OpenedManuals manuals;
   ExpectToLiveWithoutEffect();
-  EXPECT_EQ(shelf.opened.size(), 2u) << "the manual opens all the same";
+  EXPECT_EQ(manuals.After(2).size(), 2u) << "the manual opens all the same";
 }
 
 TEST_F(HelpPPGTest, CountsInItsServer) {
@@ -156,11 +156,11 @@ TEST_F(HelpPPGTest, HidesNothingWithoutATool) {
 }
 
 TEST_F(HelpPPGTest, OpensTheManual) {
-  const ManualShelf shelf;
+  const OpenedManuals manuals;
   Open();
   Press(1017);
   page->Help(u"folder");
-  EXPECT_EQ(shelf.opened, std::vector<std::u16string>(2, u"open|D:\\Programs" + kManual));
+  EXPECT_EQ(manuals.After(2), std::vector(2, manuals.Place()));
 }
 
 }  // namespace

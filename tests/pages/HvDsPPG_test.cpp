@@ -1,4 +1,4 @@
-#include "tests/pages/ManualShelf.h"
+#include "tests/pages/OpenedManuals.h"
 #include "tests/pages/PlainPage.h"
 
 namespace vblur {
@@ -94,12 +94,12 @@ TEST_F(HvDsPPGTest, ReturnsTheSecondFailureToShow) {
 }
 
 TEST_F(HvDsPPGTest, HelpsWithTheManual) {
-  ManualShelf shelf;
+  const OpenedManuals manuals;
   EXPECT_EQ(page->Help(u"folder"), kOk);
   Activate();
   Link();
   EXPECT_EQ(page->Help(nullptr), kOk);
-  EXPECT_EQ(shelf.opened, std::vector<std::u16string>(2, u"open|D:\\Programs" + kManual));
+  EXPECT_EQ(manuals.After(2), std::vector(2, manuals.Place()));
 }
 
 TEST_F(HvDsPPGTest, SetsTheRangeOfNumberControlsOnly) {
