@@ -1,8 +1,10 @@
 #include "host/base/PartFiles.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <regex>
@@ -33,12 +35,23 @@ const std::string& MachinePiece() {
   return name;
 }
 
+// The begin of a name in UTF-8, of whole characters.
+std::string PieceOf(const std::string& name) {
+  std::size_t end = std::min(name.size(), kLongestPiece);
+  const auto isWithin = [&] { return end < name.size() && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80; };
+  while (end > 0 && isWithin())
+    --end;
+  return name.substr(0, end);
+}
+
 // The process that wrote a part file of this machine.
 std::optional<std::uint32_t> WriterOf(const std::string& fileName) {
-  static const std::regex form(R"(\..*\.([^.-]+)-([0-9]{1,9})-[0-9]+\.part(\.[^.]*)?)");
+  static const std::regex form(R"(\..*\.([^.-]+)-([0-9]{1,10})-[0-9]+\.part(\.[^.]*)?(\.scratch)?)");
   std::smatch parts;
   if (!std::regex_match(fileName, parts, form) || parts[1].str() != MachinePiece()) return std::nullopt;
-  return static_cast<std::uint32_t>(std::stol(parts[2].str()));
+  const unsigned long long process = std::stoull(parts[2].str());
+  if (process > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  return static_cast<std::uint32_t>(process);
 }
 
 // More than frames can be in flight. Files without a place are left to RemoveAbandonedParts.
@@ -50,10 +63,16 @@ static_assert(std::atomic<Letter*>::is_always_lock_free, "a signal handler must 
 
 std::filesystem::path PartFileFor(const std::filesystem::path& target) {
   static std::atomic<unsigned> counter{0};
-  const std::string name = "." + Utf8Of(target.stem()).substr(0, kLongestPiece) + "." + MachinePiece() + "-" +
+  const std::string name = "." + PieceOf(Utf8Of(target.stem())) + "." + MachinePiece() + "-" +
                            std::to_string(OwnProcess()) + "-" + std::to_string(counter++) + ".part" +
-                           Utf8Of(target.extension());
+                           PieceOf(Utf8Of(target.extension()));
   return ExtendedPath(target.parent_path() / PathOf(name));
+}
+
+std::filesystem::path ScratchFileFor(const std::filesystem::path& part) {
+  std::filesystem::path scratch = part;
+  scratch += ".scratch";
+  return ExtendedPath(scratch);
 }
 
 PartFileNote::PartFileNote(const std::filesystem::path& file) {
@@ -82,13 +101,11 @@ void RemoveNotedParts() noexcept {
 }
 
 void RemoveAbandonedParts(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const auto writer = WriterOf(Utf8Of(entry->path().filename()));
+  for (const std::filesystem::path& name : EntriesOf(folder.empty() ? "." : folder)) {
+    const auto writer = WriterOf(Utf8Of(name));
     if (!writer || !HasEnded(*writer)) continue;
     std::error_code ignored;
-    std::filesystem::remove(entry->path(), ignored);
+    std::filesystem::remove(ExtendedPath(folder / name), ignored);
   }
 }
 

@@ -7,8 +7,11 @@
 namespace vblur::host {
 
 // A unique name in the target's folder, across processes and machines that share it: hidden, with the target's
-// extension, at most about 200 characters.
+// extension, at most about 250 bytes.
 std::filesystem::path PartFileFor(const std::filesystem::path& target);
+
+// What a codec writes first, of which the part file is made: a name beside it, which is removed like it.
+std::filesystem::path ScratchFileFor(const std::filesystem::path& part);
 
 // Notes a file of this process while it is a part file.
 class PartFileNote {

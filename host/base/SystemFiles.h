@@ -1,14 +1,32 @@
 // What output files need of the system beyond the standard library.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace vblur::host {
 
-// What is wrong with the name of a file to write, whatever lies there: a device, or characters that the system gives a
-// meaning. Empty for nothing, as everywhere but on Windows.
+// What is wrong with the name of a file to write, whatever lies there: a device, characters that the system gives a
+// meaning, an end that it leaves out, or a drive without a folder. Empty for nothing, as everywhere but on Windows.
 std::string FlawOfName(const std::filesystem::path& file);
+
+// What names of files consist of where they are counted, and the most of it that a part between separators and a whole
+// path have.
+struct NameLimits {
+  std::string_view unit;
+  std::size_t mostOfPart;
+  std::size_t mostOfPath;
+};
+extern const NameLimits kNameLimits;
+
+// Of a name in UTF-8, in that unit.
+std::size_t LengthOfName(std::string_view name);
+
+// The names of what lies in a folder, in no order; none where it cannot be read.
+std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder);
 
 // Puts what was written into a file, or the names in a folder, on the disk. The error in words; empty for success, and
 // where the file system keeps them by other means.
@@ -18,7 +36,8 @@ std::string SyncFolder(const std::filesystem::path& folder);
 // Gives a file the permissions of another one, as far as that is allowed.
 void CopyPermissions(const std::filesystem::path& from, const std::filesystem::path& to);
 
-// Renames a file; one of the new name is replaced in the same moment. The error in words; empty for success.
+// Renames a file; one of the new name is replaced in the same moment. On Windows it waits up to half a second for
+// others to close that one. The error in words; empty for success.
 std::string MoveOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
 // Removes a file, without a word. Safe in signal handlers.

@@ -29,6 +29,21 @@ std::string FlawOfName(const std::filesystem::path& /*file*/) {
   return {};
 }
 
+const NameLimits kNameLimits{"bytes", 255, 4095};
+
+std::size_t LengthOfName(std::string_view name) {
+  return name.size();
+}
+
+std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> names;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error))
+    names.push_back(entry->path().filename());
+  return names;
+}
+
 std::string SyncFile(const std::filesystem::path& file) {
   return TextOf(SyncPath(file, 0));
 }

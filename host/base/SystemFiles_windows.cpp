@@ -3,6 +3,7 @@
 #include "host/base/LongPath.h"
 #include "host/base/LongPath_windows.h"
 #include "host/base/SystemError_windows.h"
+#include "host/base/Utf8.h"
 
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -11,6 +12,21 @@
 
 namespace vblur::host {
 
+namespace {
+
+constexpr DWORD kAnySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// Whether somebody else does not let it be replaced.
+bool IsHeld(const std::filesystem::path& file) {
+  const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), DELETE, kAnySharing, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+  CloseHandle(handle);
+  return false;
+}
+
+}  // namespace
+
 std::string FlawOfName(const std::filesystem::path& file) {
   // Such as nul, con and, with some systems, nul.png.
   if (FullPathOf(file).starts_with(L"\\\\.\\")) return "it is a device, a file name was expected";
@@ -18,11 +34,37 @@ std::string FlawOfName(const std::filesystem::path& file) {
   const std::filesystem::path plain = WithoutLongPrefix(file.native());
   if (plain.relative_path().native().find_first_of(L"<>:\"|?*") != std::wstring::npos)
     return R"(a file name holds none of < > : " | ? *)";
+  if (plain.has_root_name() && !plain.has_root_directory())
+    return "it lies in whatever folder is the current one of drive " + Utf8Of(plain.root_name()) + ", expected " +
+           Utf8Of(plain.root_name()) + "\\ and the folders, or no drive";
+  // The system leaves them out: the file would have another name.
+  const std::wstring name = plain.filename().native();
+  const bool isFolder = name.empty() || name == L"." || name == L"..";
+  if (!isFolder && (name.back() == L'.' || name.back() == L' ')) return "a file name ends in no dot and no blank";
   return {};
 }
 
+const NameLimits kNameLimits{"characters", 255, 32766};
+
+std::size_t LengthOfName(std::string_view name) {
+  return Utf16Of(name).size();
+}
+
+// The iterator of the compiler's library takes no folder of a long name.
+std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> names;
+  WIN32_FIND_DATAW entry;
+  const HANDLE search = FindFirstFileW(ExtendedPath(folder / "*").c_str(), &entry);
+  if (search == INVALID_HANDLE_VALUE) return names;
+  do {
+    const std::filesystem::path name(entry.cFileName);
+    if (name != "." && name != "..") names.push_back(name);
+  } while (FindNextFileW(search, &entry) != 0);
+  FindClose(search);
+  return names;
+}
+
 std::string SyncFile(const std::filesystem::path& file) {
-  constexpr DWORD kAnySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), GENERIC_WRITE, kAnySharing, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return LastErrorText();
@@ -51,7 +93,16 @@ std::string MoveOver(const std::filesystem::path& from, const std::filesystem::p
   if (old != INVALID_FILE_ATTRIBUTES && (old & FILE_ATTRIBUTE_READONLY) != 0)
     return SystemErrorText(ERROR_ACCESS_DENIED);
   constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  return MoveFileExW(ExtendedPath(from).c_str(), ExtendedPath(to).c_str(), kHow) != 0 ? std::string() : LastErrorText();
+  constexpr int kTries = 50;
+  constexpr DWORD kPauseMilliseconds = 10;
+  for (int left = kTries; MoveFileExW(ExtendedPath(from).c_str(), ExtendedPath(to).c_str(), kHow) == 0; --left) {
+    // A program that looks at the old file, or replaces it too, has it for a moment.
+    const DWORD error = GetLastError();
+    if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) return SystemErrorText(error);
+    if (left == 0) return SystemErrorText(IsHeld(to) ? ERROR_SHARING_VIOLATION : error);
+    Sleep(kPauseMilliseconds);
+  }
+  return {};
 }
 
 void RemoveAtOnce(const wchar_t* file) noexcept {

@@ -14,7 +14,8 @@ std::string Utf8OfPath(const std::filesystem::path& path) {
 
 std::filesystem::path PathOf(std::string_view text) {
   const std::u16string wide = Utf16Of(text);
-  std::filesystem::path path(std::wstring(wide.begin(), wide.end()));
+  // That class takes \\?\ for a folder.
+  std::filesystem::path path(WithoutLongPrefix(std::wstring(wide.begin(), wide.end())));
   // What is relative may be meant from another folder than the current one.
   return path.is_absolute() ? ExtendedPath(std::move(path)) : path;
 }

@@ -8,6 +8,7 @@
 #include "host/base/Failure.h"
 #include "host/base/LongPath.h"
 #include "host/base/NameMatch.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 
 namespace vblur::host {
@@ -75,12 +76,10 @@ std::vector<std::string> FilesNamed(const std::string& name) {
   if (!isPattern || std::filesystem::exists(ExtendedPath(PathOf(name)), error)) return {name};
   const std::string folder = name.substr(0, last);
   std::vector<std::string> found;
-  std::filesystem::directory_iterator entry(folder.empty() ? std::filesystem::path(".") : ExtendedPath(PathOf(folder)),
-                                            error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const std::string each = Utf8Of(entry->path().filename());
-    std::error_code ignored;
-    if (MatchesWildcards(each, pattern) && !entry->is_directory(ignored)) found.push_back(folder + each);
+  for (const std::filesystem::path& entry : EntriesOf(folder.empty() ? "." : PathOf(folder))) {
+    const std::string each = Utf8Of(entry);
+    if (!MatchesWildcards(each, pattern)) continue;
+    if (!std::filesystem::is_directory(ExtendedPath(PathOf(folder + each)), error)) found.push_back(folder + each);
   }
   if (found.empty()) RefuseToRead(PathOf(name), "no file has such a name");
   std::ranges::sort(found, ComesBefore);

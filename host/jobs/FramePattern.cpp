@@ -11,6 +11,8 @@
 #include "host/base/Failure.h"
 #include "host/base/LongPath.h"
 #include "host/base/NameMatch.h"
+#include "host/base/RealPaths.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 
 namespace vblur::host {
@@ -81,15 +83,18 @@ FramePattern::FramePattern(std::string pattern) : pattern_(std::move(pattern)) {
 }
 
 void FramePattern::CheckLengths() const {
-  constexpr std::size_t kLongestPart = 255;
-  constexpr std::size_t kLongest = 4095;
   const std::string name = FileName(0);
-  std::size_t part = 0;
-  for (const char c : name) {
-    part = std::string_view(kSeparators).find(c) != std::string_view::npos ? 0 : part + 1;
-    if (part > kLongestPart) Refuse(Quoted(pattern_), "a name of more than 255 bytes, which no file can have");
+  const auto check = [&](std::string_view text, const char* kind, std::size_t most) {
+    if (LengthOfName(text) <= most) return;
+    Refuse(Quoted(pattern_), "a " + std::string(kind) + " of more than " + std::to_string(most) + " " +
+                                 std::string(kNameLimits.unit) + ", which no file can have");
+  };
+  for (std::size_t at = 0; at < name.size();) {
+    const std::size_t end = std::min(name.find_first_of(kSeparators, at), name.size());
+    check(std::string_view(name).substr(at, end - at), "name", kNameLimits.mostOfPart);
+    at = end + 1;
   }
-  if (name.size() > kLongest) Refuse(Quoted(pattern_), "a path of more than 4095 bytes, which no file can have");
+  check(name, "path", kNameLimits.mostOfPath);
 }
 
 void FramePattern::SetWidth(int width) {
@@ -147,13 +152,13 @@ std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path
   // The number may stand in the name of a folder.
   const std::size_t start = head_.find_last_of(kSeparators) + 1;
   const std::size_t end = std::min(tail_.find_first_of(kSeparators), tail_.size());
-  const std::string_view head = std::string_view(head_).substr(start);
-  const std::string_view tail = std::string_view(tail_).substr(0, end);
+  const auto asCompared = [](const std::string& name) { return Utf8Of(InOneCase(PathOf(name))); };
+  const std::string head = asCompared(head_.substr(start));
+  const std::string tail = asCompared(tail_.substr(0, end));
+  const std::filesystem::path inFolder = folder / PathOf(head_.substr(0, start));
   std::vector<std::int32_t> frames;
-  std::error_code error;
-  std::filesystem::directory_iterator entry(ExtendedPath(folder / PathOf(head_.substr(0, start))), error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const std::string name = Utf8Of(entry->path().filename());
+  for (const std::filesystem::path& entry : EntriesOf(inFolder.empty() ? "." : inFolder)) {
+    const std::string name = Utf8Of(InOneCase(entry));
     if (name.size() <= head.size() + tail.size() || !name.starts_with(head) || !name.ends_with(tail)) continue;
     const std::string_view digits(name.data() + head.size(), name.size() - head.size() - tail.size());
     std::int32_t frame = 0;
@@ -161,7 +166,7 @@ std::vector<std::int32_t> FramePattern::FramesOnDisk(const std::filesystem::path
     if (wrong != std::errc{} || stop != digits.data() + digits.size()) continue;
     // The number has the pattern's width, and the file exists.
     const std::string file = FileName(frame);
-    if (file.compare(start, name.size(), name) != 0) continue;
+    if (asCompared(file.substr(start)).compare(0, name.size(), name) != 0) continue;
     std::error_code ignored;
     if (std::filesystem::is_regular_file(ExtendedPath(folder / PathOf(file)), ignored)) frames.push_back(frame);
   }

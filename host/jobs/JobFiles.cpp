@@ -78,8 +78,9 @@ class FileCollisions {
 std::filesystem::path JobFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {
   std::filesystem::path name = PathOf(pattern.FileName(frame));
   if (IsStandardStream(name)) return name;
-  // Messages name "x" rather than "./x".
-  return ExtendedPath(job.folder == "." || job.folder.empty() ? name : job.folder / name);
+  // Messages name "x" rather than "./x". A drive has a current folder of its own.
+  const bool isWhole = job.folder == "." || job.folder.empty() || name.has_root_name();
+  return ExtendedPath(isWhole ? name : job.folder / name);
 }
 
 std::filesystem::path OutputFilePath(const Job& job, const FramePattern& pattern, std::int32_t frame) {

@@ -7,6 +7,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/LongPath.h"
+#include "host/base/PartFiles.h"
 #include "host/base/StandardStream.h"
 #include "host/base/SystemError_windows.h"
 #include "host/files/ColourProfile.h"
@@ -49,9 +50,11 @@ class Writing {
   void Write() {
     // Their heads are changed before they are in place.
     const bool changesHead = picture_.format.name == "png" || picture_.format.name == "jpeg";
-    std::filesystem::path written = picture_.file;
-    if (changesHead) written += ".scratch";
-    Open(written, changesHead ? FileStream::Use::Scratch : FileStream::Use::Write);
+    if (changesHead) {
+      Open(ScratchFileFor(picture_.file), FileStream::Use::Scratch);
+    } else {
+      Open(picture_.file, FileStream::Use::Write);
+    }
     Encode();
     if (changesHead) {
       const ComPtr<FileStream> encoded = stream_;

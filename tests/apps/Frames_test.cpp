@@ -141,8 +141,7 @@ TEST_F(Frames, NamesThatNoFileHasAreRefused) {
   ExpectRefusal({"job", "nul.json"}, 2, "nul.json: output/file: \"o\\u0000.png\": a file name holds no NUL character");
   const auto result = Run({"render", "in.png", std::string(300, 'x') + ".png"});
   EXPECT_EQ(result.exit, 2);
-  EXPECT_NE(result.err.find(": a name of more than 255 bytes, which no file can have\n"), std::string::npos)
-      << result.err;
+  EXPECT_NE(result.err.find(": a name of more than 255 "), std::string::npos) << result.err;
   folder_.Write("look.json", R"({"version": 1, "properties": {"Bl\u0000ur": 5, "Channels": "RG\u0000B"}})");
   const auto look = Run({"render", "in.png", "o.png", "--load-properties", "look.json"});
   EXPECT_EQ(look.exit, 2);

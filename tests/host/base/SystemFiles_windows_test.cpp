@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -27,8 +28,22 @@ TEST(SystemFiles, NamesOfDevicesAndStreamsAreNoFiles) {
     EXPECT_EQ(FlawOfName(name), "it is a device, a file name was expected") << name;
   for (const char* name : {"a?.png", "a*.png", "shot:1.png", "a|b", "<a>"})
     EXPECT_EQ(FlawOfName(name), R"(a file name holds none of < > : " | ? *)") << name;
-  for (const char* name : {"a.png", "C:a.png", "C:\\b\\a.png", "..\\a.png", "\\\\?\\C:\\b\\a.png"})
+  for (const char* name : {"a.png", "C:\\b\\a.png", "\\b\\a.png", "..\\a.png", "..", "\\\\?\\C:\\b\\a.png"})
     EXPECT_EQ(FlawOfName(name), "") << name;
+}
+
+TEST(SystemFiles, ADriveWithoutAFolderIsNoPlace) {
+  for (const char* name : {"C:a.png", "c:b\\a.png", "Q:"}) {
+    const std::string drive(name, 2);
+    EXPECT_EQ(FlawOfName(name), "it lies in whatever folder is the current one of drive " + drive + ", expected " +
+                                    drive + "\\ and the folders, or no drive");
+  }
+}
+
+// The system makes a file of another name.
+TEST(SystemFiles, NoNameEndsInADotOrABlank) {
+  for (const char* name : {"a.png.", "a.png ", "C:\\b\\a. ", "a..."})
+    EXPECT_EQ(FlawOfName(name), "a file name ends in no dot and no blank") << name;
 }
 
 TEST(SystemFiles, ReplacesAFile) {
@@ -45,7 +60,7 @@ TEST(SystemFiles, AFileThatIsOpenElsewhereOrReadOnlyStays) {
   const auto part = scratch.Write("b.txt", "new");
   const HANDLE open = CreateFileW(target.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
   ASSERT_NE(open, INVALID_HANDLE_VALUE);
-  EXPECT_NE(MoveOver(part, target), "");
+  EXPECT_EQ(MoveOver(part, target), "another program has it open");
   CloseHandle(open);
   EXPECT_EQ(TextOf(target), "old");
   SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_READONLY);
@@ -53,6 +68,21 @@ TEST(SystemFiles, AFileThatIsOpenElsewhereOrReadOnlyStays) {
   SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(TextOf(target), "old");
   EXPECT_EQ(TextOf(part), "new");
+}
+
+// By a program that reads the old file, or replaces it too.
+TEST(SystemFiles, AFileThatIsOpenForAMomentIsReplaced) {
+  const ScratchFolder scratch;
+  const auto target = scratch.Write("a.txt", "old");
+  const HANDLE open = CreateFileW(target.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(open, INVALID_HANDLE_VALUE);
+  std::thread closing([&] {
+    Sleep(100);
+    CloseHandle(open);
+  });
+  EXPECT_EQ(MoveOver(scratch.Write("b.txt", "new"), target), "");
+  closing.join();
+  EXPECT_EQ(TextOf(target), "new");
 }
 
 }  // namespace

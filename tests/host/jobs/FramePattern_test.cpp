@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/base/SystemFiles.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/ScratchFolder.h"
 
@@ -91,14 +92,28 @@ TEST(FramePattern, RefusesNamesThatNoFileHas) {
   const auto failure = [](const std::string& pattern) { return UsageFailureOf([&] { FramePattern{pattern}; }); };
   EXPECT_EQ(failure(std::string("o\0.png", 6)), "\"o\\u0000.png\": a file name holds no NUL character");
   EXPECT_NO_THROW(FramePattern(std::string(255, 'a') + "/" + std::string(251, 'b') + "%04d"));
-  EXPECT_NE(failure(std::string(256, 'a')).find(": a name of more than 255 bytes, which no file can have"),
+  const std::string unit(kNameLimits.unit);
+  EXPECT_NE(failure(std::string(256, 'a')).find(": a name of more than 255 " + unit + ", which no file can have"),
             std::string::npos);
-  EXPECT_NE(failure("x/" + std::string(252, 'b') + "%04d/y").find(": a name of more than 255 bytes"),
+  EXPECT_NE(failure("x/" + std::string(252, 'b') + "%04d/y").find(": a name of more than 255 " + unit),
             std::string::npos);
   std::string deep;
-  while (deep.size() < 4100)
+  while (deep.size() <= kNameLimits.mostOfPath)
     deep += "folder/";
-  EXPECT_NE(failure(deep).find(": a path of more than 4095 bytes, which no file can have"), std::string::npos);
+  EXPECT_NE(failure(deep).find(": a path of more than " + std::to_string(kNameLimits.mostOfPath) + " " + unit),
+            std::string::npos);
+}
+
+// The same name has more bytes than characters.
+TEST(FramePattern, CountsNamesAsTheSystemDoes) {
+  std::string name;
+  for (int i = 0; i < 200; ++i)
+    name += "\xC3\xA4";
+  if (kNameLimits.unit == "bytes") {
+    EXPECT_NE(UsageFailureOf([&] { FramePattern{name}; }).find("more than 255 bytes"), std::string::npos);
+  } else {
+    EXPECT_NO_THROW(FramePattern{name});
+  }
 }
 
 TEST(FramePattern, FindsTheFramesThatExist) {
