@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/vblur/Commands.h"
+#include "apps/vblur/Interruption.h"
 #include "apps/vblur/JobWarnings.h"
 #include "apps/vblur/LoadServer.h"
 #include "apps/vblur/OptionText.h"
@@ -65,8 +66,9 @@ class PageCommand : public Command {
     const auto server = LoadServer(global);
     host::CallTrace trace([&](const std::string& line) { terminal.Note(line); });
     WarnOfValues(job, terminal);
-    const host::PropertyStore properties = Play(
-        job, events, server->Factory(), global.verbose > 1 && !global.quiet ? &trace : nullptr, global.verbose > 0);
+    const host::PropertyStore properties =
+        Play(job, events, server->Factory(), global.verbose > 1 && !global.quiet ? &trace : nullptr, global.verbose > 0,
+             terminal);
     if (!savedJob_.empty()) {
       job.properties = properties;
       host::WriteJobFile(job, savedJob_);
@@ -88,7 +90,8 @@ class PageCommand : public Command {
 
   // Returns the properties after the script. Nothing is printed before all of it is done.
   host::PropertyStore Play(const host::Job& job, const std::vector<host::PageEvent>& events,
-                           const host::EffectFactory& makeEffect, host::CallTrace* trace, bool toolTips) {
+                           const host::EffectFactory& makeEffect, host::CallTrace* trace, bool toolTips,
+                           const Terminal& terminal) {
     const double time = time_.value_or(host::FrameTime(job, frame_.value_or(host::ResolveFrames(job).First())));
     host::PageSession session(job, time, makeEffect, trace);
     const auto print = [&] {
@@ -99,9 +102,15 @@ class PageCommand : public Command {
     ShowFirst(session.Pages());
     for (const host::PageEvent& event : events)
       session.Play(event);
-    if (inWindow_) host::ShowPages(session.Pages(), session.History());
+    if (inWindow_) ShowUntilClosed(session, terminal);
     if (inWindow_ || events.empty() || events.back().kind != host::PageEvent::Kind::Print) print();
     return session.Properties();
+  }
+
+  static void ShowUntilClosed(host::PageSession& session, const Terminal& terminal) {
+    Interruption interruption(terminal);
+    host::ShowPages(session.Pages(), session.History(), interruption.Context());
+    if (interruption.Context().Stopped()) throw host::Failure(host::ExitCode::Interrupted, "interrupted");
   }
 
   void ShowFirst(host::EffectPages& pages) const {

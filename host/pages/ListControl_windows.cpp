@@ -39,7 +39,7 @@ bool ListControl::Choose(std::int32_t index) {
   Send(CB_SETCURSEL, static_cast<WPARAM>(index));
   // As the list sends it to its dialog once the user has chosen.
   const auto id = static_cast<WORD>(Id());
-  ::SendMessageW(GetParent(Handle()), WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(Handle()));
+  SendTo(GetParent(Handle()), WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(Handle()));
   return true;
 }
 

@@ -58,14 +58,15 @@ std::string NumberControl::Complaint(const std::string& why) const {
 std::optional<std::string> NumberControl::TakeTyped(std::string_view text) {
   if (!TakesInput() || scrub_) return Complaint("takes no input now");
   const auto held = Hold();
+  double typed = 0.0;
   try {
-    const double typed = Clamped(ReadTypedNumber(text, value_, range_));
-    // Typing the value that a curve has here sets a key.
-    if (mark_ == DSAnimationMark::Animated && SameValue(typed, value_)) Tell(kControlNotify);
-    ChangeForGood(typed);
+    typed = Clamped(ReadTypedNumber(text, value_, range_));
   } catch (const Failure& failure) {
     return Complaint(failure.what());
   }
+  // Typing the value that a curve has here sets a key.
+  if (mark_ == DSAnimationMark::Animated && SameValue(typed, value_)) Tell(kControlNotify);
+  ChangeForGood(typed);
   return std::nullopt;
 }
 

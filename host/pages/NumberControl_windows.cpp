@@ -8,6 +8,7 @@
 
 #include "host/base/Utf8.h"
 #include "host/pages/ControlClasses.h"
+#include "host/pages/KeptFailure.h"
 #include "sdk/system/SystemTypes_windows.h"
 // After the system's header.
 #include <commctrl.h>
@@ -102,8 +103,20 @@ void DrawMark(HDC dc, DSAnimationMark mark, const RECT& area) {
 struct NumberEditor {
   static LRESULT CALLBACK Run(HWND handle, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR reference) {
     auto& control = *reinterpret_cast<NumberControl*>(reference);
-    // The page may drop the dialog.
-    const auto held = control.Hold();
+    if (message == WM_NCDESTROY) {
+      RemoveWindowSubclass(handle, &Run, 0);
+      if (control.editor_ == handle) control.editor_ = nullptr;
+      return DefSubclassProc(handle, message, wParam, lParam);
+    }
+    return AnswerOrKeep([&] {
+      // The page may drop the dialog.
+      const auto held = control.Hold();
+      return Receive(control, handle, message, wParam, lParam);
+    });
+  }
+
+ private:
+  static LRESULT Receive(NumberControl& control, HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
       case WM_GETDLGCODE: return DLGC_WANTALLKEYS;
       case WM_KEYDOWN:
@@ -113,16 +126,10 @@ struct NumberEditor {
         if (wParam == VK_RETURN || wParam == VK_ESCAPE || wParam == VK_TAB) return 0;
         break;
       case WM_KILLFOCUS: OnLeft(control, handle); return 0;
-      case WM_NCDESTROY:
-        RemoveWindowSubclass(handle, &Run, 0);
-        if (control.editor_ == handle) control.editor_ = nullptr;
-        break;
       default: break;
     }
     return DefSubclassProc(handle, message, wParam, lParam);
   }
-
- private:
   static bool OnKey(NumberControl& control, WPARAM key) {
     if (key == VK_ESCAPE) {
       control.CloseEditor();
@@ -169,8 +176,8 @@ std::optional<std::string> NumberControl::Type(std::string_view text) {
   }
   ::SendMessageW(editor_, EM_SETMODIFY, TRUE, 0);
   complaint_.reset();
-  ::SendMessageW(editor_, WM_KEYDOWN, VK_RETURN, 1);
-  if (complaint_ && editor_ != nullptr) ::SendMessageW(editor_, WM_KEYDOWN, VK_ESCAPE, 1);
+  SendTo(editor_, WM_KEYDOWN, VK_RETURN, 1);
+  if (complaint_ && editor_ != nullptr) SendTo(editor_, WM_KEYDOWN, VK_ESCAPE, 1);
   return std::exchange(complaint_, std::nullopt);
 }
 
@@ -287,17 +294,16 @@ LRESULT NumberControl::OnMouse(UINT message, WPARAM keys, std::int32_t x) {
     draggedTo_ = std::abs(x) > kFarthest ? 0 : x;
     TakeDrag(steps, StepOf((keys & MK_SHIFT) != 0, (keys & MK_CONTROL) != 0));
   } else if (message == WM_LBUTTONUP && scrub_) {
-    const auto scrub = scrubs_;
+    if (GetCapture() == handle_) ReleaseCapture();
     TakeRelease();
-    if (scrub == scrubs_ && GetCapture() == handle_) ReleaseCapture();
   }
   return 0;
 }
 
 bool NumberControl::OnKeyDown(WPARAM key) {
   if (key == VK_ESCAPE && scrub_) {
-    TakeCancel();
     if (GetCapture() == handle_) ReleaseCapture();
+    TakeCancel();
     return true;
   }
   if (key == VK_F2 || key == VK_RETURN) {
@@ -340,7 +346,12 @@ void NumberControl::CommitEditor() {
   if (::SendMessageW(editor_, EM_GETMODIFY, 0, 0) == 0) return CloseEditor();
   std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(editor_)), u'\0');
   GetWindowTextW(editor_, SystemText(text.data()), static_cast<int>(text.size()) + 1);
-  complaint_ = TakeTyped(Utf8Of(text));
+  try {
+    complaint_ = TakeTyped(Utf8Of(text));
+  } catch (...) {
+    CloseEditor();
+    throw;
+  }
   if (!complaint_) return CloseEditor();
   MessageBeep(MB_ICONWARNING);
   if (editor_ != nullptr) ::SendMessageW(editor_, EM_SETSEL, 0, -1);

@@ -6,6 +6,7 @@
 
 #include "host/pages/ControlClasses.h"
 #include "host/pages/DialogTemplate.h"
+#include "host/pages/KeptFailure.h"
 #include "host/pages/PageFrame.h"
 #include "platform/PageControls.h"
 #include "sdk/system/SystemTypes_windows.h"
@@ -28,9 +29,12 @@ bool IsControlMessage(UINT message) {
 // The system calls it while it makes the dialog, whose windows get their messages themselves from then on.
 struct PageDialog::Procedure {
   static INT_PTR CALLBACK Run(HWND handle, UINT message, WPARAM, LPARAM lParam) {
-    if (message == WM_INITDIALOG) reinterpret_cast<PageDialog*>(lParam)->AttachAll(handle);
+    if (message != WM_INITDIALOG) return FALSE;
     // The focus stays where it is.
-    return FALSE;
+    return AnswerOrKeep([&] {
+      reinterpret_cast<PageDialog*>(lParam)->AttachAll(handle);
+      return FALSE;
+    });
   }
 };
 
@@ -58,6 +62,7 @@ bool PageDialog::Create(const ModuleDialog& dialog) {
   const std::vector<std::byte> bytes = WriteDialogTemplate(dialog, TemplateClasses::HostsOwn);
   const HWND made = CreateDialogIndirectParamW(module_, reinterpret_cast<const DLGTEMPLATE*>(bytes.data()),
                                                PageFrame::Hidden(), &Procedure::Run, reinterpret_cast<LPARAM>(this));
+  ThrowKeptFailure();
   return made != nullptr && isThere_;
 }
 

@@ -4,6 +4,7 @@
 
 #include "host/base/Utf8.h"
 #include "host/pages/ControlClasses.h"
+#include "host/pages/KeptFailure.h"
 #include "sdk/system/SystemTypes_windows.h"
 // After the system's header.
 #include <commctrl.h>
@@ -13,6 +14,8 @@ namespace vblur::host {
 namespace {
 
 constexpr const wchar_t* kClassName = L"vblur page frame";
+// How long the end of the context may go unnoticed, in milliseconds.
+constexpr DWORD kPatience = 100;
 constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 
 }  // namespace
@@ -25,7 +28,7 @@ struct PageFrame::Procedure {
     }
     auto* const frame = reinterpret_cast<PageFrame*>(GetWindowLongPtrW(handle, GWLP_USERDATA));
     if (frame == nullptr || frame->handle_ == nullptr) return DefWindowProcW(handle, message, wParam, lParam);
-    return frame->Receive(message, wParam, lParam);
+    return AnswerOrKeep([&] { return frame->Receive(message, wParam, lParam); });
   }
 };
 
@@ -41,14 +44,28 @@ PageFrame::PageFrame(EffectPages& pages, UndoHistory& history) : pages_(pages), 
   for (const std::string_view name : pages_.Listed())
     names_.emplace_back(name);
   if (!Create()) return;
+  try {
+    Fill();
+  } catch (...) {
+    GiveDialogsBack();
+    throw;
+  }
+}
+
+PageFrame::~PageFrame() {
+  GiveDialogsBack();
+}
+
+void PageFrame::Fill() {
   isOpen_ = true;
   MakeTabs();
   HoldFront();
   ShowWindow(handle_, SW_SHOWNORMAL);
   UpdateWindow(handle_);
+  ThrowKeptFailure();
 }
 
-PageFrame::~PageFrame() {
+void PageFrame::GiveDialogsBack() {
   for (const auto& each : held_) {
     if (const auto dialog = each.lock(); dialog != nullptr && IsWindow(dialog->Handle())) {
       SetParent(dialog->Handle(), Hidden());
@@ -114,13 +131,49 @@ void PageFrame::HoldFront() {
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   SetWindowPos(tabs_, nullptr, 0, 0, page.right, above, SWP_NOZORDER | SWP_NOACTIVATE);
   SetWindowPos(dialog->Handle(), HWND_TOP, 0, above, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
-  if (PageWindow* const first = dialog->NextStop(nullptr); first != nullptr) SetFocus(first->Handle());
+  focused_ = nullptr;
+  GiveFocus();
 }
 
 void PageFrame::ShowTab(std::int32_t index) {
   if (index < 0 || index >= static_cast<std::int32_t>(names_.size())) return;
+  // What is being typed counts, while its page still takes it.
+  if (Focused() != nullptr) SetFocus(handle_);
   pages_.Show(names_[static_cast<std::size_t>(index)]);
   HoldFront();
+}
+
+PageWindow* PageFrame::Focused() const {
+  const OpenedPage* const front = pages_.Front();
+  const HWND focus = GetFocus();
+  if (front == nullptr || focus == nullptr) return nullptr;
+  const auto& items = front->dialog->Items();
+  const auto found = std::ranges::find_if(items, [focus](const auto& item) {
+    // Itself, or the field that it has opened.
+    return item->Handle() == focus || IsChild(item->Handle(), focus) != FALSE;
+  });
+  return found == items.end() ? nullptr : found->get();
+}
+
+void PageFrame::GiveFocus() {
+  const OpenedPage* const front = pages_.Front();
+  if (front == nullptr) return;
+  const auto& items = front->dialog->Items();
+  const auto last = std::ranges::find_if(items, [this](const auto& item) { return item->Handle() == focused_; });
+  PageWindow* to = focused_ == nullptr || last == items.end() ? nullptr : last->get();
+  if (to == nullptr || !to->TakesInput()) to = front->dialog->NextStop(to);
+  focused_ = to == nullptr ? nullptr : to->Handle();
+  SetFocus(to == nullptr ? handle_ : focused_);
+}
+
+void PageFrame::KeepFocus() {
+  if (GetActiveWindow() != handle_) return;
+  if (const PageWindow* const focused = Focused(); focused != nullptr) {
+    focused_ = focused->Handle();
+    if (focused->TakesInput()) return;
+  }
+  const HWND focus = GetFocus();
+  if (focus != handle_ && focus != tabs_) GiveFocus();
 }
 
 LRESULT PageFrame::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -131,16 +184,15 @@ LRESULT PageFrame::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       return 0;
     case WM_ACTIVATE:
-      if (LOWORD(wParam) == WA_INACTIVE || pages_.Front() == nullptr) break;
-      if (PageWindow* const first = pages_.Front()->dialog->NextStop(nullptr); first != nullptr) {
-        SetFocus(first->Handle());
+      if (LOWORD(wParam) == WA_INACTIVE) {
+        if (const PageWindow* const focused = Focused(); focused != nullptr) focused_ = focused->Handle();
+        break;
       }
+      // Minimized, or without a page.
+      if (HIWORD(wParam) != 0 || pages_.Front() == nullptr) break;
+      GiveFocus();
       return 0;
-    case WM_CLOSE:
-      // The dialogs stay, for those who print them.
-      isOpen_ = false;
-      ShowWindow(handle_, SW_HIDE);
-      return 0;
+    case WM_CLOSE: Close(); return 0;
     default: break;
   }
   return DefWindowProcW(handle_, message, wParam, lParam);
@@ -152,27 +204,54 @@ bool PageFrame::OnKey(WPARAM key) {
   if (key == 'Y') history_.Redo();
   if (key == VK_TAB && !names_.empty()) {
     const auto count = static_cast<std::int32_t>(names_.size());
-    ShowTab((static_cast<std::int32_t>(::SendMessageW(tabs_, TCM_GETCURSEL, 0, 0)) + 1) % count);
+    const std::int32_t step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
+    ShowTab((static_cast<std::int32_t>(::SendMessageW(tabs_, TCM_GETCURSEL, 0, 0)) + step) % count);
   }
   return key == 'Z' || key == 'Y' || key == VK_TAB;
 }
 
-void PageFrame::Dispatch(MSG& message) {
-  // Those of a field in which the user types are its own.
+void PageFrame::HandOut(MSG& message) {
+  // Undo and redo of a field in which the user types are its own.
   std::array<wchar_t, 8> name{};
   GetClassNameW(message.hwnd, name.data(), static_cast<int>(name.size()));
-  const bool isField = std::wstring_view(name.data()) == L"Edit";
-  if (message.message == WM_KEYDOWN && !isField && OnKey(message.wParam)) return;
+  const bool isFields = std::wstring_view(name.data()) == L"Edit" && message.wParam != VK_TAB;
+  if (message.message == WM_KEYDOWN && !isFields && OnKey(message.wParam)) return;
   const OpenedPage* const front = pages_.Front();
   if (front != nullptr && IsDialogMessageW(front->dialog->Handle(), &message)) return;
   TranslateMessage(&message);
   DispatchMessageW(&message);
 }
 
-void PageFrame::Run() {
-  MSG message{};
-  while (isOpen_ && GetMessageW(&message, nullptr, 0, 0) > 0)
-    Dispatch(message);
+void PageFrame::Dispatch(MSG& message) {
+  HandOut(message);
+  KeepFocus();
+  ThrowKeptFailure();
+}
+
+void PageFrame::Close() {
+  isOpen_ = false;
+  ShowWindow(handle_, SW_HIDE);
+}
+
+void PageFrame::Run(const ExecuteContext& context) {
+  const auto goesOn = [&] { return isOpen_ && !context.Stopped(); };
+  try {
+    while (goesOn()) {
+      MsgWaitForMultipleObjectsEx(0, nullptr, kPatience, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+      MSG message{};
+      while (goesOn() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        if (message.message == WM_QUIT) {
+          Close();
+        } else {
+          Dispatch(message);
+        }
+      }
+    }
+  } catch (...) {
+    Close();
+    throw;
+  }
+  Close();
 }
 
 }  // namespace vblur::host

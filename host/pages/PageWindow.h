@@ -126,7 +126,9 @@ class PageWindow : public WindowBehind {
   virtual bool SeesChange();
   // The window's own answer.
   LRESULT Pass(UINT message, WPARAM wParam, LPARAM lParam) const;
-  // To the window; 0 once it has ended.
+  // Any window; throws what its procedure and those behind it throw.
+  static LRESULT SendTo(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
+  // Likewise to this one; 0 once it has ended.
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 #else
   LRESULT TellCommand(UINT what) const;

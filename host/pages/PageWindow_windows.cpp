@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/pages/KeptFailure.h"
 #include "host/pages/PageDialog.h"
 #include "platform/PageControls.h"
 #include "sdk/system/SystemTypes_windows.h"
@@ -22,9 +23,11 @@ struct PageWindow::Procedure {
       window.Detach();
       return DefSubclassProc(handle, message, wParam, lParam);
     }
-    // The page may drop the dialog.
-    const auto held = window.Hold();
-    return window.Receive(message, wParam, lParam);
+    return AnswerOrKeep([&] {
+      // The page may drop the dialog.
+      const auto held = window.Hold();
+      return window.Receive(message, wParam, lParam);
+    });
   }
 };
 
@@ -76,6 +79,7 @@ bool PageWindow::IsVisible() const {
 void PageWindow::Show(bool visible) {
   if (!isThere_ || IsVisible() == visible) return;
   ShowWindow(handle_, visible ? SW_SHOWNA : SW_HIDE);
+  ThrowKeptFailure();
   Changed();
 }
 
@@ -85,7 +89,10 @@ void PageWindow::Invalidate() {
 }
 
 bool PageWindow::Enable(bool enable) {
-  return isThere_ && ::EnableWindow(handle_, enable ? TRUE : FALSE) != FALSE;
+  if (!isThere_) return false;
+  const bool wasDisabled = ::EnableWindow(handle_, enable ? TRUE : FALSE) != FALSE;
+  ThrowKeptFailure();
+  return wasDisabled;
 }
 
 LRESULT PageWindow::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -100,8 +107,14 @@ LRESULT PageWindow::Pass(UINT message, WPARAM wParam, LPARAM lParam) const {
   return DefSubclassProc(handle_, message, wParam, lParam);
 }
 
+LRESULT PageWindow::SendTo(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = ::SendMessageW(window, message, wParam, lParam);
+  ThrowKeptFailure();
+  return result;
+}
+
 LRESULT PageWindow::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
-  return isThere_ ? ::SendMessageW(handle_, message, wParam, lParam) : 0;
+  return isThere_ ? SendTo(handle_, message, wParam, lParam) : 0;
 }
 
 void PageWindow::Look() {
@@ -117,7 +130,7 @@ bool PageWindow::SeesChange() {
 
 LRESULT PageWindow::Tell(const char16_t* message, LPARAM lParam) const {
   if (id_ == ModuleControl::kNoId || kind_ == PageWindowKind::Dialog || !isThere_) return 0;
-  return ::SendMessageW(GetParent(handle_), RegisterWindowMessageW(message), static_cast<WPARAM>(id_), lParam);
+  return SendTo(GetParent(handle_), RegisterWindowMessageW(message), static_cast<WPARAM>(id_), lParam);
 }
 
 }  // namespace vblur::host

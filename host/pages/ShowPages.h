@@ -1,6 +1,7 @@
 // The pages of an effect in a window of the system's, for a user.
 #pragma once
 
+#include "host/hosted/ExecuteContext.h"
 #include "host/pages/EffectPages.h"
 #include "host/pages/UndoHistory.h"
 
@@ -13,8 +14,9 @@ inline constexpr bool kShowsPages = true;
 inline constexpr bool kShowsPages = false;
 #endif
 
-// Shows the page in front, and those that the effect lists beside it, until the user closes the window. Ctrl+Z and
-// Ctrl+Y undo and redo, Ctrl+Tab shows the next page. Throws Failure (some frames failed) where there are no windows.
-void ShowPages(EffectPages& pages, UndoHistory& history);
+// Shows the page in front, and those that the effect lists beside it, until the user closes the window or the context
+// is stopped. Ctrl+Z and Ctrl+Y undo and redo, Ctrl+Tab and Ctrl+Shift+Tab show the next page and the one before.
+// Throws Failure (some frames failed) where there are no windows, and what the pages throw.
+void ShowPages(EffectPages& pages, UndoHistory& history, const ExecuteContext& context);
 
 }  // namespace vblur::host

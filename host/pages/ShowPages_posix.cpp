@@ -4,7 +4,7 @@
 
 namespace vblur::host {
 
-void ShowPages(EffectPages&, UndoHistory&) {
+void ShowPages(EffectPages&, UndoHistory&, const ExecuteContext&) {
   throw Failure(ExitCode::SomeFramesFailed, "pages are shown in windows on Windows only");
 }
 

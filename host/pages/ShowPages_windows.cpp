@@ -5,10 +5,10 @@
 
 namespace vblur::host {
 
-void ShowPages(EffectPages& pages, UndoHistory& history) {
+void ShowPages(EffectPages& pages, UndoHistory& history, const ExecuteContext& context) {
   PageFrame frame(pages, history);
   if (!frame.IsOpen()) throw Failure(ExitCode::SomeFramesFailed, "the system makes no window: is there a screen?");
-  frame.Run();
+  frame.Run(context);
 }
 
 }  // namespace vblur::host

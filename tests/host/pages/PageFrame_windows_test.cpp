@@ -4,7 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <set>
+#include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include "resources/Numbers.h"
@@ -84,44 +87,213 @@ TEST(PageFrame, KeepsTheDialogsWhenItIsClosed) {
     EXPECT_EQ(user.Front().name, "crop");
     ::SendMessageW(frame.Handle(), WM_CLOSE, 0, 0);
     EXPECT_FALSE(frame.IsOpen());
-    frame.Run();
+    frame.Run(ExecuteContext());
   }
   EXPECT_EQ(user.Number("Crop Left"), 20.0);
   user.Do("set \"Crop Left\" 30");
   EXPECT_EQ(user.ValueAt("Crop Left"), 30.0);
 }
 
-TEST(PageFrame, UndoesAndChangesPagesByKeys) {
-  PagedEffect user;
-  user.Do("show FullBlurPPG\nset Blur 40");
-  PageFrame frame(user.session.Pages(), user.History());
-  std::array<BYTE, 256> keys{};
-  ::GetKeyboardState(keys.data());
-  const auto press = [&](WPARAM key) {
-    auto held = keys;
-    held[VK_CONTROL] = 0x80;
-    ::SetKeyboardState(held.data());
-    MSG message{};
-    message.hwnd = frame.Handle();
-    message.message = WM_KEYDOWN;
-    message.wParam = key;
-    frame.Dispatch(message);
+// A frame under a user's keys.
+struct OnScreen {
+  explicit OnScreen(const std::string& script = "show FullBlurPPG") {
+    user.Do(script);
+    frame.emplace(user.session.Pages(), user.History());
+    Pump();
+  }
+  // A key that comes to a window while others are held.
+  void Press(HWND window, WPARAM key, const std::vector<int>& held = {}) {
+    std::array<BYTE, 256> before{};
+    ::GetKeyboardState(before.data());
+    auto keys = before;
+    for (const int each : held)
+      keys[static_cast<std::size_t>(each)] = 0x80;
     ::SetKeyboardState(keys.data());
-  };
-  press('Z');
+    Dispatch(window, WM_KEYDOWN, key);
+    ::SetKeyboardState(before.data());
+  }
+  void Dispatch(HWND window, UINT message, WPARAM wParam = 0) {
+    MSG sent{};
+    sent.hwnd = window;
+    sent.message = message;
+    sent.wParam = wParam;
+    sent.lParam = 1;
+    frame->Dispatch(sent);
+  }
+  HWND Window(std::int32_t id) { return WindowOf(user.Front(), id); }
+
+  PagedEffect user;
+  std::optional<PageFrame> frame;
+};
+
+TEST(PageFrame, UndoesAndChangesPagesByKeys) {
+  OnScreen screen("show FullBlurPPG\nset Blur 40");
+  PagedEffect& user = screen.user;
+  const auto& listed = user.session.Pages().Listed();
+  const HWND window = screen.frame->Handle();
+  screen.Press(window, 'Z', {VK_CONTROL});
   EXPECT_EQ(user.ValueAt("Blur"), 10.0);
-  press('Y');
+  screen.Press(window, 'Y', {VK_CONTROL});
   EXPECT_EQ(user.ValueAt("Blur"), 40.0);
-  press(VK_TAB);
-  EXPECT_EQ(user.Front().name, user.session.Pages().Listed().at(1));
-  EXPECT_EQ(::GetParent(user.Front().dialog->Handle()), frame.Handle());
+  screen.Press(window, VK_TAB, {VK_CONTROL});
+  EXPECT_EQ(user.Front().name, listed.at(1));
+  EXPECT_EQ(::GetParent(user.Front().dialog->Handle()), window);
+  screen.Press(window, VK_TAB, {VK_CONTROL, VK_SHIFT});
+  EXPECT_EQ(user.Front().name, listed.at(0));
+  screen.Press(window, VK_TAB, {VK_CONTROL, VK_SHIFT});
+  EXPECT_EQ(user.Front().name, listed.back()) << "around the end";
+}
+
+TEST(PageFrame, ChangesPagesFromAFieldWhoseTextCounts) {
+  OnScreen screen;
+  const HWND blur = screen.Window(resources::full_blur::kBlur);
+  ::SetFocus(blur);
+  TypeInto(blur, "33", VK_SHIFT);
+  const HWND field = ::GetWindow(blur, GW_CHILD);
+  ASSERT_NE(field, nullptr);
+  screen.Press(field, 'Z', {VK_CONTROL});
+  EXPECT_EQ(::GetWindow(blur, GW_CHILD), field) << "its own undo";
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 10.0);
+  ::SetWindowTextA(field, "33");
+  ::SendMessageW(field, EM_SETMODIFY, TRUE, 0);
+  screen.Press(field, VK_TAB, {VK_CONTROL});
+  EXPECT_EQ(screen.user.Front().name, screen.user.session.Pages().Listed().at(1));
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 33.0);
+}
+
+// What a window of another program does, and the system's own dialogs.
+class OtherWindow {
+ public:
+  OtherWindow()
+      : window_(::CreateWindowExW(0, L"Static", L"other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                  ::GetModuleHandleW(nullptr), nullptr)) {
+    ::SetActiveWindow(window_);
+  }
+  ~OtherWindow() { ::DestroyWindow(window_); }
+  OtherWindow(const OtherWindow&) = delete;
+  OtherWindow& operator=(const OtherWindow&) = delete;
+
+ private:
+  HWND window_;
+};
+
+TEST(PageFrame, GivesTheFocusBackToWhatHadIt) {
+  OnScreen screen;
+  const HWND aspect = screen.Window(resources::full_blur::kAspect);
+  ::SetFocus(aspect);
+  {
+    const OtherWindow other;
+    ASSERT_NE(::GetFocus(), aspect);
+    ::SetActiveWindow(screen.frame->Handle());
+    EXPECT_EQ(::GetFocus(), aspect);
+  }
+  TypeInto(aspect, "25", VK_SHIFT);
+  ASSERT_NE(::GetFocus(), aspect) << "its field has it";
+  {
+    const OtherWindow other;
+    EXPECT_EQ(screen.user.ValueAt("Aspect"), 25.0) << "what was typed counts";
+    ::SetActiveWindow(screen.frame->Handle());
+    EXPECT_EQ(::GetFocus(), aspect);
+  }
+}
+
+// Cancels the system's picker.
+void CALLBACK ClosePicker(HWND, UINT, UINT_PTR timer, DWORD) {
+  static constexpr auto kCancel = [](HWND window, LPARAM found) -> BOOL {
+    if (ClassOf(window) != "#32770" || !::IsWindowVisible(window)) return TRUE;
+    *reinterpret_cast<bool*>(found) = true;
+    ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+    return FALSE;
+  };
+  bool found = false;
+  ::EnumThreadWindows(::GetCurrentThreadId(), kCancel, reinterpret_cast<LPARAM>(&found));
+  if (found) ::KillTimer(nullptr, timer);
+}
+
+TEST(PageFrame, GivesTheFocusBackToTheChipBehindThePicker) {
+  OnScreen screen("show crop");
+  const HWND chip = ChipOf(screen.user.Front()).Handle();
+  ::SetFocus(chip);
+  ASSERT_NE(::SetTimer(nullptr, 0, 50, &ClosePicker), 0u);
+  screen.Press(chip, VK_SPACE);
+  Pump();
+  EXPECT_EQ(::GetFocus(), chip);
+}
+
+TEST(PageFrame, GoesOnFromAControlThatThePageDisables) {
+  OnScreen screen;
+  auto& blur = ControlOf<NumberControl>(screen.user.Front(), "Blur");
+  ::SetFocus(blur.Handle());
+  screen.Dispatch(screen.frame->Handle(), WM_NULL);
+  blur.Enable(false);
+  screen.Dispatch(screen.frame->Handle(), WM_NULL);
+  EXPECT_EQ(::GetFocus(), screen.user.Front().dialog->NextStop(&blur)->Handle());
+}
+
+TEST(PageFrame, TakesTheFocusFromAPageThatIsHidden) {
+  OnScreen screen("show FullBlurPPG\nset Blur 40\nset Blur 50");
+  const HWND blur = screen.Window(resources::full_blur::kBlur);
+  screen.Press(blur, VK_TAB, {VK_CONTROL});
+  const OpenedPage& front = screen.user.Front();
+  ASSERT_NE(front.name, "FullBlurPPG");
+  ::SetFocus(blur);
+  screen.Press(blur, 'Z', {VK_CONTROL});
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 40.0) << "one step";
+  EXPECT_EQ(&screen.user.Front(), &front);
+  EXPECT_FALSE(::IsWindowVisible(blur));
+  EXPECT_TRUE(::IsChild(front.dialog->Handle(), ::GetFocus()));
+}
+
+TEST(PageFrame, EndsWithItsContext) {
+  OnScreen screen;
+  ExecuteContext context;
+  std::thread later([&] {
+    ::Sleep(150);
+    context.Stop();
+  });
+  screen.frame->Run(context);
+  later.join();
+  EXPECT_FALSE(screen.frame->IsOpen());
+  EXPECT_FALSE(::IsWindowVisible(screen.frame->Handle()));
+}
+
+// A program's look at its windows, which fails.
+struct FailingObserver : PageObserver {
+  void OnWindowChanged(PageWindow&) override { throw std::runtime_error("from an observer"); }
+};
+
+TEST(PageFrame, ThrowsWhatAMessageThrowsAndStays) {
+  OnScreen screen;
+  auto& blur = ControlOf<NumberControl>(screen.user.Front(), "Blur");
+  FailingObserver failing;
+  blur.AddObserver(failing);
+  EXPECT_THROW(screen.Press(blur.Handle(), VK_UP), std::runtime_error);
+  blur.RemoveObserver(failing);
+  EXPECT_TRUE(screen.frame->IsOpen());
+  screen.Press(blur.Handle(), VK_UP);
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 12.0);
+}
+
+TEST(PageFrame, ClosesWithWhatAMessageThrows) {
+  OnScreen screen;
+  auto& blur = ControlOf<NumberControl>(screen.user.Front(), "Blur");
+  FailingObserver failing;
+  blur.AddObserver(failing);
+  ::PostMessageW(blur.Handle(), WM_KEYDOWN, VK_UP, 1);
+  EXPECT_THROW(screen.frame->Run(ExecuteContext()), std::runtime_error);
+  blur.RemoveObserver(failing);
+  EXPECT_FALSE(screen.frame->IsOpen());
+  EXPECT_FALSE(::IsWindowVisible(screen.frame->Handle()));
+  screen.frame.reset();
+  screen.user.Do("set Blur 30");
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 30.0);
 }
 
 // For use_page_window.sh, whose mouse and keys are those of the screen.
 TEST(PageFrame, DISABLED_ShowsWhatAUserDoes) {
   PagedEffect user;
   user.Do("show FullBlurPPG");
-  PageFrame(user.session.Pages(), user.History()).Run();
+  PageFrame(user.session.Pages(), user.History()).Run(ExecuteContext());
   for (const char* const name : {"Blur", "Aspect", "Mix Back", "Blend"})
     std::printf("%s=%g\n", name, user.ValueAt(name));
   std::printf("steps=%d\n", static_cast<int>(user.History().UndoDepth()));
