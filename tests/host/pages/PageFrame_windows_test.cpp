@@ -262,6 +262,24 @@ struct FailingObserver : PageObserver {
   void OnWindowChanged(PageWindow&) override { throw std::runtime_error("from an observer"); }
 };
 
+TEST(PageFrame, LetsNothingBeThrownThroughTheSystem) {
+  OnScreen screen;
+  auto& blur = ControlOf<NumberControl>(screen.user.Front(), "Blur");
+  TypeInto(blur.Handle(), "31", VK_SHIFT);
+  const HWND field = ::GetWindow(blur.Handle(), GW_CHILD);
+  ASSERT_NE(field, nullptr);
+  FailingObserver failing;
+  blur.AddObserver(failing);
+  // Into the field, and into the control.
+  for (const auto& [window, key] : {std::pair{field, VK_RETURN}, std::pair{blur.Handle(), VK_UP}}) {
+    const auto send = [&, to = window, which = key] { ::SendMessageW(to, WM_KEYDOWN, static_cast<WPARAM>(which), 1); };
+    EXPECT_NO_THROW(send()) << key;
+    EXPECT_THROW(screen.Dispatch(screen.frame->Handle(), WM_NULL), std::runtime_error) << key;
+  }
+  EXPECT_EQ(::GetWindow(blur.Handle(), GW_CHILD), nullptr) << "the field goes";
+  blur.RemoveObserver(failing);
+}
+
 TEST(PageFrame, ThrowsWhatAMessageThrowsAndStays) {
   OnScreen screen;
   auto& blur = ControlOf<NumberControl>(screen.user.Front(), "Blur");
