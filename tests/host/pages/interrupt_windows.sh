@@ -68,5 +68,5 @@ interrupt '^V_Blur$' page job.json --window --save-job after.json
 interrupt 'vblur view' view job.json view.png --window --save-job after.json
 # A dialog of the system's own, in whose loop nobody asks whether to go on.
 # The place is that of docs/images/windows/page-crop.png.
-chip='80 273'
+chip='107 273'
 interrupt '^V_Blur$' page job.json --page crop --window --save-job after.json
