@@ -35,7 +35,7 @@ std::wstring WithoutLongPrefix(const std::wstring& path) {
   return path.starts_with(kPrefix) ? path.substr(kPrefix.size()) : path;
 }
 
-// Folders hold files of 8.3 characters below the limit of 260.
+// The system's limit is 260 characters for a file, and 12 less for a folder: paths below both stay as they are.
 std::filesystem::path ExtendedPath(std::filesystem::path path) {
   constexpr std::size_t kShort = 240;
   if (path.empty() || path.native().starts_with(L"\\\\.\\")) return path;

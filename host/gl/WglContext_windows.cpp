@@ -11,7 +11,7 @@ namespace vblur::host {
 
 namespace {
 
-// They share their lists: a tool keeps its font's while a view changes surfaces.
+// Each new context shares the lists of the first, so that a tool keeps its font when a view changes surfaces.
 std::vector<HGLRC>& Living() {
   static std::vector<HGLRC> contexts;
   return contexts;
@@ -51,9 +51,10 @@ WglContext::WglContext(HWND window) : window_(window), device_(::GetDC(window)),
     ChooseFormat(device_);
     context_ = ::wglCreateContext(device_);
     if (context_ == nullptr) Refuse("no context");
-    if (!Living().empty()) ::wglShareLists(Living().front(), context_);
+    if (!Living().empty() && ::wglShareLists(Living().front(), context_) == FALSE) Refuse("lists are not shared");
     Living().push_back(context_);
   } catch (...) {
+    if (context_ != nullptr) ::wglDeleteContext(context_);
     ::ReleaseDC(window_, device_);
     throw;
   }

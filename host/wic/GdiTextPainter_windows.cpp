@@ -1,6 +1,7 @@
 #include "host/wic/GdiTextPainter.h"
 
 #include <map>
+#include <new>
 #include <utility>
 
 #include <windows.h>
@@ -123,7 +124,7 @@ void GdiTextPainter::Draw(Canvas& canvas, std::int32_t x, std::int32_t y, const 
   const std::int32_t above = 2 * style.size;
   const std::int32_t height = 3 * style.size;
   const Ink ink(fonts_->device, width, height);
-  if (!ink.IsMade()) return;
+  if (!ink.IsMade()) throw std::bad_alloc();
   ::SetTextColor(fonts_->device, RGB(255, 255, 255));
   ::SetBkMode(fonts_->device, TRANSPARENT);
   ::SetTextAlign(fonts_->device, TA_LEFT | TA_BASELINE);

@@ -17,8 +17,9 @@ ComPtr<IWICImagingFactory> MakeFactory() {
     result = ::CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
                                 factory.Receive());
   }
-  if (FAILED(result)) throw std::runtime_error("the system has no imaging component: " + ImagingErrorText(result));
-  return factory;
+  if (SUCCEEDED(result)) return factory;
+  if (kept != nullptr) ::CoDecrementMTAUsage(kept);
+  throw std::runtime_error("the system has no imaging component: " + ImagingErrorText(result));
 }
 
 }  // namespace

@@ -191,7 +191,7 @@ HWY_INLINE Planes<Floats> WeightedSum(const Planes<Floats>& a, Floats weightA, c
 // Truncates; |v| < 2^31. On x86, Highway's ConvertTo spends four of its five instructions on lanes out of range, half
 // the time of a mix.
 HWY_INLINE Ints Truncated(Floats v) {
-#if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSSE3
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSSE3 && (HWY_COMPILER_GCC || HWY_COMPILER_CLANG)
   using IntVector __attribute__((vector_size(sizeof(v.raw)))) = std::int32_t;
   using RawInts = decltype(hn::Zero(IntTag()).raw);
   return Ints{reinterpret_cast<RawInts>(__builtin_convertvector(v.raw, IntVector))};

@@ -28,7 +28,8 @@ class HvLibraryHold {
   HvLibraryHold(const HvLibraryHold&) = delete;
   HvLibraryHold& operator=(const HvLibraryHold&) = delete;
 
-  void Take();
+  // False when it cannot be held: no thread may start then.
+  bool Take();
   void Release();
 
  private:

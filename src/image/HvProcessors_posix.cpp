@@ -16,7 +16,9 @@ std::int32_t HvCurrentGroup() {
 }
 
 // The pool's threads end with the library.
-void HvLibraryHold::Take() {}
+bool HvLibraryHold::Take() {
+  return true;
+}
 void HvLibraryHold::Release() {}
 
 }  // namespace vblur

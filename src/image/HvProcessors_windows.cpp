@@ -1,6 +1,7 @@
 #include "image/HvProcessors.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -12,14 +13,26 @@
 namespace vblur {
 namespace {
 
-const std::vector<std::int32_t>& GroupSizes() {
-  static const std::vector<std::int32_t> sizes = [] {
-    std::vector<std::int32_t> found;
-    for (WORD group = 0; group < GetActiveProcessorGroupCount(); ++group)
-      found.push_back(static_cast<std::int32_t>(GetActiveProcessorCount(group)));
+struct Groups {
+  std::vector<std::int32_t> sizes;
+  std::vector<KAFFINITY> masks;  // the active processors of each, which need not be the first ones
+};
+
+const Groups& ProcessorGroups() {
+  static const Groups groups = [] {
+    Groups found;
+    DWORD length = 0;
+    GetLogicalProcessorInformationEx(RelationGroup, nullptr, &length);
+    std::vector<std::byte> memory(length);
+    auto* const said = reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(memory.data());
+    if (length == 0 || GetLogicalProcessorInformationEx(RelationGroup, said, &length) == FALSE) return found;
+    for (WORD i = 0; i < said->Group.ActiveGroupCount; ++i) {
+      found.sizes.push_back(said->Group.GroupInfo[i].ActiveProcessorCount);
+      found.masks.push_back(said->Group.GroupInfo[i].ActiveProcessorMask);
+    }
     return found;
   }();
-  return sizes;
+  return groups;
 }
 
 // Its address lies in this library.
@@ -32,13 +45,12 @@ std::int32_t HvProcessorCount() {
 }
 
 void HvPlaceThread(std::int32_t index, std::int32_t first) {
-  const auto& sizes = GroupSizes();
-  if (sizes.size() < 2) return;
-  const std::int32_t group = HvGroupOfThread(index, sizes, first);
-  const std::int32_t processors = sizes[static_cast<std::size_t>(group)];
+  const Groups& groups = ProcessorGroups();
+  if (groups.sizes.size() < 2) return;
+  const std::int32_t group = HvGroupOfThread(index, groups.sizes, first);
   GROUP_AFFINITY place{};
   place.Group = static_cast<WORD>(group);
-  place.Mask = processors >= 64 ? ~KAFFINITY{0} : (KAFFINITY{1} << processors) - 1;
+  place.Mask = groups.masks[static_cast<std::size_t>(group)];
   // A thread that stays where it is works all the same.
   SetThreadGroupAffinity(GetCurrentThread(), &place, nullptr);
 }
@@ -49,11 +61,12 @@ std::int32_t HvCurrentGroup() {
   return number.Group;
 }
 
-void HvLibraryHold::Take() {
-  if (library_ != nullptr) return;
+bool HvLibraryHold::Take() {
+  if (library_ != nullptr) return true;
   HMODULE library = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCWSTR>(&Here), &library);
   library_ = library;
+  return library != nullptr;
 }
 
 void HvLibraryHold::Release() {

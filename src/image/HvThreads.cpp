@@ -127,7 +127,7 @@ class Pool {
 
   void startWorkers(std::int32_t count) {
     if (static_cast<std::int32_t>(workers_.size()) >= count) return;
-    hold_.Take();
+    if (!hold_.Take()) return;
     const std::int32_t group = HvCurrentGroup();
     try {
       while (static_cast<std::int32_t>(workers_.size()) < count) {
