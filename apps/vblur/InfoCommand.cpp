@@ -45,7 +45,7 @@ Outcome OutcomeOf(const PictureReport& report, const OutputFormat& format) {
   const std::string compression = host::OutputCompressionOf(report, format, storage);
   Outcome outcome;
   outcome.extension = std::string(host::FirstExtension(format));
-  outcome.kept = host::NameOf(host::NearestLayout(format, report.info.IsGrey(), report.info.HasAlpha())) + ", " +
+  outcome.kept = host::NameOf(host::OutputLayoutOf(report, format, storage)) + ", " +
                  std::string(host::NameOf(host::OutputTypeOf(report.info, format, storage))) +
                  (compression.empty() ? "" : ", " + compression);
   for (const host::Loss& loss : host::LossesOf(report, format, storage, report.info.NaturalDepth()))

@@ -117,15 +117,39 @@ void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetO
   }
 }
 
-void AddLacking(const PictureReport& report, std::string_view format, std::vector<Loss>& losses) {
-  const auto found = report.lacking.find(format);
-  if (found == report.lacking.end()) return;
-  const std::vector<std::string>& fields = found->second.exifFields;
+const PartsLacking& LackingOf(const PictureReport& report, const OutputFormat& format) {
+  static const PartsLacking nothing;
+  const auto found = report.lacking.find(format.name);
+  return found == report.lacking.end() ? nothing : found->second;
+}
+
+// What is asked for, else that of an input of the same format.
+std::string CompressionFor(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage) {
+  if (storage.compression) return FindCompression(format, *storage.compression);
+  return report.info.format == format.name ? report.compression : std::string();
+}
+
+// What the system's codec cannot do.
+void AddCodec(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage, PixelLayout pixels,
+              std::vector<Loss>& losses) {
+  const PartsLacking& lacking = LackingOf(report, format);
+  if (pixels == PixelLayout::Grey && lacking.greys.Has(OutputTypeOf(report.info, format, storage))) {
+    losses.push_back({LossKind::Colours, "grey (red, green and blue are written)"});
+  }
+  const auto other = lacking.compressions.find(CompressionFor(report, format, storage));
+  if (other != lacking.compressions.end()) {
+    losses.push_back({LossKind::Packing, "compression " + other->first + " (" + other->second + " is written)"});
+  }
+  if (lacking.quality) losses.push_back({LossKind::Packing, "quality (the system's codec has one of its own)"});
+}
+
+void AddLacking(const PartsLacking& lacking, std::vector<Loss>& losses) {
+  const std::vector<std::string>& fields = lacking.exifFields;
   if (!fields.empty()) {
     losses.push_back(
         {LossKind::Metadata, Named("Exif field", fields.size(), [&](std::size_t i) { return fields[i]; })});
   }
-  for (const std::string& name : found->second.longTexts)
+  for (const std::string& name : lacking.longTexts)
     losses.push_back({LossKind::Metadata, name + " (longer than files of this format hold)"});
 }
 
@@ -144,10 +168,18 @@ SampleType OutputTypeOf(const PictureInfo& source, const OutputFormat& format, c
 }
 
 std::string OutputCompressionOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage) {
-  if (storage.compression) return FindCompression(format, *storage.compression);
-  const std::string kept =
-      report.info.format == format.name ? FindCompression(format, report.compression) : std::string();
+  const std::string wanted = CompressionFor(report, format, storage);
+  const PartsLacking& lacking = LackingOf(report, format);
+  const auto other = lacking.compressions.find(wanted);
+  if (other != lacking.compressions.end()) return other->second;
+  const std::string kept = FindCompression(format, wanted);
   return kept.empty() && format.name == "openexr" ? "piz" : kept;
+}
+
+PixelLayout OutputLayoutOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage) {
+  const PixelLayout nearest = NearestLayout(format, report.info.IsGrey(), report.info.HasAlpha());
+  const bool hasNoGrey = LackingOf(report, format).greys.Has(OutputTypeOf(report.info, format, storage));
+  return nearest == PixelLayout::Grey && hasNoGrey ? PixelLayout::Rgb : nearest;
 }
 
 std::string NameOf(PixelLayout layout) {
@@ -191,9 +223,11 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
     AddSamples(stored, isOwn ? NearestType(format, TypeFor(stored)) : OutputTypeOf(info, format, storage), depth,
                losses);
   }
-  AddMetadata(report, info.format == format.name ? report.beyondText : report.metadata, format.metadata, pixels,
-              losses);
-  AddLacking(report, format.name, losses);
+  const bool hasNoGrey = LackingOf(report, format).greys.Has(OutputTypeOf(info, format, storage));
+  AddMetadata(report, info.format == format.name ? report.beyondText : report.metadata, format.metadata,
+              hasNoGrey && pixels == PixelLayout::Grey ? PixelLayout::Rgb : pixels, losses);
+  AddLacking(LackingOf(report, format), losses);
+  AddCodec(report, format, storage, pixels, losses);
   if (!format.hasWindows && info.Picture() != info.display) {
     losses.push_back({LossKind::Windows, "pixels beyond the frame"});
   }

@@ -13,10 +13,14 @@
 
 namespace vblur::host {
 
-// What outputs of a format lack of kinds of metadata that they hold otherwise.
+// What outputs of a format lack of what they hold otherwise.
 struct PartsLacking {
   std::vector<std::string> exifFields;  // their names
   std::vector<std::string> longTexts;   // names of those that are too long
+  // By compressions that the system's codec does not have: the one that it writes in their place.
+  std::map<std::string, std::string, std::less<>> compressions{};
+  SetOf<SampleType> greys{};  // the codec writes greys of these types as red, green and blue
+  bool quality = false;       // the codec writes one quality only
 };
 
 struct PictureReport {
@@ -24,7 +28,7 @@ struct PictureReport {
   std::string compression;       // by the format's name; empty: none, or not reported
   bool associatedAlpha = false;  // the file declares its colours as premultiplied
   SetOf<MetadataGroup> metadata;
-  // The same without what another file of its format keeps as text, whatever its name.
+  // The same without what another file of its format keeps as it is, such as text, whatever its name.
   SetOf<MetadataGroup> beyondText;
   std::map<std::string, PartsLacking, std::less<>> lacking;  // by OutputFormat::name; none: nothing
   // The layouts of pixels that its colour profile is for; none where the profile is damaged.
@@ -35,7 +39,7 @@ struct PictureReport {
 // Throws as ReadPictureInfo does.
 PictureReport ReportPicture(const std::filesystem::path& path, const ReadChoice& choice = {});
 
-enum class LossKind { Pictures, Levels, Tiles, Channels, Alpha, Colours, Samples, Metadata, Windows };
+enum class LossKind { Pictures, Levels, Tiles, Channels, Alpha, Colours, Samples, Metadata, Windows, Packing };
 
 struct Loss {
   LossKind kind = LossKind::Pictures;
@@ -57,8 +61,9 @@ std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written
 
 std::string ListOf(const std::vector<Loss>& losses);
 
-// The type, pixel layout and compression that such an output has.
+// The type, pixel layout and compression that such an output has, whatever its pixels are.
 SampleType OutputTypeOf(const PictureInfo& source, const OutputFormat& format, const OutputStorage& storage);
+PixelLayout OutputLayoutOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage);
 std::string OutputCompressionOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage);
 
 std::string NameOf(PixelLayout layout);

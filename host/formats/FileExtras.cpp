@@ -17,7 +17,9 @@ namespace {
 
 constexpr double kInch = 0.0254;  // in metres
 constexpr std::uint16_t kOrientation = 0x0112;
+constexpr std::uint16_t kExifTag = 0x8769;
 constexpr std::uint16_t kGps = 0x8825;
+constexpr std::uint16_t kIptcTag = 33723;
 
 std::string ReadAt(std::ifstream& file, std::int64_t at, std::size_t count) {
   std::string bytes(count, '\0');
@@ -104,24 +106,38 @@ void ReadJpeg(std::ifstream& file, FileExtras& extras) {
   }
 }
 
+constexpr std::array<std::uint16_t, 9> kTextTags{269, 270, 271, 272, 285, 305, 306, 315, 33432};
+
+// Tags about how pixels are stored, which an output has of its own, and those that are read or told otherwise.
+constexpr auto kPixelTags =
+    std::to_array<std::uint16_t>({254, 255, 256, 257, 258, 259, 262, 263, 264, 265, 266, 273, 277,   278,      279,
+                                  280, 281, 282, 283, 284, 292, 293, 296, 297, 317, 320, 322, 323,   324,      325,
+                                  338, 339, 340, 341, 347, 512, 513, 514, 529, 530, 531, 532, 34675, kExifTag, kGps});
+
 void ReadTiff(std::ifstream& file, FileExtras& extras) {
   const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); });
   constexpr std::uint16_t kProfile = 34675;
   constexpr std::uint16_t kScaleX = 282;
   constexpr std::uint16_t kScaleY = 283;
   constexpr std::uint16_t kUnit = 296;
-  constexpr std::array<std::uint16_t, 9> kTexts{269, 270, 271, 272, 285, 305, 306, 315, 33432};
   extras.profile = tags.Bytes(kProfile);
   const std::int64_t unit = tags.Number(kUnit, 2);
   const double factor = unit == 2 ? 1.0 : unit == 3 ? 2.54 : 0.0;
   extras.pixelsPerInchX = tags.Fraction(kScaleX) * factor;
   extras.pixelsPerInchY = tags.Fraction(kScaleY) * factor;
   extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
-  extras.hasTexts = std::ranges::any_of(kTexts, [&](std::uint16_t tag) { return tags.Has(tag); });
-  extras.hasIptc = tags.Has(33723);
-  extras.hasExif = tags.Has(0x8769);
+  extras.hasTexts = std::ranges::any_of(kTextTags, [&](std::uint16_t tag) { return tags.Has(tag); });
+  extras.hasIptc = tags.Has(kIptcTag);
+  extras.hasExif = tags.Has(kExifTag);
   extras.hasGps = tags.Has(kGps);
-  extras.hasOther = tags.Has(700) || tags.Has(34377);
+  for (const auto& [number, tag] : tags.All()) {
+    const bool passes =
+        number == kOrientation || number == kIptcTag || std::ranges::find(kTextTags, number) != kTextTags.end();
+    const auto whole = passes ? tags.InLittleOrder(number) : std::nullopt;
+    if (whole) extras.tiffTags.emplace(number, *whole);
+    const bool isTold = !passes && std::ranges::find(kPixelTags, number) != kPixelTags.end();
+    extras.hasOther = extras.hasOther || !(whole || isTold || tag.count == 0);
+  }
 }
 
 void ReadBmp(std::ifstream& file, FileExtras& extras) {

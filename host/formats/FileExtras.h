@@ -1,8 +1,12 @@
 // What a PNG, JPEG, TIFF or BMP file holds beside its pixels, as far as it may be passed on or has to be told as lost.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
+
+#include "host/formats/TiffTags.h"
 
 namespace vblur::host {
 
@@ -16,7 +20,9 @@ struct FileExtras {
   bool hasIptc = false;
   bool hasExif = false;  // of a TIFF file
   bool hasGps = false;
-  bool hasOther = false;
+  bool hasOther = false;  // of a TIFF file: more than its pixels need, and all this
+  // Of a TIFF file: its tags that another one has as they are (texts, the orientation, IPTC data), for AddTiffTags.
+  std::map<std::uint16_t, TiffTag> tiffTags;
   // Of a PNG file: its chunks of texts before the pixels, whole, one after the other.
   std::string pngTexts;
 };

@@ -143,6 +143,7 @@ enum Tag : std::uint16_t {
   kStrips = 273,
   kSamples = 277,
   kStripBytes = 279,
+  kPlanes = 284,
   kColours = 320,
   kTileWidth = 322,
   kTileHeight = 323,
@@ -150,14 +151,6 @@ enum Tag : std::uint16_t {
   kTileBytes = 325,
   kExtraSamples = 338,
 };
-
-std::string NameOfCompression(std::int64_t number) {
-  constexpr std::pair<std::int64_t, const char*> kNames[] = {
-      {1, "none"},  {2, "ccittrle"}, {3, "ccittfax3"}, {4, "ccittfax4"}, {5, "lzw"},
-      {6, "ojpeg"}, {7, "jpeg"},     {8, "zip"},       {32946, "zip"},   {32773, "packbits"}};
-  const auto found = std::ranges::find(kNames, number, &std::pair<std::int64_t, const char*>::first);
-  return found == std::end(kNames) ? std::string() : found->second;
-}
 
 // All reds, then all greens and blues, of 16 bits each. Those of 8 bits times 257 come back.
 std::vector<std::uint32_t> PaletteOf(const std::vector<std::int64_t>& colours) {
@@ -184,12 +177,14 @@ void ReadTiff(File& file, FileHeader& header) {
   header.isPalette = meaning == 3;
   header.hasInks = meaning == 5;
   if (header.isPalette) header.palette = PaletteOf(tags.Numbers(kColours));
+  header.isBig = tags.IsBig();
+  header.isPlanar = header.channels > 1 && tags.Number(kPlanes, 1) == 2;
   const std::int64_t extra = tags.Number(kExtraSamples, 0);
   header.hasAlpha = tags.Has(kExtraSamples) && extra <= 2;
   header.associatedAlpha = tags.Has(kExtraSamples) && extra == 1;
   header.tileWidth = static_cast<std::int32_t>(tags.Number(kTileWidth, 0));
   header.tileHeight = static_cast<std::int32_t>(tags.Number(kTileHeight, 0));
-  header.compression = NameOfCompression(tags.Number(kCompression, 1));
+  header.compression = NameOfTiffCompression(tags.Number(kCompression, 1));
   const bool hasTiles = tags.Has(kTiles);
   const auto places = tags.Numbers(hasTiles ? kTiles : kStrips);
   const auto lengths = tags.Numbers(hasTiles ? kTileBytes : kStripBytes);
@@ -201,6 +196,16 @@ void ReadTiff(File& file, FileHeader& header) {
 }
 
 }  // namespace
+
+std::string NameOfTiffCompression(std::int64_t number) {
+  constexpr std::int64_t kOldZip = 32946;
+  constexpr std::int64_t kPackbits = 32773;
+  if (number == kOldZip) return "zip";
+  if (number == kPackbits) return "packbits";
+  // From 1 on, in the list's order.
+  const bool isListed = number >= 1 && number < static_cast<std::int64_t>(kTiffCompressions.size());
+  return isListed ? std::string(kTiffCompressions[static_cast<std::size_t>(number - 1)]) : std::string();
+}
 
 FileHeader ReadFileHeader(const std::filesystem::path& path) {
   File file(path);

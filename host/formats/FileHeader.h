@@ -1,12 +1,20 @@
 // What the header of a PNG, JPEG, TIFF or BMP file says of its pixels, before anything is decoded.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vblur::host {
+
+// Of TIFF files, by the names of the output options and of OpenImageIO.
+inline constexpr std::array<std::string_view, 9> kTiffCompressions{"none",  "ccittrle", "ccittfax3", "ccittfax4", "lzw",
+                                                                   "ojpeg", "jpeg",     "zip",       "packbits"};
+// The name of the number that stands in a file; empty for others.
+std::string NameOfTiffCompression(std::int64_t number);
 
 struct FileHeader {
   std::string format;  // "png", "jpeg", "tiff" or "bmp"; empty: none of them
@@ -21,6 +29,8 @@ struct FileHeader {
   bool associatedAlpha = false;
   bool isWhiteLeast = false;  // the least value of its grey is white
   // Of a TIFF file; 0: it has none.
+  bool isPlanar = false;  // all values of a channel stand together
+  bool isBig = false;     // numbers begin with their high bytes
   std::int32_t tileWidth = 0;
   std::int32_t tileHeight = 0;
   std::string compression{};  // of a TIFF file, by the name of the output options, else empty

@@ -1,5 +1,6 @@
 #include "host/formats/TiffTags.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vblur::host {
@@ -83,6 +84,19 @@ std::string TiffTags::Text(std::uint16_t tag) const {
   const auto found = tags_.find(tag);
   if (found == tags_.end() || found->second.type != kText) return {};
   return found->second.bytes.substr(0, found->second.bytes.find('\0'));
+}
+
+std::optional<TiffTag> TiffTags::InLittleOrder(std::uint16_t tag) const {
+  const auto found = tags_.find(tag);
+  if (found == tags_.end()) return std::nullopt;
+  TiffTag result = found->second;
+  if (result.bytes.empty() || result.bytes.size() != result.count * SizeOf(result.type)) return std::nullopt;
+  // Fractions are two numbers.
+  const bool isFraction = result.type == 5 || result.type == 10;
+  const std::size_t number = isFraction ? 4 : SizeOf(result.type);
+  for (auto at = result.bytes.begin(); isBig_ && at != result.bytes.end(); at += static_cast<std::ptrdiff_t>(number))
+    std::reverse(at, at + static_cast<std::ptrdiff_t>(number));
+  return result;
 }
 
 std::string TiffTags::Bytes(std::uint16_t tag) const {

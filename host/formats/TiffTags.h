@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ struct TiffTag {
   std::uint16_t type = 0;
   std::uint64_t count = 0;
   std::string bytes{};  // in the order of the file
+
+  friend bool operator==(const TiffTag&, const TiffTag&) = default;
 };
 
 class TiffTags {
@@ -36,6 +39,8 @@ class TiffTags {
   // To its first zero.
   std::string Text(std::uint16_t tag) const;
   std::string Bytes(std::uint16_t tag) const;
+  // The tag with its bytes in the order of files that begin with "II"; nothing where not all of them are there.
+  std::optional<TiffTag> InLittleOrder(std::uint16_t tag) const;
 
  private:
   std::int64_t Value(const std::string& bytes, std::size_t at, std::size_t count) const;

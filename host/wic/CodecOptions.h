@@ -1,5 +1,7 @@
-// Options of the component's codecs.
+// The component's codecs and their options.
 #pragma once
+
+#include <string_view>
 
 #include <oaidl.h>
 
@@ -7,6 +9,11 @@
 
 namespace vblur::host {
 
+// By OutputFormat::name.
+const ::GUID& ContainerOf(std::string_view format);
+
+// One of none, lzw and zip, for the option TiffCompressionMethod.
+BYTE TiffCompression(std::string_view name);
 ::HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, float value);
 ::HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, BYTE value);
 

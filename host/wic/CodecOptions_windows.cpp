@@ -12,6 +12,17 @@ namespace {
 
 }  // namespace
 
+const ::GUID& ContainerOf(std::string_view format) {
+  if (format == "png") return GUID_ContainerFormatPng;
+  if (format == "jpeg") return GUID_ContainerFormatJpeg;
+  return format == "tiff" ? GUID_ContainerFormatTiff : GUID_ContainerFormatBmp;
+}
+
+BYTE TiffCompression(std::string_view name) {
+  if (name == "none") return WICTiffCompressionNone;
+  return name == "lzw" ? WICTiffCompressionLZW : WICTiffCompressionZIP;
+}
+
 ::HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, float value) {
   VARIANT variant{};
   variant.vt = VT_R4;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/files/OutputPixels.h"
+#include "host/formats/FileExtras.h"
 #include "host/wic/FileStream.h"
 #include "host/wic/PixelForms.h"
 
@@ -14,34 +15,32 @@ namespace vblur::host {
 
 class FrameEncoder {
  public:
-  // Borrows nothing. Throws Failure (cannot write) when the system's codec does not take such a picture.
-  FrameEncoder(const PictureToWrite& picture, const OutputPixels& pixels, FileStream& stream);
+  // `compression` is of a TIFF file. Borrows nothing. Throws Failure (cannot write) when the system's codec does not
+  // take such a picture.
+  FrameEncoder(const PictureToWrite& picture, const OutputPixels& pixels, const std::string& compression,
+               FileStream& stream);
 
   // What rows are made of.
   const PixelForm& Form() const { return form_; }
   // The next rows, from the top on, which it may change. False: the codec refuses them.
   bool Write(std::int32_t count, std::size_t rowBytes, std::byte* rows);
   bool Close();
-  // The source's colour profile is for these pixels and the codec does not take it.
-  bool LosesProfile() const { return losesProfile_; }
   // What went wrong, in words.
   std::string Message() const { return ImagingErrorText(result_); }
 
  private:
   // Notes the first error.
   bool Do(::HRESULT result);
-  void SetOptions(const PictureToWrite& picture, IPropertyBag2& options);
+  void SetOptions(const PictureToWrite& picture, const std::string& compression, IPropertyBag2& options);
   void ChooseForm(const PictureToWrite& picture, const OutputPixels& pixels);
   bool Takes(const ::GUID& id);
   void SetGreyPalette();
-  // What codecs write of a source by themselves.
-  void PassMetadata(const PictureMetadata& metadata, std::string_view format, const OutputPixels& pixels);
+  void PassResolution(const FileExtras& extras, std::string_view format);
 
   ::HRESULT result_ = S_OK;
   ComPtr<IWICBitmapEncoder> encoder_;
   ComPtr<IWICBitmapFrameEncode> frame_;
   PixelForm form_;
-  bool losesProfile_ = false;
   bool swaps_ = false;  // the bytes of each sample
 };
 

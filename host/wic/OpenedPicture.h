@@ -18,6 +18,9 @@ struct OpenedPicture {
   ComPtr<IWICBitmapFrameDecode> frame;
   PixelForm form;
   std::vector<std::uint32_t> palette;  // 0xAARRGGBB
+  // Of samples of 16 bits: the least value is white in the file, and the codec gives it so.
+  bool turnsValues = false;
+  bool swapsBytes = false;  // the codec gives their bytes the wrong way round
 };
 
 // Opens the first picture of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.

@@ -13,16 +13,12 @@
 #include "host/files/StandardInput.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/PictureFileHeader.h"
+#include "host/wic/CodecOptions.h"
+#include "host/wic/CodecTraits.h"
 
 namespace vblur::host {
 
 namespace {
-
-const ::GUID& ContainerOf(const std::string& format) {
-  if (format == "png") return GUID_ContainerFormatPng;
-  if (format == "jpeg") return GUID_ContainerFormatJpeg;
-  return format == "tiff" ? GUID_ContainerFormatTiff : GUID_ContainerFormatBmp;
-}
 
 [[noreturn]] void RefuseDamaged(const std::filesystem::path& path, ::HRESULT error) {
   RefuseToRead(path, "not a picture, or a damaged one (" + ImagingErrorText(error) + ")");
@@ -32,15 +28,32 @@ void Require(const std::filesystem::path& path, ::HRESULT result) {
   if (FAILED(result)) RefuseDamaged(path, result);
 }
 
+// Of what codecs differ in: the codec does not read such a file.
+[[noreturn]] void RefuseKind(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error) {
+  constexpr std::int32_t kMostChannels = 4;
+  if (header.isPlanar)
+    RefuseToRead(path,
+                 "the system's codec does not read samples that are stored plane by plane, expected them pixel "
+                 "by pixel");
+  if (header.channels > kMostChannels)
+    RefuseToRead(path, "the system's codec does not read " + std::to_string(header.channels) +
+                           " channels, expected at most " + std::to_string(kMostChannels));
+  if (FAILED(error)) RefuseDamaged(path, error);
+  RefuseToRead(path, "pixels of this kind are not read here, expected 8 or 16 bits a channel");
+}
+
 // Before anything is decoded.
 void RequireSound(const std::filesystem::path& path, const FileHeader& header, std::int64_t mostPixels) {
   if (header.format.empty())
     RefuseToRead(path, "not a picture, or one of another format, expected one of png, tif, jpg, bmp");
   if (header.width <= 0 || header.height <= 0 || header.channels <= 0)
     RefuseToRead(path, "it has no pixels (" + PixelsOf(header.width, header.height) + ")");
-  // Codecs turn such values at 8 bits and leave them at 16.
-  if (header.isWhiteLeast && header.bits > 8)
-    RefuseToRead(path, "grey of 16 bits whose least value is white is not read here, expected the least to be black");
+  // Codecs turn such values at 8 bits.
+  constexpr std::int32_t kWide = 16;
+  const bool isKnown = header.bits == kWide && header.channels == 1 && TiffSamplesOf(header.isBig, true);
+  if (header.isWhiteLeast && header.bits > 8 && !isKnown)
+    RefuseToRead(path, "grey of " + std::to_string(header.bits) +
+                           " bits whose least value is white is not read here, expected the least to be black");
   RequirePixels(path, header.width, header.height, header.channels, "", mostPixels);
   if (!header.isWhole)
     RefuseToRead(path, "the picture is damaged or cut short (its header says more than the file holds)");
@@ -128,6 +141,31 @@ void Describe(const std::filesystem::path& path, const ReadChoice& choice, Opene
   opened.metadata.associatedAlpha = alpha >= 0 && opened.form.isAssociated;
 }
 
+// The first picture of the opened stream, and what its pixels are. Returns how many there are.
+std::int32_t OpenFrame(const std::filesystem::path& path, OpenedPicture& opened) {
+  const FileHeader& header = opened.metadata.header;
+  ComPtr<IWICBitmapDecoder> decoder;
+  Require(path, TheImagingFactory().CreateDecoder(ContainerOf(header.format), nullptr,
+                                                  reinterpret_cast<IWICBitmapDecoder**>(decoder.Receive())));
+  const auto require = [&](::HRESULT result) {
+    if (FAILED(result)) RefuseKind(path, header, result);
+  };
+  require(decoder->Initialize(opened.stream.get(), WICDecodeMetadataCacheOnDemand));
+  UINT pictures = 0;
+  require(decoder->GetFrameCount(&pictures));
+  require(decoder->GetFrame(0, reinterpret_cast<IWICBitmapFrameDecode**>(opened.frame.Receive())));
+  UINT width = 0;
+  UINT height = 0;
+  require(opened.frame->GetSize(&width, &height));
+  if (width != header.width || height != header.height) RefuseDamaged(path, WINCODEC_ERR_BADHEADER);
+  WICPixelFormatGUID id{};
+  require(opened.frame->GetPixelFormat(&id));
+  const PixelForm* const form = FindPixelForm(id);
+  if (form == nullptr) RefuseKind(path, header, S_OK);
+  opened.form = *form;
+  return static_cast<std::int32_t>(pictures);
+}
+
 }  // namespace
 
 OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) try {
@@ -138,28 +176,18 @@ OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoic
   RequireSound(path, header, choice.mostPixels);
   opened.stream = FileStream::Open(file, FileStream::Use::Read, nullptr);
   if (opened.stream->SystemError() != 0) RefuseToRead(path, SystemErrorText(opened.stream->SystemError()));
-  ComPtr<IWICBitmapDecoder> decoder;
-  Require(path, TheImagingFactory().CreateDecoder(ContainerOf(header.format), nullptr,
-                                                  reinterpret_cast<IWICBitmapDecoder**>(decoder.Receive())));
-  Require(path, decoder->Initialize(opened.stream.get(), WICDecodeMetadataCacheOnDemand));
-  UINT pictures = 0;
-  Require(path, decoder->GetFrameCount(&pictures));
-  Require(path, decoder->GetFrame(0, reinterpret_cast<IWICBitmapFrameDecode**>(opened.frame.Receive())));
-  UINT width = 0;
-  UINT height = 0;
-  Require(path, opened.frame->GetSize(&width, &height));
-  if (width != header.width || height != header.height) RefuseDamaged(path, WINCODEC_ERR_BADHEADER);
-  WICPixelFormatGUID id{};
-  Require(path, opened.frame->GetPixelFormat(&id));
-  const PixelForm* const form = FindPixelForm(id);
-  if (form == nullptr) RefuseToRead(path, "pixels of this kind are not read here, expected 8 or 16 bits a channel");
-  opened.form = *form;
-  const bool lacksAlpha = header.hasAlpha && !form->HasAlpha() && form->model != ColourModel::Palette;
+  const std::int32_t pictures = OpenFrame(path, opened);
+  const PixelForm& form = opened.form;
+  const bool isWideTiff = header.format == "tiff" && form.bits == 16;
+  const auto samples = isWideTiff ? TiffSamplesOf(header.isBig, header.isWhiteLeast) : std::nullopt;
+  opened.turnsValues = samples && header.isWhiteLeast && !samples->areTurned;
+  opened.swapsBytes = samples && samples->areSwapped;
+  const bool lacksAlpha = header.hasAlpha && !form.HasAlpha() && form.model != ColourModel::Palette;
   if (lacksAlpha && header.format != "bmp") RefuseToRead(path, "its alpha is not read by the system's codec");
-  if (form->model == ColourModel::Palette)
+  if (form.model == ColourModel::Palette)
     opened.palette = header.palette.empty() ? PaletteOf(*opened.frame, path) : header.palette;
   Describe(path, choice, opened);
-  opened.metadata.info.pictures = static_cast<std::int32_t>(std::max<UINT>(1, pictures));
+  opened.metadata.info.pictures = std::max(1, pictures);
   AddChunkFacts(file, opened.metadata.info);
   opened.metadata.extras = ReadFileExtras(file, header.format, opened.metadata.info.exif);
   return opened;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <new>
+#include <utility>
 
 #include "host/base/Failure.h"
 #include "host/wic/OpenedPicture.h"
@@ -74,6 +76,9 @@ void WicPicture::CopyRows(std::int32_t first, std::int32_t count) {
   const ::HRESULT result = opened_.frame->CopyPixels(
       &rows, static_cast<UINT>(rowBytes), static_cast<UINT>(stored_.size()), reinterpret_cast<BYTE*>(stored_.data()));
   if (FAILED(result)) RefuseToRead(path_, "the picture is damaged or cut short (" + ImagingErrorText(result) + ")");
+  if (opened_.turnsValues) std::ranges::transform(stored_, stored_.begin(), std::bit_not<>());
+  for (std::size_t at = 0; opened_.swapsBytes && at < stored_.size(); at += 2)
+    std::swap(stored_[at], stored_[at + 1]);
 }
 
 const std::byte* WicPicture::Unpacked(const std::byte* row) {

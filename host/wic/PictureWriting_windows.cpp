@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,13 +12,12 @@
 #include "host/base/PartFiles.h"
 #include "host/base/StandardStream.h"
 #include "host/base/SystemError_windows.h"
-#include "host/files/ColourProfile.h"
 #include "host/files/ComponentRows.h"
 #include "host/files/OutputPixels.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/JpegSegments.h"
 #include "host/formats/PngHead.h"
-#include "host/formats/TiffAlpha.h"
+#include "host/formats/TiffDirectory.h"
 #include "host/wic/CodecTraits.h"
 #include "host/wic/FileMetadata.h"
 #include "host/wic/FrameEncoder.h"
@@ -40,8 +41,8 @@ class Writing {
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
         stop_(stop),
-        pixels_(ChooseOutputPixels(
-            picture, picture.metadata != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt)) {
+        source_(picture.metadata != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt),
+        pixels_(ChooseOutputPixels(picture, source_)) {
     const std::int32_t most = picture.format.mostPixels;
     if (std::max(picture.image.Width(), picture.image.Height()) > most)
       Refuse("a picture of this format has at most " + std::to_string(most) + " pixels a side");
@@ -62,7 +63,7 @@ class Writing {
       CopyWithHead(*encoded);
     }
     if (!stream_->Close()) Fail("writing failed");
-    DeclareAlpha();
+    AddTags();
     NoteOptions();
   }
 
@@ -91,12 +92,11 @@ class Writing {
   }
 
   void Encode() {
-    FrameEncoder encoder(picture_, pixels_, *stream_);
+    FrameEncoder encoder(picture_, pixels_, Compression(), *stream_);
     Put(encoder);
     const bool closed = encoder.Close();
     StopIfAsked();
     if (!closed || stream_->SystemError() != 0) Fail(encoder.Message());
-    if (encoder.LosesProfile()) pixels_.notes.emplace_back("output: lost: colour profile");
   }
 
   // What codecs do not write everywhere: colour profiles, Exif data, and of PNG files chunks about colours and of
@@ -106,13 +106,11 @@ class Writing {
     const std::string exif = source == nullptr || source->exif.empty()
                                  ? std::string()
                                  : ExifForOutput(source->exif, picture_.image.Width(), picture_.image.Height());
-    const bool hasProfile =
-        source != nullptr && LayoutsOfProfile(picture_.metadata->extras.profile).Has(pixels_.layout);
-    const std::string profile = hasProfile ? picture_.metadata->extras.profile : std::string();
+    const std::string profile = Profile();
     if (picture_.format.name == "jpeg") return WithProfile(exif.empty() ? head : WithExif(head, exif), profile);
     std::string chunks;
     if (source != nullptr) chunks = source->colourChunks;
-    if (hasProfile) chunks += PngProfileChunk(profile);
+    if (!profile.empty()) chunks += PngProfileChunk(profile);
     if (!exif.empty()) chunks += PngChunk("eXIf", exif);
     if (source != nullptr) chunks += picture_.metadata->extras.pngTexts + source->lateTexts;
     return WithPngChunks(head, chunks);
@@ -134,6 +132,22 @@ class Writing {
   }
 
   const PictureInfo* Source() const { return picture_.metadata != nullptr ? &picture_.metadata->info : nullptr; }
+
+  // Of a TIFF file.
+  std::string Compression() const {
+    const std::string wanted = source_ ? OutputCompressionOf(*source_, picture_.format, picture_.storage)
+                                       : picture_.storage.compression.value_or(std::string());
+    const std::string known = FindCompression(picture_.format, wanted);
+    return known.empty() ? "zip" : known;
+  }
+
+  // The source's, where it is for the colours that are written.
+  std::string Profile() const {
+    if (!source_) return {};
+    const bool hasNoGrey = pixels_.layout == PixelLayout::Grey && LackingOf(picture_.format).greys.Has(pixels_.type);
+    const PixelLayout written = hasNoGrey ? PixelLayout::Rgb : pixels_.layout;
+    return source_->profileFits.Has(written) ? picture_.metadata->extras.profile : std::string();
+  }
 
   // Each channel of the picture at its place in a pixel of the codec's.
   void MakeRow(const ComponentRows& rows, const PixelForm& form, std::int32_t row, std::byte* samples) {
@@ -167,31 +181,38 @@ class Writing {
     }
   }
 
-  // Codecs of TIFF files declare alpha as they like: the output says what the input did.
-  void DeclareAlpha() const {
-    const bool isPremultiplied = picture_.metadata != nullptr && picture_.metadata->associatedAlpha;
-    if (picture_.format.name != "tiff" || !isPremultiplied) return;
+  // What codecs of TIFF files write of a source in their own ways or not at all: texts and the like of another such
+  // file, its colour profile, and that its colours are premultiplied.
+  void AddTags() const {
+    if (picture_.format.name != "tiff" || !source_) return;
+    constexpr std::uint16_t kExtraSamples = 338;
+    constexpr std::uint16_t kProfile = 34675;
+    constexpr std::uint16_t kShort = 3;
+    constexpr std::uint16_t kBytes = 7;
     const std::filesystem::path file = ExtendedPath(picture_.file);
-    if (!ReadFileHeader(file).hasAlpha || SetTiffAlphaMeaning(file, TiffAlpha::Premultiplied)) return;
-    Refuse("the file cannot declare its colours as premultiplied");
+    std::map<std::uint16_t, TiffTag> tags = picture_.metadata->extras.tiffTags;
+    if (const std::string profile = Profile(); !profile.empty()) tags[kProfile] = {kBytes, profile.size(), profile};
+    if (picture_.metadata->associatedAlpha && ReadFileHeader(file).hasAlpha)
+      tags[kExtraSamples] = {kShort, 1, std::string("\x01\0", 2)};
+    if (!tags.empty() && !AddTiffTags(file, tags)) Refuse("the file does not take its texts and what it declares");
   }
 
-  // Codecs pass over options that they do not have.
+  // Codecs pass over options that they do not have. With a source that is told among the losses.
   void NoteOptions() {
-    if (picture_.format.name == "jpeg" && !HasJpegQuality())
+    if (source_) return;
+    const PartsLacking& lacking = LackingOf(picture_.format);
+    if (lacking.quality)
       pixels_.notes.emplace_back("output: the system's codec has no choice of quality, written with its own");
-    const bool isLikeInput = picture_.metadata != nullptr && picture_.metadata->header.format == picture_.format.name;
-    const std::string kept = isLikeInput && picture_.format.name == "tiff" ? picture_.metadata->header.compression : "";
-    if (!picture_.storage.compression && kept.empty()) return;
-    const std::string asked =
-        picture_.storage.compression ? FindCompression(picture_.format, *picture_.storage.compression) : kept;
-    const std::string written = ReadFileHeader(ExtendedPath(picture_.file)).compression;
-    if (asked != written)
-      pixels_.notes.push_back("output: the system's codec has no compression " + asked + ", written with " + written);
+    if (!picture_.storage.compression) return;
+    const auto other = lacking.compressions.find(FindCompression(picture_.format, *picture_.storage.compression));
+    if (other == lacking.compressions.end()) return;
+    pixels_.notes.push_back("output: the system's codec has no compression " + other->first + ", written with " +
+                            other->second);
   }
 
   const PictureToWrite& picture_;
   const StopTest& stop_;
+  std::optional<PictureReport> source_;
   OutputPixels pixels_;
   BeyondRange beyond_;
   ComPtr<FileStream> stream_;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string_view>
 
 #include "host/files/OutputFormat.h"
 #include "host/files/Sample.h"
@@ -34,7 +35,7 @@ struct PixelForm {
 
 // Null for kinds that are not read.
 const PixelForm* FindPixelForm(const ::GUID& id);
-// The kinds that a picture may be written in, the one that holds no more than it first.
-std::span<const ::GUID* const> FormsFor(PixelLayout layout, SampleType type);
+// The kinds that a picture may be written in to a file of a format, the one that holds no more than it first.
+std::span<const ::GUID* const> FormsFor(std::string_view format, PixelLayout layout, SampleType type);
 
 }  // namespace vblur::host

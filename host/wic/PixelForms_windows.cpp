@@ -46,6 +46,7 @@ const std::array kForms = {
 };
 
 constexpr std::array kGrey8{&GUID_WICPixelFormat8bppGray, &GUID_WICPixelFormat24bppBGR};
+constexpr std::array kGreyBmp{&GUID_WICPixelFormat8bppIndexed, &GUID_WICPixelFormat24bppBGR};
 constexpr std::array kGrey16{&GUID_WICPixelFormat16bppGray, &GUID_WICPixelFormat48bppRGB};
 constexpr std::array kRgb8{&GUID_WICPixelFormat24bppBGR};
 constexpr std::array kRgb16{&GUID_WICPixelFormat48bppRGB};
@@ -59,7 +60,8 @@ const PixelForm* FindPixelForm(const ::GUID& id) {
   return found == kForms.end() ? nullptr : &*found;
 }
 
-std::span<const ::GUID* const> FormsFor(PixelLayout layout, SampleType type) {
+std::span<const ::GUID* const> FormsFor(std::string_view format, PixelLayout layout, SampleType type) {
+  if (format == "bmp" && IsGrey(layout)) return kGreyBmp;
   const bool isWide = type == SampleType::Unsigned16;
   if (layout == PixelLayout::Grey) return isWide ? std::span(kGrey16) : std::span(kGrey8);
   if (layout == PixelLayout::Rgb) return isWide ? std::span(kRgb16) : std::span(kRgb8);

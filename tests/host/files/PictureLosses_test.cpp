@@ -46,6 +46,32 @@ TEST_F(PictureLosses, PicturesWithMorePixelsThanTheyMayHaveAreRefused) {
   EXPECT_NO_THROW(PictureReader().ReadColour(path, 8, image_, choice));
 }
 
+TEST_F(PictureLosses, WhatTheSystemsCodecDoesNotWriteIsOne) {
+  PictureReport report;
+  report.info.format = "tiff";
+  report.info.all = {{"Y", {}}};
+  report.info.choice = {0, 0, 0, -1};
+  report.compression = "lzw";
+  PartsLacking& lacking = report.lacking["tiff"];
+  const OutputFormat& tiff = OutputFormatOf("a.tif");
+  EXPECT_EQ(ListOf(LossesOf(report, tiff, {}, 8)), "");
+  EXPECT_EQ(OutputCompressionOf(report, tiff, {}), "lzw");
+  lacking.compressions = {{"lzw", "none"}};
+  lacking.greys.Add(SampleType::Unsigned8);
+  lacking.quality = true;
+  const std::string others = ", quality (the system's codec has one of its own)";
+  const std::string grey = "grey (red, green and blue are written)";
+  EXPECT_EQ(ListOf(LossesOf(report, tiff, {}, 8)), grey + ", compression lzw (none is written)" + others);
+  EXPECT_EQ(OutputCompressionOf(report, tiff, {}), "none");
+  EXPECT_EQ(OutputLayoutOf(report, tiff, {}), PixelLayout::Rgb);
+  // Neither is missed where the user asks for something else.
+  OutputStorage zip;
+  zip.compression = "zip";
+  EXPECT_EQ(ListOf(LossesOf(report, tiff, zip, 8)), grey + others);
+  EXPECT_EQ(OutputCompressionOf(report, tiff, zip), "zip");
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.png"), {}, 8)), "");
+}
+
 // A header of three hundred bytes may have thousands of channels: what it takes does not grow with their square, which
 // would be minutes here.
 TEST_F(PictureLosses, ManyChannelsAreToldInNoTime) {

@@ -1,15 +1,18 @@
 // Files that are no pictures, damaged ones and large ones, read with the imaging component.
+#include <cstring>
 #include <set>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "host/base/Failure.h"
+#include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
+#include "tests/support/host/TiffBytes.h"
 
 namespace vblur::host {
 namespace {
@@ -118,6 +121,62 @@ TEST_F(PictureReading, FilesOfEveryKindAreReadOrRefused) {
       EXPECT_EQ(isRead, read.contains(name)) << name;
     }
   }
+}
+
+// Codecs leave such samples of 16 bits as they are stored, or turn them: nobody sees which.
+TEST_F(PictureReading, TheLeastValueMayBeWhite) {
+  const std::string samples("\0\0\x34\x12\xff\xff", 6);
+  const std::string turned("\xff\xff\xcb\xed\0\0", 6);
+  const auto read = [&](TiffBytes&& file) {
+    ReadChoice choice;
+    choice.keepsSamples = true;
+    return *PictureReader().ReadColour(folder_.Write("w.tif", file.File()), 16, image_, choice).samples;
+  };
+  const auto whiteLeast = read(std::move(TiffBytes(3, 1, 16, 1, samples).Short(262, {0})));
+  EXPECT_EQ(whiteLeast, read(TiffBytes(3, 1, 16, 1, turned)));
+  EXPECT_NE(whiteLeast, read(TiffBytes(3, 1, 16, 1, samples)));
+  EXPECT_EQ(whiteLeast,
+            read(std::move(TiffBytes(3, 1, 16, 1, std::string("\0\0\x12\x34\xff\xff", 6), true).Short(262, {0}))));
+}
+
+// Some codecs swap the bytes of files of the other order once too often.
+TEST_F(PictureReading, SamplesAreThoseOfTheFileInEitherOrderOfBytes) {
+  const std::string little("\x34\x12\x01\0\xfe\xff\0\x80\x05\0\xff\0\x07\0\0\x10", 16);
+  std::string big = little;
+  for (std::size_t at = 0; at < big.size(); at += 2)
+    std::swap(big[at], big[at + 1]);
+  for (const std::uint32_t channels : {1u, 3u, 4u}) {
+    ReadChoice choice;
+    choice.keepsSamples = true;
+    const std::uint32_t width = 8 / channels;
+    const auto pixels = [&](const std::string& samples) { return samples.substr(0, width * channels * 2); };
+    TiffBytes file(width, 1, 16, channels, pixels(big), true);
+    if (channels == 4) file.Short(338, {2});
+    const auto path = folder_.Write("big.tif", file.File());
+    const ReadPicture read = PictureReader().ReadColour(path, 16, image_, choice);
+    ASSERT_EQ(read.samples->size(), pixels(little).size());
+    EXPECT_EQ(std::memcmp(read.samples->data(), pixels(little).data(), read.samples->size()), 0) << channels;
+  }
+}
+
+TEST_F(PictureReading, WhatTheCodecDoesNotReadIsRefusedInWords) {
+  const auto refusal = [&](const TiffBytes& file) {
+    const auto failure = Refusal("r.tif", file.File());
+    return failure ? std::string(failure->what()) : "read";
+  };
+  const std::string name = Utf8Of(folder_.path() / "r.tif") + ": cannot read: ";
+  for (const std::uint32_t bits : {8u, 16u}) {
+    const std::string planar = refusal(TiffBytes(2, 2, bits, 3, std::string(3 * bits / 2, 'x')).Planes(3));
+    EXPECT_TRUE(planar == "read" || planar == name +
+                                                  "the system's codec does not read samples that are stored plane by "
+                                                  "plane, expected them pixel by pixel")
+        << planar;
+    const std::string five = refusal(TiffBytes(2, 2, bits, 5, std::string(5 * bits / 2, 'x')).Short(338, {0, 0}));
+    EXPECT_TRUE(five == "read" || five == name + "the system's codec does not read 5 channels, expected at most 4")
+        << five;
+  }
+  EXPECT_EQ(refusal(TiffBytes(2, 2, 32, 1, std::string(16, 'x')).Short(262, {0})),
+            name + "grey of 32 bits whose least value is white is not read here, expected the least to be black");
 }
 
 TEST_F(PictureReading, FurtherPicturesAreTold) {

@@ -1,0 +1,17 @@
+// The directory of a TIFF file, written anew.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+
+#include "host/formats/TiffTags.h"
+
+namespace vblur::host {
+
+// Gives the first picture of a file whose numbers begin with their low bytes ("II") these tags, of bytes in that order,
+// in place of its own of the same numbers. What is behind its end then is a new directory. False when the file is none
+// of the kind, would have 4 GiB, or cannot be read or written.
+bool AddTiffTags(const std::filesystem::path& file, const std::map<std::uint16_t, TiffTag>& tags);
+
+}  // namespace vblur::host

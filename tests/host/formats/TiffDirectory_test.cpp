@@ -1,0 +1,88 @@
+#include "host/formats/TiffDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include "host/formats/FileExtras.h"
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
+#include "tests/support/host/TiffBytes.h"
+
+namespace vblur::host {
+namespace {
+
+class TiffDirectory : public testing::Test {
+ protected:
+  static TiffTags TagsOf(const std::string& file) {
+    return TiffTags([file](std::int64_t at, std::size_t count) {
+      return static_cast<std::size_t>(at) < file.size() ? file.substr(static_cast<std::size_t>(at), count)
+                                                        : std::string();
+    });
+  }
+
+  FileExtras ExtrasOf(const TiffBytes& file) const {
+    return ReadFileExtras(folder_.Write("extras.tif", file.File()), "tiff", "");
+  }
+
+  ScratchFolder folder_;
+  const TiffBytes picture_{3, 1, 8, 1, "abc"};
+};
+
+TEST_F(TiffDirectory, TakesTagsInPlaceOfItsOwn) {
+  const std::string before = TiffBytes(picture_).Short(274, {6}).Text(315, "Somebody else").File();
+  const auto file = folder_.Write("a.tif", before);
+  EXPECT_TRUE(AddTiffTags(file, {{315, {2, 3, std::string("Me\0", 3)}}, {270, {2, 6, std::string("Title\0", 6)}}}));
+  const std::string after = Bytes(file);
+  const TiffTags tags = TagsOf(after);
+  EXPECT_EQ(tags.Text(270), "Title");
+  EXPECT_EQ(tags.Text(315), "Me");
+  EXPECT_EQ(tags.Number(274, 0), 6);
+  EXPECT_EQ(tags.All().size(), TagsOf(before).All().size() + 1);
+  EXPECT_EQ(after.substr(8, before.size() - 8), before.substr(8));
+  // Other tags are where readers that search for them by their numbers expect them.
+  const auto place =
+      static_cast<std::size_t>(static_cast<unsigned char>(after[4]) | static_cast<unsigned char>(after[5]) << 8);
+  EXPECT_EQ(place % 2, 0u);
+  std::string numbers;
+  for (std::size_t at = place + 2; at + 12 < after.size(); at += 12)
+    numbers += {after[at + 1], after[at]};
+  for (std::size_t at = 2; at < numbers.size(); at += 2)
+    EXPECT_LT(numbers.substr(at - 2, 2), numbers.substr(at, 2));
+}
+
+TEST_F(TiffDirectory, LeavesOtherFilesAlone) {
+  for (const std::string& content : {TiffBytes(3, 1, 8, 1, "abc", true).File(), std::string("II*\0\xff\xff\xff\x7f", 8),
+                                     picture_.File().substr(0, 40), std::string("PNG"), std::string()}) {
+    const auto file = folder_.Write("b.tif", content);
+    EXPECT_FALSE(AddTiffTags(file, {{270, {2, 2, std::string("a\0", 2)}}}));
+    EXPECT_EQ(Bytes(file), content);
+  }
+  EXPECT_FALSE(AddTiffTags(folder_.path() / "none.tif", {}));
+}
+
+// Of either order of bytes.
+TEST_F(TiffDirectory, GivesWhatAnotherFileHasAsItIs) {
+  for (const bool isBig : {false, true}) {
+    TiffBytes source(3, 1, 8, 1, "abc", isBig);
+    const FileExtras extras =
+        ExtrasOf(source.Text(270, "Title").Text(33432, "(c)").Short(274, {6}).Long(33723, {0x01020304}));
+    EXPECT_TRUE(extras.hasTexts);
+    EXPECT_TRUE(extras.hasIptc);
+    EXPECT_FALSE(extras.hasOther);
+    const auto file = folder_.Write("c.tif", picture_.File());
+    ASSERT_TRUE(AddTiffTags(file, extras.tiffTags));
+    const TiffTags tags = TagsOf(Bytes(file));
+    EXPECT_EQ(tags.Text(270), "Title");
+    EXPECT_EQ(tags.Text(33432), "(c)");
+    EXPECT_EQ(tags.Number(274, 0), 6);
+    EXPECT_EQ(tags.Number(33723, 0), 0x01020304);
+  }
+}
+
+TEST_F(TiffDirectory, KnowsWhatNothingIsDoneFor) {
+  EXPECT_FALSE(ExtrasOf(picture_).hasOther);
+  EXPECT_TRUE(ExtrasOf(TiffBytes(picture_).Short(33550, {1, 2, 3})).hasOther);
+  EXPECT_TRUE(ExtrasOf(TiffBytes(picture_).Text(700, "<x:xmpmeta/>")).hasOther);
+}
+
+}  // namespace
+}  // namespace vblur::host
