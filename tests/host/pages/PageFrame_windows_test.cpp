@@ -12,6 +12,8 @@
 
 #include "resources/Numbers.h"
 #include "tests/host/pages/SystemWindows_windows.h"
+// After the system's header.
+#include <commctrl.h>
 
 namespace vblur::host {
 namespace {
@@ -307,13 +309,49 @@ TEST(PageFrame, ClosesWithWhatAMessageThrows) {
   EXPECT_EQ(screen.user.ValueAt("Blur"), 30.0);
 }
 
+// The middle of a window in another one.
+POINT MiddleOf(HWND window, HWND in) {
+  RECT area{};
+  ::GetWindowRect(window, &area);
+  POINT middle{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  ::ScreenToClient(in, &middle);
+  return middle;
+}
+
+// "PAGE/CONTROL: X Y" in the frame's window for what a user reaches of each page, and "tab PAGE: X Y".
+void PrintPlaces(PagedEffect& user, HWND frame) {
+  const HWND front = user.Front().dialog->Handle();
+  const HWND tabs = ::FindWindowExW(frame, nullptr, L"SysTabControl32", nullptr);
+  WPARAM tab = 0;
+  for (const std::string_view name : user.session.Pages().Listed()) {
+    const std::string page(name);
+    RECT area{};
+    ::SendMessageW(tabs, TCM_GETITEMRECT, tab++, reinterpret_cast<LPARAM>(&area));
+    std::printf("tab %s: %ld %ld\n", page.c_str(), (area.left + area.right) / 2, (area.top + area.bottom) / 2);
+    const OpenedPage& opened = user.Page(name);
+    for (const auto& item : opened.dialog->Items()) {
+      if (!item->IsTabStop() && item->Kind() != PageWindowKind::ColourChip) continue;
+      // Every dialog has its place in the frame once it is in front.
+      POINT middle = MiddleOf(item->Handle(), opened.dialog->Handle());
+      ::MapWindowPoints(front, frame, &middle, 1);
+      const bool isChip = item->Kind() == PageWindowKind::ColourChip;
+      std::printf("%s/%s: %ld %ld\n", page.c_str(), isChip ? "chip" : opened.NameOf(*item).c_str(), middle.x, middle.y);
+    }
+  }
+  std::fflush(stdout);
+}
+
 // For use_page_window.sh, whose mouse and keys are those of the screen.
 TEST(PageFrame, DISABLED_ShowsWhatAUserDoes) {
   PagedEffect user;
   user.Do("show FullBlurPPG");
-  PageFrame(user.session.Pages(), user.History()).Run(ExecuteContext());
-  for (const char* const name : {"Blur", "Aspect", "Mix Back", "Blend"})
+  PageFrame frame(user.session.Pages(), user.History());
+  PrintPlaces(user, frame.Handle());
+  frame.Run(ExecuteContext());
+  for (const char* const name : {"Method", "Blur", "Aspect", "Mix Back", "Blend", "Display Cropped", "Crop Left",
+                                 "Crop Right", "Crop Colour R", "Crop Colour G"})
     std::printf("%s=%g\n", name, user.ValueAt(name));
+  std::printf("front=%s\n", user.Front().name.c_str());
   std::printf("steps=%d\n", static_cast<int>(user.History().UndoDepth()));
 }
 
