@@ -28,6 +28,10 @@ std::size_t LengthOfName(std::string_view name);
 // The names of what lies in a folder, in no order; none where it cannot be read.
 std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder);
 
+// Whether a file can be read: the error in words; empty for yes. On Windows it waits up to half a second for others
+// that have the file for themselves.
+std::string TryToRead(const std::filesystem::path& file);
+
 // Puts what was written into a file, or the names in a folder, on the disk. The error in words; empty for success, and
 // where the file system keeps them by other means.
 std::string SyncFile(const std::filesystem::path& file);

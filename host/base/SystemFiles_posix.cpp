@@ -44,6 +44,13 @@ std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder
   return names;
 }
 
+std::string TryToRead(const std::filesystem::path& file) {
+  const int opened = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  if (opened < 0) return TextOf(errno);
+  ::close(opened);
+  return {};
+}
+
 std::string SyncFile(const std::filesystem::path& file) {
   return TextOf(SyncPath(file, 0));
 }

@@ -16,6 +16,20 @@ namespace {
 
 constexpr DWORD kAnySharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
+// What `attempt` gives, true for success, tried again where the error says that another program has the file, as
+// viewers and scanners of viruses do for a moment. The last error; 0 for success.
+template <typename Attempt>
+DWORD WaitingForOthers(Attempt attempt) {
+  constexpr int kTries = 50;
+  constexpr DWORD kPauseMilliseconds = 10;
+  for (int left = kTries;; --left) {
+    if (attempt()) return 0;
+    const DWORD error = GetLastError();
+    if ((error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) || left == 0) return error;
+    Sleep(kPauseMilliseconds);
+  }
+}
+
 // Whether somebody else does not let it be replaced.
 bool IsHeld(const std::filesystem::path& file) {
   const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), DELETE, kAnySharing, nullptr, OPEN_EXISTING,
@@ -64,6 +78,15 @@ std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder
   return names;
 }
 
+std::string TryToRead(const std::filesystem::path& file) {
+  const DWORD error = WaitingForOthers([&] {
+    const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), GENERIC_READ, kAnySharing, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    return handle != INVALID_HANDLE_VALUE && CloseHandle(handle) != 0;
+  });
+  return error == 0 ? std::string() : SystemErrorText(error);
+}
+
 std::string SyncFile(const std::filesystem::path& file) {
   const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), GENERIC_WRITE, kAnySharing, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -93,16 +116,10 @@ std::string MoveOver(const std::filesystem::path& from, const std::filesystem::p
   if (old != INVALID_FILE_ATTRIBUTES && (old & FILE_ATTRIBUTE_READONLY) != 0)
     return SystemErrorText(ERROR_ACCESS_DENIED);
   constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  constexpr int kTries = 50;
-  constexpr DWORD kPauseMilliseconds = 10;
-  for (int left = kTries; MoveFileExW(ExtendedPath(from).c_str(), ExtendedPath(to).c_str(), kHow) == 0; --left) {
-    // A program that looks at the old file, or replaces it too, has it for a moment.
-    const DWORD error = GetLastError();
-    if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) return SystemErrorText(error);
-    if (left == 0) return SystemErrorText(IsHeld(to) ? ERROR_SHARING_VIOLATION : error);
-    Sleep(kPauseMilliseconds);
-  }
-  return {};
+  const DWORD error =
+      WaitingForOthers([&] { return MoveFileExW(ExtendedPath(from).c_str(), ExtendedPath(to).c_str(), kHow) != 0; });
+  if (error == 0) return {};
+  return SystemErrorText(error == ERROR_ACCESS_DENIED && IsHeld(to) ? ERROR_SHARING_VIOLATION : error);
 }
 
 void RemoveAtOnce(const wchar_t* file) noexcept {

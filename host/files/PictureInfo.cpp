@@ -1,14 +1,12 @@
 #include "host/files/PictureInfo.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <system_error>
 
 #include "host/base/Failure.h"
 #include "host/base/LongPath.h"
 #include "host/base/StandardStream.h"
+#include "host/base/SystemFiles.h"
 #include "host/files/PictureLibrary.h"
 #include "host/files/StandardInput.h"
 
@@ -73,8 +71,7 @@ void RequirePictureFile(const std::filesystem::path& path) {
     RefuseToRead(path, "not a regular file; - reads a picture from a pipe");
   if (std::filesystem::file_size(file, error) == 0 && !error)
     RefuseToRead(path, "the file is empty, a picture was expected");
-  errno = 0;
-  if (!std::ifstream(file, std::ios::binary)) RefuseToRead(path, std::strerror(errno));
+  if (const std::string why = TryToRead(file); !why.empty()) RefuseToRead(path, why);
 }
 
 PictureInfo ReadPictureInfo(const std::filesystem::path& path, const ReadChoice& choice) {

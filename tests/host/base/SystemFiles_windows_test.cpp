@@ -70,6 +70,22 @@ TEST(SystemFiles, AFileThatIsOpenElsewhereOrReadOnlyStays) {
   EXPECT_EQ(TextOf(part), "new");
 }
 
+TEST(SystemFiles, AFileThatAnotherHasForItselfIsNotRead) {
+  const ScratchFolder scratch;
+  const auto file = scratch.Write("a.txt", "x");
+  EXPECT_EQ(TryToRead(file), "");
+  EXPECT_EQ(TryToRead(scratch.path() / "none"), "No such file or directory");
+  HANDLE open = CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(open, INVALID_HANDLE_VALUE);
+  EXPECT_EQ(TryToRead(file), "another program has it open");
+  std::thread closing([&] {
+    Sleep(100);
+    CloseHandle(open);
+  });
+  EXPECT_EQ(TryToRead(file), "");
+  closing.join();
+}
+
 // By a program that reads the old file, or replaces it too.
 TEST(SystemFiles, AFileThatIsOpenForAMomentIsReplaced) {
   const ScratchFolder scratch;

@@ -1,5 +1,6 @@
 // Files that others hold, and names that mean something to Windows.
 #include <atomic>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -95,6 +96,26 @@ TEST_F(OutputFile, SeveralWriteOneNameAtOnce) {
   EXPECT_EQ(failed, 0);
   EXPECT_EQ(NamesIn(folder_.path()), std::set<std::string>{"out.png"});
 }
+
+class OutputFileOnAFullDisk : public testing::TestWithParam<const char*> {};
+
+TEST_P(OutputFileOnAFullDisk, LeavesTheOldFileAndSaysSo) {
+  if (std::getenv("VBLUR_FILES_ARE_LIMITED") == nullptr) GTEST_SKIP() << "limited_files.sh limits the size of files";
+  const ScratchFolder folder;
+  const auto path = folder.Write("out." + std::string(GetParam()), "old");
+  HostImage image;
+  image.Reset(16, 4, 300, 300);
+  FillRandom(image, 0, 16384, 2);
+  const auto failure = CaughtFailure([&] { PictureWriter().Write(path, image, nullptr, true); });
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->Code(), ExitCode::CannotWrite);
+  EXPECT_EQ(std::string(failure->what()).find(path.string() + ": cannot write: "), 0u) << failure->what();
+  EXPECT_EQ(Bytes(path), "old");
+  EXPECT_EQ(NamesIn(folder.path()).size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, OutputFileOnAFullDisk, testing::Values("png", "jpg", "tif", "bmp"),
+                         [](const auto& format) { return std::string(format.param); });
 
 TEST_F(OutputFile, NamesOfDevicesStreamsAndDrivesAreRefused) {
   for (const char* name : {"nul", "NUL.png", "con.png", "Com1.png", "lpt9.tif", "aux.png", "prn.png"}) {
