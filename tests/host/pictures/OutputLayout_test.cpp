@@ -151,11 +151,11 @@ TEST_F(OutputLayout, ColoursMadeOfGreyAreNamedInItsLayer) {
     std::ranges::sort(written);
     return written;
   };
-  using Names = std::vector<std::string>;
-  EXPECT_EQ(names({"R", "G", "B", "m.Y"}, "m"), (Names{"B", "G", "R", "m.B", "m.G", "m.R"}));
-  EXPECT_EQ(names({"m.A", "m.Y"}, ""), (Names{"m.A", "m.B", "m.G", "m.R"}));
-  EXPECT_EQ(names({"R"}, ""), (Names{"B", "G", "R"}));
-  EXPECT_EQ(names({"R", "Y"}, ""), (Names{"B", "G", "R", "result.R"}));
+  using ChannelNames = std::vector<std::string>;
+  EXPECT_EQ(names({"R", "G", "B", "m.Y"}, "m"), (ChannelNames{"B", "G", "R", "m.B", "m.G", "m.R"}));
+  EXPECT_EQ(names({"m.A", "m.Y"}, ""), (ChannelNames{"m.A", "m.B", "m.G", "m.R"}));
+  EXPECT_EQ(names({"R"}, ""), (ChannelNames{"B", "G", "R"}));
+  EXPECT_EQ(names({"R", "Y"}, ""), (ChannelNames{"B", "G", "R", "result.R"}));
 }
 
 TEST_F(OutputLayout, AMissingColourGetsItsNameAndOthersKeepTheirs) {

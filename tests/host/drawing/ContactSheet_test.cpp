@@ -6,13 +6,13 @@
 #include <gtest/gtest.h>
 
 #include "host/files/OutputFile.h"
-#include "host/pictures/FontFilePainter.h"
 #include "host/sequence/SequenceRenderer.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
 #include "tests/support/host/Sheets.h"
+#include "tests/support/host/SystemPainter.h"
 
 namespace vblur::host {
 namespace {
@@ -92,7 +92,7 @@ class ContactSheet : public testing::TestWithParam<std::int32_t> {
 
   ScratchFolder folder_;
   ExecuteContext context_;
-  FontFilePainter text_;
+  SystemPainter text_;
   SheetPictures pictures_;
   HostImage sheet_;
 };

@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/pictures/FontFilePainter.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/host/Pictures.h"
+#include "tests/support/host/SystemPainter.h"
 
 namespace vblur::host {
 namespace {
@@ -50,7 +50,7 @@ TEST(KernelPlot, BarsAreAsHighAsTheWeightsAndTheCurveIsDrawn) {
   ExecuteContext context;
   const KernelReport report = MeasureKernel(MakeEffect, context, 10.0, 16);
   HostImage drawn;
-  DrawKernel(report, FontFilePainter(), drawn);
+  DrawKernel(report, SystemPainter(), drawn);
   ASSERT_EQ(drawn.Width(), 1640);
   // The plot runs from 570 to 1612, and from -15.5 to 15.5 across.
   const double top = 1.1 * GaussianFor(report.profile, report.facts.sigma).peak;
