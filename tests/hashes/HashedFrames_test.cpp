@@ -1,10 +1,12 @@
 #include "tests/hashes/HashedFrames.h"
 
 #include <set>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "tests/hashes/PictureHash.h"
+#include "tests/support/TestServer.h"
 
 namespace vblur::hashes {
 namespace {
@@ -28,6 +30,20 @@ TEST(HashedFrames, AreDrawnAlikeByEveryCompiler) {
     if (frame.mask) Append(*frame.mask, all);
   }
   EXPECT_EQ(HashPicture(all, 16), 0x380d9207f81e6597u);
+}
+
+// A share of the table of hashes: the bits of every platform, with one number for all of them.
+TEST(HashedFrames, HaveTheBitsOfEveryPlatform) {
+  for (const std::string level : {"twin", "native"}) {
+    SetCpuLevel(level);
+    DrawnPicture all{0, 1, 1, {}};
+    for (std::uint64_t i = 0; i < 300; ++i) {
+      const NamedFrame drawn = RandomFrame(i);
+      if (IsRendered(drawn.frame)) Append(RenderJobFrame(drawn.frame), all);
+    }
+    EXPECT_GT(all.width, 200000) << "too few frames render";
+    EXPECT_EQ(HashPicture(all, 16), 0xe8693fcf54f93b75u) << level;
+  }
 }
 
 TEST(HashedFrames, HaveNamesThatSortByNumber) {
