@@ -6,6 +6,7 @@
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
 #include "host/base/Utf8.h"
+#include "host/pages/Desktop.h"
 #include "host/properties/PropertyStore.h"
 #include "host/properties/PropertyText.h"
 #include "platform/CDSPlugInEffect.h"
@@ -84,6 +85,11 @@ OpenedPage* EffectPages::Find(std::string_view name) {
 }
 
 OpenedPage& EffectPages::Open(const GUID& clsid, std::string_view name) {
+  if (!HasDesktop()) {
+    throw Failure(ExitCode::SomeFramesFailed, "the page " + std::string(name) +
+                                                  " cannot be shown: the session has no desktop, expected one where " +
+                                                  "windows can be made, also those that nobody sees");
+  }
   auto opened = std::make_unique<OpenedPage>();
   opened->name = name;
   const auto require = [&](const char* call, HRESULT result) {
