@@ -1,6 +1,7 @@
 // Files that others hold, and names that mean something to Windows.
 #include <atomic>
 #include <cstdlib>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -55,12 +56,11 @@ TEST_F(OutputFile, AFileThatAnotherProgramHoldsStays) {
 TEST_F(OutputFile, AFileThatAnotherProgramHoldsForAMomentIsReplaced) {
   const auto path = folder_.Write("out.png", "old");
   auto held = std::make_unique<HeldFile>(path);
-  std::thread closing([&] {
+  const std::jthread closing([&] {
     Sleep(150);
     held.reset();
   });
   PictureWriter().Write(path, image_, nullptr, true);
-  closing.join();
   EXPECT_EQ(ReadPictureInfo(path).width, 40);
   EXPECT_EQ(NamesIn(folder_.path()), std::set<std::string>{"out.png"});
 }
