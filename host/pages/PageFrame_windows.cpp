@@ -252,6 +252,7 @@ void PageFrame::Run(const ExecuteContext& context) {
     throw;
   }
   Close();
+  ThrowKeptFailure();
 }
 
 }  // namespace vblur::host
