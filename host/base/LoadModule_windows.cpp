@@ -1,5 +1,6 @@
 #include "host/base/LoadModule.h"
 
+#include "host/base/LongPath.h"
 #include "host/base/SystemError_windows.h"
 
 #ifndef NOMINMAX
@@ -13,7 +14,7 @@ namespace vblur::host {
 // folder or along PATH, where anybody may have put something of the same name.
 void* LoadedModule::Open(const std::filesystem::path& file) {
   // Slashes are not understood there.
-  std::filesystem::path native = file;
+  std::filesystem::path native = ExtendedPath(file);
   native.make_preferred();
   return LoadLibraryExW(native.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
 }

@@ -65,7 +65,7 @@ std::string LastError() {
 std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind) {
   const auto fail = [&](const std::string& reason) { Refuse(ExitCode::CannotRead, InputName(path), reason); };
   std::error_code error;
-  if (std::filesystem::is_directory(path, error)) fail("is a directory, expected a " + kind);
+  if (std::filesystem::is_directory(ExtendedPath(path), error)) fail("is a directory, expected a " + kind);
   std::string text;
   const bool isRead = IsStandardStream(path) ? ReadStandardInput(text) : ReadFile(path, text);
   if (!isRead) fail("cannot read the " + kind + ": " + LastError());

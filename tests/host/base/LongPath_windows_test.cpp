@@ -39,6 +39,20 @@ TEST(LongPath, APrefixIsNoFolder) {
   EXPECT_EQ(std::filesystem::path("D:\\c") / PathOf("\\\\?\\C:\\a.png"), std::filesystem::path("C:\\a.png"));
 }
 
+// Wine takes long names as they are: this is what makes Windows take them.
+TEST(LongPath, LongNamesGetThePrefixOfTheSystem) {
+  const std::string folder = "C:\\b\\";
+  const std::string shorter = folder + std::string(239 - folder.size(), 'a');
+  EXPECT_EQ(ExtendedPath(shorter), std::filesystem::path(shorter));
+  EXPECT_EQ(ExtendedPath(shorter + "a"), std::filesystem::path("\\\\?\\" + shorter + "a"));
+  // With the prefix, the system takes no slashes and no dots.
+  EXPECT_EQ(ExtendedPath("C:/./c/../b/" + shorter.substr(folder.size()) + "a"),
+            std::filesystem::path("\\\\?\\" + shorter + "a"));
+  const std::string shared = "server\\share\\" + std::string(240, 'a');
+  EXPECT_EQ(ExtendedPath("\\\\" + shared), std::filesystem::path("\\\\?\\UNC\\" + shared));
+  EXPECT_EQ(ExtendedPath(std::string(240, 'a')).native().rfind(L"\\\\?\\", 0), 0u);
+}
+
 TEST(LongPath, ShortNamesStay) {
   EXPECT_EQ(ExtendedPath("a.png"), std::filesystem::path("a.png"));
   EXPECT_EQ(ExtendedPath("C:\\b/a.png"), std::filesystem::path("C:\\b/a.png"));
