@@ -16,6 +16,10 @@ const ::GUID& SystemsOwn(const GUID& id) {
   return reinterpret_cast<const ::GUID&>(id);
 }
 
+::CRITICAL_SECTION* SystemsOwn(unsigned char* section) {
+  return reinterpret_cast<::CRITICAL_SECTION*>(section);
+}
+
 }  // namespace
 
 HRESULT CoCreateFreeThreadedMarshaler(IUnknown* outer, IUnknown** marshaler) {
@@ -28,6 +32,23 @@ HRESULT CoCreateFreeThreadedMarshaler(IUnknown* outer, IUnknown** marshaler) {
 HRESULT CoCreateInstance(const GUID& clsid, IUnknown* outer, std::uint32_t context, const GUID& iid, void** result) {
   if (result == nullptr) return kNullPointer;
   return ::CoCreateInstance(SystemsOwn(clsid), SystemsOwn(outer), context, SystemsOwn(iid), result);
+}
+
+CRITICAL_SECTION::CRITICAL_SECTION() {
+  static_assert(sizeof section_ == sizeof(::CRITICAL_SECTION));
+  ::InitializeCriticalSection(SystemsOwn(section_));
+}
+
+CRITICAL_SECTION::~CRITICAL_SECTION() {
+  ::DeleteCriticalSection(SystemsOwn(section_));
+}
+
+void CRITICAL_SECTION::lock() {
+  ::EnterCriticalSection(SystemsOwn(section_));
+}
+
+void CRITICAL_SECTION::unlock() {
+  ::LeaveCriticalSection(SystemsOwn(section_));
 }
 
 }  // namespace vblur

@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include "effect/Blur.h"
+#include "image/HvThreadWord.h"
 #include "properties/ClassIds.h"
 #include "properties/PageNames.h"
 #include "properties/PropertyTable.h"
@@ -28,7 +29,7 @@ HRESULT HvDsEffect::ConnectOverlay(IUnknown* viewer) {
   VWControllerPushContext(kVWInteractiveContext, tool.get(), viewer, false, false, 0.0, &overlayContext);
   const HRESULT result = tool->QueryInterface(classes::kHvTInteract, overlayTool.Receive());
   if (overlayTool) {
-    overlayThread.store(std::this_thread::get_id());
+    overlayThread.store(HvThreadNumber());
     AttachOverlay();
   }
   return result;
@@ -41,7 +42,7 @@ void HvDsEffect::DisconnectOverlay() {
 
 void HvDsEffect::ReleaseOverlay() {
   overlayUseCount = 0;
-  overlayThread.store({});
+  overlayThread.store(0);
   if (overlayTool) DetachOverlay();
   if (overlayContext != 0) VWControllerRemoveContext(overlayContext);
   overlayContext = 0;

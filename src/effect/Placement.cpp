@@ -1,10 +1,10 @@
 // The frame's region and the places of its images.
 #include <cstdint>
-#include <thread>
 
 #include "effect/Blur.h"
 #include "effect/ProjectSizes.h"
 #include "image/Arithmetic.h"
+#include "image/HvThreadWord.h"
 
 namespace vblur {
 
@@ -40,7 +40,7 @@ void Blur::ReportPlaces() {
   // The controls belong to the viewer's thread. After a frame on another thread they follow at the next paint, pen
   // event or page.
   cloneSource->overlayPlaceStale.store(true);
-  if (cloneSource->overlayThread.load() == std::this_thread::get_id()) cloneSource->UpdateOverlayPlacement();
+  if (cloneSource->overlayThread.load() == HvThreadNumber()) cloneSource->UpdateOverlayPlacement();
 }
 
 }  // namespace vblur

@@ -10,6 +10,7 @@
 #endif
 
 #include "image/HvMemory.h"
+#include "image/HvMutex.h"
 
 namespace vblur {
 namespace {
@@ -80,7 +81,7 @@ class Shelf {
   }
 
  private:
-  std::mutex lock_;
+  HvMutex lock_;
   std::vector<HvScratchBlock> blocks_;
   std::size_t kept_ = 0;
 };

@@ -12,4 +12,7 @@ inline constexpr int kHvThreadWords = 3;
 std::intptr_t HvGetThreadWord(HvThreadWord which);
 void HvSetThreadWord(HvThreadWord which, std::intptr_t value);
 
+// The calling thread's number among those that live; never 0.
+std::uintptr_t HvThreadNumber();
+
 }  // namespace vblur

@@ -15,4 +15,8 @@ void HvSetThreadWord(HvThreadWord which, std::intptr_t value) {
   threadWords[static_cast<int>(which)] = value;
 }
 
+std::uintptr_t HvThreadNumber() {
+  return reinterpret_cast<std::uintptr_t>(&threadWords);
+}
+
 }  // namespace vblur

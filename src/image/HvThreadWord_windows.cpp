@@ -40,4 +40,8 @@ void HvSetThreadWord(HvThreadWord which, std::intptr_t value) {
   ::TlsSetValue(TheNumbers().Of(which), reinterpret_cast<void*>(value));
 }
 
+std::uintptr_t HvThreadNumber() {
+  return ::GetCurrentThreadId();
+}
+
 }  // namespace vblur

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "image/HvMemory.h"
+#include "image/HvMutex.h"
 #include "image/HvProcessors.h"
 #include "image/HvThread.h"
 #include "image/HvThreadWord.h"
@@ -165,7 +166,7 @@ class Pool {
     }
   }
 
-  std::mutex runMutex_;
+  HvMutex runMutex_;
   std::atomic<std::int32_t> count_{0};
   std::atomic<std::uint32_t> generation_{0};
   std::atomic<std::uint32_t> busy_{0};

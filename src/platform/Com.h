@@ -75,7 +75,24 @@ inline constexpr std::uint32_t CLSCTX_INPROC_SERVER = 1;
 HRESULT CoCreateInstance(const GUID& clsid, IUnknown* outer, std::uint32_t context, const GUID& iid, void** result);
 
 // Recursive.
+#ifdef _WIN32
+// The system's: the cross compiler's std::recursive_mutex allocates memory at the first lock that it never gives back.
+class CRITICAL_SECTION {
+ public:
+  CRITICAL_SECTION();
+  ~CRITICAL_SECTION();
+  CRITICAL_SECTION(const CRITICAL_SECTION&) = delete;
+  CRITICAL_SECTION& operator=(const CRITICAL_SECTION&) = delete;
+
+  void lock();
+  void unlock();
+
+ private:
+  alignas(void*) unsigned char section_[40];
+};
+#else
 using CRITICAL_SECTION = std::recursive_mutex;
+#endif
 
 // What a server library exports.
 extern "C" {

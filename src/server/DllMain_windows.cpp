@@ -7,6 +7,13 @@
 #endif
 #include <windows.h>
 
+#ifdef __GLIBCXX__
+namespace __gnu_cxx {
+// Frees what the compiler's library keeps for exceptions when memory has run out; it does so itself nowhere.
+void __freeres();
+}  // namespace __gnu_cxx
+#endif
+
 namespace vblur {
 namespace {
 
@@ -27,6 +34,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEn
   } else if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
     // A process that ends gives all back; its other threads may have died with locks of the memory held.
     vblur::ReleaseOverlayQuadric();
+#ifdef __GLIBCXX__
+    __gnu_cxx::__freeres();
+#endif
   }
   return TRUE;
 }

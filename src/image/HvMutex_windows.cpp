@@ -1,0 +1,20 @@
+#include "image/HvMutex.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+namespace vblur {
+
+static_assert(sizeof(HvMutex) == sizeof(::SRWLOCK));
+
+void HvMutex::lock() {
+  ::AcquireSRWLockExclusive(reinterpret_cast<::SRWLOCK*>(&word_));
+}
+
+void HvMutex::unlock() {
+  ::ReleaseSRWLockExclusive(reinterpret_cast<::SRWLOCK*>(&word_));
+}
+
+}  // namespace vblur
