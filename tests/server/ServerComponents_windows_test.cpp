@@ -1,54 +1,26 @@
 // The server as the system's COM knows it: registered, made by CoCreateInstance, used from several apartments,
 // unloaded.
 #include <array>
-#include <cstring>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "platform/ComPtr.h"
-#include "platform/IDSImageEffect.h"
 #include "platform/IDSProperties.h"
-#include "properties/ClassIds.h"
 #include "sdk/effects/Catalogue.h"
-
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#include <objbase.h>
-#include <windows.h>
+#include "tests/support/RegistryAccess_windows.h"
+// The system's header behind those of the project.
+#include "tests/server/LoadedServer_windows.h"
 
 namespace vblur {
 namespace {
 
-constexpr std::array kClasses = {
-    classes::kBlur,        classes::kFullBlurPPG, classes::kTransitionBlurPPG, classes::kHvTransitionPPG,
-    classes::kHvTInteract, classes::kHelpPPG,     classes::kFullCropPPG};
-
-const ::GUID& System(const GUID& id) {
-  return reinterpret_cast<const ::GUID&>(id);
-}
-
-bool IsLoaded() {
-  return ::GetModuleHandleW(L"V_Blur.dll") != nullptr;
-}
-
-template <class Function>
-Function* Find(HINSTANCE library, const char* name) {
-  return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
-}
-
-std::wstring Registered(const GUID& clsid, const wchar_t* value) {
-  std::array<wchar_t, 39> id{};
-  ::StringFromGUID2(System(clsid), id.data(), 39);
-  std::array<wchar_t, 1024> file{};
-  DWORD size = sizeof file;
-  const std::wstring key = L"Software\\Classes\\CLSID\\" + std::wstring(id.data()) + L"\\InprocServer32";
-  if (::RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), value, RRF_RT_REG_SZ, nullptr, file.data(), &size) != 0)
-    return L"";
-  return file.data();
+std::wstring Registered(const GUID& clsid, const wchar_t* value, HKEY root = HKEY_LOCAL_MACHINE) {
+  std::array<wchar_t, 1024> text{};
+  DWORD size = sizeof text;
+  const std::wstring key = ClassKey(clsid) + L"\\InprocServer32";
+  if (::RegGetValueW(root, key.c_str(), value, RRF_RT_REG_SZ, nullptr, text.data(), &size) != 0) return L"";
+  return text.data();
 }
 
 std::wstring RegisteredFile(const GUID& clsid) {
@@ -60,75 +32,47 @@ class ServerComponents : public testing::Test {
  protected:
   ServerComponents() {
     host::KeepClassesInProcess(false);
-    EXPECT_EQ(Call("DllRegisterServer"), kOk);
+    EXPECT_EQ(CallEntryPoint("DllRegisterServer"), kOk);
   }
   ~ServerComponents() override {
-    EXPECT_EQ(Call("DllUnregisterServer"), kOk);
+    EXPECT_EQ(CallEntryPoint("DllUnregisterServer"), kOk);
     EXPECT_FALSE(IsLoaded());
   }
-
-  static HRESULT Call(const char* entryPoint) {
-    HINSTANCE const library = ::LoadLibraryW(L"V_Blur.dll");
-    const HRESULT result = Find<HRESULT()>(library, entryPoint)();
-    ::FreeLibrary(library);
-    return result;
-  }
-
-  template <class Interface>
-  static ComPtr<Interface> Make(const GUID& clsid) {
-    ComPtr<Interface> object;
-    EXPECT_EQ(
-        ::CoCreateInstance(System(clsid), nullptr, CLSCTX_INPROC_SERVER, System(Interface::kIid), object.Receive()),
-        S_OK);
-    return object;
-  }
-
-  static void Unload() {
-    // Twice: what was free at the first call is unloaded without a delay.
-    ::CoFreeUnusedLibrariesEx(0, 0);
-    ::CoFreeUnusedLibrariesEx(0, 0);
-  }
-};
-
-class Apartment {
- public:
-  explicit Apartment(DWORD kind) { EXPECT_TRUE(SUCCEEDED(::CoInitializeEx(nullptr, kind))); }
-  ~Apartment() { ::CoUninitialize(); }
 };
 
 TEST_F(ServerComponents, AllClassesAreEnteredWithTheFileAndItsThreads) {
-  for (const GUID& clsid : kClasses) {
+  for (const GUID& clsid : kRegisteredClasses) {
     const std::wstring file = RegisteredFile(clsid);
     EXPECT_TRUE(file.ends_with(L"\\V_Blur.dll")) << std::string(file.begin(), file.end());
   }
-  for (const GUID& clsid : kClasses)
+  for (const GUID& clsid : kRegisteredClasses)
     EXPECT_EQ(Registered(clsid, L"ThreadingModel"), L"Both");
   EXPECT_FALSE(IsLoaded());
 }
 
 TEST_F(ServerComponents, LeavingRemovesAllClasses) {
-  EXPECT_EQ(Call("DllUnregisterServer"), kOk);
-  for (const GUID& clsid : kClasses)
+  EXPECT_EQ(CallEntryPoint("DllUnregisterServer"), kOk);
+  for (const GUID& clsid : kRegisteredClasses)
     EXPECT_EQ(RegisteredFile(clsid), L"");
-  EXPECT_LT(Call("DllUnregisterServer"), 0) << "there is nothing to remove";
-  EXPECT_EQ(Call("DllRegisterServer"), kOk);
+  EXPECT_LT(CallEntryPoint("DllUnregisterServer"), 0) << "there is nothing to remove";
+  EXPECT_EQ(CallEntryPoint("DllRegisterServer"), kOk);
 }
 
 TEST_F(ServerComponents, TheSystemMakesAnObjectOfEachClass) {
   const Apartment apartment(COINIT_APARTMENTTHREADED);
-  for (const GUID& clsid : kClasses)
-    EXPECT_TRUE(Make<IUnknown>(clsid));
+  for (const GUID& clsid : kRegisteredClasses)
+    EXPECT_TRUE(MakeBySystem<IUnknown>(clsid));
   EXPECT_TRUE(IsLoaded());
-  Unload();
+  FreeUnusedLibraries();
 }
 
 TEST_F(ServerComponents, IsUnloadedWhenNothingIsAlive) {
   const Apartment apartment(COINIT_APARTMENTTHREADED);
-  auto effect = Make<IDSImageEffect>(classes::kBlur);
-  Unload();
+  auto effect = MakeBySystem<IDSImageEffect>(classes::kBlur);
+  FreeUnusedLibraries();
   EXPECT_TRUE(IsLoaded()) << "an effect lives";
   effect.reset();
-  Unload();
+  FreeUnusedLibraries();
   EXPECT_FALSE(IsLoaded());
 }
 
@@ -153,7 +97,7 @@ TEST_F(ServerComponents, AClassObjectServesTwoApartments) {
   });
   other.join();
   factory.reset();
-  Unload();
+  FreeUnusedLibraries();
 }
 
 TEST_F(ServerComponents, FactoriesHaveTheSystemsMarshaler) {
@@ -178,119 +122,37 @@ TEST_F(ServerComponents, FactoriesHaveTheSystemsMarshaler) {
   EXPECT_TRUE(::IsEqualGUID(unmarshalClass(marshaler.get()), unmarshalClass(systems.get())));
   marshaler.reset();
   factory.reset();
-  Unload();
+  FreeUnusedLibraries();
 }
 
-// What the process holds of the system.
-struct Holdings {
-  DWORD handles = 0;
-  DWORD userObjects = 0;
-  DWORD drawingObjects = 0;
-  SIZE_T heap = 0;
-  DWORD threadWord = 0;  // the next of the words that the system has for threads
-
-  static Holdings Now() {
-    Holdings now;
-    ::GetProcessHandleCount(::GetCurrentProcess(), &now.handles);
-    now.userObjects = ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS);
-    now.drawingObjects = ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS);
-    PROCESS_HEAP_ENTRY entry{};
-    HANDLE const heap = ::GetProcessHeap();
-    ::HeapLock(heap);
-    while (::HeapWalk(heap, &entry)) {
-      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) now.heap += entry.cbData;
-    }
-    ::HeapUnlock(heap);
-    now.threadWord = ::TlsAlloc();
-    ::TlsFree(now.threadWord);
-    return now;
+// The machine's part of the registry refuses a class that is there already; the user's too, if asked to.
+class ServerComponentsRefused : public testing::Test {
+ protected:
+  ServerComponentsRefused() { host::KeepClassesInProcess(false); }
+  ~ServerComponentsRefused() override {
+    for (HKEY const root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER})
+      test::DenyAccess(root, key_, 0);
+    CallEntryPoint("DllUnregisterServer");
+    EXPECT_EQ(Registered(classes::kHelpPPG, nullptr), L"");
+    EXPECT_EQ(Registered(classes::kHelpPPG, nullptr, HKEY_CURRENT_USER), L"");
   }
+
+  const std::wstring key_ = ClassKey(classes::kHelpPPG);
 };
 
-struct Picture final : IDSImage {
-  std::vector<std::uint8_t> pixels = std::vector<std::uint8_t>(32 * 32 * 4, 77);
-
-  HRESULT IsUsable() const override { return kOk; }
-  GUID Format() const override { return MFIF_RGBA_RAW_32; }
-  DSPixelPair Size() const override { return {32, 32}; }
-  void* FirstPixel() const override { return const_cast<std::uint8_t*>(pixels.data()); }
-  DSWorldPair WorldPosition() const override { return {}; }
-  DSWorldPair WorldSize() const override { return {32.0, 32.0}; }
-};
-
-void RenderOnce(const ComPtr<IDSImageEffect>& effect) {
-  Picture input;
-  Picture output;
-  tagDSImgFxInfo use;
-  use.record = kDSImgFxInfoRecord;
-  use.family = families::kFilter;
-  EXPECT_EQ(effect->GetImageEffectInfo(&use), kOk);
-  EXPECT_EQ(effect->SetInput(&input), kOk);
-  EXPECT_EQ(effect->SetOutput(&output), kOk);
-  EXPECT_EQ(effect->Verify(), kOk);
-  EXPECT_EQ(effect->RenderFrame(0.0), kOk);
-  EXPECT_EQ(effect->SetInput(nullptr), kOk);
-  EXPECT_EQ(effect->SetOutput(nullptr), kOk);
+TEST_F(ServerComponentsRefused, AreEnteredForTheUser) {
+  test::RefuseWriting(HKEY_LOCAL_MACHINE, key_);
+  EXPECT_EQ(CallEntryPoint("DllRegisterServer"), kOk);
+  EXPECT_EQ(Registered(classes::kHelpPPG, nullptr), L"");
+  EXPECT_TRUE(Registered(classes::kHelpPPG, nullptr, HKEY_CURRENT_USER).ends_with(L"\\V_Blur.dll"));
 }
 
-TEST(ServerComponentsAgain, AThousandLoadsLeaveNothing) {
-  host::KeepClassesInProcess(true);
-  Holdings before;
-  constexpr int kLoads = 1000;
-  for (int i = 0; i < kLoads; ++i) {
-    // The first ones fill what the system keeps.
-    if (i == 100) before = Holdings::Now();
-    HINSTANCE const library = ::LoadLibraryW(L"V_Blur.dll");
-    ASSERT_NE(library, nullptr);
-    ASSERT_EQ(Find<HRESULT()>(library, "DllRegisterServer")(), kOk);
-    {
-      ComPtr<IClassFactory> factory;
-      ASSERT_EQ(Find<DllGetClassObjectFunction>(library, "DllGetClassObject")(classes::kBlur, IClassFactory::kIid,
-                                                                              factory.Receive()),
-                kOk);
-      ComPtr<IDSImageEffect> effect;
-      ASSERT_EQ(factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive()), kOk);
-      RenderOnce(effect);
-    }
-    ASSERT_EQ(Find<HRESULT()>(library, "DllUnregisterServer")(), kOk);
-    ASSERT_EQ(Find<HRESULT()>(library, "DllCanUnloadNow")(), kOk);
-    ::FreeLibrary(library);
-    ASSERT_FALSE(IsLoaded()) << i;
-  }
-  const Holdings after = Holdings::Now();
-  EXPECT_LE(after.handles, before.handles + 4);
-  EXPECT_LE(after.userObjects, before.userObjects);
-  EXPECT_LE(after.drawingObjects, before.drawingObjects);
-  EXPECT_LE(after.heap, before.heap + 4 * 1024);
-  EXPECT_EQ(after.threadWord, before.threadWord);
-  host::KeepClassesInProcess(false);
-}
-
-TEST(ServerComponentsAgain, AHostThatDoesNotAskKeepsItsThreadsCode) {
-  host::KeepClassesInProcess(true);
-  HINSTANCE const library = ::LoadLibraryW(L"V_Blur.dll");
-  ASSERT_NE(library, nullptr);
-  auto* const canUnload = Find<HRESULT()>(library, "DllCanUnloadNow");
-  {
-    ComPtr<IClassFactory> factory;
-    ASSERT_EQ(Find<DllGetClassObjectFunction>(library, "DllGetClassObject")(classes::kBlur, IClassFactory::kIid,
-                                                                            factory.Receive()),
-              kOk);
-    ComPtr<IDSImageEffect> effect;
-    ASSERT_EQ(factory->CreateInstance(nullptr, IDSImageEffect::kIid, effect.Receive()), kOk);
-    RenderOnce(effect);
-  }
-  ::FreeLibrary(library);
-  SYSTEM_INFO machine{};
-  ::GetSystemInfo(&machine);
-  if (machine.dwNumberOfProcessors > 1) {
-    ASSERT_TRUE(IsLoaded()) << "threads wait in it for the next frame";
-    HINSTANCE const again = ::LoadLibraryW(L"V_Blur.dll");
-    EXPECT_EQ(canUnload(), kOk);
-    ::FreeLibrary(again);
-  }
-  EXPECT_FALSE(IsLoaded());
-  host::KeepClassesInProcess(false);
+TEST_F(ServerComponentsRefused, AreAFailureWhereTheUserIsRefusedToo) {
+  test::RefuseWriting(HKEY_LOCAL_MACHINE, key_);
+  test::RefuseWriting(HKEY_CURRENT_USER, key_);
+  EXPECT_EQ(CallEntryPoint("DllRegisterServer"), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  EXPECT_EQ(Registered(classes::kHelpPPG, nullptr), L"");
+  EXPECT_EQ(Registered(classes::kHelpPPG, nullptr, HKEY_CURRENT_USER), L"");
 }
 
 }  // namespace
