@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Counts the tests of the programs that ran under Wine: count_tests.py FOLDER of their results, a JSON file each."""
+"""Counts the tests of the programs that ran under Wine: count_tests.py FOLDER of their results, a JSON file each. Exit
+code 1 where none ran."""
 import json
 import pathlib
 import sys
@@ -16,7 +17,8 @@ def main():
         failed += result["failures"]
         skipped += skips
     print(f"windows: {total} tests, {failed} failed, {skipped} skipped")
+    return 0 if total else 1
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())
