@@ -6,6 +6,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 # What libhwy-dev has on Debian 12: both platforms compile the same kernels.
 highway_version=1.0.3-3+deb12u1
+installed_highway=$(dpkg-query -W -f='${source:Version}' libhwy-dev 2>/dev/null || true)
+[ -z "$installed_highway" ] || [ "$installed_highway" = "$highway_version" ] ||
+  echo "packages.sh: Highway is $highway_version for Windows, libhwy-dev here is $installed_highway: other kernels on Linux" >&2
 compiler=$(x86_64-w64-mingw32-g++-posix -dumpfullversion)
 prefix=$PWD/build/windows-packages
 stamp="highway $highway_version, g++ $compiler"
@@ -19,11 +22,21 @@ get_highway() {
   local apt=(apt-get -qq -o "Dir::Etc::SourceList=$work/sources.list" -o Dir::Etc::SourceParts=/dev/null
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=root)
   mkdir -p "$work/lists/partial" "$work/cache/archives/partial"
-  local place
+  local place version
   for place in debian:bookworm debian:bookworm-updates debian-security:bookworm-security; do
     echo "deb-src http://deb.debian.org/${place%:*} ${place#*:} main"
   done >"$work/sources.list"
-  (cd "$work" && "${apt[@]}" update && "${apt[@]}" source "highway=$highway_version" >/dev/null)
+  (cd "$work" && "${apt[@]}" update) || { echo "packages.sh: no list of Debian's sources from deb.debian.org" >&2; exit 1; }
+  for version in "$highway_version" $installed_highway; do
+    if (cd "$work" && "${apt[@]}" source "highway=$version" >/dev/null 2>&1); then
+      [ "$version" = "$highway_version" ] ||
+        echo "packages.sh: Debian no longer has Highway $highway_version: building $version, as libhwy-dev here" >&2
+      return
+    fi
+  done
+  echo "packages.sh: Debian has no Highway $highway_version: install the newest libhwy-dev, and name its version in" \
+    "highway_version of tools/windows/packages.sh" >&2
+  exit 1
 }
 
 build() {
