@@ -7,6 +7,7 @@
 
 #include "apps/vblur/Interruption.h"
 #include "apps/vblur/SystemStreams.h"
+#include "host/base/Descriptors.h"
 
 namespace vblur::cli {
 
@@ -23,8 +24,7 @@ int FinishStandardOutput(host::ExitCode code, Terminal& terminal) {
                          ? kEndedBySignal + Interruption::Caught()
                          : static_cast<int>(code);
   errno = 0;
-  const bool flushed = std::fflush(stdout) == 0;
-  if ((flushed && std::ferror(stdout) == 0) || code != host::ExitCode::Done) return status;
+  if (host::Flush(stdout) || code != host::ExitCode::Done) return status;
   if (IsPipeBroken()) return kEndedBySignal + kBrokenPipe;
   terminal.Fail("cannot write to the standard output" +
                 (errno != 0 ? ": " + std::generic_category().message(errno) : std::string()));

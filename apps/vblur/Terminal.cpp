@@ -31,7 +31,7 @@ std::string Terminal::Line(const char* event, const std::string& text) const {
 
 void Terminal::Say(const char* event, const std::string& text) {
   std::fputs(Line(event, text).c_str(), stream_);
-  std::fflush(stream_);
+  host::Flush(stream_);
 }
 
 void Terminal::Fail(const std::string& message) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <span>
 
 namespace vblur::host {
@@ -19,6 +20,8 @@ bool IsReady(int file);
 // How many bytes were read, 0 at the end, or written; -1 with the error in errno.
 std::int64_t ReadSome(int file, std::span<char> bytes);
 std::int64_t WriteSome(int file, std::span<const char> bytes);
+// Writes what a stream holds. False with the error in errno, also where an earlier write has failed.
+bool Flush(std::FILE* stream);
 // From a place in a file. Moves the place of ReadSome or leaves it.
 std::int64_t ReadSomeAt(int file, std::int64_t place, std::span<char> bytes);
 

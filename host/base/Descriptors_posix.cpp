@@ -23,6 +23,10 @@ std::int64_t WriteSome(int file, std::span<const char> bytes) {
   return ::write(file, bytes.data(), bytes.size());
 }
 
+bool Flush(std::FILE* stream) {
+  return std::fflush(stream) == 0 && std::ferror(stream) == 0;
+}
+
 std::int64_t ReadSomeAt(int file, std::int64_t place, std::span<char> bytes) {
   return ::pread(file, bytes.data(), bytes.size(), place);
 }

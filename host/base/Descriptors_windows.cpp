@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <limits>
 
 #include <io.h>
@@ -34,8 +35,9 @@ std::int64_t Fail(DWORD error) {
     case ERROR_NO_DATA: errno = EPIPE; break;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL: errno = ENOSPC; break;
-    case ERROR_INVALID_HANDLE: errno = EBADF; break;
-    case ERROR_ACCESS_DENIED: errno = EACCES; break;
+    // The file is closed, or open for the other direction alone.
+    case ERROR_INVALID_HANDLE:
+    case ERROR_ACCESS_DENIED: errno = EBADF; break;
     default: errno = EIO;
   }
   return -1;
@@ -47,6 +49,12 @@ std::int64_t Read(int file, std::span<char> bytes, OVERLAPPED* place) {
   const DWORD error = GetLastError();
   // The writer has closed its end of the pipe.
   return error == ERROR_HANDLE_EOF || error == ERROR_BROKEN_PIPE ? 0 : Fail(error);
+}
+
+void TellOfBrokenPipe() {
+  const int error = errno;
+  if (void (*const call)() = whenPipesBreak; error == EPIPE && call != nullptr) call();
+  errno = error;
 }
 
 }  // namespace
@@ -79,8 +87,21 @@ std::int64_t WriteSome(int file, std::span<const char> bytes) {
   DWORD count = 0;
   if (WriteFile(HandleOf(file), bytes.data(), CountOf(bytes.size()), &count, nullptr) != 0) return count;
   const std::int64_t failed = Fail(GetLastError());
-  if (void (*const call)() = whenPipesBreak; errno == EPIPE && call != nullptr) call();
+  TellOfBrokenPipe();
   return failed;
+}
+
+bool Flush(std::FILE* stream) {
+  if (std::fflush(stream) == 0 && std::ferror(stream) == 0) return true;
+  // That of a stream without a buffer is an earlier one.
+  if (_doserrno != 0) {
+    Fail(_doserrno);
+  } else {
+    // The library has refused it: there is no file.
+    errno = EBADF;
+  }
+  TellOfBrokenPipe();
+  return false;
 }
 
 std::int64_t ReadSomeAt(int file, std::int64_t place, std::span<char> bytes) {

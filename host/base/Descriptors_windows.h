@@ -3,7 +3,7 @@
 
 namespace vblur::host {
 
-// What WriteSome calls when nobody reads the pipe; null for nothing.
+// What WriteSome and Flush call when nobody reads the pipe; null for nothing.
 void WhenPipesBreak(void (*call)());
 
 }  // namespace vblur::host

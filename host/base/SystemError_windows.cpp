@@ -34,6 +34,7 @@ int GenericNumber(DWORD error) {
     case ERROR_NO_DATA: return EPIPE;
     case ERROR_INVALID_HANDLE: return EBADF;
     case ERROR_FILENAME_EXCED_RANGE: return ENAMETOOLONG;
+    case ERROR_BAD_EXE_FORMAT: return ENOEXEC;
     default: return 0;
   }
 }

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/base/Descriptors.h"
 #include "host/base/StandardStream.h"
 #include "host/base/Utf8.h"
 
@@ -91,7 +92,7 @@ std::string SummaryJson(const RenderSummary& summary) {
 
 void PutLine(std::FILE* stream, const std::string& line) {
   std::fprintf(stream, "%s\n", line.c_str());
-  std::fflush(stream);
+  Flush(stream);
 }
 
 }  // namespace
@@ -176,7 +177,7 @@ void Progress::DrawBar(std::int32_t frame) {
   std::fprintf(stream_, "\r[%s] %lld/%lld  frame %d  %.2f frames/s  %s left\033[K", bar.c_str(),
                static_cast<long long>(finished_), static_cast<long long>(frames_), frame, rate,
                rate > 0 ? FormatDuration(left / rate).c_str() : "?");
-  std::fflush(stream_);
+  Flush(stream_);
 }
 
 void Progress::ClearBar() {

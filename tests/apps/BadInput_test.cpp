@@ -1,4 +1,5 @@
 // Every user error is one line, and no output is touched.
+#include "tests/apps/PlatformTexts.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -24,7 +25,7 @@ TEST_F(BadInput, FilesThatAreNoPictures) {
   folder_.Write("zero.png", "");
   ExpectUnreadable("zero.png", "the file is empty, a picture was expected");
   folder_.Write("text.png", "hello");
-  ExpectUnreadable("text.png", "not a picture, or a damaged one (Not a PNG file)");
+  ExpectUnreadable("text.png", kNoPng);
 }
 
 TEST_F(BadInput, NumbersWithoutAZero) {
@@ -36,19 +37,7 @@ TEST_F(BadInput, NumbersWithoutAZero) {
 TEST_F(BadInput, PicturesCutShort) {
   const std::string bytes = host::Bytes(Path("in.png"));
   folder_.Write("cut.png", bytes.substr(0, bytes.size() / 2));
-  ExpectUnreadable("cut.png", "the picture is damaged or cut short (Read error: hit end of file)");
-}
-
-TEST_F(BadInput, PicturesWithoutPixelsOrWithTooMany) {
-  folder_.Write("huge.ppm", "P6\n60000 60000\n255\n");
-  ExpectUnreadable(
-      "huge.ppm",
-      "60000 x 60000 pixels, 3600000000 in all, expected at most 1000000000; give --max-pixels to allow more");
-  std::string targa(18, '\0');
-  targa[2] = 2;
-  targa[16] = 32;
-  folder_.Write("none.tga", targa);
-  ExpectUnreadable("none.tga", "it has no pixels (0 x 0 pixels)");
+  ExpectUnreadable("cut.png", kCutPng);
 }
 
 // Positions and sizes with which pixels could not be counted.
@@ -137,29 +126,14 @@ TEST_F(BadInput, OptionValues) {
 }
 
 TEST_F(BadInput, OutputsThatCannotBe) {
-  ExpectRefusal(
-      {"render", "in.png", "out.xyz"}, 2,
-      "out.xyz: cannot write: unknown file extension \"xyz\", one of these was expected: png jpg jpeg jpe tif "
-      "tiff exr dpx webp tga bmp ppm sgi rgba rgb hdr");
+  ExpectRefusal({"render", "in.png", "out.xyz"}, 2,
+                "out.xyz: cannot write: unknown file extension \"xyz\", one of these was expected: " + kExtensions);
   ExpectRefusal({"render", "in.png", "no/out.png"}, 4, "no/out.png: cannot write: the folder no does not exist");
   MakeSequence(3);
   const auto result = Run({"render", "in.%03d.png", "out.png", "--frames", "1-3"});
   EXPECT_EQ(result.exit, 2);
   EXPECT_NE(result.err.find("3 frames would all be written to \"out.png\""), std::string::npos) << result.err;
   EXPECT_FALSE(Exists("out.png"));
-}
-
-TEST_F(BadInput, NoRightToWrite) {
-  if (::geteuid() == 0) {
-    // root may write anywhere, except where the kernel refuses.
-    const auto result = Run({"render", "in.png", "/proc/out.png"});
-    EXPECT_EQ(result.exit, 4);
-    EXPECT_EQ(result.err.rfind("vblur: /proc/out.png: cannot write: ", 0), 0u) << result.err;
-    return;
-  }
-  std::filesystem::create_directory(Path("locked"));
-  std::filesystem::permissions(Path("locked"), std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-  ExpectRefusal({"render", "in.png", "locked/out.png"}, 4, "locked/out.png: cannot write: Permission denied");
 }
 
 TEST_F(BadInput, Jobs) {

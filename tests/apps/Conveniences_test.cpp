@@ -111,10 +111,7 @@ TEST_F(Conveniences, NamesOfPropertiesAreSpelledEitherWay) {
 
 TEST_F(Conveniences, AJobComesFromTheStandardInput) {
   const auto job = folder_.Write("job.json", R"({"input": {"file": "in.png"}, "output": {"file": "out.png"}})");
-  const auto result = Run({"job", "-", "--set", "Blur=4"}, [&] {
-    const int file = ::open(job.c_str(), O_RDONLY);
-    ::dup2(file, STDIN_FILENO);
-  });
+  const auto result = Run({"job", "-", "--set", "Blur=4"}, InputFrom(job));
   EXPECT_EQ(result.exit, 0) << result.err;
   EXPECT_TRUE(Exists("out.png"));
 }

@@ -60,8 +60,7 @@ TEST_F(PercentSize, JobsAndStreamsTakeIt) {
   ASSERT_EQ(Run({"job", "job.json", "--set", "Blur=10%"}).exit, 0);
   ASSERT_EQ(Run({"in.png", "a.png", "--blur", "5"}).exit, 0);
   EXPECT_EQ(Pixels("out.png"), Pixels("a.png"));
-  const auto piped = Run({"-", "-", "--blur", "10%"},
-                         [file = Path("in.png")] { ::dup2(::open(file.c_str(), O_RDONLY), STDIN_FILENO); });
+  const auto piped = Run({"-", "-", "--blur", "10%"}, InputFrom(Path("in.png")));
   EXPECT_TRUE(piped.out == host::Bytes(Path("a.png"))) << piped.err;
 }
 

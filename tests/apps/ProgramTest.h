@@ -4,26 +4,14 @@
 #include <algorithm>
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "host/files/OutputFile.h"
+#include "tests/apps/Environment.h"
 #include "tests/apps/Process.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::cli {
-
-// An environment variable of this process and its children, for a scope.
-class Environment {
- public:
-  Environment(const char* name, const std::string& value) : name_(name) { ::setenv(name, value.c_str(), 1); }
-  ~Environment() { ::unsetenv(name_); }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-
- private:
-  const char* name_;
-};
 
 class ProgramTest : public testing::Test {
  protected:
@@ -31,7 +19,8 @@ class ProgramTest : public testing::Test {
   bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
 
   static std::vector<std::string> Command(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), VBLUR_PROGRAM);
+    static const std::string program = std::filesystem::absolute(VBLUR_PROGRAM).string();
+    arguments.insert(arguments.begin(), program);
     return arguments;
   }
 
@@ -47,6 +36,11 @@ class ProgramTest : public testing::Test {
     EXPECT_EQ(result.err, "vblur: " + line + "\n");
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(host::NamesIn(folder_.path()), before);
+  }
+
+  bool HasParts() const {
+    const auto names = host::NamesIn(folder_.path());
+    return std::ranges::any_of(names, [](const std::string& name) { return name.find(".part.") != std::string::npos; });
   }
 
   // A picture of any colours, also where it is transparent.

@@ -6,6 +6,7 @@
 #include "host/hosted/CallTrace.h"
 #include "host/properties/PropertyText.h"
 #include "properties/PropertyTable.h"
+#include "tests/apps/PlatformTexts.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -120,9 +121,9 @@ TEST_F(PropertiesProgram, SaysWhatItIs) {
 TEST_F(PropertiesProgram, DrawsCharts) {
   EXPECT_EQ(Run({"chart", "c.png", "--size", "64x48"}).exit, 0);
   EXPECT_EQ(host::ReadPictureInfo(Path("c.png")).height, 48);
-  EXPECT_EQ(Run({"chart", "c.##.exr", "--size", "64x48", "--depth", "16", "--frames", "1-2"}).exit, 0);
-  EXPECT_NE(Pixels("c.01.exr", 16), Pixels("c.02.exr", 16));
-  ExpectRefusal({"chart", "c.##.exr"}, 2, "c.##.exr: holds a frame number, so --frames was expected");
+  EXPECT_EQ(Run({"chart", "c.##." + kDeepFormat, "--size", "64x48", "--depth", "16", "--frames", "1-2"}).exit, 0);
+  EXPECT_NE(Pixels("c.01." + kDeepFormat, 16), Pixels("c.02." + kDeepFormat, 16));
+  ExpectRefusal({"chart", "c.##.png"}, 2, "c.##.png: holds a frame number, so --frames was expected");
   ExpectRefusal({"chart", "d.png", "--size", "0x4"}, 2, "--size: expected at least 1x1");
 }
 

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tests/apps/PlatformTexts.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -17,12 +18,6 @@ TEST_F(Render, ASizeOfZeroGivesThePictureBack) {
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(Pixels("out.png"), Pixels("in.png"));
   EXPECT_EQ(host::NamesIn(folder_.path()), (std::set<std::string>{"in.png", "out.png"}));
-}
-
-TEST_F(Render, SixteenBitsComeBackFromFloats) {
-  MakePicture("in.exr", 20, 10, 16);
-  EXPECT_EQ(Run({"render", "in.exr", "out.exr", "--blur", "0"}).exit, 0);
-  EXPECT_EQ(Pixels("out.exr", 16), Pixels("in.exr", 16));
 }
 
 TEST_F(Render, TheDepthIsThatOfTheRenderAlone) {
@@ -214,13 +209,14 @@ TEST_F(Render, TheCodeThatRendersDoesNotShow) {
 
 TEST_F(Render, AServerThatIsNoneIsRefused) {
   MakePicture("in.png");
-  auto result = Run({"render", "in.png", "o.png", "--server", "none.so"});
+  auto result = Run({"render", "in.png", "o.png", "--server", kServerFile});
   EXPECT_EQ(result.exit, 3);
-  EXPECT_EQ(result.err, "vblur: none.so: cannot load the effect: no such file\n");
+  EXPECT_EQ(result.err, "vblur: " + kServerFile + ": cannot load the effect: no such file\n");
   result = Run({"render", "in.png", "o.png", "--server", "in.png"});
   EXPECT_EQ(result.exit, 3);
   EXPECT_EQ(result.err.rfind("vblur: in.png: cannot load the effect: ", 0), 0u) << result.err;
   EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
+  EXPECT_EQ(result.err.find('%'), std::string::npos) << result.err;
 }
 
 TEST_F(Render, ASavedJobRendersTheSame) {
@@ -263,31 +259,6 @@ TEST_F(Render, LargeSizesAreWarnedOfOnce) {
   quiet.push_back("-q");
   EXPECT_EQ(Run(quiet).err, "");
   EXPECT_EQ(Run({"render", "in.png", "out.png", "--blur", "10", "--overwrite"}).err, "");
-}
-
-// The reported loss is that of a picture of one colour.
-TEST_F(Render, TheReportedLossIsTrue) {
-  host::HostImage flat;
-  flat.Reset(16, 4, 600, 4);  // wider than the widest box
-  for (std::size_t i = 0; i < host::ComponentCount(flat); ++i)
-    host::SetComponent(flat, i, 16000);
-  host::PictureWriter().Write(Path("flat.exr"), flat, nullptr, false);
-  for (const char* size : {"24", "200", "701"}) {
-    EXPECT_EQ(Run({"render", "flat.exr", "out.exr", "--overwrite", "-q", "--blur", size}).exit, 0);
-    const auto facts = nlohmann::json::parse(Run({"properties", "Blur", "--json", "--size", size}).out);
-    const double gain = facts["sizes"][0]["flatGain"];
-    EXPECT_NEAR(Pixels("out.exr", 16)[40], 16000 * gain, 8) << size;
-  }
-}
-
-TEST_F(Render, AFullDiskLeavesTheOldFile) {
-  MakePicture("in.png", 200, 200);
-  const auto old = folder_.Write("out.png", "old");
-  const auto result = Run({"render", "in.png", "out.png", "--overwrite"}, Limited(RLIMIT_FSIZE, 10000));
-  EXPECT_EQ(result.exit, 4);
-  EXPECT_EQ(result.err, "vblur: out.png: cannot write: File too large\n");
-  EXPECT_EQ(host::Bytes(old), "old");
-  EXPECT_EQ(host::NamesIn(folder_.path()), (std::set<std::string>{"in.png", "out.png"}));
 }
 
 }  // namespace

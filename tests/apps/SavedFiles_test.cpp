@@ -1,4 +1,5 @@
 // vblur render with --save-job and --save-properties: what they replace and what they leave behind.
+#include "tests/apps/PlatformTexts.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -35,11 +36,13 @@ TEST_F(SavedFiles, TakeTheNameOfNothingThatTheRunReadsOrWrites) {
   MakePicture("mask.png");
   MakePicture("second.png");
   folder_.Write("look.json", R"({"version": 1, "properties": {}})");
-  std::filesystem::create_symlink("in.png", Path("link.png"));
+  if (host::kMakesLinks) std::filesystem::create_symlink("in.png", Path("link.png"));
   for (const std::string option : {"--save-job", "--save-properties"}) {
     const auto another = [&](const std::string& file) { return option + ": expected another name, \"" + file + "\" "; };
     ExpectOtherName({option, "in.png"}, another("in.png") + "is read by this run");
-    ExpectOtherName({option, "link.png"}, another("link.png") + "is read by this run");
+    if (host::kMakesLinks) {
+      ExpectOtherName({option, "link.png"}, another("link.png") + "is read by this run");
+    }
     ExpectOtherName({"--mask", "mask.png", option, "mask.png"}, another("mask.png") + "is read by this run");
     ExpectOtherName({"--to", "second.png", option, "second.png"}, another("second.png") + "is read by this run");
     ExpectOtherName({"--load-properties", "look.json", option, "./look.json"},
@@ -53,12 +56,13 @@ TEST_F(SavedFiles, TakeTheNameOfNothingThatTheRunReadsOrWrites) {
 // Also of frames that are not rendered, whether they exist or not.
 TEST_F(SavedFiles, TakeTheNameOfNoFrameOfASequence) {
   std::filesystem::create_directory(Path("shots"));
-  std::filesystem::create_symlink("shots", Path("link"));
+  if (host::kMakesLinks) std::filesystem::create_symlink("shots", Path("link"));
   MakePicture("shots/in.1.png");
   MakePicture("shots/in.2.png");
   for (const auto& [file, frame] : {std::pair<std::string, std::string>{"shots/in.2.png", "2"},
                                     {"link/in.2.png", "2"},
                                     {"./shots/../shots/in.77.png", "77"}}) {
+    if (!host::kMakesLinks && file.starts_with("link")) continue;
     for (const char* option : {"--save-job", "--save-properties"}) {
       ExpectRefusal({"render", "shots/in.%d.png", "out.%d.png", "--frames", "1", "--overwrite", option, file}, 2,
                     option + (": expected another name, \"" + file + "\" is frame ") + frame +
@@ -79,8 +83,7 @@ TEST_F(SavedFiles, AreNotThereAfterARunThatFails) {
   refuse({"render", "in.png", "no/out.png"}, 4, "no/out.png: cannot write: the folder no does not exist");
   const std::string bytes = host::Bytes(Path("in.png"));
   folder_.Write("cut.png", bytes.substr(0, bytes.size() / 2));
-  refuse({"render", "cut.png", "out.png"}, 3,
-         "cut.png: cannot read: the picture is damaged or cut short (Read error: hit end of file)");
+  refuse({"render", "cut.png", "out.png"}, 3, "cut.png: cannot read: " + kCutPng);
 }
 
 }  // namespace

@@ -71,9 +71,10 @@ TEST_F(SheetPrograms, OldFilesAreReplacedOnlyWithOverwrite) {
 
 TEST_F(SheetPrograms, ASheetReplacesNothingThatItReads) {
   MakePicture("other.png");
-  std::filesystem::create_symlink("in.png", Path("link.png"));
+  if (host::kMakesLinks) std::filesystem::create_symlink("in.png", Path("link.png"));
   const std::string before = host::Bytes(Path("in.png"));
   for (const std::string file : {"in.png", "link.png", "other.png"}) {
+    if (!host::kMakesLinks && file == "link.png") continue;
     ExpectRefusal({"sheet", "in.png", file, "--of", "ramps", "--to", "other.png", "--overwrite"}, 2,
                   "OUTPUT: expected another name, \"" + file + "\" is read by this run");
   }

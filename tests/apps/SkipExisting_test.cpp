@@ -1,3 +1,4 @@
+#include "tests/apps/PlatformTexts.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -47,10 +48,9 @@ TEST_F(SkipExisting, EmptyHalfAndForeignFilesAreRenderedAgain) {
   EXPECT_EQ(result.exit, 0) << result.err;
   EXPECT_EQ(result.err,
             "vblur: out1.png: cannot read: the file is empty, a picture was expected; rendered again\n"
-            "vblur: out2.png: cannot read: the picture is damaged or cut short (Read error: hit end of file); rendered "
-            "again\n"
-            "vblur: out3.png: cannot read: not a picture, or a damaged one (Not a PNG file); rendered again\n"
-            "vblur: out4.png: 20 x 16 pixels, where the frame has 24 x 16; rendered again\n");
+            "vblur: out2.png: cannot read: " +
+                kCutPng + "; rendered again\nvblur: out3.png: cannot read: " + kNoPng +
+                "; rendered again\nvblur: out4.png: 20 x 16 pixels, where the frame has 24 x 16; rendered again\n");
   for (int frame = 1; frame <= kFrames; ++frame)
     EXPECT_EQ(IsRendered(frame), frame < 5) << frame;
   EXPECT_EQ(Render().err, "") << "they are whole now";
@@ -66,8 +66,9 @@ TEST_F(SkipExisting, FilesOfAnotherFormatAreRenderedAgain) {
 }
 
 TEST_F(SkipExisting, FilesThatLackTheirLastByteAreRenderedAgain) {
-  for (const char* extension : {".png", ".tif", ".exr", ".dpx", ".tga", ".bmp", ".ppm", ".sgi", ".hdr"}) {
-    const std::string name = "o" + std::string(extension);
+  for (const std::string& extension : kFormats) {
+    if (extension == "jpg" || extension == "webp") continue;  // an end that is missing is not missed there
+    const std::string name = "o." + extension;
     const std::vector<std::string> command{"render", "in1.png", name, "--skip-existing", "-v"};
     ASSERT_EQ(Run(command).exit, 0) << extension;
     std::filesystem::resize_file(Path(name), std::filesystem::file_size(Path(name)) - 1);
@@ -96,9 +97,8 @@ TEST_F(SkipExisting, InputsAreMissedOnlyWhereTheyAreNeeded) {
 }
 
 TEST_F(SkipExisting, EveryFormatIsWholeAfterItsOwnRender) {
-  for (const char* extension :
-       {".png", ".jpg", ".tif", ".exr", ".dpx", ".webp", ".tga", ".bmp", ".ppm", ".sgi", ".hdr"}) {
-    const std::vector<std::string> command{"render", "in1.png", "o" + std::string(extension), "--skip-existing", "-v"};
+  for (const std::string& extension : kFormats) {
+    const std::vector<std::string> command{"render", "in1.png", "o." + extension, "--skip-existing", "-v"};
     ASSERT_EQ(Run(command).exit, 0) << extension;
     const auto again = Run(command);
     EXPECT_EQ(again.exit, 0) << extension;
@@ -107,14 +107,11 @@ TEST_F(SkipExisting, EveryFormatIsWholeAfterItsOwnRender) {
 }
 
 TEST_F(SkipExisting, EveryTypeIsThatOfTheFrame) {
-  const std::vector<std::string> kTypes{"uint8", "uint16", "half", "float"};
-  const std::vector<std::string> kExtensions{".png", ".jpg", ".tif", ".exr", ".dpx", ".webp",
-                                             ".tga", ".bmp", ".ppm", ".sgi", ".hdr"};
   for (const std::string& type : kTypes) {
     const std::string from = type.starts_with("uint") ? "from.png" : "from.exr";
     ASSERT_EQ(Run({"render", "in1.png", from, "--type", type, "--overwrite"}).exit, 0);
-    for (const std::string& extension : kExtensions) {
-      const std::vector<std::string> command{"render", from, type + extension, "--skip-existing", "-v"};
+    for (const std::string& extension : kFormats) {
+      const std::vector<std::string> command{"render", from, type + "." + extension, "--skip-existing", "-v"};
       ASSERT_EQ(Run(command).exit, 0) << extension;
       const auto again = Run(command);
       EXPECT_NE(again.err.find("exists, skipped"), std::string::npos) << type << extension << ": " << again.err;

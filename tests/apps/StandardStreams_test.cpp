@@ -1,55 +1,13 @@
 // "-": pictures from the standard input and to the standard output.
-#include <cstdlib>
-
 #include <nlohmann/json.hpp>
 
-#include "tests/apps/ProgramTest.h"
+#include "tests/apps/PlatformTexts.h"
+#include "tests/apps/StreamTest.h"
 
 namespace vblur::cli {
 namespace {
 
-class StandardStreams : public ProgramTest {
- protected:
-  StandardStreams() { MakePicture("in.png"); }
-
-  // A setup: the standard input is this file.
-  Process::Setup From(const std::string& name) const {
-    return [file = Path(name)] {
-      const int opened = ::open(file.c_str(), O_RDONLY);
-      ::dup2(opened, STDIN_FILENO);
-      ::close(opened);
-    };
-  }
-
-  // The same through a pipe, which cannot be read twice.
-  ProcessResult Pipe(const std::string& name, const std::string& rest) const {
-    const std::string command = "cat " + name + " | '" + VBLUR_PROGRAM + "' " + rest;
-    return Process(folder_.path(), {"/bin/sh", "-c", command}).Wait();
-  }
-
-  void ExpectOneLine(const ProcessResult& result, int exit, const std::string& line) const {
-    EXPECT_EQ(result.exit, exit);
-    EXPECT_EQ(result.err, "vblur: " + line + "\n");
-    EXPECT_EQ(result.out, "");
-  }
-
-  std::string Rendered(std::vector<std::string> options = {}) const {
-    options.insert(options.begin(), {"render", "in.png", "out.png", "--blur", "5", "--overwrite"});
-    EXPECT_EQ(Run(options).exit, 0);
-    std::string bytes = host::Bytes(Path("out.png"));
-    std::filesystem::remove(Path("out.png"));
-    return bytes;
-  }
-};
-
-// Another controlling terminal's end on a stream.
-Process::Setup Terminal(int stream) {
-  return [stream] {
-    const int main = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (main < 0 || ::grantpt(main) != 0 || ::unlockpt(main) != 0) ::_exit(99);
-    ::dup2(::open(::ptsname(main), O_RDWR | O_NOCTTY), stream);
-  };
-}
+class StandardStreams : public StreamTest {};
 
 TEST_F(StandardStreams, APictureGoesThroughAPipe) {
   const std::string expected = Rendered();
@@ -81,7 +39,8 @@ TEST_F(StandardStreams, TheFormatIsThatOfTheInputUnlessAsked) {
     folder_.Write("result", bytes);
     return host::ReadPictureInfo(Path("result")).format;
   };
-  for (const std::string extension : {"png", "jpg", "tif", "exr", "dpx", "webp", "bmp", "ppm", "sgi", "hdr"}) {
+  for (const std::string& extension : kFormats) {
+    if (extension == "tga") continue;  // it does not tell what it is
     ASSERT_EQ(Run({"in.png", "a." + extension, "--blur", "0"}).exit, 0);
     const std::string format = host::ReadPictureInfo(Path("a." + extension)).format;
     EXPECT_EQ(formatOf(Run({"-", "-", "-q"}, From("a." + extension)).out), format);
@@ -90,8 +49,7 @@ TEST_F(StandardStreams, TheFormatIsThatOfTheInputUnlessAsked) {
   EXPECT_EQ(Run({"in.png", "named.dat", "--format", "TIF"}).exit, 0);
   EXPECT_EQ(host::ReadPictureInfo(Path("named.dat")).format, "tiff");
   ExpectOneLine(Run({"-", "-", "--format", "doc"}, From("in.png")), 2,
-                "--format: expected one of png jpg jpeg jpe tif tiff exr dpx webp tga bmp ppm sgi rgba rgb hdr, found "
-                "\"doc\"");
+                "--format: expected one of " + kExtensions + ", found \"doc\"");
   ExpectOneLine(Run({"-", "-", "--type", "half"}, From("in.png")), 2,
                 "output: standard output: this format has no type half, expected one of uint8 uint16");
 }
@@ -105,12 +63,8 @@ TEST_F(StandardStreams, AnInputThatIsNoPictureIsNamed) {
   for (const char* output : {"-", "out.png"}) {
     const std::vector<std::string> render{"render", "-", output};
     ExpectOneLine(Run(render, From("empty")), 3, cannot + "it is empty, a picture was expected");
-    ExpectOneLine(Run(render, From("text")), 3, cannot + "not a picture, or a damaged one (unknown format)");
-    ExpectOneLine(Run(render, From("cut")), 3,
-                  cannot + "the picture is damaged or cut short (Read error: hit end of file)");
-    ExpectOneLine(Run(render, From(".")), 3, cannot + "Is a directory");
-    ExpectOneLine(Run(render, Without(STDIN_FILENO)), 3, cannot + "Bad file descriptor");
-    ExpectOneLine(Run(render, Terminal(STDIN_FILENO)), 3, cannot + "it is a terminal, a picture was expected");
+    ExpectOneLine(Run(render, From("text")), 3, cannot + kNoPicture);
+    ExpectOneLine(Run(render, From("cut")), 3, cannot + kCutPng);
   }
   EXPECT_FALSE(Exists("out.png"));
 }
@@ -119,8 +73,6 @@ TEST_F(StandardStreams, TheLimitsHold) {
   const std::string cannot = "standard input: cannot read: ";
   ExpectOneLine(Pipe("in.png", "- - --max-pixels 1K"), 3,
                 cannot + "40 x 30 pixels, 1200 in all, expected at most 1000; give --max-pixels to allow more");
-  ExpectOneLine(Pipe("/dev/zero", "- - --memory 1M"), 3,
-                cannot + "more than the 1048576 bytes that are allowed; give --memory to allow more");
   MakePicture("in.png", 400, 300);
   EXPECT_EQ(
       Pipe("in.png", "- - --memory 600K").err,
@@ -128,45 +80,13 @@ TEST_F(StandardStreams, TheLimitsHold) {
       "allow more\n");
 }
 
-TEST_F(StandardStreams, NeedAFolderForTemporaryFiles) {
-  const Environment none("TMPDIR", "/nowhere/at/all");
-  const std::string why = "there is no folder for temporary files (TMPDIR): No such file or directory";
-  ExpectOneLine(Run({"-", "out.png"}, From("in.png")), 3, "standard input: cannot read: " + why);
-  ExpectOneLine(Run({"in.png", "-"}), 4, "standard output: cannot write: " + why);
-}
-
 TEST_F(StandardStreams, NothingIsLeftInTheTemporaryFolder) {
   std::filesystem::create_directory(Path("tmp"));
-  const Environment folder("TMPDIR", Path("tmp").string());
+  const Environment folder(kTemporaryFolder, Path("tmp").string());
+  folder_.Write("empty", "");
   EXPECT_EQ(Pipe("in.png", "- -").exit, 0);
-  EXPECT_EQ(Pipe("/dev/null", "- -").exit, 3);
+  EXPECT_EQ(Pipe("empty", "- -").exit, 3);
   EXPECT_TRUE(std::filesystem::is_empty(Path("tmp")));
-}
-
-TEST_F(StandardStreams, OutputsThatTakeNoPictureAreTold) {
-  const std::string cannot = "standard output: cannot write: ";
-  const auto terminal = Run({"in.png", "-"}, Terminal(STDOUT_FILENO));
-  EXPECT_EQ(terminal.exit, 4);
-  EXPECT_EQ(terminal.err, "vblur: " + cannot + "it is a terminal, a file or a pipe was expected\n");
-  ExpectOneLine(Run({"in.png", "-"}, Into(STDOUT_FILENO, "/dev/full")), 4, cannot + "No space left on device");
-  ExpectOneLine(Run({"in.png", "-"}, Without(STDOUT_FILENO)), 4, cannot + "Bad file descriptor");
-}
-
-TEST_F(StandardStreams, AReaderWhoLeavesEndsItInOneLine) {
-  MakePicture("in.png", 600, 400);
-  const auto breakPipe = [] {
-    int ends[2];
-    if (::pipe(ends) != 0) return;
-    ::dup2(ends[1], STDOUT_FILENO);
-    ::close(ends[0]);
-    ::close(ends[1]);
-  };
-  ExpectOneLine(Run({"in.png", "-"}, breakPipe), 128 + SIGPIPE, "standard output: cannot write: Broken pipe");
-  const auto ignoring = [&] {
-    ::signal(SIGPIPE, SIG_IGN);
-    breakPipe();
-  };
-  ExpectOneLine(Run({"in.png", "-"}, ignoring), 4, "standard output: cannot write: Broken pipe");
 }
 
 TEST_F(StandardStreams, MessagesStayApartFromThePicture) {
@@ -219,22 +139,6 @@ TEST_F(StandardStreams, ServeJobsAndInfoToo) {
   EXPECT_EQ(info.exit, 0);
   EXPECT_TRUE(info.out.starts_with("standard input: png, 40 x 30 pixels\n")) << info.out;
   EXPECT_EQ(nlohmann::json::parse(Pipe("in.png", "info - --json").out)["file"], "-");
-}
-
-// Nothing comes, nothing ends.
-TEST_F(StandardStreams, WaitingForTheInputCanBeInterrupted) {
-  int ends[2];
-  ASSERT_EQ(::pipe(ends), 0);
-  Process program(folder_.path(), Command({"-", "out.png"}), [&] { ::dup2(ends[0], STDIN_FILENO); });
-  std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  const auto start = std::chrono::steady_clock::now();
-  program.Send(SIGINT);
-  const auto result = program.Wait();
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000));
-  EXPECT_EQ(result.exit, 130);
-  EXPECT_EQ(result.err, "vblur: interrupted\n");
-  ::close(ends[0]);
-  ::close(ends[1]);
 }
 
 TEST_F(StandardStreams, CommandsThatWriteFilesOnlySaySo) {

@@ -41,7 +41,7 @@ TEST_F(ViewProgram, RefusesWhatItCannotDoBeforeAnythingIsWritten) {
 
 TEST_F(ViewProgram, ReplacesNothingThatItReads) {
   folder_.Write("job.pen", "snap in.png\n");
-  std::filesystem::create_symlink("in.png", Path("link.png"));
+  if (host::kMakesLinks) std::filesystem::create_symlink("in.png", Path("link.png"));
   const auto before = host::Bytes(Path("in.png"));
   const auto refuse = [&](std::vector<std::string> arguments, const std::string& place, const std::string& file) {
     arguments.insert(arguments.begin(), {"view", "job.json"});
@@ -49,7 +49,7 @@ TEST_F(ViewProgram, ReplacesNothingThatItReads) {
     ExpectRefusal(arguments, 2, place + ": expected another name, \"" + file + "\" is read by this run");
   };
   refuse({"in.png"}, "OUTPUT", "in.png");
-  refuse({"link.png"}, "OUTPUT", "link.png");
+  if (host::kMakesLinks) refuse({"link.png"}, "OUTPUT", "link.png");
   refuse({"view.png", "--save-job", "./job.json"}, "--save-job", "./job.json");
   refuse({"view.png", "--pen", "job.pen", "--save-job", "job.pen"}, "--save-job", "job.pen");
   refuse({"view.png", "--pen", "job.pen"}, "job.pen:1", "in.png");
@@ -87,16 +87,6 @@ TEST_F(ViewProgram, RefusesFramesThatNoViewHolds) {
       "the project's frame of 1e+300 x 1e+300 pixels is too large to be shown, expected at most 65536 a side");
 }
 
-TEST_F(ViewProgram, SaysWhatIsMissingWhereThereIsNoOpenGl) {
-  const Environment noDrivers("__EGL_VENDOR_LIBRARY_DIRS", folder_.path().string());
-  const auto before = host::NamesIn(folder_.path());
-  const ProcessResult result = Run({"view", "job.json", "view.png"});
-  EXPECT_EQ(result.exit, 1);
-  EXPECT_EQ(result.err.rfind("vblur: no OpenGL that paints without a window: no display without a surface, ", 0), 0u)
-      << result.err;
-  EXPECT_EQ(host::NamesIn(folder_.path()), before);
-}
-
 TEST_F(ViewProgram, ShowsWhatARenderWrites) {
   EXPECT_EQ(Run({"view", "job.json", "view.png", "--hide-controls"}).exit, 0);
   EXPECT_EQ(Run({"job", "job.json"}).exit, 0);
@@ -116,7 +106,7 @@ TEST_F(ViewProgram, InterruptedItLeavesNothing) {
   Process process(folder_.path(), Command({"view", "job.json", "view.png", "--pen", "long.pen"}));
   ASSERT_TRUE(WaitUntil([&] { return host::NamesIn(folder_.path()).size() > before.size() + 2; }));
   EXPECT_FALSE(Exists("a0.png"));
-  process.Send(SIGINT);
+  process.Interrupt();
   const ProcessResult result = process.Wait();
   EXPECT_EQ(result.exit, 130);
   EXPECT_EQ(result.err, "vblur: interrupted\n");

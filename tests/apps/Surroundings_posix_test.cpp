@@ -1,8 +1,7 @@
 // What the program finds when it is started: threads, streams, links, folders, limits, languages.
 #include <cstdlib>
 
-#include <unistd.h>
-
+#include "tests/apps/Process_posix.h"
 #include "tests/apps/ProgramTest.h"
 
 namespace vblur::cli {
@@ -157,7 +156,7 @@ TEST_F(Surroundings, EightOpenFilesSuffice) {
   const auto few = [limit = Limited(RLIMIT_NOFILE, 8)] {
     for (int file = 3; file < 256; ++file)
       ::close(file);
-    limit();
+    limit.inChild();
   };
   for (const char* asked : {"auto", "1", "12"}) {
     std::vector<std::string> arguments = {"render", "in.%d.exr", "out.%d.exr", "--blur", "0", "--frames", "1-12"};
