@@ -31,11 +31,13 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEn
   if (reason == DLL_PROCESS_ATTACH) {
     vblur::module = instance;
     DisableThreadLibraryCalls(instance);
-  } else if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
-    // A process that ends gives all back; its other threads may have died with locks of the memory held.
+  } else if (reason == DLL_PROCESS_DETACH) {
     vblur::ReleaseOverlayQuadric();
 #ifdef __GLIBCXX__
-    __gnu_cxx::__freeres();
+    // What the end of a process runs after this may throw.
+    if (processEnds == nullptr) __gnu_cxx::__freeres();
+#else
+    static_cast<void>(processEnds);
 #endif
   }
   return TRUE;

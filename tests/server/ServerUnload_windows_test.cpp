@@ -53,5 +53,19 @@ TEST(ServerUnload, DeletesTheQuadricOfTheOverlay) {
   EXPECT_EQ(quadricsDeleted, 1);
 }
 
+// What is called in the place of gluDeleteQuadric ends the process with a code of its own.
+TEST(ServerUnload, DeletesTheQuadricWhereTheProcessEndsFirst) {
+  constexpr int kDeleted = 77;
+  const auto endWithAQuadric = [] {
+    const EffectServer server(DefaultServerFile());
+    HINSTANCE const library = ::GetModuleHandleW(L"V_Blur.dll");
+    void (*const end)(GLUquadric*) = [](GLUquadric*) { ::TerminateProcess(::GetCurrentProcess(), kDeleted); };
+    test::HookImport(library, "glu32.dll", "gluDeleteQuadric", end);
+    PaintControls(server);
+    ::ExitProcess(0);
+  };
+  EXPECT_EXIT(endWithAQuadric(), testing::ExitedWithCode(kDeleted), "");
+}
+
 }  // namespace
 }  // namespace vblur::host
