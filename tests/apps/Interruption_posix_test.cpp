@@ -1,6 +1,6 @@
 // Signals other than that of Ctrl-C.
-#include "tests/apps/Process_posix.h"
 #include "tests/apps/ProgramTest.h"
+#include "tests/support/process/Process_posix.h"
 
 namespace vblur::cli {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "host/files/OutputFile.h"
 #include "tests/apps/Environment.h"
-#include "tests/apps/Process.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
+#include "tests/support/process/Process.h"
 
 namespace vblur::cli {
 

@@ -1,8 +1,8 @@
 // Renders of EXR files, and with limits of the system.
 #include <nlohmann/json.hpp>
 
-#include "tests/apps/Process_posix.h"
 #include "tests/apps/ProgramTest.h"
+#include "tests/support/process/Process_posix.h"
 
 namespace vblur::cli {
 namespace {

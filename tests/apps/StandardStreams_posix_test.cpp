@@ -1,6 +1,6 @@
 // "-" where it is a terminal, a folder, closed, or has no end.
-#include "tests/apps/Process_posix.h"
 #include "tests/apps/StreamTest.h"
+#include "tests/support/process/Process_posix.h"
 
 namespace vblur::cli {
 namespace {

@@ -1,8 +1,8 @@
 // What the program finds when it is started: threads, streams, links, folders, limits, languages.
 #include <cstdlib>
 
-#include "tests/apps/Process_posix.h"
 #include "tests/apps/ProgramTest.h"
+#include "tests/support/process/Process_posix.h"
 
 namespace vblur::cli {
 namespace {

@@ -15,9 +15,9 @@
 #include "resources/Bitmaps.h"
 #include "resources/Dialogs.h"
 #include "resources/Strings.h"
-#include "tests/apps/Process.h"
 #include "tests/resources/ScriptReader.h"
 #include "tests/support/host/ScratchFolder.h"
+#include "tests/support/process/Process.h"
 
 namespace vblur::resources {
 namespace {

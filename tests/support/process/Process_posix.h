@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "tests/apps/Process.h"
+#include "tests/support/process/Process.h"
 
 namespace vblur::cli {
 

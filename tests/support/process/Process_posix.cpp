@@ -1,4 +1,4 @@
-#include "tests/apps/Process.h"
+#include "tests/support/process/Process.h"
 
 #include <algorithm>
 #include <cstdlib>
