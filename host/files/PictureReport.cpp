@@ -130,10 +130,10 @@ std::string CompressionFor(const PictureReport& report, const OutputFormat& form
 }
 
 // What the system's codec cannot do.
-void AddCodec(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage, PixelLayout pixels,
-              std::vector<Loss>& losses) {
+void AddCodec(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage, SampleType written,
+              PixelLayout pixels, std::vector<Loss>& losses) {
   const PartsLacking& lacking = LackingOf(report, format);
-  if (pixels == PixelLayout::Grey && lacking.greys.Has(OutputTypeOf(report.info, format, storage))) {
+  if (report.info.IsGrey() && pixels == PixelLayout::Grey && lacking.greys.Has(written)) {
     losses.push_back({LossKind::Colours, "grey (red, green and blue are written)"});
   }
   const auto other = lacking.compressions.find(CompressionFor(report, format, storage));
@@ -227,15 +227,15 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
   AddMetadata(report, info.format == format.name ? report.beyondText : report.metadata, format.metadata,
               hasNoGrey && pixels == PixelLayout::Grey ? PixelLayout::Rgb : pixels, losses);
   AddLacking(LackingOf(report, format), losses);
-  AddCodec(report, format, storage, pixels, losses);
+  AddCodec(report, format, storage, OutputTypeOf(info, format, storage), pixels, losses);
   if (!format.hasWindows && info.Picture() != info.display) {
     losses.push_back({LossKind::Windows, "pixels beyond the frame"});
   }
   return losses;
 }
 
-std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written, PixelLayout pixels,
-                                 std::int32_t depth) {
+std::vector<Loss> LossesBesideOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
+                                 SampleType written, PixelLayout pixels, std::int32_t depth) {
   const PictureInfo& info = report.info;
   std::vector<Loss> losses;
   AddBeside(info, losses);
@@ -247,6 +247,7 @@ std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written
   for (const int channel : ChannelsTaken(info))
     AddSamples(ChannelAt(info, channel).type, written, depth, losses);
   AddMetadata(report, report.metadata, {}, pixels, losses);
+  AddCodec(report, format, storage, written, pixels, losses);
   return losses;
 }
 

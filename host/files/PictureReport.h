@@ -55,9 +55,10 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
 // The same for an output whose pixels have this layout.
 std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
                            std::int32_t depth, PixelLayout pixels);
-// What a file of these pixels, which is made from other files, lacks of what this one holds.
-std::vector<Loss> LossesBesideOf(const PictureReport& report, SampleType written, PixelLayout pixels,
-                                 std::int32_t depth);
+// What a file of these pixels, which is made from other files, lacks of what this one holds. Of its packing as much as
+// the system's codec would not write either were it made from this one.
+std::vector<Loss> LossesBesideOf(const PictureReport& report, const OutputFormat& format, const OutputStorage& storage,
+                                 SampleType written, PixelLayout pixels, std::int32_t depth);
 
 std::string ListOf(const std::vector<Loss>& losses);
 

@@ -8,6 +8,7 @@
 
 #include "host/formats/FileBytes.h"
 #include "host/formats/PngProfileText.h"
+#include "host/formats/TiffTagKinds.h"
 #include "host/formats/TiffTags.h"
 #include "host/formats/Unpacked.h"
 
@@ -108,12 +109,6 @@ void ReadJpeg(std::ifstream& file, FileExtras& extras) {
 
 constexpr std::array<std::uint16_t, 9> kTextTags{269, 270, 271, 272, 285, 305, 306, 315, 33432};
 
-// Tags about how pixels are stored, which an output has of its own, and those that are read or told otherwise.
-constexpr auto kPixelTags =
-    std::to_array<std::uint16_t>({254, 255, 256, 257, 258, 259, 262, 263, 264, 265, 266, 273, 277,   278,      279,
-                                  280, 281, 282, 283, 284, 292, 293, 296, 297, 317, 320, 322, 323,   324,      325,
-                                  338, 339, 340, 341, 347, 512, 513, 514, 529, 530, 531, 532, 34675, kExifTag, kGps});
-
 void ReadTiff(std::ifstream& file, FileExtras& extras) {
   const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); });
   constexpr std::uint16_t kProfile = 34675;
@@ -135,7 +130,7 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
         number == kOrientation || number == kIptcTag || std::ranges::find(kTextTags, number) != kTextTags.end();
     const auto whole = passes ? tags.InLittleOrder(number) : std::nullopt;
     if (whole) extras.tiffTags.emplace(number, *whole);
-    const bool isTold = !passes && std::ranges::find(kPixelTags, number) != kPixelTags.end();
+    const bool isTold = !passes && IsTiffTagOfPixels(number);
     extras.hasOther = extras.hasOther || !(whole || isTold || tag.count == 0);
   }
 }

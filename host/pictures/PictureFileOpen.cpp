@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
 #include <exception>
 #include <new>
 #include <string_view>
@@ -15,8 +16,10 @@
 #include "host/files/StandardInput.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/PictureFileHeader.h"
+#include "host/formats/TiffTagKinds.h"
 #include "host/pictures/ExifFields.h"
 #include "host/pictures/PictureFileLength.h"
+#include "host/pictures/WhiteLeast.h"
 
 namespace vblur::host {
 
@@ -116,6 +119,10 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
   return spec;
 }
 
+// Those that the library gives and writes, or that are told by what they hold; it passes over all others.
+constexpr auto kReadTiffTags =
+    std::to_array<std::uint16_t>({269, 270, 271, 272, 274, 305, 306, 315, 316, 33432, 33723});
+
 Transfer TransferOf(const OIIO::ImageSpec& spec, const StoredType& stored) {
   std::string space = spec.get_string_attribute("oiio:ColorSpace");
   std::ranges::transform(space, space.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -192,10 +199,12 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
   try {
     auto file = OpenAnyFormat(path);
     RequireSize(path, file->spec(), choice.mostPixels);
+    RequireBlack(path, *file);
     PictureInfo info = Describe(path, file->format_name(), WithAllNames(file->spec()), choice);
     ChunkFacts chunks = FactsOfChunks(FileToOpen(path));
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
+    if (info.format == "tiff") info.unread = OtherTiffTags(FileToOpen(path), kReadTiffTags);
     info.colourChunks = std::move(chunks.colourChunks);
     info.lateTexts = std::move(chunks.lateTexts);
     const ExifFacts exif = FactsOfExif(chunks.exif);

@@ -9,6 +9,7 @@
 #include "host/base/Failure.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "host/pictures/PictureFileOpen.h"
+#include "host/pictures/WhiteLeast.h"
 
 namespace vblur::host {
 
@@ -36,6 +37,7 @@ class OpenedPicture final : public PictureSource {
   OpenedPicture(const std::filesystem::path& path, const ReadChoice& choice)
       : path_(path), picture_(OpenPictureFile(path, choice)), taken_(picture_.info.Taken()) {
     keepsPassing_ = choice.keepsPassing && !picture_.info.passing.empty();
+    turnsValues_ = NeedsTurning(*picture_.file);
   }
 
   const PictureInfo& Info() const override { return picture_.info; }
@@ -59,6 +61,7 @@ class OpenedPicture final : public PictureSource {
   OpenPicture picture_;
   TakenChannels taken_;
   bool keepsPassing_ = false;
+  bool turnsValues_ = false;
   std::vector<std::byte> stored_;
   std::vector<std::byte> passing_;
 };
@@ -91,19 +94,20 @@ bool OpenedPicture::ReadFromFile(std::int32_t first, std::int32_t count, int cha
 }
 
 void OpenedPicture::ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) {
-  if (!keepsPassing_) {
+  if (!keepsPassing_ && !turnsValues_) {
     return ReadChannels(first, count, taken_.first, taken_.count, TypeOf(picture_.info.samples), samples);
   }
   const std::size_t pixels = static_cast<std::size_t>(count) * static_cast<std::size_t>(Spec().width);
   try {
     stored_.resize(pixels * Spec().pixel_bytes(true));
-    if (first == 0) passing_.reserve(picture_.info.PassingBytes() * Spec().image_pixels());
+    if (first == 0 && keepsPassing_) passing_.reserve(picture_.info.PassingBytes() * Spec().image_pixels());
   } catch (const std::bad_alloc&) {
-    RefuseToRead(path_, "not enough memory for its channels that pass unchanged");
+    RefuseToRead(path_, "not enough memory for its channels as they are stored");
   }
   ReadChannels(first, count, 0, Spec().nchannels, OIIO::TypeDesc(), stored_.data());
+  if (turnsValues_) TurnValues(Spec(), pixels, stored_.data());
   ConvertTaken(pixels, samples);
-  KeepPassing(pixels);
+  if (keepsPassing_) KeepPassing(pixels);
 }
 
 void OpenedPicture::ConvertTaken(std::size_t pixels, std::byte* samples) const {

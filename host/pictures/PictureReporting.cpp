@@ -38,12 +38,27 @@ void AddLacking(const PictureMetadata& metadata, PictureReport& report) {
   }
 }
 
+// As people call it; by its number where the library has no name for it.
+std::string CompressionOf(const OIIO::ImageSpec& input) {
+  const std::string name = input.get_string_attribute("compression");
+  const int number = input.get_int_attribute("tiff:Compression");
+  return name.empty() && number > 0 ? "number " + std::to_string(number) : name;
+}
+
+// The library reads more of them than the format's outputs have.
+void AddCompression(PictureReport& report) {
+  const bool isTiff = report.info.format == "tiff" && !report.compression.empty();
+  constexpr const char* kUsual = "zip";
+  if (!isTiff || !FindCompression(FormatOfExtension("", "tif"), report.compression).empty()) return;
+  report.lacking["tiff"].compressions.emplace(report.compression, kUsual);
+}
+
 }  // namespace
 
 PictureReport DescribePicture(const PictureMetadata& metadata) {
   PictureReport report;
   report.info = metadata.info;
-  report.compression = metadata.input.get_string_attribute("compression");
+  report.compression = CompressionOf(metadata.input);
   report.associatedAlpha = metadata.associatedAlpha;
   for (const auto& attribute : metadata.input.extra_attribs) {
     const auto group = GroupOf(attribute);
@@ -62,6 +77,7 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
     report.beyondText.Add(group);
   }
   AddLacking(metadata, report);
+  AddCompression(report);
   return report;
 }
 

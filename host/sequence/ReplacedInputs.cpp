@@ -30,7 +30,7 @@ std::string LossesOfOther(const Job& job, const PictureReport& report, const Rep
   const SampleType written =
       input ? OutputTypeOf(*input, format, storage) : NearestType(format, storage.type.value_or(TypeForDepth(depth)));
   const PixelLayout pixels = NearestLayout(format, input && input->IsGrey(), !input || input->HasAlpha());
-  std::vector<Loss> losses = LossesBesideOf(report, written, pixels, depth);
+  std::vector<Loss> losses = LossesBesideOf(report, format, storage, written, pixels, depth);
   const auto isLess = [&](const std::optional<std::int32_t>& asked, std::int32_t ofInput, std::int32_t own) {
     return asked.value_or(ofInput) < own;
   };

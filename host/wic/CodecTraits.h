@@ -1,4 +1,5 @@
-// What codecs of some systems do otherwise, found out with a picture in memory. Each is tried once. From any thread.
+// What codecs of some systems do otherwise, found out with a picture in memory. Each is tried until there is an answer,
+// which is kept. All throw std::runtime_error while there is none. From any thread.
 #pragma once
 
 #include <optional>

@@ -42,18 +42,23 @@ void Require(const std::filesystem::path& path, ::HRESULT result) {
   RefuseToRead(path, "pixels of this kind are not read here, expected 8 or 16 bits a channel");
 }
 
+// Codecs turn such values at 8 bits; what they make of alpha then nobody knows.
+void RequireKnownWhite(const std::filesystem::path& path, const FileHeader& header) {
+  constexpr std::int32_t kWide = 16;
+  const bool isKnown = header.bits <= 8 || (header.bits == kWide && TiffSamplesOf(header.isBig, true));
+  if (isKnown && header.channels == 1) return;
+  RefuseToRead(path, "grey of " + std::to_string(header.bits) + " bits " +
+                         (header.channels == 1 ? "" : "with further channels ") +
+                         "whose least value is white is not read here, expected the least to be black");
+}
+
 // Before anything is decoded.
 void RequireSound(const std::filesystem::path& path, const FileHeader& header, std::int64_t mostPixels) {
   if (header.format.empty())
     RefuseToRead(path, "not a picture, or one of another format, expected one of png, tif, jpg, bmp");
   if (header.width <= 0 || header.height <= 0 || header.channels <= 0)
     RefuseToRead(path, "it has no pixels (" + PixelsOf(header.width, header.height) + ")");
-  // Codecs turn such values at 8 bits.
-  constexpr std::int32_t kWide = 16;
-  const bool isKnown = header.bits == kWide && header.channels == 1 && TiffSamplesOf(header.isBig, true);
-  if (header.isWhiteLeast && header.bits > 8 && !isKnown)
-    RefuseToRead(path, "grey of " + std::to_string(header.bits) +
-                           " bits whose least value is white is not read here, expected the least to be black");
+  if (header.isWhiteLeast) RequireKnownWhite(path, header);
   RequirePixels(path, header.width, header.height, header.channels, "", mostPixels);
   if (!header.isWhole)
     RefuseToRead(path, "the picture is damaged or cut short (its header says more than the file holds)");

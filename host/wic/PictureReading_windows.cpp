@@ -4,6 +4,7 @@
 #include <cstring>
 #include <functional>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "host/base/Failure.h"
@@ -148,8 +149,13 @@ std::unique_ptr<PictureSource> OpenForReading(const std::filesystem::path& path,
   return std::make_unique<WicPicture>(path, choice);
 }
 
-PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice) {
+PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice) try {
   return DescribePicture(OpenPictureFile(path, choice).metadata);
+} catch (const Failure&) {
+  throw;
+} catch (const std::runtime_error& error) {
+  // Of what codecs would write.
+  RefuseToRead(path, error.what());
 }
 
 }  // namespace vblur::host

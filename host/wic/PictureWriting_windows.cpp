@@ -77,10 +77,11 @@ class Writing {
  private:
   [[noreturn]] void Refuse(const std::string& why) const { RefuseToWrite(picture_.target, why); }
 
-  [[noreturn]] void Fail(const std::string& otherwise) const {
-    const DWORD error = stream_->SystemError();
+  [[noreturn]] void Fail(const FileStream& stream, const std::string& otherwise) const {
+    const DWORD error = stream.SystemError();
     Refuse(error != 0 ? SystemErrorText(error) : otherwise);
   }
+  [[noreturn]] void Fail(const std::string& otherwise) const { Fail(*stream_, otherwise); }
 
   void StopIfAsked() const {
     if (stop_ && stop_()) throw FileInterrupted{};
@@ -118,10 +119,11 @@ class Writing {
 
   void CopyWithHead(FileStream& from) {
     std::string part(kPngHeadBytes, '\0');
-    from.Seek({}, STREAM_SEEK_SET, nullptr);
+    constexpr const char* kUnread = "what the system's codec has written cannot be read again";
+    if (FAILED(from.Seek({}, STREAM_SEEK_SET, nullptr))) Fail(from, kUnread);
     for (bool isHead = true;; isHead = false) {
       ULONG count = 0;
-      if (FAILED(from.Read(part.data(), static_cast<ULONG>(part.size()), &count))) Refuse("writing failed");
+      if (FAILED(from.Read(part.data(), static_cast<ULONG>(part.size()), &count))) Fail(from, kUnread);
       if (count == 0) return;
       const std::string changed = isHead ? ChangedHead(part.substr(0, count)) : std::string();
       stream_->Write(isHead ? changed.data() : part.data(), isHead ? static_cast<ULONG>(changed.size()) : count,

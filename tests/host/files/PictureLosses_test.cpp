@@ -64,6 +64,13 @@ TEST_F(PictureLosses, WhatTheSystemsCodecDoesNotWriteIsOne) {
   EXPECT_EQ(ListOf(LossesOf(report, tiff, {}, 8)), grey + ", compression lzw (none is written)" + others);
   EXPECT_EQ(OutputCompressionOf(report, tiff, {}), "none");
   EXPECT_EQ(OutputLayoutOf(report, tiff, {}), PixelLayout::Rgb);
+  // Nor where it takes the place of a file that it is not made like.
+  const auto beside = [&](const OutputFormat& format, PixelLayout pixels) {
+    return ListOf(LossesBesideOf(report, format, {}, SampleType::Unsigned8, pixels, 8));
+  };
+  EXPECT_EQ(beside(tiff, PixelLayout::Grey), grey + ", compression lzw (none is written)" + others);
+  EXPECT_EQ(beside(tiff, PixelLayout::Rgb), "compression lzw (none is written)" + others);
+  EXPECT_EQ(beside(OutputFormatOf("a.png"), PixelLayout::Rgb), "");
   // Neither is missed where the user asks for something else.
   OutputStorage zip;
   zip.compression = "zip";

@@ -5,6 +5,7 @@
 
 #include "tests/host/sequence/ReplacedInputsTest.h"
 #include "tests/support/host/PlainFiles.h"
+#include "tests/support/host/TiffBytes.h"
 #include "tests/support/host/WindowedPictures.h"
 
 namespace vblur::host {
@@ -45,6 +46,38 @@ TEST_F(ReplacedInputs, KeepTheirHalvesBelowTheStepsThatAreRendered) {
   ExpectKept("in.exr",
              "last bits of half samples below 1/16 (steps of 1/16384 are rendered), last bits of float samples (steps "
              "of 1/16384 are rendered)");
+}
+
+TEST_F(ReplacedInputs, KeepCompressionsThatAreNotWritten) {
+  OIIO::ImageSpec spec(32, 16, 3, OIIO::TypeDesc::UINT8);
+  spec.attribute("compression", "jpeg");
+  const auto write = [&] {
+    WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(32 * 16 * 3, 90));
+  };
+  write();
+  ExpectKept("in.tif", "compression jpeg (zip is written)");
+  options_.lossy = true;
+  EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
+  options_.lossy = false;
+  EXPECT_EQ(ReportPicture(folder_.path() / "in.tif").compression, "zip");
+  // One that the picture library has no name for; the pixels are not decoded.
+  folder_.Write("number.tif", TiffBytes(3, 1, 8, 1, "xyz").Short(259, {50000}).File());
+  EXPECT_EQ(ListOf(LossesOf(ReportPicture(folder_.path() / "number.tif"), OutputFormatOf("a.tif"), {}, 8)),
+            "compression number 50000 (zip is written)");
+  // None of it where the user asks for another.
+  write();
+  job_.output.storage.compression = "lzw";
+  EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
+}
+
+TEST_F(ReplacedInputs, KeepTagsThatNobodyReads) {
+  const TiffBytes file = TiffBytes(3, 1, 8, 1, "xyz").Text(285, "page").Text(65000, "own").Text(270, "text");
+  folder_.Write("in.tif", file.File());
+  ExpectKept("in.tif", "TIFF tags 285, 65000");
+  options_.lossy = true;
+  EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
+  options_.lossy = false;
+  EXPECT_EQ(Render("in.tif", "in.tif").done, 1);
 }
 
 TEST_F(ReplacedInputs, KeepTheirTilesAndSmallerCopies) {

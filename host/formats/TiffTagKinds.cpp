@@ -1,0 +1,54 @@
+#include "host/formats/TiffTagKinds.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+
+#include "host/formats/TiffTags.h"
+
+namespace vblur::host {
+
+namespace {
+
+constexpr auto kOfPixels =
+    std::to_array<std::uint16_t>({254, 255, 256, 257, 258, 259, 262, 263, 264, 265, 266, 273, 277,   278,   279,
+                                  280, 281, 282, 283, 284, 292, 293, 296, 297, 317, 320, 322, 323,   324,   325,
+                                  338, 339, 340, 341, 347, 512, 513, 514, 529, 530, 531, 532, 34675, 34665, 34853});
+
+}  // namespace
+
+bool IsTiffTagOfPixels(std::uint16_t tag) {
+  return std::ranges::find(kOfPixels, tag) != kOfPixels.end();
+}
+
+std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::span<const std::uint16_t> read) {
+  constexpr std::uint16_t kXmp = 700;
+  constexpr std::size_t kMostNamed = 10;
+  std::ifstream file(path, std::ios::binary);
+  const TiffTags tags(
+      [&](std::int64_t at, std::size_t count) {
+        std::string bytes(count, '\0');
+        file.clear();
+        file.seekg(at);
+        file.read(bytes.data(), static_cast<std::streamsize>(count));
+        bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file.gcount())));
+        return bytes;
+      },
+      0);
+  std::vector<std::string> kinds;
+  std::string numbers;
+  std::size_t count = 0;
+  for (const auto& [number, tag] : tags.All()) {
+    if (tag.count == 0 || IsTiffTagOfPixels(number) || std::ranges::find(read, number) != read.end()) continue;
+    if (number == kXmp) {
+      kinds.emplace_back("XMP data");
+    } else if (++count <= kMostNamed) {
+      numbers += (numbers.empty() ? "" : ", ") + std::to_string(number);
+    }
+  }
+  if (count > 0)
+    kinds.push_back((count == 1 ? "TIFF tag " : "TIFF tags ") + numbers + (count > kMostNamed ? " and others" : ""));
+  return kinds;
+}
+
+}  // namespace vblur::host

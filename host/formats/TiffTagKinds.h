@@ -1,0 +1,20 @@
+// Which tags of a TIFF file are more than its pixels.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace vblur::host {
+
+// Whether a tag is about how pixels are stored, which an output has of its own, or its meaning is read or told
+// otherwise: the resolution, the colour profile, Exif and GPS data.
+bool IsTiffTagOfPixels(std::uint16_t tag);
+
+// Kinds of data of the first picture of a TIFF file, as in "XMP data" and "TIFF tags 42112, 65000", that are neither of
+// these nor among `read`. None of other files.
+std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::span<const std::uint16_t> read);
+
+}  // namespace vblur::host
