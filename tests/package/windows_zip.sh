@@ -57,6 +57,12 @@ for file in several/photo.jpg several/plate.0008.png growing.0008.tif soft.0003.
 done
 cd "$place/$name"
 [ -s weich.png ] || { echo "weich.png: not written"; exit 1; }
+# Its first class, where hosts look it up.
+class='HKCR\CLSID\{9D2E2FA1-AE89-11D5-9414-0800690F2F3F}\InprocServer32'
+is_registered() { "$wine" reg query "$class" /ve >"$work/out" 2>"$work/err" </dev/null; }
 "$wine" regsvr32 /s V_Blur.dll || { echo "regsvr32: exit code $?"; exit 1; }
+is_registered || { echo "$class is not there after regsvr32"; exit 1; }
+grep -q 'V_Blur\.dll' "$work/out" || { echo "$class names another server: $(cat "$work/out")"; exit 1; }
 "$wine" regsvr32 /s /u V_Blur.dll || { echo "regsvr32 /u: exit code $?"; exit 1; }
+is_registered && { echo "$class is still there after regsvr32 /u"; exit 1; }
 echo "the zip works"
