@@ -3,6 +3,6 @@
 namespace vblur::host {
 
 ButtonControl::ButtonControl(PageDialog& dialog, const ModuleControl& control)
-    : PageWindow(dialog, PageWindowKind::Button, control, Widened(control.text)) {}
+    : PageWindow(&dialog, PageWindowKind::Button, control, Widened(control.text)) {}
 
 }  // namespace vblur::host

@@ -3,6 +3,6 @@
 namespace vblur::host {
 
 CheckBoxControl::CheckBoxControl(PageDialog& dialog, const ModuleControl& control)
-    : PageWindow(dialog, PageWindowKind::CheckBox, control, Widened(control.text)) {}
+    : PageWindow(&dialog, PageWindowKind::CheckBox, control, Widened(control.text)) {}
 
 }  // namespace vblur::host

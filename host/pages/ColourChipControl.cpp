@@ -4,8 +4,8 @@
 
 namespace vblur::host {
 
-ColourChipControl::ColourChipControl(PageDialog& dialog, const ModuleControl& control, const ControlText& text)
-    : PageWindow(dialog, PageWindowKind::ColourChip, control, Widened(text.caption)) {}
+ColourChipControl::ColourChipControl(PageDialog* dialog, const ModuleControl& control, const ControlText& text)
+    : OwnControl(dialog, PageWindowKind::ColourChip, control, Widened(text.caption)) {}
 
 bool ColourChipControl::PickColour(std::int32_t red, std::int32_t green, std::int32_t blue) {
   if (!TakesInput()) return false;

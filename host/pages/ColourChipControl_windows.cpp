@@ -6,40 +6,29 @@
 
 namespace vblur::host {
 
-void ColourChipControl::Attach(HWND handle) {
-  PageWindow::Attach(handle);
-  SetPropW(handle, SystemText(kControlInterface), static_cast<IUnknown*>(this));
-}
-
-void ColourChipControl::Detach() {
-  RemovePropW(handle_, SystemText(kControlInterface));
-  PageWindow::Detach();
-}
-
 LRESULT ColourChipControl::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_PAINT: {
-      PAINTSTRUCT paint{};
-      if (const HDC dc = BeginPaint(handle_, &paint); dc != nullptr) Paint(dc);
-      EndPaint(handle_, &paint);
+    case WM_LBUTTONDOWN:
+      SetFocus(handle_);
+      if (TakesInput()) SetCapture(handle_);
+      return 0;
+    case WM_LBUTTONUP: {
+      // A click is pressed and released here.
+      if (GetCapture() != handle_) return 0;
+      ReleaseCapture();
+      RECT area{};
+      GetClientRect(handle_, &area);
+      const POINT place{static_cast<std::int16_t>(LOWORD(lParam)), static_cast<std::int16_t>(HIWORD(lParam))};
+      if (PtInRect(&area, place) != FALSE) OpenPicker();
       return 0;
     }
-    case WM_PRINTCLIENT: Paint(reinterpret_cast<HDC>(wParam)); return 0;
-    case WM_ERASEBKGND: return 1;
-    case WM_SETFOCUS:
-    case WM_KILLFOCUS:
-    case WM_ENABLE: ::InvalidateRect(handle_, nullptr, FALSE); break;
-    case WM_LBUTTONDOWN: SetFocus(handle_); return 0;
-    case WM_LBUTTONUP:
-      if (GetFocus() == handle_) OpenPicker();
-      return 0;
     case WM_KEYDOWN:
       if (wParam != VK_SPACE) break;
       OpenPicker();
       return 0;
     default: break;
   }
-  return PageWindow::Receive(message, wParam, lParam);
+  return OwnControl::Receive(message, wParam, lParam);
 }
 
 void ColourChipControl::Paint(HDC dc) const {

@@ -22,10 +22,8 @@ std::optional<double> FiniteNumber(std::string_view text) {
   return number;
 }
 
-}  // namespace
-
-ControlText ReadControlText(std::string_view text) {
-  const ControlText plain{PageWindowKind::Label, text};
+ControlText ReadFields(std::string_view text) {
+  const ControlText plain;
   ControlText result{PageWindowKind::Label, text.substr(0, text.find(';'))};
   for (std::size_t from = result.caption.size(); from < text.size();) {
     const std::size_t end = std::min(text.find(';', from + 1), text.size());
@@ -45,12 +43,24 @@ ControlText ReadControlText(std::string_view text) {
       result.maximum = FiniteNumber(value).value_or(plain.maximum);
     }
   }
-  if (result.kind == PageWindowKind::Label) return plain;
   if (result.minimum > result.maximum) {
     result.minimum = plain.minimum;
     result.maximum = plain.maximum;
   }
   return result;
+}
+
+}  // namespace
+
+ControlText ReadControlText(std::string_view text) {
+  const ControlText read = ReadFields(text);
+  return read.kind == PageWindowKind::Label ? ControlText{PageWindowKind::Label, text} : read;
+}
+
+ControlText ReadControlText(std::string_view text, PageWindowKind known) {
+  ControlText read = ReadFields(text);
+  read.kind = known;
+  return read;
 }
 
 }  // namespace vblur::host

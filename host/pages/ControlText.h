@@ -19,5 +19,7 @@ struct ControlText {
 // Class and fields in either case, in any order; the last of several counts, unknown ones are passed over. A text
 // without a known class is a label's. Points into the text.
 ControlText ReadControlText(std::string_view text);
+// Of a window that is of such a class, whatever the text says of it.
+ControlText ReadControlText(std::string_view text, PageWindowKind known);
 
 }  // namespace vblur::host

@@ -30,8 +30,7 @@ class ReadDialog {
 
 enum class TemplateClasses {
   AsInResources,
-  // A static whose text has ";class=NAME" of one of the host's own controls is of that class and has the caption as its
-  // text.
+  // A static whose text has ";class=NAME" of one of the host's own controls is of that class, which reads the text.
   HostsOwn,
 };
 

@@ -129,7 +129,7 @@ void PutClassAndText(Writer& writer, const ModuleControl& control, TemplateClass
     writer.Put(kByNumber);
     writer.Put(number);
   };
-  std::u16string text = Widened(control.text);
+  const std::u16string text = Widened(control.text);
   switch (control.kind) {
     case ModuleControlKind::Group:
     case ModuleControlKind::PushButton:
@@ -145,7 +145,6 @@ void PutClassAndText(Writer& writer, const ModuleControl& control, TemplateClass
         break;
       }
       writer.PutText(read.kind == PageWindowKind::Number ? u"dsnewnumberctrl" : u"dsnewcolorchipctrl");
-      text = Widened(read.caption);
       break;
     }
   }

@@ -13,7 +13,7 @@ char16_t Lower(char16_t letter) {
 }  // namespace
 
 ListControl::ListControl(PageDialog& dialog, const ModuleControl& control)
-    : PageWindow(dialog, PageWindowKind::List, control, {}) {}
+    : PageWindow(&dialog, PageWindowKind::List, control, {}) {}
 
 bool ListControl::ChooseNext() {
   return Choose(std::min(Selected() + 1, Count() - 1));

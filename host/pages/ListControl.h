@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,12 +41,19 @@ class ListControl final : public PageWindow {
   std::int32_t Count() const;
   LRESULT SelectText(const char16_t* text);
 #ifdef _WIN32
+  friend class PageDialog;
+
+  // Whether what the list tells its dialog is the user's choice. While it is dropped, entries that the keys pass are
+  // none, nor is the one that it is left at without taking it: it shows the entry again that it had before.
+  bool IsChosenBy(UINT what);
   void Attach(HWND handle) override;
   bool SeesChange() override;
 
   // As observers were told last.
   std::int32_t seenSelected_ = kNone;
   std::int32_t seenCount_ = 0;
+  std::int32_t beforeDrop_ = kNone;     // selected since it has dropped, as the page knows
+  std::optional<std::int32_t> chosen_;  // as it closed, of which the system may tell once more
 #else
   LRESULT Add(const char16_t* text);
   LRESULT Clear();

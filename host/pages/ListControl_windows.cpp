@@ -43,6 +43,26 @@ bool ListControl::Choose(std::int32_t index) {
   return true;
 }
 
+bool ListControl::IsChosenBy(UINT what) {
+  const bool isDropped = Send(CB_GETDROPPEDSTATE) != FALSE;
+  switch (what) {
+    case CBN_DROPDOWN:
+      beforeDrop_ = Selected();
+      chosen_.reset();
+      return false;
+    case CBN_SELCHANGE: return !isDropped && std::exchange(chosen_, std::nullopt) != Selected();
+    case CBN_SELENDOK:
+      if (!isDropped || Selected() == beforeDrop_) return false;
+      beforeDrop_ = Selected();
+      chosen_ = beforeDrop_;
+      return true;
+    case CBN_SELENDCANCEL:
+      if (isDropped && Selected() != beforeDrop_) Send(CB_SETCURSEL, static_cast<WPARAM>(beforeDrop_));
+      return false;
+    default: return false;
+  }
+}
+
 // The resources give it room for itself, not for what drops down.
 void ListControl::Attach(HWND handle) {
   PageWindow::Attach(handle);
@@ -64,12 +84,15 @@ LRESULT ListControl::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case CB_RESETCONTENT:
       Pass(message, wParam, lParam);
+      beforeDrop_ = kNone;
       Look();
       return 0;
     case CB_SETCURSEL: {
       const bool has = wParam < static_cast<WPARAM>(Count());
       const LRESULT selected = Pass(message, has ? wParam : static_cast<WPARAM>(-1), lParam);
       ::InvalidateRect(Handle(), nullptr, TRUE);
+      beforeDrop_ = Selected();
+      chosen_.reset();
       Look();
       return has ? selected : CB_ERR;
     }

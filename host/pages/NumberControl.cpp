@@ -27,8 +27,8 @@ bool SameValue(double a, double b) {
 
 }  // namespace
 
-NumberControl::NumberControl(PageDialog& dialog, const ModuleControl& control, const ControlText& text)
-    : PageWindow(dialog, PageWindowKind::Number, control, Widened(text.caption)),
+NumberControl::NumberControl(PageDialog* dialog, const ModuleControl& control, const ControlText& text)
+    : OwnControl(dialog, PageWindowKind::Number, control, Widened(text.caption)),
       range_{text.minimum, text.maximum},
       value_(Clamped(0.0)) {}
 

@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "host/pages/ControlText.h"
-#include "host/pages/PageWindow.h"
+#include "host/pages/OwnControl.h"
 #include "host/pages/TypedNumber.h"
 #include "platform/PageControls.h"
 #include "platform/RefCount.h"
@@ -22,35 +22,22 @@ enum class NumberKey { Up, Down, PageUp, PageDown, Home, End };
 // By the modifier keys.
 enum class NumberStep { Normal, Fine, Coarse };
 
-class NumberControl final : public PageWindow, public IDSNumberControl {
+class NumberControl final : public OwnControl, public IDSNumberControl {
  public:
   static constexpr double kNormalStep = 1.0;
   static constexpr double kFineStep = 0.1;
   static constexpr double kCoarseStep = 10.0;
   static constexpr double kPageStep = 10.0;
-#ifdef _WIN32
-  // A mouse that is dragged by a pixel makes a step. One that is dragged beyond this place is at 0 again, so that
-  // places fit in a message.
-  static constexpr std::int32_t kFarthest = 8000;
-#endif
 
-  // Shows the number of its range that is nearest 0.
-  NumberControl(PageDialog& dialog, const ModuleControl& control, const ControlText& text);
+  // Shows the number of its range that is nearest 0. Without a dialog it is on no page.
+  NumberControl(PageDialog* dialog, const ModuleControl& control, const ControlText& text);
 
-  double Value() const {
-    return value_;
-  }
+  double Value() const { return value_; }
   // The value as it is shown: to four decimals, which is more than anybody drags or sees.
   std::string ShownValue() const;
-  const NumberRange& Range() const {
-    return range_;
-  }
-  DSAnimationMark AnimationMark() const {
-    return mark_;
-  }
-  bool IsScrubbing() const {
-    return scrub_.has_value();
-  }
+  const NumberRange& Range() const { return range_; }
+  DSAnimationMark AnimationMark() const { return mark_; }
+  bool IsScrubbing() const { return scrub_.has_value(); }
 
   // The user types a text, as TypedNumber.h has them. Nothing when it is taken; otherwise the value stays, and the
   // result is one line with what was expected.
@@ -67,18 +54,10 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   bool EndScrub();
   bool CancelScrub();
 
-#ifndef _WIN32
-  HANDLE Prop(std::u16string_view name) override;
-#endif
-
-  // References are counted but do not keep the control: its dialog owns it.
+  // References are counted but do not keep the control, which ends with its dialog, or its window on no page.
   HRESULT QueryInterface(const GUID& iid, void** result) override;
-  std::uint32_t AddRef() override {
-    return references_.Add();
-  }
-  std::uint32_t Release() override {
-    return references_.Drop();
-  }
+  std::uint32_t AddRef() override { return references_.Add(); }
+  std::uint32_t Release() override { return references_.Drop(); }
   HRESULT SetRange(const DSVariant& minimum, const DSVariant& maximum) override;
   HRESULT GetRange(DSVariant* minimum, DSVariant* maximum) override;
   HRESULT SetValue(const DSVariant& value) override;
@@ -86,6 +65,8 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
   HRESULT SetAnimationMark(DSAnimationMark mark) override;
 
  private:
+  IUnknown* Interface() override { return static_cast<IDSNumberControl*>(this); }
+
   struct ScrubState {
     double before = 0.0;
     bool changed = false;  // the page was told of a value
@@ -103,10 +84,8 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
 #ifdef _WIN32
   friend struct NumberEditor;
 
-  void Attach(HWND handle) override;
-  void Detach() override;
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
-  void Paint(::HDC__* dc) const;
+  void Paint(::HDC__* dc) const override;
   LRESULT OnMouse(UINT message, WPARAM keys, std::int32_t x);
   // False for a key that the control has no use for.
   bool OnKeyDown(WPARAM key);
@@ -130,7 +109,7 @@ class NumberControl final : public PageWindow, public IDSNumberControl {
 #ifdef _WIN32
   HWND editor_ = nullptr;                 // in which the user types
   std::optional<std::string> complaint_;  // of the text that was typed last
-  std::int32_t draggedTo_ = 0;            // the place in the window to which steps are counted
+  std::int32_t draggedTo_ = 0;            // the place in the window to which steps are counted, one a pixel
   std::uintptr_t scrubs_ = 0;             // so far
 #endif
 };

@@ -26,8 +26,4 @@ bool NumberControl::CancelScrub() {
   return TakeCancel();
 }
 
-HANDLE NumberControl::Prop(std::u16string_view name) {
-  return name == kControlInterface ? static_cast<IUnknown*>(this) : nullptr;
-}
-
 }  // namespace vblur::host

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <utility>
 
 #include "host/base/Utf8.h"
@@ -202,7 +201,9 @@ bool NumberControl::Scrub(std::int32_t steps, NumberStep step) {
   for (std::int64_t left = steps; left != 0;) {
     const auto now = static_cast<std::int32_t>(std::clamp<std::int64_t>(left, -kMostSteps, kMostSteps));
     const double before = value_;
-    Send(WM_MOUSEMOVE, KeysOf(step), PlaceOf(draggedTo_ + now));
+    // From 0 each time, so that the place fits in the message.
+    draggedTo_ = 0;
+    Send(WM_MOUSEMOVE, KeysOf(step), PlaceOf(now));
     left -= now;
     // The page may have stopped it; at the end of the range nothing more happens.
     if (!TakesInput() || !scrub_ || value_ == before) break;
@@ -224,37 +225,16 @@ bool NumberControl::CancelScrub() {
   return true;
 }
 
-void NumberControl::Attach(HWND handle) {
-  PageWindow::Attach(handle);
-  SetPropW(handle, SystemText(kControlInterface), static_cast<IUnknown*>(this));
-}
-
-void NumberControl::Detach() {
-  RemovePropW(handle_, SystemText(kControlInterface));
-  PageWindow::Detach();
-}
-
 LRESULT NumberControl::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_PAINT: {
-      PAINTSTRUCT paint{};
-      if (const HDC dc = BeginPaint(handle_, &paint); dc != nullptr) Paint(dc);
-      EndPaint(handle_, &paint);
-      return 0;
-    }
-    case WM_PRINTCLIENT: Paint(reinterpret_cast<HDC>(wParam)); return 0;
-    case WM_ERASEBKGND: return 1;
     case WM_GETDLGCODE: {
       const auto* const asked = reinterpret_cast<const MSG*>(lParam);
       const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN &&
                             (asked->wParam == VK_RETURN || (asked->wParam == VK_ESCAPE && scrub_));
       return DLGC_WANTARROWS | DLGC_WANTCHARS | (isWanted ? DLGC_WANTMESSAGE : 0);
     }
-    case WM_SETFOCUS:
-    case WM_KILLFOCUS: ::InvalidateRect(handle_, nullptr, FALSE); return 0;
     case WM_ENABLE:
       if (wParam == FALSE) CloseEditor();
-      ::InvalidateRect(handle_, nullptr, FALSE);
       break;
     case WM_LBUTTONDOWN:
     case WM_MOUSEMOVE:
@@ -277,7 +257,7 @@ LRESULT NumberControl::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     default: break;
   }
-  return PageWindow::Receive(message, wParam, lParam);
+  return OwnControl::Receive(message, wParam, lParam);
 }
 
 LRESULT NumberControl::OnMouse(UINT message, WPARAM keys, std::int32_t x) {
@@ -291,7 +271,7 @@ LRESULT NumberControl::OnMouse(UINT message, WPARAM keys, std::int32_t x) {
     TakePress();
   } else if (message == WM_MOUSEMOVE && scrub_) {
     const std::int32_t steps = x - draggedTo_;
-    draggedTo_ = std::abs(x) > kFarthest ? 0 : x;
+    draggedTo_ = x;
     TakeDrag(steps, StepOf((keys & MK_SHIFT) != 0, (keys & MK_CONTROL) != 0));
   } else if (message == WM_LBUTTONUP && scrub_) {
     if (GetCapture() == handle_) ReleaseCapture();

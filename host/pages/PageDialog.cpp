@@ -17,25 +17,13 @@ namespace vblur::host {
 
 namespace {
 
-std::unique_ptr<PageWindow> MakeStatic(PageDialog& dialog, const ModuleControl& control) {
+std::shared_ptr<PageWindow> MakeStatic(PageDialog& dialog, const ModuleControl& control) {
   const ControlText text = ReadControlText(control.text);
   switch (text.kind) {
-    case PageWindowKind::Number: return std::make_unique<NumberControl>(dialog, control, text);
-    case PageWindowKind::ColourChip: return std::make_unique<ColourChipControl>(dialog, control, text);
-    default: return std::make_unique<LabelControl>(dialog, control);
+    case PageWindowKind::Number: return std::make_shared<NumberControl>(&dialog, control, text);
+    case PageWindowKind::ColourChip: return std::make_shared<ColourChipControl>(&dialog, control, text);
+    default: return std::make_shared<LabelControl>(dialog, control);
   }
-}
-
-std::unique_ptr<PageWindow> MakeControl(PageDialog& dialog, const ModuleControl& control) {
-  switch (control.kind) {
-    case ModuleControlKind::Static: return MakeStatic(dialog, control);
-    case ModuleControlKind::Group: return std::make_unique<GroupControl>(dialog, control);
-    case ModuleControlKind::PushButton: return std::make_unique<ButtonControl>(dialog, control);
-    case ModuleControlKind::CheckBox: return std::make_unique<CheckBoxControl>(dialog, control);
-    case ModuleControlKind::List: return std::make_unique<ListControl>(dialog, control);
-    case ModuleControlKind::Picture: return std::make_unique<PictureControl>(dialog, control);
-  }
-  return std::make_unique<LabelControl>(dialog, control);
 }
 
 ModuleControl WindowOf(const ModuleDialog& dialog) {
@@ -58,13 +46,22 @@ std::string NameOfMessage(UINT message) {
 }  // namespace
 
 PageDialog::PageDialog(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module)
-    : PageWindow(*this, PageWindowKind::Dialog, WindowOf(dialog), {}),
+    : PageWindow(this, PageWindowKind::Dialog, WindowOf(dialog), {}),
       page_(&page),
       module_(module),
       fontName_(dialog.font),
-      fontPoints_(dialog.fontPoints) {
-  for (const ModuleControl& control : dialog.controls)
-    items_.push_back(MakeControl(*this, control));
+      fontPoints_(dialog.fontPoints) {}
+
+std::shared_ptr<PageWindow> PageDialog::MakeItem(PageDialog& dialog, const ModuleControl& control) {
+  switch (control.kind) {
+    case ModuleControlKind::Static: return MakeStatic(dialog, control);
+    case ModuleControlKind::Group: return std::make_shared<GroupControl>(dialog, control);
+    case ModuleControlKind::PushButton: return std::make_shared<ButtonControl>(dialog, control);
+    case ModuleControlKind::CheckBox: return std::make_shared<CheckBoxControl>(dialog, control);
+    case ModuleControlKind::List: return std::make_shared<ListControl>(dialog, control);
+    case ModuleControlKind::Picture: return std::make_shared<PictureControl>(dialog, control);
+  }
+  return std::make_shared<LabelControl>(dialog, control);
 }
 
 PageWindow* PageDialog::Item(std::int32_t id) {

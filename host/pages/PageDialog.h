@@ -13,11 +13,12 @@
 
 namespace vblur::host {
 
-class PageDialog final : public PageWindow, public std::enable_shared_from_this<PageDialog> {
+class PageDialog final : public PageWindow {
  public:
   // Hidden at first. The resources are copied. Module and page are borrowed: the page until Close, the module, which
   // holds the bitmaps, as long as the dialog; without one its pictures are empty.
-  // On Windows null when the system makes no window, and the thread that makes it is the one to use it.
+  // On Windows null when the system does not make it with all its controls, and the thread that makes it is the one to
+  // use it.
   static std::shared_ptr<PageDialog> Make(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module = nullptr);
   // Of the module's resources; null if it has no dialog of this number.
   static std::shared_ptr<PageDialog> Make(HMODULE module, std::int32_t number, IDSPropertyPage& page);
@@ -28,7 +29,7 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
   std::int32_t FontPoints() const { return fontPoints_; }
 
   // In the order of the resources, which is that of the tabulator key.
-  const std::vector<std::unique_ptr<PageWindow>>& Items() const { return items_; }
+  const std::vector<std::shared_ptr<PageWindow>>& Items() const { return items_; }
   // The first control with the id; null for none, and for ModuleControl::kNoId.
   PageWindow* Item(std::int32_t id) override;
 
@@ -47,13 +48,14 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
 
  private:
   PageDialog(const ModuleDialog& dialog, IDSPropertyPage& page, HMODULE module);
+  static std::shared_ptr<PageWindow> MakeItem(PageDialog& dialog, const ModuleControl& control);
   PageWindow* Stop(const PageWindow* from, std::ptrdiff_t step) const;
 #ifdef _WIN32
   struct Procedure;
 
   bool Create(const ModuleDialog& dialog);
-  // Ties each window to its own.
-  void AttachAll(HWND handle);
+  // Ties each window to its own. False if one is missing, or cannot be tied.
+  bool AttachAll(HWND handle, const ModuleDialog& resources);
   void Detach() override;
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
   LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
@@ -69,7 +71,7 @@ class PageDialog final : public PageWindow, public std::enable_shared_from_this<
   const HMODULE module_;
   const std::string fontName_;
   const std::int32_t fontPoints_;
-  std::vector<std::unique_ptr<PageWindow>> items_;
+  std::vector<std::shared_ptr<PageWindow>> items_;
   CallTrace* trace_ = nullptr;
   std::string pageName_;
 };

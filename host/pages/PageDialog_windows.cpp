@@ -7,6 +7,8 @@
 #include "host/pages/ControlClasses.h"
 #include "host/pages/DialogTemplate.h"
 #include "host/pages/KeptFailure.h"
+#include "host/pages/ListControl.h"
+#include "host/pages/OwnControl.h"
 #include "host/pages/PageFrame.h"
 #include "platform/PageControls.h"
 #include "sdk/system/SystemTypes_windows.h"
@@ -28,11 +30,16 @@ bool IsControlMessage(UINT message) {
 
 // The system calls it while it makes the dialog, whose windows get their messages themselves from then on.
 struct PageDialog::Procedure {
+  PageDialog& dialog;
+  const ModuleDialog& resources;
+  bool isWhole = false;
+
   static INT_PTR CALLBACK Run(HWND handle, UINT message, WPARAM, LPARAM lParam) {
     if (message != WM_INITDIALOG) return FALSE;
     // The focus stays where it is.
     return AnswerOrKeep([&] {
-      reinterpret_cast<PageDialog*>(lParam)->AttachAll(handle);
+      auto& making = *reinterpret_cast<Procedure*>(lParam);
+      making.isWhole = making.dialog.AttachAll(handle, making.resources);
       return FALSE;
     });
   }
@@ -55,15 +62,19 @@ std::shared_ptr<PageDialog> PageDialog::Make(HMODULE module, std::int32_t number
 
 PageDialog::~PageDialog() {
   if (isThere_) DestroyWindow(handle_);
+  for (const auto& item : items_)
+    item->dialog_ = nullptr;
 }
 
 bool PageDialog::Create(const ModuleDialog& dialog) {
   RegisterControlClasses();
   const std::vector<std::byte> bytes = WriteDialogTemplate(dialog, TemplateClasses::HostsOwn);
+  Procedure making{*this, dialog};
   const HWND made = CreateDialogIndirectParamW(module_, reinterpret_cast<const DLGTEMPLATE*>(bytes.data()),
-                                               PageFrame::Hidden(), &Procedure::Run, reinterpret_cast<LPARAM>(this));
+                                               PageFrame::Hidden(), &Procedure::Run, reinterpret_cast<LPARAM>(&making));
+  if (made != nullptr && !making.isWhole) DestroyWindow(made);
   ThrowKeptFailure();
-  return made != nullptr && isThere_;
+  return made != nullptr && making.isWhole;
 }
 
 // Tool tips belong to the window that holds the dialog, and would stay with it.
@@ -72,16 +83,23 @@ void PageDialog::Detach() {
   PageWindow::Detach();
 }
 
-void PageDialog::AttachAll(HWND handle) {
+bool PageDialog::AttachAll(HWND handle, const ModuleDialog& resources) {
   Attach(handle);
   // In the order of the template.
   HWND child = GetWindow(handle, GW_CHILD);
-  for (const auto& item : items_) {
-    if (child == nullptr) return;
-    item->Attach(child);
+  for (const ModuleControl& control : resources.controls) {
+    if (child == nullptr) return false;
+    if (const auto made = ControlMadeBy(child); made != nullptr) {
+      made->Join(*this, control);
+      items_.push_back(made);
+    } else {
+      items_.push_back(MakeItem(*this, control));
+      items_.back()->Attach(child);
+    }
     child = GetWindow(child, GW_HWNDNEXT);
   }
   MakeToolTips();
+  return isThere_ && std::ranges::all_of(items_, [](const auto& item) { return item->isThere_; });
 }
 
 LRESULT PageDialog::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -103,10 +121,12 @@ LRESULT PageDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
   const UINT what = HIWORD(wParam);
   const bool isPressed =
       (item.Kind() == PageWindowKind::Button || item.Kind() == PageWindowKind::CheckBox) && what == BN_CLICKED;
-  const bool isChosen = item.Kind() == PageWindowKind::List && what == CBN_SELCHANGE;
+  auto* const list = dynamic_cast<ListControl*>(&item);
+  const bool isChosen = list != nullptr && list->IsChosenBy(what);
   if (!isPressed && !isChosen) return 0;
   item.Look();
-  return item.Id() == ModuleControl::kNoId ? 0 : SendToPage(WM_COMMAND, wParam, lParam);
+  if (item.Id() == ModuleControl::kNoId) return 0;
+  return SendToPage(WM_COMMAND, MAKEWPARAM(LOWORD(wParam), isChosen ? CBN_SELCHANGE : what), lParam);
 }
 
 void PageDialog::MakeToolTips() {

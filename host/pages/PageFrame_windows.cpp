@@ -199,7 +199,8 @@ LRESULT PageFrame::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 bool PageFrame::OnKey(WPARAM key) {
-  if (GetKeyState(VK_CONTROL) >= 0) return false;
+  // AltGr, which writes characters, holds both.
+  if (GetKeyState(VK_CONTROL) >= 0 || GetKeyState(VK_MENU) < 0) return false;
   if (key == 'Z') history_.Undo();
   if (key == 'Y') history_.Redo();
   if (key == VK_TAB && !names_.empty()) {

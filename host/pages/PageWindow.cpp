@@ -41,8 +41,10 @@ std::u16string PageWindow::ToolTip() {
 }
 
 bool PageWindow::TakesInput() const {
-  const PageWindow& dialog = dialog_;
-  return IsEnabled() && IsVisible() && dialog.IsEnabled() && dialog.IsVisible() && dialog_.IsOpen();
+  if (!IsEnabled() || !IsVisible()) return false;
+  if (dialog_ == nullptr) return true;
+  const PageWindow& dialog = *dialog_;
+  return dialog.IsEnabled() && dialog.IsVisible() && dialog_->IsOpen();
 }
 
 bool PageWindow::IsTabStop() const {
@@ -73,16 +75,17 @@ void PageWindow::TellObservers(PageWindow& changed) {
 
 void PageWindow::Changed() {
   TellObservers(*this);
-  PageWindow& dialog = dialog_;
-  if (&dialog != this) dialog.TellObservers(*this);
+  PageWindow* const dialog = dialog_;
+  if (dialog != nullptr && dialog != this) dialog->TellObservers(*this);
 }
 
 PageWindow* PageWindow::Item(std::int32_t) {
   return nullptr;
 }
 
-std::shared_ptr<PageDialog> PageWindow::Hold() const {
-  return dialog_.weak_from_this().lock();
+std::shared_ptr<const PageWindow> PageWindow::Hold() const {
+  const PageWindow* const keeper = dialog_ == nullptr ? this : dialog_;
+  return keeper->weak_from_this().lock();
 }
 
 }  // namespace vblur::host

@@ -58,7 +58,7 @@ class WindowBehind : public IHostWindow {
 };
 #endif
 
-class PageWindow : public WindowBehind {
+class PageWindow : public WindowBehind, public std::enable_shared_from_this<PageWindow> {
  public:
   PageWindow(const PageWindow&) = delete;
   PageWindow& operator=(const PageWindow&) = delete;
@@ -66,7 +66,8 @@ class PageWindow : public WindowBehind {
 
   // As the page knows it. It stays the same, but names no window once that has ended.
   HWND Handle() const;
-  PageDialog& Dialog() const { return dialog_; }
+  // Only of a window on a page.
+  PageDialog& Dialog() const { return *dialog_; }
   // ModuleControl::kNoId for a control without one; of the dialog its number in the module.
   std::int32_t Id() const { return id_; }
   PageWindowKind Kind() const { return kind_; }
@@ -86,7 +87,8 @@ class PageWindow : public WindowBehind {
   bool IsVisible() const;
   // A dialog is hidden until it is shown, whatever its style.
   void Show(bool visible);
-  // Whether a user can reach it: it and its dialog are visible and enabled, and the dialog is open.
+  // Whether a user can reach it: it and its dialog are visible and enabled, and the dialog is open. One that is on no
+  // page asks its own window alone.
   bool TakesInput() const;
   // Whether the tabulator key stops at it while it takes input.
   bool IsTabStop() const;
@@ -102,20 +104,21 @@ class PageWindow : public WindowBehind {
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  protected:
-  // The text is that of its resource.
-  PageWindow(PageDialog& dialog, PageWindowKind kind, const ModuleControl& control, std::u16string text);
+  // The text is that of its resource. On Windows the dialog may be null, for a window that is on no page (yet).
+  PageWindow(PageDialog* dialog, PageWindowKind kind, const ModuleControl& control, std::u16string text);
 
   // Tells the observers.
-  void Changed();
-  // Keeps the dialog, and so this window, while a message to the page may drop it; null for a dialog that nobody
-  // shares.
-  [[nodiscard]] std::shared_ptr<PageDialog> Hold() const;
-  // Send a message about this window to the page: by its registered name, and as a command. Nothing for a window
-  // without id.
+  virtual void Changed();
+  // Keeps this window, with its dialog, while a message to the page may drop it; null for one that nobody shares.
+  [[nodiscard]] std::shared_ptr<const PageWindow> Hold() const;
+  // Send a message about this window to the page, or to its parent: by its registered name, and as a command. Nothing
+  // for a window without id.
   LRESULT Tell(const char16_t* message, LPARAM lParam = 0) const;
 #ifdef _WIN32
   friend class PageDialog;
 
+  // A window that was on no page is on this one from now on, as the control of this record.
+  void Join(PageDialog& dialog, const ModuleControl& control);
   // Ties the window to the one that the system has made.
   virtual void Attach(HWND handle);
   // The system's window ends.
@@ -141,11 +144,11 @@ class PageWindow : public WindowBehind {
 #endif
   void TellObservers(PageWindow& changed);
 
-  PageDialog& dialog_;
+  PageDialog* dialog_;
   const PageWindowKind kind_;
-  const std::int32_t id_;
-  const std::uint32_t style_;
-  const DialogRectangle area_;
+  std::int32_t id_;
+  std::uint32_t style_;
+  DialogRectangle area_;
   std::vector<PageObserver*> observers_;  // null: removed while they are told
   std::int32_t telling_ = 0;              // calls in progress
 };

@@ -8,7 +8,7 @@
 
 namespace vblur::host {
 
-PageWindow::PageWindow(PageDialog& dialog, PageWindowKind kind, const ModuleControl& control, std::u16string text)
+PageWindow::PageWindow(PageDialog* dialog, PageWindowKind kind, const ModuleControl& control, std::u16string text)
     : dialog_(dialog),
       kind_(kind),
       id_(control.id),
@@ -76,13 +76,13 @@ void PageWindow::SetText(std::u16string text) {
 
 LRESULT PageWindow::Tell(const char16_t* message, LPARAM lParam) const {
   if (id_ == ModuleControl::kNoId || kind_ == PageWindowKind::Dialog) return 0;
-  return dialog_.SendToPage(RegisterWindowMessageW(message), static_cast<WPARAM>(id_), lParam);
+  return dialog_->SendToPage(RegisterWindowMessageW(message), static_cast<WPARAM>(id_), lParam);
 }
 
 LRESULT PageWindow::TellCommand(UINT what) const {
   if (id_ == ModuleControl::kNoId) return 0;
   const WPARAM id = static_cast<WPARAM>(id_) & 0xFFFF;
-  return dialog_.SendToPage(WM_COMMAND, id | static_cast<WPARAM>(what) << 16, 0);
+  return dialog_->SendToPage(WM_COMMAND, id | static_cast<WPARAM>(what) << 16, 0);
 }
 
 }  // namespace vblur::host

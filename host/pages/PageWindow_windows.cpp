@@ -32,7 +32,7 @@ struct PageWindow::Procedure {
 };
 
 // Its text is in the template that the system makes it of.
-PageWindow::PageWindow(PageDialog& dialog, PageWindowKind kind, const ModuleControl& control, std::u16string)
+PageWindow::PageWindow(PageDialog* dialog, PageWindowKind kind, const ModuleControl& control, std::u16string)
     : dialog_(dialog),
       kind_(kind),
       id_(control.id),
@@ -41,6 +41,13 @@ PageWindow::PageWindow(PageDialog& dialog, PageWindowKind kind, const ModuleCont
 
 PageWindow::~PageWindow() {
   if (isThere_) RemoveWindowSubclass(handle_, &Procedure::Run, Procedure::kId);
+}
+
+void PageWindow::Join(PageDialog& dialog, const ModuleControl& control) {
+  dialog_ = &dialog;
+  id_ = control.id;
+  style_ = control.style;
+  area_ = {control.x, control.y, control.width, control.height};
 }
 
 HWND PageWindow::Handle() const {

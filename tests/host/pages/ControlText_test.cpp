@@ -24,6 +24,17 @@ TEST(ControlText, SaysCaptionClassAndRange) {
   EXPECT_EQ(chip.caption, "");
 }
 
+TEST(ControlText, OfAWindowOfAKnownClassNeedsNoClass) {
+  const ControlText read = ReadControlText("Blur;min=2;max=9", PageWindowKind::Number);
+  EXPECT_EQ(read.kind, PageWindowKind::Number);
+  EXPECT_EQ(read.caption, "Blur");
+  EXPECT_EQ(read.minimum, 2.0);
+  EXPECT_EQ(read.maximum, 9.0);
+  const ControlText chip = ReadControlText("Colour;class=dsnewnumberctrl", PageWindowKind::ColourChip);
+  EXPECT_EQ(chip.kind, PageWindowKind::ColourChip);
+  EXPECT_EQ(chip.caption, "Colour");
+}
+
 TEST(ControlText, OfAnotherClassIsALabelsWithAllOfIt) {
   for (const std::string_view text :
        {"Blur", "", ";", "a;b", "Blur;class=dsnewnumberctr", "Blur;class=", "Blur;class", "Blur;min=0;max=720",

@@ -139,15 +139,21 @@ TEST(NumberControl, DropsItsFieldWhenItIsDisabled) {
   EXPECT_EQ(one.control.Value(), 0.0);
 }
 
-TEST(NumberControl, IsAPlainWindowOutsideOfPages) {
-  OneControl<NumberControl> registered(ModuleControlKind::Static, ";class=dsnewnumberctrl");
-  const HWND alone = ::CreateWindowExW(0, L"dsnewnumberctrl", L"alone", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
-                                       ::GetModuleHandleW(nullptr), nullptr);
-  ASSERT_NE(alone, nullptr);
-  EXPECT_EQ(::GetPropW(alone, L"DSCTLIFACE"), nullptr);
-  ::SendMessageW(alone, WM_LBUTTONDOWN, MK_LBUTTON, 0);
-  EXPECT_EQ(TitleOf(alone), "alone");
-  ::DestroyWindow(alone);
+TEST(NumberControl, StepsByEachPixelHoweverFarItIsDragged) {
+  OneControl<NumberControl> one(ModuleControlKind::Static, ";class=dsnewnumberctrl;min=-100000;max=100000");
+  const HWND number = one.control.Handle();
+  MoveMouse(number, WM_LBUTTONDOWN, 0);
+  for (const int place : {7999, 8001, 8002, 32767, -32768}) {
+    MoveMouse(number, WM_MOUSEMOVE, place);
+    EXPECT_EQ(one.control.Value(), place);
+  }
+  MoveMouse(number, WM_LBUTTONUP, -32768, 0);
+  // Scripts drag as far as they like.
+  one.control.BeginScrub();
+  one.control.Scrub(50000);
+  one.control.Scrub(32768);
+  one.control.EndScrub();
+  EXPECT_EQ(one.control.Value(), 50000.0);
 }
 
 }  // namespace

@@ -4,12 +4,16 @@
 #include <cstdlib>
 #include <span>
 
+#include "host/pages/ControlClasses.h"
 #include "host/pages/DialogTemplate.h"
+#include "host/pages/PageFrame.h"
 #include "platform/PageControls.h"
 #include "properties/PageNames.h"
 #include "resources/Numbers.h"
 #include "tests/host/pages/RecordingPage.h"
 #include "tests/host/pages/SystemWindows_windows.h"
+// After the system's header.
+#include <commctrl.h>
 
 namespace vblur::host {
 namespace {
@@ -230,6 +234,86 @@ TEST(PageDialog, LeavesNothingBehind) {
   EXPECT_LE(LastGdiPlace(), place + 20);
   EXPECT_LE(userObjects(), users + 5);
   EXPECT_LE(gdiObjects(), gdis + 5);
+}
+
+// The classes of controls without one of them.
+class MissingClass {
+ public:
+  explicit MissingClass(const wchar_t* name) {
+    RegisterControlClasses();
+    class_.cbSize = sizeof(class_);
+    ::GetClassInfoExW(OwnModule(), name, &class_);
+    class_.lpszClassName = name;
+    EXPECT_TRUE(::UnregisterClassW(name, OwnModule()));
+  }
+  ~MissingClass() { EXPECT_NE(::RegisterClassExW(&class_), 0); }
+  MissingClass(const MissingClass&) = delete;
+  MissingClass& operator=(const MissingClass&) = delete;
+
+ private:
+  WNDCLASSEXW class_{};
+};
+
+TEST(PageDialog, IsNoneWithoutOneOfItsControls) {
+  RecordingPage page;
+  PageFrame::Hidden();
+  const std::vector<ModuleControl> controls{ShownControl(1, ModuleControlKind::Static, "a"),
+                                            ShownControl(2, ModuleControlKind::Static, ";class=dsnewcolorchipctrl"),
+                                            ShownControl(3, ModuleControlKind::Static, ";class=dsnewnumberctrl")};
+  const std::size_t windows = CountWindows();
+  // A dialog that the system does not make, and one that it makes without the control.
+  for (const std::uint32_t style : {0u, static_cast<std::uint32_t>(DS_NOFAILCREATE)}) {
+    const MissingClass missing(L"dsnewnumberctrl");
+    EXPECT_EQ(PageDialog::Make({kDialogNumber, 190, 160, "Arial", 11, WS_CHILD | style, controls}, page), nullptr);
+    EXPECT_EQ(CountWindows(), windows) << style;
+  }
+  EXPECT_NE(PageDialog::Make({kDialogNumber, 190, 160, "Arial", 11, WS_CHILD, controls}, page), nullptr);
+}
+
+// The tool tips of a dialog's window.
+HWND ToolTipsOf(HWND dialog) {
+  struct Search {
+    HWND dialog;
+    HWND found = nullptr;
+  } search{dialog};
+  static constexpr auto kLook = [](HWND window, LPARAM searched) -> BOOL {
+    auto& for_ = *reinterpret_cast<Search*>(searched);
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    if (ClassOf(window) != TOOLTIPS_CLASSA ||
+        !::SendMessageW(window, TTM_ENUMTOOLSW, 0, reinterpret_cast<LPARAM>(&tool)))
+      return TRUE;
+    if (tool.hwnd == for_.dialog) for_.found = window;
+    return for_.found == nullptr ? TRUE : FALSE;
+  };
+  ::EnumThreadWindows(::GetCurrentThreadId(), kLook, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+TEST(PageDialog, GivesTheSystemTheTextsOfToolTips) {
+  PagedEffect user(EffectKind::Other);
+  std::size_t texts = 0;
+  for (const std::string_view name : pages::kAll) {
+    const OpenedPage& page = user.session.Pages().Show(name);
+    const HWND tips = ToolTipsOf(page.dialog->Handle());
+    ASSERT_NE(tips, nullptr) << name;
+    for (const auto& item : page.dialog->Items()) {
+      std::array<wchar_t, 1024> text{};
+      TTTOOLINFOW tool{};
+      tool.cbSize = TTTOOLINFOW_V1_SIZE;
+      tool.hwnd = page.dialog->Handle();
+      tool.uId = reinterpret_cast<UINT_PTR>(item->Handle());
+      tool.lpszText = text.data();
+      ::SendMessageW(tips, TTM_GETTEXTW, text.size(), reinterpret_cast<LPARAM>(&tool));
+      const std::wstring shown(text.data());
+      EXPECT_EQ(std::u16string(shown.begin(), shown.end()), item->ToolTip()) << name << " " << item->Id();
+      texts += shown.empty() ? 0 : 1;
+      if (name == pages::kFullBlur && item->Id() == full_blur::kBlur) {
+        EXPECT_EQ(shown, L"Amount to blur by (in pixels).");
+      }
+    }
+  }
+  EXPECT_GT(texts, 30u);
 }
 
 TEST(PageDialog, IsNoneWithoutItsResource) {

@@ -11,42 +11,14 @@
 #include <vector>
 
 #include "resources/Numbers.h"
+#include "tests/host/pages/PickerUser_windows.h"
 #include "tests/host/pages/SystemWindows_windows.h"
+#include "tests/host/pages/WindowPicture_windows.h"
 // After the system's header.
 #include <commctrl.h>
 
 namespace vblur::host {
 namespace {
-
-struct Picture {
-  LONG width = 0;
-  LONG height = 0;
-  std::vector<std::uint32_t> pixels;  // blue, green, red, from the bottom up
-};
-
-// What a window shows on the screen, without its frame.
-Picture PictureOf(HWND window) {
-  RECT area{};
-  ::GetClientRect(window, &area);
-  Picture picture{area.right, area.bottom, {}};
-  picture.pixels.resize(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height));
-  const HDC screen = ::GetDC(nullptr);
-  const HDC memory = ::CreateCompatibleDC(screen);
-  const HBITMAP bitmap = ::CreateCompatibleBitmap(screen, picture.width, picture.height);
-  const HGDIOBJ before = ::SelectObject(memory, bitmap);
-  ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-  const HDC shown = ::GetDC(window);
-  ::BitBlt(memory, 0, 0, picture.width, picture.height, shown, 0, 0, SRCCOPY);
-  ::ReleaseDC(window, shown);
-  BITMAPINFO info{};
-  info.bmiHeader = {sizeof(BITMAPINFOHEADER), picture.width, picture.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  ::SelectObject(memory, before);
-  ::GetDIBits(memory, bitmap, 0, static_cast<UINT>(picture.height), picture.pixels.data(), &info, DIB_RGB_COLORS);
-  ::DeleteObject(bitmap);
-  ::DeleteDC(memory);
-  ::ReleaseDC(nullptr, screen);
-  return picture;
-}
 
 // A BMP file, for docs/.
 void Write(const Picture& picture, const std::string& file) {
@@ -146,6 +118,15 @@ TEST(PageFrame, UndoesAndChangesPagesByKeys) {
   EXPECT_EQ(user.Front().name, listed.back()) << "around the end";
 }
 
+TEST(PageFrame, LeavesTheCharactersOfAltGrAlone) {
+  OnScreen screen("show FullBlurPPG\nset Blur 40\nset Blur 50");
+  screen.Press(screen.frame->Handle(), 'Z', {VK_CONTROL, VK_MENU});
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 50.0);
+  screen.user.History().Undo();
+  screen.Press(screen.frame->Handle(), 'Y', {VK_CONTROL, VK_MENU});
+  EXPECT_EQ(screen.user.ValueAt("Blur"), 40.0);
+}
+
 TEST(PageFrame, ChangesPagesFromAFieldWhoseTextCounts) {
   OnScreen screen;
   const HWND blur = screen.Window(resources::full_blur::kBlur);
@@ -199,27 +180,80 @@ TEST(PageFrame, GivesTheFocusBackToWhatHadIt) {
   }
 }
 
-// Cancels the system's picker.
-void CALLBACK ClosePicker(HWND, UINT, UINT_PTR timer, DWORD) {
-  static constexpr auto kCancel = [](HWND window, LPARAM found) -> BOOL {
-    if (ClassOf(window) != "#32770" || !::IsWindowVisible(window)) return TRUE;
-    *reinterpret_cast<bool*>(found) = true;
-    ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
-    return FALSE;
-  };
-  bool found = false;
-  ::EnumThreadWindows(::GetCurrentThreadId(), kCancel, reinterpret_cast<LPARAM>(&found));
-  if (found) ::KillTimer(nullptr, timer);
-}
-
 TEST(PageFrame, GivesTheFocusBackToTheChipBehindThePicker) {
   OnScreen screen("show crop");
   const HWND chip = ChipOf(screen.user.Front()).Handle();
   ::SetFocus(chip);
-  ASSERT_NE(::SetTimer(nullptr, 0, 50, &ClosePicker), 0u);
+  const PickerUser picker;
   screen.Press(chip, VK_SPACE);
   Pump();
+  EXPECT_EQ(picker.Opened(), 1);
   EXPECT_EQ(::GetFocus(), chip);
+}
+
+// A list of the page in front, dropped.
+struct DroppedList : OnScreen {
+  explicit DroppedList(std::int32_t id) : list(Window(id)) {
+    ::SetFocus(list);
+    ::SendMessageW(list, CB_SHOWDROPDOWN, TRUE, 0);
+    EXPECT_TRUE(IsDropped());
+  }
+  bool IsDropped() const { return ::SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != FALSE; }
+  LRESULT Shown() const { return ::SendMessageW(list, CB_GETCURSEL, 0, 0); }
+
+  HWND list;
+};
+
+TEST(PageFrame, TakesNothingFromAListThatIsLeft) {
+  // By Escape, and for another control.
+  for (const bool escapes : {true, false}) {
+    SCOPED_TRACE(escapes);
+    DroppedList dropped(resources::full_blur::kMixBack);
+    PressKey(dropped.list, VK_DOWN);
+    PressKey(dropped.list, VK_DOWN);
+    EXPECT_EQ(dropped.Shown(), 2);
+    EXPECT_EQ(dropped.user.ValueAt("Mix Back"), 0.0) << "not yet chosen";
+    if (escapes) {
+      PressKey(dropped.list, VK_ESCAPE);
+    } else {
+      ::SetFocus(dropped.Window(resources::full_blur::kBlur));
+    }
+    EXPECT_FALSE(dropped.IsDropped());
+    EXPECT_EQ(dropped.Shown(), 0);
+    EXPECT_EQ(dropped.user.Entry("Mix Back"), "None");
+    EXPECT_EQ(dropped.user.ValueAt("Mix Back"), 0.0);
+    EXPECT_FALSE(dropped.user.History().CanUndo());
+    PressKey(dropped.list, VK_DOWN);
+    EXPECT_EQ(dropped.user.ValueAt("Mix Back"), 1.0) << "closed, it takes each entry";
+  }
+}
+
+TEST(PageFrame, TakesTheEntryOfADroppedListOnce) {
+  DroppedList dropped(resources::full_blur::kMixBack);
+  const auto expect = [&](double value, std::size_t steps) {
+    EXPECT_FALSE(dropped.IsDropped());
+    EXPECT_EQ(dropped.Shown(), value);
+    EXPECT_EQ(dropped.user.ValueAt("Mix Back"), value);
+    EXPECT_EQ(dropped.user.History().UndoDepth(), steps);
+  };
+  PressKey(dropped.list, VK_DOWN);
+  PressKey(dropped.list, VK_DOWN);
+  PressKey(dropped.list, VK_RETURN);
+  expect(2.0, 1);
+  // A click on the entry at the top.
+  ::SendMessageW(dropped.list, CB_SHOWDROPDOWN, TRUE, 0);
+  COMBOBOXINFO parts{};
+  parts.cbSize = sizeof(parts);
+  ASSERT_TRUE(::GetComboBoxInfo(dropped.list, &parts));
+  ::SendMessageW(parts.hwndList, LB_SETTOPINDEX, 0, 0);
+  for (const UINT message : {UINT{WM_LBUTTONDOWN}, UINT{WM_LBUTTONUP}})
+    MoveMouse(parts.hwndList, message, 9);
+  expect(0.0, 2);
+  // What comes back by an undo may be chosen anew.
+  EXPECT_TRUE(dropped.user.History().Undo());
+  expect(2.0, 1);
+  PressKey(dropped.list, VK_HOME);
+  expect(0.0, 2);
 }
 
 TEST(PageFrame, GoesOnFromAControlThatThePageDisables) {
