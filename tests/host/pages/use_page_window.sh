@@ -9,7 +9,7 @@ command -v xdotool >/dev/null && command -v Xvfb >/dev/null || { echo "xdotool o
 
 # A screen and a Wine of its own: no other window takes the keys.
 if [ -z "${VBLUR_OWN_SCREEN:-}" ]; then
-  VBLUR_OWN_SCREEN=1 DISPLAY='' exec "$tools/with-screen" "$0" "$@"
+  VBLUR_OWN_SCREEN=1 VBLUR_SCREEN='' exec "$tools/with-screen" "$0" "$@"
 fi
 scratch=$(mktemp -d)
 export VBLUR_WINEPREFIX=$scratch/prefix
