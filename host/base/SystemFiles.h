@@ -32,6 +32,10 @@ std::vector<std::filesystem::path> EntriesOf(const std::filesystem::path& folder
 // that have the file for themselves.
 std::string TryToRead(const std::filesystem::path& file);
 
+// Makes a file of these bytes, in place of an old one. Others may remove it meanwhile. The error in words; empty for
+// success.
+std::string WriteWhole(const std::filesystem::path& file, std::string_view bytes);
+
 // Puts what was written into a file, or the names in a folder, on the disk. The error in words; empty for success, and
 // where the file system keeps them by other means.
 std::string SyncFile(const std::filesystem::path& file);

@@ -1,6 +1,7 @@
 #include "host/base/SystemFiles.h"
 
 #include <cerrno>
+#include <fstream>
 #include <system_error>
 
 #include <fcntl.h>
@@ -49,6 +50,15 @@ std::string TryToRead(const std::filesystem::path& file) {
   if (opened < 0) return TextOf(errno);
   ::close(opened);
   return {};
+}
+
+std::string WriteWhole(const std::filesystem::path& file, std::string_view bytes) {
+  errno = 0;
+  std::ofstream stream(file, std::ios::binary);
+  stream << bytes;
+  stream.close();
+  if (stream) return {};
+  return errno == 0 ? "the system reports an error" : TextOf(errno);
 }
 
 std::string SyncFile(const std::filesystem::path& file) {

@@ -1,5 +1,7 @@
 #include "host/base/SystemFiles.h"
 
+#include <algorithm>
+
 #include "host/base/LongPath.h"
 #include "host/base/LongPath_windows.h"
 #include "host/base/SystemError_windows.h"
@@ -85,6 +87,26 @@ std::string TryToRead(const std::filesystem::path& file) {
     return handle != INVALID_HANDLE_VALUE && CloseHandle(handle) != 0;
   });
   return error == 0 ? std::string() : SystemErrorText(error);
+}
+
+std::string WriteWhole(const std::filesystem::path& file, std::string_view bytes) {
+  constexpr std::size_t kPiece = std::size_t{16} << 20;
+  const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), GENERIC_WRITE, kAnySharing, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return LastErrorText();
+  std::string error;
+  while (!bytes.empty() && error.empty()) {
+    DWORD done = 0;
+    const auto piece = static_cast<DWORD>(std::min(bytes.size(), kPiece));
+    if (WriteFile(handle, bytes.data(), piece, &done, nullptr) == 0) {
+      error = LastErrorText();
+    } else if (done != piece) {
+      error = SystemErrorText(ERROR_DISK_FULL);
+    }
+    bytes.remove_prefix(piece);
+  }
+  if (CloseHandle(handle) == 0 && error.empty()) error = LastErrorText();
+  return error;
 }
 
 std::string SyncFile(const std::filesystem::path& file) {

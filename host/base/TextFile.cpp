@@ -13,6 +13,7 @@
 #include "host/base/Failure.h"
 #include "host/base/LongPath.h"
 #include "host/base/StandardStream.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 
 namespace vblur::host {
@@ -80,16 +81,9 @@ std::string ReadTextFile(const std::filesystem::path& path, const std::string& k
 
 std::unique_ptr<OutputFileCommit> WriteTextBeside(const std::string& text, const std::filesystem::path& path,
                                                   const std::string& kind) {
-  const auto fail = [&] {
-    Refuse(ExitCode::CannotWrite, Utf8Of(path), "cannot write the " + kind + ": " + LastError());
-  };
   auto commit = std::make_unique<OutputFileCommit>(path);
-  errno = 0;
-  std::ofstream file(commit->WrittenPath(), std::ios::binary);
-  if (!file) fail();
-  file << text;
-  file.close();
-  if (!file) fail();
+  if (const std::string error = WriteWhole(commit->WrittenPath(), text); !error.empty())
+    Refuse(ExitCode::CannotWrite, Utf8Of(path), "cannot write the " + kind + ": " + error);
   commit->Sync();
   return commit;
 }

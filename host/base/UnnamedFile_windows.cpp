@@ -5,11 +5,14 @@
 
 #include <fcntl.h>
 #include <io.h>
-#include <share.h>
-#include <sys/stat.h>
 
 #include "host/base/PartFiles.h"
 #include "host/base/Utf8.h"
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
 
 namespace vblur::host {
 
@@ -22,11 +25,18 @@ UnnamedFile::UnnamedFile() {
   RemoveAbandonedParts(folder);
   path_ = PartFileFor(folder / "vblur");
   note_ = std::make_unique<PartFileNote>(path_);
-  constexpr int kHow = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
-  const errno_t wrong = _wsopen_s(&descriptor_, path_.c_str(), kHow, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-  if (wrong != 0) {
-    throw std::system_error(wrong, std::generic_category(), Utf8Of(folder) + " takes no temporary files");
-  }
+  // It may be removed while it is open, for a process that has to end at once.
+  constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE file = CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE, kSharing, nullptr, CREATE_NEW,
+                                  FILE_ATTRIBUTE_TEMPORARY, nullptr);
+  if (file != INVALID_HANDLE_VALUE)
+    descriptor_ = _open_osfhandle(reinterpret_cast<intptr_t>(file), _O_BINARY | _O_NOINHERIT);
+  if (descriptor_ >= 0) return;
+  // In the words of other systems.
+  const auto wrong = std::system_category().default_error_condition(static_cast<int>(GetLastError()));
+  if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+  throw std::system_error(std::error_code(wrong.value(), wrong.category()),
+                          Utf8Of(folder) + " takes no temporary files");
 }
 
 UnnamedFile::~UnnamedFile() {

@@ -1,5 +1,6 @@
 #include "host/base/SystemFiles.h"
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -99,6 +100,29 @@ TEST(SystemFiles, AFileThatIsOpenForAMomentIsReplaced) {
   EXPECT_EQ(MoveOver(scratch.Write("b.txt", "new"), target), "");
   closing.join();
   EXPECT_EQ(TextOf(target), "new");
+}
+
+// By a process that has to end at once.
+TEST(SystemFiles, AFileThatIsBeingWrittenMayBeRemoved) {
+  const ScratchFolder scratch;
+  const auto file = scratch.path() / "a.txt";
+  std::atomic<bool> isWritten = false;
+  std::thread writing([&] {
+    EXPECT_EQ(WriteWhole(file, std::string(std::size_t{48} << 20, 'x')), "");
+    isWritten = true;
+  });
+  int kept = 0;
+  bool ends = false;
+  while (!ends) {
+    ends = isWritten;
+    const HANDLE open = CreateFileW(file.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+    kept += open == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION ? 1 : 0;
+    if (open != INVALID_HANDLE_VALUE) CloseHandle(open);
+  }
+  writing.join();
+  EXPECT_EQ(kept, 0);
+  EXPECT_EQ(std::filesystem::file_size(file), std::uintmax_t{48} << 20);
 }
 
 }  // namespace
