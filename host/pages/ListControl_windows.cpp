@@ -34,8 +34,10 @@ std::int32_t ListControl::Count() const {
 
 bool ListControl::Choose(std::int32_t index) {
   if (!TakesInput() || !Has(index)) return false;
-  if (index == Selected()) return true;
   const auto held = Hold();
+  // Left as it was before it dropped.
+  if (Send(CB_GETDROPPEDSTATE) != FALSE) Send(CB_SHOWDROPDOWN, FALSE);
+  if (index == Selected()) return true;
   Send(CB_SETCURSEL, static_cast<WPARAM>(index));
   // As the list sends it to its dialog once the user has chosen.
   const auto id = static_cast<WORD>(Id());
