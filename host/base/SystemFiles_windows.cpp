@@ -1,6 +1,7 @@
 #include "host/base/SystemFiles.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "host/base/LongPath.h"
 #include "host/base/LongPath_windows.h"
@@ -41,11 +42,22 @@ bool IsHeld(const std::filesystem::path& file) {
   return false;
 }
 
+// COM and LPT with the characters for raised 1, 2 and 3: devices too, though not for every function of the system.
+bool IsPortWithARaisedNumber(const std::wstring& name) {
+  const std::wstring stem = name.substr(0, name.find_first_of(L".: "));
+  if (stem.size() != 4 || std::wstring_view(L"\u00b9\u00b2\u00b3").find(stem[3]) == std::wstring_view::npos)
+    return false;
+  std::wstring port = stem.substr(0, 3);
+  CharUpperW(port.data());
+  return port == L"COM" || port == L"LPT";
+}
+
 }  // namespace
 
 std::string FlawOfName(const std::filesystem::path& file) {
   // Such as nul, con and, with some systems, nul.png.
-  if (FullPathOf(file).starts_with(L"\\\\.\\")) return "it is a device, a file name was expected";
+  if (FullPathOf(file).starts_with(L"\\\\.\\") || IsPortWithARaisedNumber(file.filename().native()))
+    return "it is a device, a file name was expected";
   // A colon would begin the name of a stream in a file.
   const std::filesystem::path plain = WithoutLongPrefix(file.native());
   if (plain.relative_path().native().find_first_of(L"<>:\"|?*") != std::wstring::npos)
@@ -54,9 +66,11 @@ std::string FlawOfName(const std::filesystem::path& file) {
     return "it lies in whatever folder is the current one of drive " + Utf8Of(plain.root_name()) + ", expected " +
            Utf8Of(plain.root_name()) + "\\ and the folders, or no drive";
   // The system leaves them out: the file would have another name.
-  const std::wstring name = plain.filename().native();
-  const bool isFolder = name.empty() || name == L"." || name == L"..";
-  if (!isFolder && (name.back() == L'.' || name.back() == L' ')) return "a file name ends in no dot and no blank";
+  for (const std::filesystem::path& part : plain.relative_path()) {
+    const std::wstring& name = part.native();
+    if (name.empty() || name == L"." || name == L"..") continue;
+    if (name.back() == L'.' || name.back() == L' ') return "the name of a file or folder ends in no dot and no blank";
+  }
   return {};
 }
 

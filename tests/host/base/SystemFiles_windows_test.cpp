@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/base/Utf8.h"
 #include "tests/support/host/ScratchFolder.h"
 
 #ifndef NOMINMAX
@@ -27,6 +28,10 @@ std::string TextOf(const std::filesystem::path& file) {
 TEST(SystemFiles, NamesOfDevicesAndStreamsAreNoFiles) {
   for (const char* name : {"nul", "NUL", "con", "folder\\nul"})
     EXPECT_EQ(FlawOfName(name), "it is a device, a file name was expected") << name;
+  for (const wchar_t* name : {L"com\u00b9.png", L"b\\LPT\u00b2", L"Com\u00b3 .png"})
+    EXPECT_EQ(FlawOfName(name), "it is a device, a file name was expected") << Utf8Of(std::filesystem::path(name));
+  for (const wchar_t* name : {L"com\u00b9a.png", L"co\u00b9.png", L"com4a\u00b9.png"})
+    EXPECT_EQ(FlawOfName(name), "") << Utf8Of(std::filesystem::path(name));
   for (const char* name : {"a?.png", "a*.png", "shot:1.png", "a|b", "<a>"})
     EXPECT_EQ(FlawOfName(name), R"(a file name holds none of < > : " | ? *)") << name;
   for (const char* name : {"a.png", "C:\\b\\a.png", "\\b\\a.png", "..\\a.png", "..", "\\\\?\\C:\\b\\a.png"})
@@ -43,8 +48,8 @@ TEST(SystemFiles, ADriveWithoutAFolderIsNoPlace) {
 
 // The system makes a file of another name.
 TEST(SystemFiles, NoNameEndsInADotOrABlank) {
-  for (const char* name : {"a.png.", "a.png ", "C:\\b\\a. ", "a..."})
-    EXPECT_EQ(FlawOfName(name), "a file name ends in no dot and no blank") << name;
+  for (const char* name : {"a.png.", "a.png ", "C:\\b\\a. ", "a...", "b./a.png", "C:\\b \\a.png", "b."})
+    EXPECT_EQ(FlawOfName(name), "the name of a file or folder ends in no dot and no blank") << name;
 }
 
 TEST(SystemFiles, ReplacesAFile) {

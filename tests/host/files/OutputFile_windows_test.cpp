@@ -131,8 +131,8 @@ TEST_F(OutputFile, NamesOfDevicesStreamsAndDrivesAreRefused) {
   const OutputOptions asPng{.storage = {.format = "png"}};
   const auto dotted =
       CaughtFailure([&] { PictureWriter().WriteBeside(folder_.path() / "out.", image_, nullptr, asPng).Commit(); });
-  EXPECT_EQ(dotted->what(),
-            (folder_.path() / "out.").string() + ": cannot write: a file name ends in no dot and no blank");
+  EXPECT_EQ(dotted->what(), (folder_.path() / "out.").string() +
+                                ": cannot write: the name of a file or folder ends in no dot and no blank");
   EXPECT_TRUE(NamesIn(folder_.path()).empty());
 }
 
