@@ -150,6 +150,7 @@ enum Tag : std::uint16_t {
   kTiles = 324,
   kTileBytes = 325,
   kExtraSamples = 338,
+  kSampleFormat = 339,
 };
 
 // All reds, then all greens and blues, of 16 bits each. Those of 8 bits times 257 come back.
@@ -180,8 +181,13 @@ void ReadTiff(File& file, FileHeader& header) {
   header.isBig = tags.IsBig();
   header.isPlanar = header.channels > 1 && tags.Number(kPlanes, 1) == 2;
   const std::int64_t extra = tags.Number(kExtraSamples, 0);
-  header.hasAlpha = tags.Has(kExtraSamples) && extra <= 2;
-  header.associatedAlpha = tags.Has(kExtraSamples) && extra == 1;
+  constexpr std::int64_t kRgb = 2;
+  constexpr std::int64_t kSigned = 2;
+  header.hasAlpha = extra == 1 || extra == 2;
+  const bool isOneMore = meaning <= kRgb && header.channels == (header.isGrey ? 2 : 4);
+  header.hasUnknownChannel = isOneMore && !header.hasAlpha;
+  header.isSigned = tags.Number(kSampleFormat, 1) == kSigned;
+  header.associatedAlpha = extra == 1;
   header.tileWidth = static_cast<std::int32_t>(tags.Number(kTileWidth, 0));
   header.tileHeight = static_cast<std::int32_t>(tags.Number(kTileHeight, 0));
   header.compression = NameOfTiffCompression(tags.Number(kCompression, 1));

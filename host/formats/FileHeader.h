@@ -27,7 +27,9 @@ struct FileHeader {
   bool isPalette = false;
   bool hasInks = false;
   bool associatedAlpha = false;
-  bool isWhiteLeast = false;  // the least value of its grey is white
+  bool hasUnknownChannel = false;  // the last one, of which a TIFF file does not say that it is alpha
+  bool isSigned = false;           // samples of a TIFF file may lie below zero
+  bool isWhiteLeast = false;       // the least value of its grey is white
   // Of a TIFF file; 0: it has none.
   bool isPlanar = false;  // all values of a channel stand together
   bool isBig = false;     // numbers begin with their high bytes

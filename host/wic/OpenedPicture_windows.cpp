@@ -58,6 +58,10 @@ void RequireSound(const std::filesystem::path& path, const FileHeader& header, s
     RefuseToRead(path, "not a picture, or one of another format, expected one of png, tif, jpg, bmp");
   if (header.width <= 0 || header.height <= 0 || header.channels <= 0)
     RefuseToRead(path, "it has no pixels (" + PixelsOf(header.width, header.height) + ")");
+  if (header.isSigned) RefuseToRead(path, "signed samples are not read here, expected unsigned ones or floats");
+  if (header.hasUnknownChannel)
+    RefuseToRead(path, "channel " + std::to_string(header.channels) +
+                           " is not said to be alpha and is not read here, expected alpha or one channel less");
   if (header.isWhiteLeast) RequireKnownWhite(path, header);
   RequirePixels(path, header.width, header.height, header.channels, "", mostPixels);
   if (!header.isWhole)

@@ -106,8 +106,13 @@ class Run:
             picture.unlink()
 
         def start(job):
-            return platform.run(platform.program, "job", "job.json", "--cpu", row.level, "--threads", row.threads,
-                                "--overwrite", "--no-sync", folder=job.parent)
+            command = [platform.program, "job", "job.json", "--cpu", row.level, "--threads", row.threads, "--overwrite",
+                       "--no-sync"]
+            code, out, err = platform.run(*command, folder=job.parent)
+            # A program says why it fails: this one was not started, as happens with Wine on a busy machine.
+            if code != 0 and not err.strip() and platform.runner:
+                return platform.run(*command, folder=job.parent)
+            return code, out, err
 
         for name, (code, _, err) in zip(jobs, self.pool.map(start, jobs.values())):
             if code != 0:

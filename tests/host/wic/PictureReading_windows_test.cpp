@@ -177,6 +177,15 @@ TEST_F(PictureReading, WhatTheCodecDoesNotReadIsRefusedInWords) {
   }
   EXPECT_EQ(refusal(TiffBytes(2, 2, 32, 1, std::string(16, 'x')).Short(262, {0})),
             name + "grey of 32 bits whose least value is white is not read here, expected the least to be black");
+  for (const int bits : {8, 16}) {
+    const auto pixels = [&](int channels) { return std::string(static_cast<std::size_t>(channels * bits / 2), 'x'); };
+    EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 3, pixels(3)).Short(339, {2, 2, 2})),
+              name + "signed samples are not read here, expected unsigned ones or floats");
+    const std::string unknown = " is not said to be alpha and is not read here, expected alpha or one channel less";
+    EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 4, pixels(4)).Short(338, {0})), name + "channel 4" + unknown);
+    EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 4, pixels(4))), name + "channel 4" + unknown);
+    EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 2, pixels(2)).Short(338, {0})), name + "channel 2" + unknown);
+  }
 }
 
 TEST_F(PictureReading, FurtherPicturesAreTold) {
