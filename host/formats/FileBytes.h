@@ -1,11 +1,24 @@
-// Whole numbers in the bytes of a file.
+// Bytes of a file, and whole numbers in them.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <istream>
+#include <string>
 #include <string_view>
 
 namespace vblur::host {
+
+// Fewer bytes where the file ends before.
+inline std::string ReadAt(std::istream& file, std::int64_t at, std::size_t count) {
+  std::string bytes(count, '\0');
+  file.clear();
+  file.seekg(at);
+  file.read(bytes.data(), static_cast<std::streamsize>(count));
+  bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file.gcount())));
+  return bytes;
+}
 
 inline std::int64_t Byte(std::string_view bytes, std::size_t at) {
   return static_cast<unsigned char>(bytes[at]);

@@ -22,15 +22,6 @@ constexpr std::uint16_t kExifTag = 0x8769;
 constexpr std::uint16_t kGps = 0x8825;
 constexpr std::uint16_t kIptcTag = 33723;
 
-std::string ReadAt(std::ifstream& file, std::int64_t at, std::size_t count) {
-  std::string bytes(count, '\0');
-  file.clear();
-  file.seekg(at);
-  file.read(bytes.data(), static_cast<std::streamsize>(count));
-  bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file.gcount())));
-  return bytes;
-}
-
 void AddPngScale(std::string_view data, FileExtras& extras) {
   if (data.size() < 9) return;
   const auto x = static_cast<double>(Big32(data, 0));

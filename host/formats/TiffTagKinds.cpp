@@ -4,6 +4,7 @@
 #include <array>
 #include <fstream>
 
+#include "host/formats/FileBytes.h"
 #include "host/formats/TiffTags.h"
 
 namespace vblur::host {
@@ -25,16 +26,7 @@ std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::s
   constexpr std::uint16_t kXmp = 700;
   constexpr std::size_t kMostNamed = 10;
   std::ifstream file(path, std::ios::binary);
-  const TiffTags tags(
-      [&](std::int64_t at, std::size_t count) {
-        std::string bytes(count, '\0');
-        file.clear();
-        file.seekg(at);
-        file.read(bytes.data(), static_cast<std::streamsize>(count));
-        bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(0, file.gcount())));
-        return bytes;
-      },
-      0);
+  const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); }, 0);
   std::vector<std::string> kinds;
   std::string numbers;
   std::size_t count = 0;
