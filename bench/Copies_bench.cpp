@@ -20,7 +20,7 @@ void fourCopies(benchmark::State& state, std::int32_t threads, const Size& size)
   useThreads(threads);
   Pictures<Pixel>& all = pictures<Pixel>(size);
   clear(all.result);
-  SimpleCopySampler<Pixel, Ri> copy;
+  SimpleCopySampler<Pixel, FilterAccum<Pixel>> copy;
   for (auto _ : state) {
     copy.process(&all.source, &all.between);
     copy.process(&all.between, &all.result);
@@ -119,7 +119,7 @@ void addRowCases() {
 }
 
 template <class Pixel>
-void addCases(const Plan& plan) {
+void addFourCopies(const Plan& plan) {
   const std::int32_t depth = 8 * static_cast<std::int32_t>(sizeof(ComponentOf<Pixel>));
   for (const Size& size : plan.sizes()) {
     for (const std::int32_t threads : {1, 2}) {
@@ -127,6 +127,12 @@ void addCases(const Plan& plan) {
               [=](benchmark::State& state) { fourCopies<Pixel>(state, threads, size); });
     }
   }
+}
+
+template <class Pixel>
+void addCases(const Plan& plan) {
+  const std::int32_t depth = 8 * static_cast<std::int32_t>(sizeof(ComponentOf<Pixel>));
+  addFourCopies<Pixel>(plan);
   addCase(CaseName("copyboth").with("depth", depth).with("threads", 1).with(Size()),
           [](benchmark::State& state) { copySourceAndResult<Pixel>(state, Size()); });
   addRowCases<Pixel>();
@@ -137,6 +143,7 @@ void addCases(const Plan& plan) {
 void addCopyCases(const Plan& plan) {
   addCases<R8>(plan);
   addCases<R16>(plan);
+  addFourCopies<Rf>(plan);
 }
 
 }  // namespace vblur::bench

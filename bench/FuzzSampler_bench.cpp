@@ -1,6 +1,5 @@
 // The whole filter: radii, channel choices, instruction sets and picture sizes.
 #include "bench/Pictures.h"
-#include "blur/FuzzSampler.h"
 #include "image/HvCpu.h"
 
 namespace vblur::bench {
@@ -22,7 +21,7 @@ constexpr const char* kModeNames[] = {"RGBA", "Alpha",     "RGB", "Grey", "Red",
 template <class Pixel>
 void blur(benchmark::State& state, const BlurCase& blurCase, const std::string& picture) {
   Pictures<Pixel>& all = pictures<Pixel>(blurCase.size);
-  FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
+  Blur<Pixel> sampler;
   sampler.sizeX = sampler.sizeY = blurCase.radius;
   sampler.method = blurCase.method;
   sampler.mode = blurCase.mode;
@@ -84,6 +83,7 @@ void addCases(const Plan& plan) {
 void addBlurCases(const Plan& plan) {
   addCases<R8>(plan);
   addCases<R16>(plan);
+  addCases<Rf>(plan);
 }
 
 }  // namespace vblur::bench

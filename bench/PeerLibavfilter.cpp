@@ -19,7 +19,9 @@ namespace vblur::bench {
 namespace {
 
 template <class Pixel>
-constexpr AVPixelFormat kFormat = sizeof(ComponentOf<Pixel>) == 1 ? AV_PIX_FMT_GBRAP : AV_PIX_FMT_GBRAP16;
+constexpr AVPixelFormat kFormat = sizeof(ComponentOf<Pixel>) == 1   ? AV_PIX_FMT_GBRAP
+                                  : sizeof(ComponentOf<Pixel>) == 2 ? AV_PIX_FMT_GBRAP16
+                                                                    : AV_PIX_FMT_GBRAPF32;
 
 struct FreeFrame {
   void operator()(AVFrame* frame) const { av_frame_free(&frame); }
@@ -135,7 +137,8 @@ void addCases(const Plan& plan) {
     };
     // The default of one recursive step per axis, which is the fastest: a two-sided exponential.
     add("FFmpeg gblur", PeerShape::HeavyTails, "gblur=sigma=" + std::to_string(sigmaOfRadius(radius)));
-    if (radius < 1.0f) continue;
+    // The others have no floats.
+    if (radius < 1.0f || !Pixel::kIntegral) continue;
     add("FFmpeg boxblur", PeerShape::Gaussian, "boxblur=luma_radius=" + whole + ":luma_power=3");
     add("FFmpeg 3 x avgblur", PeerShape::Gaussian, average + "," + average + "," + average);
   }
@@ -149,6 +152,7 @@ void addLibavfilterCases(const Plan& plan) {
                               std::to_string(avfilter_version() >> 16) + " of FFmpeg " + av_version_info());
   addCases<R8>(plan);
   addCases<R16>(plan);
+  addCases<Rf>(plan);
 }
 
 }  // namespace vblur::bench

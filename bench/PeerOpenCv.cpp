@@ -12,8 +12,9 @@ namespace vblur::bench {
 namespace {
 
 template <class Pixel>
-cv::Mat matOf(const HvTexture<Pixel, Ri>& texture) {
-  const int type = sizeof(ComponentOf<Pixel>) == 1 ? CV_8UC4 : CV_16SC4;
+cv::Mat matOf(const typename Pictures<Pixel>::Texture& texture) {
+  constexpr std::size_t kBytes = sizeof(ComponentOf<Pixel>);
+  const int type = kBytes == 1 ? CV_8UC4 : kBytes == 2 ? CV_16SC4 : CV_32FC4;
   return cv::Mat(texture.height(), texture.width(), type, texture.data, static_cast<std::size_t>(texture.stride));
 }
 
@@ -21,9 +22,9 @@ template <class Pixel, class Filter>
 void measure(benchmark::State& state, std::int32_t threads, float radius, const Filter& filter) {
   const Size size;
   Pictures<Pixel>& all = pictures<Pixel>(size);
-  const cv::Mat source = matOf(all.source);
-  cv::Mat between = matOf(all.between);
-  cv::Mat result = matOf(all.result);
+  const cv::Mat source = matOf<Pixel>(all.source);
+  cv::Mat between = matOf<Pixel>(all.between);
+  cv::Mat result = matOf<Pixel>(all.result);
   likenessOfOurs<Pixel>(size, radius);
   clear(all.result);
   cv::setNumThreads(threads);
@@ -86,6 +87,7 @@ void addOpenCvCases(const Plan& plan) {
   benchmark::AddCustomContext("OpenCV", cv::getVersionString());
   addCases<R8>(plan);
   addCases<R16>(plan);
+  addCases<Rf>(plan);
 }
 
 }  // namespace vblur::bench

@@ -6,28 +6,34 @@
 #include <memory>
 #include <utility>
 
-#include "blur/FuzzSampler.h"
 #include "image/HvCpu.h"
 
 namespace vblur::bench {
 
 namespace {
 
-// What full intensity of 8 bits is in the pixels' scale.
+// A 256th of full intensity in the pixels' scale.
 template <class Pixel>
-constexpr std::int32_t kStep = (Pixel::kOne + 1) / 256;
+constexpr auto kStep = [] {
+  if constexpr (Pixel::kIntegral) {
+    return (Pixel::kOne + 1) / 256;
+  } else {
+    return 1.0f / 256.0f;
+  }
+}();
 
 template <class Pixel>
 void fill(Pictures<Pixel>& pictures) {
   using Component = ComponentOf<Pixel>;
+  using Whole = decltype(kStep<Pixel>);
   std::uint32_t noise = 1;
   for (std::int32_t y = 0; y < pictures.size.height; ++y) {
     for (std::int32_t x = 0; x < pictures.size.width; ++x) {
       noise = noise * 1664525u + 1013904223u;
       Pixel& pixel = *pictures.source.at(x, y);
-      pixel.red = static_cast<Component>(static_cast<std::int32_t>(noise >> 18) * kStep<Pixel> / 64);
-      pixel.green = static_cast<Component>((x & 255) * kStep<Pixel>);
-      pixel.blue = static_cast<Component>((y & 255) * kStep<Pixel>);
+      pixel.red = static_cast<Component>(static_cast<Whole>(noise >> 18) * kStep<Pixel> / 64);
+      pixel.green = static_cast<Component>(static_cast<Whole>(x & 255) * kStep<Pixel>);
+      pixel.blue = static_cast<Component>(static_cast<Whole>(y & 255) * kStep<Pixel>);
       pixel.alpha = Pixel::kOne;
     }
   }
@@ -129,7 +135,7 @@ const Likeness& likenessOfOurs(const Size& size, float radius) {
   const auto [entry, isNew] = known.try_emplace({size, radius});
   if (isNew) {
     Pictures<Pixel>& all = pictures<Pixel>(size);
-    FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
+    Blur<Pixel> sampler;
     sampler.sizeX = sampler.sizeY = radius;
     sampler.process(&all.source, &all.result);
     entry->second = likenessOfTexture(all.result, radius);
@@ -140,7 +146,7 @@ const Likeness& likenessOfOurs(const Size& size, float radius) {
 template <class Pixel>
 void checkPeer(benchmark::State& state, const Size& size, float radius, PeerShape shape, const Likeness& found) {
   // Large blurs of ours darken, so that the mean is compared with the source's and the spread with ours.
-  constexpr double kSteps = 2.0 * kStep<Pixel>;
+  constexpr double kSteps = 2.0 * static_cast<double>(kStep<Pixel>);
   const Likeness& source = likenessOfSource<Pixel>(size, radius);
   const Likeness& ours = likenessOfOurs<Pixel>(size, radius);
   const double allowance = kSteps + 0.05 * ours.spread;
@@ -158,15 +164,17 @@ double sigmaOfRadius(float radius) {
   return std::sqrt(3.0 * squares / (2.0 * r + 1.0 + 2.0 * f));
 }
 
-#define VBLUR_BENCH_INSTANCES(Pixel)                                                                          \
-  template struct Pictures<Pixel>;                                                                            \
-  template Pictures<Pixel>& pictures<Pixel>(const Size&);                                                     \
-  template const Likeness& likenessOfOurs<Pixel>(const Size&, float);                                         \
-  template void checkPeer<Pixel>(benchmark::State&, const Size&, float, PeerShape, const Likeness&);          \
-  template std::uint64_t hashByTwin(const std::string&, HvTexture<Pixel, Ri>&, const std::function<void()>&); \
+#define VBLUR_BENCH_INSTANCES(Pixel)                                                                 \
+  template struct Pictures<Pixel>;                                                                   \
+  template Pictures<Pixel>& pictures<Pixel>(const Size&);                                            \
+  template const Likeness& likenessOfOurs<Pixel>(const Size&, float);                                \
+  template void checkPeer<Pixel>(benchmark::State&, const Size&, float, PeerShape, const Likeness&); \
   template std::uint64_t hashByTwin(const std::string&, HvTexture<Pixel, Rf>&, const std::function<void()>&);
 VBLUR_BENCH_INSTANCES(R8)
 VBLUR_BENCH_INSTANCES(R16)
+VBLUR_BENCH_INSTANCES(Rf)
+template std::uint64_t hashByTwin(const std::string&, HvTexture<R8, Ri>&, const std::function<void()>&);
+template std::uint64_t hashByTwin(const std::string&, HvTexture<R16, Ri>&, const std::function<void()>&);
 #undef VBLUR_BENCH_INSTANCES
 
 }  // namespace vblur::bench

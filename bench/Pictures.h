@@ -4,17 +4,25 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <type_traits>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/Cases.h"
+#include "blur/FuzzSampler.h"
 #include "image/HvTexture.h"
 
 namespace vblur::bench {
 
+// What the filter sums pixels in, and the full scale of its chain.
+template <class Pixel>
+using FilterAccum = std::conditional_t<Pixel::kIntegral, Ri, Rf>;
+template <class Pixel>
+using Blur = FuzzSampler<Pixel, FilterAccum<Pixel>, Pixel::kMax>;
+
 template <class Pixel>
 struct Pictures {
-  using Texture = HvTexture<Pixel, Ri>;
+  using Texture = HvTexture<Pixel, FilterAccum<Pixel>>;
 
   explicit Pictures(const Size& size);
 

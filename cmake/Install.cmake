@@ -12,7 +12,7 @@ install(TARGETS vblur_server vblur_sdk_system vblur_sdk_effects vblur_sdk_viewer
   LIBRARY DESTINATION ${vblur_plugin_folder}
   RUNTIME DESTINATION ${vblur_plugin_folder})
 if(VBLUR_BUILD_APPS AND NOT WIN32)
-  install(TARGETS vblur_host vblur_pictures vblur_host_gl
+  install(TARGETS vblur_host vblur_pictures vblur_light vblur_host_gl
     LIBRARY DESTINATION ${vblur_plugin_folder}
     RUNTIME DESTINATION ${vblur_plugin_folder})
 endif()

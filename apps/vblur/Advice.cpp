@@ -12,6 +12,7 @@ std::string Advice(const CLI::App& command, host::FailureKind kind) {
     offer("--overwrite", " to replace it");
     offer("--skip-existing", " to leave it");
   }
+  if (kind == host::FailureKind::IsInput) offer("--overwrite", " to replace it");
   if (kind == host::FailureKind::HoldsLess) offer("--overwrite", "=lossy to replace it all the same");
   if (kind == host::FailureKind::TooManyPixels) offer("--max-pixels", " to allow more");
   if (kind == host::FailureKind::NeedsMemory) offer("--memory", " to allow more");

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <span>
 #include <string>
 
@@ -52,8 +51,7 @@ void EndAtOnce() noexcept {
     // The result is ignored: the process ends.
     host::WriteSome(screen, std::span(lastWords).first(lastWordsSize));
   }
-  RestoreConsole();
-  std::_Exit(128 + caught);
+  EndProcess(128 + caught);
 }
 
 }  // namespace vblur::cli

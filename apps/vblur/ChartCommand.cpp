@@ -7,6 +7,7 @@
 #include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/jobs/FramePattern.h"
+#include "host/jobs/JobCheck.h"
 #include "host/studies/TestChart.h"
 
 namespace vblur::cli {
@@ -22,7 +23,7 @@ class ChartCommand : public Command {
         ->type_name("");
     AddTextOption(*App(), "--size", "WxH", "Size in pixels [1280x720]",
                   [this](const std::string& text) { size_ = ParseWholePair("--size", text, 'x'); });
-    AddTextOption(*App(), "--depth", "8|16", "Bits of a component [8]",
+    AddTextOption(*App(), "--depth", "8|16|32", "Bits of a component; 32 are floats [8]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
     AddFrameRangeOption(*App(), frames_);
     App()->add_flag("--overwrite", overwrite_, "Replace output files that exist");
@@ -48,7 +49,7 @@ class ChartCommand : public Command {
  private:
   void CheckOptions(const host::FramePattern& pattern) const {
     CheckPictureName(host::PathOf(pattern.FileName(0)));
-    if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
+    host::CheckDepth("--depth", depth_);
     if (size_[0] < 1 || size_[1] < 1) host::Refuse("--size", "expected at least 1x1");
     if (std::int64_t{4} * size_[0] > host::HostImage::kMostComponents / size_[1]) {
       host::Refuse("--size", "more than 2^31 components (4 a pixel)");

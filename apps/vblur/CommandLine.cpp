@@ -23,6 +23,7 @@
 #include "host/base/NameMatch.h"
 #include "host/base/PartFiles.h"
 #include "host/base/StandardStream.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 #include "host/base/Wildcards.h"
 
@@ -99,7 +100,9 @@ void ExpandShortForms(std::vector<std::string>& arguments, const CLI::App& app) 
   if (first == "help") return ExpandHelp(arguments, app);
   std::error_code error;
   const std::filesystem::path file = host::PathOf(first);
-  const bool isFile = host::IsStandardStream(first) || file.has_extension() || std::filesystem::exists(file, error);
+  // Names that no command has, such as those of devices, are told as what they are.
+  const bool isFile = host::IsStandardStream(first) || file.has_extension() || !host::FlawOfName(file).empty() ||
+                      std::filesystem::exists(file, error);
   if (!IsCommand(app, first) && isFile) arguments.insert(arguments.begin(), "render");
 }
 
@@ -298,8 +301,7 @@ Terminal* lastTerminal = nullptr;
 [[noreturn]] void EndLibrary() {
   host::RemoveNotedParts();
   if (lastTerminal != nullptr) lastTerminal->Fail(WhatEnds(std::current_exception()));
-  RestoreConsole();
-  std::_Exit(static_cast<int>(ExitCode::SomeFramesFailed));
+  EndProcess(static_cast<int>(ExitCode::SomeFramesFailed));
 }
 
 }  // namespace

@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <set>
 
+#include "host/base/Failure.h"
 #include "host/jobs/JobCheck.h"
 #include "host/properties/PropertyText.h"
+#include "host/sequence/JobPictures.h"
 #include "properties/PropertyTable.h"
 
 namespace vblur::cli {
@@ -26,6 +28,16 @@ std::set<double> UsedSizes(const host::Job& job) {
     sizes.insert(std::max(0.0, job.properties.ValueAt(blur, host::FrameTime(job, frame))));
   }
   return sizes;
+}
+
+// Floats keep flat areas at every size. False where the input cannot be read, which a frame says.
+bool IsRenderedInFloats(const host::Job& job) {
+  constexpr std::int32_t kFloats = 32;
+  try {
+    return host::JobPictures(job).DepthAt(host::ResolveFrames(job).FrameAt(0)) == kFloats;
+  } catch (const host::Failure&) {
+    return false;
+  }
 }
 
 }  // namespace
@@ -49,7 +61,7 @@ std::string FormatPercent(double part) {
 void WarnOfFlatAreas(const host::Job& job, const host::EffectFactory& makeEffect, Terminal& terminal) {
   if (terminal.IsQuiet()) return;
   const FlatAreaLoss largest = LargestFlatAreaLoss(job, host::HostedEffect(makeEffect()));
-  if (largest.loss <= kShowing) return;
+  if (largest.loss <= kShowing || IsRenderedInFloats(job)) return;
   terminal.Warn("at a Blur of " + host::FormatNumber(largest.blur) + " flat areas of the blurred picture lose " +
                 FormatPercent(largest.loss) + " of their value; see vblur properties Blur --size " +
                 host::FormatNumber(largest.blur));

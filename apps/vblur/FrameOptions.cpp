@@ -64,7 +64,9 @@ void AddFrameOptions(CLI::App& app, host::Job& job, std::optional<host::FrameCho
   };
   AddFramesOption(app, frames);
   AddRenumberOption(app, "the first frame, or for --start", job.output.renumber);
-  add("--depth", "8|16", "Bits of a component while rendering [8 for inputs of 8-bit samples, else 16]",
+  add("--depth", "8|16|32",
+      "Bits of a component while rendering; 32 are floats [8 for inputs of 8-bit samples, 32 for half and float, else "
+      "16]",
       [&](const std::string& text) { job.depth = ParseWhole("--depth", text); });
   add("--field", "frame|first|second|both", "Whole frames, one field, or both fields of interlaced frames [frame]",
       [&](const std::string& text) {

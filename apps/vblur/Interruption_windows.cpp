@@ -5,9 +5,6 @@
 #include "apps/vblur/CaughtSignal.h"
 #include "host/base/Descriptors_windows.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::cli {

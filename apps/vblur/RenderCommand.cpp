@@ -179,8 +179,9 @@ class RenderCommand : public Command {
   }
 
   // The first failure's code; the pictures before a failure are finished.
-  host::ExitCode RunAll(const std::vector<host::Job>& jobs, const GlobalOptions& global, Terminal& terminal) const {
+  host::ExitCode RunAll(const std::vector<host::Job>& jobs, const GlobalOptions& global, Terminal& terminal) {
     host::ExitCode code = host::ExitCode::Done;
+    run_.render.isOneOfSeveral = jobs.size() > 1;
     for (const host::Job& job : jobs) {
       const host::ExitCode one = RunJob(job, global, run_, terminal, *App());
       if (code == host::ExitCode::Done) code = one;

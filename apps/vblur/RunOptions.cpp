@@ -2,12 +2,14 @@
 
 #include "apps/vblur/OptionText.h"
 #include "host/base/Failure.h"
+#include "host/files/PictureLibrary.h"
 
 namespace vblur::cli {
 
 namespace {
 
 constexpr std::string_view kOnError[] = {"stop", "skip"};
+constexpr std::string_view kPictures[] = {"auto", "light", "full"};
 constexpr std::string_view kProgress[] = {"auto", "none", "bar", "lines", "json"};
 
 void SetThreads(GlobalOptions& options, const std::string& text) {
@@ -48,6 +50,12 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
                 [&](const std::string& level) { options.cpu = level; });
   AddTextOption(app, "--server", "FILE", "The effect's library [that of this installation]",
                 [&](const std::string& file) { options.server = file; });
+  AddTextOption(app, "--pictures", "auto|light|full",
+                "Library of picture files: the light one, which knows plain PNG files, the full one, or the light one "
+                "where it will do [auto]",
+                [](const std::string& text) {
+                  host::UsePictures(static_cast<host::PictureLibraries>(ParseChoice("--pictures", text, kPictures)));
+                });
 }
 
 void AddRunOptions(CLI::App& app, RunOptions& options) {

@@ -6,8 +6,10 @@
 #include "apps/vblur/PropertyOptions.h"
 #include "apps/vblur/RunFiles.h"
 #include "host/base/NameMatch.h"
+#include "host/base/StandardStream.h"
 #include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
+#include "host/jobs/JobCheck.h"
 #include "host/properties/PropertyText.h"
 #include "host/studies/DrawingLibrary.h"
 
@@ -35,7 +37,7 @@ class SheetCommand : public Command {
         ->required();
     AddTextOption(*App(), "--to", "INPUT2", "With ramps: the second clip [INPUT rotated, its colours exchanged]",
                   [this](const std::string& file) { second_ = host::PathOf(file); });
-    AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [as INPUT's samples]",
+    AddTextOption(*App(), "--depth", "8|16|32", "Bits of a component while rendering [as INPUT's samples]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
     AddTextOption(*App(), "--alpha", "shown|ignored",
                   "Transparency over a checkerboard, or colours alone [ignored for mix-back and edges]",
@@ -65,8 +67,7 @@ class SheetCommand : public Command {
  private:
   void CheckOptions() {
     CheckPictureName(host::PathOf(output_));
-    if (depth_ && *depth_ != 8 && *depth_ != 16)
-      host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(*depth_));
+    if (depth_) host::CheckDepth("--depth", *depth_);
     if (!second_.empty() && request_.kind != host::SheetKind::Ramps) host::Refuse("--to", "goes with --of ramps only");
     for (const Property& property : kProperties) {
       if (App()->count("--" + host::OptionName(property)) > 0) request_.given.insert(property.id);
@@ -85,6 +86,8 @@ class SheetCommand : public Command {
     auto read = host::PictureReader().ReadColour(file, depth, whole);
     for (const std::string& loss : read.losses)
       terminal.Warn(loss);
+    const std::string beyond = host::FormatBeyond(read.beyond, host::LimitsOf(depth));
+    if (!beyond.empty()) terminal.Warn(host::InputName(file) + ": " + beyond);
     return read;
   }
 

@@ -46,6 +46,7 @@ void StorageChanges::ApplyTo(host::Job& job) const {
   if (storage.quality) stored.quality = storage.quality;
   if (premultipliesAround) job.premultipliesAround = true;
   if (linear) job.linear = true;
+  if (steady) job.steady = true;
 }
 
 void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
@@ -67,13 +68,17 @@ void AddStorageOptions(CLI::App& app, StorageChanges& changes) {
   add("--quality", "1-100",
       "Quality of a file of " + FormatsThat([](const auto& format) { return format.hasQuality; }, " or "),
       [&](const std::string& text) { changes.storage.quality = ParseWhole("--quality", text); });
-  add("--premultiply", "around", "Multiply straight colours by alpha before the render, and divide them after it",
+  add("--premultiply", "around",
+      "Multiply straight colours by alpha before the render, and divide them after it, in floats",
       [&](const std::string& text) {
         ParseChoice("--premultiply", text, kPremultiply);
         changes.premultipliesAround = true;
       });
   app.add_flag("--linear", changes.linear,
-               "Render colours of sRGB in linear light, at 16 bits; mixes and crop colours are linear then, too")
+               "Render colours of sRGB in linear light, in floats; mixes and crop colours are linear then, too")
+      ->group("Output");
+  app.add_flag("--steady", changes.steady,
+               "Render in floats and convert once at the end: flat areas keep their value at every size")
       ->group("Output");
 }
 

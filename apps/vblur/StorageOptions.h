@@ -12,6 +12,7 @@ struct StorageChanges {
   host::OutputStorage storage;
   bool premultipliesAround = false;
   bool linear = false;
+  bool steady = false;
 
   void ApplyTo(host::Job& job) const;
 };

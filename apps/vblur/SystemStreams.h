@@ -10,6 +10,9 @@ namespace vblur::cli {
 void PrepareStreams();
 // From any thread, also from a handler of signals.
 void RestoreConsole() noexcept;
+// RestoreConsole, and the end of the process with this exit status whatever its threads do: nothing of it runs any
+// more. From any thread, also from a handler of signals.
+[[noreturn]] void EndProcess(int status) noexcept;
 
 // A copy of the standard error stream, which programs that this one starts do not get; itself where there is none.
 std::FILE* OwnErrorStream();

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <initializer_list>
 
 #include <fcntl.h>
@@ -20,6 +21,10 @@ void PrepareStreams() {
 }
 
 void RestoreConsole() noexcept {}
+
+void EndProcess(int status) noexcept {
+  std::_Exit(status);
+}
 
 std::FILE* OwnErrorStream() {
   const int own = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);

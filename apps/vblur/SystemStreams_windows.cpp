@@ -7,9 +7,6 @@
 #include <fcntl.h>
 #include <io.h>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::cli {
@@ -43,6 +40,12 @@ void OpenOnNothing(int stream) {
   _close(taken);
 }
 
+// The last of the handlers: the system ends the process after it.
+BOOL CALLBACK LeaveConsole(DWORD /*event*/) {
+  RestoreConsole();
+  return FALSE;
+}
+
 void PrepareConsole() {
   bool isShown = false;
   for (ConsoleOutput& output : outputs) {
@@ -52,6 +55,7 @@ void PrepareConsole() {
     output.isChanged = SetConsoleMode(HandleOf(output.stream), wanted) != 0;
   }
   if (!isShown) return;
+  SetConsoleCtrlHandler(LeaveConsole, TRUE);
   const UINT before = GetConsoleOutputCP();
   if (SetConsoleOutputCP(CP_UTF8) != 0) codePage = before;
 }
@@ -71,6 +75,14 @@ void RestoreConsole() noexcept {
     if (output.isChanged.exchange(false)) SetConsoleMode(HandleOf(output.stream), output.mode);
   }
   if (const UINT before = codePage.exchange(0); before != 0) SetConsoleOutputCP(before);
+}
+
+// The library's own ways to end have the system call each loaded library, which may wait for a lock that a thread held
+// when it was stopped.
+void EndProcess(int status) noexcept {
+  RestoreConsole();
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+  std::abort();
 }
 
 std::FILE* OwnErrorStream() {

@@ -4,9 +4,6 @@
 #include "apps/vblur/CommandLine.h"
 #include "host/base/Utf8.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 // After it, whose types it uses.
 #include <shellapi.h>

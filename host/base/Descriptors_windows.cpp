@@ -8,11 +8,9 @@
 
 #include <io.h>
 
+#include "host/base/ConsoleInput_windows.h"
 #include "host/base/Descriptors.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {
@@ -38,6 +36,7 @@ std::int64_t Fail(DWORD error) {
     // The file is closed, or open for the other direction alone.
     case ERROR_INVALID_HANDLE:
     case ERROR_ACCESS_DENIED: errno = EBADF; break;
+    case ERROR_OPERATION_ABORTED: errno = EINTR; break;
     default: errno = EIO;
   }
   return -1;
@@ -80,6 +79,10 @@ bool IsReady(int file) {
 }
 
 std::int64_t ReadSome(int file, std::span<char> bytes) {
+  if (IsTerminal(file)) {
+    const std::int64_t count = ReadTypedText(HandleOf(file), bytes);
+    return count >= 0 ? count : Fail(GetLastError());
+  }
   return Read(file, bytes, nullptr);
 }
 

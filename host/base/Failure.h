@@ -22,7 +22,7 @@ enum class ExitCode : int {
 };
 
 // Causes that a program can advise on. The advice is the program's: the library does not know its options.
-enum class FailureKind { Other, FileExists, TooManyPixels, NeedsMemory, HoldsLess };
+enum class FailureKind { Other, FileExists, IsInput, TooManyPixels, NeedsMemory, HoldsLess };
 
 // A text for people on one line: control characters, which file names and channels' names may hold, are spaces.
 inline std::string OnOneLine(std::string text) {

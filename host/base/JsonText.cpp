@@ -51,7 +51,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     if (error.id == kNumberTooLarge) {
       Fail(place + ": expected a number that a 64-bit float holds, found " + Quoted(lastToken));
     }
-    Fail("not JSON (" + place + ": " + Reason(error.what()) + ")");
+    const std::string reason = Reason(error.what());
+    Fail("not JSON (" + place + ": " + reason + ")" + EscapeHint(reason));
   }
 
  private:
@@ -72,6 +73,13 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     while (belongs(start) && start > 0 && (belongs(start - 1) || isSign(start - 1)))
       --start;
     return start;
+  }
+
+  // Names of files on Windows are the most frequent cause.
+  static std::string EscapeHint(const std::string& reason) {
+    const bool isEscape =
+        reason.find("after backslash") != std::string::npos || reason.find("'\\u'") != std::string::npos;
+    return isEscape ? R"(; write / or \\ for each \ in a file name)" : "";
   }
 
   // The library's message without its position and its quote of the text, which may be any bytes.

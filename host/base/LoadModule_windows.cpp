@@ -3,9 +3,6 @@
 #include "host/base/LongPath.h"
 #include "host/base/SystemError_windows.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

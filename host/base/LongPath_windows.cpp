@@ -4,9 +4,6 @@
 
 #include "host/base/LongPath_windows.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

@@ -69,7 +69,15 @@ std::string UnknownName(std::string_view what, std::string_view text, std::span<
 std::string Quoted(std::string_view text) {
   const bool cut = text.size() > kLongestQuote;
   const nlohmann::json shown = std::string(text.substr(0, kLongestQuote)) + (cut ? "..." : "");
-  return shown.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  const std::string escaped = shown.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  std::string quoted;
+  for (std::size_t at = 0; at < escaped.size(); ++at) {
+    quoted += escaped[at];
+    // Folders of Windows are typed with one backslash.
+    const bool isEscape = escaped[at] == '\\' && at + 1 < escaped.size();
+    if (isEscape && escaped[++at] != '\\') quoted += escaped[at];
+  }
+  return quoted;
 }
 
 }  // namespace vblur::host

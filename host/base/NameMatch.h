@@ -17,8 +17,8 @@ std::string_view NearestName(std::string_view text, std::span<const std::string_
 // `unknown property "Blurr"; did you mean "Blur"?`, without the question when no name is near.
 std::string UnknownName(std::string_view what, std::string_view text, std::span<const std::string_view> names);
 
-// The text in double quotes on one line: control characters and bytes that are not UTF-8 are escaped or
-// replaced, and a long text is cut.
+// The text in double quotes on one line, as it was typed: only quotes, control characters and bytes that are not UTF-8
+// are escaped or replaced, and a long text is cut.
 std::string Quoted(std::string_view text);
 
 }  // namespace vblur::host

@@ -5,9 +5,6 @@
 #include "host/base/LongPath.h"
 #include "host/base/LongPath_windows.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

@@ -5,9 +5,6 @@
 
 #include "host/base/Utf8.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

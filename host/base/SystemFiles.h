@@ -12,6 +12,8 @@ namespace vblur::host {
 // What is wrong with the name of a file to write, whatever lies there: a device, characters that the system gives a
 // meaning, an end that it leaves out, or a drive without a folder. Empty for nothing, as everywhere but on Windows.
 std::string FlawOfName(const std::filesystem::path& file);
+// The same of one to read: a device, which would be waited for, or a drive without a folder.
+std::string FlawOfInputName(const std::filesystem::path& file);
 
 // What names of files consist of where they are counted, and the most of it that a part between separators and a whole
 // path have.

@@ -30,6 +30,10 @@ std::string FlawOfName(const std::filesystem::path& /*file*/) {
   return {};
 }
 
+std::string FlawOfInputName(const std::filesystem::path& /*file*/) {
+  return {};
+}
+
 const NameLimits kNameLimits{"bytes", 255, 4095};
 
 std::size_t LengthOfName(std::string_view name) {

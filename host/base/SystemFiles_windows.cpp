@@ -8,9 +8,6 @@
 #include "host/base/SystemError_windows.h"
 #include "host/base/Utf8.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {
@@ -54,17 +51,23 @@ bool IsPortWithARaisedNumber(const std::wstring& name) {
 
 }  // namespace
 
-std::string FlawOfName(const std::filesystem::path& file) {
+std::string FlawOfInputName(const std::filesystem::path& file) {
   // Such as nul, con and, with some systems, nul.png.
   if (FullPathOf(file).starts_with(L"\\\\.\\") || IsPortWithARaisedNumber(file.filename().native()))
     return "it is a device, a file name was expected";
+  const std::filesystem::path plain = WithoutLongPrefix(file.native());
+  if (plain.has_root_name() && !plain.has_root_directory())
+    return "it lies in whatever folder is the current one of drive " + Utf8Of(plain.root_name()) + ", expected " +
+           Utf8Of(plain.root_name()) + "\\ and the folders, or no drive";
+  return {};
+}
+
+std::string FlawOfName(const std::filesystem::path& file) {
+  if (const std::string flaw = FlawOfInputName(file); !flaw.empty()) return flaw;
   // A colon would begin the name of a stream in a file.
   const std::filesystem::path plain = WithoutLongPrefix(file.native());
   if (plain.relative_path().native().find_first_of(L"<>:\"|?*") != std::wstring::npos)
     return R"(a file name holds none of < > : " | ? *)";
-  if (plain.has_root_name() && !plain.has_root_directory())
-    return "it lies in whatever folder is the current one of drive " + Utf8Of(plain.root_name()) + ", expected " +
-           Utf8Of(plain.root_name()) + "\\ and the folders, or no drive";
   // The system leaves them out: the file would have another name.
   for (const std::filesystem::path& part : plain.relative_path()) {
     const std::wstring& name = part.native();

@@ -57,7 +57,14 @@ std::optional<std::string> OfUtf16(std::string_view bytes) {
   return Utf8Of(text);
 }
 
+// Nothing that is read holds a zero, but every letter of ASCII in UTF-16 has one.
+bool IsUnmarkedUtf16(std::string_view bytes) {
+  return bytes.size() >= 2 && (bytes[0] == '\0') != (bytes[1] == '\0');
+}
+
 std::string LastError() {
+  // Programs may be started without a standard input.
+  if (errno == EBADF) return "it is closed, or not open for reading";
   return errno == 0 ? "the system reports an error" : std::strerror(errno);
 }
 
@@ -65,6 +72,7 @@ std::string LastError() {
 
 std::string ReadTextFile(const std::filesystem::path& path, const std::string& kind) {
   const auto fail = [&](const std::string& reason) { Refuse(ExitCode::CannotRead, InputName(path), reason); };
+  if (const std::string flaw = FlawOfInputName(path); !flaw.empty()) fail("cannot read the " + kind + ": " + flaw);
   std::error_code error;
   if (std::filesystem::is_directory(ExtendedPath(path), error)) fail("is a directory, expected a " + kind);
   std::string text;
@@ -73,6 +81,8 @@ std::string ReadTextFile(const std::filesystem::path& path, const std::string& k
   if (text.size() > kLargest) fail("larger than 16 MiB, expected a " + kind);
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
+  if (IsUnmarkedUtf16(text))
+    fail("a text in UTF-16 without a byte order mark, expected a " + kind + " in UTF-8, or with the mark");
   if (!text.starts_with("\xFF\xFE") && !text.starts_with("\xFE\xFF")) return text;
   const std::optional<std::string> read = OfUtf16(text);
   if (!read) fail("a text in UTF-16 that ends in the middle of a character, expected a whole " + kind);

@@ -9,9 +9,6 @@
 #include "host/base/PartFiles.h"
 #include "host/base/Utf8.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

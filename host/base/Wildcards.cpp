@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/base/Failure.h"
 #include "host/base/LongPath.h"
 #include "host/base/NameMatch.h"
 #include "host/base/SystemFiles.h"
@@ -81,7 +80,7 @@ std::vector<std::string> FilesNamed(const std::string& name) {
     if (!MatchesWildcards(each, pattern)) continue;
     if (!std::filesystem::is_directory(ExtendedPath(PathOf(folder + each)), error)) found.push_back(folder + each);
   }
-  if (found.empty()) RefuseToRead(PathOf(name), "no file has such a name");
+  if (found.empty()) return {name};
   std::ranges::sort(found, ComesBefore);
   return found;
 }

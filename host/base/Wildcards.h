@@ -11,8 +11,8 @@ namespace vblur::host {
 // case, which does not count. A name that begins with a dot needs a pattern that does, as in other shells.
 bool MatchesWildcards(std::string_view name, std::string_view pattern);
 
-// The files that a name stands for: itself where such a file exists or its last part has neither `*` nor `?`, else
-// those in its folder that match, by their names and without folders. Throws Failure (cannot read) where none does.
+// The files that a name stands for: those in its folder that match, by their names and without folders. Itself where
+// such a file exists, none matches or its last part has neither `*` nor `?`: whoever uses it tells what is wrong.
 std::vector<std::string> FilesNamed(const std::string& name);
 
 }  // namespace vblur::host

@@ -48,16 +48,20 @@ class MaskRows final : public FileRows {
 
   void Put(const std::byte* samples) override;
   void Finish() override;
+  BeyondRange Lost() const override { return takesAlpha_ ? lostOfAlpha_ : lostOfFirst_; }
 
  private:
   // Whether the row has the first pixel's value throughout.
   bool IsSame(const std::byte* samples, int channel) const;
   void PutChannel(const std::byte* samples, int channel);
+  void AddLost(const std::byte* samples);
   // The rows so far get the first channel, which has had one value.
   void TakeFirstChannel();
 
   bool takesAlpha_;
   bool alphaVaries_ = false;
+  BeyondRange lostOfAlpha_;
+  BeyondRange lostOfFirst_;
   std::vector<int> colours_;
   std::vector<std::byte> firstPixel_;
 };
@@ -83,9 +87,20 @@ void MaskRows::PutChannel(const std::byte* samples, int channel) {
   ReadMaskRow(samples, info_.samples, taken_.count, channel, depth_, Target(row_), width_);
 }
 
+// Fewer bits limit amounts without a word.
+void MaskRows::AddLost(const std::byte* samples) {
+  if (depth_ != 32) return;
+  const ChannelChoice& channels = taken_.choice;
+  const auto add = [&](int channel, BeyondRange& lost) {
+    AddBeyondRange(samples, info_.samples, taken_.count, {channel, channel, channel, -1}, depth_, width_, lost);
+  };
+  if (takesAlpha_) add(channels.alpha, lostOfAlpha_);
+  add(channels.red, lostOfFirst_);
+}
+
 void MaskRows::TakeFirstChannel() {
   takesAlpha_ = false;
-  std::byte amount[2];
+  std::byte amount[sizeof(float)];
   ReadMaskRow(firstPixel_.data(), info_.samples, taken_.count, taken_.choice.red, depth_, amount, 1);
   const std::size_t bytes = image_.PixelBytes();
   for (std::int32_t row = 0; row < row_; ++row) {
@@ -102,6 +117,7 @@ void MaskRows::Put(const std::byte* samples) {
   }
   if (takesAlpha_ && !alphaVaries_) alphaVaries_ = !IsSame(samples, taken_.choice.alpha);
   PutChannel(samples, takesAlpha_ ? taken_.choice.alpha : taken_.choice.red);
+  AddLost(samples);
   ++row_;
 }
 

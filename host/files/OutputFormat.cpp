@@ -8,6 +8,7 @@
 #include "host/base/Failure.h"
 #include "host/base/NameMatch.h"
 #include "host/base/StandardStream.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 
 namespace vblur::host {
@@ -97,6 +98,8 @@ std::string_view FirstExtension(const OutputFormat& format) {
 const OutputFormat& OutputFormatOf(const std::filesystem::path& path) {
   const std::string extension = Extension(path);
   if (const OutputFormat* const format = FindFormat(extension)) return *format;
+  // Devices have none.
+  if (const std::string flaw = FlawOfName(path); !flaw.empty()) RefuseToWrite(path, flaw);
   Refuse(Utf8Of(path),
          "cannot write: " +
              (extension.empty() ? "the name has no extension" : "unknown file extension \"" + extension + "\"") +

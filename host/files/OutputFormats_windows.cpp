@@ -26,11 +26,11 @@ using enum MetadataGroup;
 
 constexpr std::array<OutputFormat, 4> kFormats = {{
     {"png", "png", kWhole, kNoGreyAlpha, false, false, "", false, false, kAnySide,
-     Groups::These(Exif, Gps, Profile, Resolution)},
+     Groups::These(Exif, Gps, Profile, Orientation, Resolution, Text)},
     {"tiff", "tif tiff", kWhole, kNoGreyAlpha, false, false, "none lzw zip", false, false, kAnySide,
-     Groups::These(Profile, Resolution)},
+     Groups::These(Iptc, Profile, Orientation, Resolution, Text)},
     {"jpeg", "jpg jpeg jpe", kBytes, kOpaque, false, false, "", true, false, 65500,
-     Groups::These(Exif, Gps, Profile, Resolution)},
+     Groups::These(Exif, Gps, Iptc, Profile, Orientation, Resolution, Text)},
     // Few programs take the fourth byte of such a pixel as alpha.
     {"bmp", "bmp", kBytes, kOpaque, false, false, "", false, false, kAnySide, Groups::These(Resolution)},
 }};

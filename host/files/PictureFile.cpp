@@ -19,9 +19,9 @@ std::vector<std::string> Losses(const std::filesystem::path& path, std::int32_t 
     losses.push_back(InputName(path) + ": only the first of " + std::to_string(pictures) +
                      " pictures is read; the others are not in the output");
   }
-  const std::string carried =
-      (depth == 8 ? "0 to 1" : "-2 to 2") + (", which " + std::to_string(depth) + " bits carry");
-  if (const std::string text = FormatBeyond(beyond, carried); !text.empty())
+  // Floats limit so few values that a run counts them together.
+  if (depth == 32) return losses;
+  if (const std::string text = FormatBeyond(beyond, LimitsOf(depth)); !text.empty())
     losses.push_back(InputName(path) + ": " + text);
   return losses;
 }
@@ -60,6 +60,7 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
   ReadPicture read = source->Facts();
   if (keepsSamples) read.samples = std::make_shared<const std::vector<std::byte>>(std::move(kept));
   read.losses = Losses(path, info.pictures, rows->Lost(), depth);
+  if (depth == 32) read.beyond = rows->Lost();
   return read;
 }
 

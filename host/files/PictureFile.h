@@ -37,6 +37,8 @@ struct ReadPicture {
   std::vector<std::string> losses;
   // Null unless they are kept.
   FileSamples samples{};
+  // At a depth of 32, in place of a line among the losses: values beyond it.
+  BeyondRange beyond{};
 };
 
 // Reuses its buffer for the next file. One thread at a time.
@@ -44,7 +46,7 @@ class PictureReader {
  public:
   explicit PictureReader(StopTest stop = {}) : stop_(std::move(stop)) {}
 
-  // Four components of `depth` bits (8 or 16). A grey picture is spread over red, green and blue; one
+  // Four components of `depth` bits (8, 16 or 32). A grey picture is spread over red, green and blue; one
   // without alpha gets a full one. Throws as ReadPictureInfo does, and when the pixels cannot be read.
   ReadPicture ReadColour(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
                          const ReadChoice& choice = {});

@@ -62,6 +62,7 @@ void RequirePictureFile(const std::filesystem::path& path) {
     FileToOpen(path);
     return;
   }
+  if (const std::string flaw = FlawOfInputName(path); !flaw.empty()) RefuseToRead(path, flaw);
   const std::filesystem::path file = ExtendedPath(path);
   std::error_code error;
   const auto status = std::filesystem::status(file, error);

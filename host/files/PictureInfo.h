@@ -124,7 +124,10 @@ struct PictureInfo {
   std::size_t PassingBytes() const;
 
   // The default depth for rendering such a file.
-  std::int32_t NaturalDepth() const { return samples == SampleKind::Unsigned8 ? 8 : 16; }
+  std::int32_t NaturalDepth() const {
+    if (samples == SampleKind::Unsigned8) return 8;
+    return stored.number == NumberKind::Float ? 32 : 16;
+  }
 };
 
 enum class PictureUse { Colour, Mask };

@@ -1,8 +1,9 @@
 // The picture library: a module that reads and writes picture files, loaded when first needed. Its dependencies are
-// hundreds of libraries, whose loading dominates a short run.
+// hundreds of libraries, whose loading dominates a short run: plain PNG files go to a light one (LightPictures.h).
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -61,7 +62,14 @@ class PictureLibrary {
 // The module that handles pictures, loaded at the first call and never unloaded: its dependencies do not support that.
 // Throws Failure (cannot read) when it cannot be loaded. Thread-safe.
 const LoadedModule& ThePictureModule();
+// Reads and writes what the light library takes with it, and all else with the module.
 PictureLibrary& ThePictureLibrary();
+
+// Which of the two is used. Light: the light one alone; what it does not take is refused, as files that cannot be read
+// or written.
+enum class PictureLibraries : std::uint8_t { Automatic, Light, Full };
+// Before the first picture. Windows has one for all, which its system brings.
+void UsePictures(PictureLibraries libraries);
 
 // What the module exports, by this name.
 using PictureLibraryFunction = PictureLibrary*();

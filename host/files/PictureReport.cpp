@@ -103,24 +103,39 @@ void AddLateTexts(const PictureInfo& info, std::vector<Loss>& losses) {
   if (!info.lateTexts.empty()) losses.push_back({LossKind::Metadata, "texts behind the pixels"});
 }
 
+const PartsLacking& LackingOf(const PictureReport& report, const OutputFormat& format) {
+  static const PartsLacking nothing;
+  const auto found = report.lacking.find(format.name);
+  return found == report.lacking.end() ? nothing : found->second;
+}
+
+// All but those that an output keeps.
+void AddOthers(const PictureReport& report, const std::vector<std::string>& kept, std::vector<Loss>& losses) {
+  if (report.others.empty()) {
+    losses.push_back({LossKind::Metadata, std::string(kMetadataNames.back())});
+    return;
+  }
+  std::vector<std::string> lost = report.others;
+  std::erase_if(lost, [&](const std::string& name) { return std::ranges::find(kept, name) != kept.end(); });
+  if (!lost.empty())
+    losses.push_back({LossKind::Metadata, Named("attribute", lost.size(), [&](std::size_t i) { return lost[i]; })});
+}
+
+// `kept`: names of other attributes that the output holds.
 void AddMetadata(const PictureReport& report, SetOf<MetadataGroup> present, SetOf<MetadataGroup> held,
-                 PixelLayout pixels, std::vector<Loss>& losses) {
+                 const std::vector<std::string>& kept, PixelLayout pixels, std::vector<Loss>& losses) {
   for (std::size_t group = 0; group < kMetadataNames.size(); ++group) {
     const auto which = static_cast<MetadataGroup>(group);
     if (!present.Has(which)) continue;
     const std::string name(kMetadataNames[group]);
-    if (!held.Has(which)) {
+    if (!held.Has(which) && which == MetadataGroup::Other) {
+      AddOthers(report, kept, losses);
+    } else if (!held.Has(which)) {
       losses.push_back({LossKind::Metadata, name});
     } else if (which == MetadataGroup::Profile && !report.profileFits.Has(pixels)) {
       losses.push_back({LossKind::Metadata, name + " (damaged, or for other colours)"});
     }
   }
-}
-
-const PartsLacking& LackingOf(const PictureReport& report, const OutputFormat& format) {
-  static const PartsLacking nothing;
-  const auto found = report.lacking.find(format.name);
-  return found == report.lacking.end() ? nothing : found->second;
 }
 
 // What is asked for, else that of an input of the same format.
@@ -225,6 +240,7 @@ std::vector<Loss> LossesOf(const PictureReport& report, const OutputFormat& form
   }
   const bool hasNoGrey = LackingOf(report, format).greys.Has(OutputTypeOf(info, format, storage));
   AddMetadata(report, info.format == format.name ? report.beyondText : report.metadata, format.metadata,
+              LackingOf(report, format).keptOthers,
               hasNoGrey && pixels == PixelLayout::Grey ? PixelLayout::Rgb : pixels, losses);
   AddLacking(LackingOf(report, format), losses);
   AddCodec(report, format, storage, OutputTypeOf(info, format, storage), pixels, losses);
@@ -246,7 +262,7 @@ std::vector<Loss> LossesBesideOf(const PictureReport& report, const OutputFormat
   if (!info.IsGrey() && IsGrey(pixels)) losses.push_back({LossKind::Colours, "colours"});
   for (const int channel : ChannelsTaken(info))
     AddSamples(ChannelAt(info, channel).type, written, depth, losses);
-  AddMetadata(report, report.metadata, {}, pixels, losses);
+  AddMetadata(report, report.metadata, {}, {}, pixels, losses);
   AddCodec(report, format, storage, written, pixels, losses);
   return losses;
 }

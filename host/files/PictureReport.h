@@ -15,8 +15,9 @@ namespace vblur::host {
 
 // What outputs of a format lack of what they hold otherwise.
 struct PartsLacking {
-  std::vector<std::string> exifFields;  // their names
-  std::vector<std::string> longTexts;   // names of those that are too long
+  std::vector<std::string> exifFields{};  // their names
+  std::vector<std::string> longTexts{};   // names of those that are too long
+  std::vector<std::string> keptOthers{};  // of PictureReport::others: those that are there all the same
   // By compressions that the system's codec does not have: the one that it writes in their place.
   std::map<std::string, std::string, std::less<>> compressions{};
   SetOf<SampleType> greys{};  // the codec writes greys of these types as red, green and blue
@@ -31,6 +32,8 @@ struct PictureReport {
   // The same without what another file of its format keeps as it is, such as text, whatever its name.
   SetOf<MetadataGroup> beyondText;
   std::map<std::string, PartsLacking, std::less<>> lacking;  // by OutputFormat::name; none: nothing
+  // The names of its attributes of the group Other; empty: there are none, or they are not known.
+  std::vector<std::string> others;
   // The layouts of pixels that its colour profile is for; none where the profile is damaged.
   SetOf<PixelLayout> profileFits;
   std::vector<std::pair<std::string, std::string>> attributes;  // names and values, in the order of the file

@@ -31,8 +31,9 @@ void ReadAmounts(const Sample* samples, int channels, int channel, Component* pi
   }
 }
 
-// The range of a depth, half a step more on either side.
+// The range of a depth, half a step of whole numbers more on either side.
 constexpr ValueRange CarriedBy(std::int32_t depth) {
+  if (depth == 32) return {-kLargestHalf, kLargestHalf};
   return depth == 8 ? ValueRange{-0.5f / 255.0f, 255.5f / 255.0f}
                     : ValueRange{-32768.5f / 16384.0f, 32767.5f / 16384.0f};
 }
@@ -46,6 +47,25 @@ bool AllWithin(const float* samples, std::size_t count, ValueRange carried) {
   return beyond == 0;
 }
 
+// Of every fourth value.
+template <typename Component>
+bool HoldsAll(const ValueRange& held, const Component* values, std::size_t width) {
+  if constexpr (std::is_floating_point_v<Component>) {
+    std::uint32_t beyond = 0;
+    for (std::size_t x = 0; x < width; ++x)
+      beyond |= static_cast<std::uint32_t>(!held.Holds(values[4 * x]));
+    return beyond == 0;
+  } else {
+    Component low = *values;
+    Component high = low;
+    for (std::size_t x = 1; x < width; ++x) {
+      low = std::min(low, values[4 * x]);
+      high = std::max(high, values[4 * x]);
+    }
+    return held.Holds(ToSample<float>(low)) && held.Holds(ToSample<float>(high));
+  }
+}
+
 void AddSample(float value, ValueRange carried, BeyondRange& beyond) {
   if (carried.Holds(value)) return;
   if (std::isnan(value)) {
@@ -55,30 +75,6 @@ void AddSample(float value, ValueRange carried, BeyondRange& beyond) {
   beyond.lowest = beyond.count == 0 ? value : std::min(beyond.lowest, value);
   beyond.highest = beyond.count == 0 ? value : std::max(beyond.highest, value);
   ++beyond.count;
-}
-
-// One of the 2^bits - 1 steps of a whole number.
-template <int bits, typename Sample>
-std::uint32_t StepOf(Sample value) {
-  constexpr std::uint32_t kRange = (1u << bits) - 1;
-  if constexpr (std::is_floating_point_v<Sample>) {
-    if (!(value > 0.0f)) return 0;
-    // Exact: 24 bits times 16 and a half have their place in a double.
-    constexpr double kHalf = 0.5;
-    return static_cast<std::uint32_t>(std::min(1.0, static_cast<double>(value)) * kRange + kHalf);
-  } else {
-    constexpr std::uint32_t kOwn = static_cast<Sample>(~Sample{0});
-    return sample::Quotient(value * kRange, kOwn);
-  }
-}
-
-template <typename Sample>
-float AsFloat(Sample value) {
-  if constexpr (std::is_floating_point_v<Sample>) {
-    return value;
-  } else {
-    return static_cast<float>(value) / static_cast<float>(static_cast<Sample>(~Sample{0}));
-  }
 }
 
 template <typename Sample, typename Convert>
@@ -141,7 +137,8 @@ void WithSampleType(SampleKind kind, Action action) {
 template <typename Action>
 void WithComponentType(std::int32_t depth, Action action) {
   if (depth == 8) return action(static_cast<const std::uint8_t*>(nullptr));
-  action(static_cast<const std::int16_t*>(nullptr));
+  if (depth == 16) return action(static_cast<const std::int16_t*>(nullptr));
+  action(static_cast<const float*>(nullptr));
 }
 
 template <typename Action>
@@ -196,14 +193,34 @@ void PassSamples(const void* from, SampleKind kind, std::size_t fromStride, void
                        convert);
     };
     switch (type) {
-      case SampleType::Unsigned8: return pass([](Sample s) { return static_cast<std::uint8_t>(StepOf<8>(s)); });
-      case SampleType::Unsigned10: return pass([](Sample s) { return sample::Spread<10>(StepOf<10>(s)); });
-      case SampleType::Unsigned12: return pass([](Sample s) { return sample::Spread<12>(StepOf<12>(s)); });
-      case SampleType::Unsigned16: return pass([](Sample s) { return static_cast<std::uint16_t>(StepOf<16>(s)); });
-      case SampleType::Half: return pass([](Sample s) { return HalfOf(AsFloat(s)); });
-      case SampleType::Float: return pass([](Sample s) { return AsFloat(s); });
+      case SampleType::Unsigned8: return pass([](Sample s) { return static_cast<std::uint8_t>(sample::StepOf<8>(s)); });
+      case SampleType::Unsigned10: return pass([](Sample s) { return sample::Spread<10>(sample::StepOf<10>(s)); });
+      case SampleType::Unsigned12: return pass([](Sample s) { return sample::Spread<12>(sample::StepOf<12>(s)); });
+      case SampleType::Unsigned16:
+        return pass([](Sample s) { return static_cast<std::uint16_t>(sample::StepOf<16>(s)); });
+      case SampleType::Half: return pass([](Sample s) { return HalfOf(sample::AsFloat(s)); });
+      case SampleType::Float: return pass([](Sample s) { return sample::AsFloat(s); });
     }
   });
+}
+
+void BeyondRange::Add(const BeyondRange& other) {
+  if (other.count > 0) {
+    lowest = count == 0 ? other.lowest : std::min(lowest, other.lowest);
+    highest = count == 0 ? other.highest : std::max(highest, other.highest);
+    count += other.count;
+  }
+  notNumbers += other.notNumbers;
+}
+
+std::string LimitsOf(std::int32_t depth) {
+  const std::string range = depth == 8 ? "0 to 1" : depth == 16 ? "-2 to 2" : "-65504 to 65504";
+  return range + ", which " + std::to_string(depth) + " bits carry";
+}
+
+std::string LimitsOf(SampleType type) {
+  return (type == SampleType::Half ? "-65504 to 65504" : "0 to 1") + std::string(", which ") +
+         std::string(NameOf(type)) + " samples hold";
 }
 
 std::string FormatBeyond(const BeyondRange& beyond, std::string_view limits) {
@@ -227,7 +244,10 @@ ValueRange RangeOf(SampleType type) {
     case SampleType::Unsigned10: return whole(1023.0f);
     case SampleType::Unsigned12: return whole(4095.0f);
     case SampleType::Unsigned16: return whole(65535.0f);
-    case SampleType::Half:
+    case SampleType::Half: {
+      constexpr float kHalfStep = 16.0f;
+      return {-kLargestHalf - kHalfStep, kLargestHalf + kHalfStep};
+    }
     case SampleType::Float: break;
   }
   constexpr float kInfinite = std::numeric_limits<float>::infinity();
@@ -236,17 +256,11 @@ ValueRange RangeOf(SampleType type) {
 
 void AddBeyondType(const void* pixels, std::int32_t depth, int component, const ValueRange& held, std::size_t width,
                    BeyondRange& beyond) {
-  if (width == 0) return;
+  if (width == 0 || (std::isinf(held.low) && std::isinf(held.high))) return;
   WithComponentType(depth, [&](auto* typed) {
     const auto* values = static_cast<decltype(typed)>(pixels) + component;
-    auto low = *values;
-    auto high = low;
-    for (std::size_t x = 1; x < width; ++x) {
-      low = std::min(low, values[4 * x]);
-      high = std::max(high, values[4 * x]);
-    }
     // Most rows are within, so this is fast.
-    if (held.Holds(ToSample<float>(low)) && held.Holds(ToSample<float>(high))) return;
+    if (HoldsAll(held, values, width)) return;
     for (std::size_t x = 0; x < width; ++x)
       AddSample(ToSample<float>(values[4 * x]), held, beyond);
   });

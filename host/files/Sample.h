@@ -2,7 +2,8 @@
 // NaN counts as 0, an infinity as the end of the range.
 //
 // The effect's full value is 255 at 8 bits, 16384 at 16 bits and 32767 for an amount (a mask at 16
-// bits). 8-bit components hold 0 to 255, 16-bit ones -32768 to 32767.
+// bits), and 1 at 32 bits, which are floats. 8-bit components hold 0 to 255, 16-bit ones -32768 to 32767. Floats that
+// are read are limited to the finite halves; those that are written are whatever the effect made of them.
 #pragma once
 
 #include <bit>
@@ -29,8 +30,12 @@ enum class ComponentUse { Colour, Amount };
 template <typename Component>
 constexpr std::int32_t FullValue(ComponentUse use) {
   if constexpr (std::is_same_v<Component, std::uint8_t>) return 255;
+  if constexpr (std::is_floating_point_v<Component>) return 1;
   return use == ComponentUse::Colour ? 16384 : 32767;
 }
+
+// The largest half, and the largest value that a float of a picture carries.
+inline constexpr float kLargestHalf = 65504.0f;
 
 namespace sample {
 
@@ -49,6 +54,38 @@ constexpr std::uint16_t Spread(std::uint32_t packed) {
   return static_cast<std::uint16_t>(packed << (16 - bits) | packed >> (2 * bits - 16));
 }
 
+// The nearest of the 2^bits - 1 steps of a whole number.
+template <int bits, typename Sample>
+constexpr std::uint32_t StepOf(Sample value) {
+  constexpr std::uint32_t kRange = (1u << bits) - 1;
+  if constexpr (std::is_floating_point_v<Sample>) {
+    if (!(value > 0.0f)) return 0;
+    // Exact: 24 bits times 16 and a half have their place in a double.
+    constexpr double kHalf = 0.5;
+    return static_cast<std::uint32_t>((value < 1.0f ? static_cast<double>(value) : 1.0) * kRange + kHalf);
+  } else {
+    constexpr std::uint32_t kOwn = static_cast<Sample>(~Sample{0});
+    return Quotient(value * kRange, kOwn);
+  }
+}
+
+// A whole number as the part of its range, rounded once.
+template <typename Sample>
+constexpr float AsFloat(Sample value) {
+  if constexpr (std::is_floating_point_v<Sample>) {
+    return value;
+  } else {
+    return static_cast<float>(value) / static_cast<float>(static_cast<Sample>(~Sample{0}));
+  }
+}
+
+template <typename Sample>
+constexpr float Carried(Sample value) {
+  if (!(value == value)) return 0.0f;
+  constexpr Sample kMost{kLargestHalf};
+  return static_cast<float>(value < -kMost ? -kMost : value > kMost ? kMost : value);
+}
+
 }  // namespace sample
 
 // One file sample as a component.
@@ -56,7 +93,11 @@ template <typename Component, typename Sample>
 constexpr Component FromSample(Sample value, ComponentUse use = ComponentUse::Colour) {
   constexpr bool kEight = std::is_same_v<Component, std::uint8_t>;
   const auto full = FullValue<Component>(use);
-  if constexpr (std::is_floating_point_v<Sample>) {
+  if constexpr (std::is_floating_point_v<Component> && std::is_floating_point_v<Sample>) {
+    return sample::Carried(value);
+  } else if constexpr (std::is_floating_point_v<Component>) {
+    return sample::AsFloat(value);
+  } else if constexpr (std::is_floating_point_v<Sample>) {
     constexpr double kLow = kEight ? 0.0 : -32768.0;
     constexpr double kHigh = kEight ? 255.0 : 32767.0;
     // A float times a full value of up to 15 bits is exact in a double.
@@ -78,6 +119,8 @@ constexpr Sample ToSample(Component value) {
   constexpr std::int32_t kFull = FullValue<Component>(ComponentUse::Colour);
   if constexpr (std::is_floating_point_v<Sample>) {
     return static_cast<Sample>(value) / static_cast<Sample>(kFull);
+  } else if constexpr (std::is_floating_point_v<Component>) {
+    return static_cast<Sample>(sample::StepOf<8 * sizeof(Sample)>(value));
   } else {
     constexpr std::uint32_t kRange = static_cast<Sample>(~Sample{0});
     if constexpr (kFull == kRange) return value;
@@ -90,6 +133,7 @@ constexpr Sample ToSample(Component value) {
 // The same as one of the 2^bits - 1 steps of a packed sample, spread over 16 bits by repeating its upper bits.
 template <int bits, typename Component>
 constexpr std::uint16_t ToPackedSample(Component value) {
+  if constexpr (std::is_floating_point_v<Component>) return sample::Spread<bits>(sample::StepOf<bits>(value));
   constexpr std::int32_t kFull = FullValue<Component>(ComponentUse::Colour);
   constexpr std::uint32_t kRange = (1u << bits) - 1;
   const auto limited = static_cast<std::uint32_t>(value < 0 ? 0 : value > kFull ? kFull : value);
@@ -118,9 +162,11 @@ constexpr std::uint16_t HalfOf(float value) {
   return static_cast<std::uint16_t>(sign | rounded >> 13);
 }
 
+// Limited to the finite ones.
 template <typename Component>
 constexpr std::uint16_t ToHalfSample(Component value) {
-  return HalfOf(ToSample<float>(value));
+  const auto number = ToSample<float>(value);
+  return HalfOf(number < -kLargestHalf ? -kLargestHalf : number > kLargestHalf ? kLargestHalf : number);
 }
 
 // The index of red, green, blue and alpha among a file's channels; -1: not in the file, which makes a colour 0 and
@@ -135,7 +181,7 @@ struct ChannelChoice {
 };
 
 // One row of a file, `channels` samples a pixel, as pixels of four components. `samples` holds kind's
-// type, `pixels` components of `depth` bits (8 or 16), four for each of `width` pixels.
+// type, `pixels` components of `depth` bits (8, 16 or 32), four for each of `width` pixels.
 void ReadColourRow(const void* samples, SampleKind kind, int channels, ChannelChoice choice, std::int32_t depth,
                    void* pixels, std::size_t width);
 // One channel of a row of a file as the amounts of a mask, one component a pixel.
@@ -148,7 +194,14 @@ struct BeyondRange {
   float lowest = 0.0f;
   float highest = 0.0f;
   std::int64_t notNumbers = 0;
+
+  bool IsEmpty() const { return count == 0 && notNumbers == 0; }
+  void Add(const BeyondRange& other);
 };
+// "0 to 1, which 8 bits carry", for FormatBeyond.
+std::string LimitsOf(std::int32_t depth);
+// "0 to 1, which uint8 samples hold".
+std::string LimitsOf(SampleType type);
 // "2 components from -2 to 1.99 clipped to 0 to 1, which 8 bits carry", with the limits "0 to 1, which 8 bits carry";
 // empty where nothing is lost.
 std::string FormatBeyond(const BeyondRange& beyond, std::string_view limits);
@@ -162,7 +215,8 @@ void WriteColourRow(const void* pixels, std::int32_t depth, void* samples, Sampl
 
 // Of one sample as the picture library takes it: samples of 10 and 12 bits come in 16.
 std::size_t SampleBytes(SampleType type);
-// The values that a type holds, half a step more on either side: whole numbers from 0 to 1, floats all.
+// The values that a type holds, half a step more on either side: whole numbers from 0 to 1, halves the finite ones,
+// floats all.
 struct ValueRange {
   float low;
   float high;
@@ -170,7 +224,7 @@ struct ValueRange {
   bool Holds(float value) const { return value >= low && value <= high; }
 };
 ValueRange RangeOf(SampleType type);
-// Adds the values beyond a range of one component of a row of four-component pixels.
+// Adds the values beyond a range of one component of a row of four-component pixels. Of a range without ends nothing.
 void AddBeyondType(const void* pixels, std::int32_t depth, int component, const ValueRange& held, std::size_t width,
                    BeyondRange& beyond);
 // Samples of a file as samples of another: as they are where the type holds them, else the nearest that it holds, 0 for

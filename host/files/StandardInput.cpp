@@ -50,6 +50,8 @@ std::unique_ptr<UnnamedFile> ReadToEnd(std::int64_t mostBytes, const StopTest& s
     if (!IsReady(kStandardInput)) continue;
     const std::int64_t count = ReadSome(kStandardInput, part);
     if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+    if (count < 0 && errno == EBADF)
+      RefuseToRead(kInput, "it is closed, or not open for reading; a picture was expected");
     if (count < 0) RefuseToRead(kInput, SystemText());
     if (count == 0 && bytes == 0) RefuseToRead(kInput, "it is empty, a picture was expected");
     if (count == 0) return file;

@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "host/formats/FileBytes.h"
+#include "host/formats/JpegSegments.h"
+#include "host/formats/PngHead.h"
 #include "host/formats/PngProfileText.h"
 #include "host/formats/TiffTagKinds.h"
 #include "host/formats/TiffTags.h"
@@ -17,6 +19,10 @@ namespace vblur::host {
 namespace {
 
 constexpr double kInch = 0.0254;  // in metres
+constexpr const char* kDamaged = "damaged";
+constexpr std::uint16_t kDescription = 270;
+constexpr std::uint16_t kMaker = 271;
+constexpr std::uint16_t kModel = 272;
 constexpr std::uint16_t kOrientation = 0x0112;
 constexpr std::uint16_t kExifTag = 0x8769;
 constexpr std::uint16_t kGps = 0x8825;
@@ -27,6 +33,7 @@ void AddPngScale(std::string_view data, FileExtras& extras) {
   const auto x = static_cast<double>(Big32(data, 0));
   const auto y = static_cast<double>(Big32(data, 4));
   const bool isInMetres = Byte(data, 8) == 1;
+  extras.pngScale = {x, y, isInMetres};
   extras.hasPixelAspect = !isInMetres && x != y;
   if (!isInMetres) return;
   extras.pixelsPerInchX = x * kInch;
@@ -37,30 +44,55 @@ void AddPngScale(std::string_view data, FileExtras& extras) {
 std::string ProfileOf(std::string_view data) {
   constexpr std::size_t kMost = std::size_t{64} << 20;
   const std::size_t name = data.find('\0');
-  if (name == std::string_view::npos || name + 2 > data.size()) return {};
-  return Unpacked(data.substr(name + 2), kMost).value_or("damaged");
+  if (name == std::string_view::npos || name + 2 > data.size()) return kDamaged;
+  return Unpacked(data.substr(name + 2), kMost).value_or(kDamaged);
+}
+
+void AddPngText(std::string_view name, std::string_view data, FileExtras& extras) {
+  const auto text = PngTextOf(name, data);
+  if (text && text->tag != 0) {
+    extras.texts[text->tag] = text->text;
+  } else {
+    extras.hasOwn = true;
+  }
+}
+
+// Of those that are read of a file.
+void AddPngChunk(const std::string& name, const std::string& chunk, FileExtras& extras) {
+  const bool isIntact = IsIntactPngChunk(chunk);
+  const std::string_view data = isIntact ? std::string_view(chunk).substr(8, chunk.size() - 12) : std::string_view();
+  if (name == "iCCP") extras.profile = ProfileOf(data);
+  if (name == "iCCP") return;
+  if (!isIntact) {
+    const std::string what = "damaged PNG chunk " + name;
+    if (std::ranges::find(extras.unread, what) == extras.unread.end()) extras.unread.push_back(what);
+    return;
+  }
+  if (name == "pHYs") AddPngScale(data, extras);
+  if (name == "pHYs" && extras.pixelsPerInchX > 0.0) return;
+  constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
+  // These two are told, or come with the Exif data.
+  if (data.starts_with(kXmp) || IsExifText(data)) return;
+  // Some writers say of every file that it lies where its frame does.
+  const bool isAway = name == "oFFs" && data.substr(0, 8).find_first_not_of('\0') != std::string_view::npos;
+  extras.hasOwn = extras.hasOwn || isAway;
+  if (name != "pHYs" && name != "oFFs") AddPngText(name, data, extras);
+  extras.pngChunks += chunk;
 }
 
 void ReadPng(std::ifstream& file, FileExtras& extras) {
-  constexpr std::int64_t kMost = 1 << 20;
-  constexpr std::int64_t kMostProfile = 16 << 20;
-  constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
+  constexpr std::int64_t kMost = 16 << 20;
+  constexpr std::array<std::string_view, 7> kRead{"iCCP", "pHYs", "oFFs", "tIME", "tEXt", "zTXt", "iTXt"};
   for (std::int64_t at = 8;;) {
     const std::string head = ReadAt(file, at, 8);
     if (head.size() < 8) return;
     const std::string name = head.substr(4);
     const std::int64_t length = Big32(head, 0);
     if (name == "IDAT" || name == "IEND") return;
-    if (name == "iCCP" && length <= kMostProfile)
-      extras.profile = ProfileOf(ReadAt(file, at + 8, static_cast<std::size_t>(length)));
-    if (name == "pHYs") AddPngScale(ReadAt(file, at + 8, 9), extras);
-    const bool isText = (name == "tEXt" || name == "zTXt" || name == "iTXt") && length <= kMost;
-    const std::string data = isText ? ReadAt(file, at + 8, static_cast<std::size_t>(length)) : std::string();
-    // These two are told, or come with the Exif data.
-    if (isText && !data.starts_with(kXmp) && !IsExifText(data)) {
-      extras.pngTexts += ReadAt(file, at, static_cast<std::size_t>(length) + 12);
-      extras.hasTexts = true;
-    }
+    const bool isRead = std::ranges::find(kRead, name) != kRead.end();
+    // Of longer ones there is no chunk: they are damaged.
+    if (isRead)
+      AddPngChunk(name, length <= kMost ? ReadAt(file, at, static_cast<std::size_t>(length) + 12) : "", extras);
     at += length + 12;
   }
 }
@@ -73,6 +105,11 @@ void AddJpegScale(std::string_view data, FileExtras& extras) {
   const double factor = unit == 1 ? 1.0 : kCentimetres;
   extras.pixelsPerInchX = static_cast<double>(Big16(data, 8)) * factor;
   extras.pixelsPerInchY = static_cast<double>(Big16(data, 10)) * factor;
+}
+
+void AddComment(const std::string& data, FileExtras& extras) {
+  const std::string comment = data.substr(0, data.find('\0'));
+  if (!comment.empty()) extras.texts.emplace(kDescription, TextAsUtf8(comment));
 }
 
 void ReadJpeg(std::ifstream& file, FileExtras& extras) {
@@ -92,36 +129,44 @@ void ReadJpeg(std::ifstream& file, FileExtras& extras) {
     // Parts come in their order, after their number and that of all.
     if (marker == 0xe2 && data.starts_with(kProfile))
       extras.profile += data.substr(std::min(data.size(), kProfile.size() + 2));
-    if (marker == 0xed && data.find("8BIM\x04\x04") != std::string::npos) extras.hasIptc = true;
-    if (marker == 0xfe) extras.hasTexts = true;
+    if (marker == 0xed && extras.iptc.empty()) extras.iptc = IptcOf(data);
+    if (marker == 0xfe) AddComment(data, extras);
     at += 2 + length;
   }
 }
 
 constexpr std::array<std::uint16_t, 9> kTextTags{269, 270, 271, 272, 285, 305, 306, 315, 33432};
 
-void ReadTiff(std::ifstream& file, FileExtras& extras) {
-  const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); });
-  constexpr std::uint16_t kProfile = 34675;
+void AddTiffScale(const TiffTags& tags, FileExtras& extras) {
   constexpr std::uint16_t kScaleX = 282;
   constexpr std::uint16_t kScaleY = 283;
   constexpr std::uint16_t kUnit = 296;
-  extras.profile = tags.Bytes(kProfile);
   const std::int64_t unit = tags.Number(kUnit, 2);
   const double factor = unit == 2 ? 1.0 : unit == 3 ? 2.54 : 0.0;
   extras.pixelsPerInchX = tags.Fraction(kScaleX) * factor;
   extras.pixelsPerInchY = tags.Fraction(kScaleY) * factor;
+}
+
+void ReadTiff(std::ifstream& file, FileExtras& extras) {
+  const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); });
+  constexpr std::uint16_t kProfile = 34675;
+  extras.profile = tags.Bytes(kProfile);
+  AddTiffScale(tags, extras);
   extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
-  extras.hasTexts = std::ranges::any_of(kTextTags, [&](std::uint16_t tag) { return tags.Has(tag); });
-  extras.hasIptc = tags.Has(kIptcTag);
-  extras.hasExif = tags.Has(kExifTag);
-  extras.hasGps = tags.Has(kGps);
+  extras.iptc = tags.Bytes(kIptcTag);
+  extras.hasCamera = tags.Has(kMaker) || tags.Has(kModel);
+  if (tags.Has(kExifTag)) extras.unread.emplace_back("Exif data");
+  if (tags.Has(kGps)) extras.unread.emplace_back("GPS data");
   for (const auto& [number, tag] : tags.All()) {
-    const bool passes =
-        number == kOrientation || number == kIptcTag || std::ranges::find(kTextTags, number) != kTextTags.end();
+    const bool passes = number == kOrientation || std::ranges::find(kTextTags, number) != kTextTags.end();
     const auto whole = passes ? tags.InLittleOrder(number) : std::nullopt;
     if (whole) extras.tiffTags.emplace(number, *whole);
-    const bool isTold = !passes && IsTiffTagOfPixels(number);
+    if (whole && IsPictureText(number)) {
+      extras.texts.emplace(number, TextAsUtf8(tags.Text(number)));
+    } else if (whole && number != kOrientation && number != kMaker && number != kModel) {
+      extras.hasOwn = true;
+    }
+    const bool isTold = !passes && (IsTiffTagOfPixels(number) || number == kIptcTag);
     extras.hasOther = extras.hasOther || !(whole || isTold || tag.count == 0);
   }
 }
@@ -148,6 +193,14 @@ FileExtras ReadFileExtras(const std::filesystem::path& path, const std::string& 
                                                                  : std::string();
   });
   extras.hasGps = tags.Has(kGps);
+  extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
+  for (const auto& [number, tag] : tags.All()) {
+    if (IsPictureText(number) && !tags.Text(number).empty())
+      extras.exifTexts.emplace(number, TextAsUtf8(tags.Text(number)));
+  }
+  if (extras.pixelsPerInchX <= 0.0 && !extras.hasPixelAspect) AddTiffScale(tags, extras);
+  // Readers take the description of Exif data for it; comments beside that are told.
+  if (format == "jpeg" && extras.exifTexts.contains(kDescription)) extras.texts.erase(kDescription);
   return extras;
 }
 

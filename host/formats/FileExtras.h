@@ -5,26 +5,44 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
+#include "host/formats/PictureTexts.h"
 #include "host/formats/TiffTags.h"
 
 namespace vblur::host {
+
+// Pixels in a metre, or in nothing: then their proportion alone is meant. 0: not said.
+struct PngScale {
+  double x = 0;
+  double y = 0;
+  bool isInMetres = false;
+};
 
 struct FileExtras {
   std::string profile;        // of its colours
   double pixelsPerInchX = 0;  // 0: not said
   double pixelsPerInchY = 0;
   int orientation = 1;
+  PngScale pngScale;  // of a PNG file
   bool hasPixelAspect = false;
-  bool hasTexts = false;
-  bool hasIptc = false;
-  bool hasExif = false;  // of a TIFF file
+  bool hasCamera = false;  // of a TIFF file: the camera's maker and model
   bool hasGps = false;
+  bool hasOwn = false;    // more that another file of its format has as it is: further texts, the place of a PNG file
   bool hasOther = false;  // of a TIFF file: more than its pixels need, and all this
-  // Of a TIFF file: its tags that another one has as they are (texts, the orientation, IPTC data), for AddTiffTags.
+  // Beside those of Exif data, and those of it. The first comment of a JPEG file is its description.
+  PictureTexts texts;
+  PictureTexts exifTexts;
+  // Of a JPEG or TIFF file: its IPTC data.
+  std::string iptc;
+  // Kinds of data that do not pass to any file, each once, as in "damaged PNG chunk tEXt" and, of a TIFF file, "Exif
+  // data".
+  std::vector<std::string> unread;
+  // Of a TIFF file: its tags that another one has as they are (texts, the orientation), for AddTiffTags.
   std::map<std::uint16_t, TiffTag> tiffTags;
-  // Of a PNG file: its chunks of texts before the pixels, whole, one after the other.
-  std::string pngTexts;
+  // Of a PNG file: its chunks of texts, of its time and its place, and of a resolution without a unit, that stand
+  // before the pixels, whole, one after the other.
+  std::string pngChunks;
 };
 
 // `exif` is the file's block of Exif data; empty: none.

@@ -124,7 +124,8 @@ void ReadBmp(File& file, std::string_view bytes, FileHeader& header) {
   header.height = isOld ? Little16(bytes, 20) : std::abs(whole(Little32(bytes, 22)));
   const std::int64_t pixelBits = isOld ? Little16(bytes, 24) : Little16(bytes, 28);
   const std::int64_t packing = isOld ? 0 : Little32(bytes, 30);
-  header.bits = pixelBits <= 8 ? static_cast<std::int32_t>(pixelBits) : 8;
+  // 16 bits are three colours, of 5 each or some other way.
+  header.bits = pixelBits <= 8 ? static_cast<std::int32_t>(pixelBits) : pixelBits == 16 ? 5 : 8;
   header.isPalette = pixelBits <= 8;
   header.channels = pixelBits <= 8 ? 1 : pixelBits == 32 ? 4 : 3;
   header.hasAlpha = pixelBits == 32;

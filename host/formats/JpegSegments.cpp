@@ -220,25 +220,63 @@ std::string WithExif(std::string head, const std::string& exif) {
   return result.insert(place, added);
 }
 
+namespace {
+
+std::string MakeSegment(int marker, const std::string& data) {
+  const std::size_t length = data.size() + 2;
+  return std::string{'\xff', static_cast<char>(marker), static_cast<char>(length >> 8),
+                     static_cast<char>(length & 0xff)} +
+         data;
+}
+
+// With whole segments behind the one that files begin with.
+std::string WithSegments(const std::string& head, const std::string& segments) {
+  std::istringstream stream(head);
+  stream.seekg(2);
+  const auto first = NextSegment(stream);
+  if (!head.starts_with("\xff\xd8") || IsLast(first)) return head;
+  const std::size_t place = first->Is(0, "JFIF") ? static_cast<std::size_t>(stream.tellg()) : 2;
+  return std::string(head).insert(place, segments);
+}
+
+// What IPTC data stand behind: their identifier, and an empty name.
+constexpr std::string_view kIptcResource("8BIM\x04\x04\0\0", 8);
+
+}  // namespace
+
 std::string WithProfile(const std::string& head, const std::string& profile) {
   constexpr std::size_t kPart = 65000;
   constexpr std::size_t kMost = 255;
   const std::size_t count = (profile.size() + kPart - 1) / kPart;
-  std::istringstream stream(head);
-  stream.seekg(2);
-  const auto first = NextSegment(stream);
-  if (!head.starts_with("\xff\xd8") || IsLast(first) || count > kMost) return head;
-  const std::size_t place = first->Is(0, "JFIF") ? static_cast<std::size_t>(stream.tellg()) : 2;
+  if (count > kMost) return head;
   std::string segments;
   for (std::size_t i = 0; i < count; ++i) {
     std::string data("ICC_PROFILE\0", 12);
     data += {static_cast<char>(i + 1), static_cast<char>(count)};
-    data += profile.substr(i * kPart, kPart);
-    const std::size_t length = data.size() + 2;
-    segments += {'\xff', '\xe2', static_cast<char>(length >> 8), static_cast<char>(length & 0xff)};
-    segments += data;
+    segments += MakeSegment(kApplication + 2, data + profile.substr(i * kPart, kPart));
   }
-  return std::string(head).insert(place, segments);
+  return WithSegments(head, segments);
+}
+
+std::string WithTexts(const std::string& head, const std::string& comment, const std::string& iptc) {
+  std::string segments;
+  if (!comment.empty() && comment.size() <= kMostInSegment) segments += MakeSegment(kComment, comment);
+  if (!iptc.empty() && iptc.size() <= kMostInSegment) {
+    std::string data = std::string(kResources) + '\0' + std::string(kIptcResource);
+    for (int shift = 24; shift >= 0; shift -= 8)
+      data.push_back(static_cast<char>(iptc.size() >> shift & 0xff));
+    data += iptc + std::string(iptc.size() % 2, '\0');
+    segments += MakeSegment(kApplication + 13, data);
+  }
+  return WithSegments(head, segments);
+}
+
+std::string IptcOf(std::string_view data) {
+  const std::size_t first = kResources.size() + 1;
+  const std::size_t begin = first + kIptcResource.size() + 4;
+  const bool has =
+      data.starts_with(kResources) && data.size() > begin && data.substr(first, kIptcResource.size()) == kIptcResource;
+  return has ? std::string(data.substr(begin, static_cast<std::size_t>(Big32(data, begin - 4)))) : std::string();
 }
 
 }  // namespace vblur::host

@@ -3,6 +3,7 @@
 
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vblur::host {
@@ -28,5 +29,14 @@ std::string WithExif(std::string head, const std::string& exif);
 // The same with a colour profile, in as many segments as it needs, behind the segment that files begin with. One of
 // more than 255 segments leaves them as they are.
 std::string WithProfile(const std::string& head, const std::string& profile);
+
+// The same with a comment and with IPTC data behind the segment that files begin with; empty: none. What a segment does
+// not hold is left out.
+std::string WithTexts(const std::string& head, const std::string& comment, const std::string& iptc);
+// The most bytes of either, and of Exif data.
+constexpr std::size_t kMostInSegment = 65000;
+
+// The IPTC data of a segment (APP13), where they come first and have no name; empty: none.
+std::string IptcOf(std::string_view data);
 
 }  // namespace vblur::host

@@ -7,10 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include <zlib.h>
-
 #include "host/formats/FileBytes.h"
 #include "host/formats/JpegSegments.h"
+#include "host/formats/PngHead.h"
 #include "host/formats/PngProfileText.h"
 
 namespace vblur::host {
@@ -104,12 +103,6 @@ class FileParts {
 constexpr std::pair<std::string_view, std::int64_t> kColourChunks[] = {{"sRGB", 1}, {"gAMA", 4},  {"cHRM", 32},
                                                                        {"cICP", 4}, {"mDCV", 24}, {"cLLI", 8}};
 
-bool IsIntact(std::string_view chunk) {
-  const std::size_t end = chunk.size() - 4;
-  const auto sum = ::crc32(0, reinterpret_cast<const Bytef*>(chunk.data() + 4), static_cast<uInt>(end - 4));
-  return Big32(chunk, end) == static_cast<std::int64_t>(sum);
-}
-
 class PngFile {
  public:
   explicit PngFile(const std::filesystem::path& path) : file_(path) {}
@@ -163,6 +156,7 @@ class PngFile {
     const std::string_view name = head.substr(4, 4);
     const std::int64_t length = Big32(head, 0);
     // The reader takes these; the last says where pixels lie in the file.
+    facts_.hasProfile = facts_.hasProfile || name == "iCCP";
     constexpr std::string_view kRead[] = {"IHDR", "PLTE", "tRNS", "iCCP", "pHYs", "oFFs", "tIME", "fdAT", "iDOT"};
     if (std::ranges::find(kRead, name) != std::end(kRead)) return true;
     if (name == "acTL") declared_ = Big32(head, 8);
@@ -195,14 +189,14 @@ class PngFile {
     constexpr std::int64_t kMost = 1 << 20;
     const bool fits = length <= kMost && static_cast<std::int64_t>(facts_.lateTexts.size()) <= kMost;
     const std::string chunk = fits ? Chunk(length, at) : std::string();
-    if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk))
+    if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntactPngChunk(chunk))
       return Tell("texts behind the pixels");
     facts_.lateTexts += chunk;
   }
 
   bool AddColour(std::string_view name, const std::string& chunk) {
     const bool isNew = facts_.colourChunks.find(name) == std::string::npos;
-    if (!isNew || chunk.size() <= 12 || !IsIntact(chunk)) return false;
+    if (!isNew || chunk.size() <= 12 || !IsIntactPngChunk(chunk)) return false;
     facts_.colourChunks += chunk;
     return true;
   }
@@ -213,7 +207,8 @@ class PngFile {
     const std::string chunk = Chunk(length, at);
     // Some programs write it as JPEG files have it.
     constexpr std::string_view kJpeg("Exif\0\0", 6);
-    if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntact(chunk)) return Tell("damaged Exif data");
+    if (static_cast<std::int64_t>(chunk.size()) != length + 12 || !IsIntactPngChunk(chunk))
+      return Tell("damaged Exif data");
     const std::string exif = chunk.substr(8, static_cast<std::size_t>(length));
     if (exif.starts_with(kJpeg)) return Tell("Exif data");
     if (facts_.exif.empty()) facts_.exif = exif;
@@ -223,7 +218,7 @@ class PngFile {
   void AddExifText(std::string_view name, std::int64_t length, std::int64_t at) {
     const bool fits = length <= static_cast<std::int64_t>(kLongestExifText);
     const std::string chunk = fits ? Chunk(length, at) : std::string();
-    const bool isWhole = static_cast<std::int64_t>(chunk.size()) == length + 12 && IsIntact(chunk);
+    const bool isWhole = static_cast<std::int64_t>(chunk.size()) == length + 12 && IsIntactPngChunk(chunk);
     auto exif =
         isWhole ? ExifOfText(name, std::string_view(chunk).substr(8, static_cast<std::size_t>(length))) : std::nullopt;
     if (!exif || (!textExif_.empty() && *exif != textExif_))

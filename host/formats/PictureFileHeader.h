@@ -26,6 +26,8 @@ struct ChunkFacts {
   std::vector<std::string> unread;
   // Of a PNG file: its chunks about colours that are no profile (sRGB, gAMA, cHRM), whole, one after the other.
   std::string colourChunks;
+  // Of a PNG file: it has a chunk of a colour profile, whole or not.
+  bool hasProfile = false;
   // Of a PNG file: its chunks of texts behind the pixels, whole, one after the other.
   std::string lateTexts;
   // Of a PNG or JPEG file: its Exif data as it is stored; empty: none.

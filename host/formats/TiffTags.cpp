@@ -15,28 +15,50 @@ std::size_t SizeOf(std::int64_t type) {
 
 }  // namespace
 
-TiffTags::TiffTags(Source source, std::size_t mostBytes) {
+TiffTags::TiffTags(const Source& source, std::size_t mostBytes) {
   const std::string head = source(0, 8);
   if (head.size() < 8) return;
   isBig_ = head.starts_with("MM");
   if (!isBig_ && !head.starts_with("II")) return;
-  // The form with 64-bit places is another format.
-  if (Value(head, 2, 2) != 42) return;
+  constexpr std::int64_t kSmall = 42;
+  constexpr std::int64_t kLarge = 43;
+  const std::int64_t form = Value(head, 2, 2);
+  if (form != kSmall && form != kLarge) return;
+  isLarge_ = form == kLarge;
+  const std::string begin = source(static_cast<std::int64_t>(PlaceBytes()), PlaceBytes());
+  if (begin.size() < PlaceBytes()) return;
   isTiff_ = true;
-  const std::int64_t directory = Value(head, 4, 4);
-  const std::string number = source(directory, 2);
-  if (number.size() < 2) return;
-  constexpr std::size_t kEntry = 12;
-  const std::string entries = source(directory + 2, static_cast<std::size_t>(Value(number, 0, 2)) * kEntry);
-  for (std::size_t at = 0; at + kEntry <= entries.size(); at += kEntry) {
+  ReadDirectory(source, Value(begin, 0, PlaceBytes()), mostBytes);
+}
+
+TiffTags TiffTags::BehindTag(const Source& source, std::uint16_t leads) {
+  TiffTags tags(source);
+  const std::int64_t place = tags.Number(leads, 0);
+  tags.tags_.clear();
+  if (place > 0) tags.ReadDirectory(source, place, kMostBytes);
+  return tags;
+}
+
+void TiffTags::ReadDirectory(const Source& source, std::int64_t directory, std::size_t mostBytes) {
+  const std::size_t place = PlaceBytes();
+  const std::size_t numberBytes = isLarge_ ? 8 : 2;
+  const std::string number = source(directory, numberBytes);
+  if (number.size() < numberBytes) return;
+  constexpr std::int64_t kMostEntries = 0xffff;
+  const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(Value(number, 0, numberBytes), 0, kMostEntries));
+  const std::size_t entry = 4 + 2 * place;
+  const std::string entries = source(directory + static_cast<std::int64_t>(numberBytes), count * entry);
+  for (std::size_t at = 0; at + entry <= entries.size(); at += entry) {
     const std::size_t size = SizeOf(Value(entries, at + 2, 2));
     TiffTag tag{static_cast<std::uint16_t>(Value(entries, at + 2, 2)),
-                static_cast<std::uint64_t>(Value(entries, at + 4, 4))};
-    const std::uint64_t bytes = tag.count * size;
-    if (bytes <= 4) {
-      tag.bytes = entries.substr(at + 8, static_cast<std::size_t>(bytes));
+                static_cast<std::uint64_t>(Value(entries, at + 4, place))};
+    // A count of 64 bits may be any.
+    const std::uint64_t bytes = tag.count > mostBytes + place ? tag.count : tag.count * size;
+    const std::size_t value = at + 4 + place;
+    if (bytes <= place) {
+      tag.bytes = entries.substr(value, static_cast<std::size_t>(bytes));
     } else if (bytes <= mostBytes) {
-      tag.bytes = source(Value(entries, at + 8, 4), static_cast<std::size_t>(bytes));
+      tag.bytes = source(Value(entries, value, place), static_cast<std::size_t>(bytes));
     }
     tags_.emplace(static_cast<std::uint16_t>(Value(entries, at, 2)), std::move(tag));
   }
@@ -56,7 +78,8 @@ std::vector<std::int64_t> TiffTags::Numbers(std::uint16_t tag) const {
   constexpr std::uint16_t kByte = 1;
   constexpr std::uint16_t kShort = 3;
   constexpr std::uint16_t kLong = 4;
-  if (type != kByte && type != kShort && type != kLong) return {};
+  constexpr std::uint16_t kLong8 = 16;
+  if (type != kByte && type != kShort && type != kLong && type != kLong8) return {};
   const std::size_t size = SizeOf(type);
   std::vector<std::int64_t> numbers;
   const std::string& bytes = found->second.bytes;
@@ -68,6 +91,30 @@ std::vector<std::int64_t> TiffTags::Numbers(std::uint16_t tag) const {
 std::int64_t TiffTags::Number(std::uint16_t tag, std::int64_t otherwise) const {
   const auto numbers = Numbers(tag);
   return numbers.empty() ? otherwise : numbers.front();
+}
+
+std::vector<double> TiffTags::Values(std::uint16_t tag) const {
+  const auto found = tags_.find(tag);
+  if (found == tags_.end()) return {};
+  const std::uint16_t type = found->second.type;
+  constexpr std::uint16_t kSignedByte = 6;
+  constexpr std::uint16_t kSignedFraction = 10;
+  const bool isFraction = type == 5 || type == kSignedFraction;
+  const bool isSigned = type == kSignedByte || type == 8 || type == 9 || type == kSignedFraction;
+  if (!isFraction && !isSigned && type != 1 && type != 3 && type != 4) return {};
+  const std::size_t size = isFraction ? 4 : SizeOf(type);
+  const std::string& bytes = found->second.bytes;
+  std::vector<double> numbers;
+  for (std::size_t at = 0; at + size <= bytes.size(); at += size) {
+    const std::int64_t value = Value(bytes, at, size);
+    const std::int64_t beyond = std::int64_t{1} << 8 * size;
+    numbers.push_back(static_cast<double>(isSigned && 2 * value >= beyond ? value - beyond : value));
+  }
+  if (!isFraction) return numbers;
+  std::vector<double> values;
+  for (std::size_t i = 0; i + 1 < numbers.size(); i += 2)
+    values.push_back(numbers[i + 1] == 0.0 ? 0.0 : numbers[i] / numbers[i + 1]);
+  return values;
 }
 
 double TiffTags::Fraction(std::uint16_t tag) const {

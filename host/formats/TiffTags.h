@@ -1,4 +1,4 @@
-// The tags of a TIFF file or of a block of Exif data, which is laid out alike.
+// The tags of a TIFF file, a BigTIFF file too, or of a block of Exif data, which is laid out alike.
 #pragma once
 
 #include <cstddef>
@@ -24,8 +24,12 @@ class TiffTags {
   // Gives `count` bytes from a place on, fewer at the end.
   using Source = std::function<std::string(std::int64_t at, std::size_t count)>;
 
-  // The first directory, or that of a tag. Tags of more bytes than `mostBytes` come without their bytes.
-  explicit TiffTags(Source source, std::size_t mostBytes = std::size_t{16} << 20);
+  static constexpr std::size_t kMostBytes = std::size_t{16} << 20;
+
+  // The first directory. Tags of more bytes than `mostBytes` come without their bytes.
+  explicit TiffTags(const Source& source, std::size_t mostBytes = kMostBytes);
+  // The directory that a tag of the first one leads to; empty where it has none.
+  static TiffTags BehindTag(const Source& source, std::uint16_t leads);
 
   bool IsTiff() const { return isTiff_; }
   bool IsBig() const { return isBig_; }
@@ -34,6 +38,8 @@ class TiffTags {
   // Whole numbers; empty for other types and for tags that are not there.
   std::vector<std::int64_t> Numbers(std::uint16_t tag) const;
   std::int64_t Number(std::uint16_t tag, std::int64_t otherwise) const;
+  // Whole numbers and fractions, of either sign; empty for others. A fraction by 0 is 0.
+  std::vector<double> Values(std::uint16_t tag) const;
   // A fraction or a whole number; 0: none.
   double Fraction(std::uint16_t tag) const;
   // To its first zero.
@@ -43,10 +49,14 @@ class TiffTags {
   std::optional<TiffTag> InLittleOrder(std::uint16_t tag) const;
 
  private:
+  void ReadDirectory(const Source& source, std::int64_t place, std::size_t mostBytes);
   std::int64_t Value(const std::string& bytes, std::size_t at, std::size_t count) const;
+  // Of a place in the file, and of a count.
+  std::size_t PlaceBytes() const { return isLarge_ ? 8 : 4; }
 
   bool isTiff_ = false;
   bool isBig_ = false;
+  bool isLarge_ = false;  // BigTIFF
   std::map<std::uint16_t, TiffTag> tags_;
 };
 

@@ -22,21 +22,34 @@ EffectServer::EffectServer(const std::filesystem::path& file) : file_(file), lib
   } else if (const HRESULT result = enter(); result < 0) {
     missing = "it cannot register its classes (" + FormatResult(result) + ")";
   } else {
-    const auto effects = CurrentCatalogue().EffectsOf(families::kFilter);
-    if (effects.empty()) missing = "it offers no image effect";
-    if (!effects.empty()) effect_ = effects.back().clsid;
+    missing = Offer();
   }
-  if (missing.empty()) {
-    AddServer(getClassObject_);
-    return;
-  }
+  if (missing.empty()) return;
   library_.Unload();
   library_.Refuse(missing);
 }
 
+// Empty, or why it is of no use: then none of its classes stays.
+std::string EffectServer::Offer() {
+  std::string missing = "it offers no image effect";
+  const auto effects = CurrentCatalogue().EffectsOf(families::kFilter);
+  if (!effects.empty()) {
+    effect_ = effects.back().clsid;
+    const HRESULT result = AddServer(getClassObject_);
+    if (result >= 0) return {};
+    missing = "the system does not take its classes (" + FormatResult(result) + ")";
+  }
+  Unregister();
+  return missing;
+}
+
+void EffectServer::Unregister() {
+  if (auto* const leave = library_.Find<DllUnregisterServerFunction>("DllUnregisterServer"); leave != nullptr) leave();
+}
+
 EffectServer::~EffectServer() {
   RemoveServer(getClassObject_);
-  if (auto* const leave = library_.Find<DllUnregisterServerFunction>("DllUnregisterServer"); leave != nullptr) leave();
+  Unregister();
   auto* const mayUnload = library_.Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
   if (mayUnload != nullptr && mayUnload() == kOk) library_.Unload();
 }

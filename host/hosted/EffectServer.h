@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 
 #include "host/base/LoadModule.h"
 #include "platform/ComPtr.h"
@@ -16,7 +17,7 @@ using EffectFactory = std::function<ComPtr<IDSImageEffect>()>;
 class EffectServer {
  public:
   // Loads the library and has it register its classes. Throws Failure (cannot read) when there is no such
-  // file, when it is no server, and when it offers no image effect.
+  // file, when it is no server, when it offers no image effect, and when the system does not take its classes.
   explicit EffectServer(const std::filesystem::path& file);
   // All effects must be released before. Unregisters the classes, and unloads the library unless it reports objects in
   // use.
@@ -35,6 +36,9 @@ class EffectServer {
   HRESULT GetClassObject(const GUID& clsid, const GUID& iid, void** result) const;
 
  private:
+  std::string Offer();
+  void Unregister();
+
   std::filesystem::path file_;
   LoadedModule library_;
   DllGetClassObjectFunction* getClassObject_ = nullptr;

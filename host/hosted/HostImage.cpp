@@ -3,6 +3,8 @@
 #include <array>
 #include <cstring>
 
+#include "platform/OwnFormats.h"
+
 namespace vblur::host {
 
 void HostImage::Reset(std::int32_t depth, std::int32_t components, std::int32_t width, std::int32_t height) {
@@ -48,8 +50,8 @@ void HostImage::Place(const ImageRecord& record) {
 }
 
 GUID HostImage::Format() const {
-  if (components_ == 1) return depth_ == 8 ? MFIF_MASK_8 : MFIF_MASK_16;
-  return depth_ == 8 ? MFIF_RGBA_RAW_32 : MFIF_RGBA_S2_14;
+  if (components_ == 1) return depth_ == 8 ? MFIF_MASK_8 : depth_ == 16 ? MFIF_MASK_16 : kFormatMaskFloat;
+  return depth_ == 8 ? MFIF_RGBA_RAW_32 : depth_ == 16 ? MFIF_RGBA_S2_14 : kFormatRgbaFloat;
 }
 
 }  // namespace vblur::host

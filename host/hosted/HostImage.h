@@ -22,7 +22,7 @@ class HostImage final : public IDSImage, public IHostOrigin {
   HostImage(const HostImage&) = delete;
   HostImage& operator=(const HostImage&) = delete;
 
-  // A picture of width by height pixels with 1 (a mask) or 4 components of 8 or 16 bits. The memory of
+  // A picture of width by height pixels with 1 (a mask) or 4 components of 8, 16 or 32 bits (floats). The memory of
   // an earlier picture is used again when it is large enough; its contents are then not defined.
   // Throws std::bad_alloc.
   void Reset(std::int32_t depth, std::int32_t components, std::int32_t width, std::int32_t height);

@@ -1,9 +1,10 @@
 #include "host/hosted/LinearLight.h"
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "host/hosted/Premultiply.h"
@@ -12,52 +13,63 @@ namespace vblur::host {
 
 namespace {
 
-constexpr std::int32_t kOne = 16384;
-constexpr std::int32_t kLastEntry = 32767;
+// The largest half float, which is the most that a picture of floats carries.
+constexpr float kMostLight = 65504.0f;
 
-using Table = std::array<std::int16_t, kLastEntry + 1>;
-
-double DecodedValue(double x) {
-  return x <= 0.04045 ? x / 12.92 : std::pow((x + 0.055) / 1.055, 2.4);
-}
-
-double EncodedValue(double x) {
-  return x <= 0.0031308 ? x * 12.92 : 1.055 * std::pow(x, 1.0 / 2.4) - 0.055;
-}
-
-Table MakeTable(double (*function)(double)) {
-  Table table{};
-  for (std::int32_t i = 0; i <= kLastEntry; ++i) {
-    const double value = std::floor(function(static_cast<double>(i) / kOne) * kOne + 0.5);
-    table[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(std::min(value, static_cast<double>(kLastEntry)));
+template <int N>
+double Power(double y) {
+  if constexpr (N == 1) {
+    return y;
+  } else if constexpr (N % 2 == 0) {
+    return Power<N / 2>(y * y);
+  } else {
+    return Power<N - 1>(y) * y;
   }
-  return table;
 }
 
-const Table& LinearTable() {
-  static const Table table = MakeTable(DecodedValue);
-  return table;
+// x^(-1/N) for a positive x of a float's range, by Newton's iteration from the float whose bits are about those of the
+// root: its error is below 2^-4, and each step squares it, times (N + 1) / 2.
+template <int N>
+double InverseRoot(double x) {
+  constexpr double kOneBits = 0x3F800000;
+  const auto bits = static_cast<double>(std::bit_cast<std::int32_t>(static_cast<float>(x)));
+  const auto guess = static_cast<std::int32_t>(kOneBits + (kOneBits - bits) * (1.0 / N));
+  double y = static_cast<double>(std::bit_cast<float>(guess));
+  for (int step = 0; step < 5; ++step)
+    y *= (N + 1.0) / N - x * (1.0 / N) * Power<N>(y);
+  return y;
 }
 
-const Table& EncodedTable() {
-  static const Table table = MakeTable(EncodedValue);
-  return table;
+// x^(12/5) and x^(5/12).
+double DecodingPower(double x) {
+  return Power<3>(x * InverseRoot<5>(x));
 }
 
-std::int16_t Mirrored(const Table& table, std::int32_t value) {
-  if (value >= 0) return table[static_cast<std::size_t>(value)];
-  return static_cast<std::int16_t>(-table[static_cast<std::size_t>(std::min(-value, kLastEntry))]);
+double EncodingPower(double x) {
+  return x * Power<7>(InverseRoot<12>(x));
 }
 
-void SendThrough(HostImage& image, const Table& table, bool premultiplied) {
+float Mirrored(float value, double (*function)(double)) {
+  return static_cast<float>(std::copysign(function(std::fabs(static_cast<double>(value))), static_cast<double>(value)));
+}
+
+double Decoded(double x) {
+  return x <= 0.04045 ? x * (1.0 / 12.92) : DecodingPower((x + 0.055) * (1.0 / 1.055));
+}
+
+double Encoded(double x) {
+  return x <= 0.0031308 ? x * 12.92 : 1.055 * EncodingPower(x) - 0.055;
+}
+
+void SendThrough(HostImage& image, float (*function)(float), bool premultiplied) {
   if (premultiplied) DivideByAlpha(image);
   for (std::int32_t y = 0; y < image.Height(); ++y) {
     std::byte* at = image.Row(y);
-    for (std::int32_t x = 0; x < image.Width(); ++x, at += 4 * sizeof(std::int16_t)) {
-      std::int16_t colours[3];
+    for (std::int32_t x = 0; x < image.Width(); ++x, at += 4 * sizeof(float)) {
+      float colours[3];
       std::memcpy(colours, at, sizeof colours);
-      for (std::int16_t& colour : colours)
-        colour = Mirrored(table, colour);
+      for (float& colour : colours)
+        colour = function(colour);
       std::memcpy(at, colours, sizeof colours);
     }
   }
@@ -66,20 +78,20 @@ void SendThrough(HostImage& image, const Table& table, bool premultiplied) {
 
 }  // namespace
 
-std::int16_t LinearOf(std::int16_t encoded) {
-  return Mirrored(LinearTable(), encoded);
+float LinearOf(float encoded) {
+  return std::clamp(Mirrored(encoded, Decoded), -kMostLight, kMostLight);
 }
 
-std::int16_t EncodedOf(std::int16_t linear) {
-  return Mirrored(EncodedTable(), linear);
+float EncodedOf(float linear) {
+  return Mirrored(linear, Encoded);
 }
 
 void DecodeColours(HostImage& image, bool premultiplied) {
-  SendThrough(image, LinearTable(), premultiplied);
+  SendThrough(image, LinearOf, premultiplied);
 }
 
 void EncodeColours(HostImage& image, bool premultiplied) {
-  SendThrough(image, EncodedTable(), premultiplied);
+  SendThrough(image, EncodedOf, premultiplied);
 }
 
 }  // namespace vblur::host

@@ -37,7 +37,10 @@ struct Divide {
   Component operator()(Component colour, Component alpha) const {
     return alpha <= 0 ? colour : Limited<Component>(NearestQuotient(colour * kFull<Component>, alpha));
   }
-  float operator()(float colour, float alpha) const { return alpha > 0.0f ? colour / alpha : colour; }
+  float operator()(float colour, float alpha) const {
+    constexpr float kMost = 65504.0f;
+    return alpha > 0.0f ? std::clamp(colour / alpha, -kMost, kMost) : colour;
+  }
 };
 
 template <typename Component, typename Change>
@@ -49,6 +52,16 @@ void ChangeRow(std::byte* row, std::int32_t width, Change change) {
       pixel[c] = change(pixel[c], pixel[3]);
     std::memcpy(row, pixel, sizeof pixel);
   }
+}
+
+template <typename Component>
+bool HidesColours(const std::byte* row, std::int32_t width) {
+  for (std::int32_t x = 0; x < width; ++x, row += 4 * sizeof(Component)) {
+    Component pixel[4];
+    std::memcpy(pixel, row, sizeof pixel);
+    if (pixel[3] <= 0 && (pixel[0] != 0 || pixel[1] != 0 || pixel[2] != 0)) return true;
+  }
+  return false;
 }
 
 template <typename Change>
@@ -66,6 +79,17 @@ void ChangeColours(HostImage& image, Change change) {
 
 void MultiplyByAlpha(HostImage& image) {
   ChangeColours(image, Multiply{});
+}
+
+bool HasHiddenColours(const HostImage& image) {
+  for (std::int32_t y = 0; y < image.Height(); ++y) {
+    const std::byte* const row = image.Row(y);
+    const bool hides = image.Depth() == 8    ? HidesColours<std::uint8_t>(row, image.Width())
+                       : image.Depth() == 16 ? HidesColours<std::int16_t>(row, image.Width())
+                                             : HidesColours<float>(row, image.Width());
+    if (hides) return true;
+  }
+  return false;
 }
 
 void DivideByAlpha(HostImage& image) {

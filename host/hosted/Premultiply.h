@@ -8,6 +8,8 @@ namespace vblur::host {
 
 // Of four components. Alpha stays as it is.
 void MultiplyByAlpha(HostImage& image);
+// Whether a pixel of an alpha of 0 or less has a colour: multiplied by its alpha, it is lost.
+bool HasHiddenColours(const HostImage& image);
 // Where alpha is 0 or less, colours stay as they are.
 void DivideByAlpha(HostImage& image);
 

@@ -77,7 +77,8 @@ struct ProjectSizes {
 struct Job {
   // The folder that relative file names start from.
   std::filesystem::path folder = ".";
-  // 8 or 16 bits a component; absent: 8 when the first input holds unsigned 8-bit samples, else 16.
+  // 8, 16 or 32 bits a component, 32 as floats; absent: 8 when the first input holds unsigned 8-bit samples, 32 when it
+  // holds halves or floats, else 16.
   std::optional<std::int32_t> depth;
   // Absent: a transition when there is a second input, painted when there is a mask, else a filter.
   std::optional<EffectKind> kind;
@@ -104,6 +105,15 @@ struct Job {
   bool premultipliesAround = false;
   // Colours of the sRGB transfer function are in linear light while they are rendered.
   bool linear = false;
+  // Rendered in floats, whatever the depth, and converted once at the end: flat areas keep their value at every size.
+  bool steady = false;
+
+  // The depth that is asked for, or the one that the job is rendered with whatever is asked: products of alpha, and
+  // light, lose steps where there are steps.
+  std::optional<std::int32_t> RenderDepth() const {
+    constexpr std::int32_t kFloats = 32;
+    return steady || linear || premultipliesAround ? kFloats : depth;
+  }
   PropertyStore properties;
 
   friend bool operator==(const Job&, const Job&) = default;

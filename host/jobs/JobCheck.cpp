@@ -260,15 +260,16 @@ void CheckFrameCount(std::int64_t count) {
   Refuse("frames", std::to_string(count) + " frames, expected at most " + std::to_string(kMostFrames));
 }
 
+void CheckDepth(std::string_view place, std::int32_t depth) {
+  if (!IsDepth(depth)) Refuse(place, "expected 8, 16 or 32, found " + std::to_string(depth));
+}
+
 bool NeedsInput(EffectKind kind) {
   return kind != EffectKind::Generator && kind != EffectKind::Other;
 }
 
 void CheckValues(const Job& job) {
-  if (job.depth && *job.depth != 8 && *job.depth != 16) {
-    Refuse("depth", "expected 8 or 16, found " + std::to_string(*job.depth));
-  }
-  if (job.linear && job.depth == 8) Refuse("linear", "light is rendered with a depth of 16, found 8");
+  if (job.depth) CheckDepth("depth", *job.depth);
   constexpr std::array kKinds{EffectKind::Filter, EffectKind::Source,     EffectKind::Generator,
                               EffectKind::Paint,  EffectKind::Transition, EffectKind::Other};
   if (job.kind && std::ranges::find(kKinds, *job.kind) == kKinds.end()) {

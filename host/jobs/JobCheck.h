@@ -30,6 +30,13 @@ void CheckFrameCount(std::int64_t count);
 
 bool NeedsInput(EffectKind kind);
 
+// Bits of a component that frames are rendered with; 32 are floats.
+constexpr bool IsDepth(std::int32_t depth) {
+  return depth == 8 || depth == 16 || depth == 32;
+}
+// Throws Failure (wrong usage) that begins with `place`.
+void CheckDepth(std::string_view place, std::int32_t depth);
+
 // The lower left corner of a picture, which may be a sum.
 using PixelPosition = std::array<std::int64_t, 2>;
 // Refuses a picture whose pixels, or whose sides, are beyond what the effect counts (FrameLimits). Throws Failure

@@ -12,9 +12,9 @@
 
 namespace vblur::host::job_fields {
 
-inline constexpr std::array<std::string_view, 19> kJob{
-    "version",  "depth", "use", "input",   "input2",  "mask",  "output",      "frames", "start",     "time",
-    "duration", "field", "roi", "outside", "project", "proxy", "premultiply", "linear", "properties"};
+inline constexpr std::array<std::string_view, 20> kJob{
+    "version",  "depth", "use", "input",   "input2",  "mask",  "output",      "frames", "start",  "time",
+    "duration", "field", "roi", "outside", "project", "proxy", "premultiply", "linear", "steady", "properties"};
 inline constexpr std::array<std::string_view, 5> kInput{"file", "position", "size", "origin", "layer"};
 inline constexpr std::array<std::string_view, 6> kMask{"file", "position", "size", "origin", "offset", "channel"};
 inline constexpr std::array<std::string_view, 12> kOutput{"file",   "position", "size",        "origin",

@@ -119,8 +119,9 @@ FieldChoice ReadFieldChoice(const JsonPlace& place) {
 }
 
 std::int32_t ReadDepth(const JsonPlace& place) {
-  const std::int32_t depth = place.Whole("8 or 16");
-  if (depth != 8 && depth != 16) place.FailExpected("8 or 16");
+  constexpr const char* kExpected = "8, 16 or 32";
+  const std::int32_t depth = place.Whole(kExpected);
+  if (!IsDepth(depth)) place.FailExpected(kExpected);
   return depth;
 }
 
@@ -171,6 +172,13 @@ void ReadPictures(const JsonPlace& root, Job& job) {
   if (!job.input && NeedsInput(ResolveKind(job))) root.Fail("input: missing, expected " + std::string(kImageExpected));
 }
 
+bool ReadSwitch(const JsonPlace& root, const char* name) {
+  const auto field = root.Field(name);
+  if (!field) return false;
+  if (!field->Value().is_boolean()) field->FailExpected("true or false");
+  return field->Value().get<bool>();
+}
+
 Job ReadJob(const JsonPlace& root) {
   if (!root.Value().is_object()) root.FailExpected("an object with the fields of a job");
   if (const auto field = root.Field("version"); field && field->Value() != 1) field->FailExpected("1");
@@ -192,10 +200,8 @@ Job ReadJob(const JsonPlace& root) {
     if (field->Text("\"around\"") != "around") field->FailExpected("\"around\"");
     job.premultipliesAround = true;
   }
-  if (const auto field = root.Field("linear")) {
-    if (!field->Value().is_boolean()) field->FailExpected("true or false");
-    job.linear = field->Value().get<bool>();
-  }
+  job.linear = ReadSwitch(root, "linear");
+  job.steady = ReadSwitch(root, "steady");
   if (const auto field = root.Field("properties")) job.properties = ReadProperties(*field);
   return job;
 }

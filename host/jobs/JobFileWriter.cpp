@@ -95,6 +95,7 @@ Json JobToJson(const Job& job) {
   if (job.proxy != Job{}.proxy) json["proxy"] = job.proxy;
   if (job.premultipliesAround) json["premultiply"] = "around";
   if (job.linear) json["linear"] = true;
+  if (job.steady) json["steady"] = true;
   if (!job.properties.Settings().empty()) json["properties"] = PropertiesToJson(job.properties);
   return json;
 }

@@ -56,7 +56,9 @@ class FileCollisions {
   void CheckReader(const Reader& reader, const std::string& name, std::int32_t frame) const {
     const std::string field(reader.field);
     if (!outputMayBeInput_ && reader.field != kInitialField) {
-      Refuse("output", name + " is the picture that " + field + " is read from, expected another file");
+      throw Failure(ExitCode::WrongUsage,
+                    "output: " + name + " is the picture that " + field + " is read from, expected another file",
+                    reader.isShared || reader.frame != frame ? FailureKind::Other : FailureKind::IsInput);
     }
     const std::string what = name + " of frame " + std::to_string(frame) + " is the picture that ";
     if (reader.isShared) Refuse("output", what + "several frames read as " + field + ", expected another file");

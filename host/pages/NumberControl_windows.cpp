@@ -305,7 +305,11 @@ void NumberControl::OpenEditor() {
                                     std::max<int>(area.right - 4, 1), std::max<int>(area.bottom - 4, 1), handle_,
                                     nullptr, OwnModule(), nullptr);
   if (made == nullptr) return;
-  SetWindowSubclass(made, &NumberEditor::Run, 0, reinterpret_cast<DWORD_PTR>(this));
+  // Without it nothing would take what is typed, or close it.
+  if (SetWindowSubclass(made, &NumberEditor::Run, 0, reinterpret_cast<DWORD_PTR>(this)) == FALSE) {
+    DestroyWindow(made);
+    return;
+  }
   editor_ = made;
   ::SendMessageW(made, WM_SETFONT, static_cast<WPARAM>(Send(WM_GETFONT)), FALSE);
   ::SendMessageW(made, EM_SETMODIFY, FALSE, 0);

@@ -14,7 +14,9 @@ namespace {
 
 // The library takes non-const pictures but only reads inputs.
 OIIO::ImageBuf View(const HostImage& image) {
-  const OIIO::TypeDesc type = image.Depth() == 8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::INT16;
+  const OIIO::TypeDesc type = image.Depth() == 8    ? OIIO::TypeDesc::UINT8
+                              : image.Depth() == 16 ? OIIO::TypeDesc::INT16
+                                                    : OIIO::TypeDesc::FLOAT;
   return OIIO::ImageBuf(OIIO::ImageSpec(image.Width(), image.Height(), 4, type), image.FirstPixel());
 }
 

@@ -59,7 +59,7 @@ FileWindow GrownData(const HostImage& image, const FileWindow& picture, FileWind
 class Plan {
  public:
   explicit Plan(const PictureToWrite& picture)
-      : picture_(picture), format_(picture.format), metadata_(picture.metadata) {}
+      : picture_(picture), format_(picture.format), metadata_(OwnMetadata(picture.metadata)) {}
 
   OutputLayout Make() {
     ChoosePixels();
@@ -260,7 +260,7 @@ class Plan {
 
   const PictureToWrite& picture_;
   const OutputFormat& format_;
-  const PictureMetadata* const metadata_;
+  const LibraryMetadata* const metadata_;
   OutputLayout layout_;
   PixelLayout pixels_ = PixelLayout::Rgba;
   SampleType type_ = SampleType::Unsigned8;

@@ -18,7 +18,7 @@ struct OutputChannel {
   std::string name;
   int component = -1;  // -1: passing
   SampleType type = SampleType::Unsigned8;
-  // Of a passing channel: its type in the file and in the source, and its place in a pixel of PictureMetadata::passing.
+  // Of a passing channel: its type in the file and in the source, and its place in a pixel of LibraryMetadata::passing.
   OIIO::TypeDesc passedAs;
   OIIO::TypeDesc passedFrom;
   std::size_t place = 0;

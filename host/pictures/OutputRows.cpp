@@ -46,7 +46,7 @@ void OutputRows::AddBeyond(std::int32_t first, std::int32_t count, BeyondRange& 
 }
 
 void OutputRows::PutPassing(const OutputChannel& channel, std::int32_t row, std::byte* samples) const {
-  const PictureMetadata& source = *picture_.metadata;
+  const LibraryMetadata& source = *OwnMetadata(picture_.metadata);
   const FileWindow& window = source.info.data;
   const std::int64_t y = std::int64_t{layout_.spec.y} + row;
   const CommonColumns columns = ColumnsInCommon(Written(layout_), window);

@@ -159,8 +159,8 @@ bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
   return format == "png" && attribute.type() == OIIO::TypeDesc::STRING && attribute.name() != "ICCProfile";
 }
 
-PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
-  PictureMetadata metadata;
+LibraryMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
+  LibraryMetadata metadata;
   metadata.input = input;
   if (info.format == "png") MakePngTextsUtf8(metadata.input);
   if (info.format == "jpeg" || info.format == "png") NameResolutionUnit(info.exif, metadata.input);
@@ -171,7 +171,27 @@ PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   return metadata;
 }
 
-void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+LibraryMetadata MetadataOf(const PictureInfo& info, const PngMetadata& png) {
+  LibraryMetadata metadata;
+  metadata.info = info;
+  const auto type = info.samples == SampleKind::Unsigned8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::UINT16;
+  OIIO::ImageSpec& spec = metadata.input;
+  spec = OIIO::ImageSpec(info.data.width, info.data.height, info.channels, type);
+  if (!png.profile.empty()) {
+    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(png.profile.size())),
+                   png.profile.data());
+  }
+  for (const auto& [name, text] : png.texts)
+    spec.attribute(name, text);
+  if (png.pixelsX == 0) return metadata;
+  spec.attribute("ResolutionUnit", png.isInMetres ? "inch" : "none");
+  spec.attribute("XResolution", png.ResolutionX());
+  spec.attribute("YResolution", png.ResolutionY());
+  if (png.PixelAspect() > 0.0f) spec.attribute("PixelAspectRatio", png.PixelAspect());
+  return metadata;
+}
+
+void ApplyMetadata(const LibraryMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
                    const OutputFormat& format) {
   const bool sameFormat = metadata.info.format == format.name;
   for (const auto& attribute : metadata.input.extra_attribs) {

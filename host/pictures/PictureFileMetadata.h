@@ -11,19 +11,24 @@
 
 #include "host/files/OutputFormat.h"
 #include "host/files/PictureInfo.h"
+#include "host/light/PictureMetadata.h"
 
 namespace vblur::host {
 
-struct PictureMetadata {
-  // The reader's description of the file as it was opened, and the host's.
+struct LibraryMetadata final : PictureMetadata {
+  // The reader's description of the file as it was opened.
   OIIO::ImageSpec input;
-  PictureInfo info;
   // The samples of the channels that the effect does not take (PictureInfo::passing), as they are stored: those of a
   // pixel side by side in their order, the data window alone, the top row first.
   std::vector<std::byte> passing;
-  // The file declares premultiplied colours. Values are unchanged, and the output declares the same.
-  bool associatedAlpha = false;
 };
+
+// What the light library has read, as this one's reader describes it for files of other formats.
+LibraryMetadata MetadataOf(const PictureInfo& info, const PngMetadata& png);
+// Those of this library's own reader; null for none.
+inline const LibraryMetadata* OwnMetadata(const PictureMetadata* metadata) {
+  return static_cast<const LibraryMetadata*>(metadata);
+}
 
 // An attribute's group; none for storage attributes, and for the default orientation and pixel aspect.
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute);
@@ -32,10 +37,10 @@ bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format);
 // The layouts of pixels that a colour profile is for; none for a damaged one.
 SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile);
 
-PictureMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info);
+LibraryMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info);
 // Adds what an output of this layout and of the size that it has already may repeat: never how the source's pixels were
 // stored, nor a colour profile that is not for them.
-void ApplyMetadata(const PictureMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
+void ApplyMetadata(const LibraryMetadata& metadata, PixelLayout pixels, OIIO::ImageSpec& output,
                    const OutputFormat& format);
 // Takes out the longest texts until files of the format hold all of them together; returns their names.
 std::vector<std::string> TakeLongTexts(OIIO::ImageSpec& output, const OutputFormat& format);

@@ -153,6 +153,15 @@ PictureInfo Describe(const std::filesystem::path& path, const std::string& forma
   return info;
 }
 
+// The library takes the bytes of such samples in the other order.
+void RequireKnownBytes(const std::filesystem::path& path, const OIIO::ImageInput& file) {
+  constexpr int kThreeBytes = 24;
+  const OIIO::ImageSpec& spec = file.spec();
+  if (std::string_view(file.format_name()) != "tiff" || spec.format.is_floating_point()) return;
+  if (spec.get_int_attribute("oiio:BitsPerSample") == kThreeBytes)
+    RefuseToRead(path, "samples of 24 bits are not read, expected whole numbers of 8, 16 or 32 bits");
+}
+
 // Before anything is decoded.
 void RequireSize(const std::filesystem::path& path, const OIIO::ImageSpec& spec, std::int64_t mostPixels) {
   if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) {
@@ -200,11 +209,15 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     auto file = OpenAnyFormat(path);
     RequireSize(path, file->spec(), choice.mostPixels);
     RequireBlack(path, *file);
+    RequireKnownBytes(path, *file);
     PictureInfo info = Describe(path, file->format_name(), WithAllNames(file->spec()), choice);
     ChunkFacts chunks = FactsOfChunks(FileToOpen(path));
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
     if (info.format == "tiff") info.unread = OtherTiffTags(FileToOpen(path), kReadTiffTags);
+    // The reader passes over one that it cannot unpack or that is none.
+    if (chunks.hasProfile && file->spec().find_attribute("ICCProfile") == nullptr)
+      info.unread.emplace_back("damaged colour profile");
     info.colourChunks = std::move(chunks.colourChunks);
     info.lateTexts = std::move(chunks.lateTexts);
     const ExifFacts exif = FactsOfExif(chunks.exif);

@@ -149,7 +149,7 @@ void OpenedPicture::KeepPassing(std::size_t pixels) {
 }
 
 ReadPicture OpenedPicture::Facts() {
-  auto metadata = std::make_shared<PictureMetadata>(CollectMetadata(Spec(), picture_.info));
+  auto metadata = std::make_shared<LibraryMetadata>(CollectMetadata(Spec(), picture_.info));
   metadata->passing = std::move(passing_);
   const bool associated = metadata->associatedAlpha;
   return {picture_.info, std::move(metadata), associated, {}};

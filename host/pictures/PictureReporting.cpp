@@ -4,6 +4,7 @@
 
 #include "host/pictures/ExifFields.h"
 #include "host/pictures/PictureFileOpen.h"
+#include "host/pictures/PngChunks.h"
 
 namespace vblur::host {
 
@@ -28,12 +29,32 @@ std::vector<std::string> FieldsLacking(const PictureInfo& info, const OIIO::Imag
   return names;
 }
 
-void AddLacking(const PictureMetadata& metadata, PictureReport& report) {
+// A text of any name goes into a PNG file, and these go into a TIFF file.
+bool KeepsOther(const OutputFormat& format, const OIIO::ParamValue& attribute) {
+  if (attribute.type() != OIIO::TypeDesc::STRING) return false;
+  const std::string name = attribute.name().string();
+  return format.name == "png" ? IsPngKeyword(name)
+                              : format.name == "tiff" && (name == "DocumentName" || name == "HostComputer");
+}
+
+std::vector<std::string> OthersKept(const OIIO::ImageSpec& output, const OutputFormat& format) {
+  std::vector<std::string> names;
+  for (const auto& attribute : output.extra_attribs) {
+    if (GroupOf(attribute) == MetadataGroup::Other && KeepsOther(format, attribute))
+      names.push_back(attribute.name().string());
+  }
+  return names;
+}
+
+void AddLacking(const LibraryMetadata& metadata, PictureReport& report) {
   for (const OutputFormat& format : OutputFormats()) {
     OIIO::ImageSpec output;
     ApplyMetadata(metadata, PixelLayout::Rgb, output, format);
-    PartsLacking parts{FieldsLacking(metadata.info, output, format), TakeLongTexts(output, format)};
-    if (!parts.exifFields.empty() || !parts.longTexts.empty())
+    PartsLacking parts;
+    parts.exifFields = FieldsLacking(metadata.info, output, format);
+    parts.longTexts = TakeLongTexts(output, format);
+    parts.keptOthers = OthersKept(output, format);
+    if (!parts.exifFields.empty() || !parts.longTexts.empty() || !parts.keptOthers.empty())
       report.lacking.emplace(std::string(format.name), std::move(parts));
   }
 }
@@ -55,7 +76,7 @@ void AddCompression(PictureReport& report) {
 
 }  // namespace
 
-PictureReport DescribePicture(const PictureMetadata& metadata) {
+PictureReport DescribePicture(const LibraryMetadata& metadata) {
   PictureReport report;
   report.info = metadata.info;
   report.compression = CompressionOf(metadata.input);
@@ -64,6 +85,7 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
     const auto group = GroupOf(attribute);
     if (!group) continue;
     report.metadata.Add(*group);
+    if (group == MetadataGroup::Other) report.others.push_back(attribute.name().string());
     if (!IsTextOf(attribute, metadata.info.format)) report.beyondText.Add(*group);
     if (group == MetadataGroup::Profile) report.profileFits = LayoutsOfProfile(attribute);
     constexpr int kMostValues = 64;

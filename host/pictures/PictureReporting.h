@@ -11,6 +11,6 @@ namespace vblur::host {
 // As PictureLibrary::Report.
 PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice);
 // Of a picture that has been read.
-PictureReport DescribePicture(const PictureMetadata& metadata);
+PictureReport DescribePicture(const LibraryMetadata& metadata);
 
 }  // namespace vblur::host

@@ -105,7 +105,7 @@ class Writing {
     const SampleType type = layout_.channels.front().type;
     const std::string held = type == SampleType::Float
                                  ? "0 and above, which " + std::string(picture_.format.name) + " files hold"
-                                 : "0 to 1, which " + std::string(NameOf(type)) + " samples hold";
+                                 : LimitsOf(type);
     const std::string clipped = FormatBeyond(beyond_, held);
     if (!clipped.empty()) layout_.notes.push_back(OutputName(picture_.target) + ": " + clipped);
     return std::move(layout_.notes);
@@ -234,6 +234,12 @@ std::vector<std::string> WritePicture(const PictureToWrite& picture, const StopT
   static const bool takesHalves = OIIO::attribute("tiff:half", 1);
   static_cast<void>(takesHalves);
   const PictureFileChatter chatter;
+  const PngMetadata* const png = picture.metadata != nullptr ? picture.metadata->Png() : nullptr;
+  if (png != nullptr) {
+    const LibraryMetadata metadata = MetadataOf(picture.metadata->info, *png);
+    return WritePicture(
+        {picture.target, picture.file, picture.format, picture.image, &metadata, picture.storage, picture.part}, stop);
+  }
   Writing writing(picture, stop);
   writing.Open();
   writing.Put();

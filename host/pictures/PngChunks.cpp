@@ -78,18 +78,10 @@ std::string KeywordOf(const std::string& name) {
   return found == kKeywords.end() ? name : std::string((*found)[1]);
 }
 
-// Printable, and without blanks at either end or side by side.
-bool IsKeyword(std::string_view name) {
-  constexpr std::size_t kLongest = 79;
-  const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
-  return !name.empty() && name.size() <= kLongest && isPrintable && name.front() != ' ' && name.back() != ' ' &&
-         name.find("  ") == std::string_view::npos;
-}
-
 // Nothing for names that a chunk cannot have as its keyword.
 std::optional<std::string> TextChunk(const OIIO::ParamValue& attribute) {
   const std::string keyword = KeywordOf(attribute.name().string());
-  if (!IsKeyword(keyword)) return std::nullopt;
+  if (!IsPngKeyword(keyword)) return std::nullopt;
   const std::string text = attribute.get_string();
   // Behind the keyword: not compressed, no language, no translated keyword.
   return Chunk("iTXt", keyword + std::string(5, '\0') + (IsUtf8(text) ? text : Utf8OfLatin1(text)));
@@ -125,6 +117,13 @@ std::string TakeExif(OIIO::ImageSpec& spec) {
 }
 
 }  // namespace
+
+bool IsPngKeyword(std::string_view name) {
+  constexpr std::size_t kLongest = 79;
+  const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
+  return !name.empty() && name.size() <= kLongest && isPrintable && name.front() != ' ' && name.back() != ' ' &&
+         name.find("  ") == std::string_view::npos;
+}
 
 std::string TakePngChunks(OIIO::ImageSpec& spec, const std::string& colour, const std::string& exif) {
   // The library writes its guess of the source's colours, and a text of it.

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include <OpenImageIO/imageio.h>
 
@@ -15,6 +16,9 @@ constexpr std::size_t kPngHead = 33;
 // (eXIf), texts beyond ASCII (iTXt), and for what the library would make of them two things of the source as they are
 // stored: `colour`, chunks about its colours, and `exif`; empty: it has none.
 std::string TakePngChunks(OIIO::ImageSpec& spec, const std::string& colour, const std::string& exif);
+
+// Whether a text may have this name: printable, and without blanks at either end or side by side.
+bool IsPngKeyword(std::string_view name);
 
 // Texts of a PNG file that are not UTF-8 are Latin-1, as its plain text chunks are; makes them UTF-8.
 void MakePngTextsUtf8(OIIO::ImageSpec& spec);

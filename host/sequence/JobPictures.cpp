@@ -28,24 +28,34 @@ bool HasPremultipliedColours(const Job& job, const ReadPicture& read) {
 }
 
 // From the colours of the file to those that are rendered.
-void Convert(const Job& job, const std::filesystem::path& path, const ReadPicture& read, HostImage& image) {
+void Convert(const Job& job, const std::filesystem::path& path, ReadPicture& read, HostImage& image) {
   if (job.linear && read.info.transfer == Transfer::Other) {
     Refuse("linear", InputName(path) + ": its colours are logarithmic, expected sRGB or linear light");
   }
   if (job.linear && read.info.transfer == Transfer::Srgb) DecodeColours(image, HasPremultipliedColours(job, read));
-  if (job.premultipliesAround) MultiplyByAlpha(image);
+  if (!job.premultipliesAround) return;
+  if (HasHiddenColours(image)) {
+    read.losses.push_back(InputName(path) + ": colours under transparent pixels are lost by premultiply around");
+  }
+  MultiplyByAlpha(image);
 }
 
 }  // namespace
 
-ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth,
-                                 HostImage& image) const {
+ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image) {
   const auto path = FileOf(frame);
   auto read = choice_.use == PictureUse::Mask ? reader.ReadMask(path, depth, image, choice_)
                                               : reader.ReadColour(path, depth, image, choice_);
   if (choice_.use == PictureUse::Colour) Convert(job_, path, read, image);
   image.Place(record_);
+  const std::lock_guard hold(counting_);
+  beyond_.Add(read.beyond);
   return read;
+}
+
+BeyondRange JobPicture::Beyond() const {
+  const std::lock_guard hold(counting_);
+  return beyond_;
 }
 
 JobPicture::Loaded JobPicture::Describe(std::int32_t frame, const ReadPicture& read, const HostImage& image) const {
@@ -55,7 +65,8 @@ JobPicture::Loaded JobPicture::Describe(std::int32_t frame, const ReadPicture& r
           read.losses,
           read.samples,
           read.info.transfer,
-          HasPremultipliedColours(job_, read)};
+          HasPremultipliedColours(job_, read),
+          read.beyond};
 }
 
 JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
@@ -141,9 +152,16 @@ std::int64_t JobPictures::BytesRead(std::int32_t frame, std::int32_t depth) cons
 
 std::int32_t JobPictures::DepthAt(std::int32_t frame) const {
   constexpr std::int32_t kWithoutInput = 16;
-  if (job_.depth) return *job_.depth;
-  if (job_.linear) return kWithoutInput;
+  if (const auto depth = job_.RenderDepth()) return *depth;
   return input_ ? InputInfo(frame).NaturalDepth() : kWithoutInput;
+}
+
+BeyondRange JobPictures::Beyond() const {
+  BeyondRange beyond;
+  for (const auto* picture : {&input_, &input2_, &mask_, &initial_}) {
+    if (*picture) beyond.Add((*picture)->Beyond());
+  }
+  return beyond;
 }
 
 PictureInfo JobPictures::InputInfo(std::int32_t frame) const {

@@ -36,12 +36,15 @@ class JobPicture {
     FileSamples samples{};            // of the first input of a job that keeps it around a region
     Transfer transfer = Transfer::Srgb;
     bool hasPremultipliedColours = false;  // as the file declares
+    BeyondRange beyond{};                  // as ReadPicture has it
   };
   Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer);
   const ReadChoice& Choice() const { return choice_; }
+  // Of every file so far, each time that it was read.
+  BeyondRange Beyond() const;
 
  private:
-  ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image) const;
+  ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image);
   Loaded Describe(std::int32_t frame, const ReadPicture& read, const HostImage& image) const;
 
   const Job& job_;
@@ -51,6 +54,8 @@ class JobPicture {
   std::mutex keeping_;
   HostImage kept_;
   std::optional<ReadPicture> keptFile_;
+  mutable std::mutex counting_;
+  BeyondRange beyond_;
 };
 
 // What a job reads, shared by all its FrameBuffers.
@@ -69,6 +74,8 @@ class JobPictures {
   // The depth to render at: the job's, that of the first input at this frame, or 16 without an input. Throws Failure
   // (cannot read).
   std::int32_t DepthAt(std::int32_t frame) const;
+  // What a depth of 32 has not carried of all that was read so far.
+  BeyondRange Beyond() const;
 
  private:
   friend class FrameBuffers;

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

@@ -80,6 +80,7 @@ std::string SummaryLine(const RenderSummary& summary) {
 
 std::string SummaryJson(const RenderSummary& summary) {
   const double wall = std::max(summary.wallSeconds, 1e-9);
+  const BeyondRange& beyond = summary.beyond;
   return Text({{"event", "end"},
                {"done", summary.done},
                {"skipped", summary.skipped},
@@ -87,7 +88,9 @@ std::string SummaryJson(const RenderSummary& summary) {
                {"exit", static_cast<int>(summary.code)},
                {"wall", summary.wallSeconds},
                {"framesPerSecond", static_cast<double>(summary.done) / wall},
-               {"seconds", Seconds(summary.seconds)}});
+               {"seconds", Seconds(summary.seconds)},
+               {"limited", beyond.count},
+               {"notNumbers", beyond.notNumbers}});
 }
 
 void PutLine(std::FILE* stream, const std::string& line) {
@@ -187,6 +190,9 @@ void Progress::ClearBar() {
 void Progress::Finish(const RenderSummary& summary) {
   if (style_ == ProgressStyle::Json) return PutLine(stream_, SummaryJson(summary));
   ClearBar();
+  constexpr std::int32_t kFloats = 32;
+  const std::string beyond = FormatBeyond(summary.beyond, LimitsOf(kFloats));
+  if (!quiet_ && !beyond.empty()) PutLine(stream_, "vblur: input: " + beyond);
   if (style_ == ProgressStyle::Lines || (style_ == ProgressStyle::Bar && frames_ > 1)) {
     PutLine(stream_, SummaryLine(summary));
   } else if (style_ == ProgressStyle::Bar && summary.done == 1) {

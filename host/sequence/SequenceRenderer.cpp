@@ -14,6 +14,7 @@
 #include "host/base/PartFiles.h"
 #include "host/base/RealPaths.h"
 #include "host/base/StandardStream.h"
+#include "host/base/SystemFiles.h"
 #include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/hosted/CoordMan.h"
@@ -103,6 +104,7 @@ class SequenceRun {
   void Begin(FrameSlot& slot, std::int64_t index);
   void Render(HostedEffect& effect, FrameSlot& slot);
   void Write(FrameSlot& slot);
+  std::string NamingOutput(const std::string& warning, const std::string& file) const;
   void Report(FrameSlot& slot);
 
   const Job& job_;
@@ -190,6 +192,7 @@ std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
 
 void SequenceRun::CheckInputs(std::int32_t frame) {
   for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
+    if (const std::string flaw = FlawOfInputName(file); !flaw.empty()) RefuseToRead(file, flaw);
     std::error_code error;
     if (IsStandardStream(file) || std::filesystem::exists(file, error)) continue;
     RefuseToRead(file, "no such file" + AboutFrame(frames_, frame) + FramePattern::Advice(Utf8Of(file.filename())));
@@ -390,8 +393,11 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
 
 void SequenceRun::Write(FrameSlot& slot) {
   for (const JobPicture::Loaded* read : slot.buffers.Loaded()) {
-    if (read->losses.empty() || !IsReplaced(read->file, slot.result.frame)) continue;
-    RefuseLoss(slot.result.file, "what cannot be read: " + read->losses.front());
+    const bool isWhole = read->losses.empty() && read->beyond.IsEmpty();
+    if (isWhole || !IsReplaced(read->file, slot.result.frame)) continue;
+    RefuseLoss(slot.result.file,
+               "what cannot be read: " +
+                   (read->losses.empty() ? FormatBeyond(read->beyond, LimitsOf(depth_)) : read->losses.front()));
   }
   OutputOptions options{options_.overwrite || slot.replaces, options_.sync, storage_};
   const FileSamples& samples = slot.buffers.Loaded().front()->samples;
@@ -403,13 +409,22 @@ void SequenceRun::Write(FrameSlot& slot) {
   slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());
 }
 
+// Of several pictures, which one a warning about "output" is about, or the first one.
+std::string SequenceRun::NamingOutput(const std::string& warning, const std::string& file) const {
+  constexpr std::string_view kPlace = "output: ";
+  if (!warning.starts_with(kPlace)) return warning;
+  if (frames_.Count() > 1) return warning + " (first in " + file + ")";
+  return options_.isOneOfSeveral ? file + ": " + warning.substr(kPlace.size()) : warning;
+}
+
 void SequenceRun::Report(FrameSlot& slot) {
   summary_.seconds.read += slot.result.seconds.read;
   summary_.seconds.render += slot.result.seconds.render;
   summary_.seconds.write += slot.result.seconds.write;
   if (slot.dropped) return;
   for (const std::string& warning : slot.warnings) {
-    if (warned_.insert(warning).second) observer_.OnWarning(slot.result.frame, warning);
+    if (warned_.insert(warning).second)
+      observer_.OnWarning(slot.result.frame, NamingOutput(warning, OutputName(slot.result.file)));
   }
   switch (slot.result.status) {
     case FrameStatus::Done: ++summary_.done; break;
@@ -456,7 +471,11 @@ RenderSummary SequenceRun::Run() {
   // Clones are destroyed before their source.
   for (; !effects_.empty(); effects_.pop_back())
     effects_.back().EndFrameRange();
-  if (context_.Stopped()) summary_.code = ExitCode::Interrupted;
+  // A stop that comes after the last file has changed nothing.
+  // A frame that failed may have failed of it, as one to a broken pipe has.
+  const bool isComplete = summary_.done + summary_.skipped == frames_.Count();
+  if (context_.Stopped() && !isComplete) summary_.code = ExitCode::Interrupted;
+  summary_.beyond = pictures_.Beyond();
   summary_.wallSeconds = SecondsSince(start);
   return summary_;
 }

@@ -38,6 +38,8 @@ struct RenderOptions {
   std::int64_t memory = 0;
   // No picture that is read may have more pixels.
   std::int64_t maxPixels = ReadChoice::kMostPixels;
+  // Whether the job is one of several of a run: what is told of its output names the file.
+  bool isOneOfSeveral = false;
   // Logs the calls on the effect; may be null.
   CallTrace* trace = nullptr;
 };
@@ -72,6 +74,8 @@ struct RenderSummary {
   std::int64_t failed = 0;
   StageTimes seconds;
   double wallSeconds = 0.0;
+  // What a depth of 32 has not carried of the pictures that were read.
+  BeyondRange beyond{};
   ExitCode code = ExitCode::Done;
 };
 

@@ -43,8 +43,10 @@ void MakeSecondClip(const HostImage& from, HostImage& to) {
     std::byte* row = to.Row(from.Height() - 1 - y);
     if (from.Depth() == 8) {
       TurnRow<std::uint8_t>(from.Row(y), row, from.Width());
-    } else {
+    } else if (from.Depth() == 16) {
       TurnRow<std::int16_t>(from.Row(y), row, from.Width());
+    } else {
+      TurnRow<float>(from.Row(y), row, from.Width());
     }
   }
 }

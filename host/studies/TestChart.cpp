@@ -162,8 +162,10 @@ void DrawTestChart(HostImage& image, std::int32_t depth, std::int32_t width, std
     spot.y = (row + 0.5) * spot.pixel;
     if (depth == 8) {
       DrawRow<std::uint8_t>(spot, image, row);
-    } else {
+    } else if (depth == 16) {
       DrawRow<std::int16_t>(spot, image, row);
+    } else {
+      DrawRow<float>(spot, image, row);
     }
   }
 }

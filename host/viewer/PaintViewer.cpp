@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "host/base/Failure.h"
+#include "host/files/Sample.h"
 
 namespace vblur::host {
 
@@ -32,6 +33,20 @@ Shown Show16(const std::byte* pixel) {
   }
   shown[3] = std::byte{255};
   return shown;
+}
+
+Shown Show32(const std::byte* pixel) {
+  std::array<float, 3> stored{};
+  std::memcpy(stored.data(), pixel, sizeof stored);
+  Shown shown{};
+  for (std::size_t i = 0; i < stored.size(); ++i)
+    shown[i] = static_cast<std::byte>(ToSample<std::uint8_t>(stored[i]));
+  shown[3] = std::byte{255};
+  return shown;
+}
+
+Shown Show(const std::byte* pixel, std::int32_t depth) {
+  return depth == 8 ? Show8(pixel) : depth == 16 ? Show16(pixel) : Show32(pixel);
 }
 
 // For each surface pixel of a row or column the index of the nearest of `count` picture pixels; -1 for none. `start`
@@ -85,15 +100,14 @@ std::vector<std::byte> ComposeFrame(const HostImage& frame, const ViewGeometry& 
       NearestPixels(width, (visible.x - position.x) * perUnitX, visible.width / width * perUnitX, frame.Width());
   const auto rows =
       NearestPixels(height, (visible.y - position.y) * perUnitY, visible.height / height * perUnitY, frame.Height());
-  const std::size_t pixelBytes = frame.Depth() == 8 ? 4 : 8;
   std::vector<std::byte> composed(columns.size() * rows.size() * sizeof(Shown));
   std::byte* to = composed.data();
   for (const std::int32_t row : rows) {
     for (const std::int32_t column : columns) {
       Shown shown = kOutside;
       if (row >= 0 && column >= 0) {
-        const std::byte* pixel = frame.Row(row) + static_cast<std::size_t>(column) * pixelBytes;
-        shown = frame.Depth() == 8 ? Show8(pixel) : Show16(pixel);
+        const std::byte* pixel = frame.Row(row) + static_cast<std::size_t>(column) * frame.PixelBytes();
+        shown = Show(pixel, frame.Depth());
       }
       to = std::ranges::copy(shown, to).out;
     }

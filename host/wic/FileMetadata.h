@@ -19,6 +19,11 @@ struct PictureMetadata {
   bool associatedAlpha = false;
 };
 
+// Whether a JPEG file holds its Exif data, these with its texts among them, or its IPTC data, each in a segment.
+bool JpegHoldsExif(const PictureMetadata& metadata);
+bool JpegHoldsTexts(const PictureMetadata& metadata);
+bool JpegHoldsIptc(const PictureMetadata& metadata);
+
 PictureReport DescribePicture(const PictureMetadata& metadata);
 
 }  // namespace vblur::host

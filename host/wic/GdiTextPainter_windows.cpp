@@ -4,10 +4,10 @@
 #include <new>
 #include <utility>
 
-#include <windows.h>
-
 #include "host/base/Failure.h"
 #include "host/base/Utf8.h"
+
+#include <windows.h>
 
 namespace vblur::host {
 

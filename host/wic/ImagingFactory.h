@@ -3,10 +3,10 @@
 
 #include <string>
 
+#include "platform/ComPtr.h"
+
 #include <wincodec.h>
 #include <windows.h>
-
-#include "platform/ComPtr.h"
 
 namespace vblur::host {
 

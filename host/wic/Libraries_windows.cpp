@@ -31,6 +31,9 @@ PictureLibrary& ThePictureLibrary() {
   return library;
 }
 
+// The system's own is light.
+void UsePictures(PictureLibraries /*libraries*/) {}
+
 DrawingLibrary& TheDrawingLibrary() {
   static PaintedDrawings<GdiTextPainter> library;
   return library;

@@ -26,4 +26,7 @@ struct OpenedPicture {
 // Opens the first picture of a file that RequirePictureFile accepts. Throws as ReadPictureInfo does.
 OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice);
 
+// Of pixels that the codec does not give.
+[[noreturn]] void RefusePixels(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error);
+
 }  // namespace vblur::host

@@ -13,6 +13,7 @@
 #include "host/files/StandardInput.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/PictureFileHeader.h"
+#include "host/formats/PngHead.h"
 #include "host/wic/CodecOptions.h"
 #include "host/wic/CodecTraits.h"
 
@@ -28,16 +29,35 @@ void Require(const std::filesystem::path& path, ::HRESULT result) {
   if (FAILED(result)) RefuseDamaged(path, result);
 }
 
-// Of what codecs differ in: the codec does not read such a file.
-[[noreturn]] void RefuseKind(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error) {
+// Compressions of TIFF files that all codecs read.
+bool IsUsualCompression(const std::string& name) {
+  return name == "none" || name == "lzw" || name == "zip" || name == "packbits";
+}
+
+// What codecs differ in; empty: nothing of that.
+std::string UnusualKind(const FileHeader& header) {
   constexpr std::int32_t kMostChannels = 4;
-  if (header.isPlanar)
-    RefuseToRead(path,
-                 "the system's codec does not read samples that are stored plane by plane, expected them pixel "
-                 "by pixel");
+  constexpr std::int32_t kPacked = 5;
+  const bool isTiff = header.format == "tiff";
+  if (header.isPlanar) return "samples that are stored plane by plane, expected them pixel by pixel";
   if (header.channels > kMostChannels)
-    RefuseToRead(path, "the system's codec does not read " + std::to_string(header.channels) +
-                           " channels, expected at most " + std::to_string(kMostChannels));
+    return std::to_string(header.channels) + " channels, expected at most " + std::to_string(kMostChannels);
+  if (isTiff && !IsUsualCompression(header.compression))
+    return (header.compression.empty() ? "this compression" : "the compression " + header.compression) +
+           ", expected none, lzw, zip or packbits";
+  if (isTiff && header.isGrey && header.channels == 2)
+    return "grey of " + std::to_string(header.bits) + " bits with alpha, expected it without, or colours";
+  if (header.format == "bmp" && header.bits == kPacked)
+    return "these 16 bits a pixel, expected 5 bits a channel, or 6 of green";
+  return {};
+}
+
+// The codec does not read such a file.
+[[noreturn]] void RefuseKind(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error) {
+  if (const std::string kind = UnusualKind(header); !kind.empty())
+    RefuseToRead(path, "the system's codec does not read " + kind);
+  const std::string chunk = header.format == "png" ? DamagedPngChunk(ExtendedPath(FileToOpen(path))) : std::string();
+  if (!chunk.empty()) RefuseToRead(path, "the picture is damaged (a wrong checksum in its chunk " + chunk + ")");
   if (FAILED(error)) RefuseDamaged(path, error);
   RefuseToRead(path, "pixels of this kind are not read here, expected 8 or 16 bits a channel");
 }
@@ -110,6 +130,8 @@ std::vector<std::string> ChannelsOf(const OpenedPicture& opened) {
 }
 
 StoredType TypeOf(const PixelForm& form, const FileHeader& header) {
+  constexpr std::int32_t kOfPacked = 5;
+  if (form.IsPacked()) return {NumberKind::Unsigned, 1, kOfPacked};
   const bool isPacked = header.format == "tiff" && form.model == ColourModel::Grey && form.bits < 8;
   if (isPacked) return {NumberKind::Unsigned, 1, form.bits};
   if (form.isFloat) return {NumberKind::Float, 4, 32};
@@ -171,11 +193,23 @@ std::int32_t OpenFrame(const std::filesystem::path& path, OpenedPicture& opened)
   require(opened.frame->GetPixelFormat(&id));
   const PixelForm* const form = FindPixelForm(id);
   if (form == nullptr) RefuseKind(path, header, S_OK);
+  // Codecs tell late that they do not read a compression.
+  if (header.format == "tiff" && !IsUsualCompression(header.compression)) {
+    std::vector<BYTE> row(form->RowBytes(width));
+    const WICRect first{0, 0, static_cast<INT>(width), 1};
+    require(opened.frame->CopyPixels(&first, static_cast<UINT>(row.size()), static_cast<UINT>(row.size()), row.data()));
+  }
   opened.form = *form;
   return static_cast<std::int32_t>(pictures);
 }
 
 }  // namespace
+
+void RefusePixels(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error) {
+  const std::string chunk = header.format == "png" ? DamagedPngChunk(ExtendedPath(FileToOpen(path))) : std::string();
+  RefuseToRead(path, "the picture is damaged or cut short (" +
+                         (chunk.empty() ? ImagingErrorText(error) : "a wrong checksum in its chunk " + chunk) + ")");
+}
 
 OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) try {
   const std::filesystem::path file = ExtendedPath(FileToOpen(path));
@@ -198,7 +232,10 @@ OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoic
   Describe(path, choice, opened);
   opened.metadata.info.pictures = std::max(1, pictures);
   AddChunkFacts(file, opened.metadata.info);
-  opened.metadata.extras = ReadFileExtras(file, header.format, opened.metadata.info.exif);
+  FileExtras& extras = opened.metadata.extras;
+  extras = ReadFileExtras(file, header.format, opened.metadata.info.exif);
+  auto& unread = opened.metadata.info.unread;
+  unread.insert(unread.end(), extras.unread.begin(), extras.unread.end());
   return opened;
 } catch (const Failure&) {
   throw;

@@ -8,6 +8,9 @@
 #include <utility>
 
 #include "host/base/Failure.h"
+#include "host/base/LongPath.h"
+#include "host/files/StandardInput.h"
+#include "host/formats/FileAttributes.h"
 #include "host/wic/OpenedPicture.h"
 
 namespace vblur::host {
@@ -27,6 +30,19 @@ std::uint32_t PackedAt(const std::byte* row, std::size_t x, std::int32_t bits) {
 std::byte OfInks(std::byte ink, std::byte black) {
   const auto left = [](std::byte of) { return 255u - std::to_integer<std::uint32_t>(of); };
   return static_cast<std::byte>(sample::Quotient(left(ink) * left(black), 255u));
+}
+
+// Each as 8 bits, its upper bits again below them.
+void PutPacked(std::uint32_t pixel, bool hasMoreGreen, std::byte* to) {
+  const std::uint32_t greenBits = hasMoreGreen ? 6 : 5;
+  const auto part = [&](std::uint32_t from, std::uint32_t bits) {
+    const std::uint32_t value = pixel >> from & ((1u << bits) - 1);
+    return static_cast<std::byte>(value << (8 - bits) | value >> (2 * bits - 8));
+  };
+  to[0] = part(5 + greenBits, 5);
+  to[1] = part(5, greenBits);
+  to[2] = part(0, 5);
+  to[3] = std::byte{255};
 }
 
 class WicPicture final : public PictureSource {
@@ -76,7 +92,7 @@ void WicPicture::CopyRows(std::int32_t first, std::int32_t count) {
   const WICRect rows{0, first, Info().data.width, count};
   const ::HRESULT result = opened_.frame->CopyPixels(
       &rows, static_cast<UINT>(rowBytes), static_cast<UINT>(stored_.size()), reinterpret_cast<BYTE*>(stored_.data()));
-  if (FAILED(result)) RefuseToRead(path_, "the picture is damaged or cut short (" + ImagingErrorText(result) + ")");
+  if (FAILED(result)) RefusePixels(path_, opened_.metadata.header, result);
   if (opened_.turnsValues) std::ranges::transform(stored_, stored_.begin(), std::bit_not<>());
   for (std::size_t at = 0; opened_.swapsBytes && at < stored_.size(); at += 2)
     std::swap(stored_[at], stored_[at + 1]);
@@ -85,7 +101,7 @@ void WicPicture::CopyRows(std::int32_t first, std::int32_t count) {
 const std::byte* WicPicture::Unpacked(const std::byte* row) {
   const PixelForm& form = opened_.form;
   const bool isPalette = form.model == ColourModel::Palette;
-  if (form.bits >= 8 && !isPalette && form.model != ColourModel::Inks) return row;
+  if (form.bits >= 8 && !isPalette && !form.IsPacked() && form.model != ColourModel::Inks) return row;
   unpacked_.resize(Width() * kPlaces);
   for (std::size_t x = 0; x < Width(); ++x) {
     std::byte* const to = unpacked_.data() + x * kPlaces;
@@ -93,6 +109,11 @@ const std::byte* WicPicture::Unpacked(const std::byte* row) {
       const std::byte* const inks = row + x * kPlaces;
       for (std::size_t c = 0; c < 3; ++c)
         to[c] = OfInks(inks[c], inks[3]);
+      continue;
+    }
+    if (form.IsPacked()) {
+      const auto byte = [&](std::size_t at) { return std::to_integer<std::uint32_t>(row[2 * x + at]); };
+      PutPacked(byte(0) | byte(1) << 8, form.model == ColourModel::Packed565, to);
       continue;
     }
     const std::uint32_t value = form.bits == 8 ? std::to_integer<std::uint32_t>(row[x]) : PackedAt(row, x, form.bits);
@@ -150,7 +171,10 @@ std::unique_ptr<PictureSource> OpenForReading(const std::filesystem::path& path,
 }
 
 PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice) try {
-  return DescribePicture(OpenPictureFile(path, choice).metadata);
+  const PictureMetadata metadata = OpenPictureFile(path, choice).metadata;
+  PictureReport report = DescribePicture(metadata);
+  report.attributes = ReadFileAttributes(ExtendedPath(FileToOpen(path)), metadata.header.format, metadata.info.exif);
+  return report;
 } catch (const Failure&) {
   throw;
 } catch (const std::runtime_error& error) {

@@ -27,6 +27,7 @@ namespace vblur::host {
 namespace {
 
 constexpr std::int32_t kGreyColours = 3;
+constexpr std::uint16_t kDescription = 270;
 
 // As many rows as make some megabytes.
 std::int32_t RowsAtOnce(std::size_t rowBytes) {
@@ -68,8 +69,7 @@ class Writing {
   }
 
   std::vector<std::string> Notes() {
-    const std::string held = "0 to 1, which " + std::string(NameOf(pixels_.type)) + " samples hold";
-    const std::string clipped = FormatBeyond(beyond_, held);
+    const std::string clipped = FormatBeyond(beyond_, LimitsOf(pixels_.type));
     if (!clipped.empty()) pixels_.notes.push_back(OutputName(picture_.target) + ": " + clipped);
     return std::move(pixels_.notes);
   }
@@ -100,21 +100,71 @@ class Writing {
     if (!closed || stream_->SystemError() != 0) Fail(encoder.Message());
   }
 
-  // What codecs do not write everywhere: colour profiles, Exif data, and of PNG files chunks about colours and of
-  // texts.
+  // What codecs do not write everywhere: colour profiles, Exif data, texts, and of PNG files what another one has as it
+  // is.
   std::string ChangedHead(const std::string& head) const {
-    const PictureInfo* const source = Source();
-    const std::string exif = source == nullptr || source->exif.empty()
-                                 ? std::string()
-                                 : ExifForOutput(source->exif, picture_.image.Width(), picture_.image.Height());
+    return picture_.format.name == "jpeg" ? ChangedJpegHead(head) : ChangedPngHead(head);
+  }
+
+  std::string ChangedJpegHead(std::string head) const {
+    if (!source_) return head;
+    const PictureMetadata& metadata = *picture_.metadata;
+    const FileExtras& extras = metadata.extras;
+    const bool isJpeg = metadata.info.format == "jpeg";
+    const auto comment = extras.texts.find(kDescription);
+    const bool hasComment = isJpeg && comment != extras.texts.end();
+    head = WithTexts(WithProfile(head, Profile()), hasComment ? comment->second : std::string(), extras.iptc);
+    const std::string exif = ExifWith(isJpeg || !JpegHoldsTexts(metadata) ? PictureTexts() : extras.texts);
+    return exif.empty() ? head : WithExif(head, exif);
+  }
+
+  std::string ChangedPngHead(const std::string& head) const {
     const std::string profile = Profile();
-    if (picture_.format.name == "jpeg") return WithProfile(exif.empty() ? head : WithExif(head, exif), profile);
+    const PictureInfo* const source = Source();
     std::string chunks;
     if (source != nullptr) chunks = source->colourChunks;
     if (!profile.empty()) chunks += PngProfileChunk(profile);
+    const std::string exif = ExifWith({});
     if (!exif.empty()) chunks += PngChunk("eXIf", exif);
-    if (source != nullptr) chunks += picture_.metadata->extras.pngTexts + source->lateTexts;
+    if (source != nullptr) {
+      const FileExtras& extras = picture_.metadata->extras;
+      chunks += source->format == "png" ? extras.pngChunks + source->lateTexts : PngChunksOf(extras.texts);
+    }
     return WithPngChunks(head, chunks);
+  }
+
+  // The source's Exif data with these texts, and with its orientation and its camera where they are told elsewhere.
+  std::string ExifWith(const PictureTexts& texts) const {
+    const PictureInfo* const source = Source();
+    if (source == nullptr) return {};
+    const std::string exif = source->exif.empty()
+                                 ? std::string()
+                                 : ExifForOutput(source->exif, picture_.image.Width(), picture_.image.Height());
+    auto tags = TiffTagsOf(texts);
+    if (exif.empty()) {
+      AddOrientation(tags);
+      AddCamera(tags);
+    }
+    return tags.empty() ? exif : WithTiffTags(exif, tags);
+  }
+
+  // In the order of bytes of "II".
+  void AddOrientation(std::map<std::uint16_t, TiffTag>& tags) const {
+    constexpr std::uint16_t kOrientation = 274;
+    constexpr std::uint16_t kShort = 3;
+    const int orientation = picture_.metadata->extras.orientation;
+    if (orientation > 1 && orientation <= 8)
+      tags[kOrientation] = {kShort, 1, std::string{static_cast<char>(orientation), '\0'}};
+  }
+
+  // The maker and the model, of a TIFF file.
+  void AddCamera(std::map<std::uint16_t, TiffTag>& tags) const {
+    constexpr std::uint16_t kMaker = 271;
+    constexpr std::uint16_t kModel = 272;
+    const auto& own = picture_.metadata->extras.tiffTags;
+    for (const std::uint16_t tag : {kMaker, kModel}) {
+      if (const auto found = own.find(tag); found != own.end()) tags.insert(*found);
+    }
   }
 
   void CopyWithHead(FileStream& from) {
@@ -183,8 +233,8 @@ class Writing {
     }
   }
 
-  // What codecs of TIFF files write of a source in their own ways or not at all: texts and the like of another such
-  // file, its colour profile, and that its colours are premultiplied.
+  // What codecs of TIFF files write of a source in their own ways or not at all: texts and the like, its colour
+  // profile, and that its colours are premultiplied.
   void AddTags() const {
     if (picture_.format.name != "tiff" || !source_) return;
     constexpr std::uint16_t kExtraSamples = 338;
@@ -192,11 +242,29 @@ class Writing {
     constexpr std::uint16_t kShort = 3;
     constexpr std::uint16_t kBytes = 7;
     const std::filesystem::path file = ExtendedPath(picture_.file);
-    std::map<std::uint16_t, TiffTag> tags = picture_.metadata->extras.tiffTags;
+    std::map<std::uint16_t, TiffTag> tags = TagsOfSource();
     if (const std::string profile = Profile(); !profile.empty()) tags[kProfile] = {kBytes, profile.size(), profile};
     if (picture_.metadata->associatedAlpha && ReadFileHeader(file).hasAlpha)
       tags[kExtraSamples] = {kShort, 1, std::string("\x01\0", 2)};
     if (!tags.empty() && !AddTiffTags(file, tags)) Refuse("the file does not take its texts and what it declares");
+  }
+
+  std::map<std::uint16_t, TiffTag> TagsOfSource() const {
+    constexpr std::uint16_t kIptc = 33723;
+    constexpr std::uint16_t kLong = 4;
+    const FileExtras& extras = picture_.metadata->extras;
+    std::map<std::uint16_t, TiffTag> tags = extras.tiffTags;
+    if (Source()->format != "tiff") {
+      PictureTexts texts = extras.texts;
+      texts.insert(extras.exifTexts.begin(), extras.exifTexts.end());
+      tags = TiffTagsOf(texts);
+      AddOrientation(tags);
+    }
+    // Readers expect whole numbers, whose bytes are the data.
+    std::string iptc = extras.iptc;
+    iptc.resize((iptc.size() + 3) / 4 * 4);
+    if (!iptc.empty()) tags[kIptc] = {kLong, iptc.size() / 4, iptc};
+    return tags;
   }
 
   // Codecs pass over options that they do not have. With a source that is told among the losses.

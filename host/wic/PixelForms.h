@@ -14,7 +14,8 @@
 
 namespace vblur::host {
 
-enum class ColourModel : std::uint8_t { Grey, Rgb, Palette, Inks };
+// Of packed ones a pixel is one number of 16 bits: 5 of each colour, or 6 of green.
+enum class ColourModel : std::uint8_t { Grey, Rgb, Palette, Inks, Packed555, Packed565 };
 
 struct PixelForm {
   const ::GUID* id = nullptr;
@@ -26,6 +27,7 @@ struct PixelForm {
   bool isAssociated = false;
   bool isFloat = false;
 
+  bool IsPacked() const { return model == ColourModel::Packed555 || model == ColourModel::Packed565; }
   bool HasAlpha() const { return places[3] >= 0; }
   std::size_t SampleBytes() const { return static_cast<std::size_t>(bits / 8); }
   std::size_t PixelBytes() const { return static_cast<std::size_t>(stored) * SampleBytes(); }

@@ -24,6 +24,8 @@ const std::array kForms = {
     PixelForm{&GUID_WICPixelFormat2bppIndexed, Palette, 2, 1, kGreyAt},
     PixelForm{&GUID_WICPixelFormat4bppIndexed, Palette, 4, 1, kGreyAt},
     PixelForm{&GUID_WICPixelFormat8bppIndexed, Palette, 8, 1, kGreyAt},
+    PixelForm{&GUID_WICPixelFormat16bppBGR555, Packed555, 16, 1, kRgbAt},
+    PixelForm{&GUID_WICPixelFormat16bppBGR565, Packed565, 16, 1, kRgbAt},
     PixelForm{&GUID_WICPixelFormat24bppBGR, Rgb, 8, 3, kBgrAt},
     PixelForm{&GUID_WICPixelFormat24bppRGB, Rgb, 8, 3, kRgbAt},
     PixelForm{&GUID_WICPixelFormat32bppBGR, Rgb, 8, 4, kBgrAt},

@@ -56,6 +56,12 @@ void AddRow(const std::byte* row, const std::vector<Taps>& columns, std::int32_t
 }
 
 template <typename Component>
+Component Rounded(double value) {
+  if constexpr (std::is_floating_point_v<Component>) return static_cast<Component>(value);
+  return static_cast<Component>(std::lround(value));
+}
+
+template <typename Component>
 void Scale(const HostImage& from, HostImage& to) {
   const auto columns = AllTaps(from.Width(), to.Width());
   const auto rows = AllTaps(from.Height(), to.Height());
@@ -68,7 +74,7 @@ void Scale(const HostImage& from, HostImage& to) {
       AddRow<Component>(from.Row(std::clamp(at++, 0, from.Height() - 1)), columns, from.Width(), weight, sums);
     auto* const pixels = reinterpret_cast<Component*>(to.Row(y));
     for (std::size_t i = 0; i < sums.size(); ++i)
-      pixels[i] = static_cast<Component>(std::lround(sums[i]));
+      pixels[i] = Rounded<Component>(sums[i]);
   }
 }
 
@@ -77,8 +83,10 @@ void Scale(const HostImage& from, HostImage& to) {
 void ScaleByTriangles(const HostImage& from, HostImage& to) {
   if (from.Depth() == 8) {
     Scale<std::uint8_t>(from, to);
-  } else {
+  } else if (from.Depth() == 16) {
     Scale<std::int16_t>(from, to);
+  } else {
+    Scale<float>(from, to);
   }
 }
 

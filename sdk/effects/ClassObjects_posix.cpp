@@ -29,10 +29,11 @@ std::vector<DllGetClassObjectFunction*> ServersToAsk() {
 
 }  // namespace
 
-void AddServer(DllGetClassObjectFunction* getClassObject) {
+HRESULT AddServer(DllGetClassObjectFunction* getClassObject) {
   LoadedServers& loaded = Loaded();
   const std::lock_guard hold(loaded.lock);
   loaded.newestFirst.insert(loaded.newestFirst.begin(), getClassObject);
+  return kOk;
 }
 
 void RemoveServer(DllGetClassObjectFunction* getClassObject) {

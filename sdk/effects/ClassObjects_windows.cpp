@@ -8,9 +8,6 @@
 #include "platform/RefCount.h"
 #include "sdk/effects/Catalogue.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <objbase.h>
 #include <windows.h>
 
@@ -67,24 +64,33 @@ class AskingFactory final : public IClassFactory {
   DllGetClassObjectFunction* const getClassObject_;
 };
 
-DWORD Register(const GUID& clsid, DllGetClassObjectFunction* getClassObject) {
+HRESULT Register(const GUID& clsid, DllGetClassObjectFunction* getClassObject, DWORD& number) {
   const auto factory = ComPtr<IClassFactory>::Own(new AskingFactory(clsid, getClassObject));
-  DWORD number = 0;
-  const ::HRESULT result =
-      ::CoRegisterClassObject(reinterpret_cast<const ::GUID&>(clsid), reinterpret_cast<::IUnknown*>(factory.get()),
-                              CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &number);
-  return SUCCEEDED(result) ? number : 0;
+  return ::CoRegisterClassObject(reinterpret_cast<const ::GUID&>(clsid), reinterpret_cast<::IUnknown*>(factory.get()),
+                                 CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &number);
+}
+
+void Withdraw(const AddedServer& server) {
+  for (const DWORD number : server.registered)
+    ::CoRevokeClassObject(number);
+  if (server.initialised) ::CoUninitialize();
 }
 
 }  // namespace
 
-void AddServer(DllGetClassObjectFunction* getClassObject) {
+HRESULT AddServer(DllGetClassObjectFunction* getClassObject) {
   AddedServer server{getClassObject, {}, SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))};
   for (const RegisteredClass& entry : CurrentCatalogue().Classes()) {
-    if (const DWORD number = Register(entry.clsid, getClassObject); number != 0) server.registered.push_back(number);
+    DWORD number = 0;
+    if (const HRESULT result = Register(entry.clsid, getClassObject, number); result < 0) {
+      Withdraw(server);
+      return result;
+    }
+    server.registered.push_back(number);
   }
   const std::lock_guard hold(addedLock);
   added.insert(added.begin(), std::move(server));
+  return kOk;
 }
 
 void RemoveServer(DllGetClassObjectFunction* getClassObject) {
@@ -96,9 +102,7 @@ void RemoveServer(DllGetClassObjectFunction* getClassObject) {
     server = std::move(*found);
     added.erase(found);
   }
-  for (const DWORD number : server.registered)
-    ::CoRevokeClassObject(number);
-  if (server.initialised) ::CoUninitialize();
+  Withdraw(server);
 }
 
 }  // namespace vblur::host

@@ -6,9 +6,6 @@
 
 #include "sdk/effects/RegistryClasses_windows.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

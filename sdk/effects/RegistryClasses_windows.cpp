@@ -3,9 +3,6 @@
 #include <array>
 #include <utility>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <objbase.h>
 #include <windows.h>
 

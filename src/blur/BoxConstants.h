@@ -1,4 +1,5 @@
-// The constants of one box of the filter: whole taps, a fraction at either end, and two Q14 factors (16384 is 1.0).
+// The constants of one box of the filter on integers: whole taps, a fraction at either end, and two Q14 factors (16384
+// is 1.0).
 //
 // A box of radius r + f has 2r + 1 taps of weight 1 and one tap of weight f on each side. Its scale is truncated, so
 // that its gain, scale * (2r + 1 + 2f) / 16384, is below 1: 0.9937 at radius 100, 0 from radius 8192 on.
@@ -10,18 +11,24 @@
 
 namespace vblur {
 
-struct BoxConstants {
-  std::int32_t r = 0;      // taps of weight 1 on each side of the centre
-  std::int32_t d = 0;      // 1 when there is a fraction
-  std::int32_t scale = 0;  // Q14
-  std::int32_t frac = 0;   // Q14
+// What a box reads, whatever its arithmetic.
+struct BoxShape {
+  std::int32_t r = 0;  // taps of weight 1 on each side of the centre
+  std::int32_t d = 0;  // 1 when there is a fraction
 
-  friend bool operator==(const BoxConstants&, const BoxConstants&) = default;
+  friend bool operator==(const BoxShape&, const BoxShape&) = default;
 
   // Positions that the box reads on each side of a result, without the tap that enters next.
   constexpr std::int64_t reach() const { return static_cast<std::int64_t>(r) + d; }
   // Positions of a line buffer beyond either end of the line.
   constexpr std::int64_t margin(std::int32_t boxes) const { return (reach() + 1) * boxes; }
+};
+
+struct BoxConstants : BoxShape {
+  std::int32_t scale = 0;  // Q14
+  std::int32_t frac = 0;   // Q14
+
+  friend bool operator==(const BoxConstants&, const BoxConstants&) = default;
 };
 
 // Valid for radii below zero too.

@@ -18,7 +18,7 @@ struct BoxReach {
   std::int64_t last = 0;
 };
 
-constexpr BoxReach boxReach(std::int64_t a, std::int64_t b, const BoxConstants& box) {
+constexpr BoxReach boxReach(std::int64_t a, std::int64_t b, const BoxShape& box) {
   const std::int64_t leaving = -static_cast<std::int64_t>(box.r) - box.d;
   const std::int64_t entering = static_cast<std::int64_t>(box.r) + 1;
   return {a + std::min(leaving, entering), b + std::max(leaving, entering)};

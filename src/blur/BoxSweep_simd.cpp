@@ -18,6 +18,7 @@
 #include <hwy/highway.h>
 
 #include "blur/BoxSums-inl.h"
+#include "blur/ExactSums-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -49,11 +50,11 @@ struct Unit {
   template <bool kFraction, Stage kStage>
   HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const Output<C>& output,
                        C* result) {
-    const auto in = Sums::Read(entering);
+    const auto in = sums.Read(entering);
     if constexpr (kStage == kFillFirst) {
       sums.Add(first, in);
     } else {
-      const auto once = sums.template Step<kFraction>(first, in, Sums::Read(leaving));
+      const auto once = sums.template Step<kFraction>(first, in, sums.Read(leaving));
       if constexpr (kStage == kFillSecond) {
         Sums::Keep(once, slot);
         sums.Add(second, once);
@@ -229,6 +230,18 @@ void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
   SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
 }
 
+void SweepFloats(const ExactBox& box, BoxSweep::State& state, const SweepRows& rows, const float* const* in,
+                 float* const* out) {
+  HvEnterKernel<"boxSweep float", HWY_TARGETS>(HWY_TARGET);
+  const ExactSums sums(box);
+  if (box.d == 0) {
+    AllColumns<false>(sums, state, rows, in, out);
+  } else {
+    AllColumns<true>(sums, state, rows, in, out);
+  }
+}
+
+// Floats take as many bytes in a step as 32-bit integers.
 bool FillsLines(std::size_t componentBytes) {
   const std::size_t units = componentBytes == 4 ? WideSums<std::int32_t>::kUnits : kUnitsOfStep;
   return units * hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
@@ -245,26 +258,37 @@ namespace {
 HWY_EXPORT(Sweep8);
 HWY_EXPORT(Sweep16);
 HWY_EXPORT(Sweep32);
+HWY_EXPORT(SweepFloats);
 HWY_EXPORT(FillsLines);
 
-// 8-bit components may be kept in lanes of 16 bits.
-std::size_t ringBytes(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes) {
-  const std::size_t row = componentBytes == 1 ? 2 * rowBytes : rowBytes;
+// Two rings of `row` bytes a slot.
+std::size_t ringBytes(const BoxShape& box, std::size_t row) {
   const std::size_t bytes = 2 * row * static_cast<std::size_t>(BoxSweep::taps(box));
   return (bytes + kSweepUnit - 1) / kSweepUnit * kSweepUnit;
 }
 
 }  // namespace
 
-BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes)
-    : box_(box),
-      note_(ringBytes(box, rowBytes, componentBytes)),
-      rings_(static_cast<std::byte*>(
-          ::operator new (ringBytes(box, rowBytes, componentBytes), std::align_val_t{kSweepUnit}, std::nothrow))) {
+BoxSweep::BoxSweep(const BoxShape& shape, std::size_t rowBytes, std::size_t ringBytes)
+    : note_(ringBytes),
+      rings_(static_cast<std::byte*>(::operator new (ringBytes, std::align_val_t{kSweepUnit}, std::nothrow))) {
   state_.rings = rings_.get();
   state_.rowBytes = rowBytes;
-  state_.taps = taps(box);
-  state_.behind = behind(box);
+  state_.taps = taps(shape);
+  state_.behind = behind(shape);
+}
+
+// 8-bit components may be kept in lanes of 16 bits.
+BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes)
+    : BoxSweep(static_cast<const BoxShape&>(box), rowBytes,
+               ringBytes(box, componentBytes == 1 ? 2 * rowBytes : rowBytes)) {
+  box_ = box;
+}
+
+// Floats are kept in lanes of 64 bits.
+BoxSweep::BoxSweep(const ExactBox& box, std::size_t rowBytes, std::size_t /*componentBytes*/)
+    : BoxSweep(static_cast<const BoxShape&>(box), rowBytes, ringBytes(box, 2 * rowBytes)) {
+  exact_ = box;
 }
 
 void BoxSweep::keepOthers(const std::byte* mask, std::size_t bytes) {
@@ -299,6 +323,11 @@ void BoxSweep::advance(const SweepRows& rows, const std::int16_t* const* in, std
 void BoxSweep::advance(const SweepRows& rows, const std::int32_t* const* in, std::int32_t* const* out) {
   if (rows.from == 0) state_.slot = 0;
   HWY_DYNAMIC_DISPATCH(Sweep32)(box_, state_, rows, in, out);
+}
+
+void BoxSweep::advance(const SweepRows& rows, const float* const* in, float* const* out) {
+  if (rows.from == 0) state_.slot = 0;
+  HWY_DYNAMIC_DISPATCH(SweepFloats)(exact_, state_, rows, in, out);
 }
 
 }  // namespace vblur

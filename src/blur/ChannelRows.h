@@ -52,10 +52,10 @@ void spreadRowPlain(Pixel* to, const HvPixelRun<Single>& run, const Spread& how,
   using Component = ComponentOf<Pixel>;
   const Single* single = run.first;
   for (std::int32_t i = 0; i < n; ++i, single += run.step) {
-    const std::int32_t stored = componentOf(*single, 0);
-    const auto value = storeNarrow<Component>(!how.threshold ? stored : stored != 0 ? Max : 0);
+    const auto stored = componentOf(*single, 0);
+    const auto value = static_cast<Component>(!how.threshold ? stored : stored != 0 ? Max : 0);
     to[i].red = to[i].green = to[i].blue = value;
-    to[i].alpha = how.opaque ? storeNarrow<Component>(Max) : value;
+    to[i].alpha = how.opaque ? static_cast<Component>(Max) : value;
   }
 }
 

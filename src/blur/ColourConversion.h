@@ -54,14 +54,36 @@ constexpr YuvFloat yuvFromRgb(float r, float g, float b) {
           r * kRgbToVFloat.red - g * kRgbToVFloat.green - b * kRgbToVFloat.blue};
 }
 
-// Writes red, green and blue, each limited to low..high and truncated, and an alpha of 0.
+// Red, green and blue in floats, with an alpha of 0.
+constexpr Rf rgbFromYuv(const YuvFloat& c) {
+  Rf rgb{};
+  rgb.red = c.u * kYuvToRed.u + c.y * kYuvToRed.y + c.v * kYuvToRed.v;
+  rgb.green = c.y * kYuvToGreen.y - c.u * kYuvToGreen.u - c.v * kYuvToGreen.v;
+  rgb.blue = c.u * kYuvToBlue.u + c.y * kYuvToBlue.y - c.v * kYuvToBlue.v;
+  return rgb;
+}
+
+// The same, each limited to low..high and truncated.
 template <class Pixel>
 constexpr void rgbFromYuv(Pixel& pixel, const YuvFloat& c, float low, float high) {
   const auto store = [&](float v) { return storeNarrow<ComponentOf<Pixel>>(truncToInt(clampTo(v, low, high))); };
-  pixel.red = store(c.u * kYuvToRed.u + c.y * kYuvToRed.y + c.v * kYuvToRed.v);
-  pixel.green = store(c.y * kYuvToGreen.y - c.u * kYuvToGreen.u - c.v * kYuvToGreen.v);
-  pixel.blue = store(c.u * kYuvToBlue.u + c.y * kYuvToBlue.y - c.v * kYuvToBlue.v);
+  const Rf rgb = rgbFromYuv(c);
+  pixel.red = store(rgb.red);
+  pixel.green = store(rgb.green);
+  pixel.blue = store(rgb.blue);
   pixel.alpha = 0;
+}
+
+// A pixel of floats whose luminance and colour differences change to `c`: the colours of the change are added to it.
+// The two conversions are not each other's exact inverse; so a pixel that does not change keeps every bit.
+constexpr Rf withYuv(const Rf& pixel, const YuvFloat& c) {
+  const YuvFloat own = yuvFromRgb(pixel.red, pixel.green, pixel.blue);
+  const Rf change = rgbFromYuv({c.y - own.y, c.u - own.u, c.v - own.v});
+  Rf result = pixel;
+  result.red += change.red;
+  result.green += change.green;
+  result.blue += change.blue;
+  return result;
 }
 
 // A stored YUV value: half of value + Max, which loses the lowest bit. At 8 bits the stored values lie

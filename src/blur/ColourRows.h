@@ -10,7 +10,18 @@
 
 namespace vblur {
 
-// The stored YUV of a pixel, with its alpha.
+// The YUV of a pixel of floats, with its alpha. It is stored as it is.
+constexpr Rf yuvOf(const Rf& pixel) {
+  const YuvFloat c = yuvFromRgb(pixel.red, pixel.green, pixel.blue);
+  Rf yuv{};
+  yuv.red = c.y;
+  yuv.green = c.u;
+  yuv.blue = c.v;
+  yuv.alpha = pixel.alpha;
+  return yuv;
+}
+
+// The stored YUV of a pixel of integers, with its alpha.
 template <std::int32_t Max, class Pixel>
 constexpr Ri heldYuvOf(const Pixel& pixel) {
   const YuvInt c = yuvFromRgb(std::int32_t{pixel.red}, std::int32_t{pixel.green}, std::int32_t{pixel.blue});

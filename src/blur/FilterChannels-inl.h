@@ -11,11 +11,11 @@ namespace vblur {
 namespace filter_channels {
 
 // Stores the results of n lines from `line` on.
-template <class Store>
-class StoreOf : public BlockWriter {
+template <class Lane, class Store>
+class StoreOf : public BlockWriter<Lane> {
  public:
   StoreOf(const Store& store, std::int32_t line, std::int32_t n) : store_(store), line_(line), n_(n) {}
-  void store(std::int64_t position, const std::int32_t* lanes) const override { store_(line_, n_, position, lanes); }
+  void store(std::int64_t position, const Lane* lanes) const override { store_(line_, n_, position, lanes); }
 
  private:
   const Store& store_;
@@ -26,27 +26,30 @@ class StoreOf : public BlockWriter {
 // Filters the lines of a pass in blocks. makeLines(line, n) reads n lines; store(line, n, position, lanes) takes the
 // result of one position.
 template <class Mask, class Pixel, class MakeLines, class Store>
-void filterLines(const PlainPass& pass, const Pixel& outside, const MakeLines& makeLines, const Store& store) {
-  std::int32_t outsideLanes[Mask::kCount];
+void filterLines(const PlainPass<BoxOf<Pixel>>& pass, const Pixel& outside, const MakeLines& makeLines,
+                 const Store& store) {
+  using Lane = LaneOf<Pixel>;
+  Lane outsideLanes[Mask::kCount];
   widenPixel<Mask>(outsideLanes, outside);
-  ThreeBoxes<Mask::kCount> threeBoxes(pass.box, pass.boxes, pass.axis, outsideLanes);
+  ThreeBoxes<Lane, Mask::kCount> threeBoxes(pass.box, pass.boxes, pass.axis, outsideLanes);
   if (!threeBoxes.isReady()) return stopForRefusedMemory(pass.interrupt);
-  for (std::int32_t line = pass.lines.first; line < pass.lines.last; line += kBlockLines) {
-    const std::int32_t n = std::min(kBlockLines, pass.lines.last - line);
+  for (std::int32_t line = pass.lines.first; line < pass.lines.last; line += kBlockLines<Lane>) {
+    const std::int32_t n = std::min(kBlockLines<Lane>, pass.lines.last - line);
     for (std::int32_t i = 0; i < n; ++i) {
       if (poll(pass.interrupt) != 0) return;
     }
-    threeBoxes.run(makeLines(line, n), StoreOf<Store>(store, line, n));
+    threeBoxes.run(makeLines(line, n), StoreOf<Lane, Store>(store, line, n));
   }
 }
 
 template <class Mask, class Pixel, class Accum>
-void filterRows(const PlainPass& pass, const HvTexture<Pixel, Accum>& in, const HvTexture<Pixel, Accum>& out) {
+void filterRows(const PlainPass<BoxOf<Pixel>>& pass, const HvTexture<Pixel, Accum>& in,
+                const HvTexture<Pixel, Accum>& out) {
   const std::int64_t firstColumn = out.horizontal.writeOrigin;
   const std::int64_t lastColumn = firstColumn + out.width();
   filterLines<Mask>(
       pass, in.outsideColour, [&](std::int32_t y, std::int32_t n) { return RowLines<Mask, Pixel, Accum>(in, y, n); },
-      [&](std::int32_t y, std::int32_t n, std::int64_t x, const std::int32_t* lanes) {
+      [&](std::int32_t y, std::int32_t n, std::int64_t x, const LaneOf<Pixel>* lanes) {
         if (x < firstColumn || x >= lastColumn) return;
         Pixel* pixel = out.target(static_cast<std::int32_t>(x), y);
         for (std::int32_t i = 0; i < n; ++i) {
@@ -57,10 +60,11 @@ void filterRows(const PlainPass& pass, const HvTexture<Pixel, Accum>& in, const 
 }
 
 template <class Mask, class Pixel, class Accum>
-void filterColumns(const PlainPass& pass, const HvTexture<Pixel, Accum>& in, const HvTexture<Pixel, Accum>& out) {
+void filterColumns(const PlainPass<BoxOf<Pixel>>& pass, const HvTexture<Pixel, Accum>& in,
+                   const HvTexture<Pixel, Accum>& out) {
   filterLines<Mask>(
       pass, in.outsideColour, [&](std::int32_t x, std::int32_t n) { return ColumnLines<Mask, Pixel, Accum>(in, x, n); },
-      [&](std::int32_t x, std::int32_t n, std::int64_t y, const std::int32_t* lanes) {
+      [&](std::int32_t x, std::int32_t n, std::int64_t y, const LaneOf<Pixel>* lanes) {
         Pixel* pixel = out.target(x, static_cast<std::int32_t>(y));
         for (std::int32_t i = 0; i < n; ++i)
           narrowPixel<Mask>(pixel[i], lanes + i * Mask::kCount);

@@ -6,6 +6,7 @@
 
 #include "blur/BoxConstants.h"
 #include "blur/FilterChannelsFwd.h"
+#include "blur/LineBlock.h"
 #include "blur/PassRanges.h"
 #include "blur/StripPasses.h"
 #include "image/HvInteruptable.h"
@@ -15,9 +16,10 @@
 namespace vblur {
 
 // The lines of one thread in one pass, rows along x or columns along y, and the boxes over them.
+template <class Box>
 struct PlainPass {
   HvSpan lines;
-  BoxConstants box;
+  Box box;
   std::int32_t boxes = 3;
   PassAxis axis;
   HvInterruptRecord* interrupt = nullptr;
@@ -26,13 +28,14 @@ struct PlainPass {
 template <class Pixel, class Accum>
 struct FilterChannels {
   using Texture = HvTexture<Pixel, Accum>;
+  using Pass = PlainPass<BoxOf<Pixel>>;
 
   StripChannels<Pixel> filtered;
   // Copies the components that are not filtered; null where all are.
   void (*copyOthers)(Pixel* out, const HvPixelRun<Pixel>& run, std::int32_t n) = nullptr;
   // Results beyond the columns of `out` are dropped.
-  void (*filterRows)(const PlainPass& pass, const Texture& in, const Texture& out) = nullptr;
-  void (*filterColumns)(const PlainPass& pass, const Texture& in, const Texture& out) = nullptr;
+  void (*filterRows)(const Pass& pass, const Texture& in, const Texture& out) = nullptr;
+  void (*filterColumns)(const Pass& pass, const Texture& in, const Texture& out) = nullptr;
 };
 
 }  // namespace vblur

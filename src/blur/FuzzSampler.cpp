@@ -7,12 +7,15 @@
 #include <utility>
 
 #include "blur/ChannelExtractor.h"
+#include "blur/FloatChannels.h"
 #include "blur/GaussFilter.h"
 #include "blur/GreyToRGBSampler.h"
 #include "blur/RGBToYUVSampler.h"
 #include "blur/SubtractCombiner.h"
 #include "blur/YUVToRGBSampler.h"
 #include "image/ChannelCopySampler.h"
+#include "image/RowBand.h"
+#include "image/SimpleCopySampler.h"
 
 namespace vblur {
 namespace {
@@ -30,6 +33,30 @@ bool shareMemory(const Texture& a, const Texture& b) {
   const auto [firstA, endA] = ends(a);
   const auto [firstB, endB] = ends(b);
   return firstA < endB && firstB < endA;
+}
+
+// The rows of a texture, in image coordinates, that a filter of this radius may read for the rows from y1 to y2 - 1.
+HvSpan rowsRead(const HvTexAxis& rows, std::int32_t y1, std::int32_t y2, float radius) {
+  // Three boxes, with a row to spare each; a float of this size is a whole number of rows in 64 bits.
+  const std::int64_t margin = 3 * (static_cast<std::int64_t>(std::min(radius, 1e9f)) + 3);
+  std::int64_t first = std::int64_t{y1} - margin - rows.originI;
+  std::int64_t last = std::int64_t{y2} - 1 + margin - rows.originI;
+  const std::int64_t lo = rows.lo;
+  const std::int64_t hi = rows.hi;
+  const bool readsBelow = first < lo;
+  const bool readsAbove = last > hi;
+  if (rows.edgeMethod == kEdgeWrap && (readsBelow || readsAbove)) {
+    first = lo;
+    last = hi;
+  }
+  if (rows.edgeMethod == kEdgeReflect) {
+    const std::int64_t mirroredBelow = 2 * lo - 1 - first;
+    const std::int64_t mirroredAbove = 2 * hi + 1 - last;
+    if (readsBelow) last = std::max(last, mirroredBelow);
+    if (readsAbove) first = std::min(first, mirroredAbove);
+  }
+  return {static_cast<std::int32_t>(std::clamp(first, lo, hi) + rows.originI),
+          static_cast<std::int32_t>(std::clamp(last, lo, hi) + 1 + rows.originI)};
 }
 
 }  // namespace
@@ -71,11 +98,16 @@ template <class Filter>
 void FuzzSampler<Pixel, Accum, Max>::setUp(Filter& filter) const {
   filter.runLike(*this);
   filter.copyWindow(*this);
-  filter.sizeX = sizeX;
-  filter.sizeY = sizeY;
+  filter.sizeX = settled(sizeX);
+  filter.sizeY = settled(sizeY);
   filter.aspect = this->aspect;
   filter.inverseAspect = this->inverseAspect;
   filter.keepsIntermediate = false;
+}
+
+template <class Pixel, class Accum, std::int32_t Max>
+float FuzzSampler<Pixel, Accum, Max>::settled(float size) {
+  return !Pixel::kIntegral && size < 0.0f ? 0.0f : size;
 }
 
 template <class Pixel, class Accum, std::int32_t Max>
@@ -133,8 +165,8 @@ bool FuzzSampler<Pixel, Accum, Max>::coversTarget(const Imager& window, const Te
 template <class Pixel, class Accum, std::int32_t Max>
 template <class Reader>
 void FuzzSampler<Pixel, Accum, Max>::widenWindow(Reader& reader) const {
-  const std::int32_t mx = wrapAdd(wrapMul(truncToInt(sizeX), 3), 6);
-  const std::int32_t my = wrapAdd(wrapMul(truncToInt(sizeY), 3), 6);
+  const std::int32_t mx = wrapAdd(wrapMul(truncToInt(settled(sizeX)), 3), 6);
+  const std::int32_t my = wrapAdd(wrapMul(truncToInt(settled(sizeY)), 3), 6);
   reader.copyWindow(*this);
   reader.x1 = wrapSub(reader.x1, mx);
   reader.y1 = wrapSub(reader.y1, my);
@@ -149,11 +181,12 @@ bool FuzzSampler<Pixel, Accum, Max>::boxesKeepRange() const {
 
 template <class Pixel, class Accum, std::int32_t Max>
 void FuzzSampler<Pixel, Accum, Max>::filterGrey(Texture* in, Texture* out) {
-  using OneComponent = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
-  if (boxesKeepRange()) {
+  if constexpr (Pixel::kIntegral) {
+    using OneComponent = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
+    if (!boxesKeepRange()) return filterGreyIn<HvTexture<int, int>>(in, out);
     filterGreyIn<HvTexture<OneComponent, Ci>>(in, out);
   } else {
-    filterGreyIn<HvTexture<int, int>>(in, out);
+    filterFloatGrey(in, out);
   }
 }
 
@@ -180,13 +213,84 @@ void FuzzSampler<Pixel, Accum, Max>::filterGreyIn(Texture* in, Texture* out) {
   copyChannelsOf<0, 0, 0, 1>(in, out, true);
 }
 
+// Without a plane of the target's size, whose ends would be the ends of the picture.
+template <class Pixel, class Accum, std::int32_t Max>
+void FuzzSampler<Pixel, Accum, Max>::filterFloatGrey(Texture* in, Texture* out) {
+  const bool keepsAlpha = shareMemory(*in, *out);
+  Texture alpha;
+  if (keepsAlpha) {
+    if (!makePlane(alpha, *this, *in, *out)) return;
+    SimpleCopySampler<Pixel, Accum> copy;
+    copy.runLike(*this);
+    copy.copyWindow(*this);
+    copy.process(in, &alpha);
+  }
+  BlurRGBAGauss<Pixel, Accum, Max, 1, 0, 0, 0> filter;
+  setUp(filter);
+  filter.process(in, out);
+  if (poll(this->interrupt) != 0) return;
+  RedSpreader spreader;
+  spreader.interrupt = this->interrupt;
+  spreader.copyWindow(*this);
+  spreader.process(out);
+  copyChannelsOf<0, 0, 0, 1>(keepsAlpha ? &alpha : in, out, true);
+}
+
 // YUV of 8 bits always fits 8 bits. At 16 bits V does not fit where red is bright and the others are far below zero,
 // which is rare: then the chain runs again with a plane of 32 bits.
 template <class Pixel, class Accum, std::int32_t Max>
 template <int Y, int U, int V>
 void FuzzSampler<Pixel, Accum, Max>::filterYuv(Texture* in, Texture* out) {
-  if (boxesKeepRange() && filterYuvIn<Texture, Y, U, V>(in, out)) return;
-  filterYuvIn<HvTexture<Ri, Ri>, Y, U, V>(in, out);
+  if constexpr (Pixel::kIntegral) {
+    if (boxesKeepRange() && filterYuvIn<Texture, Y, U, V>(in, out)) return;
+    filterYuvIn<HvTexture<Ri, Ri>, Y, U, V>(in, out);
+  } else {
+    filterFloatYuv<Y, U, V>(in, out);
+  }
+}
+
+// The filter reads the YUV of the source, so that results near the ends of a target are those of a larger one. Only the
+// rows that it reads for the window are converted, so that all bands of a large picture together convert little more
+// than the picture; memory that is not written takes none. The colours change by what the filter changes in their YUV.
+template <class Pixel, class Accum, std::int32_t Max>
+template <int Y, int U, int V>
+void FuzzSampler<Pixel, Accum, Max>::filterFloatYuv(Texture* in, Texture* out) {
+  Texture source;
+  source.cloneShape(*in);
+  Texture filtered;
+  if (source.allocationFailed != 0) return stopForRefusedMemory(this->interrupt);
+  if (!makePlane(filtered, *this, *in, *out)) return;
+  source.setOutsideColour(yuvOf(in->outsideColour));
+  source.setWriteOrigin(in->horizontal.originI, in->vertical.originI);
+  if (source.hasPixels()) {
+    RfToYUVSampler forward;
+    forward.runLike(*this);
+    const HvTexAxis& columns = in->horizontal;
+    const HvSpan rows = rowsRead(in->vertical, this->y1, this->y2, settled(sizeY));
+    forward.setWindow(columns.originI + columns.lo, rows.first, columns.originI + columns.hi, rows.last - 1);
+    forward.process(in, &source);
+  }
+
+  BlurRGBAGauss<Pixel, Accum, Max, Y, U, V, 0> filter;
+  setUp(filter);
+  filter.keepsOthers = true;
+  filter.process(&source, &filtered);
+  if (poll(this->interrupt) != 0) return;
+
+  // The colours are read again while the target is written.
+  Texture kept;
+  if (shareMemory(*in, *out)) {
+    if (!makePlane(kept, *this, *in, *out)) return;
+    SimpleCopySampler<Pixel, Accum> copy;
+    copy.runLike(*this);
+    copy.copyWindow(*this);
+    copy.process(in, &kept);
+  }
+  YUVChangeCombiner backward;
+  backward.runLike(*this);
+  backward.copyWindow(*this);
+  backward.process(kept.hasPixels() ? &kept : in, &filtered, out);
+  if (!coversTarget(*this, *out)) copyChannelsOf<0, 0, 0, 1>(in, out, false);
 }
 
 // False, and the target is unchanged, when the plane's pixels cannot hold the picture's YUV.
@@ -239,5 +343,6 @@ bool FuzzSampler<Pixel, Accum, Max>::filterPlane(Plane& plane, const Texture& ou
 
 template class FuzzSampler<R8, Ri, 255>;
 template class FuzzSampler<R16, Ri, 32767>;
+template class FuzzSampler<Rf, Rf, 1>;
 
 }  // namespace vblur

@@ -24,9 +24,9 @@ enum FuzzMode : std::int32_t {
   kFuzzChroma = 10,
 };
 
-// Instances: <R8, Ri, 255> and <R16, Ri, 32767>. Set window, interrupt record and fields, then call
+// Instances: <R8, Ri, 255>, <R16, Ri, 32767> and <Rf, Rf, 1>. Set window, interrupt record and fields, then call
 // process(source, result). A channel that is not filtered is the source's, exactly; but the modes from kFuzzLuminance
-// on convert all colours to YUV and back, which loses the lowest bit of each.
+// on convert all integer colours to YUV and back, which loses the lowest bit of each.
 template <class Pixel, class Accum, std::int32_t Max>
 class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
@@ -47,8 +47,11 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void filterGrey(Texture* in, Texture* out);
   template <class Plane>
   void filterGreyIn(Texture* in, Texture* out);
+  void filterFloatGrey(Texture* in, Texture* out);
   template <int Y, int U, int V>
   void filterYuv(Texture* in, Texture* out);
+  template <int Y, int U, int V>
+  void filterFloatYuv(Texture* in, Texture* out);
   template <class Plane, int Y, int U, int V>
   bool filterYuvIn(Texture* in, Texture* out);
   template <class Filter, class Plane>
@@ -58,6 +61,8 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void copyChannelsOf(Texture* in, Texture* out, bool inWindow);
   template <class Filter>
   void setUp(Filter& filter) const;
+  // On floats a radius below 0 counts as 0.
+  static float settled(float size);
   template <class Plane>
   bool makePlane(Plane& plane, const Imager& reader, const Texture& in, const Texture& out);
   bool coversTarget(const Imager& window, const Texture& out) const;
@@ -69,5 +74,6 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
 extern template class FuzzSampler<R8, Ri, 255>;
 extern template class FuzzSampler<R16, Ri, 32767>;
+extern template class FuzzSampler<Rf, Rf, 1>;
 
 }  // namespace vblur

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <type_traits>
 
 #include "blur/BoxSweep.h"
 #include "blur/FilterChannels.h"
@@ -93,6 +94,10 @@ void GaussFilter<Pixel, Accum>::limitSizes() {
   const float limit = static_cast<float>(std::max(this->mapWidth, this->mapHeight)) * 3.0f;
   if (sizeX > limit) sizeX = limit;
   if (sizeY > limit) sizeY = limit;
+  if constexpr (std::is_same_v<BoxOf<Pixel>, ExactBox>) {
+    if (sizeX < 0.0f) sizeX = 0.0f;
+    if (sizeY < 0.0f) sizeY = 0.0f;
+  }
 }
 
 template <class Pixel, class Accum>
@@ -194,7 +199,7 @@ void GaussFilter<Pixel, Accum>::clearIntermediate() {
 template <class Pixel, class Accum>
 bool GaussFilter<Pixel, Accum>::runsInStrips() const {
   if (!HvUsesVectors() || boxes != 3 || keepsIntermediate) return false;
-  if (!sweepKnows(boxConstants(sizeX)) || !sweepKnows(boxConstants(sizeY))) return false;
+  if (!sweepKnows(boxOf<Pixel>(sizeX)) || !sweepKnows(boxOf<Pixel>(sizeY))) return false;
   const auto within = [](std::int64_t first, std::int64_t last, std::int64_t origin, std::int64_t length) {
     return first < last && first >= origin && last <= origin + length;
   };
@@ -210,7 +215,7 @@ void GaussFilter<Pixel, Accum>::makeStrips(const Texture& in) {
   const double bytes = static_cast<double>(this->mapWidth) * this->mapHeight * sizeof(Pixel);
   if (bytes > kMostBytes) return stopForRefusedMemory(this->interrupt);
   strips_.reset(new (std::nothrow)
-                    StripPasses<Pixel, Accum>(in, boxConstants(sizeX), boxConstants(sizeY), {this->x1, this->x2},
+                    StripPasses<Pixel, Accum>(in, boxOf<Pixel>(sizeX), boxOf<Pixel>(sizeY), {this->x1, this->x2},
                                               {this->y1, this->y2}, channels_.filtered, keepsOthers));
   if (strips_ != nullptr && strips_->isReady()) {
     this->passes = 3;
@@ -232,7 +237,7 @@ void GaussFilter<Pixel, Accum>::processStrips(const Texture& in, const Texture& 
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::filterAlongX(const Texture& in) {
   filterPlain({this->bandOfThread(this->y1, this->y2),
-               boxConstants(sizeX),
+               boxOf<Pixel>(sizeX),
                boxes,
                {this->x1, this->x2, savedWriteOriginX, lineLengthX, in.horizontal.edgeMethod, false},
                this->interrupt},
@@ -242,7 +247,7 @@ void GaussFilter<Pixel, Accum>::filterAlongX(const Texture& in) {
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::filterAlongY(const Texture& out) {
   filterPlain({this->bandOfThread(this->x1, this->x2),
-               boxConstants(sizeY),
+               boxOf<Pixel>(sizeY),
                boxes,
                {this->y1, this->y2, savedWriteOriginY, lineLengthY, intermediate->vertical.edgeMethod, true},
                this->interrupt},
@@ -252,8 +257,8 @@ void GaussFilter<Pixel, Accum>::filterAlongY(const Texture& out) {
 // A line of negative length counts as refused memory, even with nothing to filter.
 template <class Pixel, class Accum>
 template <class Filter>
-void GaussFilter<Pixel, Accum>::filterPlain(const PlainPass& plain, const Filter& filter, const Texture& in,
-                                            const Texture& out) {
+void GaussFilter<Pixel, Accum>::filterPlain(const PlainPass<BoxOf<Pixel>>& plain, const Filter& filter,
+                                            const Texture& in, const Texture& out) {
   if (plain.axis.lineLength + 2 * plain.box.margin(boxes) < 0) return stopForMemory(this->interrupt);
   if (plain.lines.first < plain.lines.last) filter(plain, in, out);
 }
@@ -275,5 +280,7 @@ template class GaussFilter<Ri, Ri>;
 template class GaussFilter<C8, Ci>;
 template class GaussFilter<C16, Ci>;
 template class GaussFilter<int, int>;
+template class GaussFilter<Rf, Rf>;
+template class GaussFilter<Cf, Cf>;
 
 }  // namespace vblur

@@ -1,8 +1,8 @@
 // The filter: three boxes one after the other along x into an intermediate picture, then three along y into the
 // output. The cost of a pixel does not depend on the size.
 //
-// Values keep the scale and the precision of the pixel type: each box rounds to whole pixel units before the next one
-// sees it, and the intermediate has the pixels of the picture.
+// Values keep the scale and the precision of the pixel type: each box rounds to whole pixel units, or to a float,
+// before the next one sees it, and the intermediate has the pixels of the picture.
 //
 // Processing a filter again equals processing a new one with the same fields and window.
 #pragma once
@@ -11,17 +11,20 @@
 #include <memory>
 
 #include "blur/FilterChannelsFwd.h"
+#include "blur/LineBlock.h"
 #include "image/ChannelMask.h"
 #include "image/Sampler.h"
 
 namespace vblur {
 
+template <class Box>
 struct PlainPass;
 template <class Pixel, class Accum>
 class StripPasses;
 
 // Filters the components of a ChannelMask and neither reads nor writes the others, but for sizes of 0 on both axes,
-// which copy whole pixels. Instances: R8, R16 and Ri with Ri, C8 and C16 with Ci, int with int.
+// which copy whole pixels. Instances: R8, R16 and Ri with Ri, C8 and C16 with Ci, int with int, Rf with Rf, Cf
+// with Cf.
 template <class Pixel, class Accum>
 class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
@@ -37,7 +40,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void prePass(Texture* in, Texture* out) override;
 
   // The radius of one box along each axis, in pixels. The preparation divides sizeX by the pixel aspect and limits both
-  // to three times the longer side of the picture.
+  // to three times the longer side of the picture. On floats, which have no use for it, a radius below 0 counts as 0.
   float sizeX = 0.0f;
   float sizeY = 0.0f;
   std::int32_t boxes = 3;
@@ -87,7 +90,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void processStrips(const Texture& in, const Texture& out);
 
   template <class Filter>
-  void filterPlain(const PlainPass& plain, const Filter& filter, const Texture& in, const Texture& out);
+  void filterPlain(const PlainPass<BoxOf<Pixel>>& plain, const Filter& filter, const Texture& in, const Texture& out);
   void filterAlongX(const Texture& in);
   void filterAlongY(const Texture& out);
 

@@ -24,7 +24,7 @@ struct PassRanges {
   BoxReach last;
 };
 
-inline PassRanges passRanges(const BoxConstants& box, std::int32_t boxes, const PassAxis& axis) {
+inline PassRanges passRanges(const BoxShape& box, std::int32_t boxes, const PassAxis& axis) {
   const std::int64_t start = axis.targetStart - box.margin(boxes);
   const std::int64_t end = start + axis.lineLength + 2 * box.margin(boxes);
   const std::int64_t reach = box.reach();

@@ -56,7 +56,7 @@ class StripRows {
 };
 
 // The positions that three boxes read to produce the positions of a range.
-inline BoxReach stripReach(const BoxReach& produced, const BoxConstants& box) {
+inline BoxReach stripReach(const BoxReach& produced, const BoxShape& box) {
   const std::int64_t first = produced.first - BoxSweep::centre(box);
   return {first, first + (produced.last - produced.first) + 3 * BoxSweep::taps(box)};
 }
@@ -70,9 +70,8 @@ class StripBoxes {
   // Tiles of gathered rows end at `tileEnd` and every kStripTile positions from there. The results of one tile are kept
   // at a time. `kept` is a pixel with the filtered bits set: all others become those of the input. Null: all bits are
   // filtered.
-  template <class Pixel>
-  StripBoxes(const BoxConstants& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd,
-             const Pixel* kept)
+  template <class Box, class Pixel>
+  StripBoxes(const Box& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd, const Pixel* kept)
       : read_(stripReach(produced, box)),
         sweep_(box, rowBytes, sizeof(Component)),
         gathered_(read_.last - read_.first, ringFor(kept == nullptr ? BoxSweep::taps(box) : BoxSweep::behind(box)),

@@ -40,7 +40,7 @@ bool isLineAligned(const Pixel* first, std::int64_t stride) {
 }  // namespace
 
 template <class Pixel, class Accum>
-StripPasses<Pixel, Accum>::StripPasses(const Texture& in, const BoxConstants& boxX, const BoxConstants& boxY,
+StripPasses<Pixel, Accum>::StripPasses(const Texture& in, const BoxOf<Pixel>& boxX, const BoxOf<Pixel>& boxY,
                                        const BoxReach& columns, const BoxReach& rows,
                                        const StripChannels<Pixel>& channels, bool keepsOthers)
     : boxX_(withWeightyEnds(boxX)),
@@ -209,5 +209,7 @@ template class StripPasses<Ri, Ri>;
 template class StripPasses<C8, Ci>;
 template class StripPasses<C16, Ci>;
 template class StripPasses<int, int>;
+template class StripPasses<Rf, Rf>;
+template class StripPasses<Cf, Cf>;
 
 }  // namespace vblur

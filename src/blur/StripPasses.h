@@ -2,11 +2,14 @@
 // along x writes memory from one end to the other, and the pass along y reads a few cache lines of it at a time.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "blur/BoxConstants.h"
 #include "blur/BoxFilter.h"
+#include "blur/LineBlock.h"
 #include "blur/StripSlots.h"
 #include "image/ChannelMask.h"
 #include "image/HvInteruptable.h"
@@ -27,6 +30,15 @@ inline constexpr std::size_t kColumnBytes = 128;
 // Pictures of this size and more are written past the caches, which would not hold them until they are read.
 inline constexpr std::int64_t kStreamedBytes = std::int64_t{4} << 20;
 
+template <class Component>
+constexpr Component allBitsIf(bool set) {
+  if constexpr (std::is_same_v<Component, float>) {
+    return std::bit_cast<float>(set ? ~std::uint32_t{0} : 0);
+  } else {
+    return storeNarrow<Component>(set ? -1 : 0);
+  }
+}
+
 // The components that are filtered.
 template <class Pixel>
 struct StripChannels {
@@ -39,7 +51,7 @@ struct StripChannels {
     StripChannels channels;
     if constexpr (Mask::kCount < PixelTraits<Pixel>::kComponents) {
       for (int c = 0; c < PixelTraits<Pixel>::kComponents; ++c)
-        setComponent(channels.bits, c, storeNarrow<ComponentOf<Pixel>>(Mask::chosen(c) ? -1 : 0));
+        setComponent(channels.bits, c, allBitsIf<ComponentOf<Pixel>>(Mask::chosen(c)));
       channels.all = false;
       channels.copy = copyChannels<Mask, Pixel>;
     }
@@ -48,7 +60,7 @@ struct StripChannels {
 };
 
 // One run of the filter over one picture, shared by all threads. Instances: R8, R16 and Ri with Ri, C8 and C16 with
-// Ci, int with int.
+// Ci, int with int, Rf with Rf, Cf with Cf.
 template <class Pixel, class Accum>
 class StripPasses {
  public:
@@ -57,7 +69,7 @@ class StripPasses {
 
   // Columns and rows are the window, in image coordinates, and lie within the output. Components that are not filtered
   // keep what the output has, or, with keepsOthers, become those of the input.
-  StripPasses(const Texture& in, const BoxConstants& boxX, const BoxConstants& boxY, const BoxReach& columns,
+  StripPasses(const Texture& in, const BoxOf<Pixel>& boxX, const BoxOf<Pixel>& boxY, const BoxReach& columns,
               const BoxReach& rows, const StripChannels<Pixel>& channels, bool keepsOthers);
   ~StripPasses() { giveScratch(store_); }
   StripPasses(const StripPasses&) = delete;
@@ -101,8 +113,8 @@ class StripPasses {
   std::size_t prefetchColumns(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
                               const std::byte** ahead) const;
 
-  BoxConstants boxX_;
-  BoxConstants boxY_;
+  BoxOf<Pixel> boxX_;
+  BoxOf<Pixel> boxY_;
   BoxReach columns_;
   BoxReach rows_;
   StripChannels<Pixel> channels_;

@@ -1,5 +1,8 @@
-// 2a - b, limited to the pixel type: unsharp masking where b is the blurred a.
+// 2a - b, limited to the pixel type; floats have no limit. Unsharp masking where b is the blurred a.
 #pragma once
+
+#include <cstdint>
+#include <type_traits>
 
 #include "blur/SubtractRows.h"
 #include "image/Combiner.h"
@@ -12,9 +15,14 @@ class SubtractCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixe
  public:
   using Texture = HvTexture<Pixel, Accum>;
 
-  // The doubling in float is exact: components have at most 16 bits.
-  static ComponentOf<Pixel> reflected(std::int32_t a, std::int32_t b) {
-    return storeClamped<Pixel>(truncToInt(static_cast<float>(a) * 2.0f) - b);
+  using Operand = std::conditional_t<Pixel::kIntegral, std::int32_t, float>;
+  static ComponentOf<Pixel> reflected(Operand a, Operand b) {
+    if constexpr (Pixel::kIntegral) {
+      // The doubling in float is exact: components have at most 16 bits.
+      return storeClamped<Pixel>(truncToInt(static_cast<float>(a) * 2.0f) - b);
+    } else {
+      return a * 2.0f - b;
+    }
   }
 
   void processRows(Texture* a, Texture* b, Texture* out) override {

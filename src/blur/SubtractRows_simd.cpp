@@ -19,7 +19,10 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 template <class D>
 HWY_INLINE hn::Vec<D> Reflected(D, hn::Vec<D> a, hn::Vec<D> b) {
-  if constexpr (std::is_signed_v<hn::TFromD<D>>) {
+  if constexpr (std::is_floating_point_v<hn::TFromD<D>>) {
+    // The doubling is exact.
+    return hn::Sub(hn::Add(a, a), b);
+  } else if constexpr (std::is_signed_v<hn::TFromD<D>>) {
     // Where the difference saturates it has the sign of a, and the sum saturates too.
     return hn::SaturatedAdd(a, hn::SaturatedSub(a, b));
   } else {
@@ -51,6 +54,10 @@ void Reflect16(const std::int16_t* a, const std::int16_t* b, std::int64_t n, std
   HvEnterKernel<"reflectRow 16", HWY_TARGETS>(HWY_TARGET);
   Reflect(a, b, n, out);
 }
+void ReflectFloats(const float* a, const float* b, std::int64_t n, float* out) {
+  HvEnterKernel<"reflectRow float", HWY_TARGETS>(HWY_TARGET);
+  Reflect(a, b, n, out);
+}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur
@@ -62,6 +69,7 @@ namespace {
 
 HWY_EXPORT(Reflect8);
 HWY_EXPORT(Reflect16);
+HWY_EXPORT(ReflectFloats);
 
 }  // namespace
 
@@ -71,6 +79,10 @@ void reflectRow(const std::uint8_t* a, const std::uint8_t* b, std::int64_t n, st
 
 void reflectRow(const std::int16_t* a, const std::int16_t* b, std::int64_t n, std::int16_t* out) {
   HWY_DYNAMIC_DISPATCH(Reflect16)(a, b, n, out);
+}
+
+void reflectRow(const float* a, const float* b, std::int64_t n, float* out) {
+  HWY_DYNAMIC_DISPATCH(ReflectFloats)(a, b, n, out);
 }
 
 }  // namespace vblur

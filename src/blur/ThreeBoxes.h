@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "blur/BoxFilter.h"
 #include "blur/LineBlock.h"
@@ -10,35 +11,39 @@
 namespace vblur {
 
 // The line buffers of one thread for one pass, allocated once for all blocks, for lines of Count components, 1 to 4.
-template <int Count>
+// Lane is int32 or float.
+template <class Lane, int Count>
 class ThreeBoxes {
  public:
-  static constexpr int kLanes = kBlockLanes<Count>;
+  using Box = std::conditional_t<std::is_same_v<Lane, float>, ExactBox, BoxConstants>;
+  static constexpr int kLanes = kBlockLanes<Lane, Count>;
 
   // `outside` has Count components.
-  ThreeBoxes(const BoxConstants& box, std::int32_t boxes, const PassAxis& axis, const std::int32_t* outside);
+  ThreeBoxes(const Box& box, std::int32_t boxes, const PassAxis& axis, const Lane* outside);
 
   // False when there is no memory.
   bool isReady() const { return a_.isReady() && b_.isReady() && source_ != nullptr; }
 
   // Filters one block.
-  void run(const BlockReader& lines, const BlockWriter& results);
+  void run(const BlockReader<Lane>& lines, const BlockWriter<Lane>& results);
 
  private:
   // A block of lines in memory, by position.
   struct Reader {
-    const std::int32_t* data;
+    const Lane* data;
     std::int64_t start;
-    const std::int32_t* operator()(std::int64_t i) const { return data + (i - start) * kLanes; }
+    const Lane* operator()(std::int64_t i) const { return data + (i - start) * kLanes; }
   };
-  Reader read(const BlockReader& lines, const BoxReach& range);
-  Reader read(LineBuffer<Count>& buffer, const BoxReach& range);
+  Reader read(const BlockReader<Lane>& lines, const BoxReach& range);
+  Reader read(LineBuffer<Lane, Count>& buffer, const BoxReach& range);
+  void runIntegers(const BlockReader<Lane>& lines, const BlockWriter<Lane>& results);
+  void runExact(const BlockReader<Lane>& lines, const BlockWriter<Lane>& results);
 
-  BoxConstants box_;
+  Box box_;
   std::int32_t boxes_;
-  LineBuffer<Count> a_;
-  LineBuffer<Count> b_;
-  LaneMemory source_;
+  LineBuffer<Lane, Count> a_;
+  LineBuffer<Lane, Count> b_;
+  LaneMemory<Lane> source_;
   PassRanges ranges_;
 };
 

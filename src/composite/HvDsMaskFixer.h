@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "composite/MixRows.h"
+#include "composite/PlainRuns.h"
 #include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/HvCpu.h"
@@ -11,11 +12,12 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. Restores the input's box and edge methods after the run.
+// Instances: <R8, Rf, 255>, <R16, Rf, 32767> and <Rf, Rf, 1>. Restores the input's box and edge methods after the run.
 template <class Pixel, class Accum, std::int32_t Top>
 class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
  public:
   using Texture = HvTexture<Pixel, Accum>;
+  static_assert(Top == kTopOf<Pixel>);
 
   void preProcess(Texture* in, Texture* /*out*/) override { savedAxes = *in; }
 
@@ -42,13 +44,15 @@ class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
     walkRuns(
         this->rowLoop(), this->interrupt, out,
         [named](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
-          const auto row = [named](const Pixel* from, const Pixel*, Pixel* over, std::int32_t count) {
-            mixByAlphaRow(from, over, count, named);
-          };
-          if (HvUsesVectors() && runStraight(to, n, run, HvPixelRun<Pixel>{to, 1, n, true}, row)) return;
-          const Pixel* source = run.first;
-          for (std::int32_t i = 0; i < n; ++i, source += run.step)
-            to[i] = mixed(to[i], *source, named);
+          if constexpr (kHasVectorRows<Pixel>) {
+            const auto row = [named](const Pixel* from, const Pixel*, Pixel* over, std::int32_t count) {
+              mixByAlphaRow(from, over, count, named);
+            };
+            if (HvUsesVectors() && runStraight(to, n, run, HvPixelRun<Pixel>{to, 1, n, true}, row)) return;
+          }
+          mapRuns(to, n, run, run, [named](const Pixel& source, const Pixel&, const Pixel& result) {
+            return mixed(result, source, named);
+          });
         },
         in);
   }
@@ -56,7 +60,7 @@ class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
   static Pixel mixed(const Pixel& d, const Pixel& s, std::int32_t named) {
     Pixel result = s;
     for (int c = 0; c < 3; ++c) {
-      if ((named & (1 << c)) == 0) result[c] = storeNarrow<ComponentOf<Pixel>>(mixInt<Top>(d[c], s[c], s.alpha));
+      if ((named & (1 << c)) == 0) result[c] = mixComponent<Pixel>(d[c], s[c], s.alpha);
     }
     return result;
   }

@@ -4,6 +4,8 @@
 #include <cstdint>
 
 #include "composite/MixRows.h"
+#include "composite/PixelMath.h"
+#include "composite/PlainRuns.h"
 #include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/Combiner.h"
@@ -11,28 +13,25 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, C8, Cf> and <R16, Rf, C16, Cf>. process(source, mask, output), with the effect's result in the
-// output. Where the mask has no pixel it counts as 0; where the source has none it counts as zero, whatever its outside
-// colour. The mask's full strength is the top of its storage.
+// Instances: <R8, Rf, C8, Cf>, <R16, Rf, C16, Cf> and <Rf, Rf, Cf, Cf>. process(source, mask, output), with the
+// effect's result in the output. Where the mask has no pixel it counts as 0; where the source has none it counts as
+// zero, whatever its outside colour. The mask's full strength is the top of its storage, 1 in floats.
 template <class Pixel, class Accum, class MaskPixel, class MaskAccum>
 class HvDsPaintCombiner
     : public Combiner<HvTexture<Pixel, Accum>, HvTexture<MaskPixel, MaskAccum>, HvTexture<Pixel, Accum>> {
  public:
   using Texture = HvTexture<Pixel, Accum>;
   using Mask = HvTexture<MaskPixel, MaskAccum>;
-  static constexpr std::int32_t kTop = kTopOf<MaskPixel>;
+  static_assert(kTopOf<MaskPixel> == kTopOf<Pixel>);
 
   // The result d over the source a by a mask value of m. A negative 16-bit m extrapolates away from d; the store keeps
-  // the low bits.
-  static Pixel shown(const Pixel& d, const Pixel& a, std::int32_t m) {
-    if (m == 0) return a;
-    if (m == kTop) return d;
-    Pixel result{};
-    result.red = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.red, a.red, m));
-    result.green = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.green, a.green, m));
-    result.blue = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.blue, a.blue, m));
-    result.alpha = storeNarrow<ComponentOf<Pixel>>(mixInt<kTop>(d.alpha, a.alpha, m));
-    return result;
+  // the low bits. A float m is limited to 0..1.
+  static Pixel shown(const Pixel& d, const Pixel& a, AmountOf<MaskPixel> m) {
+    if constexpr (MaskPixel::kIntegral) {
+      if (m == 0) return a;
+      if (m == kTopOf<MaskPixel>) return d;
+    }
+    return mixPixels(d, a, m);
   }
 
   void processRows(Texture* a, Mask* mask, Texture* out) override {
@@ -41,22 +40,19 @@ class HvDsPaintCombiner
         [](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<MaskPixel>& runM) {
           static constexpr Pixel kNothing{};
           static constexpr MaskPixel kHidden{};
-          const auto row = [](const Pixel* source, const MaskPixel* strength, Pixel* result, std::int32_t count) {
-            paintRow(source, strength, result, count);
-          };
           const auto source = runA.exists ? runA : HvPixelRun<Pixel>{&kNothing, 0, n, false};
           const auto strength = runM.exists ? runM : HvPixelRun<MaskPixel>{&kHidden, 0, n, false};
-          if (!HvUsesVectors() || !runStraight(to, n, source, strength, row)) showRun(to, n, source, strength);
+          if constexpr (kHasVectorRows<Pixel>) {
+            const auto row = [](const Pixel* from, const MaskPixel* values, Pixel* result, std::int32_t count) {
+              paintRow(from, values, result, count);
+            };
+            if (HvUsesVectors() && runStraight(to, n, source, strength, row)) return;
+          }
+          mapRuns(to, n, source, strength, [](const Pixel& from, const MaskPixel& value, const Pixel& result) {
+            return shown(result, from, value.value);
+          });
         },
         *a, *mask);
-  }
-
- private:
-  static void showRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<MaskPixel>& runM) {
-    const Pixel* source = runA.first;
-    const MaskPixel* strength = runM.first;
-    for (std::int32_t i = 0; i < n; ++i, source += runA.step, strength += runM.step)
-      to[i] = shown(to[i], *source, strength->value);
   }
 };
 

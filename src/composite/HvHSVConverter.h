@@ -1,10 +1,12 @@
-// Hue, saturation and value in integers, at the scale of a pixel type, and the blend operations that work on them. A
-// sextant of the hue circle is One wide, saturation runs to One, and the value is the greatest of the colours.
+// Hue, saturation and value in integers, at the scale of a pixel type, and the blend operations that work on them, of
+// integers or floats. A sextant of the hue circle is One wide, saturation runs to One, and the value is the greatest of
+// the colours.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
+#include "composite/HsvOfFloats.h"
 #include "composite/MergeOperation.h"
 #include "composite/PixelMath.h"
 #include "image/Arithmetic.h"
@@ -20,8 +22,8 @@ struct HvHSV {
   friend bool operator==(const HvHSV&, const HvHSV&) = default;
 };
 
-// A base of HvMerge. Instances: <R8, Rf, 255> and <R16, Rf, 16384>. All arithmetic is in signed 32-bit integers that
-// wrap; negative and out-of-range colours are accepted.
+// A base of HvMerge. Instances: <R8, Rf, 255>, <R16, Rf, 16384> and <Rf, Rf, 1>, which has the operations alone. All
+// arithmetic of integers is in signed 32 bits that wrap; negative and out-of-range colours are accepted.
 template <class Pixel, class Accum, std::int32_t One>
 class HvHSVConverter {
   static_assert(One == Pixel::kOne);
@@ -68,45 +70,39 @@ class HvHSVConverter {
   }
 
  private:
-  // If the pixel that gives the hue is grey, the result is grey too.
-  struct HueChoice {
-    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const {
-      return {p.hue, p.saturation == 0 ? 0 : q.saturation, q.value};
-    }
-  };
-  struct SaturationChoice {
-    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const {
-      return {q.hue, q.saturation == 0 ? 0 : p.saturation, q.value};
-    }
-  };
-  struct ValueChoice {
-    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const { return {q.hue, q.saturation, p.value}; }
-  };
-  struct ColourChoice {
-    constexpr HvHSV operator()(const HvHSV& p, const HvHSV& q) const { return {p.hue, p.saturation, q.value}; }
-  };
-
-  // Converts the HSV that Choice makes of two pixels. Float operands are truncated first, without a clamp.
-  template <class Choice>
+  // Hue, saturation and value, each of the first pixel or of the second. Operands in floats of integer pixels are
+  // truncated first, without a clamp.
+  template <bool HueOfFirst, bool SaturationOfFirst, bool ValueOfFirst>
   struct HsvMerge : MergeOperation<Pixel, true, true> {
     static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
-      return withAlpha(toRGB(Choice{}(fromRGB(p.red, p.green, p.blue), fromRGB(q.red, q.green, q.blue))), p.alpha);
+      return withAlpha(toRGB(chosen(fromRGB(p.red, p.green, p.blue), fromRGB(q.red, q.green, q.blue))), p.alpha);
     }
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return withAlpha(toRGB(Choice{}(truncated(p), truncated(q))), storeClamped<Pixel>(p.alpha));
+      if constexpr (Pixel::kIntegral) {
+        return withAlpha(toRGB(chosen(truncated(p), truncated(q))), storeClamped<Pixel>(p.alpha));
+      } else {
+        return withAlpha(withHueSaturationValue(HueOfFirst ? p : q, SaturationOfFirst ? p : q, ValueOfFirst ? p : q),
+                         p.alpha);
+      }
     }
 
    private:
+    // If the pixel that gives the hue is grey, the result is grey too.
+    static constexpr HvHSV chosen(const HvHSV& p, const HvHSV& q) {
+      const HvHSV& hue = HueOfFirst ? p : q;
+      const HvHSV& saturation = SaturationOfFirst ? p : q;
+      return {hue.hue, hue.saturation == 0 ? 0 : saturation.saturation, (ValueOfFirst ? p : q).value};
+    }
     static constexpr HvHSV truncated(const Accum& p) {
       return fromRGB(truncToInt(p.red), truncToInt(p.green), truncToInt(p.blue));
     }
   };
 
  public:
-  struct Hue : HsvMerge<HueChoice> {};
-  struct Saturation : HsvMerge<SaturationChoice> {};
-  struct Value : HsvMerge<ValueChoice> {};
-  struct Colour : HsvMerge<ColourChoice> {};
+  struct Hue : HsvMerge<true, false, false> {};
+  struct Saturation : HsvMerge<false, true, false> {};
+  struct Value : HsvMerge<false, false, true> {};
+  struct Colour : HsvMerge<true, true, false> {};
 
  private:
   static constexpr std::int32_t kTwoOnes = One * 2;

@@ -10,15 +10,27 @@ namespace vblur {
 
 namespace {
 
-constexpr float kHalfStep = 0.003921569f;  // 1/255 in 32 bits
+// How near to 1 a gain, and to one half a blend, count as such: 1/255 in 32 bits. Floats show every difference.
+template <class Pixel>
+constexpr float kNear = Pixel::kIntegral ? 0.003921569f : 0.0f;
+
+template <class Operation, MergeForm Form>
+constexpr MergeKernel<typename Operation::Pixel> runOf() {
+  if constexpr (Operation::Pixel::kIntegral) {
+    return &mergeRun<Operation, Form>;
+  } else {
+    // With gains of 1 the gained form leaves every float as it is.
+    return &mergeFloatRun < Operation, Form == MergeForm::Integer ? MergeForm::Gained : Form > ;
+  }
+}
 
 template <class Operation>
 MergeKernel<typename Operation::Pixel> kernelOf(MergeForm form) {
   switch (form) {
-    case MergeForm::TowardsB: return &mergeRun<Operation, MergeForm::TowardsB>;
-    case MergeForm::TowardsA: return &mergeRun<Operation, MergeForm::TowardsA>;
-    case MergeForm::Gained: return &mergeRun<Operation, MergeForm::Gained>;
-    default: return &mergeRun<Operation, MergeForm::Integer>;
+    case MergeForm::TowardsB: return runOf<Operation, MergeForm::TowardsB>();
+    case MergeForm::TowardsA: return runOf<Operation, MergeForm::TowardsA>();
+    case MergeForm::Gained: return runOf<Operation, MergeForm::Gained>();
+    default: return runOf<Operation, MergeForm::Integer>();
   }
 }
 
@@ -64,7 +76,7 @@ template <class Pixel, class Accum, std::int32_t One>
 void HvMerge<Pixel, Accum, One>::setGains(float a, float b) {
   gainA = a;
   gainB = b;
-  const bool gained = std::fabs(a - 1.0f) > kHalfStep || std::fabs(b - 1.0f) > kHalfStep;
+  const bool gained = std::fabs(a - 1.0f) > kNear<Pixel> || std::fabs(b - 1.0f) > kNear<Pixel>;
   flags = gained ? flags | kGained : flags & ~static_cast<std::uint32_t>(kGained);
 }
 
@@ -72,7 +84,7 @@ template <class Pixel, class Accum, std::int32_t One>
 void HvMerge<Pixel, Accum, One>::setBlend(float m) {
   blend = clampTo(m, 0.0f, 1.0f);
   flags &= ~static_cast<std::uint32_t>(kTowardsA | kTowardsB);
-  if (std::fabs(static_cast<double>(blend) - 0.5) < static_cast<double>(kHalfStep)) return;
+  if (blend == 0.5f || std::fabs(static_cast<double>(blend) - 0.5) < static_cast<double>(kNear<Pixel>)) return;
   if (blend < 0.5f) {
     flags |= kTowardsA;
     weightB = blend * 2.0f;
@@ -90,7 +102,7 @@ template <class Pixel, class Accum, std::int32_t One>
 MergeForm HvMerge<Pixel, Accum, One>::form() const {
   if ((flags & kTowardsB) != 0) return MergeForm::TowardsB;
   if ((flags & kTowardsA) != 0) return MergeForm::TowardsA;
-  return (flags & kGained) != 0 ? MergeForm::Gained : MergeForm::Integer;
+  return (flags & kGained) != 0 || !Pixel::kIntegral ? MergeForm::Gained : MergeForm::Integer;
 }
 
 template <class Pixel, class Accum, std::int32_t One>
@@ -98,7 +110,9 @@ void HvMerge<Pixel, Accum, One>::processRows(Texture* a, Texture* b, Texture* ou
   const MergeKernel<Pixel> kernel = rgbMode == 1 ? kernelFor<Pixel>(method, form()) : nullptr;
   if (kernel == nullptr) return;
   const MergeWeights weights{gainA, gainB, weightA, weightB, mixA, mixB};
-  const MergeRow<Pixel> row = mergeRowFor<Pixel>(method, form(), weights);
+  // Null: the plain code runs.
+  MergeRow<Pixel> row = nullptr;
+  if constexpr (kHasVectorRows<Pixel>) row = mergeRowFor<Pixel>(method, form(), weights);
   const auto byVectors = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
     row(fromA, fromB, to, n, weights);
   };
@@ -112,5 +126,6 @@ void HvMerge<Pixel, Accum, One>::processRows(Texture* a, Texture* b, Texture* ou
 
 template class HvMerge<R8, Rf, 255>;
 template class HvMerge<R16, Rf, 16384>;
+template class HvMerge<Rf, Rf, 1>;
 
 }  // namespace vblur

@@ -32,8 +32,8 @@ enum HvMergeMethod : std::int32_t {
   kMergeAddUnder = 20,
 };
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 16384>. Set rgbMode to 1, a method, gains and then a blend, a window and an
-// interrupt record, and call process(a, b, output); the output may be one of the two.
+// Instances: <R8, Rf, 255>, <R16, Rf, 16384> and <Rf, Rf, 1>. Set rgbMode to 1, a method, gains and then a blend, a
+// window and an interrupt record, and call process(a, b, output); the output may be one of the two.
 template <class Pixel, class Accum, std::int32_t One>
 class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>>,
                 public HvRGBMerge<Pixel, Accum, One>,
@@ -47,11 +47,12 @@ class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>
     kTowardsA = 4,  // the blend lies below one half
   };
 
-  // Gains of 1 within 1/255 are not in force.
+  // Gains of 1 within 1/255 are not in force; those of floats are in force unless they are 1.
   void setGains(float a, float b);
-  // 0 gives the first picture, 1 the second and 0.5, within 1/255, the method's full result. Call it after setGains:
-  // mixA and mixB are computed from the gains.
+  // 0 gives the first picture, 1 the second and 0.5, of integers within 1/255, the method's full result. Call it after
+  // setGains: mixA and mixB are computed from the gains.
   void setBlend(float m);
+  // Floats have no integer form: it is the gained form with gains of 1.
   MergeForm form() const;
 
   void processRows(Texture* a, Texture* b, Texture* out) override;
@@ -73,5 +74,6 @@ class HvMerge : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>
 
 extern template class HvMerge<R8, Rf, 255>;
 extern template class HvMerge<R16, Rf, 16384>;
+extern template class HvMerge<Rf, Rf, 1>;
 
 }  // namespace vblur

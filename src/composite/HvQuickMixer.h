@@ -1,9 +1,11 @@
-// An integer mix of two pictures by one amount, for transitions.
+// A mix of two pictures by one amount, for transitions.
 #pragma once
 
 #include <cstdint>
 
 #include "composite/MixRows.h"
+#include "composite/PixelMath.h"
+#include "composite/PlainRuns.h"
 #include "composite/StraightRuns.h"
 #include "image/Arithmetic.h"
 #include "image/HvCpu.h"
@@ -13,14 +15,16 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 32767>. run(a, b, target) writes a * amount + b * (1 - amount). If b is null,
-// the target is the second picture, mixed in place.
+// Instances: <R8, Rf, 255>, <R16, Rf, 32767> and <Rf, Rf, 1>. run(a, b, target) writes a * amount + b * (1 - amount).
+// If b is null, the target is the second picture, mixed in place.
 template <class Pixel, class Accum, std::int32_t Max>
 class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
+  static_assert(Max == kTopOf<Pixel>);
+
   void processRows() override {
     const HvRowLoop loop = this->rowLoop();
-    const std::int32_t t = amountFromFloat<Max>(amount);
+    const Amount t = amountOf<Pixel>(amount);
     if (this->imageB == nullptr) {
       walkRuns<PollAt::BeforeRow>(
           loop, this->interrupt, *this->target,
@@ -41,27 +45,23 @@ class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel,
   float amount = 0.0f;  // 0 to 1
 
  private:
+  using Amount = AmountOf<Pixel>;
+
   static void mixRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
-                     std::int32_t t) {
-    const auto row = [t](const Pixel* a, const Pixel* b, Pixel* out, std::int32_t count) {
-      quickMixRow(a, b, out, count, t);
-    };
-    if (!HvUsesVectors() || !runStraight(to, n, runA, runB, row)) mixPlainRun(to, n, runA, runB, t);
+                     Amount t) {
+    if constexpr (kHasVectorRows<Pixel>) {
+      const auto row = [t](const Pixel* a, const Pixel* b, Pixel* out, std::int32_t count) {
+        quickMixRow(a, b, out, count, t);
+      };
+      if (HvUsesVectors() && runStraight(to, n, runA, runB, row)) return;
+    }
+    mixPlainRun(to, n, runA, runB, t);
   }
 
   // A mix lies between its two components: the store is exact.
   static void mixPlainRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
-                          std::int32_t t) {
-    const Pixel* a = runA.first;
-    const Pixel* b = runB.first;
-    for (std::int32_t i = 0; i < n; ++i, a += runA.step, b += runB.step) {
-      Pixel result{};
-      result.red = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->red, b->red, t));
-      result.green = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->green, b->green, t));
-      result.blue = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->blue, b->blue, t));
-      result.alpha = storeNarrow<ComponentOf<Pixel>>(mixInt<Max>(a->alpha, b->alpha, t));
-      to[i] = result;
-    }
+                          Amount t) {
+    mapRuns(to, n, runA, runB, [t](const Pixel& a, const Pixel& b, const Pixel&) { return mixPixels(a, b, t); });
   }
 };
 

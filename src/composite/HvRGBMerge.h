@@ -11,8 +11,8 @@
 
 namespace vblur {
 
-// A base of HvMerge. Instances: <R8, Rf, 255> and <R16, Rf, 16384>. Products of two stored components stay within
-// 2^30.
+// A base of HvMerge. Instances: <R8, Rf, 255>, <R16, Rf, 16384> and <Rf, Rf, 1>, which has no integer forms. Products
+// of two stored integers stay within 2^30.
 template <class Pixel, class Accum, std::int32_t One>
 class HvRGBMerge {
   static_assert(One == Pixel::kOne);
@@ -22,6 +22,23 @@ class HvRGBMerge {
 
   // A product of two components back in their scale, truncated.
   static constexpr std::int32_t unscaled(std::int32_t product) { return product / One; }
+
+  // a + b - ab. Floats above 1.0 would turn it around: there it is the greater, which it also is at 1.0.
+  static constexpr float screened(float a, float b) {
+    if constexpr (!Pixel::kIntegral) {
+      if (a > kFloatOne || b > kFloatOne) return GreaterOf{}(a, b);
+    }
+    return a + b - b * a / kFloatOne;
+  }
+
+  // Where both floats are negative, so is their product: what is darker than black does not light up.
+  static constexpr float multiplied(float a, float b) {
+    const float product = a * b / kFloatOne;
+    if constexpr (!Pixel::kIntegral) {
+      if (a < 0.0f && b < 0.0f) return -product;
+    }
+    return product;
+  }
 
   // One function for the three colours and one for alpha.
   template <class Operand, class Colour, class Alpha>
@@ -43,10 +60,7 @@ class HvRGBMerge {
       return each(
           p, q, [](std::int32_t a, std::int32_t b) { return a + b - unscaled(a * b); }, GreaterOf{});
     }
-    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return each(
-          p, q, [](float a, float b) { return a + b - b * a / kFloatOne; }, GreaterOf{});
-    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) { return each(p, q, screened, GreaterOf{}); }
   };
 
   struct Multiply : MixedAfter {
@@ -54,10 +68,7 @@ class HvRGBMerge {
       return each(
           p, q, [](std::int32_t a, std::int32_t b) { return unscaled(a * b); }, LesserOf{});
     }
-    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return each(
-          p, q, [](float a, float b) { return a * b / kFloatOne; }, LesserOf{});
-    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) { return each(p, q, multiplied, LesserOf{}); }
   };
 
   // Treats all four components alike, in integers and in floats.
@@ -77,7 +88,9 @@ class HvRGBMerge {
       return ofFloats(widenedToFloat(p), widenedToFloat(q));
     }
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      const float k = colourSum(q) / kThreeOnes;
+      float k = colourSum(q) / kThreeOnes;
+      // A mean of floats below -1.0 takes p to 0, and not to its negative.
+      if constexpr (!Pixel::kIntegral) k = GreaterOf{}(k, -1.0f);
       return each(
           p, q, [k](float a, float) { return a * k + a; }, SumOf{});
     }
@@ -106,11 +119,11 @@ class HvRGBMerge {
 
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
       if (colourSum(p) > kThreeOnes) {
-        const auto screened = [](float a, float b) { return (b + a - b * a / kFloatOne) * 2.0f - kFloatOne; };
-        return each(p, q, screened, screened);
+        const auto twiceScreened = [](float a, float b) { return screened(a, b) * 2.0f - kFloatOne; };
+        return each(p, q, twiceScreened, twiceScreened);
       }
-      const auto multiplied = [](float a, float b) { return 2.0f * a * b / kFloatOne; };
-      return each(p, q, multiplied, multiplied);
+      const auto twiceMultiplied = [](float a, float b) { return multiplied(2.0f * a, b); };
+      return each(p, q, twiceMultiplied, twiceMultiplied);
     }
   };
 
@@ -137,8 +150,8 @@ class HvRGBMerge {
     }
   };
 
-  // Luminance of one pixel with the colour differences of the other, clamped to 0..Max: negative 16-bit colours
-  // become 0.
+  // Luminance of one pixel with the colour differences of the other. Integers are clamped to 0..Max: negative 16-bit
+  // colours become 0. Floats change p by the difference, so that equal pixels give p to the last bit.
   template <bool LuminanceOfFirst>
   struct YuvMerge : MergeOperation<Pixel, true, true> {
     static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
@@ -147,8 +160,12 @@ class HvRGBMerge {
       return fromYuv({static_cast<float>(c.y), static_cast<float>(c.u), static_cast<float>(c.v)}, p.alpha);
     }
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return fromYuv(chosen(yuvFromRgb(p.red, p.green, p.blue), yuvFromRgb(q.red, q.green, q.blue)),
-                     storeClamped<Pixel>(p.alpha));
+      const YuvFloat c = chosen(yuvFromRgb(p.red, p.green, p.blue), yuvFromRgb(q.red, q.green, q.blue));
+      if constexpr (Pixel::kIntegral) {
+        return fromYuv(c, storeClamped<Pixel>(p.alpha));
+      } else {
+        return withYuv(p, c);
+      }
     }
 
    private:

@@ -4,13 +4,14 @@
 #include <cstdint>
 
 #include "composite/PixelMath.h"
+#include "composite/PlainRuns.h"
 #include "image/HvTexture.h"
 
 namespace vblur {
 
 // How gains and blend enter a merge of a and b.
 enum class MergeForm {
-  Integer,   // gains of 1 and a blend of one half: the stored pixels as they are
+  Integer,   // gains of 1 and a blend of one half: the stored pixels as they are. Not of floats
   Gained,    // gains alone
   TowardsA,  // a blend below one half
   TowardsB,  // a blend above one half
@@ -26,6 +27,26 @@ struct MergeWeights {
   float mixB = 0.0f;
 };
 
+// a over b by the weights. Those of floats sum to 1: the mix lies between the two, and is one of them at either end.
+template <class Pixel>
+constexpr Rf blended(const Rf& a, float weightA, const Rf& b, float weightB) {
+  if constexpr (Pixel::kIntegral) {
+    return weightedSum(a, weightA, b, weightB);
+  } else {
+    return mixPixels(a, b, weightA);
+  }
+}
+
+// The mix that is an operand.
+template <class Pixel>
+constexpr Rf mixedOperand(const Rf& wideA, const Rf& wideB, const MergeWeights& w) {
+  if constexpr (Pixel::kIntegral) {
+    return weightedSum(wideA, w.mixA, wideB, w.mixB);
+  } else {
+    return mixPixels(gained<Pixel>(wideA, w.gainA), gained<Pixel>(wideB, w.gainB), w.weightA);
+  }
+}
+
 // One pixel. An operation that mixes its operands takes the mix as one operand; any other mixes its finished result
 // with a or b.
 template <class Operation, MergeForm Form, class Pixel = typename Operation::Pixel>
@@ -35,21 +56,21 @@ constexpr Pixel merged(const Pixel& a, const Pixel& b, const MergeWeights& w) {
   } else {
     const Rf wideA = widenedToFloat(a);
     const Rf wideB = widenedToFloat(b);
-    const Rf gainedA = scaledBy(wideA, w.gainA);
-    const Rf gainedB = scaledBy(wideB, w.gainB);
+    const Rf gainedA = gained<Pixel>(wideA, w.gainA);
+    const Rf gainedB = gained<Pixel>(wideB, w.gainB);
     if constexpr (Form == MergeForm::Gained) {
       return Operation::ofFloats(gainedA, gainedB);
     } else if constexpr (!Operation::kMixesOperands) {
       const Rf result = widenedToFloat(Operation::ofFloats(gainedA, gainedB));
-      return Form == MergeForm::TowardsB ? finished<Pixel>(weightedSum(result, w.weightA, gainedB, w.weightB))
-                                         : finished<Pixel>(weightedSum(gainedA, w.weightA, result, w.weightB));
+      return Form == MergeForm::TowardsB ? finished<Pixel>(blended<Pixel>(result, w.weightA, gainedB, w.weightB))
+                                         : finished<Pixel>(blended<Pixel>(gainedA, w.weightA, result, w.weightB));
     } else if constexpr (Form == MergeForm::TowardsB) {
-      return Operation::ofFloats(weightedSum(wideA, w.mixA, wideB, w.mixB), gainedB);
+      return Operation::ofFloats(mixedOperand<Pixel>(wideA, wideB, w), gainedB);
     } else {
       Rf first = gainedA;
       // In this form alone the first picture's alpha takes the second picture's gain.
-      if constexpr (Operation::kTakesFirstAlpha) first.alpha = wideA.alpha * w.gainB;
-      return Operation::ofFloats(first, weightedSum(wideA, w.mixA, wideB, w.mixB));
+      if constexpr (Operation::kTakesFirstAlpha) first.alpha = gained<Pixel>(wideA, w.gainB).alpha;
+      return Operation::ofFloats(first, mixedOperand<Pixel>(wideA, wideB, w));
     }
   }
 }
@@ -62,11 +83,16 @@ using MergeKernel = void (*)(Pixel* out, std::int32_t n, const HvPixelRun<Pixel>
 template <class Operation, MergeForm Form, class Pixel = typename Operation::Pixel>
 void mergeRun(Pixel* out, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
               const MergeWeights& weights) {
-  const MergeWeights w = weights;
-  const Pixel* a = runA.first;
-  const Pixel* b = runB.first;
-  for (std::int32_t i = 0; i < n; ++i, a += runA.step, b += runB.step)
-    out[i] = merged<Operation, Form>(*a, *b, w);
+  mapRuns(out, n, runA, runB,
+          [w = weights](const Pixel& a, const Pixel& b, const Pixel&) { return merged<Operation, Form>(a, b, w); });
+}
+
+// The same for floats, which have no other code. Flattened: among as many loops as HvMerge.cpp has, the compiler stops
+// inlining, and would call functions for each pixel.
+template <class Operation, MergeForm Form, class Pixel = typename Operation::Pixel>
+[[gnu::flatten]] void mergeFloatRun(Pixel* out, std::int32_t n, const HvPixelRun<Pixel>& runA,
+                                    const HvPixelRun<Pixel>& runB, const MergeWeights& weights) {
+  mergeRun<Operation, Form>(out, n, runA, runB, weights);
 }
 
 }  // namespace vblur

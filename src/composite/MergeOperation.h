@@ -1,7 +1,8 @@
 // A blend operation as the merge sees it, and the functions of two components that operations are made of.
 //
 // An operation has two forms: ofIntegers on stored pixels, and ofFloats on pixels with a gain, which may lie
-// outside the pixel's range. Both return a finished pixel: every component clamped to the range and truncated.
+// outside the pixel's range. Both return a finished pixel: every component clamped to the range and truncated. For
+// pixels of floats there is the second form alone, and a finished component is what was computed.
 // p is the first operand, q the second.
 #pragma once
 
@@ -50,7 +51,8 @@ struct DistanceOf {
   template <class T>
   constexpr auto operator()(T a, T b) const {
     const auto d = a - b;
-    return d < 0 ? -d : d;
+    // Never a negative zero.
+    return d <= 0 ? 0 - d : d;
   }
 };
 

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 #include "composite/MixRows.h"
 #include "composite/PixelMath.h"
+#include "composite/PlainRuns.h"
 #include "composite/RowWeights.h"
 #include "composite/StraightRuns.h"
 #include "image/Combiner.h"
@@ -12,31 +14,25 @@
 
 namespace vblur {
 
-// Instances: <R8, Rf, 255> and <R16, Rf, 16384>. The output may be one of the two pictures.
+// Instances: <R8, Rf, 255>, <R16, Rf, 16384> and <Rf, Rf, 1>. The output may be one of the two pictures.
 template <class Pixel, class Accum, std::int32_t One>
 class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>, HvTexture<Pixel, Accum>> {
  public:
   static_assert(One == Pixel::kOne);
   using Texture = HvTexture<Pixel, Accum>;
 
-  // Whether the weights can take a sum out of range. It is then clamped to 0..One, at 16 bits too, unlike a merge,
-  // which clamps to the storage range.
+  // Whether the weights can take a sum of integers out of range. It is then clamped to 0..One, at 16 bits too, unlike a
+  // merge, which clamps to the storage range. Floats have no range.
   bool limitsResult() const { return weightA < 0.0f || weightB < 0.0f || weightA + weightB > 1.0f; }
 
   void processRows(Texture* a, Texture* b, Texture* out) override {
-    const MixRowWeights weights{weightA, weightB, limitsResult()};
-    const bool byVectors = HvUsesVectors() && rowWeightsFit(weightA, weightB);
-    const auto row = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
-      mixRow(fromA, fromB, to, n, weights);
-    };
     walkRuns(
         this->rowLoop(), this->interrupt, *out,
         [&](Pixel* to, std::int32_t n, const Run& runA, const Run& runB) {
-          if (byVectors && runStraight(to, n, runA, runB, row)) return;
-          if (weights.limits) {
-            mixRun(to, n, runA, runB, [](float v) { return clampTo(v, 0.0f, static_cast<float>(One)); });
+          if constexpr (Pixel::kIntegral) {
+            mixIntegers(to, n, runA, runB);
           } else {
-            mixRun(to, n, runA, runB, [](float v) { return v; });
+            mixFloats(to, n, runA, runB);
           }
         },
         *a, *b);
@@ -48,21 +44,41 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
  private:
   using Run = HvPixelRun<Pixel>;
 
+  void mixIntegers(Pixel* to, std::int32_t n, const Run& runA, const Run& runB) const requires(Pixel::kIntegral) {
+    const MixRowWeights weights{weightA, weightB, limitsResult()};
+    const auto row = [&](const Pixel* fromA, const Pixel* fromB, Pixel* result, std::int32_t count) {
+      mixRow(fromA, fromB, result, count, weights);
+    };
+    if (HvUsesVectors() && rowWeightsFit(weightA, weightB) && runStraight(to, n, runA, runB, row)) return;
+    if (weights.limits) {
+      mixPlainRun(to, n, runA, runB, [](float v) { return clampTo(v, 0.0f, static_cast<float>(One)); });
+    } else {
+      mixPlainRun(to, n, runA, runB, [](float v) { return v; });
+    }
+  }
+
   // Without a limit a sum lies between its components, and the store is exact.
   template <class Limit>
-  void mixRun(Pixel* to, std::int32_t n, const Run& runA, const Run& runB, Limit limit) const {
-    const auto store = [limit](float v) { return storeNarrow<ComponentOf<Pixel>>(truncToInt(limit(v))); };
-    const Pixel* pixelA = runA.first;
-    const Pixel* pixelB = runB.first;
-    for (std::int32_t i = 0; i < n; ++i, pixelA += runA.step, pixelB += runB.step) {
-      const Rf sum = weightedSum(widenedToFloat(*pixelA), weightA, widenedToFloat(*pixelB), weightB);
-      Pixel result{};
-      result.red = store(sum.red);
-      result.green = store(sum.green);
-      result.blue = store(sum.blue);
-      result.alpha = store(sum.alpha);
-      to[i] = result;
-    }
+  void mixPlainRun(Pixel* to, std::int32_t n, const Run& runA, const Run& runB, Limit limit) const {
+    mapComponents(to, n, runA, runB, [limit, a = weightA, b = weightB](auto p, auto q) {
+      const float sum = static_cast<float>(p) * a + static_cast<float>(q) * b;
+      return storeNarrow<ComponentOf<Pixel>>(truncToInt(limit(sum)));
+    });
+  }
+
+  // In doubles, where no product overflows and only the result is rounded: with weights that sum to 1 it lies between
+  // its components. Limited to the largest float.
+  void mixFloats(Pixel* to, std::int32_t n, const Run& runA, const Run& runB) const {
+    mapComponents(to, n, runA, runB, [a = double{weightA}, b = double{weightB}](double p, double q) {
+      constexpr double kMost = std::numeric_limits<float>::max();
+      return static_cast<float>(withinMost(p * a + q * b, kMost));
+    });
+  }
+
+  template <class Mix>
+  static void mapComponents(Pixel* to, std::int32_t n, const Run& runA, const Run& runB, const Mix& mix) {
+    mapRuns(to, n, runA, runB,
+            [&mix](const Pixel& a, const Pixel& b, const Pixel&) { return ofComponents(a, b, mix); });
   }
 };
 

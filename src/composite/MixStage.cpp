@@ -43,8 +43,14 @@ void RunMixStage(HvTexture<Pixel, Rf>& source, HvTexture<Pixel, Rf>& result, std
   const float m = blend / 100.0f;
   if (method == kMixBackMix) {
     MixCombiner<Pixel, Rf, Pixel::kOne> mix;
-    mix.weightA = (1.0f - m) * effectGain / 100.0f;
-    mix.weightB = m * sourceGain / 100.0f;
+    if constexpr (Pixel::kIntegral) {
+      mix.weightA = (1.0f - m) * effectGain / 100.0f;
+      mix.weightB = m * sourceGain / 100.0f;
+    } else {
+      // Weights without gains sum to 1 exactly.
+      mix.weightA = (1.0f - m) * (effectGain / 100.0f);
+      mix.weightB = m * (sourceGain / 100.0f);
+    }
     return runStage(mix, view, source, window, interrupt);
   }
   HvMerge<Pixel, Rf, Pixel::kOne> merge;
@@ -59,5 +65,7 @@ template void RunMixStage<R8>(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, std::int32
                               const StageWindow&, HvInterruptRecord*);
 template void RunMixStage<R16>(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, std::int32_t, float, float, float,
                                const StageWindow&, HvInterruptRecord*);
+template void RunMixStage<Rf>(HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&, std::int32_t, float, float, float,
+                              const StageWindow&, HvInterruptRecord*);
 
 }  // namespace vblur

@@ -21,5 +21,7 @@ extern template void RunMixStage<R8>(HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, std
                                      const StageWindow&, HvInterruptRecord*);
 extern template void RunMixStage<R16>(HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, std::int32_t, float, float, float,
                                       const StageWindow&, HvInterruptRecord*);
+extern template void RunMixStage<Rf>(HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&, std::int32_t, float, float, float,
+                                     const StageWindow&, HvInterruptRecord*);
 
 }  // namespace vblur

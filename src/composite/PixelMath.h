@@ -27,6 +27,28 @@ constexpr Rf scaledBy(const Rf& p, float gain) {
   return result;
 }
 
+// To -most..most. Two choices of two, each an instruction of vector code; NaN gives an end.
+template <class T>
+constexpr T withinMost(T v, T most) {
+  const T above = v > -most ? v : -most;
+  return above < most ? above : most;
+}
+
+// A pixel times a gain as an operand of a merge of Pixels. One of floats is limited to 2^60, far beyond all that is
+// carried, so that no product of two overflows.
+template <class Pixel>
+constexpr Rf gained(const Rf& p, float gain) {
+  Rf result = scaledBy(p, gain);
+  if constexpr (!Pixel::kIntegral) {
+    constexpr float kMost = 0x1p60f;
+    result.red = withinMost(result.red, kMost);
+    result.green = withinMost(result.green, kMost);
+    result.blue = withinMost(result.blue, kMost);
+    result.alpha = withinMost(result.alpha, kMost);
+  }
+  return result;
+}
+
 constexpr Rf weightedSum(const Rf& a, float weightA, const Rf& b, float weightB) {
   Rf result{};
   result.red = a.red * weightA + b.red * weightB;
@@ -36,7 +58,7 @@ constexpr Rf weightedSum(const Rf& a, float weightA, const Rf& b, float weightB)
   return result;
 }
 
-// All four components clamped to the pixel's range and truncated.
+// All four components stored, as storeClamped does.
 template <class Pixel>
 constexpr Pixel finished(const Rf& p) {
   Pixel result{};
@@ -51,6 +73,23 @@ template <class Pixel>
 constexpr Pixel withAlpha(Pixel pixel, ComponentOf<Pixel> alpha) {
   pixel.alpha = alpha;
   return pixel;
+}
+
+// One function of two components for all four.
+template <class Pixel, class Function>
+constexpr Pixel ofComponents(const Pixel& a, const Pixel& b, const Function& function) {
+  Pixel result{};
+  result.red = function(a.red, b.red);
+  result.green = function(a.green, b.green);
+  result.blue = function(a.blue, b.blue);
+  result.alpha = function(a.alpha, b.alpha);
+  return result;
+}
+
+// a over b by an amount.
+template <class Pixel>
+constexpr Pixel mixPixels(const Pixel& a, const Pixel& b, AmountOf<Pixel> m) {
+  return ofComponents(a, b, [m](auto p, auto q) { return mixComponent<Pixel>(p, q, m); });
 }
 
 // The sum of the colours; in floats the order of the terms decides the last bit.

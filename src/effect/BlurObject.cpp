@@ -2,6 +2,7 @@
 #include <new>
 
 #include "effect/Blur.h"
+#include "effect/FrameFormats.h"
 #include "effect/ProjectSizes.h"
 #include "properties/ClassIds.h"
 #include "resources/Numbers.h"
@@ -120,7 +121,7 @@ HRESULT Blur::GetInfo(tagDSFxInfo* info) {
 }
 
 HRESULT Blur::IsFormatSupported(const GUID& format) {
-  return format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14 ? kOk : kFalse;
+  return FormatOfColours(format) != nullptr ? kOk : kFalse;
 }
 
 HRESULT Blur::GetInputOverscan(double time, double* left, double* right, double* bottom, double* top) {

@@ -1,5 +1,6 @@
 // The blur stage: blurs or sharpens, then mixes the result back over the source.
 #include <cstdint>
+#include <type_traits>
 
 #include "blur/FuzzChannels.h"
 #include "blur/FuzzSampler.h"
@@ -9,6 +10,9 @@
 namespace vblur {
 namespace {
 
+// What the filter of a pixel type sums in, and what it takes for full scale.
+template <class Pixel>
+using FilterAccum = std::conditional_t<Pixel::kIntegral, Ri, Rf>;
 template <class Pixel>
 inline constexpr std::int32_t kFullScale = Pixel::kMax;
 
@@ -21,7 +25,7 @@ HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTex
   const FuzzMode mode = fuzzModeOf(blur_.channels);
   if (mode != kFuzzRGBA && mode != kFuzzAlpha) frame.alphaAffected = 0;
 
-  FuzzSampler<Pixel, Ri, kFullScale<Pixel>> sampler;
+  FuzzSampler<Pixel, FilterAccum<Pixel>, kFullScale<Pixel>> sampler;
   sampler.method = blur_.method;
   sampler.mode = mode;
   sampler.sizeX = radius.x;
@@ -29,8 +33,8 @@ HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTex
   sampler.interrupt = &frame.interrupt;
   if (const auto region = frame.RegionWindow()) region->giveTo(sampler);
 
-  HvTexture<Pixel, Ri> sourceView;
-  HvTexture<Pixel, Ri> destinationView;
+  HvTexture<Pixel, FilterAccum<Pixel>> sourceView;
+  HvTexture<Pixel, FilterAccum<Pixel>> destinationView;
   sourceView.share(source);
   destinationView.share(destination);
   sampler.process(&sourceView, &destinationView);
@@ -45,5 +49,6 @@ HRESULT Blur::RunBlurStage(double time, HvTexture<Pixel, Rf>& destination, HvTex
 
 template HRESULT Blur::RunBlurStage(double, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
 template HRESULT Blur::RunBlurStage(double, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
+template HRESULT Blur::RunBlurStage(double, HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&);
 
 }  // namespace vblur

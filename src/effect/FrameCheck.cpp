@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "effect/Blur.h"
+#include "effect/FrameFormats.h"
 
 namespace vblur {
 namespace {
@@ -19,7 +20,7 @@ struct FramePicture {
 };
 
 bool IsKnown(const GUID& format) {
-  return format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14 || format == MFIF_MASK_8 || format == MFIF_MASK_16;
+  return PixelBytesOf(format) > 0;
 }
 
 bool CanBeCounted(std::int64_t corner, std::int64_t side) {
@@ -52,12 +53,12 @@ const char* FlawOf(const FramePicture& picture) {
 
 bool Blur::CheckPictures() {
   const GUID format = outputImage->Format();
+  const FrameFormat* const known = FormatOfColours(format);
   frame.refusal = {};
-  if (IsFormatSupported(format) != kOk) {
+  if (known == nullptr) {
     frame.refusal = {"output", "has an unknown format"};
     return false;
   }
-  const GUID maskFormat = format == MFIF_RGBA_RAW_32 ? MFIF_MASK_8 : MFIF_MASK_16;
   const PlaceRecord& output = frame.outputPlace;
   const PlaceRecord& input = frame.inputPlace;
   const PlaceRecord& input2 = frame.input2Place;
@@ -65,7 +66,7 @@ bool Blur::CheckPictures() {
       FramePicture{outputImage, "output", true, format, output.originX, output.originY},
       FramePicture{inputImage, "input", NeedsInput() || inputImage != nullptr, format, input.originX, input.originY},
       FramePicture{input2Image, "second input", effectKind == kKindTransition, format, input2.originX, input2.originY},
-      FramePicture{maskImage, "mask", effectKind == kKindPaint, maskFormat, std::int64_t{maskOffsetX} + input.originX,
+      FramePicture{maskImage, "mask", effectKind == kKindPaint, known->mask, std::int64_t{maskOffsetX} + input.originX,
                    std::int64_t{maskOffsetY} + input.originY},
   };
   for (const FramePicture& picture : pictures) {

@@ -16,6 +16,10 @@ template <>
 struct MaskPixelOf<R16> {
   using Type = C16;
 };
+template <>
+struct MaskPixelOf<Rf> {
+  using Type = Cf;
+};
 
 template <class Pixel>
 struct FrameTextures {

@@ -40,7 +40,10 @@ template void RestoreMaskedChannels(FrameState&, HvTexture<R8, Rf>&, HvTexture<R
                                     std::int32_t, std::int32_t);
 template void RestoreMaskedChannels(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, std::int32_t, std::int32_t,
                                     std::int32_t, std::int32_t);
+template void RestoreMaskedChannels(FrameState&, HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&, std::int32_t, std::int32_t,
+                                    std::int32_t, std::int32_t);
 template void ApplyPaintMask(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, HvTexture<C8, Cf>&);
 template void ApplyPaintMask(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, HvTexture<C16, Cf>&);
+template void ApplyPaintMask(FrameState&, HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&, HvTexture<Cf, Cf>&);
 
 }  // namespace vblur

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "effect/Blur.h"
+#include "effect/FrameFormats.h"
 #include "effect/ProjectSizes.h"
 #include "effect/RenderPixels.h"
 #include "image/Arithmetic.h"
@@ -21,13 +22,10 @@ std::int32_t AskExecuteContext(void* context, HvStateWord* state) {
 
 std::int64_t BytesOf(const IDSImage* image) {
   if (image == nullptr || image->IsUsable() != kOk) return 0;
-  const GUID format = image->Format();
-  const bool wide = format == MFIF_RGBA_S2_14 || format == MFIF_MASK_16;
-  const bool colour = format == MFIF_RGBA_RAW_32 || format == MFIF_RGBA_S2_14;
   const DSPixelPair size = image->Size();
   // No memory holds more, whatever a picture says of itself.
   if (size.x < 1 || size.y < 1 || size.x > FrameLimits::kLongestSide || size.y > FrameLimits::kLongestSide) return 0;
-  return std::int64_t{size.x} * size.y * (colour ? 4 : 1) * (wide ? 2 : 1);
+  return std::int64_t{size.x} * size.y * std::max(PixelBytesOf(image->Format()), 1);
 }
 
 }  // namespace
@@ -93,6 +91,7 @@ HRESULT Blur::RenderSettledFrame(double time) {
   const GUID format = outputImage->Format();
   if (format == MFIF_RGBA_RAW_32) return RenderPixels<R8>(time);
   if (format == MFIF_RGBA_S2_14) return RenderPixels<R16>(time);
+  if (format == kFormatRgbaFloat) return RenderPixels<Rf>(time);
   return kOk;
 }
 

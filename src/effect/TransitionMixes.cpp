@@ -55,7 +55,9 @@ void MixTransitionResults(FrameState& frame, HvTexture<Pixel, Rf>& first, HvText
 
 template void MixTransitionInputs(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
 template void MixTransitionInputs(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
+template void MixTransitionInputs(FrameState&, HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&);
 template void MixTransitionResults(FrameState&, HvTexture<R8, Rf>&, HvTexture<R8, Rf>&);
 template void MixTransitionResults(FrameState&, HvTexture<R16, Rf>&, HvTexture<R16, Rf>&);
+template void MixTransitionResults(FrameState&, HvTexture<Rf, Rf>&, HvTexture<Rf, Rf>&);
 
 }  // namespace vblur

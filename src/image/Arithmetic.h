@@ -1,8 +1,9 @@
 // The arithmetic rules of all pixel loops: floats are converted by truncation toward zero, never to the nearest, and
-// 32-bit sums and products wrap.
+// 32-bit sums and products wrap. Pixels of floats store what was computed.
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "image/Pixels.h"
 
@@ -50,15 +51,20 @@ constexpr T clampTo(T v, T low, T high) {
   return low > v ? low : v > high ? high : v;
 }
 
-// A computed value as a component: clamped to the component's range in float, then truncated.
+// A computed value as a component: clamped to the component's range in float, then truncated. A component of floats has
+// no range, and keeps it.
 template <class Pixel>
 constexpr typename Pixel::Component storeClamped(float v) {
-  return storeNarrow<typename Pixel::Component>(
-      truncToInt(clampTo(v, static_cast<float>(Pixel::kMin), static_cast<float>(Pixel::kMax))));
+  if constexpr (Pixel::kIntegral) {
+    return storeNarrow<typename Pixel::Component>(
+        truncToInt(clampTo(v, static_cast<float>(Pixel::kMin), static_cast<float>(Pixel::kMax))));
+  } else {
+    return v;
+  }
 }
 
 template <class Pixel>
-constexpr typename Pixel::Component storeClamped(std::int32_t v) {
+requires(Pixel::kIntegral) constexpr typename Pixel::Component storeClamped(std::int32_t v) {
   return storeNarrow<typename Pixel::Component>(v < Pixel::kMin ? Pixel::kMin : v > Pixel::kMax ? Pixel::kMax : v);
 }
 
@@ -76,10 +82,46 @@ constexpr std::int32_t amountFromFloat(float f) {
   return m < 0 ? 0 : m > Top ? Top : m;
 }
 
-// A colour component in 0..1 in the scale of a pixel, where 255 or 16384 is 1.0; not clamped.
+// The same in floats: b + (a - b) * m, exactly b for m up to 0 and for NaN, exactly a for m from 1 on, and never beyond
+// the two. Up to half the largest float nothing overflows.
+constexpr float mixFloat(float a, float b, float m) {
+  const float between = b + (a - b) * m;
+  return m > 0.0f ? m < 1.0f ? between : a : b;
+}
+
+// The amount of a mix in the scale of a pixel: an integer in 0..Top, or a float in 0..1.
+template <class Pixel>
+using AmountOf = std::conditional_t<Pixel::kIntegral, std::int32_t, float>;
+
+// An amount in 0..1 in that scale; NaN is 0.
+template <class Pixel>
+constexpr AmountOf<Pixel> amountOf(float f) {
+  if constexpr (Pixel::kIntegral) {
+    return amountFromFloat<kTopOf<Pixel>>(f);
+  } else {
+    return f > 0.0f ? f < 1.0f ? f : 1.0f : 0.0f;
+  }
+}
+
+// A component of a over b by such an amount. Of integers the low bits are kept: an amount in 0..Top gives what fits.
+template <class Pixel>
+constexpr typename Pixel::Component mixComponent(typename Pixel::Component a, typename Pixel::Component b,
+                                                 AmountOf<Pixel> m) {
+  if constexpr (Pixel::kIntegral) {
+    return storeNarrow<typename Pixel::Component>(mixInt<kTopOf<Pixel>>(a, b, m));
+  } else {
+    return mixFloat(a, b, m);
+  }
+}
+
+// A colour component in 0..1 in the scale of a pixel, where 255, 16384 or 1.0f is 1.0; not clamped.
 template <class Pixel>
 constexpr typename Pixel::Component colourFromFloat(float c) {
-  return storeNarrow<typename Pixel::Component>(truncToInt(c * static_cast<float>(Pixel::kOne)));
+  if constexpr (Pixel::kIntegral) {
+    return storeNarrow<typename Pixel::Component>(truncToInt(c * static_cast<float>(Pixel::kOne)));
+  } else {
+    return c;
+  }
 }
 
 constexpr float lerp(float a, float b, float t) {

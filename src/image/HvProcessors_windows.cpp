@@ -5,9 +5,6 @@
 #include <utility>
 #include <vector>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur {
@@ -18,21 +15,18 @@ struct Groups {
   std::vector<KAFFINITY> masks;  // the active processors of each, which need not be the first ones
 };
 
-const Groups& ProcessorGroups() {
-  static const Groups groups = [] {
-    Groups found;
-    DWORD length = 0;
-    GetLogicalProcessorInformationEx(RelationGroup, nullptr, &length);
-    std::vector<std::byte> memory(length);
-    auto* const said = reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(memory.data());
-    if (length == 0 || GetLogicalProcessorInformationEx(RelationGroup, said, &length) == FALSE) return found;
-    for (WORD i = 0; i < said->Group.ActiveGroupCount; ++i) {
-      found.sizes.push_back(said->Group.GroupInfo[i].ActiveProcessorCount);
-      found.masks.push_back(said->Group.GroupInfo[i].ActiveProcessorMask);
-    }
-    return found;
-  }();
-  return groups;
+Groups ProcessorGroups() {
+  Groups found;
+  DWORD length = 0;
+  GetLogicalProcessorInformationEx(RelationGroup, nullptr, &length);
+  std::vector<std::byte> memory(length);
+  auto* const said = reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(memory.data());
+  if (length == 0 || GetLogicalProcessorInformationEx(RelationGroup, said, &length) == FALSE) return found;
+  for (WORD i = 0; i < said->Group.ActiveGroupCount; ++i) {
+    found.sizes.push_back(said->Group.GroupInfo[i].ActiveProcessorCount);
+    found.masks.push_back(said->Group.GroupInfo[i].ActiveProcessorMask);
+  }
+  return found;
 }
 
 // Its address lies in this library.
@@ -45,7 +39,7 @@ std::int32_t HvProcessorCount() {
 }
 
 void HvPlaceThread(std::int32_t index, std::int32_t first) {
-  const Groups& groups = ProcessorGroups();
+  const Groups groups = ProcessorGroups();
   if (groups.sizes.size() < 2) return;
   const std::int32_t group = HvGroupOfThread(index, groups.sizes, first);
   GROUP_AFFINITY place{};

@@ -1,8 +1,5 @@
 #include "image/HvThreadWord.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur {

@@ -6,9 +6,6 @@
 
 #include <process.h>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur {

@@ -84,6 +84,7 @@ class Pool {
     if (IsInsideRun() || count() <= 1) return runAlone(block, IsInsideRun() ? count() : 1);
     const std::lock_guard lock(runMutex_);
     const std::int32_t wanted = count();
+    group_ = HvCurrentGroup();
     startWorkers(wanted - 1);
     const auto working = static_cast<std::uint32_t>(workers_.size());
     block_ = &block;
@@ -129,13 +130,13 @@ class Pool {
   void startWorkers(std::int32_t count) {
     if (static_cast<std::int32_t>(workers_.size()) >= count) return;
     if (!hold_.Take()) return;
-    const std::int32_t group = HvCurrentGroup();
     try {
       while (static_cast<std::int32_t>(workers_.size()) < count) {
         const auto index = static_cast<std::int32_t>(workers_.size()) + 1;
-        workers_.emplace_back([this, index, group, seen = generation_.load(std::memory_order_relaxed)] {
+        workers_.emplace_back([this, index, group = group_, seen = generation_.load(std::memory_order_relaxed)] {
+          SetThreadIndex(index);
           HvPlaceThread(index, group);
-          work(index, seen);
+          work(index, group, seen);
         });
       }
     } catch (const std::system_error&) {
@@ -152,8 +153,7 @@ class Pool {
     stopping_.store(false, std::memory_order_relaxed);
   }
 
-  void work(std::int32_t index, std::uint32_t seen) {
-    SetThreadIndex(index);
+  void work(std::int32_t index, std::int32_t group, std::uint32_t seen) {
     SetInsideRun(true);
     for (;;) {
       HvWaitWhile(generation_, seen);
@@ -161,6 +161,8 @@ class Pool {
       if (now == seen) continue;
       seen = now;
       if (stopping_.load(std::memory_order_relaxed)) return;
+      // The caller of this run may be in another group than that of the last.
+      if (group != group_) HvPlaceThread(index, group = group_);
       callOnWorker();
       if (busy_.fetch_sub(1, std::memory_order_release) == 1) HvWakeOne(busy_);
     }
@@ -173,6 +175,7 @@ class Pool {
   std::atomic<bool> stopping_{false};
   const HvCallBlock* block_ = nullptr;
   HvMemoryAccount* account_ = nullptr;
+  std::int32_t group_ = 0;  // the caller's
   std::vector<HvThread> workers_;
   HvLibraryHold hold_;
 };

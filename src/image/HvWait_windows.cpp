@@ -1,8 +1,5 @@
 #include "image/HvWait.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 // By the system's own calls: where libstdc++ 12 has no futex, std::atomic's wait looks at the number before it takes

@@ -2,9 +2,6 @@
 #include "overlay/Drawing.h"
 #include "server/ServerModule.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 #ifdef __GLIBCXX__

@@ -3,9 +3,6 @@
 #include <atomic>
 #include <cstdint>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace {

@@ -30,11 +30,13 @@ extern "C" {
 enum { VBLUR_DONE = 0, VBLUR_WRONG_ARGUMENT = 1, VBLUR_NO_MEMORY = 2, VBLUR_INTERRUPTED = 3 };
 
 // Four components each, in the order red, green, blue, alpha. S2_14 are int16_t in which 16384 is 1.0; they range from
-// -2.0 to just under 2.0. Alpha is a component like the others: it is neither multiplied in nor divided out.
-enum { VBLUR_RGBA_8 = 0, VBLUR_RGBA_S2_14 = 1 };
+// -2.0 to just under 2.0. F32 are floats in which 1.0 is full; those that are filtered count from -65504 to 65504, the
+// largest half: infinities and what lies beyond count as these, a NaN as 0. Results are not limited. Alpha is a
+// component like the others: it is neither multiplied in nor divided out.
+enum { VBLUR_RGBA_8 = 0, VBLUR_RGBA_S2_14 = 1, VBLUR_RGBA_F32 = 2 };
 
 // What is filtered; the other components of the result are the source's. GREY is red, filtered and copied to all three
-// colours. LUMINANCE to V convert the colours to YUV and back, which loses their lowest bit.
+// colours. LUMINANCE to V convert the colours to YUV and back, which loses their lowest bit, but not that of floats.
 enum {
   VBLUR_RGB = 0,
   VBLUR_RGBA = 1,
@@ -55,8 +57,8 @@ enum { VBLUR_EDGE_COLOUR = 0, VBLUR_EDGE_REPEAT = 1, VBLUR_EDGE_REFLECT = 2, VBL
 
 // A picture in the caller's memory. The library keeps no pointer to it after a call.
 typedef struct vblur_picture {
-  void* pixels;    // row 0; of a source it is only read; on a multiple of 2 bytes for VBLUR_RGBA_S2_14
-  int32_t format;  // VBLUR_RGBA_8 or VBLUR_RGBA_S2_14, the same for source and result
+  void* pixels;    // row 0; of a source it is only read; on a multiple of the bytes of a component
+  int32_t format;  // VBLUR_RGBA_8 to VBLUR_RGBA_F32, the same for source and result
   int32_t width;   // pixels, 1 to 16777216
   int32_t height;  // rows, 1 to 16777216
   // Bytes from a row to the next. Below 0 when row 0 is the last in memory; 0: rows follow each other without a gap.
@@ -75,7 +77,7 @@ typedef struct vblur_settings {
   double size_y;
   int32_t edge_x;      // VBLUR_EDGE_REFLECT
   int32_t edge_y;      // VBLUR_EDGE_REFLECT
-  int32_t outside[4];  // for VBLUR_EDGE_COLOUR, in the scale of the components: 0, 0, 0, 0
+  int32_t outside[4];  // for VBLUR_EDGE_COLOUR, in the scale of the components: 0, 0, 0, 0; not of VBLUR_RGBA_F32
   // Non-zero: only this part of the result is computed, from all of the source. It must lie in the picture.
   // With VBLUR_RGB and VBLUR_LUMINANCE to VBLUR_V alpha is copied outside of it as well.
   int32_t has_region;
@@ -90,6 +92,7 @@ typedef struct vblur_settings {
   // neither throw nor call vblur_set_threads.
   int32_t (*interrupt)(void* context);
   void* interrupt_context;
+  float outside_f32[4];  // as `outside`, of VBLUR_RGBA_F32: 0, 0, 0, 0
 } vblur_settings;
 
 // Fills the first struct_size bytes, which is sizeof(vblur_settings) or less, with the defaults named above.
@@ -100,8 +103,8 @@ void vblur_settings_init(vblur_settings* settings, size_t struct_size);
 // may be in one memory if they share no pixel and have the same stride, or strides that differ in sign only. Returns
 // one of the codes above.
 int32_t vblur_blur(const vblur_picture* source, const vblur_picture* result, const vblur_settings* settings);
-// Unsharp masking: twice the source less the blurred source, clamped to the range of the format. It doubles the loss of
-// a conversion to YUV too.
+// Unsharp masking: twice the source less the blurred source, clamped to the range of the format; floats are not
+// clamped. It doubles the loss of a conversion to YUV too.
 int32_t vblur_sharpen(const vblur_picture* source, const vblur_picture* result, const vblur_settings* settings);
 
 // The error of this thread's last call: what was wrong, where, and what was expected. Empty after a success; never
@@ -134,7 +137,7 @@ enum class Code : std::int32_t {
   Interrupted = VBLUR_INTERRUPTED,
 };
 
-enum class Format : std::int32_t { RGBA8 = VBLUR_RGBA_8, RGBAS2_14 = VBLUR_RGBA_S2_14 };
+enum class Format : std::int32_t { RGBA8 = VBLUR_RGBA_8, RGBAS2_14 = VBLUR_RGBA_S2_14, RGBAF32 = VBLUR_RGBA_F32 };
 
 enum class Channels : std::int32_t {
   RGB = VBLUR_RGB,
@@ -193,6 +196,7 @@ struct Settings {
   bool onThisThread = false;
   // True ends the call. Called by several threads at once.
   std::function<bool()> interrupt;
+  std::array<float, 4> outsideF32{};
 };
 
 struct [[nodiscard]] Result {
@@ -216,6 +220,8 @@ inline vblur_settings plainSettings(const Settings& settings) {
   plain.edge_y = static_cast<std::int32_t>(settings.edgeY);
   for (std::size_t i = 0; i < settings.outside.size(); ++i)
     plain.outside[i] = settings.outside[i];
+  for (std::size_t i = 0; i < settings.outsideF32.size(); ++i)
+    plain.outside_f32[i] = settings.outsideF32[i];
   if (settings.region) {
     plain.has_region = 1;
     plain.region_x = settings.region->x;

@@ -21,7 +21,7 @@ std::string text(const Parts&... parts) {
 }
 
 std::int64_t componentBytes(const vblur_picture& picture) {
-  return picture.format == VBLUR_RGBA_S2_14 ? 2 : 1;
+  return picture.format == VBLUR_RGBA_F32 ? 4 : picture.format == VBLUR_RGBA_S2_14 ? 2 : 1;
 }
 
 std::string checkRange(const char* field, std::int64_t value, std::int64_t low, std::int64_t high) {
@@ -42,7 +42,8 @@ std::string checkStride(const char* name, const vblur_picture& picture) {
     return text(name, ".stride: ", stride, ": expected ", mostStride, " bytes at most, forwards or backwards");
   }
   if (stride % componentBytes(picture) != 0) {
-    return text(name, ".stride: ", stride, ": expected a multiple of 2, the bytes of a component");
+    return text(name, ".stride: ", stride, ": expected a multiple of ", componentBytes(picture),
+                ", the bytes of a component");
   }
   if (picture.height == 1 || std::abs(stride) >= least) return {};
   return text(name, ".stride: ", stride, ": expected 0, or ", least, " or more forwards or backwards, for rows of ",
@@ -52,12 +53,13 @@ std::string checkStride(const char* name, const vblur_picture& picture) {
 std::string checkPicture(const std::string& name, const vblur_picture* picture) {
   if (picture == nullptr) return name + ": null: expected a vblur_picture";
   if (picture->pixels == nullptr) return name + ".pixels: null: expected the first pixel of row 0";
-  std::string wrong = firstOf({checkRange((name + ".format").c_str(), picture->format, VBLUR_RGBA_8, VBLUR_RGBA_S2_14),
+  std::string wrong = firstOf({checkRange((name + ".format").c_str(), picture->format, VBLUR_RGBA_8, VBLUR_RGBA_F32),
                                checkRange((name + ".width").c_str(), picture->width, 1, kMostPixels),
                                checkRange((name + ".height").c_str(), picture->height, 1, kMostPixels)});
   if (!wrong.empty()) return wrong;
   if (reinterpret_cast<std::uintptr_t>(picture->pixels) % static_cast<std::uintptr_t>(componentBytes(*picture)) != 0) {
-    return name + ".pixels: an odd address: expected a multiple of 2, the bytes of a component";
+    return text(name, ".pixels: an address between components: expected a multiple of ", componentBytes(*picture),
+                ", the bytes of a component");
   }
   return checkStride(name.c_str(), *picture);
 }
@@ -115,6 +117,12 @@ std::string checkRegion(const vblur_settings& settings, const vblur_picture& res
 }
 
 std::string checkOutside(const vblur_settings& settings, const vblur_picture& result) {
+  if (result.format == VBLUR_RGBA_F32) {
+    for (const float component : settings.outside_f32) {
+      if (!std::isfinite(component)) return text("settings.outside_f32: ", component, ": expected finite numbers");
+    }
+    return {};
+  }
   const bool wide = result.format == VBLUR_RGBA_S2_14;
   for (const std::int32_t component : settings.outside) {
     std::string wrong = checkRange("settings.outside", component, wide ? -32768 : 0, wide ? 32767 : 255);

@@ -8,6 +8,7 @@
 #include <new>
 #include <shared_mutex>
 #include <string>
+#include <type_traits>
 
 #include "blur/FuzzChannels.h"
 #include "blur/FuzzSampler.h"
@@ -39,8 +40,12 @@ std::shared_mutex& threadsMutex() {
 // The interrupt reason.
 constexpr std::int32_t kAsked = 10000;
 
+// What the filter of a format sums in.
 template <class Pixel>
-void wrap(HvTexture<Pixel, Ri>& texture, const vblur_picture& picture) {
+using AccumOf = std::conditional_t<Pixel::kIntegral, Ri, Rf>;
+
+template <class Pixel>
+void wrap(HvTexture<Pixel, AccumOf<Pixel>>& texture, const vblur_picture& picture) {
   texture.wrap(picture.width, picture.height, picture.pixels);
   texture.stride = strideOf(picture);
 }
@@ -48,8 +53,13 @@ void wrap(HvTexture<Pixel, Ri>& texture, const vblur_picture& picture) {
 template <class Pixel>
 Pixel outsideOf(const vblur_settings& settings) {
   Pixel pixel{};
-  for (int c = 0; c < Pixel::kComponents; ++c)
-    pixel[c] = static_cast<typename Pixel::Component>(settings.outside[c]);
+  for (int c = 0; c < Pixel::kComponents; ++c) {
+    if constexpr (Pixel::kIntegral) {
+      pixel[c] = static_cast<typename Pixel::Component>(settings.outside[c]);
+    } else {
+      pixel[c] = settings.outside_f32[c];
+    }
+  }
   return pixel;
 }
 
@@ -62,14 +72,14 @@ float radiusOf(double size, const vblur_picture& picture) {
 template <class Pixel>
 void filter(const vblur_picture& from, const vblur_picture& to, const vblur_settings& settings, FuzzMethod method,
             HvInterruptRecord& record) {
-  HvTexture<Pixel, Ri> source;
-  HvTexture<Pixel, Ri> result;
-  wrap(source, from);
-  wrap(result, to);
+  HvTexture<Pixel, AccumOf<Pixel>> source;
+  HvTexture<Pixel, AccumOf<Pixel>> result;
+  wrap<Pixel>(source, from);
+  wrap<Pixel>(result, to);
   source.setEdgeMethods(settings.edge_x, settings.edge_y);
   source.setOutsideColour(outsideOf<Pixel>(settings));
 
-  FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
+  FuzzSampler<Pixel, AccumOf<Pixel>, Pixel::kMax> sampler;
   sampler.method = method;
   sampler.mode = fuzzModeOf(settings.channels);
   sampler.sizeX = radiusOf(settings.size_x, to);
@@ -105,8 +115,10 @@ std::int32_t call(const vblur_picture* source, const vblur_picture* result, cons
   const std::shared_lock lock(threadsMutex());
   if (source->format == VBLUR_RGBA_8) {
     filter<R8>(*source, *result, settings, method, record);
-  } else {
+  } else if (source->format == VBLUR_RGBA_S2_14) {
     filter<R16>(*source, *result, settings, method, record);
+  } else {
+    filter<Rf>(*source, *result, settings, method, record);
   }
   if (record.interrupted == 0) return done();
   if (record.state == HvInterruptRecord::kOutOfMemoryReason) throw std::bad_alloc();

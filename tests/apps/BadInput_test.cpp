@@ -117,7 +117,7 @@ TEST_F(BadInput, ValuesOutOfRange) {
 TEST_F(BadInput, OptionValues) {
   ExpectWrongOption("--roi", "1,2,3", "--roi: expected four whole numbers such as 0,0,640,480, found \"1,2,3\"");
   ExpectWrongOption("--roi", "0,0,0,5", "roi width: expected at least 1, found 0");
-  ExpectWrongOption("--depth", "12", "depth: expected 8 or 16, found 12");
+  ExpectWrongOption("--depth", "12", "depth: expected 8, 16 or 32, found 12");
   ExpectWrongOption("--field", "third", "--field: expected frame, first, second or both, found \"third\"");
   ExpectWrongOption("--time", "inf", "--time: expected a finite number, found \"inf\"");
   ExpectWrongOption("--proxy", "1", "--proxy: expected two finite numbers such as 0.5,0.5, found \"1\"");

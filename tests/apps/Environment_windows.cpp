@@ -4,9 +4,6 @@
 
 #include "host/base/Utf8.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::cli {

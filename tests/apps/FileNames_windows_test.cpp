@@ -5,9 +5,6 @@
 #include "host/base/Utf8.h"
 #include "tests/apps/ProgramTest.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::cli {
@@ -88,7 +85,7 @@ TEST_F(FileNames, TakeBackslashesSpacesAndQuotationMarks) {
   EXPECT_TRUE(Exists("to here\\in.png"));
   const auto word = Run({"render", "in.png", "out.png", "--blur", "a \"b\\\""});
   EXPECT_EQ(word.exit, 2);
-  EXPECT_NE(word.err.find("a \\\"b\\\\\\\""), std::string::npos) << word.err;
+  EXPECT_NE(word.err.find(R"("a \"b\\"")"), std::string::npos) << word.err;
 }
 
 TEST_F(FileNames, OfOneFileAreAlikeInAnyCase) {
@@ -107,6 +104,21 @@ TEST_F(FileNames, OfDevicesAndStreamsAreRefused) {
     ExpectRefusal({"render", "in.png", "-o", name}, 4,
                   std::string(name) + R"(: cannot write: a file name holds none of < > : " | ? *)");
   }
+}
+
+TEST_F(FileNames, OfDevicesAndFoldersOfDrivesAreNoInputs) {
+  for (const char* name : {"CON", "nul"}) {
+    const std::string device = std::string(name) + ": cannot read: it is a device, a file name was expected";
+    ExpectRefusal({"render", name, "out.png"}, 3, device);
+    ExpectRefusal({name, "out.png"}, 3, device);
+    ExpectRefusal({"in.png", name}, 4, std::string(name) + ": cannot write: it is a device, a file name was expected");
+    ExpectRefusal({"job", name}, 3,
+                  std::string(name) + ": cannot read the job file: it is a device, a file name was expected");
+  }
+  const std::string drive =
+      "it lies in whatever folder is the current one of drive C:, expected C:\\ and the folders, "
+      "or no drive";
+  ExpectRefusal({"render", "C:in.png", "out.png"}, 3, "C:in.png: cannot read: " + drive);
 }
 
 class OpenFile {

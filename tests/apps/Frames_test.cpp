@@ -110,7 +110,9 @@ TEST_F(Frames, SeveralPicturesAreCheckedBeforeOneIsWritten) {
   ExpectRefusal({"render", "a.png", "b.png", "none"}, 2, "none: expected a folder that exists, for 2 pictures");
   ExpectRefusal({"render", "a.png", "none/"}, 2, "none/: expected a folder that exists");
   ExpectRefusal({"render", "a.png", "b.png", "."}, 2,
-                "output: " + Shown(".", "a.png") + " is the picture that input is read from, expected another file");
+                "output: " + Shown(".", "a.png") +
+                    " is the picture that input is read from, expected another file; give --overwrite to "
+                    "replace it");
   ExpectRefusal({"render", "a.png", "b.png", "out", "--save-job", "job.json"}, 2,
                 "--save-job: a job file holds one input, found 2");
   EXPECT_EQ(TakeOutputs(), Names{});

@@ -2,9 +2,6 @@
 
 #include "tests/apps/ProgramTest.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::cli {

@@ -26,7 +26,6 @@ class LargePictures : public ProgramTest {
     }
   }
 
-  // At 8 bits, for which the picture has 4 bytes a pixel.
   void ExpectLittleMemory(std::vector<std::string> more) const {
     std::vector<std::string> all = {"render",        "in.ppm", "out.tif", "--overwrite", "--no-sync",
                                     "--compression", "none",   "--blur",  "24"};
@@ -57,10 +56,11 @@ class LargePictures : public ProgramTest {
   }
 
   std::int64_t OwnBytes() const {
-    return std::int64_t{4} * side_ * side_;
+    return pixelBytes_ * side_ * side_;
   }
 
   int side_ = 8400;
+  std::int64_t pixelBytes_ = 4;  // at 8 bits
   // Libraries and lines, which do not grow with the picture: little beside the largest.
   std::int64_t others_ = std::int64_t{128} << 20;
 };
@@ -71,6 +71,25 @@ TEST_F(LargePictures, TakeTwoTimesTheirBytes) {
   ExpectLittleMemory({"--channels", "luminance"});
   const std::string half = std::to_string(side_ / 2);
   ExpectLittleMemory({"--channels", "rgb", "--roi", half + "," + half + ",1000," + half});
+}
+
+class LargePicturesOfFloats : public LargePictures {
+ protected:
+  LargePicturesOfFloats() {
+    side_ = 4400;
+    pixelBytes_ = 16;
+    others_ = std::int64_t{192} << 20;
+  }
+};
+
+TEST_F(LargePicturesOfFloats, TakeTwoTimesTheirBytes) {
+  for (const char* channels : {"rgba", "luminance", "grey"})
+    ExpectLittleMemory({"--depth", "32", "--channels", channels});
+}
+
+TEST_F(LargePicturesOfFloats, TakeWhatIsCounted) {
+  for (const char* channels : {"rgb", "chroma", "grey"})
+    ExpectCounted({"--depth", "32", "--blur", "60", "--channels", channels});
 }
 
 TEST_F(LargePictures, TakeWhatIsCounted) {

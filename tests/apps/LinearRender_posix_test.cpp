@@ -1,5 +1,7 @@
 // --linear: files of light and of film.
-#include "host/files/Sample.h"
+#include <algorithm>
+#include <cmath>
+
 #include "host/hosted/LinearLight.h"
 #include "tests/apps/ProgramTest.h"
 
@@ -16,22 +18,30 @@ class LinearRenderOfLight : public ProgramTest {
     return Pixels("out.png", depth);
   }
 
+  std::vector<float> Floats(const std::string& name) const {
+    host::HostImage image;
+    host::PictureReader().ReadColour(Path(name), 32, image);
+    return host::Floats(image);
+  }
+
   // The components of a picture of light as sRGB.
-  std::vector<std::int32_t> Encoded(const std::string& name) const {
-    auto pixels = Pixels(name, 16);
+  std::vector<float> Encoded(const std::string& name) const {
+    auto pixels = Floats(name);
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-      if (i % 4 != 3) pixels[i] = host::EncodedOf(static_cast<std::int16_t>(pixels[i]));
+      if (i % 4 != 3) pixels[i] = host::EncodedOf(pixels[i]);
     }
     return pixels;
   }
 
-  // The same components with their colours through a function, at 16 bits.
-  void Convert(const std::string& from, const std::string& to, std::int16_t (*function)(std::int16_t)) const {
+  // The light of a picture, in floats.
+  void Decode(const std::string& from, const std::string& to) const {
     host::HostImage image;
-    host::PictureReader().ReadColour(Path(from), 16, image);
-    for (std::size_t i = 0; i < host::ComponentCount(image); ++i) {
-      if (i % 4 != 3) SetComponent(image, i, function(static_cast<std::int16_t>(host::Component(image, i))));
+    host::PictureReader().ReadColour(Path(from), 32, image);
+    auto pixels = host::Floats(image);
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+      if (i % 4 != 3) pixels[i] = host::LinearOf(pixels[i]);
     }
+    host::SetFloats(image, pixels);
     host::PictureWriter().Write(Path(to), image, nullptr, true);
   }
 };
@@ -39,7 +49,7 @@ class LinearRenderOfLight : public ProgramTest {
 // As if the files had held light: an EXR file does.
 TEST_F(LinearRenderOfLight, IsTheRenderOfTheLightItself) {
   MakePicture("in.png");
-  Convert("in.png", "light.exr", host::LinearOf);
+  Decode("in.png", "light.exr");
   for (const std::vector<std::string>& options : {std::vector<std::string>{"--blur", "7"},
                                                   {"--blur", "4", "--method", "Sharpen"},
                                                   {"--blur", "7", "--mix-back", "Screen", "--blend", "30"}}) {
@@ -51,19 +61,19 @@ TEST_F(LinearRenderOfLight, IsTheRenderOfTheLightItself) {
     std::vector<std::string> toFloat{"render", "in.png", "encoded.exr", "--overwrite", "--type", "float"};
     toFloat.insert(toFloat.end(), linear.begin(), linear.end());
     ASSERT_EQ(Run(toFloat).exit, 0);
-    EXPECT_EQ(Pixels("encoded.exr", 16), Encoded("out.exr"));
+    EXPECT_EQ(Floats("encoded.exr"), Encoded("out.exr"));
   }
 }
 
 TEST_F(LinearRenderOfLight, LightAndLogarithmsAreToldApart) {
   MakePicture("in.exr", 20, 10, 16);
-  ASSERT_EQ(Run({"in.exr", "plain.exr", "--blur", "5"}).exit, 0);
+  ASSERT_EQ(Run({"in.exr", "plain.exr", "--blur", "5", "--depth", "32"}).exit, 0);
   const auto result = Run({"in.exr", "out.exr", "--blur", "5", "--linear"});
   EXPECT_EQ(result.exit, 0);
   EXPECT_TRUE(
       result.err.starts_with("vblur: linear: the input holds linear light already; it is rendered as without\n"))
       << result.err;
-  EXPECT_EQ(Pixels("out.exr", 16), Pixels("plain.exr", 16));
+  EXPECT_EQ(Floats("out.exr"), Floats("plain.exr"));
 }
 
 // What the header of a DPX file says of its first picture's numbers.
@@ -89,11 +99,11 @@ TEST_F(LinearRenderOfLight, MasksAreAmounts) {
   MakePicture("in.png");
   MakePicture("mask.png");
   const auto masked = Rendered("in.png", {"--blur", "9", "--linear", "--mask", "mask.png"});
-  Convert("in.png", "light.exr", host::LinearOf);
+  Decode("in.png", "light.exr");
   ASSERT_EQ(Run({"light.exr", "lit.exr", "--blur", "9", "--mask", "mask.png", "--type", "float"}).exit, 0);
   const auto light = Encoded("lit.exr");
   for (std::size_t i = 0; i < light.size(); ++i)
-    ASSERT_EQ(masked[i], host::ToSample<std::uint8_t>(static_cast<std::int16_t>(light[i]))) << i;
+    ASSERT_EQ(masked[i], std::lround(std::clamp(light[i], 0.0f, 1.0f) * 255.0f)) << i;
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ TEST_F(ReadingPicturesOfLight, AFrameThatClipsIsTold) {
   MakeBright("in.2.exr");
   const std::vector<std::string> render{"render", "in.%d.exr", "out.%d.exr", "--frames", "1-2", "--depth", "8"};
   // What is lost of every frame is told once.
-  const std::string depth = "vblur: output: lost: last bits of float samples (8 bits are rendered)\n";
+  const std::string depth =
+      "vblur: output: lost: last bits of float samples (8 bits are rendered) (first in out.1.exr)\n";
   EXPECT_EQ(Run(render).err, "vblur: in.1.exr" + std::string(kLost) + "\n" + depth + "vblur: in.2.exr" + kLost + "\n");
   auto quiet = render;
   quiet.insert(quiet.end(), {"--overwrite", "-q"});
@@ -45,14 +46,27 @@ TEST_F(ReadingPicturesOfLight, AFrameThatClipsIsTold) {
   EXPECT_EQ(warnings[2]["message"], "in.2.exr" + std::string(kLost));
 }
 
+TEST_F(ReadingPicturesOfLight, EachOfSeveralPicturesIsNamed) {
+  MakeBright("a.exr");
+  MakeBright("b.exr");
+  std::filesystem::create_directory(Path("out"));
+  const std::string lost = ": lost: last bits of float samples (8 bits are rendered)\n";
+  const std::string err = Run({"render", "a.exr", "b.exr", "out", "--depth", "8"}).err;
+  for (const char* name : {"a", "b"})
+    EXPECT_NE(err.find("vblur: out/" + std::string(name) + ".exr" + lost), std::string::npos) << err;
+  EXPECT_NE(Run({"a.exr", "c.exr", "--depth", "8"}).err.find("vblur: output" + lost), std::string::npos);
+}
+
 // Each frame by its own number of components, in the style of those that are lost when they are read.
 TEST_F(ReadingPicturesOfLight, AFrameThatClipsWhenItIsWrittenIsToldToo) {
   MakeBright("in.1.exr");
   MakeBright("in.2.exr");
   const std::vector<std::string> render{"render", "in.%d.exr", "out.%d.png", "--frames", "1-2", "--blur", "0"};
   const std::string clipped = ": 1 component from 1.5 to 1.5 clipped to 0 to 1, which uint16 samples hold";
-  EXPECT_EQ(Run(render).err, "vblur: output: lost: last bits of float samples (uint16 are written)\nvblur: out.1.png" +
-                                 clipped + "\nvblur: out.2.png" + clipped + "\n");
+  EXPECT_EQ(
+      Run(render).err,
+      "vblur: output: lost: last bits of float samples (uint16 are written) (first in out.1.png)\nvblur: out.1.png" +
+          clipped + "\nvblur: out.2.png" + clipped + "\n");
   auto json = render;
   json.insert(json.end(), {"--overwrite", "--progress", "json"});
   const std::string lines = Run(json).err;

@@ -23,7 +23,7 @@ TEST_F(RenderHere, TheReportedLossIsTrue) {
     host::SetComponent(flat, i, 16000);
   host::PictureWriter().Write(Path("flat.exr"), flat, nullptr, false);
   for (const char* size : {"24", "200", "701"}) {
-    EXPECT_EQ(Run({"render", "flat.exr", "out.exr", "--overwrite", "-q", "--blur", size}).exit, 0);
+    EXPECT_EQ(Run({"render", "flat.exr", "out.exr", "--overwrite", "-q", "--depth", "16", "--blur", size}).exit, 0);
     const auto facts = nlohmann::json::parse(Run({"properties", "Blur", "--json", "--size", size}).out);
     const double gain = facts["sizes"][0]["flatGain"];
     EXPECT_NEAR(Pixels("out.exr", 16)[40], 16000 * gain, 8) << size;

@@ -79,7 +79,7 @@ TEST_F(SavedFiles, AreNotThereAfterARunThatFails) {
     ExpectRefusal(arguments, exit, line);
   };
   refuse({"render", "none.png", "out.png"}, 3, "none.png: cannot read: no such file");
-  refuse({"render", "in.png", "out.png", "--depth", "9"}, 2, "depth: expected 8 or 16, found 9");
+  refuse({"render", "in.png", "out.png", "--depth", "9"}, 2, "depth: expected 8, 16 or 32, found 9");
   refuse({"render", "in.png", "no/out.png"}, 4, "no/out.png: cannot write: the folder no does not exist");
   const std::string bytes = host::Bytes(Path("in.png"));
   folder_.Write("cut.png", bytes.substr(0, bytes.size() / 2));

@@ -11,7 +11,7 @@ class SheetPrograms : public ProgramTest {
 
 TEST_F(SheetPrograms, DrawsEverySheetAtBothDepths) {
   for (const std::string of : {"channels", "mix-back", "edges", "sizes", "ramps"}) {
-    for (const std::string depth : {"8", "16"}) {
+    for (const std::string depth : {"8", "16", "32"}) {
       const auto result = Run({"sheet", "in.png", of + depth + ".png", "--of", of, "--depth", depth});
       EXPECT_EQ(result.exit, 0) << result.err;
       EXPECT_EQ(result.err, "");
@@ -45,7 +45,7 @@ TEST_F(SheetPrograms, RefusesWhatDoesNotFit) {
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "channels", "--channels", "Red"}, 2,
                 "Channels: cannot be set, a sheet of channels goes through its values");
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "sizes", "--depth", "12"}, 2,
-                "--depth: expected 8 or 16, found 12");
+                "--depth: expected 8, 16 or 32, found 12");
   ExpectRefusal({"sheet", "in.png", "out.png", "--of", "sizes", "--alpha", "no"}, 2,
                 "--alpha: expected shown or ignored, found \"no\"");
   ExpectRefusal({"sheet", "none.png", "out.png", "--of", "sizes"}, 3, "none.png: cannot read: no such file");

@@ -21,9 +21,12 @@ TEST_F(StandardStreamsHere, AnInputThatCannotBeReadIsNamed) {
   for (const char* output : {"-", "out.png"}) {
     const std::vector<std::string> render{"render", "-", output};
     ExpectOneLine(Run(render, From(".")), 3, cannot + "Is a directory");
-    ExpectOneLine(Run(render, Without(STDIN_FILENO)), 3, cannot + "Bad file descriptor");
+    ExpectOneLine(Run(render, Without(STDIN_FILENO)), 3,
+                  cannot + "it is closed, or not open for reading; a picture was expected");
     ExpectOneLine(Run(render, Terminal(STDIN_FILENO)), 3, cannot + "it is a terminal, a picture was expected");
   }
+  ExpectOneLine(Run({"job", "-"}, Without(STDIN_FILENO)), 3,
+                "standard input: cannot read the job file: it is closed, or not open for reading");
   EXPECT_FALSE(Exists("out.png"));
 }
 

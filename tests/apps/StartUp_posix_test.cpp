@@ -44,11 +44,30 @@ TEST_F(StartUp, NorDoMistakes) {
   ExpectNoPictureLibrary({"chart", "out.png", "--depth", "12"}, 2);
 }
 
+TEST_F(StartUp, NorDoPlainPngFiles) {
+  MakePicture("in.png");
+  ExpectNoPictureLibrary({"chart", "chart.png"}, 0);
+  ExpectNoPictureLibrary({"render", "in.png", "out.png", "--blur", "2"}, 0);
+  ExpectNoPictureLibrary({"info", "out.png"}, 0);
+  EXPECT_TRUE(Exists("out.png"));
+}
+
+TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {
+  MakePicture("in.png");
+  ExpectRefusal({"render", "in.png", "out.tif", "--pictures", "light"}, 4,
+                "out.tif: cannot write: the light picture library writes plain PNG files alone");
+  EXPECT_FALSE(Exists("out.tif"));
+  EXPECT_EQ(Run({"render", "in.png", "light.png", "--pictures", "light"}).exit, 0);
+  EXPECT_EQ(Run({"render", "in.png", "full.png", "--pictures", "full"}).exit, 0);
+  EXPECT_EQ(Pixels("light.png"), Pixels("full.png"));
+}
+
 // A positive control for the tests above.
-TEST_F(StartUp, APictureLoadsIt) {
+TEST_F(StartUp, OtherPicturesLoadIt) {
   MakePicture("in.png");
   for (const std::string& libraries :
-       {LibrariesOf({"render", "in.png", "out.png"}, 0), LibrariesOf({"chart", "chart.png"}, 0)}) {
+       {LibrariesOf({"render", "in.png", "out.tif"}, 0), LibrariesOf({"chart", "chart.tif"}, 0),
+        LibrariesOf({"render", "in.png", "out.png", "--pictures", "full"}, 0)}) {
     EXPECT_NE(libraries.find("OpenImageIO"), std::string::npos);
     EXPECT_EQ(libraries.find("vblur_host_gl"), std::string::npos) << "that is for the viewer";
     EXPECT_EQ(libraries.find("libEGL"), std::string::npos);
@@ -61,10 +80,13 @@ TEST_F(StartUp, APictureLibraryThatCannotBeLoadedIsNamed) {
   const auto copies = std::filesystem::canonical(folder_.path());
   std::filesystem::copy_file(host, copies / host.filename());
   const Environment first("LD_LIBRARY_PATH", copies.string());
-  const std::string module = (copies / "libvblur_host_pictures.so").string();
-  ExpectRefusal({"chart", "chart.png"}, 3, module + ": cannot load the picture library: no such file");
-  folder_.Write("libvblur_host_pictures.so", "no library");
   ExpectRefusal({"chart", "chart.png"}, 3,
+                (copies / "libvblur_host_light.so").string() + ": cannot load the light picture library: no such file");
+  const std::string module = (copies / "libvblur_host_pictures.so").string();
+  ExpectRefusal({"chart", "chart.png", "--pictures", "full"}, 3,
+                module + ": cannot load the picture library: no such file");
+  folder_.Write("libvblur_host_pictures.so", "no library");
+  ExpectRefusal({"chart", "chart.png", "--pictures", "full"}, 3,
                 module + ": cannot load the picture library: " + module + ": file too short");
 }
 

@@ -17,6 +17,10 @@ class Surroundings : public ProgramTest {
   }
 
   static std::vector<std::string> Copy() { return {"render", "in.png", "out.png", "--blur", "0"}; }
+  // With the library of other formats.
+  static std::vector<std::string> Full() {
+    return {"render", "in.png", "out.png", "--blur", "0", "--pictures", "full"};
+  }
 };
 
 TEST_F(Surroundings, ThreadsThatCannotStartEndInOneLine) {
@@ -26,7 +30,8 @@ TEST_F(Surroundings, ThreadsThatCannotStartEndInOneLine) {
   const Environment preload("LD_PRELOAD", VBLUR_THREADS_FAIL);
   for (int failing = 1; failing <= 6; ++failing) {
     const Environment number("FAILING_THREAD", std::to_string(failing));
-    const auto result = Run(Copy());
+    // Plain PNG files alone take no threads.
+    const auto result = Run(Full());
     EXPECT_EQ(result.exit, 1) << failing;
     EXPECT_TRUE(
         result.err.starts_with("vblur: the system starts no more threads (Resource temporarily unavailable), "
@@ -177,7 +182,7 @@ TEST_F(Surroundings, LittleMemoryEndsInOneLine) {
   // More for every thread.
   const rlim_t enough = 600 + 100 * std::thread::hardware_concurrency();
   for (const rlim_t mebi : std::vector<rlim_t>{100, 200, 300, 400, 430, 450, 500, 520, 540, 600, enough}) {
-    const auto result = Run(Copy(), Limited(RLIMIT_AS, mebi << 20));
+    const auto result = Run(Full(), Limited(RLIMIT_AS, mebi << 20));
     if (mebi == 400) {
       EXPECT_EQ(result.err, "vblur: not enough address space, the picture library needs 480 MiB of it\n");
     }

@@ -9,11 +9,11 @@ cd "$work"
 # Into files: what Wine leaves running keeps pipes open.
 vblur() { "$wine" "$vblur" "$@" >out.txt 2>err.txt; }
 run() { vblur "$@" || { cat err.txt; echo "vblur $*: exit code $?"; exit 1; }; }
-refused() { # MESSAGE ARGUMENT...: one line, and nothing is written.
-  local message=$1 code=0
-  shift
+refused() { # CODE MESSAGE ARGUMENT...: one line, and nothing is written.
+  local expected=$1 message=$2 code=0
+  shift 2
   vblur "$@" || code=$?
-  [ "$code" = 3 ] || { echo "vblur $*: exit code $code, expected 3"; exit 1; }
+  [ "$code" = "$expected" ] || { echo "vblur $*: exit code $code, expected $expected"; exit 1; }
   [ "$(tr -d '\r' <err.txt)" = "vblur: $message" ] || { echo "vblur $* says: $(cat err.txt)"; exit 1; }
 }
 holds() { # FOLDER NAMES
@@ -34,8 +34,11 @@ holds few b1.png
 run info 'in/*'
 names=$(sed -n 's/: png, .*//p' out.txt)
 [ "$(tr -d '\r' <<<"$names")" = $'in/a1.png\nin/a2.png\nin/b1.png\nin/grün.png' ] || { echo "info: $names"; exit 1; }
-refused 'in\*.jpg: cannot read: no file has such a name' render 'in\*.jpg' all --blur 2
-refused '*.png: cannot read: no file has such a name' '*.png' all
+# A name that no file matches is told by whoever uses it, after what stands before it.
+refused 3 'in\*.jpg: cannot read: no such file' render 'in\*.jpg' all --blur 2
+refused 3 '*.png: cannot read: no such file' '*.png' all
+refused 3 'none.png: cannot read: no such file' render none.png 'in\*.jpg' all --overwrite
+refused 4 'a?b.png: cannot write: a file name holds none of < > : " | ? *' render in/a1.png 'a?b.png'
 # Neither names of properties nor options' values are names of files.
 vblur properties 'B*' && { echo "properties B*: expected to be refused"; exit 1; }
 grep -q 'unknown property "B\*"' err.txt || { echo "properties B* says: $(cat err.txt)"; exit 1; }

@@ -31,7 +31,8 @@ void addColourRows(std::vector<KernelCase>& cases, const std::string& bits) {
 
 template <class Pixel>
 void addReflection(std::vector<KernelCase>& cases, const std::string& bits) {
-  using Texture = HvTexture<Pixel, Ri>;
+  using Accum = std::conditional_t<Pixel::kIntegral, Ri, Rf>;
+  using Texture = HvTexture<Pixel, Accum>;
   cases.push_back(pairCase<Pixel, Pixel, Pixel>("reflectRow " + bits, "reflectRow " + bits,
                                                 [](const Pixel* a, const Pixel* b, std::int32_t n, Pixel* out) {
                                                   Texture first;
@@ -40,7 +41,7 @@ void addReflection(std::vector<KernelCase>& cases, const std::string& bits) {
                                                   first.wrap(n, 1, const_cast<Pixel*>(a));
                                                   second.wrap(n, 1, const_cast<Pixel*>(b));
                                                   result.wrap(n, 1, out);
-                                                  SubtractCombiner<Pixel, Ri, Pixel::kMax> combiner;
+                                                  SubtractCombiner<Pixel, Accum, Pixel::kMax> combiner;
                                                   combiner.process(&first, &second, &result);
                                                 }));
 }
@@ -53,6 +54,7 @@ inline std::vector<KernelCase> blurKernels() {
   addColourRows<R16>(cases, "16");
   addReflection<R8>(cases, "8");
   addReflection<R16>(cases, "16");
+  addReflection<Rf>(cases, "float");
   addStripKernels(cases);
   return cases;
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -34,6 +35,25 @@ std::vector<C> randomRows(Random& random, std::int64_t rows, std::size_t lanes) 
   return values;
 }
 
+// Components of every magnitude, halfway between two steps, beyond what is carried, and no numbers.
+template <>
+std::vector<float> randomRows<float>(Random& random, std::int64_t rows, std::size_t lanes) {
+  std::vector<float> values(static_cast<std::size_t>(rows) * lanes);
+  std::vector<float> most(lanes);
+  for (float& lane : most)
+    lane = random.oneOf({1.0f, 1e-9f, 1e-30f, 100.0f, 65504.0f});
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    values[i] = random.between(-1.0f, 1.0f) * most[i % lanes];
+    if (random.oneIn(12)) {
+      values[i] =
+          random.oneOf({0.0f, -0.0f, 65504.0f, -65504.0f, 1e38f, std::numeric_limits<float>::infinity(),
+                        -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN(),
+                        std::ldexp(1.5f, -random.within(30, 47)), std::ldexp(-2.5f, -random.within(30, 47)), 1e-44f});
+    }
+  }
+  return values;
+}
+
 template <class C, class Row>
 std::vector<Row> tableOf(C* first, std::size_t rows, std::size_t lanes) {
   std::vector<Row> table;
@@ -43,9 +63,14 @@ std::vector<Row> tableOf(C* first, std::size_t rows, std::size_t lanes) {
 }
 
 template <class C>
+bool sameBits(C a, C b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+template <class C>
 void compareWithTwin(Random& random, float radius) {
-  ASSERT_TRUE(sweepKnows(boxConstants(radius)));
-  const BoxConstants box = withWeightyEnds(boxConstants(radius));
+  const auto box = sweptBox<C>(radius);
+  ASSERT_TRUE(sweepKnows(box));
   const std::size_t rowBytes = random.oneIn(2) ? 64 : random.oneIn(2) ? 128 : 256;
   const std::size_t lanes = rowBytes / sizeof(C);
   const std::int64_t count = random.within(1, 30);
@@ -69,12 +94,12 @@ void compareWithTwin(Random& random, float radius) {
     }
   }
   for (std::size_t lane = 0; lane < lanes; ++lane) {
-    std::vector<std::int32_t> line;
+    PlainLine<C> line;
     for (const C* row : inRows)
       line.push_back(row[lane]);
-    const std::vector<std::int32_t> expected = boxed(boxed(boxed(line, box), box), box);
+    const PlainLine<C> expected = boxed(boxed(boxed(line, box), box), box);
     for (std::size_t i = 0; i < produced; ++i) {
-      ASSERT_EQ(static_cast<std::int32_t>(outRows[i][lane]), expected[i])
+      ASSERT_TRUE(sameBits(outRows[i][lane], static_cast<C>(expected[i])))
           << HvCpuLevel() << " radius " << radius << " row " << i << " lane " << lane << " of " << lanes;
     }
   }
@@ -85,6 +110,7 @@ void compareAllWithTwin(Random& random, float radius) {
   compareWithTwin<std::uint8_t>(random, radius);
   compareWithTwin<std::int16_t>(random, radius);
   compareWithTwin<std::int32_t>(random, radius);
+  compareWithTwin<float>(random, radius);
 }
 
 class BoxSweepLevels : public AtEachLevel {};
@@ -96,7 +122,7 @@ TEST_P(BoxSweepLevels, EqualsThreePlainBoxes) {
     forRandomCases(2, [&](Random& random) { compareAllWithTwin(random, radius); });
   }
   forRandomCases(30, [](Random& random) { compareAllWithTwin(random, random.between(0.0f, 140.0f)); });
-  EXPECT_TRUE(kernelsRan({"boxSweep 8", "boxSweep 16", "boxSweep 32"}));
+  EXPECT_TRUE(kernelsRan({"boxSweep 8", "boxSweep 16", "boxSweep 32", "boxSweep float"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, BoxSweepLevels, testing::ValuesIn(vectorLevels()), levelName);

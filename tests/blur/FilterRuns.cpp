@@ -41,5 +41,9 @@ VBLUR_RUN_FILTER(Ri, Ri, 0, 1, 1, 0);
 VBLUR_RUN_FILTER(C8, Ci, 1, 0, 0, 0);
 VBLUR_RUN_FILTER(C16, Ci, 1, 0, 0, 0);
 VBLUR_RUN_FILTER(int, int, 1, 0, 0, 0);
+VBLUR_RUN_FILTER(Rf, Rf, 1, 1, 1, 1);
+VBLUR_RUN_FILTER(Rf, Rf, 1, 1, 1, 0);
+VBLUR_RUN_FILTER(Rf, Rf, 0, 1, 1, 0);
+VBLUR_RUN_FILTER(Cf, Cf, 1, 0, 0, 0);
 
 }  // namespace vblur::test

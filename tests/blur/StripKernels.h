@@ -7,12 +7,14 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <hwy/cache_control.h>
 
 #include "blur/BoxFilter.h"
 #include "blur/BoxSweep.h"
+#include "blur/ExactBox.h"
 #include "blur/StreamRows.h"
 #include "blur/TransposePixels.h"
 #include "image/HvCpu.h"
@@ -29,6 +31,29 @@ inline std::vector<std::int32_t> boxed(const std::vector<std::int32_t>& line, co
       [&](std::int64_t i) { return result.data() + (i - box.reach()); }, [](std::int64_t) {});
   return result;
 }
+
+// The same on floats, which need not be carried.
+inline std::vector<float> boxed(std::vector<float> line, const ExactBox& box) {
+  const auto count = static_cast<std::int64_t>(line.size()) - BoxSweep::taps(box);
+  for (float& v : line)
+    v = carried(v);
+  std::vector<float> result(static_cast<std::size_t>(count));
+  exactBoxRows(line.data(), count, 1, box, result.data());
+  return result;
+}
+
+template <class C>
+auto sweptBox(float radius) {
+  if constexpr (std::is_same_v<C, float>) {
+    return withWeightyEnds(exactBox(radius));
+  } else {
+    return withWeightyEnds(boxConstants(radius));
+  }
+}
+
+// A lane of a picture, as the plain boxes take it.
+template <class C>
+using PlainLine = std::vector<std::conditional_t<std::is_same_v<C, float>, float, std::int32_t>>;
 
 // A strip of rows that fill a vector each. Its first and last row repeat beyond its ends.
 template <class C>
@@ -52,18 +77,18 @@ class SweptStrip {
  private:
   void runPlain(C* out) const {
     for (std::int32_t lane = 0; lane < kLanes; ++lane) {
-      std::vector<std::int32_t> line;
+      PlainLine<C> line;
       for (const C* row : in_)
         line.push_back(row[lane]);
       C* to = out + lane;
-      for (const std::int32_t value : boxed(boxed(boxed(line, box_), box_), box_)) {
+      for (const auto value : boxed(boxed(boxed(line, box_), box_), box_)) {
         *to = static_cast<C>(value);
         to += kLanes;
       }
     }
   }
 
-  BoxConstants box_ = withWeightyEnds(boxConstants(1.25f));
+  decltype(sweptBox<C>(0.0f)) box_ = sweptBox<C>(1.25f);
   BoxSweep sweep_{box_, kSweepUnit, sizeof(C)};
   std::vector<const C*> in_;
   std::vector<C*> out_;
@@ -71,7 +96,7 @@ class SweptStrip {
 
 template <class C>
 void addSweep(std::vector<KernelCase>& cases) {
-  const std::string name = "boxSweep " + std::to_string(8 * sizeof(C));
+  const std::string name = std::is_same_v<C, float> ? "boxSweep float" : "boxSweep " + std::to_string(8 * sizeof(C));
   const auto strip = std::make_shared<SweptStrip<C>>();
   cases.push_back(rowCase<C, C>(name, name, [strip](const C* in, std::int32_t n, C* out) { strip->run(in, n, out); }));
   cases.back().unit = SweptStrip<C>::kLanes;
@@ -117,6 +142,7 @@ inline void addStripKernels(std::vector<KernelCase>& cases) {
   addSweep<std::uint8_t>(cases);
   addSweep<std::int16_t>(cases);
   addSweep<std::int32_t>(cases);
+  addSweep<float>(cases);
   addTranspose<std::uint8_t>(cases);
   addTranspose<std::uint16_t>(cases);
   addTranspose<std::uint32_t>(cases);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "blur/SubtractCombiner.h"
+#include "tests/support/KernelRuns.h"
 #include "tests/support/Rows.h"
 
 namespace vblur::test {
@@ -19,6 +20,10 @@ std::uint8_t plain(std::uint8_t a, std::uint8_t b) {
 }
 std::int16_t plain(std::int16_t a, std::int16_t b) {
   return SubtractCombiner<R16, Ri, 32767>::reflected(a, b);
+}
+
+float plain(float a, float b) {
+  return SubtractCombiner<Rf, Rf, 1>::reflected(a, b);
 }
 
 template <class T>
@@ -61,6 +66,19 @@ void compareEveryValue() {
 TEST_P(SubtractRows, EqualThePlainArithmetic) {
   compareEveryValue<std::uint8_t>();
   compareEveryValue<std::int16_t>();
+}
+
+TEST_P(SubtractRows, OfFloatsEqualItInTheirBits) {
+  forRandomCases(100, [](Random& random) {
+    std::vector<float> a;
+    std::vector<float> b;
+    for (int i = random.within(1, 300); i > 0; --i) {
+      a.push_back(random.oneOf({random.between(-4.0f, 4.0f), 65504.0f, 1e-42f, -0.0f}));
+      b.push_back(random.oneOf({random.between(-4.0f, 4.0f), -65504.0f, 1e-42f, a.back()}));
+    }
+    compareReflected(a, b);
+  });
+  EXPECT_TRUE(kernelsRan({"reflectRow float"}));
 }
 
 TEST_P(SubtractRows, OfEightBitsEqualItOnEveryPair) {

@@ -80,6 +80,11 @@ TEST(ApplyCrop, ColourIsInTheScaleOfThePixel) {
   HvTexture<R16, Rf> wide(2, 2);
   ApplyCropToTexture(wide, crop);
   EXPECT_EQ(wide.outsideColour, Make<R16>(16384, 8192, 0, 0));
+  crop.colour = MakeFloat(0.3f, 1.5f, -0.25f, 0.0f);
+  HvTexture<Rf, Rf> floats(2, 2);
+  ApplyCropToTexture(floats, crop);
+  EXPECT_EQ(floats.outsideColour, crop.colour);
+  EXPECT_EQ(*floats.readRun(0, 0).first, Rf{});
 }
 
 TEST(ApplyCrop, ModesChangeNothingOrTheBoxOnly) {

@@ -43,6 +43,11 @@ class BlankOutsideAtBothDepths : public testing::Test {
 
 TYPED_TEST_SUITE(BlankOutsideAtBothDepths, Depths, TypeNames);
 
+template <class Pixel>
+class BlankOutsideAtAllDepths : public testing::Test {};
+
+TYPED_TEST_SUITE(BlankOutsideAtAllDepths, DepthsAndFloats, TypeNames);
+
 TYPED_TEST(BlankOutsideAtBothDepths, BlankCroppedClearsFirstAndLastRow) {
   EXPECT_EQ(this->Left(cropOf(0.0f, 1.0f, 0.0f, 1.0f)), this->Square(0, 10, 1, 9));
 }
@@ -76,7 +81,7 @@ TYPED_TEST(BlankOutsideAtBothDepths, AWindowWithoutRowsOrColumnsBlanksNothing) {
   }
 }
 
-TYPED_TEST(BlankOutsideAtBothDepths, PlacesAndWindowsEqualTheModel) {
+TYPED_TEST(BlankOutsideAtAllDepths, PlacesAndWindowsEqualTheModel) {
   using Pixel = TypeParam;
   forgetKernelRuns();
   forRandomCases(500, [](Random& random) {
@@ -113,6 +118,17 @@ TYPED_TEST(BlankOutsideAtBothDepths, PlacesAndWindowsEqualTheModel) {
     EXPECT_EQ(CountDifferent(output, expected), 0);
   });
   EXPECT_TRUE(kernelsRan({})) << "plain code serves every level";
+}
+
+TEST(BlankOutsideInFloats, KeepsTheRectangleOfTheCrop) {
+  HvTexture<Rf, Rf> picture(4, 4);
+  const Rf kept = MakeFloat(-1.0f, 0.1f, 200.0f, 0.5f);
+  Fill(picture, kept);
+  BlankOutside(picture, picture, cropOf(0.25f, 0.75f, 0.0f, 1.0f), std::nullopt, nullptr);
+  for (std::int32_t y = 0; y < 4; ++y) {
+    for (std::int32_t x = 0; x < 4; ++x)
+      EXPECT_EQ(*picture.at(x, y), x >= 1 && x < 3 && y >= 1 && y < 3 ? kept : Rf{}) << x << ", " << y;
+  }
 }
 
 TYPED_TEST(BlankOutsideAtBothDepths, StopsWithTheFrame) {

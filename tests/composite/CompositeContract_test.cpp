@@ -69,8 +69,12 @@ struct DarkenTowardsSourceOfR8 : Merge<R8, kMergeDarken, 80> {};
 struct HardLightOfR16 : Merge<R16, kMergeHardLight, 50> {};
 struct AddUnderTowardsEffectOfR16 : Merge<R16, kMergeAddUnder, 20> {};
 struct ColourTowardsSourceOfR16 : Merge<R16, kMergeColour, 80> {};
+struct MultiplyOfRf : Merge<Rf, kMergeMultiply, 50> {};
+struct HueTowardsEffectOfRf : Merge<Rf, kMergeHue, 20> {};
+struct OverlayTowardsSourceOfRf : Merge<Rf, kMergeOverlay, 80> {};
 using Merges = Subjects<ScreenOfR8, LuminanceTowardsEffectOfR8, DarkenTowardsSourceOfR8, HardLightOfR16,
-                        AddUnderTowardsEffectOfR16, ColourTowardsSourceOfR16>;
+                        AddUnderTowardsEffectOfR16, ColourTowardsSourceOfR16, MultiplyOfRf, HueTowardsEffectOfRf,
+                        OverlayTowardsSourceOfRf>;
 INSTANTIATE_TYPED_TEST_SUITE_P(CompositeContractMerges, ProcessorContract, Merges, TypeNames);
 
 struct MixOfR8 : Mix<R8, 75> {};
@@ -81,8 +85,11 @@ struct QuickMixOfR8 : QuickMix<R8> {};
 struct QuickMixOfR16 : QuickMix<R16> {};
 struct QuickMixInPlaceOfR8 : QuickMixInPlace<R8> {};
 struct QuickMixInPlaceOfR16 : QuickMixInPlace<R16> {};
+struct MixOfRf : Mix<Rf, -20> {};
+struct QuickMixOfRf : QuickMix<Rf> {};
+struct QuickMixInPlaceOfRf : QuickMixInPlace<Rf> {};
 using Mixes = Subjects<MixOfR8, MixBeyondOneOfR8, MixOfR16, MixBelowZeroOfR16, QuickMixOfR8, QuickMixOfR16,
-                       QuickMixInPlaceOfR8, QuickMixInPlaceOfR16>;
+                       QuickMixInPlaceOfR8, QuickMixInPlaceOfR16, MixOfRf, QuickMixOfRf, QuickMixInPlaceOfRf>;
 INSTANTIATE_TYPED_TEST_SUITE_P(CompositeContractMixes, ProcessorContract, Mixes, TypeNames);
 
 struct RedOfR8 : Fix<R8, 1, 0> {};
@@ -91,8 +98,11 @@ struct AllButGreenByAlphaOfR8 : Fix<R8, 2, 1> {};
 struct ColoursByAlphaOfR16 : Fix<R16, 0, 1> {};
 struct PaintOfR8 : Paint<R8, C8> {};
 struct PaintOfR16 : Paint<R16, C16> {};
-using MaskStages =
-    Subjects<RedOfR8, BlueAndAlphaOfR16, AllButGreenByAlphaOfR8, ColoursByAlphaOfR16, PaintOfR8, PaintOfR16>;
+struct GreenOfRf : Fix<Rf, 2, 0> {};
+struct AllButRedByAlphaOfRf : Fix<Rf, 1, 1> {};
+struct PaintOfRf : Paint<Rf, Cf> {};
+using MaskStages = Subjects<RedOfR8, BlueAndAlphaOfR16, AllButGreenByAlphaOfR8, ColoursByAlphaOfR16, PaintOfR8,
+                            PaintOfR16, GreenOfRf, AllButRedByAlphaOfRf, PaintOfRf>;
 INSTANTIATE_TYPED_TEST_SUITE_P(CompositeContractMaskStages, ProcessorContract, MaskStages, TypeNames);
 
 }  // namespace

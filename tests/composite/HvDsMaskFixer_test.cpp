@@ -114,5 +114,46 @@ TEST(HvDsMaskFixerByAlpha, AllColoursCopyWholePixelsAndAlphaAmongThemWritesNothi
   }
 }
 
+// As they are, beyond 0..1 too.
+TEST(HvDsMaskFixerInFloats, RestoresTheNamedChannels) {
+  HvTexture<Rf, Rf> source(3, 2);
+  HvTexture<Rf, Rf> output(3, 2);
+  const Rf restored = MakeFloat(-2.0f, 1e-40f, 300.0f, 0.1f);
+  const Rf finished = MakeFloat(0.5f, 7.0f, -1.0f, 2.0f);
+  Fill(source, restored);
+  for (std::int32_t channels = 0; channels < 16; ++channels) {
+    Fill(output, finished);
+    Fixer<Rf> fixer;
+    fixer.channels = channels;
+    fixer.setWindow(1, 0, 2, 0);
+    fixer.process(&source, &output);
+    Rf expected = finished;
+    for (int c = 0; c < 4; ++c) {
+      if ((channels >> c & 1) != 0) expected[c] = restored[c];
+    }
+    EXPECT_EQ(PixelsOf(output), (std::vector<Rf>{finished, expected, expected, finished, finished, finished}))
+        << channels;
+  }
+}
+
+// The alpha is an amount: beyond 0..1 it counts as 0 or 1.
+TEST(HvDsMaskFixerInFloats, MixesByTheSourcesAlpha) {
+  const auto fixed = [](float alpha) {
+    HvTexture<Rf, Rf> source(1, 1);
+    HvTexture<Rf, Rf> output(1, 1);
+    *source.at(0, 0) = MakeFloat(1.0f, 2.0f, -1.0f, alpha);
+    *output.at(0, 0) = MakeFloat(5.0f, 4.0f, 3.0f, 0.5f);
+    Fixer<Rf> fixer;
+    fixer.mixByAlpha = 1;
+    fixer.channels = 1;
+    fixer.process(&source, &output);
+    return *output.at(0, 0);
+  };
+  EXPECT_EQ(fixed(0.25f), MakeFloat(1.0f, 2.5f, 0.0f, 0.25f));
+  EXPECT_EQ(fixed(0.0f), MakeFloat(1.0f, 2.0f, -1.0f, 0.0f));
+  EXPECT_EQ(fixed(-2.0f), MakeFloat(1.0f, 2.0f, -1.0f, -2.0f));
+  EXPECT_EQ(fixed(3.0f), MakeFloat(1.0f, 4.0f, 3.0f, 3.0f));
+}
+
 }  // namespace
 }  // namespace vblur::test

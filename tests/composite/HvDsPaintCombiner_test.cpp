@@ -1,12 +1,13 @@
 // Mixing a finished picture over its source by a mask.
 #include "composite/HvDsPaintCombiner.h"
 
+#include <limits>
 #include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "tests/composite/Pictures.h"
+#include "tests/composite/FloatPixels.h"
 #include "tests/model/masks.h"
 #include "tests/support/KernelRuns.h"
 #include "tests/support/StopAfter.h"
@@ -16,7 +17,8 @@ namespace vblur::test {
 namespace {
 
 template <class Pixel>
-using MaskPixelOf = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
+using MaskPixelOf =
+    std::conditional_t<std::is_same_v<Pixel, R8>, C8, std::conditional_t<std::is_same_v<Pixel, R16>, C16, Cf>>;
 template <class Pixel>
 using MaskOf = HvTexture<MaskPixelOf<Pixel>, Cf>;
 template <class Pixel>
@@ -39,6 +41,11 @@ class HvDsPaintCombinerAtBothDepths : public testing::Test {
 };
 
 TYPED_TEST_SUITE(HvDsPaintCombinerAtBothDepths, Depths, TypeNames);
+
+template <class Pixel>
+class HvDsPaintCombinerAtAllDepths : public testing::Test {};
+
+TYPED_TEST_SUITE(HvDsPaintCombinerAtAllDepths, DepthsAndFloats, TypeNames);
 
 TYPED_TEST(HvDsPaintCombinerAtBothDepths, EndsAreSourceAndEffect) {
   Random random(4);
@@ -80,6 +87,54 @@ TEST(HvDsPaintCombinerAtSixteenBits, ANegativeMaskLeadsAwayFromTheEffect) {
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(2000, 1000, 5, 32767), source, -32767)), Make<R16>(0, -3000, -5, 32767));
   // The store keeps the low bits: 32767 + 32767 becomes -2.
   EXPECT_EQ((Painter<R16>::shown(Make<R16>(0, 0, 0, 0), source, -32767)).alpha, -2);
+}
+
+// A float mask is an amount: beyond 0..1 it counts as 0 or 1.
+TEST(HvDsPaintCombinerInFloats, AMaskIsLimitedToZeroToOne) {
+  using FloatPainter = HvDsPaintCombiner<Rf, Rf, Cf, Cf>;
+  const Rf effect = MakeFloat(5.0f, 4.0f, -3.0f, 0.5f);
+  const Rf source = MakeFloat(1.0f, 2.0f, 1.0f, 1.0f);
+  EXPECT_EQ(FloatPainter::shown(effect, source, 0.0f), source);
+  EXPECT_EQ(FloatPainter::shown(effect, source, 1.0f), effect);
+  EXPECT_EQ(FloatPainter::shown(effect, source, 0.25f), MakeFloat(2.0f, 2.5f, 0.0f, 0.875f));
+  EXPECT_EQ(FloatPainter::shown(effect, source, -7.0f), source);
+  EXPECT_EQ(FloatPainter::shown(effect, source, 1.5f), effect);
+  forRandomCases(2000, [](Random& random) {
+    const Rf d = FloatPixel(random, AnyCarried);
+    const Rf a = FloatPixel(random, AnyCarried);
+    ASSERT_TRUE(LiesBetween(FloatPainter::shown(d, a, AnyCarried(random)), d, a));
+  });
+}
+
+TEST(HvDsPaintCombinerInFloats, EqualsTheModelForAnyMaskValue) {
+  forRandomCases(5000, [](Random& random) {
+    const auto any = random.oneIn(3) ? &AnyFinite : &AnyCarried;
+    const Rf effect = FloatPixel(random, any);
+    const Rf source = FloatPixel(random, any);
+    const float mask = random.oneIn(30) ? std::numeric_limits<float>::quiet_NaN() : any(random);
+    model::Pixel expected{};
+    for (std::size_t c = 0; c < 4; ++c) {
+      expected[c] =
+          model::MaskedComponent(model::Depth::Float, ModelOf(source)[c], ModelOf(effect)[c], model::BitsOf(mask));
+    }
+    ASSERT_EQ(ModelOf(HvDsPaintCombiner<Rf, Rf, Cf, Cf>::shown(effect, source, mask)), expected) << mask;
+  });
+}
+
+TEST(HvDsPaintCombinerInFloats, NothingLiesOutsideOfMaskAndSource) {
+  HvTexture<Rf, Rf> source(2, 1);
+  Fill(source, MakeFloat(0.25f, 0.5f, 2.0f, 1.0f));
+  source.setOutsideColour(MakeFloat(9.0f, 9.0f, 9.0f, 9.0f));
+  HvTexture<Rf, Rf> output(4, 1);
+  const Rf effect = MakeFloat(-1.0f, 3.0f, 0.0f, 0.5f);
+  Fill(output, effect);
+  HvTexture<Cf, Cf> mask(3, 1);
+  mask.at(0, 0)->value = 0.0f;
+  mask.at(1, 0)->value = 1.0f;
+  mask.at(2, 0)->value = 0.5f;
+  HvDsPaintCombiner<Rf, Rf, Cf, Cf> painter;
+  painter.process(&source, &mask, &output);
+  EXPECT_EQ(PixelsOf(output), (std::vector<Rf>{*source.at(0, 0), effect, MakeFloat(-0.5f, 1.5f, 0.0f, 0.25f), Rf{}}));
 }
 
 TYPED_TEST(HvDsPaintCombinerAtBothDepths, OutsideTheMaskTheSourceStands) {
@@ -138,7 +193,7 @@ TYPED_TEST(HvDsPaintCombinerAtBothDepths, BeyondTheSourceIsZeroAndNotTheCropColo
   EXPECT_EQ(*output.at(3, 0), Pixel{});
 }
 
-TYPED_TEST(HvDsPaintCombinerAtBothDepths, PlacesAndFieldsEqualTheModel) {
+TYPED_TEST(HvDsPaintCombinerAtAllDepths, PlacesAndFieldsEqualTheModel) {
   using Pixel = TypeParam;
   KernelRunsOfCases runs;
   forRandomCases(300, [&](Random& random) {
@@ -165,12 +220,14 @@ TYPED_TEST(HvDsPaintCombinerAtBothDepths, PlacesAndFieldsEqualTheModel) {
       const bool untouched = field != 0 && (((y + whole.y1) & 1) == 0) != (field == 1);
       for (std::int32_t x = 0; x < output.width(); ++x) {
         const model::Picture& wanted = untouched ? before : expected;
-        EXPECT_EQ(*output.at(x, y), FromModel<Pixel>(model::Stored(wanted, x, y)));
+        EXPECT_EQ(ModelOf(*output.at(x, y)), model::Stored(wanted, x, y));
       }
     }
     runs.note();
   });
-  EXPECT_TRUE(runs.had({sizeof(Pixel) == 4 ? "paintRow 8" : "paintRow 16"}));
+  if (kDepth<Pixel> != model::Depth::Float) {
+    EXPECT_TRUE(runs.had({sizeof(Pixel) == 4 ? "paintRow 8" : "paintRow 16"}));
+  }
 }
 
 TYPED_TEST(HvDsPaintCombinerAtBothDepths, AsksBeforeEachRow) {

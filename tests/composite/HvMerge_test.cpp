@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/composite/Pictures.h"
+#include "tests/composite/FloatPixels.h"
 #include "tests/image/WindowEnds.h"
 #include "tests/support/ThreadCount.h"
 
@@ -22,23 +22,6 @@ Merge8 MergeOf(float blend, float gainA = 1.0f, float gainB = 1.0f) {
   merge.setGains(gainA, gainB);
   merge.setBlend(blend);
   return merge;
-}
-
-// One pixel by the whole combiner.
-template <class Pixel>
-Pixel MergedPixel(std::int32_t method, float blend, float gainA, float gainB, const Pixel& a, const Pixel& b) {
-  HvTexture<Pixel, Rf> textureA(1, 1);
-  HvTexture<Pixel, Rf> textureB(1, 1);
-  HvTexture<Pixel, Rf> out(1, 1);
-  *textureA.at(0, 0) = a;
-  *textureB.at(0, 0) = b;
-  HvMerge<Pixel, Rf, Pixel::kOne> merge;
-  merge.rgbMode = 1;
-  merge.method = method;
-  merge.setGains(gainA, gainB);
-  merge.setBlend(blend);
-  merge.process(&textureA, &textureB, &out);
-  return *out.at(0, 0);
 }
 
 TEST(HvMerge, BlendWithinAStepOfOneHalfTakesThePlainForm) {

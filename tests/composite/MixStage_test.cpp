@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/composite/FloatPixels.h"
 #include "tests/composite/Operations.h"
 #include "tests/model/mix_back.h"
 #include "tests/model/window.h"
@@ -45,14 +46,19 @@ class MixStage : public testing::Test {
 
 TYPED_TEST_SUITE(MixStage, Depths, TypeNames);
 
-TYPED_TEST(MixStage, NoneAndValuesBeyondTheListLeaveTheResult) {
+template <class Pixel>
+class MixStageAtAllDepths : public MixStage<Pixel> {};
+
+TYPED_TEST_SUITE(MixStageAtAllDepths, DepthsAndFloats, TypeNames);
+
+TYPED_TEST(MixStageAtAllDepths, NoneAndValuesBeyondTheListLeaveTheResult) {
   const TypeParam effect = Make<TypeParam>(1, 2, 3, 4);
   for (const std::int32_t method : {0, -1, 19, 20, 1000, kInt32Min, kInt32Max}) {
     EXPECT_EQ(this->Mixed(method, 100.0f, 300.0f, 300.0f, effect, Make<TypeParam>(9, 9, 9, 9)), effect) << method;
   }
 }
 
-TYPED_TEST(MixStage, MixWeighsThePicturesByBlend) {
+TYPED_TEST(MixStageAtAllDepths, MixWeighsThePicturesByBlend) {
   const TypeParam effect = Make<TypeParam>(100, 200, 0, 40);
   const TypeParam source = Make<TypeParam>(200, 100, 4, 80);
   EXPECT_EQ(this->Mixed(kMix, 25.0f, 100.0f, 100.0f, effect, source), Make<TypeParam>(125, 175, 1, 50));
@@ -60,7 +66,7 @@ TYPED_TEST(MixStage, MixWeighsThePicturesByBlend) {
   EXPECT_EQ(this->Mixed(kMix, 100.0f, 100.0f, 100.0f, effect, source), source);
 }
 
-TYPED_TEST(MixStage, MixAtOneHalfGivesEachPictureHalfItsGain) {
+TYPED_TEST(MixStageAtAllDepths, MixAtOneHalfGivesEachPictureHalfItsGain) {
   const TypeParam effect = Make<TypeParam>(100, 80, 0, 40);
   const TypeParam source = Make<TypeParam>(20, 100, 4, 80);
   EXPECT_EQ(this->Mixed(kMix, 50.0f, 50.0f, 100.0f, effect, source), Make<TypeParam>(35, 70, 2, 50));
@@ -92,8 +98,82 @@ TEST(MixStageAtSixteenBits, MixWithinOneKeepsBrightAndNegativeValues) {
   EXPECT_EQ(*result.at(0, 0), Make<R16>(25000, -200, -32768, 32767));
 }
 
+Rf MixedFloats(std::int32_t method, float blend, float effectGain, float sourceGain, const Rf& effect,
+               const Rf& source) {
+  HvTexture<Rf, Rf> from(1, 1);
+  HvTexture<Rf, Rf> result(1, 1);
+  *from.at(0, 0) = source;
+  *result.at(0, 0) = effect;
+  RunMixStage(from, result, method, blend, effectGain, sourceGain, {0, 0, 0, 0}, nullptr);
+  return *result.at(0, 0);
+}
+
+// The methods of the list, gains in percent, and no limit.
+TEST(MixStageInFloats, MethodsGainsAndBlends) {
+  const Rf effect = MakeFloat(0.5f, -2.0f, 8.0f, 1.0f);
+  const Rf source = MakeFloat(0.25f, 4.0f, 1.0f, 0.5f);
+  for (const std::int32_t method : {0, -1, 19, kInt32Max})
+    EXPECT_EQ(MixedFloats(method, 100.0f, 300.0f, 300.0f, effect, source), effect) << method;
+  EXPECT_EQ(MixedFloats(kMix, 25.0f, 100.0f, 100.0f, effect, source), MakeFloat(0.4375f, -0.5f, 6.25f, 0.875f));
+  EXPECT_EQ(MixedFloats(kMix, 50.0f, -100.0f, 300.0f, effect, source), MakeFloat(0.125f, 7.0f, -2.5f, 0.25f));
+  EXPECT_EQ(MixedFloats(12, 50.0f, 100.0f, 100.0f, effect, source), MakeFloat(0.75f, 2.0f, 9.0f, 1.5f));
+  EXPECT_EQ(MixedFloats(12, 75.0f, 200.0f, 100.0f, effect, source), MakeFloat(0.75f, 2.0f, 9.0f, 1.5f));
+  for (std::int32_t method = 1; method < kMethodCount; ++method) {
+    const auto shown = [&](const Rf& p) { return method == 8 ? withAlpha(p, 0.0f) : p; };
+    EXPECT_EQ(MixedFloats(method, 0.0f, 100.0f, 100.0f, effect, source), shown(effect)) << method;
+    EXPECT_EQ(MixedFloats(method, 100.0f, 100.0f, 100.0f, effect, source), shown(source)) << method;
+  }
+}
+
+TEST(MixStageInFloats, AMixOfEqualPicturesChangesNothing) {
+  forRandomCases(2000, [](Random& random) {
+    const Rf p = FloatPixel(random, AnyCarried);
+    ASSERT_EQ(MixedFloats(kMix, random.between(0.0f, 100.0f), 100.0f, 100.0f, p, p), p);
+  });
+}
+
+// Of any exponent as well: sums that cancel, products that overflow or vanish, gains at their limit.
+TEST(MixStageInFloats, EachMethodEqualsTheModelOnAnyPixels) {
+  forRandomCases(3000, [](Random& random) {
+    const auto any = random.oneIn(3) ? &AnyFinite : &AnyCarried;
+    const Rf effect = FloatPixel(random, any);
+    const Rf source = random.oneIn(8) ? effect : FloatPixel(random, any);
+    const auto gain = [&] {
+      if (random.oneIn(3)) return 100.0f;
+      return random.oneIn(8) ? AnyFinite(random) : random.between(-100.0f, 500.0f);
+    };
+    const float blend = random.oneIn(2) ? random.between(0.0f, 100.0f) : random.oneOf({0.0f, 50.0f, 100.0f, 1e-6f});
+    model::MixSettings settings{model::Depth::Float, 0, blend, gain(), gain()};
+    for (settings.method = 1; settings.method < kMethodCount; ++settings.method) {
+      const Rf result = MixedFloats(settings.method, blend, settings.effectGain, settings.sourceGain, effect, source);
+      const model::Pixel expected =
+          (settings.method == kMix ? model::MixPlain : model::MixByMethod)(settings, ModelOf(effect), ModelOf(source));
+      EXPECT_EQ(ModelOf(result), expected)
+          << "method " << settings.method << " blend " << blend << " gains " << settings.effectGain << " "
+          << settings.sourceGain << " of " << testing::PrintToString(effect) << " and "
+          << testing::PrintToString(source) << ": " << testing::PrintToString(result) << ", in the model "
+          << testing::PrintToString(FromModel<Rf>(expected));
+    }
+  });
+}
+
+TEST(MixStageInFloats, KeepsToItsWindow) {
+  HvTexture<Rf, Rf> source(4, 4);
+  HvTexture<Rf, Rf> result(4, 4);
+  Fill(source, MakeFloat(0.5f, 0.5f, 0.5f, 0.5f));
+  Fill(result, MakeFloat(2.0f, 2.0f, 2.0f, 2.0f));
+  RunMixStage(source, result, 11, 50.0f, 100.0f, 100.0f, {1, 2, 2, 3}, nullptr);
+  for (std::int32_t y = 0; y < 4; ++y) {
+    for (std::int32_t x = 0; x < 4; ++x) {
+      const bool mixed = x >= 1 && x <= 2 && y >= 2;
+      EXPECT_EQ(*result.at(x, y), mixed ? MakeFloat(1.0f, 1.0f, 1.0f, 0.5f) : MakeFloat(2.0f, 2.0f, 2.0f, 2.0f));
+    }
+  }
+}
+
 template <class Pixel>
 std::vector<std::string> KernelsOf() {
+  if (kDepth<Pixel> == model::Depth::Float) return {};
   if (sizeof(Pixel) == 8) return {"mixRow 16", "mergeRow 16", "mergeFlatRow 16"};
   return {"mixRow 8", "mergeRow 8", "mergeFlatRow 8", "mergeFlatBlendRow 8"};
 }
@@ -102,7 +182,7 @@ constexpr float kBlends[] = {0.0f, 25.0f, 49.5f, 49.7f, 50.0f, 50.3f, 50.5f, 75.
 constexpr float kGains[][2] = {{100.0f, 100.0f}, {100.2f, 100.0f}, {100.5f, 100.0f},  {-100.0f, 500.0f},
                                {37.0f, 163.0f},  {0.0f, 0.0f},     {500.0f, -100.0f}, {1e9f, -3e8f}};
 
-TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
+TYPED_TEST(MixStageAtAllDepths, AllMethodsBlendsAndGainsEqualTheModel) {
   using Pixel = TypeParam;
   Random random(3);
   HvTexture<Pixel, Rf> source(64, 8);
@@ -131,7 +211,7 @@ TYPED_TEST(MixStage, AllMethodsBlendsAndGainsEqualTheModel) {
 
 // Boxes, edge methods, outside colours, different origins of source and result, windows inside, across and beside the
 // picture, 1 to 8 threads.
-TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
+TYPED_TEST(MixStageAtAllDepths, PlacesAndWindowsEqualTheModel) {
   using Pixel = TypeParam;
   KernelRunsOfCases runs;
   forRandomCases(400, [&](Random& random) {
@@ -166,7 +246,7 @@ TYPED_TEST(MixStage, PlacesAndWindowsEqualTheModel) {
   EXPECT_TRUE(runs.had(KernelsOf<Pixel>()));
 }
 
-TYPED_TEST(MixStage, RowsThatRunBackwardsAreMixedAlike) {
+TYPED_TEST(MixStageAtAllDepths, RowsThatRunBackwardsAreMixedAlike) {
   using Pixel = TypeParam;
   Random random(6);
   HvTexture<Pixel, Rf> source(5, 4);
@@ -183,7 +263,7 @@ TYPED_TEST(MixStage, RowsThatRunBackwardsAreMixedAlike) {
 }
 
 // An empty source reads as its outside colour.
-TYPED_TEST(MixStage, AnEmptySourceIsItsOutsideColour) {
+TYPED_TEST(MixStageAtAllDepths, AnEmptySourceIsItsOutsideColour) {
   using Pixel = TypeParam;
   HvTexture<Pixel, Rf> source;
   source.release();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -20,8 +21,11 @@ namespace vblur::test {
 // The depths of typed tests.
 using Depths = testing::Types<R8, R16>;
 
+// For what floats do as well.
+using DepthsAndFloats = testing::Types<R8, R16, Rf>;
+
 template <class Pixel>
-inline constexpr model::Depth kDepth = Pixel::kMax == 255 ? model::Depth::Eight : model::Depth::Sixteen;
+inline constexpr model::Depth kDepth = modelDepth<Pixel>();
 
 template <class Pixel>
 constexpr Pixel Make(std::int32_t red, std::int32_t green, std::int32_t blue, std::int32_t alpha) {
@@ -50,13 +54,20 @@ model::Pixel ModelOf(const Pixel& pixel) {
 
 template <class Pixel>
 Pixel FromModel(const model::Pixel& p) {
-  return Make<Pixel>(p[0], p[1], p[2], p[3]);
+  if constexpr (std::is_same_v<Pixel, Rf>) {
+    return MakeFloat(model::FloatOf(p[0]), model::FloatOf(p[1]), model::FloatOf(p[2]), model::FloatOf(p[3]));
+  } else {
+    return Make<Pixel>(p[0], p[1], p[2], p[3]);
+  }
 }
 
-// Pixels over the whole range; one component in six is 0, 1, a half or about One.
+// Pixels over the whole range; one component in six is 0, 1, a half or about One. Of floats one pixel in six is grey.
 template <class Pixel>
 Pixel RandomPixel(Random& random) {
   Pixel pixel = randomPixel(random, storageRange<Pixel>());
+  if constexpr (std::is_same_v<Pixel, Rf>) {
+    if (random.oneIn(6)) pixel.green = pixel.blue = pixel.red;
+  }
   for (int c = 0; c < Pixel::kComponents; ++c) {
     if (!random.oneIn(6)) continue;
     pixel[c] = static_cast<ComponentOf<Pixel>>(random.oneOf({0, 1, Pixel::kOne, Pixel::kOne - 1, Pixel::kOne / 2}));
@@ -99,13 +110,13 @@ model::Picture ModelOf(const HvTexture<Pixel, Accum>& texture) {
   return picture;
 }
 
-// How many pixels differ from the model's picture of the same size.
+// How many pixels differ in their bits from the model's picture of the same size.
 template <class Pixel, class Accum>
 int CountDifferent(const HvTexture<Pixel, Accum>& texture, const model::Picture& expected) {
   int different = 0;
   for (std::int32_t y = 0; y < texture.height(); ++y) {
     for (std::int32_t x = 0; x < texture.width(); ++x) {
-      different += *texture.at(x, y) != FromModel<Pixel>(model::Stored(expected, x, y));
+      different += ModelOf(*texture.at(x, y)) != model::Stored(expected, x, y);
     }
   }
   return different;

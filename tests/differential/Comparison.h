@@ -9,8 +9,9 @@
 
 namespace vblur::differential {
 
-// Empty when both give the same bits, else one line: how many components differ, and the first.
-std::string Difference(const DrawnPicture& effect, const DrawnPicture& model);
+// Empty when both give the same bits, else one line: how many components differ, and the first. `depth` is that of the
+// frame.
+std::string Difference(const DrawnPicture& effect, const DrawnPicture& model, std::int32_t depth);
 std::string CompareFrame(const DrawnFrame& frame);
 
 // Writes the frame as a job file with its pictures, and the model's result as expected.png or .exr.

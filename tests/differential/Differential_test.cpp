@@ -13,7 +13,7 @@ class Differential : public testing::TestWithParam<std::int32_t> {
 
   static void CompareMany(std::uint64_t seed, std::uint64_t count, DrawnKinds kinds) {
     for (std::uint64_t i = 0; i < count; ++i) {
-      const DrawnFrame frame = DrawFrame(seed, i, kinds);
+      const DrawnFrame frame = DrawFrame(seed, i, kinds, DrawnDepths::All);
       ASSERT_EQ(CompareFrame(frame), "") << "frame " << i << " of seed " << seed << "\n" << host::FormatJob(frame.job);
     }
   }
@@ -36,11 +36,27 @@ TEST(DifferentialLevels, EveryLevelEqualsTheModel) {
   for (const std::string& level : CpuLevels()) {
     SetCpuLevel(level);
     for (std::uint64_t i = 0; i < 150; ++i) {
-      const DrawnFrame frame = DrawFrame(3000, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All);
+      const DrawnFrame frame = DrawFrame(3000, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All, DrawnDepths::All);
       ASSERT_EQ(CompareFrame(frame), "") << level << " frame " << i << "\n" << host::FormatJob(frame.job);
     }
   }
   SetCpuLevel("native");
+}
+
+TEST(DifferentialFrames, OfAllDepthsAreThoseOfIntegersButForAThird) {
+  int floats = 0;
+  for (std::uint64_t i = 0; i < 300; ++i) {
+    const DrawnFrame frame = DrawFrame(4000, i, DrawnKinds::All, DrawnDepths::All);
+    if (*frame.job.depth == 32) {
+      ++floats;
+      continue;
+    }
+    const DrawnFrame same = DrawFrame(4000, i, DrawnKinds::All);
+    EXPECT_EQ(frame.job, same.job) << i;
+    EXPECT_EQ(frame.initial.values, same.initial.values) << i;
+  }
+  EXPECT_GT(floats, 80);
+  EXPECT_LT(floats, 120);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "tests/differential/DrawnFrame.h"
 
+#include <bit>
+#include <limits>
 #include <string>
 
 #include "tests/differential/Rolls.h"
@@ -17,7 +19,23 @@ std::int32_t DrawHeight(Rolls& roll, host::FieldChoice field) {
   return field != host::FieldChoice::Frame && height == 1 && !roll.OneIn(10) ? 2 : height;
 }
 
+constexpr std::int32_t Bits(double value) {
+  return std::bit_cast<std::int32_t>(static_cast<float>(value));
+}
+
+// Below 0 and far above 1.0 as well, up to what no filter carries.
+std::int32_t DrawFloat(Rolls& roll, std::int32_t style, std::int32_t x, std::int32_t y) {
+  switch (style) {
+    case 0: return Bits(roll.Real(0.0, 1.0));
+    case 1: return Bits(roll.OneIn(4) ? roll.Real(-2000.0, 2000.0) : roll.Real(-1.0, 3.0));
+    case 2: return Bits(roll.Of({-65504.0, -1.0, -0.0, 0.0, 1e-40, 0.5, 1.0, 2.0, 65504.0, 1e30}));
+    case 3: return Bits((x * 9 - y * 5) / 256.0);
+    default: return Bits(roll.OneIn(9) ? 1.0 : 0.0);
+  }
+}
+
 std::int32_t DrawComponent(Rolls& roll, std::int32_t depth, std::int32_t style, std::int32_t x, std::int32_t y) {
+  if (depth == 32) return DrawFloat(roll, style, x, y);
   const bool eight = depth == 8;
   switch (style) {
     case 0: return eight ? roll.Whole(0, 255) : roll.Whole(0, 16384);
@@ -40,14 +58,21 @@ DrawnPicture DrawPicture(Rolls& roll, std::int32_t depth, std::int32_t component
   return picture;
 }
 
-// A third of the values is 0 or full; at 16 bits some are negative.
+// A third of the values is 0 or full; at 16 bits some are negative, of floats some beyond full or no number.
+std::int32_t DrawAmount(Rolls& roll, std::int32_t depth) {
+  if (depth == 32) {
+    if (roll.OneIn(3)) return Bits(roll.Of({0.0, 1.0}));
+    if (roll.OneIn(40)) return Bits(std::numeric_limits<double>::quiet_NaN());
+    return Bits(roll.OneIn(6) ? roll.Real(-1.0, 2.0) : roll.Real(0.0, 1.0));
+  }
+  const std::int32_t top = depth == 8 ? 255 : 32767;
+  return roll.OneIn(3) ? roll.Of({0, top}) : roll.Whole(depth == 8 || !roll.OneIn(6) ? 0 : -32768, top);
+}
+
 DrawnPicture DrawMask(Rolls& roll, std::int32_t depth, std::int32_t width, std::int32_t height) {
   DrawnPicture mask{width, height, 1, {}};
-  const std::int32_t top = depth == 8 ? 255 : 32767;
-  for (std::int32_t i = 0; i < width * height; ++i) {
-    mask.values.push_back(roll.OneIn(3) ? roll.Of({0, top})
-                                        : roll.Whole(depth == 8 || !roll.OneIn(6) ? 0 : -32768, top));
-  }
+  for (std::int32_t i = 0; i < width * height; ++i)
+    mask.values.push_back(DrawAmount(roll, depth));
   return mask;
 }
 
@@ -181,13 +206,20 @@ DrawnPicture DrawLike(Rolls& roll, const DrawnPicture& other, const host::Job& j
   return DrawPicture(roll, *job.depth, 4, sides.width, sides.height);
 }
 
+// Apart from the rolls of the frame, which then is the same at 8 and 16 bits whether floats are asked for or not.
+bool IsOfFloats(std::uint64_t seed, std::uint64_t index, DrawnDepths depths) {
+  if (depths != DrawnDepths::All) return depths == DrawnDepths::Floats;
+  return Rolls(seed ^ 0xf10a7u, index).OneIn(3);
+}
+
 }  // namespace
 
-DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds) {
+DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds, DrawnDepths depths) {
   Rolls roll(seed, index);
   DrawnFrame frame;
   host::Job& job = frame.job;
-  const std::int32_t depth = roll.Of({8, 16});
+  const std::int32_t integerDepth = roll.Of({8, 16});
+  const std::int32_t depth = IsOfFloats(seed, index, depths) ? 32 : integerDepth;
   job.depth = depth;
   const std::int32_t kind = kinds == DrawnKinds::Filters ? 1 : roll.Of({1, 1, 1, 2, 3, 4, 4, 5, 5, 5, 7});
   job.kind = static_cast<host::EffectKind>(kind);

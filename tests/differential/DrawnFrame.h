@@ -9,7 +9,7 @@
 
 namespace vblur::differential {
 
-// Components in rows from the bottom up; four a pixel, or one in a mask.
+// Components in rows from the bottom up; four a pixel, or one in a mask. Floats as the bits that they consist of.
 struct DrawnPicture {
   std::int32_t width = 0;
   std::int32_t height = 0;
@@ -30,8 +30,16 @@ enum class DrawnKinds {
   All,
 };
 
-// The same frame for the same seed and index, on every machine.
-DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds);
+enum class DrawnDepths {
+  Integers,  // 8 and 16 bits
+  Floats,
+  All,  // a third are floats; the others are the frames of Integers
+};
+
+// The same frame for the same seed and index, on every machine. Components of floats are finite, masks now and then
+// NaN.
+DrawnFrame DrawFrame(std::uint64_t seed, std::uint64_t index, DrawnKinds kinds,
+                     DrawnDepths depths = DrawnDepths::Integers);
 
 // The frame with other pictures of the same sizes, and other values of the animated properties that it sets.
 DrawnFrame RedrawFrame(const DrawnFrame& frame, std::uint64_t seed, std::uint64_t index);

@@ -1,5 +1,6 @@
 #include "tests/differential/EffectRun.h"
 
+#include <cstring>
 #include <stdexcept>
 
 #include "host/hosted/CoordMan.h"
@@ -12,15 +13,21 @@ namespace {
 
 template <class Component>
 void Store(const DrawnPicture& picture, host::HostImage& image) {
-  auto* to = static_cast<Component*>(image.FirstPixel());
-  for (const std::int32_t value : picture.values)
-    *to++ = static_cast<Component>(value);
+  std::byte* to = image.Row(0);
+  for (const std::int32_t value : picture.values) {
+    const auto component = static_cast<Component>(value);
+    std::memcpy(to, &component, sizeof component);
+    to += sizeof component;
+  }
 }
 
 template <class Component>
 void Load(const host::HostImage& image, DrawnPicture& picture) {
-  const auto* from = reinterpret_cast<const Component*>(image.Row(0));
-  picture.values.assign(from, from + picture.width * picture.height * picture.components);
+  for (std::size_t at = 0; at < image.ByteCount(); at += sizeof(Component)) {
+    Component component;
+    std::memcpy(&component, image.Row(0) + at, sizeof component);
+    picture.values.push_back(component);
+  }
 }
 
 template <class Record>
@@ -48,19 +55,19 @@ void ToHostImage(const DrawnPicture& picture, std::int32_t depth, const host::Im
                  host::HostImage& image) {
   image.Reset(depth, picture.components, picture.width, picture.height);
   image.Place(record);
-  if (depth == 8) {
-    Store<std::uint8_t>(picture, image);
-  } else {
-    Store<std::int16_t>(picture, image);
+  switch (depth) {
+    case 8: return Store<std::uint8_t>(picture, image);
+    case 16: return Store<std::int16_t>(picture, image);
+    default: return Store<std::int32_t>(picture, image);
   }
 }
 
 DrawnPicture FromHostImage(const host::HostImage& image) {
   DrawnPicture picture{image.Width(), image.Height(), image.Components(), {}};
-  if (image.Depth() == 8) {
-    Load<std::uint8_t>(image, picture);
-  } else {
-    Load<std::int16_t>(image, picture);
+  switch (image.Depth()) {
+    case 8: Load<std::uint8_t>(image, picture); break;
+    case 16: Load<std::int16_t>(image, picture); break;
+    default: Load<std::int32_t>(image, picture);
   }
   return picture;
 }

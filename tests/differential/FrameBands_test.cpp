@@ -78,7 +78,7 @@ void ClearOutside(const host::Region& region, DrawnPicture& picture) {
 std::map<std::string, int> CompareBands(std::uint64_t seed, std::uint64_t frames, bool withRegions) {
   std::map<std::string, int> bandsOf;
   for (std::uint64_t i = 0; i < frames; ++i) {
-    DrawnFrame frame = DrawFrame(seed, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All);
+    DrawnFrame frame = DrawFrame(seed, i, i % 2 == 0 ? DrawnKinds::Filters : DrawnKinds::All, DrawnDepths::All);
     if (frame.job.roi.has_value() != withRegions) continue;
     if (i / 2 % 2 == 0) MakeTall(8, frame);
     // A job that keeps its input has no initial picture.
@@ -91,8 +91,9 @@ std::map<std::string, int> CompareBands(std::uint64_t seed, std::uint64_t frames
       ClearOutside(*frame.job.roi, whole->output);
       ClearOutside(*frame.job.roi, inBands->output);
     }
-    EXPECT_EQ(Difference(inBands->output, whole->output), "") << "frame " << i << " in " << inBands->bands << " bands\n"
-                                                              << host::FormatJob(frame.job);
+    EXPECT_EQ(Difference(inBands->output, whole->output, *frame.job.depth), "")
+        << "frame " << i << " in " << inBands->bands << " bands\n"
+        << host::FormatJob(frame.job);
     if (testing::Test::HasFailure()) break;
     if (inBands->bands > 1) ++bandsOf[std::string(host::ChannelsOf(frame.job))];
   }

@@ -11,7 +11,7 @@ namespace {
 DrawnPicture AsGrey(const DrawnPicture& mask, std::int32_t depth) {
   DrawnPicture grey{mask.width, mask.height, 4, {}};
   for (const std::int32_t amount : mask.values)
-    grey.values.insert(grey.values.end(), 4, depth == 8 ? amount : ColourOfAmount(amount));
+    grey.values.insert(grey.values.end(), 4, depth == 16 ? ColourOfAmount(amount) : amount);
   return grey;
 }
 

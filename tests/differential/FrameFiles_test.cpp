@@ -21,11 +21,13 @@ void ExpectFiles(const std::filesystem::path& folder, const DrawnFrame& frame) {
 TEST(FrameFiles, GiveBackALimitedFrame) {
   const host::ScratchFolder folder;
   int masks16 = 0;
-  for (std::uint64_t i = 0; i < 60; ++i) {
-    DrawnFrame frame = DrawFrame(5, i, DrawnKinds::All);
+  int masks32 = 0;
+  for (std::uint64_t i = 0; i < 90; ++i) {
+    DrawnFrame frame = DrawFrame(5, i, DrawnKinds::All, DrawnDepths::All);
     if (!frame.input) continue;  // a job file needs one, or a kind without
     LimitToPng(frame);
     masks16 += frame.mask && *frame.job.depth == 16 ? 1 : 0;
+    masks32 += frame.mask && *frame.job.depth == 32 ? 1 : 0;
     WriteFrameFiles(frame, folder.path());
     ExpectFiles(folder.path(), frame);
     host::Job read = host::ReadJobFile(folder.path() / "job.json");
@@ -33,6 +35,7 @@ TEST(FrameFiles, GiveBackALimitedFrame) {
     EXPECT_EQ(read, frame.job);
   }
   EXPECT_GT(masks16, 3);
+  EXPECT_GT(masks32, 2);
 }
 
 }  // namespace

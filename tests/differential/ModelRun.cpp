@@ -68,12 +68,20 @@ model::Properties PropertiesAt(const host::PropertyStore& store, double time) {
           .effectScaling = whole(EffectScaling)};
 }
 
+model::Depth ToModel(std::int32_t depth) {
+  switch (depth) {
+    case 8: return model::Depth::Eight;
+    case 16: return model::Depth::Sixteen;
+    default: return model::Depth::Float;
+  }
+}
+
 }  // namespace
 
 DrawnPicture RenderByModel(const DrawnFrame& frame) {
   const host::Job& job = frame.job;
   model::FrameJob model;
-  model.depth = *job.depth == 8 ? model::Depth::Eight : model::Depth::Sixteen;
+  model.depth = ToModel(*job.depth);
   model.kind = static_cast<int>(*job.kind);
   model.field = static_cast<int>(job.field);
   if (job.roi) model.region = model::Region{job.roi->x, job.roi->y, job.roi->width, job.roi->height};

@@ -1,6 +1,7 @@
 #include "tests/differential/PngLimits.h"
 
 #include <algorithm>
+#include <bit>
 #include <filesystem>
 
 #include "host/files/Sample.h"
@@ -25,7 +26,10 @@ std::int16_t ColourOfAmount(std::int32_t amount) {
 void LimitToPng(DrawnPicture& picture, std::int32_t depth) {
   if (depth == 8) return;
   for (std::int32_t& value : picture.values) {
-    if (picture.components == 4) {
+    if (depth == 32) {
+      const auto sample = host::ToSample<std::uint16_t>(std::bit_cast<float>(value));
+      value = std::bit_cast<std::int32_t>(host::FromSample<float>(sample));
+    } else if (picture.components == 4) {
       value = std::clamp(value, 0, kFullColour);
     } else {
       const auto sample = host::ToSample<std::uint16_t>(ColourOfAmount(value));
@@ -41,6 +45,8 @@ void LimitToPng(DrawnFrame& frame) {
     if (picture != nullptr) LimitToPng(*picture, *job.depth);
   }
   RenameToPng(job.output);
+  std::optional<host::SampleType>& type = job.output.storage.type;
+  if (type == host::SampleType::Half || type == host::SampleType::Float) type = host::SampleType::Unsigned16;
   if (job.output.initial)
     job.output.initial = std::filesystem::path(*job.output.initial).replace_extension(".png").string();
   if (job.input) RenameToPng(*job.input);

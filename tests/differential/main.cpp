@@ -24,7 +24,8 @@ struct Options {
   std::string cpu = "native";  // "all": every level of the machine
 };
 
-// 16-bit frames hold numbers that no other files keep. Where there are none, another system draws the same frame.
+// 16-bit frames and floats hold numbers that no other files keep. Where there are none, another system draws the same
+// frame.
 bool CanKeep() {
   return std::ranges::any_of(vblur::host::OutputFormats(), [](const auto& format) { return format.name == "openexr"; });
 }
@@ -52,7 +53,7 @@ int Run(const Options& options) {
     if (options.threads > 0 || i % 100 == first % 100) {
       vblur::SetRenderThreads(options.threads > 0 ? options.threads : kThreads[i / 100 % 5]);
     }
-    const DrawnFrame frame = DrawFrame(options.seed, i, kinds);
+    const DrawnFrame frame = DrawFrame(options.seed, i, kinds, DrawnDepths::All);
     const std::string difference = CompareFrame(frame);
     if (options.only >= 0 || !difference.empty()) {
       Explain(options, i, frame, difference.empty() ? "equal" : difference);

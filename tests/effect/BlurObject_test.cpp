@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/OwnFormats.h"
 #include "properties/ClassIds.h"
 #include "resources/Bitmaps.h"
 #include "resources/Strings.h"
@@ -113,7 +114,9 @@ TEST(BlurObject, SupportsTwoFormats) {
   const auto effect = NewBlur();
   EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_RAW_32), 0);
   EXPECT_EQ(effect->IsFormatSupported(MFIF_RGBA_S2_14), 0);
+  EXPECT_EQ(effect->IsFormatSupported(kFormatRgbaFloat), 0);
   EXPECT_EQ(effect->IsFormatSupported(MFIF_MASK_8), 1);
+  EXPECT_EQ(effect->IsFormatSupported(kFormatMaskFloat), 1);
   EXPECT_EQ(effect->IsFormatSupported(kNoId), 1);
 }
 

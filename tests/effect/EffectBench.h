@@ -20,7 +20,7 @@ using Pixel8 = std::array<std::uint8_t, 4>;
 using Pixel16 = std::array<std::int16_t, 4>;
 
 template <class Pixel>
-inline constexpr std::int32_t kDepthOf = sizeof(Pixel) == 4 ? 8 : 16;
+inline constexpr std::int32_t kDepthOf = 2 * static_cast<std::int32_t>(sizeof(Pixel));
 
 // Records of where a picture lies: pixel origin; world position and size.
 inline host::ImageRecord AtOrigin(std::int32_t x, std::int32_t y) {

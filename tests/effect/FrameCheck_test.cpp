@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/IVBlurFacts.h"
+#include "platform/OwnFormats.h"
 #include "tests/effect/FrameTest.h"
 
 namespace vblur {
@@ -101,7 +102,7 @@ TEST_F(FrameCheck, AnInputThatShowsNothingIsTold) {
 
 // Its memory would be read as that of the output's format.
 TEST_F(FrameCheck, AnInputOfAnotherFormatIsNotRead) {
-  for (const GUID& format : {MFIF_RGBA_S2_14, MFIF_MASK_8, MFIF_MASK_16}) {
+  for (const GUID& format : {MFIF_RGBA_S2_14, kFormatRgbaFloat, MFIF_MASK_8, MFIF_MASK_16, kFormatMaskFloat}) {
     EXPECT_EQ(WithInput([&](ClaimedImage& image) { image.format = format; }),
               "input has another format than the output");
     ExpectOutput(Marker);

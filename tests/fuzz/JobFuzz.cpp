@@ -117,7 +117,7 @@ host::FrameList DrawFrames(Rolls& roll) {
 
 host::Job DrawJob(Rolls& roll, bool wild) {
   host::Job job;
-  job.depth = roll.Of({8, 16});
+  job.depth = roll.Of({8, 16, 32});
   job.kind = static_cast<host::EffectKind>(roll.Of({1, 1, 1, 2, 3, 4, 4, 5, 5, 7}));
   job.field = static_cast<host::FieldChoice>(roll.OneIn(2) ? 0 : roll.Whole(0, 3));
   job.output.file = "out.png";

@@ -34,21 +34,22 @@ void RenderJob(host::Job job, const fs::path& output) {
   if (summary.code != host::ExitCode::Done) throw host::Failure(summary.code, observer.failure);
 }
 
+// To look at; floats in the steps of 16 bits.
 std::int32_t ValueAt(const host::HostImage& image, std::int32_t x, std::int32_t y, std::int32_t component) {
   const std::int32_t at = 4 * x + component;
-  return image.Depth() == 8 ? reinterpret_cast<const std::uint8_t*>(image.Row(y))[at]
-                            : reinterpret_cast<const std::int16_t*>(image.Row(y))[at];
+  switch (image.Depth()) {
+    case 8: return reinterpret_cast<const std::uint8_t*>(image.Row(y))[at];
+    case 16: return reinterpret_cast<const std::int16_t*>(image.Row(y))[at];
+    default: return host::FromSample<std::int16_t>(reinterpret_cast<const float*>(image.Row(y))[at]);
+  }
 }
 
 std::size_t CountDifferences(const host::HostImage& a, const host::HostImage& b) {
   if (a.Width() != b.Width() || a.Height() != b.Height()) return static_cast<std::size_t>(a.Width()) * 4;
   std::size_t count = 0;
-  for (std::int32_t y = 0; y < a.Height(); ++y) {
-    for (std::int32_t x = 0; x < a.Width(); ++x) {
-      for (std::int32_t c = 0; c < 4; ++c)
-        count += ValueAt(a, x, y, c) != ValueAt(b, x, y, c) ? 1 : 0;
-    }
-  }
+  const std::size_t bytes = a.PixelBytes() / 4;
+  for (std::size_t at = 0; at < a.ByteCount(); at += bytes)
+    count += std::memcmp(a.Row(0) + at, b.Row(0) + at, bytes) != 0 ? 1 : 0;
   return count;
 }
 
@@ -113,7 +114,7 @@ GoldenResult CompareOne(const fs::path& jobFile, const fs::path& changes, bool u
   const fs::path rendered = changes / (result.name + extension.string());
   RenderJob(job, rendered);
 
-  const std::int32_t depth = extension == ".exr" ? 16 : 8;
+  const std::int32_t depth = job.depth == 32 ? 32 : extension == ".exr" ? 16 : 8;
   host::HostImage before, after;
   host::PictureReader().ReadColour(rendered, depth, after);
   result.isNew = !fs::exists(expected);

@@ -23,6 +23,7 @@ using differential::DrawnPicture;
 
 constexpr std::uint64_t kRandomSeed = 20000;
 constexpr std::uint64_t kFilesSeed = 20001;
+constexpr std::uint64_t kFloatsSeed = 20005;
 
 DrawnPicture Empty(const host::Job& job, const std::optional<DrawnPicture>& input) {
   DrawnPicture picture;
@@ -37,6 +38,7 @@ DrawnFrame GoldenFrame(const std::filesystem::path& file, const GoldenPicture& p
   host::Job& job = frame.job;
   job = host::ReadJobFile(file);
   if (!job.depth || job.frames) host::Refuse(file.string(), "expected one frame with a depth");
+  job.depth = job.RenderDepth();
   const auto load = [&](const std::string& name, std::int32_t components) {
     return picture(name, *job.depth, components);
   };
@@ -79,6 +81,11 @@ std::vector<NamedFrame> GoldenFrames(const std::filesystem::path& folder, const 
 
 NamedFrame RandomFrame(std::uint64_t index) {
   return {Numbered("random", index), differential::DrawFrame(kRandomSeed, index, differential::DrawnKinds::All)};
+}
+
+NamedFrame FloatFrame(std::uint64_t index) {
+  using namespace differential;
+  return {Numbered("floats", index), DrawFrame(kFloatsSeed, index, DrawnKinds::All, DrawnDepths::Floats)};
 }
 
 std::vector<NamedFrame> FramesInFiles(std::vector<NamedFrame> golden, std::uint64_t count) {

@@ -23,12 +23,15 @@ std::string Numbered(const std::string& set, std::uint64_t index);
 using GoldenPicture =
     std::function<differential::DrawnPicture(const std::string& file, std::int32_t depth, std::int32_t components)>;
 
-// golden/NAME: the golden jobs of a folder by name, with their pictures in memory. Throws host::Failure for a job that
-// cannot be read, that names no depth, or that is a sequence.
+// golden/NAME: the golden jobs of a folder by name, with their pictures in memory, at the depth that they render with.
+// Throws host::Failure for a job that cannot be read, that names no depth, or that is a sequence.
 std::vector<NamedFrame> GoldenFrames(const std::filesystem::path& folder, const GoldenPicture& picture);
 
 // random/INDEX: the same frame for the same index, on every machine.
 NamedFrame RandomFrame(std::uint64_t index);
+
+// floats/INDEX: the same with pixels of 32-bit floats.
+NamedFrame FloatFrame(std::uint64_t index);
 
 // How many random frames are written as files.
 inline constexpr std::uint64_t kFramesInFiles = 36;

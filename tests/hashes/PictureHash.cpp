@@ -24,7 +24,11 @@ std::uint64_t HashPicture(const differential::DrawnPicture& picture, std::int32_
     for (std::size_t i = 0; i < row; ++i) {
       const auto value = static_cast<std::uint32_t>(picture.values[y * row + i]);
       hash.Add(value);
-      if (depth == 16) hash.Add(value >> 8);
+      if (depth >= 16) hash.Add(value >> 8);
+      if (depth == 32) {
+        hash.Add(value >> 16);
+        hash.Add(value >> 24);
+      }
     }
   }
   return hash.Hash();

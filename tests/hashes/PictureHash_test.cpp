@@ -24,6 +24,14 @@ TEST(PictureHash, TakesTheLowByteFirst) {
   EXPECT_EQ(HashPicture({3, 1, 1, {'f' + ('o' << 8), 'o' + ('b' << 8), 'a' + ('r' << 8)}}, 16), 0x85944171f73967e8u);
 }
 
+TEST(PictureHash, TakesAllBytesOfFloats) {
+  const auto word = [](std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t d) {
+    return static_cast<std::int32_t>(a | b << 8 | c << 16 | d << 24);
+  };
+  EXPECT_EQ(HashPicture({1, 1, 1, {word(0x66, 0x6f, 0x6f, 0x62)}}, 32),
+            HashPicture({4, 1, 1, {0x66, 0x6f, 0x6f, 0x62}}, 8));
+}
+
 TEST(PictureHash, TellsNegativeValuesApart) {
   EXPECT_NE(HashPicture({1, 1, 4, {0, 0, 0, -1}}, 16), HashPicture({1, 1, 4, {0, 0, 0, 255}}, 16));
 }

@@ -24,6 +24,7 @@ struct Options {
   fs::path folder;
   fs::path golden = "tests/golden/jobs";
   std::uint64_t count = 2000;
+  std::uint64_t floats = 1000;
   std::uint64_t inFiles = kFramesInFiles;
   std::uint64_t sequences = kSequences;
   std::string cpu = "native";
@@ -40,6 +41,10 @@ void PrintFileHash(const NamedFrame& each) {
   PrintHash(each.name, picture, *each.frame.job.depth);
 }
 
+void PrintRandomHash(const NamedFrame& each) {
+  PrintHash(each.name, differential::RenderByEffect(each.frame), *each.frame.job.depth);
+}
+
 void HashEffect(const Options& options) {
   SetCpuLevel(options.cpu);
   SetRenderThreads(options.threads);
@@ -49,10 +54,10 @@ void HashEffect(const Options& options) {
       });
   for (const NamedFrame& each : golden)
     PrintHash(each.name, RenderJobFrame(each.frame), *each.frame.job.depth);
-  for (std::uint64_t i = 0; i < options.count; ++i) {
-    const NamedFrame random = RandomFrame(i);
-    PrintHash(random.name, differential::RenderByEffect(random.frame), *random.frame.job.depth);
-  }
+  for (std::uint64_t i = 0; i < options.count; ++i)
+    PrintRandomHash(RandomFrame(i));
+  for (std::uint64_t i = 0; i < options.floats; ++i)
+    PrintRandomHash(FloatFrame(i));
   for (const NamedFrame& each : FramesInFiles(golden, options.inFiles))
     PrintFileHash(each);
   for (const HashedSequence& sequence : DrawSequences(options.sequences)) {
@@ -82,6 +87,7 @@ int RunCommandLine(int argc, char** argv) {
   effect->add_option("FOLDER", options.folder, "Where hash_files_tool has written the frames to")->required();
   effect->add_option("--golden", options.golden, "The folder of golden jobs")->capture_default_str();
   effect->add_option("--count", options.count, "Random frames in memory")->capture_default_str();
+  effect->add_option("--floats", options.floats, "Random frames of 32-bit floats in memory")->capture_default_str();
   effect->add_option("--in-files", options.inFiles, "Random frames as files hold them")->capture_default_str();
   effect->add_option("--sequences", options.sequences, "Sequences of random frames")->capture_default_str();
   effect->add_option("--cpu", options.cpu, "Code to render with: a level such as twin or AVX2")->capture_default_str();

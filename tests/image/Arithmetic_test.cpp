@@ -1,5 +1,6 @@
 #include "image/Arithmetic.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -145,6 +146,55 @@ TEST(Arithmetic, AmountIsScaledToTheTopOfTheRangeAndLimited) {
 
 TEST(Arithmetic, AmountThatIsNoNumberIsNone) {
   EXPECT_EQ(amountFromFloat<255>(kNan), 0);
+}
+
+TEST(Arithmetic, FloatPixelsStoreWhatWasComputed) {
+  for (const float v : {0.0f, 0.3f, -1.5f, 7.25f, 65504.0f, 1e-40f, -3e38f}) {
+    EXPECT_EQ(storeClamped<Rf>(v), v);
+    EXPECT_EQ(colourFromFloat<Rf>(v), v);
+  }
+  static_assert(kTopOf<Rf> == 1 && kTopOf<Cf> == 1);
+}
+
+TEST(Arithmetic, FloatMixGivesTheEndsExactlyAndLiesBetween) {
+  EXPECT_EQ(mixFloat(2.0f, 1.0f, 0.25f), 1.25f);
+  EXPECT_EQ(mixFloat(-3.0f, 1.0f, 0.5f), -1.0f);
+  // b + (a - b) is not a when a is small beside b.
+  EXPECT_EQ(mixFloat(1e-9f, 1e8f, 1.0f), 1e-9f);
+  EXPECT_EQ(mixFloat(1e-9f, 1e8f, 0.0f), 1e8f);
+  std::uint32_t state = 1;
+  const auto next = [&state] { return state = state * 1664525u + 1013904223u; };
+  for (int i = 0; i < 200000; ++i) {
+    const auto component = [&] {
+      return std::ldexp(static_cast<float>(static_cast<std::int32_t>(next())) * 0x1p-31f,
+                        static_cast<int>(next() >> 24) % 60 - 40);
+    };
+    const float a = component();
+    const float b = (next() >> 31) != 0 ? component() : std::nextafter(a, 1.0f);
+    const float m = (next() >> 30) != 0 ? static_cast<float>(next() >> 8) * 0x1p-24f : std::nextafter(1.0f, 0.0f);
+    const float mixed = mixFloat(a, b, m);
+    ASSERT_TRUE(mixed >= std::min(a, b) && mixed <= std::max(a, b)) << a << ' ' << b << ' ' << m << ' ' << mixed;
+    ASSERT_EQ(mixFloat(a, a, m), a) << m;
+  }
+}
+
+TEST(Arithmetic, FloatMixLimitsItsAmount) {
+  EXPECT_EQ(mixFloat(5.0f, 3.0f, -0.5f), 3.0f);
+  EXPECT_EQ(mixFloat(5.0f, 3.0f, 1.5f), 5.0f);
+  EXPECT_EQ(mixFloat(5.0f, 3.0f, kInfinity), 5.0f);
+  EXPECT_EQ(mixFloat(5.0f, 3.0f, kNan), 3.0f);
+}
+
+TEST(Arithmetic, AmountsAndMixesAreInTheScaleOfThePixel) {
+  EXPECT_EQ(amountOf<R8>(0.5f), 127);
+  EXPECT_EQ(amountOf<C16>(0.5f), 16383);
+  EXPECT_EQ(amountOf<Rf>(0.3f), 0.3f);
+  EXPECT_EQ(amountOf<Rf>(-0.3f), 0.0f);
+  EXPECT_EQ(amountOf<Rf>(1.3f), 1.0f);
+  EXPECT_EQ(amountOf<Rf>(kNan), 0.0f);
+  EXPECT_EQ(mixComponent<R8>(10, 20, 128), 15);
+  EXPECT_EQ(mixComponent<R16>(20000, 0, 16384), 10000);
+  EXPECT_EQ(mixComponent<Rf>(1.0f, 2.0f, 0.25f), 1.75f);
 }
 
 TEST(Arithmetic, ColourIsScaledToOneAndNotLimited) {

@@ -21,6 +21,22 @@ YuvFloat YuvOf(const FloatPixel& p) {
   return ToYuvFloat(p[0], p[1], p[2]);
 }
 
+Colours ColoursOf(const FloatPixel& p) {
+  return {p[0], p[1], p[2]};
+}
+
+/// The first pixel with a change of its YUV; its own alpha.
+Pixel Changed(const FloatPixel& p, const YuvFloat& change) {
+  const Colours colours = RgbOfYuv(change);
+  return {BitsOf(p[0] + colours[0]), BitsOf(p[1] + colours[1]), BitsOf(p[2] + colours[2]), BitsOf(p[3])};
+}
+
+/// The colours that the three pixels give, with the alpha of the first operand.
+Pixel Recoloured(const FloatPixel& hue, const FloatPixel& saturation, const FloatPixel& value, float alpha) {
+  const Colours colours = Recolour(ColoursOf(hue), ColoursOf(saturation), ColoursOf(value));
+  return {BitsOf(colours[0]), BitsOf(colours[1]), BitsOf(colours[2]), BitsOf(alpha)};
+}
+
 Hsv HsvOf(Depth depth, const Pixel& p) {
   return ToHsv(depth, p[0], p[1], p[2]);
 }
@@ -88,6 +104,11 @@ Pixel Luminance(Depth depth, const Pixel& p, const Pixel& q) {
   return LuminanceOf(depth, p, q);
 }
 Pixel Luminance(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  if (depth == Depth::Float) {
+    const YuvFloat own = YuvOf(p);
+    const YuvFloat other = YuvOf(q);
+    return Changed(p, {0.0f, other.u - own.u, other.v - own.v});
+  }
   return LuminanceOf(depth, p, q);
 }
 
@@ -95,6 +116,7 @@ Pixel Chroma(Depth depth, const Pixel& p, const Pixel& q) {
   return ChromaOf(depth, p, q);
 }
 Pixel Chroma(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  if (depth == Depth::Float) return Changed(p, {YuvOf(q).y - YuvOf(p).y, 0.0f, 0.0f});
   return ChromaOf(depth, p, q);
 }
 
@@ -102,6 +124,7 @@ Pixel Hue(Depth depth, const Pixel& p, const Pixel& q) {
   return HueOf(depth, p, q);
 }
 Pixel Hue(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  if (depth == Depth::Float) return Recoloured(p, q, q, p[3]);
   return HueOf(depth, p, q);
 }
 
@@ -109,6 +132,7 @@ Pixel Saturation(Depth depth, const Pixel& p, const Pixel& q) {
   return SaturationOf(depth, p, q);
 }
 Pixel Saturation(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  if (depth == Depth::Float) return Recoloured(q, p, q, p[3]);
   return SaturationOf(depth, p, q);
 }
 
@@ -116,6 +140,7 @@ Pixel Value(Depth depth, const Pixel& p, const Pixel& q) {
   return ValueOf(depth, p, q);
 }
 Pixel Value(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  if (depth == Depth::Float) return Recoloured(q, q, p, p[3]);
   return ValueOf(depth, p, q);
 }
 
@@ -123,6 +148,7 @@ Pixel Colour(Depth depth, const Pixel& p, const Pixel& q) {
   return ColourOf(depth, p, q);
 }
 Pixel Colour(Depth depth, const FloatPixel& p, const FloatPixel& q) {
+  if (depth == Depth::Float) return Recoloured(p, p, q, p[3]);
   return ColourOf(depth, p, q);
 }
 

@@ -1,5 +1,6 @@
 #include "blend_methods.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "arithmetic.h"
@@ -12,10 +13,6 @@ std::int32_t Sum(const Pixel& p) {
 }
 float Sum(const FloatPixel& p) {
   return p[0] + p[1] + p[2];
-}
-
-float One(Depth depth) {
-  return static_cast<float>(RangeOf(depth).one);
 }
 
 FloatPixel Floats(const Pixel& p) {
@@ -52,6 +49,25 @@ Pixel Each(Depth depth, const FloatPixel& p, const FloatPixel& q, std::size_t co
   return result;
 }
 
+float Product(Depth depth, float a, float b) {
+  if (depth != Depth::Float) return a * b / One(depth);
+  // Two colours below 0 would give light.
+  return a < 0.0f && b < 0.0f ? -(a * b) : a * b;
+}
+
+float Screened(Depth depth, float a, float b) {
+  // Beyond 1.0 the sum less the product falls again.
+  if (depth == Depth::Float && (a > 1.0f || b > 1.0f)) return std::max(a, b);
+  return a + b - b * a / One(depth);
+}
+
+/// What Add Over adds of a picture to itself: the mean of the other's colours.
+float Strength(Depth depth, const FloatPixel& other) {
+  const float k = Sum(other) / (3.0f * One(depth));
+  // Below -1.0 a picture would turn into its negative.
+  return depth == Depth::Float && k < -1.0f ? -1.0f : k;
+}
+
 }  // namespace
 
 Pixel Darken(Depth depth, const Pixel& p, const Pixel& q) {
@@ -83,8 +99,7 @@ Pixel Screen(Depth depth, const Pixel& p, const Pixel& q) {
 }
 
 Pixel Screen(Depth depth, const FloatPixel& p, const FloatPixel& q) {
-  const float one = One(depth);
-  Pixel result = Each(depth, p, q, 3, [&](float a, float b) { return a + b - b * a / one; });
+  Pixel result = Each(depth, p, q, 3, [&](float a, float b) { return Screened(depth, a, b); });
   result[3] = Store(depth, p[3] > q[3] ? p[3] : q[3]);
   return result;
 }
@@ -96,8 +111,7 @@ Pixel Multiply(Depth depth, const Pixel& p, const Pixel& q) {
 }
 
 Pixel Multiply(Depth depth, const FloatPixel& p, const FloatPixel& q) {
-  const float one = One(depth);
-  Pixel result = Each(depth, p, q, 3, [&](float a, float b) { return a * b / one; });
+  Pixel result = Each(depth, p, q, 3, [&](float a, float b) { return Product(depth, a, b); });
   result[3] = Store(depth, p[3] < q[3] ? p[3] : q[3]);
   return result;
 }
@@ -116,7 +130,7 @@ Pixel AddOver(Depth depth, const Pixel& p, const Pixel& q) {
 }
 
 Pixel AddOver(Depth depth, const FloatPixel& p, const FloatPixel& q) {
-  const float k = Sum(q) / (3.0f * One(depth));
+  const float k = Strength(depth, q);
   Pixel result = Each(depth, p, q, 3, [&](float a, float) { return a * k + a; });
   result[3] = Store(depth, p[3] + q[3]);
   return result;
@@ -127,7 +141,7 @@ Pixel AddUnder(Depth depth, const Pixel& p, const Pixel& q) {
 }
 
 Pixel AddUnder(Depth depth, const FloatPixel& p, const FloatPixel& q) {
-  const float k = Sum(p) / (3.0f * One(depth));
+  const float k = Strength(depth, p);
   Pixel result = Each(depth, p, q, 3, [&](float, float b) { return b * k + b; });
   result[3] = Store(depth, p[3] + q[3]);
   return result;
@@ -171,8 +185,8 @@ Pixel HardLight(Depth depth, const FloatPixel& p, const FloatPixel& q) {
   const float one = One(depth);
   const bool screens = Sum(p) > 3.0f * one;
   return Each(depth, p, q, 4, [&](float a, float b) {
-    if (screens) return (b + a - b * a / one) * 2.0f - one;
-    return 2.0f * a * b / one;
+    if (screens) return Screened(depth, a, b) * 2.0f - one;
+    return Product(depth, 2.0f * a, b);
   });
 }
 

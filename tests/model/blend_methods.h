@@ -1,6 +1,7 @@
 // The operations of the blend methods, each on a first pixel p and a second pixel q of one depth.
 // The integer form works on stored pixels, the float form on pixels after gains and mixing; both give a finished pixel,
-// clamped to the format and truncated.
+// clamped to the format and truncated. Pixels of floats have the float form alone, and their results are stored as they
+// are.
 #pragma once
 
 #include <array>

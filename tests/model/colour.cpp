@@ -22,10 +22,15 @@ YuvFloat ToYuvFloat(float r, float g, float b) {
           r * 0.6149f - g * 0.5145f - b * 0.1004f};
 }
 
-Pixel FromYuv(const YuvFloat& yuv, std::int32_t top) {
+std::array<float, 3> RgbOfYuv(const YuvFloat& yuv) {
   const float r = yuv.u * 0.00014135384f + yuv.y * 1.0001f + yuv.v * 1.1401706f;
   const float g = yuv.y * 1.0001f - yuv.u * 0.3958304f - yuv.v * 0.5809656f;
   const float b = yuv.u * 2.0292995f + yuv.y * 1.0001001f - yuv.v * 0.0000229211f;
+  return {r, g, b};
+}
+
+Pixel FromYuv(const YuvFloat& yuv, std::int32_t top) {
+  const auto [r, g, b] = RgbOfYuv(yuv);
   const float high = static_cast<float>(top);
   return {Truncate(Limit(r, 0.0f, high)), Truncate(Limit(g, 0.0f, high)), Truncate(Limit(b, 0.0f, high)), 0};
 }

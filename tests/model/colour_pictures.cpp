@@ -25,6 +25,10 @@ float Doubled(std::int32_t stored, std::int32_t top) {
 }  // namespace
 
 Pixel YuvPixel(const Pixel& rgb, Depth depth) {
+  if (depth == Depth::Float) {
+    const YuvFloat yuv = ToYuvFloat(FloatOf(rgb[0]), FloatOf(rgb[1]), FloatOf(rgb[2]));
+    return {BitsOf(yuv.y), BitsOf(yuv.u), BitsOf(yuv.v), rgb[3]};
+  }
   const std::int32_t top = RangeOf(depth).top;
   const Yuv yuv = ToYuv(rgb[0], rgb[1], rgb[2]);
   return {Halved(yuv.y, top), Halved(yuv.u, top), Halved(yuv.v, top), rgb[3]};
@@ -51,6 +55,22 @@ void RgbToYuv(const Picture& input, Picture& output, Depth depth, const Window& 
 
 void YuvToRgb(const Picture& input, Picture& output, Depth depth, const Window& window) {
   ForEach(input, output, window, [&](const Pixel& pixel) { return RgbPixel(pixel, depth); });
+}
+
+void ChangeYuv(const Picture& source, const Picture& yuv, Picture& output, const Window& window) {
+  for (int y = window.y1; y <= window.y2; ++y) {
+    for (int x = window.x1; x <= window.x2; ++x) {
+      const Pixel rgb = At(source, x, y);
+      const Pixel before = YuvPixel(rgb, Depth::Float);
+      const Pixel after = At(yuv, x, y);
+      const auto change = [&](std::size_t c) { return FloatOf(after[c]) - FloatOf(before[c]); };
+      const std::array<float, 3> colours = RgbOfYuv({change(0), change(1), change(2)});
+      Pixel& to = Target(output, x, y);
+      for (std::size_t c = 0; c < 3; ++c)
+        to[c] = BitsOf(FloatOf(rgb[c]) + colours[c]);
+      to[3] = rgb[3];
+    }
+  }
 }
 
 void ExtractRed(const Picture& input, Picture& output, const Window& window) {

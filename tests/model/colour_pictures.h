@@ -24,6 +24,9 @@ void RgbToYuv(const Picture& input, Picture& output, Depth depth, const Window& 
 
 void YuvToRgb(const Picture& input, Picture& output, Depth depth, const Window& window);
 
+/// Floats: the source with what changed in its YUV added to the colours, and its own alpha.
+void ChangeYuv(const Picture& source, const Picture& yuv, Picture& output, const Window& window);
+
 /// Copies the red of the input to the first component of the output.
 void ExtractRed(const Picture& input, Picture& output, const Window& window);
 

@@ -36,8 +36,8 @@ void ApplyCrop(Picture& picture, const Crop& crop, Depth depth) {
   SetBounds(picture.y, Truncate(height * crop.bottom), Truncate(height * crop.top));
   picture.x.edge = crop.xEdgeMethod;
   picture.y.edge = crop.yEdgeMethod;
-  const float one = static_cast<float>(RangeOf(depth).one);
-  picture.outside = {Truncate(crop.red * one), Truncate(crop.green * one), Truncate(crop.blue * one), 0};
+  const auto colour = [&](float fraction) { return Store(depth, fraction * One(depth)); };
+  picture.outside = {colour(crop.red), colour(crop.green), colour(crop.blue), 0};
 }
 
 Rectangle CropRectangle(const Picture& picture, const Crop& crop) {

@@ -6,6 +6,7 @@
 #include "arithmetic.h"
 #include "box.h"
 #include "copy.h"
+#include "exact_box.h"
 
 namespace model {
 namespace {
@@ -26,6 +27,8 @@ struct Stretch {
 
 /// The boxes along one line: the same for all lines of a pass.
 struct LinePlan {
+  Depth depth = Depth::Eight;
+  float radius = 0.0f;
   Box box{};
   int boxes = 3;
   Span buffer{};         ///< coordinates that a line buffer holds
@@ -34,8 +37,10 @@ struct LinePlan {
   bool lastFits = true;  ///< the last box produces the window only; if false, it too may produce the whole buffer
 };
 
-LinePlan PlanLine(float size, int boxes, int lineLength, int writeOrigin, int edge) {
+LinePlan PlanLine(Depth depth, float size, int boxes, int lineLength, int writeOrigin, int edge) {
   LinePlan plan;
+  plan.depth = depth;
+  plan.radius = size;
   plan.box = MakeBox(size);
   plan.boxes = boxes;
   const std::int64_t margin = MarginOf(plan.box, boxes);
@@ -50,6 +55,12 @@ bool HasMemory(const LinePlan& plan) {
   return length >= 0 && length < kTooMany;
 }
 
+std::vector<std::int32_t> BoxAlong(const LineSource& source, Span span, const LinePlan& plan) {
+  if (span.begin >= span.end) return {};
+  return plan.depth == Depth::Float ? ExactBoxLine(source, span.begin, span.end, plan.radius)
+                                    : BoxLine(source, span.begin, span.end, plan.box);
+}
+
 Span OrWhole(Span wanted, Span buffer) {
   return wanted.begin < buffer.begin || wanted.end > buffer.end ? buffer : wanted;
 }
@@ -57,7 +68,7 @@ Span OrWhole(Span wanted, Span buffer) {
 /// A line buffer after one box: zero where the box produced nothing, read through the edge method beyond its ends.
 LineSource Buffered(const LineSource& source, Span wanted, const LinePlan& plan, std::int32_t outside) {
   const Span span = OrWhole(wanted, plan.buffer);
-  const std::vector<std::int32_t> values = BoxLine(source, span.begin, span.end, plan.box);
+  const std::vector<std::int32_t> values = BoxAlong(source, span, plan);
   const auto length = static_cast<std::size_t>(plan.buffer.end - plan.buffer.begin);
   std::vector<std::int32_t> buffer(length, 0);
   for (std::size_t i = 0; i < values.size(); ++i)
@@ -77,7 +88,7 @@ Stretch Boxes(const LineSource& source, const LinePlan& plan, std::int32_t outsi
   LineSource last = Buffered(source, {window.begin - 2 * reach - 2, window.end + 2 * reach + 2}, plan, outside);
   if (plan.boxes == 3) last = Buffered(last, {window.begin - reach - 1, window.end + reach + 1}, plan, outside);
   const Span span = plan.lastFits ? window : OrWhole(window, plan.buffer);
-  return {span.begin, BoxLine(last, span.begin, span.end, plan.box)};
+  return {span.begin, BoxAlong(last, span, plan)};
 }
 
 /// Filters rows of the intermediate along x, each row of the input once.
@@ -134,6 +145,10 @@ bool Filter(const Picture& input, Picture& output, const FilterSettings& setting
   float sizeY = settings.sizeY;
   if (sizeX > limit) sizeX = limit;
   if (sizeY > limit) sizeY = limit;
+  if (settings.depth == Depth::Float) {
+    if (sizeX < 0.0f) sizeX = 0.0f;
+    if (sizeY < 0.0f) sizeY = 0.0f;
+  }
   if (sizeX == 0.0f && sizeY == 0.0f) {
     CopyPicture(input, output, window);
     return true;
@@ -145,10 +160,10 @@ bool Filter(const Picture& input, Picture& output, const FilterSettings& setting
   std::optional<Picture> between = MakeIntermediate(input, output, lineLengthY, m);
   if (!between) return false;
 
-  LinePlan alongX = PlanLine(sizeX, settings.boxes, lineLengthX, output.x.writeOrigin, input.x.edge);
+  LinePlan alongX = PlanLine(settings.depth, sizeX, settings.boxes, lineLengthX, output.x.writeOrigin, input.x.edge);
   alongX.window = {window.x1, std::int64_t{window.x2} + 1};
   alongX.lastFits = false;
-  LinePlan alongY = PlanLine(sizeY, settings.boxes, lineLengthY, output.y.writeOrigin, input.y.edge);
+  LinePlan alongY = PlanLine(settings.depth, sizeY, settings.boxes, lineLengthY, output.y.writeOrigin, input.y.edge);
   alongY.window = {window.y1, std::int64_t{window.y2} + 1};
   if (!HasMemory(alongX) || !HasMemory(alongY)) return false;
 

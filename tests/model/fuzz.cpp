@@ -76,7 +76,38 @@ bool ThroughGrey(const FuzzJob& job, Picture& target, const Window& window) {
   return true;
 }
 
-void Place(Picture& picture, int x, int y) {
+/// Floats: the red of the source itself is filtered, then spread.
+bool ThroughRed(const FuzzJob& job, Picture& target, const Window& window) {
+  const Picture source = job.source;
+  if (!Filter(source, target, SettingsOf(job, Depth::Float, window))) return false;
+  for (int y = window.y1; y <= window.y2; ++y) {
+    for (int x = window.x1; x <= window.x2; ++x) {
+      Pixel& to = Target(target, x, y);
+      to = {to[0], to[0], to[0], to[3]};
+    }
+  }
+  CopyChannels(source, target, kAlphaOnly, window);
+  return true;
+}
+
+/// Floats: the filter reads the YUV of the whole source. Alpha is copied from the source over the whole target.
+bool ByChangeOfYuv(const FuzzJob& job, Picture& target, const Window& window) {
+  Picture yuv = job.source;
+  yuv.outside = YuvPixel(yuv.outside, Depth::Float);
+  for (Pixel& pixel : yuv.pixels)
+    pixel = YuvPixel(pixel, Depth::Float);
+  Picture filtered = Companion(target, job.source);
+  for (int y = window.y1; y <= window.y2; ++y) {
+    for (int x = window.x1; x <= window.x2; ++x)
+      Target(filtered, x, y) = At(yuv, x, y);
+  }
+  if (!Filter(yuv, filtered, SettingsOf(job, Depth::Float, window))) return false;
+  ChangeYuv(job.source, filtered, target, window);
+  CopyChannels(job.source, target, kAlphaOnly, WholeWindow(target));
+  return true;
+}
+
+void MoveTo(Picture& picture, int x, int y) {
   picture.x.origin = picture.x.writeOrigin = x;
   picture.y.origin = picture.y.writeOrigin = y;
 }
@@ -87,10 +118,10 @@ bool ThroughYuv(const FuzzJob& job, Picture& target, const Window& window) {
   RgbToYuv(job.source, yuv, job.depth, ReadWindow(job, target, window));
   const int x = target.x.writeOrigin;
   const int y = target.y.writeOrigin;
-  Place(yuv, 0, 0);
+  MoveTo(yuv, 0, 0);
   const Window moved{window.x1 - x, window.y1 - y, window.x2 - x, window.y2 - y};
   if (!Filter(yuv, yuv, SettingsOf(job, Depth::Wide, moved))) return false;
-  Place(yuv, x, y);
+  MoveTo(yuv, x, y);
   YuvToRgb(yuv, target, job.depth, window);
   CopyChannels(job.source, target, kAlphaOnly, WholeWindow(target));
   return true;
@@ -104,18 +135,25 @@ bool BlurBy(const FuzzJob& job, Picture& target, const Window& window) {
     case kFuzzRed:
     case kFuzzGreen:
     case kFuzzBlue: return Direct(job, target, window);
-    case kFuzzGrey: return ThroughGrey(job, target, window);
+    case kFuzzGrey:
+      return job.depth == Depth::Float ? ThroughRed(job, target, window) : ThroughGrey(job, target, window);
     case kFuzzLuminance:
     case kFuzzU:
     case kFuzzV:
-    case kFuzzChroma: return ThroughYuv(job, target, window);
+    case kFuzzChroma:
+      return job.depth == Depth::Float ? ByChangeOfYuv(job, target, window) : ThroughYuv(job, target, window);
     default: return true;
   }
 }
 
 }  // namespace
 
-Picture Fuzz(const FuzzJob& job, bool* outOfMemory) {
+Picture Fuzz(const FuzzJob& asked, bool* outOfMemory) {
+  FuzzJob job = asked;
+  if (job.depth == Depth::Float) {
+    if (job.sizeX < 0.0f) job.sizeX = 0.0f;
+    if (job.sizeY < 0.0f) job.sizeY = 0.0f;
+  }
   Picture target = job.target;
   if (outOfMemory != nullptr) *outOfMemory = false;
   if (IsEmpty(target)) return target;

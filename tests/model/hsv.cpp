@@ -21,6 +21,20 @@ std::int32_t HueOf(std::int32_t one, std::int32_t r, std::int32_t g, std::int32_
   return Add(offset(r, g), 2 * third);
 }
 
+double Greatest(const Colours& c) {
+  return static_cast<double>(std::max({c[0], c[1], c[2]}));
+}
+
+double SpanOf(const Colours& c) {
+  return Greatest(c) - static_cast<double>(std::min({c[0], c[1], c[2]}));
+}
+
+/// The value, or the value less the least colour where that is 0 or below.
+double Height(const Colours& c) {
+  const double least = static_cast<double>(std::min({c[0], c[1], c[2]}));
+  return least <= 0.0 ? Greatest(c) - least : Greatest(c);
+}
+
 }  // namespace
 
 Hsv ToHsv(Depth depth, std::int32_t r, std::int32_t g, std::int32_t b) {
@@ -60,6 +74,23 @@ Pixel FromHsv(Depth depth, const Hsv& hsv) {
     case 4: return limited(t, p, v);
     default: return limited(v, p, q);
   }
+}
+
+Colours Recolour(const Colours& hue, const Colours& saturation, const Colours& value) {
+  const double top = Greatest(value);
+  const float grey = static_cast<float>(top);
+  if (SpanOf(hue) == 0.0 || SpanOf(saturation) == 0.0) return {grey, grey, grey};
+  const double stretch = SpanOf(saturation) * Height(value) / (Height(saturation) * SpanOf(hue));
+  if (stretch == 1.0 && top == Greatest(hue)) return hue;
+  const double span = std::min(SpanOf(saturation) * Height(value) / Height(saturation), Height(value));
+  Colours result{};
+  for (std::size_t c = 0; c < 3; ++c) {
+    // The least colour lies the whole span below the top, whatever the rounding of the stretch.
+    const double below = Greatest(hue) - static_cast<double>(hue[c]);
+    const double moved = below == SpanOf(hue) ? span : below * stretch;
+    result[c] = static_cast<float>(std::max(top - moved, top - span));
+  }
+  return result;
 }
 
 }  // namespace model

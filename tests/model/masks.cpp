@@ -3,8 +3,10 @@
 namespace model {
 
 std::int32_t MaskedComponent(Depth depth, std::int32_t source, std::int32_t effect, std::int32_t mask) {
-  if (mask == 0) return source;
-  if (mask == RangeOf(depth).top) return effect;
+  if (depth != Depth::Float) {
+    if (mask == 0) return source;
+    if (mask == RangeOf(depth).top) return effect;
+  }
   return MixWhole(depth, effect, source, mask);
 }
 

@@ -9,7 +9,7 @@
 
 namespace model {
 
-/// One component under a mask value: source at 0, effect at the top; other values mix or extrapolate.
+/// One component under a mask value: source at 0, effect at the top; other values mix. Integers extrapolate below 0.
 std::int32_t MaskedComponent(Depth depth, std::int32_t source, std::int32_t effect, std::int32_t mask);
 
 /// Mixes the source into the output by the mask. Where the mask has no pixel it counts as 0; where the source has none

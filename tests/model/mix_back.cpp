@@ -1,6 +1,7 @@
 #include "mix_back.h"
 
 #include <cmath>
+#include <limits>
 
 #include "arithmetic.h"
 
@@ -40,10 +41,20 @@ constexpr Method kMethods[] = {
     {blend::HardLight, blend::HardLight, false, false},
 };
 
-FloatPixel Times(const Pixel& pixel, float factor) {
+/// Of floats, within limits that no later product overflows.
+FloatPixel Times(Depth depth, const Pixel& pixel, float factor) {
+  FloatPixel result{};
+  for (std::size_t c = 0; c < 4; ++c) {
+    result[c] = Load(depth, pixel[c]) * factor;
+    if (depth == Depth::Float) result[c] = Limit(result[c], -0x1p60f, 0x1p60f);
+  }
+  return result;
+}
+
+FloatPixel MixPixels(const FloatPixel& a, const FloatPixel& b, float amount) {
   FloatPixel result{};
   for (std::size_t c = 0; c < 4; ++c)
-    result[c] = static_cast<float>(pixel[c]) * factor;
+    result[c] = MixFloats(a[c], b[c], amount);
   return result;
 }
 
@@ -51,8 +62,8 @@ FloatPixel Plus(const FloatPixel& a, const FloatPixel& b) {
   return {a[0] + b[0], a[1] + b[1], a[2] + b[2], a[3] + b[3]};
 }
 
-FloatPixel WeightedSum(const Pixel& a, float weightA, const Pixel& b, float weightB) {
-  return Plus(Times(a, weightA), Times(b, weightB));
+FloatPixel WeightedSum(Depth depth, const Pixel& a, float weightA, const Pixel& b, float weightB) {
+  return Plus(Times(depth, a, weightA), Times(depth, b, weightB));
 }
 
 /// Factors of one stage; 1.0 is 100 percent.
@@ -76,26 +87,33 @@ Factors FactorsOf(const MixSettings& settings, MixForm form) {
 
 /// The operands are mixed, then combined.
 Pixel MixedBefore(const Method& method, Depth depth, MixForm form, const Factors& k, const Pixel& a, const Pixel& b) {
-  const FloatPixel gainedA = Times(a, k.gainA);
-  const FloatPixel gainedB = Times(b, k.gainB);
+  const FloatPixel gainedA = Times(depth, a, k.gainA);
+  const FloatPixel gainedB = Times(depth, b, k.gainB);
   if (form == MixForm::Gained) return method.floating(depth, gainedA, gainedB);
-  const FloatPixel mixed = WeightedSum(a, k.gainA * k.weightA, b, k.gainB * k.weightB);
+  const bool floats = depth == Depth::Float;
+  const FloatPixel mixed = floats ? MixPixels(gainedA, gainedB, k.weightA)
+                                  : WeightedSum(depth, a, k.gainA * k.weightA, b, k.gainB * k.weightB);
   if (form == MixForm::TowardSource) return method.floating(depth, mixed, gainedB);
   FloatPixel first = gainedA;
   // On this side the effect's alpha takes the source's gain.
-  if (method.firstAlpha) first[3] = static_cast<float>(a[3]) * k.gainB;
+  if (method.firstAlpha) first[3] = Times(depth, a, k.gainB)[3];
   return method.floating(depth, first, mixed);
 }
 
 /// The operands are combined into a finished pixel, then mixed.
 Pixel MixedAfter(const Method& method, Depth depth, MixForm form, const Factors& k, const Pixel& a, const Pixel& b) {
-  const FloatPixel gainedA = Times(a, k.gainA);
-  const FloatPixel gainedB = Times(b, k.gainB);
+  const FloatPixel gainedA = Times(depth, a, k.gainA);
+  const FloatPixel gainedB = Times(depth, b, k.gainB);
   const Pixel combined = method.floating(depth, gainedA, gainedB);
   if (form == MixForm::Gained) return combined;
   Pixel result{};
   for (std::size_t c = 0; c < 4; ++c) {
-    const float whole = static_cast<float>(combined[c]);
+    const float whole = Load(depth, combined[c]);
+    if (depth == Depth::Float) {
+      result[c] = BitsOf(form == MixForm::TowardSource ? MixFloats(whole, gainedB[c], k.weightA)
+                                                       : MixFloats(gainedA[c], whole, k.weightA));
+      continue;
+    }
     const float sum = form == MixForm::TowardSource ? whole * k.weightA + gainedB[c] * k.weightB
                                                     : gainedA[c] * k.weightA + whole * k.weightB;
     result[c] = Store(depth, sum);
@@ -103,15 +121,31 @@ Pixel MixedAfter(const Method& method, Depth depth, MixForm form, const Factors&
   return result;
 }
 
+/// In doubles, rounded once, within the range of floats.
+Pixel MixPlainFloats(const MixSettings& settings, const Pixel& effect, const Pixel& source) {
+  const float m = settings.blend / 100.0f;
+  const double weightA = static_cast<double>((1.0f - m) * (settings.effectGain / 100.0f));
+  const double weightB = static_cast<double>(m * (settings.sourceGain / 100.0f));
+  constexpr double kMost = std::numeric_limits<float>::max();
+  Pixel result{};
+  for (std::size_t c = 0; c < 4; ++c) {
+    const double sum =
+        static_cast<double>(FloatOf(effect[c])) * weightA + static_cast<double>(FloatOf(source[c])) * weightB;
+    result[c] = BitsOf(static_cast<float>(Limit(sum, -kMost, kMost)));
+  }
+  return result;
+}
+
 }  // namespace
 
 Pixel MixPlain(const MixSettings& settings, const Pixel& effect, const Pixel& source) {
+  if (settings.depth == Depth::Float) return MixPlainFloats(settings, effect, source);
   const float m = settings.blend / 100.0f;
   const float weightA = (1.0f - m) * settings.effectGain / 100.0f;
   const float weightB = m * settings.sourceGain / 100.0f;
   const bool limits = weightA < 0.0f || weightB < 0.0f || weightA + weightB > 1.0f;
   const float one = static_cast<float>(RangeOf(settings.depth).one);
-  const FloatPixel sum = WeightedSum(effect, weightA, source, weightB);
+  const FloatPixel sum = WeightedSum(settings.depth, effect, weightA, source, weightB);
   Pixel result{};
   for (std::size_t c = 0; c < 4; ++c) {
     const float value = limits ? Limit(sum[c], 0.0f, one) : sum[c];
@@ -122,8 +156,10 @@ Pixel MixPlain(const MixSettings& settings, const Pixel& effect, const Pixel& so
 
 MixForm FormOf(const MixSettings& settings) {
   const float m = Limit(settings.blend / 100.0f, 0.0f, 1.0f);
-  if (!(std::fabs(static_cast<double>(m) - 0.5) < kNeutral))
-    return m < 0.5f ? MixForm::TowardEffect : MixForm::TowardSource;
+  const bool floats = settings.depth == Depth::Float;
+  const bool even = floats ? m == 0.5f : std::fabs(static_cast<double>(m) - 0.5) < kNeutral;
+  if (!even) return m < 0.5f ? MixForm::TowardEffect : MixForm::TowardSource;
+  if (floats) return MixForm::Gained;
   const auto gains = [](float percent) { return std::fabs(percent / 100.0f - 1.0f) > 0.003921569f; };
   return gains(settings.effectGain) || gains(settings.sourceGain) ? MixForm::Gained : MixForm::Whole;
 }

@@ -19,7 +19,8 @@ struct MixSettings {
   float sourceGain = 100.0f;
 };
 
-/// One pixel of method 1: a weighted sum, clamped to 0..one only if the weights could leave the range.
+/// One pixel of method 1: a weighted sum, clamped to 0..one only if the weights could leave the range. Floats are not
+/// clamped.
 Pixel MixPlain(const MixSettings& settings, const Pixel& effect, const Pixel& source);
 
 /// Which of the four forms a method takes.
@@ -27,7 +28,7 @@ enum class MixForm {
   TowardSource,  ///< the blend lies above one half
   TowardEffect,  ///< the blend lies below one half
   Gained,        ///< at one half, with gains
-  Whole,         ///< at one half, without gains: integers
+  Whole,         ///< at one half, without gains: integers. Not of floats
 };
 
 MixForm FormOf(const MixSettings& settings);

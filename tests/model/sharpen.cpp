@@ -5,6 +5,7 @@
 namespace model {
 
 std::int32_t Reflected(std::int32_t source, std::int32_t blurred, Depth depth) {
+  if (depth == Depth::Float) return BitsOf(2.0f * FloatOf(source) - FloatOf(blurred));
   const Range range = RangeOf(depth);
   const std::int32_t twice = Truncate(static_cast<float>(source) * 2.0f);
   return Limit(Subtract(twice, blurred), range.min, range.max);

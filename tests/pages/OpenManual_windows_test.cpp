@@ -10,9 +10,6 @@
 
 #include "tests/pages/OpenedManuals.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur {

@@ -12,9 +12,6 @@
 #include "platform/IDSImageEffect.h"
 #include "properties/ClassIds.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <objbase.h>
 #include <windows.h>
 

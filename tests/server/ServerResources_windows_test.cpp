@@ -10,9 +10,6 @@
 #include "resources/Dialogs.h"
 #include "resources/Strings.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur {

@@ -41,11 +41,24 @@ constexpr ComponentRange<Pixel> storageRange() {
   }
 }
 
+// Of a float: within the range and a little beyond it, sometimes at its ends or those of what is carried.
+inline float randomFloat(Random& random, int low, int high) {
+  const auto from = static_cast<float>(low);
+  const auto to = static_cast<float>(high);
+  if (random.oneIn(8)) return random.oneOf({from, to, 0.0f, -to, 1e-7f, -3e-5f, 0.18f, 65504.0f, -65504.0f});
+  const float width = to - from;
+  return random.between(from - 0.25f * width, to + 0.25f * width);
+}
+
 // Any value in the range, sometimes one of its ends.
 template <class Pixel>
 Pixel randomPixel(Random& random, ComponentRange<Pixel> range) {
   Pixel pixel{};
   for (int c = 0; c < PixelTraits<Pixel>::kComponents; ++c) {
+    if constexpr (std::is_same_v<ComponentOf<Pixel>, float>) {
+      setComponent(pixel, c, randomFloat(random, range.low, range.high));
+      continue;
+    }
     const int value = random.oneIn(8) ? random.oneOf({range.low, range.high}) : random.within(range.low, range.high);
     setComponent(pixel, c, static_cast<ComponentOf<Pixel>>(value));
   }

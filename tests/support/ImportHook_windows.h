@@ -6,9 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::test {
@@ -41,5 +38,28 @@ void HookImport(HINSTANCE library, const char* from, const char* function, Funct
   *slot = reinterpret_cast<void*>(replacement);
   EXPECT_TRUE(::VirtualProtect(slot, sizeof *slot, before, &before));
 }
+
+// The same of a library that stays, or of the program: while this lives.
+class HookedImport {
+ public:
+  template <class Function>
+  HookedImport(HINSTANCE library, const char* from, const char* function, Function* replacement)
+      : library_(library), from_(from), function_(function) {
+    void** const slot = ImportSlot(library, from, function);
+    if (slot != nullptr) before_ = *slot;
+    HookImport(library, from, function, replacement);
+  }
+  ~HookedImport() {
+    if (before_ != nullptr) HookImport(library_, from_, function_, static_cast<char*>(before_));
+  }
+  HookedImport(const HookedImport&) = delete;
+  HookedImport& operator=(const HookedImport&) = delete;
+
+ private:
+  HINSTANCE library_;
+  const char* from_;
+  const char* function_;
+  void* before_ = nullptr;
+};
 
 }  // namespace vblur::test

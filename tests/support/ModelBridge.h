@@ -1,7 +1,10 @@
 // Converts textures to pictures of the independent model, and compares the two bit for bit.
 #pragma once
 
+#include <bit>
+#include <cstdint>
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -26,7 +29,11 @@ template <class Pixel>
 model::Pixel modelPixel(const Pixel& pixel) {
   model::Pixel result{};
   for (int c = 0; c < PixelTraits<Pixel>::kComponents; ++c)
-    result[static_cast<std::size_t>(c)] = componentOf(pixel, c);
+    if constexpr (std::is_same_v<ComponentOf<Pixel>, float>) {
+      result[static_cast<std::size_t>(c)] = std::bit_cast<std::int32_t>(componentOf(pixel, c));
+    } else {
+      result[static_cast<std::size_t>(c)] = componentOf(pixel, c);
+    }
   return result;
 }
 
@@ -43,7 +50,9 @@ model::Picture modelPicture(const HvTexture<Pixel, Accum>& texture) {
 
 template <class Pixel>
 constexpr model::Depth modelDepth() {
-  if constexpr (sizeof(ComponentOf<Pixel>) == 1) {
+  if constexpr (std::is_same_v<ComponentOf<Pixel>, float>) {
+    return model::Depth::Float;
+  } else if constexpr (sizeof(ComponentOf<Pixel>) == 1) {
     return model::Depth::Eight;
   } else if constexpr (sizeof(ComponentOf<Pixel>) == 2) {
     return model::Depth::Sixteen;

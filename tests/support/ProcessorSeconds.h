@@ -5,9 +5,6 @@
 
 #ifdef _WIN32
 // There std::clock is the time of day.
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 #endif
 

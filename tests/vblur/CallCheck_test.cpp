@@ -1,5 +1,6 @@
 // What the calls refuse, and with which messages.
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -51,10 +52,10 @@ TEST_F(CallCheck, Pictures) {
   source_.pixels = nullptr;
   refuses("source.pixels: null: expected the first pixel of row 0");
   source_.pixels = static_cast<char*>(pixels) + 1;
-  refuses("source.pixels: an odd address: expected a multiple of 2, the bytes of a component");
+  refuses("source.pixels: an address between components: expected a multiple of 2, the bytes of a component");
   source_.pixels = pixels;
-  source_.format = 2;
-  refuses("source.format: 2: expected 0 to 1");
+  source_.format = 3;
+  refuses("source.format: 3: expected 0 to 2");
   source_.format = VBLUR_RGBA_8;
   refuses("result.format: 1: expected 0, the format of the source");
   source_.format = VBLUR_RGBA_S2_14;
@@ -65,6 +66,39 @@ TEST_F(CallCheck, Pictures) {
   refuses("result.height: 16777217: expected 1 to 16777216");
   result_.height = kHeight - 1;
   refuses("result: 4 x 2 pixels: expected 4 x 3, as the source");
+}
+
+TEST_F(CallCheck, Floats) {
+  std::vector<float> memory(2 * 4 * kWidth * kHeight, 0.5f);
+  source_ = {memory.data(), VBLUR_RGBA_F32, kWidth, kHeight, 0};
+  result_ = {memory.data() + 4 * kWidth * kHeight, VBLUR_RGBA_F32, kWidth, kHeight, 0};
+  accepts();
+  source_.pixels = reinterpret_cast<char*>(memory.data()) + 2;
+  refuses("source.pixels: an address between components: expected a multiple of 4, the bytes of a component");
+  source_.pixels = memory.data();
+  source_.stride = 66;
+  refuses("source.stride: 66: expected a multiple of 4, the bytes of a component");
+  source_.stride = 60;
+  refuses("source.stride: 60: expected 0, or 64 or more forwards or backwards, for rows of 4 pixels of 16 bytes");
+  source_.stride = 0;
+  settings_.outside[0] = 1 << 20;  // Of the other formats.
+  accepts();
+  settings_.outside_f32[2] = std::nanf("");
+  refuses("settings.outside_f32: nan: expected finite numbers");
+}
+
+// A program that was compiled before the last fields were there.
+TEST_F(CallCheck, FloatsAreBlackOutsideWithoutTheField) {
+  std::vector<float> memory(2 * 4 * kWidth * kHeight, 1.0f);
+  source_ = {memory.data(), VBLUR_RGBA_F32, kWidth, kHeight, 0};
+  result_ = {memory.data() + 4 * kWidth * kHeight, VBLUR_RGBA_F32, kWidth, kHeight, 0};
+  settings_.edge_x = settings_.edge_y = VBLUR_EDGE_COLOUR;
+  settings_.outside_f32[0] = 1.0f;
+  accepts();
+  EXPECT_GT(memory[4 * kWidth * kHeight], 0.99f);
+  settings_.struct_size = offsetof(vblur_settings, outside_f32);
+  accepts();
+  EXPECT_LT(memory[4 * kWidth * kHeight], 0.9f);
 }
 
 TEST_F(CallCheck, Strides) {

@@ -40,23 +40,29 @@ struct Scene {
     result.fillRandom(random);
   }
 
-  void wrapSource(HvTexture<Pixel, Ri>& texture) {
+  void wrapSource(HvTexture<Pixel, AccumOf<Pixel>>& texture) {
     source.wrapIn(texture);
     texture.setEdgeMethods(static_cast<std::int32_t>(settings.edgeX), static_cast<std::int32_t>(settings.edgeY));
     Pixel outside{};
-    for (int c = 0; c < 4; ++c)
-      outside[c] = static_cast<typename Pixel::Component>(settings.outside[static_cast<std::size_t>(c)]);
+    for (int c = 0; c < 4; ++c) {
+      const auto at = static_cast<std::size_t>(c);
+      if constexpr (Pixel::kIntegral) {
+        outside[c] = static_cast<typename Pixel::Component>(settings.outside[at]);
+      } else {
+        outside[c] = settings.outsideF32[at];
+      }
+    }
     texture.setOutsideColour(outside);
   }
 
   // The result of the filter itself on a copy.
   Canvas<Pixel> filtered() {
     Canvas<Pixel> expected = result;
-    HvTexture<Pixel, Ri> from;
-    HvTexture<Pixel, Ri> to;
+    HvTexture<Pixel, AccumOf<Pixel>> from;
+    HvTexture<Pixel, AccumOf<Pixel>> to;
     wrapSource(from);
     expected.wrapIn(to);
-    FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
+    FuzzSampler<Pixel, AccumOf<Pixel>, Pixel::kMax> sampler;
     sampler.method = method;
     sampler.mode = fuzzModeOf(static_cast<std::int32_t>(settings.channels));
     sampler.sizeX = radiusOf(settings.sizeX, width, height);
@@ -69,8 +75,8 @@ struct Scene {
   }
 
   model::Picture modelled() {
-    HvTexture<Pixel, Ri> from;
-    HvTexture<Pixel, Ri> to;
+    HvTexture<Pixel, AccumOf<Pixel>> from;
+    HvTexture<Pixel, AccumOf<Pixel>> to;
     wrapSource(from);
     result.wrapIn(to);
     static constexpr model::FuzzMode kModes[] = {model::kFuzzRgb,   model::kFuzzAll,       model::kFuzzGrey,
@@ -102,6 +108,7 @@ struct Scene {
 // Those of the filter and of its channels; a grey picture is extracted and spread.
 template <class Pixel>
 std::vector<std::string> kernelsOf(bool withGrey) {
+  if (!Pixel::kIntegral) return {"boxSweep float"};
   std::vector<std::string> names{"transposePixels"};
   for (const char* name : {"boxSweep", "yuvRow", "rgbRow", "extractRow", "spreadRow"})
     names.push_back(std::string(name) + (sizeof(Pixel) == 4 ? " 8" : " 16"));
@@ -112,7 +119,7 @@ std::vector<std::string> kernelsOf(bool withGrey) {
 template <class Pixel>
 class Calls : public ::testing::Test {};
 
-using Depths = ::testing::Types<R8, R16>;
+using Depths = ::testing::Types<R8, R16, Rf>;
 TYPED_TEST_SUITE(Calls, Depths);
 
 TYPED_TEST(Calls, MakeWhatTheFilterMakes) {
@@ -144,7 +151,7 @@ TYPED_TEST(Calls, MakeWhatTheModelSays) {
     const model::Picture expected = scene.modelled();
     const CpuLevel level(randomCpuLevel(random));
     ASSERT_TRUE(run(scene.method, asSource(pictureOf(scene.source)), pictureOf(scene.result), scene.settings));
-    HvTexture<TypeParam, Ri> have;
+    HvTexture<TypeParam, AccumOf<TypeParam>> have;
     scene.result.wrapIn(have);
     EXPECT_TRUE(equalsModel(have, expected));
     runs.note();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "image/Pixels.h"
 #include "tests/support/Canvas.h"
@@ -13,11 +14,16 @@
 namespace vblur::test {
 
 template <class Pixel>
-inline constexpr Format kFormatOf = sizeof(Pixel) == 4 ? Format::RGBA8 : Format::RGBAS2_14;
+inline constexpr Format kFormatOf = sizeof(Pixel) == 4   ? Format::RGBA8
+                                    : sizeof(Pixel) == 8 ? Format::RGBAS2_14
+                                                         : Format::RGBAF32;
+// What the filter of a pixel type sums in.
+template <class Pixel>
+using AccumOf = std::conditional_t<Pixel::kIntegral, Ri, Rf>;
 
 template <class Pixel>
 Picture pictureOf(Canvas<Pixel>& canvas) {
-  HvTexture<Pixel, Ri> texture;
+  HvTexture<Pixel, AccumOf<Pixel>> texture;
   canvas.wrapIn(texture);
   return {texture.data, kFormatOf<Pixel>, texture.width(), texture.height(),
           static_cast<std::ptrdiff_t>(texture.stride)};
@@ -40,8 +46,13 @@ Settings randomSettings(Random& random, std::int32_t width, std::int32_t height)
   settings.edgeX = static_cast<Edge>(random.within(VBLUR_EDGE_COLOUR, VBLUR_EDGE_WRAP));
   settings.edgeY = static_cast<Edge>(random.within(VBLUR_EDGE_COLOUR, VBLUR_EDGE_WRAP));
   const Pixel outside = randomPixel(random, storageRange<Pixel>());
-  for (int c = 0; c < 4; ++c)
-    settings.outside[static_cast<std::size_t>(c)] = outside[c];
+  for (int c = 0; c < 4; ++c) {
+    if constexpr (Pixel::kIntegral) {
+      settings.outside[static_cast<std::size_t>(c)] = outside[c];
+    } else {
+      settings.outsideF32[static_cast<std::size_t>(c)] = outside[c];
+    }
+  }
   if (random.oneIn(2)) {
     Region region{random.within(0, width - 1), random.within(0, height - 1)};
     region.width = random.within(1, width - region.x);

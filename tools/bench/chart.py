@@ -52,7 +52,7 @@ def draw_panel(axes, results, depth):
         floor = results.per_megapixel("copies", depth=depth, threads=threads)
         if floor is not None:
             axes.axhline(floor, color="#333333", linestyle=style, linewidth=1.2, label=f"four copies, {words}")
-    axes.set_title(f"{depth} bits")
+    axes.set_title("float" if depth == 32 else f"{depth} bits")
     axes.set_xlabel("radius of one box, pixels")
     axes.set_xscale("log")
     axes.set_yscale("log")
@@ -74,8 +74,8 @@ def draw(results, path):
 
     # The same run gives the same file.
     plt.rcParams.update({"svg.hashsalt": "vblur", "font.size": 10})
-    figure, panels = plt.subplots(1, 2, figsize=(11, 6.8), sharey=True)
-    for axes, depth in zip(panels, (8, 16)):
+    figure, panels = plt.subplots(1, 3, figsize=(15, 6.8), sharey=True)
+    for axes, depth in zip(panels, (8, 16, 32)):
         draw_panel(axes, results, depth)
     panels[0].set_ylabel("ms per megapixel (3840 x 2160 RGBA)")
     handles = {}

@@ -39,8 +39,19 @@ class Table:
         return "\n".join([f"## {self.title}", "", *lines, ""])
 
 
+def name_of(depth):
+    return "float" if depth == 32 else f"{depth} bits"
+
+
+def depths_and_threads():
+    return [
+        f"{name_of(depth)}, {threads} thread{'s' * (threads > 1)}" for depth in speed_goals.DEPTHS for threads in (1, 2)
+    ]
+
+
 def goals_table(results):
-    table = Table("Goals", ["goal", "8 bits", "limit", "", "16 bits", "limit", ""])
+    heads = [cell for depth in speed_goals.DEPTHS for cell in (name_of(depth), "limit", "")]
+    table = Table("Goals", ["goal", *heads])
     words = {True: "met", False: "NOT MET", None: "-"}
     for goal in speed_goals.all_goals(results):
         row = [goal.text]
@@ -62,13 +73,13 @@ def sizes_table(results):
     table = Table(
         "The filter by radius: ms per megapixel, and over four copies",
         ["radius of one box"]
-        + [f"{depth} bits, {threads} thread{'s' * (threads > 1)}" for depth in (8, 16) for threads in (1, 2)],
+        + depths_and_threads(),
     )
     rows = [("four copies", "copies", {})]
     rows += [(radius, "blur", {"radius": radius}) for radius in results.values("blur", "radius")]
     for name, what, keys in rows:
         cells = []
-        for depth in (8, 16):
+        for depth in speed_goals.DEPTHS:
             for threads in (1, 2):
                 base = {"depth": depth, "threads": threads}
                 time = results.per_megapixel(what, **base, **keys)
@@ -84,7 +95,8 @@ def levels_table(results, depth):
     best = results.context.get("cpu_level", "native")
     radii = sorted({case["radius"] for case, _ in results.cases("blur") if case["level"] != "native"}, key=float)
     table = Table(
-        f"Instruction sets, {depth} bits, one thread: ms per megapixel by radius, and over four copies", ["", *radii]
+        f"Instruction sets, {name_of(depth)}, one thread: ms per megapixel by radius, and over four copies",
+        ["", *radii],
     )
     floor = results.per_megapixel("copies", depth=depth)
     for level in levels:
@@ -96,7 +108,8 @@ def levels_table(results, depth):
 
 def modes_table(results):
     table = Table(
-        "Channels and Sharpen at r = 10, one thread: ms per megapixel, and over RGBA", ["", "8 bits", "16 bits"]
+        "Channels and Sharpen at r = 10, one thread: ms per megapixel, and over RGBA",
+        ["", *map(name_of, speed_goals.DEPTHS)],
     )
     rows = [("RGBA", {})]
     for mode in ("RGB", "Alpha", "Red", "Green", "Blue", "Grey", "Luminance", "U", "V", "Chroma"):
@@ -104,11 +117,11 @@ def modes_table(results):
     rows.append(("RGBA, Sharpen", {"method": "Sharpen"}))
     for name, keys in rows:
         cells = []
-        for depth in (8, 16):
+        for depth in speed_goals.DEPTHS:
             time = results.per_megapixel("blur", depth=depth, radius=10, **keys)
             whole = results.per_megapixel("blur", depth=depth, radius=10)
             cells.append("-" if time is None else f"{number(time)} ({number(over(time, whole))})")
-        if cells != ["-", "-"]:
+        if set(cells) != {"-"}:
             table.add(name, *cells)
     return table
 
@@ -153,12 +166,12 @@ def pictures_table(results):
     table = Table(
         "Pictures of several sizes at r = 10: ms per megapixel, and over four copies",
         ["picture"]
-        + [f"{depth} bits, {threads} thread{'s' * (threads > 1)}" for depth in (8, 16) for threads in (1, 2)],
+        + depths_and_threads(),
     )
     sizes = sorted({(int(case["width"]), int(case["height"])) for case, _ in results.cases("copies")})
     for width, height in sizes:
         cells = []
-        for depth in (8, 16):
+        for depth in speed_goals.DEPTHS:
             for threads in (1, 2):
                 keys = {"depth": depth, "threads": threads, "width": width, "height": height}
                 time = results.per_megapixel("blur", radius=10, **keys)
@@ -171,7 +184,7 @@ def pictures_table(results):
 def peers_table(results, depth, threads):
     radii = results.values("peer", "radius")
     table = Table(
-        f"Peers, {depth} bits, {threads} thread{'s' * (threads > 1)}: ms per megapixel by radius", ["", *radii]
+        f"Peers, {name_of(depth)}, {threads} thread{'s' * (threads > 1)}: ms per megapixel by radius", ["", *radii]
     )
 
     def row(name, what, **keys):
@@ -235,12 +248,12 @@ def all_tables(results):
     tables = [
         goals_table(results),
         sizes_table(results),
-        *(levels_table(results, depth) for depth in (8, 16)),
+        *(levels_table(results, depth) for depth in speed_goals.DEPTHS),
         modes_table(results),
         mix_table(results),
         rows_table(results),
         pictures_table(results),
-        *(peers_table(results, depth, threads) for depth in (8, 16) for threads in (1, 2)),
+        *(peers_table(results, depth, threads) for depth in speed_goals.DEPTHS for threads in (1, 2)),
         runs_table(results),
     ]
     return [table for table in tables if table.rows]

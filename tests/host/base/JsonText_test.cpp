@@ -21,6 +21,14 @@ TEST(JsonText, BuildsTheSameDocumentAsTheLibrary) {
   }
 }
 
+TEST(JsonText, TellsHowABackslashIsWritten) {
+  const std::string hint = R"(; write / or \\ for each \ in a file name)";
+  EXPECT_EQ(ParseFailure(R"({"file": "C:\pictures\a.png"})"),
+            "not JSON (line 1, column 14: invalid string: forbidden character after backslash)" + hint);
+  EXPECT_TRUE(ParseFailure(R"(["C:\users"])").ends_with(hint)) << ParseFailure(R"(["C:\users"])");
+  EXPECT_FALSE(ParseFailure("[\"a\nb\"]").ends_with(hint)) << ParseFailure("[\"a\nb\"]");
+}
+
 TEST(JsonText, NamesTheLineAndTheColumn) {
   EXPECT_EQ(ParseFailure(""), "not JSON (line 1, column 1: unexpected end of input; expected '[', '{', or a literal)");
   EXPECT_EQ(ParseFailure("{\"a\": 1,\n  \"b\" 2}"),

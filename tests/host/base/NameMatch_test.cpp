@@ -37,6 +37,7 @@ TEST(NameMatch, AsksForTheNearestName) {
 
 TEST(NameMatch, QuotesOnOneLine) {
   EXPECT_EQ(Quoted("a\nb\x1b[31m"), "\"a\\nb\\u001b[31m\"");
+  EXPECT_EQ(Quoted(R"(C:\new\"a".png\)"), R"("C:\new\\"a\".png\")") << "folders as they are typed";
   EXPECT_EQ(Quoted("\xff"), "\"\xef\xbf\xbd\"");
   EXPECT_EQ(Quoted(std::string(100, 'x')), "\"" + std::string(60, 'x') + "...\"");
 }

@@ -12,9 +12,6 @@
 #include "host/base/Utf8.h"
 #include "tests/support/host/ScratchFolder.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {
@@ -44,6 +41,16 @@ TEST(SystemFiles, ADriveWithoutAFolderIsNoPlace) {
     EXPECT_EQ(FlawOfName(name), "it lies in whatever folder is the current one of drive " + drive + ", expected " +
                                     drive + "\\ and the folders, or no drive");
   }
+}
+
+// Reading would wait for them, or take another folder than people think.
+TEST(SystemFiles, InputsAreNoDevicesEither) {
+  for (const char* name : {"nul", "CON", "folder\\nul"})
+    EXPECT_EQ(FlawOfInputName(name), "it is a device, a file name was expected") << name;
+  EXPECT_EQ(FlawOfInputName("C:a.png"), FlawOfName("C:a.png"));
+  EXPECT_NE(FlawOfInputName("C:a.png"), "");
+  for (const char* name : {"a.png", "C:\\b\\a.png", "a?.png", "a.png."})
+    EXPECT_EQ(FlawOfInputName(name), "") << name;
 }
 
 // The system makes a file of another name.

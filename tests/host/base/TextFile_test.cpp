@@ -30,6 +30,18 @@ TEST_F(TextFile, MayHaveAByteOrderMark) {
   EXPECT_EQ(Read("\xFF\xFE"), "");
 }
 
+TEST_F(TextFile, OfUtf16WithoutAByteOrderMarkIsRefused) {
+  for (const std::string_view text : {std::string_view("{\0}\0", 4), std::string_view("\0{\0}", 4)}) {
+    const auto failure = CaughtFailure([&] { Read(text); });
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
+    EXPECT_TRUE(std::string(failure->what())
+                    .ends_with("t.txt: a text in UTF-16 without a byte order mark, expected a job file in UTF-8, or "
+                               "with the mark"))
+        << failure->what();
+  }
+}
+
 TEST_F(TextFile, OfUtf16IsRefusedWhereItIsCut) {
   const auto failure = CaughtFailure([&] { Read({"\xFF\xFE{\0}", 5}); });
   ASSERT_TRUE(failure);

@@ -12,9 +12,6 @@
 #include "host/base/Utf8.h"
 #include "tests/host/files/OutputFileTest.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 namespace vblur::host {

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "host/files/OutputFile.h"
+#include "host/files/PictureLibrary.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/HeldFormats.h"
 #include "tests/support/host/Pictures.h"
@@ -106,6 +107,8 @@ TEST_F(PictureFileOfKinds, TooManyOpenFilesAreNamed) {
   image_.Reset(8, 4, 5, 4);
   image_.Clear();
   const auto path = folder_.path() / "whole.png";
+  // The light library needs but one.
+  UsePictures(PictureLibraries::Full);
   PictureWriter().Write(path, image_, nullptr, false);
   const int free = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
   ::close(free);
@@ -119,6 +122,7 @@ TEST_F(PictureFileOfKinds, TooManyOpenFilesAreNamed) {
     ::setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_EQ(failure->what(), path.string() + ": cannot read: Too many open files") << left;
   }
+  UsePictures(PictureLibraries::Automatic);
 }
 
 // Headers of sizes out of range, without the pixels.
@@ -150,7 +154,10 @@ TEST_F(PictureFileOfKinds, TheNaturalDepthIsThatOfTheSamples) {
   };
   EXPECT_EQ(info("8.png", "png", OIIO::TypeDesc::UINT8), 8);
   EXPECT_EQ(info("16.png", "png", OIIO::TypeDesc::UINT16), 16);
-  EXPECT_EQ(info("h.exr", "openexr", OIIO::TypeDesc::HALF), 16);
+  EXPECT_EQ(info("h.exr", "openexr", OIIO::TypeDesc::HALF), 32);
+  EXPECT_EQ(info("f.tif", "tiff", OIIO::TypeDesc::FLOAT), 32);
+  EXPECT_EQ(info("d.tif", "tiff", OIIO::TypeDesc::DOUBLE), 32);
+  EXPECT_EQ(info("32.exr", "openexr", OIIO::TypeDesc::UINT32), 16);
   EXPECT_EQ(info("10.dpx", "dpx", OIIO::TypeDesc::UINT16), 16);
 }
 

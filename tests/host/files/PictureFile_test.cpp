@@ -189,5 +189,49 @@ TEST_F(PictureFile, LibrariesKeepQuiet) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "still here");
 }
 
+// A BMP file of one row, of pixels of 16 bits; without masks 5 bits are of each colour.
+std::string PackedBmp(const std::vector<std::uint32_t>& pixels, const std::vector<std::uint32_t>& masks) {
+  const auto number = [](std::size_t value, int bytes) {
+    std::string text;
+    for (int i = 0; i < bytes; ++i)
+      text.push_back(static_cast<char>(value >> 8 * i & 0xff));
+    return text;
+  };
+  const std::size_t begin = 54 + 4 * masks.size();
+  const std::size_t bytes = (2 * pixels.size() + 3) / 4 * 4;
+  std::string file = "BM" + number(begin + bytes, 4) + number(0, 4) + number(begin, 4);
+  file += number(40, 4) + number(pixels.size(), 4) + number(1, 4) + number(1, 2) + number(16, 2);
+  file += number(masks.empty() ? 0 : 3, 4) + number(bytes, 4) + std::string(16, '\0');
+  for (const std::uint32_t mask : masks)
+    file += number(mask, 4);
+  for (const std::uint32_t pixel : pixels)
+    file += number(pixel, 2);
+  return file + std::string(bytes - 2 * pixels.size(), '\0');
+}
+
+// The upper bits stand again below them, so that all ones are full.
+TEST_F(PictureFile, PackedBmpFilesAreReadWithAllTheirBits) {
+  for (const std::uint32_t greenBits : {5u, 6u}) {
+    const std::uint32_t red = 5 + greenBits;
+    std::vector<std::uint32_t> pixels;
+    std::vector<std::int32_t> expected;
+    for (std::uint32_t value = 0; value < 1u << greenBits; ++value) {
+      const std::uint32_t five = value % 32;
+      pixels.push_back(five << red | value << 5 | (31 - five));
+      const auto wide = [](std::uint32_t part, std::uint32_t bits) {
+        return static_cast<std::int32_t>(part << (8 - bits) | part >> (2 * bits - 8));
+      };
+      expected.insert(expected.end(), {wide(five, 5), wide(value, greenBits), wide(31 - five, 5), 255});
+    }
+    std::vector<std::uint32_t> masks;
+    if (greenBits == 6) masks = {0xf800, 0x7e0, 0x1f};
+    const ReadPicture read =
+        PictureReader().ReadColour(folder_.Write("packed.bmp", PackedBmp(pixels, masks)), 8, image_);
+    EXPECT_EQ(Components(image_), expected);
+    EXPECT_EQ(NameOf(read.info.stored), "uint5");
+    EXPECT_FALSE(read.info.HasAlpha());
+  }
+}
+
 }  // namespace
 }  // namespace vblur::host

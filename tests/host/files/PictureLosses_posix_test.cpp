@@ -113,9 +113,11 @@ TEST_F(PictureLossesOfKinds, LargeFilesAreReadInParts) {
     }
     EXPECT_EQ(wrong, 0) << tile;
     if (tile != 0) continue;
-    ASSERT_EQ(read.metadata->passing.size(), std::size_t{4} * kColumns * kRows);
+    ASSERT_EQ(OwnMetadata(read.metadata.get())->passing.size(), std::size_t{4} * kColumns * kRows);
     float last = 0.0f;
-    std::memcpy(&last, read.metadata->passing.data() + read.metadata->passing.size() - 4, 4);
+    std::memcpy(&last,
+                OwnMetadata(read.metadata.get())->passing.data() + OwnMetadata(read.metadata.get())->passing.size() - 4,
+                4);
     EXPECT_EQ(last, static_cast<float>(kRows - 1));
   }
 }

@@ -79,6 +79,30 @@ TEST_F(PictureLosses, WhatTheSystemsCodecDoesNotWriteIsOne) {
   EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.png"), {}, 8)), "");
 }
 
+TEST_F(PictureLosses, OtherAttributesAreNamed) {
+  PictureReport report;
+  report.info.format = "tiff";
+  report.info.choice.alpha = -1;
+  report.metadata.Add(MetadataGroup::Other);
+  report.beyondText.Add(MetadataGroup::Other);
+  const auto lost = [&] { return ListOf(LossesOf(report, OutputFormatOf("a.tif"), {}, 8)); };
+  EXPECT_EQ(lost(), "other attributes") << "nobody knows their names";
+  report.others = {"PageName"};
+  EXPECT_EQ(lost(), "attribute PageName");
+  report.others.emplace_back("HostComputer");
+  EXPECT_EQ(lost(), "attributes PageName, HostComputer");
+  report.lacking["tiff"].keptOthers = {"HostComputer"};
+  EXPECT_EQ(lost(), "attribute PageName");
+  // The place of another file.
+  const auto beside = LossesBesideOf(report, OutputFormatOf("a.tif"), {}, SampleType::Unsigned8, PixelLayout::Rgb, 8);
+  EXPECT_EQ(ListOf(beside), "attributes PageName, HostComputer");
+  report.lacking["tiff"].keptOthers = report.others;
+  EXPECT_EQ(lost(), "");
+  for (int i = 0; i < 21; ++i)
+    report.others.push_back("x" + std::to_string(i));
+  EXPECT_TRUE(lost().starts_with("attributes x0, x1, ") && lost().ends_with(", x19 and 1 more")) << lost();
+}
+
 // A header of three hundred bytes may have thousands of channels: what it takes does not grow with their square, which
 // would be minutes here.
 TEST_F(PictureLosses, ManyChannelsAreToldInNoTime) {

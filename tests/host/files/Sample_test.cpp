@@ -162,5 +162,107 @@ TEST(Sample, EveryHalfComesBackFromItsFloat) {
   }
 }
 
+template <typename Sample>
+void CheckAllSamplesAsFloats() {
+  constexpr std::uint32_t kRange = std::numeric_limits<Sample>::max();
+  for (std::uint32_t s = 0; s <= kRange; ++s) {
+    const auto sample = static_cast<Sample>(s);
+    const auto component = FromSample<float>(sample);
+    ASSERT_EQ(component, static_cast<float>(static_cast<long double>(s) / kRange)) << s;
+    ASSERT_EQ(FromSample<float>(sample, ComponentUse::Amount), component);
+    ASSERT_EQ(ToSample<Sample>(component), sample);
+  }
+}
+
+TEST(Sample, FloatsHoldEveryUnsignedSample) {
+  CheckAllSamplesAsFloats<std::uint8_t>();
+  CheckAllSamplesAsFloats<std::uint16_t>();
+  for (std::uint32_t step = 0; step < 1024; ++step) {
+    ASSERT_EQ(ToPackedSample<10>(FromSample<float>(sample::Spread<10>(step))), sample::Spread<10>(step));
+  }
+  for (std::uint32_t step = 0; step < 4096; ++step) {
+    ASSERT_EQ(ToPackedSample<12>(FromSample<float>(sample::Spread<12>(step))), sample::Spread<12>(step));
+  }
+}
+
+TEST(Sample, FloatsOfAPictureAreFiniteHalvesAtMost) {
+  const float infinity = std::numeric_limits<float>::infinity();
+  EXPECT_EQ(FromSample<float>(std::nanf("")), 0.0f);
+  EXPECT_EQ(FromSample<float>(infinity), 65504.0f);
+  EXPECT_EQ(FromSample<float>(-infinity), -65504.0f);
+  EXPECT_EQ(FromSample<float>(65505.0f), 65504.0f);
+  EXPECT_EQ(FromSample<float>(-65504.0f), -65504.0f);
+  EXPECT_EQ(FromSample<float>(std::numeric_limits<float>::denorm_min()), std::numeric_limits<float>::denorm_min());
+  EXPECT_EQ(FromSample<float>(1.0f / 3.0f), 1.0f / 3.0f);
+  EXPECT_EQ(FromSample<float>(0.1), 0.1f);
+}
+
+TEST(Sample, WrittenFloatsAreRoundedOnce) {
+  EXPECT_EQ(ToSample<float>(100000.0f), 100000.0f);
+  EXPECT_EQ(ToSample<float>(-7.25f), -7.25f);
+  EXPECT_EQ(ToSample<std::uint8_t>(0.5f / 255), 1);
+  EXPECT_EQ(ToSample<std::uint8_t>(std::nextafterf(0.5f / 255, 0.0f)), 0);
+  EXPECT_EQ(ToSample<std::uint8_t>(1.5f), 255);
+  EXPECT_EQ(ToSample<std::uint16_t>(-0.5f), 0);
+  EXPECT_EQ(ToSample<std::uint8_t>(std::nanf("")), 0);
+  EXPECT_EQ(ToHalfSample(1.0f / 3.0f), HalfOf(1.0f / 3.0f));
+  EXPECT_EQ(ToHalfSample(1e6f), 0x7bff);
+  EXPECT_EQ(ToHalfSample(-1e6f), 0xfbff);
+}
+
+TEST(Sample, RowsOfFloatsTakeAndGiveChannels) {
+  const std::uint8_t samples[] = {51, 255};
+  float pixels[8] = {};
+  ReadColourRow(samples, SampleKind::Unsigned8, 1, {0, 0, 0, -1}, 32, pixels, 2);
+  const float read[] = {0.2f, 0.2f, 0.2f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f};
+  EXPECT_EQ(std::memcmp(pixels, read, sizeof read), 0);
+
+  const float amounts[] = {0.25f, -3.0f};
+  float mask[2] = {};
+  ReadMaskRow(amounts, SampleKind::Float, 1, 0, 32, mask, 2);
+  EXPECT_EQ(std::memcmp(mask, amounts, sizeof amounts), 0);
+
+  const float colours[] = {0.5f, 2.0f, -1.0f, 9.0f};
+  std::uint16_t written[3] = {};
+  WriteColourRow(colours, 32, written, SampleKind::Unsigned16, 3, 1);
+  EXPECT_EQ(written[0], 32768);
+  EXPECT_EQ(written[1], 65535);
+  EXPECT_EQ(written[2], 0);
+}
+
+TEST(Sample, WhatFloatsDoNotCarryIsCounted) {
+  const float infinity = std::numeric_limits<float>::infinity();
+  const float samples[] = {65504.0f, -65505.0f, infinity, 1.0f, std::nanf(""), 3.0f, 4.0f, 5.0f};
+  BeyondRange beyond;
+  AddBeyondRange(samples, SampleKind::Float, 4, {}, 32, 2, beyond);
+  EXPECT_EQ(FormatBeyond(beyond, LimitsOf(32)),
+            "2 components from -65505 to inf clipped to -65504 to 65504, which 32 bits carry; "
+            "1 component without a value (NaN) read as 0");
+  BeyondRange all;
+  EXPECT_TRUE(all.IsEmpty());
+  all.Add(beyond);
+  all.Add({.count = 1, .lowest = 7e4f, .highest = 7e4f, .notNumbers = 2});
+  EXPECT_EQ(all.count, 3);
+  EXPECT_EQ(all.lowest, -65505.0f);
+  EXPECT_EQ(all.highest, infinity);
+  EXPECT_EQ(all.notNumbers, 3);
+}
+
+TEST(Sample, WhatATypeDoesNotHoldOfFloatsIsCounted) {
+  const float pixels[] = {0.0f, 0.0f, 0.0f, 1.001f, 9.0f, 9.0f, 9.0f, -70000.0f, 9.0f, 9.0f, 9.0f, std::nanf("")};
+  const auto found = [&](SampleType type) {
+    BeyondRange beyond;
+    AddBeyondType(pixels, 32, 3, RangeOf(type), 3, beyond);
+    return beyond.IsEmpty() ? "" : FormatBeyond(beyond, LimitsOf(type));
+  };
+  EXPECT_EQ(found(SampleType::Float), "");
+  EXPECT_EQ(found(SampleType::Half),
+            "1 component from -70000 to -70000 clipped to -65504 to 65504, which half samples hold; "
+            "1 component without a value (NaN) read as 0");
+  EXPECT_EQ(found(SampleType::Unsigned8),
+            "1 component from -70000 to -70000 clipped to 0 to 1, which uint8 samples hold; "
+            "1 component without a value (NaN) read as 0");
+}
+
 }  // namespace
 }  // namespace vblur::host

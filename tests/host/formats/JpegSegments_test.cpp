@@ -134,5 +134,18 @@ TEST(JpegSegments, ExifDataTakesThePlaceOfAllThatThereWas) {
   EXPECT_EQ(WithExif("picture", "new"), "picture");
 }
 
+TEST(JpegSegments, TextsStandBehindTheFirstAndIptcDataComeBack) {
+  const std::string start = "\xff\xd8"s + JpegSegment(0xe0, "JFIF\0"s);
+  const std::string rest = JpegSegment(0xda, "");
+  const std::string resource = "Photoshop 3.0\0"s + "8BIM\x04\x04\0\0\0\0\0\x03"s + "abc\0"s;
+  EXPECT_EQ(WithTexts(start + rest, "comment", "abc"), start + CommentSegment() + JpegSegment(0xed, resource) + rest);
+  EXPECT_EQ(WithTexts(start + rest, "", ""), start + rest);
+  EXPECT_EQ(WithTexts(start + rest, std::string(kMostInSegment + 1, 'c'), std::string(kMostInSegment + 1, 'i')),
+            start + rest);
+  EXPECT_EQ(IptcOf(resource), "abc");
+  EXPECT_EQ(IptcOf(resource.substr(0, 20)), "");
+  EXPECT_EQ(IptcOf("Photoshop 3.0\0"s + "8BIM\x03\xed\0\0\0\0\0\x03"s + "abc\0"s), "");
+}
+
 }  // namespace
 }  // namespace vblur::host

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/host/Pictures.h"
+#include "tests/support/host/ScratchFolder.h"
+
 namespace vblur::host {
 namespace {
 
@@ -19,6 +22,26 @@ TEST(PngHead, ChunksComeBehindTheHeaderInPlaceOfTheWritersOwn) {
   const std::string head = kBegin + PngChunk("sRGB", "\0"s) + profile + PngChunk("gAMA", "1234") + pixels;
   const std::string text = PngChunk("tEXt", "Title\0of it"s);
   EXPECT_EQ(WithPngChunks(head, text), kBegin + text + profile + pixels);
+}
+
+TEST(PngHead, AResolutionTakesThePlaceOfTheWritersOwn) {
+  const std::string pixels = PngChunk("IDAT", "pixels") + PngChunk("IEND", "");
+  const std::string scale = PngChunk("pHYs", "987654321");
+  EXPECT_EQ(WithPngChunks(kBegin + PngChunk("pHYs", "123456789") + pixels, scale), kBegin + scale + pixels);
+}
+
+TEST(PngHead, DamagedChunksAreFound) {
+  const ScratchFolder folder;
+  const std::string end = PngChunk("IEND", "");
+  std::string pixels = PngChunk("IDAT", std::string(3 << 20, 'p'));
+  EXPECT_TRUE(IsIntactPngChunk(pixels));
+  EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + pixels + end)), "");
+  pixels[2 << 20] = 'q';
+  EXPECT_FALSE(IsIntactPngChunk(pixels));
+  EXPECT_FALSE(IsIntactPngChunk("short"));
+  EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + pixels + end)), "IDAT");
+  // Cut short is something else.
+  EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + pixels.substr(0, 100))), "");
 }
 
 TEST(PngHead, BytesWithoutPixelsStay) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/formats/FileExtras.h"
+#include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
 #include "tests/support/host/TiffBytes.h"
@@ -65,8 +66,9 @@ TEST_F(TiffDirectory, GivesWhatAnotherFileHasAsItIs) {
     TiffBytes source(3, 1, 8, 1, "abc", isBig);
     const FileExtras extras =
         ExtrasOf(source.Text(270, "Title").Text(33432, "(c)").Short(274, {6}).Long(33723, {0x01020304}));
-    EXPECT_TRUE(extras.hasTexts);
-    EXPECT_TRUE(extras.hasIptc);
+    EXPECT_EQ(extras.texts, (PictureTexts{{270, "Title"}, {33432, "(c)"}}));
+    // Bytes in the order of the file, whatever the numbers are.
+    EXPECT_EQ(extras.iptc, isBig ? "\x01\x02\x03\x04" : "\x04\x03\x02\x01");
     EXPECT_FALSE(extras.hasOther);
     const auto file = folder_.Write("c.tif", picture_.File());
     ASSERT_TRUE(AddTiffTags(file, extras.tiffTags));
@@ -74,8 +76,23 @@ TEST_F(TiffDirectory, GivesWhatAnotherFileHasAsItIs) {
     EXPECT_EQ(tags.Text(270), "Title");
     EXPECT_EQ(tags.Text(33432), "(c)");
     EXPECT_EQ(tags.Number(274, 0), 6);
-    EXPECT_EQ(tags.Number(33723, 0), 0x01020304);
   }
+}
+
+TEST_F(TiffDirectory, BlocksOfEitherOrderTakeTags) {
+  for (const bool isBig : {false, true}) {
+    const std::string block = ExifBytes{.isBig = isBig, .description = "fox"}.Build();
+    const std::string changed = WithTiffTags(block, {{315, {2, 5, std::string("Some\0", 5)}}});
+    const TiffTags tags = TagsOf(changed);
+    EXPECT_EQ(tags.Text(270), "fox");
+    EXPECT_EQ(tags.Text(315), "Some");
+    EXPECT_EQ(tags.All().size(), TagsOf(block).All().size() + 1);
+    EXPECT_EQ(changed.substr(8, block.size() - 8), block.substr(8));
+    EXPECT_EQ(WithTiffTags(block.substr(0, 20), {}), "");
+  }
+  const TiffTags alone = TagsOf(WithTiffTags("", {{274, {3, 1, std::string("\x06\0", 2)}}}));
+  EXPECT_EQ(alone.Number(274, 0), 6);
+  EXPECT_EQ(alone.All().size(), 1u);
 }
 
 TEST_F(TiffDirectory, KnowsWhatNothingIsDoneFor) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/formats/TiffTags.h"
 #include "tests/support/host/ScratchFolder.h"
 #include "tests/support/host/TiffBytes.h"
 
@@ -31,6 +32,39 @@ TEST(TiffTagKinds, TagsBeyondThePixelsAreNamed) {
             "TIFF tags 42112, 65000, 65001, 65002, 65003, 65004, 65005, 65006, 65007, 65008 and others");
   EXPECT_EQ(OtherTiffTags(scratch.Write("no.tif", "II*"), {}), Kinds());
   EXPECT_EQ(OtherTiffTags(scratch.Write("no.png", "\x89PNG"), {}), Kinds());
+}
+
+std::string Number(std::uint64_t value, int bytes, bool isBig) {
+  std::string text;
+  for (int i = 0; i < bytes; ++i)
+    text.push_back(static_cast<char>(value >> 8 * (isBig ? bytes - 1 - i : i) & 0xFF));
+  return text;
+}
+
+// Its places and counts have 64 bits.
+TEST(TiffTagKinds, TagsOfABigTiffAreNamedToo) {
+  const ScratchFolder scratch;
+  for (const bool isBig : {false, true}) {
+    const auto number = [&](std::uint64_t value, int bytes) { return Number(value, bytes, isBig); };
+    constexpr std::uint64_t kDirectory = 16;
+    std::string file = (isBig ? "MM" : "II") + number(43, 2) + number(8, 2) + number(0, 2) + number(kDirectory, 8);
+    file += number(3, 8);
+    file += number(256, 2) + number(3, 2) + number(1, 8) + number(2, 2) + std::string(6, '\0');
+    file += number(270, 2) + number(2, 2) + number(6, 8) + std::string("words\0\0\0", 8);
+    file += number(65000, 2) + number(16, 2) + number(1, 8) + number(7, 8) + number(0, 8);
+    const auto path = scratch.Write("big.tif", file);
+    EXPECT_EQ(OtherTiffTags(path, kRead), Kinds{"TIFF tag 65000"}) << isBig;
+    EXPECT_EQ(OtherTiffTags(path, {}), Kinds{"TIFF tags 270, 65000"}) << isBig;
+    const TiffTags tags([&](std::int64_t at, std::size_t count) {
+      return at < static_cast<std::int64_t>(file.size()) ? file.substr(static_cast<std::size_t>(at), count) : "";
+    });
+    EXPECT_EQ(tags.Text(270), "words");
+    EXPECT_EQ(tags.Number(65000, 0), 7);
+    EXPECT_EQ(tags.Number(256, 0), 2);
+    // As long as it claims to be it is not.
+    const std::string claims = file.substr(0, kDirectory) + number(std::uint64_t{1} << 60, 8) + file.substr(24);
+    EXPECT_EQ(OtherTiffTags(scratch.Write("claims.tif", claims), kRead), Kinds{"TIFF tag 65000"}) << isBig;
+  }
 }
 
 }  // namespace

@@ -6,6 +6,11 @@
 #include "platform/IDSImageEffect.h"
 #include "sdk/effects/Catalogue.h"
 #include "sdk/effects/ClassObjects.h"
+#include "tests/support/host/FailureOf.h"
+// It includes the system's header.
+#include "tests/support/ImportHook_windows.h"
+
+#include <objbase.h>
 
 namespace vblur::host {
 namespace {
@@ -47,6 +52,46 @@ TEST(EffectServerClasses, AreAskedOfTheServerAtEachObject) {
   ComPtr<IDSImageEffect> effect;
   EXPECT_EQ(CreateEffectByClass(effect), kNoSuchClass);
   RemoveServer(&LackingServer);
+  EXPECT_NE(CreateEffectByClass(effect), kOk);
+  UseCatalogue(nullptr);
+}
+
+int classesLeft = 0;
+int classesTaken = 0;
+
+::HRESULT WINAPI TakeSome(REFCLSID clsid, LPUNKNOWN object, DWORD context, DWORD flags, DWORD* number) {
+  if (classesLeft-- <= 0) return E_OUTOFMEMORY;
+  const ::HRESULT result = ::CoRegisterClassObject(clsid, object, context, flags, number);
+  if (SUCCEEDED(result)) ++classesTaken;
+  return result;
+}
+
+::HRESULT WINAPI GiveBack(DWORD number) {
+  --classesTaken;
+  return ::CoRevokeClassObject(number);
+}
+
+TEST(EffectServerClasses, AreAllGivenToTheSystemOrNone) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  const HINSTANCE library = ::GetModuleHandleW(L"vblur_sdk_effects.dll");
+  ASSERT_NE(library, nullptr);
+  {
+    const test::HookedImport registering(library, "ole32.dll", "CoRegisterClassObject", &TakeSome);
+    const test::HookedImport revoking(library, "ole32.dll", "CoRevokeClassObject", &GiveBack);
+    for (const int taken : {0, 3, 6}) {
+      classesLeft = taken;
+      const auto failure = CaughtFailure([] { EffectServer{DefaultServerFile()}; });
+      ASSERT_TRUE(failure);
+      EXPECT_EQ(failure->Code(), ExitCode::CannotRead);
+      EXPECT_NE(std::string(failure->what()).find("the system does not take its classes (0x8007000e)"),
+                std::string::npos)
+          << failure->what();
+      EXPECT_EQ(classesTaken, 0);
+      EXPECT_TRUE(catalogue.Classes().empty());
+    }
+  }
+  ComPtr<IDSImageEffect> effect;
   EXPECT_NE(CreateEffectByClass(effect), kOk);
   UseCatalogue(nullptr);
 }

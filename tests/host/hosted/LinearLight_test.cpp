@@ -1,6 +1,8 @@
 #include "host/hosted/LinearLight.h"
 
+#include <bit>
 #include <cmath>
+#include <cstring>
 
 #include <gtest/gtest.h>
 
@@ -10,73 +12,106 @@
 namespace vblur::host {
 namespace {
 
-// FNV-1a over the entries from 0 to 32767, low byte first.
-std::uint64_t HashOf(std::int16_t (*function)(std::int16_t)) {
+double DecodedBy(double x) {
+  return x <= 0.04045 ? x / 12.92 : std::pow((x + 0.055) / 1.055, 2.4);
+}
+double EncodedBy(double x) {
+  return x <= 0.0031308 ? x * 12.92 : 1.055 * std::pow(x, 1.0 / 2.4) - 0.055;
+}
+
+// FNV-1a over the bits of the function at 65,536 values from 0 to 16, low byte first.
+std::uint64_t HashOf(float (*function)(float)) {
   std::uint64_t hash = 0xcbf29ce484222325u;
-  for (std::int32_t i = 0; i < 32768; ++i) {
-    const auto value = static_cast<std::uint16_t>(function(static_cast<std::int16_t>(i)));
-    for (const unsigned byte : {value & 255u, unsigned{value} >> 8}) {
-      hash ^= byte;
+  for (std::int32_t i = 0; i < 65536; ++i) {
+    auto value = std::bit_cast<std::uint32_t>(function(static_cast<float>(i) / 4096.0f));
+    for (int byte = 0; byte < 4; ++byte, value >>= 8) {
+      hash ^= value & 255u;
       hash *= 0x100000001b3u;
     }
   }
   return hash;
 }
 
-// Of tables computed with forty decimal digits.
-TEST(LinearLight, TheTablesAreTheSameEverywhere) {
-  EXPECT_EQ(HashOf(LinearOf), 0x231e3056b46a3b5eu);
-  EXPECT_EQ(HashOf(EncodedOf), 0xe1aa06191c45bd6cu);
+TEST(LinearLight, HasTheSameBitsEverywhere) {
+  EXPECT_EQ(HashOf(LinearOf), 13694492757425494935u);
+  EXPECT_EQ(HashOf(EncodedOf), 6468667752579500085u);
 }
 
-TEST(LinearLight, EightBitSamplesComeBack) {
-  for (std::int32_t sample = 0; sample < 256; ++sample) {
-    const auto encoded = FromSample<std::int16_t>(static_cast<std::uint8_t>(sample));
-    EXPECT_EQ(ToSample<std::uint8_t>(EncodedOf(LinearOf(encoded))), sample);
+TEST(LinearLight, IsTheTransferFunctionOfSrgb) {
+  for (int i = 1; i < 200000; ++i) {
+    // From 2^-20 to 2^10.
+    const double x = std::exp2(-20.0 + 30.0 * i / 200000.0);
+    const auto value = static_cast<float>(x);
+    const double decoded = DecodedBy(static_cast<double>(value));
+    const double encoded = EncodedBy(static_cast<double>(value));
+    if (decoded < 65504.0) {
+      ASSERT_NEAR(static_cast<double>(LinearOf(value)) / decoded, 1.0, 1.0 / (1 << 23)) << value;
+    }
+    ASSERT_NEAR(static_cast<double>(EncodedOf(value)) / encoded, 1.0, 1.0 / (1 << 23)) << value;
   }
-  EXPECT_EQ(ToSample<std::uint8_t>(EncodedOf(8192)), 188);
-  EXPECT_EQ(LinearOf(16384), 16384);
-  EXPECT_EQ(EncodedOf(16384), 16384);
+  EXPECT_EQ(LinearOf(0.0f), 0.0f);
+  EXPECT_EQ(EncodedOf(0.0f), 0.0f);
+  EXPECT_EQ(LinearOf(1.0f), 1.0f);
+  EXPECT_EQ(EncodedOf(1.0f), 1.0f);
+}
+
+TEST(LinearLight, WholeSamplesComeBack) {
+  for (std::int32_t sample = 0; sample < 256; ++sample)
+    ASSERT_EQ(std::floor(EncodedOf(LinearOf(static_cast<float>(sample) / 255.0f)) * 255.0f + 0.5f),
+              static_cast<float>(sample));
+  for (std::int32_t sample = 0; sample < 65536; ++sample)
+    ASSERT_EQ(std::floor(EncodedOf(LinearOf(static_cast<float>(sample) / 65535.0f)) * 65535.0f + 0.5f),
+              static_cast<float>(sample));
 }
 
 TEST(LinearLight, ValuesBelowZeroAreMirrored) {
-  for (const int value : {1, 5, 8192, 16384, 32767}) {
-    const auto above = static_cast<std::int16_t>(value);
-    const auto below = static_cast<std::int16_t>(-value);
-    EXPECT_EQ(LinearOf(below), -LinearOf(above));
-    EXPECT_EQ(EncodedOf(below), -EncodedOf(above));
+  for (const float value : {1e-6f, 0.01f, 0.5f, 1.0f, 7.5f}) {
+    EXPECT_EQ(LinearOf(-value), -LinearOf(value));
+    EXPECT_EQ(EncodedOf(-value), -EncodedOf(value));
   }
-  EXPECT_EQ(EncodedOf(-32768), -EncodedOf(32767));
-  EXPECT_EQ(LinearOf(32767), 32767);
+}
+
+// The light of an encoded 400 is more than a picture carries.
+TEST(LinearLight, StaysWithinWhatIsCarried) {
+  EXPECT_EQ(LinearOf(400.0f), 65504.0f);
+  EXPECT_EQ(LinearOf(-65504.0f), -65504.0f);
+  EXPECT_LT(EncodedOf(65504.0f), 110.0f);
+}
+
+void Fill(HostImage& image, std::initializer_list<float> components) {
+  image.Reset(32, 4, static_cast<std::int32_t>(components.size() / 4), 1);
+  std::memcpy(image.Row(0), components.begin(), components.size() * sizeof(float));
+}
+
+float ComponentOf(const HostImage& image, std::size_t i) {
+  float value = 0.0f;
+  std::memcpy(&value, image.Row(0) + i * sizeof value, sizeof value);
+  return value;
 }
 
 TEST(LinearLight, AlphaStays) {
   HostImage image;
-  image.Reset(16, 4, 2, 1);
-  const std::int32_t before[] = {8192, 0, 16384, 8192, 1000, 2000, 3000, 0};
-  for (std::size_t i = 0; i < 8; ++i)
-    SetComponent(image, i, before[i]);
+  Fill(image, {0.5f, 0.0f, 1.0f, 0.5f, 0.06f, 0.12f, 0.18f, 0.0f});
   DecodeColours(image, false);
-  for (std::size_t i = 0; i < 8; ++i)
-    EXPECT_EQ(Component(image, i), i % 4 == 3 ? before[i] : LinearOf(static_cast<std::int16_t>(before[i])));
+  EXPECT_EQ(ComponentOf(image, 0), LinearOf(0.5f));
+  EXPECT_EQ(ComponentOf(image, 3), 0.5f);
+  EXPECT_EQ(ComponentOf(image, 6), LinearOf(0.18f));
+  EXPECT_EQ(ComponentOf(image, 7), 0.0f);
   EncodeColours(image, false);
-  EXPECT_EQ(Component(image, 0), 8192);
-  EXPECT_EQ(Component(image, 3), 8192);
+  EXPECT_NEAR(ComponentOf(image, 0), 0.5f, 1e-7f);
+  EXPECT_EQ(ComponentOf(image, 3), 0.5f);
 }
 
 // The function is that of the straight colour: 0.5 of an alpha of 0.5 is 1.
 TEST(LinearLight, PremultipliedColoursAreDividedMeanwhile) {
   HostImage image;
-  image.Reset(16, 4, 1, 1);
-  const std::int32_t before[] = {8192, 4096, 0, 8192};
-  for (std::size_t i = 0; i < 4; ++i)
-    SetComponent(image, i, before[i]);
+  Fill(image, {0.5f, 0.25f, 0.0f, 0.5f});
   DecodeColours(image, true);
-  EXPECT_EQ(Component(image, 0), 8192);
-  EXPECT_EQ(Component(image, 1), LinearOf(8192) / 2 + LinearOf(8192) % 2);
+  EXPECT_EQ(ComponentOf(image, 0), 0.5f);
+  EXPECT_EQ(ComponentOf(image, 1), LinearOf(0.5f) * 0.5f);
   EncodeColours(image, true);
-  EXPECT_EQ(Component(image, 0), 8192);
-  EXPECT_EQ(Component(image, 3), 8192);
+  EXPECT_EQ(ComponentOf(image, 0), 0.5f);
+  EXPECT_NEAR(ComponentOf(image, 1), 0.25f, 1e-7f);
 }
 
 }  // namespace

@@ -121,6 +121,15 @@ TEST(JobCheck, LooksForRenumberedOutputsAmongTheInputs) {
             "output: \"in.0048.exr\" is the picture that input is read from, expected another file");
 }
 
+// A program may advise to replace a picture that no other frame reads.
+TEST(JobCheck, TellsWhatMayBeReplaced) {
+  Job job = Sequence();
+  job.output.file = job.input->file;
+  EXPECT_EQ(CaughtFailure([&] { CheckJob(job); })->Kind(), FailureKind::IsInput);
+  job.output.renumber = 2;
+  EXPECT_EQ(CaughtFailure([&] { CheckJob(job); })->Kind(), FailureKind::Other);
+}
+
 TEST(JobCheck, AcceptsWhatCanBeRendered) {
   EXPECT_NO_THROW(CheckJob(Still()));
   EXPECT_NO_THROW(CheckJob(Sequence()));
@@ -203,7 +212,7 @@ TEST(JobCheck, RefusesFileNamesThatDoNotFitTheFrames) {
 
 TEST(JobCheck, RefusesWrongValues) {
   const std::pair<void (*)(Job&), const char*> refusals[] = {
-      {[](Job& job) { job.depth = 12; }, "depth: expected 8 or 16, found 12"},
+      {[](Job& job) { job.depth = 12; }, "depth: expected 8, 16 or 32, found 12"},
       {[](Job& job) { job.kind = static_cast<EffectKind>(6); }, "use: expected 1 to 5 or 7, found 6"},
       {[](Job& job) { job.input->file.clear(); }, "input: expected a file name, found none"},
       {[](Job& job) { job.output.file.clear(); }, "output: expected a file name, found none"},

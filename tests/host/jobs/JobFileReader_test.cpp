@@ -141,8 +141,8 @@ TEST(JobFileReader, RefusesWrongTypesAndRangesWithTheirPlace) {
   const Refusal refusals[] = {
       {"/version", 2, "version: expected 1, found 2"},
       {"/version", "1", "version: expected 1, found \"1\""},
-      {"/depth", 12, "depth: expected 8 or 16, found 12"},
-      {"/depth", "8", "depth: expected 8 or 16, found \"8\""},
+      {"/depth", 12, "depth: expected 8, 16 or 32, found 12"},
+      {"/depth", "8", "depth: expected 8, 16 or 32, found \"8\""},
       {"/use", 6,
        "use: expected \"filter\", \"paint\", \"transition\", \"generator\" or a kind from 1 to 5 or 7, found 6"},
       {"/use", "wipe",
@@ -247,7 +247,7 @@ TEST(JobFileReader, NamesTheFileAndTakesItsFolder) {
   const std::string place = path.string() + ": not JSON (line 2, column 12: invalid literal";
   EXPECT_EQ(UsageFailureOf([&] { ReadJobFile(path); }).substr(0, place.size()), place);
   scratch.Write("shot.json", With("/depth", 9));
-  EXPECT_EQ(UsageFailureOf([&] { ReadJobFile(path); }), path.string() + ": depth: expected 8 or 16, found 9");
+  EXPECT_EQ(UsageFailureOf([&] { ReadJobFile(path); }), path.string() + ": depth: expected 8, 16 or 32, found 9");
 }
 
 TEST(JobFileReader, SaysWhyAFileCannotBeRead) {

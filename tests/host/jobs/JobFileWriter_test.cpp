@@ -54,7 +54,8 @@ class JobMaker {
     if (Chance()) job.output.storage.quality = static_cast<std::int32_t>(random_() % 100) + 1;
     job.premultipliesAround = Chance();
     job.linear = Chance();
-    if (Chance()) job.depth = Chance() && !job.linear ? 8 : 16;
+    job.steady = Chance();
+    if (Chance()) job.depth = Chance() ? 8 : Chance() ? 16 : 32;
     if (Chance()) job.kind = kKinds[random_() % std::size(kKinds)];
     if (Chance()) job.frames = FrameRange{Small(), 2000 + std::abs(Small()), Chance() ? 1 : 1 + std::abs(Small())};
     if (Chance()) job.output.renumber = Small();

@@ -125,7 +125,7 @@ class ExifFields : public testing::Test {
     HostImage image;
     image.Reset(8, 4, 16, 8);
     FillRandom(image, 0, 255, 1);
-    PictureMetadata metadata;
+    LibraryMetadata metadata;
     metadata.info.format = "jpeg";
     metadata.info.exif = exif;
     metadata.info.display = metadata.info.data = {0, 0, 16, 8};

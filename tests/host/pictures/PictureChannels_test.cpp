@@ -123,7 +123,7 @@ TEST_F(PictureChannels, OthersPassAsTheyAreStored) {
   ReadChoice choice;
   choice.keepsPassing = true;
   const auto read = PictureReader().ReadColour(path, 8, image_, choice);
-  EXPECT_EQ(read.metadata->passing, expected);
+  EXPECT_EQ(OwnMetadata(read.metadata.get())->passing, expected);
   EXPECT_EQ(read.info.samples, SampleKind::Float);
   EXPECT_EQ(read.info.stored, (StoredType{NumberKind::Float, 2, 16}));
   EXPECT_EQ(Component(image_, 0), 255);
@@ -137,8 +137,9 @@ TEST_F(PictureChannels, ThePlainChannelsPassWhereALayerIsTaken) {
   ReadChoice choice = Layer("diffuse");
   choice.keepsPassing = true;
   const auto read = PictureReader().ReadColour(path, 8, image_, choice);
-  std::vector<float> passing(read.metadata->passing.size() / sizeof(float));
-  std::memcpy(passing.data(), read.metadata->passing.data(), read.metadata->passing.size());
+  std::vector<float> passing(OwnMetadata(read.metadata.get())->passing.size() / sizeof(float));
+  std::memcpy(passing.data(), OwnMetadata(read.metadata.get())->passing.data(),
+              OwnMetadata(read.metadata.get())->passing.size());
   EXPECT_EQ(passing, (std::vector<float>{1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f, 7.0f, 8.0f}));
   EXPECT_EQ(Components(image_), (Values{153, 102, 51, 255, 153, 102, 51, 255}));
 }

@@ -5,9 +5,12 @@
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "host/files/PictureReport.h"
+#include "host/formats/PngHead.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
+#include "tests/support/host/PlainFiles.h"
 #include "tests/support/host/ScratchFolder.h"
+#include "tests/support/host/TiffBytes.h"
 
 namespace vblur::host {
 namespace {
@@ -117,6 +120,41 @@ TEST_F(PictureFileHeader, FramesOfAnAnimatedPngAreCounted) {
   EXPECT_EQ(count(header + animation + frame), 3);
   EXPECT_EQ(count(header + animation), 4);
   EXPECT_EQ(count(animation.substr(0, 9)), 1);
+}
+
+// The reader passes over it without a word.
+TEST_F(PictureFileHeader, ADamagedProfileOfAPngIsTold) {
+  using namespace std::string_literals;
+  const auto plain = WritePng(folder_.path() / "plain.png", FlatPicture<std::uint8_t>(8, 4, 3, 51));
+  const auto lost = [&](const std::string& chunk) {
+    const auto path = folder_.Write("in.png", WithPngChunks(Bytes(plain), chunk));
+    const std::string listed = ListOf(LossesOf(ReportPicture(path), OutputFormatOf("a.png"), {}, 8));
+    HostImage image;
+    const auto read = PictureReader().ReadColour(path, 8, image);
+    PictureWriter writer;
+    const auto written = writer.WriteBeside(folder_.path() / "out.png", image, read.metadata.get(), {});
+    EXPECT_EQ(written.Notes(),
+              listed.empty() ? std::vector<std::string>() : std::vector<std::string>{"output: lost: " + listed});
+    return listed;
+  };
+  const std::string damaged = "damaged colour profile";
+  EXPECT_EQ(lost(""), "");
+  EXPECT_EQ(lost(PngChunk("iCCP", "icc\0\0not packed"s)), damaged);
+  EXPECT_EQ(lost(PngChunk("iCCP", "icc")), damaged);
+  EXPECT_EQ(lost(PngProfileChunk(std::string(200, 'x'))), damaged);
+}
+
+// The library takes their bytes in the other order.
+TEST_F(PictureFileHeader, TiffSamplesOf24BitsAreRefused) {
+  for (const bool isBig : {false, true}) {
+    for (const std::uint32_t channels : {1u, 3u}) {
+      const auto path =
+          folder_.Write("in.tif", TiffBytes(2, 1, 24, channels, std::string(6 * channels, 'x'), isBig).File());
+      EXPECT_EQ(
+          CaughtFailure([&] { ReadPictureInfo(path); })->what(),
+          path.string() + ": cannot read: samples of 24 bits are not read, expected whole numbers of 8, 16 or 32 bits");
+    }
+  }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/RawPictures.h"
 #include "tests/support/host/ScratchFolder.h"
+#include "tests/support/host/TiffBytes.h"
 
 namespace vblur::host {
 namespace {
@@ -50,7 +51,7 @@ TEST_F(PictureFileMetadata, IsPassedOn) {
 // A writer of IPTC data ends the program at one.
 TEST_F(PictureFileMetadata, EmptyTextsAreLeftOut) {
   for (const char* const name : {"Artist", "Copyright", "ImageDescription", "IPTC:City"}) {
-    PictureMetadata metadata;
+    LibraryMetadata metadata;
     metadata.info.format = "png";
     for (const std::string& empty : {std::string(), std::string("  "), std::string(3, '\0')}) {
       metadata.input.attribute(name, empty);
@@ -93,6 +94,27 @@ TEST_F(PictureFileMetadata, TextsThatAreTooLongForAJpegAreLeftOutAndTold) {
   EXPECT_EQ(TakeLongTexts(texts, 30), std::vector<std::string>{});
   EXPECT_EQ(TakeLongTexts(texts, 29), std::vector<std::string>{"b"});
   EXPECT_EQ(TakeLongTexts(texts, 0), std::vector<std::string>{"a"});
+}
+
+// Though the host has no group for them.
+TEST_F(PictureFileMetadata, TextsThatAreWrittenAreNotToldAsLost) {
+  folder_.Write("in.tif", TiffBytes(2, 1, 8, 1, "xy").Text(269, "a document").Text(316, "a computer").File());
+  const PictureReport report = ReportPicture(folder_.path() / "in.tif");
+  const auto lost = [&](const char* to) { return ListOf(LossesOf(report, OutputFormatOf(to), {}, 8)); };
+  for (const char* to : {"out.tif", "out.png"}) {
+    EXPECT_EQ(lost(to), "") << to;
+    const OIIO::ImageSpec out = PassOn("in.tif", to);
+    EXPECT_EQ(out.get_string_attribute("DocumentName"), "a document") << to;
+    EXPECT_EQ(out.get_string_attribute("HostComputer"), "a computer") << to;
+  }
+  EXPECT_EQ(lost("out.tga"), "attributes DocumentName, HostComputer");
+  OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::HALF);
+  spec.attribute("  no name of a text", "but a text");
+  spec.attribute("owner", "somebody");
+  spec.attribute("count", 3);
+  WriteRaw(folder_.path() / "in.exr", "openexr", spec, std::vector<std::uint16_t>(6, 0));
+  EXPECT_EQ(ListOf(LossesOf(ReportPicture(folder_.path() / "in.exr"), OutputFormatOf("a.png"), {}, 8)),
+            "last bits of half samples (uint16 are written), attributes   no name of a text, count");
 }
 
 // The library makes others of them.

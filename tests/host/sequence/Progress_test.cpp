@@ -44,10 +44,12 @@ class ProgressOutput : public testing::Test {
     RenderSummary summary;
     summary.done = 1;
     summary.code = ExitCode::SomeFramesFailed;
+    summary.beyond = beyond_;
     progress.Finish(summary);
     return Printed();
   }
 
+  BeyondRange beyond_;
   ScratchFolder folder_;
   std::FILE* stream_;
 };
@@ -56,7 +58,16 @@ TEST_F(ProgressOutput, WithoutProgressFailuresRemain) {
   EXPECT_EQ(Run(ProgressStyle::None), "vblur: x.png: cannot read: no such file\n");
 }
 
+TEST_F(ProgressOutput, WhatFloatsDoNotCarryIsToldOnceAtTheEnd) {
+  beyond_ = {.count = 2, .lowest = -1e5f, .highest = 7e4f, .notNumbers = 3};
+  EXPECT_EQ(Run(ProgressStyle::None),
+            "vblur: x.png: cannot read: no such file\n"
+            "vblur: input: 2 components from -100000 to 70000 clipped to -65504 to 65504, which 32 bits carry; "
+            "3 components without a value (NaN) read as 0\n");
+}
+
 TEST_F(ProgressOutput, JsonIsAnObjectALine) {
+  beyond_ = {.count = 2, .lowest = -1e5f, .highest = 7e4f, .notNumbers = 3};
   std::istringstream lines(Run(ProgressStyle::Json));
   std::vector<nlohmann::json> objects;
   for (std::string line; std::getline(lines, line);)
@@ -76,6 +87,8 @@ TEST_F(ProgressOutput, JsonIsAnObjectALine) {
   EXPECT_EQ(objects[3]["message"], "x.png: cannot read: no such file");
   EXPECT_EQ(objects[4]["event"], "end");
   EXPECT_EQ(objects[4]["exit"], 1);
+  EXPECT_EQ(objects[4]["limited"], 2);
+  EXPECT_EQ(objects[4]["notNumbers"], 3);
 }
 
 TEST_F(ProgressOutput, ABarIsDrawnRarelyAndTakenAway) {

@@ -38,6 +38,7 @@ TEST_F(ReplacedInputs, KeepWholeNumbersThatNoFloatHolds) {
 
 TEST_F(ReplacedInputs, KeepTheirHalvesBelowTheStepsThatAreRendered) {
   const std::vector<float> samples(18, 0.5f);
+  job_.depth = 16;
   WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc::HALF), samples);
   ExpectKept("in.exr", "last bits of half samples below 1/16 (steps of 1/16384 are rendered)");
   OIIO::ImageSpec mixed(3, 2, 3, OIIO::TypeDesc::FLOAT);
@@ -85,6 +86,7 @@ TEST_F(ReplacedInputs, KeepTheirTilesAndSmallerCopies) {
   spec.tile_width = spec.tile_height = 16;
   WriteRaw(folder_.path() / "in.tif", "tiff", spec, std::vector<std::uint8_t>(32 * 16 * 3, 90));
   ExpectKept("in.tif", "tiles of 16 x 16 pixels");
+  job_.depth = 16;
   spec.set_format(OIIO::TypeDesc::HALF);
   spec.attribute("textureformat", "Plain Texture");
   spec.attribute("openexr:levelmode", 1);
@@ -118,7 +120,7 @@ TEST_F(ReplacedInputs, LoseNoTextThatTheirFormatKeeps) {
   const auto report = ReportPicture(folder_.path() / "in.png");
   for (const char* text : {"Exif:ImageHistory", "Own words"})
     EXPECT_TRUE(std::ranges::any_of(report.attributes, [&](const auto& each) { return each.first == text; })) << text;
-  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.tga"), {}, 8)), "Exif data, other attributes");
+  EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.tga"), {}, 8)), "Exif data, attribute Own words");
 }
 
 TEST_F(ReplacedInputs, KeepADamagedProfile) {
@@ -129,7 +131,26 @@ TEST_F(ReplacedInputs, KeepADamagedProfile) {
   ExpectKept("in.tif", "colour profile (damaged, or for other colours)");
 }
 
+TEST_F(ReplacedInputs, AreReplacedWhereFloatsHoldThem) {
+  for (const OIIO::TypeDesc type : {OIIO::TypeDesc::HALF, OIIO::TypeDesc::FLOAT}) {
+    WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, type), std::vector<float>(18, 0.001f));
+    EXPECT_EQ(Render("in.exr", "in.exr").done, 1);
+  }
+}
+
+TEST_F(ReplacedInputs, KeepWhatFloatsDoNotCarry) {
+  WriteRaw(folder_.path() / "in.exr", "openexr", OIIO::ImageSpec(3, 2, 3, OIIO::TypeDesc::FLOAT),
+           std::vector<float>(18, -1e6f));
+  const std::string before = Bytes(folder_.path() / "in.exr");
+  EXPECT_EQ(Render("in.exr", "in.exr").failed, 1);
+  EXPECT_EQ(seen_.failure, (folder_.path() / "in.exr").string() +
+                               ": cannot write: it is read by this run and would lose what cannot be read: 18 "
+                               "components from -1e+06 to -1e+06 clipped to -65504 to 65504, which 32 bits carry");
+  EXPECT_EQ(Bytes(folder_.path() / "in.exr"), before);
+}
+
 TEST_F(ReplacedInputs, KeepTheirHighlights) {
+  job_.depth = 16;
   WriteWindowed(folder_.path() / "in.exr", {0, 0, 3, 2}, {0, 0, 3, 2}, {"R", "G", "B"}, 7.0f);
   ExpectKept("in.exr", "last bits of float samples (steps of 1/16384 are rendered)");
   options_.lossy = true;

@@ -141,6 +141,36 @@ TEST_F(SequenceRenderer, AnInterruptedFrameLeavesNoTrace) {
   EXPECT_EQ(NamesIn(folder_.path()), before);
 }
 
+// Stops behind a frame.
+class StopBehind : public Collector {
+ public:
+  StopBehind(std::int64_t index, ExecuteContext& context) : index_(index), context_(context) {}
+
+  void OnFrame(const FrameResult& result) override {
+    Collector::OnFrame(result);
+    if (result.index == index_) context_.Stop();
+  }
+
+ private:
+  const std::int64_t index_;
+  ExecuteContext& context_;
+};
+
+TEST_F(SequenceRenderer, AStopBehindTheLastFileChangesNothing) {
+  MakeInputs();
+  for (const std::int64_t index : {4, 5}) {
+    ExecuteContext context;
+    StopBehind observer(index, context);
+    options_.overwrite = true;
+    const auto summary = RenderSequence(
+        job_, [&] { return ComPtr<TestEffect>::Own(new TestEffect(log_, {}, kOk)).As<IDSImageEffect>(); }, options_,
+        context, observer);
+    EXPECT_EQ(summary.code, index == 5 ? ExitCode::Done : ExitCode::Interrupted);
+    EXPECT_EQ(summary.done, index + 1);
+    EXPECT_EQ(observer.results.size(), static_cast<std::size_t>(index + 1));
+  }
+}
+
 TEST_F(SequenceRenderer, ExistingFilesAreRefusedKeptOrReplaced) {
   MakeInputs();
   Make("out.005.png", 200);

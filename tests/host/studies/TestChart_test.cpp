@@ -7,8 +7,8 @@
 namespace vblur::host {
 namespace {
 
-TEST(TestChart, HasEverySizeAndBothDepths) {
-  for (const std::int32_t depth : {8, 16}) {
+TEST(TestChart, HasEverySizeAndDepth) {
+  for (const std::int32_t depth : {8, 16, 32}) {
     for (const auto& [width, height] : {std::pair{1, 1}, {1, 50}, {50, 1}, {3, 2}, {320, 180}}) {
       HostImage chart;
       DrawTestChart(chart, depth, width, height, 0);
@@ -29,6 +29,20 @@ TEST(TestChart, TheTopIsBarsFromWhiteToBlack) {
   for (std::size_t c = 0; c < 3; ++c)
     EXPECT_EQ(all[row + 319 * 4 + c], 0);
   EXPECT_EQ(all[row + 319 * 4 + 3], 16384);
+}
+
+TEST(TestChart, FloatsAreTheOtherDepthsBeforeTheirRounding) {
+  HostImage chart;
+  HostImage rounded;
+  DrawTestChart(chart, 32, 160, 90, 3);
+  DrawTestChart(rounded, 16, 160, 90, 3);
+  const std::vector<float> all = Floats(chart);
+  bool hasFractions = false;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    ASSERT_NEAR(all[i] * 16384.0f, static_cast<float>(Component(rounded, i)), 0.501f) << i;
+    hasFractions = hasFractions || all[i] * 16384.0f != static_cast<float>(Component(rounded, i));
+  }
+  EXPECT_TRUE(hasFractions);
 }
 
 TEST(TestChart, ColoursGoOnWhereItIsTransparent) {

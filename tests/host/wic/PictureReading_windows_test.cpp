@@ -188,6 +188,35 @@ TEST_F(PictureReading, WhatTheCodecDoesNotReadIsRefusedInWords) {
   }
 }
 
+TEST_F(PictureReading, WhatCodecsDifferInIsRefusedInWords) {
+  const auto refusal = [&](const std::string& name, const std::string& bytes) {
+    const auto failure = Refusal(name, bytes);
+    const std::string begin = Utf8Of(folder_.path() / name) + ": cannot read: ";
+    if (!failure) return std::string("read");
+    const std::string what = failure->what();
+    EXPECT_TRUE(what.starts_with(begin)) << what;
+    return what.substr(begin.size());
+  };
+  const auto expect = [](const std::string& found, const std::string& words) {
+    EXPECT_TRUE(found == "read" || found == "the system's codec does not read " + words) << found;
+  };
+  expect(refusal("a.tif", TiffBytes(2, 1, 16, 2, "abcdefgh").Short(338, {2}).File()),
+         "grey of 16 bits with alpha, expected it without, or colours");
+  // No packed pixels: nobody reads these.
+  EXPECT_EQ(refusal("j.tif", TiffBytes(2, 1, 8, 3, "abcdef").Short(259, {7}).File()),
+            "the system's codec does not read the compression jpeg, expected none, lzw, zip or packbits");
+  std::string bmp = Bytes(Known("rgb.bmp"));
+  bmp.replace(28, 6, std::string("\x10\0\x03\0\0\0", 6));
+  EXPECT_EQ(refusal("m.bmp", bmp),
+            "the system's codec does not read these 16 bits a pixel, expected 5 bits a channel, "
+            "or 6 of green");
+  std::string png = Bytes(Known("rgb8.png"));
+  const std::size_t pixels = png.find("IDAT") + 20;
+  png[pixels] = static_cast<char>(png[pixels] ^ 0x5a);
+  const std::string damaged = refusal("d.png", png);
+  EXPECT_NE(damaged.find("a wrong checksum in its chunk IDAT"), std::string::npos) << damaged;
+}
+
 TEST_F(PictureReading, FurtherPicturesAreTold) {
   const auto path = std::filesystem::path(VBLUR_CORPUS_FOLDER) / "accepted" / "two-pages.tif";
   const ReadPicture read = PictureReader().ReadColour(path, 8, image_);

@@ -35,6 +35,16 @@ TEST(TriangleFilter, AFlatPictureStaysFlatToItsEdges) {
   }
 }
 
+TEST(TriangleFilter, FloatsAreNotRounded) {
+  HostImage from;
+  from.Reset(32, 4, 8, 1);
+  from.Clear();
+  SetFloats(from, std::vector<float>(32, 0.3f));
+  HostImage to;
+  for (const float component : Floats(Scaled(from, 8, 1, to)))
+    ASSERT_EQ(component, 0.3f);
+}
+
 // Half as many pixels: each is made of four, by 1, 3, 3 and 1 eighths.
 TEST(TriangleFilter, WeighsByDistance) {
   HostImage from;

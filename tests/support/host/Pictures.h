@@ -42,6 +42,17 @@ inline std::vector<std::int32_t> Components(const HostImage& image) {
   return all;
 }
 
+// Those of a picture of floats.
+inline std::vector<float> Floats(const HostImage& image) {
+  std::vector<float> all(ComponentCount(image));
+  std::memcpy(all.data(), image.Row(0), image.ByteCount());
+  return all;
+}
+
+inline void SetFloats(HostImage& image, const std::vector<float>& components) {
+  std::memcpy(image.Row(0), components.data(), components.size() * sizeof(float));
+}
+
 // Components are independent: colours may be non-zero where alpha is 0.
 inline void FillRandom(HostImage& image, std::int32_t low, std::int32_t high, unsigned seed) {
   std::mt19937 random(seed);

@@ -33,6 +33,7 @@ struct ProcessSetup {
   std::filesystem::path input;  // the file that is its standard input; without one: this process' own
   bool isPiped = false;         // the input comes through a pipe; on Windows without a file: nothing comes
   std::vector<int> closed;      // standard streams that it does not have
+  int unread = -1;              // the stream that is a pipe which nobody reads
   int withoutReader = -1;       // Windows only: the stream that is a pipe whose reader has left
   std::function<void()> inChild;
 };
@@ -48,6 +49,8 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
+  // How much it has written to the pipe that nobody reads.
+  std::int64_t UnreadBytes() const;
   // Ctrl-C.
   void Interrupt() const;
   // It cannot clean up.

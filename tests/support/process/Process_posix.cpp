@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -40,13 +41,27 @@ void PipeInput() {
 
 class Process::Child {
  public:
-  explicit Child(pid_t child) : id(child) {}
+  explicit Child(const Setup& setup) {
+    if (setup.unread >= 0 && ::pipe2(unread, O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");
+    id = ::fork();
+    if (id < 0) throw std::runtime_error("cannot start a process");
+    if (id > 0) CloseUnread(1);
+  }
+  ~Child() { CloseUnread(0); }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
 
-  [[noreturn]] static void Become(const Process& process, std::vector<char*>& arguments, const Setup& setup) {
+  void CloseUnread(std::size_t end) {
+    if (unread[end] >= 0) ::close(unread[end]);
+    unread[end] = -1;
+  }
+
+  [[noreturn]] void Become(const Process& process, std::vector<char*>& arguments, const Setup& setup) const {
     Connect(process.StreamFile("out"), O_CREAT | O_TRUNC | O_WRONLY, STDOUT_FILENO);
     Connect(process.StreamFile("err"), O_CREAT | O_TRUNC | O_WRONLY, STDERR_FILENO);
     if (!setup.input.empty()) Connect(setup.input, O_RDONLY, STDIN_FILENO);
     if (setup.isPiped) PipeInput();
+    if (setup.unread >= 0) ::dup2(unread[1], setup.unread);
     for (const int stream : setup.closed)
       ::close(stream);
     // The program has no sanitizer suppressions; the tests of its libraries check for leaks and races.
@@ -57,7 +72,8 @@ class Process::Child {
     ::_exit(127);
   }
 
-  pid_t id;
+  pid_t id = -1;
+  int unread[2] = {-1, -1};
 };
 
 Process::Process(const std::filesystem::path& folder, std::vector<std::string> arguments, const Setup& setup)
@@ -67,10 +83,8 @@ Process::Process(const std::filesystem::path& folder, std::vector<std::string> a
   for (std::string& argument : arguments)
     pointers.push_back(argument.data());
   pointers.push_back(nullptr);
-  const pid_t id = ::fork();
-  if (id < 0) throw std::runtime_error("cannot start a process");
-  if (id == 0) Child::Become(*this, pointers, setup);
-  child_ = std::make_unique<Child>(id);
+  child_ = std::make_unique<Child>(setup);
+  if (child_->id == 0) child_->Become(*this, pointers, setup);
 }
 
 Process::~Process() {
@@ -81,6 +95,12 @@ Process::~Process() {
 
 int Process::Id() const {
   return child_->id;
+}
+
+std::int64_t Process::UnreadBytes() const {
+  int bytes = 0;
+  if (::ioctl(child_->unread[0], FIONREAD, &bytes) != 0) throw std::runtime_error("nothing is unread");
+  return bytes;
 }
 
 void Process::Send(int signal) const {

@@ -8,9 +8,6 @@
 #include "host/base/Utf8.h"
 #include "tests/support/host/Pictures.h"
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 // After it, whose types it uses.
 #include <psapi.h>
@@ -134,6 +131,11 @@ class Process::Child {
     }
     streams_[1] = Open(process.StreamFile("out"), GENERIC_WRITE, CREATE_ALWAYS);
     streams_[2] = Open(process.StreamFile("err"), GENERIC_WRITE, CREATE_ALWAYS);
+    if (setup.unread >= 0) {
+      Pipe pipe = MakePipe(false);
+      streams_.at(static_cast<std::size_t>(setup.unread)) = std::move(pipe.write);
+      unread_ = std::move(pipe.read);
+    }
     if (setup.withoutReader >= 0) streams_.at(static_cast<std::size_t>(setup.withoutReader)) = MakePipe(false).write;
     for (const int stream : setup.closed)
       streams_.at(static_cast<std::size_t>(stream)).Close();
@@ -149,6 +151,7 @@ class Process::Child {
 
   HANDLE Program() const { return program_.get(); }
   DWORD Id() const { return id_; }
+  HANDLE Unread() const { return unread_.get(); }
 
  private:
   void Start(const std::filesystem::path& folder, std::wstring line, DWORD flags) {
@@ -183,6 +186,7 @@ class Process::Child {
 
   std::array<Handle, 3> streams_;
   Handle silent_;
+  Handle unread_;
   std::thread feeder_;
   Handle program_;
   DWORD id_ = 0;
@@ -200,6 +204,12 @@ Process::~Process() {
   if (!child_) return;
   Kill();
   Wait();
+}
+
+std::int64_t Process::UnreadBytes() const {
+  DWORD bytes = 0;
+  if (PeekNamedPipe(child_->Unread(), nullptr, 0, nullptr, &bytes, nullptr) == 0) Fail("nothing is unread");
+  return bytes;
 }
 
 void Process::Interrupt() const {

@@ -1,0 +1,279 @@
+#include "host/light/PngWriting.h"
+
+#include <algorithm>
+#include <bit>
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <system_error>
+
+#include <png.h>
+
+#include "host/base/Failure.h"
+#include "host/base/StandardStream.h"
+#include "host/files/ColourProfile.h"
+#include "host/files/ComponentRows.h"
+#include "host/files/OutputPixels.h"
+#include "host/formats/PngHead.h"
+#include "host/light/LightMetadata.h"
+#include "host/light/PictureMetadata.h"
+#include "host/light/PngFile.h"
+#include "host/light/PngTextNames.h"
+
+namespace vblur::host {
+
+namespace {
+
+bool IsAscii(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Or one of zeros and blanks, which is not passed on.
+bool IsEmptyText(std::string_view text) {
+  return text.find_first_not_of(std::string_view(" \0", 2)) == std::string_view::npos;
+}
+
+int ColourTypeOf(PixelLayout layout) {
+  switch (layout) {
+    case PixelLayout::Grey: return PNG_COLOR_TYPE_GRAY;
+    case PixelLayout::GreyAlpha: return PNG_COLOR_TYPE_GRAY_ALPHA;
+    case PixelLayout::Rgb: return PNG_COLOR_TYPE_RGB;
+    case PixelLayout::Rgba: break;
+  }
+  return PNG_COLOR_TYPE_RGB_ALPHA;
+}
+
+std::vector<int> ComponentsOf(PixelLayout layout) {
+  std::vector<int> components{0};
+  if (!IsGrey(layout)) components.insert(components.end(), {1, 2});
+  if (HasAlpha(layout)) components.push_back(3);
+  return components;
+}
+
+// Writes one picture into one file.
+class Writing {
+ public:
+  Writing(const PictureToWrite& picture, const StopTest& stop)
+      : picture_(picture),
+        stop_(stop),
+        png_(picture.metadata != nullptr ? picture.metadata->Png() : nullptr),
+        pixels_(ChooseOutputPixels(picture,
+                                   png_ != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt)),
+        components_(ComponentsOf(pixels_.layout)),
+        window_{0, 0, picture.image.Width(), picture.image.Height()},
+        rows_(picture, png_ != nullptr ? &picture.metadata->info : nullptr, window_, window_,
+              components_.size() * SampleBytes(pixels_.type)),
+        file_(picture.file, stop) {
+    if (file_.SystemError() != 0) Fail();
+    write_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning);
+    if (write_ != nullptr) info_ = png_create_info_struct(write_);
+    if (info_ == nullptr) throw std::bad_alloc();
+  }
+  ~Writing() { png_destroy_write_struct(&write_, &info_); }
+  Writing(const Writing&) = delete;
+  Writing& operator=(const Writing&) = delete;
+
+  void Write() {
+    MakeTexts();
+    MakeChunks();
+    Check(PutHead());
+    std::vector<std::byte> row(rows_.RowBytes());
+    for (std::int32_t y = 0; y < window_.height; ++y) {
+      MakeRow(y, row.data());
+      Check(PutRow(row.data()));
+    }
+    Check(PutEnd());
+    file_.Close();
+    Check(true);
+  }
+
+  std::vector<std::string> Notes() {
+    const std::string clipped = FormatBeyond(beyond_, LimitsOf(pixels_.type));
+    if (!clipped.empty()) pixels_.notes.push_back(OutputName(picture_.target) + ": " + clipped);
+    return std::move(pixels_.notes);
+  }
+
+ private:
+  [[noreturn]] void Fail() const {
+    const int error = file_.SystemError();
+    const std::string why = message_.empty() ? "writing failed" : message_;
+    RefuseToWrite(picture_.target, error != 0 ? std::generic_category().message(error) : why);
+  }
+
+  void Check(bool done) const {
+    if (stop_ && stop_()) throw FileInterrupted{};
+    if (!done || file_.SystemError() != 0) Fail();
+  }
+
+  bool PassesProfile() const {
+    return png_ != nullptr && !png_->profile.empty() && LayoutsOfProfile(png_->profile).Has(pixels_.layout);
+  }
+
+  // Those of ASCII, which libpng borrows.
+  void MakeTexts() {
+    if (png_ == nullptr) return;
+    for (const auto& [name, text] : png_->texts) {
+      if (name == "DateTime" || IsEmptyText(text)) continue;
+      const std::string keyword = KeywordOfName(name);
+      if (IsAscii(text)) {
+        keywords_.push_back(keyword);
+        plain_.push_back(text);
+      } else {
+        // Behind the keyword: not compressed, no language, no translated keyword.
+        late_ += PngChunk("iTXt", keyword + std::string(5, '\0') + text);
+      }
+    }
+    for (std::size_t i = 0; i < plain_.size(); ++i) {
+      png_text text{};
+      text.compression = PNG_TEXT_COMPRESSION_NONE;
+      text.key = keywords_[i].data();
+      text.text = plain_[i].data();
+      text.text_length = plain_[i].size();
+      texts_.push_back(text);
+    }
+  }
+
+  // What follows the header as it is.
+  void MakeChunks() {
+    if (png_ == nullptr) return;
+    const PictureInfo& source = picture_.metadata->info;
+    chunks_ = source.colourChunks;
+    // A profile takes the place of the name of a colour space.
+    constexpr std::size_t kSrgbChunk = 13;
+    const auto srgb = chunks_.find("sRGB");
+    if (PassesProfile() && srgb != std::string::npos) chunks_.erase(srgb - 4, kSrgbChunk);
+    chunks_ += late_ + source.lateTexts;
+  }
+
+  bool PutHead() {
+    if (setjmp(png_jmpbuf(write_)) != 0) return false;
+    png_set_write_fn(write_, this, OnBytes, nullptr);
+    png_set_compression_level(write_, kLevel);
+    png_set_compression_strategy(write_, kStrategy);
+    png_set_IHDR(write_, info_, static_cast<png_uint_32>(window_.width), static_cast<png_uint_32>(window_.height),
+                 static_cast<int>(8 * SampleBytes(pixels_.type)), ColourTypeOf(pixels_.layout), PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_oFFs(write_, info_, 0, 0, PNG_OFFSET_PIXEL);
+    PutMetadata();
+    png_write_info(write_, info_);
+    if (std::endian::native == std::endian::little && SampleBytes(pixels_.type) == 2) png_set_swap(write_);
+    return true;
+  }
+
+  void PutMetadata() {
+    if (png_ == nullptr) return;
+    if (PassesProfile()) {
+      png_set_iCCP(write_, info_, "Embedded Profile", 0, reinterpret_cast<png_const_bytep>(png_->profile.data()),
+                   static_cast<png_uint_32>(png_->profile.size()));
+    }
+    if (png_->pixelsX != 0) {
+      // Where the two differ, the full library takes the second from the aspect.
+      const float x = png_->ResolutionX();
+      const float aspect = png_->PixelAspect();
+      png_set_pHYs(write_, info_, Pixels(x), Pixels(aspect > 0.0f ? x * aspect : png_->ResolutionY()),
+                   png_->isInMetres ? PNG_RESOLUTION_METER : PNG_RESOLUTION_UNKNOWN);
+    }
+    PutTime();
+    if (!texts_.empty()) png_set_text(write_, info_, texts_.data(), static_cast<int>(texts_.size()));
+  }
+
+  // The resolution of the full library's files: it goes through floats.
+  png_uint_32 Pixels(float resolution) const {
+    constexpr float kInchesInMetre = 100.0f / 2.54f;
+    return static_cast<png_uint_32>(resolution * (png_->isInMetres ? kInchesInMetre : 1.0f));
+  }
+
+  void PutTime() {
+    if (png_->texts.empty() || png_->texts.front().first != "DateTime") return;
+    unsigned parts[6] = {};
+    std::sscanf(png_->texts.front().second.c_str(), "%4u:%2u:%2u %2u:%2u:%2u", &parts[0], &parts[1], &parts[2],
+                &parts[3], &parts[4], &parts[5]);
+    png_time time;
+    time.year = static_cast<png_uint_16>(parts[0]);
+    time.month = static_cast<png_byte>(parts[1]);
+    time.day = static_cast<png_byte>(parts[2]);
+    time.hour = static_cast<png_byte>(parts[3]);
+    time.minute = static_cast<png_byte>(parts[4]);
+    time.second = static_cast<png_byte>(parts[5]);
+    png_set_tIME(write_, info_, &time);
+  }
+
+  bool PutRow(const std::byte* row) {
+    if (setjmp(png_jmpbuf(write_)) != 0) return false;
+    png_write_row(write_, reinterpret_cast<png_const_bytep>(row));
+    return true;
+  }
+
+  bool PutEnd() {
+    if (setjmp(png_jmpbuf(write_)) != 0) return false;
+    png_write_end(write_, nullptr);
+    return true;
+  }
+
+  void MakeRow(std::int32_t row, std::byte* samples) {
+    for (const int component : components_) {
+      const ComponentChannel channel{component, pixels_.type};
+      rows_.Put(channel, row, samples);
+      rows_.AddBeyond(channel, row, beyond_);
+      samples += SampleBytes(pixels_.type);
+    }
+  }
+
+  static void OnBytes(png_structp png, png_bytep bytes, std::size_t count) {
+    static_cast<Writing*>(png_get_io_ptr(png))->Put(bytes, count);
+  }
+  void Put(const unsigned char* bytes, std::size_t count) {
+    // Behind the signature and the header.
+    constexpr std::size_t kHead = 33;
+    const bool wasHead = written_ < kHead;
+    file_.Put(bytes, count);
+    written_ += count;
+    if (wasHead && written_ >= kHead) file_.Put(reinterpret_cast<const unsigned char*>(chunks_.data()), chunks_.size());
+  }
+
+  static void OnError(png_structp png, png_const_charp message) {
+    OnWarning(png, message);
+    png_longjmp(png, 1);
+  }
+  static void OnWarning(png_structp png, png_const_charp message) {
+    static_cast<Writing*>(png_get_error_ptr(png))->message_ = message;
+  }
+
+  // Higher compression levels hardly make files smaller.
+  static constexpr int kLevel = 4;
+  static constexpr int kStrategy = 0;  // the usual one
+
+  const PictureToWrite& picture_;
+  const StopTest& stop_;
+  const PngMetadata* png_;
+  OutputPixels pixels_;
+  std::vector<int> components_;
+  FileWindow window_;
+  ComponentRows rows_;
+  PngFile file_;
+  png_structp write_ = nullptr;
+  png_infop info_ = nullptr;
+  BeyondRange beyond_;
+  std::vector<std::string> keywords_;
+  std::vector<std::string> plain_;
+  std::vector<png_text> texts_;
+  std::string late_;
+  std::string chunks_;
+  std::size_t written_ = 0;
+  std::string message_;
+};
+
+}  // namespace
+
+bool IsPlainPng(const PictureToWrite& picture) {
+  return picture.format.name == "png" && (picture.metadata == nullptr || picture.metadata->Png() != nullptr);
+}
+
+std::vector<std::string> WritePng(const PictureToWrite& picture, const StopTest& stop) {
+  Writing writing(picture, stop);
+  writing.Write();
+  return writing.Notes();
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,174 @@
+// The running sums of one box over one vector of floats: 64-bit integers, as in the plain code (ExactBox.h). Compiled
+// once for each instruction set, by BoxSweep_simd.cpp; see BoxSums-inl.h for the functions that every kind of sums has.
+#if defined(VBLUR_BLUR_EXACTSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_BLUR_EXACTSUMS_INL_H
+#undef VBLUR_BLUR_EXACTSUMS_INL_H
+#else
+#define VBLUR_BLUR_EXACTSUMS_INL_H
+#endif
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "blur/BoxSums-inl.h"
+#include "blur/ExactBox.h"
+#include "image/CpuIntrinsics-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// A double to the nearest integer of 64 bits, to even on a tie, given 2^-32 of it: below 2^31.
+template <class D, class V>
+HWY_INLINE auto NearestInteger(D d, V upper) {
+#if HV_X86_VECTORS && HWY_TARGET <= HWY_AVX3
+  return hn::Vec<hn::RebindToSigned<D>>{RoundedToInt64(hn::Mul(upper, hn::Set(d, 0x1p32)).raw)};
+#else
+  // Adding 1.5 * 2^52 rounds a double to an integer, which then stands in its low bits: first that of the upper 32
+  // bits, then that of the rest, which may be negative.
+  const hn::RebindToSigned<D> di;
+  const V magic = hn::Set(d, 0x1.8p52);
+  const V high = hn::Add(upper, magic);
+  const V rest = hn::Sub(upper, hn::Sub(high, magic));
+  const V low = hn::Add(hn::Mul(rest, hn::Set(d, 0x1p32)), magic);
+  return hn::Sub(hn::Add(hn::ShiftLeft<32>(hn::BitCast(di, high)), hn::BitCast(di, low)), hn::BitCast(di, magic));
+#endif
+}
+
+// An integer of 64 bits to the nearest double, to even on a tie.
+template <class D, class VI>
+HWY_INLINE hn::Vec<D> NearestDouble(D d, VI v) {
+#if HV_X86_VECTORS && HWY_TARGET <= HWY_AVX3
+  return hn::ConvertTo(d, v);
+#else
+  // The upper and the lower 32 bits as mantissas of 2^84 and 2^52; only the last addition rounds.
+  const hn::RebindToUnsigned<D> du;
+  const auto bits = hn::BitCast(du, v);
+  const auto low = hn::Or(hn::And(bits, hn::Set(du, 0xFFFFFFFFu)), hn::Set(du, 0x4330000000000000u));
+  const auto high = hn::Xor(hn::ShiftRight<32>(bits), hn::Set(du, 0x4530000080000000u));
+  return hn::Add(hn::Sub(hn::BitCast(d, high), hn::Set(d, 0x1p84 + 0x1p63 + 0x1p52)), hn::BitCast(d, low));
+#endif
+}
+
+struct ExactSums {
+  using Component = float;
+  using D = hn::ScalableTag<double>;
+  using DI = hn::RebindToSigned<D>;
+  using DF = hn::Rebind<float, D>;
+  using V = hn::Vec<D>;
+  using VI = hn::Vec<DI>;
+  using VF = hn::Vec<DF>;
+  // A vector of floats widens to this many.
+  static constexpr int kParts = 2;
+  static constexpr std::size_t kLanes = hn::MaxLanes(D());
+  static constexpr std::size_t kBytes = kParts * kLanes * sizeof(float);
+  static constexpr std::size_t kRingBytes = kParts * kLanes * sizeof(std::int64_t);
+  static constexpr std::size_t kSumBytes = kRingBytes;
+  static constexpr std::size_t kUnits = 1;
+
+  struct Sum {
+    VI all[kParts];
+    HWY_INLINE void Load(const std::byte* p) {
+      for (int i = 0; i < kParts; ++i)
+        all[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+    }
+    HWY_INLINE void Store(std::byte* p) const {
+      for (int i = 0; i < kParts; ++i)
+        hn::StoreU(all[i], DI(), reinterpret_cast<std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+    }
+  };
+  // Components, and what they are in the sum. Those of a ring have no floats.
+  struct Item {
+    VF floats[kParts];
+    VI held[kParts];
+  };
+
+  explicit HWY_INLINE ExactSums(const ExactBox& box)
+      : upperSteps(hn::Set(D(), std::ldexp(1.0, box.step - 32))),
+        whole(hn::Set(D(), box.whole)),
+        atEnds(hn::Set(D(), box.atEnds)) {}
+
+  HWY_INLINE Sum Empty() const { return {{hn::Zero(DI()), hn::Zero(DI())}}; }
+
+  HWY_INLINE Item Read(const float* p) const {
+    Item item;
+    for (int i = 0; i < kParts; ++i) {
+      const VF v = hn::LoadU(DF(), p + static_cast<std::size_t>(i) * kLanes);
+      // As `carried`: what is no number differs from itself.
+      const VF number = hn::IfThenElseZero(hn::Eq(v, v), v);
+      item.floats[i] = hn::Min(hn::Max(number, hn::Set(DF(), -kMostCarried)), hn::Set(DF(), kMostCarried));
+      item.held[i] = Held(item.floats[i]);
+    }
+    return item;
+  }
+  static HWY_INLINE void Write(const Item& item, const Output<float>& output, float* p) {
+#if HWY_TARGET == HWY_SCALAR
+    for (int i = 0; i < kParts; ++i)
+      hn::StoreU(MergedWith(item.floats[i], output, static_cast<std::size_t>(i), DF()), DF(), p + i);
+#else
+    using DFull = hn::Twice<DF>;
+    PutOut(DFull(), MergedWith(hn::Combine(DFull(), item.floats[1], item.floats[0]), output, 0, DFull()), output, p);
+#endif
+  }
+  static HWY_INLINE void Keep(const Item& item, std::byte* p) {
+    Sum{{item.held[0], item.held[1]}}.Store(p);
+  }
+  static HWY_INLINE Item Kept(const std::byte* p) {
+    Item item;
+    for (int i = 0; i < kParts; ++i) {
+      item.floats[i] = hn::Zero(DF());
+      item.held[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+    }
+    return item;
+  }
+
+  HWY_INLINE void Add(Sum& sum, const Item& in) const {
+    for (int i = 0; i < kParts; ++i)
+      sum.all[i] = hn::Add(sum.all[i], in.held[i]);
+  }
+  template <bool kFraction>
+  HWY_INLINE Item Step(Sum& sum, const Item& in, const Item& out) const {
+    Item result;
+    for (int i = 0; i < kParts; ++i) {
+      const VI inner = hn::Sub(sum.all[i], out.held[i]);
+      V mean;
+      if constexpr (kFraction) {
+        const VI ends = hn::Add(in.held[i], out.held[i]);
+        mean = hn::Add(hn::Mul(NearestDouble(D(), inner), whole), hn::Mul(NearestDouble(D(), ends), atEnds));
+      } else {
+        mean = hn::Mul(NearestDouble(D(), sum.all[i]), whole);
+      }
+      sum.all[i] = hn::Add(inner, in.held[i]);
+      result.floats[i] = hn::DemoteTo(DF(), mean);
+      result.held[i] = Held(result.floats[i]);
+    }
+    return result;
+  }
+
+ private:
+  HWY_INLINE VI Held(VF v) const {
+    return NearestInteger(D(), hn::Mul(hn::PromoteTo(D(), v), upperSteps));
+  }
+
+  // The bits of v where the mask is set, those of `others` elsewhere.
+  template <class DAny>
+  static HWY_INLINE hn::Vec<DAny> MergedWith(hn::Vec<DAny> v, const Output<float>& output, std::size_t at, DAny d) {
+    if (output.others == nullptr) return v;
+    return Merged(hn::LoadU(d, output.mask + at), v, hn::LoadU(d, output.others + at));
+  }
+
+  V upperSteps;
+  V whole;
+  V atEnds;
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard
