@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <fstream>
+#include <iterator>
 #include <string_view>
 
 #include "host/formats/FileBytes.h"
@@ -53,7 +54,7 @@ void AddPngText(std::string_view name, std::string_view data, FileExtras& extras
   if (text && text->tag != 0) {
     extras.texts[text->tag] = text->text;
   } else {
-    extras.hasOwn = true;
+    extras.own.insert(text ? text->name : "PNG chunk " + std::string(name));
   }
 }
 
@@ -63,11 +64,7 @@ void AddPngChunk(const std::string& name, const std::string& chunk, FileExtras& 
   const std::string_view data = isIntact ? std::string_view(chunk).substr(8, chunk.size() - 12) : std::string_view();
   if (name == "iCCP") extras.profile = ProfileOf(data);
   if (name == "iCCP") return;
-  if (!isIntact) {
-    const std::string what = "damaged PNG chunk " + name;
-    if (std::ranges::find(extras.unread, what) == extras.unread.end()) extras.unread.push_back(what);
-    return;
-  }
+  if (!isIntact) return;
   if (name == "pHYs") AddPngScale(data, extras);
   if (name == "pHYs" && extras.pixelsPerInchX > 0.0) return;
   constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
@@ -75,7 +72,7 @@ void AddPngChunk(const std::string& name, const std::string& chunk, FileExtras& 
   if (data.starts_with(kXmp) || IsExifText(data)) return;
   // Some writers say of every file that it lies where its frame does.
   const bool isAway = name == "oFFs" && data.substr(0, 8).find_first_not_of('\0') != std::string_view::npos;
-  extras.hasOwn = extras.hasOwn || isAway;
+  if (isAway) extras.own.insert(name);
   if (name != "pHYs" && name != "oFFs") AddPngText(name, data, extras);
   extras.pngChunks += chunk;
 }
@@ -135,7 +132,8 @@ void ReadJpeg(std::ifstream& file, FileExtras& extras) {
   }
 }
 
-constexpr std::array<std::uint16_t, 9> kTextTags{269, 270, 271, 272, 285, 305, 306, 315, 33432};
+constexpr std::uint16_t kPage = 285;
+constexpr std::array<std::uint16_t, 9> kTextTags{269, 270, 271, 272, kPage, 305, 306, 315, 33432};
 
 void AddTiffScale(const TiffTags& tags, FileExtras& extras) {
   constexpr std::uint16_t kScaleX = 282;
@@ -157,6 +155,7 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
   extras.hasCamera = tags.Has(kMaker) || tags.Has(kModel);
   if (tags.Has(kExifTag)) extras.unread.emplace_back("Exif data");
   if (tags.Has(kGps)) extras.unread.emplace_back("GPS data");
+  std::vector<std::uint16_t> others;
   for (const auto& [number, tag] : tags.All()) {
     const bool passes = number == kOrientation || std::ranges::find(kTextTags, number) != kTextTags.end();
     const auto whole = passes ? tags.InLittleOrder(number) : std::nullopt;
@@ -164,11 +163,12 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
     if (whole && IsPictureText(number)) {
       extras.texts.emplace(number, TextAsUtf8(tags.Text(number)));
     } else if (whole && number != kOrientation && number != kMaker && number != kModel) {
-      extras.hasOwn = true;
+      extras.own.insert(number == kPage ? "PageName" : "DocumentName");
     }
     const bool isTold = !passes && (IsTiffTagOfPixels(number) || number == kIptcTag);
-    extras.hasOther = extras.hasOther || !(whole || isTold || tag.count == 0);
+    if (!whole && !isTold && tag.count > 0) others.push_back(number);
   }
+  std::ranges::copy(NamesOfTiffTags(others), std::back_inserter(extras.unread));
 }
 
 void ReadBmp(std::ifstream& file, FileExtras& extras) {

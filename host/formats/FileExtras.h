@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,15 +29,14 @@ struct FileExtras {
   bool hasPixelAspect = false;
   bool hasCamera = false;  // of a TIFF file: the camera's maker and model
   bool hasGps = false;
-  bool hasOwn = false;    // more that another file of its format has as it is: further texts, the place of a PNG file
-  bool hasOther = false;  // of a TIFF file: more than its pixels need, and all this
+  // Names of more that another file of its format has as it is, each once: of further texts, and "oFFs".
+  std::set<std::string> own;
   // Beside those of Exif data, and those of it. The first comment of a JPEG file is its description.
   PictureTexts texts;
   PictureTexts exifTexts;
   // Of a JPEG or TIFF file: its IPTC data.
   std::string iptc;
-  // Kinds of data that do not pass to any file, each once, as in "damaged PNG chunk tEXt" and, of a TIFF file, "Exif
-  // data".
+  // Of a TIFF file: kinds of data that do not pass to any file, each once, as in "Exif data" and "TIFF tag 65000".
   std::vector<std::string> unread;
   // Of a TIFF file: its tags that another one has as they are (texts, the orientation), for AddTiffTags.
   std::map<std::uint16_t, TiffTag> tiffTags;

@@ -157,6 +157,8 @@ class PngFile {
     const std::int64_t length = Big32(head, 0);
     // The reader takes these; the last says where pixels lie in the file.
     facts_.hasProfile = facts_.hasProfile || name == "iCCP";
+    TellDamaged(name, length, at);
+    if (name == "oFFs") AddPlace(length, at);
     constexpr std::string_view kRead[] = {"IHDR", "PLTE", "tRNS", "iCCP", "pHYs", "oFFs", "tIME", "fdAT", "iDOT"};
     if (std::ranges::find(kRead, name) != std::end(kRead)) return true;
     if (name == "acTL") declared_ = Big32(head, 8);
@@ -170,6 +172,23 @@ class PngFile {
     constexpr std::string_view kXmp("XML:com.adobe.xmp\0", 18);
     if (name == "iTXt" && file_.Read(at + 8, kXmp.size()) == kXmp) Tell("XMP data");
     return name == "eXIf" || IsText(name);
+  }
+
+  // Readers pass over these.
+  void TellDamaged(std::string_view name, std::int64_t length, std::int64_t at) {
+    constexpr std::string_view kChecked[] = {"pHYs", "oFFs", "tIME", "tEXt", "zTXt", "iTXt"};
+    constexpr std::int64_t kMost = 16 << 20;
+    if (std::ranges::find(kChecked, name) == std::end(kChecked)) return;
+    if (IsText(name) && IsExifText(file_.Read(at + 8, kExifKeyword))) return;
+    if (length > kMost || !IsIntactPngChunk(Chunk(length, at))) Tell("damaged PNG chunk " + std::string(name));
+  }
+
+  // The unit stands behind the two numbers.
+  void AddPlace(std::int64_t length, std::int64_t at) {
+    const std::string chunk = length == 9 ? Chunk(length, at) : std::string();
+    const bool isAway = chunk.size() == 21 && chunk.substr(8, 8).find_first_not_of('\0') != std::string::npos;
+    const bool isPlaced = isAway && chunk[16] == 1 && IsIntactPngChunk(chunk);
+    facts_.isPlacedInMicrometres = facts_.isPlacedInMicrometres || isPlaced;
   }
 
   // Readers stop at the pixels.

@@ -28,6 +28,8 @@ struct ChunkFacts {
   std::string colourChunks;
   // Of a PNG file: it has a chunk of a colour profile, whole or not.
   bool hasProfile = false;
+  // Of a PNG file: the place of its picture on a page (oFFs), in micrometres.
+  bool isPlacedInMicrometres = false;
   // Of a PNG file: its chunks of texts behind the pixels, whole, one after the other.
   std::string lateTexts;
   // Of a PNG or JPEG file: its Exif data as it is stored; empty: none.

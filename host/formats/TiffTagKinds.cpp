@@ -22,25 +22,33 @@ bool IsTiffTagOfPixels(std::uint16_t tag) {
   return std::ranges::find(kOfPixels, tag) != kOfPixels.end();
 }
 
-std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::span<const std::uint16_t> read) {
+std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags) {
   constexpr std::uint16_t kXmp = 700;
   constexpr std::size_t kMostNamed = 10;
-  std::ifstream file(path, std::ios::binary);
-  const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); }, 0);
-  std::vector<std::string> kinds;
+  std::vector<std::string> names;
   std::string numbers;
   std::size_t count = 0;
-  for (const auto& [number, tag] : tags.All()) {
-    if (tag.count == 0 || IsTiffTagOfPixels(number) || std::ranges::find(read, number) != read.end()) continue;
-    if (number == kXmp) {
-      kinds.emplace_back("XMP data");
+  for (const std::uint16_t tag : tags) {
+    if (tag == kXmp) {
+      names.emplace_back("XMP data");
     } else if (++count <= kMostNamed) {
-      numbers += (numbers.empty() ? "" : ", ") + std::to_string(number);
+      numbers += (numbers.empty() ? "" : ", ") + std::to_string(tag);
     }
   }
   if (count > 0)
-    kinds.push_back((count == 1 ? "TIFF tag " : "TIFF tags ") + numbers + (count > kMostNamed ? " and others" : ""));
-  return kinds;
+    names.push_back((count == 1 ? "TIFF tag " : "TIFF tags ") + numbers + (count > kMostNamed ? " and others" : ""));
+  return names;
+}
+
+std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::span<const std::uint16_t> read) {
+  std::ifstream file(path, std::ios::binary);
+  const TiffTags tags([&](std::int64_t at, std::size_t count) { return ReadAt(file, at, count); }, 0);
+  std::vector<std::uint16_t> others;
+  for (const auto& [number, tag] : tags.All()) {
+    if (tag.count > 0 && !IsTiffTagOfPixels(number) && std::ranges::find(read, number) == read.end())
+      others.push_back(number);
+  }
+  return NamesOfTiffTags(others);
 }
 
 }  // namespace vblur::host

@@ -13,8 +13,11 @@ namespace vblur::host {
 // otherwise: the resolution, the colour profile, Exif and GPS data.
 bool IsTiffTagOfPixels(std::uint16_t tag);
 
-// Kinds of data of the first picture of a TIFF file, as in "XMP data" and "TIFF tags 42112, 65000", that are neither of
-// these nor among `read`. None of other files.
+// Names of tags for people, as in "XMP data" and "TIFF tags 42112, 65000".
+std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags);
+
+// Kinds of data of the first picture of a TIFF file, by these names, that are neither of pixels nor among `read`. None
+// of other files.
 std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::span<const std::uint16_t> read);
 
 }  // namespace vblur::host

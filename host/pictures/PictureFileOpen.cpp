@@ -215,6 +215,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
     if (info.format == "tiff") info.unread = OtherTiffTags(FileToOpen(path), kReadTiffTags);
+    if (chunks.isPlacedInMicrometres) info.unread.emplace_back("place in micrometres");
     // The reader passes over one that it cannot unpack or that is none.
     if (chunks.hasProfile && file->spec().find_attribute("ICCProfile") == nullptr)
       info.unread.emplace_back("damaged colour profile");

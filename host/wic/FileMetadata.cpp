@@ -74,8 +74,8 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
   add(extras.orientation != 1, MetadataGroup::Orientation);
   add(extras.pixelsPerInchX > 0.0, MetadataGroup::Resolution);
   add(extras.hasPixelAspect, MetadataGroup::PixelAspect, true);
-  add(extras.hasOther, MetadataGroup::Other);
-  add(extras.hasOwn, MetadataGroup::Other, true);
+  add(!extras.own.empty(), MetadataGroup::Other, true);
+  report.others.assign(extras.own.begin(), extras.own.end());
   add(!extras.texts.empty() || !extras.exifTexts.empty(), MetadataGroup::Text);
   for (const OutputFormat& output : OutputFormats())
     report.lacking.emplace(output.name, LackingOf(output));

@@ -41,6 +41,11 @@ constexpr std::int32_t bitsOfTaps(std::int64_t taps) {
   return static_cast<std::int32_t>(std::bit_width(static_cast<std::uint64_t>(taps - 1)));
 }
 
+// A radius below 0, or that is not a number, counts as 0.
+constexpr float exactRadius(float radius) {
+  return radius > 0.0f ? radius : 0.0f;
+}
+
 // For radii from 0 up. A sum of two components fits 64 bits at the finest step, 2^-46.
 inline ExactBox exactBox(float radius) {
   constexpr std::int32_t kFinestStep = 46;

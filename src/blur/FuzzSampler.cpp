@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "blur/ChannelExtractor.h"
+#include "blur/ExactBox.h"
 #include "blur/FloatChannels.h"
 #include "blur/GaussFilter.h"
 #include "blur/GreyToRGBSampler.h"
@@ -107,7 +108,11 @@ void FuzzSampler<Pixel, Accum, Max>::setUp(Filter& filter) const {
 
 template <class Pixel, class Accum, std::int32_t Max>
 float FuzzSampler<Pixel, Accum, Max>::settled(float size) {
-  return !Pixel::kIntegral && size < 0.0f ? 0.0f : size;
+  if constexpr (Pixel::kIntegral) {
+    return size;
+  } else {
+    return exactRadius(size);
+  }
 }
 
 template <class Pixel, class Accum, std::int32_t Max>

@@ -61,7 +61,7 @@ class FuzzSampler : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void copyChannelsOf(Texture* in, Texture* out, bool inWindow);
   template <class Filter>
   void setUp(Filter& filter) const;
-  // On floats a radius below 0 counts as 0.
+  // The size that the filter takes.
   static float settled(float size);
   template <class Plane>
   bool makePlane(Plane& plane, const Imager& reader, const Texture& in, const Texture& out);

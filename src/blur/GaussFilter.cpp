@@ -95,8 +95,8 @@ void GaussFilter<Pixel, Accum>::limitSizes() {
   if (sizeX > limit) sizeX = limit;
   if (sizeY > limit) sizeY = limit;
   if constexpr (std::is_same_v<BoxOf<Pixel>, ExactBox>) {
-    if (sizeX < 0.0f) sizeX = 0.0f;
-    if (sizeY < 0.0f) sizeY = 0.0f;
+    sizeX = exactRadius(sizeX);
+    sizeY = exactRadius(sizeY);
   }
 }
 

@@ -96,17 +96,19 @@ TEST(FloatBlur, CountsWhatIsNoNumberAsNothingAndInfinityAsTheLargest) {
   EXPECT_NEAR(result.at(4, 0)->blue, -65504.0 * 7 / 27, 0.01);
 }
 
-// Radii below 0 come from transitions outside their duration.
-TEST(FloatBlur, CountsRadiiBelowZeroAsZero) {
+// Radii below 0 come from transitions outside their duration, radii that are no numbers from infinite properties.
+TEST(FloatBlur, CountsRadiiBelowZeroAndWithoutAValueAsZero) {
   Random random(3);
   RandomPicture<Rf, Rf> source(random, 9, 7);
   FloatFrame expected(9, 7);
   FloatFrame result(9, 7);
   for (std::int32_t mode = kFuzzRGBA; mode <= kFuzzChroma; ++mode) {
     blur(source.texture, expected, 0.0f, mode);
-    blur(source.texture, result, -7.5f, mode);
-    for (int i = 0; i < 63; ++i)
-      ASSERT_TRUE(sameBits(*result.at(i % 9, i / 9), *expected.at(i % 9, i / 9))) << mode;
+    for (const float radius : {-7.5f, std::numeric_limits<float>::quiet_NaN()}) {
+      blur(source.texture, result, radius, mode);
+      for (int i = 0; i < 63; ++i)
+        ASSERT_TRUE(sameBits(*result.at(i % 9, i / 9), *expected.at(i % 9, i / 9))) << mode << " radius " << radius;
+    }
   }
 }
 

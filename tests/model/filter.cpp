@@ -146,8 +146,8 @@ bool Filter(const Picture& input, Picture& output, const FilterSettings& setting
   if (sizeX > limit) sizeX = limit;
   if (sizeY > limit) sizeY = limit;
   if (settings.depth == Depth::Float) {
-    if (sizeX < 0.0f) sizeX = 0.0f;
-    if (sizeY < 0.0f) sizeY = 0.0f;
+    if (!(sizeX >= 0.0f)) sizeX = 0.0f;
+    if (!(sizeY >= 0.0f)) sizeY = 0.0f;
   }
   if (sizeX == 0.0f && sizeY == 0.0f) {
     CopyPicture(input, output, window);

@@ -151,8 +151,8 @@ bool BlurBy(const FuzzJob& job, Picture& target, const Window& window) {
 Picture Fuzz(const FuzzJob& asked, bool* outOfMemory) {
   FuzzJob job = asked;
   if (job.depth == Depth::Float) {
-    if (job.sizeX < 0.0f) job.sizeX = 0.0f;
-    if (job.sizeY < 0.0f) job.sizeY = 0.0f;
+    if (!(job.sizeX >= 0.0f)) job.sizeX = 0.0f;
+    if (!(job.sizeY >= 0.0f)) job.sizeY = 0.0f;
   }
   Picture target = job.target;
   if (outOfMemory != nullptr) *outOfMemory = false;

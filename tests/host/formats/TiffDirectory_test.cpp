@@ -69,7 +69,7 @@ TEST_F(TiffDirectory, GivesWhatAnotherFileHasAsItIs) {
     EXPECT_EQ(extras.texts, (PictureTexts{{270, "Title"}, {33432, "(c)"}}));
     // Bytes in the order of the file, whatever the numbers are.
     EXPECT_EQ(extras.iptc, isBig ? "\x01\x02\x03\x04" : "\x04\x03\x02\x01");
-    EXPECT_FALSE(extras.hasOther);
+    EXPECT_EQ(extras.unread, std::vector<std::string>());
     const auto file = folder_.Write("c.tif", picture_.File());
     ASSERT_TRUE(AddTiffTags(file, extras.tiffTags));
     const TiffTags tags = TagsOf(Bytes(file));
@@ -96,9 +96,10 @@ TEST_F(TiffDirectory, BlocksOfEitherOrderTakeTags) {
 }
 
 TEST_F(TiffDirectory, KnowsWhatNothingIsDoneFor) {
-  EXPECT_FALSE(ExtrasOf(picture_).hasOther);
-  EXPECT_TRUE(ExtrasOf(TiffBytes(picture_).Short(33550, {1, 2, 3})).hasOther);
-  EXPECT_TRUE(ExtrasOf(TiffBytes(picture_).Text(700, "<x:xmpmeta/>")).hasOther);
+  using Kinds = std::vector<std::string>;
+  EXPECT_EQ(ExtrasOf(picture_).unread, Kinds());
+  EXPECT_EQ(ExtrasOf(TiffBytes(picture_).Short(33550, {1, 2, 3})).unread, Kinds{"TIFF tag 33550"});
+  EXPECT_EQ(ExtrasOf(TiffBytes(picture_).Text(700, "<x:xmpmeta/>")).unread, Kinds{"XMP data"});
 }
 
 }  // namespace

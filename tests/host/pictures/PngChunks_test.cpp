@@ -238,6 +238,29 @@ TEST_F(PngChunks, WhatNoOutputHasIsNamed) {
             Kinds{"PNG chunks abCa, abCb, abCc, abCd, abCe, abCf, abCg, abCh, abCi, abCj and others"});
 }
 
+// Readers pass over a chunk whose checksum is wrong, and over a place in another unit than pixels.
+TEST_F(PngChunks, WhatReadersPassOverIsNamed) {
+  using Kinds = std::vector<std::string>;
+  const auto unread = [&](const std::string& chunks) {
+    WritePng("in.png", chunks);
+    return OpenPictureFile(folder_.path() / "in.png", {}).info.unread;
+  };
+  const std::string text("Author\0Ann", 10);
+  const auto damaged = [](std::string chunk) {
+    chunk.back() = static_cast<char>(chunk.back() + 1);
+    return chunk;
+  };
+  EXPECT_EQ(unread(Packed("tEXt", text)), Kinds{});
+  EXPECT_EQ(unread(damaged(Packed("tEXt", text)) + damaged(Packed("tEXt", text))), Kinds{"damaged PNG chunk tEXt"});
+  EXPECT_EQ(unread(damaged(Packed("tIME", std::string("\x07\xe4\x01\x02\x03\x04\x05", 7)))),
+            Kinds{"damaged PNG chunk tIME"});
+  const auto place = [](char last, char unit) { return Packed("oFFs", std::string(7, '\0') + last + unit); };
+  EXPECT_EQ(unread(place('\5', '\0')), Kinds{});
+  EXPECT_EQ(unread(place('\0', '\1')), Kinds{});
+  EXPECT_EQ(unread(place('\5', '\1')), Kinds{"place in micrometres"});
+  EXPECT_EQ(unread(damaged(place('\5', '\1'))), Kinds{"damaged PNG chunk oFFs"});
+}
+
 TEST_F(PngChunks, TextsBeyondAsciiAreUtf8) {
   using namespace std::string_literals;
   const auto chunks = PassOn(WritePng("text.png", Packed("tEXt", "Author\0M\xfcller"s) +
