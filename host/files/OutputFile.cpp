@@ -66,8 +66,14 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
   const OutputFormat& format = OutputFormatOf(path, options.storage);
   RequireWritable(path, options.overwrite);
   WrittenPicture written(path, options.overwrite);
-  const PictureToWrite picture{
-      path, written.WrittenPath(), format, image, metadata, options.storage, options.part ? &*options.part : nullptr};
+  const PictureToWrite picture{path,
+                               written.WrittenPath(),
+                               format,
+                               image,
+                               metadata,
+                               options.storage,
+                               options.part ? &*options.part : nullptr,
+                               options.threads};
   try {
     written.notes_ = ThePictureLibrary().Write(picture, stop_);
   } catch (const std::bad_alloc&) {

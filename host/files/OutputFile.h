@@ -60,6 +60,7 @@ struct OutputOptions {
   bool sync = true;
   OutputStorage storage{};
   std::optional<RenderedPart> part{};  // nothing: all of it
+  std::int32_t threads = 1;            // that may pack a large file
 };
 
 class PictureWriter {

@@ -41,6 +41,7 @@ struct PictureToWrite {
   const PictureMetadata* metadata;  // null for none
   const OutputStorage& storage;
   const RenderedPart* part = nullptr;  // null for all of it; goes with metadata
+  std::int32_t threads = 1;            // that may pack the file; its bytes do not depend on their number
 };
 
 // Thread-safe.

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include <png.h>
 
@@ -19,6 +20,7 @@
 #include "host/light/LightMetadata.h"
 #include "host/light/PictureMetadata.h"
 #include "host/light/PngFile.h"
+#include "host/light/PngStretches.h"
 #include "host/light/PngTextNames.h"
 
 namespace vblur::host {
@@ -78,12 +80,12 @@ class Writing {
     MakeTexts();
     MakeChunks();
     Check(PutHead());
-    std::vector<std::byte> row(rows_.RowBytes());
-    for (std::int32_t y = 0; y < window_.height; ++y) {
-      MakeRow(y, row.data());
-      Check(PutRow(row.data()));
+    const PngRows rows{window_.height, rows_.RowBytes(), components_.size() * SampleBytes(pixels_.type)};
+    if (IsLargePng(rows)) {
+      PutLarge(rows);
+    } else {
+      PutRows();
     }
-    Check(PutEnd());
     file_.Close();
     Check(true);
   }
@@ -197,6 +199,36 @@ class Writing {
     time.minute = static_cast<png_byte>(parts[4]);
     time.second = static_cast<png_byte>(parts[5]);
     png_set_tIME(write_, info_, &time);
+  }
+
+  void PutRows() {
+    std::vector<std::byte> row(rows_.RowBytes());
+    for (std::int32_t y = 0; y < window_.height; ++y) {
+      MakeRow(y, row.data());
+      Check(PutRow(row.data()));
+    }
+    Check(PutEnd());
+  }
+
+  // What libpng would write behind its head, by all the threads that are allowed.
+  void PutLarge(const PngRows& rows) {
+    const bool isSwapped = std::endian::native == std::endian::little && SampleBytes(pixels_.type) == 2;
+    PackPngRows(
+        rows, kLevel, picture_.threads,
+        [&](std::int32_t row, std::byte* samples) {
+          MakeRow(row, samples);
+          if (!isSwapped) return;
+          for (std::size_t i = 0; i + 1 < rows.bytes; i += 2)
+            std::swap(samples[i], samples[i + 1]);
+        },
+        [&](const std::string& packed) { PutChunk("IDAT", packed); });
+    PutChunk("IEND", "");
+  }
+
+  void PutChunk(const std::string& name, const std::string& data) {
+    const std::string chunk = PngChunk(name, data);
+    Put(reinterpret_cast<const unsigned char*>(chunk.data()), chunk.size());
+    Check(true);
   }
 
   bool PutRow(const std::byte* row) {

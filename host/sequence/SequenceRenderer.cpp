@@ -118,6 +118,7 @@ class SequenceRun {
   OutputStorage storage_;
   std::int32_t depth_ = 16;
   bool usesVectors_ = true;
+  std::int32_t writingThreads_ = 1;  // of each file
   CoordMan coordMan_;
   // One for each lane; all but the first are clones of the first and are destroyed before it.
   std::vector<HostedEffect> effects_;
@@ -309,6 +310,7 @@ void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
   effects_.reserve(static_cast<std::size_t>(lanes.frames) + 1);
   effects_.emplace_back(makeEffect_(), options_.trace);
   effects_.front().SetRenderThreads(lanes.threads);
+  writingThreads_ = lanes.threads;
   effects_.front().SetUp(job_, coordMan_, context_);
   // Frames side by side render on clones only: the source that they report to renders nothing meanwhile.
   for (std::int32_t lane = 0; lanes.frames > 1 && lane < lanes.frames; ++lane)
@@ -404,6 +406,7 @@ void SequenceRun::Write(FrameSlot& slot) {
   if (const auto region = RegionInInput(job_, slot.buffers.Pictures()); region && samples) {
     options.part = RenderedPart{*region, samples};
   }
+  options.threads = writingThreads_;
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
   const auto& notes = slot.written->Notes();
   slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());

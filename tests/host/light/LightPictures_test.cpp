@@ -192,6 +192,30 @@ TEST_F(LightPictures, ReadAndWriteEveryTypeAndDepth) {
   }
 }
 
+// They are packed in stretches: other bytes than those of the full library, for the same samples and chunks.
+TEST_F(LightPictures, WriteLargePicturesByAnyNumberOfThreads) {
+  const std::string texts = PngChunk("tEXt", std::string("Author\0Me", 9));
+  for (const PngKind& kind : {PngKind{2, 8}, PngKind{6, 16}, PngKind{0, 16}, PngKind{4, 8}}) {
+    SCOPED_TRACE(std::to_string(kind.colourType) + " of " + std::to_string(kind.bits));
+    const auto read = Read(Light, Write(PngBytes(kind, 701, 1603, "", texts, "")), 16);
+    std::string first;
+    for (const std::int32_t threads : {1, 2, 5}) {
+      const auto path = folder_.path() / "large.png";
+      WrittenPicture written = PictureWriter().WriteBeside(path, read->image, read->facts.metadata.get(),
+                                                           {.overwrite = true, .sync = false, .threads = threads});
+      written.Commit();
+      if (first.empty()) first = BytesOf(path);
+      EXPECT_TRUE(BytesOf(path) == first) << threads;
+    }
+    EXPECT_NE(first.find(texts), std::string::npos);
+    const auto back = Read(Full, folder_.path() / "large.png", 16);
+    EXPECT_TRUE(back->Pixels() == read->Pixels());
+    // As small as those of the full library.
+    const std::string full = Written(Full, *read, "full.png");
+    EXPECT_LT(first.size(), full.size() + full.size() / 50);
+  }
+}
+
 TEST_F(LightPictures, ReadAndWriteTheFilesOfTheTests) {
   for (const auto& entry : std::filesystem::directory_iterator(VBLUR_PICTURES_FOLDER)) {
     if (entry.path().extension() != ".png" || entry.path().filename() == "interlaced.png") continue;

@@ -1,0 +1,220 @@
+// Large PNG pictures that are packed in stretches: libpng reads every byte back, and the stream is one for any threads.
+#include "host/light/PngStretches.h"
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <png.h>
+#include <zlib.h>
+
+#include "host/light/PngRowFilter.h"
+#include "tests/support/host/PngBytes.h"
+
+namespace vblur::host {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// What rows may hold: from what packs to nothing to what does not pack.
+enum class Content { Zeros, Slopes, Stripes, Noise };
+
+Bytes PixelsOf(const PngRows& rows, Content content, std::uint32_t seed) {
+  std::mt19937 random(seed);
+  Bytes pixels(static_cast<std::size_t>(rows.count) * rows.bytes);
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const std::size_t x = i % rows.bytes;
+    const std::size_t y = i / rows.bytes;
+    switch (content) {
+      case Content::Zeros: break;
+      case Content::Slopes: pixels[i] = static_cast<std::uint8_t>(x * 3 + y * 5 + (random() & 3)); break;
+      case Content::Stripes: pixels[i] = static_cast<std::uint8_t>((y / 7) % 2 == 0 ? 200 : x / 11); break;
+      case Content::Noise: pixels[i] = static_cast<std::uint8_t>(random()); break;
+    }
+  }
+  return pixels;
+}
+
+std::string PackedOf(const PngRows& rows, const Bytes& pixels, std::int32_t threads, int level = 4) {
+  std::string stream;
+  std::int32_t next = 0;
+  PackPngRows(
+      rows, level, threads,
+      [&](std::int32_t row, std::byte* samples) {
+        EXPECT_EQ(row, next++);
+        std::memcpy(samples, pixels.data() + static_cast<std::size_t>(row) * rows.bytes, rows.bytes);
+      },
+      [&](const std::string& bytes) { stream += bytes; });
+  EXPECT_EQ(next, rows.count);
+  return stream;
+}
+
+std::string File(const PngRows& rows, const std::string& stream) {
+  // Of one or two bytes a pixel, grey or grey and alpha; else RGB or RGBA.
+  constexpr char kColours[] = {'\0', '\0', '\4', '\2', '\6'};
+  const std::string head = Big32Of(static_cast<std::uint32_t>(rows.bytes / rows.pixelBytes)) +
+                           Big32Of(static_cast<std::uint32_t>(rows.count)) + '\x08' + kColours[rows.pixelBytes] +
+                           std::string(3, '\0');
+  return "\x89PNG\r\n\x1a\n" + PngChunk("IHDR", head) + PngChunk("IDAT", stream) + PngChunk("IEND", "");
+}
+
+Bytes ReadBack(const PngRows& rows, const std::string& file) {
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  Bytes pixels(static_cast<std::size_t>(rows.count) * rows.bytes);
+  EXPECT_TRUE(png_image_begin_read_from_memory(&image, file.data(), file.size())) << image.message;
+  EXPECT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr)) << image.message;
+  EXPECT_EQ(image.warning_or_error, 0u) << image.message;
+  return pixels;
+}
+
+TEST(PngStretches, AreReadBackToTheLastByte) {
+  std::uint32_t seed = 0;
+  for (const std::size_t pixelBytes : {1, 2, 3, 4}) {
+    // Of one stretch; of some that end in the middle; of wide rows, each as long as a stretch and as what is looked at.
+    for (const auto& [width, height] : {std::pair{5, 3}, {301, 4001}, {1, 600'000}, {200'000, 9}, {40'000, 30}}) {
+      for (const Content content : {Content::Zeros, Content::Slopes, Content::Stripes, Content::Noise}) {
+        const PngRows rows{height, static_cast<std::size_t>(width) * pixelBytes, pixelBytes};
+        SCOPED_TRACE(testing::Message() << width << " x " << height << " of " << pixelBytes << " content "
+                                        << static_cast<int>(content));
+        const Bytes pixels = PixelsOf(rows, content, ++seed);
+        const std::string stream = PackedOf(rows, pixels, 2);
+        ASSERT_TRUE(ReadBack(rows, File(rows, stream)) == pixels);
+      }
+    }
+  }
+}
+
+TEST(PngStretches, AreTheSameBytesForAnyNumberOfThreads) {
+  const PngRows rows{1500, 2000, 4};
+  const Bytes pixels = PixelsOf(rows, Content::Slopes, 7);
+  const std::string alone = PackedOf(rows, pixels, 1);
+  for (const std::int32_t threads : {0, 2, 3, 7, 64})
+    EXPECT_TRUE(PackedOf(rows, pixels, threads) == alone) << threads;
+}
+
+// The stream as a whole, which readers check: its head and the sum at its end.
+TEST(PngStretches, AreOneStreamOfZlib) {
+  const PngRows rows{700, 3000, 3};
+  const Bytes pixels = PixelsOf(rows, Content::Noise, 8);
+  for (const int level : {1, 4, 6, 9}) {
+    const std::string stream = PackedOf(rows, pixels, 2, level);
+    Bytes filtered(static_cast<std::size_t>(rows.count) * (rows.bytes + 1));
+    uLongf length = static_cast<uLongf>(filtered.size());
+    ASSERT_EQ(uncompress(filtered.data(), &length, reinterpret_cast<const Bytef*>(stream.data()),
+                         static_cast<uLong>(stream.size())),
+              Z_OK);
+    EXPECT_EQ(length, filtered.size());
+    // As zlib itself begins at this level.
+    Bytes one(64);
+    uLongf ofOne = static_cast<uLongf>(one.size());
+    compress2(one.data(), &ofOne, filtered.data(), 1, level);
+    EXPECT_EQ(stream.substr(0, 2), std::string(one.begin(), one.begin() + 2)) << level;
+  }
+}
+
+// What repeats beyond the end of a stretch is found: ten stretches of one row that does not pack.
+TEST(PngStretches, LookBackAtTheOneBefore) {
+  const PngRows rows{512, 10'000, 1};
+  Bytes pixels = PixelsOf({1, rows.bytes, 1}, Content::Noise, 9);
+  for (std::int32_t row = 1; row < rows.count; ++row)
+    pixels.insert(pixels.end(), pixels.begin(), pixels.begin() + static_cast<std::ptrdiff_t>(rows.bytes));
+  // The first row, and next to nothing for each of the others, also for the first of a stretch.
+  EXPECT_LT(PackedOf(rows, pixels, 2).size(), rows.bytes + 512 * 60);
+}
+
+TEST(PngStretches, EndWithAnExceptionOfTheCaller) {
+  const PngRows rows{4000, 4000, 4};
+  const Bytes pixels = PixelsOf(rows, Content::Slopes, 10);
+  for (const std::int32_t threads : {1, 4}) {
+    int parts = 0;
+    EXPECT_THROW(PackPngRows(
+                     rows, 4, threads, [&](std::int32_t, std::byte* samples) { samples[0] = std::byte{1}; },
+                     [&](const std::string&) {
+                       if (++parts == 3) throw std::runtime_error("full");
+                     }),
+                 std::runtime_error);
+    EXPECT_EQ(parts, 3);
+  }
+}
+
+TEST(PngStretches, AreTwoAtLeastOfALargePicture) {
+  EXPECT_FALSE(IsLargePng({1, 1 << 20, 4}));
+  EXPECT_TRUE(IsLargePng({2, 1 << 20, 4}));
+  EXPECT_FALSE(IsLargePng({512, 1023, 1}));
+  EXPECT_TRUE(IsLargePng({513, 1023, 1}));
+  EXPECT_FALSE(IsLargePng({16, 64, 4}));
+}
+
+// By the definitions, a byte at a time.
+Bytes FilteredBy(int number, const Bytes& row, const Bytes& above, std::size_t pixelBytes) {
+  Bytes filtered;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    const int a = i < pixelBytes ? 0 : row[i - pixelBytes];
+    const int b = above[i];
+    const int c = i < pixelBytes ? 0 : above[i - pixelBytes];
+    int guess = 0;
+    if (number == 1) guess = a;
+    if (number == 2) guess = b;
+    if (number == 3) guess = (a + b) / 2;
+    if (number == 4) {
+      const int p = a + b - c;
+      guess = c;
+      if (std::abs(p - b) <= std::abs(p - c)) guess = b;
+      if (std::abs(p - a) <= std::abs(p - b) && std::abs(p - a) <= std::abs(p - c)) guess = a;
+    }
+    filtered.push_back(static_cast<std::uint8_t>(row[i] - guess));
+  }
+  return filtered;
+}
+
+std::int64_t MagnitudesOf(const Bytes& bytes) {
+  std::int64_t sum = 0;
+  for (const std::uint8_t byte : bytes)
+    sum += std::abs(static_cast<int>(static_cast<std::int8_t>(byte)));
+  return sum;
+}
+
+TEST(PngRowFilter, TakesTheFirstOfTheLeastMagnitudes) {
+  std::mt19937 random(11);
+  std::vector<int> taken(5);
+  for (int i = 0; i < 4000; ++i) {
+    const std::size_t pixelBytes = 1 + random() % 8;
+    const std::size_t bytes = pixelBytes * (1 + random() % 40) + (i % 500 == 0 ? 3 * 4096 * pixelBytes : 0);
+    // Neighbours that say much, little or nothing of each other.
+    const unsigned range = 1u << random() % 9;
+    Bytes rows[2];
+    for (Bytes& row : rows) {
+      for (std::size_t at = 0; at < bytes; ++at)
+        row.push_back(static_cast<std::uint8_t>(random() % range + (i % 3 == 0 ? at * 2 : 0) +
+                                                (i % 5 == 0 && &row == &rows[1] ? rows[0][at] : 0)));
+    }
+    Bytes spaced[2];
+    for (int r = 0; r < 2; ++r) {
+      spaced[r].assign(pixelBytes, 0);
+      spaced[r].insert(spaced[r].end(), rows[r].begin(), rows[r].end());
+    }
+    Bytes best = FilteredBy(0, rows[1], rows[0], pixelBytes);
+    int number = 0;
+    for (int other = 1; other < 5; ++other) {
+      const Bytes tried = FilteredBy(other, rows[1], rows[0], pixelBytes);
+      if (MagnitudesOf(tried) >= MagnitudesOf(best)) continue;
+      best = tried;
+      number = other;
+    }
+    PngRowFilter filter(bytes, pixelBytes);
+    const std::uint8_t* const given = filter.Filter(spaced[1].data() + pixelBytes, spaced[0].data() + pixelBytes);
+    ASSERT_EQ(static_cast<int>(given[0]), number);
+    ASSERT_TRUE(std::equal(best.begin(), best.end(), given + 1));
+    ++taken[static_cast<std::size_t>(number)];
+  }
+  for (const int count : taken)
+    EXPECT_GT(count, 20);
+}
+
+}  // namespace
+}  // namespace vblur::host
