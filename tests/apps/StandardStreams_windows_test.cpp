@@ -26,7 +26,8 @@ TEST_F(StandardStreamsOfWindows, ClosedOnesHinderNothing) {
 TEST_F(StandardStreamsOfWindows, OutputThatCannotBeWrittenIsAFailure) {
   ExpectOneLine(Run({"properties"}, Without(1)), 4, "cannot write to the standard output: Bad file descriptor");
   ExpectOneLine(Run({"in.png", "-"}, Without(1)), 4, "standard output: cannot write: Bad file descriptor");
-  ExpectOneLine(Run({"-", "out.png"}, Without(0)), 3, "standard input: cannot read: Bad file descriptor");
+  ExpectOneLine(Run({"-", "out.png"}, Without(0)), 3,
+                "standard input: cannot read: it is closed, or not open for reading; a picture was expected");
 }
 
 TEST_F(StandardStreamsOfWindows, NothingIsAnEmptyInput) {
