@@ -30,7 +30,8 @@ sheet mix-back 192x108 --blur 8
 sheet edges 288x162
 sheet ramps 96x54 --blur 12 --alpha ignored
 "$program" -q kernel kernel.png --blur 20
+python3 "$here/highlights.py" "$program" highlights.png
 
 mkdir -p "$folder"
-mv ring-*.png crop-*.png sheet-*.png kernel.png "$folder"
+mv ring-*.png crop-*.png sheet-*.png kernel.png highlights.png "$folder"
 ls "$folder"/*.png
