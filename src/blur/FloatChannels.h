@@ -50,7 +50,7 @@ class RedSpreader : public HvImgProc1<RfTexture> {
   void processRows() override {
     const HvRowLoop loop = this->rowLoop();
     for (std::int32_t y = loop.firstRow; y < loop.lastRow; y += loop.rowStep) {
-      if (loop.x1 >= loop.x2) return;
+      if (loop.x1 >= loop.x2 || poll(this->interrupt) != 0) return;
       Rf* pixel = this->target->target(loop.x1, y);
       for (std::int32_t i = 0; i < loop.x2 - loop.x1; ++i)
         pixel[i].green = pixel[i].blue = pixel[i].red;

@@ -20,7 +20,8 @@ constexpr MergeKernel<typename Operation::Pixel> runOf() {
     return &mergeRun<Operation, Form>;
   } else {
     // With gains of 1 the gained form leaves every float as it is.
-    return &mergeFloatRun < Operation, Form == MergeForm::Integer ? MergeForm::Gained : Form > ;
+    constexpr MergeForm kForm = Form == MergeForm::Integer ? MergeForm::Gained : Form;
+    return &mergeFloatRun<Operation, kForm>;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/JpegBytes.h"
 #include "tests/support/host/Pictures.h"
+#include "tests/support/host/PngBytes.h"
 #include "tests/support/host/ScratchFolder.h"
 #include "tests/support/host/TiffBytes.h"
 
@@ -26,10 +27,7 @@ class PictureReportLines : public testing::Test {
   }
 
   static std::string Known(const char* name) { return Bytes(std::filesystem::path(VBLUR_PICTURES_FOLDER) / name); }
-  static std::string Png(const std::string& chunks) {
-    const std::string plain = Known("rgb8.png");
-    return plain.substr(0, 33) + chunks + plain.substr(33);
-  }
+  static std::string Png(const std::string& chunks) { return WithChunksOf(Known("rgb8.png"), chunks); }
   // With a segment that says 72 x 96 pixels an inch.
   static std::string Jpeg(const std::string& segments) {
     const std::string plain = Known("rgb.jpg");

@@ -15,6 +15,7 @@
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/JpegBytes.h"
 #include "tests/support/host/Pictures.h"
+#include "tests/support/host/PngBytes.h"
 #include "tests/support/host/ScratchFolder.h"
 #include "tests/support/host/TiffBytes.h"
 
@@ -232,7 +233,7 @@ TEST_F(PictureWriting, FormatsOfOtherSystemsAreRefusedWithThoseOfThisOne) {
 
 // A PNG file with a chunk behind its header.
 std::string WithChunk(const std::string& png, const std::string& name, const std::string& data) {
-  return png.substr(0, 33) + PngChunk(name, data) + png.substr(33);
+  return WithChunksOf(png, PngChunk(name, data));
 }
 
 TEST_F(PictureWriting, ExifDataTextsAndColourChunksPassFromPngToPng) {
@@ -275,7 +276,7 @@ TEST_F(PictureWriting, AColourProfilePasses) {
   const auto pictures = std::filesystem::path(VBLUR_PICTURES_FOLDER);
   const std::string profile = MakeProfile();
   const std::string png = Bytes(pictures / "rgb8.png");
-  const auto source = folder_.Write("source.png", png.substr(0, 33) + PngProfileChunk(profile) + png.substr(33));
+  const auto source = folder_.Write("source.png", WithChunksOf(png, PngProfileChunk(profile)));
   ReadPicture read = PictureReader().ReadColour(source, 8, image_);
   for (const char* name : {"p.png", "p.jpg", "p.tif", "again.png"}) {
     const auto path = folder_.path() / name;
@@ -310,10 +311,7 @@ class PictureWritingTexts : public PictureWriting {
  protected:
   using Texts = PictureTexts;
   static std::string Known(const char* name) { return Bytes(std::filesystem::path(VBLUR_PICTURES_FOLDER) / name); }
-  static std::string Png(const std::string& chunks) {
-    const std::string plain = Known("rgb8.png");
-    return plain.substr(0, 33) + chunks + plain.substr(33);
-  }
+  static std::string Png(const std::string& chunks) { return WithChunksOf(Known("rgb8.png"), chunks); }
   static std::string Jpeg(const std::string& segments) {
     const std::string plain = Known("rgb.jpg");
     return plain.substr(0, 20) + segments + plain.substr(20);
@@ -420,7 +418,7 @@ TEST_F(PictureWritingTexts, TheTimeAndThePlacePassFromPngToPng) {
   const std::string scale = PngChunk("pHYs", std::string("\0\0\0\x02\0\0\0\x01\0", 9));
   std::string plain = Known("rgb8.png");
   if (const std::size_t at = plain.find("oFFs"); at != std::string::npos) plain.erase(at - 4, 21);
-  const std::string png = plain.substr(0, 33) + time + place + scale + plain.substr(33);
+  const std::string png = WithChunksOf(plain, time + place + scale);
   Pass("source.png", png, "out.png", {});
   for (const std::string& chunk : {time, place, scale}) {
     EXPECT_LT(written_.find(chunk), written_.find("IDAT"));

@@ -25,6 +25,12 @@ inline std::string Big32Of(std::uint32_t value) {
   return bytes;
 }
 
+// With these chunks behind the header.
+inline std::string WithChunksOf(const std::string& png, const std::string& chunks) {
+  constexpr std::size_t kHead = 33;
+  return png.substr(0, kHead) + chunks + png.substr(kHead);
+}
+
 inline std::string PackedBytes(const std::string& bytes) {
   uLongf length = compressBound(static_cast<uLong>(bytes.size()));
   std::string packed(length, '\0');
