@@ -66,8 +66,9 @@ std::string FlawOfName(const std::filesystem::path& file) {
   if (const std::string flaw = FlawOfInputName(file); !flaw.empty()) return flaw;
   // A colon would begin the name of a stream in a file.
   const std::filesystem::path plain = WithoutLongPrefix(file.native());
-  if (plain.relative_path().native().find_first_of(L"<>:\"|?*") != std::wstring::npos)
-    return R"(a file name holds none of < > : " | ? *)";
+  const std::wstring text = plain.relative_path().native();
+  if (text.find_first_of(L"<>:\"|?*") != std::wstring::npos) return R"(a file name holds none of < > : " | ? *)";
+  if (std::ranges::any_of(text, [](wchar_t c) { return c < L' '; })) return "a file name holds no control characters";
   // The system leaves them out: the file would have another name.
   for (const std::filesystem::path& part : plain.relative_path()) {
     const std::wstring& name = part.native();

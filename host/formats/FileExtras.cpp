@@ -28,6 +28,9 @@ constexpr std::uint16_t kOrientation = 0x0112;
 constexpr std::uint16_t kExifTag = 0x8769;
 constexpr std::uint16_t kGps = 0x8825;
 constexpr std::uint16_t kIptcTag = 33723;
+constexpr std::uint16_t kScaleX = 282;
+constexpr std::uint16_t kScaleY = 283;
+constexpr std::uint16_t kUnit = 296;
 
 void AddPngScale(std::string_view data, FileExtras& extras) {
   if (data.size() < 9) return;
@@ -49,13 +52,15 @@ std::string ProfileOf(std::string_view data) {
   return Unpacked(data.substr(name + 2), kMost).value_or(kDamaged);
 }
 
-void AddPngText(std::string_view name, std::string_view data, FileExtras& extras) {
+void AddPngText(std::string_view name, std::string_view data, const std::string& chunk, FileExtras& extras) {
   const auto text = PngTextOf(name, data);
-  if (text && text->tag != 0) {
+  if (!text) return;
+  if (text->tag != 0) {
     extras.texts[text->tag] = text->text;
   } else {
-    extras.own.insert(text ? text->name : "PNG chunk " + std::string(name));
+    extras.own.insert(text->name);
   }
+  extras.pngChunks += chunk;
 }
 
 // Of those that are read of a file.
@@ -73,7 +78,7 @@ void AddPngChunk(const std::string& name, const std::string& chunk, FileExtras& 
   // Some writers say of every file that it lies where its frame does.
   const bool isAway = name == "oFFs" && data.substr(0, 8).find_first_not_of('\0') != std::string_view::npos;
   if (isAway) extras.own.insert(name);
-  if (name != "pHYs" && name != "oFFs") AddPngText(name, data, extras);
+  if (name != "pHYs" && name != "oFFs") return AddPngText(name, data, chunk, extras);
   extras.pngChunks += chunk;
 }
 
@@ -98,6 +103,7 @@ void AddJpegScale(std::string_view data, FileExtras& extras) {
   if (data.size() < 12) return;
   constexpr double kCentimetres = 2.54;
   const std::int64_t unit = Byte(data, 7);
+  extras.hasPixelAspect = unit == 0 && Big16(data, 8) != Big16(data, 10);
   if (unit != 1 && unit != 2) return;
   const double factor = unit == 1 ? 1.0 : kCentimetres;
   extras.pixelsPerInchX = static_cast<double>(Big16(data, 8)) * factor;
@@ -136,9 +142,6 @@ constexpr std::uint16_t kPage = 285;
 constexpr std::array<std::uint16_t, 9> kTextTags{269, 270, 271, 272, kPage, 305, 306, 315, 33432};
 
 void AddTiffScale(const TiffTags& tags, FileExtras& extras) {
-  constexpr std::uint16_t kScaleX = 282;
-  constexpr std::uint16_t kScaleY = 283;
-  constexpr std::uint16_t kUnit = 296;
   const std::int64_t unit = tags.Number(kUnit, 2);
   const double factor = unit == 2 ? 1.0 : unit == 3 ? 2.54 : 0.0;
   extras.pixelsPerInchX = tags.Fraction(kScaleX) * factor;
@@ -150,19 +153,26 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
   constexpr std::uint16_t kProfile = 34675;
   extras.profile = tags.Bytes(kProfile);
   AddTiffScale(tags, extras);
-  extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
+  const std::int64_t turn = tags.Number(kOrientation, 1);
+  const bool isTurned = turn > 1 && turn <= 8;
+  extras.orientation = isTurned ? static_cast<int>(turn) : 1;
+  // The codec writes none without a unit.
+  const bool hasRatio = tags.Number(kUnit, 2) == 1;
+  extras.hasPixelAspect = hasRatio && tags.Fraction(kScaleX) != tags.Fraction(kScaleY);
   extras.iptc = tags.Bytes(kIptcTag);
   extras.hasCamera = tags.Has(kMaker) || tags.Has(kModel);
   if (tags.Has(kExifTag)) extras.unread.emplace_back("Exif data");
   if (tags.Has(kGps)) extras.unread.emplace_back("GPS data");
   std::vector<std::uint16_t> others;
   for (const auto& [number, tag] : tags.All()) {
-    const bool passes = number == kOrientation || std::ranges::find(kTextTags, number) != kTextTags.end();
+    const bool isRatio = hasRatio && (number == kScaleX || number == kScaleY || number == kUnit);
+    const bool isText = std::ranges::find(kTextTags, number) != kTextTags.end();
+    const bool passes = (number == kOrientation && turn >= 1 && turn <= 8) || isText || isRatio;
     const auto whole = passes ? tags.InLittleOrder(number) : std::nullopt;
     if (whole) extras.tiffTags.emplace(number, *whole);
     if (whole && IsPictureText(number)) {
       extras.texts.emplace(number, TextAsUtf8(tags.Text(number)));
-    } else if (whole && number != kOrientation && number != kMaker && number != kModel) {
+    } else if (whole && isText && number != kMaker && number != kModel) {
       extras.own.insert(number == kPage ? "PageName" : "DocumentName");
     }
     const bool isTold = !passes && (IsTiffTagOfPixels(number) || number == kIptcTag);
@@ -198,7 +208,7 @@ FileExtras ReadFileExtras(const std::filesystem::path& path, const std::string& 
     if (IsPictureText(number) && !tags.Text(number).empty())
       extras.exifTexts.emplace(number, TextAsUtf8(tags.Text(number)));
   }
-  if (extras.pixelsPerInchX <= 0.0 && !extras.hasPixelAspect) AddTiffScale(tags, extras);
+  if (extras.pixelsPerInchX <= 0.0 && !(format == "png" && extras.hasPixelAspect)) AddTiffScale(tags, extras);
   // Readers take the description of Exif data for it; comments beside that are told.
   if (format == "jpeg" && extras.exifTexts.contains(kDescription)) extras.texts.erase(kDescription);
   return extras;

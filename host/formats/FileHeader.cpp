@@ -183,11 +183,11 @@ void ReadTiff(File& file, FileHeader& header) {
   header.isPlanar = header.channels > 1 && tags.Number(kPlanes, 1) == 2;
   const std::int64_t extra = tags.Number(kExtraSamples, 0);
   constexpr std::int64_t kRgb = 2;
-  constexpr std::int64_t kSigned = 2;
   header.hasAlpha = extra == 1 || extra == 2;
   const bool isOneMore = meaning <= kRgb && header.channels == (header.isGrey ? 2 : 4);
   header.hasUnknownChannel = isOneMore && !header.hasAlpha;
-  header.isSigned = tags.Number(kSampleFormat, 1) == kSigned;
+  header.sampleFormat = static_cast<std::int32_t>(tags.Number(kSampleFormat, 1));
+  header.meaning = meaning;
   header.associatedAlpha = extra == 1;
   header.tileWidth = static_cast<std::int32_t>(tags.Number(kTileWidth, 0));
   header.tileHeight = static_cast<std::int32_t>(tags.Number(kTileHeight, 0));

@@ -28,7 +28,8 @@ struct FileHeader {
   bool hasInks = false;
   bool associatedAlpha = false;
   bool hasUnknownChannel = false;  // the last one, of which a TIFF file does not say that it is alpha
-  bool isSigned = false;           // samples of a TIFF file may lie below zero
+  std::int32_t sampleFormat = 1;   // of a TIFF file: 1 unsigned, 2 signed, 3 floats
+  std::int64_t meaning = 0;        // of the values of a TIFF file: up to 3 and 5 are grey, colours, a palette and inks
   bool isWhiteLeast = false;       // the least value of its grey is white
   // Of a TIFF file; 0: it has none.
   bool isPlanar = false;  // all values of a channel stand together

@@ -9,6 +9,7 @@
 
 #include "host/formats/FileBytes.h"
 #include "host/formats/JpegSegments.h"
+#include "host/formats/PictureTexts.h"
 #include "host/formats/PngHead.h"
 #include "host/formats/PngProfileText.h"
 
@@ -176,11 +177,14 @@ class PngFile {
 
   // Readers pass over these.
   void TellDamaged(std::string_view name, std::int64_t length, std::int64_t at) {
-    constexpr std::string_view kChecked[] = {"pHYs", "oFFs", "tIME", "tEXt", "zTXt", "iTXt"};
+    constexpr std::string_view kChecked[] = {"tRNS", "pHYs", "oFFs", "tIME", "tEXt", "zTXt", "iTXt"};
     constexpr std::int64_t kMost = 16 << 20;
     if (std::ranges::find(kChecked, name) == std::end(kChecked)) return;
     if (IsText(name) && IsExifText(file_.Read(at + 8, kExifKeyword))) return;
-    if (length > kMost || !IsIntactPngChunk(Chunk(length, at))) Tell("damaged PNG chunk " + std::string(name));
+    const std::string chunk = length > kMost ? std::string() : Chunk(length, at);
+    const bool isSound = IsIntactPngChunk(chunk) &&
+                         (!IsText(name) || PngTextOf(name, std::string_view(chunk).substr(8, chunk.size() - 12)));
+    if (!isSound) Tell("damaged PNG chunk " + std::string(name));
   }
 
   // The unit stands behind the two numbers.

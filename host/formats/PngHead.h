@@ -16,7 +16,8 @@ std::string PngChunk(const std::string& name, const std::string& data);
 
 // Whether a whole chunk has the checksum of its bytes.
 bool IsIntactPngChunk(std::string_view chunk);
-// The name of the first chunk of a PNG file whose checksum is another; empty: none, as far as the file goes.
+// The name of the first chunk of a PNG file that the pixels depend on and whose checksum is another; empty: none, as
+// far as the file goes.
 std::string DamagedPngChunk(const std::filesystem::path& path);
 
 // A colour profile as the chunk of a PNG file (iCCP).

@@ -73,7 +73,7 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
   add(!extras.profile.empty(), MetadataGroup::Profile);
   add(extras.orientation != 1, MetadataGroup::Orientation);
   add(extras.pixelsPerInchX > 0.0, MetadataGroup::Resolution);
-  add(extras.hasPixelAspect, MetadataGroup::PixelAspect, true);
+  add(extras.hasPixelAspect, MetadataGroup::PixelAspect, metadata.info.format != "jpeg");
   add(!extras.own.empty(), MetadataGroup::Other, true);
   report.others.assign(extras.own.begin(), extras.own.end());
   add(!extras.texts.empty() || !extras.exifTexts.empty(), MetadataGroup::Text);

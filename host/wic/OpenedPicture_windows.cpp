@@ -38,6 +38,7 @@ bool IsUsualCompression(const std::string& name) {
 std::string UnusualKind(const FileHeader& header) {
   constexpr std::int32_t kMostChannels = 4;
   constexpr std::int32_t kPacked = 5;
+  constexpr std::int32_t kFloats = 3;
   const bool isTiff = header.format == "tiff";
   if (header.isPlanar) return "samples that are stored plane by plane, expected them pixel by pixel";
   if (header.channels > kMostChannels)
@@ -47,6 +48,11 @@ std::string UnusualKind(const FileHeader& header) {
            ", expected none, lzw, zip or packbits";
   if (isTiff && header.isGrey && header.channels == 2)
     return "grey of " + std::to_string(header.bits) + " bits with alpha, expected it without, or colours";
+  if (isTiff && header.sampleFormat == kFloats && header.isBig) return "floats in the order of bytes MM, expected II";
+  if (isTiff && (header.meaning == 4 || header.meaning > 5))
+    return "its colours (photometric interpretation " + std::to_string(header.meaning) + "), expected grey or RGB";
+  const bool isUsualBits = header.bits == 1 || header.bits == 4 || header.bits == 8 || header.bits >= 16;
+  if (isTiff && !isUsualBits) return "samples of " + std::to_string(header.bits) + " bits, expected 8 or 16";
   if (header.format == "bmp" && header.bits == kPacked)
     return "these 16 bits a pixel, expected 5 bits a channel, or 6 of green";
   return {};
@@ -56,8 +62,6 @@ std::string UnusualKind(const FileHeader& header) {
 [[noreturn]] void RefuseKind(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error) {
   if (const std::string kind = UnusualKind(header); !kind.empty())
     RefuseToRead(path, "the system's codec does not read " + kind);
-  const std::string chunk = header.format == "png" ? DamagedPngChunk(ExtendedPath(FileToOpen(path))) : std::string();
-  if (!chunk.empty()) RefuseToRead(path, "the picture is damaged (a wrong checksum in its chunk " + chunk + ")");
   if (FAILED(error)) RefuseDamaged(path, error);
   RefuseToRead(path, "pixels of this kind are not read here, expected 8 or 16 bits a channel");
 }
@@ -72,13 +76,31 @@ void RequireKnownWhite(const std::filesystem::path& path, const FileHeader& head
                          "whose least value is white is not read here, expected the least to be black");
 }
 
+// The codec takes samples of another format for those that it knows.
+void RequireKnownSamples(const std::filesystem::path& path, const FileHeader& header) {
+  enum Format { kUnsigned = 1, kSigned = 2, kFloats = 3 };
+  const std::string bits = " of " + std::to_string(header.bits) + " bits are not read here, expected ";
+  if (header.sampleFormat == kSigned)
+    RefuseToRead(path, "signed samples are not read here, expected unsigned ones or floats");
+  if (header.sampleFormat == kFloats && header.bits != 32) RefuseToRead(path, "floats" + bits + "32");
+  if (header.sampleFormat == kUnsigned && header.bits > 16) RefuseToRead(path, "whole numbers" + bits + "8 or 16");
+  if (header.sampleFormat < kUnsigned || header.sampleFormat > kFloats)
+    RefuseToRead(path, "samples of an unknown kind are not read here, expected unsigned ones or floats");
+}
+
+// Readers would make other pictures of it, each in its way.
+void RequireIntactPng(const std::filesystem::path& path) {
+  const std::string chunk = DamagedPngChunk(ExtendedPath(FileToOpen(path)));
+  if (!chunk.empty()) RefuseToRead(path, "the picture is damaged (a wrong checksum in its chunk " + chunk + ")");
+}
+
 // Before anything is decoded.
 void RequireSound(const std::filesystem::path& path, const FileHeader& header, std::int64_t mostPixels) {
   if (header.format.empty())
     RefuseToRead(path, "not a picture, or one of another format, expected one of png, tif, jpg, bmp");
   if (header.width <= 0 || header.height <= 0 || header.channels <= 0)
     RefuseToRead(path, "it has no pixels (" + PixelsOf(header.width, header.height) + ")");
-  if (header.isSigned) RefuseToRead(path, "signed samples are not read here, expected unsigned ones or floats");
+  if (header.format == "tiff") RequireKnownSamples(path, header);
   if (header.hasUnknownChannel)
     RefuseToRead(path, "channel " + std::to_string(header.channels) +
                            " is not said to be alpha and is not read here, expected alpha or one channel less");
@@ -86,6 +108,7 @@ void RequireSound(const std::filesystem::path& path, const FileHeader& header, s
   RequirePixels(path, header.width, header.height, header.channels, "", mostPixels);
   if (!header.isWhole)
     RefuseToRead(path, "the picture is damaged or cut short (its header says more than the file holds)");
+  if (header.format == "png") RequireIntactPng(path);
 }
 
 std::vector<std::uint32_t> PaletteOf(IWICBitmapFrameDecode& frame, const std::filesystem::path& path) {
@@ -206,9 +229,9 @@ std::int32_t OpenFrame(const std::filesystem::path& path, OpenedPicture& opened)
 }  // namespace
 
 void RefusePixels(const std::filesystem::path& path, const FileHeader& header, ::HRESULT error) {
-  const std::string chunk = header.format == "png" ? DamagedPngChunk(ExtendedPath(FileToOpen(path))) : std::string();
-  RefuseToRead(path, "the picture is damaged or cut short (" +
-                         (chunk.empty() ? ImagingErrorText(error) : "a wrong checksum in its chunk " + chunk) + ")");
+  if (const std::string kind = UnusualKind(header); !kind.empty())
+    RefuseToRead(path, "the system's codec does not read " + kind);
+  RefuseToRead(path, "the picture is damaged or cut short (" + ImagingErrorText(error) + ")");
 }
 
 OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) try {

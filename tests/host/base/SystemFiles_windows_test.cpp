@@ -31,6 +31,8 @@ TEST(SystemFiles, NamesOfDevicesAndStreamsAreNoFiles) {
     EXPECT_EQ(FlawOfName(name), "") << Utf8Of(std::filesystem::path(name));
   for (const char* name : {"a?.png", "a*.png", "shot:1.png", "a|b", "<a>"})
     EXPECT_EQ(FlawOfName(name), R"(a file name holds none of < > : " | ? *)") << name;
+  for (const char* name : {"tab\t.png", "b\\line\n.png"})
+    EXPECT_EQ(FlawOfName(name), "a file name holds no control characters") << name;
   for (const char* name : {"a.png", "C:\\b\\a.png", "\\b\\a.png", "..\\a.png", "..", "\\\\?\\C:\\b\\a.png"})
     EXPECT_EQ(FlawOfName(name), "") << name;
 }

@@ -40,6 +40,13 @@ TEST(PngHead, DamagedChunksAreFound) {
   EXPECT_FALSE(IsIntactPngChunk(pixels));
   EXPECT_FALSE(IsIntactPngChunk("short"));
   EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + pixels + end)), "IDAT");
+  // Readers pass over others than those of the pixels.
+  std::string text = PngChunk("tEXt", "a text");
+  std::string clear = PngChunk("tRNS", "ab");
+  for (std::string* chunk : {&text, &clear})
+    chunk->back() = static_cast<char>(chunk->back() ^ 1);
+  EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + text + end)), "");
+  EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + text + clear + end)), "tRNS");
   // Cut short is something else.
   EXPECT_EQ(DamagedPngChunk(folder.Write("a.png", kBegin + pixels.substr(0, 100))), "");
 }

@@ -95,6 +95,22 @@ TEST_F(TiffDirectory, BlocksOfEitherOrderTakeTags) {
   EXPECT_EQ(alone.All().size(), 1u);
 }
 
+// The codec of the system writes none.
+TEST_F(TiffDirectory, GivesAResolutionWithoutAUnitAsItIs) {
+  const auto with = [&](std::uint16_t unit, std::uint16_t turn) {
+    return ExtrasOf(TiffBytes(picture_).Short(282, {4}).Short(283, {3}).Short(296, {unit}).Short(274, {turn}));
+  };
+  const FileExtras ratio = with(1, 6);
+  EXPECT_TRUE(ratio.hasPixelAspect);
+  EXPECT_EQ(ratio.pixelsPerInchX, 0.0);
+  for (const std::uint16_t tag : std::vector<std::uint16_t>{274, 282, 283, 296})
+    EXPECT_TRUE(ratio.tiffTags.contains(tag)) << tag;
+  const FileExtras inches = with(2, 9);
+  EXPECT_FALSE(inches.hasPixelAspect);
+  EXPECT_EQ(inches.orientation, 1);
+  EXPECT_TRUE(inches.tiffTags.empty());
+}
+
 TEST_F(TiffDirectory, KnowsWhatNothingIsDoneFor) {
   using Kinds = std::vector<std::string>;
   EXPECT_EQ(ExtrasOf(picture_).unread, Kinds());

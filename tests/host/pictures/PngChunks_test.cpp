@@ -254,6 +254,8 @@ TEST_F(PngChunks, WhatReadersPassOverIsNamed) {
   EXPECT_EQ(unread(damaged(Packed("tEXt", text)) + damaged(Packed("tEXt", text))), Kinds{"damaged PNG chunk tEXt"});
   EXPECT_EQ(unread(damaged(Packed("tIME", std::string("\x07\xe4\x01\x02\x03\x04\x05", 7)))),
             Kinds{"damaged PNG chunk tIME"});
+  EXPECT_EQ(unread(Packed("zTXt", std::string("Key\0\0no stream", 14))), Kinds{"damaged PNG chunk zTXt"});
+  EXPECT_EQ(unread(damaged(Packed("tRNS", std::string(6, '\0')))), Kinds{"damaged PNG chunk tRNS"});
   const auto place = [](char last, char unit) { return Packed("oFFs", std::string(7, '\0') + last + unit); };
   EXPECT_EQ(unread(place('\5', '\0')), Kinds{});
   EXPECT_EQ(unread(place('\0', '\1')), Kinds{});

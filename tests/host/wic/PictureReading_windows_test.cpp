@@ -9,6 +9,7 @@
 #include "host/base/Utf8.h"
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
+#include "host/formats/FileBytes.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/ScratchFolder.h"
@@ -175,7 +176,7 @@ TEST_F(PictureReading, WhatTheCodecDoesNotReadIsRefusedInWords) {
     EXPECT_TRUE(five == "read" || five == name + "the system's codec does not read 5 channels, expected at most 4")
         << five;
   }
-  EXPECT_EQ(refusal(TiffBytes(2, 2, 32, 1, std::string(16, 'x')).Short(262, {0})),
+  EXPECT_EQ(refusal(TiffBytes(2, 2, 32, 1, std::string(16, 'x')).Short(262, {0}).Short(339, {3})),
             name + "grey of 32 bits whose least value is white is not read here, expected the least to be black");
   for (const int bits : {8, 16}) {
     const auto pixels = [&](int channels) { return std::string(static_cast<std::size_t>(channels * bits / 2), 'x'); };
@@ -185,6 +186,36 @@ TEST_F(PictureReading, WhatTheCodecDoesNotReadIsRefusedInWords) {
     EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 4, pixels(4)).Short(338, {0})), name + "channel 4" + unknown);
     EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 4, pixels(4))), name + "channel 4" + unknown);
     EXPECT_EQ(refusal(TiffBytes(2, 2, bits, 2, pixels(2)).Short(338, {0})), name + "channel 2" + unknown);
+  }
+}
+
+// The codec goes by the bits alone.
+TEST_F(PictureReading, SamplesOfFormatsThatTheCodecMistakesAreRefused) {
+  const auto refusal = [&](std::uint32_t bits, std::uint32_t format) {
+    const auto failure = Refusal(
+        "s.tif", TiffBytes(2, 2, bits, 3, std::string(3 * bits / 2, '\1')).Short(339, {format, format, format}).File());
+    return failure ? std::string(failure->what()).substr((Utf8Of(folder_.path() / "s.tif") + ": cannot read: ").size())
+                   : "read";
+  };
+  EXPECT_EQ(refusal(16, 3), "floats of 16 bits are not read here, expected 32");
+  EXPECT_EQ(refusal(32, 1), "whole numbers of 32 bits are not read here, expected 8 or 16");
+  for (const std::uint32_t format : {0u, 4u, 5u})
+    EXPECT_EQ(refusal(16, format), "samples of an unknown kind are not read here, expected unsigned ones or floats");
+}
+
+// Other readers stop at them, or leave the transparency out.
+TEST_F(PictureReading, PngFilesWithADamagedChunkOfThePixelsAreRefused) {
+  for (const auto& [file, chunk] :
+       {std::pair{"rgb8.png", "IHDR"}, {"palette.png", "PLTE"}, {"palette-alpha.png", "tRNS"}}) {
+    std::string png = Bytes(Known(file));
+    const std::size_t at = png.find(chunk);
+    const std::size_t sum = at + 4 + static_cast<std::size_t>(Big16(png, at - 2));
+    png[sum] = static_cast<char>(png[sum] ^ 1);
+    const auto failure = Refusal("d.png", png);
+    ASSERT_TRUE(failure) << chunk;
+    EXPECT_EQ(std::string(failure->what()),
+              Utf8Of(folder_.path() / "d.png") +
+                  ": cannot read: the picture is damaged (a wrong checksum in its chunk " + chunk + ")");
   }
 }
 
@@ -214,7 +245,7 @@ TEST_F(PictureReading, WhatCodecsDifferInIsRefusedInWords) {
   const std::size_t pixels = png.find("IDAT") + 20;
   png[pixels] = static_cast<char>(png[pixels] ^ 0x5a);
   const std::string damaged = refusal("d.png", png);
-  EXPECT_NE(damaged.find("a wrong checksum in its chunk IDAT"), std::string::npos) << damaged;
+  EXPECT_EQ(damaged, "the picture is damaged (a wrong checksum in its chunk IDAT)");
 }
 
 TEST_F(PictureReading, FurtherPicturesAreTold) {

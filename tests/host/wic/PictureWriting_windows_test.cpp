@@ -412,6 +412,17 @@ TEST_F(PictureWritingTexts, IptcDataPassBetweenJpegAndTiffFiles) {
   Pass("source.jpg", jpeg, "out.png", {"output: lost: IPTC data"});
 }
 
+TEST_F(PictureWritingTexts, AResolutionWithoutAUnitPassesFromTiffToTiff) {
+  TiffBytes file(3, 1, 8, 3, "abcdefghi");
+  const std::string tiff = file.Short(282, {4}).Short(283, {3}).Short(296, {1}).File();
+  EXPECT_TRUE(Pass("source.tif", tiff, "out.tif", {}).hasPixelAspect);
+  Pass("source.tif", tiff, "out.png", {"output: lost: pixel aspect"});
+  std::string jpeg = Jpeg("");
+  jpeg.replace(13, 5, std::string("\0\0\4\0\3", 5));
+  Pass("source.jpg", jpeg, "out.png", {"output: lost: pixel aspect"});
+  Pass("source.jpg", jpeg, "out.jpg", {"output: lost: pixel aspect"});
+}
+
 TEST_F(PictureWritingTexts, TheTimeAndThePlacePassFromPngToPng) {
   const std::string time = PngChunk("tIME", std::string("\x07\xe4\x01\x02\x03\x04\x05", 7));
   const std::string place = PngChunk("oFFs", std::string("\0\0\0\x05\0\0\0\x07\0", 9));
