@@ -129,9 +129,8 @@ class Run:
         """Nothing that changes with the machine or the day."""
         count = {row.frames: len(self.matrix.names_of(row)) for row in self.matrix.rows() if row.way == "effect"}
         share = "all" if self.options.share == 1 else f"1 in {self.options.share}"
-        yield (f"{count['golden']} golden jobs, {count['random']} random frames, {count['floats']} "
-               f"random frames of floats, {count['files']} frames in files, of "
-               f"which each row of `vblur job` renders {share}.")
+        yield f"{count['golden']} golden jobs, {count['random']} random frames, {count['floats']} random frames of floats."
+        yield f"{count['files']} frames in files, of which each row of `vblur job` renders {share}."
         yield (f"{count.get('sequences', 0)} random frames in {len(self.jobs.get('sequences', {}))} sequences, all "
                "rendered in each row of `vblur job`.")
         for platform in self.platforms:
