@@ -136,10 +136,11 @@ void AddJpeg(std::ifstream& file, const FileExtras& extras, Attributes& attribut
   const std::int64_t unit = Byte(head, 11);
   const auto x = static_cast<double>(Big16(head, 12));
   const auto y = static_cast<double>(Big16(head, 14));
-  if ((unit != 1 && unit != 2) || x <= 0.0 || y <= 0.0) return;
+  const bool isRatio = unit == 0 && x != y;
+  if ((unit != 1 && unit != 2 && !isRatio) || x <= 0.0 || y <= 0.0) return;
   attributes.SetScale(x, y);
-  attributes.SetAspect(x / y);
-  attributes.Set("ResolutionUnit", unit == 1 ? "in" : "cm");
+  attributes.SetAspect(y / x);
+  attributes.Set("ResolutionUnit", isRatio ? "none" : unit == 1 ? "in" : "cm");
 }
 
 void AddTiff(const TiffTags::Source& source, Attributes& attributes) {

@@ -159,11 +159,24 @@ bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
   return format == "png" && attribute.type() == OIIO::TypeDesc::STRING && attribute.name() != "ICCProfile";
 }
 
+namespace {
+
+// The library's reader of JPEG files has the width of a pixel by its height upside down.
+void TurnPixelAspect(OIIO::ImageSpec& spec) {
+  const float x = spec.get_float_attribute("XResolution");
+  const float y = spec.get_float_attribute("YResolution");
+  if (x > 0.0f && y > 0.0f && spec.find_attribute("PixelAspectRatio") != nullptr)
+    spec.attribute("PixelAspectRatio", y / x);
+}
+
+}  // namespace
+
 LibraryMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
   LibraryMetadata metadata;
   metadata.input = input;
   if (info.format == "png") MakePngTextsUtf8(metadata.input);
   if (info.format == "jpeg" || info.format == "png") NameResolutionUnit(info.exif, metadata.input);
+  if (info.format == "jpeg") TurnPixelAspect(metadata.input);
   metadata.info = info;
   const bool marksAlpha = info.format == "tiff" || info.format == "openexr";
   metadata.associatedAlpha =

@@ -56,7 +56,7 @@ TEST_F(PictureReportLines, OfExifData) {
       "ImageDescription: fox\nExif:ExifVersion: note\nExif:PixelXDimension: 40\nExif:PixelYDimension: 70000\n";
   EXPECT_EQ(LinesOf("e.png", Png(PngChunk("eXIf", exif))), lines);
   EXPECT_EQ(LinesOf("e.jpg", Jpeg(ExifSegment(exif))),
-            lines + "XResolution: 72\nYResolution: 96\nPixelAspectRatio: 0.75\nResolutionUnit: in\n");
+            lines + "XResolution: 72\nYResolution: 96\nPixelAspectRatio: 1.33333\nResolutionUnit: in\n");
   const std::string camera = WithTiffTags("", {{0x010f, {2, 5, "Maker"s}},
                                                {0x0112, {3, 1, "\x06\0"s}},
                                                {0x829a, {5, 1, "\x01\0\0\0\x64\0\0\0"s}},
@@ -68,7 +68,15 @@ TEST_F(PictureReportLines, OfExifData) {
 TEST_F(PictureReportLines, OfAJpegFile) {
   EXPECT_EQ(
       LinesOf("c.jpg", Jpeg(CommentSegment())),
-      "ImageDescription: comment\nXResolution: 72\nYResolution: 96\nPixelAspectRatio: 0.75\nResolutionUnit: in\n");
+      "ImageDescription: comment\nXResolution: 72\nYResolution: 96\nPixelAspectRatio: 1.33333\nResolutionUnit: in\n");
+}
+
+// 4 wide by 3 high: a pixel is three quarters as wide as it is high. PNG files say the same of it.
+TEST_F(PictureReportLines, OfAJpegFileWithoutAUnit) {
+  std::string jpeg = Jpeg("");
+  jpeg.replace(13, 5, "\0\0\4\0\3"s);
+  const std::string lines = "XResolution: 4\nYResolution: 3\nPixelAspectRatio: 0.75\nResolutionUnit: none\n";
+  EXPECT_EQ(LinesOf("u.jpg", jpeg), lines);
 }
 
 TEST_F(PictureReportLines, OfATiffFile) {

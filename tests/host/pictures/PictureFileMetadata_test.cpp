@@ -48,6 +48,22 @@ TEST_F(PictureFileMetadata, IsPassedOn) {
   EXPECT_EQ(tiff.get_string_attribute("ResolutionUnit"), "in");
 }
 
+// The library's reader of JPEG files has it upside down.
+TEST_F(PictureFileMetadata, TheAspectOfAJpegFileStays) {
+  OIIO::ImageSpec spec(8, 8, 3, OIIO::TypeDesc::UINT8);
+  WriteRaw(folder_.path() / "in.jpg", "jpeg", spec, std::vector<std::uint8_t>(192, 50));
+  std::string jpeg = Bytes(folder_.path() / "in.jpg");
+  ASSERT_EQ(jpeg.substr(6, 4), "JFIF");
+  // No unit: 4 wide by 3 high.
+  jpeg.replace(13, 5, std::string("\0\0\4\0\3", 5));
+  folder_.Write("in.jpg", jpeg);
+  for (const char* const to : {"out.png", "out.tif"}) {
+    const OIIO::ImageSpec out = PassOn("in.jpg", to);
+    EXPECT_EQ(out.get_float_attribute("XResolution") * 3.0f, out.get_float_attribute("YResolution") * 4.0f) << to;
+    EXPECT_EQ(out.get_float_attribute("PixelAspectRatio"), 0.75f) << to;
+  }
+}
+
 // A writer of IPTC data ends the program at one.
 TEST_F(PictureFileMetadata, EmptyTextsAreLeftOut) {
   for (const char* const name : {"Artist", "Copyright", "ImageDescription", "IPTC:City"}) {
