@@ -4,6 +4,7 @@
 #include <cstring>
 #include <deque>
 #include <future>
+#include <memory>
 #include <new>
 #include <utility>
 #include <vector>
@@ -82,7 +83,7 @@ class Deflater {
 };
 
 // `before` rows of `raw` are those of the stretch before; the first of them, or of the picture, is looked at only.
-Packed PackStretch(const PngRows& rows, int level, RawRows raw, std::int32_t before, std::int32_t count, bool isLast) {
+Packed PackStretch(const PngRows& rows, int level, RawRows& raw, std::int32_t before, std::int32_t count, bool isLast) {
   PngRowFilter filter(rows.bytes, rows.pixelBytes);
   const auto filtered = [&](std::int32_t first, std::int32_t end) {
     std::vector<std::uint8_t> bytes;
@@ -152,10 +153,12 @@ void PackPngRows(const PngRows& rows, int level, std::int32_t threads,
     for (std::int32_t i = 0; i < kept; ++i)
       std::memcpy(next.Row(i), raw.Row(before + count - kept + i), rows.bytes);
     if (underway.size() == mostUnderway) putFirst();
-    underway.push_back(std::async(
-        policy, [&rows, level, before, count, isLast = row == rows.count, filled = std::move(raw)]() mutable {
-          return PackStretch(rows, level, std::move(filled), before, count, isLast);
-        }));
+    // Copied: a start that fails takes with it what is moved.
+    const auto pack = [&rows, level, before, count, isLast = row == rows.count,
+                       filled = std::make_shared<RawRows>(std::move(raw))] {
+      return PackStretch(rows, level, *filled, before, count, isLast);
+    };
+    underway.push_back(std::async(policy, pack));
     raw = std::move(next);
     before = kept;
   }

@@ -42,6 +42,22 @@ TEST_F(Surroundings, ThreadsThatCannotStartEndInOneLine) {
   }
 }
 
+// They are packed by the calling thread then.
+TEST_F(Surroundings, LargePngFilesNeedNoThreads) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "a sanitizer has to be loaded first";
+#endif
+  ASSERT_EQ(Run({"chart", "large.png", "--size", "900x700"}).exit, 0);
+  ASSERT_EQ(Run({"render", "large.png", "whole.png", "--blur", "3"}).exit, 0);
+  const Environment preload("LD_PRELOAD", VBLUR_THREADS_FAIL);
+  for (int failing = 1; failing <= 6; ++failing) {
+    const Environment number("FAILING_THREAD", std::to_string(failing));
+    const auto result = Run({"render", "large.png", "out.png", "--blur", "3", "--overwrite"});
+    EXPECT_EQ(result.exit, 0) << failing << ' ' << result.err;
+    EXPECT_EQ(Pixels("out.png"), Pixels("whole.png")) << failing;
+  }
+}
+
 TEST_F(Surroundings, ClosedStreamsHinderNothing) {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     EXPECT_EQ(Run(Copy(), Without(stream)).exit, 0) << stream;
