@@ -32,6 +32,14 @@ inline std::int64_t Big32(std::string_view bytes, std::size_t at) {
   return Big16(bytes, at) << 16 | Big16(bytes, at + 2);
 }
 
+// Four bytes, the highest one first.
+inline std::string Big32Bytes(std::uint64_t value) {
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8)
+    bytes += static_cast<char>(value >> shift & 0xff);
+  return bytes;
+}
+
 inline std::int64_t Little16(std::string_view bytes, std::size_t at) {
   return Byte(bytes, at) | Byte(bytes, at + 1) << 8;
 }

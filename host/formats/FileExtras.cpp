@@ -154,8 +154,8 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
   extras.profile = tags.Bytes(kProfile);
   AddTiffScale(tags, extras);
   const std::int64_t turn = tags.Number(kOrientation, 1);
-  const bool isTurned = turn > 1 && turn <= 8;
-  extras.orientation = isTurned ? static_cast<int>(turn) : 1;
+  const bool isTurn = turn >= 1 && turn <= 8;
+  extras.orientation = isTurn ? static_cast<int>(turn) : 1;
   // The codec writes none without a unit.
   const bool hasRatio = tags.Number(kUnit, 2) == 1;
   extras.hasPixelAspect = hasRatio && tags.Fraction(kScaleX) != tags.Fraction(kScaleY);
@@ -167,7 +167,7 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
   for (const auto& [number, tag] : tags.All()) {
     const bool isRatio = hasRatio && (number == kScaleX || number == kScaleY || number == kUnit);
     const bool isText = std::ranges::find(kTextTags, number) != kTextTags.end();
-    const bool passes = (number == kOrientation && turn >= 1 && turn <= 8) || isText || isRatio;
+    const bool passes = (number == kOrientation && isTurn) || isText || isRatio;
     const auto whole = passes ? tags.InLittleOrder(number) : std::nullopt;
     if (whole) extras.tiffTags.emplace(number, *whole);
     if (whole && IsPictureText(number)) {

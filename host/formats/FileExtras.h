@@ -38,7 +38,8 @@ struct FileExtras {
   std::string iptc;
   // Of a TIFF file: kinds of data that do not pass to any file, each once, as in "Exif data" and "TIFF tag 65000".
   std::vector<std::string> unread;
-  // Of a TIFF file: its tags that another one has as they are (texts, the orientation), for AddTiffTags.
+  // Of a TIFF file: its tags that another one has as they are (texts, the orientation, a resolution without a unit),
+  // for AddTiffTags.
   std::map<std::uint16_t, TiffTag> tiffTags;
   // Of a PNG file: its chunks of texts, of its time and its place, and of a resolution without a unit, that stand
   // before the pixels, whole, one after the other.

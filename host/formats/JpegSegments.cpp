@@ -262,9 +262,7 @@ std::string WithTexts(const std::string& head, const std::string& comment, const
   std::string segments;
   if (!comment.empty() && comment.size() <= kMostInSegment) segments += MakeSegment(kComment, comment);
   if (!iptc.empty() && iptc.size() <= kMostInSegment) {
-    std::string data = std::string(kResources) + '\0' + std::string(kIptcResource);
-    for (int shift = 24; shift >= 0; shift -= 8)
-      data.push_back(static_cast<char>(iptc.size() >> shift & 0xff));
+    std::string data = std::string(kResources) + '\0' + std::string(kIptcResource) + Big32Bytes(iptc.size());
     data += iptc + std::string(iptc.size() % 2, '\0');
     segments += MakeSegment(kApplication + 13, data);
   }

@@ -13,13 +13,6 @@ namespace vblur::host {
 
 namespace {
 
-std::string Big32Bytes(std::size_t value) {
-  std::string bytes;
-  for (int shift = 24; shift >= 0; shift -= 8)
-    bytes.push_back(static_cast<char>(value >> shift & 0xff));
-  return bytes;
-}
-
 bool HasChunk(std::string_view chunks, std::string_view name) {
   for (std::size_t at = 0; at + 8 <= chunks.size(); at += static_cast<std::size_t>(Big32(chunks, at)) + 12) {
     if (chunks.substr(at + 4, 4) == name) return true;

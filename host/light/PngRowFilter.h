@@ -14,7 +14,7 @@ class PngRowFilter {
   // Bytes of a row and of a pixel in it, at least 1 each.
   PngRowFilter(std::size_t rowBytes, std::size_t pixelBytes);
 
-  // Behind pixelBytes() zeros each, `row` and the one above it, which is of zeros for the first row of a picture.
+  // `row` and the one above it, each behind the zeros of a pixel; above the first row of a picture is one of zeros.
   // Returns the number of the filter and the filtered bytes, 1 + rowBytes, valid until the next call.
   const std::uint8_t* Filter(const std::uint8_t* row, const std::uint8_t* above);
 

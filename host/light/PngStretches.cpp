@@ -11,6 +11,7 @@
 
 #include <zlib.h>
 
+#include "host/formats/FileBytes.h"
 #include "host/light/PngRowFilter.h"
 
 namespace vblur::host {
@@ -110,13 +111,6 @@ std::string HeadOf(int level) {
   return {static_cast<char>(kDeflateOf32K), static_cast<char>(flags + check % 31)};
 }
 
-std::string BigEndian(uLong sum) {
-  std::string bytes;
-  for (int shift = 24; shift >= 0; shift -= 8)
-    bytes += static_cast<char>(sum >> shift & 0xff);
-  return bytes;
-}
-
 }  // namespace
 
 bool IsLargePng(const PngRows& rows) {
@@ -164,7 +158,7 @@ void PackPngRows(const PngRows& rows, int level, std::int32_t threads,
   }
   while (!underway.empty())
     putFirst();
-  put(BigEndian(sum));
+  put(Big32Bytes(sum));
 }
 
 }  // namespace vblur::host

@@ -131,6 +131,14 @@ constexpr std::array<std::string_view, 4> kExif = {"Make", "Model", "ExposureTim
 
 constexpr std::array<std::string_view, 5> kTexts = {"Artist", "Copyright", "DateTime", "ImageDescription", "Software"};
 
+// The library's reader of JPEG files has the width of a pixel by its height upside down.
+void TurnPixelAspect(OIIO::ImageSpec& spec) {
+  const float x = spec.get_float_attribute("XResolution");
+  const float y = spec.get_float_attribute("YResolution");
+  if (x > 0.0f && y > 0.0f && spec.find_attribute("PixelAspectRatio") != nullptr)
+    spec.attribute("PixelAspectRatio", y / x);
+}
+
 }  // namespace
 
 SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile) {
@@ -158,18 +166,6 @@ std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
 bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
   return format == "png" && attribute.type() == OIIO::TypeDesc::STRING && attribute.name() != "ICCProfile";
 }
-
-namespace {
-
-// The library's reader of JPEG files has the width of a pixel by its height upside down.
-void TurnPixelAspect(OIIO::ImageSpec& spec) {
-  const float x = spec.get_float_attribute("XResolution");
-  const float y = spec.get_float_attribute("YResolution");
-  if (x > 0.0f && y > 0.0f && spec.find_attribute("PixelAspectRatio") != nullptr)
-    spec.attribute("PixelAspectRatio", y / x);
-}
-
-}  // namespace
 
 LibraryMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo& info) {
   LibraryMetadata metadata;

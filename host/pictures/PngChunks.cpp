@@ -7,26 +7,13 @@
 #include <vector>
 
 #include <OpenImageIO/tiffutils.h>
-#include <zlib.h>
 
+#include "host/formats/PngHead.h"
 #include "host/pictures/PictureFileMetadata.h"
 
 namespace vblur::host {
 
 namespace {
-
-std::string Big32(std::size_t value) {
-  std::string bytes;
-  for (int shift = 24; shift >= 0; shift -= 8)
-    bytes.push_back(static_cast<char>(value >> shift & 0xff));
-  return bytes;
-}
-
-std::string Chunk(const std::string& name, const std::string& data) {
-  const std::string checked = name + data;
-  const auto sum = ::crc32(0, reinterpret_cast<const Bytef*>(checked.data()), static_cast<uInt>(checked.size()));
-  return Big32(data.size()) + checked + Big32(sum);
-}
 
 bool IsAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -84,7 +71,7 @@ std::optional<std::string> TextChunk(const OIIO::ParamValue& attribute) {
   if (!IsPngKeyword(keyword)) return std::nullopt;
   const std::string text = attribute.get_string();
   // Behind the keyword: not compressed, no language, no translated keyword.
-  return Chunk("iTXt", keyword + std::string(5, '\0') + (IsUtf8(text) ? text : Utf8OfLatin1(text)));
+  return PngChunk("iTXt", keyword + std::string(5, '\0') + (IsUtf8(text) ? text : Utf8OfLatin1(text)));
 }
 
 bool BelongsToExif(const OIIO::ParamValue& attribute) {
@@ -113,7 +100,7 @@ std::string TakeExif(OIIO::ImageSpec& spec) {
   EraseIf(spec, [&](const OIIO::ParamValue& attribute) {
     return BelongsToExif(attribute) && held.find_attribute(attribute.name()) != nullptr;
   });
-  return Chunk("eXIf", std::string(block.data(), block.size()));
+  return PngChunk("eXIf", std::string(block.data(), block.size()));
 }
 
 }  // namespace
@@ -139,7 +126,7 @@ std::string TakePngChunks(OIIO::ImageSpec& spec, const std::string& colour, cons
     chunks += TakeExif(spec);
   } else {
     EraseIf(spec, BelongsToExif);
-    chunks += Chunk("eXIf", exif);
+    chunks += PngChunk("eXIf", exif);
   }
   EraseIf(spec, [&](const OIIO::ParamValue& attribute) {
     if (!IsText(attribute) || IsAscii(attribute.get_string())) return false;

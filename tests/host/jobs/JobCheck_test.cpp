@@ -5,37 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/base/NameMatch.h"
+#include "tests/host/jobs/CheckedJobs.h"
 #include "tests/support/host/FailureOf.h"
-#include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::host {
 namespace {
-
-namespace fs = std::filesystem;
-
-Job Still() {
-  Job job;
-  job.folder = "/shots";
-  job.input = ImageRecord{"in.png", {}, {}, {0, 0}};
-  job.output.file = "out.png";
-  return job;
-}
-
-Job Sequence() {
-  Job job = Still();
-  job.input->file = "in.%04d.exr";
-  job.output.file = "out.####.exr";
-  job.frames = FrameRange{1, 48, 1};
-  return job;
-}
-
-// The failure of a job after a change to it.
-template <typename Change>
-std::string FailureWith(Job job, Change change) {
-  change(job);
-  return UsageFailureOf([&] { CheckJob(job); });
-}
 
 TEST(JobCheck, ResolvesTheKindFromThePictures) {
   Job job = Still();
@@ -390,30 +364,6 @@ TEST(JobCheck, RefusesASequenceThatRunsOverAStill) {
   EXPECT_FALSE(over("out.017.exr", {1, 48, 1}));
 }
 
-TEST(JobCheck, LooksThroughLinks) {
-  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
-  const ScratchFolder scratch;
-  scratch.Write("real.png", "x");
-  fs::create_symlink(scratch.path() / "real.png", scratch.path() / "link.png");
-  Job job = Still();
-  job.folder = scratch.path();
-  job.input->file = "real.png";
-  EXPECT_NE(FailureWith(job, [](Job& j) { j.output.file = "link.png"; }), "");
-}
-
-TEST(JobCheck, LooksThroughLinkedFolders) {
-  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
-  const ScratchFolder scratch;
-  fs::create_directory(scratch.path() / "real");
-  fs::create_directory_symlink(scratch.path() / "real", scratch.path() / "link");
-  Job job = Sequence();
-  job.folder = scratch.path();
-  job.input->file = "real/shot.%04d.exr";
-  job.output.file = "link/shot.####.exr";
-  EXPECT_EQ(FailureWith(job, [](Job&) {}),
-            "output: \"link/shot.0001.exr\" is the picture that input is read from, expected another file");
-}
-
 TEST(JobCheck, RefusesAnOutputThatAnotherFrameReads) {
   const auto over = [](Job& job) {
     job.input->file = "in.%04d.exr";
@@ -446,34 +396,6 @@ TEST(JobCheck, RefusesASequenceThatFeedsItself) {
   job.output.file = "in.%04d.exr";
   job.output.initial = job.output.file;
   EXPECT_NO_THROW(CheckJob(job, {.outputMayBeInput = true}));
-}
-
-TEST(JobCheck, RefusesFramesThatShareAnOutput) {
-  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
-  const ScratchFolder scratch;
-  scratch.Write("out.0001.exr", "x");
-  fs::create_symlink("out.0001.exr", scratch.path() / "out.0003.exr");
-  Job job = Sequence();
-  job.folder = scratch.path();
-  const std::string shared = (scratch.path() / "out.0001.exr").string();
-  for (const bool mayBeInput : {false, true}) {
-    EXPECT_EQ(UsageFailureOf([&] { CheckJob(job, {.outputMayBeInput = mayBeInput}); }),
-              "output: frames 1 and 3 would both be written to " + Quoted(shared) + ", expected a file for each frame");
-  }
-}
-
-TEST(JobCheck, FollowsUpwardStepsFromWhereTheFolderIs) {
-  if (!kMakesLinks) GTEST_SKIP() << "the library makes no links here";
-  const ScratchFolder scratch;
-  fs::create_directories(scratch.path() / "deep/real");
-  fs::create_directory_symlink(scratch.path() / "deep/real", scratch.path() / "link");
-  Job job = Still();
-  job.folder = scratch.path();
-  job.input->file = "in.png";
-  job.output.file = "link/../in.png";
-  EXPECT_NO_THROW(CheckJob(job));
-  job.input->file = "deep/in.png";
-  EXPECT_THROW(CheckJob(job), Failure);
 }
 
 TEST(JobCheck, HoldsAMillionFrames) {
