@@ -7,6 +7,8 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include "host/base/SystemError_windows.h"
+
 #include <windows.h>
 
 namespace vblur::cli {
@@ -97,7 +99,7 @@ int NumberOf(std::FILE* stream) {
 }
 
 bool IsPipeBroken() {
-  return errno == EPIPE || _doserrno == ERROR_NO_DATA;
+  return errno == EPIPE || host::IsEndOfPipe(_doserrno);
 }
 
 }  // namespace vblur::cli

@@ -10,6 +10,7 @@
 
 #include "host/base/ConsoleInput_windows.h"
 #include "host/base/Descriptors.h"
+#include "host/base/SystemError_windows.h"
 
 #include <windows.h>
 
@@ -28,9 +29,11 @@ DWORD CountOf(std::size_t bytes) {
 }
 
 std::int64_t Fail(DWORD error) {
+  if (IsEndOfPipe(error)) {
+    errno = EPIPE;
+    return -1;
+  }
   switch (error) {
-    case ERROR_BROKEN_PIPE:
-    case ERROR_NO_DATA: errno = EPIPE; break;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL: errno = ENOSPC; break;
     // The file is closed, or open for the other direction alone.
@@ -47,7 +50,7 @@ std::int64_t Read(int file, std::span<char> bytes, OVERLAPPED* place) {
   if (ReadFile(HandleOf(file), bytes.data(), CountOf(bytes.size()), &count, place) != 0) return count;
   const DWORD error = GetLastError();
   // The writer has closed its end of the pipe.
-  return error == ERROR_HANDLE_EOF || error == ERROR_BROKEN_PIPE ? 0 : Fail(error);
+  return error == ERROR_HANDLE_EOF || IsEndOfPipe(error) ? 0 : Fail(error);
 }
 
 void TellOfBrokenPipe() {

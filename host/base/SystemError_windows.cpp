@@ -13,6 +13,7 @@ namespace {
 
 // 0 for an error that other systems do not have.
 int GenericNumber(DWORD error) {
+  if (IsEndOfPipe(error)) return EPIPE;
   switch (error) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
@@ -27,8 +28,6 @@ int GenericNumber(DWORD error) {
     case ERROR_HANDLE_DISK_FULL: return ENOSPC;
     case ERROR_FILE_EXISTS:
     case ERROR_ALREADY_EXISTS: return EEXIST;
-    case ERROR_BROKEN_PIPE:
-    case ERROR_NO_DATA: return EPIPE;
     case ERROR_INVALID_HANDLE: return EBADF;
     case ERROR_FILENAME_EXCED_RANGE: return ENAMETOOLONG;
     case ERROR_BAD_EXE_FORMAT: return ENOEXEC;
@@ -52,6 +51,10 @@ std::string SystemErrorText(unsigned long error) {
   if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION) return "another program has it open";
   const int number = GenericNumber(error);
   return number != 0 ? std::generic_category().message(number) : WordsOfWindows(error);
+}
+
+bool IsEndOfPipe(unsigned long error) {
+  return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA || error == ERROR_PIPE_NOT_CONNECTED;
 }
 
 std::string LastErrorText() {

@@ -9,6 +9,9 @@ namespace vblur::host {
 // Windows, and always on one line without a period.
 std::string SystemErrorText(unsigned long error);
 
+// Whether it says that the other end of a pipe is closed; which number does depends on who made the pipe.
+bool IsEndOfPipe(unsigned long error);
+
 // Of the last error of this thread.
 std::string LastErrorText();
 
