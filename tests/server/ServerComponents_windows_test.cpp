@@ -151,6 +151,8 @@ TEST_F(ServerComponentsRefused, AreAFailureWhereTheUserIsRefusedToo) {
   test::RefuseWriting(HKEY_LOCAL_MACHINE, key_);
   test::RefuseWriting(HKEY_CURRENT_USER, key_);
   EXPECT_EQ(CallEntryPoint("DllRegisterServer"), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+  for (const host::RegisteredClass& entry : host::CurrentCatalogue().Classes())
+    EXPECT_NE(entry.clsid, classes::kHelpPPG) << "listed, and entered nowhere";
   EXPECT_EQ(Registered(classes::kHelpPPG, nullptr), L"");
   EXPECT_EQ(Registered(classes::kHelpPPG, nullptr, HKEY_CURRENT_USER), L"");
 }

@@ -1,4 +1,6 @@
 // The classes of a loaded server, as the system's COM finds them.
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "host/hosted/EffectServer.h"
@@ -93,6 +95,62 @@ TEST(EffectServerClasses, AreAllGivenToTheSystemOrNone) {
   }
   ComPtr<IDSImageEffect> effect;
   EXPECT_NE(CreateEffectByClass(effect), kOk);
+  UseCatalogue(nullptr);
+}
+
+TEST(EffectServerClasses, LockAndUnlockTheServer) {
+  const EffectServer server(DefaultServerFile());
+  const HINSTANCE library = ::GetModuleHandleW(L"V_Blur.dll");
+  ASSERT_NE(library, nullptr);
+  auto* const canUnload =
+      reinterpret_cast<DllCanUnloadNowFunction*>(reinterpret_cast<void*>(::GetProcAddress(library, "DllCanUnloadNow")));
+  ASSERT_NE(canUnload, nullptr);
+  ComPtr<IClassFactory> factory;
+  ASSERT_EQ(::CoGetClassObject(reinterpret_cast<const ::GUID&>(kBlurClass), CLSCTX_INPROC_SERVER, nullptr,
+                               reinterpret_cast<const ::GUID&>(IClassFactory::kIid), factory.Receive()),
+            S_OK);
+  EXPECT_EQ(canUnload(), kOk) << "the system's class object asks the server at each object";
+  ComPtr<IClassFactory> servers;
+  ASSERT_EQ(server.GetClassObject(kBlurClass, IClassFactory::kIid, servers.Receive()), kOk);
+  EXPECT_EQ(factory->LockServer(true), kOk);
+  EXPECT_EQ(canUnload(), kFalse) << "one more than the server's own factory, not one less";
+  servers.reset();
+  EXPECT_EQ(canUnload(), kFalse) << "locked";
+  EXPECT_EQ(factory->LockServer(false), kOk);
+  EXPECT_EQ(canUnload(), kOk);
+}
+
+// Calls on a thread of its own, which uses COM for nothing else.
+template <class Body>
+void OnNewThread(const Body& body) {
+  std::thread(body).join();
+}
+
+void AddAndRemove() {
+  EXPECT_EQ(AddServer(&LackingServer), kOk);
+  RemoveServer(&LackingServer);
+}
+
+TEST(EffectServerClasses, LeaveTheThreadsApartmentAsItWas) {
+  Catalogue catalogue;
+  UseCatalogue(&catalogue);
+  catalogue.AddClass(kBlurClass, nullptr, 0);
+  OnNewThread([] {
+    AddAndRemove();
+    EXPECT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK) << "it had none";
+    AddAndRemove();
+    EXPECT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "its own";
+    ::CoUninitialize();
+    ::CoUninitialize();
+  });
+  OnNewThread([] {
+    const test::HookedImport registering(::GetModuleHandleW(L"vblur_sdk_effects.dll"), "ole32.dll",
+                                         "CoRegisterClassObject", &TakeSome);
+    classesLeft = 0;
+    EXPECT_EQ(AddServer(&LackingServer), kOutOfMemory);
+    EXPECT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK) << "a refused server needs none";
+    ::CoUninitialize();
+  });
   UseCatalogue(nullptr);
 }
 
