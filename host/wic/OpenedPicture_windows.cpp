@@ -83,6 +83,7 @@ void RequireKnownSamples(const std::filesystem::path& path, const FileHeader& he
   if (header.sampleFormat == kSigned)
     RefuseToRead(path, "signed samples are not read here, expected unsigned ones or floats");
   if (header.sampleFormat == kFloats && header.bits != 32) RefuseToRead(path, "floats" + bits + "32");
+  if (header.hasInks && header.bits != 8) RefuseToRead(path, "inks" + bits + "8");
   if (header.sampleFormat == kUnsigned && header.bits > 16) RefuseToRead(path, "whole numbers" + bits + "8 or 16");
   if (header.sampleFormat < kUnsigned || header.sampleFormat > kFloats)
     RefuseToRead(path, "samples of an unknown kind are not read here, expected unsigned ones or floats");

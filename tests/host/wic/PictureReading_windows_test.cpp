@@ -203,6 +203,17 @@ TEST_F(PictureReading, SamplesOfFormatsThatTheCodecMistakesAreRefused) {
     EXPECT_EQ(refusal(16, format), "samples of an unknown kind are not read here, expected unsigned ones or floats");
 }
 
+TEST_F(PictureReading, InksOf16BitsAreRefusedByTheirName) {
+  const auto inks = [](std::uint32_t bits) {
+    return TiffBytes(2, 1, bits, 4, std::string(bits, '\1')).Short(262, {5}).File();
+  };
+  const auto failure = Refusal("i.tif", inks(16));
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(std::string(failure->what()),
+            Utf8Of(folder_.path() / "i.tif") + ": cannot read: inks of 16 bits are not read here, expected 8");
+  EXPECT_TRUE(PictureReader().ReadColour(folder_.Write("i.tif", inks(8)), 8, image_).info.hasInks);
+}
+
 // Other readers stop at them, or leave the transparency out.
 TEST_F(PictureReading, PngFilesWithADamagedChunkOfThePixelsAreRefused) {
   for (const auto& [file, chunk] :
