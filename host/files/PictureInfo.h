@@ -104,6 +104,8 @@ struct PictureInfo {
   bool hasMakerNote = false;
   // Other fields of it that the reader does not give.
   std::vector<ExifFieldName> unreadExif;
+  // Names of texts of a TIFF file or of Exif data that are several strings, of which the reader gives the first.
+  std::vector<std::string> furtherTexts;
   // By what the file declares; else floats are linear and whole numbers sRGB.
   Transfer transfer = Transfer::Srgb;
 

@@ -164,6 +164,11 @@ void AddLacking(const PartsLacking& lacking, std::vector<Loss>& losses) {
     losses.push_back(
         {LossKind::Metadata, Named("Exif field", fields.size(), [&](std::size_t i) { return fields[i]; })});
   }
+  if (!lacking.furtherTexts.empty()) {
+    const auto nameAt = [&](std::size_t i) { return lacking.furtherTexts[i]; };
+    losses.push_back(
+        {LossKind::Metadata, "further strings of the " + Named("text", lacking.furtherTexts.size(), nameAt)});
+  }
   for (const std::string& name : lacking.longTexts)
     losses.push_back({LossKind::Metadata, name + " (longer than files of this format hold)"});
 }

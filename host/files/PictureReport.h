@@ -15,9 +15,10 @@ namespace vblur::host {
 
 // What outputs of a format lack of what they hold otherwise.
 struct PartsLacking {
-  std::vector<std::string> exifFields{};  // their names
-  std::vector<std::string> longTexts{};   // names of those that are too long
-  std::vector<std::string> keptOthers{};  // of PictureReport::others: those that are there all the same
+  std::vector<std::string> exifFields{};    // their names
+  std::vector<std::string> longTexts{};     // names of those that are too long
+  std::vector<std::string> furtherTexts{};  // names of those of several strings, of which the first is there
+  std::vector<std::string> keptOthers{};    // of PictureReport::others: those that are there all the same
   // By compressions that the system's codec does not have: the one that it writes in their place.
   std::map<std::string, std::string, std::less<>> compressions{};
   SetOf<SampleType> greys{};  // the codec writes greys of these types as red, green and blue

@@ -96,10 +96,7 @@ void AddFurther(const TiffTags::Source& source, Attributes& attributes) {
 
 void AddExif(const std::string& exif, Attributes& attributes) {
   if (exif.empty()) return;
-  const TiffTags::Source source = [&](std::int64_t at, std::size_t count) {
-    const bool isIn = at >= 0 && static_cast<std::size_t>(at) < exif.size();
-    return isIn ? exif.substr(static_cast<std::size_t>(at), count) : std::string();
-  };
+  const TiffTags::Source source = TiffTags::SourceIn(exif);
   AddAll(TiffTags(source), ExifPart::Picture, attributes);
   AddFurther(source, attributes);
 }

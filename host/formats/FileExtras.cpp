@@ -172,6 +172,7 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
     if (whole) extras.tiffTags.emplace(number, *whole);
     if (whole && IsPictureText(number)) {
       extras.texts.emplace(number, TextAsUtf8(tags.Text(number)));
+      if (tags.HasFurtherText(number)) extras.furtherTexts.push_back(NameOfText(number));
     } else if (whole && isText && number != kMaker && number != kModel) {
       extras.own.insert(number == kPage ? "PageName" : "DocumentName");
     }
@@ -198,15 +199,13 @@ FileExtras ReadFileExtras(const std::filesystem::path& path, const std::string& 
   if (format == "tiff") ReadTiff(file, extras);
   if (format == "bmp") ReadBmp(file, extras);
   if (exif.empty()) return extras;
-  const TiffTags tags([&](std::int64_t at, std::size_t count) {
-    return at >= 0 && static_cast<std::size_t>(at) < exif.size() ? exif.substr(static_cast<std::size_t>(at), count)
-                                                                 : std::string();
-  });
+  const TiffTags tags(TiffTags::SourceIn(exif));
   extras.hasGps = tags.Has(kGps);
   extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
   for (const auto& [number, tag] : tags.All()) {
-    if (IsPictureText(number) && !tags.Text(number).empty())
-      extras.exifTexts.emplace(number, TextAsUtf8(tags.Text(number)));
+    if (!IsPictureText(number)) continue;
+    if (!tags.Text(number).empty()) extras.exifTexts.emplace(number, TextAsUtf8(tags.Text(number)));
+    if (tags.HasFurtherText(number)) extras.furtherTexts.push_back(NameOfText(number));
   }
   if (extras.pixelsPerInchX <= 0.0 && !(format == "png" && extras.hasPixelAspect)) AddTiffScale(tags, extras);
   // Readers take the description of Exif data for it; comments beside that are told.

@@ -34,6 +34,8 @@ struct FileExtras {
   // Beside those of Exif data, and those of it. The first comment of a JPEG file is its description.
   PictureTexts texts;
   PictureTexts exifTexts;
+  // Names of those of either, of a TIFF file or of Exif data, that are several strings, of which this is the first.
+  std::vector<std::string> furtherTexts;
   // Of a JPEG or TIFF file: its IPTC data.
   std::string iptc;
   // Of a TIFF file: kinds of data that do not pass to any file, each once, as in "Exif data" and "TIFF tag 65000".

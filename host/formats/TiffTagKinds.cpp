@@ -4,8 +4,8 @@
 #include <array>
 #include <fstream>
 
+#include "host/formats/ExifNames.h"
 #include "host/formats/FileBytes.h"
-#include "host/formats/TiffTags.h"
 
 namespace vblur::host {
 
@@ -15,6 +15,16 @@ constexpr auto kOfPixels =
     std::to_array<std::uint16_t>({254, 255, 256, 257, 258, 259, 262, 263, 264, 265, 266, 273, 277,   278,   279,
                                   280, 281, 282, 283, 284, 292, 293, 296, 297, 317, 320, 322, 323,   324,   325,
                                   338, 339, 340, 341, 347, 512, 513, 514, 529, 530, 531, 532, 34675, 34665, 34853});
+
+// Those of the picture, too, that Exif data do not have.
+std::string NameOfTextTag(ExifPart part, std::uint16_t tag) {
+  constexpr std::uint16_t kDocument = 269;
+  constexpr std::uint16_t kComputer = 316;
+  if (part == ExifPart::Picture && tag == kDocument) return "DocumentName";
+  if (part == ExifPart::Picture && tag == kComputer) return "HostComputer";
+  const std::string_view name = NameOfExifTag(part, tag);
+  return std::string(name.substr(name.find(':') + 1));
+}
 
 }  // namespace
 
@@ -37,6 +47,20 @@ std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags) {
   }
   if (count > 0)
     names.push_back((count == 1 ? "TIFF tag " : "TIFF tags ") + numbers + (count > kMostNamed ? " and others" : ""));
+  return names;
+}
+
+std::vector<std::string> NamesOfFurtherTexts(const TiffTags::Source& source) {
+  constexpr std::uint16_t kExifTag = 0x8769;
+  std::vector<std::string> names;
+  const auto add = [&](const TiffTags& tags, ExifPart part) {
+    for (const auto& [number, tag] : tags.All()) {
+      const std::string name = NameOfTextTag(part, number);
+      if (!name.empty() && tags.HasFurtherText(number)) names.push_back(name);
+    }
+  };
+  add(TiffTags(source), ExifPart::Picture);
+  add(TiffTags::BehindTag(source, kExifTag), ExifPart::Camera);
   return names;
 }
 

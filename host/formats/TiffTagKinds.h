@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "host/formats/TiffTags.h"
+
 namespace vblur::host {
 
 // Whether a tag is about how pixels are stored, which an output has of its own, or its meaning is read or told
@@ -19,5 +21,9 @@ std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags);
 // Kinds of data of the first picture of a TIFF file, by these names, that are neither of pixels nor among `read`. None
 // of other files.
 std::vector<std::string> OtherTiffTags(const std::filesystem::path& path, std::span<const std::uint16_t> read);
+
+// Names of the texts of a TIFF file or of a block of Exif data that are several strings, of which readers give the
+// first.
+std::vector<std::string> NamesOfFurtherTexts(const TiffTags::Source& source);
 
 }  // namespace vblur::host

@@ -15,6 +15,13 @@ std::size_t SizeOf(std::int64_t type) {
 
 }  // namespace
 
+TiffTags::Source TiffTags::SourceIn(std::string_view bytes) {
+  return [bytes](std::int64_t at, std::size_t count) {
+    const bool isIn = at >= 0 && static_cast<std::size_t>(at) < bytes.size();
+    return std::string(isIn ? bytes.substr(static_cast<std::size_t>(at), count) : std::string_view());
+  };
+}
+
 TiffTags::TiffTags(const Source& source, std::size_t mostBytes) {
   const std::string head = source(0, 8);
   if (head.size() < 8) return;
@@ -47,6 +54,7 @@ void TiffTags::ReadDirectory(const Source& source, std::int64_t directory, std::
   constexpr std::int64_t kMostEntries = 0xffff;
   const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(Value(number, 0, numberBytes), 0, kMostEntries));
   const std::size_t entry = 4 + 2 * place;
+  std::size_t left = mostBytes;
   const std::string entries = source(directory + static_cast<std::int64_t>(numberBytes), count * entry);
   for (std::size_t at = 0; at + entry <= entries.size(); at += entry) {
     const std::size_t size = SizeOf(Value(entries, at + 2, 2));
@@ -57,7 +65,9 @@ void TiffTags::ReadDirectory(const Source& source, std::int64_t directory, std::
     const std::size_t value = at + 4 + place;
     if (bytes <= place) {
       tag.bytes = entries.substr(value, static_cast<std::size_t>(bytes));
-    } else if (bytes <= mostBytes) {
+    } else if (bytes <= left) {
+      // Many may claim the same bytes of a file.
+      left -= static_cast<std::size_t>(bytes);
       tag.bytes = source(Value(entries, value, place), static_cast<std::size_t>(bytes));
     }
     tags_.emplace(static_cast<std::uint16_t>(Value(entries, at, 2)), std::move(tag));
@@ -131,6 +141,11 @@ std::string TiffTags::Text(std::uint16_t tag) const {
   const auto found = tags_.find(tag);
   if (found == tags_.end() || found->second.type != kText) return {};
   return found->second.bytes.substr(0, found->second.bytes.find('\0'));
+}
+
+bool TiffTags::HasFurtherText(std::uint16_t tag) const {
+  constexpr std::string_view kNothing(" \0", 2);
+  return Bytes(tag).find_first_not_of(kNothing, Text(tag).size()) != std::string::npos && All().at(tag).type == 2;
 }
 
 std::optional<TiffTag> TiffTags::InLittleOrder(std::uint16_t tag) const {

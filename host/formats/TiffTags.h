@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vblur::host {
@@ -24,9 +25,12 @@ class TiffTags {
   // Gives `count` bytes from a place on, fewer at the end.
   using Source = std::function<std::string(std::int64_t at, std::size_t count)>;
 
-  static constexpr std::size_t kMostBytes = std::size_t{16} << 20;
+  static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
 
-  // The first directory. Tags of more bytes than `mostBytes` come without their bytes.
+  // Of bytes that outlive it.
+  static Source SourceIn(std::string_view bytes);
+
+  // The first directory. Tags whose bytes would make more than `mostBytes` with those before them come without.
   explicit TiffTags(const Source& source, std::size_t mostBytes = kMostBytes);
   // The directory that a tag of the first one leads to; empty where it has none.
   static TiffTags BehindTag(const Source& source, std::uint16_t leads);
@@ -44,6 +48,8 @@ class TiffTags {
   double Fraction(std::uint16_t tag) const;
   // To its first zero.
   std::string Text(std::uint16_t tag) const;
+  // Whether more of a text stands behind that zero: it may be several strings. Blanks are none.
+  bool HasFurtherText(std::uint16_t tag) const;
   std::string Bytes(std::uint16_t tag) const;
   // The tag with its bytes in the order of files that begin with "II"; nothing where not all of them are there.
   std::optional<TiffTag> InLittleOrder(std::uint16_t tag) const;

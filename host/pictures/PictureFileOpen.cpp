@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstdint>
 #include <exception>
+#include <fstream>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "host/files/PictureSize.h"
 #include "host/files/StandardInput.h"
 #include "host/formats/ExifBlock.h"
+#include "host/formats/FileBytes.h"
 #include "host/formats/PictureFileHeader.h"
 #include "host/formats/TiffTagKinds.h"
 #include "host/pictures/ExifFields.h"
@@ -123,6 +125,13 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
 constexpr auto kReadTiffTags =
     std::to_array<std::uint16_t>({269, 270, 271, 272, 274, 305, 306, 315, 316, 33432, 33723});
 
+std::vector<std::string> FurtherTextsOf(const std::filesystem::path& file, const std::string& format,
+                                        const std::string& exif) {
+  if (format != "tiff") return NamesOfFurtherTexts(TiffTags::SourceIn(exif));
+  std::ifstream stream(file, std::ios::binary);
+  return NamesOfFurtherTexts([&](std::int64_t at, std::size_t count) { return ReadAt(stream, at, count); });
+}
+
 Transfer TransferOf(const OIIO::ImageSpec& spec, const StoredType& stored) {
   std::string space = spec.get_string_attribute("oiio:ColorSpace");
   std::ranges::transform(space, space.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -215,6 +224,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
     if (info.format == "tiff") info.unread = OtherTiffTags(FileToOpen(path), kReadTiffTags);
+    info.furtherTexts = FurtherTextsOf(FileToOpen(path), info.format, chunks.exif);
     if (chunks.isPlacedInMicrometres) info.unread.emplace_back("place in micrometres");
     // The reader passes over one that it cannot unpack or that is none.
     if (chunks.hasProfile && file->spec().find_attribute("ICCProfile") == nullptr)

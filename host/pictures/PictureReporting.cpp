@@ -54,7 +54,11 @@ void AddLacking(const LibraryMetadata& metadata, PictureReport& report) {
     parts.exifFields = FieldsLacking(metadata.info, output, format);
     parts.longTexts = TakeLongTexts(output, format);
     parts.keptOthers = OthersKept(output, format);
-    if (!parts.exifFields.empty() || !parts.longTexts.empty() || !parts.keptOthers.empty())
+    // What holds no texts is told to lose them all.
+    if (format.metadata.Has(MetadataGroup::Text) && !metadata.info.PassesExifTo(format.name))
+      parts.furtherTexts = metadata.info.furtherTexts;
+    if (!parts.exifFields.empty() || !parts.longTexts.empty() || !parts.keptOthers.empty() ||
+        !parts.furtherTexts.empty())
       report.lacking.emplace(std::string(format.name), std::move(parts));
   }
 }

@@ -39,6 +39,15 @@ void AddLong(const PictureMetadata& metadata, PartsLacking& lacking) {
     lacking.longTexts.push_back(NameOfText(tag));
 }
 
+// Those of a TIFF file pass whole to another, those of Exif data with these.
+void AddFurther(const PictureMetadata& metadata, PictureReport& report) {
+  for (const OutputFormat& output : OutputFormats()) {
+    const bool passes = (output.name == "tiff") == (metadata.info.format == "tiff");
+    if (!passes && output.metadata.Has(MetadataGroup::Text))
+      report.lacking[std::string(output.name)].furtherTexts = metadata.extras.furtherTexts;
+  }
+}
+
 }  // namespace
 
 bool JpegHoldsExif(const PictureMetadata& metadata) {
@@ -80,6 +89,7 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
   for (const OutputFormat& output : OutputFormats())
     report.lacking.emplace(output.name, LackingOf(output));
   AddLong(metadata, report.lacking["jpeg"]);
+  AddFurther(metadata, report);
   return report;
 }
 

@@ -5,10 +5,13 @@
 
 #include "host/files/PictureFile.h"
 #include "host/files/PictureReport.h"
+#include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/FailureOf.h"
+#include "tests/support/host/JpegBytes.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/PlainFiles.h"
 #include "tests/support/host/ScratchFolder.h"
+#include "tests/support/host/TiffBytes.h"
 
 namespace vblur::host {
 namespace {
@@ -101,6 +104,33 @@ TEST_F(PictureLosses, OtherAttributesAreNamed) {
   for (int i = 0; i < 21; ++i)
     report.others.push_back("x" + std::to_string(i));
   EXPECT_TRUE(lost().starts_with("attributes x0, x1, ") && lost().ends_with(", x19 and 1 more")) << lost();
+}
+
+TEST_F(PictureLosses, FurtherStringsOfATextAreTold) {
+  using namespace std::string_literals;
+  const auto lost = [](const std::filesystem::path& path, const char* to) {
+    return ListOf(LossesOf(ReportPicture(path), OutputFormatOf(to), {}, 8));
+  };
+  TiffBytes file(2, 1, 8, 3, "abcdef");
+  const auto tiff =
+      folder_.Write("a.tif", file.Text(270, "A fox\0running"s).Text(315, "me"s).Text(33432, "she\0he"s).File());
+  const std::string texts = "further strings of the texts ImageDescription, Copyright";
+  EXPECT_EQ(lost(tiff, "o.png"), texts);
+  EXPECT_TRUE(lost(tiff, "o.jpg").starts_with(texts)) << lost(tiff, "o.jpg");
+  EXPECT_TRUE(lost(tiff, "o.bmp").starts_with("text")) << lost(tiff, "o.bmp");
+#ifdef _WIN32
+  EXPECT_EQ(lost(tiff, "o.tif").find("strings"), std::string::npos) << "the tag passes as it is";
+#else
+  EXPECT_EQ(lost(tiff, "o.tif"), texts);
+#endif
+  // Exif data pass as they are to some files.
+  const std::string exif = ExifBytes{.description = "a\0b"s}.Build();
+  const std::string plain = Bytes(std::filesystem::path(VBLUR_PICTURES_FOLDER) / "rgb.jpg");
+  const auto jpeg = folder_.Write("a.jpg", plain.substr(0, 20) + ExifSegment(exif) + plain.substr(20));
+  for (const char* to : {"o.png", "o.jpg"})
+    EXPECT_EQ(lost(jpeg, to).find("strings"), std::string::npos) << lost(jpeg, to);
+  EXPECT_NE(lost(jpeg, "o.tif").find("further strings of the text ImageDescription"), std::string::npos)
+      << lost(jpeg, "o.tif");
 }
 
 // A header of three hundred bytes may have thousands of channels: what it takes does not grow with their square, which

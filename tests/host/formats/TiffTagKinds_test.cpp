@@ -34,6 +34,37 @@ TEST(TiffTagKinds, TagsBeyondThePixelsAreNamed) {
   EXPECT_EQ(OtherTiffTags(scratch.Write("no.png", "\x89PNG"), {}), Kinds());
 }
 
+TEST(TiffTagKinds, TextsOfSeveralStringsAreNamed) {
+  using namespace std::string_literals;
+  TiffBytes file(2, 1, 8, 1, "xy");
+  file.Text(270, "one").Text(271, "padded\0\0 \0"s).Text(65000, "a\0b"s);
+  const auto named = [&] {
+    const std::string bytes = file.File();
+    return NamesOfFurtherTexts(TiffTags::SourceIn(bytes));
+  };
+  EXPECT_EQ(named(), Kinds());
+  file.Text(269, "a document\0its other name"s).Text(316, "a\0b"s).Text(33432, " \0editor"s);
+  EXPECT_EQ(named(), (Kinds{"DocumentName", "HostComputer", "Copyright"}));
+  // Numbers are no text.
+  file.Short(306, {'a', 0, 'b'});
+  EXPECT_EQ(named().size(), 3u);
+  // A lens (42036) in the camera's directory of Exif data.
+  const std::string exif = "II*\0\x08\0\0\0\x01\0\x69\x87\x04\0\x01\0\0\0\x1a\0\0\0\0\0\0\0"s +
+                           "\x01\0\x34\xa4\x02\0\x04\0\0\0a\0b\0\0\0\0\0"s;
+  EXPECT_EQ(NamesOfFurtherTexts(TiffTags::SourceIn(exif)), Kinds{"LensModel"});
+}
+
+// Each may claim as much as a file holds.
+TEST(TiffTagKinds, TagsGetNoMoreBytesThanAllOfThemMayHave) {
+  TiffBytes file(2, 1, 8, 1, "xy");
+  const std::string bytes = file.Text(270, "eight 8").Text(305, "eight 8").Text(315, "eight 8").File();
+  const TiffTags tags(TiffTags::SourceIn(bytes), 20);
+  EXPECT_EQ(tags.Text(270), "eight 8");
+  EXPECT_EQ(tags.Text(305), "eight 8");
+  EXPECT_TRUE(tags.Has(315));
+  EXPECT_EQ(tags.Text(315), "");
+}
+
 std::string Number(std::uint64_t value, int bytes, bool isBig) {
   std::string text;
   for (int i = 0; i < bytes; ++i)
