@@ -46,7 +46,7 @@ std::string LossesOfOther(const Job& job, const PictureReport& report, const Rep
 
 std::string LossesOfReplaced(const Job& job, const ReplacedInput& replaced, std::int32_t depth) {
   const PictureReport report = ReportPicture(replaced.file);
-  const OutputFormat& format = OutputFormatOf(replaced.file, replaced.storage);
+  const OutputFormat& format = OutputFormatOf(replaced.output, replaced.storage);
   if (!replaced.isInput) return LossesOfOther(job, report, replaced, format, depth);
   std::string lost = ListOf(LossesOf(report, format, replaced.storage, depth));
   for (const std::string& left : LossesOfJob(job, report.info))

@@ -13,7 +13,8 @@ namespace vblur::host {
 
 struct ReplacedInput {
   std::filesystem::path file;
-  OutputStorage storage;  // of the output
+  std::filesystem::path output;  // by a name of its own, whose extension may be another
+  OutputStorage storage;         // of the output
   // The first input of the frame, which the output is made like; nothing in a job without one.
   std::optional<PictureInfo> input;
   // Whether it is this very file. Others are the second clip, the mask and the initial picture, of which an output

@@ -211,7 +211,7 @@ void SequenceRun::CheckReplaced(std::int32_t frame) {
   const std::vector<std::filesystem::path> files = pictures_.FilesOf(frame);
   for (const std::filesystem::path& file : files) {
     if (!IsReplaced(file, frame)) continue;
-    ReplacedInput replaced{file, storage_, {}, false};
+    ReplacedInput replaced{file, OutputOf(frame), storage_, {}, false};
     if (job_.input) {
       std::error_code error;
       replaced.input = pictures_.InputInfo(frame);

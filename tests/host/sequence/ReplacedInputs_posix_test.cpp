@@ -174,6 +174,20 @@ TEST_F(ReplacedInputs, ReportsTellWhatOtherFormatsLose) {
   EXPECT_EQ(ListOf(LossesOf(report, OutputFormatOf("a.exr"), {}, 32)), "");
 }
 
+// The output's format is that of its own name.
+TEST_F(ReplacedInputs, AreReplacedWhereALinkOfAnotherNameLeadsToThem) {
+  for (const char* name : {"link", "link.jpg"}) {
+    WritePng(folder_.path() / "in.png", FlatPicture<std::uint8_t>(3, 2, 3, 90));
+    std::filesystem::create_symlink("in.png", folder_.path() / name);
+    EXPECT_EQ(Render(name, "in.png").done, 1) << name;
+    WritePng(folder_.path() / "in.png", FlatPicture<std::uint16_t>(3, 2, 3, 4000));
+    const auto failure = CaughtFailure([&] { Render(name, "in.png"); });
+    ASSERT_TRUE(failure) << name;
+    EXPECT_NE(std::string(failure->what()).find("would lose last bits of uint16 samples (steps of"), std::string::npos)
+        << failure->what();
+  }
+}
+
 TEST_F(ReplacedInputs, KeepTheTextOfAMask) {
   WriteTiff(folder_.path() / "in.tif", FlatPicture<std::uint8_t>(3, 2, 3, 16));
   OIIO::ImageSpec spec(3, 2, 3, OIIO::TypeDesc::UINT8);

@@ -21,6 +21,20 @@ TEST_F(ReplacedInputs, AreKnownByAnyName) {
   EXPECT_EQ(NamesIn(folder_.path()).size(), 1u);
 }
 
+// The system leaves such ends out: the output's format is that of its own name.
+TEST_F(ReplacedInputs, AreReplacedWhereTheirNameEndsInADotOrABlank) {
+  for (const char* name : {"in.png.", "in.png ", "in.png. ."}) {
+    WritePng(folder_.path() / "in.png", FlatPicture<std::uint8_t>(3, 2, 3, 90));
+    EXPECT_EQ(Render(name, "in.png").done, 1) << name;
+    WritePng(folder_.path() / "in.png", FlatPicture<std::uint16_t>(3, 2, 3, 4000));
+    const auto failure = CaughtFailure([&] { Render(name, "in.png"); });
+    ASSERT_TRUE(failure) << name;
+    EXPECT_NE(std::string(failure->what()).find("would lose last bits of uint16"), std::string::npos)
+        << failure->what();
+  }
+  EXPECT_EQ(NamesIn(folder_.path()).size(), 1u);
+}
+
 TEST_F(ReplacedInputs, OfOtherFramesAreKnownInAnyCase) {
   for (const char* name : {"in.1.png", "in.2.png"})
     WritePng(folder_.path() / name, FlatPicture<std::uint8_t>(3, 2, 3, 90));
