@@ -166,9 +166,11 @@ std::vector<std::uint32_t> PaletteOf(const std::vector<std::int64_t>& colours) {
 }
 
 void ReadTiff(File& file, FileHeader& header) {
-  const TiffTags tags([&](std::int64_t at, std::size_t count) { return file.Read(at, count); });
+  const TiffTags::Source source = [&](std::int64_t at, std::size_t count) { return file.Read(at, count); };
+  const TiffTags tags(source);
   if (!tags.IsTiff()) return;
   header.format = "tiff";
+  header.pictures = std::max(1, TiffTags::CountDirectories(source));
   header.width = tags.Number(kWidth, 0);
   header.height = tags.Number(kHeight, 0);
   header.bits = static_cast<std::int32_t>(tags.Number(kBits, 1));

@@ -31,6 +31,7 @@ struct FileHeader {
   std::int32_t sampleFormat = 1;   // of a TIFF file: 1 unsigned, 2 signed, 3 floats
   std::int64_t meaning = 0;        // of the values of a TIFF file: up to 3 and 5 are grey, colours, a palette and inks
   bool isWhiteLeast = false;       // the least value of its grey is white
+  std::int32_t pictures = 1;       // of a TIFF file: its directories, each once
   // Of a TIFF file; 0: it has none.
   bool isPlanar = false;  // all values of a channel stand together
   bool isBig = false;     // numbers begin with their high bytes

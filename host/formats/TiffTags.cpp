@@ -1,6 +1,8 @@
 #include "host/formats/TiffTags.h"
 
 #include <algorithm>
+#include <limits>
+#include <set>
 #include <utility>
 
 namespace vblur::host {
@@ -22,20 +24,24 @@ TiffTags::Source TiffTags::SourceIn(std::string_view bytes) {
   };
 }
 
-TiffTags::TiffTags(const Source& source, std::size_t mostBytes) {
+std::optional<std::int64_t> TiffTags::ReadHead(const Source& source) {
   const std::string head = source(0, 8);
-  if (head.size() < 8) return;
+  if (head.size() < 8) return std::nullopt;
   isBig_ = head.starts_with("MM");
-  if (!isBig_ && !head.starts_with("II")) return;
+  if (!isBig_ && !head.starts_with("II")) return std::nullopt;
   constexpr std::int64_t kSmall = 42;
   constexpr std::int64_t kLarge = 43;
   const std::int64_t form = Value(head, 2, 2);
-  if (form != kSmall && form != kLarge) return;
+  if (form != kSmall && form != kLarge) return std::nullopt;
   isLarge_ = form == kLarge;
   const std::string begin = source(static_cast<std::int64_t>(PlaceBytes()), PlaceBytes());
-  if (begin.size() < PlaceBytes()) return;
+  if (begin.size() < PlaceBytes()) return std::nullopt;
   isTiff_ = true;
-  ReadDirectory(source, Value(begin, 0, PlaceBytes()), mostBytes);
+  return Value(begin, 0, PlaceBytes());
+}
+
+TiffTags::TiffTags(const Source& source, std::size_t mostBytes) {
+  if (const auto first = ReadHead(source)) ReadDirectory(source, *first, mostBytes);
 }
 
 TiffTags TiffTags::BehindTag(const Source& source, std::uint16_t leads) {
@@ -46,14 +52,35 @@ TiffTags TiffTags::BehindTag(const Source& source, std::uint16_t leads) {
   return tags;
 }
 
+std::int32_t TiffTags::CountDirectories(const Source& source) {
+  constexpr std::size_t kMost = 0xffff;
+  TiffTags tags;
+  std::set<std::int64_t> places;
+  std::int64_t place = tags.ReadHead(source).value_or(0);
+  while (place > 0 && places.size() < kMost && !places.contains(place)) {
+    const std::string number = source(place, tags.NumberBytes());
+    if (number.size() < tags.NumberBytes()) break;
+    places.insert(place);
+    const std::int64_t entries = tags.Value(number, 0, number.size());
+    // Longer than any file.
+    if (entries < 0 || entries > std::numeric_limits<std::int32_t>::max()) break;
+    const auto length =
+        static_cast<std::int64_t>(tags.NumberBytes() + tags.EntryBytes() * static_cast<std::size_t>(entries));
+    if (place > std::numeric_limits<std::int64_t>::max() - length) break;
+    const std::string next = source(place + length, tags.PlaceBytes());
+    place = next.size() < tags.PlaceBytes() ? 0 : tags.Value(next, 0, next.size());
+  }
+  return static_cast<std::int32_t>(places.size());
+}
+
 void TiffTags::ReadDirectory(const Source& source, std::int64_t directory, std::size_t mostBytes) {
   const std::size_t place = PlaceBytes();
-  const std::size_t numberBytes = isLarge_ ? 8 : 2;
+  const std::size_t numberBytes = NumberBytes();
   const std::string number = source(directory, numberBytes);
   if (number.size() < numberBytes) return;
   constexpr std::int64_t kMostEntries = 0xffff;
   const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(Value(number, 0, numberBytes), 0, kMostEntries));
-  const std::size_t entry = 4 + 2 * place;
+  const std::size_t entry = EntryBytes();
   std::size_t left = mostBytes;
   const std::string entries = source(directory + static_cast<std::int64_t>(numberBytes), count * entry);
   for (std::size_t at = 0; at + entry <= entries.size(); at += entry) {

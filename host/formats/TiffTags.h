@@ -34,6 +34,8 @@ class TiffTags {
   explicit TiffTags(const Source& source, std::size_t mostBytes = kMostBytes);
   // The directory that a tag of the first one leads to; empty where it has none.
   static TiffTags BehindTag(const Source& source, std::uint16_t leads);
+  // How many directories lead to one another from the first on, each once, up to 65535; 0 for what is no TIFF file.
+  static std::int32_t CountDirectories(const Source& source);
 
   bool IsTiff() const { return isTiff_; }
   bool IsBig() const { return isBig_; }
@@ -55,10 +57,17 @@ class TiffTags {
   std::optional<TiffTag> InLittleOrder(std::uint16_t tag) const;
 
  private:
+  TiffTags() = default;
+
+  // Of a head; nothing where it is none, or has no directory.
+  std::optional<std::int64_t> ReadHead(const Source& source);
   void ReadDirectory(const Source& source, std::int64_t place, std::size_t mostBytes);
   std::int64_t Value(const std::string& bytes, std::size_t at, std::size_t count) const;
   // Of a place in the file, and of a count.
   std::size_t PlaceBytes() const { return isLarge_ ? 8 : 4; }
+  std::size_t EntryBytes() const { return 4 + 2 * PlaceBytes(); }
+  // Of the number of entries that a directory begins with.
+  std::size_t NumberBytes() const { return isLarge_ ? 8 : 2; }
 
   bool isTiff_ = false;
   bool isBig_ = false;

@@ -125,11 +125,11 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
 constexpr auto kReadTiffTags =
     std::to_array<std::uint16_t>({269, 270, 271, 272, 274, 305, 306, 315, 316, 33432, 33723});
 
-std::vector<std::string> FurtherTextsOf(const std::filesystem::path& file, const std::string& format,
-                                        const std::string& exif) {
-  if (format != "tiff") return NamesOfFurtherTexts(TiffTags::SourceIn(exif));
+void AddTiffFacts(const std::filesystem::path& file, PictureInfo& info) {
   std::ifstream stream(file, std::ios::binary);
-  return NamesOfFurtherTexts([&](std::int64_t at, std::size_t count) { return ReadAt(stream, at, count); });
+  info.unread = OtherTiffTags(file, kReadTiffTags);
+  info.furtherTexts =
+      NamesOfFurtherTexts([&](std::int64_t at, std::size_t count) { return ReadAt(stream, at, count); });
 }
 
 Transfer TransferOf(const OIIO::ImageSpec& spec, const StoredType& stored) {
@@ -223,8 +223,8 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     ChunkFacts chunks = FactsOfChunks(FileToOpen(path));
     info.pictures = std::max(CountPictures(*file), chunks.frames);
     info.unread = std::move(chunks.unread);
-    if (info.format == "tiff") info.unread = OtherTiffTags(FileToOpen(path), kReadTiffTags);
-    info.furtherTexts = FurtherTextsOf(FileToOpen(path), info.format, chunks.exif);
+    info.furtherTexts = NamesOfFurtherTexts(TiffTags::SourceIn(chunks.exif));
+    if (info.format == "tiff") AddTiffFacts(FileToOpen(path), info);
     if (chunks.isPlacedInMicrometres) info.unread.emplace_back("place in micrometres");
     // The reader passes over one that it cannot unpack or that is none.
     if (chunks.hasProfile && file->spec().find_attribute("ICCProfile") == nullptr)

@@ -254,7 +254,8 @@ OpenedPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoic
   if (form.model == ColourModel::Palette)
     opened.palette = header.palette.empty() ? PaletteOf(*opened.frame, path) : header.palette;
   Describe(path, choice, opened);
-  opened.metadata.info.pictures = std::max(1, pictures);
+  // Codecs follow directories that lead in a circle as often as they may.
+  opened.metadata.info.pictures = std::max(1, header.format == "tiff" ? std::min(pictures, header.pictures) : pictures);
   AddChunkFacts(file, opened.metadata.info);
   FileExtras& extras = opened.metadata.extras;
   extras = ReadFileExtras(file, header.format, opened.metadata.info.exif);

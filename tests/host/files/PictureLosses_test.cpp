@@ -5,6 +5,7 @@
 
 #include "host/files/PictureFile.h"
 #include "host/files/PictureReport.h"
+#include "host/formats/FileBytes.h"
 #include "tests/support/host/ExifBytes.h"
 #include "tests/support/host/FailureOf.h"
 #include "tests/support/host/JpegBytes.h"
@@ -36,6 +37,24 @@ TEST_F(PictureLosses, FurtherPicturesAreTold) {
                                      ": only the first of 3 pictures is read; the others are not in the output"});
   EXPECT_EQ(Component(image_, 0), 51);
   EXPECT_EQ(Read(WriteTiff(folder_.path() / "one.tif", first), 8), std::vector<std::string>());
+}
+
+// Some libraries follow them as often as they may.
+TEST_F(PictureLosses, DirectoriesThatLeadInACircleAreCountedOnce) {
+  const auto number = [](std::size_t value) {
+    return std::string{static_cast<char>(value & 0xff), static_cast<char>(value >> 8), '\0', '\0'};
+  };
+  const std::string file = TiffBytes(2, 1, 8, 3, "abcdef").File();
+  const auto place = static_cast<std::size_t>(Little32(file, 4));
+  const std::string without = file.substr(0, file.size() - 4);
+  const std::string directory = without.substr(place);
+  const auto one = folder_.Write("one.tif", without + number(place));
+  EXPECT_EQ(ReadPictureInfo(one).pictures, 1);
+  EXPECT_EQ(Read(one, 8), std::vector<std::string>());
+  const auto two = folder_.Write("two.tif", without + number(file.size()) + directory + number(place));
+  EXPECT_EQ(ReadPictureInfo(two).pictures, 2);
+  for (const auto& path : {one, two})
+    EXPECT_EQ(ReadPictureInfo(path).levels, 1);
 }
 
 TEST_F(PictureLosses, PicturesWithMorePixelsThanTheyMayHaveAreRefused) {

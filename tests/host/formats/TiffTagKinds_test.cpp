@@ -15,6 +15,13 @@ constexpr std::array<std::uint16_t, 1> kRead{270};
 
 using Kinds = std::vector<std::string>;
 
+std::string Number(std::uint64_t value, int bytes, bool isBig) {
+  std::string text;
+  for (int i = 0; i < bytes; ++i)
+    text.push_back(static_cast<char>(value >> 8 * (isBig ? bytes - 1 - i : i) & 0xFF));
+  return text;
+}
+
 TEST(TiffTagKinds, TagsBeyondThePixelsAreNamed) {
   const ScratchFolder scratch;
   const auto kindsOf = [&](const TiffBytes& file, std::span<const std::uint16_t> read = kRead) {
@@ -65,11 +72,31 @@ TEST(TiffTagKinds, TagsGetNoMoreBytesThanAllOfThemMayHave) {
   EXPECT_EQ(tags.Text(315), "");
 }
 
-std::string Number(std::uint64_t value, int bytes, bool isBig) {
-  std::string text;
-  for (int i = 0; i < bytes; ++i)
-    text.push_back(static_cast<char>(value >> 8 * (isBig ? bytes - 1 - i : i) & 0xFF));
-  return text;
+TEST(TiffTagKinds, DirectoriesAreCountedToTheirEndOrToOneThatWasThere) {
+  using namespace std::string_literals;
+  const auto count = [](const std::string& file) { return TiffTags::CountDirectories(TiffTags::SourceIn(file)); };
+  for (const bool isBig : {false, true}) {
+    const auto number = [&](std::uint64_t value, int bytes) { return Number(value, bytes, isBig); };
+    const std::string entry = number(256, 2) + number(3, 2) + number(1, 4) + number(2, 2) + number(0, 2);
+    // Three, at 8, 26 and 44; the last one leads to `next`.
+    const auto three = [&](std::uint64_t next) {
+      std::string file = (isBig ? "MM" : "II") + number(42, 2) + number(8, 4);
+      for (const std::uint64_t place : {std::uint64_t{26}, std::uint64_t{44}, next})
+        file += number(1, 2) + entry + number(place, 4);
+      return file;
+    };
+    EXPECT_EQ(count(three(0)), 3) << isBig;
+    for (const std::uint64_t back : {8, 26, 44})
+      EXPECT_EQ(count(three(back)), 3) << "leads back to " << back;
+    EXPECT_EQ(count(three(1000)), 3) << "leads beyond the end";
+    EXPECT_EQ(count(three(61)), 3) << "leads to half a number";
+    const std::string large = (isBig ? "MM" : "II") + number(43, 2) + number(8, 2) + number(0, 2) + number(16, 8);
+    const std::string largeEntry = number(256, 2) + number(3, 2) + number(1, 8) + number(2, 2) + std::string(6, '\0');
+    EXPECT_EQ(count(large + number(1, 8) + largeEntry + number(16, 8)), 1) << isBig;
+    EXPECT_EQ(count(large + number(1, 8) + largeEntry + number(52, 8) + number(0, 8) + number(0, 8)), 2) << isBig;
+  }
+  EXPECT_EQ(count("no TIFF file"), 0);
+  EXPECT_EQ(count("II*\0\0\0\0\0"s), 0);
 }
 
 // Its places and counts have 64 bits.
