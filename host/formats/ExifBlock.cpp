@@ -66,22 +66,43 @@ class ExifBlock {
   }
 
   // The number that an entry holds, or that its value lies at.
-  std::size_t ValueOf(std::size_t entry) const {
-    constexpr std::size_t kShort = 3;
-    return entry == 0 ? 0 : Number(entry + 8, Number(entry + 2, 2) == kShort ? 2 : 4);
-  }
+  std::size_t ValueOf(std::size_t entry) const { return entry == 0 ? 0 : Number(entry + 8, ValueBytes(entry)); }
 
   void PutValue(std::size_t entry, std::size_t value) {
-    constexpr std::size_t kShort = 3;
     if (entry == 0) return;
-    const bool isShort = Number(entry + 2, 2) == kShort;
+    const std::size_t bytes = ValueBytes(entry);
     // 0: not known.
-    Put(entry + 8, isShort ? 2 : 4, isShort && value > 0xffff ? 0 : value);
+    Put(entry + 8, bytes, value >> 8 * bytes != 0 ? 0 : value);
+  }
+
+  // The entry of a directory's orientation, if that is none of 1 to 8; else 0.
+  std::size_t WrongOrientation(std::size_t directory) const {
+    constexpr std::size_t kOrientation = 0x0112;
+    const std::size_t entry = Entry(directory, kOrientation);
+    if (entry == 0) return 0;
+    const std::size_t type = Number(entry + 2, 2);
+    const bool isNumber = (type == kByte || type == kShort || type == kLong) && Number(entry + 4, 4) == 1;
+    return isNumber && ValueOf(entry) >= 1 && ValueOf(entry) <= 8 ? 0 : entry;
+  }
+
+  void PutShort(std::size_t entry, std::size_t value) {
+    Put(entry + 2, 2, kShort);
+    Put(entry + 4, 4, 1);
+    Put(entry + 8, 2, value);
+    Put(entry + 10, 2, 0);
   }
 
   const std::string& Bytes() const { return bytes_; }
 
  private:
+  static constexpr std::size_t kByte = 1;
+  static constexpr std::size_t kShort = 3;
+  static constexpr std::size_t kLong = 4;
+
+  std::size_t ValueBytes(std::size_t entry) const {
+    const std::size_t type = Number(entry + 2, 2);
+    return type == kByte ? 1 : type == kShort ? 2 : 4;
+  }
   bool Has(std::size_t at, std::size_t count) const { return at <= bytes_.size() && bytes_.size() - at >= count; }
 
   std::string bytes_;
@@ -107,6 +128,7 @@ ExifFacts FactsOfExif(std::string_view block) {
     const std::size_t length = exif.Number(entry + 4, 4);
     facts.description = exif.Text(length <= 4 ? entry + 8 : exif.ValueOf(entry), length);
   }
+  if (const std::size_t entry = exif.WrongOrientation(first); entry != 0) facts.wrongOrientation = exif.ValueOf(entry);
   return facts;
 }
 
@@ -147,6 +169,7 @@ std::string ExifForOutput(std::string block, std::int32_t width, std::int32_t he
     if (copy != 0 && !exif.Clear(begin, exif.ValueOf(length))) return {};
     exif.Put(next, 4, 0);
   }
+  if (const std::size_t entry = exif.WrongOrientation(first); entry != 0) exif.PutShort(entry, 1);
   const std::size_t details = exif.ValueOf(exif.Entry(first, kExifDirectory));
   for (const std::size_t directory : {first, details}) {
     for (const std::size_t tag : kWidths)

@@ -4,6 +4,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,11 +12,12 @@
 namespace vblur::host {
 
 struct ExifFacts {
-  bool isExif = false;        // a block with tags
-  bool isDamaged = false;     // none at all
-  bool mayPass = false;       // ExifForOutput takes it
-  bool hasMakerNote = false;  // what cameras note for themselves
-  std::string description;    // of the picture
+  bool isExif = false;                          // a block with tags
+  bool isDamaged = false;                       // none at all
+  bool mayPass = false;                         // ExifForOutput takes it
+  bool hasMakerNote = false;                    // what cameras note for themselves
+  std::string description;                      // of the picture
+  std::optional<std::size_t> wrongOrientation;  // a number that is none, for which ExifForOutput has the usual one
 };
 
 // Of a block that begins with "II" or "MM"; false and empty of any other.
@@ -31,8 +33,8 @@ struct ExifField {
 // Of a block, each once and rising, without those that lead to its own directories and those of a small copy.
 std::vector<ExifField> FieldsOfExif(std::string_view block);
 
-// The block for a picture that has other pixels: with its size, without the small copy of the picture before. Empty for
-// a block whose small copy cannot be taken out.
+// The block for a picture that has other pixels: with its size and an orientation that is one, without the small copy
+// of the picture before. Empty for a block whose small copy cannot be taken out.
 std::string ExifForOutput(std::string block, std::int32_t width, std::int32_t height);
 
 }  // namespace vblur::host

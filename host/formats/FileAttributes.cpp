@@ -12,6 +12,7 @@
 #include "host/formats/PictureTexts.h"
 #include "host/formats/PngHead.h"
 #include "host/formats/PngProfileText.h"
+#include "host/formats/TiffTagKinds.h"
 
 namespace vblur::host {
 
@@ -74,7 +75,8 @@ void AddTag(const TiffTags& tags, std::uint16_t tag, std::string_view name, Attr
   if (!tags.Has(tag)) return;
   constexpr std::uint16_t kOrientation = 274;
   constexpr std::uint16_t kUnit = 296;
-  if (tag == kOrientation && tags.Number(tag, 1) == 1) return;
+  // The usual one; one that is none is told otherwise.
+  if (tag == kOrientation && (tags.Number(tag, 1) == 1 || !IsOrientation(tags.Number(tag, 1)))) return;
   constexpr std::array<const char*, 4> kUnits{"", "none", "in", "cm"};
   const auto unit = static_cast<std::size_t>(tags.Number(tag, 0));
   attributes.Add(std::string(name), tag == kUnit ? kUnits[unit < kUnits.size() ? unit : 0] : ValueOf(tags, tag));

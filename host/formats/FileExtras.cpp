@@ -154,8 +154,9 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
   extras.profile = tags.Bytes(kProfile);
   AddTiffScale(tags, extras);
   const std::int64_t turn = tags.Number(kOrientation, 1);
-  const bool isTurn = turn >= 1 && turn <= 8;
+  const bool isTurn = IsOrientation(turn);
   extras.orientation = isTurn ? static_cast<int>(turn) : 1;
+  if (!isTurn) extras.unread.push_back(NameOfWrongOrientation(turn));
   // The codec writes none without a unit.
   const bool hasRatio = tags.Number(kUnit, 2) == 1;
   extras.hasPixelAspect = hasRatio && tags.Fraction(kScaleX) != tags.Fraction(kScaleY);
@@ -176,7 +177,8 @@ void ReadTiff(std::ifstream& file, FileExtras& extras) {
     } else if (whole && isText && number != kMaker && number != kModel) {
       extras.own.insert(number == kPage ? "PageName" : "DocumentName");
     }
-    const bool isTold = !passes && (IsTiffTagOfPixels(number) || number == kIptcTag);
+    const bool isTold =
+        !passes && (IsTiffTagOfPixels(number) || number == kIptcTag || (number == kOrientation && !isTurn));
     if (!whole && !isTold && tag.count > 0) others.push_back(number);
   }
   std::ranges::copy(NamesOfTiffTags(others), std::back_inserter(extras.unread));
@@ -201,7 +203,8 @@ FileExtras ReadFileExtras(const std::filesystem::path& path, const std::string& 
   if (exif.empty()) return extras;
   const TiffTags tags(TiffTags::SourceIn(exif));
   extras.hasGps = tags.Has(kGps);
-  extras.orientation = static_cast<int>(tags.Number(kOrientation, 1));
+  const std::int64_t turn = tags.Number(kOrientation, 1);
+  extras.orientation = IsOrientation(turn) ? static_cast<int>(turn) : 1;
   for (const auto& [number, tag] : tags.All()) {
     if (!IsPictureText(number)) continue;
     if (!tags.Text(number).empty()) extras.exifTexts.emplace(number, TextAsUtf8(tags.Text(number)));

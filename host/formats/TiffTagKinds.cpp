@@ -32,6 +32,14 @@ bool IsTiffTagOfPixels(std::uint16_t tag) {
   return std::ranges::find(kOfPixels, tag) != kOfPixels.end();
 }
 
+bool IsOrientation(std::int64_t number) {
+  return number >= 1 && number <= 8;
+}
+
+std::string NameOfWrongOrientation(std::int64_t number) {
+  return "orientation " + std::to_string(number) + " (none of 1 to 8)";
+}
+
 std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags) {
   constexpr std::uint16_t kXmp = 700;
   constexpr std::size_t kMostNamed = 10;

@@ -15,6 +15,11 @@ namespace vblur::host {
 // otherwise: the resolution, the colour profile, Exif and GPS data.
 bool IsTiffTagOfPixels(std::uint16_t tag);
 
+// Of a picture: turned and mirrored in one of eight ways.
+bool IsOrientation(std::int64_t number);
+// What is told of an orientation that is none, which no output gets: "orientation 9 (none of 1 to 8)".
+std::string NameOfWrongOrientation(std::int64_t number);
+
 // Names of tags for people, as in "XMP data" and "TIFF tags 42112, 65000".
 std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags);
 

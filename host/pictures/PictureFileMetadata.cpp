@@ -10,6 +10,7 @@
 
 #include "host/base/NameMatch.h"
 #include "host/files/ColourProfile.h"
+#include "host/formats/TiffTagKinds.h"
 #include "host/pictures/PngChunks.h"
 
 namespace vblur::host {
@@ -173,6 +174,7 @@ LibraryMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   if (info.format == "png") MakePngTextsUtf8(metadata.input);
   if (info.format == "jpeg" || info.format == "png") NameResolutionUnit(info.exif, metadata.input);
   if (info.format == "jpeg") TurnPixelAspect(metadata.input);
+  if (!IsOrientation(metadata.input.get_int_attribute("Orientation", 1))) metadata.input.erase_attribute("Orientation");
   metadata.info = info;
   const bool marksAlpha = info.format == "tiff" || info.format == "openexr";
   metadata.associatedAlpha =

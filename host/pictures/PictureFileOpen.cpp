@@ -125,6 +125,20 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
 constexpr auto kReadTiffTags =
     std::to_array<std::uint16_t>({269, 270, 271, 272, 274, 305, 306, 315, 316, 33432, 33723});
 
+// Where the library gives none in place of one that is none, as for TIFF files, the file itself says it.
+void AddWrongOrientation(const std::filesystem::path& file, const OIIO::ImageSpec& spec, const ExifFacts& exif,
+                         PictureInfo& info) {
+  constexpr std::uint16_t kOrientation = 274;
+  std::int64_t orientation = spec.get_int_attribute("Orientation", 1);
+  if (exif.wrongOrientation) orientation = static_cast<std::int64_t>(*exif.wrongOrientation);
+  if (info.format == "tiff") {
+    std::ifstream stream(file, std::ios::binary);
+    orientation = TiffTags([&](std::int64_t at, std::size_t count) { return ReadAt(stream, at, count); }, 0)
+                      .Number(kOrientation, 1);
+  }
+  if (!IsOrientation(orientation)) info.unread.push_back(NameOfWrongOrientation(orientation));
+}
+
 void AddTiffFacts(const std::filesystem::path& file, PictureInfo& info) {
   std::ifstream stream(file, std::ios::binary);
   info.unread = OtherTiffTags(file, kReadTiffTags);
@@ -233,6 +247,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.lateTexts = std::move(chunks.lateTexts);
     const ExifFacts exif = FactsOfExif(chunks.exif);
     if (!chunks.exif.empty() && exif.isDamaged) info.unread.emplace_back("damaged Exif data");
+    AddWrongOrientation(FileToOpen(path), file->spec(), exif, info);
     info.unreadExif = ExifFieldsUnread(chunks.exif);
     if (exif.mayPass) info.exif = std::move(chunks.exif);
     info.hasMakerNote = exif.hasMakerNote;

@@ -14,6 +14,7 @@
 #include "host/formats/ExifBlock.h"
 #include "host/formats/PictureFileHeader.h"
 #include "host/formats/PngHead.h"
+#include "host/formats/TiffTagKinds.h"
 #include "host/wic/CodecOptions.h"
 #include "host/wic/CodecTraits.h"
 
@@ -171,6 +172,8 @@ void AddChunkFacts(const std::filesystem::path& file, PictureInfo& info) {
   const ExifFacts exif = FactsOfExif(chunks.exif);
   if (!chunks.exif.empty() && exif.isDamaged) info.unread.emplace_back("damaged Exif data");
   if (exif.isExif && !exif.mayPass) info.unread.emplace_back("Exif data");
+  if (exif.wrongOrientation)
+    info.unread.push_back(NameOfWrongOrientation(static_cast<std::int64_t>(*exif.wrongOrientation)));
   if (exif.mayPass) info.exif = std::move(chunks.exif);
   info.hasMakerNote = exif.hasMakerNote;
 }

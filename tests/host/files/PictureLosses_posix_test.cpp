@@ -1,4 +1,5 @@
 // What is told of GIF and OpenEXR files that are not read whole, and files that are read in parts.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "host/files/PictureFile.h"
+#include "host/files/PictureReport.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "tests/support/host/Pictures.h"
 #include "tests/support/host/RawPictures.h"
@@ -51,6 +53,27 @@ TEST_F(PictureLossesOfKinds, FurtherFramesAreTold) {
     EXPECT_EQ(Component(image_, 0), 51);
   }
   EXPECT_EQ(Read(MakePages("one.tif", "tiff", 1), 8), std::vector<std::string>());
+}
+
+TEST_F(PictureLossesOfKinds, AnOrientationThatIsNoneIsToldAndNotWritten) {
+  const auto source = folder_.path() / "in.exr";
+  for (const int orientation : {6, 9}) {
+    OIIO::ImageSpec spec(2, 1, 3, OIIO::TypeDesc::HALF);
+    spec.attribute("Orientation", orientation);
+    WriteRaw(source, "openexr", spec, std::vector<float>(6, 0.5f));
+    const bool isOne = orientation == 6;
+    EXPECT_EQ(ReadPictureInfo(source).unread,
+              isOne ? std::vector<std::string>() : std::vector<std::string>{"orientation 9 (none of 1 to 8)"});
+    const ReadPicture read = PictureReader().ReadColour(source, 16, image_);
+    for (const char* name : {"out.exr", "out.png", "out.jpg"}) {
+      const auto path = folder_.path() / name;
+      PictureWriter().Write(path, image_, read.metadata.get(), true);
+      const auto& attributes = ReportPicture(path).attributes;
+      const bool has =
+          std::ranges::any_of(attributes, [](const auto& attribute) { return attribute.first == "Orientation"; });
+      EXPECT_EQ(has, isOne) << name << " " << orientation;
+    }
+  }
 }
 
 TEST_F(PictureLossesOfKinds, ValuesBeyondTheDepthAreTold) {

@@ -152,6 +152,33 @@ TEST_F(PictureLosses, FurtherStringsOfATextAreTold) {
       << lost(jpeg, "o.tif");
 }
 
+TEST_F(PictureLosses, AnOrientationThatIsNoneIsToldAndNotWritten) {
+  const std::string plain = Bytes(std::filesystem::path(VBLUR_PICTURES_FOLDER) / "rgb.jpg");
+  const auto written = [&](const std::filesystem::path& source, const std::string& name) {
+    const ReadPicture read = PictureReader().ReadColour(source, 8, image_);
+    const auto path = folder_.path() / name;
+    PictureWriter().Write(path, image_, read.metadata.get(), true);
+    return ReportPicture(path);
+  };
+  for (const std::uint32_t orientation : {0u, 6u, 9u}) {
+    const std::string block = "II*" + std::string("\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0", 15) +
+                              std::string{static_cast<char>(orientation), '\0', '\0', '\0'} + std::string(4, '\0');
+    const auto jpeg = folder_.Write("in.jpg", plain.substr(0, 20) + ExifSegment(block) + plain.substr(20));
+    const auto tiff = folder_.Write("in.tif", TiffBytes(2, 1, 8, 3, "abcdef").Short(274, {orientation}).File());
+    const bool isOne = orientation == 6;
+    std::vector<std::string> told;
+    if (!isOne) told.push_back("orientation " + std::to_string(orientation) + " (none of 1 to 8)");
+    for (const auto& source : {jpeg, tiff}) {
+      EXPECT_EQ(ReadPictureInfo(source).unread, told) << source;
+      for (const char* name : {"out.png", "out.jpg", "out.tif"}) {
+        const PictureReport report = written(source, name);
+        EXPECT_EQ(report.info.unread, std::vector<std::string>()) << source << " " << name << " " << orientation;
+        EXPECT_EQ(report.metadata.Has(MetadataGroup::Orientation), isOne) << source << " " << name;
+      }
+    }
+  }
+}
+
 // A header of three hundred bytes may have thousands of channels: what it takes does not grow with their square, which
 // would be minutes here.
 TEST_F(PictureLosses, ManyChannelsAreToldInNoTime) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/formats/TiffDirectory.h"
 #include "tests/support/host/ExifBytes.h"
 
 namespace vblur::host {
@@ -47,6 +48,33 @@ TEST(ExifBlock, ASizeThatHasNoPlaceIsNotKnown) {
   ExifBytes wide;
   wide.width = 0;
   EXPECT_EQ(ExifForOutput(ExifBytes{}.Build(), 70000, 70000), wide.Build());
+}
+
+TEST(ExifBlock, AnOrientationThatIsNoneBecomesTheUsualOne) {
+  const auto block = [](bool isBig, std::uint16_t type, std::uint64_t value) {
+    std::string empty = isBig ? std::string("MM\0*\0\0\0\x08\0\0\0\0\0\0", 14) : std::string();
+    const std::size_t size = type == 3 ? 2 : type == 4 ? 4 : 1;
+    std::string bytes;
+    for (std::size_t i = 0; i < size; ++i)
+      bytes.push_back(static_cast<char>(value >> 8 * (isBig ? size - 1 - i : i) & 0xff));
+    return WithTiffTags(empty, {{std::uint16_t{0x0112}, TiffTag{type, 1, bytes}}});
+  };
+  for (const bool isBig : {false, true}) {
+    for (const auto type : {std::uint16_t{1}, std::uint16_t{3}, std::uint16_t{4}}) {
+      for (const std::uint64_t number : {1, 6, 8}) {
+        EXPECT_EQ(FactsOfExif(block(isBig, type, number)).wrongOrientation, std::nullopt) << number;
+        EXPECT_EQ(ExifForOutput(block(isBig, type, number), 2, 1), block(isBig, type, number));
+      }
+      for (const std::uint64_t number : {0, 9, 200}) {
+        EXPECT_EQ(FactsOfExif(block(isBig, type, number)).wrongOrientation, std::optional<std::size_t>(number));
+        EXPECT_EQ(ExifForOutput(block(isBig, type, number), 2, 1), block(isBig, 3, 1)) << number;
+      }
+    }
+    EXPECT_EQ(FactsOfExif(block(isBig, 4, 70000)).wrongOrientation, std::optional<std::size_t>(70000));
+    EXPECT_TRUE(FactsOfExif(block(isBig, 2, 6)).wrongOrientation) << "a text";
+    EXPECT_EQ(ExifForOutput(block(isBig, 2, 6), 2, 1), block(isBig, 3, 1));
+  }
+  EXPECT_EQ(FactsOfExif(ExifBytes{}.Build()).wrongOrientation, std::nullopt) << "there is none";
 }
 
 // What lies elsewhere than behind the directories may be something else.
