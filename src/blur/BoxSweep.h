@@ -3,7 +3,8 @@
 // next box through a ring each.
 //
 // Integer results keep the range of the pixels, because a box's gain is at most 1. So nothing is narrowed between two
-// boxes, and 8-bit components fit lanes of 16 bits. Floats are summed in 64-bit integers.
+// boxes, and 8-bit components fit lanes of 16 bits. Floats are summed in 64-bit integers; those whose results count are
+// carried ones (ExactBox.h).
 #pragma once
 
 #include <cstddef>

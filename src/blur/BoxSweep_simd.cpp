@@ -68,7 +68,7 @@ struct Unit {
         } else {
           const auto oldTwice = Sums::Kept(slot + kRingBytes);
           Sums::Keep(twice, slot + kRingBytes);
-          Sums::Write(sums.template Step<kFraction>(third, twice, oldTwice), output, result);
+          sums.Write(sums.template Step<kFraction>(third, twice, oldTwice), output, result);
         }
       }
     }

@@ -1,4 +1,5 @@
-// The running sums of one box over one vector of floats: 64-bit integers, as in the plain code (ExactBox.h). Compiled
+// The running sums of one box over one vector of floats, which are carried ones: 64-bit integers, as in the plain code
+// (ExactBox.h). Compiled
 // once for each instruction set, by BoxSweep_simd.cpp; see BoxSums-inl.h for the functions that every kind of sums has.
 #if defined(VBLUR_BLUR_EXACTSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_EXACTSUMS_INL_H
@@ -23,19 +24,30 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// A double to the nearest integer of 64 bits, to even on a tie, given 2^-32 of it: below 2^31.
-template <class D, class V>
-HWY_INLINE auto NearestInteger(D d, V upper) {
+// Floats are held multiplied by a power of two, which changes neither their bits nor how a result rounds. Where an
+// instruction rounds floats to integers, that is their number of steps; elsewhere 2^-32 of it.
+#undef HV_ROUNDS_FLOATS
 #if HV_X86_VECTORS && HWY_TARGET <= HWY_AVX3
-  return hn::Vec<hn::RebindToSigned<D>>{RoundedToInt64(hn::Mul(upper, hn::Set(d, 0x1p32)).raw)};
+#define HV_ROUNDS_FLOATS 1
+#else
+#define HV_ROUNDS_FLOATS 0
+#endif
+inline constexpr std::int32_t kHeldShift = HV_ROUNDS_FLOATS ? 0 : 32;
+
+// The steps of a held float, to the nearest integer, to even on a tie.
+template <class D, class VF>
+HWY_INLINE hn::Vec<hn::RebindToSigned<D>> NearestSteps(D d, VF held) {
+#if HV_ROUNDS_FLOATS
+  return hn::Vec<hn::RebindToSigned<D>>{RoundedToInt64(held.raw)};
 #else
   // Adding 1.5 * 2^52 rounds a double to an integer, which then stands in its low bits: first that of the upper 32
   // bits, then that of the rest, which may be negative.
   const hn::RebindToSigned<D> di;
-  const V magic = hn::Set(d, 0x1.8p52);
-  const V high = hn::Add(upper, magic);
-  const V rest = hn::Sub(upper, hn::Sub(high, magic));
-  const V low = hn::Add(hn::Mul(rest, hn::Set(d, 0x1p32)), magic);
+  const auto upper = hn::PromoteTo(d, held);
+  const auto magic = hn::Set(d, 0x1.8p52);
+  const auto high = hn::Add(upper, magic);
+  const auto rest = hn::Sub(upper, hn::Sub(high, magic));
+  const auto low = hn::Add(hn::Mul(rest, hn::Set(d, 0x1p32)), magic);
   return hn::Sub(hn::Add(hn::ShiftLeft<32>(hn::BitCast(di, high)), hn::BitCast(di, low)), hn::BitCast(di, magic));
 #endif
 }
@@ -43,7 +55,7 @@ HWY_INLINE auto NearestInteger(D d, V upper) {
 // An integer of 64 bits to the nearest double, to even on a tie.
 template <class D, class VI>
 HWY_INLINE hn::Vec<D> NearestDouble(D d, VI v) {
-#if HV_X86_VECTORS && HWY_TARGET <= HWY_AVX3
+#if HV_ROUNDS_FLOATS
   return hn::ConvertTo(d, v);
 #else
   // The upper and the lower 32 bits as mantissas of 2^84 and 2^52; only the last addition rounds.
@@ -63,12 +75,19 @@ struct ExactSums {
   using V = hn::Vec<D>;
   using VI = hn::Vec<DI>;
   using VF = hn::Vec<DF>;
+#if HWY_TARGET == HWY_SCALAR
+  using DAll = DF;
+#else
+  using DAll = hn::Twice<DF>;
+#endif
+  using VAll = hn::Vec<DAll>;
   // A vector of floats widens to this many.
   static constexpr int kParts = 2;
   static constexpr std::size_t kLanes = hn::MaxLanes(D());
   static constexpr std::size_t kBytes = kParts * kLanes * sizeof(float);
-  static constexpr std::size_t kRingBytes = kParts * kLanes * sizeof(std::int64_t);
-  static constexpr std::size_t kSumBytes = kRingBytes;
+  static constexpr std::size_t kSumBytes = kParts * kLanes * sizeof(std::int64_t);
+  // Rings hold steps where it takes more than an instruction to round a float to them.
+  static constexpr std::size_t kRingBytes = HV_ROUNDS_FLOATS ? kBytes : kSumBytes;
   static constexpr std::size_t kUnits = 1;
 
   struct Sum {
@@ -82,79 +101,88 @@ struct ExactSums {
         hn::StoreU(all[i], DI(), reinterpret_cast<std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
     }
   };
-  // Components, and what they are in the sum. Those of a ring have no floats.
+  // Held floats, and their steps. Steps from a ring have no floats.
   struct Item {
     VF floats[kParts];
-    VI held[kParts];
+    VI steps[kParts];
   };
 
   explicit HWY_INLINE ExactSums(const ExactBox& box)
-      : upperSteps(hn::Set(D(), std::ldexp(1.0, box.step - 32))),
-        whole(hn::Set(D(), box.whole)),
-        atEnds(hn::Set(D(), box.atEnds)) {}
+      : heldPerUnit(hn::Set(DF(), static_cast<float>(std::ldexp(1.0, box.step - kHeldShift)))),
+        unitsPerHeld(hn::Set(DAll(), static_cast<float>(std::ldexp(1.0, kHeldShift - box.step)))),
+        whole(hn::Set(D(), std::ldexp(box.whole, box.step - kHeldShift))),
+        atEnds(hn::Set(D(), std::ldexp(box.atEnds, box.step - kHeldShift))) {}
 
-  HWY_INLINE Sum Empty() const { return {{hn::Zero(DI()), hn::Zero(DI())}}; }
+  HWY_INLINE Sum Empty() const {
+    return {{hn::Zero(DI()), hn::Zero(DI())}};
+  }
 
   HWY_INLINE Item Read(const float* p) const {
     Item item;
     for (int i = 0; i < kParts; ++i) {
-      const VF v = hn::LoadU(DF(), p + static_cast<std::size_t>(i) * kLanes);
-      // As `carried`: what is no number differs from itself.
-      const VF number = hn::IfThenElseZero(hn::Eq(v, v), v);
-      item.floats[i] = hn::Min(hn::Max(number, hn::Set(DF(), -kMostCarried)), hn::Set(DF(), kMostCarried));
-      item.held[i] = Held(item.floats[i]);
+      item.floats[i] = hn::Mul(hn::LoadU(DF(), p + static_cast<std::size_t>(i) * kLanes), heldPerUnit);
+      item.steps[i] = NearestSteps(D(), item.floats[i]);
     }
     return item;
   }
-  static HWY_INLINE void Write(const Item& item, const Output<float>& output, float* p) {
+  HWY_INLINE void Write(const Item& item, const Output<float>& output, float* p) const {
 #if HWY_TARGET == HWY_SCALAR
-    for (int i = 0; i < kParts; ++i)
-      hn::StoreU(MergedWith(item.floats[i], output, static_cast<std::size_t>(i), DF()), DF(), p + i);
+    for (int i = 0; i < kParts; ++i) {
+      const auto v = hn::Mul(item.floats[i], unitsPerHeld);
+      hn::StoreU(MergedWith(v, output, static_cast<std::size_t>(i), DF()), DF(), p + i);
+    }
 #else
-    using DFull = hn::Twice<DF>;
-    PutOut(DFull(), MergedWith(hn::Combine(DFull(), item.floats[1], item.floats[0]), output, 0, DFull()), output, p);
+    const auto v = hn::Mul(hn::Combine(DAll(), item.floats[1], item.floats[0]), unitsPerHeld);
+    PutOut(DAll(), MergedWith(v, output, 0, DAll()), output, p);
 #endif
   }
   static HWY_INLINE void Keep(const Item& item, std::byte* p) {
-    Sum{{item.held[0], item.held[1]}}.Store(p);
+#if HV_ROUNDS_FLOATS
+    for (int i = 0; i < kParts; ++i)
+      hn::StoreU(item.floats[i], DF(), reinterpret_cast<float*>(p) + static_cast<std::size_t>(i) * kLanes);
+#else
+    Sum{{item.steps[0], item.steps[1]}}.Store(p);
+#endif
   }
   static HWY_INLINE Item Kept(const std::byte* p) {
     Item item;
     for (int i = 0; i < kParts; ++i) {
+      const std::size_t at = static_cast<std::size_t>(i) * kLanes;
+#if HV_ROUNDS_FLOATS
+      item.floats[i] = hn::LoadU(DF(), reinterpret_cast<const float*>(p) + at);
+      item.steps[i] = NearestSteps(D(), item.floats[i]);
+#else
       item.floats[i] = hn::Zero(DF());
-      item.held[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+      item.steps[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + at);
+#endif
     }
     return item;
   }
 
   HWY_INLINE void Add(Sum& sum, const Item& in) const {
     for (int i = 0; i < kParts; ++i)
-      sum.all[i] = hn::Add(sum.all[i], in.held[i]);
+      sum.all[i] = hn::Add(sum.all[i], in.steps[i]);
   }
   template <bool kFraction>
   HWY_INLINE Item Step(Sum& sum, const Item& in, const Item& out) const {
     Item result;
     for (int i = 0; i < kParts; ++i) {
-      const VI inner = hn::Sub(sum.all[i], out.held[i]);
+      const VI inner = hn::Sub(sum.all[i], out.steps[i]);
       V mean;
       if constexpr (kFraction) {
-        const VI ends = hn::Add(in.held[i], out.held[i]);
+        const VI ends = hn::Add(in.steps[i], out.steps[i]);
         mean = hn::Add(hn::Mul(NearestDouble(D(), inner), whole), hn::Mul(NearestDouble(D(), ends), atEnds));
       } else {
         mean = hn::Mul(NearestDouble(D(), sum.all[i]), whole);
       }
-      sum.all[i] = hn::Add(inner, in.held[i]);
+      sum.all[i] = hn::Add(inner, in.steps[i]);
       result.floats[i] = hn::DemoteTo(DF(), mean);
-      result.held[i] = Held(result.floats[i]);
+      result.steps[i] = NearestSteps(D(), result.floats[i]);
     }
     return result;
   }
 
  private:
-  HWY_INLINE VI Held(VF v) const {
-    return NearestInteger(D(), hn::Mul(hn::PromoteTo(D(), v), upperSteps));
-  }
-
   // The bits of v where the mask is set, those of `others` elsewhere.
   template <class DAny>
   static HWY_INLINE hn::Vec<DAny> MergedWith(hn::Vec<DAny> v, const Output<float>& output, std::size_t at, DAny d) {
@@ -162,7 +190,8 @@ struct ExactSums {
     return Merged(hn::LoadU(d, output.mask + at), v, hn::LoadU(d, output.others + at));
   }
 
-  V upperSteps;
+  VF heldPerUnit;
+  VAll unitsPerHeld;
   V whole;
   V atEnds;
 };

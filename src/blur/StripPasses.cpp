@@ -6,6 +6,7 @@
 
 #include <hwy/cache_control.h>
 
+#include "blur/CarriedRows.h"
 #include "blur/PassRanges.h"
 #include "blur/StreamRows.h"
 #include "blur/StripBoxes.h"
@@ -145,6 +146,9 @@ void StripPasses<Pixel, Accum>::gatherRows(const Texture& in, std::int32_t first
   // Within the box the slots are consecutive rows.
   const bool inside =
       index >= in.vertical.lo && index <= in.vertical.hi - (n - 1) && slots_.rowOf(first + n - 1) == row + n - 1;
+  // The pass along y reads carried components, which is what this one returns.
+  [[maybe_unused]] const Component* const mask =
+      merges() ? reinterpret_cast<const Component*>(&channels_.bits) : nullptr;
   for (std::int64_t i = from; i < to;) {
     const auto x = static_cast<std::int32_t>(strip.read().first + i);
     auto* const place = reinterpret_cast<Pixel*>(strip.gathered().row(i));
@@ -159,6 +163,8 @@ void StripPasses<Pixel, Accum>::gatherRows(const Texture& in, std::int32_t first
         StripTile<Pixel>{run.first, 0, run.step, 1, count}.gather(place + j, kStoreBytes);
       }
     }
+    if constexpr (std::is_same_v<Component, float>)
+      carryRow(strip.gathered().row(i), count * static_cast<std::int64_t>(kStoreBytes / sizeof(float)), mask);
     i += count;
   }
 }

@@ -38,9 +38,9 @@ HWY_INLINE __m512i SaturatedToBytes(__m512i lower, __m512i upper) {
   return _mm512_packus_epi16(lower, upper);
 }
 
-// To the nearest integer, to even on a tie: Highway's conversion truncates.
-HWY_INLINE __m512i RoundedToInt64(__m512d v) {
-  return _mm512_cvtpd_epi64(v);
+// To the nearest integer, to even on a tie: Highway's conversion truncates, and has doubles alone.
+HWY_INLINE __m512i RoundedToInt64(__m256 v) {
+  return _mm512_cvtps_epi64(v);
 }
 #endif
 #endif  // HV_X86_VECTORS

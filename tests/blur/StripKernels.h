@@ -3,8 +3,10 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -14,8 +16,10 @@
 
 #include "blur/BoxFilter.h"
 #include "blur/BoxSweep.h"
+#include "blur/CarriedRows.h"
 #include "blur/ExactBox.h"
 #include "blur/StreamRows.h"
+#include "blur/StripPasses.h"
 #include "blur/TransposePixels.h"
 #include "image/HvCpu.h"
 #include "tests/support/KernelCase.h"
@@ -32,11 +36,9 @@ inline std::vector<std::int32_t> boxed(const std::vector<std::int32_t>& line, co
   return result;
 }
 
-// The same on floats, which need not be carried.
-inline std::vector<float> boxed(std::vector<float> line, const ExactBox& box) {
+// The same on floats.
+inline std::vector<float> boxed(const std::vector<float>& line, const ExactBox& box) {
   const auto count = static_cast<std::int64_t>(line.size()) - BoxSweep::taps(box);
-  for (float& v : line)
-    v = carried(v);
   std::vector<float> result(static_cast<std::size_t>(count));
   exactBoxRows(line.data(), count, 1, box, result.data());
   return result;
@@ -64,9 +66,14 @@ class SweptStrip {
   // n components, whole rows.
   void run(const C* a, std::int32_t n, C* out) {
     const std::int64_t count = n / kLanes;
+    carried_.assign(a, a + n);
+    if constexpr (std::is_same_v<C, float>) {
+      for (float& v : carried_)
+        v = carried(v);
+    }
     in_.clear();
     for (std::int64_t j = 0; j < count + sweep_.lead(); ++j)
-      in_.push_back(a + kLanes * std::clamp<std::int64_t>(j - BoxSweep::centre(box_), 0, count - 1));
+      in_.push_back(carried_.data() + kLanes * std::clamp<std::int64_t>(j - BoxSweep::centre(box_), 0, count - 1));
     if (!HvUsesVectors()) return runPlain(out);
     out_.clear();
     for (std::int64_t i = 0; i < count; ++i)
@@ -90,6 +97,7 @@ class SweptStrip {
 
   decltype(sweptBox<C>(0.0f)) box_ = sweptBox<C>(1.25f);
   BoxSweep sweep_{box_, kSweepUnit, sizeof(C)};
+  std::vector<C> carried_;
   std::vector<const C*> in_;
   std::vector<C*> out_;
 };
@@ -100,6 +108,22 @@ void addSweep(std::vector<KernelCase>& cases) {
   const auto strip = std::make_shared<SweptStrip<C>>();
   cases.push_back(rowCase<C, C>(name, name, [strip](const C* in, std::int32_t n, C* out) { strip->run(in, n, out); }));
   cases.back().unit = SweptStrip<C>::kLanes;
+}
+
+// All components of a pixel, and all but the second.
+inline void addCarrying(std::vector<KernelCase>& cases) {
+  for (const bool keepsOne : {false, true}) {
+    const std::array<float, kCarriedMask> mask{allBitsIf<float>(true), allBitsIf<float>(!keepsOne),
+                                               allBitsIf<float>(true), allBitsIf<float>(true)};
+    cases.push_back(rowCase<float, float>(keepsOne ? "carryRow, one kept" : "carryRow", "carryRow",
+                                          [=](const float* in, std::int32_t n, float* out) {
+                                            std::memcpy(out, in, static_cast<std::size_t>(n) * sizeof(float));
+                                            if (HvUsesVectors()) return carryRow(out, n, keepsOne ? &mask[0] : nullptr);
+                                            for (std::int32_t i = 0; i < n; ++i) {
+                                              if (!keepsOne || i % kCarriedMask != 1) out[i] = carried(out[i]);
+                                            }
+                                          }));
+  }
 }
 
 // The fewest lines that are transposed at once, one after the other in the row.
@@ -148,6 +172,7 @@ inline void addStripKernels(std::vector<KernelCase>& cases) {
   addTranspose<std::uint32_t>(cases);
   addTranspose<std::uint64_t>(cases);
   addStreaming(cases);
+  addCarrying(cases);
 }
 
 }  // namespace vblur::test
