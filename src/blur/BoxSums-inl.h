@@ -3,7 +3,8 @@
 //
 // Every kind has: Sum, the sums of one box; Read and Write, which load and store a vector of components of a picture;
 // Keep and Kept, which store and load it in a ring between two boxes; Add, which adds `in` to the sum; and Step, which
-// returns one result, adds `in` to the sum and subtracts `out`.
+// returns one result, adds `in` to the sum and subtracts `out`. Where it costs more to read a vector twice than to keep
+// it, there are three rings.
 #if defined(VBLUR_BLUR_BOXSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_BOXSUMS_INL_H
 #undef VBLUR_BLUR_BOXSUMS_INL_H
@@ -61,6 +62,7 @@ struct WideSums {
   static constexpr std::size_t kRingBytes = kBytes;
   static constexpr std::size_t kSumBytes = hn::MaxLanes(D()) * sizeof(std::int32_t);
   static constexpr std::size_t kUnits = 1;
+  static constexpr std::size_t kRings = 2;
   using Narrow = hn::Rebind<C, D>;
 
   struct Sum {
@@ -192,6 +194,7 @@ struct ByteSums : ByteLanes<T, kPacked> {
   using typename Lanes::V;
   static constexpr std::size_t kSumBytes = 2 * Lanes::kBytes;
   static constexpr std::size_t kUnits = kUnitsOfStep;
+  static constexpr std::size_t kRings = 2;
 
   struct Sum {
     Pair lanes;
@@ -280,6 +283,7 @@ struct MediumSums : ByteSums<std::uint16_t, kPacked, MediumSums<kPacked>> {
 struct SplitSums : ByteLanes<std::int16_t, true> {
   static constexpr std::size_t kSumBytes = 4 * kBytes;
   static constexpr std::size_t kUnits = kUnitsOfStep;
+  static constexpr std::size_t kRings = 2;
 
   struct Sum {
     Pair low;
@@ -353,6 +357,7 @@ struct ScaledSums {
   static constexpr std::size_t kRingBytes = kBytes;
   static constexpr std::size_t kSumBytes = 2 * kBytes;
   static constexpr std::size_t kUnits = kUnitsOfStep;
+  static constexpr std::size_t kRings = 2;
 
   struct Sum {
     V32 lower;

@@ -65,6 +65,9 @@ class BoxSweep {
   void keepOthers(const std::byte* mask, std::size_t bytes);
   // Rows in the sum of one box. The three boxes together read three times as many around a result.
   static std::int64_t taps(const BoxShape& box) { return 2 * static_cast<std::int64_t>(box.r) + 1 + box.d; }
+  // How many rows before the newest one a step reads: floats are kept.
+  static std::int64_t readsBack(const BoxConstants& box) { return taps(box); }
+  static std::int64_t readsBack(const ExactBox& /*box*/) { return 0; }
   // The input row at the position of the first result.
   static std::int64_t centre(const BoxShape& box) { return 3 * (static_cast<std::int64_t>(box.r) + box.d); }
   // From the input row at the position of a result to the newest input row.
@@ -74,8 +77,8 @@ class BoxSweep {
   // Steps before the first result.
   std::int64_t lead() const { return 3 * state_.taps; }
 
-  // Steps rows.from to rows.to - 1 of a strip; step 0 begins a strip. Step j reads rows j and j - taps of `in`, and
-  // from step lead() on writes row j - lead() of `out`. Rows of `out` must not be rows of `in` that are read later.
+  // Steps rows.from to rows.to - 1 of a strip; step 0 begins a strip. Step j reads rows j and j - readsBack() of `in`,
+  // and from step lead() on writes row j - lead() of `out`. Rows of `out` must not be rows of `in` that are read later.
   void advance(const SweepRows& rows, const std::uint8_t* const* in, std::uint8_t* const* out);
   void advance(const SweepRows& rows, const std::int16_t* const* in, std::int16_t* const* out);
   void advance(const SweepRows& rows, const std::int32_t* const* in, std::int32_t* const* out);

@@ -33,6 +33,8 @@ struct Unit {
   using C = typename Sums::Component;
   static constexpr std::size_t kBytes = Sums::kBytes;
   static constexpr std::size_t kRingBytes = Sums::kRingBytes;
+  static constexpr std::size_t kSlotBytes = Sums::kRings * kRingBytes;
+  static constexpr bool kKeepsInput = Sums::kRings == 3;
 
   HWY_INLINE void Begin(const Sums& sums) { first = second = third = sums.Empty(); }
   HWY_INLINE void Load(const std::byte* kept) {
@@ -46,15 +48,19 @@ struct Unit {
     third.Store(kept + 2 * Sums::kSumBytes);
   }
 
-  // A slot of the rings holds the results of the first two boxes from `taps` steps ago, and then the newest.
+  // A slot of the rings holds the results of the first two boxes, and the input where it is kept, from `taps` steps
+  // ago, and then the newest.
   template <bool kFraction, Stage kStage>
   HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const Output<C>& output,
                        C* result) {
     const auto in = sums.Read(entering);
     if constexpr (kStage == kFillFirst) {
+      if constexpr (kKeepsInput) Sums::Keep(in, slot + 2 * kRingBytes);
       sums.Add(first, in);
     } else {
-      const auto once = sums.template Step<kFraction>(first, in, sums.Read(leaving));
+      const auto oldIn = Left(sums, leaving, slot);
+      if constexpr (kKeepsInput) Sums::Keep(in, slot + 2 * kRingBytes);
+      const auto once = sums.template Step<kFraction>(first, in, oldIn);
       if constexpr (kStage == kFillSecond) {
         Sums::Keep(once, slot);
         sums.Add(second, once);
@@ -77,6 +83,15 @@ struct Unit {
   typename Sums::Sum first;
   typename Sums::Sum second;
   typename Sums::Sum third;
+
+ private:
+  static HWY_INLINE auto Left(const Sums& sums, const C* leaving, const std::byte* slot) {
+    if constexpr (kKeepsInput) {
+      return Sums::Kept(slot + 2 * kRingBytes);
+    } else {
+      return sums.Read(leaving);
+    }
+  }
 };
 
 // Prefetches for one step.
@@ -105,24 +120,25 @@ HWY_INLINE void Steps(const Sums& sums, Unit<Sums> (&units)[kUnits], const Colum
                       std::int64_t& j, std::int64_t to, std::byte*& slot) {
   using C = typename Sums::Component;
   constexpr std::size_t kLanes = Sums::kBytes / sizeof(C);
-  constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
+  constexpr std::size_t kSlotBytes = kUnits * Unit<Sums>::kSlotBytes;
   const std::byte* const ringEnd = column.ring + static_cast<std::size_t>(column.taps) * kSlotBytes;
   const std::byte* const* const ahead = column.lane == 0 ? column.rows.ahead : nullptr;
   for (; j < to; ++j) {
     if (ahead != nullptr) PrefetchLines(ahead[j - column.rows.from], column.rows.aheadLines);
     const C* entering = column.in[j] + column.lane;
-    const C* leaving = kStage == kFillFirst ? entering : column.in[j - column.taps] + column.lane;
+    const bool readsLeaving = kStage != kFillFirst && !Unit<Sums>::kKeepsInput;
+    const C* leaving = readsLeaving ? column.in[j - column.taps] + column.lane : entering;
     C* result = kStage == kProduce ? column.out[j - 3 * column.taps] + column.lane : nullptr;
     const bool merges = kStage == kProduce && column.merges;
     const C* others = merges ? column.in[j - column.behind] + column.lane : nullptr;
     units[0].template Step<kFraction, kStage>(sums, entering, leaving, slot, {others, column.mask, column.rows.streams},
                                               result);
     if constexpr (kUnits == 2) {
-      units[1].template Step<kFraction, kStage>(sums, entering + kLanes, leaving + kLanes, slot + 2 * Sums::kRingBytes,
-                                                {merges ? others + kLanes : nullptr, column.mask, column.rows.streams},
-                                                result + kLanes);
+      units[1].template Step<kFraction, kStage>(
+          sums, entering + kLanes, leaving + kLanes, slot + Unit<Sums>::kSlotBytes,
+          {merges ? others + kLanes : nullptr, column.mask, column.rows.streams}, result + kLanes);
     }
-    if constexpr (kStage != kFillFirst) {
+    if constexpr (kStage != kFillFirst || Unit<Sums>::kKeepsInput) {
       slot += kSlotBytes;
       if (slot == ringEnd) slot = column.ring;
     }
@@ -135,7 +151,7 @@ HWY_INLINE std::int64_t Columns(const Sums& sums, BoxSweep::State& state, const 
                                 const typename Sums::Component* const* in, typename Sums::Component* const* out,
                                 std::size_t at) {
   using C = typename Sums::Component;
-  constexpr std::size_t kSlotBytes = 2 * kUnits * Sums::kRingBytes;
+  constexpr std::size_t kSlotBytes = kUnits * Unit<Sums>::kSlotBytes;
   const std::int64_t taps = state.taps;
   std::byte* const ring = state.rings + at / (kUnits * Sums::kBytes) * static_cast<std::size_t>(taps) * kSlotBytes;
   const Column<C> column{in,           out,  at / sizeof(C), taps,
@@ -261,9 +277,9 @@ HWY_EXPORT(Sweep32);
 HWY_EXPORT(SweepFloats);
 HWY_EXPORT(FillsLines);
 
-// Two rings of `row` bytes a slot.
-std::size_t ringBytes(const BoxShape& box, std::size_t row) {
-  const std::size_t bytes = 2 * row * static_cast<std::size_t>(BoxSweep::taps(box));
+// Rings of `row` bytes a slot.
+std::size_t ringBytes(const BoxShape& box, std::size_t rings, std::size_t row) {
+  const std::size_t bytes = rings * row * static_cast<std::size_t>(BoxSweep::taps(box));
   return (bytes + kSweepUnit - 1) / kSweepUnit * kSweepUnit;
 }
 
@@ -281,13 +297,13 @@ BoxSweep::BoxSweep(const BoxShape& shape, std::size_t rowBytes, std::size_t ring
 // 8-bit components may be kept in lanes of 16 bits.
 BoxSweep::BoxSweep(const BoxConstants& box, std::size_t rowBytes, std::size_t componentBytes)
     : BoxSweep(static_cast<const BoxShape&>(box), rowBytes,
-               ringBytes(box, componentBytes == 1 ? 2 * rowBytes : rowBytes)) {
+               ringBytes(box, 2, componentBytes == 1 ? 2 * rowBytes : rowBytes)) {
   box_ = box;
 }
 
-// Floats are kept in lanes of 64 bits.
+// Floats are kept in lanes of 64 bits, those of the input too.
 BoxSweep::BoxSweep(const ExactBox& box, std::size_t rowBytes, std::size_t /*componentBytes*/)
-    : BoxSweep(static_cast<const BoxShape&>(box), rowBytes, ringBytes(box, 2 * rowBytes)) {
+    : BoxSweep(static_cast<const BoxShape&>(box), rowBytes, ringBytes(box, 3, 2 * rowBytes)) {
   exact_ = box;
 }
 

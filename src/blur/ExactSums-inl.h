@@ -86,9 +86,9 @@ struct ExactSums {
   static constexpr std::size_t kLanes = hn::MaxLanes(D());
   static constexpr std::size_t kBytes = kParts * kLanes * sizeof(float);
   static constexpr std::size_t kSumBytes = kParts * kLanes * sizeof(std::int64_t);
-  // Rings hold steps where it takes more than an instruction to round a float to them.
-  static constexpr std::size_t kRingBytes = HV_ROUNDS_FLOATS ? kBytes : kSumBytes;
+  static constexpr std::size_t kRingBytes = kSumBytes;
   static constexpr std::size_t kUnits = 1;
+  static constexpr std::size_t kRings = 3;
 
   struct Sum {
     VI all[kParts];
@@ -137,24 +137,13 @@ struct ExactSums {
 #endif
   }
   static HWY_INLINE void Keep(const Item& item, std::byte* p) {
-#if HV_ROUNDS_FLOATS
-    for (int i = 0; i < kParts; ++i)
-      hn::StoreU(item.floats[i], DF(), reinterpret_cast<float*>(p) + static_cast<std::size_t>(i) * kLanes);
-#else
     Sum{{item.steps[0], item.steps[1]}}.Store(p);
-#endif
   }
   static HWY_INLINE Item Kept(const std::byte* p) {
     Item item;
     for (int i = 0; i < kParts; ++i) {
-      const std::size_t at = static_cast<std::size_t>(i) * kLanes;
-#if HV_ROUNDS_FLOATS
-      item.floats[i] = hn::LoadU(DF(), reinterpret_cast<const float*>(p) + at);
-      item.steps[i] = NearestSteps(D(), item.floats[i]);
-#else
       item.floats[i] = hn::Zero(DF());
-      item.steps[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + at);
-#endif
+      item.steps[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
     }
     return item;
   }

@@ -74,7 +74,7 @@ class StripBoxes {
   StripBoxes(const Box& box, const BoxReach& produced, std::size_t rowBytes, std::int64_t tileEnd, const Pixel* kept)
       : read_(stripReach(produced, box)),
         sweep_(box, rowBytes, sizeof(Component)),
-        gathered_(read_.last - read_.first, ringFor(kept == nullptr ? BoxSweep::taps(box) : BoxSweep::behind(box)),
+        gathered_(read_.last - read_.first, ringFor(kept == nullptr ? BoxSweep::readsBack(box) : BoxSweep::behind(box)),
                   phase(read_.first - tileEnd), rowBytes),
         result_(produced.last - produced.first, ringFor(0), 0, rowBytes) {
     if (kept != nullptr) sweep_.keepOthers(reinterpret_cast<const std::byte*>(kept), sizeof(Pixel));
