@@ -27,7 +27,7 @@ class KernelCommand : public Command {
                     RefusePercent("--blur", text);
                     blur_ = ParseNumber("--blur", text);
                   });
-    AddTextOption(*App(), "--depth", "8|16", "Bits of a component while rendering [16]",
+    AddTextOption(*App(), "--depth", "8|16|32", "Bits of a component while rendering [16]",
                   [this](const std::string& text) { depth_ = ParseWhole("--depth", text); });
     App()->add_flag("--overwrite", overwrite_, "Replace an output file that exists");
   }
@@ -48,7 +48,8 @@ class KernelCommand : public Command {
  private:
   void CheckOptions() const {
     CheckPictureName(host::PathOf(output_));
-    if (depth_ != 8 && depth_ != 16) host::Refuse("--depth", "expected 8 or 16, found " + std::to_string(depth_));
+    if (depth_ != 8 && depth_ != 16 && depth_ != 32)
+      host::Refuse("--depth", "expected 8, 16 or 32, found " + std::to_string(depth_));
     if (host::ValueOutOfRange(kBlur, blur_)) {
       host::Refuse("--blur", "expected " + host::FormatRange(kBlur) + ", found " + host::FormatNumber(blur_));
     }

@@ -53,12 +53,14 @@ constexpr std::int32_t kSmooth = 4;  // the factor by which plots are drawn larg
 void DrawTitle(Canvas& canvas, const KernelReport& report, const TextPainter& text) {
   text.Paint(canvas, kPlotMargin, kPlotMargin + kPlotTitle.size,
              "Impulse response at Blur " + FormatNumber(report.blur), kPlotTitle);
-  std::string how =
-      "Measured at " + std::to_string(report.depth) +
-      " bits a component. A single bright pixel would be rounded away; so the effect rendered edges of different "
-      "heights, and their mean, differentiated, is the response. The profile is of " +
-      std::to_string(KernelProfile::kEdges) + " vertical edges at an Aspect of 100 (no blur along y), the picture of " +
-      std::to_string(report.picture.corners) + " corners.";
+  std::string how = "Measured at " + std::to_string(report.depth) + " bits a component. " +
+                    (report.depth == 32 ? "The effect rendered edges, which, differentiated, are the response."
+                                        : "A single bright pixel would be rounded away; so the effect rendered edges "
+                                          "of different heights, and their "
+                                          "mean, differentiated, is the response.") +
+                    " The profile is of " + std::to_string(KernelProfile::kEdges) +
+                    " vertical edges at an Aspect of 100 (no blur along y), the picture of " +
+                    std::to_string(report.picture.corners) + " corners.";
   if (report.depth == 8)
     how += " At 8 bits each of the six boxes rounds to one of 256 steps, which makes the curve rough.";
   std::int32_t y = kPlotMargin + 58;
@@ -202,12 +204,15 @@ std::vector<KernelNumber> KernelNumbers(const KernelReport& report) {
   const BoxNumbers box = BoxNumbersOf(facts);
   const KernelProfile& profile = report.profile;
   const KernelDifference largest = LargestDifference(profile, GaussianFor(profile, facts.sigma));
+  const bool isFloat = report.depth == 32;
+  const double taps = 2.0 * facts.boxRadius + 1.0;
   const double halfOfGaussian = 2.0 * std::sqrt(2.0 * std::log(2.0)) * facts.sigma;
   return {{"Size (Blur)", FormatNumber(report.blur)},
           {"Radius of each of 3 boxes an axis", Print("%.4f px", facts.boxRadius)},
           {"r, whole taps each side", std::to_string(box.wholeRadius)},
-          {"Fraction, end taps", Print("%.4f (%d / 16384)", box.fraction, box.fractionQ14)},
-          {"Scale of a box", Print("%d / 16384", box.scaleQ14)},
+          {"Fraction, end taps",
+           isFloat ? Print("%.4f", box.fraction) : Print("%.4f (%d / 16384)", box.fraction, box.fractionQ14)},
+          {"Scale of a box", isFloat ? Print("1 / %.4f", taps) : Print("%d / 16384", box.scaleQ14)},
           {"Sigma", Print("%.4f px", facts.sigma)},
           {"Sigma, measured", Print("%.4f px", profile.Sigma())},
           {"Width at half maximum", Print("%.3f px", profile.WidthAtHalf())},

@@ -12,15 +12,16 @@ namespace {
 constexpr std::int32_t kProfileRows = KernelProfile::kEdges / 4;
 constexpr std::int32_t kMostCells = 81;
 
-// The two levels of one edge. The steps have no common period, so that rounding errors differ.
+// The two levels of one edge. Those of whole numbers have no common period, so that rounding errors differ.
 struct Levels {
-  std::int32_t low = 0;
-  std::int32_t high = 0;
+  double low = 0.0;
+  double high = 0.0;
 };
 
 Levels LevelsOf(std::int32_t depth, std::int32_t number) {
-  if (depth == 8) return {number * 7 % 61, 255 - number * 13 % 59};
-  return {-32768 + number * 137 % 1009, 32767 - number * 211 % 997};
+  if (depth == 32) return {0.0, 1.0};
+  if (depth == 8) return {static_cast<double>(number * 7 % 61), static_cast<double>(255 - number * 13 % 59)};
+  return {static_cast<double>(-32768 + number * 137 % 1009), static_cast<double>(32767 - number * 211 % 997)};
 }
 
 Job KernelJob(double blur, double aspect) {
@@ -45,19 +46,30 @@ std::int32_t ReachOf(double blur) {
   return static_cast<std::int32_t>(std::ceil(blur)) + 4;
 }
 
-void SetComponent(HostImage& image, std::int32_t x, std::int32_t y, std::int32_t c, std::int32_t value) {
-  const std::size_t index = static_cast<std::size_t>(x) * 4 + static_cast<std::size_t>(c);
-  if (image.Depth() == 8) {
-    reinterpret_cast<std::uint8_t*>(image.Row(y))[index] = static_cast<std::uint8_t>(value);
-  } else {
-    reinterpret_cast<std::int16_t*>(image.Row(y))[index] = static_cast<std::int16_t>(value);
-  }
+template <typename Component>
+void SetAs(std::byte* row, std::size_t index, double value) {
+  reinterpret_cast<Component*>(row)[index] = static_cast<Component>(value);
 }
 
-std::int32_t ComponentAt(const HostImage& image, std::int32_t x, std::int32_t y, std::int32_t c) {
-  const std::size_t index = static_cast<std::size_t>(x) * 4 + static_cast<std::size_t>(c);
-  if (image.Depth() == 8) return reinterpret_cast<const std::uint8_t*>(image.Row(y))[index];
-  return reinterpret_cast<const std::int16_t*>(image.Row(y))[index];
+template <typename Component>
+double GetAs(const std::byte* row, std::size_t index) {
+  return static_cast<double>(reinterpret_cast<const Component*>(row)[index]);
+}
+
+std::size_t IndexOf(std::int32_t x, std::int32_t c) {
+  return static_cast<std::size_t>(x) * 4 + static_cast<std::size_t>(c);
+}
+
+void SetComponent(HostImage& image, std::int32_t x, std::int32_t y, std::int32_t c, double value) {
+  if (image.Depth() == 8) return SetAs<std::uint8_t>(image.Row(y), IndexOf(x, c), value);
+  if (image.Depth() == 16) return SetAs<std::int16_t>(image.Row(y), IndexOf(x, c), value);
+  SetAs<float>(image.Row(y), IndexOf(x, c), value);
+}
+
+double ComponentAt(const HostImage& image, std::int32_t x, std::int32_t y, std::int32_t c) {
+  if (image.Depth() == 8) return GetAs<std::uint8_t>(image.Row(y), IndexOf(x, c));
+  if (image.Depth() == 16) return GetAs<std::int16_t>(image.Row(y), IndexOf(x, c));
+  return GetAs<float>(image.Row(y), IndexOf(x, c));
 }
 
 // Draws a picture whose components are at their high level where `isHigh` is true, else at their low one; each has its
@@ -246,8 +258,11 @@ KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& co
 }
 
 KernelReport MeasureKernel(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth) {
-  return {blur, depth, FactsOfSize(makeEffect, blur), MeasureProfile(makeEffect, context, blur, depth),
-          MeasurePicture(makeEffect, context, blur, depth)};
+  KernelReport report{blur, depth, FactsOfSize(makeEffect, blur), MeasureProfile(makeEffect, context, blur, depth),
+                      MeasurePicture(makeEffect, context, blur, depth)};
+  // Weights of floats are not truncated.
+  if (depth == 32) report.facts.flatGain = 1.0;
+  return report;
 }
 
 }  // namespace vblur::host

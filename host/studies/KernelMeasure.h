@@ -1,7 +1,8 @@
 // The effect's impulse response, measured from what it renders.
 //
-// A single bright pixel does not work: at larger sizes its response is rounded to zero. Instead many edges of nearly
-// full range and different heights, so that rounding errors differ, are rendered, averaged and differentiated.
+// A single bright pixel does not work: at larger sizes its response in whole numbers is rounded to zero. Instead many
+// edges of nearly full range and, in whole numbers, different heights, so that rounding errors differ, are rendered,
+// averaged and differentiated.
 #pragma once
 
 #include <cstdint>
@@ -69,7 +70,7 @@ struct KernelDifference {
 // Where the two differ most.
 KernelDifference LargestDifference(const KernelProfile& profile, const Gaussian& gaussian);
 
-// `blur` from 0 to the property's maximum, depth 8 or 16. Throw as RenderInMemory does.
+// `blur` from 0 to the property's maximum, depth 8, 16 or 32. Throw as RenderInMemory does.
 KernelProfile MeasureProfile(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 KernelPicture MeasurePicture(const EffectFactory& makeEffect, ExecuteContext& context, double blur, std::int32_t depth);
 

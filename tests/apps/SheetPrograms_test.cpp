@@ -88,9 +88,10 @@ TEST_F(SheetPrograms, DrawsAndRefusesKernels) {
   }
   EXPECT_EQ(Run({"kernel", "k8.png", "--depth", "8"}).exit, 0);
   EXPECT_EQ(host::ReadPictureInfo(Path("k8.png")).width, 1640);
+  EXPECT_EQ(Run({"kernel", "k32.png", "--depth", "32"}).exit, 0);
   ExpectRefusal({"kernel", "out.png", "--blur", "721"}, 2, "--blur: expected 0 to 720, found 721");
   ExpectRefusal({"kernel", "out.png", "--blur", "wide"}, 2, "--blur: expected a finite number, found \"wide\"");
-  ExpectRefusal({"kernel", "out.png", "--depth", "9"}, 2, "--depth: expected 8 or 16, found 9");
+  ExpectRefusal({"kernel", "out.png", "--depth", "9"}, 2, "--depth: expected 8, 16 or 32, found 9");
   ExpectRefusal({"kernel"}, 2, "OUTPUT is required; see vblur kernel --help");
 }
 

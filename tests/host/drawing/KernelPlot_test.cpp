@@ -44,6 +44,22 @@ std::int32_t Height(const HostImage& image, std::int32_t x, const std::array<std
   return count;
 }
 
+TEST(KernelPlot, NumbersOfFloatsAreNotFixedPoint) {
+  ExecuteContext context;
+  const auto numberOf = [&](std::int32_t depth, const std::string& name) {
+    for (const KernelNumber& number : KernelNumbers(MeasureKernel(MakeEffect, context, 3.75, depth))) {
+      if (number.name == name) return number.value;
+    }
+    return std::string();
+  };
+  EXPECT_EQ(numberOf(16, "Scale of a box"), "4681 / 16384");
+  EXPECT_EQ(numberOf(32, "Scale of a box"), "1 / 3.5000");
+  EXPECT_EQ(numberOf(16, "Fraction, end taps"), "0.2500 (4096 / 16384)");
+  EXPECT_EQ(numberOf(32, "Fraction, end taps"), "0.2500");
+  EXPECT_EQ(numberOf(16, "Gain of a flat area"), "0.99982");
+  EXPECT_EQ(numberOf(32, "Gain of a flat area"), "1.00000");
+}
+
 TEST(KernelPlot, BarsAreAsHighAsTheWeightsAndTheCurveIsDrawn) {
   constexpr std::array<std::int32_t, 3> kBlue = {74, 143, 217};
   constexpr std::array<std::int32_t, 3> kOrange = {255, 173, 51};

@@ -41,6 +41,9 @@ TEST(KernelMeasure, ProfilesAreThreeBoxes) {
   // Radius 1.25: three whole taps and a quarter on each side.
   ExpectProfile(3.75, 16, {0.25 / 3.5, 1 / 3.5, 1 / 3.5, 1 / 3.5, 0.25 / 3.5}, kClose);
   ExpectProfile(6.0, 8, std::vector<double>(5, 0.2), 4e-3);
+  constexpr double kFloat = 2e-7;
+  ExpectProfile(0.0, 32, {1.0}, kFloat);
+  ExpectProfile(3.75, 32, {0.25 / 3.5, 1 / 3.5, 1 / 3.5, 1 / 3.5, 0.25 / 3.5}, kFloat);
 }
 
 TEST(KernelMeasure, APictureIsTheProfileTimesItself) {
@@ -73,6 +76,17 @@ TEST(KernelMeasure, MeasuredAndComputedNumbersAgree) {
     EXPECT_NEAR(report.profile.Sigma(), report.facts.sigma, 0.002 * report.facts.sigma + 0.001) << blur;
     EXPECT_NEAR(report.profile.Sum(), std::sqrt(report.facts.flatGain), 2e-4) << blur;
     EXPECT_NEAR(report.picture.Sum(), report.facts.flatGain, 4e-4) << blur;
+  }
+}
+
+TEST(KernelMeasure, FloatsKeepAFlatAreaAtEverySize) {
+  ExecuteContext context;
+  for (const double blur : {10.0, 300.0}) {
+    const KernelReport report = MeasureKernel(MakeEffect, context, blur, 32);
+    EXPECT_EQ(report.facts.flatGain, 1.0) << blur;
+    EXPECT_NEAR(report.profile.Sum(), 1.0, 1e-7) << blur;
+    EXPECT_NEAR(report.picture.Sum(), 1.0, 1e-6) << blur;
+    EXPECT_NEAR(report.profile.Sigma(), report.facts.sigma, 1e-4 * report.facts.sigma) << blur;
   }
 }
 
