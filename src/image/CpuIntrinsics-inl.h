@@ -38,6 +38,14 @@ HWY_INLINE __m512i SaturatedToBytes(__m512i lower, __m512i upper) {
   return _mm512_packus_epi16(lower, upper);
 }
 
+// Blocks 0 and 2 of `a` and of `b`; blocks 1 and 3.
+HWY_INLINE __m512i EvenBlocks(__m512i a, __m512i b) {
+  return _mm512_shuffle_i32x4(a, b, 0x88);
+}
+HWY_INLINE __m512i OddBlocks(__m512i a, __m512i b) {
+  return _mm512_shuffle_i32x4(a, b, 0xDD);
+}
+
 // To the nearest integer, to even on a tie: Highway's conversion truncates, and has doubles alone.
 HWY_INLINE __m512i RoundedToInt64(__m256 v) {
   return _mm512_cvtps_epi64(v);

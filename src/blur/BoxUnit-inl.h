@@ -1,0 +1,94 @@
+// The running sums of the three boxes of a pass over one vector of components, step by step. Compiled once for each
+// instruction set.
+#if defined(VBLUR_BLUR_BOXUNIT_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef VBLUR_BLUR_BOXUNIT_INL_H
+#undef VBLUR_BLUR_BOXUNIT_INL_H
+#else
+#define VBLUR_BLUR_BOXUNIT_INL_H
+#endif
+
+#include <cstddef>
+
+#include <hwy/highway.h>
+
+#include "blur/BoxSums-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+// Warm-up stage of the three boxes: their sums fill one after the other.
+enum Stage { kFillFirst, kFillSecond, kFillThird, kProduce };
+
+// The sums of the three boxes over one vector of components.
+template <class Sums>
+struct Unit {
+  using C = typename Sums::Component;
+  static constexpr std::size_t kBytes = Sums::kBytes;
+  static constexpr std::size_t kRingBytes = Sums::kRingBytes;
+  static constexpr std::size_t kSlotBytes = Sums::kRings * kRingBytes;
+  static constexpr bool kKeepsInput = Sums::kRings == 3;
+
+  HWY_INLINE void Begin(const Sums& sums) { first = second = third = sums.Empty(); }
+  HWY_INLINE void Load(const std::byte* kept) {
+    first.Load(kept);
+    second.Load(kept + Sums::kSumBytes);
+    third.Load(kept + 2 * Sums::kSumBytes);
+  }
+  HWY_INLINE void Store(std::byte* kept) const {
+    first.Store(kept);
+    second.Store(kept + Sums::kSumBytes);
+    third.Store(kept + 2 * Sums::kSumBytes);
+  }
+
+  // A slot of the rings holds the results of the first two boxes, and the input where it is kept, from `taps` steps
+  // ago, and then the newest.
+  template <bool kFraction, Stage kStage>
+  HWY_INLINE void Step(const Sums& sums, const C* entering, const C* leaving, std::byte* slot, const Output<C>& output,
+                       C* result) {
+    const auto in = sums.Read(entering);
+    if constexpr (kStage == kFillFirst) {
+      if constexpr (kKeepsInput) Sums::Keep(in, slot + 2 * kRingBytes);
+      sums.Add(first, in);
+    } else {
+      const auto oldIn = Left(sums, leaving, slot);
+      if constexpr (kKeepsInput) Sums::Keep(in, slot + 2 * kRingBytes);
+      const auto once = sums.template Step<kFraction>(first, in, oldIn);
+      if constexpr (kStage == kFillSecond) {
+        Sums::Keep(once, slot);
+        sums.Add(second, once);
+      } else {
+        const auto oldOnce = Sums::Kept(slot);
+        Sums::Keep(once, slot);
+        const auto twice = sums.template Step<kFraction>(second, once, oldOnce);
+        if constexpr (kStage == kFillThird) {
+          Sums::Keep(twice, slot + kRingBytes);
+          sums.Add(third, twice);
+        } else {
+          const auto oldTwice = Sums::Kept(slot + kRingBytes);
+          Sums::Keep(twice, slot + kRingBytes);
+          sums.Write(sums.template Step<kFraction>(third, twice, oldTwice), output, result);
+        }
+      }
+    }
+  }
+
+  typename Sums::Sum first;
+  typename Sums::Sum second;
+  typename Sums::Sum third;
+
+ private:
+  static HWY_INLINE auto Left(const Sums& sums, const C* leaving, const std::byte* slot) {
+    if constexpr (kKeepsInput) {
+      return Sums::Kept(slot + 2 * kRingBytes);
+    } else {
+      return sums.Read(leaving);
+    }
+  }
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#endif  // include guard
