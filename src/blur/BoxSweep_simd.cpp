@@ -134,17 +134,6 @@ void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows&
   }
 }
 
-// Whether the rings hold packed 8-bit components. With a fraction, packing pays only where rings of 16-bit lanes and
-// the rows beside them would not fit the L1 cache; without one, it always pays at 512 bits.
-HWY_INLINE bool Packs(const BoxConstants& box, const BoxSweep::State& state) {
-  constexpr std::int64_t kCacheBytes = 48 << 10;
-  constexpr std::int64_t kRowsBeside = 192;
-  constexpr std::int64_t kPlainRingBytes = HWY_TARGET <= HWY_AVX3 ? 0 : 16 << 10;
-  const auto rowBytes = static_cast<std::int64_t>(state.rowBytes);
-  const std::int64_t ringBytes = BoxSweep::taps(box) * 4 * rowBytes;
-  return box.d == 0 ? ringBytes > kPlainRingBytes : ringBytes + kRowsBeside * rowBytes > kCacheBytes;
-}
-
 void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
             std::uint8_t* const* out) {
   HvEnterKernel<"boxSweep 8", HWY_TARGETS>(HWY_TARGET);
@@ -152,7 +141,7 @@ void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& ro
   SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
 #else
   if (SmallSums<false>::Fits(box)) {
-    if (Packs(box, state)) return SweepSums<SmallSums<true>>(box, state, rows, in, out);
+    if (Packs(box, state.rowBytes)) return SweepSums<SmallSums<true>>(box, state, rows, in, out);
     return SweepSums<SmallSums<false>>(box, state, rows, in, out);
   }
   if (MediumSums<true>::Fits(box)) return SweepSums<MediumSums<true>>(box, state, rows, in, out);

@@ -8,10 +8,13 @@
 #endif
 
 #include <cstddef>
+#include <cstdint>
 
 #include <hwy/highway.h>
 
+#include "blur/BoxConstants.h"
 #include "blur/BoxSums-inl.h"
+#include "blur/BoxSweep.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -86,6 +89,17 @@ struct Unit {
     }
   }
 };
+
+// Whether the rings hold packed 8-bit components. With a fraction, packing pays only where rings of 16-bit lanes and
+// the rows beside them would not fit the L1 cache; without one, it always pays at 512 bits.
+HWY_INLINE bool Packs(const BoxConstants& box, std::size_t bytesOfRow) {
+  constexpr std::int64_t kCacheBytes = 48 << 10;
+  constexpr std::int64_t kRowsBeside = 192;
+  constexpr std::int64_t kPlainRingBytes = HWY_TARGET <= HWY_AVX3 ? 0 : 16 << 10;
+  const auto rowBytes = static_cast<std::int64_t>(bytesOfRow);
+  const std::int64_t ringBytes = BoxSweep::taps(box) * 4 * rowBytes;
+  return box.d == 0 ? ringBytes > kPlainRingBytes : ringBytes + kRowsBeside * rowBytes > kCacheBytes;
+}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur

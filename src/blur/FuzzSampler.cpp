@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
-#include <utility>
 
 #include "blur/ChannelExtractor.h"
 #include "blur/ExactBox.h"
@@ -12,6 +11,7 @@
 #include "blur/GaussFilter.h"
 #include "blur/GreyToRGBSampler.h"
 #include "blur/RGBToYUVSampler.h"
+#include "blur/SharedMemory.h"
 #include "blur/SubtractCombiner.h"
 #include "blur/YUVToRGBSampler.h"
 #include "image/ChannelCopySampler.h"
@@ -20,21 +20,6 @@
 
 namespace vblur {
 namespace {
-
-// Whether two textures may share pixels, by their address ranges: interleaved rows count as shared.
-template <class Texture>
-bool shareMemory(const Texture& a, const Texture& b) {
-  if (!a.hasPixels() || !b.hasPixels()) return false;
-  const auto ends = [](const Texture& texture) {
-    const auto first = reinterpret_cast<std::uintptr_t>(texture.at(0, 0));
-    const auto last = reinterpret_cast<std::uintptr_t>(texture.at(0, texture.height() - 1));
-    const auto row = static_cast<std::size_t>(texture.width()) * sizeof(typename Texture::Pixel);
-    return std::pair{std::min(first, last), std::max(first, last) + row};
-  };
-  const auto [firstA, endA] = ends(a);
-  const auto [firstB, endB] = ends(b);
-  return firstA < endB && firstB < endA;
-}
 
 // The rows of a texture, in image coordinates, that a filter of this radius may read for the rows from y1 to y2 - 1.
 HvSpan rowsRead(const HvTexAxis& rows, std::int32_t y1, std::int32_t y2, float radius) {

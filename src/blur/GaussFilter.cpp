@@ -6,6 +6,7 @@
 
 #include "blur/BoxSweep.h"
 #include "blur/FilterChannels.h"
+#include "blur/FusedPasses.h"
 #include "blur/PassRanges.h"
 #include "blur/StripPasses.h"
 #include "image/HvCpu.h"
@@ -36,6 +37,7 @@ GaussFilter<Pixel, Accum>::~GaussFilter() = default;
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::preProcess(Texture* in, Texture* out) {
   strips_.reset();
+  fused_.reset();
   // A preparation that fails leaves one empty pass.
   this->passes = 1;
   limitSizes();
@@ -45,7 +47,7 @@ void GaussFilter<Pixel, Accum>::preProcess(Texture* in, Texture* out) {
   copyBack = 0;
   if (sizeX == 0.0f && sizeY == 0.0f) return copyWhole(in, out);
   takeSurroundings(*out, *in);
-  if (runsInStrips()) return makeStrips(*in);
+  if (runsInStrips()) return makeFused(*in, *out) ? void() : makeStrips(*in);
   if (!makeIntermediate()) return;
   takeSurroundings(*intermediate, *in);
   const std::int32_t y = wrapSub(savedWriteOriginY, verticalMargin());
@@ -70,6 +72,7 @@ void GaussFilter<Pixel, Accum>::prePass(Texture* in, Texture* out) {
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::processRows(Texture* in, Texture* out) {
   if (poll(this->interrupt) != 0) return;
+  if (fused_ != nullptr) return processFused(*in, *out);
   if (strips_ != nullptr) return processStrips(*in, *out);
   if (intermediate == nullptr || intermediate->data == nullptr) return;
   switch (this->pass) {
@@ -84,6 +87,7 @@ void GaussFilter<Pixel, Accum>::processRows(Texture* in, Texture* out) {
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::postProcess(Texture* /*in*/, Texture* /*out*/) {
   strips_.reset();
+  fused_.reset();
   // After a stop in the first pass it is still the wider one.
   restoreWindow();
 }
@@ -205,6 +209,34 @@ bool GaussFilter<Pixel, Accum>::runsInStrips() const {
   };
   return within(this->x1, this->x2, savedWriteOriginX, this->mapWidth) &&
          within(this->y1, this->y2, savedWriteOriginY, this->mapHeight);
+}
+
+template <class Pixel, class Accum>
+void GaussFilter<Pixel, Accum>::processFused(const Texture& in, const Texture& out) {
+  if constexpr (kFuses<Pixel>) {
+    if (this->pass == 0 && !fused_->run(in, out, this->interrupt)) stopForRefusedMemory(this->interrupt);
+  }
+}
+
+// False: two passes.
+template <class Pixel, class Accum>
+bool GaussFilter<Pixel, Accum>::makeFused(const Texture& in, const Texture& out) {
+  if constexpr (kFuses<Pixel>) {
+    using Passes = FusedPasses<Pixel, Accum>;
+    const auto boxX = boxOf<Pixel>(sizeX);
+    const auto boxY = boxOf<Pixel>(sizeY);
+    if (!Passes::fits(in, out, boxX, boxY, channels_.filtered, keepsOthers)) return false;
+    const std::int32_t threads = (this->flags & Imager::kOneThread) != 0 ? 1 : HvThreadCount();
+    fused_.reset(new (std::nothrow)
+                     Passes(out, boxX, boxY, {this->x1, this->x2}, {this->y1, this->y2}, channels_.filtered, threads));
+    if (fused_ != nullptr && fused_->pays()) {
+      intermediate.reset();
+      this->passes = 3;
+      return true;
+    }
+    fused_.reset();
+  }
+  return false;
 }
 
 template <class Pixel, class Accum>

@@ -21,6 +21,8 @@ template <class Box>
 struct PlainPass;
 template <class Pixel, class Accum>
 class StripPasses;
+template <class Pixel, class Accum>
+class FusedPasses;
 
 // Filters the components of a ChannelMask and neither reads nor writes the others, but for sizes of 0 on both axes,
 // which copy whole pixels. Instances: R8, R16 and Ri with Ri, C8 and C16 with Ci, int with int, Rf with Rf, Cf
@@ -86,6 +88,8 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void copyOthers(const Texture& in, const Texture& out);
 
   bool runsInStrips() const;
+  void processFused(const Texture& in, const Texture& out);
+  bool makeFused(const Texture& in, const Texture& out);
   void makeStrips(const Texture& in);
   void processStrips(const Texture& in, const Texture& out);
 
@@ -95,7 +99,9 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   void filterAlongY(const Texture& out);
 
   const FilterChannels<Pixel, Accum>& channels_;
+  // At most one of them.
   std::unique_ptr<StripPasses<Pixel, Accum>> strips_;
+  std::unique_ptr<FusedPasses<Pixel, Accum>> fused_;
 };
 
 // The filter on four-component pixels. Max is the full scale of the chain that it belongs to and has no part in the

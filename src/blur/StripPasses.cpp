@@ -24,14 +24,6 @@ ComponentOf<Pixel>* componentsOf(Pixel* pixel) {
 // How far ahead output rows are prefetched, in rows: they are pages apart.
 constexpr std::int64_t kRowsAhead = 24;
 
-// Polls once per line.
-bool stoppedBefore(HvInterruptRecord* interrupt, std::int32_t lines) {
-  for (std::int32_t i = 0; i < lines; ++i) {
-    if (poll(interrupt) != 0) return true;
-  }
-  return false;
-}
-
 template <class Pixel>
 bool isLineAligned(const Pixel* first, std::int64_t stride) {
   constexpr auto kLine = static_cast<std::int64_t>(kCacheLineBytes);

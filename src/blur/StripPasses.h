@@ -39,6 +39,14 @@ constexpr Component allBitsIf(bool set) {
   }
 }
 
+// Polls once per line.
+inline bool stoppedBefore(HvInterruptRecord* interrupt, std::int32_t lines) {
+  for (std::int32_t i = 0; i < lines; ++i) {
+    if (poll(interrupt) != 0) return true;
+  }
+  return false;
+}
+
 // The components that are filtered.
 template <class Pixel>
 struct StripChannels {

@@ -2,6 +2,7 @@
 // and a thread runs in one of them: a pool that takes all processors spreads its threads over the groups.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -9,6 +10,10 @@ namespace vblur {
 
 // All processors that the system reports, at least 1.
 std::int32_t HvProcessorCount();
+
+// The second cache of a processor, in bytes; a usual size where the system does not tell.
+std::size_t HvSecondCacheBytes();
+inline constexpr std::size_t kUsualSecondCacheBytes = std::size_t{1} << 20;
 
 // The group for the thread of an index, when threads fill the groups of these sizes in turn from the group `first` on,
 // again from there when all are full. 0 without groups or with a size below 1; `index` and `first` are at least 0.

@@ -29,6 +29,21 @@ Groups ProcessorGroups() {
   return found;
 }
 
+// That of the first processor; 0 where the system does not tell.
+std::size_t SecondCacheBytes() {
+  DWORD length = 0;
+  GetLogicalProcessorInformationEx(RelationCache, nullptr, &length);
+  std::vector<std::byte> memory(length);
+  auto* const said = reinterpret_cast<SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(memory.data());
+  if (length == 0 || GetLogicalProcessorInformationEx(RelationCache, said, &length) == FALSE) return 0;
+  for (std::size_t at = 0; at < length;) {
+    const auto* one = reinterpret_cast<const SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX*>(memory.data() + at);
+    if (one->Cache.Level == 2 && one->Cache.Type != CacheInstruction) return one->Cache.CacheSize;
+    at += one->Size;
+  }
+  return 0;
+}
+
 // Its address lies in this library.
 void Here() {}
 
@@ -36,6 +51,11 @@ void Here() {}
 
 std::int32_t HvProcessorCount() {
   return static_cast<std::int32_t>(std::max<DWORD>(1, GetActiveProcessorCount(ALL_PROCESSOR_GROUPS)));
+}
+
+std::size_t HvSecondCacheBytes() {
+  static const std::size_t told = SecondCacheBytes();
+  return told > 0 ? told : kUsualSecondCacheBytes;
 }
 
 void HvPlaceThread(std::int32_t index, std::int32_t first) {

@@ -1,0 +1,373 @@
+// AVX3_DL multiplies and adds 16-bit pairs in one instruction, which sums of 16-bit components gain from.
+#define HWY_WANT_AVX3_DL
+
+#include "blur/FuseBand.h"
+
+#include <type_traits>
+
+#include <hwy/cache_control.h>
+
+#include "image/HvKernel.h"
+#include "image/VectorTargets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "blur/FuseBand_simd.cpp"
+
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "blur/BoxSums-inl.h"
+#include "blur/BoxUnit-inl.h"
+#include "blur/TransposePixels-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace vblur {
+namespace HWY_NAMESPACE {
+
+// Rows of the ring that are read together with a row, and what is asked for meanwhile.
+struct Steps {
+  const std::byte* entering;
+  const std::byte* leaving;
+  const std::byte* others;  // null: results are not merged
+  std::byte* slot;
+  std::byte* ring;  // where slots begin
+  std::byte* ringEnd;
+  std::byte* to;
+  std::int64_t toBytes;
+};
+
+// From one unit to the next.
+struct Apart {
+  std::size_t rows;
+  std::size_t slots;
+  std::size_t to;
+};
+
+// Prefetches the block that is read next, a cache line in each step.
+template <std::int32_t kPixelBytes>
+struct AskAhead {
+  static constexpr std::int32_t kLines = kFusedColumns * kPixelBytes / static_cast<std::int32_t>(kFusedLine);
+
+  HWY_INLINE void operator()() {
+    hwy::Prefetch(line + at * static_cast<std::int32_t>(kFusedLine));
+    if (++at == kLines) {
+      at = 0;
+      line += lineBytes;
+    }
+  }
+
+  const std::byte* line;
+  std::int64_t lineBytes;
+  std::int32_t at;
+};
+struct AskNothing {
+  HWY_INLINE void operator()() {}
+};
+
+template <bool kFraction, Stage kStage, class Sums, std::size_t kUnits, class Ask>
+HWY_INLINE void Run(const Sums& sums, Unit<Sums> (&units)[kUnits], Steps& at, const Apart& apart, const std::byte* mask,
+                    bool streams, std::size_t slotBytes, std::int32_t count, Ask& ask) {
+  using C = typename Sums::Component;
+  const auto components = [](const std::byte* p) { return reinterpret_cast<const C*>(p); };
+  for (std::int32_t i = 0; i < count; ++i) {
+    ask();
+    const std::byte* others = kStage == kProduce ? at.others : nullptr;
+    units[0].template Step<kFraction, kStage>(sums, components(at.entering), components(at.leaving), at.slot,
+                                              {components(others), components(mask), streams},
+                                              reinterpret_cast<C*>(at.to));
+    if constexpr (kUnits == 2) {
+      const std::byte* nextOthers = others == nullptr ? nullptr : others + apart.rows;
+      units[1].template Step<kFraction, kStage>(
+          sums, components(at.entering + apart.rows), components(at.leaving + apart.rows), at.slot + apart.slots,
+          {components(nextOthers), components(mask), streams}, reinterpret_cast<C*>(at.to + apart.to));
+    }
+    at.entering += kFusedLine;
+    at.leaving += kFusedLine;
+    if (others != nullptr) at.others += kFusedLine;
+    if constexpr (kStage == kProduce) at.to += at.toBytes;
+    if constexpr (kStage != kFillFirst) {
+      at.slot += slotBytes;
+      if (at.slot == at.ringEnd) at.slot = at.ring;
+    }
+  }
+}
+
+// The rings of units side by side.
+struct Rings {
+  std::byte* sums;
+  std::byte* rows;
+  std::byte* slots;
+  const std::byte* mask;
+};
+
+// Rows k to `end` of a block, in stretches between the wraps of the ring and the stages of the boxes.
+template <bool kFraction, class Sums, std::size_t kUnits, class Ask>
+HWY_INLINE void RunBlock(const Sums& sums, Unit<Sums> (&units)[kUnits], const FusedAxis& axis, const Rings& rings,
+                         const Apart& apart, std::byte* to, std::int64_t toBytes, bool streams, bool merges,
+                         std::int32_t end, Ask& ask) {
+  constexpr std::size_t kSlotBytes = 2 * (kFusedLine / Sums::kBytes) * Sums::kRingBytes;
+  const auto inRing = [&](std::int32_t row) {
+    return rings.rows + static_cast<std::size_t>(row < 0 ? row + axis.ring : row) * kFusedLine;
+  };
+  std::int32_t k = HWY_MAX(0, -axis.step());
+  const std::int32_t stepped = HWY_MAX(0, axis.step() + k - axis.taps);
+  Steps at{};
+  at.ring = rings.slots;
+  at.ringEnd = rings.slots + static_cast<std::size_t>(axis.taps) * kSlotBytes;
+  at.slot = rings.slots + static_cast<std::size_t>(stepped % axis.taps) * kSlotBytes;
+  at.to = to;
+  at.toBytes = toBytes;
+  while (k < end) {
+    const std::int32_t leaving = axis.row + k - axis.taps;
+    const std::int32_t others = axis.row + k - axis.behind;
+    std::int32_t count = end - k;
+    if (leaving < 0) count = HWY_MIN(count, -leaving);
+    if (merges && others < 0) count = HWY_MIN(count, -others);
+    const std::int32_t step = axis.step() + k;
+    at.entering = inRing(axis.row + k);
+    at.leaving = inRing(leaving);
+    at.others = merges ? inRing(others) : nullptr;
+    if (step >= 3 * axis.taps) {
+      Run<kFraction, kProduce>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+    } else if (step >= 2 * axis.taps) {
+      count = HWY_MIN(count, 3 * axis.taps - step);
+      Run<kFraction, kFillThird>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+    } else if (step >= axis.taps) {
+      count = HWY_MIN(count, 2 * axis.taps - step);
+      Run<kFraction, kFillSecond>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+    } else {
+      count = HWY_MIN(count, axis.taps - step);
+      Run<kFraction, kFillFirst>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+    }
+    k += count;
+  }
+}
+
+// Units that lie side by side in a row of kFusedLine bytes, in one step.
+template <class Sums>
+inline constexpr std::size_t kUnitsOfLine = HWY_MIN(Sums::kUnits, kFusedLine / Sums::kBytes);
+
+template <class Sums, std::size_t kUnits>
+HWY_INLINE void LoadUnits(const Sums& sums, Unit<Sums> (&units)[kUnits], bool first, const std::byte* kept,
+                          std::size_t apart) {
+  for (std::size_t u = 0; u < kUnits; ++u) {
+    if (first) {
+      units[u].Begin(sums);
+    } else {
+      units[u].Load(kept + u * apart);
+    }
+  }
+}
+
+// A block of rows of one line's width, all units of it. The results go to rows toBytes apart.
+template <bool kFraction, class Sums, class Ask>
+HWY_INLINE void RunLine(const Sums& sums, const FusedAxis& axis, const Rings& line, std::byte* to, std::int64_t toBytes,
+                        bool streams, bool merges, std::int32_t end, const Ask& asked) {
+  constexpr std::size_t kUnits = kUnitsOfLine<Sums>;
+  constexpr Apart kApart{Sums::kBytes, 2 * Sums::kRingBytes, Sums::kBytes};
+  for (std::size_t u = 0; u < kFusedLine / Sums::kBytes; u += kUnits) {
+    const Rings rings{line.sums + u * 3 * Sums::kSumBytes, line.rows + u * Sums::kBytes,
+                      line.slots + u * 2 * Sums::kRingBytes, line.mask + u * Sums::kBytes};
+    Unit<Sums> units[kUnits];
+    LoadUnits(sums, units, axis.blocks == 0, rings.sums, 3 * Sums::kSumBytes);
+    Ask ask = asked;
+    RunBlock<kFraction>(sums, units, axis, rings, kApart, to + u * Sums::kBytes, toBytes, streams, merges, end, ask);
+    for (std::size_t i = 0; i < kUnits; ++i)
+      units[i].Store(rings.sums + i * 3 * Sums::kSumBytes);
+  }
+}
+
+HWY_INLINE void StreamLines(const std::byte* from, std::byte* to, std::int64_t toBytes, std::int32_t rows) {
+  const hn::CappedTag<std::uint8_t, kFusedLine> d;
+  for (std::int32_t i = 0; i < rows; ++i, from += kFusedLine, to += toBytes) {
+    for (std::size_t at = 0; at < kFusedLine; at += hn::Lanes(d)) {
+      hn::Stream(hn::LoadU(d, reinterpret_cast<const std::uint8_t*>(from) + at), d,
+                 reinterpret_cast<std::uint8_t*>(to) + at);
+    }
+  }
+}
+
+template <class Tile>
+HWY_INLINE Rings RingsOfGroup(const Tile& tile, std::int32_t g) {
+  std::byte* const group = tile.groups + static_cast<std::size_t>(g) * tile.groupBytes;
+  std::byte* const rows = group + kFusedSums;
+  return {group, rows, rows + static_cast<std::size_t>(tile.y.ring) * kFusedLine, tile.mask};
+}
+
+// A block of rows of one group through the boxes along y.
+template <bool kFraction, class Sums, class Tile>
+HWY_INLINE void GroupAlongY(const Sums& sums, const Tile& tile, std::int32_t g) {
+  const Rings rings = RingsOfGroup(tile, g);
+  const bool produces = tile.y.produces();
+  const std::int32_t end = produces ? tile.rows : kFusedRows;
+  std::byte* const to = tile.target + static_cast<std::int64_t>(g) * static_cast<std::int64_t>(kFusedLine);
+  constexpr std::size_t kStepBytes = kUnitsOfLine<Sums> * Sums::kBytes;
+  constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
+  if (g == tile.partialFirst || g == tile.partialLast) {
+    std::byte* const partial = tile.partial + (g == tile.partialFirst ? 0 : kFusedRows * kFusedLine);
+    return RunLine<kFraction>(sums, tile.y, rings, partial, kLineBytes, false, tile.merges, end, AskNothing());
+  }
+  if (kStepBytes < kFusedLine && tile.streams) {
+    alignas(kFusedLine) std::byte lines[kFusedRows * kFusedLine];
+    RunLine<kFraction>(sums, tile.y, rings, lines, kLineBytes, false, tile.merges, end, AskNothing());
+    if (produces) StreamLines(lines, to, tile.stride, end);
+    return;
+  }
+  RunLine<kFraction>(sums, tile.y, rings, to, tile.stride, tile.streams, tile.merges, end, AskNothing());
+}
+
+// Two groups side by side, so that results are stored two cache lines together.
+template <bool kFraction, class Sums, class Tile>
+HWY_INLINE void PairAlongY(const Sums& sums, const Tile& tile, std::int32_t g) {
+  const Rings rings = RingsOfGroup(tile, g);
+  const Apart apart{tile.groupBytes, tile.groupBytes, kFusedLine};
+  Unit<Sums> units[2];
+  LoadUnits(sums, units, false, rings.sums, tile.groupBytes);
+  AskNothing ask;
+  RunBlock<kFraction>(sums, units, tile.y, rings, apart,
+                      tile.target + static_cast<std::int64_t>(g) * static_cast<std::int64_t>(kFusedLine), tile.stride,
+                      tile.streams, tile.merges, tile.rows, ask);
+  for (std::size_t i = 0; i < 2; ++i)
+    units[i].Store(rings.sums + i * tile.groupBytes);
+}
+
+// Groups g to `end` - 1.
+template <bool kFraction, class Sums, class Box>
+void GroupsAlongY(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end) {
+  const Sums sums(tile.boxY);
+  if constexpr (Sums::kBytes == kFusedLine && Sums::kUnits == 2) {
+    const auto isPartial = [&](std::int32_t i) { return i == tile.partialFirst || i == tile.partialLast; };
+    for (; tile.y.produces() && g + 2 <= end && !isPartial(g) && !isPartial(g + 1); g += 2)
+      PairAlongY<kFraction>(sums, tile, g);
+  }
+  for (; g < end; ++g)
+    GroupAlongY<kFraction>(sums, tile, g);
+}
+
+template <class Box>
+using AlongY = void (*)(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end);
+
+// A block of results along x becomes rows of the groups, which go through the boxes along y with the last band.
+template <class Word, class Box>
+HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY) {
+  constexpr auto kPixels = static_cast<std::int32_t>(kFusedLine / sizeof(Word));
+  constexpr std::int32_t kGroups = kFusedColumns / kPixels;
+  constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
+  const std::int32_t first = (tile.x.blocks - tile.x.leadBlocks) * kGroups;
+  const std::int32_t end = HWY_MIN(first + kGroups, tile.groupCount);
+  const std::byte* from = tile.results;
+  for (std::int32_t g = first; g < end; ++g, from += kPixels * kLineBytes) {
+    std::byte* const to =
+        RingsOfGroup(tile, g).rows + static_cast<std::size_t>(tile.y.row + tile.rowInBlock) * kFusedLine;
+    IntoStrip<Word>({reinterpret_cast<const Word*>(from), kLineBytes}, kPixels, kPixels,
+                    {reinterpret_cast<Word*>(to), kLineBytes});
+  }
+  if (tile.completes) alongY(tile, first, end);
+}
+
+template <class Word, bool kFraction, class Sums, class Box>
+void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
+  constexpr auto kPixels = static_cast<std::int32_t>(kFusedLine / sizeof(Word));
+  constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
+  const Sums sums(tile.boxX);
+  const std::byte* from = stretch.first;
+  const Rings rings{tile.sums, tile.gathered, tile.slotsX, tile.mask};
+  for (std::int32_t b = 0; b < stretch.blocks; ++b, from += stretch.blockBytes) {
+    // Backward, positions go to rows in the reverse order.
+    auto* const rows = reinterpret_cast<Word*>(tile.gathered + static_cast<std::size_t>(tile.x.row) * kFusedLine);
+    const Side<Word> strip =
+        stretch.backward ? Side<Word>{rows + (kFusedColumns - 1) * kPixels, -kLineBytes} : Side<Word>{rows, kLineBytes};
+    IntoStrip<Word>({reinterpret_cast<const Word*>(from), stretch.lineBytes}, kPixels, kFusedColumns, strip);
+    const std::byte* next = b + 1 < stretch.blocks ? from + stretch.blockBytes : stretch.after;
+    const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0};
+    RunLine<kFraction>(sums, tile.x, rings, tile.results, kLineBytes, false, tile.merges, kFusedColumns, ask);
+    if (tile.x.produces()) ResultsIntoGroups<Word>(tile, alongY);
+    tile.x.endBlock();
+  }
+}
+
+template <class Word, class Sums, class Box>
+void FuseWith(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
+  if (tile.boxX.d == 0) {
+    BandAlongX<Word, false, Sums>(tile, stretch, alongY);
+  } else {
+    BandAlongX<Word, true, Sums>(tile, stretch, alongY);
+  }
+}
+
+template <class Sums, class Box>
+AlongY<Box> AlongYBy(const Box& box) {
+  return box.d == 0 ? &GroupsAlongY<false, Sums, Box> : &GroupsAlongY<true, Sums, Box>;
+}
+
+using IntegerTile = FusedTile<BoxConstants>;
+
+AlongY<BoxConstants> AlongY8(const BoxConstants& box) {
+#if HWY_TARGET == HWY_SCALAR
+  return AlongYBy<WideSums<std::uint8_t>>(box);
+#else
+  if (SmallSums<true>::Fits(box)) return AlongYBy<SmallSums<true>>(box);
+  if (MediumSums<true>::Fits(box)) return AlongYBy<MediumSums<true>>(box);
+  return AlongYBy<SplitSums>(box);
+#endif
+}
+
+void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {
+  HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
+  const auto alongY = AlongY8(tile.boxY);
+#if HWY_TARGET == HWY_SCALAR
+  FuseWith<std::uint32_t, WideSums<std::uint8_t>>(tile, stretch, alongY);
+#else
+  const BoxConstants& box = tile.boxX;
+  if (SmallSums<false>::Fits(box)) {
+    if (Packs(box, kFusedLine)) return FuseWith<std::uint32_t, SmallSums<true>>(tile, stretch, alongY);
+    return FuseWith<std::uint32_t, SmallSums<false>>(tile, stretch, alongY);
+  }
+  if (MediumSums<true>::Fits(box)) return FuseWith<std::uint32_t, MediumSums<true>>(tile, stretch, alongY);
+  FuseWith<std::uint32_t, SplitSums>(tile, stretch, alongY);
+#endif
+}
+
+AlongY<BoxConstants> AlongY16(const BoxConstants& box) {
+#if HWY_TARGET == HWY_SCALAR
+  return AlongYBy<WideSums<std::int16_t>>(box);
+#else
+  if (ScaledSums<4>::Fits(box)) return AlongYBy<ScaledSums<4>>(box);
+  return AlongYBy<ScaledSums<2>>(box);
+#endif
+}
+
+void Fuse16(IntegerTile& tile, const FusedStretch& stretch) {
+  HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
+  const auto alongY = AlongY16(tile.boxY);
+#if HWY_TARGET == HWY_SCALAR
+  FuseWith<std::uint64_t, WideSums<std::int16_t>>(tile, stretch, alongY);
+#else
+  if (ScaledSums<4>::Fits(tile.boxX)) return FuseWith<std::uint64_t, ScaledSums<4>>(tile, stretch, alongY);
+  FuseWith<std::uint64_t, ScaledSums<2>>(tile, stretch, alongY);
+#endif
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace vblur
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace vblur {
+namespace {
+
+HWY_EXPORT(Fuse8);
+HWY_EXPORT(Fuse16);
+
+}  // namespace
+
+void fuseBand8(FusedTile<BoxConstants>& tile, const FusedStretch& stretch) {
+  HWY_DYNAMIC_DISPATCH(Fuse8)(tile, stretch);
+}
+
+void fuseBand16(FusedTile<BoxConstants>& tile, const FusedStretch& stretch) {
+  HWY_DYNAMIC_DISPATCH(Fuse16)(tile, stretch);
+}
+
+}  // namespace vblur
+#endif  // HWY_ONCE

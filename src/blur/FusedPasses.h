@@ -1,0 +1,111 @@
+// Both passes of the filter in one, by vector code, for pictures whose result is stored elsewhere than the source. The
+// window is divided into tiles that threads take one after the other; see FuseBand.h for what happens within one.
+//
+// Rows and columns around a tile are filtered along x again by its neighbours. So tiles are as large as the second
+// cache holds their rings, and there is a radius from which two passes (StripPasses.h) are faster.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <vector>
+
+#include "blur/BoxFilter.h"
+#include "blur/FuseBand.h"
+#include "blur/LineBlock.h"
+#include "blur/StripPasses.h"
+#include "image/HvInteruptable.h"
+#include "image/HvScratch.h"
+#include "image/HvTexture.h"
+
+namespace vblur {
+
+// How a window is divided among threads.
+struct FusedPlan {
+  std::int32_t columns = 1;  // tiles side by side
+  std::int32_t rows = 1;     // and below one another
+  bool pays = false;         // against two passes
+};
+
+// What a tile needs of a box on one axis, and what the plan depends on.
+struct FusedSize {
+  std::int64_t width = 0;   // of the window, in groups of columns
+  std::int64_t height = 0;  // of the window, in rows
+  std::int32_t groupColumns = 0;
+  std::int64_t leadX = 0;  // positions beyond a tile that it filters along x
+  std::int64_t leadY = 0;  // rows beyond a tile that it filters along x
+  std::size_t groupBytes = 0;
+  std::size_t budget = 0;  // bytes of groups of a tile
+  std::int32_t threads = 1;
+};
+FusedPlan planFused(const FusedSize& size);
+
+// The pixels that have both passes in one.
+template <class Pixel>
+inline constexpr bool kFuses = std::is_same_v<Pixel, R8> || std::is_same_v<Pixel, R16>;
+
+// One run over one picture, shared by all threads. Instances: R8 and R16 with Ri.
+template <class Pixel, class Accum>
+class FusedPasses {
+ public:
+  using Texture = HvTexture<Pixel, Accum>;
+
+  // Whether the boxes, the picture and the memory of the result allow it: whole cache lines, no pixel of the source.
+  // Arguments as those of StripPasses.
+  static bool fits(const Texture& in, const Texture& out, const BoxOf<Pixel>& boxX, const BoxOf<Pixel>& boxY,
+                   const StripChannels<Pixel>& channels, bool keepsOthers);
+
+  FusedPasses(const Texture& out, const BoxOf<Pixel>& boxX, const BoxOf<Pixel>& boxY, const BoxReach& columns,
+              const BoxReach& rows, const StripChannels<Pixel>& channels, std::int32_t threads);
+
+  // Whether it is faster than two passes.
+  bool pays() const { return plan_.pays; }
+  // Filters tiles until there are no more. At once on any number of threads; false when there is no memory.
+  bool run(const Texture& in, const Texture& out, HvInterruptRecord* interrupt);
+
+ private:
+  using Tile = FusedTile<BoxOf<Pixel>>;
+  static constexpr std::int32_t kPixels = kFusedPixels<Pixel>;
+  static constexpr auto kPixelBytes = static_cast<std::int64_t>(sizeof(Pixel));
+
+  // Blocks of columns, all of a kind.
+  struct Columns {
+    enum Kind { kForward, kBackward, kGathered };
+    Kind kind;
+    std::int32_t index;  // in the source, of the first pixel in memory of the first block
+    std::int32_t blocks;
+    std::int64_t x;  // of the first block's first position, in image coordinates
+  };
+  // The rows of a band: where in the source, one step apart.
+  struct Rows {
+    const std::byte* first;  // column 0 of the source's buffer
+    std::int64_t bytes;      // from one to the next
+    bool together;
+    bool outside;
+  };
+
+  // Without memory and place.
+  Tile emptyTile() const;
+  void filterTile(const Texture& in, const Texture& out, Tile& tile, std::byte* block, std::int32_t number,
+                  HvInterruptRecord* interrupt) const;
+  std::vector<Columns> columnsOf(const Texture& in, std::int64_t x, std::int32_t blocks) const;
+  Rows rowsOf(const Texture& in, std::int64_t y) const;
+  void filterBand(const Texture& in, Tile& tile, std::byte* block, const std::vector<Columns>& columns,
+                  std::int64_t y) const;
+  void gather(const Texture& in, Pixel* block, std::int64_t x, std::int64_t y) const;
+  void scatterPartial(const Texture& out, const Tile& tile, std::int64_t x, std::int64_t y) const;
+
+  BoxOf<Pixel> boxX_;
+  BoxOf<Pixel> boxY_;
+  BoxReach columns_;
+  BoxReach rows_;
+  StripChannels<Pixel> channels_;
+  bool streams_;
+  std::int32_t before_;  // pixels of the first group before the window
+  std::int32_t groups_;
+  FusedPlan plan_;
+  std::atomic<std::int32_t> next_{0};
+};
+
+}  // namespace vblur
