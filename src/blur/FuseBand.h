@@ -84,6 +84,16 @@ struct FusedTile {
   // of it.
   std::int32_t rowInBlock = 0;
   bool completes = false;
+  // Rows at the upper or lower edge of the source, kept after the boxes along x for their mirror images: keptRows of
+  // each group.
+  std::byte* kept = nullptr;
+  std::int32_t keptRows = 0;
+  // This band's rows to keep: `keeps` from row keepsFrom of the band on, to row keptAt.
+  std::int32_t keeps = 0;
+  std::int32_t keepsFrom = 0;
+  std::int32_t keptAt = 0;
+  bool keepsOnly = false;  // and nothing else
+
   // The results of this block: the first pixel of group 0, how many rows there are.
   std::byte* target = nullptr;
   std::int64_t stride = 0;
@@ -109,5 +119,9 @@ struct FusedStretch {
 // Filters the blocks of a stretch, which follow those of the last call. Pixels of four components.
 void fuseBand8(FusedTile<BoxConstants>& tile, const FusedStretch& stretch);
 void fuseBand16(FusedTile<BoxConstants>& tile, const FusedStretch& stretch);
+
+// A band whose rows are kept: row i is row keptAt[i]. One for each pixel of a cache line.
+void fuseKeptBand8(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt);
+void fuseKeptBand16(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt);
 
 }  // namespace vblur

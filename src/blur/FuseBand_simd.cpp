@@ -3,6 +3,7 @@
 
 #include "blur/FuseBand.h"
 
+#include <cstring>
 #include <type_traits>
 
 #include <hwy/cache_control.h>
@@ -247,6 +248,15 @@ void GroupsAlongY(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end) 
 template <class Box>
 using AlongY = void (*)(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end);
 
+template <class Tile>
+HWY_INLINE std::byte* RowsOfBand(const Tile& tile, std::int32_t g) {
+  return RingsOfGroup(tile, g).rows + static_cast<std::size_t>(tile.y.row + tile.rowInBlock) * kFusedLine;
+}
+template <class Tile>
+HWY_INLINE std::byte* KeptOfGroup(const Tile& tile, std::int32_t g) {
+  return tile.kept + static_cast<std::size_t>(g) * static_cast<std::size_t>(tile.keptRows) * kFusedLine;
+}
+
 // A block of results along x becomes rows of the groups, which go through the boxes along y with the last band.
 template <class Word, class Box>
 HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY) {
@@ -257,10 +267,14 @@ HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY
   const std::int32_t end = HWY_MIN(first + kGroups, tile.groupCount);
   const std::byte* from = tile.results;
   for (std::int32_t g = first; g < end; ++g, from += kPixels * kLineBytes) {
-    std::byte* const to =
-        RingsOfGroup(tile, g).rows + static_cast<std::size_t>(tile.y.row + tile.rowInBlock) * kFusedLine;
+    std::byte* const kept = KeptOfGroup(tile, g) + static_cast<std::size_t>(tile.keptAt) * kFusedLine;
+    std::byte* const to = tile.keepsOnly ? kept : RowsOfBand(tile, g);
     IntoStrip<Word>({reinterpret_cast<const Word*>(from), kLineBytes}, kPixels, kPixels,
                     {reinterpret_cast<Word*>(to), kLineBytes});
+    if (tile.keeps > 0 && !tile.keepsOnly) {
+      std::memcpy(kept, to + static_cast<std::size_t>(tile.keepsFrom) * kFusedLine,
+                  static_cast<std::size_t>(tile.keeps) * kFusedLine);
+    }
   }
   if (tile.completes) alongY(tile, first, end);
 }
@@ -295,6 +309,17 @@ void FuseWith(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alo
   }
 }
 
+template <std::int32_t kRows, class Box>
+HWY_INLINE void KeptIntoGroups(const FusedTile<Box>& tile, const std::int32_t* keptAt, AlongY<Box> alongY) {
+  for (std::int32_t g = 0; g < tile.groupCount; ++g) {
+    std::byte* to = RowsOfBand(tile, g);
+    const std::byte* const kept = KeptOfGroup(tile, g);
+    for (std::int32_t i = 0; i < kRows; ++i, to += kFusedLine)
+      std::memcpy(to, kept + static_cast<std::size_t>(keptAt[i]) * kFusedLine, kFusedLine);
+  }
+  if (tile.completes) alongY(tile, 0, tile.groupCount);
+}
+
 template <class Sums, class Box>
 AlongY<Box> AlongYBy(const Box& box) {
   return box.d == 0 ? &GroupsAlongY<false, Sums, Box> : &GroupsAlongY<true, Sums, Box>;
@@ -310,6 +335,10 @@ AlongY<BoxConstants> AlongY8(const BoxConstants& box) {
   if (MediumSums<true>::Fits(box)) return AlongYBy<MediumSums<true>>(box);
   return AlongYBy<SplitSums>(box);
 #endif
+}
+
+void FuseKept8(const IntegerTile& tile, const std::int32_t* keptAt) {
+  KeptIntoGroups<kFusedPixels<std::uint32_t>>(tile, keptAt, AlongY8(tile.boxY));
 }
 
 void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {
@@ -337,6 +366,10 @@ AlongY<BoxConstants> AlongY16(const BoxConstants& box) {
 #endif
 }
 
+void FuseKept16(const IntegerTile& tile, const std::int32_t* keptAt) {
+  KeptIntoGroups<kFusedPixels<std::uint64_t>>(tile, keptAt, AlongY16(tile.boxY));
+}
+
 void Fuse16(IntegerTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
   const auto alongY = AlongY16(tile.boxY);
@@ -357,12 +390,22 @@ namespace vblur {
 namespace {
 
 HWY_EXPORT(Fuse8);
+HWY_EXPORT(FuseKept8);
 HWY_EXPORT(Fuse16);
+HWY_EXPORT(FuseKept16);
 
 }  // namespace
 
+void fuseKeptBand8(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt) {
+  HWY_DYNAMIC_DISPATCH(FuseKept8)(tile, keptAt);
+}
+
 void fuseBand8(FusedTile<BoxConstants>& tile, const FusedStretch& stretch) {
   HWY_DYNAMIC_DISPATCH(Fuse8)(tile, stretch);
+}
+
+void fuseKeptBand16(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt) {
+  HWY_DYNAMIC_DISPATCH(FuseKept16)(tile, keptAt);
 }
 
 void fuseBand16(FusedTile<BoxConstants>& tile, const FusedStretch& stretch) {

@@ -45,6 +45,13 @@ void fuseBand(FusedTile<BoxConstants>& tile, const FusedStretch& stretch, const 
   fuseBand16(tile, stretch);
 }
 
+void fuseKeptBand(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt, const R8* /*pixels*/) {
+  fuseKeptBand8(tile, keptAt);
+}
+void fuseKeptBand(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt, const R16* /*pixels*/) {
+  fuseKeptBand16(tile, keptAt);
+}
+
 }  // namespace
 
 template <class Pixel, class Accum>
@@ -90,9 +97,11 @@ bool FusedPasses<Pixel, Accum>::run(const Texture& in, const Texture& out, HvInt
   if (number >= tiles) return true;
   Tile tile = emptyTile();
   const auto mostGroups = static_cast<std::size_t>((groups_ + plan_.columns - 1) / plan_.columns);
+  tile.keptRows = mostKept();
+  const std::size_t keptBytes = static_cast<std::size_t>(tile.keptRows) * kFusedLine;
   constexpr std::size_t kPartialBytes = 2 * kFusedRows * kFusedLine;
   const HvScratchBlock scratch =
-      takeScratch(bytesAlongX(tile) + kPartialBytes + kBandBytes<Pixel> + mostGroups * tile.groupBytes);
+      takeScratch(bytesAlongX(tile) + kPartialBytes + kBandBytes<Pixel> + mostGroups * (tile.groupBytes + keptBytes));
   if (scratch.memory == nullptr) return false;
   tile.gathered = scratch.memory;
   tile.results = tile.gathered + static_cast<std::size_t>(tile.x.ring) * kFusedLine;
@@ -100,6 +109,7 @@ bool FusedPasses<Pixel, Accum>::run(const Texture& in, const Texture& out, HvInt
   tile.partial = scratch.memory + bytesAlongX(tile);
   std::byte* const block = tile.partial + kPartialBytes;
   tile.groups = block + kBandBytes<Pixel>;
+  tile.kept = tile.groups + mostGroups * tile.groupBytes;
   for (; number < tiles && poll(interrupt) == 0; number = next_.fetch_add(1, std::memory_order_relaxed))
     filterTile(in, out, tile, block, number, interrupt);
   hwy::FlushStream();
@@ -126,12 +136,16 @@ void FusedPasses<Pixel, Accum>::filterTile(const Texture& in, const Texture& out
   tile.stride = out.stride;
 
   const std::int64_t left = x1 - BoxSweep::centre(boxX_) - tile.x.phase;
-  const std::vector<Columns> columns =
-      columnsOf(in, left, tile.x.leadBlocks + (tile.groupCount * kPixels + kFusedColumns - 1) / kFusedColumns);
+  const Band band{
+      in, block,
+      columnsOf(in, left, tile.x.leadBlocks + (tile.groupCount * kPixels + kFusedColumns - 1) / kFusedColumns)};
   const std::int64_t top = y1 - BoxSweep::centre(boxY_) - tile.y.phase;
   const std::int64_t produced = top + std::int64_t{tile.y.leadBlocks} * kFusedRows;  // by the band of row y1
+  const std::int64_t end = produced + (y2 - y1 + kFusedRows - 1) / kFusedRows * kFusedRows;
+  KeptRows kept = keptRows(in, top, end);
+  if (kept.above > 0 && !keepAbove(band, tile, kept, interrupt)) return;
   tile.y.begin();
-  for (std::int64_t y = top; y - produced < y2 - y1;) {
+  for (std::int64_t y = top; y < end;) {
     const std::int64_t result = y1 + (y - produced);
     tile.rows = static_cast<std::int32_t>(std::min<std::int64_t>(kFusedRows, y2 - result));
     tile.target = reinterpret_cast<std::byte*>(out.target(0, 0)) + (x1 * kPixelBytes) + result * out.stride;
@@ -139,11 +153,78 @@ void FusedPasses<Pixel, Accum>::filterTile(const Texture& in, const Texture& out
       if (stoppedBefore(interrupt, kPixels)) return;
       tile.rowInBlock = i;
       tile.completes = i + kPixels == kFusedRows;
-      filterBand(in, tile, block, columns, y);
+      std::int32_t keptAt[kPixels];
+      if (kept.have(in, y, keptAt)) {
+        fuseKeptBand(tile, keptAt, reinterpret_cast<Pixel*>(block));
+        continue;
+      }
+      keepBelow(in, y, tile, kept);
+      filterBand(band, tile, y);
+      tile.keeps = 0;
     }
     if (tile.y.produces()) scatterPartial(out, tile, x1, result);
     tile.y.endBlock();
   }
+}
+
+// Rows beyond the edges are filtered along x once, where they mirror or repeat rows within.
+template <class Pixel, class Accum>
+auto FusedPasses<Pixel, Accum>::keptRows(const Texture& in, std::int64_t top, std::int64_t end) const -> KeptRows {
+  const HvTexAxis& rows = in.vertical;
+  KeptRows kept;
+  if (rows.size <= 0 || (rows.edgeMethod != kEdgeReflect && rows.edgeMethod != kEdgeRepeat)) return kept;
+  const auto whole = [](std::int64_t n) { return (n + kPixels - 1) / kPixels * kPixels; };
+  const std::int64_t above = whole(std::int64_t{rows.originI} + rows.lo - top);
+  const std::int64_t below = whole(end - 1 - (std::int64_t{rows.originI} + rows.hi));
+  if (above > 0 && above <= mostKept() && above < rows.count) kept.above = static_cast<std::int32_t>(above);
+  if (below > 0 && below <= mostKept() && below < rows.count) kept.below = static_cast<std::int32_t>(below);
+  return kept;
+}
+
+// Whether all rows of a band from y on are kept, and where.
+template <class Pixel, class Accum>
+bool FusedPasses<Pixel, Accum>::KeptRows::have(const Texture& in, std::int64_t y, std::int32_t* at) const {
+  for (std::int32_t i = 0; i < kPixels; ++i) {
+    at[i] = in.vertical.mapIndex(wrapSub(static_cast<std::int32_t>(y + i), in.vertical.originI)) - first;
+    if (at[i] < 0 || at[i] >= count) return false;
+  }
+  return true;
+}
+
+// The rows at the upper edge, before those that mirror them are read. False after a stop.
+template <class Pixel, class Accum>
+bool FusedPasses<Pixel, Accum>::keepAbove(const Band& band, Tile& tile, KeptRows& kept,
+                                          HvInterruptRecord* interrupt) const {
+  kept.first = band.in.vertical.lo;
+  tile.keepsOnly = true;
+  tile.completes = false;
+  for (tile.keptAt = 0; tile.keptAt < kept.above; tile.keptAt += kPixels) {
+    if (stoppedBefore(interrupt, kPixels)) break;
+    filterBand(band, tile, std::int64_t{band.in.vertical.originI} + kept.first + tile.keptAt);
+    kept.count += kPixels;
+  }
+  tile.keepsOnly = false;
+  return kept.count == kept.above;
+}
+
+// Has the rows of a band from y on that are at the lower edge kept.
+template <class Pixel, class Accum>
+void FusedPasses<Pixel, Accum>::keepBelow(const Texture& in, std::int64_t y, Tile& tile, KeptRows& kept) const {
+  const std::int64_t row = y - in.vertical.originI;
+  const std::int64_t first = std::int64_t{in.vertical.hi} + 1 - kept.below;
+  const std::int64_t from = std::max(row, first);
+  const std::int64_t to = std::min<std::int64_t>(row + kPixels, std::int64_t{in.vertical.hi} + 1);
+  if (from >= to) return;
+  if (from == first) {
+    kept.first = static_cast<std::int32_t>(first);
+    kept.count = 0;
+  }
+  // A window that begins within them keeps none.
+  if (kept.first + kept.count != from || kept.first != first) return;
+  tile.keeps = static_cast<std::int32_t>(to - from);
+  tile.keepsFrom = static_cast<std::int32_t>(from - row);
+  tile.keptAt = kept.count;
+  kept.count += tile.keeps;
 }
 
 // Blocks from position x on.
@@ -185,8 +266,10 @@ auto FusedPasses<Pixel, Accum>::rowsOf(const Texture& in, std::int64_t y) const 
 }
 
 template <class Pixel, class Accum>
-void FusedPasses<Pixel, Accum>::filterBand(const Texture& in, Tile& tile, std::byte* block,
-                                           const std::vector<Columns>& columns, std::int64_t y) const {
+void FusedPasses<Pixel, Accum>::filterBand(const Band& band, Tile& tile, std::int64_t y) const {
+  const Texture& in = band.in;
+  const std::vector<Columns>& columns = band.columns;
+  std::byte* const block = band.block;
   const Rows rows = rowsOf(in, y);
   tile.x.begin();
   auto* const pixels = reinterpret_cast<Pixel*>(block);

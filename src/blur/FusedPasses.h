@@ -85,14 +85,36 @@ class FusedPasses {
     bool outside;
   };
 
+  // What the bands of a tile are read from.
+  struct Band {
+    const Texture& in;
+    std::byte* block;  // for pixels that cannot be read directly
+    std::vector<Columns> columns;
+  };
+  // The source's rows that are kept after the boxes along x, and how many are to be kept at either edge.
+  struct KeptRows {
+    bool have(const Texture& in, std::int64_t y, std::int32_t* at) const;
+
+    std::int32_t first = 0;  // in the source's buffer
+    std::int32_t count = 0;
+    std::int32_t above = 0;
+    std::int32_t below = 0;
+  };
+  // The most rows beyond an edge that a tile reads.
+  std::int32_t mostKept() const {
+    return static_cast<std::int32_t>((3 * BoxSweep::taps(boxY_) / kFusedRows + 3) * kFusedRows);
+  }
+
   // Without memory and place.
   Tile emptyTile() const;
   void filterTile(const Texture& in, const Texture& out, Tile& tile, std::byte* block, std::int32_t number,
                   HvInterruptRecord* interrupt) const;
   std::vector<Columns> columnsOf(const Texture& in, std::int64_t x, std::int32_t blocks) const;
   Rows rowsOf(const Texture& in, std::int64_t y) const;
-  void filterBand(const Texture& in, Tile& tile, std::byte* block, const std::vector<Columns>& columns,
-                  std::int64_t y) const;
+  KeptRows keptRows(const Texture& in, std::int64_t top, std::int64_t end) const;
+  bool keepAbove(const Band& band, Tile& tile, KeptRows& kept, HvInterruptRecord* interrupt) const;
+  void keepBelow(const Texture& in, std::int64_t y, Tile& tile, KeptRows& kept) const;
+  void filterBand(const Band& band, Tile& tile, std::int64_t y) const;
   void gather(const Texture& in, Pixel* block, std::int64_t x, std::int64_t y) const;
   void scatterPartial(const Texture& out, const Tile& tile, std::int64_t x, std::int64_t y) const;
 

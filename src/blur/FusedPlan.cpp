@@ -19,7 +19,9 @@ double costOf(const FusedSize& size, std::int64_t columns, std::int64_t rows) {
   const auto height = static_cast<double>(shareOf(size.height, rows));
   const auto leadX = static_cast<double>(size.leadX);
   const auto leadY = static_cast<double>(size.leadY);
-  const double alongX = (width + kFillingCost * leadX) * (height + leadY);
+  // Rows beyond the picture are mostly images of rows within.
+  const double again = leadY * static_cast<double>(rows - 1) / static_cast<double>(rows);
+  const double alongX = (width + kFillingCost * leadX) * (height + again);
   const double alongY = width * (height + kFillingCost * leadY);
   return (alongX + alongY) * static_cast<double>(shareOf(columns * rows, size.threads));
 }
