@@ -245,6 +245,23 @@ void GroupsAlongY(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end) 
     GroupAlongY<kFraction>(sums, tile, g);
 }
 
+// Positions of a band's block to rows of one position each, in the reverse order if backward. Functions of their own,
+// with what they know at compile time.
+template <class Word, bool kBackward>
+HWY_NOINLINE void BlockIntoRows(const Word* from, std::int64_t lineBytes, Word* rows) {
+  constexpr std::int32_t kPixels = kFusedPixels<Word>;
+  constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
+  const Side<Word> strip =
+      kBackward ? Side<Word>{rows + (kFusedColumns - 1) * kPixels, -kLineBytes} : Side<Word>{rows, kLineBytes};
+  IntoStrip<Word>({from, lineBytes}, kPixels, kFusedColumns, strip);
+}
+template <class Word>
+HWY_NOINLINE void RowsIntoGroup(const Word* rows, Word* group) {
+  constexpr std::int32_t kPixels = kFusedPixels<Word>;
+  constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
+  IntoStrip<Word>({rows, kLineBytes}, kPixels, kPixels, {group, kLineBytes});
+}
+
 template <class Box>
 using AlongY = void (*)(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end);
 
@@ -269,8 +286,7 @@ HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY
   for (std::int32_t g = first; g < end; ++g, from += kPixels * kLineBytes) {
     std::byte* const kept = KeptOfGroup(tile, g) + static_cast<std::size_t>(tile.keptAt) * kFusedLine;
     std::byte* const to = tile.keepsOnly ? kept : RowsOfBand(tile, g);
-    IntoStrip<Word>({reinterpret_cast<const Word*>(from), kLineBytes}, kPixels, kPixels,
-                    {reinterpret_cast<Word*>(to), kLineBytes});
+    RowsIntoGroup(reinterpret_cast<const Word*>(from), reinterpret_cast<Word*>(to));
     if (tile.keeps > 0 && !tile.keepsOnly) {
       std::memcpy(kept, to + static_cast<std::size_t>(tile.keepsFrom) * kFusedLine,
                   static_cast<std::size_t>(tile.keeps) * kFusedLine);
@@ -281,17 +297,18 @@ HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY
 
 template <class Word, bool kFraction, class Sums, class Box>
 void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
-  constexpr auto kPixels = static_cast<std::int32_t>(kFusedLine / sizeof(Word));
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
   const Sums sums(tile.boxX);
   const std::byte* from = stretch.first;
   const Rings rings{tile.sums, tile.gathered, tile.slotsX, tile.mask};
   for (std::int32_t b = 0; b < stretch.blocks; ++b, from += stretch.blockBytes) {
-    // Backward, positions go to rows in the reverse order.
     auto* const rows = reinterpret_cast<Word*>(tile.gathered + static_cast<std::size_t>(tile.x.row) * kFusedLine);
-    const Side<Word> strip =
-        stretch.backward ? Side<Word>{rows + (kFusedColumns - 1) * kPixels, -kLineBytes} : Side<Word>{rows, kLineBytes};
-    IntoStrip<Word>({reinterpret_cast<const Word*>(from), stretch.lineBytes}, kPixels, kFusedColumns, strip);
+    const auto* pixels = reinterpret_cast<const Word*>(from);
+    if (stretch.backward) {
+      BlockIntoRows<Word, true>(pixels, stretch.lineBytes, rows);
+    } else {
+      BlockIntoRows<Word, false>(pixels, stretch.lineBytes, rows);
+    }
     const std::byte* next = b + 1 < stretch.blocks ? from + stretch.blockBytes : stretch.after;
     const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0};
     RunLine<kFraction>(sums, tile.x, rings, tile.results, kLineBytes, false, tile.merges, kFusedColumns, ask);

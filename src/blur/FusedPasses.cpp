@@ -100,8 +100,11 @@ bool FusedPasses<Pixel, Accum>::run(const Texture& in, const Texture& out, HvInt
   tile.keptRows = mostKept();
   const std::size_t keptBytes = static_cast<std::size_t>(tile.keptRows) * kFusedLine;
   constexpr std::size_t kPartialBytes = 2 * kFusedRows * kFusedLine;
-  const HvScratchBlock scratch =
-      takeScratch(bytesAlongX(tile) + kPartialBytes + kBandBytes<Pixel> + mostGroups * (tile.groupBytes + keptBytes));
+  std::size_t bytes =
+      bytesAlongX(tile) + kPartialBytes + kBandBytes<Pixel> + mostGroups * (tile.groupBytes + keptBytes);
+  // Whole large pages, unless most of one would be idle.
+  if (bytes > kScratchPage / 4) bytes = (bytes + kScratchPage - 1) / kScratchPage * kScratchPage;
+  const HvScratchBlock scratch = takeScratch(bytes);
   if (scratch.memory == nullptr) return false;
   tile.gathered = scratch.memory;
   tile.results = tile.gathered + static_cast<std::size_t>(tile.x.ring) * kFusedLine;

@@ -47,7 +47,7 @@ HWY_INLINE void TransposeTile(Side<const T> from, std::int32_t rows, std::int32_
 }
 
 template <class T>
-void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
+HWY_INLINE void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
   TransposeTile(lines, count, positions, strip);
 }
 
@@ -139,7 +139,7 @@ HWY_INLINE void LinesIntoStrip(D d, Side<const T> lines, std::int32_t& y, std::i
 }
 
 template <class T>
-void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
+HWY_INLINE void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t positions, Side<T> strip) {
   std::int32_t y = 0;
   LinesIntoStrip(hn::ScalableTag<T>(), lines, y, count, positions, strip);
   LinesIntoStrip(hn::FixedTag<T, kSideOf<T> >(), lines, y, count, positions, strip);

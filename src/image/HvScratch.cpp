@@ -24,10 +24,10 @@ constexpr std::size_t kMostIdleBytes = std::size_t{1} << 20;
 constexpr std::size_t kCacheLine = 64;
 // Large blocks are aligned to large pages and request them: with small pages, columns of a picture would overflow the
 // TLB.
-constexpr std::size_t kLargePage = std::size_t{2} << 20;
+constexpr std::size_t kLargePage = kScratchPage;
 
 constexpr std::align_val_t alignmentOf(std::size_t bytes) {
-  return std::align_val_t{bytes >= 2 * kLargePage ? kLargePage : kCacheLine};
+  return std::align_val_t{bytes >= kLargePage ? kLargePage : kCacheLine};
 }
 
 class Shelf {
@@ -43,7 +43,7 @@ class Shelf {
         static_cast<std::byte*>(::operator new(std::max<std::size_t>(bytes, 1), alignmentOf(bytes), std::nothrow));
 #ifdef MADV_HUGEPAGE
     // Advice only: a failure does not matter.
-    if (memory != nullptr && bytes >= 2 * kLargePage) madvise(memory, bytes, MADV_HUGEPAGE);
+    if (memory != nullptr && bytes >= kLargePage) madvise(memory, bytes, MADV_HUGEPAGE);
 #endif
     return {memory, memory == nullptr ? 0 : bytes};
   }

@@ -5,6 +5,9 @@
 
 namespace vblur {
 
+// Blocks of this size and more lie in large pages where the system has them: as a rule, as many as fit whole.
+inline constexpr std::size_t kScratchPage = std::size_t{2} << 20;
+
 struct HvScratchBlock {
   std::byte* memory = nullptr;
   std::size_t bytes = 0;
