@@ -180,7 +180,12 @@ struct ByteLanes {
     return {hn::Sub(in.lower, out.lower), hn::Sub(in.upper, out.upper)};
   }
   static HWY_INLINE Pair Difference(Bytes in, Bytes out) {
+#if HV_X86_VECTORS
+    return {V{EvenLessOddBytes(hn::InterleaveLower(U8(), in, out).raw)},
+            V{EvenLessOddBytes(hn::InterleaveUpper(U8(), in, out).raw)}};
+#else
     return Difference(Unpacked(in), Unpacked(out));
+#endif
   }
 };
 

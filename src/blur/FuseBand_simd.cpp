@@ -65,26 +65,26 @@ struct AskNothing {
   HWY_INLINE void operator()() {}
 };
 
-template <bool kFraction, Stage kStage, class Sums, std::size_t kUnits, class Ask>
+template <bool kFraction, bool kMerges, Stage kStage, class Sums, std::size_t kUnits, class Ask>
 HWY_INLINE void Run(const Sums& sums, Unit<Sums> (&units)[kUnits], Steps& at, const Apart& apart, const std::byte* mask,
                     bool streams, std::size_t slotBytes, std::int32_t count, Ask& ask) {
   using C = typename Sums::Component;
   const auto components = [](const std::byte* p) { return reinterpret_cast<const C*>(p); };
   for (std::int32_t i = 0; i < count; ++i) {
     ask();
-    const std::byte* others = kStage == kProduce ? at.others : nullptr;
+    const std::byte* others = kMerges && kStage == kProduce ? at.others : nullptr;
     units[0].template Step<kFraction, kStage>(sums, components(at.entering), components(at.leaving), at.slot,
                                               {components(others), components(mask), streams},
                                               reinterpret_cast<C*>(at.to));
     if constexpr (kUnits == 2) {
-      const std::byte* nextOthers = others == nullptr ? nullptr : others + apart.rows;
+      const std::byte* nextOthers = kMerges && kStage == kProduce ? others + apart.rows : nullptr;
       units[1].template Step<kFraction, kStage>(
           sums, components(at.entering + apart.rows), components(at.leaving + apart.rows), at.slot + apart.slots,
           {components(nextOthers), components(mask), streams}, reinterpret_cast<C*>(at.to + apart.to));
     }
     at.entering += kFusedLine;
     at.leaving += kFusedLine;
-    if (others != nullptr) at.others += kFusedLine;
+    if constexpr (kMerges) at.others += kFusedLine;
     if constexpr (kStage == kProduce) at.to += at.toBytes;
     if constexpr (kStage != kFillFirst) {
       at.slot += slotBytes;
@@ -102,10 +102,10 @@ struct Rings {
 };
 
 // Rows k to `end` of a block, in stretches between the wraps of the ring and the stages of the boxes.
-template <bool kFraction, class Sums, std::size_t kUnits, class Ask>
+template <bool kFraction, bool kMerges, class Sums, std::size_t kUnits, class Ask>
 HWY_INLINE void RunBlock(const Sums& sums, Unit<Sums> (&units)[kUnits], const FusedAxis& axis, const Rings& rings,
-                         const Apart& apart, std::byte* to, std::int64_t toBytes, bool streams, bool merges,
-                         std::int32_t end, Ask& ask) {
+                         const Apart& apart, std::byte* to, std::int64_t toBytes, bool streams, std::int32_t end,
+                         Ask& ask) {
   constexpr std::size_t kSlotBytes = 2 * (kFusedLine / Sums::kBytes) * Sums::kRingBytes;
   const auto inRing = [&](std::int32_t row) {
     return rings.rows + static_cast<std::size_t>(row < 0 ? row + axis.ring : row) * kFusedLine;
@@ -123,22 +123,22 @@ HWY_INLINE void RunBlock(const Sums& sums, Unit<Sums> (&units)[kUnits], const Fu
     const std::int32_t others = axis.row + k - axis.behind;
     std::int32_t count = end - k;
     if (leaving < 0) count = HWY_MIN(count, -leaving);
-    if (merges && others < 0) count = HWY_MIN(count, -others);
+    if (kMerges && others < 0) count = HWY_MIN(count, -others);
     const std::int32_t step = axis.step() + k;
     at.entering = inRing(axis.row + k);
     at.leaving = inRing(leaving);
-    at.others = merges ? inRing(others) : nullptr;
+    at.others = kMerges ? inRing(others) : nullptr;
     if (step >= 3 * axis.taps) {
-      Run<kFraction, kProduce>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+      Run<kFraction, kMerges, kProduce>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
     } else if (step >= 2 * axis.taps) {
       count = HWY_MIN(count, 3 * axis.taps - step);
-      Run<kFraction, kFillThird>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+      Run<kFraction, kMerges, kFillThird>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
     } else if (step >= axis.taps) {
       count = HWY_MIN(count, 2 * axis.taps - step);
-      Run<kFraction, kFillSecond>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+      Run<kFraction, kMerges, kFillSecond>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
     } else {
       count = HWY_MIN(count, axis.taps - step);
-      Run<kFraction, kFillFirst>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
+      Run<kFraction, kMerges, kFillFirst>(sums, units, at, apart, rings.mask, streams, kSlotBytes, count, ask);
     }
     k += count;
   }
@@ -161,9 +161,9 @@ HWY_INLINE void LoadUnits(const Sums& sums, Unit<Sums> (&units)[kUnits], bool fi
 }
 
 // A block of rows of one line's width, all units of it. The results go to rows toBytes apart.
-template <bool kFraction, class Sums, class Ask>
+template <bool kFraction, bool kMerges, class Sums, class Ask>
 HWY_INLINE void RunLine(const Sums& sums, const FusedAxis& axis, const Rings& line, std::byte* to, std::int64_t toBytes,
-                        bool streams, bool merges, std::int32_t end, const Ask& asked) {
+                        bool streams, std::int32_t end, const Ask& asked) {
   constexpr std::size_t kUnits = kUnitsOfLine<Sums>;
   constexpr Apart kApart{Sums::kBytes, 2 * Sums::kRingBytes, Sums::kBytes};
   for (std::size_t u = 0; u < kFusedLine / Sums::kBytes; u += kUnits) {
@@ -172,7 +172,7 @@ HWY_INLINE void RunLine(const Sums& sums, const FusedAxis& axis, const Rings& li
     Unit<Sums> units[kUnits];
     LoadUnits(sums, units, axis.blocks == 0, rings.sums, 3 * Sums::kSumBytes);
     Ask ask = asked;
-    RunBlock<kFraction>(sums, units, axis, rings, kApart, to + u * Sums::kBytes, toBytes, streams, merges, end, ask);
+    RunBlock<kFraction, kMerges>(sums, units, axis, rings, kApart, to + u * Sums::kBytes, toBytes, streams, end, ask);
     for (std::size_t i = 0; i < kUnits; ++i)
       units[i].Store(rings.sums + i * 3 * Sums::kSumBytes);
   }
@@ -196,7 +196,7 @@ HWY_INLINE Rings RingsOfGroup(const Tile& tile, std::int32_t g) {
 }
 
 // A block of rows of one group through the boxes along y.
-template <bool kFraction, class Sums, class Tile>
+template <bool kFraction, bool kMerges, class Sums, class Tile>
 HWY_INLINE void GroupAlongY(const Sums& sums, const Tile& tile, std::int32_t g) {
   const Rings rings = RingsOfGroup(tile, g);
   const bool produces = tile.y.produces();
@@ -206,43 +206,43 @@ HWY_INLINE void GroupAlongY(const Sums& sums, const Tile& tile, std::int32_t g) 
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
   if (g == tile.partialFirst || g == tile.partialLast) {
     std::byte* const partial = tile.partial + (g == tile.partialFirst ? 0 : kFusedRows * kFusedLine);
-    return RunLine<kFraction>(sums, tile.y, rings, partial, kLineBytes, false, tile.merges, end, AskNothing());
+    return RunLine<kFraction, kMerges>(sums, tile.y, rings, partial, kLineBytes, false, end, AskNothing());
   }
   if (kStepBytes < kFusedLine && tile.streams) {
     alignas(kFusedLine) std::byte lines[kFusedRows * kFusedLine];
-    RunLine<kFraction>(sums, tile.y, rings, lines, kLineBytes, false, tile.merges, end, AskNothing());
+    RunLine<kFraction, kMerges>(sums, tile.y, rings, lines, kLineBytes, false, end, AskNothing());
     if (produces) StreamLines(lines, to, tile.stride, end);
     return;
   }
-  RunLine<kFraction>(sums, tile.y, rings, to, tile.stride, tile.streams, tile.merges, end, AskNothing());
+  RunLine<kFraction, kMerges>(sums, tile.y, rings, to, tile.stride, tile.streams, end, AskNothing());
 }
 
 // Two groups side by side, so that results are stored two cache lines together.
-template <bool kFraction, class Sums, class Tile>
+template <bool kFraction, bool kMerges, class Sums, class Tile>
 HWY_INLINE void PairAlongY(const Sums& sums, const Tile& tile, std::int32_t g) {
   const Rings rings = RingsOfGroup(tile, g);
   const Apart apart{tile.groupBytes, tile.groupBytes, kFusedLine};
   Unit<Sums> units[2];
   LoadUnits(sums, units, false, rings.sums, tile.groupBytes);
   AskNothing ask;
-  RunBlock<kFraction>(sums, units, tile.y, rings, apart,
-                      tile.target + static_cast<std::int64_t>(g) * static_cast<std::int64_t>(kFusedLine), tile.stride,
-                      tile.streams, tile.merges, tile.rows, ask);
+  RunBlock<kFraction, kMerges>(sums, units, tile.y, rings, apart,
+                               tile.target + static_cast<std::int64_t>(g) * static_cast<std::int64_t>(kFusedLine),
+                               tile.stride, tile.streams, tile.rows, ask);
   for (std::size_t i = 0; i < 2; ++i)
     units[i].Store(rings.sums + i * tile.groupBytes);
 }
 
 // Groups g to `end` - 1.
-template <bool kFraction, class Sums, class Box>
+template <bool kFraction, bool kMerges, class Sums, class Box>
 void GroupsAlongY(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end) {
   const Sums sums(tile.boxY);
   if constexpr (Sums::kBytes == kFusedLine && Sums::kUnits == 2) {
     const auto isPartial = [&](std::int32_t i) { return i == tile.partialFirst || i == tile.partialLast; };
     for (; tile.y.produces() && g + 2 <= end && !isPartial(g) && !isPartial(g + 1); g += 2)
-      PairAlongY<kFraction>(sums, tile, g);
+      PairAlongY<kFraction, kMerges>(sums, tile, g);
   }
   for (; g < end; ++g)
-    GroupAlongY<kFraction>(sums, tile, g);
+    GroupAlongY<kFraction, kMerges>(sums, tile, g);
 }
 
 // Positions of a band's block to rows of one position each, in the reverse order if backward. Functions of their own,
@@ -295,7 +295,7 @@ HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY
   if (tile.completes) alongY(tile, first, end);
 }
 
-template <class Word, bool kFraction, class Sums, class Box>
+template <class Word, bool kFraction, bool kMerges, class Sums, class Box>
 void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
   const Sums sums(tile.boxX);
@@ -311,7 +311,7 @@ void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> a
     }
     const std::byte* next = b + 1 < stretch.blocks ? from + stretch.blockBytes : stretch.after;
     const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0};
-    RunLine<kFraction>(sums, tile.x, rings, tile.results, kLineBytes, false, tile.merges, kFusedColumns, ask);
+    RunLine<kFraction, kMerges>(sums, tile.x, rings, tile.results, kLineBytes, false, kFusedColumns, ask);
     if (tile.x.produces()) ResultsIntoGroups<Word>(tile, alongY);
     tile.x.endBlock();
   }
@@ -319,11 +319,12 @@ void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> a
 
 template <class Word, class Sums, class Box>
 void FuseWith(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
-  if (tile.boxX.d == 0) {
-    BandAlongX<Word, false, Sums>(tile, stretch, alongY);
-  } else {
-    BandAlongX<Word, true, Sums>(tile, stretch, alongY);
+  if (tile.merges) {
+    if (tile.boxX.d == 0) return BandAlongX<Word, false, true, Sums>(tile, stretch, alongY);
+    return BandAlongX<Word, true, true, Sums>(tile, stretch, alongY);
   }
+  if (tile.boxX.d == 0) return BandAlongX<Word, false, false, Sums>(tile, stretch, alongY);
+  BandAlongX<Word, true, false, Sums>(tile, stretch, alongY);
 }
 
 template <std::int32_t kRows, class Box>
@@ -338,29 +339,31 @@ HWY_INLINE void KeptIntoGroups(const FusedTile<Box>& tile, const std::int32_t* k
 }
 
 template <class Sums, class Box>
-AlongY<Box> AlongYBy(const Box& box) {
-  return box.d == 0 ? &GroupsAlongY<false, Sums, Box> : &GroupsAlongY<true, Sums, Box>;
+AlongY<Box> AlongYBy(const FusedTile<Box>& tile) {
+  if (tile.merges)
+    return tile.boxY.d == 0 ? &GroupsAlongY<false, true, Sums, Box> : &GroupsAlongY<true, true, Sums, Box>;
+  return tile.boxY.d == 0 ? &GroupsAlongY<false, false, Sums, Box> : &GroupsAlongY<true, false, Sums, Box>;
 }
 
 using IntegerTile = FusedTile<BoxConstants>;
 
-AlongY<BoxConstants> AlongY8(const BoxConstants& box) {
+AlongY<BoxConstants> AlongY8(const IntegerTile& tile) {
 #if HWY_TARGET == HWY_SCALAR
-  return AlongYBy<WideSums<std::uint8_t>>(box);
+  return AlongYBy<WideSums<std::uint8_t>>(tile);
 #else
-  if (SmallSums<true>::Fits(box)) return AlongYBy<SmallSums<true>>(box);
-  if (MediumSums<true>::Fits(box)) return AlongYBy<MediumSums<true>>(box);
-  return AlongYBy<SplitSums>(box);
+  if (SmallSums<true>::Fits(tile.boxY)) return AlongYBy<SmallSums<true>>(tile);
+  if (MediumSums<true>::Fits(tile.boxY)) return AlongYBy<MediumSums<true>>(tile);
+  return AlongYBy<SplitSums>(tile);
 #endif
 }
 
 void FuseKept8(const IntegerTile& tile, const std::int32_t* keptAt) {
-  KeptIntoGroups<kFusedPixels<std::uint32_t>>(tile, keptAt, AlongY8(tile.boxY));
+  KeptIntoGroups<kFusedPixels<std::uint32_t>>(tile, keptAt, AlongY8(tile));
 }
 
 void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
-  const auto alongY = AlongY8(tile.boxY);
+  const auto alongY = AlongY8(tile);
 #if HWY_TARGET == HWY_SCALAR
   FuseWith<std::uint32_t, WideSums<std::uint8_t>>(tile, stretch, alongY);
 #else
@@ -374,22 +377,22 @@ void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {
 #endif
 }
 
-AlongY<BoxConstants> AlongY16(const BoxConstants& box) {
+AlongY<BoxConstants> AlongY16(const IntegerTile& tile) {
 #if HWY_TARGET == HWY_SCALAR
-  return AlongYBy<WideSums<std::int16_t>>(box);
+  return AlongYBy<WideSums<std::int16_t>>(tile);
 #else
-  if (ScaledSums<4>::Fits(box)) return AlongYBy<ScaledSums<4>>(box);
-  return AlongYBy<ScaledSums<2>>(box);
+  if (ScaledSums<4>::Fits(tile.boxY)) return AlongYBy<ScaledSums<4>>(tile);
+  return AlongYBy<ScaledSums<2>>(tile);
 #endif
 }
 
 void FuseKept16(const IntegerTile& tile, const std::int32_t* keptAt) {
-  KeptIntoGroups<kFusedPixels<std::uint64_t>>(tile, keptAt, AlongY16(tile.boxY));
+  KeptIntoGroups<kFusedPixels<std::uint64_t>>(tile, keptAt, AlongY16(tile));
 }
 
 void Fuse16(IntegerTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
-  const auto alongY = AlongY16(tile.boxY);
+  const auto alongY = AlongY16(tile);
 #if HWY_TARGET == HWY_SCALAR
   FuseWith<std::uint64_t, WideSums<std::int16_t>>(tile, stretch, alongY);
 #else

@@ -102,7 +102,7 @@ class FusedPasses {
   };
   // The most rows beyond an edge that a tile reads.
   std::int32_t mostKept() const {
-    return static_cast<std::int32_t>((3 * BoxSweep::taps(boxY_) / kFusedRows + 3) * kFusedRows);
+    return static_cast<std::int32_t>((BoxSweep::centre(boxY_) / kFusedRows + 3) * kFusedRows);
   }
 
   // Without memory and place.

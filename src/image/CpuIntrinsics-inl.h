@@ -28,7 +28,13 @@ namespace HWY_NAMESPACE {
 HWY_INLINE __m128i SaturatedToBytes(__m128i lower, __m128i upper) {
   return _mm_packus_epi16(lower, upper);
 }
+HWY_INLINE __m128i EvenLessOddBytes(__m128i v) {
+  return _mm_maddubs_epi16(v, _mm_set1_epi16(static_cast<short>(0xFF01)));
+}
 #if HWY_TARGET <= HWY_AVX2
+HWY_INLINE __m256i EvenLessOddBytes(__m256i v) {
+  return _mm256_maddubs_epi16(v, _mm256_set1_epi16(static_cast<short>(0xFF01)));
+}
 HWY_INLINE __m256i SaturatedToBytes(__m256i lower, __m256i upper) {
   return _mm256_packus_epi16(lower, upper);
 }
@@ -36,6 +42,11 @@ HWY_INLINE __m256i SaturatedToBytes(__m256i lower, __m256i upper) {
 #if HWY_TARGET <= HWY_AVX3
 HWY_INLINE __m512i SaturatedToBytes(__m512i lower, __m512i upper) {
   return _mm512_packus_epi16(lower, upper);
+}
+
+// Each even byte, without a sign, less the odd byte beside it.
+HWY_INLINE __m512i EvenLessOddBytes(__m512i v) {
+  return _mm512_maddubs_epi16(v, _mm512_set1_epi16(static_cast<short>(0xFF01)));
 }
 
 // Blocks 0 and 2 of `a` and of `b`; blocks 1 and 3.
