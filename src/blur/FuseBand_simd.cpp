@@ -44,13 +44,14 @@ struct Apart {
   std::size_t to;
 };
 
-// Prefetches the block that is read next, a cache line in each step.
+// Prefetches the block that is read next, a cache line in each step. A block need not begin with a cache line: its first
+// part has come with the block before.
 template <std::int32_t kPixelBytes>
 struct AskAhead {
   static constexpr std::int32_t kLines = kFusedColumns * kPixelBytes / static_cast<std::int32_t>(kFusedLine);
 
   HWY_INLINE void operator()() {
-    hwy::Prefetch(line + at * static_cast<std::int32_t>(kFusedLine));
+    hwy::Prefetch(line + (at + 1) * static_cast<std::int32_t>(kFusedLine) - 1);
     if (++at == kLines) {
       at = 0;
       line += lineBytes;

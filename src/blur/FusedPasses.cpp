@@ -76,7 +76,7 @@ FusedPasses<Pixel, Accum>::FusedPasses(const Texture& out, const BoxOf<Pixel>& b
   streams_ = width * height * static_cast<std::int64_t>(sizeof(Pixel)) >= kStreamedBytes;
   const Tile tile = emptyTile();
   plan_ = planFused({groups_, height, kPixels, tile.x.leadBlocks * kFusedColumns, tile.y.leadBlocks * kFusedRows,
-                     bytesOfGroup(tile), HvSecondCacheBytes(), threads});
+                     bytesOfGroup(tile), HvSecondCacheBytes() / 4 * 5, threads});
 }
 
 template <class Pixel, class Accum>
