@@ -44,8 +44,8 @@ struct Apart {
   std::size_t to;
 };
 
-// Prefetches the block that is read next, a cache line in each step. A block need not begin with a cache line: its first
-// part has come with the block before.
+// Prefetches the block that is read next, a cache line in each step. A block need not begin with a cache line: its
+// first part has come with the block before.
 template <std::int32_t kPixelBytes>
 struct AskAhead {
   static constexpr std::int32_t kLines = kFusedColumns * kPixelBytes / static_cast<std::int32_t>(kFusedLine);
@@ -359,6 +359,7 @@ AlongY<BoxConstants> AlongY8(const IntegerTile& tile) {
 }
 
 void FuseKept8(const IntegerTile& tile, const std::int32_t* keptAt) {
+  HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
   KeptIntoGroups<kFusedPixels<std::uint32_t>>(tile, keptAt, AlongY8(tile));
 }
 
@@ -388,6 +389,7 @@ AlongY<BoxConstants> AlongY16(const IntegerTile& tile) {
 }
 
 void FuseKept16(const IntegerTile& tile, const std::int32_t* keptAt) {
+  HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
   KeptIntoGroups<kFusedPixels<std::uint64_t>>(tile, keptAt, AlongY16(tile));
 }
 

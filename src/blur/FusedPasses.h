@@ -61,6 +61,13 @@ class FusedPasses {
 
   // Whether it is faster than two passes.
   bool pays() const { return plan_.pays; }
+  // Other tiles than planned, with the same results: at least 1 each way.
+  void divide(std::int32_t columns, std::int32_t rows) {
+    plan_.columns = columns;
+    plan_.rows = rows;
+  }
+  // Whether results go past the caches, whatever the size of the window.
+  void streams(bool streams) { streams_ = streams; }
   // Filters tiles until there are no more. At once on any number of threads; false when there is no memory.
   bool run(const Texture& in, const Texture& out, HvInterruptRecord* interrupt);
 

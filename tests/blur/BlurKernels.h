@@ -4,6 +4,7 @@
 #include "blur/ChannelRows.h"
 #include "blur/ColourRows.h"
 #include "blur/SubtractCombiner.h"
+#include "tests/blur/FusedKernels.h"
 #include "tests/blur/StripKernels.h"
 #include "tests/support/KernelCase.h"
 
@@ -56,6 +57,7 @@ inline std::vector<KernelCase> blurKernels() {
   addReflection<R16>(cases, "16");
   addReflection<Rf>(cases, "float");
   addStripKernels(cases);
+  addFusedKernels(cases);
   return cases;
 }
 

@@ -102,11 +102,15 @@ void compareAnyDepth(Random& random, const Case& what) {
 class FuzzModelLevels : public AtEachLevel {};
 
 TEST_P(FuzzModelLevels, RunTheirVectorCode) {
-  HvTexture<R8, Ri> source(64, 64);
-  HvTexture<R8, Ri> target(64, 64);
+  const ThreadCount threads(1);
+  HvTexture<R8, Ri> source(128, 64);
+  HvTexture<R8, Ri> target(128, 64);
+  source.setEdgeMethods(kEdgeWrap, kEdgeWrap);
   FuzzSampler<R8, Ri, 255> sampler;
   sampler.sizeX = sampler.sizeY = 2.5f;
   sampler.process(&source, &target);
+  EXPECT_TRUE(kernelsRan({"fuseBand 8"}));
+  sampler.process(&source, &source);
   EXPECT_TRUE(kernelsRan({"boxSweep 8", "transposePixels"}));
 }
 
