@@ -13,6 +13,7 @@
 
 #include "blur/BoxFilter.h"
 #include "blur/FuseBand.h"
+#include "blur/FusedPlan.h"
 #include "blur/LineBlock.h"
 #include "blur/StripPasses.h"
 #include "image/HvInteruptable.h"
@@ -20,26 +21,6 @@
 #include "image/HvTexture.h"
 
 namespace vblur {
-
-// How a window is divided among threads.
-struct FusedPlan {
-  std::int32_t columns = 1;  // tiles side by side
-  std::int32_t rows = 1;     // and below one another
-  bool pays = false;         // against two passes
-};
-
-// What a tile needs of a box on one axis, and what the plan depends on.
-struct FusedSize {
-  std::int64_t width = 0;   // of the window, in groups of columns
-  std::int64_t height = 0;  // of the window, in rows
-  std::int32_t groupColumns = 0;
-  std::int64_t leadX = 0;  // positions beyond a tile that it filters along x
-  std::int64_t leadY = 0;  // rows beyond a tile that it filters along x
-  std::size_t groupBytes = 0;
-  std::size_t budget = 0;  // bytes of groups of a tile
-  std::int32_t threads = 1;
-};
-FusedPlan planFused(const FusedSize& size);
 
 // The pixels that have both passes in one.
 template <class Pixel>

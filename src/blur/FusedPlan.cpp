@@ -1,6 +1,8 @@
+#include "blur/FusedPlan.h"
+
 #include <algorithm>
 
-#include "blur/FusedPasses.h"
+#include "blur/FuseBand.h"
 
 namespace vblur {
 namespace {

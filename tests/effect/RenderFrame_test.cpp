@@ -6,6 +6,7 @@
 #include "platform/IVBlurFacts.h"
 #include "tests/effect/FrameTest.h"
 #include "tests/effect/OpenBlur.h"
+#include "tests/support/ThreadCount.h"
 
 namespace vblur {
 namespace {
@@ -21,7 +22,7 @@ TEST_F(RenderFrame, TakesOnePictureBesideThoseThatAreGiven) {
   bench.project = host::ProjectSizes{{kWidth, kHeight}, {kWidth, kHeight}};
   Paint<Pixel8>(bench.input, kWidth, kHeight, Checks);
   Paint<Pixel8>(bench.output, kWidth, kHeight, Marker);
-  bench.Set(PropertyId::Blur, 30.0);
+  bench.Set(PropertyId::Blur, 300.0);
   EXPECT_EQ(bench.effect->DescribeFrameMemory().own, 0);
   ASSERT_EQ(bench.Render(), kOk);
   const FrameMemoryFacts memory = bench.effect->DescribeFrameMemory();
@@ -29,6 +30,13 @@ TEST_F(RenderFrame, TakesOnePictureBesideThoseThatAreGiven) {
   const std::int64_t between = 4 * kWidth * kHeight;
   EXPECT_GE(memory.own, between);
   EXPECT_LE(memory.own, between + kTables);
+
+  // Both passes in one keep a tile for each thread.
+  const test::ThreadCount threads(1);
+  bench.Set(PropertyId::Blur, 30.0);
+  ASSERT_EQ(bench.Render(), kOk);
+  EXPECT_GT(bench.effect->DescribeFrameMemory().own, 0);
+  EXPECT_LT(bench.effect->DescribeFrameMemory().own, between);
 
   bench.Set(PropertyId::Blur, 0.0);
   ASSERT_EQ(bench.Render(), kOk);
