@@ -52,15 +52,24 @@ struct AskAhead {
 
   HWY_INLINE void operator()() {
     hwy::Prefetch(line + (at + 1) * static_cast<std::int32_t>(kFusedLine) - 1);
+    if (results != nullptr) {
+      // As many rows as the boxes along y take, in as many steps as those along x.
+      for (std::int32_t i = at % kStepsOfRow; i < kLines; i += kStepsOfRow)
+        hwy::Prefetch(results + (i + 1) * static_cast<std::int32_t>(kFusedLine) - 1);
+      if (at % kStepsOfRow == kStepsOfRow - 1) results += resultBytes;
+    }
     if (++at == kLines) {
       at = 0;
       line += lineBytes;
     }
   }
 
+  static constexpr std::int32_t kStepsOfRow = kFusedColumns / kFusedRows;
   const std::byte* line;
   std::int64_t lineBytes;
   std::int32_t at;
+  const std::byte* results;  // null for none
+  std::int64_t resultBytes;
 };
 struct AskNothing {
   HWY_INLINE void operator()() {}
@@ -107,7 +116,7 @@ template <bool kFraction, bool kMerges, class Sums, std::size_t kUnits, class As
 HWY_INLINE void RunBlock(const Sums& sums, Unit<Sums> (&units)[kUnits], const FusedAxis& axis, const Rings& rings,
                          const Apart& apart, std::byte* to, std::int64_t toBytes, bool streams, std::int32_t end,
                          Ask& ask) {
-  constexpr std::size_t kSlotBytes = 2 * (kFusedLine / Sums::kBytes) * Sums::kRingBytes;
+  constexpr std::size_t kSlotBytes = kFusedLine / Sums::kBytes * Unit<Sums>::kSlotBytes;
   const auto inRing = [&](std::int32_t row) {
     return rings.rows + static_cast<std::size_t>(row < 0 ? row + axis.ring : row) * kFusedLine;
   };
@@ -166,10 +175,10 @@ template <bool kFraction, bool kMerges, class Sums, class Ask>
 HWY_INLINE void RunLine(const Sums& sums, const FusedAxis& axis, const Rings& line, std::byte* to, std::int64_t toBytes,
                         bool streams, std::int32_t end, const Ask& asked) {
   constexpr std::size_t kUnits = kUnitsOfLine<Sums>;
-  constexpr Apart kApart{Sums::kBytes, 2 * Sums::kRingBytes, Sums::kBytes};
+  constexpr Apart kApart{Sums::kBytes, Unit<Sums>::kSlotBytes, Sums::kBytes};
   for (std::size_t u = 0; u < kFusedLine / Sums::kBytes; u += kUnits) {
     const Rings rings{line.sums + u * 3 * Sums::kSumBytes, line.rows + u * Sums::kBytes,
-                      line.slots + u * 2 * Sums::kRingBytes, line.mask + u * Sums::kBytes};
+                      line.slots + u * Unit<Sums>::kSlotBytes, line.mask + u * Sums::kBytes};
     Unit<Sums> units[kUnits];
     LoadUnits(sums, units, axis.blocks == 0, rings.sums, 3 * Sums::kSumBytes);
     Ask ask = asked;
@@ -296,6 +305,14 @@ HWY_INLINE void ResultsIntoGroups(const FusedTile<Box>& tile, AlongY<Box> alongY
   if (tile.completes) alongY(tile, first, end);
 }
 
+// Where the results of a block will be stored through the caches; null if not.
+template <class Word, class Box>
+HWY_INLINE const std::byte* ResultsToCome(const FusedTile<Box>& tile) {
+  const bool come = !tile.streams && tile.completes && tile.x.produces() && tile.y.produces();
+  constexpr auto kBytes = static_cast<std::int64_t>(kFusedColumns * sizeof(Word));
+  return come ? tile.target + (tile.x.blocks - tile.x.leadBlocks) * kBytes : nullptr;
+}
+
 template <class Word, bool kFraction, bool kMerges, class Sums, class Box>
 void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
@@ -311,7 +328,8 @@ void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> a
       BlockIntoRows<Word, false>(pixels, stretch.lineBytes, rows);
     }
     const std::byte* next = b + 1 < stretch.blocks ? from + stretch.blockBytes : stretch.after;
-    const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0};
+    const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0,
+                                     ResultsToCome<Word>(tile), tile.stride};
     RunLine<kFraction, kMerges>(sums, tile.x, rings, tile.results, kLineBytes, false, kFusedColumns, ask);
     if (tile.x.produces()) ResultsIntoGroups<Word>(tile, alongY);
     tile.x.endBlock();

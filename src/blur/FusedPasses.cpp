@@ -52,15 +52,20 @@ void fuseKeptBand(const FusedTile<BoxConstants>& tile, const std::int32_t* keptA
   fuseKeptBand16(tile, keptAt);
 }
 
+// Whether groups of columns can be cache lines in all rows.
+template <class Texture>
+bool hasWholeLines(const Texture& out) {
+  return out.stride % kLineOfResults == 0 &&
+         reinterpret_cast<std::uintptr_t>(out.data) % sizeof(typename Texture::Pixel) == 0;
+}
+
 }  // namespace
 
 template <class Pixel, class Accum>
 bool FusedPasses<Pixel, Accum>::fits(const Texture& in, const Texture& out, const BoxOf<Pixel>& boxX,
                                      const BoxOf<Pixel>& boxY, const StripChannels<Pixel>& channels, bool keepsOthers) {
   const bool whole = channels.all || keepsOthers;
-  const bool aligned =
-      out.stride % kLineOfResults == 0 && reinterpret_cast<std::uintptr_t>(out.data) % sizeof(Pixel) == 0;
-  return whole && aligned && scales(boxX) && scales(boxY) && !shareMemory(in, out);
+  return whole && scales(boxX) && scales(boxY) && !shareMemory(in, out);
 }
 
 template <class Pixel, class Accum>
@@ -69,11 +74,13 @@ FusedPasses<Pixel, Accum>::FusedPasses(const Texture& out, const BoxOf<Pixel>& b
                                        const StripChannels<Pixel>& channels, std::int32_t threads)
     : boxX_(withWeightyEnds(boxX)), boxY_(withWeightyEnds(boxY)), columns_(columns), rows_(rows), channels_(channels) {
   const Pixel* first = out.target(static_cast<std::int32_t>(columns.first), static_cast<std::int32_t>(rows.first));
-  before_ = static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(first) % kFusedLine / sizeof(Pixel));
+  lined_ = hasWholeLines(out);
+  before_ =
+      lined_ ? static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(first) % kFusedLine / sizeof(Pixel)) : 0;
   const std::int64_t width = columns.last - columns.first;
   const std::int64_t height = rows.last - rows.first;
   groups_ = static_cast<std::int32_t>((before_ + width + kPixels - 1) / kPixels);
-  streams_ = width * height * static_cast<std::int64_t>(sizeof(Pixel)) >= kStreamedBytes;
+  streams(width * height * static_cast<std::int64_t>(sizeof(Pixel)) >= kStreamedBytes);
   const Tile tile = emptyTile();
   plan_ = planFused({groups_, height, kPixels, tile.x.leadBlocks * kFusedColumns, tile.y.leadBlocks * kFusedRows,
                      bytesOfGroup(tile), HvSecondCacheBytes() / 4 * 5, threads});
@@ -139,9 +146,7 @@ void FusedPasses<Pixel, Accum>::filterTile(const Texture& in, const Texture& out
   tile.stride = out.stride;
 
   const std::int64_t left = x1 - BoxSweep::centre(boxX_) - tile.x.phase;
-  const Band band{
-      in, block,
-      columnsOf(in, left, tile.x.leadBlocks + (tile.groupCount * kPixels + kFusedColumns - 1) / kFusedColumns)};
+  const Band band{in, block, left, tile.x.leadBlocks + (tile.groupCount * kPixels + kFusedColumns - 1) / kFusedColumns};
   const std::int64_t top = y1 - BoxSweep::centre(boxY_) - tile.y.phase;
   const std::int64_t produced = top + std::int64_t{tile.y.leadBlocks} * kFusedRows;  // by the band of row y1
   const std::int64_t end = produced + (y2 - y1 + kFusedRows - 1) / kFusedRows * kFusedRows;
@@ -230,28 +235,14 @@ void FusedPasses<Pixel, Accum>::keepBelow(const Texture& in, std::int64_t y, Til
   kept.count += tile.keeps;
 }
 
-// Blocks from position x on.
+// Blocks of a kind from position x on, at most `most`.
 template <class Pixel, class Accum>
-auto FusedPasses<Pixel, Accum>::columnsOf(const Texture& in, std::int64_t x, std::int32_t blocks) const
-    -> std::vector<Columns> {
-  std::vector<Columns> all;
-  for (std::int32_t b = 0; b < blocks; ++b, x += kFusedColumns) {
-    const HvTexRun run = in.horizontal.runAt(static_cast<std::int32_t>(x));
-    Columns next{Columns::kGathered, 0, 1, x};
-    if (run.index != kOutside && run.step != 0 && run.length >= kFusedColumns) {
-      next.kind = run.step > 0 ? Columns::kForward : Columns::kBackward;
-      next.index = run.step > 0 ? run.index : run.index - (kFusedColumns - 1);
-    }
-    const std::int32_t step = next.kind == Columns::kForward ? kFusedColumns : -kFusedColumns;
-    const bool joins = !all.empty() && all.back().kind == next.kind &&
-                       (next.kind == Columns::kGathered || all.back().index + all.back().blocks * step == next.index);
-    if (joins) {
-      ++all.back().blocks;
-    } else {
-      all.push_back(next);
-    }
-  }
-  return all;
+auto FusedPasses<Pixel, Accum>::columnsAt(const Texture& in, std::int64_t x, std::int32_t most) -> Columns {
+  const HvTexRun run = in.horizontal.runAt(static_cast<std::int32_t>(x));
+  if (run.index == kOutside || run.step == 0 || run.length < kFusedColumns) return {Columns::kGathered, 0, 1};
+  const std::int32_t blocks = std::min(most, run.length / kFusedColumns);
+  if (run.step > 0) return {Columns::kForward, run.index, blocks};
+  return {Columns::kBackward, run.index - (kFusedColumns - 1), blocks};
 }
 
 template <class Pixel, class Accum>
@@ -271,36 +262,32 @@ auto FusedPasses<Pixel, Accum>::rowsOf(const Texture& in, std::int64_t y) const 
 template <class Pixel, class Accum>
 void FusedPasses<Pixel, Accum>::filterBand(const Band& band, Tile& tile, std::int64_t y) const {
   const Texture& in = band.in;
-  const std::vector<Columns>& columns = band.columns;
-  std::byte* const block = band.block;
   const Rows rows = rowsOf(in, y);
   tile.x.begin();
-  auto* const pixels = reinterpret_cast<Pixel*>(block);
+  auto* const pixels = reinterpret_cast<Pixel*>(band.block);
   if (rows.outside && rows.together) {
     std::fill_n(pixels, kFusedColumns, in.outsideColour);
-    std::int32_t blocks = 0;
-    for (const Columns& some : columns)
-      blocks += some.blocks;
-    return fuseBand(tile, {block, 0, 0, blocks, false, nullptr}, pixels);
+    return fuseBand(tile, {band.block, 0, 0, band.blocks, false, nullptr}, pixels);
   }
-  // The next band's first block that is read directly.
-  const auto direct =
-      std::find_if(columns.begin(), columns.end(), [](const Columns& some) { return some.kind == Columns::kForward; });
   const Rows next = rowsOf(in, y + kPixels);
-  const bool asks = direct != columns.end() && next.together && !next.outside && next.bytes == rows.bytes;
-  const std::byte* const after = asks ? next.first + direct->index * kPixelBytes : nullptr;
-  for (const Columns& some : columns) {
+  const bool asks = next.together && !next.outside && next.bytes == rows.bytes;
+  const std::byte* after = nullptr;  // the next band's first block that is read forward
+  for (std::int32_t done = 0; done < band.blocks;) {
+    const std::int64_t x = band.left + std::int64_t{done} * kFusedColumns;
+    const Columns some = columnsAt(in, x, band.blocks - done);
     if (rows.together && some.kind != Columns::kGathered) {
       const bool backward = some.kind == Columns::kBackward;
+      const std::int64_t at = some.index * kPixelBytes;
+      if (asks && !backward && after == nullptr) after = next.first + at;
       fuseBand(tile,
-               {rows.first + some.index * kPixelBytes, rows.bytes, backward ? -kBlockBytes<Pixel> : kBlockBytes<Pixel>,
-                some.blocks, backward, backward ? nullptr : after},
+               {rows.first + at, rows.bytes, backward ? -kBlockBytes<Pixel> : kBlockBytes<Pixel>, some.blocks, backward,
+                backward ? nullptr : after},
                pixels);
-      continue;
-    }
-    for (std::int32_t b = 0; b < some.blocks; ++b) {
-      gather(in, pixels, some.x + std::int64_t{b} * kFusedColumns, y);
-      fuseBand(tile, {block, kBlockBytes<Pixel>, 0, 1, false, nullptr}, pixels);
+      done += some.blocks;
+    } else {
+      gather(in, pixels, x, y);
+      fuseBand(tile, {band.block, kBlockBytes<Pixel>, 0, 1, false, nullptr}, pixels);
+      ++done;
     }
   }
 }

@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
-#include <vector>
 
 #include "blur/BoxFilter.h"
 #include "blur/FuseBand.h"
@@ -32,7 +31,7 @@ class FusedPasses {
  public:
   using Texture = HvTexture<Pixel, Accum>;
 
-  // Whether the boxes, the picture and the memory of the result allow it: whole cache lines, no pixel of the source.
+  // Whether the boxes and the pictures allow it: no pixel of the result may be one of the source.
   // Arguments as those of StripPasses.
   static bool fits(const Texture& in, const Texture& out, const BoxOf<Pixel>& boxX, const BoxOf<Pixel>& boxY,
                    const StripChannels<Pixel>& channels, bool keepsOthers);
@@ -47,8 +46,8 @@ class FusedPasses {
     plan_.columns = columns;
     plan_.rows = rows;
   }
-  // Whether results go past the caches, whatever the size of the window.
-  void streams(bool streams) { streams_ = streams; }
+  // Whether results go past the caches, whatever the size of the window; never those of rows at any alignment.
+  void streams(bool streams) { streams_ = streams && lined_; }
   // Filters tiles until there are no more. At once on any number of threads; false when there is no memory.
   bool run(const Texture& in, const Texture& out, HvInterruptRecord* interrupt);
 
@@ -63,7 +62,6 @@ class FusedPasses {
     Kind kind;
     std::int32_t index;  // in the source, of the first pixel in memory of the first block
     std::int32_t blocks;
-    std::int64_t x;  // of the first block's first position, in image coordinates
   };
   // The rows of a band: where in the source, one step apart.
   struct Rows {
@@ -76,8 +74,9 @@ class FusedPasses {
   // What the bands of a tile are read from.
   struct Band {
     const Texture& in;
-    std::byte* block;  // for pixels that cannot be read directly
-    std::vector<Columns> columns;
+    std::byte* block;   // for pixels that cannot be read directly
+    std::int64_t left;  // in image coordinates
+    std::int32_t blocks;
   };
   // The source's rows that are kept after the boxes along x, and how many are to be kept at either edge.
   struct KeptRows {
@@ -97,7 +96,7 @@ class FusedPasses {
   Tile emptyTile() const;
   void filterTile(const Texture& in, const Texture& out, Tile& tile, std::byte* block, std::int32_t number,
                   HvInterruptRecord* interrupt) const;
-  std::vector<Columns> columnsOf(const Texture& in, std::int64_t x, std::int32_t blocks) const;
+  static Columns columnsAt(const Texture& in, std::int64_t x, std::int32_t most);
   Rows rowsOf(const Texture& in, std::int64_t y) const;
   KeptRows keptRows(const Texture& in, std::int64_t top, std::int64_t end) const;
   bool keepAbove(const Band& band, Tile& tile, KeptRows& kept, HvInterruptRecord* interrupt) const;
@@ -111,7 +110,8 @@ class FusedPasses {
   BoxReach columns_;
   BoxReach rows_;
   StripChannels<Pixel> channels_;
-  bool streams_;
+  bool lined_ = false;  // all rows of the result lie alike in cache lines
+  bool streams_ = false;
   std::int32_t before_;  // pixels of the first group before the window
   std::int32_t groups_;
   FusedPlan plan_;

@@ -47,7 +47,7 @@ void GaussFilter<Pixel, Accum>::preProcess(Texture* in, Texture* out) {
   copyBack = 0;
   if (sizeX == 0.0f && sizeY == 0.0f) return copyWhole(in, out);
   takeSurroundings(*out, *in);
-  if (runsInStrips()) return makeFused(*in, *out) ? void() : makeStrips(*in);
+  if (runsInStrips()) return makeVectorPasses(*in, *out);
   if (!makeIntermediate()) return;
   takeSurroundings(*intermediate, *in);
   const std::int32_t y = wrapSub(savedWriteOriginY, verticalMargin());
@@ -58,6 +58,8 @@ void GaussFilter<Pixel, Accum>::preProcess(Texture* in, Texture* out) {
 
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::prePass(Texture* in, Texture* out) {
+  // Nothing is left to do: no other thread need wake.
+  if (fused_ != nullptr && this->pass > 0) this->flags |= Imager::kOneThread;
   switch (this->pass) {
     case 0:
       // The y boxes read this far beyond the window.
@@ -87,6 +89,7 @@ void GaussFilter<Pixel, Accum>::processRows(Texture* in, Texture* out) {
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::postProcess(Texture* /*in*/, Texture* /*out*/) {
   strips_.reset();
+  if (fused_ != nullptr && !runsAlone_) this->flags &= ~static_cast<std::uint32_t>(Imager::kOneThread);
   fused_.reset();
   // After a stop in the first pass it is still the wider one.
   restoreWindow();
@@ -218,6 +221,16 @@ void GaussFilter<Pixel, Accum>::processFused(const Texture& in, const Texture& o
   }
 }
 
+template <class Pixel, class Accum>
+void GaussFilter<Pixel, Accum>::makeVectorPasses(const Texture& in, const Texture& out) {
+  intermediate.reset();
+  // A view of so many bytes cannot have memory behind it, so it counts as refused memory.
+  constexpr double kMostBytes = 1e12;
+  const double bytes = static_cast<double>(this->mapWidth) * this->mapHeight * sizeof(Pixel);
+  if (bytes > kMostBytes) return stopForRefusedMemory(this->interrupt);
+  if (!makeFused(in, out)) makeStrips(in);
+}
+
 // False: two passes.
 template <class Pixel, class Accum>
 bool GaussFilter<Pixel, Accum>::makeFused(const Texture& in, const Texture& out) {
@@ -226,11 +239,11 @@ bool GaussFilter<Pixel, Accum>::makeFused(const Texture& in, const Texture& out)
     const auto boxX = boxOf<Pixel>(sizeX);
     const auto boxY = boxOf<Pixel>(sizeY);
     if (!Passes::fits(in, out, boxX, boxY, channels_.filtered, keepsOthers)) return false;
-    const std::int32_t threads = (this->flags & Imager::kOneThread) != 0 ? 1 : HvThreadCount();
+    runsAlone_ = (this->flags & Imager::kOneThread) != 0;
+    const std::int32_t threads = runsAlone_ ? 1 : HvThreadCount();
     fused_.reset(new (std::nothrow)
                      Passes(out, boxX, boxY, {this->x1, this->x2}, {this->y1, this->y2}, channels_.filtered, threads));
     if (fused_ != nullptr && fused_->pays()) {
-      intermediate.reset();
       this->passes = 3;
       return true;
     }
@@ -241,11 +254,6 @@ bool GaussFilter<Pixel, Accum>::makeFused(const Texture& in, const Texture& out)
 
 template <class Pixel, class Accum>
 void GaussFilter<Pixel, Accum>::makeStrips(const Texture& in) {
-  intermediate.reset();
-  // A view of so many bytes cannot have memory behind it, so it counts as refused memory.
-  constexpr double kMostBytes = 1e12;
-  const double bytes = static_cast<double>(this->mapWidth) * this->mapHeight * sizeof(Pixel);
-  if (bytes > kMostBytes) return stopForRefusedMemory(this->interrupt);
   strips_.reset(new (std::nothrow)
                     StripPasses<Pixel, Accum>(in, boxOf<Pixel>(sizeX), boxOf<Pixel>(sizeY), {this->x1, this->x2},
                                               {this->y1, this->y2}, channels_.filtered, keepsOthers));

@@ -89,6 +89,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
 
   bool runsInStrips() const;
   void processFused(const Texture& in, const Texture& out);
+  void makeVectorPasses(const Texture& in, const Texture& out);
   bool makeFused(const Texture& in, const Texture& out);
   void makeStrips(const Texture& in);
   void processStrips(const Texture& in, const Texture& out);
@@ -102,6 +103,7 @@ class GaussFilter : public Sampler<HvTexture<Pixel, Accum>, HvTexture<Pixel, Acc
   // At most one of them.
   std::unique_ptr<StripPasses<Pixel, Accum>> strips_;
   std::unique_ptr<FusedPasses<Pixel, Accum>> fused_;
+  bool runsAlone_ = false;  // kOneThread before the run
 };
 
 // The filter on four-component pixels. Max is the full scale of the chain that it belongs to and has no part in the

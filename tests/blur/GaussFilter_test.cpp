@@ -300,6 +300,28 @@ class Counting : public ColourFilter {
   std::array<std::atomic<int>, 3> calls{};
 };
 
+TEST(GaussFilter, WakesOtherThreadsForTheFirstPassAloneWhereItIsBothInOne) {
+  const ThreadCount threads(2);
+  for (const bool alone : {false, true}) {
+    forgetKernelRuns();
+    Frame source(512, 64);
+    Frame output(512, 64);
+    Counting filter;
+    filter.keepsOthers = true;
+    filter.keepsIntermediate = false;
+    filter.sizeX = filter.sizeY = 1.0f;
+    if (alone) filter.flags |= Imager::kOneThread;
+    const auto flags = filter.flags;
+    filter.process(&source, &output);
+    EXPECT_EQ(filter.passes, 3);
+    EXPECT_EQ(filter.calls[0], alone ? 1 : 2);
+    EXPECT_EQ(filter.calls[1], 1);
+    EXPECT_EQ(filter.calls[2], 1);
+    EXPECT_EQ(filter.flags & Imager::kOneThread, flags & Imager::kOneThread);
+    EXPECT_TRUE(kernelsRanAmongOthers({"fuseBand 8"}));
+  }
+}
+
 TEST(GaussFilter, RunsThreePassesWithASizeOnOneAxisAlone) {
   const ThreadCount threads(2);
   for (const std::string& name : HvCpuLevels()) {

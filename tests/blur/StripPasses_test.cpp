@@ -50,7 +50,7 @@ class PlacedPicture {
 };
 
 template <class Pixel, class Mask>
-void compareWithPlainCode(Random& random, const std::string& cpu) {
+void compareWithPlainCode(Random& random, const std::string& cpu, float leastSize = 0.0f) {
   using Texture = typename PlacedPicture<Pixel>::Texture;
   const auto height = static_cast<std::int32_t>(kStreamedBytes / (512 * kPixelBytes<Pixel>)) + random.within(0, 20);
   const std::int32_t width = 512 + random.within(0, 40);
@@ -61,8 +61,8 @@ void compareWithPlainCode(Random& random, const std::string& cpu) {
   source.fill(random);
   source.texture.setEdgeMethods(random.within(0, 3), random.within(0, 3));
   const bool keepsOthers = random.oneIn(2);
-  const float sizeX = random.between(0.0f, 150.0f);
-  const float sizeY = random.between(0.0f, 150.0f);
+  const float sizeX = random.between(leastSize, 150.0f);
+  const float sizeY = random.between(leastSize, 150.0f);
   SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height) + " sizes " + std::to_string(sizeX) + " " +
                std::to_string(sizeY) + " stride " + std::to_string(stride));
   PlacedPicture<Pixel> results[] = {{width, height, offset, stride}, {width, height, offset, stride}};
@@ -79,10 +79,13 @@ void compareWithPlainCode(Random& random, const std::string& cpu) {
 class StripPasses : public AtEachLevel {};
 
 TEST_P(StripPasses, LargePicturesEqualThoseOfThePlainCode) {
+  // From this size on, pictures of this width always take two passes.
+  constexpr float kLarge = 100.0f;
   forRandomCases(2, [](Random& random) {
     compareWithPlainCode<R8, ChannelMask<1, 1, 1, 1>>(random, GetParam());
-    compareWithPlainCode<R8, ChannelMask<0, 1, 1, 0>>(random, GetParam());
+    compareWithPlainCode<R8, ChannelMask<0, 1, 1, 0>>(random, GetParam(), kLarge);
     compareWithPlainCode<R16, ChannelMask<1, 1, 1, 1>>(random, GetParam());
+    compareWithPlainCode<R16, ChannelMask<1, 1, 1, 1>>(random, GetParam(), kLarge);
     compareWithPlainCode<Ri, ChannelMask<0, 1, 1, 0>>(random, GetParam());
     compareWithPlainCode<int, ChannelMask<1, 0, 0, 0>>(random, GetParam());
   });
