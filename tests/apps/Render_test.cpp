@@ -106,10 +106,10 @@ TEST_F(Render, APipeGetsLinesOnlyWhenAsked) {
 
 TEST_F(Render, TheMemoryOfAFrameIsReported) {
   MakePicture("in.png", 512, 512);
-  const std::string lines = Run({"render", "in.png", "out.png", "--blur", "30", "-v"}).err;
-  // Source and result, and the picture between the passes, which is of the same size.
+  const std::string lines = Run({"render", "in.png", "out.png", "--blur", "300", "-v"}).err;
+  // Source and result, and at this size the picture between two passes, which is as large.
   EXPECT_NE(lines.find(" (2.0 pictures, "), std::string::npos) << lines;
-  const std::string json = Run({"render", "in.png", "out2.png", "--blur", "30", "--progress", "json"}).err;
+  const std::string json = Run({"render", "in.png", "out2.png", "--blur", "300", "--progress", "json"}).err;
   const std::size_t at = json.find("\"memory\":{\"pictures\":2097152,\"own\":");
   ASSERT_NE(at, std::string::npos) << json;
   const auto own = std::stoll(json.substr(json.find("own\":", at) + 5));
