@@ -123,9 +123,9 @@ HWY_INLINE void AllColumns(const Sums& sums, BoxSweep::State& state, const Sweep
   state.slot = slot;
 }
 
-template <class Sums>
-void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
-               const typename Sums::Component* const* in, typename Sums::Component* const* out) {
+template <class Sums, class Box>
+void SweepSums(const Box& box, BoxSweep::State& state, const SweepRows& rows, const typename Sums::Component* const* in,
+               typename Sums::Component* const* out) {
   const Sums sums(box);
   if (box.d == 0) {
     AllColumns<false>(sums, state, rows, in, out);
@@ -134,47 +134,35 @@ void SweepSums(const BoxConstants& box, BoxSweep::State& state, const SweepRows&
   }
 }
 
+template <class C>
+HWY_INLINE void SweepIntegers(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows,
+                              const C* const* in, C* const* out) {
+  WithSums<C, false>(box, state.rowBytes,
+                     [&](auto kind) { SweepSums<typename decltype(kind)::Type>(box, state, rows, in, out); });
+}
+
 void Sweep8(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::uint8_t* const* in,
             std::uint8_t* const* out) {
   HvEnterKernel<"boxSweep 8", HWY_TARGETS>(HWY_TARGET);
-#if HWY_TARGET == HWY_SCALAR
-  SweepSums<WideSums<std::uint8_t>>(box, state, rows, in, out);
-#else
-  if (SmallSums<false>::Fits(box)) {
-    if (Packs(box, state.rowBytes)) return SweepSums<SmallSums<true>>(box, state, rows, in, out);
-    return SweepSums<SmallSums<false>>(box, state, rows, in, out);
-  }
-  if (MediumSums<true>::Fits(box)) return SweepSums<MediumSums<true>>(box, state, rows, in, out);
-  SweepSums<SplitSums>(box, state, rows, in, out);
-#endif
+  SweepIntegers(box, state, rows, in, out);
 }
 
 void Sweep16(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::int16_t* const* in,
              std::int16_t* const* out) {
   HvEnterKernel<"boxSweep 16", HWY_TARGETS>(HWY_TARGET);
-#if HWY_TARGET == HWY_SCALAR
-  SweepSums<WideSums<std::int16_t>>(box, state, rows, in, out);
-#else
-  if (ScaledSums<4>::Fits(box)) return SweepSums<ScaledSums<4>>(box, state, rows, in, out);
-  SweepSums<ScaledSums<2>>(box, state, rows, in, out);
-#endif
+  SweepIntegers(box, state, rows, in, out);
 }
 
 void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& rows, const std::int32_t* const* in,
              std::int32_t* const* out) {
   HvEnterKernel<"boxSweep 32", HWY_TARGETS>(HWY_TARGET);
-  SweepSums<WideSums<std::int32_t>>(box, state, rows, in, out);
+  SweepIntegers(box, state, rows, in, out);
 }
 
 void SweepFloats(const ExactBox& box, BoxSweep::State& state, const SweepRows& rows, const float* const* in,
                  float* const* out) {
   HvEnterKernel<"boxSweep float", HWY_TARGETS>(HWY_TARGET);
-  const ExactSums sums(box);
-  if (box.d == 0) {
-    AllColumns<false>(sums, state, rows, in, out);
-  } else {
-    AllColumns<true>(sums, state, rows, in, out);
-  }
+  SweepSums<ExactSums>(box, state, rows, in, out);
 }
 
 // Floats take as many bytes in a step as 32-bit integers.

@@ -101,6 +101,34 @@ HWY_INLINE bool Packs(const BoxConstants& box, std::size_t bytesOfRow) {
   return box.d == 0 ? ringBytes > kPlainRingBytes : ringBytes + kRowsBeside * rowBytes > kCacheBytes;
 }
 
+template <class Sums>
+struct SumsKind {
+  using Type = Sums;
+};
+
+// Calls use(SumsKind<Sums>()) with the sums for components of a box: those of the narrowest lanes that hold them. Rows
+// of rowBytes say whether rings of 8-bit components are packed, unless they always are.
+template <class Component, bool kAlwaysPacks, class Use>
+HWY_INLINE auto WithSums([[maybe_unused]] const BoxConstants& box, [[maybe_unused]] std::size_t rowBytes, Use use) {
+#if HWY_TARGET != HWY_SCALAR
+  if constexpr (sizeof(Component) == 1) {
+    if (SmallSums<true>::Fits(box)) {
+      if constexpr (!kAlwaysPacks) {
+        if (!Packs(box, rowBytes)) return use(SumsKind<SmallSums<false>>());
+      }
+      return use(SumsKind<SmallSums<true>>());
+    }
+    if (MediumSums<true>::Fits(box)) return use(SumsKind<MediumSums<true>>());
+    return use(SumsKind<SplitSums>());
+  } else if constexpr (sizeof(Component) == 2) {
+    return ScaledSums<4>::Fits(box) ? use(SumsKind<ScaledSums<4>>()) : use(SumsKind<ScaledSums<2>>());
+  } else
+#endif
+  {
+    return use(SumsKind<WideSums<Component>>());
+  }
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur
 HWY_AFTER_NAMESPACE();

@@ -366,60 +366,48 @@ AlongY<Box> AlongYBy(const FusedTile<Box>& tile) {
 
 using IntegerTile = FusedTile<BoxConstants>;
 
-AlongY<BoxConstants> AlongY8(const IntegerTile& tile) {
-#if HWY_TARGET == HWY_SCALAR
-  return AlongYBy<WideSums<std::uint8_t>>(tile);
-#else
-  if (SmallSums<true>::Fits(tile.boxY)) return AlongYBy<SmallSums<true>>(tile);
-  if (MediumSums<true>::Fits(tile.boxY)) return AlongYBy<MediumSums<true>>(tile);
-  return AlongYBy<SplitSums>(tile);
-#endif
+// The unsigned number as wide as a pixel of four such components.
+template <class Component>
+using WordOf = std::conditional_t<sizeof(Component) == 1, std::uint32_t, std::uint64_t>;
+
+// Rings along y are always packed: they fill the second cache.
+template <class Component>
+AlongY<BoxConstants> AlongYOf(const IntegerTile& tile) {
+  return WithSums<Component, true>(tile.boxY, kFusedLine,
+                                   [&](auto kind) { return AlongYBy<typename decltype(kind)::Type>(tile); });
 }
 
-void FuseKept8(const IntegerTile& tile, const std::int32_t* keptAt) {
-  HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
-  KeptIntoGroups<kFusedPixels<std::uint32_t>>(tile, keptAt, AlongY8(tile));
+template <class Component>
+HWY_INLINE void FuseIntegers(IntegerTile& tile, const FusedStretch& stretch) {
+  const auto alongY = AlongYOf<Component>(tile);
+  WithSums<Component, false>(tile.boxX, kFusedLine, [&](auto kind) {
+    FuseWith<WordOf<Component>, typename decltype(kind)::Type>(tile, stretch, alongY);
+  });
+}
+
+template <class Component>
+HWY_INLINE void FuseKeptIntegers(const IntegerTile& tile, const std::int32_t* keptAt) {
+  KeptIntoGroups<kFusedPixels<WordOf<Component>>>(tile, keptAt, AlongYOf<Component>(tile));
 }
 
 void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
-  const auto alongY = AlongY8(tile);
-#if HWY_TARGET == HWY_SCALAR
-  FuseWith<std::uint32_t, WideSums<std::uint8_t>>(tile, stretch, alongY);
-#else
-  const BoxConstants& box = tile.boxX;
-  if (SmallSums<false>::Fits(box)) {
-    if (Packs(box, kFusedLine)) return FuseWith<std::uint32_t, SmallSums<true>>(tile, stretch, alongY);
-    return FuseWith<std::uint32_t, SmallSums<false>>(tile, stretch, alongY);
-  }
-  if (MediumSums<true>::Fits(box)) return FuseWith<std::uint32_t, MediumSums<true>>(tile, stretch, alongY);
-  FuseWith<std::uint32_t, SplitSums>(tile, stretch, alongY);
-#endif
+  FuseIntegers<std::uint8_t>(tile, stretch);
 }
 
-AlongY<BoxConstants> AlongY16(const IntegerTile& tile) {
-#if HWY_TARGET == HWY_SCALAR
-  return AlongYBy<WideSums<std::int16_t>>(tile);
-#else
-  if (ScaledSums<4>::Fits(tile.boxY)) return AlongYBy<ScaledSums<4>>(tile);
-  return AlongYBy<ScaledSums<2>>(tile);
-#endif
-}
-
-void FuseKept16(const IntegerTile& tile, const std::int32_t* keptAt) {
-  HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
-  KeptIntoGroups<kFusedPixels<std::uint64_t>>(tile, keptAt, AlongY16(tile));
+void FuseKept8(const IntegerTile& tile, const std::int32_t* keptAt) {
+  HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
+  FuseKeptIntegers<std::uint8_t>(tile, keptAt);
 }
 
 void Fuse16(IntegerTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
-  const auto alongY = AlongY16(tile);
-#if HWY_TARGET == HWY_SCALAR
-  FuseWith<std::uint64_t, WideSums<std::int16_t>>(tile, stretch, alongY);
-#else
-  if (ScaledSums<4>::Fits(tile.boxX)) return FuseWith<std::uint64_t, ScaledSums<4>>(tile, stretch, alongY);
-  FuseWith<std::uint64_t, ScaledSums<2>>(tile, stretch, alongY);
-#endif
+  FuseIntegers<std::int16_t>(tile, stretch);
+}
+
+void FuseKept16(const IntegerTile& tile, const std::int32_t* keptAt) {
+  HvEnterKernel<"fuseBand 16", HWY_TARGETS>(HWY_TARGET);
+  FuseKeptIntegers<std::int16_t>(tile, keptAt);
 }
 
 }  // namespace HWY_NAMESPACE
