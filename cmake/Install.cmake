@@ -12,7 +12,8 @@ install(TARGETS vblur_server vblur_sdk_system vblur_sdk_effects vblur_sdk_viewer
   LIBRARY DESTINATION ${vblur_plugin_folder}
   RUNTIME DESTINATION ${vblur_plugin_folder})
 if(VBLUR_BUILD_APPS AND NOT WIN32)
-  install(TARGETS vblur_host vblur_pictures vblur_light vblur_host_gl
+  get_property(light_modules GLOBAL PROPERTY VBLUR_LIGHT_MODULES)
+  install(TARGETS vblur_host vblur_pictures ${light_modules} vblur_host_gl
     LIBRARY DESTINATION ${vblur_plugin_folder}
     RUNTIME DESTINATION ${vblur_plugin_folder})
 endif()

@@ -80,10 +80,14 @@ function(vblur_room_of folder result)
   set(${result} "${room}" PARENT_SCOPE)
 endfunction()
 
-# Where a library that others load or link lies, what it exports, and its version. Those that are loaded at run time are
+# vblur_shared_library(<target> <kind> [<exports.map>]): where a library that others load or link lies, what it exports (by
+# the calling folder's exports.map unless told), and its version. Those that are loaded at run time are
 # found beside each other, in a build as installed.
 function(vblur_shared_library target kind)
   set(exports "${CMAKE_CURRENT_SOURCE_DIR}/exports.map")
+  if(ARGC GREATER 2)
+    set(exports "${ARGV2}")
+  endif()
   if(NOT EXISTS "${exports}")
     message(FATAL_ERROR "${target}: expected ${exports}, the list of what it exports")
   endif()

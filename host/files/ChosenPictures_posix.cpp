@@ -1,9 +1,15 @@
 #include "host/files/ChosenPictures.h"
 
 #include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <sstream>
 #include <utility>
 
 #include "host/base/Failure.h"
+#include "host/base/Utf8.h"
+#include "host/files/OutputFormat.h"
+#include "host/files/StandardInput.h"
 
 namespace vblur::host {
 
@@ -52,25 +58,83 @@ class ReplaceableSource final : public PictureSource {
   bool isFull_ = false;
 };
 
+bool Lists(std::string_view format) {
+  return std::ranges::find(kLightFormats, format) != kLightFormats.end();
+}
+
+// "plain PNG files alone".
+std::string KnownFiles() {
+  std::string list;
+  for (std::size_t i = 0; i < kLightFormats.size(); ++i) {
+    std::string name(kLightFormats[i]);
+    std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    list += (i == 0 ? "" : i + 1 < kLightFormats.size() ? ", " : " and ") + name;
+  }
+  return "plain " + list + " files alone";
+}
+
+std::string FirstBytes(const std::filesystem::path& path) {
+  std::string bytes(4, '\0');
+  std::ifstream(FileToOpen(path), std::ios::binary).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  return bytes;
+}
+
+// Which format's reader the full library asks first: that of the name, which may take the file for its own, and for a
+// name without an extension the one that knows the file by its first bytes. Empty: none of the light library's.
+std::string_view FormatToRead(const std::filesystem::path& path) {
+  struct Beginning {
+    std::string_view format;
+    std::string_view bytes;
+  };
+  constexpr Beginning kBeginnings[] = {{"png", "\x89PNG"}};
+  std::string extension = Utf8Of(path.extension());
+  std::ranges::transform(extension, extension.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (extension.empty()) {
+    const std::string bytes = FirstBytes(path);
+    const auto* known =
+        std::ranges::find_if(kBeginnings, [&](const Beginning& each) { return bytes.starts_with(each.bytes); });
+    return known != std::end(kBeginnings) ? known->format : std::string_view();
+  }
+  for (const OutputFormat& format : OutputFormats()) {
+    std::istringstream names{std::string(format.extensions)};
+    for (std::string name; names >> name;) {
+      if (extension == '.' + name) return format.name;
+    }
+  }
+  return {};
+}
+
 }  // namespace
 
+LightPictures* ChosenPictures::LightFor(const std::filesystem::path& path) const {
+  const std::string_view format = FormatToRead(path);
+  return Lists(format) ? &light_(format) : nullptr;
+}
+
 std::unique_ptr<PictureSource> ChosenPictures::Open(const std::filesystem::path& path, const ReadChoice& choice) {
-  auto source = light_().Open(path, choice);
+  LightPictures* const light = LightFor(path);
+  auto source = light != nullptr ? light->Open(path, choice) : nullptr;
   if (source && full_ != nullptr) return std::make_unique<ReplaceableSource>(path, choice, std::move(source), full_);
   if (source) return source;
-  if (full_ == nullptr) RefuseToRead(path, "the light picture library reads plain PNG files alone");
+  if (full_ == nullptr) RefuseToRead(path, "the light picture library reads " + KnownFiles());
   return full_().Open(path, choice);
 }
 
 std::vector<std::string> ChosenPictures::Write(const PictureToWrite& picture, const StopTest& stop) {
-  if (light_().Writes(picture)) return light_().Write(picture, stop);
-  if (full_ == nullptr) RefuseToWrite(picture.target, "the light picture library writes plain PNG files alone");
+  if (Lists(picture.format.name)) {
+    LightPictures& light = light_(picture.format.name);
+    if (light.Writes(picture)) return light.Write(picture, stop);
+  }
+  if (full_ == nullptr) RefuseToWrite(picture.target, "the light picture library writes " + KnownFiles());
   return full_().Write(picture, stop);
 }
 
 PictureReport ChosenPictures::Report(const std::filesystem::path& path, const ReadChoice& choice) {
-  if (auto report = light_().Report(path, choice)) return *std::move(report);
-  if (full_ == nullptr) RefuseToRead(path, "the light picture library reads plain PNG files alone");
+  if (LightPictures* const light = LightFor(path)) {
+    if (auto report = light->Report(path, choice)) return *std::move(report);
+  }
+  if (full_ == nullptr) RefuseToRead(path, "the light picture library reads " + KnownFiles());
   return full_().Report(path, choice);
 }
 

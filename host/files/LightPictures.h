@@ -1,5 +1,5 @@
-// The light picture library: a module that reads and writes plain PNG files without the libraries of the full one. What
-// it takes, it reads and writes as the full one does, to the last sample and chunk.
+// The light picture library: modules that read and write plain files of one format each without the libraries of the
+// full one. What they take, they read and write as the full one does, to the last sample and attribute.
 #pragma once
 
 #include <filesystem>
@@ -22,12 +22,13 @@ class LightPictures {
   virtual std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) = 0;
   // Nothing for a file that the full library has to read.
   virtual std::optional<PictureReport> Report(const std::filesystem::path& path, const ReadChoice& choice) = 0;
+  // Of a picture for a file of the module's format.
   virtual bool Writes(const PictureToWrite& picture) const = 0;
   // Of a picture that it writes.
   virtual std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) = 0;
 };
 
-// What the module exports, by this name.
+// What a module exports, by this name.
 using LightPicturesFunction = LightPictures*();
 inline constexpr const char* kLightPicturesFunction = "VBlurLightPictures";
 

@@ -1,6 +1,10 @@
 #include "host/files/PictureLibrary.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
+#include <mutex>
+#include <optional>
 #include <string>
 
 #include "host/base/HostFolder.h"
@@ -34,14 +38,23 @@ PictureLibrary& FullPictures() {
   return library;
 }
 
-LightPictures& TheLightPictures() {
-  static const LoadedModule module = [] {
-    LoadedModule light(HostFolder() / "libvblur_host_light.so", "the light picture library");
-    light.RequireOurVersion();
-    return light;
-  }();
-  static LightPictures& library = *module.Get<LightPicturesFunction>(kLightPicturesFunction)();
-  return library;
+// One of a format, loaded at the first call.
+LightPictures& TheLightPictures(std::string_view format) {
+  struct Module {
+    std::once_flag isLoaded;
+    std::optional<LoadedModule> module;
+    LightPictures* pictures = nullptr;
+  };
+  static std::array<Module, kLightFormats.size()> modules;
+  const auto at = static_cast<std::size_t>(std::ranges::find(kLightFormats, format) - kLightFormats.begin());
+  Module& light = modules.at(at);
+  std::call_once(light.isLoaded, [&] {
+    light.module.emplace(HostFolder() / ("libvblur_host_light_" + std::string(format) + ".so"),
+                         "the light picture library");
+    light.module->RequireOurVersion();
+    light.pictures = light.module->Get<LightPicturesFunction>(kLightPicturesFunction)();
+  });
+  return *light.pictures;
 }
 
 std::atomic<PictureLibraries> used{PictureLibraries::Automatic};

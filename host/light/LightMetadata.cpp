@@ -2,74 +2,150 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <string>
+#include <cstring>
 
 #include "host/base/NameMatch.h"
+#include "host/files/AttributeNames.h"
 #include "host/files/ColourProfile.h"
 
 namespace vblur::host {
 
 namespace {
 
+template <typename Value>
+std::string BytesOf(const Value& value) {
+  std::string bytes(sizeof value, '\0');
+  std::memcpy(bytes.data(), &value, sizeof value);
+  return bytes;
+}
+
+template <typename Value>
+Value ValueAt(const std::string& bytes, std::size_t place) {
+  Value value;
+  std::memcpy(&value, bytes.data() + place * sizeof value, sizeof value);
+  return value;
+}
+
+// One number; nothing for a text and for several.
+std::optional<float> NumberOf(const PictureAttribute& attribute) {
+  if (attribute.type == "float") return ValueAt<float>(attribute.value, 0);
+  if (attribute.type == "int") return static_cast<float>(ValueAt<std::int32_t>(attribute.value, 0));
+  return std::nullopt;
+}
+
 // As the full library prints numbers.
-std::string TextOf(float number) {
+std::string Printed(float number) {
   char text[32];
   std::snprintf(text, sizeof text, "%g", static_cast<double>(number));
   return text;
 }
 
-// Not one of zeros and blanks alone, which no output gets.
-bool Passes(const std::string& text) {
-  return text.find_first_not_of(std::string(" \0", 2)) != std::string::npos;
+template <typename Number, typename Print>
+std::string ListOf(const std::string& bytes, const Print& print) {
+  std::string list;
+  for (std::size_t i = 0; i < bytes.size() / sizeof(Number); ++i)
+    list += (i == 0 ? "" : ", ") + print(ValueAt<Number>(bytes, i));
+  return list;
 }
 
-// Lists what a file has in the order of the full library.
-class Attributes {
- public:
-  explicit Attributes(PictureReport& report) : report_(report) {}
+std::string Shown(const PictureAttribute& attribute) {
+  constexpr std::size_t kMostBytes = 64;
+  if (attribute.IsText()) return attribute.value;
+  if (attribute.type.starts_with("float")) return ListOf<float>(attribute.value, Printed);
+  if (attribute.type.starts_with("int"))
+    return ListOf<std::int32_t>(attribute.value, [](std::int32_t number) { return std::to_string(number); });
+  if (attribute.value.size() > kMostBytes) return std::to_string(attribute.value.size()) + " bytes";
+  return ListOf<std::uint8_t>(attribute.value, [](std::uint8_t number) { return std::to_string(number); });
+}
 
-  void Add(const std::string& name, const std::string& value, MetadataGroup group, bool isText) {
-    report_.attributes.emplace_back(name, value);
-    report_.metadata.Add(group);
-    if (!isText) report_.beyondText.Add(group);
+std::optional<MetadataGroup> GroupOf(const PictureAttribute& attribute) {
+  return GroupOfAttribute(attribute.name, NumberOf(attribute));
+}
+
+std::vector<std::string> OthersKept(const PictureMetadata& metadata, const OutputFormat& format) {
+  std::vector<std::string> kept;
+  const LightAttributes passed = PassedAttributes(&metadata, PixelLayout::Rgb, format.name);
+  for (const PictureAttribute& attribute : passed.All()) {
+    const bool isOther = attribute.IsText() && GroupOf(attribute) == MetadataGroup::Other;
+    if (isOther && KeepsOtherText(format.name, attribute.name)) kept.push_back(attribute.name);
   }
-
- private:
-  PictureReport& report_;
-};
-
-MetadataGroup GroupOfText(const std::string& name) {
-  constexpr const char* kTexts[] = {"Artist", "Copyright", "DateTime", "ImageDescription", "Software"};
-  const bool isKnown = std::ranges::any_of(kTexts, [&](const char* each) { return EqualIgnoringCase(each, name); });
-  return isKnown ? MetadataGroup::Text : MetadataGroup::Other;
+  return kept;
 }
 
 }  // namespace
 
+void LightAttributes::AddText(std::string name, std::string text) {
+  Add(std::move(name), "string", std::move(text));
+}
+
+void LightAttributes::AddFloat(std::string name, float number) {
+  Add(std::move(name), "float", BytesOf(number));
+}
+
+void LightAttributes::AddWhole(std::string name, std::int32_t number) {
+  Add(std::move(name), "int", BytesOf(number));
+}
+
+void LightAttributes::AddBytes(std::string name, std::string bytes) {
+  const std::string type = "uint8[" + std::to_string(bytes.size()) + "]";
+  Add(std::move(name), type, std::move(bytes));
+}
+
+void LightAttributes::Add(std::string name, std::string type, std::string value) {
+  all_.push_back({std::move(name), std::move(type), std::move(value)});
+}
+
+const PictureAttribute* LightAttributes::Find(std::string_view name) const {
+  const auto found = std::ranges::find_if(all_, [&](const auto& each) { return EqualIgnoringCase(each.name, name); });
+  return found == all_.end() ? nullptr : &*found;
+}
+
+std::string LightAttributes::Text(std::string_view name) const {
+  const PictureAttribute* const found = Find(name);
+  return found != nullptr && found->IsText() ? found->value : "";
+}
+
+float LightAttributes::Number(std::string_view name, float otherwise) const {
+  const PictureAttribute* const found = Find(name);
+  return found != nullptr ? NumberOf(*found).value_or(otherwise) : otherwise;
+}
+
+std::string LightAttributes::Profile() const {
+  const PictureAttribute* const found = Find("ICCProfile");
+  return found != nullptr ? found->value : "";
+}
+
+LightAttributes PassedAttributes(const PictureMetadata* metadata, PixelLayout pixels, std::string_view format) {
+  LightAttributes passed;
+  if (metadata == nullptr) return passed;
+  const bool sameFormat = metadata->info.format == format;
+  for (const PictureAttribute& attribute : *metadata->Light()) {
+    if (!IsPassedAttribute(attribute.name, sameFormat, format)) continue;
+    if (attribute.IsText() && IsEmptyText(attribute.value)) continue;
+    if (attribute.name == "ICCProfile" && !LayoutsOfProfile(attribute.value).Has(pixels)) continue;
+    passed.Add(attribute.name, attribute.type, attribute.value);
+  }
+  return passed;
+}
+
 PictureReport DescribePicture(const PictureMetadata& metadata) {
-  const PngMetadata& png = *metadata.Png();
   PictureReport report;
   report.info = metadata.info;
-  Attributes attributes(report);
-  if (!png.profile.empty()) {
-    attributes.Add("ICCProfile", std::to_string(png.profile.size()) + " bytes", MetadataGroup::Profile, false);
-    report.profileFits = LayoutsOfProfile(png.profile);
+  report.associatedAlpha = metadata.associatedAlpha;
+  for (const PictureAttribute& attribute : *metadata.Light()) {
+    if (attribute.name == "compression") report.compression = attribute.value;
+    const auto group = GroupOf(attribute);
+    if (!group) continue;
+    report.metadata.Add(*group);
+    if (group == MetadataGroup::Other) report.others.push_back(attribute.name);
+    if (metadata.info.format != "png" || !attribute.IsText()) report.beyondText.Add(*group);
+    if (group == MetadataGroup::Profile) report.profileFits = LayoutsOfProfile(attribute.value);
+    report.attributes.emplace_back(attribute.name, Shown(attribute));
   }
-  for (const auto& [name, text] : png.texts) {
-    attributes.Add(name, text, GroupOfText(name), true);
-    if (GroupOfText(name) != MetadataGroup::Other) continue;
-    report.others.push_back(name);
-    if (!Passes(text)) continue;
-    report.lacking["png"].keptOthers.push_back(name);
-    if (name == "DocumentName") report.lacking["tiff"].keptOthers.push_back(name);
+  for (const OutputFormat& format : OutputFormats()) {
+    std::vector<std::string> kept = OthersKept(metadata, format);
+    if (!kept.empty()) report.lacking[std::string(format.name)].keptOthers = std::move(kept);
   }
-  if (png.pixelsX == 0) return report;
-  constexpr auto kResolution = MetadataGroup::Resolution;
-  attributes.Add("ResolutionUnit", png.isInMetres ? "inch" : "none", kResolution, true);
-  attributes.Add("XResolution", TextOf(png.ResolutionX()), kResolution, false);
-  attributes.Add("YResolution", TextOf(png.ResolutionY()), kResolution, false);
-  if (png.PixelAspect() > 0.0f)
-    attributes.Add("PixelAspectRatio", TextOf(png.PixelAspect()), MetadataGroup::PixelAspect, false);
   return report;
 }
 

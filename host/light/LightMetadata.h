@@ -1,24 +1,62 @@
-// What a plain PNG file holds beside its pixels.
+// What a plain picture file holds beside its pixels, as the light library reads it.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/files/PictureReport.h"
 #include "host/light/PictureMetadata.h"
 
 namespace vblur::host {
 
-class LightMetadata final : public PictureMetadata {
+// In the order of the full library.
+class LightAttributes {
  public:
-  LightMetadata(PictureInfo described, PngMetadata png) : png_(std::move(png)) { info = std::move(described); }
+  void AddText(std::string name, std::string text);
+  void AddFloat(std::string name, float number);
+  void AddWhole(std::string name, std::int32_t number);
+  // Of bytes, such as a colour profile.
+  void AddBytes(std::string name, std::string bytes);
+  // Of any type; `value` holds the bytes of its numbers.
+  void Add(std::string name, std::string type, std::string value);
 
-  const PngMetadata* Png() const override { return &png_; }
+  const std::vector<PictureAttribute>& All() const { return all_; }
+  // Null for none of this name, in upper or lower case.
+  const PictureAttribute* Find(std::string_view name) const;
+  // Empty for none, or where it is no text.
+  std::string Text(std::string_view name) const;
+  // `otherwise` for none, or where it is neither one float nor one whole number.
+  float Number(std::string_view name, float otherwise) const;
+  // The bytes of a colour profile; empty for none.
+  std::string Profile() const;
 
  private:
-  PngMetadata png_;
+  std::vector<PictureAttribute> all_;
 };
 
-// Of metadata of a plain PNG file.
+class LightMetadata final : public PictureMetadata {
+ public:
+  LightMetadata(PictureInfo described, LightAttributes attributes, bool isAssociated = false)
+      : attributes_(std::move(attributes)) {
+    info = std::move(described);
+    associatedAlpha = isAssociated;
+  }
+
+  const std::vector<PictureAttribute>* Light() const override { return &attributes_.All(); }
+
+ private:
+  LightAttributes attributes_;
+};
+
+// What an output of the format may have of a picture's metadata, but for the texts that are empty: nothing where there
+// is no metadata. Its profile only where it is for such pixels.
+LightAttributes PassedAttributes(const PictureMetadata* metadata, PixelLayout pixels, std::string_view format);
+
+// Of metadata that the light library has read.
 PictureReport DescribePicture(const PictureMetadata& metadata);
 
 }  // namespace vblur::host

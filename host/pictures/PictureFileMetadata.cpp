@@ -8,7 +8,7 @@
 
 #include <OpenImageIO/tiffutils.h>
 
-#include "host/base/NameMatch.h"
+#include "host/files/AttributeNames.h"
 #include "host/files/ColourProfile.h"
 #include "host/formats/TiffTagKinds.h"
 #include "host/pictures/PngChunks.h"
@@ -17,47 +17,13 @@ namespace vblur::host {
 
 namespace {
 
-// How the source stored its pixels, or what is true of these pixels alone.
-constexpr std::array<std::string_view, 27> kStorage = {"compression",
-                                                       "CompressionQuality",
-                                                       "planarconfig",
-                                                       "textureformat",
-                                                       "wrapmodes",
-                                                       "thumbnail_width",
-                                                       "thumbnail_height",
-                                                       "thumbnail_nchannels",
-                                                       "thumbnail_image",
-                                                       "jpeg:subsampling",
-                                                       "tiff:Compression",
-                                                       "tiff:PhotometricInterpretation",
-                                                       "tiff:PlanarConfiguration",
-                                                       "tiff:Predictor",
-                                                       "tiff:RowsPerStrip",
-                                                       "tiff:ColorSpace",
-                                                       "tiff:subfiletype",
-                                                       "openexr:lineOrder",
-                                                       "openexr:levelmode",
-                                                       "openexr:roundingmode",
-                                                       "openexr:chunkCount",
-                                                       "targa:alpha_type",
-                                                       "bmp:bitsperpixel",
-                                                       "bmp:version",
-                                                       "dpx:ImageDescriptor",
-                                                       "dpx:Packing",
-                                                       "dpx:EncodingMethod"};
-
-// Attributes that formats keep for themselves begin with their names.
-constexpr std::array<std::string_view, 20> kFormatNames = {
-    "png", "jpeg", "tiff", "openexr", "dpx", "webp", "targa", "bmp", "pnm",  "sgi",
-    "hdr", "gif",  "psd",  "cineon",  "iff", "heif", "ico",   "rla", "fits", "jpeg2000"};
-
-template <std::size_t count>
-bool Lists(const std::array<std::string_view, count>& names, std::string_view name) {
-  return std::ranges::any_of(names, [&](std::string_view each) { return EqualIgnoringCase(each, name); });
-}
-
-bool BeginsWith(std::string_view name, std::string_view group) {
-  return name.substr(0, group.size()) == group;
+OIIO::TypeDesc LibraryTypeOf(const StoredType& stored) {
+  using enum OIIO::TypeDesc::BASETYPE;
+  const bool isSigned = stored.number == NumberKind::Signed;
+  if (stored.number == NumberKind::Float) return stored.bytes == 2 ? HALF : stored.bytes == 4 ? FLOAT : DOUBLE;
+  if (stored.bytes == 1) return isSigned ? INT8 : UINT8;
+  if (stored.bytes == 2) return isSigned ? INT16 : UINT16;
+  return isSigned ? INT32 : UINT32;
 }
 
 // The library makes fractions of Exif data: one by 0 of 1/2, 1/4 and so on, and 0.00999 of 0.01. The next larger float
@@ -92,46 +58,6 @@ void NameResolutionUnit(const std::string& exif, OIIO::ImageSpec& input) {
   if (isOfExif && unit >= 1 && unit <= 3) input.attribute("ResolutionUnit", kNames[static_cast<std::size_t>(unit)]);
 }
 
-// Or one of zeros and blanks, as many cameras write.
-bool IsEmptyText(const std::string& text) {
-  return text.find_first_not_of(std::string(" \0", 2)) == std::string::npos;
-}
-
-bool IsPassed(std::string_view name, bool sameFormat, std::string_view format) {
-  if (Lists(kStorage, name) || BeginsWith(name, "ICCProfile:")) return false;
-  // Some formats write these as colour tags, others ignore them.
-  if (BeginsWith(name, "oiio:")) return sameFormat && (name == "oiio:ColorSpace" || name == "oiio:Gamma");
-  // The DPX reader swaps width and height by an orientation.
-  if (name == "Orientation") return format != "dpx";
-  const std::string_view group = name.substr(0, name.find(':'));
-  if (group.size() == name.size() || !Lists(kFormatNames, group)) return true;
-  return group == format;
-}
-
-struct NamedGroup {
-  std::string_view beginning;
-  MetadataGroup group;
-};
-
-constexpr std::array<NamedGroup, 13> kGroups = {{{"Keywords", MetadataGroup::Iptc},
-                                                 {"Exif:", MetadataGroup::Exif},
-                                                 {"GPS:", MetadataGroup::Gps},
-                                                 {"IPTC:", MetadataGroup::Iptc},
-                                                 {"ICCProfile", MetadataGroup::Profile},
-                                                 {"Orientation", MetadataGroup::Orientation},
-                                                 {"XResolution", MetadataGroup::Resolution},
-                                                 {"YResolution", MetadataGroup::Resolution},
-                                                 {"ResolutionUnit", MetadataGroup::Resolution},
-                                                 {"PixelAspectRatio", MetadataGroup::PixelAspect},
-                                                 {"smpte:", MetadataGroup::TimeCode},
-                                                 {"FramesPerSecond", MetadataGroup::TimeCode},
-                                                 {"dpx:", MetadataGroup::DpxHeader}}};
-
-// Exif data that the library names without "Exif:".
-constexpr std::array<std::string_view, 4> kExif = {"Make", "Model", "ExposureTime", "FNumber"};
-
-constexpr std::array<std::string_view, 5> kTexts = {"Artist", "Copyright", "DateTime", "ImageDescription", "Software"};
-
 // The library's reader of JPEG files has the width of a pixel by its height upside down.
 void TurnPixelAspect(OIIO::ImageSpec& spec) {
   const float x = spec.get_float_attribute("XResolution");
@@ -149,19 +75,8 @@ SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile) {
 
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
   const std::string_view name(attribute.name().c_str(), attribute.name().size());
-  if (Lists(kStorage, name) || BeginsWith(name, "oiio:") || BeginsWith(name, "ICCProfile:")) return std::nullopt;
-  // In every OpenEXR file, about its windows.
-  if (BeginsWith(name, "screenWindow")) return std::nullopt;
-  if (name == "Orientation" && attribute.get_int() == 1) return std::nullopt;
-  if (name == "PixelAspectRatio" && attribute.get_float() == 1.0f) return std::nullopt;
-  const auto named =
-      std::ranges::find_if(kGroups, [&](const NamedGroup& each) { return BeginsWith(name, each.beginning); });
-  if (named != kGroups.end()) return named->group;
-  if (Lists(kExif, name)) return MetadataGroup::Exif;
-  // A format's own header fields, and its spellings of the groups above.
-  const std::string_view group = name.substr(0, name.find(':'));
-  if (group.size() != name.size() && Lists(kFormatNames, group)) return std::nullopt;
-  return Lists(kTexts, name) ? MetadataGroup::Text : MetadataGroup::Other;
+  const bool isText = attribute.type() == OIIO::TypeDesc::STRING;
+  return GroupOfAttribute(name, isText ? std::nullopt : std::optional(attribute.get_float()));
 }
 
 bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
@@ -182,23 +97,23 @@ LibraryMetadata CollectMetadata(const OIIO::ImageSpec& input, const PictureInfo&
   return metadata;
 }
 
-LibraryMetadata MetadataOf(const PictureInfo& info, const PngMetadata& png) {
+LibraryMetadata MetadataOf(const PictureMetadata& light) {
   LibraryMetadata metadata;
-  metadata.info = info;
-  const auto type = info.samples == SampleKind::Unsigned8 ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::UINT16;
+  metadata.info = light.info;
+  metadata.associatedAlpha = light.associatedAlpha;
+  const PictureInfo& info = light.info;
   OIIO::ImageSpec& spec = metadata.input;
-  spec = OIIO::ImageSpec(info.data.width, info.data.height, info.channels, type);
-  if (!png.profile.empty()) {
-    spec.attribute("ICCProfile", OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(png.profile.size())),
-                   png.profile.data());
+  spec =
+      OIIO::ImageSpec(info.data.width, info.data.height, static_cast<int>(info.all.size()), LibraryTypeOf(info.stored));
+  for (const FileChannel& channel : info.all)
+    spec.channelformats.push_back(LibraryTypeOf(channel.type));
+  for (const PictureAttribute& attribute : *light.Light()) {
+    if (attribute.IsText()) {
+      spec.attribute(attribute.name, attribute.value);
+    } else {
+      spec.attribute(attribute.name, OIIO::TypeDesc(attribute.type), attribute.value.data());
+    }
   }
-  for (const auto& [name, text] : png.texts)
-    spec.attribute(name, text);
-  if (png.pixelsX == 0) return metadata;
-  spec.attribute("ResolutionUnit", png.isInMetres ? "inch" : "none");
-  spec.attribute("XResolution", png.ResolutionX());
-  spec.attribute("YResolution", png.ResolutionY());
-  if (png.PixelAspect() > 0.0f) spec.attribute("PixelAspectRatio", png.PixelAspect());
   return metadata;
 }
 
@@ -207,7 +122,7 @@ void ApplyMetadata(const LibraryMetadata& metadata, PixelLayout pixels, OIIO::Im
   const bool sameFormat = metadata.info.format == format.name;
   for (const auto& attribute : metadata.input.extra_attribs) {
     const std::string_view name(attribute.name().c_str(), attribute.name().size());
-    if (!IsPassed(name, sameFormat, format.name)) continue;
+    if (!IsPassedAttribute(name, sameFormat, format.name)) continue;
     // Writers of IPTC data end the program at an empty text.
     if (attribute.type() == OIIO::TypeDesc::STRING && IsEmptyText(attribute.get_string())) continue;
     if (name == "ICCProfile" && !LayoutsOfProfile(attribute).Has(pixels)) continue;
@@ -217,7 +132,7 @@ void ApplyMetadata(const LibraryMetadata& metadata, PixelLayout pixels, OIIO::Im
     if (format.name == "jpeg" || format.name == "png") MakeFraction(output.extra_attribs.back());
     if (format.name == "tiff") MakeSigned(output.extra_attribs.back());
     // TIFF files get theirs on demand alone.
-    if (format.name == "tiff" && BeginsWith(name, "IPTC:")) output.attribute("tiff:write_iptc", 1);
+    if (format.name == "tiff" && name.starts_with("IPTC:")) output.attribute("tiff:write_iptc", 1);
   }
 }
 

@@ -24,7 +24,7 @@ struct LibraryMetadata final : PictureMetadata {
 };
 
 // What the light library has read, as this one's reader describes it for files of other formats.
-LibraryMetadata MetadataOf(const PictureInfo& info, const PngMetadata& png);
+LibraryMetadata MetadataOf(const PictureMetadata& light);
 // Those of this library's own reader; null for none.
 inline const LibraryMetadata* OwnMetadata(const PictureMetadata* metadata) {
   return static_cast<const LibraryMetadata*>(metadata);

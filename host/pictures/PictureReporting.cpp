@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "host/files/AttributeNames.h"
 #include "host/pictures/ExifFields.h"
 #include "host/pictures/PictureFileOpen.h"
-#include "host/pictures/PngChunks.h"
 
 namespace vblur::host {
 
@@ -29,12 +29,8 @@ std::vector<std::string> FieldsLacking(const PictureInfo& info, const OIIO::Imag
   return names;
 }
 
-// A text of any name goes into a PNG file, and these go into a TIFF file.
 bool KeepsOther(const OutputFormat& format, const OIIO::ParamValue& attribute) {
-  if (attribute.type() != OIIO::TypeDesc::STRING) return false;
-  const std::string name = attribute.name().string();
-  return format.name == "png" ? IsPngKeyword(name)
-                              : format.name == "tiff" && (name == "DocumentName" || name == "HostComputer");
+  return attribute.type() == OIIO::TypeDesc::STRING && KeepsOtherText(format.name, attribute.name().string());
 }
 
 std::vector<std::string> OthersKept(const OIIO::ImageSpec& output, const OutputFormat& format) {

@@ -234,9 +234,8 @@ std::vector<std::string> WritePicture(const PictureToWrite& picture, const StopT
   static const bool takesHalves = OIIO::attribute("tiff:half", 1);
   static_cast<void>(takesHalves);
   const PictureFileChatter chatter;
-  const PngMetadata* const png = picture.metadata != nullptr ? picture.metadata->Png() : nullptr;
-  if (png != nullptr) {
-    const LibraryMetadata metadata = MetadataOf(picture.metadata->info, *png);
+  if (picture.metadata != nullptr && picture.metadata->Light() != nullptr) {
+    const LibraryMetadata metadata = MetadataOf(*picture.metadata);
     return WritePicture(
         {picture.target, picture.file, picture.format, picture.image, &metadata, picture.storage, picture.part}, stop);
   }

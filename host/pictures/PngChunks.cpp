@@ -8,6 +8,7 @@
 
 #include <OpenImageIO/tiffutils.h>
 
+#include "host/files/AttributeNames.h"
 #include "host/formats/PngHead.h"
 #include "host/pictures/PictureFileMetadata.h"
 
@@ -104,13 +105,6 @@ std::string TakeExif(OIIO::ImageSpec& spec) {
 }
 
 }  // namespace
-
-bool IsPngKeyword(std::string_view name) {
-  constexpr std::size_t kLongest = 79;
-  const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
-  return !name.empty() && name.size() <= kLongest && isPrintable && name.front() != ' ' && name.back() != ' ' &&
-         name.find("  ") == std::string_view::npos;
-}
 
 std::string TakePngChunks(OIIO::ImageSpec& spec, const std::string& colour, const std::string& exif) {
   // The library writes its guess of the source's colours, and a text of it.

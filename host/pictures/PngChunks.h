@@ -17,9 +17,6 @@ constexpr std::size_t kPngHead = 33;
 // stored: `colour`, chunks about its colours, and `exif`; empty: it has none.
 std::string TakePngChunks(OIIO::ImageSpec& spec, const std::string& colour, const std::string& exif);
 
-// Whether a text may have this name: printable, and without blanks at either end or side by side.
-bool IsPngKeyword(std::string_view name);
-
 // Texts of a PNG file that are not UTF-8 are Latin-1, as its plain text chunks are; makes them UTF-8.
 void MakePngTextsUtf8(OIIO::ImageSpec& spec);
 

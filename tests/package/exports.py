@@ -9,7 +9,7 @@ ENTRY_POINTS = {
                     "vblur_version"},
     "V_Blur.so": {"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"},
     "libvblur_host_gl.so": {"VBlurMakeOffScreenSurface", "VBlurModuleVersion"},
-    "libvblur_host_light.so": {"VBlurLightPictures", "VBlurModuleVersion"},
+    "libvblur_host_light_png.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_pictures.so": {"VBlurPictureLibrary", "VBlurDrawingLibrary", "VBlurModuleVersion"},
 }
 LINKED = {"libvblur.so", "libvblur_host.so", "libvblur_sdk_effects.so",

@@ -1,5 +1,5 @@
 // The filters of PNG files against their definitions.
-#include "host/light/PngRowFilter.h"
+#include "host/light/png/PngRowFilter.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // Large PNG pictures that are packed in stretches: libpng reads every byte back, and the stream is one for any threads.
-#include "host/light/PngStretches.h"
+#include "host/light/png/PngStretches.h"
 
 #include <algorithm>
 #include <cstring>

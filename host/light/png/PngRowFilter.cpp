@@ -1,4 +1,4 @@
-#include "host/light/PngRowFilter.h"
+#include "host/light/png/PngRowFilter.h"
 
 #include <cstdlib>
 #include <utility>

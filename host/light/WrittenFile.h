@@ -1,4 +1,4 @@
-// A PNG file that is written.
+// A file that the light library writes.
 #pragma once
 
 #include <cstdio>
@@ -10,13 +10,13 @@
 namespace vblur::host {
 
 // Keeps the first system error. Once `stop` holds nothing more is written, and no error is reported.
-class PngFile {
+class WrittenFile {
  public:
   // `stop` is borrowed.
-  PngFile(const std::filesystem::path& path, const StopTest& stop);
-  ~PngFile() { Close(); }
-  PngFile(const PngFile&) = delete;
-  PngFile& operator=(const PngFile&) = delete;
+  WrittenFile(const std::filesystem::path& path, const StopTest& stop);
+  ~WrittenFile() { Close(); }
+  WrittenFile(const WrittenFile&) = delete;
+  WrittenFile& operator=(const WrittenFile&) = delete;
 
   void Put(const unsigned char* bytes, std::size_t count);
   void Close();

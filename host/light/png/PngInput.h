@@ -12,15 +12,15 @@
 
 #include <png.h>
 
-#include "host/light/PictureMetadata.h"
+#include "host/light/LightInput.h"
 
 namespace vblur::host {
 
-class PngInput {
+class PngInput final : public LightInput {
  public:
   // Of a plain file, whose header is read. Null where libpng has anything to say of it, or a chunk is not plain.
   static std::unique_ptr<PngInput> Open(const std::filesystem::path& file);
-  ~PngInput();
+  ~PngInput() override;
   PngInput(const PngInput&) = delete;
   PngInput& operator=(const PngInput&) = delete;
 
@@ -32,12 +32,11 @@ class PngInput {
   int Bits() const { return bits_; }
   bool IsLinear() const { return isLinear_; }
   std::size_t RowBytes() const;
-  const PngMetadata& Metadata() const { return metadata_; }
+  const LightAttributes& Attributes() const override { return attributes_; }
 
-  // The next rows, all channels, in the machine's order of bytes. False for damaged ones.
-  bool ReadRows(std::int32_t count, std::byte* samples);
-  // What libpng said last.
-  const std::string& Message() const { return message_; }
+  std::int32_t RowsAtOnce() const override;
+  bool ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) override;
+  const std::string& Message() const override { return message_; }
 
  private:
   PngInput() = default;
@@ -45,6 +44,7 @@ class PngInput {
   bool TakeMetadata();
   bool TakeTexts();
   bool TakeTime();
+  void TakeResolution();
   static void OnError(png_structp png, png_const_charp message);
   static void OnWarning(png_structp png, png_const_charp message);
 
@@ -56,7 +56,7 @@ class PngInput {
   int channels_ = 0;
   int bits_ = 0;
   bool isLinear_ = false;
-  PngMetadata metadata_;
+  LightAttributes attributes_;
   std::string message_;
 };
 

@@ -1,25 +1,25 @@
-#include "host/light/PngFile.h"
+#include "host/light/WrittenFile.h"
 
 #include <cerrno>
 #include <utility>
 
 namespace vblur::host {
 
-PngFile::PngFile(const std::filesystem::path& path, const StopTest& stop)
+WrittenFile::WrittenFile(const std::filesystem::path& path, const StopTest& stop)
     : stop_(stop), file_(std::fopen(path.c_str(), "wb")) {
   Note(file_ == nullptr);
 }
 
-void PngFile::Note(bool failed) {
+void WrittenFile::Note(bool failed) {
   if (failed && systemError_ == 0) systemError_ = errno != 0 ? errno : EIO;
 }
 
-void PngFile::Put(const unsigned char* bytes, std::size_t count) {
+void WrittenFile::Put(const unsigned char* bytes, std::size_t count) {
   if (systemError_ != 0 || (stop_ && stop_())) return;
   Note(std::fwrite(bytes, 1, count, file_) != count);
 }
 
-void PngFile::Close() {
+void WrittenFile::Close() {
   if (std::FILE* const file = std::exchange(file_, nullptr)) Note(std::fclose(file) != 0);
 }
 

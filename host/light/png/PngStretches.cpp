@@ -1,4 +1,4 @@
-#include "host/light/PngStretches.h"
+#include "host/light/png/PngStretches.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,7 +12,7 @@
 #include <zlib.h>
 
 #include "host/formats/FileBytes.h"
-#include "host/light/PngRowFilter.h"
+#include "host/light/png/PngRowFilter.h"
 
 namespace vblur::host {
 

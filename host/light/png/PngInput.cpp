@@ -1,14 +1,13 @@
-#include "host/light/PngInput.h"
+#include "host/light/png/PngInput.h"
 
 #include <algorithm>
 #include <bit>
 #include <csetjmp>
 #include <cstdio>
 
-#include "host/base/NameMatch.h"
 #include "host/formats/PictureTexts.h"
-#include "host/light/PlainPng.h"
-#include "host/light/PngTextNames.h"
+#include "host/light/png/PlainPng.h"
+#include "host/light/png/PngTextNames.h"
 
 namespace vblur::host {
 
@@ -64,20 +63,39 @@ std::size_t PngInput::RowBytes() const {
   return png_get_rowbytes(png_, info_);
 }
 
+std::int32_t PngInput::RowsAtOnce() const {
+  constexpr std::size_t kBytes = std::size_t{4} << 20;
+  return static_cast<std::int32_t>(std::clamp<std::size_t>(kBytes / RowBytes(), 1, static_cast<std::size_t>(height_)));
+}
+
 bool PngInput::TakeMetadata() {
-  int unit = 0;
-  if (png_get_pHYs(png_, info_, &metadata_.pixelsX, &metadata_.pixelsY, &unit) != 0)
-    metadata_.isInMetres = unit == PNG_RESOLUTION_METER;
   png_charp name = nullptr;
   int packing = 0;
   png_bytep profile = nullptr;
   png_uint_32 length = 0;
   if (png_get_iCCP(png_, info_, &name, &packing, &profile, &length) != 0) {
-    metadata_.profile.assign(reinterpret_cast<const char*>(profile), length);
+    attributes_.AddBytes("ICCProfile", {reinterpret_cast<const char*>(profile), length});
     // A profile has a say in what is linear.
     if (isLinear_) return false;
   }
-  return TakeTexts() && TakeTime();
+  if (!TakeTime() || !TakeTexts()) return false;
+  TakeResolution();
+  return true;
+}
+
+void PngInput::TakeResolution() {
+  png_uint_32 pixelsX = 0;
+  png_uint_32 pixelsY = 0;
+  int unit = 0;
+  if (png_get_pHYs(png_, info_, &pixelsX, &pixelsY, &unit) == 0) return;
+  constexpr float kMetresInInch = 2.54f / 100.0f;
+  const bool isInMetres = unit == PNG_RESOLUTION_METER;
+  const float scale = isInMetres ? kMetresInInch : 1.0f;
+  attributes_.AddText("ResolutionUnit", isInMetres ? "inch" : "none");
+  attributes_.AddFloat("XResolution", static_cast<float>(pixelsX) * scale);
+  attributes_.AddFloat("YResolution", static_cast<float>(pixelsY) * scale);
+  if (pixelsX != pixelsY)
+    attributes_.AddFloat("PixelAspectRatio", static_cast<float>(pixelsY) / static_cast<float>(pixelsX));
 }
 
 bool PngInput::TakeTexts() {
@@ -93,10 +111,9 @@ bool PngInput::TakeTexts() {
     const std::string text = TextAsUtf8(texts[i].text != nullptr ? texts[i].text : "");
     const std::string named = NameOfKeyword(keyword);
     // Two of a name are one, and which of them is the full library's choice.
-    if (std::ranges::any_of(metadata_.texts, [&](const auto& each) { return EqualIgnoringCase(each.first, named); }))
-      return false;
+    if (attributes_.Find(named) != nullptr) return false;
     bytes += text.size();
-    metadata_.texts.emplace_back(named, text);
+    attributes_.AddText(named, text);
   }
   return bytes <= kMostBytes;
 }
@@ -110,12 +127,11 @@ bool PngInput::TakeTime() {
   char text[32];
   std::snprintf(text, sizeof text, "%04d:%02d:%02d %02d:%02d:%02d", time->year, time->month, time->day, time->hour,
                 time->minute, time->second);
-  // Before the texts.
-  metadata_.texts.emplace(metadata_.texts.begin(), "DateTime", text);
+  attributes_.AddText("DateTime", text);
   return isDate;
 }
 
-bool PngInput::ReadRows(std::int32_t count, std::byte* samples) {
+bool PngInput::ReadRows(std::int32_t /*first*/, std::int32_t count, std::byte* samples) {
   const std::size_t bytes = RowBytes();
   if (setjmp(png_jmpbuf(png_)) != 0) return false;
   for (std::int32_t row = 0; row < count; ++row)

@@ -1,4 +1,4 @@
-#include "host/light/PngTextNames.h"
+#include "host/light/png/PngTextNames.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "host/light/PngWriting.h"
+#include "host/light/png/PngWriting.h"
 
 #include <algorithm>
 #include <bit>
@@ -12,16 +12,12 @@
 #include <png.h>
 
 #include "host/base/Failure.h"
-#include "host/base/StandardStream.h"
-#include "host/files/ColourProfile.h"
-#include "host/files/ComponentRows.h"
-#include "host/files/OutputPixels.h"
 #include "host/formats/PngHead.h"
 #include "host/light/LightMetadata.h"
-#include "host/light/PictureMetadata.h"
-#include "host/light/PngFile.h"
-#include "host/light/PngStretches.h"
-#include "host/light/PngTextNames.h"
+#include "host/light/LightRows.h"
+#include "host/light/WrittenFile.h"
+#include "host/light/png/PngStretches.h"
+#include "host/light/png/PngTextNames.h"
 
 namespace vblur::host {
 
@@ -31,9 +27,30 @@ bool IsAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-// Or one of zeros and blanks, which is not passed on.
-bool IsEmptyText(std::string_view text) {
-  return text.find_first_not_of(std::string_view(" \0", 2)) == std::string_view::npos;
+// "2026:11:23 12:00:00".
+bool IsDate(const std::string& text) {
+  constexpr std::string_view kForm = "0000:00:00 00:00:00";
+  return std::ranges::equal(text, kForm,
+                            [](char c, char form) { return form == '0' ? c >= '0' && c <= '9' : c == form; });
+}
+
+// What is written here as the full library writes it.
+bool IsPlain(const LightAttributes& attributes) {
+  const float x = attributes.Number("XResolution", 0.0f);
+  for (const PictureAttribute& each : attributes.All()) {
+    const std::string& name = each.name;
+    if (name == "ICCProfile") continue;
+    if (name == "XResolution" || name == "YResolution" || name == "PixelAspectRatio") {
+      if (!(x > 0.0f)) return false;
+    } else if (name == "ResolutionUnit") {
+      if (each.value != "inch" && each.value != "none") return false;
+    } else if (name == "DateTime") {
+      if (!IsDate(each.value)) return false;
+    } else if (!each.IsText() || !IsPlainKeyword(name)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 int ColourTypeOf(PixelLayout layout) {
@@ -46,26 +63,14 @@ int ColourTypeOf(PixelLayout layout) {
   return PNG_COLOR_TYPE_RGB_ALPHA;
 }
 
-std::vector<int> ComponentsOf(PixelLayout layout) {
-  std::vector<int> components{0};
-  if (!IsGrey(layout)) components.insert(components.end(), {1, 2});
-  if (HasAlpha(layout)) components.push_back(3);
-  return components;
-}
-
 // Writes one picture into one file.
 class Writing {
  public:
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
         stop_(stop),
-        png_(picture.metadata != nullptr ? picture.metadata->Png() : nullptr),
-        pixels_(ChooseOutputPixels(picture,
-                                   png_ != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt)),
-        components_(ComponentsOf(pixels_.layout)),
-        window_{0, 0, picture.image.Width(), picture.image.Height()},
-        rows_(picture, png_ != nullptr ? &picture.metadata->info : nullptr, window_, window_,
-              components_.size() * SampleBytes(pixels_.type)),
+        rows_(picture),
+        attributes_(PassedAttributes(picture.metadata, rows_.Layout(), "png")),
         file_(picture.file, stop) {
     if (file_.SystemError() != 0) Fail();
     write_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning);
@@ -80,7 +85,7 @@ class Writing {
     MakeTexts();
     MakeChunks();
     Check(PutHead());
-    const PngRows rows{window_.height, rows_.RowBytes(), components_.size() * SampleBytes(pixels_.type)};
+    const PngRows rows{rows_.Height(), rows_.RowBytes(), rows_.PixelBytes()};
     if (IsLargePng(rows)) {
       PutLarge(rows);
     } else {
@@ -90,11 +95,7 @@ class Writing {
     Check(true);
   }
 
-  std::vector<std::string> Notes() {
-    const std::string clipped = FormatBeyond(beyond_, LimitsOf(pixels_.type));
-    if (!clipped.empty()) pixels_.notes.push_back(OutputName(picture_.target) + ": " + clipped);
-    return std::move(pixels_.notes);
-  }
+  std::vector<std::string> Notes() { return rows_.Notes(); }
 
  private:
   [[noreturn]] void Fail() const {
@@ -108,15 +109,10 @@ class Writing {
     if (!done || file_.SystemError() != 0) Fail();
   }
 
-  bool PassesProfile() const {
-    return png_ != nullptr && !png_->profile.empty() && LayoutsOfProfile(png_->profile).Has(pixels_.layout);
-  }
-
   // Those of ASCII, which libpng borrows.
   void MakeTexts() {
-    if (png_ == nullptr) return;
-    for (const auto& [name, text] : png_->texts) {
-      if (name == "DateTime" || IsEmptyText(text)) continue;
+    for (const auto& [name, type, text] : attributes_.All()) {
+      if (type != "string" || name == "DateTime" || name == "ResolutionUnit") continue;
       const std::string keyword = KeywordOfName(name);
       if (IsAscii(text)) {
         keywords_.push_back(keyword);
@@ -138,13 +134,13 @@ class Writing {
 
   // What follows the header as it is.
   void MakeChunks() {
-    if (png_ == nullptr) return;
+    if (picture_.metadata == nullptr) return;
     const PictureInfo& source = picture_.metadata->info;
     chunks_ = source.colourChunks;
     // A profile takes the place of the name of a colour space.
     constexpr std::size_t kSrgbChunk = 13;
     const auto srgb = chunks_.find("sRGB");
-    if (PassesProfile() && srgb != std::string::npos) chunks_.erase(srgb - 4, kSrgbChunk);
+    if (!attributes_.Profile().empty() && srgb != std::string::npos) chunks_.erase(srgb - 4, kSrgbChunk);
     chunks_ += late_ + source.lateTexts;
   }
 
@@ -153,44 +149,46 @@ class Writing {
     png_set_write_fn(write_, this, OnBytes, nullptr);
     png_set_compression_level(write_, kLevel);
     png_set_compression_strategy(write_, kStrategy);
-    png_set_IHDR(write_, info_, static_cast<png_uint_32>(window_.width), static_cast<png_uint_32>(window_.height),
-                 static_cast<int>(8 * SampleBytes(pixels_.type)), ColourTypeOf(pixels_.layout), PNG_INTERLACE_NONE,
+    png_set_IHDR(write_, info_, static_cast<png_uint_32>(rows_.Width()), static_cast<png_uint_32>(rows_.Height()),
+                 static_cast<int>(8 * SampleBytes(rows_.Type())), ColourTypeOf(rows_.Layout()), PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_oFFs(write_, info_, 0, 0, PNG_OFFSET_PIXEL);
     PutMetadata();
     png_write_info(write_, info_);
-    if (std::endian::native == std::endian::little && SampleBytes(pixels_.type) == 2) png_set_swap(write_);
+    if (std::endian::native == std::endian::little && SampleBytes(rows_.Type()) == 2) png_set_swap(write_);
     return true;
   }
 
   void PutMetadata() {
-    if (png_ == nullptr) return;
-    if (PassesProfile()) {
-      png_set_iCCP(write_, info_, "Embedded Profile", 0, reinterpret_cast<png_const_bytep>(png_->profile.data()),
-                   static_cast<png_uint_32>(png_->profile.size()));
+    if (const std::string profile = attributes_.Profile(); !profile.empty()) {
+      png_set_iCCP(write_, info_, "Embedded Profile", 0, reinterpret_cast<png_const_bytep>(profile.data()),
+                   static_cast<png_uint_32>(profile.size()));
     }
-    if (png_->pixelsX != 0) {
-      // Where the two differ, the full library takes the second from the aspect.
-      const float x = png_->ResolutionX();
-      const float aspect = png_->PixelAspect();
-      png_set_pHYs(write_, info_, Pixels(x), Pixels(aspect > 0.0f ? x * aspect : png_->ResolutionY()),
-                   png_->isInMetres ? PNG_RESOLUTION_METER : PNG_RESOLUTION_UNKNOWN);
-    }
+    PutResolution();
     PutTime();
     if (!texts_.empty()) png_set_text(write_, info_, texts_.data(), static_cast<int>(texts_.size()));
   }
 
   // The resolution of the full library's files: it goes through floats.
-  png_uint_32 Pixels(float resolution) const {
+  void PutResolution() {
+    const float x = attributes_.Number("XResolution", 0.0f);
+    if (x == 0.0f) return;
     constexpr float kInchesInMetre = 100.0f / 2.54f;
-    return static_cast<png_uint_32>(resolution * (png_->isInMetres ? kInchesInMetre : 1.0f));
+    const bool hasUnit = attributes_.Text("ResolutionUnit") == "inch";
+    const float scale = hasUnit ? kInchesInMetre : 1.0f;
+    // Where the two differ, it takes the second from the aspect.
+    const float aspect = attributes_.Number("PixelAspectRatio", 0.0f);
+    const float y = aspect > 0.0f ? x * aspect : attributes_.Number("YResolution", 0.0f);
+    png_set_pHYs(write_, info_, static_cast<png_uint_32>(x * scale), static_cast<png_uint_32>(y * scale),
+                 hasUnit ? PNG_RESOLUTION_METER : PNG_RESOLUTION_UNKNOWN);
   }
 
   void PutTime() {
-    if (png_->texts.empty() || png_->texts.front().first != "DateTime") return;
+    const std::string date = attributes_.Text("DateTime");
+    if (date.empty()) return;
     unsigned parts[6] = {};
-    std::sscanf(png_->texts.front().second.c_str(), "%4u:%2u:%2u %2u:%2u:%2u", &parts[0], &parts[1], &parts[2],
-                &parts[3], &parts[4], &parts[5]);
+    std::sscanf(date.c_str(), "%4u:%2u:%2u %2u:%2u:%2u", &parts[0], &parts[1], &parts[2], &parts[3], &parts[4],
+                &parts[5]);
     png_time time;
     time.year = static_cast<png_uint_16>(parts[0]);
     time.month = static_cast<png_byte>(parts[1]);
@@ -203,8 +201,8 @@ class Writing {
 
   void PutRows() {
     std::vector<std::byte> row(rows_.RowBytes());
-    for (std::int32_t y = 0; y < window_.height; ++y) {
-      MakeRow(y, row.data());
+    for (std::int32_t y = 0; y < rows_.Height(); ++y) {
+      rows_.Make(y, row.data());
       Check(PutRow(row.data()));
     }
     Check(PutEnd());
@@ -212,11 +210,11 @@ class Writing {
 
   // What libpng would write behind its head, by all the threads that are allowed.
   void PutLarge(const PngRows& rows) {
-    const bool isSwapped = std::endian::native == std::endian::little && SampleBytes(pixels_.type) == 2;
+    const bool isSwapped = std::endian::native == std::endian::little && SampleBytes(rows_.Type()) == 2;
     PackPngRows(
         rows, kLevel, picture_.threads,
         [&](std::int32_t row, std::byte* samples) {
-          MakeRow(row, samples);
+          rows_.Make(row, samples);
           if (!isSwapped) return;
           for (std::size_t i = 0; i + 1 < rows.bytes; i += 2)
             std::swap(samples[i], samples[i + 1]);
@@ -241,15 +239,6 @@ class Writing {
     if (setjmp(png_jmpbuf(write_)) != 0) return false;
     png_write_end(write_, nullptr);
     return true;
-  }
-
-  void MakeRow(std::int32_t row, std::byte* samples) {
-    for (const int component : components_) {
-      const ComponentChannel channel{component, pixels_.type};
-      rows_.Put(channel, row, samples);
-      rows_.AddBeyond(channel, row, beyond_);
-      samples += SampleBytes(pixels_.type);
-    }
   }
 
   static void OnBytes(png_structp png, png_bytep bytes, std::size_t count) {
@@ -278,15 +267,11 @@ class Writing {
 
   const PictureToWrite& picture_;
   const StopTest& stop_;
-  const PngMetadata* png_;
-  OutputPixels pixels_;
-  std::vector<int> components_;
-  FileWindow window_;
-  ComponentRows rows_;
-  PngFile file_;
+  LightRows rows_;
+  LightAttributes attributes_;
+  WrittenFile file_;
   png_structp write_ = nullptr;
   png_infop info_ = nullptr;
-  BeyondRange beyond_;
   std::vector<std::string> keywords_;
   std::vector<std::string> plain_;
   std::vector<png_text> texts_;
@@ -299,7 +284,9 @@ class Writing {
 }  // namespace
 
 bool IsPlainPng(const PictureToWrite& picture) {
-  return picture.format.name == "png" && (picture.metadata == nullptr || picture.metadata->Png() != nullptr);
+  if (picture.metadata == nullptr) return true;
+  if (picture.metadata->Light() == nullptr) return false;
+  return IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "png"));
 }
 
 std::vector<std::string> WritePng(const PictureToWrite& picture, const StopTest& stop) {

@@ -1,23 +1,21 @@
-// The functions that this module exports.
-#include "host/files/LightPictures.h"
-#include "host/light/PngReading.h"
-#include "host/light/PngWriting.h"
+// What the module for plain PNG files exports.
+#include "host/light/png/PngReading.h"
+#include "host/light/png/PngWriting.h"
 
 namespace vblur::host {
 
 namespace {
 
-class PngPictures final : public LightPictures {
+class PngPictures final : public LightModule {
  public:
-  std::unique_ptr<PictureSource> Open(const std::filesystem::path& path, const ReadChoice& choice) override {
-    return OpenPng(path, choice);
-  }
-  std::optional<PictureReport> Report(const std::filesystem::path& path, const ReadChoice& choice) override {
-    return ReportPng(path, choice);
-  }
   bool Writes(const PictureToWrite& picture) const override { return IsPlainPng(picture); }
   std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
     return WritePng(picture, stop);
+  }
+
+ private:
+  OpenedLight OpenFile(const std::filesystem::path& path, const ReadChoice& choice) const override {
+    return OpenPng(path, choice);
   }
 };
 

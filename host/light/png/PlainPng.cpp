@@ -1,4 +1,4 @@
-#include "host/light/PlainPng.h"
+#include "host/light/png/PlainPng.h"
 
 #include <algorithm>
 #include <array>

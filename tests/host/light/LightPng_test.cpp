@@ -1,184 +1,38 @@
-// Plain PNG files by the light and by the full picture library: the two give and write the same.
-#include <algorithm>
+// Plain PNG files by the light and by the full picture library.
+#include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <memory>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "host/base/Failure.h"
-#include "host/files/OutputFile.h"
-#include "host/files/OutputFormat.h"
-#include "host/files/PictureFile.h"
-#include "host/files/PictureLibrary.h"
-#include "host/files/PictureReport.h"
+#include "tests/host/light/LightPicturesTest.h"
 #include "tests/support/host/PngBytes.h"
 #include "tests/support/host/RawPictures.h"
-#include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::host {
 namespace {
 
-using enum PictureLibraries;
-
-// Whole, as text.
-std::string Shown(const PictureInfo& info) {
-  std::ostringstream text;
-  const auto window = [&](const FileWindow& each) {
-    text << each.x << ' ' << each.y << ' ' << each.width << ' ' << each.height << '\n';
-  };
-  text << info.format << ' ' << info.width << ' ' << info.height << ' ' << info.channels << ' '
-       << static_cast<int>(info.samples) << '\n';
-  text << info.choice.red << info.choice.green << info.choice.blue << info.choice.alpha << '\n';
-  window(info.data);
-  window(info.display);
-  for (const FileChannel& channel : info.all)
-    text << channel.name << ':' << NameOf(channel.type) << ' ';
-  for (const int channel : info.passing)
-    text << "passing " << channel << ' ';
-  text << NameOf(info.stored) << ' ' << info.pictures << ' ' << info.levels << ' ' << info.tileWidth << ' '
-       << info.tileHeight << ' ' << info.hasInks << '\n';
-  for (const std::string& kind : info.unread)
-    text << "unread " << kind << '\n';
-  text << info.colourChunks << '\n' << info.lateTexts << '\n' << info.exif << info.hasMakerNote;
-  for (const ExifFieldName& field : info.unreadExif)
-    text << "unread " << field.name << '\n';
-  text << static_cast<int>(info.transfer);
-  return text.str();
-}
-
-std::string Shown(const PictureReport& report) {
-  std::ostringstream text;
-  text << Shown(report.info) << '\n' << report.compression << report.associatedAlpha << '\n';
-  text << report.metadata.bits << ' ' << report.beyondText.bits << ' ' << report.profileFits.bits << '\n';
-  for (const auto& [format, parts] : report.lacking)
-    text << format << " lacks " << parts.exifFields.size() << ' ' << parts.longTexts.size() << ' '
-         << testing::PrintToString(parts.keptOthers) << '\n';
-  text << testing::PrintToString(report.others) << '\n';
-  for (const auto& [name, value] : report.attributes)
-    text << name << '=' << value << '\n';
-  for (const OutputFormat& format : OutputFormats()) {
-    for (const std::int32_t depth : {8, 16, 32})
-      text << format.name << ": " << ListOf(LossesOf(report, format, {}, depth)) << '\n';
-  }
-  return text.str();
-}
-
-std::string BytesOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-struct ReadFile {
-  ReadPicture facts;
-  HostImage image;
-
-  std::string Pixels() const { return {reinterpret_cast<const char*>(image.Row(0)), image.ByteCount()}; }
-};
-
-class LightPictures : public testing::Test {
+class LightPng : public LightPicturesTest {
  protected:
-  ~LightPictures() override { UsePictures(Automatic); }
-
-  std::filesystem::path Write(const std::string& bytes, const std::string& name = "in.png") const {
-    folder_.Write(name, bytes);
-    return folder_.path() / name;
-  }
-
-  static std::unique_ptr<ReadFile> Read(PictureLibraries library, const std::filesystem::path& path, std::int32_t depth,
-                                        PictureUse use = PictureUse::Colour) {
-    UsePictures(library);
-    auto read = std::make_unique<ReadFile>();
-    ReadChoice choice;
-    choice.keepsPassing = true;
-    choice.keepsSamples = true;
-    read->facts = use == PictureUse::Mask ? PictureReader().ReadMask(path, depth, read->image, choice)
-                                          : PictureReader().ReadColour(path, depth, read->image, choice);
-    return read;
-  }
-
-  // The notes, and then the file.
-  std::string Written(PictureLibraries library, const ReadFile& read, const std::string& name) const {
-    UsePictures(library);
-    const std::filesystem::path path = folder_.path() / name;
-    WrittenPicture written =
-        PictureWriter().WriteBeside(path, read.image, read.facts.metadata.get(), {.overwrite = true, .sync = false});
-    std::string text;
-    for (const std::string& note : written.Notes())
-      text += note + '\n';
-    written.Commit();
-    return text + BytesOf(path);
-  }
-
-  static std::string FailureOf(PictureLibraries library, const std::filesystem::path& path) {
-    try {
-      Read(library, path, 8);
-    } catch (const Failure& failure) {
-      return failure.what();
-    }
-    return "";
-  }
-
-  void ExpectSameReading(const std::filesystem::path& path) const {
-    for (const std::int32_t depth : {8, 16, 32}) {
-      for (const PictureUse use : {PictureUse::Colour, PictureUse::Mask}) {
-        const auto light = Read(Light, path, depth, use);
-        const auto full = Read(Full, path, depth, use);
-        EXPECT_EQ(Shown(light->facts.info), Shown(full->facts.info));
-        EXPECT_EQ(light->Pixels(), full->Pixels()) << "at " << depth;
-        EXPECT_EQ(light->facts.losses, full->facts.losses);
-        EXPECT_EQ(light->facts.associatedAlpha, full->facts.associatedAlpha);
-        ASSERT_EQ(light->facts.samples == nullptr, full->facts.samples == nullptr);
-        if (!full->facts.samples) continue;
-        EXPECT_EQ(*light->facts.samples, *full->facts.samples);
-      }
-    }
-    UsePictures(Light);
-    const std::string light = Shown(ReportPicture(path));
-    UsePictures(Full);
-    EXPECT_EQ(light, Shown(ReportPicture(path)));
-  }
-
-  // To the last byte; and what is read by the light one and written by the full one.
-  void ExpectSameWriting(const std::filesystem::path& path) const {
+  using LightPicturesTest::ExpectSame;
+  // To the last byte, too.
+  void ExpectSame(const std::filesystem::path& path) const {
+    ExpectSame(path, "out.png");
     for (const std::int32_t depth : {8, 16, 32}) {
       const auto light = Read(Light, path, depth);
       const auto full = Read(Full, path, depth);
       EXPECT_EQ(Written(Light, *light, "out.png"), Written(Full, *full, "out.png")) << "at " << depth;
-      for (const char* other : {"out.tif", "out.jpg", "out.tga", "out.exr"})
-        EXPECT_EQ(Written(Automatic, *light, other), Written(Full, *full, other)) << other << " at " << depth;
-      // No longer what the source was: written as colours.
-      for (HostImage* image : {&light->image, &full->image})
-        image->Row(0)[0] ^= std::byte{0x15};
-      EXPECT_EQ(Written(Light, *light, "out.png"), Written(Full, *full, "out.png")) << "changed, at " << depth;
     }
   }
 
-  void ExpectSame(const std::filesystem::path& path) const {
-    ASSERT_EQ(FailureOf(Light, path), "");
-    ExpectSameReading(path);
-    ExpectSameWriting(path);
-  }
-
-  // The light library leaves a file alone, and nothing of it is other with it than without.
   void ExpectLeft(const std::string& bytes, const std::string& name = "in.png") const {
-    const auto path = Write(bytes, name);
-    EXPECT_EQ(FailureOf(Light, path),
-              path.string() + ": cannot read: the light picture library reads plain PNG files alone");
-    EXPECT_EQ(FailureOf(Automatic, path), FailureOf(Full, path));
-    if (!FailureOf(Full, path).empty()) return;
-    EXPECT_EQ(Read(Automatic, path, 8)->Pixels(), Read(Full, path, 8)->Pixels());
-    EXPECT_EQ(Written(Automatic, *Read(Automatic, path, 8), "out.png"), Written(Full, *Read(Full, path, 8), "out.png"));
+    LightPicturesTest::ExpectLeft(Write(bytes, name));
   }
-
-  ScratchFolder folder_;
 };
 
-TEST_F(LightPictures, ReadAndWriteEveryTypeAndDepth) {
+TEST_F(LightPng, ReadAndWriteEveryTypeAndDepth) {
   for (const int type : {0, 2, 3, 4, 6}) {
     for (const int bits : {1, 2, 4, 8, 16}) {
       const bool isKnown = bits == 8 || (bits == 16 && type != 3) || (bits < 8 && (type == 0 || type == 3));
@@ -193,7 +47,7 @@ TEST_F(LightPictures, ReadAndWriteEveryTypeAndDepth) {
 }
 
 // They are packed in stretches: other bytes than those of the full library, for the same samples and chunks.
-TEST_F(LightPictures, WriteLargePicturesByAnyNumberOfThreads) {
+TEST_F(LightPng, WriteLargePicturesByAnyNumberOfThreads) {
   const std::string texts = PngChunk("tEXt", std::string("Author\0Me", 9));
   for (const PngKind& kind : {PngKind{2, 8}, PngKind{6, 16}, PngKind{0, 16}, PngKind{4, 8}}) {
     SCOPED_TRACE(std::to_string(kind.colourType) + " of " + std::to_string(kind.bits));
@@ -216,7 +70,7 @@ TEST_F(LightPictures, WriteLargePicturesByAnyNumberOfThreads) {
   }
 }
 
-TEST_F(LightPictures, ReadAndWriteTheFilesOfTheTests) {
+TEST_F(LightPng, ReadAndWriteTheFilesOfTheTests) {
   for (const auto& entry : std::filesystem::directory_iterator(VBLUR_PICTURES_FOLDER)) {
     if (entry.path().extension() != ".png" || entry.path().filename() == "interlaced.png") continue;
     SCOPED_TRACE(entry.path().filename());
@@ -240,7 +94,7 @@ const std::string kTexts = Text("Title", "A title") + Text("Author", "Me") + Tex
                            PngChunk("zTXt", "Packed" + std::string(2, '\0') + PackedBytes("text\nof lines")) +
                            PngChunk("iTXt", "Wide" + std::string(5, '\0') + "caf\xc3\xa9 \xe2\x82\xac");
 
-TEST_F(LightPictures, ReadAndWriteWhatStandsBesideThePixels) {
+TEST_F(LightPng, ReadAndWriteWhatStandsBesideThePixels) {
   const std::string white = PngChunk("cHRM", Big32Of(31270) + Big32Of(32900) + Big32Of(64000) + Big32Of(33000) +
                                                  Big32Of(30000) + Big32Of(60000) + Big32Of(15000) + Big32Of(6000));
   const std::string place = PngChunk("oFFs", std::string(9, '\0'));
@@ -274,7 +128,7 @@ TEST_F(LightPictures, ReadAndWriteWhatStandsBesideThePixels) {
 }
 
 // Chunks of which both take nothing, of the length that the type has.
-TEST_F(LightPictures, PassOverTheBackgroundAndTheBitsOfSamples) {
+TEST_F(LightPng, PassOverTheBackgroundAndTheBitsOfSamples) {
   struct Case {
     PngKind kind;
     std::size_t background;
@@ -302,7 +156,7 @@ std::string ProfileChunk(const char* colours) {
 }
 
 // Where it is for the pixels that are written, and where it is not.
-TEST_F(LightPictures, ReadAndWriteAColourProfile) {
+TEST_F(LightPng, ReadAndWriteAColourProfile) {
   for (const PngKind& kind : {PngKind{2, 8}, PngKind{6, 16}, PngKind{3, 8}}) {
     for (const std::string& chunks :
          {ProfileChunk("RGB "), ProfileChunk("RGB ") + kGamma, ProfileChunk("RGB ") + kGamma + kSrgb}) {
@@ -315,7 +169,7 @@ TEST_F(LightPictures, ReadAndWriteAColourProfile) {
   ExpectSame(Write(PngBytes({0, 8}, 9, 5, ProfileChunk("GRAY"))));
 }
 
-TEST_F(LightPictures, WriteEveryResolutionAlike) {
+TEST_F(LightPng, WriteEveryResolutionAlike) {
   for (std::uint32_t pixels = 1; pixels < 1'000'000; pixels += pixels / 40 + 1) {
     for (const bool isInMetres : {false, true}) {
       const auto path = Write(PngBytes({0, 8}, 1, 1, "", Scale(pixels, 1'000'001 - pixels, isInMetres)));
@@ -327,7 +181,7 @@ TEST_F(LightPictures, WriteEveryResolutionAlike) {
   }
 }
 
-TEST_F(LightPictures, WriteWhatHasNoSource) {
+TEST_F(LightPng, WriteWhatHasNoSource) {
   for (const std::int32_t depth : {8, 16, 32}) {
     auto read = Read(Full, Write(PngBytes({6, 16}, 40, 30)), depth);
     read->facts.metadata = nullptr;
@@ -335,7 +189,7 @@ TEST_F(LightPictures, WriteWhatHasNoSource) {
   }
 }
 
-TEST_F(LightPictures, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
+TEST_F(LightPng, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   const PngKind colour{2, 8};
   const auto with = [&](const std::string& before, const std::string& first = "") {
     return PngBytes(colour, 5, 3, first, before);
@@ -365,7 +219,7 @@ TEST_F(LightPictures, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   ExpectLeft(PngBytes(colour, 5, 3) + "more", "in.jpg");
 }
 
-TEST_F(LightPictures, TellOfDamagedPixelsAsTheFullLibraryDoes) {
+TEST_F(LightPng, TellOfDamagedPixelsAsTheFullLibraryDoes) {
   const std::string whole = PngBytes({6, 16}, 400, 900);
   for (const std::size_t at : {std::size_t{100}, whole.size() / 2, whole.size() - 20}) {
     std::string damaged = whole;
@@ -376,13 +230,13 @@ TEST_F(LightPictures, TellOfDamagedPixelsAsTheFullLibraryDoes) {
   }
 }
 
-TEST_F(LightPictures, RefuseOtherOutputs) {
+TEST_F(LightPng, RefuseOtherOutputs) {
   const auto read = Read(Light, Write(PngBytes({2, 8}, 5, 3)), 8);
   try {
-    Written(Light, *read, "out.tif");
+    Written(Light, *read, "out.tga");
     FAIL();
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.what(), (folder_.path() / "out.tif").string() +
+    EXPECT_EQ(failure.what(), (folder_.path() / "out.tga").string() +
                                   ": cannot write: the light picture library writes plain PNG files alone");
   }
 }

@@ -8,7 +8,7 @@
 
 namespace vblur::host {
 
-// Whether the picture goes to a PNG file, with no metadata but those of plain PNG files.
+// Whether a picture that goes to a PNG file has no metadata but those of plain PNG files.
 bool IsPlainPng(const PictureToWrite& picture);
 // As PictureLibrary::Write, of such a picture.
 std::vector<std::string> WritePng(const PictureToWrite& picture, const StopTest& stop);
