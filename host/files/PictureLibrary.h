@@ -1,5 +1,5 @@
 // The picture library: a module that reads and writes picture files, loaded when first needed. Its dependencies are
-// hundreds of libraries, whose loading dominates a short run: plain PNG files go to a light one (LightPictures.h).
+// hundreds of libraries, whose loading dominates a short run: plain files go to a light one (LightPictures.h).
 #pragma once
 
 #include <cstddef>
