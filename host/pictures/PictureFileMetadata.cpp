@@ -75,8 +75,13 @@ SetOf<PixelLayout> LayoutsOfProfile(const OIIO::ParamValue& profile) {
 
 std::optional<MetadataGroup> GroupOf(const OIIO::ParamValue& attribute) {
   const std::string_view name(attribute.name().c_str(), attribute.name().size());
-  const bool isText = attribute.type() == OIIO::TypeDesc::STRING;
-  return GroupOfAttribute(name, isText ? std::nullopt : std::optional(attribute.get_float()));
+  std::optional<float> number;
+  if (attribute.type().is_floating_point()) {
+    number = attribute.get_float();
+  } else if (attribute.type() != OIIO::TypeDesc::STRING) {
+    number = static_cast<float>(attribute.get_int());
+  }
+  return GroupOfAttribute(name, number);
 }
 
 bool IsTextOf(const OIIO::ParamValue& attribute, std::string_view format) {
