@@ -81,7 +81,7 @@ TEST_F(StartUp, APictureLibraryThatCannotBeLoadedIsNamed) {
   std::filesystem::copy_file(host, copies / host.filename());
   const Environment first("LD_LIBRARY_PATH", copies.string());
   ExpectRefusal({"chart", "chart.png"}, 3,
-                (copies / "libvblur_host_light.so").string() + ": cannot load the light picture library: no such file");
+                (copies / "libvblur_host_light_png.so").string() + ": cannot load the light picture library: no such file");
   const std::string module = (copies / "libvblur_host_pictures.so").string();
   ExpectRefusal({"chart", "chart.png", "--pictures", "full"}, 3,
                 module + ": cannot load the picture library: no such file");
