@@ -33,9 +33,9 @@ template <class Pixel>
 void copySourceAndResult(benchmark::State& state, const Size& size) {
   useThreads(1);
   Pictures<Pixel>& all = pictures<Pixel>(size);
-  static HvTexture<Pixel, Ri> target(size.width, size.height);
+  static typename Pictures<Pixel>::Texture target(size.width, size.height);
   clear(target);
-  SimpleCopySampler<Pixel, Ri> copy;
+  SimpleCopySampler<Pixel, FilterAccum<Pixel>> copy;
   for (auto _ : state) {
     copy.process(&all.source, &all.between);
     copy.process(&all.result, &target);
@@ -130,11 +130,16 @@ void addFourCopies(const Plan& plan) {
 }
 
 template <class Pixel>
-void addCases(const Plan& plan) {
+void addWholeCopies(const Plan& plan) {
   const std::int32_t depth = 8 * static_cast<std::int32_t>(sizeof(ComponentOf<Pixel>));
   addFourCopies<Pixel>(plan);
   addCase(CaseName("copyboth").with("depth", depth).with("threads", 1).with(Size()),
           [](benchmark::State& state) { copySourceAndResult<Pixel>(state, Size()); });
+}
+
+template <class Pixel>
+void addCases(const Plan& plan) {
+  addWholeCopies<Pixel>(plan);
   addRowCases<Pixel>();
 }
 
@@ -143,7 +148,7 @@ void addCases(const Plan& plan) {
 void addCopyCases(const Plan& plan) {
   addCases<R8>(plan);
   addCases<R16>(plan);
-  addFourCopies<Rf>(plan);
+  addWholeCopies<Rf>(plan);
 }
 
 }  // namespace vblur::bench

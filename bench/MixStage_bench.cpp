@@ -16,10 +16,10 @@ constexpr float kSomeBlend = 35.0f;
 
 // The source and its blur.
 template <class Pixel>
-const HvTexture<Pixel, Ri>& blurred(Pictures<Pixel>& all) {
+const typename Pictures<Pixel>::Texture& blurred(Pictures<Pixel>& all) {
   static const auto picture = [&] {
-    auto made = std::make_unique<HvTexture<Pixel, Ri>>(all.size.width, all.size.height);
-    FuzzSampler<Pixel, Ri, Pixel::kMax> sampler;
+    auto made = std::make_unique<typename Pictures<Pixel>::Texture>(all.size.width, all.size.height);
+    Blur<Pixel> sampler;
     sampler.sizeX = sampler.sizeY = 10.0f;
     sampler.process(&all.source, made.get());
     return made;
@@ -77,6 +77,7 @@ void addCases(const Plan& plan) {
 void addMixBackCases(const Plan& plan) {
   addCases<R8>(plan);
   addCases<R16>(plan);
+  addCases<Rf>(plan);
 }
 
 }  // namespace vblur::bench

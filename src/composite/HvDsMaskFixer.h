@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "composite/MixRows.h"
+#include "composite/PixelMath.h"
 #include "composite/PlainRuns.h"
 #include "composite/StraightRuns.h"
-#include "image/Arithmetic.h"
 #include "image/HvCpu.h"
 #include "image/HvRGBCopySampler.h"
 
@@ -44,25 +44,15 @@ class HvDsMaskFixer : public HvRGBCopySampler<Pixel, Accum> {
     walkRuns(
         this->rowLoop(), this->interrupt, out,
         [named](Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& run) {
-          if constexpr (kHasVectorRows<Pixel>) {
-            const auto row = [named](const Pixel* from, const Pixel*, Pixel* over, std::int32_t count) {
-              mixByAlphaRow(from, over, count, named);
-            };
-            if (HvUsesVectors() && runStraight(to, n, run, HvPixelRun<Pixel>{to, 1, n, true}, row)) return;
-          }
+          const auto row = [named](const Pixel* from, const Pixel*, Pixel* over, std::int32_t count) {
+            mixByAlphaRow(from, over, count, named);
+          };
+          if (HvUsesVectors() && runStraight(to, n, run, HvPixelRun<Pixel>{to, 1, n, true}, row)) return;
           mapRuns(to, n, run, run, [named](const Pixel& source, const Pixel&, const Pixel& result) {
-            return mixed(result, source, named);
+            return mixedByAlpha(result, source, named);
           });
         },
         in);
-  }
-
-  static Pixel mixed(const Pixel& d, const Pixel& s, std::int32_t named) {
-    Pixel result = s;
-    for (int c = 0; c < 3; ++c) {
-      if ((named & (1 << c)) == 0) result[c] = mixComponent<Pixel>(d[c], s[c], s.alpha);
-    }
-    return result;
   }
 
   HvTexIndexer savedAxes;

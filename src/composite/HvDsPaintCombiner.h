@@ -42,12 +42,10 @@ class HvDsPaintCombiner
           static constexpr MaskPixel kHidden{};
           const auto source = runA.exists ? runA : HvPixelRun<Pixel>{&kNothing, 0, n, false};
           const auto strength = runM.exists ? runM : HvPixelRun<MaskPixel>{&kHidden, 0, n, false};
-          if constexpr (kHasVectorRows<Pixel>) {
-            const auto row = [](const Pixel* from, const MaskPixel* values, Pixel* result, std::int32_t count) {
-              paintRow(from, values, result, count);
-            };
-            if (HvUsesVectors() && runStraight(to, n, source, strength, row)) return;
-          }
+          const auto row = [](const Pixel* from, const MaskPixel* values, Pixel* result, std::int32_t count) {
+            paintRow(from, values, result, count);
+          };
+          if (HvUsesVectors() && runStraight(to, n, source, strength, row)) return;
           mapRuns(to, n, source, strength, [](const Pixel& from, const MaskPixel& value, const Pixel& result) {
             return shown(result, from, value.value);
           });

@@ -16,13 +16,9 @@ constexpr float kNear = Pixel::kIntegral ? 0.003921569f : 0.0f;
 
 template <class Operation, MergeForm Form>
 constexpr MergeKernel<typename Operation::Pixel> runOf() {
-  if constexpr (Operation::Pixel::kIntegral) {
-    return &mergeRun<Operation, Form>;
-  } else {
-    // With gains of 1 the gained form leaves every float as it is.
-    constexpr MergeForm kForm = Form == MergeForm::Integer ? MergeForm::Gained : Form;
-    return &mergeFloatRun<Operation, kForm>;
-  }
+  // With gains of 1 the gained form leaves every float as it is.
+  constexpr bool kIsInteger = Form == MergeForm::Integer && Operation::Pixel::kIntegral;
+  return &mergeRun < Operation, Form == MergeForm::Integer && !kIsInteger ? MergeForm::Gained : Form > ;
 }
 
 template <class Operation>
@@ -112,8 +108,7 @@ void HvMerge<Pixel, Accum, One>::processRows(Texture* a, Texture* b, Texture* ou
   if (kernel == nullptr) return;
   const MergeWeights weights{gainA, gainB, weightA, weightB, mixA, mixB};
   // Null: the plain code runs.
-  MergeRow<Pixel> row = nullptr;
-  if constexpr (kHasVectorRows<Pixel>) row = mergeRowFor<Pixel>(method, form(), weights);
+  const MergeRow<Pixel> row = mergeRowFor<Pixel>(method, form(), weights);
   const auto byVectors = [&](const Pixel* fromA, const Pixel* fromB, Pixel* to, std::int32_t n) {
     row(fromA, fromB, to, n, weights);
   };

@@ -49,12 +49,10 @@ class HvQuickMixer : public HvImgProc3<HvTexture<Pixel, Accum>, HvTexture<Pixel,
 
   static void mixRun(Pixel* to, std::int32_t n, const HvPixelRun<Pixel>& runA, const HvPixelRun<Pixel>& runB,
                      Amount t) {
-    if constexpr (kHasVectorRows<Pixel>) {
-      const auto row = [t](const Pixel* a, const Pixel* b, Pixel* out, std::int32_t count) {
-        quickMixRow(a, b, out, count, t);
-      };
-      if (HvUsesVectors() && runStraight(to, n, runA, runB, row)) return;
-    }
+    const auto row = [t](const Pixel* a, const Pixel* b, Pixel* out, std::int32_t count) {
+      quickMixRow(a, b, out, count, t);
+    };
+    if (HvUsesVectors() && runStraight(to, n, runA, runB, row)) return;
     mixPlainRun(to, n, runA, runB, t);
   }
 

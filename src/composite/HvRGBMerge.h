@@ -25,19 +25,17 @@ class HvRGBMerge {
 
   // a + b - ab. Floats above 1.0 would turn it around: there it is the greater, which it also is at 1.0.
   static constexpr float screened(float a, float b) {
-    if constexpr (!Pixel::kIntegral) {
-      if (a > kFloatOne || b > kFloatOne) return GreaterOf{}(a, b);
-    }
-    return a + b - b * a / kFloatOne;
+    const float sum = a + b - b * a / kFloatOne;
+    if constexpr (Pixel::kIntegral) return sum;
+    const float greater = GreaterOf{}(a, b);
+    return greater > kFloatOne ? greater : sum;
   }
 
   // Where both floats are negative, so is their product: what is darker than black does not light up.
   static constexpr float multiplied(float a, float b) {
     const float product = a * b / kFloatOne;
-    if constexpr (!Pixel::kIntegral) {
-      if (a < 0.0f && b < 0.0f) return -product;
-    }
-    return product;
+    if constexpr (Pixel::kIntegral) return product;
+    return GreaterOf{}(a, b) < 0.0f ? -product : product;
   }
 
   // One function for the three colours and one for alpha.
@@ -138,7 +136,7 @@ class HvRGBMerge {
       return withAlpha(colourSum(q) > colourSum(p) ? p : q, 0);
     }
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return withAlpha(finished<Pixel>(colourSum(q) > colourSum(p) ? p : q), 0);
+      return withAlpha(finished<Pixel>(eitherPixel(colourSum(q) > colourSum(p), p, q)), 0);
     }
   };
 
@@ -146,7 +144,7 @@ class HvRGBMerge {
   struct Lighten : MixedBefore {
     static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) { return colourSum(p) > colourSum(q) ? p : q; }
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return finished<Pixel>(colourSum(p) > colourSum(q) ? p : q);
+      return finished<Pixel>(eitherPixel(colourSum(p) > colourSum(q), p, q));
     }
   };
 

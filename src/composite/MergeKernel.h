@@ -67,10 +67,9 @@ constexpr Pixel merged(const Pixel& a, const Pixel& b, const MergeWeights& w) {
     } else if constexpr (Form == MergeForm::TowardsB) {
       return Operation::ofFloats(mixedOperand<Pixel>(wideA, wideB, w), gainedB);
     } else {
-      Rf first = gainedA;
       // In this form alone the first picture's alpha takes the second picture's gain.
-      if constexpr (Operation::kTakesFirstAlpha) first.alpha = gained<Pixel>(wideA, w.gainB).alpha;
-      return Operation::ofFloats(first, mixedOperand<Pixel>(wideA, wideB, w));
+      const float alpha = Operation::kTakesFirstAlpha ? gained<Pixel>(wideA, w.gainB).alpha : gainedA.alpha;
+      return Operation::ofFloats(withAlpha(gainedA, alpha), mixedOperand<Pixel>(wideA, wideB, w));
     }
   }
 }
@@ -85,14 +84,6 @@ void mergeRun(Pixel* out, std::int32_t n, const HvPixelRun<Pixel>& runA, const H
               const MergeWeights& weights) {
   mapRuns(out, n, runA, runB,
           [w = weights](const Pixel& a, const Pixel& b, const Pixel&) { return merged<Operation, Form>(a, b, w); });
-}
-
-// The same for floats, which have no other code. Flattened: among as many loops as HvMerge.cpp has, the compiler stops
-// inlining, and would call functions for each pixel.
-template <class Operation, MergeForm Form, class Pixel = typename Operation::Pixel>
-[[gnu::flatten]] void mergeFloatRun(Pixel* out, std::int32_t n, const HvPixelRun<Pixel>& runA,
-                                    const HvPixelRun<Pixel>& runB, const MergeWeights& weights) {
-  mergeRun<Operation, Form>(out, n, runA, runB, weights);
 }
 
 }  // namespace vblur

@@ -12,6 +12,11 @@ MergeRow<Pixel> mergeRowFor(std::int32_t method, MergeForm form, const MergeWeig
   return row != nullptr ? row : arithmeticRow<Pixel>(method, form, w);
 }
 
+template <>
+MergeRow<Rf> mergeRowFor<Rf>(std::int32_t method, MergeForm form, const MergeWeights& /*weights*/) {
+  return HvUsesVectors() ? floatRow(method, form) : nullptr;
+}
+
 template MergeRow<R8> mergeRowFor<R8>(std::int32_t, MergeForm, const MergeWeights&);
 template MergeRow<R16> mergeRowFor<R16>(std::int32_t, MergeForm, const MergeWeights&);
 

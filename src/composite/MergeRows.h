@@ -21,6 +21,11 @@ MergeRow<Pixel> mergeRowFor(std::int32_t method, MergeForm form, const MergeWeig
 extern template MergeRow<R8> mergeRowFor<R8>(std::int32_t, MergeForm, const MergeWeights&);
 extern template MergeRow<R16> mergeRowFor<R16>(std::int32_t, MergeForm, const MergeWeights&);
 
+// Of floats, with any weights; the plain code is that of MergeKernel.h, too.
+template <>
+MergeRow<Rf> mergeRowFor<Rf>(std::int32_t method, MergeForm form, const MergeWeights& weights);
+MergeRow<Rf> floatRow(std::int32_t method, MergeForm form);
+
 // The same for two families of methods, Darken to Add Under and Luminance to Colour; null for a method of the other.
 template <class Pixel>
 MergeRow<Pixel> arithmeticRow(std::int32_t method, MergeForm form, const MergeWeights& weights);

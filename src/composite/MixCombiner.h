@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <limits>
 
 #include "composite/MixRows.h"
 #include "composite/PixelMath.h"
@@ -28,14 +27,7 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
   void processRows(Texture* a, Texture* b, Texture* out) override {
     walkRuns(
         this->rowLoop(), this->interrupt, *out,
-        [&](Pixel* to, std::int32_t n, const Run& runA, const Run& runB) {
-          if constexpr (Pixel::kIntegral) {
-            mixIntegers(to, n, runA, runB);
-          } else {
-            mixFloats(to, n, runA, runB);
-          }
-        },
-        *a, *b);
+        [&](Pixel* to, std::int32_t n, const Run& runA, const Run& runB) { mixRun(to, n, runA, runB); }, *a, *b);
   }
 
   float weightA = 1.0f;
@@ -44,13 +36,19 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
  private:
   using Run = HvPixelRun<Pixel>;
 
-  void mixIntegers(Pixel* to, std::int32_t n, const Run& runA, const Run& runB) const requires(Pixel::kIntegral) {
+  void mixRun(Pixel* to, std::int32_t n, const Run& runA, const Run& runB) const {
     const MixRowWeights weights{weightA, weightB, limitsResult()};
     const auto row = [&](const Pixel* fromA, const Pixel* fromB, Pixel* result, std::int32_t count) {
       mixRow(fromA, fromB, result, count, weights);
     };
-    if (HvUsesVectors() && rowWeightsFit(weightA, weightB) && runStraight(to, n, runA, runB, row)) return;
-    if (weights.limits) {
+    const bool fits = !Pixel::kIntegral || rowWeightsFit(weightA, weightB);
+    if (HvUsesVectors() && fits && runStraight(to, n, runA, runB, row)) return;
+    if constexpr (!Pixel::kIntegral) {
+      mapRuns(to, n, runA, runB,
+              [a = double{weightA}, b = double{weightB}](const Pixel& p, const Pixel& q, const Pixel&) {
+                return weightedInDoubles(p, q, a, b);
+              });
+    } else if (weights.limits) {
       mixPlainRun(to, n, runA, runB, [](float v) { return clampTo(v, 0.0f, static_cast<float>(One)); });
     } else {
       mixPlainRun(to, n, runA, runB, [](float v) { return v; });
@@ -63,15 +61,6 @@ class MixCombiner : public Combiner<HvTexture<Pixel, Accum>, HvTexture<Pixel, Ac
     mapComponents(to, n, runA, runB, [limit, a = weightA, b = weightB](auto p, auto q) {
       const float sum = static_cast<float>(p) * a + static_cast<float>(q) * b;
       return storeNarrow<ComponentOf<Pixel>>(truncToInt(limit(sum)));
-    });
-  }
-
-  // In doubles, where no product overflows and only the result is rounded: with weights that sum to 1 it lies between
-  // its components. Limited to the largest float.
-  void mixFloats(Pixel* to, std::int32_t n, const Run& runA, const Run& runB) const {
-    mapComponents(to, n, runA, runB, [a = double{weightA}, b = double{weightB}](double p, double q) {
-      constexpr double kMost = std::numeric_limits<float>::max();
-      return static_cast<float>(withinMost(p * a + q * b, kMost));
     });
   }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 #include "image/Arithmetic.h"
 #include "image/Pixels.h"
@@ -75,6 +76,17 @@ constexpr Pixel withAlpha(Pixel pixel, ComponentOf<Pixel> alpha) {
   return pixel;
 }
 
+// One pixel or the other. By component, which vector code of floats needs.
+template <class Pixel>
+constexpr Pixel eitherPixel(bool first, const Pixel& a, const Pixel& b) {
+  Pixel result{};
+  result.red = first ? a.red : b.red;
+  result.green = first ? a.green : b.green;
+  result.blue = first ? a.blue : b.blue;
+  result.alpha = first ? a.alpha : b.alpha;
+  return result;
+}
+
 // One function of two components for all four.
 template <class Pixel, class Function>
 constexpr Pixel ofComponents(const Pixel& a, const Pixel& b, const Function& function) {
@@ -90,6 +102,25 @@ constexpr Pixel ofComponents(const Pixel& a, const Pixel& b, const Function& fun
 template <class Pixel>
 constexpr Pixel mixPixels(const Pixel& a, const Pixel& b, AmountOf<Pixel> m) {
   return ofComponents(a, b, [m](auto p, auto q) { return mixComponent<Pixel>(p, q, m); });
+}
+
+// A weighted sum in doubles, where no product overflows and only the result is rounded: with weights that sum to 1 it
+// lies between its components. Limited to the largest float.
+constexpr Rf weightedInDoubles(const Rf& a, const Rf& b, double weightA, double weightB) {
+  return ofComponents(a, b, [weightA, weightB](double p, double q) {
+    constexpr double kMost = std::numeric_limits<float>::max();
+    return static_cast<float>(withinMost(p * weightA + q * weightB, kMost));
+  });
+}
+
+// A result over its source by the source's alpha; alpha and the named colours are the source's.
+template <class Pixel>
+constexpr Pixel mixedByAlpha(const Pixel& result, const Pixel& source, std::int32_t named) {
+  Pixel mixed = source;
+  if ((named & 1) == 0) mixed.red = mixComponent<Pixel>(result.red, source.red, source.alpha);
+  if ((named & 2) == 0) mixed.green = mixComponent<Pixel>(result.green, source.green, source.alpha);
+  if ((named & 4) == 0) mixed.blue = mixComponent<Pixel>(result.blue, source.blue, source.alpha);
+  return mixed;
 }
 
 // The sum of the colours; in floats the order of the terms decides the last bit.

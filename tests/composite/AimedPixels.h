@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "tests/composite/FloatPixels.h"
 #include "tests/composite/Pictures.h"
 #include "tests/support/CpuLevel.h"
 #include "tests/support/KernelRuns.h"
@@ -12,7 +13,7 @@ namespace vblur::test {
 
 // Greys, blacks, ends of the range, two equal components, random pixels, and neighbours of all of these.
 template <class Pixel>
-Pixel AimedPixel(Random& random) {
+Pixel AimedIntegerPixel(Random& random) {
   using Component = ComponentOf<Pixel>;
   Pixel pixel = RandomPixel<Pixel>(random);
   const auto any = [&] { return random.oneOf({Pixel::kMin, Pixel::kMax, 0, 1, Pixel::kOne, Pixel::kOne + 1, 77}); };
@@ -27,6 +28,16 @@ Pixel AimedPixel(Random& random) {
     default: break;
   }
   return pixel;
+}
+
+// The same of floats: any finite ones, and those that pictures have.
+template <class Pixel>
+Pixel AimedPixel(Random& random) {
+  if constexpr (Pixel::kIntegral) {
+    return AimedIntegerPixel<Pixel>(random);
+  } else {
+    return random.oneIn(4) ? FloatPixel(random, AnyFinite) : FloatPixel(random, AnyCarried);
+  }
 }
 
 template <class Pixel, class Accum>

@@ -1,10 +1,13 @@
 // The kernels of src/composite, for tests and benchmarks.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "composite/HvDsMaskFixer.h"
@@ -32,6 +35,12 @@ void combineRow(Processor& processor, const Pixel* a, const Second* b, std::int3
   RowPicture<Pixel> result(out, n);
   processor.Imager::flags |= Imager::kOneThread;
   processor.process(&first, &second, &result);
+}
+
+// The names of kernels end with it.
+template <class Pixel>
+std::string depthName() {
+  return " " + std::to_string(2 * sizeof(Pixel));
 }
 
 template <class Pixel>
@@ -64,8 +73,8 @@ void addMerges(std::vector<KernelCase>& cases) {
 
 template <class Pixel>
 void addMixes(std::vector<KernelCase>& cases) {
-  using Mask = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
-  const std::string depth = sizeof(Pixel) == 4 ? " 8" : " 16";
+  using Mask = std::conditional_t<std::is_same_v<Pixel, R8>, C8, std::conditional_t<Pixel::kIntegral, C16, Cf>>;
+  const std::string depth = depthName<Pixel>();
   for (const float weightA : {0.3f, 1.4f}) {
     const std::string name = "mixRow" + depth + (weightA < 1.0f ? "" : ", clamped");
     cases.push_back(pairCase<Pixel, Pixel, Pixel>(
@@ -103,12 +112,38 @@ void addMixes(std::vector<KernelCase>& cases) {
                                                }));
 }
 
+// The bytes of the cases are random, and the components of pictures are finite: those of all others are 0 here.
+inline void addFloats(std::vector<KernelCase>& cases) {
+  std::vector<KernelCase> floats;
+  addMerges<Rf>(floats);
+  addMixes<Rf>(floats);
+  for (KernelCase& each : floats) {
+    each.run = [run = each.run, aBytes = each.aBytes, bBytes = each.bBytes](const KernelRow& row) {
+      const auto finite = [&](const void* from, std::size_t bytes) {
+        std::vector<float> numbers(static_cast<std::size_t>(row.n) * bytes / sizeof(float));
+        if (!numbers.empty()) std::memcpy(numbers.data(), from, numbers.size() * sizeof(float));
+        for (float& number : numbers) {
+          if (!std::isfinite(number)) number = 0.0f;
+        }
+        return numbers;
+      };
+      const std::vector<float> a = finite(row.a, aBytes);
+      const std::vector<float> b = finite(row.b, bBytes);
+      const std::vector<float> out = finite(row.out, sizeof(Rf));
+      std::memcpy(row.out, out.data(), out.size() * sizeof(float));
+      run({a.data(), b.data(), row.out, row.n});
+    };
+    cases.push_back(std::move(each));
+  }
+}
+
 inline std::vector<KernelCase> compositeKernels() {
   std::vector<KernelCase> cases;
   addMerges<R8>(cases);
   addMerges<R16>(cases);
   addMixes<R8>(cases);
   addMixes<R16>(cases);
+  addFloats(cases);
   return cases;
 }
 

@@ -28,6 +28,7 @@ static_assert(kMergeNames.size() == kMergeMethods.size());
 // bits a blend without gains or clamps; the one-lane SCALAR has planes only.
 template <class Pixel, class Accum, std::int32_t One>
 std::string mergeKernelName(const HvMerge<Pixel, Accum, One>& merge) {
+  if (!Pixel::kIntegral) return "mergeRow 32";
   const std::string depth = sizeof(Pixel) == 4 ? " 8" : " 16";
   const auto isOneOf = [&](auto... methods) { return ((merge.method == methods) || ...); };
   const bool isSum = isOneOf(kMergeAdd, kMergeSubtract, kMergeDifference);

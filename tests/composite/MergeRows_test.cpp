@@ -147,6 +147,23 @@ TEST_P(MergeRows, AllFormsEqualTheTwinAtSixteenBits) {
   AllFormsOfAllMethods<R16>();
 }
 
+TEST_P(MergeRows, AllFormsEqualTheTwinInFloats) {
+  AllFormsOfAllMethods<Rf>();
+}
+
+// Floats have no limit to their weights.
+TEST_P(MergeRows, AnyWeightsOfFloatsEqualTheTwin) {
+  Random random(42);
+  const Pictures<Rf> pictures(random, 200, 1);
+  for (const float gain : {16.01f, -1e9f, 3e38f, 0.0f, std::numeric_limits<float>::infinity()}) {
+    for (const std::int32_t method : kMergeMethods) {
+      for (const float blend : {0.0f, 0.3f, 0.5f, 0.9f, 1.0f})
+        CompareRows(Settings{method, blend, gain, 1.0f}, pictures, Place::OverB);
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
 // All pairs in every component, with equal and with different neighbours.
 TEST_P(MergeRows, AllPairsOfEightBitComponents) {
   Random random(5);
@@ -175,6 +192,7 @@ TEST_P(MergeRows, RowsOfEveryLength) {
                               random.oneOf({0.2f, 0.5f, 0.8f}), 1.0f, random.oneOf({1.0f, 0.6f})};
       CompareRows(settings, Pictures<R8>(random, width, 2), place);
       CompareRows(settings, Pictures<R16>(random, width, 2), place);
+      CompareRows(settings, Pictures<Rf>(random, width, 2), place);
       if (HasFatalFailure()) return;
     }
   }
@@ -208,6 +226,7 @@ TEST_P(MergeRows, RunsOfAllStepsEqualTheTwin) {
     };
     compare(R8{});
     compare(R16{});
+    compare(Rf{});
   });
   EXPECT_GT(kernels, 0);
 }

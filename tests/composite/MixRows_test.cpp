@@ -17,7 +17,20 @@ namespace vblur::test {
 namespace {
 
 template <class Pixel>
-using StrengthOf = HvTexture<std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>, Cf>;
+using MaskPixelOf = std::conditional_t<std::is_same_v<Pixel, R8>, C8, std::conditional_t<Pixel::kIntegral, C16, Cf>>;
+template <class Pixel>
+using StrengthOf = HvTexture<MaskPixelOf<Pixel>, Cf>;
+
+template <class Pixel>
+ComponentOf<Pixel> AnyStrength(Random& random) {
+  if constexpr (Pixel::kIntegral) {
+    return static_cast<ComponentOf<Pixel>>(
+        random.oneIn(4) ? random.oneOf({0, 1, Pixel::kMin, Pixel::kMin + 1, Pixel::kMax, Pixel::kMax - 1})
+                        : random.within(Pixel::kMin, Pixel::kMax));
+  } else {
+    return random.oneIn(4) ? random.oneOf({0.0f, 1.0f, -0.5f, 1.5f, 1e-40f, 3e38f}) : random.between(0.0f, 1.0f);
+  }
+}
 
 template <class Pixel>
 struct MixPictures {
@@ -28,9 +41,7 @@ struct MixPictures {
     FillAimed(out, random);
     for (std::int32_t y = 0; y < height; ++y) {
       for (std::int32_t x = 0; x < width; ++x) {
-        mask.at(x, y)->value = static_cast<ComponentOf<Pixel>>(
-            random.oneIn(4) ? random.oneOf({0, 1, Pixel::kMin, Pixel::kMin + 1, Pixel::kMax, Pixel::kMax - 1})
-                            : random.within(Pixel::kMin, Pixel::kMax));
+        mask.at(x, y)->value = AnyStrength<Pixel>(random);
       }
     }
   }
@@ -85,7 +96,7 @@ class MixRows : public AtEachLevel {
       MixPictures<Pixel> pictures(random, random.within(1, 90), 2);
       const auto stage = makeStage(random);
       Compare(pictures, random, stage);
-      EXPECT_TRUE(kernelsRan({kernel + (sizeof(Pixel) == 4 ? " 8" : " 16")}));
+      EXPECT_TRUE(kernelsRan({kernel + " " + std::to_string(2 * sizeof(Pixel))}));
       pictures.Surround(random);
       Compare(pictures, random, stage);
       EXPECT_TRUE(ranAtThisLevel(takeKernelRuns()));
@@ -115,6 +126,7 @@ auto RandomMix(Random& random) {
 TEST_P(MixRows, MixCombinerEqualsTheTwin) {
   CompareAll<R8>(300, "mixRow", RandomMix<R8>);
   CompareAll<R16>(300, "mixRow", RandomMix<R16>);
+  CompareAll<Rf>(300, "mixRow", RandomMix<Rf>);
 }
 
 TEST_P(MixRows, WeightsBeyondTheLimitTakeThePlainMix) {
@@ -144,6 +156,7 @@ auto RandomQuickMix(Random& random) {
 TEST_P(MixRows, QuickMixerEqualsTheTwin) {
   CompareAll<R8>(300, "quickMixRow", RandomQuickMix<R8>);
   CompareAll<R16>(300, "quickMixRow", RandomQuickMix<R16>);
+  CompareAll<Rf>(300, "quickMixRow", RandomQuickMix<Rf>);
 }
 
 // All components, all amounts.
@@ -183,13 +196,13 @@ auto RandomFix(Random& random) {
 TEST_P(MixRows, MaskFixerEqualsTheTwin) {
   CompareAll<R8>(300, "mixByAlphaRow", RandomFix<R8>);
   CompareAll<R16>(300, "mixByAlphaRow", RandomFix<R16>);
+  CompareAll<Rf>(300, "mixByAlphaRow", RandomFix<Rf>);
 }
 
 template <class Pixel>
 auto RandomPaint(Random&) {
   return [](auto& a, auto&, auto& mask, auto& out) {
-    using MaskPixel = std::conditional_t<std::is_same_v<Pixel, R8>, C8, C16>;
-    HvDsPaintCombiner<Pixel, Rf, MaskPixel, Cf> painter;
+    HvDsPaintCombiner<Pixel, Rf, MaskPixelOf<Pixel>, Cf> painter;
     painter.process(&a, &mask, &out);
   };
 }
@@ -197,6 +210,7 @@ auto RandomPaint(Random&) {
 TEST_P(MixRows, PaintCombinerEqualsTheTwin) {
   CompareAll<R8>(300, "paintRow", RandomPaint<R8>);
   CompareAll<R16>(300, "paintRow", RandomPaint<R16>);
+  CompareAll<Rf>(300, "paintRow", RandomPaint<Rf>);
 }
 
 }  // namespace

@@ -129,13 +129,13 @@ def modes_table(results):
 def mix_table(results):
     table = Table(
         "Mix-back, one thread: ms per megapixel, and over a copy of source and result",
-        ["", "8 bits", "8 bits, blended", "16 bits", "16 bits, blended"],
+        ["", *(name_of(depth) + form for depth in speed_goals.DEPTHS for form in ("", ", blended"))],
     )
-    floors = {depth: results.per_megapixel("copyboth", depth=depth) for depth in (8, 16)}
-    table.add("copy of source and result", number(floors[8]), "", number(floors[16]), "")
+    floors = {depth: results.per_megapixel("copyboth", depth=depth) for depth in speed_goals.DEPTHS}
+    table.add("copy of source and result", *(cell for floor in floors.values() for cell in (number(floor), "")))
     for method in results.values("mix", "method"):
         cells = []
-        for depth in (8, 16):
+        for depth in speed_goals.DEPTHS:
             for form in ("plain", "blended"):
                 time = results.per_megapixel("mix", depth=depth, method=method, form=form)
                 cells.append("-" if time is None else f"{number(time)} ({number(over(time, floors[depth]))})")
