@@ -1,6 +1,7 @@
 // Which tags of a TIFF file are more than its pixels.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -22,6 +23,10 @@ std::string NameOfWrongOrientation(std::int64_t number);
 
 // Names of tags for people, as in "XMP data" and "TIFF tags 42112, 65000".
 std::vector<std::string> NamesOfTiffTags(std::span<const std::uint16_t> tags);
+
+// Tags that OpenImageIO gives and writes, or that are told by what they hold; it passes over all others.
+inline constexpr auto kReadTiffTags =
+    std::to_array<std::uint16_t>({269, 270, 271, 272, 274, 305, 306, 315, 316, 33432, 33723});
 
 // Kinds of data of the first picture of a TIFF file, by these names, that are neither of pixels nor among `read`. None
 // of other files.

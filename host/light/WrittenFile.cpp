@@ -19,6 +19,11 @@ void WrittenFile::Put(const unsigned char* bytes, std::size_t count) {
   Note(std::fwrite(bytes, 1, count, file_) != count);
 }
 
+void WrittenFile::Seek(std::uint64_t place) {
+  if (systemError_ != 0 || (stop_ && stop_())) return;
+  Note(fseeko(file_, static_cast<off_t>(place), SEEK_SET) != 0);
+}
+
 void WrittenFile::Close() {
   if (std::FILE* const file = std::exchange(file_, nullptr)) Note(std::fclose(file) != 0);
 }

@@ -1,6 +1,7 @@
 // A file that the light library writes.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -19,6 +20,8 @@ class WrittenFile {
   WrittenFile& operator=(const WrittenFile&) = delete;
 
   void Put(const unsigned char* bytes, std::size_t count);
+  // The place of the next byte, from the beginning of the file.
+  void Seek(std::uint64_t place);
   void Close();
   // 0, or the system's number of the first error.
   int SystemError() const { return systemError_; }

@@ -121,10 +121,6 @@ OIIO::ImageSpec WithAllNames(OIIO::ImageSpec spec) {
   return spec;
 }
 
-// Those that the library gives and writes, or that are told by what they hold; it passes over all others.
-constexpr auto kReadTiffTags =
-    std::to_array<std::uint16_t>({269, 270, 271, 272, 274, 305, 306, 315, 316, 33432, 33723});
-
 // Where the library gives none in place of one that is none, as for TIFF files, the file itself says it.
 void AddWrongOrientation(const std::filesystem::path& file, const OIIO::ImageSpec& spec, const ExifFacts& exif,
                          PictureInfo& info) {

@@ -176,7 +176,7 @@ TEST_F(LightPng, WriteEveryResolutionAlike) {
       const auto light = Read(Light, path, 8);
       const auto full = Read(Full, path, 8);
       ASSERT_EQ(Written(Light, *light, "out.png"), Written(Full, *full, "out.png")) << pixels << ' ' << isInMetres;
-      ASSERT_EQ(Written(Automatic, *light, "out.tif"), Written(Full, *full, "out.tif")) << pixels << ' ' << isInMetres;
+      ASSERT_EQ(Seen(Automatic, *light, "out.tif"), Seen(Full, *full, "out.tif")) << pixels << ' ' << isInMetres;
     }
   }
 }
@@ -237,7 +237,7 @@ TEST_F(LightPng, RefuseOtherOutputs) {
     FAIL();
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.what(), (folder_.path() / "out.tga").string() +
-                                  ": cannot write: the light picture library writes plain PNG files alone");
+                                  ": cannot write: the light picture library writes plain PNG and TIFF files alone");
   }
 }
 

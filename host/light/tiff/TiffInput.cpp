@@ -1,0 +1,89 @@
+#include "host/light/tiff/TiffInput.h"
+
+#include <algorithm>
+#include <future>
+#include <thread>
+
+namespace vblur::host {
+
+namespace {
+
+constexpr std::size_t kBytesAtOnce = std::size_t{16} << 20;
+// Less is unpacked sooner by one thread.
+constexpr std::size_t kBytesOfThread = std::size_t{1} << 20;
+
+}  // namespace
+
+std::unique_ptr<TiffInput> TiffInput::Open(const std::filesystem::path& file) {
+  auto tiff = PlainTiffOf(file);
+  if (!tiff) return nullptr;
+  std::unique_ptr<TiffInput> input(new TiffInput(file, *std::move(tiff)));
+  TiffHandle handle = OpenTiffFile(file);
+  if (!handle || TIFFIsTiled(handle.get()) != 0) return nullptr;
+  std::uint32_t rows = 0;
+  if (TIFFGetFieldDefaulted(handle.get(), TIFFTAG_ROWSPERSTRIP, &rows) == 0 || rows == 0) return nullptr;
+  const auto height = static_cast<std::uint32_t>(input->tiff_.height);
+  input->stripRows_ = static_cast<std::int32_t>(std::min(rows, height));
+  const std::uint32_t strips = (height - 1) / static_cast<std::uint32_t>(input->stripRows_) + 1;
+  if (TIFFScanlineSize64(handle.get()) != input->RowBytes() || TIFFNumberOfStrips(handle.get()) != strips)
+    return nullptr;
+  input->handles_.push_back(std::move(handle));
+  return input;
+}
+
+std::size_t TiffInput::RowBytes() const {
+  return static_cast<std::size_t>(tiff_.width) * static_cast<std::size_t>(tiff_.channels) *
+         static_cast<std::size_t>(tiff_.bits / 8);
+}
+
+std::int32_t TiffInput::RowsAtOnce() const {
+  const std::size_t strip = RowBytes() * static_cast<std::size_t>(stripRows_);
+  const std::size_t strips = std::max<std::size_t>(1, kBytesAtOnce / strip);
+  const auto rows = static_cast<std::int64_t>(std::min<std::size_t>(strips, 1 << 20)) * stripRows_;
+  return static_cast<std::int32_t>(std::min<std::int64_t>(rows, tiff_.height));
+}
+
+bool TiffInput::ReadStrips(TIFF* tiff, std::int32_t strip, std::int32_t end, std::int32_t firstRow,
+                           std::byte* samples) const {
+  for (; strip < end; ++strip) {
+    const std::int32_t row = strip * stripRows_;
+    const std::int32_t rows = std::min(stripRows_, tiff_.height - row);
+    const std::size_t bytes = RowBytes() * static_cast<std::size_t>(rows);
+    std::byte* const to = samples + RowBytes() * static_cast<std::size_t>(row - firstRow);
+    const auto read = TIFFReadEncodedStrip(tiff, static_cast<std::uint32_t>(strip), to, static_cast<tmsize_t>(bytes));
+    if (read != static_cast<tmsize_t>(bytes)) return false;
+  }
+  return true;
+}
+
+bool TiffInput::ReadOnThreads(std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples) {
+  const std::size_t bytes = RowBytes() * static_cast<std::size_t>(stripRows_) * static_cast<std::size_t>(end - strip);
+  const auto processors = static_cast<std::size_t>(std::max(1u, std::thread::hardware_concurrency()));
+  const std::size_t shares =
+      std::clamp<std::size_t>(bytes / kBytesOfThread, 1, std::min(processors, static_cast<std::size_t>(end - strip)));
+  while (handles_.size() < shares) {
+    handles_.push_back(OpenTiffFile(file_));
+    if (!handles_.back()) return false;
+  }
+  const auto strips = static_cast<std::size_t>(end - strip);
+  const auto beginOf = [&](std::size_t share) { return strip + static_cast<std::int32_t>(strips * share / shares); };
+  std::vector<std::future<bool>> others;
+  for (std::size_t share = 1; share < shares; ++share) {
+    // Where the system allows no thread, the calling one reads the share when it asks for it.
+    others.push_back(std::async(std::launch::async | std::launch::deferred, [&, share] {
+      return ReadStrips(handles_[share].get(), beginOf(share), beginOf(share + 1), firstRow, samples);
+    }));
+  }
+  bool isRead = ReadStrips(handles_[0].get(), beginOf(0), beginOf(1), firstRow, samples);
+  for (auto& other : others)
+    isRead = other.get() && isRead;
+  return isRead;
+}
+
+bool TiffInput::ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) {
+  const std::int32_t strip = first / stripRows_;
+  const std::int32_t end = (first + count + stripRows_ - 1) / stripRows_;
+  return ReadOnThreads(strip, end, first, samples);
+}
+
+}  // namespace vblur::host

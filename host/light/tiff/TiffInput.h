@@ -1,0 +1,45 @@
+// One TIFF file opened with libtiff.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/light/LightInput.h"
+#include "host/light/tiff/PlainTiff.h"
+#include "host/light/tiff/TiffHandle.h"
+
+namespace vblur::host {
+
+// Strips of large pictures are unpacked on all processors.
+class TiffInput final : public LightInput {
+ public:
+  // Null for a file that is not plain.
+  static std::unique_ptr<TiffInput> Open(const std::filesystem::path& file);
+
+  const PlainTiff& Facts() const { return tiff_; }
+
+  const LightAttributes& Attributes() const override { return tiff_.attributes; }
+  std::int32_t RowsAtOnce() const override;
+  bool ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) override;
+  const std::string& Message() const override { return message_; }
+
+ private:
+  TiffInput(std::filesystem::path file, PlainTiff tiff) : file_(std::move(file)), tiff_(std::move(tiff)) {}
+
+  std::size_t RowBytes() const;
+  // Strips from one on, one after the other. False for a damaged one.
+  bool ReadStrips(TIFF* tiff, std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples) const;
+  bool ReadOnThreads(std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples);
+
+  std::filesystem::path file_;
+  PlainTiff tiff_;
+  std::vector<TiffHandle> handles_;  // the first one exists
+  std::int32_t stripRows_ = 1;
+  std::string message_ = "its strips";
+};
+
+}  // namespace vblur::host
