@@ -23,13 +23,19 @@ namespace {
 // 0 for one that is not plain.
 std::uint16_t UnitOf(const std::string& name) {
   if (name == "none") return RESUNIT_NONE;
-  return name == "in" ? RESUNIT_INCH : name == "cm" ? RESUNIT_CENTIMETER : 0;
+  return name == "in" || name == "inch" ? RESUNIT_INCH : name == "cm" ? RESUNIT_CENTIMETER : 0;
 }
 
 // What is written here as the full library writes it.
 bool IsPlain(const LightAttributes& attributes) {
+  // Others may become fractions of other numbers.
+  const auto isUsual = [&](const char* name) {
+    const float number = attributes.Number(name, 0.0f);
+    return number >= 1.0f && number <= 100000.0f;
+  };
+  const float aspect = attributes.Number("YResolution", 0.0f) / attributes.Number("XResolution", 1.0f);
   const bool hasResolution =
-      attributes.Number("XResolution", 0.0f) > 0.0f && attributes.Number("YResolution", 0.0f) > 0.0f;
+      isUsual("XResolution") && isUsual("YResolution") && attributes.Number("PixelAspectRatio", aspect) == aspect;
   return std::ranges::all_of(attributes.All(), [&](const PictureAttribute& each) {
     if (each.name == "ICCProfile" || each.name == "Orientation") return true;
     if (each.name == "ResolutionUnit") return hasResolution && UnitOf(each.value) != 0;
