@@ -86,8 +86,10 @@ std::string_view FormatToRead(const std::filesystem::path& path) {
     std::string_view format;
     std::string_view bytes;
   };
-  constexpr Beginning kBeginnings[] = {
-      {"png", "\x89PNG"}, {"tiff", std::string_view("II*\0", 4)}, {"tiff", std::string_view("MM\0*", 4)}};
+  constexpr Beginning kBeginnings[] = {{"png", "\x89PNG"},
+                                       {"jpeg", "\xff\xd8\xff"},
+                                       {"tiff", std::string_view("II*\0", 4)},
+                                       {"tiff", std::string_view("MM\0*", 4)}};
   std::string extension = Utf8Of(path.extension());
   std::ranges::transform(extension, extension.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

@@ -9,6 +9,7 @@ ENTRY_POINTS = {
                     "vblur_version"},
     "V_Blur.so": {"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"},
     "libvblur_host_gl.so": {"VBlurMakeOffScreenSurface", "VBlurModuleVersion"},
+    "libvblur_host_light_jpeg.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_light_png.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_light_tiff.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_pictures.so": {"VBlurPictureLibrary", "VBlurDrawingLibrary", "VBlurModuleVersion"},

@@ -285,7 +285,8 @@ class Writing {
 
 bool IsPlainPng(const PictureToWrite& picture) {
   if (picture.metadata == nullptr) return true;
-  if (picture.metadata->Light() == nullptr) return false;
+  // It holds Exif data as they are stored.
+  if (picture.metadata->Light() == nullptr || !picture.metadata->info.exif.empty()) return false;
   return IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "png"));
 }
 

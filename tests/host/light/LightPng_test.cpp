@@ -236,8 +236,9 @@ TEST_F(LightPng, RefuseOtherOutputs) {
     Written(Light, *read, "out.tga");
     FAIL();
   } catch (const Failure& failure) {
-    EXPECT_EQ(failure.what(), (folder_.path() / "out.tga").string() +
-                                  ": cannot write: the light picture library writes plain PNG and TIFF files alone");
+    EXPECT_EQ(failure.what(),
+              (folder_.path() / "out.tga").string() +
+                  ": cannot write: the light picture library writes plain PNG, JPEG and TIFF files alone");
   }
 }
 

@@ -1,0 +1,97 @@
+#include "host/light/jpeg/JpegInput.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace vblur::host {
+
+JpegInput::~JpegInput() {
+  jpeg_destroy_decompress(&jpeg_);
+  if (file_ != nullptr) std::fclose(file_);
+}
+
+std::unique_ptr<JpegInput> JpegInput::Open(const std::filesystem::path& file) {
+  auto plain = PlainJpegOf(file);
+  if (!plain) return nullptr;
+  std::unique_ptr<JpegInput> input(new JpegInput(*std::move(plain)));
+  input->file_ = std::fopen(file.c_str(), "rb");
+  if (input->file_ == nullptr || !input->ReadHeader() || !input->TakeMetadata() || !input->Start()) return nullptr;
+  return input->errors_.message.empty() ? std::move(input) : nullptr;
+}
+
+bool JpegInput::ReadHeader() {
+  constexpr unsigned kMost = 0xffff;
+  jpeg_.client_data = &errors_;
+  jpeg_.err = errors_.Use();
+  if (setjmp(errors_.place) != 0) return false;
+  jpeg_create_decompress(&jpeg_);
+  jpeg_.client_data = &errors_;
+  jpeg_stdio_src(&jpeg_, file_);
+  jpeg_save_markers(&jpeg_, JPEG_APP0 + 2, kMost);
+  jpeg_read_header(&jpeg_, TRUE);
+  return true;
+}
+
+bool JpegInput::Start() {
+  if (setjmp(errors_.place) != 0) return false;
+  jpeg_start_decompress(&jpeg_);
+  return jpeg_.output_components == jpeg_.num_components;
+}
+
+// In the order of the full library.
+bool JpegInput::TakeMetadata() {
+  attributes_.AddText("oiio:ColorSpace", "sRGB");
+  if (plain_.exif == kExifOfSrgb) {
+    attributes_.AddText("Exif:ExifVersion", "0230");
+    attributes_.AddText("Exif:FlashPixVersion", "0100");
+    attributes_.AddWhole("Exif:ColorSpace", 1);
+  }
+  if (!plain_.description.empty()) attributes_.AddText("ImageDescription", plain_.description);
+  return TakeResolution() && TakeProfile();
+}
+
+bool JpegInput::TakeResolution() {
+  if (jpeg_.saw_JFIF_marker == 0) return true;
+  constexpr const char* kUnits[] = {"none", "in", "cm"};
+  const float x = jpeg_.X_density;
+  const float y = jpeg_.Y_density;
+  const bool isNone = jpeg_.density_unit == 0 && x == 1.0f && y == 1.0f;
+  if (isNone) return true;
+  // Of smaller numbers the full library makes an aspect of the pixels.
+  constexpr float kLeast = 10.0f;
+  if (jpeg_.density_unit > 2 || x < kLeast || y < kLeast) return false;
+  attributes_.AddFloat("XResolution", x);
+  attributes_.AddFloat("YResolution", y);
+  if (x != y) attributes_.AddFloat("PixelAspectRatio", y / x);
+  attributes_.AddText("ResolutionUnit", kUnits[jpeg_.density_unit]);
+  return true;
+}
+
+bool JpegInput::TakeProfile() {
+  JOCTET* profile = nullptr;
+  unsigned length = 0;
+  const bool hasSegments = jpeg_.marker_list != nullptr;
+  const bool isRead = jpeg_read_icc_profile(&jpeg_, &profile, &length) != 0;
+  if (isRead) attributes_.AddBytes("ICCProfile", {reinterpret_cast<const char*>(profile), length});
+  std::free(profile);
+  return isRead == hasSegments;
+}
+
+std::int32_t JpegInput::RowsAtOnce() const {
+  constexpr std::int32_t kBytes = 4 << 20;
+  return std::clamp(kBytes / (Width() * Channels()), 1, Height());
+}
+
+bool JpegInput::ReadRows(std::int32_t /*first*/, std::int32_t count, std::byte* samples) {
+  const auto bytes = static_cast<std::size_t>(Width()) * static_cast<std::size_t>(Channels());
+  if (setjmp(errors_.place) != 0) return false;
+  for (std::int32_t row = 0; row < count; ++row) {
+    JSAMPROW to = reinterpret_cast<JSAMPROW>(samples + static_cast<std::size_t>(row) * bytes);
+    if (jpeg_read_scanlines(&jpeg_, &to, 1) != 1) return false;
+  }
+  // It fills in what is missing, and says so.
+  return errors_.message.empty();
+}
+
+}  // namespace vblur::host

@@ -1,0 +1,50 @@
+// One JPEG file opened with libjpeg.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "host/light/LightInput.h"
+#include "host/light/jpeg/JpegErrors.h"
+#include "host/light/jpeg/PlainJpeg.h"
+
+namespace vblur::host {
+
+class JpegInput final : public LightInput {
+ public:
+  // Of a plain file, whose header is read. Null where libjpeg has anything to say of it.
+  static std::unique_ptr<JpegInput> Open(const std::filesystem::path& file);
+  ~JpegInput() override;
+  JpegInput(const JpegInput&) = delete;
+  JpegInput& operator=(const JpegInput&) = delete;
+
+  std::int32_t Width() const { return static_cast<std::int32_t>(jpeg_.image_width); }
+  std::int32_t Height() const { return static_cast<std::int32_t>(jpeg_.image_height); }
+  int Channels() const { return jpeg_.num_components; }
+  const std::string& Exif() const { return plain_.exif; }
+
+  const LightAttributes& Attributes() const override { return attributes_; }
+  std::int32_t RowsAtOnce() const override;
+  bool ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) override;
+  const std::string& Message() const override { return errors_.message; }
+
+ private:
+  explicit JpegInput(PlainJpeg plain) : plain_(std::move(plain)) {}
+  bool ReadHeader();
+  bool Start();
+  bool TakeMetadata();
+  bool TakeProfile();
+  bool TakeResolution();
+
+  PlainJpeg plain_;
+  JpegErrors errors_;
+  std::FILE* file_ = nullptr;
+  jpeg_decompress_struct jpeg_{};
+  LightAttributes attributes_;
+};
+
+}  // namespace vblur::host

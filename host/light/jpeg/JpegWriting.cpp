@@ -1,0 +1,174 @@
+#include "host/light/jpeg/JpegWriting.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <system_error>
+
+#include "host/base/Failure.h"
+#include "host/formats/ExifBlock.h"
+#include "host/light/LightMetadata.h"
+#include "host/light/LightRows.h"
+#include "host/light/WrittenFile.h"
+#include "host/light/jpeg/JpegErrors.h"
+#include "host/light/jpeg/PlainJpeg.h"
+
+namespace vblur::host {
+
+namespace {
+
+// Exif data are as the source has them, or follow from there being none.
+bool IsPlain(const LightAttributes& attributes) {
+  return std::ranges::all_of(attributes.All(), [](const PictureAttribute& each) {
+    return each.name == "ICCProfile" || each.name == "oiio:ColorSpace" || each.name.starts_with("Exif:");
+  });
+}
+
+// Hands libjpeg's bytes to a file.
+struct Destination {
+  static constexpr std::size_t kBytes = std::size_t{1} << 16;
+
+  explicit Destination(WrittenFile& to) : file(to) {
+    manager.init_destination = Reset;
+    manager.empty_output_buffer = [](j_compress_ptr jpeg) -> boolean {
+      Of(jpeg).file.Put(Of(jpeg).bytes.data(), kBytes);
+      Reset(jpeg);
+      return TRUE;
+    };
+    manager.term_destination = [](j_compress_ptr jpeg) {
+      Of(jpeg).file.Put(Of(jpeg).bytes.data(), kBytes - Of(jpeg).manager.free_in_buffer);
+    };
+  }
+  static Destination& Of(j_compress_ptr jpeg) { return *reinterpret_cast<Destination*>(jpeg->dest); }
+  static void Reset(j_compress_ptr jpeg) {
+    Of(jpeg).manager.next_output_byte = Of(jpeg).bytes.data();
+    Of(jpeg).manager.free_in_buffer = kBytes;
+  }
+
+  // First: libjpeg has a pointer to it.
+  jpeg_destination_mgr manager{};
+  WrittenFile& file;
+  std::array<JOCTET, kBytes> bytes{};
+};
+
+// Writes one picture into one file.
+class Writing {
+ public:
+  Writing(const PictureToWrite& picture, const StopTest& stop)
+      : picture_(picture),
+        stop_(stop),
+        rows_(picture),
+        profile_(PassedAttributes(picture.metadata, rows_.Layout(), "jpeg").Profile()),
+        exif_("Exif" + std::string(2, '\0') + ExifOf()),
+        file_(picture.file, stop),
+        destination_(file_) {
+    const std::int32_t most = picture.format.mostPixels;
+    if (std::max(rows_.Width(), rows_.Height()) > most)
+      RefuseToWrite(picture.target, "a picture of this format has at most " + std::to_string(most) + " pixels a side");
+    if (file_.SystemError() != 0) Fail();
+  }
+  ~Writing() { jpeg_destroy_compress(&jpeg_); }
+  Writing(const Writing&) = delete;
+  Writing& operator=(const Writing&) = delete;
+
+  void Write() {
+    Check(Begin());
+    std::vector<std::byte> row(rows_.RowBytes());
+    for (std::int32_t y = 0; y < rows_.Height(); ++y) {
+      rows_.Make(y, row.data());
+      Check(PutRow(row.data()));
+    }
+    Check(End());
+    file_.Close();
+    Check(true);
+  }
+
+  std::vector<std::string> Notes() { return rows_.Notes(); }
+
+ private:
+  [[noreturn]] void Fail() const {
+    const int error = file_.SystemError();
+    const std::string why = errors_.message.empty() ? "writing failed" : errors_.message;
+    RefuseToWrite(picture_.target, error != 0 ? std::generic_category().message(error) : why);
+  }
+
+  void Check(bool done) const {
+    if (stop_ && stop_()) throw FileInterrupted{};
+    if (!done || file_.SystemError() != 0) Fail();
+  }
+
+  std::string ExifOf() const {
+    if (picture_.metadata == nullptr || picture_.metadata->info.format != "jpeg") return kExifOfNothing;
+    const std::string& exif = picture_.metadata->info.exif;
+    return exif.empty() ? kExifOfSrgb : ExifForOutput(exif, picture_.image.Width(), picture_.image.Height());
+  }
+
+  bool Begin() {
+    constexpr int kUsualQuality = 98;
+    jpeg_.client_data = &errors_;
+    jpeg_.err = errors_.Use();
+    if (setjmp(errors_.place) != 0) return false;
+    jpeg_create_compress(&jpeg_);
+    jpeg_.client_data = &errors_;
+    jpeg_.dest = &destination_.manager;
+    const bool isGrey = IsGrey(rows_.Layout());
+    jpeg_.image_width = static_cast<JDIMENSION>(rows_.Width());
+    jpeg_.image_height = static_cast<JDIMENSION>(rows_.Height());
+    jpeg_.input_components = isGrey ? 1 : 3;
+    jpeg_.in_color_space = isGrey ? JCS_GRAYSCALE : JCS_RGB;
+    jpeg_set_defaults(&jpeg_);
+    jpeg_set_quality(&jpeg_, picture_.storage.quality.value_or(kUsualQuality), TRUE);
+    // Colours are as sharp as their brightness.
+    for (int component = 0; component < jpeg_.num_components; ++component)
+      jpeg_.comp_info[component].h_samp_factor = jpeg_.comp_info[component].v_samp_factor = 1;
+    jpeg_start_compress(&jpeg_, TRUE);
+    jpeg_write_marker(&jpeg_, JPEG_APP0 + 1, reinterpret_cast<const JOCTET*>(exif_.data()),
+                      static_cast<unsigned>(exif_.size()));
+    if (!profile_.empty()) {
+      jpeg_write_icc_profile(&jpeg_, reinterpret_cast<const JOCTET*>(profile_.data()),
+                             static_cast<unsigned>(profile_.size()));
+    }
+    return true;
+  }
+
+  bool PutRow(std::byte* row) {
+    if (setjmp(errors_.place) != 0) return false;
+    JSAMPROW from = reinterpret_cast<JSAMPROW>(row);
+    return jpeg_write_scanlines(&jpeg_, &from, 1) == 1;
+  }
+
+  bool End() {
+    if (setjmp(errors_.place) != 0) return false;
+    jpeg_finish_compress(&jpeg_);
+    return true;
+  }
+
+  const PictureToWrite& picture_;
+  const StopTest& stop_;
+  LightRows rows_;
+  std::string profile_;
+  std::string exif_;
+  WrittenFile file_;
+  Destination destination_;
+  JpegErrors errors_;
+  jpeg_compress_struct jpeg_{};
+};
+
+}  // namespace
+
+bool IsPlainJpeg(const PictureToWrite& picture) {
+  if (picture.part != nullptr) return false;
+  if (picture.metadata == nullptr) return true;
+  if (picture.metadata->Light() == nullptr) return false;
+  const bool isJpeg = picture.metadata->info.format == "jpeg";
+  return (isJpeg || picture.metadata->info.exif.empty()) &&
+         IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "jpeg"));
+}
+
+std::vector<std::string> WriteJpeg(const PictureToWrite& picture, const StopTest& stop) {
+  Writing writing(picture, stop);
+  writing.Write();
+  return writing.Notes();
+}
+
+}  // namespace vblur::host

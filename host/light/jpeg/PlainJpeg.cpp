@@ -1,0 +1,109 @@
+#include "host/light/jpeg/PlainJpeg.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <string_view>
+
+#include "host/formats/FileBytes.h"
+#include "host/formats/PictureFileHeader.h"
+
+namespace vblur::host {
+
+const std::string kExifOfSrgb(
+    "II*\0\x08\0\0\0\x01\0\x69\x87\x04\0\x01\0\0\0\x1a\0\0\0\0\0\0\0"
+    "\x04\0\0\x90\x07\0\x04\0\0\0"
+    "0230\x01\x91\x07\0\x04\0\0\0\x01\x02\x03\0\0\xa0\x07\0\x04\0\0\0"
+    "0100\x01\xa0\x03\0\x01\0\0\0\x01\0\0\0\0\0\0\0",
+    80);
+const std::string kExifOfNothing("II*\0\x08\0\0\0\0\0\0\0\0\0", 14);
+
+namespace {
+
+enum Marker : std::uint8_t {
+  Baseline = 0xc0,
+  Progressive = 0xc2,
+  HuffmanTables = 0xc4,
+  Scan = 0xda,
+  QuantizerTables = 0xdb,
+  RestartInterval = 0xdd,
+  App0 = 0xe0,
+  App1 = 0xe1,
+  App2 = 0xe2,
+  Comment = 0xfe,
+};
+
+bool IsPlainText(std::string_view text) {
+  constexpr std::size_t kMostBytes = 7000;
+  return !text.empty() && text.size() <= kMostBytes &&
+         std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+class Segments {
+ public:
+  explicit Segments(const std::filesystem::path& file) : file_(file, std::ios::binary) {}
+
+  bool ArePlain(PlainJpeg& jpeg) {
+    if (ReadAt(file_, 0, 2) != "\xff\xd8") return false;
+    for (std::int64_t at = 2;;) {
+      const std::string head = ReadAt(file_, at, 4);
+      if (head.size() < 4 || head[0] != '\xff') return false;
+      const std::int64_t length = Big16(head, 2);
+      const auto marker = static_cast<Marker>(static_cast<std::uint8_t>(head[1]));
+      if (length < 2) return false;
+      if (marker == Scan) return hasFrame_;
+      const std::string data = ReadAt(file_, at + 4, static_cast<std::size_t>(length - 2));
+      if (static_cast<std::int64_t>(data.size()) != length - 2 || !IsPlain(marker, data, jpeg)) return false;
+      at += length + 2;
+    }
+  }
+
+ private:
+  bool IsPlain(Marker marker, const std::string& data, PlainJpeg& jpeg) {
+    using namespace std::string_view_literals;
+    switch (marker) {
+      case HuffmanTables:
+      case QuantizerTables:
+      case RestartInterval: return true;
+      case App0: return data.starts_with("JFIF\0"sv) && data.size() == 14;
+      case App2: return data.starts_with("ICC_PROFILE\0"sv);
+      case App1: {
+        const bool isFirst = jpeg.exif.empty() && data.starts_with("Exif\0\0"sv);
+        if (isFirst) jpeg.exif = data.substr(6);
+        return isFirst && (jpeg.exif == kExifOfSrgb || jpeg.exif == kExifOfNothing);
+      }
+      case Comment: {
+        // A zero ends it, which some programs write.
+        const std::string text = data.substr(0, data.ends_with('\0') ? data.size() - 1 : data.size());
+        const bool isFirst = jpeg.description.empty() && IsPlainText(text) && text.size() == data.size();
+        jpeg.description = text;
+        return isFirst;
+      }
+      case Baseline:
+      case Progressive: {
+        // Precision, height, width, components; then three bytes for each.
+        const std::int64_t components = data.size() > 5 ? Byte(data, 5) : 0;
+        const bool isFirst = !hasFrame_;
+        hasFrame_ = true;
+        return isFirst && Byte(data, 0) == 8 && Big16(data, 1) > 0 && Big16(data, 3) > 0 &&
+               (components == 1 || components == 3);
+      }
+      default: return false;
+    }
+  }
+
+  std::ifstream file_;
+  bool hasFrame_ = false;
+};
+
+}  // namespace
+
+std::optional<PlainJpeg> PlainJpegOf(const std::filesystem::path& file) {
+  PlainJpeg jpeg;
+  if (!Segments(file).ArePlain(jpeg)) return std::nullopt;
+  // Further pictures, or what stands behind the end.
+  if (!FactsOfChunks(file).unread.empty()) return std::nullopt;
+  return jpeg;
+}
+
+}  // namespace vblur::host
