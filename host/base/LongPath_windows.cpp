@@ -16,11 +16,11 @@ constexpr std::wstring_view kNetworkPrefix = L"\\\\?\\UNC\\";
 }  // namespace
 
 std::wstring FullPathOf(const std::filesystem::path& path) {
-  const std::wstring short_ = WithoutLongPrefix(path.native());
+  std::wstring plain = WithoutLongPrefix(path.native());
   std::wstring full(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD length = GetFullPathNameW(short_.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-    if (length == 0) return short_;
+    const DWORD length = GetFullPathNameW(plain.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    if (length == 0) return plain;
     const bool fits = length < full.size();
     full.resize(length);
     if (fits) return full;

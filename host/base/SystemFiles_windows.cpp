@@ -63,7 +63,7 @@ std::string FlawOfInputName(const std::filesystem::path& file) {
 }
 
 std::string FlawOfName(const std::filesystem::path& file) {
-  if (const std::string flaw = FlawOfInputName(file); !flaw.empty()) return flaw;
+  if (std::string flaw = FlawOfInputName(file); !flaw.empty()) return flaw;
   // A colon would begin the name of a stream in a file.
   const std::filesystem::path plain = WithoutLongPrefix(file.native());
   const std::wstring text = plain.relative_path().native();
@@ -131,7 +131,7 @@ std::string SyncFile(const std::filesystem::path& file) {
   const HANDLE handle = CreateFileW(ExtendedPath(file).c_str(), GENERIC_WRITE, kAnySharing, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return LastErrorText();
-  const std::string error = FlushFileBuffers(handle) != 0 ? std::string() : LastErrorText();
+  std::string error = FlushFileBuffers(handle) != 0 ? std::string() : LastErrorText();
   CloseHandle(handle);
   return error;
 }

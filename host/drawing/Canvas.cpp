@@ -34,6 +34,7 @@ CanvasPixel Shown(const CanvasPixel& pixel, AlphaView view, std::uint32_t behind
 
 CanvasPixel PixelOf(Colour colour) {
   const auto part = [](float value) {
+    // Never negative: NOLINTNEXTLINE(bugprone-incorrect-roundings)
     return static_cast<std::uint8_t>(std::clamp(value, 0.0f, 1.0f) * 255.0f + 0.5f);
   };
   return {part(colour.red), part(colour.green), part(colour.blue), part(colour.alpha)};

@@ -7,7 +7,7 @@
 
 namespace vblur::host {
 
-// The layouts of pixels that a profile is for; none for a damaged one.
-SetOf<PixelLayout> LayoutsOfProfile(std::string_view profile);
+// The layouts of pixels that a profile of these bytes is for; none for a damaged one.
+SetOf<PixelLayout> LayoutsOfProfile(std::string_view bytes);
 
 }  // namespace vblur::host

@@ -52,7 +52,7 @@ std::string DamagedPngChunk(const std::filesystem::path& path) {
     }
     const std::string stored = ReadAt(file, end, 4);
     if (stored.size() < 4) return {};
-    const std::string name = head.substr(4);
+    std::string name = head.substr(4);
     // Those of small letters say no more than readers need not know, but for transparency.
     const bool isOfPixels = (name[0] >= 'A' && name[0] <= 'Z') || name == "tRNS";
     if (isOfPixels && Big32(stored, 0) != static_cast<std::int64_t>(sum)) return name;

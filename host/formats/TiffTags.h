@@ -61,7 +61,7 @@ class TiffTags {
 
   // Of a head; nothing where it is none, or has no directory.
   std::optional<std::int64_t> ReadHead(const Source& source);
-  void ReadDirectory(const Source& source, std::int64_t place, std::size_t mostBytes);
+  void ReadDirectory(const Source& source, std::int64_t directory, std::size_t mostBytes);
   std::int64_t Value(const std::string& bytes, std::size_t at, std::size_t count) const;
   // Of a place in the file, and of a count.
   std::size_t PlaceBytes() const { return isLarge_ ? 8 : 4; }

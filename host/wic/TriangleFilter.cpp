@@ -33,6 +33,7 @@ Taps TapsOf(std::int32_t at, std::int32_t from, std::int32_t to) {
 
 std::vector<Taps> AllTaps(std::int32_t from, std::int32_t to) {
   std::vector<Taps> all;
+  all.reserve(static_cast<std::size_t>(to));
   for (std::int32_t at = 0; at < to; ++at)
     all.push_back(TapsOf(at, from, to));
   return all;

@@ -54,7 +54,7 @@ struct Unit {
       if constexpr (kKeepsInput) Sums::Keep(in, slot + 2 * kRingBytes);
       sums.Add(first, in);
     } else {
-      const auto oldIn = Left(sums, leaving, slot);
+      const auto oldIn = left(sums, leaving, slot);
       if constexpr (kKeepsInput) Sums::Keep(in, slot + 2 * kRingBytes);
       const auto once = sums.template Step<kFraction>(first, in, oldIn);
       if constexpr (kStage == kFillSecond) {
@@ -81,7 +81,7 @@ struct Unit {
   typename Sums::Sum third;
 
  private:
-  static HWY_INLINE auto Left(const Sums& sums, const C* leaving, const std::byte* slot) {
+  static HWY_INLINE auto left(const Sums& sums, const C* leaving, const std::byte* slot) {
     if constexpr (kKeepsInput) {
       return Sums::Kept(slot + 2 * kRingBytes);
     } else {

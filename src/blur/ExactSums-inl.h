@@ -129,11 +129,11 @@ struct ExactSums {
 #if HWY_TARGET == HWY_SCALAR
     for (int i = 0; i < kParts; ++i) {
       const auto v = hn::Mul(item.floats[i], unitsPerHeld);
-      hn::StoreU(MergedWith(v, output, static_cast<std::size_t>(i), DF()), DF(), p + i);
+      hn::StoreU(mergedWith(v, output, static_cast<std::size_t>(i), DF()), DF(), p + i);
     }
 #else
     const auto v = hn::Mul(hn::Combine(DAll(), item.floats[1], item.floats[0]), unitsPerHeld);
-    PutOut(DAll(), MergedWith(v, output, 0, DAll()), output, p);
+    PutOut(DAll(), mergedWith(v, output, 0, DAll()), output, p);
 #endif
   }
   static HWY_INLINE void Keep(const Item& item, std::byte* p) {
@@ -174,7 +174,7 @@ struct ExactSums {
  private:
   // The bits of v where the mask is set, those of `others` elsewhere.
   template <class DAny>
-  static HWY_INLINE hn::Vec<DAny> MergedWith(hn::Vec<DAny> v, const Output<float>& output, std::size_t at, DAny d) {
+  static HWY_INLINE hn::Vec<DAny> mergedWith(hn::Vec<DAny> v, const Output<float>& output, std::size_t at, DAny d) {
     if (output.others == nullptr) return v;
     return Merged(hn::LoadU(d, output.mask + at), v, hn::LoadU(d, output.others + at));
   }

@@ -34,8 +34,8 @@ class HvLibraryHold {
   HvLibraryHold& operator=(const HvLibraryHold&) = delete;
 
   // False when it cannot be held: no thread may start then.
-  bool Take();
-  void Release();
+  bool take();
+  void release();
 
  private:
   void* library_ = nullptr;

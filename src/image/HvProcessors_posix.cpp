@@ -28,9 +28,9 @@ std::int32_t HvCurrentGroup() {
 }
 
 // The pool's threads end with the library.
-bool HvLibraryHold::Take() {
+bool HvLibraryHold::take() {
   return true;
 }
-void HvLibraryHold::Release() {}
+void HvLibraryHold::release() {}
 
 }  // namespace vblur

@@ -75,7 +75,7 @@ std::int32_t HvCurrentGroup() {
   return number.Group;
 }
 
-bool HvLibraryHold::Take() {
+bool HvLibraryHold::take() {
   if (library_ != nullptr) return true;
   HMODULE library = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCWSTR>(&Here), &library);
@@ -83,7 +83,7 @@ bool HvLibraryHold::Take() {
   return library != nullptr;
 }
 
-void HvLibraryHold::Release() {
+void HvLibraryHold::release() {
   if (void* const library = std::exchange(library_, nullptr); library != nullptr) {
     FreeLibrary(static_cast<HMODULE>(library));
   }

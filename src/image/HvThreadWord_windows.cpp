@@ -16,7 +16,7 @@ class Numbers {
     for (const DWORD number : numbers_)
       ::TlsFree(number);
   }
-  DWORD Of(HvThreadWord which) const { return numbers_[static_cast<int>(which)]; }
+  DWORD of(HvThreadWord which) const { return numbers_[static_cast<int>(which)]; }
 
  private:
   DWORD numbers_[kHvThreadWords];
@@ -30,11 +30,11 @@ const Numbers& TheNumbers() {
 }  // namespace
 
 std::intptr_t HvGetThreadWord(HvThreadWord which) {
-  return reinterpret_cast<std::intptr_t>(::TlsGetValue(TheNumbers().Of(which)));
+  return reinterpret_cast<std::intptr_t>(::TlsGetValue(TheNumbers().of(which)));
 }
 
 void HvSetThreadWord(HvThreadWord which, std::intptr_t value) {
-  ::TlsSetValue(TheNumbers().Of(which), reinterpret_cast<void*>(value));
+  ::TlsSetValue(TheNumbers().of(which), reinterpret_cast<void*>(value));
 }
 
 std::uintptr_t HvThreadNumber() {

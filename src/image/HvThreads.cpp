@@ -129,7 +129,7 @@ class Pool {
 
   void startWorkers(std::int32_t count) {
     if (static_cast<std::int32_t>(workers_.size()) >= count) return;
-    if (!hold_.Take()) return;
+    if (!hold_.take()) return;
     try {
       while (static_cast<std::int32_t>(workers_.size()) < count) {
         const auto index = static_cast<std::int32_t>(workers_.size()) + 1;
@@ -149,7 +149,7 @@ class Pool {
     generation_.fetch_add(1, std::memory_order_release);
     HvWakeAll(generation_);
     std::vector<HvThread>().swap(workers_);
-    hold_.Release();
+    hold_.release();
     stopping_.store(false, std::memory_order_relaxed);
   }
 

@@ -119,7 +119,9 @@ class Writing {
         plain_.push_back(text);
       } else {
         // Behind the keyword: not compressed, no language, no translated keyword.
-        late_ += PngChunk("iTXt", keyword + std::string(5, '\0') + text);
+        std::string data = keyword;
+        data.append(5, '\0').append(text);
+        late_ += PngChunk("iTXt", data);
       }
     }
     for (std::size_t i = 0; i < plain_.size(); ++i) {
