@@ -51,7 +51,8 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options) {
   AddTextOption(app, "--server", "FILE", "The effect's library [that of this installation]",
                 [&](const std::string& file) { options.server = file; });
   AddTextOption(app, "--pictures", "auto|light|full",
-                "Library of picture files: the light one, which knows plain files of usual formats, the full one, or the light one "
+                "Library of picture files: the light one, which knows plain files of usual formats, the full one, or "
+                "the light one "
                 "where it will do [auto]",
                 [](const std::string& text) {
                   host::UsePictures(static_cast<host::PictureLibraries>(ParseChoice("--pictures", text, kPictures)));
