@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/files/OutputPixels.h"
+#include "host/files/OutputWindows.h"
 #include "host/files/PictureChannels.h"
 #include "host/pictures/PictureReporting.h"
 
@@ -24,35 +25,6 @@ OIIO::TypeDesc LibraryTypeOf(SampleType type) {
     case SampleType::Float: break;
   }
   return OIIO::TypeDesc::FLOAT;
-}
-
-bool IsZero(const std::byte* from, std::size_t bytes) {
-  return std::all_of(from, from + bytes, [](std::byte each) { return each == std::byte{0}; });
-}
-
-// Columns of the picture that are not all zero in this row: the first and the first beyond them.
-std::pair<std::int32_t, std::int32_t> UsedColumns(const std::byte* row, std::int32_t width, std::size_t pixelBytes) {
-  const auto isZero = [&](std::int32_t x) {
-    return IsZero(row + static_cast<std::size_t>(x) * pixelBytes, pixelBytes);
-  };
-  std::int32_t left = 0;
-  std::int32_t right = width;
-  while (left < right && isZero(left))
-    ++left;
-  while (right > left && isZero(right - 1))
-    --right;
-  return {left, right};
-}
-
-// The smallest window that holds `data` and every pixel that is not all zero.
-FileWindow GrownData(const HostImage& image, const FileWindow& picture, FileWindow data) {
-  const auto pixelBytes = static_cast<std::size_t>(image.Depth() / 8 * image.Components());
-  for (std::int32_t y = 0; y < image.Height(); ++y) {
-    const auto [left, right] = UsedColumns(image.Row(image.Height() - 1 - y), image.Width(), pixelBytes);
-    if (left == right) continue;
-    data = Union(data, {picture.x + left, picture.y + y, right - left, 1});
-  }
-  return data;
 }
 
 // Decides one output.
@@ -179,32 +151,17 @@ class Plan {
   }
 
   void ChooseWindows() {
-    const HostImage& image = picture_.image;
+    const OutputWindows windows = ChooseOutputWindows(picture_, metadata_ != nullptr ? &metadata_->info : nullptr);
+    layout_.picture = windows.picture;
     OIIO::ImageSpec& spec = layout_.spec;
-    FileWindow picture{0, 0, image.Width(), image.Height()};
-    FileWindow data = picture;
-    FileWindow display = picture;
-    if (metadata_ != nullptr) {
-      const PictureInfo& info = metadata_->info;
-      if (const auto place = PlaceInFile(info, image.Width(), image.Height())) {
-        picture = *place;
-        display = info.display;
-        data = format_.hasWindows ? GrownData(image, picture, info.data) : display;
-      }
-    }
-    layout_.picture = picture;
-    spec.x = format_.hasWindows ? data.x : 0;
-    spec.y = format_.hasWindows ? data.y : 0;
-    spec.width = data.width;
-    spec.height = data.height;
-    spec.full_x = format_.hasWindows ? display.x : 0;
-    spec.full_y = format_.hasWindows ? display.y : 0;
-    spec.full_width = display.width;
-    spec.full_height = display.height;
-    if (format_.hasWindows) return;
-    // What is written begins at the file's origin.
-    layout_.picture.x -= data.x;
-    layout_.picture.y -= data.y;
+    spec.x = windows.data.x;
+    spec.y = windows.data.y;
+    spec.width = windows.data.width;
+    spec.height = windows.data.height;
+    spec.full_x = windows.display.x;
+    spec.full_y = windows.display.y;
+    spec.full_width = windows.display.width;
+    spec.full_height = windows.display.height;
   }
 
   void Describe() {
