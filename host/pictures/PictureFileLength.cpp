@@ -7,8 +7,8 @@
 #include <system_error>
 
 #include "host/base/Failure.h"
+#include "host/formats/ExrHeader.h"
 #include "host/formats/FileBytes.h"
-#include "host/pictures/ExrHeader.h"
 
 namespace vblur::host {
 

@@ -1,4 +1,4 @@
-#include "host/pictures/ExrHeader.h"
+#include "host/formats/ExrHeader.h"
 
 #include <algorithm>
 #include <array>
