@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "host/base/NameMatch.h"
+#include "host/light/MeantNames.h"
 
 namespace vblur::host {
 
@@ -12,22 +12,12 @@ namespace {
 constexpr std::array<std::array<std::string_view, 2>, 3> kNames = {
     {{"Author", "Artist"}, {"Description", "ImageDescription"}, {"Title", "DocumentName"}}};
 
-// Beginnings of names that mean more than a text somewhere.
-constexpr std::string_view kMeant[] = {
-    "Aperture",    "Keywords",        "ICCProfile",    "Orientation", "Resolution",   "XResolution", "YResolution",
-    "PixelAspect", "screenWindow",    "DateTime",      "Make",        "Model",        "Exposure",    "FNumber",
-    "compression", "planarconfig",    "textureformat", "wrapmodes",   "thumbnail",    "Raw profile", "full",
-    "world",       "FramesPerSecond", "fovcot",        "background",  "HostComputer", "Exif",        "GPS",
-    "IPTC"};
-
 }  // namespace
 
 bool IsPlainKeyword(std::string_view keyword) {
   constexpr std::size_t kLongest = 79;
   const bool isPlain = std::ranges::all_of(keyword, [](char c) { return c >= ' ' && c <= '~' && c != ':'; });
-  const bool isMeant = std::ranges::any_of(
-      kMeant, [&](std::string_view each) { return EqualIgnoringCase(keyword.substr(0, each.size()), each); });
-  return !keyword.empty() && keyword.size() <= kLongest && isPlain && !isMeant && keyword.front() != ' ' &&
+  return !keyword.empty() && keyword.size() <= kLongest && isPlain && !IsMeantName(keyword) && keyword.front() != ' ' &&
          keyword.back() != ' ' && keyword.find("  ") == std::string_view::npos;
 }
 
