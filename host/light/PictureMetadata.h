@@ -11,7 +11,7 @@ namespace vblur::host {
 // What a file holds beside its pixels, by the names and in the order of the full picture library.
 struct PictureAttribute {
   std::string name;
-  std::string type;   // as the full library spells it: "string", "float", "int", "uint8[560]"
+  std::string type;   // as the full library reads it: "string", "float", "int", "rational", "uint8[560]"
   std::string value;  // a text in UTF-8, else the bytes of its numbers
 
   bool IsText() const { return type == "string"; }
