@@ -13,7 +13,7 @@
 namespace vblur::host {
 
 // The formats of the light library, by their names (OutputFormat::name).
-inline constexpr std::array<std::string_view, 3> kLightFormats{"png", "jpeg", "tiff"};
+inline constexpr std::array<std::string_view, 4> kLightFormats{"png", "jpeg", "tiff", "openexr"};
 
 class ChosenPictures final : public PictureLibrary {
  public:

@@ -62,11 +62,11 @@ bool Lists(std::string_view format) {
   return std::ranges::find(kLightFormats, format) != kLightFormats.end();
 }
 
-// "plain PNG and JPEG files alone".
+// "plain PNG and EXR files alone".
 std::string KnownFiles() {
   std::string list;
   for (std::size_t i = 0; i < kLightFormats.size(); ++i) {
-    std::string name(kLightFormats[i]);
+    std::string name(kLightFormats[i] == "openexr" ? "exr" : kLightFormats[i]);
     std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     list += (i == 0 ? "" : i + 1 < kLightFormats.size() ? ", " : " and ") + name;
   }
@@ -89,7 +89,8 @@ std::string_view FormatToRead(const std::filesystem::path& path) {
   constexpr Beginning kBeginnings[] = {{"png", "\x89PNG"},
                                        {"jpeg", "\xff\xd8\xff"},
                                        {"tiff", std::string_view("II*\0", 4)},
-                                       {"tiff", std::string_view("MM\0*", 4)}};
+                                       {"tiff", std::string_view("MM\0*", 4)},
+                                       {"openexr", "\x76\x2f\x31\x01"}};
   std::string extension = Utf8Of(path.extension());
   std::ranges::transform(extension, extension.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

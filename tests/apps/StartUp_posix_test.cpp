@@ -55,7 +55,7 @@ TEST_F(StartUp, NorDoPlainPngFiles) {
 TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {
   MakePicture("in.png");
   ExpectRefusal({"render", "in.png", "out.tif", "--pictures", "light"}, 4,
-                "out.tif: cannot write: the light picture library writes plain PNG files alone");
+                "out.tif: cannot write: the light picture library writes plain PNG and EXR files alone");
   EXPECT_FALSE(Exists("out.tif"));
   EXPECT_EQ(Run({"render", "in.png", "light.png", "--pictures", "light"}).exit, 0);
   EXPECT_EQ(Run({"render", "in.png", "full.png", "--pictures", "full"}).exit, 0);
