@@ -84,14 +84,16 @@ std::optional<MetadataGroup> GroupOf(const PictureAttribute& attribute) {
   return GroupOfAttribute(attribute.name, NumberOf(attribute));
 }
 
-std::vector<std::string> OthersKept(const PictureMetadata& metadata, const OutputFormat& format) {
-  std::vector<std::string> kept;
+PartsLacking PartsLackingIn(const OutputFormat& format, const PictureMetadata& metadata) {
+  PartsLacking parts;
   const LightAttributes passed = PassedAttributes(&metadata, PixelLayout::Rgb, format.name);
   for (const PictureAttribute& attribute : passed.All()) {
     const bool isOther = attribute.IsText() && GroupOf(attribute) == MetadataGroup::Other;
-    if (isOther && KeepsOtherText(format.name, attribute.name)) kept.push_back(attribute.name);
+    if (isOther && KeepsOtherText(format.name, attribute.name)) parts.keptOthers.push_back(attribute.name);
+    // The full library's writer does not take it.
+    if (format.name == "tiff" && attribute.name == "Exif:ImageHistory") parts.exifFields.emplace_back("ImageHistory");
   }
-  return kept;
+  return parts;
 }
 
 }  // namespace
@@ -165,8 +167,9 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
     report.attributes.emplace_back(attribute.name, Shown(attribute));
   }
   for (const OutputFormat& format : OutputFormats()) {
-    std::vector<std::string> kept = OthersKept(metadata, format);
-    if (!kept.empty()) report.lacking[std::string(format.name)].keptOthers = std::move(kept);
+    PartsLacking parts = PartsLackingIn(format, metadata);
+    if (!parts.keptOthers.empty() || !parts.exifFields.empty())
+      report.lacking.emplace(std::string(format.name), std::move(parts));
   }
   return report;
 }
