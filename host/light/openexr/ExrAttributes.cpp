@@ -33,10 +33,11 @@ struct KnownAttribute {
   std::string_view type;
 };
 
-constexpr std::array<KnownAttribute, 15> kKnown = {{{"owner", "Copyright", "string"},
+constexpr std::array<KnownAttribute, 16> kKnown = {{{"owner", "Copyright", "string"},
                                                     {"capDate", "DateTime", "string"},
                                                     {"comments", "ImageDescription", "string"},
                                                     {"name", "name", "string"},
+                                                    {"Exif:ImageHistory", "Exif:ImageHistory", "string"},
                                                     {"pixelAspectRatio", "PixelAspectRatio", "float"},
                                                     {"xDensity", "XResolution", "float"},
                                                     {"ResolutionUnit", "ResolutionUnit", "string"},

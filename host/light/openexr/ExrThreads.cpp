@@ -1,6 +1,7 @@
 #include "host/light/openexr/ExrThreads.h"
 
 #include <algorithm>
+#include <exception>
 #include <mutex>
 #include <thread>
 
@@ -14,7 +15,12 @@ int UseExrThreads(std::int32_t wanted) {
   const int threads = std::min(processors, static_cast<int>(wanted));
   if (threads <= 1) return 0;
   const std::lock_guard hold(lock);
-  if (Imf::globalThreadCount() < threads) Imf::setGlobalThreadCount(threads);
+  try {
+    if (Imf::globalThreadCount() < threads) Imf::setGlobalThreadCount(threads);
+  } catch (const std::exception&) {
+    // The system has none.
+    return 0;
+  }
   return threads;
 }
 

@@ -145,8 +145,6 @@ class Writing {
   void Write() {
     try {
       WriteRows();
-    } catch (const FileInterrupted&) {
-      throw;
     } catch (const Failure&) {
       throw;
     } catch (const std::bad_alloc&) {
@@ -187,13 +185,15 @@ class Writing {
     const ExrRows all{header.compression(), made_.RowBytes(), height};
     const std::int32_t threads = ThreadsFor(all, picture_.threads);
     const std::int32_t atOnce = RowsAtOnce(all, threads);
+    // In this thread where the system has no other.
+    constexpr auto kAny = std::launch::async | std::launch::deferred;
     Imf::OutputFile output(stream_, header, UseExrThreads(threads));
     Check();
     Rows rows = Make(0, std::min(atOnce, height));
     for (std::int32_t first = 0; first < height; first += atOnce) {
       const std::int32_t next = first + atOnce;
       // The next ones are made while these are packed.
-      auto following = std::async(threads > 1 ? std::launch::async : std::launch::deferred,
+      auto following = std::async(threads > 1 ? kAny : std::launch::deferred,
                                   [&] { return next < height ? Make(next, std::min(atOnce, height - next)) : Rows(); });
       Pack(rows, first, std::min(atOnce, height - first), output);
       Check();

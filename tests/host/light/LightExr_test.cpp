@@ -224,6 +224,7 @@ TEST_F(LightExr, ReadAndWriteWhatStandsBesideThePixels) {
       },
       [](Imf::Header& header) { header.insert("ResolutionUnit", Imf::StringAttribute("none")); },
       [](Imf::Header& header) { header.insert("Orientation", Imf::IntAttribute(1)); },
+      [](Imf::Header& header) { header.insert("Exif:ImageHistory", Imf::StringAttribute("made of one")); },
       [](Imf::Header& header) {
         header.insert("timeCode", Imf::TimeCodeAttribute(Imf::TimeCode(0xffffffffu, 0x12345678u)));
       }};
@@ -352,7 +353,7 @@ TEST_F(LightExr, LeaveToTheFullLibraryTheAttributesThatTheyDoNotKnow) {
       [](Imf::Header& header) { header.insert("expTime", Imf::FloatAttribute(0.5f)); },
       [](Imf::Header& header) { header.insert("aperture", Imf::FloatAttribute(2.8f)); },
       [](Imf::Header& header) { header.insert("Make", Imf::StringAttribute("maker")); },
-      [](Imf::Header& header) { header.insert("Exif:ImageHistory", Imf::StringAttribute("made")); },
+      [](Imf::Header& header) { header.insert("Exif:UserComment", Imf::StringAttribute("made")); },
       [](Imf::Header& header) { header.insert("Keywords", Imf::StringAttribute("a; b")); },
       [](Imf::Header& header) { header.insert("owner", Imf::IntAttribute(1)); },
       [](Imf::Header& header) { header.insert("Owner", Imf::StringAttribute("Me")); },
