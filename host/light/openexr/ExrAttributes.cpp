@@ -154,6 +154,16 @@ bool TakeValue(const Imf::Attribute& attribute, PictureAttribute& taken) {
          Take<Imf::ChromaticitiesAttribute>(attribute, "float[8]", taken);
 }
 
+// Some have infinities and what is no number.
+bool HasFiniteFloats(const PictureAttribute& attribute) {
+  const bool isOfFloats =
+      attribute.type.starts_with("float") || attribute.type.starts_with("matrix") || attribute.type == "vector";
+  for (std::size_t place = 0; isOfFloats && place < attribute.value.size() / sizeof(float); ++place) {
+    if (!std::isfinite(FloatAt(attribute, place))) return false;
+  }
+  return true;
+}
+
 bool IsSound(const PictureAttribute& attribute) {
   constexpr std::int32_t kOrientations = 8;
   if (attribute.name == "Orientation") {
@@ -166,16 +176,16 @@ bool IsSound(const PictureAttribute& attribute) {
   }
   if (attribute.name == "XResolution" || attribute.name == "YResolution") {
     const auto pixels = ValueOf<float>(attribute);
-    return pixels > 0.0f && std::isfinite(pixels);
+    return pixels > 0.0f && HasFiniteFloats(attribute);
   }
-  return true;
+  return HasFiniteFloats(attribute);
 }
 
 // Known by its name, its type and its value, or plain.
 bool IsPlain(const PictureAttribute& attribute) {
   const auto* const known = std::ranges::find(kKnown, std::string_view(attribute.name), &KnownAttribute::name);
   if (known != kKnown.end()) return attribute.type == known->type && IsSound(attribute);
-  return IsPlainName(attribute.name) && Lists(kPlainTypes, attribute.type);
+  return IsPlainName(attribute.name) && Lists(kPlainTypes, attribute.type) && HasFiniteFloats(attribute);
 }
 
 // By the name of the full library. Nothing for one that is left to it.

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <fstream>
+#include <istream>
 #include <limits>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <thread>
 
 #include <ImfChannelList.h>
@@ -23,18 +22,16 @@ namespace vblur::host {
 namespace {
 
 // A file of version 2 with one part of scan lines, whose header does not ask for more than the file can hold.
-bool IsOfScanLines(const std::filesystem::path& file) {
+bool IsOfScanLines(std::istream& file) {
   constexpr std::size_t kVersionEnd = 8;
   constexpr std::string_view kMagic = "\x76\x2f\x31\x01";
   constexpr std::int64_t kVersion = 2;
   constexpr std::int64_t kLongNames = 0x400;
-  std::error_code error;
-  const auto length = static_cast<std::int64_t>(std::filesystem::file_size(file, error));
-  std::ifstream stream(file, std::ios::binary);
+  const std::int64_t length = file.seekg(0, std::ios::end).tellg();
   std::string head(kVersionEnd, '\0');
-  if (error || !stream.read(head.data(), static_cast<std::streamsize>(head.size())) || !head.starts_with(kMagic))
-    return false;
-  return (Little32(head, 4) & ~kLongNames) == kVersion && IsSoundExrHeader(stream, length);
+  file.seekg(0);
+  if (!file.read(head.data(), static_cast<std::streamsize>(head.size())) || !head.starts_with(kMagic)) return false;
+  return (Little32(head, 4) & ~kLongNames) == kVersion && IsSoundExrHeader(file, length);
 }
 
 std::optional<FileWindow> WindowOf(const Imath::Box2i& box) {
@@ -60,10 +57,9 @@ std::optional<FileChannel> ChannelOf(const Imf::Header& header, const char* name
 }  // namespace
 
 std::unique_ptr<ExrInput> ExrInput::Open(const std::filesystem::path& file, std::int64_t mostPixels) {
-  std::unique_ptr<ExrInput> input(new ExrInput);
-  input->path_ = file.string();
+  std::unique_ptr<ExrInput> input(new ExrInput(file));
   try {
-    if (!IsOfScanLines(file) || !input->ReadHeader(mostPixels)) return nullptr;
+    if (!IsOfScanLines(input->file_) || !input->ReadHeader(mostPixels)) return nullptr;
   } catch (const std::exception&) {
     return nullptr;
   }
@@ -100,8 +96,11 @@ bool ExrInput::TakeChannels(const Imf::Header& header) {
 
 void ExrInput::OpenPart(int threads) {
   part_.reset();
-  file_ = std::make_unique<Imf::MultiPartInputFile>(path_.c_str(), threads);
-  if (file_->parts() == 1) part_ = std::make_unique<Imf::InputPart>(*file_, 0);
+  parts_.reset();
+  file_.clear();
+  file_.seekg(0);
+  parts_ = std::make_unique<Imf::MultiPartInputFile>(stream_, threads);
+  if (parts_->parts() == 1) part_ = std::make_unique<Imf::InputPart>(*parts_, 0);
 }
 
 bool ExrInput::ReadHeader(std::int64_t mostPixels) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include <ImfFrameBuffer.h>
 #include <ImfInputPart.h>
 #include <ImfMultiPartInputFile.h>
+#include <ImfStdIO.h>
 
 #include "host/files/PictureInfo.h"
 #include "host/light/LightInput.h"
@@ -35,7 +37,7 @@ class ExrInput final : public LightInput {
   const std::string& Message() const override { return message_; }
 
  private:
-  ExrInput() = default;
+  explicit ExrInput(const std::filesystem::path& file) : file_(file, std::ios::binary), stream_(file_, file.c_str()) {}
   bool ReadHeader(std::int64_t mostPixels);
   void OpenPart(int threads);
   bool TakeWindows(const Imf::Header& header, std::int64_t mostPixels);
@@ -43,8 +45,9 @@ class ExrInput final : public LightInput {
   std::size_t PixelBytes() const { return channels_.size() * sizeof(float); }
   std::size_t RowBytes() const { return static_cast<std::size_t>(data_.width) * PixelBytes(); }
 
-  std::string path_;
-  std::unique_ptr<Imf::MultiPartInputFile> file_;
+  std::ifstream file_;
+  Imf::StdIFStream stream_;
+  std::unique_ptr<Imf::MultiPartInputFile> parts_;
   std::unique_ptr<Imf::InputPart> part_;
   FileWindow data_;
   FileWindow display_;
