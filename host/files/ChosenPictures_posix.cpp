@@ -62,7 +62,7 @@ bool Lists(std::string_view format) {
   return std::ranges::find(kLightFormats, format) != kLightFormats.end();
 }
 
-// "plain PNG and EXR files alone".
+// "plain PNG, JPEG, TIFF and EXR files alone".
 std::string KnownFiles() {
   std::string list;
   for (std::size_t i = 0; i < kLightFormats.size(); ++i) {

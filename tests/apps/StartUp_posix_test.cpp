@@ -44,19 +44,22 @@ TEST_F(StartUp, NorDoMistakes) {
   ExpectNoPictureLibrary({"chart", "out.png", "--depth", "12"}, 2);
 }
 
-TEST_F(StartUp, NorDoPlainPngFiles) {
+TEST_F(StartUp, NorDoPlainFiles) {
   MakePicture("in.png");
-  ExpectNoPictureLibrary({"chart", "chart.png"}, 0);
-  ExpectNoPictureLibrary({"render", "in.png", "out.png", "--blur", "2"}, 0);
-  ExpectNoPictureLibrary({"info", "out.png"}, 0);
-  EXPECT_TRUE(Exists("out.png"));
+  for (const std::string extension : {"png", "jpg", "tif", "exr"}) {
+    ExpectNoPictureLibrary({"chart", "chart." + extension}, 0);
+    ExpectNoPictureLibrary({"render", "in.png", "out." + extension, "--blur", "2"}, 0);
+    ExpectNoPictureLibrary({"render", "out." + extension, "again." + extension, "--blur", "2"}, 0);
+    ExpectNoPictureLibrary({"info", "again." + extension}, 0);
+    EXPECT_TRUE(Exists("again." + extension));
+  }
 }
 
 TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {
   MakePicture("in.png");
-  ExpectRefusal({"render", "in.png", "out.tif", "--pictures", "light"}, 4,
-                "out.tif: cannot write: the light picture library writes plain PNG and EXR files alone");
-  EXPECT_FALSE(Exists("out.tif"));
+  ExpectRefusal({"render", "in.png", "out.tga", "--pictures", "light"}, 4,
+                "out.tga: cannot write: the light picture library writes plain PNG, JPEG, TIFF and EXR files alone");
+  EXPECT_FALSE(Exists("out.tga"));
   EXPECT_EQ(Run({"render", "in.png", "light.png", "--pictures", "light"}).exit, 0);
   EXPECT_EQ(Run({"render", "in.png", "full.png", "--pictures", "full"}).exit, 0);
   EXPECT_EQ(Pixels("light.png"), Pixels("full.png"));
@@ -66,7 +69,7 @@ TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {
 TEST_F(StartUp, OtherPicturesLoadIt) {
   MakePicture("in.png");
   for (const std::string& libraries :
-       {LibrariesOf({"render", "in.png", "out.tif"}, 0), LibrariesOf({"chart", "chart.tif"}, 0),
+       {LibrariesOf({"render", "in.png", "out.tga"}, 0), LibrariesOf({"chart", "chart.tga"}, 0),
         LibrariesOf({"render", "in.png", "out.png", "--pictures", "full"}, 0)}) {
     EXPECT_NE(libraries.find("OpenImageIO"), std::string::npos);
     EXPECT_EQ(libraries.find("vblur_host_gl"), std::string::npos) << "that is for the viewer";
@@ -80,8 +83,9 @@ TEST_F(StartUp, APictureLibraryThatCannotBeLoadedIsNamed) {
   const auto copies = std::filesystem::canonical(folder_.path());
   std::filesystem::copy_file(host, copies / host.filename());
   const Environment first("LD_LIBRARY_PATH", copies.string());
-  ExpectRefusal({"chart", "chart.png"}, 3,
-                (copies / "libvblur_host_light_png.so").string() + ": cannot load the light picture library: no such file");
+  ExpectRefusal(
+      {"chart", "chart.png"}, 3,
+      (copies / "libvblur_host_light_png.so").string() + ": cannot load the light picture library: no such file");
   const std::string module = (copies / "libvblur_host_pictures.so").string();
   ExpectRefusal({"chart", "chart.png", "--pictures", "full"}, 3,
                 module + ": cannot load the picture library: no such file");
