@@ -18,29 +18,29 @@ double gainOf(float radius) {
 }
 
 TEST(BoxConstants, OfTheRadiiThatEverybodyMeets) {
-  EXPECT_EQ(boxConstants(0.0f), (BoxConstants{0, 0, 16384, 0}));
-  EXPECT_EQ(boxConstants(0.5f), (BoxConstants{0, 1, 8192, 8192}));
-  EXPECT_EQ(boxConstants(1.0f), (BoxConstants{1, 0, 5461, 0}));
-  EXPECT_EQ(boxConstants(1.25f), (BoxConstants{1, 1, 4681, 4096}));
-  EXPECT_EQ(boxConstants(100.0f), (BoxConstants{100, 0, 81, 0}));
-  EXPECT_EQ(boxConstants(1000.0f), (BoxConstants{1000, 0, 8, 0}));
-  EXPECT_EQ(boxConstants(4096.0f), (BoxConstants{4096, 0, 1, 0}));
-  EXPECT_EQ(boxConstants(8191.0f), (BoxConstants{8191, 0, 1, 0}));
-  EXPECT_EQ(boxConstants(8192.0f), (BoxConstants{8192, 0, 0, 0}));
-  EXPECT_EQ(boxConstants(100000.0f), (BoxConstants{100000, 0, 0, 0}));
+  EXPECT_EQ(boxConstants(0.0f), (BoxConstants{{0, 0}, 16384, 0}));
+  EXPECT_EQ(boxConstants(0.5f), (BoxConstants{{0, 1}, 8192, 8192}));
+  EXPECT_EQ(boxConstants(1.0f), (BoxConstants{{1, 0}, 5461, 0}));
+  EXPECT_EQ(boxConstants(1.25f), (BoxConstants{{1, 1}, 4681, 4096}));
+  EXPECT_EQ(boxConstants(100.0f), (BoxConstants{{100, 0}, 81, 0}));
+  EXPECT_EQ(boxConstants(1000.0f), (BoxConstants{{1000, 0}, 8, 0}));
+  EXPECT_EQ(boxConstants(4096.0f), (BoxConstants{{4096, 0}, 1, 0}));
+  EXPECT_EQ(boxConstants(8191.0f), (BoxConstants{{8191, 0}, 1, 0}));
+  EXPECT_EQ(boxConstants(8192.0f), (BoxConstants{{8192, 0}, 0, 0}));
+  EXPECT_EQ(boxConstants(100000.0f), (BoxConstants{{100000, 0}, 0, 0}));
 }
 
 TEST(BoxConstants, OfATinyFractionKeepTheExtraTaps) {
-  EXPECT_EQ(boxConstants(0.00005f), (BoxConstants{0, 1, 16382, 0}));
-  EXPECT_EQ(boxConstants(1.0f / 16384.0f), (BoxConstants{0, 1, 16382, 1}));
-  EXPECT_EQ(boxConstants(1e-9f), (BoxConstants{0, 1, 16384, 0}));
+  EXPECT_EQ(boxConstants(0.00005f), (BoxConstants{{0, 1}, 16382, 0}));
+  EXPECT_EQ(boxConstants(1.0f / 16384.0f), (BoxConstants{{0, 1}, 16382, 1}));
+  EXPECT_EQ(boxConstants(1e-9f), (BoxConstants{{0, 1}, 16384, 0}));
 }
 
 TEST(BoxConstants, OfRadiiBelowZeroAreWhatTheFormulasGive) {
-  EXPECT_EQ(boxConstants(-0.25f), (BoxConstants{0, 1, 32768, -4096}));
-  EXPECT_EQ(boxConstants(-0.5f), (BoxConstants{0, 1, kInt32Min, -8192}));
-  EXPECT_EQ(boxConstants(-1.0f), (BoxConstants{-1, 0, -16384, 0}));
-  EXPECT_EQ(boxConstants(-1.25f), (BoxConstants{-1, 1, -10922, -4096}));
+  EXPECT_EQ(boxConstants(-0.25f), (BoxConstants{{0, 1}, 32768, -4096}));
+  EXPECT_EQ(boxConstants(-0.5f), (BoxConstants{{0, 1}, kInt32Min, -8192}));
+  EXPECT_EQ(boxConstants(-1.0f), (BoxConstants{{-1, 0}, -16384, 0}));
+  EXPECT_EQ(boxConstants(-1.25f), (BoxConstants{{-1, 1}, -10922, -4096}));
 }
 
 TEST(BoxConstants, LoseTheGainThatTheirTruncationCosts) {

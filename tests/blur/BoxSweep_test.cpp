@@ -2,8 +2,9 @@
 #include "blur/BoxSweep.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -62,7 +63,8 @@ std::vector<Row> tableOf(C* first, std::size_t rows, std::size_t lanes) {
 
 template <class C>
 bool sameBits(C a, C b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  using Bytes = std::array<unsigned char, sizeof(C)>;
+  return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
 }
 
 template <class C>
