@@ -430,28 +430,54 @@ TEST_F(LightExr, LeaveTilesAndPartsToTheFullLibrary) {
   ExpectLeft(path);
 }
 
+// Of a small picture: damage makes large ones, too.
+std::string FailureToOpen(PictureLibraries library, const std::filesystem::path& path) {
+  UsePictures(library);
+  ReadChoice choice;
+  choice.mostPixels = 1 << 20;
+  try {
+    ReadPictureInfo(path, choice);
+  } catch (const Failure& failure) {
+    return failure.what();
+  }
+  return "";
+}
+
 // Whatever is taken of a damaged header, the full library takes.
 TEST_F(LightExr, ReadDamagedHeadersAsTheFullLibraryDoes) {
-  const std::string whole = BytesOf(Make("RGBA", PutPlainAttributes));
+  const auto path = Make("RGBA", PutPlainAttributes);
+  const std::string whole = BytesOf(path);
+  UsePictures(Full);
+  const PictureReport sound = ReportPicture(path);
+  // The pixels, unpacked, their place and their length.
+  constexpr std::size_t kPixels = 13 * 7 * 4 * 2 + 16;
   const char* const rounds = std::getenv("VBLUR_EXR_ROUNDS");
   std::mt19937 random(7);
   int taken = 0;
   for (int round = 0; round < (rounds != nullptr ? std::atoi(rounds) : 300); ++round) {
     std::string damaged = whole;
     for (unsigned changes = 1 + random() % 2; changes > 0; --changes)
-      damaged[8 + random() % (whole.size() - 8)] = static_cast<char>(random() % 3 == 0 ? random() : random() % 4);
-    const auto path = LightPicturesTest::Write(damaged, "damaged.exr");
-    const std::string failure = FailureOf(Full, path);
-    ASSERT_EQ(FailureOf(Automatic, path), failure) << round;
+      damaged[8 + random() % (whole.size() - kPixels - 8)] =
+          static_cast<char>(random() % (random() % 3 == 0 ? 256 : 4));
+    LightPicturesTest::Write(damaged, "in.exr");
+    const std::string failure = FailureToOpen(Full, path);
+    ASSERT_EQ(FailureToOpen(Automatic, path), failure) << round;
     if (!failure.empty()) continue;
-    taken += FailureOf(Light, path).empty() ? 1 : 0;
-    ASSERT_TRUE(Read(Automatic, path, 32)->Pixels() == Read(Full, path, 32)->Pixels()) << round;
+    taken += FailureToOpen(Light, path).empty() ? 1 : 0;
     UsePictures(Automatic);
-    const std::string report = Shown(ReportPicture(path));
+    const std::string light = Shown(ReportPicture(path));
     UsePictures(Full);
-    ASSERT_EQ(report, Shown(ReportPicture(path))) << round;
+    const PictureReport full = ReportPicture(path);
+    ASSERT_EQ(light, Shown(full)) << round;
+    // Of less than the header promises the library makes what its memory holds.
+    const bool isWhole =
+        full.info.data == sound.info.data && full.info.all == sound.info.all && full.compression == sound.compression;
+    if (!isWhole) continue;
+    ASSERT_EQ(FailureOf(Automatic, path), FailureOf(Full, path)) << round;
+    if (!FailureOf(Full, path).empty()) continue;
+    ASSERT_TRUE(Read(Automatic, path, 32)->Pixels() == Read(Full, path, 32)->Pixels()) << round;
   }
-  EXPECT_GT(taken, 0);
+  EXPECT_GT(taken, 50);
 }
 
 TEST_F(LightExr, TellOfDamagedPixelsAsTheFullLibraryDoes) {
