@@ -317,13 +317,10 @@ void PutExrAttributes(const LightAttributes& attributes, Imf::Header& header) {
 }
 
 void PutExrLevel(Imf::Header& header) {
-  const Imf::Compression compression = header.compression();
-  if (compression != Imf::DWAA_COMPRESSION && compression != Imf::DWAB_COMPRESSION) {
-    header.erase("dwaCompressionLevel");
-    return;
-  }
   constexpr float kUsual = 45.0f;
-  header.insert("dwaCompressionLevel", Imf::FloatAttribute(kUsual));
+  const Imf::Compression compression = header.compression();
+  if (compression == Imf::DWAA_COMPRESSION || compression == Imf::DWAB_COMPRESSION)
+    header.insert("dwaCompressionLevel", Imf::FloatAttribute(kUsual));
 }
 
 }  // namespace vblur::host

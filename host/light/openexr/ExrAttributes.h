@@ -20,7 +20,8 @@ std::optional<LightAttributes> ReadExrAttributes(const Imf::Header& header);
 bool ArePlainForExr(const LightAttributes& attributes);
 // Of such ones, those that files of the format have, by its names.
 void PutExrAttributes(const LightAttributes& attributes, Imf::Header& header);
-// The level of lossy compression where the header has that: the full library always writes its own.
+// The level of lossy compression where the header has that: the full library always writes its own. Other files keep
+// that of their source.
 void PutExrLevel(Imf::Header& header);
 
 }  // namespace vblur::host

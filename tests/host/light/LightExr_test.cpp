@@ -109,7 +109,14 @@ class LightExr : public LightPicturesTest {
   }
 
   using LightPicturesTest::ExpectSame;
-  void ExpectSame(const std::filesystem::path& path) const { ExpectSame(path, "out.exr"); }
+  // To the last byte, too.
+  void ExpectSame(const std::filesystem::path& path) const {
+    ExpectSame(path, "out.exr");
+    for (const std::int32_t depth : {8, 32})
+      EXPECT_TRUE(Written(Light, *Read(Light, path, depth), "out.exr") ==
+                  Written(Full, *Read(Full, path, depth), "out.exr"))
+          << "at " << depth;
+  }
 
   std::string SeenWith(PictureLibraries library, const ReadFile& read, const OutputOptions& options) const {
     UsePictures(library);
@@ -119,7 +126,7 @@ class LightExr : public LightPicturesTest {
     written.Commit();
     UsePictures(Full);
     text += Shown(ReportPicture(path));
-    return text + Read(Full, path, 32)->Pixels();
+    return text + Read(Full, path, 32)->Pixels() + BytesOf(path);
   }
 };
 
