@@ -16,7 +16,7 @@ std::unique_ptr<JpegInput> JpegInput::Open(const std::filesystem::path& file) {
   if (!plain) return nullptr;
   std::unique_ptr<JpegInput> input(new JpegInput(*std::move(plain)));
   input->file_ = std::fopen(file.c_str(), "rb");
-  if (input->file_ == nullptr || !input->ReadHeader() || !input->TakeMetadata() || !input->Start()) return nullptr;
+  if (input->file_ == nullptr || !input->ReadHeader() || !input->TakeMetadata()) return nullptr;
   return input->errors_.message.empty() ? std::move(input) : nullptr;
 }
 
@@ -36,7 +36,7 @@ bool JpegInput::ReadHeader() {
 bool JpegInput::Start() {
   if (setjmp(errors_.place) != 0) return false;
   jpeg_start_decompress(&jpeg_);
-  return jpeg_.output_components == jpeg_.num_components;
+  return jpeg_.output_components == jpeg_.num_components && errors_.message.empty();
 }
 
 // In the order of the full library.

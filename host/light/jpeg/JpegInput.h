@@ -18,6 +18,9 @@ class JpegInput final : public LightInput {
  public:
   // Of a plain file, whose header is read. Null where libjpeg has anything to say of it.
   static std::unique_ptr<JpegInput> Open(const std::filesystem::path& file);
+  // Before the first row, and when the size is known: all of a progressive picture is unpacked now. False for a file
+  // that libjpeg has something to say of.
+  bool Start();
   ~JpegInput() override;
   JpegInput(const JpegInput&) = delete;
   JpegInput& operator=(const JpegInput&) = delete;
@@ -35,7 +38,6 @@ class JpegInput final : public LightInput {
  private:
   explicit JpegInput(PlainJpeg plain) : plain_(std::move(plain)) {}
   bool ReadHeader();
-  bool Start();
   bool TakeMetadata();
   bool TakeProfile();
   bool TakeResolution();

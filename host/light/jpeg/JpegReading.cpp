@@ -36,6 +36,7 @@ OpenedLight OpenJpeg(const std::filesystem::path& path, const ReadChoice& choice
   auto file = JpegInput::Open(FileToOpen(path));
   if (!file) return {};
   RequirePixels(path, file->Width(), file->Height(), file->Channels(), "", choice.mostPixels);
+  if (!file->Start()) return {};
   PictureInfo info = Describe(path, *file, choice);
   // It has a channel that the effect does not take: the full library keeps it.
   if (choice.keepsPassing && !info.passing.empty()) return {};

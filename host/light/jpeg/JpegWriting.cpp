@@ -25,30 +25,31 @@ bool IsPlain(const LightAttributes& attributes) {
 }
 
 // Hands libjpeg's bytes to a file.
-struct Destination {
-  static constexpr std::size_t kBytes = std::size_t{1} << 16;
-
-  explicit Destination(WrittenFile& to) : file(to) {
-    manager.init_destination = Reset;
-    manager.empty_output_buffer = [](j_compress_ptr jpeg) -> boolean {
-      Of(jpeg).file.Put(Of(jpeg).bytes.data(), kBytes);
-      Reset(jpeg);
+class Destination : public jpeg_destination_mgr {
+ public:
+  explicit Destination(WrittenFile& file) : jpeg_destination_mgr{}, file_(file) {
+    init_destination = [](j_compress_ptr jpeg) { Of(jpeg).Begin(); };
+    empty_output_buffer = [](j_compress_ptr jpeg) -> boolean {
+      Of(jpeg).file_.Put(Of(jpeg).bytes_.data(), kBytes);
+      Of(jpeg).Begin();
       return TRUE;
     };
-    manager.term_destination = [](j_compress_ptr jpeg) {
-      Of(jpeg).file.Put(Of(jpeg).bytes.data(), kBytes - Of(jpeg).manager.free_in_buffer);
+    term_destination = [](j_compress_ptr jpeg) {
+      Of(jpeg).file_.Put(Of(jpeg).bytes_.data(), kBytes - Of(jpeg).free_in_buffer);
     };
   }
-  static Destination& Of(j_compress_ptr jpeg) { return *reinterpret_cast<Destination*>(jpeg->dest); }
-  static void Reset(j_compress_ptr jpeg) {
-    Of(jpeg).manager.next_output_byte = Of(jpeg).bytes.data();
-    Of(jpeg).manager.free_in_buffer = kBytes;
+
+ private:
+  static constexpr std::size_t kBytes = std::size_t{1} << 16;
+
+  static Destination& Of(j_compress_ptr jpeg) { return *static_cast<Destination*>(jpeg->dest); }
+  void Begin() {
+    next_output_byte = bytes_.data();
+    free_in_buffer = kBytes;
   }
 
-  // First: libjpeg has a pointer to it.
-  jpeg_destination_mgr manager{};
-  WrittenFile& file;
-  std::array<JOCTET, kBytes> bytes{};
+  WrittenFile& file_;
+  std::array<JOCTET, kBytes> bytes_{};
 };
 
 // Writes one picture into one file.
@@ -110,7 +111,7 @@ class Writing {
     if (setjmp(errors_.place) != 0) return false;
     jpeg_create_compress(&jpeg_);
     jpeg_.client_data = &errors_;
-    jpeg_.dest = &destination_.manager;
+    jpeg_.dest = &destination_;
     const bool isGrey = IsGrey(rows_.Layout());
     jpeg_.image_width = static_cast<JDIMENSION>(rows_.Width());
     jpeg_.image_height = static_cast<JDIMENSION>(rows_.Height());
