@@ -146,6 +146,8 @@ LightAttributes PassedAttributes(const PictureMetadata* metadata, PixelLayout pi
   for (const PictureAttribute& attribute : *metadata->Light()) {
     if (!IsPassedAttribute(attribute.name, sameFormat, format)) continue;
     if (attribute.IsText() && IsEmptyText(attribute.value)) continue;
+    // About windows, in every OpenEXR file: other formats do not have it.
+    if (attribute.name.starts_with("screenWindow") && format != "openexr") continue;
     if (attribute.name == "ICCProfile" && !LayoutsOfProfile(attribute.value).Has(pixels)) continue;
     passed.Add(attribute.name, attribute.type, attribute.value);
   }

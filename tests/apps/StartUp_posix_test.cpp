@@ -53,6 +53,8 @@ TEST_F(StartUp, NorDoPlainFiles) {
     ExpectNoPictureLibrary({"info", "again." + extension}, 0);
     EXPECT_TRUE(Exists("again." + extension));
   }
+  for (const std::string other : {"tif", "exr"})
+    ExpectNoPictureLibrary({"render", "out." + other, other + "-of.png", "--blur", "2"}, 0);
 }
 
 TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {

@@ -182,7 +182,8 @@ class LightPicturesTest : public testing::Test {
     EXPECT_EQ(FailureOf(Automatic, path), FailureOf(Full, path));
     if (!FailureOf(Full, path).empty()) return;
     EXPECT_EQ(Read(Automatic, path, 8)->Pixels(), Read(Full, path, 8)->Pixels());
-    EXPECT_EQ(Seen(Automatic, *Read(Automatic, path, 8), "out.png"), Seen(Full, *Read(Full, path, 8), "out.png"));
+    for (const char* name : {"out.png", "out.jpg", "out.tif", "out.exr"})
+      EXPECT_EQ(Seen(Automatic, *Read(Automatic, path, 8), name), Seen(Full, *Read(Full, path, 8), name)) << name;
   }
 
   ScratchFolder folder_;
