@@ -24,6 +24,12 @@ OutputPixels PixelsOf(const PictureToWrite& picture) {
 
 }  // namespace
 
+bool IsOfLightRows(const PictureToWrite& picture) {
+  if (picture.metadata == nullptr) return true;
+  const PictureInfo& source = picture.metadata->info;
+  return picture.metadata->Light() != nullptr && source.data == source.display;
+}
+
 LightRows::LightRows(const PictureToWrite& picture)
     : picture_(picture),
       pixels_(PixelsOf(picture)),

@@ -11,10 +11,13 @@
 
 namespace vblur::host {
 
+// Whether a picture has metadata of the light library or none, and no windows of its own, which an output would cut to.
+bool IsOfLightRows(const PictureToWrite& picture);
+
 // One thread at a time.
 class LightRows {
  public:
-  // `picture` is borrowed; its metadata is null or of the light library.
+  // `picture` is borrowed, and one of these.
   explicit LightRows(const PictureToWrite& picture);
 
   PixelLayout Layout() const { return pixels_.layout; }

@@ -158,11 +158,10 @@ class Writing {
 }  // namespace
 
 bool IsPlainJpeg(const PictureToWrite& picture) {
-  if (picture.part != nullptr) return false;
+  if (picture.part != nullptr || !IsOfLightRows(picture)) return false;
   if (picture.metadata == nullptr) return true;
-  if (picture.metadata->Light() == nullptr) return false;
-  const bool isJpeg = picture.metadata->info.format == "jpeg";
-  return (isJpeg || picture.metadata->info.exif.empty()) &&
+  const PictureInfo& source = picture.metadata->info;
+  return (source.format == "jpeg" || source.exif.empty()) &&
          IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "jpeg"));
 }
 

@@ -40,10 +40,13 @@ bool IsPlain(const LightAttributes& attributes) {
   for (const PictureAttribute& each : attributes.All()) {
     const std::string& name = each.name;
     if (name == "ICCProfile") continue;
-    if (name == "XResolution" || name == "YResolution" || name == "PixelAspectRatio") {
-      if (!(x > 0.0f)) return false;
-    } else if (name == "ResolutionUnit") {
-      if (each.value != "inch" && each.value != "none") return false;
+    if (name == "XResolution" || name == "YResolution" || name == "ResolutionUnit") {
+      const bool isUnit = name != "ResolutionUnit" || each.value == "inch" || each.value == "none";
+      if (!(x > 0.0f) || !isUnit) return false;
+    } else if (name == "PixelAspectRatio") {
+      if (!(attributes.Number(name, 0.0f) > 0.0f)) return false;
+    } else if (name == "Orientation") {
+      if (attributes.Number(name, 0.0f) != 1.0f) return false;
     } else if (name == "DateTime") {
       if (!IsDate(each.value)) return false;
     } else if (!each.IsText() || !IsPlainKeyword(name)) {
@@ -173,13 +176,15 @@ class Writing {
 
   // The resolution of the full library's files: it goes through floats.
   void PutResolution() {
-    const float x = attributes_.Number("XResolution", 0.0f);
+    const float aspect = attributes_.Number("PixelAspectRatio", 0.0f);
+    // What it writes where there is an aspect alone.
+    constexpr float kOfAspect = 100.0f;
+    const float x = attributes_.Number("XResolution", aspect > 0.0f ? kOfAspect : 0.0f);
     if (x == 0.0f) return;
     constexpr float kInchesInMetre = 100.0f / 2.54f;
     const bool hasUnit = attributes_.Text("ResolutionUnit") == "inch";
     const float scale = hasUnit ? kInchesInMetre : 1.0f;
     // Where the two differ, it takes the second from the aspect.
-    const float aspect = attributes_.Number("PixelAspectRatio", 0.0f);
     const float y = aspect > 0.0f ? x * aspect : attributes_.Number("YResolution", 0.0f);
     png_set_pHYs(write_, info_, static_cast<png_uint_32>(x * scale), static_cast<png_uint_32>(y * scale),
                  hasUnit ? PNG_RESOLUTION_METER : PNG_RESOLUTION_UNKNOWN);
@@ -286,10 +291,10 @@ class Writing {
 }  // namespace
 
 bool IsPlainPng(const PictureToWrite& picture) {
-  if (picture.metadata == nullptr) return true;
+  if (!IsOfLightRows(picture)) return false;
   // It holds Exif data as they are stored.
-  if (picture.metadata->Light() == nullptr || !picture.metadata->info.exif.empty()) return false;
-  return IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "png"));
+  const bool hasExif = picture.metadata != nullptr && !picture.metadata->info.exif.empty();
+  return !hasExif && IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "png"));
 }
 
 std::vector<std::string> WritePng(const PictureToWrite& picture, const StopTest& stop) {

@@ -199,10 +199,9 @@ bool IsPlainTiff(const PictureToWrite& picture) {
   constexpr std::int64_t kMostOfPixel = 16;
   const HostImage& image = picture.image;
   if (std::int64_t{image.Width()} * image.Height() * kMostOfPixel > kMostBytes) return false;
-  if (picture.part != nullptr || picture.storage.type == SampleType::Half) return false;
+  if (picture.part != nullptr || picture.storage.type == SampleType::Half || !IsOfLightRows(picture)) return false;
   if (picture.metadata != nullptr) {
-    if (picture.metadata->Light() == nullptr || !IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "tiff")))
-      return false;
+    if (!IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "tiff"))) return false;
     // Of halves without a type of its own the output has halves.
     const StoredType& stored = picture.metadata->info.stored;
     if (!picture.storage.type && stored.number == NumberKind::Float && stored.bytes == 2) return false;
