@@ -235,6 +235,10 @@ TEST_F(LightTiff, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 72.0); });
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_ARTIST, "Caf\xe9"); });
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_ARTIST, ""); });
+  left({}, [](TIFF* tiff) { PutResolution(tiff, 0.0f, 72.0f, RESUNIT_INCH); });
+  left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_FILLORDER, FILLORDER_LSB2MSB); });
+  left({.channels = 2, .extra = EXTRASAMPLE_UNSPECIFIED});
+  left({.compression = COMPRESSION_LZMA});
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_MAKE, "a maker"); });
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, std::string(7001, 'x').c_str()); });
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_XMLPACKET, 4, "<x/>"); });
@@ -243,6 +247,14 @@ TEST_F(LightTiff, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE); });
   left({.compression = COMPRESSION_DEFLATE});
   left({.bits = 16}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT); });
+  // An orientation that is none.
+  std::string turned = BytesOf(MakeTiff({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_ORIENTATION, 6); }));
+  turned[turned.find(std::string("\x12\x01\x03\0\x01\0\0\0\x06", 9)) + 8] = '\x09';
+  ExpectLeft(Write(turned, "turned.tif"));
+  // A text of two strings.
+  std::string bytes = BytesOf(MakeTiff({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_ARTIST, "One and two"); }));
+  bytes[bytes.find("One and two") + 3] = '\0';
+  ExpectLeft(Write(bytes, "texts.tif"));
   ExpectLeft(MakeTiff({}, {}, "in.png"));
   const auto path = MakeTiff({});
   ExpectLeft(Write(BytesOf(path).substr(0, 6), "cut.tif"));
