@@ -250,7 +250,7 @@ void Put(const std::string& inFile, const PictureAttribute& attribute, Imf::Head
   }
   if (type == "rational") {
     const auto parts = ValueOf<std::array<std::uint32_t, 2>>(attribute);
-    put(Imf::RationalAttribute(Imf::Rational(static_cast<int>(parts[0]), parts[1])));
+    put(Imf::RationalAttribute(Imf::Rational(static_cast<int>(parts[0]), static_cast<int>(parts[1]))));
   }
   if (type == "timecode") {
     const auto words = ValueOf<std::array<std::uint32_t, 2>>(attribute);

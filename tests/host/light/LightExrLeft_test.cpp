@@ -62,7 +62,9 @@ TEST_F(LightExrLeft, LeaveToTheFullLibraryTheAttributesThatTheyDoNotKnow) {
       [](Imf::Header& header) { header.insert("double", Imf::DoubleAttribute(1.0)); },
       [](Imf::Header& header) { header.insert("gamma", Imf::FloatAttribute(INFINITY)); },
       [](Imf::Header& header) { header.insert("acesImageContainerFlag", Imf::IntAttribute(1)); },
-      [](Imf::Header& header) { header.insert("wide", Imf::RationalAttribute(Imf::Rational(1, 1u << 31))); },
+      [](Imf::Header& header) {
+        header.insert("wide", Imf::RationalAttribute(Imf::Rational(1, static_cast<int>(1u << 31))));
+      },
       [](Imf::Header& header) { header.insert("oiio:ColorSpace", Imf::StringAttribute("sRGB")); },
       [](Imf::Header& header) {
         header.insert("same", Imf::StringAttribute("1")), header.insert("Same", Imf::IntAttribute(2));

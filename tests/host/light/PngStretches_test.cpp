@@ -73,7 +73,8 @@ Bytes ReadBack(const PngRows& rows, const std::string& file) {
 
 TEST(PngStretches, AreReadBackToTheLastByte) {
   std::uint32_t seed = 0;
-  for (const std::size_t pixelBytes : {1, 2, 3, 4}) {
+  for (const int pixel : {1, 2, 3, 4}) {
+    const auto pixelBytes = static_cast<std::size_t>(pixel);
     // Of one stretch; of some that end in the middle; of wide rows, each as long as a stretch and as what is looked at.
     for (const auto& [width, height] : {std::pair{5, 3}, {301, 4001}, {1, 600'000}, {200'000, 9}, {40'000, 30}}) {
       for (const Content content : {Content::Zeros, Content::Slopes, Content::Stripes, Content::Noise}) {
