@@ -110,13 +110,41 @@ float FloatAt(const PictureAttribute& attribute, std::size_t place) {
   return value;
 }
 
+// The numbers of a value, one behind the other.
+template <typename Number>
+requires std::is_arithmetic_v<Number> Number NumbersOf(Number value) {
+  return value;
+}
+std::array<float, 2> NumbersOf(const Imath::V2f& v) {
+  return {v.x, v.y};
+}
+std::array<float, 3> NumbersOf(const Imath::V3f& v) {
+  return {v.x, v.y, v.z};
+}
+template <std::size_t side>
+std::array<float, side * side> NumbersOf(const float (&rows)[side][side]) {
+  std::array<float, side * side> numbers{};
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    numbers[i] = rows[i / side][i % side];
+  return numbers;
+}
+auto NumbersOf(const Imath::M33f& m) {
+  return NumbersOf(m.x);
+}
+auto NumbersOf(const Imath::M44f& m) {
+  return NumbersOf(m.x);
+}
+std::array<float, 8> NumbersOf(const Imf::Chromaticities& c) {
+  return {c.red.x, c.red.y, c.green.x, c.green.y, c.blue.x, c.blue.y, c.white.x, c.white.y};
+}
+
 // Takes the value where the attribute has this class.
 template <typename Attribute>
 bool Take(const Imf::Attribute& attribute, const char* type, PictureAttribute& taken) {
   const auto* const typed = dynamic_cast<const Attribute*>(&attribute);
   if (typed == nullptr) return false;
   taken.type = type;
-  taken.value = BytesOf(typed->value());
+  taken.value = BytesOf(NumbersOf(typed->value()));
   return true;
 }
 
