@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "host/files/PictureReport.h"
 #include "host/pictures/PictureFileMetadata.h"

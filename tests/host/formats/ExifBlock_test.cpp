@@ -61,11 +61,11 @@ TEST(ExifBlock, AnOrientationThatIsNoneBecomesTheUsualOne) {
   };
   for (const bool isBig : {false, true}) {
     for (const auto type : {std::uint16_t{1}, std::uint16_t{3}, std::uint16_t{4}}) {
-      for (const std::uint64_t number : {1, 6, 8}) {
+      for (const std::uint64_t number : {1u, 6u, 8u}) {
         EXPECT_EQ(FactsOfExif(block(isBig, type, number)).wrongOrientation, std::nullopt) << number;
         EXPECT_EQ(ExifForOutput(block(isBig, type, number), 2, 1), block(isBig, type, number));
       }
-      for (const std::uint64_t number : {0, 9, 200}) {
+      for (const std::uint64_t number : {0u, 9u, 200u}) {
         EXPECT_EQ(FactsOfExif(block(isBig, type, number)).wrongOrientation, std::optional<std::size_t>(number));
         EXPECT_EQ(ExifForOutput(block(isBig, type, number), 2, 1), block(isBig, 3, 1)) << number;
       }

@@ -86,7 +86,7 @@ TEST(TiffTagKinds, DirectoriesAreCountedToTheirEndOrToOneThatWasThere) {
       return file;
     };
     EXPECT_EQ(count(three(0)), 3) << isBig;
-    for (const std::uint64_t back : {8, 26, 44})
+    for (const std::uint64_t back : {8u, 26u, 44u})
       EXPECT_EQ(count(three(back)), 3) << "leads back to " << back;
     EXPECT_EQ(count(three(1000)), 3) << "leads beyond the end";
     EXPECT_EQ(count(three(61)), 3) << "leads to half a number";
