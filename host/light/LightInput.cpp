@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/base/Failure.h"
+#include "host/files/PictureChannels.h"
 
 namespace vblur::host {
 
@@ -53,13 +54,38 @@ void LightSource::ReadRows(std::int32_t first, std::int32_t count, std::byte* sa
 
 }  // namespace
 
-std::unique_ptr<PictureSource> LightModule::Open(const std::filesystem::path& path, const ReadChoice& choice) {
+PictureInfo DescribeLight(const std::filesystem::path& path, const std::string& format, const LightPixels& pixels,
+                          const ReadChoice& choice) {
+  std::vector<std::string> names{"Y"};
+  if (pixels.channels > 2) names = {"R", "G", "B"};
+  const bool hasAlpha = pixels.channels % 2 == 0;
+  if (hasAlpha) names.emplace_back("A");
+  PictureInfo info;
+  info.format = format;
+  info.choice = ChooseChannels(path, names, hasAlpha ? pixels.channels - 1 : -1, choice);
+  info.data = info.display = {0, 0, pixels.width, pixels.height};
+  info.width = pixels.width;
+  info.height = pixels.height;
+  for (const std::string& name : names)
+    info.all.push_back({name, pixels.type});
+  DescribeChannels(info);
+  return info;
+}
+
+OpenedLight LightModule::OpenWhole(const std::filesystem::path& path, const ReadChoice& choice) const {
   OpenedLight opened = OpenFile(path, choice);
+  // It has a channel that the effect does not take: the full library keeps it.
+  if (opened.file && choice.keepsPassing && !opened.info.passing.empty()) return {};
+  return opened;
+}
+
+std::unique_ptr<PictureSource> LightModule::Open(const std::filesystem::path& path, const ReadChoice& choice) {
+  OpenedLight opened = OpenWhole(path, choice);
   return opened.file ? std::make_unique<LightSource>(path, std::move(opened)) : nullptr;
 }
 
 std::optional<PictureReport> LightModule::Report(const std::filesystem::path& path, const ReadChoice& choice) {
-  const OpenedLight opened = OpenFile(path, choice);
+  const OpenedLight opened = OpenWhole(path, choice);
   if (!opened.file) return std::nullopt;
   return DescribePicture(LightMetadata(opened.info, opened.file->Attributes(), opened.associatedAlpha));
 }

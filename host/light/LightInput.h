@@ -34,7 +34,19 @@ struct OpenedLight {
   bool associatedAlpha = false;  // the file declares its colours as premultiplied
 };
 
-// What the functions of a module for one format share. Those of the format are thread-safe, and throw as the methods of
+// What is known of the pixels of a file without windows: `channels` are one or two of grey, or three or four of
+// colours.
+struct LightPixels {
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  int channels = 3;
+  StoredType type;
+};
+// Throws as PictureLibrary::Open does.
+PictureInfo DescribeLight(const std::filesystem::path& path, const std::string& format, const LightPixels& pixels,
+                          const ReadChoice& choice);
+
+// What the modules of all formats do. What they have of their own is thread-safe, and throws as the methods of
 // PictureLibrary do.
 class LightModule : public LightPictures {
  public:
@@ -42,8 +54,24 @@ class LightModule : public LightPictures {
   std::optional<PictureReport> Report(const std::filesystem::path& path, const ReadChoice& choice) override;
 
  private:
+  OpenedLight OpenWhole(const std::filesystem::path& path, const ReadChoice& choice) const;
   // Without a file for one that the full library has to read.
   virtual OpenedLight OpenFile(const std::filesystem::path& path, const ReadChoice& choice) const = 0;
+};
+
+// Of a format's functions, as in OpenPng, IsPlainPng and WritePng.
+template <auto open, auto isPlain, auto write>
+class LightModuleOf final : public LightModule {
+ public:
+  bool Writes(const PictureToWrite& picture) const override { return isPlain(picture); }
+  std::vector<std::string> Write(const PictureToWrite& picture, const StopTest& stop) override {
+    return write(picture, stop);
+  }
+
+ private:
+  OpenedLight OpenFile(const std::filesystem::path& path, const ReadChoice& choice) const override {
+    return open(path, choice);
+  }
 };
 
 }  // namespace vblur::host

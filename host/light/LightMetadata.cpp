@@ -13,13 +13,6 @@ namespace vblur::host {
 namespace {
 
 template <typename Value>
-std::string BytesOf(const Value& value) {
-  std::string bytes(sizeof value, '\0');
-  std::memcpy(bytes.data(), &value, sizeof value);
-  return bytes;
-}
-
-template <typename Value>
 Value ValueAt(const std::string& bytes, std::size_t place) {
   Value value;
   std::memcpy(&value, bytes.data() + place * sizeof value, sizeof value);

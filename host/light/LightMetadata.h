@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -12,6 +13,13 @@
 #include "host/light/PictureMetadata.h"
 
 namespace vblur::host {
+
+// The bytes of a number, or of several, as an attribute has them.
+template <typename Value>
+std::string BytesOf(const Value& value) {
+  static_assert(std::is_trivially_copyable_v<Value>);
+  return {reinterpret_cast<const char*>(&value), sizeof value};
+}
 
 // In the order of the full library.
 class LightAttributes {

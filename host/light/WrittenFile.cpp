@@ -1,13 +1,23 @@
 #include "host/light/WrittenFile.h"
 
 #include <cerrno>
+#include <system_error>
 #include <utility>
+
+#include "host/base/Failure.h"
 
 namespace vblur::host {
 
-WrittenFile::WrittenFile(const std::filesystem::path& path, const StopTest& stop)
-    : stop_(stop), file_(std::fopen(path.c_str(), "wb")) {
+WrittenFile::WrittenFile(const PictureToWrite& picture, const StopTest& stop)
+    : target_(picture.target), stop_(stop), file_(std::fopen(picture.file.c_str(), "wb")) {
   Note(file_ == nullptr);
+  if (systemError_ != 0) RefuseToWrite(target_, std::generic_category().message(systemError_));
+}
+
+void WrittenFile::Require(bool done, const std::string& why) const {
+  if (stop_ && stop_()) throw FileInterrupted{};
+  if (systemError_ != 0) RefuseToWrite(target_, std::generic_category().message(systemError_));
+  if (!done) RefuseToWrite(target_, why.empty() ? "writing failed" : why);
 }
 
 void WrittenFile::Note(bool failed) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <system_error>
 
 #include "host/base/Failure.h"
 #include "host/formats/ExifBlock.h"
@@ -57,16 +56,14 @@ class Writing {
  public:
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
-        stop_(stop),
         rows_(picture),
         profile_(PassedAttributes(picture.metadata, rows_.Layout(), "jpeg").Profile()),
         exif_("Exif" + std::string(2, '\0') + ExifOf()),
-        file_(picture.file, stop),
+        file_(picture, stop),
         destination_(file_) {
     const std::int32_t most = picture.format.mostPixels;
     if (std::max(rows_.Width(), rows_.Height()) > most)
       RefuseToWrite(picture.target, "a picture of this format has at most " + std::to_string(most) + " pixels a side");
-    if (file_.SystemError() != 0) Fail();
   }
   ~Writing() { jpeg_destroy_compress(&jpeg_); }
   Writing(const Writing&) = delete;
@@ -87,16 +84,7 @@ class Writing {
   std::vector<std::string> Notes() { return rows_.Notes(); }
 
  private:
-  [[noreturn]] void Fail() const {
-    const int error = file_.SystemError();
-    const std::string why = errors_.message.empty() ? "writing failed" : errors_.message;
-    RefuseToWrite(picture_.target, error != 0 ? std::generic_category().message(error) : why);
-  }
-
-  void Check(bool done) const {
-    if (stop_ && stop_()) throw FileInterrupted{};
-    if (!done || file_.SystemError() != 0) Fail();
-  }
+  void Check(bool done) const { file_.Require(done, errors_.message); }
 
   std::string ExifOf() const {
     if (picture_.metadata == nullptr || picture_.metadata->info.format != "jpeg") return kExifOfNothing;
@@ -145,7 +133,6 @@ class Writing {
   }
 
   const PictureToWrite& picture_;
-  const StopTest& stop_;
   LightRows rows_;
   std::string profile_;
   std::string exif_;

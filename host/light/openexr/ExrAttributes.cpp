@@ -90,13 +90,6 @@ bool IsPlainName(std::string_view name) {
 }
 
 template <typename Value>
-std::string BytesOf(const Value& value) {
-  std::string bytes(sizeof value, '\0');
-  std::memcpy(bytes.data(), &value, sizeof value);
-  return bytes;
-}
-
-template <typename Value>
 Value ValueOf(const PictureAttribute& attribute) {
   Value value;
   static_assert(std::is_trivially_copyable_v<Value>);

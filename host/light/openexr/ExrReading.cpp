@@ -36,8 +36,6 @@ OpenedLight OpenExr(const std::filesystem::path& path, const ReadChoice& choice)
   auto file = ExrInput::Open(FileToOpen(path), choice.mostPixels);
   if (!file) return {};
   PictureInfo info = Describe(path, *file, choice);
-  // It has a channel that the effect does not take: the full library keeps it.
-  if (choice.keepsPassing && !info.passing.empty()) return {};
   const bool hasAlpha = file->Channels().back().name == "A";
   return {std::move(file), std::move(info), hasAlpha};
 }

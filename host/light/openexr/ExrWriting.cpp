@@ -9,7 +9,6 @@
 #include <memory>
 #include <new>
 #include <optional>
-#include <system_error>
 
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
@@ -134,13 +133,10 @@ class Writing {
  public:
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
-        stop_(stop),
         plan_(picture),
         made_(picture, plan_.Info(), plan_.Windows().data, plan_.Windows().picture, plan_.PixelBytes()),
-        file_(picture.file, stop),
-        stream_(file_) {
-    if (file_.SystemError() != 0) Fail("");
-  }
+        file_(picture, stop),
+        stream_(file_) {}
 
   void Write() {
     try {
@@ -150,8 +146,7 @@ class Writing {
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::exception& error) {
-      Check();
-      Fail(error.what());
+      file_.Require(false, error.what());
     }
     file_.Close();
     Check();
@@ -168,16 +163,7 @@ class Writing {
  private:
   using Rows = std::vector<std::byte>;
 
-  [[noreturn]] void Fail(const std::string& why) const {
-    const int error = file_.SystemError();
-    const std::string message = why.empty() ? "writing failed" : why;
-    RefuseToWrite(picture_.target, error != 0 ? std::generic_category().message(error) : message);
-  }
-
-  void Check() const {
-    if (stop_ && stop_()) throw FileInterrupted{};
-    if (file_.SystemError() != 0) Fail("");
-  }
+  void Check() const { file_.Require(true, ""); }
 
   void WriteRows() {
     const Imf::Header header = plan_.Header();
@@ -227,7 +213,6 @@ class Writing {
   }
 
   const PictureToWrite& picture_;
-  const StopTest& stop_;
   ExrPlan plan_;
   ComponentRows made_;
   BeyondRange beyond_;

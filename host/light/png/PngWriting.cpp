@@ -6,12 +6,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include <png.h>
 
-#include "host/base/Failure.h"
 #include "host/formats/PngHead.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
@@ -71,11 +69,9 @@ class Writing {
  public:
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
-        stop_(stop),
         rows_(picture),
         attributes_(PassedAttributes(picture.metadata, rows_.Layout(), "png")),
-        file_(picture.file, stop) {
-    if (file_.SystemError() != 0) Fail();
+        file_(picture, stop) {
     write_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning);
     if (write_ != nullptr) info_ = png_create_info_struct(write_);
     if (info_ == nullptr) throw std::bad_alloc();
@@ -101,16 +97,7 @@ class Writing {
   std::vector<std::string> Notes() { return rows_.Notes(); }
 
  private:
-  [[noreturn]] void Fail() const {
-    const int error = file_.SystemError();
-    const std::string why = message_.empty() ? "writing failed" : message_;
-    RefuseToWrite(picture_.target, error != 0 ? std::generic_category().message(error) : why);
-  }
-
-  void Check(bool done) const {
-    if (stop_ && stop_()) throw FileInterrupted{};
-    if (!done || file_.SystemError() != 0) Fail();
-  }
+  void Check(bool done) const { file_.Require(done, message_); }
 
   // Those of ASCII, which libpng borrows.
   void MakeTexts() {
@@ -273,7 +260,6 @@ class Writing {
   static constexpr int kStrategy = 0;  // the usual one
 
   const PictureToWrite& picture_;
-  const StopTest& stop_;
   LightRows rows_;
   LightAttributes attributes_;
   WrittenFile file_;

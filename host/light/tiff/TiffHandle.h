@@ -50,7 +50,7 @@ class TiffMemory final : public TiffTarget {
   std::string bytes_;
 };
 
-// What fails is told by the file (WrittenFile::SystemError), which is borrowed.
+// What fails is told by the file (WrittenFile::Require), which is borrowed.
 class TiffOnDisk final : public TiffTarget {
  public:
   explicit TiffOnDisk(WrittenFile& file) : file_(file) {}

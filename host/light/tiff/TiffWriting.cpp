@@ -6,10 +6,8 @@
 #include <future>
 #include <memory>
 #include <new>
-#include <system_error>
 #include <utility>
 
-#include "host/base/Failure.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
 #include "host/light/WrittenFile.h"
@@ -104,14 +102,12 @@ class Writing {
  public:
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
-        stop_(stop),
         rows_(picture),
         attributes_(PassedAttributes(picture.metadata, rows_.Layout(), "tiff")),
         storage_{rows_.Width(), rows_.Layout(), rows_.Type(), CompressionFor(picture),
                  picture.metadata != nullptr && picture.metadata->associatedAlpha},
-        file_(picture.file, stop),
+        file_(picture, stop),
         target_(file_) {
-    if (file_.SystemError() != 0) Fail();
     tiff_ = target_.Open();
     if (!tiff_) throw std::bad_alloc();
   }
@@ -129,15 +125,7 @@ class Writing {
   std::vector<std::string> Notes() { return rows_.Notes(); }
 
  private:
-  [[noreturn]] void Fail() const {
-    const int error = file_.SystemError();
-    RefuseToWrite(picture_.target, error != 0 ? std::generic_category().message(error) : "writing failed");
-  }
-
-  void Check(bool done) const {
-    if (stop_ && stop_()) throw FileInterrupted{};
-    if (!done || file_.SystemError() != 0) Fail();
-  }
+  void Check(bool done) const { file_.Require(done, ""); }
 
   void PutMetadata() {
     TIFF* const tiff = tiff_.get();
@@ -183,7 +171,6 @@ class Writing {
   static constexpr std::int32_t kStripRows = 32;
 
   const PictureToWrite& picture_;
-  const StopTest& stop_;
   LightRows rows_;
   LightAttributes attributes_;
   Storage storage_;
