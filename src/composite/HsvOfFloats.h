@@ -19,7 +19,8 @@ struct HsvExtent {
 };
 
 constexpr HsvExtent hsvExtentOf(const Rf& p) {
-  const double most = std::max({p.red, p.green, p.blue});
+  // Adding 0 makes a zero of either sign +0: which of two zeros a compiler takes as the greatest differs.
+  const double most = static_cast<double>(std::max({p.red, p.green, p.blue})) + 0.0;
   const double least = std::min({p.red, p.green, p.blue});
   return {most, most - least, most - std::min(least, 0.0)};
 }

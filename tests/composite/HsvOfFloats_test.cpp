@@ -1,5 +1,7 @@
 #include "composite/HsvOfFloats.h"
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "tests/composite/FloatPixels.h"
@@ -40,6 +42,18 @@ TEST(HsvOfFloats, GreyHasNeitherHueNorSaturation) {
   const Rf black{};
   EXPECT_EQ(withHueSaturationValue(red, red, black), black);
   EXPECT_EQ(withHueSaturationValue(black, black, red), Colour(1.0f, 1.0f, 1.0f));
+}
+
+TEST(HsvOfFloats, TheValueOfBlackIsPlusZero) {
+  const Rf red = Colour(1.0f, 0.0f, 0.0f);
+  for (int corner = 0; corner < 8; ++corner) {
+    const auto of = [&](int bit) { return (corner & bit) != 0 ? -0.0f : 0.0f; };
+    const Rf black = Colour(of(1), of(2), of(4));
+    for (const Rf& result : {withHueSaturationValue(black, red, black), withHueSaturationValue(red, red, black)}) {
+      EXPECT_EQ(result, Colour(0.0f, 0.0f, 0.0f)) << corner;
+      EXPECT_FALSE(std::signbit(result.red) || std::signbit(result.green) || std::signbit(result.blue)) << corner;
+    }
+  }
 }
 
 // Heights of 2 and 0.5: black is the ground of a pixel without negative colours.

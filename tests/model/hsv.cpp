@@ -21,8 +21,10 @@ std::int32_t HueOf(std::int32_t one, std::int32_t r, std::int32_t g, std::int32_
   return Add(offset(r, g), 2 * third);
 }
 
+/// +0 for a zero of either sign.
 double Greatest(const Colours& c) {
-  return static_cast<double>(std::max({c[0], c[1], c[2]}));
+  const double most = static_cast<double>(std::max({c[0], c[1], c[2]}));
+  return most == 0.0 ? 0.0 : most;
 }
 
 double SpanOf(const Colours& c) {
