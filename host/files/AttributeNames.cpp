@@ -11,7 +11,7 @@ namespace vblur::host {
 namespace {
 
 // How the source stored its pixels, or what is true of these pixels alone.
-constexpr std::array<std::string_view, 27> kStorage = {"compression",
+constexpr std::array<std::string_view, 29> kStorage = {"compression",
                                                        "CompressionQuality",
                                                        "planarconfig",
                                                        "textureformat",
@@ -37,6 +37,8 @@ constexpr std::array<std::string_view, 27> kStorage = {"compression",
                                                        "bmp:version",
                                                        "dpx:ImageDescriptor",
                                                        "dpx:Packing",
+                                                       "dpx:EndOfLinePadding",
+                                                       "dpx:EndOfImagePadding",
                                                        "dpx:EncodingMethod"};
 
 // Attributes that formats keep for themselves begin with their names.

@@ -13,7 +13,7 @@
 namespace vblur::host {
 
 // The formats of the light library, by their names (OutputFormat::name).
-inline constexpr std::array<std::string_view, 4> kLightFormats{"png", "jpeg", "tiff", "openexr"};
+inline constexpr std::array<std::string_view, 5> kLightFormats{"png", "jpeg", "tiff", "openexr", "dpx"};
 
 class ChosenPictures final : public PictureLibrary {
  public:

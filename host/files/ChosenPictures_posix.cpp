@@ -62,7 +62,7 @@ bool Lists(std::string_view format) {
   return std::ranges::find(kLightFormats, format) != kLightFormats.end();
 }
 
-// "plain PNG, JPEG, TIFF and EXR files alone".
+// "plain PNG, JPEG and TIFF files alone".
 std::string KnownFiles() {
   std::string list;
   for (std::size_t i = 0; i < kLightFormats.size(); ++i) {
@@ -90,7 +90,9 @@ std::string_view FormatToRead(const std::filesystem::path& path) {
                                        {"jpeg", "\xff\xd8\xff"},
                                        {"tiff", std::string_view("II*\0", 4)},
                                        {"tiff", std::string_view("MM\0*", 4)},
-                                       {"openexr", "\x76\x2f\x31\x01"}};
+                                       {"openexr", "\x76\x2f\x31\x01"},
+                                       {"dpx", "SDPX"},
+                                       {"dpx", "XPDS"}};
   std::string extension = Utf8Of(path.extension());
   std::ranges::transform(extension, extension.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

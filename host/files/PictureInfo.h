@@ -98,6 +98,8 @@ struct PictureInfo {
   std::string colourChunks;
   // Of a PNG file: its chunks of texts behind the pixels, which its reader does not give, whole, one after the other.
   std::string lateTexts;
+  // Of a DPX file: its header (DpxHeader::Bytes).
+  std::string dpxHeader;
   // Of a PNG or JPEG file: its Exif data as it is stored; empty: none.
   std::string exif;
   // There is more in it than the reader gives: what a camera notes for itself.

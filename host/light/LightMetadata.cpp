@@ -45,18 +45,6 @@ std::string ShownFraction(const std::string& bytes) {
   return std::to_string(ValueAt<std::int32_t>(bytes, 0)) + '/' + std::to_string(ValueAt<std::int32_t>(bytes, 1));
 }
 
-// "hours:minutes:seconds:frames" of an SMPTE time code, whose flags stand among the bits of its two digits each.
-std::string ShownTime(const std::string& bytes) {
-  const auto word = ValueAt<std::uint32_t>(bytes, 0);
-  const auto part = [&](int shift, std::uint32_t mask) {
-    const std::uint32_t digits = word >> shift & mask;
-    return 10 * (digits >> 4) + (digits & 0xfu);
-  };
-  char text[48];
-  std::snprintf(text, sizeof text, "%02u:%02u:%02u:%02u", part(24, 0x3f), part(16, 0x7f), part(8, 0x7f), part(0, 0x3f));
-  return text;
-}
-
 bool IsOfFloats(std::string_view type) {
   return type.starts_with("float") || type.starts_with("matrix") || type == "vector";
 }
@@ -65,9 +53,10 @@ std::string Shown(const PictureAttribute& attribute) {
   constexpr std::size_t kMostBytes = 64;
   if (attribute.IsText()) return attribute.value;
   if (attribute.type == "rational") return ShownFraction(attribute.value);
-  if (attribute.type == "timecode") return ShownTime(attribute.value);
+  if (attribute.type == "timecode") return ShownTimeCode(ValueAt<std::uint32_t>(attribute.value, 0));
   if (IsOfFloats(attribute.type)) return ListOf<float>(attribute.value, Printed);
-  if (attribute.type.starts_with("int"))
+  if (attribute.type == "uint") return std::to_string(ValueAt<std::uint32_t>(attribute.value, 0));
+  if (attribute.type.starts_with("int") || attribute.type == "keycode")
     return ListOf<std::int32_t>(attribute.value, [](std::int32_t number) { return std::to_string(number); });
   if (attribute.value.size() > kMostBytes) return std::to_string(attribute.value.size()) + " bytes";
   return ListOf<std::uint8_t>(attribute.value, [](std::uint8_t number) { return std::to_string(number); });
@@ -90,6 +79,16 @@ PartsLacking PartsLackingIn(const OutputFormat& format, const PictureMetadata& m
 }
 
 }  // namespace
+
+std::string ShownTimeCode(std::uint32_t code) {
+  const auto part = [&](int shift, std::uint32_t mask) {
+    const std::uint32_t digits = code >> shift & mask;
+    return 10 * (digits >> 4) + (digits & 0xfu);
+  };
+  char text[48];
+  std::snprintf(text, sizeof text, "%02u:%02u:%02u:%02u", part(24, 0x3f), part(16, 0x7f), part(8, 0x7f), part(0, 0x3f));
+  return text;
+}
 
 void LightAttributes::AddText(std::string name, std::string text) {
   Add(std::move(name), "string", std::move(text));

@@ -21,6 +21,9 @@ std::string BytesOf(const Value& value) {
   return {reinterpret_cast<const char*>(&value), sizeof value};
 }
 
+// "hours:minutes:seconds:frames" of an SMPTE time code, whose flags stand among the bits of its two digits each.
+std::string ShownTimeCode(std::uint32_t code);
+
 // In the order of the full library.
 class LightAttributes {
  public:

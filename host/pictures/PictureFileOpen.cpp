@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <fstream>
@@ -15,6 +16,7 @@
 #include "host/files/PictureChannels.h"
 #include "host/files/PictureSize.h"
 #include "host/files/StandardInput.h"
+#include "host/formats/DpxHeader.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/FileBytes.h"
 #include "host/formats/PictureFileHeader.h"
@@ -142,6 +144,20 @@ void AddTiffFacts(const std::filesystem::path& file, PictureInfo& info) {
       NamesOfFurtherTexts([&](std::int64_t at, std::size_t count) { return ReadAt(stream, at, count); });
 }
 
+void AddDpxHeader(const std::filesystem::path& path, PictureInfo& info) {
+  const auto header = DpxHeader::Of(FileToOpen(path));
+  if (!header) return;
+  info.dpxHeader = header->Bytes();
+  // The reader takes the header for them.
+  if (header->Begin() != header->Whole(dpx::kElementBegin))
+    RefuseToRead(path, "its element does not say where its pixels begin");
+  // The reader writes beyond the picture's memory.
+  constexpr std::int64_t kInWord = 3;
+  const bool isFilled = header->Half(dpx::kPacking) != 0 && header->Byte(dpx::kBits) == 10;
+  if (isFilled && info.channels == 1 && info.data.width % kInWord != 0)
+    RefuseToRead(path, "rows of one channel of 10 bits, three to a word, were expected to fill their last word");
+}
+
 Transfer TransferOf(const OIIO::ImageSpec& spec, const StoredType& stored) {
   std::string space = spec.get_string_attribute("oiio:ColorSpace");
   std::ranges::transform(space, space.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -218,6 +234,24 @@ void RefuseDamaged(const std::filesystem::path& path, const std::exception& erro
   RefuseToRead(path, std::string("the picture is damaged (") + error.what() + ")");
 }
 
+LibraryMetadata OpenPicture::Metadata() const {
+  OIIO::ImageSpec spec = file->spec();
+  // The reader takes pixels for the fields that are not there.
+  if (!info.dpxHeader.empty()) {
+    const DpxHeader header(info.dpxHeader);
+    for (const DpxField& field : DpxFields()) {
+      if (!header.Has(field)) spec.erase_attribute(std::string(field.name));
+      // It takes the bytes of these in the order of little-endian files.
+      if (field.name == "dpx:XScannedSize" || field.name == "dpx:YScannedSize") {
+        const float size = header.Float(field.place);
+        if (std::isnan(size)) spec.erase_attribute(std::string(field.name));
+        if (!std::isnan(size)) spec.attribute(std::string(field.name), size);
+      }
+    }
+  }
+  return CollectMetadata(spec, info);
+}
+
 OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice& choice) {
   const PictureFileChatter chatter;
   if (const auto size = SizeFromHeader(FileToOpen(path)); size && size->width > 0 && size->height > 0) {
@@ -235,6 +269,7 @@ OpenPicture OpenPictureFile(const std::filesystem::path& path, const ReadChoice&
     info.unread = std::move(chunks.unread);
     info.furtherTexts = NamesOfFurtherTexts(TiffTags::SourceIn(chunks.exif));
     if (info.format == "tiff") AddTiffFacts(FileToOpen(path), info);
+    if (info.format == "dpx") AddDpxHeader(path, info);
     if (chunks.isPlacedInMicrometres) info.unread.emplace_back("place in micrometres");
     // The reader passes over one that it cannot unpack or that is none.
     if (chunks.hasProfile && file->spec().find_attribute("ICCProfile") == nullptr)

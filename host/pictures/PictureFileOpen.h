@@ -9,6 +9,7 @@
 #include <OpenImageIO/imageio.h>
 
 #include "host/files/PictureInfo.h"
+#include "host/pictures/PictureFileMetadata.h"
 
 namespace vblur::host {
 
@@ -23,6 +24,9 @@ class PictureFileChatter {
 };
 
 struct OpenPicture {
+  // What the output files may have of it.
+  LibraryMetadata Metadata() const;
+
   std::unique_ptr<OIIO::ImageInput> file;
   PictureInfo info;
 };

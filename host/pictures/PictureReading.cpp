@@ -4,9 +4,12 @@
 #include <cstring>
 #include <exception>
 #include <new>
+#include <optional>
 #include <vector>
 
 #include "host/base/Failure.h"
+#include "host/files/StandardInput.h"
+#include "host/pictures/DpxSamples.h"
 #include "host/pictures/PictureFileMetadata.h"
 #include "host/pictures/PictureFileOpen.h"
 #include "host/pictures/WhiteLeast.h"
@@ -38,6 +41,8 @@ class OpenedPicture final : public PictureSource {
       : path_(path), picture_(OpenPictureFile(path, choice)), taken_(picture_.info.Taken()) {
     keepsPassing_ = choice.keepsPassing && !picture_.info.passing.empty();
     turnsValues_ = NeedsTurning(*picture_.file);
+    if (const auto header = DpxHeader::Of(FileToOpen(path)))
+      mended_ = DpxSamples::Of(FileToOpen(path), *header, Spec());
   }
 
   const PictureInfo& Info() const override { return picture_.info; }
@@ -62,6 +67,7 @@ class OpenedPicture final : public PictureSource {
   TakenChannels taken_;
   bool keepsPassing_ = false;
   bool turnsValues_ = false;
+  std::optional<DpxSamples> mended_;
   std::vector<std::byte> stored_;
   std::vector<std::byte> passing_;
 };
@@ -94,7 +100,7 @@ bool OpenedPicture::ReadFromFile(std::int32_t first, std::int32_t count, int cha
 }
 
 void OpenedPicture::ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) {
-  if (!keepsPassing_ && !turnsValues_) {
+  if (!keepsPassing_ && !turnsValues_ && !mended_) {
     return ReadChannels(first, count, taken_.first, taken_.count, TypeOf(picture_.info.samples), samples);
   }
   const std::size_t pixels = static_cast<std::size_t>(count) * static_cast<std::size_t>(Spec().width);
@@ -106,6 +112,7 @@ void OpenedPicture::ReadRows(std::int32_t first, std::int32_t count, std::byte* 
   }
   ReadChannels(first, count, 0, Spec().nchannels, OIIO::TypeDesc(), stored_.data());
   if (turnsValues_) TurnValues(Spec(), pixels, stored_.data());
+  if (mended_) mended_->Mend(first, count, stored_.data());
   ConvertTaken(pixels, samples);
   if (keepsPassing_) KeepPassing(pixels);
 }
@@ -149,7 +156,7 @@ void OpenedPicture::KeepPassing(std::size_t pixels) {
 }
 
 ReadPicture OpenedPicture::Facts() {
-  auto metadata = std::make_shared<LibraryMetadata>(CollectMetadata(Spec(), picture_.info));
+  auto metadata = std::make_shared<LibraryMetadata>(picture_.Metadata());
   metadata->passing = std::move(passing_);
   const bool associated = metadata->associatedAlpha;
   return {picture_.info, std::move(metadata), associated, {}};

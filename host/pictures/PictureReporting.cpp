@@ -9,8 +9,7 @@
 namespace vblur::host {
 
 PictureReport DescribeFile(const std::filesystem::path& path, const ReadChoice& choice) {
-  const OpenPicture opened = OpenPictureFile(path, choice);
-  return DescribePicture(CollectMetadata(opened.file->spec(), opened.info));
+  return DescribePicture(OpenPictureFile(path, choice).Metadata());
 }
 
 namespace {

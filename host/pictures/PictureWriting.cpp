@@ -14,6 +14,7 @@
 
 #include "host/base/Failure.h"
 #include "host/base/StandardStream.h"
+#include "host/formats/DpxHeader.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/JpegSegments.h"
 #include "host/pictures/OutputFileStream.h"
@@ -96,7 +97,7 @@ class Writing {
     StopIfAsked();
     if (!closed || HasSystemError()) Fail("writing failed");
     if (picture_.format.name == "sgi") ClearHeader();
-    if (picture_.format.name == "dpx") PutNameInHeader();
+    if (picture_.format.name == "dpx") CompleteDpxHeader();
     // A writer that opens the file by itself may lose an error.
     if (!stream_) RequireWhole();
   }
@@ -168,14 +169,21 @@ class Writing {
     Replace(kUnused, std::string(512 - kUnused, '\0'));
   }
 
-  // The file's name, where the writer puts that of the temporary file.
-  void PutNameInHeader() const {
-    constexpr std::size_t kName = 36;
-    constexpr std::size_t kLength = 100;
-    std::string name = IsStandardStream(picture_.target) ? "" : picture_.target.filename().string();
-    name.resize(kLength - 1);
-    name.push_back('\0');
-    Replace(kName, name);
+  // The file's name, where the writer puts that of the temporary file, and what it leaves out of a source's header. It
+  // names itself where the source has no program.
+  void CompleteDpxHeader() const {
+    auto header = DpxHeader::Of(picture_.file);
+    if (!header) Refuse("writing failed");
+    const std::string name = IsStandardStream(picture_.target) ? "" : picture_.target.filename().string();
+    header->SetText(dpx::kFileName, dpx::kFileNameBytes, name);
+    if (picture_.metadata != nullptr && !picture_.metadata->info.dpxHeader.empty()) {
+      header->TakeFieldsOf(DpxHeader(picture_.metadata->info.dpxHeader));
+    } else {
+      if (layout_.spec.find_attribute("Software") == nullptr) header->SetText(dpx::kCreator, dpx::kCreatorBytes, "");
+      // Of one below 1 it writes a fraction by 0.
+      header->SetPixelAspect(layout_.spec.get_float_attribute("PixelAspectRatio", 1.0f));
+    }
+    Replace(0, header->Bytes());
   }
 
   void Replace(std::size_t at, const std::string& bytes) const {

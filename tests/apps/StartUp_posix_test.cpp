@@ -46,21 +46,21 @@ TEST_F(StartUp, NorDoMistakes) {
 
 TEST_F(StartUp, NorDoPlainFiles) {
   MakePicture("in.png");
-  for (const std::string extension : {"png", "jpg", "tif", "exr"}) {
+  for (const std::string extension : {"png", "jpg", "tif", "exr", "dpx"}) {
     ExpectNoPictureLibrary({"chart", "chart." + extension}, 0);
     ExpectNoPictureLibrary({"render", "in.png", "out." + extension, "--blur", "2"}, 0);
     ExpectNoPictureLibrary({"render", "out." + extension, "again." + extension, "--blur", "2"}, 0);
     ExpectNoPictureLibrary({"info", "again." + extension}, 0);
     EXPECT_TRUE(Exists("again." + extension));
   }
-  for (const std::string other : {"tif", "exr"})
+  for (const std::string other : {"tif", "exr", "dpx"})
     ExpectNoPictureLibrary({"render", "out." + other, other + "-of.png", "--blur", "2"}, 0);
 }
 
 TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {
   MakePicture("in.png");
   ExpectRefusal({"render", "in.png", "out.tga", "--pictures", "light"}, 4,
-                "out.tga: cannot write: the light picture library writes plain PNG, JPEG, TIFF and EXR files alone");
+                "out.tga: cannot write: the light picture library writes plain PNG, JPEG, TIFF, EXR and DPX files alone");
   EXPECT_FALSE(Exists("out.tga"));
   EXPECT_EQ(Run({"render", "in.png", "light.png", "--pictures", "light"}).exit, 0);
   EXPECT_EQ(Run({"render", "in.png", "full.png", "--pictures", "full"}).exit, 0);

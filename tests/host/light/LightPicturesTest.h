@@ -16,6 +16,7 @@
 #include "host/files/PictureFile.h"
 #include "host/files/PictureLibrary.h"
 #include "host/files/PictureReport.h"
+#include "host/formats/DpxHeader.h"
 #include "tests/support/host/ScratchFolder.h"
 
 namespace vblur::host {
@@ -41,6 +42,11 @@ inline std::string Shown(const PictureInfo& info) {
        << info.tileHeight << ' ' << info.hasInks << '\n';
   for (const std::string& kind : info.unread)
     text << "unread " << kind << '\n';
+  if (!info.dpxHeader.empty()) {
+    const DpxHeader header(info.dpxHeader);
+    for (const DpxField& field : DpxFields())
+      text << field.name << ' ' << header.Field(field) << '\n';
+  }
   text << info.colourChunks << '\n' << info.lateTexts << '\n' << info.exif << info.hasMakerNote;
   for (const ExifFieldName& field : info.unreadExif)
     text << "unread " << field.name << '\n';
@@ -182,7 +188,7 @@ class LightPicturesTest : public testing::Test {
     EXPECT_EQ(FailureOf(Automatic, path), FailureOf(Full, path));
     if (!FailureOf(Full, path).empty()) return;
     EXPECT_EQ(Read(Automatic, path, 8)->Pixels(), Read(Full, path, 8)->Pixels());
-    for (const char* name : {"out.png", "out.jpg", "out.tif", "out.exr"})
+    for (const char* name : {"out.png", "out.jpg", "out.tif", "out.exr", "out.dpx"})
       EXPECT_EQ(Seen(Automatic, *Read(Automatic, path, 8), name), Seen(Full, *Read(Full, path, 8), name)) << name;
   }
 

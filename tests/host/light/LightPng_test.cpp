@@ -238,7 +238,7 @@ TEST_F(LightPng, RefuseOtherOutputs) {
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.what(),
               (folder_.path() / "out.tga").string() +
-                  ": cannot write: the light picture library writes plain PNG, JPEG, TIFF and EXR files alone");
+                  ": cannot write: the light picture library writes plain PNG, JPEG, TIFF, EXR and DPX files alone");
   }
 }
 
