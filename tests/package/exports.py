@@ -11,6 +11,7 @@ ENTRY_POINTS = {
     "libvblur_host_gl.so": {"VBlurMakeOffScreenSurface", "VBlurModuleVersion"},
     "libvblur_host_light_jpeg.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_light_openexr.so": {"VBlurLightPictures", "VBlurModuleVersion"},
+    "libvblur_host_light_dpx.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_light_png.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_light_tiff.so": {"VBlurLightPictures", "VBlurModuleVersion"},
     "libvblur_host_pictures.so": {"VBlurPictureLibrary", "VBlurDrawingLibrary", "VBlurModuleVersion"},
