@@ -11,18 +11,11 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "blur/ExactSums-inl.h"
+
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
 namespace HWY_NAMESPACE {
-
-namespace hn = hwy::HWY_NAMESPACE;
-
-template <class D>
-HWY_INLINE hn::Vec<D> Carried(D d, hn::Vec<D> v) {
-  // What is no number differs from itself.
-  const auto number = hn::IfThenElseZero(hn::Eq(v, v), v);
-  return hn::Min(hn::Max(number, hn::Set(d, -kMostCarried)), hn::Set(d, kMostCarried));
-}
 
 // Whole vectors from `from` on; returns where they end. `mask` has that of one component after the other.
 template <class D>

@@ -1,6 +1,5 @@
 // The running sums of one box over one vector of floats, which are carried ones: 64-bit integers, as in the plain code
-// (ExactBox.h). Compiled
-// once for each instruction set, by BoxSweep_simd.cpp; see BoxSums-inl.h for the functions that every kind of sums has.
+// (ExactBox.h). Compiled once for each instruction set; see BoxSums-inl.h for the functions that every kind of sums has.
 #if defined(VBLUR_BLUR_EXACTSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_EXACTSUMS_INL_H
 #undef VBLUR_BLUR_EXACTSUMS_INL_H
@@ -65,6 +64,14 @@ HWY_INLINE hn::Vec<D> NearestDouble(D d, VI v) {
   const auto high = hn::Xor(hn::ShiftRight<32>(bits), hn::Set(du, 0x4530000080000000u));
   return hn::Add(hn::Sub(hn::BitCast(d, high), hn::Set(d, 0x1p84 + 0x1p63 + 0x1p52)), hn::BitCast(d, low));
 #endif
+}
+
+// Floats as the filter carries them (`carried` in ExactBox.h).
+template <class D>
+HWY_INLINE hn::Vec<D> Carried(D d, hn::Vec<D> v) {
+  // What is no number differs from itself.
+  const auto number = hn::IfThenElseZero(hn::Eq(v, v), v);
+  return hn::Min(hn::Max(number, hn::Set(d, -kMostCarried)), hn::Set(d, kMostCarried));
 }
 
 struct ExactSums {

@@ -22,10 +22,10 @@ inline constexpr std::int32_t kFusedRows = 16;
 
 // A row of a band or of a group: one cache line.
 inline constexpr std::size_t kFusedLine = 64;
-// The sums of three boxes over such a row, and a slot of both their rings, in bytes at most. Rings along y hold packed
-// components.
+// The sums of three boxes over such a row, and a slot of their rings, in bytes at most. Rings along y hold packed
+// components. Floats have three rings of 64-bit numbers.
 inline constexpr std::size_t kFusedSums = 3 * 4 * kFusedLine;
-inline constexpr std::size_t kFusedSlot = 4 * kFusedLine;
+inline constexpr std::size_t kFusedSlot = 6 * kFusedLine;
 
 // Columns of a band by columns of a group.
 template <class Pixel>
@@ -119,9 +119,11 @@ struct FusedStretch {
 // Filters the blocks of a stretch, which follow those of the last call. Pixels of four components.
 void fuseBand8(FusedTile<BoxConstants>& tile, const FusedStretch& stretch);
 void fuseBand16(FusedTile<BoxConstants>& tile, const FusedStretch& stretch);
+void fuseBand32(FusedTile<ExactBox>& tile, const FusedStretch& stretch);
 
 // A band whose rows are kept: row i is row keptAt[i]. One for each pixel of a cache line.
 void fuseKeptBand8(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt);
 void fuseKeptBand16(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt);
+void fuseKeptBand32(const FusedTile<ExactBox>& tile, const std::int32_t* keptAt);
 
 }  // namespace vblur

@@ -9,6 +9,7 @@
 #include <hwy/cache_control.h>
 
 #include "image/HvKernel.h"
+#include "image/Pixels.h"
 #include "image/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -19,6 +20,7 @@
 
 #include "blur/BoxSums-inl.h"
 #include "blur/BoxUnit-inl.h"
+#include "blur/ExactSums-inl.h"
 #include "blur/TransposePixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -96,7 +98,7 @@ HWY_INLINE void Run(const Sums& sums, Unit<Sums> (&units)[kUnits], Steps& at, co
     at.leaving += kFusedLine;
     if constexpr (kMerges) at.others += kFusedLine;
     if constexpr (kStage == kProduce) at.to += at.toBytes;
-    if constexpr (kStage != kFillFirst) {
+    if constexpr (kStage != kFillFirst || Unit<Sums>::kKeepsInput) {
       at.slot += slotBytes;
       if (at.slot == at.ringEnd) at.slot = at.ring;
     }
@@ -121,7 +123,9 @@ HWY_INLINE void RunBlock(const Sums& sums, Unit<Sums> (&units)[kUnits], const Fu
     return rings.rows + static_cast<std::size_t>(row < 0 ? row + axis.ring : row) * kFusedLine;
   };
   std::int32_t k = HWY_MAX(0, -axis.step());
-  const std::int32_t stepped = HWY_MAX(0, axis.step() + k - axis.taps);
+  // Of the slots. Results come with the second fill, inputs that are kept with the first.
+  const std::int32_t first = Unit<Sums>::kKeepsInput ? 0 : axis.taps;
+  const std::int32_t stepped = HWY_MAX(0, axis.step() + k - first);
   Steps at{};
   at.ring = rings.slots;
   at.ringEnd = rings.slots + static_cast<std::size_t>(axis.taps) * kSlotBytes;
@@ -255,21 +259,73 @@ void GroupsAlongY(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end) 
     GroupAlongY<kFraction, kMerges>(sums, tile, g);
 }
 
+// Positions of lines of pixels of 128 bits to rows of one position each: as many lines as a row has pixels.
+struct AsItIs {
+  template <class D>
+  HWY_INLINE hn::Vec<D> operator()(D /*d*/, hn::Vec<D> v, std::size_t /*at*/) const {
+    return v;
+  }
+};
+template <class Change>
+HWY_INLINE void FloatsIntoStrip(Side<const Rf> lines, std::int32_t positions, Side<Rf> strip, const Change& change) {
+#if HWY_TARGET == HWY_SCALAR
+  const hn::CappedTag<float, 1> d;
+#else
+  const hn::CappedTag<float, kFusedLine / sizeof(float)> d;
+#endif
+  constexpr std::size_t kLanes = hn::MaxLanes(d);
+  constexpr std::size_t kOfPixel = sizeof(Rf) / sizeof(float);
+  for (std::int32_t x = 0; x < positions; ++x) {
+    auto* const row = reinterpret_cast<float*>(Beside(strip.first, x * strip.bytes));
+    for (std::size_t at = 0; at < kFusedLine / sizeof(float); at += kLanes) {
+      const auto line = static_cast<std::int64_t>(at / kOfPixel);
+      const auto* from = reinterpret_cast<const float*>(Beside(lines.first, line * lines.bytes) + x);
+#if HWY_TARGET == HWY_SCALAR
+      const auto v = hn::LoadU(d, from + at % kOfPixel);
+#else
+      // Blocks one line apart.
+      const auto v = LoadBlocks(d, from, lines.bytes / static_cast<std::int64_t>(kOfPixel));
+#endif
+      hn::StoreU(change(d, v, at), d, row + at);
+    }
+  }
+}
+
+// Those that are filtered.
+struct CarriedOnes {
+  const float* mask;  // of a row; null: all
+  template <class D>
+  HWY_INLINE hn::Vec<D> operator()(D d, hn::Vec<D> v, std::size_t at) const {
+    const auto made = Carried(d, v);
+    return mask == nullptr ? made : Merged(hn::LoadU(d, mask + at), made, v);
+  }
+};
+
 // Positions of a band's block to rows of one position each, in the reverse order if backward. Functions of their own,
 // with what they know at compile time.
-template <class Word, bool kBackward>
-HWY_NOINLINE void BlockIntoRows(const Word* from, std::int64_t lineBytes, Word* rows) {
+template <class Word, bool kBackward, class Tile>
+HWY_NOINLINE void BlockIntoRows([[maybe_unused]] const Tile& tile, const Word* from, std::int64_t lineBytes,
+                                Word* rows) {
   constexpr std::int32_t kPixels = kFusedPixels<Word>;
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
   const Side<Word> strip =
       kBackward ? Side<Word>{rows + (kFusedColumns - 1) * kPixels, -kLineBytes} : Side<Word>{rows, kLineBytes};
-  IntoStrip<Word>({from, lineBytes}, kPixels, kFusedColumns, strip);
+  if constexpr (std::is_same_v<Word, Rf>) {
+    const CarriedOnes carries{tile.merges ? reinterpret_cast<const float*>(tile.mask) : nullptr};
+    FloatsIntoStrip({from, lineBytes}, kFusedColumns, strip, carries);
+  } else {
+    IntoStrip<Word>({from, lineBytes}, kPixels, kFusedColumns, strip);
+  }
 }
 template <class Word>
 HWY_NOINLINE void RowsIntoGroup(const Word* rows, Word* group) {
   constexpr std::int32_t kPixels = kFusedPixels<Word>;
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
-  IntoStrip<Word>({rows, kLineBytes}, kPixels, kPixels, {group, kLineBytes});
+  if constexpr (std::is_same_v<Word, Rf>) {
+    FloatsIntoStrip({rows, kLineBytes}, kPixels, {group, kLineBytes}, AsItIs());
+  } else {
+    IntoStrip<Word>({rows, kLineBytes}, kPixels, kPixels, {group, kLineBytes});
+  }
 }
 
 template <class Box>
@@ -323,9 +379,9 @@ void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> a
     auto* const rows = reinterpret_cast<Word*>(tile.gathered + static_cast<std::size_t>(tile.x.row) * kFusedLine);
     const auto* pixels = reinterpret_cast<const Word*>(from);
     if (stretch.backward) {
-      BlockIntoRows<Word, true>(pixels, stretch.lineBytes, rows);
+      BlockIntoRows<Word, true>(tile, pixels, stretch.lineBytes, rows);
     } else {
-      BlockIntoRows<Word, false>(pixels, stretch.lineBytes, rows);
+      BlockIntoRows<Word, false>(tile, pixels, stretch.lineBytes, rows);
     }
     const std::byte* next = b + 1 < stretch.blocks ? from + stretch.blockBytes : stretch.after;
     const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0,
@@ -390,6 +446,18 @@ HWY_INLINE void FuseKeptIntegers(const IntegerTile& tile, const std::int32_t* ke
   KeptIntoGroups<kFusedPixels<WordOf<Component>>>(tile, keptAt, AlongYOf<Component>(tile));
 }
 
+using FloatTile = FusedTile<ExactBox>;
+
+void Fuse32(FloatTile& tile, const FusedStretch& stretch) {
+  HvEnterKernel<"fuseBand 32", HWY_TARGETS>(HWY_TARGET);
+  FuseWith<Rf, ExactSums>(tile, stretch, AlongYBy<ExactSums>(tile));
+}
+
+void FuseKept32(const FloatTile& tile, const std::int32_t* keptAt) {
+  HvEnterKernel<"fuseBand 32", HWY_TARGETS>(HWY_TARGET);
+  KeptIntoGroups<kFusedPixels<Rf>>(tile, keptAt, AlongYBy<ExactSums>(tile));
+}
+
 void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 8", HWY_TARGETS>(HWY_TARGET);
   FuseIntegers<std::uint8_t>(tile, stretch);
@@ -422,6 +490,8 @@ HWY_EXPORT(Fuse8);
 HWY_EXPORT(FuseKept8);
 HWY_EXPORT(Fuse16);
 HWY_EXPORT(FuseKept16);
+HWY_EXPORT(Fuse32);
+HWY_EXPORT(FuseKept32);
 
 }  // namespace
 
@@ -439,6 +509,14 @@ void fuseKeptBand16(const FusedTile<BoxConstants>& tile, const std::int32_t* kep
 
 void fuseBand16(FusedTile<BoxConstants>& tile, const FusedStretch& stretch) {
   HWY_DYNAMIC_DISPATCH(Fuse16)(tile, stretch);
+}
+
+void fuseKeptBand32(const FusedTile<ExactBox>& tile, const std::int32_t* keptAt) {
+  HWY_DYNAMIC_DISPATCH(FuseKept32)(tile, keptAt);
+}
+
+void fuseBand32(FusedTile<ExactBox>& tile, const FusedStretch& stretch) {
+  HWY_DYNAMIC_DISPATCH(Fuse32)(tile, stretch);
 }
 
 }  // namespace vblur

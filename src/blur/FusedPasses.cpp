@@ -20,13 +20,22 @@ constexpr std::int64_t kBlockBytes = kFusedColumns* static_cast<std::int64_t>(si
 template <class Pixel>
 constexpr std::size_t kBandBytes = static_cast<std::size_t>(kBlockBytes<Pixel>* kFusedPixels<Pixel>);
 
+// Cache lines of a slot of the rings along y: those of integers are packed.
+template <class Box>
+constexpr std::size_t kLinesOfSlot = std::is_same_v<Box, ExactBox> ? kFusedSlot / kFusedLine : 2;
+
 template <class Box>
 std::size_t bytesOfGroup(const FusedTile<Box>& tile) {
-  // Rings along y are packed. An odd number of cache lines: groups would compete for a few cache sets otherwise.
-  const std::size_t lines =
-      kFusedSums / kFusedLine + static_cast<std::size_t>(tile.y.ring) + 2 * static_cast<std::size_t>(tile.y.taps);
+  const std::size_t lines = kFusedSums / kFusedLine + static_cast<std::size_t>(tile.y.ring) +
+                            kLinesOfSlot<Box> * static_cast<std::size_t>(tile.y.taps);
+  // An odd number: groups would compete for a few cache sets otherwise.
   return (lines | 1) * kFusedLine;
 }
+
+// What two passes cost, in pixels through the boxes of one axis: of floats, whose sums take most of the time, less than
+// the memory between the passes would cost integers.
+template <class Pixel>
+constexpr double kCostOfTwoPasses = Pixel::kIntegral ? 2 * 1.2 : 2 * 1.075;
 
 template <class Box>
 std::size_t bytesAlongX(const FusedTile<Box>& tile) {
@@ -38,11 +47,18 @@ bool scales(const BoxConstants& box) {
   return box.scale < 16384;
 }
 
+bool scales(const ExactBox& box) {
+  return BoxSweep::taps(box) > 1;
+}
+
 void fuseBand(FusedTile<BoxConstants>& tile, const FusedStretch& stretch, const R8* /*pixels*/) {
   fuseBand8(tile, stretch);
 }
 void fuseBand(FusedTile<BoxConstants>& tile, const FusedStretch& stretch, const R16* /*pixels*/) {
   fuseBand16(tile, stretch);
+}
+void fuseBand(FusedTile<ExactBox>& tile, const FusedStretch& stretch, const Rf* /*pixels*/) {
+  fuseBand32(tile, stretch);
 }
 
 void fuseKeptBand(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt, const R8* /*pixels*/) {
@@ -50,6 +66,9 @@ void fuseKeptBand(const FusedTile<BoxConstants>& tile, const std::int32_t* keptA
 }
 void fuseKeptBand(const FusedTile<BoxConstants>& tile, const std::int32_t* keptAt, const R16* /*pixels*/) {
   fuseKeptBand16(tile, keptAt);
+}
+void fuseKeptBand(const FusedTile<ExactBox>& tile, const std::int32_t* keptAt, const Rf* /*pixels*/) {
+  fuseKeptBand32(tile, keptAt);
 }
 
 // Whether groups of columns can be cache lines in all rows.
@@ -83,7 +102,7 @@ FusedPasses<Pixel, Accum>::FusedPasses(const Texture& out, const BoxOf<Pixel>& b
   streams(width * height * static_cast<std::int64_t>(sizeof(Pixel)) >= kStreamedBytes);
   const Tile tile = emptyTile();
   plan_ = planFused({groups_, height, kPixels, tile.x.leadBlocks * kFusedColumns, tile.y.leadBlocks * kFusedRows,
-                     bytesOfGroup(tile), HvSecondCacheBytes() / 4 * 5, threads});
+                     bytesOfGroup(tile), HvSecondCacheBytes() / 4 * 5, threads, kCostOfTwoPasses<Pixel>});
 }
 
 template <class Pixel, class Accum>
@@ -325,5 +344,6 @@ void FusedPasses<Pixel, Accum>::scatterPartial(const Texture& out, const Tile& t
 
 template class FusedPasses<R8, Ri>;
 template class FusedPasses<R16, Ri>;
+template class FusedPasses<Rf, Rf>;
 
 }  // namespace vblur

@@ -23,9 +23,9 @@ namespace vblur {
 
 // The pixels that have both passes in one.
 template <class Pixel>
-inline constexpr bool kFuses = std::is_same_v<Pixel, R8> || std::is_same_v<Pixel, R16>;
+inline constexpr bool kFuses = std::is_same_v<Pixel, R8> || std::is_same_v<Pixel, R16> || std::is_same_v<Pixel, Rf>;
 
-// One run over one picture, shared by all threads. Instances: R8 and R16 with Ri.
+// One run over one picture, shared by all threads. Instances: R8 and R16 with Ri, Rf with Rf.
 template <class Pixel, class Accum>
 class FusedPasses {
  public:

@@ -13,8 +13,6 @@ std::int64_t shareOf(std::int64_t whole, std::int64_t parts) {
 
 // Costs in pixels through the boxes of one axis. Steps that only fill sums cost about half.
 constexpr double kFillingCost = 0.5;
-// What two passes cost.
-constexpr double kCostOfTwoPasses = 2 * 1.2;
 
 double costOf(const FusedSize& size, std::int64_t columns, std::int64_t rows) {
   const auto width = static_cast<double>(shareOf(size.width, columns) * size.groupColumns);
@@ -47,7 +45,7 @@ FusedPlan planFused(const FusedSize& size) {
     }
   }
   const auto pixels = static_cast<double>(size.width * size.groupColumns * size.height);
-  best.pays = least < kCostOfTwoPasses * pixels / static_cast<double>(size.threads);
+  best.pays = least < size.costOfTwoPasses * pixels / static_cast<double>(size.threads);
   return best;
 }
 

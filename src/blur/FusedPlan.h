@@ -23,6 +23,7 @@ struct FusedSize {
   std::size_t groupBytes = 0;
   std::size_t budget = 0;  // bytes of groups of a tile
   std::int32_t threads = 1;
+  double costOfTwoPasses = 2.4;  // in pixels through the boxes of one axis
 };
 FusedPlan planFused(const FusedSize& size);
 

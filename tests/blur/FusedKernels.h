@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "blur/FusedPasses.h"
@@ -16,19 +17,20 @@ template <class Pixel>
 void blurThreeRows(const Pixel* in, std::int32_t n, Pixel* out) {
   constexpr std::int32_t kRows = 3;
   constexpr float kRadius = 1.25f;
-  HvTexture<Pixel, Ri> source;
-  HvTexture<Pixel, Ri> result;
+  using Accum = std::conditional_t<Pixel::kIntegral, Ri, Rf>;
+  HvTexture<Pixel, Accum> source;
+  HvTexture<Pixel, Accum> result;
   source.wrap(n / kRows, kRows, const_cast<Pixel*>(in));
   source.setEdgeMethods(kEdgeWrap, kEdgeWrap);
   result.wrap(n / kRows, kRows, out);
   if (n == 0) return;
   if (HvUsesVectors()) {
-    const BoxConstants box = boxConstants(kRadius);
-    FusedPasses<Pixel, Ri> passes(result, box, box, {0, n / kRows}, {0, kRows}, {}, 1);
+    const auto box = boxOf<Pixel>(kRadius);
+    FusedPasses<Pixel, Accum> passes(result, box, box, {0, n / kRows}, {0, kRows}, {}, 1);
     passes.run(source, result, nullptr);
     return;
   }
-  BlurRGBAGauss<Pixel, Ri, Pixel::kMax, 1, 1, 1, 1> filter;
+  BlurRGBAGauss<Pixel, Accum, Pixel::kMax, 1, 1, 1, 1> filter;
   filter.keepsIntermediate = false;
   filter.sizeX = filter.sizeY = kRadius;
   filter.process(&source, &result);
@@ -45,6 +47,7 @@ void addFused(std::vector<KernelCase>& cases) {
 inline void addFusedKernels(std::vector<KernelCase>& cases) {
   addFused<R8>(cases);
   addFused<R16>(cases);
+  addFused<Rf>(cases);
 }
 
 }  // namespace vblur::test

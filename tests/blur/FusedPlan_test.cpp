@@ -45,5 +45,15 @@ TEST(FusedPlan, PaysForSmallRadii) {
   EXPECT_FALSE(planFused(sizeOf(333.0f, 1)).pays);
 }
 
+TEST(FusedPlan, PaysForFewerWhereTwoPassesCostLess) {
+  FusedSize size = sizeOf(33.0f, 1);
+  EXPECT_TRUE(planFused(size).pays);
+  size.costOfTwoPasses = 2.1;
+  EXPECT_FALSE(planFused(size).pays);
+  size = sizeOf(0.5f, 1);
+  size.costOfTwoPasses = 2.1;
+  EXPECT_TRUE(planFused(size).pays);
+}
+
 }  // namespace
 }  // namespace vblur::test
