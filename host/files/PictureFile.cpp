@@ -1,6 +1,7 @@
 #include "host/files/PictureFile.h"
 
 #include <algorithm>
+#include <future>
 #include <new>
 
 #include "host/base/Failure.h"
@@ -40,21 +41,34 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
   const std::int32_t atOnce = std::min(source->RowsAtOnce(), height);
   try {
     rows = MakeFileRows(info, choice.use, depth, into);
-    samples_.resize(rows->RowBytes() * static_cast<std::size_t>(atOnce));
+    for (auto& samples : samples_) {
+      samples.resize(rows->RowBytes() * static_cast<std::size_t>(atOnce));
+      if (atOnce == height) break;
+    }
     if (keepsSamples) kept.reserve(rows->RowBytes() * static_cast<std::size_t>(height));
   } catch (const std::bad_alloc&) {
     RefuseToRead(
         path, "not enough memory for " + std::to_string(info.width) + " x " + std::to_string(info.height) + " pixels");
   }
+  const auto put = [&](const std::byte* samples, std::int32_t count) {
+    const std::size_t bytes = rows->RowBytes() * static_cast<std::size_t>(count);
+    for (std::size_t row = 0; row < bytes; row += rows->RowBytes())
+      rows->Put(samples + row);
+    if (keepsSamples) kept.insert(kept.end(), samples, samples + bytes);
+  };
+  // Rows become those of the picture while the next ones are read. Where the system allows no thread, before that.
+  std::future<void> putting;
   for (std::int32_t first = 0; first < height; first += atOnce) {
     if (stop_ && stop_()) throw FileInterrupted{};
     const std::int32_t count = std::min(atOnce, height - first);
-    source->ReadRows(first, count, samples_.data());
-    for (std::int32_t row = 0; row < count; ++row)
-      rows->Put(samples_.data() + rows->RowBytes() * static_cast<std::size_t>(row));
-    if (!keepsSamples) continue;
-    const auto bytes = static_cast<std::ptrdiff_t>(rows->RowBytes()) * count;
-    kept.insert(kept.end(), samples_.begin(), samples_.begin() + bytes);
+    std::byte* const samples = samples_[first / atOnce % 2].data();
+    source->ReadRows(first, count, samples);
+    if (putting.valid()) putting.get();
+    if (first + count == height) {
+      put(samples, count);
+    } else {
+      putting = std::async(std::launch::async | std::launch::deferred, put, samples, count);
+    }
   }
   rows->Finish();
   ReadPicture read = source->Facts();

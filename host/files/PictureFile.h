@@ -59,7 +59,7 @@ class PictureReader {
   ReadPicture Read(const std::filesystem::path& path, const ReadChoice& choice, std::int32_t depth, HostImage& into);
 
   StopTest stop_;
-  std::vector<std::byte> samples_;  // a part of a file's rows
+  std::vector<std::byte> samples_[2];  // parts of a file's rows: one that is read, and the one before
 };
 
 }  // namespace vblur::host

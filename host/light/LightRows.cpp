@@ -37,11 +37,11 @@ LightRows::LightRows(const PictureToWrite& picture)
       window_{0, 0, picture.image.Width(), picture.image.Height()},
       rows_(picture, picture.metadata != nullptr ? &picture.metadata->info : nullptr, window_, window_, PixelBytes()) {}
 
-void LightRows::Make(std::int32_t row, std::byte* samples) {
+void LightRows::Make(std::int32_t row, std::byte* samples, BeyondRange& beyond) const {
   for (const int component : components_) {
     const ComponentChannel channel{component, pixels_.type};
     rows_.Put(channel, row, samples);
-    rows_.AddBeyond(channel, row, beyond_);
+    rows_.AddBeyond(channel, row, beyond);
     samples += SampleBytes(pixels_.type);
   }
 }

@@ -14,7 +14,6 @@ namespace vblur::host {
 // Whether a picture has metadata of the light library or none, and no windows of its own, which an output would cut to.
 bool IsOfLightRows(const PictureToWrite& picture);
 
-// One thread at a time.
 class LightRows {
  public:
   // `picture` is borrowed, and one of these.
@@ -28,8 +27,11 @@ class LightRows {
   std::size_t RowBytes() const { return rows_.RowBytes(); }
 
   // A row, 0 the top one: the layout's channels of a pixel side by side, in the machine's order of bytes. Each row
-  // once.
-  void Make(std::int32_t row, std::byte* samples);
+  // once, of one thread at a time.
+  void Make(std::int32_t row, std::byte* samples) { Make(row, samples, beyond_); }
+  // On any thread; AddBeyond takes what the type does not hold.
+  void Make(std::int32_t row, std::byte* samples, BeyondRange& beyond) const;
+  void AddBeyond(const BeyondRange& beyond) { beyond_.Add(beyond); }
   // As PictureLibrary::Write returns them, once, after the rows. `held`: what the file can hold, for values beyond it;
   // empty: what the type can.
   std::vector<std::string> Notes(const std::string& held = {});

@@ -25,7 +25,7 @@ bool WasCutShort(const std::string& message) {
 
 // A whole number of the tiles or strips that formats store, of about this size.
 std::int32_t RowsOf(const OIIO::ImageSpec& spec) {
-  constexpr std::size_t kBytes = std::size_t{16} << 20;
+  constexpr std::size_t kBytes = std::size_t{8} << 20;
   constexpr std::int32_t kStrip = 64;
   const std::int32_t strip =
       spec.tile_height > 0 ? spec.tile_height : std::max(kStrip, spec.get_int_attribute("tiff:RowsPerStrip"));

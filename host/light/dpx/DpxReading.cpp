@@ -21,7 +21,7 @@ class DpxInput final : public LightInput {
   const LightAttributes& Attributes() const override { return dpx_.attributes; }
 
   std::int32_t RowsAtOnce() const override {
-    constexpr std::size_t kBytes = std::size_t{16} << 20;
+    constexpr std::size_t kBytes = std::size_t{4} << 20;
     return static_cast<std::int32_t>(
         std::clamp<std::size_t>(kBytes / dpx_.RowBytes(), 1, static_cast<std::size_t>(dpx_.height)));
   }

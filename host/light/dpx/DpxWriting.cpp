@@ -8,6 +8,7 @@
 #include "host/base/StandardStream.h"
 #include "host/base/Utf8.h"
 #include "host/formats/DpxHeader.h"
+#include "host/light/InOrder.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
 #include "host/light/WrittenFile.h"
@@ -85,14 +86,8 @@ class Writing {
         file_(picture, stop) {}
 
   void Write() {
-    std::vector<std::byte> samples(rows_.RowBytes());
-    std::vector<std::byte> packed(packing_.RowBytes(SamplesOfRow()));
-    PutHeader(packed.size());
-    for (std::int32_t row = 0; row < rows_.Height(); ++row) {
-      rows_.Make(row, samples.data());
-      packing_.Pack(samples.data(), packed.data(), SamplesOfRow());
-      file_.Put(reinterpret_cast<const unsigned char*>(packed.data()), packed.size());
-    }
+    PutHeader();
+    PutRows();
     file_.Close();
     file_.Require(true, "");
   }
@@ -114,8 +109,12 @@ class Writing {
 
   std::size_t SamplesOfRow() const { return rows_.RowBytes() / SampleBytes(rows_.Type()); }
 
-  void PutHeader(std::size_t rowBytes) {
-    const std::uint64_t bytes = header_.Begin() + std::uint64_t{rowBytes} * static_cast<std::uint64_t>(rows_.Height());
+  std::size_t PackedBytes(std::int32_t rows) const {
+    return packing_.RowBytes(SamplesOfRow()) * static_cast<std::size_t>(rows);
+  }
+
+  void PutHeader() {
+    const std::size_t bytes = header_.Begin() + PackedBytes(rows_.Height());
     header_.SetWhole(dpx::kFileBytes, static_cast<std::uint32_t>(bytes));
     const std::string name = IsStandardStream(picture_.target) ? "" : Utf8Of(picture_.target.filename());
     header_.SetText(dpx::kFileName, dpx::kFileNameBytes, name);
@@ -135,6 +134,37 @@ class Writing {
     std::string head = header_.Bytes() + userData_;
     head.resize(header_.Begin());
     file_.Put(reinterpret_cast<const unsigned char*>(head.data()), head.size());
+  }
+
+  struct Packed {
+    std::vector<std::byte> bytes;
+    BeyondRange beyond;
+  };
+  Packed Pack(std::int32_t first, std::int32_t count) const {
+    Packed packed{std::vector<std::byte>(PackedBytes(count)), {}};
+    std::vector<std::byte> samples(rows_.RowBytes());
+    for (std::int32_t row = 0; row < count; ++row) {
+      rows_.Make(first + row, samples.data(), packed.beyond);
+      packing_.Pack(samples.data(), packed.bytes.data() + PackedBytes(row), SamplesOfRow());
+    }
+    return packed;
+  }
+
+  void PutRows() {
+    constexpr std::size_t kBytes = std::size_t{1} << 20;
+    const std::int32_t height = rows_.Height();
+    const auto stretch = static_cast<std::int32_t>(
+        std::clamp<std::size_t>(kBytes / PackedBytes(1), 1, static_cast<std::size_t>(height)));
+    InOrder<Packed> packed(picture_.threads, [this](const Packed& part) {
+      rows_.AddBeyond(part.beyond);
+      file_.Put(reinterpret_cast<const unsigned char*>(part.bytes.data()), part.bytes.size());
+      file_.Require(true, "");
+    });
+    for (std::int32_t row = 0; row < height; row += stretch) {
+      const std::int32_t count = std::min(stretch, height - row);
+      packed.Add([this, row, count] { return Pack(row, count); });
+    }
+    packed.Finish();
   }
 
   void PutMetadata() {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <deque>
-#include <future>
 #include <memory>
 #include <new>
 #include <utility>
@@ -12,6 +10,7 @@
 #include <zlib.h>
 
 #include "host/formats/FileBytes.h"
+#include "host/light/InOrder.h"
 #include "host/light/png/PngRowFilter.h"
 
 namespace vblur::host {
@@ -120,21 +119,15 @@ bool IsLargePng(const PngRows& rows) {
 void PackPngRows(const PngRows& rows, int level, std::int32_t threads,
                  const std::function<void(std::int32_t row, std::byte* samples)>& make,
                  const std::function<void(const std::string& bytes)>& put) {
-  // Where the system allows no thread, the calling one does the work when it takes the result.
-  const auto policy = threads > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
-  const std::size_t mostUnderway = static_cast<std::size_t>(std::max(threads, 1));
   const std::int32_t stretch = RowsIn(rows, kStretchBytes);
   // The rows that zlib looks back at, and the one above them.
   const std::int32_t lookedAt = RowsIn(rows, kWindow) + 2;
-  std::deque<std::future<Packed>> underway;
   uLong sum = adler32(0, nullptr, 0);
   std::string head = HeadOf(level);
-  const auto putFirst = [&] {
-    const Packed packed = underway.front().get();
-    underway.pop_front();
+  InOrder<Packed> inOrder(threads, [&](const Packed& packed) {
     sum = adler32_combine(sum, packed.sum, static_cast<z_off_t>(packed.filtered));
     put(std::exchange(head, "") + packed.bytes);
-  };
+  });
   std::int32_t before = 1;
   RawRows raw(rows, before + std::min(stretch, rows.count));
   for (std::int32_t row = 0; row < rows.count;) {
@@ -146,18 +139,14 @@ void PackPngRows(const PngRows& rows, int level, std::int32_t threads,
     RawRows next(rows, kept + std::min(stretch, rows.count - row));
     for (std::int32_t i = 0; i < kept; ++i)
       std::memcpy(next.Row(i), raw.Row(before + count - kept + i), rows.bytes);
-    if (underway.size() == mostUnderway) putFirst();
-    // Copied: a start that fails takes with it what is moved.
-    const auto pack = [&rows, level, before, count, isLast = row == rows.count,
-                       filled = std::make_shared<RawRows>(std::move(raw))] {
-      return PackStretch(rows, level, *filled, before, count, isLast);
-    };
-    underway.push_back(std::async(policy, pack));
+    inOrder.Add(
+        [&rows, level, before, count, isLast = row == rows.count, filled = std::make_shared<RawRows>(std::move(raw))] {
+          return PackStretch(rows, level, *filled, before, count, isLast);
+        });
     raw = std::move(next);
     before = kept;
   }
-  while (!underway.empty())
-    putFirst();
+  inOrder.Finish();
   put(Big32Bytes(sum));
 }
 

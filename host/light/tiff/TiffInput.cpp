@@ -8,7 +8,7 @@ namespace vblur::host {
 
 namespace {
 
-constexpr std::size_t kBytesAtOnce = std::size_t{16} << 20;
+constexpr std::size_t kBytesAtOnce = std::size_t{8} << 20;
 // Less is unpacked sooner by one thread.
 constexpr std::size_t kBytesOfThread = std::size_t{1} << 20;
 

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <deque>
-#include <future>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "host/light/InOrder.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
 #include "host/light/WrittenFile.h"
@@ -144,28 +143,19 @@ class Writing {
 
   // Packed by as many threads as are allowed: each strip for itself, so that their number changes no byte.
   void PutStrips() {
-    const auto policy = picture_.threads > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
-    const std::size_t mostUnderway = static_cast<std::size_t>(std::max(picture_.threads, 1));
-    std::deque<std::future<std::string>> underway;
     std::uint32_t put = 0;
-    const auto putFirst = [&] {
-      std::string packed = underway.front().get();
-      underway.pop_front();
-      const auto bytes = static_cast<tmsize_t>(packed.size());
-      Check(!packed.empty() && TIFFWriteRawStrip(tiff_.get(), put++, packed.data(), bytes) == bytes);
-    };
+    InOrder<std::string> packed(picture_.threads, [&](std::string strip) {
+      const auto bytes = static_cast<tmsize_t>(strip.size());
+      Check(!strip.empty() && TIFFWriteRawStrip(tiff_.get(), put++, strip.data(), bytes) == bytes);
+    });
     for (std::int32_t row = 0; row < rows_.Height(); row += kStripRows) {
       const std::int32_t count = std::min(kStripRows, rows_.Height() - row);
       auto samples = std::make_shared<std::vector<std::byte>>(rows_.RowBytes() * static_cast<std::size_t>(count));
       for (std::int32_t i = 0; i < count; ++i)
         rows_.Make(row + i, samples->data() + rows_.RowBytes() * static_cast<std::size_t>(i));
-      if (underway.size() == mostUnderway) putFirst();
-      // Shared: a start that fails takes with it what is moved.
-      underway.push_back(std::async(
-          policy, [storage = storage_, samples, count] { return Packed(storage, std::move(*samples), count); }));
+      packed.Add([storage = storage_, samples, count] { return Packed(storage, std::move(*samples), count); });
     }
-    while (!underway.empty())
-      putFirst();
+    packed.Finish();
   }
 
   static constexpr std::int32_t kStripRows = 32;
