@@ -1,5 +1,6 @@
 // The running sums of one box over one vector of floats, which are carried ones: 64-bit integers, as in the plain code
-// (ExactBox.h). Compiled once for each instruction set; see BoxSums-inl.h for the functions that every kind of sums has.
+// (ExactBox.h). Compiled once for each instruction set; see BoxSums-inl.h for the functions that every kind of sums
+// has.
 #if defined(VBLUR_BLUR_EXACTSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_EXACTSUMS_INL_H
 #undef VBLUR_BLUR_EXACTSUMS_INL_H

@@ -9,7 +9,6 @@
 #include <hwy/cache_control.h>
 
 #include "image/HvKernel.h"
-#include "image/Pixels.h"
 #include "image/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -259,38 +258,6 @@ void GroupsAlongY(const FusedTile<Box>& tile, std::int32_t g, std::int32_t end) 
     GroupAlongY<kFraction, kMerges>(sums, tile, g);
 }
 
-// Positions of lines of pixels of 128 bits to rows of one position each: as many lines as a row has pixels.
-struct AsItIs {
-  template <class D>
-  HWY_INLINE hn::Vec<D> operator()(D /*d*/, hn::Vec<D> v, std::size_t /*at*/) const {
-    return v;
-  }
-};
-template <class Change>
-HWY_INLINE void FloatsIntoStrip(Side<const Rf> lines, std::int32_t positions, Side<Rf> strip, const Change& change) {
-#if HWY_TARGET == HWY_SCALAR
-  const hn::CappedTag<float, 1> d;
-#else
-  const hn::CappedTag<float, kFusedLine / sizeof(float)> d;
-#endif
-  constexpr std::size_t kLanes = hn::MaxLanes(d);
-  constexpr std::size_t kOfPixel = sizeof(Rf) / sizeof(float);
-  for (std::int32_t x = 0; x < positions; ++x) {
-    auto* const row = reinterpret_cast<float*>(Beside(strip.first, x * strip.bytes));
-    for (std::size_t at = 0; at < kFusedLine / sizeof(float); at += kLanes) {
-      const auto line = static_cast<std::int64_t>(at / kOfPixel);
-      const auto* from = reinterpret_cast<const float*>(Beside(lines.first, line * lines.bytes) + x);
-#if HWY_TARGET == HWY_SCALAR
-      const auto v = hn::LoadU(d, from + at % kOfPixel);
-#else
-      // Blocks one line apart.
-      const auto v = LoadBlocks(d, from, lines.bytes / static_cast<std::int64_t>(kOfPixel));
-#endif
-      hn::StoreU(change(d, v, at), d, row + at);
-    }
-  }
-}
-
 // Those that are filtered.
 struct CarriedOnes {
   const float* mask;  // of a row; null: all
@@ -312,7 +279,7 @@ HWY_NOINLINE void BlockIntoRows([[maybe_unused]] const Tile& tile, const Word* f
       kBackward ? Side<Word>{rows + (kFusedColumns - 1) * kPixels, -kLineBytes} : Side<Word>{rows, kLineBytes};
   if constexpr (std::is_same_v<Word, Rf>) {
     const CarriedOnes carries{tile.merges ? reinterpret_cast<const float*>(tile.mask) : nullptr};
-    FloatsIntoStrip({from, lineBytes}, kFusedColumns, strip, carries);
+    PixelsIntoStrip<kFusedLine>({from, lineBytes}, kFusedColumns, strip, carries);
   } else {
     IntoStrip<Word>({from, lineBytes}, kPixels, kFusedColumns, strip);
   }
@@ -322,7 +289,7 @@ HWY_NOINLINE void RowsIntoGroup(const Word* rows, Word* group) {
   constexpr std::int32_t kPixels = kFusedPixels<Word>;
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
   if constexpr (std::is_same_v<Word, Rf>) {
-    FloatsIntoStrip({rows, kLineBytes}, kPixels, {group, kLineBytes}, AsItIs());
+    PixelsIntoStrip<kFusedLine>({rows, kLineBytes}, kPixels, {group, kLineBytes}, AsItIs());
   } else {
     IntoStrip<Word>({rows, kLineBytes}, kPixels, kPixels, {group, kLineBytes});
   }

@@ -16,6 +16,7 @@
 
 #include "blur/TransposePixels.h"
 #include "image/CpuIntrinsics-inl.h"
+#include "image/Pixels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace vblur {
@@ -146,6 +147,35 @@ HWY_INLINE void IntoStrip(Side<const T> lines, std::int32_t count, std::int32_t 
 }
 
 #endif  // HWY_TARGET == HWY_SCALAR
+
+// What is done to a vector of floats on its way: nothing. `at` is its place in the row.
+struct AsItIs {
+  template <class D>
+  HWY_INLINE hn::Vec<D> operator()(D /*d*/, hn::Vec<D> v, std::size_t /*at*/) const {
+    return v;
+  }
+};
+
+// Pixels of four floats, as many lines as a row of kRowBytes has pixels.
+template <std::size_t kRowBytes, class Change>
+HWY_INLINE void PixelsIntoStrip(Side<const Rf> lines, std::int32_t positions, Side<Rf> strip, const Change& change) {
+  // At the scalar level one float; else blocks of neighbouring lines.
+  const hn::CappedTag<float, HWY_TARGET == HWY_SCALAR ? 1 : kRowBytes / sizeof(float)> d;
+  constexpr std::size_t kOfPixel = sizeof(Rf) / sizeof(float);
+  for (std::int32_t x = 0; x < positions; ++x) {
+    auto* const row = reinterpret_cast<float*>(Beside(strip.first, x * strip.bytes));
+    for (std::size_t at = 0; at < kRowBytes / sizeof(float); at += hn::MaxLanes(d)) {
+      const auto line = static_cast<std::int64_t>(at / kOfPixel);
+      const auto* from = reinterpret_cast<const float*>(Beside(lines.first, line * lines.bytes) + x);
+#if HWY_TARGET == HWY_SCALAR
+      const auto v = hn::LoadU(d, from + at % kOfPixel);
+#else
+      const auto v = LoadBlocks(d, from, lines.bytes / static_cast<std::int64_t>(kOfPixel));
+#endif
+      hn::StoreU(change(d, v, at), d, row + at);
+    }
+  }
+}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur
