@@ -51,28 +51,28 @@ def text_of(radius):
     return f"{radius:.4g}"
 
 
-def is_small(depth, radius):
-    """Whole radii whose sums fit the narrow lanes."""
-    return radius == int(radius) and radius <= (62 if depth == 8 else 33)
+def is_whole(radius):
+    return radius == int(radius)
 
 
+# Limits by depth, and with 256-bit lanes times the factor.
 GROUPS = (
-    ("whole radii up to 62 (8 bits), 33 (16 bits)", {8: 1.5, 16: 1.3}, is_small),
-    ("other radii up to 127", {8: 2.0, 16: 2.0}, lambda depth, r: not is_small(depth, r) and r <= 127),
-    ("radius 333", {8: 3.5, 16: 2.0}, lambda depth, r: r == 333),
-    ("radius 3 to 333", {32: 4.0}, lambda depth, r: r >= 3),
+    ("whole radii up to 10", {8: 0.9, 16: 0.85}, 1.6, lambda r: is_whole(r) and r <= 10),
+    ("radius 33", {8: 1.1, 16: 1.0}, 1.6, lambda r: r == 33),
+    ("other radii up to 127", {8: 2.0, 16: 2.0}, 1.8, lambda r: r <= 127 and not (is_whole(r) and (r <= 10 or r == 33))),
+    ("radius 333", {8: 3.5, 16: 2.0}, 1.8, lambda r: r == 333),
+    ("radius 3 to 333", {32: 4.0}, 1.8, lambda r: r >= 3),
 )
-NARROW_FACTOR = 1.8
 
 
 def against_copies(results):
     for level, words in (("native", ""), ("AVX2", ", 256-bit lanes")):
-        for name, limits, belongs in GROUPS:
+        for name, limits, narrow_factor, belongs in GROUPS:
             cells = {}
             for depth in limits:
-                cell = cells[depth] = Cell(limits[depth] * (NARROW_FACTOR if level == "AVX2" else 1.0))
+                cell = cells[depth] = Cell(limits[depth] * (narrow_factor if level == "AVX2" else 1.0))
                 for radius in radii(results):
-                    if belongs(depth, radius):
+                    if belongs(radius):
                         ratio = results.ratio(
                             blur(depth, radius=text_of(radius), level=level), ("copies", {"depth": depth})
                         )
@@ -82,7 +82,8 @@ def against_copies(results):
 
 def against_peers(results):
     groups = (
-        ("radius 3 to 100", {8: 6.0, 16: 3.0}, lambda r: 3 <= r <= 100),
+        ("radius 3 to 33", {8: 7.0, 16: 4.0}, lambda r: 3 <= r <= 34),
+        ("radius 62 to 100", {8: 6.0, 16: 3.0}, lambda r: 62 <= r <= 100),
         ("radius 0.5", {8: 2.0, 16: 2.5}, lambda r: r == 0.5),
         ("radius 333", {8: 3.5, 16: 3.0}, lambda r: r == 333),
         ("radius 3 to 333", {32: 2.0}, lambda r: r >= 3),
