@@ -59,8 +59,9 @@ TEST_F(StartUp, NorDoPlainFiles) {
 
 TEST_F(StartUp, TheLibraryOfPicturesIsAChoice) {
   MakePicture("in.png");
-  ExpectRefusal({"render", "in.png", "out.tga", "--pictures", "light"}, 4,
-                "out.tga: cannot write: the light picture library writes plain PNG, JPEG, TIFF, EXR and DPX files alone");
+  ExpectRefusal(
+      {"render", "in.png", "out.tga", "--pictures", "light"}, 4,
+      "out.tga: cannot write: the light picture library writes plain PNG, JPEG, TIFF, EXR and DPX files alone");
   EXPECT_FALSE(Exists("out.tga"));
   EXPECT_EQ(Run({"render", "in.png", "light.png", "--pictures", "light"}).exit, 0);
   EXPECT_EQ(Run({"render", "in.png", "full.png", "--pictures", "full"}).exit, 0);
