@@ -163,6 +163,29 @@ TEST_F(LightDpx, TakesSamplesFromTheirPlaces) {
             (Values{16384, 8200, 16, 16384, 16384, 8200, 16, 16384}));
 }
 
+// Several stretches for each thread, with values beyond white in the first and the last.
+TEST_F(LightDpx, ReadAndWriteLargePicturesByAnyNumberOfThreads) {
+  DpxFileKind kind{4, 16};
+  kind.width = 701;
+  kind.height = 1603;
+  const auto read = Read(Light, MakeDpx(kind), 16);
+  EXPECT_EQ(read->Pixels(), Read(Full, folder_.path() / "in.dpx", 16)->Pixels());
+  for (const std::int32_t row : {0, 1, 1602})
+    reinterpret_cast<std::int16_t*>(read->image.Row(row))[7] = static_cast<std::int16_t>(20000 + row);
+  const std::string full = Seen(Full, *read, "full.dpx");
+  EXPECT_NE(full.find("3 components from 1.2207 to 1.31848 clipped to 0 to 1"), std::string::npos);
+  UsePictures(Light);
+  for (const std::int32_t threads : {1, 2, 5}) {
+    const auto out = folder_.path() / "light.dpx";
+    WrittenPicture written = PictureWriter().WriteBeside(out, read->image, read->facts.metadata.get(),
+                                                         {.overwrite = true, .sync = false, .threads = threads});
+    ASSERT_FALSE(written.Notes().empty());
+    EXPECT_NE(written.Notes().back().find("3 components from 1.2207 to 1.31848 clipped to 0 to 1"), std::string::npos);
+    written.Commit();
+    EXPECT_TRUE(BytesOf(out).substr(8192) == BytesOf(folder_.path() / "full.dpx").substr(8192)) << threads;
+  }
+}
+
 void PutAllFields(DpxHeader& header) {
   int number = 1;
   for (const DpxField& field : DpxFields()) {
