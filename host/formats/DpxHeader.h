@@ -74,6 +74,10 @@ inline constexpr std::size_t kHeaderBytes = 2048;
 inline constexpr std::uint32_t kMostUserBytes = 1 << 20;
 
 inline constexpr std::uint32_t kUndefined = 0xffffffff;
+// Descriptors: what a pixel consists of.
+inline constexpr std::uint32_t kGrey = 6;
+inline constexpr std::uint32_t kRgb = 50;
+inline constexpr std::uint32_t kRgba = 51;
 }  // namespace dpx
 
 // Its numbers are kept in the order of little-endian files.

@@ -122,11 +122,8 @@ class Writing {
          {std::pair{dpx::kWidth, rows_.Width()}, std::pair{dpx::kHeight, rows_.Height()},
           std::pair{dpx::kOriginalWidth, rows_.Width()}, std::pair{dpx::kOriginalHeight, rows_.Height()}})
       header_.SetWhole(place, static_cast<std::uint32_t>(side));
-    constexpr std::uint32_t kGrey = 6;
-    constexpr std::uint32_t kRgb = 50;
-    constexpr std::uint32_t kRgba = 51;
     const PixelLayout layout = rows_.Layout();
-    header_.SetByte(dpx::kDescriptor, IsGrey(layout) ? kGrey : HasAlpha(layout) ? kRgba : kRgb);
+    header_.SetByte(dpx::kDescriptor, IsGrey(layout) ? dpx::kGrey : HasAlpha(layout) ? dpx::kRgba : dpx::kRgb);
     header_.SetByte(dpx::kBits, static_cast<std::uint32_t>(packing_.bits));
     header_.SetHalf(dpx::kPacking, packing_.isFilled ? 1 : 0);
     PutMetadata();

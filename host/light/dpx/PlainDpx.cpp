@@ -85,12 +85,9 @@ class Reading {
     if (width < 1 || height < 1 || width > kMostSide || height > kMostSide) return false;
     dpx_.width = static_cast<std::int32_t>(width);
     dpx_.height = static_cast<std::int32_t>(height);
-    constexpr std::uint32_t kGrey = 6;
-    constexpr std::uint32_t kRgb = 50;
-    constexpr std::uint32_t kRgba = 51;
     const std::uint32_t descriptor = header_.Byte(dpx::kDescriptor);
-    if (descriptor != kGrey && descriptor != kRgb && descriptor != kRgba) return false;
-    dpx_.channels = descriptor == kGrey ? 1 : descriptor == kRgb ? 3 : 4;
+    if (descriptor != dpx::kGrey && descriptor != dpx::kRgb && descriptor != dpx::kRgba) return false;
+    dpx_.channels = descriptor == dpx::kGrey ? 1 : descriptor == dpx::kRgb ? 3 : 4;
     return header_.Half(dpx::kElements) == 1 && header_.Half(dpx::kOrientation) == 0 &&
            header_.Whole(dpx::kSign) == 0 && header_.Half(dpx::kEncoding) == 0 && HasPlainPacking();
   }
@@ -190,15 +187,12 @@ class Reading {
   bool TakeTransfer() {
     const std::uint32_t transfer = header_.Byte(dpx::kTransfer);
     const float gamma = header_.Float(dpx::kGamma);
-    if (transfer == static_cast<std::uint32_t>(DpxColours::UserDefined) && gamma != 0.0f && !std::isnan(gamma))
-      return false;
-    if (transfer == static_cast<std::uint32_t>(DpxColours::Linear))
-      dpx_.attributes.AddText("oiio:ColorSpace", "Linear");
-    if (transfer == static_cast<std::uint32_t>(DpxColours::Logarithmic))
-      dpx_.attributes.AddText("oiio:ColorSpace", "KodakLog");
-    if (transfer == static_cast<std::uint32_t>(DpxColours::Rec709))
-      dpx_.attributes.AddText("oiio:ColorSpace", "Rec709");
-    dpx_.attributes.AddText("dpx:Transfer", NameOfColours(transfer));
+    const std::string name = NameOfColours(transfer);
+    if (name == "User defined" && gamma != 0.0f && !std::isnan(gamma)) return false;
+    if (name == "Linear") dpx_.attributes.AddText("oiio:ColorSpace", "Linear");
+    if (name == "Logarithmic") dpx_.attributes.AddText("oiio:ColorSpace", "KodakLog");
+    if (name == "ITU-R 709-4") dpx_.attributes.AddText("oiio:ColorSpace", "Rec709");
+    dpx_.attributes.AddText("dpx:Transfer", name);
     return true;
   }
 

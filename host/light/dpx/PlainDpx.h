@@ -28,7 +28,4 @@ struct PlainDpx {
 // with and without alpha, turned, packed by run lengths, or cut short.
 std::optional<PlainDpx> PlainDpxOf(const std::filesystem::path& file);
 
-// What a field of the header about colours says, by its number.
-enum class DpxColours : std::uint32_t { UserDefined = 0, PrintingDensity = 1, Linear = 2, Logarithmic = 3, Rec709 = 6 };
-
 }  // namespace vblur::host
