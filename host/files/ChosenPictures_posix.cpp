@@ -27,6 +27,7 @@ class ReplaceableSource final : public PictureSource {
   const PictureInfo& Info() const override { return source_->Info(); }
   std::int32_t RowsAtOnce() const override { return atOnce_; }
   ReadPicture Facts() override { return source_->Facts(); }
+  bool KnowsFacts() const override { return source_->KnowsFacts(); }
 
   void ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) override {
     if (isFull_) return source_->ReadRows(first, count, samples);
@@ -133,6 +134,7 @@ std::vector<std::string> ChosenPictures::Write(const PictureToWrite& picture, co
     if (light.Writes(picture)) return light.Write(picture, stop);
   }
   if (full_ == nullptr) RefuseToWrite(picture.target, "the light picture library writes " + KnownFiles());
+  picture.WaitForAll();
   return full_().Write(picture, stop);
 }
 

@@ -28,6 +28,7 @@ ComponentRows::Span ComponentRows::PixelsOf(std::int32_t row) const {
   if (!HasRow(place_, y) || columns.count == 0) return {};
   const HostImage& image = picture_.image;
   const auto fromTop = static_cast<std::int32_t>(y - place_.y);
+  if (picture_.rendered != nullptr) picture_.rendered->WaitFor(fromTop + 1);
   return {image.Row(image.Height() - 1 - fromTop) + columns.inSource * image.PixelBytes(), columns.inFile,
           columns.count};
 }

@@ -73,7 +73,8 @@ WrittenPicture PictureWriter::WriteBeside(const std::filesystem::path& path, con
                                metadata,
                                options.storage,
                                options.part ? &*options.part : nullptr,
-                               options.threads};
+                               options.threads,
+                               options.rendered};
   try {
     written.notes_ = ThePictureLibrary().Write(picture, stop_);
   } catch (const std::bad_alloc&) {

@@ -20,6 +20,7 @@ namespace vblur::host {
 void RequireWritable(const std::filesystem::path& path, bool overwrite);
 
 class OutputFileCommit;
+class RowProgress;
 class UnnamedFile;
 
 // A complete picture in a temporary file, which is removed unless committed.
@@ -59,8 +60,9 @@ struct OutputOptions {
   // Whether the file is on its disk before it takes its name, and its name after that.
   bool sync = true;
   OutputStorage storage{};
-  std::optional<RenderedPart> part{};  // nothing: all of it
-  std::int32_t threads = 1;            // that may pack a large file
+  std::optional<RenderedPart> part{};     // nothing: all of it
+  std::int32_t threads = 1;               // that may pack a large file
+  const RowProgress* rendered = nullptr;  // of a picture that is rendered meanwhile
 };
 
 class PictureWriter {

@@ -62,7 +62,11 @@ void NoteMadeColours(const PictureInfo& source, OutputPixels& chosen) {
   }
 }
 
-void NoteLosses(const PictureReport& source, const PictureToWrite& picture, OutputPixels& chosen) {
+}  // namespace
+
+void NoteLosses(const PictureToWrite& picture, const std::optional<PictureReport>& of, OutputPixels& chosen) {
+  if (!of) return;
+  const PictureReport& source = *of;
   // The weights of large blurs leave a little less of a full alpha.
   constexpr double kFlat = 0.75;
   const auto note = [&](const std::string& line) { chosen.notes.push_back("output: " + line); };
@@ -77,12 +81,11 @@ void NoteLosses(const PictureReport& source, const PictureToWrite& picture, Outp
   NoteMadeColours(source.info, chosen);
 }
 
-}  // namespace
-
 OutputPixels ChooseOutputPixels(const PictureToWrite& picture, const std::optional<PictureReport>& source) {
   const HostImage& image = picture.image;
   OutputPixels chosen;
   bool isGrey = source && source->info.IsGrey();
+  if (isGrey) picture.WaitForAll();
   const bool hasAlpha = !source || source->info.HasAlpha();
   if (isGrey && !IsGreyPicture(image)) {
     isGrey = false;
@@ -91,7 +94,6 @@ OutputPixels ChooseOutputPixels(const PictureToWrite& picture, const std::option
   chosen.layout = NearestLayout(picture.format, isGrey, hasAlpha);
   chosen.type = source ? OutputTypeOf(source->info, picture.format, picture.storage)
                        : NearestType(picture.format, picture.storage.type.value_or(TypeForDepth(image.Depth())));
-  if (source) NoteLosses(*source, picture, chosen);
   return chosen;
 }
 

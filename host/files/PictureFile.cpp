@@ -30,7 +30,7 @@ std::vector<std::string> Losses(const std::filesystem::path& path, std::int32_t 
 }  // namespace
 
 ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadChoice& choice, std::int32_t depth,
-                                HostImage& into) {
+                                HostImage& into, const ReadingWatch* watch) {
   RequirePictureFile(path);
   const auto source = ThePictureLibrary().Open(path, choice);
   const PictureInfo& info = source->Info();
@@ -50,12 +50,17 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
     RefuseToRead(
         path, "not enough memory for " + std::to_string(info.width) + " x " + std::to_string(info.height) + " pixels");
   }
-  const auto put = [&](const std::byte* samples, std::int32_t count) {
+  // Rows above the data are there, those below it only with the last.
+  const bool isWatched = watch != nullptr && source->KnowsFacts();
+  const auto above = static_cast<std::int32_t>(info.data.y - info.Picture().y);
+  const auto put = [&](const std::byte* samples, std::int32_t first, std::int32_t count) {
     const std::size_t bytes = rows->RowBytes() * static_cast<std::size_t>(count);
     for (std::size_t row = 0; row < bytes; row += rows->RowBytes())
       rows->Put(samples + row);
     if (keepsSamples) kept.insert(kept.end(), samples, samples + bytes);
+    if (isWatched) watch->onRows(first + count == height ? into.Height() : above + first + count);
   };
+  if (isWatched) watch->onSize(source->Facts());
   // Rows become those of the picture while the next ones are read. Where the system allows no thread, before that.
   std::future<void> putting;
   for (std::int32_t first = 0; first < height; first += atOnce) {
@@ -65,9 +70,9 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
     source->ReadRows(first, count, samples);
     if (putting.valid()) putting.get();
     if (first + count == height) {
-      put(samples, count);
+      put(samples, first, count);
     } else {
-      putting = std::async(std::launch::async | std::launch::deferred, put, samples, count);
+      putting = std::async(std::launch::async | std::launch::deferred, put, samples, first, count);
     }
   }
   rows->Finish();
@@ -79,10 +84,10 @@ ReadPicture PictureReader::Read(const std::filesystem::path& path, const ReadCho
 }
 
 ReadPicture PictureReader::ReadColour(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
-                                      const ReadChoice& choice) {
+                                      const ReadChoice& choice, const ReadingWatch* watch) {
   ReadChoice colours = choice;
   colours.use = PictureUse::Colour;
-  return Read(path, colours, depth, into);
+  return Read(path, colours, depth, into, watch);
 }
 
 ReadPicture PictureReader::ReadMask(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
@@ -91,7 +96,7 @@ ReadPicture PictureReader::ReadMask(const std::filesystem::path& path, std::int3
   mask.use = PictureUse::Mask;
   mask.keepsPassing = false;
   mask.keepsSamples = false;
-  return Read(path, mask, depth, into);
+  return Read(path, mask, depth, into, nullptr);
 }
 
 }  // namespace vblur::host

@@ -41,22 +41,33 @@ struct ReadPicture {
   BeyondRange beyond{};
 };
 
+// Follows a picture while it is read.
+struct ReadingWatch {
+  // The picture has its size, and all is known of it but what its values lose. Not called for files of which more is
+  // found behind their rows.
+  std::function<void(const ReadPicture& read)> onSize;
+  // So many rows of the picture are there, from the top on; never before `onSize`, and on another thread.
+  std::function<void(std::int32_t rows)> onRows;
+};
+
 // Reuses its buffer for the next file. One thread at a time.
 class PictureReader {
  public:
   explicit PictureReader(StopTest stop = {}) : stop_(std::move(stop)) {}
 
   // Four components of `depth` bits (8, 16 or 32). A grey picture is spread over red, green and blue; one
-  // without alpha gets a full one. Throws as ReadPictureInfo does, and when the pixels cannot be read.
+  // without alpha gets a full one. Throws as ReadPictureInfo does, and when the pixels cannot be read. `watch` is null
+  // for none.
   ReadPicture ReadColour(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
-                         const ReadChoice& choice = {});
+                         const ReadChoice& choice = {}, const ReadingWatch* watch = nullptr);
   // One component: the channel that the choice names, else the first of the file, or alpha where that is the only one
   // that varies.
   ReadPicture ReadMask(const std::filesystem::path& path, std::int32_t depth, HostImage& into,
                        const ReadChoice& choice = {});
 
  private:
-  ReadPicture Read(const std::filesystem::path& path, const ReadChoice& choice, std::int32_t depth, HostImage& into);
+  ReadPicture Read(const std::filesystem::path& path, const ReadChoice& choice, std::int32_t depth, HostImage& into,
+                   const ReadingWatch* watch);
 
   StopTest stop_;
   std::vector<std::byte> samples_[2];  // parts of a file's rows: one that is read, and the one before

@@ -13,6 +13,7 @@
 #include "host/files/OutputFile.h"
 #include "host/files/PictureFile.h"
 #include "host/files/PictureReport.h"
+#include "host/files/RowProgress.h"
 
 namespace vblur::host {
 
@@ -28,8 +29,10 @@ class PictureSource {
   // first, without padding. Every row once, from the top on, RowsAtOnce at a time. Throws Failure (cannot read) when
   // the file is damaged or truncated.
   virtual void ReadRows(std::int32_t first, std::int32_t count, std::byte* samples) = 0;
-  // Facts of the file, once, after its rows are read.
+  // Facts of the file, after its rows are read.
   virtual ReadPicture Facts() = 0;
+  // Whether they are the same before.
+  virtual bool KnowsFacts() const { return false; }
 };
 
 // A picture to write.
@@ -42,6 +45,12 @@ struct PictureToWrite {
   const OutputStorage& storage;
   const RenderedPart* part = nullptr;  // null for all of it; goes with metadata
   std::int32_t threads = 1;            // that may pack the file; its bytes do not depend on their number
+  // Of an image that is rendered meanwhile: its rows are used when they are there. Null: all are.
+  const RowProgress* rendered = nullptr;
+
+  void WaitForAll() const {
+    if (rendered != nullptr) rendered->WaitFor(image.Height());
+  }
 };
 
 // Thread-safe.

@@ -91,6 +91,16 @@ double BlurAt(const Job& job, double time) {
   return job.properties.ValueAt(PropertyOf(PropertyId::Blur).guid, time);
 }
 
+bool BandsFollowInput(const Job& job) {
+  const bool readsOneInput = job.input && !job.input2 && !job.mask && !job.output.initial;
+  // What lies beyond the crop comes from its edge, however far that is.
+  const bool crops = ValueOf(job, PropertyId::CropBottom) != PropertyOf(PropertyId::CropBottom).defaultValue ||
+                     ValueOf(job, PropertyId::CropTop) != PropertyOf(PropertyId::CropTop).defaultValue;
+  const bool convertsColours = job.linear || job.premultipliesAround;
+  return readsOneInput && !crops && !convertsColours && !job.roi && job.field == FieldChoice::Frame &&
+         BandsServe(job) && !BandsAreApart(job) && EntryOf(job, PropertyId::YEdgeMethod) != "Wrap";
+}
+
 BandSize MostOfBand(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height) {
   const BandSize whole{height, 0};
   const std::int64_t rows = BandRows(pictureBytes, static_cast<std::int32_t>(height));
@@ -190,6 +200,28 @@ class BandRenderer {
     return result;
   }
 
+  // The rows of bands that are rendered downward; nothing where so few would have little to overlap.
+  std::optional<std::int32_t> RowsDownward() {
+    const std::int32_t height = pictures_.output->Height();
+    const std::int32_t most = BandRows(static_cast<std::int64_t>(pictures_.output->ByteCount()), height);
+    constexpr std::int32_t kBands = 16;
+    constexpr std::int32_t kLeast = 32;
+    const std::int32_t rows = std::max({std::min(most, height / kBands), kLeast, LeastRows()});
+    return rows <= height / 4 ? std::optional(rows) : std::nullopt;
+  }
+
+  HRESULT RenderDownward(std::int32_t rows, const BandSteps& steps) {
+    const HostImage& output = *pictures_.output;
+    HRESULT result = kOk;
+    for (Rows band{output.Height(), output.Height()}; band.begin > 0;) {
+      band = {std::max(0, band.begin - rows), band.begin};
+      steps.before(std::max(0, band.begin - Reach() - kBeyondReach));
+      result = Render(Region{0, band.begin, output.Width(), band.Count()});
+      if (result != kOk || !steps.after(band.begin)) break;
+    }
+    return result;
+  }
+
   bool CanBeApart() {
     const HostImage& output = *pictures_.output;
     // The filter limits each of its three boxes by three times the longer side of the picture that it writes: the width
@@ -266,6 +298,23 @@ HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures&
     result = apart ? renderer.RenderApart(whole, all, band) : renderer.Render(RegionOfRows(whole, all, band));
     if (!afterBand() || result != kOk) break;
   }
+  return result;
+}
+
+HRESULT RenderDownward(HostedEffect& effect, const Job& job, const FramePictures& pictures, IDSEffectHost& host,
+                       double time, const BandSteps& steps) {
+  constexpr std::int32_t kFrame = 0;
+  const HostImage& output = *pictures.output;
+  if (BandsServe(job, pictures)) {
+    BandRenderer renderer(effect, pictures, host, time, kFrame);
+    if (const auto rows = renderer.RowsDownward()) return renderer.RenderDownward(*rows, steps);
+  }
+  steps.before(0);
+  bool goesOn = true;
+  const auto afterBand = [&] { return goesOn = steps.after(output.Height()); };
+  const std::int32_t rows = BandRows(static_cast<std::int64_t>(output.ByteCount()), output.Height());
+  const HRESULT result = RenderInBands(effect, job, pictures, host, time, kFrame, std::nullopt, rows, afterBand);
+  if (result == kOk && goesOn) steps.after(0);
   return result;
 }
 

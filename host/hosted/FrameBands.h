@@ -48,4 +48,20 @@ HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures&
                       double time, std::int32_t field, const std::optional<Region>& region, std::int32_t rows,
                       const std::function<bool()>& afterBand);
 
+// Called around each band of a frame that is rendered while its input is read and its output written.
+struct BandSteps {
+  // Before a band: returns when the input's rows from `bottom` up are there.
+  std::function<void(std::int32_t bottom)> before;
+  // After it, and at the end: the output's rows from `bottom` up are complete. False ends the frame.
+  std::function<bool(std::int32_t bottom)> after;
+};
+
+// Whether a job's frames can be rendered so: each row of the output comes from rows of the first input near it.
+bool BandsFollowInput(const Job& job);
+
+// As RenderInBands, of frames, for jobs whose bands follow the input: from the highest band down. A low picture, one
+// whose filter reaches far, and one that lies otherwise than its input is rendered when all of the input is there.
+HRESULT RenderDownward(HostedEffect& effect, const Job& job, const FramePictures& pictures, IDSEffectHost& host,
+                       double time, const BandSteps& steps);
+
 }  // namespace vblur::host

@@ -179,4 +179,14 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   return result;
 }
 
+HRESULT RenderBetween(HostedEffect& effect, const Job& job, const FramePictures& pictures, double time,
+                      ExecuteContext& context, const BandSteps& steps) {
+  EffectHost host(ProjectOf(job, *pictures.output));
+  CheckPlaces(pictures);
+  const auto goesOn = [&](std::int32_t bottom) {
+    return !context.Stopped() && effect.WhyNotRendered().empty() && steps.after(bottom);
+  };
+  return RenderDownward(effect, job, pictures, host, time, {steps.before, goesOn});
+}
+
 }  // namespace vblur::host

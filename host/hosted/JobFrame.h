@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "host/hosted/ExecuteContext.h"
+#include "host/hosted/FrameBands.h"
 #include "host/hosted/HostImage.h"
 #include "host/hosted/HostedEffect.h"
 #include "host/jobs/Job.h"
@@ -42,5 +43,9 @@ void CheckPlaces(const FramePictures& pictures);
 // CheckPlaces does, and Failure (wrong usage) for an input that is to be kept and lies otherwise than the output.
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField);
+
+// As RenderFields, for jobs whose bands follow the input: while it is read and the output is written.
+HRESULT RenderBetween(HostedEffect& effect, const Job& job, const FramePictures& pictures, double time,
+                      ExecuteContext& context, const BandSteps& steps);
 
 }  // namespace vblur::host

@@ -25,6 +25,7 @@ class LightSource final : public PictureSource {
             isAssociated,
             {}};
   }
+  bool KnowsFacts() const override { return true; }
 
  private:
   std::size_t Channels() const { return opened_.info.all.size(); }

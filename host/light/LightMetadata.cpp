@@ -168,4 +168,8 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
   return report;
 }
 
+std::optional<PictureReport> DescribeSource(const PictureToWrite& picture) {
+  return picture.metadata != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt;
+}
+
 }  // namespace vblur::host

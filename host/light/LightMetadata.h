@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/files/PictureLibrary.h"
 #include "host/files/PictureReport.h"
 #include "host/light/PictureMetadata.h"
 
@@ -69,5 +70,7 @@ LightAttributes PassedAttributes(const PictureMetadata* metadata, PixelLayout pi
 
 // Of metadata that the light library has read.
 PictureReport DescribePicture(const PictureMetadata& metadata);
+// Of the file that a picture was read from; nothing for none.
+std::optional<PictureReport> DescribeSource(const PictureToWrite& picture);
 
 }  // namespace vblur::host

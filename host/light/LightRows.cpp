@@ -17,11 +17,6 @@ std::vector<int> ComponentsOf(PixelLayout layout) {
   return components;
 }
 
-OutputPixels PixelsOf(const PictureToWrite& picture) {
-  if (picture.metadata == nullptr) return ChooseOutputPixels(picture, std::nullopt);
-  return ChooseOutputPixels(picture, DescribePicture(*picture.metadata));
-}
-
 }  // namespace
 
 bool IsOfLightRows(const PictureToWrite& picture) {
@@ -32,7 +27,7 @@ bool IsOfLightRows(const PictureToWrite& picture) {
 
 LightRows::LightRows(const PictureToWrite& picture)
     : picture_(picture),
-      pixels_(PixelsOf(picture)),
+      pixels_(ChooseOutputPixels(picture, DescribeSource(picture))),
       components_(ComponentsOf(pixels_.layout)),
       window_{0, 0, picture.image.Width(), picture.image.Height()},
       rows_(picture, picture.metadata != nullptr ? &picture.metadata->info : nullptr, window_, window_, PixelBytes()) {}
@@ -47,6 +42,7 @@ void LightRows::Make(std::int32_t row, std::byte* samples, BeyondRange& beyond) 
 }
 
 std::vector<std::string> LightRows::Notes(const std::string& held) {
+  NoteLosses(picture_, DescribeSource(picture_), pixels_);
   const std::string clipped = FormatBeyond(beyond_, held.empty() ? LimitsOf(pixels_.type) : held);
   if (!clipped.empty()) pixels_.notes.push_back(OutputName(picture_.target) + ": " + clipped);
   return std::move(pixels_.notes);

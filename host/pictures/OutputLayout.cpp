@@ -43,8 +43,9 @@ class Plan {
 
  private:
   void ChoosePixels() {
-    OutputPixels chosen =
-        ChooseOutputPixels(picture_, metadata_ != nullptr ? std::optional(DescribePicture(*metadata_)) : std::nullopt);
+    const auto source = metadata_ != nullptr ? std::optional(DescribePicture(*metadata_)) : std::nullopt;
+    OutputPixels chosen = ChooseOutputPixels(picture_, source);
+    NoteLosses(picture_, source, chosen);
     pixels_ = chosen.layout;
     type_ = chosen.type;
     layout_.notes = std::move(chosen.notes);

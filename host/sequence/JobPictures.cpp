@@ -42,12 +42,24 @@ void Convert(const Job& job, const std::filesystem::path& path, ReadPicture& rea
 
 }  // namespace
 
-ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image) {
+ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image,
+                                 const Watch* watch) {
   const auto path = FileOf(frame);
-  auto read = choice_.use == PictureUse::Mask ? reader.ReadMask(path, depth, image, choice_)
-                                              : reader.ReadColour(path, depth, image, choice_);
+  bool isPlaced = false;
+  ReadingWatch rows;
+  if (watch != nullptr) {
+    rows.onSize = [&](const ReadPicture& read) {
+      image.Place(record_);
+      isPlaced = true;
+      watch->onSize(Describe(frame, read, image));
+    };
+    rows.onRows = watch->onRows;
+  }
+  auto read = choice_.use == PictureUse::Mask
+                  ? reader.ReadMask(path, depth, image, choice_)
+                  : reader.ReadColour(path, depth, image, choice_, watch != nullptr ? &rows : nullptr);
   if (choice_.use == PictureUse::Colour) Convert(job_, path, read, image);
-  image.Place(record_);
+  if (!isPlaced) image.Place(record_);
   const std::lock_guard hold(counting_);
   beyond_.Add(read.beyond);
   return read;
@@ -69,10 +81,11 @@ JobPicture::Loaded JobPicture::Describe(std::int32_t frame, const ReadPicture& r
           read.beyond};
 }
 
-JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer) {
-  if (pattern_.HasNumber()) return Describe(frame, ReadInto(reader, frame, depth, buffer), buffer);
+JobPicture::Loaded JobPicture::Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer,
+                                    const Watch* watch) {
+  if (pattern_.HasNumber()) return Describe(frame, ReadInto(reader, frame, depth, buffer, watch), buffer);
   const std::lock_guard hold(keeping_);
-  if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_);
+  if (!keptFile_) keptFile_ = ReadInto(reader, frame, depth, kept_, watch);
   return Describe(frame, *keptFile_, kept_);
 }
 
@@ -205,11 +218,37 @@ std::vector<std::string> FrameBuffers::Warnings() const {
   return warnings;
 }
 
+void FrameBuffers::ResetOutput(std::int32_t depth) {
+  std::optional<InitialPicture> initial;
+  if (initial_.image != nullptr) initial.emplace(InitialPicture{*initial_.image, initial_.file});
+  PrepareOutput(source_.SourceJob(), depth, input_.image, initial, output_);
+}
+
 void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth) {
   if (frame_ != frame) Read(frame, depth);
-  std::optional<InitialPicture> initial;
-  if (initial_.image != nullptr) initial.emplace(InitialPicture{*initial_.image, source_.initial_->FileOf(frame)});
-  PrepareOutput(source_.SourceJob(), depth, input_.image, initial, output_);
+  ResetOutput(depth);
+}
+
+void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth, const Watch& watch) {
+  bool isReady = false;
+  const JobPicture::Watch rows{[&](const JobPicture::Loaded& loaded) {
+                                 input_ = loaded;
+                                 ResetOutput(depth);
+                                 isReady = true;
+                                 watch.onReady();
+                               },
+                               watch.onRows};
+  frame_.reset();
+  const JobPicture::Loaded read = source_.input_->Read(reader_, frame, depth, inputBuffer_, &rows);
+  if (isReady) {
+    // The rest is in use.
+    input_.losses = read.losses;
+    input_.beyond = read.beyond;
+  } else {
+    input_ = read;
+    ResetOutput(depth);
+  }
+  frame_ = frame;
 }
 
 }  // namespace vblur::host

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -38,13 +39,20 @@ class JobPicture {
     bool hasPremultipliedColours = false;  // as the file declares
     BeyondRange beyond{};                  // as ReadPicture has it
   };
-  Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer);
+  // What is read row by row: as ReadingWatch has it.
+  struct Watch {
+    std::function<void(const Loaded& loaded)> onSize;
+    std::function<void(std::int32_t rows)> onRows;
+  };
+  Loaded Read(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& buffer,
+              const Watch* watch = nullptr);
   const ReadChoice& Choice() const { return choice_; }
   // Of every file so far, each time that it was read.
   BeyondRange Beyond() const;
 
  private:
-  ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image);
+  ReadPicture ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image,
+                       const Watch* watch);
   Loaded Describe(std::int32_t frame, const ReadPicture& read, const HostImage& image) const;
 
   const Job& job_;
@@ -96,6 +104,14 @@ class FrameBuffers {
   // Reads the inputs of a frame unless they are loaded, and resets the output. Throws Failure that names the file,
   // or FileInterrupted.
   void Prepare(std::int32_t frame, std::int32_t depth);
+  // The same for a job with the first input alone, whose colours are rendered as they are, while others use its rows.
+  struct Watch {
+    // The pictures have their size, and the output is reset. Warnings come later. Not called where that takes all rows.
+    std::function<void()> onReady;
+    // So many rows of the input are there, from the top on; on any thread.
+    std::function<void(std::int32_t rows)> onRows;
+  };
+  void Prepare(std::int32_t frame, std::int32_t depth, const Watch& watch);
   FramePictures Pictures();
   const HostImage& Output() const { return output_; }
   // That of the first input; null for none.
@@ -107,6 +123,7 @@ class FrameBuffers {
 
  private:
   void Read(std::int32_t frame, std::int32_t depth);
+  void ResetOutput(std::int32_t depth);
 
   JobPictures& source_;
   PictureReader reader_;

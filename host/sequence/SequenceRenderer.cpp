@@ -23,11 +23,12 @@
 #include "host/jobs/JobCheck.h"
 #include "host/jobs/JobFiles.h"
 #include "host/sequence/FrameMemory.h"
+#include "host/sequence/FrameOverlap.h"
 #include "host/sequence/FramePipeline.h"
 #include "host/sequence/FramesInFlight.h"
 #include "host/sequence/JobPictures.h"
 #include "host/sequence/Machine.h"
-#include "host/sequence/ReplacedInputs.h"
+#include "host/sequence/SequenceFiles.h"
 #include "host/sequence/WholeOutput.h"
 
 namespace vblur::host {
@@ -76,20 +77,12 @@ class SequenceRun {
   SequenceRun(const Job& job, const EffectFactory& makeEffect, const RenderOptions& options, ExecuteContext& context,
               RenderObserver& observer);
 
-  void CheckFiles();
+  void CheckFiles() { files_.Check(); }
   RenderSummary Run();
 
  private:
-  std::filesystem::path OutputOf(std::int32_t frame) const { return OutputFilePath(job_, outputPattern_, frame); }
-  bool MayBeSkipped(std::int32_t frame) const;
   // Of those that may be skipped.
   bool IsWhole(FrameSlot& slot) const;
-  ExpectedOutput ExpectedAt(std::int32_t frame) const;
-  void CheckInputs(std::int32_t frame);
-  bool IsReplaced(const std::filesystem::path& file, std::int32_t frame) const;
-  void CheckReplaced(std::int32_t frame);
-  void SettleFormat();
-  void SettleDepth();
   std::int64_t AllowedMemory() const { return options_.memory > 0 ? options_.memory : DefaultMemory(); }
   SequenceLanes SettleLanes();
   double TimeOfLargestBlur() const;
@@ -102,8 +95,15 @@ class SequenceRun {
   bool IsOver(std::int64_t index) const { return context_.Stopped() || index > lastIndex_; }
 
   void Begin(FrameSlot& slot, std::int64_t index);
-  void Render(HostedEffect& effect, FrameSlot& slot);
-  void Write(FrameSlot& slot);
+  void Read(FrameSlot& slot);
+  // `steps` are null for a frame that is read and written apart from it, as is `rendered`.
+  void Render(HostedEffect& effect, FrameSlot& slot, const BandSteps* steps = nullptr);
+  void RequireNoLoss(FrameSlot& slot) const;
+  void Write(FrameSlot& slot, const RowProgress* rendered = nullptr);
+  void Finish(FrameSlot& slot);
+  bool StagesOverlap() const;
+  void CarryOverlapped(FrameSlot& slot);
+  void CarryAll(const SequenceLanes& lanes);
   std::string NamingOutput(const std::string& warning, const std::string& file) const;
   void Report(FrameSlot& slot);
 
@@ -112,11 +112,8 @@ class SequenceRun {
   const RenderOptions& options_;
   ExecuteContext& context_;
   RenderObserver& observer_;
-  const FrameList frames_;
-  const FramePattern outputPattern_;
-  JobPictures pictures_;
-  OutputStorage storage_;
-  std::int32_t depth_ = 16;
+  SequenceFiles files_;
+  const FrameList& frames_ = files_.Frames();
   bool usesVectors_ = true;
   std::int32_t writingThreads_ = 1;  // of each file
   CoordMan coordMan_;
@@ -135,136 +132,16 @@ SequenceRun::SequenceRun(const Job& job, const EffectFactory& makeEffect, const 
       options_(options),
       context_(context),
       observer_(observer),
-      frames_(ResolveFrames(job)),
-      outputPattern_(job.output.file),
-      pictures_(job, options.maxPixels),
-      storage_(job.output.storage),
+      files_(job, options, [this] { return context_.Stopped(); }),
       coordMan_(job.proxy) {}
 
-bool SequenceRun::MayBeSkipped(std::int32_t frame) const {
-  std::error_code error;
-  return options_.skipExisting && !IsStandardStream(OutputOf(frame)) && std::filesystem::exists(OutputOf(frame), error);
-}
-
 bool SequenceRun::IsWhole(FrameSlot& slot) const {
-  const std::string flaw = FlawOfOutput(slot.result.file, OutputFormatOf(slot.result.file, storage_),
-                                        ExpectedAt(slot.result.frame), [this] { return context_.Stopped(); });
+  const std::string flaw = FlawOfOutput(slot.result.file, OutputFormatOf(slot.result.file, files_.Storage()),
+                                        files_.ExpectedAt(slot.result.frame), [this] { return context_.Stopped(); });
   if (flaw.empty()) return true;
   slot.replaces = true;
   slot.warnings.push_back(flaw + "; rendered again");
   return false;
-}
-
-// As far as headers have it. Its size is that of the whole picture in formats with windows, of the display window in
-// others.
-ExpectedOutput SequenceRun::ExpectedAt(std::int32_t frame) const {
-  const auto& width = job_.output.width;
-  const auto& height = job_.output.height;
-  const OutputFormat& format = OutputFormatOf(OutputOf(frame), storage_);
-  ExpectedOutput expected;
-  if (width && height) expected.sizes = {{*width, *height}};
-  if (!job_.input) {
-    expected.type = NearestType(format, storage_.type.value_or(TypeForDepth(depth_)));
-    return expected;
-  }
-  try {
-    const PictureInfo info = pictures_.InputInfo(frame);
-    expected.sizes = {{width.value_or(info.width), height.value_or(info.height)},
-                      {width.value_or(info.display.width), height.value_or(info.display.height)}};
-    // Where the colours are those of a layer, others come first.
-    if (job_.input->layer.empty()) expected.type = OutputTypeOf(info, format, storage_);
-    if (!format.hasAnyChannels) return expected;
-    for (const int channel : info.passing)
-      expected.channels.push_back(info.all[static_cast<std::size_t>(channel)].name);
-  } catch (const Failure&) {
-    // An input that is missing is no reason to render again.
-  }
-  return expected;
-}
-
-std::string AboutFrame(const FrameList& frames, std::int32_t frame) {
-  return frames.Count() > 1 ? " (frame " + std::to_string(frame) + ")" : "";
-}
-
-[[noreturn]] void RefuseLoss(const std::filesystem::path& file, const std::string& lost) {
-  throw Failure(ExitCode::CannotWrite, Utf8Of(file) + ": cannot write: it is read by this run and would lose " + lost,
-                FailureKind::HoldsLess);
-}
-
-void SequenceRun::CheckInputs(std::int32_t frame) {
-  for (const std::filesystem::path& file : pictures_.FilesOf(frame)) {
-    if (const std::string flaw = FlawOfInputName(file); !flaw.empty()) RefuseToRead(file, flaw);
-    std::error_code error;
-    if (IsStandardStream(file) || std::filesystem::exists(file, error)) continue;
-    RefuseToRead(file, "no such file" + AboutFrame(frames_, frame) + FramePattern::Advice(Utf8Of(file.filename())));
-  }
-}
-
-bool SequenceRun::IsReplaced(const std::filesystem::path& file, std::int32_t frame) const {
-  std::error_code error;
-  if (IsStandardStream(file) || IsStandardStream(OutputOf(frame))) return false;
-  return options_.overwrite && !options_.lossy && std::filesystem::equivalent(file, OutputOf(frame), error);
-}
-
-// Refuses to replace a picture that the frame reads by one that holds less, unless the user asks for it.
-void SequenceRun::CheckReplaced(std::int32_t frame) {
-  const std::vector<std::filesystem::path> files = pictures_.FilesOf(frame);
-  for (const std::filesystem::path& file : files) {
-    if (!IsReplaced(file, frame)) continue;
-    ReplacedInput replaced{file, OutputOf(frame), storage_, {}, false};
-    if (job_.input) {
-      std::error_code error;
-      replaced.input = pictures_.InputInfo(frame);
-      replaced.isInput = std::filesystem::equivalent(file, files.front(), error);
-    }
-    if (const std::string lost = LossesOfReplaced(job_, replaced, depth_); !lost.empty()) {
-      RefuseLoss(OutputOf(frame), lost);
-    }
-  }
-}
-
-// The standard output has no extension: it gets the format of the input.
-void SequenceRun::SettleFormat() {
-  const std::int32_t first = frames_.FrameAt(0);
-  if (IsStandardStream(OutputOf(first)) && !storage_.format) {
-    storage_.format = ExtensionLike(job_.input ? pictures_.InputInfo(first).format : std::string());
-  }
-  CheckStorage(OutputOf(first), storage_);
-}
-
-void SequenceRun::CheckFiles() {
-  SettleFormat();
-  if (!IsStandardStream(OutputOf(frames_.FrameAt(0)))) {
-    RemoveAbandonedParts(EndOfLinks(OutputOf(frames_.FrameAt(0))).parent_path());
-  }
-  for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
-    const std::int32_t frame = frames_.FrameAt(index);
-    // Incomplete outputs are rendered; missing inputs then fail that frame.
-    if (MayBeSkipped(frame)) continue;
-    if (options_.onError == OnError::Stop) CheckInputs(frame);
-    RequireWritable(OutputOf(frame), options_.overwrite || options_.skipExisting);
-  }
-  SettleDepth();
-  for (std::int64_t index = 0; index < frames_.Count() && !context_.Stopped(); ++index) {
-    const std::int32_t frame = frames_.FrameAt(index);
-    if (options_.overwrite && !MayBeSkipped(frame)) CheckReplaced(frame);
-  }
-}
-
-// From a frame that is certainly rendered, else from one that may be.
-void SequenceRun::SettleDepth() {
-  for (const bool exists : {false, true}) {
-    for (std::int64_t index = 0; index < frames_.Count(); ++index) {
-      const std::int32_t frame = frames_.FrameAt(index);
-      if (MayBeSkipped(frame) != exists) continue;
-      try {
-        depth_ = pictures_.DepthAt(frame);
-        return;
-      } catch (const Failure&) {
-        if (options_.onError == OnError::Stop && !exists) throw;
-      }
-    }
-  }
 }
 
 // From the first frame; if it cannot be read, it fails later.
@@ -280,8 +157,9 @@ SequenceLanes SequenceRun::SettleLanes() {
     const std::int32_t first = frames_.FrameAt(0);
     usesVectors_ = HostedEffect(makeEffect_()).UsesVectors();
     load.bytesPerFrame =
-        EstimateFrameMemory(job_, pictures_, first, {depth_, TimeOfLargestBlur(), usesVectors_}).Total();
-    if (options_.onError == OnError::Stop && !MayBeSkipped(first)) RequireMemoryFor(first);
+        EstimateFrameMemory(job_, files_.Pictures(), first, {files_.Depth(), TimeOfLargestBlur(), usesVectors_})
+            .Total();
+    if (options_.onError == OnError::Stop && !files_.MayBeSkipped(first)) RequireMemoryFor(first);
   } catch (const Failure& failure) {
     if (failure.Kind() == FailureKind::NeedsMemory) throw;
     load.frames = 1;
@@ -302,8 +180,9 @@ double SequenceRun::TimeOfLargestBlur() const {
 }
 
 void SequenceRun::RequireMemoryFor(std::int32_t frame) const {
-  const FrameUse use{depth_, FrameTime(job_, frame), usesVectors_};
-  RequireMemory(EstimateFrameMemory(job_, pictures_, frame, use), AllowedMemory(), OutputName(OutputOf(frame)));
+  const FrameUse use{files_.Depth(), FrameTime(job_, frame), usesVectors_};
+  RequireMemory(EstimateFrameMemory(job_, files_.Pictures(), frame, use), AllowedMemory(),
+                OutputName(files_.OutputOf(frame)));
 }
 
 void SequenceRun::SetUpEffects(const SequenceLanes& lanes) {
@@ -330,7 +209,7 @@ void SequenceRun::Fail(FrameSlot& slot, const Failure& failure) {
   slot.result.status = FrameStatus::Failed;
   slot.result.code = failure.Code();
   slot.result.kind = failure.Kind();
-  slot.result.message = failure.what() + AboutFrame(frames_, slot.result.frame);
+  slot.result.message = failure.what() + files_.AboutFrame(slot.result.frame);
   if (options_.onError != OnError::Stop) return;
   std::int64_t last = lastIndex_;
   while (slot.result.index < last && !lastIndex_.compare_exchange_weak(last, slot.result.index)) {
@@ -361,22 +240,28 @@ void SequenceRun::Begin(FrameSlot& slot, std::int64_t index) {
   slot.result = FrameResult{};
   slot.result.index = index;
   slot.result.frame = frames_.FrameAt(index);
-  slot.result.file = OutputOf(slot.result.frame);
+  slot.result.file = files_.OutputOf(slot.result.frame);
   slot.replaces = false;
   slot.warnings.clear();
   Attempt(slot, slot.result.seconds.read, [&] {
-    if (MayBeSkipped(slot.result.frame) && IsWhole(slot)) {
+    if (files_.MayBeSkipped(slot.result.frame) && IsWhole(slot)) {
       slot.result.status = FrameStatus::Skipped;
       return;
     }
     RequireMemoryFor(slot.result.frame);
-    slot.buffers.Prepare(slot.result.frame, depth_);
-    const auto warnings = slot.buffers.Warnings();
-    slot.warnings.insert(slot.warnings.end(), warnings.begin(), warnings.end());
   });
 }
 
-void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
+void AddLines(const std::vector<std::string>& lines, FrameSlot& slot) {
+  slot.warnings.insert(slot.warnings.end(), lines.begin(), lines.end());
+}
+
+void SequenceRun::Read(FrameSlot& slot) {
+  slot.buffers.Prepare(slot.result.frame, files_.Depth());
+  AddLines(slot.buffers.Warnings(), slot);
+}
+
+void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot, const BandSteps* steps) {
   const FramePictures pictures = slot.buffers.Pictures();
   const auto keepMemory = [&] {
     // The fields come one after the other: the larger one counts.
@@ -384,7 +269,13 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
     if (!slot.result.memory || memory.own > slot.result.memory->own) slot.result.memory = memory;
   };
   const double time = FrameTime(job_, slot.result.frame);
-  const HRESULT result = RenderFields(effect, job_, pictures, time, context_, keepMemory);
+  const auto afterBand = [&](std::int32_t bottom) {
+    keepMemory();
+    return steps->after(bottom);
+  };
+  const HRESULT result = steps == nullptr
+                             ? RenderFields(effect, job_, pictures, time, context_, keepMemory)
+                             : RenderBetween(effect, job_, pictures, time, context_, {steps->before, afterBand});
   if (context_.Stopped()) throw FrameDropped{};
   slot.result.overscan = effect.Overscan();
   const std::string why = effect.WhyNotRendered();
@@ -393,23 +284,25 @@ void SequenceRun::Render(HostedEffect& effect, FrameSlot& slot) {
          "the effect cannot render this frame" + (result == kOk ? ": " + why : " (" + FormatResult(result) + ")"));
 }
 
-void SequenceRun::Write(FrameSlot& slot) {
+void SequenceRun::RequireNoLoss(FrameSlot& slot) const {
   for (const JobPicture::Loaded* read : slot.buffers.Loaded()) {
     const bool isWhole = read->losses.empty() && read->beyond.IsEmpty();
-    if (isWhole || !IsReplaced(read->file, slot.result.frame)) continue;
+    if (isWhole || !files_.IsReplaced(read->file, slot.result.frame)) continue;
     RefuseLoss(slot.result.file,
-               "what cannot be read: " +
-                   (read->losses.empty() ? FormatBeyond(read->beyond, LimitsOf(depth_)) : read->losses.front()));
+               "what cannot be read: " + (read->losses.empty() ? FormatBeyond(read->beyond, LimitsOf(files_.Depth()))
+                                                               : read->losses.front()));
   }
-  OutputOptions options{options_.overwrite || slot.replaces, options_.sync, storage_};
+}
+
+void SequenceRun::Write(FrameSlot& slot, const RowProgress* rendered) {
+  OutputOptions options{options_.overwrite || slot.replaces, options_.sync, files_.Storage()};
   const FileSamples& samples = slot.buffers.Loaded().front()->samples;
   if (const auto region = RegionInInput(job_, slot.buffers.Pictures()); region && samples) {
     options.part = RenderedPart{*region, samples};
   }
   options.threads = writingThreads_;
+  options.rendered = rendered;
   slot.written = slot.writer.WriteBeside(slot.result.file, slot.buffers.Output(), slot.buffers.Metadata(), options);
-  const auto& notes = slot.written->Notes();
-  slot.warnings.insert(slot.warnings.end(), notes.begin(), notes.end());
 }
 
 // Of several pictures, which one a warning about "output" is about, or the first one.
@@ -440,19 +333,60 @@ void SequenceRun::Report(FrameSlot& slot) {
   observer_.OnFrame(slot.result);
 }
 
-RenderSummary SequenceRun::Run() {
-  const auto start = Clock::now();
-  const SequenceLanes lanes = SettleLanes();
-  SetUpEffects(lanes);
-  observer_.OnStart(frames_.Count(), lanes.frames);
+// Files get their names in frame order: none after a frame that ends the run.
+void SequenceRun::Finish(FrameSlot& slot) {
+  Attempt(slot, slot.result.seconds.write, [&] { slot.written->Commit(); });
+  slot.written.reset();
+  Report(slot);
+}
+
+// Of several frames, one is read while others are rendered and written.
+bool SequenceRun::StagesOverlap() const {
+  const std::int32_t first = frames_.FrameAt(0);
+  if (frames_.Count() != 1 || writingThreads_ == 1 || !BandsFollowInput(job_)) return false;
+  // What is lost of a picture that the output replaces is known when all of it is read.
+  return !files_.IsReplaced(files_.Pictures().FilesOf(first).front(), first);
+}
+
+void SequenceRun::CarryOverlapped(FrameSlot& slot) {
+  Begin(slot, 0);
+  bool isRead = false;
+  bool isWritten = false;
+  double inStages = 0.0;
+  Attempt(slot, inStages, [&] {
+    OverlapStages stages;
+    stages.read = [&](const FrameBuffers::Watch& watch) {
+      slot.buffers.Prepare(slot.result.frame, files_.Depth(), watch);
+      isRead = true;
+    };
+    stages.render = [&](const BandSteps& steps) { Render(effects_.front(), slot, &steps); };
+    stages.write = [&](const RowProgress& rendered) { Write(slot, &rendered); };
+    stages.height = [&] { return slot.buffers.Output().Height(); };
+    isWritten = RunOverlapped(stages, slot.result.seconds);
+  });
+  if (isRead) AddLines(slot.buffers.Warnings(), slot);
+  if (!isWritten) {
+    Attempt(slot, slot.result.seconds.render, [&] { Render(effects_.front(), slot); });
+    Attempt(slot, slot.result.seconds.write, [&] { Write(slot); });
+  }
+  if (slot.written) AddLines(slot.written->Notes(), slot);
+  Finish(slot);
+}
+
+void SequenceRun::CarryAll(const SequenceLanes& lanes) {
   // A list: slots do not move.
   std::list<FrameSlot> room;
   std::vector<FrameSlot*> slots;
   slots.reserve(static_cast<std::size_t>(lanes.slots));
   for (std::int32_t slot = 0; slot < lanes.slots; ++slot)
-    slots.push_back(&room.emplace_back(pictures_, [this] { return context_.Stopped(); }));
+    slots.push_back(&room.emplace_back(files_.Pictures(), [this] { return context_.Stopped(); }));
+  if (StagesOverlap()) return CarryOverlapped(*slots.front());
   FrameStages stages;
-  stages.read = [&](std::size_t slot, std::int64_t index) { Begin(*slots[slot], index); };
+  stages.read = [&](std::size_t slot, std::int64_t index) {
+    FrameSlot& frame = *slots[slot];
+    Begin(frame, index);
+    Attempt(frame, frame.result.seconds.read, [&] { Read(frame); });
+  };
   stages.render = [&](std::size_t lane, std::size_t slot, std::int64_t) {
     HostedEffect& effect = effects_[lanes.frames > 1 ? lane + 1 : 0];
     FrameSlot& frame = *slots[slot];
@@ -460,17 +394,23 @@ RenderSummary SequenceRun::Run() {
   };
   stages.write = [&](std::size_t slot, std::int64_t) {
     FrameSlot& frame = *slots[slot];
-    Attempt(frame, frame.result.seconds.write, [&] { Write(frame); });
+    Attempt(frame, frame.result.seconds.write, [&] {
+      RequireNoLoss(frame);
+      Write(frame);
+      AddLines(frame.written->Notes(), frame);
+    });
   };
-  // Files get their names in frame order: none after a frame that ends the run.
-  stages.report = [&](std::size_t slot, std::int64_t) {
-    FrameSlot& frame = *slots[slot];
-    Attempt(frame, frame.result.seconds.write, [&] { frame.written->Commit(); });
-    frame.written.reset();
-    Report(frame);
-  };
+  stages.report = [&](std::size_t slot, std::int64_t) { Finish(*slots[slot]); };
   stages.goesOn = [&] { return !context_.Stopped() && lastIndex_ == std::numeric_limits<std::int64_t>::max(); };
   RunFramePipeline(static_cast<std::size_t>(lanes.frames), slots.size(), frames_.Count(), stages);
+}
+
+RenderSummary SequenceRun::Run() {
+  const auto start = Clock::now();
+  const SequenceLanes lanes = SettleLanes();
+  SetUpEffects(lanes);
+  observer_.OnStart(frames_.Count(), lanes.frames);
+  CarryAll(lanes);
   // Clones are destroyed before their source.
   for (; !effects_.empty(); effects_.pop_back())
     effects_.back().EndFrameRange();
@@ -478,7 +418,7 @@ RenderSummary SequenceRun::Run() {
   // A frame that failed may have failed of it, as one to a broken pipe has.
   const bool isComplete = summary_.done + summary_.skipped == frames_.Count();
   if (context_.Stopped() && !isComplete) summary_.code = ExitCode::Interrupted;
-  summary_.beyond = pictures_.Beyond();
+  summary_.beyond = files_.Pictures().Beyond();
   summary_.wallSeconds = SecondsSince(start);
   return summary_;
 }

@@ -14,6 +14,7 @@
 #include "host/hosted/ExecuteContext.h"
 #include "host/hosted/HostedEffect.h"
 #include "host/jobs/Job.h"
+#include "host/sequence/StageTimes.h"
 
 namespace vblur::host {
 
@@ -45,13 +46,6 @@ struct RenderOptions {
 };
 
 enum class FrameStatus { Done, Skipped, Failed };
-
-// Busy time of the three stages, in seconds.
-struct StageTimes {
-  double read = 0.0;
-  double render = 0.0;
-  double write = 0.0;
-};
 
 struct FrameResult {
   std::int64_t index = 0;  // 0 for the first frame of the job

@@ -44,6 +44,7 @@ class Writing {
         stop_(stop),
         source_(picture.metadata != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt),
         pixels_(ChooseOutputPixels(picture, source_)) {
+    NoteLosses(picture, source_, pixels_);
     const std::int32_t most = picture.format.mostPixels;
     if (std::max(picture.image.Width(), picture.image.Height()) > most)
       Refuse("a picture of this format has at most " + std::to_string(most) + " pixels a side");

@@ -1,9 +1,11 @@
 #include "host/hosted/FrameBands.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +13,7 @@
 #include "host/hosted/EffectHost.h"
 #include "host/hosted/ExecuteContext.h"
 #include "host/jobs/JobFile.h"
+#include "properties/PropertyTable.h"
 #include "tests/differential/Comparison.h"
 #include "tests/differential/EffectRun.h"
 #include "tests/support/TestServer.h"
@@ -115,6 +118,133 @@ TEST(FrameBands, GiveThePixelsOfARegion) {
   EXPECT_EQ(bandsOf.size(), 11U);
   for (const auto& [channels, count] : bandsOf)
     EXPECT_GT(count, 10) << channels;
+}
+
+// A frame of a job with nothing but an input, tall enough for bands.
+std::optional<DrawnFrame> DrawFollowing(std::uint64_t index) {
+  DrawnFrame frame = DrawFrame(7002, index, DrawnKinds::Filters, DrawnDepths::All);
+  if (!frame.input) return std::nullopt;
+  host::Job& job = frame.job;
+  frame.mask.reset();
+  frame.input2.reset();
+  job.mask.reset();
+  job.input2.reset();
+  job.roi.reset();
+  job.output.initial.reset();
+  job.field = host::FieldChoice::Frame;
+  MakeTall(index % 8 == 0 ? 8 : 40, frame);
+  return frame;
+}
+
+// From the highest band down, with an input whose rows come just before the band that needs them.
+std::optional<Rendered> RenderDownward(const DrawnFrame& frame) {
+  const host::Job& job = frame.job;
+  if (!host::BandsFollowInput(job)) return std::nullopt;
+  HostedPictures held(frame);
+  HostedPictures whole(frame);
+  host::HostImage& input = *held.input;
+  std::memset(input.Row(0), 0x5a, input.ByteCount());
+  std::int32_t there = input.Height();
+  std::int32_t done = held.output.Height();
+  host::EffectHost effectHost(job.project);
+  host::CoordMan coordMan(job.proxy);
+  host::ExecuteContext context;
+  host::HostedEffect effect(MakeEffect());
+  effect.SetUp(job, coordMan, context);
+  int bands = 0;
+  const host::BandSteps steps{[&](std::int32_t bottom) {
+                                for (; there > bottom; --there)
+                                  std::memcpy(input.Row(there - 1), whole.input->Row(there - 1), input.RowBytes());
+                              },
+                              [&](std::int32_t bottom) {
+                                // Of a picture rendered when all of the input is there.
+                                if (bottom == held.output.Height()) return true;
+                                EXPECT_LT(bottom, done);
+                                done = bottom;
+                                ++bands;
+                                return true;
+                              }};
+  host::RenderDownward(effect, job, held.Borrowed(), effectHost, job.time, steps);
+  EXPECT_EQ(done, 0);
+  return Rendered{FromHostImage(held.output), bands};
+}
+
+TEST(FrameBands, NeedOnlyTheRowsThatTheyWaitFor) {
+  SetRenderThreads(2);
+  int inBands = 0;
+  int whole = 0;
+  for (std::uint64_t i = 0; i < 12000 && !HasFailure(); ++i) {
+    const auto frame = DrawFollowing(i);
+    const auto rendered = frame ? RenderDownward(*frame) : std::nullopt;
+    if (!rendered) continue;
+    const auto expected = Render(*frame, 0);
+    if (!expected) continue;
+    EXPECT_EQ(Difference(rendered->output, expected->output, *frame->job.depth), "")
+        << "frame " << i << " in " << rendered->bands << " bands\n"
+        << host::FormatJob(frame->job);
+    ++(rendered->bands > 1 ? inBands : whole);
+  }
+  EXPECT_GT(inBands, 300);
+  EXPECT_GT(whole, 100);
+}
+
+TEST(FrameBands, EndWhenTheyAreToldTo) {
+  for (std::uint64_t i = 0;; ++i) {
+    const auto frame = DrawFollowing(i);
+    if (!frame || !host::BandsFollowInput(frame->job) || RenderDownward(*frame)->bands < 3) continue;
+    HostedPictures held(*frame);
+    host::EffectHost effectHost(frame->job.project);
+    host::CoordMan coordMan(frame->job.proxy);
+    host::ExecuteContext context;
+    host::HostedEffect effect(MakeEffect());
+    effect.SetUp(frame->job, coordMan, context);
+    int bands = 0;
+    host::RenderDownward(effect, frame->job, held.Borrowed(), effectHost, frame->job.time,
+                         {[](std::int32_t) {}, [&](std::int32_t) { return ++bands < 2; }});
+    EXPECT_EQ(bands, 2);
+    break;
+  }
+}
+
+TEST(FrameBands, FollowTheInputWhereEachRowComesFromRowsNearIt) {
+  host::Job job;
+  job.input.emplace().file = "in.png";
+  job.output.file = "out.png";
+  EXPECT_TRUE(host::BandsFollowInput(job));
+  const auto without = [&](auto change) {
+    host::Job changed = job;
+    change(changed);
+    return host::BandsFollowInput(changed);
+  };
+  const auto set = [](host::Job& changed, PropertyId id, double value) {
+    changed.properties.Set(PropertyOf(id).guid, value);
+  };
+  const auto entry = [](PropertyId id, std::string_view name) {
+    const auto& names = PropertyOf(id).entries;
+    return static_cast<double>(std::ranges::find(names, name) - names.begin());
+  };
+  EXPECT_FALSE(without([](host::Job& changed) { changed.input.reset(); }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.input2.emplace(); }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.mask.emplace(); }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.output.initial = "first.png"; }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.linear = true; }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.premultipliesAround = true; }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.roi = host::Region{0, 0, 4, 4}; }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.field = host::FieldChoice::First; }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.field = host::FieldChoice::Both; }));
+  EXPECT_FALSE(without([](host::Job& changed) { changed.kind = host::EffectKind::Transition; }));
+  EXPECT_FALSE(without([&](host::Job& changed) { set(changed, PropertyId::BlankCropped, 1.0); }));
+  const auto choose = [&](PropertyId id, std::string_view name) {
+    return without([&](host::Job& changed) { set(changed, id, entry(id, name)); });
+  };
+  EXPECT_FALSE(without([&](host::Job& changed) { set(changed, PropertyId::CropBottom, 1.0); }));
+  EXPECT_FALSE(without([&](host::Job& changed) { set(changed, PropertyId::CropTop, 99.0); }));
+  EXPECT_TRUE(without([&](host::Job& changed) { set(changed, PropertyId::CropLeft, 1.0); }));
+  EXPECT_FALSE(choose(PropertyId::YEdgeMethod, "Wrap"));
+  EXPECT_TRUE(choose(PropertyId::XEdgeMethod, "Wrap"));
+  EXPECT_FALSE(choose(PropertyId::Channels, "Luminance"));
+  EXPECT_FALSE(choose(PropertyId::Channels, "RGB"));
+  EXPECT_TRUE(choose(PropertyId::Channels, "Red"));
 }
 
 TEST(FrameBands, AreOfLargePicturesAlone) {

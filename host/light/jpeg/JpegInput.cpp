@@ -79,7 +79,7 @@ bool JpegInput::TakeProfile() {
 }
 
 std::int32_t JpegInput::RowsAtOnce() const {
-  constexpr std::int32_t kBytes = 4 << 20;
+  constexpr std::int32_t kBytes = 1 << 20;
   return std::clamp(kBytes / (Width() * Channels()), 1, Height());
 }
 

@@ -61,16 +61,12 @@ Imath::Box2i BoxOf(const FileWindow& window) {
   return {{window.x, window.y}, {static_cast<int>(window.Right() - 1), static_cast<int>(window.Bottom() - 1)}};
 }
 
-std::optional<PictureReport> SourceOf(const PictureToWrite& picture) {
-  return picture.metadata != nullptr ? std::optional(DescribePicture(*picture.metadata)) : std::nullopt;
-}
-
 // What a file of the picture consists of.
 class ExrPlan {
  public:
   explicit ExrPlan(const PictureToWrite& picture)
       : picture_(picture),
-        source_(SourceOf(picture)),
+        source_(DescribeSource(picture)),
         pixels_(ChooseOutputPixels(picture, source_)),
         windows_(ChooseOutputWindows(picture, Info())) {
     ChooseChannels();
@@ -80,7 +76,11 @@ class ExrPlan {
   const OutputWindows& Windows() const { return windows_; }
   const std::vector<ExrChannel>& Channels() const { return channels_; }
   std::size_t PixelBytes() const { return pixelBytes_; }
-  std::vector<std::string>& Notes() { return pixels_.notes; }
+  // Once, behind the last row.
+  std::vector<std::string> Notes() {
+    NoteLosses(picture_, source_, pixels_);
+    return std::move(pixels_.notes);
+  }
 
   Imf::Header Header() const {
     // Higher levels hardly make files smaller.
@@ -156,8 +156,9 @@ class Writing {
     const SampleType type = plan_.Channels().front().made.type;
     const std::string held = type == SampleType::Float ? "0 and above, which openexr files hold" : LimitsOf(type);
     const std::string clipped = FormatBeyond(beyond_, held);
-    if (!clipped.empty()) plan_.Notes().push_back(OutputName(picture_.target) + ": " + clipped);
-    return std::move(plan_.Notes());
+    std::vector<std::string> notes = plan_.Notes();
+    if (!clipped.empty()) notes.push_back(OutputName(picture_.target) + ": " + clipped);
+    return notes;
   }
 
  private:

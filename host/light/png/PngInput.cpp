@@ -64,7 +64,7 @@ std::size_t PngInput::RowBytes() const {
 }
 
 std::int32_t PngInput::RowsAtOnce() const {
-  constexpr std::size_t kBytes = std::size_t{4} << 20;
+  constexpr std::size_t kBytes = std::size_t{1} << 20;
   return static_cast<std::int32_t>(std::clamp<std::size_t>(kBytes / RowBytes(), 1, static_cast<std::size_t>(height_)));
 }
 

@@ -1,0 +1,162 @@
+// Whole files, by stages that overlap and by stages one after the other.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/files/OutputFile.h"
+#include "tests/host/sequence/SequenceRendererTest.h"
+#include "tests/support/TestServer.h"
+#include "tests/support/host/PlainFiles.h"
+
+namespace vblur::host {
+namespace {
+
+class FrameOverlapOfFiles : public SequenceRenderer {
+ protected:
+  FrameOverlapOfFiles() {
+    job_.frames.reset();
+    job_.properties.Set(PropertyOf(PropertyId::Blur).guid, 15.0);
+  }
+
+  // A picture of noise that has more bands than one.
+  std::string MakeNoise(const std::string& name, std::int32_t depth = 8) {
+    HostImage image;
+    image.Reset(depth, 4, 500, 900);
+    FillRandom(image, 0, depth == 8 ? 255 : 16384, 7);
+    PictureWriter().Write(folder_.path() / name, image, nullptr, true);
+    return name;
+  }
+
+  // With one thread the stages do not overlap.
+  std::string Render(const std::string& from, const std::string& to, std::int32_t threads) {
+    job_.input.emplace().file = from;
+    job_.output.file = to;
+    options_.threads = threads;
+    seen_ = {};
+    summary_ = RenderSequence(
+        job_, [] { return MakeEffect(); }, options_, context_, seen_);
+    return Exists(to) ? Bytes(folder_.path() / to) : "";
+  }
+
+  std::vector<std::string> Warnings() const {
+    std::vector<std::string> texts;
+    for (const auto& [frame, text] : seen_.warnings)
+      texts.push_back(text);
+    return texts;
+  }
+
+  // Both ways write the same file and warn of the same.
+  void ExpectSame(const std::string& from, const std::string& extension) {
+    options_.overwrite = true;
+    const std::string apart = Render(from, "out." + extension, 1);
+    EXPECT_EQ(summary_.done, 1) << from;
+    const auto warnings = Warnings();
+    const std::string overlapped = Render(from, "out." + extension, 4);
+    EXPECT_EQ(summary_.done, 1) << from;
+    EXPECT_FALSE(apart.empty());
+    EXPECT_TRUE(overlapped == apart) << from << " to " << extension;
+    EXPECT_EQ(Warnings(), warnings) << from << " to " << extension;
+  }
+
+  // Nothing but the input is in the folder.
+  void ExpectNothingWritten() const {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+      EXPECT_EQ(entry.path().stem(), "in") << entry.path();
+  }
+
+  RenderSummary summary_;
+};
+
+TEST_F(FrameOverlapOfFiles, AreTheSame) {
+  for (const std::string extension : {"png", "jpg", "tif", "exr", "dpx"}) {
+    const std::string from = MakeNoise("in." + extension);
+    ExpectSame(from, extension);
+    ExpectSame(from, extension == "png" ? "jpg" : "png");
+  }
+  ExpectSame(MakeNoise("in.png", 16), "tif");
+}
+
+TEST_F(FrameOverlapOfFiles, AreTheSameByTheFullLibrary) {
+  ExpectSame(MakeNoise("in.png"), "webp");
+  ExpectSame(MakeNoise("in.tga"), "png");
+}
+
+TEST_F(FrameOverlapOfFiles, AreTheSameOfGreyPictures) {
+  PlainPicture<std::uint8_t> grey = FlatPicture<std::uint8_t>(300, 800, 1, 0);
+  for (std::size_t i = 0; i < grey.samples.size(); ++i)
+    grey.samples[i] = static_cast<std::uint8_t>(i * 7 % 256);
+  WritePng(folder_.path() / "in.png", grey);
+  ExpectSame("in.png", "png");
+}
+
+TEST_F(FrameOverlapOfFiles, AreRenderedInBands) {
+  const std::string from = MakeNoise("in.png");
+  int renders = 0;
+  CallTrace trace([&](const std::string& line) { renders += line.find("RenderFrame") != std::string::npos; });
+  options_.trace = &trace;
+  options_.overwrite = true;
+  Render(from, "out.png", 1);
+  EXPECT_EQ(renders, 1);
+  renders = 0;
+  Render(from, "out.png", 4);
+  EXPECT_EQ(renders, 17);
+  EXPECT_EQ(seen_.results.front().overscan->left, 15.0);
+  // A sequence is read while other frames of it are rendered.
+  renders = 0;
+  job_.frames = FrameRange{1, 2, 1};
+  Render(from, "out.%d.png", 4);
+  EXPECT_EQ(summary_.done, 2);
+  EXPECT_EQ(renders, 2);
+}
+
+TEST_F(FrameOverlapOfFiles, OfADamagedPictureAreNotMade) {
+  const std::string from = MakeNoise("in.png");
+  const std::string bytes = Bytes(folder_.path() / from);
+  std::filesystem::resize_file(folder_.path() / from, bytes.size() / 2);
+  Render(from, "out.png", 4);
+  EXPECT_EQ(summary_.code, ExitCode::CannotRead);
+  ASSERT_EQ(seen_.results.size(), 1U);
+  EXPECT_EQ(seen_.results.front().status, FrameStatus::Failed);
+  EXPECT_NE(seen_.results.front().message.find("in.png"), std::string::npos) << seen_.results.front().message;
+  ExpectNothingWritten();
+}
+
+TEST_F(FrameOverlapOfFiles, OfARunThatIsStoppedAreNotMade) {
+  const std::string from = MakeNoise("in.png");
+  context_.Stop();
+  Render(from, "out.png", 4);
+  EXPECT_EQ(summary_.code, ExitCode::Interrupted);
+  ExpectNothingWritten();
+}
+
+TEST_F(FrameOverlapOfFiles, MayTakeThePlaceOfTheirInput) {
+  MakeNoise("in.png");
+  options_.overwrite = true;
+  const std::string expected = Render("in.png", "out.png", 1);
+  EXPECT_TRUE(Render("in.png", "in.png", 4) == expected);
+}
+
+TEST_F(FrameOverlapOfFiles, ThatExistAreSkipped) {
+  const std::string from = MakeNoise("in.png");
+  const std::string first = Render(from, "out.png", 4);
+  options_.skipExisting = true;
+  EXPECT_EQ(Render(from, "out.png", 4), first);
+  EXPECT_EQ(summary_.skipped, 1);
+  EXPECT_EQ(summary_.done, 0);
+}
+
+TEST_F(FrameOverlapOfFiles, WarnOfTheirReading) {
+  // Values above 2 are limited at 16 bits.
+  HostImage image;
+  image.Reset(32, 4, 300, 800);
+  SetFloats(image, std::vector<float>(ComponentCount(image), 5.0f));
+  PictureWriter().Write(folder_.path() / "in.exr", image, nullptr, true);
+  job_.depth = 16;
+  ExpectSame("in.exr", "exr");
+  EXPECT_FALSE(Warnings().empty());
+}
+
+}  // namespace
+}  // namespace vblur::host
