@@ -30,7 +30,10 @@ std::pair<std::int32_t, std::int32_t> UsedColumns(const std::byte* row, std::int
 }
 
 // The smallest window that holds `data` and every pixel that is not all zero.
-FileWindow GrownData(const HostImage& image, const FileWindow& picture, FileWindow data) {
+FileWindow GrownData(const PictureToWrite& written, const FileWindow& picture, FileWindow data) {
+  if (Union(data, picture) == data) return data;
+  written.WaitForAll();
+  const HostImage& image = written.image;
   const auto pixelBytes = static_cast<std::size_t>(image.Depth() / 8 * image.Components());
   for (std::int32_t y = 0; y < image.Height(); ++y) {
     const auto [left, right] = UsedColumns(image.Row(image.Height() - 1 - y), image.Width(), pixelBytes);
@@ -59,7 +62,7 @@ OutputWindows ChooseOutputWindows(const PictureToWrite& picture, const PictureIn
   const auto place = source != nullptr ? PlaceInFile(*source, image.Width(), image.Height()) : std::nullopt;
   if (!place) return {whole, whole, whole};
   const bool hasWindows = picture.format.hasWindows;
-  const OutputWindows windows{*place, hasWindows ? GrownData(image, *place, source->data) : source->display,
+  const OutputWindows windows{*place, hasWindows ? GrownData(picture, *place, source->data) : source->display,
                               source->display};
   return hasWindows ? windows : WithoutWindows(windows);
 }

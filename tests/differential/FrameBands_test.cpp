@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -152,15 +153,25 @@ std::optional<Rendered> RenderDownward(const DrawnFrame& frame) {
   host::HostedEffect effect(MakeEffect());
   effect.SetUp(job, coordMan, context);
   int bands = 0;
+  const std::size_t rowBytes = held.output.RowBytes();
+  std::vector<std::byte> finished;
+  const auto finishedBytes = [&] { return rowBytes * static_cast<std::size_t>(held.output.Height() - done); };
   const host::BandSteps steps{[&](std::int32_t bottom) {
                                 for (; there > bottom; --there)
                                   std::memcpy(input.Row(there - 1), whole.input->Row(there - 1), input.RowBytes());
+                                // Complete rows are used meanwhile: not even the same may be written there.
+                                finished.assign(held.output.Row(done), held.output.Row(done) + finishedBytes());
+                                std::memset(held.output.Row(done), 0x33, finishedBytes());
                               },
                               [&](std::int32_t bottom) {
+                                EXPECT_TRUE(std::all_of(held.output.Row(done), held.output.Row(done) + finishedBytes(),
+                                                        [](std::byte byte) { return byte == std::byte{0x33}; }));
+                                std::ranges::copy(finished, held.output.Row(done));
                                 // Of a picture rendered when all of the input is there.
                                 if (bottom == held.output.Height()) return true;
                                 EXPECT_LT(bottom, done);
                                 done = bottom;
+                                finished.clear();
                                 ++bands;
                                 return true;
                               }};
@@ -186,6 +197,46 @@ TEST(FrameBands, NeedOnlyTheRowsThatTheyWaitFor) {
   }
   EXPECT_GT(inBands, 300);
   EXPECT_GT(whole, 100);
+}
+
+// As wide as several groups of columns.
+TEST(FrameBands, LeaveTheRowsOfOthersInWidePictures) {
+  SetRenderThreads(2);
+  for (const std::int32_t depth : {8, 16, 32}) {
+    for (const double blur : {2.0, 15.0, 47.0}) {
+      host::Job job;
+      job.input.emplace().file = "in.png";
+      job.output.file = "out.png";
+      job.properties.Set(PropertyOf(PropertyId::Blur).guid, blur);
+      host::HostImage input;
+      host::HostImage output;
+      input.Reset(depth, 4, 500, 900);
+      output.Reset(depth, 4, 500, 900);
+      input.Clear();
+      host::EffectHost effectHost(std::nullopt);
+      host::CoordMan coordMan(job.proxy);
+      host::ExecuteContext context;
+      host::HostedEffect effect(MakeEffect());
+      effect.SetUp(job, coordMan, context);
+      std::int32_t bands = 0;
+      std::int32_t done = 900;
+      const auto fill = [&] { std::memset(output.Row(0), 0x33, output.ByteCount()); };
+      const host::BandSteps steps{[&](std::int32_t) { fill(); },
+                                  [&](std::int32_t bottom) {
+                                    const auto isFilled = [](std::byte byte) { return byte == std::byte{0x33}; };
+                                    std::byte* const end = output.Row(0) + output.ByteCount();
+                                    EXPECT_TRUE(std::all_of(output.Row(0), output.Row(bottom), isFilled))
+                                        << depth << " " << blur << " " << bottom;
+                                    EXPECT_TRUE(std::all_of(output.Row(done), end, isFilled))
+                                        << depth << " " << blur << " " << bottom;
+                                    done = bottom;
+                                    ++bands;
+                                    return true;
+                                  }};
+      host::RenderDownward(effect, job, {&output, &input}, effectHost, 0.0, steps);
+      EXPECT_GT(bands, 5);
+    }
+  }
 }
 
 TEST(FrameBands, EndWhenTheyAreToldTo) {

@@ -9,6 +9,7 @@
 #include "tests/host/sequence/SequenceRendererTest.h"
 #include "tests/support/TestServer.h"
 #include "tests/support/host/PlainFiles.h"
+#include "tests/support/host/WindowedPictures.h"
 
 namespace vblur::host {
 namespace {
@@ -89,6 +90,15 @@ TEST_F(FrameOverlapOfFiles, AreTheSameOfGreyPictures) {
     grey.samples[i] = static_cast<std::uint8_t>(i * 7 % 256);
   WritePng(folder_.path() / "in.png", grey);
   ExpectSame("in.png", "png");
+}
+
+// The output's data window grows by what the blur has put beside that of the input.
+TEST_F(FrameOverlapOfFiles, AreTheSameOfPicturesWithWindows) {
+  WriteWindowed(folder_.path() / "in.exr", {40, 300, 100, 200}, {0, 0, 180, 800}, {"R", "G", "B"});
+  ExpectSame("in.exr", "exr");
+  ExpectSame("in.exr", "png");
+  const PictureInfo info = ReadPictureInfo(folder_.path() / "out.exr");
+  EXPECT_EQ(info.data, (FileWindow{25, 285, 130, 230}));
 }
 
 TEST_F(FrameOverlapOfFiles, AreRenderedInBands) {
