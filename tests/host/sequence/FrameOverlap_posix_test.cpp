@@ -14,6 +14,13 @@
 namespace vblur::host {
 namespace {
 
+// The thread sanitizer cannot follow OpenEXR's own threads, which are for larger pictures.
+#if defined(__SANITIZE_THREAD__)
+constexpr std::int32_t kWidthOfExr = 60;
+#else
+constexpr std::int32_t kWidthOfExr = 500;
+#endif
+
 class FrameOverlapOfFiles : public SequenceRenderer {
  protected:
   FrameOverlapOfFiles() {
@@ -24,7 +31,7 @@ class FrameOverlapOfFiles : public SequenceRenderer {
   // A picture of noise that has more bands than one.
   std::string MakeNoise(const std::string& name, std::int32_t depth = 8) {
     HostImage image;
-    image.Reset(depth, 4, 500, 900);
+    image.Reset(depth, 4, name.ends_with(".exr") ? kWidthOfExr : 500, 900);
     FillRandom(image, 0, depth == 8 ? 255 : 16384, 7);
     PictureWriter().Write(folder_.path() / name, image, nullptr, true);
     return name;
@@ -160,7 +167,7 @@ TEST_F(FrameOverlapOfFiles, ThatExistAreSkipped) {
 TEST_F(FrameOverlapOfFiles, WarnOfTheirReading) {
   // Values above 2 are limited at 16 bits.
   HostImage image;
-  image.Reset(32, 4, 300, 800);
+  image.Reset(32, 4, kWidthOfExr, 800);
   SetFloats(image, std::vector<float>(ComponentCount(image), 5.0f));
   PictureWriter().Write(folder_.path() / "in.exr", image, nullptr, true);
   job_.depth = 16;
