@@ -66,6 +66,7 @@ void NoteMadeColours(const PictureInfo& source, OutputPixels& chosen) {
 
 void NoteLosses(const PictureToWrite& picture, const std::optional<PictureReport>& of, OutputPixels& chosen) {
   if (!of) return;
+  picture.WaitForAll();
   const PictureReport& source = *of;
   // The weights of large blurs leave a little less of a full alpha.
   constexpr double kFlat = 0.75;

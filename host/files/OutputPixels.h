@@ -21,7 +21,7 @@ struct OutputPixels {
 // `source` describes the file that the picture was read from; nothing for none. Notes what it loses of a grey one.
 OutputPixels ChooseOutputPixels(const PictureToWrite& picture, const std::optional<PictureReport>& source);
 
-// Adds the notes about all else, once. Of a picture that is rendered meanwhile, behind its last row.
+// Adds the notes about all else, once. Waits for all rows of a picture that is rendered meanwhile.
 void NoteLosses(const PictureToWrite& picture, const std::optional<PictureReport>& source, OutputPixels& chosen);
 
 // Where a picture of this size lies in the coordinates of its source's file: both windows together, or the data window

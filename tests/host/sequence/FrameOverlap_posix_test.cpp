@@ -1,5 +1,7 @@
 // Whole files, by stages that overlap and by stages one after the other.
+#include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -97,6 +99,12 @@ TEST_F(FrameOverlapOfFiles, AreTheSameOfGreyPictures) {
     grey.samples[i] = static_cast<std::uint8_t>(i * 7 % 256);
   WritePng(folder_.path() / "in.png", grey);
   ExpectSame("in.png", "png");
+  // Of one channel the result is not grey, which its rows tell.
+  const auto& channels = PropertyOf(PropertyId::Channels);
+  const auto red = std::ranges::find(channels.entries, "Red") - channels.entries.begin();
+  job_.properties.Set(channels.guid, static_cast<double>(red));
+  ExpectSame("in.png", "png");
+  EXPECT_FALSE(Warnings().empty());
 }
 
 // The output's data window grows by what the blur has put beside that of the input.
@@ -153,6 +161,17 @@ TEST_F(FrameOverlapOfFiles, MayTakeThePlaceOfTheirInput) {
   options_.overwrite = true;
   const std::string expected = Render("in.png", "out.png", 1);
   EXPECT_TRUE(Render("in.png", "in.png", 4) == expected);
+}
+
+// What its values lose is known when all of them are read.
+TEST_F(FrameOverlapOfFiles, DoNotTakeThePlaceOfAnInputThatHoldsMore) {
+  const FileWindow all{0, 0, 60, 800};
+  WriteWindowed(folder_.path() / "in.exr", all, all, {"R", "G", "B"}, std::numeric_limits<float>::quiet_NaN());
+  const std::string before = Bytes(folder_.path() / "in.exr");
+  options_.overwrite = true;
+  EXPECT_TRUE(Render("in.exr", "in.exr", 4) == before);
+  EXPECT_EQ(summary_.code, ExitCode::CannotWrite);
+  ExpectNothingWritten();
 }
 
 TEST_F(FrameOverlapOfFiles, ThatExistAreSkipped) {
