@@ -27,20 +27,28 @@ struct Rendered {
   int bands = 0;
 };
 
+// An effect with all that a job sets. The job is borrowed.
+struct EffectOfJob {
+  explicit EffectOfJob(const host::Job& job) : effectHost(job.project), coordMan(job.proxy) {
+    effect.SetUp(job, coordMan, context);
+  }
+
+  host::EffectHost effectHost;
+  host::CoordMan coordMan;
+  host::ExecuteContext context;
+  host::HostedEffect effect{MakeEffect()};
+};
+
 // Nothing for bands that do not serve. No rows: the whole at once.
 std::optional<Rendered> Render(const DrawnFrame& frame, std::int32_t rows) {
   const host::Job& job = frame.job;
   HostedPictures held(frame);
   const host::FramePictures pictures = held.Borrowed();
   if (!host::BandsServe(job, pictures)) return std::nullopt;
-  host::EffectHost effectHost(job.project);
-  host::CoordMan coordMan(job.proxy);
-  host::ExecuteContext context;
-  host::HostedEffect effect(MakeEffect());
-  effect.SetUp(job, coordMan, context);
+  EffectOfJob used(job);
   int bands = 0;
-  host::RenderInBands(effect, job, pictures, effectHost, job.time, static_cast<std::int32_t>(job.field), job.roi,
-                      rows == 0 ? held.output.Height() : rows, [&] {
+  host::RenderInBands(used.effect, job, pictures, used.effectHost, job.time, static_cast<std::int32_t>(job.field),
+                      job.roi, rows == 0 ? held.output.Height() : rows, [&] {
                         ++bands;
                         return true;
                       });
@@ -147,11 +155,7 @@ std::optional<Rendered> RenderDownward(const DrawnFrame& frame) {
   std::memset(input.Row(0), 0x5a, input.ByteCount());
   std::int32_t there = input.Height();
   std::int32_t done = held.output.Height();
-  host::EffectHost effectHost(job.project);
-  host::CoordMan coordMan(job.proxy);
-  host::ExecuteContext context;
-  host::HostedEffect effect(MakeEffect());
-  effect.SetUp(job, coordMan, context);
+  EffectOfJob used(job);
   int bands = 0;
   const std::size_t rowBytes = held.output.RowBytes();
   std::vector<std::byte> finished;
@@ -175,7 +179,7 @@ std::optional<Rendered> RenderDownward(const DrawnFrame& frame) {
                                 ++bands;
                                 return true;
                               }};
-  host::RenderDownward(effect, job, held.Borrowed(), effectHost, job.time, steps);
+  host::RenderDownward(used.effect, job, held.Borrowed(), used.effectHost, job.time, steps);
   EXPECT_EQ(done, 0);
   return Rendered{FromHostImage(held.output), bands};
 }
@@ -213,11 +217,7 @@ TEST(FrameBands, LeaveTheRowsOfOthersInWidePictures) {
       input.Reset(depth, 4, 500, 900);
       output.Reset(depth, 4, 500, 900);
       input.Clear();
-      host::EffectHost effectHost(std::nullopt);
-      host::CoordMan coordMan(job.proxy);
-      host::ExecuteContext context;
-      host::HostedEffect effect(MakeEffect());
-      effect.SetUp(job, coordMan, context);
+      EffectOfJob used(job);
       std::int32_t bands = 0;
       std::int32_t done = 900;
       const auto fill = [&] { std::memset(output.Row(0), 0x33, output.ByteCount()); };
@@ -233,7 +233,7 @@ TEST(FrameBands, LeaveTheRowsOfOthersInWidePictures) {
                                     ++bands;
                                     return true;
                                   }};
-      host::RenderDownward(effect, job, {&output, &input}, effectHost, 0.0, steps);
+      host::RenderDownward(used.effect, job, {&output, &input}, used.effectHost, 0.0, steps);
       EXPECT_GT(bands, 5);
     }
   }
@@ -244,13 +244,9 @@ TEST(FrameBands, EndWhenTheyAreToldTo) {
     const auto frame = DrawFollowing(i);
     if (!frame || !host::BandsFollowInput(frame->job) || RenderDownward(*frame)->bands < 3) continue;
     HostedPictures held(*frame);
-    host::EffectHost effectHost(frame->job.project);
-    host::CoordMan coordMan(frame->job.proxy);
-    host::ExecuteContext context;
-    host::HostedEffect effect(MakeEffect());
-    effect.SetUp(frame->job, coordMan, context);
+    EffectOfJob used(frame->job);
     int bands = 0;
-    host::RenderDownward(effect, frame->job, held.Borrowed(), effectHost, frame->job.time,
+    host::RenderDownward(used.effect, frame->job, held.Borrowed(), used.effectHost, frame->job.time,
                          {[](std::int32_t) {}, [&](std::int32_t) { return ++bands < 2; }});
     EXPECT_EQ(bands, 2);
     break;
