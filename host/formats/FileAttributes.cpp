@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string_view>
 
-#include "host/formats/ExifNames.h"
+#include "host/formats/ExifTags.h"
 #include "host/formats/FileBytes.h"
 #include "host/formats/FileExtras.h"
 #include "host/formats/PictureTexts.h"

@@ -4,7 +4,7 @@
 #include <array>
 #include <fstream>
 
-#include "host/formats/ExifNames.h"
+#include "host/formats/ExifTags.h"
 #include "host/formats/FileBytes.h"
 
 namespace vblur::host {

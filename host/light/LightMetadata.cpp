@@ -7,6 +7,7 @@
 #include "host/base/NameMatch.h"
 #include "host/files/AttributeNames.h"
 #include "host/files/ColourProfile.h"
+#include "host/light/ExifLosses.h"
 
 namespace vblur::host {
 
@@ -72,13 +73,16 @@ PartsLacking PartsLackingIn(const OutputFormat& format, const PictureMetadata& m
   for (const PictureAttribute& attribute : passed.All()) {
     const bool isOther = attribute.IsText() && GroupOf(attribute) == MetadataGroup::Other;
     if (isOther && KeepsOtherText(format.name, attribute.name)) parts.keptOthers.push_back(attribute.name);
-    // The full library's writer does not take it.
-    if (format.name == "tiff" && attribute.name == "Exif:ImageHistory") parts.exifFields.emplace_back("ImageHistory");
   }
+  parts.exifFields = ExifFieldsLost(metadata.info, passed, format);
   return parts;
 }
 
 }  // namespace
+
+std::uint32_t ValueBits(const PictureAttribute& attribute) {
+  return ValueAt<std::uint32_t>(attribute.value, 0);
+}
 
 std::string ShownTimeCode(std::uint32_t code) {
   const auto part = [&](int shift, std::uint32_t mask) {

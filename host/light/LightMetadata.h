@@ -22,6 +22,9 @@ std::string BytesOf(const Value& value) {
   return {reinterpret_cast<const char*>(&value), sizeof value};
 }
 
+// The bits of an attribute of one number of four bytes.
+std::uint32_t ValueBits(const PictureAttribute& attribute);
+
 // "hours:minutes:seconds:frames" of an SMPTE time code, whose flags stand among the bits of its two digits each.
 std::string ShownTimeCode(std::uint32_t code);
 

@@ -7,6 +7,7 @@
 #include <OpenImageIO/tiffutils.h>
 
 #include "host/formats/ExifBlock.h"
+#include "host/formats/ExifTags.h"
 #include "host/pictures/PictureFileMetadata.h"
 
 namespace vblur::host {
@@ -15,12 +16,8 @@ namespace {
 
 constexpr std::size_t kMakerNote = 0x927c;
 
-// How the picture's samples were stored, and the versions of the fields.
 bool IsOfStorage(const ExifField& field) {
-  constexpr std::size_t kStorage[] = {0x0100, 0x0101, 0x0102, 0x0103, 0x0106, 0x0111, 0x0115, 0x0116, 0x0117, 0x011c,
-                                      0x0201, 0x0202, 0x0212, 0x0213, 0x9000, 0x9101, 0x9102, 0xa000, 0xa002, 0xa003};
-  constexpr std::size_t kGpsVersion = 0;
-  return field.isGps ? field.tag == kGpsVersion : std::ranges::find(kStorage, field.tag) != std::end(kStorage);
+  return IsExifOfStorage(field.isGps ? ExifPart::Place : ExifPart::Picture, static_cast<std::uint16_t>(field.tag));
 }
 
 // Nothing for an attribute that is none of Exif data.

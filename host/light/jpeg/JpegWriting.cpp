@@ -3,25 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "host/base/Failure.h"
-#include "host/formats/ExifBlock.h"
-#include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
 #include "host/light/WrittenFile.h"
 #include "host/light/jpeg/JpegErrors.h"
-#include "host/light/jpeg/PlainJpeg.h"
+#include "host/light/jpeg/JpegHead.h"
 
 namespace vblur::host {
 
 namespace {
-
-// Exif data are as the source has them, or follow from there being none.
-bool IsPlain(const LightAttributes& attributes) {
-  return std::ranges::all_of(attributes.All(), [](const PictureAttribute& each) {
-    return each.name == "ICCProfile" || each.name == "oiio:ColorSpace" || each.name.starts_with("Exif:");
-  });
-}
 
 // Hands libjpeg's bytes to a file.
 class Destination : public jpeg_destination_mgr {
@@ -51,14 +43,17 @@ class Destination : public jpeg_destination_mgr {
   std::array<JOCTET, kBytes> bytes_{};
 };
 
+const JOCTET* BytesOf(const std::string& text) {
+  return reinterpret_cast<const JOCTET*>(text.data());
+}
+
 // Writes one picture into one file.
 class Writing {
  public:
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
         rows_(picture),
-        profile_(PassedAttributes(picture.metadata, rows_.Layout(), "jpeg").Profile()),
-        exif_("Exif" + std::string(2, '\0') + ExifOf()),
+        head_(*JpegHeadOf(picture, rows_.Layout())),
         file_(picture, stop),
         destination_(file_) {
     const std::int32_t most = picture.format.mostPixels;
@@ -86,12 +81,6 @@ class Writing {
  private:
   void Check(bool done) const { file_.Require(done, errors_.message); }
 
-  std::string ExifOf() const {
-    if (picture_.metadata == nullptr || picture_.metadata->info.format != "jpeg") return kExifOfNothing;
-    const std::string& exif = picture_.metadata->info.exif;
-    return exif.empty() ? kExifOfSrgb : ExifForOutput(exif, picture_.image.Width(), picture_.image.Height());
-  }
-
   bool Begin() {
     constexpr int kUsualQuality = 98;
     jpeg_.client_data = &errors_;
@@ -110,14 +99,32 @@ class Writing {
     // Colours are as sharp as their brightness.
     for (int component = 0; component < jpeg_.num_components; ++component)
       jpeg_.comp_info[component].h_samp_factor = jpeg_.comp_info[component].v_samp_factor = 1;
+    jpeg_.density_unit = head_.unit;
+    jpeg_.X_density = head_.x;
+    jpeg_.Y_density = head_.y;
     jpeg_start_compress(&jpeg_, TRUE);
-    jpeg_write_marker(&jpeg_, JPEG_APP0 + 1, reinterpret_cast<const JOCTET*>(exif_.data()),
-                      static_cast<unsigned>(exif_.size()));
-    if (!profile_.empty()) {
-      jpeg_write_icc_profile(&jpeg_, reinterpret_cast<const JOCTET*>(profile_.data()),
-                             static_cast<unsigned>(profile_.size()));
-    }
+    PutHead();
     return true;
+  }
+
+  void PutHead() {
+    constexpr int kExif = JPEG_APP0 + 1;
+    constexpr int kIptc = JPEG_APP0 + 13;
+    if (!head_.comment.empty()) PutSegment(JPEG_COM, "", head_.comment);
+    PutSegment(kExif, {"Exif\0\0", 6}, head_.exif);
+    if (!head_.iptc.empty()) {
+      const auto length = head_.iptc.size();
+      std::string begin("Photoshop 3.0\0008BIM\4\4\0\0\0\0", 24);
+      begin += {static_cast<char>(length >> 8), static_cast<char>(length & 0xff)};
+      PutSegment(kIptc, begin, head_.iptc);
+    }
+    if (!head_.profile.empty())
+      jpeg_write_icc_profile(&jpeg_, BytesOf(head_.profile), static_cast<unsigned>(head_.profile.size()));
+  }
+
+  void PutSegment(int marker, std::string_view begin, const std::string& data) {
+    segment_.assign(begin).append(data);
+    jpeg_write_marker(&jpeg_, marker, BytesOf(segment_), static_cast<unsigned>(segment_.size()));
   }
 
   bool PutRow(std::byte* row) {
@@ -134,8 +141,8 @@ class Writing {
 
   const PictureToWrite& picture_;
   LightRows rows_;
-  std::string profile_;
-  std::string exif_;
+  JpegHead head_;
+  std::string segment_;
   WrittenFile file_;
   Destination destination_;
   JpegErrors errors_;
@@ -145,11 +152,7 @@ class Writing {
 }  // namespace
 
 bool IsPlainJpeg(const PictureToWrite& picture) {
-  if (picture.part != nullptr || !IsOfLightRows(picture)) return false;
-  if (picture.metadata == nullptr) return true;
-  const PictureInfo& source = picture.metadata->info;
-  return (source.format == "jpeg" || source.exif.empty()) &&
-         IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "jpeg"));
+  return picture.part == nullptr && IsOfLightRows(picture) && JpegHeadOf(picture, PixelLayout::Rgb).has_value();
 }
 
 std::vector<std::string> WriteJpeg(const PictureToWrite& picture, const StopTest& stop) {

@@ -73,9 +73,9 @@ class Segments {
         return isFirst && (jpeg.exif == kExifOfSrgb || jpeg.exif == kExifOfNothing);
       }
       case Comment: {
-        // A zero ends it, which some programs write.
+        // A zero ends it, which many programs write.
         const std::string text = data.substr(0, data.ends_with('\0') ? data.size() - 1 : data.size());
-        const bool isFirst = jpeg.description.empty() && IsPlainText(text) && text.size() == data.size();
+        const bool isFirst = jpeg.description.empty() && IsPlainText(text);
         jpeg.description = text;
         return isFirst;
       }
