@@ -175,6 +175,14 @@ void AddLacking(const PartsLacking& lacking, std::vector<Loss>& losses) {
 
 }  // namespace
 
+void PictureReport::AddGroupsOfUnreadExif() {
+  for (const ExifFieldName& field : info.unreadExif) {
+    const auto group = field.isGps ? MetadataGroup::Gps : MetadataGroup::Exif;
+    metadata.Add(group);
+    beyondText.Add(group);
+  }
+}
+
 PictureReport ReportPicture(const std::filesystem::path& path, const ReadChoice& choice) {
   RequirePictureFile(path);
   return ThePictureLibrary().Report(path, choice);

@@ -38,6 +38,9 @@ struct PictureReport {
   // The layouts of pixels that its colour profile is for; none where the profile is damaged.
   SetOf<PixelLayout> profileFits;
   std::vector<std::pair<std::string, std::string>> attributes;  // names and values, in the order of the file
+
+  // The groups of the fields of Exif data that are not given.
+  void AddGroupsOfUnreadExif();
 };
 
 // Throws as ReadPictureInfo does.

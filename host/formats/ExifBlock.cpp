@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "host/formats/ExifTags.h"
+
 namespace vblur::host {
 
 namespace {
 
 constexpr std::size_t kEntry = 12;
-constexpr std::size_t kExifDirectory = 0x8769;
-constexpr std::size_t kGpsDirectory = 0x8825;
 
 // Places count from the block's begin. Numbers beyond its end are 0 and are not written.
 class ExifBlock {
@@ -113,7 +113,6 @@ class ExifBlock {
 
 ExifFacts FactsOfExif(std::string_view block) {
   constexpr std::size_t kDescription = 0x010e;
-  constexpr std::size_t kMakerNote = 0x927c;
   const ExifBlock exif{std::string(block)};
   const std::size_t first = exif.FirstDirectory();
   ExifFacts facts;
@@ -138,13 +137,13 @@ std::vector<ExifField> FieldsOfExif(std::string_view block) {
   std::vector<ExifField> fields;
   const auto add = [&](std::size_t directory, bool isGps) {
     for (const std::size_t tag : exif.Tags(directory)) {
-      const bool leadsOn = !isGps && (tag == kExifDirectory || tag == kGpsDirectory);
+      const bool leadsOn = !isGps && (tag == kExifDirectory || tag == kPlaceDirectory);
       if (!leadsOn) fields.push_back({isGps, tag});
     }
   };
   add(first, false);
   add(exif.ValueOf(exif.Entry(first, kExifDirectory)), false);
-  add(exif.ValueOf(exif.Entry(first, kGpsDirectory)), true);
+  add(exif.ValueOf(exif.Entry(first, kPlaceDirectory)), true);
   std::ranges::sort(fields);
   fields.erase(std::unique(fields.begin(), fields.end()), fields.end());
   return fields;

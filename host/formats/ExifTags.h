@@ -9,6 +9,13 @@ namespace vblur::host {
 // The directories of a block of Exif data. Picture and Camera share their numbers, those of Place are its own.
 enum class ExifPart : std::uint8_t { Picture, Camera, Place };
 
+// The fields of a directory that say where another one lies.
+inline constexpr std::uint16_t kExifDirectory = 0x8769;
+inline constexpr std::uint16_t kPlaceDirectory = 0x8825;
+inline constexpr std::uint16_t kInteroperability = 0xa005;
+// What cameras note for themselves.
+inline constexpr std::uint16_t kMakerNote = 0x927c;
+
 // By the number that files have.
 enum class ExifType : std::uint8_t {
   None = 0,  // how pixels are stored, where directories lie, and tables: not given

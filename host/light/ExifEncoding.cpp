@@ -15,9 +15,6 @@ namespace vblur::host {
 
 namespace {
 
-constexpr std::uint16_t kExifDirectory = 0x8769;
-constexpr std::uint16_t kPlaceDirectory = 0x8825;
-
 // The lowest byte first.
 std::string Little(std::uint64_t value, int count) {
   std::string bytes;
@@ -134,7 +131,7 @@ float FractionOf(const PictureAttribute& attribute) {
 }
 
 bool IsWhole(const PictureAttribute& attribute) {
-  return attribute.type == "int" || attribute.type == "uint";
+  return attribute.type == "int" || attribute.type == "uint" || attribute.type == "uint16";
 }
 
 // What becomes of an attribute that is a field.

@@ -25,7 +25,7 @@ bool IsWrittenToTiff(const PictureAttribute& attribute) {
   switch (tag->type) {
     case ExifType::Text: return attribute.IsText();
     case ExifType::Short:
-    case ExifType::Long: return attribute.type == "int";
+    case ExifType::Long: return attribute.type == "int" || attribute.type == "uint" || attribute.type == "uint16";
     case ExifType::Fraction:
     case ExifType::SignedFraction: return attribute.type == "float";
     default: return false;

@@ -24,6 +24,7 @@ Value ValueAt(const std::string& bytes, std::size_t place) {
 std::optional<float> NumberOf(const PictureAttribute& attribute) {
   if (attribute.type == "float") return ValueAt<float>(attribute.value, 0);
   if (attribute.type == "int") return static_cast<float>(ValueAt<std::int32_t>(attribute.value, 0));
+  if (attribute.type == "uint" || attribute.type == "uint16") return static_cast<float>(ValueBits(attribute));
   return std::nullopt;
 }
 
@@ -50,16 +51,25 @@ bool IsOfFloats(std::string_view type) {
   return type.starts_with("float") || type.starts_with("matrix") || type == "vector";
 }
 
+// Of the numbers in a list, such as "float[3]"; else 1.
+std::size_t CountOf(const std::string& type) {
+  const std::size_t bracket = type.find('[');
+  return bracket == std::string::npos ? 1 : static_cast<std::size_t>(std::stoul(type.substr(bracket + 1)));
+}
+
 std::string Shown(const PictureAttribute& attribute) {
-  constexpr std::size_t kMostBytes = 64;
+  constexpr std::size_t kMostShown = 64;
   if (attribute.IsText()) return attribute.value;
+  if (CountOf(attribute.type) > kMostShown) return std::to_string(attribute.value.size()) + " bytes";
   if (attribute.type == "rational") return ShownFraction(attribute.value);
   if (attribute.type == "timecode") return ShownTimeCode(ValueAt<std::uint32_t>(attribute.value, 0));
   if (IsOfFloats(attribute.type)) return ListOf<float>(attribute.value, Printed);
-  if (attribute.type == "uint") return std::to_string(ValueAt<std::uint32_t>(attribute.value, 0));
+  if (attribute.type.starts_with("uint16"))
+    return ListOf<std::uint16_t>(attribute.value, [](std::uint16_t number) { return std::to_string(number); });
+  if (attribute.type == "uint" || attribute.type.starts_with("uint["))
+    return ListOf<std::uint32_t>(attribute.value, [](std::uint32_t number) { return std::to_string(number); });
   if (attribute.type.starts_with("int") || attribute.type == "keycode")
     return ListOf<std::int32_t>(attribute.value, [](std::int32_t number) { return std::to_string(number); });
-  if (attribute.value.size() > kMostBytes) return std::to_string(attribute.value.size()) + " bytes";
   return ListOf<std::uint8_t>(attribute.value, [](std::uint8_t number) { return std::to_string(number); });
 }
 
@@ -75,12 +85,16 @@ PartsLacking PartsLackingIn(const OutputFormat& format, const PictureMetadata& m
     if (isOther && KeepsOtherText(format.name, attribute.name)) parts.keptOthers.push_back(attribute.name);
   }
   parts.exifFields = ExifFieldsLost(metadata.info, passed, format);
+  // What holds no texts is told to lose them all.
+  if (format.metadata.Has(MetadataGroup::Text) && !metadata.info.PassesExifTo(format.name))
+    parts.furtherTexts = metadata.info.furtherTexts;
   return parts;
 }
 
 }  // namespace
 
 std::uint32_t ValueBits(const PictureAttribute& attribute) {
+  if (attribute.type == "uint16") return ValueAt<std::uint16_t>(attribute.value, 0);
   return ValueAt<std::uint32_t>(attribute.value, 0);
 }
 
@@ -113,6 +127,16 @@ void LightAttributes::AddBytes(std::string name, std::string bytes) {
 
 void LightAttributes::Add(std::string name, std::string type, std::string value) {
   all_.push_back({std::move(name), std::move(type), std::move(value)});
+}
+
+void LightAttributes::Set(const std::string& name, const std::string& type, const std::string& value) {
+  for (PictureAttribute& each : all_) {
+    if (!EqualIgnoringCase(each.name, name)) continue;
+    each.type = type;
+    each.value = value;
+    return;
+  }
+  Add(name, type, value);
 }
 
 const PictureAttribute* LightAttributes::Find(std::string_view name) const {
@@ -164,9 +188,10 @@ PictureReport DescribePicture(const PictureMetadata& metadata) {
     if (group == MetadataGroup::Profile) report.profileFits = LayoutsOfProfile(attribute.value);
     report.attributes.emplace_back(attribute.name, Shown(attribute));
   }
+  report.AddGroupsOfUnreadExif();
   for (const OutputFormat& format : OutputFormats()) {
     PartsLacking parts = PartsLackingIn(format, metadata);
-    if (!parts.keptOthers.empty() || !parts.exifFields.empty())
+    if (!parts.keptOthers.empty() || !parts.exifFields.empty() || !parts.furtherTexts.empty())
       report.lacking.emplace(std::string(format.name), std::move(parts));
   }
   return report;

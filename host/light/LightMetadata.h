@@ -22,7 +22,7 @@ std::string BytesOf(const Value& value) {
   return {reinterpret_cast<const char*>(&value), sizeof value};
 }
 
-// The bits of an attribute of one number of four bytes.
+// The bits of an attribute of one number of up to four bytes.
 std::uint32_t ValueBits(const PictureAttribute& attribute);
 
 // "hours:minutes:seconds:frames" of an SMPTE time code, whose flags stand among the bits of its two digits each.
@@ -38,13 +38,15 @@ class LightAttributes {
   void AddBytes(std::string name, std::string bytes);
   // Of any type; `value` holds the bytes of its numbers.
   void Add(std::string name, std::string type, std::string value);
+  // In place of one that is there.
+  void Set(const std::string& name, const std::string& type, const std::string& value);
 
   const std::vector<PictureAttribute>& All() const { return all_; }
   // Null for none of this name, in upper or lower case.
   const PictureAttribute* Find(std::string_view name) const;
   // Empty for none, or where it is no text.
   std::string Text(std::string_view name) const;
-  // `otherwise` for none, or where it is neither one float nor one whole number.
+  // `otherwise` for none, or where it is not one number.
   float Number(std::string_view name, float otherwise) const;
   // The bytes of a colour profile; empty for none.
   std::string Profile() const;

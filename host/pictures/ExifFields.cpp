@@ -14,8 +14,6 @@ namespace vblur::host {
 
 namespace {
 
-constexpr std::size_t kMakerNote = 0x927c;
-
 bool IsOfStorage(const ExifField& field) {
   return IsExifOfStorage(field.isGps ? ExifPart::Place : ExifPart::Picture, static_cast<std::uint16_t>(field.tag));
 }

@@ -92,11 +92,7 @@ PictureReport DescribePicture(const LibraryMetadata& metadata) {
     const std::string value = isLong ? std::to_string(attribute.datasize()) + " bytes" : attribute.get_string();
     report.attributes.emplace_back(attribute.name().string(), value);
   }
-  for (const ExifFieldName& field : metadata.info.unreadExif) {
-    const auto group = field.isGps ? MetadataGroup::Gps : MetadataGroup::Exif;
-    report.metadata.Add(group);
-    report.beyondText.Add(group);
-  }
+  report.AddGroupsOfUnreadExif();
   AddLacking(metadata, report);
   AddCompression(report);
   return report;

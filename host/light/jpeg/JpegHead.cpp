@@ -89,9 +89,13 @@ LightAttributes OfOutput(const LightAttributes& attributes, const HostImage& ima
   return own;
 }
 
+bool PassesExif(const PictureToWrite& picture) {
+  return picture.metadata != nullptr && picture.metadata->info.PassesExifTo("jpeg");
+}
+
 std::optional<std::string> ExifOf(const PictureToWrite& picture, const LightAttributes& attributes) {
-  const bool passes = picture.metadata != nullptr && picture.metadata->info.PassesExifTo("jpeg");
-  if (passes) return ExifForOutput(picture.metadata->info.exif, picture.image.Width(), picture.image.Height());
+  if (PassesExif(picture))
+    return ExifForOutput(picture.metadata->info.exif, picture.image.Width(), picture.image.Height());
   return EncodedExif(OfOutput(attributes, picture.image));
 }
 
@@ -104,6 +108,7 @@ std::optional<JpegHead> JpegHeadOf(const PictureToWrite& picture, PixelLayout pi
   auto exif = ExifOf(picture, attributes);
   if (!exif) return std::nullopt;
   head.exif = *std::move(exif);
+  head.isSourcesExif = PassesExif(picture);
   head.iptc = EncodedIptc(attributes);
   head.profile = attributes.Profile();
   if (const std::string text = attributes.Text("ImageDescription"); !text.empty()) head.comment = text + '\0';

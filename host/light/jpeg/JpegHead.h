@@ -16,7 +16,8 @@ struct JpegHead {
   std::uint16_t y = 1;
   std::string comment{};  // with a zero at its end; empty: none
   std::string exif{};
-  std::string iptc{};  // empty: none
+  bool isSourcesExif = false;  // it stands before the comment
+  std::string iptc{};          // empty: none
   std::string profile{};
 };
 

@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <utility>
 
+#include "host/formats/ExifBlock.h"
+#include "host/light/ExifDecoding.h"
+
 namespace vblur::host {
 
 JpegInput::~JpegInput() {
@@ -42,29 +45,42 @@ bool JpegInput::Start() {
 // In the order of the full library.
 bool JpegInput::TakeMetadata() {
   attributes_.AddText("oiio:ColorSpace", "sRGB");
-  if (plain_.exif == kExifOfSrgb) {
-    attributes_.AddText("Exif:ExifVersion", "0230");
-    attributes_.AddText("Exif:FlashPixVersion", "0100");
-    attributes_.AddWhole("Exif:ColorSpace", 1);
-  }
-  if (!plain_.description.empty()) attributes_.AddText("ImageDescription", plain_.description);
+  if (!TakeExif()) return false;
+  if (!plain_.description.empty()) attributes_.Set("ImageDescription", "string", plain_.description);
   return TakeResolution() && TakeProfile();
 }
 
+bool JpegInput::TakeExif() {
+  const ExifFacts facts = FactsOfExif(plain_.exif);
+  if (!facts.isExif) return plain_.exif.empty() || !facts.isDamaged;
+  auto decoded = DecodeExif(plain_.exif);
+  if (!decoded) return false;
+  unread_ = std::move(decoded->unread);
+  for (const PictureAttribute& each : decoded->attributes.All())
+    attributes_.Add(each.name, each.type, each.value);
+  return true;
+}
+
+// The numbers of the file's head go before those of Exif data, whose unit names theirs.
 bool JpegInput::TakeResolution() {
-  if (jpeg_.saw_JFIF_marker == 0) return true;
   constexpr const char* kUnits[] = {"none", "in", "cm"};
-  const float x = jpeg_.X_density;
-  const float y = jpeg_.Y_density;
-  const bool isNone = jpeg_.density_unit == 0 && x == 1.0f && y == 1.0f;
-  if (isNone) return true;
+  const float xOfExif = attributes_.Number("XResolution", 0.0f);
+  const float yOfExif = attributes_.Number("YResolution", 0.0f);
+  const auto unitOfExif = static_cast<std::size_t>(attributes_.Number("ResolutionUnit", 0.0f));
+  const bool isSilent = jpeg_.density_unit == 0 && jpeg_.X_density == 1 && jpeg_.Y_density == 1;
+  const bool isOfHead = jpeg_.saw_JFIF_marker != 0 && !isSilent;
+  const bool isOfExif = xOfExif != 0.0f || yOfExif != 0.0f || unitOfExif != 0;
+  if (!isOfHead && !isOfExif) return true;
+  const float x = isOfHead ? jpeg_.X_density : xOfExif;
+  const float y = isOfHead ? jpeg_.Y_density : yOfExif;
   // Of smaller numbers the full library makes an aspect of the pixels.
   constexpr float kLeast = 10.0f;
   if (jpeg_.density_unit > 2 || x < kLeast || y < kLeast) return false;
-  attributes_.AddFloat("XResolution", x);
-  attributes_.AddFloat("YResolution", y);
-  if (x != y) attributes_.AddFloat("PixelAspectRatio", y / x);
-  attributes_.AddText("ResolutionUnit", kUnits[jpeg_.density_unit]);
+  attributes_.Set("XResolution", "float", BytesOf(x));
+  attributes_.Set("YResolution", "float", BytesOf(y));
+  if (isOfHead && x != y) attributes_.Set("PixelAspectRatio", "float", BytesOf(y / x));
+  const bool namesUnit = x == xOfExif && jpeg_.density_unit == 0 && unitOfExif >= 1 && unitOfExif <= 3;
+  attributes_.Set("ResolutionUnit", "string", kUnits[namesUnit ? unitOfExif - 1 : jpeg_.density_unit]);
   return true;
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/light/LightInput.h"
 #include "host/light/jpeg/JpegErrors.h"
@@ -29,6 +30,8 @@ class JpegInput final : public LightInput {
   std::int32_t Height() const { return static_cast<std::int32_t>(jpeg_.image_height); }
   int Channels() const { return jpeg_.num_components; }
   const std::string& Exif() const { return plain_.exif; }
+  // Its fields that are not given.
+  const std::vector<ExifFieldName>& UnreadExif() const { return unread_; }
 
   const LightAttributes& Attributes() const override { return attributes_; }
   std::int32_t RowsAtOnce() const override;
@@ -39,6 +42,7 @@ class JpegInput final : public LightInput {
   explicit JpegInput(PlainJpeg plain) : plain_(std::move(plain)) {}
   bool ReadHeader();
   bool TakeMetadata();
+  bool TakeExif();
   bool TakeProfile();
   bool TakeResolution();
 
@@ -47,6 +51,7 @@ class JpegInput final : public LightInput {
   std::FILE* file_ = nullptr;
   jpeg_decompress_struct jpeg_{};
   LightAttributes attributes_;
+  std::vector<ExifFieldName> unread_;
 };
 
 }  // namespace vblur::host

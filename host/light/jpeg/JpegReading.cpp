@@ -5,6 +5,8 @@
 #include "host/files/PictureSize.h"
 #include "host/files/StandardInput.h"
 #include "host/formats/ExifBlock.h"
+#include "host/formats/TiffTagKinds.h"
+#include "host/formats/TiffTags.h"
 #include "host/light/jpeg/JpegInput.h"
 
 namespace vblur::host {
@@ -14,7 +16,11 @@ namespace {
 PictureInfo Describe(const std::filesystem::path& path, const JpegInput& jpeg, const ReadChoice& choice) {
   const StoredType type{NumberKind::Unsigned, 1, 8};
   PictureInfo info = DescribeLight(path, "jpeg", {jpeg.Width(), jpeg.Height(), jpeg.Channels(), type}, choice);
-  if (FactsOfExif(jpeg.Exif()).mayPass) info.exif = jpeg.Exif();
+  const ExifFacts facts = FactsOfExif(jpeg.Exif());
+  if (facts.mayPass) info.exif = jpeg.Exif();
+  info.hasMakerNote = facts.hasMakerNote;
+  info.unreadExif = jpeg.UnreadExif();
+  info.furtherTexts = NamesOfFurtherTexts(TiffTags::SourceIn(jpeg.Exif()));
   return info;
 }
 

@@ -110,8 +110,10 @@ class Writing {
   void PutHead() {
     constexpr int kExif = JPEG_APP0 + 1;
     constexpr int kIptc = JPEG_APP0 + 13;
+    const std::string_view exif("Exif\0\0", 6);
+    if (head_.isSourcesExif) PutSegment(kExif, exif, head_.exif);
     if (!head_.comment.empty()) PutSegment(JPEG_COM, "", head_.comment);
-    PutSegment(kExif, {"Exif\0\0", 6}, head_.exif);
+    if (!head_.isSourcesExif) PutSegment(kExif, exif, head_.exif);
     if (!head_.iptc.empty()) {
       const auto length = head_.iptc.size();
       std::string begin("Photoshop 3.0\0008BIM\4\4\0\0\0\0", 24);

@@ -10,14 +10,6 @@
 
 namespace vblur::host {
 
-const std::string kExifOfSrgb(
-    "II*\0\x08\0\0\0\x01\0\x69\x87\x04\0\x01\0\0\0\x1a\0\0\0\0\0\0\0"
-    "\x04\0\0\x90\x07\0\x04\0\0\0"
-    "0230\x01\x91\x07\0\x04\0\0\0\x01\x02\x03\0\0\xa0\x07\0\x04\0\0\0"
-    "0100\x01\xa0\x03\0\x01\0\0\0\x01\0\0\0\0\0\0\0",
-    80);
-const std::string kExifOfNothing("II*\0\x08\0\0\0\0\0\0\0\0\0", 14);
-
 namespace {
 
 enum Marker : std::uint8_t {
@@ -70,7 +62,7 @@ class Segments {
       case App1: {
         const bool isFirst = jpeg.exif.empty() && data.starts_with("Exif\0\0"sv);
         if (isFirst) jpeg.exif = data.substr(6);
-        return isFirst && (jpeg.exif == kExifOfSrgb || jpeg.exif == kExifOfNothing);
+        return isFirst && jpeg.exif.size() >= 8;
       }
       case Comment: {
         // A zero ends it, which many programs write.

@@ -194,7 +194,7 @@ TEST_F(LightJpeg, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   left({}, {{JPEG_COM, "one"}, {JPEG_COM, "two"}});
   left({}, {{JPEG_COM, "Caf\xe9"}});
   left({}, {{JPEG_COM, ""}});
-  left({}, {{JPEG_APP0 + 1, std::string("Exif\0\0II*\0\x08\0\0\0\0\0\0\0\0\x01", 20)}});
+  left({}, {{JPEG_APP0 + 1, std::string("Exif\0\0II*\0\x08\0\0\0\2\0\0\0\0\0", 20)}});
   left({}, {{JPEG_APP0 + 1, std::string("http://ns.adobe.com/xap/1.0/\0<x/>", 33)}});
   left({}, {{JPEG_APP0 + 2, "MPF"}});
   left({}, {{JPEG_APP0 + 13, "Photoshop 3.0"}});
