@@ -5,11 +5,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/base/NameMatch.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/ExifTags.h"
+#include "host/formats/TiffTagKinds.h"
+#include "host/formats/TiffTags.h"
 
 namespace vblur::host {
 
@@ -37,7 +40,8 @@ class Decoder {
 
   bool Decode() {
     const ExifFacts facts = FactsOfExif(block_);
-    const bool isKnown = facts.isExif && !facts.isDamaged && facts.mayPass && !facts.wrongOrientation;
+    if (!facts.isExif) return block_.empty() || !facts.isDamaged;
+    const bool isKnown = !facts.isDamaged && facts.mayPass && !facts.wrongOrientation;
     return isKnown && ReadDirectory(Number(4, 4), ExifPart::Picture) && !IsOfKnownCamera();
   }
 
@@ -212,6 +216,25 @@ std::optional<DecodedExif> DecodeExif(const std::string& block) {
   Decoder decoder(block);
   if (!decoder.Decode()) return std::nullopt;
   return decoder.Take();
+}
+
+bool NameResolutionUnit(const LightAttributes& ofExif, LightAttributes& all) {
+  constexpr const char* kUnits[] = {"none", "in", "cm"};
+  const PictureAttribute* const unit = all.Find("ResolutionUnit");
+  if (unit == nullptr || (unit->IsText() && unit->value != "none")) return true;
+  const float number = ofExif.Number("ResolutionUnit", 0.0f);
+  const bool isOfExif = ofExif.Number("XResolution", 0.0f) == all.Number("XResolution", 0.0f);
+  if (!isOfExif || number < 1.0f || number > 3.0f) return unit->IsText();
+  all.Set("ResolutionUnit", "string", kUnits[static_cast<std::size_t>(number) - 1]);
+  return true;
+}
+
+void DescribeExif(const std::string& block, std::vector<ExifFieldName> unread, PictureInfo& info) {
+  const ExifFacts facts = FactsOfExif(block);
+  if (facts.mayPass) info.exif = block;
+  info.hasMakerNote = facts.hasMakerNote;
+  info.unreadExif = std::move(unread);
+  info.furtherTexts = NamesOfFurtherTexts(TiffTags::SourceIn(block));
 }
 
 }  // namespace vblur::host

@@ -139,6 +139,12 @@ void LightAttributes::Set(const std::string& name, const std::string& type, cons
   Add(name, type, value);
 }
 
+void LightAttributes::Merge(const LightAttributes& others) {
+  for (const PictureAttribute& each : others.All()) {
+    if (Find(each.name) == nullptr) all_.push_back(each);
+  }
+}
+
 const PictureAttribute* LightAttributes::Find(std::string_view name) const {
   const auto found = std::ranges::find_if(all_, [&](const auto& each) { return EqualIgnoringCase(each.name, name); });
   return found == all_.end() ? nullptr : &*found;

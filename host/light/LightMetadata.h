@@ -41,6 +41,9 @@ class LightAttributes {
   // In place of one that is there.
   void Set(const std::string& name, const std::string& type, const std::string& value);
 
+  // Those of names that are not there.
+  void Merge(const LightAttributes& others);
+
   const std::vector<PictureAttribute>& All() const { return all_; }
   // Null for none of this name, in upper or lower case.
   const PictureAttribute* Find(std::string_view name) const;

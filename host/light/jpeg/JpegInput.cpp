@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include "host/formats/ExifBlock.h"
 #include "host/light/ExifDecoding.h"
 
 namespace vblur::host {
@@ -44,44 +43,33 @@ bool JpegInput::Start() {
 
 // In the order of the full library.
 bool JpegInput::TakeMetadata() {
+  auto exif = DecodeExif(plain_.exif);
+  if (!exif) return false;
   attributes_.AddText("oiio:ColorSpace", "sRGB");
-  if (!TakeExif()) return false;
+  attributes_.Merge(exif->attributes);
   if (!plain_.description.empty()) attributes_.Set("ImageDescription", "string", plain_.description);
-  return TakeResolution() && TakeProfile();
+  unread_ = std::move(exif->unread);
+  return TakeResolution(exif->attributes) && TakeProfile();
 }
 
-bool JpegInput::TakeExif() {
-  const ExifFacts facts = FactsOfExif(plain_.exif);
-  if (!facts.isExif) return plain_.exif.empty() || !facts.isDamaged;
-  auto decoded = DecodeExif(plain_.exif);
-  if (!decoded) return false;
-  unread_ = std::move(decoded->unread);
-  for (const PictureAttribute& each : decoded->attributes.All())
-    attributes_.Add(each.name, each.type, each.value);
-  return true;
-}
-
-// The numbers of the file's head go before those of Exif data, whose unit names theirs.
-bool JpegInput::TakeResolution() {
+// The numbers of the file's head go before those of Exif data.
+bool JpegInput::TakeResolution(const LightAttributes& ofExif) {
   constexpr const char* kUnits[] = {"none", "in", "cm"};
-  const float xOfExif = attributes_.Number("XResolution", 0.0f);
-  const float yOfExif = attributes_.Number("YResolution", 0.0f);
-  const auto unitOfExif = static_cast<std::size_t>(attributes_.Number("ResolutionUnit", 0.0f));
   const bool isSilent = jpeg_.density_unit == 0 && jpeg_.X_density == 1 && jpeg_.Y_density == 1;
   const bool isOfHead = jpeg_.saw_JFIF_marker != 0 && !isSilent;
-  const bool isOfExif = xOfExif != 0.0f || yOfExif != 0.0f || unitOfExif != 0;
+  const bool isOfExif = ofExif.Find("XResolution") != nullptr || ofExif.Find("YResolution") != nullptr ||
+                        ofExif.Find("ResolutionUnit") != nullptr;
   if (!isOfHead && !isOfExif) return true;
-  const float x = isOfHead ? jpeg_.X_density : xOfExif;
-  const float y = isOfHead ? jpeg_.Y_density : yOfExif;
+  const float x = isOfHead ? jpeg_.X_density : ofExif.Number("XResolution", 0.0f);
+  const float y = isOfHead ? jpeg_.Y_density : ofExif.Number("YResolution", 0.0f);
   // Of smaller numbers the full library makes an aspect of the pixels.
   constexpr float kLeast = 10.0f;
   if (jpeg_.density_unit > 2 || x < kLeast || y < kLeast) return false;
   attributes_.Set("XResolution", "float", BytesOf(x));
   attributes_.Set("YResolution", "float", BytesOf(y));
   if (isOfHead && x != y) attributes_.Set("PixelAspectRatio", "float", BytesOf(y / x));
-  const bool namesUnit = x == xOfExif && jpeg_.density_unit == 0 && unitOfExif >= 1 && unitOfExif <= 3;
-  attributes_.Set("ResolutionUnit", "string", kUnits[namesUnit ? unitOfExif - 1 : jpeg_.density_unit]);
-  return true;
+  attributes_.Set("ResolutionUnit", "string", kUnits[jpeg_.density_unit]);
+  return NameResolutionUnit(ofExif, attributes_);
 }
 
 bool JpegInput::TakeProfile() {

@@ -42,9 +42,8 @@ class JpegInput final : public LightInput {
   explicit JpegInput(PlainJpeg plain) : plain_(std::move(plain)) {}
   bool ReadHeader();
   bool TakeMetadata();
-  bool TakeExif();
   bool TakeProfile();
-  bool TakeResolution();
+  bool TakeResolution(const LightAttributes& ofExif);
 
   PlainJpeg plain_;
   JpegErrors errors_;

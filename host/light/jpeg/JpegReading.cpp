@@ -4,9 +4,7 @@
 
 #include "host/files/PictureSize.h"
 #include "host/files/StandardInput.h"
-#include "host/formats/ExifBlock.h"
-#include "host/formats/TiffTagKinds.h"
-#include "host/formats/TiffTags.h"
+#include "host/light/ExifDecoding.h"
 #include "host/light/jpeg/JpegInput.h"
 
 namespace vblur::host {
@@ -16,11 +14,7 @@ namespace {
 PictureInfo Describe(const std::filesystem::path& path, const JpegInput& jpeg, const ReadChoice& choice) {
   const StoredType type{NumberKind::Unsigned, 1, 8};
   PictureInfo info = DescribeLight(path, "jpeg", {jpeg.Width(), jpeg.Height(), jpeg.Channels(), type}, choice);
-  const ExifFacts facts = FactsOfExif(jpeg.Exif());
-  if (facts.mayPass) info.exif = jpeg.Exif();
-  info.hasMakerNote = facts.hasMakerNote;
-  info.unreadExif = jpeg.UnreadExif();
-  info.furtherTexts = NamesOfFurtherTexts(TiffTags::SourceIn(jpeg.Exif()));
+  DescribeExif(jpeg.Exif(), jpeg.UnreadExif(), info);
   return info;
 }
 

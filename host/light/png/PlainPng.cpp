@@ -50,6 +50,11 @@ bool IsUsual(std::string_view name, std::string_view data) {
   }
   // The full library's own files have it; it takes other places as a window.
   if (name == "oFFs") return data == std::string_view("\0\0\0\0\0\0\0\0\0", 9);
+  if (name == "eXIf") {
+    // What JPEG files hold, whose segments are no longer.
+    constexpr std::size_t kMostExif = 0xffff;
+    return data.size() <= kMostExif && !data.starts_with("Exif");
+  }
   // Of the last two neither library takes anything.
   constexpr std::string_view kOthers[] = {"PLTE", "tRNS", "sRGB", "cHRM", "iCCP", "tIME", "IEND", "bKGD", "sBIT"};
   return std::ranges::find(kOthers, name) != std::end(kOthers);

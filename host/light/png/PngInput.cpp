@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "host/formats/PictureTexts.h"
+#include "host/light/ExifDecoding.h"
 #include "host/light/png/PlainPng.h"
 #include "host/light/png/PngTextNames.h"
 
@@ -96,6 +97,11 @@ void PngInput::TakeResolution() {
   attributes_.AddFloat("YResolution", static_cast<float>(pixelsY) * scale);
   if (pixelsX != pixelsY)
     attributes_.AddFloat("PixelAspectRatio", static_cast<float>(pixelsY) / static_cast<float>(pixelsX));
+}
+
+bool PngInput::TakeExif(const LightAttributes& fields) {
+  attributes_.Merge(fields);
+  return NameResolutionUnit(fields, attributes_);
 }
 
 bool PngInput::TakeTexts() {

@@ -32,6 +32,8 @@ class PngInput final : public LightInput {
   int Bits() const { return bits_; }
   bool IsLinear() const { return isLinear_; }
   std::size_t RowBytes() const;
+  // Of the file. False for what the full library alone reads.
+  bool TakeExif(const LightAttributes& fields);
   const LightAttributes& Attributes() const override { return attributes_; }
 
   std::int32_t RowsAtOnce() const override;

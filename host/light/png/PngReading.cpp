@@ -1,11 +1,13 @@
 #include "host/light/png/PngReading.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "host/files/PictureSize.h"
 #include "host/files/StandardInput.h"
 #include "host/formats/PictureFileHeader.h"
+#include "host/light/ExifDecoding.h"
 #include "host/light/png/PngInput.h"
 
 namespace vblur::host {
@@ -34,7 +36,11 @@ OpenedLight OpenPng(const std::filesystem::path& path, const ReadChoice& choice)
   ChunkFacts chunks = FactsOfChunks(toOpen);
   // It is damaged, which is told.
   if (chunks.hasProfile && file->Attributes().Profile().empty()) return {};
+  const std::string exif = chunks.exif;
+  auto decoded = DecodeExif(exif);
+  if (!decoded || !file->TakeExif(decoded->attributes)) return {};
   PictureInfo info = Describe(path, *file, std::move(chunks), choice);
+  DescribeExif(exif, std::move(decoded->unread), info);
   return {std::move(file), std::move(info), false};
 }
 

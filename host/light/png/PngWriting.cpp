@@ -14,6 +14,7 @@
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
 #include "host/light/WrittenFile.h"
+#include "host/light/png/PngExif.h"
 #include "host/light/png/PngStretches.h"
 #include "host/light/png/PngTextNames.h"
 
@@ -32,6 +33,13 @@ bool IsDate(const std::string& text) {
                             [](char c, char form) { return form == '0' ? c >= '0' && c <= '9' : c == form; });
 }
 
+// By the name of the unit: 0 for none. Nothing for one that is not known here.
+std::optional<float> UnitsInMetre(std::string_view unit) {
+  if (unit == "inch" || unit == "in") return 100.0f / 2.54f;
+  if (unit == "cm") return 100.0f;
+  return unit == "none" ? std::optional(0.0f) : std::nullopt;
+}
+
 // What is written here as the full library writes it.
 bool IsPlain(const LightAttributes& attributes) {
   const float x = attributes.Number("XResolution", 0.0f);
@@ -39,7 +47,7 @@ bool IsPlain(const LightAttributes& attributes) {
     const std::string& name = each.name;
     if (name == "ICCProfile") continue;
     if (name == "XResolution" || name == "YResolution" || name == "ResolutionUnit") {
-      const bool isUnit = name != "ResolutionUnit" || each.value == "inch" || each.value == "none";
+      const bool isUnit = name != "ResolutionUnit" || (each.IsText() && UnitsInMetre(each.value).has_value());
       if (!(x > 0.0f) || !isUnit) return false;
     } else if (name == "PixelAspectRatio") {
       if (!(attributes.Number(name, 0.0f) > 0.0f)) return false;
@@ -70,7 +78,8 @@ class Writing {
   Writing(const PictureToWrite& picture, const StopTest& stop)
       : picture_(picture),
         rows_(picture),
-        attributes_(PassedAttributes(picture.metadata, rows_.Layout(), "png")),
+        exif_(*TakePngExif(picture, PassedAttributes(picture.metadata, rows_.Layout(), "png"))),
+        attributes_(exif_.others),
         file_(picture, stop) {
     write_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning);
     if (write_ != nullptr) info_ = png_create_info_struct(write_);
@@ -133,7 +142,7 @@ class Writing {
     constexpr std::size_t kSrgbChunk = 13;
     const auto srgb = chunks_.find("sRGB");
     if (!attributes_.Profile().empty() && srgb != std::string::npos) chunks_.erase(srgb - 4, kSrgbChunk);
-    chunks_ += late_ + source.lateTexts;
+    chunks_ += exif_.chunk + late_ + source.lateTexts;
   }
 
   bool PutHead() {
@@ -168,11 +177,11 @@ class Writing {
     constexpr float kOfAspect = 100.0f;
     const float x = attributes_.Number("XResolution", aspect > 0.0f ? kOfAspect : 0.0f);
     if (x == 0.0f) return;
-    constexpr float kInchesInMetre = 100.0f / 2.54f;
-    const bool hasUnit = attributes_.Text("ResolutionUnit") == "inch";
-    const float scale = hasUnit ? kInchesInMetre : 1.0f;
+    const float inMetre = UnitsInMetre(attributes_.Text("ResolutionUnit")).value_or(0.0f);
+    const bool hasUnit = inMetre > 0.0f;
+    const float scale = hasUnit ? inMetre : 1.0f;
     // Where the two differ, it takes the second from the aspect.
-    const float y = aspect > 0.0f ? x * aspect : attributes_.Number("YResolution", 0.0f);
+    const float y = aspect > 0.0f ? x * aspect : attributes_.Number("YResolution", x);
     png_set_pHYs(write_, info_, static_cast<png_uint_32>(x * scale), static_cast<png_uint_32>(y * scale),
                  hasUnit ? PNG_RESOLUTION_METER : PNG_RESOLUTION_UNKNOWN);
   }
@@ -261,7 +270,8 @@ class Writing {
 
   const PictureToWrite& picture_;
   LightRows rows_;
-  LightAttributes attributes_;
+  PngExif exif_;
+  const LightAttributes& attributes_;
   WrittenFile file_;
   png_structp write_ = nullptr;
   png_infop info_ = nullptr;
@@ -278,9 +288,8 @@ class Writing {
 
 bool IsPlainPng(const PictureToWrite& picture) {
   if (!IsOfLightRows(picture)) return false;
-  // It holds Exif data as they are stored.
-  const bool hasExif = picture.metadata != nullptr && !picture.metadata->info.exif.empty();
-  return !hasExif && IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "png"));
+  const auto exif = TakePngExif(picture, PassedAttributes(picture.metadata, PixelLayout::Rgb, "png"));
+  return exif && IsPlain(exif->others);
 }
 
 std::vector<std::string> WritePng(const PictureToWrite& picture, const StopTest& stop) {
