@@ -162,6 +162,18 @@ constexpr std::uint16_t HalfOf(float value) {
   return static_cast<std::uint16_t>(sign | rounded >> 13);
 }
 
+// Exact.
+constexpr float FloatOfHalf(std::uint16_t half) {
+  constexpr std::uint32_t kInfinite = 0x7c00u;
+  constexpr float kRebias = 0x1p112f;
+  const std::uint32_t magnitude = half & 0x7fffu;
+  const std::uint32_t sign = (half & 0x8000u) << 16;
+  const std::uint32_t bits = magnitude < kInfinite
+                                 ? std::bit_cast<std::uint32_t>(std::bit_cast<float>(magnitude << 13) * kRebias)
+                                 : 0x7f800000u | magnitude << 13;
+  return std::bit_cast<float>(sign | bits);
+}
+
 // Limited to the finite ones.
 template <typename Component>
 constexpr std::uint16_t ToHalfSample(Component value) {

@@ -13,6 +13,7 @@
 #include "host/formats/PngHead.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
+#include "host/light/MeantNames.h"
 #include "host/light/WrittenFile.h"
 #include "host/light/png/PngExif.h"
 #include "host/light/png/PngStretches.h"
@@ -55,7 +56,7 @@ bool IsPlain(const LightAttributes& attributes) {
       if (attributes.Number(name, 0.0f) != 1.0f) return false;
     } else if (name == "DateTime") {
       if (!IsDate(each.value)) return false;
-    } else if (!each.IsText() || !IsPlainKeyword(name)) {
+    } else if (each.IsText() ? !IsPlainKeyword(name) : !IsNotedName(name)) {
       return false;
     }
   }

@@ -112,7 +112,8 @@ class Directory {
     constexpr std::int64_t kFloats = 3;
     tiff.isFloat = AreAll(tag::SampleFormat, tiff.channels, kFloats, kUnsigned);
     if (!tiff.isFloat && !AreAll(tag::SampleFormat, tiff.channels, kUnsigned, kUnsigned)) return false;
-    if (tiff.isFloat ? tiff.bits != 32 : tiff.bits != 8 && tiff.bits != 16) return false;
+    const bool isUsual = tiff.bits == 16 || tiff.bits == (tiff.isFloat ? 32 : 8);
+    if (!isUsual) return false;
     return HasPlainColours(tiff);
   }
 

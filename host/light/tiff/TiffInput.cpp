@@ -1,8 +1,11 @@
 #include "host/light/tiff/TiffInput.h"
 
 #include <algorithm>
+#include <cstring>
 #include <future>
 #include <thread>
+
+#include "host/files/Sample.h"
 
 namespace vblur::host {
 
@@ -11,6 +14,15 @@ namespace {
 constexpr std::size_t kBytesAtOnce = std::size_t{8} << 20;
 // Less is unpacked sooner by one thread.
 constexpr std::size_t kBytesOfThread = std::size_t{1} << 20;
+
+void PutFloats(const std::vector<std::byte>& halves, std::byte* floats) {
+  for (std::size_t i = 0; i < halves.size() / 2; ++i) {
+    std::uint16_t half;
+    std::memcpy(&half, halves.data() + 2 * i, sizeof half);
+    const float value = FloatOfHalf(half);
+    std::memcpy(floats + sizeof value * i, &value, sizeof value);
+  }
+}
 
 }  // namespace
 
@@ -25,15 +37,10 @@ std::unique_ptr<TiffInput> TiffInput::Open(const std::filesystem::path& file) {
   const auto height = static_cast<std::uint32_t>(input->tiff_.height);
   input->stripRows_ = static_cast<std::int32_t>(std::min(rows, height));
   const std::uint32_t strips = (height - 1) / static_cast<std::uint32_t>(input->stripRows_) + 1;
-  if (TIFFScanlineSize64(handle.get()) != input->RowBytes() || TIFFNumberOfStrips(handle.get()) != strips)
+  if (TIFFScanlineSize64(handle.get()) != input->StoredBytes() || TIFFNumberOfStrips(handle.get()) != strips)
     return nullptr;
   input->handles_.push_back(std::move(handle));
   return input;
-}
-
-std::size_t TiffInput::RowBytes() const {
-  return static_cast<std::size_t>(tiff_.width) * static_cast<std::size_t>(tiff_.channels) *
-         static_cast<std::size_t>(tiff_.bits / 8);
 }
 
 std::int32_t TiffInput::RowsAtOnce() const {
@@ -45,13 +52,17 @@ std::int32_t TiffInput::RowsAtOnce() const {
 
 bool TiffInput::ReadStrips(TIFF* tiff, std::int32_t strip, std::int32_t end, std::int32_t firstRow,
                            std::byte* samples) const {
+  std::vector<std::byte> halves;
   for (; strip < end; ++strip) {
     const std::int32_t row = strip * stripRows_;
-    const std::int32_t rows = std::min(stripRows_, tiff_.height - row);
-    const std::size_t bytes = RowBytes() * static_cast<std::size_t>(rows);
-    std::byte* const to = samples + RowBytes() * static_cast<std::size_t>(row - firstRow);
+    const auto rows = static_cast<std::size_t>(std::min(stripRows_, tiff_.height - row));
+    const std::size_t bytes = StoredBytes() * rows;
+    std::byte* const given = samples + RowBytes() * static_cast<std::size_t>(row - firstRow);
+    if (IsOfHalves()) halves.resize(bytes);
+    std::byte* const to = IsOfHalves() ? halves.data() : given;
     const auto read = TIFFReadEncodedStrip(tiff, static_cast<std::uint32_t>(strip), to, static_cast<tmsize_t>(bytes));
     if (read != static_cast<tmsize_t>(bytes)) return false;
+    if (IsOfHalves()) PutFloats(halves, given);
   }
   return true;
 }

@@ -30,7 +30,13 @@ class TiffInput final : public LightInput {
  private:
   TiffInput(std::filesystem::path file, PlainTiff tiff) : file_(std::move(file)), tiff_(std::move(tiff)) {}
 
-  std::size_t RowBytes() const;
+  std::size_t RowSamples() const {
+    return static_cast<std::size_t>(tiff_.width) * static_cast<std::size_t>(tiff_.channels);
+  }
+  std::size_t StoredBytes() const { return RowSamples() * static_cast<std::size_t>(tiff_.bits / 8); }
+  // As they are given: halves as floats.
+  std::size_t RowBytes() const { return IsOfHalves() ? RowSamples() * sizeof(float) : StoredBytes(); }
+  bool IsOfHalves() const { return tiff_.isFloat && tiff_.bits == 16; }
   // Strips from one on, one after the other. False for a damaged one.
   bool ReadStrips(TIFF* tiff, std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples) const;
   bool ReadOnThreads(std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples);

@@ -9,6 +9,7 @@
 #include "host/light/InOrder.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
+#include "host/light/MeantNames.h"
 #include "host/light/WrittenFile.h"
 #include "host/light/tiff/PlainTiff.h"
 #include "host/light/tiff/TiffHandle.h"
@@ -38,8 +39,9 @@ bool IsPlain(const LightAttributes& attributes) {
     if (each.name == "ResolutionUnit") return hasResolution && UnitOf(each.value) != 0;
     if (each.name == "XResolution" || each.name == "YResolution" || each.name == "PixelAspectRatio")
       return hasResolution && attributes.Find("ResolutionUnit") != nullptr;
-    return each.IsText() && TagOfTiffText(each.name) != 0 &&
-           std::ranges::all_of(each.value, [](char c) { return c >= ' ' && c <= '~'; });
+    // It has no place for them.
+    if (TagOfTiffText(each.name) == 0) return IsNotedName(each.name);
+    return each.IsText() && std::ranges::all_of(each.value, [](char c) { return c >= ' ' && c <= '~'; });
   });
 }
 
@@ -63,7 +65,7 @@ struct Storage {
   bool associatedAlpha = false;
 
   void Describe(TIFF* tiff, std::int32_t height, std::int32_t stripRows) const {
-    const bool isFloat = type == SampleType::Float;
+    const bool isFloat = type == SampleType::Float || type == SampleType::Half;
     const int colours = IsGrey(layout) ? 1 : 3;
     const int channels = colours + (HasAlpha(layout) ? 1 : 0);
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(width));
@@ -176,14 +178,8 @@ bool IsPlainTiff(const PictureToWrite& picture) {
   constexpr std::int64_t kMostOfPixel = 16;
   const HostImage& image = picture.image;
   if (std::int64_t{image.Width()} * image.Height() * kMostOfPixel > kMostBytes) return false;
-  if (picture.part != nullptr || picture.storage.type == SampleType::Half || !IsOfLightRows(picture)) return false;
-  if (picture.metadata != nullptr) {
-    if (!IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "tiff"))) return false;
-    // Of halves without a type of its own the output has halves.
-    const StoredType& stored = picture.metadata->info.stored;
-    if (!picture.storage.type && stored.number == NumberKind::Float && stored.bytes == 2) return false;
-  }
-  return CompressionFor(picture) != 0;
+  if (picture.part != nullptr || !IsOfLightRows(picture)) return false;
+  return IsPlain(PassedAttributes(picture.metadata, PixelLayout::Rgb, "tiff")) && CompressionFor(picture) != 0;
 }
 
 std::vector<std::string> WriteTiff(const PictureToWrite& picture, const StopTest& stop) {

@@ -145,6 +145,24 @@ TEST(Sample, WhatATypeDoesNotHoldIsCountedFromHalfAStepOn) {
   EXPECT_EQ(FormatBeyond({}, "all"), "");
 }
 
+TEST(Sample, HalvesAreFloats) {
+  for (std::uint32_t bits = 0; bits < 0x10000; ++bits) {
+    const auto half = static_cast<std::uint16_t>(bits);
+    const float value = FloatOfHalf(half);
+    const int exponent = static_cast<int>(bits >> 10 & 31);
+    const int fraction = static_cast<int>(bits & 1023);
+    EXPECT_EQ(std::signbit(value), bits >> 15 != 0) << bits;
+    if (exponent == 31) {
+      EXPECT_EQ(std::isnan(value), fraction != 0) << bits;
+      EXPECT_EQ(std::isinf(value), fraction == 0) << bits;
+      continue;
+    }
+    const double size = exponent == 0 ? std::ldexp(fraction, -24) : std::ldexp(1024 + fraction, exponent - 25);
+    EXPECT_EQ(std::abs(value), size) << bits;
+    EXPECT_EQ(HalfOf(value), half);
+  }
+}
+
 TEST(Sample, EveryHalfComesBackFromItsFloat) {
   EXPECT_EQ(HalfOf(0.0f), 0);
   EXPECT_EQ(HalfOf(-0.0f), 0x8000);

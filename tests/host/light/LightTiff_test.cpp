@@ -73,7 +73,13 @@ class LightTiff : public LightPicturesTest {
     std::vector<unsigned char> bytes(
         static_cast<std::size_t>(kind.isTiled ? TIFFTileSize(tiff) : TIFFScanlineSize(tiff)));
     const auto fill = [&] {
-      if (kind.isFloat) {
+      if (kind.isFloat && kind.bits == 16) {
+        // Of any sign, size and kind but the largest exponent.
+        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+          const auto half = static_cast<std::uint16_t>(random() % 0x7c00 | (random() % 2 != 0 ? 0x8000 : 0));
+          std::memcpy(bytes.data() + i, &half, sizeof half);
+        }
+      } else if (kind.isFloat) {
         for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
           const float value = static_cast<float>(random() % 3000) / 1000.0f - 0.5f;
           std::memcpy(bytes.data() + i, &value, sizeof value);
@@ -99,12 +105,18 @@ class LightTiff : public LightPicturesTest {
   void ExpectSame(const std::filesystem::path& path) const { ExpectSame(path, "out.tif"); }
 };
 
+constexpr std::pair<int, bool> kSamples[] = {{8, false}, {16, false}, {16, true}, {32, true}};
+
+std::string NameOf(int bits, bool isFloat) {
+  return " of " + std::to_string(bits) + (isFloat ? " bits of floats" : " bits");
+}
+
 TEST_F(LightTiff, ReadAndWriteEveryTypeAndLayout) {
   for (const int channels : {1, 2, 3, 4}) {
-    for (const int bits : {8, 16, 32}) {
+    for (const auto& [bits, isFloat] : kSamples) {
       for (const bool isBig : {false, true}) {
-        SCOPED_TRACE(std::to_string(channels) + " of " + std::to_string(bits) + (isBig ? " MM" : " II"));
-        TiffKind kind{.channels = channels, .bits = bits, .isFloat = bits == 32};
+        SCOPED_TRACE(std::to_string(channels) + NameOf(bits, isFloat) + (isBig ? " MM" : " II"));
+        TiffKind kind{.channels = channels, .bits = bits, .isFloat = isFloat};
         kind.isBig = isBig;
         ExpectSame(MakeTiff(kind));
         if (channels % 2 != 0) continue;
@@ -117,12 +129,12 @@ TEST_F(LightTiff, ReadAndWriteEveryTypeAndLayout) {
 
 TEST_F(LightTiff, ReadAndWriteEveryCompression) {
   for (const int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS}) {
-    for (const int bits : {8, 16, 32}) {
+    for (const auto& [bits, isFloat] : kSamples) {
       for (const bool hasPredictor : {false, true}) {
         if (hasPredictor && compression != COMPRESSION_LZW && compression != COMPRESSION_ADOBE_DEFLATE) continue;
         for (const int stripRows : {1, 3, 7, 32}) {
-          SCOPED_TRACE(std::to_string(compression) + ' ' + std::to_string(bits) + ' ' + std::to_string(stripRows));
-          TiffKind kind{.channels = 4, .bits = bits, .isFloat = bits == 32, .compression = compression};
+          SCOPED_TRACE(std::to_string(compression) + NameOf(bits, isFloat) + ' ' + std::to_string(stripRows));
+          TiffKind kind{.channels = 4, .bits = bits, .isFloat = isFloat, .compression = compression};
           kind.hasPredictor = hasPredictor;
           kind.stripRows = stripRows;
           ExpectSame(MakeTiff(kind));
@@ -276,15 +288,23 @@ TEST_F(LightTiff, LeaveFilesOfSeveralPictures) {
   ExpectLeft(path);
 }
 
-// Halves are the full library's, and so are files that others have told of.
-TEST_F(LightTiff, LeaveOutputsOfHalves) {
-  const auto read = Read(Light, MakeTiff({.channels = 4, .bits = 16}), 32);
-  UsePictures(Light);
+TEST_F(LightTiff, WriteHalvesOfAnySource) {
   OutputOptions options{.overwrite = true, .sync = false};
   options.storage.type = SampleType::Half;
-  EXPECT_THROW(
-      PictureWriter().WriteBeside(folder_.path() / "half.tif", read->image, read->facts.metadata.get(), options),
-      Failure);
+  const auto path = folder_.path() / "half.tif";
+  for (const auto& [bits, isFloat] : kSamples) {
+    const auto read = Read(Light, MakeTiff({.channels = 4, .bits = bits, .isFloat = isFloat}), 32);
+    std::string seen;
+    for (const auto library : {Light, Full}) {
+      UsePictures(library);
+      PictureWriter().WriteBeside(path, read->image, read->facts.metadata.get(), options).Commit();
+      UsePictures(Full);
+      const std::string now = Shown(ReportPicture(path)) + Read(Full, path, 32)->Pixels();
+      if (seen.empty()) seen = now;
+      EXPECT_TRUE(seen == now) << NameOf(bits, isFloat);
+    }
+    EXPECT_NE(seen.find("R:half"), std::string::npos);
+  }
 }
 
 TEST_F(LightTiff, TellOfDamagedPixelsAsTheFullLibraryDoes) {
