@@ -34,7 +34,11 @@ bool IsPlain(const LightAttributes& attributes) {
   const float aspect = attributes.Number("YResolution", 0.0f) / attributes.Number("XResolution", 1.0f);
   const bool hasResolution =
       isUsual("XResolution") && isUsual("YResolution") && attributes.Number("PixelAspectRatio", aspect) == aspect;
+  // Square pixels of no known size.
+  const bool isSquare = attributes.Find("XResolution") == nullptr && attributes.Find("YResolution") == nullptr &&
+                        attributes.Number("PixelAspectRatio", 1.0f) == 1.0f;
   return std::ranges::all_of(attributes.All(), [&](const PictureAttribute& each) {
+    if (each.name == "PixelAspectRatio" && isSquare) return true;
     if (each.name == "ICCProfile" || each.name == "Orientation") return true;
     if (each.name == "ResolutionUnit") return hasResolution && UnitOf(each.value) != 0;
     if (each.name == "XResolution" || each.name == "YResolution" || each.name == "PixelAspectRatio")
