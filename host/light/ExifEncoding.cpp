@@ -200,17 +200,4 @@ bool IsEncodedInExif(const PictureAttribute& attribute) {
   return false;
 }
 
-std::string EncodedIptc(const LightAttributes& attributes) {
-  constexpr std::pair<char, const char*> kTexts[] = {
-      {65, "Software"}, {80, "Artist"}, {116, "Copyright"}, {120, "ImageDescription"}};
-  std::string block;
-  for (const auto& [number, name] : kTexts) {
-    const std::string text = attributes.Text(name);
-    if (text.empty()) continue;
-    block += {'\x1c', '\2', number, static_cast<char>(text.size() >> 8), static_cast<char>(text.size() & 0xff)};
-    block += text;
-  }
-  return block;
-}
-
 }  // namespace vblur::host

@@ -1,4 +1,4 @@
-// Blocks of Exif data and of IPTC data, of what is known of a picture.
+// Blocks of Exif data, of what is known of a picture.
 #pragma once
 
 #include <optional>
@@ -15,9 +15,5 @@ std::optional<std::string> EncodedExif(const LightAttributes& attributes);
 
 // Whether it writes the attribute, and what is read again has its name.
 bool IsEncodedInExif(const PictureAttribute& attribute);
-
-// The texts that IPTC data have under names of their own: the program, the author, the copyright and the description.
-// Empty for none.
-std::string EncodedIptc(const LightAttributes& attributes);
 
 }  // namespace vblur::host

@@ -7,6 +7,7 @@
 #include "host/base/NameMatch.h"
 #include "host/formats/ExifBlock.h"
 #include "host/light/ExifEncoding.h"
+#include "host/light/IptcTexts.h"
 #include "host/light/LightMetadata.h"
 
 namespace vblur::host {
@@ -29,7 +30,7 @@ bool IsKnown(const LightAttributes& attributes) {
   for (const PictureAttribute& each : attributes.All()) {
     if (each.IsText()) length += each.value.size();
     const bool isKeywords = EqualIgnoringCase(each.name, "Keywords");
-    if (!IsKnownGroup(each.name) || isKeywords) return false;
+    if ((!IsKnownGroup(each.name) && !IsIptcText(each.name)) || isKeywords) return false;
   }
   return length <= kMostText;
 }
@@ -109,7 +110,7 @@ std::optional<JpegHead> JpegHeadOf(const PictureToWrite& picture, PixelLayout pi
   if (!exif) return std::nullopt;
   head.exif = *std::move(exif);
   head.isSourcesExif = PassesExif(picture);
-  head.iptc = EncodedIptc(attributes);
+  head.iptc = IptcSegmentOf(attributes);
   head.profile = attributes.Profile();
   if (const std::string text = attributes.Text("ImageDescription"); !text.empty()) head.comment = text + '\0';
   return head;

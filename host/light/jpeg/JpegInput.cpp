@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/light/ExifDecoding.h"
+#include "host/light/IptcTexts.h"
 
 namespace vblur::host {
 
@@ -46,8 +47,13 @@ bool JpegInput::TakeMetadata() {
   auto exif = DecodeExif(plain_.exif);
   if (!exif) return false;
   attributes_.AddText("oiio:ColorSpace", "sRGB");
+  // The comment is the description where Exif data have none.
+  const std::string described = exif->attributes.Text("ImageDescription");
+  const std::string& description = described.empty() ? plain_.description : described;
+  if (plain_.isDescribedFirst) attributes_.AddText("ImageDescription", description);
   attributes_.Merge(exif->attributes);
-  if (!plain_.description.empty()) attributes_.Set("ImageDescription", "string", plain_.description);
+  if (!description.empty()) attributes_.Set("ImageDescription", "string", description);
+  if (!plain_.iptc.empty() && !TakeIptcSegment(plain_.iptc, attributes_)) return false;
   unread_ = std::move(exif->unread);
   return TakeResolution(exif->attributes) && TakeProfile();
 }

@@ -114,12 +114,7 @@ class Writing {
     if (head_.isSourcesExif) PutSegment(kExif, exif, head_.exif);
     if (!head_.comment.empty()) PutSegment(JPEG_COM, "", head_.comment);
     if (!head_.isSourcesExif) PutSegment(kExif, exif, head_.exif);
-    if (!head_.iptc.empty()) {
-      const auto length = head_.iptc.size();
-      std::string begin("Photoshop 3.0\0008BIM\4\4\0\0\0\0", 24);
-      begin += {static_cast<char>(length >> 8), static_cast<char>(length & 0xff)};
-      PutSegment(kIptc, begin, head_.iptc);
-    }
+    if (!head_.iptc.empty()) PutSegment(kIptc, "", head_.iptc);
     if (!head_.profile.empty())
       jpeg_write_icc_profile(&jpeg_, BytesOf(head_.profile), static_cast<unsigned>(head_.profile.size()));
   }

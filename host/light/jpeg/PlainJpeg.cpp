@@ -22,6 +22,7 @@ enum Marker : std::uint8_t {
   App0 = 0xe0,
   App1 = 0xe1,
   App2 = 0xe2,
+  App13 = 0xed,
   Comment = 0xfe,
 };
 
@@ -62,14 +63,20 @@ class Segments {
       case App1: {
         const bool isFirst = jpeg.exif.empty() && data.starts_with("Exif\0\0"sv);
         if (isFirst) jpeg.exif = data.substr(6);
-        return isFirst && jpeg.exif.size() >= 8;
+        return isFirst && jpeg.exif.size() >= 8 && jpeg.iptc.empty();
       }
       case Comment: {
         // A zero ends it, which many programs write.
         const std::string text = data.substr(0, data.ends_with('\0') ? data.size() - 1 : data.size());
         const bool isFirst = jpeg.description.empty() && IsPlainText(text);
         jpeg.description = text;
-        return isFirst;
+        jpeg.isDescribedFirst = jpeg.exif.empty();
+        return isFirst && jpeg.iptc.empty();
+      }
+      case App13: {
+        const bool isFirst = jpeg.iptc.empty();
+        jpeg.iptc = data;
+        return isFirst && !data.empty();
       }
       case Baseline:
       case Progressive: {

@@ -8,13 +8,15 @@
 namespace vblur::host {
 
 struct PlainJpeg {
-  std::string exif;         // empty: none
-  std::string description;  // a comment; empty: none
+  std::string exif;               // empty: none
+  std::string description;        // a comment; empty: none
+  bool isDescribedFirst = false;  // before the Exif data
+  std::string iptc;               // a segment, behind both; empty: none
 };
 
-// Of a file to open, by its segments before the pixels. Nothing for a file that is not plain: one with IPTC, XMP,
-// several comments, segments of single programs, four components, other than baseline and progressive coding, or with a
-// second picture behind the first.
+// Of a file to open, by its segments before the pixels. Nothing for a file that is not plain: one with XMP, several
+// comments, segments of single programs, four components, other than baseline and progressive coding, or with a second
+// picture behind the first.
 std::optional<PlainJpeg> PlainJpegOf(const std::filesystem::path& file);
 
 }  // namespace vblur::host

@@ -11,6 +11,7 @@
 #include <png.h>
 
 #include "host/formats/PngHead.h"
+#include "host/light/IptcTexts.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
 #include "host/light/MeantNames.h"
@@ -56,7 +57,7 @@ bool IsPlain(const LightAttributes& attributes) {
       if (attributes.Number(name, 0.0f) != 1.0f) return false;
     } else if (name == "DateTime") {
       if (!IsDate(each.value)) return false;
-    } else if (each.IsText() ? !IsPlainKeyword(name) : !IsNotedName(name)) {
+    } else if (each.IsText() ? !IsPlainKeyword(name) && !IsIptcText(name) : !IsNotedName(name)) {
       return false;
     }
   }

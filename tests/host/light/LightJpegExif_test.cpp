@@ -14,19 +14,36 @@ namespace {
 
 class LightJpegExif : public LightPicturesTest {
  protected:
+  static std::string Segment(int marker, const std::string& data) {
+    const std::size_t length = data.size() + 2;
+    return std::string{'\xff', static_cast<char>(marker), static_cast<char>(length >> 8),
+                       static_cast<char>(length & 0xff)} +
+           data;
+  }
+  static std::string ExifSegment(const std::string& block) {
+    return Segment(0xe1, "Exif" + std::string(2, '\0') + block);
+  }
+  static std::string IptcSegment(const std::string& sets) {
+    const std::size_t length = sets.size();
+    return Segment(0xed, std::string("Photoshop 3.0\0008BIM\4\4\0\0\0\0", 24) + static_cast<char>(length >> 8) +
+                             static_cast<char>(length & 0xff) + sets);
+  }
+  static std::string IptcSet(int number, const std::string& text) {
+    return "\x1c\2" + std::string{static_cast<char>(number), '\0', static_cast<char>(text.size())} + text;
+  }
+
   // Behind its head, or in its place.
   std::filesystem::path Make(const std::string& block, bool hasHead = true, int density = 0) const {
+    return MakeOf(ExifSegment(block), hasHead, density);
+  }
+  std::filesystem::path MakeOf(const std::string& segments, bool hasHead = true, int density = 0) const {
     std::string jpeg = PlainBytes();
-    const std::string segment = "Exif" + std::string(2, '\0') + block;
-    const std::size_t length = segment.size() + 2;
-    std::string marker = "\xff\xe1";
-    marker += {static_cast<char>(length >> 8), static_cast<char>(length & 0xff)};
     constexpr std::size_t kHead = 18;
     if (density > 0) {
       jpeg[11 + 2] = 1;
       jpeg[15] = jpeg[17] = static_cast<char>(density);
     }
-    jpeg = jpeg.substr(0, 2) + (hasHead ? jpeg.substr(2, kHead) : "") + marker + segment + jpeg.substr(2 + kHead);
+    jpeg = jpeg.substr(0, 2) + (hasHead ? jpeg.substr(2, kHead) : "") + segments + jpeg.substr(2 + kHead);
     return Write(jpeg, "in.jpg");
   }
 
@@ -105,6 +122,49 @@ TEST_F(LightJpegExif, ReadAndWriteASmallCopy) {
   ExpectSame(Make(block));
 }
 
+// The description of Exif data goes before it.
+TEST_F(LightJpegExif, ReadAndWriteAComment) {
+  const std::string comment = Segment(0xfe, "A comment");
+  const std::string same = Segment(0xfe, std::string("A picture\0", 10));
+  for (const bool isDescribed : {false, true}) {
+    const std::string exif =
+        ExifSegment(ExifTestBlock(false).Build(isDescribed ? kPicture : Fields{Text(0x0131, "A program")}, {}, {}));
+    for (const std::string& segments : {comment + exif, exif + comment, same + exif, exif + same}) {
+      SCOPED_TRACE(isDescribed);
+      const auto path = MakeOf(segments);
+      // One of two texts is lost, which is told.
+      const bool isKnown = FailureOf(Light, path).empty();
+      EXPECT_EQ(isKnown, !isDescribed || segments.find("A comment") == std::string::npos);
+      if (isKnown) ExpectSame(path);
+    }
+  }
+}
+
+TEST_F(LightJpegExif, ReadAndWriteIptcTexts) {
+  const std::string program = IptcSet(65, "A program");
+  const std::string all = program + IptcSet(80, "Me") + IptcSet(116, "Us") + IptcSet(120, "A picture");
+  ExpectSame(MakeOf(IptcSegment(program)));
+  ExpectSame(MakeOf(IptcSegment(all)));
+  ExpectSame(MakeOf(IptcSegment(program + IptcSet(65, "Another"))));
+  ExpectSame(MakeOf(ExifSegment(ExifTestBlock(false).Build(kPicture, {}, {})) + IptcSegment(all)));
+  ExpectSame(MakeOf(Segment(0xfe, "A comment") + IptcSegment(all)));
+}
+
+// What either library has made of texts, again and again.
+TEST_F(LightJpegExif, ReadAndWriteWhatTheyHaveWritten) {
+  auto from = Make(ExifTestBlock(false).Build({Text(0x0131, "A program"), Text(0x010e, "A picture"), Text(0x8298, "Us"),
+                                               Fraction(0x011a, 72, 1), Fraction(0x011b, 72, 1), Short(0x0128, 2)},
+                                              {}, {}));
+  const auto tiff = folder_.path() / "in.tif";
+  Written(Full, *Read(Full, from, 8), "in.tif");
+  from = tiff;
+  for (const char* name : {"first.jpg", "second.jpg", "third.jpg"}) {
+    Written(Light, *Read(Light, from, 8), name);
+    from = folder_.path() / name;
+    ExpectSame(from);
+  }
+}
+
 // Whatever the types of their values.
 TEST_F(LightJpegExif, ReadFieldsOfAnyType) {
   std::mt19937 random(11);
@@ -149,6 +209,21 @@ TEST_F(LightJpegExif, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   const std::string whole = ExifTestBlock(false).Build(kPicture, kCamera, kPlace);
   for (const std::size_t length : {9u, 30u, 300u, 900u})
     ExpectLeft(Make(whole.substr(0, length)));
+  const std::string exif = ExifSegment(ExifTestBlock(false).Build({Text(0x0131, "A program")}, {}, {}));
+  const std::string iptc = IptcSegment(IptcSet(65, "A program"));
+  ExpectLeft(MakeOf(iptc + exif));
+  ExpectLeft(MakeOf(iptc + Segment(0xfe, "A comment")));
+  ExpectLeft(MakeOf(iptc + iptc));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(90, "Berlin"))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(80, "Me") + IptcSet(80, "You"))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(80, "Me; You"))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(80, " Me"))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(120, "Caf\xe9"))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(120, ""))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(65, "A program").substr(0, 9))));
+  ExpectLeft(MakeOf(IptcSegment(IptcSet(65, "A program") + "more")));
+  ExpectLeft(MakeOf(Segment(0xed, "Photoshop 3.0")));
+  ExpectLeft(MakeOf(exif + exif));
   // A directory that leads to itself.
   ExpectLeft(Make(ExifTestBlock(false).Build({Long(0x8769, 8)}, {}, {})));
 }
