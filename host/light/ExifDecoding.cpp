@@ -219,13 +219,12 @@ std::optional<DecodedExif> DecodeExif(const std::string& block) {
 }
 
 bool NameResolutionUnit(const LightAttributes& ofExif, LightAttributes& all) {
-  constexpr const char* kUnits[] = {"none", "in", "cm"};
   const PictureAttribute* const unit = all.Find("ResolutionUnit");
   if (unit == nullptr || (unit->IsText() && unit->value != "none")) return true;
   const float number = ofExif.Number("ResolutionUnit", 0.0f);
   const bool isOfExif = ofExif.Number("XResolution", 0.0f) == all.Number("XResolution", 0.0f);
   if (!isOfExif || number < 1.0f || number > 3.0f) return unit->IsText();
-  all.Set("ResolutionUnit", "string", kUnits[static_cast<std::size_t>(number) - 1]);
+  all.Set("ResolutionUnit", "string", kResolutionUnits[static_cast<std::size_t>(number) - 1]);
   return true;
 }
 

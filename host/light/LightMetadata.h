@@ -1,6 +1,7 @@
 // What a plain picture file holds beside its pixels, as the light library reads it.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,6 +15,10 @@
 #include "host/light/PictureMetadata.h"
 
 namespace vblur::host {
+
+// The names of the units of a resolution, by the numbers that files have: from 0 on in the head of a JPEG file, from 1
+// on in Exif data and TIFF files.
+inline constexpr std::array<const char*, 3> kResolutionUnits = {"none", "in", "cm"};
 
 // The bytes of a number, or of several, as an attribute has them.
 template <typename Value>

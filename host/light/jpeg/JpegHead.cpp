@@ -14,8 +14,6 @@ namespace vblur::host {
 
 namespace {
 
-constexpr const char* kUnits[] = {"none", "in", "cm"};
-
 // Of the other names with a group some become XMP data.
 bool IsKnownGroup(std::string_view name) {
   constexpr std::string_view kGroups[] = {"Exif", "GPS", "oiio", "smpte", "dpx"};
@@ -67,8 +65,8 @@ bool TakeScale(const LightAttributes& attributes, JpegHead& head) {
   if (x > kMost || y > kMost) return false;
   head.x = Stored(x);
   head.y = Stored(y);
-  const auto* const unit = std::ranges::find(kUnits, attributes.Text("ResolutionUnit"));
-  if (unit != std::end(kUnits)) head.unit = static_cast<std::uint8_t>(unit - kUnits);
+  const auto* const unit = std::ranges::find(kResolutionUnits, attributes.Text("ResolutionUnit"));
+  if (unit != kResolutionUnits.end()) head.unit = static_cast<std::uint8_t>(unit - kResolutionUnits.begin());
   return true;
 }
 

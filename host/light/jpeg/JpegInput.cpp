@@ -49,10 +49,10 @@ bool JpegInput::TakeMetadata() {
   attributes_.AddText("oiio:ColorSpace", "sRGB");
   // The comment is the description where Exif data have none.
   const std::string described = exif->attributes.Text("ImageDescription");
-  const std::string& description = described.empty() ? plain_.description : described;
-  if (plain_.isDescribedFirst) attributes_.AddText("ImageDescription", description);
+  const std::string& words = described.empty() ? plain_.description : described;
+  if (plain_.isDescribedFirst) attributes_.AddText("ImageDescription", words);
   attributes_.Merge(exif->attributes);
-  if (!description.empty()) attributes_.Set("ImageDescription", "string", description);
+  if (!words.empty()) attributes_.Set("ImageDescription", "string", words);
   if (!plain_.iptc.empty() && !TakeIptcSegment(plain_.iptc, attributes_)) return false;
   unread_ = std::move(exif->unread);
   return TakeResolution(exif->attributes) && TakeProfile();
@@ -60,7 +60,6 @@ bool JpegInput::TakeMetadata() {
 
 // The numbers of the file's head go before those of Exif data.
 bool JpegInput::TakeResolution(const LightAttributes& ofExif) {
-  constexpr const char* kUnits[] = {"none", "in", "cm"};
   const bool isSilent = jpeg_.density_unit == 0 && jpeg_.X_density == 1 && jpeg_.Y_density == 1;
   const bool isOfHead = jpeg_.saw_JFIF_marker != 0 && !isSilent;
   const bool isOfExif = ofExif.Find("XResolution") != nullptr || ofExif.Find("YResolution") != nullptr ||
@@ -74,7 +73,7 @@ bool JpegInput::TakeResolution(const LightAttributes& ofExif) {
   attributes_.Set("XResolution", "float", BytesOf(x));
   attributes_.Set("YResolution", "float", BytesOf(y));
   if (isOfHead && x != y) attributes_.Set("PixelAspectRatio", "float", BytesOf(y / x));
-  attributes_.Set("ResolutionUnit", "string", kUnits[jpeg_.density_unit]);
+  attributes_.Set("ResolutionUnit", "string", kResolutionUnits[jpeg_.density_unit]);
   return NameResolutionUnit(ofExif, attributes_);
 }
 

@@ -180,7 +180,6 @@ class Directory {
   }
 
   bool TakeResolution(PlainTiff& tiff) const {
-    constexpr std::string_view kUnits[] = {"none", "in", "cm"};
     const bool hasX = tags_.Has(tag::ResolutionX);
     if (hasX != tags_.Has(tag::ResolutionY) || hasX != tags_.Has(tag::ResolutionUnit)) return false;
     if (!hasX) return true;
@@ -191,7 +190,7 @@ class Directory {
     if (!(x > 0.0f) || !(y > 0.0f)) return false;
     tiff.attributes.AddFloat("XResolution", x);
     tiff.attributes.AddFloat("YResolution", y);
-    tiff.attributes.AddText("ResolutionUnit", std::string(kUnits[unit - 1]));
+    tiff.attributes.AddText("ResolutionUnit", std::string(kResolutionUnits[static_cast<std::size_t>(unit) - 1]));
     return true;
   }
 
