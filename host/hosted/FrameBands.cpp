@@ -92,13 +92,12 @@ double BlurAt(const Job& job, double time) {
 }
 
 bool BandsFollowInput(const Job& job) {
-  const bool readsOneInput = job.input && !job.input2 && !job.mask && !job.output.initial;
+  const bool readsOneInput = job.input && !job.input2 && !job.output.initial;
   // What lies beyond the crop comes from its edge, however far that is.
   const bool crops = ValueOf(job, PropertyId::CropBottom) != PropertyOf(PropertyId::CropBottom).defaultValue ||
                      ValueOf(job, PropertyId::CropTop) != PropertyOf(PropertyId::CropTop).defaultValue;
-  const bool convertsColours = job.linear || job.premultipliesAround;
-  return readsOneInput && !crops && !convertsColours && !job.roi && job.field == FieldChoice::Frame &&
-         BandsServe(job) && !BandsAreApart(job) && EntryOf(job, PropertyId::YEdgeMethod) != "Wrap";
+  return readsOneInput && !crops && !job.roi && job.field == FieldChoice::Frame && BandsServe(job) &&
+         !BandsAreApart(job) && EntryOf(job, PropertyId::YEdgeMethod) != "Wrap";
 }
 
 BandSize MostOfBand(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height) {
@@ -116,16 +115,8 @@ BandSize MostOfBand(const Job& job, double time, std::int64_t pictureBytes, std:
 
 namespace {
 
-// Rows of a picture, `end` excluded.
-struct Rows {
-  std::int32_t begin = 0;
-  std::int32_t end = 0;
-
-  std::int32_t Count() const { return end - begin; }
-};
-
 // The rows of the output in its region; none for a region beside it.
-Rows RowsIn(const HostImage& output, const std::optional<Region>& region) {
+HostRows RowsIn(const HostImage& output, const std::optional<Region>& region) {
   if (!region) return {0, output.Height()};
   if (region->x >= output.Width() || std::int64_t{region->x} + region->width <= 0) return {};
   const auto row = [&](std::int64_t y) {
@@ -135,18 +126,18 @@ Rows RowsIn(const HostImage& output, const std::optional<Region>& region) {
 }
 
 // The part of a region in these of its rows. Its first and last rows have what lies below and above the picture.
-Region RegionOfRows(const Region& whole, Rows all, Rows rows) {
+Region RegionOfRows(const Region& whole, HostRows all, HostRows rows) {
   const std::int64_t bottom = rows.begin == all.begin ? whole.y : rows.begin;
   const std::int64_t top = rows.end == all.end ? std::int64_t{whole.y} + whole.height : rows.end;
   return {whole.x, static_cast<std::int32_t>(bottom), whole.width, static_cast<std::int32_t>(top - bottom)};
 }
 
 // Copies rows, counted in `tall`, to and from a picture that holds its rows from `from` on.
-void CopyRows(const HostImage& tall, HostImage& part, Rows rows, std::int32_t from) {
+void CopyRows(const HostImage& tall, HostImage& part, HostRows rows, std::int32_t from) {
   std::memcpy(part.Row(rows.begin - from), tall.Row(rows.begin),
               tall.RowBytes() * static_cast<std::size_t>(rows.Count()));
 }
-void CopyRowsBack(const HostImage& part, HostImage& tall, Rows rows, std::int32_t from) {
+void CopyRowsBack(const HostImage& part, HostImage& tall, HostRows rows, std::int32_t from) {
   std::memcpy(tall.Row(rows.begin), part.Row(rows.begin - from),
               tall.RowBytes() * static_cast<std::size_t>(rows.Count()));
 }
@@ -164,14 +155,14 @@ class BandRenderer {
   }
 
   // Into a picture of its own, with the rows that the filter reads around it and those that blanking clears.
-  HRESULT RenderApart(const Region& region, Rows all, Rows rows) {
+  HRESULT RenderApart(const Region& region, HostRows all, HostRows rows) {
     HostImage& output = *pictures_.output;
-    const auto widened = [](Rows within, Rows to, std::int32_t by) {
-      return Rows{std::max(to.begin, within.begin - by), std::min(to.end, within.end + by)};
+    const auto widened = [](HostRows within, HostRows to, std::int32_t by) {
+      return HostRows{std::max(to.begin, within.begin - by), std::min(to.end, within.end + by)};
     };
     const std::int32_t reach = Reach();
-    const Rows blanked = widened(rows, all, kBlanked);
-    Rows held = widened(blanked, {0, output.Height()}, reach + kBeyondReach);
+    const HostRows blanked = widened(rows, all, kBlanked);
+    HostRows held = widened(blanked, {0, output.Height()}, reach + kBeyondReach);
     held.begin = held.begin / 2 * 2;
     own_.Reset(output.Depth(), output.Components(), output.Width(), held.Count());
     ImageRecord record;
@@ -213,7 +204,7 @@ class BandRenderer {
   HRESULT RenderDownward(std::int32_t rows, const BandSteps& steps) {
     const HostImage& output = *pictures_.output;
     HRESULT result = kOk;
-    for (Rows band{output.Height(), output.Height()}; band.begin > 0;) {
+    for (HostRows band{output.Height(), output.Height()}; band.begin > 0;) {
       band = {std::max(0, band.begin - rows), band.begin};
       steps.before(std::max(0, band.begin - Reach() - kBeyondReach));
       result = Render(Region{0, band.begin, output.Width(), band.Count()});
@@ -278,7 +269,7 @@ HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures&
     afterBand();
     return result;
   };
-  const Rows all = RowsIn(output, region);
+  const HostRows all = RowsIn(output, region);
   const bool apart = BandsAreApart(job);
   // A low region of a large picture is a band: the effect's own pictures are as tall as the one that it writes.
   const bool isWhole = rows >= (apart && all.Count() > 0 ? output.Height() : all.Count());
@@ -292,7 +283,7 @@ HRESULT RenderInBands(HostedEffect& effect, const Job& job, const FramePictures&
   // Bands would hold as much as the whole.
   if (rows + renderer.LeastRows() + 2 * (kBeyondReach + kBlanked) >= output.Height()) return renderWhole();
   HRESULT result = kOk;
-  for (Rows band{all.begin, all.begin}; band.end < all.end;) {
+  for (HostRows band{all.begin, all.begin}; band.end < all.end;) {
     // Bands end with a row of the second field.
     band = {band.end, std::min((band.end + rows) / 2 * 2, all.end)};
     result = apart ? renderer.RenderApart(whole, all, band) : renderer.Render(RegionOfRows(whole, all, band));

@@ -13,6 +13,14 @@
 
 namespace vblur::host {
 
+// Rows of a picture, `end` excluded; 0 is the bottom one.
+struct HostRows {
+  std::int32_t begin = 0;
+  std::int32_t end = 0;
+
+  std::int32_t Count() const { return end - begin; }
+};
+
 class HostImage final : public IDSImage, public IHostOrigin {
  public:
   // The most components of one picture: width times height times components.
@@ -37,6 +45,7 @@ class HostImage final : public IDSImage, public IHostOrigin {
 
   std::int32_t Width() const { return width_; }
   std::int32_t Height() const { return height_; }
+  HostRows AllRows() const { return {0, height_}; }
   std::int32_t Depth() const { return depth_; }
   std::int32_t Components() const { return components_; }
   DSPixelPair FrameCorner() const { return corner_; }

@@ -152,6 +152,12 @@ void CheckPlaces(const FramePictures& pictures) {
                  pictures.mask->Height());
 }
 
+// From the colours that are rendered to those of the file.
+void FinishColours(const Job& job, const FramePictures& pictures, HostRows rows) {
+  if (job.premultipliesAround) DivideByAlpha(*pictures.output, rows);
+  if (pictures.encodesColours) EncodeColours(*pictures.output, rows, pictures.hasPremultipliedColours);
+}
+
 HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures pictures, double time, ExecuteContext& context,
                      const std::function<void()>& afterField) {
   EffectHost host(ProjectOf(job, *pictures.output));
@@ -174,17 +180,21 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
   }
   // Last: some channel choices, and a region beside the picture, write pixels outside the region.
   if (keepsInput) CopyOutside(*region, *pictures.input, *pictures.output);
-  if (job.premultipliesAround && result == kOk) DivideByAlpha(*pictures.output);
-  if (pictures.encodesColours && result == kOk) EncodeColours(*pictures.output, pictures.hasPremultipliedColours);
+  if (result == kOk) FinishColours(job, pictures, output.AllRows());
   return result;
 }
 
-HRESULT RenderBetween(HostedEffect& effect, const Job& job, const FramePictures& pictures, double time,
+HRESULT RenderBetween(HostedEffect& effect, const Job& job, FramePictures pictures, double time,
                       ExecuteContext& context, const BandSteps& steps) {
   EffectHost host(ProjectOf(job, *pictures.output));
+  pictures.maskOffset = MaskOffsetOf(job, pictures);
   CheckPlaces(pictures);
+  HostRows finished{pictures.output->Height(), pictures.output->Height()};
   const auto goesOn = [&](std::int32_t bottom) {
-    return !context.Stopped() && effect.WhyNotRendered().empty() && steps.after(bottom);
+    if (context.Stopped() || !effect.WhyNotRendered().empty()) return false;
+    finished = {bottom, finished.begin};
+    FinishColours(job, pictures, finished);
+    return steps.after(bottom);
   };
   return RenderDownward(effect, job, pictures, host, time, {steps.before, goesOn});
 }

@@ -45,7 +45,7 @@ HRESULT RenderFields(HostedEffect& effect, const Job& job, FramePictures picture
                      const std::function<void()>& afterField);
 
 // As RenderFields, for jobs whose bands follow the input: while it is read and the output is written.
-HRESULT RenderBetween(HostedEffect& effect, const Job& job, const FramePictures& pictures, double time,
+HRESULT RenderBetween(HostedEffect& effect, const Job& job, FramePictures pictures, double time,
                       ExecuteContext& context, const BandSteps& steps);
 
 }  // namespace vblur::host

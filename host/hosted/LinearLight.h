@@ -11,9 +11,9 @@ namespace vblur::host {
 float LinearOf(float encoded);
 float EncodedOf(float linear);
 
-// Change red, green and blue of a four-component picture of 32 bits. Of premultiplied colours, those that alpha was
-// multiplied into: they are divided by it before, and multiplied by it after.
-void DecodeColours(HostImage& image, bool premultiplied);
-void EncodeColours(HostImage& image, bool premultiplied);
+// Change red, green and blue in rows of a four-component picture of 32 bits. Of premultiplied colours, those that alpha
+// was multiplied into: they are divided by it before, and multiplied by it after.
+void DecodeColours(HostImage& image, HostRows rows, bool premultiplied);
+void EncodeColours(HostImage& image, HostRows rows, bool premultiplied);
 
 }  // namespace vblur::host

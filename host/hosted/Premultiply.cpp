@@ -65,8 +65,8 @@ bool HidesColours(const std::byte* row, std::int32_t width) {
 }
 
 template <typename Change>
-void ChangeColours(HostImage& image, Change change) {
-  for (std::int32_t y = 0; y < image.Height(); ++y) {
+void ChangeColours(HostImage& image, HostRows rows, Change change) {
+  for (std::int32_t y = rows.begin; y < rows.end; ++y) {
     switch (image.Depth()) {
       case 8: ChangeRow<std::uint8_t>(image.Row(y), image.Width(), change); break;
       case 16: ChangeRow<std::int16_t>(image.Row(y), image.Width(), change); break;
@@ -77,12 +77,12 @@ void ChangeColours(HostImage& image, Change change) {
 
 }  // namespace
 
-void MultiplyByAlpha(HostImage& image) {
-  ChangeColours(image, Multiply{});
+void MultiplyByAlpha(HostImage& image, HostRows rows) {
+  ChangeColours(image, rows, Multiply{});
 }
 
-bool HasHiddenColours(const HostImage& image) {
-  for (std::int32_t y = 0; y < image.Height(); ++y) {
+bool HasHiddenColours(const HostImage& image, HostRows rows) {
+  for (std::int32_t y = rows.begin; y < rows.end; ++y) {
     const std::byte* const row = image.Row(y);
     const bool hides = image.Depth() == 8    ? HidesColours<std::uint8_t>(row, image.Width())
                        : image.Depth() == 16 ? HidesColours<std::int16_t>(row, image.Width())
@@ -92,8 +92,8 @@ bool HasHiddenColours(const HostImage& image) {
   return false;
 }
 
-void DivideByAlpha(HostImage& image) {
-  ChangeColours(image, Divide{});
+void DivideByAlpha(HostImage& image, HostRows rows) {
+  ChangeColours(image, rows, Divide{});
 }
 
 }  // namespace vblur::host

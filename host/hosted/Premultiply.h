@@ -6,11 +6,11 @@
 
 namespace vblur::host {
 
-// Of four components. Alpha stays as it is.
-void MultiplyByAlpha(HostImage& image);
+// In rows of four components. Alpha stays as it is.
+void MultiplyByAlpha(HostImage& image, HostRows rows);
 // Whether a pixel of an alpha of 0 or less has a colour: multiplied by its alpha, it is lost.
-bool HasHiddenColours(const HostImage& image);
+bool HasHiddenColours(const HostImage& image, HostRows rows);
 // Where alpha is 0 or less, colours stay as they are.
-void DivideByAlpha(HostImage& image);
+void DivideByAlpha(HostImage& image, HostRows rows);
 
 }  // namespace vblur::host

@@ -27,39 +27,78 @@ bool HasPremultipliedColours(const Job& job, const ReadPicture& read) {
   return read.associatedAlpha && !job.premultipliesAround;
 }
 
-// From the colours of the file to those that are rendered.
-void Convert(const Job& job, const std::filesystem::path& path, ReadPicture& read, HostImage& image) {
-  if (job.linear && read.info.transfer == Transfer::Other) {
-    Refuse("linear", InputName(path) + ": its colours are logarithmic, expected sRGB or linear light");
+// From the colours of the file to those that are rendered, some rows after the others.
+class ColourConversion {
+ public:
+  ColourConversion(const Job& job, const std::filesystem::path& path, HostImage& image)
+      : job_(job), path_(path), image_(image) {}
+
+  // When it is known what the file declares, before any rows.
+  void Begin(const ReadPicture& read) {
+    if (job_.linear && read.info.transfer == Transfer::Other)
+      Refuse("linear", InputName(path_) + ": its colours are logarithmic, expected sRGB or linear light");
+    decodes_ = job_.linear && read.info.transfer == Transfer::Srgb;
+    isPremultiplied_ = HasPremultipliedColours(job_, read);
+    left_ = image_.Height();
   }
-  if (job.linear && read.info.transfer == Transfer::Srgb) DecodeColours(image, HasPremultipliedColours(job, read));
-  if (!job.premultipliesAround) return;
-  if (HasHiddenColours(image)) {
-    read.losses.push_back(InputName(path) + ": colours under transparent pixels are lost by premultiply around");
+
+  // So many rows, from the top on, are there.
+  void Reach(std::int32_t rows) {
+    const HostRows next{image_.Height() - rows, left_};
+    left_ = next.begin;
+    if (decodes_) DecodeColours(image_, next, isPremultiplied_);
+    if (!job_.premultipliesAround) return;
+    hidesColours_ = hidesColours_ || HasHiddenColours(image_, next);
+    MultiplyByAlpha(image_, next);
   }
-  MultiplyByAlpha(image);
-}
+
+  // Adds what is lost, after the last rows.
+  void End(ReadPicture& read) const {
+    if (hidesColours_)
+      read.losses.push_back(InputName(path_) + ": colours under transparent pixels are lost by premultiply around");
+  }
+
+ private:
+  const Job& job_;
+  const std::filesystem::path& path_;
+  HostImage& image_;
+  bool decodes_ = false;
+  bool isPremultiplied_ = false;
+  bool hidesColours_ = false;
+  std::int32_t left_ = 0;  // rows from the bottom on are not converted
+};
 
 }  // namespace
 
 ReadPicture JobPicture::ReadInto(PictureReader& reader, std::int32_t frame, std::int32_t depth, HostImage& image,
                                  const Watch* watch) {
   const auto path = FileOf(frame);
-  bool isPlaced = false;
+  ColourConversion colours(job_, path, image);
+  bool isWatched = false;
   ReadingWatch rows;
   if (watch != nullptr) {
     rows.onSize = [&](const ReadPicture& read) {
       image.Place(record_);
-      isPlaced = true;
+      isWatched = true;
+      colours.Begin(read);
       watch->onSize(Describe(frame, read, image));
     };
-    rows.onRows = watch->onRows;
+    rows.onRows = [&](std::int32_t count) {
+      colours.Reach(count);
+      watch->onRows(count);
+    };
   }
   auto read = choice_.use == PictureUse::Mask
                   ? reader.ReadMask(path, depth, image, choice_)
                   : reader.ReadColour(path, depth, image, choice_, watch != nullptr ? &rows : nullptr);
-  if (choice_.use == PictureUse::Colour) Convert(job_, path, read, image);
-  if (!isPlaced) image.Place(record_);
+  if (choice_.use == PictureUse::Colour) {
+    if (!isWatched) {
+      colours.Begin(read);
+      colours.Reach(image.Height());
+    }
+    colours.End(read);
+  }
+  if (!isWatched) image.Place(record_);
   const std::lock_guard hold(counting_);
   beyond_.Add(read.beyond);
   return read;
@@ -229,6 +268,19 @@ void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth) {
   ResetOutput(depth);
 }
 
+// Bands need all of it.
+void FrameBuffers::ReadMaskFirst(std::int32_t frame, std::int32_t depth) {
+  mask_ = {};
+  if (!source_.mask_) return;
+  try {
+    mask_ = source_.mask_->Read(reader_, frame, depth, maskBuffer_);
+  } catch (const Failure&) {
+    // An input that cannot be read either is told first.
+    source_.input_->Read(reader_, frame, depth, inputBuffer_);
+    throw;
+  }
+}
+
 void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth, const Watch& watch) {
   bool isReady = false;
   const JobPicture::Watch rows{[&](const JobPicture::Loaded& loaded) {
@@ -239,6 +291,7 @@ void FrameBuffers::Prepare(std::int32_t frame, std::int32_t depth, const Watch& 
                                },
                                watch.onRows};
   frame_.reset();
+  ReadMaskFirst(frame, depth);
   const JobPicture::Loaded read = source_.input_->Read(reader_, frame, depth, inputBuffer_, &rows);
   if (isReady) {
     // The rest is in use.

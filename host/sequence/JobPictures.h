@@ -104,7 +104,7 @@ class FrameBuffers {
   // Reads the inputs of a frame unless they are loaded, and resets the output. Throws Failure that names the file,
   // or FileInterrupted.
   void Prepare(std::int32_t frame, std::int32_t depth);
-  // The same for a job with the first input alone, whose colours are rendered as they are, while others use its rows.
+  // The same for a job with the first input alone, or with a mask, while others use the input's rows.
   struct Watch {
     // The pictures have their size, and the output is reset. Warnings come later. Not called where that takes all rows.
     std::function<void()> onReady;
@@ -123,6 +123,7 @@ class FrameBuffers {
 
  private:
   void Read(std::int32_t frame, std::int32_t depth);
+  void ReadMaskFirst(std::int32_t frame, std::int32_t depth);
   void ResetOutput(std::int32_t depth);
 
   JobPictures& source_;

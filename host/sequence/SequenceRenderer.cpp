@@ -345,7 +345,8 @@ bool SequenceRun::StagesOverlap() const {
   const std::int32_t first = frames_.FrameAt(0);
   if (frames_.Count() != 1 || writingThreads_ == 1 || !BandsFollowInput(job_)) return false;
   // What is lost of a picture that the output replaces is known when all of it is read.
-  return !files_.IsReplaced(files_.Pictures().FilesOf(first).front(), first);
+  return std::ranges::none_of(files_.Pictures().FilesOf(first),
+                              [&](const auto& file) { return files_.IsReplaced(file, first); });
 }
 
 void SequenceRun::CarryOverlapped(FrameSlot& slot) {

@@ -51,8 +51,8 @@ DrawnFrame GoldenFrame(const std::filesystem::path& file, const GoldenPicture& p
 
 // From the colours of files of the sRGB transfer function to those that are rendered.
 void Convert(const host::Job& job, host::HostImage& image) {
-  if (job.linear) host::DecodeColours(image, false);
-  if (job.premultipliesAround) host::MultiplyByAlpha(image);
+  if (job.linear) host::DecodeColours(image, image.AllRows(), false);
+  if (job.premultipliesAround) host::MultiplyByAlpha(image, image.AllRows());
 }
 
 }  // namespace

@@ -92,12 +92,12 @@ float ComponentOf(const HostImage& image, std::size_t i) {
 TEST(LinearLight, AlphaStays) {
   HostImage image;
   Fill(image, {0.5f, 0.0f, 1.0f, 0.5f, 0.06f, 0.12f, 0.18f, 0.0f});
-  DecodeColours(image, false);
+  DecodeColours(image, image.AllRows(), false);
   EXPECT_EQ(ComponentOf(image, 0), LinearOf(0.5f));
   EXPECT_EQ(ComponentOf(image, 3), 0.5f);
   EXPECT_EQ(ComponentOf(image, 6), LinearOf(0.18f));
   EXPECT_EQ(ComponentOf(image, 7), 0.0f);
-  EncodeColours(image, false);
+  EncodeColours(image, image.AllRows(), false);
   EXPECT_NEAR(ComponentOf(image, 0), 0.5f, 1e-7f);
   EXPECT_EQ(ComponentOf(image, 3), 0.5f);
 }
@@ -106,10 +106,10 @@ TEST(LinearLight, AlphaStays) {
 TEST(LinearLight, PremultipliedColoursAreDividedMeanwhile) {
   HostImage image;
   Fill(image, {0.5f, 0.25f, 0.0f, 0.5f});
-  DecodeColours(image, true);
+  DecodeColours(image, image.AllRows(), true);
   EXPECT_EQ(ComponentOf(image, 0), 0.5f);
   EXPECT_EQ(ComponentOf(image, 1), LinearOf(0.5f) * 0.5f);
-  EncodeColours(image, true);
+  EncodeColours(image, image.AllRows(), true);
   EXPECT_EQ(ComponentOf(image, 0), 0.5f);
   EXPECT_NEAR(ComponentOf(image, 1), 0.25f, 1e-7f);
 }

@@ -7,12 +7,13 @@
 namespace vblur::host {
 namespace {
 
-std::vector<std::int32_t> Changed(void (*change)(HostImage&), std::int32_t depth, std::vector<std::int32_t> pixel) {
+std::vector<std::int32_t> Changed(void (*change)(HostImage&, HostRows), std::int32_t depth,
+                                  std::vector<std::int32_t> pixel) {
   HostImage image;
   image.Reset(depth, 4, 1, 1);
   for (std::size_t c = 0; c < 4; ++c)
     SetComponent(image, c, pixel[c]);
-  change(image);
+  change(image, image.AllRows());
   return Components(image);
 }
 
@@ -38,6 +39,21 @@ TEST(Premultiply, ColoursAreDividedToTheNearestWithinTheirRange) {
 TEST(Premultiply, OpaqueColoursStay) {
   for (std::int32_t value = 0; value <= 255; ++value)
     EXPECT_EQ(Changed(DivideByAlpha, 8, Changed(MultiplyByAlpha, 8, {value, 0, 0, 255})), (Pixel{value, 0, 0, 255}));
+}
+
+TEST(Premultiply, OtherRowsStay) {
+  HostImage image;
+  image.Reset(8, 4, 1, 3);
+  const Pixel before = {200, 100, 50, 51, 200, 100, 50, 51, 200, 100, 0, 0};
+  for (std::size_t c = 0; c < before.size(); ++c)
+    SetComponent(image, c, before[c]);
+  EXPECT_FALSE(HasHiddenColours(image, {0, 2}));
+  EXPECT_TRUE(HasHiddenColours(image, {2, 3}));
+  EXPECT_FALSE(HasHiddenColours(image, {3, 3}));
+  MultiplyByAlpha(image, {1, 2});
+  EXPECT_EQ(Components(image), (Pixel{200, 100, 50, 51, 40, 20, 10, 51, 200, 100, 0, 0}));
+  DivideByAlpha(image, {1, 2});
+  EXPECT_EQ(Components(image), before);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Whole files, by stages that overlap and by stages one after the other.
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <limits>
 #include <string>
 #include <vector>
@@ -116,6 +117,74 @@ TEST_F(FrameOverlapOfFiles, AreTheSameOfPicturesWithWindows) {
   EXPECT_EQ(info.data, (FileWindow{25, 285, 130, 230}));
 }
 
+TEST_F(FrameOverlapOfFiles, AreTheSameInLinearLight) {
+  job_.depth = 32;
+  job_.linear = true;
+  for (const bool isAround : {false, true}) {
+    job_.premultipliesAround = isAround;
+    for (const std::string extension : {"png", "tif", "exr"}) {
+      ExpectSame(MakeNoise("in." + extension), extension);
+      ExpectSame("in." + extension, "tif");
+    }
+    // Its colours are amounts of light, which is told.
+    EXPECT_EQ(Warnings().empty(), false);
+  }
+}
+
+TEST_F(FrameOverlapOfFiles, AreTheSameOfAssociatedAlphaInLinearLight) {
+  const auto path = folder_.path() / MakeNoise("in.tif");
+  std::string bytes = Bytes(path);
+  // Its tag of further samples.
+  const std::size_t entry = bytes.find(std::string("\x52\1\3\0\1\0\0\0\2\0", 10));
+  ASSERT_NE(entry, std::string::npos);
+  bytes[entry + 8] = 1;
+  std::ofstream(path, std::ios::binary) << bytes;
+  job_.depth = 32;
+  job_.linear = true;
+  ExpectSame("in.tif", "tif");
+}
+
+TEST_F(FrameOverlapOfFiles, AreTheSameWithAMask) {
+  MakeNoise("mask.png");
+  job_.mask.emplace().file = "mask.png";
+  for (const std::string extension : {"png", "exr"})
+    ExpectSame(MakeNoise("in." + extension), extension);
+  job_.mask->offset = {40, -100};
+  ExpectSame("in.png", "png");
+  // A mask of another size, which is told.
+  MakeNoise("mask.exr");
+  job_.mask->file = "mask.exr";
+  job_.mask->offset = {};
+  ExpectSame("in.png", "png");
+}
+
+TEST_F(FrameOverlapOfFiles, WithoutTheirMaskAreNotMade) {
+  options_.overwrite = true;
+  MakeNoise("in.png");
+  MakeNoise("in.dpx");
+  job_.mask.emplace().file = "in.dpx";
+  std::filesystem::resize_file(folder_.path() / "in.dpx", 5000);
+  Render("in.png", "out.png", 4);
+  EXPECT_EQ(summary_.code, ExitCode::CannotRead);
+  EXPECT_NE(seen_.results.front().message.find("in.dpx"), std::string::npos) << seen_.results.front().message;
+  ExpectNothingWritten();
+  // What the input lacks is told first.
+  std::filesystem::resize_file(folder_.path() / "in.png", 5000);
+  Render("in.png", "out.png", 4);
+  EXPECT_EQ(summary_.code, ExitCode::CannotRead);
+  EXPECT_NE(seen_.results.front().message.find("in.png"), std::string::npos) << seen_.results.front().message;
+  ExpectNothingWritten();
+}
+
+TEST_F(FrameOverlapOfFiles, MayTakeThePlaceOfTheirMask) {
+  MakeNoise("in.png");
+  MakeNoise("mask.png");
+  job_.mask.emplace().file = "mask.png";
+  options_.overwrite = true;
+  const std::string expected = Render("in.png", "out.png", 1);
+  EXPECT_TRUE(Render("in.png", "mask.png", 4) == expected);
+}
+
 TEST_F(FrameOverlapOfFiles, AreRenderedInBands) {
   const std::string from = MakeNoise("in.png");
   int renders = 0;
@@ -128,6 +197,13 @@ TEST_F(FrameOverlapOfFiles, AreRenderedInBands) {
   Render(from, "out.png", 4);
   EXPECT_EQ(renders, 17);
   EXPECT_EQ(seen_.results.front().overscan->left, 15.0);
+  renders = 0;
+  job_.mask.emplace().file = MakeNoise("mask.png");
+  job_.depth = 32;
+  job_.linear = job_.premultipliesAround = true;
+  Render(from, "out.png", 4);
+  EXPECT_EQ(renders, 17);
+  EXPECT_EQ(Warnings().size(), 1U) << "colours under transparent pixels";
   // A sequence is read while other frames of it are rendered.
   renders = 0;
   job_.frames = FrameRange{1, 2, 1};
