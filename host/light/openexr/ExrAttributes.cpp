@@ -51,23 +51,13 @@ constexpr std::array<KnownAttribute, 16> kKnown = {{{"owner", "Copyright", "stri
                                                     {"screenWindowWidth", "screenWindowWidth", "float"}}};
 
 // What the header says of pixels, which is told elsewhere.
-constexpr std::string_view kOfPixels[] = {"channels",      "compression", "dataWindow",
-                                          "displayWindow", "lineOrder",   "type"};
+constexpr std::string_view kOfPixels[] = {"channels",  "compression", "dataWindow", "displayWindow",
+                                          "lineOrder", "tiles",       "type"};
 
 // Further names that the format or the full library has a use for.
-constexpr std::string_view kUsed[] = {"description",
-                                      "expTime",
-                                      "keyCode",
-                                      "tiles",
-                                      "tiledesc",
-                                      "maxSamplesPerPixel",
-                                      "envmap",
-                                      "version",
-                                      "preview",
-                                      "deepImageState",
-                                      "multiView",
-                                      "cameraTransform",
-                                      "acesImageContainerFlag",
+constexpr std::string_view kUsed[] = {"description",        "expTime",   "keyCode",         "tiledesc",
+                                      "maxSamplesPerPixel", "envmap",    "version",         "preview",
+                                      "deepImageState",     "multiView", "cameraTransform", "acesImageContainerFlag",
                                       "colorInteropID"};
 
 // Types of attributes that pass by their own name.

@@ -10,6 +10,9 @@
 
 #include <ImfChannelList.h>
 #include <ImfHeader.h>
+#include <ImfPartType.h>
+#include <ImfTileDescription.h>
+#include <ImfVersion.h>
 
 #include "host/formats/ExrHeader.h"
 #include "host/formats/FileBytes.h"
@@ -21,17 +24,18 @@ namespace vblur::host {
 
 namespace {
 
-// A file of version 2 with one part of scan lines, whose header does not ask for more than the file can hold.
-bool IsOfScanLines(std::istream& file) {
+// A file of version 2 with one part of scan lines or tiles, whose header does not ask for more than the file can hold.
+bool IsOfOnePart(std::istream& file) {
   constexpr std::size_t kVersionEnd = 8;
   constexpr std::string_view kMagic = "\x76\x2f\x31\x01";
   constexpr std::int64_t kVersion = 2;
+  constexpr std::int64_t kTiles = 0x200;
   constexpr std::int64_t kLongNames = 0x400;
   const std::int64_t length = file.seekg(0, std::ios::end).tellg();
   std::string head(kVersionEnd, '\0');
   file.seekg(0);
   if (!file.read(head.data(), static_cast<std::streamsize>(head.size())) || !head.starts_with(kMagic)) return false;
-  return (Little32(head, 4) & ~kLongNames) == kVersion && IsSoundExrHeader(file, length);
+  return (Little32(head, 4) & ~(kTiles | kLongNames)) == kVersion && IsSoundExrHeader(file, length);
 }
 
 std::optional<FileWindow> WindowOf(const Imath::Box2i& box) {
@@ -59,7 +63,7 @@ std::optional<FileChannel> ChannelOf(const Imf::Header& header, const char* name
 std::unique_ptr<ExrInput> ExrInput::Open(const std::filesystem::path& file, std::int64_t mostPixels) {
   std::unique_ptr<ExrInput> input(new ExrInput(file));
   try {
-    if (!IsOfScanLines(input->file_) || !input->ReadHeader(mostPixels)) return nullptr;
+    if (!IsOfOnePart(input->file_) || !input->ReadHeader(mostPixels)) return nullptr;
   } catch (const std::exception&) {
     return nullptr;
   }
@@ -94,6 +98,18 @@ bool ExrInput::TakeChannels(const Imf::Header& header) {
   return count == channels_.size();
 }
 
+// Of one level; none in a file of scan lines.
+bool ExrInput::TakeTiles(const Imf::Header& header) {
+  const bool isTiled = Imf::isTiled(parts_->version());
+  if (header.hasType() && header.type() != (isTiled ? Imf::TILEDIMAGE : Imf::SCANLINEIMAGE)) return false;
+  if (isTiled != header.hasTileDescription()) return false;
+  if (!isTiled) return true;
+  const Imf::TileDescription& tiles = header.tileDescription();
+  tileWidth_ = static_cast<std::int32_t>(tiles.xSize);
+  tileHeight_ = static_cast<std::int32_t>(tiles.ySize);
+  return tiles.mode == Imf::ONE_LEVEL && tileWidth_ > 0 && tileHeight_ > 0;
+}
+
 void ExrInput::OpenPart(int threads) {
   part_.reset();
   parts_.reset();
@@ -107,12 +123,11 @@ bool ExrInput::ReadHeader(std::int64_t mostPixels) {
   OpenPart(0);
   if (!part_) return false;
   const Imf::Header& header = part_->header();
-  if (header.hasType() && header.type() != "scanlineimage") return false;
-  if (!TakeWindows(header, mostPixels) || !TakeChannels(header)) return false;
+  if (!TakeTiles(header) || !TakeWindows(header, mostPixels) || !TakeChannels(header)) return false;
   auto attributes = ReadExrAttributes(header);
   if (!attributes) return false;
   attributes_ = *std::move(attributes);
-  const ExrRows rows{header.compression(), RowBytes(), data_.height};
+  const ExrRows rows{header.compression(), RowBytes(), data_.height, tileHeight_};
   threads_ = ThreadsFor(rows, static_cast<std::int32_t>(std::max(1u, std::thread::hardware_concurrency())));
   rowsAtOnce_ = vblur::host::RowsAtOnce(rows, threads_);
   return true;

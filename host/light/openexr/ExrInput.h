@@ -27,6 +27,9 @@ class ExrInput final : public LightInput {
 
   const FileWindow& Data() const { return data_; }
   const FileWindow& Display() const { return display_; }
+  // Of its tiles; 0: it has none.
+  std::int32_t TileWidth() const { return tileWidth_; }
+  std::int32_t TileHeight() const { return tileHeight_; }
   // In the order of the full library: colours and then alpha.
   const std::vector<FileChannel>& Channels() const { return channels_; }
   const LightAttributes& Attributes() const override { return attributes_; }
@@ -42,6 +45,7 @@ class ExrInput final : public LightInput {
   void OpenPart(int threads);
   bool TakeWindows(const Imf::Header& header, std::int64_t mostPixels);
   bool TakeChannels(const Imf::Header& header);
+  bool TakeTiles(const Imf::Header& header);
   std::size_t PixelBytes() const { return channels_.size() * sizeof(float); }
   std::size_t RowBytes() const { return static_cast<std::size_t>(data_.width) * PixelBytes(); }
 
@@ -51,6 +55,8 @@ class ExrInput final : public LightInput {
   std::unique_ptr<Imf::InputPart> part_;
   FileWindow data_;
   FileWindow display_;
+  std::int32_t tileWidth_ = 0;
+  std::int32_t tileHeight_ = 0;
   std::vector<FileChannel> channels_;
   LightAttributes attributes_;
   std::int32_t threads_ = 1;

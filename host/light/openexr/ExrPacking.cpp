@@ -20,17 +20,25 @@ std::int32_t RowsPackedTogether(Imf::Compression compression) {
   }
 }
 
+namespace {
+
+std::int32_t RowsOfUnit(const ExrRows& rows) {
+  return rows.tileHeight > 0 ? rows.tileHeight : RowsPackedTogether(rows.compression);
+}
+
+}  // namespace
+
 std::int32_t ThreadsFor(const ExrRows& rows, std::int32_t threads) {
   constexpr std::size_t kLarge = std::size_t{1} << 20;
   if (rows.bytes * static_cast<std::size_t>(rows.count) < kLarge) return 1;
-  const std::int32_t packed = RowsPackedTogether(rows.compression);
+  const std::int32_t packed = RowsOfUnit(rows);
   return std::max(1, std::min(threads, (rows.count + packed - 1) / packed));
 }
 
 std::int32_t RowsAtOnce(const ExrRows& rows, std::int32_t threads) {
   constexpr std::size_t kUsual = std::size_t{4} << 20;
   constexpr std::size_t kMost = std::size_t{64} << 20;
-  const auto packed = static_cast<std::size_t>(RowsPackedTogether(rows.compression));
+  const auto packed = static_cast<std::size_t>(RowsOfUnit(rows));
   const std::size_t packBytes = std::max<std::size_t>(1, packed * rows.bytes);
   // Two for each thread: while the last ones of some are at work, the others have none.
   const std::size_t forAll = 2 * static_cast<std::size_t>(threads) * packBytes;

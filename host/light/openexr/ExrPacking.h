@@ -14,6 +14,7 @@ struct ExrRows {
   Imf::Compression compression = Imf::NO_COMPRESSION;
   std::size_t bytes = 0;  // of a row
   std::int32_t count = 0;
+  std::int32_t tileHeight = 0;  // of a file of tiles
 };
 
 // Of threads that may pack or unpack them, those that are worth starting; 1: none is.

@@ -25,6 +25,8 @@ PictureInfo Describe(const std::filesystem::path& path, const ExrInput& exr, con
   info.width = info.Picture().width;
   info.height = info.Picture().height;
   info.all = exr.Channels();
+  info.tileWidth = exr.TileWidth();
+  info.tileHeight = exr.TileHeight();
   DescribeChannels(info);
   info.transfer = Transfer::Linear;
   return info;

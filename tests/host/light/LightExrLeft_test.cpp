@@ -94,7 +94,7 @@ TEST_F(LightExrLeft, LeaveToTheFullLibraryTheFilesThatTheyDoNotKnow) {
   left(changed);
 }
 
-TEST_F(LightExrLeft, LeaveTilesAndPartsToTheFullLibrary) {
+TEST_F(LightExrLeft, LeaveLevelsAndPartsToTheFullLibrary) {
   const auto path = folder_.path() / "other.exr";
   const std::vector<half> samples(64 * 64, half(0.5f));
   Imf::Header header(64, 64);
@@ -104,11 +104,12 @@ TEST_F(LightExrLeft, LeaveTilesAndPartsToTheFullLibrary) {
     frame.insert(name, Imf::Slice::Make(Imf::HALF, samples.data(), Imath::V2i(0), 64, 64));
   }
   Imf::Header tiled = header;
-  tiled.setTileDescription(Imf::TileDescription(32, 32));
+  tiled.setTileDescription(Imf::TileDescription(32, 32, Imf::MIPMAP_LEVELS));
   {
     Imf::TiledOutputFile file(path.c_str(), tiled);
     file.setFrameBuffer(frame);
-    file.writeTiles(0, 1, 0, 1);
+    for (int level = 0; level < file.numLevels(); ++level)
+      file.writeTiles(0, file.numXTiles(level) - 1, 0, file.numYTiles(level) - 1, level);
   }
   ExpectLeft(path);
   std::vector<Imf::Header> parts(2, header);

@@ -19,6 +19,8 @@
 #include <ImfOutputFile.h>
 #include <ImfRationalAttribute.h>
 #include <ImfStringAttribute.h>
+#include <ImfTileDescription.h>
+#include <ImfTiledOutputFile.h>
 #include <ImfTimeCodeAttribute.h>
 #include <ImfVecAttribute.h>
 #include <gtest/gtest.h>
@@ -88,6 +90,12 @@ class LightExr : public LightPicturesTest {
     }
     change(header);
     const std::filesystem::path path = folder_.path() / name;
+    if (header.hasTileDescription()) {
+      Imf::TiledOutputFile file(path.c_str(), header, 0);
+      file.setFrameBuffer(frame);
+      file.writeTiles(0, file.numXTiles() - 1, 0, file.numYTiles() - 1);
+      return path;
+    }
     Imf::OutputFile file(path.c_str(), header, 0);
     file.setFrameBuffer(frame);
     file.writePixels(static_cast<int>(height));

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include <ImfFloatAttribute.h>
 #include <ImfHeader.h>
@@ -28,6 +29,33 @@ TEST_F(LightExr, ReadAndWriteEveryLayoutAndType) {
     }
   }
   ExpectSame(Make("RGBA", [](Imf::Header& header) { header.lineOrder() = Imf::DECREASING_Y; }));
+}
+
+TEST_F(LightExr, ReadAndWriteTiles) {
+  const Windows wide{{{-3, 5}, {61, 37}}, {{0, 0}, {63, 47}}};
+  for (const auto& [width, height] : {std::pair{1u, 1u}, {16u, 16u}, {64u, 4u}, {5u, 30u}, {100u, 100u}}) {
+    for (const Imf::LineOrder order : {Imf::INCREASING_Y, Imf::DECREASING_Y, Imf::RANDOM_Y}) {
+      SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height) + ' ' + std::to_string(order));
+      const auto tiled = [&](Imf::Header& header) {
+        header.setTileDescription(Imf::TileDescription(width, height));
+        header.lineOrder() = order;
+      };
+      ExpectSame(Make(Of("RGBA", Imf::HALF), Sized(33, 27), tiled));
+      ExpectSame(Make(Of("Y", Imf::FLOAT), wide, tiled));
+    }
+  }
+  for (const Imf::Compression compression : kCompressions) {
+    SCOPED_TRACE(compression);
+    ExpectSame(Make(Of("RGB", Imf::HALF), Sized(70, 50), [&](Imf::Header& header) {
+      header.setTileDescription(Imf::TileDescription(32, 32));
+      header.compression() = compression;
+    }));
+  }
+  // By several threads.
+  const auto large = Make(Of("RGB", Imf::HALF), Sized(701, 905),
+                          [](Imf::Header& header) { header.setTileDescription(Imf::TileDescription(64, 64)); });
+  ASSERT_EQ(FailureOf(Light, large), "");
+  EXPECT_TRUE(Read(Light, large, 32)->Pixels() == Read(Full, large, 32)->Pixels());
 }
 
 TEST_F(LightExr, ReadAndWriteChannelsOfTwoTypes) {
