@@ -42,6 +42,10 @@ enum Number : std::uint16_t {
   Predictor = 317,
   WhitePoint = 318,
   Primaries = 319,
+  TileWidth = 322,
+  TileHeight = 323,
+  Tiles = 324,
+  TileBytes = 325,
   ExtraSamples = 338,
   SampleFormat = 339,
   Copyright = 33432,
@@ -49,13 +53,14 @@ enum Number : std::uint16_t {
 };
 }
 
-// Of the last five nothing is read; the full library names them.
+// Of the last three nothing is read; the full library names them.
 constexpr std::uint16_t kPlainTags[] = {
     tag::SubfileType,  tag::Width,        tag::Height,      tag::Bits,         tag::Compression, tag::Photometric,
     tag::FillOrder,    tag::DocumentName, tag::Description, tag::Strips,       tag::Orientation, tag::Samples,
     tag::RowsPerStrip, tag::StripBytes,   tag::ResolutionX, tag::ResolutionY,  tag::Planes,      tag::ResolutionUnit,
     tag::Software,     tag::DateTime,     tag::Artist,      tag::HostComputer, tag::Predictor,   tag::ExtraSamples,
-    tag::SampleFormat, tag::Copyright,    tag::Profile,     tag::Page,         tag::WhitePoint,  tag::Primaries};
+    tag::SampleFormat, tag::Copyright,    tag::Profile,     tag::TileWidth,    tag::TileHeight,  tag::Tiles,
+    tag::TileBytes,    tag::Page,         tag::WhitePoint,  tag::Primaries};
 
 struct NamedCompression {
   std::uint16_t number;
@@ -139,7 +144,21 @@ class Directory {
     const bool hasPredictor = compression == "lzw" || compression == "zip";
     const bool isPlain = predictor == 1 || (hasPredictor && predictor == (tiff.isFloat ? kOfFloats : 2));
     return isPlain && Number(tag::Planes, 1) == 1 && Number(tag::FillOrder, 1) == 1 &&
-           Number(tag::SubfileType, 0) == 0 && tags_.Has(tag::Strips) && tags_.Has(tag::StripBytes);
+           Number(tag::SubfileType, 0) == 0 && HasPlainPlaces(tiff);
+  }
+
+  // Strips or tiles.
+  bool HasPlainPlaces(PlainTiff& tiff) const {
+    constexpr std::int64_t kMostSide = 1 << 16;
+    const bool hasStrips = tags_.Has(tag::Strips) && tags_.Has(tag::StripBytes);
+    const bool hasTiles = tags_.Has(tag::Tiles) && tags_.Has(tag::TileBytes);
+    if (hasStrips == hasTiles) return false;
+    const std::int64_t width = Number(tag::TileWidth, 0);
+    const std::int64_t height = Number(tag::TileHeight, 0);
+    if (hasStrips) return width == 0 && height == 0;
+    tiff.tileWidth = static_cast<std::int32_t>(width);
+    tiff.tileHeight = static_cast<std::int32_t>(height);
+    return width > 0 && height > 0 && width <= kMostSide && height <= kMostSide;
   }
 
   // In the order of the full library.

@@ -17,6 +17,8 @@ struct PlainTiff {
   int channels = 0;
   int bits = 8;
   bool isFloat = false;
+  std::int32_t tileWidth = 0;  // 0: it consists of strips
+  std::int32_t tileHeight = 0;
   bool associatedAlpha = false;
   LightAttributes attributes;
   // Kinds of metadata that the full library names as not read.
@@ -24,7 +26,7 @@ struct PlainTiff {
 };
 
 // Of a file to open, by its directory of tags alone. Nothing for a file that is not plain: one of several directories,
-// of tiles or planes, of other samples, colours and compressions than the usual ones, or with Exif, IPTC or XMP data.
+// of planes, of other samples, colours and compressions than the usual ones, or with Exif, IPTC or XMP data.
 std::optional<PlainTiff> PlainTiffOf(const std::filesystem::path& file);
 
 // The tag of a text by its name in the full library; 0 for none.

@@ -37,6 +37,12 @@ class TiffInput final : public LightInput {
   // As they are given: halves as floats.
   std::size_t RowBytes() const { return IsOfHalves() ? RowSamples() * sizeof(float) : StoredBytes(); }
   bool IsOfHalves() const { return tiff_.isFloat && tiff_.bits == 16; }
+  bool IsTiled() const { return tiff_.tileWidth > 0; }
+  // False for strips or tiles of other sizes than the tags say.
+  bool TakeStrips(TIFF* tiff);
+  bool ReadStrip(TIFF* tiff, std::int32_t strip, std::int32_t rows, std::byte* given) const;
+  // A strip is a row of tiles here, whose columns and rows beyond the picture are not given.
+  bool ReadTiles(TIFF* tiff, std::int32_t strip, std::int32_t rows, std::byte* given) const;
   // Strips from one on, one after the other. False for a damaged one.
   bool ReadStrips(TIFF* tiff, std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples) const;
   bool ReadOnThreads(std::int32_t strip, std::int32_t end, std::int32_t firstRow, std::byte* samples);
@@ -44,7 +50,7 @@ class TiffInput final : public LightInput {
   std::filesystem::path file_;
   PlainTiff tiff_;
   std::vector<TiffHandle> handles_;  // the first one exists
-  std::int32_t stripRows_ = 1;
+  std::int32_t stripRows_ = 1;       // or of a tile
   std::string message_ = "its strips";
 };
 

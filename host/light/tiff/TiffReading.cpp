@@ -15,6 +15,8 @@ PictureInfo Describe(const std::filesystem::path& path, const PlainTiff& tiff, c
   PictureInfo info = DescribeLight(path, "tiff", {tiff.width, tiff.height, tiff.channels, type}, choice);
   if (tiff.isFloat) info.transfer = Transfer::Linear;
   info.unread = tiff.unread;
+  info.tileWidth = tiff.tileWidth;
+  info.tileHeight = tiff.tileHeight;
   return info;
 }
 

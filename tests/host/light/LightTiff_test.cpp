@@ -28,6 +28,7 @@ struct TiffKind {
   int height = 7;
   bool isBig = false;
   bool isTiled = false;
+  int tile = 16;  // its side
 };
 
 using MoreTags = std::function<void(TIFF*)>;
@@ -57,8 +58,8 @@ class LightTiff : public LightPicturesTest {
     const auto extra = static_cast<std::uint16_t>(kind.extra);
     if (kind.channels % 2 == 0) TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &extra);
     if (kind.isTiled) {
-      TIFFSetField(tiff, TIFFTAG_TILEWIDTH, 16);
-      TIFFSetField(tiff, TIFFTAG_TILELENGTH, 16);
+      TIFFSetField(tiff, TIFFTAG_TILEWIDTH, kind.tile);
+      TIFFSetField(tiff, TIFFTAG_TILELENGTH, kind.tile);
     } else {
       TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, kind.stripRows);
     }
@@ -91,8 +92,10 @@ class LightTiff : public LightPicturesTest {
       }
     };
     if (kind.isTiled) {
-      fill();
-      TIFFWriteEncodedTile(tiff, 0, bytes.data(), static_cast<tmsize_t>(bytes.size()));
+      for (std::uint32_t tile = 0; tile < TIFFNumberOfTiles(tiff); ++tile) {
+        fill();
+        TIFFWriteEncodedTile(tiff, tile, bytes.data(), static_cast<tmsize_t>(bytes.size()));
+      }
       return;
     }
     for (int row = 0; row < kind.height; ++row) {
@@ -142,6 +145,29 @@ TEST_F(LightTiff, ReadAndWriteEveryCompression) {
       }
     }
   }
+}
+
+TEST_F(LightTiff, ReadAndWriteTiles) {
+  for (const auto& [bits, isFloat] : kSamples) {
+    for (const int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
+      for (const int channels : {1, 3, 4}) {
+        SCOPED_TRACE(std::to_string(compression) + NameOf(bits, isFloat) + ' ' + std::to_string(channels));
+        TiffKind kind{.channels = channels, .bits = bits, .isFloat = isFloat, .compression = compression};
+        kind.hasPredictor = compression != COMPRESSION_NONE;
+        kind.isTiled = true;
+        ExpectSame(MakeTiff(kind));
+        kind.width = 50;
+        kind.height = 33;
+        ExpectSame(MakeTiff(kind));
+      }
+    }
+  }
+  // By several threads.
+  TiffKind large{.channels = 4, .bits = 16, .width = 700, .height = 1500, .isTiled = true};
+  large.tile = 128;
+  const auto path = MakeTiff(large);
+  ASSERT_EQ(FailureOf(Light, path), "");
+  EXPECT_TRUE(Read(Light, path, 16)->Pixels() == Read(Full, path, 16)->Pixels());
 }
 
 TEST_F(LightTiff, ReadAndWriteWhatStandsBesideThePixels) {
@@ -241,7 +267,6 @@ TEST_F(LightTiff, WriteWhatHasNoSource) {
 
 TEST_F(LightTiff, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   const auto left = [&](const TiffKind& kind, const MoreTags& more = {}) { ExpectLeft(MakeTiff(kind, more)); };
-  left({.isTiled = true});
   left({.channels = 4, .extra = EXTRASAMPLE_UNSPECIFIED});
   left({}, [](TIFF* tiff) { PutResolution(tiff, 72.0f, 72.0f, 0); });
   left({}, [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 72.0); });
@@ -319,7 +344,10 @@ TEST_F(LightTiff, TellOfDamagedPixelsAsTheFullLibraryDoes) {
     const auto path = Write(damaged, "damaged.tif");
     EXPECT_EQ(FailureOf(Automatic, path), FailureOf(Full, path)) << at;
     if (!FailureOf(Full, path).empty()) continue;
-    EXPECT_EQ(Read(Automatic, path, 16)->Pixels(), Read(Full, path, 16)->Pixels());
+    const std::string full = Read(Full, path, 16)->Pixels();
+    // It does not always read the same of a damaged file.
+    if (Read(Full, path, 16)->Pixels() != full) continue;
+    EXPECT_TRUE(Read(Automatic, path, 16)->Pixels() == full);
   }
 }
 
