@@ -29,7 +29,6 @@ bool JpegInput::ReadHeader() {
   jpeg_.err = errors_.Use();
   if (setjmp(errors_.place) != 0) return false;
   jpeg_create_decompress(&jpeg_);
-  jpeg_.client_data = &errors_;
   jpeg_stdio_src(&jpeg_, file_);
   jpeg_save_markers(&jpeg_, JPEG_APP0 + 2, kMost);
   jpeg_read_header(&jpeg_, TRUE);

@@ -87,7 +87,6 @@ class Writing {
     jpeg_.err = errors_.Use();
     if (setjmp(errors_.place) != 0) return false;
     jpeg_create_compress(&jpeg_);
-    jpeg_.client_data = &errors_;
     jpeg_.dest = &destination_;
     const bool isGrey = IsGrey(rows_.Layout());
     jpeg_.image_width = static_cast<JDIMENSION>(rows_.Width());

@@ -86,6 +86,12 @@ TEST_F(LightJpegExif, ReadAndWriteACamerasFields) {
   }
 }
 
+// Of several strings the first is given, and the others are told.
+TEST_F(LightJpegExif, ReadAndWriteTextsOfSeveralStrings) {
+  const Field two = Text(0x0131, std::string("one\0two", 7));
+  ExpectSame(Make(ExifTestBlock(false).Build({two}, {Text(0xa434, std::string("a\0b", 3))}, {})));
+}
+
 TEST_F(LightJpegExif, ReadAndWriteWithoutAHead) {
   ExpectSame(Make(ExifTestBlock(false).Build(kPicture, kCamera, kPlace), false));
   ExpectSame(Make(ExifTestBlock(true).Build({}, kCamera, {}), false));
@@ -198,6 +204,7 @@ TEST_F(LightJpegExif, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   left({Short(0x0112, 0)});
   left({Text(0x0131, "one"), Text(0x0131, "another")});
   left({Text(0x010d, "A document")});
+  left({Bytes(0x0131, "x", 1)});
   left({Field{0x0131, 13, 1, {}, "four"}});
   left({Field{0x0131, 2, 0, {}, "none"}});
   left({Field{0x0131, 2, 60000, {}, "beyond the end"}});

@@ -125,7 +125,7 @@ TEST_F(LightJpeg, ReadEverySize) {
 
 TEST_F(LightJpeg, ReadResolutions) {
   for (const int unit : {0, 1, 2}) {
-    for (const auto& [x, y] : {std::pair{72, 72}, {300, 150}, {96, 288}}) {
+    for (const auto& [x, y] : {std::pair{72, 72}, {300, 150}, {96, 288}, {10, 10}, {10, 20}}) {
       SCOPED_TRACE(std::to_string(unit) + ": " + std::to_string(x) + ' ' + std::to_string(y));
       JpegKind kind;
       kind.unit = unit;
@@ -190,6 +190,8 @@ TEST_F(LightJpeg, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   left({.channels = 4});
   left({.stored = JCS_RGB});
   left({.unit = 1});
+  left({.unit = 1, .x = 9, .y = 10});
+  left({.unit = 1, .x = 10, .y = 9});
   left({.x = 2});
   left({}, {{JPEG_COM, "one"}, {JPEG_COM, "two"}});
   left({}, {{JPEG_COM, "Caf\xe9"}});

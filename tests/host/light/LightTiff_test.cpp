@@ -150,14 +150,14 @@ TEST_F(LightTiff, ReadAndWriteEveryCompression) {
 TEST_F(LightTiff, ReadAndWriteTiles) {
   for (const auto& [bits, isFloat] : kSamples) {
     for (const int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
-      for (const int channels : {1, 3, 4}) {
+      for (const int channels : {1, 4}) {
         SCOPED_TRACE(std::to_string(compression) + NameOf(bits, isFloat) + ' ' + std::to_string(channels));
         TiffKind kind{.channels = channels, .bits = bits, .isFloat = isFloat, .compression = compression};
         kind.hasPredictor = compression != COMPRESSION_NONE;
         kind.isTiled = true;
-        ExpectSame(MakeTiff(kind));
-        kind.width = 50;
-        kind.height = 33;
+        // A tile and a part, or several.
+        kind.width = channels == 1 ? 17 : 50;
+        kind.height = channels == 1 ? 15 : 33;
         ExpectSame(MakeTiff(kind));
       }
     }
