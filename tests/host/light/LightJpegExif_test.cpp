@@ -86,6 +86,19 @@ TEST_F(LightJpegExif, ReadAndWriteACamerasFields) {
   }
 }
 
+TEST_F(LightJpegExif, ReadAndWriteTheDirectoryOfCompatibility) {
+  const auto block = [](std::uint64_t at) {
+    return ExifTestBlock(false).Build(kPicture, {Short(0x8827, 400), Long(0xa005, at)}, kPlace);
+  };
+  const std::string without = block(0);
+  // "R98", and no further directory.
+  const std::string compatible("\1\0\1\0\2\0\4\0\0\0R98\0\0\0\0\0", 18);
+  ExpectSame(Make(block(without.size()) + compatible));
+  // That leads to another.
+  const std::string leading("\1\0\x05\xa0\4\0\1\0\0\0\x08\0\0\0\0\0\0\0", 18);
+  ExpectLeft(Make(block(without.size()) + leading));
+}
+
 // Of several strings the first is given, and the others are told.
 TEST_F(LightJpegExif, ReadAndWriteTextsOfSeveralStrings) {
   const Field two = Text(0x0131, std::string("one\0two", 7));
