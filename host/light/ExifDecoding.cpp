@@ -69,8 +69,9 @@ class Decoder {
 
   bool ReadDirectory(std::size_t at, ExifPart part) {
     constexpr std::size_t kEntry = 12;
-    // Directories that lead to one another.
-    if (++directories_ > 4 || !Has(at, 2)) return false;
+    // Of the picture, its camera, its place and compatibility: more lead to one another.
+    constexpr int kMostDirectories = 4;
+    if (++directories_ > kMostDirectories || !Has(at, 2)) return false;
     const std::size_t count = Number(at, 2);
     if (!Has(at + 2, count * kEntry + 4)) return false;
     for (std::size_t i = 0; i < count; ++i) {

@@ -105,7 +105,8 @@ class Block {
   Directory place_;
 };
 
-// Of a number as it is shown in decimals, to 5 of them, or as one by a whole number.
+// A number by the power of ten that makes it a whole one, or nearly. Nothing for one by a whole number, which the full
+// library writes otherwise.
 std::optional<std::string> FractionBytes(float value) {
   constexpr float kNear = 0.00001f;
   constexpr float kMost = 1e9f;
