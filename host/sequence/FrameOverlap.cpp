@@ -104,10 +104,11 @@ class Overlap {
 
   Ended Render() {
     auto thrown = Outcome(&rendered_, [&] {
-      const std::int32_t height = stages_.height();
-      stages_.render({[&](std::int32_t bottom) { read_.WaitFor(height - bottom); },
+      const std::int32_t inputHeight = stages_.inputHeight();
+      const std::int32_t outputHeight = stages_.outputHeight();
+      stages_.render({[&](std::int32_t bottom) { read_.WaitFor(inputHeight - bottom); },
                       [&](std::int32_t bottom) {
-                        rendered_.Reach(height - bottom);
+                        rendered_.Reach(outputHeight - bottom);
                         return true;
                       }});
     });

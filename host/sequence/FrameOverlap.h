@@ -18,8 +18,9 @@ struct OverlapStages {
   std::function<void(const BandSteps& steps)> render;
   // On a thread of its own, or last.
   std::function<void(const RowProgress& rendered)> write;
-  // The height of the pictures, once they have it.
-  std::function<std::int32_t()> height;
+  // The heights of the two pictures, once they have them. They differ where the job says so.
+  std::function<std::int32_t()> inputHeight;
+  std::function<std::int32_t()> outputHeight;
 };
 
 // Returns false for a frame that is only read, as all its rows had to be there first. Throws what the stages throw, the

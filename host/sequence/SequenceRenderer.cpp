@@ -362,7 +362,8 @@ void SequenceRun::CarryOverlapped(FrameSlot& slot) {
     };
     stages.render = [&](const BandSteps& steps) { Render(effects_.front(), slot, &steps); };
     stages.write = [&](const RowProgress& rendered) { Write(slot, &rendered); };
-    stages.height = [&] { return slot.buffers.Output().Height(); };
+    stages.inputHeight = [&] { return slot.buffers.Pictures().input->Height(); };
+    stages.outputHeight = [&] { return slot.buffers.Output().Height(); };
     isWritten = RunOverlapped(stages, slot.result.seconds);
   });
   if (isRead) AddLines(slot.buffers.Warnings(), slot);

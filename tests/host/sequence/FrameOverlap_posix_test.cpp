@@ -158,6 +158,21 @@ TEST_F(FrameOverlapOfFiles, AreTheSameWithAMask) {
   ExpectSame("in.png", "png");
 }
 
+// Such outputs lie otherwise than the input, all of which they wait for.
+TEST_F(FrameOverlapOfFiles, AreTheSameOfOtherSizes) {
+  MakeNoise("mask.png");
+  for (const std::string& from : {MakeNoise("in.png"), MakeNoise("in.tif")}) {
+    for (const std::int32_t height : {200, 899, 901, 2000}) {
+      for (const bool hasMask : {false, true}) {
+        job_.output.height = height;
+        job_.mask.reset();
+        if (hasMask) job_.mask.emplace().file = "mask.png";
+        ExpectSame(from, "png");
+      }
+    }
+  }
+}
+
 TEST_F(FrameOverlapOfFiles, WithoutTheirMaskAreNotMade) {
   options_.overwrite = true;
   MakeNoise("in.png");

@@ -18,7 +18,7 @@ constexpr std::int32_t kBand = 10;
 class FrameOverlap : public testing::Test {
  protected:
   FrameOverlap() {
-    stages_.height = [] { return kRows; };
+    stages_.inputHeight = stages_.outputHeight = [] { return kRows; };
     stages_.read = [this](const FrameBuffers::Watch& watch) {
       watch.onReady();
       for (std::int32_t row = 0; row < kRows; ++row) {
