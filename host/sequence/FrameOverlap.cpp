@@ -20,13 +20,14 @@ double Between(Clock::time_point from, Clock::time_point to) {
 // Runs a stage; returns what it threw. `progress` are the rows that others wait for: none come after that.
 template <class Stage>
 std::exception_ptr Outcome(RowProgress* progress, const Stage& stage) {
+  std::exception_ptr thrown;
   try {
     stage();
-    return nullptr;
   } catch (...) {
-    if (progress != nullptr) progress->Abandon();
-    return std::current_exception();
+    thrown = std::current_exception();
   }
+  if (progress != nullptr) progress->Abandon();
+  return thrown;
 }
 
 bool IsInterruption(const std::exception_ptr& thrown) {

@@ -100,6 +100,36 @@ TEST_F(FrameOverlap, ReadingThatFailsAmongTheRowsEndsAllStages) {
   EXPECT_EQ(file_.size(), std::size_t{kBand});
 }
 
+// None waits for rows that do not come.
+TEST_F(FrameOverlap, AStageThatEndsBeforeItsLastRowInterruptsTheFrame) {
+  const auto render = stages_.render;
+  stages_.render = [](const BandSteps& steps) { steps.after(kRows - kBand); };
+  EXPECT_EQ(FailureOf(), "interrupted");
+  EXPECT_EQ(file_.size(), std::size_t{kBand});
+  stages_.render = render;
+  stages_.read = [](const FrameBuffers::Watch& watch) {
+    watch.onReady();
+    watch.onRows(kBand);
+  };
+  EXPECT_EQ(FailureOf(), "interrupted");
+}
+
+TEST_F(FrameOverlap, EachPictureHasItsOwnHeight) {
+  for (const std::int32_t outputRows : {kBand, 3 * kRows}) {
+    stages_.outputHeight = [=] { return outputRows; };
+    std::int32_t seen = 0;
+    stages_.render = [&](const BandSteps& steps) {
+      steps.before(0);
+      seen = input_.back();
+      steps.after(0);
+    };
+    stages_.write = [&](const RowProgress& rendered) { rendered.WaitFor(outputRows); };
+    input_.back() = -9;
+    EXPECT_EQ(FailureOf(), "");
+    EXPECT_EQ(seen, kRows - 1) << "all of the input is there";
+  }
+}
+
 TEST_F(FrameOverlap, ARenderThatFailsEndsWriting) {
   stages_.render = [](const BandSteps& steps) {
     steps.before(kRows - kBand);
