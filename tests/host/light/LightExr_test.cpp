@@ -35,7 +35,8 @@ TEST_F(LightExr, ReadAndWriteTiles) {
   const Windows wide{{{-3, 5}, {61, 37}}, {{0, 0}, {63, 47}}};
   for (const auto& [width, height] : {std::pair{1u, 1u}, {64u, 4u}, {5u, 30u}, {100u, 100u}}) {
     SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
-    const auto tiled = [&](Imf::Header& header) { header.setTileDescription(Imf::TileDescription(width, height)); };
+    const Imf::TileDescription tiles(width, height);
+    const auto tiled = [&](Imf::Header& header) { header.setTileDescription(tiles); };
     ExpectSame(Make(Of("RGBA", Imf::HALF), Sized(33, 27), tiled));
     ExpectSame(Make(Of("Y", Imf::FLOAT), wide, tiled));
   }

@@ -112,8 +112,8 @@ TEST_F(LightJpegExif, ReadAndWriteWithoutAHead) {
 
 TEST_F(LightJpegExif, ReadAndWriteItsResolution) {
   for (const int density : {0, 72, 96}) {
-    for (const std::uint64_t unit : {0, 1, 2, 3, 4}) {
-      for (const std::uint64_t y : {0, 72, 300}) {
+    for (const std::uint64_t unit : {0u, 1u, 2u, 3u, 4u}) {
+      for (const std::uint64_t y : {0u, 72u, 300u}) {
         SCOPED_TRACE(std::to_string(density) + ' ' + std::to_string(unit) + ' ' + std::to_string(y));
         Fields fields = {Text(0x010f, "A maker"), Fraction(0x011a, 72, 1)};
         if (y > 0) fields.push_back(Fraction(0x011b, y, 1));

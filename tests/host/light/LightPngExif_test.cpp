@@ -55,8 +55,8 @@ TEST_F(LightPngExif, ReadAndWriteACamerasFields) {
 }
 
 TEST_F(LightPngExif, NameTheUnitOfTheirResolution) {
-  for (const std::uint64_t unit : {0, 1, 2, 3, 4}) {
-    for (const std::uint64_t x : {72, 300}) {
+  for (const std::uint64_t unit : {0u, 1u, 2u, 3u, 4u}) {
+    for (const std::uint64_t x : {72u, 300u}) {
       for (const bool hasShape : {false, true}) {
         SCOPED_TRACE(std::to_string(unit) + ' ' + std::to_string(x) + (hasShape ? " with a shape" : ""));
         Fields fields = {Text(0x010f, "A maker"), Fraction(0x011a, x, 1), Fraction(0x011b, x, 1)};
