@@ -6,6 +6,8 @@
 #include <functional>
 #include <optional>
 
+#include <gtest/gtest.h>
+
 #include "effect/Blur.h"
 #include "host/hosted/CoordMan.h"
 #include "host/hosted/EffectHost.h"
