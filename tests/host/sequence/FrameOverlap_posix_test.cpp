@@ -132,16 +132,37 @@ TEST_F(FrameOverlapOfFiles, AreTheSameInLinearLight) {
 }
 
 TEST_F(FrameOverlapOfFiles, AreTheSameOfAssociatedAlphaInLinearLight) {
-  const auto path = folder_.path() / MakeNoise("in.tif");
-  std::string bytes = Bytes(path);
+  job_.depth = 32;
+  job_.linear = true;
+  // Stripes of black and white under an alpha of 1/5, and the same multiplied by it.
+  const auto make = [&](const std::string& name, int white) {
+    HostImage image;
+    image.Reset(8, 4, 500, 900);
+    for (std::size_t i = 0; i < image.ByteCount(); ++i)
+      image.Row(0)[i] = static_cast<std::byte>(i % 4 == 3 ? 51 : i / image.RowBytes() / 40 % 2 == 0 ? white : 0);
+    PictureWriter().Write(folder_.path() / name, image, nullptr, true);
+  };
+  make("straight.tif", 255);
+  make("in.tif", 51);
+  std::string bytes = Bytes(folder_.path() / "in.tif");
   // Its tag of further samples.
   const std::size_t entry = bytes.find(std::string("\x52\1\3\0\1\0\0\0\2\0", 10));
   ASSERT_NE(entry, std::string::npos);
   bytes[entry + 8] = 1;
-  std::ofstream(path, std::ios::binary) << bytes;
-  job_.depth = 32;
-  job_.linear = true;
+  std::ofstream(folder_.path() / "in.tif", std::ios::binary) << bytes;
   ExpectSame("in.tif", "tif");
+  // The light of the straight colours is blurred.
+  HostImage associated;
+  HostImage straight;
+  PictureReader().ReadColour(folder_.path() / "out.tif", 8, associated);
+  Render("straight.tif", "straight-out.tif", 4);
+  PictureReader().ReadColour(folder_.path() / "straight-out.tif", 8, straight);
+  ASSERT_EQ(associated.ByteCount(), straight.ByteCount());
+  constexpr int kAlpha = 5;
+  for (std::size_t i = 0; i < straight.ByteCount(); ++i) {
+    const int times = i % 4 == 3 ? 1 : kAlpha;
+    ASSERT_NEAR(times * std::to_integer<int>(associated.Row(0)[i]), std::to_integer<int>(straight.Row(0)[i]), 3) << i;
+  }
 }
 
 TEST_F(FrameOverlapOfFiles, AreTheSameWithAMask) {
