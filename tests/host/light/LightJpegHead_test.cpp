@@ -134,6 +134,10 @@ TEST_F(LightJpegHead, LeaveToTheFullLibraryWhatTheyDoNotKnow) {
   left([](LightAttributes& to) { to.AddFloat("XResolution", 0.5f); });
   left([](LightAttributes& to) { to.AddFloat("YResolution", -1.0f); });
   left([](LightAttributes& to) { to.AddFloat("PixelAspectRatio", 0.0f); });
+  left([](LightAttributes& to) {
+    to.AddFloat("XResolution", 1e6f);
+    to.AddFloat("PixelAspectRatio", 1e-6f);
+  });
   left([](LightAttributes& to) { to.AddFloat("Exif:ExposureBiasValue", -0.5f); });
   left([](LightAttributes& to) { to.AddFloat("FNumber", 2e9f); });
   left([](LightAttributes& to) { to.AddFloat("Exif:Gamma", 2.2f); });
