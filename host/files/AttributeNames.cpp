@@ -111,11 +111,14 @@ bool IsEmptyText(std::string_view text) {
   return text.find_first_not_of(std::string_view(" \0", 2)) == std::string_view::npos;
 }
 
+bool IsPrintableText(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 bool IsPngKeyword(std::string_view name) {
   constexpr std::size_t kLongest = 79;
-  const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
-  return !name.empty() && name.size() <= kLongest && isPrintable && name.front() != ' ' && name.back() != ' ' &&
-         name.find("  ") == std::string_view::npos;
+  return !name.empty() && name.size() <= kLongest && IsPrintableText(name) && name.front() != ' ' &&
+         name.back() != ' ' && name.find("  ") == std::string_view::npos;
 }
 
 // A text of any name goes into a PNG file, and these go into a TIFF file.

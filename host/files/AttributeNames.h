@@ -16,6 +16,8 @@ std::optional<MetadataGroup> GroupOfAttribute(std::string_view name, std::option
 bool IsPassedAttribute(std::string_view name, bool sameFormat, std::string_view format);
 // Or one of zeros and blanks, as many cameras write.
 bool IsEmptyText(std::string_view text);
+// Whether it has nothing but the visible characters of ASCII, and blanks.
+bool IsPrintableText(std::string_view text);
 // Whether a text of a PNG file may have this name.
 bool IsPngKeyword(std::string_view name);
 // Whether files of the format keep a text that is in no other group.

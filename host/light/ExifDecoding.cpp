@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/base/NameMatch.h"
+#include "host/files/AttributeNames.h"
 #include "host/formats/ExifBlock.h"
 #include "host/formats/ExifTags.h"
 #include "host/formats/TiffTagKinds.h"
@@ -20,10 +21,6 @@ namespace {
 
 // Of the types of values, from 0 on; 0: none.
 constexpr std::array<std::size_t, 13> kBytesOfType = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
-
-bool IsAscii(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
-}
 
 // A field as it is stored.
 struct Stored {
@@ -155,12 +152,12 @@ class Decoder {
     constexpr std::size_t kLetters = 4;
     if (stored.bytes.size() != kLetters) return false;
     if (tag.part == ExifPart::Place) return Set(tag, "uint8[4]", stored.bytes);
-    return IsAscii(stored.bytes) && Set(tag, "string", stored.bytes);
+    return IsPrintableText(stored.bytes) && Set(tag, "string", stored.bytes);
   }
 
   bool GiveText(const ExifTag& tag, const Stored& stored) {
     const std::string text = stored.bytes.substr(0, stored.bytes.find('\0'));
-    return IsAscii(text) && Set(tag, "string", text);
+    return IsPrintableText(text) && Set(tag, "string", text);
   }
 
   static std::string ListType(const std::string& type, std::size_t count) {

@@ -16,8 +16,8 @@ struct DecodedExif {
 };
 
 // Of no fields for an empty block. Nothing for one that is damaged, or has anything that the full library reads in a
-// way of its own: texts that are not ASCII, fractions by 0, an orientation that is none, the notes of a camera that it
-// knows.
+// way of its own: texts that are not ASCII, values of another type than the field's, fractions by 0, an orientation
+// that is none, the notes of a camera that it knows.
 std::optional<DecodedExif> DecodeExif(const std::string& block);
 
 // Names the unit of a picture's resolution by the number that the Exif data have, where no other names it and the

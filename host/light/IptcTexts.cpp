@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "host/files/AttributeNames.h"
 #include "host/formats/FileBytes.h"
 
 namespace vblur::host {
@@ -26,7 +27,7 @@ constexpr std::string_view kResources("Photoshop 3.0\0008BIM\4\4\0\0\0\0", 24);
 constexpr std::string_view kDataSet("\x1c\2");
 
 bool IsPlain(std::string_view text) {
-  return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+  return !text.empty() && IsPrintableText(text);
 }
 
 std::string Big16Bytes(std::size_t value) {

@@ -7,6 +7,7 @@
 
 #include "host/base/StandardStream.h"
 #include "host/base/Utf8.h"
+#include "host/files/AttributeNames.h"
 #include "host/formats/DpxHeader.h"
 #include "host/light/InOrder.h"
 #include "host/light/LightMetadata.h"
@@ -47,8 +48,7 @@ bool IsPlain(const PictureAttribute& attribute) {
   constexpr std::size_t kTimeBytes = 19;
   switch (field->kind) {
     case DpxKind::Text:
-      return attribute.IsText() && attribute.value.size() < field->bytes &&
-             std::ranges::all_of(attribute.value, [](char c) { return c >= ' ' && c <= '~'; });
+      return attribute.IsText() && attribute.value.size() < field->bytes && IsPrintableText(attribute.value);
     case DpxKind::Time: return attribute.IsText() && attribute.value.size() == kTimeBytes;
     default: break;
   }

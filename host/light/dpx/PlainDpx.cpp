@@ -8,6 +8,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/files/AttributeNames.h"
 #include "host/formats/DpxHeader.h"
 
 namespace vblur::host {
@@ -149,7 +150,7 @@ class Reading {
     if (end == std::string_view::npos) return false;
     const std::string_view text = bytes.substr(0, end);
     dpx_.attributes.AddText(std::string(field.name), std::string(text));
-    return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+    return IsPrintableText(text);
   }
 
   // "2026:11:23:12:00:00" as "2026:11:23 12:00:00".
@@ -160,7 +161,7 @@ class Reading {
     if (text.front() == '\0') return true;
     text[kDate] = ' ';
     dpx_.attributes.AddText(std::string(field.name), text);
-    return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+    return IsPrintableText(text);
   }
 
   bool TakeCode(const DpxField& field) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string_view>
 
+#include "host/files/AttributeNames.h"
 #include "host/formats/FileBytes.h"
 #include "host/formats/PictureFileHeader.h"
 
@@ -28,8 +29,7 @@ enum Marker : std::uint8_t {
 
 bool IsPlainText(std::string_view text) {
   constexpr std::size_t kMostBytes = 7000;
-  return !text.empty() && text.size() <= kMostBytes &&
-         std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+  return !text.empty() && text.size() <= kMostBytes && IsPrintableText(text);
 }
 
 class Segments {

@@ -20,6 +20,7 @@
 #include <ImfVecAttribute.h>
 
 #include "host/base/NameMatch.h"
+#include "host/files/AttributeNames.h"
 #include "host/light/MeantNames.h"
 
 namespace vblur::host {
@@ -71,7 +72,7 @@ bool Lists(const std::string_view (&names)[count], std::string_view name) {
 
 bool IsPlainName(std::string_view name) {
   constexpr std::size_t kLongest = 255;
-  const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~' && c != ':'; });
+  const bool isPrintable = IsPrintableText(name) && name.find(':') == std::string_view::npos;
   const bool isKnown = std::ranges::any_of(kKnown, [&](const KnownAttribute& each) {
     return EqualIgnoringCase(each.inFile, name) || EqualIgnoringCase(each.name, name);
   });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "host/files/AttributeNames.h"
 #include "host/light/MeantNames.h"
 
 namespace vblur::host {
@@ -16,7 +17,7 @@ constexpr std::array<std::array<std::string_view, 2>, 3> kNames = {
 
 bool IsPlainKeyword(std::string_view keyword) {
   constexpr std::size_t kLongest = 79;
-  const bool isPlain = std::ranges::all_of(keyword, [](char c) { return c >= ' ' && c <= '~' && c != ':'; });
+  const bool isPlain = IsPrintableText(keyword) && keyword.find(':') == std::string_view::npos;
   return !keyword.empty() && keyword.size() <= kLongest && isPlain && !IsMeantName(keyword) && keyword.front() != ' ' &&
          keyword.back() != ' ' && keyword.find("  ") == std::string_view::npos;
 }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "host/files/AttributeNames.h"
 #include "host/formats/FileBytes.h"
 #include "host/formats/TiffTagKinds.h"
 #include "host/formats/TiffTags.h"
@@ -184,8 +185,7 @@ class Directory {
     if (!tags_.Has(number)) return true;
     const std::string text = tags_.Text(number);
     const bool isPlain = tags_.All().at(number).type == kText && !text.empty() && text.size() <= kMostBytes &&
-                         !tags_.HasFurtherText(number) &&
-                         std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+                         !tags_.HasFurtherText(number) && IsPrintableText(text);
     if (isPlain)
       tiff.attributes.AddText(std::string(std::ranges::find(kTexts, number, &NamedText::number)->name), text);
     return isPlain;

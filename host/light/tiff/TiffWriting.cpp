@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "host/files/AttributeNames.h"
 #include "host/light/InOrder.h"
 #include "host/light/LightMetadata.h"
 #include "host/light/LightRows.h"
@@ -45,7 +46,7 @@ bool IsPlain(const LightAttributes& attributes) {
       return hasResolution && attributes.Find("ResolutionUnit") != nullptr;
     // It has no place for them.
     if (TagOfTiffText(each.name) == 0) return IsNotedName(each.name);
-    return each.IsText() && std::ranges::all_of(each.value, [](char c) { return c >= ' ' && c <= '~'; });
+    return each.IsText() && IsPrintableText(each.value);
   });
 }
 
