@@ -1,6 +1,5 @@
 #include "host/light/jpeg/PlainJpeg.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <string_view>
