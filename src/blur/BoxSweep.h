@@ -3,8 +3,8 @@
 // next box through a ring each.
 //
 // Integer results keep the range of the pixels, because a box's gain is at most 1. So nothing is narrowed between two
-// boxes, and 8-bit components fit lanes of 16 bits. Floats are summed in 64-bit integers; those whose results count are
-// carried ones (ExactBox.h).
+// boxes, and 8-bit components fit lanes of 16 bits. Floats are summed in 64-bit integers, or in doubles while none are
+// large; those whose results count are carried ones (ExactBox.h).
 #pragma once
 
 #include <cstddef>
@@ -46,6 +46,8 @@ struct SweepRows {
   std::int64_t from = 0;
   std::int64_t to = 0;   // past the end
   bool streams = false;  // results go past the caches; their rows are vector-aligned
+  // Floats beyond kMostInDoubles may be among the rows of `in` from here on, in this and all later calls for the strip.
+  bool large = true;
   // Addresses to prefetch, one for each step, of aheadLines cache lines each. Null: none.
   const std::byte* const* ahead = nullptr;
   std::size_t aheadLines = 0;
@@ -90,11 +92,13 @@ class BoxSweep {
     alignas(kSweepUnit) std::byte sums[3 * 4 * kMostRowBytes];
     alignas(kSweepUnit) std::byte mask[kSweepUnit];
     std::byte* rings = nullptr;
+    std::size_t ringBytes = 0;
     std::size_t rowBytes = 0;
     std::int64_t slot = 0;
     std::int64_t taps = 0;
     std::int64_t behind = 0;
     bool merges = false;
+    bool inDoubles = false;  // what the sums and rings of floats are
   };
 
  private:

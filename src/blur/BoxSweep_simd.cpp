@@ -162,6 +162,15 @@ void Sweep32(const BoxConstants& box, BoxSweep::State& state, const SweepRows& r
 void SweepFloats(const ExactBox& box, BoxSweep::State& state, const SweepRows& rows, const float* const* in,
                  float* const* out) {
   HvEnterKernel<"boxSweep float", HWY_TARGETS>(HWY_TARGET);
+  if constexpr (kSumsInDoubles) {
+    if (rows.from == 0) state.inDoubles = !rows.large;
+    if (!rows.large) return SweepSums<DoubleSums>(box, state, rows, in, out);
+    if (state.inDoubles) {
+      IntoIntegers(box, state.sums, sizeof(state.sums));
+      IntoIntegers(box, state.rings, state.ringBytes);
+      state.inDoubles = false;
+    }
+  }
   SweepSums<ExactSums>(box, state, rows, in, out);
 }
 
@@ -197,6 +206,7 @@ BoxSweep::BoxSweep(const BoxShape& shape, std::size_t rowBytes, std::size_t ring
     : note_(ringBytes),
       rings_(static_cast<std::byte*>(::operator new (ringBytes, std::align_val_t{kSweepUnit}, std::nothrow))) {
   state_.rings = rings_.get();
+  state_.ringBytes = ringBytes;
   state_.rowBytes = rowBytes;
   state_.taps = taps(shape);
   state_.behind = behind(shape);

@@ -7,8 +7,9 @@
 namespace vblur {
 
 // n components in place, each as `carried` of it (ExactBox.h). Those whose bits are not set in the mask stay as they
-// are: it has kCarriedMask of them and repeats. Null: all are set.
+// are: it has kCarriedMask of them and repeats. Null: all are set. Returns whether one that was made lies beyond
+// kMostInDoubles.
 inline constexpr std::int64_t kCarriedMask = 4;
-void carryRow(float* components, std::int64_t n, const float* mask);
+bool carryRow(float* components, std::int64_t n, const float* mask);
 
 }  // namespace vblur

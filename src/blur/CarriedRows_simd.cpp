@@ -17,26 +17,35 @@ HWY_BEFORE_NAMESPACE();
 namespace vblur {
 namespace HWY_NAMESPACE {
 
-// Whole vectors from `from` on; returns where they end. `mask` has that of one component after the other.
+struct CarriedSoFar {
+  std::int64_t n = 0;
+  bool large = false;
+};
+
+// Whole vectors from `so.n` on. `mask` has that of one component after the other.
 template <class D>
-HWY_INLINE std::int64_t CarryVectors(D d, float* v, std::int64_t from, std::int64_t n, const float* mask) {
+HWY_INLINE CarriedSoFar CarryVectors(D d, CarriedSoFar so, float* v, std::int64_t n, const float* mask) {
   const auto lanes = static_cast<std::int64_t>(hn::Lanes(d));
-  for (; from + lanes <= n; from += lanes) {
-    const auto old = hn::LoadU(d, v + from);
-    const auto set = hn::LoadU(d, mask + from % kCarriedMask);
-    hn::StoreU(hn::Or(hn::And(set, Carried(d, old)), hn::AndNot(set, old)), d, v + from);
+  auto most = hn::Zero(d);
+  for (; so.n + lanes <= n; so.n += lanes) {
+    const auto old = hn::LoadU(d, v + so.n);
+    const auto set = hn::LoadU(d, mask + so.n % kCarriedMask);
+    const auto made = hn::And(set, Carried(d, old));
+    most = hn::Max(most, hn::Abs(made));
+    hn::StoreU(hn::Or(made, hn::AndNot(set, old)), d, v + so.n);
   }
-  return from;
+  so.large = so.large || !hn::AllFalse(d, hn::Gt(most, hn::Set(d, kMostInDoubles)));
+  return so;
 }
 
-void CarryRow(float* components, std::int64_t n, const float* mask) {
+bool CarryRow(float* components, std::int64_t n, const float* mask) {
   HvEnterKernel<"carryRow", HWY_TARGETS>(HWY_TARGET);
   const hn::ScalableTag<float> d;
   float masks[hn::MaxLanes(d) + kCarriedMask];
   for (std::size_t i = 0; i < hn::MaxLanes(d) + kCarriedMask; ++i)
     masks[i] = mask != nullptr ? mask[i % kCarriedMask] : std::bit_cast<float>(~std::uint32_t{0});
-  const std::int64_t done = CarryVectors(d, components, 0, n, masks);
-  CarryVectors(hn::CappedTag<float, 1>(), components, done, n, masks);
+  const CarriedSoFar vectors = CarryVectors(d, {}, components, n, masks);
+  return CarryVectors(hn::CappedTag<float, 1>(), vectors, components, n, masks).large;
 }
 
 }  // namespace HWY_NAMESPACE
@@ -51,8 +60,8 @@ HWY_EXPORT(CarryRow);
 
 }  // namespace
 
-void carryRow(float* components, std::int64_t n, const float* mask) {
-  HWY_DYNAMIC_DISPATCH(CarryRow)(components, n, mask);
+bool carryRow(float* components, std::int64_t n, const float* mask) {
+  return HWY_DYNAMIC_DISPATCH(CarryRow)(components, n, mask);
 }
 
 }  // namespace vblur

@@ -23,6 +23,9 @@ namespace vblur {
 // as the largest, and what is not a number as 0.
 inline constexpr float kMostCarried = 65504.0f;
 
+// The largest component whose sums doubles hold exactly, those of a box of any size: at most 2^53 steps.
+inline constexpr float kMostInDoubles = 32.0f;
+
 constexpr float carried(float v) {
   if (v != v) return 0.0f;
   return clampTo(v, -kMostCarried, kMostCarried);

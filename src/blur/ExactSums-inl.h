@@ -1,5 +1,5 @@
 // The running sums of one box over one vector of floats, which are carried ones: 64-bit integers, as in the plain code
-// (ExactBox.h). Compiled once for each instruction set; see BoxSums-inl.h for the functions that every kind of sums
+// (ExactBox.h), or doubles that hold the same numbers. Compiled once for each instruction set; see BoxSums-inl.h for the functions that every kind of sums
 // has.
 #if defined(VBLUR_BLUR_EXACTSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_EXACTSUMS_INL_H
@@ -75,72 +75,115 @@ HWY_INLINE hn::Vec<D> Carried(D d, hn::Vec<D> v) {
   return hn::Min(hn::Max(number, hn::Set(d, -kMostCarried)), hn::Set(d, kMostCarried));
 }
 
-struct ExactSums {
-  using Component = float;
+struct FloatLanes {
   using D = hn::ScalableTag<double>;
   using DI = hn::RebindToSigned<D>;
   using DF = hn::Rebind<float, D>;
-  using V = hn::Vec<D>;
-  using VI = hn::Vec<DI>;
-  using VF = hn::Vec<DF>;
 #if HWY_TARGET == HWY_SCALAR
   using DAll = DF;
 #else
   using DAll = hn::Twice<DF>;
 #endif
+  using V = hn::Vec<D>;
+  using VF = hn::Vec<DF>;
   using VAll = hn::Vec<DAll>;
+};
+
+// What a running sum holds of its components: their steps as integers. For all that the filter carries.
+struct IntegerSteps : FloatLanes {
+  using Number = std::int64_t;
+
+  explicit HWY_INLINE IntegerSteps(const ExactBox& box)
+      : heldPerUnit(hn::Set(DF(), static_cast<float>(std::ldexp(1.0, scale(box))))),
+        unitsPerHeld(hn::Set(DAll(), static_cast<float>(std::ldexp(1.0, -scale(box))))) {}
+
+  // The power of two between the factors of a box, for sums of steps, and those for the means that are held.
+  static std::int32_t scale(const ExactBox& box) { return box.step - kHeldShift; }
+  HWY_INLINE VF Held(VF v) const { return hn::Mul(v, heldPerUnit); }
+  HWY_INLINE VAll Unheld(VAll v) const { return hn::Mul(v, unitsPerHeld); }
+  HWY_INLINE hn::Vec<DI> Nearest(VF held) const { return NearestSteps(D(), held); }
+  static HWY_INLINE V Double(hn::Vec<DI> sum) { return NearestDouble(D(), sum); }
+
+ private:
+  VF heldPerUnit;
+  VAll unitsPerHeld;
+};
+
+// Doubles that are whole multiples of a step, of components up to kMostInDoubles: sums of them are exact, and the
+// results are those of the integers in half the instructions, where none rounds floats to 64-bit integers.
+struct DoubleSteps : FloatLanes {
+  using Number = double;
+
+  // Adding 1.5 * 2^52 steps leaves no room for less than one.
+  explicit HWY_INLINE DoubleSteps(const ExactBox& box) : magic(hn::Set(D(), std::ldexp(1.5, 52 - box.step))) {}
+
+  static std::int32_t scale(const ExactBox& box) { return box.step; }
+  static HWY_INLINE VF Held(VF v) { return v; }
+  static HWY_INLINE VAll Unheld(VAll v) { return v; }
+  HWY_INLINE V Nearest(VF v) const { return hn::Sub(hn::Add(hn::PromoteTo(D(), v), magic), magic); }
+  static HWY_INLINE V Double(V sum) { return sum; }
+
+ private:
+  V magic;
+};
+
+template <class Steps>
+struct FloatSums : FloatLanes {
+  using Component = float;
+  using Number = typename Steps::Number;
+  using DN = hn::Rebind<Number, D>;
+  using VN = hn::Vec<DN>;
   // A vector of floats widens to this many.
   static constexpr int kParts = 2;
   static constexpr std::size_t kLanes = hn::MaxLanes(D());
   static constexpr std::size_t kBytes = kParts * kLanes * sizeof(float);
-  static constexpr std::size_t kSumBytes = kParts * kLanes * sizeof(std::int64_t);
+  static constexpr std::size_t kSumBytes = kParts * kLanes * sizeof(Number);
   static constexpr std::size_t kRingBytes = kSumBytes;
   static constexpr std::size_t kUnits = 1;
   static constexpr std::size_t kRings = 3;
 
   struct Sum {
-    VI all[kParts];
+    VN all[kParts];
     HWY_INLINE void Load(const std::byte* p) {
       for (int i = 0; i < kParts; ++i)
-        all[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+        all[i] = hn::LoadU(DN(), reinterpret_cast<const Number*>(p) + static_cast<std::size_t>(i) * kLanes);
     }
     HWY_INLINE void Store(std::byte* p) const {
       for (int i = 0; i < kParts; ++i)
-        hn::StoreU(all[i], DI(), reinterpret_cast<std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+        hn::StoreU(all[i], DN(), reinterpret_cast<Number*>(p) + static_cast<std::size_t>(i) * kLanes);
     }
   };
   // Held floats, and their steps. Steps from a ring have no floats.
   struct Item {
     VF floats[kParts];
-    VI steps[kParts];
+    VN steps[kParts];
   };
 
-  explicit HWY_INLINE ExactSums(const ExactBox& box)
-      : heldPerUnit(hn::Set(DF(), static_cast<float>(std::ldexp(1.0, box.step - kHeldShift)))),
-        unitsPerHeld(hn::Set(DAll(), static_cast<float>(std::ldexp(1.0, kHeldShift - box.step)))),
-        whole(hn::Set(D(), std::ldexp(box.whole, box.step - kHeldShift))),
-        atEnds(hn::Set(D(), std::ldexp(box.atEnds, box.step - kHeldShift))) {}
+  explicit HWY_INLINE FloatSums(const ExactBox& box)
+      : of(box),
+        whole(hn::Set(D(), std::ldexp(box.whole, Steps::scale(box)))),
+        atEnds(hn::Set(D(), std::ldexp(box.atEnds, Steps::scale(box)))) {}
 
   HWY_INLINE Sum Empty() const {
-    return {{hn::Zero(DI()), hn::Zero(DI())}};
+    return {{hn::Zero(DN()), hn::Zero(DN())}};
   }
 
   HWY_INLINE Item Read(const float* p) const {
     Item item;
     for (int i = 0; i < kParts; ++i) {
-      item.floats[i] = hn::Mul(hn::LoadU(DF(), p + static_cast<std::size_t>(i) * kLanes), heldPerUnit);
-      item.steps[i] = NearestSteps(D(), item.floats[i]);
+      item.floats[i] = of.Held(hn::LoadU(DF(), p + static_cast<std::size_t>(i) * kLanes));
+      item.steps[i] = of.Nearest(item.floats[i]);
     }
     return item;
   }
   HWY_INLINE void Write(const Item& item, const Output<float>& output, float* p) const {
 #if HWY_TARGET == HWY_SCALAR
     for (int i = 0; i < kParts; ++i) {
-      const auto v = hn::Mul(item.floats[i], unitsPerHeld);
+      const auto v = of.Unheld(item.floats[i]);
       hn::StoreU(mergedWith(v, output, static_cast<std::size_t>(i), DF()), DF(), p + i);
     }
 #else
-    const auto v = hn::Mul(hn::Combine(DAll(), item.floats[1], item.floats[0]), unitsPerHeld);
+    const auto v = of.Unheld(hn::Combine(DAll(), item.floats[1], item.floats[0]));
     PutOut(DAll(), mergedWith(v, output, 0, DAll()), output, p);
 #endif
   }
@@ -151,7 +194,7 @@ struct ExactSums {
     Item item;
     for (int i = 0; i < kParts; ++i) {
       item.floats[i] = hn::Zero(DF());
-      item.steps[i] = hn::LoadU(DI(), reinterpret_cast<const std::int64_t*>(p) + static_cast<std::size_t>(i) * kLanes);
+      item.steps[i] = hn::LoadU(DN(), reinterpret_cast<const Number*>(p) + static_cast<std::size_t>(i) * kLanes);
     }
     return item;
   }
@@ -164,17 +207,17 @@ struct ExactSums {
   HWY_INLINE Item Step(Sum& sum, const Item& in, const Item& out) const {
     Item result;
     for (int i = 0; i < kParts; ++i) {
-      const VI inner = hn::Sub(sum.all[i], out.steps[i]);
+      const VN inner = hn::Sub(sum.all[i], out.steps[i]);
       V mean;
       if constexpr (kFraction) {
-        const VI ends = hn::Add(in.steps[i], out.steps[i]);
-        mean = hn::Add(hn::Mul(NearestDouble(D(), inner), whole), hn::Mul(NearestDouble(D(), ends), atEnds));
+        const VN ends = hn::Add(in.steps[i], out.steps[i]);
+        mean = hn::Add(hn::Mul(Steps::Double(inner), whole), hn::Mul(Steps::Double(ends), atEnds));
       } else {
-        mean = hn::Mul(NearestDouble(D(), sum.all[i]), whole);
+        mean = hn::Mul(Steps::Double(sum.all[i]), whole);
       }
       sum.all[i] = hn::Add(inner, in.steps[i]);
       result.floats[i] = hn::DemoteTo(DF(), mean);
-      result.steps[i] = NearestSteps(D(), result.floats[i]);
+      result.steps[i] = of.Nearest(result.floats[i]);
     }
     return result;
   }
@@ -187,11 +230,25 @@ struct ExactSums {
     return Merged(hn::LoadU(d, output.mask + at), v, hn::LoadU(d, output.others + at));
   }
 
-  VF heldPerUnit;
-  VAll unitsPerHeld;
+  Steps of;
   V whole;
   V atEnds;
 };
+
+using ExactSums = FloatSums<IntegerSteps>;
+using DoubleSums = FloatSums<DoubleSteps>;
+inline constexpr bool kSumsInDoubles = !HV_ROUNDS_FLOATS;
+
+// Sums or rings of DoubleSums to those of ExactSums, in place. Slots that are not filled yet may hold anything.
+HWY_INLINE void IntoIntegers(const ExactBox& box, std::byte* sums, std::size_t bytes) {
+  const FloatLanes::D d;
+  const FloatLanes::DI di;
+  const auto stepsPerUnit = hn::Set(d, std::ldexp(1.0, box.step));
+  for (std::size_t at = 0; at < bytes; at += hn::Lanes(d) * sizeof(double)) {
+    const auto steps = hn::Mul(hn::LoadU(d, reinterpret_cast<const double*>(sums + at)), stepsPerUnit);
+    hn::StoreU(hn::ConvertTo(di, steps), di, reinterpret_cast<std::int64_t*>(sums + at));
+  }
+}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace vblur

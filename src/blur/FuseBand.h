@@ -70,6 +70,8 @@ struct FusedTile {
   FusedAxis y;
   // Bits of results outside the mask become those of the source.
   bool merges = false;
+  // What the sums and slots of floats are: doubles until a component beyond kMostInDoubles is read.
+  bool inDoubles = false;
   alignas(kFusedLine) std::byte mask[kFusedLine] = {};
   alignas(kFusedLine) std::byte sums[kFusedSums] = {};  // along x
 

@@ -336,8 +336,29 @@ HWY_INLINE const std::byte* ResultsToCome(const FusedTile<Box>& tile) {
   return come ? tile.target + (tile.x.blocks - tile.x.leadBlocks) * kBytes : nullptr;
 }
 
+// Whether sums of all the components that are filtered, in a block of rows, are exact.
+template <class Sums, class Tile>
+HWY_INLINE bool HoldsBlock([[maybe_unused]] const Tile& tile, [[maybe_unused]] const void* rows) {
+  if constexpr (std::is_same_v<Sums, DoubleSums>) {
+    const hn::CappedTag<float, kFusedLine / sizeof(float)> d;
+    auto most = hn::Zero(d);
+    for (std::size_t lane = 0; lane < kFusedLine / sizeof(float); lane += hn::Lanes(d)) {
+      const auto ones = hn::LoadU(d, reinterpret_cast<const float*>(tile.mask) + lane);
+      const float* row = static_cast<const float*>(rows) + lane;
+      for (std::int32_t i = 0; i < kFusedColumns; ++i, row += kFusedLine / sizeof(float)) {
+        const auto v = hn::Abs(hn::LoadU(d, row));
+        most = hn::Max(most, tile.merges ? hn::And(ones, v) : v);
+      }
+    }
+    return hn::AllFalse(d, hn::Gt(most, hn::Set(d, kMostInDoubles)));
+  } else {
+    return true;
+  }
+}
+
+// Returns the blocks that are done: all before the first one that the sums do not hold.
 template <class Word, bool kFraction, bool kMerges, class Sums, class Box>
-void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
+std::int32_t BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
   constexpr auto kLineBytes = static_cast<std::int64_t>(kFusedLine);
   const Sums sums(tile.boxX);
   const std::byte* from = stretch.first;
@@ -350,6 +371,7 @@ void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> a
     } else {
       BlockIntoRows<Word, false>(tile, pixels, stretch.lineBytes, rows);
     }
+    if (!HoldsBlock<Sums>(tile, rows)) return b;
     const std::byte* next = b + 1 < stretch.blocks ? from + stretch.blockBytes : stretch.after;
     const AskAhead<sizeof(Word)> ask{next == nullptr ? from : next, next == nullptr ? 0 : stretch.lineBytes, 0,
                                      ResultsToCome<Word>(tile), tile.stride};
@@ -357,16 +379,17 @@ void BandAlongX(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> a
     if (tile.x.produces()) ResultsIntoGroups<Word>(tile, alongY);
     tile.x.endBlock();
   }
+  return stretch.blocks;
 }
 
 template <class Word, class Sums, class Box>
-void FuseWith(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
+std::int32_t FuseWith(FusedTile<Box>& tile, const FusedStretch& stretch, AlongY<Box> alongY) {
   if (tile.merges) {
     if (tile.boxX.d == 0) return BandAlongX<Word, false, true, Sums>(tile, stretch, alongY);
     return BandAlongX<Word, true, true, Sums>(tile, stretch, alongY);
   }
   if (tile.boxX.d == 0) return BandAlongX<Word, false, false, Sums>(tile, stretch, alongY);
-  BandAlongX<Word, true, false, Sums>(tile, stretch, alongY);
+  return BandAlongX<Word, true, false, Sums>(tile, stretch, alongY);
 }
 
 template <std::int32_t kRows, class Box>
@@ -415,14 +438,38 @@ HWY_INLINE void FuseKeptIntegers(const IntegerTile& tile, const std::int32_t* ke
 
 using FloatTile = FusedTile<ExactBox>;
 
+// What is summed so far, along x and along y.
+void IntoIntegers(FloatTile& tile) {
+  const std::size_t slotsX = static_cast<std::size_t>(tile.x.taps) * kFusedSlot;
+  IntoIntegers(tile.boxX, tile.sums, kFusedSums);
+  IntoIntegers(tile.boxX, tile.slotsX, slotsX);
+  for (std::int32_t g = 0; g < tile.groupCount; ++g) {
+    const Rings rings = RingsOfGroup(tile, g);
+    IntoIntegers(tile.boxY, rings.sums, kFusedSums);
+    IntoIntegers(tile.boxY, rings.slots, static_cast<std::size_t>(tile.y.taps) * kFusedSlot);
+  }
+  tile.inDoubles = false;
+}
+
 void Fuse32(FloatTile& tile, const FusedStretch& stretch) {
   HvEnterKernel<"fuseBand 32", HWY_TARGETS>(HWY_TARGET);
-  FuseWith<Rf, ExactSums>(tile, stretch, AlongYBy<ExactSums>(tile));
+  FusedStretch rest = stretch;
+  if constexpr (kSumsInDoubles) {
+    if (tile.inDoubles) {
+      const std::int32_t done = FuseWith<Rf, DoubleSums>(tile, stretch, AlongYBy<DoubleSums>(tile));
+      if (done == stretch.blocks) return;
+      IntoIntegers(tile);
+      rest.first += done * stretch.blockBytes;
+      rest.blocks -= done;
+    }
+  }
+  FuseWith<Rf, ExactSums>(tile, rest, AlongYBy<ExactSums>(tile));
 }
 
 void FuseKept32(const FloatTile& tile, const std::int32_t* keptAt) {
   HvEnterKernel<"fuseBand 32", HWY_TARGETS>(HWY_TARGET);
-  KeptIntoGroups<kFusedPixels<Rf>>(tile, keptAt, AlongYBy<ExactSums>(tile));
+  const bool inDoubles = kSumsInDoubles && tile.inDoubles;
+  KeptIntoGroups<kFusedPixels<Rf>>(tile, keptAt, inDoubles ? AlongYBy<DoubleSums>(tile) : AlongYBy<ExactSums>(tile));
 }
 
 void Fuse8(IntegerTile& tile, const FusedStretch& stretch) {

@@ -169,6 +169,7 @@ void FusedPasses<Pixel, Accum>::filterTile(const Texture& in, const Texture& out
   const std::int64_t top = y1 - BoxSweep::centre(boxY_) - tile.y.phase;
   const std::int64_t produced = top + std::int64_t{tile.y.leadBlocks} * kFusedRows;  // by the band of row y1
   const std::int64_t end = produced + (y2 - y1 + kFusedRows - 1) / kFusedRows * kFusedRows;
+  tile.inDoubles = true;
   KeptRows kept = keptRows(in, top, end);
   if (kept.above > 0 && !keepAbove(band, tile, kept, interrupt)) return;
   tile.y.begin();

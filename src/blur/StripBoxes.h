@@ -89,24 +89,27 @@ class StripBoxes {
   const Rows& result() const { return result_; }
 
   // `out` has the rows that the last box produces. Calls gather(first, last) before rows of gathered() are read, and
-  // done(first, last) after rows of `out` are written, tile after tile. prefetch(first, last, ahead) fills in
+  // done(first, last) after rows of `out` are written, tile after tile. gather returns whether there are floats beyond
+  // kMostInDoubles among those rows; so does run among all. prefetch(first, last, ahead) fills in
   // kStripTile addresses that gather will read for a range and returns the cache lines to prefetch at each, 0 for none.
   // `streams`: see SweepRows.
   template <class Gather, class Prefetch, class Done>
-  void run(Component* const* out, bool streams, const Gather& gather, const Prefetch& prefetch, const Done& done) {
+  bool run(Component* const* out, bool streams, const Gather& gather, const Prefetch& prefetch, const Done& done) {
     const std::int64_t end = read_.last - read_.first;
     const std::int64_t lead = sweep_.lead();
     std::int64_t stretch = gathered_.together(0);
     const std::byte* ahead[kStripTile];
-    for (SweepRows rows{0, 0, streams, nullptr, 0}; rows.to < end; stretch = kStripTile) {
+    SweepRows rows{0, 0, streams, false, nullptr, 0};
+    for (; rows.to < end; stretch = kStripTile) {
       rows.from = rows.to;
       rows.to = std::min(end, rows.from + stretch);
-      gather(rows.from, rows.to);
+      if (gather(rows.from, rows.to)) rows.large = true;
       rows.aheadLines = prefetch(rows.to, std::min(end, rows.to + kStripTile), ahead);
       rows.ahead = rows.aheadLines > 0 ? ahead : nullptr;
       sweep_.advance(rows, gathered_.table(), out);
       if (rows.to > lead) done(std::max(rows.from, lead) - lead, rows.to - lead);
     }
+    return rows.large;
   }
 
  private:

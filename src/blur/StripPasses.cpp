@@ -62,9 +62,9 @@ bool StripPasses<Pixel, Accum>::alongX(const Texture& in, const HvSpan& band, Hv
     if (stoppedBefore(interrupt, n)) return true;
     for (std::int32_t x = 0; inPlace && x < width(); ++x)
       targets[static_cast<std::size_t>(x)] = componentsOf(stored(s, x));
-    strip.run(
+    const bool large = strip.run(
         inPlace ? targets.get() : strip.result().table(), inPlace && streams(),
-        [&](std::int64_t from, std::int64_t to) { gatherRows(in, first, n, from, to, strip); },
+        [&](std::int64_t from, std::int64_t to) { return gatherRows(in, first, n, from, to, strip); },
         [&](std::int64_t from, std::int64_t to, const std::byte** ahead) {
           return prefetchRows(in, first, n, from, to, strip, ahead);
         },
@@ -74,6 +74,7 @@ bool StripPasses<Pixel, Accum>::alongX(const Texture& in, const HvSpan& band, Hv
           const StreamedPiece piece{place, kStoreBytes, to - from, kStoreBytes, true, true};
           streamRows(piece, reinterpret_cast<std::byte* const*>(strip.result().table() + from), nullptr);
         });
+    if (large) large_.store(true, std::memory_order_relaxed);
   }
   hwy::FlushStream();
   return true;
@@ -82,6 +83,8 @@ bool StripPasses<Pixel, Accum>::alongX(const Texture& in, const HvSpan& band, Hv
 template <class Pixel, class Accum>
 bool StripPasses<Pixel, Accum>::alongY(const Texture& out, const HvSpan& band, HvInterruptRecord* interrupt) {
   const bool whole = channels_.all || keepsOthers_;
+  // Means of components are at most the largest of them.
+  const bool large = large_.load(std::memory_order_relaxed);
   StripBoxes<Component> strip(boxY_, rows_, kColumnBytes, rows_.first, merges() ? &channels_.bits : nullptr);
   const std::int64_t height = rows_.last - rows_.first;
   const auto count = static_cast<std::size_t>(height);
@@ -110,7 +113,10 @@ bool StripPasses<Pixel, Accum>::alongY(const Texture& out, const HvSpan& band, H
     };
     strip.run(
         inPlace ? targets.get() : strip.result().table(), inPlace && streams(),
-        [&](std::int64_t from, std::int64_t to) { gatherColumns(first, n, from, to, strip); },
+        [&](std::int64_t from, std::int64_t to) {
+          gatherColumns(first, n, from, to, strip);
+          return large;
+        },
         [&](std::int64_t from, std::int64_t to, const std::byte** ahead) {
           return prefetchColumns(first, n, from, to, ahead);
         },
@@ -131,7 +137,7 @@ bool StripPasses<Pixel, Accum>::alongY(const Texture& out, const HvSpan& band, H
 }
 
 template <class Pixel, class Accum>
-void StripPasses<Pixel, Accum>::gatherRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from,
+bool StripPasses<Pixel, Accum>::gatherRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from,
                                            std::int64_t to, const StripBoxes<Component>& strip) const {
   const std::int32_t row = slots_.rowOf(first);
   const std::int32_t index = wrapSub(row, in.vertical.originI);
@@ -141,6 +147,7 @@ void StripPasses<Pixel, Accum>::gatherRows(const Texture& in, std::int32_t first
   // The pass along y reads carried components, which is what this one returns.
   [[maybe_unused]] const Component* const mask =
       merges() ? reinterpret_cast<const Component*>(&channels_.bits) : nullptr;
+  bool large = false;
   for (std::int64_t i = from; i < to;) {
     const auto x = static_cast<std::int32_t>(strip.read().first + i);
     auto* const place = reinterpret_cast<Pixel*>(strip.gathered().row(i));
@@ -155,10 +162,13 @@ void StripPasses<Pixel, Accum>::gatherRows(const Texture& in, std::int32_t first
         StripTile<Pixel>{run.first, 0, run.step, 1, count}.gather(place + j, kStoreBytes);
       }
     }
-    if constexpr (std::is_same_v<Component, float>)
-      carryRow(strip.gathered().row(i), count * static_cast<std::int64_t>(kStoreBytes / sizeof(float)), mask);
+    if constexpr (std::is_same_v<Component, float>) {
+      constexpr auto kFloats = static_cast<std::int64_t>(kStoreBytes / sizeof(float));
+      if (carryRow(strip.gathered().row(i), count * kFloats, mask)) large = true;
+    }
     i += count;
   }
+  return large;
 }
 
 template <class Pixel, class Accum>

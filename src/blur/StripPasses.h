@@ -2,6 +2,7 @@
 // along x writes memory from one end to the other, and the pass along y reads a few cache lines of it at a time.
 #pragma once
 
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -108,7 +109,8 @@ class StripPasses {
   }
 
   // Reads `n` slots from `first` on, at places [from, to) of the input of the pass along x, through the edge methods.
-  void gatherRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
+  // Returns whether there are floats beyond kMostInDoubles.
+  bool gatherRows(const Texture& in, std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
                   const StripBoxes<Component>& strip) const;
   // Reads `n` columns of the window, at places [from, to) of the input of the pass along y.
   void gatherColumns(std::int32_t first, std::int32_t n, std::int64_t from, std::int64_t to,
@@ -130,6 +132,8 @@ class StripPasses {
   StripSlots slots_;
   std::size_t stripBytes_;
   HvScratchBlock store_;
+  // Whether the pass along x read floats beyond kMostInDoubles, and the pass along y may.
+  std::atomic<bool> large_{false};
 };
 
 }  // namespace vblur

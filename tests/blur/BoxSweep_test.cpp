@@ -53,6 +53,24 @@ std::vector<float> randomRows<float>(Random& random, std::int64_t rows, std::siz
   return values;
 }
 
+// Rows as above; floats up to kMostInDoubles in those before one of them, and in some lanes at the limit throughout.
+template <class C>
+struct StripRows {
+  StripRows(Random& random, std::int64_t rows, std::size_t lanes)
+      : values(randomRows<C>(random, rows, lanes)), firstLarge(random.oneIn(3) ? 0 : random.within(0, 2 * static_cast<int>(rows))) {
+    if constexpr (std::is_same_v<C, float>) {
+      for (std::size_t i = 0; i < std::min(values.size(), static_cast<std::size_t>(firstLarge) * lanes); ++i) {
+        const std::size_t lane = i % lanes;
+        values[i] = lane < 2 ? (lane == 0 ? kMostInDoubles : -kMostInDoubles) : limited(values[i]);
+      }
+    }
+  }
+  static float limited(float v) { return clampTo(v, -kMostInDoubles, kMostInDoubles); }
+
+  std::vector<C> values;
+  std::int64_t firstLarge;
+};
+
 template <class C, class Row>
 std::vector<Row> tableOf(C* first, std::size_t rows, std::size_t lanes) {
   std::vector<Row> table;
@@ -75,7 +93,8 @@ void compareWithTwin(Random& random, float radius) {
   const std::size_t lanes = rowBytes / sizeof(C);
   const std::int64_t count = random.within(1, 30);
   const std::int64_t steps = count + 3 * BoxSweep::taps(box);
-  auto in = randomRows<C>(random, steps, lanes);
+  StripRows<C> strips(random, steps, lanes);
+  std::vector<C>& in = strips.values;
   // Streamed results have to be vector-aligned.
   const auto produced = static_cast<std::size_t>(count);
   std::vector<C> memory(produced * lanes + 128 / sizeof(C), C{99});
@@ -90,6 +109,7 @@ void compareWithTwin(Random& random, float radius) {
     for (SweepRows rows{0, 0, random.oneIn(2)}; rows.to < steps;) {
       rows.from = rows.to;
       rows.to = random.oneIn(3) ? steps : std::min<std::int64_t>(steps, rows.from + random.within(1, 80));
+      rows.large = rows.to > strips.firstLarge;
       sweep.advance(rows, inRows.data(), outRows.data());
     }
   }

@@ -13,6 +13,7 @@
 
 #include "blur/FilterChannels.h"
 #include "tests/blur/FilterRuns.h"
+#include "tests/blur/RandomPictures.h"
 #include "tests/support/KernelRuns.h"
 #include "tests/support/Random.h"
 #include "tests/support/StopAfter.h"
@@ -93,6 +94,9 @@ struct FusedCase {
         radiusY(radius(random, 3 * std::max(width, height))) {
     const bool extremes = random.oneIn(4);
     source.fill(random, extremes);
+    if constexpr (!Pixel::kIntegral) {
+      if (!random.oneIn(3)) fillSmall(random, source.texture);
+    }
     result.fill(random, extremes);
     auto& in = source.texture;
     in.setEdgeMethods(random.within(0, 3), random.within(0, 3));

@@ -1,11 +1,16 @@
 // Random pictures, windows and radii for comparisons of the filter with the model.
 #pragma once
 
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 
+#include "blur/ExactBox.h"
 #include "image/Imager.h"
+#include "image/Pixels.h"
 #include "tests/model/window.h"
 #include "tests/support/Canvas.h"
 #include "tests/support/CpuLevel.h"
@@ -55,6 +60,25 @@ struct RandomPicture {
   Canvas<Pixel> canvas;
   HvTexture<Pixel, Accum> texture;
 };
+
+// Floats up to kMostInDoubles everywhere, but for larger ones and what is no number in a few places or none.
+template <class Texture>
+void fillSmall(Random& random, const Texture& texture) {
+  using Pixel = typename Texture::Pixel;
+  const auto at = [&](std::int32_t x, std::int32_t y) {
+    return reinterpret_cast<float*>(texture.at(0, y)) + static_cast<std::ptrdiff_t>(x);
+  };
+  const std::int32_t lanes = texture.width() * PixelTraits<Pixel>::kComponents;
+  const float most = random.oneOf({kMostInDoubles, 1.0f, 1e-9f});
+  for (std::int32_t y = 0; y < texture.height(); ++y) {
+    for (std::int32_t x = 0; x < lanes; ++x)
+      *at(x, y) = random.oneIn(9) ? random.oneOf({most, -most, 0.0f, -0.0f}) : random.between(-most, most);
+  }
+  const float others[] = {std::nextafter(kMostInDoubles, kMostCarried), -100.0f, 1e30f,
+                          std::numeric_limits<float>::quiet_NaN(), -std::numeric_limits<float>::infinity()};
+  for (int i = random.oneIn(2) ? 0 : random.within(1, 3); i > 0; --i)
+    *at(random.within(0, lanes - 1), random.within(0, texture.height() - 1)) = others[random.within(0, 4)];
+}
 
 // None, or one inside a picture, across its ends or beside it.
 inline std::optional<model::Window> randomWindow(Random& random, const HvTexIndexer& target) {

@@ -57,11 +57,16 @@ auto sweptBox(float radius) {
 template <class C>
 using PlainLine = std::vector<std::conditional_t<std::is_same_v<C, float>, float, std::int32_t>>;
 
+// Floats of any kind, or carried ones up to kMostInDoubles.
+enum class Floats { kAny, kSmall };
+
 // A strip of rows that fill a vector each. Its first and last row repeat beyond its ends.
 template <class C>
 class SweptStrip {
  public:
   static constexpr std::int32_t kLanes = kSweepUnit / sizeof(C);
+
+  explicit SweptStrip(Floats floats) : floats_(floats) {}
 
   // n components, whole rows.
   void run(const C* a, std::int32_t n, C* out) {
@@ -69,7 +74,7 @@ class SweptStrip {
     carried_.assign(a, a + n);
     if constexpr (std::is_same_v<C, float>) {
       for (float& v : carried_)
-        v = carried(v);
+        v = floats_ == Floats::kAny ? carried(v) : carried(v) / kMostCarried * kMostInDoubles;
     }
     in_.clear();
     for (std::int64_t j = 0; j < count + sweep_.lead(); ++j)
@@ -78,7 +83,9 @@ class SweptStrip {
     out_.clear();
     for (std::int64_t i = 0; i < count; ++i)
       out_.push_back(out + kLanes * i);
-    sweep_.advance({0, count + sweep_.lead()}, in_.data(), out_.data());
+    SweepRows rows{0, count + sweep_.lead()};
+    rows.large = floats_ == Floats::kAny;
+    sweep_.advance(rows, in_.data(), out_.data());
   }
 
  private:
@@ -95,6 +102,7 @@ class SweptStrip {
     }
   }
 
+  Floats floats_;
   decltype(sweptBox<C>(0.0f)) box_ = sweptBox<C>(1.25f);
   BoxSweep sweep_{box_, kSweepUnit, sizeof(C)};
   std::vector<C> carried_;
@@ -103,10 +111,11 @@ class SweptStrip {
 };
 
 template <class C>
-void addSweep(std::vector<KernelCase>& cases) {
-  const std::string name = std::is_same_v<C, float> ? "boxSweep float" : "boxSweep " + std::to_string(8 * sizeof(C));
-  const auto strip = std::make_shared<SweptStrip<C>>();
-  cases.push_back(rowCase<C, C>(name, name, [strip](const C* in, std::int32_t n, C* out) { strip->run(in, n, out); }));
+void addSweep(std::vector<KernelCase>& cases, Floats floats = Floats::kAny) {
+  const std::string kernel = std::is_same_v<C, float> ? "boxSweep float" : "boxSweep " + std::to_string(8 * sizeof(C));
+  const std::string name = floats == Floats::kAny ? kernel : kernel + ", small";
+  const auto strip = std::make_shared<SweptStrip<C>>(floats);
+  cases.push_back(rowCase<C, C>(name, kernel, [strip](const C* in, std::int32_t n, C* out) { strip->run(in, n, out); }));
   cases.back().unit = SweptStrip<C>::kLanes;
 }
 
@@ -118,7 +127,10 @@ inline void addCarrying(std::vector<KernelCase>& cases) {
     cases.push_back(rowCase<float, float>(keepsOne ? "carryRow, one kept" : "carryRow", "carryRow",
                                           [=](const float* in, std::int32_t n, float* out) {
                                             std::memcpy(out, in, static_cast<std::size_t>(n) * sizeof(float));
-                                            if (HvUsesVectors()) return carryRow(out, n, keepsOne ? &mask[0] : nullptr);
+                                            if (HvUsesVectors()) {
+                                              carryRow(out, n, keepsOne ? &mask[0] : nullptr);
+                                              return;
+                                            }
                                             for (std::int32_t i = 0; i < n; ++i) {
                                               if (!keepsOne || i % kCarriedMask != 1) out[i] = carried(out[i]);
                                             }
@@ -167,6 +179,7 @@ inline void addStripKernels(std::vector<KernelCase>& cases) {
   addSweep<std::int16_t>(cases);
   addSweep<std::int32_t>(cases);
   addSweep<float>(cases);
+  addSweep<float>(cases, Floats::kSmall);
   addTranspose<std::uint8_t>(cases);
   addTranspose<std::uint16_t>(cases);
   addTranspose<std::uint32_t>(cases);

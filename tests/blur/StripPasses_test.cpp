@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/blur/FilterRuns.h"
+#include "tests/blur/RandomPictures.h"
 #include "tests/support/KernelRuns.h"
 #include "tests/support/Random.h"
 #include "tests/support/ThreadCount.h"
@@ -18,12 +19,16 @@ namespace {
 template <class Pixel>
 inline constexpr auto kPixelBytes = static_cast<std::int64_t>(sizeof(Pixel));
 
+template <class Pixel>
+using AccumOf =
+    std::conditional_t<std::is_same_v<Pixel, int> || std::is_same_v<ComponentOf<Pixel>, float>, Pixel, Ri>;
+
 // A picture whose rows begin some pixels after a cache line, and lie `stride` bytes apart.
 template <class Pixel>
 class PlacedPicture {
  public:
   static constexpr std::align_val_t kLine{64};  // of the cache
-  using Texture = HvTexture<Pixel, std::conditional_t<std::is_same_v<Pixel, int>, int, Ri>>;
+  using Texture = HvTexture<Pixel, AccumOf<Pixel>>;
 
   PlacedPicture(std::int32_t width, std::int32_t height, std::int32_t pixelsAfterLine, std::int64_t stride)
       : bytes_(static_cast<std::size_t>(stride * height) + 512),
@@ -59,6 +64,9 @@ void compareWithPlainCode(Random& random, const std::string& cpu, float leastSiz
   const std::int64_t stride = random.oneIn(2) ? (rowBytes + 63) / 64 * 64 : rowBytes;
   PlacedPicture<Pixel> source(width, height, random.within(0, 5), stride);
   source.fill(random);
+  if constexpr (std::is_same_v<ComponentOf<Pixel>, float>) {
+    if (!random.oneIn(3)) fillSmall(random, source.texture);
+  }
   source.texture.setEdgeMethods(random.within(0, 3), random.within(0, 3));
   const bool keepsOthers = random.oneIn(2);
   const float sizeX = random.between(leastSize, 150.0f);
@@ -88,8 +96,12 @@ TEST_P(StripPasses, LargePicturesEqualThoseOfThePlainCode) {
     compareWithPlainCode<R16, ChannelMask<1, 1, 1, 1>>(random, GetParam(), kLarge);
     compareWithPlainCode<Ri, ChannelMask<0, 1, 1, 0>>(random, GetParam());
     compareWithPlainCode<int, ChannelMask<1, 0, 0, 0>>(random, GetParam());
+    compareWithPlainCode<Rf, ChannelMask<1, 1, 1, 1>>(random, GetParam());
+    compareWithPlainCode<Rf, ChannelMask<0, 1, 1, 0>>(random, GetParam(), kLarge);
+    compareWithPlainCode<Cf, ChannelMask<1, 0, 0, 0>>(random, GetParam());
   });
-  EXPECT_TRUE(kernelsRanAmongOthers({"boxSweep 8", "boxSweep 16", "boxSweep 32", "streamRows", "transposePixels"}));
+  EXPECT_TRUE(kernelsRanAmongOthers({"boxSweep 8", "boxSweep 16", "boxSweep 32", "boxSweep float", "carryRow", "streamRows",
+                                     "transposePixels"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, StripPasses, testing::ValuesIn(vectorLevels()), levelName);
