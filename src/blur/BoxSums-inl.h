@@ -61,7 +61,7 @@ struct WideSums {
   static constexpr std::size_t kBytes = hn::MaxLanes(D()) * sizeof(C);
   static constexpr std::size_t kRingBytes = kBytes;
   static constexpr std::size_t kSumBytes = hn::MaxLanes(D()) * sizeof(std::int32_t);
-  static constexpr std::size_t kUnits = 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
   static constexpr std::size_t kRings = 2;
   using Narrow = hn::Rebind<C, D>;
 

@@ -75,7 +75,7 @@ class BoxSweep {
   // From the input row at the position of a result to the newest input row.
   static std::int64_t behind(const BoxShape& box) { return 3 * taps(box) - centre(box); }
   // Whether a step writes whole cache lines. Partial lines must not be streamed: each part would be a separate write.
-  static bool fillsLines(std::size_t componentBytes);
+  static bool fillsLines();
   // Steps before the first result.
   std::int64_t lead() const { return 3 * state_.taps; }
 

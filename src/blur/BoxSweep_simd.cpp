@@ -174,10 +174,8 @@ void SweepFloats(const ExactBox& box, BoxSweep::State& state, const SweepRows& r
   SweepSums<ExactSums>(box, state, rows, in, out);
 }
 
-// Floats take as many bytes in a step as 32-bit integers.
-bool FillsLines(std::size_t componentBytes) {
-  const std::size_t units = componentBytes == 4 ? WideSums<std::int32_t>::kUnits : kUnitsOfStep;
-  return units * hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
+bool FillsLines() {
+  return kUnitsOfStep * hn::MaxLanes(hn::ScalableTag<std::uint8_t>()) >= kSweepUnit;
 }
 
 }  // namespace HWY_NAMESPACE
@@ -231,8 +229,8 @@ void BoxSweep::keepOthers(const std::byte* mask, std::size_t bytes) {
   state_.merges = true;
 }
 
-bool BoxSweep::fillsLines(std::size_t componentBytes) {
-  return HWY_DYNAMIC_DISPATCH(FillsLines)(componentBytes);
+bool BoxSweep::fillsLines() {
+  return HWY_DYNAMIC_DISPATCH(FillsLines)();
 }
 
 // Full scale is a box of one tap: results are the input.

@@ -139,7 +139,7 @@ struct FloatSums : FloatLanes {
   static constexpr std::size_t kBytes = kParts * kLanes * sizeof(float);
   static constexpr std::size_t kSumBytes = kParts * kLanes * sizeof(Number);
   static constexpr std::size_t kRingBytes = kSumBytes;
-  static constexpr std::size_t kUnits = 1;
+  static constexpr std::size_t kUnits = kUnitsOfStep;
   static constexpr std::size_t kRings = 3;
 
   struct Sum {

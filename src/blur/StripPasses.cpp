@@ -55,7 +55,7 @@ bool StripPasses<Pixel, Accum>::alongX(const Texture& in, const HvSpan& band, Hv
   const HvMemoryNote note(static_cast<std::size_t>(width()) * sizeof(Component*));
   const std::unique_ptr<Component*[]> targets(new (std::nothrow) Component*[static_cast<std::size_t>(width())]);
   if (!strip.isReady() || targets == nullptr) return false;
-  const bool inPlace = !streams() || BoxSweep::fillsLines(sizeof(Component));
+  const bool inPlace = !streams() || BoxSweep::fillsLines();
   for (std::int32_t s = band.first; s < band.last; ++s) {
     const std::int32_t first = s * kRows;
     const std::int32_t n = std::min(kRows, slots_.count() - first);
@@ -99,7 +99,7 @@ bool StripPasses<Pixel, Accum>::alongY(const Texture& out, const HvSpan& band, H
     const auto at = [&](std::int64_t i) {
       return out.target(static_cast<std::int32_t>(columns_.first) + first, static_cast<std::int32_t>(rows_.first + i));
     };
-    const bool streamsItself = BoxSweep::fillsLines(sizeof(Component)) && isLineAligned(at(0), out.stride);
+    const bool streamsItself = BoxSweep::fillsLines() && isLineAligned(at(0), out.stride);
     const bool inPlace = whole && n == kColumns && (streamsItself || !streams());
     const bool joins = whole && streams() && !inPlace;
     for (std::int64_t i = 0; inPlace && i < height; ++i)
