@@ -97,7 +97,7 @@ bool BandsFollowInput(const Job& job) {
   const bool crops = ValueOf(job, PropertyId::CropBottom) != PropertyOf(PropertyId::CropBottom).defaultValue ||
                      ValueOf(job, PropertyId::CropTop) != PropertyOf(PropertyId::CropTop).defaultValue;
   return readsOneInput && !crops && !job.roi && job.field == FieldChoice::Frame && BandsServe(job) &&
-         !BandsAreApart(job) && EntryOf(job, PropertyId::YEdgeMethod) != "Wrap";
+         EntryOf(job, PropertyId::YEdgeMethod) != "Wrap";
 }
 
 BandSize MostOfBand(const Job& job, double time, std::int64_t pictureBytes, std::int64_t height) {
@@ -157,13 +157,8 @@ class BandRenderer {
   // Into a picture of its own, with the rows that the filter reads around it and those that blanking clears.
   HRESULT RenderApart(const Region& region, HostRows all, HostRows rows) {
     HostImage& output = *pictures_.output;
-    const auto widened = [](HostRows within, HostRows to, std::int32_t by) {
-      return HostRows{std::max(to.begin, within.begin - by), std::min(to.end, within.end + by)};
-    };
     const std::int32_t reach = Reach();
-    const HostRows blanked = widened(rows, all, kBlanked);
-    HostRows held = widened(blanked, {0, output.Height()}, reach + kBeyondReach);
-    held.begin = held.begin / 2 * 2;
+    const auto [blanked, held] = Around(rows, all);
     own_.Reset(output.Depth(), output.Components(), output.Width(), held.Count());
     ImageRecord record;
     record.origin = {output.HostOrigin().x, output.HostOrigin().y + held.begin};
@@ -192,22 +187,28 @@ class BandRenderer {
   }
 
   // The rows of bands that are rendered downward; nothing where so few would have little to overlap.
-  std::optional<std::int32_t> RowsDownward() {
+  std::optional<std::int32_t> RowsDownward(bool apart) {
     const std::int32_t height = pictures_.output->Height();
     const std::int32_t most = BandRows(static_cast<std::int64_t>(pictures_.output->ByteCount()), height);
-    constexpr std::int32_t kBands = 16;
+    // A picture of its own has the rows around a band to fill too.
+    const std::int32_t bands = apart ? 8 : 16;
     constexpr std::int32_t kLeast = 32;
-    const std::int32_t rows = std::max({std::min(most, height / kBands), kLeast, LeastRows()});
+    const std::int32_t rows = std::max({std::min(most, height / bands), kLeast, LeastRows()});
     return rows <= height / 4 ? std::optional(rows) : std::nullopt;
   }
 
-  HRESULT RenderDownward(std::int32_t rows, const BandSteps& steps) {
+  HRESULT RenderDownward(std::int32_t rows, bool apart, const BandSteps& steps) {
     const HostImage& output = *pictures_.output;
+    const Region whole{0, 0, output.Width(), output.Height()};
+    // Only an effect that has rendered fields answers for one until it has rendered again.
+    reachIsSettled_ = true;
     HRESULT result = kOk;
     for (HostRows band{output.Height(), output.Height()}; band.begin > 0;) {
       band = {std::max(0, band.begin - rows), band.begin};
-      steps.before(std::max(0, band.begin - Reach() - kBeyondReach));
-      result = Render(Region{0, band.begin, output.Width(), band.Count()});
+      steps.before(apart ? Around(band, output.AllRows()).held.begin
+                         : std::max(0, band.begin - Reach() - kBeyondReach));
+      result = apart ? RenderApart(whole, output.AllRows(), band)
+                     : Render(Region{0, band.begin, output.Width(), band.Count()});
       if (result != kOk || !steps.after(band.begin)) break;
     }
     return result;
@@ -229,6 +230,22 @@ class BandRenderer {
   const InputOverscan& Overscan() {
     if (!overscan_) overscan_ = effect_.MeasureOverscan(pictures_, host_, time_, field_);
     return *overscan_;
+  }
+
+  // What a picture of their own holds for rows of `all`, and which of it are rendered.
+  struct OwnRows {
+    HostRows blanked;
+    HostRows held;
+  };
+  OwnRows Around(HostRows rows, HostRows all) {
+    const auto widened = [](HostRows within, HostRows to, std::int32_t by) {
+      return HostRows{std::max(to.begin, within.begin - by), std::min(to.end, within.end + by)};
+    };
+    OwnRows own;
+    own.blanked = widened(rows, all, kBlanked);
+    own.held = widened(own.blanked, pictures_.output->AllRows(), Reach() + kBeyondReach);
+    own.held.begin = own.held.begin / 2 * 2;
+    return own;
   }
 
   // The farthest that the filter reads above and below a pixel, in rows of the picture; even.
@@ -298,7 +315,12 @@ HRESULT RenderDownward(HostedEffect& effect, const Job& job, const FramePictures
   const HostImage& output = *pictures.output;
   if (BandsServe(job, pictures)) {
     BandRenderer renderer(effect, pictures, host, time, kFrame);
-    if (const auto rows = renderer.RowsDownward()) return renderer.RenderDownward(*rows, steps);
+    const bool apart = BandsAreApart(job);
+    // Rendering what lies around bands of floats again takes longer than waiting for their files.
+    constexpr std::int32_t kFloats = 32;
+    const bool pays = !apart || (output.Depth() != kFloats && renderer.CanBeApart());
+    const auto rows = pays ? renderer.RowsDownward(apart) : std::nullopt;
+    if (rows) return renderer.RenderDownward(*rows, apart, steps);
   }
   steps.before(0);
   bool goesOn = true;

@@ -1,6 +1,6 @@
 // The running sums of one box over one vector of floats, which are carried ones: 64-bit integers, as in the plain code
-// (ExactBox.h), or doubles that hold the same numbers. Compiled once for each instruction set; see BoxSums-inl.h for the functions that every kind of sums
-// has.
+// (ExactBox.h), or doubles that hold the same numbers. Compiled once for each instruction set; see BoxSums-inl.h for
+// the functions that every kind of sums has.
 #if defined(VBLUR_BLUR_EXACTSUMS_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef VBLUR_BLUR_EXACTSUMS_INL_H
 #undef VBLUR_BLUR_EXACTSUMS_INL_H
@@ -164,9 +164,7 @@ struct FloatSums : FloatLanes {
         whole(hn::Set(D(), std::ldexp(box.whole, Steps::scale(box)))),
         atEnds(hn::Set(D(), std::ldexp(box.atEnds, Steps::scale(box)))) {}
 
-  HWY_INLINE Sum Empty() const {
-    return {{hn::Zero(DN()), hn::Zero(DN())}};
-  }
+  HWY_INLINE Sum Empty() const { return {{hn::Zero(DN()), hn::Zero(DN())}}; }
 
   HWY_INLINE Item Read(const float* p) const {
     Item item;

@@ -57,7 +57,8 @@ std::vector<float> randomRows<float>(Random& random, std::int64_t rows, std::siz
 template <class C>
 struct StripRows {
   StripRows(Random& random, std::int64_t rows, std::size_t lanes)
-      : values(randomRows<C>(random, rows, lanes)), firstLarge(random.oneIn(3) ? 0 : random.within(0, 2 * static_cast<int>(rows))) {
+      : values(randomRows<C>(random, rows, lanes)),
+        firstLarge(random.oneIn(3) ? 0 : random.within(0, 2 * static_cast<int>(rows))) {
     if constexpr (std::is_same_v<C, float>) {
       for (std::size_t i = 0; i < std::min(values.size(), static_cast<std::size_t>(firstLarge) * lanes); ++i) {
         const std::size_t lane = i % lanes;

@@ -122,6 +122,16 @@ TEST(ExactBox, IsAsFineAsItsTapsAllow) {
   }
 }
 
+TEST(ExactBox, SumsComponentsUpToALimitInDoubles) {
+  for (std::int64_t r = 0; r < (std::int64_t{1} << 31); r = 2 * r + 1) {
+    const ExactBox box = exactBox(static_cast<float>(r));
+    const double most = std::ldexp(kMostInDoubles, box.step);
+    // Every integer up to 2^53 is a double, and those from 2^52 on are no finer.
+    EXPECT_LE(static_cast<double>(2 * std::int64_t{box.r} + 2) * most, 0x1p53) << r;
+    EXPECT_LE(0x1.8p52 + most, 0x1p53) << r;
+  }
+}
+
 TEST(ExactBox, WeighsTheTapsAtItsEndsByTheFraction) {
   // Weights 1/4, 1/2, 1/4.
   const auto out = plainBox({0, 0, 1, 0, 0, 0, 0}, 0.5f);

@@ -115,7 +115,8 @@ void addSweep(std::vector<KernelCase>& cases, Floats floats = Floats::kAny) {
   const std::string kernel = std::is_same_v<C, float> ? "boxSweep float" : "boxSweep " + std::to_string(8 * sizeof(C));
   const std::string name = floats == Floats::kAny ? kernel : kernel + ", small";
   const auto strip = std::make_shared<SweptStrip<C>>(floats);
-  cases.push_back(rowCase<C, C>(name, kernel, [strip](const C* in, std::int32_t n, C* out) { strip->run(in, n, out); }));
+  cases.push_back(
+      rowCase<C, C>(name, kernel, [strip](const C* in, std::int32_t n, C* out) { strip->run(in, n, out); }));
   cases.back().unit = SweptStrip<C>::kLanes;
 }
 

@@ -20,8 +20,7 @@ template <class Pixel>
 inline constexpr auto kPixelBytes = static_cast<std::int64_t>(sizeof(Pixel));
 
 template <class Pixel>
-using AccumOf =
-    std::conditional_t<std::is_same_v<Pixel, int> || std::is_same_v<ComponentOf<Pixel>, float>, Pixel, Ri>;
+using AccumOf = std::conditional_t<std::is_same_v<Pixel, int> || std::is_same_v<ComponentOf<Pixel>, float>, Pixel, Ri>;
 
 // A picture whose rows begin some pixels after a cache line, and lie `stride` bytes apart.
 template <class Pixel>
@@ -100,8 +99,8 @@ TEST_P(StripPasses, LargePicturesEqualThoseOfThePlainCode) {
     compareWithPlainCode<Rf, ChannelMask<0, 1, 1, 0>>(random, GetParam(), kLarge);
     compareWithPlainCode<Cf, ChannelMask<1, 0, 0, 0>>(random, GetParam());
   });
-  EXPECT_TRUE(kernelsRanAmongOthers({"boxSweep 8", "boxSweep 16", "boxSweep 32", "boxSweep float", "carryRow", "streamRows",
-                                     "transposePixels"}));
+  EXPECT_TRUE(kernelsRanAmongOthers(
+      {"boxSweep 8", "boxSweep 16", "boxSweep 32", "boxSweep float", "carryRow", "streamRows", "transposePixels"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, StripPasses, testing::ValuesIn(vectorLevels()), levelName);
