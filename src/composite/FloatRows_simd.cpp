@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <type_traits>
 
 #include "composite/HvMerge.h"
 #include "composite/MergeRows.h"
@@ -29,14 +30,17 @@ struct ForEachOfBlock {
 };
 
 // out[i] = of(i, place in its block), in blocks whose results lie apart from what is read: the output may be one of the
-// inputs. Flattened, or the compiler would call functions for each pixel.
-template <class Of>
+// inputs. Flattened, or the compiler would call functions for each pixel. kClearsAlpha: alpha is 0, which comes after
+// the rest, or the compiler would not use vectors.
+template <bool kClearsAlpha = false, class Of>
 [[gnu::flatten]] void ForBlocks(Rf* out, std::int32_t n, const Of& of) {
   Rf results[kBlock];
   for (std::int32_t first = 0; first < n; first += kBlock) {
     const std::int32_t count = std::min(kBlock, n - first);
     for (std::int32_t i = 0; i < count; ++i)
       results[i] = of(first + i, i);
+    for (std::int32_t i = 0; kClearsAlpha && i < count; ++i)
+      results[i].alpha = 0.0f;
     std::copy_n(results, count, out + first);
   }
 }
@@ -59,9 +63,11 @@ struct MergedPixel {
 template <class Operation, MergeForm Form>
 void FloatRow(const Rf* a, const Rf* b, Rf* out, std::int32_t n, const MergeWeights& weights) {
   HvEnterKernel<"mergeRow 32", HWY_TARGETS>(HWY_TARGET);
-  ForBlocks(
-      out, n,
-      MergedPixel<Operation, Form>{a, b, weights, ForEachOfBlock(weights.weightA), ForEachOfBlock(weights.gainA)});
+  using Merge = HvMerge<Rf, Rf, 1>;
+  constexpr bool kDarkens = std::is_same_v<Operation, Merge::Darken>;
+  using Colours = std::conditional_t<kDarkens, Merge::DarkerOne, Operation>;
+  ForBlocks<kDarkens>(
+      out, n, MergedPixel<Colours, Form>{a, b, weights, ForEachOfBlock(weights.weightA), ForEachOfBlock(weights.gainA)});
 }
 
 template <class Operation>

@@ -136,7 +136,14 @@ class HvRGBMerge {
       return withAlpha(colourSum(q) > colourSum(p) ? p : q, 0);
     }
     static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return withAlpha(finished<Pixel>(eitherPixel(colourSum(q) > colourSum(p), p, q)), 0);
+      return withAlpha(DarkerOne::ofFloats(p, q), 0);
+    }
+  };
+
+  // The same in floats with the alpha of the one or the other.
+  struct DarkerOne : MixedBefore {
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
+      return finished<Pixel>(eitherPixel(colourSum(q) > colourSum(p), p, q));
     }
   };
 

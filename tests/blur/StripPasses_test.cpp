@@ -103,6 +103,31 @@ TEST_P(StripPasses, LargePicturesEqualThoseOfThePlainCode) {
       {"boxSweep 8", "boxSweep 16", "boxSweep 32", "boxSweep float", "carryRow", "streamRows", "transposePixels"}));
 }
 
+// A sum that has lost the bits of small components beside a large one shows when the large one has left it.
+TEST_P(StripPasses, KeepWhatIsSmallBesideOneLargeComponent) {
+  for (const float large : {std::nextafter(kMostInDoubles, kMostCarried), -kMostCarried}) {
+    for (const bool above : {true, false}) {
+      Random random(5);
+      PlacedPicture<Rf> source(300, 300, 0, 300 * kPixelBytes<Rf>);
+      for (std::int32_t y = 0; y < 300; ++y) {
+        for (std::int32_t x = 0; x < 300; ++x) {
+          const float v = random.between(0.0f, 1e-9f);
+          *source.texture.at(x, y) = Rf{{v, v, v, v}};
+        }
+      }
+      source.texture.at(150, above ? 290 : 10)->green = large;
+      PlacedPicture<Rf> results[] = {{300, 300, 0, 300 * kPixelBytes<Rf>}, {300, 300, 0, 300 * kPixelBytes<Rf>}};
+      for (int i = 0; i < 2; ++i) {
+        const CpuLevel level(i == 0 ? "twin" : GetParam());
+        runFilter<ChannelMask<1, 1, 1, 1>>(
+            Sampler<PlacedPicture<Rf>::Texture, PlacedPicture<Rf>::Texture>(),
+            {.sizeX = 20.0f, .sizeY = 20.5f, .keepsIntermediate = false}, &source.texture, &results[i].texture);
+      }
+      EXPECT_TRUE(results[0].equals(results[1])) << large << (above ? " above" : " below");
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Levels, StripPasses, testing::ValuesIn(vectorLevels()), levelName);
 
 }  // namespace
