@@ -226,6 +226,43 @@ TEST_P(FusedPassesLevels, EqualPlainCode) {
   }
 }
 
+// A sum that has lost the bits of small components beside a large one shows when the large one has left it: in any
+// block of a band, in any band, and among components that are filtered or are not.
+template <class Mask>
+void compareBesideOneLarge(Random& random) {
+  constexpr std::int32_t kWidth = 500;
+  constexpr std::int32_t kHeight = 48;
+  LinedPicture<Rf> source(kWidth, kHeight, 0, false);
+  LinedPicture<Rf> result(kWidth, kHeight, 0, false);
+  LinedPicture<Rf> plain(kWidth, kHeight, 0, false);
+  for (std::int32_t y = 0; y < kHeight; ++y) {
+    for (std::int32_t x = 0; x < kWidth; ++x) {
+      const float v = random.between(0.0f, 1e-9f);
+      *source.texture.at(x, y) = Rf{{v, v, v, v}};
+    }
+  }
+  Rf* const place = source.texture.at(random.within(0, kWidth - 1), random.within(0, kHeight - 1));
+  (random.oneIn(2) ? place->red : place->green) = random.oneOf({-40.0f, kMostCarried});
+  source.texture.setEdgeMethods(kEdgeReflect, random.within(0, 3));
+  const float size = random.oneOf({1.0f, 2.5f, 6.0f});
+  const auto channels = StripChannels<Rf>::of<Mask>();
+  FusedPasses<Rf, Rf> passes(result.texture, exactBox(size), exactBox(size), {0, kWidth}, {0, kHeight}, channels, 1);
+  passes.divide(random.within(1, 2), 1);
+  ASSERT_TRUE(passes.run(source.texture, result.texture, nullptr));
+  const CpuLevel level("twin");
+  runFilter<Mask>(Sampler<LinedPicture<Rf>::Texture, LinedPicture<Rf>::Texture>(),
+                  {.sizeX = size, .sizeY = size, .keepsOthers = true, .keepsIntermediate = false}, &source.texture,
+                  &plain.texture);
+  ASSERT_TRUE(result.rows() == plain.rows());
+}
+
+TEST_P(FusedPassesLevels, KeepWhatIsSmallBesideOneLargeComponent) {
+  forRandomCases(24, [](Random& random) {
+    compareBesideOneLarge<ChannelMask<1, 1, 1, 1>>(random);
+    compareBesideOneLarge<ChannelMask<0, 1, 1, 0>>(random);
+  });
+}
+
 INSTANTIATE_TEST_SUITE_P(Levels, FusedPassesLevels, testing::ValuesIn(vectorLevels()), levelName);
 
 // A stop leaves pixels as they were or finishes them, and nobody is asked again.
