@@ -67,7 +67,8 @@ void FloatRow(const Rf* a, const Rf* b, Rf* out, std::int32_t n, const MergeWeig
   constexpr bool kDarkens = std::is_same_v<Operation, Merge::Darken>;
   using Colours = std::conditional_t<kDarkens, Merge::DarkerOne, Operation>;
   ForBlocks<kDarkens>(
-      out, n, MergedPixel<Colours, Form>{a, b, weights, ForEachOfBlock(weights.weightA), ForEachOfBlock(weights.gainA)});
+      out, n,
+      MergedPixel<Colours, Form>{a, b, weights, ForEachOfBlock(weights.weightA), ForEachOfBlock(weights.gainA)});
 }
 
 template <class Operation>

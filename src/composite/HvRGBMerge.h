@@ -135,9 +135,7 @@ class HvRGBMerge {
     static constexpr Pixel ofIntegers(const Pixel& p, const Pixel& q) {
       return withAlpha(colourSum(q) > colourSum(p) ? p : q, 0);
     }
-    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) {
-      return withAlpha(DarkerOne::ofFloats(p, q), 0);
-    }
+    static constexpr Pixel ofFloats(const Accum& p, const Accum& q) { return withAlpha(DarkerOne::ofFloats(p, q), 0); }
   };
 
   // The same in floats with the alpha of the one or the other.

@@ -120,9 +120,9 @@ TEST_P(StripPasses, KeepWhatIsSmallBesideWhatIsLarge) {
       PlacedPicture<Rf> results[] = {{300, 300, 0, 300 * kPixelBytes<Rf>}, {300, 300, 0, 300 * kPixelBytes<Rf>}};
       for (int i = 0; i < 2; ++i) {
         const CpuLevel level(i == 0 ? "twin" : GetParam());
-        runFilter<ChannelMask<1, 1, 1, 1>>(
-            Sampler<PlacedPicture<Rf>::Texture, PlacedPicture<Rf>::Texture>(),
-            {.sizeX = 20.0f, .sizeY = 20.5f, .keepsIntermediate = false}, &source.texture, &results[i].texture);
+        runFilter<ChannelMask<1, 1, 1, 1>>(Sampler<PlacedPicture<Rf>::Texture, PlacedPicture<Rf>::Texture>(),
+                                           {.sizeX = 20.0f, .sizeY = 20.5f, .keepsIntermediate = false},
+                                           &source.texture, &results[i].texture);
       }
       EXPECT_TRUE(results[0].equals(results[1])) << large << (above ? " above" : " below");
     }
