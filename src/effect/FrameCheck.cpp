@@ -28,6 +28,14 @@ bool CanBeCounted(std::int64_t corner, std::int64_t side) {
          corner + side <= FrameLimits::kFarthestPixel;
 }
 
+// Whether each row of a picture has memory of its own and begins with a whole component.
+bool HasRows(const IDSImage& image, std::int32_t width) {
+  const std::int64_t step = image.RowStep();
+  const std::int64_t row = std::int64_t{width} * PixelBytesOf(image.Format());
+  if (step == 0 || row <= 0) return true;
+  return step % ComponentBytesOf(image.Format()) == 0 && (step >= row || step <= -row);
+}
+
 // Why nothing can be rendered with a picture, needed or not: its memory would be read as that of another format, or its
 // positions would wrap. Null: it can.
 const char* ObstacleOf(const FramePicture& picture) {
@@ -36,7 +44,7 @@ const char* ObstacleOf(const FramePicture& picture) {
   if (IsKnown(format) && format != picture.format) return "has another format than the output";
   const DSPixelPair size = picture.image->Size();
   if (!CanBeCounted(picture.x, size.x) || !CanBeCounted(picture.y, size.y)) return "lies beyond the pixels that count";
-  return nullptr;
+  return HasRows(*picture.image, size.x) ? nullptr : "has rows that overlap or divide a component";
 }
 
 // Why a picture shows nothing. Null: it does.

@@ -27,13 +27,16 @@ constexpr const FrameFormat* FormatOfColours(const GUID& format) {
   return nullptr;
 }
 
-// Of a pixel of a colour picture or a mask; 0 for an unknown format.
-constexpr std::int32_t PixelBytesOf(const GUID& format) {
+// Of a component of a colour picture or a mask; 0 for an unknown format.
+constexpr std::int32_t ComponentBytesOf(const GUID& format) {
   for (const FrameFormat& each : kFrameFormats) {
-    if (each.colour == format) return 4 * each.componentBytes;
-    if (each.mask == format) return each.componentBytes;
+    if (each.colour == format || each.mask == format) return each.componentBytes;
   }
   return 0;
+}
+// Of a pixel, likewise.
+constexpr std::int32_t PixelBytesOf(const GUID& format) {
+  return ComponentBytesOf(format) * (FormatOfColours(format) == nullptr ? 1 : 4);
 }
 
 }  // namespace vblur

@@ -22,11 +22,12 @@ void WrapImage(const FrameState& frame, Texture& texture, const IDSImage* image,
   const DSPixelPair size = image->Size();
   auto* first = static_cast<std::byte*>(image->FirstPixel());
   if (first == nullptr) return texture.release();
+  std::int64_t row = image->RowStep();
+  if (row == 0) row = static_cast<std::int64_t>(size.x) * static_cast<std::int64_t>(sizeof(typename Texture::Pixel));
   if (!frame.RendersHalfHeight()) {
     texture.wrap(size.x, size.y, first);
+    texture.stride = row;
   } else {
-    const std::int64_t row =
-        static_cast<std::int64_t>(size.x) * static_cast<std::int64_t>(sizeof(typename Texture::Pixel));
     texture.wrap(size.x, size.y / 2, first + (frame.fieldIndex == 2 ? row : 0));
     texture.stride = 2 * row;
     originY /= 2;

@@ -1,5 +1,5 @@
-// A picture of the host: format, size, tightly packed rows from the bottom up, and a place in the world. The host owns
-// the memory and keeps it until the effect is given another picture or none.
+// A picture of the host: format, size, rows of memory, and a place in the world. The host owns the memory and keeps it
+// until the effect is given another picture or none.
 #pragma once
 
 #include "DsTypes.h"
@@ -36,6 +36,9 @@ class IDSImage {
   // The lower left corner and the size in world units.
   virtual DSWorldPair WorldPosition() const = 0;
   virtual DSWorldPair WorldSize() const = 0;
+  // Bytes from a row to the row above it; negative where the memory lies from the top down. A whole number of
+  // components, and no less than a row. 0: tightly packed rows from the bottom up.
+  virtual std::int64_t RowStep() const { return 0; }
 };
 
 }  // namespace vblur

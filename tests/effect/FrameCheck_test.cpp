@@ -23,12 +23,14 @@ class ClaimedImage : public IDSImage, public host::IHostOrigin {
   DSWorldPair WorldPosition() const override { return {}; }
   DSWorldPair WorldSize() const override { return {16.0, 16.0}; }
   DSPixelPair HostOrigin() const override { return origin; }
+  std::int64_t RowStep() const override { return rowStep; }
 
   HRESULT usable = kOk;
   GUID format;
   DSPixelPair size;
   void* memory;
   DSPixelPair origin;
+  std::int64_t rowStep = 0;
 };
 
 class FrameCheck : public FrameTest {
@@ -124,6 +126,22 @@ TEST_F(FrameCheck, PicturesBeyondThePixelsThatCountAreNotRendered) {
     EXPECT_EQ(WithInput([&](ClaimedImage& image) { image.size = size; }), "input lies beyond the pixels that count");
     ExpectOutput(Marker);
   }
+}
+
+TEST_F(FrameCheck, RowsThatOverlapAreNotRead) {
+  constexpr std::int64_t kRow = 4 * kSide;
+  for (const std::int64_t step : {kRow - 1, 1 - kRow, std::int64_t{4}, std::int64_t{-4}}) {
+    const auto claim = [&](ClaimedImage& image) { image.rowStep = step; };
+    EXPECT_EQ(WithInput(claim), "input has rows that overlap or divide a component");
+    ExpectOutput(Marker);
+    EXPECT_EQ(WithOutput(claim), "output has rows that overlap or divide a component");
+  }
+  EXPECT_EQ(WithInput([](ClaimedImage& image) { image.rowStep = kRow; }), "");
+  EXPECT_EQ(WithInput([](ClaimedImage& image) {
+              image.size = {0, 16};
+              image.rowStep = std::numeric_limits<std::int64_t>::min();
+            }),
+            "input has no pixels");
 }
 
 // The farthest places of all, with the largest blur.
